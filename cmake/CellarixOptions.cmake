@@ -1,0 +1,14 @@
+# Everything that a packager may set at configure time.
+set(CELLARIX_PREFIX "/opt/apps/cellarix" CACHE PATH "Directory that the whole program is installed into")
+set(CELLARIX_BUILD_TYPE "Release" CACHE STRING "Any other word reads data from development paths and logs debug messages")
+option(CELLARIX_TESTS "Build the tests" ON)
+option(CELLARIX_BENCH "Build the benchmarks" OFF)
+option(CELLARIX_WERROR "Treat warnings as errors" OFF)
+set(CELLARIX_SANITIZE "" CACHE STRING "Value for -fsanitize, empty for none")
+
+set(CELLARIX_AGREEMENT_URL "http://localhost/cellarix/agreement/%1.html" CACHE STRING
+    "Service agreement page; %1 becomes cn or en")
+
+set(CELLARIX_BIN_DIR ${CELLARIX_PREFIX}/files/bin)
+set(CELLARIX_SHARE_DIR ${CELLARIX_PREFIX}/files/share/cellarix)
+set(CELLARIX_XDG_DIR ${CELLARIX_PREFIX}/files/share)

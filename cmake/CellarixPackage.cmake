@@ -1,0 +1,5 @@
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME cellarix)
+set(CPACK_PACKAGE_VENDOR "Lumora")
+set(CPACK_PACKAGE_CONTACT "Cellarix developers <cellarix@localhost>")
+include(CPack)

@@ -1,0 +1,60 @@
+include(GNUInstallDirs)
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# Flags of our own code, in one place.
+add_library(cellarix_flags INTERFACE)
+target_compile_options(cellarix_flags INTERFACE -Wall -Wextra -Wshadow $<$<BOOL:${CELLARIX_WERROR}>:-Werror>)
+target_compile_definitions(cellarix_flags INTERFACE
+  QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS QT_MESSAGELOGCONTEXT
+  QT_DEPRECATED_WARNINGS QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
+target_include_directories(cellarix_flags INTERFACE
+  ${PROJECT_SOURCE_DIR}/src/frontend ${PROJECT_SOURCE_DIR}/src/platform)
+if(CELLARIX_SANITIZE)
+  target_compile_options(cellarix_flags INTERFACE -fsanitize=${CELLARIX_SANITIZE} -fno-omit-frame-pointer)
+  target_link_options(cellarix_flags INTERFACE -fsanitize=${CELLARIX_SANITIZE})
+endif()
+find_program(CELLARIX_LLD ld.lld)
+if(CELLARIX_LLD)
+  target_link_options(cellarix_flags INTERFACE -fuse-ld=lld)
+endif()
+
+# cellarix_library(NAME [WIDGETS] SOURCES ... LIBS ...): one room of the house as a static library.
+function(cellarix_library name)
+  cmake_parse_arguments(ARG "WIDGETS" "" "SOURCES;LIBS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC cellarix_flags ${ARG_LIBS})
+  if(ARG_WIDGETS)
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch/widgets.h)
+  else()
+    target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/pch/core.h)
+  endif()
+endfunction()
+
+# cellarix_test(NAME SOURCES ... LIBS ... [LABELS ...] [TIMEOUT s] [SESSION] [ENV ...]): one QtTest program.
+# SESSION runs it inside scripts/session: a real X server and window manager, the installed tree in front.
+function(cellarix_test name)
+  cmake_parse_arguments(ARG "SESSION" "TIMEOUT" "SOURCES;LIBS;LABELS;ENV" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE cellarix_flags Qt5::Test ${ARG_LIBS})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE
+    TEST_SOURCE_DIR="${PROJECT_SOURCE_DIR}" TEST_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  if(ARG_SESSION)
+    add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/scripts/session --private $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "CELLARIX_BUILD=${PROJECT_BINARY_DIR};${ARG_ENV}")
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${ARG_ENV}")
+  endif()
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}" SKIP_RETURN_CODE 77)
+endfunction()

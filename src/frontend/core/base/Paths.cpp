@@ -1,0 +1,52 @@
+#include "core/base/Paths.h"
+
+#include <QStandardPaths>
+
+#include "core/base/BuildInfo.h"
+
+namespace Paths {
+
+QString prefix() {
+    return QStringLiteral(CELLARIX_PREFIX);
+}
+QString infoFile() {
+    return prefix() + "/info";
+}
+QString binDir() {
+    return prefix() + "/files/bin";
+}
+QString shareDir() {
+    return prefix() + "/files/share/cellarix";
+}
+QString dataFile(const QString& name) {
+    return shareDir() + (BuildInfo::isRelease() ? "/" : "/source/") + name;
+}
+QString launcherScript() {
+    return shareDir() + "/service/launcher.py";
+}
+QString peVersionInfoScript() {
+    return BuildInfo::isRelease() ? binDir() + "/pe_version_info.py" : shareDir() + "/tools/pe_version_info.py";
+}
+QString exeScannerScript() {
+    return shareDir() + "/scripts/exe_scanner.py";
+}
+QString iconExtractorScript() {
+    return shareDir() + "/scripts/icon_extractor.py";
+}
+QString translationsDir() {
+    return shareDir() + (BuildInfo::isRelease() ? "/translations" : "/translations/build/translations");
+}
+QString iconsDir() {
+    return prefix() + "/files/share/icons";
+}
+QString dbusServiceDir() {
+    return prefix() + "/files/share/dbus-1/services";
+}
+QString imageCacheDir() {
+    return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + "/cellarix-img-cache";
+}
+QString bottlesDataDir() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
+}
+
+}  // namespace Paths
