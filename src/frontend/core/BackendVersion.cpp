@@ -1,0 +1,27 @@
+#include "core/BackendVersion.h"
+
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDebug>
+
+#include "core/base/BuildInfo.h"
+
+void checkBackendVersion() {
+    QDBusInterface manager("com.lumora.LumoraWineLauncher", "/com/lumora/Manager", "com.lumora.Manager",
+                           QDBusConnection::sessionBus());
+    if (!manager.isValid()) {
+        qWarning() << "Could not connect to the D-Bus service.";
+        return;
+    }
+    const QDBusReply<QString> version = manager.call("GetVersion");
+    if (!version.isValid()) {
+        qWarning() << "Failed to get D-Bus version:" << version.error().message();
+        return;
+    }
+    if (version.value() == BuildInfo::version()) {
+        qDebug() << "D-Bus version:" << version.value();
+        return;
+    }
+    qWarning() << "D-Bus version mismatch. Expected:" << BuildInfo::version() << "Actual:" << version.value();
+    manager.call("Quit");
+}

@@ -1,0 +1,194 @@
+#include "core/CellarixApplication.h"
+
+#include <QDebug>
+#include <QLocale>
+
+#include "backend/BottlesConfig.h"
+#include "core/BackendVersion.h"
+#include "core/CommandLineHandler.h"
+#include "core/ImageCache.h"
+#include "core/ServiceAgreement.h"
+#include "core/WindowMonitor.h"
+#include "core/base/BuildInfo.h"
+#include "core/base/Paths.h"
+#include "fenk/Dialog.h"
+#include "launch/ExeFileRunner.h"
+#include "launch/PrivateBottleName.h"
+#include "shell/Mainwindow.h"
+
+namespace {
+constexpr int ImageCacheDays = 15;
+const char Ruler[] = "---------------------------------";
+}  // namespace
+
+CellarixApplication::CellarixApplication(int& argc, char** argv)
+    : Fenk::Application(argc, argv), m_translator(new QTranslator(this)), m_windowMonitor(new WindowMonitor(this)) {
+    installEventFilter(m_windowMonitor);
+    loadTranslators(QString::fromLocal8Bit(qgetenv("LANG")));
+    connect(this, &Fenk::Application::newProcessInstance, this, &CellarixApplication::handleNewInstance);
+    connect(this, &QGuiApplication::lastWindowClosed, this, &CellarixApplication::onLastWindowClosed);
+
+    BottlesConfig* config = BottlesConfig::instance();
+    connect(config, &BottlesConfig::program_deleted, this, &CellarixApplication::onProgramDeleted);
+    connect(config, &BottlesConfig::program_added, this, &CellarixApplication::onProgramAdded);
+    connect(config, &BottlesConfig::program_updated, this, &CellarixApplication::onProgramUpdated);
+    connect(config, &BottlesConfig::bottles_deleted, this, &CellarixApplication::onBottleDeleted);
+}
+
+CellarixApplication::~CellarixApplication() {
+    delete m_mainWindow;
+    purgeImageCache(ImageCacheDays);
+}
+
+void CellarixApplication::loadTranslators(const QString& lang) {
+    setTranslationsDir(Paths::translationsDir());
+    if (BuildInfo::isRelease()) {
+        loadTranslator({QLocale::system()});
+        return;
+    }
+    qDebug() << "lang " << lang;
+    const QLocale locale = lang.isEmpty() ? QLocale() : QLocale(lang);
+    if (m_translator->load(locale, "cellarix", "_", Paths::translationsDir(), "")) {
+        qInfo() << m_translator->filePath();
+        installTranslator(m_translator);
+    }
+}
+
+int CellarixApplication::handleCommandLine(const QStringList& args) {
+    if (!m_commandLineHandler)
+        m_commandLineHandler = new CommandLineHandler(this);
+    return m_commandLineHandler->handleCommandLine(args);
+}
+
+void CellarixApplication::handleNewInstance(qint64 pid, const QStringList& arguments) {
+    Q_UNUSED(pid)
+    qInfo() << "::::" << arguments;
+    handleCommandLine(arguments);
+}
+
+void CellarixApplication::showMainWindow() {
+    if (!m_mainWindow) {
+        m_mainWindow = new Mainwindow;
+        connect(m_mainWindow, &Mainwindow::openRequested, this,
+                [this](const QString& path) { openExe(path, false); });
+    }
+    m_mainWindow->show();
+    m_mainWindow->activateWindow();
+}
+
+void CellarixApplication::openExe(const QString& path, bool debug) {
+    const QString key = privateBottleNameOf(path);
+    if (ExeFileRunner* running = m_runners.value(key)) {
+        showAlreadyRunning(running->displayName());
+        return;
+    }
+    auto* runner = new ExeFileRunner(path, this);
+    if ((debug ? runner->runInBottlesConfigWindow() : runner->run()) == 0)
+        addExeRunner(runner);
+    else
+        runner->deleteLater();
+}
+
+int CellarixApplication::openProgram(const QString& bottleName, const QString& programUuid) {
+    if (ExeFileRunner* running = m_runners.value(bottleName)) {
+        showAlreadyRunning(running->displayName());
+        return 0;
+    }
+    auto* runner = new ExeFileRunner(bottleName, programUuid, this);
+    const int result = runner->runProgram();
+    if (result == 0)
+        addExeRunner(runner);
+    else
+        runner->deleteLater();
+    return result;
+}
+
+void CellarixApplication::showAlreadyRunning(const QString& displayName) {
+    auto* dialog = new Fenk::Dialog;
+    dialog->setObjectName("already_running_dialog");
+    dialog->setMessage(tr("%1 is running.").arg(displayName));
+    dialog->addButton(tr("OK"));
+    dialog->show();
+}
+
+void CellarixApplication::addExeRunner(ExeFileRunner* runner) {
+    const QString id = runner->id();
+    if (id.isEmpty())
+        qFatal("runner id is null");
+    m_runners.insert(id, runner);
+    qInfo().noquote() << "add exe runner:" << id;
+    connect(runner, &ExeFileRunner::emit_finished, this, &CellarixApplication::onRunnerFinished);
+}
+
+void CellarixApplication::onRunnerFinished() {
+    auto* runner = qobject_cast<ExeFileRunner*>(sender());
+    for (const QString& key : m_runners.keys()) {
+        if (m_runners.value(key) == runner) {
+            m_runners.remove(key);
+            qInfo().noquote() << "remove exe runner:" << key;
+        }
+    }
+    if (canQuit()) {
+        qInfo() << "all runners are finished, quit app";
+        QCoreApplication::quit();
+    }
+}
+
+bool CellarixApplication::canQuit() const {
+    return m_runners.isEmpty() && !hasVisibleWindow();
+}
+
+bool CellarixApplication::hasVisibleWindow() const {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->isWindow() && !widget->isHidden() && m_windowMonitor->contains(widget)) {
+            WindowMonitor::logWindow(widget);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool CellarixApplication::isNeeded() const {
+    return (m_commandLineHandler && m_commandLineHandler->isService()) || !canQuit();
+}
+
+void CellarixApplication::onLastWindowClosed() {
+    qInfo() << "lastWindowClosed, about to quit";
+    if (!m_runners.isEmpty())
+        qInfo().noquote() << "bottles is running" << m_runners.firstKey();
+    QGuiApplication::setQuitOnLastWindowClosed(canQuit());
+}
+
+void CellarixApplication::onProgramDeleted(const QString& bottle, const QString& uuid) {
+    qDebug() << "program deleted" << Ruler << bottle << uuid;
+}
+
+void CellarixApplication::onProgramAdded(const QString& bottle, const QString& uuid, const QString& object) {
+    qDebug() << "program added" << Ruler << bottle << uuid << object;
+}
+
+void CellarixApplication::onProgramUpdated(const QString& bottle, const QString& uuid, const QString& object) {
+    qDebug() << "program updated" << Ruler << bottle << uuid << object;
+}
+
+void CellarixApplication::onBottleDeleted(const QString& bottle) {
+    qDebug().noquote() << "bottles deleted: " << bottle;
+    ExeFileRunner* runner = m_runners.value(bottle);
+    if (!runner)
+        return;
+    qInfo().noquote() << "quit runner " << bottle << " because of deleting bottle";
+    runner->finish(false);
+    m_runners.remove(bottle);
+}
+
+bool CellarixApplication::checkServiceAgreement() {
+    return ServiceAgreement::check();
+}
+
+void CellarixApplication::checkBackendVersion() {
+    ::checkBackendVersion();
+}
+
+void CellarixApplication::handleQuitAction() {
+    Fenk::Application::handleQuitAction();
+}

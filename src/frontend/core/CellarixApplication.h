@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QMap>
+#include <QPointer>
+#include <QTranslator>
+
+#include "fenk/Application.h"
+
+class CommandLineHandler;
+class ExeFileRunner;
+class Mainwindow;
+class WindowMonitor;
+
+/// The process: owns the main window, the running launches (at most one a bottle, by bottle name) and the
+/// decision when the process may leave. The only place that quits when nothing is left to wait for. Everything
+/// runs on the main thread, except checkBackendVersion.
+class CellarixApplication : public Fenk::Application {
+    Q_OBJECT
+public:
+    CellarixApplication(int& argc, char** argv);
+    ~CellarixApplication() override;
+
+    /// An empty list means the process's own arguments. 0 means that the event loop shall run.
+    int handleCommandLine(const QStringList& args);
+
+    void showMainWindow();
+    /// Starts a file, or with `debug` opens it in the configuration window. A file that is running already
+    /// only shows a dialog.
+    void openExe(const QString& path, bool debug);
+    /// Starts a stored program; 0 when it is under way or runs already.
+    int openProgram(const QString& bottleName, const QString& programUuid);
+    void addExeRunner(ExeFileRunner* runner);
+    bool isProgramRunning(const QString& bottleName) const { return m_runners.contains(bottleName); }
+
+    bool canQuit() const;
+    bool hasVisibleWindow() const;
+    /// True when the start left something to wait for: a window, a launch, or service mode.
+    bool isNeeded() const;
+
+    bool checkServiceAgreement();
+    void checkBackendVersion();
+
+public Q_SLOTS:
+    void handleQuitAction() override;
+
+private:
+    void loadTranslators(const QString& lang);
+    void handleNewInstance(qint64 pid, const QStringList& arguments);
+    void onLastWindowClosed();
+    void onRunnerFinished();
+    void onProgramDeleted(const QString& bottle, const QString& uuid);
+    void onProgramAdded(const QString& bottle, const QString& uuid, const QString& object);
+    void onProgramUpdated(const QString& bottle, const QString& uuid, const QString& object);
+    void onBottleDeleted(const QString& bottle);
+    void showAlreadyRunning(const QString& displayName);
+
+    QPointer<Mainwindow> m_mainWindow;
+    QMap<QString, ExeFileRunner*> m_runners;
+    QTranslator* m_translator;
+    WindowMonitor* m_windowMonitor;
+    CommandLineHandler* m_commandLineHandler = nullptr;
+};

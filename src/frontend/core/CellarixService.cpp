@@ -1,0 +1,36 @@
+#include "core/CellarixService.h"
+
+#include <QDBusConnection>
+
+#include "core/CellarixApplication.h"
+
+Q_LOGGING_CATEGORY(serviceLog, "service")
+
+namespace {
+const char ServiceName[] = "com.lumora.Cellarix";
+const char ObjectPath[] = "/com/lumora/Cellarix";
+}  // namespace
+
+CellarixService::CellarixService(CellarixApplication* application)
+    : QDBusAbstractAdaptor(application), m_application(application) {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.registerService(ServiceName)) {
+        qCWarning(serviceLog) << "Failed to register DBus service";
+        return;
+    }
+    // Only what this class offers goes on the bus, not the slots of the application object.
+    if (!bus.registerObject(ObjectPath, application, QDBusConnection::ExportAdaptors))
+        qCWarning(serviceLog) << "Failed to register DBus object";
+}
+
+CellarixService::~CellarixService() {
+    QDBusConnection::sessionBus().unregisterObject(ObjectPath);
+}
+
+QString CellarixService::clientVersion() const {
+    return QCoreApplication::applicationVersion();
+}
+
+void CellarixService::showMainWindow() {
+    m_application->showMainWindow();
+}

@@ -1,0 +1,203 @@
+#include "core/CommandLineHandler.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QUrl>
+
+#include "core/CellarixApplication.h"
+#include "core/LaunchTarget.h"
+#include "core/base/BuildInfo.h"
+#include "core/base/Paths.h"
+#include "core/base/ToolProcess.h"
+#include "fenk/Dialog.h"
+
+namespace {
+
+const char DebugOption[] = "debug";
+const char FixupOption[] = "fixup";
+const char OpenOption[] = "open";
+const char UpdateOption[] = "update";
+const char ServiceOption[] = "service";
+
+struct Option {
+    const char* name;
+    const char* description;
+};
+
+const Option Options[] = {
+    {DebugOption, QT_TRANSLATE_NOOP("Main", "Open url with bottles configure dialog for debugging")},
+    {FixupOption, QT_TRANSLATE_NOOP("Main", "Fix program by installing components")},
+    {OpenOption, QT_TRANSLATE_NOOP("Main", "Open file with specified bottles and extension")},
+    {UpdateOption, QT_TRANSLATE_NOOP("Main", "Update the base envrionment for all apps")},
+    {ServiceOption, QT_TRANSLATE_NOOP("Main", "Run as DBus service without UI")},
+};
+
+QString mainText(const char* text) {
+    return QCoreApplication::translate("Main", text);
+}
+
+ScannedExecutable scannedExecutable(const QJsonObject& object) {
+    ScannedExecutable found;
+    found.peInfo = object.value("pe_info").toObject();
+    found.name = found.peInfo.value("FileDescription").toString();
+    if (found.name.isEmpty())
+        found.name = found.peInfo.value("ProductName").toString();
+    found.path = object.value("path").toString();
+    found.hasIcon = object.value("hasIcon").toBool();
+    found.iconPath = object.value("iconPath").toString();
+    return found;
+}
+
+}  // namespace
+
+CommandLineHandler::CommandLineHandler(CellarixApplication* application)
+    : QObject(application), m_application(application) {
+    m_parser.setApplicationDescription("Windows Software launcher via lumora-wine");
+    m_parser.addHelpOption();
+    m_parser.addVersionOption();
+    m_parser.addPositionalArgument("url", "url of exe files to open");
+    for (const Option& option : Options)
+        m_parser.addOption(QCommandLineOption(option.name, mainText(option.description)));
+}
+
+int CommandLineHandler::handleCommandLine(const QStringList& args) {
+    if (!checkClientUpgrade())
+        return 1;
+    if (args.isEmpty())
+        m_parser.process(*QCoreApplication::instance());
+    else if (!m_parser.parse(args))
+        qWarning().noquote() << m_parser.errorText();
+    if (!m_application->checkServiceAgreement())
+        return 1;
+    if (m_parser.isSet(ServiceOption)) {
+        m_service = true;
+        return 0;
+    }
+    const QStringList positional = m_parser.positionalArguments();
+    if (m_parser.isSet(UpdateOption))
+        return handleUpdateCommand();
+    if (positional.isEmpty()) {
+        m_application->showMainWindow();
+        return 0;
+    }
+    if (m_parser.isSet(FixupOption))
+        return handleFixupCommand(positional);
+    if (m_parser.isSet(OpenOption))
+        return handleOpenCommand(positional);
+    return m_parser.isSet(DebugOption) ? handleDebugUrl(positional.first()) : handleUrl(positional.first());
+}
+
+bool CommandLineHandler::checkClientUpgrade() {
+    if (!BuildInfo::isRelease())
+        return true;
+    QFile info(Paths::infoFile());
+    if (!info.open(QIODevice::ReadOnly | QIODevice::Text))
+        return false;
+    const QString installed = QJsonDocument::fromJson(info.readAll()).object().value("version").toString();
+    if (installed.isEmpty() || installed == BuildInfo::version())
+        return true;
+    qInfo().noquote() << "Client version dismatch, installed version: " << installed
+                      << ", current Running: " << BuildInfo::version();
+    Fenk::Dialog dialog;
+    dialog.setObjectName("client_upgrade_dialog");
+    dialog.setTitle(tr("Cellarix has upgrade"));
+    dialog.setMessage(tr("Are you want to quit current running version?"));
+    dialog.addButton(tr("Cancel"));
+    dialog.addButton(tr("Quit"), true, Fenk::Dialog::ButtonRecommend);
+    if (dialog.exec() == 1) {
+        QGuiApplication::setQuitOnLastWindowClosed(true);
+        // Also when the loop has not begun yet.
+        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit, Qt::QueuedConnection);
+    }
+    return true;
+}
+
+int CommandLineHandler::handleUpdateCommand() {
+    qWarning() << "Updating the environment is not possible in this version";
+    return 1;
+}
+
+int CommandLineHandler::handleFixupCommand(const QStringList& positional) {
+    if (positional.size() < 3) {
+        qWarning() << "Invalid fixup arguments, need at least bottlesName and programUuid";
+        return 1;
+    }
+    const QString bottle = positional.at(0);
+    const QString uuid = positional.at(1);
+    const QStringList components = positional.mid(2);
+    if (components.isEmpty()) {
+        qWarning() << "No components specified for fixup";
+        return 1;
+    }
+    if (m_application->isProgramRunning(bottle)) {
+        qWarning() << "The program is already running, skip fixup";
+        return 1;
+    }
+    qWarning() << "Installing components is not possible in this version:" << bottle << uuid << components;
+    return 1;
+}
+
+int CommandLineHandler::handleOpenCommand(const QStringList& positional) {
+    qDebug() << "handleOpenCommand" << positional;
+    if (positional.size() < 2) {
+        qWarning() << "Invalid open arguments, eg: cellarix --open bottlesName [extension] filePath";
+        return 1;
+    }
+    QString extension = positional.at(1);
+    const QString file = positional.size() > 2 ? positional.at(2) : positional.at(1);
+    if (positional.size() == 2) {
+        const QString scheme = QUrl(file).scheme();
+        extension = !scheme.isEmpty() && scheme != QLatin1String("file") ? scheme
+                                                                         : "." + file.split('.').last().toLower();
+        qDebug() << "opening extension:" << extension;
+    }
+    qWarning() << "Opening a file by its type is not possible in this version:" << positional.at(0) << extension
+               << file;
+    return 1;
+}
+
+int CommandLineHandler::handleDebugUrl(const QString& url) {
+    const LaunchTarget target = LaunchTarget::fromDebugUrl(url);
+    if (target.kind == LaunchTarget::Invalid)
+        qWarning() << "Invalid url:" << url;
+    if (target.kind != LaunchTarget::Executable)
+        return 1;
+    m_application->openExe(target.path, true);
+    return 0;
+}
+
+int CommandLineHandler::handleUrl(const QString& url) {
+    const LaunchTarget target = LaunchTarget::fromUrl(url);
+    switch (target.kind) {
+    case LaunchTarget::Invalid:
+        qWarning() << "Invalid url:" << url;
+        return 1;
+    case LaunchTarget::StoredProgram:
+        return m_application->openProgram(target.bottle, target.uuid);
+    case LaunchTarget::Executable:
+        m_application->openExe(target.path, false);
+        return 0;
+    case LaunchTarget::PackageFile:
+        qInfo() << "open cxb file:" << target.path;
+        return 1;
+    case LaunchTarget::Missing:
+        qWarning() << "No such file:" << url;
+        return 1;
+    case LaunchTarget::OtherFile:
+        qWarning() << "Not a Windows program:" << target.path;
+        return 1;
+    }
+    return 1;
+}
+
+QVector<ScannedExecutable> CommandLineHandler::scanExecutables(const QString& directory, const QString& output) {
+    const ToolProcess::Result result =
+        ToolProcess::run(Paths::exeScannerScript(), {directory, output}, ToolProcess::NoTimeLimit);
+    QVector<ScannedExecutable> found;
+    for (const QJsonValue& value : QJsonDocument::fromJson(result.standardOutput).array())
+        found << scannedExecutable(value.toObject());
+    return found;
+}

@@ -1,0 +1,61 @@
+#include "core/LaunchTarget.h"
+
+#include <QFileInfo>
+#include <QUrl>
+
+namespace {
+
+const QLatin1String ProgramScheme("lumorawine://");
+const QLatin1String FileScheme("file://");
+
+QString canonicalPath(const QString& url) {
+    QString path = url;
+    if (path.startsWith(FileScheme))
+        path.remove(0, FileScheme.size());
+    QString canonical = QFileInfo(path).canonicalFilePath();
+    // Desktops hand over a file's url with blanks and the like encoded.
+    if (canonical.isEmpty() && url.startsWith(FileScheme))
+        canonical = QFileInfo(QUrl(url).toLocalFile()).canonicalFilePath();
+    return canonical;
+}
+
+LaunchTarget fileTarget(const QString& url, const QStringList& executableSuffixes) {
+    LaunchTarget target;
+    target.path = canonicalPath(url);
+    if (target.path.isEmpty()) {
+        target.kind = LaunchTarget::Missing;
+        return target;
+    }
+    const QString suffix = QFileInfo(target.path).suffix().toLower();
+    if (executableSuffixes.contains(suffix))
+        target.kind = LaunchTarget::Executable;
+    else if (suffix == QLatin1String("cxb"))
+        target.kind = LaunchTarget::PackageFile;
+    else
+        target.kind = LaunchTarget::OtherFile;
+    return target;
+}
+
+}  // namespace
+
+LaunchTarget LaunchTarget::fromUrl(const QString& url) {
+    if (url.isEmpty())
+        return {};
+    if (!url.startsWith(ProgramScheme))
+        return fileTarget(url, {"exe", "msi"});
+    LaunchTarget target;
+    const QString rest = url.mid(ProgramScheme.size());
+    const int slash = rest.lastIndexOf('/');
+    if (slash > 0) {
+        target.kind = StoredProgram;
+        target.bottle = rest.left(slash);
+        target.uuid = rest.mid(slash + 1);
+    }
+    return target;
+}
+
+LaunchTarget LaunchTarget::fromDebugUrl(const QString& url) {
+    if (url.isEmpty())
+        return {};
+    return fileTarget(url, {"exe", "msi", "msp", "bat"});
+}

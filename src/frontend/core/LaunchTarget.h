@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+/// What a word of the command line names: a stored program, a file, or nothing that can be opened.
+struct LaunchTarget {
+    enum Kind { Invalid, Missing, StoredProgram, Executable, PackageFile, OtherFile };
+
+    Kind kind = Invalid;
+    QString bottle;  ///< StoredProgram
+    QString uuid;    ///< StoredProgram
+    QString path;    ///< canonical path of a file that exists
+
+    /// "lumorawine://<bottle>/<uuid>" is split at its last "/", so that a public bottle keeps its own; anything
+    /// else is a path with or without "file://".
+    static LaunchTarget fromUrl(const QString& url);
+    /// As above for a file only; takes the wider set of suffixes that the configuration window can open.
+    static LaunchTarget fromDebugUrl(const QString& url);
+};

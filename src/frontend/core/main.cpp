@@ -1,0 +1,61 @@
+#include <QDebug>
+#include <QFontDatabase>
+#include <QtConcurrent>
+
+#include "core/CellarixApplication.h"
+#include "core/CellarixService.h"
+#include "core/ServiceAgreement.h"
+#include "core/UnixSignals.h"
+#include "core/base/BuildInfo.h"
+#include "core/base/Logging.h"
+#include "fenk/Theme.h"
+
+namespace {
+
+void setHighDpi() {
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+}
+
+void nameApplication(CellarixApplication& application) {
+    QCoreApplication::setOrganizationName("lumora");
+    QCoreApplication::setApplicationName("cellarix");
+    QCoreApplication::setApplicationVersion(BuildInfo::version());
+    setHighDpi();
+    application.setProductIcon(Fenk::Theme::icon("cellarix"));
+    application.setProductName(QCoreApplication::translate("Main", "Cellarix"));
+    application.setApplicationDescription(QCoreApplication::translate(
+        "Main",
+        "Cellarix is a tool for running/packing Windows applications. It supports running Windows applications "
+        "directly and packing Windows applications into deb format."));
+    application.setAboutLink(ServiceAgreement::link());
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    setHighDpi();
+    CellarixApplication application(argc, argv);
+    // Spelt so since the first release: a corrected key would let an old and a new version run side by side.
+    if (!application.setSingleInstance("cellarrix")) {
+        qWarning() << "another instance is running";
+        return 1;
+    }
+    nameApplication(application);
+    initLogging();
+    qInfo() << "cellarix start";
+    QtConcurrent::run(&application, &CellarixApplication::checkBackendVersion);
+    qDebug() << "load icon font";
+    QFontDatabase::addApplicationFont(":/fonts/icon.ttf");
+    const UnixSignals signalHandlers;
+    const CellarixService service(&application);
+    if (application.handleCommandLine({}) != 0)
+        return 1;
+    if (signalHandlers.endRequested())
+        return 0;
+    if (!application.isNeeded()) {
+        qWarning() << "nothing was started, leaving";
+        return 1;
+    }
+    return QApplication::exec();
+}

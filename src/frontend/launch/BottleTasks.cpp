@@ -1,0 +1,23 @@
+#include "launch/BottleTasks.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QStandardPaths>
+
+#include "launch/WineLauncher.h"
+
+namespace BottleTasks {
+
+void importRegistry(QWidget* parent, const QString& bottle) {
+    const QString file = QFileDialog::getOpenFileName(
+        parent, QString(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
+        QCoreApplication::translate("BottleTasks", "Import registry files (*.reg)"));
+    if (file.isEmpty())
+        return;
+    auto* launcher = new WineLauncher(bottle, parent);
+    QObject::connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), launcher,
+                     &QObject::deleteLater);
+    launcher->launchCommand("regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"");
+}
+
+}  // namespace BottleTasks

@@ -1,0 +1,18 @@
+#include "launch/LauncherExit.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace LauncherExit {
+
+namespace {
+// Bad usage, no program, no bottle, no Wine, a 32-bit program without 32-bit Wine.
+constexpr int ScriptFailures[] = {64, 66, 67, 69, 78};
+}  // namespace
+
+bool isLaunchFailure(int exitCode) {
+    return exitCode == NotStarted ||
+           std::find(std::begin(ScriptFailures), std::end(ScriptFailures), exitCode) != std::end(ScriptFailures);
+}
+
+}  // namespace LauncherExit

@@ -1,0 +1,122 @@
+#include "launch/WineLauncher.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QStandardPaths>
+
+#include "backend/BottleUtils.h"
+#include "core/base/Paths.h"
+
+namespace {
+
+constexpr int WindowClassLimit = 64;
+constexpr int FileNameLimit = 255 - int(sizeof("wine-.txt")) + 1;
+
+/// The log's own name is longer than the program's, and a file system takes 255 bytes.
+QString logNamePart(QString fileName) {
+    while (fileName.toUtf8().size() > FileNameLimit)
+        fileName.chop(fileName.at(fileName.size() - 1).isLowSurrogate() ? 2 : 1);
+    return fileName;
+}
+
+const QString& launcherScript() {
+    static const QString script = Paths::launcherScript();
+    return script;
+}
+
+}  // namespace
+
+WineLauncher::WineLauncher(QObject* parent) : QProcess(nullptr) {
+    Q_UNUSED(parent)
+    setProgram(launcherScript());
+    setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    // A program started from a launcher must not be taken for that launcher by the desktop.
+    for (const QString& entry : QProcess::systemEnvironment()) {
+        if (!entry.startsWith(QLatin1String("GIO_LAUNCHED_DESKTOP_FILE")))
+            m_environment << entry;
+    }
+    addEnvironment("ATTACH_FILE_DIALOG=1");
+}
+
+WineLauncher::WineLauncher(const QString& bottle, QObject* parent) : WineLauncher(parent) {
+    setBottle(bottle);
+}
+
+void WineLauncher::setBottle(const QString& bottle) {
+    m_bottleName = bottle;
+    if (!m_logPath.isEmpty())
+        return;
+    const QString path = BottleUtils::bottlePath(bottle);
+    if (path.isEmpty())
+        qWarning().noquote() << "Bottle " << bottle << " not exists";
+    else
+        m_logDir = path + "/logs";
+}
+
+void WineLauncher::addEnvironment(const QString& entry) {
+    m_environment << entry;
+    setEnvironment(m_environment);
+}
+
+QStringList WineLauncher::commonOptions() {
+    QStringList options;
+    if (!m_logPath.isEmpty())
+        options << "--log-path" << m_logPath;
+    if (m_cli)
+        options << "--cli";
+    if (m_showLogs) {
+        options << "--show-logs";
+        setProcessChannelMode(QProcess::SeparateChannels);
+        setReadChannel(QProcess::StandardError);
+    }
+    if (m_wait)
+        options << "--wait";
+    return options;
+}
+
+void WineLauncher::addWindowClass(const QString& name) {
+    addEnvironment("WINE_WMCLASS=" +
+                   (name.size() > WindowClassLimit ? name.left(WindowClassLimit) + "..." : name));
+}
+
+void WineLauncher::startScript(const QString& what, const QStringList& arguments) {
+    setArguments(arguments);
+    qInfo() << "launching " << what << arguments << "Logs write to: " << m_logPath;
+    start(QIODevice::ReadWrite);
+}
+
+void WineLauncher::launchProgram(const QString& programUuid) {
+    m_logPath = m_logDir + "/wine-program-" + programUuid + ".txt";
+    const QStringList arguments = QStringList{m_bottleName} + commonOptions() + QStringList{"--uuid", programUuid};
+
+    const QJsonObject entry = BottleUtils::bottlePrograms(m_bottleName).value(programUuid).toObject();
+    if (entry.isEmpty())
+        qWarning().noquote() << "program " << programUuid << " not in bottles: " << m_bottleName;
+
+    const QString desktopFile =
+        QStandardPaths::writableLocation(QStandardPaths::DesktopLocation) + "/" + programUuid + ".desktop";
+    if (QFileInfo(desktopFile).isFile()) {
+        addEnvironment("GIO_LAUNCHED_DESKTOP_FILE=" + desktopFile);
+        qInfo() << "add GIO_LAUNCHED_DESKTOP_FILE to " << desktopFile;
+    }
+    addWindowClass(entry.value("name").toString());
+    startScript(programUuid, arguments);
+}
+
+void WineLauncher::launchExe(const QString& exePath, const QStringList& args) {
+    const QString fileName = QFileInfo(exePath).fileName();
+    if (m_logPath.isEmpty())
+        m_logPath = m_logDir + "/wine-" + logNamePart(fileName) + ".txt";
+    const QStringList arguments = QStringList{m_bottleName} + commonOptions() + QStringList{exePath} + args;
+    addWindowClass(fileName);
+    startScript(exePath, arguments);
+}
+
+void WineLauncher::launchCommand(const QString& command) {
+    if (m_bottleName.isEmpty()) {
+        qWarning() << "No bottle selected";
+        return;
+    }
+    startScript(command, {m_bottleName, command});
+}

@@ -1,0 +1,169 @@
+#include <sys/stat.h>
+
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <csignal>
+
+#include "e2e/InstalledApp.h"
+#include "support/FakeBottleService.h"
+#include "support/PrivateBus.h"
+#include "support/TestHome.h"
+
+using namespace TestSupport;
+
+/// The installed application against nonsense: on the command line, on the bus, on the disk. Nothing may hang, each
+/// start says why it ends, and no file of the user's is lost.
+class BadInputTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<TestHome> m_home;
+    std::unique_ptr<PrivateBus> m_bus;
+    std::unique_ptr<FakeBottleService> m_service;
+
+    QString settingsFile() const { return m_home->config() + "/lumora/cellarix/settings.conf"; }
+
+private Q_SLOTS:
+    void init() {
+        m_home = std::make_unique<TestHome>();
+        m_bus = std::make_unique<PrivateBus>();
+        m_service = std::make_unique<FakeBottleService>();
+        QVERIFY(m_service->start());
+        m_service->setText("Manager.GetVersion", "3.3.4.008");
+        InstalledApp::acceptAgreement();
+    }
+    void cleanup() {
+        m_service.reset();
+        m_bus.reset();
+        m_home.reset();
+    }
+
+    void commandLine_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("message");
+        const QString some = "../some file.exe";
+        QTest::newRow("no such file") << QStringList{"/nowhere/a.exe"} << "No such file:";
+        QTest::newRow("directory") << QStringList{"/tmp"} << "Not a Windows program:";
+        QTest::newRow("no bottle in the url") << QStringList{"lumorawine://abc"} << "Invalid url:";
+        QTest::newRow("empty bottle") << QStringList{"lumorawine:///uuid"} << "Invalid url:";
+        QTest::newRow("unknown bottle") << QStringList{"lumorawine://gone/uuid"} << "Invalid bottles name:";
+        QTest::newRow("empty word") << QStringList{""} << "Invalid url:";
+        QTest::newRow("batch file without debug") << QStringList{"@/run.bat"} << "Not a Windows program:";
+        QTest::newRow("package") << QStringList{"@/x.cxb"} << "open cxb file:";
+        QTest::newRow("zero bytes") << QStringList{"@/zero.exe"} << "not a file";
+        QTest::newRow("directory with suffix") << QStringList{"@/folder.exe"} << "not a file";
+        QTest::newRow("short fixup") << QStringList{"--fixup", "b", "u"}
+                                     << "Invalid fixup arguments, need at least bottlesName and programUuid";
+        QTest::newRow("short open") << QStringList{"--open", "b"} << "Invalid open arguments, eg:";
+    }
+
+    void commandLine() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, message);
+        m_home->write("zero.exe", "");
+        m_home->write("run.bat", "@echo off");
+        m_home->write("x.cxb", "x");
+        QDir(m_home->path()).mkdir("folder.exe");
+        arguments.replaceInStrings("@", m_home->path());
+        InstalledApp app(arguments);
+        QCOMPARE(app.waitForExit(), 1);
+        QVERIFY2(app.log().contains(message), qPrintable(app.log()));
+    }
+
+    void serviceTrouble_data() {
+        QTest::addColumn<QString>("trouble");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("absent") << "absent" << "Could not connect to the D-Bus service.";
+        QTest::newRow("other version") << "version" << "D-Bus version mismatch. Expected:";
+        QTest::newRow("dies in createBottles") << "dies" << "reply is invalid";
+        QTest::newRow("malformed answers") << "malformed" << "not exists";
+        QTest::newRow("errors") << "errors" << "Failed to fetch bottles config.";
+    }
+
+    /// A launch goes as far as the service lets it, then ends by itself.
+    void serviceTrouble() {
+        QFETCH(QString, trouble);
+        QFETCH(QString, message);
+        if (trouble == "absent") {
+            m_service->kill();
+            QVERIFY(m_service->waitUntilGone());
+        } else if (trouble == "version") {
+            m_service->setText("Manager.GetVersion", "1.0");
+        } else if (trouble == "dies") {
+            m_service->setVanish("Bottles.createBottles");
+        } else if (trouble == "malformed") {
+            for (const char* method : {"list", "get", "createBottles", "checkPublicBottles"})
+                m_service->setText(QString("Bottles.") + method, "}{\x01 nonsense");
+        } else {
+            for (const char* method : {"list", "get", "createBottles"})
+                m_service->setError(QString("Bottles.") + method, "no");
+        }
+        const QString file = m_home->write("program.exe", "MZ but nothing more");
+        InstalledApp app({file});
+        QVERIFY2(app.waitForExit(60000) >= 0, qPrintable(app.log()));
+        QVERIFY2(app.log().contains(message), qPrintable(app.log()));
+        QVERIFY2(app.log().contains("all runners are finished, quit app") || trouble == "malformed",
+                 qPrintable(app.log()));
+    }
+
+    void brokenSettings_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("binary") << QByteArray("\x00\xff\xfe[[[\n=", 9);
+        QTest::newRow("half a line") << QByteArray("[basic]\nupdate_log.ver");
+    }
+
+    /// Nothing recorded means that the agreement is asked; the broken file is still there, under another name.
+    void brokenSettings() {
+        QFETCH(QByteArray, content);
+        m_home->write(".config/lumora/cellarix/settings.conf", content);
+        InstalledApp app({"--service"});
+        QVERIFY2(app.waitForLog("service_agreement_dialog"), qPrintable(app.log()));
+        app.signal(SIGTERM);
+        QVERIFY(app.waitForExit() >= 0);
+        QByteArray kept;
+        for (const QFileInfo& file : QDir(QFileInfo(settingsFile()).path()).entryInfoList(QDir::Files))
+            kept += readFile(file.filePath());
+        QVERIFY(kept.contains(content.left(8)));
+    }
+
+    void readOnlySettings() {
+        // Root writes into read-only directories; a directory in the file's place stops everybody.
+        QVERIFY(QFile::remove(settingsFile()));
+        QVERIFY(QDir().mkpath(settingsFile() + "/in-the-way"));
+        InstalledApp app({"--service"});
+        QVERIFY2(app.waitForLog("service_agreement_dialog"), qPrintable(app.log()));
+        app.signal(SIGTERM);
+        QVERIFY(app.waitForExit() >= 0);
+    }
+
+    void noRoomForTheLog() {
+        const QString cache = m_home->cache() + "/lumora/cellarix";
+        QDir().mkpath(cache);
+        QVERIFY(QFile::link("/dev/full", cache + "/cellarix.log"));
+        InstalledApp app({"--service"});
+        QVERIFY(app.waitForLog("cellarix start"));
+        app.signal(SIGTERM);
+        QCOMPARE(app.waitForExit(), 0);
+    }
+
+    void killedInstanceLeavesNoTrace() {
+        InstalledApp dead({"--service"});
+        QVERIFY(dead.waitForLog("cellarix start"));
+        dead.signal(SIGKILL);
+        QCOMPARE(dead.waitForExit(), -1);
+        InstalledApp next({"--service"});
+        QVERIFY2(next.waitForLog("cellarix start"), qPrintable(next.log()));
+        next.signal(SIGTERM);
+        QCOMPARE(next.waitForExit(), 0);
+    }
+
+    void helpAndBadOption() {
+        QCOMPARE(InstalledApp({"--help"}).waitForExit(), 0);
+        InstalledApp bad({"--no-such-option"});
+        QCOMPARE(bad.waitForExit(), 1);
+        QVERIFY2(bad.log().contains("no-such-option"), qPrintable(bad.log()));
+    }
+};
+
+QTEST_GUILESS_MAIN(BadInputTest)
+#include "BadInputTest.moc"

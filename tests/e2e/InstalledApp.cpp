@@ -1,0 +1,77 @@
+#include "e2e/InstalledApp.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QVariant>
+#include <csignal>
+
+#include "core/base/BuildInfo.h"
+#include "core/base/Paths.h"
+
+namespace TestSupport {
+
+InstalledApp::InstalledApp(const QStringList& arguments, const QStringList& variables) {
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    for (const QString& variable : variables)
+        m_process.setVariable(variable.section('=', 0, 0), variable.section('=', 1));
+    QObject::connect(&m_process, &QProcess::readyRead, &m_process,
+                     [this] { m_log += QString::fromUtf8(m_process.readAll()); });
+    m_process.start(executable(), arguments);
+    m_process.waitForStarted();
+}
+
+int InstalledApp::waitForExit(int timeoutMs) {
+    if (!waitUntil([this] { return !isRunning(); }, timeoutMs))
+        return -1;
+    m_log += QString::fromUtf8(m_process.readAll());
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+bool InstalledApp::waitForLog(const QString& text, int timeoutMs) {
+    return waitUntil([&] { return m_log.contains(text); }, timeoutMs);
+}
+
+void InstalledApp::signal(int number) {
+    ::kill(pid_t(pid()), number);
+}
+
+QString InstalledApp::executable() {
+    return Paths::binDir() + "/cellarix";
+}
+
+void InstalledApp::acceptAgreement() {
+    const QString directory =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/lumora/cellarix";
+    QDir().mkpath(directory);
+    QFile file(directory + "/settings.conf");
+    if (file.open(QIODevice::WriteOnly))
+        file.write("[basic]\nupdate_log.version=" + BuildInfo::version().toUtf8() + "\n");
+}
+
+QString sample(const QString& name, int bits) {
+    const QString path = QString(TEST_BINARY_DIR "/tests/programs/%1/%2.exe").arg(bits == 64 ? "x64" : "x86", name);
+    return QFileInfo::exists(path) ? path : QString();
+}
+
+QString sampleAs(const QString& name, const QString& directory, const QString& fileName, int bits) {
+    const QString source = sample(name, bits);
+    if (source.isEmpty())
+        return {};
+    QDir().mkpath(directory);
+    const QString target = directory + "/" + fileName;
+    QFile::remove(target);
+    return QFile::copy(source, target) ? target : QString();
+}
+
+QString callBottles(const QString& method, const QVariantList& arguments) {
+    QDBusMessage call = QDBusMessage::createMethodCall("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Bottles",
+                                                       "com.lumora.Manager.Bottles", method);
+    call.setArguments(arguments);
+    return QDBusConnection::sessionBus().call(call, QDBus::BlockWithGui, 120000).arguments().value(0).toString();
+}
+
+}  // namespace TestSupport

@@ -1,0 +1,229 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <csignal>
+
+#include "e2e/InstalledApp.h"
+#include "support/TestHome.h"
+#include "support/WindowFinder.h"
+
+using namespace TestSupport;
+
+namespace {
+
+constexpr int FirstLaunchMs = 120000;  // makes a bottle
+constexpr int LaunchMs = 60000;
+const char SampleTitle[] = "Cellarix sample window";
+
+QJsonObject bottle(const QString& name) {
+    return QJsonDocument::fromJson(callBottles("get", {name}).toUtf8()).object();
+}
+
+QStringList bottleNames() {
+    QStringList names;
+    for (const QJsonValue& name : QJsonDocument::fromJson(callBottles("list").toUtf8()).array())
+        names << name.toString();
+    return names;
+}
+
+/// The bottle whose prefix the window's process runs in.
+QString bottleOf(const WindowInfo& window) {
+    const QString prefix = environmentOf(window.pid).value("WINEPREFIX");
+    for (const QString& name : bottleNames()) {
+        if (!prefix.isEmpty() && bottle(name).value("Path").toString() == prefix)
+            return name;
+    }
+    return {};
+}
+
+QString applicationLog() {
+    return QString::fromUtf8(
+        readFile(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/lumora/cellarix/cellarix.log"));
+}
+
+}  // namespace
+
+/// The road of a double-clicked file with everything real: the installed program, the bottle service, Wine, an X
+/// server with a window manager.
+class LaunchTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_files;
+    WindowFinder m_windows;
+    QString m_bottle;
+
+    void closeAll() {
+        for (const WindowInfo& window : m_windows.windows())
+            m_windows.close(window.id);
+        QTRY_VERIFY_WITH_TIMEOUT(m_windows.windows().isEmpty(), LaunchMs);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (QStandardPaths::findExecutable("wine").isEmpty())
+            QSKIP("Wine is not on this machine");
+        if (sample("window").isEmpty())
+            QSKIP("the Windows samples were not built, a mingw-w64 compiler is missing");
+        QVERIFY2(m_windows.hasWindowManager(), "run this test in scripts/session");
+        InstalledApp::acceptAgreement();
+    }
+
+    void cleanup() { closeAll(); }
+
+    void fileEndsInItsWindow() {
+        const QString file = sampleAs("window", m_files.path(), "first.exe");
+        InstalledApp app({file});
+        const WindowInfo window = m_windows.waitForTitle(SampleTitle, FirstLaunchMs);
+        QVERIFY2(window.id, qPrintable(app.log()));
+        m_bottle = bottleOf(window);
+        QVERIFY2(m_bottle.startsWith("first.exe"), qPrintable(m_bottle));
+        QCOMPARE(m_bottle.size(), int(strlen("first.exe")) + 32);
+        QCOMPARE(environmentOf(window.pid).value("ATTACH_FILE_DIALOG"), QString("1"));
+        m_windows.close(window.id);
+        QCOMPARE(app.waitForExit(), 0);
+        QVERIFY2(app.log().contains("all runners are finished, quit app"), qPrintable(app.log()));
+        const QJsonObject programs = bottle(m_bottle).value("External_Programs").toObject();
+        QCOMPARE(programs.size(), 1);
+        QCOMPARE(programs.begin().value().toObject().value("path").toString(), file);
+    }
+
+    void storedProgramByUrl() {
+        QVERIFY(!m_bottle.isEmpty());
+        const QString uuid = bottle(m_bottle).value("External_Programs").toObject().keys().value(0);
+        InstalledApp app({"lumorawine://" + m_bottle + "/" + uuid});
+        const WindowInfo window = m_windows.waitForTitle(SampleTitle, LaunchMs);
+        QVERIFY2(window.id, qPrintable(app.log()));
+        QCOMPARE(environmentOf(window.pid).value("_CXB_WINE_PROGRAM_UUID"), uuid);
+        m_windows.close(window.id);
+        QCOMPARE(app.waitForExit(), 0);
+        QVERIFY(QFile::exists(bottle(m_bottle).value("Path").toString() + "/logs/wine-program-" + uuid + ".txt"));
+    }
+
+    void thirtyTwoBitFile() {
+        const QString file = sampleAs("window", m_files.path(), "thirtytwo.exe", 32);
+        if (file.isEmpty() || !QFile::exists("/usr/lib/wine/wine"))
+            QSKIP("no 32-bit Wine or no 32-bit compiler on this machine");
+        InstalledApp app({file});
+        const WindowInfo window = m_windows.waitForTitle(SampleTitle, FirstLaunchMs);
+        QVERIFY2(window.id, qPrintable(app.log()));
+        m_windows.close(window.id);
+        QCOMPARE(app.waitForExit(), 0);
+    }
+
+    void consoleOutputReachesTheLog() {
+        const QString file = sampleAs("console", m_files.path(), "console.exe");
+        InstalledApp app({file});
+        QCOMPARE(app.waitForExit(FirstLaunchMs), 0);
+        QString path;
+        for (const QString& name : bottleNames()) {
+            if (name.startsWith("console.exe"))
+                path = bottle(name).value("Path").toString();
+        }
+        const QByteArray log = readFile(path + "/logs/wine-console.exe.txt");
+        QVERIFY2(log.contains("控制台"), log.right(2000).constData());
+    }
+
+    void awkwardNames_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("blanks and quotes") << "a b 'c' \"d\".exe";
+        QTest::newRow("Chinese") << "中文 程序（一）.exe";
+        QTest::newRow("leading dash") << "-x --uuid.exe";
+        QTest::newRow("255 bytes") << QString(251, 'n') + ".exe";
+    }
+
+    void awkwardNames() {
+        QFETCH(QString, name);
+        const QString file = sampleAs("quit", m_files.path() + "/" + QTest::currentDataTag(), name);
+        QVERIFY(!file.isEmpty());
+        InstalledApp app({file});
+        QCOMPARE(app.waitForExit(FirstLaunchMs), 0);
+        QVERIFY2(app.log().contains("exe finished:  0"), qPrintable(app.log()));
+    }
+
+    void secondStartHandsOver() {
+        const QString first = m_files.path() + "/first.exe";
+        const QString second = sampleAs("window", m_files.path() + "/other", "second.exe");
+        InstalledApp app({first});
+        QVERIFY2(m_windows.waitForTitle(SampleTitle, LaunchMs).id, qPrintable(app.log()));
+        InstalledApp other({second});
+        QCOMPARE(other.waitForExit(), 1);
+        QVERIFY2(other.log().contains("another instance is running"), qPrintable(other.log()));
+        QTRY_COMPARE_WITH_TIMEOUT(m_windows.windows().size(), 2, FirstLaunchMs);
+
+        // A file that runs already gets a dialog, and nothing is started.
+        InstalledApp again({first});
+        QCOMPARE(again.waitForExit(), 1);
+        QVERIFY(app.waitForLog("already_running_dialog"));
+        closeAll();
+        QCOMPARE(app.waitForExit(), 0);
+    }
+
+    void programOutlivesTheMainWindow() {
+        InstalledApp app;
+        const WindowInfo mainWindow = m_windows.waitForTitle("Cellarix", LaunchMs);
+        QVERIFY2(mainWindow.id, qPrintable(app.log()));
+        InstalledApp other({m_files.path() + "/first.exe"});
+        QCOMPARE(other.waitForExit(), 1);
+        const WindowInfo program = m_windows.waitForTitle(SampleTitle, LaunchMs);
+        QVERIFY2(program.id, qPrintable(app.log()));
+        m_windows.close(mainWindow.id);
+        QVERIFY(app.waitForLog("bottles is running"));
+        QVERIFY(app.isRunning());
+        m_windows.close(program.id);
+        QCOMPARE(app.waitForExit(), 0);
+    }
+
+    void programEndKeepsTheMainWindow() {
+        InstalledApp app;
+        const WindowInfo mainWindow = m_windows.waitForTitle("Cellarix", LaunchMs);
+        QVERIFY(mainWindow.id);
+        InstalledApp other({m_files.path() + "/first.exe"});
+        const WindowInfo program = m_windows.waitForTitle(SampleTitle, LaunchMs);
+        QVERIFY2(program.id, qPrintable(app.log()));
+        m_windows.close(program.id);
+        QVERIFY(app.waitForLog("remove exe runner:"));
+        QVERIFY(app.isRunning());
+        m_windows.close(mainWindow.id);
+        QCOMPARE(app.waitForExit(), 0);
+    }
+
+    void signalEndsIt_data() {
+        QTest::addColumn<int>("number");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGINT") << SIGINT;
+        QTest::newRow("SIGHUP") << SIGHUP;
+        QTest::newRow("SIGQUIT") << SIGQUIT;
+    }
+
+    void signalEndsIt() {
+        QFETCH(int, number);
+        InstalledApp app;
+        QVERIFY(m_windows.waitForTitle("Cellarix", LaunchMs).id);
+        app.signal(number);
+        QCOMPARE(app.waitForExit(), 0);
+        const QString lastLine = applicationLog().trimmed().section('\n', -1);
+        QVERIFY2(lastLine.contains(QString("ending on signal %1").arg(number)), qPrintable(lastLine));
+    }
+
+    void twentyStartsAtOnce() {
+        constexpr int Starts = 20;
+        InstalledApp first({"--service"});
+        QVERIFY(first.waitForLog("cellarix start"));
+        std::vector<std::unique_ptr<InstalledApp>> others;
+        for (int i = 0; i < Starts; ++i)
+            others.push_back(std::make_unique<InstalledApp>(QStringList{QString("/nowhere/%1.exe").arg(i)}));
+        for (const auto& other : others)
+            QCOMPARE(other->waitForExit(LaunchMs), 1);
+        for (int i = 0; i < Starts; ++i)
+            QVERIFY2(first.waitForLog(QString("No such file: \"/nowhere/%1.exe\"").arg(i)), qPrintable(first.log()));
+        first.signal(SIGTERM);
+        QCOMPARE(first.waitForExit(), 0);
+        QCOMPARE(first.log().count("::::"), Starts);
+    }
+};
+
+QTEST_GUILESS_MAIN(LaunchTest)
+#include "LaunchTest.moc"
