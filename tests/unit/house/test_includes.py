@@ -1,0 +1,84 @@
+#!/usr/bin/python3
+"""Keeps the arrows between the rooms: nothing includes what lies above it."""
+
+import pathlib
+import re
+import sys
+import unittest
+
+SOURCE = pathlib.Path(sys.argv.pop(1) if len(sys.argv) > 1 else __file__ + "/../../../..").resolve() / "src"
+INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(["<])([^">]+)[">]', re.M)
+
+# Room to the rooms it may include, from the ground up. A room may always include itself.
+ARROWS = {"fenk": set(), "core/base": {"fenk"}}
+ARROWS["probes"] = ARROWS["backend"] = {"core/base", "fenk"}
+ARROWS["launch"] = {"backend", "probes", "core/base", "fenk"}
+ARROWS["store"] = ARROWS["packaging"] = ARROWS["feedback"] = ARROWS["launch"] | {"launch"}
+ARROWS["shell"] = ARROWS["store"] | {"store", "packaging", "feedback"}
+ARROWS["core"] = ARROWS["shell"] | {"shell"}
+ARROWS["bottleservice"] = {"fenk"}
+ARROWS["inspect"] = ARROWS["eventlog"] = set()
+
+# Plumbing apart from meaning: in the service only the wire and the process entry know the bus.
+BUS_FREE = re.compile(r"bottleservice/(?!wire/)[^/]+/")
+
+
+def room(path):
+    """The longest room that a path written from src/frontend or src/platform lies in."""
+    return max((name for name in ARROWS if path.startswith(name + "/")), key=len, default=None)
+
+
+def faults(path, text):
+    """What is wrong with the includes of one file; path is written from src/frontend or src/platform."""
+    own, found = room(path), []
+    for quote, name in INCLUDE.findall(text):
+        target = room(name) if "/" in name else None
+        if quote == '"' and name.startswith("../"):
+            found.append(f"{path} includes {name} by a relative path")
+        elif own and target and target != own and target not in ARROWS[own]:
+            found.append(f"{path} includes {name}: {own} lies below or beside {target}")
+        elif BUS_FREE.match(path) and ("QDBus" in name or name.startswith("QtDBus")):
+            found.append(f"{path} includes {name}: only bottleservice/wire speaks to the bus")
+    return found
+
+
+class Rules(unittest.TestCase):
+    TABLE = (
+        ("core/main.cpp", '#include "shell/Mainwindow.h"', 0),
+        ("core/main.cpp", '#include "core/base/Paths.h"', 0),
+        ("core/base/Paths.cpp", '#include "core/CellarixApplication.h"', 1),
+        ("core/base/Paths.cpp", '#include "fenk/Settings.h"', 0),
+        ("fenk/Dialog.cpp", '#include "core/base/Paths.h"', 1),
+        ("launch/ExeFileRunner.h", '#include "backend/BottlesConfig.h"\n#include "probes/GpuInfo.h"', 0),
+        ("launch/ExeFileRunner.h", '#include "store/StoreView.h"\n  #  include "shell/Mainwindow.h"', 2),
+        ("backend/BottlesConfig.h", '#include "launch/LaunchWindows.h"', 1),
+        ("backend/BottlesConfig.h", '#include "probes/GpuInfo.h"', 1),
+        ("shell/Mainwindow.cpp", '#include "feedback/FeedbackDialog.h"\n#include "store/client/RestClient.h"', 0),
+        ("store/StorePage.cpp", '#include "packaging/PackageConfig.h"', 1),
+        ("bottleservice/wire/Manager.cpp", '#include <QDBusMessage>\n#include "bottleservice/bottles/Bottle.h"', 0),
+        ("bottleservice/bottles/Bottle.cpp", '#include <QDBusMessage>', 1),
+        ("bottleservice/main.cpp", '#include <QDBusConnection>\n#include "core/base/Paths.h"', 1),
+        ("shell/Page.cpp", '#include "../core/main.h"', 1),
+        ("shell/Page.cpp", '// #include "core/main.h"\n#include <QString>\n#include "Page.h"', 0),
+    )
+
+    def test_each_arrow(self):
+        for path, text, count in self.TABLE:
+            with self.subTest(path=path, text=text):
+                self.assertEqual(len(faults(path, text)), count)
+
+
+class House(unittest.TestCase):
+    def test_sources_keep_the_arrows(self):
+        files = [file for side in ("frontend", "platform") for kind in ("*.h", "*.cpp", "*.h.in")
+                 for file in (SOURCE / side).rglob(kind)]
+        self.assertTrue(files, f"no sources under {SOURCE}")
+        found = []
+        for file in files:
+            path = "/".join(file.relative_to(SOURCE).parts[1:])
+            found += faults(path, file.read_text(encoding="utf-8"))
+        self.assertEqual(found, [], "\n" + "\n".join(found))
+
+
+if __name__ == "__main__":
+    unittest.main()
