@@ -26,16 +26,11 @@ int operatorAt(const QString& text) {
     return -1;
 }
 
-/// Index of the parenthesis that opens the arguments, or the length.
+/// Index of the parenthesis that opens the (outermost function's) arguments, or the length.
 int argumentsAt(const QString& text, int nameOperator) {
-    if (nameOperator >= 0) {
-        const int from = nameOperator + int(std::strlen("operator"));
-        const int open =
-            text.indexOf('(', text.midRef(from).startsWith(QLatin1String("()")) ? from + 2 : from);
-        return open < 0 ? text.size() : open;
-    }
+    const int end = nameOperator < 0 ? text.size() : nameOperator;
     int depth = 0;
-    for (int i = 0; i < text.size(); ++i) {
+    for (int i = 0; i < end; ++i) {
         const QChar c = text.at(i);
         if (c == '<')
             ++depth;
@@ -44,7 +39,11 @@ int argumentsAt(const QString& text, int nameOperator) {
         else if (c == '(' && depth == 0)
             return i;
     }
-    return text.size();
+    if (nameOperator < 0)
+        return end;
+    const int from = nameOperator + int(std::strlen("operator"));
+    const int open = text.indexOf('(', text.midRef(from).startsWith(QLatin1String("()")) ? from + 2 : from);
+    return open < 0 ? text.size() : open;
 }
 
 /// Index of the name behind the return type: after the last blank outside of template arguments.
@@ -68,13 +67,13 @@ QString LogFormat::shortFunction(const char* function) {
     QString text = QString::fromUtf8(function);
     text.remove(QLatin1String("{anonymous}::"));
     text.remove(QLatin1String("(anonymous namespace)::"));
+    text.remove(QLatin1String("(anonymous class)::"));
     const int with = text.indexOf(QLatin1String(" [with "));
     if (with >= 0)
         text.truncate(with);
     const int nameOperator = operatorAt(text);
     text.truncate(argumentsAt(text, nameOperator));
-    const int name = nameAt(nameOperator >= 0 ? text.left(nameOperator) : text);
-    text.remove(0, name);
+    text.remove(0, nameAt(nameOperator < 0 ? text : text.left(nameOperator)));
     while (text.startsWith('*') || text.startsWith('&'))
         text.remove(0, 1);
     return text;

@@ -1,18 +1,47 @@
 #include "fenk/Settings.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QSaveFile>
+#include <cerrno>
+#include <cstdio>
 
+#include "fenk/OwnedFd.h"
 #include "fenk/SettingsFile.h"
 
 namespace Fenk {
 namespace {
 
 constexpr int LockWaitMs = 2000;
+constexpr int LockStepMs = 5;
+
+/// Keeps other processes of this kind from writing meanwhile. The kernel lets go when we are killed, and no
+/// lock file stays behind. Where directories cannot be locked, there is no protection.
+class DirectoryLock {
+public:
+    explicit DirectoryLock(const QString& directory)
+        : m_fd(::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        for (int waited = 0; m_fd.isValid() && ::flock(m_fd.get(), LOCK_EX | LOCK_NB) != 0;
+             waited += LockStepMs) {
+            m_busy = errno == EWOULDBLOCK && waited >= LockWaitMs;
+            if (m_busy || (errno != EWOULDBLOCK && errno != EINTR))
+                return;
+            ::poll(nullptr, 0, LockStepMs);
+        }
+    }
+
+    bool isBusy() const { return m_busy; }
+
+private:
+    OwnedFd m_fd;
+    bool m_busy = false;
+};
 
 struct Read {
     enum State { Missing, Unusable, Good } state = Missing;
@@ -42,8 +71,8 @@ Read readFile(const QString& path) {
 /// Puts an unusable file out of the way of the next write.
 bool setAside(const QString& path) {
     const QString aside = path + ".broken";
-    QFile::remove(aside);
-    if (!QFileInfo(path).isFile() || !QFile::rename(path, aside))
+    if (!QFileInfo(path).isFile() ||
+        std::rename(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) != 0)
         return false;
     qWarning() << "settings: kept aside" << aside;
     return true;
@@ -143,9 +172,14 @@ void Settings::scheduleSync() {
 bool Settings::sync() {
     if (m_changed.isEmpty())
         return true;
-    QLockFile lock(m_iniPath + ".lock");
-    if (!QDir().mkpath(QFileInfo(m_iniPath).path()) || !lock.tryLock(LockWaitMs)) {
-        qWarning() << "settings: cannot write beside" << m_iniPath;
+    const QString directory = QFileInfo(m_iniPath).path();
+    if (!QDir().mkpath(directory)) {
+        qWarning() << "settings: cannot create" << directory;
+        return false;
+    }
+    const DirectoryLock lock(directory);
+    if (lock.isBusy()) {
+        qWarning() << "settings: someone else keeps writing to" << directory;
         return false;
     }
     // Read again: what others changed under other keys since then shall stay.

@@ -91,7 +91,7 @@ SettingsFile::Line SettingsFile::parseLine(const QString& text, const QString& s
 }
 
 std::optional<SettingsFile> SettingsFile::parse(const QByteArray& bytes) {
-    const QString text = QString::fromUtf8(bytes);
+    const QString text = QString::fromUtf8(bytes.constData(), bytes.size());  // not only up to a NUL
     if (bytes.size() > MaxBytes || text.contains(QChar(0)) || text.contains(QChar::ReplacementCharacter))
         return std::nullopt;
     SettingsFile file;

@@ -44,12 +44,16 @@ bool fitsSocket(const QString& directory, const QString& name) {
 }
 
 QString runtimeDirectoryFor(const QString& wanted, const QString& name) {
-    const QStringList candidates = {wanted, qEnvironmentVariable("XDG_RUNTIME_DIR"),
-                                    QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation)};
-    for (const QString& candidate : candidates)
-        if (QDir::isAbsolutePath(candidate) && isPrivateDirectory(candidate) && fitsSocket(candidate, name))
+    const auto usable = [&name](const QString& directory) {
+        return QDir::isAbsolutePath(directory) && isPrivateDirectory(directory) &&
+               fitsSocket(directory, name);
+    };
+    for (const QString& candidate : {wanted, qEnvironmentVariable("XDG_RUNTIME_DIR")})
+        if (usable(candidate))
             return candidate;
-    return fallbackDirectory();
+    // Asked for last, as it makes a directory and complains when the variable is not set.
+    const QString standard = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return usable(standard) ? standard : fallbackDirectory();
 }
 
 QString fileNameFor(const QString& key) {

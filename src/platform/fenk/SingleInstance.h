@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <memory>
 
-#include "fenk/SingleInstanceFd.h"
+#include "fenk/OwnedFd.h"
 
 namespace Fenk {
 

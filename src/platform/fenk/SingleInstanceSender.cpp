@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "fenk/SingleInstanceFd.h"
+#include "fenk/OwnedFd.h"
 #include "fenk/SingleInstanceServer.h"
 
 namespace Fenk {

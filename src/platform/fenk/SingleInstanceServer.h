@@ -5,7 +5,7 @@
 #include <memory>
 #include <unordered_map>
 
-#include "fenk/SingleInstanceFd.h"
+#include "fenk/OwnedFd.h"
 
 class QSocketNotifier;
 
