@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <cerrno>
 
+#include "fenk/StandardError.h"
+
 namespace Fenk {
 
 FileAppender::FileAppender(const QString& fileName) : m_fileName(fileName) {}
@@ -75,9 +77,7 @@ void FileAppender::notice(const QString& text) {
     if (m_noticed)
         return;
     m_noticed = true;
-    const QByteArray line = text.toUtf8() + '\n';
-    const ssize_t written = ::write(STDERR_FILENO, line.constData(), size_t(line.size()));
-    (void)written;
+    writeToStandardError(text.toUtf8() + '\n');
 }
 
 }  // namespace Fenk

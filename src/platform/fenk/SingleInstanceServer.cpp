@@ -52,10 +52,16 @@ bool SingleInstanceServer::listen(const QString& path) {
 void SingleInstanceServer::acceptPeers() {
     while (m_peers.size() < MaxPeers) {
         OwnedFd socket(::accept4(m_socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-        if (socket.isValid())
+        if (socket.isValid()) {
             addPeer(std::move(socket));
-        else if (errno != EINTR && errno != ECONNABORTED)
+        } else if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
+            qWarning() << "single instance: cannot accept a peer:" << qt_error_string(errno);
+            m_notifier->setEnabled(false);
+            QTimer::singleShot(PauseMs, this, [this] { m_notifier->setEnabled(true); });
             return;
+        } else if (errno != EINTR && errno != ECONNABORTED) {
+            return;
+        }
     }
     m_notifier->setEnabled(false);  // until a peer has gone
 }

@@ -18,6 +18,7 @@ class SingleInstanceServer : public QObject {
 public:
     static constexpr int IdleMs = 5000;
     static constexpr int MaxPeers = 256;
+    static constexpr int PauseMs = 200;  ///< before accepting is tried again when descriptors have run out
     static constexpr char Confirmed = '+';
     static constexpr char Refused = '-';
 

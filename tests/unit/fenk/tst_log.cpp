@@ -68,6 +68,7 @@ private Q_SLOTS:
     void tornLineIsEnded();
     void threadsDoNotMixLines();
     void appenderThatLogs();
+    void consoleThatHasGone();
     void fatalIsWrittenAndAborts();
 
 private:
@@ -290,6 +291,24 @@ void TestLog::appenderThatLogs() {
     const QStringList messages = chatty->messages;
     Logger::globalInstance()->removeAppender(chatty);
     QCOMPARE(messages, QStringList("once"));
+}
+
+void TestLog::consoleThatHasGone() {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::signal(SIGPIPE, SIG_DFL);
+        int pipeEnds[2] = {-1, -1};
+        if (::pipe(pipeEnds) != 0)
+            ::_exit(2);
+        ::dup2(pipeEnds[1], 2);
+        ::close(pipeEnds[0]);
+        ConsoleAppender appender;
+        say(appender, "2024-05-01T01:00:00", "into the void");
+        ::_exit(0);
+    }
+    int status = 0;
+    QCOMPARE(::waitpid(child, &status, 0), child);
+    QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 void TestLog::fatalIsWrittenAndAborts() {
