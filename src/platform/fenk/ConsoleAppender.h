@@ -1,0 +1,14 @@
+#pragma once
+
+#include "fenk/AbstractAppender.h"
+
+namespace Fenk {
+
+/// Writes to standard error, one write a message.
+class ConsoleAppender : public AbstractAppender {
+public:
+    void append(const QDateTime& time, QtMsgType type, const char* file, int line, const char* function,
+                const QString& category, const QString& message) override;
+};
+
+}  // namespace Fenk

@@ -1,0 +1,55 @@
+#include "fenk/LogManager.h"
+
+#include <QCoreApplication>
+#include <QMutex>
+#include <QStandardPaths>
+#include <memory>
+
+#include "fenk/ConsoleAppender.h"
+#include "fenk/Logger.h"
+
+namespace Fenk {
+namespace {
+
+struct Choices {
+    QMutex mutex;
+    QString format =
+        QStringLiteral("%{time}{yyyy-MM-dd, HH:mm:ss.zzz} [%{type:-7}] %{category}: %{message}\n");
+    QString filePath;
+};
+
+Choices& choices() {
+    static Choices instance;
+    return instance;
+}
+
+}  // namespace
+
+void LogManager::setLogFormat(const QString& format) {
+    QMutexLocker lock(&choices().mutex);
+    choices().format = format;
+}
+
+QString LogManager::logFormat() {
+    QMutexLocker lock(&choices().mutex);
+    return choices().format;
+}
+
+void LogManager::registerConsoleAppender() {
+    Logger::globalInstance()->registerAppender(std::make_unique<ConsoleAppender>());
+}
+
+QString LogManager::getlogFilePath() {
+    QMutexLocker lock(&choices().mutex);
+    if (!choices().filePath.isEmpty())
+        return choices().filePath;
+    return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + '/' +
+           QCoreApplication::applicationName() + ".log";
+}
+
+void LogManager::setlogFilePath(const QString& path) {
+    QMutexLocker lock(&choices().mutex);
+    choices().filePath = path;
+}
+
+}  // namespace Fenk

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QReadWriteLock>
+#include <QString>
+#include <QtGlobal>
+#include <memory>
+#include <vector>
+
+namespace Fenk {
+
+class AbstractAppender;
+
+/// Takes over Qt's messages with the first registered appender (and gives them back with the last) and hands
+/// each to all appenders, in the thread that logs. It lives until the process ends, so that messages of late
+/// destructors still arrive. A fatal message ends the process after it has been appended, as always with Qt.
+class Logger {
+public:
+    static Logger* globalInstance();
+
+    void registerAppender(AbstractAppender* appender);  ///< takes ownership
+    void registerAppender(std::unique_ptr<AbstractAppender> appender);
+    void removeAppender(AbstractAppender* appender);  ///< destroys it
+
+private:
+    Logger() = default;
+    ~Logger() = default;
+
+    static void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message);
+    void append(QtMsgType type, const QMessageLogContext& context, const QString& message);
+
+    QReadWriteLock m_lock;
+    QtMessageHandler m_previous = nullptr;
+    std::vector<std::unique_ptr<AbstractAppender>> m_appenders;
+};
+
+}  // namespace Fenk

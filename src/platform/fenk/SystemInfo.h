@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+namespace Fenk {
+
+/// What the system calls itself. "/etc/os-version" (an INI-like file) wins over "/etc/os-release" field by
+/// field. A missing file leaves its fields empty.
+class SystemInfo {
+public:
+    static constexpr const char* OsVersionFile = "/etc/os-version";
+    static constexpr const char* OsReleaseFile = "/etc/os-release";
+
+    explicit SystemInfo(const QString& osVersionFile = OsVersionFile,
+                        const QString& osReleaseFile = OsReleaseFile);
+
+    QString productType() const { return m_productType; }    ///< "debian", "Desktop"
+    QString systemName() const { return m_systemName; }      ///< "Debian GNU/Linux"
+    QString editionName() const { return m_editionName; }    ///< "bookworm", "Community"
+    QString majorVersion() const { return m_majorVersion; }  ///< "12"
+    QString minorVersion() const { return m_minorVersion; }  ///< "7"; empty when there is none
+
+private:
+    QString m_productType;
+    QString m_systemName;
+    QString m_editionName;
+    QString m_majorVersion;
+    QString m_minorVersion;
+};
+
+}  // namespace Fenk
