@@ -1,7 +1,6 @@
 """The order of a launch: words, bottle, program, environment, log, Wine."""
 
 import os
-import sys
 
 from cellarix_launcher import bottle as bottles
 from cellarix_launcher import environment, errors, logfile, supervise, windows, words

@@ -28,8 +28,8 @@ EMULATORS = (
 )
 START_TIME = 15  # seconds for the launcher inside to report after the emulator has gone into the background
 # A terminal server starts its windows with its own environment, so these are handed over by name.
-HANDED_OVER = ("WINE", "_CXB_", "GIO_LAUNCHED_", "ATTACH_", "XDG_", "LC_", "LANG", "HOME", "PATH", "DISPLAY", "XAUTHORITY",
-               "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DXVK_", "VKD3D_", "MESA_", "__GL", "DRI_PRIME")
+HANDED_OVER = ("WINE", "_CXB_", "GIO_LAUNCHED_", "ATTACH_", "XDG_", "LC_", "LANG", "HOME", "PATH", "DISPLAY",
+               "XAUTHORITY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DXVK_", "VKD3D_", "MESA_", "__GL", "DRI_PRIME")
 TEXTS = {
     "ended": ("The program has ended with exit code {}. Press any key to close this window.",
               "程序已结束，退出代码为 {}。按任意键关闭此窗口。"),
@@ -66,8 +66,8 @@ def open_shell(name):
     shell = os.environ.get("SHELL", "")
     shell = shell if shell.startswith("/") and os.access(shell, os.X_OK) else "/bin/sh"
     drive = os.path.join(bottle.directory, "drive_c")
-    script = 'cd "$1" && exec "$2"'
-    argv = _command(emulator, env, ["/bin/sh", "-c", script, "sh", drive if os.path.isdir(drive) else bottle.directory, shell])
+    folder = drive if os.path.isdir(drive) else bottle.directory
+    argv = _command(emulator, env, ["/bin/sh", "-c", 'cd "$1" && exec "$2"', "sh", folder, shell])
     mask = supervise.hold_signals()
     child = supervise.start_wine(supervise.Start(argv, env, ""), -1, mask)
     while child.poll() is None:
@@ -140,11 +140,15 @@ class _Outside:
         self.closed = not data
 
     def _pass_on(self, number, window):
+        self._read()
         lines = self.report.split(b"\n")
-        if lines[0].startswith(b"pid "):
-            os.kill(int(lines[0][4:]), number)
-        else:
+        if not lines[0].startswith(b"pid "):
             window.send(number)
+            return
+        try:
+            os.kill(int(lines[0][4:]), number)
+        except ProcessLookupError:
+            pass
 
 
 def run_inside(request, start, say):
@@ -154,25 +158,28 @@ def run_inside(request, start, say):
     code = _Screen(request, start, say).run()
     os.write(report, f"exit {code}\n".encode())
     os.close(report)
-    os.write(1, ("\r\n" + _text("ended", code) + "\r\n").encode())
-    _wait_for_key()
+    _wait_for_key("\r\n" + _text("ended", code) + "\r\n")
     return code
 
 
-def _wait_for_key():
+def _wait_for_key(text):
+    """Keys that were meant for the program do not count; a window that is gone is not waited for."""
     try:
         before = termios.tcgetattr(0)
-        termios.tcflush(0, termios.TCIFLUSH)
         tty.setcbreak(0)
+        termios.tcflush(0, termios.TCIFLUSH)
     except termios.error:
         return
     try:
+        os.write(1, text.encode())
         while not select.select([0], [], [], 0.2)[0]:
             if supervise.fetch_signal(0):
                 return
         os.read(0, 1)
+    except OSError:
+        pass
     finally:
-        termios.tcsetattr(0, termios.TCSADRAIN, before)
+        _restore(before)
 
 
 class _Screen:
@@ -207,12 +214,13 @@ class _Screen:
         before = _make_raw()
         try:
             self._carry(master, child)
+            while child.poll() is None:  # it gave up its terminal, or the window is gone
+                child.send(supervise.fetch_signal(None) or 0)
             if self.request.wait:
                 from cellarix_launcher import family
                 family.wait_for_rest(child, self.start, self.request.uuid, None, self.say)
         finally:
-            if before:
-                termios.tcsetattr(0, termios.TCSADRAIN, before)
+            _restore(before)
         return child.code
 
     def _carry(self, master, child):
@@ -247,6 +255,14 @@ def _copy_size(master):
     try:
         fcntl.ioctl(master, termios.TIOCSWINSZ, fcntl.ioctl(0, termios.TIOCGWINSZ, b"\0" * 8))
     except OSError:
+        pass
+
+
+def _restore(before):
+    try:
+        if before:
+            termios.tcsetattr(0, termios.TCSADRAIN, before)
+    except termios.error:
         pass
 
 

@@ -11,7 +11,8 @@ CLR_DIRECTORY = 14
 
 
 def is_windows_path(word):
-    return len(word) >= 2 and word[0].isascii() and word[0].isalpha() and word[1] == ":" and word[2:3] in ("", "\\", "/")
+    drive, rest = word[:1], word[1:3]
+    return drive.isascii() and drive.isalpha() and rest in (":", ":\\", ":/")
 
 
 def to_unix(bottle_dir, windows_path):
@@ -127,7 +128,8 @@ def is_pe32(file):
             header = source.read(24 + 96 + 16 * 8)
         if header[:4] != b"PE\0\0":
             return False
-        if struct.unpack_from("<H", header, 4)[0] != MACHINE_I386 or struct.unpack_from("<H", header, 24)[0] != PE32_MAGIC:
+        machine, magic = struct.unpack_from("<H", header, 4)[0], struct.unpack_from("<H", header, 24)[0]
+        if machine != MACHINE_I386 or magic != PE32_MAGIC:
             return False
         count = struct.unpack_from("<I", header, 24 + 92)[0]
         return count <= CLR_DIRECTORY or struct.unpack_from("<I", header, 24 + 96 + CLR_DIRECTORY * 8)[0] == 0
