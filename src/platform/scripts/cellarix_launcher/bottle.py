@@ -1,0 +1,117 @@
+"""A bottle as the launcher needs it: its directory, its Wine, its environment and its programs.
+
+The bottle service leaves launch.json beside bottle.yml so that nothing needs to be asked or parsed slowly.
+A missing, broken or outdated launch.json is made up for from bottle.yml itself.
+"""
+
+import json
+import os
+
+from cellarix_launcher import errors
+
+RECORD_LIMIT = 16 << 20
+
+
+class Bottle:
+    """`directory` is absolute; `wine` and `wineserver` may be empty; `programs` maps an id to a record."""
+
+    def __init__(self, name, directory):
+        self.name = name
+        self.directory = directory
+        self.wine = ""
+        self.wineserver = ""
+        self.env = {}
+        self.programs = {}
+        self.complaint = ""  # a sentence on a record that could not be read
+
+    def program(self, uuid):
+        record = self.programs.get(uuid)
+        return record if isinstance(record, dict) else None
+
+
+def bottles_root(environ):
+    data = environ.get("XDG_DATA_HOME", "")
+    if not data.startswith("/"):
+        data = os.path.join(environ.get("HOME") or "/", ".local/share")
+    return os.path.join(data, "lumora-wine-bottles", "bottles")
+
+
+def bottle_directory(name, environ):
+    """Names may hold "/", yet never lead out of the bottles' directory. None for an unknown bottle."""
+    if not name or "\0" in name or any(part in ("", ".", "..") for part in name.split("/")):
+        return None
+    directory = os.path.join(bottles_root(environ), name)
+    known = any(os.path.isfile(os.path.join(directory, record)) for record in ("launch.json", "bottle.yml"))
+    return directory if known else None
+
+
+def load_bottle(name, environ):
+    directory = bottle_directory(name, environ)
+    if directory is None:
+        raise errors.LaunchError(errors.NO_BOTTLE, f"there is no bottle named \"{name}\"")
+    bottle = Bottle(name, directory)
+    quick = os.path.join(directory, "launch.json")
+    slow = os.path.join(directory, "bottle.yml")
+    record = _read_launch_record(quick)
+    if record is None or _modified(quick) < _modified(slow):
+        parsed = _read_yaml(slow)
+        if parsed is not None:
+            _fill_from_yaml(bottle, parsed)
+            return bottle
+        bottle.complaint = f"the records of bottle \"{name}\" cannot be read or are out of date"
+    if record is not None:
+        _fill(bottle, record)
+    return bottle
+
+
+def _modified(path):
+    try:
+        return os.stat(path).st_mtime_ns
+    except OSError:
+        return 0
+
+
+def _read(path):
+    with open(os.open(path, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
+        data = file.read(RECORD_LIMIT + 1)
+    if len(data) > RECORD_LIMIT:
+        raise ValueError("record too large")
+    return data
+
+
+def _read_launch_record(path):
+    try:
+        record = json.loads(_read(path))
+    except (OSError, ValueError, RecursionError):
+        return None
+    return record if isinstance(record, dict) and record.get("version") == 1 else None
+
+
+def _read_yaml(path):
+    try:
+        data = _read(path)
+        import site
+        site.main()  # the quick start leaves out the directory that holds the parser
+        import yaml
+    except (OSError, ValueError, ImportError):
+        return None
+    try:
+        parsed = yaml.load(data, Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
+    except (yaml.YAMLError, ValueError, RecursionError):
+        return None
+    return parsed if isinstance(parsed, dict) else None
+
+
+def _fill(bottle, record):
+    for key in ("wine", "wineserver"):
+        if isinstance(record.get(key), str):
+            setattr(bottle, key, record[key])
+    for key in ("env", "programs"):
+        if isinstance(record.get(key), dict):
+            setattr(bottle, key, record[key])
+
+
+def _fill_from_yaml(bottle, parsed):
+    """What a bottle's own record tells; the Wine is then the machine's."""
+    programs = parsed.get("External_Programs")
+    bottle.programs = programs if isinstance(programs, dict) else {}

@@ -1,0 +1,50 @@
+"""The environment of a launch, and the Wine that serves it."""
+
+import os
+
+from cellarix_launcher import errors
+
+UUID_VARIABLE = "_CXB_WINE_PROGRAM_UUID"
+# Of a Wine that the caller may itself run under; the bottle's own Wine knows better.
+FOREIGN = ("WINELOADER", "WINEARCH", "WINEDLLPATH", "WINESERVER", "WINEPREFIX", "WINELOADERNOEXEC", "WINESERVERSOCKET")
+
+
+def wine_environment(bottle, caller, uuid, program_envs):
+    """The caller's variables, over them the bottle's, then the program's. WINEDEBUG is the caller's if it has
+    one: whoever reads the log chose its channels."""
+    env = {name: value for name, value in caller.items() if name not in FOREIGN}
+    for layer in (bottle.env, program_envs):
+        for name, value in layer.items() if isinstance(layer, dict) else ():
+            if _usable(name, value):
+                env[name] = _text(value)
+    env["WINEPREFIX"] = bottle.directory
+    env["WINEDEBUG"] = caller.get("WINEDEBUG") or env.get("WINEDEBUG") or "fixme-all"
+    if bottle.wineserver:
+        env["WINESERVER"] = bottle.wineserver
+    if uuid:
+        env[UUID_VARIABLE] = uuid
+    return env
+
+
+def _usable(name, value):
+    if not isinstance(name, str) or not name or "=" in name or "\0" in name:
+        return False
+    return isinstance(value, (str, int, float)) and "\0" not in str(value)
+
+
+def _text(value):
+    return str(int(value)) if isinstance(value, bool) else str(value)
+
+
+def find_wine(bottle, caller):
+    """The bottle's Wine, else the machine's where the record names none."""
+    if bottle.wine:
+        if os.path.isfile(bottle.wine) and os.access(bottle.wine, os.X_OK):
+            return bottle.wine
+        raise errors.LaunchError(
+            errors.NO_WINE, f"the Wine of bottle \"{bottle.name}\" is missing: {bottle.wine} is not a program")
+    for directory in (caller.get("PATH") or "/usr/bin:/bin").split(":"):
+        path = os.path.join(directory, "wine")
+        if directory.startswith("/") and os.path.isfile(path) and os.access(path, os.X_OK):
+            return path
+    raise errors.LaunchError(errors.NO_WINE, "Wine is not installed; install the package wine")

@@ -1,0 +1,67 @@
+"""The log of a launch: opened here, written by Wine itself, kept small by logkeeper.
+
+Wine gets the file as it is, opened for appending, and writes at no cost of ours. What lies more than 10 MiB
+before the end is given back to the disk by holes; on a file system without holes a pump stands in between.
+Lines are what the programs wrote, byte for byte; a hole reads as zero bytes.
+"""
+
+import errno
+import fcntl
+import os
+import stat
+import struct
+
+KEEP = 10 << 20
+PUNCH_IOCTL = 0x4030582B  # frees a range of a regular file and keeps its size; struct space_resv below
+
+
+class Log:
+    """`fd` takes the output, -1 where it has to be dropped; `holes` tells whether the file can be thinned."""
+
+    def __init__(self, path, fd=-1, regular=False, holes=False):
+        self.path = path
+        self.fd = fd
+        self.regular = regular
+        self.holes = holes
+
+
+def open_log(path, first_line, say):
+    """Empties or creates the file and its directory. Never fails: a log that cannot be kept is told once."""
+    path = os.path.abspath(path)
+    fd = -1
+    try:
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        fd = os.open(path, os.O_WRONLY | os.O_CREAT | os.O_APPEND | os.O_CLOEXEC | os.O_NOFOLLOW | os.O_NONBLOCK, 0o644)
+        regular = stat.S_ISREG(os.fstat(fd).st_mode)
+        os.set_blocking(fd, True)
+        if regular:
+            os.ftruncate(fd, 0)
+        _write_all(fd, f"launcher: {first_line}\n".encode("utf-8", "surrogateescape"))
+        return Log(path, fd, regular, regular and can_punch(fd))
+    except (OSError, ValueError) as error:
+        if fd >= 0:
+            os.close(fd)
+        reason = os.strerror(error.errno) if isinstance(error, OSError) and error.errno else str(error)
+        say(f"the log {path} cannot be written ({reason}); the program runs without it")
+        return Log(path)
+
+
+def _write_all(fd, data):
+    while data:
+        written = os.write(fd, data)
+        if written == 0:
+            raise OSError(errno.ENOSPC, os.strerror(errno.ENOSPC))
+        data = data[written:]
+
+
+def punch(fd, start, length):
+    """Gives a range back to the disk; OSError where the file system cannot."""
+    fcntl.ioctl(fd, PUNCH_IOCTL, struct.pack("@hhqqiI16x", 0, os.SEEK_SET, start, length, 0, 0))
+
+
+def can_punch(fd):
+    try:
+        punch(fd, 1 << 30, 4096)
+        return True
+    except OSError:
+        return False

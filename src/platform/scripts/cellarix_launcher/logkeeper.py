@@ -1,0 +1,189 @@
+"""Keeps a log's place on disk bounded for as long as any process writes to it.
+
+The keeper is a process of its own, since programs outlive the launcher: a setup starts what it installed and ends,
+and a launcher can be killed while its program runs on.
+"""
+
+import errno
+import fcntl
+import os
+import select
+import signal
+import time
+
+from cellarix_launcher.logfile import KEEP, punch
+
+STEP = 1 << 20           # what must have grown before a hole is worth it
+BLOCK = 1 << 16
+QUICK, CALM = 0.003, 0.02  # seconds between two looks at a log that is being written
+SILENCE = 30             # seconds without a write until the writers are looked for
+TIDY_AFTER = 60          # seconds that readers of the ended log are given
+COLLAPSE_RANGE = 8
+IN_MODIFY, IN_CLOSE_WRITE = 2, 8
+
+
+def detach(function, *keep_fds):
+    """Runs function in a process that holds none of the launcher's pipes and no signal reaches by the group."""
+    pid = _try_fork()
+    if pid:
+        return pid
+    code = 1
+    try:
+        os.setsid()
+        for number in (signal.SIGINT, signal.SIGHUP, signal.SIGQUIT, signal.SIGIO, signal.SIGPIPE):
+            signal.signal(number, signal.SIG_IGN)
+        signal.pthread_sigmask(signal.SIG_SETMASK, ())
+        null = os.open(os.devnull, os.O_RDWR)
+        for fd in (0, 1, 2):
+            os.dup2(null, fd)
+        low = 3
+        for fd in sorted(keep_fds):
+            os.closerange(low, fd)
+            low = fd + 1
+        os.closerange(low, 1024)
+        os.chdir("/")
+        function()
+        code = 0
+    finally:
+        os._exit(code)
+
+
+def _try_fork():
+    try:
+        return os.fork()
+    except OSError:
+        return -1
+
+
+class Keeper:
+    """Punches holes into the log behind read_fd. wine_fd is a pidfd, for file systems that cannot tell of writers."""
+
+    def __init__(self, read_fd, wine_fd, tidy):
+        self.fd = read_fd
+        self.wine_fd = wine_fd
+        self.tidy = tidy
+        self.punched = 0
+
+    def run(self):
+        events = self._watch()
+        size = 0
+        while self.has_writers():
+            ready = select.select([events], [], [], SILENCE)[0] if events >= 0 else [time.sleep(CALM)]
+            if ready and events >= 0:
+                os.read(events, 1 << 14)
+            before, size = size, os.fstat(self.fd).st_size
+            self.thin(size)
+            time.sleep(QUICK if size - before > STEP else CALM)
+        self.thin(os.fstat(self.fd).st_size)
+        if self.tidy and self.punched:
+            time.sleep(TIDY_AFTER)
+            if not self.has_writers():
+                self.shorten()
+
+    def thin(self, size):
+        if size < self.punched:  # emptied by a new run
+            self.punched = 0
+        end = (size - KEEP) // BLOCK * BLOCK
+        if end - self.punched < STEP:
+            return
+        with _writable(self.fd) as fd:
+            punch(fd, self.punched, end - self.punched)
+        self.punched = end
+
+    def has_writers(self):
+        """A read lease is granted only while nobody has the file open for writing."""
+        try:
+            fcntl.fcntl(self.fd, fcntl.F_SETLEASE, fcntl.F_RDLCK)
+            fcntl.fcntl(self.fd, fcntl.F_SETLEASE, fcntl.F_UNLCK)
+            return False
+        except OSError as error:
+            if error.errno == errno.EAGAIN:
+                return True
+            return not select.select([self.wine_fd], [], [], 0)[0]
+
+    def shorten(self):
+        """Takes the hole out of an ended log, where the file system can: a copy of it is then small as well."""
+        end = (os.fstat(self.fd).st_size - KEEP) // BLOCK * BLOCK
+        if end > 0:
+            import ctypes
+            libc = ctypes.CDLL(None, use_errno=True)
+            libc.fallocate.argtypes = (ctypes.c_int, ctypes.c_int, ctypes.c_int64, ctypes.c_int64)
+            with _writable(self.fd) as fd:
+                libc.fallocate(fd, COLLAPSE_RANGE, 0, end)
+
+    def _watch(self):
+        """An inotify descriptor on the file itself, so that a silent program costs nothing; -1 without one."""
+        import ctypes
+        libc = ctypes.CDLL(None, use_errno=True)
+        fd = libc.inotify_init1(os.O_CLOEXEC)
+        path = f"/proc/self/fd/{self.fd}".encode()
+        if fd >= 0 and libc.inotify_add_watch(fd, path, IN_MODIFY | IN_CLOSE_WRITE) < 0:
+            os.close(fd)
+            fd = -1
+        return fd
+
+
+class _writable:
+    """The file behind a descriptor, open for writing only as long as needed: an own writer would hide the last one."""
+
+    def __init__(self, fd):
+        self.path = f"/proc/self/fd/{fd}"
+
+    def __enter__(self):
+        self.fd = os.open(self.path, os.O_WRONLY | os.O_CLOEXEC)
+        return self.fd
+
+    def __exit__(self, *_):
+        os.close(self.fd)
+
+
+class BoundedLog:
+    """Writes a log that never holds more than twice KEEP: its last KEEP bytes then replace it in one step."""
+
+    def __init__(self, path, fd):
+        self.path = path
+        self.fd = fd
+        self.size = os.fstat(fd).st_size
+
+    def write(self, data):
+        """Drops what a full disk does not take."""
+        try:
+            while data:
+                written = os.write(self.fd, data)
+                self.size += written
+                data = data[written:]
+            if self.size >= 2 * KEEP:
+                self._rotate()
+        except OSError:
+            pass
+
+    def _rotate(self):
+        fresh = f"{self.path}.{os.getpid()}.tmp"
+        new = os.open(fresh, os.O_WRONLY | os.O_CREAT | os.O_TRUNC | os.O_APPEND | os.O_NOFOLLOW | os.O_CLOEXEC, 0o644)
+        try:
+            with open(self.path, "rb") as old:
+                old.seek(self.size - KEEP)
+                left = old.read(KEEP)
+            with open(os.dup(new), "wb") as out:
+                out.write(left)
+            os.replace(fresh, self.path)
+        except OSError:
+            os.close(new)
+            os.unlink(fresh)
+            # No room for the copy either: start over rather than grow.
+            os.ftruncate(self.fd, 0)
+            self.size = 0
+            return
+        os.close(self.fd)
+        self.fd, self.size = new, len(left)
+
+
+def pump(read_fd, log, echo_fd):
+    """Carries a pipe into the log, and to echo_fd if it is one, until its last writer has gone."""
+    while data := os.read(read_fd, 1 << 16):
+        log.write(data)
+        if echo_fd >= 0:
+            try:
+                os.write(echo_fd, data)
+            except OSError:
+                echo_fd = -1

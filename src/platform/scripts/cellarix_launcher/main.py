@@ -1,0 +1,81 @@
+"""The order of a launch: words, bottle, program, environment, log, Wine."""
+
+import os
+
+from cellarix_launcher import bottle as bottles
+from cellarix_launcher import environment, errors, logfile, supervise, windows, words
+
+
+def main(argv):
+    request = None
+    try:
+        if _is_terminal_request(argv):
+            from cellarix_launcher import terminal
+            return terminal.open_shell(argv[1])
+        request = words.parse_request(argv)
+        return _launch(request)
+    except errors.LaunchError as error:
+        say(str(error))
+        if request and request.log_path:
+            _record_failure(request.log_path, str(error))
+        return error.code
+
+
+def say(sentence):
+    try:
+        os.write(2, f"launcher: {sentence}\n".encode("utf-8", "surrogateescape"))
+    except OSError:
+        pass
+
+
+def _is_terminal_request(argv):
+    """A bottle may itself be named "terminal": then the word behind it decides."""
+    if len(argv) != 2 or argv[0] != "terminal":
+        return False
+    known = [bottles.bottle_directory(name, os.environ) for name in (argv[1], "terminal")]
+    return known[0] is not None or known[1] is None
+
+
+def _launch(request):
+    bottle = bottles.load_bottle(request.bottle, os.environ)
+    if bottle.complaint:
+        say(bottle.complaint)
+    program, envs = _program(request, bottle)
+    wine = environment.find_wine(bottle, os.environ)
+    windows.check_bits(program, wine)
+    if request.cli:
+        from cellarix_launcher import terminal
+        code = terminal.run_in_terminal(request, say)
+        if code is not None:
+            return code
+    start = supervise.Start(
+        [wine] + program.command,
+        environment.wine_environment(bottle, os.environ, request.uuid, envs),
+        program.folder)
+    if request.report:
+        from cellarix_launcher import terminal
+        return terminal.run_inside(request, start, say)
+    log = logfile.open_log(request.log_path, words.one_line(start.argv), say) if request.log_path else None
+    return supervise.run(start, log, request, say)
+
+
+def _program(request, bottle):
+    """The program to run and the variables that its record adds."""
+    if request.uuid:
+        record = bottle.program(request.uuid)
+        if record is None:
+            raise errors.LaunchError(
+                errors.NO_PROGRAM, f"there is no program {request.uuid} in bottle \"{bottle.name}\"")
+        text = {key: record[key] if isinstance(record.get(key), str) else "" for key in ("path", "folder", "arguments")}
+        arguments = words.split_arguments(text["arguments"]) + request.words
+        return windows.resolve(bottle.directory, text["path"], arguments, text["folder"]), record.get("envs")
+    command = request.words
+    if len(command) == 1:
+        command = words.split_command(command[0], lambda word: windows.find_file(bottle.directory, word) is not None)
+    return windows.resolve(bottle.directory, command[0], command[1:]), None
+
+
+def _record_failure(path, sentence):
+    log = logfile.open_log(path, sentence, lambda _: None)
+    if log.fd >= 0:
+        os.close(log.fd)

@@ -1,0 +1,152 @@
+"""Windows paths of a bottle, kinds of Windows files, and how Wine is asked to run each of them."""
+
+import os
+import struct
+
+from cellarix_launcher import errors
+
+MACHINE_I386 = 0x14C
+PE32_MAGIC = 0x10B
+CLR_DIRECTORY = 14
+
+
+def is_windows_path(word):
+    drive, rest = word[:1], word[1:3]
+    return drive.isascii() and drive.isalpha() and rest in (":", ":\\", ":/")
+
+
+def to_unix(bottle_dir, windows_path):
+    """The file or directory behind a Windows path, found without regard to case; None if there is none."""
+    drive = windows_path[0].lower()
+    here = os.path.join(bottle_dir, "dosdevices", drive + ":")
+    if drive == "c" and not os.path.isdir(here):
+        here = os.path.join(bottle_dir, "drive_c")
+    stack = []
+    for part in windows_path[2:].replace("\\", "/").split("/"):
+        if part == "..":
+            del stack[-1:]
+        elif part not in ("", "."):
+            stack.append(part)
+    for part in stack:
+        here = _child(here, part)
+        if here is None:
+            return None
+    return here if os.path.exists(here) else None
+
+
+def _child(directory, name):
+    exact = os.path.join(directory, name)
+    try:
+        if os.path.lexists(exact):
+            return exact
+        wanted = name.casefold()
+        return next((os.path.join(directory, e) for e in os.listdir(directory) if e.casefold() == wanted), None)
+    except (OSError, ValueError):
+        return None
+
+
+def to_windows(bottle_dir, path):
+    """The Windows path of a file: below the drive that reaches deepest, else in Wine's form for any Unix path."""
+    devices = os.path.join(bottle_dir, "dosdevices")
+    best = ("", "")
+    for device in _entries(devices):
+        if len(device) != 2 or not is_windows_path(device):
+            continue
+        root = os.path.realpath(os.path.join(devices, device))
+        if root != "/" and path != root and not path.startswith(root + "/"):
+            continue
+        if len(root) > len(best[1]):
+            best = (device.upper(), root)
+    if not best[0]:
+        return "\\\\?\\unix" + path.replace("/", "\\")
+    return best[0] + "\\" + path[len(best[1].rstrip("/")):].lstrip("/").replace("/", "\\")
+
+
+def _entries(directory):
+    try:
+        return os.listdir(directory)
+    except OSError:
+        return []
+
+
+def find_file(bottle_dir, word):
+    """The Unix path of the regular file that a Unix or Windows path names, else None."""
+    if is_windows_path(word):
+        path = to_unix(bottle_dir, word)
+    else:
+        path = os.path.abspath(word) if "/" in word else None
+    return path if path and "\0" not in path and os.path.isfile(path) else None
+
+
+def find_folder(bottle_dir, word):
+    path = to_unix(bottle_dir, word) if is_windows_path(word) else word
+    return path if path and path.startswith("/") and os.path.isdir(path) else None
+
+
+class Program:
+    """What Wine is told to run, the file behind it ("" for a plain name) and where it starts ("" for here)."""
+
+    def __init__(self, command, file, folder):
+        self.command = command
+        self.file = file
+        self.folder = folder
+
+
+def resolve(bottle_dir, word, arguments, folder=""):
+    """A plain name such as winecfg.exe is left for Wine to find; a path must lead to a file."""
+    file = find_file(bottle_dir, word)
+    if file is None:
+        if is_windows_path(word) or "/" in word or not word:
+            raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" does not exist")
+        return Program([word] + arguments, "", find_folder(bottle_dir, folder) or "")
+    if not os.access(file, os.R_OK):
+        raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" cannot be read")
+    start = find_folder(bottle_dir, folder) or os.path.dirname(file)
+    return Program(_command(bottle_dir, word, file) + arguments, file, start)
+
+
+def _command(bottle_dir, word, file):
+    """Packages and links need a helper of Wine's. Batch files go to Wine as they are: it hands them to
+    `cmd /c` with quoting that survives blanks in the path and in the arguments."""
+    windows = is_windows_path(word)
+    suffix = os.path.splitext(file)[1].lower()
+    if suffix in (".msi", ".msp"):
+        return ["msiexec", "/i" if suffix == ".msi" else "/p", word if windows else to_windows(bottle_dir, file)]
+    if suffix == ".lnk":
+        return ["start", "/wait", "/unix", file]
+    return [word if windows else file]
+
+
+def is_pe32(file):
+    """True for a 32-bit program that only 32-bit code can run; .NET assemblies may run either way."""
+    try:
+        with open(file, "rb") as source:
+            head = source.read(64)
+            if head[:2] != b"MZ" or len(head) < 64:
+                return False
+            source.seek(struct.unpack_from("<I", head, 60)[0])
+            header = source.read(24 + 96 + 16 * 8)
+        if header[:4] != b"PE\0\0":
+            return False
+        machine, magic = struct.unpack_from("<H", header, 4)[0], struct.unpack_from("<H", header, 24)[0]
+        if machine != MACHINE_I386 or magic != PE32_MAGIC:
+            return False
+        count = struct.unpack_from("<I", header, 24 + 92)[0]
+        return count <= CLR_DIRECTORY or struct.unpack_from("<I", header, 24 + 96 + CLR_DIRECTORY * 8)[0] == 0
+    except (OSError, struct.error):
+        return False
+
+
+def wine_lacks_32bit(wine):
+    """True only for a Wine whose 64-bit modules are seen and whose 32-bit ones are not."""
+    root = os.path.dirname(os.path.dirname(os.path.realpath(wine)))
+    libraries = ("lib/wine", "lib64/wine", "lib32/wine", "lib/x86_64-linux-gnu/wine", "lib/i386-linux-gnu/wine")
+    modules = [set(_entries(os.path.join(root, library))) for library in libraries]
+    present = set().union(*modules)
+    return "x86_64-windows" in present and "i386-windows" not in present
+
+
+def check_bits(program, wine):
+    if program.file and is_pe32(program.file) and wine_lacks_32bit(wine):
+        name = os.path.basename(program.file)
+        raise errors.LaunchError(errors.NEEDS_WINE32, f"\"{name}\" is a 32-bit program; install wine32 to run it")

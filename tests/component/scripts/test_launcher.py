@@ -1,0 +1,211 @@
+"""One launch with a fake Wine: words, environment, records, exit codes, signals."""
+
+import json
+import os
+import signal
+import struct
+import time
+import unittest
+
+from support import UUID, HomeCase, wait_until
+
+SLEEP = "print('up', flush=True); time.sleep(60)"
+
+
+def pe_head(machine, magic, clr=0):
+    optional = struct.pack("<H", magic) + bytes(90) + struct.pack("<I", 16) + bytes(14 * 8) + struct.pack("<I", clr)
+    return b"MZ" + bytes(58) + struct.pack("<I", 64) + b"PE\0\0" + struct.pack("<H", machine) + bytes(18) + optional + bytes(64)
+
+
+class Commands(HomeCase):
+    def test_each_kind_of_file_reaches_wine_in_its_way(self):
+        bottle = self.bottle()
+        long_name = "长" * 83 + "ab.exe"  # 255 bytes
+        names = ["it's \"q\" $x.exe", "-dash.exe", "包.MSI", "fix.msp", "run.bat", "a.lnk", long_name]
+        files = {name: self.write(f"files/{name}", "MZ") for name in names}
+        at = "Z:" + self.top.replace("/", "\\") + "\\files\\"
+        cases = [([file], [file]) for name, file in files.items() if name.endswith(("exe", "bat"))] + [
+            ([files["包.MSI"], "/qn"], ["msiexec", "/i", at + "包.MSI", "/qn"]),
+            ([files["fix.msp"]], ["msiexec", "/p", at + "fix.msp"]),
+            ([files["a.lnk"], "x"], ["start", "/wait", "/unix", files["a.lnk"], "x"]),
+            (["winemenubuilder.exe", "-a", "-r"], ["winemenubuilder.exe", "-a", "-r"]),
+            ([r"regedit.exe C:\x.reg"], ["regedit.exe", r"C:\x.reg"]),
+            ([r"C:\App Dir\程序.exe", "--cli", "", "a b"], [r"C:\App Dir\程序.exe", "--cli", "", "a b"]),
+            (["taskkill.exe", "/f", "/im", "x.exe"], ["taskkill.exe", "/f", "/im", "x.exe"]),
+            (["--", "--odd.exe"], ["--odd.exe"]),
+        ]
+        for words, wanted in cases:
+            with self.subTest(words):
+                self.assertEqual(self.launch("t", *words)[0], 0)
+                self.assertEqual(self.record()["argv"], [self.wine] + wanted)
+        self.launch("t", files["run.bat"])
+        self.assertEqual(self.record()["cwd"], self.path("files"))
+        self.launch("t", "winecfg.exe")
+        self.assertEqual((self.record()["cwd"], self.record()["env"]["WINEPREFIX"]), (self.top, bottle))
+
+    def test_names_that_are_not_text_pass_through(self):
+        self.bottle()
+        file = self.write("x", "MZ").encode() + b"\xff\xfe.exe"
+        os.rename(self.path("x"), file)
+        self.assertEqual(self.launch("t", file)[0], 0)
+        self.assertEqual(os.fsencode(self.record()["argv"][1]), file)
+
+    def test_a_stored_program_brings_its_words_variables_and_folder(self):
+        record = {"name": "P", "path": r"c:\app dir\程序.exe", "folder": "C:\\", "arguments": '-x "a b"',
+                  "envs": {"MINE": "1", "WINEDEBUG": "+all", "LAYER": "program", "N": 5, "": "x", "A=B": "x", "Z": "a\0b",
+                           "WINEPREFIX": "/elsewhere"}}
+        bottle = self.bottle(programs={UUID: record}, env={"LAYER": "bottle", "BOTTLE": "b", "FROM": "bottle"})
+        self.assertEqual(self.launch("t", "--uuid", UUID, env={"FROM": "caller", "WINEARCH": "win32"})[0], 0)
+        got = self.record()
+        self.assertEqual(got["argv"][1:], [r"c:\app dir\程序.exe", "-x", "a b"])
+        self.assertEqual(got["cwd"], os.path.realpath(bottle + "/drive_c"))
+        wanted = {"MINE": "1", "WINEDEBUG": "+all", "LAYER": "program", "BOTTLE": "b", "FROM": "bottle", "N": "5",
+                  "WINEPREFIX": bottle, "_CXB_WINE_PROGRAM_UUID": UUID}
+        self.assertEqual({name: got["env"].get(name) for name in wanted}, wanted)
+        self.assertFalse({"", "A", "Z", "WINEARCH"} & set(got["env"]))
+
+        self.launch("t", "--uuid", UUID, env={"WINEDEBUG": "err+all"})
+        self.assertEqual(self.record()["env"]["WINEDEBUG"], "err+all")
+        self.launch("t", "x.exe", env={"_CXB_WINE_PROGRAM_UUID": "__open__1"})
+        self.assertEqual(self.record()["env"]["_CXB_WINE_PROGRAM_UUID"], "__open__1")
+        self.assertEqual(self.record()["env"]["WINEDEBUG"], "fixme-all")
+
+    def test_what_cannot_be_launched_is_told_in_a_sentence(self):
+        self.bottle(programs={UUID: {"path": r"C:\gone.exe"}, "odd": "text", "empty": {}})
+        self.bottle("nowine", wine="/nowhere/wine")
+        self.bottle("public/p")
+        self.write("home 家/.local/share/lumora-wine-bottles/secret/bottle.yml", "Name: x\n")
+        for words, code, text in (
+            (["none", "x.exe"], 67, 'there is no bottle named "none"'),
+            (["../secret", "x.exe"], 67, "there is no bottle"), (["public", "x.exe"], 67, "there is no bottle"),
+            (["", "x.exe"], 67, "there is no bottle"), (["t/", "x.exe"], 67, "there is no bottle"),
+            (["t", "/no/x.exe"], 66, 'the program "/no/x.exe" does not exist'),
+            (["t", self.top + "/"], 66, "does not exist"), (["t", r"C:\no.exe"], 66, "does not exist"),
+            (["t", "--uuid", "none"], 66, 'there is no program none in bottle "t"'),
+            (["t", "--uuid", "odd"], 66, "there is no program odd"), (["t", "--uuid", "empty"], 66, "does not exist"),
+            (["t", "--uuid", UUID], 66, "C:\\gone.exe"),
+            (["nowine", "x.exe"], 69, "/nowhere/wine is not a program"), (["t", "--nope"], 64, "unknown option --nope"),
+            (["terminal", "none"], 67, "there is no bottle"),
+        ):
+            with self.subTest(words):
+                got, _, err = self.launch(*words)
+                self.assertEqual((got, text in err, "Traceback" in err), (code, True, False), err)
+        self.assertEqual(self.launch("public/p", "x.exe")[0], 0)
+
+        log = self.path("new/dir/l.txt")
+        self.launch("t", "--log-path", log, "--uuid", UUID)
+        self.assertIn("does not exist", self.read(log))
+
+    def test_a_32_bit_program_needs_32_bit_wine(self):
+        self.bottle()
+        native = self.write("native.exe", pe_head(0x14C, 0x10B))
+        wide = self.write("wide.exe", pe_head(0x8664, 0x20B))
+        dotnet = self.write("dotnet.exe", pe_head(0x14C, 0x10B, clr=0x2000))
+        torn = self.write("torn.exe", pe_head(0x14C, 0x10B)[:100])
+        self.assertEqual(self.launch("t", native)[0], 0, "a Wine of unknown build is not judged")
+        os.makedirs(self.path("wine/lib/wine/x86_64-windows"))
+        for file, code in ((native, 78), (wide, 0), (dotnet, 0), (torn, 0)):
+            self.assertEqual(self.launch("t", file)[0], code, file)
+        self.assertIn('"native.exe" is a 32-bit program; install wine32', self.launch("t", native)[2])
+        os.makedirs(self.path("wine/lib/wine/i386-windows"))
+        self.assertEqual(self.launch("t", native)[0], 0)
+
+
+class Records(HomeCase):
+    def setUp(self):
+        super().setUp()
+        os.makedirs(self.path("path"))
+        os.symlink(self.wine, self.path("path/wine"))
+        self.env["PATH"] = self.path("path") + ":/usr/bin:/bin"
+        self.directory = self.bottle(programs={UUID: {"path": r"C:\old.exe"}})
+
+    def test_the_bottle_file_stands_in_for_a_bad_or_old_record(self):
+        yml = f"External_Programs:\n  {UUID}:\n    path: C:\\App Dir\\程序.exe\n    arguments: 手 edited\n"
+        self.write(os.path.join(self.directory, "bottle.yml"), yml)
+        quick = os.path.join(self.directory, "launch.json")
+        old = self.read(quick)
+        os.utime(quick, (1, 1))
+        for text in (old, b"", b"{", b"[]", b'{"version": 2}', b"[" * 100000, b"\xff\xfe", None):
+            with self.subTest((text or b"none")[:20]):
+                os.unlink(quick)
+                if text is not None:
+                    self.write(quick, text)
+                    os.utime(quick, (1, 1) if text == old else None)
+                self.assertEqual(self.launch("t", "--uuid", UUID)[0], 0)
+                self.assertEqual(self.record()["argv"], [self.path("path/wine"), r"C:\App Dir\程序.exe", "手", "edited"])
+
+    def test_a_newer_but_broken_bottle_file_leaves_the_old_record_in_force(self):
+        self.write(os.path.join(self.directory, "bottle.yml"), "a: [\n")
+        os.utime(os.path.join(self.directory, "launch.json"), (1, 1))
+        code, _, err = self.launch("t", "x.exe")
+        self.assertEqual((code, self.record()["argv"][0]), (0, self.wine))
+        self.assertIn("out of date", err)
+
+    def test_odd_values_in_a_record_are_passed_over(self):
+        for record in ({"env": [1], "programs": 5}, {"wine": None, "wineserver": 7}, {"env": {"A": {}, "B": None}}):
+            with self.subTest(record):
+                self.write(os.path.join(self.directory, "launch.json"), json.dumps({"version": 1, "wine": self.wine} | record))
+                self.assertEqual(self.launch("t", "x.exe")[0], 0)
+
+
+class Life(HomeCase):
+    def setUp(self):
+        super().setUp()
+        self.directory = self.bottle()
+
+    def test_exit_codes_and_streams_are_passed_on(self):
+        self.assertEqual(self.launch("t", "x.exe", do="print('out'); sys.exit(42)")[:2], (42, "out\n"))
+        self.assertEqual(self.launch("t", "x.exe", do="os.kill(os.getpid(), 9)")[0], 137)
+
+    def test_signals_reach_the_whole_group(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT):
+            with self.subTest(number):
+                process = self.start("t", "x.exe", do=SLEEP)
+                self.assertEqual(process.stdout.readline(), b"up\n")
+                got = self.record()
+                self.assertEqual(got["pgid"], got["pid"])
+                process.send_signal(number)
+                process.communicate(timeout=20)
+                self.assertEqual(process.returncode, 128 + number)
+
+    def test_a_killed_launcher_leaves_the_program_alone(self):
+        process = self.start("t", "x.exe", do=SLEEP)
+        process.stdout.readline()
+        process.kill()
+        process.wait(20)
+        pid = self.record()["pid"]
+        os.kill(pid, 0)
+        os.kill(pid, signal.SIGKILL)
+        process.communicate()
+
+    def test_wait_lasts_until_all_that_carries_the_mark_has_ended(self):
+        done = self.path("done")
+        child = f"import time; time.sleep(0.7); open({done!r}, 'w')"
+        do = f"os.spawnve(os.P_NOWAIT, '/usr/bin/python3', ['app.exe', '-c', {child!r}], os.environ)"
+        code = self.launch("t", "--wait", "x.exe", do=do + "; sys.exit(3)", env={"_CXB_WINE_PROGRAM_UUID": UUID})[0]
+        self.assertEqual((code, os.path.exists(done)), (3, True))
+
+        helper = "os.spawnve(os.P_NOWAIT, '/usr/bin/sleep', ['C:/windows/services.exe', '5'], os.environ)"
+        begin = time.monotonic()
+        self.launch("t", "--wait", "x.exe", do=helper, env={"_CXB_WINE_PROGRAM_UUID": UUID}, stdout=None, stderr=None)
+        self.assertLess(time.monotonic() - begin, 4, "Wine's helpers are not waited for")
+
+    def test_wait_without_a_mark_asks_the_wine_server(self):
+        self.write("wine/bin/wineserver", f"#!/bin/sh\necho \"$1\" \"$WINEPREFIX\" > '{self.path('asked')}'\n", True)
+        self.assertEqual(self.launch("t", "--wait", "x.exe")[0], 0)
+        self.assertEqual(self.read(self.path("asked")), f"-w {self.directory}\n")
+        os.unlink(self.path("wine/bin/wineserver"))
+        self.assertIn("cannot wait", self.launch("t", "--wait", "x.exe")[2])
+
+    def test_a_signal_ends_the_waiting_too(self):
+        do = "os.spawnve(os.P_NOWAIT, '/usr/bin/sleep', ['app.exe', '60'], os.environ)"
+        process = self.start("t", "--wait", "x.exe", do=do, env={"_CXB_WINE_PROGRAM_UUID": UUID})
+        pid = self.wait_for_record()["pid"]
+        wait_until(lambda: not os.path.exists(f"/proc/{pid}"))
+        process.terminate()
+        process.communicate(timeout=20)
+        self.assertEqual(process.returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

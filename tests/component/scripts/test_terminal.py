@@ -1,0 +1,106 @@
+"""Console programs in a terminal window, played by an emulator that runs its command on a pseudo terminal."""
+
+import os
+import signal
+import unittest
+
+from support import HomeCase, wait_until
+
+# Starts like a terminal server's client: in the background and with an environment of its own.
+EMULATOR = r'''#!/usr/bin/python3
+import os, pty, sys
+if sys.argv[1:2] != ["-e"]:
+    sys.exit(9)
+if os.fork():
+    os._exit(0)
+shown = open(os.environ["SHOWN"], "wb", buffering=0)
+for name in ("WINEDEBUG", "_CXB_WINE_PROGRAM_UUID"):
+    os.environ.pop(name, None)
+pid, master = pty.fork()
+if pid == 0:
+    os.execv(sys.argv[2], sys.argv[2:])
+open(os.environ["SHOWN"] + ".pid", "w").write(str(os.getpid()))
+seen = b""
+while True:
+    try:
+        data = os.read(master, 4096)
+    except OSError:
+        break
+    if not data:
+        break
+    shown.write(data)
+    seen += data
+    if b"name?" in seen:
+        os.write(master, "世界\n".encode())
+        seen = b""
+    if b"Press any key" in seen:
+        os.write(master, b"q")
+        seen = b""
+shown.write(b"[closed]")
+'''
+
+
+class Terminal(HomeCase):
+    def setUp(self):
+        super().setUp()
+        self.directory = self.bottle()
+        self.write("path/x-terminal-emulator", EMULATOR, executable=True)
+        self.shown = self.path("shown")
+        self.env |= {"PATH": self.path("path") + ":/usr/bin:/bin", "SHOWN": self.shown}
+
+    def test_the_window_shows_the_program_and_stays_until_a_key(self):
+        log = self.path("l.txt")
+        do = "print('[' + input('name?') + ']'); os.write(2, b'err\\n'); sys.exit(23)"
+        code, _, err = self.launch("t", "--log-path", log, "--cli", "x.exe", "a b", "--cli", do=do,
+                                   env={"WINEDEBUG": "+tid", "_CXB_WINE_PROGRAM_UUID": "u"})
+        self.assertEqual((code, err), (23, ""))
+        got = self.record()
+        self.assertEqual(got["argv"][1:], ["x.exe", "a b", "--cli"])
+        self.assertTrue(got["stdin_tty"])
+        self.assertEqual((got["env"]["WINEDEBUG"], got["env"]["_CXB_WINE_PROGRAM_UUID"]), ("+tid", "u"))
+        wait_until(lambda: "[closed]" in self.read(self.shown))
+        screen = self.read(self.shown)
+        for text in ("[世界]", "err", "exit code 23. Press any key"):
+            self.assertIn(text, screen)
+        self.assertIn("[世界]\r\nerr\r\n", self.read(log))
+
+    def test_signals_and_a_closed_window_end_the_program(self):
+        for number, stop in ((signal.SIGTERM, self.signal_launcher), (signal.SIGHUP, self.close_window)):
+            with self.subTest(number):
+                process = self.start("t", "--cli", "x.exe", do="time.sleep(60)")
+                pid = self.wait_for_record()["pid"]
+                stop(process)
+                process.communicate(timeout=20)
+                self.assertEqual(process.returncode, 128 + number)
+                wait_until(lambda: not os.path.exists(f"/proc/{pid}"))
+                os.unlink(self.out)
+                os.unlink(self.shown + ".pid")
+
+    def signal_launcher(self, process):
+        process.terminate()
+
+    def close_window(self, _process):
+        wait_until(lambda: os.path.exists(self.shown + ".pid") and self.read(self.shown + ".pid"))
+        os.kill(int(self.read(self.shown + ".pid")), signal.SIGKILL)
+
+    def test_without_a_terminal_the_program_runs_all_the_same(self):
+        self.env["PATH"] = self.path("path")
+        os.unlink(self.path("path/x-terminal-emulator"))
+        code, out, err = self.launch("t", "--cli", "x.exe", do="print('here'); sys.exit(4)")
+        self.assertEqual((code, out), (4, "here\n"))
+        self.assertIn("no terminal emulator is installed", err)
+        self.write("path/x-terminal-emulator", "#!/bin/sh\nexit 1\n", executable=True)
+        code, out, err = self.launch("t", "--cli", "x.exe", do="sys.exit(4)")
+        self.assertEqual(code, 4)
+        self.assertIn("could not be started", err)
+
+    def test_a_shell_knows_the_bottle(self):
+        shell = self.write("shell", f"#!/bin/sh\necho \"$WINEPREFIX|$(command -v wine)|$PWD\" > '{self.path('told')}'\n", True)
+        self.assertEqual(self.launch("terminal", "t", env={"SHELL": shell})[0], 0)
+        wait_until(lambda: os.path.exists(self.path("told")) and self.read(self.path("told")))
+        told = f"{self.directory}|{self.wine}|{self.directory}/drive_c\n"
+        self.assertEqual(self.read(self.path("told")), told)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,4 @@
+// Ends at once, without a window.
+int wmain() {
+    return 0;
+}

@@ -1,0 +1,101 @@
+#!/usr/bin/python3 -IXutf8
+"""Prints the version block of a Windows executable as one JSON object.
+
+usage: pe_version_info.py FILE
+
+A file without a version block gives {}; one that cannot be read gives {} and exit code 1. The file is mapped, never
+read whole, and only its resource directory is walked. Text is escaped to ASCII, so the output is whole in any locale.
+"""
+
+import json
+import os
+import resource
+import signal
+import stat
+import sys
+
+VALUE_LIMIT = 4096   # characters of one value
+MEMORY_LIMIT = 512 << 20
+CPU_SECONDS = 20     # below the time that callers wait
+
+
+def _out_of_time(_number, _frame):
+    raise TimeoutError("the file takes too long to parse")
+
+
+def limit_resources():
+    """A hostile file ends the parsing, and at the worst this process."""
+    signal.signal(signal.SIGXCPU, _out_of_time)
+    resource.setrlimit(resource.RLIMIT_DATA, (MEMORY_LIMIT, MEMORY_LIMIT))
+    resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS + 5))
+
+
+def open_pe(path):
+    """The file with its resource directory parsed; pefile.PEFormatError or OSError if it is no PE file."""
+    import pefile
+
+    if not stat.S_ISREG(os.stat(path).st_mode):
+        raise OSError(f"{path} is not a file")
+    pe = pefile.PE(path, fast_load=True)
+    try:
+        pe.parse_data_directories(directories=[pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_RESOURCE"]])
+    except BaseException:
+        pe.close()
+        raise
+    return pe
+
+
+def version_strings(pe):
+    """Names and values of all string tables; where languages disagree the first one stands."""
+    strings = {}
+    for block in getattr(pe, "FileInfo", None) or []:
+        for entry in block:
+            for table in getattr(entry, "StringTable", None) or []:
+                for name, value in table.entries.items():
+                    strings.setdefault(_text(name), _text(value))
+    _fill_from_numbers(pe, strings)
+    strings.pop("", None)
+    return strings
+
+
+def _text(raw):
+    text = raw.decode("utf-8", "replace") if isinstance(raw, bytes) else str(raw)
+    return "".join(c for c in text.split("\0")[0] if not 0xD800 <= ord(c) < 0xE000).strip()[:VALUE_LIMIT]
+
+
+def _fill_from_numbers(pe, strings):
+    """A block that names no version still carries it as numbers."""
+    for fixed in (getattr(pe, "VS_FIXEDFILEINFO", None) or [])[:1]:
+        for name in ("FileVersion", "ProductVersion"):
+            high, low = getattr(fixed, name + "MS"), getattr(fixed, name + "LS")
+            if not strings.get(name) and (high or low):
+                strings[name] = f"{high >> 16}.{high & 0xFFFF}.{low >> 16}.{low & 0xFFFF}"
+
+
+def read_version_info(path):
+    """The version block, or None if the file is no readable executable."""
+    try:
+        pe = open_pe(path)
+    except Exception:  # the parser meets hostile input: every way to fail is the same answer
+        return None
+    try:
+        return version_strings(pe)
+    except Exception:
+        return {}
+    finally:
+        pe.close()
+
+
+def main(argv):
+    if len(argv) != 1:
+        print("{}")
+        print("usage: pe_version_info.py FILE", file=sys.stderr)
+        return 64
+    limit_resources()
+    info = read_version_info(argv[0])
+    print(json.dumps(info or {}))
+    return 1 if info is None else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
