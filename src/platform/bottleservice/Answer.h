@@ -3,8 +3,8 @@
 #include <QString>
 #include <functional>
 
-/// How a request of a client ended: a text, or a fault with a sentence that says what is wrong. The engine makes it,
-/// the bus objects turn it into a reply. Nothing is thrown across this border.
+/// How a request of a client ended: a text, or a fault with a sentence that says what is wrong. The engine
+/// makes it, the bus objects turn it into a reply. Nothing is thrown across this border.
 struct Answer {
     enum class Fault { None, InvalidArgs, NoSuchBottle, NoSuchProgram, NotSupported, Failed };
 

@@ -19,9 +19,9 @@
 #include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/DetachedCommand.h"
 #include "bottleservice/wine/Emulators.h"
+#include "bottleservice/wine/WindowsCommandLine.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
-#include "bottleservice/wine/WindowsCommandLine.h"
 
 using Fault = Answer::Fault;
 
@@ -138,9 +138,10 @@ Answer BottleEngine::getEmulators(const QString& bottle) const {
     if (!settings)
         return Answer::failure(Fault::Failed, error);
     const QString chosen = settings->record().value("Emulator").toString();
-    return Answer::of(compact(Emulators::describe(QSysInfo::currentCpuArchitecture(), chosen, [](const QString& name) {
-        return QStandardPaths::findExecutable(name);
-    })));
+    return Answer::of(
+        compact(Emulators::describe(QSysInfo::currentCpuArchitecture(), chosen, [](const QString& name) {
+            return QStandardPaths::findExecutable(name);
+        })));
 }
 
 Answer BottleEngine::checkPublicBottles(const QString& queryJson) const {
@@ -153,12 +154,15 @@ Answer BottleEngine::checkPublicBottles(const QString& queryJson) const {
 void BottleEngine::getRunnerVersion(const QString& name, const Reply& reply) {
     const auto runner = m_runners.find(name);
     if (!runner) {
-        reply(Answer::failure(Fault::InvalidArgs,
-                              QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(name))));
+        reply(Answer::failure(
+            Fault::InvalidArgs,
+            QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(name))));
         return;
     }
     const QFileInfo wine(runner->wine);
-    const QString key = QString("%1 %2 %3").arg(wine.canonicalFilePath()).arg(wine.size())
+    const QString key = QString("%1 %2 %3")
+                            .arg(wine.canonicalFilePath())
+                            .arg(wine.size())
                             .arg(wine.lastModified().toMSecsSinceEpoch());
     if (m_versions.contains(key)) {
         reply(Answer::of(m_versions.value(key)));
@@ -181,7 +185,8 @@ void BottleEngine::createBottles(const QString& bottle, const QString& runner, c
         reply(Answer::failure(Fault::InvalidArgs, invalid));
         return;
     }
-    enqueue(bottle, std::make_unique<CreateBottleJob>(m_store, bottle, runner, m_runners, &m_reclaimer, reply));
+    enqueue(bottle,
+            std::make_unique<CreateBottleJob>(m_store, bottle, runner, m_runners, &m_reclaimer, reply));
 }
 
 void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
@@ -195,7 +200,8 @@ void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
     enqueue(bottle, std::make_unique<DeleteBottleJob>(m_store, bottle, m_runners, &m_reclaimer, announce));
 }
 
-void BottleEngine::updateExternalProgram(const QString& bottle, const QString& recordJson, const Reply& reply) {
+void BottleEngine::updateExternalProgram(const QString& bottle, const QString& recordJson,
+                                         const Reply& reply) {
     if (refuse(bottle, reply))
         return;
     QString error;
@@ -207,7 +213,8 @@ void BottleEngine::updateExternalProgram(const QString& bottle, const QString& r
     enqueue(bottle, reply, [this, bottle, given] { return updateProgram(bottle, given); });
 }
 
-void BottleEngine::removeExternalProgram(const QString& bottle, const QString& programId, const Reply& reply) {
+void BottleEngine::removeExternalProgram(const QString& bottle, const QString& programId,
+                                         const Reply& reply) {
     if (!refuse(bottle, reply))
         enqueue(bottle, reply, [this, bottle, programId] { return removeProgram(bottle, programId); });
 }
@@ -238,7 +245,8 @@ void BottleEngine::runCommand(const QString& bottle, const QString& commandLine,
     // Wine itself would take a leading "-" for its own option.
     if (arguments.isEmpty() || arguments.first().startsWith('-') || commandLine.contains(QChar(0)) ||
         commandLine.size() > MaximumCommandCharacters) {
-        reply(Answer::failure(Fault::InvalidArgs, "The command line is empty, too long or names no program."));
+        reply(
+            Answer::failure(Fault::InvalidArgs, "The command line is empty, too long or names no program."));
         return;
     }
     enqueue(bottle, reply, [this, bottle, arguments] { return startCommand(bottle, arguments); });
@@ -254,8 +262,8 @@ Answer BottleEngine::updateProgram(const QString& bottle, const QJsonObject& giv
         return Answer::failure(Fault::Failed, error);
     const QString id = given.value("id").toString();
     const bool isNew = !settings->hasProgram(id);
-    const QJsonObject record =
-        isNew ? Programs::completed(given, QDateTime::currentDateTime(), &error) : Programs::merged(settings->program(id), given);
+    const QJsonObject record = isNew ? Programs::completed(given, QDateTime::currentDateTime(), &error)
+                                     : Programs::merged(settings->program(id), given);
     if (record.isEmpty())
         return Answer::failure(Fault::InvalidArgs, error);
     if (!isNew && record == settings->program(id))
@@ -299,10 +307,12 @@ Answer BottleEngine::startCommand(const QString& bottle, const QStringList& argu
         return Answer::failure(Fault::Failed, error);
     const Runner runner = runnerOf(*settings);
     if (runner.wine.isEmpty())
-        return Answer::failure(Fault::Failed, QString("The Wine runner \"%1\" is not installed.").arg(settings->runner()));
+        return Answer::failure(Fault::Failed,
+                               QString("The Wine runner \"%1\" is not installed.").arg(settings->runner()));
     const QString path = m_store.pathOf(bottle);
     const QJsonObject variables = LaunchData::environment(path, settings->record());
-    const QString fault = DetachedCommand::start(runner.wine, arguments, WineEnvironment::forProcess(variables), path);
+    const QString fault =
+        DetachedCommand::start(runner.wine, arguments, WineEnvironment::forProcess(variables), path);
     return fault.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, fault);
 }
 
@@ -338,7 +348,8 @@ bool BottleEngine::saveSettings(const QString& bottle, const BottleYaml& setting
     return true;
 }
 
-// A failure here is no failure of the request: a launch reads bottle.yml itself when this file is missing or older.
+// A failure here is no failure of the request: a launch reads bottle.yml itself when this file is missing or
+// older.
 void BottleEngine::writeLaunchData(const QString& bottle, const BottleYaml& settings) const {
     const QString path = m_store.pathOf(bottle);
     QString error;

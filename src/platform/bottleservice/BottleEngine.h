@@ -11,9 +11,9 @@
 
 class BottleStopper;
 
-/// What the service can do, without a bus. Reading answers at once; everything that changes a bottle or its processes
-/// goes through that bottle's queue and answers when it is done. Owns the queue, the background removal and the
-/// knowledge of where bottles and runners lie. Lives in the main thread.
+/// What the service can do, without a bus. Reading answers at once; everything that changes a bottle or its
+/// processes goes through that bottle's queue and answers when it is done. Owns the queue, the background
+/// removal and the knowledge of where bottles and runners lie. Lives in the main thread.
 class BottleEngine : public QObject {
     Q_OBJECT
 

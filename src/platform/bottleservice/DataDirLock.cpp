@@ -17,7 +17,8 @@ constexpr int RetryMs = 50;
 
 DataDirLock::DataDirLock(const QString& dataDir) {
     QDir().mkpath(dataDir);
-    m_fd = open(QFile::encodeName(dataDir + "/.service-lock").constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    m_fd = open(QFile::encodeName(dataDir + "/.service-lock").constData(),
+                O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
 }
 
 DataDirLock::~DataDirLock() {

@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// Holds the data directory for one process. Two sessions of a user have two buses but the same bottles, and the queue
-/// of each bottle only works within one process. The kernel frees it however the process ends.
+/// Holds the data directory for one process. Two sessions of a user have two buses but the same bottles, and
+/// the queue of each bottle only works within one process. The kernel frees it however the process ends.
 class DataDirLock {
 public:
     explicit DataDirLock(const QString& dataDir);

@@ -1,8 +1,8 @@
 #include "bottleservice/ShutdownSignals.h"
 
-#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
+#include <csignal>
 
 namespace {
 

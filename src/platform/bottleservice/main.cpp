@@ -61,8 +61,10 @@ int main(int argc, char** argv) {
     ShutdownSignals shutdown;
     QObject::connect(&manager, &ManagerObject::quitRequested, &application, close);
     QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
-    QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit, Qt::QueuedConnection);
+    QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
+                     Qt::QueuedConnection);
     // The bus going away is the end of the session.
-    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &application, SLOT(quit()));
+    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &application,
+                SLOT(quit()));
     return application.exec();
 }

@@ -35,8 +35,8 @@ QStringList BottleStore::names() const {
 
 QStringList BottleStore::namesIn(const QString& directory, const QString& prefix) const {
     QStringList names;
-    const QStringList entries =
-        QDir(directory).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::NoSort);
+    const QStringList entries = QDir(directory).entryList(
+        QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::NoSort);
     for (const QString& entry : entries) {
         if (BottleName::check(prefix + entry).isEmpty() && isRealFile(directory + '/' + entry + SettingsFile))
             names += prefix + entry;
@@ -62,12 +62,12 @@ QString BottleStore::check(const QString& name) const {
     if (!fault.isEmpty())
         return fault;
     switch (state(name)) {
-    case State::Present:
-        return {};
-    case State::Missing:
-        return QString("There is no bottle \"%1\".").arg(BottleName::shown(name));
-    case State::Foreign:
-        break;
+        case State::Present:
+            return {};
+        case State::Missing:
+            return QString("There is no bottle \"%1\".").arg(BottleName::shown(name));
+        case State::Foreign:
+            break;
     }
     return QString("\"%1\" is no bottle: it is a link, or a directory without bottle.yml.")
         .arg(BottleName::shown(name));
@@ -76,12 +76,14 @@ QString BottleStore::check(const QString& name) const {
 std::optional<BottleYaml> BottleStore::load(const QString& name, QString* error) const {
     QFile file(pathOf(name) + SettingsFile);
     if (!file.open(QIODevice::ReadOnly)) {
-        *error = QString("Cannot read bottle.yml of \"%1\": %2.").arg(BottleName::shown(name), file.errorString());
+        *error =
+            QString("Cannot read bottle.yml of \"%1\": %2.").arg(BottleName::shown(name), file.errorString());
         return std::nullopt;
     }
     std::optional<BottleYaml> settings = BottleYaml::parse(file.read(YamlText::MaximumBytes + 1), error);
     if (!settings)
-        *error = QString("bottle.yml of \"%1\" cannot be understood: %2.").arg(BottleName::shown(name), *error);
+        *error =
+            QString("bottle.yml of \"%1\" cannot be understood: %2.").arg(BottleName::shown(name), *error);
     return settings;
 }
 

@@ -6,9 +6,9 @@
 
 #include "bottleservice/bottles/BottleYaml.h"
 
-/// The directory of all bottles: finds them, reads and writes their bottle.yml. The only place where a bottle's name
-/// becomes a path. A bottle is a real directory (never a link) that holds a bottle.yml; everything else beside the
-/// bottles is left alone. All functions answer at once.
+/// The directory of all bottles: finds them, reads and writes their bottle.yml. The only place where a
+/// bottle's name becomes a path. A bottle is a real directory (never a link) that holds a bottle.yml;
+/// everything else beside the bottles is left alone. All functions answer at once.
 class BottleStore {
 public:
     /// The bottles lie in "bottles" below this directory.
@@ -21,7 +21,8 @@ public:
     /// The names of all bottles, sorted.
     QStringList names() const;
 
-    /// Foreign is a link, a file or a directory that is no bottle. The name must have passed BottleName::check.
+    /// Foreign is a link, a file or a directory that is no bottle. The name must have passed
+    /// BottleName::check.
     State state(const QString& name) const;
     QString pathOf(const QString& name) const { return m_root + '/' + name; }
 

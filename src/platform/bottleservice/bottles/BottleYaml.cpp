@@ -18,21 +18,26 @@ struct KnownKey {
 
 // "Path" is known so that a hand-written one never reaches a reader with another type.
 const KnownKey BottleKeys[] = {
-    {"Name", Kind::Text},           {"Path", Kind::Text},
-    {"Runner", Kind::Text},         {"Windows", Kind::Text},
-    {"DXVK", Kind::Text},           {"VKD3D", Kind::Text},
-    {"Emulator", Kind::Text},       {"Parameters", Kind::Object},
-    {"DLL_Overrides", Kind::TextMap}, {"External_Programs", Kind::Object},
+    {"Name", Kind::Text},
+    {"Path", Kind::Text},
+    {"Runner", Kind::Text},
+    {"Windows", Kind::Text},
+    {"DXVK", Kind::Text},
+    {"VKD3D", Kind::Text},
+    {"Emulator", Kind::Text},
+    {"Parameters", Kind::Object},
+    {"DLL_Overrides", Kind::TextMap},
+    {"External_Programs", Kind::Object},
     {"Installed_Dependencies", Kind::TextList},
 };
 const KnownKey ParameterKeys[] = {
-    {"custom_dpi", Kind::Number},   {"renderer", Kind::Text},      {"cpu_rendering", Kind::Flag},
-    {"discrete_gpu", Kind::Flag},   {"mem_optimized", Kind::Flag}, {"ntsync", Kind::Flag},
+    {"custom_dpi", Kind::Number}, {"renderer", Kind::Text},      {"cpu_rendering", Kind::Flag},
+    {"discrete_gpu", Kind::Flag}, {"mem_optimized", Kind::Flag}, {"ntsync", Kind::Flag},
 };
 const KnownKey ProgramKeys[] = {
-    {"id", Kind::Text},        {"name", Kind::Text},     {"path", Kind::Text},
-    {"folder", Kind::Text},    {"icon", Kind::Text},     {"arguments", Kind::Text},
-    {"envs", Kind::TextMap},   {"stars", Kind::Number},  {"auto_discovered", Kind::Flag},
+    {"id", Kind::Text},           {"name", Kind::Text},    {"path", Kind::Text},
+    {"folder", Kind::Text},       {"icon", Kind::Text},    {"arguments", Kind::Text},
+    {"envs", Kind::TextMap},      {"stars", Kind::Number}, {"auto_discovered", Kind::Flag},
     {"created_time", Kind::Text},
 };
 

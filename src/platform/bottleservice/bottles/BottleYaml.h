@@ -1,14 +1,14 @@
 #pragma once
 
-#include <yaml-cpp/node/node.h>
+#include <yaml-cpp/yaml.h>
 
 #include <QDateTime>
 #include <QJsonObject>
 #include <optional>
 
-/// The content of one bottle.yml. Keys that the service does not know, and the order of all keys, survive a change;
-/// comments do not. Wrong types of hand-edited values read as the empty value of their key and stay in the file until
-/// that key is written. Movable only, since YAML nodes are shared by copies.
+/// The content of one bottle.yml. Keys that the service does not know, and the order of all keys, survive a
+/// change; comments do not. Wrong types of hand-edited values read as the empty value of their key and stay
+/// in the file until that key is written. Movable only, since YAML nodes are shared by copies.
 class BottleYaml {
 public:
     /// Empty with a sentence in error when the text is no YAML mapping.
@@ -24,8 +24,8 @@ public:
 
     QByteArray toText() const;
 
-    /// The bottle as JSON: known keys always present in External_Programs, Parameters and the like with the type
-    /// that readers expect, unknown keys as they are. "Path" is not set here.
+    /// The bottle as JSON: known keys always present in External_Programs, Parameters and the like with the
+    /// type that readers expect, unknown keys as they are. "Path" is not set here.
     QJsonObject record() const;
 
     QString runner() const;

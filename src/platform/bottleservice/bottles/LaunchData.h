@@ -6,8 +6,8 @@
 
 #include "bottleservice/wine/Runners.h"
 
-/// What the launch script needs to know to start a program, kept as launch.json beside bottle.yml so that a start
-/// costs neither a YAML parser nor a call on the bus:
+/// What the launch script needs to know to start a program, kept as launch.json beside bottle.yml so that a
+/// start costs neither a YAML parser nor a call on the bus:
 ///   {"version":1, "path", "runner", "wine", "wineserver", "env":{name:value},
 ///    "programs":{uuid:{"name","path","folder","arguments","envs"}}}
 /// The file is written after bottle.yml; when bottle.yml is the newer one, somebody edited it by hand.

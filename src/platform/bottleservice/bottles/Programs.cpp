@@ -18,10 +18,14 @@ struct FieldType {
 };
 
 const FieldType FieldTypes[] = {
-    {"id", QJsonValue::String, "text"},        {"name", QJsonValue::String, "text"},
-    {"path", QJsonValue::String, "text"},      {"folder", QJsonValue::String, "text"},
-    {"icon", QJsonValue::String, "text"},      {"arguments", QJsonValue::String, "text"},
-    {"envs", QJsonValue::Object, "an object"}, {"stars", QJsonValue::Double, "a number"},
+    {"id", QJsonValue::String, "text"},
+    {"name", QJsonValue::String, "text"},
+    {"path", QJsonValue::String, "text"},
+    {"folder", QJsonValue::String, "text"},
+    {"icon", QJsonValue::String, "text"},
+    {"arguments", QJsonValue::String, "text"},
+    {"envs", QJsonValue::Object, "an object"},
+    {"stars", QJsonValue::Double, "a number"},
     {"auto_discovered", QJsonValue::Bool, "true or false"},
     {"created_time", QJsonValue::String, "text"},
 };
@@ -111,7 +115,8 @@ QJsonObject summary(const QString& bottle, const QString& bottlePath, const QJso
 }
 
 QString folderOf(const QString& path) {
-    const int end = qMax(path.lastIndexOf('/'), WindowsPath::isWindowsPath(path) ? path.lastIndexOf('\\') : -1);
+    const int end =
+        qMax(path.lastIndexOf('/'), WindowsPath::isWindowsPath(path) ? path.lastIndexOf('\\') : -1);
     return path.left(qMax(end, 0));
 }
 

@@ -4,7 +4,8 @@
 #include <QJsonObject>
 #include <QString>
 
-/// The rules of program records: what a caller may send, how a partial record is merged, what a summary shows.
+/// The rules of program records: what a caller may send, how a partial record is merged, what a summary
+/// shows.
 namespace Programs {
 
 constexpr int MaximumRecordBytes = 1024 * 1024;

@@ -10,8 +10,8 @@
 ///   "md5sum":   array of texts, one of which must be the file's md5;
 ///   "filename": array of wildcards, one of which must match the file's name;
 ///   "peinfo":   object, key of the file's inspection to wildcard over its value.
-/// All conditions of a rule must hold; case never matters; the first rule that matches wins. A rule that is wrong is
-/// skipped with a log line.
+/// All conditions of a rule must hold; case never matters; the first rule that matches wins. A rule that is
+/// wrong is skipped with a log line.
 class PublicBottles {
 public:
     static PublicBottles parse(const QByteArray& json);

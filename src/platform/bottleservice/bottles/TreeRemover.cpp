@@ -29,7 +29,8 @@ struct Removal {
 
     void fail(const std::string& name, int code) {
         if (firstError.isEmpty())
-            firstError = QString("%1: %2").arg(QFile::decodeName(name.c_str()), QString::fromLocal8Bit(strerror(code)));
+            firstError = QString("%1: %2").arg(QFile::decodeName(name.c_str()),
+                                               QString::fromLocal8Bit(strerror(code)));
     }
 };
 
@@ -63,7 +64,8 @@ Directory openDirectory(int parent, const char* name) {
     return directory;
 }
 
-// What a name is, not what it points to. A mount point counts even when it shows a directory of the same device.
+// What a name is, not what it points to. A mount point counts even when it shows a directory of the same
+// device.
 struct Status {
     bool known = false;
     bool isDirectory = false;

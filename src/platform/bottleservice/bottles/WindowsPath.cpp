@@ -12,8 +12,8 @@ QString entryIgnoringCase(const QString& directory, const QString& name) {
         return name;
     if (QFileInfo::exists(directory + '/' + name))
         return name;
-    const QStringList entries = QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                                          QDir::NoDotAndDotDot, QDir::NoSort);
+    const QStringList entries = QDir(directory).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::NoSort);
     for (const QString& entry : entries) {
         if (entry.compare(name, Qt::CaseInsensitive) == 0)
             return entry;

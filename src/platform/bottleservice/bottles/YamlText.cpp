@@ -49,30 +49,37 @@ void emitNode(YAML::Emitter& out, const YAML::Node& node) {
     if (!tag.empty() && tag != "?" && tag != "!")
         out << YAML::VerbatimTag(tag);
     switch (node.Type()) {
-    case YAML::NodeType::Scalar:
-        if (tag == "!")
-            out << YAML::DoubleQuoted;
-        out << node.Scalar();
-        break;
-    case YAML::NodeType::Sequence:
-        out << YAML::BeginSeq;
-        for (const YAML::Node& item : node)
-            emitNode(out, item);
-        out << YAML::EndSeq;
-        break;
-    case YAML::NodeType::Map:
-        out << YAML::BeginMap;
-        for (const auto& entry : node) {
-            out << YAML::Key;
-            emitNode(out, entry.first);
-            out << YAML::Value;
-            emitNode(out, entry.second);
-        }
-        out << YAML::EndMap;
-        break;
-    default:
-        out << YAML::Null;
+        case YAML::NodeType::Scalar:
+            if (tag == "!")
+                out << YAML::DoubleQuoted;
+            out << node.Scalar();
+            break;
+        case YAML::NodeType::Sequence:
+            out << YAML::BeginSeq;
+            for (const YAML::Node& item : node)
+                emitNode(out, item);
+            out << YAML::EndSeq;
+            break;
+        case YAML::NodeType::Map:
+            out << YAML::BeginMap;
+            for (const auto& entry : node) {
+                out << YAML::Key;
+                emitNode(out, entry.first);
+                out << YAML::Value;
+                emitNode(out, entry.second);
+            }
+            out << YAML::EndMap;
+            break;
+        default:
+            out << YAML::Null;
     }
+}
+
+YAML::Node keyNode(const QString& key) {
+    static const QRegularExpression word("\\A[A-Za-z][A-Za-z0-9_]*\\z");
+    YAML::Node node(key.toStdString());
+    node.SetTag(word.match(key).hasMatch() ? "?" : "!");
+    return node;
 }
 
 bool isPlain(const YAML::Node& node) {
@@ -143,56 +150,57 @@ QByteArray dump(const YAML::Node& node) {
 
 YAML::Node fromJson(const QJsonValue& value) {
     switch (value.type()) {
-    case QJsonValue::Bool:
-        return YAML::Node(value.toBool());
-    case QJsonValue::Double: {
-        const double number = value.toDouble();
-        const bool whole = qAbs(number) < 9e15 && number == double(qint64(number));
-        YAML::Node node((whole ? QString::number(qint64(number)) : QString::number(number, 'g', 17)).toStdString());
-        node.SetTag("?");
-        return node;
-    }
-    case QJsonValue::String: {
-        YAML::Node node(value.toString().toStdString());
-        node.SetTag("!");
-        return node;
-    }
-    case QJsonValue::Array: {
-        YAML::Node node(YAML::NodeType::Sequence);
-        for (const QJsonValue& item : value.toArray())
-            node.push_back(fromJson(item));
-        return node;
-    }
-    case QJsonValue::Object: {
-        YAML::Node node(YAML::NodeType::Map);
-        const QJsonObject object = value.toObject();
-        for (auto it = object.begin(); it != object.end(); ++it)
-            node.force_insert(fromJson(it.key()), fromJson(it.value()));
-        return node;
-    }
-    default:
-        return YAML::Node(YAML::NodeType::Null);
+        case QJsonValue::Bool:
+            return YAML::Node(value.toBool());
+        case QJsonValue::Double: {
+            const double number = value.toDouble();
+            const bool whole = qAbs(number) < 9e15 && number == double(qint64(number));
+            YAML::Node node(
+                (whole ? QString::number(qint64(number)) : QString::number(number, 'g', 17)).toStdString());
+            node.SetTag("?");
+            return node;
+        }
+        case QJsonValue::String: {
+            YAML::Node node(value.toString().toStdString());
+            node.SetTag("!");
+            return node;
+        }
+        case QJsonValue::Array: {
+            YAML::Node node(YAML::NodeType::Sequence);
+            for (const QJsonValue& item : value.toArray())
+                node.push_back(fromJson(item));
+            return node;
+        }
+        case QJsonValue::Object: {
+            YAML::Node node(YAML::NodeType::Map);
+            const QJsonObject object = value.toObject();
+            for (auto it = object.begin(); it != object.end(); ++it)
+                node.force_insert(keyNode(it.key()), fromJson(it.value()));
+            return node;
+        }
+        default:
+            return YAML::Node(YAML::NodeType::Null);
     }
 }
 
 QJsonValue toJson(const YAML::Node& node, Kind kind) {
     switch (kind) {
-    case Kind::Text:
-        return scalarText(node);
-    case Kind::Number: {
-        const QJsonValue value = plainScalar(scalarText(node));
-        return value.isDouble() ? value : QJsonValue(0);
-    }
-    case Kind::Flag:
-        return isYes(scalarText(node));
-    case Kind::Object:
-        return node.IsMap() ? objectOf(node, Kind::Anything) : QJsonObject();
-    case Kind::TextMap:
-        return node.IsMap() ? objectOf(node, Kind::Text) : QJsonObject();
-    case Kind::TextList:
-        return node.IsSequence() ? arrayOf(node, Kind::Text) : QJsonArray();
-    case Kind::Anything:
-        break;
+        case Kind::Text:
+            return scalarText(node);
+        case Kind::Number: {
+            const QJsonValue value = plainScalar(scalarText(node));
+            return value.isDouble() ? value : QJsonValue(0);
+        }
+        case Kind::Flag:
+            return isYes(scalarText(node));
+        case Kind::Object:
+            return node.IsMap() ? objectOf(node, Kind::Anything) : QJsonObject();
+        case Kind::TextMap:
+            return node.IsMap() ? objectOf(node, Kind::Text) : QJsonObject();
+        case Kind::TextList:
+            return node.IsSequence() ? arrayOf(node, Kind::Text) : QJsonArray();
+        case Kind::Anything:
+            break;
     }
     if (node.IsMap())
         return objectOf(node, Kind::Anything);

@@ -1,21 +1,22 @@
 #pragma once
 
-#include <yaml-cpp/node/node.h>
+#include <yaml-cpp/yaml.h>
 
 #include <QByteArray>
 #include <QJsonValue>
 #include <QString>
 
-/// Between YAML text, its node tree and JSON, for files that a user may have edited and a Windows program may have
-/// written: size, depth and number of nodes are limited, and a tree never shares nodes (aliases are written out).
+/// Between YAML text, its node tree and JSON, for files that a user may have edited and a Windows program may
+/// have written: size, depth and number of nodes are limited, and a tree never shares nodes (aliases are
+/// written out).
 namespace YamlText {
 
 constexpr int MaximumBytes = 2 * 1024 * 1024;
 constexpr int MaximumDepth = 64;
 constexpr int MaximumNodes = 50000;
 
-/// What a reader wants a node to be. Anything follows the node's own look, the others convert what can be converted
-/// and give the kind's empty value for the rest.
+/// What a reader wants a node to be. Anything follows the node's own look, the others convert what can be
+/// converted and give the kind's empty value for the rest.
 enum class Kind { Anything, Text, Number, Flag, Object, TextMap, TextList };
 
 /// The tree of a text. On failure a sentence in error and a null node.

@@ -22,7 +22,8 @@ CreateBottleJob::CreateBottleJob(const BottleStore& store, const QString& name, 
       m_reclaimer(reclaimer) {}
 
 Answer CreateBottleJob::refusal(const QString& sentence) {
-    return Answer::of(QJsonDocument(QJsonObject{{"ok", false}, {"error", sentence}}).toJson(QJsonDocument::Compact));
+    return Answer::of(
+        QJsonDocument(QJsonObject{{"ok", false}, {"error", sentence}}).toJson(QJsonDocument::Compact));
 }
 
 void CreateBottleJob::start() {
@@ -52,7 +53,8 @@ void CreateBottleJob::start() {
         fail(QString("Cannot make a directory in %1.").arg(QFileInfo(target).path()));
         return;
     }
-    qInfo() << "making bottle" << BottleName::shown(m_name) << "on" << m_runner.name << "in" << m_workingDirectory;
+    qInfo() << "making bottle" << BottleName::shown(m_name) << "on" << m_runner.name << "in"
+            << m_workingDirectory;
     m_builder = new PrefixBuilder(m_runner, m_workingDirectory, this);
     connect(m_builder, &PrefixBuilder::finished, this, &CreateBottleJob::onBuilt);
     m_builder->start();

@@ -7,15 +7,15 @@
 class PrefixBuilder;
 class Reclaimer;
 
-/// Makes a bottle in a hidden directory and moves it into place when it is whole. Answers with JSON: {"ok", "created",
-/// "path", "runner"} or {"ok": false, "error"}. A bottle that exists already is left as it is and answered with "ok"
-/// true and "created" false: the caller has what it asked for.
+/// Makes a bottle in a hidden directory and moves it into place when it is whole. Answers with JSON: {"ok",
+/// "created", "path", "runner"} or {"ok": false, "error"}. A bottle that exists already is left as it is and
+/// answered with "ok" true and "created" false: the caller has what it asked for.
 class CreateBottleJob : public Job {
     Q_OBJECT
 
 public:
-    CreateBottleJob(const BottleStore& store, const QString& name, const QString& runner, const Runners& runners,
-                    Reclaimer* reclaimer, Reply reply);
+    CreateBottleJob(const BottleStore& store, const QString& name, const QString& runner,
+                    const Runners& runners, Reclaimer* reclaimer, Reply reply);
 
     void start() override;
     void cancel() override;

@@ -6,14 +6,14 @@
 
 class Reclaimer;
 
-/// Ends what runs in a bottle, moves the bottle away under a hidden name, answers, and leaves the removal of the files
-/// to the background. Refuses what is no bottle.
+/// Ends what runs in a bottle, moves the bottle away under a hidden name, answers, and leaves the removal of
+/// the files to the background. Refuses what is no bottle.
 class DeleteBottleJob : public Job {
     Q_OBJECT
 
 public:
-    DeleteBottleJob(const BottleStore& store, const QString& name, const Runners& runners, Reclaimer* reclaimer,
-                    Reply reply);
+    DeleteBottleJob(const BottleStore& store, const QString& name, const Runners& runners,
+                    Reclaimer* reclaimer, Reply reply);
 
     void start() override;
 

@@ -4,7 +4,8 @@ Job::Job(Reply reply, QObject* parent) : QObject(parent), m_reply(std::move(repl
 
 Job::~Job() {
     if (!m_finished)
-        answerOnce(Answer::failure(Answer::Fault::Failed, "The request was cancelled because the service is ending."));
+        answerOnce(Answer::failure(Answer::Fault::Failed,
+                                   "The request was cancelled because the service is ending."));
 }
 
 void Job::finish(const Answer& answer) {
@@ -21,7 +22,8 @@ void Job::answerOnce(const Answer& answer) {
         reply(answer);
 }
 
-ImmediateJob::ImmediateJob(std::function<Answer()> work, Reply reply) : Job(std::move(reply)), m_work(std::move(work)) {}
+ImmediateJob::ImmediateJob(std::function<Answer()> work, Reply reply)
+    : Job(std::move(reply)), m_work(std::move(work)) {}
 
 void ImmediateJob::start() {
     finish(m_work());

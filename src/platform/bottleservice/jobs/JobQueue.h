@@ -8,8 +8,8 @@
 
 #include "bottleservice/jobs/Job.h"
 
-/// One line of jobs per bottle: the jobs of a bottle run one after the other in the order in which they came, those of
-/// different bottles side by side.
+/// One line of jobs per bottle: the jobs of a bottle run one after the other in the order in which they came,
+/// those of different bottles side by side.
 class JobQueue : public QObject {
     Q_OBJECT
 
@@ -21,7 +21,8 @@ public:
 
     bool isIdle() const { return m_lines.isEmpty(); }
 
-    /// Takes no more jobs, drops those that wait (they answer that they were cancelled) and cancels those that run.
+    /// Takes no more jobs, drops those that wait (they answer that they were cancelled) and cancels those
+    /// that run.
     void close();
 
 Q_SIGNALS:

@@ -5,8 +5,8 @@
 #include <QThreadPool>
 #include <functional>
 
-/// Removes directory trees in the background, one after the other. What cannot be removed is logged and tried again at
-/// the next start of the service. Waits in its destructor for what has begun.
+/// Removes directory trees in the background, one after the other. What cannot be removed is logged and tried
+/// again at the next start of the service. Waits in its destructor for what has begun.
 class Reclaimer : public QObject {
     Q_OBJECT
 

@@ -21,7 +21,8 @@ void StopBottleJob::start() {
     auto* stopper = new BottleStopper(m_bottlePath, m_wineserver, this);
     connect(stopper, &BottleStopper::finished, this, [this](bool clean) {
         finish(clean ? Answer::of()
-                     : Answer::failure(Answer::Fault::Failed, "Some programs of the bottle could not be ended."));
+                     : Answer::failure(Answer::Fault::Failed,
+                                       "Some programs of the bottle could not be ended."));
     });
     stopper->start();
 }
@@ -38,7 +39,8 @@ void StopProgramJob::start() {
     step();
 }
 
-// Looks the processes up anew each time: a pid may by now be another's, and a program may have started more of them.
+// Looks the processes up anew each time: a pid may by now be another's, and a program may have started more
+// of them.
 void StopProgramJob::step() {
     const std::vector<Processes::Entry> rest = m_processes.ofProgram(m_bottlePath, m_programId);
     if (rest.empty()) {

@@ -35,9 +35,9 @@ QStringList leftovers(const QString& root) {
     for (const QString& directory : {root, root + "/public"}) {
         if (QFileInfo(directory).isSymLink() && directory != root)
             continue;
-        const QStringList entries =
-            QDir(directory).entryList({QString(BottleName::CreatingPrefix) + '*', QString(BottleName::DeletingPrefix) + '*'},
-                                      QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+        const QStringList entries = QDir(directory).entryList(
+            {QString(BottleName::CreatingPrefix) + '*', QString(BottleName::DeletingPrefix) + '*'},
+            QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
         for (const QString& entry : entries)
             paths += directory + '/' + entry;
     }

@@ -3,8 +3,8 @@
 #include <QString>
 #include <QStringList>
 
-/// The hidden directories beside the bottles in which bottles are made and taken apart. Only whole bottles ever stand
-/// under a bottle's name; a crash leaves hidden directories, which the next start removes.
+/// The hidden directories beside the bottles in which bottles are made and taken apart. Only whole bottles
+/// ever stand under a bottle's name; a crash leaves hidden directories, which the next start removes.
 namespace WorkingDirectory {
 
 /// An unused path beside the given bottle's directory.

@@ -29,7 +29,8 @@ void BottleStopper::start() {
         return;
     }
     // It answers with an error when nothing ran, which is as good.
-    m_command = new WineCommand(m_wineserver, {"-k"}, WineEnvironment::forProcess({{"WINEPREFIX", m_prefix}}), this);
+    m_command =
+        new WineCommand(m_wineserver, {"-k"}, WineEnvironment::forProcess({{"WINEPREFIX", m_prefix}}), this);
     connect(m_command, &WineCommand::finished, this, startKilling);
     m_command->start(ServerTimeoutMs);
 }

@@ -9,8 +9,8 @@
 
 class WineCommand;
 
-/// Ends everything that runs in a prefix: first the polite way through its wineserver, which saves the registry, then
-/// by SIGKILL. Takes about 0.1 s as a rule and never more than about 4 s.
+/// Ends everything that runs in a prefix: first the polite way through its wineserver, which saves the
+/// registry, then by SIGKILL. Takes about 0.1 s as a rule and never more than about 4 s.
 class BottleStopper : public QObject {
     Q_OBJECT
 

@@ -11,13 +11,15 @@ namespace {
 
 constexpr int MaximumLogNameCharacters = 64;
 
-// The bottle's programs may have put anything in there; a link would make this process write to where it points.
+// The bottle's programs may have put anything in there; a link would make this process write to where it
+// points.
 QString usableLogFile(const QString& bottlePath, const QString& name) {
     const QString directory = bottlePath + "/logs";
     if (!QFileInfo::exists(directory))
         QDir().mkdir(directory);
     const QFileInfo log(directory + '/' + name);
-    const bool harmless = !QFileInfo(directory).isSymLink() && !log.isSymLink() && (!log.exists() || log.isFile());
+    const bool harmless =
+        !QFileInfo(directory).isSymLink() && !log.isSymLink() && (!log.exists() || log.isFile());
     return harmless ? log.filePath() : QProcess::nullDevice();
 }
 

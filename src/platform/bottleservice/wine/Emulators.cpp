@@ -10,7 +10,8 @@ struct Emulator {
 };
 
 // In the order of preference.
-const Emulator Known[] = {{"box64", "box64"}, {"exagear", "exagear"}, {"phybin", "phybin"}, {"box86", "box86"}};
+const Emulator Known[] = {
+    {"box64", "box64"}, {"exagear", "exagear"}, {"phybin", "phybin"}, {"box86", "box86"}};
 
 }  // namespace
 

@@ -49,7 +49,8 @@ void PrefixBuilder::onStopped(bool clean) {
 }
 
 QString PrefixBuilder::check(const QString& directory) {
-    for (const char* part : {"/system.reg", "/user.reg", "/drive_c/windows/system32/kernel32.dll", "/dosdevices/c:"}) {
+    for (const char* part :
+         {"/system.reg", "/user.reg", "/drive_c/windows/system32/kernel32.dll", "/dosdevices/c:"}) {
         if (!QFileInfo::exists(directory + part))
             return QString("Wine made no whole bottle: %1 is missing.").arg(QString(part).mid(1));
     }

@@ -7,8 +7,8 @@
 
 class WineCommand;
 
-/// Makes a Wine prefix in an empty directory with the runner's own wineboot, and leaves it at rest: registry written,
-/// no process running, so that the directory may be renamed. Takes 5 to 20 s, in child processes.
+/// Makes a Wine prefix in an empty directory with the runner's own wineboot, and leaves it at rest: registry
+/// written, no process running, so that the directory may be renamed. Takes 5 to 20 s, in child processes.
 class PrefixBuilder : public QObject {
     Q_OBJECT
 

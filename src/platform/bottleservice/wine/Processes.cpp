@@ -1,7 +1,7 @@
 #include "bottleservice/wine/Processes.h"
 
-#include <csignal>
 #include <unistd.h>
+#include <csignal>
 
 #include <QDir>
 #include <QFile>
@@ -45,7 +45,8 @@ std::vector<Processes::Entry> Processes::all() const {
         entry.executable = linkBaseName(directory + "/exe");
         if (!isWineExecutable(entry.executable))
             continue;
-        const QHash<QByteArray, QByteArray> environment = parseEnvironment(readBounded(directory + "/environ"));
+        const QHash<QByteArray, QByteArray> environment =
+            parseEnvironment(readBounded(directory + "/environ"));
         entry.prefix = environment.value("WINEPREFIX");
         entry.program = environment.value("_CXB_WINE_PROGRAM_UUID");
         entry.commandLine = readBounded(directory + "/cmdline");
@@ -65,7 +66,8 @@ std::vector<Processes::Entry> Processes::ofBottle(const QString& bottlePath) con
     return entries;
 }
 
-std::vector<Processes::Entry> Processes::ofProgram(const QString& bottlePath, const QString& programId) const {
+std::vector<Processes::Entry> Processes::ofProgram(const QString& bottlePath,
+                                                   const QString& programId) const {
     std::vector<Entry> entries;
     for (const Entry& entry : ofBottle(bottlePath)) {
         if (entry.program == programId.toUtf8() && !servesWholeBottle(entry))
@@ -74,9 +76,9 @@ std::vector<Processes::Entry> Processes::ofProgram(const QString& bottlePath, co
     return entries;
 }
 
-QHash<QByteArray, QByteArray> Processes::parseEnvironment(const QByteArray& environ) {
+QHash<QByteArray, QByteArray> Processes::parseEnvironment(const QByteArray& block) {
     QHash<QByteArray, QByteArray> variables;
-    for (const QByteArray& item : environ.split('\0')) {
+    for (const QByteArray& item : block.split('\0')) {
         const int equals = item.indexOf('=');
         // The first of two equal names is the one that getenv finds.
         if (equals > 0 && !variables.contains(item.left(equals)))
@@ -97,8 +99,8 @@ bool Processes::servesWholeBottle(const Entry& entry) {
     for (const QByteArray& argument : arguments.mid(0, 2)) {
         const QByteArray name =
             argument.mid(qMax(argument.lastIndexOf('\\'), argument.lastIndexOf('/')) + 1).toLower();
-        if (name == "services.exe" || name == "winedevice.exe" || name == "plugplay.exe" || name == "svchost.exe" ||
-            name == "rpcss.exe" || name == "wineserver")
+        if (name == "services.exe" || name == "winedevice.exe" || name == "plugplay.exe" ||
+            name == "svchost.exe" || name == "rpcss.exe" || name == "wineserver")
             return true;
         if (name == "explorer.exe" && arguments.contains("/desktop"))
             return true;

@@ -51,7 +51,8 @@ QStringList Runners::names() const {
 }
 
 std::optional<Runner> Runners::find(const QString& name) const {
-    const bool isEntry = !name.isEmpty() && !name.startsWith('.') && !name.contains('/') && !name.contains(QChar(0));
+    const bool isEntry =
+        !name.isEmpty() && !name.startsWith('.') && !name.contains('/') && !name.contains(QChar(0));
     if (isEntry) {
         const QString bin = m_directory + '/' + name + "/bin";
         if (const auto own = runnerOf(name, firstExecutable({bin + "/wine", bin + "/wine64"})))

@@ -11,8 +11,9 @@ struct Runner {
     QString wineserver;
 };
 
-/// The Wines of this machine: the one in PATH under the default runner's name, and every directory below "runners" of
-/// the data directory that has bin/wine. Asks the disk at each call, so that a runner that was just unpacked is there.
+/// The Wines of this machine: the one in PATH under the default runner's name, and every directory below
+/// "runners" of the data directory that has bin/wine. Asks the disk at each call, so that a runner that was
+/// just unpacked is there.
 class Runners {
 public:
     static const char DefaultName[];

@@ -1,7 +1,7 @@
 #include "bottleservice/wine/WineCommand.h"
 
-#include <csignal>
 #include <unistd.h>
+#include <csignal>
 
 #include <QFileInfo>
 
@@ -9,8 +9,8 @@ void WineCommand::GroupProcess::setupChildProcess() {
     setpgid(0, 0);
 }
 
-WineCommand::WineCommand(const QString& program, const QStringList& arguments, const QProcessEnvironment& environment,
-                         QObject* parent)
+WineCommand::WineCommand(const QString& program, const QStringList& arguments,
+                         const QProcessEnvironment& environment, QObject* parent)
     : QObject(parent) {
     m_process.setProgram(program);
     m_process.setArguments(arguments);
@@ -22,7 +22,8 @@ WineCommand::WineCommand(const QString& program, const QStringList& arguments, c
         m_timedOut = true;
         kill();
     });
-    connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this, &WineCommand::onFinished);
+    connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &WineCommand::onFinished);
     connect(&m_process, &QProcess::errorOccurred, this, &WineCommand::onError);
 }
 

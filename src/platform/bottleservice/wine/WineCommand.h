@@ -3,7 +3,8 @@
 #include <QProcess>
 #include <QTimer>
 
-/// Runs one command of a Wine in a process group of its own, with a limit of time. Emits finished() exactly once.
+/// Runs one command of a Wine in a process group of its own, with a limit of time. Emits finished() exactly
+/// once.
 class WineCommand : public QObject {
     Q_OBJECT
 

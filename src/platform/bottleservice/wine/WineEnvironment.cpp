@@ -17,8 +17,9 @@ bool isUtf8Locale(const QProcessEnvironment& environment) {
 
 QProcessEnvironment forProcess(const QJsonObject& variables, const QProcessEnvironment& base) {
     QProcessEnvironment environment = base;
-    for (const char* name : {"WINEPREFIX", "WINEARCH", "WINESERVER", "WINELOADER", "WINEDEBUG", "WINEDLLOVERRIDES",
-                             "WINEDLLPATH", "WINE_D3D_CONFIG", "WINE_WMCLASS", "_CXB_WINE_PROGRAM_UUID"})
+    for (const char* name :
+         {"WINEPREFIX", "WINEARCH", "WINESERVER", "WINELOADER", "WINEDEBUG", "WINEDLLOVERRIDES",
+          "WINEDLLPATH", "WINE_D3D_CONFIG", "WINE_WMCLASS", "_CXB_WINE_PROGRAM_UUID"})
         environment.remove(name);
     if (!isUtf8Locale(environment)) {
         environment.remove("LC_ALL");

@@ -4,8 +4,8 @@
 #include <QList>
 #include <QString>
 
-/// One D-Bus interface as its XML file describes it. The file is what the service announces and what it checks every
-/// call against, so that contract and service cannot drift apart.
+/// One D-Bus interface as its XML file describes it. The file is what the service announces and what it
+/// checks every call against, so that contract and service cannot drift apart.
 class BusContract {
 public:
     struct Method {
@@ -13,7 +13,8 @@ public:
         QString outSignature;
     };
 
-    /// Reads a file of the resources; a file that is no valid interface ends the process, since it is part of it.
+    /// Reads a file of the resources; a file that is no valid interface ends the process, since it is part of
+    /// it.
     static BusContract load(const QString& resource);
 
     QString interface() const { return m_interface; }

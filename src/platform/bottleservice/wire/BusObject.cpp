@@ -8,16 +8,16 @@ constexpr int MaximumArgumentCharacters = 4 * 1024 * 1024;
 
 QString errorName(Answer::Fault fault) {
     switch (fault) {
-    case Answer::Fault::InvalidArgs:
-        return "com.lumora.Error.InvalidArgs";
-    case Answer::Fault::NoSuchBottle:
-        return "com.lumora.Error.NoSuchBottle";
-    case Answer::Fault::NoSuchProgram:
-        return "com.lumora.Error.NoSuchProgram";
-    case Answer::Fault::NotSupported:
-        return "com.lumora.Error.NotSupported";
-    default:
-        return "com.lumora.Error.Failed";
+        case Answer::Fault::InvalidArgs:
+            return "com.lumora.Error.InvalidArgs";
+        case Answer::Fault::NoSuchBottle:
+            return "com.lumora.Error.NoSuchBottle";
+        case Answer::Fault::NoSuchProgram:
+            return "com.lumora.Error.NoSuchProgram";
+        case Answer::Fault::NotSupported:
+            return "com.lumora.Error.NotSupported";
+        default:
+            return "com.lumora.Error.Failed";
     }
 }
 
@@ -55,17 +55,18 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
         return true;
     }
     qDebug() << "call" << message.member() << "from" << message.service();
-    m_handlers.value(message.member())(message.arguments(), [this, connection, message](const Answer& result) {
-        answer(connection, message, result);
-    });
+    m_handlers.value(message.member())(
+        message.arguments(),
+        [this, connection, message](const Answer& result) { answer(connection, message, result); });
     return true;
 }
 
 Answer BusObject::check(const QDBusMessage& message) const {
     const QString expected = m_contract.method(message.member()).inSignature;
     if (message.signature() != expected)
-        return Answer::failure(Answer::Fault::InvalidArgs, QString("%1 takes arguments of type \"%2\", not \"%3\".")
-                                                               .arg(message.member(), expected, message.signature()));
+        return Answer::failure(Answer::Fault::InvalidArgs,
+                               QString("%1 takes arguments of type \"%2\", not \"%3\".")
+                                   .arg(message.member(), expected, message.signature()));
     for (const QVariant& argument : message.arguments()) {
         if (argument.toString().size() > MaximumArgumentCharacters)
             return Answer::failure(Answer::Fault::InvalidArgs,
@@ -78,7 +79,8 @@ Answer BusObject::check(const QDBusMessage& message) const {
     return Answer::of();
 }
 
-void BusObject::answer(const QDBusConnection& connection, const QDBusMessage& message, const Answer& result) const {
+void BusObject::answer(const QDBusConnection& connection, const QDBusMessage& message,
+                       const Answer& result) const {
     if (!result.isGood())
         qWarning().noquote() << message.member() << "failed:" << result.sentence;
     if (!message.isReplyRequired())

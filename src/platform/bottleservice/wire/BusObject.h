@@ -7,9 +7,9 @@
 #include "bottleservice/Answer.h"
 #include "bottleservice/wire/BusContract.h"
 
-/// One object on the bus: checks a call against the contract, hands it to the function that the table of methods names
-/// and sends the answer when it comes. Methods of the contract without a function answer NotSupported. Derived classes
-/// only fill the table.
+/// One object on the bus: checks a call against the contract, hands it to the function that the table of
+/// methods names and sends the answer when it comes. Methods of the contract without a function answer
+/// NotSupported. Derived classes only fill the table.
 class BusObject : public QDBusVirtualObject {
     Q_OBJECT
 
