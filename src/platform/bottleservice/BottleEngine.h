@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+
+#include "bottleservice/Answer.h"
+#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/jobs/JobQueue.h"
+#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/wine/Runners.h"
+
+class BottleStopper;
+
+/// What the service can do, without a bus. Reading answers at once; everything that changes a bottle or its
+/// processes goes through that bottle's queue and answers when it is done. Owns the queue, the background
+/// removal and the knowledge of where bottles and runners lie. Lives in the main thread.
+class BottleEngine : public QObject {
+    Q_OBJECT
+
+public:
+    /// dataDir holds "bottles", "runners" and "public-bottles.json"; it is made if it is missing.
+    explicit BottleEngine(const QString& dataDir, QObject* parent = nullptr);
+    ~BottleEngine() override;
+
+    /// Removes what jobs of an earlier run left half done. Once, before the first request.
+    void recover();
+
+    Answer list() const;
+    Answer get(const QString& bottle) const;
+    Answer listAllPrograms() const;
+    Answer listBottlesAllPrograms(const QString& bottle) const;
+    Answer getEmulators(const QString& bottle) const;
+    Answer checkPublicBottles(const QString& queryJson) const;
+    void getRunnerVersion(const QString& runner, const Reply& reply);
+
+    void createBottles(const QString& bottle, const QString& runner, const Reply& reply);
+    void deleteBottle(const QString& bottle, const Reply& reply);
+    void updateExternalProgram(const QString& bottle, const QString& recordJson, const Reply& reply);
+    void removeExternalProgram(const QString& bottle, const QString& programId, const Reply& reply);
+    void killProgram(const QString& bottle, const QString& programId, const Reply& reply);
+    void killWineServer(const QString& bottle, const Reply& reply);
+    void runCommand(const QString& bottle, const QString& commandLine, const Reply& reply);
+
+    /// Cancels what runs and takes nothing new; closed() follows.
+    void close();
+
+Q_SIGNALS:
+    void bottleDeleted(const QString& bottle);
+    void programAdded(const QString& bottle, const QString& programId, const QString& recordJson);
+    void programUpdated(const QString& bottle, const QString& programId, const QString& recordJson);
+    void programDeleted(const QString& bottle, const QString& programId);
+    void closed();
+
+private:
+    Answer checked(const QString& bottle) const;
+    void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);
+    void enqueue(const QString& bottle, std::unique_ptr<Job> job);
+    bool refuse(const QString& bottle, const Reply& reply) const;
+
+    Answer updateProgram(const QString& bottle, const QJsonObject& given);
+    Answer removeProgram(const QString& bottle, const QString& programId);
+    Answer startCommand(const QString& bottle, const QStringList& arguments);
+
+    bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
+    void writeLaunchData(const QString& bottle, const BottleYaml& settings) const;
+    Runner runnerOf(const BottleYaml& settings) const;
+
+    QString m_dataDir;
+    BottleStore m_store;
+    Runners m_runners;
+    Reclaimer m_reclaimer;
+    JobQueue m_queue;
+    bool m_closing = false;
+    QHash<QString, QString> m_versions;  ///< by path, time and size of the Wine
+};

@@ -1,0 +1,114 @@
+#include "bottleservice/bottles/BottleStore.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/YamlText.h"
+
+namespace {
+
+const char SettingsFile[] = "/bottle.yml";
+
+bool isRealDirectory(const QString& path) {
+    const QFileInfo info(path);
+    return info.isDir() && !info.isSymLink();
+}
+
+bool isRealFile(const QString& path) {
+    const QFileInfo info(path);
+    return info.isFile() && !info.isSymLink();
+}
+
+}  // namespace
+
+BottleStore::BottleStore(const QString& dataDir) : m_root(dataDir + "/bottles") {}
+
+QStringList BottleStore::names() const {
+    QStringList names = namesIn(m_root, {});
+    if (isRealDirectory(m_root + "/public"))
+        names += namesIn(m_root + "/public", "public/");
+    names.sort();
+    return names;
+}
+
+QStringList BottleStore::namesIn(const QString& directory, const QString& prefix) const {
+    QStringList names;
+    const QStringList entries = QDir(directory).entryList(
+        QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::NoSort);
+    for (const QString& entry : entries) {
+        if (BottleName::check(prefix + entry).isEmpty() && isRealFile(directory + '/' + entry + SettingsFile))
+            names += prefix + entry;
+    }
+    return names;
+}
+
+BottleStore::State BottleStore::state(const QString& name) const {
+    if (BottleName::isPublic(name)) {
+        const QFileInfo shared(m_root + "/public");
+        if (shared.isSymLink() || (shared.exists() && !shared.isDir()))
+            return State::Foreign;
+    }
+    const QString path = pathOf(name);
+    const QFileInfo info(path);
+    if (!info.exists() && !info.isSymLink())
+        return State::Missing;
+    return isRealDirectory(path) && isRealFile(path + SettingsFile) ? State::Present : State::Foreign;
+}
+
+QString BottleStore::check(const QString& name) const {
+    const QString fault = BottleName::check(name);
+    if (!fault.isEmpty())
+        return fault;
+    switch (state(name)) {
+        case State::Present:
+            return {};
+        case State::Missing:
+            return QString("There is no bottle \"%1\".").arg(BottleName::shown(name));
+        case State::Foreign:
+            break;
+    }
+    return QString("\"%1\" is no bottle: it is a link, or a directory without bottle.yml.")
+        .arg(BottleName::shown(name));
+}
+
+std::optional<BottleYaml> BottleStore::load(const QString& name, QString* error) const {
+    QFile file(pathOf(name) + SettingsFile);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error =
+            QString("Cannot read bottle.yml of \"%1\": %2.").arg(BottleName::shown(name), file.errorString());
+        return std::nullopt;
+    }
+    std::optional<BottleYaml> settings = BottleYaml::parse(file.read(YamlText::MaximumBytes + 1), error);
+    if (!settings)
+        *error =
+            QString("bottle.yml of \"%1\" cannot be understood: %2.").arg(BottleName::shown(name), *error);
+    return settings;
+}
+
+bool BottleStore::save(const QString& name, const BottleYaml& settings, QString* error) const {
+    return saveTo(pathOf(name), settings, error);
+}
+
+bool BottleStore::saveTo(const QString& directory, const BottleYaml& settings, QString* error) {
+    const QByteArray text = settings.toText();
+    if (text.size() > YamlText::MaximumBytes) {
+        *error = "The settings of the bottle have become too large; nothing was changed.";
+        return false;
+    }
+    return replaceFile(directory + SettingsFile, text, error);
+}
+
+bool BottleStore::replaceFile(const QString& path, const QByteArray& content, QString* error) {
+    const QFileInfo info(path);
+    if (info.isSymLink() || (info.exists() && !info.isFile())) {
+        *error = QString("%1 is a link or no file, and is not written.").arg(path);
+        return false;
+    }
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
+        return true;
+    *error = QString("Cannot write %1: %2.").arg(path, file.errorString());
+    return false;
+}

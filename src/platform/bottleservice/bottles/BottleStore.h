@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "bottleservice/bottles/BottleYaml.h"
+
+/// The directory of all bottles: finds them, reads and writes their bottle.yml. The only place where a
+/// bottle's name becomes a path. A bottle is a real directory (never a link) that holds a bottle.yml;
+/// everything else beside the bottles is left alone. All functions answer at once.
+class BottleStore {
+public:
+    /// The bottles lie in "bottles" below this directory.
+    explicit BottleStore(const QString& dataDir);
+
+    enum class State { Missing, Present, Foreign };
+
+    QString root() const { return m_root; }
+
+    /// The names of all bottles, sorted.
+    QStringList names() const;
+
+    /// Foreign is a link, a file or a directory that is no bottle. The name must have passed
+    /// BottleName::check.
+    State state(const QString& name) const;
+    QString pathOf(const QString& name) const { return m_root + '/' + name; }
+
+    /// A sentence that says why there is no such bottle; empty if there is one.
+    QString check(const QString& name) const;
+
+    /// The settings of a bottle that exists; empty with a sentence in error when they cannot be read.
+    std::optional<BottleYaml> load(const QString& name, QString* error) const;
+
+    /// Replaces bottle.yml at once or not at all. True or a sentence in error.
+    bool save(const QString& name, const BottleYaml& settings, QString* error) const;
+
+    /// The same for a directory that is not yet in its place.
+    static bool saveTo(const QString& directory, const BottleYaml& settings, QString* error);
+
+    /// Writes a file atomically and never through a link.
+    static bool replaceFile(const QString& path, const QByteArray& content, QString* error);
+
+private:
+    QStringList namesIn(const QString& directory, const QString& prefix) const;
+
+    QString m_root;
+};

@@ -1,0 +1,168 @@
+#include "bottleservice/bottles/BottleYaml.h"
+
+#include <yaml-cpp/yaml.h>
+
+#include <QDebug>
+#include <QJsonArray>
+
+#include "bottleservice/bottles/YamlText.h"
+
+using YamlText::Kind;
+
+namespace {
+
+struct KnownKey {
+    const char* name;
+    Kind kind;
+};
+
+// "Path" is known so that a hand-written one never reaches a reader with another type.
+const KnownKey BottleKeys[] = {
+    {"Name", Kind::Text},
+    {"Path", Kind::Text},
+    {"Runner", Kind::Text},
+    {"Windows", Kind::Text},
+    {"DXVK", Kind::Text},
+    {"VKD3D", Kind::Text},
+    {"Emulator", Kind::Text},
+    {"Parameters", Kind::Object},
+    {"DLL_Overrides", Kind::TextMap},
+    {"External_Programs", Kind::Object},
+    {"Installed_Dependencies", Kind::TextList},
+};
+const KnownKey ParameterKeys[] = {
+    {"custom_dpi", Kind::Number}, {"renderer", Kind::Text},      {"cpu_rendering", Kind::Flag},
+    {"discrete_gpu", Kind::Flag}, {"mem_optimized", Kind::Flag}, {"ntsync", Kind::Flag},
+};
+const KnownKey ProgramKeys[] = {
+    {"id", Kind::Text},           {"name", Kind::Text},    {"path", Kind::Text},
+    {"folder", Kind::Text},       {"icon", Kind::Text},    {"arguments", Kind::Text},
+    {"envs", Kind::TextMap},      {"stars", Kind::Number}, {"auto_discovered", Kind::Flag},
+    {"created_time", Kind::Text},
+};
+
+template <size_t N>
+QJsonObject render(const YAML::Node& map, const KnownKey (&known)[N]) {
+    QJsonObject object;
+    if (!map.IsMap())
+        return object;
+    for (const auto& entry : map) {
+        if (!entry.first.IsScalar())
+            continue;
+        const QString key = YamlText::scalarText(entry.first);
+        Kind kind = Kind::Anything;
+        for (const KnownKey& candidate : known) {
+            if (key == QLatin1String(candidate.name))
+                kind = candidate.kind;
+        }
+        object.insert(key, YamlText::toJson(entry.second, kind));
+    }
+    return object;
+}
+
+QJsonObject renderProgram(const YAML::Node& node, const QString& id) {
+    QJsonObject program = render(node, ProgramKeys);
+    program.insert("id", id);
+    return program;
+}
+
+std::string utf8(const QString& text) {
+    return text.toStdString();
+}
+
+}  // namespace
+
+std::optional<BottleYaml> BottleYaml::parse(const QByteArray& text, QString* error) {
+    const YAML::Node root = YamlText::parse(text, error);
+    if (!error->isEmpty())
+        return std::nullopt;
+    if (!root.IsMap()) {
+        *error = "it holds no settings";
+        return std::nullopt;
+    }
+    return BottleYaml(root);
+}
+
+BottleYaml BottleYaml::fresh(const QString& name, const QString& runner, const QDateTime& now) {
+    const std::pair<const char*, QJsonValue> values[] = {
+        {"Name", name},
+        {"Runner", runner},
+        {"Windows", "win10"},
+        {"DXVK", ""},
+        {"VKD3D", ""},
+        {"Created", now.toString(Qt::ISODate)},
+        {"Parameters", QJsonObject{{"custom_dpi", 96},
+                                   {"renderer", "gl"},
+                                   {"cpu_rendering", false},
+                                   {"discrete_gpu", false},
+                                   {"mem_optimized", false},
+                                   {"ntsync", false}}},
+        {"DLL_Overrides", QJsonObject()},
+        {"External_Programs", QJsonObject()},
+        {"Installed_Dependencies", QJsonArray()},
+    };
+    YAML::Node root(YAML::NodeType::Map);
+    for (const auto& value : values)
+        root[value.first] = YamlText::fromJson(value.second);
+    return BottleYaml(root);
+}
+
+QByteArray BottleYaml::toText() const {
+    return YamlText::dump(m_root);
+}
+
+QJsonObject BottleYaml::record() const {
+    QJsonObject record = render(m_root, BottleKeys);
+    record.insert("Parameters", render(valueOf("Parameters"), ParameterKeys));
+    QJsonObject programs;
+    const YAML::Node entries = valueOf("External_Programs");
+    if (entries.IsMap()) {
+        for (const auto& entry : entries) {
+            const QString id = YamlText::scalarText(entry.first);
+            if (!id.isEmpty() && entry.second.IsMap())
+                programs.insert(id, renderProgram(entry.second, id));
+        }
+    }
+    record.insert("External_Programs", programs);
+    if (!record.contains("Installed_Dependencies"))
+        record.insert("Installed_Dependencies", QJsonArray());
+    return record;
+}
+
+QString BottleYaml::runner() const {
+    return YamlText::scalarText(valueOf("Runner"));
+}
+
+bool BottleYaml::hasProgram(const QString& id) const {
+    const YAML::Node entries = valueOf("External_Programs");
+    return entries.IsMap() && bool(entries[utf8(id)]);
+}
+
+QJsonObject BottleYaml::program(const QString& id) const {
+    return hasProgram(id) ? renderProgram(valueOf("External_Programs")[utf8(id)], id) : QJsonObject();
+}
+
+void BottleYaml::setProgram(const QString& id, const QJsonObject& record) {
+    if (!valueOf("External_Programs").IsMap()) {
+        if (m_root["External_Programs"] && !m_root["External_Programs"].IsNull())
+            qWarning() << "External_Programs was no mapping and is replaced";
+        m_root["External_Programs"] = YAML::Node(YAML::NodeType::Map);
+    }
+    YAML::Node entries = m_root["External_Programs"];
+    if (!hasProgram(id) || !valueOf("External_Programs")[utf8(id)].IsMap())
+        entries[utf8(id)] = YAML::Node(YAML::NodeType::Map);
+    YAML::Node entry = entries[utf8(id)];
+    for (auto it = record.begin(); it != record.end(); ++it)
+        entry[utf8(it.key())] = YamlText::fromJson(it.value());
+}
+
+bool BottleYaml::removeProgram(const QString& id) {
+    return hasProgram(id) && m_root["External_Programs"].remove(utf8(id));
+}
+
+// Never the non-const operator: it would add the key.
+YAML::Node BottleYaml::valueOf(const char* key) const {
+    const YAML::Node root = m_root;
+    const YAML::Node value = root[key];
+    return value ? value : YAML::Node(YAML::NodeType::Null);
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <yaml-cpp/yaml.h>
+
+#include <QDateTime>
+#include <QJsonObject>
+#include <optional>
+
+/// The content of one bottle.yml. Keys that the service does not know, and the order of all keys, survive a
+/// change; comments do not. Wrong types of hand-edited values read as the empty value of their key and stay
+/// in the file until that key is written. Movable only, since YAML nodes are shared by copies.
+class BottleYaml {
+public:
+    /// Empty with a sentence in error when the text is no YAML mapping.
+    static std::optional<BottleYaml> parse(const QByteArray& text, QString* error);
+
+    /// The file of a new bottle.
+    static BottleYaml fresh(const QString& name, const QString& runner, const QDateTime& now);
+
+    BottleYaml(BottleYaml&&) = default;
+    BottleYaml& operator=(BottleYaml&&) = default;
+    BottleYaml(const BottleYaml&) = delete;
+    BottleYaml& operator=(const BottleYaml&) = delete;
+
+    QByteArray toText() const;
+
+    /// The bottle as JSON: known keys always present in External_Programs, Parameters and the like with the
+    /// type that readers expect, unknown keys as they are. "Path" is not set here.
+    QJsonObject record() const;
+
+    QString runner() const;
+    bool hasProgram(const QString& id) const;
+    QJsonObject program(const QString& id) const;
+
+    /// Writes the given keys of a program; keys of the file that are not in the record stay.
+    void setProgram(const QString& id, const QJsonObject& record);
+    bool removeProgram(const QString& id);
+
+private:
+    explicit BottleYaml(const YAML::Node& root) : m_root(root) {}
+    YAML::Node valueOf(const char* key) const;
+
+    YAML::Node m_root;
+};

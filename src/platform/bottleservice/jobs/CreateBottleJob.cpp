@@ -1,0 +1,101 @@
+#include "bottleservice/jobs/CreateBottleJob.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/LaunchData.h"
+#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/wine/PrefixBuilder.h"
+
+CreateBottleJob::CreateBottleJob(const BottleStore& store, const QString& name, const QString& runner,
+                                 const Runners& runners, Reclaimer* reclaimer, Reply reply)
+    : Job(std::move(reply)),
+      m_store(store),
+      m_name(name),
+      m_runnerName(runner.isEmpty() ? QString(Runners::DefaultName) : runner),
+      m_runners(runners),
+      m_reclaimer(reclaimer) {}
+
+Answer CreateBottleJob::refusal(const QString& sentence) {
+    return Answer::of(
+        QJsonDocument(QJsonObject{{"ok", false}, {"error", sentence}}).toJson(QJsonDocument::Compact));
+}
+
+void CreateBottleJob::start() {
+    const BottleStore::State state = m_store.state(m_name);
+    if (state == BottleStore::State::Present) {
+        QString error;
+        const auto settings = m_store.load(m_name, &error);
+        qInfo() << "bottle" << BottleName::shown(m_name) << "exists already and is left as it is" << error;
+        succeed(false, settings ? settings->runner() : QString());
+        return;
+    }
+    if (state == BottleStore::State::Foreign) {
+        fail(m_store.check(m_name));
+        return;
+    }
+    const auto runner = m_runners.find(m_runnerName);
+    if (!runner) {
+        fail(m_runnerName == Runners::DefaultName
+                 ? QString("Wine is not installed on this machine. Install the packages wine and wine64.")
+                 : QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(m_runnerName)));
+        return;
+    }
+    m_runner = *runner;
+    const QString target = m_store.pathOf(m_name);
+    m_workingDirectory = WorkingDirectory::pathBeside(target, BottleName::CreatingPrefix);
+    if (!QDir().mkpath(m_workingDirectory + "/logs")) {
+        fail(QString("Cannot make a directory in %1.").arg(QFileInfo(target).path()));
+        return;
+    }
+    qInfo() << "making bottle" << BottleName::shown(m_name) << "on" << m_runner.name << "in"
+            << m_workingDirectory;
+    m_builder = new PrefixBuilder(m_runner, m_workingDirectory, this);
+    connect(m_builder, &PrefixBuilder::finished, this, &CreateBottleJob::onBuilt);
+    m_builder->start();
+}
+
+void CreateBottleJob::cancel() {
+    if (m_builder)
+        m_builder->cancel();
+}
+
+void CreateBottleJob::onBuilt(const QString& sentence) {
+    const QString fault = sentence.isEmpty() ? complete() : sentence;
+    if (fault.isEmpty())
+        succeed(true, m_runner.name);
+    else
+        fail(fault);
+}
+
+QString CreateBottleJob::complete() {
+    const QString target = m_store.pathOf(m_name);
+    const BottleYaml settings = BottleYaml::fresh(m_name, m_runner.name, QDateTime::currentDateTime());
+    QString error;
+    if (!BottleStore::saveTo(m_workingDirectory, settings, &error))
+        return error;
+    const QByteArray data = LaunchData::render(target, settings.record(), m_runner);
+    if (!LaunchData::write(m_workingDirectory, data, &error))
+        return error;
+    return WorkingDirectory::moveInto(m_workingDirectory, target);
+}
+
+void CreateBottleJob::succeed(bool created, const QString& runner) {
+    if (created)
+        qInfo() << "made bottle" << BottleName::shown(m_name);
+    const QJsonObject answer{
+        {"ok", true}, {"created", created}, {"path", m_store.pathOf(m_name)}, {"runner", runner}};
+    finish(Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
+}
+
+void CreateBottleJob::fail(const QString& sentence) {
+    qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << sentence;
+    if (!m_workingDirectory.isEmpty() && QFileInfo::exists(m_workingDirectory))
+        m_reclaimer->remove(m_workingDirectory);
+    finish(refusal(sentence));
+}

@@ -1,0 +1,48 @@
+#include "bottleservice/jobs/DeleteBottleJob.h"
+
+#include <QDebug>
+
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/wine/BottleStopper.h"
+
+DeleteBottleJob::DeleteBottleJob(const BottleStore& store, const QString& name, const Runners& runners,
+                                 Reclaimer* reclaimer, Reply reply)
+    : Job(std::move(reply)), m_store(store), m_name(name), m_runners(runners), m_reclaimer(reclaimer) {}
+
+void DeleteBottleJob::start() {
+    const QString fault = m_store.check(m_name);
+    if (!fault.isEmpty()) {
+        finish(Answer::failure(Answer::Fault::NoSuchBottle, fault));
+        return;
+    }
+    // A bottle whose settings are broken can be deleted all the same.
+    QString error;
+    const auto settings = m_store.load(m_name, &error);
+    auto runner = m_runners.find(settings ? settings->runner() : QString());
+    if (!runner)
+        runner = m_runners.find(Runners::DefaultName);
+    auto* stopper = new BottleStopper(m_store.pathOf(m_name), runner ? runner->wineserver : QString(), this);
+    connect(stopper, &BottleStopper::finished, this, &DeleteBottleJob::onStopped);
+    stopper->start();
+}
+
+void DeleteBottleJob::onStopped(bool clean) {
+    QString fault;
+    const QString path = m_store.pathOf(m_name);
+    const QString aside = WorkingDirectory::pathBeside(path, BottleName::DeletingPrefix);
+    if (!clean)
+        fault = QString("Programs of the bottle \"%1\" could not be ended; it was not deleted.")
+                    .arg(BottleName::shown(m_name));
+    else
+        fault = WorkingDirectory::moveInto(path, aside);
+    if (!fault.isEmpty()) {
+        qWarning() << fault;
+        finish(Answer::failure(Answer::Fault::Failed, fault));
+        return;
+    }
+    qInfo() << "deleted bottle" << BottleName::shown(m_name) << "; removing" << aside;
+    m_reclaimer->remove(aside);
+    finish(Answer::of());
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/jobs/Job.h"
+#include "bottleservice/wine/Runners.h"
+
+class Reclaimer;
+
+/// Ends what runs in a bottle, moves the bottle away under a hidden name, answers, and leaves the removal of
+/// the files to the background. Refuses what is no bottle.
+class DeleteBottleJob : public Job {
+    Q_OBJECT
+
+public:
+    DeleteBottleJob(const BottleStore& store, const QString& name, const Runners& runners,
+                    Reclaimer* reclaimer, Reply reply);
+
+    void start() override;
+
+private:
+    void onStopped(bool clean);
+
+    BottleStore m_store;
+    QString m_name;
+    Runners m_runners;
+    Reclaimer* m_reclaimer;
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <deque>
+#include <memory>
+
+#include "bottleservice/jobs/Job.h"
+
+/// One line of jobs per bottle: the jobs of a bottle run one after the other in the order in which they came,
+/// those of different bottles side by side.
+class JobQueue : public QObject {
+    Q_OBJECT
+
+public:
+    explicit JobQueue(QObject* parent = nullptr) : QObject(parent) {}
+    ~JobQueue() override;
+
+    void add(const QString& bottle, std::unique_ptr<Job> job);
+
+    bool isIdle() const { return m_lines.isEmpty(); }
+
+    /// Takes no more jobs, drops those that wait (they answer that they were cancelled) and cancels those
+    /// that run.
+    void close();
+
+Q_SIGNALS:
+    /// No job is left.
+    void idle();
+
+private:
+    using Line = std::deque<std::unique_ptr<Job>>;
+
+    void startFirst(const QString& bottle);
+    void removeFirst(const QString& bottle);
+
+    QHash<QString, std::shared_ptr<Line>> m_lines;
+    bool m_closed = false;
+};

@@ -1,0 +1,27 @@
+#include "bottleservice/jobs/Reclaimer.h"
+
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QtConcurrent/QtConcurrent>
+
+#include "bottleservice/bottles/TreeRemover.h"
+
+Reclaimer::Reclaimer(QObject* parent) : QObject(parent) {
+    m_worker.setMaxThreadCount(1);
+}
+
+Reclaimer::~Reclaimer() {
+    m_worker.waitForDone();
+}
+
+void Reclaimer::remove(const QString& path) {
+    QtConcurrent::run(&m_worker, [path] {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QString error;
+        if (TreeRemover::remove(path, &error))
+            qInfo() << "removed" << path << "in" << elapsed.elapsed() << "ms";
+        else
+            qWarning() << "cannot remove" << path << "now:" << error;
+    });
+}

@@ -1,0 +1,59 @@
+#include "bottleservice/jobs/StopJobs.h"
+
+#include <csignal>
+
+#include <QDebug>
+
+#include "bottleservice/wine/BottleStopper.h"
+
+namespace {
+
+constexpr int PollMs = 25;
+constexpr int KillAfterMs = 1000;
+constexpr int GiveUpAfterMs = 2000;
+
+}  // namespace
+
+StopBottleJob::StopBottleJob(const QString& bottlePath, const QString& wineserver, Reply reply)
+    : Job(std::move(reply)), m_bottlePath(bottlePath), m_wineserver(wineserver) {}
+
+void StopBottleJob::start() {
+    auto* stopper = new BottleStopper(m_bottlePath, m_wineserver, this);
+    connect(stopper, &BottleStopper::finished, this, [this](bool clean) {
+        finish(clean ? Answer::of()
+                     : Answer::failure(Answer::Fault::Failed,
+                                       "Some programs of the bottle could not be ended."));
+    });
+    stopper->start();
+}
+
+StopProgramJob::StopProgramJob(const QString& bottlePath, const QString& programId, Reply reply)
+    : Job(std::move(reply)), m_bottlePath(bottlePath), m_programId(programId) {
+    m_poll.setInterval(PollMs);
+    connect(&m_poll, &QTimer::timeout, this, &StopProgramJob::step);
+}
+
+void StopProgramJob::start() {
+    m_elapsed.start();
+    m_poll.start();
+    step();
+}
+
+// Looks the processes up anew each time: a pid may by now be another's, and a program may have started more
+// of them.
+void StopProgramJob::step() {
+    const std::vector<Processes::Entry> rest = m_processes.ofProgram(m_bottlePath, m_programId);
+    if (rest.empty()) {
+        m_poll.stop();
+        finish(Answer::of());
+    } else if (m_elapsed.elapsed() > GiveUpAfterMs) {
+        m_poll.stop();
+        qWarning() << rest.size() << "processes of program" << m_programId << "could not be ended";
+        finish(Answer::failure(Answer::Fault::Failed, "Some processes of the program could not be ended."));
+    } else if (m_elapsed.elapsed() > KillAfterMs) {
+        Processes::signal(rest, SIGKILL);
+    } else if (!m_asked) {
+        m_asked = true;
+        Processes::signal(rest, SIGTERM);
+    }
+}

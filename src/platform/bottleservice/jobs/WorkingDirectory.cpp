@@ -1,0 +1,47 @@
+#include "bottleservice/jobs/WorkingDirectory.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUuid>
+#include <cerrno>
+#include <cstring>
+
+#include "bottleservice/bottles/BottleName.h"
+
+namespace WorkingDirectory {
+
+QString pathBeside(const QString& bottlePath, const char* prefix) {
+    return QFileInfo(bottlePath).path() + '/' + prefix + QUuid::createUuid().toString(QUuid::Id128);
+}
+
+QString moveInto(const QString& from, const QString& to) {
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = QFile::encodeName(to);
+    int result = renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE);
+    // Some file systems cannot promise it; there an empty directory would be replaced, and nothing else.
+    if (result != 0 && errno == EINVAL)
+        result = rename(source.constData(), target.constData());
+    if (result == 0)
+        return {};
+    return QString("Cannot move %1 to %2: %3.").arg(from, to, QString::fromLocal8Bit(strerror(errno)));
+}
+
+QStringList leftovers(const QString& root) {
+    QStringList paths;
+    for (const QString& directory : {root, root + "/public"}) {
+        if (QFileInfo(directory).isSymLink() && directory != root)
+            continue;
+        const QStringList entries = QDir(directory).entryList(
+            {QString(BottleName::CreatingPrefix) + '*', QString(BottleName::DeletingPrefix) + '*'},
+            QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+        for (const QString& entry : entries)
+            paths += directory + '/' + entry;
+    }
+    return paths;
+}
+
+}  // namespace WorkingDirectory

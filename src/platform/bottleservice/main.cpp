@@ -1,0 +1,70 @@
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDebug>
+#include <QStandardPaths>
+#include <QTextCodec>
+#include <QTimer>
+
+#include "bottleservice/BottleEngine.h"
+#include "bottleservice/DataDirLock.h"
+#include "bottleservice/ServiceLog.h"
+#include "bottleservice/ShutdownSignals.h"
+#include "bottleservice/wire/BottlesObject.h"
+#include "bottleservice/wire/ManagerObject.h"
+
+namespace {
+
+const char ServiceName[] = "com.lumora.LumoraWineLauncher";
+constexpr int LockTimeoutMs = 15000;
+constexpr int CloseTimeoutMs = 10000;
+
+QString dataDirectory() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    application.setApplicationName("lumora-wine-launcher");
+    application.setApplicationVersion(CELLARIX_VERSION);
+    // Bottle names are UTF-8 on disk, whatever locale the bus started this process in.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+
+    const QString dataDir = dataDirectory();
+    DataDirLock lock(dataDir);
+    ServiceLog::start(dataDir);
+    if (!lock.acquire(LockTimeoutMs)) {
+        qCritical() << "the bottles in" << dataDir << "are in use by a service of another session";
+        return 1;
+    }
+
+    BottleEngine engine(dataDir);
+    engine.recover();
+    BottlesObject bottles(&engine);
+    ManagerObject manager(application.applicationVersion());
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bottles.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
+        qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
+        return 1;
+    }
+    qInfo() << "bottle service" << application.applicationVersion() << "serves" << dataDir;
+
+    // The name goes first, so that the next call starts a new service, which waits for this one's lock.
+    const auto close = [&] {
+        qInfo() << "bottle service is ending";
+        bus.unregisterService(ServiceName);
+        QTimer::singleShot(CloseTimeoutMs, &application, &QCoreApplication::quit);
+        engine.close();
+    };
+    ShutdownSignals shutdown;
+    QObject::connect(&manager, &ManagerObject::quitRequested, &application, close);
+    QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
+    QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
+                     Qt::QueuedConnection);
+    // The bus going away is the end of the session.
+    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &application,
+                SLOT(quit()));
+    return application.exec();
+}

@@ -1,0 +1,46 @@
+#include "bottleservice/wine/BottleStopper.h"
+
+#include <csignal>
+
+#include "bottleservice/wine/WineCommand.h"
+#include "bottleservice/wine/WineEnvironment.h"
+
+namespace {
+
+constexpr int ServerTimeoutMs = 1500;
+constexpr int KillTimeoutMs = 2500;
+constexpr int PollMs = 20;
+
+}  // namespace
+
+BottleStopper::BottleStopper(const QString& prefix, const QString& wineserver, QObject* parent)
+    : QObject(parent), m_prefix(prefix), m_wineserver(wineserver) {
+    m_poll.setInterval(PollMs);
+    connect(&m_poll, &QTimer::timeout, this, &BottleStopper::killRest);
+}
+
+void BottleStopper::start() {
+    const auto startKilling = [this] {
+        m_elapsed.start();
+        m_poll.start();
+    };
+    if (m_wineserver.isEmpty()) {
+        startKilling();
+        return;
+    }
+    // It answers with an error when nothing ran, which is as good.
+    m_command =
+        new WineCommand(m_wineserver, {"-k"}, WineEnvironment::forProcess({{"WINEPREFIX", m_prefix}}), this);
+    connect(m_command, &WineCommand::finished, this, startKilling);
+    m_command->start(ServerTimeoutMs);
+}
+
+void BottleStopper::killRest() {
+    const std::vector<Processes::Entry> rest = m_processes.ofBottle(m_prefix);
+    if (!rest.empty() && m_elapsed.elapsed() < KillTimeoutMs) {
+        Processes::signal(rest, SIGKILL);
+        return;
+    }
+    m_poll.stop();
+    Q_EMIT finished(rest.empty());
+}

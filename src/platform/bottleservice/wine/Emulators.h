@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <functional>
+
+/// The programs that run x86 code on a machine with another processor.
+namespace Emulators {
+
+/// Path of an executable of that name, empty if the machine has none.
+using Finder = std::function<QString(const QString& name)>;
+
+/// {"installed": {name: path}, "using": name}. An x86 machine needs none and has none. The bottle's own
+/// choice holds while it is installed; otherwise the first that is.
+QJsonObject describe(const QString& architecture, const QString& chosen, const Finder& find);
+
+}  // namespace Emulators

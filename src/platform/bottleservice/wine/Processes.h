@@ -1,0 +1,41 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <vector>
+
+/// Finds the Wine processes of a bottle, by what they carry in their environment. Only executables of Wine
+/// itself (and the emulators that run it) are looked at: a shell in which somebody exported WINEPREFIX, or a
+/// browser that a Windows program opened, is nobody's to kill. Reads /proc; takes milliseconds.
+class Processes {
+public:
+    struct Entry {
+        pid_t pid = 0;
+        QByteArray executable;   ///< base name of /proc/<pid>/exe
+        QByteArray commandLine;  ///< arguments, divided by null bytes
+        QByteArray prefix;       ///< WINEPREFIX
+        QByteArray program;      ///< _CXB_WINE_PROGRAM_UUID
+    };
+
+    explicit Processes(const QString& procDir = "/proc") : m_procDir(procDir) {}
+
+    std::vector<Entry> all() const;
+    std::vector<Entry> ofBottle(const QString& bottlePath) const;
+
+    /// Without the processes that serve the whole bottle, which carry the id of whichever program started
+    /// first.
+    std::vector<Entry> ofProgram(const QString& bottlePath, const QString& programId) const;
+
+    static QHash<QByteArray, QByteArray> parseEnvironment(const QByteArray& block);
+    static bool isWineExecutable(const QByteArray& baseName);
+    static bool servesWholeBottle(const Entry& entry);
+
+    /// Signals each; processes that are gone by now are no error.
+    static void signal(const std::vector<Entry>& entries, int signal);
+
+private:
+    QString m_procDir;
+};

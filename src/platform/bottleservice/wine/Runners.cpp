@@ -1,0 +1,69 @@
+#include "bottleservice/wine/Runners.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+const char Runners::DefaultName[] = "lumora-wine10-stable";
+
+namespace {
+
+QString firstExecutable(const QStringList& paths) {
+    for (const QString& path : paths) {
+        const QFileInfo info(path);
+        if (info.isFile() && info.isExecutable())
+            return info.absoluteFilePath();
+    }
+    return {};
+}
+
+std::optional<Runner> runnerOf(const QString& name, const QString& wine) {
+    if (wine.isEmpty())
+        return std::nullopt;
+    QString server = firstExecutable({QFileInfo(wine).absolutePath() + "/wineserver"});
+    if (server.isEmpty())
+        server = QStandardPaths::findExecutable("wineserver");
+    return Runner{name, wine, server};
+}
+
+std::optional<Runner> machineWine() {
+    for (const char* command : {"wine", "wine64"}) {
+        const QString path = QStandardPaths::findExecutable(command);
+        if (!path.isEmpty())
+            return runnerOf(Runners::DefaultName, QFileInfo(path).absoluteFilePath());
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+QStringList Runners::names() const {
+    QStringList names;
+    const QStringList entries = QDir(m_directory).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString& entry : entries) {
+        if (find(entry))
+            names += entry;
+    }
+    if (!names.contains(DefaultName) && machineWine())
+        names.prepend(DefaultName);
+    return names;
+}
+
+std::optional<Runner> Runners::find(const QString& name) const {
+    const bool isEntry =
+        !name.isEmpty() && !name.startsWith('.') && !name.contains('/') && !name.contains(QChar(0));
+    if (isEntry) {
+        const QString bin = m_directory + '/' + name + "/bin";
+        if (const auto own = runnerOf(name, firstExecutable({bin + "/wine", bin + "/wine64"})))
+            return own;
+    }
+    return name == DefaultName ? machineWine() : std::nullopt;
+}
+
+QString Runners::parseVersion(const QByteArray& output) {
+    static const QRegularExpression expression("\\Awine-(\\S+)");
+    const QString line = QString::fromLocal8Bit(output).trimmed();
+    const QRegularExpressionMatch match = expression.match(line);
+    return match.hasMatch() ? match.captured(1) : line.section('\n', 0, 0).left(64);
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+/// One Wine that bottles can run on. Both paths are absolute.
+struct Runner {
+    QString name;
+    QString wine;
+    QString wineserver;
+};
+
+/// The Wines of this machine: the one in PATH under the default runner's name, and every directory below
+/// "runners" of the data directory that has bin/wine. Asks the disk at each call, so that a runner that was
+/// just unpacked is there.
+class Runners {
+public:
+    static const char DefaultName[];
+
+    explicit Runners(const QString& dataDir) : m_directory(dataDir + "/runners") {}
+
+    QStringList names() const;
+    std::optional<Runner> find(const QString& name) const;
+
+    /// The version in what "wine --version" prints: "wine-8.0 (Debian 8.0~repack-4)" gives "8.0".
+    static QString parseVersion(const QByteArray& output);
+
+private:
+    QString m_directory;
+};

@@ -1,0 +1,77 @@
+#include "bottleservice/wine/WineCommand.h"
+
+#include <unistd.h>
+#include <csignal>
+
+#include <QFileInfo>
+
+void WineCommand::GroupProcess::setupChildProcess() {
+    setpgid(0, 0);
+}
+
+WineCommand::WineCommand(const QString& program, const QStringList& arguments,
+                         const QProcessEnvironment& environment, QObject* parent)
+    : QObject(parent) {
+    m_process.setProgram(program);
+    m_process.setArguments(arguments);
+    m_process.setProcessEnvironment(environment);
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_timeout.setSingleShot(true);
+    connect(&m_timeout, &QTimer::timeout, this, [this] {
+        m_timedOut = true;
+        kill();
+    });
+    connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &WineCommand::onFinished);
+    connect(&m_process, &QProcess::errorOccurred, this, &WineCommand::onError);
+}
+
+WineCommand::~WineCommand() {
+    m_process.disconnect(this);
+    kill();
+    m_process.waitForFinished(1000);
+}
+
+void WineCommand::setOutputFile(const QString& path) {
+    m_process.setStandardOutputFile(path, QIODevice::Append);
+}
+
+void WineCommand::start(int timeoutMs) {
+    m_timeout.start(timeoutMs);
+    m_process.start(QIODevice::ReadOnly);
+}
+
+void WineCommand::kill() {
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    const pid_t group = pid_t(m_process.processId());
+    if (group > 1)
+        ::kill(-group, SIGKILL);
+    m_process.kill();
+}
+
+void WineCommand::onFinished(int exitCode, QProcess::ExitStatus status) {
+    const QString command = QFileInfo(m_process.program()).fileName();
+    if (m_timedOut)
+        finish(command + " took too long and was ended.");
+    else if (status == QProcess::CrashExit)
+        finish(command + " was killed or crashed.");
+    else if (exitCode != 0)
+        finish(QString("%1 ended with code %2.").arg(command).arg(exitCode));
+    else
+        finish({});
+}
+
+void WineCommand::onError(QProcess::ProcessError error) {
+    if (error == QProcess::FailedToStart)
+        finish(QString("%1 could not be started: %2.").arg(m_process.program(), m_process.errorString()));
+}
+
+void WineCommand::finish(const QString& sentence) {
+    if (m_finished)
+        return;
+    m_finished = true;
+    m_timeout.stop();
+    Q_EMIT finished(sentence);
+}

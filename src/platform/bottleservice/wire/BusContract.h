@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+
+/// One D-Bus interface as its XML file describes it. The file is what the service announces and what it
+/// checks every call against, so that contract and service cannot drift apart.
+class BusContract {
+public:
+    struct Method {
+        QString inSignature;
+        QString outSignature;
+    };
+
+    /// Reads a file of the resources; a file that is no valid interface ends the process, since it is part of
+    /// it.
+    static BusContract load(const QString& resource);
+
+    QString interface() const { return m_interface; }
+
+    /// The interface element, as introspection answers it.
+    QString introspection() const { return m_introspection; }
+
+    bool hasMethod(const QString& name) const { return m_methods.contains(name); }
+    Method method(const QString& name) const { return m_methods.value(name); }
+
+    bool hasSignal(const QString& name) const { return m_signals.contains(name); }
+    QString signalSignature(const QString& name) const { return m_signals.value(name); }
+
+private:
+    QString m_interface;
+    QString m_introspection;
+    QHash<QString, Method> m_methods;
+    QHash<QString, QString> m_signals;
+};

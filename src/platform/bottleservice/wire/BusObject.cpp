@@ -1,0 +1,102 @@
+#include "bottleservice/wire/BusObject.h"
+
+#include <QDebug>
+
+namespace {
+
+constexpr int MaximumArgumentCharacters = 4 * 1024 * 1024;
+
+QString errorName(Answer::Fault fault) {
+    switch (fault) {
+        case Answer::Fault::InvalidArgs:
+            return "com.lumora.Error.InvalidArgs";
+        case Answer::Fault::NoSuchBottle:
+            return "com.lumora.Error.NoSuchBottle";
+        case Answer::Fault::NoSuchProgram:
+            return "com.lumora.Error.NoSuchProgram";
+        case Answer::Fault::NotSupported:
+            return "com.lumora.Error.NotSupported";
+        default:
+            return "com.lumora.Error.Failed";
+    }
+}
+
+}  // namespace
+
+BusObject::BusObject(const QString& path, const QString& contractResource, QObject* parent)
+    : QDBusVirtualObject(parent),
+      m_path(path),
+      m_contract(BusContract::load(contractResource)),
+      m_connection(QString()) {}
+
+bool BusObject::registerOn(const QDBusConnection& connection) {
+    m_connection = connection;
+    return m_connection.registerVirtualObject(m_path, this, QDBusConnection::SingleNode);
+}
+
+QString BusObject::introspect(const QString& path) const {
+    return path == m_path ? m_contract.introspection() : QString();
+}
+
+void BusObject::handle(const QString& method, Handler handler) {
+    Q_ASSERT(m_contract.hasMethod(method));
+    m_handlers.insert(method, std::move(handler));
+}
+
+bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
+    // Introspection, peer and property calls are answered by the bus library.
+    if (!message.interface().isEmpty() && message.interface() != m_contract.interface())
+        return false;
+    if (!m_contract.hasMethod(message.member()))
+        return false;
+    const Answer verdict = check(message);
+    if (!verdict.isGood()) {
+        answer(connection, message, verdict);
+        return true;
+    }
+    qDebug() << "call" << message.member() << "from" << message.service();
+    m_handlers.value(message.member())(
+        message.arguments(),
+        [this, connection, message](const Answer& result) { answer(connection, message, result); });
+    return true;
+}
+
+Answer BusObject::check(const QDBusMessage& message) const {
+    const QString expected = m_contract.method(message.member()).inSignature;
+    if (message.signature() != expected)
+        return Answer::failure(Answer::Fault::InvalidArgs,
+                               QString("%1 takes arguments of type \"%2\", not \"%3\".")
+                                   .arg(message.member(), expected, message.signature()));
+    for (const QVariant& argument : message.arguments()) {
+        if (argument.toString().size() > MaximumArgumentCharacters)
+            return Answer::failure(Answer::Fault::InvalidArgs,
+                                   QString("An argument of %1 is too long.").arg(message.member()));
+    }
+    if (!m_handlers.contains(message.member()))
+        return Answer::failure(
+            Answer::Fault::NotSupported,
+            QString("This version of the bottle service cannot do \"%1\" yet.").arg(message.member()));
+    return Answer::of();
+}
+
+void BusObject::answer(const QDBusConnection& connection, const QDBusMessage& message,
+                       const Answer& result) const {
+    if (!result.isGood())
+        qWarning().noquote() << message.member() << "failed:" << result.sentence;
+    if (!message.isReplyRequired())
+        return;
+    if (!result.isGood())
+        connection.send(message.createErrorReply(errorName(result.fault), result.sentence));
+    else if (m_contract.method(message.member()).outSignature.isEmpty())
+        connection.send(message.createReply());
+    else
+        connection.send(message.createReply(result.text));
+}
+
+void BusObject::emitSignal(const QString& name, const QVariantList& arguments) {
+    Q_ASSERT(m_contract.hasSignal(name) && m_contract.signalSignature(name).size() == arguments.size());
+    QDBusMessage signal = QDBusMessage::createSignal(m_path, m_contract.interface(), name);
+    signal.setArguments(arguments);
+    if (!m_connection.send(signal))
+        qWarning() << "cannot send signal" << name;
+}
