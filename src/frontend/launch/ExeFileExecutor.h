@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QJsonObject>
 #include <QObject>
+#include <QProcess>
 #include <QTimer>
 
 class WineLauncher;
@@ -61,7 +62,7 @@ private:
     QString m_exePath;
     QString m_programUuid;
     QString m_bottlesName;
-    QFutureWatcher<void> m_watcher;
+    QFutureWatcher<QString> m_watcher;  ///< on the choice of the bottle
     QString m_runner;
     QString m_appName;
     WineLauncher* m_launcher;

@@ -67,7 +67,7 @@ QString privateBottleName(const QString& fileName, const QString& md5) {
         name = name.left(cut) + "-";
     }
     static const QRegularExpression unwanted("[\\$\\[\\]\\(\\) \\n\\t\\*\\?]");
-    return (name + md5).remove(unwanted);
+    return QString(name + md5).remove(unwanted);
 }
 
 QString privateBottleNameOf(const QString& path) {

@@ -9,13 +9,13 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
+#include "fenk/Label.h"
 #include "fenk/SuggestButton.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
 
 namespace {
 
-constexpr int IconSize = 96;
 constexpr int TextWidth = 440;
 
 /// The one local Windows program in a drag, or nothing.
@@ -36,14 +36,13 @@ WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
     setAcceptDrops(true);
 
     auto* icon = new QLabel;
-    icon->setPixmap(Fenk::Theme::icon("cellarix").pixmap(IconSize, IconSize));
+    icon->setPixmap(Fenk::Theme::icon("cellarix").pixmap(Fenk::Tokens::IconBanner, Fenk::Tokens::IconBanner));
     icon->setAlignment(Qt::AlignCenter);
-    auto* title = new QLabel(tr("Run a Windows program"));
-    Fenk::setTextRole(title, Fenk::TextRole::PageTitle);
+    auto* title = new Fenk::Label(tr("Run a Windows program"), Fenk::Label::Title);
     title->setAlignment(Qt::AlignCenter);
-    auto* text = new QLabel(
-        tr("Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it."));
-    Fenk::setTextRole(text, Fenk::TextRole::Secondary);
+    auto* text = new Fenk::Label(
+        tr("Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it."),
+        Fenk::Label::Secondary);
     text->setAlignment(Qt::AlignCenter);
     text->setWordWrap(true);
     text->setFixedWidth(TextWidth);
@@ -104,7 +103,7 @@ void WelcomePage::paintEvent(QPaintEvent* event) {
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Fenk::Theme::instance()->color(Fenk::Theme::Role::Accent), 2, Qt::DashLine));
+    painter.setPen(QPen(Fenk::Theme::instance()->color(Fenk::Theme::Accent), 2, Qt::DashLine));
     const qreal margin = Fenk::Tokens::Space16;
     painter.drawRoundedRect(QRectF(rect()).adjusted(margin, margin, -margin, -margin), Fenk::Tokens::RadiusCard,
                             Fenk::Tokens::RadiusCard);

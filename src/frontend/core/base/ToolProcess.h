@@ -13,6 +13,7 @@ public:
     ToolProcess() = delete;
 
     static constexpr int DefaultTimeoutMs = 30000;
+    static constexpr int NoTimeLimit = -1;
     static constexpr int MaxOutputBytes = 16 * 1024 * 1024;  ///< of each stream; the rest is read and dropped
 
     enum class State { FailedToStart, Crashed, TimedOut, Exited };
