@@ -6,8 +6,8 @@
 
 #include <QDebug>
 #include <QHash>
-#include <QMutex>
 #include <memory>
+#include <mutex>
 
 namespace Fenk {
 namespace {
@@ -28,7 +28,7 @@ public:
 
     /// Empty for a character without a reading.
     QString reading(char32_t character) {
-        QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         const auto found = m_cache.constFind(character);
         if (found != m_cache.constEnd())
             return *found;
@@ -53,7 +53,7 @@ private:
     }
 
     std::unique_ptr<icu::Transliterator> m_transliterator;
-    QMutex m_mutex;
+    std::mutex m_mutex;
     QHash<char32_t, QString> m_cache;
 };
 

@@ -52,7 +52,10 @@ DesktopEntry::DesktopEntry(const QString& path) {
         m_status = AccessError;
         return;
     }
-    parse(QString::fromUtf8(file.read(MaxBytes)));
+    const QByteArray bytes = file.read(MaxBytes);
+    parse(QString::fromUtf8(bytes));
+    if (bytes.contains('\0'))
+        m_status = FormatError;  // what stands behind it has not been read
 }
 
 void DesktopEntry::parse(const QString& text) {

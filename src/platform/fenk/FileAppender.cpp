@@ -22,7 +22,7 @@ FileAppender::~FileAppender() {
 void FileAppender::append(const QDateTime& time, QtMsgType type, const char* file, int line,
                           const char* function, const QString& category, const QString& message) {
     const QByteArray text = formatted(time, type, file, line, function, category, message);
-    QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     prepare(time);
     if (openFile(time) && writeLine(text))
         m_noticed = false;

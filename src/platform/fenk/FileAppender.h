@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QMutex>
+#include <mutex>
 
 #include "fenk/AbstractAppender.h"
 
@@ -36,7 +36,7 @@ private:
     bool writeLine(const QByteArray& line);
 
     const QString m_fileName;
-    QMutex m_mutex;
+    std::mutex m_mutex;
     int m_fd = -1;
     QDateTime m_retryAt;
     bool m_torn = false;     ///< the file's last line lacks its end

@@ -1,9 +1,9 @@
 #include "fenk/LogManager.h"
 
 #include <QCoreApplication>
-#include <QMutex>
 #include <QStandardPaths>
 #include <memory>
+#include <mutex>
 
 #include "fenk/ConsoleAppender.h"
 #include "fenk/Logger.h"
@@ -12,7 +12,7 @@ namespace Fenk {
 namespace {
 
 struct Choices {
-    QMutex mutex;
+    std::mutex mutex;
     QString format =
         QStringLiteral("%{time}{yyyy-MM-dd, HH:mm:ss.zzz} [%{type:-7}] %{category}: %{message}\n");
     QString filePath;
@@ -26,12 +26,12 @@ Choices& choices() {
 }  // namespace
 
 void LogManager::setLogFormat(const QString& format) {
-    QMutexLocker lock(&choices().mutex);
+    const std::lock_guard<std::mutex> lock(choices().mutex);
     choices().format = format;
 }
 
 QString LogManager::logFormat() {
-    QMutexLocker lock(&choices().mutex);
+    const std::lock_guard<std::mutex> lock(choices().mutex);
     return choices().format;
 }
 
@@ -40,7 +40,7 @@ void LogManager::registerConsoleAppender() {
 }
 
 QString LogManager::getlogFilePath() {
-    QMutexLocker lock(&choices().mutex);
+    const std::lock_guard<std::mutex> lock(choices().mutex);
     if (!choices().filePath.isEmpty())
         return choices().filePath;
     return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + '/' +
@@ -48,7 +48,7 @@ QString LogManager::getlogFilePath() {
 }
 
 void LogManager::setlogFilePath(const QString& path) {
-    QMutexLocker lock(&choices().mutex);
+    const std::lock_guard<std::mutex> lock(choices().mutex);
     choices().filePath = path;
 }
 

@@ -25,14 +25,14 @@ void Logger::registerAppender(AbstractAppender* appender) {
 void Logger::registerAppender(std::unique_ptr<AbstractAppender> appender) {
     if (!appender)
         return;
-    QWriteLocker lock(&m_lock);
+    const std::lock_guard<std::shared_mutex> lock(m_lock);
     if (m_appenders.empty())
         m_previous = qInstallMessageHandler(&Logger::handleMessage);
     m_appenders.push_back(std::move(appender));
 }
 
 void Logger::removeAppender(AbstractAppender* appender) {
-    QWriteLocker lock(&m_lock);
+    const std::lock_guard<std::shared_mutex> lock(m_lock);
     const auto is = [appender](const std::unique_ptr<AbstractAppender>& item) {
         return item.get() == appender;
     };
@@ -55,7 +55,7 @@ void Logger::handleMessage(QtMsgType type, const QMessageLogContext& context, co
 void Logger::append(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     const QDateTime now = QDateTime::currentDateTime();
     const QString category = QString::fromUtf8(context.category);
-    QReadLocker lock(&m_lock);
+    const std::shared_lock<std::shared_mutex> lock(m_lock);
     for (const auto& appender : m_appenders)
         appender->append(now, type, context.file, context.line, context.function, category, message);
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QReadWriteLock>
 #include <QString>
 #include <QtGlobal>
 #include <memory>
+#include <shared_mutex>
 #include <vector>
 
 namespace Fenk {
@@ -28,7 +28,7 @@ private:
     static void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message);
     void append(QtMsgType type, const QMessageLogContext& context, const QString& message);
 
-    QReadWriteLock m_lock;
+    std::shared_mutex m_lock;
     QtMessageHandler m_previous = nullptr;
     std::vector<std::unique_ptr<AbstractAppender>> m_appenders;
 };

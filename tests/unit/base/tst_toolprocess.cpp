@@ -2,6 +2,8 @@
 
 #include <QElapsedTimer>
 #include <QtTest>
+#include <thread>
+#include <vector>
 
 #include "core/base/ToolProcess.h"
 
@@ -119,16 +121,15 @@ void TestToolProcess::childLeftBehindIsNotWaitedFor() {
 
 void TestToolProcess::fromManyThreads() {
     std::atomic_int good{0};
-    std::vector<std::unique_ptr<QThread>> threads;
+    std::vector<std::thread> threads;
     for (int i = 0; i < 8; ++i) {
-        threads.emplace_back(QThread::create([&good, i] {
+        threads.emplace_back([&good, i] {
             good += ToolProcess::run(CHILD, {"say", QString::number(i)}).standardOutput ==
                     QByteArray("[say][" + QByteArray::number(i) + "]");
-        }));
-        threads.back()->start();
+        });
     }
-    for (const auto& thread : threads)
-        thread->wait();
+    for (std::thread& thread : threads)
+        thread.join();
     QCOMPARE(int(good), 8);
 }
 

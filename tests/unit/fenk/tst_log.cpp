@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include "fenk/Log.h"
@@ -257,16 +258,15 @@ void TestLog::threadsDoNotMixLines() {
     auto* appender = new RollingFileAppender(path);
     appender->setFormat("%{category} %{message}\n");
     Logger::globalInstance()->registerAppender(appender);
-    std::vector<std::unique_ptr<QThread>> threads;
+    std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
-        threads.emplace_back(QThread::create([i] {
+        threads.emplace_back([i] {
             for (int n = 0; n < 500; ++n)
                 qInfo("%s", QByteArray(300, char('a' + i)).constData());
-        }));
-        threads.back()->start();
+        });
     }
-    for (const auto& thread : threads)
-        thread->wait();
+    for (std::thread& thread : threads)
+        thread.join();
     Logger::globalInstance()->removeAppender(appender);
     QList<QByteArray> lines = readAll(path).split('\n');
     QVERIFY(lines.takeLast().isEmpty());

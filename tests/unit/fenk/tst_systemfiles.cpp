@@ -1,5 +1,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
+#include <thread>
+#include <vector>
 
 #include "fenk/Chinese2Pinyin.h"
 #include "fenk/DesktopEntry.h"
@@ -64,6 +66,7 @@ void TestSystemFiles::desktopEntry_data() {
     row("other group only", "[Other]\nName=A\n", DesktopEntry::FormatError, "none");
     row("empty file", "", DesktopEntry::FormatError, "none");
     row("binary", QByteArray("\0\xff[\x01", 4), DesktopEntry::FormatError, "none");
+    row("NUL at the end", QByteArray("[Desktop Entry]\nName=A\n\0", 24), DesktopEntry::FormatError, "A");
     row("too long", "[Desktop Entry]\nName=A\n" + QByteArray(1 << 20, '#'), DesktopEntry::AccessError,
         "none");
 }
@@ -155,29 +158,27 @@ void TestSystemFiles::pinyin() {
 }
 
 void TestSystemFiles::pinyinFromManyThreads() {
-    std::vector<std::unique_ptr<QThread>> threads;
+    std::vector<std::thread> threads;
     std::atomic_int wrong{0};
     for (int i = 0; i < 4; ++i) {
-        threads.emplace_back(QThread::create([&wrong, i] {
+        threads.emplace_back([&wrong, i] {
             for (uint c = 0x4e00; c < 0x4f00; ++c)
                 wrong += Chinese2Pinyin(QString::fromUcs4(&c, 1)).isEmpty() || i < 0;
-        }));
-        threads.back()->start();
+        });
     }
-    for (const auto& thread : threads)
-        thread->wait();
+    for (std::thread& thread : threads)
+        thread.join();
     QCOMPARE(int(wrong), 0);
 }
 
 void TestSystemFiles::singletonIsMadeOnce() {
     QCOMPARE(int(Counter::made), 0);
-    std::vector<std::unique_ptr<QThread>> threads;
+    std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
-        threads.emplace_back(QThread::create([] { Counter::instance(); }));
-        threads.back()->start();
+        threads.emplace_back([] { Counter::instance(); });
     }
-    for (const auto& thread : threads)
-        thread->wait();
+    for (std::thread& thread : threads)
+        thread.join();
     QCOMPARE(int(Counter::made), 1);
 }
 
