@@ -18,7 +18,7 @@ class BadInputTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<TestHome> m_home;
-    std::unique_ptr<PrivateBus> m_bus;
+    PrivateBus m_bus;
     std::unique_ptr<FakeBottleService> m_service;
 
     QString settingsFile() const { return m_home->config() + "/lumora/cellarix/settings.conf"; }
@@ -26,7 +26,6 @@ class BadInputTest : public QObject {
 private Q_SLOTS:
     void init() {
         m_home = std::make_unique<TestHome>();
-        m_bus = std::make_unique<PrivateBus>();
         m_service = std::make_unique<FakeBottleService>();
         QVERIFY(m_service->start());
         m_service->setText("Manager.GetVersion", "3.3.4.008");
@@ -34,7 +33,6 @@ private Q_SLOTS:
     }
     void cleanup() {
         m_service.reset();
-        m_bus.reset();
         m_home.reset();
     }
 

@@ -1,13 +1,21 @@
 #include "core/BackendVersion.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusInterface>
 #include <QDBusReply>
 #include <QDebug>
 
 #include "core/base/BuildInfo.h"
 
+namespace {
+const char ServiceName[] = "com.lumora.LumoraWineLauncher";
+}
+
 void checkBackendVersion() {
-    QDBusInterface manager("com.lumora.LumoraWineLauncher", "/com/lumora/Manager", "com.lumora.Manager",
+    // An interface object counts only services that run already.
+    if (QDBusConnectionInterface* bus = QDBusConnection::sessionBus().interface())
+        bus->startService(ServiceName);
+    QDBusInterface manager(ServiceName, "/com/lumora/Manager", "com.lumora.Manager",
                            QDBusConnection::sessionBus());
     if (!manager.isValid()) {
         qWarning() << "Could not connect to the D-Bus service.";

@@ -12,6 +12,7 @@
 #include "core/base/BuildInfo.h"
 #include "core/base/Paths.h"
 #include "fenk/Dialog.h"
+#include "fenk/Theme.h"
 #include "launch/ExeFileRunner.h"
 #include "launch/PrivateBottleName.h"
 #include "shell/Mainwindow.h"
@@ -24,6 +25,7 @@ const char Ruler[] = "---------------------------------";
 CellarixApplication::CellarixApplication(int& argc, char** argv)
     : Fenk::Application(argc, argv), m_translator(new QTranslator(this)), m_windowMonitor(new WindowMonitor(this)) {
     installEventFilter(m_windowMonitor);
+    Fenk::Theme::addIconSearchPath(Paths::iconsDir());
     loadTranslators(QString::fromLocal8Bit(qgetenv("LANG")));
     connect(this, &Fenk::Application::newProcessInstance, this, &CellarixApplication::handleNewInstance);
     connect(this, &QGuiApplication::lastWindowClosed, this, &CellarixApplication::onLastWindowClosed);

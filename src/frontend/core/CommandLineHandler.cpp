@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QThreadPool>
 #include <QUrl>
 
 #include "core/CellarixApplication.h"
@@ -67,7 +68,7 @@ int CommandLineHandler::handleCommandLine(const QStringList& args) {
     if (!checkClientUpgrade())
         return 1;
     if (args.isEmpty())
-        m_parser.process(*QCoreApplication::instance());
+        parseOwnArguments();
     else if (!m_parser.parse(args))
         qWarning().noquote() << m_parser.errorText();
     if (!m_application->checkServiceAgreement())
@@ -88,6 +89,15 @@ int CommandLineHandler::handleCommandLine(const QStringList& args) {
     if (m_parser.isSet(OpenOption))
         return handleOpenCommand(positional);
     return m_parser.isSet(DebugOption) ? handleDebugUrl(positional.first()) : handleUrl(positional.first());
+}
+
+/// Prints help, version or an error and leaves, where that is asked for.
+void CommandLineHandler::parseOwnArguments() {
+    const bool parsed = m_parser.parse(QCoreApplication::arguments());
+    // Leaving takes the bus connection away, which never ends under a call that still waits on it.
+    if (!parsed || m_parser.isSet("help") || m_parser.isSet("version"))
+        QThreadPool::globalInstance()->waitForDone();
+    m_parser.process(*QCoreApplication::instance());
 }
 
 bool CommandLineHandler::checkClientUpgrade() {

@@ -37,6 +37,7 @@ public:
     QVector<ScannedExecutable> scanExecutables(const QString& directory, const QString& output);
 
 private:
+    void parseOwnArguments();
     bool checkClientUpgrade();
     int handleUpdateCommand();
     int handleFixupCommand(const QStringList& positional);
