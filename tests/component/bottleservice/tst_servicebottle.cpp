@@ -18,6 +18,11 @@ QJsonObject resultOf(const QDBusMessage& reply) {
     return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8()).object();
 }
 
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 QStringList workingDirectories(const QString& root) {
     return QDir(root).entryList({".creating-*", ".deleting-*"}, QDir::Dirs | QDir::Hidden);
 }
@@ -98,10 +103,8 @@ void tst_ServiceBottle::runCommand() {
     const QDBusMessage reply = m_service->call(
         "run_command", {Name, "cmd.exe /c echo \"two words\" ; touch " + mark + " $(touch " + mark + ')'});
     QCOMPARE(reply.errorMessage(), QString());
-    QFile log(m_service->bottlePath(Name) + "/logs/command-cmd.exe.txt");
-    QTRY_VERIFY_WITH_TIMEOUT(log.exists() && log.size() > 0 && log.open(QIODevice::ReadOnly) &&
-                                 log.readAll().contains("two words") | (log.close(), false),
-                             30000);
+    const QString log = m_service->bottlePath(Name) + "/logs/command-cmd.exe.txt";
+    QTRY_VERIFY_WITH_TIMEOUT(contentOf(log).contains("two words"), 30000);
     QVERIFY(!QFileInfo::exists(mark));
 }
 
@@ -112,7 +115,12 @@ void tst_ServiceBottle::startProgram(QProcess& process, const QString& id) {
     environment.insert("_CXB_WINE_PROGRAM_UUID", id);
     process.setProcessEnvironment(environment);
     process.start("wine", {"cmd.exe", "/c", "echo ready & set /p x="});
-    QTRY_VERIFY_WITH_TIMEOUT(process.readAllStandardOutput().contains("ready"), 30000);
+    QByteArray output;
+    const auto isReady = [&] {
+        output += process.readAllStandardOutput();
+        return output.contains("ready");
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isReady(), 30000);
 }
 
 void tst_ServiceBottle::killProgramSparesTheOthers() {
