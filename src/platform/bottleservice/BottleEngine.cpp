@@ -59,10 +59,9 @@ BottleEngine::BottleEngine(const QString& dataDir, QObject* parent)
 BottleEngine::~BottleEngine() = default;
 
 void BottleEngine::recover() {
-    const auto runner = m_runners.find(Runners::DefaultName);
     for (const QString& path : WorkingDirectory::leftovers(m_store.root())) {
         qWarning() << "an earlier run of the service was interrupted; removing what it left:" << path;
-        auto* stopper = new BottleStopper(path, runner ? runner->wineserver : QString(), this);
+        auto* stopper = new BottleStopper(path, m_runners.wineserverFor({}), this);
         connect(stopper, &BottleStopper::finished, this, [this, stopper, path] {
             m_reclaimer.remove(path);
             stopper->deleteLater();
@@ -226,16 +225,13 @@ void BottleEngine::killProgram(const QString& bottle, const QString& programId, 
         reply(Answer::failure(Fault::InvalidArgs, "The program's id is empty or too long."));
         return;
     }
-    enqueue(bottle, std::make_unique<StopProgramJob>(m_store.pathOf(bottle), programId, reply));
+    enqueue(bottle, std::make_unique<StopProgramJob>(m_store, bottle, programId, reply));
 }
 
 void BottleEngine::killWineServer(const QString& bottle, const Reply& reply) {
     if (refuse(bottle, reply))
         return;
-    QString error;
-    const auto settings = m_store.load(bottle, &error);
-    const QString server = settings ? runnerOf(*settings).wineserver : QString();
-    enqueue(bottle, std::make_unique<StopBottleJob>(m_store.pathOf(bottle), server, reply));
+    enqueue(bottle, std::make_unique<StopBottleJob>(m_store, bottle, m_runners, reply));
 }
 
 void BottleEngine::runCommand(const QString& bottle, const QString& commandLine, const Reply& reply) {

@@ -87,6 +87,12 @@ std::optional<BottleYaml> BottleStore::load(const QString& name, QString* error)
     return settings;
 }
 
+QString BottleStore::runnerOf(const QString& name) const {
+    QString error;
+    const auto settings = load(name, &error);
+    return settings ? settings->runner() : QString();
+}
+
 bool BottleStore::save(const QString& name, const BottleYaml& settings, QString* error) const {
     return saveTo(pathOf(name), settings, error);
 }

@@ -32,6 +32,9 @@ public:
     /// The settings of a bottle that exists; empty with a sentence in error when they cannot be read.
     std::optional<BottleYaml> load(const QString& name, QString* error) const;
 
+    /// The name of the bottle's runner; empty when the settings cannot be read.
+    QString runnerOf(const QString& name) const;
+
     /// Replaces bottle.yml at once or not at all. True or a sentence in error.
     bool save(const QString& name, const BottleYaml& settings, QString* error) const;
 

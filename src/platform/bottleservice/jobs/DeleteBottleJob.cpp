@@ -17,13 +17,8 @@ void DeleteBottleJob::start() {
         finish(Answer::failure(Answer::Fault::NoSuchBottle, fault));
         return;
     }
-    // A bottle whose settings are broken can be deleted all the same.
-    QString error;
-    const auto settings = m_store.load(m_name, &error);
-    auto runner = m_runners.find(settings ? settings->runner() : QString());
-    if (!runner)
-        runner = m_runners.find(Runners::DefaultName);
-    auto* stopper = new BottleStopper(m_store.pathOf(m_name), runner ? runner->wineserver : QString(), this);
+    auto* stopper =
+        new BottleStopper(m_store.pathOf(m_name), m_runners.wineserverFor(m_store.runnerOf(m_name)), this);
     connect(stopper, &BottleStopper::finished, this, &DeleteBottleJob::onStopped);
     stopper->start();
 }

@@ -14,11 +14,18 @@ constexpr int GiveUpAfterMs = 2000;
 
 }  // namespace
 
-StopBottleJob::StopBottleJob(const QString& bottlePath, const QString& wineserver, Reply reply)
-    : Job(std::move(reply)), m_bottlePath(bottlePath), m_wineserver(wineserver) {}
+StopBottleJob::StopBottleJob(const BottleStore& store, const QString& name, const Runners& runners,
+                             Reply reply)
+    : Job(std::move(reply)), m_store(store), m_name(name), m_runners(runners) {}
 
 void StopBottleJob::start() {
-    auto* stopper = new BottleStopper(m_bottlePath, m_wineserver, this);
+    const QString missing = m_store.check(m_name);
+    if (!missing.isEmpty()) {
+        finish(Answer::failure(Answer::Fault::NoSuchBottle, missing));
+        return;
+    }
+    auto* stopper =
+        new BottleStopper(m_store.pathOf(m_name), m_runners.wineserverFor(m_store.runnerOf(m_name)), this);
     connect(stopper, &BottleStopper::finished, this, [this](bool clean) {
         finish(clean ? Answer::of()
                      : Answer::failure(Answer::Fault::Failed,
@@ -27,13 +34,19 @@ void StopBottleJob::start() {
     stopper->start();
 }
 
-StopProgramJob::StopProgramJob(const QString& bottlePath, const QString& programId, Reply reply)
-    : Job(std::move(reply)), m_bottlePath(bottlePath), m_programId(programId) {
+StopProgramJob::StopProgramJob(const BottleStore& store, const QString& name, const QString& programId,
+                               Reply reply)
+    : Job(std::move(reply)), m_store(store), m_name(name), m_programId(programId) {
     m_poll.setInterval(PollMs);
     connect(&m_poll, &QTimer::timeout, this, &StopProgramJob::step);
 }
 
 void StopProgramJob::start() {
+    const QString missing = m_store.check(m_name);
+    if (!missing.isEmpty()) {
+        finish(Answer::failure(Answer::Fault::NoSuchBottle, missing));
+        return;
+    }
     m_elapsed.start();
     m_poll.start();
     step();
@@ -42,7 +55,7 @@ void StopProgramJob::start() {
 // Looks the processes up anew each time: a pid may by now be another's, and a program may have started more
 // of them.
 void StopProgramJob::step() {
-    const std::vector<Processes::Entry> rest = m_processes.ofProgram(m_bottlePath, m_programId);
+    const std::vector<Processes::Entry> rest = m_processes.ofProgram(m_store.pathOf(m_name), m_programId);
     if (rest.empty()) {
         m_poll.stop();
         finish(Answer::of());

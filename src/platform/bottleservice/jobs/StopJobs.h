@@ -3,20 +3,23 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/jobs/Job.h"
 #include "bottleservice/wine/Processes.h"
+#include "bottleservice/wine/Runners.h"
 
 /// Ends everything in a bottle.
 class StopBottleJob : public Job {
     Q_OBJECT
 
 public:
-    StopBottleJob(const QString& bottlePath, const QString& wineserver, Reply reply);
+    StopBottleJob(const BottleStore& store, const QString& name, const Runners& runners, Reply reply);
     void start() override;
 
 private:
-    QString m_bottlePath;
-    QString m_wineserver;
+    BottleStore m_store;
+    QString m_name;
+    Runners m_runners;
 };
 
 /// Ends the processes of one program: asks first, and kills after a second what did not go.
@@ -24,13 +27,14 @@ class StopProgramJob : public Job {
     Q_OBJECT
 
 public:
-    StopProgramJob(const QString& bottlePath, const QString& programId, Reply reply);
+    StopProgramJob(const BottleStore& store, const QString& name, const QString& programId, Reply reply);
     void start() override;
 
 private:
     void step();
 
-    QString m_bottlePath;
+    BottleStore m_store;
+    QString m_name;
     QString m_programId;
     Processes m_processes;
     QTimer m_poll;

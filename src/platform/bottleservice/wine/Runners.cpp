@@ -61,6 +61,13 @@ std::optional<Runner> Runners::find(const QString& name) const {
     return name == DefaultName ? machineWine() : std::nullopt;
 }
 
+QString Runners::wineserverFor(const QString& name) const {
+    auto runner = find(name);
+    if (!runner)
+        runner = find(DefaultName);
+    return runner ? runner->wineserver : QString();
+}
+
 QString Runners::parseVersion(const QByteArray& output) {
     static const QRegularExpression expression("\\Awine-(\\S+)");
     const QString line = QString::fromLocal8Bit(output).trimmed();

@@ -23,6 +23,9 @@ public:
     QStringList names() const;
     std::optional<Runner> find(const QString& name) const;
 
+    /// The wineserver of a runner, or of the machine's Wine when that runner is gone; empty if there is none.
+    QString wineserverFor(const QString& name) const;
+
     /// The version in what "wine --version" prints: "wine-8.0 (Debian 8.0~repack-4)" gives "8.0".
     static QString parseVersion(const QByteArray& output);
 

@@ -1,5 +1,6 @@
 #include "bottleservice/wire/BusObject.h"
 
+#include <QDBusError>
 #include <QDebug>
 
 namespace {
@@ -47,8 +48,14 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
     // Introspection, peer and property calls are answered by the bus library.
     if (!message.interface().isEmpty() && message.interface() != m_contract.interface())
         return false;
-    if (!m_contract.hasMethod(message.member()))
-        return false;
+    if (!m_contract.hasMethod(message.member())) {
+        if (message.interface().isEmpty())
+            return false;
+        connection.send(message.createErrorReply(
+            QDBusError::UnknownMethod,
+            QString("%1 has no method \"%2\".").arg(m_contract.interface(), message.member())));
+        return true;
+    }
     const Answer verdict = check(message);
     if (!verdict.isGood()) {
         answer(connection, message, verdict);

@@ -1,0 +1,106 @@
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "bottleservice/jobs/JobQueue.h"
+
+namespace {
+
+/// Starts when the queue says so and ends when the test says so.
+class ManualJob : public Job {
+public:
+    ManualJob(const QString& name, QStringList* log)
+        : Job([name, log](const Answer& answer) {
+              *log += (answer.isGood() ? "answer " : "refused ") + name;
+          }),
+          m_name(name),
+          m_log(log) {}
+
+    void start() override { *m_log += "start " + m_name; }
+    void cancel() override { end(false); }
+    void end(bool good = true) {
+        finish(good ? Answer::of() : Answer::failure(Answer::Fault::Failed, "cancelled"));
+    }
+
+private:
+    QString m_name;
+    QStringList* m_log;
+};
+
+}  // namespace
+
+class tst_JobQueue : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_log.clear(); }
+    void oneLinePerBottle();
+    void closeCancelsAndDrops();
+    void destructionAnswers();
+    void immediateJobsKeepTheirOrder();
+
+private:
+    ManualJob* add(JobQueue& queue, const QString& bottle, const QString& name) {
+        auto job = std::make_unique<ManualJob>(name, &m_log);
+        ManualJob* pointer = job.get();
+        queue.add(bottle, std::move(job));
+        return pointer;
+    }
+
+    QStringList m_log;
+};
+
+void tst_JobQueue::oneLinePerBottle() {
+    JobQueue queue;
+    QSignalSpy idle(&queue, &JobQueue::idle);
+    ManualJob* a1 = add(queue, "a", "a1");
+    ManualJob* a2 = add(queue, "a", "a2");
+    ManualJob* b1 = add(queue, "b", "b1");
+    QCOMPARE(m_log, QStringList({"start a1", "start b1"}));
+    b1->end();
+    a1->end(false);
+    a1->end();
+    QTRY_COMPARE(m_log, QStringList({"start a1", "start b1", "answer b1", "refused a1", "start a2"}));
+    QVERIFY(!queue.isIdle());
+    a2->end();
+    QVERIFY(idle.wait());
+    QCOMPARE(idle.count(), 1);
+    QVERIFY(queue.isIdle());
+}
+
+void tst_JobQueue::closeCancelsAndDrops() {
+    JobQueue queue;
+    QSignalSpy idle(&queue, &JobQueue::idle);
+    add(queue, "a", "a1");
+    add(queue, "a", "a2");
+    queue.close();
+    add(queue, "b", "b1");
+    QVERIFY(idle.wait());
+    QCOMPARE(m_log, QStringList({"start a1", "refused a2", "refused a1", "refused b1"}));
+}
+
+void tst_JobQueue::destructionAnswers() {
+    {
+        JobQueue queue;
+        add(queue, "a", "a1");
+        add(queue, "a", "a2");
+    }
+    QCOMPARE(m_log.filter("refused").size(), 2);
+}
+
+void tst_JobQueue::immediateJobsKeepTheirOrder() {
+    JobQueue queue;
+    QStringList order;
+    for (int i = 0; i < 50; ++i) {
+        const auto work = [&order, i] {
+            order += QString::number(i);
+            return Answer::of();
+        };
+        queue.add("a", std::make_unique<ImmediateJob>(work, Reply()));
+    }
+    QTRY_VERIFY(queue.isIdle());
+    QCOMPARE(order.size(), 50);
+    QCOMPARE(order.last(), QString("49"));
+}
+
+QTEST_GUILESS_MAIN(tst_JobQueue)
+#include "tst_jobqueue.moc"
