@@ -79,6 +79,14 @@ void AbstractDialog::paintEvent(QPaintEvent*) {
     m_frame->paint(&painter);
 }
 
+void AbstractDialog::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    // Qt keeps a new dialog within part of the screen; text that wraps earlier then needs more height.
+    const int needed = layout()->totalHeightForWidth(width());
+    if (needed > height() && maximumHeight() >= needed)
+        resize(width(), needed);
+}
+
 void AbstractDialog::mousePressEvent(QMouseEvent* event) {
     m_pressed = event->button() == Qt::LeftButton;
     m_pressedAt = event->pos();

@@ -19,6 +19,10 @@ namespace Fenk {
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     initFenkResources();
     setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // Where no desktop names a theme, programs' own icons are still found.
+    QIcon::setFallbackThemeName("hicolor");
+    if (QIcon::themeName().isEmpty())
+        QIcon::setThemeName("hicolor");
     Theme* theme = Theme::instance();
     theme->watchSystem(palette());
     setStyle(new Style);

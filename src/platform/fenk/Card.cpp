@@ -11,6 +11,7 @@ namespace Fenk {
 
 Card::Card(QWidget* parent) : QFrame(parent), m_rows(new QVBoxLayout(this)) {
     setFrameShape(QFrame::NoFrame);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     m_rows->setContentsMargins(1, 1, 1, 1);
     m_rows->setSpacing(0);
     connect(Theme::instance(), &Theme::changed, this, qOverload<>(&QWidget::update));

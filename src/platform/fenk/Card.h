@@ -6,7 +6,8 @@ class QVBoxLayout;
 
 namespace Fenk {
 
-/// A raised ground for rows that belong together, with a line between two of them.
+/// A raised ground for rows that belong together, with a line between two of them. As high as its rows
+/// unless told otherwise.
 class Card : public QFrame {
     Q_OBJECT
 public:

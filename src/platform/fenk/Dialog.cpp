@@ -41,7 +41,7 @@ Dialog::Dialog(QWidget* parent)
       m_row(new QHBoxLayout) {
     setMinimumWidth(Tokens::DialogMinWidth);
     m_message->setAlignment(Qt::AlignCenter);
-    m_message->setWordWrap(true);
+    m_message->setReadingWidth(Tokens::DialogMaxWidth - 2 * Tokens::Space24);
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->setObjectName("dialog_message");
     m_message->hide();

@@ -56,6 +56,23 @@ void Label::setElided(bool elided) {
     update();
 }
 
+void Label::setReadingWidth(int width) {
+    m_readingWidth = width;
+    setWordWrap(width > 0);
+    updateGeometry();
+}
+
+QSize Label::sizeHint() const {
+    if (m_readingWidth == 0)
+        return QLabel::sizeHint();
+    int natural = 0;
+    const QStringList lines = text().split('\n');
+    for (const QString& line : lines)
+        natural = qMax(natural, fontMetrics().horizontalAdvance(line));
+    const int width = qMin(m_readingWidth, natural + 2);
+    return {width, heightForWidth(width)};
+}
+
 bool Label::cuts() const {
     return m_elided && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
 }

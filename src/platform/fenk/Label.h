@@ -21,6 +21,10 @@ public:
     void setTextRole(Theme::Role role);
 
     void setElided(bool elided);
+
+    /// Wrapped text that would like lines of this width at most, but takes less.
+    void setReadingWidth(int width);
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:
@@ -32,6 +36,7 @@ private:
     bool cuts() const;
 
     Theme::Role m_role = Theme::Text;
+    int m_readingWidth = 0;
     bool m_elided = false;
 };
 

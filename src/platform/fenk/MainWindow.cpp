@@ -46,12 +46,12 @@ void MainWindow::paintEvent(QPaintEvent*) {
     m_frame->paint(&painter);
 }
 
-void MainWindow::changeEvent(QEvent* event) {
+bool MainWindow::event(QEvent* event) {
     if (event->type() == QEvent::WindowTitleChange)
         m_titlebar->setTitle(windowTitle());
     else if (event->type() == QEvent::WindowIconChange)
         m_titlebar->setIcon(windowIcon());
-    QMainWindow::changeEvent(event);
+    return QMainWindow::event(event);
 }
 
 }  // namespace Fenk

@@ -20,7 +20,8 @@ SettingRow::SettingRow(const QString& name, const QString& tip, QWidget* control
     words->addWidget(m_tip);
     words->addStretch();
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Tokens::Space16, Tokens::Space8, Tokens::Space16, Tokens::Space8);
+    const int above = tip.isEmpty() ? Tokens::Space8 : Tokens::Space12;
+    layout->setContentsMargins(Tokens::Space16, above, Tokens::Space16, above);
     layout->setSpacing(Tokens::Space24);
     layout->addLayout(words, 1);
     if (control) {
@@ -29,7 +30,8 @@ SettingRow::SettingRow(const QString& name, const QString& tip, QWidget* control
         if (control->accessibleName().isEmpty())
             control->setAccessibleName(name);
     }
-    setMinimumHeight(Tokens::RowHeight + Tokens::Space8);
+    setMinimumHeight(Tokens::ControlHeight + 2 * above);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     setTip(tip);
 }
 

@@ -11,6 +11,7 @@
 #include <QStyleOption>
 #include <QTabBar>
 #include <QTableView>
+#include <QTreeView>
 
 #include "fenk/Color.h"
 #include "fenk/Theme.h"
@@ -119,7 +120,6 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         case PE_FrameDefaultButton:
         case PE_FrameFocusRect:
         case PE_FrameStatusBarItem:
-        case PE_FrameTabWidget:
         case PE_FrameMenu:
         case PE_IndicatorTabClose:
         case PE_PanelStatusBar:
@@ -137,6 +137,13 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         case PE_PanelTipLabel:
             return MenuPainter::toolTip(painter, option, widget);
         case PE_PanelItemViewRow:
+            if (const auto* row = as<QStyleOptionViewItem>(option);
+                row && qobject_cast<const QTreeView*>(widget))
+                ItemPainter::row(painter, row, widget);
+            return;
+        case PE_FrameTabWidget:
+            painter->fillRect(QRect(option->rect.topLeft(), QSize(option->rect.width(), 1)),
+                              color(Theme::Border));
             return;
         case PE_PanelItemViewItem:
             if (const auto* item = as<QStyleOptionViewItem>(option))
@@ -208,6 +215,13 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
         case CE_ProgressBarLabel:
             if (const auto* bar = as<QStyleOptionProgressBar>(option))
                 return BarPainter::progressLabel(painter, bar);
+            break;
+        case CE_Header:
+            if (const auto* head = as<QStyleOptionHeader>(option)) {
+                ItemPainter::headSection(painter, head);
+                ItemPainter::headLabel(painter, head);
+                return;
+            }
             break;
         case CE_HeaderSection:
             if (const auto* head = as<QStyleOptionHeader>(option))

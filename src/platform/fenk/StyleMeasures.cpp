@@ -1,10 +1,13 @@
 // The half of Style that only measures; what it draws is in Style.cpp.
+#include <QAbstractScrollArea>
 #include <QComboBox>
 #include <QFocusFrame>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QStyleOption>
 #include <QTabBar>
+#include <QTextEdit>
 
 #include "fenk/Style.h"
 #include "fenk/Theme.h"
@@ -14,6 +17,18 @@
 #include "fenk/style/MenuPainter.h"
 
 namespace Fenk {
+
+namespace {
+
+/// What an item needs before and after its content, beside the room for a ring that Qt puts around each part.
+int itemSide(const QWidget* view) {
+    return (hasSidebarLook(view) ? Tokens::Space24 : Tokens::Space12) - (Tokens::RingExtent + 1);
+}
+
+/// QLineEdit adds this to every side by itself.
+constexpr int EditorMargin = 2;
+
+}  // namespace
 
 int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
@@ -85,7 +100,12 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
         case PM_TextCursorWidth:
             return 1;
         case PM_DefaultFrameWidth:
-            return qobject_cast<const QLineEdit*>(widget) ? Tokens::Space8 : 1;
+            if (qobject_cast<const QLineEdit*>(widget))
+                return Tokens::Space8;
+            if (qobject_cast<const QTextEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget))
+                return Tokens::Space8;
+            // Inside the round corners, so that the content does not cover them.
+            return qobject_cast<const QAbstractScrollArea*>(widget) ? Tokens::Space4 : 1;
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -144,7 +164,7 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
             return {size.width() + Tokens::Space12 + Tokens::Space32 + Tokens::Space4,
                     qMax(Tokens::ControlHeight, size.height() + Tokens::Space8)};
         case CT_SpinBox:
-            return {size.width() + Tokens::Space8 + Tokens::Space32, Tokens::ControlHeight};
+            return {size.width() + Tokens::Space16 + Tokens::Space32, Tokens::ControlHeight};
         case CT_CheckBox:
         case CT_RadioButton:
             return {result.width() + 2, qMax(Tokens::Space24, result.height())};
@@ -159,7 +179,7 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
                     result.height(), qobject_cast<const QComboBox*>(widget ? widget->parentWidget() : nullptr)
                                          ? Tokens::MenuRowHeight
                                          : Tokens::RowHeight));
-            return result + QSize(Tokens::Space8, 0);
+            return result + QSize(2 * itemSide(widget), 0);
         case CT_HeaderSection:
             return {result.width(), qMax(Tokens::HeadHeight, result.height())};
         case CT_TabBarTab:
@@ -183,9 +203,12 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
         const QRect arrow(all.right() - Tokens::Space32 + 1, all.top(), Tokens::Space32, all.height());
         if (part == SC_ComboBoxArrow)
             return visual(arrow);
-        if (part == SC_ComboBoxEditField)
-            return visual(QRect(QPoint(all.left() + Tokens::Space12, all.top() + 2),
-                                QPoint(arrow.left() - 1, all.bottom() - 2)));
+        if (part == SC_ComboBoxEditField) {
+            const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+            const int side = Tokens::Space12 - (combo && combo->editable ? EditorMargin : 0);
+            return visual(
+                QRect(QPoint(all.left() + side, all.top() + 2), QPoint(arrow.left() - 1, all.bottom() - 2)));
+        }
         if (part == SC_ComboBoxListBoxPopup)
             return all;
     }
@@ -200,7 +223,7 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
         if (part == SC_SpinBoxDown)
             return buttons ? visual(QRect(left, all.top() + 2 + half, width, half)) : QRect();
         if (part == SC_SpinBoxEditField)
-            return visual(QRect(QPoint(all.left() + Tokens::Space4, all.top() + 2),
+            return visual(QRect(QPoint(all.left() + Tokens::Space12 - EditorMargin, all.top() + 2),
                                 QPoint(buttons ? left - 1 : all.right() - Tokens::Space4, all.bottom() - 2)));
     }
     if (control == CC_GroupBox && qstyleoption_cast<const QStyleOptionGroupBox*>(option)) {
@@ -232,9 +255,19 @@ QRect Style::subElementRect(SubElement element, const QStyleOption* option, cons
         case SE_LineEditContents: {
             // A clear button or icon adds its own margin inside QLineEdit.
             const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-            const int side = frame && frame->lineWidth > 0 ? Tokens::Space8 : 0;
+            const int side = frame && frame->lineWidth > 0 ? Tokens::Space12 - EditorMargin : 0;
             return option->rect.adjusted(side, 1, -side, -1);
         }
+        case SE_CheckBoxIndicator:
+        case SE_RadioButtonIndicator:
+            return visualRect(option->direction, option->rect,
+                              QRect(option->rect.left(),
+                                    option->rect.top() + (option->rect.height() - Tokens::CheckSize) / 2,
+                                    Tokens::CheckSize, Tokens::CheckSize));
+        case SE_CheckBoxContents:
+        case SE_RadioButtonContents:
+            return visualRect(option->direction, option->rect,
+                              option->rect.adjusted(Tokens::CheckSize + Tokens::Space8, 0, 0, 0));
         case SE_ProgressBarGroove:
         case SE_ProgressBarContents:
         case SE_ProgressBarLabel:
@@ -247,7 +280,7 @@ QRect Style::subElementRect(SubElement element, const QStyleOption* option, cons
                 item && item->decorationPosition == QStyleOptionViewItem::Left &&
                 element != SE_ItemViewItemFocusRect) {
                 QStyleOptionViewItem inner(*item);
-                const int side = hasSidebarLook(widget) ? Tokens::Space16 : Tokens::Space4;
+                const int side = itemSide(widget);
                 inner.rect.adjust(side, 0, -side, 0);
                 return QProxyStyle::subElementRect(element, &inner, widget);
             }

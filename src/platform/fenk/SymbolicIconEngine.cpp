@@ -47,6 +47,13 @@ QString ownFile(const QString& name) {
                 return path;
         }
     }
+    // A platform without icon themes still has the programs' own pictures where they are installed.
+    const QStringList places = QIcon::themeSearchPaths();
+    for (const QString& place : places) {
+        const QString path = place + "/hicolor/scalable/apps/" + name + ".svg";
+        if (!name.contains('/') && QFile::exists(path))
+            return path;
+    }
     return {};
 }
 

@@ -162,8 +162,6 @@ void TitleBar::placeMiddle() {
     QWidget* middle = m_custom ? m_custom : m_title;
     const int symmetric = width() - 2 * qMax(from, width() - to);
     int wanted = qMax(middle->sizeHint().width(), middle->minimumWidth());
-    if (m_custom && m_custom->sizePolicy().expandingDirections() & Qt::Horizontal)
-        wanted = qMax(wanted, symmetric);
     wanted = qMin(wanted, qMax(middle->minimumWidth(), to - from));
     // In the middle of the window where that is possible, otherwise in the room that is left.
     const int x = wanted <= symmetric ? (width() - wanted) / 2 : from;

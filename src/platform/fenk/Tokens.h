@@ -54,7 +54,7 @@ constexpr int SliderTrack = 4;
 constexpr int SliderHandle = 18;
 constexpr int ButtonMinWidth = 80;
 constexpr int DialogMinWidth = 400;
-constexpr int DialogMaxWidth = 560;
+constexpr int DialogMaxWidth = 576;
 constexpr int MenuMinWidth = 160;
 constexpr int ResizeBorder = 6;  ///< how near to an edge a press resizes a window
 

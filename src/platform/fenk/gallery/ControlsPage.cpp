@@ -52,7 +52,7 @@ QHBoxLayout* line(QVBoxLayout* card, const QString& name) {
     auto* row = new QHBoxLayout;
     row->setSpacing(Tokens::Space12);
     auto* label = new Label(name, Label::Secondary);
-    label->setMinimumWidth(96);
+    label->setMinimumWidth(92);
     row->addWidget(label);
     card->addLayout(row);
     return row;
@@ -80,6 +80,7 @@ void addButtons(QVBoxLayout* page) {
     });
     QHBoxLayout* row = line(card, "Pictures");
     auto* add = new QPushButton(Theme::icon("fenk-add"), "Add program");
+    add->setObjectName("focus_sample");
     row->addWidget(add);
     auto* more = new QPushButton("Export");
     auto* menu = new QMenu(more);
@@ -104,7 +105,8 @@ void addFields(QVBoxLayout* page) {
     contact->setText("someone@");
     contact->showAlertMessage("Enter an address such as name@example.org", 0);
     auto* fixed = named(disabled(new QLineEdit("C:\\Program Files\\Editor")), "Folder");
-    auto* password = named(new QLineEdit("correct horse"), "Password");
+    fixed->setCursorPosition(0);
+    auto* password = named(new QLineEdit("horse"), "Password");
     password->setEchoMode(QLineEdit::Password);
     auto* search = new SearchEdit;
     search->setText("edit");
@@ -138,9 +140,9 @@ void addFields(QVBoxLayout* page) {
 void addChoices(QVBoxLayout* page) {
     QVBoxLayout* card = addSection(page, "Choices");
     QHBoxLayout* boxes = line(card, "Check boxes");
-    auto* on = new QCheckBox("Start in terminal");
+    auto* on = new QCheckBox("On");
     on->setChecked(true);
-    auto* partly = new QCheckBox("All components");
+    auto* partly = new QCheckBox("Partly");
     partly->setTristate(true);
     partly->setCheckState(Qt::PartiallyChecked);
     boxes->addWidget(on);
@@ -156,7 +158,6 @@ void addChoices(QVBoxLayout* page) {
     radios->addWidget(disabled(new QRadioButton("Own build")));
     radios->addStretch();
     QHBoxLayout* switches = line(card, "Switches");
-    switches->setSpacing(Tokens::Space16);
     const struct {
         bool checked;
         bool enabled;

@@ -53,7 +53,7 @@ GalleryWindow::GalleryWindow(QWidget* parent)
     setAccessibleName("Fenk gallery");
     setWindowIcon(Theme::icon("cellarix"));
     auto* search = new SearchEdit;
-    search->setMinimumWidth(320);
+    search->setMinimumWidth(360);
     titlebar()->setCustomWidget(search);
     titlebar()->setSeparatorVisible(true);
 
@@ -71,10 +71,16 @@ GalleryWindow::GalleryWindow(QWidget* parent)
     auto* layout = new QHBoxLayout(central);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_sidebar);
+    auto* side = new QWidget;
+    side->setBackgroundRole(QPalette::Midlight);
+    side->setAutoFillBackground(true);
+    auto* sideLayout = new QVBoxLayout(side);
+    sideLayout->setContentsMargins(0, Tokens::Space8, 0, Tokens::Space8);
+    sideLayout->addWidget(m_sidebar);
+    layout->addWidget(side);
     layout->addWidget(m_pages, 1);
     setCentralWidget(central);
-    resize(1240, 800);
+    resize(1240, 768);
 }
 
 QStringList GalleryWindow::pageNames() {

@@ -29,6 +29,9 @@ QTableWidget* makeTable() {
     table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     table->horizontalHeader()->setSortIndicator(0, Qt::AscendingOrder);
     table->horizontalHeader()->setSortIndicatorShown(true);
+    for (int column : {1, 2})
+        table->horizontalHeader()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+    table->setWordWrap(false);
     table->verticalHeader()->hide();
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -52,7 +55,7 @@ QTreeWidget* makeTree() {
             new QTreeWidgetItem(top, {program});
     }
     tree->topLevelItem(0)->setExpanded(true);
-    tree->setCurrentItem(tree->topLevelItem(0)->child(0));
+    tree->setCurrentItem(tree->topLevelItem(0));
     return tree;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QMenu>
 #include <QPainter>
 
@@ -19,10 +20,16 @@ namespace Gallery {
 
 namespace {
 
-/// Lets layouts settle, then draws the widget with its rounded corners left clear.
+/// Lets layouts and fades settle, then draws the widget with its rounded corners left clear.
 QImage grabbed(QWidget& widget) {
     widget.show();
-    QCoreApplication::sendPostedEvents();
+    widget.activateWindow();
+    QElapsedTimer settled;
+    settled.start();
+    while (settled.elapsed() < Tokens::FadeMs)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    if (auto* sample = widget.findChild<QWidget*>("focus_sample"))
+        sample->setFocus(Qt::TabFocusReason);
     QCoreApplication::processEvents();
     return widget.grab().toImage();
 }

@@ -50,21 +50,37 @@ FocusRing::~FocusRing() {
 }
 
 bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::FocusIn && event->type() != QEvent::FocusOut)
-        return false;
-    auto* widget = qobject_cast<QWidget*>(watched);
-    if (!widget)
-        return false;
-    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-    if (event->type() == QEvent::FocusOut) {
-        if (reason != Qt::PopupFocusReason)
-            hide();
-        return false;
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            m_keyboard = false;
+            if (m_frame && !isField(m_frame->widget()))
+                hide();
+            break;
+        case QEvent::KeyPress:
+            m_keyboard = true;
+            break;
+        case QEvent::FocusOut:
+            if (watched->isWidgetType() && static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason)
+                hide();
+            break;
+        case QEvent::FocusIn:
+            if (auto* widget = qobject_cast<QWidget*>(watched))
+                focusCame(widget, static_cast<QFocusEvent*>(event)->reason());
+            break;
+        default:
+            break;
     }
-    QWidget* control = outlined(widget);
-    if (hasRing(control) && (fromKeyboard(reason) || isField(control)))
-        show(control);
     return false;
+}
+
+void FocusRing::focusCame(QWidget* widget, Qt::FocusReason reason) {
+    // Dialogs tell their first control that it has the focus before their window does.
+    if (!widget->hasFocus())
+        return;
+    QWidget* control = outlined(widget);
+    const bool byProgram = reason == Qt::OtherFocusReason || reason == Qt::ActiveWindowFocusReason;
+    if (hasRing(control) && (isField(control) || fromKeyboard(reason) || (byProgram && m_keyboard)))
+        show(control);
 }
 
 void FocusRing::show(QWidget* widget) {

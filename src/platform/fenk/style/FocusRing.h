@@ -19,10 +19,12 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void focusCame(QWidget* widget, Qt::FocusReason reason);
     void show(QWidget* widget);
     void hide();
 
     QPointer<QFocusFrame> m_frame;
+    bool m_keyboard = false;  ///< the user's last move was by key
 };
 
 }  // namespace Fenk

@@ -1,9 +1,12 @@
 #include "fenk/style/ItemPainter.h"
 
 #include <QAbstractItemView>
+#include <QHeaderView>
 #include <QStyle>
 #include <QStyleOption>
 #include <QTabBar>
+#include <QTableView>
+#include <QTreeView>
 
 #include "fenk/Color.h"
 #include "fenk/WidgetLook.h"
@@ -15,7 +18,12 @@ namespace {
 
 using Paint::color;
 
-bool begins(const QStyleOptionViewItem* option) {
+/// Whether this cell is the one at the row's start, which carries the edge.
+bool begins(const QStyleOptionViewItem* option, const QWidget* widget) {
+    if (const auto* table = qobject_cast<const QTableView*>(widget))
+        return option->index.isValid() && table->horizontalHeader()->visualIndex(option->index.column()) == 0;
+    if (qobject_cast<const QTreeView*>(widget))
+        return option->rect.left() <= 0;
     return option->viewItemPosition == QStyleOptionViewItem::Beginning ||
            option->viewItemPosition == QStyleOptionViewItem::OnlyOne ||
            option->viewItemPosition == QStyleOptionViewItem::Invalid;
@@ -40,8 +48,9 @@ void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* w
         Paint::box(painter, inner, Tokens::RadiusWindow, chosen ? soft : withAlpha(soft, 0.6));
         return;
     }
-    painter->fillRect(option->rect, chosen ? soft : withAlpha(soft, 0.6));
-    if (!chosen || !begins(option))
+    // Opaque, since trees ask for a row's ground and for its cells' again.
+    painter->fillRect(option->rect, chosen ? soft : mix(option->palette.color(QPalette::Base), soft, 0.6));
+    if (!chosen || !begins(option, widget))
         return;
     const QRect edge =
         QStyle::visualRect(option->direction, option->rect,
@@ -69,13 +78,15 @@ void headSection(QPainter* painter, const QStyleOptionHeader* option) {
 void headLabel(QPainter* painter, const QStyleOptionHeader* option) {
     const Paint::Scope scope(painter);
     painter->setPen(color(Paint::enabled(option) ? Theme::Secondary : Theme::Disabled));
-    QRect room = option->rect.adjusted(Tokens::Space4, 0, -Tokens::Space4, 0);
+    const QRect all = option->rect;
+    QRect room = all.adjusted(Tokens::Space12, 0, -Tokens::Space12, 0);
     if (option->sortIndicator != QStyleOptionHeader::None) {
-        const QRect arrow(room.right() - Tokens::Space16, room.top(), Tokens::Space16, room.height());
-        Paint::chevron(painter, QStyle::visualRect(option->direction, room, arrow),
+        const QRect arrow(room.right() - Tokens::Space16 + 1, all.top(), Tokens::Space16, all.height());
+        Paint::chevron(painter, QStyle::visualRect(option->direction, all, arrow),
                        option->sortIndicator == QStyleOptionHeader::SortUp ? Qt::UpArrow : Qt::DownArrow,
                        color(Theme::Secondary));
-        room = QStyle::visualRect(option->direction, room, room.adjusted(0, 0, -Tokens::Space16, 0));
+        room.setRight(arrow.left() - Tokens::Space4);
+        room = QStyle::visualRect(option->direction, all, room);
     }
     painter->drawText(room, int(option->textAlignment | Qt::AlignVCenter),
                       option->fontMetrics.elidedText(option->text, Qt::ElideRight, room.width()));

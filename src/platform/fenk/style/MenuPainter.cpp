@@ -6,6 +6,7 @@
 #include <QStyleOption>
 #include <QWidget>
 
+#include "fenk/SymbolicIconEngine.h"
 #include "fenk/WidgetLook.h"
 #include "fenk/style/Paint.h"
 
@@ -80,6 +81,9 @@ void item(QPainter* painter, const QStyleOptionMenuItem* option, const QWidget* 
                    color(Theme::Accent));
     else if (option->checked)
         Paint::tick(painter, mark, color(Theme::Accent));
+    else if (!option->icon.isNull() && danger)
+        painter->drawPixmap(
+            mark, tintedPixmap(option->icon, mark.size(), painter->device()->devicePixelRatioF(), ink));
     else if (!option->icon.isNull())
         option->icon.paint(painter, mark, Qt::AlignCenter, usable ? QIcon::Normal : QIcon::Disabled);
 
