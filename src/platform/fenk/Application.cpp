@@ -32,7 +32,9 @@ Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     connect(this, &QCoreApplication::organizationNameChanged, this, &Application::readThemeChoice);
 }
 
-Application::~Application() = default;
+Application::~Application() {
+    Theme::instance()->unwatchSystem();
+}
 
 void Application::applyTheme() {
     const Theme* theme = Theme::instance();

@@ -118,6 +118,7 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
                               color(Theme::Border));
         case PE_FrameLineEdit:
         case PE_FrameDefaultButton:
+        case PE_PanelScrollAreaCorner:
         case PE_FrameFocusRect:
         case PE_FrameStatusBarItem:
         case PE_FrameMenu:

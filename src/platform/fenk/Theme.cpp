@@ -197,6 +197,10 @@ void Theme::watchSystem(const QPalette& initial) {
     m_system->start();
 }
 
+void Theme::unwatchSystem() {
+    m_system.reset();
+}
+
 QIcon Theme::icon(const QString& name) {
     return loadIcon(name);
 }

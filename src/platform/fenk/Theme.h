@@ -86,6 +86,8 @@ public:
     /// Takes the desktop's preference from the palette that Qt started with, then from the desktop portal as
     /// it answers.
     void watchSystem(const QPalette& initial);
+    /// Before the application object goes, and the session bus with it.
+    void unwatchSystem();
 
 Q_SIGNALS:
     void changed();                                ///< colours, accent or animations are others now

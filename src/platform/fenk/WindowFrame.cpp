@@ -10,6 +10,7 @@
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
 #include "fenk/WindowPlatform.h"
+#include "fenk/style/Paint.h"
 
 namespace Fenk {
 
@@ -85,10 +86,8 @@ void WindowFrame::paint(QPainter* painter) const {
     const QColor ground =
         withAlpha(theme->color(dialog ? Theme::Surface : Theme::Window), seesThrough ? m_alpha / 255.0 : 1);
     painter->fillRect(m_window->rect(), ground);
-    if (!framed())
-        return;
-    painter->setPen(theme->color(Theme::Border));
-    painter->drawRect(m_window->rect().adjusted(0, 0, -1, -1));
+    if (framed())
+        Paint::box(painter, m_window->rect(), 0, QColor(), theme->color(Theme::Border));
 }
 
 void WindowFrame::setTranslucent(int alpha) {
