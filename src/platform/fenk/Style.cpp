@@ -18,6 +18,7 @@
 #include "fenk/WindowPlatform.h"
 #include "fenk/style/BarPainter.h"
 #include "fenk/style/ButtonPainter.h"
+#include "fenk/style/ComboDelegate.h"
 #include "fenk/style/FieldPainter.h"
 #include "fenk/style/FocusRing.h"
 #include "fenk/style/ItemPainter.h"
@@ -73,13 +74,18 @@ void Style::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (wantsHover(widget))
         widget->setAttribute(Qt::WA_Hover);
+    // Before its list is measured, which is earlier than the list itself is polished.
+    if (auto* combo = qobject_cast<QComboBox*>(widget))
+        ComboDelegate::install(combo->view());
     if (auto* view = qobject_cast<QAbstractItemView*>(widget)) {
         view->viewport()->setAttribute(Qt::WA_Hover);
         view->setMouseTracking(true);
+        ComboDelegate::install(view);
     }
     if (auto* table = qobject_cast<QTableView*>(widget))
         table->setShowGrid(false);
-    const bool popup = qobject_cast<QMenu*>(widget) || widget->inherits("QTipLabel");
+    const bool popup = qobject_cast<QMenu*>(widget) || widget->inherits("QTipLabel") ||
+                       widget->inherits("QComboBoxPrivateContainer");
     if (popup && WindowPlatform::compositing()) {
         widget->setAttribute(Qt::WA_TranslucentBackground);
         widget->setWindowFlag(Qt::FramelessWindowHint);
@@ -112,6 +118,8 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
                 FieldPainter::field(painter, option, widget);
             return;
         case PE_Frame:
+            if (widget && widget->inherits("QComboBoxPrivateContainer"))
+                return MenuPainter::panel(painter, option, widget);
             return FieldPainter::areaFrame(painter, option, widget);
         case PE_FrameGroupBox:
             return Paint::box(painter, option->rect, Tokens::RadiusCard, color(Theme::Surface),
@@ -162,7 +170,7 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
             return QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
     if (element == PE_FrameFocusRect && Paint::keyboardFocus(option) &&
-        qobject_cast<const QAbstractItemView*>(widget))
+        qobject_cast<const QAbstractItemView*>(widget) && !widget->inherits("QComboBoxListView"))
         Paint::ring(painter, option->rect.adjusted(1, 1, -1, -1), Tokens::RadiusControl);
     if (element == PE_IndicatorTabClose)
         Theme::icon("fenk-close").paint(painter, option->rect);

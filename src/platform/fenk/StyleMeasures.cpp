@@ -20,9 +20,16 @@ namespace Fenk {
 
 namespace {
 
+bool isComboList(const QWidget* view) {
+    return view && view->inherits("QComboBoxListView");
+}
+
 /// What an item needs before and after its content, beside the room for a ring that Qt puts around each part.
 int itemSide(const QWidget* view) {
-    return (hasSidebarLook(view) ? Tokens::Space24 : Tokens::Space12) - (Tokens::RingExtent + 1);
+    return (hasSidebarLook(view) ? Tokens::Space24
+            : isComboList(view)  ? Tokens::Space8
+                                 : Tokens::Space12) -
+           (Tokens::RingExtent + 1);
 }
 
 /// QLineEdit adds this to every side by itself.
@@ -104,6 +111,8 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
                 return Tokens::Space8;
             if (qobject_cast<const QTextEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget))
                 return Tokens::Space8;
+            if (widget && widget->inherits("QComboBoxPrivateContainer"))
+                return Tokens::Space4;
             // Inside the round corners, so that the content does not cover them.
             return qobject_cast<const QAbstractScrollArea*>(widget) ? Tokens::Space4 : 1;
         default:
@@ -126,6 +135,10 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
         case SH_DialogButtonBox_ButtonsHaveIcons:
         case SH_UnderlineShortcut:
             return 0;
+        case SH_ComboBox_PopupFrameStyle:
+            return int(QFrame::StyledPanel) | int(QFrame::Plain);
+        case SH_ComboBox_ListMouseTracking:
+            return 1;
         case SH_ToolTip_WakeUpDelay:
             return Tokens::ToolTipDelayMs;
         case SH_Table_GridLineColor:
@@ -175,10 +188,8 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
         case CT_ItemViewItem:
             if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
                 item && item->decorationPosition != QStyleOptionViewItem::Top)
-                result.setHeight(qMax(
-                    result.height(), qobject_cast<const QComboBox*>(widget ? widget->parentWidget() : nullptr)
-                                         ? Tokens::MenuRowHeight
-                                         : Tokens::RowHeight));
+                result.setHeight(
+                    qMax(result.height(), isComboList(widget) ? Tokens::MenuRowHeight : Tokens::RowHeight));
             return result + QSize(2 * itemSide(widget), 0);
         case CT_HeaderSection:
             return {result.width(), qMax(Tokens::HeadHeight, result.height())};

@@ -33,6 +33,7 @@ cellarix_library(cellarix_fenk WIDGETS
     icons/fenk_icons.qrc
     style/BarPainter.cpp style/BarPainter.h
     style/ButtonPainter.cpp style/ButtonPainter.h
+    style/ComboDelegate.cpp style/ComboDelegate.h
     style/FieldPainter.cpp style/FieldPainter.h
     style/FocusRing.cpp style/FocusRing.h
     style/ItemPainter.cpp style/ItemPainter.h

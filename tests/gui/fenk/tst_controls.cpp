@@ -1,3 +1,5 @@
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QFocusFrame>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -114,6 +116,21 @@ private Q_SLOTS:
         QCOMPARE(ring, second->geometry().adjusted(-4, -4, 4, 4));
         QTest::mouseClick(first, Qt::LeftButton);
         QVERIFY(!ringed());
+    }
+
+    void comboListShowsEveryRow() {
+        QComboBox combo;
+        combo.addItems({"Wine 10", "Wine 8", "Wine 6"});
+        combo.insertSeparator(1);
+        combo.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&combo));
+        combo.showPopup();
+        QTRY_VERIFY(combo.view()->isVisible());
+        const QRect last = combo.view()->visualRect(combo.model()->index(combo.count() - 1, 0));
+        QVERIFY(combo.view()->viewport()->rect().contains(last));
+        QCOMPARE(last.height(), Tokens::MenuRowHeight);
+        QVERIFY(combo.view()->visualRect(combo.model()->index(1, 0)).height() < last.height());
+        combo.hidePopup();
     }
 
     void rowNamesItsControl() {

@@ -43,6 +43,11 @@ void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* w
     if (!chosen && !Paint::hovered(option))
         return;
     const QColor soft = color(Theme::AccentSoft);
+    if (widget && widget->inherits("QComboBoxListView")) {
+        if (chosen)
+            Paint::box(painter, option->rect, Tokens::RadiusControl, soft);
+        return;
+    }
     if (hasSidebarLook(widget)) {
         const QRect inner = option->rect.adjusted(Tokens::Space8, 2, -Tokens::Space8, -2);
         Paint::box(painter, inner, Tokens::RadiusWindow, chosen ? soft : withAlpha(soft, 0.6));
