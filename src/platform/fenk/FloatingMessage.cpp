@@ -1,0 +1,73 @@
+#include "fenk/FloatingMessage.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QPainter>
+
+#include "fenk/Label.h"
+#include "fenk/Tokens.h"
+#include "fenk/style/Paint.h"
+
+namespace Fenk {
+
+FloatingMessage* FloatingMessage::show(QWidget* over, const QIcon& icon, const QString& sentence, int ms) {
+    QWidget* window = over->window();
+    delete window->findChild<FloatingMessage*>(QString(), Qt::FindDirectChildrenOnly);
+    auto* message = new FloatingMessage(window, icon, sentence);
+    message->place();
+    message->QWidget::show();
+    message->raise();
+    message->m_timer.start(ms);
+    QAccessibleEvent event(message, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+    return message;
+}
+
+FloatingMessage::FloatingMessage(QWidget* window, const QIcon& icon, const QString& sentence)
+    : QWidget(window) {
+    setAccessibleName(sentence);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Tokens::Space16, Tokens::Space12, Tokens::Space16, Tokens::Space12);
+    layout->setSpacing(Tokens::Space12);
+    if (!icon.isNull()) {
+        auto* picture = new QLabel;
+        picture->setFixedSize(Tokens::IconMedium, Tokens::IconMedium);
+        picture->setPixmap(icon.pixmap(window->windowHandle(), picture->size()));
+        layout->addWidget(picture, 0, Qt::AlignTop);
+    }
+    auto* text = new Label(sentence);
+    text->setWordWrap(text->sizeHint().width() > Tokens::DialogMaxWidth);
+    layout->addWidget(text, 1);
+    window->installEventFilter(this);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &QObject::deleteLater);
+}
+
+void FloatingMessage::place() {
+    const QWidget* window = parentWidget();
+    setMaximumWidth(qMin(window->width() - 2 * Tokens::Space24, Tokens::DialogMaxWidth));
+    const int w = qMin(maximumWidth(), sizeHint().width());
+    const int h = hasHeightForWidth() ? heightForWidth(w) : sizeHint().height();
+    setGeometry((window->width() - w) / 2, window->height() - h - Tokens::Space24, w, h);
+}
+
+void FloatingMessage::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    Paint::box(&painter, rect(), Tokens::RadiusCard, Paint::color(Theme::Surface),
+               Paint::color(Theme::Border));
+}
+
+void FloatingMessage::mousePressEvent(QMouseEvent*) {
+    hide();
+    deleteLater();
+}
+
+bool FloatingMessage::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == parentWidget() && event->type() == QEvent::Resize)
+        place();
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace Fenk

@@ -1,0 +1,105 @@
+#include "fenk/Label.h"
+
+#include <QPainter>
+#include <QStyle>
+
+namespace Fenk {
+
+namespace {
+
+Theme::FontRole fontOf(Label::Kind kind) {
+    switch (kind) {
+        case Label::Strong:
+            return Theme::BodyStrong;
+        case Label::Small:
+            return Theme::Small;
+        case Label::Heading:
+            return Theme::Heading;
+        case Label::Title:
+            return Theme::Title;
+        default:
+            return Theme::Body;
+    }
+}
+
+}  // namespace
+
+Label::Label(Kind kind, QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setFont(Theme::instance()->font(fontOf(kind)));
+    m_role = kind == Secondary || kind == Small ? Theme::Secondary : Theme::Text;
+    applyColor();
+    connect(Theme::instance(), &Theme::changed, this, &Label::applyColor);
+}
+
+Label::Label(const QString& text, Kind kind, QWidget* parent) : Label(kind, parent) {
+    setText(text);
+}
+
+void Label::setTextRole(Theme::Role role) {
+    m_role = role;
+    applyColor();
+}
+
+void Label::applyColor() {
+    QPalette colors = Theme::instance()->palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        colors.setColor(group, QPalette::WindowText, Theme::instance()->color(m_role));
+        colors.setColor(group, QPalette::Text, Theme::instance()->color(m_role));
+    }
+    setPalette(colors);
+}
+
+void Label::setElided(bool elided) {
+    m_elided = elided;
+    updateGeometry();
+    update();
+}
+
+void Label::setReadingWidth(int width) {
+    m_readingWidth = width;
+    setWordWrap(width > 0);
+    updateGeometry();
+}
+
+QSize Label::sizeHint() const {
+    if (m_readingWidth == 0)
+        return QLabel::sizeHint();
+    int natural = 0;
+    const QStringList lines = text().split('\n');
+    for (const QString& line : lines)
+        natural = qMax(natural, fontMetrics().horizontalAdvance(line));
+    const int width = qMin(m_readingWidth, natural + 2);
+    return {width, heightForWidth(width)};
+}
+
+bool Label::cuts() const {
+    return m_elided && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+}
+
+QSize Label::minimumSizeHint() const {
+    QSize hint = QLabel::minimumSizeHint();
+    if (m_elided)
+        hint.setWidth(fontMetrics().horizontalAdvance(QChar(0x2026)) * 2);
+    return hint;
+}
+
+void Label::resizeEvent(QResizeEvent* event) {
+    QLabel::resizeEvent(event);
+    if (m_elided)
+        setToolTip(cuts() ? text() : QString());
+}
+
+void Label::paintEvent(QPaintEvent* event) {
+    if (!cuts()) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    QPainter painter(this);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+    style()->drawItemText(&painter, contentsRect(),
+                          int(QStyle::visualAlignment(layoutDirection(), alignment())), palette(),
+                          isEnabled(), shown, foregroundRole());
+}
+
+}  // namespace Fenk

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QLabel>
+
+#include "fenk/Theme.h"
+
+namespace Fenk {
+
+/// Text of one of the product's kinds, in its font and colour in whatever theme. Plain text unless told
+/// otherwise; a single line that does not fit is elided, with the whole of it as tool tip.
+class Label : public QLabel {
+    Q_OBJECT
+public:
+    enum Kind { Body, Strong, Secondary, Small, Heading, Title };
+    Q_ENUM(Kind)
+
+    explicit Label(Kind kind, QWidget* parent = nullptr);
+    explicit Label(const QString& text, Kind kind = Body, QWidget* parent = nullptr);
+
+    /// Another colour than the kind's own, for states: danger, warning, success.
+    void setTextRole(Theme::Role role);
+
+    void setElided(bool elided);
+
+    /// Wrapped text that would like lines of this width at most, but takes less.
+    void setReadingWidth(int width);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void applyColor();
+    bool cuts() const;
+
+    Theme::Role m_role = Theme::Text;
+    int m_readingWidth = 0;
+    bool m_elided = false;
+};
+
+}  // namespace Fenk

@@ -1,0 +1,45 @@
+#include "fenk/SettingRow.h"
+
+#include <QBoxLayout>
+
+#include "fenk/Label.h"
+#include "fenk/Tokens.h"
+
+namespace Fenk {
+
+SettingRow::SettingRow(const QString& name, const QString& tip, QWidget* control, QWidget* parent)
+    : QWidget(parent),
+      m_name(new Label(name, Label::Body)),
+      m_tip(new Label(Label::Small)),
+      m_control(control) {
+    m_tip->setWordWrap(true);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(2);
+    words->addStretch();
+    words->addWidget(m_name);
+    words->addWidget(m_tip);
+    words->addStretch();
+    auto* layout = new QHBoxLayout(this);
+    const int above = tip.isEmpty() ? Tokens::Space8 : Tokens::Space12;
+    layout->setContentsMargins(Tokens::Space16, above, Tokens::Space16, above);
+    layout->setSpacing(Tokens::Space24);
+    layout->addLayout(words, 1);
+    if (control) {
+        layout->addWidget(control, 0, Qt::AlignVCenter);
+        m_name->setBuddy(control);
+        if (control->accessibleName().isEmpty())
+            control->setAccessibleName(name);
+    }
+    setMinimumHeight(Tokens::ControlHeight + 2 * above);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    setTip(tip);
+}
+
+void SettingRow::setTip(const QString& tip) {
+    m_tip->setText(tip);
+    m_tip->setVisible(!tip.isEmpty());
+    if (m_control && m_control->accessibleDescription().isEmpty())
+        m_control->setAccessibleDescription(tip);
+}
+
+}  // namespace Fenk

@@ -1,0 +1,56 @@
+#include "fenk/StandardMenu.h"
+
+#include <QActionGroup>
+#include <QMenu>
+
+#include "fenk/Application.h"
+#include "fenk/Theme.h"
+
+namespace Fenk {
+
+namespace {
+
+QString word(const char* text) {
+    return QCoreApplication::translate("TitleBarMenu", text);
+}
+
+void addThemeMenu(QMenu* menu) {
+    QMenu* themes = menu->addMenu(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Theme")));
+    themes->setObjectName("theme_menu");
+    auto* group = new QActionGroup(themes);
+    Theme* theme = Theme::instance();
+    const auto add = [themes, group](const QString& text, auto choose) {
+        QAction* action = themes->addAction(text, themes, choose);
+        action->setCheckable(true);
+        group->addAction(action);
+        return action;
+    };
+    QAction* system =
+        add(word(QT_TRANSLATE_NOOP("TitleBarMenu", "System theme")), [theme] { theme->followSystem(); });
+    themes->addSeparator();
+    QAction* light =
+        add(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Light")), [theme] { theme->setColorType(Theme::Light); });
+    QAction* dark =
+        add(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Dark")), [theme] { theme->setColorType(Theme::Dark); });
+    QObject::connect(themes, &QMenu::aboutToShow, themes, [=] {
+        (theme->followsSystem() ? system : theme->isDark() ? dark : light)->setChecked(true);
+    });
+}
+
+}  // namespace
+
+void appendStandardActions(QMenu* menu) {
+    if (!menu->isEmpty())
+        menu->addSeparator();
+    addThemeMenu(menu);
+    auto* application = qobject_cast<Application*>(QCoreApplication::instance());
+    if (!application)
+        return;
+    menu->addAction(word(QT_TRANSLATE_NOOP("TitleBarMenu", "About")), application,
+                    &Application::handleAboutAction);
+    menu->addSeparator();
+    menu->addAction(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Exit")), application,
+                    &Application::handleQuitAction);
+}
+
+}  // namespace Fenk

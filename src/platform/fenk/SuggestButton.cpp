@@ -1,0 +1,13 @@
+#include "fenk/SuggestButton.h"
+
+#include "fenk/WidgetLook.h"
+
+namespace Fenk {
+
+SuggestButton::SuggestButton(QWidget* parent) : SuggestButton(QString(), parent) {}
+
+SuggestButton::SuggestButton(const QString& text, QWidget* parent) : QPushButton(text, parent) {
+    setButtonKind(this, ButtonKind::Suggested);
+}
+
+}  // namespace Fenk

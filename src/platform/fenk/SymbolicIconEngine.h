@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QColor>
+#include <QIconEngine>
+
+namespace Fenk {
+
+/// Draws a one-colour picture in the colour of the theme at the moment of painting: text normally, the
+/// disabled colour when disabled. The shape comes from an SVG file or from an icon of the desktop's theme and
+/// stays sharp at every scale.
+class SymbolicIconEngine : public QIconEngine {
+public:
+    explicit SymbolicIconEngine(const QString& svgFile);
+    explicit SymbolicIconEngine(const QIcon& shape);
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override;
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override;
+    QIconEngine* clone() const override;
+    QString key() const override { return "fenk-symbolic"; }
+
+private:
+    QString m_svgFile;
+    QIcon m_shape;
+};
+
+/// What Theme::icon() does: desktop theme, then ":/icons", then the toolkit's own pictures.
+QIcon loadIcon(const QString& name);
+
+/// The shape of `icon` filled with one colour, for painters; `size` in device-independent pixels at the given
+/// ratio.
+QPixmap tintedPixmap(const QIcon& icon, const QSize& size, qreal ratio, const QColor& color);
+
+}  // namespace Fenk

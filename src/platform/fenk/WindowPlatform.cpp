@@ -1,0 +1,53 @@
+#include "fenk/WindowPlatform.h"
+
+#include <xcb/xcb.h>
+
+#include <QGuiApplication>
+#include <QWindow>
+#include <QX11Info>
+#include <cstdlib>
+#include <memory>
+
+namespace Fenk::WindowPlatform {
+
+namespace {
+
+bool s_assumed = false;
+
+xcb_atom_t atom(xcb_connection_t* connection, const QByteArray& name) {
+    const auto cookie = xcb_intern_atom(connection, 0, uint16_t(name.size()), name.constData());
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+}  // namespace
+
+bool compositing() {
+    if (s_assumed || QGuiApplication::platformName().startsWith("wayland"))
+        return true;
+    return QX11Info::isPlatformX11() && QX11Info::isCompositingManagerRunning();
+}
+
+void assumeCompositing(bool assumed) {
+    s_assumed = assumed;
+}
+
+void setBlurBehind(QWindow* window, bool blurred) {
+    if (!window || !QX11Info::isPlatformX11())
+        return;
+    xcb_connection_t* connection = QX11Info::connection();
+    const xcb_atom_t property = atom(connection, "_KDE_NET_WM_BLUR_BEHIND_REGION");
+    if (property == XCB_ATOM_NONE)
+        return;
+    const auto id = xcb_window_t(window->winId());
+    // An empty region stands for the whole window.
+    if (blurred)
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_CARDINAL, 32, 0,
+                            nullptr);
+    else
+        xcb_delete_property(connection, id, property);
+    xcb_flush(connection);
+}
+
+}  // namespace Fenk::WindowPlatform

@@ -1,0 +1,76 @@
+#include "fenk/style/Paint.h"
+
+#include "fenk/Color.h"
+
+namespace Fenk::Paint {
+
+QColor color(Theme::Role role) {
+    return Theme::instance()->color(role);
+}
+
+bool enabled(const QStyleOption* option) {
+    return option->state & QStyle::State_Enabled;
+}
+
+bool hovered(const QStyleOption* option) {
+    return enabled(option) && (option->state & QStyle::State_MouseOver);
+}
+
+bool pressed(const QStyleOption* option) {
+    return enabled(option) && (option->state & QStyle::State_Sunken);
+}
+
+bool keyboardFocus(const QStyleOption* option) {
+    return (option->state & QStyle::State_HasFocus) && (option->state & QStyle::State_KeyboardFocusChange);
+}
+
+QColor step(const QColor& ground) {
+    return mix(ground, color(Theme::Text), 0.08);
+}
+
+void box(QPainter* painter, const QRectF& rect, qreal radius, const QColor& fill, const QColor& stroke) {
+    const Scope scope(painter);
+    const bool lined = stroke.isValid() && stroke.alpha() > 0;
+    const qreal inset = lined ? Tokens::BorderWidth / 2 : 0;
+    painter->setPen(lined ? QPen(stroke, Tokens::BorderWidth) : QPen(Qt::NoPen));
+    painter->setBrush(fill.isValid() ? QBrush(fill) : QBrush(Qt::NoBrush));
+    const QRectF inner = rect.adjusted(inset, inset, -inset, -inset);
+    const qreal r = qMin(radius, qMin(rect.width(), rect.height()) / 2) - inset;
+    painter->drawRoundedRect(inner, qMax(qreal(0), r), qMax(qreal(0), r));
+}
+
+void ring(QPainter* painter, const QRectF& rect, qreal radius) {
+    const Scope scope(painter);
+    const qreal half = Tokens::RingWidth / 2.0;
+    painter->setPen(QPen(color(Theme::Accent), Tokens::RingWidth));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+void tick(QPainter* painter, const QRectF& rect, const QColor& ink) {
+    const Scope scope(painter);
+    painter->setPen(QPen(ink, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPointF points[] = {{rect.left() + rect.width() * 0.24, rect.top() + rect.height() * 0.53},
+                              {rect.left() + rect.width() * 0.42, rect.top() + rect.height() * 0.71},
+                              {rect.left() + rect.width() * 0.76, rect.top() + rect.height() * 0.32}};
+    painter->drawPolyline(points, 3);
+}
+
+void chevron(QPainter* painter, const QRectF& rect, Qt::ArrowType direction, const QColor& ink) {
+    const Scope scope(painter);
+    painter->setPen(QPen(ink, Tokens::IconStroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->translate(rect.center());
+    painter->rotate(direction == Qt::UpArrow      ? 180
+                    : direction == Qt::LeftArrow  ? 90
+                    : direction == Qt::RightArrow ? -90
+                                                  : 0);
+    const QPointF points[] = {{-4, -2}, {0, 2}, {4, -2}};
+    painter->drawPolyline(points, 3);
+}
+
+QRectF centred(const QRectF& rect, qreal width, qreal height) {
+    return {rect.left() + (rect.width() - width) / 2, rect.top() + (rect.height() - height) / 2, width,
+            height};
+}
+
+}  // namespace Fenk::Paint

@@ -1,0 +1,168 @@
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QFocusFrame>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QVBoxLayout>
+
+#include "FenkTestMain.h"
+#include "fenk/Card.h"
+#include "fenk/FloatingMessage.h"
+#include "fenk/Label.h"
+#include "fenk/LineEdit.h"
+#include "fenk/SearchEdit.h"
+#include "fenk/SettingRow.h"
+#include "fenk/Spinner.h"
+#include "fenk/SwitchButton.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+
+using namespace Fenk;
+
+class TestControls : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void switchTurnsByKey_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<bool>("before");
+        QTest::addColumn<bool>("after");
+        QTest::newRow("Space on") << int(Qt::Key_Space) << false << true;
+        QTest::newRow("Return off") << int(Qt::Key_Return) << true << false;
+        QTest::newRow("Right turns on") << int(Qt::Key_Right) << false << true;
+        QTest::newRow("Right keeps on") << int(Qt::Key_Right) << true << true;
+        QTest::newRow("Left turns off") << int(Qt::Key_Left) << true << false;
+    }
+    void switchTurnsByKey() {
+        QFETCH(int, key);
+        QFETCH(bool, before);
+        QFETCH(bool, after);
+        SwitchButton button;
+        button.setChecked(before);
+        QSignalSpy toggled(&button, &QAbstractButton::toggled);
+        QTest::keyClick(&button, Qt::Key(key));
+        QCOMPARE(button.isChecked(), after);
+        QCOMPARE(toggled.count(), before == after ? 0 : 1);
+    }
+
+    void switchArrivesAtOnceWithoutAnimation() {
+        Theme::instance()->setAnimationsEnabled(false);
+        SwitchButton moved;
+        SwitchButton made;
+        made.setChecked(true);
+        for (SwitchButton* button : {&moved, &made})
+            button->show();
+        moved.setChecked(true);
+        QCOMPARE(moved.grab().toImage(), made.grab().toImage());
+        QCOMPARE(moved.size(), QSize(Tokens::SwitchWidth, Tokens::SwitchHeight));
+        Theme::instance()->setAnimationsEnabled(true);
+    }
+
+    void alertStandsUntilTheTextChanges() {
+        LineEdit edit;
+        edit.setAccessibleName("Contact");
+        edit.show();
+        edit.showAlertMessage("Enter an address", 0);
+        QVERIFY(edit.isAlert());
+        QCOMPARE(edit.alertMessage(), QString("Enter an address"));
+        QCOMPARE(edit.lineEdit()->accessibleName(), QString("Contact"));
+        QTest::keyClick(edit.lineEdit(), Qt::Key_A);
+        QVERIFY(!edit.isAlert());
+        QCOMPARE(edit.alertMessage(), QString());
+        edit.showAlertMessage("Short", 1);
+        QTRY_VERIFY(!edit.isAlert());
+    }
+
+    void spinnerWaitsBeforeItShows() {
+        Spinner spinner;
+        spinner.show();
+        spinner.startDelayed();
+        QVERIFY(!spinner.isPlaying());
+        QTRY_VERIFY(spinner.isPlaying());
+        spinner.stop();
+        spinner.startDelayed();
+        spinner.stop();
+        Spinner later;
+        later.startDelayed();
+        QTRY_VERIFY(later.isPlaying());
+        QVERIFY(!spinner.isPlaying());
+    }
+
+    void escapeEmptiesTheSearch() {
+        SearchEdit search;
+        search.setText("edit");
+        QTest::keyClick(&search, Qt::Key_Escape);
+        QCOMPARE(search.text(), QString());
+    }
+
+    void ringIsForTheKeyboard() {
+        QWidget window;
+        auto* layout = new QVBoxLayout(&window);
+        auto* first = new QPushButton("First");
+        auto* second = new QPushButton("Second");
+        layout->addWidget(first);
+        layout->addWidget(second);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const auto ringed = [&window]() -> QWidget* {
+            auto* frame = window.findChild<QFocusFrame*>();
+            return frame && frame->isVisible() ? frame->widget() : nullptr;
+        };
+        QTest::mouseClick(first, Qt::LeftButton);
+        QVERIFY(!ringed());
+        first->setFocus();
+        QTest::keyClick(first, Qt::Key_Tab);
+        QCOMPARE(ringed(), second);
+        const QRect ring = window.findChild<QFocusFrame*>()->geometry();
+        QCOMPARE(ring, second->geometry().adjusted(-4, -4, 4, 4));
+        QTest::mouseClick(first, Qt::LeftButton);
+        QVERIFY(!ringed());
+    }
+
+    void comboListShowsEveryRow() {
+        QComboBox combo;
+        combo.addItems({"Wine 10", "Wine 8", "Wine 6"});
+        combo.insertSeparator(1);
+        combo.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&combo));
+        combo.showPopup();
+        QTRY_VERIFY(combo.view()->isVisible());
+        const QRect last = combo.view()->visualRect(combo.model()->index(combo.count() - 1, 0));
+        QVERIFY(combo.view()->viewport()->rect().contains(last));
+        QCOMPARE(last.height(), Tokens::MenuRowHeight);
+        QVERIFY(combo.view()->visualRect(combo.model()->index(1, 0)).height() < last.height());
+        combo.hidePopup();
+    }
+
+    void rowNamesItsControl() {
+        auto* button = new SwitchButton;
+        SettingRow row("Save memory", "Programs start more slowly", button);
+        QCOMPARE(button->accessibleName(), QString("Save memory"));
+        QCOMPARE(button->accessibleDescription(), QString("Programs start more slowly"));
+    }
+
+    void elidedLabelTellsTheWhole() {
+        Label label("A name that is too long for the room that there is");
+        label.setElided(true);
+        label.resize(80, 20);
+        label.show();
+        QCOMPARE(label.toolTip(), label.text());
+        label.resize(800, 20);
+        QCOMPARE(label.toolTip(), QString());
+    }
+
+    void newerMessageTakesThePlace() {
+        QWidget window;
+        window.resize(600, 400);
+        window.show();
+        FloatingMessage::show(&window, {}, "First");
+        FloatingMessage* second =
+            FloatingMessage::show(&window, {}, QString("Second <b>message</b> ").repeated(20), 1);
+        QCOMPARE(window.findChildren<FloatingMessage*>().size(), 1);
+        QVERIFY(window.rect().contains(second->geometry()));
+        const QPointer<FloatingMessage> alive(second);
+        QTRY_VERIFY(!alive);
+    }
+};
+
+FENK_TEST_MAIN(TestControls)
+#include "tst_controls.moc"

@@ -1,0 +1,113 @@
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMetaType>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "fenk/Application.h"
+#include "fenk/Theme.h"
+
+using namespace Fenk;
+
+struct Channels {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+};
+Q_DECLARE_METATYPE(Channels)
+
+QDBusArgument& operator<<(QDBusArgument& argument, const Channels& c) {
+    argument.beginStructure();
+    argument << c.red << c.green << c.blue;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, Channels& c) {
+    argument.beginStructure();
+    argument >> c.red >> c.green >> c.blue;
+    argument.endStructure();
+    return argument;
+}
+
+/// A desktop portal that knows a few settings and wraps what is read once more, as portals do.
+class FakePortal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+public:
+    QHash<QString, QVariant> settings;
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString& group, const QString& key) {
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(settings.value(group + '/' + key))));
+    }
+
+Q_SIGNALS:
+    void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+};
+
+class TestPortal : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void themeFollowsThePortal() {
+        FakePortal portal;
+        const QColor violet("#6A35C8");
+        portal.settings["org.freedesktop.appearance/color-scheme"] = 1u;
+        portal.settings["org.freedesktop.appearance/accent-color"] =
+            QVariant::fromValue(Channels{violet.redF(), violet.greenF(), violet.blueF()});
+        portal.settings["org.gnome.desktop.interface/enable-animations"] = false;
+        QDBusConnection desktop =
+            QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), "desktop");
+        QVERIFY(desktop.registerObject("/org/freedesktop/portal/desktop", &portal,
+                                       QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
+        QVERIFY(desktop.registerService("org.freedesktop.portal.Desktop"));
+
+        Theme* theme = Theme::instance();
+        theme->watchSystem(QPalette(Qt::white));
+        QVERIFY(!theme->isDark());
+        QTRY_VERIFY(theme->isDark());
+        QTRY_VERIFY(!theme->animationsEnabled());
+        QTRY_COMPARE(theme->color(Theme::Light, Theme::Accent), violet);
+
+        Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "color-scheme", QDBusVariant(2u));
+        QTRY_VERIFY(!theme->isDark());
+        // No preference and nonsense both leave what was; the value after them shows that they have been
+        // heard.
+        Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "color-scheme", QDBusVariant("dark"));
+        Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "accent-color",
+                                     QDBusVariant(QVariant::fromValue(Channels{-1, 2, 0})));
+        QTRY_VERIFY(theme->color(Theme::Light, Theme::Accent) != violet);
+        QVERIFY(!theme->isDark());
+
+        theme->setColorType(Theme::Dark);
+        Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "color-scheme", QDBusVariant(2u));
+        Q_EMIT portal.SettingChanged("org.gnome.desktop.interface", "enable-animations", QDBusVariant(true));
+        QTRY_VERIFY(theme->animationsEnabled());
+        QVERIFY(theme->isDark());
+    }
+};
+
+int main(int argc, char** argv) {
+    const QTemporaryDir home;
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"})
+        qputenv(name, QFile::encodeName(home.path()));
+    QProcess bus;
+    bus.start("dbus-daemon",
+              {"--session", "--nofork", "--print-address", "--address=unix:dir=" + home.path()});
+    if (!bus.waitForReadyRead(10000))
+        qFatal("dbus-daemon does not start");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.readLine().trimmed());
+    int result = 1;
+    {
+        Application app(argc, argv);
+        qDBusRegisterMetaType<Channels>();
+        TestPortal test;
+        result = QTest::qExec(&test, argc, argv);
+    }
+    bus.terminate();
+    bus.waitForFinished(5000);
+    return result;
+}
+
+#include "tst_portal.moc"
