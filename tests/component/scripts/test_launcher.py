@@ -111,6 +111,20 @@ class Commands(HomeCase):
         os.makedirs(self.path("wine/lib/wine/i386-windows"))
         self.assertEqual(self.launch("t", native)[0], 0)
 
+    def test_the_loader_fits_the_program(self):
+        directory = self.bottle()
+        os.makedirs(self.path("wine/lib/wine"))
+        wine64 = self.path("wine/lib/wine/wine64")
+        os.symlink(self.wine, wine64)
+        native = self.write("native.exe", pe_head(0x14C, 0x10B))
+        wide = self.write("wide.exe", pe_head(0x8664, 0x20B))
+        self.launch("t", wide)
+        self.assertEqual(self.record()["argv"][0], self.wine, "a 32-bit bottle")
+        os.makedirs(os.path.join(directory, "drive_c/windows/syswow64"))
+        for program, wine in ((wide, wine64), (native, self.wine), ("winemenubuilder.exe", wine64)):
+            self.launch("t", program)
+            self.assertEqual(self.record()["argv"][0], wine, program)
+
 
 class Records(HomeCase):
     def setUp(self):
