@@ -8,6 +8,7 @@ read whole, and only its resource directory is walked. Text is escaped to ASCII,
 """
 
 import json
+import mmap
 import os
 import resource
 import signal
@@ -34,9 +35,10 @@ def open_pe(path):
     """The file with its resource directory parsed; pefile.PEFormatError or OSError if it is no PE file."""
     import pefile
 
-    if not stat.S_ISREG(os.stat(path).st_mode):
-        raise OSError(f"{path} is not a file")
-    pe = pefile.PE(path, fast_load=True)
+    with open(os.open(path, os.O_RDONLY | os.O_NONBLOCK), "rb") as file:
+        if not stat.S_ISREG(os.fstat(file.fileno()).st_mode):
+            raise OSError(f"{path} is not a file")
+        pe = pefile.PE(data=mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ), fast_load=True)
     try:
         pe.parse_data_directories(directories=[pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_RESOURCE"]])
     except BaseException:

@@ -7,8 +7,10 @@ Writes DIRECTORY/NAME: with --no-convert the icon group as an .ico file, otherwi
 code is 1 when there is no icon or it cannot be written; nothing is left behind then.
 """
 
+import mmap
 import os
 import resource
+import stat
 import struct
 import subprocess
 import sys
@@ -35,9 +37,10 @@ class Image:
 def open_pe(path):
     import pefile
 
-    if not os.path.isfile(path):
-        raise OSError(f"{path} is not a file")
-    pe = pefile.PE(path, fast_load=True)
+    with open(os.open(path, os.O_RDONLY | os.O_NONBLOCK), "rb") as file:
+        if not stat.S_ISREG(os.fstat(file.fileno()).st_mode):
+            raise OSError(f"{path} is not a file")
+        pe = pefile.PE(data=mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ), fast_load=True)
     pe.parse_data_directories(directories=[pefile.DIRECTORY_ENTRY["IMAGE_DIRECTORY_ENTRY_RESOURCE"]])
     return pe
 

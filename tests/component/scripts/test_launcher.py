@@ -14,7 +14,8 @@ SLEEP = "print('up', flush=True); time.sleep(60)"
 
 def pe_head(machine, magic, clr=0):
     optional = struct.pack("<H", magic) + bytes(90) + struct.pack("<I", 16) + bytes(14 * 8) + struct.pack("<I", clr)
-    return b"MZ" + bytes(58) + struct.pack("<I", 64) + b"PE\0\0" + struct.pack("<H", machine) + bytes(18) + optional + bytes(64)
+    head = b"MZ" + bytes(58) + struct.pack("<I", 64) + b"PE\0\0" + struct.pack("<H", machine) + bytes(18)
+    return head + optional + bytes(64)
 
 
 class Commands(HomeCase):
@@ -110,6 +111,20 @@ class Commands(HomeCase):
         os.makedirs(self.path("wine/lib/wine/i386-windows"))
         self.assertEqual(self.launch("t", native)[0], 0)
 
+    def test_the_loader_fits_the_program(self):
+        directory = self.bottle()
+        os.makedirs(self.path("wine/lib/wine"))
+        wine64 = self.path("wine/lib/wine/wine64")
+        os.symlink(self.wine, wine64)
+        native = self.write("native.exe", pe_head(0x14C, 0x10B))
+        wide = self.write("wide.exe", pe_head(0x8664, 0x20B))
+        self.launch("t", wide)
+        self.assertEqual(self.record()["argv"][0], self.wine, "a 32-bit bottle")
+        os.makedirs(os.path.join(directory, "drive_c/windows/syswow64"))
+        for program, wine in ((wide, wine64), (native, self.wine), ("winemenubuilder.exe", wine64)):
+            self.launch("t", program)
+            self.assertEqual(self.record()["argv"][0], wine, program)
+
 
 class Records(HomeCase):
     def setUp(self):
@@ -134,6 +149,16 @@ class Records(HomeCase):
                 self.assertEqual(self.launch("t", "--uuid", UUID)[0], 0)
                 self.assertEqual(self.record()["argv"], [self.path("path/wine"), r"C:\App Dir\程序.exe", "手", "edited"])
 
+    def test_the_bottle_file_names_the_runner(self):
+        runner = self.write("home 家/.local/share/lumora-wine-bottles/runners/own 10/bin/wine", self.read(self.wine), True)
+        machine = self.path("path/wine")
+        for name, wine in (("own 10", runner), ("r", self.wine), ("../x", machine), ("", machine)):
+            with self.subTest(name):
+                self.write(os.path.join(self.directory, "bottle.yml"), f"Runner: '{name}'\n")
+                os.utime(os.path.join(self.directory, "launch.json"), (1, 1))
+                self.assertEqual(self.launch("t", "x.exe")[0], 0)
+                self.assertEqual(self.record()["argv"][0], wine)
+
     def test_a_newer_but_broken_bottle_file_leaves_the_old_record_in_force(self):
         self.write(os.path.join(self.directory, "bottle.yml"), "a: [\n")
         os.utime(os.path.join(self.directory, "launch.json"), (1, 1))
@@ -144,7 +169,8 @@ class Records(HomeCase):
     def test_odd_values_in_a_record_are_passed_over(self):
         for record in ({"env": [1], "programs": 5}, {"wine": None, "wineserver": 7}, {"env": {"A": {}, "B": None}}):
             with self.subTest(record):
-                self.write(os.path.join(self.directory, "launch.json"), json.dumps({"version": 1, "wine": self.wine} | record))
+                text = json.dumps({"version": 1, "wine": self.wine} | record)
+                self.write(os.path.join(self.directory, "launch.json"), text)
                 self.assertEqual(self.launch("t", "x.exe")[0], 0)
 
 
@@ -167,6 +193,16 @@ class Life(HomeCase):
                 process.send_signal(number)
                 process.communicate(timeout=20)
                 self.assertEqual(process.returncode, 128 + number)
+
+    def test_what_the_caller_ignores_stays_ignored(self):
+        def ignore():
+            for number in (signal.SIGHUP, signal.SIGCHLD):
+                signal.signal(number, signal.SIG_IGN)
+        process = self.start("t", "x.exe", do="print('up', flush=True); time.sleep(0.5); sys.exit(6)", preexec_fn=ignore)
+        process.stdout.readline()
+        process.send_signal(signal.SIGHUP)
+        process.communicate(timeout=20)
+        self.assertEqual(process.returncode, 6)
 
     def test_a_killed_launcher_leaves_the_program_alone(self):
         process = self.start("t", "x.exe", do=SLEEP)

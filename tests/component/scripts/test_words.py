@@ -28,6 +28,7 @@ class Words(unittest.TestCase):
             (r"regedit.exe C:\x.reg", ["regedit.exe", r"C:\x.reg"]),
             ("/a b/x.exe", ["/a b/x.exe"]), ("/a b/x.exe /S -q", ["/a b/x.exe", "/S", "-q"]),
             (r"C:\Program Files\x.exe /S", [r"C:\Program Files\x.exe", "/S"]),
+            ("/no such/x.exe /S", ["/no such/x.exe /S"]),
             (r'"C:\Program Files\x.exe" "a b"', [r"C:\Program Files\x.exe", "a b"]),
         ):
             with self.subTest(text):

@@ -56,7 +56,7 @@ def load_bottle(name, environ):
     if record is None or _modified(quick) < _modified(slow):
         parsed = _read_yaml(slow)
         if parsed is not None:
-            _fill_from_yaml(bottle, parsed)
+            _fill_from_yaml(bottle, parsed, record, environ)
             return bottle
         bottle.complaint = f"the records of bottle \"{name}\" cannot be read or are out of date"
     if record is not None:
@@ -111,7 +111,14 @@ def _fill(bottle, record):
             setattr(bottle, key, record[key])
 
 
-def _fill_from_yaml(bottle, parsed):
-    """What a bottle's own record tells; the Wine is then the machine's."""
+def _fill_from_yaml(bottle, parsed, outdated, environ):
+    """The bottle's own record wins; the outdated one still knows the Wine of the same runner. A runner that is
+    no directory of its own is the machine's Wine."""
+    runner = parsed.get("Runner")
+    if outdated and runner and outdated.get("runner") == runner:
+        _fill(bottle, outdated)
+    elif isinstance(runner, str) and runner and "/" not in runner and "\0" not in runner and runner not in (".", ".."):
+        wine = os.path.join(os.path.dirname(bottles_root(environ)), "runners", runner, "bin", "wine")
+        bottle.wine = wine if os.path.isfile(wine) else ""
     programs = parsed.get("External_Programs")
     bottle.programs = programs if isinstance(programs, dict) else {}

@@ -36,6 +36,26 @@ def _text(value):
     return str(int(value)) if isinstance(value, bool) else str(value)
 
 
+def loader_for(wine, bottle_dir, is_32bit):
+    """The 64-bit loader of the same Wine, for all but 32-bit programs of a 64-bit bottle.
+
+    Where both kinds are installed, `wine` is the 32-bit loader: it starts a 64-bit program by way of a second one,
+    and does not find Wine's own programs that exist only in 64 bits, winemenubuilder.exe among them.
+    """
+    real = os.path.realpath(wine)
+    wow64 = os.path.join(bottle_dir, "drive_c", "windows", "syswow64")
+    if is_32bit or os.path.basename(real) not in ("wine", "wine-stable") or not os.path.isdir(wow64):
+        return wine
+    root = os.path.dirname(os.path.dirname(real))
+    paths = (os.path.join(root, "bin", "wine64"), os.path.join(root, "lib", "wine", "wine64"))
+    return next((path for path in paths if os.path.isfile(path) and os.access(path, os.X_OK)), wine)
+
+
+def server_beside(wine):
+    server = os.path.join(os.path.dirname(wine), "wineserver")
+    return server if os.access(server, os.X_OK) else ""
+
+
 def find_wine(bottle, caller):
     """The bottle's Wine, else the machine's where the record names none."""
     if bottle.wine:

@@ -49,7 +49,7 @@ def wait_for_rest(child, start, uuid, tail, say):
 
 def _wait_for_server(child, start, tail, say):
     """Without a mark the whole prefix is waited for."""
-    server = start.env.get("WINESERVER") or os.path.join(os.path.dirname(start.argv[0]), "wineserver")
+    server = start.env.get("WINESERVER", "wineserver")
     null = os.open(os.devnull, os.O_WRONLY | os.O_CLOEXEC)
     try:
         waiter = supervise.spawn(supervise.Start([server, "-w"], start.env, ""), null, ())

@@ -56,11 +56,11 @@ def _try_fork():
 
 
 class Keeper:
-    """Punches holes into the log behind read_fd. wine_fd is a pidfd, for file systems that cannot tell of writers."""
+    """Punches holes into the log behind read_fd. wine_pid is for file systems that cannot tell of writers."""
 
-    def __init__(self, read_fd, wine_fd, tidy):
+    def __init__(self, read_fd, wine_pid, tidy):
         self.fd = read_fd
-        self.wine_fd = wine_fd
+        self.wine = f"/proc/{wine_pid}"
         self.tidy = tidy
         self.punched = 0
 
@@ -76,7 +76,10 @@ class Keeper:
             time.sleep(QUICK if size - before > STEP else CALM)
         self.thin(os.fstat(self.fd).st_size)
         if self.tidy and self.punched:
-            time.sleep(TIDY_AFTER)
+            for _ in range(TIDY_AFTER):
+                time.sleep(1)
+                if os.fstat(self.fd).st_nlink == 0:
+                    return
             if not self.has_writers():
                 self.shorten()
 
@@ -99,7 +102,7 @@ class Keeper:
         except OSError as error:
             if error.errno == errno.EAGAIN:
                 return True
-            return not select.select([self.wine_fd], [], [], 0)[0]
+            return os.path.exists(self.wine)
 
     def shorten(self):
         """Takes the hole out of an ended log, where the file system can: a copy of it is then small as well."""

@@ -42,7 +42,8 @@ def _launch(request):
         say(bottle.complaint)
     program, envs = _program(request, bottle)
     wine = environment.find_wine(bottle, os.environ)
-    windows.check_bits(program, wine)
+    bottle.wineserver = bottle.wineserver or environment.server_beside(wine)
+    wine = environment.loader_for(wine, bottle.directory, windows.check_bits(program, wine))
     if request.cli:
         from cellarix_launcher import terminal
         code = terminal.run_in_terminal(request, say)

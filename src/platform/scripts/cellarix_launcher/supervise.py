@@ -3,7 +3,9 @@
 import os
 import signal
 
-PASSED_ON = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT)
+# What the caller has set to be ignored (nohup does) stays ignored, by Wine as well.
+PASSED_ON = tuple(number for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT)
+                  if signal.getsignal(number) != signal.SIG_IGN)
 TAIL_INTERVAL = 0.05
 
 
@@ -41,6 +43,7 @@ class Child:
 
 def hold_signals():
     """From here on signals are fetched, never delivered. Returns the mask that a child needs again."""
+    signal.signal(signal.SIGCHLD, signal.SIG_DFL)  # an ignored one would lose the exit code
     return signal.pthread_sigmask(signal.SIG_BLOCK, PASSED_ON + (signal.SIGCHLD,))
 
 
@@ -68,7 +71,8 @@ def spawn(start, output_fd, mask, prepare=os.setsid):
                     os.chdir(start.folder)
                 except OSError:
                     pass
-            signal.signal(signal.SIGPIPE, signal.SIG_DFL)
+            for number in (signal.SIGPIPE, signal.SIGXFSZ):  # which the interpreter ignores
+                signal.signal(number, signal.SIG_DFL)
             signal.pthread_sigmask(signal.SIG_SETMASK, mask)
             os.execve(start.argv[0], start.argv, start.env)
         except OSError as error:
@@ -116,10 +120,11 @@ def _sink(log):
 
 def _keep(log, read_fd, child, request):
     from cellarix_launcher import logkeeper
-    wine_fd = os.pidfd_open(child.pid)
     os.close(log.fd)
-    logkeeper.detach(logkeeper.Keeper(read_fd, wine_fd, not request.show_logs).run, read_fd, wine_fd)
-    os.close(wine_fd)
+    keeper = logkeeper.Keeper(read_fd, child.pid, not request.show_logs)
+    logkeeper.detach(keeper.run, read_fd)
+    if not request.show_logs:
+        os.close(read_fd)
 
 
 def _start_with_pump(start, log, request, mask):
@@ -142,11 +147,16 @@ class Tail:
         self.fd = fd
         self.at = 0
 
-    def show(self):
+    def show(self, patience=100):
+        """Up to what the log holds now; patience is how many milliseconds a reader may stall."""
         import select
+        if self.fd < 0:
+            return
         pipe = select.poll()
         pipe.register(2, select.POLLOUT)
-        while self.fd >= 0 and pipe.poll(100):
+        end = os.fstat(self.fd).st_size
+        self.at = min(self.at, end)
+        while self.fd >= 0 and self.at < end and pipe.poll(patience):
             try:
                 # A hole in front is what was given back to the disk meanwhile.
                 self.at = os.lseek(self.fd, self.at, os.SEEK_DATA)
@@ -172,5 +182,5 @@ def _wait(child, tail, start, request, say):
         from cellarix_launcher import family
         family.wait_for_rest(child, start, request.uuid, tail, say)
     if tail:
-        tail.show()
+        tail.show(3000)
     return child.code

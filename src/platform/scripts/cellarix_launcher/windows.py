@@ -147,6 +147,10 @@ def wine_lacks_32bit(wine):
 
 
 def check_bits(program, wine):
-    if program.file and is_pe32(program.file) and wine_lacks_32bit(wine):
+    """Whether the program is a 32-bit one; an error if the Wine cannot run those."""
+    if not program.file or not is_pe32(program.file):
+        return False
+    if wine_lacks_32bit(wine):
         name = os.path.basename(program.file)
         raise errors.LaunchError(errors.NEEDS_WINE32, f"\"{name}\" is a 32-bit program; install wine32 to run it")
+    return True

@@ -1,6 +1,6 @@
 """Command lines: the launcher's own options, a program's stored arguments, and one-word commands."""
 
-from cellarix_launcher import errors
+from cellarix_launcher import errors, windows
 
 USAGE = """usage: launcher.py BOTTLE [--log-path FILE] [--cli] [--show-logs] [--wait] (--uuid UUID | EXE) [ARGS...]
        launcher.py BOTTLE COMMAND-LINE
@@ -91,6 +91,8 @@ def split_command(word, is_file):
         while (end := word.rfind(" ", 0, end)) > 0:
             if is_file(word[:end]):
                 return [word[:end]] + split_arguments(word[end:])
+        if word.startswith("/") or windows.is_windows_path(word):
+            return [word]  # to be told as a whole that it does not exist
     return split_arguments(word) or [word]
 
 

@@ -1,0 +1,148 @@
+"""The launcher with the machine's Wine, one prefix for all cases, on an X server of its own."""
+
+import glob
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+
+from support import BUILD, UUID, HomeCase, wait_until
+
+WINE = shutil.which("wine", path="/usr/bin:/bin")
+KINDS = [kind for kind in ("x64", "x86") if os.path.exists(os.path.join(BUILD, "tests", "programs", kind, "window.exe"))]
+TOOLS = all(shutil.which(tool) for tool in ("Xvfb", "xdotool"))
+
+
+def sample(kind, name):
+    return os.path.join(BUILD, "tests", "programs", kind, name + ".exe")
+
+
+@unittest.skipUnless(WINE and KINDS and TOOLS, "needs Wine, the sample programs, Xvfb and xdotool")
+class RealWine(HomeCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.shared = tempfile.mkdtemp(prefix="cellarix-wine-")
+        cls.addClassCleanup(shutil.rmtree, cls.shared, ignore_errors=True)
+        read, write = os.pipe()
+        cls.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "800x600x24", "-nolisten", "tcp"],
+                                       pass_fds=[write], stderr=subprocess.DEVNULL)
+        cls.addClassCleanup(cls.display.wait)
+        cls.addClassCleanup(cls.display.terminate)
+        os.close(write)
+        with open(read, encoding="ascii") as number:
+            display = ":" + number.readline().strip()
+        cls.wine_env = {"PATH": "/usr/bin:/bin", "HOME": cls.shared, "DISPLAY": display, "LANG": "C.UTF-8",
+                        "WINEDLLOVERRIDES": "mscoree,mshtml="}
+        prefix = {"WINEPREFIX": os.path.join(cls.shared, "prefix")}
+        cls.addClassCleanup(subprocess.run, ["wineserver", "-k"], env=cls.wine_env | prefix, check=False)
+        subprocess.run([WINE, "wineboot", "-i"], env=cls.wine_env | prefix | {"WINEDEBUG": "-all"}, check=True, timeout=150)
+        cls.prefix = prefix["WINEPREFIX"]
+
+    def setUp(self):
+        super().setUp()
+        where = self.bottle(wine=WINE, wineserver=shutil.which("wineserver", path="/usr/bin:/bin") or "",
+                            programs={UUID: {"path": "", "name": "P"}})
+        shutil.copy(os.path.join(where, "launch.json"), self.prefix)
+        shutil.copy(os.path.join(where, "bottle.yml"), self.prefix)
+        os.utime(os.path.join(self.prefix, "launch.json"))
+        shutil.rmtree(where)
+        os.symlink(self.prefix, where)
+        self.where = where
+        self.env = self.wine_env | {"XDG_DATA_HOME": self.path("home 家/.local/share"), "WINEDEBUG": "-all"}
+        self.log = self.path("l.txt")
+
+    def test_console_programs_get_their_words_and_give_their_code(self):
+        for kind in KINDS:
+            with self.subTest(kind):
+                words = ["a b", 'q"x', "世界", "--cli", "$HOME"]
+                code, out, err = self.launch("t", "--log-path", self.log, sample(kind, "console"), *words, "--exit", "5")
+                self.assertEqual((code, out), (5, ""), err)
+                log = self.read(self.log)
+                self.assertIn("arguments: [a b] [q\"x] [世界] [--cli] [$HOME]\r\n你好，世界\r\n", log)
+                self.assertEqual(self.launch("t", sample(kind, "quit"))[0], 0)
+
+    def test_a_batch_file_keeps_its_blanks(self):
+        file = self.write("a b/run it.bat", "@echo off\r\necho [%1] [%2]\r\nexit /b 7\r\n")
+        windows = "Z:" + file.replace("/", "\\")
+        for name in (file, windows):
+            code, out, _ = self.launch("t", name, "x y", "z")
+            self.assertEqual((code, out.strip()), (7, '["x y"] [z]'))
+
+    def test_an_internal_command_in_one_word(self):
+        code, out, _ = self.launch("t", "cmd.exe /c echo hello", env={"WINEDEBUG": "-all"})
+        self.assertEqual((code, out.strip()), (0, "hello"))
+        self.assertEqual(self.launch("t", "winemenubuilder.exe", "-a", "-r")[:2], (0, ""))
+        code, out, _ = self.launch("t", "taskkill.exe", "/f", "/im", "none.exe")
+        self.assertIn("none.exe", out)
+
+    def test_a_window_lives_until_it_is_closed(self):
+        for kind in KINDS:
+            with self.subTest(kind):
+                process = self.start("t", "--log-path", self.log, sample(kind, "window"), "窗口 " + kind)
+                window = self.find_window("窗口 " + kind)
+                self.close(window)
+                self.assertEqual(process.wait(30), 0)
+                process.communicate()
+
+    def test_wait_covers_what_the_program_started(self):
+        env = {"_CXB_WINE_PROGRAM_UUID": UUID}
+        process = self.start("t", "--wait", "--log-path", self.log, sample(KINDS[0], "spawn"), "Child", env=env)
+        window = self.find_window("Child")
+        wait_until(lambda: not self.runs(b"spawn.exe"))
+        self.assertIsNone(process.poll())
+        self.close(window)
+        self.assertEqual(process.wait(30), 0)
+        process.communicate()
+
+    def test_a_signal_ends_the_program(self):
+        process = self.start("t", "--log-path", self.log, sample(KINDS[0], "window"), "Signalled")
+        self.find_window("Signalled")
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(30), 143)
+        process.communicate()
+
+    def test_a_flood_from_wine_stays_small(self):
+        process = self.start("t", "--log-path", self.log, sample(KINDS[0], "flood"), "500")
+        peak = 0
+        while process.poll() is None:
+            peak = max(peak, os.stat(self.log).st_blocks * 512) if os.path.exists(self.log) else 0
+        process.communicate()
+        self.assertEqual(process.returncode, 0)
+        self.assertLess(peak, 40 << 20)
+        with open(self.log, "rb") as file:
+            file.seek(-(10 << 20), os.SEEK_END)
+            lines = file.read().split(b"\n")[1:-1]
+        end = (500 << 20) // 64
+        self.assertEqual([line[:17] for line in lines], [b"line %012d" % n for n in range(end - len(lines), end)])
+
+    def runs(self, name):
+        for path in glob.glob("/proc/[0-9]*/cmdline"):
+            try:
+                with open(path, "rb") as file:
+                    if file.read().split(b"\0")[0].endswith(name):
+                        return True
+            except OSError:
+                pass
+        return False
+
+    def find_window(self, title):
+        return wait_until(lambda: self.xdotool("search", "--onlyvisible", "--name", f"^{title}$"), 30)
+
+    def close(self, window):
+        """Alt+F4, which Wine turns into WM_CLOSE; there is no window manager to ask."""
+        wait_until(lambda: not self.xdotool("windowfocus", window) and not self.xdotool("key", "alt+F4")
+                   and not self.alive(window), 30)
+
+    def alive(self, window):
+        time.sleep(0.1)
+        return subprocess.run(["xdotool", "getwindowname", window], env=self.env, capture_output=True, check=False).stdout
+
+    def xdotool(self, *words):
+        return subprocess.run(["xdotool", *words], env=self.env, capture_output=True, text=True, check=False).stdout.strip()
+
+
+if __name__ == "__main__":
+    unittest.main()
