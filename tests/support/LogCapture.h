@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QMutex>
+#include <QString>
+#include <QVector>
+
+namespace TestSupport {
+
+/// Collects everything that goes through Qt's message functions while it lives, from every thread; the handler that
+/// was there before comes back afterwards. One at a time.
+class LogCapture {
+public:
+    struct Line {
+        QtMsgType type;
+        QString category;
+        QString text;
+    };
+
+    LogCapture();
+    ~LogCapture();
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    QVector<Line> lines() const;
+    /// Number of lines that contain the text.
+    int count(const QString& text) const;
+    bool contains(const QString& text) const { return count(text) > 0; }
+    bool contains(QtMsgType type, const QString& text) const;
+    /// Turns the event loop until a line contains the text.
+    bool waitFor(const QString& text, int timeoutMs = 10000) const;
+    /// All lines joined, to show when a test fails.
+    QString text() const;
+    void clear();
+
+private:
+    static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message);
+
+    mutable QMutex m_mutex;
+    QVector<Line> m_lines;
+    QtMessageHandler m_previous = nullptr;
+};
+
+}  // namespace TestSupport
