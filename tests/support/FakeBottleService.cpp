@@ -104,18 +104,21 @@ void FakeBottleService::clearCalls() {
     control("ClearCalls");
 }
 
-bool FakeBottleService::emitSignal(const QString& name, const QString& signature, const QJsonArray& arguments) {
-    return emitSignal("/com/lumora/Manager/Bottles", "com.lumora.Manager.Bottles", name, signature, arguments);
+bool FakeBottleService::emitSignal(const QString& name, const QString& signature,
+                                   const QJsonArray& arguments) {
+    return emitSignal("/com/lumora/Manager/Bottles", "com.lumora.Manager.Bottles", name, signature,
+                      arguments);
 }
 
 bool FakeBottleService::emitSignal(const QString& path, const QString& interface, const QString& name,
                                    const QString& signature, const QJsonArray& arguments) {
-    return control("EmitSignal", {path, interface, name, signature, compact(QJsonDocument(arguments))}).toBool();
+    return control("EmitSignal", {path, interface, name, signature, compact(QJsonDocument(arguments))})
+        .toBool();
 }
 
 QVariant FakeBottleService::control(const QString& method, const QVariantList& arguments) {
-    QDBusMessage call = QDBusMessage::createMethodCall("com.lumora.Test.FakeService", "/com/lumora/Test/Control",
-                                                       "com.lumora.Test.Control", method);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        "com.lumora.Test.FakeService", "/com/lumora/Test/Control", "com.lumora.Test.Control", method);
     call.setArguments(arguments);
     const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
     if (reply.type() == QDBusMessage::ErrorMessage)

@@ -21,15 +21,16 @@ struct RecordedCall {
     QJsonArray arguments;
 };
 
-/// The background service's stand-in, a process of its own on the session bus of the environment. It records what it
-/// is asked and answers as it is told; see Scenario.h for keys and answers. Without orders it answers like a service
-/// that is running but has no bottle.
+/// The background service's stand-in, a process of its own on the session bus of the environment. It records
+/// what it is asked and answers as it is told; see Scenario.h for keys and answers. Without orders it answers
+/// like a service that is running but has no bottle.
 class FakeBottleService {
 public:
     FakeBottleService() = default;
     ~FakeBottleService();
 
-    /// Starts the process. A nameless one comes to the bus but does not take the service's name until takeName().
+    /// Starts the process. A nameless one comes to the bus but does not take the service's name until
+    /// takeName().
     bool start(bool nameless = false);
     /// Ends the process at once, as a crash does.
     void kill();
@@ -47,27 +48,32 @@ public:
     /// The process ends in the middle of the call.
     void setVanish(const QString& key) { setAnswers(key, {{{"vanish", true}}}); }
     /// The call stays open until release().
-    void setHeld(const QString& key, const QString& text) { setAnswers(key, {{{"text", text}, {"hold", true}}}); }
+    void setHeld(const QString& key, const QString& text) {
+        setAnswers(key, {{{"text", text}, {"hold", true}}});
+    }
     void setLate(const QString& key, const QString& text, int ms) {
         setAnswers(key, {{{"text", text}, {"delay", ms}}});
     }
     void setAnswers(const QString& key, const QVector<QJsonObject>& answers);
     /// The record that get answers for one bottle.
-    void setBottle(const QString& bottle, const QJsonObject& record) { setJson("Bottles.get:" + bottle, record); }
+    void setBottle(const QString& bottle, const QJsonObject& record) {
+        setJson("Bottles.get:" + bottle, record);
+    }
 
     /// Answers held calls; returns how many.
     int release(const QString& method = {});
 
     QVector<RecordedCall> calls();
     QVector<RecordedCall> calls(const QString& method);
-    /// Turns the event loop until the method was called that often; the last such call, or one without a method name.
+    /// Turns the event loop until the method was called that often; the last such call, or one without a
+    /// method name.
     RecordedCall waitForCall(const QString& method, int times = 1, int timeoutMs = 10000);
     void clearCalls();
 
     /// Emits a signal of the bottle interface. The signature has a letter per argument: s, b, i, u, x.
     bool emitSignal(const QString& name, const QString& signature, const QJsonArray& arguments);
-    bool emitSignal(const QString& path, const QString& interface, const QString& name, const QString& signature,
-                    const QJsonArray& arguments);
+    bool emitSignal(const QString& path, const QString& interface, const QString& name,
+                    const QString& signature, const QJsonArray& arguments);
 
 private:
     QVariant control(const QString& method, const QVariantList& arguments = {});

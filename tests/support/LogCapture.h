@@ -6,8 +6,8 @@
 
 namespace TestSupport {
 
-/// Collects everything that goes through Qt's message functions while it lives, from every thread; the handler that
-/// was there before comes back afterwards. One at a time.
+/// Collects everything that goes through Qt's message functions while it lives, from every thread; the
+/// handler that was there before comes back afterwards. One at a time.
 class LogCapture {
 public:
     struct Line {

@@ -8,8 +8,9 @@
 
 namespace TestSupport {
 
-/// A session bus of the test's own. Make it before the program first asks for QDBusConnection::sessionBus(): its
-/// address stands in DBUS_SESSION_BUS_ADDRESS while the object lives. Services can be activated from servicesDir().
+/// A session bus of the test's own. Make it before the program first asks for QDBusConnection::sessionBus():
+/// its address stands in DBUS_SESSION_BUS_ADDRESS while the object lives. Services can be activated from
+/// servicesDir().
 class PrivateBus {
 public:
     PrivateBus();

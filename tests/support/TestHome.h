@@ -7,8 +7,8 @@
 
 namespace TestSupport {
 
-/// A home directory of the test's own: HOME and the XDG directories (the runtime directory with mode 0700) point
-/// below it while the object lives. Make it before anything reads a standard path.
+/// A home directory of the test's own: HOME and the XDG directories (the runtime directory with mode 0700)
+/// point below it while the object lives. Make it before anything reads a standard path.
 class TestHome {
 public:
     TestHome();

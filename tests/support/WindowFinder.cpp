@@ -48,7 +48,8 @@ public:
     QByteArray property(xcb_window_t window, const QByteArray& name) const {
         const quint32 maxWords = 16384;
         const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-            m_connection, xcb_get_property(m_connection, 0, window, atom(name), XCB_ATOM_ANY, 0, maxWords), nullptr));
+            m_connection, xcb_get_property(m_connection, 0, window, atom(name), XCB_ATOM_ANY, 0, maxWords),
+            nullptr));
         if (!reply)
             return {};
         return {static_cast<const char*>(xcb_get_property_value(reply.get())),
@@ -133,9 +134,7 @@ WindowInfo WindowFinder::waitForTitle(const QString& text, int timeoutMs) const 
 
 bool WindowFinder::waitUntilGone(quint32 id, int timeoutMs) const {
     return waitUntil(
-        [&] {
-            return topmost(windows(), [&](const WindowInfo& window) { return window.id == id; }).id == 0;
-        },
+        [&] { return topmost(windows(), [&](const WindowInfo& window) { return window.id == id; }).id == 0; },
         timeoutMs);
 }
 
@@ -169,7 +168,8 @@ QMap<QString, QString> environmentOf(qint64 pid) {
     for (const QByteArray& entry : file.readAll().split('\0')) {
         const int equals = entry.indexOf('=');
         if (equals > 0)
-            result.insert(QString::fromLocal8Bit(entry.left(equals)), QString::fromLocal8Bit(entry.mid(equals + 1)));
+            result.insert(QString::fromLocal8Bit(entry.left(equals)),
+                          QString::fromLocal8Bit(entry.mid(equals + 1)));
     }
     return result;
 }

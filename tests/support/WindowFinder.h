@@ -17,8 +17,8 @@ struct WindowInfo {
     QRect geometry;
 };
 
-/// Looks at the windows of an X display the way a desktop does: through the window manager's list, whatever process
-/// they belong to. Needs a window manager that keeps _NET_CLIENT_LIST_STACKING.
+/// Looks at the windows of an X display the way a desktop does: through the window manager's list, whatever
+/// process they belong to. Needs a window manager that keeps _NET_CLIENT_LIST_STACKING.
 class WindowFinder {
 public:
     /// An empty name means $DISPLAY.

@@ -7,8 +7,8 @@
 
 namespace TestSupport {
 
-/// A virtual screen with a window manager, on a free display number that stands in $DISPLAY while the object lives.
-/// Make it before a QGuiApplication that is to show windows there.
+/// A virtual screen with a window manager, on a free display number that stands in $DISPLAY while the object
+/// lives. Make it before a QGuiApplication that is to show windows there.
 class XSession {
 public:
     explicit XSession(const QString& screen = "1280x800x24");

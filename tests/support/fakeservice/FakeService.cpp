@@ -20,12 +20,18 @@ QJsonArray toJson(const QVariantList& arguments) {
 
 QVariant typed(QChar type, const QJsonValue& value) {
     switch (type.toLatin1()) {
-        case 's': return value.toString();
-        case 'b': return value.toBool();
-        case 'i': return value.toInt();
-        case 'u': return uint(value.toDouble());
-        case 'x': return qlonglong(value.toDouble());
-        default: return {};
+        case 's':
+            return value.toString();
+        case 'b':
+            return value.toBool();
+        case 'i':
+            return value.toInt();
+        case 'u':
+            return uint(value.toDouble());
+        case 'x':
+            return qlonglong(value.toDouble());
+        default:
+            return {};
     }
 }
 
@@ -51,7 +57,8 @@ bool FakeService::handleMessage(const QDBusMessage& message, const QDBusConnecti
     if (message.interface() == "org.freedesktop.DBus.Introspectable")
         return false;
     record(message);
-    if (message.interface() == kBottles && Scenario::bottleSignature(message.member()) != message.signature()) {
+    if (message.interface() == kBottles &&
+        Scenario::bottleSignature(message.member()) != message.signature()) {
         const QString text = QString("no method %1(%2)").arg(message.member(), message.signature());
         return m_connection.send(message.createErrorReply(QDBusError::UnknownMethod, text));
     }

@@ -8,8 +8,8 @@
 
 #include "support/fakeservice/Scenario.h"
 
-/// Answers every call below /com/lumora/Manager from the scenario and records it. Calls of the bottle interface with
-/// a wrong name or signature are refused, as the real one would.
+/// Answers every call below /com/lumora/Manager from the scenario and records it. Calls of the bottle
+/// interface with a wrong name or signature are refused, as the real one would.
 class FakeService : public QDBusVirtualObject {
     Q_OBJECT
 public:
@@ -26,8 +26,8 @@ public:
     void clearCalls() { m_calls = {}; }
     /// Answers the held calls of a method, or of all methods for an empty name.
     int release(const QString& method);
-    bool emitSignal(const QString& path, const QString& interface, const QString& name, const QString& signature,
-                    const QJsonArray& arguments);
+    bool emitSignal(const QString& path, const QString& interface, const QString& name,
+                    const QString& signature, const QJsonArray& arguments);
 
 private:
     void record(const QDBusMessage& message);
@@ -45,7 +45,8 @@ private:
     QList<Held> m_held;
 };
 
-/// com.lumora.Test.Control: what the test steers the fake with, reachable whether or not the fake holds its name.
+/// com.lumora.Test.Control: what the test steers the fake with, reachable whether or not the fake holds its
+/// name.
 class FakeServiceControl : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.lumora.Test.Control")
@@ -59,8 +60,8 @@ public Q_SLOTS:
     QString Calls() const;
     void ClearCalls() { m_service->clearCalls(); }
     int Release(const QString& method) { return m_service->release(method); }
-    bool EmitSignal(const QString& path, const QString& interface, const QString& name, const QString& signature,
-                    const QString& arguments);
+    bool EmitSignal(const QString& path, const QString& interface, const QString& name,
+                    const QString& signature, const QString& arguments);
     void Exit();
 
 private:

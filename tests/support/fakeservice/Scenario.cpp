@@ -48,7 +48,8 @@ QString Scenario::bottleSignature(const QString& method) {
     return table.value(method);
 }
 
-QJsonObject Scenario::answerFor(const QString& interface, const QString& method, const QString& firstArgument) {
+QJsonObject Scenario::answerFor(const QString& interface, const QString& method,
+                                const QString& firstArgument) {
     const QString word = interface.section('.', -1);
     const QString keys[] = {word + "." + method + ":" + firstArgument, word + "." + method,
                             method + ":" + firstArgument, method};
