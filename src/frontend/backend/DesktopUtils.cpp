@@ -1,0 +1,73 @@
+#include "backend/DesktopUtils.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusError>
+#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDebug>
+#include <QDesktopServices>
+#include <QDir>
+#include <QStandardPaths>
+#include <QUrl>
+
+void DesktopUtils::notify(const QString& title, const QString& body, const QStringList& actions,
+                          const QVariantMap& hints) {
+    const int expiryMs = 3000;
+    QDBusMessage call =
+        QDBusMessage::createMethodCall("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                                       "org.freedesktop.Notifications", "Notify");
+    call << "cellarix" << 0U << "cellarix" << title << body << actions << hints << expiryMs;
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+    if (reply.type() == QDBusMessage::ErrorMessage)
+        qWarning().noquote() << "Failed to send notification:" << reply.errorMessage();
+}
+
+void DesktopUtils::showInFileManager(const QString& path) {
+    const QString service = "org.freedesktop.FileManager1";
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    // An interface of a service that could be started but isn't running yet counts as invalid.
+    if (bus.interface() && !bus.interface()->isServiceRegistered(service))
+        bus.interface()->startService(service);
+    QDBusInterface manager(service, "/org/freedesktop/FileManager1", service, bus);
+    if (!manager.isValid()) {
+        qWarning().noquote() << "no file manager to show" << path;
+        return;
+    }
+    manager.call(QDBus::Block, "ShowItems", QStringList{path}, QString(""));
+    const QDBusError error = manager.lastError();
+    if (error.isValid())
+        qWarning().noquote() << QString("failed, Type: %1 MSG: %2").arg(error.type()).arg(error.message());
+}
+
+QString DesktopUtils::appStorePackage(const QString& packageId) {
+    return packageId == "ge-proton9" ? QStringLiteral("lumora-ge-proton9") : packageId;
+}
+
+void DesktopUtils::openInAppStore(const QString& packageId) {
+    const QString name = "com.home.appstore.client";
+    QDBusInterface store(name, "/com/home/appstore/client", name, QDBusConnection::sessionBus());
+    store.asyncCall("openBusinessUri", QString("app_detail_info/" + appStorePackage(packageId)));
+    if (!store.isValid())
+        qWarning("open app store failed");
+}
+
+bool DesktopUtils::hasDesktopShortcut(const QString& name) {
+    return hasDesktopShortcut(name, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
+}
+
+// Not a name filter of QDir: a program may be called "Tool [x64]", which is a pattern there.
+bool DesktopUtils::hasDesktopShortcut(const QString& name, const QString& desktopDirectory) {
+    const QString suffix = ".desktop";
+    for (const QString& file : QDir(desktopDirectory).entryList(QDir::Files)) {
+        if (file.endsWith(suffix, Qt::CaseInsensitive) &&
+            file.chopped(suffix.size()).contains(name, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+void DesktopUtils::openLocal(const QString& path) {
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        qWarning().noquote() << "can't open" << path;
+}

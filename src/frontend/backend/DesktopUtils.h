@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+/// Small services of the desktop. Failures are logged, not reported.
+namespace DesktopUtils {
+
+/// A desktop notification that stays 3 s. actions are pairs of key and label; hints go as they are. Blocks
+/// until the notification service has taken it.
+void notify(const QString& title, const QString& body, const QStringList& actions = {},
+            const QVariantMap& hints = {});
+
+/// Shows a file, selected, in the file manager; starts the file manager when it isn't running.
+void showInFileManager(const QString& path);
+
+/// Opens a package's page in the desktop's app store. Doesn't wait.
+void openInAppStore(const QString& packageId);
+/// The name under which the app store knows the package.
+QString appStorePackage(const QString& packageId);
+
+/// Whether the desktop directory holds a .desktop file with the name in its name.
+bool hasDesktopShortcut(const QString& name);
+bool hasDesktopShortcut(const QString& name, const QString& desktopDirectory);
+
+/// Opens a local file or directory with what the desktop has for it.
+void openLocal(const QString& path);
+
+}  // namespace DesktopUtils

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QSysInfo>
+
+/// Small facts about the machine, in the words that packages and records use.
+namespace MachineUtils {
+
+/// "amd64", "arm64" and the like, from the word of the toolkit ("x86_64").
+QString cpuArchitecture(const QString& word = QSysInfo::currentCpuArchitecture());
+bool isAmd64();
+
+/// "name,edition,major,minor" of the system; empty, with a log line, when the file can't be read.
+QString osVersion(const QString& file = "/etc/os-version");
+
+/// The environment for children whose output is parsed.
+QProcessEnvironment cLocaleEnvironment();
+
+}  // namespace MachineUtils

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+namespace TextUtils {
+
+/// A link without underline. Address and text are plain and are escaped here.
+QString linkHtml(const QString& url, const QString& text);
+
+/// A size in bytes as whole units of 1024, cut off and not rounded: 1023B, 1K, 3G.
+QString formatSize(qint64 bytes);
+
+}  // namespace TextUtils

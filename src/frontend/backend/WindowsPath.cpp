@@ -1,0 +1,42 @@
+#include "backend/WindowsPath.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+bool WindowsPath::isWindowsPath(const QString& path) {
+    static const QRegularExpression absolute(R"(^[a-zA-Z]:\\)");
+    static const QRegularExpression bareDrive(R"(^[a-zA-Z]:(\\){0,2}$)");
+    return absolute.match(path).hasMatch() || bareDrive.match(path).hasMatch();
+}
+
+QString WindowsPath::toUnix(const QString& bottlePath, const QString& windowsPath) {
+    QString forward = windowsPath;
+    forward.replace('\\', '/');
+    QString path = bottlePath + "/dosdevices/" + forward.left(2).toLower() + forward.mid(2);
+    static const QRegularExpression controls("[\n\r\t]");
+    path.replace(controls, " ");  // values from the registry bring them along
+    if (QFile::exists(path) || !path.startsWith(bottlePath) || !QDir(bottlePath).exists())
+        return path;
+    const QString resolved = resolveIgnoringCase(bottlePath, path.mid(bottlePath.size()));
+    return resolved.isEmpty() ? path : resolved;
+}
+
+// Names are compared here and not given to QDir as filters, for which the brackets of "setup[1].exe" are a
+// pattern.
+QString WindowsPath::resolveIgnoringCase(const QString& base, const QString& relative) {
+    const QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System;
+    QString current = base;
+    for (const QString& part : relative.split('/', Qt::SkipEmptyParts)) {
+        const QStringList entries = QDir(current).entryList(everything);
+        QString match = entries.contains(part) ? part : QString();
+        for (int i = 0; i < entries.size() && match.isEmpty(); ++i) {
+            if (entries.at(i).compare(part, Qt::CaseInsensitive) == 0)
+                match = entries.at(i);
+        }
+        if (match.isEmpty())
+            return {};
+        current += "/" + match;
+    }
+    return current;
+}

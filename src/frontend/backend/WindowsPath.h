@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+/// Paths as Windows programs write them, and where they lie on this machine.
+namespace WindowsPath {
+
+/// Whether the text is an absolute Windows path, such as C:\x, C: or C:\\.
+bool isWindowsPath(const QString& path);
+
+/// The Unix path of a Windows path, through the drive links in the bottle's dosdevices. Line ends and tabs
+/// become blanks. When the path as written isn't there, its parts are matched without regard to case; when
+/// one part has no match, the path as written comes back.
+QString toUnix(const QString& bottlePath, const QString& windowsPath);
+
+/// The existing path below base whose parts equal those of relative without regard to case, an exact match
+/// first; empty when a part has no match.
+QString resolveIgnoringCase(const QString& base, const QString& relative);
+
+}  // namespace WindowsPath
