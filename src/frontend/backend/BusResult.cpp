@@ -1,0 +1,79 @@
+#include "backend/BusResult.h"
+
+#include <QDBusArgument>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QJsonDocument>
+
+namespace {
+
+BusResult failure(const QString& message) {
+    BusResult result;
+    result.errorMessage = message;
+    return result;
+}
+
+BusResult unexpected(const QDBusMessage& message) {
+    return failure(
+        QString("Unexpected reply signature: got \"%1\", expected \"s\"").arg(message.signature()));
+}
+
+BusResult fromArgument(const QVariant& argument, const QDBusMessage& message) {
+    BusResult result;
+    if (argument.userType() == qMetaTypeId<QDBusArgument>()) {
+        const auto packed = argument.value<QDBusArgument>();
+        if (packed.currentType() != QDBusArgument::BasicType &&
+            packed.currentType() != QDBusArgument::VariantType)
+            return unexpected(message);
+        const QVariant unpacked = packed.asVariant();
+        if (!unpacked.canConvert<QString>())
+            return unexpected(message);
+        result.text = unpacked.toString();
+    } else if (argument.userType() == qMetaTypeId<QDBusVariant>()) {
+        return fromArgument(argument.value<QDBusVariant>().variant(), message);
+    } else if (argument.canConvert<QString>()) {
+        result.text = argument.toString();
+    } else {
+        return unexpected(message);
+    }
+    result.ok = true;
+    return result;
+}
+
+}  // namespace
+
+QJsonObject BusResult::object() const {
+    return QJsonDocument::fromJson(text.toUtf8()).object();
+}
+
+QJsonArray BusResult::array() const {
+    return QJsonDocument::fromJson(text.toUtf8()).array();
+}
+
+QStringList BusResult::strings() const {
+    QStringList result;
+    for (const QJsonValue& value : array())
+        result.append(value.toString());
+    return result;
+}
+
+BusResult BusReply::fromMessage(const QDBusMessage& message, Wanted wanted) {
+    if (message.type() == QDBusMessage::ErrorMessage) {
+        const QDBusError error(message);
+        return failure(error.message().isEmpty() ? error.name() : error.message());
+    }
+    if (message.type() != QDBusMessage::ReplyMessage)
+        return failure("no reply");
+    const QVariantList arguments = message.arguments();
+    if (!arguments.isEmpty()) {
+        const BusResult result = fromArgument(arguments.first(), message);
+        if (result.ok)
+            return result;
+    }
+    if (wanted == Wanted::Text)
+        return unexpected(message);
+    BusResult done;
+    done.ok = true;
+    return done;
+}

@@ -1,0 +1,57 @@
+#include "backend/FileInfoCache.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+namespace {
+// Programs of the bottle can write here as well. A record takes a few kilobytes, so no honest file is near
+// this.
+const qint64 kMaxSize = 32 * 1024 * 1024;
+}  // namespace
+
+QJsonObject FileInfoCache::read() const {
+    QFile file(filePath());
+    if (!file.exists())
+        return {};
+    if (!QFileInfo(file).isFile() || file.size() > kMaxSize || !file.open(QIODevice::ReadOnly)) {
+        qWarning().noquote() << "can't read" << filePath() << file.errorString();
+        return {};
+    }
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    if (!document.isObject())
+        qWarning().noquote() << "not a JSON object:" << filePath() << error.errorString();
+    return document.object();
+}
+
+bool FileInfoCache::write(const QJsonObject& all) const {
+    QSaveFile file(filePath());
+    const QByteArray text = QJsonDocument(all).toJson(QJsonDocument::Compact);
+    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
+        return true;
+    qWarning().noquote() << "can't write" << filePath() << file.errorString();
+    return false;
+}
+
+FileInfoCache::Entry FileInfoCache::entry(const QString& programId) const {
+    const QJsonObject object = read().value(programId).toObject();
+    return {object.value("exename").toString(), object.value("fileinfo_64").toString(),
+            object.value("successed").toBool()};
+}
+
+bool FileInfoCache::setEntry(const QString& programId, const Entry& entry) const {
+    QJsonObject all = read();
+    all.insert(programId, QJsonObject{{"exename", entry.exeName},
+                                      {"fileinfo_64", entry.fileInfo64},
+                                      {"successed", entry.successed}});
+    return write(all);
+}
+
+bool FileInfoCache::remove(const QString& programId) const {
+    QJsonObject all = read();
+    all.remove(programId);
+    return write(all);
+}
