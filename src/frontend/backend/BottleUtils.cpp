@@ -1,0 +1,127 @@
+#include "backend/BottleUtils.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QUuid>
+
+#include "backend/BottleRecord.h"
+#include "backend/BottlesConfig.h"
+#include "backend/DesktopUtils.h"
+#include "backend/ProgramRecord.h"
+#include "backend/WindowsPath.h"
+
+namespace {
+
+BottlesConfig& service() {
+    return *BottlesConfig::instance();
+}
+
+void warnNotInBottle(const QString& bottle, const QString& programId) {
+    qWarning().noquote().nospace() << "program " << programId << " not in bottles: " << bottle;
+}
+
+}  // namespace
+
+QString BottleUtils::bottlePath(const QString& bottle) {
+    return BottleRecord::path(service().get(bottle));
+}
+
+QJsonObject BottleUtils::bottlePrograms(const QString& bottle) {
+    return BottleRecord::programs(service().get(bottle));
+}
+
+QString BottleUtils::bottleRunner(const QString& bottle) {
+    return BottleRecord::runner(service().get(bottle));
+}
+
+QString BottleUtils::programPath(const QString& bottle, const QString& programId) {
+    return programPath(service().get(bottle), programId);
+}
+
+QString BottleUtils::programPath(const QJsonObject& bottleRecord, const QString& programId) {
+    const QJsonObject program = BottleRecord::programs(bottleRecord).value(programId).toObject();
+    const QString path = ProgramRecord::path(program);
+    if (WindowsPath::isWindowsPath(path)) {
+        const QString bottlePath = BottleRecord::path(bottleRecord);
+        return bottlePath.isEmpty() ? QString() : WindowsPath::toUnix(bottlePath, path);
+    }
+    return QFileInfo(path).isFile() ? path : QString();
+}
+
+bool BottleUtils::createDesktopEntry(const QString& bottle, const QString& programId) {
+    const BusResult result = service().createDesktopEntry(bottle, programId);
+    if (!result.ok)
+        qWarning().noquote() << "no desktop entry for" << programId << "of" << bottle << result.errorMessage;
+    return result.ok;
+}
+
+void BottleUtils::killProgram(const QString& bottle, const QString& programId) {
+    service().killProgram(bottle, programId);
+}
+
+void BottleUtils::killWineServer(const QString& bottle) {
+    service().killWineServer(bottle);
+}
+
+void BottleUtils::openDriveC(const QString& bottle) {
+    const QString path = bottlePath(bottle);
+    if (path.isEmpty()) {
+        qWarning().noquote() << "no directory of bottle" << bottle << "to open";
+        return;
+    }
+    DesktopUtils::openLocal(path + "/drive_c");
+}
+
+void BottleUtils::openProgramFolder(const QString& bottle, const QString& programId) {
+    const QJsonObject record = service().get(bottle);
+    const QJsonObject program = BottleRecord::programs(record).value(programId).toObject();
+    if (program.isEmpty()) {
+        warnNotInBottle(bottle, programId);
+        return;
+    }
+    QString folder = ProgramRecord::folder(program);
+    if (WindowsPath::isWindowsPath(folder))
+        folder = WindowsPath::toUnix(BottleRecord::path(record), folder);
+    DesktopUtils::openLocal(folder);
+}
+
+void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) {
+    qInfo().noquote().nospace() << "[" << bottle << "] " << commandLine;
+    service().runCommand(bottle, commandLine);
+}
+
+void BottleUtils::deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle) {
+    qInfo().noquote() << "deleteAppEntry: " << bottle << programId;
+    const BusResult removed = service().removeExternalProgram(bottle, programId);
+    if (!removed.ok)
+        qWarning().noquote() << "can't remove" << programId << "from" << bottle << removed.errorMessage;
+    if (!deleteEmptyBottle)
+        return;
+    const QJsonObject record = service().get(bottle);
+    if (BottleRecord::hasPrograms(record) && BottleRecord::programs(record).isEmpty()) {
+        qInfo().noquote().nospace() << "delete bottles: " << bottle;
+        service().deleteBottle(bottle);
+    }
+}
+
+QString BottleUtils::addExe(const QString& bottle, const QString& name, const QString& path) {
+    qInfo().noquote().nospace() << "Add exe self: " << path;
+    const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const BusResult result = service().updateExternalProgram(bottle, ProgramRecord::minimal(id, name, path));
+    if (!result.ok)
+        qWarning().noquote() << "can't add" << path << "to" << bottle << result.errorMessage;
+    return id;
+}
+
+void BottleUtils::setStars(const QString& bottle, const QString& programId, int stars) {
+    if (!bottlePrograms(bottle).contains(programId)) {
+        warnNotInBottle(bottle, programId);
+        return;
+    }
+    const BusResult result = service().updateExternalProgram(bottle, {{"id", programId}, {"stars", stars}});
+    if (result.ok)
+        qInfo().noquote().nospace() << "update app rating in cfg: " << bottle << ":" << programId << "->"
+                                    << stars;
+    else
+        qWarning().noquote().nospace() << "update app rating failed: " << result.errorMessage;
+}
