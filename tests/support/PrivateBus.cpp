@@ -37,7 +37,7 @@ PrivateBus::PrivateBus() {
     writeText(configuration, QString(kConfiguration).arg(m_dir.path(), servicesDir()));
     m_daemon.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_daemon.start("dbus-daemon", {"--config-file=" + configuration, "--nofork", "--print-address"});
-    m_address = m_daemon.readFirstLine();
+    m_address = m_daemon.readLineWithin();
     if (m_address.isEmpty())
         qFatal("no private bus: %s", qPrintable(m_daemon.errorString()));
     m_environment.set("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());

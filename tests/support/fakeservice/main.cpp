@@ -26,6 +26,9 @@ int main(int argc, char** argv) {
     QTextStream errors(stderr);
 
     QDBusConnection bus = QDBusConnection::sessionBus();
+    // A fake that the bus started is nobody's child here; it must go with its bus.
+    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &app,
+                SLOT(quit()));
     FakeService service(bus);
     FakeServiceControl control(&service);
     const int scenario = arguments.indexOf("--scenario");
