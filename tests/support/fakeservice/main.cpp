@@ -2,6 +2,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QTextStream>
+#include <QThread>
 
 #include "support/fakeservice/FakeService.h"
 
@@ -16,6 +17,16 @@ bool loadScenario(const QString& path, FakeService& service) {
     for (auto it = answers.begin(); it != answers.end(); ++it)
         service.scenario().set(it.key(), {it.value().toObject()});
     return !answers.isEmpty();
+}
+
+/// A fake that was killed a moment ago may still hold the name until the bus notices.
+bool registerName(QDBusConnection& bus, const QString& name) {
+    for (int i = 0; i < 100; ++i) {
+        if (bus.registerService(name))
+            return true;
+        QThread::msleep(20);
+    }
+    return false;
 }
 
 }  // namespace
@@ -36,7 +47,7 @@ int main(int argc, char** argv) {
         errors << "can't read the scenario " << arguments.value(scenario + 1) << "\n";
         return 1;
     }
-    if (!bus.registerService("com.lumora.Test.FakeService") ||
+    if (!registerName(bus, "com.lumora.Test.FakeService") ||
         !bus.registerObject("/com/lumora/Test/Control", &control, QDBusConnection::ExportAllSlots)) {
         errors << "can't register on the bus: " << bus.lastError().message() << "\n";
         return 1;
