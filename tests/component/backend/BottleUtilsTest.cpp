@@ -162,5 +162,5 @@ private:
     QStringList opened;
 };
 
-QTEST_MAIN(BottleUtilsTest)
+QTEST_GUILESS_MAIN(BottleUtilsTest)
 #include "BottleUtilsTest.moc"
