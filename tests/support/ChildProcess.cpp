@@ -37,7 +37,7 @@ void ChildProcess::stop() {
     }
 }
 
-QString ChildProcess::readFirstLine(int timeoutMs) {
+QString ChildProcess::readLineWithin(int timeoutMs) {
     const QDeadlineTimer deadline(timeoutMs);
     setReadChannel(StandardOutput);
     while (!canReadLine()) {

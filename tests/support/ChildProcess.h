@@ -18,8 +18,8 @@ public:
     void setVariable(const QString& name, const QString& value);
     /// Ends the child and waits for it. Harmless when it isn't running.
     void stop();
-    /// Reads standard output up to the first line end; empty when none came within the limit in ms.
-    QString readFirstLine(int timeoutMs = 10000);
+    /// The next line of standard output, trimmed; empty when none came within the limit in ms.
+    QString readLineWithin(int timeoutMs = 10000);
 
 protected:
     void setupChildProcess() override;

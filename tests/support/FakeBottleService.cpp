@@ -24,7 +24,7 @@ bool FakeBottleService::start(bool nameless) {
     m_process = std::make_unique<ChildProcess>();
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process->start(executable(), nameless ? QStringList{"--nameless"} : QStringList());
-    return m_process->readFirstLine() == "ready";
+    return m_process->readLineWithin() == "ready";
 }
 
 void FakeBottleService::kill() {

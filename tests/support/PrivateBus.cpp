@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFile>
 
+#include "support/TestHome.h"
+
 namespace TestSupport {
 
 namespace {
@@ -35,11 +37,12 @@ PrivateBus::PrivateBus() {
     QDir().mkpath(servicesDir());
     const QString configuration = m_dir.path() + "/bus.conf";
     writeText(configuration, QString(kConfiguration).arg(m_dir.path(), servicesDir()));
-    m_daemon.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    const QString log = m_dir.path() + "/bus.log";
+    m_daemon.setStandardErrorFile(log);
     m_daemon.start("dbus-daemon", {"--config-file=" + configuration, "--nofork", "--print-address"});
-    m_address = m_daemon.readFirstLine();
+    m_address = m_daemon.readLineWithin();
     if (m_address.isEmpty())
-        qFatal("no private bus: %s", qPrintable(m_daemon.errorString()));
+        qFatal("no private bus: %s %s", qPrintable(m_daemon.errorString()), readFile(log).constData());
     m_environment.set("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
 }
 

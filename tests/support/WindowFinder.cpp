@@ -152,7 +152,10 @@ bool WindowFinder::close(quint32 id) const {
     xcb_send_event(display.connection(), 0, display.root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                    reinterpret_cast<const char*>(&event));
-    return xcb_flush(display.connection()) > 0;
+    // Waits for an answer, so that the request is through before the connection closes.
+    const Reply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(display.connection(), xcb_get_input_focus(display.connection()), nullptr));
+    return reply != nullptr;
 }
 
 bool WindowFinder::hasWindowManager() const {

@@ -20,6 +20,14 @@ void warnNotInBottle(const QString& bottle, const QString& programId) {
     qWarning().noquote().nospace() << "program " << programId << " not in bottles: " << bottle;
 }
 
+/// A Windows path in Unix form, other paths as they are; empty when the bottle has no directory to look in.
+QString unixPath(const QJsonObject& bottleRecord, const QString& path) {
+    if (!WindowsPath::isWindowsPath(path))
+        return path;
+    const QString bottlePath = BottleRecord::path(bottleRecord);
+    return bottlePath.isEmpty() ? QString() : WindowsPath::toUnix(bottlePath, path);
+}
+
 }  // namespace
 
 QString BottleUtils::bottlePath(const QString& bottle) {
@@ -40,12 +48,9 @@ QString BottleUtils::programPath(const QString& bottle, const QString& programId
 
 QString BottleUtils::programPath(const QJsonObject& bottleRecord, const QString& programId) {
     const QJsonObject program = BottleRecord::programs(bottleRecord).value(programId).toObject();
-    const QString path = ProgramRecord::path(program);
-    if (WindowsPath::isWindowsPath(path)) {
-        const QString bottlePath = BottleRecord::path(bottleRecord);
-        return bottlePath.isEmpty() ? QString() : WindowsPath::toUnix(bottlePath, path);
-    }
-    return QFileInfo(path).isFile() ? path : QString();
+    const QString path = unixPath(bottleRecord, ProgramRecord::path(program));
+    const bool windows = WindowsPath::isWindowsPath(ProgramRecord::path(program));
+    return windows || QFileInfo(path).isFile() ? path : QString();
 }
 
 bool BottleUtils::createDesktopEntry(const QString& bottle, const QString& programId) {
@@ -79,10 +84,7 @@ void BottleUtils::openProgramFolder(const QString& bottle, const QString& progra
         warnNotInBottle(bottle, programId);
         return;
     }
-    QString folder = ProgramRecord::folder(program);
-    if (WindowsPath::isWindowsPath(folder))
-        folder = WindowsPath::toUnix(BottleRecord::path(record), folder);
-    DesktopUtils::openLocal(folder);
+    DesktopUtils::openLocal(unixPath(record, ProgramRecord::folder(program)));
 }
 
 void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) {

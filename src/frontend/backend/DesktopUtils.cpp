@@ -68,6 +68,6 @@ bool DesktopUtils::hasDesktopShortcut(const QString& name, const QString& deskto
 }
 
 void DesktopUtils::openLocal(const QString& path) {
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+    if (path.isEmpty() || !QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
         qWarning().noquote() << "can't open" << path;
 }

@@ -1,27 +1,15 @@
 #include "backend/InstalledPackages.h"
 
-#include <QDebug>
-#include <QProcess>
-
 #include "backend/MachineUtils.h"
+#include "core/base/ToolProcess.h"
 
 namespace {
 
-const int kTimeoutMs = 30000;
-
-/// The output of dpkg-query; empty, with a warning, when it didn't end by itself. An exit code other than 0
-/// only says that one of the names is unknown.
+/// What dpkg-query prints, also when it ends with an error: that only says that one of the names is unknown.
 QString dpkgQuery(const QStringList& arguments) {
-    QProcess process;
-    process.setProcessEnvironment(MachineUtils::cLocaleEnvironment());
-    process.start("dpkg-query", arguments);
-    if (process.waitForStarted(kTimeoutMs) && process.waitForFinished(kTimeoutMs) &&
-        process.exitStatus() == QProcess::NormalExit)
-        return QString::fromLocal8Bit(process.readAllStandardOutput());
-    qWarning().noquote() << "dpkg-query failed:" << process.errorString();
-    process.kill();
-    process.waitForFinished(1000);
-    return {};
+    const ToolProcess::Result result = ToolProcess::run(
+        "dpkg-query", arguments, ToolProcess::DefaultTimeoutMs, MachineUtils::cLocaleEnvironment());
+    return QString::fromLocal8Bit(result.standardOutput);
 }
 
 }  // namespace

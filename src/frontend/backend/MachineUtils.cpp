@@ -20,7 +20,11 @@ bool MachineUtils::isAmd64() {
 
 QString MachineUtils::osVersion(const QString& file) {
     const Fenk::DesktopEntry entry(file);
-    if (entry.status() != Fenk::DesktopEntry::NoError) {
+    // The reader calls any file without an application's group faulty, and this one has none.
+    const QStringList groups = entry.allGroups();
+    const bool otherwiseGood = entry.status() == Fenk::DesktopEntry::FormatError &&
+                               groups.contains("Version") && !groups.contains("Desktop Entry");
+    if (entry.status() != Fenk::DesktopEntry::NoError && !otherwiseGood) {
         qWarning().noquote() << "can't read the system's version from" << file << "status"
                              << int(entry.status());
         return {};

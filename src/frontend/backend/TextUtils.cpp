@@ -8,7 +8,7 @@ QString TextUtils::linkHtml(const QString& url, const QString& text) {
 }
 
 QString TextUtils::formatSize(qint64 bytes) {
-    static const QString units[] = {"", "K", "M", "G", "T", "P", "E", "Z"};
+    static const QString units[] = {"B", "K", "M", "G", "T", "P", "E", "Z"};
     double value = double(bytes);
     int level = 0;
     // A 64-bit count ends at level 6.
@@ -16,6 +16,5 @@ QString TextUtils::formatSize(qint64 bytes) {
         value = std::trunc(value / 1024);
         ++level;
     }
-    return level == 0 ? QString("%1B").arg(value, 0, 'f', 0)
-                      : QString("%1%2B").arg(value, 0, 'f', 0).arg(units[level]);
+    return QString("%1%2").arg(value, 0, 'f', 0).arg(units[level]);
 }

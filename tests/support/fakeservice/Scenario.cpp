@@ -1,7 +1,9 @@
 #include "support/fakeservice/Scenario.h"
 
-QString Scenario::bottleSignature(const QString& method) {
-    static const QHash<QString, QString> table = {
+namespace {
+
+const QMap<QString, QString>& bottleTable() {
+    static const QMap<QString, QString> table = {
         {"list", ""},
         {"get", "s"},
         {"createBottles", "ss"},
@@ -45,7 +47,17 @@ QString Scenario::bottleSignature(const QString& method) {
         {"checkPublicBottles", "s"},
         {"getRunnerVersion", "s"},
     };
-    return table.value(method);
+    return table;
+}
+
+}  // namespace
+
+QString Scenario::bottleSignature(const QString& method) {
+    return bottleTable().value(method);
+}
+
+QStringList Scenario::bottleMethods() {
+    return bottleTable().keys();
 }
 
 QJsonObject Scenario::answerFor(const QString& interface, const QString& method,

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QJsonObject>
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -21,6 +22,7 @@ public:
     /// The signature that the bottle interface's method has on the wire; null for a method that it doesn't
     /// have.
     static QString bottleSignature(const QString& method);
+    static QStringList bottleMethods();  ///< sorted
 
 private:
     static QJsonObject ordinaryAnswer(const QString& word, const QString& method);

@@ -2,6 +2,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QTextStream>
+#include <QThread>
 
 #include "support/fakeservice/FakeService.h"
 
@@ -18,6 +19,16 @@ bool loadScenario(const QString& path, FakeService& service) {
     return !answers.isEmpty();
 }
 
+/// A fake that was killed a moment ago may still hold the name until the bus notices.
+bool registerName(QDBusConnection& bus, const QString& name) {
+    for (int i = 0; i < 100; ++i) {
+        if (bus.registerService(name))
+            return true;
+        QThread::msleep(20);
+    }
+    return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -26,6 +37,9 @@ int main(int argc, char** argv) {
     QTextStream errors(stderr);
 
     QDBusConnection bus = QDBusConnection::sessionBus();
+    // A fake that the bus started is nobody's child here; it must go with its bus.
+    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &app,
+                SLOT(quit()));
     FakeService service(bus);
     FakeServiceControl control(&service);
     const int scenario = arguments.indexOf("--scenario");
@@ -33,7 +47,7 @@ int main(int argc, char** argv) {
         errors << "can't read the scenario " << arguments.value(scenario + 1) << "\n";
         return 1;
     }
-    if (!bus.registerService("com.lumora.Test.FakeService") ||
+    if (!registerName(bus, "com.lumora.Test.FakeService") ||
         !bus.registerObject("/com/lumora/Test/Control", &control, QDBusConnection::ExportAllSlots)) {
         errors << "can't register on the bus: " << bus.lastError().message() << "\n";
         return 1;

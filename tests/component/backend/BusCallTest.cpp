@@ -1,0 +1,166 @@
+#include <QDBusAbstractInterface>
+#include <QDBusConnection>
+#include <QtTest>
+
+#include "backend/BusCall.h"
+#include "support/FakeBottleService.h"
+#include "support/PrivateBus.h"
+
+using TestSupport::FakeBottleService;
+
+namespace {
+/// A proxy that, unlike the product's, can be deleted while a call is under way.
+class MortalProxy : public QDBusAbstractInterface {
+public:
+    MortalProxy()
+        : QDBusAbstractInterface("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Bottles",
+                                 "com.lumora.Manager.Bottles", QDBusConnection::sessionBus(), nullptr) {
+        setTimeout(20000);
+    }
+};
+}  // namespace
+
+/// Who may go while a call is under way, in each mode: the caller's object, the proxy, the service, the bus.
+class BusCallTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() {
+        fake = std::make_unique<FakeBottleService>();
+        QVERIFY(fake->start());
+        fake->setHeld("listAllPrograms", "[]");
+        proxy = std::make_unique<MortalProxy>();
+    }
+
+    void watchContextGoes() {
+        bool called = false;
+        auto context = std::make_unique<QObject>();
+        BusCall::watch(*proxy, "listAllPrograms", {}, context.get(),
+                       [&](const BusResult&) { called = true; });
+        fake->waitForCall("listAllPrograms");
+        context.reset();
+        QCOMPARE(fake->release("listAllPrograms"), 1);
+        waitForALaterAnswer();
+        QVERIFY(!called);
+    }
+
+    void watchContextGoesInHandler() {
+        auto* context = new QObject;
+        int calls = 0;
+        BusCall::watch(*proxy, "listAllPrograms", {}, context, [&](const BusResult& result) {
+            calls += result.ok ? 1 : 0;
+            delete context;
+        });
+        fake->waitForCall("listAllPrograms");
+        fake->release();
+        QTRY_COMPARE(calls, 1);
+        waitForALaterAnswer();
+        QCOMPARE(calls, 1);
+    }
+
+    void watchProxyGoes() {
+        QObject context;
+        QString text;
+        BusCall::watch(*proxy, "listAllPrograms", {}, &context,
+                       [&](const BusResult& result) { text = result.text; });
+        fake->waitForCall("listAllPrograms");
+        proxy.reset();
+        fake->release();
+        QTRY_COMPARE(text, QString("[]"));
+    }
+
+    void watchServiceGoes() {
+        QObject context;
+        QString error;
+        BusCall::watch(*proxy, "listAllPrograms", {}, &context,
+                       [&](const BusResult& result) { error = result.errorMessage; });
+        fake->waitForCall("listAllPrograms");
+        fake->kill();
+        QTRY_VERIFY(!error.isEmpty());
+    }
+
+    void loop_data() {
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<bool>("ok");
+        QTest::addColumn<bool>("abandoned");
+        QTest::newRow("answer") << "answer" << true << false;
+        QTest::newRow("owner goes") << "owner" << false << true;
+        QTest::newRow("owner goes as the answer comes") << "owner and answer" << false << true;
+        QTest::newRow("proxy goes, then the answer") << "proxy" << true << false;
+        QTest::newRow("service goes") << "service" << false << false;
+        QTest::newRow("without an owner") << "no owner" << true << false;
+    }
+    void loop() {
+        QFETCH(QString, event);
+        QFETCH(bool, ok);
+        auto owner = std::make_unique<QObject>();
+        QTimer::singleShot(0, this, [&] {
+            fake->waitForCall("listAllPrograms");
+            if (event == "service") {
+                fake->kill();
+                return;
+            }
+            if (event == "proxy")
+                proxy.reset();
+            if (event != "owner")
+                fake->release();
+            if (event.startsWith("owner"))
+                owner.reset();
+        });
+        const BusResult result =
+            BusCall::loop(*proxy, "listAllPrograms", {}, event == "no owner" ? nullptr : owner.get());
+        QCOMPARE(result.ok, ok);
+        QTEST(result.abandoned, "abandoned");
+        QCOMPARE(result.errorMessage.isEmpty(), ok);
+        fake->release();
+    }
+
+    // A second call from a slot that runs on top of the first one's wait.
+    void loopInLoop() {
+        fake->setText("scanApplicationLinks", "[1]");
+        QString inner;
+        QTimer::singleShot(0, this, [&] {
+            fake->waitForCall("listAllPrograms");
+            inner = BusCall::loop(*proxy, "scanApplicationLinks", {"b", qlonglong(1), true}, this).text;
+            fake->release();
+        });
+        QCOMPARE(BusCall::loop(*proxy, "listAllPrograms", {}, this).text, QString("[]"));
+        QCOMPARE(inner, QString("[1]"));
+    }
+
+    void valueThatCannotTravel() {
+        const QVariantList arguments{"b", QVariant::fromValue(QJsonObject{{"id", "u"}})};
+        QVERIFY(!BusCall::block(*proxy, "updateExternalProgram", arguments).ok);
+        QVERIFY(!BusCall::loop(*proxy, "updateExternalProgram", arguments, nullptr).ok);
+        BusCall::fire(*proxy, "updateExternalProgram", arguments);
+        QVERIFY(fake->calls("updateExternalProgram").isEmpty());
+    }
+
+    // Last: there is no bus afterwards.
+    void theBusGoes() {
+        QTimer::singleShot(0, this, [&] {
+            fake->waitForCall("listAllPrograms");
+            bus.stop();
+        });
+        QVERIFY(!BusCall::loop(*proxy, "listAllPrograms", {}, this).ok);
+        QVERIFY(!BusCall::block(*proxy, "list").ok);
+        bool failed = false;
+        BusCall::watch(*proxy, "list", {}, this, [&](const BusResult& result) { failed = !result.ok; });
+        QTRY_VERIFY(failed);
+    }
+
+private:
+    void waitForALaterAnswer() {
+        QObject context;
+        bool answered = false;
+        MortalProxy later;
+        BusCall::watch(later, "list", {}, &context, [&](const BusResult&) { answered = true; });
+        QTRY_VERIFY(answered);
+    }
+
+    TestSupport::PrivateBus bus;
+    std::unique_ptr<FakeBottleService> fake;
+    std::unique_ptr<MortalProxy> proxy;
+};
+
+QTEST_GUILESS_MAIN(BusCallTest)
+#include "BusCallTest.moc"

@@ -1,0 +1,67 @@
+#include <QtTest>
+
+#include "backend/EmulatorPackage.h"
+#include "backend/InstalledPackages.h"
+#include "support/LogCapture.h"
+
+using TestSupport::LogCapture;
+
+class EmulatorPackageTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void describe_data() {
+        QTest::addColumn<QString>("emulator");
+        QTest::addColumn<QString>("pattern");  // asked of the package manager, empty: nothing
+        QTest::addColumn<QString>("text");
+        QTest::newRow("none in use") << ""
+                                     << ""
+                                     << "";
+        QTest::newRow("known") << "box64"
+                               << ""
+                               << "lumora-box64 1.2";
+        QTest::newRow("known by another name") << "exagear"
+                                               << ""
+                                               << "exagear-core-x64a64 1.2";
+        QTest::newRow("found") << "fex"
+                               << "*fex*"
+                               << "fex-emu 1.2";
+        QTest::newRow("not found") << "qemu9"
+                                   << "*qemu9*"
+                                   << "";
+    }
+    void describe() {
+        QFETCH(QString, emulator);
+        QFETCH(QString, pattern);
+        const LogCapture log;
+        QString asked;
+        const EmulatorPackage::PackageQueries queries{
+            [&](const QString& text) {
+                asked = text;
+                return text == "*fex*" ? QStringList{"fex-emu", "fex-extra"} : QStringList();
+            },
+            [](const QString&) { return QString("1.2"); }};
+        QTEST(EmulatorPackage::describeEmulator(emulator, queries), "text");
+        QCOMPARE(asked, pattern);
+        QCOMPARE(log.contains(QtWarningMsg, "unknown emulator: " + emulator + ", search via dpkg"),
+                 !pattern.isEmpty());
+    }
+
+    void parseInstalled() {
+        QCOMPARE(InstalledPackages::parseInstalled(
+                     "a|install ok installed\nb|deinstall ok config-files\n"
+                     "c|unknown ok not-installed\nbroken\n\nd|install ok installed\n"),
+                 QStringList({"a", "d"}));
+    }
+
+    void thisMachine() {
+        if (QStandardPaths::findExecutable("dpkg-query").isEmpty())
+            QSKIP("needs dpkg-query");
+        QCOMPARE(InstalledPackages::installed({"dpk?", "no-such-package-at-all"}), QStringList{"dpkg"});
+        QVERIFY(
+            QRegularExpression("^[0-9]+\\.[0-9.]+$").match(InstalledPackages::version("dpkg")).hasMatch());
+        QCOMPARE(InstalledPackages::version("no-such-package-at-all"), QString());
+    }
+};
+
+QTEST_GUILESS_MAIN(EmulatorPackageTest)
+#include "EmulatorPackageTest.moc"

@@ -1,0 +1,68 @@
+#include <QFile>
+#include <QMetaMethod>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+#include "backend/BottlesConfig.h"
+#include "support/fakeservice/Scenario.h"
+
+/// The contract file of the bottle interface against the proxy's signals and the stand-in's methods, both
+/// ways. (What the proxy calls is checked against the stand-in, which refuses everything else.)
+class WireContractTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() {
+        QFile file(TEST_SOURCE_DIR "/src/platform/bottleservice/wire/com.lumora.Manager.Bottles.xml");
+        if (!file.open(QIODevice::ReadOnly))
+            QSKIP("the contract file is not in this tree");
+        QXmlStreamReader xml(&file);
+        QString kind;
+        QString name;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            const auto attribute = [&xml](const char* key) {
+                return xml.attributes().value(QString(key)).toString();
+            };
+            if (xml.isStartElement() && (xml.name() == "method" || xml.name() == "signal")) {
+                kind = xml.name().toString();
+                name = attribute("name");
+                (kind == "method" ? methods : busSignals).insert(name, "");
+            } else if (xml.isStartElement() && xml.name() == "arg" && attribute("direction") != "out") {
+                (kind == "method" ? methods : busSignals)[name] += attribute("type");
+            }
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+    }
+
+    void methodsOfTheStandIn() {
+        QVERIFY(!methods.isEmpty());
+        for (auto it = methods.cbegin(); it != methods.cend(); ++it)
+            QCOMPARE(it.key() + " " + Scenario::bottleSignature(it.key()), it.key() + " " + it.value());
+        QCOMPARE(Scenario::bottleMethods(), QStringList(methods.keys()));
+    }
+
+    void signalsOfTheProxy() {
+        const QMap<QString, QString> letters = {{"QString", "s"}, {"uint", "u"}, {"int", "i"}};
+        const QStringList local = {"bottlesCreated", "dependecyInstalled"};
+        QMap<QString, QString> declared;
+        const QMetaObject& meta = BottlesConfig::staticMetaObject;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+            const QMetaMethod method = meta.method(i);
+            if (method.methodType() != QMetaMethod::Signal ||
+                local.contains(QString::fromLatin1(method.name())))
+                continue;
+            QString signature;
+            for (const QByteArray& type : method.parameterTypes())
+                signature += letters.value(QString::fromLatin1(type), "?");
+            declared.insert(QString::fromLatin1(method.name()), signature);
+        }
+        QCOMPARE(declared, busSignals);
+    }
+
+private:
+    QMap<QString, QString> methods;
+    QMap<QString, QString> busSignals;
+};
+
+QTEST_GUILESS_MAIN(WireContractTest)
+#include "WireContractTest.moc"
