@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int RandomTrees = 200;
+constexpr int RandomTrees = 100;
 
 /// Makes trees (no link leaves the test's own directory, lest a fault here costs more than a red test) of
 /// directories, files, hard links and links in all directions; the same seed makes the same tree.
