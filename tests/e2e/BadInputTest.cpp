@@ -12,8 +12,8 @@
 
 using namespace TestSupport;
 
-/// The installed application against nonsense: on the command line, on the bus, on the disk. Nothing may hang, each
-/// start says why it ends, and no file of the user's is lost.
+/// The installed application against nonsense: on the command line, on the bus, on the disk. Nothing may
+/// hang, each start says why it ends, and no file of the user's is lost.
 class BadInputTest : public QObject {
     Q_OBJECT
 
@@ -71,11 +71,16 @@ private Q_SLOTS:
     void serviceTrouble_data() {
         QTest::addColumn<QString>("trouble");
         QTest::addColumn<QString>("message");
-        QTest::newRow("absent") << "absent" << "Could not connect to the D-Bus service.";
-        QTest::newRow("other version") << "version" << "D-Bus version mismatch. Expected:";
-        QTest::newRow("dies in createBottles") << "dies" << "reply is invalid";
-        QTest::newRow("malformed answers") << "malformed" << "not exists";
-        QTest::newRow("errors") << "errors" << "Failed to fetch bottles config.";
+        QTest::newRow("absent") << "absent"
+                                << "Could not connect to the D-Bus service.";
+        QTest::newRow("other version") << "version"
+                                       << "D-Bus version mismatch. Expected:";
+        QTest::newRow("dies in createBottles") << "dies"
+                                               << "reply is invalid";
+        QTest::newRow("malformed answers") << "malformed"
+                                           << "not exists";
+        QTest::newRow("errors") << "errors"
+                                << "Failed to fetch bottles config.";
     }
 
     /// A launch goes as far as the service lets it, then ends by itself.
@@ -110,7 +115,8 @@ private Q_SLOTS:
         QTest::newRow("half a line") << QByteArray("[basic]\nupdate_log.ver");
     }
 
-    /// Nothing recorded means that the agreement is asked; the broken file is still there, under another name.
+    /// Nothing recorded means that the agreement is asked; the broken file is still there, under another
+    /// name.
     void brokenSettings() {
         QFETCH(QByteArray, content);
         m_home->write(".config/lumora/cellarix/settings.conf", content);

@@ -53,7 +53,8 @@ void InstalledApp::acceptAgreement() {
 }
 
 QString sample(const QString& name, int bits) {
-    const QString path = QString(TEST_BINARY_DIR "/tests/programs/%1/%2.exe").arg(bits == 64 ? "x64" : "x86", name);
+    const QString path =
+        QString(TEST_BINARY_DIR "/tests/programs/%1/%2.exe").arg(bits == 64 ? "x64" : "x86", name);
     return QFileInfo::exists(path) ? path : QString();
 }
 
@@ -68,10 +69,14 @@ QString sampleAs(const QString& name, const QString& directory, const QString& f
 }
 
 QString callBottles(const QString& method, const QVariantList& arguments) {
-    QDBusMessage call = QDBusMessage::createMethodCall("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Bottles",
-                                                       "com.lumora.Manager.Bottles", method);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        "com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Bottles", "com.lumora.Manager.Bottles", method);
     call.setArguments(arguments);
-    return QDBusConnection::sessionBus().call(call, QDBus::BlockWithGui, 120000).arguments().value(0).toString();
+    return QDBusConnection::sessionBus()
+        .call(call, QDBus::BlockWithGui, 120000)
+        .arguments()
+        .value(0)
+        .toString();
 }
 
 }  // namespace TestSupport

@@ -8,8 +8,8 @@
 
 namespace TestSupport {
 
-/// The installed application as a user starts it: a process of its own, in the environment of the test, with the
-/// service agreement accepted. Its messages are collected.
+/// The installed application as a user starts it: a process of its own, in the environment of the test, with
+/// the service agreement accepted. Its messages are collected.
 class InstalledApp {
 public:
     explicit InstalledApp(const QStringList& arguments = {}, const QStringList& variables = {});

@@ -40,14 +40,14 @@ QString bottleOf(const WindowInfo& window) {
 }
 
 QString applicationLog() {
-    return QString::fromUtf8(
-        readFile(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + "/lumora/cellarix/cellarix.log"));
+    return QString::fromUtf8(readFile(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                                      "/lumora/cellarix/cellarix.log"));
 }
 
 }  // namespace
 
-/// The road of a double-clicked file with everything real: the installed program, the bottle service, Wine, an X
-/// server with a window manager.
+/// The road of a double-clicked file with everything real: the installed program, the bottle service, Wine,
+/// an X server with a window manager.
 class LaunchTest : public QObject {
     Q_OBJECT
 
@@ -99,7 +99,8 @@ private Q_SLOTS:
         QCOMPARE(environmentOf(window.pid).value("_CXB_WINE_PROGRAM_UUID"), uuid);
         m_windows.close(window.id);
         QCOMPARE(app.waitForExit(), 0);
-        QVERIFY(QFile::exists(bottle(m_bottle).value("Path").toString() + "/logs/wine-program-" + uuid + ".txt"));
+        QVERIFY(
+            QFile::exists(bottle(m_bottle).value("Path").toString() + "/logs/wine-program-" + uuid + ".txt"));
     }
 
     void thirtyTwoBitFile() {
@@ -218,7 +219,8 @@ private Q_SLOTS:
         for (const auto& other : others)
             QCOMPARE(other->waitForExit(LaunchMs), 1);
         for (int i = 0; i < Starts; ++i)
-            QVERIFY2(first.waitForLog(QString("No such file: \"/nowhere/%1.exe\"").arg(i)), qPrintable(first.log()));
+            QVERIFY2(first.waitForLog(QString("No such file: \"/nowhere/%1.exe\"").arg(i)),
+                     qPrintable(first.log()));
         first.signal(SIGTERM);
         QCOMPARE(first.waitForExit(), 0);
         QCOMPARE(first.log().count("::::"), Starts);

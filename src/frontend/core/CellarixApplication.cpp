@@ -23,7 +23,9 @@ const char Ruler[] = "---------------------------------";
 }  // namespace
 
 CellarixApplication::CellarixApplication(int& argc, char** argv)
-    : Fenk::Application(argc, argv), m_translator(new QTranslator(this)), m_windowMonitor(new WindowMonitor(this)) {
+    : Fenk::Application(argc, argv),
+      m_translator(new QTranslator(this)),
+      m_windowMonitor(new WindowMonitor(this)) {
     installEventFilter(m_windowMonitor);
     Fenk::Theme::addIconSearchPath(Paths::iconsDir());
     loadTranslators(QString::fromLocal8Bit(qgetenv("LANG")));
@@ -169,7 +171,8 @@ void CellarixApplication::onProgramAdded(const QString& bottle, const QString& u
     qDebug() << "program added" << Ruler << bottle << uuid << object;
 }
 
-void CellarixApplication::onProgramUpdated(const QString& bottle, const QString& uuid, const QString& object) {
+void CellarixApplication::onProgramUpdated(const QString& bottle, const QString& uuid,
+                                           const QString& object) {
     qDebug() << "program updated" << Ruler << bottle << uuid << object;
 }
 

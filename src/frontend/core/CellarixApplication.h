@@ -12,8 +12,8 @@ class Mainwindow;
 class WindowMonitor;
 
 /// The process: owns the main window, the running launches (at most one a bottle, by bottle name) and the
-/// decision when the process may leave. The only place that quits when nothing is left to wait for. Everything
-/// runs on the main thread, except checkBackendVersion.
+/// decision when the process may leave. The only place that quits when nothing is left to wait for.
+/// Everything runs on the main thread, except checkBackendVersion.
 class CellarixApplication : public Fenk::Application {
     Q_OBJECT
 public:

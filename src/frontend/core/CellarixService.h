@@ -7,8 +7,8 @@ class CellarixApplication;
 
 Q_DECLARE_LOGGING_CATEGORY(serviceLog)
 
-/// What other programs of the desktop may ask of the running process, on the session bus as com.lumora.Cellarix.
-/// Without a bus, or when the name is taken, the process runs on and only logs it.
+/// What other programs of the desktop may ask of the running process, on the session bus as
+/// com.lumora.Cellarix. Without a bus, or when the name is taken, the process runs on and only logs it.
 class CellarixService : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.lumora.Cellarix")

@@ -120,7 +120,8 @@ bool CommandLineHandler::checkClientUpgrade() {
     if (dialog.exec() == 1) {
         QGuiApplication::setQuitOnLastWindowClosed(true);
         // Also when the loop has not begun yet.
-        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                                  Qt::QueuedConnection);
     }
     return true;
 }
@@ -160,12 +161,13 @@ int CommandLineHandler::handleOpenCommand(const QStringList& positional) {
     const QString file = positional.size() > 2 ? positional.at(2) : positional.at(1);
     if (positional.size() == 2) {
         const QString scheme = QUrl(file).scheme();
-        extension = !scheme.isEmpty() && scheme != QLatin1String("file") ? scheme
-                                                                         : "." + file.split('.').last().toLower();
+        extension = !scheme.isEmpty() && scheme != QLatin1String("file")
+                        ? scheme
+                        : "." + file.split('.').last().toLower();
         qDebug() << "opening extension:" << extension;
     }
-    qWarning() << "Opening a file by its type is not possible in this version:" << positional.at(0) << extension
-               << file;
+    qWarning() << "Opening a file by its type is not possible in this version:" << positional.at(0)
+               << extension << file;
     return 1;
 }
 
@@ -182,28 +184,29 @@ int CommandLineHandler::handleDebugUrl(const QString& url) {
 int CommandLineHandler::handleUrl(const QString& url) {
     const LaunchTarget target = LaunchTarget::fromUrl(url);
     switch (target.kind) {
-    case LaunchTarget::Invalid:
-        qWarning() << "Invalid url:" << url;
-        return 1;
-    case LaunchTarget::StoredProgram:
-        return m_application->openProgram(target.bottle, target.uuid);
-    case LaunchTarget::Executable:
-        m_application->openExe(target.path, false);
-        return 0;
-    case LaunchTarget::PackageFile:
-        qInfo() << "open cxb file:" << target.path;
-        return 1;
-    case LaunchTarget::Missing:
-        qWarning() << "No such file:" << url;
-        return 1;
-    case LaunchTarget::OtherFile:
-        qWarning() << "Not a Windows program:" << target.path;
-        return 1;
+        case LaunchTarget::Invalid:
+            qWarning() << "Invalid url:" << url;
+            return 1;
+        case LaunchTarget::StoredProgram:
+            return m_application->openProgram(target.bottle, target.uuid);
+        case LaunchTarget::Executable:
+            m_application->openExe(target.path, false);
+            return 0;
+        case LaunchTarget::PackageFile:
+            qInfo() << "open cxb file:" << target.path;
+            return 1;
+        case LaunchTarget::Missing:
+            qWarning() << "No such file:" << url;
+            return 1;
+        case LaunchTarget::OtherFile:
+            qWarning() << "Not a Windows program:" << target.path;
+            return 1;
     }
     return 1;
 }
 
-QVector<ScannedExecutable> CommandLineHandler::scanExecutables(const QString& directory, const QString& output) {
+QVector<ScannedExecutable> CommandLineHandler::scanExecutables(const QString& directory,
+                                                               const QString& output) {
     const ToolProcess::Result result =
         ToolProcess::run(Paths::exeScannerScript(), {directory, output}, ToolProcess::NoTimeLimit);
     QVector<ScannedExecutable> found;

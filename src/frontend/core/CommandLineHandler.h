@@ -18,16 +18,16 @@ struct ScannedExecutable {
     QJsonObject peInfo;
 };
 
-/// Decides what a start of the program means. Serves the first process's own arguments and those that a second
-/// process hands over, so each branch works with an event loop already running. Bad arguments log a warning and
-/// never show a dialog.
+/// Decides what a start of the program means. Serves the first process's own arguments and those that a
+/// second process hands over, so each branch works with an event loop already running. Bad arguments log a
+/// warning and never show a dialog.
 class CommandLineHandler : public QObject {
     Q_OBJECT
 public:
     explicit CommandLineHandler(CellarixApplication* application);
 
-    /// 0 tells main to enter the event loop, any other value ends a first process with status 1. An empty list
-    /// means the process's own arguments; only those may print help and leave.
+    /// 0 tells main to enter the event loop, any other value ends a first process with status 1. An empty
+    /// list means the process's own arguments; only those may print help and leave.
     int handleCommandLine(const QStringList& args);
 
     /// Whether a start asked for a service without a window, which then waits for the bus.

@@ -11,8 +11,8 @@ struct LaunchTarget {
     QString uuid;    ///< StoredProgram
     QString path;    ///< canonical path of a file that exists
 
-    /// "lumorawine://<bottle>/<uuid>" is split at its last "/", so that a public bottle keeps its own; anything
-    /// else is a path with or without "file://".
+    /// "lumorawine://<bottle>/<uuid>" is split at its last "/", so that a public bottle keeps its own;
+    /// anything else is a path with or without "file://".
     static LaunchTarget fromUrl(const QString& url);
     /// As above for a file only; takes the wider set of suffixes that the configuration window can open.
     static LaunchTarget fromDebugUrl(const QString& url);

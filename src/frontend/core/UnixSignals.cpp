@@ -5,8 +5,8 @@
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <csignal>
 #include <cerrno>
+#include <csignal>
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <memory>
 
 /// Turns SIGQUIT, SIGINT, SIGTERM and SIGHUP into an orderly end of the event loop. The handler itself only
-/// writes a byte to a pipe, which is all that is legal there; the loop then calls QCoreApplication::quit(), also
-/// when the signal came before the loop began. One instance a process.
+/// writes a byte to a pipe, which is all that is legal there; the loop then calls QCoreApplication::quit(),
+/// also when the signal came before the loop began. One instance a process.
 class UnixSignals : public QObject {
     Q_OBJECT
 public:

@@ -24,10 +24,11 @@ void nameApplication(CellarixApplication& application) {
     setHighDpi();
     application.setProductIcon(Fenk::Theme::icon("cellarix"));
     application.setProductName(QCoreApplication::translate("Main", "Cellarix"));
-    application.setApplicationDescription(QCoreApplication::translate(
-        "Main",
-        "Cellarix is a tool for running/packing Windows applications. It supports running Windows applications "
-        "directly and packing Windows applications into deb format."));
+    application.setApplicationDescription(
+        QCoreApplication::translate("Main",
+                                    "Cellarix is a tool for running/packing Windows applications. It "
+                                    "supports running Windows applications "
+                                    "directly and packing Windows applications into deb format."));
     application.setAboutLink(ServiceAgreement::link());
 }
 

@@ -10,14 +10,15 @@
 
 class WineLauncher;
 
-/// What a launch message is: an error line, an ordinary line, or a transient status that replaces the last one.
+/// What a launch message is: an error line, an ordinary line, or a transient status that replaces the last
+/// one.
 enum MsgType { MsgError = 0, MsgLine = 1, MsgStatus = 2 };
 
 /// One launch without any window of its own: inspects the file, picks or creates a bottle, starts the program
-/// through WineLauncher and reports how it ended, in words and signals. Owned by an ExeFileRunner. Construction
-/// blocks until the file has been read (its key parts, at most 11 MiB, and its version block); the choice of the
-/// bottle goes on in the background. Every start ends in exactly one of runSuccessed and runFailed, save an
-/// unreadable file, which only logs.
+/// through WineLauncher and reports how it ended, in words and signals. Owned by an ExeFileRunner.
+/// Construction blocks until the file has been read (its key parts, at most 11 MiB, and its version block);
+/// the choice of the bottle goes on in the background. Every start ends in exactly one of runSuccessed and
+/// runFailed, save an unreadable file, which only logs.
 class ExeFileExecutor : public QObject {
     Q_OBJECT
 public:

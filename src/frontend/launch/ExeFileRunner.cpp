@@ -90,7 +90,8 @@ int ExeFileRunner::runProgram() {
     m_startTime = QDateTime::currentDateTime();
     m_executor = new ExeFileExecutor(QString(), this);
     m_executor->setFirstRun(0);
-    m_appName = BottleUtils::bottlePrograms(m_bottlesName).value(m_programUuid).toObject().value("name").toString();
+    m_appName =
+        BottleUtils::bottlePrograms(m_bottlesName).value(m_programUuid).toObject().value("name").toString();
     m_executor->setAppName(m_appName);
     connectExecutor();
     m_executor->launchProgram(m_bottlesName, m_programUuid);

@@ -11,8 +11,8 @@ constexpr int ScriptFailures[] = {64, 66, 67, 69, 78};
 }  // namespace
 
 bool isLaunchFailure(int exitCode) {
-    return exitCode == NotStarted ||
-           std::find(std::begin(ScriptFailures), std::end(ScriptFailures), exitCode) != std::end(ScriptFailures);
+    return exitCode == NotStarted || std::find(std::begin(ScriptFailures), std::end(ScriptFailures),
+                                               exitCode) != std::end(ScriptFailures);
 }
 
 }  // namespace LauncherExit

@@ -14,7 +14,8 @@ constexpr qint64 TailSize = MiB;
 constexpr qint64 HeadSize = BlockSize - TailSize;
 constexpr int NameLimit = 50;
 
-/// Hashes `size` bytes from the file's present position. Less than asked for means a read error or a file that shrank.
+/// Hashes `size` bytes from the file's present position. Less than asked for means a read error or a file
+/// that shrank.
 qint64 hashFrom(QFile& file, qint64 size, QCryptographicHash& hash) {
     QByteArray buffer(int(qMin(size, MiB)), Qt::Uninitialized);
     qint64 done = 0;

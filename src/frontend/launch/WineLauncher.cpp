@@ -88,7 +88,8 @@ void WineLauncher::startScript(const QString& what, const QStringList& arguments
 
 void WineLauncher::launchProgram(const QString& programUuid) {
     m_logPath = m_logDir + "/wine-program-" + programUuid + ".txt";
-    const QStringList arguments = QStringList{m_bottleName} + commonOptions() + QStringList{"--uuid", programUuid};
+    const QStringList arguments =
+        QStringList{m_bottleName} + commonOptions() + QStringList{"--uuid", programUuid};
 
     const QJsonObject entry = BottleUtils::bottlePrograms(m_bottleName).value(programUuid).toObject();
     if (entry.isEmpty())

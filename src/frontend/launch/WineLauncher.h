@@ -4,11 +4,11 @@
 #include <QString>
 #include <QStringList>
 
-/// The one place where a Windows program becomes a Linux process: runs launcher.py for a bottle and owns every
-/// argument and environment variable of a launch. Its end signal is QProcess::finished; a script that can't be
-/// started shows as QProcess::errorOccurred(FailedToStart), a failed launch as the script's exit code. Options
-/// are set before one of the launch operations. The object has no Qt parent of its own: the given parent only
-/// owns it logically, and whoever created it ends it with deleteLater.
+/// The one place where a Windows program becomes a Linux process: runs launcher.py for a bottle and owns
+/// every argument and environment variable of a launch. Its end signal is QProcess::finished; a script that
+/// can't be started shows as QProcess::errorOccurred(FailedToStart), a failed launch as the script's exit
+/// code. Options are set before one of the launch operations. The object has no Qt parent of its own: the
+/// given parent only owns it logically, and whoever created it ends it with deleteLater.
 class WineLauncher : public QProcess {
     Q_OBJECT
 public:
@@ -20,9 +20,11 @@ public:
     /// Adds "KEY=value"; a later entry wins over an earlier one of the same key.
     void addEnvironment(const QString& entry);
 
-    void setCli(bool on) { m_cli = on; }              ///< run in a terminal
-    void setShowLogs(bool on) { m_showLogs = on; }    ///< Wine's output also on standard error, to be read from here
-    void setWait(bool on) { m_wait = on; }            ///< end only when the program's last process has ended
+    void setCli(bool on) { m_cli = on; }  ///< run in a terminal
+    void setShowLogs(bool on) {
+        m_showLogs = on;
+    }                                       ///< Wine's output also on standard error, to be read from here
+    void setWait(bool on) { m_wait = on; }  ///< end only when the program's last process has ended
     void setLogPath(const QString& path) { m_logPath = path; }
     QString logPath() const { return m_logPath; }
     QString bottle() const { return m_bottleName; }

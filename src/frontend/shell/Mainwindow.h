@@ -4,7 +4,8 @@
 
 class QStackedWidget;
 
-/// The library window. Created by the application when it is first wanted; a launch of a file never creates it.
+/// The library window. Created by the application when it is first wanted; a launch of a file never creates
+/// it.
 class Mainwindow : public Fenk::MainWindow {
     Q_OBJECT
 public:

@@ -40,9 +40,9 @@ WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
     icon->setAlignment(Qt::AlignCenter);
     auto* title = new Fenk::Label(tr("Run a Windows program"), Fenk::Label::Title);
     title->setAlignment(Qt::AlignCenter);
-    auto* text = new Fenk::Label(
-        tr("Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it."),
-        Fenk::Label::Secondary);
+    auto* text = new Fenk::Label(tr("Choose a program file or drop it here. Cellarix makes a place for it, "
+                                    "starts it and remembers it."),
+                                 Fenk::Label::Secondary);
     text->setAlignment(Qt::AlignCenter);
     text->setWordWrap(true);
     text->setFixedWidth(TextWidth);
@@ -105,6 +105,6 @@ void WelcomePage::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(Fenk::Theme::instance()->color(Fenk::Theme::Accent), 2, Qt::DashLine));
     const qreal margin = Fenk::Tokens::Space16;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(margin, margin, -margin, -margin), Fenk::Tokens::RadiusCard,
-                            Fenk::Tokens::RadiusCard);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(margin, margin, -margin, -margin),
+                            Fenk::Tokens::RadiusCard, Fenk::Tokens::RadiusCard);
 }

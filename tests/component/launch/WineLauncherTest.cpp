@@ -24,8 +24,9 @@ class WineLauncherTest : public QObject {
     FakeBottleService m_service;
 
     void storeProgram(const QString& name) {
-        m_service.setBottle(Bottle, {{"Path", m_home.path() + "/notes"},
-                                     {"External_Programs", QJsonObject{{Uuid, QJsonObject{{"name", name}}}}}});
+        m_service.setBottle(Bottle,
+                            {{"Path", m_home.path() + "/notes"},
+                             {"External_Programs", QJsonObject{{Uuid, QJsonObject{{"name", name}}}}}});
     }
     QString variable(const WineLauncher& launcher, const QString& name) const {
         return launcher.processEnvironment().value(name);
@@ -46,15 +47,16 @@ private Q_SLOTS:
         launcher.setWait(true);
         launcher.launchExe("/tmp/My Game.exe", {"-a", "--uuid"});
         QCOMPARE(launcher.arguments(),
-                 (QStringList{Bottle, "--log-path", m_home.path() + "/notes/logs/wine-My Game.exe.txt", "--cli",
-                              "--show-logs", "--wait", "/tmp/My Game.exe", "-a", "--uuid"}));
+                 (QStringList{Bottle, "--log-path", m_home.path() + "/notes/logs/wine-My Game.exe.txt",
+                              "--cli", "--show-logs", "--wait", "/tmp/My Game.exe", "-a", "--uuid"}));
         QCOMPARE(variable(launcher, "WINE_WMCLASS"), QString("My Game.exe"));
         QCOMPARE(variable(launcher, "ATTACH_FILE_DIALOG"), QString("1"));
         QVERIFY(!launcher.processEnvironment().contains("GIO_LAUNCHED_DESKTOP_FILE"));
         QVERIFY(!launcher.processEnvironment().contains("GIO_LAUNCHED_DESKTOP_FILE_PID"));
         launcher.waitForFinished();
         launcher.launchExe("/tmp/other.exe", {});
-        QVERIFY2(launcher.logPath().endsWith("wine-My Game.exe.txt"), "a second launch keeps the first log path");
+        QVERIFY2(launcher.logPath().endsWith("wine-My Game.exe.txt"),
+                 "a second launch keeps the first log path");
         launcher.waitForFinished();
     }
 
@@ -73,8 +75,8 @@ private Q_SLOTS:
         WineLauncher launcher(Bottle, this);
         launcher.launchProgram(Uuid);
         QCOMPARE(launcher.arguments(),
-                 (QStringList{Bottle, "--log-path", m_home.path() + "/notes/logs/wine-program-" + Uuid + ".txt",
-                              "--uuid", Uuid}));
+                 (QStringList{Bottle, "--log-path",
+                              m_home.path() + "/notes/logs/wine-program-" + Uuid + ".txt", "--uuid", Uuid}));
         QCOMPARE(variable(launcher, "WINE_WMCLASS"), windowClass);
         QCOMPARE(variable(launcher, "GIO_LAUNCHED_DESKTOP_FILE"), desktopFile);
         launcher.waitForFinished();

@@ -25,16 +25,18 @@ private Q_SLOTS:
         using T = LaunchTarget;
         QTest::newRow("empty") << "" << int(T::Invalid) << int(T::Invalid) << "";
         QTest::newRow("program") << "lumorawine://b/u" << int(T::StoredProgram) << int(T::Missing) << "b|u";
-        QTest::newRow("public bottle") << "lumorawine://public/b/u" << int(T::StoredProgram) << int(T::Missing)
-                                       << "public/b|u";
+        QTest::newRow("public bottle")
+            << "lumorawine://public/b/u" << int(T::StoredProgram) << int(T::Missing) << "public/b|u";
         QTest::newRow("no uuid") << "lumorawine://b/" << int(T::StoredProgram) << int(T::Missing) << "b|";
         QTest::newRow("no slash") << "lumorawine://b" << int(T::Invalid) << int(T::Missing) << "";
         QTest::newRow("slash first") << "lumorawine:///u" << int(T::Invalid) << int(T::Missing) << "";
         QTest::newRow("exe") << "@/a.EXE" << int(T::Executable) << int(T::Executable) << "a.EXE";
-        QTest::newRow("msi as url") << "file://@/b c.msi" << int(T::Executable) << int(T::Executable) << "b c.msi";
-        QTest::newRow("encoded url") << "file://@/b%20c.msi" << int(T::Executable) << int(T::Executable) << "b c.msi";
-        QTest::newRow("percent in a name") << "file://@/%41.exe" << int(T::Executable) << int(T::Executable)
-                                           << "%41.exe";
+        QTest::newRow("msi as url") << "file://@/b c.msi" << int(T::Executable) << int(T::Executable)
+                                    << "b c.msi";
+        QTest::newRow("encoded url") << "file://@/b%20c.msi" << int(T::Executable) << int(T::Executable)
+                                     << "b c.msi";
+        QTest::newRow("percent in a name")
+            << "file://@/%41.exe" << int(T::Executable) << int(T::Executable) << "%41.exe";
         QTest::newRow("bat") << "@/a.bat" << int(T::OtherFile) << int(T::Executable) << "a.bat";
         QTest::newRow("msp") << "@/a.msp" << int(T::OtherFile) << int(T::Executable) << "a.msp";
         QTest::newRow("cxb") << "@/a.cxb" << int(T::PackageFile) << int(T::PackageFile) << "a.cxb";
@@ -81,7 +83,8 @@ private Q_SLOTS:
             QFile file(cache.filePath(name));
             QVERIFY(file.open(QIODevice::WriteOnly));
             const int days = qstrcmp(name, "old") == 0 ? 16 : 14;
-            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-days), QFileDevice::FileModificationTime));
+            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-days),
+                                     QFileDevice::FileModificationTime));
         }
         purgeImageCache(15);
         QCOMPARE(cache.entryList(QDir::Files), QStringList{"new"});

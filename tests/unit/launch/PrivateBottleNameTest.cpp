@@ -67,12 +67,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("fileName");
         QTest::addColumn<QString>("expected");
         const QString fifty(50, 'a');
-        QTest::newRow("plain") << "setup.exe" << "setup.exeKEY";
+        QTest::newRow("plain") << "setup.exe"
+                               << "setup.exeKEY";
         QTest::newRow("50 characters") << fifty << fifty + "KEY";
         QTest::newRow("51 characters") << fifty + "b" << fifty + "-KEY";
-        QTest::newRow("unwanted") << "a $[b](c)\n\t*?.exe" << "abc.exeKEY";
-        QTest::newRow("cut comes before removal") << QString(50, ' ') + "tail.exe" << "-KEY";
-        QTest::newRow("Chinese") << "微信安装（1）.exe" << "微信安装（1）.exeKEY";
+        QTest::newRow("unwanted") << "a $[b](c)\n\t*?.exe"
+                                  << "abc.exeKEY";
+        QTest::newRow("cut comes before removal") << QString(50, ' ') + "tail.exe"
+                                                  << "-KEY";
+        QTest::newRow("Chinese") << "微信安装（1）.exe"
+                                 << "微信安装（1）.exeKEY";
         QTest::newRow("no half characters") << QString(49, 'a') + "😀.exe" << QString(49, 'a') + "-KEY";
     }
 

@@ -25,7 +25,8 @@ QString launcherScript() {
     return shareDir() + "/service/launcher.py";
 }
 QString peVersionInfoScript() {
-    return BuildInfo::isRelease() ? binDir() + "/pe_version_info.py" : shareDir() + "/tools/pe_version_info.py";
+    return BuildInfo::isRelease() ? binDir() + "/pe_version_info.py"
+                                  : shareDir() + "/tools/pe_version_info.py";
 }
 QString exeScannerScript() {
     return shareDir() + "/scripts/exe_scanner.py";

@@ -5,20 +5,21 @@
 /// Where the installed tree and the user's files lie. The only place that knows the prefix.
 namespace Paths {
 
-QString prefix();                      ///< "/opt/apps/cellarix" unless configured otherwise
-QString infoFile();                    ///< JSON with the installed "version"
-QString binDir();                      ///< files/bin
-QString shareDir();                    ///< files/share/cellarix
-QString dataFile(const QString& name); ///< a catalogue file beside the share directory; source/ in development builds
-QString launcherScript();              ///< service/launcher.py
-QString peVersionInfoScript();         ///< pe_version_info.py
-QString exeScannerScript();            ///< scripts/exe_scanner.py
-QString iconExtractorScript();         ///< scripts/icon_extractor.py
-QString translationsDir();             ///< compiled translations
-QString iconsDir();                    ///< base of the hicolor theme of the program's own icons
-QString dbusServiceDir();              ///< D-Bus activation files
+QString prefix();    ///< "/opt/apps/cellarix" unless configured otherwise
+QString infoFile();  ///< JSON with the installed "version"
+QString binDir();    ///< files/bin
+QString shareDir();  ///< files/share/cellarix
+QString dataFile(
+    const QString& name);  ///< a catalogue file beside the share directory; source/ in development builds
+QString launcherScript();  ///< service/launcher.py
+QString peVersionInfoScript();  ///< pe_version_info.py
+QString exeScannerScript();     ///< scripts/exe_scanner.py
+QString iconExtractorScript();  ///< scripts/icon_extractor.py
+QString translationsDir();      ///< compiled translations
+QString iconsDir();             ///< base of the hicolor theme of the program's own icons
+QString dbusServiceDir();       ///< D-Bus activation files
 
-QString imageCacheDir();               ///< <CacheLocation>/cellarix-img-cache
-QString bottlesDataDir();              ///< <GenericDataLocation>/lumora-wine-bottles
+QString imageCacheDir();   ///< <CacheLocation>/cellarix-img-cache
+QString bottlesDataDir();  ///< <GenericDataLocation>/lumora-wine-bottles
 
 }  // namespace Paths

@@ -40,7 +40,8 @@ ToolProcess::Result finish(GroupProcess& process, int timeoutMs) {
     QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, drain);
     QObject::connect(&process, &QProcess::readyReadStandardError, &process, drain);
 
-    const bool ended = process.waitForFinished(qMax(int(ToolProcess::NoTimeLimit), timeoutMs)) || process.state() == QProcess::NotRunning;
+    const bool ended = process.waitForFinished(qMax(int(ToolProcess::NoTimeLimit), timeoutMs)) ||
+                       process.state() == QProcess::NotRunning;
     if (!ended) {
         process.killGroup();
         process.waitForFinished(ReapMs);

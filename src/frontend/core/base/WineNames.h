@@ -6,13 +6,21 @@
 namespace WineNames {
 
 /// The runner that new bottles get, and the fallback when a wanted runner can't be fetched.
-inline QString defaultRunner() { return QStringLiteral("lumora-wine10-stable"); }
+inline QString defaultRunner() {
+    return QStringLiteral("lumora-wine10-stable");
+}
 
 /// How a program's identity and its prefix show in a process environment.
-inline QByteArray programUuidPrefix() { return QByteArrayLiteral("_CXB_WINE_PROGRAM_UUID="); }
-inline QByteArray winePrefixPrefix() { return QByteArrayLiteral("WINEPREFIX="); }
+inline QByteArray programUuidPrefix() {
+    return QByteArrayLiteral("_CXB_WINE_PROGRAM_UUID=");
+}
+inline QByteArray winePrefixPrefix() {
+    return QByteArrayLiteral("WINEPREFIX=");
+}
 
 /// Bottles shared by several programs; they are never repaired by hand.
-inline bool isPublicBottle(const QString& bottle) { return bottle.startsWith(QLatin1String("public/")); }
+inline bool isPublicBottle(const QString& bottle) {
+    return bottle.startsWith(QLatin1String("public/"));
+}
 
 }  // namespace WineNames
