@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -14,6 +15,10 @@
 
 namespace TestSupport {
 
+namespace {
+constexpr int ShownBytes = 4000;
+}
+
 InstalledApp::InstalledApp(const QStringList& arguments, const QStringList& variables) {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     for (const QString& variable : variables)
@@ -25,8 +30,10 @@ InstalledApp::InstalledApp(const QStringList& arguments, const QStringList& vari
 }
 
 int InstalledApp::waitForExit(int timeoutMs) {
-    if (!waitUntil([this] { return !isRunning(); }, timeoutMs))
+    if (!waitUntil([this] { return !isRunning(); }, timeoutMs)) {
+        qWarning().noquote() << "does not end:" << m_log.right(ShownBytes);
         return -1;
+    }
     m_log += QString::fromUtf8(m_process.readAll());
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }

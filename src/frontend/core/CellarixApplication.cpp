@@ -110,6 +110,7 @@ int CellarixApplication::openProgram(const QString& bottleName, const QString& p
 void CellarixApplication::showAlreadyRunning(const QString& displayName) {
     auto* dialog = new Fenk::Dialog;
     dialog->setObjectName("already_running_dialog");
+    dialog->setWindowTitle(productName());
     dialog->setMessage(tr("%1 is running.").arg(displayName));
     dialog->addButton(tr("OK"));
     dialog->show();

@@ -21,7 +21,6 @@ void nameApplication(CellarixApplication& application) {
     QCoreApplication::setOrganizationName("lumora");
     QCoreApplication::setApplicationName("cellarix");
     QCoreApplication::setApplicationVersion(BuildInfo::version());
-    setHighDpi();
     application.setProductIcon(Fenk::Theme::icon("cellarix"));
     application.setProductName(QCoreApplication::translate("Main", "Cellarix"));
     application.setApplicationDescription(

@@ -22,7 +22,7 @@ class Commands(HomeCase):
     def test_each_kind_of_file_reaches_wine_in_its_way(self):
         bottle = self.bottle()
         long_name = "长" * 83 + "ab.exe"  # 255 bytes
-        names = ["it's \"q\" $x.exe", "-dash.exe", "包.MSI", "fix.msp", "run.bat", "a.lnk", long_name]
+        names = ["it's `q` $x.exe", "-dash.exe", "包.MSI", "fix.msp", "run.bat", "a.lnk", long_name]
         files = {name: self.write(f"files/{name}", "MZ") for name in names}
         at = "Z:" + self.top.replace("/", "\\") + "\\files\\"
         cases = [([file], [file]) for name, file in files.items() if name.endswith(("exe", "bat"))] + [
@@ -82,6 +82,7 @@ class Commands(HomeCase):
             (["", "x.exe"], 67, "there is no bottle"), (["t/", "x.exe"], 67, "there is no bottle"),
             (["t", "/no/x.exe"], 66, 'the program "/no/x.exe" does not exist'),
             (["t", self.top + "/"], 66, "does not exist"), (["t", r"C:\no.exe"], 66, "does not exist"),
+            (["t", self.write('a "b".exe', "MZ")], 66, "Windows knows no paths with the sign"),
             (["t", "--uuid", "none"], 66, 'there is no program none in bottle "t"'),
             (["t", "--uuid", "odd"], 66, "there is no program odd"), (["t", "--uuid", "empty"], 66, "does not exist"),
             (["t", "--uuid", UUID], 66, "C:\\gone.exe"),

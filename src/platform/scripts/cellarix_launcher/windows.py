@@ -8,6 +8,7 @@ from cellarix_launcher import errors
 MACHINE_I386 = 0x14C
 PE32_MAGIC = 0x10B
 CLR_DIRECTORY = 14
+FORBIDDEN = '"*<>?|\\:'  # in the names of a Windows path; Wine finds no file behind such a name
 
 
 def is_windows_path(word):
@@ -99,6 +100,10 @@ def resolve(bottle_dir, word, arguments, folder=""):
         if is_windows_path(word) or "/" in word or not word:
             raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" does not exist")
         return Program([word] + arguments, "", find_folder(bottle_dir, folder) or "")
+    forbidden = next((sign for sign in FORBIDDEN if sign in file), None)
+    if forbidden and not is_windows_path(word):
+        raise errors.LaunchError(
+            errors.NO_PROGRAM, f"Windows knows no paths with the sign {forbidden}; rename \"{file}\" without it")
     if not os.access(file, os.R_OK):
         raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" cannot be read")
     start = find_folder(bottle_dir, folder) or os.path.dirname(file)
