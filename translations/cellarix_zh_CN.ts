@@ -2,6 +2,389 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>BottleTasks</name>
+    <message>
+        <source>Import registry files (*.reg)</source>
+        <translation>导入注册表文件 (*.reg)</translation>
+    </message>
+</context>
+<context>
+    <name>CellarixApplication</name>
+    <message>
+        <source>%1 is running.</source>
+        <translation>“%1”正在运行。</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="vanished">取消</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation type="vanished">退出</translation>
+    </message>
+    <message>
+        <source>Welcome to use Cellarix</source>
+        <translation>欢迎使用 Cellarix</translation>
+    </message>
+    <message>
+        <source>I have fully read and agree to the %1</source>
+        <translation>我已完整阅读并同意%1</translation>
+    </message>
+    <message>
+        <source>Service Agreement</source>
+        <translation type="vanished">《服务协议》</translation>
+    </message>
+    <message>
+        <source>Disagree</source>
+        <translation>不同意</translation>
+    </message>
+    <message>
+        <source>Agree</source>
+        <translation>同意</translation>
+    </message>
+    <message>
+        <source>Cellarix has upgrade</source>
+        <translation type="vanished">Cellarix 已升级</translation>
+    </message>
+    <message>
+        <source>Are you want to quit current running version?</source>
+        <translation type="vanished">是否退出当前正在运行的版本？</translation>
+    </message>
+    <message>
+        <source>Cellarix is initializing envrionment</source>
+        <translation type="vanished">Cellarix 正在初始化环境</translation>
+    </message>
+    <message>
+        <source>It will take a few minutes, please wait patiently.</source>
+        <translation type="vanished">这需要几分钟，请耐心等待。</translation>
+    </message>
+</context>
+<context>
+    <name>CellarixService</name>
+    <message>
+        <source>A window session is currently in progress; unable to open a new session window. Please close the current session and try again!</source>
+        <translation type="vanished">当前已有窗口会话正在进行，无法打开新的会话窗口。请关闭当前会话后重试！</translation>
+    </message>
+</context>
+<context>
+    <name>CommandLineHandler</name>
+    <message>
+        <source>Cellarix has upgrade</source>
+        <translation>Cellarix 已升级</translation>
+    </message>
+    <message>
+        <source>Are you want to quit current running version?</source>
+        <translation>是否退出当前正在运行的版本？</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>Cellarix is initializing envrionment</source>
+        <translation type="vanished">Cellarix 正在初始化环境</translation>
+    </message>
+    <message>
+        <source>It will take a few minutes, please wait patiently.</source>
+        <translation type="vanished">这需要几分钟，请耐心等待。</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="vanished">确定</translation>
+    </message>
+</context>
+<context>
+    <name>DependencyInstallQueue</name>
+    <message>
+        <source>Downloading %1: %2%</source>
+        <translation type="vanished">正在下载 %1：%2%</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation type="vanished">失败</translation>
+    </message>
+    <message>
+        <source>Success</source>
+        <translation type="vanished">成功</translation>
+    </message>
+    <message>
+        <source>Fixing</source>
+        <translation type="vanished">正在修复</translation>
+    </message>
+    <message>
+        <source>Fix: install components %1</source>
+        <translation type="vanished">修复：安装组件 %1</translation>
+    </message>
+    <message>
+        <source>Setup %1</source>
+        <translation type="vanished">安装 %1</translation>
+    </message>
+    <message>
+        <source>Setup %1, please waiting...</source>
+        <translation type="vanished">正在安装 %1，请稍候……</translation>
+    </message>
+</context>
+<context>
+    <name>EnvInitBanner</name>
+    <message>
+        <source>Initializing Environment</source>
+        <translation type="vanished">正在初始化环境</translation>
+    </message>
+    <message>
+        <source>Envrionment Initialization Completed</source>
+        <translation type="vanished">环境初始化完成</translation>
+    </message>
+    <message>
+        <source>Setup Proton</source>
+        <translation type="vanished">正在安装 Proton</translation>
+    </message>
+    <message>
+        <source>Setup Proton Completed</source>
+        <translation type="vanished">Proton 安装完成</translation>
+    </message>
+    <message>
+        <source>Start Using</source>
+        <translation type="vanished">开始使用</translation>
+    </message>
+    <message>
+        <source>View Logs</source>
+        <translation type="vanished">查看日志</translation>
+    </message>
+    <message>
+        <source>You can now start using Cellarix</source>
+        <translation type="vanished">现在可以开始使用 Cellarix 了</translation>
+    </message>
+    <message>
+        <source>You can now start using proton to run games</source>
+        <translation type="vanished">现在可以开始使用 Proton 运行游戏了</translation>
+    </message>
+    <message>
+        <source>It will take a few minutes, please wait patiently.</source>
+        <translation type="vanished">这需要几分钟，请耐心等待。</translation>
+    </message>
+</context>
+<context>
+    <name>ExeFileExecutor</name>
+    <message>
+        <source>App run failed, try to using lumora-wine-staging and relaunch</source>
+        <translation type="vanished">应用运行失败，尝试使用 lumora-wine-staging 并重新启动</translation>
+    </message>
+    <message>
+        <source>Application is not running as expected, try to using lumora-wine-staging and relaunch</source>
+        <translation type="vanished">应用未按预期运行，尝试使用 lumora-wine-staging 并重新启动</translation>
+    </message>
+    <message>
+        <source>Choose wine version: %1</source>
+        <translation>选择 Wine 版本：%1</translation>
+    </message>
+    <message>
+        <source>Detech crash in wine logs</source>
+        <translation type="vanished">在 Wine 日志中检测到崩溃</translation>
+    </message>
+    <message>
+        <source>Download failed, fallback to %1</source>
+        <translation type="vanished">下载失败，改用 %1</translation>
+    </message>
+    <message>
+        <source>Downloading %1: %2%</source>
+        <translation type="vanished">正在下载 %1：%2%</translation>
+    </message>
+    <message>
+        <source>Fixing</source>
+        <translation type="vanished">正在修复</translation>
+    </message>
+    <message>
+        <source>Initializing Envrironment</source>
+        <translation type="vanished">正在初始化环境</translation>
+    </message>
+    <message>
+        <source>Launch exe file...</source>
+        <translation type="vanished">启动 exe 文件……</translation>
+    </message>
+    <message>
+        <source>Launch failed</source>
+        <translation type="vanished">启动失败</translation>
+    </message>
+    <message>
+        <source>Launch via desktop file...</source>
+        <translation type="vanished">通过桌面文件启动……</translation>
+    </message>
+    <message>
+        <source>Launching %1 in %2 seconds</source>
+        <translation>%2 秒后启动 %1</translation>
+    </message>
+    <message>
+        <source>Launching %1</source>
+        <translation>正在启动 %1</translation>
+    </message>
+    <message>
+        <source>Launching</source>
+        <translation>正在启动</translation>
+    </message>
+    <message>
+        <source>No any fixing applied, but seems app not crashed</source>
+        <translation>未进行任何修复，但应用似乎没有崩溃</translation>
+    </message>
+    <message>
+        <source>No any fixing applied, launch failed</source>
+        <translation>未进行任何修复，启动失败</translation>
+    </message>
+    <message>
+        <source>Other wine error logs:</source>
+        <translation type="vanished">其他 Wine 错误日志：</translation>
+    </message>
+    <message>
+        <source>Parsed wine error logs:</source>
+        <translation type="vanished">已识别的 Wine 错误日志：</translation>
+    </message>
+    <message>
+        <source>Parsing wine logs and fix application</source>
+        <translation type="vanished">正在分析 Wine 日志并修复应用</translation>
+    </message>
+    <message>
+        <source>Relaunch program...</source>
+        <translation type="vanished">重新启动程序……</translation>
+    </message>
+    <message>
+        <source>Repair</source>
+        <translation type="vanished">修复</translation>
+    </message>
+    <message>
+        <source>Seems app crashed! </source>
+        <translation type="vanished">应用似乎已崩溃！</translation>
+    </message>
+    <message>
+        <source>Seems app install failed! </source>
+        <translation type="vanished">应用似乎安装失败！</translation>
+    </message>
+    <message>
+        <source>Seems application has finished, exit code: %1%2</source>
+        <translation>应用似乎已结束，退出码：%1%2</translation>
+    </message>
+    <message>
+        <source>Start initializing envrionment, please wait...</source>
+        <translation>开始初始化环境，请稍候……</translation>
+    </message>
+    <message>
+        <source>Switch runner success, relaunch program...</source>
+        <translation type="vanished">切换运行器成功，重新启动程序……</translation>
+    </message>
+    <message>
+        <source>This application is a console application, launch in terminal</source>
+        <translation type="vanished">这是一个控制台应用，将在终端中启动</translation>
+    </message>
+    <message>
+        <source>This application missing fonts: %1</source>
+        <translation type="vanished">此应用缺少字体：%1</translation>
+    </message>
+    <message>
+        <source>This application need .NET Framework %1.</source>
+        <translation type="vanished">此应用需要 .NET Framework %1。</translation>
+    </message>
+    <message>
+        <source>Try to fix application with those components:</source>
+        <translation type="vanished">尝试使用以下组件修复应用：</translation>
+    </message>
+    <message>
+        <source>Try to install components:</source>
+        <translation type="vanished">尝试安装组件：</translation>
+    </message>
+    <message>
+        <source>Initializing Envrionment</source>
+        <translation>正在初始化环境</translation>
+    </message>
+    <message>
+        <source>, and app not been launched</source>
+        <translation>，且程序未能启动</translation>
+    </message>
+</context>
+<context>
+    <name>ExeFileRunner</name>
+    <message>
+        <source>Repair</source>
+        <translation type="vanished">修复</translation>
+    </message>
+    <message>
+        <source>Running Logs</source>
+        <translation type="vanished">运行日志</translation>
+    </message>
+    <message>
+        <source>Bottles created...</source>
+        <translation type="vanished">容器已创建……</translation>
+    </message>
+    <message>
+        <source>Waiting for bottles create...</source>
+        <translation type="vanished">正在等待容器创建……</translation>
+    </message>
+    <message>
+        <source>The app fails to run</source>
+        <translation>应用运行失败</translation>
+    </message>
+</context>
+<context>
+    <name>Fenk::AboutDialog</name>
+    <message>
+        <source>About %1</source>
+        <translation>关于%1</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>版本 %1</translation>
+    </message>
+</context>
+<context>
+    <name>Fenk::AbstractDialog</name>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>Fenk::SearchEdit</name>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+</context>
+<context>
+    <name>Fenk::Spinner</name>
+    <message>
+        <source>Busy</source>
+        <translation>忙碌</translation>
+    </message>
+</context>
+<context>
+    <name>Fenk::TitleBar</name>
+    <message>
+        <source>Menu</source>
+        <translation>菜单</translation>
+    </message>
+    <message>
+        <source>Minimize</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>Maximize</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>还原</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
     <name>Main</name>
     <message>
         <source>Cellarix</source>
@@ -13,11 +396,11 @@
     </message>
     <message>
         <source>Windows Software launcher via lumora-wine</source>
-        <translation>基于 lumora-wine 的 Windows 软件启动器</translation>
+        <translation type="vanished">基于 lumora-wine 的 Windows 软件启动器</translation>
     </message>
     <message>
         <source>url of exe files to open</source>
-        <translation>要打开的 exe 文件的地址</translation>
+        <translation type="vanished">要打开的 exe 文件的地址</translation>
     </message>
     <message>
         <source>Open url with bottles configure dialog for debugging</source>
@@ -45,450 +428,18 @@
     </message>
 </context>
 <context>
-    <name>CellarixApplication</name>
-    <message>
-        <source>%1 is running.</source>
-        <translation>“%1”正在运行。</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>确定</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>退出</translation>
-    </message>
-    <message>
-        <source>Welcome to use Cellarix</source>
-        <translation>欢迎使用 Cellarix</translation>
-    </message>
-    <message>
-        <source>I have fully read and agree to the %1</source>
-        <translation>我已完整阅读并同意%1</translation>
-    </message>
-    <message>
-        <source>Service Agreement</source>
-        <translation>《服务协议》</translation>
-    </message>
-    <message>
-        <source>Disagree</source>
-        <translation>不同意</translation>
-    </message>
-    <message>
-        <source>Agree</source>
-        <translation>同意</translation>
-    </message>
-    <message>
-        <source>Cellarix has upgrade</source>
-        <translation>Cellarix 已升级</translation>
-    </message>
-    <message>
-        <source>Are you want to quit current running version?</source>
-        <translation>是否退出当前正在运行的版本？</translation>
-    </message>
-    <message>
-        <source>Cellarix is initializing envrionment</source>
-        <translation>Cellarix 正在初始化环境</translation>
-    </message>
-    <message>
-        <source>It will take a few minutes, please wait patiently.</source>
-        <translation>这需要几分钟，请耐心等待。</translation>
-    </message>
-</context>
-<context>
-    <name>CommandLineHandler</name>
-    <message>
-        <source>Cellarix has upgrade</source>
-        <translation>Cellarix 已升级</translation>
-    </message>
-    <message>
-        <source>Are you want to quit current running version?</source>
-        <translation>是否退出当前正在运行的版本？</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation>退出</translation>
-    </message>
-    <message>
-        <source>Cellarix is initializing envrionment</source>
-        <translation>Cellarix 正在初始化环境</translation>
-    </message>
-    <message>
-        <source>It will take a few minutes, please wait patiently.</source>
-        <translation>这需要几分钟，请耐心等待。</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>确定</translation>
-    </message>
-</context>
-<context>
-    <name>CellarixService</name>
-    <message>
-        <source>A window session is currently in progress; unable to open a new session window. Please close the current session and try again!</source>
-        <translation>当前已有窗口会话正在进行，无法打开新的会话窗口。请关闭当前会话后重试！</translation>
-    </message>
-</context>
-<context>
-    <name>ExeFileRunner</name>
-    <message>
-        <source>Repair</source>
-        <translation>修复</translation>
-    </message>
-    <message>
-        <source>Running Logs</source>
-        <translation>运行日志</translation>
-    </message>
-    <message>
-        <source>Bottles created...</source>
-        <translation>容器已创建……</translation>
-    </message>
-    <message>
-        <source>Waiting for bottles create...</source>
-        <translation>正在等待容器创建……</translation>
-    </message>
-</context>
-<context>
-    <name>ExeFileExecutor</name>
-    <message>
-        <source>App run failed, try to using lumora-wine-staging and relaunch</source>
-        <translation>应用运行失败，尝试使用 lumora-wine-staging 并重新启动</translation>
-    </message>
-    <message>
-        <source>Application is not running as expected, try to using lumora-wine-staging and relaunch</source>
-        <translation>应用未按预期运行，尝试使用 lumora-wine-staging 并重新启动</translation>
-    </message>
-    <message>
-        <source>Choose wine version: %1</source>
-        <translation>选择 Wine 版本：%1</translation>
-    </message>
-    <message>
-        <source>Detech crash in wine logs</source>
-        <translation>在 Wine 日志中检测到崩溃</translation>
-    </message>
-    <message>
-        <source>Download failed, fallback to %1</source>
-        <translation>下载失败，改用 %1</translation>
-    </message>
-    <message>
-        <source>Downloading %1: %2%</source>
-        <translation>正在下载 %1：%2%</translation>
-    </message>
-    <message>
-        <source>Fixing</source>
-        <translation>正在修复</translation>
-    </message>
-    <message>
-        <source>Initializing Envrironment</source>
-        <translation>正在初始化环境</translation>
-    </message>
-    <message>
-        <source>Launch exe file...</source>
-        <translation>启动 exe 文件……</translation>
-    </message>
-    <message>
-        <source>Launch failed</source>
-        <translation>启动失败</translation>
-    </message>
-    <message>
-        <source>Launch via desktop file...</source>
-        <translation>通过桌面文件启动……</translation>
-    </message>
-    <message>
-        <source>Launching %1 in %2 seconds</source>
-        <translation>%2 秒后启动 %1</translation>
-    </message>
-    <message>
-        <source>Launching %1</source>
-        <translation>正在启动 %1</translation>
-    </message>
-    <message>
-        <source>Launching</source>
-        <translation>正在启动</translation>
-    </message>
-    <message>
-        <source>No any fixing applied, but seems app not crashed</source>
-        <translation>未进行任何修复，但应用似乎没有崩溃</translation>
-    </message>
-    <message>
-        <source>No any fixing applied, launch failed</source>
-        <translation>未进行任何修复，启动失败</translation>
-    </message>
-    <message>
-        <source>Other wine error logs:</source>
-        <translation>其他 Wine 错误日志：</translation>
-    </message>
-    <message>
-        <source>Parsed wine error logs:</source>
-        <translation>已识别的 Wine 错误日志：</translation>
-    </message>
-    <message>
-        <source>Parsing wine logs and fix application</source>
-        <translation>正在分析 Wine 日志并修复应用</translation>
-    </message>
-    <message>
-        <source>Relaunch program...</source>
-        <translation>重新启动程序……</translation>
-    </message>
-    <message>
-        <source>Repair</source>
-        <translation>修复</translation>
-    </message>
-    <message>
-        <source>Seems app crashed! </source>
-        <translation>应用似乎已崩溃！</translation>
-    </message>
-    <message>
-        <source>Seems app install failed! </source>
-        <translation>应用似乎安装失败！</translation>
-    </message>
-    <message>
-        <source>Seems application has finished, exit code: %1%2</source>
-        <translation>应用似乎已结束，退出码：%1%2</translation>
-    </message>
-    <message>
-        <source>Start initializing envrionment, please wait...</source>
-        <translation>开始初始化环境，请稍候……</translation>
-    </message>
-    <message>
-        <source>Switch runner success, relaunch program...</source>
-        <translation>切换运行器成功，重新启动程序……</translation>
-    </message>
-    <message>
-        <source>This application is a console application, launch in terminal</source>
-        <translation>这是一个控制台应用，将在终端中启动</translation>
-    </message>
-    <message>
-        <source>This application missing fonts: %1</source>
-        <translation>此应用缺少字体：%1</translation>
-    </message>
-    <message>
-        <source>This application need .NET Framework %1.</source>
-        <translation>此应用需要 .NET Framework %1。</translation>
-    </message>
-    <message>
-        <source>Try to fix application with those components:</source>
-        <translation>尝试使用以下组件修复应用：</translation>
-    </message>
-    <message>
-        <source>Try to install components:</source>
-        <translation>尝试安装组件：</translation>
-    </message>
-</context>
-<context>
-    <name>WineLauncher</name>
-    <message>
-        <source>No bottle selected</source>
-        <translation>未选择容器</translation>
-    </message>
-</context>
-<context>
-    <name>WineFileHandler</name>
-    <message>
-        <source>Launching %1...</source>
-        <translation>正在启动 %1……</translation>
-    </message>
-    <message>
-        <source>Launching</source>
-        <translation>正在启动</translation>
-    </message>
-</context>
-<context>
-    <name>WineExeLaunchBanner</name>
-    <message>
-        <source>A Wine App is executing</source>
-        <translation>正在运行 Wine 应用</translation>
-    </message>
-    <message>
-        <source>App Name</source>
-        <translation>应用名称</translation>
-    </message>
-    <message>
-        <source>I am a description....</source>
-        <translation>这是一段描述……</translation>
-    </message>
-    <message>
-        <source>Repair</source>
-        <translation>修复</translation>
-    </message>
-    <message>
-        <source>Debug</source>
-        <translation>调试</translation>
-    </message>
-    <message>
-        <source>Feedback</source>
-        <translation>反馈</translation>
-    </message>
-    <message>
-        <source>View Logs</source>
-        <translation>查看日志</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation>关闭</translation>
-    </message>
-    <message>
-        <source>The app fails to run</source>
-        <translation>应用运行失败</translation>
-    </message>
-    <message>
-        <source>You can try to repair, or use advanced debugging tools to improve the run success rate</source>
-        <translation>您可以尝试修复，或使用高级调试工具来提高运行成功率</translation>
-    </message>
-    <message>
-        <source>You can try to use advanced debugging tools to improve the run success rate</source>
-        <translation>您可以尝试使用高级调试工具来提高运行成功率</translation>
-    </message>
-    <message>
-        <source>Keep waiting</source>
-        <translation>继续等待</translation>
-    </message>
-    <message>
-        <source>Close Running</source>
-        <translation>关闭运行</translation>
-    </message>
-    <message>
-        <source>The application is starting up, this process will continue for a short while,
-are you sure you want to close it now?</source>
-        <translation>应用正在启动，此过程还需要一点时间，
-确定现在关闭吗？</translation>
-    </message>
-    <message>
-        <source>Continue Installation</source>
-        <translation>继续安装</translation>
-    </message>
-    <message>
-        <source>Cancel Installation</source>
-        <translation>取消安装</translation>
-    </message>
-    <message>
-        <source>To ensure that the application runs properly,
-please wait for the component download to complete!</source>
-        <translation>为确保应用正常运行，
-请等待组件下载完成！</translation>
-    </message>
-</context>
-<context>
-    <name>EnvInitBanner</name>
-    <message>
-        <source>Initializing Environment</source>
-        <translation>正在初始化环境</translation>
-    </message>
-    <message>
-        <source>Envrionment Initialization Completed</source>
-        <translation>环境初始化完成</translation>
-    </message>
-    <message>
-        <source>Setup Proton</source>
-        <translation>正在安装 Proton</translation>
-    </message>
-    <message>
-        <source>Setup Proton Completed</source>
-        <translation>Proton 安装完成</translation>
-    </message>
-    <message>
-        <source>Start Using</source>
-        <translation>开始使用</translation>
-    </message>
-    <message>
-        <source>View Logs</source>
-        <translation>查看日志</translation>
-    </message>
-    <message>
-        <source>You can now start using Cellarix</source>
-        <translation>现在可以开始使用 Cellarix 了</translation>
-    </message>
-    <message>
-        <source>You can now start using proton to run games</source>
-        <translation>现在可以开始使用 Proton 运行游戏了</translation>
-    </message>
-    <message>
-        <source>It will take a few minutes, please wait patiently.</source>
-        <translation>这需要几分钟，请耐心等待。</translation>
-    </message>
-</context>
-<context>
     <name>ProgramAppFixer</name>
     <message>
         <source>Cellarix</source>
-        <translation>Cellarix</translation>
+        <translation type="vanished">Cellarix</translation>
     </message>
     <message>
         <source>View</source>
-        <translation>查看</translation>
+        <translation type="vanished">查看</translation>
     </message>
     <message>
         <source>The program %1 is running abnormally, you can try to fix it</source>
-        <translation>程序 %1 运行异常，您可以尝试修复</translation>
-    </message>
-</context>
-<context>
-    <name>DependencyInstallQueue</name>
-    <message>
-        <source>Downloading %1: %2%</source>
-        <translation>正在下载 %1：%2%</translation>
-    </message>
-    <message>
-        <source>Failed</source>
-        <translation>失败</translation>
-    </message>
-    <message>
-        <source>Success</source>
-        <translation>成功</translation>
-    </message>
-    <message>
-        <source>Fixing</source>
-        <translation>正在修复</translation>
-    </message>
-    <message>
-        <source>Fix: install components %1</source>
-        <translation>修复：安装组件 %1</translation>
-    </message>
-    <message>
-        <source>Setup %1</source>
-        <translation>安装 %1</translation>
-    </message>
-    <message>
-        <source>Setup %1, please waiting...</source>
-        <translation>正在安装 %1，请稍候……</translation>
-    </message>
-</context>
-<context>
-    <name>Fenk::AbstractDialog</name>
-    <message>
-        <source>Close</source>
-        <translation>关闭</translation>
-    </message>
-</context>
-<context>
-    <name>Fenk::TitleBar</name>
-    <message>
-        <source>Menu</source>
-        <translation>菜单</translation>
-    </message>
-    <message>
-        <source>Minimize</source>
-        <translation>最小化</translation>
-    </message>
-    <message>
-        <source>Maximize</source>
-        <translation>最大化</translation>
-    </message>
-    <message>
-        <source>Restore</source>
-        <translation>还原</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation>关闭</translation>
+        <translation type="vanished">程序 %1 运行异常，您可以尝试修复</translation>
     </message>
 </context>
 <context>
@@ -519,11 +470,127 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Feedback</source>
-        <translation>反馈</translation>
+        <translation type="vanished">反馈</translation>
     </message>
     <message>
         <source>Forums</source>
-        <translation>论坛</translation>
+        <translation type="vanished">论坛</translation>
+    </message>
+</context>
+<context>
+    <name>WelcomePage</name>
+    <message>
+        <source>Run a Windows program</source>
+        <translation>运行 Windows 程序</translation>
+    </message>
+    <message>
+        <source>Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it.</source>
+        <translation>选择一个程序文件，或将其拖放到这里。Cellarix 会为它准备环境、启动并记住它。</translation>
+    </message>
+    <message>
+        <source>Open Program…</source>
+        <translation>打开程序…</translation>
+    </message>
+    <message>
+        <source>Open Program</source>
+        <translation>打开程序</translation>
+    </message>
+    <message>
+        <source>Windows programs (*.exe *.EXE *.msi *.MSI)</source>
+        <translation>Windows 程序 (*.exe *.EXE *.msi *.MSI)</translation>
+    </message>
+</context>
+<context>
+    <name>WineExeLaunchBanner</name>
+    <message>
+        <source>A Wine App is executing</source>
+        <translation type="vanished">正在运行 Wine 应用</translation>
+    </message>
+    <message>
+        <source>App Name</source>
+        <translation type="vanished">应用名称</translation>
+    </message>
+    <message>
+        <source>I am a description....</source>
+        <translation type="vanished">这是一段描述……</translation>
+    </message>
+    <message>
+        <source>Repair</source>
+        <translation type="vanished">修复</translation>
+    </message>
+    <message>
+        <source>Debug</source>
+        <translation type="vanished">调试</translation>
+    </message>
+    <message>
+        <source>Feedback</source>
+        <translation type="vanished">反馈</translation>
+    </message>
+    <message>
+        <source>View Logs</source>
+        <translation type="vanished">查看日志</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="vanished">关闭</translation>
+    </message>
+    <message>
+        <source>The app fails to run</source>
+        <translation type="vanished">应用运行失败</translation>
+    </message>
+    <message>
+        <source>You can try to repair, or use advanced debugging tools to improve the run success rate</source>
+        <translation type="vanished">您可以尝试修复，或使用高级调试工具来提高运行成功率</translation>
+    </message>
+    <message>
+        <source>You can try to use advanced debugging tools to improve the run success rate</source>
+        <translation type="vanished">您可以尝试使用高级调试工具来提高运行成功率</translation>
+    </message>
+    <message>
+        <source>Keep waiting</source>
+        <translation type="vanished">继续等待</translation>
+    </message>
+    <message>
+        <source>Close Running</source>
+        <translation type="vanished">关闭运行</translation>
+    </message>
+    <message>
+        <source>The application is starting up, this process will continue for a short while,
+are you sure you want to close it now?</source>
+        <translation type="vanished">应用正在启动，此过程还需要一点时间，
+确定现在关闭吗？</translation>
+    </message>
+    <message>
+        <source>Continue Installation</source>
+        <translation type="vanished">继续安装</translation>
+    </message>
+    <message>
+        <source>Cancel Installation</source>
+        <translation type="vanished">取消安装</translation>
+    </message>
+    <message>
+        <source>To ensure that the application runs properly,
+please wait for the component download to complete!</source>
+        <translation type="vanished">为确保应用正常运行，
+请等待组件下载完成！</translation>
+    </message>
+</context>
+<context>
+    <name>WineFileHandler</name>
+    <message>
+        <source>Launching %1...</source>
+        <translation type="vanished">正在启动 %1……</translation>
+    </message>
+    <message>
+        <source>Launching</source>
+        <translation type="vanished">正在启动</translation>
+    </message>
+</context>
+<context>
+    <name>WineLauncher</name>
+    <message>
+        <source>No bottle selected</source>
+        <translation type="vanished">未选择容器</translation>
     </message>
 </context>
 </TS>

@@ -144,11 +144,16 @@ private Q_SLOTS:
     void awkwardNames_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("message");
-        QTest::newRow("blanks and quotes") << "a b 'c' `d` $e.exe" << "exe finished:  0";
-        QTest::newRow("Chinese") << "中文 程序（一）.exe" << "exe finished:  0";
-        QTest::newRow("leading dash") << "-x --uuid.exe" << "exe finished:  0";
-        QTest::newRow("255 bytes") << QString(251, 'n') + ".exe" << "exe finished:  0";
-        QTest::newRow("no name for Windows") << "a \"b\".exe" << "Windows knows no paths with the sign \"";
+        QTest::newRow("blanks and quotes") << "a b 'c' `d` $e.exe"
+                                           << "exe finished:  0";
+        QTest::newRow("Chinese") << "中文 程序（一）.exe"
+                                 << "exe finished:  0";
+        QTest::newRow("leading dash") << "-x --uuid.exe"
+                                      << "exe finished:  0";
+        QTest::newRow("255 bytes") << QString(251, 'n') + ".exe"
+                                   << "exe finished:  0";
+        QTest::newRow("no name for Windows") << "a \"b\".exe"
+                                             << "Windows knows no paths with the sign \"";
     }
 
     void awkwardNames() {

@@ -8,15 +8,15 @@
 #include "core/base/BuildInfo.h"
 
 namespace {
-const char ServiceName[] = "com.lumora.LumoraWineLauncher";
-}
 
-void checkBackendVersion() {
+const char ServiceName[] = "com.lumora.LumoraWineLauncher";
+const char ConnectionName[] = "backend-version";
+
+void compareVersions(const QDBusConnection& bus) {
     // An interface object counts only services that run already.
-    if (QDBusConnectionInterface* bus = QDBusConnection::sessionBus().interface())
-        bus->startService(ServiceName);
-    QDBusInterface manager(ServiceName, "/com/lumora/Manager", "com.lumora.Manager",
-                           QDBusConnection::sessionBus());
+    if (bus.interface())
+        bus.interface()->startService(ServiceName);
+    QDBusInterface manager(ServiceName, "/com/lumora/Manager", "com.lumora.Manager", bus);
     if (!manager.isValid()) {
         qWarning() << "Could not connect to the D-Bus service.";
         return;
@@ -32,4 +32,13 @@ void checkBackendVersion() {
     }
     qWarning() << "D-Bus version mismatch. Expected:" << BuildInfo::version() << "Actual:" << version.value();
     manager.call("Quit");
+}
+
+}  // namespace
+
+void checkBackendVersion() {
+    // On a connection of its own: what the shared one remembers about the service's owner may be older than
+    // the service that has just been started.
+    compareVersions(QDBusConnection::connectToBus(QDBusConnection::SessionBus, ConnectionName));
+    QDBusConnection::disconnectFromBus(ConnectionName);
 }

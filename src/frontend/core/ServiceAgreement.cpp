@@ -17,10 +17,6 @@ namespace {
 const char VersionKey[] = "basic.update_log.version";
 constexpr useconds_t SettleTime = 100 * 1000;
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("Main", text);
-}
-
 /// Returns what the last start recorded and records this one.
 QString lastRecordedVersion() {
     const auto store = settingsStore();
@@ -34,15 +30,18 @@ bool ask() {
     Fenk::Dialog dialog;
     dialog.setObjectName("service_agreement_dialog");
     dialog.setAccessibleName("service_agreement_dialog");
-    dialog.setTitle(tr("Welcome to use Cellarix"));
-    auto* label = new QLabel(tr("I have fully read and agree to the %1").arg(ServiceAgreement::link()));
+    dialog.setTitle(QCoreApplication::translate("CellarixApplication", "Welcome to use Cellarix"));
+    auto* label =
+        new QLabel(QCoreApplication::translate("CellarixApplication", "I have fully read and agree to the %1")
+                       .arg(ServiceAgreement::link()));
     label->setTextFormat(Qt::RichText);
     label->setOpenExternalLinks(true);
     label->setContentsMargins(10, 6, 10, 6);
     label->setAlignment(Qt::AlignCenter);
     dialog.addContent(label);
-    dialog.addButton(tr("Disagree"));
-    dialog.addButton(tr("Agree"), true, Fenk::Dialog::ButtonRecommend);
+    dialog.addButton(QCoreApplication::translate("CellarixApplication", "Disagree"));
+    dialog.addButton(QCoreApplication::translate("CellarixApplication", "Agree"), true,
+                     Fenk::Dialog::ButtonRecommend);
     dialog.moveToCenter();
     return dialog.exec() == 1;
 }
@@ -58,7 +57,8 @@ bool mustAsk(const QString& recordedVersion) {
 
 QString link() {
     const QString language = QLocale().name().startsWith(QLatin1String("zh")) ? "cn" : "en";
-    return TextUtils::linkHtml(BuildInfo::agreementUrl().arg(language), tr("Service Agreement"));
+    return TextUtils::linkHtml(BuildInfo::agreementUrl().arg(language),
+                               QCoreApplication::translate("Main", "Service Agreement"));
 }
 
 bool check() {

@@ -19,4 +19,5 @@ Mainwindow::Mainwindow() {
     auto* page = new WelcomePage;
     connect(page, &WelcomePage::fileChosen, this, &Mainwindow::openRequested);
     setCentralWidget(page);
+    page->setFocus();
 }

@@ -46,10 +46,12 @@ WelcomePage::WelcomePage(QWidget* parent) : QWidget(parent) {
     text->setAlignment(Qt::AlignCenter);
     text->setWordWrap(true);
     text->setFixedWidth(TextWidth);
+    text->setMinimumHeight(text->heightForWidth(TextWidth));
     auto* button = new Fenk::SuggestButton(tr("Open Program…"));
     button->setObjectName("welcome_openbtn");
     button->setAccessibleName("welcome_openbtn");
     button->setDefault(true);
+    setFocusProxy(button);
     connect(button, &QPushButton::clicked, this, &WelcomePage::choose);
 
     auto* layout = new QVBoxLayout(this);

@@ -17,8 +17,11 @@ PrefixBuilder::PrefixBuilder(const Runner& runner, const QString& directory, QOb
     : QObject(parent), m_runner(runner), m_directory(directory) {}
 
 void PrefixBuilder::start() {
-    m_boot = new WineCommand(m_runner.wine, {"wineboot.exe", "--init"},
-                             WineEnvironment::forProcess(WineEnvironment::forCreation(m_directory)), this);
+    QProcessEnvironment environment = WineEnvironment::forProcess(WineEnvironment::forCreation(m_directory));
+    // Wine's own "is being updated" window would be the first that a user sees.
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    m_boot = new WineCommand(m_runner.wine, {"wineboot.exe", "--init"}, environment, this);
     connect(m_boot, &WineCommand::finished, this, &PrefixBuilder::onBooted);
     m_boot->start(BootTimeoutMs);
 }
