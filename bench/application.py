@@ -116,9 +116,10 @@ def main():
     launch = median(launch_once)
     launcher = median(launcher_once)
     window, service = window_memory(), memory(service_pid())
-    shell = subprocess.Popen(["sleep", "60"])
-    bare = memory(shell.pid)
-    shell.kill()
+    with subprocess.Popen(["/usr/bin/python3", "-I", "-S", "-c", "print(flush=True); input()"], stdin=subprocess.PIPE,
+                          stdout=subprocess.PIPE) as shell:
+        shell.stdout.readline()
+        bare = memory(shell.pid)
     print("| what | figure | baseline of the same run | ratio |\n|---|---|---|---|")
     print(f"| launcher exec to Wine's exec | {launcher:.0f} ms | python3 -I -S: {python:.0f} ms "
           f"| {launcher / python:.1f} |")
@@ -127,8 +128,8 @@ def main():
     print(f"| application exec to launcher exec (difference) | {launch - launcher:.0f} ms | cellarix --version: "
           f"{qt:.0f} ms | {(launch - launcher) / qt:.1f} |")
     for name, figures in (("application with its main window", window), ("bottle service", service)):
-        print(f"| memory of the {name} | {figures[0]:.0f} MiB RSS, {figures[1]:.0f} MiB PSS | sleep: {bare[0]:.1f} MiB "
-              f"RSS | {figures[0] / bare[0]:.0f} |")
+        print(f"| memory of the {name} | {figures[0]:.0f} MiB RSS, {figures[1]:.0f} MiB PSS | an idle python3: "
+              f"{bare[0]:.1f} MiB RSS | {figures[0] / bare[0]:.1f} |")
 
 
 if __name__ == "__main__":
