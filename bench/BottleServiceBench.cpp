@@ -1,5 +1,5 @@
-// Round trips of `get` on the session bus, with one and with two hundred bottles on disk, beside the same round trip
-// to the bus itself. Run it in a session of its own:
+// Round trips of `get` on the session bus, with one and with two hundred bottles on disk, beside the same
+// round trip to the bus itself. Run it in a session of its own:
 //
 //     scripts/session --private build/<preset>/bench/BottleServiceBench
 #include <benchmark/benchmark.h>
@@ -14,7 +14,8 @@
 namespace {
 
 QString bottlesDir() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles/bottles";
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           "/lumora-wine-bottles/bottles";
 }
 
 /// What the service needs to know a bottle, without a prefix behind it.
@@ -25,8 +26,9 @@ void makeBottles(int count) {
         QDir().mkpath(path + "/drive_c");
         QFile file(path + "/bottle.yml");
         if (file.open(QIODevice::WriteOnly))
-            file.write("Runner: lumora-wine10-stable\nWindows: win10\nParameters: {}\nExternal_Programs: {}\n"
-                       "Installed_Dependencies: []\n");
+            file.write(
+                "Runner: lumora-wine10-stable\nWindows: win10\nParameters: {}\nExternal_Programs: {}\n"
+                "Installed_Dependencies: []\n");
     }
 }
 

@@ -1,5 +1,6 @@
 #include <QDebug>
 #include <QFontDatabase>
+#include <QLoggingCategory>
 #include <QtConcurrent>
 
 #include "core/CellarixApplication.h"
@@ -34,6 +35,7 @@ void nameApplication(CellarixApplication& application) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    QLoggingCategory::setFilterRules("common.veskhttp.debug=false");
     setHighDpi();
     CellarixApplication application(argc, argv);
     // Spelt so since the first release: a corrected key would let an old and a new version run side by side.
