@@ -50,6 +50,7 @@ private Q_SLOTS:
         QTest::newRow("package") << QStringList{"@/x.cxb"} << "open cxb file:";
         QTest::newRow("zero bytes") << QStringList{"@/zero.exe"} << "not a file";
         QTest::newRow("directory with suffix") << QStringList{"@/folder.exe"} << "not a file";
+        QTest::newRow("pipe") << QStringList{"@/pipe.exe"} << "not a file";
         QTest::newRow("short fixup") << QStringList{"--fixup", "b", "u"}
                                      << "Invalid fixup arguments, need at least bottlesName and programUuid";
         QTest::newRow("short open") << QStringList{"--open", "b"} << "Invalid open arguments, eg:";
@@ -62,6 +63,7 @@ private Q_SLOTS:
         m_home->write("run.bat", "@echo off");
         m_home->write("x.cxb", "x");
         QDir(m_home->path()).mkdir("folder.exe");
+        QCOMPARE(::mkfifo(qPrintable(m_home->path() + "/pipe.exe"), 0600), 0);
         arguments.replaceInStrings("@", m_home->path());
         InstalledApp app(arguments);
         QCOMPARE(app.waitForExit(), 1);
@@ -128,6 +130,18 @@ private Q_SLOTS:
         for (const QFileInfo& file : QDir(QFileInfo(settingsFile()).path()).entryInfoList(QDir::Files))
             kept += readFile(file.filePath());
         QVERIFY(kept.contains(content.left(8)));
+    }
+
+    /// What another start hands over waits for the answer, and goes with the refusal.
+    void agreementIsNotOvertaken() {
+        QVERIFY(QFile::remove(settingsFile()));
+        InstalledApp app({"/nowhere/first.exe"});
+        QVERIFY2(app.waitForLog("service_agreement_dialog"), qPrintable(app.log()));
+        QCOMPARE(InstalledApp({"/nowhere/second.exe"}).waitForExit(), 1);
+        QVERIFY2(app.waitForLog("::::"), qPrintable(app.log()));
+        app.signal(SIGTERM);
+        QCOMPARE(app.waitForExit(), 1);
+        QVERIFY2(!app.log().contains("No such file:"), qPrintable(app.log()));
     }
 
     void readOnlySettings() {

@@ -1,8 +1,8 @@
 #include "core/BackendVersion.h"
 
-#include <QDBusConnectionInterface>
-#include <QDBusInterface>
-#include <QDBusReply>
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
 #include <QDebug>
 
 #include "core/base/BuildInfo.h"
@@ -11,34 +11,44 @@ namespace {
 
 const char ServiceName[] = "com.lumora.LumoraWineLauncher";
 const char ConnectionName[] = "backend-version";
+constexpr int TimeoutMs = 10000;  // the end of the process waits for this thread
+
+QDBusMessage managerCall(const QString& method) {
+    return QDBusMessage::createMethodCall(ServiceName, "/com/lumora/Manager", "com.lumora.Manager", method);
+}
+
+/// Whether an error says that there is no service to ask, not that it could not answer.
+bool isAbsent(const QDBusMessage& reply) {
+    const QString name = reply.errorName();
+    return name == QDBusError::errorString(QDBusError::ServiceUnknown) ||
+           name == QDBusError::errorString(QDBusError::Disconnected) ||
+           name.startsWith("org.freedesktop.DBus.Error.NameHasNoOwner") ||
+           name.startsWith("org.freedesktop.DBus.Error.Spawn.");
+}
 
 void compareVersions(const QDBusConnection& bus) {
-    // An interface object counts only services that run already.
-    if (bus.interface())
-        bus.interface()->startService(ServiceName);
-    QDBusInterface manager(ServiceName, "/com/lumora/Manager", "com.lumora.Manager", bus);
-    if (!manager.isValid()) {
+    // The call itself starts a service that does not run yet.
+    const QDBusMessage reply = bus.call(managerCall("GetVersion"), QDBus::Block, TimeoutMs);
+    if (!bus.isConnected() || isAbsent(reply)) {
         qWarning() << "Could not connect to the D-Bus service.";
         return;
     }
-    const QDBusReply<QString> version = manager.call("GetVersion");
-    if (!version.isValid()) {
-        qWarning() << "Failed to get D-Bus version:" << version.error().message();
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        qWarning() << "Failed to get D-Bus version:" << reply.errorMessage();
         return;
     }
-    if (version.value() == BuildInfo::version()) {
-        qDebug() << "D-Bus version:" << version.value();
+    const QString version = reply.arguments().value(0).toString();
+    if (version == BuildInfo::version()) {
+        qDebug() << "D-Bus version:" << version;
         return;
     }
-    qWarning() << "D-Bus version mismatch. Expected:" << BuildInfo::version() << "Actual:" << version.value();
-    manager.call("Quit");
+    qWarning() << "D-Bus version mismatch. Expected:" << BuildInfo::version() << "Actual:" << version;
+    bus.call(managerCall("Quit"), QDBus::Block, TimeoutMs);
 }
 
 }  // namespace
 
 void checkBackendVersion() {
-    // On a connection of its own: what the shared one remembers about the service's owner may be older than
-    // the service that has just been started.
     compareVersions(QDBusConnection::connectToBus(QDBusConnection::SessionBus, ConnectionName));
     QDBusConnection::disconnectFromBus(ConnectionName);
 }

@@ -7,6 +7,7 @@
 #include "core/BackendVersion.h"
 #include "core/CommandLineHandler.h"
 #include "core/ImageCache.h"
+#include "core/LaunchTarget.h"
 #include "core/ServiceAgreement.h"
 #include "core/WindowMonitor.h"
 #include "core/base/BuildInfo.h"
@@ -40,6 +41,8 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
 }
 
 CellarixApplication::~CellarixApplication() {
+    qDeleteAll(m_runners);
+    m_runners.clear();
     delete m_mainWindow;
     purgeImageCache(ImageCacheDays);
 }
@@ -59,25 +62,60 @@ void CellarixApplication::loadTranslators(const QString& lang) {
 }
 
 int CellarixApplication::handleCommandLine(const QStringList& args) {
+    // A dialog of one start runs the event loop, in which the next one must not overtake the answer.
+    if (m_handlingCommandLine) {
+        m_waitingStarts << args;
+        return 0;
+    }
     if (!m_commandLineHandler)
         m_commandLineHandler = new CommandLineHandler(this);
-    return m_commandLineHandler->handleCommandLine(args);
+    m_handlingCommandLine = true;
+    const int result = m_commandLineHandler->handleCommandLine(args);
+    m_handlingCommandLine = false;
+    if (!m_waitingStarts.isEmpty())
+        QMetaObject::invokeMethod(this, &CellarixApplication::handleWaitingStarts, Qt::QueuedConnection);
+    return result;
+}
+
+void CellarixApplication::handleWaitingStarts() {
+    const QList<QStringList> starts = m_waitingStarts;
+    m_waitingStarts.clear();
+    for (const QStringList& args : starts)
+        handleCommandLine(args);
 }
 
 void CellarixApplication::handleNewInstance(qint64 pid, const QStringList& arguments) {
     Q_UNUSED(pid)
     qInfo() << "::::" << arguments;
-    handleCommandLine(arguments);
+    // An empty list would mean this process's own.
+    if (!arguments.isEmpty())
+        handleCommandLine(arguments);
 }
 
 void CellarixApplication::showMainWindow() {
     if (!m_mainWindow) {
         m_mainWindow = new Mainwindow;
-        connect(m_mainWindow, &Mainwindow::openRequested, this,
-                [this](const QString& path) { openExe(path, false); });
+        // Queued: a drop is over for its source only when its event has been handled.
+        connect(m_mainWindow, &Mainwindow::openRequested, this, &CellarixApplication::openChosenFile,
+                Qt::QueuedConnection);
     }
     m_mainWindow->show();
     m_mainWindow->activateWindow();
+}
+
+void CellarixApplication::requestMainWindow() {
+    if (m_handlingCommandLine)
+        m_waitingStarts << QStringList{applicationFilePath()};
+    else
+        showMainWindow();
+}
+
+void CellarixApplication::openChosenFile(const QString& path) {
+    const LaunchTarget target = LaunchTarget::fromUrl(path);
+    if (target.kind == LaunchTarget::Executable)
+        openExe(target.path, false);
+    else
+        qWarning() << "Not a Windows program:" << path;
 }
 
 void CellarixApplication::openExe(const QString& path, bool debug) {

@@ -24,6 +24,8 @@ public:
     int handleCommandLine(const QStringList& args);
 
     void showMainWindow();
+    /// For callers from outside, who have to wait while a start still asks something.
+    void requestMainWindow();
     /// Starts a file, or with `debug` opens it in the configuration window. A file that is running already
     /// only shows a dialog.
     void openExe(const QString& path, bool debug);
@@ -45,6 +47,8 @@ public Q_SLOTS:
 
 private:
     void loadTranslators(const QString& lang);
+    void openChosenFile(const QString& path);
+    void handleWaitingStarts();
     void handleNewInstance(qint64 pid, const QStringList& arguments);
     void onLastWindowClosed();
     void onRunnerFinished();
@@ -59,4 +63,6 @@ private:
     QTranslator* m_translator;
     WindowMonitor* m_windowMonitor;
     CommandLineHandler* m_commandLineHandler = nullptr;
+    bool m_handlingCommandLine = false;
+    QList<QStringList> m_waitingStarts;  ///< came while another start was asking something
 };

@@ -32,5 +32,5 @@ QString CellarixService::clientVersion() const {
 }
 
 void CellarixService::showMainWindow() {
-    m_application->showMainWindow();
+    m_application->requestMainWindow();
 }

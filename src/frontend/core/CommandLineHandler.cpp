@@ -173,10 +173,14 @@ int CommandLineHandler::handleOpenCommand(const QStringList& positional) {
 
 int CommandLineHandler::handleDebugUrl(const QString& url) {
     const LaunchTarget target = LaunchTarget::fromDebugUrl(url);
-    if (target.kind == LaunchTarget::Invalid)
+    if (target.kind == LaunchTarget::Invalid) {
         qWarning() << "Invalid url:" << url;
-    if (target.kind != LaunchTarget::Executable)
         return 1;
+    }
+    if (target.kind != LaunchTarget::Executable) {
+        qWarning() << "Not a Windows program:" << url;
+        return 1;
+    }
     m_application->openExe(target.path, true);
     return 0;
 }

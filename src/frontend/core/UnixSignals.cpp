@@ -18,6 +18,8 @@ void onSignal(int number) {
     const char byte = char(number);
     // A full pipe means that an end is asked for already.
     [[maybe_unused]] const ssize_t written = ::write(writeEnd, &byte, 1);
+    // Should the loop be stuck, the same signal ends the process when it comes again.
+    ::signal(number, SIG_DFL);
     errno = savedErrno;
 }
 

@@ -14,9 +14,17 @@ void importRegistry(QWidget* parent, const QString& bottle) {
         QCoreApplication::translate("BottleTasks", "Import registry files (*.reg)"));
     if (file.isEmpty())
         return;
+    if (file.contains('"')) {
+        qWarning() << "Windows knows no file name with quotes:" << file;
+        return;
+    }
     auto* launcher = new WineLauncher(bottle, parent);
     QObject::connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), launcher,
                      &QObject::deleteLater);
+    QObject::connect(launcher, &QProcess::errorOccurred, launcher, [launcher](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            launcher->deleteLater();
+    });
     launcher->launchCommand("regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"");
 }
 

@@ -48,7 +48,11 @@ ExeFileExecutor::ExeFileExecutor(const QString& exePath, QObject* parent)
     connect(&m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
     connect(m_launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &ExeFileExecutor::onLauncherFinished);
-    connect(m_launcher, &QProcess::errorOccurred, this, &ExeFileExecutor::onLauncherError);
+    // Queued: a script that can't be started fails before start() returns, and whoever starts a launch needs
+    // it to outlive that.
+    qRegisterMetaType<QProcess::ProcessError>();
+    connect(m_launcher, &QProcess::errorOccurred, this, &ExeFileExecutor::onLauncherError,
+            Qt::QueuedConnection);
     if (exePath.isEmpty())
         return;
     // Each takes up to seconds on a large file, so they overlap.
@@ -113,7 +117,7 @@ void ExeFileExecutor::onTick() {
     if (m_appName.isEmpty())
         return;
     ++m_seconds;
-    Q_EMIT emitMsg(tr("Launching %1 in %2 seconds").arg(m_appName).arg(m_seconds), MsgStatus);
+    Q_EMIT emitMsg(tr("Launching %1 in %2 seconds").arg(m_appName, QString::number(m_seconds)), MsgStatus);
 }
 
 void ExeFileExecutor::start() {
@@ -177,11 +181,11 @@ void ExeFileExecutor::launch() {
         m_launcher->launchExe(m_exePath, {});
 }
 
-void ExeFileExecutor::onLauncherFinished(int exitCode) {
+void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus status) {
     if (m_launcher->state() == QProcess::Running)
         return;
     qInfo() << "============ app finished ============";
-    onExeFinished(exitCode);
+    onExeFinished(status == QProcess::NormalExit ? exitCode : LauncherExit::NotStarted);
 }
 
 void ExeFileExecutor::onLauncherError(QProcess::ProcessError error) {
@@ -202,7 +206,9 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     if (m_launchFailed)
         qInfo() << "Launch failed";
     const QString suffix = m_launchFailed ? tr(", and app not been launched") : QString();
-    Q_EMIT emitMsg(tr("Seems application has finished, exit code: %1%2").arg(exitCode).arg(suffix), MsgLine);
+    Q_EMIT emitMsg(
+        tr("Seems application has finished, exit code: %1%2").arg(QString::number(exitCode), suffix),
+        MsgLine);
     if (m_finished)
         return;
     m_finished = true;

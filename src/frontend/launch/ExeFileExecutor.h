@@ -57,7 +57,7 @@ private:
     void createBottle();
     void launch();
     void onTick();
-    void onLauncherFinished(int exitCode);
+    void onLauncherFinished(int exitCode, QProcess::ExitStatus status);
     void onLauncherError(QProcess::ProcessError error);
 
     QString m_exePath;

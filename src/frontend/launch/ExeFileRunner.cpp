@@ -37,6 +37,10 @@ int ExeFileRunner::init(const QString& path) {
         qWarning().noquote() << path << "not a file";
         return -1;
     }
+    if (!file.isReadable()) {
+        qWarning().noquote() << path + " is not readable, exit...";
+        return -1;
+    }
     if (m_executor && m_exePath == path) {
         qInfo().noquote() << path << "is aready init";
         return 0;
@@ -145,7 +149,9 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     m_elapsedSeconds = m_executor->seconds();
     checkLinks(false);
     m_succeeded = isReportSussessed;
-    DesktopUtils::notify(m_appName, tr("The app fails to run"));
+    const QString name = m_appName;
+    const QString text = tr("The app fails to run");
+    QtConcurrent::run([name, text] { DesktopUtils::notify(name, text); });
     finish(true);
 }
 

@@ -32,6 +32,11 @@ qint64 hashFrom(QFile& file, qint64 size, QCryptographicHash& hash) {
 }  // namespace
 
 QString partialFileMd5(const QString& path) {
+    // Opening a pipe would wait for its writer.
+    if (!QFileInfo(path).isFile()) {
+        qWarning() << "cannot read" << path << "which is no regular file";
+        return {};
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         qWarning() << "cannot read" << path << file.errorString();

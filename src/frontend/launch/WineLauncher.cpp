@@ -76,8 +76,12 @@ QStringList WineLauncher::commonOptions() {
 }
 
 void WineLauncher::addWindowClass(const QString& name) {
-    addEnvironment("WINE_WMCLASS=" +
-                   (name.size() > WindowClassLimit ? name.left(WindowClassLimit) + "..." : name));
+    if (name.size() <= WindowClassLimit) {
+        addEnvironment("WINE_WMCLASS=" + name);
+        return;
+    }
+    const bool inPair = name.at(WindowClassLimit - 1).isHighSurrogate();
+    addEnvironment("WINE_WMCLASS=" + name.left(inPair ? WindowClassLimit - 1 : WindowClassLimit) + "...");
 }
 
 void WineLauncher::startScript(const QString& what, const QStringList& arguments) {

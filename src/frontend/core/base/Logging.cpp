@@ -57,8 +57,9 @@ void initLogging() {
 }
 
 QString cleanHomePaths(QString text) {
-    static const QRegularExpression home(QStringLiteral("(/home/[\\w]+)"));
-    static const QRegularExpression wineHome(QStringLiteral("(\\\\)+home(\\\\)+[\\w]+"));
+    const auto unicode = QRegularExpression::UseUnicodePropertiesOption;
+    static const QRegularExpression home(QStringLiteral("(/home/[\\w]+)"), unicode);
+    static const QRegularExpression wineHome(QStringLiteral("(\\\\)+home(\\\\)+[\\w]+"), unicode);
     if (!text.contains(QLatin1String("home")))
         return text;
     return text.replace(home, QStringLiteral("@home_dir@")).replace(wineHome, QStringLiteral("@home_dir@"));

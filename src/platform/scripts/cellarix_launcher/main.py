@@ -19,6 +19,9 @@ def main(argv):
         if request and request.log_path:
             _record_failure(request.log_path, str(error))
         return error.code
+    except Exception as error:  # whoever reads the exit code must not take our fault for the program's
+        say(f"cannot go on: {error!r}")
+        return errors.INTERNAL
 
 
 def say(sentence):
