@@ -13,8 +13,7 @@ class WireContractTest : public QObject {
 private Q_SLOTS:
     void initTestCase() {
         QFile file(TEST_SOURCE_DIR "/src/platform/bottleservice/wire/com.lumora.Manager.Bottles.xml");
-        if (!file.open(QIODevice::ReadOnly))
-            QSKIP("the contract file is not in this tree");
+        QVERIFY(file.open(QIODevice::ReadOnly));
         QXmlStreamReader xml(&file);
         QString kind;
         QString name;
