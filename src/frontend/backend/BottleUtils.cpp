@@ -95,8 +95,10 @@ void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) 
 void BottleUtils::deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle) {
     qInfo().noquote() << "deleteAppEntry: " << bottle << programId;
     const BusResult removed = service().removeExternalProgram(bottle, programId);
-    if (!removed.ok)
+    if (!removed.ok) {
         qWarning().noquote() << "can't remove" << programId << "from" << bottle << removed.errorMessage;
+        return;
+    }
     if (!deleteEmptyBottle)
         return;
     const QJsonObject record = service().get(bottle);

@@ -210,6 +210,8 @@ QJsonArray BottlesConfig::scanApplicationLinks(const QString& bottle, const QDat
                                                QObject* owner) {
     const qlonglong seconds = since.toMSecsSinceEpoch() / 1000;
     const BusResult result = BusCall::loop(*this, "scanApplicationLinks", {bottle, seconds, true}, owner);
+    if (result.abandoned)
+        return {};
     if (!result.ok) {
         qWarning().noquote().nospace() << "DBUS call failed: " << result.errorMessage;
         return {};

@@ -12,19 +12,24 @@ namespace {
 const qint64 kMaxSize = 32 * 1024 * 1024;
 }  // namespace
 
-QJsonObject FileInfoCache::read() const {
+std::optional<QJsonObject> FileInfoCache::load() const {
     QFile file(filePath());
-    if (!file.exists())
-        return {};
-    if (!QFileInfo(file).isFile() || file.size() > kMaxSize || !file.open(QIODevice::ReadOnly)) {
+    const QFileInfo info(file);
+    if (!info.exists() && !info.isSymLink())
+        return QJsonObject();
+    if (info.isSymLink() || !info.isFile() || file.size() > kMaxSize || !file.open(QIODevice::ReadOnly)) {
         qWarning().noquote() << "can't read" << filePath() << file.errorString();
-        return {};
+        return std::nullopt;
     }
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (!document.isObject())
         qWarning().noquote() << "not a JSON object:" << filePath() << error.errorString();
     return document.object();
+}
+
+QJsonObject FileInfoCache::read() const {
+    return load().value_or(QJsonObject());
 }
 
 bool FileInfoCache::write(const QJsonObject& all) const {
@@ -43,15 +48,19 @@ FileInfoCache::Entry FileInfoCache::entry(const QString& programId) const {
 }
 
 bool FileInfoCache::setEntry(const QString& programId, const Entry& entry) const {
-    QJsonObject all = read();
-    all.insert(programId, QJsonObject{{"exename", entry.exeName},
-                                      {"fileinfo_64", entry.fileInfo64},
-                                      {"successed", entry.successed}});
-    return write(all);
+    std::optional<QJsonObject> all = load();
+    if (!all)
+        return false;
+    all->insert(programId, QJsonObject{{"exename", entry.exeName},
+                                       {"fileinfo_64", entry.fileInfo64},
+                                       {"successed", entry.successed}});
+    return write(*all);
 }
 
 bool FileInfoCache::remove(const QString& programId) const {
-    QJsonObject all = read();
-    all.remove(programId);
-    return write(all);
+    std::optional<QJsonObject> all = load();
+    if (!all)
+        return false;
+    all->remove(programId);
+    return write(*all);
 }

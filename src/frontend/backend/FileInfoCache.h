@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <optional>
 
 /// The file fileinfo.cache in a bottle's directory: what the launch record needs to know of each program,
 /// keyed by program id. Read whole, rewritten whole and atomically, in compact JSON. A missing, unreadable or
@@ -29,5 +30,8 @@ public:
     bool remove(const QString& programId) const;
 
 private:
+    /// Nothing for a file that is there and can't be read, which must not be written over.
+    std::optional<QJsonObject> load() const;
+
     QString m_directory;
 };

@@ -26,7 +26,7 @@ QJsonObject envs(const QJsonObject& record) {
     return record.value("envs").toObject();
 }
 int stars(const QJsonObject& record) {
-    return record.value("stars").toInt();
+    return qRound(record.value("stars").toDouble());
 }
 bool autoDiscovered(const QJsonObject& record) {
     return record.value("auto_discovered").toBool();

@@ -264,7 +264,8 @@ Answer BottleEngine::updateProgram(const QString& bottle, const QJsonObject& giv
         return Answer::failure(Fault::InvalidArgs, error);
     if (!isNew && record == settings->program(id))
         return Answer::of();
-    settings->setProgram(id, record);
+    // Only what was given: the rest stays as it was written.
+    settings->setProgram(id, isNew ? record : given);
     if (!saveSettings(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << (isNew ? "added program" : "changed program") << id << "of" << BottleName::shown(bottle);

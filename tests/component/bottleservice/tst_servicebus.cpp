@@ -294,6 +294,21 @@ void tst_ServiceBus::programsOfAHandMadeBottle() {
     QVERIFY(m_service->signalLog[1].contains("\"name\":\"n\""));
     QVERIFY(settingsOf("hand").startsWith("Own:"));
 
+    // What could never be read again is refused, and the bottle stays as it was.
+    QVERIFY(update(",\"x\":" + QString(80, '[') + QString(80, ']')).contains("nothing was changed"));
+    QVERIFY(!m_service->call("get", {"hand"}).arguments().isEmpty());
+
+    // A change leaves alone what it does not name; adopting a found program is one change.
+    const QByteArray found = "    auto_discovered: true\n    ver: 1.10\n    id: ";
+    makeBottle("hand", settingsOf("hand").replace("    id: ", found));
+    m_service->signalLog.clear();
+    QCOMPARE(update(",\"stars\":3"), QString());
+    QCOMPARE(update(",\"stars\":3"), QString());
+    QVERIFY(settingsOf("hand").contains("ver: 1.10\n"));
+    QVERIFY(!settingsOf("hand").contains("auto_discovered"));
+    m_service->call("removeExternalProgram", {"hand", "other"});
+    QTRY_COMPARE(m_service->signalLog.size(), 1);
+
     const auto launchProgram = [&] {
         QFile data(m_service->bottlePath("hand") + "/launch.json");
         return data.open(QIODevice::ReadOnly)
@@ -314,8 +329,8 @@ void tst_ServiceBus::programsOfAHandMadeBottle() {
     QCOMPARE(m_service->call("removeExternalProgram", {"hand", "other"}).errorName(),
              QString("com.lumora.Error.NoSuchProgram"));
     m_service->call("removeExternalProgram", {"hand", id});
-    QTRY_COMPARE(m_service->signalLog.size(), 3);
-    QCOMPARE(m_service->signalLog[2], "program_deleted(hand, " + id + ')');
+    QTRY_COMPARE(m_service->signalLog.size(), 2);
+    QCOMPARE(m_service->signalLog[1], "program_deleted(hand, " + id + ')');
     QCOMPARE(m_service->call("listBottlesAllPrograms", {"hand"}).arguments()[0].toString(), QString("[]"));
 }
 

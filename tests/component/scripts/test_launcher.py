@@ -76,7 +76,10 @@ class Commands(HomeCase):
         self.bottle("nowine", wine="/nowhere/wine")
         self.bottle("public/p")
         self.write("home 家/.local/share/lumora-wine-bottles/secret/bottle.yml", "Name: x\n")
+        os.symlink("t", self.path("home 家/.local/share/lumora-wine-bottles/bottles/linked"))
+        self.bottle(".creating-t")
         for words, code, text in (
+            (["linked", "x.exe"], 67, "there is no bottle"), ([".creating-t", "x.exe"], 67, "there is no bottle"),
             (["none", "x.exe"], 67, 'there is no bottle named "none"'),
             (["../secret", "x.exe"], 67, "there is no bottle"), (["public", "x.exe"], 67, "there is no bottle"),
             (["", "x.exe"], 67, "there is no bottle"), (["t/", "x.exe"], 67, "there is no bottle"),

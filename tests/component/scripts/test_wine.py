@@ -36,7 +36,8 @@ class RealWine(HomeCase):
             display = ":" + number.readline().strip()
         cls.wine_env = {"PATH": "/usr/bin:/bin", "HOME": cls.shared, "DISPLAY": display, "LANG": "C.UTF-8",
                         "WINEDLLOVERRIDES": "mscoree,mshtml="}
-        prefix = {"WINEPREFIX": os.path.join(cls.shared, "prefix")}
+        prefix = {"WINEPREFIX": os.path.join(cls.shared, "bottles/t")}
+        os.mkdir(os.path.join(cls.shared, "bottles"))
         cls.addClassCleanup(subprocess.run, ["wineserver", "-k"], env=cls.wine_env | prefix, check=False)
         subprocess.run([WINE, "wineboot", "-i"], env=cls.wine_env | prefix | {"WINEDEBUG": "-all"}, check=True, timeout=150)
         cls.prefix = prefix["WINEPREFIX"]
@@ -48,8 +49,9 @@ class RealWine(HomeCase):
         shutil.copy(os.path.join(where, "launch.json"), self.prefix)
         shutil.copy(os.path.join(where, "bottle.yml"), self.prefix)
         os.utime(os.path.join(self.prefix, "launch.json"))
-        shutil.rmtree(where)
-        os.symlink(self.prefix, where)
+        # Only the directory of all bottles may be a link.
+        shutil.rmtree(os.path.dirname(where))
+        os.symlink(os.path.dirname(self.prefix), os.path.dirname(where))
         self.where = where
         self.env = self.wine_env | {"XDG_DATA_HOME": self.path("home 家/.local/share"), "WINEDEBUG": "-all"}
         self.log = self.path("l.txt")

@@ -99,7 +99,10 @@ bool BottleStore::save(const QString& name, const BottleYaml& settings, QString*
 
 bool BottleStore::saveTo(const QString& directory, const BottleYaml& settings, QString* error) {
     const QByteArray text = settings.toText();
-    if (text.size() > YamlText::MaximumBytes) {
+    // What could not be read again would lock its owner out of the bottle.
+    QString fault;
+    YamlText::parse(text, &fault);
+    if (text.size() > YamlText::MaximumBytes || !fault.isEmpty()) {
         *error = "The settings of the bottle have become too large; nothing was changed.";
         return false;
     }

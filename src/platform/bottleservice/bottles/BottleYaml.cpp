@@ -123,7 +123,9 @@ QJsonObject BottleYaml::record() const {
                 programs.insert(id, renderProgram(entry.second, id));
         }
     }
-    record.insert("External_Programs", programs);
+    // Left out where entries are there that nobody can read: an empty list means that a bottle may go.
+    if (entries.IsMap() && (!programs.isEmpty() || entries.size() == 0))
+        record.insert("External_Programs", programs);
     if (!record.contains("Installed_Dependencies"))
         record.insert("Installed_Dependencies", QJsonArray());
     return record;
@@ -154,6 +156,7 @@ void BottleYaml::setProgram(const QString& id, const QJsonObject& record) {
     YAML::Node entry = entries[utf8(id)];
     for (auto it = record.begin(); it != record.end(); ++it)
         entry[utf8(it.key())] = YamlText::fromJson(it.value());
+    entry.remove("auto_discovered");
 }
 
 bool BottleYaml::removeProgram(const QString& id) {

@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <QFile>
@@ -72,11 +73,19 @@ struct Status {
     bool isMountPoint = false;
 };
 
+bool isOnOtherDevice(int parent, const struct statx& status) {
+    struct stat above = {};
+    return fstat(parent, &above) != 0 || above.st_dev != makedev(status.stx_dev_major, status.stx_dev_minor);
+}
+
 Status statusOf(int parent, const char* name) {
     struct statx status = {};
     if (statx(parent, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE, &status) != 0)
         return {};
-    return {true, S_ISDIR(status.stx_mode), (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0};
+    const bool tellsMounts = (status.stx_attributes_mask & STATX_ATTR_MOUNT_ROOT) != 0;
+    const bool isMountPoint = tellsMounts ? (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0
+                                          : S_ISDIR(status.stx_mode) && isOnOtherDevice(parent, status);
+    return {true, S_ISDIR(status.stx_mode), isMountPoint};
 }
 
 void removeContents(Removal& removal, DIR* directory, int depth);
@@ -135,8 +144,9 @@ bool remove(const QString& path, QString* error) {
     const QByteArray name = QFile::encodeName(info.fileName());
     const Status status = parent ? statusOf(dirfd(parent.get()), name.constData()) : Status();
     if (!status.known) {
-        *error = QString("%1: %2").arg(path, QString::fromLocal8Bit(strerror(errno)));
-        return errno == ENOENT;
+        const int fault = errno;
+        *error = QString("%1: %2").arg(path, QString::fromLocal8Bit(strerror(fault)));
+        return fault == ENOENT;
     }
     if (!status.isDirectory || status.isMountPoint) {
         *error = QString("%1 is a link, a file or a mount point.").arg(path);

@@ -10,6 +10,7 @@ import os
 from cellarix_launcher import errors
 
 RECORD_LIMIT = 16 << 20
+UNFINISHED = (".creating-", ".deleting-")  # bottles that the service is just making or removing
 
 
 class Bottle:
@@ -40,7 +41,12 @@ def bottle_directory(name, environ):
     """Names may hold "/", yet never lead out of the bottles' directory. None for an unknown bottle."""
     if not name or "\0" in name or any(part in ("", ".", "..") for part in name.split("/")):
         return None
+    parts = name.split("/")
+    if len(parts) > 2 or (len(parts) == 2 and parts[0] != "public") or parts[-1].startswith(UNFINISHED):
+        return None
     directory = os.path.join(bottles_root(environ), name)
+    if os.path.islink(directory):
+        return None
     known = any(os.path.isfile(os.path.join(directory, record)) for record in ("launch.json", "bottle.yml"))
     return directory if known else None
 

@@ -1,5 +1,6 @@
 """Wine as a child: started in a session of its own, signalled through its group, waited for."""
 
+import errno
 import os
 import signal
 
@@ -75,8 +76,8 @@ def spawn(start, output_fd, mask, prepare=os.setsid):
                 signal.signal(number, signal.SIG_DFL)
             signal.pthread_sigmask(signal.SIG_SETMASK, mask)
             os.execve(start.argv[0], start.argv, start.env)
-        except OSError as error:
-            os.write(tell, str(error.errno).encode())
+        except (OSError, ValueError) as error:
+            os.write(tell, str(getattr(error, "errno", None) or errno.EINVAL).encode())
         finally:
             os._exit(127)
     os.close(tell)
