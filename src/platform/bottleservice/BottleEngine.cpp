@@ -70,6 +70,17 @@ void BottleEngine::recover() {
     }
 }
 
+std::optional<BottleYaml> BottleEngine::loaded(const QString& bottle, Answer* failure) const {
+    *failure = checked(bottle);
+    if (!failure->isGood())
+        return std::nullopt;
+    QString error;
+    auto settings = m_store.load(bottle, &error);
+    if (!settings)
+        *failure = Answer::failure(Fault::Failed, error);
+    return settings;
+}
+
 Answer BottleEngine::checked(const QString& bottle) const {
     const QString invalid = BottleName::check(bottle);
     if (!invalid.isEmpty())
@@ -83,13 +94,10 @@ Answer BottleEngine::list() const {
 }
 
 Answer BottleEngine::get(const QString& bottle) const {
-    const Answer check = checked(bottle);
-    if (!check.isGood())
-        return check;
-    QString error;
-    const auto settings = m_store.load(bottle, &error);
+    Answer failure;
+    const auto settings = loaded(bottle, &failure);
     if (!settings)
-        return Answer::failure(Fault::Failed, error);
+        return failure;
     const QString path = m_store.pathOf(bottle);
     if (LaunchData::isStale(path))
         writeLaunchData(bottle, *settings);
@@ -115,13 +123,10 @@ Answer BottleEngine::listAllPrograms() const {
 }
 
 Answer BottleEngine::listBottlesAllPrograms(const QString& bottle) const {
-    const Answer check = checked(bottle);
-    if (!check.isGood())
-        return check;
-    QString error;
-    const auto settings = m_store.load(bottle, &error);
+    Answer failure;
+    const auto settings = loaded(bottle, &failure);
     if (!settings)
-        return Answer::failure(Fault::Failed, error);
+        return failure;
     QJsonArray programs;
     for (const QJsonValue& program : settings->record().value("External_Programs").toObject())
         programs.append(program);
@@ -129,13 +134,10 @@ Answer BottleEngine::listBottlesAllPrograms(const QString& bottle) const {
 }
 
 Answer BottleEngine::getEmulators(const QString& bottle) const {
-    const Answer check = checked(bottle);
-    if (!check.isGood())
-        return check;
-    QString error;
-    const auto settings = m_store.load(bottle, &error);
+    Answer failure;
+    const auto settings = loaded(bottle, &failure);
     if (!settings)
-        return Answer::failure(Fault::Failed, error);
+        return failure;
     const QString chosen = settings->record().value("Emulator").toString();
     return Answer::of(
         compact(Emulators::describe(QSysInfo::currentCpuArchitecture(), chosen, [](const QString& name) {
@@ -249,13 +251,11 @@ void BottleEngine::runCommand(const QString& bottle, const QString& commandLine,
 }
 
 Answer BottleEngine::updateProgram(const QString& bottle, const QJsonObject& given) {
-    const Answer check = checked(bottle);
-    if (!check.isGood())
-        return check;
-    QString error;
-    auto settings = m_store.load(bottle, &error);
+    Answer failure;
+    auto settings = loaded(bottle, &failure);
     if (!settings)
-        return Answer::failure(Fault::Failed, error);
+        return failure;
+    QString error;
     const QString id = given.value("id").toString();
     const bool isNew = !settings->hasProgram(id);
     const QJsonObject record = isNew ? Programs::completed(given, QDateTime::currentDateTime(), &error)
@@ -278,13 +278,11 @@ Answer BottleEngine::updateProgram(const QString& bottle, const QJsonObject& giv
 }
 
 Answer BottleEngine::removeProgram(const QString& bottle, const QString& programId) {
-    const Answer check = checked(bottle);
-    if (!check.isGood())
-        return check;
-    QString error;
-    auto settings = m_store.load(bottle, &error);
+    Answer failure;
+    auto settings = loaded(bottle, &failure);
     if (!settings)
-        return Answer::failure(Fault::Failed, error);
+        return failure;
+    QString error;
     if (!settings->removeProgram(programId))
         return noProgram(bottle, programId);
     if (!saveSettings(bottle, *settings, &error))
@@ -295,13 +293,10 @@ Answer BottleEngine::removeProgram(const QString& bottle, const QString& program
 }
 
 Answer BottleEngine::startCommand(const QString& bottle, const QStringList& arguments) {
-    const Answer check = checked(bottle);
-    if (!check.isGood())
-        return check;
-    QString error;
-    const auto settings = m_store.load(bottle, &error);
+    Answer failure;
+    const auto settings = loaded(bottle, &failure);
     if (!settings)
-        return Answer::failure(Fault::Failed, error);
+        return failure;
     const Runner runner = runnerOf(*settings);
     if (runner.wine.isEmpty())
         return Answer::failure(Fault::Failed,

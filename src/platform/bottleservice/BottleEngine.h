@@ -53,6 +53,8 @@ Q_SIGNALS:
 
 private:
     Answer checked(const QString& bottle) const;
+    /// The settings of a bottle that may be used; otherwise nothing, and why.
+    std::optional<BottleYaml> loaded(const QString& bottle, Answer* failure) const;
     void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);
     void enqueue(const QString& bottle, std::unique_ptr<Job> job);
     bool refuse(const QString& bottle, const Reply& reply) const;
