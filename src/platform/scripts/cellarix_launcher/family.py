@@ -1,19 +1,30 @@
 """Waits for all that a program has started, not only for its first process."""
 
 import os
+import time
 
 from cellarix_launcher import environment, supervise
 
 INTERVAL = 0.2
+SETTLE = 0.02
 # Wine's own helpers carry the mark of whichever program came first and stay for the others.
 HELPERS = ("wineserver", "services.exe", "winedevice.exe", "plugplay.exe", "svchost.exe", "rpcss.exe", "explorer.exe",
            "tabtip.exe")
 
 
-def members(prefix, uuid):
-    """Processes of this prefix that carry the program's mark in their environment."""
-    marks = {os.fsencode(f"WINEPREFIX={prefix}"), os.fsencode(f"{environment.UUID_VARIABLE}={uuid}")}
-    return [int(entry) for entry in os.listdir("/proc") if entry.isdigit() and _is_member(entry, marks)]
+def _marks(prefix, uuid):
+    return {os.fsencode(f"WINEPREFIX={prefix}"), os.fsencode(f"{environment.UUID_VARIABLE}={uuid}")}
+
+
+def _members(marks):
+    """Processes that carry the program's mark in their environment. In the midst of an exec a process shows none, so
+    that only a second look tells that there is nobody."""
+    for pause in (0, SETTLE):
+        time.sleep(pause)
+        found = [int(entry) for entry in os.listdir("/proc") if entry.isdigit() and _is_member(entry, marks)]
+        if found:
+            break
+    return found
 
 
 def _is_member(entry, marks):
@@ -34,7 +45,8 @@ def wait_for_rest(child, start, uuid, tail, say):
     if not uuid:
         _wait_for_server(child, start, tail, say)
         return
-    left = members(start.env["WINEPREFIX"], uuid)
+    marks = _marks(start.env["WINEPREFIX"], uuid)
+    left = _members(marks)
     while left:
         number = supervise.fetch_signal(INTERVAL)
         if tail:
@@ -44,7 +56,8 @@ def wait_for_rest(child, start, uuid, tail, say):
                 os.kill(pid, number)
             except OSError:
                 pass
-        left = [pid for pid in left if os.path.exists(f"/proc/{pid}")] or members(start.env["WINEPREFIX"], uuid)
+        # Asked anew each time: what was caught between fork and exec may have become one of the helpers.
+        left = [pid for pid in left if _is_member(pid, marks)] or _members(marks)
 
 
 def _wait_for_server(child, start, tail, say):
