@@ -13,7 +13,8 @@ class BottleStopper;
 
 /// What the service can do, without a bus. Reading answers at once; everything that changes a bottle or its
 /// processes goes through that bottle's queue and answers when it is done. Owns the queue, the background
-/// removal and the knowledge of where bottles and runners lie. Lives in the main thread.
+/// removal and the knowledge of where bottles and runners lie. Families of requests (classes called
+/// ...Requests) stand on its tools for requests. Lives in the main thread.
 class BottleEngine : public QObject {
     Q_OBJECT
 
@@ -44,6 +45,24 @@ public:
     /// Cancels what runs and takes nothing new; closed() follows.
     void close();
 
+    /// Tools for requests.
+    const BottleStore& store() const { return m_store; }
+    const Runners& runners() const { return m_runners; }
+    QString dataDir() const { return m_dataDir; }
+    Reclaimer* reclaimer() { return &m_reclaimer; }
+    /// Answers a request whose bottle has an impossible name; then true.
+    bool refuse(const QString& bottle, const Reply& reply) const;
+    /// Good if the bottle may be used.
+    Answer checked(const QString& bottle) const;
+    /// The settings of a bottle that may be used; otherwise nothing, and why.
+    std::optional<BottleYaml> loaded(const QString& bottle, Answer* failure) const;
+    void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);
+    void enqueue(const QString& bottle, std::unique_ptr<Job> job);
+    /// Writes bottle.yml and launch.json. Only from a job of that bottle.
+    bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
+    /// Without a Wine when the runner is not installed.
+    Runner runnerOf(const BottleYaml& settings) const;
+
 Q_SIGNALS:
     void bottleDeleted(const QString& bottle);
     void programAdded(const QString& bottle, const QString& programId, const QString& recordJson);
@@ -52,20 +71,11 @@ Q_SIGNALS:
     void closed();
 
 private:
-    Answer checked(const QString& bottle) const;
-    /// The settings of a bottle that may be used; otherwise nothing, and why.
-    std::optional<BottleYaml> loaded(const QString& bottle, Answer* failure) const;
-    void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);
-    void enqueue(const QString& bottle, std::unique_ptr<Job> job);
-    bool refuse(const QString& bottle, const Reply& reply) const;
-
     Answer updateProgram(const QString& bottle, const QJsonObject& given);
     Answer removeProgram(const QString& bottle, const QString& programId);
     Answer startCommand(const QString& bottle, const QStringList& arguments);
 
-    bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
     void writeLaunchData(const QString& bottle, const BottleYaml& settings) const;
-    Runner runnerOf(const BottleYaml& settings) const;
 
     QString m_dataDir;
     BottleStore m_store;

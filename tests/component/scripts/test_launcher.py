@@ -4,7 +4,6 @@ import json
 import os
 import signal
 import struct
-import time
 import unittest
 
 from support import UUID, HomeCase, wait_until

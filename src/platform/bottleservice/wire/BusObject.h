@@ -9,7 +9,7 @@
 
 /// One object on the bus: checks a call against the contract, hands it to the function that the table of
 /// methods names and sends the answer when it comes. Methods of the contract without a function answer
-/// NotSupported. Derived classes only fill the table.
+/// NotSupported. Derived classes and functions in this folder only fill the table.
 class BusObject : public QDBusVirtualObject {
     Q_OBJECT
 
@@ -22,10 +22,12 @@ public:
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
-protected:
     using Handler = std::function<void(const QVariantList& arguments, const Reply& reply)>;
 
+    /// Puts a method of the contract into the table.
     void handle(const QString& method, Handler handler);
+
+protected:
     void emitSignal(const QString& name, const QVariantList& arguments);
 
 private:
