@@ -14,12 +14,9 @@
 #include "bottleservice/bottles/PublicBottles.h"
 #include "bottleservice/jobs/CreateBottleJob.h"
 #include "bottleservice/jobs/DeleteBottleJob.h"
-#include "bottleservice/jobs/StopJobs.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
-#include "bottleservice/wine/DetachedCommand.h"
 #include "bottleservice/wine/Emulators.h"
-#include "bottleservice/wine/WindowsCommandLine.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -28,8 +25,6 @@ using Fault = Answer::Fault;
 namespace {
 
 constexpr int VersionTimeoutMs = 10000;
-constexpr int MaximumCommandCharacters = 32767;  // what Windows takes
-constexpr int MaximumIdCharacters = 128;
 
 QString compact(const QJsonObject& object) {
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
@@ -37,11 +32,6 @@ QString compact(const QJsonObject& object) {
 
 QString compact(const QJsonArray& array) {
     return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact));
-}
-
-Answer noProgram(const QString& bottle, const QString& id) {
-    return Answer::failure(Fault::NoSuchProgram, QString("The bottle \"%1\" has no program \"%2\".")
-                                                     .arg(BottleName::shown(bottle), BottleName::shown(id)));
 }
 
 }  // namespace
@@ -199,113 +189,6 @@ void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
         reply(answer);
     };
     enqueue(bottle, std::make_unique<DeleteBottleJob>(m_store, bottle, m_runners, &m_reclaimer, announce));
-}
-
-void BottleEngine::updateExternalProgram(const QString& bottle, const QString& recordJson,
-                                         const Reply& reply) {
-    if (refuse(bottle, reply))
-        return;
-    QString error;
-    const QJsonObject given = Programs::parse(recordJson, &error);
-    if (!error.isEmpty()) {
-        reply(Answer::failure(Fault::InvalidArgs, error));
-        return;
-    }
-    enqueue(bottle, reply, [this, bottle, given] { return updateProgram(bottle, given); });
-}
-
-void BottleEngine::removeExternalProgram(const QString& bottle, const QString& programId,
-                                         const Reply& reply) {
-    if (!refuse(bottle, reply))
-        enqueue(bottle, reply, [this, bottle, programId] { return removeProgram(bottle, programId); });
-}
-
-void BottleEngine::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {
-    if (refuse(bottle, reply))
-        return;
-    if (programId.isEmpty() || programId.size() > MaximumIdCharacters) {
-        reply(Answer::failure(Fault::InvalidArgs, "The program's id is empty or too long."));
-        return;
-    }
-    enqueue(bottle, std::make_unique<StopProgramJob>(m_store, bottle, programId, reply));
-}
-
-void BottleEngine::killWineServer(const QString& bottle, const Reply& reply) {
-    if (refuse(bottle, reply))
-        return;
-    enqueue(bottle, std::make_unique<StopBottleJob>(m_store, bottle, m_runners, reply));
-}
-
-void BottleEngine::runCommand(const QString& bottle, const QString& commandLine, const Reply& reply) {
-    if (refuse(bottle, reply))
-        return;
-    const QStringList arguments = WindowsCommandLine::split(commandLine);
-    // Wine itself would take a leading "-" for its own option.
-    if (arguments.isEmpty() || arguments.first().startsWith('-') || commandLine.contains(QChar(0)) ||
-        commandLine.size() > MaximumCommandCharacters) {
-        reply(
-            Answer::failure(Fault::InvalidArgs, "The command line is empty, too long or names no program."));
-        return;
-    }
-    enqueue(bottle, reply, [this, bottle, arguments] { return startCommand(bottle, arguments); });
-}
-
-Answer BottleEngine::updateProgram(const QString& bottle, const QJsonObject& given) {
-    Answer failure;
-    auto settings = loaded(bottle, &failure);
-    if (!settings)
-        return failure;
-    QString error;
-    const QString id = given.value("id").toString();
-    const bool isNew = !settings->hasProgram(id);
-    const QJsonObject record = isNew ? Programs::completed(given, QDateTime::currentDateTime(), &error)
-                                     : Programs::merged(settings->program(id), given);
-    if (record.isEmpty())
-        return Answer::failure(Fault::InvalidArgs, error);
-    if (!isNew && record == settings->program(id))
-        return Answer::of();
-    // Only what was given: the rest stays as it was written.
-    settings->setProgram(id, isNew ? record : given);
-    if (!saveSettings(bottle, *settings, &error))
-        return Answer::failure(Fault::Failed, error);
-    qInfo() << (isNew ? "added program" : "changed program") << id << "of" << BottleName::shown(bottle);
-    const QString text = compact(settings->program(id));
-    if (isNew)
-        Q_EMIT programAdded(bottle, id, text);
-    else
-        Q_EMIT programUpdated(bottle, id, text);
-    return Answer::of();
-}
-
-Answer BottleEngine::removeProgram(const QString& bottle, const QString& programId) {
-    Answer failure;
-    auto settings = loaded(bottle, &failure);
-    if (!settings)
-        return failure;
-    QString error;
-    if (!settings->removeProgram(programId))
-        return noProgram(bottle, programId);
-    if (!saveSettings(bottle, *settings, &error))
-        return Answer::failure(Fault::Failed, error);
-    qInfo() << "removed program" << BottleName::shown(programId) << "of" << BottleName::shown(bottle);
-    Q_EMIT programDeleted(bottle, programId);
-    return Answer::of();
-}
-
-Answer BottleEngine::startCommand(const QString& bottle, const QStringList& arguments) {
-    Answer failure;
-    const auto settings = loaded(bottle, &failure);
-    if (!settings)
-        return failure;
-    const Runner runner = runnerOf(*settings);
-    if (runner.wine.isEmpty())
-        return Answer::failure(Fault::Failed,
-                               QString("The Wine runner \"%1\" is not installed.").arg(settings->runner()));
-    const QString path = m_store.pathOf(bottle);
-    const QJsonObject variables = LaunchData::environment(path, settings->record());
-    const QString fault =
-        DetachedCommand::start(runner.wine, arguments, WineEnvironment::forProcess(variables), path);
-    return fault.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, fault);
 }
 
 void BottleEngine::close() {

@@ -36,11 +36,6 @@ public:
 
     void createBottles(const QString& bottle, const QString& runner, const Reply& reply);
     void deleteBottle(const QString& bottle, const Reply& reply);
-    void updateExternalProgram(const QString& bottle, const QString& recordJson, const Reply& reply);
-    void removeExternalProgram(const QString& bottle, const QString& programId, const Reply& reply);
-    void killProgram(const QString& bottle, const QString& programId, const Reply& reply);
-    void killWineServer(const QString& bottle, const Reply& reply);
-    void runCommand(const QString& bottle, const QString& commandLine, const Reply& reply);
 
     /// Cancels what runs and takes nothing new; closed() follows.
     void close();
@@ -65,16 +60,9 @@ public:
 
 Q_SIGNALS:
     void bottleDeleted(const QString& bottle);
-    void programAdded(const QString& bottle, const QString& programId, const QString& recordJson);
-    void programUpdated(const QString& bottle, const QString& programId, const QString& recordJson);
-    void programDeleted(const QString& bottle, const QString& programId);
     void closed();
 
 private:
-    Answer updateProgram(const QString& bottle, const QJsonObject& given);
-    Answer removeProgram(const QString& bottle, const QString& programId);
-    Answer startCommand(const QString& bottle, const QStringList& arguments);
-
     void writeLaunchData(const QString& bottle, const BottleYaml& settings) const;
 
     QString m_dataDir;

@@ -8,10 +8,14 @@
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/DataDirLock.h"
+#include "bottleservice/LifeRequests.h"
+#include "bottleservice/ProgramRequests.h"
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/ShutdownSignals.h"
 #include "bottleservice/wire/BottlesObject.h"
+#include "bottleservice/wire/LifeMethods.h"
 #include "bottleservice/wire/ManagerObject.h"
+#include "bottleservice/wire/ProgramMethods.h"
 
 namespace {
 
@@ -42,7 +46,11 @@ int main(int argc, char** argv) {
 
     BottleEngine engine(dataDir);
     engine.recover();
+    ProgramRequests programs(&engine);
+    LifeRequests life(&engine);
     BottlesObject bottles(&engine);
+    addProgramMethods(&bottles, &programs);
+    addLifeMethods(&bottles, &life);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bottles.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {

@@ -31,7 +31,6 @@ void BottlesObject::handleChanging(BottleEngine* engine) {
     using OneText = void (BottleEngine::*)(const QString&, const Reply&);
     const std::pair<const char*, OneText> ofBottle[] = {
         {"delete", &BottleEngine::deleteBottle},
-        {"killWineServer", &BottleEngine::killWineServer},
         {"getRunnerVersion", &BottleEngine::getRunnerVersion},
     };
     for (const auto& [name, function] : ofBottle) {
@@ -39,33 +38,12 @@ void BottlesObject::handleChanging(BottleEngine* engine) {
             (engine->*function)(arguments[0].toString(), reply);
         });
     }
-    using TwoTexts = void (BottleEngine::*)(const QString&, const QString&, const Reply&);
-    const std::pair<const char*, TwoTexts> ofBottleAndText[] = {
-        {"createBottles", &BottleEngine::createBottles},
-        {"updateExternalProgram", &BottleEngine::updateExternalProgram},
-        {"removeExternalProgram", &BottleEngine::removeExternalProgram},
-        {"killProgram", &BottleEngine::killProgram},
-        {"run_command", &BottleEngine::runCommand},
-    };
-    for (const auto& [name, function] : ofBottleAndText) {
-        handle(name, [engine, function = function](const QVariantList& arguments, const Reply& reply) {
-            (engine->*function)(arguments[0].toString(), arguments[1].toString(), reply);
-        });
-    }
+    handle("createBottles", [engine](const QVariantList& arguments, const Reply& reply) {
+        engine->createBottles(arguments[0].toString(), arguments[1].toString(), reply);
+    });
 }
 
 void BottlesObject::forwardSignals(BottleEngine* engine) {
     connect(engine, &BottleEngine::bottleDeleted, this,
             [this](const QString& bottle) { emitSignal("bottles_deleted", {bottle}); });
-    connect(engine, &BottleEngine::programDeleted, this, [this](const QString& bottle, const QString& id) {
-        emitSignal("program_deleted", {bottle, id});
-    });
-    connect(engine, &BottleEngine::programAdded, this,
-            [this](const QString& bottle, const QString& id, const QString& record) {
-                emitSignal("program_added", {bottle, id, record});
-            });
-    connect(engine, &BottleEngine::programUpdated, this,
-            [this](const QString& bottle, const QString& id, const QString& record) {
-                emitSignal("program_updated", {bottle, id, record});
-            });
 }

@@ -27,7 +27,7 @@ public:
     /// Puts a method of the contract into the table.
     void handle(const QString& method, Handler handler);
 
-protected:
+    /// Sends a signal of the contract.
     void emitSignal(const QString& name, const QVariantList& arguments);
 
 private:

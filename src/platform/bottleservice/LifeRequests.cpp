@@ -1,0 +1,66 @@
+#include "bottleservice/LifeRequests.h"
+
+#include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/LaunchData.h"
+#include "bottleservice/jobs/StopJobs.h"
+#include "bottleservice/wine/DetachedCommand.h"
+#include "bottleservice/wine/WindowsCommandLine.h"
+#include "bottleservice/wine/WineEnvironment.h"
+
+using Fault = Answer::Fault;
+
+namespace {
+
+constexpr int MaximumCommandCharacters = 32767;  // what Windows takes
+constexpr int MaximumIdCharacters = 128;
+
+}  // namespace
+
+LifeRequests::LifeRequests(BottleEngine* engine, QObject* parent) : QObject(parent), m_engine(engine) {}
+
+void LifeRequests::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {
+    if (m_engine->refuse(bottle, reply))
+        return;
+    if (programId.isEmpty() || programId.size() > MaximumIdCharacters) {
+        reply(Answer::failure(Fault::InvalidArgs, "The program's id is empty or too long."));
+        return;
+    }
+    m_engine->enqueue(bottle, std::make_unique<StopProgramJob>(m_engine->store(), bottle, programId, reply));
+}
+
+void LifeRequests::killWineServer(const QString& bottle, const Reply& reply) {
+    if (m_engine->refuse(bottle, reply))
+        return;
+    m_engine->enqueue(bottle,
+                      std::make_unique<StopBottleJob>(m_engine->store(), bottle, m_engine->runners(), reply));
+}
+
+void LifeRequests::runCommand(const QString& bottle, const QString& commandLine, const Reply& reply) {
+    if (m_engine->refuse(bottle, reply))
+        return;
+    const QStringList arguments = WindowsCommandLine::split(commandLine);
+    // Wine itself would take a leading "-" for its own option.
+    if (arguments.isEmpty() || arguments.first().startsWith('-') || commandLine.contains(QChar(0)) ||
+        commandLine.size() > MaximumCommandCharacters) {
+        reply(
+            Answer::failure(Fault::InvalidArgs, "The command line is empty, too long or names no program."));
+        return;
+    }
+    m_engine->enqueue(bottle, reply, [this, bottle, arguments] { return startCommand(bottle, arguments); });
+}
+
+Answer LifeRequests::startCommand(const QString& bottle, const QStringList& arguments) {
+    Answer failure;
+    const auto settings = m_engine->loaded(bottle, &failure);
+    if (!settings)
+        return failure;
+    const Runner runner = m_engine->runnerOf(*settings);
+    if (runner.wine.isEmpty())
+        return Answer::failure(Fault::Failed,
+                               QString("The Wine runner \"%1\" is not installed.").arg(settings->runner()));
+    const QString path = m_engine->store().pathOf(bottle);
+    const QJsonObject variables = LaunchData::environment(path, settings->record());
+    const QString fault =
+        DetachedCommand::start(runner.wine, arguments, WineEnvironment::forProcess(variables), path);
+    return fault.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, fault);
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QObject>
+
+#include "bottleservice/Answer.h"
+
+class BottleEngine;
+
+/// The requests about what runs in bottles: started and ended.
+class LifeRequests : public QObject {
+    Q_OBJECT
+
+public:
+    explicit LifeRequests(BottleEngine* engine, QObject* parent = nullptr);
+
+    void killProgram(const QString& bottle, const QString& programId, const Reply& reply);
+    void killWineServer(const QString& bottle, const Reply& reply);
+    void runCommand(const QString& bottle, const QString& commandLine, const Reply& reply);
+
+private:
+    Answer startCommand(const QString& bottle, const QStringList& arguments);
+
+    BottleEngine* m_engine;
+};
