@@ -1,7 +1,6 @@
 #include <QtTest>
 
 #include "backend/EmulatorPackage.h"
-#include "backend/InstalledPackages.h"
 #include "support/LogCapture.h"
 
 using TestSupport::LogCapture;
@@ -34,7 +33,7 @@ private Q_SLOTS:
         QFETCH(QString, pattern);
         const LogCapture log;
         QString asked;
-        const EmulatorPackage::PackageQueries queries{
+        const EmulatorPackage::PackageSource queries{
             [&](const QString& text) {
                 asked = text;
                 return text == "*fex*" ? QStringList{"fex-emu", "fex-extra"} : QStringList();
@@ -44,22 +43,6 @@ private Q_SLOTS:
         QCOMPARE(asked, pattern);
         QCOMPARE(log.contains(QtWarningMsg, "unknown emulator: " + emulator + ", search via dpkg"),
                  !pattern.isEmpty());
-    }
-
-    void parseInstalled() {
-        QCOMPARE(InstalledPackages::parseInstalled(
-                     "a|install ok installed\nb|deinstall ok config-files\n"
-                     "c|unknown ok not-installed\nbroken\n\nd|install ok installed\n"),
-                 QStringList({"a", "d"}));
-    }
-
-    void thisMachine() {
-        if (QStandardPaths::findExecutable("dpkg-query").isEmpty())
-            QSKIP("needs dpkg-query");
-        QCOMPARE(InstalledPackages::installed({"dpk?", "no-such-package-at-all"}), QStringList{"dpkg"});
-        QVERIFY(
-            QRegularExpression("^[0-9]+\\.[0-9.]+$").match(InstalledPackages::version("dpkg")).hasMatch());
-        QCOMPARE(InstalledPackages::version("no-such-package-at-all"), QString());
     }
 };
 

@@ -1,7 +1,7 @@
 #include <QtTest>
 
-#include "backend/MachineUtils.h"
 #include "backend/TextUtils.h"
+#include "probes/MachineUtils.h"
 #include "support/LogCapture.h"
 #include "support/TestHome.h"
 
@@ -96,7 +96,7 @@ private Q_SLOTS:
         TestSupport::EnvironmentGuard guard;
         guard.set("LANGUAGE", "zh_CN");
         guard.set("CELLARIX_PROBE", "kept");
-        const QProcessEnvironment environment = MachineUtils::cLocaleEnvironment();
+        const QProcessEnvironment environment = englishProcessEnvironment();
         QCOMPARE(environment.value("LC_ALL"), QString("en_US.UTF-8"));
         QCOMPARE(environment.value("LANGUAGE"), QString("en_US"));
         QCOMPARE(environment.value("CELLARIX_PROBE"), QString("kept"));

@@ -1,4 +1,4 @@
-#include "backend/MachineUtils.h"
+#include "probes/MachineUtils.h"
 
 #include <QDebug>
 
@@ -34,7 +34,7 @@ QString MachineUtils::osVersion(const QString& file) {
         .arg(value("SystemName"), value("EditionName"), value("MajorVersion"), value("MinorVersion"));
 }
 
-QProcessEnvironment MachineUtils::cLocaleEnvironment() {
+QProcessEnvironment englishProcessEnvironment() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("LC_ALL", "en_US.UTF-8");
     environment.insert("LANG", "en_US.UTF-8");

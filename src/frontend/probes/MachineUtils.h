@@ -14,7 +14,7 @@ bool isAmd64();
 /// "name,edition,major,minor" of the system; empty, with a log line, when the file can't be read.
 QString osVersion(const QString& file = "/etc/os-version");
 
-/// The environment for children whose output is parsed.
-QProcessEnvironment cLocaleEnvironment();
-
 }  // namespace MachineUtils
+
+/// The environment for children whose output is parsed.
+QProcessEnvironment englishProcessEnvironment();

@@ -1,0 +1,50 @@
+#include "probes/Packages.h"
+
+#include "core/base/ToolProcess.h"
+#include "probes/MachineUtils.h"
+
+namespace {
+
+ToolProcess::Result run(const QString& program, const QStringList& arguments) {
+    return ToolProcess::run(program, arguments, ToolProcess::DefaultTimeoutMs, englishProcessEnvironment());
+}
+
+}  // namespace
+
+// dpkg-query ends with an error when one of the names is unknown; it has listed the others all the same.
+QStringList installedPackages(const QStringList& packages) {
+    const auto result = run("dpkg-query", QStringList{"-W", "-f=${Package}|${Status}\\n", "--"} + packages);
+    return parseInstalledPackages(QString::fromUtf8(result.standardOutput));
+}
+
+QStringList parseInstalledPackages(const QString& output) {
+    QStringList result;
+    for (const QString& line : output.split('\n')) {
+        const QStringList fields = line.split('|');
+        if (fields.value(1) == "install ok installed")
+            result.append(fields.first());
+    }
+    return result;
+}
+
+QString packageVersion(const QString& package) {
+    return parsePackageVersion(QString::fromUtf8(run("dpkg", {"-s", "--", package}).standardOutput));
+}
+
+QString parsePackageVersion(const QString& status) {
+    for (const QString& line : status.split('\n')) {
+        if (line.startsWith("Version:"))
+            return line.section(':', 1).trimmed();
+    }
+    return {};
+}
+
+bool packageInstalled(const QString& package, QString* version) {
+    const auto result = run("dpkg-query", {"-W", "-f=${Status} ${Version}", "--", package});
+    const QString output = QString::fromUtf8(result.standardOutput);
+    if (!result.succeeded() || !output.contains("install ok installed"))
+        return false;
+    if (version)
+        *version = output.section(' ', -1);
+    return true;
+}

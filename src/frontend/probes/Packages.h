@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+/// Questions to the package manager. Each starts a child process in an English locale and waits for it, at
+/// most 30 s. A machine without the package manager has no package installed.
+/// @{
+
+/// Those of the names or patterns that are installed.
+QStringList installedPackages(const QStringList& packages);
+/// The rule behind installedPackages(): lines of "name|status".
+QStringList parseInstalledPackages(const QString& output);
+
+/// The installed version with epoch and revision; empty when there is none.
+QString packageVersion(const QString& package);
+/// What stands behind "Version:" in the text of "dpkg -s".
+QString parsePackageVersion(const QString& status);
+
+/// Whether exactly this package is installed; version, if given, is set when it is.
+bool packageInstalled(const QString& package, QString* version = nullptr);
+/// @}
+
+/// Package name to the version requirement that is not met; the requirement is empty where any version would
+/// do.
+using PackageRequirements = QMap<QString, QString>;
+
+/// What the evaluation of a dependency expression asks of the machine.
+struct PackageQueries {
+    std::function<bool(const QString& package, QString* version)> installed;
+    /// relation is a word of dpkg: "lt", "le", "eq", "ge", "gt".
+    std::function<bool(const QString& installed, const QString& relation, const QString& required)> compare;
+};
+
+/// What of a Debian package relation field ("a, b | c (>= 2.0)") is not met. Of a term whose alternatives all
+/// fail, each alternative is listed.
+PackageRequirements unmetDependencies(const QString& expression);
+PackageRequirements unmetDependencies(const QString& expression, const PackageQueries& queries);
+bool dependenciesMet(const QString& expression);

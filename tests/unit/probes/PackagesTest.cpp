@@ -1,0 +1,76 @@
+#include <QtTest>
+
+#include "probes/Packages.h"
+#include "support/LogCapture.h"
+
+class PackagesTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void unmet_data() {
+        QTest::addColumn<QString>("expression");
+        QTest::addColumn<QString>("unmet");
+        // Installed: a 1.0, c 1.5, libfoo:i386 2:3.1-1.
+        const std::initializer_list<std::array<const char*, 2>> table = {
+            {"", ""},
+            {"a, b | c (>= 2.0)", "b() c(>= 2.0)"},
+            {"a,b|c (>= 1.5)", ""},
+            {"a (= 1.0), a (<< 1.0), b", "a(<< 1.0) b()"},
+            {"a (< 1.0)", "a(< 1.0)"},
+            {"a (> 1.0) | a (<= 1.0)", ""},
+            {"libfoo:i386 (>= 1:2.3)", ""},  // compared with the digit before the colon
+            {"libfoo:i386 (>= 9:2.3)", "libfoo:i386(>= 9:2.3)"},
+            {"a (beautiful)", "a(beautiful)"},
+            {"c(>=2),, | ,a", "c(>=2)"},
+            {"-rf (>= 1)", "-rf(>= 1)"},
+        };
+        for (const auto& row : table)
+            QTest::newRow(row[0]) << row[0] << row[1];
+    }
+    void unmet() {
+        QFETCH(QString, expression);
+        const QMap<QString, QString> machine = {{"a", "1.0"}, {"c", "1.5"}, {"libfoo:i386", "2:3.1-1"}};
+        const PackageQueries queries = {
+            [&](const QString& package, QString* version) {
+                *version = machine.value(package);
+                return machine.contains(package);
+            },
+            [](const QString& installed, const QString& relation, const QString& required) {
+                if (installed.startsWith("2:"))
+                    return relation == "ge" && required.size() == 1 && required < "2";
+                const int order = installed.compare(required);
+                return (relation == "lt" && order < 0) || (relation == "le" && order <= 0) ||
+                       (relation == "eq" && order == 0) || (relation == "ge" && order >= 0) ||
+                       (relation == "gt" && order > 0);
+            }};
+        const PackageRequirements requirements = unmetDependencies(expression, queries);
+        QStringList texts;
+        for (auto entry = requirements.begin(); entry != requirements.end(); ++entry)
+            texts.append(QString("%1(%2)").arg(entry.key(), entry.value()));
+        QTEST(texts.join(' '), "unmet");
+    }
+
+    void thisMachine() {
+        if (QStandardPaths::findExecutable("dpkg-query").isEmpty())
+            QSKIP("needs dpkg-query");
+        const TestSupport::LogCapture log;
+        QCOMPARE(installedPackages({"dpk?", "no-such-package-at-all"}), QStringList{"dpkg"});
+        QString version;
+        QVERIFY(packageInstalled("dpkg", &version));
+        QCOMPARE(packageVersion("dpkg"), version);
+        QVERIFY(!packageInstalled("no-such-package-at-all", &version));
+        QCOMPARE(packageVersion("--help"), QString());
+        QVERIFY(dependenciesMet("no-such-package-at-all | dpkg (>= 1.0), libc-bin"));
+        QCOMPARE(unmetDependencies("dpkg (>> 999)"), (PackageRequirements{{"dpkg", ">> 999"}}));
+    }
+
+    void statusLines() {
+        QCOMPARE(parseInstalledPackages("a|install ok installed\nb|deinstall ok config-files\nbroken\n\n"
+                                        "c|unknown ok not-installed\nd|install ok installed\n"),
+                 QStringList({"a", "d"}));
+        QCOMPARE(parsePackageVersion("Package: x\nConfig-Version: 9\nVersion:  1:2.0-3 \n"),
+                 QString("1:2.0-3"));
+    }
+};
+
+QTEST_GUILESS_MAIN(PackagesTest)
+#include "PackagesTest.moc"
