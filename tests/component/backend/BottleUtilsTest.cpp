@@ -150,7 +150,7 @@ private Q_SLOTS:
     void describeEmulator() {
         fake.setText("getEmulators", "{\"installed\":{\"box64\":\"x\"},\"using\":\"box64\"}");
         const EmulatorPackage::PackageSource queries{[](const QString&) { return QStringList(); },
-                                                      [](const QString&) { return QString("0.3"); }};
+                                                     [](const QString&) { return QString("0.3"); }};
         QCOMPARE(EmulatorPackage::describe("b", queries), QString("lumora-box64 0.3"));
     }
 
