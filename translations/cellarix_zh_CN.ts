@@ -105,31 +105,31 @@
     <name>DependencyInstallQueue</name>
     <message>
         <source>Downloading %1: %2%</source>
-        <translation type="vanished">正在下载 %1：%2%</translation>
+        <translation>正在下载 %1：%2%</translation>
     </message>
     <message>
         <source>Failed</source>
-        <translation type="vanished">失败</translation>
+        <translation>失败</translation>
     </message>
     <message>
         <source>Success</source>
-        <translation type="vanished">成功</translation>
+        <translation>成功</translation>
     </message>
     <message>
         <source>Fixing</source>
-        <translation type="vanished">正在修复</translation>
+        <translation>正在修复</translation>
     </message>
     <message>
         <source>Fix: install components %1</source>
-        <translation type="vanished">修复：安装组件 %1</translation>
+        <translation>修复：安装组件 %1</translation>
     </message>
     <message>
         <source>Setup %1</source>
-        <translation type="vanished">安装 %1</translation>
+        <translation>安装 %1</translation>
     </message>
     <message>
         <source>Setup %1, please waiting...</source>
-        <translation type="vanished">正在安装 %1，请稍候……</translation>
+        <translation>正在安装 %1，请稍候……</translation>
     </message>
 </context>
 <context>

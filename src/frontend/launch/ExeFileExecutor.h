@@ -8,11 +8,9 @@
 #include <QProcess>
 #include <QTimer>
 
-class WineLauncher;
+#include "launch/MsgType.h"
 
-/// What a launch message is: an error line, an ordinary line, or a transient status that replaces the last
-/// one.
-enum MsgType { MsgError = 0, MsgLine = 1, MsgStatus = 2 };
+class WineLauncher;
 
 /// One launch without any window of its own: inspects the file, picks or creates a bottle, starts the program
 /// through WineLauncher and reports how it ended, in words and signals. Owned by an ExeFileRunner.

@@ -1,0 +1,73 @@
+#include "backend/ComponentManager.h"
+
+#include <QDBusConnection>
+#include <QDebug>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "backend/BusCall.h"
+#include "backend/ComponentKind.h"
+
+namespace {
+
+const int kTimeoutMs = 3600000;
+
+QStringList names(const QJsonObject& catalogue, const QString& kind, const char* state) {
+    QStringList result;
+    for (const QJsonValue& name : catalogue.value(kind).toObject().value(QLatin1String(state)).toArray())
+        result.append(name.toString());
+    return result;
+}
+
+}  // namespace
+
+ComponentManager::ComponentManager()
+    : QDBusAbstractInterface("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Components",
+                             "com.lumora.Manager.Components", QDBusConnection::sessionBus(), nullptr) {
+    setTimeout(kTimeoutMs);
+    refreshLists();
+    connect(this, &ComponentManager::refresh, this, &ComponentManager::onRefresh);
+}
+
+void ComponentManager::refreshLists() {
+    const BusResult result = BusCall::block(*this, "list");
+    if (!result.ok) {
+        qWarning("Failed to get components list");
+        return;
+    }
+    read(result.object());
+}
+
+void ComponentManager::onRefresh(const QString& components) {
+    qInfo("--- Refresh components list");
+    read(QJsonDocument::fromJson(components.toUtf8()).object());
+}
+
+void ComponentManager::read(const QJsonObject& catalogue) {
+    runnerInstalled = names(catalogue, ComponentKind::runner(), "installed");
+    runnerSupported = names(catalogue, ComponentKind::runner(), "supported");
+    dxvkInstalled = names(catalogue, ComponentKind::dxvk(), "installed");
+    dxvkSupported = names(catalogue, ComponentKind::dxvk(), "supported");
+    vkd3dInstalled = names(catalogue, ComponentKind::vkd3d(), "installed");
+    vkd3dSupported = names(catalogue, ComponentKind::vkd3d(), "supported");
+}
+
+void ComponentManager::install(const QString& kind, const QString& name) {
+    BusCall::watch(*this, "install", {kind, name}, this, [this](const BusResult& result) {
+        if (!result.ok)
+            return;
+        if (result.object().value("ok").toBool())
+            refreshLists();
+        qInfo().noquote() << result.text;
+    });
+}
+
+QStringList ComponentManager::knownRunners() const {
+    QStringList known = runnerInstalled;
+    for (const QString& name : runnerSupported) {
+        if (!known.contains(name))
+            known.append(name);
+    }
+    return known;
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QDBusAbstractInterface>
+#include <QStringList>
+
+#include "fenk/Singleton.h"
+
+class QJsonObject;
+
+/// The client of the background service's component catalogue: mirrors it in six lists, installs a component
+/// for the whole machine and relays download progress. A component's name is a version's full name, such as
+/// "lumora-wine10-stable"; kind is one of ComponentKind. Lives in the GUI thread; its construction waits for
+/// the service. Without the service the lists are empty.
+class ComponentManager : public QDBusAbstractInterface, public Fenk::Singleton<ComponentManager> {
+    Q_OBJECT
+    friend class Fenk::Singleton<ComponentManager>;
+
+public:
+    QStringList runnerInstalled;
+    QStringList runnerSupported;
+    QStringList dxvkInstalled;
+    QStringList dxvkSupported;
+    QStringList vkd3dInstalled;
+    QStringList vkd3dSupported;
+
+    /// Ends in the signal installed(), which the service sends.
+    void install(const QString& kind, const QString& name);
+
+    /// Runners that are installed, then those that may be fetched.
+    QStringList knownRunners() const;
+
+Q_SIGNALS:
+    // From the bus, under these names. success is 0 for a failure; sizes are bytes.
+    void updateProgress(const QString& componentType, const QString& componentName, uint received_size,
+                        uint total_size, const QString& status);
+    void installed(int success, const QString& componentType, const QString& componentName,
+                   const QString& errMsg);
+    void refresh(const QString& components);
+
+private:
+    ComponentManager();
+
+    void refreshLists();
+    void onRefresh(const QString& components);
+    void read(const QJsonObject& catalogue);
+};

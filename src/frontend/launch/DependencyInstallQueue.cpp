@@ -1,0 +1,86 @@
+#include "launch/DependencyInstallQueue.h"
+
+#include <QDebug>
+#include <QJsonObject>
+
+#include "backend/BottlesConfig.h"
+#include "launch/DependencySetupProgressEmitter.h"
+
+void DependencyInstallQueue::install(const QString& bottleName, const QStringList& dependencies) {
+    auto* service = BottlesConfig::instance();
+    service->disconnect(this);
+    dropEmitter();
+    m_bottleName.clear();
+    m_pending.clear();
+    m_currentDependency.clear();
+    if (dependencies.isEmpty()) {
+        Q_EMIT done();
+        return;
+    }
+    m_bottleName = bottleName;
+    m_pending = dependencies;
+    connect(service, &BottlesConfig::dependecyInstalled, this,
+            &DependencyInstallQueue::slotsDependsInstalled);
+    connect(service, &BottlesConfig::dependencyDownloadProgress, this,
+            &DependencyInstallQueue::slotsDependsSetupProgress);
+    installNext();
+}
+
+void DependencyInstallQueue::installNext() {
+    dropEmitter();
+    if (m_pending.isEmpty()) {
+        BottlesConfig::instance()->disconnect(this);
+        m_currentDependency.clear();
+        Q_EMIT done();
+        return;
+    }
+    m_currentDependency = m_pending.takeFirst();
+    BottlesConfig::instance()->installDependency(m_bottleName, m_currentDependency);
+    Q_EMIT emitMsg(tr("Fix: install components %1").arg(m_currentDependency), MsgStatus);
+    Q_EMIT emitStep(tr("Fixing"), MsgLine);
+    showPercent(0);
+    qInfo() << "fix:: install" << m_currentDependency;
+    m_progressEmitter = new DependencySetupProgressEmitter(m_bottleName, m_currentDependency, this);
+    connect(m_progressEmitter, &DependencySetupProgressEmitter::valueChanged, this,
+            &DependencyInstallQueue::showPercent);
+}
+
+void DependencyInstallQueue::dropEmitter() {
+    if (!m_progressEmitter)
+        return;
+    m_progressEmitter->disconnect(this);
+    BottlesConfig::instance()->disconnect(m_progressEmitter);
+    m_progressEmitter->deleteLater();
+    m_progressEmitter = nullptr;
+}
+
+void DependencyInstallQueue::showPercent(int percent) {
+    Q_EMIT emitStep(tr("Fixing") + QString(" ... %1%").arg(percent), MsgStatus);
+}
+
+bool DependencyInstallQueue::isCurrent(const QString& bottle, const QString& dependency) const {
+    return !m_currentDependency.isEmpty() && bottle == m_bottleName && dependency == m_currentDependency;
+}
+
+void DependencyInstallQueue::slotsDependsInstalled(const QString& bottles_name,
+                                                   const QString& dependency_name,
+                                                   const QJsonObject& result) {
+    if (!isCurrent(bottles_name, dependency_name))
+        return;
+    qInfo() << dependency_name << "installed? " << result;
+    const bool ok = result.value("ok").toBool();
+    Q_EMIT emitMsg(tr("Setup %1").arg(ok ? tr("Success") : tr("Failed")), MsgStatus);
+    installNext();
+}
+
+void DependencyInstallQueue::slotsDependsSetupProgress(const QString& bottles_name,
+                                                       const QString& dependency_name, uint received_size,
+                                                       uint total_size, const QString&) {
+    if (!isCurrent(bottles_name, dependency_name))
+        return;
+    // A server that tells no size gives no percentage; neither does one that sends more than it told.
+    const int percent = total_size == 0 ? 0 : int(qMin(1.0, double(received_size) / total_size) * 100);
+    Q_EMIT emitMsg(tr("Downloading %1: %2%").arg(dependency_name, QString::number(percent)), MsgStatus);
+    if (percent > 99)
+        Q_EMIT emitMsg(tr("Setup %1, please waiting...").arg(dependency_name), MsgStatus);
+}

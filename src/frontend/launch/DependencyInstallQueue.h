@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include "launch/MsgType.h"
+
+class DependencySetupProgressEmitter;
+class QJsonObject;
+
+/// Installs components into one bottle, one after the other, and says in words how far it is. A component
+/// that fails stops nothing and is not tried again. Idle until install(), busy until done(); a new install()
+/// while busy abandons the old list. There is no time-out: a service that never reports an end holds the
+/// queue.
+class DependencyInstallQueue : public QObject {
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    void install(const QString& bottleName, const QStringList& dependencies);
+
+Q_SIGNALS:
+    void done();
+    void emitMsg(const QString& text, MsgType recordType = MsgLine);
+    void emitStep(const QString& text, MsgType recordType = MsgLine);
+
+public Q_SLOTS:
+    void slotsDependsInstalled(const QString& bottles_name, const QString& dependency_name,
+                               const QJsonObject& result);
+    /// Sizes are bytes.
+    void slotsDependsSetupProgress(const QString& bottles_name, const QString& dependency_name,
+                                   uint received_size, uint total_size, const QString& status);
+
+private:
+    bool isCurrent(const QString& bottle, const QString& dependency) const;
+    void installNext();
+    void dropEmitter();
+    void showPercent(int percent);
+
+    DependencySetupProgressEmitter* m_progressEmitter = nullptr;
+    QStringList m_pending;
+    QString m_bottleName;
+    QString m_currentDependency;
+};

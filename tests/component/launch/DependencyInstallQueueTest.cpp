@@ -1,0 +1,121 @@
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "backend/BottlesConfig.h"
+#include "backend/ComponentManager.h"
+#include "launch/DependencyInstallQueue.h"
+#include "launch/DependencySetupProgressEmitter.h"
+#include "support/FakeBottleService.h"
+#include "support/PrivateBus.h"
+
+using TestSupport::FakeBottleService;
+
+namespace {
+const char Path[] = "/com/lumora/Manager/Components";
+const char Interface[] = "com.lumora.Manager.Components";
+const QJsonObject Catalogue{
+    {"runner", QJsonObject{{"installed", QJsonArray{"a", "b"}}, {"supported", QJsonArray{"b", "c"}}}},
+    {"dxvk", QJsonObject{{"installed", QJsonArray{"d"}}, {"supported", QJsonArray{"e"}}}}};
+QString text(const QJsonObject& object) {
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+}  // namespace
+
+/// What repairs a bottle, against a service that is a real process.
+class DependencyInstallQueueTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() {
+        fake = std::make_unique<FakeBottleService>();
+        QVERIFY(fake->start());
+    }
+    void cleanup() { fake.reset(); }
+
+    void catalogue() {
+        fake->setJson("Components.list", Catalogue);
+        auto* manager = ComponentManager::instance();
+        QCOMPARE(manager->knownRunners(), QStringList({"a", "b", "c"}));
+        QCOMPARE(manager->dxvkSupported, QStringList{"e"});
+        QVERIFY(manager->vkd3dInstalled.isEmpty());
+
+        QVERIFY(fake->emitSignal(Path, Interface, "refresh", "s",
+                                 {text({{"runner", Catalogue["runner"].toObject()}})}));
+        QTRY_VERIFY(manager->dxvkInstalled.isEmpty());
+        QCOMPARE(manager->runnerInstalled, QStringList({"a", "b"}));
+
+        fake->setAnswers("Components.install", {{{"text", "{\"ok\":false}"}}, {{"text", "{\"ok\":true}"}}});
+        manager->install("runner", "c");
+        QCOMPARE(fake->waitForCall("install").arguments, QJsonArray({"runner", "c"}));
+        QVERIFY(manager->dxvkInstalled.isEmpty());
+        manager->install("runner", "c");
+        QTRY_COMPARE(manager->dxvkInstalled, QStringList{"d"});
+
+        QSignalSpy installed(manager, &ComponentManager::installed);
+        QVERIFY(fake->emitSignal(Path, Interface, "installed", "isss", {1, "runner", "c", ""}));
+        QTRY_COMPARE(installed.size(), 1);
+    }
+
+    void queue() {
+        DependencyInstallQueue repair;
+        QStringList words;
+        const auto note = [&words](const QString& line, MsgType type) {
+            words.append(QString::number(type) + " " + line);
+        };
+        connect(&repair, &DependencyInstallQueue::emitMsg, this, note);
+        connect(&repair, &DependencyInstallQueue::emitStep, this, note);
+        QSignalSpy done(&repair, &DependencyInstallQueue::done);
+        repair.install("b", {});
+        QCOMPARE(done.size(), 1);
+        QVERIFY(words.isEmpty());
+
+        repair.install("b", {"x", "y"});
+        QCOMPARE(fake->waitForCall("installDependency").arguments, QJsonArray({"b", "x"}));
+        auto* service = BottlesConfig::instance();
+        Q_EMIT service->dependencyDownloadProgress("other", "x", 1, 2, "");
+        Q_EMIT service->dependencyDownloadProgress("b", "x", 1, 3, "");
+        Q_EMIT service->dependencyDownloadProgress("b", "x", 5, 0, "");
+        Q_EMIT service->dependencyDownloadProgress("b", "x", 3, 3, "");
+        Q_EMIT service->dependecyInstalled("b", "y", {{"ok", true}});
+        QVERIFY(fake->emitSignal("dependencySetupDone", "sss", {"b", "x", "no json"}));
+        QCOMPARE(fake->waitForCall("installDependency", 2).arguments, QJsonArray({"b", "y"}));
+        Q_EMIT service->dependecyInstalled("b", "y", {{"ok", true}});
+        Q_EMIT service->dependecyInstalled("b", "y", {{"ok", true}});
+        QCOMPARE(done.size(), 2);
+        QCOMPARE(words,
+                 QStringList({"2 Fix: install components x", "1 Fixing", "2 Fixing ... 0%",
+                              "2 Downloading x: 33%", "2 Downloading x: 0%", "2 Downloading x: 100%",
+                              "2 Setup x, please waiting...", "2 Setup Failed", "2 Fix: install components y",
+                              "1 Fixing", "2 Fixing ... 0%", "2 Setup Success"}));
+    }
+
+    void progress() {
+        DependencySetupProgressEmitter emitter("b", "x");
+        QSignalSpy shown(&emitter, &DependencySetupProgressEmitter::valueChanged);
+        emitter.onStep("b", "other", 1, 2);
+        QCOMPARE(emitter.percent(), 0);
+        emitter.onStep("b", "x", 3, 4);
+        QCOMPARE(emitter.percent(), 75);
+        QCOMPARE(emitter.percentLimit(), 100);
+        QVERIFY(emitter.isCreeping());
+        QTRY_COMPARE(shown.isEmpty() ? QVariant() : shown.last().first(), QVariant(75));
+        for (int i = 0; i < 30; ++i)
+            emitter.creep();
+        QCOMPARE(emitter.percent(), 100);
+        QVERIFY(!emitter.isCreeping());
+        emitter.onStep("b", "x", 1, 3);
+        emitter.creep();
+        QCOMPARE(emitter.percent(), 34);
+        emitter.onStep("b", "x", 4, 4);
+        QCOMPARE(emitter.percent(), 100);
+        QVERIFY(!emitter.isCreeping());
+        emitter.onStep("b", "x", 1, 0);
+        QCOMPARE(emitter.percent(), 100);
+    }
+
+private:
+    TestSupport::PrivateBus bus;
+    std::unique_ptr<FakeBottleService> fake;
+};
+
+QTEST_GUILESS_MAIN(DependencyInstallQueueTest)
+#include "DependencyInstallQueueTest.moc"
