@@ -48,9 +48,11 @@ def make_bottle():
         "Runner: lumora-wine10-stable\nParameters: {}\nExternal_Programs:\n"
         f"  {UUID}:\n    id: {UUID}\n    name: Bench\n    path: {program}\nInstalled_Dependencies: []\n",
         encoding="utf-8")
+    state = (bottle / "bottle.yml").stat()
+    source = {"size": str(state.st_size), "mtime_ns": str(state.st_mtime_ns)}
     (bottle / "launch.json").write_text(json.dumps(
         {"version": 1, "path": str(bottle), "runner": "lumora-wine10-stable", "wine": str(wine), "wineserver": "",
-         "env": {}, "programs": {UUID: record}}), encoding="utf-8")
+         "env": {}, "source": source, "programs": {UUID: record}}), encoding="utf-8")
 
 
 def launch_once():

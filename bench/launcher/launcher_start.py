@@ -50,9 +50,11 @@ def make_bottle(folder, stub):
     programs = {f"{n:08}": record for n in range(100)} | {UUID: record}
     with open(os.path.join(bottle, "bottle.yml"), "w", encoding="utf-8") as file:
         file.write("Name: bench\n")
+    state = os.stat(os.path.join(bottle, "bottle.yml"))
+    source = {"size": str(state.st_size), "mtime_ns": str(state.st_mtime_ns)}
     with open(os.path.join(bottle, "launch.json"), "w", encoding="utf-8") as file:
         json.dump({"version": 1, "path": bottle, "runner": "bench", "wine": stub, "wineserver": "", "env": {},
-                   "programs": programs}, file)
+                   "source": source, "programs": programs}, file)
     return os.path.join(bottle, "logs", "app.txt")
 
 

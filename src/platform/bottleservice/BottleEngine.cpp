@@ -5,8 +5,6 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStandardPaths>
-#include <QSysInfo>
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/LaunchData.h"
@@ -128,11 +126,7 @@ Answer BottleEngine::getEmulators(const QString& bottle) const {
     const auto settings = loaded(bottle, &failure);
     if (!settings)
         return failure;
-    const QString chosen = settings->record().value("Emulator").toString();
-    return Answer::of(
-        compact(Emulators::describe(QSysInfo::currentCpuArchitecture(), chosen, [](const QString& name) {
-            return QStandardPaths::findExecutable(name);
-        })));
+    return Answer::of(compact(Emulators::describe(settings->record().value("Emulator").toString())));
 }
 
 Answer BottleEngine::checkPublicBottles(const QString& queryJson) const {

@@ -11,11 +11,13 @@
 #include "bottleservice/LifeRequests.h"
 #include "bottleservice/ProgramRequests.h"
 #include "bottleservice/ServiceLog.h"
+#include "bottleservice/SettingsRequests.h"
 #include "bottleservice/ShutdownSignals.h"
 #include "bottleservice/wire/BottlesObject.h"
 #include "bottleservice/wire/LifeMethods.h"
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
+#include "bottleservice/wire/SettingsMethods.h"
 
 namespace {
 
@@ -48,9 +50,12 @@ int main(int argc, char** argv) {
     engine.recover();
     ProgramRequests programs(&engine);
     LifeRequests life(&engine);
+    SettingsRequests settings(&engine);
+    settings.recover();
     BottlesObject bottles(&engine);
     addProgramMethods(&bottles, &programs);
     addLifeMethods(&bottles, &life);
+    addSettingsMethods(&bottles, &settings);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bottles.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {

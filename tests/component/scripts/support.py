@@ -73,7 +73,9 @@ class HomeCase(unittest.TestCase):
         os.makedirs(self.path(f"{where}/dosdevices"))
         os.symlink("../drive_c", self.path(f"{where}/dosdevices/c:"))
         os.symlink("/", self.path(f"{where}/dosdevices/z:"))
-        record = {"version": 1, "path": "", "runner": "r", "wine": self.wine, "wineserver": "", "env": {},
+        state = os.stat(self.path(f"{where}/bottle.yml"))
+        source = {"size": str(state.st_size), "mtime_ns": str(state.st_mtime_ns)}
+        record = {"version": 1, "source": source, "path": "", "runner": "r", "wine": self.wine, "wineserver": "", "env": {},
                   "programs": programs or {}} | record
         self.write(f"{where}/launch.json", json.dumps(record))
         return self.path(where)

@@ -47,8 +47,7 @@ class RealWine(HomeCase):
         where = self.bottle(wine=WINE, wineserver=shutil.which("wineserver", path="/usr/bin:/bin") or "",
                             programs={UUID: {"path": "", "name": "P"}})
         shutil.copy(os.path.join(where, "launch.json"), self.prefix)
-        shutil.copy(os.path.join(where, "bottle.yml"), self.prefix)
-        os.utime(os.path.join(self.prefix, "launch.json"))
+        shutil.copy2(os.path.join(where, "bottle.yml"), self.prefix)
         # Only the directory of all bottles may be a link.
         shutil.rmtree(os.path.dirname(where))
         os.symlink(os.path.dirname(self.prefix), os.path.dirname(where))

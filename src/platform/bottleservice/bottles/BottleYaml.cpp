@@ -27,6 +27,8 @@ const KnownKey BottleKeys[] = {
     {"Emulator", Kind::Text},
     {"Parameters", Kind::Object},
     {"DLL_Overrides", Kind::TextMap},
+    {"Font_Replacements", Kind::TextMap},
+    {"Pending_Registry", Kind::TextMap},
     {"External_Programs", Kind::Object},
     {"Installed_Dependencies", Kind::TextList},
 };
@@ -98,6 +100,7 @@ BottleYaml BottleYaml::fresh(const QString& name, const QString& runner, const Q
                                    {"mem_optimized", false},
                                    {"ntsync", false}}},
         {"DLL_Overrides", QJsonObject()},
+        {"Font_Replacements", QJsonObject()},
         {"External_Programs", QJsonObject()},
         {"Installed_Dependencies", QJsonArray()},
     };
@@ -145,12 +148,7 @@ QJsonObject BottleYaml::program(const QString& id) const {
 }
 
 void BottleYaml::setProgram(const QString& id, const QJsonObject& record) {
-    if (!valueOf("External_Programs").IsMap()) {
-        if (m_root["External_Programs"] && !m_root["External_Programs"].IsNull())
-            qWarning() << "External_Programs was no mapping and is replaced";
-        m_root["External_Programs"] = YAML::Node(YAML::NodeType::Map);
-    }
-    YAML::Node entries = m_root["External_Programs"];
+    YAML::Node entries = mapping("External_Programs");
     if (!hasProgram(id) || !valueOf("External_Programs")[utf8(id)].IsMap())
         entries[utf8(id)] = YAML::Node(YAML::NodeType::Map);
     YAML::Node entry = entries[utf8(id)];
@@ -161,6 +159,39 @@ void BottleYaml::setProgram(const QString& id, const QJsonObject& record) {
 
 bool BottleYaml::removeProgram(const QString& id) {
     return hasProgram(id) && m_root["External_Programs"].remove(utf8(id));
+}
+
+RegistryChange BottleYaml::pendingRegistry() const {
+    return RegistryChange::fromJson(YamlText::toJson(valueOf("Pending_Registry"), Kind::TextMap).toObject());
+}
+
+void BottleYaml::setPendingRegistry(const RegistryChange& change) {
+    if (!change.isEmpty())
+        set("Pending_Registry", change.toJson());
+    else if (valueOf("Pending_Registry").IsDefined())
+        m_root.remove("Pending_Registry");
+}
+
+void BottleYaml::set(const char* key, const QJsonValue& value) {
+    m_root[key] = YamlText::fromJson(value);
+}
+
+void BottleYaml::setIn(const char* map, const QString& key, const QJsonValue& value) {
+    mapping(map)[utf8(key)] = YamlText::fromJson(value);
+}
+
+void BottleYaml::removeFrom(const char* map, const QString& key) {
+    if (valueOf(map).IsMap())
+        m_root[map].remove(utf8(key));
+}
+
+YAML::Node BottleYaml::mapping(const char* key) {
+    if (!valueOf(key).IsMap()) {
+        if (m_root[key] && !m_root[key].IsNull())
+            qWarning() << key << "was no mapping and is replaced";
+        m_root[key] = YAML::Node(YAML::NodeType::Map);
+    }
+    return m_root[key];
 }
 
 // Never the non-const operator: it would add the key.

@@ -6,6 +6,8 @@
 #include <QJsonObject>
 #include <optional>
 
+#include "bottleservice/settings/RegistryChange.h"
+
 /// The content of one bottle.yml. Keys that the service does not know, and the order of all keys, survive a
 /// change; comments do not. Wrong types of hand-edited values read as the empty value of their key and stay
 /// in the file until that key is written. Movable only, since YAML nodes are shared by copies.
@@ -32,6 +34,15 @@ public:
     bool hasProgram(const QString& id) const;
     QJsonObject program(const QString& id) const;
 
+    /// A change of the registry that was begun and not yet reported done.
+    RegistryChange pendingRegistry() const;
+    void setPendingRegistry(const RegistryChange& change);
+
+    void set(const char* key, const QJsonValue& value);
+    /// An entry of a mapping such as Parameters, which is made if it is missing.
+    void setIn(const char* map, const QString& key, const QJsonValue& value);
+    void removeFrom(const char* map, const QString& key);
+
     /// Writes the given keys of a program; keys of the file that are not in the record stay.
     void setProgram(const QString& id, const QJsonObject& record);
     bool removeProgram(const QString& id);
@@ -39,6 +50,7 @@ public:
 private:
     explicit BottleYaml(const YAML::Node& root) : m_root(root) {}
     YAML::Node valueOf(const char* key) const;
+    YAML::Node mapping(const char* key);
 
     YAML::Node m_root;
 };

@@ -1,55 +1,67 @@
 #include "bottleservice/bottles/LaunchData.h"
 
-#include <QDateTime>
+#include <sys/stat.h>
+
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QRegularExpression>
 
 #include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/settings/DllOverrides.h"
+#include "bottleservice/settings/SettingRules.h"
+#include "bottleservice/wine/Emulators.h"
 
 namespace LaunchData {
 
 namespace {
 
 const char FileName[] = "/launch.json";
+constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
 
-// "name=method" joined by ";". What would break out of that form is left out.
-QString dllOverrides(const QJsonObject& overrides) {
-    static const QRegularExpression name("\\A\\*?[^;=,\\s\"]+\\z");
-    static const QRegularExpression method("\\A(n|b|n,b|b,n|)\\z");
-    QStringList parts;
-    for (auto it = overrides.begin(); it != overrides.end(); ++it) {
-        const QString value = it.value().toString();
-        if (name.match(it.key()).hasMatch() && method.match(value).hasMatch())
-            parts += it.key() + '=' + value;
-    }
-    return parts.join(';');
+void insertAll(QJsonObject* variables, std::initializer_list<std::pair<const char*, const char*>> values) {
+    for (const auto& [name, value] : values)
+        variables->insert(name, value);
 }
 
-bool isRenderer(const QString& name) {
-    return name == "gl" || name == "vulkan" || name == "gdi";
+/// Size and time of bottle.yml, so that every edit by hand is noticed, also one that brings an older file.
+QJsonObject stampOf(const QString& directory) {
+    struct stat status = {};
+    if (::stat(QFile::encodeName(directory + "/bottle.yml").constData(), &status) != 0)
+        return {};
+    const qint64 time = qint64(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
+    // As text: a JSON number would lose the last digits of the time.
+    return {{"size", QString::number(status.st_size)}, {"mtime_ns", QString::number(time)}};
 }
 
 }  // namespace
 
 QJsonObject environment(const QString& bottlePath, const QJsonObject& record) {
     QJsonObject variables{{"WINEPREFIX", bottlePath}};
-    const QString overrides = dllOverrides(record["DLL_Overrides"].toObject());
+    const QString overrides = DllOverrides::variable(record["DLL_Overrides"].toObject());
     if (!overrides.isEmpty())
         variables.insert("WINEDLLOVERRIDES", overrides);
     const QJsonObject parameters = record["Parameters"].toObject();
-    if (isRenderer(parameters["renderer"].toString()))
-        variables.insert("WINE_D3D_CONFIG", "renderer=" + parameters["renderer"].toString());
-    if (parameters["discrete_gpu"].toBool())
+    const QString renderer = parameters["renderer"].toString();
+    if (SettingRules::isRenderer(renderer))
+        variables.insert("WINE_D3D_CONFIG", "renderer=" + renderer);
+    if (parameters["discrete_gpu"].toBool()) {
         variables.insert("DRI_PRIME", "1");
+        if (QFile::exists("/proc/driver/nvidia/version"))
+            insertAll(&variables, {{"__NV_PRIME_RENDER_OFFLOAD", "1"},
+                                   {"__GLX_VENDOR_LIBRARY_NAME", "nvidia"},
+                                   {"__VK_LAYER_NV_optimus", "NVIDIA_only"}});
+    }
     if (parameters["cpu_rendering"].toBool())
-        variables.insert("LIBGL_ALWAYS_SOFTWARE", "1");
+        insertAll(&variables, {{"LIBGL_ALWAYS_SOFTWARE", "1"}, {"GALLIUM_DRIVER", "llvmpipe"}});
+    // Few heaps, given back early: costs a little speed in programs with many threads.
+    if (parameters["mem_optimized"].toBool())
+        insertAll(&variables, {{"MALLOC_ARENA_MAX", "2"}, {"MALLOC_TRIM_THRESHOLD_", "131072"}});
     if (parameters["ntsync"].toBool())
-        variables.insert("WINENTSYNC", "1");
+        insertAll(&variables, {{"WINENTSYNC", "1"}, {"PROTON_USE_NTSYNC", "1"}});
     return variables;
 }
 
-QByteArray render(const QString& bottlePath, const QJsonObject& record, const Runner& runner) {
+QJsonObject render(const QString& bottlePath, const QJsonObject& record, const Runner& runner) {
     QJsonObject programs;
     const QJsonObject entries = record["External_Programs"].toObject();
     for (auto it = entries.begin(); it != entries.end(); ++it) {
@@ -60,23 +72,28 @@ QByteArray render(const QString& bottlePath, const QJsonObject& record, const Ru
                                               {"arguments", entry["arguments"].toString()},
                                               {"envs", entry["envs"].toObject()}});
     }
-    const QJsonObject data{{"version", Version},
-                           {"path", bottlePath},
-                           {"runner", record["Runner"].toString()},
-                           {"wine", runner.wine},
-                           {"wineserver", runner.wineserver},
-                           {"env", environment(bottlePath, record)},
-                           {"programs", programs}};
-    return QJsonDocument(data).toJson(QJsonDocument::Compact);
+    return {{"version", Version},
+            {"path", bottlePath},
+            {"runner", record["Runner"].toString()},
+            {"wine", runner.wine},
+            {"wineserver", runner.wineserver},
+            {"emulator", Emulators::pathInUse(record["Emulator"].toString())},
+            {"env", environment(bottlePath, record)},
+            {"programs", programs}};
 }
 
-bool write(const QString& directory, const QByteArray& content, QString* error) {
-    return BottleStore::replaceFile(directory + FileName, content, error);
+bool write(const QString& directory, QJsonObject data, QString* error) {
+    data.insert("source", stampOf(directory));
+    return BottleStore::replaceFile(directory + FileName, QJsonDocument(data).toJson(QJsonDocument::Compact),
+                                    error);
 }
 
 bool isStale(const QString& bottlePath) {
-    const QFileInfo data(bottlePath + FileName);
-    return !data.exists() || QFileInfo(bottlePath + "/bottle.yml").lastModified() > data.lastModified();
+    QFile file(bottlePath + FileName);
+    if (QFileInfo(file.fileName()).isSymLink() || !file.open(QIODevice::ReadOnly))
+        return true;
+    const QJsonObject data = QJsonDocument::fromJson(file.read(MaximumBytes)).object();
+    return data["version"].toInt() != Version || data["source"].toObject() != stampOf(bottlePath);
 }
 
 }  // namespace LaunchData

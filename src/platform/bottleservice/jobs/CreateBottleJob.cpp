@@ -79,7 +79,7 @@ QString CreateBottleJob::complete() {
     QString error;
     if (!BottleStore::saveTo(m_workingDirectory, settings, &error))
         return error;
-    const QByteArray data = LaunchData::render(target, settings.record(), m_runner);
+    const QJsonObject data = LaunchData::render(target, settings.record(), m_runner);
     if (!LaunchData::write(m_workingDirectory, data, &error))
         return error;
     return WorkingDirectory::moveInto(m_workingDirectory, target);

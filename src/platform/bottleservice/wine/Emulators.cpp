@@ -1,5 +1,8 @@
 #include "bottleservice/wine/Emulators.h"
 
+#include <QStandardPaths>
+#include <QSysInfo>
+
 namespace Emulators {
 
 namespace {
@@ -29,6 +32,16 @@ QJsonObject describe(const QString& architecture, const QString& chosen, const F
         }
     }
     return {{"installed", installed}, {"using", installed.contains(chosen) ? chosen : first}};
+}
+
+QJsonObject describe(const QString& chosen) {
+    return describe(QSysInfo::currentCpuArchitecture(), chosen,
+                    [](const QString& name) { return QStandardPaths::findExecutable(name); });
+}
+
+QString pathInUse(const QString& chosen) {
+    const QJsonObject emulators = describe(chosen);
+    return emulators["installed"].toObject()[emulators["using"].toString()].toString();
 }
 
 }  // namespace Emulators

@@ -18,6 +18,9 @@ public:
     /// Where the command's output goes; without it the output is kept for output().
     void setOutputFile(const QString& path);
 
+    /// What the command reads; nothing without it.
+    void setInputFile(const QString& path) { m_process.setStandardInputFile(path); }
+
     void start(int timeoutMs);
 
     /// Kills the whole group; finished() follows.

@@ -14,13 +14,14 @@ UNFINISHED = (".creating-", ".deleting-")  # bottles that the service is just ma
 
 
 class Bottle:
-    """`directory` is absolute; `wine` and `wineserver` may be empty; `programs` maps an id to a record."""
+    """`directory` is absolute; `wine`, `wineserver` and `emulator` may be empty; `programs` maps an id to a record."""
 
     def __init__(self, name, directory):
         self.name = name
         self.directory = directory
         self.wine = ""
         self.wineserver = ""
+        self.emulator = ""  # runs x86 code on another processor
         self.env = {}
         self.programs = {}
         self.complaint = ""  # a sentence on a record that could not be read
@@ -59,7 +60,7 @@ def load_bottle(name, environ):
     quick = os.path.join(directory, "launch.json")
     slow = os.path.join(directory, "bottle.yml")
     record = _read_launch_record(quick)
-    if record is None or _modified(quick) < _modified(slow):
+    if record is None or record.get("source") != _stamp(slow):
         parsed = _read_yaml(slow)
         if parsed is not None:
             _fill_from_yaml(bottle, parsed, record, environ)
@@ -70,11 +71,13 @@ def load_bottle(name, environ):
     return bottle
 
 
-def _modified(path):
+def _stamp(path):
+    """What launch.json remembers of the bottle.yml that it was made from."""
     try:
-        return os.stat(path).st_mtime_ns
+        status = os.stat(path)
     except OSError:
-        return 0
+        return {}
+    return {"size": str(status.st_size), "mtime_ns": str(status.st_mtime_ns)}
 
 
 def _read(path):
@@ -109,7 +112,7 @@ def _read_yaml(path):
 
 
 def _fill(bottle, record):
-    for key in ("wine", "wineserver"):
+    for key in ("wine", "wineserver", "emulator"):
         if isinstance(record.get(key), str):
             setattr(bottle, key, record[key])
     for key in ("env", "programs"):

@@ -53,7 +53,7 @@ def _launch(request):
         if code is not None:
             return code
     start = supervise.Start(
-        [wine] + program.command,
+        ([bottle.emulator] if bottle.emulator else []) + [wine] + program.command,
         environment.wine_environment(bottle, os.environ, request.uuid, envs),
         program.folder)
     if request.report:

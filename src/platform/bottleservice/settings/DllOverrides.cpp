@@ -1,0 +1,25 @@
+#include "bottleservice/settings/DllOverrides.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+
+bool DllOverrides::isName(const QString& name) {
+    // Nothing that would break out of the variable, and no directory.
+    static const QRegularExpression pattern("\\A\\*?[^;=,\"*/\\\\:[:cntrl:]]+\\z");
+    return name.size() <= 255 && name == name.trimmed() && pattern.match(name).hasMatch();
+}
+
+bool DllOverrides::isMethod(const QString& method) {
+    static const QStringList methods = {"n", "b", "n,b", "b,n", ""};
+    return methods.contains(method);
+}
+
+QString DllOverrides::variable(const QJsonObject& overrides) {
+    QStringList parts;
+    for (auto it = overrides.begin(); it != overrides.end(); ++it) {
+        const QString method = it.value().toString();
+        if (isName(it.key()) && isMethod(method))
+            parts += it.key() + '=' + method;
+    }
+    return parts.join(';');
+}

@@ -1,0 +1,77 @@
+#include "bottleservice/settings/RegistryChange.h"
+
+#include <QTextCodec>
+
+namespace {
+
+const char Replacements[] = "HKEY_CURRENT_USER\\Software\\Wine\\Fonts\\Replacements";
+
+QString quoted(QString text) {
+    return '"' + text.replace('\\', "\\\\").replace('"', "\\\"") + '"';
+}
+
+QString entry(const char* key, const QString& name, const QString& value) {
+    return QString("[%1]\n").arg(QLatin1String(key)) + quoted(name) + '=' + value + "\n\n";
+}
+
+}  // namespace
+
+// Wine reads the first and keeps the second for programs that ask there.
+RegistryChange RegistryChange::dpi(int dpi) {
+    const QString value = QString("dword:%1").arg(dpi, 8, 16, QChar('0'));
+    RegistryChange change;
+    change.m_entries = entry("HKEY_CURRENT_USER\\Control Panel\\Desktop", "LogPixels", value) +
+                       entry("HKEY_CURRENT_CONFIG\\Software\\Fonts", "LogPixels", value);
+    return change;
+}
+
+RegistryChange RegistryChange::fontReplacement(const QString& font, const QString& replacement) {
+    RegistryChange change;
+    change.m_entries = entry(Replacements, font, quoted(replacement));
+    return change;
+}
+
+RegistryChange RegistryChange::noFontReplacement(const QString& font) {
+    RegistryChange change;
+    change.m_entries = entry(Replacements, font, "-");
+    return change;
+}
+
+RegistryChange RegistryChange::windowsVersion(const QString& code) {
+    RegistryChange change;
+    change.m_windows = code;
+    return change;
+}
+
+RegistryChange RegistryChange::windows11OverWindows10() {
+    const char key[] = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion";
+    RegistryChange change;
+    change.m_entries = entry(key, "CurrentBuild", quoted("22000")) +
+                       entry(key, "CurrentBuildNumber", quoted("22000")) +
+                       entry(key, "ProductName", quoted("Microsoft Windows 11"));
+    return change;
+}
+
+RegistryChange RegistryChange::fromJson(const QJsonObject& object) {
+    RegistryChange change;
+    change.m_entries = object["registry"].toString();
+    change.m_windows = object["windows"].toString();
+    return change;
+}
+
+QJsonObject RegistryChange::toJson() const {
+    return {{"registry", m_entries}, {"windows", m_windows}};
+}
+
+RegistryChange RegistryChange::then(const RegistryChange& other) const {
+    RegistryChange both;
+    both.m_entries = m_entries + other.m_entries;
+    both.m_windows = other.m_windows.isEmpty() ? m_windows : other.m_windows;
+    return both;
+}
+
+QByteArray RegistryChange::file() const {
+    const QString text = "Windows Registry Editor Version 5.00\n\n" + m_entries;
+    QTextEncoder encoder(QTextCodec::codecForName("UTF-16LE"), QTextCodec::IgnoreHeader);
+    return QByteArray("\xff\xfe", 2) + encoder.fromUnicode(QString(text).replace('\n', "\r\n"));
+}
