@@ -12,6 +12,7 @@
 #include "bottleservice/bottles/PublicBottles.h"
 #include "bottleservice/jobs/CreateBottleJob.h"
 #include "bottleservice/jobs/DeleteBottleJob.h"
+#include "bottleservice/jobs/RenewBottleJob.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/Emulators.h"
@@ -35,19 +36,23 @@ QString compact(const QJsonArray& array) {
 }  // namespace
 
 BottleEngine::BottleEngine(const QString& dataDir, QObject* parent)
-    : QObject(parent), m_dataDir(dataDir), m_store(dataDir), m_runners(dataDir) {
+    : QObject(parent),
+      m_dataDir(dataDir),
+      m_store(dataDir),
+      m_runners(dataDir),
+      m_templates(dataDir, &m_reclaimer) {
     if (!QDir().mkpath(m_store.root()))
         qWarning() << "cannot make" << m_store.root();
-    connect(&m_queue, &JobQueue::idle, this, [this] {
-        if (m_closing)
-            Q_EMIT closed();
-    });
+    connect(&m_queue, &JobQueue::idle, this, &BottleEngine::tellClosed);
+    connect(&m_templates, &Templates::idle, this, &BottleEngine::tellClosed);
 }
 
 BottleEngine::~BottleEngine() = default;
 
 void BottleEngine::recover() {
-    for (const QString& path : WorkingDirectory::leftovers(m_store.root())) {
+    const QStringList leftovers =
+        WorkingDirectory::leftovers(m_store.root()) + WorkingDirectory::leftovers(m_dataDir + "/templates");
+    for (const QString& path : leftovers) {
         qWarning() << "an earlier run of the service was interrupted; removing what it left:" << path;
         auto* stopper = new BottleStopper(path, m_runners.wineserverFor({}), this);
         connect(stopper, &BottleStopper::finished, this, [this, stopper, path] {
@@ -56,6 +61,23 @@ void BottleEngine::recover() {
         });
         stopper->start();
     }
+    QStringList keys;
+    for (const QString& name : m_runners.names())
+        keys += Templates::keyOf(*m_runners.find(name));
+    for (const QString& bottle : m_store.names()) {
+        QString error;
+        const auto settings = m_store.load(bottle, &error);
+        if (!settings || settings->templateKey().isEmpty())
+            continue;
+        if (!keys.contains(settings->templateKey()))
+            renew(bottle);
+        keys += settings->templateKey();
+    }
+    m_templates.removeAllBut(keys);
+}
+
+void BottleEngine::renew(const QString& bottle) {
+    enqueue(bottle, std::make_unique<RenewBottleJob>(this, bottle));
 }
 
 std::optional<BottleYaml> BottleEngine::loaded(const QString& bottle, Answer* failure) const {
@@ -170,8 +192,8 @@ void BottleEngine::createBottles(const QString& bottle, const QString& runner, c
         reply(Answer::failure(Fault::InvalidArgs, invalid));
         return;
     }
-    enqueue(bottle,
-            std::make_unique<CreateBottleJob>(m_store, bottle, runner, m_runners, &m_reclaimer, reply));
+    enqueue(bottle, std::make_unique<CreateBottleJob>(m_store, bottle, runner, m_runners, &m_templates,
+                                                      &m_reclaimer, reply));
 }
 
 void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
@@ -187,8 +209,13 @@ void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
 
 void BottleEngine::close() {
     m_closing = true;
+    m_templates.cancel();
     m_queue.close();
-    if (m_queue.isIdle())
+    tellClosed();
+}
+
+void BottleEngine::tellClosed() {
+    if (m_closing && m_queue.isIdle() && m_templates.isIdle())
         Q_EMIT closed();
 }
 

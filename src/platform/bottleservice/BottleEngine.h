@@ -8,6 +8,7 @@
 #include "bottleservice/jobs/JobQueue.h"
 #include "bottleservice/jobs/Reclaimer.h"
 #include "bottleservice/wine/Runners.h"
+#include "bottleservice/wine/Templates.h"
 
 class BottleStopper;
 
@@ -45,6 +46,7 @@ public:
     const Runners& runners() const { return m_runners; }
     QString dataDir() const { return m_dataDir; }
     Reclaimer* reclaimer() { return &m_reclaimer; }
+    Templates* templates() { return &m_templates; }
     /// Answers a request whose bottle has an impossible name; then true.
     bool refuse(const QString& bottle, const Reply& reply) const;
     /// Good if the bottle may be used.
@@ -55,6 +57,8 @@ public:
     void enqueue(const QString& bottle, std::unique_ptr<Job> job);
     /// Writes bottle.yml and launch.json. Only from a job of that bottle.
     bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
+    /// Lets a bottle follow an update of its Wine before the jobs that are added after this.
+    void renew(const QString& bottle);
     /// Without a Wine when the runner is not installed.
     Runner runnerOf(const BottleYaml& settings) const;
 
@@ -63,12 +67,14 @@ Q_SIGNALS:
     void closed();
 
 private:
+    void tellClosed();
     void writeLaunchData(const QString& bottle, const BottleYaml& settings) const;
 
     QString m_dataDir;
     BottleStore m_store;
     Runners m_runners;
     Reclaimer m_reclaimer;
+    Templates m_templates;
     JobQueue m_queue;
     bool m_closing = false;
     QHash<QString, QString> m_versions;  ///< by path, time and size of the Wine

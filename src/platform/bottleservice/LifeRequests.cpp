@@ -46,6 +46,7 @@ void LifeRequests::runCommand(const QString& bottle, const QString& commandLine,
             Answer::failure(Fault::InvalidArgs, "The command line is empty, too long or names no program."));
         return;
     }
+    m_engine->renew(bottle);
     m_engine->enqueue(bottle, reply, [this, bottle, arguments] { return startCommand(bottle, arguments); });
 }
 

@@ -44,7 +44,7 @@ private Q_SLOTS:
     void quitWhileCreating();
 
 private:
-    void waitForCreation();
+    QString waitForCreation();
     void startProgram(QProcess& process, const QString& id);
 
     std::unique_ptr<ServiceFixture> m_service;
@@ -162,22 +162,26 @@ void tst_ServiceBottle::deleteTouchesNothingOutside() {
     QVERIFY(document.exists());
 }
 
-void tst_ServiceBottle::waitForCreation() {
-    const QString root = m_service->bottlePath(".");
-    QTRY_COMPARE_WITH_TIMEOUT(workingDirectories(root).size(), 1, 30000);
-    const QString directory = root + '/' + workingDirectories(root).first();
-    QTRY_VERIFY_WITH_TIMEOUT(!Processes().ofBottle(directory).empty(), 30000);
+/// Until Wine works on the template, which there must not be yet.
+QString tst_ServiceBottle::waitForCreation() {
+    const QString root = m_service->dataDir() + "/templates";
+    const auto directory = [&root] { return root + '/' + workingDirectories(root).value(0); };
+    [&] {
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !workingDirectories(root).isEmpty() && !Processes().ofBottle(directory()).empty(), 30000);
+    }();
+    return directory();
 }
 
 void tst_ServiceBottle::killedWhileCreating() {
+    QVERIFY(QDir(m_service->dataDir() + "/templates").removeRecursively());
     QDBusPendingCallWatcher creation(m_service->callLater("createBottles", {"killed", ""}));
-    waitForCreation();
+    const QString directory = waitForCreation();
     const QString root = m_service->bottlePath(".");
-    const QString directory = QDir::cleanPath(root + '/' + workingDirectories(root).first());
     m_service->kill();
     QTRY_VERIFY(creation.isFinished());
     QVERIFY(m_service->start());
-    QTRY_VERIFY_WITH_TIMEOUT(workingDirectories(root).isEmpty(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(workingDirectories(root).isEmpty() && !QFileInfo::exists(directory), 30000);
     QVERIFY(Processes().ofBottle(directory).empty());
     QCOMPARE(m_service->call("list").arguments()[0].toString(), QString("[]"));
 }
@@ -193,6 +197,7 @@ void tst_ServiceBottle::quitWhileCreating() {
     QTRY_COMPARE_WITH_TIMEOUT(m_service->process().state(), QProcess::NotRunning, 15000);
     QCOMPARE(m_service->process().exitCode(), 0);
     QVERIFY(workingDirectories(m_service->bottlePath(".")).isEmpty());
+    QVERIFY(workingDirectories(m_service->dataDir() + "/templates").isEmpty());
     m_service.reset();
 }
 

@@ -22,6 +22,7 @@ const KnownKey BottleKeys[] = {
     {"Path", Kind::Text},
     {"Runner", Kind::Text},
     {"Windows", Kind::Text},
+    {"Template", Kind::Text},
     {"DXVK", Kind::Text},
     {"VKD3D", Kind::Text},
     {"Emulator", Kind::Text},
@@ -136,6 +137,10 @@ QJsonObject BottleYaml::record() const {
 
 QString BottleYaml::runner() const {
     return YamlText::scalarText(valueOf("Runner"));
+}
+
+QString BottleYaml::templateKey() const {
+    return YamlText::scalarText(valueOf("Template"));
 }
 
 bool BottleYaml::hasProgram(const QString& id) const {

@@ -31,6 +31,8 @@ public:
     QJsonObject record() const;
 
     QString runner() const;
+    /// The template that the bottle is a copy of; empty for one that was made in another way.
+    QString templateKey() const;
     bool hasProgram(const QString& id) const;
     QJsonObject program(const QString& id) const;
 

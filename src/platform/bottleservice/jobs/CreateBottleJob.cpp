@@ -10,15 +10,18 @@
 #include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/jobs/Reclaimer.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
-#include "bottleservice/wine/PrefixBuilder.h"
+#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/wine/Templates.h"
 
 CreateBottleJob::CreateBottleJob(const BottleStore& store, const QString& name, const QString& runner,
-                                 const Runners& runners, Reclaimer* reclaimer, Reply reply)
+                                 const Runners& runners, Templates* templates, Reclaimer* reclaimer,
+                                 Reply reply)
     : Job(std::move(reply)),
       m_store(store),
       m_name(name),
       m_runnerName(runner.isEmpty() ? QString(Runners::DefaultName) : runner),
       m_runners(runners),
+      m_templates(templates),
       m_reclaimer(reclaimer) {}
 
 Answer CreateBottleJob::refusal(const QString& sentence) {
@@ -55,17 +58,29 @@ void CreateBottleJob::start() {
     }
     qInfo() << "making bottle" << BottleName::shown(m_name) << "on" << m_runner.name << "in"
             << m_workingDirectory;
-    m_builder = new PrefixBuilder(m_runner, m_workingDirectory, this);
-    connect(m_builder, &PrefixBuilder::finished, this, &CreateBottleJob::onBuilt);
-    m_builder->start();
+    m_templateKey = Templates::keyOf(m_runner);
+    m_templates->obtain(m_runner, this,
+                        [this](const QString& path, const QString& sentence) { onTemplate(path, sentence); });
 }
 
 void CreateBottleJob::cancel() {
-    if (m_builder)
-        m_builder->cancel();
+    *m_cancelled = true;
 }
 
-void CreateBottleJob::onBuilt(const QString& sentence) {
+void CreateBottleJob::onTemplate(const QString& path, const QString& sentence) {
+    if (path.isEmpty() || *m_cancelled) {
+        fail(path.isEmpty() ? sentence : QString("The creation was cancelled."));
+        return;
+    }
+    m_templates->run(
+        this,
+        [path, target = m_workingDirectory, cancelled = m_cancelled](const std::atomic_bool&) {
+            return FileTree::copy(path, target, *cancelled);
+        },
+        [this](const QString& fault) { onCopied(fault); });
+}
+
+void CreateBottleJob::onCopied(const QString& sentence) {
     const QString fault = sentence.isEmpty() ? complete() : sentence;
     if (fault.isEmpty())
         succeed(true, m_runner.name);
@@ -75,7 +90,8 @@ void CreateBottleJob::onBuilt(const QString& sentence) {
 
 QString CreateBottleJob::complete() {
     const QString target = m_store.pathOf(m_name);
-    const BottleYaml settings = BottleYaml::fresh(m_name, m_runner.name, QDateTime::currentDateTime());
+    BottleYaml settings = BottleYaml::fresh(m_name, m_runner.name, QDateTime::currentDateTime());
+    settings.set("Template", m_templateKey);
     QString error;
     if (!BottleStore::saveTo(m_workingDirectory, settings, &error))
         return error;

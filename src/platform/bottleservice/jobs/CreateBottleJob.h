@@ -1,21 +1,25 @@
 #pragma once
 
+#include <atomic>
+#include <memory>
+
 #include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/jobs/Job.h"
 #include "bottleservice/wine/Runners.h"
 
-class PrefixBuilder;
 class Reclaimer;
+class Templates;
 
-/// Makes a bottle in a hidden directory and moves it into place when it is whole. Answers with JSON: {"ok",
-/// "created", "path", "runner"} or {"ok": false, "error"}. A bottle that exists already is left as it is and
-/// answered with "ok" true and "created" false: the caller has what it asked for.
+/// Makes a bottle in a hidden directory as a copy of its Wine's template and moves it into place when it is
+/// whole. Answers with JSON: {"ok", "created", "path", "runner"} or {"ok": false, "error"}. A bottle that
+/// exists already is left as it is and answered with "ok" true and "created" false: the caller has what it
+/// asked for.
 class CreateBottleJob : public Job {
     Q_OBJECT
 
 public:
     CreateBottleJob(const BottleStore& store, const QString& name, const QString& runner,
-                    const Runners& runners, Reclaimer* reclaimer, Reply reply);
+                    const Runners& runners, Templates* templates, Reclaimer* reclaimer, Reply reply);
 
     void start() override;
     void cancel() override;
@@ -24,7 +28,8 @@ public:
     static Answer refusal(const QString& sentence);
 
 private:
-    void onBuilt(const QString& sentence);
+    void onTemplate(const QString& path, const QString& sentence);
+    void onCopied(const QString& sentence);
     QString complete();
     void succeed(bool created, const QString& runner);
     void fail(const QString& sentence);
@@ -34,7 +39,9 @@ private:
     QString m_runnerName;
     Runners m_runners;
     Runner m_runner;
+    Templates* m_templates;
     Reclaimer* m_reclaimer;
     QString m_workingDirectory;
-    PrefixBuilder* m_builder = nullptr;
+    QString m_templateKey;
+    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
 };

@@ -5,6 +5,7 @@
 #include <QtConcurrent/QtConcurrent>
 
 #include "bottleservice/bottles/TreeRemover.h"
+#include "bottleservice/jobs/WorkingDirectory.h"
 
 Reclaimer::Reclaimer(QObject* parent) : QObject(parent) {
     m_worker.setMaxThreadCount(1);
@@ -12,6 +13,15 @@ Reclaimer::Reclaimer(QObject* parent) : QObject(parent) {
 
 Reclaimer::~Reclaimer() {
     m_worker.waitForDone();
+}
+
+void Reclaimer::remove(const QString& path, const char* prefix) {
+    const QString hidden = WorkingDirectory::pathBeside(path, prefix);
+    const QString fault = WorkingDirectory::moveInto(path, hidden);
+    if (fault.isEmpty())
+        remove(hidden);
+    else
+        qWarning() << fault;
 }
 
 void Reclaimer::remove(const QString& path) {

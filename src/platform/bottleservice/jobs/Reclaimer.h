@@ -15,6 +15,8 @@ public:
     ~Reclaimer() override;
 
     void remove(const QString& path);
+    /// The same for a directory that must lose its name at once: it is renamed with the prefix first.
+    void remove(const QString& path, const char* prefix);
 
 private:
     QThreadPool m_worker;

@@ -1,0 +1,109 @@
+#include "bottleservice/wine/FileTree.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <cerrno>
+#include <cstring>
+
+namespace {
+
+constexpr int BlockBytes = 256 * 1024;
+
+class Descriptor {
+public:
+    explicit Descriptor(int fd) : m_fd(fd) {}
+    ~Descriptor() {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    operator int() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+QString fault(const QString& path) {
+    return QString("Cannot copy %1: %2.").arg(path, QString::fromLocal8Bit(strerror(errno)));
+}
+
+bool copyBytes(int from, int to) {
+    if (::ioctl(to, FICLONE, from) == 0)
+        return true;
+    for (;;) {
+        const ssize_t count = ::sendfile(to, from, nullptr, 1 << 30);
+        if (count <= 0)
+            return count == 0;
+    }
+}
+
+QByteArray linkTarget(const QByteArray& path) {
+    QByteArray target(4096, 0);
+    const ssize_t length = ::readlink(path.constData(), target.data(), size_t(target.size()));
+    return length > 0 && length < target.size() ? target.left(int(length)) : QByteArray();
+}
+
+}  // namespace
+
+bool FileTree::copyFile(const QString& from, const QString& to) {
+    const Descriptor source(::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status = {};
+    if (source < 0 || ::fstat(source, &status) != 0 || !S_ISREG(status.st_mode))
+        return false;
+    const Descriptor target(::open(QFile::encodeName(to).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                                   (status.st_mode & 0777) | S_IWUSR));
+    if (target < 0 || !copyBytes(source, target))
+        return false;
+    const struct timespec times[] = {status.st_atim, status.st_mtim};
+    ::futimens(target, times);
+    return true;
+}
+
+QString FileTree::copy(const QString& from, const QString& to, const std::atomic_bool& cancelled) {
+    QDirIterator walk(from, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        if (cancelled)
+            return "The work was cancelled.";
+        const QString path = walk.next();
+        const QString target = to + path.mid(from.size());
+        const QByteArray encoded = QFile::encodeName(target);
+        struct stat status = {};
+        if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+            return fault(path);
+        bool done = true;
+        if (S_ISLNK(status.st_mode))
+            done = ::symlink(linkTarget(QFile::encodeName(path)).constData(), encoded.constData()) == 0;
+        else if (S_ISDIR(status.st_mode))
+            done = ::mkdir(encoded.constData(), (status.st_mode & 0777) | S_IRWXU) == 0 || errno == EEXIST;
+        else if (S_ISREG(status.st_mode))
+            done = copyFile(path, target);
+        if (!done)
+            return fault(path);
+    }
+    return {};
+}
+
+bool FileTree::sameContent(const QString& one, const QString& other) {
+    QFile first(one);
+    QFile second(other);
+    if (!QFileInfo(one).isFile() || !QFileInfo(other).isFile() || first.size() != second.size() ||
+        !first.open(QIODevice::ReadOnly) || !second.open(QIODevice::ReadOnly))
+        return false;
+    for (;;) {
+        const QByteArray block = first.read(BlockBytes);
+        if (block != second.read(BlockBytes))
+            return false;
+        if (block.isEmpty())
+            return first.atEnd() && second.atEnd();
+    }
+}

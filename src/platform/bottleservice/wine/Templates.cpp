@@ -1,0 +1,165 @@
+#include "bottleservice/wine/Templates.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QFutureWatcher>
+#include <QtConcurrent/QtConcurrent>
+
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/wine/PrefixBuilder.h"
+#include "bottleservice/wine/SlimPrefix.h"
+
+namespace {
+
+// Changes when what a template holds changes with this program.
+constexpr int Generation = 1;
+constexpr int Threads = 2;
+
+void addFile(QCryptographicHash* hash, const QString& path) {
+    const QFileInfo info(path);
+    hash->addData(QString("%1 %2 %3\n")
+                      .arg(info.canonicalFilePath())
+                      .arg(info.size())
+                      .arg(info.lastModified().toMSecsSinceEpoch())
+                      .toUtf8());
+}
+
+}  // namespace
+
+Templates::Templates(const QString& dataDir, Reclaimer* reclaimer, QObject* parent)
+    : QObject(parent), m_directory(dataDir + "/templates"), m_reclaimer(reclaimer) {
+    m_worker.setMaxThreadCount(Threads);
+}
+
+Templates::~Templates() {
+    *m_cancelled = true;
+    m_worker.waitForDone();
+}
+
+QString Templates::keyOf(const Runner& runner) {
+    if (runner.wine.isEmpty())
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    hash.addData(QByteArray::number(Generation));
+    addFile(&hash, runner.wine);
+    // Packages for 32 and 64 bits come and go one by one.
+    for (const QString& directory : SlimPrefix::peDirectories(runner.wine)) {
+        for (const char* name : {"/ntdll.dll", "/kernel32.dll", "/wineboot.exe"})
+            addFile(&hash, directory + name);
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+void Templates::obtain(const Runner& runner, QObject* context, Ready ready) {
+    const QString key = keyOf(runner);
+    const bool isReady = !m_builds.contains(key) && PrefixBuilder::check(pathOf(key)).isEmpty();
+    if (isReady) {
+        const QString path = pathOf(key);
+        QMetaObject::invokeMethod(
+            context, [ready = std::move(ready), path] { ready(path, {}); }, Qt::QueuedConnection);
+        return;
+    }
+    const bool isBuilding = m_builds.contains(key);
+    m_builds[key].waiters.append({context, std::move(ready)});
+    if (!isBuilding)
+        build(key, runner);
+}
+
+void Templates::build(const QString& key, const Runner& runner) {
+    Build& entry = m_builds[key];
+    entry.directory = WorkingDirectory::pathBeside(pathOf(key), BottleName::CreatingPrefix);
+    if (QFileInfo::exists(pathOf(key))) {
+        qWarning() << "the template" << pathOf(key) << "is damaged and is made again";
+        m_reclaimer->remove(pathOf(key), BottleName::DeletingPrefix);
+    }
+    qInfo() << "making the template of" << runner.name << "in" << entry.directory;
+    if (!QDir().mkpath(entry.directory)) {
+        QMetaObject::invokeMethod(
+            this, [this, key] { conclude(key, QString("Cannot make a directory in %1.").arg(m_directory)); },
+            Qt::QueuedConnection);
+        return;
+    }
+    entry.builder = new PrefixBuilder(runner, entry.directory, this);
+    connect(entry.builder, &PrefixBuilder::finished, this,
+            [this, key, runner](const QString& sentence) { onBuilt(key, sentence, runner); });
+    entry.builder->start();
+}
+
+void Templates::onBuilt(const QString& key, const QString& sentence, const Runner& runner) {
+    Build& entry = m_builds[key];
+    entry.builder->deleteLater();
+    entry.builder = nullptr;
+    if (!sentence.isEmpty()) {
+        conclude(key, sentence);
+        return;
+    }
+    const QString directory = entry.directory;
+    run(
+        this,
+        [directory, wine = runner.wine](const std::atomic_bool& cancelled) {
+            return SlimPrefix::slim(directory, wine, cancelled);
+        },
+        [this, key, directory](const QString& fault) {
+            conclude(key, fault.isEmpty() ? WorkingDirectory::moveInto(directory, pathOf(key)) : fault);
+        });
+}
+
+void Templates::conclude(const QString& key, const QString& sentence) {
+    const Build entry = m_builds.take(key);
+    if (sentence.isEmpty()) {
+        qInfo() << "made the template" << pathOf(key);
+    } else {
+        qWarning() << "the template was not made:" << sentence;
+        if (QFileInfo::exists(entry.directory))
+            m_reclaimer->remove(entry.directory);
+    }
+    for (const Waiter& waiter : entry.waiters) {
+        if (waiter.context)
+            waiter.ready(sentence.isEmpty() ? pathOf(key) : QString(), sentence);
+    }
+    checkIdle();
+}
+
+void Templates::run(QObject* context, Work work, std::function<void(const QString&)> done) {
+    ++m_running;
+    auto* watcher = new QFutureWatcher<QString>(this);
+    const QPointer<QObject> receiver(context);
+    connect(watcher, &QFutureWatcher<QString>::finished, this,
+            [this, watcher, receiver, done = std::move(done)] {
+                watcher->deleteLater();
+                --m_running;
+                if (receiver)
+                    done(watcher->result());
+                checkIdle();
+            });
+    watcher->setFuture(QtConcurrent::run(
+        &m_worker, [work = std::move(work), cancelled = m_cancelled] { return work(*cancelled); }));
+}
+
+void Templates::removeAllBut(const QStringList& keys) {
+    for (const QString& entry :
+         QDir(m_directory).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
+        if (keys.contains(entry))
+            continue;
+        qInfo() << "no bottle and no Wine needs the template" << pathOf(entry);
+        m_reclaimer->remove(pathOf(entry), BottleName::DeletingPrefix);
+    }
+}
+
+void Templates::cancel() {
+    *m_cancelled = true;
+    for (const Build& entry : qAsConst(m_builds)) {
+        if (entry.builder)
+            entry.builder->cancel();
+    }
+}
+
+void Templates::checkIdle() {
+    if (isIdle())
+        Q_EMIT idle();
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QThreadPool>
+#include <QVector>
+#include <atomic>
+#include <functional>
+#include <memory>
+
+#include "bottleservice/wine/Runners.h"
+
+class PrefixBuilder;
+class Reclaimer;
+
+/// The pristine prefixes that bottles are copies of, one for each Wine and build of it, below "templates" of
+/// the data directory. The first bottle on a Wine makes its template with one wineboot; a new build of the
+/// Wine gets a new one. A template bears its name only when it is whole. Lives in the main thread; copying
+/// and comparing go on in a worker.
+class Templates : public QObject {
+    Q_OBJECT
+
+public:
+    /// path is the template; empty with a sentence when there is none.
+    using Ready = std::function<void(const QString& path, const QString& sentence)>;
+    /// Work for the worker: empty, or a sentence.
+    using Work = std::function<QString(const std::atomic_bool& cancelled)>;
+
+    Templates(const QString& dataDir, Reclaimer* reclaimer, QObject* parent = nullptr);
+    ~Templates() override;
+
+    /// Name of the template of this Wine as it is installed now; empty without a Wine.
+    static QString keyOf(const Runner& runner);
+    QString pathOf(const QString& key) const { return m_directory + '/' + key; }
+
+    /// Makes the template if it is missing. Those who ask meanwhile wait for the same one. ready is called
+    /// later, unless context is gone by then.
+    void obtain(const Runner& runner, QObject* context, Ready ready);
+
+    /// Runs work in the worker; done is called in the main thread with its sentence, unless context is gone.
+    void run(QObject* context, Work work, std::function<void(const QString&)> done);
+
+    /// Removes templates that are not among the names to keep.
+    void removeAllBut(const QStringList& keys);
+
+    /// Ends what is being made; those who wait get a sentence.
+    void cancel();
+    bool isIdle() const { return m_builds.isEmpty() && m_running == 0; }
+
+Q_SIGNALS:
+    void idle();
+
+private:
+    struct Waiter {
+        QPointer<QObject> context;
+        Ready ready;
+    };
+    struct Build {
+        QString directory;
+        PrefixBuilder* builder = nullptr;
+        QVector<Waiter> waiters;
+    };
+
+    void build(const QString& key, const Runner& runner);
+    void onBuilt(const QString& key, const QString& sentence, const Runner& runner);
+    void conclude(const QString& key, const QString& sentence);
+    void checkIdle();
+
+    QString m_directory;
+    Reclaimer* m_reclaimer;
+    QHash<QString, Build> m_builds;
+    QThreadPool m_worker;
+    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
+    int m_running = 0;
+};

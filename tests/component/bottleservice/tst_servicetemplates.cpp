@@ -1,0 +1,146 @@
+#include <QCryptographicHash>
+#include <QDirIterator>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+#include <QtTest>
+
+#include "ServiceFixture.h"
+#include "bottleservice/wine/SlimPrefix.h"
+
+namespace {
+
+const QString System = "/drive_c/windows/system32/";
+const QStringList Overwritten = {"msvcp140.dll", "vcruntime140.dll", "comctl32.dll", "riched20.dll"};
+
+QByteArray read(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Names, link targets and contents of a tree.
+QByteArray digest(const QString& root) {
+    QMap<QString, QByteArray> entries;
+    QDirIterator walk(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        const QFileInfo info(walk.next());
+        entries[info.filePath()] = info.isSymLink() ? info.symLinkTarget().toUtf8()
+                                   : info.isFile()  ? read(info.filePath())
+                                                    : "d";
+    }
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    for (auto it = entries.begin(); it != entries.end(); ++it)
+        hash.addData(it.key().toUtf8() + '\n' + it.value() + '\n');
+    return hash.result();
+}
+
+}  // namespace
+
+/// Bottles as copies of a template that real Wine made.
+class tst_ServiceTemplates : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (QStandardPaths::findExecutable("wine").isEmpty())
+            QSKIP("wine-is-not-installed");
+        m_service = std::make_unique<ServiceFixture>();
+        QVERIFY(m_service->start());
+        const QDBusPendingCall first = m_service->callLater("createBottles", {"first", ""});
+        const QDBusPendingCall second = m_service->callLater("createBottles", {"second", ""});
+        for (QDBusPendingCall call : {first, second}) {
+            call.waitForFinished();
+            QVERIFY2(call.reply().arguments().value(0).toString().contains("\"created\":true"),
+                     qPrintable(call.reply().arguments().value(0).toString()));
+        }
+        const QStringList made = QDir(m_service->dataDir() + "/templates")
+                                     .entryList(QDir::AllDirs | QDir::Hidden | QDir::NoDotAndDotDot);
+        QCOMPARE(made.size(), 1);
+        m_template = m_service->dataDir() + "/templates/" + made[0];
+    }
+
+    void bottlesAreSlim() {
+        const QString path = m_service->bottlePath("second");
+        QVERIFY(QFileInfo(path + System + "kernel32.dll").isSymLink());
+        for (const QString& name : Overwritten)
+            QVERIFY2(!QFileInfo(path + System + name).isSymLink(), qPrintable(name));
+        QVERIFY(digest(m_template + "/drive_c/windows") != digest(m_template + "/drive_c/users"));
+    }
+
+    void installerOverwritesItsOwnFiles_data() {
+        QTest::addColumn<QString>("target");
+        QTest::newRow("64 bit") << "Target amd64-unicode\n";
+        QTest::newRow("32 bit") << "";
+    }
+    void installerOverwritesItsOwnFiles() {
+        QFETCH(QString, target);
+        if (QStandardPaths::findExecutable("makensis").isEmpty())
+            QSKIP("makensis-is-not-installed");
+        const QString bottle = m_service->bottlePath("second");
+        const QString system = target.isEmpty() ? QString("/drive_c/windows/syswow64/") : System;
+        if (target.isEmpty() && !QFileInfo::exists("/usr/lib/i386-linux-gnu/wine/i386-windows/kernel32.dll"))
+            QSKIP("wine32-is-not-installed");
+        QTemporaryDir work;
+        QVERIFY(QDir(work.path()).mkdir("run"));  // or the installer would load the files beside it
+        QByteArray script =
+            target.toUtf8() +
+            "Name x\nOutFile run/setup.exe\nSilentInstall silent\nRequestExecutionLevel user\n"
+            "Section\nSetOverwrite on\nSetOutPath $SYSDIR\n";
+        for (const QString& name : Overwritten) {
+            QFile file(work.path() + '/' + name);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("installed " + name.toUtf8());
+            script += "File " + name.toUtf8() + '\n';
+        }
+        QFile file(work.path() + "/setup.nsi");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(script + "FileOpen $0 $SYSDIR\\done.txt w\nFileClose $0\nSectionEnd\n");
+        file.close();
+        QProcess makensis;
+        makensis.setWorkingDirectory(work.path());
+        makensis.start("makensis", {"-V1", "setup.nsi"});
+        QVERIFY(makensis.waitForFinished(60000));
+        QCOMPARE(makensis.exitCode(), 0);
+
+        const QByteArray before = digest(m_template);
+        QMap<QString, QByteArray> machine;
+        for (const QString& directory : SlimPrefix::peDirectories(QStandardPaths::findExecutable("wine")))
+            machine[directory] = digest(directory);
+        QCOMPARE(m_service->call("run_command", {"second", '"' + work.path() + "/run/setup.exe\" /S"})
+                     .errorMessage(),
+                 QString());
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(bottle + system + "done.txt"), 60000);
+        m_service->call("killWineServer", {"second"});
+        for (const QString& name : Overwritten)
+            QCOMPARE(read(bottle + system + name), "installed " + name.toUtf8());
+        QCOMPARE(digest(m_template), before);
+        for (auto it = machine.begin(); it != machine.end(); ++it)
+            QCOMPARE(digest(it.key()), it.value());
+    }
+
+    void followsItsWine() {
+        m_service->kill();
+        const QString path = m_service->bottlePath("first");
+        const QString key = QFileInfo(m_template).fileName();
+        QByteArray settings = read(path + "/bottle.yml");
+        QVERIFY(settings.contains(key.toUtf8()));
+        QFile file(path + "/bottle.yml");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(settings.replace(key.toUtf8(), "0123"));
+        file.close();
+        QVERIFY(QFile::remove(path + System + "kernel32.dll"));
+        QVERIFY(QDir(m_service->dataDir()).mkdir("templates/stale"));
+        QVERIFY(m_service->start());
+        QTRY_VERIFY_WITH_TIMEOUT(read(path + "/bottle.yml").contains(key.toUtf8()), 60000);
+        QVERIFY(QFileInfo(path + System + "kernel32.dll").exists());
+        QTRY_VERIFY(!QFileInfo::exists(m_service->dataDir() + "/templates/stale"));
+    }
+
+private:
+    std::unique_ptr<ServiceFixture> m_service;
+    QString m_template;
+};
+
+QTEST_GUILESS_MAIN(tst_ServiceTemplates)
+#include "tst_servicetemplates.moc"
