@@ -8,7 +8,6 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/LaunchData.h"
-#include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/PublicBottles.h"
 #include "bottleservice/jobs/CreateBottleJob.h"
 #include "bottleservice/jobs/DeleteBottleJob.h"
@@ -114,33 +113,6 @@ Answer BottleEngine::get(const QString& bottle) const {
     QJsonObject record = settings->record();
     record.insert("Path", path);
     return Answer::of(compact(record));
-}
-
-Answer BottleEngine::listAllPrograms() const {
-    QJsonArray summaries;
-    for (const QString& bottle : m_store.names()) {
-        QString error;
-        const auto settings = m_store.load(bottle, &error);
-        if (!settings) {
-            qWarning() << error;
-            continue;
-        }
-        const QJsonObject programs = settings->record().value("External_Programs").toObject();
-        for (const QJsonValue& program : programs)
-            summaries.append(Programs::summary(bottle, m_store.pathOf(bottle), program.toObject()));
-    }
-    return Answer::of(compact(summaries));
-}
-
-Answer BottleEngine::listBottlesAllPrograms(const QString& bottle) const {
-    Answer failure;
-    const auto settings = loaded(bottle, &failure);
-    if (!settings)
-        return failure;
-    QJsonArray programs;
-    for (const QJsonValue& program : settings->record().value("External_Programs").toObject())
-        programs.append(program);
-    return Answer::of(compact(programs));
 }
 
 Answer BottleEngine::getEmulators(const QString& bottle) const {

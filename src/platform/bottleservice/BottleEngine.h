@@ -29,8 +29,6 @@ public:
 
     Answer list() const;
     Answer get(const QString& bottle) const;
-    Answer listAllPrograms() const;
-    Answer listBottlesAllPrograms(const QString& bottle) const;
     Answer getEmulators(const QString& bottle) const;
     Answer checkPublicBottles(const QString& queryJson) const;
     void getRunnerVersion(const QString& runner, const Reply& reply);

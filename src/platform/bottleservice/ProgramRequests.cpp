@@ -2,16 +2,27 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QFutureWatcher>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QUuid>
+#include <QtConcurrent/QtConcurrent>
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/Programs.h"
+#include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/jobs/WorkerJob.h"
 
 using Fault = Answer::Fault;
 
 namespace {
+
+template <class Json>
+QString compact(const Json& json) {
+    return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
+}
 
 Answer noProgram(const QString& bottle, const QString& id) {
     return Answer::failure(Fault::NoSuchProgram, QString("The bottle \"%1\" has no program \"%2\".")
@@ -20,7 +31,12 @@ Answer noProgram(const QString& bottle, const QString& id) {
 
 }  // namespace
 
-ProgramRequests::ProgramRequests(BottleEngine* engine, QObject* parent) : QObject(parent), m_engine(engine) {}
+ProgramRequests::ProgramRequests(BottleEngine* engine, const QString& iconScript, QObject* parent)
+    : QObject(parent), m_engine(engine), m_iconScript(iconScript) {}
+
+ProgramRequests::~ProgramRequests() {
+    m_worker.waitForDone();
+}
 
 void ProgramRequests::updateExternalProgram(const QString& bottle, const QString& recordJson,
                                             const Reply& reply) {
@@ -61,8 +77,7 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
     if (!m_engine->saveSettings(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << (isNew ? "added program" : "changed program") << id << "of" << BottleName::shown(bottle);
-    const QString text =
-        QString::fromUtf8(QJsonDocument(settings->program(id)).toJson(QJsonDocument::Compact));
+    const QString text = compact(settings->program(id));
     if (isNew)
         Q_EMIT programAdded(bottle, id, text);
     else
@@ -81,6 +96,137 @@ Answer ProgramRequests::removeProgram(const QString& bottle, const QString& prog
     if (!m_engine->saveSettings(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << "removed program" << BottleName::shown(programId) << "of" << BottleName::shown(bottle);
+    ProgramIcon::remove(m_engine->store().pathOf(bottle), programId);
     Q_EMIT programDeleted(bottle, programId);
     return Answer::of();
+}
+
+void ProgramRequests::inWorker(std::function<Answer()> work, const Reply& reply) {
+    auto* watcher = new QFutureWatcher<Answer>(this);
+    connect(watcher, &QFutureWatcher<Answer>::finished, this, [watcher, reply] {
+        watcher->deleteLater();
+        reply(watcher->result());
+    });
+    watcher->setFuture(QtConcurrent::run(&m_worker, std::move(work)));
+}
+
+void ProgramRequests::listAllPrograms(const Reply& reply) {
+    inWorker(
+        [store = m_engine->store()] {
+            QJsonArray summaries;
+            for (const QString& bottle : store.names()) {
+                QString error;
+                const auto settings = store.load(bottle, &error);
+                if (!settings) {
+                    qWarning() << error;
+                    continue;
+                }
+                const QJsonObject programs = settings->record().value("External_Programs").toObject();
+                for (const QJsonValue& program : programs)
+                    summaries.append(Programs::summary(bottle, store.pathOf(bottle), program.toObject()));
+            }
+            return Answer::of(compact(summaries));
+        },
+        reply);
+}
+
+void ProgramRequests::read(const QString& bottle, const Reply& reply,
+                           std::function<QJsonArray(const QJsonObject&)> work) {
+    Answer failure;
+    const auto settings = m_engine->loaded(bottle, &failure);
+    if (!settings) {
+        reply(failure);
+        return;
+    }
+    const QJsonObject programs = settings->record().value("External_Programs").toObject();
+    inWorker([work = std::move(work), programs] { return Answer::of(compact(work(programs))); }, reply);
+}
+
+void ProgramRequests::listBottlesAllPrograms(const QString& bottle, const Reply& reply) {
+    read(bottle, reply, [bottle, path = m_engine->store().pathOf(bottle)](const QJsonObject& programs) {
+        QJsonArray all;
+        QSet<QString> known;
+        for (const QJsonValue& program : programs) {
+            all.append(program);
+            known += program.toObject()["path"].toString().toLower();
+        }
+        for (const QJsonValue& program : BottleScan::discovered(bottle, path)) {
+            if (!known.contains(program.toObject()["path"].toString().toLower()))
+                all.append(program);
+        }
+        return all;
+    });
+}
+
+void ProgramRequests::listDlls(const QString& bottle, const Reply& reply) {
+    read(bottle, reply, [path = m_engine->store().pathOf(bottle)](const QJsonObject& programs) {
+        return QJsonArray::fromStringList(BottleScan::dllsBeside(path, programs));
+    });
+}
+
+void ProgramRequests::listUpdaters(const QString& bottle, const Reply& reply) {
+    read(bottle, reply, [path = m_engine->store().pathOf(bottle)](const QJsonObject& programs) {
+        return QJsonArray::fromStringList(BottleScan::updatersBeside(path, programs));
+    });
+}
+
+void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, const Reply& reply) {
+    if (m_engine->refuse(bottle, reply))
+        return;
+    const auto work = [this, bottle, since, script = m_iconScript,
+                       store = m_engine->store()]() -> WorkerJob::Conclusion {
+        const QString path = store.pathOf(bottle);
+        QString error;
+        const auto settings = store.check(bottle).isEmpty() ? store.load(bottle, &error) : std::nullopt;
+        Found found;
+        if (settings) {
+            for (const QJsonValue& program : settings->record().value("External_Programs").toObject())
+                found.append(program.toObject());
+        }
+        const int known = found.size();
+        const auto shortcuts = settings ? BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(since))
+                                        : QVector<BottleScan::Shortcut>();
+        for (const BottleScan::Shortcut& shortcut : shortcuts) {
+            const ShellLink& link = shortcut.link;
+            QJsonObject record{{"id", QUuid::createUuid().toString(QUuid::WithoutBraces)},
+                               {"name", shortcut.name},
+                               {"path", link.target},
+                               {"arguments", link.arguments}};
+            if (WindowsPath::isWindowsPath(link.workingDirectory))
+                record.insert("folder", link.workingDirectory);
+            const auto isSame = [&record](const QJsonObject& other) {
+                return BottleScan::isSameStart(record, other);
+            };
+            if (std::any_of(found.begin(), found.end(), isSame))
+                continue;
+            const QStringList files = {WindowsPath::toUnix(path, link.iconPath),
+                                       WindowsPath::toUnix(path, link.target)};
+            record.insert("icon", ProgramIcon::extract(script, path, record["id"].toString(), files));
+            found.append(record);
+        }
+        return [this, bottle, found = found.mid(known)] { return enter(bottle, found); };
+    };
+    m_engine->enqueue(bottle, std::make_unique<WorkerJob>(work, reply));
+}
+
+Answer ProgramRequests::enter(const QString& bottle, const Found& found) {
+    Answer failure;
+    auto settings = m_engine->loaded(bottle, &failure);
+    if (!settings)
+        return failure;
+    QJsonArray added;
+    QString error;
+    for (const QJsonObject& given : found) {
+        const QJsonObject record = Programs::completed(given, QDateTime::currentDateTime(), &error);
+        settings->setProgram(given["id"].toString(), record);
+        added.append(record);
+    }
+    if (!added.isEmpty() && !m_engine->saveSettings(bottle, *settings, &error))
+        return Answer::failure(Fault::Failed, error);
+    for (const QJsonValue& record : qAsConst(added)) {
+        const QString id = record["id"].toString();
+        qInfo() << "found program" << id << "in the shortcuts of" << BottleName::shown(bottle);
+        Q_EMIT programAdded(bottle, id, compact(settings->program(id)));
+    }
+    return Answer::of(compact(added));
 }

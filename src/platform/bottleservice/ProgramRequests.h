@@ -1,20 +1,38 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QObject>
+#include <QThreadPool>
 
 #include "bottleservice/Answer.h"
+#include "bottleservice/bottles/BottleScan.h"
 
 class BottleEngine;
 
-/// The requests about the programs of bottles: entered, changed, removed.
+/// The requests about the programs of bottles: entered, changed, removed, found in the bottle's files. Lists
+/// and scans read in worker threads; changes go through the bottle's queue.
 class ProgramRequests : public QObject {
     Q_OBJECT
 
 public:
-    explicit ProgramRequests(BottleEngine* engine, QObject* parent = nullptr);
+    /// iconScript is the path of icon_extractor.py.
+    ProgramRequests(BottleEngine* engine, const QString& iconScript, QObject* parent = nullptr);
+    ~ProgramRequests() override;
 
     void updateExternalProgram(const QString& bottle, const QString& recordJson, const Reply& reply);
     void removeExternalProgram(const QString& bottle, const QString& programId, const Reply& reply);
+
+    /// Summaries of the programs of all bottles.
+    void listAllPrograms(const Reply& reply);
+    /// The programs that were entered, and those that were only found.
+    void listBottlesAllPrograms(const QString& bottle, const Reply& reply);
+    /// Names of files beside the programs.
+    void listDlls(const QString& bottle, const Reply& reply);
+    void listUpdaters(const QString& bottle, const Reply& reply);
+
+    /// Enters what the bottle's shortcuts start that are not older than the time, in seconds since the epoch.
+    /// Answers with the records that are new.
+    void scanApplicationLinks(const QString& bottle, qint64 since, const Reply& reply);
 
 Q_SIGNALS:
     void programAdded(const QString& bottle, const QString& programId, const QString& recordJson);
@@ -22,8 +40,16 @@ Q_SIGNALS:
     void programDeleted(const QString& bottle, const QString& programId);
 
 private:
+    using Found = QVector<QJsonObject>;
+
     Answer updateProgram(const QString& bottle, const QJsonObject& given);
     Answer removeProgram(const QString& bottle, const QString& programId);
+    Answer enter(const QString& bottle, const Found& found);
+    /// Work that reads one bottle, in a worker and beside the bottle's queue.
+    void read(const QString& bottle, const Reply& reply, std::function<QJsonArray(const QJsonObject&)> work);
+    void inWorker(std::function<Answer()> work, const Reply& reply);
 
     BottleEngine* m_engine;
+    QString m_iconScript;
+    QThreadPool m_worker;
 };

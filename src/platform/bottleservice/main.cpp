@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
 
     BottleEngine engine(dataDir);
     engine.recover();
-    ProgramRequests programs(&engine);
+    ProgramRequests programs(&engine, CELLARIX_ICON_EXTRACTOR);
     LifeRequests life(&engine);
     SettingsRequests settings(&engine);
     settings.recover();

@@ -11,12 +11,9 @@ BottlesObject::BottlesObject(BottleEngine* engine, QObject* parent)
 
 void BottlesObject::handleReading(BottleEngine* engine) {
     handle("list", [engine](const QVariantList&, const Reply& reply) { reply(engine->list()); });
-    handle("listAllPrograms",
-           [engine](const QVariantList&, const Reply& reply) { reply(engine->listAllPrograms()); });
     using Reader = Answer (BottleEngine::*)(const QString&) const;
     const std::pair<const char*, Reader> readers[] = {
         {"get", &BottleEngine::get},
-        {"listBottlesAllPrograms", &BottleEngine::listBottlesAllPrograms},
         {"getEmulators", &BottleEngine::getEmulators},
         {"checkPublicBottles", &BottleEngine::checkPublicBottles},
     };

@@ -1,0 +1,174 @@
+#include "bottleservice/bottles/BottleScan.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+#include <QUuid>
+
+#include "bottleservice/bottles/ExecutableRules.h"
+#include "bottleservice/bottles/Programs.h"
+#include "bottleservice/bottles/WindowsPath.h"
+
+namespace BottleScan {
+
+namespace {
+
+constexpr int MaximumDepth = 6;
+constexpr int MaximumEntries = 20000;
+constexpr int MaximumFound = 500;
+constexpr int MaximumNames = 5000;
+const QUuid Namespace("{6f0b31a2-8a35-4c0e-9f0a-5d0e7c1b2a44}");
+
+/// Regular files with the suffix below the directory.
+void collect(const QString& directory, const QString& suffix, int depth, int* left, QStringList* files) {
+    if (depth > MaximumDepth || QFileInfo(directory).isSymLink())
+        return;
+    const auto entries = QDir(directory).entryInfoList(
+        QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoSymLinks | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QFileInfo& entry : entries) {
+        if (--*left < 0 || files->size() >= MaximumFound)
+            return;
+        if (entry.isDir())
+            collect(entry.filePath(), suffix, depth + 1, left, files);
+        else if (entry.fileName().endsWith(suffix, Qt::CaseInsensitive))
+            files->append(entry.filePath());
+    }
+}
+
+QStringList collected(const QStringList& directories, const QString& suffix) {
+    QStringList files;
+    int left = MaximumEntries;
+    for (const QString& directory : directories)
+        collect(directory, suffix, 0, &left, &files);
+    return files;
+}
+
+/// Real directories at this place, component by component, without regard to case; "*" is any name.
+QStringList resolved(const QString& base, const QStringList& parts) {
+    QStringList directories{base};
+    for (const QString& part : parts) {
+        QStringList next;
+        for (const QString& directory : qAsConst(directories)) {
+            const auto found = QDir(directory).entryList(
+                {part}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+            for (const QString& name : found)
+                next += directory + '/' + name;
+        }
+        directories = next;
+    }
+    return directories;
+}
+
+QStringList resolvedAll(const QString& bottlePath, std::initializer_list<const char*> places) {
+    QStringList directories;
+    if (QFileInfo(bottlePath + "/drive_c").isSymLink())
+        return directories;
+    for (const char* place : places)
+        directories += resolved(bottlePath + "/drive_c", QString(place).split('/'));
+    return directories;
+}
+
+bool isOfWine(const QString& file) {
+    QFile head(file);
+    return head.open(QIODevice::ReadOnly) && head.read(0x60).mid(0x40).startsWith("Wine ");
+}
+
+QString windowsPath(const QString& bottlePath, const QString& file) {
+    return "C:" + file.mid(bottlePath.size() + int(strlen("/drive_c"))).replace('/', '\\');
+}
+
+/// The folders of the programs; where the path leads into the bottle, through no link.
+QStringList foldersOf(const QString& bottlePath, const QJsonObject& programs) {
+    QSet<QString> folders;
+    for (const QJsonValue& program : programs) {
+        const QFileInfo file(WindowsPath::toUnix(bottlePath, program.toObject()["path"].toString()));
+        if (file.isFile())
+            folders += file.canonicalPath();
+    }
+    return folders.values();
+}
+
+QStringList filesBeside(const QString& bottlePath, const QJsonObject& programs, const QString& filter) {
+    QStringList names;
+    for (const QString& folder : foldersOf(bottlePath, programs)) {
+        // Wine's own directory is no program's.
+        if (folder.startsWith(bottlePath + "/drive_c/windows", Qt::CaseInsensitive))
+            continue;
+        for (const QString& name :
+             QDir(folder).entryList({filter}, QDir::Files | QDir::NoSymLinks, QDir::Name)) {
+            if (names.size() < MaximumNames)
+                names += name;
+        }
+    }
+    names.removeDuplicates();
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
+
+}  // namespace
+
+QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since) {
+    const QStringList places =
+        resolvedAll(bottlePath, {"ProgramData/Microsoft/Windows/Start Menu",
+                                 "users/*/AppData/Roaming/Microsoft/Windows/Start Menu", "users/*/Start Menu",
+                                 "users/*/Desktop", "users/*/桌面"});
+    QVector<Shortcut> found;
+    for (const QString& path : collected(places, ".lnk")) {
+        const QFileInfo info(path);
+        QFile file(path);
+        if (info.lastModified().toSecsSinceEpoch() < since.toSecsSinceEpoch() ||
+            !file.open(QIODevice::ReadOnly))
+            continue;
+        const auto link = ShellLink::parse(file.read(ShellLink::MaximumBytes + 1));
+        if (link && ExecutableRules::isProgramShortcut(info.completeBaseName(), link->target))
+            found.append({path, info.completeBaseName(), *link});
+    }
+    return found;
+}
+
+QJsonArray discovered(const QString& bottle, const QString& bottlePath) {
+    const QStringList places =
+        resolvedAll(bottlePath, {"Program Files", "Program Files (x86)", "users/*/AppData/Local/Programs"});
+    QJsonArray records;
+    for (const QString& file : collected(places, ".exe")) {
+        const QFileInfo info(file);
+        if (ExecutableRules::kindOf(info.fileName()) != ExecutableRules::Kind::Program || isOfWine(file))
+            continue;
+        const QString path = windowsPath(bottlePath, file);
+        const QUuid id = QUuid::createUuidV5(Namespace, bottle + '\n' + path.toLower());
+        records.append(QJsonObject{{"id", id.toString(QUuid::WithoutBraces)},
+                                   {"name", info.completeBaseName()},
+                                   {"path", path},
+                                   {"folder", Programs::folderOf(path)},
+                                   {"icon", ""},
+                                   {"arguments", ""},
+                                   {"envs", QJsonObject()},
+                                   {"stars", 0},
+                                   {"auto_discovered", true}});
+    }
+    return records;
+}
+
+QStringList dllsBeside(const QString& bottlePath, const QJsonObject& programs) {
+    QStringList names;
+    for (const QString& name : filesBeside(bottlePath, programs, "*.dll"))
+        names += QFileInfo(name).completeBaseName();
+    names.removeDuplicates();
+    return names;
+}
+
+QStringList updatersBeside(const QString& bottlePath, const QJsonObject& programs) {
+    QStringList names;
+    for (const QString& name : filesBeside(bottlePath, programs, "*.exe")) {
+        if (ExecutableRules::kindOf(name) == ExecutableRules::Kind::Updater)
+            names += name;
+    }
+    return names;
+}
+
+bool isSameStart(const QJsonObject& one, const QJsonObject& other) {
+    return one["path"].toString().compare(other["path"].toString(), Qt::CaseInsensitive) == 0 &&
+           one["arguments"].toString().trimmed() == other["arguments"].toString().trimmed();
+}
+
+}  // namespace BottleScan

@@ -1,0 +1,50 @@
+#include "bottleservice/bottles/ProgramIcon.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+
+#include "bottleservice/bottles/Programs.h"
+
+namespace {
+
+constexpr int TimeoutMs = 25000;  // the script gives up after 20 s
+
+QString directoryOf(const QString& bottlePath) {
+    return bottlePath + "/icons";
+}
+
+QString nameOf(const QString& id) {
+    return id + ".png";
+}
+
+}  // namespace
+
+QString ProgramIcon::extract(const QString& script, const QString& bottlePath, const QString& id,
+                             const QStringList& files) {
+    const QString directory = directoryOf(bottlePath);
+    if (!Programs::isProgramId(id) || QFileInfo(directory).isSymLink() || !QDir().mkpath(directory))
+        return {};
+    const QString icon = directory + '/' + nameOf(id);
+    for (const QString& file : files) {
+        if (!QFileInfo(file).isFile())
+            continue;
+        QProcess process;
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.setStandardOutputFile(QProcess::nullDevice());
+        process.setStandardErrorFile(QProcess::nullDevice());
+        process.start(script, {file, nameOf(id), directory});
+        if (!process.waitForFinished(TimeoutMs)) {
+            process.kill();
+            process.waitForFinished(1000);
+        }
+        if (QFileInfo(icon).isFile() && !QFileInfo(icon).isSymLink())
+            return icon;
+    }
+    return {};
+}
+
+void ProgramIcon::remove(const QString& bottlePath, const QString& id) {
+    if (Programs::isProgramId(id) && !QFileInfo(directoryOf(bottlePath)).isSymLink())
+        QFile::remove(directoryOf(bottlePath) + '/' + nameOf(id));
+}
