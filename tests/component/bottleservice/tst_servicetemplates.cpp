@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QCryptographicHash>
 #include <QDirIterator>
 #include <QJsonDocument>
@@ -18,16 +20,18 @@ QByteArray read(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Names, link targets and contents of a tree.
+/// Names, sizes and change times of a tree: no write leaves the change time as it was.
 QByteArray digest(const QString& root) {
     QMap<QString, QByteArray> entries;
     QDirIterator walk(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                       QDirIterator::Subdirectories);
     while (walk.hasNext()) {
-        const QFileInfo info(walk.next());
-        entries[info.filePath()] = info.isSymLink() ? info.symLinkTarget().toUtf8()
-                                   : info.isFile()  ? read(info.filePath())
-                                                    : "d";
+        struct stat status = {};
+        const QString path = walk.next();
+        ::lstat(QFile::encodeName(path).constData(), &status);
+        entries[path] = QByteArray::number(qint64(status.st_size)) + ' ' +
+                        QByteArray::number(qint64(status.st_ctim.tv_sec)) + ' ' +
+                        QByteArray::number(qint64(status.st_ctim.tv_nsec));
     }
     QCryptographicHash hash(QCryptographicHash::Sha1);
     for (auto it = entries.begin(); it != entries.end(); ++it)
@@ -65,7 +69,6 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(path + System + "kernel32.dll").isSymLink());
         for (const QString& name : Overwritten)
             QVERIFY2(!QFileInfo(path + System + name).isSymLink(), qPrintable(name));
-        QVERIFY(digest(m_template + "/drive_c/windows") != digest(m_template + "/drive_c/users"));
     }
 
     void installerOverwritesItsOwnFiles_data() {

@@ -55,6 +55,12 @@ class RealWine(HomeCase):
         self.env = self.wine_env | {"XDG_DATA_HOME": self.path("home 家/.local/share"), "WINEDEBUG": "-all"}
         self.log = self.path("l.txt")
 
+    def tearDown(self):
+        # Wine's desktop process ends a while after the last program; one that starts just then gets no window.
+        for word in ("-k", "-w"):
+            subprocess.run(["wineserver", word], env=self.wine_env | {"WINEPREFIX": self.prefix}, check=False, timeout=60)
+        super().tearDown()
+
     def test_console_programs_get_their_words_and_give_their_code(self):
         for kind in KINDS:
             with self.subTest(kind):
