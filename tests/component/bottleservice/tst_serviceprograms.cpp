@@ -94,6 +94,10 @@ private Q_SLOTS:
         QCOMPARE(service.call("getExternalProgramsUpdateExes", {"b"}).arguments()[0].toString(),
                  QString("[\"AppUpdater.exe\"]"));
 
+        // Nothing of it reached the desktop by itself.
+        for (const char* place : {"/data/applications", "/data/mime", "/data/desktop-directories"})
+            QVERIFY2(!QFileInfo::exists(service.home() + place), place);
+
         // A client adopts what was found, and removes what was entered.
         const QString record = QJsonDocument(found).toJson(QJsonDocument::Compact);
         QCOMPARE(service.call("updateExternalProgram", {"b", record}).errorMessage(), QString());

@@ -272,12 +272,12 @@ void tst_BottleRules::launchData() {
         LaunchData::render("/b", record, Runner{"r", "/w/wine", "/w/wineserver"}),
         object(
             R"({"version":1,"path":"/b","runner":"r","wine":"/w/wine","wineserver":"/w/wineserver","emulator":"",
-        "env":{"WINEPREFIX":"/b","WINEDLLOVERRIDES":"d3d9=n,b;mshtml=","WINE_D3D_CONFIG":"renderer=vulkan",
+        "env":{"WINEPREFIX":"/b","WINEDLLOVERRIDES":"winemenubuilder.exe=;d3d9=n,b;mshtml=","WINE_D3D_CONFIG":"renderer=vulkan",
                "DRI_PRIME":"1","LIBGL_ALWAYS_SOFTWARE":"1","GALLIUM_DRIVER":"llvmpipe",
                "WINENTSYNC":"1","PROTON_USE_NTSYNC":"1"},
         "programs":{"1":{"name":"n","path":"C:\\a","folder":"","arguments":"","envs":{"A":"1"}}}})"));
     QCOMPARE(LaunchData::environment("/b", object(R"({"Parameters":{"renderer":"x,y=z"}})")),
-             object(R"({"WINEPREFIX":"/b"})"));
+             object(R"({"WINEPREFIX":"/b","WINEDLLOVERRIDES":"winemenubuilder.exe="})"));
 }
 
 void tst_BottleRules::emulators() {

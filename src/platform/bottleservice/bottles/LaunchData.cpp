@@ -36,10 +36,8 @@ QJsonObject stampOf(const QString& directory) {
 }  // namespace
 
 QJsonObject environment(const QString& bottlePath, const QJsonObject& record) {
-    QJsonObject variables{{"WINEPREFIX", bottlePath}};
-    const QString overrides = DllOverrides::variable(record["DLL_Overrides"].toObject());
-    if (!overrides.isEmpty())
-        variables.insert("WINEDLLOVERRIDES", overrides);
+    QJsonObject variables{{"WINEPREFIX", bottlePath},
+                          {"WINEDLLOVERRIDES", DllOverrides::variable(record["DLL_Overrides"].toObject())}};
     const QJsonObject parameters = record["Parameters"].toObject();
     const QString renderer = parameters["renderer"].toString();
     if (SettingRules::isRenderer(renderer))

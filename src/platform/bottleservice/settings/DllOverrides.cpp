@@ -3,6 +3,12 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+namespace {
+
+const QLatin1String MenuBuilder("winemenubuilder.exe");
+
+}  // namespace
+
 bool DllOverrides::isName(const QString& name) {
     // Nothing that would break out of the variable, and no directory.
     static const QRegularExpression pattern("\\A\\*?[^;=,\"*/\\\\:[:cntrl:]]+\\z");
@@ -16,6 +22,8 @@ bool DllOverrides::isMethod(const QString& method) {
 
 QString DllOverrides::variable(const QJsonObject& overrides) {
     QStringList parts;
+    if (!overrides.contains(MenuBuilder))
+        parts += QString(MenuBuilder) + '=';
     for (auto it = overrides.begin(); it != overrides.end(); ++it) {
         const QString method = it.value().toString();
         if (isName(it.key()) && isMethod(method))

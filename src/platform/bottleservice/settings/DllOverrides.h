@@ -11,6 +11,8 @@ bool isName(const QString& name);
 bool isMethod(const QString& method);
 
 /// "name=method" joined by ";", as WINEDLLOVERRIDES takes it; what is no such pair is left out.
+/// Wine's own maker of menu entries is off unless the bottle says otherwise: programs and associations are
+/// taken from the bottle, and nothing reaches the desktop unasked.
 QString variable(const QJsonObject& overrides);
 
 }  // namespace DllOverrides

@@ -31,7 +31,9 @@ QProcessEnvironment forProcess(const QJsonObject& variables, const QProcessEnvir
 }
 
 QJsonObject forCreation(const QString& prefix) {
-    return {{"WINEPREFIX", prefix}, {"WINEDLLOVERRIDES", "mscoree,mshtml="}, {"WINEDEBUG", "-all"}};
+    return {{"WINEPREFIX", prefix},
+            {"WINEDLLOVERRIDES", "mscoree,mshtml,winemenubuilder.exe="},
+            {"WINEDEBUG", "-all"}};
 }
 
 }  // namespace WineEnvironment
