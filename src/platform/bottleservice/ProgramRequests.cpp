@@ -173,8 +173,8 @@ void ProgramRequests::listUpdaters(const QString& bottle, const Reply& reply) {
 void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, const Reply& reply) {
     if (m_engine->refuse(bottle, reply))
         return;
-    const auto work = [this, bottle, since, script = m_iconScript,
-                       store = m_engine->store()]() -> WorkerJob::Conclusion {
+    const auto work = [this, bottle, since, script = m_iconScript, store = m_engine->store()](
+                          const std::atomic_bool& cancelled) -> WorkerJob::Conclusion {
         const QString path = store.pathOf(bottle);
         QString error;
         const auto settings = store.check(bottle).isEmpty() ? store.load(bottle, &error) : std::nullopt;
@@ -187,6 +187,8 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
         const auto shortcuts = settings ? BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(since))
                                         : QVector<BottleScan::Shortcut>();
         for (const BottleScan::Shortcut& shortcut : shortcuts) {
+            if (cancelled)
+                break;
             const ShellLink& link = shortcut.link;
             QJsonObject record{{"id", QUuid::createUuid().toString(QUuid::WithoutBraces)},
                                {"name", shortcut.name},
@@ -201,7 +203,8 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
                 continue;
             const QStringList files = {WindowsPath::toUnix(path, link.iconPath),
                                        WindowsPath::toUnix(path, link.target)};
-            record.insert("icon", ProgramIcon::extract(script, path, record["id"].toString(), files));
+            record.insert("icon",
+                          ProgramIcon::extract(script, path, record["id"].toString(), files, cancelled));
             found.append(record);
         }
         return [this, bottle, found = found.mid(known)] { return enter(bottle, found); };

@@ -77,7 +77,7 @@ QString windowsPath(const QString& bottlePath, const QString& file) {
     return "C:" + file.mid(bottlePath.size() + int(strlen("/drive_c"))).replace('/', '\\');
 }
 
-/// The folders of the programs; where the path leads into the bottle, through no link.
+/// The real folders of the programs, which may lie outside the bottle.
 QStringList foldersOf(const QString& bottlePath, const QJsonObject& programs) {
     QSet<QString> folders;
     for (const QJsonValue& program : programs) {
@@ -90,9 +90,10 @@ QStringList foldersOf(const QString& bottlePath, const QJsonObject& programs) {
 
 QStringList filesBeside(const QString& bottlePath, const QJsonObject& programs, const QString& filter) {
     QStringList names;
+    const QString windows = QFileInfo(bottlePath + "/drive_c/windows").canonicalFilePath();
     for (const QString& folder : foldersOf(bottlePath, programs)) {
         // Wine's own directory is no program's.
-        if (folder.startsWith(bottlePath + "/drive_c/windows", Qt::CaseInsensitive))
+        if (folder == windows || folder.startsWith(windows + '/'))
             continue;
         for (const QString& name :
              QDir(folder).entryList({filter}, QDir::Files | QDir::NoSymLinks, QDir::Name)) {

@@ -1,6 +1,7 @@
 #include "bottleservice/bottles/ProgramIcon.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -8,6 +9,7 @@
 
 namespace {
 
+constexpr int PollMs = 200;
 constexpr int TimeoutMs = 25000;  // the script gives up after 20 s
 
 QString directoryOf(const QString& bottlePath) {
@@ -21,7 +23,7 @@ QString nameOf(const QString& id) {
 }  // namespace
 
 QString ProgramIcon::extract(const QString& script, const QString& bottlePath, const QString& id,
-                             const QStringList& files) {
+                             const QStringList& files, const std::atomic_bool& cancelled) {
     const QString directory = directoryOf(bottlePath);
     if (!Programs::isProgramId(id) || QFileInfo(directory).isSymLink() || !QDir().mkpath(directory))
         return {};
@@ -34,7 +36,12 @@ QString ProgramIcon::extract(const QString& script, const QString& bottlePath, c
         process.setStandardOutputFile(QProcess::nullDevice());
         process.setStandardErrorFile(QProcess::nullDevice());
         process.start(script, {file, nameOf(id), directory});
-        if (!process.waitForFinished(TimeoutMs)) {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (!process.waitForFinished(PollMs) && process.state() != QProcess::NotRunning && !cancelled &&
+               elapsed.elapsed() < TimeoutMs) {
+        }
+        if (process.state() != QProcess::NotRunning) {
             process.kill();
             process.waitForFinished(1000);
         }

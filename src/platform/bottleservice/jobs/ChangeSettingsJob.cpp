@@ -49,12 +49,18 @@ void ChangeSettingsJob::start() {
 }
 
 void ChangeSettingsJob::cancel() {
+    m_cancelled = true;
     if (m_writer)
         m_writer->cancel();
 }
 
 void ChangeSettingsJob::onWritten(const QString& sentence) {
     QString error;
+    // Wine may have written a part of it.
+    if (!sentence.isEmpty() && m_cancelled) {
+        finish(Answer::failure(Fault::Failed, "The service ends; its next start finishes the change."));
+        return;
+    }
     if (!sentence.isEmpty()) {
         qWarning() << "settings of" << BottleName::shown(m_bottle) << "stay as they were:" << sentence;
         const auto before = BottleYaml::parse(m_before, &error);

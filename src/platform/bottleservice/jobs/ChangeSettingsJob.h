@@ -10,7 +10,8 @@ class RegistryWriter;
 /// Changes settings of a bottle in bottle.yml and, where told, in its registry. The note of the registry's
 /// change stands in bottle.yml until it is done, so that a service that was killed between leaves a bottle
 /// that the next change or the next service brings to the new state. When Wine refuses, bottle.yml is again
-/// what it was.
+/// what it was; a
+/// change that is cut off by the end of the service stays pending.
 class ChangeSettingsJob : public Job {
     Q_OBJECT
 
@@ -32,4 +33,5 @@ private:
     RegistryChange m_registry;
     QByteArray m_before;
     RegistryWriter* m_writer = nullptr;
+    bool m_cancelled = false;
 };

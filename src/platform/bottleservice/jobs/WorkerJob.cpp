@@ -8,5 +8,6 @@ WorkerJob::WorkerJob(Work work, Reply reply) : Job(std::move(reply)), m_work(std
 }
 
 void WorkerJob::start() {
-    m_watcher.setFuture(QtConcurrent::run(m_work));
+    m_watcher.setFuture(
+        QtConcurrent::run([work = m_work, cancelled = m_cancelled] { return work(*cancelled); }));
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QFutureWatcher>
+#include <atomic>
+#include <memory>
 
 #include "bottleservice/jobs/Job.h"
 
@@ -11,12 +13,14 @@ class WorkerJob : public Job {
 
 public:
     using Conclusion = std::function<Answer()>;
-    using Work = std::function<Conclusion()>;
+    using Work = std::function<Conclusion(const std::atomic_bool& cancelled)>;
 
     WorkerJob(Work work, Reply reply);
     void start() override;
+    void cancel() override { *m_cancelled = true; }
 
 private:
     Work m_work;
+    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
     QFutureWatcher<Conclusion> m_watcher;
 };

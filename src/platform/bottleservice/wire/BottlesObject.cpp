@@ -1,6 +1,7 @@
 #include "bottleservice/wire/BottlesObject.h"
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/wire/TextMethods.h"
 
 BottlesObject::BottlesObject(BottleEngine* engine, QObject* parent)
     : BusObject("/com/lumora/Manager/Bottles", ":/wire/com.lumora.Manager.Bottles.xml", parent) {
@@ -25,19 +26,10 @@ void BottlesObject::handleReading(BottleEngine* engine) {
 }
 
 void BottlesObject::handleChanging(BottleEngine* engine) {
-    using OneText = void (BottleEngine::*)(const QString&, const Reply&);
-    const std::pair<const char*, OneText> ofBottle[] = {
-        {"delete", &BottleEngine::deleteBottle},
-        {"getRunnerVersion", &BottleEngine::getRunnerVersion},
-    };
-    for (const auto& [name, function] : ofBottle) {
-        handle(name, [engine, function = function](const QVariantList& arguments, const Reply& reply) {
-            (engine->*function)(arguments[0].toString(), reply);
-        });
-    }
-    handle("createBottles", [engine](const QVariantList& arguments, const Reply& reply) {
-        engine->createBottles(arguments[0].toString(), arguments[1].toString(), reply);
-    });
+    handleOneText<BottleEngine>(
+        this, engine,
+        {{"delete", &BottleEngine::deleteBottle}, {"getRunnerVersion", &BottleEngine::getRunnerVersion}});
+    handleTwoTexts<BottleEngine>(this, engine, {{"createBottles", &BottleEngine::createBottles}});
 }
 
 void BottlesObject::forwardSignals(BottleEngine* engine) {

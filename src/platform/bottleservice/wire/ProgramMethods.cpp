@@ -1,7 +1,7 @@
 #include "bottleservice/wire/ProgramMethods.h"
 
 #include "bottleservice/ProgramRequests.h"
-#include "bottleservice/wire/BusObject.h"
+#include "bottleservice/wire/TextMethods.h"
 
 void addProgramMethods(BusObject* object, ProgramRequests* requests) {
     object->handle("listAllPrograms",
@@ -9,29 +9,13 @@ void addProgramMethods(BusObject* object, ProgramRequests* requests) {
     object->handle("scanApplicationLinks", [requests](const QVariantList& arguments, const Reply& reply) {
         requests->scanApplicationLinks(arguments[0].toString(), arguments[1].toLongLong(), reply);
     });
-    using OneText = void (ProgramRequests::*)(const QString&, const Reply&);
-    const std::pair<const char*, OneText> lists[] = {
-        {"listBottlesAllPrograms", &ProgramRequests::listBottlesAllPrograms},
-        {"getExternalProgramsDllList", &ProgramRequests::listDlls},
-        {"getExternalProgramsUpdateExes", &ProgramRequests::listUpdaters},
-    };
-    for (const auto& [name, function] : lists) {
-        object->handle(name,
-                       [requests, function = function](const QVariantList& arguments, const Reply& reply) {
-                           (requests->*function)(arguments[0].toString(), reply);
-                       });
-    }
-    using TwoTexts = void (ProgramRequests::*)(const QString&, const QString&, const Reply&);
-    const std::pair<const char*, TwoTexts> table[] = {
-        {"updateExternalProgram", &ProgramRequests::updateExternalProgram},
-        {"removeExternalProgram", &ProgramRequests::removeExternalProgram},
-    };
-    for (const auto& [name, function] : table) {
-        object->handle(name,
-                       [requests, function = function](const QVariantList& arguments, const Reply& reply) {
-                           (requests->*function)(arguments[0].toString(), arguments[1].toString(), reply);
-                       });
-    }
+    handleOneText<ProgramRequests>(object, requests,
+                                   {{"listBottlesAllPrograms", &ProgramRequests::listBottlesAllPrograms},
+                                    {"getExternalProgramsDllList", &ProgramRequests::listDlls},
+                                    {"getExternalProgramsUpdateExes", &ProgramRequests::listUpdaters}});
+    handleTwoTexts<ProgramRequests>(object, requests,
+                                    {{"updateExternalProgram", &ProgramRequests::updateExternalProgram},
+                                     {"removeExternalProgram", &ProgramRequests::removeExternalProgram}});
     QObject::connect(requests, &ProgramRequests::programDeleted, object,
                      [object](const QString& bottle, const QString& id) {
                          object->emitSignal("program_deleted", {bottle, id});

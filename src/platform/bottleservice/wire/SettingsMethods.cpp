@@ -1,7 +1,7 @@
 #include "bottleservice/wire/SettingsMethods.h"
 
 #include "bottleservice/SettingsRequests.h"
-#include "bottleservice/wire/BusObject.h"
+#include "bottleservice/wire/TextMethods.h"
 
 namespace {
 
@@ -39,17 +39,9 @@ void addSettingsMethods(BusObject* object, SettingsRequests* requests) {
                 requests->setSwitch(arguments[0].toString(), parameter, arguments[1].toBool(), reply);
             });
     }
-    using TwoTexts = void (SettingsRequests::*)(const QString&, const QString&, const Reply&);
-    const std::pair<const char*, TwoTexts> texts[] = {
-        {"setD3dRenderer", &SettingsRequests::setRenderer},
-        {"setWindowsVersion", &SettingsRequests::setWindowsVersion},
-        {"setEmulator", &SettingsRequests::setEmulator},
-        {"removeFontReplacement", &SettingsRequests::removeFontReplacement},
-    };
-    for (const auto& [method, function] : texts) {
-        object->handle(method,
-                       [requests, function = function](const QVariantList& arguments, const Reply& reply) {
-                           (requests->*function)(arguments[0].toString(), arguments[1].toString(), reply);
-                       });
-    }
+    handleTwoTexts<SettingsRequests>(object, requests,
+                                     {{"setD3dRenderer", &SettingsRequests::setRenderer},
+                                      {"setWindowsVersion", &SettingsRequests::setWindowsVersion},
+                                      {"setEmulator", &SettingsRequests::setEmulator},
+                                      {"removeFontReplacement", &SettingsRequests::removeFontReplacement}});
 }
