@@ -27,7 +27,7 @@ class RealWine(HomeCase):
         cls.shared = tempfile.mkdtemp(prefix="cellarix-wine-")
         cls.addClassCleanup(shutil.rmtree, cls.shared, ignore_errors=True)
         read, write = os.pipe()
-        cls.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "800x600x24", "-nolisten", "tcp"],
+        cls.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"],
                                        pass_fds=[write], stderr=subprocess.DEVNULL)
         cls.addClassCleanup(cls.display.wait)
         cls.addClassCleanup(cls.display.terminate)
