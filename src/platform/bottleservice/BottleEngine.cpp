@@ -43,6 +43,7 @@ BottleEngine::BottleEngine(const QString& dataDir, QObject* parent)
     if (!QDir().mkpath(m_store.root()))
         qWarning() << "cannot make" << m_store.root();
     connect(&m_queue, &JobQueue::idle, this, &BottleEngine::tellClosed);
+    connect(&m_stops, &JobQueue::idle, this, &BottleEngine::tellClosed);
     connect(&m_templates, &Templates::idle, this, &BottleEngine::tellClosed);
 }
 
@@ -179,15 +180,20 @@ void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
     enqueue(bottle, std::make_unique<DeleteBottleJob>(m_store, bottle, m_runners, &m_reclaimer, announce));
 }
 
+bool BottleEngine::isIdle() const {
+    return m_queue.isIdle() && m_stops.isIdle() && m_templates.isIdle() && m_reclaimer.isIdle();
+}
+
 void BottleEngine::close() {
     m_closing = true;
     m_templates.cancel();
     m_queue.close();
+    m_stops.close();
     tellClosed();
 }
 
 void BottleEngine::tellClosed() {
-    if (m_closing && m_queue.isIdle() && m_templates.isIdle())
+    if (m_closing && m_queue.isIdle() && m_stops.isIdle() && m_templates.isIdle())
         Q_EMIT closed();
 }
 
@@ -205,6 +211,10 @@ void BottleEngine::enqueue(const QString& bottle, const Reply& reply, std::funct
 // A queue that is closed drops the job, which then answers that the service is ending.
 void BottleEngine::enqueue(const QString& bottle, std::unique_ptr<Job> job) {
     m_queue.add(bottle, std::move(job));
+}
+
+void BottleEngine::enqueueStop(const QString& bottle, std::unique_ptr<Job> job) {
+    m_stops.add(bottle, std::move(job));
 }
 
 bool BottleEngine::saveSettings(const QString& bottle, const BottleYaml& settings, QString* error) {

@@ -14,7 +14,8 @@ class BottleStopper;
 
 /// What the service can do, without a bus. Reading answers at once; everything that changes a bottle or its
 /// processes goes through that bottle's queue and answers when it is done. Owns the queue, the background
-/// removal and the knowledge of where bottles and runners lie. Families of requests (classes called
+/// removal and the knowledge of where bottles and runners lie. Ending what runs does not wait in that queue.
+/// Families of requests (classes called
 /// ...Requests) stand on its tools for requests. Lives in the main thread.
 class BottleEngine : public QObject {
     Q_OBJECT
@@ -36,6 +37,9 @@ public:
     void createBottles(const QString& bottle, const QString& runner, const Reply& reply);
     void deleteBottle(const QString& bottle, const Reply& reply);
 
+    /// Nothing is being done, not even in the background.
+    bool isIdle() const;
+
     /// Cancels what runs and takes nothing new; closed() follows.
     void close();
 
@@ -53,6 +57,9 @@ public:
     std::optional<BottleYaml> loaded(const QString& bottle, Answer* failure) const;
     void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);
     void enqueue(const QString& bottle, std::unique_ptr<Job> job);
+    /// For jobs that only end processes: beside the bottle's queue, since nobody waits for minutes until a
+    /// program is ended.
+    void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
     /// Writes bottle.yml and launch.json. Only from a job of that bottle.
     bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
     /// Lets a bottle follow an update of its Wine before the jobs that are added after this.
@@ -74,6 +81,7 @@ private:
     Reclaimer m_reclaimer;
     Templates m_templates;
     JobQueue m_queue;
+    JobQueue m_stops;
     bool m_closing = false;
     QHash<QString, QString> m_versions;  ///< by path, time and size of the Wine
 };

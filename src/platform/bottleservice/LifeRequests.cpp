@@ -16,7 +16,14 @@ constexpr int MaximumIdCharacters = 128;
 
 }  // namespace
 
-LifeRequests::LifeRequests(BottleEngine* engine, QObject* parent) : QObject(parent), m_engine(engine) {}
+LifeRequests::LifeRequests(BottleEngine* engine, QObject* parent)
+    : QObject(parent), m_engine(engine), m_watch(engine->store(), engine->dataDir()) {
+    connect(&m_watch, &ProgramWatch::exited, this, &LifeRequests::programExited);
+}
+
+void LifeRequests::watchPrograms() {
+    m_watch.start();
+}
 
 void LifeRequests::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {
     if (m_engine->refuse(bottle, reply))
@@ -25,14 +32,15 @@ void LifeRequests::killProgram(const QString& bottle, const QString& programId, 
         reply(Answer::failure(Fault::InvalidArgs, "The program's id is empty or too long."));
         return;
     }
-    m_engine->enqueue(bottle, std::make_unique<StopProgramJob>(m_engine->store(), bottle, programId, reply));
+    m_engine->enqueueStop(bottle,
+                          std::make_unique<StopProgramJob>(m_engine->store(), bottle, programId, reply));
 }
 
 void LifeRequests::killWineServer(const QString& bottle, const Reply& reply) {
     if (m_engine->refuse(bottle, reply))
         return;
-    m_engine->enqueue(bottle,
-                      std::make_unique<StopBottleJob>(m_engine->store(), bottle, m_engine->runners(), reply));
+    m_engine->enqueueStop(
+        bottle, std::make_unique<StopBottleJob>(m_engine->store(), bottle, m_engine->runners(), reply));
 }
 
 void LifeRequests::runCommand(const QString& bottle, const QString& commandLine, const Reply& reply) {

@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "bottleservice/Answer.h"
+#include "bottleservice/wine/ProgramWatch.h"
 
 class BottleEngine;
 
@@ -13,12 +14,20 @@ class LifeRequests : public QObject {
 public:
     explicit LifeRequests(BottleEngine* engine, QObject* parent = nullptr);
 
+    /// Follows what runs and what will be started.
+    void watchPrograms();
+    bool isIdle() const { return m_watch.isIdle(); }
+
     void killProgram(const QString& bottle, const QString& programId, const Reply& reply);
     void killWineServer(const QString& bottle, const Reply& reply);
     void runCommand(const QString& bottle, const QString& commandLine, const Reply& reply);
+
+Q_SIGNALS:
+    void programExited(const QString& programId);
 
 private:
     Answer startCommand(const QString& bottle, const QStringList& arguments);
 
     BottleEngine* m_engine;
+    ProgramWatch m_watch;
 };

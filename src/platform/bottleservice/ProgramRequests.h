@@ -19,6 +19,8 @@ public:
     ProgramRequests(BottleEngine* engine, const QString& iconScript, QObject* parent = nullptr);
     ~ProgramRequests() override;
 
+    bool isIdle() const { return m_worker.activeThreadCount() == 0; }
+
     void updateExternalProgram(const QString& bottle, const QString& recordJson, const Reply& reply);
     void removeExternalProgram(const QString& bottle, const QString& programId, const Reply& reply);
 

@@ -1,3 +1,4 @@
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusError>
@@ -8,6 +9,7 @@
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/DataDirLock.h"
+#include "bottleservice/IdleExit.h"
 #include "bottleservice/LifeRequests.h"
 #include "bottleservice/ProgramRequests.h"
 #include "bottleservice/ServiceLog.h"
@@ -24,9 +26,23 @@ namespace {
 const char ServiceName[] = "com.lumora.LumoraWineLauncher";
 constexpr int LockTimeoutMs = 15000;
 constexpr int CloseTimeoutMs = 10000;
+const char IdleSeconds[] = "600";
 
 QString dataDirectory() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
+}
+
+/// From the command line: after how many seconds without anything to do the service ends.
+int idleSeconds(const QCoreApplication& application) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription("Keeps bottles: Wine prefixes with their settings and programs.");
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption idle("idle-seconds", "End after this time without a call; 0 is never.",
+                                  "seconds", IdleSeconds);
+    parser.addOption(idle);
+    parser.process(application);
+    return parser.value(idle).toInt();
 }
 
 }  // namespace
@@ -38,6 +54,7 @@ int main(int argc, char** argv) {
     // Bottle names are UTF-8 on disk, whatever locale the bus started this process in.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 
+    const int seconds = idleSeconds(application);
     const QString dataDir = dataDirectory();
     DataDirLock lock(dataDir);
     ServiceLog::start(dataDir);
@@ -64,6 +81,8 @@ int main(int argc, char** argv) {
     }
     qInfo() << "bottle service" << application.applicationVersion() << "serves" << dataDir;
 
+    life.watchPrograms();
+
     // The name goes first, so that the next call starts a new service, which waits for this one's lock.
     const auto close = [&] {
         qInfo() << "bottle service is ending";
@@ -76,6 +95,11 @@ int main(int argc, char** argv) {
     QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
     QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
+    IdleExit idle(seconds, [&] { return engine.isIdle() && programs.isIdle() && life.isIdle(); });
+    QObject::connect(&bottles, &BusObject::called, &idle, &IdleExit::touch);
+    QObject::connect(&manager, &BusObject::called, &idle, &IdleExit::touch);
+    QObject::connect(&idle, &IdleExit::leaving, &application, [&] { bus.unregisterService(ServiceName); });
+    QObject::connect(&idle, &IdleExit::left, &application, close);
     // The bus going away is the end of the session.
     bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &application,
                 SLOT(quit()));

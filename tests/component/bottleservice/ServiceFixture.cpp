@@ -22,7 +22,8 @@ ServiceFixture::ServiceFixture() : m_connection(QString()) {
     while (m_address.isEmpty() && m_bus.waitForReadyRead(StartTimeoutMs))
         m_address = QString::fromUtf8(m_bus.readLine()).trimmed();
     m_connection = QDBusConnection::connectToBus(m_address, "bottleservice-test");
-    for (const char* name : {"bottles_deleted", "program_added", "program_updated", "program_deleted"})
+    for (const char* name :
+         {"bottles_deleted", "program_added", "program_updated", "program_deleted", "program_exited"})
         m_connection.connect(Service, BottlesPath, BottlesInterface, name, this,
                              SLOT(onSignal(QDBusMessage)));
 }
@@ -53,10 +54,10 @@ QProcessEnvironment ServiceFixture::environment() const {
     return environment;
 }
 
-bool ServiceFixture::start() {
+bool ServiceFixture::start(const QStringList& arguments) {
     m_service.setProcessEnvironment(environment());
     m_service.setProcessChannelMode(QProcess::MergedChannels);
-    m_service.start(SERVICE_EXECUTABLE, QStringList());
+    m_service.start(SERVICE_EXECUTABLE, arguments);
     return QTest::qWaitFor([this] { return isOnBus() || m_service.state() == QProcess::NotRunning; },
                            StartTimeoutMs) &&
            isOnBus();

@@ -17,7 +17,7 @@ public:
     ~ServiceFixture() override;
 
     /// False when the service does not come up.
-    bool start();
+    bool start(const QStringList& arguments = {});
     void startSecond(QProcess& process) const;
 
     /// SIGKILL, and wait for the end.

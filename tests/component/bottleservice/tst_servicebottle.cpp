@@ -39,13 +39,14 @@ private Q_SLOTS:
     void recordAndLaunchData();
     void runCommand();
     void killProgramSparesTheOthers();
+    void endIsTold();
     void deleteTouchesNothingOutside();
     void killedWhileCreating();
     void quitWhileCreating();
 
 private:
     QString waitForCreation();
-    void startProgram(QProcess& process, const QString& id);
+    void startProgram(QProcess& process, const QString& id, const QStringList& launcher = {"wine"});
 
     std::unique_ptr<ServiceFixture> m_service;
 };
@@ -108,13 +109,13 @@ void tst_ServiceBottle::runCommand() {
     QVERIFY(!QFileInfo::exists(mark));
 }
 
-void tst_ServiceBottle::startProgram(QProcess& process, const QString& id) {
+void tst_ServiceBottle::startProgram(QProcess& process, const QString& id, const QStringList& launcher) {
     QProcessEnvironment environment = m_service->environment();
     environment.insert("LC_ALL", "C.UTF-8");
     environment.insert("WINEPREFIX", m_service->bottlePath(Name));
     environment.insert("_CXB_WINE_PROGRAM_UUID", id);
     process.setProcessEnvironment(environment);
-    process.start("wine", {"cmd.exe", "/c", "echo ready & set /p x="});
+    process.start(launcher[0], launcher.mid(1) + QStringList{"cmd.exe", "/c", "echo ready & set /p x="});
     QByteArray output;
     const auto isReady = [&] {
         output += process.readAllStandardOutput();
@@ -141,6 +142,38 @@ void tst_ServiceBottle::killProgramSparesTheOthers() {
     QCOMPARE(m_service->call("killWineServer", {Name}).errorMessage(), QString());
     QTRY_COMPARE(second.state(), QProcess::NotRunning);
     QVERIFY(processes.ofBottle(path).empty());
+}
+
+void tst_ServiceBottle::endIsTold() {
+    const QStringList launcher{LAUNCHER_SCRIPT, Name};
+    const auto runs = [this](const QString& id) {
+        return !Processes().ofProgram(m_service->bottlePath(Name), id).empty();
+    };
+    m_service->signalLog.clear();
+    QProcess program;
+    startProgram(program, "left", launcher);
+    QProcess other;
+    startProgram(other, "killed", launcher);
+    QCOMPARE(m_service->call("killProgram", {Name, "killed"}).errorMessage(), QString());
+    QTRY_COMPARE(m_service->signalLog, QStringList("program_exited(killed)"));
+    // The launcher's end is not the program's: that ends only when its input does.
+    program.kill();
+    QTRY_COMPARE(m_service->signalLog.size(), 2);
+    QCOMPARE(m_service->signalLog[1], QString("program_exited(left)"));
+    QVERIFY(!runs("left"));
+
+    // An end while there was no service is told by the next one, which goes when nobody needs it.
+    startProgram(program, "unseen", launcher);
+    m_service->kill();
+    program.kill();
+    QTRY_VERIFY(!runs("unseen"));
+    QVERIFY(m_service->start({"--idle-seconds", "1"}));
+    QTRY_COMPARE(m_service->signalLog.mid(2), QStringList("program_exited(unseen)"));
+    QVERIFY(QDir(m_service->dataDir() + "/running").isEmpty());
+    QTRY_VERIFY(!m_service->isOnBus());
+    QTRY_COMPARE(m_service->process().state(), QProcess::NotRunning);
+    QCOMPARE(m_service->process().exitCode(), 0);
+    QVERIFY(m_service->start());
 }
 
 void tst_ServiceBottle::deleteTouchesNothingOutside() {

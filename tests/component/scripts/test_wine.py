@@ -27,8 +27,9 @@ class RealWine(HomeCase):
         cls.shared = tempfile.mkdtemp(prefix="cellarix-wine-")
         cls.addClassCleanup(shutil.rmtree, cls.shared, ignore_errors=True)
         read, write = os.pipe()
-        cls.display = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"],
-                                       pass_fds=[write], stderr=subprocess.DEVNULL)
+        # A server that starts anew after its last client now and then drops Wine's first connection.
+        server = ["Xvfb", "-displayfd", str(write), "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"]
+        cls.display = subprocess.Popen(server, pass_fds=[write], stderr=subprocess.DEVNULL)
         cls.addClassCleanup(cls.display.wait)
         cls.addClassCleanup(cls.display.terminate)
         os.close(write)

@@ -18,6 +18,8 @@ public:
     /// The same for a directory that must lose its name at once: it is renamed with the prefix first.
     void remove(const QString& path, const char* prefix);
 
+    bool isIdle() const { return m_worker.activeThreadCount() == 0; }
+
 private:
     QThreadPool m_worker;
 };

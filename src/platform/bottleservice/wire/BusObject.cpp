@@ -61,6 +61,7 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
         answer(connection, message, verdict);
         return true;
     }
+    Q_EMIT called();
     qDebug() << "call" << message.member() << "from" << message.service();
     m_handlers.value(message.member())(
         message.arguments(),

@@ -30,6 +30,10 @@ public:
     /// Sends a signal of the contract.
     void emitSignal(const QString& name, const QVariantList& arguments);
 
+Q_SIGNALS:
+    /// Somebody asks for something.
+    void called();
+
 private:
     Answer check(const QDBusMessage& message) const;
     void answer(const QDBusConnection& connection, const QDBusMessage& message, const Answer& answer) const;

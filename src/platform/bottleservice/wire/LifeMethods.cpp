@@ -8,4 +8,6 @@ void addLifeMethods(BusObject* object, LifeRequests* requests) {
     handleTwoTexts<LifeRequests>(
         object, requests,
         {{"killProgram", &LifeRequests::killProgram}, {"run_command", &LifeRequests::runCommand}});
+    QObject::connect(requests, &LifeRequests::programExited, object,
+                     [object](const QString& id) { object->emitSignal("program_exited", {id}); });
 }

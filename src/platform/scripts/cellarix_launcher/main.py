@@ -3,7 +3,7 @@
 import os
 
 from cellarix_launcher import bottle as bottles
-from cellarix_launcher import environment, errors, logfile, supervise, windows, words
+from cellarix_launcher import environment, errors, logfile, running, supervise, windows, words
 
 
 def main(argv):
@@ -56,6 +56,7 @@ def _launch(request):
         ([bottle.emulator] if bottle.emulator else []) + [wine] + program.command,
         environment.wine_environment(bottle, os.environ, request.uuid, envs),
         program.folder)
+    running.announce(request.bottle, start.env, say)
     if request.report:
         from cellarix_launcher import terminal
         return terminal.run_inside(request, start, say)

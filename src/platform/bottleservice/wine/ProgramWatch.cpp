@@ -1,0 +1,98 @@
+#include "bottleservice/wine/ProgramWatch.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+
+#include "bottleservice/bottles/BottleName.h"
+
+namespace {
+
+constexpr qint64 MaximumBytes = 4096;
+constexpr int MaximumIdCharacters = 128;
+/// In the midst of an exec a process shows no mark.
+constexpr int SettleMs = 50;
+
+}  // namespace
+
+ProgramWatch::ProgramWatch(const BottleStore& store, const QString& dataDir, QObject* parent)
+    : QObject(parent), m_store(store), m_directory(dataDir + "/running") {
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &ProgramWatch::readDirectory);
+}
+
+void ProgramWatch::start() {
+    if (!QDir().mkpath(m_directory) || !m_watcher.addPath(m_directory))
+        qWarning() << "the ends of programs will not be known: cannot watch" << m_directory;
+    readDirectory();
+}
+
+void ProgramWatch::readDirectory() {
+    const QStringList names = QDir(m_directory).entryList({"*.json"}, QDir::Files | QDir::NoSymLinks);
+    for (const QString& name : names) {
+        if (!m_known.contains(name))
+            readFile(m_directory + '/' + name);
+    }
+    m_known = names;
+}
+
+void ProgramWatch::readFile(const QString& path) {
+    QFile file(path);
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.read(MaximumBytes) : QByteArray();
+    const QJsonObject record = QJsonDocument::fromJson(text).object();
+    const QString bottle = record["bottle"].toString();
+    const QString program = record["program"].toString();
+    if (!BottleName::check(bottle).isEmpty() || program.isEmpty() || program.size() > MaximumIdCharacters) {
+        qWarning() << path << "tells of no program; removing it";
+        file.remove();
+        return;
+    }
+    const Key key(bottle, program);
+    Run& run = m_runs[key];
+    run.bottlePath = m_store.pathOf(bottle);
+    run.program = program;
+    run.files += path;
+    const pid_t pid = record["pid"].toInt();
+    if (pid > 1 && ProcessEnd::startTime(pid) == record["start"].toString())
+        follow(key, pid);
+    else
+        look(key, true);
+}
+
+void ProgramWatch::follow(const Key& key, pid_t pid) {
+    auto& alive = m_runs[key].alive;
+    if (alive.count(pid))
+        return;
+    auto process = std::make_unique<ProcessEnd>(pid);
+    connect(process.get(), &ProcessEnd::ended, this, [this, key, pid] {
+        auto& rest = m_runs[key].alive;
+        rest[pid].release()->deleteLater();
+        rest.erase(pid);
+        if (rest.empty())
+            look(key, false);
+    });
+    alive.emplace(pid, std::move(process));
+}
+
+void ProgramWatch::look(const Key& key, bool isLast) {
+    const auto found = m_runs.find(key);
+    if (found == m_runs.end() || !found->second.alive.empty())
+        return;
+    Run& run = found->second;
+    const auto members = m_processes.ofProgram(run.bottlePath, run.program);
+    for (const Processes::Entry& member : members)
+        follow(key, member.pid);
+    if (!members.empty())
+        return;
+    if (!isLast) {
+        QTimer::singleShot(SettleMs, this, [this, key] { look(key, true); });
+        return;
+    }
+    for (const QString& file : qAsConst(run.files))
+        QFile::remove(file);
+    m_runs.erase(found);
+    qInfo() << "program" << key.second << "of" << BottleName::shown(key.first) << "has ended";
+    Q_EMIT exited(key.second);
+}
