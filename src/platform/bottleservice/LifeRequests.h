@@ -23,7 +23,7 @@ public:
     void runCommand(const QString& bottle, const QString& commandLine, const Reply& reply);
 
 Q_SIGNALS:
-    void programExited(const QString& programId);
+    void programExited(const QString& bottle, const QString& programId);
 
 private:
     Answer startCommand(const QString& bottle, const QStringList& arguments);

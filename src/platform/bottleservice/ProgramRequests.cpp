@@ -231,5 +231,6 @@ Answer ProgramRequests::enter(const QString& bottle, const Found& found) {
         qInfo() << "found program" << id << "in the shortcuts of" << BottleName::shown(bottle);
         Q_EMIT programAdded(bottle, id, compact(settings->program(id)));
     }
+    Q_EMIT scanned(bottle);
     return Answer::of(compact(added));
 }

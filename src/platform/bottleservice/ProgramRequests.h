@@ -39,6 +39,8 @@ public:
 Q_SIGNALS:
     void programAdded(const QString& bottle, const QString& programId, const QString& recordJson);
     void programUpdated(const QString& bottle, const QString& programId, const QString& recordJson);
+    /// The bottle was scanned, which callers ask for when something may have been installed.
+    void scanned(const QString& bottle);
     void programDeleted(const QString& bottle, const QString& programId);
 
 private:

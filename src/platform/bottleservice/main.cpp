@@ -9,6 +9,7 @@
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/DataDirLock.h"
+#include "bottleservice/DesktopRequests.h"
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/LifeRequests.h"
 #include "bottleservice/ProgramRequests.h"
@@ -16,6 +17,7 @@
 #include "bottleservice/SettingsRequests.h"
 #include "bottleservice/ShutdownSignals.h"
 #include "bottleservice/wire/BottlesObject.h"
+#include "bottleservice/wire/DesktopMethods.h"
 #include "bottleservice/wire/LifeMethods.h"
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
@@ -69,8 +71,12 @@ int main(int argc, char** argv) {
     LifeRequests life(&engine);
     SettingsRequests settings(&engine);
     settings.recover();
+    DesktopRequests desktop(&engine, &programs, CELLARIX_COMMAND, CELLARIX_ICON_EXTRACTOR);
+    desktop.recover();
+    QObject::connect(&life, &LifeRequests::programExited, &desktop, &DesktopRequests::collectAssociations);
     BottlesObject bottles(&engine);
     addProgramMethods(&bottles, &programs);
+    addDesktopMethods(&bottles, &desktop);
     addLifeMethods(&bottles, &life);
     addSettingsMethods(&bottles, &settings);
     ManagerObject manager(application.applicationVersion());

@@ -53,7 +53,11 @@ private Q_SLOTS:
             "CreateShortCut \"$DESKTOP\\主程序.lnk\" \"$INSTDIR\\主程序.exe\" '--mode \"a b\"'\n"
             "CreateDirectory $SMPROGRAMS\\App\nCreateShortCut $SMPROGRAMS\\App\\主程序.lnk "
             "$INSTDIR\\主程序.exe '--mode \"a b\"'\n"
-            "CreateShortCut $SMPROGRAMS\\App\\Uninstall.lnk $INSTDIR\\uninst.exe\nSectionEnd\nSection "
+            "CreateShortCut $SMPROGRAMS\\App\\Uninstall.lnk $INSTDIR\\uninst.exe\n"
+            "WriteRegStr HKCU Software\\Classes\\.cxt '' Cx.Doc\n"
+            "WriteRegStr HKCU Software\\Classes\\Cx.Doc '' '文档'\n"
+            "WriteRegStr HKLM Software\\Classes\\Cx.Doc\\shell\\open\\command '' "
+            "'\"$INSTDIR\\主程序.exe\" \"%1\"'\nSectionEnd\nSection "
             "Uninstall\nSectionEnd\n");
         script.close();
         QVERIFY(QFile::copy(SAMPLE_PROGRAM, work.path() + "/window64.exe"));
@@ -98,6 +102,29 @@ private Q_SLOTS:
         for (const char* place : {"/data/applications", "/data/mime", "/data/desktop-directories"})
             QVERIFY2(!QFileInfo::exists(service.home() + place), place);
 
+        // What it registered is known once Wine has written its registry, and exported when somebody asks.
+        const QString associations = service.bottlePath("b") + "/assosiate.json";
+        const auto rescan = [&] {
+            service.call("scanApplicationLinks", {"b", before, true});
+            return QFileInfo::exists(associations);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(rescan(), 60000);
+        QVERIFY(
+            service.call("exportFileAssociations", {"b", QStringList{".no"}}).errorMessage().contains(".no"));
+        QCOMPARE(service.call("exportFileAssociations", {"b", QStringList{".cxt"}}).errorMessage(),
+                 QString());
+        QVERIFY(QDir().mkpath(service.home() + "/Desktop"));
+        const QString entered = added[0].toObject()["id"].toString();
+        QCOMPARE(service.call("createDesktopEntry", {"b", entered}).errorMessage(), QString());
+        const QString menu = service.home() + "/data/applications";
+        QTRY_VERIFY(QFileInfo::exists(menu + "/mimeinfo.cache"));
+        const QStringList entries = QDir(menu).entryList({"*.desktop"});
+        QCOMPARE(entries.size(), 2);
+        for (const QString& entry : entries)
+            QCOMPARE(QProcess::execute("desktop-file-validate", {menu + '/' + entry}), 0);
+        QTRY_VERIFY(QFileInfo::exists(service.home() + "/data/mime/application/x-cellarix-cxt.xml"));
+        QCOMPARE(QDir(service.home() + "/Desktop").entryList({"*.desktop"}).size(), 1);
+
         // A client adopts what was found, and removes what was entered.
         const QString record = QJsonDocument(found).toJson(QJsonDocument::Compact);
         QCOMPARE(service.call("updateExternalProgram", {"b", record}).errorMessage(), QString());
@@ -105,6 +132,10 @@ private Q_SLOTS:
         service.call("removeExternalProgram", {"b", added[0].toObject()["id"].toString()});
         QVERIFY(!QFileInfo::exists(service.bottlePath("b") + "/icons/" +
                                    added[0].toObject()["id"].toString() + ".png"));
+        QCOMPARE(QDir(menu).entryList({"*.desktop"}).size(), 1);
+        QCOMPARE(service.call("delete", {"b"}).errorMessage(), QString());
+        QVERIFY(QDir(menu).entryList({"*.desktop"}).isEmpty());
+        QTRY_VERIFY(!QFileInfo::exists(service.home() + "/data/mime/application/x-cellarix-cxt.xml"));
         QVERIFY(!service.call("scanApplicationLinks", {"none", before, true}).errorMessage().isEmpty());
     }
 };

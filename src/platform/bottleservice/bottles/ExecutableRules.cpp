@@ -36,3 +36,10 @@ bool ExecutableRules::isProgramShortcut(const QString& shortcutName, const QStri
                "^(unin|uninst|msiexec)|uninstall|^(explorer|iexplore|notepad|winhlp32|hh|rundll32)\\.exe$",
                file);
 }
+
+bool ExecutableRules::isOfWine(const QString& path) {
+    return matches(
+        "^c:\\\\(windows|program files( \\(x86\\))?\\\\(windows nt|internet explorer|windows media "
+        "player))\\\\",
+        path);
+}

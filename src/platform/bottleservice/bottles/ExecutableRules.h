@@ -13,4 +13,7 @@ Kind kindOf(const QString& fileName);
 /// Whether a shortcut of this name to this file is worth an entry: no uninstaller, no help, no web page.
 bool isProgramShortcut(const QString& shortcutName, const QString& target);
 
+/// Whether a Windows path leads to one of the programs that Wine brings with it.
+bool isOfWine(const QString& path);
+
 }  // namespace ExecutableRules

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QUuid>
 
 #include "bottleservice/bottles/Programs.h"
 
@@ -11,6 +12,8 @@ namespace {
 
 constexpr int PollMs = 200;
 constexpr int TimeoutMs = 25000;  // the script gives up after 20 s
+
+const QUuid Namespace("{b1e0a5f2-5a0f-4a55-9d4c-0d6a2f6f7a10}");
 
 QString directoryOf(const QString& bottlePath) {
     return bottlePath + "/icons";
@@ -21,6 +24,10 @@ QString nameOf(const QString& id) {
 }
 
 }  // namespace
+
+QString ProgramIcon::idFor(const QString& source) {
+    return QUuid::createUuidV5(Namespace, source.toLower()).toString(QUuid::WithoutBraces);
+}
 
 QString ProgramIcon::extract(const QString& script, const QString& bottlePath, const QString& id,
                              const QStringList& files, const std::atomic_bool& cancelled) {

@@ -4,8 +4,11 @@
 #include <QStringList>
 #include <atomic>
 
-/// The icon of a program of a bottle, kept as "icons/<id>.png" in it.
+/// Icons of a bottle's programs and kinds of files, kept as "icons/<id>.png" in it.
 namespace ProgramIcon {
+
+/// A made-up id for the icon of something that is no program.
+QString idFor(const QString& source);
 
 /// Takes the icon out of the first of the files that has one. The path of the icon, or empty. Runs a child
 /// process of at most 25 s: for worker threads.

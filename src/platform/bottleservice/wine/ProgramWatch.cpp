@@ -94,5 +94,5 @@ void ProgramWatch::look(const Key& key, bool isLast) {
         QFile::remove(file);
     m_runs.erase(found);
     qInfo() << "program" << key.second << "of" << BottleName::shown(key.first) << "has ended";
-    Q_EMIT exited(key.second);
+    Q_EMIT exited(key.first, key.second);
 }

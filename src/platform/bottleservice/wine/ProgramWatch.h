@@ -27,7 +27,7 @@ public:
 
 Q_SIGNALS:
     /// Once when nothing of the program runs any more in its bottle.
-    void exited(const QString& programId);
+    void exited(const QString& bottle, const QString& programId);
 
 private:
     /// Two launches of one program in one bottle cannot be told apart and end together.

@@ -8,6 +8,7 @@ void addLifeMethods(BusObject* object, LifeRequests* requests) {
     handleTwoTexts<LifeRequests>(
         object, requests,
         {{"killProgram", &LifeRequests::killProgram}, {"run_command", &LifeRequests::runCommand}});
-    QObject::connect(requests, &LifeRequests::programExited, object,
-                     [object](const QString& id) { object->emitSignal("program_exited", {id}); });
+    QObject::connect(
+        requests, &LifeRequests::programExited, object,
+        [object](const QString&, const QString& id) { object->emitSignal("program_exited", {id}); });
 }

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QObject>
+#include <QStringList>
+
+#include "bottleservice/Answer.h"
+#include "bottleservice/desktop/MadeFiles.h"
+
+class BottleEngine;
+class ProgramRequests;
+
+/// What bottles have to do with the user's desktop. Only these requests put anything into menus, onto the
+/// desktop or among its MIME types, and they take it back when the program or the bottle goes.
+class DesktopRequests : public QObject {
+    Q_OBJECT
+
+public:
+    /// `command` is the application that entries start, iconScript the path of icon_extractor.py.
+    DesktopRequests(BottleEngine* engine, ProgramRequests* programs, const QString& command,
+                    const QString& iconScript, QObject* parent = nullptr);
+
+    /// Takes back what was made for bottles that are gone.
+    void recover();
+
+    void createDesktopEntry(const QString& bottle, const QString& programId, const Reply& reply);
+
+    /// Exports these associations of the bottle and no others.
+    void exportFileAssociations(const QString& bottle, const QStringList& keys, const Reply& reply);
+
+    /// Reads what the bottle's programs have registered, now and again when the registry is on the disk.
+    void collectAssociations(const QString& bottle);
+
+private:
+    Answer writeEntry(const QString& bottle, const QString& programId);
+    Answer writeAssociations(const QString& bottle, const QStringList& keys);
+    bool rememberExported(const QString& bottle, const QStringList& keys, QString* error);
+    void collectNow(const QString& bottle);
+    Answer keep(const QString& bottle, const QJsonObject& associations);
+    void forgetBottle(const QString& bottle);
+    void refreshDatabases();
+
+    BottleEngine* m_engine;
+    QString m_command;
+    QString m_iconScript;
+    MadeFiles m_made;
+};

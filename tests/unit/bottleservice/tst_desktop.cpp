@@ -1,0 +1,84 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QtTest>
+
+#include "bottleservice/bottles/Associations.h"
+#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/desktop/DesktopEntry.h"
+#include "bottleservice/desktop/MadeFiles.h"
+
+/// What the service tells the desktop, and what it takes back.
+class tst_Desktop : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void entry() {
+        DesktopEntry entry;
+        entry.name = "a\\b\nExec=sh";
+        entry.icon = "/x/y.png";
+        entry.command = QStringList{"/opt/a b", "lumorawine://公 \"$(x)`%f\\/1"};
+        entry.wmClass = "p.exe";
+        const QByteArray text = entry.toText();
+        QVERIFY2(text.contains("\nName=a\\\\b Exec=sh\n"), text.constData());
+        // What a reader of the file sees once it has undone the escapes of values.
+        QVERIFY2(text.contains("\nExec=\"/opt/a b\" \"lumorawine://公 \\\\\"\\\\$(x)\\\\`%%f\\\\\\\\/1\"\n"),
+                 text.constData());
+    }
+
+    void associations() {
+        const auto classes = RegistryFile::parse(
+            "WINE REGISTRY Version 2\n\n[Software\\\\Classes\\\\.CXT] 1\n#time=1\n@=\"Cx.Doc\"\n"
+            "\"Content Type\"=\"Application/X-Cxt\"\n\n[Software\\\\Classes\\\\Cx.Doc] 1\n"
+            "@=\"\\x6587\\x4ef6 \\\"a\\\"\"\n[Software\\\\Classes\\\\Cx.Doc\\\\shell\\\\open\\\\command]\n"
+            "@=\"C:\\\\P F\\\\cx.exe \\\"%1\\\"\"\n[Software\\\\Classes\\\\.txt]\n@=\"Cx.Doc\"\n"
+            "[Software\\\\Classes\\\\.bad/..]\n@=\"Cx.Doc\"\n[Software\\\\Classes\\\\.none]\n@=\"\"\n"
+            "[Software\\\\Classes\\\\.own]\n@=\"own\"\n["
+            "Software\\\\Classes\\\\own\\\\shell\\\\open\\\\command]\n"
+            "@=str(2):\"C:\\\\windows\\\\notepad.exe %1\"\n[Software\\\\Classes\\\\cx-link]\n"
+            "\"URL Protocol\"=\"\"\n\"broken\n\"n\"=dword:1\n"
+            "[Software\\\\Classes\\\\cx-link\\\\shell\\\\open\\\\command]\n"
+            "@=\"\\\"C:\\\\cx.exe\\\" "
+            "\\\"%1\\\"\"\n[Software\\\\Other\\\\.x]\n@=\"Cx.Doc\"\n[Software\\\\Classes\\\\",
+            "Software\\Classes\\");
+        const QJsonObject found = Associations::collect(classes);
+        QCOMPARE(found.keys(), QStringList({".cxt", ".txt", "cx-link"}));
+        const QJsonObject cxt = found[".cxt"].toObject();
+        QCOMPARE(cxt["mime"].toString(), QString("application/x-cxt"));
+        QCOMPARE(cxt["executable"].toString(), QString("C:\\P F\\cx.exe"));
+        QCOMPARE(cxt["comment"].toString(), QString("文件 \"a\""));
+        QCOMPARE(found[".txt"].toObject()["mime"].toString(), QString("text/plain"));
+        QCOMPARE(found["cx-link"].toObject()["mime"].toString(), QString("x-scheme-handler/cx-link"));
+    }
+
+    void onlyOwnFilesAreTakenBack() {
+        QTemporaryDir home;
+        const QString other = home.path() + "/letter";
+        QString error;
+        QVERIFY(BottleStore::replaceFile(other, "x", &error));
+        MadeFiles made(home.path());
+        const QString prefix = MadeFiles::prefixOf("b");
+        const QString first = home.path() + "/apps/" + prefix + "1.desktop";
+        const QString link = home.path() + '/' + prefix + "2.desktop";
+        QVERIFY(made.make("b", "1", first, "a", true, &error));
+        QVERIFY(made.make("b", "2", link, "a", false, &error));
+        QVERIFY(QFile::remove(link) && QFile::link(other, link));
+        QVERIFY(!made.make("b", "2", link, "a", false, &error));
+        QCOMPARE(made.bottles(), QStringList("b"));
+
+        // Somebody writes foreign paths into the record.
+        QFile file(home.path() + "/made-files.json");
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QJsonObject record = QJsonDocument::fromJson(file.readAll()).object();
+        record["b"] = QJsonObject{{"1", QJsonArray{first, other, home.path(), 5}}, {"2", QJsonArray{link}}};
+        file.resize(0);
+        file.write(QJsonDocument(record).toJson());
+        file.close();
+        QCOMPARE(made.undo("b"), 1);
+        QVERIFY(!QFile::exists(first) && QFile::exists(other) && QFileInfo(link).isSymLink());
+        QVERIFY(made.bottles().isEmpty());
+        QVERIFY(!made.has("b", "1"));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Desktop)
+#include "tst_desktop.moc"
