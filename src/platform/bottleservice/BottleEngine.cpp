@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/bottles/PublicBottles.h"
@@ -61,6 +62,7 @@ void BottleEngine::recover() {
         });
         stopper->start();
     }
+    removeUnfinishedFiles();
     QStringList keys;
     for (const QString& name : m_runners.names())
         keys += Templates::keyOf(*m_runners.find(name));
@@ -74,6 +76,16 @@ void BottleEngine::recover() {
         keys += settings->templateKey();
     }
     m_templates.removeAllBut(keys);
+}
+
+void BottleEngine::removeUnfinishedFiles() {
+    QStringList files = AtomicFile::leftovers(m_dataDir);
+    for (const QString& bottle : m_store.names())
+        files += AtomicFile::leftovers(m_store.pathOf(bottle));
+    for (const QString& file : qAsConst(files)) {
+        qWarning() << "an earlier run of the service was interrupted; removing what it left:" << file;
+        QFile::remove(file);
+    }
 }
 
 void BottleEngine::renew(const QString& bottle) {

@@ -72,6 +72,7 @@ Q_SIGNALS:
     void closed();
 
 private:
+    void removeUnfinishedFiles();
     void tellClosed();
     void writeLaunchData(const QString& bottle, const BottleYaml& settings) const;
 

@@ -12,6 +12,7 @@
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/ProgramRequests.h"
 #include "bottleservice/bottles/Associations.h"
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/WindowsPath.h"
@@ -159,7 +160,7 @@ bool DesktopRequests::rememberExported(const QString& bottle, const QStringList&
         all.remove(bottle);
     else
         all.insert(bottle, QJsonArray::fromStringList(keys));
-    return all == before || BottleStore::replaceFile(path, QJsonDocument(all).toJson(), error);
+    return all == before || AtomicFile::replace(path, QJsonDocument(all).toJson(), error);
 }
 
 void DesktopRequests::collectAssociations(const QString& bottle) {
@@ -196,8 +197,7 @@ Answer DesktopRequests::keep(const QString& bottle, const QJsonObject& associati
         return usable;
     QString error;
     qInfo() << "programs of" << BottleName::shown(bottle) << "open" << associations.keys();
-    return BottleStore::replaceFile(path + Associations::FileName, QJsonDocument(associations).toJson(),
-                                    &error)
+    return AtomicFile::replace(path + Associations::FileName, QJsonDocument(associations).toJson(), &error)
                ? Answer::of()
                : failed(error);
 }

@@ -51,6 +51,8 @@ QProcessEnvironment ServiceFixture::environment() const {
     environment.insert("DBUS_SESSION_BUS_ADDRESS", m_address);
     // A bus may start the service without any locale; names in Chinese must work all the same.
     environment.insert("LC_ALL", "C");
+    for (auto it = variables.begin(); it != variables.end(); ++it)
+        environment.insert(it.key(), it.value());
     return environment;
 }
 

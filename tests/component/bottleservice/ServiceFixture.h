@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QMap>
 #include <QObject>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -38,6 +39,9 @@ public:
 
     /// "name(argument, ...)" in the order of arrival.
     QStringList signalLog;
+
+    /// Variables of the service's environment besides its own, for the next start.
+    QMap<QString, QString> variables;
 
 private Q_SLOTS:
     void onSignal(const QDBusMessage& message);

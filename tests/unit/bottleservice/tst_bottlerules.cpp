@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/bottles/LaunchData.h"
@@ -121,7 +122,7 @@ void tst_BottleRules::storeOnlyKnowsRealBottles() {
     for (const char* foreign : {"nothing", "file", "linked", "linkedfile"})
         QVERIFY2(store.state(foreign) == BottleStore::State::Foreign, foreign);
     QString error;
-    QVERIFY(!BottleStore::replaceFile(root + "/linkedfile/bottle.yml", "gone", &error));
+    QVERIFY(!AtomicFile::replace(root + "/linkedfile/bottle.yml", "gone", &error));
     QVERIFY(error.contains("link"));
 
     QVERIFY(QFile::rename(root + "/public", directory.filePath("elsewhere")));

@@ -3,7 +3,7 @@
 #include <QtTest>
 
 #include "bottleservice/bottles/Associations.h"
-#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/desktop/DesktopEntry.h"
 #include "bottleservice/desktop/MadeFiles.h"
 
@@ -54,7 +54,7 @@ private Q_SLOTS:
         QTemporaryDir home;
         const QString other = home.path() + "/letter";
         QString error;
-        QVERIFY(BottleStore::replaceFile(other, "x", &error));
+        QVERIFY(AtomicFile::replace(other, "x", &error));
         MadeFiles made(home.path());
         const QString prefix = MadeFiles::prefixOf("b");
         const QString first = home.path() + "/apps/" + prefix + "1.desktop";

@@ -2,8 +2,8 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/YamlText.h"
 
@@ -106,18 +106,5 @@ bool BottleStore::saveTo(const QString& directory, const BottleYaml& settings, Q
         *error = "The settings of the bottle have become too large; nothing was changed.";
         return false;
     }
-    return replaceFile(directory + SettingsFile, text, error);
-}
-
-bool BottleStore::replaceFile(const QString& path, const QByteArray& content, QString* error) {
-    const QFileInfo info(path);
-    if (info.isSymLink() || (info.exists() && !info.isFile())) {
-        *error = QString("%1 is a link or no file, and is not written.").arg(path);
-        return false;
-    }
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
-        return true;
-    *error = QString("Cannot write %1: %2.").arg(path, file.errorString());
-    return false;
+    return AtomicFile::replace(directory + SettingsFile, text, error);
 }

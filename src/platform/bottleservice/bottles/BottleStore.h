@@ -41,9 +41,6 @@ public:
     /// The same for a directory that is not yet in its place.
     static bool saveTo(const QString& directory, const BottleYaml& settings, QString* error);
 
-    /// Writes a file atomically and never through a link.
-    static bool replaceFile(const QString& path, const QByteArray& content, QString* error);
-
 private:
     QStringList namesIn(const QString& directory, const QString& prefix) const;
 

@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/settings/SettingRules.h"
 #include "bottleservice/wine/Emulators.h"
@@ -82,8 +82,8 @@ QJsonObject render(const QString& bottlePath, const QJsonObject& record, const R
 
 bool write(const QString& directory, QJsonObject data, QString* error) {
     data.insert("source", stampOf(directory));
-    return BottleStore::replaceFile(directory + FileName, QJsonDocument(data).toJson(QJsonDocument::Compact),
-                                    error);
+    return AtomicFile::replace(directory + FileName, QJsonDocument(data).toJson(QJsonDocument::Compact),
+                               error);
 }
 
 bool isStale(const QString& bottlePath) {

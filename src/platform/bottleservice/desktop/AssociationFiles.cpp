@@ -35,7 +35,7 @@ DesktopEntry entry(const QString& command, const QString& bottle, const QString&
     entry.command = QStringList{command, "--open", bottle, key};
     entry.fileArgument = key.startsWith('.') ? "%f" : "%u";
     entry.mimeTypes = QStringList{association["mime"].toString()};
-    entry.wmClass = program;
+    entry.wmClass = program.toLower();
     entry.isHidden = true;
     return entry;
 }

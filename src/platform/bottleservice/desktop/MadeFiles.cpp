@@ -8,7 +8,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/bottles/AtomicFile.h"
 
 namespace {
 
@@ -53,7 +53,7 @@ bool MadeFiles::make(const QString& bottle, const QString& owner, const QString&
         *error = QString("Cannot make the directory of %1.").arg(path);
         return false;
     }
-    if (!BottleStore::replaceFile(path, content, error))
+    if (!AtomicFile::replace(path, content, error))
         return false;
     if (isExecutable)
         QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner | QFile::ExeUser);
@@ -95,5 +95,5 @@ QJsonObject MadeFiles::load() const {
 bool MadeFiles::save(const QJsonObject& record, QString* error) const {
     if (record == load())
         return true;
-    return BottleStore::replaceFile(m_file, QJsonDocument(record).toJson(), error);
+    return AtomicFile::replace(m_file, QJsonDocument(record).toJson(), error);
 }
