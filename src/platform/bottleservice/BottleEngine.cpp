@@ -8,6 +8,7 @@
 
 #include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/bottles/PublicBottles.h"
 #include "bottleservice/jobs/CreateBottleJob.h"
@@ -20,18 +21,11 @@
 #include "bottleservice/wine/WineEnvironment.h"
 
 using Fault = Answer::Fault;
+using JsonText::compact;
 
 namespace {
 
 constexpr int VersionTimeoutMs = 10000;
-
-QString compact(const QJsonObject& object) {
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
-}
-
-QString compact(const QJsonArray& array) {
-    return QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact));
-}
 
 }  // namespace
 
@@ -109,6 +103,12 @@ Answer BottleEngine::checked(const QString& bottle) const {
         return Answer::failure(Fault::InvalidArgs, invalid);
     const QString missing = m_store.check(bottle);
     return missing.isEmpty() ? Answer::of() : Answer::failure(Fault::NoSuchBottle, missing);
+}
+
+Answer BottleEngine::noProgram(const QString& bottle, const QString& programId) {
+    return Answer::failure(Fault::NoSuchProgram,
+                           QString("The bottle \"%1\" has no program \"%2\".")
+                               .arg(BottleName::shown(bottle), BottleName::shown(programId)));
 }
 
 Answer BottleEngine::list() const {

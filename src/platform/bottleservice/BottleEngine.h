@@ -53,6 +53,7 @@ public:
     bool refuse(const QString& bottle, const Reply& reply) const;
     /// Good if the bottle may be used.
     Answer checked(const QString& bottle) const;
+    static Answer noProgram(const QString& bottle, const QString& programId);
     /// The settings of a bottle that may be used; otherwise nothing, and why.
     std::optional<BottleYaml> loaded(const QString& bottle, Answer* failure) const;
     void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);

@@ -86,9 +86,7 @@ Answer DesktopRequests::writeEntry(const QString& bottle, const QString& program
     if (!settings)
         return failure;
     if (!settings->hasProgram(programId))
-        return Answer::failure(Fault::NoSuchProgram,
-                               QString("The bottle \"%1\" has no program \"%2\".")
-                                   .arg(BottleName::shown(bottle), BottleName::shown(programId)));
+        return BottleEngine::noProgram(bottle, programId);
     const QJsonObject program = settings->program(programId);
     const QString icon = program["icon"].toString();
     const QString file = QString(program["path"].toString()).replace('\\', '/').section('/', -1);

@@ -9,27 +9,17 @@
 #include <QtConcurrent/QtConcurrent>
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/bottles/Manifest.h"
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/WindowsPath.h"
 #include "bottleservice/jobs/WorkerJob.h"
 
 using Fault = Answer::Fault;
-
-namespace {
-
-template <class Json>
-QString compact(const Json& json) {
-    return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
-}
-
-Answer noProgram(const QString& bottle, const QString& id) {
-    return Answer::failure(Fault::NoSuchProgram, QString("The bottle \"%1\" has no program \"%2\".")
-                                                     .arg(BottleName::shown(bottle), BottleName::shown(id)));
-}
-
-}  // namespace
+using JsonText::compact;
 
 ProgramRequests::ProgramRequests(BottleEngine* engine, const QString& iconScript, QObject* parent)
     : QObject(parent), m_engine(engine), m_iconScript(iconScript) {}
@@ -92,7 +82,7 @@ Answer ProgramRequests::removeProgram(const QString& bottle, const QString& prog
         return failure;
     QString error;
     if (!settings->removeProgram(programId))
-        return noProgram(bottle, programId);
+        return BottleEngine::noProgram(bottle, programId);
     if (!m_engine->saveSettings(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << "removed program" << BottleName::shown(programId) << "of" << BottleName::shown(bottle);
@@ -210,6 +200,34 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
         return [this, bottle, found = found.mid(known)] { return enter(bottle, found); };
     };
     m_engine->enqueue(bottle, std::make_unique<WorkerJob>(work, reply));
+}
+
+void ProgramRequests::dumpManifest(const QString& formJson, const Reply& reply) {
+    QString error;
+    const QJsonObject form = Manifest::parseForm(formJson, &error);
+    if (!error.isEmpty()) {
+        reply(Answer::failure(Fault::InvalidArgs, error));
+        return;
+    }
+    const QString bottle = form["bottlesName"].toString();
+    if (!m_engine->refuse(bottle, reply))
+        m_engine->enqueue(bottle, reply, [this, bottle, form] { return writeManifest(bottle, form); });
+}
+
+Answer ProgramRequests::writeManifest(const QString& bottle, const QJsonObject& form) {
+    Answer failure;
+    const auto settings = m_engine->loaded(bottle, &failure);
+    if (!settings)
+        return failure;
+    const QString id = form["programUuid"].toString();
+    if (!settings->hasProgram(id))
+        return BottleEngine::noProgram(bottle, id);
+    const QString path = m_engine->store().pathOf(bottle) + Manifest::FileName;
+    QString error;
+    if (!AtomicFile::replace(path, Manifest::render(form, settings->record(), settings->program(id)), &error))
+        return Answer::failure(Fault::Failed, error);
+    qInfo() << "wrote" << path;
+    return Answer::of(path);
 }
 
 Answer ProgramRequests::enter(const QString& bottle, const Found& found) {

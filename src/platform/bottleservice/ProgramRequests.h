@@ -36,6 +36,9 @@ public:
     /// Answers with the records that are new.
     void scanApplicationLinks(const QString& bottle, qint64 since, const Reply& reply);
 
+    /// Writes the recipe of a bottle into it and answers with the file's path; Manifest tells the form.
+    void dumpManifest(const QString& formJson, const Reply& reply);
+
 Q_SIGNALS:
     void programAdded(const QString& bottle, const QString& programId, const QString& recordJson);
     void programUpdated(const QString& bottle, const QString& programId, const QString& recordJson);
@@ -48,6 +51,7 @@ private:
 
     Answer updateProgram(const QString& bottle, const QJsonObject& given);
     Answer removeProgram(const QString& bottle, const QString& programId);
+    Answer writeManifest(const QString& bottle, const QJsonObject& form);
     Answer enter(const QString& bottle, const Found& found);
     /// Work that reads one bottle, in a worker and beside the bottle's queue.
     void read(const QString& bottle, const Reply& reply, std::function<QJsonArray(const QJsonObject&)> work);

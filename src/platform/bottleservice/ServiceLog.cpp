@@ -1,5 +1,7 @@
 #include "bottleservice/ServiceLog.h"
 
+#include <unistd.h>
+
 #include <QLoggingCategory>
 
 #include "fenk/Log.h"
@@ -16,7 +18,9 @@ const char Format[] = "%{time}{yyyy-MM-dd HH:mm:ss.zzz} [%{type:-7}] [%{file}:%{
 void start(const QString& dataDir) {
     QLoggingCategory::setFilterRules("*.debug=false");
     Fenk::LogManager::setLogFormat(Format);
-    Fenk::LogManager::registerConsoleAppender();
+    // A pipe that nobody empties would one day stop the service.
+    if (isatty(STDERR_FILENO) || qEnvironmentVariableIsSet("JOURNAL_STREAM"))
+        Fenk::LogManager::registerConsoleAppender();
     auto file = std::make_unique<Fenk::RollingFileAppender>(dataDir + "/service.log");
     file->setDatePattern(Fenk::RollingFileAppender::Daily);
     file->setLogFilesLimit(FilesLimit);

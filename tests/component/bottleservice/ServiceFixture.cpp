@@ -35,7 +35,7 @@ ServiceFixture::~ServiceFixture() {
             kill();
     }
     if (QTest::currentTestFailed())
-        qDebug().noquote() << m_service.readAll();
+        qDebug().noquote() << log();
     QDBusConnection::disconnectFromBus("bottleservice-test");
     stopBus();
 }
@@ -89,6 +89,11 @@ static QDBusMessage bottlesCall(const QString& method, const QVariantList& argum
     QDBusMessage message = QDBusMessage::createMethodCall(Service, BottlesPath, BottlesInterface, method);
     message.setArguments(arguments);
     return message;
+}
+
+QByteArray ServiceFixture::log() const {
+    QFile file(dataDir() + "/service.log");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QDBusMessage ServiceFixture::call(const QString& method, const QVariantList& arguments) const {

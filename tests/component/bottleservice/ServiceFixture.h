@@ -31,6 +31,7 @@ public:
     QDBusMessage callManager(const QString& method) const;
     QString introspect(const QString& path) const;
     bool isOnBus() const;
+    QByteArray log() const;
 
     QString home() const { return m_home.path(); }
     QString dataDir() const { return m_home.path() + "/data/lumora-wine-bottles"; }

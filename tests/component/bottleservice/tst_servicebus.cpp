@@ -329,6 +329,21 @@ void tst_ServiceBus::programsOfAHandMadeBottle() {
     QCOMPARE(summaries[0].toObject()["stars"].toInt(), 3);
     QCOMPARE(m_service->call("removeExternalProgram", {"hand", "other"}).errorName(),
              QString("com.lumora.Error.NoSuchProgram"));
+    QJsonObject form{{"bottlesName", "hand"}, {"programUuid", id}, {"name", "N: #"}};
+    const auto dump = [&] {
+        return m_service->call("dumpManifest", {QString(QJsonDocument(form).toJson())})
+            .arguments()[0]
+            .toString();
+    };
+    QVERIFY(dump().contains("must be text"));
+    for (const char* key :
+         {"introduction", "downloadUrl", "packageSize", "contributor", "category", "contributorEmail"})
+        form[key] = "t";
+    QFile manifest(dump());
+    QVERIFY(manifest.open(QIODevice::ReadOnly));
+    const QByteArray recipe = manifest.readAll();
+    QVERIFY2(recipe.contains("Name: \"N: #\"") && recipe.contains("edited.exe"), recipe.constData());
+
     m_service->call("removeExternalProgram", {"hand", id});
     QTRY_COMPARE(m_service->signalLog.size(), 2);
     QCOMPARE(m_service->signalLog[1], "program_deleted(hand, " + id + ')');
@@ -353,7 +368,7 @@ void tst_ServiceBus::secondServiceOnTheSameDataGivesUp() {
     m_service->startSecond(second);
     QVERIFY(second.waitForFinished(30000));
     QCOMPARE(second.exitCode(), 1);
-    QVERIFY(second.readAll().contains("in use by a service of another session"));
+    QVERIFY(m_service->log().contains("in use by a service of another session"));
 }
 
 void tst_ServiceBus::quitEndsAndStartsAnew() {
@@ -365,9 +380,7 @@ void tst_ServiceBus::quitEndsAndStartsAnew() {
     QVERIFY(m_service->start());
     QTRY_VERIFY(!QFileInfo::exists(m_service->bottlePath(".creating-left")));
     QTRY_VERIFY(!QFileInfo::exists(m_service->bottlePath("public/.deleting-left")));
-    QFile log(m_service->dataDir() + "/service.log");
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    QVERIFY(log.readAll().contains("an earlier run of the service was interrupted"));
+    QVERIFY(m_service->log().contains("an earlier run of the service was interrupted"));
 }
 
 void tst_ServiceBus::busLossEndsTheService() {

@@ -10,7 +10,8 @@ void addProgramMethods(BusObject* object, ProgramRequests* requests) {
         requests->scanApplicationLinks(arguments[0].toString(), arguments[1].toLongLong(), reply);
     });
     handleOneText<ProgramRequests>(object, requests,
-                                   {{"listBottlesAllPrograms", &ProgramRequests::listBottlesAllPrograms},
+                                   {{"dumpManifest", &ProgramRequests::dumpManifest},
+                                    {"listBottlesAllPrograms", &ProgramRequests::listBottlesAllPrograms},
                                     {"getExternalProgramsDllList", &ProgramRequests::listDlls},
                                     {"getExternalProgramsUpdateExes", &ProgramRequests::listUpdaters}});
     handleTwoTexts<ProgramRequests>(object, requests,
