@@ -4,6 +4,7 @@ set(CELLARIX_BUILD_TYPE "Release" CACHE STRING "Any other word reads data from d
 option(CELLARIX_TESTS "Build the tests" ON)
 option(CELLARIX_BENCH "Build the benchmarks" OFF)
 option(CELLARIX_WERROR "Treat warnings as errors" OFF)
+option(CELLARIX_FUZZ "Build the fuzz targets with libFuzzer; needs clang" OFF)
 set(CELLARIX_SANITIZE "" CACHE STRING "Value for -fsanitize, empty for none")
 
 set(CELLARIX_AGREEMENT_URL "http://localhost/cellarix/agreement/%1.html" CACHE STRING

@@ -12,7 +12,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 add_library(cellarix_flags INTERFACE)
 # GCC 12 sees overreads in Qt's inline string comparisons that are not there.
 target_compile_options(cellarix_flags INTERFACE
-  -Wall -Wextra -Wshadow -Wno-stringop-overread $<$<BOOL:${CELLARIX_WERROR}>:-Werror>)
+  -Wall -Wextra -Wshadow $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread> $<$<BOOL:${CELLARIX_WERROR}>:-Werror>)
 target_compile_definitions(cellarix_flags INTERFACE
   QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS QT_MESSAGELOGCONTEXT
   QT_DEPRECATED_WARNINGS QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
@@ -21,6 +21,9 @@ target_include_directories(cellarix_flags INTERFACE
 if(CELLARIX_SANITIZE)
   target_compile_options(cellarix_flags INTERFACE -fsanitize=${CELLARIX_SANITIZE} -fno-omit-frame-pointer)
   target_link_options(cellarix_flags INTERFACE -fsanitize=${CELLARIX_SANITIZE})
+endif()
+if(CELLARIX_FUZZ)
+  target_compile_options(cellarix_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 find_program(CELLARIX_LLD ld.lld)
 if(CELLARIX_LLD)
