@@ -27,6 +27,7 @@ def bottles(method, *arguments):
 
 
 def timed(function, *arguments):
+    os.sync()  # what was written before is not to be paid for here
     begin = time.time()
     function(*arguments)
     return time.time() - begin

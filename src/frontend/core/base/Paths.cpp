@@ -31,6 +31,11 @@ QString peVersionInfoScript() {
 QString exeScannerScript() {
     return shareDir() + "/scripts/exe_scanner.py";
 }
+QString processWindowTool() {
+    return BuildInfo::isRelease()
+               ? shareDir() + "/tools/enum_process_window.exe"
+               : QStringLiteral(CELLARIX_BUILD_DIR) + "/../../tools/enum_process_window.exe";
+}
 QString iconExtractorScript() {
     return shareDir() + "/scripts/icon_extractor.py";
 }

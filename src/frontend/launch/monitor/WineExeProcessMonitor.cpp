@@ -1,0 +1,99 @@
+#include "launch/monitor/WineExeProcessMonitor.h"
+
+#include <QDateTime>
+#include <QDebug>
+
+#include "core/base/Paths.h"
+
+namespace {
+
+constexpr int TaskkillStartMs = 200;
+
+}  // namespace
+
+WineExeProcessMonitor::WineExeProcessMonitor(QObject* parent) : QObject(parent) {
+    connect(&monitorProcess, &QProcess::readyReadStandardOutput, this,
+            &WineExeProcessMonitor::onProcessStdout);
+    connect(&monitorProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &WineExeProcessMonitor::onMonitorFinished);
+    connect(this, &WineExeProcessMonitor::processListUpdate, this,
+            &WineExeProcessMonitor::onProcessListUpdate);
+}
+
+WineExeProcessMonitor::~WineExeProcessMonitor() {
+    monitorProcess.disconnect(this);
+    if (startTime != 0 || monitorProcess.state() != QProcess::NotRunning)
+        stop();
+}
+
+void WineExeProcessMonitor::start(const QString& name) {
+    if (monitorProcess.state() != QProcess::NotRunning) {
+        qWarning() << "monitoring already started";
+        return;
+    }
+    bottleName = name;
+    startTime = QDateTime::currentMSecsSinceEpoch();
+    const QStringList arguments{bottleName, Paths::processWindowTool()};
+    qDebug() << "launch:" << Paths::launcherScript() << arguments;
+    monitorProcess.start(Paths::launcherScript(), arguments);
+    m_cycle = {};
+    m_protocol = {};
+    crashed = windowSeen = false;
+}
+
+/// One line for each notification, so that whoever hears of a cycle may stop, start again or delete things
+/// before the next line is read.
+void WineExeProcessMonitor::onProcessStdout() {
+    if (!monitorProcess.canReadLine())
+        return;
+    QString line = QString::fromUtf8(monitorProcess.readLine());
+    while (line.endsWith('\n') || line.endsWith('\r'))
+        line.chop(1);
+    qDebug() << "stdout:" << line;
+    if (monitorProcess.canReadLine())
+        QMetaObject::invokeMethod(this, &WineExeProcessMonitor::onProcessStdout, Qt::QueuedConnection);
+    if (m_protocol.read(line))
+        Q_EMIT processListUpdate(m_protocol.processList, m_protocol.windowList);
+}
+
+void WineExeProcessMonitor::onProcessListUpdate(const QMap<QString, QString>& processList,
+                                                const QList<QPair<QString, QString>>& windowList) {
+    const bool isGone = m_cycle.step(processList, windowList, [this] {
+        windowSeen = true;
+        Q_EMIT appStart();
+    });
+    crashed = m_cycle.crashed;
+    if (!isGone)
+        return;
+    stop();
+    Q_EMIT appQuit();
+}
+
+void WineExeProcessMonitor::stop() {
+    startTime = 0;  // the end of the process is not to be told a second time
+    auto* taskkill = new QProcess;
+    connect(taskkill, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), taskkill,
+            &QObject::deleteLater);
+    // Only Wine can end a program inside the bottle.
+    taskkill->start(Paths::launcherScript(),
+                    {bottleName, "taskkill.exe", "/f", "/im", "enum_process_window.exe"});
+    if (!taskkill->waitForStarted(TaskkillStartMs)) {
+        qWarning() << "taskkill.exe for enum_process_window lauch failed";
+        if (taskkill->state() == QProcess::NotRunning)
+            taskkill->deleteLater();
+    }
+    if (monitorProcess.isOpen())
+        monitorProcess.close();
+    if (monitorProcess.state() != QProcess::NotRunning) {
+        qInfo() << "stop monitoring";
+        monitorProcess.kill();
+    }
+}
+
+void WineExeProcessMonitor::onMonitorFinished() {
+    if (startTime == 0)
+        return;
+    qInfo() << "Monitor process quit";
+    startTime = 0;
+    Q_EMIT appQuit();
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QProcess>
+
+#include "launch/monitor/MonitorCycle.h"
+#include "launch/monitor/MonitorProtocol.h"
+
+/// Watches a bottle from the inside: runs enum_process_window.exe in it and tells when the launched program
+/// has shown its first window and when it is gone. Wine's own processes end neither with the first process of
+/// a program nor with its last window, so that nothing outside knows.
+class WineExeProcessMonitor : public QObject {
+    Q_OBJECT
+
+public:
+    explicit WineExeProcessMonitor(QObject* parent = nullptr);
+    /// Stops.
+    ~WineExeProcessMonitor() override;
+
+    void start(const QString& bottleName);
+
+    /// Nothing is told afterwards. May be called at any time. Waits at most 200 ms for a child to start and
+    /// for the end of another that is killed.
+    void stop();
+
+    bool crashed = false;     ///< a crash was seen since the last start
+    bool windowSeen = false;  ///< the program has shown a window since then
+
+Q_SIGNALS:
+    /// A cycle is complete.
+    void processListUpdate(QMap<QString, QString> processList, QList<QPair<QString, QString>> windowList);
+    void allProcessClear();
+    void appQuit();
+    void appStart();
+
+private Q_SLOTS:
+    void onProcessStdout();
+    void onProcessListUpdate(const QMap<QString, QString>& processList,
+                             const QList<QPair<QString, QString>>& windowList);
+
+private:
+    void onMonitorFinished();
+
+    QProcess monitorProcess;
+    qint64 startTime = 0;  ///< in ms since the epoch, 0 when not monitoring
+    QString bottleName;
+    MonitorProtocol m_protocol;
+    MonitorCycle m_cycle;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QRegularExpression>
+
+#include "launch/winelog/LogParseRule.h"
+
+/// A text that the program has drawn asks for something to be installed. Wine writes what is not ASCII as a
+/// backslash and four hexadecimal digits.
+class DialogTextRule final : public LogParseRule {
+public:
+    bool match(const QString& line) override;
+    LogParseResult result(const QString& line) override;
+
+private:
+    QString text;
+    QRegularExpression m_drawn{"trace:text:DrawTextExW L\""};
+    QRegularExpression m_runtime{
+        R"rx(The following component.*required.*Microsoft Visual C\+\+ Runtime.*)rx"};
+    // Chinese for "must", "needs ... to run", "download" and "install".
+    QRegularExpression m_request{R"rx(\\5fc5\\987b|\\9700\\8981.*\\8fd0\\884c|\\4e0b\\8f7d|\\5b89\\88c5)rx"};
+};

@@ -1,0 +1,124 @@
+#include "launch/winelog/WineLogParser.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QTextCodec>
+#include <array>
+
+#include "launch/winelog/CommonRule.h"
+#include "launch/winelog/DialogTextRule.h"
+#include "launch/winelog/DllRules.h"
+#include "launch/winelog/DotNetCoreDesktopRule.h"
+#include "launch/winelog/FindCrashProcessRule.h"
+#include "launch/winelog/LogLineScanner.h"
+#include "launch/winelog/MissingFontsRule.h"
+#include "launch/winelog/MissingODBCRule.h"
+
+namespace {
+
+constexpr qint64 MaximumBytes = 0xa00000;
+constexpr int MibUtf8 = 106;
+
+const std::array<LogParseRule*, 8>& ruleTable() {
+    static CommonRule common;
+    static MissingDLLRule missingDll;
+    static MissingFontsRule missingFonts;
+    static DialogTextRule dialogText;
+    static UnimplementedFunctionRule unimplementedFunction;
+    static FindCrashProcessRule crashProcess;
+    static DotNetCoreDesktopRule dotNetCoreDesktop;
+    static MissingODBCRule missingOdbc;
+    static const std::array<LogParseRule*, 8> rules = {
+        &common,       &missingDll,        &missingFonts, &dialogText, &unimplementedFunction,
+        &crashProcess, &dotNetCoreDesktop, &missingOdbc};
+    return rules;
+}
+
+bool isOfInterest(const QString& line) {
+    return !line.contains("err:environ:init_peb") && (line.contains("err") || line.contains("fixme"));
+}
+
+bool hasByteOrderMark(const QByteArray& bytes) {
+    return bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff") || bytes.startsWith("\xef\xbb\xbf");
+}
+
+}  // namespace
+
+void WineLogParser::Index::add(QStringList* lines, const QString& line) {
+    if (line.isEmpty() || known.contains(line))
+        return;
+    known.insert(line);
+    lines->append(line);
+}
+
+int WineLogParser::parseFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        qWarning() << "failed to read logs file: " << path;
+    else if (file.size() > MaximumBytes)
+        file.seek(file.size() - MaximumBytes);
+    const QByteArray bytes = file.isOpen() ? file.read(MaximumBytes) : QByteArray();
+    if (hasByteOrderMark(bytes)) {
+        QTextStream stream(bytes);
+        return parseStream(stream);
+    }
+    return parseBytes(bytes);
+}
+
+void WineLogParser::begin() {
+    otherLogs.clear();
+    m_other.known.clear();
+}
+
+int WineLogParser::parseStream(QTextStream& stream) {
+    begin();
+    int findings = LogNoFinding;
+    while (!stream.atEnd())
+        parseLine(stream.readLine(), &findings);
+    return findings;
+}
+
+int WineLogParser::parseBytes(const QByteArray& bytes) {
+    begin();
+    int findings = LogNoFinding;
+    const QTextCodec* codec = QTextCodec::codecForLocale();
+    const bool isUtf8 = codec->mibEnum() == MibUtf8;
+    LogLineScanner scanner(bytes);
+    const char* text = nullptr;
+    int length = 0;
+    for (;;) {
+        const LogLineScanner::Kind kind = scanner.next(&text, &length);
+        if (kind == LogLineScanner::Kind::End)
+            return findings;
+        const QString line = isUtf8 ? QString::fromUtf8(text, length)
+                                    : codec->toUnicode(QByteArray::fromRawData(text, length));
+        if (kind == LogLineScanner::Kind::ForRules)
+            parseLine(line, &findings);
+        else
+            m_other.add(&otherLogs, line);
+    }
+}
+
+void WineLogParser::parseLine(const QString& line, int* findings) {
+    bool isOther = false;
+    for (LogParseRule* rule : ruleTable()) {
+        LogParseResult finding;
+        if (rule->match(line))
+            finding = rule->result(line);
+        if (finding.type == LogNoFinding) {
+            isOther = true;
+            continue;
+        }
+        *findings |= finding.type;
+        m_parsed.add(&parsedLogs, line);
+        if (finding.type == LogMissingFont)
+            missingFonts.insert(finding.value);
+        else if (finding.type == LogMissingMono)
+            monoMissing = true;
+        else if (finding.type == LogMissingComponent)
+            missingComponents.insert(finding.value);
+    }
+    // Also a line with a finding is listed there, for the rules that did not find anything in it.
+    if (isOther && isOfInterest(line))
+        m_other.add(&otherLogs, line);
+}

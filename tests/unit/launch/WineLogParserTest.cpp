@@ -1,0 +1,153 @@
+#include <QDirIterator>
+#include <QtTest>
+
+#include "launch/winelog/LogParseRule.h"
+#include "launch/winelog/WineLogParser.h"
+
+namespace {
+
+QStringList sorted(const QSet<QString>& set) {
+    QStringList list = set.values();
+    list.sort();
+    return list;
+}
+
+const QByteArray Database = "0024:fixme:msado15:recordset_supporterrorinfo_InterfaceSupportsErrorInfo (1, x)";
+
+}  // namespace
+
+/// What lines of Wine's log mean. The catalogue of DLLs is the real one.
+class WineLogParserTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { m_dir = std::make_unique<QTemporaryDir>(); }
+
+    void lines_data() {
+        QTest::addColumn<QByteArray>("log");
+        QTest::addColumn<int>("findings");
+        QTest::addColumn<QStringList>("components");
+        QTest::addColumn<int>("others");  // how many lines of interest without a finding
+        const auto row = [](const char* name, const QByteArray& log, int findings,
+                            const QStringList& components = {}, int others = 0) {
+            QTest::newRow(name) << log << findings << components << others;
+        };
+        const QByteArray dll =
+            "0024:err:module:import_dll Library MSVCP140.dll (which is needed by L\"C:\\\\a.exe\") not found";
+        const QByteArray text = "0024:trace:text:DrawTextExW L\"";
+        const QByteArray process = "0024:trace:process:NtCreateUserProcess 0 image L\"C:\\\\";
+        row("empty", "", 1);
+        row("noise", "trace:seh:x\r\nerr:environ:init_peb x\n\nfixme:a:b 1\nfixme:a:b 1\r\nfixme:a:b 2", 1,
+            {}, 2);
+        row("mono", "0024:err:mscoree:CLRRuntimeInfo_GetRuntimeHost Wine Mono is not installed\n", 1 | 8, {},
+            1);
+        row("several",
+            "err:setupapi:x\nx dbghelp:elf_search_auxv can't find symbol in module y\n"
+            "python3: error while loading shared libraries: libz\n0:trace:seh:start_debugger Starting "
+            "debugger L\"\"\n"
+            "err:combase:RoGetActivationFactory Failed to find library for L\"Windows.UI\"",
+            1 | 16 | 32 | 64 | 128 | 256, {}, 3);
+        row("gecko",
+            "err:mshtml:create_document_object Failed to init Gecko, returning CLASS_E_CLASSNOTAVAILABLE",
+            1 | 2, {"gecko"}, 1);
+        row("database", Database, 1 | 2, {"jet40", "mdac28"}, 1);
+        row("dll", dll, 1 | 2, {"vcredist2022"}, 1);
+        row("dll loading", QByteArray(dll).replace("import_dll L", "import_dll loading l"), 1 | 2,
+            {"vcredist2022"}, 1);
+        row("dll unknown", QByteArray(dll).replace("MSVCP140", "unheard"), 1, {}, 1);
+        row("function", "wine: Call from 0x1 to unimplemented function MSVCP140.dll.foo, Aborting", 1 | 2,
+            {"vcredist2022"});
+        row("function unknown", "wine: call from 0x1 to unimplemented function unheard.dll.foo, aborting", 1);
+        row("text framework", text + ".NET Framework 4.5.2 was not found", 1 | 2, {"dotnet452"});
+        row("text other framework", text + "\\8bf7\\5b89\\88c5 .net framework\"", 1 | 2, {"dotnet48"});
+        row("text without request", text + ".NET Framework 4.5.2\"", 1);
+        row("text runtime",
+            text + "The following component is required: .NET Framework 3.5 Microsoft Visual C++ Runtime\"",
+            1 | 2, {"vcredist2022"});
+        row("debugger", process + "windows\\\\system32\\\\winedbg.exe\" cmdline L\"winedbg\"", 1 | 32);
+        row("reporter", process + "x\\\\Bug\\0052eport.exe\" cmdline L\"\"", 1 | 32);
+        row("pad", process + "CrashPadHandler.exe\" cmdline L\"\"", 1);
+        row("no runtime", "err:eventlog:ReportEventW L\"App host version: 6.0.1\"", 1, {}, 1);
+        row("runtime",
+            "err:eventlog:ReportEventW L\"You must install .NET Desktop to run this application\"\nx\n"
+            "err:eventlog:ReportEventW L\"App host version: 6.0.1\"",
+            1 | 2, {"dotnetcoredesktop6"}, 2);
+        row("runtime at once",
+            "err:eventlog:ReportEventW You must install or update .NET to run this application. "
+            "Framework: 'Microsoft.NETCore.App', version '8.0.0'",
+            1 | 2, {"dotnetcoredesktop8"}, 1);
+    }
+    void lines() {
+        QFETCH(QByteArray, log);
+        WineLogParser parser;
+        QTEST(parser.parseFile(write(log)), "findings");
+        QTEST(sorted(parser.missingComponents), "components");
+        QTEST(parser.otherLogs.size(), "others");
+        QCOMPARE(parser.monoMissing, log.contains("Mono"));
+        sameAsStream(log);
+    }
+
+    void fonts() {
+        WineLogParser parser;
+        QCOMPARE(
+            parser.parseFile(write("0:warn:file:x L\"C:\\\\WINDOWS\\\\fonts\\\\simsun.ttc\" Not Found\n")),
+            1 | 4);
+        QCOMPARE(sorted(parser.missingFonts), QStringList("simsun.ttc"));
+        QCOMPARE(parser.parsedLogs.size(), 1);
+    }
+
+    void theEndOfALongLog() {
+        QByteArray log = Database + "\n" + QByteArray(11 << 20, 'x') + "\nerr:setupapi:y\n";
+        WineLogParser parser;
+        QCOMPARE(parser.parseFile(write(log)), 1 | 16);
+        // Parsed lines are kept from file to file, the others are not.
+        QCOMPARE(parser.parseFile(write("err:other\nerr:setupapi:y")), 1 | 16);
+        QCOMPARE(parser.parsedLogs, QStringList("err:setupapi:y"));
+        QCOMPARE(parser.otherLogs, QStringList({"err:other", "err:setupapi:y"}));
+        QCOMPARE(WineLogParser().parseFile(m_dir->path() + "/none"), 1);
+    }
+
+    /// Logs that real programs left, each named after what it must give: components and fonts, then findings.
+    void corpus() {
+        QDirIterator logs(QString(TEST_SOURCE_DIR) + "/tests/data/winelog", {"*.txt"}, QDir::Files);
+        int count = 0;
+        while (logs.hasNext()) {
+            QFile file(logs.next());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray log = file.readAll();
+            const QStringList wanted = logs.fileInfo().completeBaseName().split('-').value(1).split('+');
+            WineLogParser parser;
+            const int findings = parser.parseFile(file.fileName());
+            QStringList found = sorted(parser.missingComponents) + sorted(parser.missingFonts);
+            found += QString::number(findings);
+            QVERIFY2(found == wanted, qPrintable(file.fileName() + ": " + found.join('+')));
+            sameAsStream(log);
+            ++count;
+        }
+        QVERIFY(count >= 6);
+    }
+
+private:
+    QString write(const QByteArray& log) {
+        QFile file(m_dir->path() + "/log");
+        [&] { QVERIFY(file.open(QIODevice::WriteOnly) && file.write(log) == log.size()); }();
+        return file.fileName();
+    }
+
+    /// The quick way through a file gives what the plain loop over its lines gives.
+    void sameAsStream(const QByteArray& log) {
+        WineLogParser quick, plain;
+        QTextStream stream(log);
+        const int expected = plain.parseStream(stream);
+        QCOMPARE(quick.parseFile(write(log)), expected);
+        QCOMPARE(quick.missingComponents, plain.missingComponents);
+        QCOMPARE(quick.missingFonts, plain.missingFonts);
+        QCOMPARE(quick.parsedLogs, plain.parsedLogs);
+        QCOMPARE(quick.otherLogs, plain.otherLogs);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+QTEST_GUILESS_MAIN(WineLogParserTest)
+#include "WineLogParserTest.moc"

@@ -1,0 +1,79 @@
+// Prints what runs and what is shown in a bottle, once a second, until nobody reads it any more:
+//   ::process list
+//   id - parent's id - name
+//   ::window list
+//   id - title
+//   ::end
+// Text is UTF-8; one cycle is one write. Windows that nobody can see (hidden or without area) are left out.
+#include <windows.h>
+
+#include <tlhelp32.h>
+
+#include <string>
+
+namespace {
+
+constexpr DWORD IntervalMs = 1000;
+constexpr int TitleUnits = 1024;
+
+std::string toUtf8(const wchar_t* text) {
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string utf8(size > 0 ? size - 1 : 0, '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, &utf8[0], size, nullptr, nullptr);
+    for (char& c : utf8) {
+        if (c == '\r' || c == '\n')
+            c = ' ';
+    }
+    return utf8;
+}
+
+void addProcesses(std::string& out) {
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    if (snapshot == INVALID_HANDLE_VALUE)
+        return;
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    for (BOOL more = Process32FirstW(snapshot, &entry); more; more = Process32NextW(snapshot, &entry))
+        out += std::to_string(entry.th32ProcessID) + " - " + std::to_string(entry.th32ParentProcessID) +
+               " - " + toUtf8(entry.szExeFile) + "\n";
+    CloseHandle(snapshot);
+}
+
+BOOL CALLBACK addWindow(HWND window, LPARAM target) {
+    RECT area = {};
+    if (!IsWindowVisible(window) || !GetWindowRect(window, &area) || IsRectEmpty(&area))
+        return TRUE;
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    // Unlike GetWindowText this never waits for the window's own program.
+    wchar_t title[TitleUnits] = {};
+    InternalGetWindowText(window, title, TitleUnits);
+    *reinterpret_cast<std::string*>(target) += std::to_string(process) + " - " + toUtf8(title) + "\n";
+    return TRUE;
+}
+
+bool print(const std::string& text) {
+    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    for (size_t at = 0; at < text.size();) {
+        DWORD written = 0;
+        if (!WriteFile(output, text.data() + at, DWORD(text.size() - at), &written, nullptr) || written == 0)
+            return false;
+        at += written;
+    }
+    return true;
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+    for (;;) {
+        std::string cycle = "::process list\n";
+        addProcesses(cycle);
+        cycle += "::window list\n";
+        EnumWindows(addWindow, reinterpret_cast<LPARAM>(&cycle));
+        cycle += "::end\n";
+        if (!print(cycle))
+            return 1;
+        Sleep(IntervalMs);
+    }
+}
