@@ -7,18 +7,16 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStandardPaths>
-#include <QTimer>
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/ProgramRequests.h"
 #include "bottleservice/bottles/Associations.h"
 #include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/ProgramIcon.h"
-#include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/bottles/Programs.h"
 #include "bottleservice/desktop/AssociationFiles.h"
 #include "bottleservice/desktop/DesktopEntry.h"
-#include "bottleservice/jobs/WorkerJob.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -28,7 +26,6 @@ namespace {
 
 const char AssociationsOwner[] = "associations";
 const char DefaultIcon[] = "cxb_app_default_icon";
-constexpr int RegistryWrittenMs = 35000;  // Wine writes its registry every half minute
 constexpr int DatabaseTimeoutMs = 30000;
 constexpr qint64 MaximumExportedBytes = 16 * 1024 * 1024;
 
@@ -53,20 +50,34 @@ DesktopRequests::DesktopRequests(BottleEngine* engine, ProgramRequests* programs
     : QObject(parent),
       m_engine(engine),
       m_command(command),
-      m_iconScript(iconScript),
-      m_made(engine->dataDir()) {
+      m_made(engine->dataDir()),
+      m_collector(engine->store(), iconScript) {
     connect(engine, &BottleEngine::bottleDeleted, this, &DesktopRequests::forgetBottle);
     connect(programs, &ProgramRequests::scanned, this, &DesktopRequests::collectAssociations);
     connect(programs, &ProgramRequests::programDeleted, this,
             [this](const QString& bottle, const QString& id) { m_made.undo(bottle, id); });
     connect(programs, &ProgramRequests::programUpdated, this,
             [this](const QString& bottle, const QString& id) {
-                if (m_made.has(bottle, id))
-                    writeEntry(bottle, id);
+                // What the user has removed by hand stays away.
+                QStringList places;
+                for (const QString& path : m_made.existing(bottle, id))
+                    places += QFileInfo(path).path();
+                if (!places.isEmpty())
+                    writeEntry(bottle, id, places);
+            });
+    connect(&m_collector, &AssociationCollector::collected, this,
+            [this](const QString& bottle, const QJsonObject& associations) {
+                m_engine->enqueue(
+                    bottle, [](const Answer&) {},
+                    [this, bottle, associations] { return keep(bottle, associations); });
             });
 }
 
 void DesktopRequests::recover() {
+    m_made.removeUnfinished();
+    // A disk that is not there now has not lost its bottles.
+    if (!QDir(m_engine->store().root()).isReadable() || m_engine->store().names().isEmpty())
+        return;
     for (const QString& bottle : m_made.bottles()) {
         if (BottleName::check(bottle).isEmpty() &&
             m_engine->store().state(bottle) == BottleStore::State::Missing)
@@ -77,15 +88,23 @@ void DesktopRequests::recover() {
 void DesktopRequests::createDesktopEntry(const QString& bottle, const QString& programId,
                                          const Reply& reply) {
     if (!m_engine->refuse(bottle, reply))
-        m_engine->enqueue(bottle, reply, [this, bottle, programId] { return writeEntry(bottle, programId); });
+        m_engine->enqueue(bottle, reply, [this, bottle, programId] {
+            QStringList places{dataLocation() + "/applications"};
+            const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+            if (QFileInfo(desktop).isDir() && QDir(desktop) != QDir::home())
+                places += desktop;
+            return writeEntry(bottle, programId, places);
+        });
 }
 
-Answer DesktopRequests::writeEntry(const QString& bottle, const QString& programId) {
+Answer DesktopRequests::writeEntry(const QString& bottle, const QString& programId,
+                                   const QStringList& places) {
     Answer failure;
     const auto settings = m_engine->loaded(bottle, &failure);
     if (!settings)
         return failure;
-    if (!settings->hasProgram(programId))
+    // An id that somebody wrote into bottle.yml by hand could be a path.
+    if (!settings->hasProgram(programId) || !Programs::isProgramId(programId))
         return BottleEngine::noProgram(bottle, programId);
     const QJsonObject program = settings->program(programId);
     const QString icon = program["icon"].toString();
@@ -99,16 +118,11 @@ Answer DesktopRequests::writeEntry(const QString& bottle, const QString& program
     // Wine names the windows of a program after its file.
     entry.wmClass = file.toLower();
     const QString name = '/' + MadeFiles::prefixOf(bottle) + programId + ".desktop";
-    const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
-    QStringList places{dataLocation() + "/applications"};
-    if (QFileInfo(desktop).isDir() && QDir(desktop) != QDir::home())
-        places += desktop;
-    for (const QString& place : qAsConst(places)) {
-        QString error;
-        if (!m_made.make(bottle, programId, place + name, entry.toText(), true, &error))
-            return failed(error);
-    }
-    return Answer::of();
+    MadeFiles::Contents files;
+    for (const QString& place : places)
+        files.insert(QDir::cleanPath(place) + name, entry.toText());
+    QString error;
+    return m_made.make(bottle, programId, files, true, &error) ? Answer::of() : failed(error);
 }
 
 void DesktopRequests::exportFileAssociations(const QString& bottle, const QStringList& keys,
@@ -122,6 +136,8 @@ Answer DesktopRequests::writeAssociations(const QString& bottle, const QStringLi
     if (!usable.isGood())
         return usable;
     const QJsonObject known = Associations::load(m_engine->store().pathOf(bottle));
+    if (keys.size() > known.size())
+        return Answer::failure(Fault::InvalidArgs, "More associations than the bottle has, or some twice.");
     for (const QString& key : keys) {
         if (!known.contains(key))
             return Answer::failure(Fault::InvalidArgs,
@@ -129,63 +145,37 @@ Answer DesktopRequests::writeAssociations(const QString& bottle, const QStringLi
                                        .arg(BottleName::shown(bottle), BottleName::shown(key)));
     }
     QString error;
-    if (!rememberExported(bottle, keys, &error))
-        return failed(error);
-    m_made.undo(bottle, AssociationsOwner);
+    const QString place = QDir::cleanPath(dataLocation());
     const QString prefix = MadeFiles::prefixOf(bottle);
-    const auto make = [&](const QString& path, const QByteArray& text) {
-        return m_made.make(bottle, AssociationsOwner, dataLocation() + path, text, false, &error);
-    };
+    MadeFiles::Contents files;
+    for (const QString& key : keys)
+        files.insert(place + "/applications/" + prefix + digest(key) + ".desktop",
+                     AssociationFiles::entry(m_command, bottle, key, known[key].toObject()).toText());
     const QByteArray types = AssociationFiles::mimePackage(known, keys);
-    bool good = types.isEmpty() || make("/mime/packages/" + prefix + "types.xml", types);
-    for (const QString& key : keys) {
-        const DesktopEntry entry = AssociationFiles::entry(m_command, bottle, key, known[key].toObject());
-        good = good && make("/applications/" + prefix + digest(key) + ".desktop", entry.toText());
-    }
+    if (!types.isEmpty())
+        files.insert(place + "/mime/packages/" + prefix + "types.xml", types);
+    const bool isMade = m_made.make(bottle, AssociationsOwner, files, false, &error);
     refreshDatabases();
+    if (!isMade || !rememberExported(bottle, keys, &error))
+        return failed(error);
     qInfo() << "exported" << keys << "of" << BottleName::shown(bottle);
-    return good ? Answer::of() : failed(error);
+    return Answer::of();
 }
 
 bool DesktopRequests::rememberExported(const QString& bottle, const QStringList& keys, QString* error) {
     const QString path = m_engine->dataDir() + "/exported_associations.json";
-    QFile file(path);
-    QJsonObject all;
-    if (file.open(QIODevice::ReadOnly))
-        all = QJsonDocument::fromJson(file.read(MaximumExportedBytes)).object();
+    const auto text = PlainFile::read(path, MaximumExportedBytes);
+    if (!text && QFileInfo::exists(path)) {
+        *error = QString("%1 cannot be read.").arg(path);
+        return false;
+    }
+    QJsonObject all = QJsonDocument::fromJson(text.value_or(QByteArray())).object();
     const QJsonObject before = all;
     if (keys.isEmpty())
         all.remove(bottle);
     else
         all.insert(bottle, QJsonArray::fromStringList(keys));
     return all == before || AtomicFile::replace(path, QJsonDocument(all).toJson(), error);
-}
-
-void DesktopRequests::collectAssociations(const QString& bottle) {
-    collectNow(bottle);
-    QTimer::singleShot(RegistryWrittenMs, this, [this, bottle] { collectNow(bottle); });
-}
-
-void DesktopRequests::collectNow(const QString& bottle) {
-    const auto work = [this, bottle, script = m_iconScript, store = m_engine->store()](
-                          const std::atomic_bool& cancelled) -> WorkerJob::Conclusion {
-        QJsonObject found;
-        const QString path = store.pathOf(bottle);
-        if (store.check(bottle).isEmpty())
-            found = Associations::collect(Associations::classesOf(path));
-        for (auto it = found.begin(); it != found.end() && !cancelled; ++it) {
-            QJsonObject entry = it.value().toObject();
-            const QString source = entry["icon"].toString().section(',', 0, 0).remove('"');
-            entry["icon"] = ProgramIcon::extract(script, path,
-                                                 ProgramIcon::idFor(source + entry["executable"].toString()),
-                                                 {WindowsPath::toUnix(path, source),
-                                                  WindowsPath::toUnix(path, entry["executable"].toString())},
-                                                 cancelled);
-            it.value() = entry;
-        }
-        return [this, bottle, found] { return keep(bottle, found); };
-    };
-    m_engine->enqueue(bottle, std::make_unique<WorkerJob>(work, [](const Answer&) {}));
 }
 
 Answer DesktopRequests::keep(const QString& bottle, const QJsonObject& associations) {
@@ -204,11 +194,10 @@ void DesktopRequests::forgetBottle(const QString& bottle) {
     QString error;
     if (!rememberExported(bottle, {}, &error))
         qWarning() << error;
-    if (m_made.has(bottle, AssociationsOwner)) {
-        m_made.undo(bottle, AssociationsOwner);
-        refreshDatabases();
-    }
+    const bool hasTypes = !m_made.existing(bottle, AssociationsOwner).isEmpty();
     m_made.undo(bottle);
+    if (hasTypes)
+        refreshDatabases();
 }
 
 void DesktopRequests::refreshDatabases() {

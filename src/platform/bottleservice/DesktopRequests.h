@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "bottleservice/Answer.h"
+#include "bottleservice/AssociationCollector.h"
 #include "bottleservice/desktop/MadeFiles.h"
 
 class BottleEngine;
@@ -28,20 +29,20 @@ public:
     /// Exports these associations of the bottle and no others.
     void exportFileAssociations(const QString& bottle, const QStringList& keys, const Reply& reply);
 
-    /// Reads what the bottle's programs have registered, now and again when the registry is on the disk.
-    void collectAssociations(const QString& bottle);
+    /// Reads what the bottle's programs have registered.
+    void collectAssociations(const QString& bottle) { m_collector.collect(bottle); }
+    bool isIdle() const { return m_collector.isIdle(); }
 
 private:
-    Answer writeEntry(const QString& bottle, const QString& programId);
+    Answer writeEntry(const QString& bottle, const QString& programId, const QStringList& places);
     Answer writeAssociations(const QString& bottle, const QStringList& keys);
     bool rememberExported(const QString& bottle, const QStringList& keys, QString* error);
-    void collectNow(const QString& bottle);
     Answer keep(const QString& bottle, const QJsonObject& associations);
     void forgetBottle(const QString& bottle);
     void refreshDatabases();
 
     BottleEngine* m_engine;
     QString m_command;
-    QString m_iconScript;
     MadeFiles m_made;
+    AssociationCollector m_collector;
 };

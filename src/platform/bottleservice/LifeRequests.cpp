@@ -17,7 +17,7 @@ constexpr int MaximumIdCharacters = 128;
 }  // namespace
 
 LifeRequests::LifeRequests(BottleEngine* engine, QObject* parent)
-    : QObject(parent), m_engine(engine), m_watch(engine->store(), engine->dataDir()) {
+    : QObject(parent), m_engine(engine), m_watch(engine->store()) {
     connect(&m_watch, &ProgramWatch::exited, this, &LifeRequests::programExited);
 }
 

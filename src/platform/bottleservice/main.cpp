@@ -5,6 +5,7 @@
 #include <QDebug>
 #include <QStandardPaths>
 #include <QTextCodec>
+#include <QThreadPool>
 #include <QTimer>
 
 #include "bottleservice/BottleEngine.h"
@@ -101,13 +102,16 @@ int main(int argc, char** argv) {
     QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
     QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
-    IdleExit idle(seconds, [&] { return engine.isIdle() && programs.isIdle() && life.isIdle(); });
+    IdleExit idle(seconds,
+                  [&] { return engine.isIdle() && programs.isIdle() && life.isIdle() && desktop.isIdle(); });
     QObject::connect(&bottles, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&manager, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&idle, &IdleExit::leaving, &application, [&] { bus.unregisterService(ServiceName); });
     QObject::connect(&idle, &IdleExit::left, &application, close);
     // The bus going away is the end of the session.
-    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &application,
-                SLOT(quit()));
-    return application.exec();
+    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &shutdown,
+                SIGNAL(received()));
+    const int code = application.exec();
+    QThreadPool::globalInstance()->waitForDone();  // while the lock still keeps the next service away
+    return code;
 }

@@ -1,12 +1,11 @@
 #include "bottleservice/bottles/Associations.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QMimeDatabase>
 #include <QRegularExpression>
 
 #include "bottleservice/bottles/ExecutableRules.h"
+#include "bottleservice/bottles/PlainFile.h"
 #include "bottleservice/bottles/WindowsPath.h"
 #include "bottleservice/wine/WindowsCommandLine.h"
 
@@ -19,10 +18,25 @@ namespace {
 constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
 constexpr int MaximumAssociations = 2000;
 constexpr int MaximumTextCharacters = 256;
+constexpr int MaximumPathCharacters = 1024;
 const char Classes[] = "Software\\Classes\\";
 
-bool matches(const char* pattern, const QString& text) {
-    return QRegularExpression(QString("\\A(?:%1)\\z").arg(pattern)).match(text).hasMatch();
+bool isExtension(const QString& key) {
+    static const QRegularExpression expression("\\A\\.[\\w!#$&+~-]{1,32}\\z",
+                                               QRegularExpression::UseUnicodePropertiesOption);
+    return expression.match(key).hasMatch();
+}
+
+bool isScheme(const QString& key) {
+    static const QRegularExpression expression("\\A[a-z][a-z0-9+.-]{1,63}\\z");
+    return expression.match(key).hasMatch();
+}
+
+bool isMimeType(const QString& text) {
+    static const QRegularExpression expression(
+        "\\A[a-z0-9][a-z0-9!#$&^_.+-]{0,126}/[\\w][\\w!#$&^_.+~-]{0,126}\\z",
+        QRegularExpression::UseUnicodePropertiesOption);
+    return expression.match(text).hasMatch();
 }
 
 /// The program of a command such as "C:\Program Files\x\x.exe" "%1", which many write without quotes.
@@ -48,9 +62,8 @@ QString mimeOf(const QString& extension, const QString& contentType) {
     const QMimeType known = QMimeDatabase().mimeTypeForFile('x' + extension, QMimeDatabase::MatchExtension);
     if (!known.isDefault())
         return known.name();
-    const bool isType =
-        matches("[a-z0-9][a-z0-9!#$&^_.+-]*/[a-z0-9][a-z0-9!#$&^_.+-]*", contentType.toLower());
-    return isType ? contentType.toLower() : "application/x-cellarix-" + extension.mid(1);
+    return isMimeType(contentType.toLower()) ? contentType.toLower()
+                                             : "application/x-cellarix-" + extension.mid(1);
 }
 
 QJsonObject describe(const RegistryFile::Keys& classes, const QString& progId, const QString& mime) {
@@ -59,14 +72,15 @@ QJsonObject describe(const RegistryFile::Keys& classes, const QString& progId, c
     if (verb.isEmpty() || !classes.contains(id + "\\shell\\" + verb + "\\command"))
         verb = "open";
     const QString program = programOf(classes[id + "\\shell\\" + verb + "\\command"].value(""));
-    if (program.isEmpty())
+    const QString icon = classes[id + "\\defaulticon"].value("");
+    if (program.isEmpty() || program.size() > MaximumPathCharacters || progId.size() > MaximumTextCharacters)
         return {};
     const QString comment = plain(classes[id].value(""));
     QString name = plain(classes[id].value("friendlytypename"));
     if (name.isEmpty())
         name = comment.isEmpty() ? QString(program).section('\\', -1).section('.', 0, 0) : comment;
     return {{"mime", mime},       {"progid", progId},      {"executable", program},
-            {"comment", comment}, {"friendly_name", name}, {"icon", classes[id + "\\defaulticon"].value("")}};
+            {"comment", comment}, {"friendly_name", name}, {"icon", icon.left(MaximumPathCharacters)}};
 }
 
 }  // namespace
@@ -74,12 +88,12 @@ QJsonObject describe(const RegistryFile::Keys& classes, const QString& progId, c
 QJsonObject collect(const RegistryFile::Keys& classes) {
     QJsonObject all;
     for (auto it = classes.begin(); it != classes.end() && all.size() < MaximumAssociations; ++it) {
-        const bool isScheme = it->contains("url protocol") && matches("[a-z][a-z0-9+.-]*", it.key());
-        const QString progId = isScheme ? it.key() : it->value("");
-        if (!isScheme && (!matches("\\.[\\w!#$&+~-]{1,32}", it.key()) || progId.isEmpty()))
+        const bool isLink = it->contains("url protocol") && isScheme(it.key());
+        const QString progId = isLink ? it.key() : it->value("");
+        if (!isLink && (!isExtension(it.key()) || progId.isEmpty()))
             continue;
         const QString mime =
-            isScheme ? "x-scheme-handler/" + it.key() : mimeOf(it.key(), it->value("content type"));
+            isLink ? "x-scheme-handler/" + it.key() : mimeOf(it.key(), it->value("content type"));
         const QJsonObject entry = describe(classes, progId, mime);
         if (!entry.isEmpty())
             all.insert(it.key(), entry);
@@ -99,10 +113,14 @@ RegistryFile::Keys classesOf(const QString& bottlePath) {
 }
 
 QJsonObject load(const QString& bottlePath) {
-    QFile file(bottlePath + FileName);
-    if (QFileInfo(file.fileName()).isSymLink() || !file.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(file.read(MaximumBytes)).object();
+    const QByteArray text = PlainFile::read(bottlePath + FileName, MaximumBytes).value_or(QByteArray());
+    QJsonObject all = QJsonDocument::fromJson(text).object();
+    for (auto it = all.begin(); it != all.end();) {
+        const bool isGood = (isExtension(it.key()) || isScheme(it.key())) &&
+                            isMimeType(it.value().toObject()["mime"].toString());
+        it = isGood ? it + 1 : all.erase(it);
+    }
+    return all;
 }
 
 }  // namespace Associations

@@ -20,7 +20,8 @@ QJsonObject collect(const RegistryFile::Keys& classes);
 /// The classes of a bottle: those of the user over those of the machine.
 RegistryFile::Keys classesOf(const QString& bottlePath);
 
-/// What is written in assosiate.json; empty if there is none.
+/// What is written in assosiate.json, as far as it has the form of what the service writes: the bottle's
+/// programs can write there too. Empty if there is none.
 QJsonObject load(const QString& bottlePath);
 
 }  // namespace Associations

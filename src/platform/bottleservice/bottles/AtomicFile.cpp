@@ -42,19 +42,19 @@ bool writeAll(int fd, const QByteArray& content) {
     return true;
 }
 
-bool fill(const QByteArray& path, const QByteArray& target, const QByteArray& content) {
+bool fill(const QByteArray& path, const QByteArray& target, const QByteArray& content, Safety safety) {
     unlink(path.constData());
     const Descriptor file(open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NewFileMode));
     struct stat old = {};
     if (file >= 0 && stat(target.constData(), &old) == 0)
         fchmod(file, old.st_mode & ~mode_t(S_IFMT));
     // Only what has reached the disk may take the old file's place.
-    return file >= 0 && writeAll(file, content) && fsync(file) == 0;
+    return file >= 0 && writeAll(file, content) && (safety == Safety::Quick || fsync(file) == 0);
 }
 
 }  // namespace
 
-bool replace(const QString& path, const QByteArray& content, QString* error) {
+bool replace(const QString& path, const QByteArray& content, QString* error, Safety safety) {
     const QFileInfo info(path);
     if (info.isSymLink() || (info.exists() && !info.isFile())) {
         *error = QString("%1 is a link or no file, and is not written.").arg(path);
@@ -62,11 +62,13 @@ bool replace(const QString& path, const QByteArray& content, QString* error) {
     }
     const QByteArray target = QFile::encodeName(path);
     const QByteArray beside = QFile::encodeName(info.path() + "/." + info.fileName() + Suffix);
-    if (!fill(beside, target, content) || rename(beside.constData(), target.constData()) != 0) {
+    if (!fill(beside, target, content, safety) || rename(beside.constData(), target.constData()) != 0) {
         *error = QString("Cannot write %1: %2.").arg(path, QString::fromLocal8Bit(strerror(errno)));
         unlink(beside.constData());
         return false;
     }
+    if (safety == Safety::Quick)
+        return true;
     // A failure here is no failure of the change, which everybody can see by now.
     const Descriptor directory(open(QFile::encodeName(info.path()).constData(), O_RDONLY | O_CLOEXEC));
     if (directory >= 0)

@@ -10,7 +10,9 @@
 namespace AtomicFile {
 
 /// True, or false with a sentence; then the old file is as it was and nothing lies beside it.
-bool replace(const QString& path, const QByteArray& content, QString* error);
+/// Quick does without the wait for the disk, for what can be made again.
+enum class Safety { Durable, Quick };
+bool replace(const QString& path, const QByteArray& content, QString* error, Safety safety = Safety::Durable);
 
 /// What interrupted replacements have left in a directory.
 QStringList leftovers(const QString& directory);

@@ -114,14 +114,30 @@ QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since) {
                                  "users/*/AppData/Roaming/Microsoft/Windows/Start Menu", "users/*/Start Menu",
                                  "users/*/Desktop", "users/*/桌面"});
     QVector<Shortcut> found;
-    for (const QString& path : collected(places, ".lnk")) {
+    QStringList files = collected(places, ".lnk");
+    // In a bottle the desktop is a link to the user's own; what lies there counts when it leads into the
+    // bottle.
+    const QStringList inside = files;
+    for (const QString& user : resolved(bottlePath + "/drive_c/users", {"*"})) {
+        const QDir desktop(user + "/Desktop");
+        for (const QString& name :
+             desktop.entryList({"*.lnk"}, QDir::Files | QDir::NoSymLinks).mid(0, MaximumFound))
+            files += desktop.filePath(name);
+    }
+    files.removeDuplicates();
+    const auto leadsInside = [&bottlePath](const QString& target) {
+        const QString file = QFileInfo(WindowsPath::toUnix(bottlePath, target)).canonicalFilePath();
+        return file.startsWith(QFileInfo(bottlePath).canonicalFilePath() + '/');
+    };
+    for (const QString& path : qAsConst(files)) {
         const QFileInfo info(path);
         QFile file(path);
         if (info.lastModified().toSecsSinceEpoch() < since.toSecsSinceEpoch() ||
             !file.open(QIODevice::ReadOnly))
             continue;
         const auto link = ShellLink::parse(file.read(ShellLink::MaximumBytes + 1));
-        if (link && ExecutableRules::isProgramShortcut(info.completeBaseName(), link->target))
+        if (link && (inside.contains(path) || leadsInside(link->target)) &&
+            ExecutableRules::isProgramShortcut(info.completeBaseName(), link->target))
             found.append({path, info.completeBaseName(), *link});
     }
     return found;

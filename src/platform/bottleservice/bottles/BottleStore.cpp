@@ -5,6 +5,7 @@
 
 #include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/PlainFile.h"
 #include "bottleservice/bottles/YamlText.h"
 
 namespace {
@@ -23,7 +24,7 @@ bool isRealFile(const QString& path) {
 
 }  // namespace
 
-BottleStore::BottleStore(const QString& dataDir) : m_root(dataDir + "/bottles") {}
+BottleStore::BottleStore(const QString& dataDir) : m_dataDir(dataDir), m_root(dataDir + "/bottles") {}
 
 QStringList BottleStore::names() const {
     QStringList names = namesIn(m_root, {});
@@ -74,13 +75,12 @@ QString BottleStore::check(const QString& name) const {
 }
 
 std::optional<BottleYaml> BottleStore::load(const QString& name, QString* error) const {
-    QFile file(pathOf(name) + SettingsFile);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *error =
-            QString("Cannot read bottle.yml of \"%1\": %2.").arg(BottleName::shown(name), file.errorString());
+    const auto text = PlainFile::read(pathOf(name) + SettingsFile, YamlText::MaximumBytes);
+    if (!text) {
+        *error = QString("Cannot read bottle.yml of \"%1\".").arg(BottleName::shown(name));
         return std::nullopt;
     }
-    std::optional<BottleYaml> settings = BottleYaml::parse(file.read(YamlText::MaximumBytes + 1), error);
+    std::optional<BottleYaml> settings = BottleYaml::parse(*text, error);
     if (!settings)
         *error =
             QString("bottle.yml of \"%1\" cannot be understood: %2.").arg(BottleName::shown(name), *error);

@@ -17,6 +17,8 @@ public:
     enum class State { Missing, Present, Foreign };
 
     QString root() const { return m_root; }
+    /// Where the launch script tells what it has started.
+    QString runningDir() const { return m_dataDir + "/running"; }
 
     /// The names of all bottles, sorted.
     QStringList names() const;
@@ -44,5 +46,6 @@ public:
 private:
     QStringList namesIn(const QString& directory, const QString& prefix) const;
 
+    QString m_dataDir;
     QString m_root;
 };

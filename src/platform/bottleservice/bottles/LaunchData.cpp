@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 
 #include "bottleservice/bottles/AtomicFile.h"
+#include "bottleservice/bottles/PlainFile.h"
 #include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/settings/SettingRules.h"
 #include "bottleservice/wine/Emulators.h"
@@ -87,10 +88,10 @@ bool write(const QString& directory, QJsonObject data, QString* error) {
 }
 
 bool isStale(const QString& bottlePath) {
-    QFile file(bottlePath + FileName);
-    if (QFileInfo(file.fileName()).isSymLink() || !file.open(QIODevice::ReadOnly))
+    const auto text = PlainFile::read(bottlePath + FileName, MaximumBytes);
+    if (!text)
         return true;
-    const QJsonObject data = QJsonDocument::fromJson(file.read(MaximumBytes)).object();
+    const QJsonObject data = QJsonDocument::fromJson(*text).object();
     return data["version"].toInt() != Version || data["source"].toObject() != stampOf(bottlePath);
 }
 

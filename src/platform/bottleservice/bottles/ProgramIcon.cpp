@@ -52,10 +52,15 @@ QString ProgramIcon::extract(const QString& script, const QString& bottlePath, c
             process.kill();
             process.waitForFinished(1000);
         }
-        if (QFileInfo(icon).isFile() && !QFileInfo(icon).isSymLink())
+        if (!existing(bottlePath, id).isEmpty())
             return icon;
     }
     return {};
+}
+
+QString ProgramIcon::existing(const QString& bottlePath, const QString& id) {
+    const QFileInfo icon(directoryOf(bottlePath) + '/' + nameOf(id));
+    return icon.isFile() && !icon.isSymLink() ? icon.filePath() : QString();
 }
 
 void ProgramIcon::remove(const QString& bottlePath, const QString& id) {

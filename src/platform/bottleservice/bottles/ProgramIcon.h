@@ -15,6 +15,9 @@ QString idFor(const QString& source);
 QString extract(const QString& script, const QString& bottlePath, const QString& id, const QStringList& files,
                 const std::atomic_bool& cancelled);
 
+/// The icon that was taken out before; empty if there is none.
+QString existing(const QString& bottlePath, const QString& id);
+
 /// Removes the icon of a program that goes.
 void remove(const QString& bottlePath, const QString& id);
 

@@ -1,7 +1,6 @@
 #include "bottleservice/bottles/RegistryFile.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include "bottleservice/bottles/PlainFile.h"
 
 namespace RegistryFile {
 
@@ -9,6 +8,8 @@ namespace {
 
 constexpr qint64 MaximumBytes = 64 * 1024 * 1024;
 constexpr int MaximumHexDigits = 4;
+constexpr int MaximumLineBytes = 4096;
+constexpr int MaximumKeys = 50000;
 
 /// A quoted text from the quote on; moves behind the closing quote. Null if it is none.
 QString unquoted(const QByteArray& line, int* at, char end) {
@@ -64,11 +65,8 @@ void readValue(const QByteArray& line, Values* values) {
 }  // namespace
 
 Keys read(const QString& path, const QString& prefix) {
-    QFile file(path);
-    if (QFileInfo(path).isSymLink() || !QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) ||
-        file.size() > MaximumBytes)
-        return {};
-    return parse(file.readAll(), prefix);
+    const auto content = PlainFile::read(path, MaximumBytes);
+    return content && content->size() <= MaximumBytes ? parse(*content, prefix) : Keys();
 }
 
 Keys parse(const QByteArray& content, const QString& prefix) {
@@ -78,8 +76,11 @@ Keys parse(const QByteArray& content, const QString& prefix) {
         int end = content.indexOf('\n', begin);
         if (end < 0)
             end = content.size();
-        const QByteArray line = content.mid(begin, end - begin);
+        const QByteArray line = content.mid(begin, qMin(end - begin, MaximumLineBytes));
+        const bool isWhole = end - begin <= MaximumLineBytes;
         begin = end + 1;
+        if (!isWhole || keys.size() > MaximumKeys)
+            continue;
         if (line.startsWith('[')) {
             int at = 0;
             const QString path = unquoted(line, &at, ']');

@@ -15,7 +15,8 @@ using Keys = QHash<QString, Values>;    ///< by path below the prefix, in lower 
 /// is larger than 64 MiB, a link or no such file has none.
 Keys read(const QString& path, const QString& prefix);
 
-/// The same for the content of a file. Lines that cannot be understood are skipped.
+/// The same for the content of a file. Lines that cannot be understood or are longer than 4 KiB are skipped,
+/// and so is what follows the first 50,000 keys.
 Keys parse(const QByteArray& content, const QString& prefix);
 
 }  // namespace RegistryFile

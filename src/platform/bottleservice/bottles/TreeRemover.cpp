@@ -27,7 +27,9 @@ struct Removal {
     int rootFd = -1;
     int moved = 0;
     QString firstError;
+    const std::atomic_bool* stop = nullptr;
 
+    bool isStopped() const { return stop && *stop; }
     void fail(const std::string& name, int code) {
         if (firstError.isEmpty())
             firstError = QString("%1: %2").arg(QFile::decodeName(name.c_str()),
@@ -122,6 +124,8 @@ void removeDirectory(Removal& removal, int parent, const std::string& name, int 
 void removeContents(Removal& removal, DIR* directory, int depth) {
     const int fd = dirfd(directory);
     for (const std::string& name : entriesOf(directory)) {
+        if (removal.isStopped())
+            return;
         const Status status = statusOf(fd, name.c_str());
         if (!status.known)
             removal.fail(name, errno);
@@ -138,7 +142,7 @@ void removeContents(Removal& removal, DIR* directory, int depth) {
 
 namespace TreeRemover {
 
-bool remove(const QString& path, QString* error) {
+bool remove(const QString& path, QString* error, const std::atomic_bool* stop) {
     const QFileInfo info(path);
     const Directory parent(opendir(QFile::encodeName(info.absolutePath()).constData()));
     const QByteArray name = QFile::encodeName(info.fileName());
@@ -153,6 +157,7 @@ bool remove(const QString& path, QString* error) {
         return false;
     }
     Removal removal;
+    removal.stop = stop;
     const Directory root = openDirectory(dirfd(parent.get()), name.constData());
     if (!root) {
         *error = QString("%1: %2").arg(path, QString::fromLocal8Bit(strerror(errno)));
@@ -166,7 +171,7 @@ bool remove(const QString& path, QString* error) {
         removal.firstError.clear();
         rewinddir(root.get());
         removeContents(removal, root.get(), 0);
-    } while (removal.moved > movedBefore);
+    } while (removal.moved > movedBefore && !removal.isStopped());
     if (unlinkat(dirfd(parent.get()), name.constData(), AT_REMOVEDIR) != 0)
         removal.fail(name.toStdString(), errno);
     *error = removal.firstError;

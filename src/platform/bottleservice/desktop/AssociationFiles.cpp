@@ -21,6 +21,14 @@ bool isOfMachine(const QString& mime) {
     return false;
 }
 
+/// XML knows no control characters.
+QString printable(const QString& text) {
+    QString result;
+    for (const QChar& c : text)
+        result += c.isPrint() || c.isSurrogate() ? c : QChar(' ');
+    return result;
+}
+
 }  // namespace
 
 DesktopEntry entry(const QString& command, const QString& bottle, const QString& key,
@@ -56,7 +64,7 @@ QByteArray mimePackage(const QJsonObject& associations, const QStringList& keys)
         isEmpty = false;
         xml.writeStartElement("mime-type");
         xml.writeAttribute("type", mime);
-        xml.writeTextElement("comment", association["friendly_name"].toString());
+        xml.writeTextElement("comment", printable(association["friendly_name"].toString()));
         xml.writeEmptyElement("glob");
         xml.writeAttribute("pattern", '*' + key);
         xml.writeEndElement();

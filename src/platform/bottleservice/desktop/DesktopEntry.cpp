@@ -40,6 +40,6 @@ QByteArray DesktopEntry::toText() const {
     if (mimeTypes.isEmpty())
         lines += "Categories=Utility;";
     else
-        lines += "MimeType=" + mimeTypes.join(';') + ';';
+        lines += "MimeType=" + value(mimeTypes.join(';')) + ';';
     return lines.join('\n').toUtf8() + '\n';
 }

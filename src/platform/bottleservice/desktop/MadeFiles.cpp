@@ -7,26 +7,40 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSet>
 
 #include "bottleservice/bottles/AtomicFile.h"
+#include "bottleservice/bottles/PlainFile.h"
 
 namespace {
 
 constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
 constexpr int TagCharacters = 12;
 
-int removeAll(const QString& bottle, const QJsonArray& paths) {
-    int removed = 0;
-    for (const QJsonValue& path : paths) {
-        const QFileInfo file(path.toString());
-        if (file.isSymLink() || !file.isFile() || !file.fileName().startsWith(MadeFiles::prefixOf(bottle)))
+bool isOwn(const QString& bottle, const QString& path) {
+    const QFileInfo file(path);
+    return file.isAbsolute() && QDir::cleanPath(path) == path &&
+           file.fileName().startsWith(MadeFiles::prefixOf(bottle));
+}
+
+QStringList pathsOf(const QJsonObject& record, const QString& bottle, const QString& owner) {
+    QStringList paths;
+    for (const QJsonValue& path : record[bottle].toObject()[owner].toArray())
+        paths += path.toString();
+    return paths;
+}
+
+/// What could not be removed.
+QStringList remove(const QString& bottle, const QStringList& paths) {
+    QStringList left;
+    for (const QString& path : paths) {
+        const QFileInfo file(path);
+        if (file.isSymLink() || !file.isFile() || !isOwn(bottle, path) || QFile::remove(path))
             continue;
-        if (QFile::remove(file.filePath()))
-            ++removed;
-        else
-            qWarning() << "cannot remove" << file.filePath();
+        qWarning() << "cannot remove" << path;
+        left += path;
     }
-    return removed;
+    return left;
 }
 
 }  // namespace
@@ -36,64 +50,100 @@ QString MadeFiles::prefixOf(const QString& bottle) {
     return "cellarix-" + QString::fromLatin1(hash.left(TagCharacters)) + '-';
 }
 
-bool MadeFiles::make(const QString& bottle, const QString& owner, const QString& path,
-                     const QByteArray& content, bool isExecutable, QString* error) {
-    Q_ASSERT(QFileInfo(path).fileName().startsWith(prefixOf(bottle)));
-    QJsonObject record = load();
-    QJsonObject owners = record[bottle].toObject();
-    QJsonArray paths = owners[owner].toArray();
-    if (!paths.contains(path)) {
-        paths.append(path);
-        owners.insert(owner, paths);
-        record.insert(bottle, owners);
-        if (!save(record, error))
+bool MadeFiles::make(const QString& bottle, const QString& owner, const Contents& files, bool isExecutable,
+                     QString* error) {
+    const QStringList before = pathsOf(load().value_or(QJsonObject()), bottle, owner);
+    QStringList all = before + files.keys();
+    all.removeDuplicates();
+    if (!record(bottle, owner, all, error))
+        return false;
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        if (!isOwn(bottle, file.key()) || !QDir().mkpath(QFileInfo(file.key()).path())) {
+            *error = QString("Cannot make the directory of %1.").arg(file.key());
             return false;
+        }
+        if (!AtomicFile::replace(file.key(), file.value(), error, AtomicFile::Safety::Quick))
+            return false;
+        if (isExecutable)
+            QFile::setPermissions(file.key(),
+                                  QFile::permissions(file.key()) | QFile::ExeOwner | QFile::ExeUser);
     }
-    if (!QDir().mkpath(QFileInfo(path).path())) {
-        *error = QString("Cannot make the directory of %1.").arg(path);
-        return false;
+    QStringList outdated;
+    for (const QString& path : before) {
+        if (!files.contains(path))
+            outdated += path;
     }
-    if (!AtomicFile::replace(path, content, error))
-        return false;
-    if (isExecutable)
-        QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner | QFile::ExeUser);
-    return true;
+    return record(bottle, owner, files.keys() + remove(bottle, outdated), error);
 }
 
-int MadeFiles::undo(const QString& bottle, const QString& owner) {
-    QJsonObject record = load();
-    QJsonObject owners = record[bottle].toObject();
-    const int removed = removeAll(bottle, owners.take(owner).toArray());
-    if (owners.isEmpty())
-        record.remove(bottle);
-    else
-        record.insert(bottle, owners);
+void MadeFiles::undo(const QString& bottle, const QString& owner) {
+    const auto known = load();
     QString error;
-    if (!save(record, &error))
-        qWarning() << error;
-    return removed;
+    if (!known || !record(bottle, owner, remove(bottle, pathsOf(*known, bottle, owner)), &error))
+        qWarning() << "files that were made for" << owner << "stay recorded" << error;
 }
 
-int MadeFiles::undo(const QString& bottle) {
-    int removed = 0;
-    for (const QString& owner : load()[bottle].toObject().keys())
-        removed += undo(bottle, owner);
-    return removed;
+void MadeFiles::undo(const QString& bottle) {
+    for (const QString& owner : load().value_or(QJsonObject())[bottle].toObject().keys())
+        undo(bottle, owner);
 }
 
-bool MadeFiles::has(const QString& bottle, const QString& owner) const {
-    return load()[bottle].toObject().contains(owner);
+QStringList MadeFiles::existing(const QString& bottle, const QString& owner) const {
+    QStringList paths;
+    for (const QString& path : pathsOf(load().value_or(QJsonObject()), bottle, owner)) {
+        if (QFileInfo::exists(path))
+            paths += path;
+    }
+    return paths;
 }
 
-QJsonObject MadeFiles::load() const {
-    QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QJsonDocument::fromJson(file.read(MaximumBytes)).object();
+void MadeFiles::removeUnfinished() const {
+    QSet<QString> directories;
+    const QJsonObject all = load().value_or(QJsonObject());
+    for (const QString& bottle : all.keys()) {
+        for (const QString& owner : all[bottle].toObject().keys()) {
+            for (const QString& path : pathsOf(all, bottle, owner))
+                directories += QFileInfo(path).path();
+        }
+    }
+    for (const QString& directory : qAsConst(directories)) {
+        for (const QString& file : AtomicFile::leftovers(directory)) {
+            qWarning() << "an earlier run of the service was interrupted; removing what it left:" << file;
+            QFile::remove(file);
+        }
+    }
 }
 
-bool MadeFiles::save(const QJsonObject& record, QString* error) const {
-    if (record == load())
-        return true;
-    return AtomicFile::replace(m_file, QJsonDocument(record).toJson(), error);
+std::optional<QJsonObject> MadeFiles::load() const {
+    if (!QFileInfo::exists(m_file))
+        return QJsonObject();
+    const auto text = PlainFile::read(m_file, MaximumBytes);
+    if (!text)
+        return std::nullopt;
+    const QJsonDocument document = QJsonDocument::fromJson(*text);
+    if (document.isObject())
+        return document.object();
+    const QString aside = m_file + ".unreadable";
+    qWarning() << m_file << "makes no sense and is set aside as" << aside;
+    QFile::remove(aside);
+    QFile::rename(m_file, aside);
+    return QJsonObject();
+}
+
+bool MadeFiles::record(const QString& bottle, const QString& owner, const QStringList& paths,
+                       QString* error) const {
+    const auto known = load();
+    if (!known) {
+        *error = QString("%1 cannot be read.").arg(m_file);
+        return false;
+    }
+    QJsonObject all = *known;
+    QJsonObject owners = all[bottle].toObject();
+    owners.remove(owner);
+    if (!paths.isEmpty())
+        owners.insert(owner, QJsonArray::fromStringList(paths));
+    all.remove(bottle);
+    if (!owners.isEmpty())
+        all.insert(bottle, owners);
+    return all == *known || AtomicFile::replace(m_file, QJsonDocument(all).toJson(), error);
 }

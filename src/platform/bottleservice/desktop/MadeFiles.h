@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QMap>
 #include <QString>
+#include <optional>
 
 /// The files that the service has made for bottles outside of them: entries of menus and desktops, MIME
 /// types. Each is recorded before it is made, in "made-files.json" of the service's directory
@@ -15,21 +17,29 @@ public:
     /// The beginning of a file name that belongs to the bottle.
     static QString prefixOf(const QString& bottle);
 
-    /// Writes the file, which replaces one of the same name that was recorded before. False with a sentence.
-    /// The owner is the id of a program or a word of the service's own.
-    bool make(const QString& bottle, const QString& owner, const QString& path, const QByteArray& content,
-              bool isExecutable, QString* error);
+    using Contents = QMap<QString, QByteArray>;  ///< by path
 
-    /// Removes what was made. How many files are gone.
-    int undo(const QString& bottle, const QString& owner);
-    int undo(const QString& bottle);
+    /// Makes these files the owner's only ones: others that it has are removed, those of the same path
+    /// replaced. False with a sentence; then some may be made, and all are recorded. The owner is the id of a
+    /// program or a word of the service's own.
+    bool make(const QString& bottle, const QString& owner, const Contents& files, bool isExecutable,
+              QString* error);
 
-    bool has(const QString& bottle, const QString& owner) const;
-    QStringList bottles() const { return load().keys(); }
+    /// Removes what was made. What cannot be removed stays in the record.
+    void undo(const QString& bottle, const QString& owner);
+    void undo(const QString& bottle);
+
+    /// What the owner has, as far as it still exists.
+    QStringList existing(const QString& bottle, const QString& owner) const;
+    QStringList bottles() const { return load().value_or(QJsonObject()).keys(); }
+
+    /// Removes what a kill has left beside the files.
+    void removeUnfinished() const;
 
 private:
-    QJsonObject load() const;
-    bool save(const QJsonObject& record, QString* error) const;
+    /// Nothing when there is a record that cannot be read now. One that makes no sense is set aside.
+    std::optional<QJsonObject> load() const;
+    bool record(const QString& bottle, const QString& owner, const QStringList& paths, QString* error) const;
 
     QString m_file;
 };

@@ -6,6 +6,7 @@
 #include "bottleservice/jobs/Reclaimer.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
+#include "bottleservice/wine/LaunchRecords.h"
 
 DeleteBottleJob::DeleteBottleJob(const BottleStore& store, const QString& name, const Runners& runners,
                                  Reclaimer* reclaimer, Reply reply)
@@ -19,6 +20,7 @@ void DeleteBottleJob::start() {
     }
     auto* stopper =
         new BottleStopper(m_store.pathOf(m_name), m_runners.wineserverFor(m_store.runnerOf(m_name)), this);
+    stopper->setLaunchers([this] { return LaunchRecord::launchers(m_store.runningDir(), m_name); });
     connect(stopper, &BottleStopper::finished, this, &DeleteBottleJob::onStopped);
     stopper->start();
 }

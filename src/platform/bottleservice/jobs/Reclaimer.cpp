@@ -7,11 +7,20 @@
 #include "bottleservice/bottles/TreeRemover.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
 
+namespace {
+
+constexpr int GraceMs = 5000;  // the next service waits three times as long for this one's end
+
+}  // namespace
+
 Reclaimer::Reclaimer(QObject* parent) : QObject(parent) {
     m_worker.setMaxThreadCount(1);
 }
 
 Reclaimer::~Reclaimer() {
+    if (m_worker.waitForDone(GraceMs))
+        return;
+    m_stop = true;
     m_worker.waitForDone();
 }
 
@@ -25,11 +34,11 @@ void Reclaimer::remove(const QString& path, const char* prefix) {
 }
 
 void Reclaimer::remove(const QString& path) {
-    QtConcurrent::run(&m_worker, [path] {
+    QtConcurrent::run(&m_worker, [this, path] {
         QElapsedTimer elapsed;
         elapsed.start();
         QString error;
-        if (TreeRemover::remove(path, &error))
+        if (TreeRemover::remove(path, &error, &m_stop))
             qInfo() << "removed" << path << "in" << elapsed.elapsed() << "ms";
         else
             qWarning() << "cannot remove" << path << "now:" << error;

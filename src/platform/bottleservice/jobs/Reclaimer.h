@@ -3,10 +3,11 @@
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
-#include <functional>
+#include <atomic>
 
 /// Removes directory trees in the background, one after the other. What cannot be removed is logged and tried
-/// again at the next start of the service. Waits in its destructor for what has begun.
+/// again at the next start of the service. What has begun when it is destroyed is left for the next start,
+/// too.
 class Reclaimer : public QObject {
     Q_OBJECT
 
@@ -21,5 +22,6 @@ public:
     bool isIdle() const { return m_worker.activeThreadCount() == 0; }
 
 private:
+    std::atomic_bool m_stop{false};
     QThreadPool m_worker;
 };

@@ -5,12 +5,19 @@
 #include <QDebug>
 
 #include "bottleservice/wine/BottleStopper.h"
+#include "bottleservice/wine/LaunchRecords.h"
 
 namespace {
 
 constexpr int PollMs = 25;
 constexpr int KillAfterMs = 1000;
 constexpr int GiveUpAfterMs = 2000;
+constexpr int EmptyLooks = 3;  // in the midst of an exec a process shows no mark
+
+void signalAll(const QVector<pid_t>& pids, int number) {
+    for (const pid_t pid : pids)
+        ::kill(pid, number);
+}
 
 }  // namespace
 
@@ -26,6 +33,7 @@ void StopBottleJob::start() {
     }
     auto* stopper =
         new BottleStopper(m_store.pathOf(m_name), m_runners.wineserverFor(m_store.runnerOf(m_name)), this);
+    stopper->setLaunchers([this] { return LaunchRecord::launchers(m_store.runningDir(), m_name); });
     connect(stopper, &BottleStopper::finished, this, [this](bool clean) {
         finish(clean ? Answer::of()
                      : Answer::failure(Answer::Fault::Failed,
@@ -56,7 +64,12 @@ void StopProgramJob::start() {
 // of them.
 void StopProgramJob::step() {
     const std::vector<Processes::Entry> rest = m_processes.ofProgram(m_store.pathOf(m_name), m_programId);
-    if (rest.empty()) {
+    const QVector<pid_t> launchers = LaunchRecord::launchers(m_store.runningDir(), m_name, m_programId);
+    const bool isEmpty = rest.empty() && launchers.isEmpty();
+    m_emptyLooks = isEmpty ? m_emptyLooks + 1 : 0;
+    if (isEmpty) {
+        if (m_emptyLooks < EmptyLooks)
+            return;
         m_poll.stop();
         finish(Answer::of());
     } else if (m_elapsed.elapsed() > GiveUpAfterMs) {
@@ -65,8 +78,10 @@ void StopProgramJob::step() {
         finish(Answer::failure(Answer::Fault::Failed, "Some processes of the program could not be ended."));
     } else if (m_elapsed.elapsed() > KillAfterMs) {
         Processes::signal(rest, SIGKILL);
+        signalAll(launchers, SIGKILL);
     } else if (!m_asked) {
         m_asked = true;
         Processes::signal(rest, SIGTERM);
+        signalAll(launchers, SIGTERM);
     }
 }

@@ -40,4 +40,5 @@ private:
     QTimer m_poll;
     QElapsedTimer m_elapsed;
     bool m_asked = false;
+    int m_emptyLooks = 0;
 };

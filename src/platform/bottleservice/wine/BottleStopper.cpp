@@ -10,6 +10,7 @@ namespace {
 constexpr int ServerTimeoutMs = 1500;
 constexpr int KillTimeoutMs = 2500;
 constexpr int PollMs = 20;
+constexpr int EmptyLooks = 3;  // in the midst of an exec a process shows no mark
 
 }  // namespace
 
@@ -37,10 +38,14 @@ void BottleStopper::start() {
 
 void BottleStopper::killRest() {
     const std::vector<Processes::Entry> rest = m_processes.ofBottle(m_prefix);
-    if (!rest.empty() && m_elapsed.elapsed() < KillTimeoutMs) {
-        Processes::signal(rest, SIGKILL);
+    const QVector<pid_t> launchers = m_launchers();
+    for (const pid_t launcher : launchers)
+        ::kill(launcher, SIGKILL);
+    Processes::signal(rest, SIGKILL);
+    const bool isEmpty = rest.empty() && launchers.isEmpty();
+    m_emptyLooks = isEmpty ? m_emptyLooks + 1 : 0;
+    if (m_emptyLooks < EmptyLooks && m_elapsed.elapsed() < KillTimeoutMs)
         return;
-    }
     m_poll.stop();
-    Q_EMIT finished(rest.empty());
+    Q_EMIT finished(isEmpty);
 }

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <QVector>
+#include <functional>
 
 #include "bottleservice/wine/Processes.h"
 
@@ -18,6 +20,9 @@ public:
     /// The path of wineserver may be empty; then only signals are used.
     BottleStopper(const QString& prefix, const QString& wineserver, QObject* parent = nullptr);
 
+    /// Launch scripts of the bottle that live: what they are about to start is not there yet.
+    void setLaunchers(std::function<QVector<pid_t>()> launchers) { m_launchers = std::move(launchers); }
+
     void start();
 
 Q_SIGNALS:
@@ -30,6 +35,8 @@ private:
     QString m_prefix;
     QString m_wineserver;
     Processes m_processes;
+    std::function<QVector<pid_t>()> m_launchers = [] { return QVector<pid_t>(); };
+    int m_emptyLooks = 0;
     WineCommand* m_command = nullptr;
     QTimer m_poll;
     QElapsedTimer m_elapsed;

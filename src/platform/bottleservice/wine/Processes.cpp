@@ -25,6 +25,17 @@ QByteArray linkBaseName(const QString& path) {
     return name.endsWith(deleted) ? name.left(name.size() - deleted.size()) : name;
 }
 
+/// Of a process whose first thread has ended only its other threads tell what it is.
+QString livingThread(const QString& process) {
+    const QStringList threads = QDir(process + "/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& thread : threads) {
+        const QString directory = process + "/task/" + thread;
+        if (!linkBaseName(directory + "/exe").isEmpty())
+            return directory;
+    }
+    return process;
+}
+
 QString normalized(const QString& path) {
     const QString canonical = QFileInfo(path).canonicalFilePath();
     return canonical.isEmpty() ? QDir::cleanPath(path) : canonical;
@@ -41,8 +52,12 @@ std::vector<Processes::Entry> Processes::all() const {
         entry.pid = name.toInt(&isPid);
         if (!isPid || entry.pid <= 1)
             continue;
-        const QString directory = m_procDir + '/' + name;
+        QString directory = m_procDir + '/' + name;
         entry.executable = linkBaseName(directory + "/exe");
+        if (entry.executable.isEmpty()) {
+            directory = livingThread(directory);
+            entry.executable = linkBaseName(directory + "/exe");
+        }
         if (!isWineExecutable(entry.executable))
             continue;
         const QHash<QByteArray, QByteArray> environment =

@@ -3,23 +3,20 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTimer>
 
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/wine/LaunchRecords.h"
 
 namespace {
 
-constexpr qint64 MaximumBytes = 4096;
-constexpr int MaximumIdCharacters = 128;
 /// In the midst of an exec a process shows no mark.
 constexpr int SettleMs = 50;
 
 }  // namespace
 
-ProgramWatch::ProgramWatch(const BottleStore& store, const QString& dataDir, QObject* parent)
-    : QObject(parent), m_store(store), m_directory(dataDir + "/running") {
+ProgramWatch::ProgramWatch(const BottleStore& store, QObject* parent)
+    : QObject(parent), m_store(store), m_directory(store.runningDir()) {
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &ProgramWatch::readDirectory);
 }
 
@@ -39,24 +36,19 @@ void ProgramWatch::readDirectory() {
 }
 
 void ProgramWatch::readFile(const QString& path) {
-    QFile file(path);
-    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.read(MaximumBytes) : QByteArray();
-    const QJsonObject record = QJsonDocument::fromJson(text).object();
-    const QString bottle = record["bottle"].toString();
-    const QString program = record["program"].toString();
-    if (!BottleName::check(bottle).isEmpty() || program.isEmpty() || program.size() > MaximumIdCharacters) {
+    LaunchRecord record;
+    if (!LaunchRecord::read(path, &record)) {
         qWarning() << path << "tells of no program; removing it";
-        file.remove();
+        QFile::remove(path);
         return;
     }
-    const Key key(bottle, program);
+    const Key key(record.bottle, record.program);
     Run& run = m_runs[key];
-    run.bottlePath = m_store.pathOf(bottle);
-    run.program = program;
+    run.bottlePath = m_store.pathOf(record.bottle);
+    run.program = record.program;
     run.files += path;
-    const pid_t pid = record["pid"].toInt();
-    if (pid > 1 && ProcessEnd::startTime(pid) == record["start"].toString())
-        follow(key, pid);
+    if (record.pid != 0)
+        follow(key, record.pid);
     else
         look(key, true);
 }

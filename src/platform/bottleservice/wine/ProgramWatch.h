@@ -11,14 +11,13 @@
 #include "bottleservice/wine/Processes.h"
 
 /// Follows the programs that the launch script has started with an id, each to the end of the last process
-/// that carries its mark. The script leaves one file for each launch in the directory "running":
-///   <pid>.json: {"bottle", "program", "pid", "start"}, pid and start being those of the script.
-/// A file stays until its program has ended, so that an end is also told that came while no service ran.
+/// that carries its mark. LaunchRecord tells how the script lets it know; its file stays until the program
+/// has ended, so that an end is also told that came while no service ran.
 class ProgramWatch : public QObject {
     Q_OBJECT
 
 public:
-    ProgramWatch(const BottleStore& store, const QString& dataDir, QObject* parent = nullptr);
+    explicit ProgramWatch(const BottleStore& store, QObject* parent = nullptr);
 
     /// Reads what is there and stays awake for more.
     void start();

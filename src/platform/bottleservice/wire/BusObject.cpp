@@ -2,10 +2,20 @@
 
 #include <QDBusError>
 #include <QDebug>
+#include <QPointer>
 
 namespace {
 
 constexpr int MaximumArgumentCharacters = 4 * 1024 * 1024;
+constexpr int ListItemCharacters = 1024;  // what an item costs at least, in the same measure
+
+int sizeOf(const QVariant& argument) {
+    int size = argument.toString().size();
+    for (const QString& item :
+         argument.type() == QVariant::StringList ? argument.toStringList() : QStringList())
+        size += item.size() + ListItemCharacters;
+    return size;
+}
 
 QString errorName(Answer::Fault fault) {
     switch (fault) {
@@ -65,7 +75,11 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
     qDebug() << "call" << message.member() << "from" << message.service();
     m_handlers.value(message.member())(
         message.arguments(),
-        [this, connection, message](const Answer& result) { answer(connection, message, result); });
+        // A job may outlive this object when the service ends.
+        [self = QPointer<const BusObject>(this), connection, message](const Answer& result) {
+            if (self)
+                self->answer(connection, message, result);
+        });
     return true;
 }
 
@@ -76,7 +90,7 @@ Answer BusObject::check(const QDBusMessage& message) const {
                                QString("%1 takes arguments of type \"%2\", not \"%3\".")
                                    .arg(message.member(), expected, message.signature()));
     for (const QVariant& argument : message.arguments()) {
-        if (argument.toString().size() > MaximumArgumentCharacters)
+        if (sizeOf(argument) > MaximumArgumentCharacters)
             return Answer::failure(Answer::Fault::InvalidArgs,
                                    QString("An argument of %1 is too long.").arg(message.member()));
     }

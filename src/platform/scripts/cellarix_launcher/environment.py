@@ -4,6 +4,8 @@ import os
 
 from cellarix_launcher import errors
 
+OVERRIDES = "WINEDLLOVERRIDES"
+MENU_BUILDER_OFF = "winemenubuilder.exe="
 UUID_VARIABLE = "_CXB_WINE_PROGRAM_UUID"
 # Of a Wine that the caller may itself run under; the bottle's own Wine knows better.
 FOREIGN = ("WINELOADER", "WINEARCH", "WINEDLLPATH", "WINESERVER", "WINEPREFIX", "WINELOADERNOEXEC", "WINESERVERSOCKET")
@@ -13,10 +15,15 @@ def wine_environment(bottle, caller, uuid, program_envs):
     """The caller's variables, over them the bottle's, then the program's. WINEDEBUG is the caller's if it has
     one: whoever reads the log chose its channels."""
     env = {name: value for name, value in caller.items() if name not in FOREIGN}
+    # Each layer says its part and the last word counts. Wine's own maker of menu entries stays off unless one names it.
+    overrides = [MENU_BUILDER_OFF, env.get(OVERRIDES, "")]
     for layer in (bottle.env, program_envs):
         for name, value in layer.items() if isinstance(layer, dict) else ():
-            if _usable(name, value):
+            if name == OVERRIDES and _usable(name, value):
+                overrides.append(_text(value))
+            elif _usable(name, value):
                 env[name] = _text(value)
+    env[OVERRIDES] = ";".join(part for part in overrides if part)
     env["WINEPREFIX"] = bottle.directory
     env["WINEDEBUG"] = caller.get("WINEDEBUG") or env.get("WINEDEBUG") or "fixme-all"
     if bottle.wineserver:
