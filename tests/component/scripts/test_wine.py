@@ -82,7 +82,8 @@ class RealWine(HomeCase):
     def test_an_internal_command_in_one_word(self):
         code, out, _ = self.launch("t", "cmd.exe /c echo hello", env={"WINEDEBUG": "-all"})
         self.assertEqual((code, out.strip()), (0, "hello"))
-        self.assertEqual(self.launch("t", "winemenubuilder.exe", "-a", "-r")[:2], (0, ""))
+        # Nothing may put entries into the user's menu unasked, whoever calls for it.
+        self.assertNotEqual(self.launch("t", "winemenubuilder.exe", "-a", "-r")[0], 0)
         code, out, _ = self.launch("t", "taskkill.exe", "/f", "/im", "none.exe")
         self.assertIn("none.exe", out)
 

@@ -6,8 +6,7 @@
 #include <atomic>
 
 /// Removes directory trees in the background, one after the other. What cannot be removed is logged and tried
-/// again at the next start of the service. What has begun when it is destroyed is left for the next start,
-/// too.
+/// again at the next start of the service, and so is what is not done some seconds after its end was asked for.
 class Reclaimer : public QObject {
     Q_OBJECT
 
