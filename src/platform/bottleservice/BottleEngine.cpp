@@ -1,5 +1,7 @@
 #include "bottleservice/BottleEngine.h"
 
+#include <malloc.h>
+
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -26,6 +28,7 @@ using JsonText::compact;
 namespace {
 
 constexpr int VersionTimeoutMs = 10000;
+constexpr int TrimMs = 3000;
 
 }  // namespace
 
@@ -38,6 +41,11 @@ BottleEngine::BottleEngine(const QString& dataDir, QObject* parent)
     if (!QDir().mkpath(m_store.root()))
         qWarning() << "cannot make" << m_store.root();
     connect(&m_queue, &JobQueue::idle, this, &BottleEngine::tellClosed);
+    // The service rests for hours after minutes of work.
+    m_trim.setSingleShot(true);
+    m_trim.setInterval(TrimMs);
+    connect(&m_trim, &QTimer::timeout, this, [] { malloc_trim(0); });
+    connect(&m_queue, &JobQueue::idle, &m_trim, qOverload<>(&QTimer::start));
     connect(&m_stops, &JobQueue::idle, this, &BottleEngine::tellClosed);
     connect(&m_templates, &Templates::idle, this, &BottleEngine::tellClosed);
 }

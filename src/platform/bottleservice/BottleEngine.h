@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QTimer>
 
 #include "bottleservice/Answer.h"
 #include "bottleservice/bottles/BottleStore.h"
@@ -84,6 +85,7 @@ private:
     Templates m_templates;
     JobQueue m_queue;
     JobQueue m_stops;
+    QTimer m_trim;
     bool m_closing = false;
     QHash<QString, QString> m_versions;  ///< by path, time and size of the Wine
 };

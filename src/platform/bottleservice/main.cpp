@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -51,6 +53,8 @@ int idleSeconds(const QCoreApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // What a worker has used for a moment is to go back when the service rests.
+    mallopt(M_ARENA_MAX, 1);
     QCoreApplication application(argc, argv);
     application.setApplicationName("lumora-wine-launcher");
     application.setApplicationVersion(CELLARIX_VERSION);

@@ -6,7 +6,8 @@
 #include <atomic>
 
 /// Removes directory trees in the background, one after the other. What cannot be removed is logged and tried
-/// again at the next start of the service, and so is what is not done some seconds after its end was asked for.
+/// again at the next start of the service, and so is what is not done some seconds after its end was asked
+/// for.
 class Reclaimer : public QObject {
     Q_OBJECT
 
