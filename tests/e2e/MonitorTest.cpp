@@ -1,0 +1,103 @@
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QtTest>
+
+#include "core/base/Paths.h"
+#include "e2e/InstalledApp.h"
+#include "launch/monitor/WineExeProcessMonitor.h"
+#include "launch/winelog/LogParseRule.h"
+#include "launch/winelog/WineLogParser.h"
+#include "support/WindowFinder.h"
+
+using namespace TestSupport;
+
+namespace {
+
+constexpr int LaunchMs = 60000;
+const char Bottle[] = "watched";
+
+bool isToolRunning() {
+    for (const QString& pid : QDir("/proc").entryList(QDir::Dirs)) {
+        QFile commandLine("/proc/" + pid + "/cmdline");
+        if (commandLine.open(QIODevice::ReadOnly) &&
+            commandLine.readAll().contains("enum_process_window.exe") &&
+            environmentOf(pid.toLongLong()).value("WINEPREFIX").endsWith(Bottle))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+/// The monitor in a real bottle, beside programs that come, go, leave helpers and crash; and what their logs
+/// tell.
+class MonitorTest : public QObject {
+    Q_OBJECT
+
+    WindowFinder m_windows;
+    QTemporaryDir m_dir;
+
+    void launch(QProcess* process, const QStringList& program) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("WINEDEBUG",
+                           "err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file");
+        process->setProcessEnvironment(environment);
+        process->start(Paths::launcherScript(),
+                       QStringList{Bottle, "--log-path", m_dir.filePath("log")} + program);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (QStandardPaths::findExecutable("wine").isEmpty() || sample("window").isEmpty())
+            QSKIP("Wine or the Windows compiler is not on this machine");
+        QVERIFY(callBottles("createBottles", {Bottle, ""}).contains("\"ok\":true"));
+    }
+
+    void cleanup() { callBottles("killWineServer", {Bottle}); }
+
+    void helperTakesOver() {
+        WineExeProcessMonitor monitor;
+        QSignalSpy started(&monitor, &WineExeProcessMonitor::appStart);
+        QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);
+        monitor.start(Bottle);
+        QProcess program;
+        launch(&program, {sample("spawn"), "Watched"});
+        QVERIFY(started.wait(LaunchMs));
+        QTRY_COMPARE(program.state(), QProcess::NotRunning);
+        QVERIFY(monitor.windowSeen && !monitor.crashed && quit.isEmpty());
+        QVERIFY(m_windows.close(m_windows.waitForTitle("Watched").id));
+        QVERIFY(quit.wait(LaunchMs));
+        QCOMPARE(started.size(), 1);
+        QTRY_VERIFY_WITH_TIMEOUT(!isToolRunning(), 15000);
+    }
+
+    void crashWithoutEnd() {
+        WineExeProcessMonitor monitor;
+        QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);
+        QProcess program;
+        launch(&program, {sample("fault"), "crash"});
+        monitor.start(Bottle);
+        QTRY_VERIFY_WITH_TIMEOUT(monitor.crashed, LaunchMs);
+        monitor.stop();
+        monitor.stop();
+        QTRY_VERIFY_WITH_TIMEOUT(!isToolRunning(), 15000);
+        QVERIFY(quit.isEmpty());
+        callBottles("killWineServer", {Bottle});
+        QTRY_COMPARE(program.state(), QProcess::NotRunning);
+        WineLogParser parser;
+        QVERIFY(parser.parseFile(m_dir.filePath("log")) & LogCrash);
+    }
+
+    void theBottleDies() {
+        WineExeProcessMonitor monitor;
+        QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);
+        monitor.start(Bottle);
+        QTRY_VERIFY_WITH_TIMEOUT(isToolRunning(), LaunchMs);
+        callBottles("killWineServer", {Bottle});
+        QVERIFY(!quit.isEmpty() || quit.wait(LaunchMs));
+        QCOMPARE(quit.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(MonitorTest)
+#include "MonitorTest.moc"
