@@ -13,17 +13,13 @@
 #include "launch/LauncherExit.h"
 #include "launch/PrivateBottleName.h"
 #include "launch/WineLauncher.h"
+#include "launch/inspection/ExeFileInfo.h"
 
 namespace {
 
 const char LaunchDebugChannels[] =
     "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file";
 const char ExeIconDir[] = "/tmp/exeicons";
-
-QJsonObject readPeInfo(const QString& exePath) {
-    const ToolProcess::Result result = ToolProcess::run(Paths::peVersionInfoScript(), {exePath});
-    return QJsonDocument::fromJson(result.standardOutput).object();
-}
 
 /// Runs on a pool thread: works on values only, so that the launch may be gone before the answer comes.
 QString bottleFor(const QString& exePath, const QJsonObject& peInfo, const QString& md5) {
@@ -56,7 +52,7 @@ ExeFileExecutor::ExeFileExecutor(const QString& exePath, QObject* parent)
     if (exePath.isEmpty())
         return;
     // Each takes up to seconds on a large file, so they overlap.
-    const QFuture<QJsonObject> info = QtConcurrent::run(readPeInfo, exePath);
+    const QFuture<QJsonObject> info = QtConcurrent::run(peVersionInfo, exePath);
     const QFuture<QString> key = QtConcurrent::run(partialFileMd5, exePath);
     m_peInfo = info.result();
     m_md5 = key.result();
@@ -103,7 +99,7 @@ QString ExeFileExecutor::displayName() {
 
 QJsonObject ExeFileExecutor::peInfo() {
     if (m_peInfo.isEmpty() && !m_exePath.isEmpty())
-        m_peInfo = readPeInfo(m_exePath);
+        m_peInfo = peVersionInfo(m_exePath);
     return m_peInfo;
 }
 

@@ -31,6 +31,11 @@ QString peVersionInfoScript() {
 QString exeScannerScript() {
     return shareDir() + "/scripts/exe_scanner.py";
 }
+QString diecTool() {
+    return BuildInfo::isRelease()
+               ? shareDir() + "/diec/diec"
+               : QStringLiteral(CELLARIX_BUILD_DIR) + "/../../3dparty/DIE-engine/diec/diec";
+}
 QString processWindowTool() {
     return BuildInfo::isRelease()
                ? shareDir() + "/tools/enum_process_window.exe"

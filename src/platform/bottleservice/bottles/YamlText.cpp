@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <QSet>
+#include <QTextCodec>
 
 namespace YamlText {
 
@@ -131,6 +132,13 @@ YAML::Node parse(const QByteArray& text, QString* error) {
     error->clear();
     if (text.size() > MaximumBytes) {
         *error = "it is too large";
+        return {};
+    }
+    // Written again, it would not be what it was.
+    QTextCodec::ConverterState state;
+    QTextCodec::codecForName("UTF-8")->toUnicode(text.constData(), text.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0) {
+        *error = "it is no UTF-8 text";
         return {};
     }
     try {

@@ -1,0 +1,23 @@
+#include "launch/inspection/ExeFileInfo.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+#include "core/base/Paths.h"
+#include "core/base/ToolProcess.h"
+#include "launch/inspection/ExeFileChecker.h"
+
+QJsonObject exeFileInfo(const QString& path) {
+    if (!QFileInfo(path).isFile()) {
+        qWarning() << path << "is not a file";
+        return {};
+    }
+    const QJsonObject peInfo = ExeFileChecker(path).info();
+    return {{"peinfo", peInfo}, {"verinfo", peVersionInfo(path)}};
+}
+
+QJsonObject peVersionInfo(const QString& path) {
+    return QJsonDocument::fromJson(ToolProcess::run(Paths::peVersionInfoScript(), {path}).standardOutput)
+        .object();
+}

@@ -1,0 +1,80 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QtTest>
+
+#include "launch/inspection/ExeDetection.h"
+#include "launch/inspection/ExeFileChecker.h"
+#include "launch/inspection/ExeFileInfo.h"
+
+/// What is known of a file before it runs. The tools are those of the machine and of the installed tree.
+class ExeFileCheckerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void classification_data() {
+        QTest::addColumn<QString>("values");
+        QTest::addColumn<QString>("verdict");
+        const auto row = [](const char* values, const char* verdict) {
+            QTest::newRow(values) << values << verdict;
+        };
+        row("", "");
+        row(R"({"type":"Packer"},{"type":"Installer"})", "installer");
+        row(R"({"type":"Archive"},{"type":"Library","name":".NET","version":"v4"})", "installer");
+        row(R"j({"type":"Compiler","string":"Compiler: Microsoft Visual Basic(6.0)"})j", "vbrun6");
+        row(R"({"type":"Compiler","string":"Compiler: C++"},{"type":"Library","name":".NET","version":"v4.0.30319"})",
+            "dotnet48 4.0.30319");
+        row(R"({"type":"Protector","name":".NET Reactor","version":"2.5"})", "dotnet20 2.5");
+        row(R"({"type":"Protector","name":"Other","version":"2.5"},{"type":"Library","name":".NET Framework","version":"x3"})",
+            "dotnet35 3");
+        row(R"({"type":"Library","name":".NET","version":"Core"})", "dotnet48 Core");
+    }
+    void classification() {
+        QFETCH(QString, values);
+        const QString text = "{\"detects\":[5,{\"values\":[" + values + "]}]}";
+        const ExeDetection detection =
+            ExeDetection::classify(QJsonDocument::fromJson(text.toUtf8()).object());
+        QString verdict = detection.installer ? QString("installer") : detection.requiredComponent();
+        if (!detection.dotnetVersion.isEmpty())
+            verdict += ' ' + detection.dotnetVersion;
+        QTEST(verdict, "verdict");
+    }
+
+    void realFiles() {
+        QTemporaryDir dir;
+        const QString console = dir.filePath("console.exe"), window = dir.filePath("窗口.exe");
+        if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x64/console.exe", console) ||
+            !QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x64/window.exe", window))
+            QSKIP("the Windows compiler is not on this machine");
+        ExeFileChecker checker(console);
+        QVERIFY(!checker.isInstaller() && checker.console && !checker.hasPackagedRuntimeFiles());
+        QVERIFY(checker.info()["brief"].toString().contains("PE32+"));
+        QVERIFY(!checker.isGame());
+        const QJsonObject info = exeFileInfo(window);
+        QCOMPARE(info["peinfo"].toObject()["console"].toBool(true), false);
+        QCOMPARE(info["verinfo"].toObject()["ProductName"].toString().isEmpty(), false);
+        QFile file(dir.filePath("UnityPlayer.DLL"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QFile pdb(dir.filePath("a.pdb"));
+        QVERIFY(pdb.open(QIODevice::WriteOnly));
+        QVERIFY(checker.isGame() && checker.hasPackagedRuntimeFiles());
+    }
+
+    void oddFiles() {
+        QVERIFY(exeFileInfo("").isEmpty());
+        QVERIFY(exeFileInfo("/usr").isEmpty());
+        ExeFileChecker none("");
+        QVERIFY(!none.isInstaller() && none.info()["brief"].toString().isEmpty());
+        QTemporaryDir dir;
+        // One byte too much to be scanned in place: nothing of the cut stays behind.
+        const QStringList before = QDir(QDir::tempPath()).entryList({"{*large.exe"}, QDir::Files);
+        QFile large(dir.filePath("large.exe"));
+        QVERIFY(large.open(QIODevice::WriteOnly) && large.write("MZ") == 2 && large.resize(0x500001));
+        large.close();
+        ExeFileChecker checker(large.fileName());
+        QVERIFY(!checker.isInstaller());
+        QCOMPARE(QDir(QDir::tempPath()).entryList({"{*large.exe"}, QDir::Files), before);
+    }
+};
+
+QTEST_GUILESS_MAIN(ExeFileCheckerTest)
+#include "ExeFileCheckerTest.moc"
