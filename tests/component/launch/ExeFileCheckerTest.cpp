@@ -59,6 +59,53 @@ private Q_SLOTS:
         QVERIFY(checker.isGame() && checker.hasPackagedRuntimeFiles());
     }
 
+    /// What the scanner knows: a real program with the signs of a tool behind it or in front.
+    void scanner_data() {
+        QTest::addColumn<QByteArray>("front");  // instead of the program when it is not empty
+        QTest::addColumn<QByteArray>("behind");
+        QTest::addColumn<QString>("found");  // the beginning of the first value
+        const auto row = [](const char* found, const QByteArray& front, const QByteArray& behind) {
+            QTest::newRow(found) << front << behind << found;
+        };
+        const QByteArray zeros(64, '\0');
+        row("Compiler: MinGW(1", "", "");
+        row("Installer: Nullsoft Scriptable Install System(3.08)", "",
+            QByteArray("\0\0\0\0\xef\xbe\xad\xdeNullsoftInst", 20) + "Nullsoft Install System v3.08");
+        row("Installer: Inno Setup(6.2.0)", "", "Inno Setup Setup Data (6.2.0) (u)");
+        row("Installer: InstallShield", "", "ISSetupStream" + zeros);
+        row("Archive: 7-Zip[self-extracting]", "", QByteArray("7z\xbc\xaf\x27\x1c\0\x04", 8) + zeros);
+        row("Archive: RAR[self-extracting]", "", "Rar!\x1a\x07" + zeros);
+        row("Archive: ZIP[self-extracting]", "", "PK\x03\x04" + zeros);
+        row("Archive: Cabinet[self-extracting]", "", "MSCF" + zeros);
+        row("Installer: Windows Installer",
+            QByteArray("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1", 8) + zeros +
+                QByteArray("\x84\x10\x0c\0\0\0\0\0\xc0\0\0\0\0\0\0\x46", 16),
+            "");
+        row("Compiler: Go(1.21.3)", "", QByteArray("\xff Go buildinf:") + "go1.21.3");
+        row("", "MZ", "");
+        row(" ", "MZ" + QByteArray(100, '\xff'), "");
+    }
+    void scanner() {
+        QFETCH(QByteArray, front);
+        QFETCH(QByteArray, behind);
+        QFETCH(QString, found);
+        QFile program(QString(TEST_BINARY_DIR) + "/tests/programs/x64/quit.exe");
+        if (!program.open(QIODevice::ReadOnly))
+            QSKIP("the Windows compiler is not on this machine");
+        QTemporaryDir dir;
+        QFile file(dir.filePath("a.exe"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write((front.isEmpty() ? program.readAll() : front) + behind);
+        file.close();
+        ExeFileChecker checker(file.fileName());
+        const QJsonArray detects = checker.info()["detects"].toArray();
+        QCOMPARE(detects.size(), 1);
+        const QString first = detects[0].toObject()["values"].toArray()[0].toObject()["string"].toString();
+        QVERIFY2(("" + first).startsWith(found.trimmed()) && first.isEmpty() == found.trimmed().isEmpty(),
+                 qPrintable(first));
+        QCOMPARE(checker.isInstaller(), found.startsWith("Installer") || found.startsWith("Archive"));
+    }
+
     void oddFiles() {
         QVERIFY(exeFileInfo("").isEmpty());
         QVERIFY(exeFileInfo("/usr").isEmpty());

@@ -1,0 +1,123 @@
+#include "inspect/Scanner.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+// Behind the others: its macros would change their code.
+#include <yara.h>
+
+namespace {
+
+constexpr int TimeLimitSeconds = 1;
+constexpr int MaximumVersionBytes = 100;
+
+struct Found {
+    std::vector<Scanner::Value> values;
+    QStringList rules;                ///< names of the rules that the values come from
+    QMap<QString, QString> versions;  ///< what rules have logged, by their names
+};
+
+/// The last run of digits and dots.
+QString versionIn(const QString& text) {
+    static const QRegularExpression number("[0-9]+(\\.[0-9]+)*");
+    QString version;
+    auto matches = number.globalMatch(text);
+    while (matches.hasNext())
+        version = matches.next().captured();
+    return version;
+}
+
+QString matchedVersion(YR_SCAN_CONTEXT* context, YR_RULE* rule) {
+    YR_STRING* string = nullptr;
+    YR_MATCH* match = nullptr;
+    yr_rule_strings_foreach(rule, string) {
+        if (QByteArray(string->identifier) != "$version")
+            continue;
+        yr_string_matches_foreach(context, string, match) {
+            const QByteArray bytes(reinterpret_cast<const char*>(match->data),
+                                   qMin(match->data_length, MaximumVersionBytes));
+            return versionIn(QString::fromLatin1(QByteArray(bytes).replace('\0', "")));
+        }
+    }
+    return {};
+}
+
+int onMessage(YR_SCAN_CONTEXT* context, int message, void* data, void* user) {
+    auto* found = static_cast<Found*>(user);
+    if (message == CALLBACK_MSG_CONSOLE_LOG) {
+        const QString line = QString::fromLatin1(static_cast<const char*>(data));
+        found->versions.insert(line.section('=', 0, 0), line.section('=', 1));
+    }
+    if (message != CALLBACK_MSG_RULE_MATCHING)
+        return CALLBACK_CONTINUE;
+    auto* rule = static_cast<YR_RULE*>(data);
+    Scanner::Value value;
+    YR_META* meta = nullptr;
+    yr_rule_metas_foreach(rule, meta) {
+        if (meta->type != META_TYPE_STRING)
+            continue;
+        const QByteArray key = meta->identifier;
+        QString* target = key == "type"      ? &value.type
+                          : key == "name"    ? &value.name
+                          : key == "version" ? &value.version
+                          : key == "info"    ? &value.info
+                                             : nullptr;
+        if (target)
+            *target = QString::fromUtf8(meta->string);
+    }
+    if (value.version.isEmpty())
+        value.version = matchedVersion(context, rule);
+    found->values.push_back(value);
+    found->rules += rule->identifier;
+    return CALLBACK_CONTINUE;
+}
+
+void onCompilerMessage(int level, const char* file, int line, const YR_RULE*, const char* message,
+                       void* user) {
+    if (level == YARA_ERROR_LEVEL_ERROR)
+        *static_cast<QString*>(user) += QString("%1:%2: %3 ").arg(file).arg(line).arg(message);
+}
+
+}  // namespace
+
+Scanner::Scanner() {
+    yr_initialize();
+}
+
+Scanner::~Scanner() {
+    if (m_rules)
+        yr_rules_destroy(m_rules);
+    yr_finalize();
+}
+
+bool Scanner::loadRules(const QString& directory, QString* error) {
+    YR_COMPILER* compiler = nullptr;
+    const QStringList names = QDir(directory).entryList({"*.yar"}, QDir::Files, QDir::Name);
+    if (names.isEmpty() || yr_compiler_create(&compiler) != ERROR_SUCCESS) {
+        *error = "no rules in " + directory;
+        return false;
+    }
+    yr_compiler_set_callback(compiler, onCompilerMessage, error);
+    int faults = 0;
+    for (const QString& name : names) {
+        QFile file(directory + '/' + name);
+        if (file.open(QIODevice::ReadOnly))
+            faults += yr_compiler_add_string(compiler, file.readAll().constData(), nullptr);
+    }
+    const bool good = faults == 0 && yr_compiler_get_rules(compiler, &m_rules) == ERROR_SUCCESS;
+    yr_compiler_destroy(compiler);
+    return good;
+}
+
+std::vector<Scanner::Value> Scanner::scan(const uchar* content, qint64 size) const {
+    Found found;
+    yr_rules_scan_mem(m_rules, content, size_t(size), SCAN_FLAGS_REPORT_RULES_MATCHING, onMessage, &found,
+                      TimeLimitSeconds);
+    for (size_t i = 0; i < found.values.size(); ++i) {
+        const QString logged = found.versions.value(found.rules[int(i)]);
+        if (found.values[i].version.isEmpty())
+            found.values[i].version = logged;
+    }
+    return found.values;
+}
