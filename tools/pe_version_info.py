@@ -1,5 +1,6 @@
 #!/usr/bin/python3 -IXutf8
-"""Prints the version block of a Windows executable as one JSON object.
+"""Prints the version block of a Windows executable, or what stands for it in an installer package (.msi), as one JSON
+object.
 
 usage: pe_version_info.py FILE
 
@@ -15,6 +16,9 @@ import signal
 import stat
 import sys
 
+PACKAGE_MAGIC = b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"  # of the container that packages of Windows Installer are
+PACKAGE_NAMES = {"ProductName": "ProductName", "ProductVersion": "ProductVersion", "Manufacturer": "CompanyName",
+                 "ARPCOMMENTS": "Comments"}
 VALUE_LIMIT = 4096   # characters of one value
 MEMORY_LIMIT = 512 << 20
 CPU_SECONDS = 20     # below the time that callers wait
@@ -74,8 +78,32 @@ def _fill_from_numbers(pe, strings):
                 strings[name] = f"{high >> 16}.{high & 0xFFFF}.{low >> 16}.{low & 0xFFFF}"
 
 
+def is_package(path):
+    try:
+        with open(os.open(path, os.O_RDONLY | os.O_NONBLOCK), "rb") as file:
+            return file.read(len(PACKAGE_MAGIC)) == PACKAGE_MAGIC
+    except OSError:
+        return False
+
+
+def package_properties(path):
+    """From the table of properties; empty for another kind of container or without the reader (msitools)."""
+    import subprocess
+
+    try:
+        ended = subprocess.run(["msiinfo", "export", os.path.abspath(path), "Property"], stdin=subprocess.DEVNULL,
+                               capture_output=True, timeout=CPU_SECONDS, check=False)
+    except (OSError, subprocess.SubprocessError):
+        return {}
+    rows = [line.split(b"\t", 1) for line in ended.stdout.splitlines()[3:]]
+    values = {_text(row[0]): _text(row[1]) for row in rows if len(row) == 2}
+    return {ours: values[theirs] for theirs, ours in PACKAGE_NAMES.items() if values.get(theirs)}
+
+
 def read_version_info(path):
     """The version block, or None if the file is no readable executable."""
+    if is_package(path):
+        return package_properties(path)
     try:
         pe = open_pe(path)
     except Exception:  # the parser meets hostile input: every way to fail is the same answer

@@ -11,6 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }();
     if (!isLoaded)
         std::abort();
-    scanner.scan(data, qint64(size));
+    std::vector<Scanner::Value> values;
+    scanner.scan(data, qint64(size), &values);
     return 0;
 }

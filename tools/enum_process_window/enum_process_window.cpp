@@ -27,16 +27,17 @@ std::string toUtf8(const wchar_t* text) {
     return utf8;
 }
 
-void addProcesses(std::string& out) {
+bool addProcesses(std::string& out) {
     const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
     if (snapshot == INVALID_HANDLE_VALUE)
-        return;
+        return false;
     PROCESSENTRY32W entry = {};
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(snapshot, &entry); more; more = Process32NextW(snapshot, &entry))
         out += std::to_string(entry.th32ProcessID) + " - " + std::to_string(entry.th32ParentProcessID) +
                " - " + toUtf8(entry.szExeFile) + "\n";
     CloseHandle(snapshot);
+    return true;
 }
 
 BOOL CALLBACK addWindow(HWND window, LPARAM target) {
@@ -68,11 +69,12 @@ bool print(const std::string& text) {
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
     for (;;) {
         std::string cycle = "::process list\n";
-        addProcesses(cycle);
+        const bool isWhole = addProcesses(cycle);
         cycle += "::window list\n";
         EnumWindows(addWindow, reinterpret_cast<LPARAM>(&cycle));
         cycle += "::end\n";
-        if (!print(cycle))
+        // Without processes a living program would look dead.
+        if (isWhole && !print(cycle))
             return 1;
         Sleep(IntervalMs);
     }

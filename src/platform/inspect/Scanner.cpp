@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int TimeLimitSeconds = 1;
+constexpr int TimeLimitSeconds = 10;  // a machine may be busy; callers wait three times as long
 constexpr int MaximumVersionBytes = 100;
 
 struct Found {
@@ -18,13 +18,16 @@ struct Found {
     QMap<QString, QString> versions;  ///< what rules have logged, by their names
 };
 
-/// The last run of digits and dots.
+/// The last run of digits and dots, if there is one with a dot.
 QString versionIn(const QString& text) {
-    static const QRegularExpression number("[0-9]+(\\.[0-9]+)*");
+    static const QRegularExpression expression("[0-9]+(\\.[0-9]+)*");
     QString version;
-    auto matches = number.globalMatch(text);
-    while (matches.hasNext())
-        version = matches.next().captured();
+    auto matches = expression.globalMatch(text);
+    while (matches.hasNext()) {
+        const QString number = matches.next().captured();
+        if (version.isEmpty() || number.contains('.') || !version.contains('.'))
+            version = number;
+    }
     return version;
 }
 
@@ -102,22 +105,27 @@ bool Scanner::loadRules(const QString& directory, QString* error) {
     int faults = 0;
     for (const QString& name : names) {
         QFile file(directory + '/' + name);
-        if (file.open(QIODevice::ReadOnly))
+        if (file.open(QIODevice::ReadOnly)) {
             faults += yr_compiler_add_string(compiler, file.readAll().constData(), nullptr);
+        } else {
+            *error += name + " cannot be read ";
+            ++faults;
+        }
     }
     const bool good = faults == 0 && yr_compiler_get_rules(compiler, &m_rules) == ERROR_SUCCESS;
     yr_compiler_destroy(compiler);
     return good;
 }
 
-std::vector<Scanner::Value> Scanner::scan(const uchar* content, qint64 size) const {
+bool Scanner::scan(const uchar* content, qint64 size, std::vector<Value>* values) const {
     Found found;
-    yr_rules_scan_mem(m_rules, content, size_t(size), SCAN_FLAGS_REPORT_RULES_MATCHING, onMessage, &found,
-                      TimeLimitSeconds);
+    const int result = yr_rules_scan_mem(m_rules, content, size_t(size), SCAN_FLAGS_REPORT_RULES_MATCHING,
+                                         onMessage, &found, TimeLimitSeconds);
     for (size_t i = 0; i < found.values.size(); ++i) {
         const QString logged = found.versions.value(found.rules[int(i)]);
         if (found.values[i].version.isEmpty())
             found.values[i].version = logged;
     }
-    return found.values;
+    *values = std::move(found.values);
+    return result == ERROR_SUCCESS;
 }

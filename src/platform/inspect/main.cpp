@@ -65,9 +65,13 @@ int main(int argc, char** argv) {
         return 1;
     }
     const QByteArray content = file.read(MaximumBytes);
+    std::vector<Scanner::Value> found;
+    if (!scanner.scan(reinterpret_cast<const uchar*>(content.constData()), content.size(), &found)) {
+        std::fputs("diec: the file could not be looked through in time\n", stderr);
+        return 1;
+    }
     QJsonArray values;
-    for (const Scanner::Value& value :
-         scanner.scan(reinterpret_cast<const uchar*>(content.constData()), content.size()))
+    for (const Scanner::Value& value : found)
         values.append(describe(value));
     const QJsonObject detect{{"filetype", fileType(content)}, {"values", values}};
     const QJsonObject answer{{"detects", QJsonArray{detect}}};

@@ -3,6 +3,7 @@
 import json
 import os
 import random
+import shutil
 import struct
 import subprocess
 import unittest
@@ -47,6 +48,18 @@ class Tools(HomeCase):
             self.assertEqual(sorted(ico[6 + 16 * n] for n in range(3)), [16, 32, 48])
             png = self.icon(sample)
             self.assertEqual((png[:8], struct.unpack_from(">II", png, 16)), (b"\x89PNG\r\n\x1a\n", (48, 48)))
+
+    @unittest.skipUnless(shutil.which("msibuild"), "needs msitools")
+    def test_packages_tell_their_product(self):
+        table = self.write("Property.idt", "Property\tValue\ns72\tl0\nProperty\tProperty\nProductName\tA B\n"
+                           "ProductVersion\t1.2.3\nManufacturer\tMaker\n")
+        package = self.path("包 a.msi")
+        subprocess.run(["msibuild", package, "-i", table], check=True, capture_output=True, cwd=self.top)
+        self.assertEqual(self.version(package),
+                         (0, {"ProductName": "A B", "ProductVersion": "1.2.3", "CompanyName": "Maker"}))
+        with open(package, "r+b") as file:
+            file.truncate(600)
+        self.assertEqual(self.version(package), (0, {}))
 
     @unittest.skipUnless(SAMPLES, "no Windows compiler built the samples")
     def test_damaged_files_give_an_answer(self):

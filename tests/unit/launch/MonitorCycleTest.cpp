@@ -51,8 +51,9 @@ struct Model {
         if (next == 5)
             unchanged = 0;
         for (const QString& name : p)
-            crashed = crashed ||
-                      ((name.contains("crash") || name.contains("winedbg")) && !name.contains("crashpad"));
+            crashed = crashed || ((name.contains("crash", Qt::CaseInsensitive) ||
+                                   name.contains("bugreport", Qt::CaseInsensitive)) &&
+                                  !name.contains("crashpad", Qt::CaseInsensitive));
         lastWindows = w.size();
         last = p;
         return told;
@@ -136,7 +137,7 @@ private Q_SLOTS:
                 if (random.bounded(steadiness) == 0)
                     windows = random.bounded(2) ? Windows{{"1", "t"}} : Windows();
                 if (random.bounded(steadiness) == 0) {
-                    const QString names[] = {"a.exe", "crash.exe", "crashpad.exe"};
+                    const QString names[] = {"a.exe", "BugReport.exe", "CrashPad.exe"};
                     processes.clear();
                     for (int i = random.bounded(3); i > 0; --i)
                         processes[QString::number(random.bounded(4))] =

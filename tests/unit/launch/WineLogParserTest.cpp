@@ -37,6 +37,11 @@ private Q_SLOTS:
         const QByteArray text = "0024:trace:text:DrawTextExW L\"";
         const QByteArray process = "0024:trace:process:NtCreateUserProcess 0 image L\"C:\\\\";
         row("empty", "", 1);
+        row("odd ends", "err:x\r\nerr:x\r", 1, {}, 1);
+        row("marks inside",
+            "a\n\xef\xbb\xbf"
+            "err:x\nerr:\xe4\xb8\n",
+            1, {}, 2);
         row("noise", "trace:seh:x\r\nerr:environ:init_peb x\n\nfixme:a:b 1\nfixme:a:b 1\r\nfixme:a:b 2", 1,
             {}, 2);
         row("mono", "0024:err:mscoree:CLRRuntimeInfo_GetRuntimeHost Wine Mono is not installed\n", 1 | 8, {},

@@ -85,6 +85,13 @@ void report(const QString& program, const QStringList& arguments, int timeoutMs,
 
 }  // namespace
 
+ToolProcess::Result ToolProcess::runQuietly(const QString& program, const QStringList& arguments) {
+    GroupProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    return finish(process, DefaultTimeoutMs);
+}
+
 ToolProcess::Result ToolProcess::run(const QString& program, const QStringList& arguments, int timeoutMs,
                                      const QProcessEnvironment& environment) {
     GroupProcess process;

@@ -31,4 +31,7 @@ public:
     /// program is a path or is looked up in PATH. An empty environment means that of this process.
     static Result run(const QString& program, const QStringList& arguments, int timeoutMs = DefaultTimeoutMs,
                       const QProcessEnvironment& environment = QProcessEnvironment());
+
+    /// The same where every ending is as good as any other: without a warning.
+    static Result runQuietly(const QString& program, const QStringList& arguments);
 };

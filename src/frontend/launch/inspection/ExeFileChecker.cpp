@@ -68,7 +68,7 @@ void ExeFileChecker::detect() {
     const QFileInfo file(path);
     if (path.isEmpty() || !file.isFile())
         return;
-    brief = QString::fromUtf8(ToolProcess::run("file", {"--brief", path}).standardOutput);
+    brief = QString::fromUtf8(ToolProcess::runQuietly("file", {"--brief", path}).standardOutput);
     console = brief.contains("(console)");
     const QString tool = Paths::diecTool();
     if (!QFileInfo(tool).isFile())
@@ -83,7 +83,7 @@ void ExeFileChecker::detect() {
 }
 
 void ExeFileChecker::scan(const QString& file) {
-    QByteArray text = ToolProcess::run(Paths::diecTool(), {"--json", file}).standardOutput;
+    QByteArray text = ToolProcess::runQuietly(Paths::diecTool(), {"--json", file}).standardOutput;
     if (!text.startsWith('{') && text.contains('{'))
         text.remove(0, text.indexOf('{'));
     detects = QJsonDocument::fromJson(text).object();

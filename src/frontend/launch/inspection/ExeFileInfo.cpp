@@ -18,6 +18,7 @@ QJsonObject exeFileInfo(const QString& path) {
 }
 
 QJsonObject peVersionInfo(const QString& path) {
-    return QJsonDocument::fromJson(ToolProcess::run(Paths::peVersionInfoScript(), {path}).standardOutput)
+    return QJsonDocument::fromJson(
+               ToolProcess::runQuietly(Paths::peVersionInfoScript(), {path}).standardOutput)
         .object();
 }

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QPointer>
 
 #include "core/base/Paths.h"
 
@@ -36,6 +37,7 @@ void WineExeProcessMonitor::start(const QString& name) {
     const QStringList arguments{bottleName, Paths::processWindowTool()};
     qDebug() << "launch:" << Paths::launcherScript() << arguments;
     monitorProcess.start(Paths::launcherScript(), arguments);
+    ++m_run;
     m_cycle = {};
     m_protocol = {};
     crashed = windowSeen = false;
@@ -44,7 +46,7 @@ void WineExeProcessMonitor::start(const QString& name) {
 /// One line for each notification, so that whoever hears of a cycle may stop, start again or delete things
 /// before the next line is read.
 void WineExeProcessMonitor::onProcessStdout() {
-    if (!monitorProcess.canReadLine())
+    if (startTime == 0 || !monitorProcess.canReadLine())
         return;
     QString line = QString::fromUtf8(monitorProcess.readLine());
     while (line.endsWith('\n') || line.endsWith('\r'))
@@ -58,11 +60,19 @@ void WineExeProcessMonitor::onProcessStdout() {
 
 void WineExeProcessMonitor::onProcessListUpdate(const QMap<QString, QString>& processList,
                                                 const QList<QPair<QString, QString>>& windowList) {
-    const bool isGone = m_cycle.step(processList, windowList, [this] {
+    const QPointer<WineExeProcessMonitor> self(this);
+    const int run = m_run;
+    const auto isSameRun = [&] { return self && self->m_run == run && self->startTime != 0; };
+    MonitorCycle cycle = m_cycle;
+    const bool isGone = cycle.step(processList, windowList, [&] {
         windowSeen = true;
         Q_EMIT appStart();
     });
-    crashed = m_cycle.crashed;
+    // Who heard of the start may have stopped, started anew or deleted this.
+    if (!isSameRun())
+        return;
+    m_cycle = cycle;
+    crashed = cycle.crashed;
     if (!isGone)
         return;
     stop();

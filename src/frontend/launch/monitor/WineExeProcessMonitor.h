@@ -46,4 +46,5 @@ private:
     QString bottleName;
     MonitorProtocol m_protocol;
     MonitorCycle m_cycle;
+    int m_run = 0;  ///< counts the starts
 };

@@ -14,6 +14,7 @@ bool MissingDLLRule::match(const QString& line) {
 }
 
 LogParseResult MissingDLLRule::result(const QString& line) {
+    m_table.load();
     const QRegularExpressionMatch library = m_library.match(line);
     if (!library.hasMatch())
         return {};
@@ -25,6 +26,7 @@ bool UnimplementedFunctionRule::match(const QString& line) {
 }
 
 LogParseResult UnimplementedFunctionRule::result(const QString& line) {
+    m_table.load();
     const QRegularExpressionMatch dll = m_dll.match(line);
     if (!dll.hasMatch())
         return {};

@@ -8,6 +8,8 @@
 /// as it could not be, tried again at the next question.
 class DllTable {
 public:
+    void load();
+
     /// Logs the question and the answer, which is empty for a DLL that nobody brings.
     QString componentFor(const QString& key);
 

@@ -76,7 +76,7 @@ LogLineScanner::Kind LogLineScanner::next(const char** line, int* length) {
         if (kind == Kind::End)
             continue;
         *line = data + begin;
-        const bool hasReturn = behind && end > begin && data[end - 1] == '\r';
+        const bool hasReturn = end > begin && data[end - 1] == '\r';
         *length = int(end - begin) - (hasReturn ? 1 : 0);
         return kind;
     }

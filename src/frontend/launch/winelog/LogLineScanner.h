@@ -6,7 +6,7 @@
 
 /// Finds the lines of a log that can matter to anybody, in one pass over the raw bytes: most of a log is
 /// traces that no rule knows. Refuses only lines for which WineLogParser has no use; what it lets through may
-/// still be of no use to a rule. Holds for every text encoding in which ASCII stands for itself.
+/// still be of no use to a rule. For UTF-8.
 class LogLineScanner {
 public:
     enum class Kind { End, OfInterest, ForRules };

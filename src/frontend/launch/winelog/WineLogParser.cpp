@@ -39,7 +39,8 @@ bool isOfInterest(const QString& line) {
 }
 
 bool hasByteOrderMark(const QByteArray& bytes) {
-    return bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff") || bytes.startsWith("\xef\xbb\xbf");
+    return bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff") || bytes.startsWith("\xef\xbb\xbf") ||
+           bytes.startsWith(QByteArray("\0\0\xfe\xff", 4));
 }
 
 }  // namespace
@@ -58,7 +59,8 @@ int WineLogParser::parseFile(const QString& path) {
     else if (file.size() > MaximumBytes)
         file.seek(file.size() - MaximumBytes);
     const QByteArray bytes = file.isOpen() ? file.read(MaximumBytes) : QByteArray();
-    if (hasByteOrderMark(bytes)) {
+    // Only where ASCII letters never are a part of others can the bytes themselves be searched.
+    if (hasByteOrderMark(bytes) || QTextCodec::codecForLocale()->mibEnum() != MibUtf8) {
         QTextStream stream(bytes);
         return parseStream(stream);
     }
@@ -81,8 +83,7 @@ int WineLogParser::parseStream(QTextStream& stream) {
 int WineLogParser::parseBytes(const QByteArray& bytes) {
     begin();
     int findings = LogNoFinding;
-    const QTextCodec* codec = QTextCodec::codecForLocale();
-    const bool isUtf8 = codec->mibEnum() == MibUtf8;
+    const QTextCodec* codec = QTextCodec::codecForMib(MibUtf8);
     LogLineScanner scanner(bytes);
     const char* text = nullptr;
     int length = 0;
@@ -90,8 +91,12 @@ int WineLogParser::parseBytes(const QByteArray& bytes) {
         const LogLineScanner::Kind kind = scanner.next(&text, &length);
         if (kind == LogLineScanner::Kind::End)
             return findings;
-        const QString line = isUtf8 ? QString::fromUtf8(text, length)
-                                    : codec->toUnicode(QByteArray::fromRawData(text, length));
+        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+        QString line = codec->toUnicode(text, length, &state);
+        // A torn character is replaced, but not at the very end, where the rest may only not have been
+        // written yet.
+        if (text + length != bytes.constData() + bytes.size())
+            line += QString(state.remainingChars, QChar::ReplacementCharacter);
         if (kind == LogLineScanner::Kind::ForRules)
             parseLine(line, &findings);
         else

@@ -1,4 +1,5 @@
 import "pe"
+import "dotnet"
 
 rule nsis {
   meta:
@@ -34,7 +35,7 @@ rule installshield {
     $wide = "InstallShield" wide
     $archive = { 13 5D 65 8C }
   condition:
-    pe.is_pe and ($stream or #wide > 1 or $archive at pe.overlay.offset)
+    pe.is_pe and ($stream or $archive at pe.overlay.offset or (#wide > 1 and pe.overlay.size > 0x10000))
 }
 
 rule wix_burn {
@@ -65,7 +66,8 @@ rule squirrel {
     $directory = "SquirrelTemp" wide ascii
     $resource = "SquirrelSetup" wide ascii
   condition:
-    pe.is_pe and pe.number_of_resources > 0 and ($directory or $resource)
+    // the updater that stays beside an installed program is managed code
+    pe.is_pe and not dotnet.is_dotnet and pe.number_of_resources > 0 and ($directory or $resource)
 }
 
 rule cabinet_sfx {
@@ -89,7 +91,8 @@ rule sevenzip_sfx {
     $magic = { 37 7A BC AF 27 1C 00 }
     $settings = ";!@Install@!UTF-8!"
   condition:
-    pe.is_pe and pe.overlay.size > 0 and ($settings or for any i in (1..#magic) : (@magic[i] >= pe.overlay.offset))
+    pe.is_pe and pe.overlay.size > 0 and ($settings or for any i in (1..#magic) :
+      (@magic[i] >= pe.overlay.offset and @magic[i] < pe.overlay.offset + 4096))
 }
 
 rule rar_sfx {
@@ -100,7 +103,8 @@ rule rar_sfx {
   strings:
     $magic = { 52 61 72 21 1A 07 }
   condition:
-    pe.is_pe and pe.overlay.size > 0 and for any i in (1..#magic) : (@magic[i] >= pe.overlay.offset)
+    pe.is_pe and pe.overlay.size > 0 and for any i in (1..#magic) :
+      (@magic[i] >= pe.overlay.offset and @magic[i] < pe.overlay.offset + 4096)
 }
 
 rule zip_sfx {
@@ -108,8 +112,12 @@ rule zip_sfx {
     type = "Archive"
     name = "ZIP"
     info = "self-extracting"
+  strings:
+    // finished programs that carry their own code or data as an archive
+    $java = "META-INF/MANIFEST.MF"
+    $engine = "main.lua"
   condition:
-    pe.is_pe and pe.overlay.size > 30 and uint32be(pe.overlay.offset) == 0x504B0304
+    pe.is_pe and pe.overlay.size > 30 and uint32be(pe.overlay.offset) == 0x504B0304 and not $java and not $engine
 }
 
 rule plain_archive {

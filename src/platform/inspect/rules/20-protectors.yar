@@ -7,9 +7,8 @@ rule dotnet_reactor {
     name = ".NET Reactor"
   strings:
     $version = /\.NET Reactor[ v]{1,2}[0-9]{1,2}(\.[0-9]{1,2}){0,3}/ wide ascii
-    $name = ".NET Reactor" wide ascii
   condition:
-    dotnet.is_dotnet and any of them
+    dotnet.is_dotnet and $version
 }
 
 rule upx {

@@ -12,11 +12,11 @@ rule dotnet_framework {
     dotnet.is_dotnet and $version
 }
 
+// Its runtimes are none of the ones that a .NET Framework program needs.
 rule dotnet_core {
   meta:
-    type = "Library"
-    name = ".NET"
-    info = "Core"
+    type = "Loader"
+    name = ".NET Core"
   strings:
     $version = /\.NETCoreApp,Version=v[0-9]{1,2}\.[0-9]/
   condition:

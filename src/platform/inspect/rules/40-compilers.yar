@@ -60,7 +60,7 @@ rule mingw {
     name = "MinGW"
   strings:
     $runtime = "Mingw-w64 runtime failure:"
-    $version = /GCC: \([^)]{1,40}\) [0-9]{1,2}(\.[0-9]{1,2}){0,2}/
+    $version = /GCC: \([A-Za-z][^()]{0,39}\) [0-9]{1,2}(\.[0-9]{1,2}){0,2}/
     $old = "Mingw runtime failure:"
   condition:
     pe.is_pe and any of them
