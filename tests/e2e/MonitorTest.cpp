@@ -51,6 +51,10 @@ private Q_SLOTS:
         if (QStandardPaths::findExecutable("wine").isEmpty() || sample("window").isEmpty())
             QSKIP("Wine or the Windows compiler is not on this machine");
         QVERIFY(callBottles("createBottles", {Bottle, ""}).contains("\"ok\":true"));
+        // Once for Wine's files to be read: five looks without a program, and the monitor gives up.
+        QProcess first;
+        launch(&first, {sample("quit")});
+        QVERIFY(first.waitForFinished(LaunchMs));
     }
 
     void cleanup() { callBottles("killWineServer", {Bottle}); }
@@ -59,9 +63,9 @@ private Q_SLOTS:
         WineExeProcessMonitor monitor;
         QSignalSpy started(&monitor, &WineExeProcessMonitor::appStart);
         QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);
-        monitor.start(Bottle);
         QProcess program;
         launch(&program, {sample("spawn"), "Watched"});
+        monitor.start(Bottle);
         QVERIFY(started.wait(LaunchMs));
         QTRY_COMPARE(program.state(), QProcess::NotRunning);
         QVERIFY(monitor.windowSeen && !monitor.crashed && quit.isEmpty());
@@ -86,6 +90,29 @@ private Q_SLOTS:
         QTRY_COMPARE(program.state(), QProcess::NotRunning);
         WineLogParser parser;
         QVERIFY(parser.parseFile(m_dir.filePath("log")) & LogCrash);
+    }
+
+    /// One closes its window and stays, the other never shows any: both are given up.
+    void lingering() {
+        for (const QStringList& program :
+             {QStringList{sample("window"), "Lingers", "stay"}, {sample("fault"), "wait"}}) {
+            WineExeProcessMonitor monitor;
+            QSignalSpy started(&monitor, &WineExeProcessMonitor::appStart);
+            QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);
+            QProcess process;
+            launch(&process, program);
+            monitor.start(Bottle);
+            const bool hasWindow = program[1] == "Lingers";
+            if (hasWindow) {
+                QVERIFY(started.wait(LaunchMs));
+                QVERIFY(m_windows.close(m_windows.waitForTitle("Lingers").id));
+            }
+            QVERIFY(quit.wait(LaunchMs));
+            QCOMPARE(started.size(), int(hasWindow));
+            QCOMPARE(process.state(), QProcess::Running);
+            callBottles("killWineServer", {Bottle});
+            QTRY_COMPARE(process.state(), QProcess::NotRunning);
+        }
     }
 
     void theBottleDies() {

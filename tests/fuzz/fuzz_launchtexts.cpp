@@ -1,4 +1,4 @@
-// What a launch reads: Wine's log and the monitor's lines. The first byte chooses which.
+// What a launch reads: Wine's log, the monitor's lines, packages' relations. The first byte chooses which.
 #include <QLoggingCategory>
 #include <QTemporaryFile>
 #include <QTextStream>
@@ -7,6 +7,7 @@
 #include "launch/monitor/MonitorCycle.h"
 #include "launch/monitor/MonitorProtocol.h"
 #include "launch/winelog/WineLogParser.h"
+#include "probes/Packages.h"
 
 namespace {
 
@@ -45,9 +46,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!quiet || size == 0)
         return 0;
     const QByteArray text(reinterpret_cast<const char*>(data) + 1, int(size) - 1);
-    if (data[0] % 2)
+    if (data[0] % 3 == 1) {
         parseLog(text);
-    else
+    } else if (data[0] % 3 == 0) {
         watch(text);
+    } else {
+        const PackageQueries queries{
+            [](const QString& name, QString* version) { return *version = "1", name.size() % 2; },
+            [](const QString& one, const QString&, const QString& two) { return one < two; }};
+        unmetDependencies(QString::fromUtf8(text), queries);
+        parseInstalledPackages(QString::fromUtf8(text));
+        parsePackageVersion(QString::fromUtf8(text));
+    }
     return 0;
 }

@@ -43,5 +43,7 @@ int wmain(int argc, wchar_t** argv) {
                    : 5;
     if (mode == L"library")
         return LoadLibraryW(argc > 2 ? argv[2] : L"") ? 0 : 6;
+    if (mode == L"wait")
+        Sleep(120000);
     return 2;
 }

@@ -1,4 +1,5 @@
-// Shows one window, titled by the first argument, and ends with 0 when it is closed.
+// Shows one window, titled by the first argument, and ends with 0 when it is closed; with a second argument
+// it goes on for a minute without one.
 #include <windows.h>
 
 namespace {
@@ -41,5 +42,7 @@ int wmain(int argc, wchar_t** argv) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
+    if (argc > 2)
+        Sleep(60000);
     return static_cast<int>(message.wParam);
 }

@@ -13,6 +13,8 @@ constexpr int TaskkillStartMs = 200;
 }  // namespace
 
 WineExeProcessMonitor::WineExeProcessMonitor(QObject* parent) : QObject(parent) {
+    // What Wine says goes where this program's own messages go, not into a buffer that nobody empties.
+    monitorProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     connect(&monitorProcess, &QProcess::readyReadStandardOutput, this,
             &WineExeProcessMonitor::onProcessStdout);
     connect(&monitorProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
