@@ -3,7 +3,6 @@
 //
 //     build/<preset>/bench/InspectionBench
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -13,6 +12,7 @@
 #include <functional>
 #include <vector>
 
+#include "BestOf.h"
 #include "core/base/Paths.h"
 #include "launch/PrivateBottleName.h"
 #include "launch/inspection/ExeFileChecker.h"
@@ -21,19 +21,8 @@ namespace {
 
 constexpr qint64 Mebibyte = 1 << 20;
 
-double best(const std::function<void()>& work) {
-    double least = 1e9;
-    for (int run = 0; run < 5; ++run) {
-        QElapsedTimer elapsed;
-        elapsed.start();
-        work();
-        least = std::min(least, double(elapsed.nsecsElapsed()) / 1e6);
-    }
-    return least;
-}
-
 double tool(const QString& program, const QStringList& arguments) {
-    return best([&] {
+    return bestOf([&] {
         QProcess process;
         process.start(program, arguments);
         process.waitForFinished(-1);
@@ -69,9 +58,9 @@ int main(int argc, char** argv) {
     const QString medium = grown(dir.filePath("medium.exe"), 50 * Mebibyte, program);
     const QString large = grown(dir.filePath("large.exe"), 1024 * Mebibyte, program);
     std::printf("| what | ours | baseline of the same run | ratio |\n|---|---|---|---|\n");
-    print("key of 1 GiB", best([&] { partialFileMd5(large); }), tool("file", {"--brief", large}));
+    print("key of 1 GiB", bestOf([&] { partialFileMd5(large); }), tool("file", {"--brief", large}));
     print("scanner on 5 MiB", tool(Paths::diecTool(), {"--json", small}), tool("file", {"--brief", small}));
-    print("whole check of 50 MiB", best([&] { ExeFileChecker(medium).info(); }),
+    print("whole check of 50 MiB", bestOf([&] { ExeFileChecker(medium).info(); }),
           tool("file", {"--brief", medium}));
     return 0;
 }

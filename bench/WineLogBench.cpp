@@ -4,7 +4,6 @@
 //     build/<preset>/bench/WineLogBench tests/data/winelog
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -12,6 +11,7 @@
 #include <cstdio>
 #include <functional>
 
+#include "BestOf.h"
 #include "launch/winelog/WineLogParser.h"
 
 namespace {
@@ -23,23 +23,12 @@ const char Expressions[] =
     "found|trace:text:DrawTextExW L\"|wine:\\s+Call\\s+from.*unimplemented\\s+function.*aborting|"
     "trace:process:NtCreateUserProcess .* image L\"(.*)\" cmdline L\"|err:eventlog:ReportEventW";
 
-double best(const std::function<void()>& work) {
-    double least = 1e9;
-    for (int run = 0; run < 5; ++run) {
-        QElapsedTimer elapsed;
-        elapsed.start();
-        work();
-        least = std::min(least, double(elapsed.nsecsElapsed()) / 1e6);
-    }
-    return least;
-}
-
 double parse(const QString& path) {
-    return best([&] { WineLogParser().parseFile(path); });
+    return bestOf([&] { WineLogParser().parseFile(path); });
 }
 
 double grep(const QString& path) {
-    return best([&] {
+    return bestOf([&] {
         QProcess process;
         process.start("grep", {"-acE", Expressions, path});
         process.waitForFinished(-1);

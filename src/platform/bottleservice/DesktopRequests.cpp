@@ -165,11 +165,12 @@ Answer DesktopRequests::writeAssociations(const QString& bottle, const QStringLi
 bool DesktopRequests::rememberExported(const QString& bottle, const QStringList& keys, QString* error) {
     const QString path = m_engine->dataDir() + "/exported_associations.json";
     const auto text = PlainFile::read(path, MaximumExportedBytes);
-    if (!text && QFileInfo::exists(path)) {
-        *error = QString("%1 cannot be read.").arg(path);
+    const QJsonDocument document = QJsonDocument::fromJson(text.value_or("{}"));
+    if ((!text && QFileInfo::exists(path)) || !document.isObject()) {
+        *error = QString("%1 cannot be read or understood; nothing was changed in it.").arg(path);
         return false;
     }
-    QJsonObject all = QJsonDocument::fromJson(text.value_or(QByteArray())).object();
+    QJsonObject all = document.object();
     const QJsonObject before = all;
     if (keys.isEmpty())
         all.remove(bottle);
