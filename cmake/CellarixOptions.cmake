@@ -12,4 +12,9 @@ set(CELLARIX_AGREEMENT_URL "http://localhost/cellarix/agreement/%1.html" CACHE S
 
 set(CELLARIX_BIN_DIR ${CELLARIX_PREFIX}/files/bin)
 set(CELLARIX_SHARE_DIR ${CELLARIX_PREFIX}/files/share/cellarix)
+# The catalogue of components; development builds read it from source/.
+set(CELLARIX_CATALOGUE_DIR ${CELLARIX_SHARE_DIR})
+if(NOT CELLARIX_BUILD_TYPE STREQUAL "Release")
+  set(CELLARIX_CATALOGUE_DIR ${CELLARIX_SHARE_DIR}/source)
+endif()
 set(CELLARIX_XDG_DIR ${CELLARIX_PREFIX}/files/share)

@@ -13,8 +13,11 @@
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/bottles/PublicBottles.h"
+#include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/components/ComponentStore.h"
 #include "bottleservice/jobs/CreateBottleJob.h"
 #include "bottleservice/jobs/DeleteBottleJob.h"
+#include "bottleservice/jobs/InstallJob.h"
 #include "bottleservice/jobs/RenewBottleJob.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
@@ -53,9 +56,11 @@ BottleEngine::BottleEngine(const QString& dataDir, QObject* parent)
 BottleEngine::~BottleEngine() = default;
 
 void BottleEngine::recover() {
-    const QStringList leftovers =
+    QStringList leftovers =
         WorkingDirectory::leftovers(m_store.root()) + WorkingDirectory::leftovers(m_dataDir + "/templates");
-    for (const QString& path : leftovers) {
+    for (const QString& kind : ComponentStore::kinds())
+        leftovers += WorkingDirectory::leftovers(ComponentStore(m_dataDir).directoryOf(kind));
+    for (const QString& path : qAsConst(leftovers)) {
         qWarning() << "an earlier run of the service was interrupted; removing what it left:" << path;
         auto* stopper = new BottleStopper(path, m_runners.wineserverFor({}), this);
         connect(stopper, &BottleStopper::finished, this, [this, stopper, path] {
@@ -69,6 +74,8 @@ void BottleEngine::recover() {
     for (const QString& name : m_runners.names())
         keys += Templates::keyOf(*m_runners.find(name));
     for (const QString& bottle : m_store.names()) {
+        if (BottleBackup::state(m_store.pathOf(bottle)) != BottleBackup::State::None)
+            enqueue(bottle, std::make_unique<RecoverInstallJob>(this, bottle));
         QString error;
         const auto settings = m_store.load(bottle, &error);
         if (!settings || settings->templateKey().isEmpty())
@@ -192,6 +199,7 @@ void BottleEngine::createBottles(const QString& bottle, const QString& runner, c
 void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
     if (refuse(bottle, reply))
         return;
+    Q_EMIT aboutToDelete(bottle);
     const Reply announce = [this, bottle, reply](const Answer& answer) {
         if (answer.isGood())
             Q_EMIT bottleDeleted(bottle);
@@ -235,6 +243,27 @@ void BottleEngine::enqueue(const QString& bottle, std::unique_ptr<Job> job) {
 
 void BottleEngine::enqueueStop(const QString& bottle, std::unique_ptr<Job> job) {
     m_stops.add(bottle, std::move(job));
+}
+
+void BottleEngine::enqueueInstall(const QString& bottle, std::unique_ptr<Job> job) {
+    if (BottleBackup::state(m_store.pathOf(bottle)) != BottleBackup::State::None)
+        enqueue(bottle, std::make_unique<RecoverInstallJob>(this, bottle));
+    enqueue(bottle, std::move(job));
+}
+
+// It loses its name in the bottle at once, so that the next installation has the place free.
+void BottleEngine::removeBackup(const QString& bottle) {
+    const QString path = m_store.pathOf(bottle);
+    QString error = BottleBackup::dismiss(path);
+    if (BottleBackup::state(path) == BottleBackup::State::None)
+        return;
+    const QString hidden = WorkingDirectory::pathBeside(path, BottleName::DeletingPrefix);
+    if (error.isEmpty())
+        error = WorkingDirectory::moveInto(BottleBackup::pathOf(path), hidden);
+    if (error.isEmpty())
+        m_reclaimer.remove(hidden);
+    else
+        qWarning() << error;
 }
 
 bool BottleEngine::saveSettings(const QString& bottle, const BottleYaml& settings, QString* error) {

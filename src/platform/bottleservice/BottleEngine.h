@@ -62,6 +62,10 @@ public:
     /// For jobs that only end processes: beside the bottle's queue, since nobody waits for minutes until a
     /// program is ended.
     void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
+    /// For jobs that install something; what an earlier one has left behind is cleared up first.
+    void enqueueInstall(const QString& bottle, std::unique_ptr<Job> job);
+    /// Removes the files that an installation has set aside.
+    void removeBackup(const QString& bottle);
     /// Writes bottle.yml and launch.json. Only from a job of that bottle.
     bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
     /// Lets a bottle follow an update of its Wine before the jobs that are added after this.
@@ -70,6 +74,8 @@ public:
     Runner runnerOf(const BottleYaml& settings) const;
 
 Q_SIGNALS:
+    /// What is being done in the bottle is in vain from now on.
+    void aboutToDelete(const QString& bottle);
     void bottleDeleted(const QString& bottle);
     void closed();
 

@@ -11,7 +11,9 @@
 #include <QTimer>
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/ComponentRequests.h"
 #include "bottleservice/DataDirLock.h"
+#include "bottleservice/DependencyRequests.h"
 #include "bottleservice/DesktopRequests.h"
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/LifeRequests.h"
@@ -19,7 +21,9 @@
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/SettingsRequests.h"
 #include "bottleservice/ShutdownSignals.h"
+#include "bottleservice/components/Downloads.h"
 #include "bottleservice/wire/BottlesObject.h"
+#include "bottleservice/wire/ComponentMethods.h"
 #include "bottleservice/wire/DesktopMethods.h"
 #include "bottleservice/wire/LifeMethods.h"
 #include "bottleservice/wire/ManagerObject.h"
@@ -79,14 +83,23 @@ int main(int argc, char** argv) {
     DesktopRequests desktop(&engine, &programs, CELLARIX_COMMAND, CELLARIX_ICON_EXTRACTOR);
     desktop.recover();
     QObject::connect(&life, &LifeRequests::programExited, &desktop, &DesktopRequests::collectAssociations);
+    Downloads downloads(dataDir);
+    ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
+    DependencyRequests dependencies(&engine, &downloads, CELLARIX_CATALOGUE);
+    QObject::connect(&engine, &BottleEngine::aboutToDelete, &components, &ComponentRequests::cancelAll);
+    QObject::connect(&engine, &BottleEngine::aboutToDelete, &dependencies,
+                     [&](const QString& bottle) { dependencies.cancel(bottle, [](const Answer&) {}); });
     BottlesObject bottles(&engine);
     addProgramMethods(&bottles, &programs);
     addDesktopMethods(&bottles, &desktop);
     addLifeMethods(&bottles, &life);
     addSettingsMethods(&bottles, &settings);
+    addComponentMethods(&bottles, &components);
+    addDependencyMethods(&bottles, &dependencies);
+    ComponentsObject machine(&components);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bottles.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
+    if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
         qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
         return 1;
     }
@@ -106,8 +119,11 @@ int main(int argc, char** argv) {
     QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
     QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
-    IdleExit idle(seconds,
-                  [&] { return engine.isIdle() && programs.isIdle() && life.isIdle() && desktop.isIdle(); });
+    IdleExit idle(seconds, [&] {
+        return engine.isIdle() && programs.isIdle() && life.isIdle() && desktop.isIdle() &&
+               components.isIdle() && dependencies.isIdle();
+    });
+    QObject::connect(&machine, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&bottles, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&manager, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&idle, &IdleExit::leaving, &application, [&] { bus.unregisterService(ServiceName); });

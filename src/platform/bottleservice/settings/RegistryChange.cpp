@@ -10,15 +10,24 @@ QString quoted(QString text) {
     return '"' + text.replace('\\', "\\\\").replace('"', "\\\"") + '"';
 }
 
-QString entry(const char* key, const QString& name, const QString& value) {
-    return QString("[%1]\n").arg(QLatin1String(key)) + quoted(name) + '=' + value + "\n\n";
+QString entry(const QString& key, const QString& name, const QString& value) {
+    return QString("[%1]\n").arg(key) + quoted(name) + '=' + value + "\n\n";
+}
+
+QString dword(quint32 number) {
+    return QString("dword:%1").arg(number, 8, 16, QChar('0'));
+}
+
+/// A line that ends too soon would begin another entry.
+bool isOneLine(const QString& text) {
+    return !text.contains('\n') && !text.contains('\r') && !text.contains(QChar(0));
 }
 
 }  // namespace
 
 // Wine reads the first and keeps the second for programs that ask there.
 RegistryChange RegistryChange::dpi(int dpi) {
-    const QString value = QString("dword:%1").arg(dpi, 8, 16, QChar('0'));
+    const QString value = dword(quint32(dpi));
     RegistryChange change;
     change.m_entries = entry("HKEY_CURRENT_USER\\Control Panel\\Desktop", "LogPixels", value) +
                        entry("HKEY_CURRENT_CONFIG\\Software\\Fonts", "LogPixels", value);
@@ -49,6 +58,20 @@ RegistryChange RegistryChange::windows11OverWindows10() {
     change.m_entries = entry(key, "CurrentBuild", quoted("22000")) +
                        entry(key, "CurrentBuildNumber", quoted("22000")) +
                        entry(key, "ProductName", quoted("Microsoft Windows 11"));
+    return change;
+}
+
+RegistryChange RegistryChange::text(const QString& key, const QString& name, const QString& value) {
+    RegistryChange change;
+    if (isOneLine(key + name + value) && key.startsWith("HKEY_"))
+        change.m_entries = entry(key, name, quoted(value));
+    return change;
+}
+
+RegistryChange RegistryChange::number(const QString& key, const QString& name, quint32 value) {
+    RegistryChange change;
+    if (isOneLine(key + name) && key.startsWith("HKEY_"))
+        change.m_entries = entry(key, name, dword(value));
     return change;
 }
 

@@ -15,6 +15,10 @@ public:
     static RegistryChange noFontReplacement(const QString& font);
     static RegistryChange windowsVersion(const QString& code);
 
+    /// A value under any key; texts may hold whatever .reg files can.
+    static RegistryChange text(const QString& key, const QString& name, const QString& value);
+    static RegistryChange number(const QString& key, const QString& name, quint32 value);
+
     /// The keys "registry" (the entries of a .reg file) and "windows" (a version).
     static RegistryChange fromJson(const QJsonObject& object);
     QJsonObject toJson() const;

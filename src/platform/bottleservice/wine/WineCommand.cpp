@@ -53,6 +53,8 @@ void WineCommand::kill() {
 
 void WineCommand::onFinished(int exitCode, QProcess::ExitStatus status) {
     const QString command = QFileInfo(m_process.program()).fileName();
+    if (!m_timedOut && status == QProcess::NormalExit)
+        m_exitCode = exitCode;
     if (m_timedOut)
         finish(command + " took too long and was ended.");
     else if (status == QProcess::CrashExit)

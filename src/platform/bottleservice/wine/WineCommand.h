@@ -2,6 +2,7 @@
 
 #include <QProcess>
 #include <QTimer>
+#include <optional>
 
 /// Runs one command of a Wine in a process group of its own, with a limit of time. Emits finished() exactly
 /// once.
@@ -28,6 +29,9 @@ public:
 
     QByteArray output() { return m_process.readAllStandardOutput(); }
 
+    /// What a command that came to its own end said; nothing for others.
+    std::optional<int> exitCode() const { return m_exitCode; }
+
 Q_SIGNALS:
     /// An empty sentence is success.
     void finished(const QString& sentence);
@@ -46,4 +50,5 @@ private:
     QTimer m_timeout;
     bool m_timedOut = false;
     bool m_finished = false;
+    std::optional<int> m_exitCode;
 };

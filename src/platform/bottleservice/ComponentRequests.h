@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QVector>
+
+#include "bottleservice/Answer.h"
+#include "bottleservice/components/ComponentStore.h"
+#include "bottleservice/components/Sources.h"
+
+class BottleEngine;
+class ComponentInstall;
+class Downloads;
+class InstallJob;
+
+/// The requests about components: what there is for the machine, and which of it a bottle uses. A component
+/// that is not there yet is fetched first, once for all who want it.
+class ComponentRequests : public QObject {
+    Q_OBJECT
+
+public:
+    ComponentRequests(BottleEngine* engine, Downloads* downloads, const QString& catalogueDir,
+                      QObject* parent = nullptr);
+
+    Answer list() const;
+    /// Answers {"ok": bool} when it is done.
+    void install(const QString& kind, const QString& name, const Reply& reply);
+
+    /// Answers at once; setupDone() tells how it ended. The version "-" takes DXVK or VKD3D out of a bottle.
+    void setComponent(const QString& bottle, const QString& kind, const QString& version, const Reply& reply);
+    /// Answers with a JSON object, component to "DOWNLOADING" or "SETUPING".
+    Answer installing(const QString& bottle, const QString& kind) const;
+    void cancel(const QString& bottle, const QString& kind, const QString& name, const Reply& reply);
+    /// Gives up all that is going on for a bottle.
+    void cancelAll(const QString& bottle);
+
+    bool isIdle() const { return m_installs.isEmpty() && m_changes.isEmpty(); }
+
+Q_SIGNALS:
+    void progress(const QString& kind, const QString& name, qint64 received, qint64 total);
+    /// An empty sentence is success.
+    void installed(const QString& kind, const QString& name, const QString& sentence);
+    void catalogueChanged(const QString& catalogue);
+    void waiting(const QString& bottle, const QString& kind, const QString& name);
+    void setupStarted(const QString& bottle, const QString& kind, const QString& name);
+    void setupDone(const QString& bottle, const QString& kind, const QString& name, const QString& sentence);
+
+private:
+    /// A component on its way into a bottle.
+    struct Change {
+        QString bottle;
+        QString kind;
+        QString name;
+        bool waits = false;  ///< for the download
+        QPointer<InstallJob> job;
+    };
+    struct Install {
+        ComponentInstall* work = nullptr;
+        QVector<Reply> replies;
+    };
+
+    Sources sources() const;
+    void fetch(const QString& kind, const QString& name);
+    void onFetched(const QString& kind, const QString& name, const QString& sentence);
+    void setUp(Change* change);
+    Change* find(const QString& bottle, const QString& kind, const QString& name);
+    void drop(const QString& bottle, const QString& kind, const QString& name, const QString& sentence);
+    void giveUp(const QString& kind, const QString& name);
+
+    BottleEngine* m_engine;
+    Downloads* m_downloads;
+    QString m_catalogueDir;
+    ComponentStore m_store;
+    QHash<QString, Install> m_installs;  ///< by kind and name
+    QVector<Change> m_changes;
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QQueue>
+
+#include "bottleservice/Answer.h"
+#include "bottleservice/components/Recipe.h"
+
+class BottleEngine;
+class Downloads;
+class FileFetch;
+class InstallDependencyJob;
+
+/// The requests about what programs need in a bottle. The files of a recipe are fetched while the bottle can
+/// be used and changed; only the installation itself has its turn in the bottle's queue. Installations into
+/// one bottle are done one after the other.
+class DependencyRequests : public QObject {
+    Q_OBJECT
+
+public:
+    DependencyRequests(BottleEngine* engine, Downloads* downloads, const QString& catalogueDir,
+                       QObject* parent = nullptr);
+
+    /// Answers at once; done() tells how it ended, also for what is refused.
+    void install(const QString& bottle, const QString& dependency, const Reply& reply);
+    /// The name of what is being installed, or empty.
+    Answer installing(const QString& bottle) const;
+    /// Gives up what is being installed and what waits behind it.
+    void cancel(const QString& bottle, const Reply& reply);
+
+    bool isIdle() const { return m_lines.isEmpty(); }
+
+Q_SIGNALS:
+    /// In bytes; total is 0 while it is not known.
+    void progress(const QString& bottle, const QString& dependency, qint64 received, qint64 total);
+    void described(const QString& bottle, const QString& dependency, const QString& text);
+    void stepDone(const QString& bottle, const QString& dependency, int done, int total);
+    /// An empty sentence is success.
+    void done(const QString& bottle, const QString& dependency, const QString& sentence);
+
+private:
+    struct Install {
+        QString dependency;
+        QPointer<FileFetch> fetch;
+        QPointer<InstallDependencyJob> job;
+        bool cancelled = false;
+    };
+
+    void startFirst(const QString& bottle);
+    QVector<Recipe> planned(const QString& bottle, const QString& dependency, QString* error) const;
+    void fetch(const QString& bottle, const QVector<Recipe>& recipes);
+    void enqueue(const QString& bottle, const QVector<Recipe>& recipes);
+    void firstEnded(const QString& bottle, const QString& sentence);
+
+    BottleEngine* m_engine;
+    Downloads* m_downloads;
+    QString m_catalogueDir;
+    QHash<QString, QQueue<Install>> m_lines;  ///< by bottle
+};

@@ -1,0 +1,248 @@
+#include "bottleservice/components/Archive.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <memory>
+
+namespace Archive {
+
+namespace {
+
+constexpr qint64 MaximumBytes = 24LL * 1024 * 1024 * 1024;
+constexpr int MaximumEntries = 300000;
+constexpr int MaximumDepth = 2;
+constexpr int BlockBytes = 64 * 1024;
+const char Cancelled[] = "The work was cancelled.";
+
+struct Close {
+    void operator()(archive* handle) const {
+        archive_read_free(handle);  // frees writers too
+    }
+};
+using Handle = std::unique_ptr<archive, Close>;
+
+QString fault(archive* handle) {
+    return QString::fromUtf8(archive_error_string(handle));
+}
+
+Handle opened(const QString& path, QString* error) {
+    Handle reader(archive_read_new());
+    archive_read_support_filter_all(reader.get());
+    archive_read_support_format_all(reader.get());
+    if (archive_read_open_filename(reader.get(), QFile::encodeName(path).constData(), BlockBytes) !=
+        ARCHIVE_OK)
+        *error =
+            QString("%1 cannot be unpacked: %2.").arg(QFileInfo(path).fileName(), fault(reader.get()));
+    return reader;
+}
+
+QString nameOf(archive_entry* entry) {
+    const char* name = archive_entry_pathname_utf8(entry);
+    if (!name)
+        name = archive_entry_pathname(entry);
+    return QString::fromUtf8(name).replace('\\', '/');
+}
+
+/// Whether a link of a real directory at that depth stays in the archive. After a name there is no "..": the
+/// name may be another link.
+bool staysInside(const QString& target, int depth) {
+    bool hasName = false;
+    for (const QString& part : target.split('/', Qt::SkipEmptyParts)) {
+        if (part == ".." && (hasName || --depth < 0))
+            return false;
+        hasName = hasName || (part != ".." && part != ".");
+    }
+    return !target.isEmpty() && !target.startsWith('/');
+}
+
+bool isInside(const QString& name) {
+    return !name.isEmpty() && !name.startsWith('/') && !name.contains(QChar(0)) &&
+           !name.split('/').contains("..");
+}
+
+/// Empty, or why the entry must not be unpacked.
+QString objection(archive_entry* entry, const QString& name) {
+    if (!isInside(name))
+        return "its name leads out of the archive";
+    if (const char* link = archive_entry_hardlink(entry)) {
+        if (!isInside(QString::fromUtf8(link)))
+            return "it is a link that leads out of the archive";
+    } else if (archive_entry_filetype(entry) == AE_IFLNK) {
+        const int depth = name.split('/', Qt::SkipEmptyParts).size() - 1;
+        if (!staysInside(QString::fromUtf8(archive_entry_symlink(entry)), depth))
+            return "it is a link that leads out of the archive";
+    } else if (archive_entry_filetype(entry) != AE_IFREG && archive_entry_filetype(entry) != AE_IFDIR) {
+        return "it is neither a file nor a directory";
+    }
+    return {};
+}
+
+struct Budget {
+    qint64 bytes = MaximumBytes;
+    int entries = MaximumEntries;
+    bool take(qint64 count) { return (bytes -= count) >= 0; }
+    bool takeEntry() { return --entries >= 0; }
+};
+
+QString copyData(archive* reader, archive* writer, Budget* budget, const std::atomic_bool& cancelled) {
+    for (;;) {
+        const void* block = nullptr;
+        size_t size = 0;
+        la_int64_t offset = 0;
+        const int status = archive_read_data_block(reader, &block, &size, &offset);
+        if (status == ARCHIVE_EOF)
+            return {};
+        if (cancelled)
+            return Cancelled;
+        if (status < ARCHIVE_WARN)
+            return fault(reader);
+        if (!budget->take(qint64(size)))
+            return "it unpacks to more than it may";
+        if (archive_write_data_block(writer, block, size, offset) < ARCHIVE_WARN)
+            return fault(writer);
+    }
+}
+
+QString unpackEntry(archive* reader, archive* writer, archive_entry* entry, const QString& root,
+                    Budget* budget, const std::atomic_bool& cancelled) {
+    const QString name = nameOf(entry);
+    const QString bad = objection(entry, name);
+    if (!bad.isEmpty())
+        return bad;
+    archive_entry_set_pathname(entry, QFile::encodeName(root + '/' + name).constData());
+    if (const char* link = archive_entry_hardlink(entry))
+        archive_entry_set_hardlink(entry,
+                                   QFile::encodeName(root + '/' + QString::fromUtf8(link)).constData());
+    // Neither foreign owners nor special bits, and always something that can be removed again.
+    archive_entry_set_perm(entry, (archive_entry_perm(entry) & 0755) | 0600 |
+                                      (archive_entry_filetype(entry) == AE_IFDIR ? 0700 : 0));
+    if (archive_write_header(writer, entry) < ARCHIVE_WARN)
+        return fault(writer);
+    const QString error = copyData(reader, writer, budget, cancelled);
+    if (error.isEmpty() && archive_write_finish_entry(writer) < ARCHIVE_WARN)
+        return fault(writer);
+    return error;
+}
+
+/// One file into memory-bounded pieces on disk.
+QString writeTo(archive* reader, const QString& path, Budget* budget, const std::atomic_bool& cancelled) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return QString("cannot write %1: %2").arg(path, file.errorString());
+    QByteArray block(BlockBytes, Qt::Uninitialized);
+    for (;;) {
+        const la_ssize_t count = archive_read_data(reader, block.data(), size_t(block.size()));
+        if (cancelled)
+            return Cancelled;
+        if (count < 0)
+            return fault(reader);
+        if (count == 0)
+            return file.flush() ? QString() : file.errorString();
+        if (!budget->take(count))
+            return "it unpacks to more than it may";
+        if (file.write(block.constData(), count) != count)
+            return QString("cannot write %1: %2").arg(path, file.errorString());
+    }
+}
+
+class Extraction {
+public:
+    Extraction(const QStringList& names, const QString& directory, QStringList* paths,
+               const std::atomic_bool& cancelled)
+        : m_names(names), m_directory(directory), m_paths(paths), m_cancelled(cancelled) {}
+
+    QString from(const QString& path, int depth) {
+        QString error;
+        const Handle reader = opened(path, &error);
+        if (!error.isEmpty())
+            return error;
+        archive_entry* entry = nullptr;
+        int status = ARCHIVE_OK;
+        while ((status = archive_read_next_header(reader.get(), &entry)) >= ARCHIVE_WARN &&
+               status != ARCHIVE_EOF) {
+            if (m_cancelled)
+                return Cancelled;
+            error = m_budget.takeEntry() ? take(reader.get(), entry, depth) : QString("it has too many entries");
+            if (!error.isEmpty())
+                return QString("%1 cannot be unpacked: %2.").arg(QFileInfo(path).fileName(), error);
+        }
+        return status == ARCHIVE_EOF ? QString()
+                                     : QString("%1 cannot be unpacked: %2.")
+                                           .arg(QFileInfo(path).fileName(), fault(reader.get()));
+    }
+
+private:
+    QString take(archive* reader, archive_entry* entry, int depth) {
+        if (archive_entry_filetype(entry) != AE_IFREG)
+            return {};
+        const QString name = nameOf(entry).section('/', -1);
+        const bool isWanted = m_names.contains(name, Qt::CaseInsensitive);
+        const bool isCabinet = depth < MaximumDepth && name.endsWith(".cab", Qt::CaseInsensitive);
+        if (!isWanted && !isCabinet)
+            return {};
+        const QString place = m_directory + '/' + QString::number(++m_count);
+        if (!QDir().mkpath(place))
+            return QString("cannot make %1").arg(place);
+        const QString path = place + '/' + (isWanted ? name.toLower() : QString("inner.cab"));
+        QString error = writeTo(reader, path, &m_budget, m_cancelled);
+        if (error.isEmpty() && isWanted)
+            *m_paths += path;
+        if (error.isEmpty() && isCabinet && !isWanted) {
+            error = from(path, depth + 1);
+            QFile::remove(path);
+        }
+        return error;
+    }
+
+    QStringList m_names;
+    QString m_directory;
+    QStringList* m_paths;
+    const std::atomic_bool& m_cancelled;
+    Budget m_budget;
+    int m_count = 0;
+};
+
+}  // namespace
+
+QString unpack(const QString& archivePath, const QString& directory, const std::atomic_bool& cancelled) {
+    QString error;
+    const Handle reader = opened(archivePath, &error);
+    if (!error.isEmpty())
+        return error;
+    const Handle writer(archive_write_disk_new());
+    // The directory's own path is absolute, and may lead through links of the user's.
+    const QString root = QFileInfo(directory).canonicalFilePath();
+    archive_write_disk_set_options(writer.get(), ARCHIVE_EXTRACT_TIME | ARCHIVE_EXTRACT_PERM |
+                                                     ARCHIVE_EXTRACT_SECURE_SYMLINKS |
+                                                     ARCHIVE_EXTRACT_SECURE_NODOTDOT);
+    Budget budget;
+    archive_entry* entry = nullptr;
+    int status = ARCHIVE_OK;
+    while ((status = archive_read_next_header(reader.get(), &entry)) >= ARCHIVE_WARN &&
+           status != ARCHIVE_EOF) {
+        if (cancelled)
+            return Cancelled;
+        const QString name = nameOf(entry);
+        error = budget.takeEntry()
+                    ? unpackEntry(reader.get(), writer.get(), entry, root, &budget, cancelled)
+                    : QString("there are too many entries");
+        if (!error.isEmpty())
+            return QString("%1 in %2 cannot be unpacked: %3.")
+                .arg(name.left(200), QFileInfo(archivePath).fileName(), error);
+    }
+    if (status != ARCHIVE_EOF)
+        return QString("%1 cannot be unpacked: %2.")
+            .arg(QFileInfo(archivePath).fileName(), fault(reader.get()));
+    return archive_write_close(writer.get()) >= ARCHIVE_WARN ? QString() : fault(writer.get());
+}
+
+QString extract(const QString& archivePath, const QStringList& names, const QString& directory,
+                QStringList* paths, const std::atomic_bool& cancelled) {
+    return Extraction(names, directory, paths, cancelled).from(archivePath, 1);
+}
+
+}  // namespace Archive

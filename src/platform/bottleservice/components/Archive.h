@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <atomic>
+
+/// Unpacks what others have packed: tar in its compressions, zip, 7z, cab, also behind the program of a
+/// self-extracting one. Nothing is trusted: no entry leaves the directory by its name or through a link, none
+/// is a device, and there is a limit on how much comes out. For worker threads.
+namespace Archive {
+
+/// The whole archive into an existing empty directory. A bad entry refuses the archive. Empty, or a sentence;
+/// what was unpacked by then stays.
+QString unpack(const QString& archive, const QString& directory, const std::atomic_bool& cancelled);
+
+/// Files by name, without directories and in any case, also out of cabinets in the archive. Several of one
+/// name each get a path of their own in the directory. Empty, or a sentence.
+QString extract(const QString& archive, const QStringList& names, const QString& directory,
+                QStringList* paths, const std::atomic_bool& cancelled);
+
+}  // namespace Archive

@@ -1,0 +1,98 @@
+#include "bottleservice/components/BottleBackup.h"
+
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cerrno>
+#include <cstring>
+
+#include "bottleservice/bottles/AtomicFile.h"
+#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/wine/FileTree.h"
+
+namespace BottleBackup {
+
+namespace {
+
+const char Directory[] = "/.before-install";
+const char Journal[] = "/journal.json";
+const char* const Registries[] = {"/system.reg", "/user.reg", "/userdef.reg"};
+constexpr qint64 MaximumJournalBytes = 4096;
+
+/// Links count as missing: what a program put there is never followed.
+bool isRealDirectory(const QString& path) {
+    struct stat status = {};
+    return ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+QString moved(const QString& from, const QString& to) {
+    if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
+        return {};
+    return QString("Cannot move %1 to %2: %3.").arg(from, to, QString::fromLocal8Bit(strerror(errno)));
+}
+
+}  // namespace
+
+QString pathOf(const QString& bottlePath) {
+    return bottlePath + Directory;
+}
+
+QString idOf(const QString& bottlePath) {
+    const auto text = PlainFile::read(pathOf(bottlePath) + Journal, MaximumJournalBytes);
+    return text ? QJsonDocument::fromJson(*text).object()["id"].toString() : QString();
+}
+
+State state(const QString& bottlePath) {
+    if (!isRealDirectory(pathOf(bottlePath)))
+        return State::None;
+    return idOf(bottlePath).isEmpty() ? State::Unfinished : State::Whole;
+}
+
+QString make(const QString& bottlePath, const QString& id, const std::atomic_bool& cancelled) {
+    const QString backup = pathOf(bottlePath);
+    const QString windows = bottlePath + "/drive_c/windows";
+    if (!isRealDirectory(bottlePath + "/drive_c") || !isRealDirectory(windows))
+        return "The bottle has no directory drive_c/windows.";
+    if (!QDir().mkdir(backup) || !QDir().mkdir(backup + "/windows"))
+        return QString("Cannot make %1.").arg(backup);
+    QString error = FileTree::copy(windows, backup + "/windows", cancelled);
+    for (const char* registry : Registries) {
+        if (error.isEmpty() && QFile::exists(bottlePath + registry) &&
+            !FileTree::copyFile(bottlePath + registry, backup + registry))
+            error = QString("Cannot copy %1.").arg(bottlePath + registry);
+    }
+    if (error.isEmpty())
+        AtomicFile::replace(backup + Journal, QJsonDocument(QJsonObject{{"id", id}}).toJson(), &error);
+    return error;
+}
+
+QString restore(const QString& bottlePath) {
+    const QString backup = pathOf(bottlePath);
+    const QString windows = bottlePath + "/drive_c/windows";
+    QString error;
+    if (isRealDirectory(backup + "/windows")) {
+        if (QFileInfo(windows).isSymLink())
+            QFile::remove(windows);
+        if (QFileInfo(windows).exists())
+            error = moved(windows, backup + "/failed");
+        if (error.isEmpty())
+            error = moved(backup + "/windows", windows);
+    }
+    for (const char* registry : Registries) {
+        if (error.isEmpty() && QFile::exists(backup + registry))
+            error = moved(backup + registry, bottlePath + registry);
+    }
+    return error;
+}
+
+QString dismiss(const QString& bottlePath) {
+    const QString journal = pathOf(bottlePath) + Journal;
+    return !QFile::exists(journal) || QFile::remove(journal) ? QString()
+                                                            : QString("Cannot remove %1.").arg(journal);
+}
+
+}  // namespace BottleBackup

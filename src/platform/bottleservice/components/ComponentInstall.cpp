@@ -1,0 +1,127 @@
+#include "bottleservice/components/ComponentInstall.h"
+
+#include <sys/stat.h>
+
+#include <QDebug>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/components/Archive.h"
+#include "bottleservice/components/Background.h"
+#include "bottleservice/components/Downloads.h"
+#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/jobs/WorkingDirectory.h"
+
+namespace {
+
+/// Most archives hold one directory, named after the version.
+QString rootOf(const QString& kind, const QString& directory) {
+    if (ComponentStore::fault(kind, directory).isEmpty())
+        return directory;
+    const QStringList entries =
+        QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    const QString inner = directory + '/' + entries.value(0);
+    return entries.size() == 1 && QFileInfo(inner).isDir() && !QFileInfo(inner).isSymLink() ? inner
+                                                                                            : directory;
+}
+
+void makeReadOnly(const QString& directory) {
+    QDirIterator walk(directory, QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        const QByteArray path = QFile::encodeName(walk.next());
+        struct stat status = {};
+        if (::lstat(path.constData(), &status) == 0 && S_ISREG(status.st_mode))
+            ::chmod(path.constData(), status.st_mode & 0555);
+    }
+}
+
+}  // namespace
+
+ComponentInstall::ComponentInstall(const ComponentStore& store, const Sources& sources, Downloads* downloads,
+                                   Reclaimer* reclaimer, const QString& kind, const QString& name,
+                                   QObject* parent)
+    : QObject(parent),
+      m_store(store),
+      m_sources(sources),
+      m_downloads(downloads),
+      m_reclaimer(reclaimer),
+      m_kind(kind),
+      m_name(name) {}
+
+ComponentInstall::~ComponentInstall() {
+    *m_cancelled = true;
+}
+
+void ComponentInstall::start() {
+    const Source source = m_sources.find(m_sources.archiveOf(m_kind, m_name));
+    QString refusal;
+    if (!Sources::isPlainName(m_name) || source.file.isEmpty())
+        refusal = QString("There is no component \"%1\" to install.").arg(BottleName::shown(m_name));
+    else
+        refusal = m_sources.refusal(source);
+    if (!refusal.isEmpty()) {
+        QMetaObject::invokeMethod(this, [this, refusal] { finish(refusal); }, Qt::QueuedConnection);
+        return;
+    }
+    m_archive = m_downloads->pathOf(source.file);
+    m_fetch = new FileFetch(m_downloads, {source}, this);
+    connect(m_fetch, &FileFetch::progress, this, &ComponentInstall::progress);
+    connect(m_fetch, &FileFetch::finished, this, [this](const QString& sentence) {
+        if (sentence.isEmpty())
+            unpack();
+        else
+            finish(sentence);
+    });
+    m_fetch->start();
+}
+
+void ComponentInstall::cancel() {
+    *m_cancelled = true;
+    if (m_fetch)
+        m_fetch->cancel();
+}
+
+void ComponentInstall::unpack() {
+    m_directory = WorkingDirectory::pathBeside(m_store.pathOf(m_kind, m_name), BottleName::CreatingPrefix);
+    if (!QDir().mkpath(m_directory)) {
+        finish(QString("Cannot make %1.").arg(m_directory));
+        return;
+    }
+    Background::run(
+        this,
+        [archive = m_archive, directory = m_directory, cancelled = m_cancelled, kind = m_kind,
+         target = m_store.pathOf(m_kind, m_name)]() -> QString {
+            QString fault = Archive::unpack(archive, directory, *cancelled);
+            if (!fault.isEmpty())
+                return fault;
+            const QString root = rootOf(kind, directory);
+            fault = ComponentStore::fault(kind, root);
+            if (!fault.isEmpty())
+                return QFileInfo(archive).fileName() + " is not what it should be. " + fault;
+            fault = WorkingDirectory::moveInto(root, target);
+            if (fault.isEmpty())
+                makeReadOnly(target);
+            return fault;
+        },
+        [this](const QString& sentence) { onUnpacked(sentence); });
+}
+
+void ComponentInstall::onUnpacked(const QString& sentence) {
+    if (QFileInfo::exists(m_directory))
+        m_reclaimer->remove(m_directory);
+    finish(sentence);
+}
+
+void ComponentInstall::finish(const QString& sentence) {
+    if (std::exchange(m_done, true))
+        return;
+    if (sentence.isEmpty())
+        qInfo() << "installed" << m_kind << m_name;
+    else
+        qWarning() << m_kind << BottleName::shown(m_name) << "was not installed:" << sentence;
+    Q_EMIT finished(sentence);
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <atomic>
+#include <memory>
+
+#include "bottleservice/components/ComponentStore.h"
+#include "bottleservice/components/Sources.h"
+
+class Downloads;
+class FileFetch;
+class Reclaimer;
+
+/// Brings one component to the machine: fetches its archive, unpacks it under a hidden name and renames it
+/// when it is whole. Its files are read-only from then on, since bottles link to them.
+class ComponentInstall : public QObject {
+    Q_OBJECT
+
+public:
+    ComponentInstall(const ComponentStore& store, const Sources& sources, Downloads* downloads,
+                     Reclaimer* reclaimer, const QString& kind, const QString& name,
+                     QObject* parent = nullptr);
+    ~ComponentInstall() override;
+
+    void start();
+    void cancel();
+
+Q_SIGNALS:
+    /// In bytes; total is 0 while it is not known.
+    void progress(qint64 received, qint64 total);
+    /// Exactly once, later than start(); an empty sentence is success.
+    void finished(const QString& sentence);
+
+private:
+    void unpack();
+    void onUnpacked(const QString& sentence);
+    void finish(const QString& sentence);
+
+    ComponentStore m_store;
+    Sources m_sources;
+    Downloads* m_downloads;
+    Reclaimer* m_reclaimer;
+    QString m_kind;
+    QString m_name;
+    QString m_archive;
+    QString m_directory;
+    FileFetch* m_fetch = nullptr;
+    bool m_done = false;
+    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
+};

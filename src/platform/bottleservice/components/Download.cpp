@@ -1,0 +1,274 @@
+#include "bottleservice/components/Download.h"
+
+#include <QCryptographicHash>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QRegularExpression>
+
+#include "bottleservice/components/Background.h"
+
+namespace {
+
+constexpr qint64 MaximumBytes = 8LL * 1024 * 1024 * 1024;
+constexpr int MaximumBreaks = 3;
+constexpr int BlockBytes = 1024 * 1024;
+constexpr int ReportMs = 250;
+
+/// Empty, or what is wrong with the file.
+QString faultOf(const QString& path, const Source& source, const std::atomic_bool& cancelled) {
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return "it cannot be read";
+    if (source.size >= 0 && file.size() != source.size)
+        return QString("it has %1 bytes and should have %2").arg(file.size()).arg(source.size);
+    if (source.sha256.isEmpty())
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    while (!file.atEnd()) {
+        const QByteArray block = file.read(BlockBytes);
+        if (cancelled)
+            return "the work was cancelled";
+        if (block.isEmpty())
+            return "it cannot be read";
+        hash.addData(block);
+    }
+    return hash.result().toHex() == source.sha256 ? QString() : QString("its checksum is another");
+}
+
+QString copied(const QString& from, const QString& to, const std::atomic_bool& cancelled) {
+    QFile source(from);
+    QFile target(to);
+    if (!QFileInfo(from).isFile() || !source.open(QIODevice::ReadOnly))
+        return QString("%1 is not there").arg(from);
+    if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return QString("cannot write %1: %2").arg(to, target.errorString());
+    while (!source.atEnd()) {
+        const QByteArray block = source.read(BlockBytes);
+        if (cancelled)
+            return "the work was cancelled";
+        if (block.isEmpty())
+            return QString("cannot read %1: %2").arg(from, source.errorString());
+        if (target.write(block) != block.size())
+            return QString("cannot write %1: %2").arg(to, target.errorString());
+    }
+    return target.flush() ? QString() : QString("cannot write %1: %2").arg(to, target.errorString());
+}
+
+/// The first byte that a partial answer brings, or -1.
+qint64 beginOf(const QByteArray& contentRange) {
+    static const QRegularExpression pattern("\\Abytes (\\d+)-");
+    const QRegularExpressionMatch match = pattern.match(QString::fromLatin1(contentRange));
+    return match.hasMatch() ? match.captured(1).toLongLong() : -1;
+}
+
+}  // namespace
+
+Download::Download(QNetworkAccessManager* network, const Source& source, const QString& directory,
+                   QObject* parent)
+    : QObject(parent), m_network(network), m_source(source), m_path(directory + '/' + source.file) {
+    m_part.setFileName(partPath());
+    m_stall.setSingleShot(true);
+    m_quiet.setSingleShot(true);
+    m_quiet.setInterval(ReportMs);
+    connect(&m_stall, &QTimer::timeout, this, [this] {
+        dropReply();
+        addressFailed("the server has been silent for too long");
+    });
+}
+
+Download::~Download() {
+    *m_cancelled = true;
+    dropReply();
+}
+
+void Download::start() {
+    const QFileInfo place(m_path);
+    if (!QDir().mkpath(place.path()))
+        qWarning() << "cannot make" << place.path();
+    if (place.isFile())
+        verify(m_path, false);
+    else
+        QMetaObject::invokeMethod(this, &Download::tryNext, Qt::QueuedConnection);
+}
+
+void Download::cancel() {
+    *m_cancelled = true;
+    dropReply();
+    finish("The download was cancelled.");
+}
+
+void Download::tryNext() {
+    if (m_done)
+        return;
+    if (m_next >= m_source.addresses.size()) {
+        finish(QString("%1 could not be fetched: %2.").arg(m_source.file, m_fault));
+        return;
+    }
+    const QString address = m_source.addresses[m_next++];
+    m_breaks = 0;
+    const QUrl url(address);
+    if (address.startsWith('/'))
+        copy(address);
+    else if (url.isLocalFile())
+        copy(url.toLocalFile());
+    else if (url.scheme() == "http" || url.scheme() == "https")
+        fetch(address);
+    else
+        addressFailed(QString("%1 is no address").arg(address.left(200)));
+}
+
+void Download::copy(const QString& path) {
+    Background::run(
+        this, [path, part = partPath(), cancelled = m_cancelled] { return copied(path, part, *cancelled); },
+        [this](const QString& fault) {
+            if (fault.isEmpty())
+                verify(partPath(), true);
+            else
+                addressFailed(fault);
+        });
+}
+
+void Download::fetch(const QString& address) {
+    // Without a checksum nobody would notice that the two halves are of different files.
+    const bool resume = !m_source.sha256.isEmpty();
+    if (!m_part.open(resume ? QIODevice::Append : QIODevice::WriteOnly | QIODevice::Truncate)) {
+        finish(QString("Cannot write %1: %2.").arg(m_part.fileName(), m_part.errorString()));
+        return;
+    }
+    m_begin = m_part.size();
+    QNetworkRequest request{QUrl(address)};
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setRawHeader("Accept-Encoding", "identity");
+    if (m_begin > 0)
+        request.setRawHeader("Range", "bytes=" + QByteArray::number(m_begin) + '-');
+    qInfo() << "fetching" << m_source.file << "from" << address << "at byte" << m_begin;
+    m_reply = m_network->get(request);
+    connect(m_reply, &QNetworkReply::metaDataChanged, this, &Download::onHeaders);
+    connect(m_reply, &QNetworkReply::readyRead, this, &Download::onBytes);
+    connect(m_reply, &QNetworkReply::finished, this, &Download::onReplyFinished);
+    m_stall.start(m_stallMs);
+}
+
+void Download::onHeaders() {
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const bool continues = status == 206 && beginOf(m_reply->rawHeader("Content-Range")) == m_begin;
+    if (status >= 200 && status < 300 && !continues) {
+        m_part.resize(0);
+        m_begin = 0;
+    }
+    const qint64 length = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+    m_total = m_source.size >= 0 ? m_source.size : (length > 0 ? m_begin + length : 0);
+}
+
+void Download::onBytes() {
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    m_stall.start(m_stallMs);
+    if (status < 200 || status >= 300)
+        return;  // the text of an error
+    if (!keep(m_reply->readAll()))
+        return;
+    tellProgress(false);
+}
+
+bool Download::keep(const QByteArray& bytes) {
+    const qint64 limit = m_source.size >= 0 ? m_source.size : MaximumBytes;
+    if (m_part.size() + bytes.size() > limit) {
+        dropReply();
+        m_part.remove();
+        addressFailed("it is larger than it should be");
+        return false;
+    }
+    if (m_part.write(bytes) == bytes.size() && m_part.flush())
+        return true;
+    dropReply();
+    finish(QString("Cannot write %1: %2.").arg(m_part.fileName(), m_part.errorString()));
+    return false;
+}
+
+void Download::onReplyFinished() {
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QString address = m_reply->request().url().toString();
+    const bool isWhole = m_reply->error() == QNetworkReply::NoError && status >= 200 && status < 300;
+    const QString fault = m_reply->errorString();
+    const bool hasGrown = m_part.size() > m_begin;
+    const qint64 have = m_part.size();
+    dropReply();
+    if (isWhole || (status == 416 && have > 0 && have == m_source.size)) {
+        tellProgress(true);
+        verify(partPath(), true);
+    } else if (status == 416) {
+        QFile::remove(partPath());
+        if (++m_breaks <= MaximumBreaks)
+            fetch(address);
+        else
+            addressFailed(fault);
+    } else if (status < 400 && hasGrown && !m_source.sha256.isEmpty() && ++m_breaks <= MaximumBreaks) {
+        qInfo() << "the transfer of" << m_source.file << "broke off:" << fault;
+        fetch(address);
+    } else {
+        addressFailed(fault);
+    }
+}
+
+void Download::verify(const QString& path, bool isPart) {
+    Background::run(
+        this,
+        [path, source = m_source, cancelled = m_cancelled] { return faultOf(path, source, *cancelled); },
+        [this, path, isPart](const QString& fault) { onVerified(fault, path, isPart); });
+}
+
+void Download::onVerified(const QString& fault, const QString& path, bool isPart) {
+    if (m_done)
+        return;
+    if (!fault.isEmpty()) {
+        QFile::remove(path);
+        if (isPart)
+            addressFailed(QString("what came is not the file that was expected: %1").arg(fault));
+        else
+            tryNext();
+        return;
+    }
+    if (isPart &&
+        ::rename(QFile::encodeName(path).constData(), QFile::encodeName(m_path).constData()) != 0) {
+        finish(QString("Cannot rename %1.").arg(path));
+        return;
+    }
+    finish({});
+}
+
+void Download::dropReply() {
+    m_stall.stop();
+    m_part.close();
+    QNetworkReply* reply = std::exchange(m_reply, nullptr);
+    if (!reply)
+        return;
+    reply->disconnect(this);
+    reply->abort();
+    reply->deleteLater();
+}
+
+void Download::addressFailed(const QString& sentence) {
+    if (m_done)
+        return;
+    qWarning() << m_source.file << "was not fetched:" << sentence;
+    m_fault = sentence;
+    tryNext();
+}
+
+void Download::finish(const QString& sentence) {
+    if (std::exchange(m_done, true))
+        return;
+    QMetaObject::invokeMethod(
+        this, [this, sentence] { Q_EMIT finished(sentence.isEmpty() ? m_path : QString(), sentence); },
+        Qt::QueuedConnection);
+}
+
+void Download::tellProgress(bool always) {
+    if (m_quiet.isActive() && !always)
+        return;
+    m_quiet.start();
+    Q_EMIT progress(QFileInfo(partPath()).size(), m_total);
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QFile>
+#include <QObject>
+#include <QTimer>
+#include <atomic>
+#include <memory>
+
+#include "bottleservice/components/Sources.h"
+
+class QNetworkAccessManager;
+class QNetworkReply;
+
+/// Brings one file into a directory: from the first address that has it, resumed after a break, checked
+/// against size and checksum, and only then under its name. What is half there lies beside it as
+/// "<name>.part" and is taken up by the next try when the checksum is known. A file that is there already and
+/// right is not fetched again.
+class Download : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr int StallMs = 60000;
+
+    Download(QNetworkAccessManager* network, const Source& source, const QString& directory,
+             QObject* parent = nullptr);
+    ~Download() override;
+
+    /// How long a server may be silent.
+    void setStallMs(int ms) { m_stallMs = ms; }
+
+    void start();
+    /// finished() follows with a sentence.
+    void cancel();
+
+Q_SIGNALS:
+    /// In bytes; total is 0 while it is not known. At most some times a second.
+    void progress(qint64 received, qint64 total);
+    /// Exactly once, later than start(); path or sentence is empty.
+    void finished(const QString& path, const QString& sentence);
+
+private:
+    QString partPath() const { return m_path + ".part"; }
+    void tryNext();
+    void fetch(const QString& address);
+    void copy(const QString& path);
+    void onHeaders();
+    void onBytes();
+    void onReplyFinished();
+    bool keep(const QByteArray& bytes);
+    void verify(const QString& path, bool isPart);
+    void onVerified(const QString& fault, const QString& path, bool isPart);
+    void dropReply();
+    void addressFailed(const QString& sentence);
+    void finish(const QString& sentence);
+    void tellProgress(bool always);
+
+    QNetworkAccessManager* m_network;
+    Source m_source;
+    QString m_path;
+    int m_stallMs = StallMs;
+    int m_next = 0;        ///< the next address
+    int m_breaks = 0;      ///< how often the present address broke off
+    qint64 m_begin = 0;    ///< where the present reply began
+    qint64 m_total = 0;
+    QString m_fault;       ///< of the last address
+    QNetworkReply* m_reply = nullptr;
+    QFile m_part;
+    QTimer m_stall;
+    QTimer m_quiet;  ///< between two reports of progress
+    bool m_done = false;
+    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
+};

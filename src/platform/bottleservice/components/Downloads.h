@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QHash>
+#include <QNetworkAccessManager>
+#include <QObject>
+#include <QVector>
+
+#include "bottleservice/components/Sources.h"
+
+class Download;
+
+/// Fetches files into the directory "downloads" of the data directory, each one only once at a time, however
+/// many ask for it. Files stay there, for the next bottle.
+class Downloads : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Downloads(const QString& dataDir, QObject* parent = nullptr);
+    ~Downloads() override;
+
+    QString pathOf(const QString& file) const { return m_directory + '/' + file; }
+    bool isIdle() const { return m_running.isEmpty(); }
+
+    /// The running or a new download of a file; given back with release(), which ends it when nobody is left.
+    Download* obtain(const Source& source);
+    void release(Download* download);
+
+private:
+    struct Entry {
+        Download* download = nullptr;
+        int users = 0;
+    };
+
+    QString m_directory;
+    QNetworkAccessManager m_network;
+    QHash<QString, Entry> m_running;  ///< by file
+};
+
+/// Several files, one after the other.
+class FileFetch : public QObject {
+    Q_OBJECT
+
+public:
+    FileFetch(Downloads* downloads, const QVector<Source>& sources, QObject* parent = nullptr);
+    ~FileFetch() override;
+
+    void start();
+    void cancel();
+
+Q_SIGNALS:
+    void fileStarted(const QString& file);
+    /// Of the present file, in bytes; total is 0 while it is not known.
+    void progress(qint64 received, qint64 total);
+    /// Exactly once; an empty sentence means that all files are there.
+    void finished(const QString& sentence);
+
+private:
+    void next();
+    void drop();
+    void finish(const QString& sentence);
+
+    Downloads* m_downloads;
+    QVector<Source> m_sources;
+    Download* m_current = nullptr;
+    bool m_done = false;
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+#include <optional>
+
+#include "bottleservice/settings/RegistryChange.h"
+
+/// One step of a recipe, as the README beside the catalogue describes it.
+struct RecipeStep {
+    enum class Kind { Run, Extract, Fonts, Override, Registry, Winetricks };
+
+    Kind kind = Kind::Run;
+    QString file;           ///< what is run or unpacked; the verb of winetricks
+    QStringList arguments;  ///< of what is run
+    QStringList names;      ///< files of the archive; DLLs of an override
+    QString mode;           ///< of an override, as bottle.yml has it ("n", "n,b", ...)
+    bool registers = false; ///< the extracted files are registered
+    bool only32Bit = false; ///< only 32-bit files are taken
+    bool onlyWin64 = false; ///< a step for bottles of 64 bit
+    RegistryChange registry;
+
+    /// The files that must be there for it.
+    QStringList files() const;
+};
+
+/// How one component gets into a bottle.
+struct Recipe {
+    QString name;
+    QString description;
+    QStringList needs;  ///< components that must be there first
+    QVector<RecipeStep> steps;
+    QString winetricks;  ///< the verb that does the same
+
+    QStringList files() const;
+};
+
+/// The recipes of dependency.json beside the service, and of the one in the data directory, whose entries
+/// win.
+class Recipes {
+public:
+    Recipes(const QString& catalogueDir, const QString& dataDir);
+
+    std::optional<Recipe> find(const QString& name) const;
+
+    /// What is to be installed for a component, in order: first what it needs and the bottle does not have,
+    /// last the component itself. Empty with a sentence when something is unknown or needs itself.
+    QVector<Recipe> plan(const QString& name, const QStringList& installed, QString* error) const;
+
+private:
+    bool add(const QString& name, const QStringList& installed, QStringList* path, QVector<Recipe>* plan,
+             QString* error) const;
+
+    QJsonObject m_entries;
+};

@@ -1,0 +1,217 @@
+#include "bottleservice/components/RecipeRunner.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include "bottleservice/components/Archive.h"
+#include "bottleservice/components/Background.h"
+#include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/components/PrefixFiles.h"
+#include "bottleservice/settings/DllOverrides.h"
+#include "bottleservice/wine/RegistryWriter.h"
+#include "bottleservice/wine/WineCommand.h"
+#include "bottleservice/wine/WineEnvironment.h"
+
+using Kind = RecipeStep::Kind;
+
+namespace {
+
+constexpr int InstallerTimeoutMs = 60 * 60 * 1000;
+// What installers say for "done, after a restart" and "a newer one is there", as far as a process can pass it
+// on: 3010, 1641 and 1638 modulo 256.
+constexpr int GoodCodes[] = {0, 3010 & 0xff, 1641 & 0xff, 1638 & 0xff};
+
+QString windowsPath(const QString& path) {
+    return "Z:" + QDir::toNativeSeparators(path).replace('/', '\\');
+}
+
+/// Unpacks what a step names and puts it into the prefix. Empty, or a sentence.
+QString placeFiles(const RecipeStep& step, const QString& archive, const QString& directory, const QString& prefix,
+              QStringList* files, const std::atomic_bool& cancelled) {
+    const QString fault = Archive::extract(archive, step.names, directory, files, cancelled);
+    if (!fault.isEmpty())
+        return fault;
+    QStringList missing = step.names;
+    for (const QString& file : qAsConst(*files)) {
+        const QString name = QFileInfo(file).fileName();
+        for (int i = missing.size() - 1; i >= 0; --i) {
+            if (missing[i].compare(name, Qt::CaseInsensitive) == 0)
+                missing.removeAt(i);
+        }
+    }
+    if (files->isEmpty())
+        return QString("%1 holds none of the files that it should bring.").arg(step.file);
+    if (!missing.isEmpty())
+        qWarning() << step.file << "does not hold" << missing;
+    return step.kind == Kind::Fonts ? PrefixFiles::putFonts(prefix, *files)
+                                    : PrefixFiles::putSystemFiles(prefix, *files, step.only32Bit);
+}
+
+}  // namespace
+
+RecipeRunner::RecipeRunner(const Runner& runner, const QString& bottlePath, const QVector<Recipe>& recipes,
+                           std::function<QString(const QString&)> fileOf, QObject* parent)
+    : QObject(parent), m_runner(runner), m_bottlePath(bottlePath), m_fileOf(std::move(fileOf)) {
+    const bool is64Bit = PrefixFiles::is64Bit(bottlePath);
+    for (const Recipe& recipe : recipes) {
+        for (const RecipeStep& step : recipe.steps) {
+            if (is64Bit || !step.onlyWin64)
+                m_steps.enqueue(step);
+        }
+    }
+    m_total = m_steps.size();
+}
+
+RecipeRunner::~RecipeRunner() {
+    *m_cancelled = true;
+}
+
+void RecipeRunner::start() {
+    Q_EMIT stepDone(0, m_total);
+    next();
+}
+
+void RecipeRunner::cancel() {
+    *m_cancelled = true;
+    if (m_command)
+        m_command->kill();
+    if (m_writer)
+        m_writer->cancel();
+}
+
+void RecipeRunner::next() {
+    if (m_steps.isEmpty() || *m_cancelled) {
+        finish(*m_cancelled ? QString("The installation was cancelled.") : QString());
+        return;
+    }
+    carryOut(m_steps.head());
+}
+
+void RecipeRunner::carryOut(const RecipeStep& step) {
+    switch (step.kind) {
+        case Kind::Run:
+            run(step);
+            break;
+        case Kind::Winetricks:
+            runWinetricks(step.file);
+            break;
+        case Kind::Extract:
+        case Kind::Fonts:
+            unpack(step);
+            break;
+        case Kind::Registry:
+            writeRegistry(step);
+            break;
+        case Kind::Override:
+            for (const QString& dll : step.names)
+                m_overrides.insert(dll, step.mode);
+            stepEnded({});
+            break;
+    }
+}
+
+void RecipeRunner::run(const RecipeStep& step) {
+    const QStringList files = step.files();
+    QStringList arguments;
+    for (const QString& argument : step.arguments)
+        arguments += files.contains(argument) ? windowsPath(m_fileOf(argument)) : argument;
+    const bool isFetched = files.contains(step.file);
+    Q_EMIT described(QString("Installing %1").arg(isFetched ? step.file : files.join(' ')));
+    command(m_runner.wine, QStringList{isFetched ? m_fileOf(step.file) : step.file} + arguments,
+            [this] { stepEnded({}); });
+}
+
+void RecipeRunner::runWinetricks(const QString& verb) {
+    Q_EMIT described(QString("Installing %1 with winetricks").arg(verb));
+    command(QStandardPaths::findExecutable("winetricks"), {"--unattended", verb}, [this] { stepEnded({}); });
+}
+
+void RecipeRunner::unpack(const RecipeStep& step) {
+    Q_EMIT described(QString("Unpacking %1").arg(step.file));
+    // Beside the backup, so that it goes with it after a kill.
+    const QString place = BottleBackup::pathOf(m_bottlePath);
+    m_unpacked = std::make_unique<QTemporaryDir>(place + "/unpacked-XXXXXX");
+    if (!m_unpacked->isValid()) {
+        stepEnded(QString("Cannot make a directory in %1.").arg(place));
+        return;
+    }
+    const auto files = std::make_shared<QStringList>();
+    Background::run(
+        this,
+        [step, files, archive = m_fileOf(step.file), directory = m_unpacked->path(), prefix = m_bottlePath,
+         cancelled = m_cancelled] { return placeFiles(step, archive, directory, prefix, files.get(), *cancelled); },
+        [this, files, registers = step.registers](const QString& fault) {
+            m_unpacked.reset();
+            if (fault.isEmpty() && registers)
+                registerFiles(*files);
+            else
+                stepEnded(fault);
+        });
+}
+
+void RecipeRunner::registerFiles(QStringList files) {
+    if (files.isEmpty()) {
+        stepEnded({});
+        return;
+    }
+    const QString name = QFileInfo(files.takeFirst()).fileName();
+    command(m_runner.wine, {"regsvr32", "/s", name}, [this, files] { registerFiles(files); });
+}
+
+void RecipeRunner::writeRegistry(const RecipeStep& step) {
+    m_writer = new RegistryWriter(m_runner, m_bottlePath, step.registry, this);
+    connect(m_writer, &RegistryWriter::finished, this, [this](const QString& sentence) {
+        std::exchange(m_writer, nullptr)->deleteLater();
+        stepEnded(sentence);
+    });
+    m_writer->start();
+}
+
+void RecipeRunner::command(const QString& program, const QStringList& arguments, std::function<void()> done) {
+    m_command = new WineCommand(program, arguments, environment(), this);
+    connect(m_command, &WineCommand::finished, this, [this, done](const QString& sentence) {
+        WineCommand* ended = std::exchange(m_command, nullptr);
+        ended->deleteLater();
+        const bool isGood = sentence.isEmpty() ||
+                            (ended->exitCode() && std::count(std::begin(GoodCodes), std::end(GoodCodes),
+                                                             *ended->exitCode()) > 0);
+        if (isGood && !*m_cancelled) {
+            done();
+            return;
+        }
+        qWarning().noquote() << "output of a failed installer:" << ended->output().right(4000);
+        stepEnded(sentence);
+    });
+    m_command->start(InstallerTimeoutMs);
+}
+
+/// Without the questions about Mono and Gecko that a silent installation must not ask, but with the native
+/// DLLs that earlier steps have brought.
+QProcessEnvironment RecipeRunner::environment() const {
+    QJsonObject variables = WineEnvironment::forCreation(m_bottlePath);
+    QStringList overrides{variables["WINEDLLOVERRIDES"].toString()};
+    for (auto it = m_overrides.begin(); it != m_overrides.end(); ++it)
+        overrides += it.key() + '=' + it.value().toString();
+    variables.insert("WINEDLLOVERRIDES", overrides.join(';'));
+    variables.insert("WINE", m_runner.wine);
+    variables.insert("WINESERVER", m_runner.wineserver);
+    return WineEnvironment::forProcess(variables);
+}
+
+void RecipeRunner::stepEnded(const QString& sentence) {
+    if (!sentence.isEmpty() || *m_cancelled) {
+        finish(*m_cancelled ? QString("The installation was cancelled.") : sentence);
+        return;
+    }
+    m_steps.dequeue();
+    Q_EMIT stepDone(m_total - m_steps.size(), m_total);
+    QMetaObject::invokeMethod(this, &RecipeRunner::next, Qt::QueuedConnection);
+}
+
+void RecipeRunner::finish(const QString& sentence) {
+    if (!std::exchange(m_done, true))
+        Q_EMIT finished(sentence);
+}

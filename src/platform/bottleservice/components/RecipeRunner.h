@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QObject>
+#include <QQueue>
+#include <atomic>
+#include <functional>
+#include <memory>
+
+#include "bottleservice/components/Recipe.h"
+#include "bottleservice/wine/Runners.h"
+
+class QTemporaryDir;
+class WineCommand;
+class RegistryWriter;
+
+/// Carries out the steps of recipes in a bottle, with the bottle's own Wine, from files that have been
+/// fetched. Writes no bottle.yml: overrides() is for whoever does.
+class RecipeRunner : public QObject {
+    Q_OBJECT
+
+public:
+    /// fileOf gives the path of a fetched file.
+    RecipeRunner(const Runner& runner, const QString& bottlePath, const QVector<Recipe>& recipes,
+                 std::function<QString(const QString&)> fileOf, QObject* parent = nullptr);
+    ~RecipeRunner() override;
+
+    void start();
+    /// Ends the work; finished() follows with a sentence.
+    void cancel();
+
+    int total() const { return m_total; }
+    /// DLL to the way of loading it.
+    QJsonObject overrides() const { return m_overrides; }
+
+Q_SIGNALS:
+    void described(const QString& text);
+    void stepDone(int done, int total);
+    /// Exactly once; an empty sentence is success.
+    void finished(const QString& sentence);
+
+private:
+    void next();
+    void carryOut(const RecipeStep& step);
+    void run(const RecipeStep& step);
+    void runWinetricks(const QString& verb);
+    void unpack(const RecipeStep& step);
+    void registerFiles(QStringList files);
+    void writeRegistry(const RecipeStep& step);
+    void command(const QString& program, const QStringList& arguments, std::function<void()> done);
+    QProcessEnvironment environment() const;
+    void stepEnded(const QString& sentence);
+    void finish(const QString& sentence);
+
+    Runner m_runner;
+    QString m_bottlePath;
+    std::function<QString(const QString&)> m_fileOf;
+    QQueue<RecipeStep> m_steps;
+    int m_total = 0;
+    QJsonObject m_overrides;
+    std::unique_ptr<QTemporaryDir> m_unpacked;
+    WineCommand* m_command = nullptr;
+    RegistryWriter* m_writer = nullptr;
+    bool m_done = false;
+    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
+};

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+/// A file of somebody else's that a component is made of.
+struct Source {
+    QString file;           ///< a plain name
+    QStringList addresses;  ///< paths and http(s) or file URLs, in the order in which they are tried
+    qint64 size = -1;       ///< in bytes, -1 when it is not known
+    QByteArray sha256;      ///< in lower case hexadecimal; empty when it is not known
+};
+
+/// Where files come from. sources.json beside the catalogue is the deployment's, sources.json in the data
+/// directory the user's, whose entries win:
+///   {"files": {name: {"addresses": [...], "size": bytes, "sha256": hex}},
+///    "archives": {"runner" | "dxvk" | "vkd3d": {component: file name}},
+///    "mirrors": [directory or address, ...],    looked into first, for every file
+///    "allow_unverified": bool}                  use files whose checksum is not known; false if it is missing
+/// Entries that make no sense are as good as missing.
+class Sources {
+public:
+    Sources(const QString& catalogueDir, const QString& dataDir);
+
+    Source find(const QString& file) const;
+
+    /// The archive of a component, or empty.
+    QString archiveOf(const QString& kind, const QString& component) const;
+    QStringList components(const QString& kind) const;
+
+    /// Empty, or why the file may not be used.
+    QString refusal(const Source& source) const;
+
+    /// Whether a text may be the name of a file or a directory of ours.
+    static bool isPlainName(const QString& name);
+
+private:
+    void add(const QString& path);
+
+    QJsonObject m_files;
+    QJsonObject m_archives;
+    QStringList m_mirrors;
+    bool m_allowUnverified = false;
+};

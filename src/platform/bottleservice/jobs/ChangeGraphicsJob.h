@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QStringList>
+
+#include "bottleservice/jobs/InstallJob.h"
+
+/// Puts a version of DXVK or VKD3D into a bottle, or takes it out.
+class ChangeGraphicsJob : public InstallJob {
+    Q_OBJECT
+
+public:
+    /// Key is that of bottle.yml, "DXVK" or "VKD3D"; directory holds x64 and x32 or x86, and with an empty
+    /// version nothing.
+    ChangeGraphicsJob(BottleEngine* engine, const QString& bottle, const char* key, const QString& version,
+                      const QString& directory, Reply reply);
+
+protected:
+    Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) override;
+    void work() override;
+    void abort() override {}
+    void enter(BottleYaml* settings) override;
+
+private:
+    const char* m_key;
+    QString m_version;
+    QString m_directory;
+    QString m_template;
+    QStringList m_files;  ///< of the new version
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "bottleservice/jobs/InstallJob.h"
+
+/// Lets a bottle run on another Wine: the copies and links of the old one's files become the new one's.
+class ChangeRunnerJob : public InstallJob {
+    Q_OBJECT
+
+public:
+    ChangeRunnerJob(BottleEngine* engine, const QString& bottle, const Runner& runner, Reply reply);
+
+protected:
+    Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) override;
+    void work() override;
+    void abort() override {}
+    void enter(BottleYaml* settings) override;
+
+private:
+    Runner m_runner;
+    QString m_oldKey;
+    QString m_newKey;
+};

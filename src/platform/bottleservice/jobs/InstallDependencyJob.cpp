@@ -1,0 +1,52 @@
+#include "bottleservice/jobs/InstallDependencyJob.h"
+
+#include <QJsonArray>
+
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/components/Downloads.h"
+#include "bottleservice/components/RecipeRunner.h"
+
+namespace {
+
+const QLatin1String Installed("Installed_Dependencies");
+
+}  // namespace
+
+InstallDependencyJob::InstallDependencyJob(BottleEngine* engine, const QString& bottle,
+                                           const QVector<Recipe>& recipes, Downloads* downloads, Reply reply)
+    : InstallJob(engine, bottle, std::move(reply)), m_recipes(recipes), m_downloads(downloads) {}
+
+InstallJob::Need InstallDependencyJob::prepare(const BottleYaml& settings, const Runner& runner,
+                                               QString* refusal) {
+    m_runner = runner;
+    if (runner.wine.isEmpty())
+        *refusal =
+            QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(settings.runner()));
+    return Need::Work;
+}
+
+void InstallDependencyJob::work() {
+    m_steps = new RecipeRunner(
+        m_runner, bottlePath(), m_recipes,
+        [downloads = m_downloads](const QString& file) { return downloads->pathOf(file); }, this);
+    connect(m_steps, &RecipeRunner::described, this, &InstallDependencyJob::described);
+    connect(m_steps, &RecipeRunner::stepDone, this, &InstallDependencyJob::stepDone);
+    connect(m_steps, &RecipeRunner::finished, this, [this](const QString& sentence) { worked(sentence); });
+    m_steps->start();
+}
+
+void InstallDependencyJob::abort() {
+    m_steps->cancel();
+}
+
+void InstallDependencyJob::enter(BottleYaml* settings) {
+    QJsonArray installed = settings->record()[Installed].toArray();
+    for (const Recipe& recipe : qAsConst(m_recipes)) {
+        if (!installed.contains(recipe.name))
+            installed += recipe.name;
+    }
+    settings->set(Installed.data(), installed);
+    const QJsonObject overrides = m_steps->overrides();
+    for (auto it = overrides.begin(); it != overrides.end(); ++it)
+        settings->setIn("DLL_Overrides", it.key(), it.value());
+}

@@ -1,0 +1,203 @@
+#include "bottleservice/jobs/InstallJob.h"
+
+#include <QDebug>
+#include <QUuid>
+
+#include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/components/Background.h"
+#include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/wine/BottleStopper.h"
+#include "bottleservice/wine/WineCommand.h"
+#include "bottleservice/wine/WineEnvironment.h"
+
+using Fault = Answer::Fault;
+
+namespace {
+
+constexpr int SettleMs = 60000;
+const char LastInstall[] = "Last_Install";
+
+void stop(QObject* context, const QString& path, const QString& wineserver, std::function<void(bool)> then) {
+    auto* stopper = new BottleStopper(path, wineserver, context);
+    QObject::connect(stopper, &BottleStopper::finished, context, [stopper, then = std::move(then)](bool clean) {
+        stopper->deleteLater();
+        then(clean);
+    });
+    stopper->start();
+}
+
+}  // namespace
+
+InstallJob::InstallJob(BottleEngine* engine, const QString& bottle, Reply reply)
+    : Job(std::move(reply)),
+      m_engine(engine),
+      m_bottle(bottle),
+      m_id(QUuid::createUuid().toString(QUuid::Id128)) {}
+
+QString InstallJob::bottlePath() const {
+    return m_engine->store().pathOf(m_bottle);
+}
+
+void InstallJob::start() {
+    Answer failure;
+    const auto settings = m_engine->loaded(m_bottle, &failure);
+    if (!settings) {
+        finish(failure);
+        return;
+    }
+    if (*m_cancelled) {
+        finish(Answer::failure(Fault::Failed, "The installation was cancelled."));
+        return;
+    }
+    m_runner = m_engine->runnerOf(*settings);
+    QString refusal;
+    const Need need = prepare(*settings, m_runner, &refusal);
+    if (!refusal.isEmpty() || need == Need::Nothing) {
+        finish(refusal.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, refusal));
+        return;
+    }
+    Q_EMIT started();
+    stopBottle([this] { setAside(); });
+}
+
+void InstallJob::cancel() {
+    *m_cancelled = true;
+    if (m_working)
+        abort();
+    else if (m_wait)
+        m_wait->kill();
+}
+
+void InstallJob::stopBottle(std::function<void()> then) {
+    stop(this, bottlePath(), m_runner.wineserver, [this, then = std::move(then)](bool clean) {
+        if (clean)
+            then();
+        else
+            takeBack("Programs in the bottle could not be ended.");
+    });
+}
+
+void InstallJob::setAside() {
+    Background::run(
+        this,
+        [path = bottlePath(), id = m_id, cancelled = m_cancelled] {
+            return BottleBackup::make(path, id, *cancelled);
+        },
+        [this](const QString& fault) {
+            if (!fault.isEmpty() || *m_cancelled) {
+                takeBack(fault.isEmpty() ? QString("The installation was cancelled.") : fault);
+                return;
+            }
+            m_working = true;
+            work();
+        });
+}
+
+void InstallJob::worked(const QString& sentence) {
+    m_working = false;
+    if (!sentence.isEmpty() || *m_cancelled)
+        takeBack(sentence.isEmpty() ? QString("The installation was cancelled.") : sentence);
+    else
+        settle();
+}
+
+/// An installer's first process may end before its last one. Nobody may write any more when the job ends.
+void InstallJob::settle() {
+    if (m_runner.wineserver.isEmpty()) {
+        stopBottle([this] { complete(); });
+        return;
+    }
+    m_wait = new WineCommand(m_runner.wineserver, {"-w"},
+                             WineEnvironment::forProcess({{"WINEPREFIX", bottlePath()}}), this);
+    connect(m_wait, &WineCommand::finished, this, [this](const QString& sentence) {
+        m_wait->deleteLater();
+        if (!sentence.isEmpty())
+            qInfo() << "something in" << BottleName::shown(m_bottle) << "goes on after an installation:"
+                    << sentence;
+        stopBottle([this] { complete(); });
+    });
+    m_wait->start(SettleMs);
+}
+
+void InstallJob::complete() {
+    Answer failure;
+    auto settings = m_engine->loaded(m_bottle, &failure);
+    QString error = failure.sentence;
+    if (settings && !*m_cancelled) {
+        enter(&*settings);
+        settings->set(LastInstall, m_id);
+        m_engine->saveSettings(m_bottle, *settings, &error);
+    }
+    if (*m_cancelled && error.isEmpty())
+        error = "The installation was cancelled.";
+    if (!error.isEmpty()) {
+        takeBack(error);
+        return;
+    }
+    conclude({});
+}
+
+void InstallJob::takeBack(const QString& sentence) {
+    qWarning() << "the installation into" << BottleName::shown(m_bottle) << "is taken back:" << sentence;
+    stop(this, bottlePath(), m_runner.wineserver, [this, sentence](bool clean) {
+        // An unfinished backup means that nothing has been changed yet.
+        const bool isWhole = BottleBackup::idOf(bottlePath()) == m_id;
+        if (!clean && isWhole) {
+            finish(Answer::failure(Fault::Failed, sentence + " The bottle is restored at the next start."));
+            return;
+        }
+        Background::run(
+            this,
+            [path = bottlePath(), isWhole] { return isWhole ? BottleBackup::restore(path) : QString(); },
+            [this, sentence](const QString& fault) {
+                if (!fault.isEmpty())
+                    qCritical() << "bottle" << BottleName::shown(m_bottle) << "was not restored:" << fault;
+                if (fault.isEmpty())
+                    conclude(sentence);
+                else
+                    finish(Answer::failure(Fault::Failed, sentence));
+            });
+    });
+}
+
+void InstallJob::conclude(const QString& sentence) {
+    m_engine->removeBackup(m_bottle);
+    finish(sentence.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, sentence));
+}
+
+RecoverInstallJob::RecoverInstallJob(BottleEngine* engine, const QString& bottle)
+    : Job([](const Answer&) {}), m_engine(engine), m_bottle(bottle) {}
+
+void RecoverInstallJob::start() {
+    Answer failure;
+    const auto settings = m_engine->loaded(m_bottle, &failure);
+    const QString path = m_engine->store().pathOf(m_bottle);
+    if (!settings || BottleBackup::state(path) == BottleBackup::State::None) {
+        finish(failure);
+        return;
+    }
+    const bool isComplete =
+        BottleBackup::state(path) == BottleBackup::State::Unfinished ||
+        settings->record().value(QLatin1String(LastInstall)).toString() == BottleBackup::idOf(path);
+    qWarning() << "an installation into" << BottleName::shown(m_bottle) << "was interrupted;"
+               << (isComplete ? "nothing is to be restored" : "restoring what was there");
+    if (isComplete)
+        removeFiles({});
+    else
+        stop(this, path, m_engine->runnerOf(*settings).wineserver, [this](bool) { restore(); });
+}
+
+void RecoverInstallJob::restore() {
+    Background::run(
+        this, [path = m_engine->store().pathOf(m_bottle)] { return BottleBackup::restore(path); },
+        [this](const QString& sentence) { removeFiles(sentence); });
+}
+
+void RecoverInstallJob::removeFiles(const QString& sentence) {
+    if (sentence.isEmpty())
+        m_engine->removeBackup(m_bottle);
+    else
+        qCritical() << "bottle" << BottleName::shown(m_bottle) << "was not restored:" << sentence;
+    finish(Answer::of());
+}

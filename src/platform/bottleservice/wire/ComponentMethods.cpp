@@ -1,0 +1,101 @@
+#include "bottleservice/wire/ComponentMethods.h"
+
+#include <QJsonObject>
+#include <limits>
+
+#include "bottleservice/ComponentRequests.h"
+#include "bottleservice/DependencyRequests.h"
+#include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/wire/TextMethods.h"
+
+namespace {
+
+QString resultOf(const QString& sentence) {
+    QJsonObject result{{"ok", sentence.isEmpty()}};
+    if (!sentence.isEmpty())
+        result.insert("error", sentence);
+    return JsonText::compact(result);
+}
+
+/// Received, total and status as the contract has them: 32 bits, in bytes or, for more, in kibibytes.
+QVariantList progressOf(qint64 received, qint64 total) {
+    const int shift = qMax(received, total) > std::numeric_limits<quint32>::max() ? 10 : 0;
+    return {uint(received >> shift), uint(total >> shift),
+            QString(total > 0 && received >= total ? "done" : "downloading")};
+}
+
+}  // namespace
+
+ComponentsObject::ComponentsObject(ComponentRequests* requests, QObject* parent)
+    : BusObject("/com/lumora/Manager/Components", ":/wire/com.lumora.Manager.Components.xml", parent) {
+    handle("list", [requests](const QVariantList&, const Reply& reply) { reply(requests->list()); });
+    handleTwoTexts<ComponentRequests>(this, requests, {{"install", &ComponentRequests::install}});
+    connect(requests, &ComponentRequests::progress, this,
+            [this](const QString& kind, const QString& name, qint64 received, qint64 total) {
+                emitSignal("updateProgress", QVariantList{kind, name} + progressOf(received, total));
+            });
+    connect(requests, &ComponentRequests::installed, this,
+            [this](const QString& kind, const QString& name, const QString& sentence) {
+                emitSignal("installed", {int(sentence.isEmpty()), kind, name, sentence});
+            });
+    connect(requests, &ComponentRequests::catalogueChanged, this,
+            [this](const QString& catalogue) { emitSignal("refresh", {catalogue}); });
+}
+
+void addComponentMethods(BusObject* object, ComponentRequests* requests) {
+    const std::pair<const char*, const char*> setters[] = {
+        {"setRunner", "runner"}, {"setDxvk", "dxvk"}, {"setVkD3D", "vkd3d"}};
+    for (const auto& [method, kind] : setters) {
+        object->handle(method, [requests, kind = kind](const QVariantList& arguments, const Reply& reply) {
+            requests->setComponent(arguments[0].toString(), kind, arguments[1].toString(), reply);
+        });
+    }
+    object->handle("getInstallingComponents", [requests](const QVariantList& arguments, const Reply& reply) {
+        reply(requests->installing(arguments[0].toString(), arguments[1].toString()));
+    });
+    object->handle("cancelInstallingComponent", [requests](const QVariantList& arguments, const Reply& reply) {
+        requests->cancel(arguments[0].toString(), arguments[1].toString(), arguments[2].toString(), reply);
+    });
+    QObject::connect(requests, &ComponentRequests::waiting, object,
+                     [object](const QString& bottle, const QString& kind, const QString& name) {
+                         object->emitSignal("component_waiting_downloaded", {bottle, kind, name});
+                     });
+    QObject::connect(requests, &ComponentRequests::setupStarted, object,
+                     [object](const QString& bottle, const QString& kind, const QString& name) {
+                         object->emitSignal("component_setup_start", {bottle, kind, name});
+                     });
+    QObject::connect(
+        requests, &ComponentRequests::setupDone, object,
+        [object](const QString& bottle, const QString& kind, const QString& name, const QString& sentence) {
+            object->emitSignal("component_setup_done", {bottle, kind, name, resultOf(sentence)});
+        });
+}
+
+void addDependencyMethods(BusObject* object, DependencyRequests* requests) {
+    handleTwoTexts<DependencyRequests>(object, requests,
+                                       {{"installDependency", &DependencyRequests::install},
+                                        {"reinstallDependency", &DependencyRequests::install}});
+    handleOneText<DependencyRequests>(object, requests,
+                                      {{"cancelInstallingDependency", &DependencyRequests::cancel}});
+    object->handle("getInstallingDependency", [requests](const QVariantList& arguments, const Reply& reply) {
+        reply(requests->installing(arguments[0].toString()));
+    });
+    QObject::connect(
+        requests, &DependencyRequests::progress, object,
+        [object](const QString& bottle, const QString& name, qint64 received, qint64 total) {
+            object->emitSignal("dependencyDownloadProgress",
+                               QVariantList{bottle, name} + progressOf(received, total));
+        });
+    QObject::connect(requests, &DependencyRequests::described, object,
+                     [object](const QString& bottle, const QString& name, const QString& text) {
+                         object->emitSignal("dependencySetupDescription", {bottle, name, text});
+                     });
+    QObject::connect(requests, &DependencyRequests::stepDone, object,
+                     [object](const QString& bottle, const QString& name, int done, int total) {
+                         object->emitSignal("dependencySetupStepNotify", {bottle, name, done, total});
+                     });
+    QObject::connect(requests, &DependencyRequests::done, object,
+                     [object](const QString& bottle, const QString& name, const QString& sentence) {
+                         object->emitSignal("dependencySetupDone", {bottle, name, resultOf(sentence)});
+                     });
+}
