@@ -232,6 +232,13 @@ bool BottleEngine::refuse(const QString& bottle, const Reply& reply) const {
     return !invalid.isEmpty();
 }
 
+bool BottleEngine::refuseUnknown(const QString& bottle, const Reply& reply) const {
+    const Answer check = checked(bottle);
+    if (!check.isGood())
+        reply(check);
+    return !check.isGood();
+}
+
 void BottleEngine::enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work) {
     enqueue(bottle, std::make_unique<ImmediateJob>(std::move(work), reply));
 }

@@ -52,6 +52,8 @@ public:
     Templates* templates() { return &m_templates; }
     /// Answers a request whose bottle has an impossible name; then true.
     bool refuse(const QString& bottle, const Reply& reply) const;
+    /// The same for a bottle that is not there.
+    bool refuseUnknown(const QString& bottle, const Reply& reply) const;
     /// Good if the bottle may be used.
     Answer checked(const QString& bottle) const;
     static Answer noProgram(const QString& bottle, const QString& programId);

@@ -61,9 +61,9 @@ void ComponentRequests::fetch(const QString& kind, const QString& name) {
         return;
     install.work =
         new ComponentInstall(m_store, sources(), m_downloads, m_engine->reclaimer(), kind, name, this);
-    connect(install.work, &ComponentInstall::progress, this, [this, kind, name](qint64 received, qint64 total) {
-        Q_EMIT progress(kind, name, received, total);
-    });
+    connect(
+        install.work, &ComponentInstall::progress, this,
+        [this, kind, name](qint64 received, qint64 total) { Q_EMIT progress(kind, name, received, total); });
     connect(install.work, &ComponentInstall::finished, this,
             [this, kind, name](const QString& sentence) { onFetched(kind, name, sentence); });
     install.work->start();
@@ -95,11 +95,17 @@ void ComponentRequests::onFetched(const QString& kind, const QString& name, cons
 
 void ComponentRequests::setComponent(const QString& bottle, const QString& kind, const QString& version,
                                      const Reply& reply) {
-    const Answer check = m_engine->checked(bottle);
-    if (!check.isGood() || find(bottle, kind, version)) {
-        if (!check.isGood())
-            Q_EMIT setupDone(bottle, kind, version, check.sentence);
-        reply(check);
+    if (version != None && !Sources::isPlainName(version)) {
+        reply(Answer::failure(Fault::InvalidArgs,
+                              QString("\"%1\" is no name of a component.").arg(BottleName::shown(version))));
+        return;
+    }
+    if (m_engine->refuseUnknown(bottle, reply)) {
+        Q_EMIT setupDone(bottle, kind, version, "There is no such bottle.");
+        return;
+    }
+    if (find(bottle, kind, version)) {
+        reply(Answer::of());
         return;
     }
     const bool isThere = version == None ? kind != "runner" : m_store.isInstalled(kind, version);
@@ -130,8 +136,9 @@ void ComponentRequests::setUp(Change* change) {
         job = std::make_unique<ChangeRunnerJob>(m_engine, copy.bottle, *runner, done);
     } else {
         const QString version = copy.name == None ? QString() : copy.name;
-        job = std::make_unique<ChangeGraphicsJob>(m_engine, copy.bottle, copy.kind == "dxvk" ? "DXVK" : "VKD3D",
-                                                  version, m_store.pathOf(copy.kind, version), done);
+        job =
+            std::make_unique<ChangeGraphicsJob>(m_engine, copy.bottle, copy.kind == "dxvk" ? "DXVK" : "VKD3D",
+                                                version, m_store.pathOf(copy.kind, version), done);
     }
     change->job = job.get();
     connect(job.get(), &InstallJob::started, this,
@@ -160,17 +167,21 @@ void ComponentRequests::drop(const QString& bottle, const QString& kind, const Q
     Q_EMIT setupDone(bottle, kind, name, sentence);
 }
 
-Answer ComponentRequests::installing(const QString& bottle, const QString& kind) const {
+void ComponentRequests::installing(const QString& bottle, const QString& kind, const Reply& reply) {
     QJsonObject result;
+    if (m_engine->refuseUnknown(bottle, reply))
+        return;
     for (const Change& change : m_changes) {
         if (change.bottle == bottle && change.kind == kind)
             result.insert(change.name, change.waits ? "DOWNLOADING" : "SETUPING");
     }
-    return Answer::of(compact(result));
+    reply(Answer::of(compact(result)));
 }
 
 void ComponentRequests::cancel(const QString& bottle, const QString& kind, const QString& name,
                                const Reply& reply) {
+    if (m_engine->refuseUnknown(bottle, reply))
+        return;
     Change* change = find(bottle, kind, name);
     if (!change) {
         reply(Answer::of());

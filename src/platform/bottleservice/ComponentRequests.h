@@ -30,7 +30,7 @@ public:
     /// Answers at once; setupDone() tells how it ended. The version "-" takes DXVK or VKD3D out of a bottle.
     void setComponent(const QString& bottle, const QString& kind, const QString& version, const Reply& reply);
     /// Answers with a JSON object, component to "DOWNLOADING" or "SETUPING".
-    Answer installing(const QString& bottle, const QString& kind) const;
+    void installing(const QString& bottle, const QString& kind, const Reply& reply);
     void cancel(const QString& bottle, const QString& kind, const QString& name, const Reply& reply);
     /// Gives up all that is going on for a bottle.
     void cancelAll(const QString& bottle);

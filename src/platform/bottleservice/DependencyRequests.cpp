@@ -44,12 +44,17 @@ DependencyRequests::DependencyRequests(BottleEngine* engine, Downloads* download
     : QObject(parent), m_engine(engine), m_downloads(downloads), m_catalogueDir(catalogueDir) {}
 
 void DependencyRequests::install(const QString& bottle, const QString& dependency, const Reply& reply) {
-    const Answer check = m_engine->checked(bottle);
-    reply(check);
-    if (!check.isGood()) {
-        Q_EMIT done(bottle, dependency, check.sentence);
+    if (!Sources::isPlainName(dependency)) {
+        reply(
+            Answer::failure(Answer::Fault::InvalidArgs,
+                            QString("\"%1\" is no name of a component.").arg(BottleName::shown(dependency))));
         return;
     }
+    if (m_engine->refuseUnknown(bottle, reply)) {
+        Q_EMIT done(bottle, dependency, "There is no such bottle.");
+        return;
+    }
+    reply(Answer::of());
     QQueue<Install>& line = m_lines[bottle];
     line.enqueue({dependency, {}, {}, false});
     if (line.size() == 1)
@@ -79,8 +84,7 @@ QVector<Recipe> DependencyRequests::planned(const QString& bottle, const QString
     QStringList installed;
     for (const QJsonValue& name : settings->record()["Installed_Dependencies"].toArray())
         installed += name.toString();
-    QVector<Recipe> recipes =
-        Recipes(m_catalogueDir, m_engine->dataDir()).plan(dependency, installed, error);
+    QVector<Recipe> recipes = Recipes(m_catalogueDir, m_engine->dataDir()).plan(dependency, installed, error);
     const Sources sources(m_catalogueDir, m_engine->dataDir());
     for (Recipe& recipe : recipes) {
         const QString refusal = refusalOf(recipe, sources);
@@ -126,12 +130,12 @@ void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& r
             if (self)
                 self->firstEnded(bottle, answer.sentence);
         });
-    connect(job.get(), &InstallDependencyJob::described, this, [this, bottle, dependency](const QString& text) {
-        Q_EMIT described(bottle, dependency, text);
-    });
-    connect(job.get(), &InstallDependencyJob::stepDone, this, [this, bottle, dependency](int count, int total) {
-        Q_EMIT stepDone(bottle, dependency, count, total);
-    });
+    connect(job.get(), &InstallDependencyJob::described, this,
+            [this, bottle, dependency](const QString& text) { Q_EMIT described(bottle, dependency, text); });
+    connect(job.get(), &InstallDependencyJob::stepDone, this,
+            [this, bottle, dependency](int count, int total) {
+                Q_EMIT stepDone(bottle, dependency, count, total);
+            });
     m_lines[bottle].head().job = job.get();
     m_engine->enqueueInstall(bottle, std::move(job));
 }
@@ -147,16 +151,20 @@ void DependencyRequests::firstEnded(const QString& bottle, const QString& senten
                    << sentence;
     // The next one begins when whoever hears of this one's end is done.
     if (!isLast)
-        QMetaObject::invokeMethod(this, [this, bottle] { startFirst(bottle); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, bottle] { startFirst(bottle); }, Qt::QueuedConnection);
     Q_EMIT done(bottle, dependency, sentence);
 }
 
-Answer DependencyRequests::installing(const QString& bottle) const {
+void DependencyRequests::installing(const QString& bottle, const Reply& reply) {
     const auto line = m_lines.constFind(bottle);
-    return Answer::of(line == m_lines.constEnd() ? QString() : line->head().dependency);
+    if (!m_engine->refuseUnknown(bottle, reply))
+        reply(Answer::of(line == m_lines.constEnd() ? QString() : line->head().dependency));
 }
 
 void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
+    if (m_engine->refuseUnknown(bottle, reply))
+        return;
     const auto line = m_lines.find(bottle);
     if (line != m_lines.end()) {
         while (line->size() > 1) {

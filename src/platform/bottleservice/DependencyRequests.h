@@ -26,7 +26,7 @@ public:
     /// Answers at once; done() tells how it ended, also for what is refused.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
     /// The name of what is being installed, or empty.
-    Answer installing(const QString& bottle) const;
+    void installing(const QString& bottle, const Reply& reply);
     /// Gives up what is being installed and what waits behind it.
     void cancel(const QString& bottle, const Reply& reply);
 

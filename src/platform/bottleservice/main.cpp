@@ -99,7 +99,8 @@ int main(int argc, char** argv) {
     ComponentsObject machine(&components);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
+    if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !manager.registerOn(bus) ||
+        !bus.registerService(ServiceName)) {
         qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
         return 1;
     }

@@ -10,6 +10,7 @@ namespace {
 const char Service[] = "com.lumora.LumoraWineLauncher";
 const char ManagerPath[] = "/com/lumora/Manager";
 const char BottlesPath[] = "/com/lumora/Manager/Bottles";
+const char ComponentsInterface[] = "com.lumora.Manager.Components";
 const char BottlesInterface[] = "com.lumora.Manager.Bottles";
 constexpr int CallTimeoutMs = 120000;
 constexpr int StartTimeoutMs = 20000;
@@ -22,10 +23,8 @@ ServiceFixture::ServiceFixture() : m_connection(QString()) {
     while (m_address.isEmpty() && m_bus.waitForReadyRead(StartTimeoutMs))
         m_address = QString::fromUtf8(m_bus.readLine()).trimmed();
     m_connection = QDBusConnection::connectToBus(m_address, "bottleservice-test");
-    for (const char* name :
-         {"bottles_deleted", "program_added", "program_updated", "program_deleted", "program_exited"})
-        m_connection.connect(Service, BottlesPath, BottlesInterface, name, this,
-                             SLOT(onSignal(QDBusMessage)));
+    for (const char* interface : {BottlesInterface, ComponentsInterface})
+        m_connection.connect(Service, {}, interface, {}, this, SLOT(onSignal(QDBusMessage)));
 }
 
 ServiceFixture::~ServiceFixture() {
@@ -98,6 +97,13 @@ QByteArray ServiceFixture::log() const {
 
 QDBusMessage ServiceFixture::call(const QString& method, const QVariantList& arguments) const {
     return m_connection.call(bottlesCall(method, arguments), QDBus::Block, CallTimeoutMs);
+}
+
+QDBusMessage ServiceFixture::callComponents(const QString& method, const QVariantList& arguments) const {
+    QDBusMessage message = QDBusMessage::createMethodCall(Service, "/com/lumora/Manager/Components",
+                                                          ComponentsInterface, method);
+    message.setArguments(arguments);
+    return m_connection.call(message, QDBus::Block, CallTimeoutMs);
 }
 
 QDBusPendingCall ServiceFixture::callLater(const QString& method, const QVariantList& arguments) const {

@@ -28,6 +28,7 @@ public:
 
     QDBusMessage call(const QString& method, const QVariantList& arguments = {}) const;
     QDBusPendingCall callLater(const QString& method, const QVariantList& arguments = {}) const;
+    QDBusMessage callComponents(const QString& method, const QVariantList& arguments = {}) const;
     QDBusMessage callManager(const QString& method) const;
     QString introspect(const QString& path) const;
     bool isOnBus() const;

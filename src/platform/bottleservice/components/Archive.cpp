@@ -35,8 +35,7 @@ Handle opened(const QString& path, QString* error) {
     archive_read_support_format_all(reader.get());
     if (archive_read_open_filename(reader.get(), QFile::encodeName(path).constData(), BlockBytes) !=
         ARCHIVE_OK)
-        *error =
-            QString("%1 cannot be unpacked: %2.").arg(QFileInfo(path).fileName(), fault(reader.get()));
+        *error = QString("%1 cannot be unpacked: %2.").arg(QFileInfo(path).fileName(), fault(reader.get()));
     return reader;
 }
 
@@ -166,7 +165,8 @@ public:
                status != ARCHIVE_EOF) {
             if (m_cancelled)
                 return Cancelled;
-            error = m_budget.takeEntry() ? take(reader.get(), entry, depth) : QString("it has too many entries");
+            error =
+                m_budget.takeEntry() ? take(reader.get(), entry, depth) : QString("it has too many entries");
             if (!error.isEmpty())
                 return QString("%1 cannot be unpacked: %2.").arg(QFileInfo(path).fileName(), error);
         }
@@ -227,9 +227,8 @@ QString unpack(const QString& archivePath, const QString& directory, const std::
         if (cancelled)
             return Cancelled;
         const QString name = nameOf(entry);
-        error = budget.takeEntry()
-                    ? unpackEntry(reader.get(), writer.get(), entry, root, &budget, cancelled)
-                    : QString("there are too many entries");
+        error = budget.takeEntry() ? unpackEntry(reader.get(), writer.get(), entry, root, &budget, cancelled)
+                                   : QString("there are too many entries");
         if (!error.isEmpty())
             return QString("%1 in %2 cannot be unpacked: %3.")
                 .arg(name.left(200), QFileInfo(archivePath).fileName(), error);

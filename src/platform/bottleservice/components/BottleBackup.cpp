@@ -92,7 +92,7 @@ QString restore(const QString& bottlePath) {
 QString dismiss(const QString& bottlePath) {
     const QString journal = pathOf(bottlePath) + Journal;
     return !QFile::exists(journal) || QFile::remove(journal) ? QString()
-                                                            : QString("Cannot remove %1.").arg(journal);
+                                                             : QString("Cannot remove %1.").arg(journal);
 }
 
 }  // namespace BottleBackup

@@ -64,7 +64,8 @@ void ComponentInstall::start() {
     else
         refusal = m_sources.refusal(source);
     if (!refusal.isEmpty()) {
-        QMetaObject::invokeMethod(this, [this, refusal] { finish(refusal); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, refusal] { finish(refusal); }, Qt::QueuedConnection);
         return;
     }
     m_archive = m_downloads->pathOf(source.file);

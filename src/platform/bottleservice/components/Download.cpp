@@ -231,8 +231,7 @@ void Download::onVerified(const QString& fault, const QString& path, bool isPart
             tryNext();
         return;
     }
-    if (isPart &&
-        ::rename(QFile::encodeName(path).constData(), QFile::encodeName(m_path).constData()) != 0) {
+    if (isPart && ::rename(QFile::encodeName(path).constData(), QFile::encodeName(m_path).constData()) != 0) {
         finish(QString("Cannot rename %1.").arg(path));
         return;
     }

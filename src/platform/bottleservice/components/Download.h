@@ -58,11 +58,11 @@ private:
     Source m_source;
     QString m_path;
     int m_stallMs = StallMs;
-    int m_next = 0;        ///< the next address
-    int m_breaks = 0;      ///< how often the present address broke off
-    qint64 m_begin = 0;    ///< where the present reply began
+    int m_next = 0;      ///< the next address
+    int m_breaks = 0;    ///< how often the present address broke off
+    qint64 m_begin = 0;  ///< where the present reply began
     qint64 m_total = 0;
-    QString m_fault;       ///< of the last address
+    QString m_fault;  ///< of the last address
     QNetworkReply* m_reply = nullptr;
     QFile m_part;
     QTimer m_stall;

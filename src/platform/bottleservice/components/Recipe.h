@@ -13,13 +13,13 @@ struct RecipeStep {
     enum class Kind { Run, Extract, Fonts, Override, Registry, Winetricks };
 
     Kind kind = Kind::Run;
-    QString file;           ///< what is run or unpacked; the verb of winetricks
-    QStringList arguments;  ///< of what is run
-    QStringList names;      ///< files of the archive; DLLs of an override
-    QString mode;           ///< of an override, as bottle.yml has it ("n", "n,b", ...)
-    bool registers = false; ///< the extracted files are registered
-    bool only32Bit = false; ///< only 32-bit files are taken
-    bool onlyWin64 = false; ///< a step for bottles of 64 bit
+    QString file;            ///< what is run or unpacked; the verb of winetricks
+    QStringList arguments;   ///< of what is run
+    QStringList names;       ///< files of the archive; DLLs of an override
+    QString mode;            ///< of an override, as bottle.yml has it ("n", "n,b", ...)
+    bool registers = false;  ///< the extracted files are registered
+    bool only32Bit = false;  ///< only 32-bit files are taken
+    bool onlyWin64 = false;  ///< a step for bottles of 64 bit
     RegistryChange registry;
 
     /// The files that must be there for it.

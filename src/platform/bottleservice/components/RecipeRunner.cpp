@@ -29,8 +29,8 @@ QString windowsPath(const QString& path) {
 }
 
 /// Unpacks what a step names and puts it into the prefix. Empty, or a sentence.
-QString placeFiles(const RecipeStep& step, const QString& archive, const QString& directory, const QString& prefix,
-              QStringList* files, const std::atomic_bool& cancelled) {
+QString placeFiles(const RecipeStep& step, const QString& archive, const QString& directory,
+                   const QString& prefix, QStringList* files, const std::atomic_bool& cancelled) {
     const QString fault = Archive::extract(archive, step.names, directory, files, cancelled);
     if (!fault.isEmpty())
         return fault;
@@ -142,7 +142,9 @@ void RecipeRunner::unpack(const RecipeStep& step) {
     Background::run(
         this,
         [step, files, archive = m_fileOf(step.file), directory = m_unpacked->path(), prefix = m_bottlePath,
-         cancelled = m_cancelled] { return placeFiles(step, archive, directory, prefix, files.get(), *cancelled); },
+         cancelled = m_cancelled] {
+            return placeFiles(step, archive, directory, prefix, files.get(), *cancelled);
+        },
         [this, files, registers = step.registers](const QString& fault) {
             m_unpacked.reset();
             if (fault.isEmpty() && registers)
@@ -176,8 +178,8 @@ void RecipeRunner::command(const QString& program, const QStringList& arguments,
         WineCommand* ended = std::exchange(m_command, nullptr);
         ended->deleteLater();
         const bool isGood = sentence.isEmpty() ||
-                            (ended->exitCode() && std::count(std::begin(GoodCodes), std::end(GoodCodes),
-                                                             *ended->exitCode()) > 0);
+                            (ended->exitCode() &&
+                             std::count(std::begin(GoodCodes), std::end(GoodCodes), *ended->exitCode()) > 0);
         if (isGood && !*m_cancelled) {
             done();
             return;

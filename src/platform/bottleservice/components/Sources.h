@@ -18,7 +18,8 @@ struct Source {
 ///   {"files": {name: {"addresses": [...], "size": bytes, "sha256": hex}},
 ///    "archives": {"runner" | "dxvk" | "vkd3d": {component: file name}},
 ///    "mirrors": [directory or address, ...],    looked into first, for every file
-///    "allow_unverified": bool}                  use files whose checksum is not known; false if it is missing
+///    "allow_unverified": bool}                  use files whose checksum is not known; false if it is
+///    missing
 /// Entries that make no sense are as good as missing.
 class Sources {
 public:

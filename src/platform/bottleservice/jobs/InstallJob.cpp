@@ -20,10 +20,11 @@ const char LastInstall[] = "Last_Install";
 
 void stop(QObject* context, const QString& path, const QString& wineserver, std::function<void(bool)> then) {
     auto* stopper = new BottleStopper(path, wineserver, context);
-    QObject::connect(stopper, &BottleStopper::finished, context, [stopper, then = std::move(then)](bool clean) {
-        stopper->deleteLater();
-        then(clean);
-    });
+    QObject::connect(stopper, &BottleStopper::finished, context,
+                     [stopper, then = std::move(then)](bool clean) {
+                         stopper->deleteLater();
+                         then(clean);
+                     });
     stopper->start();
 }
 
@@ -113,8 +114,8 @@ void InstallJob::settle() {
     connect(m_wait, &WineCommand::finished, this, [this](const QString& sentence) {
         m_wait->deleteLater();
         if (!sentence.isEmpty())
-            qInfo() << "something in" << BottleName::shown(m_bottle) << "goes on after an installation:"
-                    << sentence;
+            qInfo() << "something in" << BottleName::shown(m_bottle)
+                    << "goes on after an installation:" << sentence;
         stopBottle([this] { complete(); });
     });
     m_wait->start(SettleMs);

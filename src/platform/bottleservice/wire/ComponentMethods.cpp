@@ -50,10 +50,10 @@ void addComponentMethods(BusObject* object, ComponentRequests* requests) {
             requests->setComponent(arguments[0].toString(), kind, arguments[1].toString(), reply);
         });
     }
-    object->handle("getInstallingComponents", [requests](const QVariantList& arguments, const Reply& reply) {
-        reply(requests->installing(arguments[0].toString(), arguments[1].toString()));
-    });
-    object->handle("cancelInstallingComponent", [requests](const QVariantList& arguments, const Reply& reply) {
+    handleTwoTexts<ComponentRequests>(object, requests,
+                                      {{"getInstallingComponents", &ComponentRequests::installing}});
+    object->handle("cancelInstallingComponent", [requests](const QVariantList& arguments,
+                                                           const Reply& reply) {
         requests->cancel(arguments[0].toString(), arguments[1].toString(), arguments[2].toString(), reply);
     });
     QObject::connect(requests, &ComponentRequests::waiting, object,
@@ -76,16 +76,13 @@ void addDependencyMethods(BusObject* object, DependencyRequests* requests) {
                                        {{"installDependency", &DependencyRequests::install},
                                         {"reinstallDependency", &DependencyRequests::install}});
     handleOneText<DependencyRequests>(object, requests,
-                                      {{"cancelInstallingDependency", &DependencyRequests::cancel}});
-    object->handle("getInstallingDependency", [requests](const QVariantList& arguments, const Reply& reply) {
-        reply(requests->installing(arguments[0].toString()));
-    });
-    QObject::connect(
-        requests, &DependencyRequests::progress, object,
-        [object](const QString& bottle, const QString& name, qint64 received, qint64 total) {
-            object->emitSignal("dependencyDownloadProgress",
-                               QVariantList{bottle, name} + progressOf(received, total));
-        });
+                                      {{"cancelInstallingDependency", &DependencyRequests::cancel},
+                                       {"getInstallingDependency", &DependencyRequests::installing}});
+    QObject::connect(requests, &DependencyRequests::progress, object,
+                     [object](const QString& bottle, const QString& name, qint64 received, qint64 total) {
+                         object->emitSignal("dependencyDownloadProgress",
+                                            QVariantList{bottle, name} + progressOf(received, total));
+                     });
     QObject::connect(requests, &DependencyRequests::described, object,
                      [object](const QString& bottle, const QString& name, const QString& text) {
                          object->emitSignal("dependencySetupDescription", {bottle, name, text});

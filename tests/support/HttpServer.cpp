@@ -1,0 +1,51 @@
+#include "support/HttpServer.h"
+
+#include <QRegularExpression>
+#include <QTcpSocket>
+
+namespace TestSupport {
+
+HttpServer::HttpServer() {
+    m_server.listen(QHostAddress::LocalHost);
+    connect(&m_server, &QTcpServer::newConnection, this, [this] {
+        QTcpSocket* socket = m_server.nextPendingConnection();
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+            const QByteArray request = socket->peek(65536);
+            if (!request.contains("\r\n\r\n"))
+                return;
+            socket->readAll();
+            answer(socket, request);
+        });
+    });
+}
+
+void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
+    static const QRegularExpression range("Range: bytes=(\\d+)-");
+    const QString path = QString::fromLatin1(request).section(' ', 1, 1).mid(1);
+    const int begin = range.match(QString::fromLatin1(request)).captured(1).toInt();
+    requests += QString("%1@%2").arg(path).arg(begin);
+    const QString vice = path.contains('/') ? path.section('/', 0, 0) : QString();
+    if (vice == "silent")
+        return;
+    const QString name = path.section('/', -1);
+    if (!files.contains(name)) {
+        socket->write("HTTP/1.1 404 Not Found\r\nContent-Length: 4\r\nConnection: close\r\n\r\ngone");
+        socket->disconnectFromHost();
+        return;
+    }
+    const QByteArray body = files[name].mid(begin);
+    QByteArray head = begin > 0 ? QByteArray("HTTP/1.1 206 Partial Content\r\nContent-Range: bytes ") +
+                                      QByteArray::number(begin) + "-" +
+                                      QByteArray::number(files[name].size() - 1) + "/*\r\n"
+                                : QByteArray("HTTP/1.1 200 OK\r\n");
+    if (vice != "endless")
+        head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+    socket->write(head + "Connection: close\r\n\r\n");
+    socket->write(vice == "half" ? body.left(body.size() / 2) : body);
+    if (vice == "endless")
+        socket->write(body + body);
+    socket->disconnectFromHost();
+}
+
+}  // namespace TestSupport

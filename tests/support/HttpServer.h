@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QTcpServer>
+
+class QTcpSocket;
+
+namespace TestSupport {
+
+/// A web server on a free port of this machine, with the vices of real ones. Files are served under their
+/// names: "/name" whole or from a byte on, "/half/name" breaks off in the middle of what is left,
+/// "/endless/name" goes on after its end, "/silent/name" never answers, everything else is 404.
+class HttpServer : public QObject {
+    Q_OBJECT
+
+public:
+    HttpServer();
+
+    QString address(const QString& path) const {
+        return QString("http://127.0.0.1:%1/%2").arg(m_server.serverPort()).arg(path);
+    }
+
+    QHash<QString, QByteArray> files;
+    QStringList requests;  ///< path and first byte
+
+private:
+    void answer(QTcpSocket* socket, const QByteArray& request);
+
+    QTcpServer m_server;
+};
+
+}  // namespace TestSupport
