@@ -1,96 +1,163 @@
 #include "launch/winelog/LogLineScanner.h"
 
-#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 
 namespace {
 
-constexpr size_t FirstForRules = 2;
+constexpr unsigned OfInterest = 256, NotOfInterest = 512;  // beside the bits of the rules
+constexpr int BlockSize = 16;
+constexpr int LongestNeedle = 32;
 
-bool startsWithAny(const char* text, qint64 length, std::initializer_list<const char*> beginnings) {
-    return std::any_of(beginnings.begin(), beginnings.end(), [&](const char* beginning) {
-        const size_t size = strlen(beginning);
-        return length >= qint64(size) && memcmp(text, beginning, size) == 0;
-    });
+using Block = std::uint8_t __attribute__((vector_size(BlockSize)));
+
+/// What is looked for, and the places of two letters in it that seldom stand so by chance.
+struct Needle {
+    const char* text;
+    int first, second;
+    unsigned facts;
+};
+
+struct Rest {
+    const char* text;
+    unsigned facts;
+};
+
+// Each rule needs one of these to match, or one of the rests behind the first two.
+constexpr std::array<Needle, 7> Exact = {{
+    {"err", 0, 2, OfInterest},
+    {"fixme", 2, 3, OfInterest},
+    {"Wine Mono is not installed", 0, 5, LogLineScanner::Common},
+    {"dbghelp:elf_search_auxv", 3, 11, LogLineScanner::Common},
+    {"seh:start_debugger", 4, 9, LogLineScanner::Common},
+    {"trace:text:DrawTextExW L\"", 11, 15, LogLineScanner::DialogText},
+    {"trace:process:NtCreateUserProcess ", 14, 22, LogLineScanner::CrashProcess},
+}};
+// In any case of the letters. None of them may hold an s or a k: those have relatives that are not ASCII.
+constexpr std::array<Needle, 2> AnyCase = {{
+    {"unimplemented", 0, 4, LogLineScanner::UnimplementedFunction},
+    {"\\\\font", 1, 2, LogLineScanner::MissingFonts},
+}};
+constexpr std::array<Rest, 7> BehindError = {{
+    {":module:import_dll", LogLineScanner::MissingDll},
+    {":combase:RoGetActivationFactory", LogLineScanner::Common},
+    {":mshtml:create_document_object", LogLineScanner::Common},
+    {":setupapi:", LogLineScanner::Common},
+    {":eventlog:ReportEventW", LogLineScanner::DotNetCoreDesktop},
+    {"or while loading shared libraries", LogLineScanner::Common},
+    {":environ:init_peb", NotOfInterest},
+}};
+constexpr std::array<Rest, 1> BehindFixme = {{
+    {":msado15:recordset", LogLineScanner::Common | LogLineScanner::MissingOdbc},
+}};
+
+constexpr std::uint8_t CaseBit = 0x20;
+
+Block load(const char* at) {
+    Block block;
+    std::memcpy(&block, at, sizeof block);
+    return block;
+}
+
+/// A byte that is not zero for each place where a needle may begin.
+Block candidates(const char* at) {
+    Block found = {};
+    for (const Needle& needle : Exact)
+        found |= Block((load(at + needle.first) == std::uint8_t(needle.text[needle.first])) &
+                       (load(at + needle.second) == std::uint8_t(needle.text[needle.second])));
+    for (const Needle& needle : AnyCase)
+        found |= Block(
+            ((load(at + needle.first) | CaseBit) == std::uint8_t(needle.text[needle.first] | CaseBit)) &
+            ((load(at + needle.second) | CaseBit) == std::uint8_t(needle.text[needle.second] | CaseBit)));
+    return found;
+}
+
+bool startsWith(const char* at, const char* end, const char* text) {
+    const size_t length = std::strlen(text);
+    return size_t(end - at) >= length && std::memcmp(at, text, length) == 0;
+}
+
+/// The text is in lower case.
+bool startsWithAnyCase(const char* at, const char* end, const char* text) {
+    for (; *text; ++at, ++text) {
+        if (at == end || (*at >= 'A' && *at <= 'Z' ? *at | CaseBit : *at) != *text)
+            return false;
+    }
+    return true;
+}
+
+template <size_t Count>
+unsigned factsBehind(const char* at, const char* end, const std::array<Rest, Count>& rests) {
+    for (const Rest& rest : rests) {
+        if (startsWith(at, end, rest.text))
+            return rest.facts;
+    }
+    return 0;
 }
 
 }  // namespace
 
-LogLineScanner::LogLineScanner(const QByteArray& bytes) : m_bytes(bytes), m_lower(bytes.toLower()) {
-    // The first two make a line one of interest. Each rule needs one of the others, or what stands behind the
-    // first two.
-    constexpr std::array<const char*, 7> exact = {"err",
-                                                  "fixme",
-                                                  "Wine Mono is not installed",
-                                                  "dbghelp:elf_search_auxv",
-                                                  "seh:start_debugger",
-                                                  "trace:text:DrawTextExW",
-                                                  "trace:process:NtCreateUserProcess"};
-    constexpr std::array<const char*, 2> lower = {"unimplemented", "\\\\font"};
-    for (size_t i = 0; i < m_needles.size(); ++i) {
-        const bool isExact = i < exact.size();
-        const char* text = isExact ? exact[i] : lower[i - exact.size()];
-        m_needles[i] = {isExact ? &m_bytes : &m_lower, text, int(strlen(text)), 0};
-        seek(&m_needles[i], 0);
+LogLineScanner::LogLineScanner(const QByteArray& bytes)
+    : m_position(bytes.constData()), m_end(bytes.constData() + bytes.size()) {}
+
+unsigned LogLineScanner::factsAt(const char* at) const {
+    if (startsWith(at, m_end, Exact[0].text))
+        return OfInterest | factsBehind(at + std::strlen(Exact[0].text), m_end, BehindError);
+    if (startsWith(at, m_end, Exact[1].text))
+        return OfInterest | factsBehind(at + std::strlen(Exact[1].text), m_end, BehindFixme);
+    for (const Needle& needle : Exact) {
+        if (startsWith(at, m_end, needle.text))
+            return needle.facts;
     }
-}
-
-void LogLineScanner::seek(Needle* needle, qint64 from) const {
-    const char* data = needle->haystack->constData();
-    const qint64 size = needle->haystack->size();
-    const void* found = from < size
-                            ? memmem(data + from, size_t(size - from), needle->text, size_t(needle->length))
-                            : nullptr;
-    needle->at = found ? static_cast<const char*>(found) - data : size;
-}
-
-bool LogLineScanner::isFollowedBy(Needle needle, qint64 begin, qint64 end,
-                                  std::initializer_list<const char*> rests) const {
-    for (needle.at < begin ? seek(&needle, begin) : void(); needle.at < end; seek(&needle, needle.at + 1)) {
-        const qint64 behind = needle.at + needle.length;
-        if (startsWithAny(m_bytes.constData() + behind, end - behind, rests))
-            return true;
+    for (const Needle& needle : AnyCase) {
+        if (startsWithAnyCase(at, m_end, needle.text))
+            return needle.facts;
     }
-    return false;
+    return 0;
 }
 
-LogLineScanner::Kind LogLineScanner::next(const char** line, int* length) {
-    for (;;) {
-        const qint64 size = m_bytes.size();
-        qint64 first = size;
-        for (const Needle& needle : m_needles)
-            first = std::min(first, needle.at);
-        if (first >= size)
-            return Kind::End;
-        const char* data = m_bytes.constData();
-        const void* before = memrchr(data + m_position, '\n', size_t(first - m_position));
-        const qint64 begin = before ? static_cast<const char*>(before) - data + 1 : m_position;
-        const void* behind = memchr(data + first, '\n', size_t(size - first));
-        const qint64 end = behind ? static_cast<const char*>(behind) - data : size;
-        const Kind kind = judge(begin, end);
-        m_position = std::min(end + 1, size);
-        for (Needle& needle : m_needles) {
-            if (needle.at < m_position)
-                seek(&needle, m_position);
-        }
-        if (kind == Kind::End)
+/// The first place between the two where something begins that is looked for.
+const char* LogLineScanner::seek(const char* from, const char* to, unsigned* facts) const {
+    for (; from < to && m_end - from >= BlockSize + LongestNeedle; from += BlockSize) {
+        const Block found = candidates(from);
+        std::array<std::uint64_t, 2> words;
+        std::memcpy(words.data(), &found, sizeof found);
+        if ((words[0] | words[1]) == 0)
             continue;
-        *line = data + begin;
-        const bool hasReturn = end > begin && data[end - 1] == '\r';
-        *length = int(end - begin) - (hasReturn ? 1 : 0);
-        return kind;
+        for (int i = 0; i < BlockSize && from + i < to; ++i) {
+            if (found[i] && (*facts = factsAt(from + i)) != 0)
+                return from + i;
+        }
     }
+    for (; from < to; ++from) {
+        if ((*facts = factsAt(from)) != 0)
+            return from;
+    }
+    return nullptr;
 }
 
-/// Of a line that holds one of the needles; End for one that is of no use.
-LogLineScanner::Kind LogLineScanner::judge(qint64 begin, qint64 end) const {
-    const bool isForRules = std::any_of(m_needles.begin() + FirstForRules, m_needles.end(),
-                                        [end](const Needle& needle) { return needle.at < end; }) ||
-                            isFollowedBy(m_needles[0], begin, end,
-                                         {":module:import_dll", ":combase:", ":mshtml:", ":setupapi:",
-                                          ":eventlog:", "or while loading shared libraries"}) ||
-                            isFollowedBy(m_needles[1], begin, end, {":msado15:"});
-    if (isForRules)
-        return Kind::ForRules;
-    return isFollowedBy(m_needles[0], begin, end, {":environ:init_peb"}) ? Kind::End : Kind::OfInterest;
+bool LogLineScanner::next(Line* line) {
+    while (m_position < m_end) {
+        unsigned facts = 0, more = 0;
+        const char* at = seek(m_position, m_end, &facts);
+        if (!at)
+            break;
+        const auto* before = static_cast<const char*>(memrchr(m_position, '\n', size_t(at - m_position)));
+        const char* begin = before ? before + 1 : m_position;
+        const auto* behind = static_cast<const char*>(std::memchr(at, '\n', size_t(m_end - at)));
+        const char* end = behind ? behind : m_end;
+        while ((at = seek(at + 1, end, &more)))
+            facts |= more;
+        m_position = behind ? end + 1 : m_end;
+        line->rules = facts & (OfInterest - 1);
+        line->isOfInterest = (facts & OfInterest) && !(facts & NotOfInterest);
+        if (!line->rules && !line->isOfInterest)
+            continue;
+        line->text = begin;
+        line->length = int(end - begin) - (end > begin && end[-1] == '\r' ? 1 : 0);
+        return true;
+    }
+    m_position = m_end;
+    return false;
 }

@@ -1,38 +1,41 @@
 #pragma once
 
 #include <QByteArray>
-#include <array>
-#include <initializer_list>
 
 /// Finds the lines of a log that can matter to anybody, in one pass over the raw bytes: most of a log is
-/// traces that no rule knows. Refuses only lines for which WineLogParser has no use; what it lets through may
-/// still be of no use to a rule. For UTF-8.
+/// traces that no rule knows. For UTF-8, or whatever else keeps ASCII letters apart from others.
 class LogLineScanner {
 public:
-    enum class Kind { End, OfInterest, ForRules };
+    /// Bits in the order of the parser's rules.
+    enum Rule : unsigned {
+        Common = 1,
+        MissingDll = 2,
+        MissingFonts = 4,
+        DialogText = 8,
+        UnimplementedFunction = 16,
+        CrashProcess = 32,
+        DotNetCoreDesktop = 64,
+        MissingOdbc = 128,
+    };
+
+    /// A line without its end.
+    struct Line {
+        const char* text = nullptr;
+        int length = 0;
+        unsigned rules = 0;         ///< those that may match; no other can
+        bool isOfInterest = false;  ///< holds what has it listed as it is
+    };
 
     /// The bytes must outlive the scanner.
     explicit LogLineScanner(const QByteArray& bytes);
 
-    /// The next line without its end. OfInterest means that it is to be listed as it is: it holds "err" or
-    /// "fixme", and no rule can match it.
-    Kind next(const char** line, int* length);
+    /// The next line that is of interest or for a rule. False at the end.
+    bool next(Line* line);
 
 private:
-    struct Needle {
-        const QByteArray* haystack = nullptr;
-        const char* text = nullptr;
-        int length = 0;
-        qint64 at = -1;  ///< the next place from where the scanner stands; the size of the bytes is none
-    };
+    unsigned factsAt(const char* at) const;
+    const char* seek(const char* from, const char* to, unsigned* facts) const;
 
-    Kind judge(qint64 begin, qint64 end) const;
-    void seek(Needle* needle, qint64 from) const;
-    bool isFollowedBy(Needle needle, qint64 begin, qint64 end,
-                      std::initializer_list<const char*> rests) const;
-
-    QByteArray m_bytes;
-    QByteArray m_lower;  ///< for what is looked for without regard to case
-    std::array<Needle, 9> m_needles;
-    qint64 m_position = 0;
+    const char* m_position;
+    const char* m_end;
 };

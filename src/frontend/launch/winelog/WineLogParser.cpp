@@ -18,7 +18,9 @@ namespace {
 
 constexpr qint64 MaximumBytes = 0xa00000;
 constexpr int MibUtf8 = 106;
+constexpr unsigned AllRules = 0xff;
 
+/// In the order of the scanner's bits.
 const std::array<LogParseRule*, 8>& ruleTable() {
     static CommonRule common;
     static MissingDLLRule missingDll;
@@ -45,13 +47,6 @@ bool hasByteOrderMark(const QByteArray& bytes) {
 
 }  // namespace
 
-void WineLogParser::Index::add(QStringList* lines, const QString& line) {
-    if (line.isEmpty() || known.contains(line))
-        return;
-    known.insert(line);
-    lines->append(line);
-}
-
 int WineLogParser::parseFile(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -69,14 +64,14 @@ int WineLogParser::parseFile(const QString& path) {
 
 void WineLogParser::begin() {
     otherLogs.clear();
-    m_other.known.clear();
+    m_other.clear();
 }
 
 int WineLogParser::parseStream(QTextStream& stream) {
     begin();
     int findings = LogNoFinding;
     while (!stream.atEnd())
-        parseLine(stream.readLine(), &findings);
+        parseLine(stream.readLine(), AllRules, &findings);
     return findings;
 }
 
@@ -85,37 +80,35 @@ int WineLogParser::parseBytes(const QByteArray& bytes) {
     int findings = LogNoFinding;
     const QTextCodec* codec = QTextCodec::codecForMib(MibUtf8);
     LogLineScanner scanner(bytes);
-    const char* text = nullptr;
-    int length = 0;
-    for (;;) {
-        const LogLineScanner::Kind kind = scanner.next(&text, &length);
-        if (kind == LogLineScanner::Kind::End)
-            return findings;
+    LogLineScanner::Line found;
+    while (scanner.next(&found)) {
         QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        QString line = codec->toUnicode(text, length, &state);
+        QString line = codec->toUnicode(found.text, found.length, &state);
         // A torn character is replaced, but not at the very end, where the rest may only not have been
         // written yet.
-        if (text + length != bytes.constData() + bytes.size())
+        if (state.remainingChars && found.text + found.length != bytes.constData() + bytes.size())
             line += QString(state.remainingChars, QChar::ReplacementCharacter);
-        if (kind == LogLineScanner::Kind::ForRules)
-            parseLine(line, &findings);
+        if (found.rules)
+            parseLine(line, found.rules, &findings);
         else
-            m_other.add(&otherLogs, line);
+            m_other.add(line, &otherLogs);
     }
+    return findings;
 }
 
-void WineLogParser::parseLine(const QString& line, int* findings) {
+void WineLogParser::parseLine(const QString& line, unsigned rules, int* findings) {
     bool isOther = false;
-    for (LogParseRule* rule : ruleTable()) {
+    for (size_t i = 0; i < ruleTable().size(); ++i) {
+        LogParseRule* rule = ruleTable()[i];
         LogParseResult finding;
-        if (rule->match(line))
+        if ((rules >> i & 1) && rule->match(line))
             finding = rule->result(line);
         if (finding.type == LogNoFinding) {
             isOther = true;
             continue;
         }
         *findings |= finding.type;
-        m_parsed.add(&parsedLogs, line);
+        m_parsed.add(line, &parsedLogs);
         if (finding.type == LogMissingFont)
             missingFonts.insert(finding.value);
         else if (finding.type == LogMissingMono)
@@ -125,5 +118,5 @@ void WineLogParser::parseLine(const QString& line, int* findings) {
     }
     // Also a line with a finding is listed there, for the rules that did not find anything in it.
     if (isOther && isOfInterest(line))
-        m_other.add(&otherLogs, line);
+        m_other.add(line, &otherLogs);
 }

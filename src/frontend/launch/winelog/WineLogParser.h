@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QTextStream>
 
-class LogParseRule;
+#include "launch/winelog/DistinctLines.h"
 
 /// Reads the log of a Windows program that has ended and says what was wrong. Used once and dropped; reads in
 /// the caller's thread (about a tenth of a second for the most that is ever read) and, because the rules keep
@@ -30,16 +30,11 @@ public:
     QStringList otherLogs;   ///< each other distinct line of interest
 
 private:
-    /// A list of distinct lines that knows what is in it.
-    struct Index {
-        QSet<QString> known;
-        void add(QStringList* lines, const QString& line);
-    };
-
     void begin();
     int parseBytes(const QByteArray& bytes);
-    void parseLine(const QString& line, int* findings);
+    /// `rules` are the bits of those that may match.
+    void parseLine(const QString& line, unsigned rules, int* findings);
 
-    Index m_parsed;
-    Index m_other;
+    DistinctLines m_parsed;
+    DistinctLines m_other;
 };
