@@ -1,6 +1,7 @@
 #include "launch/inspection/ExeDetection.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QRegularExpression>
 
 namespace {
@@ -33,6 +34,12 @@ bool decide(const QJsonObject& value, ExeDetection* detection) {
 }
 
 }  // namespace
+
+QJsonObject ExeDetection::document(QByteArray printed) {
+    if (!printed.startsWith('{') && printed.contains('{'))
+        printed.remove(0, printed.indexOf('{'));
+    return QJsonDocument::fromJson(printed).object();
+}
 
 ExeDetection ExeDetection::classify(const QJsonObject& detects) {
     ExeDetection detection;

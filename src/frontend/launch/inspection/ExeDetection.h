@@ -11,6 +11,10 @@ struct ExeDetection {
     bool vb6 = false;        ///< made with Visual Basic 6
     QString dotnetVersion;   ///< of the .NET that it was made for; empty for other programs
 
+    /// The document in what the scanner has printed; other text may stand ahead of it. Empty when there is
+    /// none.
+    static QJsonObject document(QByteArray printed);
+
     static ExeDetection classify(const QJsonObject& detects);
 
     /// The component that brings the runtime; empty when none is needed.

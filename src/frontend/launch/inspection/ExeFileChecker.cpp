@@ -83,10 +83,8 @@ void ExeFileChecker::detect() {
 }
 
 void ExeFileChecker::scan(const QString& file) {
-    QByteArray text = ToolProcess::runQuietly(Paths::diecTool(), {"--json", file}).standardOutput;
-    if (!text.startsWith('{') && text.contains('{'))
-        text.remove(0, text.indexOf('{'));
-    detects = QJsonDocument::fromJson(text).object();
+    detects =
+        ExeDetection::document(ToolProcess::runQuietly(Paths::diecTool(), {"--json", file}).standardOutput);
     if (!detects.contains("detects")) {
         qWarning() << "Failed to get detects from diec";
         return;

@@ -6,11 +6,16 @@ rule nsis {
     type = "Installer"
     name = "Nullsoft Scriptable Install System"
   strings:
-    // first header behind the program: flags, a magic number and the name
+    // a magic number and the name, behind four bytes of flags
     $header = { EF BE AD DE 4E 75 6C 6C 73 6F 66 74 49 6E 73 74 }
     $version = /Nullsoft Install System v[0-9]{1,2}\.[0-9a-z.]{1,8}/
+    $manifest = "name=\"Nullsoft.NSIS.exehead\""
   condition:
-    pe.is_pe and ($header or $version)
+    // Unpackers hold the magic number too; a setup has it at the beginning of a block of 512 bytes behind its sections.
+    pe.is_pe and #version >= 0 and (
+      (pe.overlay.size > 0 and for any i in (1..#header) : (@header[i] >= pe.overlay.offset and @header[i] % 512 == 4)) or
+      for any resource in pe.resources : (resource.type == pe.RESOURCE_TYPE_MANIFEST and
+        $manifest in (resource.offset..resource.offset + resource.length)))
 }
 
 rule inno_setup {
@@ -20,10 +25,14 @@ rule inno_setup {
   strings:
     $version = /Inno Setup Setup Data \([0-9]{1,2}(\.[0-9]{1,3}){1,3}/
     $table = { 72 44 6C 50 74 53 CD E6 D7 7B 0B 2A }  // "rDlPtS" and its magic number, the table of offsets
-    $comment = "built with Inno Setup" wide
+    $comment = "This installation was built with Inno Setup" wide
     $old = "Inno"
   condition:
-    pe.is_pe and ($version or $table or $comment or $old at 0x30)
+    pe.is_pe and ($old at 0x30 or
+      (pe.overlay.size > 0 and $version in (pe.overlay.offset..filesize)) or
+      for any resource in pe.resources : (
+        (resource.type == pe.RESOURCE_TYPE_RCDATA and $table at resource.offset) or
+        (resource.type == pe.RESOURCE_TYPE_VERSION and $comment in (resource.offset..resource.offset + resource.length))))
 }
 
 rule installshield {
@@ -32,10 +41,14 @@ rule installshield {
     name = "InstallShield"
   strings:
     $stream = "ISSetupStream"
-    $wide = "InstallShield" wide
+    $plain = "InstallShield\x00"
     $archive = { 13 5D 65 8C }
+    $key = "ISInternalVersion" wide
   condition:
-    pe.is_pe and ($stream or $archive at pe.overlay.offset or (#wide > 1 and pe.overlay.size > 0x10000))
+    pe.is_pe and (
+      (pe.overlay.size > 0 and for any of ($stream, $plain, $archive) : ($ at pe.overlay.offset)) or
+      for any resource in pe.resources : (resource.type == pe.RESOURCE_TYPE_VERSION and
+        $key in (resource.offset..resource.offset + resource.length)))
 }
 
 rule wix_burn {
@@ -55,7 +68,9 @@ rule windows_installer {
     $database = { 84 10 0C 00 00 00 00 00 C0 00 00 00 00 00 00 46 }  // class id of the root storage
     $patch = { 86 10 0C 00 00 00 00 00 C0 00 00 00 00 00 00 46 }
   condition:
-    uint32be(0) == 0xD0CF11E0 and uint32be(4) == 0xA1B11AE1 and ($database or $patch)
+    // A document may hold a package; only the class of the first entry of the directory is the file's own.
+    uint32be(0) == 0xD0CF11E0 and uint32be(4) == 0xA1B11AE1 and uint16(0x1E) <= 12 and
+    for any of them : ($ at ((uint32(0x30) + 1) << uint16(0x1E)) + 0x50)
 }
 
 rule squirrel {
@@ -63,11 +78,12 @@ rule squirrel {
     type = "Installer"
     name = "Squirrel"
   strings:
-    $directory = "SquirrelTemp" wide ascii
-    $resource = "SquirrelSetup" wide ascii
+    $directory = "SquirrelTemp" wide
+    $log = "SquirrelSetup" wide
   condition:
-    // the updater that stays beside an installed program is managed code
-    pe.is_pe and not dotnet.is_dotnet and pe.number_of_resources > 0 and ($directory or $resource)
+    // the package that is to be installed stands in a resource; programs that only know the updater have none
+    pe.is_pe and not dotnet.is_dotnet and any of them and
+    for any resource in pe.resources : (resource.type_string == "D\x00A\x00T\x00A\x00" and resource.id == 131)
 }
 
 rule cabinet_sfx {
@@ -76,10 +92,9 @@ rule cabinet_sfx {
     name = "Cabinet"
     info = "self-extracting"
   strings:
-    $stub = "wextract.pdb"
     $magic = { 4D 53 43 46 00 00 00 00 }
   condition:
-    pe.is_pe and ($stub or $magic at pe.overlay.offset)
+    pe.is_pe and (pe.pdb_path endswith "wextract.pdb" or (pe.overlay.size > 0 and $magic at pe.overlay.offset))
 }
 
 rule sevenzip_sfx {
@@ -91,8 +106,8 @@ rule sevenzip_sfx {
     $magic = { 37 7A BC AF 27 1C 00 }
     $settings = ";!@Install@!UTF-8!"
   condition:
-    pe.is_pe and pe.overlay.size > 0 and ($settings or for any i in (1..#magic) :
-      (@magic[i] >= pe.overlay.offset and @magic[i] < pe.overlay.offset + 4096))
+    pe.is_pe and pe.overlay.size > 0 and ($magic in (pe.overlay.offset..pe.overlay.offset + 4096) or
+      $settings in (pe.overlay.offset..pe.overlay.offset + 16))
 }
 
 rule rar_sfx {
@@ -103,8 +118,7 @@ rule rar_sfx {
   strings:
     $magic = { 52 61 72 21 1A 07 }
   condition:
-    pe.is_pe and pe.overlay.size > 0 and for any i in (1..#magic) :
-      (@magic[i] >= pe.overlay.offset and @magic[i] < pe.overlay.offset + 4096)
+    pe.is_pe and pe.overlay.size > 0 and $magic in (pe.overlay.offset..pe.overlay.offset + 4096)
 }
 
 rule zip_sfx {
@@ -113,11 +127,13 @@ rule zip_sfx {
     name = "ZIP"
     info = "self-extracting"
   strings:
-    // finished programs that carry their own code or data as an archive
-    $java = "META-INF/MANIFEST.MF"
-    $engine = "main.lua"
+    $infozip = "UnZipSFX"
+    $winzip = "WinZip Self-Extractor" wide ascii
+    $winrar = "WinRAR SFX"
   condition:
-    pe.is_pe and pe.overlay.size > 30 and uint32be(pe.overlay.offset) == 0x504B0304 and not $java and not $engine
+    // Many finished programs carry their code or data as a ZIP behind them; only these unpack it.
+    pe.is_pe and (for any section in pe.sections : (section.name == "_winzip_") or
+      (any of them and pe.overlay.size > 30 and uint32be(pe.overlay.offset) == 0x504B0304))
 }
 
 rule plain_archive {

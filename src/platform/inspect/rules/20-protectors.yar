@@ -1,14 +1,23 @@
 import "pe"
 import "dotnet"
 
-rule dotnet_reactor {
+private rule dotnet_reactor_marks {
+  strings:
+    $key = /\{11111-22222-[1-5]00[0-9]{2}-[01]{4}[0-2]\}/ wide
+    $trial = /protected by an unregistered version of [A-Za-z' "]{1,20}\.NET Reactor/ wide ascii
+  condition:
+    dotnet.is_dotnet and any of them
+}
+
+// Its version decides on the runtime. Where it cannot be told, the rule dotnet_reactor stands behind those that know more.
+rule dotnet_reactor_version {
   meta:
     type = "Protector"
     name = ".NET Reactor"
   strings:
     $version = /\.NET Reactor[ v]{1,2}[0-9]{1,2}(\.[0-9]{1,2}){0,3}/ wide ascii
   condition:
-    dotnet.is_dotnet and $version
+    dotnet_reactor_marks and $version
 }
 
 rule upx {
