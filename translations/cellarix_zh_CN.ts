@@ -175,11 +175,11 @@
     <name>ExeFileExecutor</name>
     <message>
         <source>App run failed, try to using lumora-wine-staging and relaunch</source>
-        <translation type="vanished">应用运行失败，尝试使用 lumora-wine-staging 并重新启动</translation>
+        <translation>应用运行失败，尝试使用 lumora-wine-staging 并重新启动</translation>
     </message>
     <message>
         <source>Application is not running as expected, try to using lumora-wine-staging and relaunch</source>
-        <translation type="vanished">应用未按预期运行，尝试使用 lumora-wine-staging 并重新启动</translation>
+        <translation>应用未按预期运行，尝试使用 lumora-wine-staging 并重新启动</translation>
     </message>
     <message>
         <source>Choose wine version: %1</source>
@@ -187,23 +187,23 @@
     </message>
     <message>
         <source>Detech crash in wine logs</source>
-        <translation type="vanished">在 Wine 日志中检测到崩溃</translation>
+        <translation>在 Wine 日志中检测到崩溃</translation>
     </message>
     <message>
         <source>Download failed, fallback to %1</source>
-        <translation type="vanished">下载失败，改用 %1</translation>
+        <translation>下载失败，改用 %1</translation>
     </message>
     <message>
         <source>Downloading %1: %2%</source>
-        <translation type="vanished">正在下载 %1：%2%</translation>
+        <translation>正在下载 %1：%2%</translation>
     </message>
     <message>
         <source>Fixing</source>
-        <translation type="vanished">正在修复</translation>
+        <translation>正在修复</translation>
     </message>
     <message>
         <source>Initializing Envrironment</source>
-        <translation type="vanished">正在初始化环境</translation>
+        <translation>正在初始化环境</translation>
     </message>
     <message>
         <source>Launch exe file...</source>
@@ -239,15 +239,15 @@
     </message>
     <message>
         <source>Other wine error logs:</source>
-        <translation type="vanished">其他 Wine 错误日志：</translation>
+        <translation>其他 Wine 错误日志：</translation>
     </message>
     <message>
         <source>Parsed wine error logs:</source>
-        <translation type="vanished">已识别的 Wine 错误日志：</translation>
+        <translation>已识别的 Wine 错误日志：</translation>
     </message>
     <message>
         <source>Parsing wine logs and fix application</source>
-        <translation type="vanished">正在分析 Wine 日志并修复应用</translation>
+        <translation>正在分析 Wine 日志并修复应用</translation>
     </message>
     <message>
         <source>Relaunch program...</source>
@@ -275,35 +275,47 @@
     </message>
     <message>
         <source>Switch runner success, relaunch program...</source>
-        <translation type="vanished">切换运行器成功，重新启动程序……</translation>
+        <translation>切换运行器成功，重新启动程序……</translation>
     </message>
     <message>
         <source>This application is a console application, launch in terminal</source>
-        <translation type="vanished">这是一个控制台应用，将在终端中启动</translation>
+        <translation>这是一个控制台应用，将在终端中启动</translation>
     </message>
     <message>
         <source>This application missing fonts: %1</source>
-        <translation type="vanished">此应用缺少字体：%1</translation>
+        <translation>此应用缺少字体：%1</translation>
     </message>
     <message>
         <source>This application need .NET Framework %1.</source>
-        <translation type="vanished">此应用需要 .NET Framework %1。</translation>
+        <translation>此应用需要 .NET Framework %1。</translation>
     </message>
     <message>
         <source>Try to fix application with those components:</source>
-        <translation type="vanished">尝试使用以下组件修复应用：</translation>
+        <translation>尝试使用以下组件修复应用：</translation>
     </message>
     <message>
         <source>Try to install components:</source>
-        <translation type="vanished">尝试安装组件：</translation>
+        <translation>尝试安装组件：</translation>
     </message>
     <message>
         <source>Initializing Envrionment</source>
-        <translation>正在初始化环境</translation>
+        <translation type="vanished">正在初始化环境</translation>
     </message>
     <message>
         <source>, and app not been launched</source>
         <translation>，且程序未能启动</translation>
+    </message>
+    <message>
+        <source>%1 is not installing, try to download now</source>
+        <translation>%1 尚未安装，正在尝试下载</translation>
+    </message>
+    <message>
+        <source>%1 has downloaded</source>
+        <translation>%1 已下载</translation>
+    </message>
+    <message>
+        <source>, and crashed</source>
+        <translation>，并且已崩溃</translation>
     </message>
 </context>
 <context>

@@ -19,6 +19,10 @@ QJsonObject objectOrWarning(const BusResult& result, const char* warning) {
     return result.object();
 }
 
+QVariantList scanArguments(const QString& bottle, const QDateTime& since) {
+    return {bottle, qlonglong(since.toMSecsSinceEpoch() / 1000), true};
+}
+
 }  // namespace
 
 BottlesConfig::BottlesConfig()
@@ -31,6 +35,14 @@ BottlesConfig::BottlesConfig()
 void BottlesConfig::onDependencySetupDone(const QString& bottleName, const QString& dependencyName,
                                           const QString& result) {
     Q_EMIT dependecyInstalled(bottleName, dependencyName, QJsonDocument::fromJson(result.toUtf8()).object());
+}
+
+void BottlesConfig::fireOrWatch(const QString& method, const QVariantList& arguments, QObject* context,
+                                const Handler& handler) {
+    if (context)
+        BusCall::watch(*this, method, arguments, context, handler);
+    else
+        BusCall::fire(*this, method, arguments);
 }
 
 QStringList BottlesConfig::list() {
@@ -76,8 +88,9 @@ void BottlesConfig::setEmulator(const QString& bottle, const QString& emulator) 
     BusCall::fire(*this, "setEmulator", {bottle, emulator});
 }
 
-void BottlesConfig::setRunner(const QString& bottle, const QString& version) {
-    BusCall::fire(*this, "setRunner", {bottle, version, true});
+void BottlesConfig::setRunner(const QString& bottle, const QString& version, QObject* context,
+                              const Handler& handler) {
+    fireOrWatch("setRunner", {bottle, version, true}, context, handler);
 }
 
 void BottlesConfig::setDxvk(const QString& bottle, const QString& version) {
@@ -98,8 +111,9 @@ BusResult BottlesConfig::cancelInstallingComponent(const QString& bottle, const 
     return BusCall::block(*this, "cancelInstallingComponent", {bottle, kind, name}, kIgnored);
 }
 
-void BottlesConfig::installDependency(const QString& bottle, const QString& dependency) {
-    BusCall::fire(*this, "installDependency", {bottle, dependency});
+void BottlesConfig::installDependency(const QString& bottle, const QString& dependency, QObject* context,
+                                      const Handler& handler) {
+    fireOrWatch("installDependency", {bottle, dependency}, context, handler);
 }
 
 void BottlesConfig::reinstallDependency(const QString& bottle, const QString& dependency) {
@@ -208,8 +222,8 @@ BusResult BottlesConfig::removeExternalProgram(const QString& bottle, const QStr
 
 QJsonArray BottlesConfig::scanApplicationLinks(const QString& bottle, const QDateTime& since,
                                                QObject* owner) {
-    const qlonglong seconds = since.toMSecsSinceEpoch() / 1000;
-    const BusResult result = BusCall::loop(*this, "scanApplicationLinks", {bottle, seconds, true}, owner);
+    const BusResult result =
+        BusCall::loop(*this, "scanApplicationLinks", scanArguments(bottle, since), owner);
     if (result.abandoned)
         return {};
     if (!result.ok) {
@@ -224,6 +238,11 @@ QJsonArray BottlesConfig::scanApplicationLinks(const QString& bottle, const QDat
     }
     qDebug() << "added lnks: " << links;
     return links;
+}
+
+void BottlesConfig::watchApplicationLinks(const QString& bottle, const QDateTime& since, QObject* context,
+                                          const Handler& handler) {
+    BusCall::watch(*this, "scanApplicationLinks", scanArguments(bottle, since), context, handler);
 }
 
 BusResult BottlesConfig::createDesktopEntry(const QString& bottle, const QString& programId) {

@@ -31,12 +31,16 @@ public:
     void setEmulator(const QString& bottle, const QString& emulator);
 
     // Components and dependencies. kind is one of ComponentKind; the version "-" turns DXVK or VKD3D off.
-    void setRunner(const QString& bottle, const QString& version);
+    // The optional handlers get the call's own end: signals tell how the work went, and never come when the
+    // service could not be reached or has refused.
+    void setRunner(const QString& bottle, const QString& version, QObject* context = nullptr,
+                   const Handler& handler = {});
     void setDxvk(const QString& bottle, const QString& version);
     void setVkD3D(const QString& bottle, const QString& version);
     QJsonObject getInstallingComponents(const QString& bottle, const QString& kind);
     BusResult cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name);
-    void installDependency(const QString& bottle, const QString& dependency);
+    void installDependency(const QString& bottle, const QString& dependency, QObject* context = nullptr,
+                           const Handler& handler = {});
     void reinstallDependency(const QString& bottle, const QString& dependency);
     QString getInstallingDependency(const QString& bottle);
     BusResult cancelInstallingDependency(const QString& bottle);
@@ -70,6 +74,9 @@ public:
     BusResult removeExternalProgram(const QString& bottle, const QString& programId);
     /// The shortcuts added since the time; empty on every failure.
     QJsonArray scanApplicationLinks(const QString& bottle, const QDateTime& since, QObject* owner = nullptr);
+    /// The same without a wait.
+    void watchApplicationLinks(const QString& bottle, const QDateTime& since, QObject* context,
+                               const Handler& handler);
     BusResult createDesktopEntry(const QString& bottle, const QString& programId);
     void killProgram(const QString& bottle, const QString& programId);
     void killWineServer(const QString& bottle);
@@ -107,6 +114,8 @@ Q_SIGNALS:
 private:
     BottlesConfig();
 
+    void fireOrWatch(const QString& method, const QVariantList& arguments, QObject* context,
+                     const Handler& handler);
     void onDependencySetupDone(const QString& bottleName, const QString& dependencyName,
                                const QString& result);
 };

@@ -5,6 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPointer>
 
 #include "backend/BusCall.h"
 #include "backend/ComponentKind.h"
@@ -53,13 +54,16 @@ void ComponentManager::read(const QJsonObject& catalogue) {
     vkd3dSupported = names(catalogue, ComponentKind::vkd3d(), "supported");
 }
 
-void ComponentManager::install(const QString& kind, const QString& name) {
-    BusCall::watch(*this, "install", {kind, name}, this, [this](const BusResult& result) {
-        if (!result.ok)
-            return;
-        if (result.object().value("ok").toBool())
+void ComponentManager::install(const QString& kind, const QString& name, QObject* context,
+                               const BusCall::Handler& handler) {
+    const QPointer<QObject> guard(context);
+    BusCall::watch(*this, "install", {kind, name}, this, [this, guard, handler](const BusResult& result) {
+        if (result.ok && result.object().value("ok").toBool())
             refreshLists();
-        qInfo().noquote() << result.text;
+        if (result.ok)
+            qInfo().noquote() << result.text;
+        if (guard)
+            handler(result);
     });
 }
 

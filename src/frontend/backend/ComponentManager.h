@@ -3,6 +3,7 @@
 #include <QDBusAbstractInterface>
 #include <QStringList>
 
+#include "backend/BusCall.h"
 #include "fenk/Singleton.h"
 
 class QJsonObject;
@@ -23,8 +24,10 @@ public:
     QStringList vkd3dInstalled;
     QStringList vkd3dSupported;
 
-    /// Ends in the signal installed(), which the service sends.
-    void install(const QString& kind, const QString& name);
+    /// Ends in the signal installed(), which the service sends. The optional handler gets the end of the call
+    /// itself: a service that can't be reached sends no signal.
+    void install(const QString& kind, const QString& name, QObject* context = nullptr,
+                 const BusCall::Handler& handler = {});
 
     /// Runners that are installed, then those that may be fetched.
     QStringList knownRunners() const;

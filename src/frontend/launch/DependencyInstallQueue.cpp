@@ -4,7 +4,19 @@
 #include <QJsonObject>
 
 #include "backend/BottlesConfig.h"
+#include "backend/ServiceLoss.h"
 #include "launch/DependencySetupProgressEmitter.h"
+
+DependencyInstallQueue::DependencyInstallQueue(QObject* parent) : QObject(parent) {
+    whenServiceIsLost(this, [this] { failCurrent("the bottle service has gone"); });
+}
+
+void DependencyInstallQueue::failCurrent(const QString& why) {
+    if (m_currentDependency.isEmpty())
+        return;
+    qWarning().noquote() << "cannot install" << m_currentDependency << "into" << m_bottleName << why;
+    slotsDependsInstalled(m_bottleName, m_currentDependency, {{"ok", false}});
+}
 
 void DependencyInstallQueue::install(const QString& bottleName, const QStringList& dependencies) {
     auto* service = BottlesConfig::instance();
@@ -35,7 +47,12 @@ void DependencyInstallQueue::installNext() {
         return;
     }
     m_currentDependency = m_pending.takeFirst();
-    BottlesConfig::instance()->installDependency(m_bottleName, m_currentDependency);
+    const int attempt = ++m_attempt;
+    BottlesConfig::instance()->installDependency(
+        m_bottleName, m_currentDependency, this, [this, attempt](const BusResult& answer) {
+            if (attempt == m_attempt && (!answer.ok || !answer.object().value("ok").toBool(true)))
+                failCurrent(answer.ok ? answer.text : answer.errorMessage);
+        });
     Q_EMIT emitMsg(tr("Fix: install components %1").arg(m_currentDependency), MsgStatus);
     Q_EMIT emitStep(tr("Fixing"), MsgLine);
     showPercent(0);

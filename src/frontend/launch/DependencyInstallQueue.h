@@ -10,12 +10,12 @@ class QJsonObject;
 
 /// Installs components into one bottle, one after the other, and says in words how far it is. A component
 /// that fails stops nothing and is not tried again. Idle until install(), busy until done(); a new install()
-/// while busy abandons the old list. There is no time-out: a service that never reports an end holds the
-/// queue.
+/// while busy abandons the old list. There is no time-out, but a service that can't be reached, refuses or
+/// goes away has failed the component at hand.
 class DependencyInstallQueue : public QObject {
     Q_OBJECT
 public:
-    using QObject::QObject;
+    explicit DependencyInstallQueue(QObject* parent = nullptr);
 
     void install(const QString& bottleName, const QStringList& dependencies);
 
@@ -34,6 +34,7 @@ public Q_SLOTS:
 private:
     bool isCurrent(const QString& bottle, const QString& dependency) const;
     void installNext();
+    void failCurrent(const QString& why);
     void dropEmitter();
     void showPercent(int percent);
 
@@ -41,4 +42,5 @@ private:
     QStringList m_pending;
     QString m_bottleName;
     QString m_currentDependency;
+    int m_attempt = 0;  ///< counts the components, so that the late answer to one does not end another
 };

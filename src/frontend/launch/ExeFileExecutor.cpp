@@ -1,85 +1,104 @@
 #include "launch/ExeFileExecutor.h"
 
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QProcess>
 #include <QtConcurrent>
 
 #include "backend/BottlesConfig.h"
+#include "backend/ComponentKind.h"
+#include "backend/ComponentManager.h"
+#include "backend/ServiceLoss.h"
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
 #include "core/base/WineNames.h"
 #include "fenk/Theme.h"
-#include "launch/LauncherExit.h"
+#include "launch/BottleChoice.h"
+#include "launch/DependencyInstallQueue.h"
 #include "launch/PrivateBottleName.h"
 #include "launch/WineLauncher.h"
+#include "launch/inspection/ExeFileChecker.h"
 #include "launch/inspection/ExeFileInfo.h"
+#include "launch/monitor/WineExeProcessMonitor.h"
 
 namespace {
 
 const char LaunchDebugChannels[] =
     "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file";
 const char ExeIconDir[] = "/tmp/exeicons";
-
-/// Runs on a pool thread: works on values only, so that the launch may be gone before the answer comes.
-QString bottleFor(const QString& exePath, const QJsonObject& peInfo, const QString& md5) {
-    const QString fileName = QFileInfo(exePath).fileName();
-    const QJsonObject question{{"filename", fileName}, {"peinfo", peInfo}, {"md5sum", md5}};
-    const BusResult reply = BottlesConfig::instance()->checkPublicBottles(
-        QString::fromUtf8(QJsonDocument(question).toJson(QJsonDocument::Compact)));
-    if (!reply.ok)
-        qWarning().noquote() << "checkPublicBottles failed: " << reply.errorMessage;
-    if (reply.ok && !reply.text.isEmpty()) {
-        qInfo().noquote() << "Using public bottles: " << reply.text;
-        return reply.text;
-    }
-    return privateBottleName(fileName, md5);
-}
+constexpr int TickMs = 1000;
+constexpr int TerminalWindowMs = 3000;
 
 }  // namespace
 
 ExeFileExecutor::ExeFileExecutor(const QString& exePath, QObject* parent)
-    : QObject(parent), m_exePath(exePath), m_launcher(new WineLauncher(this)) {
-    m_secondTimer.setInterval(1000);
-    connect(&m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
-    connect(m_launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+    : QObject(parent),
+      m_exePath(exePath),
+      m_monitor(new WineExeProcessMonitor),
+      m_launcher(new WineLauncher(this)),
+      m_queue(new DependencyInstallQueue),
+      m_secondTimer(new QTimer(this)) {
+    m_secondTimer->setInterval(TickMs);
+    BottlesConfig::instance();  // lives in the thread of its first use, which must not be one of the pool
+    inspect();
+    m_watcher.setFuture(QtConcurrent::run(chooseBottle, exePath, m_peInfo, m_md5));
+    connectParts();
+}
+
+/// Three tasks of the pool that overlap: what the file is (which takes longest and is not waited for), its
+/// version block and its key. Those that have not begun when they are waited for run in this thread, so that
+/// a busy pool holds nothing up.
+void ExeFileExecutor::inspect() {
+    if (m_exePath.isEmpty())
+        return;
+    m_checker = new ExeFileChecker(m_exePath);
+    const QFuture<QString> key = QtConcurrent::run(partialFileMd5, m_exePath);
+    m_peInfo = m_checker->versionBlock(&m_peInfoRead);
+    m_md5 = key.result();
+}
+
+void ExeFileExecutor::connectParts() {
+    connect(m_launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &ExeFileExecutor::onLauncherFinished);
     // Queued: a script that can't be started fails before start() returns, and whoever starts a launch needs
     // it to outlive that.
     qRegisterMetaType<QProcess::ProcessError>();
     connect(m_launcher, &QProcess::errorOccurred, this, &ExeFileExecutor::onLauncherError,
             Qt::QueuedConnection);
-    if (exePath.isEmpty())
-        return;
-    // Each takes up to seconds on a large file, so they overlap.
-    const QFuture<QJsonObject> info = QtConcurrent::run(peVersionInfo, exePath);
-    const QFuture<QString> key = QtConcurrent::run(partialFileMd5, exePath);
-    m_peInfo = info.result();
-    m_md5 = key.result();
-    m_watcher.setFuture(QtConcurrent::run(bottleFor, exePath, m_peInfo, m_md5));
+    connect(m_monitor, &WineExeProcessMonitor::appStart, this, &ExeFileExecutor::onAppStart);
+    connect(m_monitor, &WineExeProcessMonitor::appQuit, this, &ExeFileExecutor::onAppQuit);
+    connect(m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
+    connect(m_queue, &DependencyInstallQueue::emitMsg, this, &ExeFileExecutor::emitMsg);
+    connect(m_queue, &DependencyInstallQueue::emitStep, this, &ExeFileExecutor::emitStep);
+    connect(m_queue, &DependencyInstallQueue::done, this, &ExeFileExecutor::onComponentsRepareDone);
+    m_linksTimer.setSingleShot(true);
+    connect(&m_linksTimer, &QTimer::timeout, this, [this] {
+        qWarning() << "no answer about the links of" << m_bottlesName;
+        report(m_verdict);
+    });
+    whenServiceIsLost(this, [this] { onServiceLost(); });
 }
 
 ExeFileExecutor::~ExeFileExecutor() {
     qDebug() << "ExeFileExecutor::~ExeFileExecutor()";
     m_launcher->disconnect(this);
-    // Ends the script only: the Windows program is ended by killWineServer, never by the loss of its watcher.
+    m_monitor->disconnect(this);
+    m_queue->disconnect(this);
     if (m_launcher->isOpen())
         m_launcher->close();
+    if (m_monitor->isWatching())
+        m_monitor->stop();
     m_launcher->deleteLater();
+    m_monitor->deleteLater();
+    if (m_checker)
+        m_checker->deleteLater();
+    m_queue->deleteLater();
 }
 
 QString ExeFileExecutor::bottlesName() {
     if (m_bottlesName.isEmpty())
-        chooseBottle();
+        m_bottlesName = m_watcher.future().result();
+    if (m_bottlesName.isEmpty())
+        m_bottlesName = chooseBottle(m_exePath, peInfo(), md5());
     return m_bottlesName;
-}
-
-void ExeFileExecutor::chooseBottle() {
-    if (m_exePath.isEmpty()) {
-        qWarning() << "exe path is empty, donothing";
-        return;
-    }
-    m_bottlesName = m_watcher.future().result();
 }
 
 QIcon ExeFileExecutor::exeIcon() {
@@ -97,9 +116,13 @@ QString ExeFileExecutor::displayName() {
     return product.isEmpty() ? QFileInfo(m_exePath).fileName() : product;
 }
 
+bool ExeFileExecutor::isInstaller() {
+    return m_checker && m_checker->isInstaller();
+}
+
 QJsonObject ExeFileExecutor::peInfo() {
-    if (m_peInfo.isEmpty() && !m_exePath.isEmpty())
-        m_peInfo = peVersionInfo(m_exePath);
+    if (!m_peInfoRead && !m_exePath.isEmpty())
+        m_peInfo = peVersionInfo(m_exePath, &m_peInfoRead);
     return m_peInfo;
 }
 
@@ -121,7 +144,7 @@ void ExeFileExecutor::start() {
         qWarning().noquote() << m_exePath + " is not readable, exit...";
         return;
     }
-    Q_EMIT emitStep(tr("Initializing Envrionment"), MsgLine);
+    Q_EMIT emitStep(tr("Initializing Envrironment"), MsgLine);
     const QStringList bottles = BottlesConfig::instance()->list();
     qInfo().noquote() << "bottles name: " << bottlesName();
     m_appName = displayName();
@@ -131,6 +154,49 @@ void ExeFileExecutor::start() {
     }
     m_runner = WineNames::defaultRunner();
     Q_EMIT emitMsg(tr("Choose wine version: %1").arg(m_runner), MsgLine);
+    if (ComponentManager::instance()->runnerInstalled.contains(m_runner))
+        createBottle();
+    else
+        installRunner();
+}
+
+void ExeFileExecutor::installRunner() {
+    Q_EMIT emitMsg(tr("%1 is not installing, try to download now").arg(m_runner), MsgLine);
+    auto* manager = ComponentManager::instance();
+    manager->disconnect(this);
+    m_awaited = Awaited::Runner;
+    manager->install(ComponentKind::runner(), m_runner, this, [this](const BusResult& answer) {
+        const bool refused = !answer.ok || !answer.object().value("ok").toBool(true);
+        if (refused && m_awaited == Awaited::Runner)
+            onWineInstalled(0, ComponentKind::runner(), m_runner, answer.errorMessage);
+    });
+    connect(manager, &ComponentManager::installed, this, &ExeFileExecutor::onWineInstalled);
+    connect(manager, &ComponentManager::updateProgress, this, &ExeFileExecutor::onWineDownload);
+}
+
+void ExeFileExecutor::onWineDownload(const QString& componentType, const QString& componentName,
+                                     uint received_size, uint total_size, const QString&) {
+    if (componentType != ComponentKind::runner() || componentName != m_runner)
+        return;
+    const int percent = total_size == 0 ? 0 : qRound(qMin(1.0, double(received_size) / total_size) * 100);
+    Q_EMIT emitMsg(tr("Downloading %1: %2%").arg(componentName, QString::number(percent)), MsgStatus);
+}
+
+void ExeFileExecutor::onWineInstalled(int success, const QString& componentType, const QString& componentName,
+                                      const QString& errMsg) {
+    if (m_awaited != Awaited::Runner || componentType != ComponentKind::runner() || componentName != m_runner)
+        return;
+    m_awaited = Awaited::Nothing;
+    ComponentManager::instance()->disconnect(this);
+    if (success) {
+        Q_EMIT emitMsg(tr("%1 has downloaded").arg(componentName), MsgLine);
+        qInfo().noquote() << componentName << "install success";
+    } else {
+        qWarning().noquote() << componentName << "install failed. using " << WineNames::defaultRunner()
+                             << errMsg;
+        Q_EMIT emitMsg(tr("Download failed, fallback to %1").arg(WineNames::defaultRunner()), MsgError);
+        m_runner = WineNames::defaultRunner();
+    }
     createBottle();
 }
 
@@ -138,6 +204,7 @@ void ExeFileExecutor::createBottle() {
     BottlesConfig* config = BottlesConfig::instance();
     config->disconnect(this);
     Q_EMIT emitMsg(tr("Start initializing envrionment, please wait..."), MsgStatus);
+    config->createBottles(m_bottlesName, m_runner);
     // A failed creation goes on to a launch that fails by itself and says why.
     connect(config, &BottlesConfig::bottlesCreated, this, [this, config](const QString& bottle) {
         if (bottle != m_bottlesName)
@@ -145,7 +212,6 @@ void ExeFileExecutor::createBottle() {
         config->disconnect(this);
         launch();
     });
-    config->createBottles(m_bottlesName, m_runner);
 }
 
 void ExeFileExecutor::launchProgram(const QString& bottle, const QString& programUuid) {
@@ -156,8 +222,7 @@ void ExeFileExecutor::launchProgram(const QString& bottle, const QString& progra
     Q_EMIT emitMsg(tr("Launching %1").arg(m_appName), MsgStatus);
     m_programUuid = programUuid;
     m_seconds = 0;
-    m_secondTimer.start();
-    m_launchFailed = false;
+    m_secondTimer->start();
     launch();
 }
 
@@ -165,54 +230,41 @@ void ExeFileExecutor::launch() {
     qInfo() << "Launch exe file...";
     Q_EMIT emitStep(tr("Launching"), MsgLine);
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);
-    m_launchFailed = false;
-    m_finished = false;
+    m_awaited = Awaited::Nothing;
+    m_installFailed = m_scriptFailed = m_finished = false;
+    ++m_starts;
+    closeLauncher();
     m_launcher->setBottle(m_bottlesName);
-    m_launcher->addEnvironment(LaunchDebugChannels);
+    const bool isConsole = m_checker && m_checker->isConsole();
+    m_launcher->setCli(isConsole);
+    if (isConsole) {
+        launchInTerminal();
+    } else {
+        m_launcher->addEnvironment(LaunchDebugChannels);
+        m_monitor->start(m_bottlesName);
+    }
     m_seconds = 0;
-    m_secondTimer.start();
+    m_secondTimer->start();
     if (!m_programUuid.isEmpty())
         m_launcher->launchProgram(m_programUuid);
     else if (!m_exePath.isEmpty())
         m_launcher->launchExe(m_exePath, {});
 }
 
-void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus status) {
-    if (m_launcher->state() == QProcess::Running)
-        return;
-    qInfo() << "============ app finished ============";
-    onExeFinished(status == QProcess::NormalExit ? exitCode : LauncherExit::NotStarted);
+/// The terminal's window is none of the program's, so that its coming up is taken for granted.
+void ExeFileExecutor::launchInTerminal() {
+    Q_EMIT emitMsg(tr("This application is a console application, launch in terminal"), MsgLine);
+    const int start = m_starts;
+    QTimer::singleShot(TerminalWindowMs, this, [this, start] {
+        if (start == m_starts && m_secondTimer->isActive())
+            Q_EMIT windowPopuped();
+    });
 }
 
-void ExeFileExecutor::onLauncherError(QProcess::ProcessError error) {
-    if (error != QProcess::FailedToStart)
-        return;
-    qWarning() << "cannot start" << m_launcher->program() << m_launcher->errorString();
-    onExeFinished(LauncherExit::NotStarted);
-}
-
-void ExeFileExecutor::onExeFinished(int exitCode) {
-    if (!m_secondTimer.isActive()) {
-        qInfo() << "app finished event is processing";
-        return;
-    }
-    qInfo() << "exe finished: " << exitCode;
-    m_secondTimer.stop();
-    m_launchFailed = LauncherExit::isLaunchFailure(exitCode);
-    if (m_launchFailed)
-        qInfo() << "Launch failed";
-    const QString suffix = m_launchFailed ? tr(", and app not been launched") : QString();
-    Q_EMIT emitMsg(
-        tr("Seems application has finished, exit code: %1%2").arg(QString::number(exitCode), suffix),
-        MsgLine);
-    if (m_finished)
-        return;
-    m_finished = true;
-    if (m_launchFailed) {
-        Q_EMIT emitMsg(tr("No any fixing applied, launch failed"), MsgLine);
-        Q_EMIT runFailed(false, false);
-    } else {
-        Q_EMIT emitMsg(tr("No any fixing applied, but seems app not crashed"), MsgLine);
-        Q_EMIT runSuccessed();
+/// Of a program that has outlived its window the script still runs when the next start comes.
+void ExeFileExecutor::closeLauncher() {
+    if (m_launcher->state() != QProcess::NotRunning) {
+        const QSignalBlocker quiet(m_launcher);
+        m_launcher->close();
     }
 }

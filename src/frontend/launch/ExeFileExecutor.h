@@ -8,34 +8,50 @@
 #include <QProcess>
 #include <QTimer>
 
+#include "launch/LaunchVerdict.h"
 #include "launch/MsgType.h"
 
+struct BusResult;
+class DependencyInstallQueue;
+class ExeFileChecker;
+class WineExeProcessMonitor;
 class WineLauncher;
 
-/// One launch without any window of its own: inspects the file, picks or creates a bottle, starts the program
-/// through WineLauncher and reports how it ended, in words and signals. Owned by an ExeFileRunner.
+/// One launch without any window of its own: inspects the file, picks or creates a bottle, sees to the
+/// runner, starts the program, watches it, and when it has gone reads Wine's log and decides what that means.
+/// Reports in words and signals. Owned by an ExeFileRunner.
+///
 /// Construction blocks until the file has been read (its key parts, at most 11 MiB, and its version block);
-/// the choice of the bottle goes on in the background. Every start ends in exactly one of runSuccessed and
-/// runFailed, save an unreadable file, which only logs.
+/// the choice of the bottle goes on in the background. Each start ends once: in runSuccessed, in runFailed,
+/// or in a repair of its own accord and the next start. After runFailed with canWeFix the launch waits for
+/// applyFix. The one ending without a signal is a file that can't be read, which is only logged. A service
+/// that goes away in the middle counts as the failure of what it was asked for.
 class ExeFileExecutor : public QObject {
     Q_OBJECT
 public:
     /// An empty path is for programs that are stored in a bottle already.
     ExeFileExecutor(const QString& exePath, QObject* parent);
+    /// Lets the Windows program go on: that is ended by killWineServer, never by the loss of its watcher.
     ~ExeFileExecutor() override;
 
     void start();
     void launchProgram(const QString& bottle, const QString& programUuid);
+    /// A repair that was asked for beforehand: applyFix installs the components and launches the program.
+    void prepareFix(const QString& bottle, const QString& programUuid, const QStringList& components);
+    /// Repairs what the last start has brought to light and launches again. Without effect while the program
+    /// or a repair is running.
+    void applyFix();
 
     /// Waits for the bottle choice if it is still under way.
     QString bottlesName();
     QIcon exeIcon();
     QString displayName();
+    bool isInstaller();  ///< waits for the inspection; false for a stored program
     QJsonObject peInfo();
     QString md5();
 
     void setAppName(const QString& name) { m_appName = name; }
-    /// 1 for a launch of a file, 0 for a stored program.
+    /// 1 for a launch of a file, 0 for a stored program and a fixup.
     void setFirstRun(int firstRun) { m_firstRun = firstRun; }
     int seconds() const { return m_seconds; }
 
@@ -43,18 +59,43 @@ Q_SIGNALS:
     void emitStep(const QString& text, MsgType recordType = MsgLine);
     void emitMsg(const QString& text, MsgType recordType = MsgLine);
     void windowPopuped();
-    void Fixing();
+    void Fixing();  ///< a repair has begun
     void runSuccessed();
     void runFailed(bool canWeFix = false, bool isSuccessed = false);
 
 public Q_SLOTS:
+    void onWineInstalled(int success, const QString& componentType, const QString& componentName,
+                         const QString& errMsg);
+    /// Sizes are bytes.
+    void onWineDownload(const QString& componentType, const QString& componentName, uint received_size,
+                        uint total_size, const QString& status);
+    void onComponentsRepareDone();
     void onExeFinished(int exitCode);
+    void onRunnerSwitchDone(const QString& bottle_name, const QString& component_type,
+                            const QString& component_name, const QString& result);
 
 private:
-    void chooseBottle();
+    /// What is to come from the service.
+    enum class Awaited { Nothing, Runner, Components, RunnerSwitch };
+
+    void connectParts();
+    void inspect();
+    void installRunner();
     void createBottle();
     void launch();
+    void launchInTerminal();
+    void closeLauncher();
+    void readLog();
+    LaunchFacts facts(int exitCode);
+    void carryOut(const LaunchVerdict& verdict);
+    void collectLinks();
+    void report(const LaunchVerdict& verdict);
+    void switchRunner();
+    void giveUp();
+    void onServiceLost();
     void onTick();
+    void onAppStart();
+    void onAppQuit();
     void onLauncherFinished(int exitCode, QProcess::ExitStatus status);
     void onLauncherError(QProcess::ProcessError error);
 
@@ -64,12 +105,28 @@ private:
     QFutureWatcher<QString> m_watcher;  ///< on the choice of the bottle
     QString m_runner;
     QString m_appName;
+    ExeFileChecker* m_checker = nullptr;
+    WineExeProcessMonitor* m_monitor;
     WineLauncher* m_launcher;
-    bool m_launchFailed = false;
+    bool m_installFailed = false;  ///< by the log of the last start
+    bool m_scriptFailed = false;   ///< the launch script could not be started
+    bool m_autoFix = false;
+    QStringList m_components;  ///< that are to be tried
+    QStringList m_fonts;
+    DependencyInstallQueue* m_queue;
     bool m_finished = false;
+    QStringList m_triedComponents;
+    QStringList m_triedFonts;
     int m_seconds = 0;
-    QTimer m_secondTimer;
+    QTimer* m_secondTimer;  ///< runs as long as a program does
     QJsonObject m_peInfo;
+    bool m_peInfoRead = false;
     QString m_md5;
     int m_firstRun = 1;
+
+    Awaited m_awaited = Awaited::Nothing;
+    int m_starts = 0;
+    QDateTime m_since = QDateTime::currentDateTime();  ///< shortcuts made from then on are the program's
+    LaunchVerdict m_verdict;                           ///< while links are collected
+    QTimer m_linksTimer;
 };

@@ -10,6 +10,11 @@ inline QString defaultRunner() {
     return QStringLiteral("lumora-wine10-stable");
 }
 
+/// What a program that does not run is tried with next.
+inline QString stagingRunner() {
+    return QStringLiteral("lumora-wine-staging");
+}
+
 /// How a program's identity and its prefix show in a process environment.
 inline QByteArray programUuidPrefix() {
     return QByteArrayLiteral("_CXB_WINE_PROGRAM_UUID=");

@@ -52,8 +52,10 @@ private:
 
 ExeFileChecker::ExeFileChecker(const QString& file, QObject* parent) : QObject(parent), path(file) {
     m_tasks.setCancelOnWait(false);
-    m_tasks.addFuture(QtConcurrent::run([this] { readVersionInfo(); }));
-    m_tasks.addFuture(QtConcurrent::run([this] { detect(); }));
+    m_versionTask = QtConcurrent::run([this] { readVersionInfo(); });
+    m_detectionTask = QtConcurrent::run([this] { detect(); });
+    m_tasks.addFuture(m_versionTask);
+    m_tasks.addFuture(m_detectionTask);
 }
 
 ExeFileChecker::~ExeFileChecker() {
@@ -61,7 +63,7 @@ ExeFileChecker::~ExeFileChecker() {
 }
 
 void ExeFileChecker::readVersionInfo() {
-    versionInfo = peVersionInfo(path);
+    versionInfo = peVersionInfo(path, &m_versionReadable);
 }
 
 void ExeFileChecker::detect() {
@@ -104,6 +106,17 @@ bool ExeFileChecker::isInstaller() {
                                           QRegularExpression::CaseInsensitiveOption);
     return words.match(QString::fromUtf8(QJsonDocument(versionInfo).toJson(QJsonDocument::Compact)))
         .hasMatch();
+}
+
+bool ExeFileChecker::isConsole() {
+    m_detectionTask.waitForFinished();
+    return console;
+}
+
+QJsonObject ExeFileChecker::versionBlock(bool* readable) {
+    m_versionTask.waitForFinished();
+    *readable = m_versionReadable;
+    return versionInfo;
 }
 
 bool ExeFileChecker::isGame() {

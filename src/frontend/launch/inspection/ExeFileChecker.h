@@ -17,6 +17,7 @@ public:
     ~ExeFileChecker() override;
 
     bool isInstaller();  ///< waits
+    bool isConsole();    ///< waits for the detection alone
     bool isGame();       ///< waits, unless a file beside it tells
 
     /// The component that brings the file's runtime, or empty. Does not wait: for after the program's end.
@@ -24,6 +25,9 @@ public:
 
     /// Waits. {"installer", "console", "dotnet_version", "detects", "brief"}
     QJsonObject info();
+
+    /// The version block; waits for its reader alone. The flag says whether there was an answer at all.
+    QJsonObject versionBlock(bool* readable);
 
     /// Whether things lie beside the file that are not found beside a single setup file.
     bool hasPackagedRuntimeFiles() const;
@@ -43,5 +47,8 @@ private:
     bool installerDetected = false;
     bool vb6Detected = false;
     QString brief;
+    bool m_versionReadable = false;
+    QFuture<void> m_versionTask;
+    QFuture<void> m_detectionTask;
     QFutureSynchronizer<void> m_tasks;
 };

@@ -17,8 +17,10 @@ QJsonObject exeFileInfo(const QString& path) {
     return {{"peinfo", peInfo}, {"verinfo", peVersionInfo(path)}};
 }
 
-QJsonObject peVersionInfo(const QString& path) {
-    return QJsonDocument::fromJson(
-               ToolProcess::runQuietly(Paths::peVersionInfoScript(), {path}).standardOutput)
-        .object();
+QJsonObject peVersionInfo(const QString& path, bool* readable) {
+    const QJsonDocument answer =
+        QJsonDocument::fromJson(ToolProcess::runQuietly(Paths::peVersionInfoScript(), {path}).standardOutput);
+    if (readable)
+        *readable = answer.isObject();
+    return answer.object();
 }

@@ -8,5 +8,6 @@
 /// waits for them.
 QJsonObject exeFileInfo(const QString& path);
 
-/// The version block alone, by name; empty when the file has none. Runs one tool for at most 30 s.
-QJsonObject peVersionInfo(const QString& path);
+/// The version block alone, by name; empty when the file has none. Runs one tool for at most 30 s; the flag
+/// says whether it has given an answer.
+QJsonObject peVersionInfo(const QString& path, bool* readable = nullptr);

@@ -18,6 +18,8 @@ public:
     ~WineExeProcessMonitor() override;
 
     void start(const QString& bottleName);
+    /// From start() to stop(), appQuit() or the death of the tool.
+    bool isWatching() const { return startTime != 0 && monitorProcess.state() != QProcess::NotRunning; }
 
     /// Nothing is told afterwards. May be called at any time. Waits at most 200 ms for a child to start and
     /// for the end of another that is killed.

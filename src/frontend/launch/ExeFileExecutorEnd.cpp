@@ -1,0 +1,259 @@
+// The second half of ExeFileExecutor: from the end of the program to the result or the repair.
+#include <QFileInfo>
+
+#include "backend/BottleRecord.h"
+#include "backend/BottlesConfig.h"
+#include "backend/ComponentKind.h"
+#include "backend/ComponentManager.h"
+#include "backend/MissingFonts.h"
+#include "core/base/WineNames.h"
+#include "launch/DependencyInstallQueue.h"
+#include "launch/ExeFileExecutor.h"
+#include "launch/LauncherExit.h"
+#include "launch/LogFindings.h"
+#include "launch/WineLauncher.h"
+#include "launch/inspection/ExeFileChecker.h"
+#include "launch/monitor/WineExeProcessMonitor.h"
+#include "launch/winelog/WineLogParser.h"
+
+namespace {
+
+constexpr int LinksMs = 10000;
+
+bool isStagingKnown() {
+    return ComponentManager::instance()->knownRunners().contains(WineNames::stagingRunner());
+}
+
+}  // namespace
+
+void ExeFileExecutor::onAppStart() {
+    qInfo() << "============ app start ============";
+    Q_EMIT windowPopuped();
+}
+
+void ExeFileExecutor::onAppQuit() {
+    qInfo() << "============ app exit ============";
+    qInfo().noquote() << "isCrashed? " << (m_monitor->crashed ? "true" : "false");
+    onExeFinished(0);
+}
+
+void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus status) {
+    if (m_launcher->state() == QProcess::Running)
+        return;
+    qInfo() << "============ app finished ============";
+    // Most installers and launchers start another process and go, all is well, before there is a window. The
+    // monitor tells what becomes of it, and always comes to an end.
+    if (status == QProcess::NormalExit && exitCode == 0 && m_monitor->isWatching() && !m_monitor->windowSeen)
+        return;
+    onExeFinished(status == QProcess::NormalExit ? exitCode : LauncherExit::NotStarted);
+}
+
+void ExeFileExecutor::onLauncherError(QProcess::ProcessError error) {
+    if (error != QProcess::FailedToStart)
+        return;
+    qWarning() << "cannot start" << m_launcher->program() << m_launcher->errorString();
+    m_scriptFailed = true;
+    onExeFinished(LauncherExit::NotStarted);
+}
+
+void ExeFileExecutor::onExeFinished(int exitCode) {
+    if (!m_secondTimer->isActive()) {
+        qInfo() << "app finished event is processing";
+        return;
+    }
+    qInfo() << "exe finished: " << exitCode;
+    m_secondTimer->stop();
+    if (m_monitor->isWatching())
+        m_monitor->stop();
+    LaunchFacts found = facts(exitCode);
+    if (found.isFailed())
+        qInfo() << "Launch failed";
+    if (WineNames::isPublicBottle(m_bottlesName)) {
+        m_autoFix = true;
+        // What was tried goes away here too, or a repair that does not help would come again and again.
+        for (const QString& tried : m_triedComponents)
+            m_components.removeAll(tried);
+    } else if (m_scriptFailed) {
+        m_components.clear();  // the log is that of an older launch
+        m_fonts.clear();
+    } else {
+        readLog();
+    }
+    Q_EMIT emitMsg(LaunchVerdict::endMessage(exitCode, found), MsgLine);
+    found = facts(exitCode);
+    found.stagingKnown = found.isFailed() && isStagingKnown();
+    carryOut(LaunchVerdict::of(found));
+}
+
+LaunchFacts ExeFileExecutor::facts(int exitCode) {
+    LaunchFacts facts;
+    facts.isConsole = m_checker && m_checker->isConsole();
+    facts.isNotStarted = exitCode == LauncherExit::NotStarted;
+    facts.windowSeen = m_monitor->windowSeen;
+    facts.crashed = m_monitor->crashed;
+    facts.installFailed = m_installFailed;
+    facts.autoFix = m_autoFix;
+    facts.isFirstRun = m_firstRun != 0;
+    facts.hasComponents = !m_components.isEmpty();
+    facts.hasFonts = !m_fonts.isEmpty();
+    facts.finished = m_finished;
+    return facts;
+}
+
+void ExeFileExecutor::readLog() {
+    Q_EMIT emitMsg(tr("Parsing wine logs and fix application"), MsgLine);
+    WineLogParser parser;
+    const int mask = parser.parseFile(m_launcher->logPath());
+    LogFindings::Asked asked;
+    asked.isFirstRun = m_firstRun != 0;
+    asked.autoFix = m_autoFix;
+    if (m_checker) {
+        asked.dotnetVersion = m_checker->dotnetVersion;
+        asked.requiredComponent = m_checker->requiredComponent();
+    }
+    asked.triedComponents = m_triedComponents;
+    asked.triedFonts = m_triedFonts;
+    const LogFindings found = LogFindings::of(parser, mask, asked);
+    if (found.crashed)
+        qInfo().noquote() << "Seems app crashed! " << m_exePath;
+    if (found.installFailed)
+        qInfo().noquote() << "Seems app install failed! " << m_exePath;
+    for (const LaunchMessage& message : found.messages)
+        Q_EMIT emitMsg(message.text, message.type);
+    m_installFailed = found.installFailed;
+    m_components = found.components;
+    m_fonts = found.fonts;
+}
+
+void ExeFileExecutor::carryOut(const LaunchVerdict& verdict) {
+    m_verdict = verdict;
+    if (verdict.next == LaunchVerdict::Repair) {
+        applyFix();
+    } else if (verdict.isFinal()) {
+        m_finished = true;
+        collectLinks();
+    } else if (verdict.next == LaunchVerdict::Offer) {
+        report(verdict);
+    }
+}
+
+/// Wine's own maker of menu entries is switched off in the bottles. The service enters what shortcuts the
+/// program has made, before the result goes out, since that depends on whether there are any.
+void ExeFileExecutor::collectLinks() {
+    m_linksTimer.start(LinksMs);
+    const int start = m_starts;
+    BottlesConfig::instance()->watchApplicationLinks(
+        m_bottlesName, m_since, this, [this, start](const BusResult& answer) {
+            if (!answer.ok)
+                qWarning().noquote() << "no links of" << m_bottlesName << answer.errorMessage;
+            if (start != m_starts || !m_linksTimer.isActive())
+                return;
+            m_linksTimer.stop();
+            report(m_verdict);
+        });
+}
+
+void ExeFileExecutor::report(const LaunchVerdict& verdict) {
+    const LaunchVerdict told = verdict;  // who hears of it may start anew
+    if (!told.message.isEmpty())
+        Q_EMIT emitMsg(told.message, MsgLine);
+    if (told.next == LaunchVerdict::Succeeded)
+        Q_EMIT runSuccessed();
+    else
+        Q_EMIT runFailed(told.canWeFix, told.isSuccessed);
+}
+
+void ExeFileExecutor::prepareFix(const QString& bottle, const QString& programUuid,
+                                 const QStringList& components) {
+    m_bottlesName = bottle;
+    m_programUuid = programUuid;
+    m_autoFix = true;
+    m_finished = false;
+    if (m_components != components)
+        m_components = components;
+    m_secondTimer->stop();
+    m_seconds = 0;
+    if (components.isEmpty())
+        return;
+    Q_EMIT emitMsg(tr("Try to fix application with those components:"), MsgLine);
+    for (const QString& component : components)
+        Q_EMIT emitMsg("- " + component, MsgLine);
+}
+
+void ExeFileExecutor::applyFix() {
+    if (m_secondTimer->isActive() || m_linksTimer.isActive() || m_awaited != Awaited::Nothing) {
+        qInfo() << "no repair in the midst of a launch";
+        return;
+    }
+    m_autoFix = true;
+    if (!m_components.isEmpty() || !m_fonts.isEmpty()) {
+        m_awaited = Awaited::Components;
+        Q_EMIT Fixing();
+        m_queue->install(m_bottlesName, m_components);
+    } else if (!isStagingKnown()) {
+        m_queue->install(m_bottlesName, {});
+    } else if (BottleRecord::runner(BottlesConfig::instance()->get(m_bottlesName)) ==
+               WineNames::stagingRunner()) {
+        Q_EMIT runFailed(false, false);
+    } else {
+        switchRunner();
+    }
+}
+
+void ExeFileExecutor::switchRunner() {
+    m_awaited = Awaited::RunnerSwitch;
+    Q_EMIT Fixing();
+    Q_EMIT emitMsg(tr("App run failed, try to using lumora-wine-staging and relaunch"), MsgStatus);
+    BottlesConfig* config = BottlesConfig::instance();
+    config->disconnect(this);
+    connect(config, &BottlesConfig::component_setup_done, this, &ExeFileExecutor::onRunnerSwitchDone);
+    config->setRunner(m_bottlesName, WineNames::stagingRunner(), this, [this](const BusResult& answer) {
+        if (answer.ok || m_awaited != Awaited::RunnerSwitch)
+            return;
+        qWarning().noquote() << "cannot switch the runner of" << m_bottlesName << answer.errorMessage;
+        giveUp();
+    });
+    Q_EMIT emitStep(tr("Fixing"), MsgLine);
+}
+
+void ExeFileExecutor::onRunnerSwitchDone(const QString& bottle_name, const QString& component_type,
+                                         const QString& component_name, const QString&) {
+    if (m_awaited != Awaited::RunnerSwitch || component_type != ComponentKind::runner() ||
+        bottle_name != m_bottlesName || component_name != WineNames::stagingRunner())
+        return;
+    BottlesConfig::instance()->disconnect(this);
+    qInfo() << "Relaunch program...";
+    Q_EMIT emitMsg(tr("Switch runner success, relaunch program..."), MsgLine);
+    launch();
+}
+
+void ExeFileExecutor::onComponentsRepareDone() {
+    m_awaited = Awaited::Nothing;
+    m_triedComponents += m_components;
+    if (m_components.isEmpty() && m_fonts.isEmpty()) {
+        giveUp();
+        return;
+    }
+    if (!m_fonts.isEmpty()) {
+        MissingFonts::fix(BottleRecord::path(BottlesConfig::instance()->get(m_bottlesName)), m_fonts);
+        m_triedFonts += m_fonts;
+    }
+    launch();
+}
+
+void ExeFileExecutor::giveUp() {
+    m_awaited = Awaited::Nothing;
+    BottlesConfig::instance()->disconnect(this);
+    m_finished = true;
+    Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(), MsgLine);
+    Q_EMIT runFailed(false, false);
+}
+
+void ExeFileExecutor::onServiceLost() {
+    if (m_awaited == Awaited::Runner) {
+        onWineInstalled(0, ComponentKind::runner(), m_runner, "the bottle service has gone");
+    } else if (m_awaited == Awaited::RunnerSwitch) {
+        qWarning() << "the bottle service has gone while it switched the runner of" << m_bottlesName;
+        giveUp();
+    }
+}

@@ -1,0 +1,53 @@
+#include "launch/LaunchVerdict.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+LaunchVerdict offer(bool canWeFix, bool isSuccessed, const QString& message = {}) {
+    return {LaunchVerdict::Offer, message, canWeFix, isSuccessed};
+}
+
+LaunchVerdict result(const LaunchFacts& facts, bool isSuccessed) {
+    if (facts.finished)
+        return {};
+    if (facts.isFailed())
+        return {LaunchVerdict::Failed, LaunchVerdict::nothingFixedMessage(), false, isSuccessed};
+    return {
+        LaunchVerdict::Succeeded,
+        QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, but seems app not crashed"),
+        false, isSuccessed};
+}
+
+}  // namespace
+
+LaunchVerdict LaunchVerdict::of(const LaunchFacts& facts) {
+    const bool isFixable = facts.hasComponents || facts.hasFonts;
+    const bool isSuccessed = !facts.isFailed() && facts.hasFonts && !facts.hasComponents;
+    if (isFixable && facts.autoFix)
+        return {Repair, {}, false, false};
+    if (isFixable)
+        return offer(facts.isFirstRun || facts.hasComponents, isSuccessed);
+    if (facts.autoFix || !facts.isFailed() || !facts.stagingKnown)
+        return result(facts, isSuccessed);
+    if (!facts.isFirstRun)
+        return offer(false, isSuccessed);
+    return offer(true, isSuccessed,
+                 QCoreApplication::translate("ExeFileExecutor",
+                                             "Application is not running as expected, try to using "
+                                             "lumora-wine-staging and relaunch"));
+}
+
+QString LaunchVerdict::endMessage(int exitCode, const LaunchFacts& facts) {
+    QString suffix;
+    if (facts.crashed)
+        suffix = QCoreApplication::translate("ExeFileExecutor", ", and crashed");
+    else if (facts.neverCameUp())
+        suffix = QCoreApplication::translate("ExeFileExecutor", ", and app not been launched");
+    return QCoreApplication::translate("ExeFileExecutor", "Seems application has finished, exit code: %1%2")
+        .arg(QString::number(exitCode), suffix);
+}
+
+QString LaunchVerdict::nothingFixedMessage() {
+    return QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed");
+}

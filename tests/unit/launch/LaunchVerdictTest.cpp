@@ -1,0 +1,168 @@
+#include "launch/LaunchVerdict.h"
+
+#include <QtTest>
+
+#include "launch/LogFindings.h"
+#include "launch/winelog/LogParseRule.h"
+#include "launch/winelog/WineLogParser.h"
+
+namespace {
+
+/// What follows an end, as one text: each message and signal in order.
+QString follows(const LaunchVerdict& verdict) {
+    QStringList acts;
+    if (verdict.isFinal())
+        acts << "links";
+    if (!verdict.message.isEmpty())
+        acts << verdict.message;
+    if (verdict.next == LaunchVerdict::Repair)
+        acts << "repair";
+    else if (verdict.next == LaunchVerdict::Succeeded)
+        acts << "succeeded";
+    else if (verdict.next != LaunchVerdict::Nothing)
+        acts << QString("failed %1 %2").arg(verdict.canWeFix).arg(verdict.isSuccessed);
+    return acts.join("; ");
+}
+
+/// The rules in the order in which they are looked at, as somebody would tell them.
+QString rules(bool failed, bool autoFix, bool first, bool components, bool fonts, bool staging, bool told) {
+    const QString end = told     ? ""
+                        : failed ? "links; No any fixing applied, launch failed; failed 0 0"
+                                 : "links; No any fixing applied, but seems app not crashed; succeeded";
+    if (autoFix)
+        return components || fonts ? "repair" : end;
+    if (components)
+        return "failed 1 0";
+    if (fonts)
+        return QString("failed %1 %2").arg(first).arg(!failed);
+    if (!failed || !staging)
+        return end;
+    return first ? "Application is not running as expected, try to using lumora-wine-staging and relaunch; "
+                   "failed 1 0"
+                 : "failed 0 0";
+}
+
+}  // namespace
+
+/// What an ended program and its log mean.
+class LaunchVerdictTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyCombination() {
+        for (int bits = 0; bits < 1 << 11; ++bits) {
+            const auto bit = [bits](int number) { return (bits >> number & 1) != 0; };
+            LaunchFacts facts;
+            facts.isConsole = bit(0);
+            facts.isNotStarted = bit(1);
+            facts.windowSeen = bit(2);
+            facts.installFailed = bit(3);
+            facts.autoFix = bit(4);
+            facts.isFirstRun = bit(5);
+            facts.hasComponents = bit(6);
+            facts.hasFonts = bit(7);
+            facts.stagingKnown = bit(8);
+            facts.finished = bit(9);
+            facts.crashed = bit(10);  // is told, and decides nothing
+            bool failed = bit(3);
+            if (bit(0) ? bit(1) : !bit(2))
+                failed = true;
+            QCOMPARE(facts.isFailed(), failed);
+            const QString expected = rules(failed, bit(4), bit(5), bit(6), bit(7), bit(8), bit(9));
+            if (follows(LaunchVerdict::of(facts)) != expected)
+                QFAIL(qPrintable(QString::number(bits, 2) + ": " + follows(LaunchVerdict::of(facts)) +
+                                 " instead of " + expected));
+            const QString suffix = bit(10) ? ", and crashed"
+                                   : (bit(0) && !bit(1)) || (!bit(0) && bit(2))
+                                       ? ""
+                                       : ", and app not been launched";
+            QCOMPARE(LaunchVerdict::endMessage(53, facts),
+                     "Seems application has finished, exit code: 53" + suffix);
+        }
+    }
+
+    void findings_data() {
+        QTest::addColumn<int>("mask");
+        QTest::addColumn<QString>("found");  // components / fonts, separated by blanks
+        QTest::addColumn<bool>("firstRun");
+        QTest::addColumn<bool>("autoFix");
+        QTest::addColumn<QString>("runtime");  // version and component
+        QTest::addColumn<QString>("tried");
+        QTest::addColumn<QString>("left");
+        QTest::addColumn<QString>("messages");
+        const auto row = [](const char* name, int mask, const char* found, const char* how,
+                            const char* runtime, const char* tried, const char* left, const char* messages) {
+            QTest::newRow(name) << mask << found << !strchr(how, 's') << !!strchr(how, 'a') << runtime
+                                << tried << left << messages;
+        };
+        const int mono = LogMissingMono;
+        row("nothing", 1, "/", "", "", "/", "/", "");
+        row("components in order", 2, "b a/", "", "", "/", "a b/", "1 Try to install components:|1 a\nb");
+        row("crash and failed setup", LogCrash | LogSetupApiError, "/", "", "", "/", "/ failed",
+            "0 Detech crash in wine logs");
+        row("the same, stored", LogCrash | LogSetupApiError, "/", "s", "", "/", "/", "");
+        row("runtime of unknown version", mono, "/", "", "", "/", "mono9/",
+            "1 Try to install components:|1 mono9");
+        row("runtime of the file first, once", mono, "dotnet48 a/", "", "4.0 dotnet48", "/", "dotnet48 a/",
+            "1 This application need .NET Framework 4.0.|1 Try to install components:|1 dotnet48\na");
+        row("runtime, stored", mono, "a/", "s", "", "/", "mono9 a/",
+            "1 Try to install components:|1 mono9\na");
+        row("no runtime by itself", mono, "a/", "a", "4.0 dotnet48", "/", "a/",
+            "1 Try to install components:|1 a");
+        row("runtime tried", mono, "/", "", "", "mono9/", "/", "1 Try to install components:|1 mono9");
+        row("tried", 6, "a b/x y", "", "", "a/x", "b/y",
+            "1 This application missing fonts: y|1 Try to install components:|1 b");
+        row("all tried", 6, "a/x", "a", "", "a/x", "/", "");
+        row("fonts", 4, "/y x", "", "", "/", "/x y", "1 This application missing fonts: x,y");
+        row("fonts, stored", 4, "/x", "s", "", "/", "/", "");
+    }
+    void findings() {
+        QFETCH(int, mask);
+        QFETCH(QString, found);
+        QFETCH(QString, runtime);
+        QFETCH(QString, tried);
+        const auto words = [](const QString& text, int part) {
+            return text.section('/', part, part).split(' ', Qt::SkipEmptyParts);
+        };
+        WineLogParser log;
+        for (const QString& component : words(found, 0))
+            log.missingComponents.insert(component);
+        for (const QString& font : words(found, 1))
+            log.missingFonts.insert(font);
+        log.monoMissing = mask & LogMissingMono;
+        LogFindings::Asked asked;
+        QFETCH(bool, firstRun);
+        asked.isFirstRun = firstRun;
+        QFETCH(bool, autoFix);
+        asked.autoFix = autoFix;
+        asked.dotnetVersion = runtime.section(' ', 0, 0);
+        asked.requiredComponent = runtime.section(' ', 1);
+        asked.triedComponents = words(tried, 0);
+        asked.triedFonts = words(tried, 1);
+        const LogFindings findings = LogFindings::of(log, mask, asked);
+        QTEST(findings.components.join(' ') + '/' + findings.fonts.join(' ') +
+                  (findings.installFailed ? " failed" : ""),
+              "left");
+        QStringList messages;
+        for (const LaunchMessage& message : findings.messages)
+            messages << QString::number(message.type) + ' ' + message.text;
+        QTEST(messages.join('|'), "messages");
+    }
+
+    void linesAreShown() {
+        WineLogParser log;
+        QTextStream text("1:err:setupapi:x\n2:fixme:x\n");
+        const int mask = log.parseStream(text);
+        LogFindings::Asked asked;
+        QStringList shown;
+        for (const LaunchMessage& message : LogFindings::of(log, mask, asked).messages)
+            shown << QString::number(message.type) + ' ' + message.text;
+        QCOMPARE(shown, (QStringList{"1 Parsed wine error logs:", "0 1:err:setupapi:x",
+                                     "1 Other wine error logs:", "0 1:err:setupapi:x", "0 2:fixme:x"}));
+        asked.isFirstRun = false;
+        QVERIFY(LogFindings::of(log, mask, asked).messages.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(LaunchVerdictTest)
+#include "LaunchVerdictTest.moc"
