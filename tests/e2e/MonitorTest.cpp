@@ -115,6 +115,37 @@ private Q_SLOTS:
         }
     }
 
+    /// Neither the end of one watch nor the taskkill that it leaves ends another watch of the bottle.
+    void oneStopsAndStartsAgain() {
+        QProcess program;
+        launch(&program, {sample("fault"), "wait"});
+        WineExeProcessMonitor one, other;
+        int cycles = 0, otherCycles = 0;
+        connect(&one, &WineExeProcessMonitor::processListUpdate, this, [&] { ++cycles; });
+        connect(&other, &WineExeProcessMonitor::processListUpdate, this, [&] { ++otherCycles; });
+        QSignalSpy quit(&one, &WineExeProcessMonitor::appQuit);
+        QSignalSpy otherQuit(&other, &WineExeProcessMonitor::appQuit);
+        const auto watch = [&](int count) {
+            cycles = otherCycles = 0;
+            const auto hasQuit = [&] { return quit.size() + otherQuit.size() > 0; };
+            QTRY_VERIFY_WITH_TIMEOUT(std::min(cycles, otherCycles) >= count || hasQuit(), LaunchMs);
+            QVERIFY(!hasQuit());
+        };
+        one.start(Bottle);
+        other.start(Bottle);
+        watch(1);
+        one.stop();
+        one.start(Bottle);
+        watch(4);
+        one.stop();
+        other.stop();
+        one.start(Bottle);
+        other.start(Bottle);
+        watch(4);
+        callBottles("killWineServer", {Bottle});
+        QTRY_COMPARE(program.state(), QProcess::NotRunning);
+    }
+
     void theBottleDies() {
         WineExeProcessMonitor monitor;
         QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);

@@ -1,14 +1,29 @@
 #include "launch/monitor/WineExeProcessMonitor.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDebug>
+#include <QMultiHash>
 #include <QPointer>
+#include <QTimer>
 
 #include "core/base/Paths.h"
 
 namespace {
 
 constexpr int TaskkillStartMs = 200;
+constexpr int TaskkillEndMs = 10000;
+
+struct Shared {
+    QMultiHash<QString, const WineExeProcessMonitor*> watching;  ///< by the names of their bottles
+    QMultiHash<QString, QProcess*> taskkills;                    ///< that have not ended
+};
+
+/// What the monitors of this process know of each other; they all live in one thread.
+Shared& shared() {
+    static Shared state;
+    return state;
+}
 
 }  // namespace
 
@@ -30,19 +45,34 @@ WineExeProcessMonitor::~WineExeProcessMonitor() {
 }
 
 void WineExeProcessMonitor::start(const QString& name) {
-    if (monitorProcess.state() != QProcess::NotRunning) {
+    if (monitorProcess.state() != QProcess::NotRunning || m_isWaiting) {
         qWarning() << "monitoring already started";
         return;
     }
+    shared().watching.remove(bottleName, this);  // of a start that failed
     bottleName = name;
     startTime = QDateTime::currentMSecsSinceEpoch();
-    const QStringList arguments{bottleName, Paths::processWindowTool()};
-    qDebug() << "launch:" << Paths::launcherScript() << arguments;
-    monitorProcess.start(Paths::launcherScript(), arguments);
+    shared().watching.insert(bottleName, this);
     ++m_run;
     m_cycle = {};
     m_protocol = {};
     crashed = windowSeen = false;
+    startTool(m_run, true);
+}
+
+void WineExeProcessMonitor::startTool(int run, bool mayWait) {
+    if (run != m_run || startTime == 0 || monitorProcess.state() != QProcess::NotRunning)
+        return;
+    QProcess* taskkill = shared().taskkills.value(bottleName);
+    m_isWaiting = taskkill && mayWait;
+    if (m_isWaiting) {
+        connect(taskkill, &QObject::destroyed, this, [this, run] { startTool(run, true); });
+        QTimer::singleShot(TaskkillEndMs, this, [this, run] { startTool(run, false); });
+        return;
+    }
+    const QStringList arguments{bottleName, Paths::processWindowTool()};
+    qDebug() << "launch:" << Paths::launcherScript() << arguments;
+    monitorProcess.start(Paths::launcherScript(), arguments);
 }
 
 /// One line for each notification, so that whoever hears of a cycle may stop, start again or delete things
@@ -83,17 +113,10 @@ void WineExeProcessMonitor::onProcessListUpdate(const QMap<QString, QString>& pr
 
 void WineExeProcessMonitor::stop() {
     startTime = 0;  // the end of the process is not to be told a second time
-    auto* taskkill = new QProcess;
-    connect(taskkill, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), taskkill,
-            &QObject::deleteLater);
-    // Only Wine can end a program inside the bottle.
-    taskkill->start(Paths::launcherScript(),
-                    {bottleName, "taskkill.exe", "/f", "/im", "enum_process_window.exe"});
-    if (!taskkill->waitForStarted(TaskkillStartMs)) {
-        qWarning() << "taskkill.exe for enum_process_window lauch failed";
-        if (taskkill->state() == QProcess::NotRunning)
-            taskkill->deleteLater();
-    }
+    m_isWaiting = false;
+    shared().watching.remove(bottleName, this);
+    if (!shared().watching.contains(bottleName))
+        killTool();
     if (monitorProcess.isOpen())
         monitorProcess.close();
     if (monitorProcess.state() != QProcess::NotRunning) {
@@ -102,10 +125,29 @@ void WineExeProcessMonitor::stop() {
     }
 }
 
+/// Only Wine can end a program inside the bottle.
+void WineExeProcessMonitor::killTool() {
+    auto* taskkill = new QProcess;
+    connect(taskkill, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), taskkill,
+            &QObject::deleteLater);
+    const QString bottle = bottleName;
+    shared().taskkills.insert(bottle, taskkill);
+    connect(taskkill, &QObject::destroyed, QCoreApplication::instance(),
+            [bottle, taskkill] { shared().taskkills.remove(bottle, taskkill); });
+    taskkill->start(Paths::launcherScript(),
+                    {bottleName, "taskkill.exe", "/f", "/im", "enum_process_window.exe"});
+    if (!taskkill->waitForStarted(TaskkillStartMs)) {
+        qWarning() << "taskkill.exe for enum_process_window lauch failed";
+        if (taskkill->state() == QProcess::NotRunning)
+            taskkill->deleteLater();
+    }
+}
+
 void WineExeProcessMonitor::onMonitorFinished() {
     if (startTime == 0)
         return;
     qInfo() << "Monitor process quit";
     startTime = 0;
+    shared().watching.remove(bottleName, this);
     Q_EMIT appQuit();
 }

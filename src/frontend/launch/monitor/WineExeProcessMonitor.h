@@ -17,12 +17,14 @@ public:
     /// Stops.
     ~WineExeProcessMonitor() override;
 
+    /// Lets a taskkill that is still on its way into the bottle arrive first, or it would end the new tool.
     void start(const QString& bottleName);
     /// From start() to stop(), appQuit() or the death of the tool.
     bool isWatching() const { return startTime != 0 && monitorProcess.state() != QProcess::NotRunning; }
 
     /// Nothing is told afterwards. May be called at any time. Waits at most 200 ms for a child to start and
-    /// for the end of another that is killed.
+    /// for the end of another that is killed. While others watch the same bottle nothing is killed in it by
+    /// name: the tool ends itself soon after nobody reads it any more.
     void stop();
 
     bool crashed = false;     ///< a crash was seen since the last start
@@ -41,6 +43,8 @@ private Q_SLOTS:
                              const QList<QPair<QString, QString>>& windowList);
 
 private:
+    void startTool(int run, bool mayWait);
+    void killTool();
     void onMonitorFinished();
 
     QProcess monitorProcess;
@@ -48,5 +52,6 @@ private:
     QString bottleName;
     MonitorProtocol m_protocol;
     MonitorCycle m_cycle;
-    int m_run = 0;  ///< counts the starts
+    int m_run = 0;             ///< counts the starts
+    bool m_isWaiting = false;  ///< for a taskkill to end
 };
