@@ -85,6 +85,9 @@ PROGRAMS = [
     ([], program(overlay=ZIP)),
     ([], compound(bytes(16), elsewhere=MSI)),
     (["Library: .NET(v4.0.30319)"], net(text=EVERY_WORD.replace(wide(KEY), b""))),
+    # So many signs that going through them one by one would take too long.
+    ([], program(overlay=b"x" + NSIS * 250000)),
+    (["Loader: .NET Core host"], program(overlay=(bytes(8) + BUNDLE) * 120000)),
     ([], b"MZ"),
     ([], b"MZ" + b"\xff" * 100),
     ([], program(section=".wixburn")[:0x150]),

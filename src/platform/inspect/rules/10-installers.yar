@@ -13,7 +13,7 @@ rule nsis {
   condition:
     // Unpackers hold the magic number too; a setup has it at the beginning of a block of 512 bytes behind its sections.
     pe.is_pe and #version >= 0 and (
-      (pe.overlay.size > 0 and for any i in (1..#header) : (@header[i] >= pe.overlay.offset and @header[i] % 512 == 4)) or
+      (pe.overlay.size > 0 and for any i in (0..16) : ($header at ((pe.overlay.offset + 511) \ 512 + i) * 512 + 4)) or
       for any resource in pe.resources : (resource.type == pe.RESOURCE_TYPE_MANIFEST and
         $manifest in (resource.offset..resource.offset + resource.length)))
 }

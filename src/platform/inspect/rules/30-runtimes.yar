@@ -74,8 +74,8 @@ rule dotnet_bundle {
   strings:
     $bundle = { 8B 12 02 B9 6A 61 20 38 72 7B 93 02 14 D7 A0 32 13 F5 B9 E6 EF AE 33 18 EE 3B 2D CE 24 B3 6A AE }
   condition:
-    pe.is_pe and not dotnet.is_dotnet and
-    for any i in (1..#bundle) : (uint32(@bundle[i] - 8) != 0 or uint32(@bundle[i] - 4) != 0)
+    pe.is_pe and not dotnet.is_dotnet and $bundle and
+    (uint32(@bundle - 8) != 0 or uint32(@bundle - 4) != 0)
 }
 
 rule dotnet_host {
