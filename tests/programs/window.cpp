@@ -1,6 +1,14 @@
 // Shows one window, titled by the first argument, and ends with 0 when it is closed; with a second argument
-// it goes on for a minute without one.
+// it goes on for a minute without one. Built with PART it needs a library.
 #include <windows.h>
+
+#ifdef PART
+extern "C" __declspec(dllimport) int PART();
+#else
+static int PART() {
+    return 0;
+}
+#endif
 
 namespace {
 
@@ -44,5 +52,5 @@ int wmain(int argc, wchar_t** argv) {
     }
     if (argc > 2)
         Sleep(60000);
-    return static_cast<int>(message.wParam);
+    return static_cast<int>(message.wParam) + PART();
 }

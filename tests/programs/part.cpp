@@ -1,0 +1,16 @@
+// A library that programs need and Windows does not bring. Built under the names of real ones, since those are
+// what a repair knows; with NEXT it needs another one itself.
+#include <windows.h>
+
+extern "C" {
+#ifdef NEXT
+__declspec(dllimport) int NEXT();
+__declspec(dllexport) int PART() {
+    return NEXT();
+}
+#else
+__declspec(dllexport) int PART() {
+    return 0;
+}
+#endif
+}
