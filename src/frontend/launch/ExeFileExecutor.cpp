@@ -65,6 +65,7 @@ void ExeFileExecutor::connectParts() {
             Qt::QueuedConnection);
     connect(m_monitor, &WineExeProcessMonitor::appStart, this, &ExeFileExecutor::onAppStart);
     connect(m_monitor, &WineExeProcessMonitor::appQuit, this, &ExeFileExecutor::onAppQuit);
+    connect(m_monitor, &WineExeProcessMonitor::processListUpdate, this, &ExeFileExecutor::onProcesses);
     connect(m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
     connect(m_queue, &DependencyInstallQueue::emitMsg, this, &ExeFileExecutor::emitMsg);
     connect(m_queue, &DependencyInstallQueue::emitStep, this, &ExeFileExecutor::emitStep);
@@ -231,7 +232,7 @@ void ExeFileExecutor::launch() {
     Q_EMIT emitStep(tr("Launching"), MsgLine);
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);
     m_awaited = Awaited::Nothing;
-    m_installFailed = m_scriptFailed = m_finished = false;
+    m_installFailed = m_scriptFailed = m_hasLetGo = m_finished = false;
     ++m_starts;
     closeLauncher();
     m_launcher->setBottle(m_bottlesName);

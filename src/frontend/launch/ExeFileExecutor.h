@@ -96,6 +96,7 @@ private:
     void onTick();
     void onAppStart();
     void onAppQuit();
+    void onProcesses(const QMap<QString, QString>& processes);
     void onLauncherFinished(int exitCode, QProcess::ExitStatus status);
     void onLauncherError(QProcess::ProcessError error);
 
@@ -110,6 +111,7 @@ private:
     WineLauncher* m_launcher;
     bool m_installFailed = false;  ///< by the log of the last start
     bool m_scriptFailed = false;   ///< the launch script could not be started
+    bool m_hasLetGo = false;       ///< the first process has ended before there was a window
     bool m_autoFix = false;
     QStringList m_components;  ///< that are to be tried
     QStringList m_fonts;

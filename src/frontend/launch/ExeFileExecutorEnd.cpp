@@ -43,9 +43,16 @@ void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus stat
     qInfo() << "============ app finished ============";
     // Most installers and launchers start another process and go, all is well, before there is a window. The
     // monitor tells what becomes of it, and always comes to an end.
-    if (status == QProcess::NormalExit && exitCode == 0 && m_monitor->isWatching() && !m_monitor->windowSeen)
-        return;
-    onExeFinished(status == QProcess::NormalExit ? exitCode : LauncherExit::NotStarted);
+    m_hasLetGo =
+        status == QProcess::NormalExit && exitCode == 0 && m_monitor->isWatching() && !m_monitor->windowSeen;
+    if (!m_hasLetGo)
+        onExeFinished(status == QProcess::NormalExit ? exitCode : LauncherExit::NotStarted);
+}
+
+/// Nothing was left behind: sooner known here than to the monitor, which allows for a slow start.
+void ExeFileExecutor::onProcesses(const QMap<QString, QString>& processes) {
+    if (m_hasLetGo && processes.isEmpty() && !m_monitor->windowSeen)
+        onExeFinished(0);
 }
 
 void ExeFileExecutor::onLauncherError(QProcess::ProcessError error) {
@@ -63,6 +70,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     }
     qInfo() << "exe finished: " << exitCode;
     m_secondTimer->stop();
+    m_hasLetGo = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
     LaunchFacts found = facts(exitCode);

@@ -88,6 +88,25 @@ private Q_SLOTS:
                               "1 Fixing", "2 Fixing ... 0%", "2 Setup Success"}));
     }
 
+    /// Refused, failed, and a service that goes in the middle: each is the end of one component.
+    void noReport() {
+        DependencyInstallQueue repair;
+        QStringList words;
+        connect(&repair, &DependencyInstallQueue::emitMsg, this,
+                [&words](const QString& line) { words.append(line.section(' ', -1)); });
+        QSignalSpy done(&repair, &DependencyInstallQueue::done);
+        fake->setError("installDependency:b", "no");
+        repair.install("b", {"x"});
+        QTRY_COMPARE(done.size(), 1);
+        fake->setAnswers("installDependency:b", {{{"text", "{\"ok\":false}"}}, {{"text", ""}}});
+        repair.install("b", {"y", "z"});
+        QVERIFY(!fake->waitForCall("installDependency", 3).method.isEmpty());
+        QCOMPARE(done.size(), 1);
+        fake->kill();
+        QTRY_COMPARE(done.size(), 2);
+        QCOMPARE(words, QStringList({"x", "Failed", "y", "Failed", "z", "Failed"}));
+    }
+
     void progress() {
         DependencySetupProgressEmitter emitter("b", "x");
         QSignalSpy shown(&emitter, &DependencySetupProgressEmitter::valueChanged);
