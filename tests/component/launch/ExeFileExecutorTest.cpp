@@ -51,27 +51,33 @@ const char Gecko[] =
 const char Crash[] = "trace:seh:start_debugger Starting debugger L\"x\"\n";
 const char Font[] = "warn:file:x L\"\\\\??\\\\C:\\\\windows\\\\Fonts\\\\simsun.ttc\" not found\n";
 
-/// What the rows call the longer messages.
-const QVector<QPair<QString, QString>> Words{
-    {"M1 Parsing wine logs and fix application", "parse"},
-    {"S1 Launching|M2 Launching a.exe", "launch"},
-    {"M1 Seems application has finished, exit code: ", "ended "},
-    {", and app not been launched", " without window"},
-    {"M1 No any fixing applied, launch failed", "nothing fixed"},
-    {"M1 No any fixing applied, but seems app not crashed", "not crashed"},
-    {"M2 Fix: install components gecko|S1 Fixing|S2 Fixing ... 0%", "install gecko"},
-    {"M1 Try to install components:|M1 gecko", "needs gecko"},
-    {"M1 This application missing fonts: ", "fonts "},
-    {"M2 App run failed, try to using lumora-wine-staging and relaunch|S1 Fixing", "switch"},
-    {"M1 Switch runner success, relaunch program...", "switched"},
-    {"M1 Application is not running as expected, try to using lumora-wine-staging and relaunch",
-     "try staging"},
-    {"S1 Initializing Envrironment|M1 Choose wine version: lumora-wine10-stable", "new"},
-    {"M1 lumora-wine10-stable is not installing, try to download now", "download"},
-    {"M0 Download failed, fallback to lumora-wine10-stable", "fallback"},
-    {"M1 lumora-wine10-stable has downloaded", "downloaded"},
-    {"M2 Start initializing envrionment, please wait...", "create"},
+// clang-format off
+/// What the rows call the longer messages, and what of that goes together.
+const QStringList Words{
+    "M1 Parsing wine logs and fix application", "parse",
+    "S1 Initializing Envrironment|", "",
+    "S1 Launching|M2 Launching a.exe", "launch",
+    "M1 Seems application has finished, exit code: ", "ended ",
+    ", and app not been launched", " unseen",
+    "M1 No any fixing applied, launch failed|failed 0 0", "lost",
+    "M1 No any fixing applied, but seems app not crashed|succeeded", "won",
+    "window|parse|ended 0|won", "ran",
+    "M1 Try to install components:|M1 gecko", "gecko",
+    "M1 This application missing fonts: ", "fonts ",
+    "fixing|M2 Fix: install components gecko|S1 Fixing|S2 Fixing ... 0%|M2 Setup ", "setup ",
+    "M2 App run failed, try to using lumora-wine-staging and relaunch|S1 Fixing", "switch",
+    "fixing|switch|M1 Switch runner success, relaunch program...", "switched",
+    "M1 Application is not running as expected, try to using lumora-wine-staging and relaunch", "staging?",
+    "M1 Choose wine version: lumora-wine10-stable", "new",
+    "M1 lumora-wine10-stable is not installing, try to download now", "download",
+    "M0 Download failed, fallback to lumora-wine10-stable", "fallback",
+    "M2 Downloading lumora-wine10-stable: 33%|M1 lumora-wine10-stable has downloaded", "downloaded",
+    "M2 Downloading lumora-wine10-stable: 33%|fallback", "half|fallback",
+    "M2 Start initializing envrionment, please wait...", "create",
+    "M1 Try to fix application with those components:|M1 - gecko", "prepared",
+    "M1 This application is a console application, launch in terminal", "terminal",
 };
+// clang-format on
 
 }  // namespace
 
@@ -121,8 +127,8 @@ class ExeFileExecutorTest : public QObject {
 
     QString told() const {
         QString text = m_told.join('|');
-        for (const auto& word : Words)
-            text.replace(word.first, word.second);
+        for (int i = 0; i < Words.size(); i += 2)
+            text.replace(Words[i], Words[i + 1]);
         return text;
     }
 
@@ -200,72 +206,47 @@ private Q_SLOTS:
     void launches_data() {
         QTest::addColumn<QString>("program");
         QTest::addColumn<QStringList>("logs");
-        QTest::addColumn<QString>("how");  // "staging" is known or "stagingUsed"; "public"; "stored"
-        QTest::addColumn<int>("repairs");
+        QTest::addColumn<QString>("how");  // "staging" is known or "stagingUsed"; "public"; "stored"; "fixup"
         QTest::addColumn<QString>("expected");
         const auto row = [](const char* name, const char* program, const QStringList& logs, const char* how,
-                            int repairs, const char* expected) {
-            QTest::newRow(name) << program << logs << how << repairs << expected;
+                            const char* expected) {
+            QTest::newRow(name) << program << logs << how << expected;
         };
-        const QString none;
-        row("window", "show", {}, "", 0, "launch|window|parse|ended 0|not crashed|succeeded");
-        row("exit code after a window", "show; (exit 7)", {}, "", 0,
-            "launch|window|parse|ended 7|not crashed|succeeded");
-        row("no window", "(exit 53)", {}, "", 0,
-            "launch|parse|ended 53 without window|nothing fixed|failed 0 0");
-        row("no window, code 0", ":", {}, "", 0,
-            "launch|parse|ended 0 without window|nothing fixed|failed 0 0");
-        row("first process lets go", "touch alive; { sleep 0.3; show; rm -f alive; } & touch alive; exit 0",
-            {}, "", 0, "launch|window|parse|ended 0|not crashed|succeeded");
-        row("outlives its window", "show; wait_for close", {}, "", 0,
-            "launch|window|parse|ended 0|not crashed|succeeded");
-        row("repair, offered and not taken", "(exit 53)", {Gecko}, "", 0,
-            "launch|parse|needs gecko|ended 53 without window|failed 1 0");
-        row("repair helps", "[ $RUN = 2 ] && show || (exit 53)", {Gecko}, "", 1,
-            "launch|parse|needs gecko|ended 53 without window|failed 1 0|fixing|install gecko|"
-            "M2 Setup Success|launch|window|parse|ended 0|not crashed|succeeded");
-        row("repair does not help", "(exit 53)", {Gecko, Gecko}, "staging", 9,
-            "launch|parse|needs gecko|ended 53 without window|failed 1 0|fixing|install gecko|"
-            "M2 Setup Success|launch|parse|ended 53 without window|nothing fixed|failed 0 0");
-        row("repair of one that outlives its window", "[ $RUN = 2 ] || { show; wait_for close; }",
-            {Gecko, none}, "", 1,
-            "launch|window|parse|needs gecko|ended 0|failed 1 0|fixing|install gecko|M2 Setup Success|"
-            "launch|parse|ended 0 without window|nothing fixed|failed 0 0");
-        row("repair uncovers the next", "[ $RUN != 1 ] && show || (exit 53)", {Gecko, Font}, "", 1,
-            "launch|parse|needs gecko|ended 53 without window|failed 1 0|fixing|install gecko|"
-            "M2 Setup Success|launch|window|parse|fonts simsun.ttc|ended 0|fixing|launch|window|parse|ended "
-            "0|"
-            "not crashed|succeeded");
-        row("fonts only, of one that ran", "show", {Font}, "", 0,
-            "launch|window|parse|fonts simsun.ttc|ended 0|failed 1 1");
-        row("crash without a finding", "(exit 5)", {Crash}, "", 0,
-            "launch|parse|M0 Detech crash in wine logs|ended 5 without window|nothing fixed|failed 0 0");
-        row("setup failed behind a window", "show", {"err:setupapi:x\n"}, "", 0,
-            "launch|window|parse|ended 0|nothing fixed|failed 0 0");
-        row("staging helps", "[ $RUN = 2 ] && show || (exit 1)", {}, "staging", 1,
-            "launch|parse|ended 1 without window|try staging|failed 1 0|fixing|switch|switched|launch|"
-            "window|parse|ended 0|not crashed|succeeded");
-        row("staging does not help", "(exit 1)", {}, "staging", 9,
-            "launch|parse|ended 1 without window|try staging|failed 1 0|fixing|switch|switched|launch|"
-            "parse|ended 1 without window|nothing fixed|failed 0 0");
-        row("staging is in use", "(exit 1)", {}, "stagingUsed", 9,
-            "launch|parse|ended 1 without window|try staging|failed 1 0|failed 0 0");
-        row("stored, staging known", "(exit 1)", {}, "stored staging", 9,
-            "launch|launch|parse|ended 1 without window|failed 0 0");
-        row("public", "(exit 1)", {Gecko}, "public staging", 9,
-            "launch|ended 1 without window|nothing fixed|failed 0 0");
-        row("fixup of a public one", "(exit 1)", {}, "public fixup", 0,
-            "M1 Try to fix application with those components:|M1 - gecko|fixing|install gecko|"
-            "M2 Setup Success|launch|ended 1 without window|nothing fixed|failed 0 0");
-        row("fixup", "show", {Gecko}, "fixup", 0,
-            "M1 Try to fix application with those components:|M1 - gecko|fixing|install gecko|"
-            "M2 Setup Success|launch|window|parse|ended 0|not crashed|succeeded");
+        const char dies[] = "(exit 1)", second[] = "[ $RUN != 1 ] && show || (exit 1)";
+        row("window", "show", {}, "", "launch|ran");
+        row("code behind a window", "show; exit 7", {}, "", "launch|window|parse|ended 7|won");
+        row("no window", dies, {}, "", "launch|parse|ended 1 unseen|lost");
+        row("no window, code 0", ":", {}, "", "launch|parse|ended 0 unseen|lost");
+        row("lets go", "touch alive; { sleep 0.3; show; rm -f alive; } & exec true", {}, "", "launch|ran");
+        row("outlives its window", "show; wait_for close", {}, "", "launch|ran");
+        row("repair not taken", dies, {Gecko}, "ask", "launch|parse|gecko|ended 1 unseen|failed 1 0");
+        row("repair helps", second, {Gecko}, "",
+            "launch|parse|gecko|ended 1 unseen|failed 1 0|setup Success|launch|ran");
+        row("repair does not help", dies, {Gecko, Gecko}, "staging",
+            "launch|parse|gecko|ended 1 unseen|failed 1 0|setup Success|launch|parse|ended 1 unseen|lost");
+        row("repair of one that stays", "[ $RUN = 2 ] || { show; wait_for close; }", {Gecko}, "",
+            "launch|window|parse|gecko|ended 0|failed 1 0|setup Success|launch|parse|ended 0 unseen|lost");
+        row("repair uncovers the next", second, {Gecko, Font}, "",
+            "launch|parse|gecko|ended 1 unseen|failed 1 0|setup Success|launch|window|parse|"
+            "fonts simsun.ttc|ended 0|fixing|launch|ran");
+        row("fonts only", "show", {Font}, "ask", "launch|window|parse|fonts simsun.ttc|ended 0|failed 1 1");
+        row("crash", dies, {Crash}, "", "launch|parse|M0 Detech crash in wine logs|ended 1 unseen|lost");
+        row("setup failed", "show", {"err:setupapi:x\n"}, "", "launch|window|parse|ended 0|lost");
+        row("staging helps", second, {}, "staging",
+            "launch|parse|ended 1 unseen|staging?|failed 1 0|switched|launch|ran");
+        row("staging does not help", dies, {}, "staging",
+            "launch|parse|ended 1 unseen|staging?|failed 1 0|switched|launch|parse|ended 1 unseen|lost");
+        row("staging in use", dies, {}, "stagingUsed",
+            "launch|parse|ended 1 unseen|staging?|failed 1 0|failed 0 0");
+        row("stored", dies, {}, "stored staging", "launch|launch|parse|ended 1 unseen|failed 0 0");
+        row("public", dies, {Gecko}, "public staging", "launch|ended 1 unseen|lost");
+        row("fixup, public", dies, {}, "public fixup", "prepared|setup Success|launch|ended 1 unseen|lost");
+        row("fixup", "show", {Gecko}, "fixup", "prepared|setup Success|launch|ran");
     }
     void launches() {
         QFETCH(QString, program);
         QFETCH(QStringList, logs);
         QFETCH(QString, how);
-        QFETCH(int, repairs);
         const QString name = how.contains("public") ? "public/x" : privateBottleNameOf(m_file);
         m_service->setText("checkPublicBottles", how.contains("public") ? name : "");
         makeBottle(name, how.contains("stagingUsed") ? Staging : Stable);
@@ -274,7 +255,7 @@ private Q_SLOTS:
             writeBottle(QString("log%1").arg(i + 1), logs[i].toUtf8());
         if (how.contains("staging"))
             ComponentManager::instance()->runnerSupported = QStringList{Staging};
-        create(repairs);
+        create(how == "ask" ? 0 : 9);
         if (how.contains("stored") || how.contains("fixup")) {
             m_executor->setFirstRun(0);
             m_executor->setAppName("a.exe");
@@ -288,13 +269,12 @@ private Q_SLOTS:
             m_executor->start();
         }
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
-        const QString start = "S1 Initializing Envrironment|";
-        QTEST(told().startsWith(start) ? told().mid(start.size()) : told(), "expected");
+        QTEST(told(), "expected");
         // A result is the last word, and links are looked for once before it.
         m_executor->onExeFinished(0);
         QCoreApplication::sendPostedEvents();
         QCOMPARE(m_results, 1);
-        const bool isFinal = told().contains("nothing fixed") || told().contains("not crashed");
+        const bool isFinal = told().contains("lost") || told().endsWith("ran") || told().endsWith("won");
         QCOMPARE(m_service->calls("scanApplicationLinks").size(), int(isFinal));
         QCOMPARE(m_service->calls("setRunner").size(), told().count("switched"));
     }
@@ -311,31 +291,25 @@ private Q_SLOTS:
         m_executor->applyFix();  // in vain
         m_service->release();
         QTRY_COMPARE(m_results, 1);
-        QVERIFY(told().endsWith("ended 0|not crashed|succeeded"));
+        QVERIFY(told().endsWith("ran"));
     }
 
     void runnerAndBottle_data() {
-        QTest::addColumn<QString>("install");  // the answer, or "kill" for a service that dies
+        QTest::addColumn<QString>("install");  // the answer
         QTest::addColumn<int>("signal");       // success of the signal; -1 for none
         QTest::addColumn<QString>("creation");
         QTest::addColumn<QString>("expected");
-        const QString end = "|launch|parse|ended 67 without window|nothing fixed|failed 0 0";
-        QTest::newRow("installed") << "{\"ok\":true}" << 1 << "{\"ok\":true}"
-                                   << "download|M2 Downloading lumora-wine10-stable: 33%|downloaded|create" +
-                                          end;
-        QTest::newRow("failed") << "{\"ok\":true}" << 0 << "no json"
-                                << "download|M2 Downloading lumora-wine10-stable: 33%|fallback|create" + end;
-        QTest::newRow("refused") << "{\"ok\":false}" << -1 << "error"
-                                 << "download|fallback|create" + end;
-        QTest::newRow("error") << "error" << -1 << "{\"ok\":false}"
-                               << "download|fallback|create" + end;
-        QTest::newRow("killed") << "kill" << -1 << ""
-                                << "download|fallback|create" + end;
-        QTest::newRow("vanishes") << "vanish" << -1 << ""
-                                  << "download|fallback|create" + end;
-        QTest::newRow("creation dies")
-            << "{\"ok\":true}" << 1 << "vanish"
-            << "download|M2 Downloading lumora-wine10-stable: 33%|downloaded|create" + end;
+        const auto row = [](const char* name, const char* install, int signal, const char* creation,
+                            const char* expected) {
+            QTest::newRow(name) << install << signal << creation << expected;
+        };
+        row("installed", "{\"ok\":true}", 1, "{\"ok\":true}", "downloaded");
+        row("failed", "{\"ok\":true}", 0, "no json", "half|fallback");
+        row("refused", "{\"ok\":false}", -1, "error", "fallback");
+        row("error", "error", -1, "{\"ok\":false}", "fallback");
+        row("killed", "kill", -1, "", "fallback");
+        row("vanishes", "vanish", -1, "", "fallback");
+        row("creation dies", "{\"ok\":true}", 1, "vanish", "downloaded");
     }
     void runnerAndBottle() {
         QFETCH(QString, install);
@@ -370,76 +344,59 @@ private Q_SLOTS:
         }
         // A bottle that was not made makes the script say so; nothing else has an end here.
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
-        QString line = told().remove("new|");
+        QString line = told();
         line.replace("ended 0 ", "ended 67 ");  // the monitor's script may be the first to say it
-        QTEST(line, "expected");
+        QFETCH(QString, expected);
+        QCOMPARE(line, "new|download|" + expected + "|create|launch|parse|ended 67 unseen|lost");
         QCOMPARE(m_results, 1);
     }
 
-    /// The service dies while a repair is under way, and does not come back.
-    void serviceGoneInRepair_data() {
+    /// The service dies, or the executor, while something is awaited.
+    void interrupted_data() {
+        QTest::addColumn<QString>("call");  // that is under way
         QTest::addColumn<QString>("log");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("components") << QString(Gecko)
-                                    << "install gecko|M2 Setup Failed|launch|parse|ended 1 without window|"
-                                       "nothing fixed|failed 0 0";
-        QTest::newRow("runner") << QString() << "switch|nothing fixed|failed 0 0";
+        QTest::addColumn<QString>("expected");  // of the service's death; else it is the executor that dies
+        const auto row = [](const char* name, const char* call, const char* log, const char* expected) {
+            QTest::newRow(name) << call << log << expected;
+        };
+        row("components", "installDependency", Gecko, "setup Failed|launch|parse|ended 1 unseen|lost");
+        row("switch", "setRunner", "", "fixing|switch|lost");
+        row("links", "scanApplicationLinks", "", "ended 1 unseen|lost");
+        row("delete: choosing", "checkPublicBottles", "", "");
+        row("delete: running", "get", "", "");
+        row("delete: links", "scanApplicationLinks", "", "");
+        row("delete: switch", "setRunner", "", "");
+        row("delete: components", "installDependency", Gecko, "");
     }
-    void serviceGoneInRepair() {
+    void interrupted() {
+        QFETCH(QString, call);
         QFETCH(QString, log);
         QFETCH(QString, expected);
-        ComponentManager::instance()->runnerSupported = QStringList{Staging};
         makeBottle(privateBottleNameOf(m_file));
         writeBottle("program", "(exit 1)");
         writeBottle("log1", log.toUtf8());
-        for (const char* method : {"installDependency", "setRunner"})
-            m_service->setHeld(method, "{}");
-        create(1);
-        m_bottle = "none of the answers";  // of react()
-        m_executor->start();
-        QVERIFY(!m_service->waitForCall(log.isEmpty() ? "setRunner" : "installDependency", 1, LaunchMs)
-                     .method.isEmpty());
-        m_service->kill();
-        QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
-        QVERIFY2(told().endsWith(expected), qPrintable(told()));
-        QCOMPARE(m_results, 1);
-    }
-
-    void deletedInEachState_data() {
-        QTest::addColumn<QString>("call");
-        QTest::addColumn<QString>("log");
-        QTest::newRow("choosing") << "checkPublicBottles"
-                                  << "";
-        QTest::newRow("running") << "get"
-                                 << "";
-        QTest::newRow("links") << "scanApplicationLinks"
-                               << "";
-        QTest::newRow("runner") << "setRunner"
-                                << "";
-        QTest::newRow("components") << "installDependency" << QString(Gecko);
-    }
-    void deletedInEachState() {
-        QFETCH(QString, call);
-        QFETCH(QString, log);
-        makeBottle(privateBottleNameOf(m_file));
-        writeBottle("program", call == "scanApplicationLinks" ? "show" : "(exit 1)");
-        writeBottle("log1", log.toUtf8());
         if (call == "setRunner")
             ComponentManager::instance()->runnerSupported = QStringList{Staging};
-        if (call == "checkPublicBottles" || call == "scanApplicationLinks")
+        if (call != "get")
             m_service->setHeld(call, "");
         create(1);
-        m_bottle = "none of the answers";
+        m_bottle = "none of the answers";  // of react()
         if (call != "checkPublicBottles")
             m_executor->start();
         QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
-        const int results = m_results;
+        if (!expected.isEmpty()) {
+            m_service->kill();
+            QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
+            QVERIFY2(told().endsWith(expected), qPrintable(told()));
+            QCOMPARE(m_results, 1);
+            return;
+        }
         m_executor.reset();
         m_service->release();
         Q_EMIT BottlesConfig::instance()->component_setup_done(m_bottle, "runner", Staging, "");
         QCoreApplication::sendPostedEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(m_results, results);
+        QCOMPARE(m_results, 0);
     }
 
     void unreadableFile() {
@@ -465,10 +422,7 @@ private Q_SLOTS:
         create();
         m_executor->start();
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
-        QCOMPARE(
-            told().section('|', 2),
-            QString("M1 This application is a console application, launch in terminal|window|parse|ended "
-                    "70|not crashed|succeeded"));
+        QVERIFY2(told().endsWith("terminal|window|parse|ended 70|won"), qPrintable(told()));
         QVERIFY(!QFile::exists(m_directory + "/watches"));
     }
 };

@@ -83,70 +83,51 @@ private Q_SLOTS:
 
     void findings_data() {
         QTest::addColumn<int>("mask");
-        QTest::addColumn<QString>("found");  // components / fonts, separated by blanks
-        QTest::addColumn<bool>("firstRun");
-        QTest::addColumn<bool>("autoFix");
-        QTest::addColumn<QString>("runtime");  // version and component
-        QTest::addColumn<QString>("tried");
-        QTest::addColumn<QString>("left");
-        QTest::addColumn<QString>("messages");
-        const auto row = [](const char* name, int mask, const char* found, const char* how,
-                            const char* runtime, const char* tried, const char* left, const char* messages) {
-            QTest::newRow(name) << mask << found << !strchr(how, 's') << !!strchr(how, 'a') << runtime
-                                << tried << left << messages;
+        QTest::addColumn<QString>("how");    // s: stored program, a: repairs by itself
+        QTest::addColumn<QString>("names");  // found/fonts/runtime's version/its component/tried/tried fonts
+        QTest::addColumn<QString>("expected");
+        const auto row = [](int mask, const char* how, const char* names, const char* expected) {
+            QTest::addRow("%d%s %s", mask, how, names) << mask << how << names << expected;
         };
         const int mono = LogMissingMono;
-        row("nothing", 1, "/", "", "", "/", "/", "");
-        row("components in order", 2, "b a/", "", "", "/", "a b/", "1 Try to install components:|1 a\nb");
-        row("crash and failed setup", LogCrash | LogSetupApiError, "/", "", "", "/", "/ failed",
-            "0 Detech crash in wine logs");
-        row("the same, stored", LogCrash | LogSetupApiError, "/", "s", "", "/", "/", "");
-        row("runtime of unknown version", mono, "/", "", "", "/", "mono9/",
-            "1 Try to install components:|1 mono9");
-        row("runtime of the file first, once", mono, "dotnet48 a/", "", "4.0 dotnet48", "/", "dotnet48 a/",
-            "1 This application need .NET Framework 4.0.|1 Try to install components:|1 dotnet48\na");
-        row("runtime, stored", mono, "a/", "s", "", "/", "mono9 a/",
-            "1 Try to install components:|1 mono9\na");
-        row("no runtime by itself", mono, "a/", "a", "4.0 dotnet48", "/", "a/",
-            "1 Try to install components:|1 a");
-        row("runtime tried", mono, "/", "", "", "mono9/", "/", "1 Try to install components:|1 mono9");
-        row("tried", 6, "a b/x y", "", "", "a/x", "b/y",
-            "1 This application missing fonts: y|1 Try to install components:|1 b");
-        row("all tried", 6, "a/x", "a", "", "a/x", "/", "");
-        row("fonts", 4, "/y x", "", "", "/", "/x y", "1 This application missing fonts: x,y");
-        row("fonts, stored", 4, "/x", "s", "", "/", "/", "");
+        row(1, "", "/////", "/");
+        row(2, "", "b a/////", "a b/|1 Try to install components:|1 a\nb");
+        row(LogCrash | LogSetupApiError, "", "/////", "/ failed|0 Detech crash in wine logs");
+        row(LogCrash | LogSetupApiError, "s", "/////", "/");
+        row(mono, "", "/////", "mono9/|1 Try to install components:|1 mono9");
+        row(mono, "", "dotnet48 a//4.0/dotnet48//",
+            "dotnet48 a/|1 This application need .NET Framework 4.0.|1 Try to install components:|1 "
+            "dotnet48\na");
+        row(mono, "s", "a/////", "mono9 a/|1 Try to install components:|1 mono9\na");
+        row(mono, "a", "a//4.0/dotnet48//", "a/|1 Try to install components:|1 a");
+        row(mono, "", "////mono9/", "/|1 Try to install components:|1 mono9");
+        row(6, "", "a b/x y///a/x",
+            "b/y|1 This application missing fonts: y|1 Try to install components:|1 b");
+        row(6, "a", "a/x///a/x", "/");
+        row(4, "", "/y x////", "/x y|1 This application missing fonts: x,y");
+        row(4, "s", "/x////", "/");
     }
     void findings() {
         QFETCH(int, mask);
-        QFETCH(QString, found);
-        QFETCH(QString, runtime);
-        QFETCH(QString, tried);
-        const auto words = [](const QString& text, int part) {
-            return text.section('/', part, part).split(' ', Qt::SkipEmptyParts);
+        QFETCH(QString, how);
+        QFETCH(QString, names);
+        const auto words = [&names](int part) {
+            return names.section('/', part, part).split(' ', Qt::SkipEmptyParts);
         };
         WineLogParser log;
-        for (const QString& component : words(found, 0))
+        for (const QString& component : words(0))
             log.missingComponents.insert(component);
-        for (const QString& font : words(found, 1))
+        for (const QString& font : words(1))
             log.missingFonts.insert(font);
         log.monoMissing = mask & LogMissingMono;
-        LogFindings::Asked asked;
-        QFETCH(bool, firstRun);
-        asked.isFirstRun = firstRun;
-        QFETCH(bool, autoFix);
-        asked.autoFix = autoFix;
-        asked.dotnetVersion = runtime.section(' ', 0, 0);
-        asked.requiredComponent = runtime.section(' ', 1);
-        asked.triedComponents = words(tried, 0);
-        asked.triedFonts = words(tried, 1);
+        const LogFindings::Asked asked{how != "s",        how == "a", words(2).value(0),
+                                       words(3).value(0), words(4),   words(5)};
         const LogFindings findings = LogFindings::of(log, mask, asked);
-        QTEST(findings.components.join(' ') + '/' + findings.fonts.join(' ') +
-                  (findings.installFailed ? " failed" : ""),
-              "left");
-        QStringList messages;
+        QString told = findings.components.join(' ') + '/' + findings.fonts.join(' ') +
+                       (findings.installFailed ? " failed" : "");
         for (const LaunchMessage& message : findings.messages)
-            messages << QString::number(message.type) + ' ' + message.text;
-        QTEST(messages.join('|'), "messages");
+            told += '|' + QString::number(message.type) + ' ' + message.text;
+        QTEST(told, "expected");
     }
 
     void linesAreShown() {
