@@ -167,9 +167,9 @@ void ExeFileExecutor::installRunner() {
     manager->disconnect(this);
     m_awaited = Awaited::Runner;
     manager->install(ComponentKind::runner(), m_runner, this, [this](const BusResult& answer) {
-        const bool refused = !answer.ok || !answer.object().value("ok").toBool(true);
-        if (refused && m_awaited == Awaited::Runner)
-            onWineInstalled(0, ComponentKind::runner(), m_runner, answer.errorMessage);
+        // The answer comes when all is done. The signal was there before, or never comes.
+        const QString error = answer.ok ? answer.object().value("error").toString() : answer.errorMessage;
+        onWineInstalled(int(answer.object().value("ok").toBool()), ComponentKind::runner(), m_runner, error);
     });
     connect(manager, &ComponentManager::installed, this, &ExeFileExecutor::onWineInstalled);
     connect(manager, &ComponentManager::updateProgress, this, &ExeFileExecutor::onWineDownload);

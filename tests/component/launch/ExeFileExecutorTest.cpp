@@ -305,6 +305,7 @@ private Q_SLOTS:
         };
         row("installed", "{\"ok\":true}", 1, "{\"ok\":true}", "downloaded");
         row("failed", "{\"ok\":true}", 0, "no json", "half|fallback");
+        row("answered", "{\"ok\":true}", -1, "", "M1 lumora-wine10-stable has downloaded");
         row("refused", "{\"ok\":false}", -1, "error", "fallback");
         row("error", "error", -1, "{\"ok\":false}", "fallback");
         row("killed", "kill", -1, "", "fallback");
@@ -324,6 +325,8 @@ private Q_SLOTS:
                 m_service->setText(method, text);
         };
         answer("Components.install", install);
+        if (signal >= 0)
+            m_service->setHeld("Components.install", install);
         answer("createBottles", creation);
         m_bottle = privateBottleNameOf(m_file);
         m_directory.clear();
@@ -341,6 +344,7 @@ private Q_SLOTS:
             Q_EMIT manager->installed(signal, "runner", Stable, "");
             Q_EMIT manager->installed(signal, "runner", Stable, "");
             Q_EMIT BottlesConfig::instance()->bottlesCreated("other", {});
+            m_service->release("install");
         }
         // A bottle that was not made makes the script say so; nothing else has an end here.
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
