@@ -40,7 +40,7 @@ void BottlesConfig::onDependencySetupDone(const QString& bottleName, const QStri
 void BottlesConfig::fireOrWatch(const QString& method, const QVariantList& arguments, QObject* context,
                                 const Handler& handler) {
     if (context)
-        BusCall::watch(*this, method, arguments, context, handler);
+        BusCall::watch(*this, method, arguments, context, handler, BusReply::Wanted::Ignored);
     else
         BusCall::fire(*this, method, arguments);
 }

@@ -38,11 +38,11 @@ void BusCall::fire(const QDBusAbstractInterface& proxy, const QString& method,
 }
 
 void BusCall::watch(const QDBusAbstractInterface& proxy, const QString& method, const QVariantList& arguments,
-                    QObject* context, const Handler& handler) {
+                    QObject* context, const Handler& handler, BusReply::Wanted wanted) {
     auto* watcher = new QDBusPendingCallWatcher(send(proxy, method, arguments), context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, handler] {
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, handler, wanted] {
         watcher->deleteLater();
-        handler(BusReply::fromMessage(watcher->reply()));
+        handler(BusReply::fromMessage(watcher->reply(), wanted));
     });
 }
 

@@ -24,7 +24,7 @@ void fire(const QDBusAbstractInterface& proxy, const QString& method, const QVar
 /// Returns at once; the handler runs in context's thread when the reply or the error is there, exactly once,
 /// or never when context is destroyed first. The proxy may go meanwhile.
 void watch(const QDBusAbstractInterface& proxy, const QString& method, const QVariantList& arguments,
-           QObject* context, const Handler& handler);
+           QObject* context, const Handler& handler, BusReply::Wanted wanted = BusReply::Wanted::Text);
 
 /// Waits with a live event loop: other slots run on top of the caller meanwhile. When owner (which may be
 /// null) is destroyed in one of them, or the program quits, the wait ends and the result is abandoned.
