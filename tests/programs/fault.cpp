@@ -1,5 +1,5 @@
-// Goes wrong in the way that the first argument names, or draws the text of the second: what Wine's log then
-// says is what the log's reader must understand.
+// Goes wrong in the way that the first argument names, or without one the file's own name behind "fault-", or
+// draws the text of the second argument: what Wine's log then says is what the log's reader must understand.
 #include <windows.h>
 
 #include <cwchar>
@@ -25,10 +25,38 @@ int drawText(const wchar_t* text) {
     return 0;
 }
 
+int useFont() {
+    return CreateFileW(L"C:\\windows\\Fonts\\simsun.ttc", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
+                       nullptr) == INVALID_HANDLE_VALUE
+               ? 0
+               : 5;
+}
+
+/// Long enough to be seen.
+void showWindow() {
+    CreateWindowExW(0, L"STATIC", L"Shown for a while", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 40, 40, 300, 100,
+                    nullptr, nullptr, nullptr, nullptr);
+    const ULONGLONG begin = GetTickCount64();
+    MSG message;
+    while (GetTickCount64() - begin < 5000) {
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+        Sleep(20);
+    }
+}
+
+std::wstring modeOfFile() {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring name = path;
+    const size_t begin = name.rfind(L"fault-");
+    return begin == std::wstring::npos ? L"" : name.substr(begin + 6, name.rfind(L'.') - begin - 6);
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    const std::wstring mode = argc > 1 ? argv[1] : L"";
+    const std::wstring mode = argc > 1 ? argv[1] : modeOfFile();
     if (mode == L"crash")
         *static_cast<volatile int*>(nullptr) = 1;
     if (mode == L"stub")
@@ -37,10 +65,11 @@ int wmain(int argc, wchar_t** argv) {
     if (mode == L"text" && argc > 2)
         return drawText(argv[2]);
     if (mode == L"font")
-        return CreateFileW(L"C:\\windows\\Fonts\\simsun.ttc", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
-                           nullptr) == INVALID_HANDLE_VALUE
-                   ? 0
-                   : 5;
+        return useFont();
+    if (mode == L"window-font") {
+        showWindow();
+        return useFont();
+    }
     if (mode == L"library")
         return LoadLibraryW(argc > 2 ? argv[2] : L"") ? 0 : 6;
     if (mode == L"wait")

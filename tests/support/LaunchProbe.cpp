@@ -50,6 +50,7 @@ public:
 
     /// As the user does who closes the banner.
     void stop() {
+        m_executor->disconnect(this);
         BottleUtils::killWineServer(m_executor->bottlesName());
         end("stopped", Stopped);
     }
