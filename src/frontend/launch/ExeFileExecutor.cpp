@@ -26,6 +26,7 @@ const char LaunchDebugChannels[] =
 const char ExeIconDir[] = "/tmp/exeicons";
 constexpr int TickMs = 1000;
 constexpr int TerminalWindowMs = 3000;
+constexpr int SilenceMs = 60000;
 
 }  // namespace
 
@@ -75,6 +76,9 @@ void ExeFileExecutor::connectParts() {
         qWarning() << "no answer about the links of" << m_bottlesName;
         report(m_verdict);
     });
+    m_silenceTimer.setSingleShot(true);
+    m_silenceTimer.setInterval(SilenceMs);
+    connect(&m_silenceTimer, &QTimer::timeout, this, &ExeFileExecutor::onSilence);
     whenServiceIsLost(this, [this] { onServiceLost(); });
 }
 
@@ -243,6 +247,7 @@ void ExeFileExecutor::launch() {
     } else {
         m_launcher->addEnvironment(LaunchDebugChannels);
         m_monitor->start(m_bottlesName);
+        m_silenceTimer.start();
     }
     m_seconds = 0;
     m_secondTimer->start();

@@ -24,7 +24,8 @@ class WineLauncher;
 /// Construction blocks until the file has been read (its key parts, at most 11 MiB, and its version block);
 /// the choice of the bottle goes on in the background. Each start ends once: in runSuccessed, in runFailed,
 /// or in a repair of its own accord and the next start. After runFailed with canWeFix the launch waits for
-/// applyFix. The one ending without a signal is a file that can't be read, which is only logged. A service
+/// applyFix. A Wine that hangs, so that a minute long nothing is heard of the bottle, counts as the program's
+/// end. The one ending without a signal is a file that can't be read, which is only logged. A service
 /// that goes away in the middle counts as the failure of what it was asked for.
 class ExeFileExecutor : public QObject {
     Q_OBJECT
@@ -96,6 +97,7 @@ private:
     void onTick();
     void onAppStart();
     void onAppQuit();
+    void onSilence();
     void onProcesses(const QMap<QString, QString>& processes);
     void onLauncherFinished(int exitCode, QProcess::ExitStatus status);
     void onLauncherError(QProcess::ProcessError error);
@@ -131,4 +133,5 @@ private:
     QDateTime m_since = QDateTime::currentDateTime();  ///< shortcuts made from then on are the program's
     LaunchVerdict m_verdict;                           ///< while links are collected
     QTimer m_linksTimer;
+    QTimer m_silenceTimer;  ///< since the monitor has last told anything
 };

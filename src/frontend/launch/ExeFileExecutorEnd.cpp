@@ -49,8 +49,16 @@ void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus stat
         onExeFinished(status == QProcess::NormalExit ? exitCode : LauncherExit::NotStarted);
 }
 
+/// When Wine's server dies while others start, they wait for it for ever, the program and the monitor alike.
+void ExeFileExecutor::onSilence() {
+    qWarning().noquote() << "nothing was heard of" << m_bottlesName << "for a minute; Wine seems to hang";
+    onExeFinished(0);
+}
+
 /// Nothing was left behind: sooner known here than to the monitor, which allows for a slow start.
 void ExeFileExecutor::onProcesses(const QMap<QString, QString>& processes) {
+    if (m_silenceTimer.isActive())
+        m_silenceTimer.start();
     if (m_hasLetGo && processes.isEmpty() && !m_monitor->windowSeen)
         onExeFinished(0);
 }
@@ -70,6 +78,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     }
     qInfo() << "exe finished: " << exitCode;
     m_secondTimer->stop();
+    m_silenceTimer.stop();
     m_hasLetGo = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
@@ -180,6 +189,7 @@ void ExeFileExecutor::prepareFix(const QString& bottle, const QString& programUu
     if (m_components != components)
         m_components = components;
     m_secondTimer->stop();
+    m_silenceTimer.stop();
     m_seconds = 0;
     if (components.isEmpty())
         return;
