@@ -125,9 +125,10 @@ void WineExeProcessMonitor::stop() {
     }
 }
 
-/// Only Wine can end a program inside the bottle.
+/// Only Wine can end a program inside the bottle. It goes with the application, or it would come too late and
+/// end the tool of the next one; a tool whose reader is gone ends by itself.
 void WineExeProcessMonitor::killTool() {
-    auto* taskkill = new QProcess;
+    auto* taskkill = new QProcess(QCoreApplication::instance());
     connect(taskkill, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), taskkill,
             &QObject::deleteLater);
     const QString bottle = bottleName;
