@@ -1,6 +1,9 @@
+#include <csignal>
+
 #include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QtTest>
 
@@ -26,6 +29,21 @@ QString bottleOf(const QString& program) {
             return bottle;
     }
     return {};
+}
+
+/// Of this session; how many.
+int killAll(const QString& word) {
+    int count = 0;
+    for (const QString& pid : QDir("/proc").entryList(QDir::Dirs)) {
+        QFile commandLine("/proc/" + pid + "/cmdline");
+        if (pid.toLongLong() <= 0 || !commandLine.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray text = commandLine.readAll();
+        const bool isSame = environmentOf(pid.toLongLong()).value("HOME").toLocal8Bit() == qgetenv("HOME");
+        if (isSame && text.contains(word.toUtf8()) && !text.contains("scripts/session"))
+            count += ::kill(pid_t(pid.toLongLong()), SIGKILL) == 0;
+    }
+    return count;
 }
 
 int processesIn(const QString& bottle) {
@@ -182,6 +200,42 @@ private Q_SLOTS:
              "step 1 Fixing", "msg 1 Switch runner success, relaunch program...", "step 1 Launching",
              QString(NoWindow).arg(0), NothingFixed, "runFailed 0 0"});
         QVERIFY(callBottles("get", {bottleOf("quits-again")}).contains("\"Runner\":\"lumora-wine-staging\""));
+    }
+
+    /// Whatever dies at whatever moment, the launch ends, and once.
+    void killed_data() {
+        QTest::addColumn<QString>("victim");
+        QTest::newRow("service") << "lumora-wine-launcher";
+        QTest::newRow("launcher") << "launcher.py";
+        QTest::newRow("monitor") << "enum_process_window.exe";
+        QTest::newRow("wineserver") << "wineserver";
+    }
+    void killed() {
+        QFETCH(QString, victim);
+        const int rounds = qMax(1, qEnvironmentVariableIntValue("CELLARIX_FAULT_ROUNDS"));
+        auto* random = QRandomGenerator::global();
+        callBottles("createBottles", {"warm", ""});  // so that each round has the whole launch before it
+        for (int round = 0; round < rounds; ++round) {
+            const QString name = QString("killed%1-%2").arg(victim.size()).arg(round);
+            LaunchProbe probe({"--auto-fix", program("needs_sqlite3", name)});
+            const int moment = random->bounded(200, 9000);
+            waitUntil([&] { return !probe.isRunning(); }, moment);
+            const int killed = killAll(victim);
+            QElapsedTimer clock;
+            clock.start();
+            while (probe.isRunning() && clock.elapsed() < 150000) {
+                const auto window = m_windows.byTitle("Cellarix sample window");
+                if (window.id != 0 && probe.lines().contains("windowPopuped"))
+                    m_windows.close(window.id);
+                waitUntil([&] { return !probe.isRunning(); }, 500);
+            }
+            const int status = probe.waitForEnd(1000);
+            const QStringList ends = probe.lines().filter(QRegularExpression("^runSuccessed|^runFailed 0"));
+            qInfo() << victim << "at" << moment << "ms," << killed << "killed, ended after" << clock.elapsed()
+                    << "ms with" << status << ends;
+            QVERIFY2((status == 0 || status == 1) && ends.size() == 1, qPrintable(probe.lines().join('\n')));
+            callBottles("killWineServer", {bottleOf(name)});
+        }
     }
 
     void stopped() {

@@ -2,8 +2,13 @@
 
 #include <QRegularExpression>
 #include <QTcpSocket>
+#include <QTimer>
 
 namespace TestSupport {
+
+namespace {
+constexpr int BreakMs = 60;
+}
 
 HttpServer::HttpServer() {
     m_server.listen(QHostAddress::LocalHost);
@@ -45,7 +50,10 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
     socket->write(vice == "half" ? body.left(body.size() / 2) : body);
     if (vice == "endless")
         socket->write(body + body);
-    socket->disconnectFromHost();
+    if (vice == "half")  // what was sent has arrived by then
+        QTimer::singleShot(BreakMs, socket, &QTcpSocket::disconnectFromHost);
+    else
+        socket->disconnectFromHost();
 }
 
 }  // namespace TestSupport

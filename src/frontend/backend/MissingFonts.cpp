@@ -20,7 +20,8 @@ QString MissingFonts::replacementFile() {
 
 void MissingFonts::fix(const QString& bottlePath, const QStringList& fontFileNames) {
     const QString directory = QString("%1/drive_c/windows/Fonts").arg(bottlePath);
-    if (!QDir(directory).exists()) {
+    // A link would lead out of the bottle.
+    if (!QDir(directory).exists() || QFileInfo(directory).isSymLink()) {
         qWarning().noquote().nospace() << "where is fonts dir? " << directory;
         return;
     }

@@ -209,6 +209,7 @@ void ExeFileExecutor::createBottle() {
     BottlesConfig* config = BottlesConfig::instance();
     config->disconnect(this);
     Q_EMIT emitMsg(tr("Start initializing envrionment, please wait..."), MsgStatus);
+    m_awaited = Awaited::Bottle;
     config->createBottles(m_bottlesName, m_runner);
     // A failed creation goes on to a launch that fails by itself and says why.
     connect(config, &BottlesConfig::bottlesCreated, this, [this, config](const QString& bottle) {
@@ -236,6 +237,7 @@ void ExeFileExecutor::launch() {
     Q_EMIT emitStep(tr("Launching"), MsgLine);
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);
     m_awaited = Awaited::Nothing;
+    m_linksTimer.stop();
     m_installFailed = m_scriptFailed = m_hasLetGo = m_finished = false;
     ++m_starts;
     closeLauncher();

@@ -77,7 +77,7 @@ public Q_SLOTS:
 
 private:
     /// What is to come from the service.
-    enum class Awaited { Nothing, Runner, Components, RunnerSwitch };
+    enum class Awaited { Nothing, Runner, Bottle, Components, RunnerSwitch };
 
     void connectParts();
     void inspect();

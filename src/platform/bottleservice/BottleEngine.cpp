@@ -252,12 +252,6 @@ void BottleEngine::enqueueStop(const QString& bottle, std::unique_ptr<Job> job) 
     m_stops.add(bottle, std::move(job));
 }
 
-void BottleEngine::enqueueInstall(const QString& bottle, std::unique_ptr<Job> job) {
-    if (BottleBackup::state(m_store.pathOf(bottle)) != BottleBackup::State::None)
-        enqueue(bottle, std::make_unique<RecoverInstallJob>(this, bottle));
-    enqueue(bottle, std::move(job));
-}
-
 // It loses its name in the bottle at once, so that the next installation has the place free.
 void BottleEngine::removeBackup(const QString& bottle) {
     const QString path = m_store.pathOf(bottle);

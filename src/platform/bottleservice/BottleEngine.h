@@ -64,8 +64,6 @@ public:
     /// For jobs that only end processes: beside the bottle's queue, since nobody waits for minutes until a
     /// program is ended.
     void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
-    /// For jobs that install something; what an earlier one has left behind is cleared up first.
-    void enqueueInstall(const QString& bottle, std::unique_ptr<Job> job);
     /// Removes the files that an installation has set aside.
     void removeBackup(const QString& bottle);
     /// Writes bottle.yml and launch.json. Only from a job of that bottle.

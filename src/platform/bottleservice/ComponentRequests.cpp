@@ -108,6 +108,7 @@ void ComponentRequests::setComponent(const QString& bottle, const QString& kind,
         reply(Answer::of());
         return;
     }
+    forgetOthers(bottle, kind);
     const bool isThere = version == None ? kind != "runner" : m_store.isInstalled(kind, version);
     m_changes += Change{bottle, kind, version, !isThere, {}};
     reply(Answer::of());
@@ -143,7 +144,7 @@ void ComponentRequests::setUp(Change* change) {
     change->job = job.get();
     connect(job.get(), &InstallJob::started, this,
             [this, copy] { Q_EMIT setupStarted(copy.bottle, copy.kind, copy.name); });
-    m_engine->enqueueInstall(copy.bottle, std::move(job));
+    m_engine->enqueue(copy.bottle, std::move(job));
 }
 
 ComponentRequests::Change* ComponentRequests::find(const QString& bottle, const QString& kind,
@@ -213,5 +214,26 @@ void ComponentRequests::giveUp(const QString& kind, const QString& name) {
         if (change.kind == kind && change.name == name)
             return;
     }
-    install->work->cancel();
+    // Its end is awaited by nobody; who asks again begins anew.
+    ComponentInstall* work = install->work;
+    m_installs.remove(keyOf(kind, name));
+    work->disconnect(this);
+    connect(work, &ComponentInstall::finished, work, &QObject::deleteLater);
+    work->cancel();
+}
+
+/// The last wish for a bottle counts: those of its kind that still wait for their download are dropped.
+void ComponentRequests::forgetOthers(const QString& bottle, const QString& kind) {
+    const QVector<Change> changes = m_changes;
+    for (const Change& change : changes) {
+        if (change.bottle != bottle || change.kind != kind || !change.waits)
+            continue;
+        drop(bottle, kind, change.name, "Another choice was made.");
+        giveUp(kind, change.name);
+    }
+}
+
+void ComponentRequests::close() {
+    for (const Install& install : qAsConst(m_installs))
+        install.work->cancel();
 }

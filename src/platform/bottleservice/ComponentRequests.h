@@ -35,6 +35,9 @@ public:
     /// Gives up all that is going on for a bottle.
     void cancelAll(const QString& bottle);
 
+    /// Ends all fetching; the service ends.
+    void close();
+
     bool isIdle() const { return m_installs.isEmpty() && m_changes.isEmpty(); }
 
 Q_SIGNALS:
@@ -67,6 +70,7 @@ private:
     Change* find(const QString& bottle, const QString& kind, const QString& name);
     void drop(const QString& bottle, const QString& kind, const QString& name, const QString& sentence);
     void giveUp(const QString& kind, const QString& name);
+    void forgetOthers(const QString& bottle, const QString& kind);
 
     BottleEngine* m_engine;
     Downloads* m_downloads;

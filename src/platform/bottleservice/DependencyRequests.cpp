@@ -137,7 +137,7 @@ void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& r
                 Q_EMIT stepDone(bottle, dependency, count, total);
             });
     m_lines[bottle].head().job = job.get();
-    m_engine->enqueueInstall(bottle, std::move(job));
+    m_engine->enqueue(bottle, std::move(job));
 }
 
 void DependencyRequests::firstEnded(const QString& bottle, const QString& sentence) {
@@ -179,4 +179,9 @@ void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
             first.fetch->cancel();
     }
     reply(Answer::of());
+}
+
+void DependencyRequests::close() {
+    for (const QString& bottle : m_lines.keys())
+        cancel(bottle, [](const Answer&) {});
 }

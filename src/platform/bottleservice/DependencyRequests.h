@@ -23,12 +23,15 @@ public:
     DependencyRequests(BottleEngine* engine, Downloads* downloads, const QString& catalogueDir,
                        QObject* parent = nullptr);
 
-    /// Answers at once; done() tells how it ended, also for what is refused.
+    /// Answers at once; done() tells how it ended, also for what is refused, unless the name can be none.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
     /// The name of what is being installed, or empty.
     void installing(const QString& bottle, const Reply& reply);
     /// Gives up what is being installed and what waits behind it.
     void cancel(const QString& bottle, const Reply& reply);
+
+    /// Ends all fetching; the service ends.
+    void close();
 
     bool isIdle() const { return m_lines.isEmpty(); }
 

@@ -113,6 +113,8 @@ int main(int argc, char** argv) {
         qInfo() << "bottle service is ending";
         bus.unregisterService(ServiceName);
         QTimer::singleShot(CloseTimeoutMs, &application, &QCoreApplication::quit);
+        components.close();
+        dependencies.close();
         engine.close();
     };
     ShutdownSignals shutdown;

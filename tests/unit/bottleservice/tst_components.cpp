@@ -86,7 +86,9 @@ private Q_SLOTS:
         const auto row = [](const char* name, const QStringList& entries, bool good) {
             QTest::newRow(name) << entries << good;
         };
-        row("links inside", {"v/", "v/bin/wine", "v/l -> bin/wine", "v/bin/up -> ../l", "v/h => v/bin/wine"},
+        row("links inside",
+            {"v/", "v/bin/wine", "v/l -> bin/wine", "v/bin/up -> ../l", "v/h => v/bin/wine", "other",
+             "v/out -> ../other"},
             true);
         row("name up", {"good", "../escaped"}, false);
         row("name up inside", {"a/../../escaped"}, false);
@@ -113,6 +115,8 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(dir.filePath("a/escaped")) && !QFile::exists(target + "/d/escaped"));
         if (fault.isEmpty()) {
             QCOMPARE(read(target + "/v/bin/up"), QByteArray("v/bin/wine"));
+            QCOMPARE(Archive::leavingLink(target), QString());
+            QVERIFY(Archive::leavingLink(target + "/v").contains("out"));
             QCOMPARE(QFile::permissions(target + "/v/bin/wine") & QFile::WriteOther, QFile::Permissions());
         }
         // Cut off: told, and never a crash.
@@ -150,6 +154,8 @@ private Q_SLOTS:
         row("breaks", {"half/file"}, true, {});
         row("resumed elsewhere", {"half/file", "file"}, true,
             {"half/file@0", "half/file@500", "half/file@750", "half/file@875", "file@937"});
+        row("half of another", {"half/wrong", "file"}, true,
+            {"half/wrong@0", "half/wrong@500", "half/wrong@750", "half/wrong@875", "file@937", "file@0"});
         row("halves of unknown", {"half/file", "file"}, false, {"half/file@0", "file@0"});
         row("too long", {"endless/file"}, true, {});
         row("silent", {"silent/file", "file"}, true, {"silent/file@0", "file@0"});
@@ -256,6 +262,8 @@ private Q_SLOTS:
         write(windows + "/system32/a.dll", "new");
         write(windows + "/system32/b.dll", "new");
         write(bottle + "/system.reg", "new");
+        // As after a kill between the two renames and a start of the bottle.
+        write(BottleBackup::pathOf(bottle) + "/failed-1/x", "");
         for (int again = 0; again < 2; ++again) {
             QCOMPARE(BottleBackup::restore(bottle), QString());
             QCOMPARE(read(windows + "/system32/a.dll") + read(bottle + "/system.reg"), QByteArray("oldold"));

@@ -20,7 +20,9 @@ public:
     /// Lets a taskkill that is still on its way into the bottle arrive first, or it would end the new tool.
     void start(const QString& bottleName);
     /// From start() to stop(), appQuit() or the death of the tool.
-    bool isWatching() const { return startTime != 0 && monitorProcess.state() != QProcess::NotRunning; }
+    bool isWatching() const {
+        return startTime != 0 && (m_isWaiting || monitorProcess.state() != QProcess::NotRunning);
+    }
 
     /// Nothing is told afterwards. May be called at any time. Waits at most 200 ms for a child to start and
     /// for the end of another that is killed. While others watch the same bottle nothing is killed in it by

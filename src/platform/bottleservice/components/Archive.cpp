@@ -3,7 +3,10 @@
 #include <archive.h>
 #include <archive_entry.h>
 
+#include <unistd.h>
+
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <memory>
@@ -237,6 +240,20 @@ QString unpack(const QString& archivePath, const QString& directory, const std::
         return QString("%1 cannot be unpacked: %2.")
             .arg(QFileInfo(archivePath).fileName(), fault(reader.get()));
     return archive_write_close(writer.get()) >= ARCHIVE_WARN ? QString() : fault(writer.get());
+}
+
+QString leavingLink(const QString& directory) {
+    QDirIterator walk(directory, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext()) {
+        const QByteArray path = QFile::encodeName(walk.next());
+        QByteArray target(4096, 0);
+        const ssize_t length = ::readlink(path.constData(), target.data(), size_t(target.size()));
+        const QString relative = walk.filePath().mid(directory.size() + 1);
+        if (length >= 0 && !staysInside(QFile::decodeName(target.left(int(length))), relative.count('/')))
+            return QString("It holds a link that leads out of it: %1.").arg(relative.left(200));
+    }
+    return {};
 }
 
 QString extract(const QString& archivePath, const QStringList& names, const QString& directory,

@@ -13,6 +13,10 @@ namespace Archive {
 /// what was unpacked by then stays.
 QString unpack(const QString& archive, const QString& directory, const std::atomic_bool& cancelled);
 
+/// Empty, or a sentence about a link below the directory that leads out of it. An archive's inner directory
+/// may be all that is kept of it.
+QString leavingLink(const QString& directory);
+
 /// Files by name, without directories and in any case, also out of cabinets in the archive. Several of one
 /// name each get a path of their own in the directory. Empty, or a sentence.
 QString extract(const QString& archive, const QStringList& names, const QString& directory,

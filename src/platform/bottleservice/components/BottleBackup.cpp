@@ -4,9 +4,9 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QUuid>
 #include <cerrno>
 #include <cstring>
 
@@ -42,6 +42,8 @@ QString pathOf(const QString& bottlePath) {
 }
 
 QString idOf(const QString& bottlePath) {
+    if (!isRealDirectory(pathOf(bottlePath)))
+        return {};
     const auto text = PlainFile::read(pathOf(bottlePath) + Journal, MaximumJournalBytes);
     return text ? QJsonDocument::fromJson(*text).object()["id"].toString() : QString();
 }
@@ -57,6 +59,8 @@ QString make(const QString& bottlePath, const QString& id, const std::atomic_boo
     const QString windows = bottlePath + "/drive_c/windows";
     if (!isRealDirectory(bottlePath + "/drive_c") || !isRealDirectory(windows))
         return "The bottle has no directory drive_c/windows.";
+    if (!isRealDirectory(backup))
+        QFile::remove(backup);  // what a program has put there
     if (!QDir().mkdir(backup) || !QDir().mkdir(backup + "/windows"))
         return QString("Cannot make %1.").arg(backup);
     QString error = FileTree::copy(windows, backup + "/windows", cancelled);
@@ -72,13 +76,19 @@ QString make(const QString& bottlePath, const QString& id, const std::atomic_boo
 
 QString restore(const QString& bottlePath) {
     const QString backup = pathOf(bottlePath);
-    const QString windows = bottlePath + "/drive_c/windows";
+    const QString drive = bottlePath + "/drive_c";
+    const QString windows = drive + "/windows";
     QString error;
     if (isRealDirectory(backup + "/windows")) {
-        if (QFileInfo(windows).isSymLink())
+        // An installer may have put links there, or nothing.
+        if (!isRealDirectory(drive)) {
+            QFile::remove(drive);
+            QDir().mkdir(drive);
+        }
+        if (!isRealDirectory(windows))
             QFile::remove(windows);
-        if (QFileInfo(windows).exists())
-            error = moved(windows, backup + "/failed");
+        else
+            error = moved(windows, backup + "/failed-" + QUuid::createUuid().toString(QUuid::Id128));
         if (error.isEmpty())
             error = moved(backup + "/windows", windows);
     }
@@ -90,6 +100,8 @@ QString restore(const QString& bottlePath) {
 }
 
 QString dismiss(const QString& bottlePath) {
+    if (!isRealDirectory(pathOf(bottlePath)))
+        return {};
     const QString journal = pathOf(bottlePath) + Journal;
     return !QFile::exists(journal) || QFile::remove(journal) ? QString()
                                                              : QString("Cannot remove %1.").arg(journal);

@@ -87,7 +87,10 @@ void ComponentInstall::cancel() {
 }
 
 void ComponentInstall::unpack() {
-    m_directory = WorkingDirectory::pathBeside(m_store.pathOf(m_kind, m_name), BottleName::CreatingPrefix);
+    const QString target = m_store.pathOf(m_kind, m_name);
+    if (QFileInfo::exists(target) && !ComponentStore::fault(m_kind, target).isEmpty())
+        m_reclaimer->remove(target, BottleName::DeletingPrefix);  // damaged
+    m_directory = WorkingDirectory::pathBeside(target, BottleName::CreatingPrefix);
     if (!QDir().mkpath(m_directory)) {
         finish(QString("Cannot make %1.").arg(m_directory));
         return;
@@ -95,7 +98,7 @@ void ComponentInstall::unpack() {
     Background::run(
         this,
         [archive = m_archive, directory = m_directory, cancelled = m_cancelled, kind = m_kind,
-         target = m_store.pathOf(m_kind, m_name)]() -> QString {
+         target]() -> QString {
             QString fault = Archive::unpack(archive, directory, *cancelled);
             if (!fault.isEmpty())
                 return fault;
@@ -103,10 +106,11 @@ void ComponentInstall::unpack() {
             fault = ComponentStore::fault(kind, root);
             if (!fault.isEmpty())
                 return QFileInfo(archive).fileName() + " is not what it should be. " + fault;
-            fault = WorkingDirectory::moveInto(root, target);
-            if (fault.isEmpty())
-                makeReadOnly(target);
-            return fault;
+            fault = Archive::leavingLink(root);
+            if (!fault.isEmpty())
+                return fault;
+            makeReadOnly(root);
+            return WorkingDirectory::moveInto(root, target);
         },
         [this](const QString& sentence) { onUnpacked(sentence); });
 }

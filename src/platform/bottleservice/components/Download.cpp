@@ -12,10 +12,11 @@
 
 namespace {
 
-constexpr qint64 MaximumBytes = 8LL * 1024 * 1024 * 1024;
 constexpr int MaximumBreaks = 3;
 constexpr int BlockBytes = 1024 * 1024;
 constexpr int ReportMs = 250;
+constexpr qint64 BufferBytes = 4 * 1024 * 1024;
+constexpr qint64 LeastBytes = 4096;  // that must come while a server counts as not silent
 
 /// Empty, or what is wrong with the file.
 QString faultOf(const QString& path, const Source& source, const std::atomic_bool& cancelled) {
@@ -38,7 +39,7 @@ QString faultOf(const QString& path, const Source& source, const std::atomic_boo
     return hash.result().toHex() == source.sha256 ? QString() : QString("its checksum is another");
 }
 
-QString copied(const QString& from, const QString& to, const std::atomic_bool& cancelled) {
+QString copied(const QString& from, const QString& to, qint64 limit, const std::atomic_bool& cancelled) {
     QFile source(from);
     QFile target(to);
     if (!QFileInfo(from).isFile() || !source.open(QIODevice::ReadOnly))
@@ -51,6 +52,8 @@ QString copied(const QString& from, const QString& to, const std::atomic_bool& c
             return "the work was cancelled";
         if (block.isEmpty())
             return QString("cannot read %1: %2").arg(from, source.errorString());
+        if (target.size() + block.size() > limit)
+            return "it is larger than it should be";
         if (target.write(block) != block.size())
             return QString("cannot write %1: %2").arg(to, target.errorString());
     }
@@ -122,7 +125,10 @@ void Download::tryNext() {
 
 void Download::copy(const QString& path) {
     Background::run(
-        this, [path, part = partPath(), cancelled = m_cancelled] { return copied(path, part, *cancelled); },
+        this,
+        [path, part = partPath(), limit = limit(), cancelled = m_cancelled] {
+            return copied(path, part, limit, *cancelled);
+        },
         [this](const QString& fault) {
             if (fault.isEmpty())
                 verify(partPath(), true);
@@ -139,6 +145,7 @@ void Download::fetch(const QString& address) {
         return;
     }
     m_begin = m_part.size();
+    m_isResumed = m_isResumed || (m_begin > 0 && m_breaks == 0);
     QNetworkRequest request{QUrl(address)};
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setRawHeader("Accept-Encoding", "identity");
@@ -146,14 +153,21 @@ void Download::fetch(const QString& address) {
         request.setRawHeader("Range", "bytes=" + QByteArray::number(m_begin) + '-');
     qInfo() << "fetching" << m_source.file << "from" << address << "at byte" << m_begin;
     m_reply = m_network->get(request);
+    m_reply->setReadBufferSize(BufferBytes);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &Download::onHeaders);
     connect(m_reply, &QNetworkReply::readyRead, this, &Download::onBytes);
     connect(m_reply, &QNetworkReply::finished, this, &Download::onReplyFinished);
+    m_sinceStall = 0;
     m_stall.start(m_stallMs);
 }
 
 void Download::onHeaders() {
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status >= 400 && status != 416) {
+        dropReply();
+        addressFailed(QString("the server answers %1").arg(status));
+        return;
+    }
     const bool continues = status == 206 && beginOf(m_reply->rawHeader("Content-Range")) == m_begin;
     if (status >= 200 && status < 300 && !continues) {
         m_part.resize(0);
@@ -165,17 +179,21 @@ void Download::onHeaders() {
 
 void Download::onBytes() {
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    m_stall.start(m_stallMs);
+    const QByteArray bytes = m_reply->readAll();
     if (status < 200 || status >= 300)
-        return;  // the text of an error
-    if (!keep(m_reply->readAll()))
+        return;  // the text of a redirection
+    m_sinceStall += bytes.size();
+    if (m_sinceStall >= LeastBytes) {
+        m_sinceStall = 0;
+        m_stall.start(m_stallMs);
+    }
+    if (!keep(bytes))
         return;
     tellProgress(false);
 }
 
 bool Download::keep(const QByteArray& bytes) {
-    const qint64 limit = m_source.size >= 0 ? m_source.size : MaximumBytes;
-    if (m_part.size() + bytes.size() > limit) {
+    if (m_part.size() + bytes.size() > limit()) {
         dropReply();
         m_part.remove();
         addressFailed("it is larger than it should be");
@@ -189,6 +207,9 @@ bool Download::keep(const QByteArray& bytes) {
 }
 
 void Download::onReplyFinished() {
+    onBytes();  // what came with the end
+    if (!m_reply)
+        return;
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const QString address = m_reply->request().url().toString();
     const bool isWhole = m_reply->error() == QNetworkReply::NoError && status >= 200 && status < 300;
@@ -225,6 +246,9 @@ void Download::onVerified(const QString& fault, const QString& path, bool isPart
         return;
     if (!fault.isEmpty()) {
         QFile::remove(path);
+        // What was there before may have been half of something else.
+        if (isPart && std::exchange(m_isResumed, false))
+            --m_next;
         if (isPart)
             addressFailed(QString("what came is not the file that was expected: %1").arg(fault));
         else

@@ -40,6 +40,7 @@ Q_SIGNALS:
 
 private:
     QString partPath() const { return m_path + ".part"; }
+    qint64 limit() const { return m_source.size >= 0 ? m_source.size : Source::MaximumBytes; }
     void tryNext();
     void fetch(const QString& address);
     void copy(const QString& path);
@@ -62,7 +63,9 @@ private:
     int m_breaks = 0;    ///< how often the present address broke off
     qint64 m_begin = 0;  ///< where the present reply began
     qint64 m_total = 0;
-    QString m_fault;  ///< of the last address
+    qint64 m_sinceStall = 0;
+    bool m_isResumed = false;  ///< the file begins with what an earlier address or service has left
+    QString m_fault;           ///< of the last address
     QNetworkReply* m_reply = nullptr;
     QFile m_part;
     QTimer m_stall;

@@ -26,6 +26,7 @@ void Downloads::release(Download* download) {
         if (--it->users == 0) {
             m_running.erase(it);
             download->disconnect(this);
+            download->cancel();
             download->deleteLater();
         }
         return;

@@ -65,7 +65,9 @@ Source Sources::find(const QString& file) const {
     const QJsonObject entry = m_files[file].toObject();
     for (const QJsonValue& address : entry["addresses"].toArray())
         source.addresses += address.toString();
-    source.size = qint64(entry["size"].toDouble(-1));
+    const double size = entry["size"].toDouble(-1);
+    if (size >= 0 && size <= double(Source::MaximumBytes))
+        source.size = qint64(size);
     const QString sha256 = entry["sha256"].toString().toLower();
     if (checksum.match(sha256).hasMatch())
         source.sha256 = sha256.toLatin1();

@@ -7,6 +7,8 @@
 
 /// A file of somebody else's that a component is made of.
 struct Source {
+    static constexpr qint64 MaximumBytes = 8LL * 1024 * 1024 * 1024;
+
     QString file;           ///< a plain name
     QStringList addresses;  ///< paths and http(s) or file URLs, in the order in which they are tried
     qint64 size = -1;       ///< in bytes, -1 when it is not known

@@ -20,8 +20,11 @@ void ChangeRunnerJob::work() {
         worked({});
         return;
     }
+    m_isWaiting = true;
     Templates* templates = engine()->templates();
     templates->obtain(m_runner, this, [this, templates](const QString& path, const QString& sentence) {
+        if (!std::exchange(m_isWaiting, false))
+            return;
         if (path.isEmpty()) {
             worked(sentence);
             return;
@@ -33,6 +36,11 @@ void ChangeRunnerJob::work() {
             },
             [this](const QString& fault) { worked(fault); });
     });
+}
+
+void ChangeRunnerJob::abort() {
+    if (std::exchange(m_isWaiting, false))
+        worked("The change was cancelled.");
 }
 
 void ChangeRunnerJob::enter(BottleYaml* settings) {

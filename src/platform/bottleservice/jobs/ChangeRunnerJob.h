@@ -12,11 +12,13 @@ public:
 protected:
     Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) override;
     void work() override;
-    void abort() override {}
+    /// The template goes on being made, for the next who wants it.
+    void abort() override;
     void enter(BottleYaml* settings) override;
 
 private:
     Runner m_runner;
     QString m_oldKey;
     QString m_newKey;
+    bool m_isWaiting = false;  ///< for the template
 };

@@ -8,6 +8,7 @@
 #include "bottleservice/components/Background.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/wine/BottleStopper.h"
+#include "bottleservice/wine/LaunchRecords.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -18,8 +19,11 @@ namespace {
 constexpr int SettleMs = 60000;
 const char LastInstall[] = "Last_Install";
 
-void stop(QObject* context, const QString& path, const QString& wineserver, std::function<void(bool)> then) {
-    auto* stopper = new BottleStopper(path, wineserver, context);
+void stop(QObject* context, BottleEngine* engine, const QString& bottle, const QString& wineserver,
+          std::function<void(bool)> then) {
+    auto* stopper = new BottleStopper(engine->store().pathOf(bottle), wineserver, context);
+    stopper->setLaunchers(
+        [engine, bottle] { return LaunchRecord::launchers(engine->store().runningDir(), bottle); });
     QObject::connect(stopper, &BottleStopper::finished, context,
                      [stopper, then = std::move(then)](bool clean) {
                          stopper->deleteLater();
@@ -40,7 +44,19 @@ QString InstallJob::bottlePath() const {
     return m_engine->store().pathOf(m_bottle);
 }
 
+/// What an earlier installation has left behind comes first.
 void InstallJob::start() {
+    if (BottleBackup::state(bottlePath()) == BottleBackup::State::None) {
+        begin();
+        return;
+    }
+    auto* recovery = new RecoverInstallJob(m_engine, m_bottle);
+    recovery->setParent(this);
+    connect(recovery, &Job::finished, this, &InstallJob::begin, Qt::QueuedConnection);
+    recovery->start();
+}
+
+void InstallJob::begin() {
     Answer failure;
     const auto settings = m_engine->loaded(m_bottle, &failure);
     if (!settings) {
@@ -53,6 +69,10 @@ void InstallJob::start() {
     }
     m_runner = m_engine->runnerOf(*settings);
     QString refusal;
+    if (BottleBackup::state(bottlePath()) != BottleBackup::State::None) {
+        finish(Answer::failure(Fault::Failed, "An earlier installation could not be taken back yet."));
+        return;
+    }
     const Need need = prepare(*settings, m_runner, &refusal);
     if (!refusal.isEmpty() || need == Need::Nothing) {
         finish(refusal.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, refusal));
@@ -71,7 +91,7 @@ void InstallJob::cancel() {
 }
 
 void InstallJob::stopBottle(std::function<void()> then) {
-    stop(this, bottlePath(), m_runner.wineserver, [this, then = std::move(then)](bool clean) {
+    stop(this, m_engine, m_bottle, m_runner.wineserver, [this, then = std::move(then)](bool clean) {
         if (clean)
             then();
         else
@@ -141,7 +161,7 @@ void InstallJob::complete() {
 
 void InstallJob::takeBack(const QString& sentence) {
     qWarning() << "the installation into" << BottleName::shown(m_bottle) << "is taken back:" << sentence;
-    stop(this, bottlePath(), m_runner.wineserver, [this, sentence](bool clean) {
+    stop(this, m_engine, m_bottle, m_runner.wineserver, [this, sentence](bool clean) {
         // An unfinished backup means that nothing has been changed yet.
         const bool isWhole = BottleBackup::idOf(bottlePath()) == m_id;
         if (!clean && isWhole) {
@@ -186,7 +206,12 @@ void RecoverInstallJob::start() {
     if (isComplete)
         removeFiles({});
     else
-        stop(this, path, m_engine->runnerOf(*settings).wineserver, [this](bool) { restore(); });
+        stop(this, m_engine, m_bottle, m_engine->runnerOf(*settings).wineserver, [this](bool clean) {
+            if (clean)
+                restore();
+            else
+                removeFiles("Programs in the bottle could not be ended.");
+        });
 }
 
 void RecoverInstallJob::restore() {

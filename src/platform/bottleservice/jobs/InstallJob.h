@@ -47,6 +47,7 @@ protected:
     std::shared_ptr<std::atomic_bool> cancelled() const { return m_cancelled; }
 
 private:
+    void begin();
     void stopBottle(std::function<void()> then);
     void setAside();
     void settle();

@@ -126,9 +126,12 @@ QString renew(const QString& prefix, const QString& oldTemplate, const QString& 
         const bool missing = !isEntry(present);
         const bool dangling = present.isSymLink() && !present.exists();
         const QString old = oldTemplate + '/' + relative;
-        const bool untouched = !missing && !present.isSymLink() && QFileInfo::exists(old) &&
-                               FileTree::sameContent(old, path) &&
-                               !FileTree::sameContent(fresh.filePath(), path);
+        const bool isOldLink = present.isSymLink() &&
+                               present.symLinkTarget() == QFileInfo(old).symLinkTarget() &&
+                               present.symLinkTarget() != fresh.symLinkTarget();
+        const bool untouched =
+            isOldLink || (!missing && !present.isSymLink() && QFileInfo::exists(old) &&
+                          FileTree::sameContent(old, path) && !FileTree::sameContent(fresh.filePath(), path));
         if (!missing && !dangling && !untouched)
             continue;
         const QString source = fresh.isSymLink() ? fresh.symLinkTarget() : fresh.filePath();

@@ -1,9 +1,12 @@
 """The order of a launch: words, bottle, program, environment, log, Wine."""
 
 import os
+import time
 
 from cellarix_launcher import bottle as bottles
 from cellarix_launcher import environment, errors, logfile, running, supervise, windows, words
+
+INSTALLATION_SECONDS = 60
 
 
 def main(argv):
@@ -39,7 +42,19 @@ def _is_terminal_request(argv):
     return known[0] is not None or known[1] is None
 
 
+def _wait_for_installation(name):
+    """What is being installed into the bottle may still be taken back, and ends what runs there."""
+    directory = bottles.bottle_directory(name, os.environ)
+    end = time.monotonic() + INSTALLATION_SECONDS
+    while directory and os.path.exists(os.path.join(directory, ".before-install", "journal.json")):
+        if time.monotonic() > end:
+            raise errors.LaunchError(
+                errors.BUSY, "Something is being installed into the bottle. Try again when that is done.")
+        time.sleep(0.1)
+
+
 def _launch(request):
+    _wait_for_installation(request.bottle)
     bottle = bottles.load_bottle(request.bottle, os.environ)
     if bottle.complaint:
         say(bottle.complaint)
