@@ -163,7 +163,9 @@ private Q_SLOTS:
         QVERIFY(!file.isEmpty());
         InstalledApp app({file});
         QCOMPARE(app.waitForExit(FirstLaunchMs), 0);
-        QVERIFY2(app.log().contains(message), qPrintable(app.log()));
+        if (!app.log().contains(message))
+            qWarning().noquote() << app.log();
+        QVERIFY(app.log().contains(message));
     }
 
     void secondStartHandsOver() {

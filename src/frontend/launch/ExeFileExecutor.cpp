@@ -240,6 +240,8 @@ void ExeFileExecutor::launch() {
     m_linksTimer.stop();
     m_installFailed = m_scriptFailed = m_hasLetGo = m_finished = false;
     ++m_starts;
+    m_hasBeenSeen = false;
+    m_looks = 0;
     closeLauncher();
     m_launcher->setBottle(m_bottlesName);
     const bool isConsole = m_checker && m_checker->isConsole();

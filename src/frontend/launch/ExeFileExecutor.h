@@ -130,6 +130,8 @@ private:
 
     Awaited m_awaited = Awaited::Nothing;
     int m_starts = 0;
+    bool m_hasBeenSeen = false;                        ///< a process of the present start, by the monitor
+    int m_looks = 0;                                   ///< that the monitor has begun anew for it
     QDateTime m_since = QDateTime::currentDateTime();  ///< shortcuts made from then on are the program's
     LaunchVerdict m_verdict;                           ///< while links are collected
     QTimer m_linksTimer;

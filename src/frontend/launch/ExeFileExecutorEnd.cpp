@@ -19,6 +19,8 @@
 namespace {
 
 constexpr int LinksMs = 10000;
+constexpr int SecondLookMs = 1000;
+constexpr int MaximumLooks = 6;  // of five cycles each
 
 bool isStagingKnown() {
     return ComponentManager::instance()->knownRunners().contains(WineNames::stagingRunner());
@@ -34,7 +36,20 @@ void ExeFileExecutor::onAppStart() {
 void ExeFileExecutor::onAppQuit() {
     qInfo() << "============ app exit ============";
     qInfo().noquote() << "isCrashed? " << (m_monitor->crashed ? "true" : "false");
-    onExeFinished(0);
+    if (m_hasBeenSeen || m_launcher->state() != QProcess::Running || m_looks >= MaximumLooks) {
+        onExeFinished(0);
+        return;
+    }
+    // The monitor gave up before there was anything to see, and the program has not ended: the machine is
+    // slow. A bottle that is being ended takes the script along within that second.
+    const int start = m_starts;
+    QTimer::singleShot(SecondLookMs, this, [this, start] {
+        if (start != m_starts || !m_secondTimer->isActive() || m_launcher->state() != QProcess::Running)
+            return;
+        qInfo() << "no process yet; looking again";
+        ++m_looks;
+        m_monitor->start(m_bottlesName);
+    });
 }
 
 void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus status) {
@@ -57,6 +72,7 @@ void ExeFileExecutor::onSilence() {
 
 /// Nothing was left behind: sooner known here than to the monitor, which allows for a slow start.
 void ExeFileExecutor::onProcesses(const QMap<QString, QString>& processes) {
+    m_hasBeenSeen = m_hasBeenSeen || !processes.isEmpty();
     if (m_silenceTimer.isActive())
         m_silenceTimer.start();
     if (m_hasLetGo && processes.isEmpty() && !m_monitor->windowSeen)

@@ -184,19 +184,24 @@ private:
             return {};
         const QString name = nameOf(entry).section('/', -1);
         const bool isWanted = m_names.contains(name, Qt::CaseInsensitive);
-        const bool isCabinet = depth < MaximumDepth && name.endsWith(".cab", Qt::CaseInsensitive);
-        if (!isWanted && !isCabinet)
+        const bool isProgram = name.endsWith(".exe", Qt::CaseInsensitive);
+        const bool isPacked =
+            depth < MaximumDepth && (isProgram || name.endsWith(".cab", Qt::CaseInsensitive));
+        if (!isWanted && !isPacked)
             return {};
         const QString place = m_directory + '/' + QString::number(++m_count);
         if (!QDir().mkpath(place))
             return QString("cannot make %1").arg(place);
-        const QString path = place + '/' + (isWanted ? name.toLower() : QString("inner.cab"));
+        const QString path = place + '/' + (isWanted ? name.toLower() : QString("inner"));
         QString error = writeTo(reader, path, &m_budget, m_cancelled);
         if (error.isEmpty() && isWanted)
             *m_paths += path;
-        if (error.isEmpty() && isCabinet && !isWanted) {
+        if (error.isEmpty() && !isWanted) {
             error = from(path, depth + 1);
             QFile::remove(path);
+            // Most programs hold nothing that could be unpacked.
+            if (isProgram && !m_cancelled)
+                error.clear();
         }
         return error;
     }

@@ -17,8 +17,8 @@ QString unpack(const QString& archive, const QString& directory, const std::atom
 /// may be all that is kept of it.
 QString leavingLink(const QString& directory);
 
-/// Files by name, without directories and in any case, also out of cabinets in the archive. Several of one
-/// name each get a path of their own in the directory. Empty, or a sentence.
+/// Files by name, without directories and in any case, also out of cabinets and self-extracting programs in
+/// the archive. Several of one name each get a path of their own in the directory. Empty, or a sentence.
 QString extract(const QString& archive, const QStringList& names, const QString& directory,
                 QStringList* paths, const std::atomic_bool& cancelled);
 

@@ -2,5 +2,5 @@
 
 Modules on the way to Wine's start import little and late, since a user waits for them:
 errors (exit codes), words (command lines), bottle (records), windows (paths and file kinds),
-environment, logfile, running, supervise. logkeeper, family and terminal are loaded when they are needed.
+environment, logfile, server, running, supervise. logkeeper, family and terminal are loaded when they are needed.
 """

@@ -4,7 +4,7 @@ import os
 import time
 
 from cellarix_launcher import bottle as bottles
-from cellarix_launcher import environment, errors, logfile, running, supervise, windows, words
+from cellarix_launcher import environment, errors, logfile, running, server, supervise, windows, words
 
 INSTALLATION_SECONDS = 60
 
@@ -71,6 +71,7 @@ def _launch(request):
         ([bottle.emulator] if bottle.emulator else []) + [wine] + program.command,
         environment.wine_environment(bottle, os.environ, request.uuid, envs),
         program.folder)
+    server.start(bottle.wineserver, bottle.directory, start.env, say)
     running.announce(request.bottle, start.env, say)
     if request.report:
         from cellarix_launcher import terminal
