@@ -1,3 +1,4 @@
+#include <unistd.h>
 #include <csignal>
 
 #include <QElapsedTimer>
@@ -36,7 +37,7 @@ int killAll(const QString& word) {
     int count = 0;
     for (const QString& pid : QDir("/proc").entryList(QDir::Dirs)) {
         QFile commandLine("/proc/" + pid + "/cmdline");
-        if (pid.toLongLong() <= 0 || !commandLine.open(QIODevice::ReadOnly))
+        if (pid.toLongLong() <= 0 || pid.toLongLong() == ::getpid() || !commandLine.open(QIODevice::ReadOnly))
             continue;
         const QByteArray text = commandLine.readAll();
         const bool isSame = environmentOf(pid.toLongLong()).value("HOME").toLocal8Bit() == qgetenv("HOME");

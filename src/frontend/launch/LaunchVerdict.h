@@ -25,12 +25,11 @@ struct LaunchFacts {
 /// What an ended program means.
 struct LaunchVerdict {
     enum Next {
-        Nothing,   ///< the result has been given already
-        Repair,    ///< at once
-        Offer,     ///< runFailed(canWeFix, isSuccessed); the user may still repair
-        Succeeded  ///< final: runSuccessed()
-        ,
-        Failed  ///< final: runFailed(false, isSuccessed)
+        Nothing,    ///< the result has been given already
+        Repair,     ///< at once
+        Offer,      ///< runFailed(canWeFix, isSuccessed); the user may still repair
+        Succeeded,  ///< final: runSuccessed()
+        Failed      ///< final: runFailed(false, isSuccessed)
     };
     Next next = Nothing;
     QString message;  ///< an ordinary line that goes ahead of the signal; empty for none
