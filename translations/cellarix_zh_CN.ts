@@ -2,6 +2,41 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>BannerCloseConfirmDialog</name>
+    <message>
+        <source>Close Running</source>
+        <translation>关闭运行</translation>
+    </message>
+    <message>
+        <source>The application is starting up, this process will continue for a short while,
+are you sure you want to close it now?</source>
+        <translation>应用正在启动，此过程还需要一点时间，
+确定现在关闭吗？</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Keep waiting</source>
+        <translation>继续等待</translation>
+    </message>
+    <message>
+        <source>To ensure that the application runs properly,
+please wait for the component download to complete!</source>
+        <translation>为确保应用正常运行，
+请等待组件下载完成！</translation>
+    </message>
+    <message>
+        <source>Cancel Installation</source>
+        <translation>取消安装</translation>
+    </message>
+    <message>
+        <source>Continue Installation</source>
+        <translation>继续安装</translation>
+    </message>
+</context>
+<context>
     <name>BottleTasks</name>
     <message>
         <source>Import registry files (*.reg)</source>
@@ -325,10 +360,6 @@
         <translation type="vanished">修复</translation>
     </message>
     <message>
-        <source>Running Logs</source>
-        <translation type="vanished">运行日志</translation>
-    </message>
-    <message>
         <source>Bottles created...</source>
         <translation type="vanished">容器已创建……</translation>
     </message>
@@ -455,6 +486,13 @@
     </message>
 </context>
 <context>
+    <name>RunningLogsDialog</name>
+    <message>
+        <source>Running Logs</source>
+        <translation>运行日志</translation>
+    </message>
+</context>
+<context>
     <name>TitleBarMenu</name>
     <message>
         <source>Theme</source>
@@ -516,75 +554,43 @@
     <name>WineExeLaunchBanner</name>
     <message>
         <source>A Wine App is executing</source>
-        <translation type="vanished">正在运行 Wine 应用</translation>
+        <translation>正在运行 Wine 应用</translation>
     </message>
     <message>
         <source>App Name</source>
-        <translation type="vanished">应用名称</translation>
+        <translation>应用名称</translation>
     </message>
     <message>
         <source>I am a description....</source>
-        <translation type="vanished">这是一段描述……</translation>
+        <translation>这是一段描述……</translation>
     </message>
     <message>
         <source>Repair</source>
-        <translation type="vanished">修复</translation>
+        <translation>修复</translation>
     </message>
     <message>
         <source>Debug</source>
-        <translation type="vanished">调试</translation>
+        <translation>调试</translation>
     </message>
     <message>
         <source>Feedback</source>
-        <translation type="vanished">反馈</translation>
+        <translation>反馈</translation>
     </message>
     <message>
         <source>View Logs</source>
-        <translation type="vanished">查看日志</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation type="vanished">关闭</translation>
+        <translation>查看日志</translation>
     </message>
     <message>
         <source>The app fails to run</source>
-        <translation type="vanished">应用运行失败</translation>
+        <translation>应用运行失败</translation>
     </message>
     <message>
         <source>You can try to repair, or use advanced debugging tools to improve the run success rate</source>
-        <translation type="vanished">您可以尝试修复，或使用高级调试工具来提高运行成功率</translation>
+        <translation>您可以尝试修复，或使用高级调试工具来提高运行成功率</translation>
     </message>
     <message>
         <source>You can try to use advanced debugging tools to improve the run success rate</source>
-        <translation type="vanished">您可以尝试使用高级调试工具来提高运行成功率</translation>
-    </message>
-    <message>
-        <source>Keep waiting</source>
-        <translation type="vanished">继续等待</translation>
-    </message>
-    <message>
-        <source>Close Running</source>
-        <translation type="vanished">关闭运行</translation>
-    </message>
-    <message>
-        <source>The application is starting up, this process will continue for a short while,
-are you sure you want to close it now?</source>
-        <translation type="vanished">应用正在启动，此过程还需要一点时间，
-确定现在关闭吗？</translation>
-    </message>
-    <message>
-        <source>Continue Installation</source>
-        <translation type="vanished">继续安装</translation>
-    </message>
-    <message>
-        <source>Cancel Installation</source>
-        <translation type="vanished">取消安装</translation>
-    </message>
-    <message>
-        <source>To ensure that the application runs properly,
-please wait for the component download to complete!</source>
-        <translation type="vanished">为确保应用正常运行，
-请等待组件下载完成！</translation>
+        <translation>您可以尝试使用高级调试工具来提高运行成功率</translation>
     </message>
 </context>
 <context>
