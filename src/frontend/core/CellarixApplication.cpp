@@ -7,7 +7,6 @@
 #include "core/BackendVersion.h"
 #include "core/CommandLineHandler.h"
 #include "core/ImageCache.h"
-#include "core/LaunchTarget.h"
 #include "core/ServiceAgreement.h"
 #include "core/WindowMonitor.h"
 #include "core/base/BuildInfo.h"
@@ -28,6 +27,7 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
       m_translator(new QTranslator(this)),
       m_windowMonitor(new WindowMonitor(this)) {
     installEventFilter(m_windowMonitor);
+    LaunchWindows::setInstance(&m_windows);
     Fenk::Theme::addIconSearchPath(Paths::iconsDir());
     loadTranslators(QString::fromLocal8Bit(qgetenv("LANG")));
     connect(this, &Fenk::Application::newProcessInstance, this, &CellarixApplication::handleNewInstance);
@@ -44,6 +44,7 @@ CellarixApplication::~CellarixApplication() {
     qDeleteAll(m_runners);
     m_runners.clear();
     delete m_mainWindow;
+    LaunchWindows::setInstance(nullptr);
     purgeImageCache(ImageCacheDays);
 }
 
@@ -110,12 +111,9 @@ void CellarixApplication::requestMainWindow() {
         showMainWindow();
 }
 
+/// As if it were handed over by another start, so that the two never run into each other.
 void CellarixApplication::openChosenFile(const QString& path) {
-    const LaunchTarget target = LaunchTarget::fromUrl(path);
-    if (target.kind == LaunchTarget::Executable)
-        openExe(target.path, false);
-    else
-        qWarning() << "Not a Windows program:" << path;
+    handleCommandLine({applicationFilePath(), path});
 }
 
 void CellarixApplication::openExe(const QString& path, bool debug) {

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QTranslator>
 
+#include "core/ApplicationWindows.h"
 #include "fenk/Application.h"
 
 class CommandLineHandler;
@@ -58,6 +59,7 @@ private:
     void onBottleDeleted(const QString& bottle);
     void showAlreadyRunning(const QString& displayName);
 
+    ApplicationWindows m_windows;
     QPointer<Mainwindow> m_mainWindow;
     QMap<QString, ExeFileRunner*> m_runners;
     QTranslator* m_translator;

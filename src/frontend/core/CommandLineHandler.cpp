@@ -14,6 +14,7 @@
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
 #include "fenk/Dialog.h"
+#include "launch/ExeFileRunner.h"
 
 namespace {
 
@@ -147,8 +148,12 @@ int CommandLineHandler::handleFixupCommand(const QStringList& positional) {
         qWarning() << "The program is already running, skip fixup";
         return 1;
     }
-    qWarning() << "Installing components is not possible in this version:" << bottle << uuid << components;
-    return 1;
+    auto* runner = new ExeFileRunner(bottle, uuid, m_application);
+    m_application->addExeRunner(runner);
+    const int result = runner->fixup(bottle, uuid, components);
+    if (result != 0)
+        runner->deleteLater();
+    return result;
 }
 
 int CommandLineHandler::handleOpenCommand(const QStringList& positional) {

@@ -131,6 +131,12 @@ QJsonObject ExeFileExecutor::peInfo() {
     return m_peInfo;
 }
 
+QJsonObject ExeFileExecutor::fileInfo() {
+    if (!m_checker)
+        return {};
+    return {{"peinfo", m_checker->info()}, {"verinfo", peInfo()}};
+}
+
 QString ExeFileExecutor::md5() {
     if (m_md5.isEmpty() && !m_exePath.isEmpty())
         m_md5 = partialFileMd5(m_exePath);

@@ -42,6 +42,8 @@ public:
     /// Repairs what the last start has brought to light and launches again. Without effect while the program
     /// or a repair is running.
     void applyFix();
+    /// Of what a repair has under way nothing stays in the bottle. The end is not waited for.
+    void cancelRepair();
 
     /// Waits for the bottle choice if it is still under way.
     QString bottlesName();
@@ -49,6 +51,7 @@ public:
     QString displayName();
     bool isInstaller();  ///< waits for the inspection; false for a stored program
     QJsonObject peInfo();
+    QJsonObject fileInfo();  ///< as exeFileInfo() tells it, without running the tools again
     QString md5();
 
     void setAppName(const QString& name) { m_appName = name; }
@@ -113,6 +116,7 @@ private:
     WineLauncher* m_launcher;
     bool m_installFailed = false;  ///< by the log of the last start
     bool m_scriptFailed = false;   ///< the launch script could not be started
+    QString m_obstacle;            ///< why the script never reached the program
     bool m_hasLetGo = false;       ///< the first process has ended before there was a window
     bool m_autoFix = false;
     QStringList m_components;  ///< that are to be tried

@@ -1,5 +1,6 @@
 // The second half of ExeFileExecutor: from the end of the program to the result or the repair.
 #include <QFileInfo>
+#include <QtConcurrent>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
@@ -98,6 +99,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     m_hasLetGo = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
+    m_obstacle = LauncherExit::failure(exitCode, m_launcher->logPath(), displayName());
     LaunchFacts found = facts(exitCode);
     if (found.isFailed())
         qInfo() << "Launch failed";
@@ -114,7 +116,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     }
     Q_EMIT emitMsg(LaunchVerdict::endMessage(exitCode, found), MsgLine);
     found = facts(exitCode);
-    found.stagingKnown = found.isFailed() && isStagingKnown();
+    found.stagingKnown = found.isFailed() && m_obstacle.isEmpty() && isStagingKnown();
     carryOut(LaunchVerdict::of(found));
 }
 
@@ -190,6 +192,8 @@ void ExeFileExecutor::report(const LaunchVerdict& verdict) {
     const LaunchVerdict told = verdict;  // who hears of it may start anew
     if (!told.message.isEmpty())
         Q_EMIT emitMsg(told.message, MsgLine);
+    if (!m_obstacle.isEmpty())
+        Q_EMIT emitMsg(m_obstacle, MsgError);
     if (told.next == LaunchVerdict::Succeeded)
         Q_EMIT runSuccessed();
     else
@@ -232,6 +236,12 @@ void ExeFileExecutor::applyFix() {
     } else {
         switchRunner();
     }
+}
+
+void ExeFileExecutor::cancelRepair() {
+    if (m_awaited == Awaited::Components)
+        QtConcurrent::run(
+            [bottle = m_bottlesName] { BottlesConfig::instance()->cancelInstallingDependency(bottle); });
 }
 
 void ExeFileExecutor::switchRunner() {

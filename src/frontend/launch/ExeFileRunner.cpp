@@ -1,35 +1,65 @@
 #include "launch/ExeFileRunner.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEvent>
 #include <QFileInfo>
-#include <QJsonObject>
+#include <QTimer>
 #include <QtConcurrent>
 
+#include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
-#include "backend/DesktopUtils.h"
+#include "backend/ProgramRecord.h"
 #include "core/base/Logging.h"
+#include "core/base/WineNames.h"
+#include "fenk/Theme.h"
+#include "launch/ExeFileExecutor.h"
+#include "launch/FileEntry.h"
+#include "launch/banner/LogsWidget.h"
+#include "launch/banner/WineExeLaunchBanner.h"
+#include "probes/HardwareInfo.h"
 
 namespace {
 
-/// Records the file as a program of the bottle, once. Runs on a pool thread and blocks on the bus.
-bool addFile(const QString& bottle, const QString& name, const QString& exePath) {
-    const QJsonObject programs = BottleUtils::bottlePrograms(bottle);
-    for (const QJsonValue& program : programs) {
-        if (program.toObject().value("path").toString() == exePath) {
-            qInfo().noquote() << "program " << exePath << " already added in bottles";
-            return false;
-        }
+enum LogLevel { ErrorLine = 1, OrdinaryLine = 3 };
+
+constexpr int FirstPaintMs = 100;
+
+/// Whether a window has got on the screen.
+class PaintWatch : public QObject {
+public:
+    explicit PaintWatch(QWidget* window) { window->installEventFilter(this); }
+    bool isPainted() const { return m_painted; }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        m_painted = m_painted || event->type() == QEvent::Paint;
+        return false;
     }
-    BottleUtils::addExe(bottle, name, exePath);
-    return true;
-}
+
+private:
+    bool m_painted = false;
+};
 
 }  // namespace
 
-ExeFileRunner::ExeFileRunner(const QString& exePath, QObject* parent) : QObject(parent), m_exePath(exePath) {}
+ExeFileRunner::ExeFileRunner(const QString& exePath, QObject* parent)
+    : QObject(parent), m_banner(new WineExeLaunchBanner), m_logsWidget(new LogsWidget), m_exePath(exePath) {}
 
 ExeFileRunner::ExeFileRunner(const QString& bottle, const QString& programUuid, QObject* parent)
-    : QObject(parent), m_mode(StoredProgram), m_bottlesName(bottle), m_programUuid(programUuid) {}
+    : ExeFileRunner(QString(), parent) {
+    m_mode = StoredProgram;
+    m_bottlesName = bottle;
+    m_programUuid = programUuid;
+}
+
+ExeFileRunner::~ExeFileRunner() {
+    m_added.waitForFinished();
+    delete m_executor;
+    delete m_banner;
+    delete m_logsWidget;
+}
 
 int ExeFileRunner::init(const QString& path) {
     const QFileInfo file(path);
@@ -49,10 +79,31 @@ int ExeFileRunner::init(const QString& path) {
         qInfo() << "delete last executor: ";
         m_executor->deleteLater();
     }
+    if (m_mode != FileInConfigWindow) {
+        m_banner->setAppName(file.fileName());
+        m_banner->setStatus(QString());
+        m_banner->setDescription(QString());
+        showBanner();
+    }
     qInfo().noquote() << "init for" << path;
     m_executor = new ExeFileExecutor(path, this);
     m_exePath = path;
     return 0;
+}
+
+/// Until the window is on the screen: what comes next reads the file and asks the service, and does not let
+/// the window paint.
+void ExeFileRunner::showBanner() {
+    qInfo() << "show banner";
+    const PaintWatch watch(m_banner);
+    m_banner->show();
+    m_banner->raise();
+    m_banner->activateWindow();
+    const QDeadlineTimer end(FirstPaintMs);
+    QTimer wake;
+    wake.start(FirstPaintMs);
+    while (!watch.isPainted() && !end.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
 }
 
 int ExeFileRunner::run() {
@@ -60,11 +111,21 @@ int ExeFileRunner::run() {
         return -1;
     m_mode = File;
     m_bottlesName = m_executor->bottlesName();
-    m_appName = m_executor->displayName();
-    connectExecutor();
+    fillFromFile();
+    connectRun();
     m_startTime = QDateTime::currentDateTime();
     m_executor->start();
     return 0;
+}
+
+void ExeFileRunner::fillFromFile() {
+    if (isPublic())
+        m_banner->setCanRepair(false);
+    m_appName = m_executor->displayName();
+    m_banner->setAppName(m_appName);
+    m_banner->setIcon(m_executor->exeIcon());
+    m_banner->setStatus(QString());
+    m_banner->setDescription(QString());
 }
 
 int ExeFileRunner::checkEntry() const {
@@ -73,16 +134,11 @@ int ExeFileRunner::checkEntry() const {
         qWarning().noquote() << "Invalid bottles name:" << m_bottlesName;
         return -1;
     }
-    if (!record.value("External_Programs").toObject().contains(m_programUuid)) {
+    if (!BottleRecord::programs(record).contains(m_programUuid)) {
         qWarning().noquote() << "Program UUID" << m_programUuid << "not found in bottles:" << m_bottlesName;
         return -1;
     }
     return 0;
-}
-
-int ExeFileRunner::runInBottlesConfigWindow() {
-    qWarning().noquote() << "There is no bottle configuration window in this version to open" << m_exePath;
-    return -1;
 }
 
 int ExeFileRunner::runProgram() {
@@ -91,75 +147,142 @@ int ExeFileRunner::runProgram() {
         return -1;
     }
     m_mode = StoredProgram;
+    fillFromRecord();
+    showBanner();
     m_startTime = QDateTime::currentDateTime();
-    m_executor = new ExeFileExecutor(QString(), this);
-    m_executor->setFirstRun(0);
-    m_appName =
-        BottleUtils::bottlePrograms(m_bottlesName).value(m_programUuid).toObject().value("name").toString();
-    m_executor->setAppName(m_appName);
-    connectExecutor();
+    createStored();
     m_executor->launchProgram(m_bottlesName, m_programUuid);
     return 0;
 }
 
-void ExeFileRunner::connectExecutor() {
-    const auto logLine = [](const QString& text, MsgType type) {
-        if (type == MsgError)
-            qWarning().noquote() << cleanHomePaths(text);
-        else if (type == MsgLine)
-            qInfo().noquote() << cleanHomePaths(text);
-    };
-    connect(m_executor, &ExeFileExecutor::emitStep, this, logLine);
-    connect(m_executor, &ExeFileExecutor::emitMsg, this, logLine);
+int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStringList& components) {
+    m_bottlesName = bottle;
+    m_programUuid = uuid;
+    if (checkEntry() != 0) {
+        Q_EMIT emit_finished();
+        return -1;
+    }
+    m_mode = StoredProgram;
+    m_isFixup = true;
+    m_startTime = QDateTime::currentDateTime();
+    fillFromRecord();
+    createStored();
+    showBanner();
+    m_banner->showFailed(true);
+    m_executor->prepareFix(bottle, uuid, components);
+    return 0;
+}
+
+void ExeFileRunner::createStored() {
+    m_executor = new ExeFileExecutor(QString(), this);
+    m_executor->setFirstRun(0);
+    m_executor->setAppName(m_appName);
+    connectRun();
+}
+
+void ExeFileRunner::fillFromRecord() {
+    if (isPublic())
+        m_banner->setCanRepair(false);
+    const QJsonObject program = BottleUtils::bottlePrograms(m_bottlesName).value(m_programUuid).toObject();
+    m_appName = ProgramRecord::name(program);
+    const QString icon = ProgramRecord::icon(program);
+    m_banner->setAppName(m_appName);
+    m_banner->setIcon(QFileInfo(icon).isFile() ? QIcon(icon) : Fenk::Theme::icon("cxb_app_default_icon"));
+    m_banner->setStatus(QString());
+    m_banner->setDescription(QString());
+}
+
+void ExeFileRunner::connectRun() {
+    connect(m_executor, &ExeFileExecutor::emitStep, this, &ExeFileRunner::onStep);
+    connect(m_executor, &ExeFileExecutor::emitMsg, this, &ExeFileRunner::onMessage);
+    connect(m_banner, &WineExeLaunchBanner::stopRunning, this, &ExeFileRunner::stop);
+    connect(m_banner, &WineExeLaunchBanner::finished, this, [this] { finish(true); });
+    connect(m_banner, &WineExeLaunchBanner::feedBackButtonClicked, this, &ExeFileRunner::askFeedback);
+    connect(m_banner, &WineExeLaunchBanner::showLogsButtonClicked, this, &ExeFileRunner::showLogsDialog);
+    connect(m_banner, &WineExeLaunchBanner::debugButtonClicked, this,
+            &ExeFileRunner::slotsDebugButtonClicked);
+    connect(m_banner, &WineExeLaunchBanner::repairButtonClicked, this, &ExeFileRunner::repair,
+            Qt::QueuedConnection);
     connect(m_executor, &ExeFileExecutor::runFailed, this, &ExeFileRunner::handleExecutorFailed);
     connect(m_executor, &ExeFileExecutor::runSuccessed, this, &ExeFileRunner::handleExecutorSuccess);
     connect(m_executor, &ExeFileExecutor::windowPopuped, this, &ExeFileRunner::handleWindowPopup);
+    connect(m_executor, &ExeFileExecutor::Fixing, m_banner, &QWidget::show);
 }
 
-void ExeFileRunner::addFileAsync() {
-    QtConcurrent::run(addFile, m_bottlesName, m_appName, m_exePath);
+void ExeFileRunner::onStep(const QString& text, MsgType type) {
+    m_banner->setStatus(text);
+    if (type != MsgStatus)
+        m_logsWidget->appendLine(cleanHomePaths(text), OrdinaryLine);
+}
+
+void ExeFileRunner::onMessage(const QString& text, MsgType type) {
+    m_banner->setDescription(text);
+    if (type != MsgStatus)
+        m_logsWidget->appendLine(cleanHomePaths(text), type == MsgError ? ErrorLine : OrdinaryLine);
+}
+
+void ExeFileRunner::repair() {
+    if (m_finishedOnce || !m_executor)
+        return;
+    m_repaired = true;
+    m_banner->showRunning();
+    m_executor->applyFix();
 }
 
 void ExeFileRunner::handleWindowPopup() {
+    m_banner->hide();
     qInfo() << "got a window popuped";
     m_succeeded = true;
     if (m_mode == File)
-        addFileAsync();
-}
-
-void ExeFileRunner::checkLinks(bool success) {
-    Q_UNUSED(success)
-    m_linksCreated = !BottleUtils::bottlePrograms(m_bottlesName).isEmpty();
-    qInfo().noquote() << "lnk created: " << (m_linksCreated ? "true" : "false");
-    if (!m_linksCreated && m_mode == File)
-        addFile(m_bottlesName, m_appName, m_exePath);
+        addFile();
+    QtConcurrent::run(machineInfo);  // for the record at the end, which it would keep waiting
+    if (isPublic())
+        m_banner->allowClose();
 }
 
 void ExeFileRunner::handleExecutorSuccess() {
     qInfo() << "show successed";
     m_elapsedSeconds = m_executor->seconds();
+    m_banner->hide();
     checkLinks(true);
+    m_banner->allowClose();
     m_succeeded = true;
     finish(true);
 }
 
 void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
-    Q_UNUSED(canFix)
     qInfo() << "show failed";
     m_elapsedSeconds = m_executor->seconds();
+    if (m_isFixup && !canFix) {
+        finish(true);
+        return;
+    }
     checkLinks(false);
+    QtConcurrent::run(machineInfo);
+    m_banner->show();
+    m_banner->showFailed(canFix && !isPublic());
     m_succeeded = isReportSussessed;
-    const QString name = m_appName;
-    const QString text = tr("The app fails to run");
-    QtConcurrent::run([name, text] { DesktopUtils::notify(name, text); });
-    finish(true);
 }
 
-void ExeFileRunner::finish(bool cleanUp) {
-    Q_UNUSED(cleanUp)
-    if (m_finishedOnce)
+void ExeFileRunner::checkLinks(bool success) {
+    m_linksCreated = !BottleUtils::bottlePrograms(m_bottlesName).isEmpty();
+    qInfo().noquote() << "lnk created: " << (m_linksCreated ? "true" : "false");
+    if (!m_linksCreated && (!isInstaller() || !success))
+        addFile();
+}
+
+void ExeFileRunner::addFile() {
+    if (m_exePath.isEmpty())
         return;
-    m_finishedOnce = true;
-    Q_EMIT emit_finished();
-    deleteLater();
+    if (addedUuid().isEmpty())
+        m_added = QtConcurrent::run(
+            [entry = FileEntry{m_bottlesName, m_appName, m_exePath}] { return entry.add(); });
+}
+
+bool ExeFileRunner::isPublic() const {
+    return WineNames::isPublicBottle(m_bottlesName);
+}
+
+bool ExeFileRunner::isInstaller() const {
+    return m_executor && m_executor->isInstaller();
 }

@@ -9,6 +9,7 @@
 #include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
+#include "support/StandInBottle.h"
 #include "support/TestHome.h"
 
 using namespace TestSupport;
@@ -18,33 +19,6 @@ namespace {
 constexpr int LaunchMs = 30000;
 const char Staging[] = "lumora-wine-staging";
 const char Stable[] = "lumora-wine10-stable";
-
-/// Stands where a bottle's Wine stands. What it is to do as program of the n-th launch is in the file
-/// "program", and what it says in "log<n>"; the files "alive" and "window" are what the window tool sees.
-const char StandIn[] = R"sh(#!/bin/sh
-cd "$WINEPREFIX" || exit
-count() { cat "$1" 2>/dev/null | wc -l; }
-# A bound, so that nothing stays behind.
-wait_for() { n=0; until [ -e "$1" ] || [ $n -gt 400 ]; do n=$((n + 1)); sleep 0.05; done; }
-show() { touch alive window; wait_for close; rm -f window close; }
-case $1 in
-taskkill.exe) ;;
-*enum_process_window.exe)
-    echo >> watches
-    n=0; until [ "$(count runs)" -ge "$(count watches)" ] || [ $n -gt 400 ]; do n=$((n + 1)); sleep 0.05; done
-    n=0
-    while [ $n -lt 400 ]; do
-        n=$((n + 1))
-        echo "::process list"; [ -e alive ] && echo "9 - x - a.exe"
-        echo "::window list"; [ -e window ] && echo "9 - Title"
-        echo "::end"; sleep 0.05
-    done ;;
-*)
-    rm -f alive window close; echo >> runs; RUN=$(count runs)
-    [ -e "log$RUN" ] && cat "log$RUN"
-    . ./program; code=$?; rm -f alive; exit $code ;;
-esac
-)sh";
 
 const char Gecko[] =
     "err:mshtml:create_document_object Failed to init Gecko, returning CLASS_E_CLASSNOTAVAILABLE\n";
@@ -92,28 +66,16 @@ class ExeFileExecutorTest : public QObject {
     std::unique_ptr<ExeFileExecutor> m_executor;
     QString m_file;
     QString m_bottle;
-    QString m_directory;  ///< of the bottle
+    StandInBottle m_standIn;
     QStringList m_told;
     int m_repairs = 0;  ///< offers that are taken
     int m_results = 0;
 
-    void writeBottle(const QString& name, const QByteArray& content) const {
-        m_home.write(QDir(m_home.path()).relativeFilePath(m_directory + "/" + name), content);
-    }
-
     void makeBottle(const QString& name, const QString& runner = Stable) {
         m_bottle = name;
-        m_directory = m_home.data() + "/lumora-wine-bottles/bottles/" + name;
-        QDir(m_directory).removeRecursively();
-        QDir().mkpath(m_directory + "/drive_c/windows/Fonts");
-        writeBottle("wine", StandIn);
-        QFile::setPermissions(m_directory + "/wine", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        writeBottle("launch.json", QJsonDocument(QJsonObject{{"version", 1},
-                                                             {"source", QJsonObject()},
-                                                             {"wine", m_directory + "/wine"}})
-                                       .toJson());
+        m_standIn = StandInBottle(m_home.data(), name);
         m_service->setJson("Bottles.list", QJsonArray{name});
-        m_service->setBottle(name, {{"Path", m_directory}, {"Runner", runner}});
+        m_service->setBottle(name, {{"Path", m_standIn.directory()}, {"Runner", runner}});
         m_service->setText("scanApplicationLinks", "[]");
     }
 
@@ -148,7 +110,7 @@ class ExeFileExecutorTest : public QObject {
         connect(launch, &ExeFileExecutor::emitMsg, this, line("M"));
         connect(launch, &ExeFileExecutor::windowPopuped, this, [this] {
             note("window");
-            writeBottle("close", "");
+            m_standIn.write("close", "");
         });
         connect(launch, &ExeFileExecutor::Fixing, this, [this] { note("fixing"); });
         connect(launch, &ExeFileExecutor::runSuccessed, this, [this] {
@@ -198,8 +160,7 @@ private Q_SLOTS:
     void cleanup() {
         m_executor.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        if (!m_directory.isEmpty())
-            writeBottle("close", "");
+        m_standIn.write("close", "");
         m_service.reset();
     }
 
@@ -250,9 +211,9 @@ private Q_SLOTS:
         const QString name = how.contains("public") ? "public/x" : privateBottleNameOf(m_file);
         m_service->setText("checkPublicBottles", how.contains("public") ? name : "");
         makeBottle(name, how.contains("stagingUsed") ? Staging : Stable);
-        writeBottle("program", program.toUtf8());
+        m_standIn.write("program", program.toUtf8());
         for (int i = 0; i < logs.size(); ++i)
-            writeBottle(QString("log%1").arg(i + 1), logs[i].toUtf8());
+            m_standIn.write(QString("log%1").arg(i + 1), logs[i].toUtf8());
         if (how.contains("staging"))
             ComponentManager::instance()->runnerSupported = QStringList{Staging};
         create(how == "ask" ? 0 : 9);
@@ -281,7 +242,7 @@ private Q_SLOTS:
 
     void resultWaitsForTheLinks() {
         makeBottle(privateBottleNameOf(m_file));
-        writeBottle("program", "show");
+        m_standIn.write("program", "show");
         m_service->setHeld("scanApplicationLinks", "[]");
         create();
         m_executor->start();
@@ -329,7 +290,7 @@ private Q_SLOTS:
             m_service->setHeld("Components.install", install);
         answer("createBottles", creation);
         m_bottle = privateBottleNameOf(m_file);
-        m_directory.clear();
+        m_standIn = StandInBottle();
         auto* manager = ComponentManager::instance();
         manager->runnerInstalled.clear();
         create();
@@ -377,8 +338,8 @@ private Q_SLOTS:
         QFETCH(QString, log);
         QFETCH(QString, expected);
         makeBottle(privateBottleNameOf(m_file));
-        writeBottle("program", "(exit 1)");
-        writeBottle("log1", log.toUtf8());
+        m_standIn.write("program", "(exit 1)");
+        m_standIn.write("log1", log.toUtf8());
         if (call == "setRunner")
             ComponentManager::instance()->runnerSupported = QStringList{Staging};
         if (call != "get")
@@ -422,12 +383,12 @@ private Q_SLOTS:
             QSKIP("the Windows compiler is not on this machine");
         m_file += "c.exe";
         makeBottle(privateBottleNameOf(m_file));
-        writeBottle("program", "wait_for close; exit 70");
+        m_standIn.write("program", "wait_for close; exit 70");
         create();
         m_executor->start();
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
         QVERIFY2(told().endsWith("terminal|window|parse|ended 70|won"), qPrintable(told()));
-        QVERIFY(!QFile::exists(m_directory + "/watches"));
+        QVERIFY(!QFile::exists(m_standIn.directory() + "/watches"));
     }
 };
 

@@ -20,7 +20,7 @@ def main(argv):
     except errors.LaunchError as error:
         say(str(error))
         if request and request.log_path:
-            _record_failure(request.log_path, str(error))
+            _record_failure(request.log_path, error)
         return error.code
     except Exception as error:  # whoever reads the exit code must not take our fault for the program's
         say(f"cannot go on: {error!r}")
@@ -96,7 +96,8 @@ def _program(request, bottle):
     return windows.resolve(bottle.directory, command[0], command[1:]), None
 
 
-def _record_failure(path, sentence):
-    log = logfile.open_log(path, sentence, lambda _: None)
+def _record_failure(path, error):
+    """Tells whoever reads the log that its program was never started, and why."""
+    log = logfile.open_log(path, f"failed with {error.code}: {error}", lambda _: None)
     if log.fd >= 0:
         os.close(log.fd)

@@ -1,0 +1,35 @@
+#include "core/ApplicationWindows.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+
+#include "fenk/Dialog.h"
+
+namespace {
+
+void tellMissing(const QString& what, const QString& bottle, QWidget* over) {
+    qInfo().noquote() << "no window yet for" << bottle << what;
+    auto* dialog = new Fenk::Dialog(QCoreApplication::translate("ApplicationWindows", "Not in this version"),
+                                    what, over && over->isVisible() ? over : nullptr);
+    dialog->setObjectName("missing_window_dialog");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->addButton(QCoreApplication::translate("ApplicationWindows", "Close"), true);
+    dialog->show();
+}
+
+}  // namespace
+
+BottleConfigWindow* ApplicationWindows::openBottleConfig(const QString& bottle, ConfigMode, QWidget* over) {
+    tellMissing(
+        QCoreApplication::translate("ApplicationWindows",
+                                    "This version of Cellarix has no window yet to configure a bottle."),
+        bottle, over);
+    return nullptr;
+}
+
+int ApplicationWindows::askFeedback(const QString& bottle, const QString&, const QString&, QWidget* over) {
+    tellMissing(QCoreApplication::translate("ApplicationWindows",
+                                            "This version of Cellarix cannot send feedback yet."),
+                bottle, over);
+    return 0;
+}

@@ -1,0 +1,171 @@
+// The second half of ExeFileRunner: the windows that a launch opens, and its end.
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QPointer>
+#include <QRegularExpression>
+
+#include "backend/BottleRecord.h"
+#include "backend/BottleUtils.h"
+#include "backend/BottlesConfig.h"
+#include "backend/ServiceLoss.h"
+#include "core/base/WineNames.h"
+#include "launch/ExeFileExecutor.h"
+#include "launch/ExeFileRunner.h"
+#include "launch/LaunchRecord.h"
+#include "launch/banner/LogsWidget.h"
+#include "launch/banner/RunningLogsDialog.h"
+#include "launch/banner/WineExeLaunchBanner.h"
+
+int ExeFileRunner::runInBottlesConfigWindow() {
+    m_mode = FileInConfigWindow;
+    if (init(m_exePath) != 0)
+        return -1;
+    m_banner->allowClose();
+    m_banner->hide();
+    m_bottlesName = m_executor->bottlesName();
+    LaunchWindows* windows = LaunchWindows::instance();
+    BottleConfigWindow* window =
+        windows ? windows->openBottleConfig(m_bottlesName, LaunchWindows::ConfigMode::Ordinary, m_banner)
+                : nullptr;
+    if (!window)
+        return -1;
+    QCoreApplication::processEvents();
+    window->setLoading(true);
+    m_startTime = QDateTime::currentDateTime();
+    m_appName = m_executor->displayName();
+    if (!BottlesConfig::instance()->list().contains(m_bottlesName))
+        createBottle();
+    addFile();
+    window->selectProgram(m_exePath);
+    window->setLoading(false);
+    connect(window, &BottleConfigWindow::closed, this, [this] {
+        collectProtonLinks();
+        finish(false);
+    });
+    return 0;
+}
+
+void ExeFileRunner::createBottle() {
+    BottlesConfig* config = BottlesConfig::instance();
+    config->disconnect(this);
+    qInfo().noquote() << "Waiting for bottles create..." << m_bottlesName;
+    QEventLoop loop;
+    connect(config, &BottlesConfig::bottlesCreated, &loop, [this, &loop](const QString& bottle) {
+        if (bottle == m_bottlesName)
+            loop.quit();
+    });
+    whenServiceIsLost(&loop, [&loop] { loop.quit(); });
+    config->createBottles(m_bottlesName, WineNames::defaultRunner());
+    loop.exec();
+    qInfo().noquote() << "Bottles created..." << m_bottlesName;
+}
+
+/// Wine's own shortcuts become programs by themselves; those of Proton have to be asked for.
+void ExeFileRunner::collectProtonLinks() {
+    if (BottleUtils::bottleRunner(m_bottlesName).startsWith(QLatin1String("ge-proton")))
+        BottlesConfig::instance()->scanApplicationLinks(m_bottlesName, m_startTime, this);
+}
+
+void ExeFileRunner::slotsDebugButtonClicked() {
+    LaunchWindows* windows = LaunchWindows::instance();
+    BottleConfigWindow* window =
+        windows ? windows->openBottleConfig(m_bottlesName, LaunchWindows::ConfigMode::Debugging, m_banner)
+                : nullptr;
+    if (!window)
+        return;
+    m_banner->hide();
+    connect(window, &BottleConfigWindow::closed, this, [this] {
+        if (isInstaller() &&
+            BottleUtils::bottleRunner(m_bottlesName).startsWith(QLatin1String("ge-proton"))) {
+            collectProtonLinks();
+            BottleUtils::deleteEntry(m_bottlesName, addedUuid(), false);
+        }
+        m_banner->close();
+    });
+}
+
+void ExeFileRunner::showLogsDialog() {
+    auto* dialog = new RunningLogsDialog(m_logsWidget, m_banner);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->exec();
+}
+
+void ExeFileRunner::askFeedback() {
+    const QJsonObject peInfo = m_executor->peInfo();
+    QString version = peInfo.value("ProductVersion").toString();
+    if (version.isEmpty())
+        version = peInfo.value("FileVersion").toString();
+    version.replace(QRegularExpression(QStringLiteral("[,.\uff0c]")), ".").remove(' ');
+    LaunchWindows* windows = LaunchWindows::instance();
+    if (!windows)
+        return;
+    const QPointer<ExeFileRunner> alive(this);
+    const int rating = windows->askFeedback(m_bottlesName, m_appName, version, m_banner);
+    if (alive)
+        m_rating = rating;
+}
+
+/// The user has confirmed that the start shall be given up.
+void ExeFileRunner::stop() {
+    m_canceled = true;
+    m_elapsedSeconds = m_executor->seconds();
+    m_executor->cancelRepair();
+    BottleUtils::killWineServer(m_bottlesName);
+    m_banner->allowClose();
+    finish(true);
+}
+
+void ExeFileRunner::finish(bool cleanUp) {
+    if (m_finishedOnce)
+        return;
+    m_finishedOnce = true;
+    m_banner->hide();
+    m_banner->disconnect(this);
+    if (m_executor)
+        m_executor->disconnect(this);
+    if (cleanUp && isInstaller())
+        cleanUpInstaller();
+    m_banner->allowClose();
+    m_banner->close();
+    writeRecord();
+    Q_EMIT emit_finished();
+    deleteLater();
+}
+
+/// The setup file is of no more use. Its own entry does not count as something that it has installed.
+void ExeFileRunner::cleanUpInstaller() {
+    const QString added = addedUuid();
+    QJsonObject programs = BottleUtils::bottlePrograms(m_bottlesName);
+    programs.remove(added);
+    if (programs.isEmpty()) {
+        qInfo() << "remove bottles for installer not extract lnks";
+        qInfo().noquote() << "delete wine container" << m_bottlesName;
+        BottlesConfig::instance()->deleteBottle(m_bottlesName);
+        return;
+    }
+    qInfo().noquote() << "remove setup program: " << m_bottlesName << added;
+    if (!added.isEmpty())
+        BottlesConfig::instance()->removeExternalProgram(m_bottlesName, added);
+}
+
+/// Waits for it, if the entry is being made.
+QString ExeFileRunner::addedUuid() const {
+    return m_added.isCanceled() ? QString() : m_added.result();
+}
+
+void ExeFileRunner::writeRecord() {
+    if (m_mode != File || !m_executor || m_exePath.isEmpty() || !QFileInfo(m_exePath).isFile())
+        return;
+    const QJsonObject bottle = BottlesConfig::instance()->get(m_bottlesName);
+    LaunchRecord record;
+    record.succeeded = m_succeeded;
+    record.exePath = m_exePath;
+    record.fileInfo = m_executor->fileInfo();
+    record.logLines = m_logsWidget->lastLines(LaunchRecord::LogLines);
+    record.rating = m_rating;
+    record.runner = BottleRecord::runner(bottle);
+    record.programs = BottleRecord::programs(bottle).size();
+    record.repaired = m_repaired;
+    record.canceled = m_canceled;
+}

@@ -1,0 +1,302 @@
+#include "launch/ExeFileRunner.h"
+
+#include <QPushButton>
+#include <QtTest>
+#include <memory>
+
+#include "backend/BottlesConfig.h"
+#include "backend/ComponentManager.h"
+#include "launch/LaunchRecord.h"
+#include "launch/PrivateBottleName.h"
+#include "launch/banner/WineExeLaunchBanner.h"
+#include "support/FakeBottleService.h"
+#include "support/LogCapture.h"
+#include "support/PrivateBus.h"
+#include "support/StandInBottle.h"
+#include "support/TestHome.h"
+
+using namespace TestSupport;
+
+namespace {
+
+constexpr int LaunchMs = 30000;
+const char Uuid[] = "11111111-2222-3333-4444-555555555555";
+const char Gecko[] =
+    "err:mshtml:create_document_object Failed to init Gecko, returning CLASS_E_CLASSNOTAVAILABLE\n";
+
+class ConfigWindow : public BottleConfigWindow {
+public:
+    QStringList said;
+    void setLoading(bool loading) override { said << (loading ? "loading" : "loaded"); }
+    void selectProgram(const QString& exePath) override { said << QFileInfo(exePath).fileName(); }
+};
+
+/// Windows of the rooms above, which answer at once.
+class Windows : public LaunchWindows {
+public:
+    std::unique_ptr<ConfigWindow> window;  ///< null: there is none
+    QStringList asked;
+    BottleConfigWindow* openBottleConfig(const QString&, ConfigMode mode, QWidget*) override {
+        asked << (mode == ConfigMode::Debugging ? "debugging" : "ordinary");
+        return window.get();
+    }
+    int askFeedback(const QString&, const QString& appName, const QString& version, QWidget*) override {
+        asked << appName + "|" + version;
+        return 4;
+    }
+};
+
+}  // namespace
+
+/// What a launch shows and what becomes of its bottle, with the real launch script and a Wine and a service
+/// that do as they are told.
+class ExeFileRunnerTest : public QObject {
+    Q_OBJECT
+
+    TestHome m_home;
+    PrivateBus m_bus;
+    std::unique_ptr<FakeBottleService> m_service;
+    StandInBottle m_standIn;
+    Windows m_windows;
+    QPointer<ExeFileRunner> m_runner;
+    QString m_bottle;
+    int m_ends = 0;
+
+    WineExeLaunchBanner* banner() const {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* found = qobject_cast<WineExeLaunchBanner*>(window))
+                return found;
+        }
+        return nullptr;
+    }
+
+    void click(const char* name) const {
+        for (auto* button : banner()->findChildren<QPushButton*>()) {
+            if (button->accessibleName() == QLatin1String(name) && button->isVisible())
+                button->click();
+        }
+    }
+
+    void makeBottle(const QString& name, const QStringList& programs) {
+        m_bottle = name;
+        m_standIn = StandInBottle(m_home.data(), name);
+        QJsonObject entries;
+        for (const QString& path : programs)
+            entries[Uuid] = QJsonObject{{"id", Uuid}, {"name", "Stored"}, {"path", path}};
+        m_service->setJson("Bottles.list", QJsonArray{name});
+        m_service->setBottle(name, {{"Path", m_standIn.directory()}, {"External_Programs", entries}});
+        m_service->setText("checkPublicBottles", name.startsWith("public/") ? name : "");
+        m_service->setText("scanApplicationLinks", "[]");
+        m_service->setText("updateExternalProgram", "{}");
+    }
+
+    QString run(const QString& file) {
+        m_runner = new ExeFileRunner(file, this);
+        m_ends = 0;
+        connect(m_runner, &ExeFileRunner::emit_finished, this, [this] { ++m_ends; });
+        return m_runner->run() == 0 ? m_runner->id() : QString();
+    }
+
+    /// What the service was told to change, in order.
+    QString changes() {
+        QStringList told;
+        for (const RecordedCall& call : m_service->calls()) {
+            if (call.method == "updateExternalProgram")
+                told << "added";
+            else if (call.method == "removeExternalProgram")
+                told << "removed";
+            else if (call.method == "delete" || call.method == "killWineServer")
+                told << call.method;
+        }
+        return told.join(' ');
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_service = std::make_unique<FakeBottleService>();
+        QVERIFY(m_service->start());
+        ComponentManager::instance()->runnerInstalled.clear();
+        ComponentManager::instance()->runnerSupported.clear();
+        m_windows.asked.clear();
+        m_windows.window.reset();
+        LaunchWindows::setInstance(&m_windows);
+    }
+    void cleanup() {
+        delete m_runner;
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_standIn.write("close", "");
+        m_service.reset();
+    }
+
+    void launches_data() {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("bottle");  // "public" or its own; "links" has a program
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>(
+            "user");  // what is done at the failed banner, or at the running one: "stop"
+        QTest::addColumn<QString>("changes");
+        const auto row = [](const char* name, const char* file, const char* bottle, const char* program,
+                            const char* user, const char* changes) {
+            QTest::newRow(name) << file << bottle << program << user << changes;
+        };
+        const char installer[] = "setup_nothing.exe";
+        row("window", "a.exe", "", "show", "close window", "added");
+        row("failure", "a.exe", "", ":", "close", "added");
+        row("failure, debug without a window", "a.exe", "", ":", "debug close", "added");
+        row("repair", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)", "repair, close window", "added");
+        row("stopped", "a.exe", "", "touch alive; wait_for close", "stop", "killWineServer");
+        row("installer with links", installer, "links", "show", "close window", "added removed");
+        row("installer without links", installer, "", "show", "close window", "added delete");
+        row("failed installer", installer, "", ":", "close", "added delete");
+        row("failed installer with links", installer, "links", ":", "close", "");
+        row("stopped installer", installer, "", "touch alive; wait_for close", "stop",
+            "killWineServer delete");
+        row("public", "a.exe", "public links", "show", "close window", "added");
+        row("public failure", "a.exe", "public links", ":", "close", "");
+    }
+    void launches() {
+        QFETCH(QString, file);
+        QFETCH(QString, bottle);
+        QFETCH(QString, program);
+        QFETCH(QString, user);
+        QByteArray content = "MZ";
+        if (file != "a.exe")
+            content = readFile(QString(TEST_BINARY_DIR "/tests/programs/x64/") + file);
+        if (content.isEmpty())
+            QSKIP("the installer was not built");
+        const QString path = m_home.write("files/" + file, content);
+        makeBottle(bottle.contains("public") ? "public/x" : privateBottleNameOf(path),
+                   bottle.contains("links") ? QStringList{"C:\\linked.exe"} : QStringList());
+        m_standIn.write("program", program.toUtf8());
+        if (user.contains("repair"))
+            m_standIn.write("log1", Gecko);
+        QCOMPARE(run(path), m_bottle);
+        QVERIFY(banner() && banner()->isVisible());
+        QCOMPARE(banner()->closeState(), int(WineExeLaunchBanner::Running));
+        if (user == "stop") {
+            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_standIn.directory() + "/alive"), LaunchMs);
+            Q_EMIT banner()->stopRunning();
+        } else if (!user.startsWith("close window")) {
+            QTRY_COMPARE_WITH_TIMEOUT(banner()->closeState(), int(WineExeLaunchBanner::Failed), LaunchMs);
+            QVERIFY(banner()->isVisible());
+            QCOMPARE(m_ends, 0);
+        }
+        if (user.startsWith("debug")) {
+            click("debug_btn");
+            QCOMPARE(m_windows.asked, QStringList{"debugging"});
+            QVERIFY(banner()->isVisible());
+        }
+        if (user.startsWith("repair")) {
+            click("repair_btn");
+            QVERIFY(!m_service->waitForCall("installDependency").method.isEmpty());
+            QCOMPARE(banner()->closeState(), int(WineExeLaunchBanner::Running));
+            Q_EMIT BottlesConfig::instance()->dependecyInstalled(m_bottle, "gecko", {{"ok", true}});
+        }
+        if (user.endsWith("close window")) {
+            QTRY_VERIFY_WITH_TIMEOUT(!banner()->isVisible(), LaunchMs);
+            QCOMPARE(m_ends, 0);
+            m_standIn.write("close", "");
+        } else if (user.endsWith("close")) {
+            banner()->close();
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(m_ends, 1, LaunchMs);
+        QTRY_VERIFY(!m_runner && !banner());
+        QFETCH(QString, changes);
+        QTRY_COMPARE(this->changes(), changes);
+        QCOMPARE(m_ends, 1);
+    }
+
+    void badFiles() {
+        LogCapture log;
+        const QString empty = m_home.write("files/empty.exe", "");
+        for (const QString& path : {empty, m_home.path(), m_home.path() + "/none.exe"}) {
+            QCOMPARE(run(path), QString());
+            QVERIFY(!banner()->isVisible());
+            delete m_runner;
+        }
+        QCOMPARE(log.count("not a file"), 3);
+        QVERIFY(!banner());
+    }
+
+    void storedPrograms_data() {
+        QTest::addColumn<bool>("fixup");
+        QTest::addColumn<QString>("uuid");
+        QTest::addColumn<QString>("complaint");  // none: it is shown
+        for (const bool fixup : {false, true}) {
+            QTest::newRow(fixup ? "fixup" : "program") << fixup << Uuid << "";
+            QTest::newRow(fixup ? "fixup: unknown" : "unknown") << fixup << "x"
+                                                                << "not found in bottles:";
+            QTest::newRow(fixup ? "fixup: no bottle" : "no bottle") << fixup << ""
+                                                                    << "Invalid bottles name:";
+        }
+    }
+    void storedPrograms() {
+        QFETCH(bool, fixup);
+        QFETCH(QString, uuid);
+        QFETCH(QString, complaint);
+        makeBottle("b", {"/x/linked.exe"});
+        m_standIn.write("program", "show");
+        m_standIn.write("close", "");
+        const QString bottle = uuid.isEmpty() ? "none" : "b";
+        LogCapture log;
+        m_runner = new ExeFileRunner(bottle, uuid, this);
+        QSignalSpy ends(m_runner, &ExeFileRunner::emit_finished);
+        const int result = fixup ? m_runner->fixup(bottle, uuid, {"gecko", "mono9"}) : m_runner->runProgram();
+        QCOMPARE(result, complaint.isEmpty() ? 0 : -1);
+        QCOMPARE(ends.size(), complaint.isEmpty() ? 0 : 1);
+        QCOMPARE(banner()->isVisible(), complaint.isEmpty());
+        if (!complaint.isEmpty()) {
+            QVERIFY2(log.contains(complaint), qPrintable(log.text()));
+            return;
+        }
+        QCOMPARE(m_runner->displayName(), QString("Stored"));
+        QCOMPARE(banner()->closeState(),
+                 int(fixup ? WineExeLaunchBanner::Failed : WineExeLaunchBanner::Running));
+        if (fixup) {
+            QVERIFY(m_service->calls("installDependency").isEmpty());
+            click("repair_btn");
+            QCOMPARE(m_service->waitForCall("installDependency").arguments[1].toString(), QString("gecko"));
+        }
+    }
+
+    void configWindow() {
+        const QString path = m_home.write("files/a.exe", "MZ");
+        m_runner = new ExeFileRunner(path, this);
+        QCOMPARE(m_runner->runInBottlesConfigWindow(), -1);
+        delete m_runner;
+
+        m_windows.window = std::make_unique<ConfigWindow>();
+        m_service->setText("createBottles", "{\"ok\":true}");
+        m_service->setText("updateExternalProgram", "{}");
+        m_runner = new ExeFileRunner(path, this);
+        QSignalSpy ends(m_runner, &ExeFileRunner::emit_finished);
+        QCOMPARE(m_runner->runInBottlesConfigWindow(), 0);
+        QCOMPARE(m_service->calls("createBottles").size(), 1);
+        QCOMPARE(m_windows.window->said, QStringList({"loading", "a.exe", "loaded"}));
+        QVERIFY(!banner()->isVisible());
+        Q_EMIT m_windows.window->closed();
+        QCOMPARE(ends.size(), 1);
+        QTRY_COMPARE(changes(), QString("added"));
+    }
+
+    void record() {
+        LaunchRecord record;
+        record.succeeded = true;
+        record.exePath = "/x/a b.exe";
+        record.fileInfo = {{"verinfo", QJsonObject()}};
+        for (int i = 1; i <= 41; ++i)
+            record.logLines << QString::number(i);
+        record.runner = "r";
+        record.programs = 2;
+        record.canceled = true;
+        QStringList lines = record.logLines.mid(1);
+        QCOMPARE(QJsonDocument(record.toJson({{"tid", 1}})).toJson(QJsonDocument::Compact),
+                 QByteArray("{\"action\":\"launch_exe\",\"canceled\":\"yes\",\"errorLogs_64\":\"") +
+                     lines.join('\n').toLatin1().toBase64() +
+                     "\",\"exename\":\"a b.exe\",\"fileinfo_64\":\"eyJ2ZXJpbmZvIjp7fX0=\",\"program_cnt\":2,"
+                     "\"rating\":0,\"repaired\":\"no\",\"runner\":\"r\",\"successed\":true,\"tid\":1}");
+    }
+};
+
+QTEST_MAIN(ExeFileRunnerTest)
+#include "ExeFileRunnerTest.moc"

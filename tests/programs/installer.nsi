@@ -1,0 +1,17 @@
+; A real installer, 64 bit: with -DLINKS one that leaves a program and its shortcut, otherwise one that leaves nothing.
+Target amd64-unicode
+Unicode true
+Name "Sample setup"
+Caption "Sample setup"
+RequestExecutionLevel user
+InstallDir "$PROGRAMFILES64\Cellarix Sample"
+Page instfiles
+Section
+!ifdef LINKS
+  SetShellVarContext current
+  SetOutPath "$INSTDIR"
+  File "${PROGRAM}"
+  CreateDirectory "$SMPROGRAMS\Cellarix"
+  CreateShortCut "$SMPROGRAMS\Cellarix\Sample program.lnk" "$INSTDIR\window.exe"
+!endif
+SectionEnd
