@@ -49,7 +49,6 @@ Dialog::Dialog(QWidget* parent)
     m_contents->setContentsMargins(Tokens::Space24, Tokens::Space8, Tokens::Space24, Tokens::Space24);
     m_contents->setSpacing(Tokens::Space16);
     m_contents->addWidget(m_message);
-    m_row->setContentsMargins(Tokens::Space24, 0, Tokens::Space24, Tokens::Space24);
     m_row->setSpacing(Tokens::Space12);
     bodyLayout()->addLayout(m_contents, 1);
     bodyLayout()->addLayout(m_row);
@@ -76,6 +75,7 @@ int Dialog::addButton(const QString& text, bool isDefault, ButtonType type) {
     button->setAutoDefault(false);
     setButtonKind(button, kindOf(type));
     connect(button, &QPushButton::clicked, this, [this, button] { click(button); });
+    m_row->setContentsMargins(Tokens::Space24, 0, Tokens::Space24, Tokens::Space24);
     m_row->addWidget(button, 1);
     m_buttons.append(button);
     if (isDefault && type != ButtonWarning)
@@ -96,6 +96,7 @@ void Dialog::clearButtons() {
         button->hide();
         button->deleteLater();
     }
+    m_row->setContentsMargins(0, 0, 0, 0);
     m_buttons.clear();
     m_default = nullptr;
 }

@@ -1,5 +1,6 @@
 #include "fenk/Label.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QStyle>
 
@@ -62,6 +63,10 @@ void Label::setReadingWidth(int width) {
     updateGeometry();
 }
 
+int Label::heightForWidth(int width) const {
+    return QLabel::heightForWidth(m_readingWidth > 0 ? qMin(width, m_readingWidth) : width);
+}
+
 QSize Label::sizeHint() const {
     if (m_readingWidth == 0)
         return QLabel::sizeHint();
@@ -82,6 +87,13 @@ QSize Label::minimumSizeHint() const {
     if (m_elided)
         hint.setWidth(fontMetrics().horizontalAdvance(QChar(0x2026)) * 2);
     return hint;
+}
+
+bool Label::event(QEvent* event) {
+    // A new text of the same width brings no resize.
+    if (event->type() == QEvent::ToolTip && m_elided)
+        setToolTip(cuts() ? text() : QString());
+    return QLabel::event(event);
 }
 
 void Label::resizeEvent(QResizeEvent* event) {

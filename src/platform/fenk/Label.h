@@ -24,10 +24,12 @@ public:
 
     /// Wrapped text that would like lines of this width at most, but takes less.
     void setReadingWidth(int width);
+    int heightForWidth(int width) const override;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 

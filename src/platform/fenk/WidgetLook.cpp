@@ -45,6 +45,10 @@ int ringRadius(const QWidget* control) {
     return radius.isValid() ? radius.toInt() : Tokens::RadiusControl;
 }
 
+bool hasRingRadius(const QWidget* control) {
+    return control && control->property(RingProperty).isValid();
+}
+
 void setSidebarLook(QAbstractItemView* view) {
     view->setProperty(SidebarProperty, true);
     view->setFrameShape(QFrame::NoFrame);

@@ -19,9 +19,11 @@ ButtonKind buttonKind(const QWidget* button);
 void setAlertState(QWidget* field, bool alert);
 bool hasAlertState(const QWidget* field);
 
-/// Radius of the focus ring's inner edge, for controls that are not a box with the usual corners.
+/// Radius of the focus ring's inner edge, for controls that are not a box with the usual corners. A control
+/// that is none of Qt's own kinds has the ring only if it has a radius.
 void setRingRadius(QWidget* control, int radius);
 int ringRadius(const QWidget* control);
+bool hasRingRadius(const QWidget* control);
 
 /// A list that stands at a window's side: on the sunken ground, without a frame, its rows rounded.
 void setSidebarLook(QAbstractItemView* view);

@@ -12,6 +12,8 @@
 #include <QScrollBar>
 #include <QTextEdit>
 
+#include "fenk/WidgetLook.h"
+
 namespace Fenk {
 
 namespace {
@@ -23,7 +25,8 @@ bool isField(const QWidget* widget) {
 
 bool hasRing(const QWidget* widget) {
     return isField(widget) || qobject_cast<const QAbstractButton*>(widget) ||
-           qobject_cast<const QComboBox*>(widget) || qobject_cast<const QAbstractSlider*>(widget);
+           qobject_cast<const QComboBox*>(widget) || qobject_cast<const QAbstractSlider*>(widget) ||
+           hasRingRadius(widget);
 }
 
 bool fromKeyboard(Qt::FocusReason reason) {
@@ -79,7 +82,8 @@ void FocusRing::focusCame(QWidget* widget, Qt::FocusReason reason) {
         return;
     QWidget* control = outlined(widget);
     const bool byProgram = reason == Qt::OtherFocusReason || reason == Qt::ActiveWindowFocusReason;
-    if (hasRing(control) && (isField(control) || fromKeyboard(reason) || (byProgram && m_keyboard)))
+    const bool editable = isField(control) && !control->property("readOnly").toBool();
+    if (hasRing(control) && (editable || fromKeyboard(reason) || (byProgram && m_keyboard)))
         show(control);
 }
 

@@ -9,7 +9,8 @@ class QWidget;
 namespace Fenk {
 
 /// Puts the ring around the control that has the focus: always when the keyboard brought it there, and around
-/// fields however it came. Lists and tabs draw their own inside. Owned by Style; one ring for the process.
+/// fields to write in however it came. Lists and tabs draw their own inside. Owned by Style; one ring for the
+/// process.
 class FocusRing : public QObject {
     Q_OBJECT
 public:
