@@ -5,6 +5,7 @@ Name "Sample setup"
 Caption "Sample setup"
 RequestExecutionLevel user
 InstallDir "$PROGRAMFILES64\Cellarix Sample"
+AutoCloseWindow true
 Page instfiles
 Section
 !ifdef LINKS
@@ -14,4 +15,5 @@ Section
   CreateDirectory "$SMPROGRAMS\Cellarix"
   CreateShortCut "$SMPROGRAMS\Cellarix\Sample program.lnk" "$INSTDIR\window.exe"
 !endif
+  Sleep 5000 ; the window is looked for once a second
 SectionEnd

@@ -377,6 +377,22 @@ private Q_SLOTS:
         QVERIFY(log.contains("exe path is empty, donothing"));
     }
 
+    /// What keeps the program from being started is the last word before the failure, and no repair helps.
+    void obstacle() {
+        m_file += "32.exe";
+        if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
+            QSKIP("the Windows compiler is not on this machine");
+        makeBottle(privateBottleNameOf(m_file));
+        QVERIFY(QDir().mkpath(m_standIn.directory() + "/../lib/wine/x86_64-windows"));
+        ComponentManager::instance()->runnerSupported = QStringList{Staging};
+        create();
+        m_executor->start();
+        QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
+        const QString end = m_told.mid(m_told.size() - 2).join('|');
+        QCOMPARE(end, QString("M0 a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. Install "
+                              "the package wine32.|failed 0 0"));
+    }
+
     /// In a terminal nobody watches for windows, and every exit code will do.
     void console() {
         if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x64/console.exe", m_file + "c.exe"))
