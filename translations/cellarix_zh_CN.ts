@@ -5,7 +5,7 @@
     <name>BannerCloseConfirmDialog</name>
     <message>
         <source>Close Running</source>
-        <translation>关闭运行</translation>
+        <translation>停止运行</translation>
     </message>
     <message>
         <source>The application is starting up, this process will continue for a short while,
@@ -34,6 +34,33 @@ please wait for the component download to complete!</source>
     <message>
         <source>Continue Installation</source>
         <translation>继续安装</translation>
+    </message>
+</context>
+<context>
+    <name>BannerFailedPart</name>
+    <message>
+        <source>Debug</source>
+        <translation>调试</translation>
+    </message>
+    <message>
+        <source>Repair</source>
+        <translation>修复</translation>
+    </message>
+    <message>
+        <source>Feedback</source>
+        <translation>反馈</translation>
+    </message>
+    <message>
+        <source>View Logs</source>
+        <translation>查看日志</translation>
+    </message>
+    <message>
+        <source>You can try to repair, or use advanced debugging tools to improve the run success rate</source>
+        <translation>您可以尝试修复，或使用高级调试工具来提高运行成功率</translation>
+    </message>
+    <message>
+        <source>You can try to use advanced debugging tools to improve the run success rate</source>
+        <translation>您可以尝试使用高级调试工具来提高运行成功率</translation>
     </message>
 </context>
 <context>
@@ -428,6 +455,33 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>LogsWidget</name>
+    <message>
+        <source>The log was saved to %1</source>
+        <translation>日志已保存到 %1</translation>
+    </message>
+    <message>
+        <source>The log could not be saved to %1: %2</source>
+        <translation>日志无法保存到 %1：%2</translation>
+    </message>
+    <message>
+        <source>Save the log</source>
+        <translation>保存日志</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Select all</source>
+        <translation>全选</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>保存……</translation>
+    </message>
+</context>
+<context>
     <name>Main</name>
     <message>
         <source>Cellarix</source>
@@ -565,32 +619,8 @@ please wait for the component download to complete!</source>
         <translation>这是一段描述……</translation>
     </message>
     <message>
-        <source>Repair</source>
-        <translation>修复</translation>
-    </message>
-    <message>
-        <source>Debug</source>
-        <translation>调试</translation>
-    </message>
-    <message>
-        <source>Feedback</source>
-        <translation>反馈</translation>
-    </message>
-    <message>
-        <source>View Logs</source>
-        <translation>查看日志</translation>
-    </message>
-    <message>
         <source>The app fails to run</source>
         <translation>应用运行失败</translation>
-    </message>
-    <message>
-        <source>You can try to repair, or use advanced debugging tools to improve the run success rate</source>
-        <translation>您可以尝试修复，或使用高级调试工具来提高运行成功率</translation>
-    </message>
-    <message>
-        <source>You can try to use advanced debugging tools to improve the run success rate</source>
-        <translation>您可以尝试使用高级调试工具来提高运行成功率</translation>
     </message>
 </context>
 <context>

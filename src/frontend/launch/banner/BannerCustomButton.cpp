@@ -8,6 +8,7 @@
 #include "fenk/Label.h"
 #include "fenk/SymbolicIconEngine.h"
 #include "fenk/Tokens.h"
+#include "fenk/WidgetLook.h"
 #include "fenk/style/Paint.h"
 
 using namespace Fenk;
@@ -54,6 +55,7 @@ BannerCustomButton::BannerCustomButton(const QIcon& icon, const QString& text, Q
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFixedHeight(Tokens::CompactHeight);
+    setRingRadius(this, Tokens::RadiusControl);
     setAccessibleDescription(text);
     m_label->setAttribute(Qt::WA_TransparentForMouseEvents);
     auto* layout = new QHBoxLayout(this);

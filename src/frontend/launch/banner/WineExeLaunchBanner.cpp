@@ -1,18 +1,22 @@
 #include "launch/banner/WineExeLaunchBanner.h"
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QDebug>
+#include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 #include "fenk/Label.h"
 #include "fenk/Spinner.h"
-#include "fenk/SuggestButton.h"
+#include "fenk/Theme.h"
 #include "fenk/TitleBar.h"
 #include "fenk/Tokens.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
-#include "launch/banner/BannerCustomButton.h"
+#include "launch/banner/BannerFailedPart.h"
+#include "launch/banner/BannerPicture.h"
+#include "launch/banner/SteadyText.h"
 
 using namespace Fenk;
 
@@ -24,74 +28,103 @@ constexpr int FailedHeight = 500;
 constexpr int MaskAlpha = 204;
 constexpr int NameMaxWidth = 200;
 constexpr int StatusMaxWidth = 400;
-constexpr int DebugWidth = 220;
-constexpr int RepairRowButtonWidth = 184;
-
-template <class Button, class Signal>
-Button* named(Button* button, const char* name, WineExeLaunchBanner* banner, Signal pressed) {
-    button->setAccessibleName(name);
-    QObject::connect(button, &Button::clicked, banner, pressed);
-    return button;
-}
+constexpr int AboveIcon = 68;  ///< puts what the running look holds into its middle; the failed one keeps it
+constexpr qreal FailedIconOpacity = 0.6;
 
 }  // namespace
 
 WineExeLaunchBanner::WineExeLaunchBanner(QWidget* parent)
     : MainWindow(parent),
-      m_icon(new QLabel),
+      m_icon(new BannerPicture(Tokens::IconBanner)),
       m_name(new Label(Label::Heading)),
       m_status(new Label(Label::Body)),
       m_description(new Label(Label::Small)),
-      m_running(new Spinner) {
+      m_statusText(new SteadyText(this)),
+      m_descriptionText(new SteadyText(this)),
+      m_ring(new Spinner),
+      m_failedMark(new BannerPicture(Tokens::IconLarge)),
+      m_failed(new BannerFailedPart),
+      m_changing(new QWidget),
+      m_opacity(new QGraphicsOpacityEffect(this)) {
     setAccessibleName("exelaunch_banner");
     setBackgroundAlpha(MaskAlpha);
     titlebar()->setMenuVisible(false);
     setFixedSize(Width, RunningHeight);
-    m_failed = makeFailedPart();
-    auto* content = new QWidget;
-    auto* layout = new QVBoxLayout(content);
-    m_name->setMaximumWidth(NameMaxWidth);
-    m_status->setMaximumWidth(StatusMaxWidth);
-    for (QWidget* part : {static_cast<QWidget*>(m_icon), static_cast<QWidget*>(m_name), m_running,
-                          static_cast<QWidget*>(m_status), static_cast<QWidget*>(m_description), m_failed})
-        layout->addWidget(part, 0, Qt::AlignHCenter);
-    setCentralWidget(content);
-    static_cast<Spinner*>(m_running)->start();
-    setStatus(tr("A Wine App is executing"));
+    m_fade.setDuration(Tokens::FadeMs);
+    m_movement.setDuration(Tokens::MoveMs);
+    m_movement.setEasingCurve(QEasingCurve::OutCubic);
+    arrange();
+    connectParts();
+    showStatus(tr("A Wine App is executing"));
     setAppName(tr("App Name"));
-    setDescription(tr("I am a description...."));
+    m_description->setText(tr("I am a description...."));
     setIcon(Theme::icon("lumora-terminal"));
-    m_failed->hide();
-    moveToCenter();
+    m_ring->start();
 }
 
-QWidget* WineExeLaunchBanner::makeFailedPart() {
-    auto* part = new QWidget;
-    auto* layout = new QVBoxLayout(part);
-    m_advice = new Label(Label::Secondary);
-    m_debug =
-        named(new SuggestButton(tr("Debug")), "debug_btn", this, &WineExeLaunchBanner::debugButtonClicked);
-    m_debug->setFixedWidth(DebugWidth);
-    m_repairRow = new QWidget;
-    m_repairRow->setAccessibleName("repair_btns");
-    auto* row = new QHBoxLayout(m_repairRow);
-    auto* debug = named(new QPushButton(tr("Debug")), "repair_debug_btn", this,
-                        &WineExeLaunchBanner::debugButtonClicked);
-    auto* repair =
-        named(new SuggestButton(tr("Repair")), "repair_btn", this, &WineExeLaunchBanner::repairButtonClicked);
-    for (QPushButton* button : {debug, static_cast<QPushButton*>(repair)}) {
-        button->setFixedWidth(RepairRowButtonWidth);
-        row->addWidget(button);
-    }
-    auto* quiet = new QHBoxLayout;
-    quiet->addWidget(named(new BannerCustomButton(Theme::icon("cxb_feedback"), tr("Feedback")),
-                           "feedback_btn", this, &WineExeLaunchBanner::feedBackButtonClicked));
-    quiet->addWidget(named(new BannerCustomButton(Theme::icon("cxb_showlog"), tr("View Logs")),
-                           "view_logs_btn", this, &WineExeLaunchBanner::showLogsButtonClicked));
-    for (QWidget* widget : {static_cast<QWidget*>(m_advice), static_cast<QWidget*>(m_debug), m_repairRow})
-        layout->addWidget(widget, 0, Qt::AlignHCenter);
-    layout->addLayout(quiet);
-    return part;
+void WineExeLaunchBanner::arrange() {
+    for (Label* line : {m_name, m_status, m_description})
+        line->setElided(true);
+    m_name->setObjectName("app_name");
+    m_name->setAlignment(Qt::AlignCenter);
+    m_name->setMaximumWidth(NameMaxWidth);
+    m_status->setObjectName("status");
+    m_status->setMaximumWidth(StatusMaxWidth);
+    m_description->setObjectName("description");
+    m_description->setAlignment(Qt::AlignCenter);
+    m_failed->hide();
+
+    auto* changing = new QVBoxLayout(m_changing);
+    changing->setContentsMargins(0, 0, 0, 0);
+    changing->setSpacing(0);
+    changing->addWidget(makeStatusRow(), 0, Qt::AlignHCenter);
+    changing->addSpacing(Tokens::Space8);
+    changing->addWidget(m_description);
+    changing->addSpacing(Tokens::Space24);
+    changing->addWidget(m_failed);
+    changing->addStretch();
+    m_changing->setGraphicsEffect(m_opacity);
+    m_opacity->setEnabled(false);
+
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(Tokens::Space32, AboveIcon, Tokens::Space32, Tokens::Space24);
+    layout->setSpacing(0);
+    layout->addWidget(m_icon, 0, Qt::AlignHCenter);
+    layout->addSpacing(Tokens::Space16);
+    layout->addWidget(m_name, 0, Qt::AlignHCenter);
+    layout->addSpacing(Tokens::Space8);
+    layout->addWidget(m_changing, 1);
+    setCentralWidget(content);
+}
+
+QWidget* WineExeLaunchBanner::makeStatusRow() {
+    m_failedMark->setIcon(Theme::icon("fenk-error"));
+    m_failedMark->setTint(Theme::Danger);
+    m_failedMark->hide();
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space8);
+    layout->addWidget(m_ring);
+    layout->addWidget(m_failedMark);
+    layout->addWidget(m_status);
+    return row;
+}
+
+void WineExeLaunchBanner::connectParts() {
+    connect(m_statusText, &SteadyText::shown, this, &WineExeLaunchBanner::showStatus);
+    connect(m_descriptionText, &SteadyText::shown, m_description,
+            [this](const QString& text) { m_description->setText(text.simplified()); });
+    connect(m_failed, &BannerFailedPart::feedback, this, &WineExeLaunchBanner::feedBackButtonClicked);
+    connect(m_failed, &BannerFailedPart::viewLogs, this, &WineExeLaunchBanner::showLogsButtonClicked);
+    connect(m_failed, &BannerFailedPart::debug, this, &WineExeLaunchBanner::debugButtonClicked);
+    connect(m_failed, &BannerFailedPart::repair, this, &WineExeLaunchBanner::repairButtonClicked);
+    connect(&m_movement, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& height) { setFixedHeight(height.toInt()); });
+    connect(&m_fade, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& opacity) { showFade(opacity.toReal()); });
+    connect(&m_fade, &QVariantAnimation::finished, this, &WineExeLaunchBanner::endFade);
 }
 
 void WineExeLaunchBanner::setAppName(const QString& name) {
@@ -99,50 +132,133 @@ void WineExeLaunchBanner::setAppName(const QString& name) {
     setWindowTitle(name);
 }
 
-void WineExeLaunchBanner::setStatus(const QString& status) {
-    m_status->setText(status);
-}
-
-void WineExeLaunchBanner::setDescription(const QString& description) {
-    m_description->setText(description);
-}
-
 void WineExeLaunchBanner::setIcon(const QIcon& icon) {
-    m_icon->setPixmap(icon.pixmap(Tokens::IconBanner));
+    m_icon->setIcon(icon);
     setWindowIcon(icon);
 }
 
+void WineExeLaunchBanner::setStatus(const QString& status) {
+    m_statusText->set(status);
+}
+
+void WineExeLaunchBanner::setDescription(const QString& description) {
+    m_descriptionText->set(description);
+}
+
+void WineExeLaunchBanner::showStatus(const QString& status) {
+    const QString line = status.simplified();
+    m_status->setText(line);
+    // Room for all percentages of the step, so that the ring keeps its place while they grow.
+    const int wanted = m_status->fontMetrics().horizontalAdvance(SteadyText::widest(line));
+    m_status->setMinimumWidth(qMin(wanted, StatusMaxWidth));
+}
+
 void WineExeLaunchBanner::showFailed(bool canFix) {
-    setStatus(tr("The app fails to run"));
-    if (m_confirm)
-        m_confirm->close();
-    m_running->hide();
-    setFixedHeight(m_canRepair ? FailedHeight : RunningHeight);
-    m_advice->setText(canFix ? tr("You can try to repair, or use advanced debugging tools to improve the run "
-                                  "success rate")
-                             : tr("You can try to use advanced debugging tools to improve the run success "
-                                  "rate"));
-    m_advice->setVisible(m_canRepair);
-    m_debug->setVisible(m_canRepair && !canFix);
-    m_repairRow->setVisible(m_canRepair && canFix);
+    m_statusText->restart();
+    m_descriptionText->restart();
+    showStatus(tr("The app fails to run"));
+    closeQuestion();
+    m_ring->hide();
+    m_failedMark->show();
+    m_failed->offer(m_canRepair, canFix);
     m_failed->show();
+    if (m_canRepair)
+        moveHeight(FailedHeight);
+    fade(0, 1);
     m_closeState = Failed;
+    if (QPushButton* suggested = m_failed->suggested())
+        suggested->setFocus(Qt::ActiveWindowFocusReason);
+    QAccessibleEvent alert(m_status, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void WineExeLaunchBanner::showRunning() {
-    setFixedHeight(RunningHeight);
+    m_statusText->restart();
+    m_descriptionText->restart();
+    // Before its button goes: Qt would hand the focus on to a button of the title bar.
+    setFocus(Qt::OtherFocusReason);
+    leaveFailedPicture();
+    moveHeight(RunningHeight);
+    fade(1, 0);
     m_closeState = Running;
-    m_debug->hide();
-    m_repairRow->hide();
+    m_failed->hideOffers();
     m_failed->hide();
-    m_running->show();
+    m_failedMark->hide();
+    m_ring->show();
+}
+
+void WineExeLaunchBanner::moveHeight(int height) {
+    m_movement.stop();
+    if (!isVisible() || !Theme::instance()->animationsEnabled()) {
+        setFixedHeight(height);
+        return;
+    }
+    m_movement.setStartValue(this->height());
+    m_movement.setEndValue(height);
+    m_movement.start();
+}
+
+void WineExeLaunchBanner::leaveFailedPicture() {
+    delete m_leftover;
+    if (!isVisible() || !m_failed->isVisible() || !Theme::instance()->animationsEnabled())
+        return;
+    m_opacity->setEnabled(false);
+    const QPixmap picture = m_failed->grab();
+    m_leftover = new QLabel(centralWidget());
+    m_leftover->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_leftover->setPixmap(picture);
+    m_leftover->setGraphicsEffect(new QGraphicsOpacityEffect(m_leftover));
+    m_leftover->setGeometry(QRect(m_failed->mapTo(centralWidget(), QPoint()), m_failed->size()));
+    m_leftover->show();
+}
+
+void WineExeLaunchBanner::fade(qreal from, qreal to) {
+    m_fade.stop();
+    m_fade.setStartValue(from);
+    m_fade.setEndValue(to);
+    if (isVisible() && Theme::instance()->animationsEnabled()) {
+        m_opacity->setEnabled(to > from);
+        m_fade.start();
+    } else {
+        showFade(to);
+        endFade();
+    }
+}
+
+/// `failed` is how much of the failed look is there. The running look never fades: it is there at once, and
+/// what is left of the other one fades above it.
+void WineExeLaunchBanner::showFade(qreal failed) {
+    m_icon->setOpacity(1 - failed * (1 - FailedIconOpacity));
+    m_opacity->setOpacity(failed);
+    if (m_leftover)
+        static_cast<QGraphicsOpacityEffect*>(m_leftover->graphicsEffect())->setOpacity(failed);
+}
+
+void WineExeLaunchBanner::endFade() {
+    m_opacity->setEnabled(false);
+    delete m_leftover;
+}
+
+void WineExeLaunchBanner::closeQuestion() {
+    if (!m_confirm)
+        return;
+    m_confirm->disconnect(this);
+    m_confirm->reject();
+    m_confirm.clear();
+}
+
+bool WineExeLaunchBanner::event(QEvent* event) {
+    // Title and icon are for the desktop's lists of windows. The title bar would only say them again.
+    if (event->type() == QEvent::WindowTitleChange || event->type() == QEvent::WindowIconChange)
+        return QMainWindow::event(event);
+    return MainWindow::event(event);
 }
 
 void WineExeLaunchBanner::closeEvent(QCloseEvent* event) {
     qInfo() << event << m_closeState;
     if (m_closeState != Running) {
-        Q_EMIT finished();
         event->accept();
+        Q_EMIT finished();
         return;
     }
     event->ignore();
@@ -151,4 +267,34 @@ void WineExeLaunchBanner::closeEvent(QCloseEvent* event) {
         connect(m_confirm, &BannerCloseConfirmDialog::confirmClose, this, &WineExeLaunchBanner::stopRunning);
     }
     m_confirm->show();
+    m_confirm->raise();
+    m_confirm->activateWindow();
+}
+
+void WineExeLaunchBanner::showEvent(QShowEvent* event) {
+    MainWindow::showEvent(event);
+    if (!m_placed)
+        moveToCenter();
+    m_placed = true;
+}
+
+void WineExeLaunchBanner::hideEvent(QHideEvent* event) {
+    MainWindow::hideEvent(event);
+    // Minimising leaves the question open; a launch that has come to its window has answered it.
+    if (!event->spontaneous())
+        closeQuestion();
+}
+
+void WineExeLaunchBanner::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (event->key() == Qt::Key_Escape) {
+        close();
+    } else if (isReturn && !event->isAutoRepeat()) {
+        auto* focused = qobject_cast<QAbstractButton*>(focusWidget());
+        if (QAbstractButton* target = focused ? focused : m_failed->suggested();
+            target && target->isVisible())
+            target->click();
+    } else {
+        MainWindow::keyPressEvent(event);
+    }
 }

@@ -1,13 +1,21 @@
 #pragma once
 
 #include <QPointer>
+#include <QVariantAnimation>
 
 #include "fenk/MainWindow.h"
 
 class BannerCloseConfirmDialog;
-class BannerCustomButton;
+class BannerFailedPart;
+class BannerPicture;
+class QGraphicsOpacityEffect;
 class QLabel;
-class QPushButton;
+class SteadyText;
+
+namespace Fenk {
+class Label;
+class Spinner;
+}  // namespace Fenk
 
 /// Stands for a launch while no window of the program itself exists: which program, what is happening, that
 /// it is alive; after a failure what can be done. Only shows and asks: whoever owns it listens and decides.
@@ -20,6 +28,8 @@ public:
     explicit WineExeLaunchBanner(QWidget* parent = nullptr);
 
     void setAppName(const QString& name);
+    /// One line each, as plain text. They follow the calls at a pace that can be read, and a percentage in
+    /// them never falls within one step.
     void setStatus(const QString& status);
     void setDescription(const QString& description);
     void setIcon(const QIcon& icon);
@@ -44,21 +54,40 @@ Q_SIGNALS:
     void finished();
 
 protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    QWidget* makeFailedPart();
+    void arrange();
+    QWidget* makeStatusRow();
+    void connectParts();
+    void showStatus(const QString& status);
+    void moveHeight(int height);
+    void leaveFailedPicture();
+    void fade(qreal from, qreal to);
+    void showFade(qreal failed);
+    void endFade();
+    void closeQuestion();
 
-    QLabel* m_icon;
-    QLabel* m_name;
-    QLabel* m_status;
-    QLabel* m_description;
-    QWidget* m_running;
-    QWidget* m_failed;
-    QLabel* m_advice = nullptr;
-    QPushButton* m_debug = nullptr;
-    QWidget* m_repairRow = nullptr;
+    BannerPicture* m_icon;
+    Fenk::Label* m_name;
+    Fenk::Label* m_status;
+    Fenk::Label* m_description;
+    SteadyText* m_statusText;
+    SteadyText* m_descriptionText;
+    Fenk::Spinner* m_ring;
+    BannerPicture* m_failedMark;
+    BannerFailedPart* m_failed;
+    QWidget* m_changing;  ///< all that differs between the two looks
+    QGraphicsOpacityEffect* m_opacity;
+    QPointer<QLabel> m_leftover;  ///< picture of the failed part, which fades
+    QVariantAnimation m_fade;
+    QVariantAnimation m_movement;
     QPointer<BannerCloseConfirmDialog> m_confirm;
     CloseState m_closeState = Running;
     bool m_canRepair = true;
+    bool m_placed = false;
 };

@@ -1,0 +1,111 @@
+#include "launch/banner/BannerFailedPart.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+#include "fenk/Label.h"
+#include "fenk/SuggestButton.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "launch/banner/BannerCustomButton.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr int DebugWidth = 220;
+constexpr int RepairRowButtonWidth = 184;
+constexpr int QuietSpacing = 20;
+constexpr int OfferSpacer = 25;
+constexpr int NoOfferSpacer = 6;
+constexpr int AdviceMaxWidth = 440;
+
+QPushButton* named(QPushButton* button, const char* name, int width) {
+    button->setAccessibleName(name);
+    button->setAccessibleDescription(button->text());
+    button->setFixedWidth(width);
+    return button;
+}
+
+}  // namespace
+
+// The order in which the buttons are made is the order of Tab.
+BannerFailedPart::BannerFailedPart(QWidget* parent)
+    : QWidget(parent),
+      m_advice(new Label(Label::Secondary)),
+      m_spacer(new QSpacerItem(0, OfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed)),
+      m_debug(named(new SuggestButton(tr("Debug")), "debug_btn", DebugWidth)),
+      m_repairRow(makeRepairRow()) {
+    m_advice->setReadingWidth(AdviceMaxWidth);
+    m_advice->setAlignment(Qt::AlignCenter);
+    connect(m_debug, &QPushButton::clicked, this, &BannerFailedPart::debug);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_advice, 0, Qt::AlignHCenter);
+    layout->addItem(m_spacer);
+    layout->addWidget(m_debug, 0, Qt::AlignHCenter);
+    layout->addWidget(m_repairRow, 0, Qt::AlignHCenter);
+    layout->addSpacing(Tokens::Space16);
+    layout->addLayout(makeQuietRow());
+}
+
+QWidget* BannerFailedPart::makeRepairRow() {
+    auto* row = new QWidget;
+    row->setAccessibleName("repair_btns");
+    auto* debugToo = named(new QPushButton(tr("Debug")), "repair_debug_btn", RepairRowButtonWidth);
+    m_repair = named(new SuggestButton(tr("Repair")), "repair_btn", RepairRowButtonWidth);
+    connect(debugToo, &QPushButton::clicked, this, &BannerFailedPart::debug);
+    connect(m_repair, &QPushButton::clicked, this, &BannerFailedPart::repair);
+    auto* line = new QFrame;
+    line->setFrameShape(QFrame::VLine);
+    line->setFixedSize(1, Tokens::IconLarge);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space16);
+    layout->addWidget(debugToo);
+    layout->addWidget(line);
+    layout->addWidget(m_repair);
+    return row;
+}
+
+QLayout* BannerFailedPart::makeQuietRow() {
+    auto* feedbackButton = new BannerCustomButton(Theme::icon("cxb_feedback"), tr("Feedback"));
+    feedbackButton->setAccessibleName("feedback_btn");
+    auto* logsButton = new BannerCustomButton(Theme::icon("cxb_showlog"), tr("View Logs"));
+    logsButton->setAccessibleName("view_logs_btn");
+    connect(feedbackButton, &BannerCustomButton::clicked, this, &BannerFailedPart::feedback);
+    connect(logsButton, &BannerCustomButton::clicked, this, &BannerFailedPart::viewLogs);
+    auto* layout = new QHBoxLayout;
+    layout->setSpacing(QuietSpacing);
+    layout->addStretch();
+    layout->addWidget(feedbackButton);
+    layout->addWidget(logsButton);
+    layout->addStretch();
+    return layout;
+}
+
+void BannerFailedPart::offer(bool canRepair, bool canFix) {
+    m_advice->setText(canFix ? tr("You can try to repair, or use advanced debugging tools to improve the run "
+                                  "success rate")
+                             : tr("You can try to use advanced debugging tools to improve the run success "
+                                  "rate"));
+    m_advice->setVisible(canRepair);
+    m_debug->setVisible(canRepair && !canFix);
+    m_repairRow->setVisible(canRepair && canFix);
+    m_spacer->changeSize(0, canRepair ? OfferSpacer : NoOfferSpacer, QSizePolicy::Minimum,
+                         QSizePolicy::Fixed);
+    layout()->invalidate();
+}
+
+void BannerFailedPart::hideOffers() {
+    m_debug->hide();
+    m_repairRow->hide();
+}
+
+QPushButton* BannerFailedPart::suggested() const {
+    if (!m_repairRow->isHidden())
+        return m_repair;
+    return m_debug->isHidden() ? nullptr : m_debug;
+}

@@ -1,0 +1,140 @@
+// Pictures of the launch's windows with sample data: banner-pictures STATE [--theme light|dark] --screenshot
+// FILE In Chinese where LANG says so. A new state is a line in the table below.
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QTextStream>
+
+#include "fenk/Application.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "fenk/WindowPlatform.h"
+#include "launch/banner/BannerCloseConfirmDialog.h"
+#include "launch/banner/LogsWidget.h"
+#include "launch/banner/RunningLogsDialog.h"
+#include "launch/banner/WineExeLaunchBanner.h"
+
+using namespace Fenk;
+
+namespace {
+
+/// The windows as they lie over each other, the lowest first, with a strip of what is behind them.
+QImage picture(const QList<QWidget*>& windows) {
+    QRect all;
+    for (QWidget* window : windows) {
+        window->show();
+        QElapsedTimer settled;
+        settled.start();
+        while (settled.elapsed() < Tokens::FadeMs)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        all |= window->geometry();
+    }
+    all.adjust(-Tokens::Space32, -Tokens::Space32, Tokens::Space32, Tokens::Space32);
+    const qreal ratio = windows.first()->devicePixelRatioF();
+    QImage result(all.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    result.setDevicePixelRatio(ratio);
+    result.fill(Theme::instance()->color(Theme::Sunken));
+    QPainter painter(&result);
+    painter.fillRect(QRect(0, 0, all.width() / 2, all.height()), Theme::instance()->color(Theme::AccentSoft));
+    for (QWidget* window : windows)
+        painter.drawPixmap(window->pos() - all.topLeft(), window->grab());
+    painter.end();
+    result.setDevicePixelRatio(1);
+    return result;
+}
+
+struct Banner : WineExeLaunchBanner {
+    explicit Banner(const QString& name = "Harbour Office") {
+        const auto word = [](const char* text) {
+            return QCoreApplication::translate("ExeFileExecutor", text);
+        };
+        setAppName(name);
+        setIcon(Theme::icon("cxb_app_default_icon"));
+        setStatus(word("Launching"));
+        setDescription(word("Choose wine version: %1").arg("lumora-wine8-stable"));
+    }
+};
+
+QImage failed(bool canRepair, bool canFix) {
+    Banner banner("Harbour Office Professional Setup");
+    banner.setCanRepair(canRepair);
+    banner.setDescription("- vcredist2022");
+    banner.showFailed(canFix);
+    return picture({&banner});
+}
+
+QImage running() {
+    Banner banner;
+    return picture({&banner});
+}
+
+QImage confirm() {
+    Banner banner;
+    BannerCloseConfirmDialog dialog(&banner);
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    return picture({&banner, &dialog});
+}
+
+QImage logs() {
+    Banner banner;
+    banner.showFailed(true);
+    LogsWidget log;
+    for (const char* line : {"Initializing Envrironment", "Choose wine version: lumora-wine8-stable",
+                             "Launching", "Launching Harbour Office"})
+        log.appendLine(line, 3);
+    log.appendLine(
+        "0024:err:module:import_dll Library MSVCP140.dll (which is needed by "
+        "L\"C:\\\\Program Files\\\\Harbour\\\\office.exe\") not found",
+        1);
+    log.appendLine("Parsing wine logs and fix application", 3);
+    log.appendLine("Try to fix application with those components:\n- vcredist2022", 3);
+    RunningLogsDialog dialog(&log, &banner);
+    return picture({&banner, &dialog});
+}
+
+const struct {
+    const char* name;
+    QImage (*paint)();
+} States[] = {
+    {"running", running},
+    {"failed-repair", [] { return failed(true, true); }},
+    {"failed", [] { return failed(true, false); }},
+    {"failed-public", [] { return failed(false, false); }},
+    {"confirm", confirm},
+    {"logs", logs},
+};
+
+int fail(const QString& sentence) {
+    QTextStream(stderr) << sentence << '\n';
+    return 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    Application application(argc, argv);
+    QCoreApplication::setApplicationName("cellarix");
+    application.setTranslationsDir(BANNER_TRANSLATIONS);
+    application.loadTranslator();
+    Theme::addIconSearchPath(BANNER_ICONS);
+
+    QCommandLineParser options;
+    options.addHelpOption();
+    options.addPositionalArgument("STATE", "Which picture.");
+    options.addOptions({{"theme", "light or dark.", "theme", "light"},
+                        {"screenshot", "Where to write the picture.", "file"}});
+    options.process(application);
+    WindowPlatform::assumeCompositing(true);
+    Theme::instance()->setAnimationsEnabled(false);
+    Theme::instance()->setColorType(options.value("theme") == "dark" ? Theme::Dark : Theme::Light);
+    QStringList names;
+    for (const auto& state : States) {
+        names << state.name;
+        if (options.positionalArguments().value(0) == state.name)
+            return state.paint().save(options.value("screenshot"))
+                       ? 0
+                       : fail("The picture could not be written to " + options.value("screenshot"));
+    }
+    return fail("The states are " + names.join(", "));
+}
