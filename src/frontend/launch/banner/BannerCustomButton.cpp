@@ -100,7 +100,8 @@ void BannerCustomButton::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !m_pressed)
         return;
     setPressed(false);
-    Q_EMIT clicked();
+    if (rect().contains(event->pos()))
+        Q_EMIT clicked();
 }
 
 void BannerCustomButton::keyPressEvent(QKeyEvent* event) {

@@ -23,6 +23,7 @@ namespace {
 
 constexpr int ErrorLevel = 1;
 constexpr int FillDelayMs = 50;
+constexpr int FillAtOnce = 4000;  ///< lines; takes some tens of milliseconds
 
 /// Whatever a text document would take for the end of a line or for its own marks.
 const QRegularExpression& lineEnds() {
@@ -42,7 +43,6 @@ LogsWidget::LogsWidget(QWidget* parent)
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFont(Theme::instance()->font(Theme::Fixed));
     m_fillTimer.setSingleShot(true);
-    m_fillTimer.setInterval(FillDelayMs);
     connect(&m_fillTimer, &QTimer::timeout, this, &LogsWidget::fill);
     connect(this, &QPlainTextEdit::updateRequest, this, &LogsWidget::updateLineNumberArea);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
@@ -54,12 +54,15 @@ LogsWidget::LogsWidget(QWidget* parent)
 }
 
 void LogsWidget::appendLine(const QString& text, int level) {
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const int now = QTime::currentTime().msecsSinceStartOfDay();
     const QStringList lines = text.split(lineEnds());
-    for (const QString& line : lines)
-        m_lines.append({line.toUtf8(), now, level});
+    for (const QString& line : lines) {
+        QByteArray bytes = line.toUtf8();
+        bytes.squeeze();  // it has room for three bytes a character
+        m_lines.append({bytes, now, level});
+    }
     if (isVisible() && !m_fillTimer.isActive())
-        m_fillTimer.start();
+        m_fillTimer.start(FillDelayMs);
 }
 
 bool LogsWidget::isError(int line) const {
@@ -67,7 +70,7 @@ bool LogsWidget::isError(int line) const {
 }
 
 QString LogsWidget::timeOf(int line) const {
-    return QDateTime::fromMSecsSinceEpoch(m_lines[line].time).toString("HH:mm:ss");
+    return QTime::fromMSecsSinceStartOfDay(m_lines[line].time).toString("HH:mm:ss");
 }
 
 QStringList LogsWidget::lastLines(int count) const {
@@ -100,7 +103,6 @@ void LogsWidget::applyTheme() {
         verticalScrollBar()->setValue(place);
 }
 
-/// Lines of one kind go into the document together: tens of thousands take a moment, not seconds.
 void LogsWidget::fill() {
     if (!isVisible() || m_filled == m_lines.size())
         return;
@@ -110,10 +112,11 @@ void LogsWidget::fill() {
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
     end.beginEditBlock();
-    while (m_filled < m_lines.size()) {
+    const int until = qMin(m_lines.size(), m_filled + FillAtOnce);
+    while (m_filled < until) {
         const bool errors = isError(m_filled);
         QString run;
-        for (; m_filled < m_lines.size() && isError(m_filled) == errors; ++m_filled) {
+        for (; m_filled < until && isError(m_filled) == errors; ++m_filled) {
             if (m_filled > 0)
                 run += '\n';
             run += QString::fromUtf8(m_lines[m_filled].text);
@@ -122,6 +125,8 @@ void LogsWidget::fill() {
     }
     end.endEditBlock();
     followEnd();
+    if (m_filled < m_lines.size())
+        m_fillTimer.start(0);
 }
 
 void LogsWidget::followEnd() {

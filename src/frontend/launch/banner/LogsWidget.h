@@ -45,7 +45,7 @@ private:
     friend class LogsWidget_LeftIconWidget;
     struct Line {
         QByteArray text;  ///< UTF-8, half of what a QString takes
-        qint64 time;      ///< milliseconds since the epoch
+        int time;         ///< milliseconds since midnight
         int level;
     };
 

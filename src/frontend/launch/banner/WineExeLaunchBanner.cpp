@@ -121,7 +121,7 @@ void WineExeLaunchBanner::connectParts() {
     connect(m_failed, &BannerFailedPart::debug, this, &WineExeLaunchBanner::debugButtonClicked);
     connect(m_failed, &BannerFailedPart::repair, this, &WineExeLaunchBanner::repairButtonClicked);
     connect(&m_movement, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& height) { setFixedHeight(height.toInt()); });
+            [this](const QVariant& height) { setFixedSize(Width, height.toInt()); });
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& opacity) { showFade(opacity.toReal()); });
     connect(&m_fade, &QVariantAnimation::finished, this, &WineExeLaunchBanner::endFade);
@@ -190,7 +190,7 @@ void WineExeLaunchBanner::showRunning() {
 void WineExeLaunchBanner::moveHeight(int height) {
     m_movement.stop();
     if (!isVisible() || !Theme::instance()->animationsEnabled()) {
-        setFixedHeight(height);
+        setFixedSize(Width, height);
         return;
     }
     m_movement.setStartValue(this->height());

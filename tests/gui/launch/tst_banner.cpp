@@ -1,0 +1,254 @@
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QGraphicsEffect>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QWindow>
+#include <memory>
+
+#include "fenk/Label.h"
+#include "fenk/Spinner.h"
+#include "fenk/Theme.h"
+#include "gui/fenk/FenkTestMain.h"
+#include "launch/banner/BannerCloseConfirmDialog.h"
+#include "launch/banner/SteadyText.h"
+#include "launch/banner/WineExeLaunchBanner.h"
+
+using Banner = WineExeLaunchBanner;
+using Signal = void (Banner::*)();
+Q_DECLARE_METATYPE(Signal)
+
+namespace {
+
+QWidget* part(QWidget* window, const QString& name) {
+    for (QWidget* widget : window->findChildren<QWidget*>()) {
+        if (widget->accessibleName() == name)
+            return widget;
+    }
+    return nullptr;
+}
+
+void press(QWidget* window, Qt::Key key) {
+    const QPointer<QWindow> handle = window->windowHandle();
+    QTest::keyPress(handle, key);
+    if (handle)  // the key may have closed it for good
+        QTest::keyRelease(handle, key);
+}
+
+}  // namespace
+
+class TestBanner : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() {
+        Fenk::Theme::instance()->setAnimationsEnabled(false);
+        m_banner = std::make_unique<Banner>();
+        m_banner->show();
+        m_banner->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_banner.get()));
+    }
+    void cleanup() { m_banner.reset(); }
+
+    void closes_data() {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<bool>("byEscape");
+        for (const int state : {Banner::Running, Banner::Failed, Banner::Closable}) {
+            QTest::addRow("%d close", state) << state << false;
+            QTest::addRow("%d escape", state) << state << true;
+        }
+    }
+    void closes() {
+        QFETCH(int, state);
+        QFETCH(bool, byEscape);
+        if (state == Banner::Failed)
+            m_banner->showFailed(true);
+        else if (state == Banner::Closable)
+            m_banner->allowClose();
+        QCOMPARE(m_banner->closeState(), state);
+        const QSignalSpy finished(m_banner.get(), &Banner::finished);
+        byEscape ? press(m_banner.get(), Qt::Key_Escape) : void(m_banner->close());
+        const bool asks = state == Banner::Running;
+        QCOMPARE(finished.count(), asks ? 0 : 1);
+        QCOMPARE(m_banner->isVisible(), asks);
+        QCOMPARE(questions().size(), asks ? 1 : 0);
+    }
+
+    void question_data() {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("stops");
+        QTest::newRow("close") << "close_btn" << 0 << 1;
+        QTest::newRow("keep waiting") << "keep_waiting_btn" << 0 << 0;
+        QTest::newRow("Return keeps waiting") << "" << int(Qt::Key_Return) << 0;
+        QTest::newRow("Escape keeps waiting") << "" << int(Qt::Key_Escape) << 0;
+    }
+    void question() {
+        QFETCH(QString, button);
+        QFETCH(int, key);
+        QFETCH(int, stops);
+        const QSignalSpy stopped(m_banner.get(), &Banner::stopRunning);
+        m_banner->close();
+        m_banner->close();
+        QCOMPARE(questions().size(), 1);
+        auto* dialog = questions().first();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QVERIFY(dialog->isModal());
+        QCOMPARE(dialog->accessibleName(), QString("close_confirm_dialog"));
+        QVERIFY((dialog->geometry().center() - m_banner->geometry().center()).manhattanLength() <= 2);
+        if (key)
+            press(dialog, Qt::Key(key));
+        else
+            QTest::mouseClick(part(dialog, button), Qt::LeftButton);
+        QCOMPARE(stopped.count(), stops);
+        QTRY_VERIFY(questions().isEmpty());
+        QVERIFY(m_banner->isVisible());
+        QCOMPARE(m_banner->closeState(), int(Banner::Running));
+    }
+
+    void questionEndsWithTheLaunch() {
+        const QSignalSpy stopped(m_banner.get(), &Banner::stopRunning);
+        m_banner->close();
+        m_banner->showFailed(false);
+        QTRY_VERIFY(questions().isEmpty());
+        m_banner->showRunning();
+        m_banner->close();
+        m_banner->hide();
+        QTRY_VERIFY(questions().isEmpty());
+        QCOMPARE(stopped.count(), 0);
+    }
+
+    void failedLook_data() {
+        QTest::addColumn<bool>("canRepair");
+        QTest::addColumn<bool>("canFix");
+        QTest::addColumn<int>("height");
+        QTest::addColumn<QStringList>("names");  // in the order of Tab
+        QTest::addColumn<int>("returnDebugs");
+        QTest::addColumn<int>("returnRepairs");
+        const QStringList quiet = {"feedback_btn", "view_logs_btn"};
+        QTest::newRow("fix") << true << true << 500 << QStringList{"repair_debug_btn", "repair_btn"} + quiet
+                             << 0 << 1;
+        QTest::newRow("no fix") << true << false << 500 << QStringList{"debug_btn"} + quiet << 1 << 0;
+        QTest::newRow("public") << false << false << 432 << quiet << 0 << 0;
+        QTest::newRow("public, fix") << false << true << 432 << quiet << 0 << 0;
+    }
+    void failedLook() {
+        QFETCH(bool, canRepair);
+        QFETCH(bool, canFix);
+        QFETCH(QStringList, names);
+        QCOMPARE(m_banner->size(), QSize(660, 432));
+        m_banner->setCanRepair(canRepair);
+        m_banner->showFailed(canFix);
+        QTEST(m_banner->height(), "height");
+        QCOMPARE(m_banner->minimumSize(), m_banner->maximumSize());
+        QCOMPARE(text("status"), QString("The app fails to run"));
+        QVERIFY(!m_banner->findChild<Fenk::Spinner*>()->isVisible());
+
+        QSignalSpy debugged(m_banner.get(), &Banner::debugButtonClicked);
+        QSignalSpy repaired(m_banner.get(), &Banner::repairButtonClicked);
+        press(m_banner.get(), Qt::Key_Return);
+        QTEST(debugged.count(), "returnDebugs");
+        QTEST(repaired.count(), "returnRepairs");
+
+        part(m_banner.get(), "feedback_btn")->setFocus();
+        QStringList order;
+        for (int i = 0; i < names.size() + 2; ++i) {  // with the two buttons of the title bar
+            order << m_banner->focusWidget()->accessibleName();
+            press(m_banner.get(), Qt::Key_Tab);
+        }
+        std::rotate(order.begin(), order.begin() + order.indexOf("Minimize") + 2, order.end());
+        QCOMPARE(order, names + QStringList({"Minimize", "Close"}));
+
+        m_banner->showRunning();
+        QCOMPARE(m_banner->height(), 432);
+        QVERIFY(m_banner->findChild<Fenk::Spinner*>()->isVisible());
+        for (const QString& name : names)
+            QVERIFY(!part(m_banner.get(), name)->isVisible());
+    }
+
+    void buttons_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("canFix");
+        QTest::addColumn<Signal>("signal");
+        QTest::newRow("feedback") << "feedback_btn" << true << &Banner::feedBackButtonClicked;
+        QTest::newRow("logs") << "view_logs_btn" << true << &Banner::showLogsButtonClicked;
+        QTest::newRow("debug alone") << "debug_btn" << false << &Banner::debugButtonClicked;
+        QTest::newRow("debug") << "repair_debug_btn" << true << &Banner::debugButtonClicked;
+        QTest::newRow("repair") << "repair_btn" << true << &Banner::repairButtonClicked;
+    }
+    void buttons() {
+        QFETCH(QString, name);
+        QFETCH(bool, canFix);
+        QFETCH(Signal, signal);
+        m_banner->showFailed(canFix);
+        QWidget* button = part(m_banner.get(), name);
+        const QSignalSpy spy(m_banner.get(), signal);
+        QTest::mouseClick(button, Qt::LeftButton);
+        QTest::mousePress(button, Qt::LeftButton);
+        QTest::mouseRelease(button, Qt::LeftButton, {}, QPoint(-9, -9));
+        QCOMPARE(spy.count(), 1);
+        button->setFocus(Qt::TabFocusReason);
+        press(m_banner.get(), Qt::Key_Space);
+        press(m_banner.get(), Qt::Key_Return);
+        QCOMPARE(spy.count(), 3);
+        QAccessibleInterface* seen = QAccessible::queryAccessibleInterface(button);
+        QCOMPARE(seen->role(), QAccessible::Button);
+        QVERIFY(!seen->text(QAccessible::Description).isEmpty());
+        seen->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_COMPARE(spy.count(), 4);
+    }
+
+    void motionEndsInTheRightLook() {
+        Fenk::Theme::instance()->setAnimationsEnabled(true);
+        const int iconTop = m_banner->findChild<Fenk::Spinner*>()->mapTo(m_banner.get(), QPoint()).y();
+        m_banner->showFailed(true);
+        QVERIFY(m_banner->height() < 500);
+        QTRY_COMPARE(m_banner->height(), 500);
+        m_banner->showRunning();
+        QTRY_COMPARE(m_banner->size(), QSize(660, 432));
+        QTRY_VERIFY(!m_banner->findChild<QGraphicsEffect*>()->isEnabled());
+        QCOMPARE(m_banner->findChild<Fenk::Spinner*>()->mapTo(m_banner.get(), QPoint()).y(), iconTop);
+        QCOMPARE(m_banner->minimumSize(), m_banner->maximumSize());
+    }
+
+    void textsArriveAtAPace() {
+        m_banner->setStatus("");
+        m_banner->setStatus("One");
+        QCOMPARE(text("status"), QString("One"));
+        m_banner->setStatus("Two");
+        m_banner->setStatus("Three\nlines");
+        QCOMPARE(text("status"), QString("One"));
+        QTRY_COMPARE(text("status"), QString("Three lines"));
+        m_banner->setDescription("Why");
+        m_banner->setDescription("Because");
+        m_banner->showFailed(true);
+        QCOMPARE(text("description"), QString("Because"));
+        m_banner->showRunning();
+        m_banner->setStatus("Fixing ... 0%");
+        QCOMPARE(text("status"), QString("Fixing ... 0%"));
+    }
+
+    void percentagesNeverFall_data() {
+        QTest::addColumn<QString>("next");
+        QTest::addColumn<bool>("falls");
+        QTest::newRow("lower") << "Fixing ... 9%" << true;
+        QTest::newRow("same") << "Fixing ... 12%" << false;
+        QTest::newRow("higher") << "Fixing ... 100%" << false;
+        QTest::newRow("another step") << "Downloading mono9: 1%" << false;
+        QTest::newRow("none") << "Fixing" << false;
+    }
+    void percentagesNeverFall() {
+        QFETCH(QString, next);
+        QTEST(SteadyText::fallsBack("Fixing ... 12%", next), "falls");
+    }
+
+private:
+    QString text(const char* label) const { return m_banner->findChild<Fenk::Label*>(label)->text(); }
+    QList<BannerCloseConfirmDialog*> questions() const {
+        return m_banner->findChildren<BannerCloseConfirmDialog*>();
+    }
+
+    std::unique_ptr<Banner> m_banner;
+};
+
+FENK_TEST_MAIN(TestBanner)
+#include "tst_banner.moc"
