@@ -16,6 +16,8 @@ namespace Fenk {
 
 namespace {
 
+constexpr int SettleMs = 200;  ///< by then a window manager has put a new window where it shall be
+
 /// Lies above one corner of a window, takes away what is outside the curve, and draws the border along it.
 class Corner : public QWidget {
 public:
@@ -71,6 +73,9 @@ WindowFrame::WindowFrame(QWidget* window) : QObject(window), m_window(window) {
     for (const auto corner :
          {Qt::TopLeftCorner, Qt::TopRightCorner, Qt::BottomLeftCorner, Qt::BottomRightCorner})
         m_corners.append(new Corner(window, corner));
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(SettleMs);
+    connect(&m_settle, &QTimer::timeout, this, &WindowFrame::takeActualPosition);
     connect(Theme::instance(), &Theme::changed, window, [window] { window->update(); });
     update();
 }
@@ -108,6 +113,14 @@ void WindowFrame::update() {
     m_window->setContentsMargins(border, border, border, border);
 }
 
+/// Some window managers move their frame after Qt has asked for the place of its window, and tell nobody. Qt
+/// would then put the window back to where it never was with the next resize.
+void WindowFrame::takeActualPosition() {
+    const auto actual = WindowPlatform::actualPosition(m_window->windowHandle());
+    if (framed() && actual && *actual != m_window->pos())
+        m_window->move(*actual);
+}
+
 Qt::Edges WindowFrame::edgesAt(const QPoint& position) const {
     if (!framed() || m_window->minimumSize() == m_window->maximumSize())
         return {};
@@ -132,6 +145,7 @@ bool WindowFrame::eventFilter(QObject* watched, QEvent* event) {
                     WindowPlatform::setBlurBehind(handle, true);
             }
             update();
+            m_settle.start();
             break;
         case QEvent::Resize:
         case QEvent::WindowStateChange:

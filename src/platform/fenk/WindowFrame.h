@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <QVector>
 
 class QPainter;
@@ -33,10 +34,12 @@ public:
 
 private:
     void update();
+    void takeActualPosition();
     bool handleWindowEvent(QEvent* event);
 
     QWidget* m_window;
     QVector<QWidget*> m_corners;
+    QTimer m_settle;
     int m_alpha = 255;
     bool m_cursorSet = false;
 };

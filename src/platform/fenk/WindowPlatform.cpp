@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
 #include <QX11Info>
 #include <cstdlib>
@@ -48,6 +49,20 @@ void setBlurBehind(QWindow* window, bool blurred) {
     else
         xcb_delete_property(connection, id, property);
     xcb_flush(connection);
+}
+
+std::optional<QPoint> actualPosition(const QWindow* window) {
+    if (!window || !window->isVisible() || !QX11Info::isPlatformX11())
+        return std::nullopt;
+    xcb_connection_t* connection = QX11Info::connection();
+    const auto cookie = xcb_translate_coordinates(connection, xcb_window_t(window->winId()),
+                                                  xcb_window_t(QX11Info::appRootWindow()), 0, 0);
+    const std::unique_ptr<xcb_translate_coordinates_reply_t, decltype(&std::free)> reply(
+        xcb_translate_coordinates_reply(connection, cookie, nullptr), &std::free);
+    if (!reply)
+        return std::nullopt;
+    const QPoint origin = window->screen()->geometry().topLeft();
+    return (QPoint(reply->dst_x, reply->dst_y) - origin) / window->devicePixelRatio() + origin;
 }
 
 }  // namespace Fenk::WindowPlatform

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QPoint>
+#include <optional>
+
 class QWindow;
 
 /// What windows ask of the windowing system beyond Qt. Everywhere but on X11 with a compositor these do the
@@ -14,5 +17,9 @@ void assumeCompositing(bool assumed);
 
 /// Asks the compositor to blur what shines through the window; compositors that cannot ignore it.
 void setBlurBehind(QWindow* window, bool blurred);
+
+/// Where the window's content really is on the screen, in device-independent pixels; nothing where the system
+/// cannot say.
+std::optional<QPoint> actualPosition(const QWindow* window);
 
 }  // namespace Fenk::WindowPlatform
