@@ -203,7 +203,10 @@ void WineExeLaunchBanner::leaveFailedPicture() {
     if (!isVisible() || !m_failed->isVisible() || !Theme::instance()->animationsEnabled())
         return;
     m_opacity->setEnabled(false);
-    const QPixmap picture = m_failed->grab();
+    QPixmap picture(m_failed->size() * devicePixelRatioF());
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    picture.fill(Qt::transparent);
+    m_failed->render(&picture, {}, {}, QWidget::DrawChildren);
     m_leftover = new QLabel(centralWidget());
     m_leftover->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_leftover->setPixmap(picture);
