@@ -220,6 +220,7 @@ private Q_SLOTS:
         m_banner->showFailed(true);
         QCOMPARE(text("description"), QString("Because"));
         m_banner->showRunning();
+        QCOMPARE(text("status"), QString("Three lines"));
         m_banner->setStatus("Fixing ... 0%");
         QCOMPARE(text("status"), QString("Fixing ... 0%"));
     }

@@ -55,7 +55,8 @@ WineExeLaunchBanner::WineExeLaunchBanner(QWidget* parent)
     m_movement.setEasingCurve(QEasingCurve::OutCubic);
     arrange();
     connectParts();
-    showStatus(tr("A Wine App is executing"));
+    m_runningStatus = tr("A Wine App is executing");
+    showStatus(m_runningStatus);
     setAppName(tr("App Name"));
     m_description->setText(tr("I am a description...."));
     setIcon(Theme::icon("lumora-terminal"));
@@ -113,7 +114,10 @@ QWidget* WineExeLaunchBanner::makeStatusRow() {
 }
 
 void WineExeLaunchBanner::connectParts() {
-    connect(m_statusText, &SteadyText::shown, this, &WineExeLaunchBanner::showStatus);
+    connect(m_statusText, &SteadyText::shown, this, [this](const QString& text) {
+        m_runningStatus = text;
+        showStatus(text);
+    });
     connect(m_descriptionText, &SteadyText::shown, m_description,
             [this](const QString& text) { m_description->setText(text.simplified()); });
     connect(m_failed, &BannerFailedPart::feedback, this, &WineExeLaunchBanner::feedBackButtonClicked);
@@ -185,6 +189,7 @@ void WineExeLaunchBanner::showRunning() {
     m_failed->hide();
     m_failedMark->hide();
     m_ring->show();
+    showStatus(m_runningStatus);
 }
 
 void WineExeLaunchBanner::moveHeight(int height) {

@@ -88,6 +88,7 @@ private:
     QVariantAnimation m_movement;
     QPointer<BannerCloseConfirmDialog> m_confirm;
     CloseState m_closeState = Running;
+    QString m_runningStatus;  ///< what the running look comes back with
     bool m_canRepair = true;
     bool m_placed = false;
 };
