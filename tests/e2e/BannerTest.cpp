@@ -65,8 +65,8 @@ private Q_SLOTS:
         const QString mirror =
             useMirror({{"sqlite3", R"([{"extract": "sqlite3.tar", "files": ["sqlite3.dll"]}])"}});
         QProcess tar;
-        tar.start("tar", {"-C", QFileInfo(sample("window")).path(), "-cf", mirror + "/sqlite3.tar",
-                          "sqlite3.dll"});
+        tar.start("tar",
+                  {"-C", QFileInfo(sample("window")).path(), "-cf", mirror + "/sqlite3.tar", "sqlite3.dll"});
         QVERIFY(tar.waitForFinished() && tar.exitCode() == 0);
     }
     void cleanup() {

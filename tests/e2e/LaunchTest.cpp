@@ -63,6 +63,11 @@ class LaunchTest : public QObject {
                                  [](const WindowInfo& window) { return window.title == SampleTitle; }));
     }
 
+    /// What is closed before the launch has seen its window counts as a program that failed.
+    static bool isSeen(const InstalledApp& app, int windows = 1) {
+        return waitUntil([&] { return app.log().count("got a window popuped") >= windows; }, LaunchMs);
+    }
+
     /// Also windows that are only on their way when it begins.
     bool closeAll() {
         return waitUntil(
@@ -96,6 +101,8 @@ private Q_SLOTS:
         QVERIFY2(m_bottle.startsWith("first.exe"), qPrintable(m_bottle));
         QCOMPARE(m_bottle.size(), int(strlen("first.exe")) + 32);
         QCOMPARE(environmentOf(window.pid).value("ATTACH_FILE_DIALOG"), QString("1"));
+        QVERIFY(isSeen(app));
+        QTRY_VERIFY(m_windows.byPid(app.pid()).isEmpty());  // the banner has gone
         m_windows.close(window.id);
         QCOMPARE(app.waitForExit(), 0);
         QVERIFY2(app.log().contains("all runners are finished, quit app"), qPrintable(app.log()));
@@ -111,6 +118,7 @@ private Q_SLOTS:
         const WindowInfo window = m_windows.waitForTitle(SampleTitle, LaunchMs);
         QVERIFY2(window.id, qPrintable(app.log()));
         QCOMPARE(environmentOf(window.pid).value("_CXB_WINE_PROGRAM_UUID"), uuid);
+        QVERIFY(isSeen(app));
         m_windows.close(window.id);
         QCOMPARE(app.waitForExit(), 0);
         QVERIFY(
@@ -124,6 +132,7 @@ private Q_SLOTS:
         InstalledApp app({file});
         const WindowInfo window = m_windows.waitForTitle(SampleTitle, FirstLaunchMs);
         QVERIFY2(window.id, qPrintable(app.log()));
+        QVERIFY(isSeen(app));
         m_windows.close(window.id);
         QCOMPARE(app.waitForExit(), 0);
     }
@@ -162,10 +171,10 @@ private Q_SLOTS:
         const QString file = sampleAs("quit", m_files.path() + "/" + QTest::currentDataTag(), name);
         QVERIFY(!file.isEmpty());
         InstalledApp app({file});
-        QCOMPARE(app.waitForExit(FirstLaunchMs), 0);
-        if (!app.log().contains(message))
-            qWarning().noquote() << app.log();
-        QVERIFY(app.log().contains(message));
+        QVERIFY2(app.waitForLog("show failed", FirstLaunchMs), qPrintable(app.log()));
+        QVERIFY2(app.log().contains(message), qPrintable(app.log()));
+        QVERIFY(closeAll());
+        QCOMPARE(app.waitForExit(), 0);
     }
 
     void secondStartHandsOver() {
@@ -177,6 +186,7 @@ private Q_SLOTS:
         QCOMPARE(other.waitForExit(), 1);
         QVERIFY2(other.log().contains("another instance is running"), qPrintable(other.log()));
         QTRY_COMPARE_WITH_TIMEOUT(sampleWindows(), 2, FirstLaunchMs);
+        QVERIFY(isSeen(app, 2));
 
         // A file that runs already gets a dialog, and nothing is started.
         InstalledApp again({first});
@@ -194,6 +204,7 @@ private Q_SLOTS:
         QCOMPARE(other.waitForExit(), 1);
         const WindowInfo program = m_windows.waitForTitle(SampleTitle, LaunchMs);
         QVERIFY2(program.id, qPrintable(app.log()));
+        QVERIFY(isSeen(app));
         m_windows.close(mainWindow.id);
         QVERIFY(app.waitForLog("bottles is running"));
         QVERIFY(app.isRunning());
@@ -208,6 +219,7 @@ private Q_SLOTS:
         InstalledApp other({m_files.path() + "/first.exe"});
         const WindowInfo program = m_windows.waitForTitle(SampleTitle, LaunchMs);
         QVERIFY2(program.id, qPrintable(app.log()));
+        QVERIFY(isSeen(app));
         m_windows.close(program.id);
         QVERIFY(app.waitForLog("remove exe runner:"));
         QVERIFY(app.isRunning());

@@ -389,8 +389,9 @@ private Q_SLOTS:
         m_executor->start();
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
         const QString end = m_told.mid(m_told.size() - 2).join('|');
-        QCOMPARE(end, QString("M0 a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. Install "
-                              "the package wine32.|failed 0 0"));
+        QCOMPARE(end,
+                 QString("M0 a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. Install "
+                         "the package wine32.|failed 0 0"));
     }
 
     /// In a terminal nobody watches for windows, and every exit code will do.
