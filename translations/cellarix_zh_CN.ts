@@ -528,15 +528,15 @@ please wait for the component download to complete!</source>
     <name>ProgramAppFixer</name>
     <message>
         <source>Cellarix</source>
-        <translation type="vanished">Cellarix</translation>
+        <translation>Cellarix</translation>
     </message>
     <message>
         <source>View</source>
-        <translation type="vanished">查看</translation>
+        <translation>查看</translation>
     </message>
     <message>
         <source>The program %1 is running abnormally, you can try to fix it</source>
-        <translation type="vanished">程序 %1 运行异常，您可以尝试修复</translation>
+        <translation>程序“%1”运行异常，您可以尝试修复</translation>
     </message>
 </context>
 <context>

@@ -11,16 +11,34 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+namespace {
+
+const char Notifications[] = "org.freedesktop.Notifications";
+
+QDBusMessage notificationCall(const QString& method) {
+    return QDBusMessage::createMethodCall(Notifications, "/org/freedesktop/Notifications", Notifications,
+                                          method);
+}
+
+}  // namespace
+
 void DesktopUtils::notify(const QString& title, const QString& body, const QStringList& actions,
                           const QVariantMap& hints) {
     const int expiryMs = 3000;
-    QDBusMessage call =
-        QDBusMessage::createMethodCall("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
-                                       "org.freedesktop.Notifications", "Notify");
+    QDBusMessage call = notificationCall("Notify");
     call << "cellarix" << 0U << "cellarix" << title << body << actions << hints << expiryMs;
     const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
     if (reply.type() == QDBusMessage::ErrorMessage)
         qWarning().noquote() << "Failed to send notification:" << reply.errorMessage();
+}
+
+QString DesktopUtils::notificationText(const QString& name) {
+    // Ordinary names save the question.
+    if (!name.contains('&') && !name.contains('<'))
+        return name;
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(notificationCall("GetCapabilities"));
+    const bool isMarkup = reply.arguments().value(0).toStringList().contains("body-markup");
+    return isMarkup ? name.toHtmlEscaped() : name;
 }
 
 void DesktopUtils::showInFileManager(const QString& path) {

@@ -11,6 +11,8 @@ namespace DesktopUtils {
 /// until the notification service has taken it.
 void notify(const QString& title, const QString& body, const QStringList& actions = {},
             const QVariantMap& hints = {});
+/// A name as it stands in the body of a notification: escaped where the service takes the body for markup.
+QString notificationText(const QString& name);
 
 /// Shows a file, selected, in the file manager; starts the file manager when it isn't running.
 void showInFileManager(const QString& path);

@@ -1,0 +1,142 @@
+#include "launch/ProgramAppFixer.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QJsonDocument>
+#include <QThread>
+#include <QtTest>
+
+#include "support/FakeBottleService.h"
+#include "support/PrivateBus.h"
+#include "support/TestHome.h"
+
+using namespace TestSupport;
+
+/// The desktop's, recording. In a thread with a bus connection of its own, since the call blocks.
+class NotificationService : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+public:
+    QList<QDBusMessage> received;
+    QStringList capabilities;
+public Q_SLOTS:
+    uint Notify(const QString&, uint, const QString&, const QString&, const QString&, const QStringList&,
+                const QVariantMap&, int) {
+        received << message();
+        return 1;
+    }
+    QStringList GetCapabilities() { return capabilities; }
+};
+
+namespace {
+const char Mono[] = "err:mscoree:CLRRuntimeInfo_GetRuntimeHost Wine Mono is not installed\n";
+const char Dll[] = "err:module:import_dll Library MSVCP140.dll (which is needed by L\"a.exe\") not found\n";
+const char Database[] = "fixme:msado15:recordset_supporterrorinfo_InterfaceSupportsErrorInfo (1, x)\n";
+}  // namespace
+
+class ProgramAppFixerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void checks() {
+        const TestHome home;
+        const PrivateBus bus;
+        FakeBottleService service;
+        QVERIFY(service.start());
+        NotificationService desktop;
+        QThread thread;
+        desktop.moveToThread(&thread);
+        thread.start();
+        QDBusConnection connection = QDBusConnection::connectToBus(bus.address(), "desktop");
+        QVERIFY(connection.registerObject("/org/freedesktop/Notifications", &desktop,
+                                          QDBusConnection::ExportAllSlots));
+        struct Row {
+            QByteArray log;  // none for "-"
+            const char* bottle;
+            const char* program;
+            QStringList components;  // sorted
+            const char* command;     // "" when there is no action; #: the components
+            const char* shown = nullptr;
+        };
+        const char notes[] = "cellarix,--fixup,notes,u,#";
+        const Row rows[] = {
+            {Mono, "no service", "Notes", {"mono9"}, nullptr},
+            {"-", "notes", "Notes", {}, ""},
+            {"trace:seh:start_debugger Starting debugger L\"x\"\n", "notes", "Notes", {}, ""},
+            {Mono, "none", "Notes", {}, ""},
+            {Mono, "notes", "Notes", {"mono9"}, notes},
+            {QByteArray(Mono) + Dll, "notes", "Notes", {"vcredist2022"}, notes},
+            {Database, "notes", "Notes", {"jet40", "mdac28"}, notes},
+            {Mono, "a,--update", "Notes", {"mono9"}, ""},
+            {Mono, "public/a b%2", "A & B", {"mono9"}, "cellarix,--fixup,public/a b%2,u,#"},
+            {Mono,
+             "-a",
+             "<b>A</b> & %1",
+             {"mono9"},
+             "cellarix,--fixup,--,-a,u,#",
+             "&lt;b&gt;A&lt;/b&gt; &amp; %1"},
+        };
+        for (const Row& row : rows) {
+            const QString file = home.write("bottle/logs/wine-program-u.txt", row.log);
+            if (row.log == "-")
+                QFile::remove(file);
+            const QJsonObject programs{{"u", QJsonObject{{"name", row.program}}}};
+            if (row.bottle != QByteArray("none"))
+                service.setBottle(row.bottle,
+                                  {{"Path", home.path() + "/bottle"}, {"External_Programs", programs}});
+            desktop.capabilities = row.shown ? QStringList{"body-markup"} : QStringList{"body"};
+            desktop.received.clear();
+            QVERIFY(!row.command || connection.registerService("org.freedesktop.Notifications"));
+
+            ProgramAppFixer fixer(row.bottle, "u", true);
+            QSignalSpy fetched(&fixer, &ProgramAppFixer::fixComponentsFetched);
+            const ProgramFixRecord record = fixer.checkProgram();
+            const QStringList found = record.missingComponents;
+            QStringList sorted = found;
+            sorted.sort();
+            QCOMPARE(sorted, row.components);
+            const bool isFinding = !found.isEmpty();
+            QCOMPARE(record.bottlesName + record.uuid, isFinding ? QString(row.bottle) + "u" : QString());
+            QCOMPARE(record.parsedLogs.isEmpty(), !isFinding);
+            QCOMPARE(fetched.value(0), isFinding ? QVariantList({"u", found}) : QVariantList());
+            QCOMPARE(desktop.received.size(), int(isFinding && row.command));
+            if (desktop.received.isEmpty())
+                continue;
+            const QDBusMessage call = desktop.received[0];
+            QCOMPARE(call.signature(), QString("susssasa{sv}i"));
+            QVariantList arguments = call.arguments();
+            arguments[6] = qdbus_cast<QVariantMap>(arguments[6]);
+            const QString command = QString(row.command).replace("#", found.join(','));
+            const QStringList actions{"_open", "View"};
+            const QVariantMap hints{{"x-lumora-action-_open", command}};
+            const QString body = QString("The program %1 is running abnormally, you can try to fix it")
+                                     .arg(row.shown ? row.shown : row.program);
+            QCOMPARE(arguments, (QVariantList{"cellarix", 0U, "cellarix", "Cellarix", body,
+                                              *row.command ? actions : QStringList(),
+                                              *row.command ? hints : QVariantMap(), 3000}));
+        }
+        thread.quit();
+        QVERIFY(thread.wait(5000));
+        QDBusConnection::disconnectFromBus("desktop");
+    }
+
+    void json() {
+        const QByteArray whole =
+            R"({"bottlesName":"b","missingComponents":["c","d"],"parsedLogs":["l"],"uuid":"u"})";
+        const QByteArray odd =
+            R"({"bottlesName":1,"missingComponents":"c","parsedLogs":[1,"l",{}],"uuid":[]})";
+        const QByteArray read =
+            R"({"bottlesName":"","missingComponents":[],"parsedLogs":["","l",""],"uuid":""})";
+        for (const auto& row : {std::make_pair(whole, whole), std::make_pair(odd, read)}) {
+            const QJsonObject object = QJsonDocument::fromJson(row.first).object();
+            QCOMPARE(QJsonDocument(ProgramFixRecord::toJson(ProgramFixRecord::fromJson(object)))
+                         .toJson(QJsonDocument::Compact),
+                     row.second);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(ProgramAppFixerTest)
+#include "ProgramAppFixerTest.moc"
