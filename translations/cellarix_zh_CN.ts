@@ -627,11 +627,11 @@ please wait for the component download to complete!</source>
     <name>WineFileHandler</name>
     <message>
         <source>Launching %1...</source>
-        <translation type="vanished">正在启动 %1……</translation>
+        <translation>正在启动 %1……</translation>
     </message>
     <message>
         <source>Launching</source>
-        <translation type="vanished">正在启动</translation>
+        <translation>正在启动</translation>
     </message>
 </context>
 <context>

@@ -72,17 +72,20 @@ int CellarixApplication::handleCommandLine(const QStringList& args) {
         m_commandLineHandler = new CommandLineHandler(this);
     m_handlingCommandLine = true;
     const int result = m_commandLineHandler->handleCommandLine(args);
-    m_handlingCommandLine = false;
-    if (!m_waitingStarts.isEmpty())
-        QMetaObject::invokeMethod(this, &CellarixApplication::handleWaitingStarts, Qt::QueuedConnection);
+    admitOtherStarts();
     return result;
 }
 
+void CellarixApplication::admitOtherStarts() {
+    m_handlingCommandLine = false;
+    if (!m_waitingStarts.isEmpty())
+        QMetaObject::invokeMethod(this, &CellarixApplication::handleWaitingStarts, Qt::QueuedConnection);
+}
+
+/// One at a time, since it may run an event loop in which the next is to come; its end calls again.
 void CellarixApplication::handleWaitingStarts() {
-    const QList<QStringList> starts = m_waitingStarts;
-    m_waitingStarts.clear();
-    for (const QStringList& args : starts)
-        handleCommandLine(args);
+    if (!m_handlingCommandLine && !m_waitingStarts.isEmpty())
+        handleCommandLine(m_waitingStarts.takeFirst());
 }
 
 void CellarixApplication::handleNewInstance(qint64 pid, const QStringList& arguments) {

@@ -23,6 +23,8 @@ public:
 
     /// An empty list means the process's own arguments. 0 means that the event loop shall run.
     int handleCommandLine(const QStringList& args);
+    /// For a start that takes its time and asks nothing: others need not wait for its end.
+    void admitOtherStarts();
 
     void showMainWindow();
     /// For callers from outside, who have to wait while a start still asks something.

@@ -6,7 +6,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QThreadPool>
-#include <QUrl>
 
 #include "core/CellarixApplication.h"
 #include "core/LaunchTarget.h"
@@ -15,6 +14,7 @@
 #include "core/base/ToolProcess.h"
 #include "fenk/Dialog.h"
 #include "launch/ExeFileRunner.h"
+#include "launch/WineFileHandler.h"
 
 namespace {
 
@@ -162,18 +162,14 @@ int CommandLineHandler::handleOpenCommand(const QStringList& positional) {
         qWarning() << "Invalid open arguments, eg: cellarix --open bottlesName [extension] filePath";
         return 1;
     }
-    QString extension = positional.at(1);
-    const QString file = positional.size() > 2 ? positional.at(2) : positional.at(1);
-    if (positional.size() == 2) {
-        const QString scheme = QUrl(file).scheme();
-        extension = !scheme.isEmpty() && scheme != QLatin1String("file")
-                        ? scheme
-                        : "." + file.split('.').last().toLower();
-        qDebug() << "opening extension:" << extension;
-    }
-    qWarning() << "Opening a file by its type is not possible in this version:" << positional.at(0)
-               << extension << file;
-    return 1;
+    const OpenTarget target = OpenTarget::fromWords(positional);
+    if (positional.size() == 2)
+        qDebug() << "opening extension:" << target.extension;
+    m_application->admitOtherStarts();
+    auto* handler = new WineFileHandler(target.bottle, target.extension, target.file);
+    const int result = handler->open();
+    handler->deleteLater();
+    return result == -1 ? 1 : 0;
 }
 
 int CommandLineHandler::handleDebugUrl(const QString& url) {

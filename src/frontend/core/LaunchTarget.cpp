@@ -59,3 +59,16 @@ LaunchTarget LaunchTarget::fromDebugUrl(const QString& url) {
         return {};
     return fileTarget(url, {"exe", "msi", "msp", "bat"});
 }
+
+OpenTarget OpenTarget::fromWords(const QStringList& words) {
+    OpenTarget target{words.at(0), words.at(1), words.size() > 2 ? words.at(2) : words.at(1)};
+    const QString scheme = QUrl(target.file).scheme();
+    const bool isLink = !scheme.isEmpty() && scheme != QLatin1String("file");
+    if (words.size() == 2)
+        target.extension = isLink ? scheme : "." + target.file.split('.').last().toLower();
+    const QString path = target.file.startsWith(FileScheme) ? QUrl(target.file).toLocalFile() : target.file;
+    // Not what a link leads to: its own name says what it is.
+    if (QFileInfo::exists(path))
+        target.file = QFileInfo(path).absoluteFilePath();
+    return target;
+}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 /// What a word of the command line names: a stored program, a file, or nothing that can be opened.
 struct LaunchTarget {
@@ -16,4 +16,14 @@ struct LaunchTarget {
     static LaunchTarget fromUrl(const QString& url);
     /// As above for a file only; takes the wider set of suffixes that the configuration window can open.
     static LaunchTarget fromDebugUrl(const QString& url);
+};
+
+/// A document or link that is to be opened with what a bottle has registered for its kind.
+struct OpenTarget {
+    QString bottle;
+    QString extension;  ///< with its dot, or the scheme of a link
+    QString file;       ///< of a file that exists the absolute path
+
+    /// From the words bottle, extension (may be left out) and file; at least two of them.
+    static OpenTarget fromWords(const QStringList& words);
 };

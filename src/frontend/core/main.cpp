@@ -51,7 +51,8 @@ int main(int argc, char* argv[]) {
     QFontDatabase::addApplicationFont(":/fonts/icon.ttf");
     const UnixSignals signalHandlers;
     const CellarixService service(&application);
-    if (application.handleCommandLine({}) != 0)
+    // What others have asked for meanwhile goes on.
+    if (application.handleCommandLine({}) != 0 && !application.isNeeded())
         return 1;
     if (signalHandlers.endRequested())
         return 0;

@@ -28,6 +28,8 @@ class Commands(HomeCase):
             ([files["包.MSI"], "/qn"], ["msiexec", "/i", at + "包.MSI", "/qn"]),
             ([files["fix.msp"]], ["msiexec", "/p", at + "fix.msp"]),
             ([files["a.lnk"], "x"], ["start", "/wait", "/unix", files["a.lnk"], "x"]),
+            (["start.exe", "/ProgIDOpen", "-x \"", "/a.cxt"], ["start.exe", "/ProgIDOpen", "-x \"", "/a.cxt"]),
+            (["start.exe", "/ProgIDOpen", "note", "note:a b"], ["start.exe", "note:a b"]),
             (["winemenubuilder.exe", "-a", "-r"], ["winemenubuilder.exe", "-a", "-r"]),
             ([r"regedit.exe C:\x.reg"], ["regedit.exe", r"C:\x.reg"]),
             ([r"C:\App Dir\程序.exe", "--cli", "", "a b"], [r"C:\App Dir\程序.exe", "--cli", "", "a b"]),

@@ -60,6 +60,33 @@ private Q_SLOTS:
             QCOMPARE(QFileInfo(target.path).fileName(), rest);
     }
 
+    void opening_data() {
+        QTest::addColumn<QStringList>("words");
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<QString>("file");
+        const auto row = [](const QStringList& words, const char* extension, const char* file) {
+            QTest::newRow(qPrintable(words.join(' '))) << words << extension << file;
+        };
+        row({"@/a b.d/c.TXT"}, ".txt", "@/a b.d/c.TXT");
+        row({"a b.d/c.TXT"}, ".txt", "@/a b.d/c.TXT");
+        row({"file://@/a%20b.d/c.TXT"}, ".txt", "@/a b.d/c.TXT");
+        row({"@/none.Doc"}, ".doc", "@/none.Doc");
+        row({"Note:a.b"}, "note", "Note:a.b");
+        row({".X", "@/a b.d/c.TXT"}, ".X", "@/a b.d/c.TXT");
+        row({"", "note:x"}, "", "note:x");
+    }
+
+    void opening() {
+        QFETCH(QStringList, words);
+        QFETCH(QString, file);
+        m_home.write("a b.d/c.TXT", "x");
+        QVERIFY(QDir::setCurrent(m_home.path()));
+        const OpenTarget target =
+            OpenTarget::fromWords(QStringList{"b"} + words.replaceInStrings("@", m_home.path()));
+        QTEST(target.extension, "extension");
+        QCOMPARE(target.file, file.replace("@", m_home.path()));
+    }
+
     void agreement_data() {
         QTest::addColumn<QString>("recorded");
         QTest::addColumn<bool>("ask");

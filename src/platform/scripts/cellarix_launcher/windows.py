@@ -1,6 +1,7 @@
 """Windows paths of a bottle, kinds of Windows files, and how Wine is asked to run each of them."""
 
 import os
+import re
 import struct
 
 from cellarix_launcher import errors
@@ -99,7 +100,7 @@ def resolve(bottle_dir, word, arguments, folder=""):
     if file is None:
         if is_windows_path(word) or "/" in word or not word:
             raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" does not exist")
-        return Program([word] + arguments, "", find_folder(bottle_dir, folder) or "")
+        return Program([word] + _opening(word, arguments), "", find_folder(bottle_dir, folder) or "")
     forbidden = next((sign for sign in FORBIDDEN if sign in file), None)
     if forbidden and not is_windows_path(word):
         raise errors.LaunchError(
@@ -108,6 +109,14 @@ def resolve(bottle_dir, word, arguments, folder=""):
         raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" cannot be read")
     start = find_folder(bottle_dir, folder) or os.path.dirname(file)
     return Program(_command(bottle_dir, word, file) + arguments, file, start)
+
+
+def _opening(word, arguments):
+    """With a ProgID, Wine's start.exe takes everything for a file. It finds the program of a link by its scheme."""
+    is_opening = word.lower() in ("start", "start.exe") and len(arguments) == 3 and arguments[0] == "/ProgIDOpen"
+    if is_opening and re.match("(?!file:)[A-Za-z][A-Za-z0-9+.-]+:", arguments[2]) and not os.path.exists(arguments[2]):
+        return arguments[2:]
+    return arguments
 
 
 def _command(bottle_dir, word, file):

@@ -1,0 +1,52 @@
+#include "launch/FileAssociation.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+namespace {
+
+const char FileName[] = "/assosiate.json";
+constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
+
+QJsonObject readAll(const QString& bottlePath) {
+    QFile file(bottlePath + FileName);
+    const QFileInfo info(file);
+    if (bottlePath.isEmpty() || (!info.exists() && !info.isSymLink()))
+        return {};
+    if (info.isSymLink() || !info.isFile() || info.size() > MaximumBytes || !file.open(QIODevice::ReadOnly)) {
+        qWarning().noquote() << "can't read" << file.fileName() << file.errorString();
+        return {};
+    }
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(file.read(MaximumBytes), &error);
+    if (!document.isObject())
+        qWarning().noquote() << "not a JSON object:" << file.fileName() << error.errorString();
+    return document.object();
+}
+
+}  // namespace
+
+std::optional<FileAssociation> FileAssociation::find(const QString& bottlePath, const QString& key) {
+    const QJsonObject all = readAll(bottlePath);
+    if (!all.contains(key))
+        return std::nullopt;
+    const QJsonObject record = all.value(key).toObject();
+    const FileAssociation found{record.value("progid").toString(), record.value("executable").toString(),
+                                record.value("comment").toString(), record.value("friendly_name").toString(),
+                                record.value("icon").toString()};
+    if (found.progId.isEmpty()) {
+        qWarning() << "no program is named for" << key << "in" << bottlePath;
+        return std::nullopt;
+    }
+    return found;
+}
+
+QString FileAssociation::displayName() const {
+    for (const QString& name : {comment.trimmed(), friendlyName.trimmed()}) {
+        if (!name.isEmpty())
+            return name;
+    }
+    return executable.split('\\').last();
+}

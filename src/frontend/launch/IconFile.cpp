@@ -1,0 +1,110 @@
+#include "launch/IconFile.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QMap>
+#include <QPixmap>
+#include <QtEndian>
+
+namespace {
+
+constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
+constexpr int MaximumPixels = 512;  // of an edge
+constexpr int MaximumSizes = 16;
+constexpr int HeadBytes = 6;
+constexpr int EntryBytes = 16;
+const QByteArray IcoMagic("\0\0\1\0", 4);
+const QByteArray PngMagic("\x89PNG\r\n\x1a\n");
+// Only what is decoded in bounds by what stands in the head of the file.
+const QList<QByteArray> OtherFormats{"png", "jpeg", "bmp", "gif"};
+
+/// One image of an .ico file: a PNG file, or what stands behind the head of a BMP file.
+struct Entry {
+    QByteArray head;  // of the directory
+    QByteArray data;
+    int width() const { return head[0] ? uchar(head[0]) : 256; }
+    int colors() const {
+        const int bits = qFromLittleEndian<quint16>(head.constData() + 6);
+        return bits ? bits : uchar(head[2]);
+    }
+};
+
+QImage decode(const QByteArray& data, const QByteArray& format) {
+    QBuffer buffer;
+    buffer.setData(data);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(format.isEmpty());
+    const bool isKnown = !format.isEmpty() || OtherFormats.contains(reader.format());
+    const QSize size = reader.size();
+    if (!isKnown || !size.isValid() || qMax(size.width(), size.height()) > MaximumPixels)
+        return {};
+    return reader.read();
+}
+
+QImage decode(const Entry& entry) {
+    // The directory tells its own story of a PNG file's size, and the decoder believes the file.
+    if (entry.data.startsWith(PngMagic))
+        return decode(entry.data, "png");
+    QByteArray file = IcoMagic + QByteArray("\1\0", 2) + entry.head.left(8) + QByteArray(8, 0);
+    qToLittleEndian<quint32>(quint32(entry.data.size()), file.data() + HeadBytes + 8);
+    qToLittleEndian<quint32>(HeadBytes + EntryBytes, file.data() + HeadBytes + 12);
+    return decode(file + entry.data, "ico");
+}
+
+/// 32-bit images of old programs may have an alpha channel that nobody has filled in.
+bool isInvisible(const QImage& image) {
+    if (!image.hasAlphaChannel())
+        return false;
+    const QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
+    for (int y = 0; y < alpha.height(); ++y) {
+        for (int x = 0; x < alpha.width(); ++x) {
+            if (alpha.constScanLine(y)[x])
+                return false;
+        }
+    }
+    return true;
+}
+
+QMap<int, Entry> bestOfEachSize(const QByteArray& file) {
+    QMap<int, Entry> best;
+    const int count = qFromLittleEndian<quint16>(file.constData() + 4);
+    for (int at = HeadBytes; at < HeadBytes + count * EntryBytes && at + EntryBytes <= file.size();
+         at += EntryBytes) {
+        Entry entry{file.mid(at, EntryBytes), {}};
+        const auto size = qFromLittleEndian<quint32>(entry.head.constData() + 8);
+        const auto offset = qFromLittleEndian<quint32>(entry.head.constData() + 12);
+        if (offset > quint32(file.size()) || size > quint32(file.size()) - offset)
+            continue;
+        entry.data = file.mid(int(offset), int(size));
+        const auto other = best.constFind(entry.width());
+        const bool isNew = other == best.constEnd();
+        if (isNew ? best.size() < MaximumSizes : other->colors() < entry.colors())
+            best.insert(entry.width(), entry);
+    }
+    return best;
+}
+
+}  // namespace
+
+QIcon IconFile::read(const QString& path) {
+    QFile file(path);
+    const QFileInfo info(file);
+    if (!info.isFile() || info.size() > MaximumBytes || !file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray bytes = file.read(MaximumBytes);
+    QList<QImage> images;
+    if (bytes.startsWith(IcoMagic) && bytes.size() >= HeadBytes) {
+        for (const Entry& entry : bestOfEachSize(bytes))
+            images << decode(entry);
+    } else {
+        images << decode(bytes, {});
+    }
+    QIcon icon;
+    for (const QImage& image : qAsConst(images)) {
+        if (!image.isNull() && !isInvisible(image))
+            icon.addPixmap(QPixmap::fromImage(image));
+    }
+    return icon;
+}

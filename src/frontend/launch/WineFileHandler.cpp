@@ -1,0 +1,112 @@
+#include "launch/WineFileHandler.h"
+
+#include <QCryptographicHash>
+#include <QDebug>
+#include <QEventLoop>
+#include <QIcon>
+#include <QPointer>
+#include <QTimer>
+
+#include "backend/BottleUtils.h"
+#include "backend/ProgramRecord.h"
+#include "fenk/Theme.h"
+#include "launch/FileAssociation.h"
+#include "launch/IconFile.h"
+#include "launch/WineLauncher.h"
+#include "launch/banner/WineExeLaunchBanner.h"
+
+namespace {
+
+constexpr int BannerMs = 3000;
+constexpr int IconSize = 20;
+
+/// A launcher that nobody owns. Destruction would kill a script that has not come to start Wine yet, so that
+/// one that still runs when this process ends is left alone.
+WineLauncher* makeLauncher(const QString& bottle, QObject* parent) {
+    auto* launcher = new WineLauncher(bottle, parent);
+    QObject::connect(launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), launcher,
+                     [launcher](int code) {
+                         if (code != 0)
+                             qWarning() << "opening has ended with" << code << launcher->arguments();
+                         launcher->deleteLater();
+                     });
+    QObject::connect(launcher, &QProcess::errorOccurred, launcher, [launcher](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) {
+            qWarning() << "can't start" << launcher->program() << launcher->errorString();
+            launcher->deleteLater();
+        }
+    });
+    return launcher;
+}
+
+}  // namespace
+
+QMap<QString, WineExeLaunchBanner*> WineFileHandler::s_banners;
+
+WineFileHandler::WineFileHandler(const QString& bottle, const QString& extension, const QString& file)
+    : m_bottleName(bottle), m_extension(extension), m_filePath(file) {}
+
+int WineFileHandler::open() {
+    if (WineExeLaunchBanner* shown = s_banners.value(m_filePath)) {
+        shown->show();
+        shown->raise();
+        shown->activateWindow();
+        return -1;
+    }
+    const auto association = FileAssociation::find(BottleUtils::bottlePath(m_bottleName), m_extension);
+    if (!association)
+        return -1;
+    auto* banner = new WineExeLaunchBanner;
+    fill(banner, *association);
+    s_banners.insert(m_filePath, banner);
+    const QPointer<WineLauncher> launcher = makeLauncher(m_bottleName, banner);
+    const QByteArray mark = QCryptographicHash::hash(m_filePath.toUtf8(), QCryptographicHash::Md5).toHex();
+    // Gives way to the launcher's own list, so that the mark never reaches the program.
+    launcher->setEnvironment({"_CXB_WINE_PROGRAM_UUID", "__open__" + mark});
+
+    QEventLoop loop;
+    // Not behind the loop: those of later documents run inside of it and may last longer.
+    QTimer::singleShot(BannerMs, Qt::PreciseTimer, &loop, [&] {
+        closeBanner();
+        loop.quit();
+    });
+    connect(banner, &WineExeLaunchBanner::stopRunning, &loop, [&] {
+        stop(launcher);
+        closeBanner();
+        loop.quit();
+    });
+    banner->show();
+    launcher->launchExe("start.exe", {"/ProgIDOpen", association->progId, m_filePath});
+    loop.exec();
+    closeBanner();
+    return -1;
+}
+
+void WineFileHandler::fill(WineExeLaunchBanner* banner, const FileAssociation& association) const {
+    banner->setAppName(association.displayName());
+    banner->setStatus(tr("Launching"));
+    banner->setDescription(tr("Launching %1...").arg(m_filePath.split('\\').last()));
+    const QIcon icon = IconFile::read(association.icon);
+    banner->setIcon(icon.isNull() ? Fenk::Theme::icon(ProgramRecord::iconFallback())
+                                  : QIcon(icon.pixmap(IconSize)));
+}
+
+/// Takes back what has not been handed over yet: the script passes the signal on to Wine's start.exe and what
+/// that has just started. A program that has the document already is left alone, and so is all else in the
+/// bottle, where the user may be at work.
+void WineFileHandler::stop(WineLauncher* launcher) {
+    const bool isRunning = launcher && launcher->state() != QProcess::NotRunning;
+    qInfo() << "opening" << m_filePath << (isRunning ? "is stopped" : "can't be stopped any more");
+    if (isRunning)
+        launcher->terminate();
+}
+
+void WineFileHandler::closeBanner() {
+    WineExeLaunchBanner* banner = s_banners.take(m_filePath);
+    if (!banner)
+        return;
+    banner->allowClose();
+    // Closed, not only deleted: it may be the last window that an ending application waits for.
+    banner->close();
+    banner->deleteLater();
+}
