@@ -8,7 +8,6 @@
 #include "backend/ComponentManager.h"
 #include "backend/ServiceLoss.h"
 #include "core/base/Paths.h"
-#include "core/base/ToolProcess.h"
 #include "core/base/WineNames.h"
 #include "fenk/Theme.h"
 #include "launch/BottleChoice.h"
@@ -17,13 +16,13 @@
 #include "launch/WineLauncher.h"
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/inspection/ExeFileInfo.h"
+#include "launch/inspection/ExeIconReader.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
 
 namespace {
 
 const char LaunchDebugChannels[] =
     "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file";
-const char ExeIconDir[] = "/tmp/exeicons";
 constexpr int TickMs = 1000;
 constexpr int TerminalWindowMs = 3000;
 constexpr int SilenceMs = 60000;
@@ -107,11 +106,16 @@ QString ExeFileExecutor::bottlesName() {
 }
 
 QIcon ExeFileExecutor::exeIcon() {
-    const QString fileName = QFileInfo(m_exePath).fileName();
-    ToolProcess::run(Paths::iconExtractorScript(), {"--no-convert", m_exePath, fileName, ExeIconDir},
-                     ToolProcess::NoTimeLimit);
-    const QString icon = QString(ExeIconDir) + "/" + fileName;
-    return QFileInfo(icon).isFile() ? QIcon(icon) : Fenk::Theme::icon("cxb_app_default_icon");
+    if (!m_iconReader) {
+        m_icon = Fenk::Theme::icon("cxb_app_default_icon");
+        m_iconReader = new ExeIconReader(m_exePath, this);
+        connect(m_iconReader, &ExeIconReader::ready, this, [this](const QIcon& icon) {
+            m_icon = icon;
+            Q_EMIT iconReady(icon);
+        });
+        m_iconReader->start();
+    }
+    return m_icon;
 }
 
 QString ExeFileExecutor::displayName() {

@@ -14,6 +14,7 @@
 struct BusResult;
 class DependencyInstallQueue;
 class ExeFileChecker;
+class ExeIconReader;
 class WineExeProcessMonitor;
 class WineLauncher;
 
@@ -47,6 +48,8 @@ public:
 
     /// Waits for the bottle choice if it is still under way.
     QString bottlesName();
+    /// Never waits: the first call begins to look for the file's own icon, and until iconReady the desktop's
+    /// ordinary one for programs stands in for it.
     QIcon exeIcon();
     QString displayName();
     bool isInstaller();  ///< waits for the inspection; false for a stored program
@@ -62,6 +65,8 @@ public:
 Q_SIGNALS:
     void emitStep(const QString& text, MsgType recordType = MsgLine);
     void emitMsg(const QString& text, MsgType recordType = MsgLine);
+    /// The file's own icon, in all its sizes. Comes at most once, and only for a file that has one.
+    void iconReady(const QIcon& icon);
     void windowPopuped();
     void Fixing();  ///< a repair has begun
     void runSuccessed();
@@ -112,6 +117,8 @@ private:
     QString m_runner;
     QString m_appName;
     ExeFileChecker* m_checker = nullptr;
+    ExeIconReader* m_iconReader = nullptr;
+    QIcon m_icon;
     WineExeProcessMonitor* m_monitor;
     WineLauncher* m_launcher;
     bool m_installFailed = false;  ///< by the log of the last start

@@ -1,0 +1,95 @@
+#include "launch/inspection/ExeIconReader.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <QTimer>
+
+#include "core/base/Paths.h"
+#include "launch/IconFile.h"
+
+namespace {
+
+const char CommonDirectory[] = "/tmp/exeicons";
+constexpr int LimitMs = 30000;
+constexpr int Niceness = 10;
+
+/// Files of the common directory that are being written.
+QSet<QString>& filesInWork() {
+    static QSet<QString> files;
+    return files;
+}
+
+/// Makes it; false when somebody else has, or could put something in.
+bool isCommonDirectoryOurs() {
+    ::mkdir(CommonDirectory, 0700);
+    struct stat status = {};
+    return ::lstat(CommonDirectory, &status) == 0 && S_ISDIR(status.st_mode) &&
+           status.st_uid == ::geteuid() && (status.st_mode & 022) == 0;
+}
+
+bool isProgram(const QString& path) {
+    QFile file(path);
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) && file.read(2) == "MZ";
+}
+
+class NiceProcess : public QProcess {
+protected:
+    void setupChildProcess() override { [[maybe_unused]] const int now = ::nice(Niceness); }
+};
+
+}  // namespace
+
+ExeIconReader::ExeIconReader(const QString& exePath, QObject* parent) : QObject(parent), m_exePath(exePath) {}
+
+ExeIconReader::~ExeIconReader() {
+    if (m_tool)
+        m_tool->disconnect(this);
+    filesInWork().remove(m_iconFile);
+}
+
+void ExeIconReader::start() {
+    if (m_tool || !isProgram(m_exePath) || !chooseDirectory())
+        return;
+    m_tool = std::make_unique<NiceProcess>();
+    m_tool->setStandardInputFile(QProcess::nullDevice());
+    m_tool->setProcessChannelMode(QProcess::MergedChannels);
+    connect(m_tool.get(), qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &ExeIconReader::onFinished);
+    const QFileInfo target(m_iconFile);
+    m_tool->start(Paths::iconExtractorScript(),
+                  {"--no-convert", m_exePath, target.fileName(), target.path()});
+    QTimer::singleShot(LimitMs, m_tool.get(), &QProcess::kill);
+}
+
+/// Of two programs of the same name at the same time each gets its own icon, and what an earlier one has left
+/// is none of this one's.
+bool ExeIconReader::chooseDirectory() {
+    const QString fileName = QFileInfo(m_exePath).fileName();
+    const QString common = QString(CommonDirectory) + "/" + fileName;
+    if (isCommonDirectoryOurs() && !filesInWork().contains(common)) {
+        m_iconFile = common;
+        filesInWork().insert(common);
+        QFile::remove(common);
+        return true;
+    }
+    m_ownDirectory = std::make_unique<QTemporaryDir>();
+    m_iconFile = m_ownDirectory->filePath(fileName);
+    return m_ownDirectory->isValid();
+}
+
+void ExeIconReader::onFinished(int exitCode, QProcess::ExitStatus status) {
+    QIcon icon;
+    if (status == QProcess::NormalExit && exitCode == 0)
+        icon = IconFile::read(m_iconFile);
+    filesInWork().remove(m_iconFile);
+    m_ownDirectory.reset();
+    if (icon.isNull())
+        qInfo() << "no icon in" << m_exePath << m_tool->readAll().trimmed().left(200);
+    else
+        Q_EMIT ready(icon);
+}
