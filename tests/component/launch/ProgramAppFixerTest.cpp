@@ -123,17 +123,17 @@ private Q_SLOTS:
     }
 
     void json() {
-        const QByteArray whole =
-            R"({"bottlesName":"b","missingComponents":["c","d"],"parsedLogs":["l"],"uuid":"u"})";
-        const QByteArray odd =
-            R"({"bottlesName":1,"missingComponents":"c","parsedLogs":[1,"l",{}],"uuid":[]})";
         const QByteArray read =
-            R"({"bottlesName":"","missingComponents":[],"parsedLogs":["","l",""],"uuid":""})";
-        for (const auto& row : {std::make_pair(whole, whole), std::make_pair(odd, read)}) {
-            const QJsonObject object = QJsonDocument::fromJson(row.first).object();
-            QCOMPARE(QJsonDocument(ProgramFixRecord::toJson(ProgramFixRecord::fromJson(object)))
-                         .toJson(QJsonDocument::Compact),
-                     row.second);
+            R"({"bottlesName":"","missingComponents":["c"],"parsedLogs":["","l"],"uuid":"u"})";
+        const QByteArray odd =
+            R"({"bottlesName":1,"missingComponents":["c"],"parsedLogs":[{},"l"],"uuid":"u"})";
+        for (const QByteArray& text : {read, odd, QByteArray("{}")}) {
+            const auto record = ProgramFixRecord::fromJson(QJsonDocument::fromJson(text).object());
+            const QByteArray back =
+                QJsonDocument(ProgramFixRecord::toJson(record)).toJson(QJsonDocument::Compact);
+            QCOMPARE(back, text == "{}"
+                               ? R"({"bottlesName":"","missingComponents":[],"parsedLogs":[],"uuid":""})"
+                               : read);
         }
     }
 };

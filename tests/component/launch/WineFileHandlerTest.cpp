@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QtTest>
 
+#include "launch/FileAssociation.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
@@ -44,6 +45,33 @@ class WineFileHandlerTest : public QObject {
     }
 
 private Q_SLOTS:
+    void associations_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("expected");  // ProgID and name; empty when nothing is found
+        const auto row = [](const char* name, const QByteArray& text, const char* expected) {
+            QTest::newRow(name) << text << expected;
+        };
+        row("broken", R"({".x":{"progid":"p"})", "");
+        row("array", R"([{".x":{"progid":"p"}}])", "");
+        row("too large", R"({".x":{"progid":"p"}})" + QByteArray(17 << 20, ' '), "");
+        row("deep", R"({".x":)" + QByteArray(100000, '[') + QByteArray(100000, ']') + "}", "");
+        row("other key", R"({".X":{"progid":"p"}})", "");
+        row("other types", R"({".x":{"progid":["p"],"executable":"C:\\a.exe"}})", "");
+        row("comment", R"({".x":{"progid":"/p -x","comment":" c\n","friendly_name":"n"}})", "/p -x|c");
+        row("friendly name", R"({".x":{"progid":"p","comment":" ","friendly_name":" n "}})", "p|n");
+        row("program", R"({".x":{"progid":"p","comment":1,"executable":"C:\\a b\\c.exe"}})", "p|c.exe");
+    }
+    void associations() {
+        QFETCH(QByteArray, text);
+        QVERIFY(!FileAssociation::find(m_home.path() + "/none", ".x"));
+        const QString file = m_home.write("a/assosiate.json", text);
+        const auto found = FileAssociation::find(m_home.path() + "/a", ".x");
+        QTEST(found ? found->progId + "|" + found->displayName() : QString(), "expected");
+        QVERIFY(QFile::remove(file) && QFile::link(m_home.write("b", text), file));
+        QVERIFY(!FileAssociation::find(m_home.path() + "/a", ".x"));
+        QFile::remove(file);
+    }
+
     void documents() {
         QVERIFY(m_service.start());
         m_service.setBottle("b", {{"Path", m_bottle}});
