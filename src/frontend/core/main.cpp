@@ -36,6 +36,8 @@ void nameApplication(CellarixApplication& application) {
 
 int main(int argc, char* argv[]) {
     QLoggingCategory::setFilterRules("common.veskhttp.debug=false");
+    // Nothing here draws with OpenGL, whose libraries would take the first window a tenth of a second.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     setHighDpi();
     CellarixApplication application(argc, argv);
     // Spelt so since the first release: a corrected key would let an old and a new version run side by side.

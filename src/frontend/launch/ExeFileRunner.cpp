@@ -81,6 +81,7 @@ int ExeFileRunner::init(const QString& path) {
     }
     if (m_mode != FileInConfigWindow) {
         m_banner->setAppName(file.fileName());
+        m_banner->setIcon(Fenk::Theme::icon("cxb_app_default_icon"));
         m_banner->setStatus(QString());
         m_banner->setDescription(QString());
         showBanner();
@@ -123,6 +124,7 @@ void ExeFileRunner::fillFromFile() {
         m_banner->setCanRepair(false);
     m_appName = m_executor->displayName();
     m_banner->setAppName(m_appName);
+    connect(m_executor, &ExeFileExecutor::iconReady, m_banner, &WineExeLaunchBanner::setIcon);
     m_banner->setIcon(m_executor->exeIcon());
     m_banner->setStatus(QString());
     m_banner->setDescription(QString());

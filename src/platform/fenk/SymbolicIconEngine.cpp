@@ -57,6 +57,14 @@ QString ownFile(const QString& name) {
     return {};
 }
 
+/// A look into a theme costs thousands of files that are not there; it is spared where only our own picture
+/// can come of it.
+bool isThemed(const QString& name, const QString& own) {
+    const QString theme = QIcon::themeName();
+    const bool hasTheme = !theme.isEmpty() && theme != QLatin1String("hicolor");
+    return !name.startsWith(QLatin1String("fenk-")) && (hasTheme || own.isEmpty()) && QIcon::hasThemeIcon(name);
+}
+
 }  // namespace
 
 SymbolicIconEngine::SymbolicIconEngine(const QString& svgFile) : m_svgFile(svgFile) {}
@@ -95,11 +103,11 @@ QPixmap SymbolicIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::S
 QIcon loadIcon(const QString& name) {
     if (name.isEmpty())
         return {};
-    if (QIcon::hasThemeIcon(name)) {
+    const QString file = ownFile(name);
+    if (isThemed(name, file)) {
         const QIcon themed = QIcon::fromTheme(name);
         return name.endsWith(SymbolicSuffix) ? QIcon(new SymbolicIconEngine(themed)) : themed;
     }
-    const QString file = ownFile(name);
     if (file.isEmpty())
         return {};
     return file.endsWith(".svg") && isOneColour(file) ? QIcon(new SymbolicIconEngine(file)) : QIcon(file);
