@@ -118,11 +118,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Cellarix is initializing envrionment</source>
-        <translation type="vanished">Cellarix 正在初始化环境</translation>
+        <translation>Cellarix 正在初始化环境</translation>
     </message>
     <message>
         <source>It will take a few minutes, please wait patiently.</source>
-        <translation type="vanished">这需要几分钟，请耐心等待。</translation>
+        <translation>这需要几分钟，请耐心等待。</translation>
     </message>
 </context>
 <context>
@@ -198,39 +198,51 @@ please wait for the component download to complete!</source>
     <name>EnvInitBanner</name>
     <message>
         <source>Initializing Environment</source>
-        <translation type="vanished">正在初始化环境</translation>
+        <translation>正在初始化环境</translation>
     </message>
     <message>
         <source>Envrionment Initialization Completed</source>
-        <translation type="vanished">环境初始化完成</translation>
+        <translation>环境初始化完成</translation>
     </message>
     <message>
         <source>Setup Proton</source>
-        <translation type="vanished">正在安装 Proton</translation>
+        <translation>正在安装 Proton</translation>
     </message>
     <message>
         <source>Setup Proton Completed</source>
-        <translation type="vanished">Proton 安装完成</translation>
+        <translation>Proton 安装完成</translation>
     </message>
     <message>
         <source>Start Using</source>
-        <translation type="vanished">开始使用</translation>
+        <translation>开始使用</translation>
     </message>
     <message>
         <source>View Logs</source>
-        <translation type="vanished">查看日志</translation>
+        <translation>查看日志</translation>
     </message>
     <message>
         <source>You can now start using Cellarix</source>
-        <translation type="vanished">现在可以开始使用 Cellarix 了</translation>
+        <translation>现在可以开始使用 Cellarix 了</translation>
     </message>
     <message>
         <source>You can now start using proton to run games</source>
-        <translation type="vanished">现在可以开始使用 Proton 运行游戏了</translation>
+        <translation>现在可以开始使用 Proton 运行游戏了</translation>
     </message>
     <message>
         <source>It will take a few minutes, please wait patiently.</source>
-        <translation type="vanished">这需要几分钟，请耐心等待。</translation>
+        <translation>这需要几分钟，请耐心等待。</translation>
+    </message>
+    <message>
+        <source>Hide Logs</source>
+        <translation>隐藏日志</translation>
+    </message>
+    <message>
+        <source>The setup did not start</source>
+        <translation>设置未能启动</translation>
+    </message>
+    <message>
+        <source>%1 cannot be run. Please install Cellarix again.</source>
+        <translation>无法运行 %1，请重新安装 Cellarix。</translation>
     </message>
 </context>
 <context>
