@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QLocale>
+#include <QProcess>
 
 #include "backend/BottlesConfig.h"
 #include "core/BackendVersion.h"
@@ -15,6 +16,7 @@
 #include "fenk/Theme.h"
 #include "launch/ExeFileRunner.h"
 #include "launch/PrivateBottleName.h"
+#include "launch/environment/BottleEnvScript.h"
 #include "shell/Mainwindow.h"
 
 namespace {
@@ -41,6 +43,8 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
 }
 
 CellarixApplication::~CellarixApplication() {
+    if (envInitScript().running)
+        qInfo() << "leaving while the environment is being set up, which goes on by itself";
     qDeleteAll(m_runners);
     m_runners.clear();
     delete m_mainWindow;
@@ -65,7 +69,8 @@ void CellarixApplication::loadTranslators(const QString& lang) {
 int CellarixApplication::handleCommandLine(const QStringList& args) {
     // A dialog of one start runs the event loop, in which the next one must not overtake the answer.
     if (m_handlingCommandLine) {
-        m_waitingStarts << args;
+        if (!CommandLineHandler::refuseForNow(args))
+            m_waitingStarts << args;
         return 0;
     }
     if (!m_commandLineHandler)
@@ -86,6 +91,7 @@ void CellarixApplication::admitOtherStarts() {
 void CellarixApplication::handleWaitingStarts() {
     if (!m_handlingCommandLine && !m_waitingStarts.isEmpty())
         handleCommandLine(m_waitingStarts.takeFirst());
+    leaveUnlessNeeded();
 }
 
 void CellarixApplication::handleNewInstance(qint64 pid, const QStringList& arguments) {
@@ -193,7 +199,27 @@ bool CellarixApplication::hasVisibleWindow() const {
 }
 
 bool CellarixApplication::isNeeded() const {
-    return (m_commandLineHandler && m_commandLineHandler->isService()) || !canQuit();
+    return (m_commandLineHandler && m_commandLineHandler->isService()) || envInitScript().running ||
+           !m_waitingStarts.isEmpty() || !canQuit();
+}
+
+bool CellarixApplication::isUpdate() const {
+    return m_commandLineHandler && m_commandLineHandler->isUpdate();
+}
+
+void CellarixApplication::leaveAfter(const BottleEnvScript& script) {
+    const auto leave = &CellarixApplication::leaveUnlessNeeded;
+    if (!script.running)
+        QMetaObject::invokeMethod(this, leave, Qt::QueuedConnection);
+    else
+        connect(script.process, &QObject::destroyed, this, leave, Qt::QueuedConnection);
+}
+
+void CellarixApplication::leaveUnlessNeeded() {
+    if (isNeeded())
+        return;
+    qInfo() << "nothing is left to wait for, quit app";
+    QCoreApplication::quit();
 }
 
 void CellarixApplication::onLastWindowClosed() {

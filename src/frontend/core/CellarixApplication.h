@@ -7,6 +7,7 @@
 #include "core/ApplicationWindows.h"
 #include "fenk/Application.h"
 
+struct BottleEnvScript;
 class CommandLineHandler;
 class ExeFileRunner;
 class Mainwindow;
@@ -39,8 +40,13 @@ public:
 
     bool canQuit() const;
     bool hasVisibleWindow() const;
-    /// True when the start left something to wait for: a window, a launch, or service mode.
+    /// True when the start left something to wait for: a window, a launch, a script that sets up the
+    /// environment, or service mode.
     bool isNeeded() const;
+    /// Whether the process was started for an update of the environment.
+    bool isUpdate() const;
+    /// Ends the process when the script has ended, unless there is something else to wait for.
+    void leaveAfter(const BottleEnvScript& script);
 
     bool checkServiceAgreement();
     void checkBackendVersion();
@@ -53,6 +59,7 @@ private:
     void openChosenFile(const QString& path);
     void handleWaitingStarts();
     void handleNewInstance(qint64 pid, const QStringList& arguments);
+    void leaveUnlessNeeded();
     void onLastWindowClosed();
     void onRunnerFinished();
     void onProgramDeleted(const QString& bottle, const QString& uuid);

@@ -8,6 +8,7 @@
 #include <QThreadPool>
 
 #include "core/CellarixApplication.h"
+#include "core/EnvironmentSetup.h"
 #include "core/LaunchTarget.h"
 #include "core/base/BuildInfo.h"
 #include "core/base/Paths.h"
@@ -15,6 +16,7 @@
 #include "fenk/Dialog.h"
 #include "launch/ExeFileRunner.h"
 #include "launch/WineFileHandler.h"
+#include "launch/environment/BottleEnvScript.h"
 
 namespace {
 
@@ -41,6 +43,15 @@ QString mainText(const char* text) {
     return QCoreApplication::translate("Main", text);
 }
 
+void fill(QCommandLineParser& parser) {
+    parser.setApplicationDescription("Windows Software launcher via lumora-wine");
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument("url", "url of exe files to open");
+    for (const Option& option : Options)
+        parser.addOption(QCommandLineOption(option.name, mainText(option.description)));
+}
+
 ScannedExecutable scannedExecutable(const QJsonObject& object) {
     ScannedExecutable found;
     found.peInfo = object.value("pe_info").toObject();
@@ -57,12 +68,7 @@ ScannedExecutable scannedExecutable(const QJsonObject& object) {
 
 CommandLineHandler::CommandLineHandler(CellarixApplication* application)
     : QObject(application), m_application(application) {
-    m_parser.setApplicationDescription("Windows Software launcher via lumora-wine");
-    m_parser.addHelpOption();
-    m_parser.addVersionOption();
-    m_parser.addPositionalArgument("url", "url of exe files to open");
-    for (const Option& option : Options)
-        m_parser.addOption(QCommandLineOption(option.name, mainText(option.description)));
+    fill(m_parser);
 }
 
 int CommandLineHandler::handleCommandLine(const QStringList& args) {
@@ -79,8 +85,12 @@ int CommandLineHandler::handleCommandLine(const QStringList& args) {
         return 0;
     }
     const QStringList positional = m_parser.positionalArguments();
-    if (m_parser.isSet(UpdateOption))
+    if (checkEnvironment(positional))
+        return 1;
+    if (m_parser.isSet(UpdateOption)) {
+        m_update = true;
         return handleUpdateCommand();
+    }
     if (positional.isEmpty()) {
         m_application->showMainWindow();
         return 0;
@@ -127,9 +137,33 @@ bool CommandLineHandler::checkClientUpgrade() {
     return true;
 }
 
+/// True when the start must not go on.
+bool CommandLineHandler::checkEnvironment(const QStringList& positional) {
+    BottleEnvScript& script = envInitScript();
+    if (EnvironmentSetup::refuses(script, positional))
+        return true;
+    if (!EnvironmentSetup::ensure(script))
+        return false;
+    if (script.running) {
+        m_application->leaveAfter(script);
+        return true;
+    }
+    m_application->showMainWindow();
+    return false;
+}
+
+bool CommandLineHandler::refuseForNow(const QStringList& args) {
+    QCommandLineParser parser;
+    fill(parser);
+    return parser.parse(args) && !parser.isSet(ServiceOption) &&
+           EnvironmentSetup::refuses(envInitScript(), parser.positionalArguments());
+}
+
 int CommandLineHandler::handleUpdateCommand() {
-    qWarning() << "Updating the environment is not possible in this version";
-    return 1;
+    BottleEnvScript& script = envInitScript();
+    EnvironmentSetup::update(script);
+    m_application->leaveAfter(script);
+    return 0;
 }
 
 int CommandLineHandler::handleFixupCommand(const QStringList& positional) {

@@ -33,12 +33,20 @@ public:
     /// Whether a start asked for a service without a window, which then waits for the bus.
     bool isService() const { return m_service; }
 
+    /// Whether a start asked for an update of the environment, which leaves nothing to wait for at its end.
+    bool isUpdate() const { return m_update; }
+
+    /// For a start that comes while another one shows the banner of the environment: true when it has to be
+    /// made again later, of which the user has been told; otherwise it can wait.
+    static bool refuseForNow(const QStringList& args);
+
     /// Lists the executables below a directory. Blocks without a limit.
     QVector<ScannedExecutable> scanExecutables(const QString& directory, const QString& output);
 
 private:
     void parseOwnArguments();
     bool checkClientUpgrade();
+    bool checkEnvironment(const QStringList& positional);
     int handleUpdateCommand();
     int handleFixupCommand(const QStringList& positional);
     int handleOpenCommand(const QStringList& positional);
@@ -48,4 +56,5 @@ private:
     CellarixApplication* m_application;
     QCommandLineParser m_parser;
     bool m_service = false;
+    bool m_update = false;
 };

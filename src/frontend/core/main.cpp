@@ -59,6 +59,8 @@ int main(int argc, char* argv[]) {
     if (signalHandlers.endRequested())
         return 0;
     if (!application.isNeeded()) {
+        if (application.isUpdate())
+            return 0;
         qWarning() << "nothing was started, leaving";
         return 1;
     }

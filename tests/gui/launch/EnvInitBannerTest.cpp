@@ -1,0 +1,236 @@
+#include "launch/environment/EnvInitBanner.h"
+
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QtTest>
+
+#include "core/EnvironmentSetup.h"
+#include "fenk/Application.h"
+#include "launch/environment/BottleEnvScript.h"
+#include "launch/environment/ScriptOutput.h"
+#include "support/LogCapture.h"
+#include "support/TestHome.h"
+
+using TestSupport::readFile;
+
+namespace {
+
+const char Waits[] = "echo begin; while [ ! -e \"$0.go\" ]; do sleep 0.05; done; echo end";
+
+}  // namespace
+
+/// The banner and its record on stand-in scripts: what is shown, and each way in which the two can end.
+class EnvInitBannerTest : public QObject {
+    Q_OBJECT
+
+    TestSupport::TestHome m_home;
+    QString m_path;
+
+    /// A script that notes its arguments, answers "-c" with the code, and otherwise does the rest.
+    BottleEnvScript record(const QByteArray& body, int code = 0, bool executable = true) {
+        m_path = m_home.write(QString("%1.sh").arg(++m_count),
+                              "#!/bin/sh\necho \"$@\" >>\"$0.ran\"\n[ \"$1\" = -c ] && exit " +
+                                  QByteArray::number(code) + "\n" + body + "\n");
+        if (executable)
+            QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return {{}, nullptr, false, m_path, {"-r"}, "Title", "Completed", "Message"};
+    }
+    QByteArray runs() const { return readFile(m_path + ".ran"); }
+    void release() const { QVERIFY(QFile(m_path + ".go").open(QIODevice::WriteOnly)); }
+
+    /// Starts the script, does something while its banner is shown, and closes that.
+    template <class Work>
+    static void whileShown(const std::function<void()>& start, BottleEnvScript& script, Work work) {
+        QObject whileStarting;
+        QTimer::singleShot(0, &whileStarting, [&] {
+            work();
+            if (script.banner)
+                script.banner->close();
+        });
+        start();
+    }
+    static QString text(const BottleEnvScript& script) {
+        return script.banner->findChild<QPlainTextEdit*>("env_logs")->toPlainText();
+    }
+    static bool hasEnded(const BottleEnvScript& script) {
+        return script.banner->findChild<QWidget*>("start_using_btn")->isVisible();
+    }
+
+    int m_count = 0;
+
+private Q_SLOTS:
+    void output_data() {
+        QTest::addColumn<QByteArrayList>("chunks");
+        QTest::addColumn<QStringList>("lines");
+        const QByteArray longLine(ScriptOutput::MaxLineBytes - 1, 'x');
+        QTest::newRow("partial") << QByteArrayList{"a\nb", "c\nd"} << QStringList{"a", "bc", "d"};
+        QTest::newRow("empty line") << QByteArrayList{"\n\n"} << QStringList{"", ""};
+        QTest::newRow("split character") << QByteArrayList{"\xe4\xb8", "\xad\n"} << QStringList{"中"};
+        QTest::newRow("colours") << QByteArrayList{"\x1b[1;3", "1mred\x1b[0m \x1b]0;title\x07z\a\n"}
+                                 << QStringList{"red z"};
+        QTest::newRow("progress") << QByteArrayList{"10 %\r20 %\r\n"} << QStringList{"20 %"};
+        QTest::newRow("too long") << QByteArrayList{longLine + "\xe4\xb8\xad!\n"}
+                                  << QStringList{QString(longLine) + QChar(QChar::ReplacementCharacter)};
+        QTest::newRow("without end") << QByteArrayList{longLine + "\xe4\xb8\xad!"}
+                                     << QStringList{QString(longLine), "中!"};
+    }
+    void output() {
+        QFETCH(QByteArrayList, chunks);
+        ScriptOutput output;
+        QStringList lines;
+        for (const QByteArray& chunk : chunks)
+            lines += output.add(chunk);
+        QTEST(lines + output.rest(), "lines");
+    }
+
+    void needsRun_data() {
+        QTest::addColumn<QString>("check");
+        QTest::addColumn<bool>("needed");
+        QTest::newRow("nothing to do") << "0" << false;
+        QTest::newRow("something to do") << "3" << true;
+        QTest::newRow("missing") << "missing" << false;
+        QTest::newRow("cannot be run") << "plain" << false;
+        QTest::newRow("killed") << "killed" << false;
+    }
+    void needsRun() {
+        QFETCH(QString, check);
+        BottleEnvScript script = record("", check.toInt(), check != "plain");
+        if (check == "missing")
+            script.scriptPath += ".none";
+        if (check == "killed")
+            m_home.write(QFileInfo(m_path).fileName(), "#!/bin/sh\nkill -9 $$\n");
+        const TestSupport::LogCapture log;
+        QTEST(script.needsRun(), "needed");
+        QCOMPARE(log.contains("init check return code: "), check != "missing");
+    }
+
+    void showsOutputAndEnd() {
+        BottleEnvScript script = record("seq 6000; printf '<b>\\033[1mbold</b>'; printf err >&2; exit 1");
+        whileShown(
+            [&] { script.start(true); }, script,
+            [&] {
+                QTRY_VERIFY(!script.running);
+                const QStringList lines = text(script).split('\n');
+                QCOMPARE(lines.size(), int(EnvInitBanner::MaxLines));
+                QVERIFY(lines.contains("<b>bold</b>") && lines.contains("err") && lines.contains("6000"));
+                QVERIFY(hasEnded(script));
+                QCOMPARE(script.banner->windowTitle(), "Completed");
+                QCOMPARE(script.banner->size(), QSize(660, 432));
+                QTest::keyClick(script.banner->focusWidget(), Qt::Key_Return);
+                QVERIFY(!script.banner->isVisible());
+            });
+        QVERIFY(!script.banner && !script.process);
+        QCOMPARE(runs(), "-r\n");
+    }
+
+    void logsTakeThePlaceOfThePicture() {
+        BottleEnvScript script = record(Waits);
+        whileShown([&] { script.start(true); }, script,
+                   [&] {
+                       auto* expand = script.banner->findChild<QPushButton*>("expand_logsbtn");
+                       auto* logs = script.banner->findChild<QPlainTextEdit*>("env_logs");
+                       const QPoint before = expand->mapTo(script.banner, QPoint());
+                       QVERIFY(!logs->isVisible());
+                       QTest::mouseClick(expand, Qt::LeftButton);
+                       QVERIFY(logs->isVisible());
+                       QCOMPARE(logs->size(), QSize(500, 200));
+                       QCOMPARE(expand->mapTo(script.banner, QPoint()), before);
+                       QTRY_COMPARE(text(script), "begin");
+                       release();
+                       QTRY_VERIFY(hasEnded(script));
+                       QVERIFY(!logs->isVisible());
+                   });
+        QVERIFY(!script.banner);
+    }
+
+    void closedWhileRunning_data() {
+        QTest::addColumn<bool>("endsHidden");
+        QTest::newRow("ends while hidden") << true;
+        QTest::newRow("ends when shown again") << false;
+    }
+    void closedWhileRunning() {
+        QFETCH(bool, endsHidden);
+        BottleEnvScript script = record(Waits);
+        whileShown([&] { script.start(true); }, script,
+                   [&] { QTest::keyClick(script.banner, Qt::Key_Escape); });
+        QVERIFY(script.running && script.banner && !script.banner->isVisible());
+        const QPointer<EnvInitBanner> banner = script.banner;
+        if (endsHidden) {
+            release();
+            QTRY_VERIFY(!script.running);
+        }
+        whileShown([&] { script.start(true); }, script,
+                   [&] {
+                       QVERIFY(script.banner == banner && banner->isVisible());
+                       release();
+                       QTRY_VERIFY(hasEnded(script));
+                       QCOMPARE(text(script), "begin\nend");
+                   });
+        QVERIFY(!banner);
+        QCOMPARE(runs(), "-r\n");
+    }
+
+    void cannotBeStarted() {
+        BottleEnvScript script = record("", 0, false);
+        whileShown([&] { script.start(true); }, script,
+                   [&] {
+                       QTRY_VERIFY(hasEnded(script));
+                       QVERIFY(text(script).contains(m_path));
+                       QVERIFY(script.banner->windowTitle() != script.completedTitle);
+                   });
+        QVERIFY(!script.running && !script.banner && !script.process);
+    }
+
+    void update_data() { closedWhileRunning_data(); }
+    void update() {
+        QFETCH(bool, endsHidden);
+        QWidget window;
+        QWidget other;
+        other.winId();
+        window.show();
+        QSignalSpy closed(qApp, &QGuiApplication::lastWindowClosed);
+        BottleEnvScript script = record(Waits);
+        whileShown([&] { EnvironmentSetup::update(script); }, script,
+                   [&] {
+                       QVERIFY(!window.isVisible() && script.banner->isVisible());
+                       if (endsHidden)
+                           return;
+                       release();
+                       QTRY_VERIFY(hasEnded(script));
+                   });
+        QCOMPARE(window.isVisible(), !endsHidden);
+        QVERIFY(!other.isVisible());
+        QCOMPARE(closed.count(), 0);
+        if (endsHidden)
+            Fenk::Dialog::setNextAnswer(0);
+        QCOMPARE(EnvironmentSetup::refuses(script, {"a.exe"}), endsHidden);
+        QVERIFY(!EnvironmentSetup::refuses(script, {}));
+        release();
+        QTRY_VERIFY(!script.running);
+        QCOMPARE(runs(), "-r\n");
+        delete script.banner;
+    }
+
+    void ensure_data() {
+        QTest::addColumn<int>("code");
+        QTest::newRow("needed") << 1;
+        QTest::newRow("not needed") << 0;
+    }
+    void ensure() {
+        QFETCH(int, code);
+        BottleEnvScript script = record("", code);
+        bool needed = false;
+        whileShown([&] { needed = EnvironmentSetup::ensure(script); }, script,
+                   [&] { QTRY_VERIFY(hasEnded(script)); });
+        QCOMPARE(needed, code != 0);
+        QVERIFY(!script.banner);
+        QCOMPARE(runs(), code ? "-c\n-c\n-r\n" : "-c\n");
+    }
+};
+
+int main(int argc, char** argv) {
+    Fenk::Application app(argc, argv);
+    EnvInitBannerTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "EnvInitBannerTest.moc"
