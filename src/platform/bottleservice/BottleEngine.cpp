@@ -70,19 +70,36 @@ void BottleEngine::recover() {
         stopper->start();
     }
     removeUnfinishedFiles();
+    for (const QString& bottle : m_store.names()) {
+        if (BottleBackup::state(m_store.pathOf(bottle)) != BottleBackup::State::None)
+            enqueue(bottle, std::make_unique<RecoverInstallJob>(this, bottle));
+    }
+    for (const QString& bottle : outdatedBottles())
+        renew(bottle);
+    removeUnneededTemplates();
+}
+
+QStringList BottleEngine::outdatedBottles() const {
+    QStringList bottles;
+    for (const QString& bottle : m_store.names()) {
+        QString error;
+        const auto settings = m_store.load(bottle, &error);
+        const QString made = settings ? settings->templateKey() : QString();
+        const QString key = made.isEmpty() ? QString() : Templates::keyOf(runnerOf(*settings));
+        if (!key.isEmpty() && key != made)
+            bottles += bottle;
+    }
+    return bottles;
+}
+
+void BottleEngine::removeUnneededTemplates() {
     QStringList keys;
     for (const QString& name : m_runners.names())
         keys += Templates::keyOf(*m_runners.find(name));
     for (const QString& bottle : m_store.names()) {
-        if (BottleBackup::state(m_store.pathOf(bottle)) != BottleBackup::State::None)
-            enqueue(bottle, std::make_unique<RecoverInstallJob>(this, bottle));
         QString error;
-        const auto settings = m_store.load(bottle, &error);
-        if (!settings || settings->templateKey().isEmpty())
-            continue;
-        if (!keys.contains(settings->templateKey()))
-            renew(bottle);
-        keys += settings->templateKey();
+        if (const auto settings = m_store.load(bottle, &error))
+            keys += settings->templateKey();
     }
     m_templates.removeAllBut(keys);
 }

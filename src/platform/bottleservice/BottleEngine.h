@@ -70,6 +70,11 @@ public:
     bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
     /// Lets a bottle follow an update of its Wine before the jobs that are added after this.
     void renew(const QString& bottle);
+    /// The bottles that were made by another build of their Wine than is installed now.
+    QStringList outdatedBottles() const;
+    /// Removes the templates of which no bottle and no Wine is left.
+    void removeUnneededTemplates();
+    bool isClosing() const { return m_closing; }
     /// Without a Wine when the runner is not installed.
     Runner runnerOf(const BottleYaml& settings) const;
 

@@ -21,6 +21,8 @@
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/SettingsRequests.h"
 #include "bottleservice/ShutdownSignals.h"
+#include "bottleservice/TemplateCommand.h"
+#include "bottleservice/TemplateRequests.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/wire/BottlesObject.h"
 #include "bottleservice/wire/ComponentMethods.h"
@@ -29,6 +31,7 @@
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
 #include "bottleservice/wire/SettingsMethods.h"
+#include "bottleservice/wire/TemplatesObject.h"
 
 namespace {
 
@@ -41,17 +44,26 @@ QString dataDirectory() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
 }
 
-/// From the command line: after how many seconds without anything to do the service ends.
-int idleSeconds(const QCoreApplication& application) {
+struct Arguments {
+    int idleSeconds;  ///< after so long without anything to do the service ends
+    bool check;
+    bool recreate;
+};
+
+Arguments parse(const QCoreApplication& application) {
     QCommandLineParser parser;
     parser.setApplicationDescription("Keeps bottles: Wine prefixes with their settings and programs.");
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption idle("idle-seconds", "End after this time without a call; 0 is never.",
                                   "seconds", IdleSeconds);
-    parser.addOption(idle);
+    const QCommandLineOption check("check-templates",
+                                   "End with 1 if the templates of bottles have to be made anew.");
+    const QCommandLineOption recreate("recreate-templates",
+                                      "Let the service make the templates of bottles anew, and wait for it.");
+    parser.addOptions({idle, check, recreate});
     parser.process(application);
-    return parser.value(idle).toInt();
+    return {parser.value(idle).toInt(), parser.isSet(check), parser.isSet(recreate)};
 }
 
 }  // namespace
@@ -65,8 +77,12 @@ int main(int argc, char** argv) {
     // Bottle names are UTF-8 on disk, whatever locale the bus started this process in.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 
-    const int seconds = idleSeconds(application);
+    const Arguments arguments = parse(application);
     const QString dataDir = dataDirectory();
+    if (arguments.check)
+        return TemplateCommand::check(dataDir);
+    if (arguments.recreate)
+        return TemplateCommand::recreate();
     DataDirLock lock(dataDir);
     ServiceLog::start(dataDir);
     if (!lock.acquire(LockTimeoutMs)) {
@@ -85,6 +101,7 @@ int main(int argc, char** argv) {
     QObject::connect(&life, &LifeRequests::programExited, &desktop, &DesktopRequests::collectAssociations);
     Downloads downloads(dataDir);
     ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
+    TemplateRequests templates(&engine);
     DependencyRequests dependencies(&engine, &downloads, CELLARIX_CATALOGUE);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &components, &ComponentRequests::cancelAll);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &dependencies,
@@ -97,10 +114,11 @@ int main(int argc, char** argv) {
     addComponentMethods(&bottles, &components);
     addDependencyMethods(&bottles, &dependencies);
     ComponentsObject machine(&components);
+    TemplatesObject pristine(&templates);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !manager.registerOn(bus) ||
-        !bus.registerService(ServiceName)) {
+    if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !pristine.registerOn(bus) ||
+        !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
         qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
         return 1;
     }
@@ -122,12 +140,13 @@ int main(int argc, char** argv) {
     QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
     QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
-    IdleExit idle(seconds, [&] {
+    IdleExit idle(arguments.idleSeconds, [&] {
         return engine.isIdle() && programs.isIdle() && life.isIdle() && desktop.isIdle() &&
                components.isIdle() && dependencies.isIdle();
     });
     QObject::connect(&machine, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&bottles, &BusObject::called, &idle, &IdleExit::touch);
+    QObject::connect(&pristine, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&manager, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&idle, &IdleExit::leaving, &application, [&] { bus.unregisterService(ServiceName); });
     QObject::connect(&idle, &IdleExit::left, &application, close);

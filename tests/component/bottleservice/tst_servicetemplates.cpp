@@ -20,6 +20,12 @@ QByteArray read(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+void write(const QString& path, const QByteArray& content) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
 /// Names, sizes and change times of a tree: no write leaves the change time as it was.
 QByteArray digest(const QString& root) {
     QMap<QString, QByteArray> entries;
@@ -122,25 +128,80 @@ private Q_SLOTS:
             QCOMPARE(digest(it.key()), it.value());
     }
 
+    void recreatesWhileServing() {
+        // The script finds the service beside itself.
+        const QString files = m_service->home() + "/files/";
+        m_script = files + "share/cellarix/package-scripts/init-bottle-in-client.sh";
+        QVERIFY(QDir().mkpath(QFileInfo(m_script).path()) && QDir().mkpath(files + "bin"));
+        QVERIFY(QFile::link(SERVICE_EXECUTABLE, files + "bin/lumora-wine-launcher"));
+        QVERIFY(QFile::copy(TEST_SOURCE_DIR "/src/platform/scripts/package-scripts/init-bottle-in-client.sh",
+                            m_script));
+        QDir templates(m_service->dataDir() + "/templates");
+        QVERIFY(templates.mkdir(".creating-x"));
+        QCOMPARE(check(), 0);
+        QVERIFY(templates.rmdir(".creating-x"));
+        QVERIFY(QFile::rename(m_template + "/user.reg", m_template + "/moved"));
+        QCOMPARE(check(), 1);
+        QVERIFY(QFile::rename(m_template + "/moved", m_template + "/user.reg"));
+        QCOMPARE(check(), 0);
+        write(m_service->dataDir() + "/templates.json", R"({"lumora-wine10-stable": "0123", "gone": "0"})");
+        QCOMPARE(check(), 1);
+
+        const QByteArray before = digest(m_template);
+        QProcess script;
+        script.setProcessEnvironment(m_service->environment());
+        script.setProcessChannelMode(QProcess::MergedChannels);
+        script.start(m_script, {"-r", "--recreate"});
+        QVERIFY(script.waitForReadyRead());
+        QVERIFY(m_service->call("createBottles", {"third", ""})
+                    .arguments()
+                    .value(0)
+                    .toString()
+                    .contains("\"created\":true"));
+        QVERIFY2(script.state() == QProcess::Running, "the bottle waited for the new template");
+        QVERIFY(script.waitForFinished(120000));
+        const QByteArray lines = script.readAll();
+        QVERIFY2(lines.contains("Made it in ") && lines.endsWith("up to date.\n"), lines.constData());
+        QCOMPARE(script.exitCode(), 0);
+        QCOMPARE(check(), 0);
+        QVERIFY(digest(m_template) != before);
+        QVERIFY(QFileInfo::exists(m_service->bottlePath("third") + System + "kernel32.dll"));
+        QTRY_COMPARE(templates.entryList(QDir::AllDirs | QDir::Hidden | QDir::NoDotAndDotDot),
+                     QStringList(QFileInfo(m_template).fileName()));
+    }
+
     void followsItsWine() {
         m_service->kill();
         const QString path = m_service->bottlePath("first");
         const QString key = QFileInfo(m_template).fileName();
-        QByteArray settings = read(path + "/bottle.yml");
-        QVERIFY(settings.contains(key.toUtf8()));
-        QFile file(path + "/bottle.yml");
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(settings.replace(key.toUtf8(), "0123"));
-        file.close();
+        for (const char* bottle : {"first", "second"}) {
+            QByteArray settings = read(m_service->bottlePath(bottle) + "/bottle.yml");
+            QVERIFY(settings.contains(key.toUtf8()));
+            write(m_service->bottlePath(bottle) + "/bottle.yml", settings.replace(key.toUtf8(), "0123"));
+        }
+        QVERIFY(QDir(m_service->dataDir()).mkdir("templates/.creating-x"));
+        QCOMPARE(check(), 1);
         QVERIFY(QFile::remove(path + System + "kernel32.dll"));
         QVERIFY(QDir(m_service->dataDir()).mkdir("templates/stale"));
         QVERIFY(m_service->start());
-        QTRY_VERIFY_WITH_TIMEOUT(read(path + "/bottle.yml").contains(key.toUtf8()), 60000);
+        for (const char* bottle : {"first", "second"})
+            QTRY_VERIFY_WITH_TIMEOUT(
+                read(m_service->bottlePath(bottle) + "/bottle.yml").contains(key.toUtf8()), 60000);
         QVERIFY(QFileInfo(path + System + "kernel32.dll").exists());
         QTRY_VERIFY(!QFileInfo::exists(m_service->dataDir() + "/templates/stale"));
+        QCOMPARE(check(), 0);
     }
 
 private:
+    /// What the script answers to the question whether templates have to be made anew.
+    int check() const {
+        QProcess script;
+        script.setProcessEnvironment(m_service->environment());
+        script.start(m_script, {"-c"});
+        return script.waitForFinished() ? script.exitCode() : -1;
+    }
+
+    QString m_script;
     std::unique_ptr<ServiceFixture> m_service;
     QString m_template;
 };

@@ -30,6 +30,19 @@ QString moveInto(const QString& from, const QString& to) {
     return QString("Cannot move %1 to %2: %3.").arg(from, to, QString::fromLocal8Bit(strerror(errno)));
 }
 
+QString exchange(const QString& from, const QString& to) {
+    if (renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD, QFile::encodeName(to).constData(),
+                  RENAME_EXCHANGE) == 0)
+        return {};
+    const QString aside = pathBeside(to, BottleName::DeletingPrefix);
+    QString fault = moveInto(to, aside);
+    if (!fault.isEmpty())
+        return fault;
+    fault = moveInto(from, to);
+    moveInto(aside, fault.isEmpty() ? from : to);
+    return fault;
+}
+
 QStringList leftovers(const QString& root) {
     QStringList paths;
     for (const QString& directory : {root, root + "/public"}) {

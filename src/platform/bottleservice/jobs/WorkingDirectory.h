@@ -13,6 +13,10 @@ QString pathBeside(const QString& bottlePath, const char* prefix);
 /// Moves a directory to a name that must not be taken. Empty on success, else a sentence.
 QString moveInto(const QString& from, const QString& to);
 
+/// Puts a directory in the place of another one, which afterwards stands where the first was. At once, where
+/// the file system can. Empty on success, else a sentence.
+QString exchange(const QString& from, const QString& to);
+
 /// Paths of all that is left of earlier work below the root of the bottles.
 QStringList leftovers(const QString& root);
 

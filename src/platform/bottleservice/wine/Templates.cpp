@@ -13,6 +13,7 @@
 #include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/PrefixBuilder.h"
 #include "bottleservice/wine/SlimPrefix.h"
+#include "bottleservice/wine/TemplateRecord.h"
 
 namespace {
 
@@ -32,7 +33,7 @@ void addFile(QCryptographicHash* hash, const QString& path) {
 }  // namespace
 
 Templates::Templates(const QString& dataDir, Reclaimer* reclaimer, QObject* parent)
-    : QObject(parent), m_directory(dataDir + "/templates"), m_reclaimer(reclaimer) {
+    : QObject(parent), m_dataDir(dataDir), m_directory(dataDir + "/templates"), m_reclaimer(reclaimer) {
     m_worker.setMaxThreadCount(Threads);
 }
 
@@ -57,15 +58,27 @@ QString Templates::keyOf(const Runner& runner) {
 
 void Templates::obtain(const Runner& runner, QObject* context, Ready ready) {
     const QString key = keyOf(runner);
-    const bool isReady = !m_builds.contains(key) && PrefixBuilder::check(pathOf(key)).isEmpty();
-    if (isReady) {
-        const QString path = pathOf(key);
-        QMetaObject::invokeMethod(
-            context, [ready = std::move(ready), path] { ready(path, {}); }, Qt::QueuedConnection);
+    const QString path = pathOf(key);
+    if (!PrefixBuilder::check(path).isEmpty()) {
+        await(key, runner, context, std::move(ready));
         return;
     }
+    TemplateRecord::note(m_dataDir, {runner.name}, key);
+    QMetaObject::invokeMethod(
+        context, [ready = std::move(ready), path] { ready(path, {}); }, Qt::QueuedConnection);
+}
+
+void Templates::recreate(const Runner& runner, QObject* context, Ready ready) {
+    const QString key = keyOf(runner);
+    // Also when it fails: nobody shall be asked to try the same again at each start.
+    TemplateRecord::note(m_dataDir, {runner.name}, key);
+    await(key, runner, context, std::move(ready));
+}
+
+void Templates::await(const QString& key, const Runner& runner, QObject* context, Ready ready) {
     const bool isBuilding = m_builds.contains(key);
     m_builds[key].waiters.append({context, std::move(ready)});
+    m_builds[key].runners.append(runner.name);
     if (!isBuilding)
         build(key, runner);
 }
@@ -73,7 +86,7 @@ void Templates::obtain(const Runner& runner, QObject* context, Ready ready) {
 void Templates::build(const QString& key, const Runner& runner) {
     Build& entry = m_builds[key];
     entry.directory = WorkingDirectory::pathBeside(pathOf(key), BottleName::CreatingPrefix);
-    if (QFileInfo::exists(pathOf(key))) {
+    if (QFileInfo::exists(pathOf(key)) && !PrefixBuilder::check(pathOf(key)).isEmpty()) {
         qWarning() << "the template" << pathOf(key) << "is damaged and is made again";
         m_reclaimer->remove(pathOf(key), BottleName::DeletingPrefix);
     }
@@ -104,20 +117,35 @@ void Templates::onBuilt(const QString& key, const QString& sentence, const Runne
         [directory, wine = runner.wine](const std::atomic_bool& cancelled) {
             return SlimPrefix::slim(directory, wine, cancelled);
         },
-        [this, key, directory](const QString& fault) {
-            conclude(key, fault.isEmpty() ? WorkingDirectory::moveInto(directory, pathOf(key)) : fault);
+        [this, key](const QString& fault) {
+            if (fault.isEmpty())
+                place(key);
+            else
+                conclude(key, fault);
         });
+}
+
+void Templates::place(const QString& key) {
+    run(
+        Access::Alone, this,
+        [directory = m_builds[key].directory, path = pathOf(key)](const std::atomic_bool&) {
+            return QFileInfo::exists(path) ? WorkingDirectory::exchange(directory, path)
+                                           : WorkingDirectory::moveInto(directory, path);
+        },
+        [this, key](const QString& fault) { conclude(key, fault); });
 }
 
 void Templates::conclude(const QString& key, const QString& sentence) {
     const Build entry = m_builds.take(key);
     if (sentence.isEmpty()) {
         qInfo() << "made the template" << pathOf(key);
+        TemplateRecord::note(m_dataDir, entry.runners, key);
     } else {
         qWarning() << "the template was not made:" << sentence;
-        if (QFileInfo::exists(entry.directory))
-            m_reclaimer->remove(entry.directory);
     }
+    // What is left of a failure, or the template that was there before.
+    if (QFileInfo::exists(entry.directory))
+        m_reclaimer->remove(entry.directory);
     for (const Waiter& waiter : entry.waiters) {
         if (waiter.context)
             waiter.ready(sentence.isEmpty() ? pathOf(key) : QString(), sentence);
@@ -126,6 +154,10 @@ void Templates::conclude(const QString& key, const QString& sentence) {
 }
 
 void Templates::run(QObject* context, Work work, std::function<void(const QString&)> done) {
+    run(Access::Shared, context, std::move(work), std::move(done));
+}
+
+void Templates::run(Access access, QObject* context, Work work, std::function<void(const QString&)> done) {
     ++m_running;
     auto* watcher = new QFutureWatcher<QString>(this);
     const QPointer<QObject> receiver(context);
@@ -137,8 +169,15 @@ void Templates::run(QObject* context, Work work, std::function<void(const QStrin
                     done(watcher->result());
                 checkIdle();
             });
-    watcher->setFuture(QtConcurrent::run(
-        &m_worker, [work = std::move(work), cancelled = m_cancelled] { return work(*cancelled); }));
+    watcher->setFuture(
+        QtConcurrent::run(&m_worker, [this, access, work = std::move(work), cancelled = m_cancelled] {
+            if (access == Access::Alone) {
+                const QWriteLocker alone(&m_access);
+                return work(*cancelled);
+            }
+            const QReadLocker shared(&m_access);
+            return work(*cancelled);
+        }));
 }
 
 void Templates::removeAllBut(const QStringList& keys) {

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QReadWriteLock>
 #include <QThreadPool>
 #include <QVector>
 #include <atomic>
@@ -16,8 +17,8 @@ class Reclaimer;
 
 /// The pristine prefixes that bottles are copies of, one for each Wine and build of it, below "templates" of
 /// the data directory. The first bottle on a Wine makes its template with one wineboot; a new build of the
-/// Wine gets a new one. A template bears its name only when it is whole. Lives in the main thread; copying
-/// and comparing go on in a worker.
+/// Wine gets a new one. A template bears its name only when it is whole, and none is exchanged while
+/// something reads it. Lives in the main thread; copying and comparing go on in a worker.
 class Templates : public QObject {
     Q_OBJECT
 
@@ -37,6 +38,9 @@ public:
     /// Makes the template if it is missing. Those who ask meanwhile wait for the same one. ready is called
     /// later, unless context is gone by then.
     void obtain(const Runner& runner, QObject* context, Ready ready);
+
+    /// The same, but the template is always made. One that is there serves until the new one takes its place.
+    void recreate(const Runner& runner, QObject* context, Ready ready);
 
     /// Runs work in the worker; done is called in the main thread with its sentence, unless context is gone.
     void run(QObject* context, Work work, std::function<void(const QString&)> done);
@@ -58,18 +62,26 @@ private:
     };
     struct Build {
         QString directory;
+        QStringList runners;
         PrefixBuilder* builder = nullptr;
         QVector<Waiter> waiters;
     };
 
+    enum class Access { Shared, Alone };
+
+    void await(const QString& key, const Runner& runner, QObject* context, Ready ready);
     void build(const QString& key, const Runner& runner);
     void onBuilt(const QString& key, const QString& sentence, const Runner& runner);
+    void place(const QString& key);
     void conclude(const QString& key, const QString& sentence);
+    void run(Access access, QObject* context, Work work, std::function<void(const QString&)> done);
     void checkIdle();
 
+    QString m_dataDir;
     QString m_directory;
     Reclaimer* m_reclaimer;
     QHash<QString, Build> m_builds;
+    QReadWriteLock m_access;
     QThreadPool m_worker;
     std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
     int m_running = 0;

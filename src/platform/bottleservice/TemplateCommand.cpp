@@ -1,0 +1,49 @@
+#include "bottleservice/TemplateCommand.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <csignal>
+#include <cstdio>
+#include <limits>
+
+#include "bottleservice/DataDirLock.h"
+#include "bottleservice/wine/TemplateRecord.h"
+
+namespace {
+
+const char ServiceName[] = "com.lumora.LumoraWineLauncher";
+const char ObjectPath[] = "/com/lumora/Manager/Templates";
+const char InterfaceName[] = "com.lumora.Manager.Templates";
+
+}  // namespace
+
+void TemplatePrinter::print(const QString& line) {
+    std::printf("%s\n", line.toLocal8Bit().constData());
+    std::fflush(stdout);
+}
+
+int TemplateCommand::check(const QString& dataDir) {
+    if (TemplateRecord::isOutdated(dataDir))
+        return 1;
+    // Unfinished ones are somebody's work, unless no service is there that could be at it.
+    return TemplateRecord::hasUnfinished(dataDir) && DataDirLock(dataDir).acquire(0) ? 1 : 0;
+}
+
+int TemplateCommand::recreate() {
+    std::signal(SIGPIPE, SIG_IGN);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    TemplatePrinter printer;
+    bus.connect(ServiceName, ObjectPath, InterfaceName, "progress", &printer, SLOT(print(QString)));
+    const QDBusPendingCallWatcher watcher(
+        bus.asyncCall(QDBusMessage::createMethodCall(ServiceName, ObjectPath, InterfaceName, "recreate"),
+                      std::numeric_limits<int>::max()));
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &printer, [&watcher, &printer] {
+        if (watcher.isError())
+            printer.print(watcher.error().message());
+        QCoreApplication::exit(watcher.isError() ? 1 : 0);
+    });
+    return QCoreApplication::exec();
+}

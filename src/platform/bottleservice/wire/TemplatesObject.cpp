@@ -1,0 +1,10 @@
+#include "bottleservice/wire/TemplatesObject.h"
+
+#include "bottleservice/TemplateRequests.h"
+
+TemplatesObject::TemplatesObject(TemplateRequests* requests, QObject* parent)
+    : BusObject("/com/lumora/Manager/Templates", ":/wire/com.lumora.Manager.Templates.xml", parent) {
+    handle("recreate", [requests](const QVariantList&, const Reply& reply) { requests->recreate(reply); });
+    connect(requests, &TemplateRequests::progress, this,
+            [this](const QString& line) { emitSignal("progress", {line}); });
+}
