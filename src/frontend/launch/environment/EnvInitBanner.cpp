@@ -103,7 +103,7 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
     layout->addSpacing(Tokens::Space4);
     layout->addWidget(m_description, 0, Qt::AlignHCenter);
     layout->addWidget(m_message, 0, Qt::AlignHCenter);
-    layout->addSpacing(Tokens::Space8);
+    layout->addSpacing(Tokens::Space12);
     layout->addWidget(m_expand, 0, Qt::AlignHCenter);
     layout->addStretch();
     layout->addWidget(m_start, 0, Qt::AlignHCenter);
@@ -112,6 +112,7 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
     m_start->setSizePolicy(keepsItsPlace);
     content->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     addContent(content);
+    m_expand->setFocus();
     showLogs(false);
     showRunning({});
 }
