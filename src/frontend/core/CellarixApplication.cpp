@@ -91,7 +91,8 @@ void CellarixApplication::admitOtherStarts() {
 void CellarixApplication::handleWaitingStarts() {
     if (!m_handlingCommandLine && !m_waitingStarts.isEmpty())
         handleCommandLine(m_waitingStarts.takeFirst());
-    leaveUnlessNeeded();
+    if (isUpdate())
+        leaveUnlessNeeded();
 }
 
 void CellarixApplication::handleNewInstance(qint64 pid, const QStringList& arguments) {
