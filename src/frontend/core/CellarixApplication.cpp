@@ -201,7 +201,11 @@ bool CellarixApplication::hasVisibleWindow() const {
 
 bool CellarixApplication::isNeeded() const {
     return (m_commandLineHandler && m_commandLineHandler->isService()) || envInitScript().running ||
-           !m_waitingStarts.isEmpty() || !canQuit();
+           hasWork();
+}
+
+bool CellarixApplication::hasWork() const {
+    return !m_waitingStarts.isEmpty() || !canQuit();
 }
 
 bool CellarixApplication::isUpdate() const {

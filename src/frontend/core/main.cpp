@@ -54,7 +54,7 @@ int main(int argc, char* argv[]) {
     const UnixSignals signalHandlers;
     const CellarixService service(&application);
     // What others have asked for meanwhile goes on.
-    if (application.handleCommandLine({}) != 0 && !application.isNeeded())
+    if (application.handleCommandLine({}) != 0 && !application.hasWork())
         return 1;
     if (signalHandlers.endRequested())
         return 0;

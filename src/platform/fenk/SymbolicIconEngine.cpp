@@ -62,7 +62,8 @@ QString ownFile(const QString& name) {
 bool isThemed(const QString& name, const QString& own) {
     const QString theme = QIcon::themeName();
     const bool hasTheme = !theme.isEmpty() && theme != QLatin1String("hicolor");
-    return !name.startsWith(QLatin1String("fenk-")) && (hasTheme || own.isEmpty()) && QIcon::hasThemeIcon(name);
+    return !name.startsWith(QLatin1String("fenk-")) && (hasTheme || own.isEmpty()) &&
+           QIcon::hasThemeIcon(name);
 }
 
 }  // namespace
