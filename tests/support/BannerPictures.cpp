@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QPainter>
+#include <QPushButton>
 #include <QTextStream>
 
 #include "fenk/Application.h"
@@ -13,6 +14,8 @@
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RunningLogsDialog.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/environment/BottleEnvScript.h"
+#include "launch/environment/EnvInitBanner.h"
 
 using namespace Fenk;
 
@@ -92,6 +95,23 @@ QImage logs() {
     return picture({&banner, &dialog});
 }
 
+QImage environment(const QString& state) {
+    EnvInitBanner banner;
+    const BottleEnvScript& script = envInitScript();
+    banner.showRunning(script.title);
+    banner.appendLines({"Making the template of lumora-wine10-stable.", "Made it in 12 s.",
+                        "Making the template of ge-proton10.", "Made it in 19 s."});
+    if (state == "logs")
+        banner.findChild<QPushButton*>("expand_logsbtn")->click();
+    if (state == "done")
+        banner.showCompleted(script.completedTitle, script.completedMessage);
+    if (state == "failed")
+        banner.showNotStarted(EnvInitBanner::tr("The setup did not start"),
+                              EnvInitBanner::tr("%1 cannot be run. Please install Cellarix again.")
+                                  .arg("init-bottle-in-client.sh"));
+    return picture({&banner});
+}
+
 const struct {
     const char* name;
     QImage (*paint)();
@@ -102,6 +122,10 @@ const struct {
     {"failed-public", [] { return failed(false, false); }},
     {"confirm", confirm},
     {"logs", logs},
+    {"env-running", [] { return environment("running"); }},
+    {"env-logs", [] { return environment("logs"); }},
+    {"env-done", [] { return environment("done"); }},
+    {"env-failed", [] { return environment("failed"); }},
 };
 
 int fail(const QString& sentence) {
