@@ -1,5 +1,6 @@
 #include "fenk/WindowFrame.h"
 
+#include <QLayout>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -145,6 +146,9 @@ bool WindowFrame::eventFilter(QObject* watched, QEvent* event) {
                     WindowPlatform::setBlurBehind(handle, true);
             }
             update();
+            // What wrapped text needs was asked for another width, and nested layouts remember that.
+            if (QLayout* layout = m_window->layout())
+                layout->invalidate();
             m_settle.start();
             break;
         case QEvent::Resize:
