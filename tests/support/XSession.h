@@ -11,7 +11,7 @@ namespace TestSupport {
 /// lives. Make it before a QGuiApplication that is to show windows there.
 class XSession {
 public:
-    explicit XSession(const QString& screen = "1280x800x24");
+    explicit XSession(const QString& screen = "1280x800x24", bool hasWindowManager = true);
 
     /// False when the X server or the window manager could not be started; such a test skips itself.
     bool isRunning() const { return m_running; }

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+/// "wineapp.window"
+Q_DECLARE_LOGGING_CATEGORY(windowLog)

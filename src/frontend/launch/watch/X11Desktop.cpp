@@ -1,0 +1,173 @@
+#include "launch/watch/X11Desktop.h"
+
+#include <atomic>
+#include <climits>
+#include <memory>
+#include <mutex>
+
+// Behind the others: its macros are named like words of theirs.
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+
+namespace {
+
+// As many 32-bit items as any server can count in bytes.
+constexpr long WholeList = 0x1fffffff;
+
+thread_local X11Desktop* desktopOfThread = nullptr;
+
+}  // namespace
+
+/// Xlib has one handler of each kind for the whole process, which Qt uses too. It is called on the thread
+/// whose request has failed; so handlers of ours stand before those that were there as long as any connection
+/// of ours lives, and sort by thread and connection. Handlers that each thread puts in and takes out by
+/// itself would leave a stranger's behind when two threads overlap.
+struct X11ErrorHandlers {
+    static void install() {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (users++ > 0)
+            return;
+        const XErrorHandler present = XSetErrorHandler(onError);
+        if (present != onError)
+            othersOnError = present;
+        const XIOErrorHandler presentOnLoss = XSetIOErrorHandler(onLoss);
+        if (presentOnLoss != onLoss)
+            othersOnLoss = presentOnLoss;
+    }
+
+    static void remove() {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (--users > 0)
+            return;
+        // Whoever has come on top meanwhile stays; it passes on what is not its own.
+        const XErrorHandler present = XSetErrorHandler(othersOnError);
+        if (present != onError)
+            XSetErrorHandler(present);
+        const XIOErrorHandler presentOnLoss = XSetIOErrorHandler(othersOnLoss);
+        if (presentOnLoss != onLoss)
+            XSetIOErrorHandler(presentOnLoss);
+    }
+
+    /// Xlib ends the process unless both this and the handler of losses return.
+    static void onExit(Display*, void*) {}
+
+private:
+    static bool isOwn(Display* display) { return desktopOfThread && desktopOfThread->m_display == display; }
+
+    static int onError(Display* display, XErrorEvent* event) {
+        const XErrorHandler other = othersOnError;
+        if (!isOwn(display))
+            return other ? other(display, event) : 0;
+        X11Desktop& desktop = *desktopOfThread;
+        if (!desktop.m_isQuerying)
+            desktop.m_hasFailed = true;
+        else if (event->error_code == BadWindow || event->error_code == BadDrawable)
+            desktop.m_windowIsGone = true;
+        return 0;
+    }
+
+    static int onLoss(Display* display) {
+        const XIOErrorHandler other = othersOnLoss;
+        if (!isOwn(display))
+            return other ? other(display) : 0;
+        desktopOfThread->m_isLost = true;
+        return 0;
+    }
+
+    static std::mutex mutex;
+    static int users;
+    static std::atomic<XErrorHandler> othersOnError;
+    static std::atomic<XIOErrorHandler> othersOnLoss;
+};
+
+std::mutex X11ErrorHandlers::mutex;
+int X11ErrorHandlers::users = 0;
+std::atomic<XErrorHandler> X11ErrorHandlers::othersOnError{nullptr};
+std::atomic<XIOErrorHandler> X11ErrorHandlers::othersOnLoss{nullptr};
+
+/// A question about a window that may be gone. The answer itself tells that: to look first would cost three
+/// round trips more for each window, and it could still go in between.
+class X11Desktop::Query {
+public:
+    explicit Query(X11Desktop& desktop) : m_desktop(desktop) {
+        desktop.m_isQuerying = true;
+        desktop.m_windowIsGone = false;
+    }
+    ~Query() { m_desktop.m_isQuerying = false; }
+
+private:
+    X11Desktop& m_desktop;
+};
+
+void X11Desktop::prepareThreads() {
+    static const Status ready = XInitThreads();
+    Q_UNUSED(ready)
+}
+
+X11Desktop::X11Desktop() : m_display(XOpenDisplay(nullptr)) {
+    if (!m_display)
+        return;
+    desktopOfThread = this;
+    X11ErrorHandlers::install();
+    XSetIOErrorExitHandler(m_display, X11ErrorHandlers::onExit, nullptr);
+    m_root = XDefaultRootWindow(m_display);
+    m_listName = XInternAtom(m_display, "_NET_CLIENT_LIST_STACKING", False);
+    m_processName = XInternAtom(m_display, "_NET_WM_PID", False);
+    XSelectInput(m_display, m_root, PropertyChangeMask);
+}
+
+X11Desktop::~X11Desktop() {
+    if (!m_display)
+        return;
+    XCloseDisplay(m_display);
+    X11ErrorHandlers::remove();
+    desktopOfThread = nullptr;
+}
+
+/// One change of the desktop makes several events; all that are there count as one.
+bool X11Desktop::takePropertyChange() {
+    XEvent event;
+    bool changed = false;
+    while (isOpen() && XCheckWindowEvent(m_display, m_root, PropertyChangeMask, &event))
+        changed = true;
+    return changed;
+}
+
+QVector<X11Desktop::Window> X11Desktop::windows() {
+    return numbers(m_root, m_listName, AnyPropertyType, WholeList);
+}
+
+qint64 X11Desktop::processOf(Window window) {
+    // Xlib extends the sign of the 32 bits that it has got.
+    const quint32 number = quint32(numbers(window, m_processName, XA_CARDINAL, 1).value(0));
+    return number <= INT_MAX ? number : 0;
+}
+
+QSize X11Desktop::sizeOf(Window window) {
+    const Query query(*this);
+    ::Window root;
+    int x, y;
+    unsigned width, height, border, depth;
+    if (!isOpen() || !XGetGeometry(m_display, window, &root, &x, &y, &width, &height, &border, &depth) ||
+        m_windowIsGone)
+        return {};
+    return {int(width), int(height)};
+}
+
+QVector<unsigned long> X11Desktop::numbers(Window window, unsigned long name, unsigned long type,
+                                           long limit) {
+    if (!isOpen())
+        return {};
+    const Query query(*this);
+    Atom foundType = None;
+    int format = 0;
+    unsigned long count = 0, left = 0;
+    unsigned char* data = nullptr;
+    const int status = XGetWindowProperty(m_display, window, name, 0, limit, False, type, &foundType, &format,
+                                          &count, &left, &data);
+    const std::unique_ptr<unsigned char, decltype(&XFree)> owner(data, &XFree);
+    if (status != Success || m_windowIsGone || format != 32 || !data)
+        return {};
+    const auto* first = reinterpret_cast<const unsigned long*>(data);
+    return QVector<unsigned long>(first, first + count);
+}

@@ -1,0 +1,184 @@
+#include <QSignalSpy>
+#include <QtTest>
+#include <memory>
+
+#include "launch/watch/X11FindWindowThread.h"
+#include "launch/watch/X11WaitWineProgramThread.h"
+#include "support/ChildProcess.h"
+#include "support/EnvironmentGuard.h"
+#include "support/XSession.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#undef None
+#undef Bool
+
+using namespace TestSupport;
+
+namespace {
+
+int strangersErrors = 0;
+int countError(Display*, XErrorEvent*) {
+    return ++strangersErrors;
+}
+
+/// A desktop without a window manager: the list of windows is what the test says.
+class Desktop {
+public:
+    Desktop() : m_display(XOpenDisplay(nullptr)) {}
+    ~Desktop() { XCloseDisplay(m_display); }
+
+    Window window(unsigned width, unsigned height) {
+        return XCreateSimpleWindow(m_display, DefaultRootWindow(m_display), 0, 0, width, height, 0, 0, 0);
+    }
+    /// The process's number as 32 bits, or as something else.
+    Window window(unsigned width, unsigned height, qint64 pid, int format = 32) {
+        const Window made = window(width, height);
+        set(made, "_NET_WM_PID", {static_cast<unsigned long>(pid)}, format);
+        return made;
+    }
+    void destroy(Window window) { XDestroyWindow(m_display, window); }
+    void list(const std::vector<unsigned long>& windows) {
+        set(DefaultRootWindow(m_display), "_NET_CLIENT_LIST_STACKING", windows);
+        XSync(m_display, False);
+    }
+    void change() { set(DefaultRootWindow(m_display), "_CHANGED", {1}), XSync(m_display, False); }
+    void fail() { XDestroyWindow(m_display, 1), XSync(m_display, False); }
+
+private:
+    void set(Window window, const char* name, const std::vector<unsigned long>& numbers, int format = 32) {
+        XChangeProperty(m_display, window, XInternAtom(m_display, name, False), XA_CARDINAL, format,
+                        PropModeReplace, reinterpret_cast<const unsigned char*>(numbers.data()),
+                        int(numbers.size()));
+    }
+    Display* m_display;
+};
+
+}  // namespace
+
+/// The watchers on a real X server, where processes that are mapped and named like Wine's stand for Wine's.
+class WindowWatchTest : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    std::unique_ptr<XSession> m_session;
+
+    std::unique_ptr<ChildProcess> start(const QString& file, const QString& prefix,
+                                        const QString& uuid) const {
+        auto process = std::make_unique<ChildProcess>();
+        process->setVariable("WINEPREFIX", prefix);
+        if (!uuid.isNull())
+            process->setVariable("_CXB_WINE_PROGRAM_UUID", uuid);
+        process->start(file, {"600"});
+        return process->waitForStarted() ? std::move(process) : nullptr;
+    }
+    auto startWine(const QString& prefix, const QString& uuid) const {
+        return start(m_dir.filePath("wine64-preloader"), prefix, uuid);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY(QFile::copy("/bin/sleep", m_dir.filePath("wine64-preloader")));
+        QVERIFY(QDir(m_dir.path()).mkdir("bottle"));
+        QVERIFY(QFile::link("bottle", m_dir.filePath("link")));
+        m_session = std::make_unique<XSession>("640x480x24", false);
+        if (!m_session->isRunning())
+            QSKIP("no X server on this machine");
+    }
+
+    void programsAreReported() {
+        const auto wine = startWine("/p", "seen=1"), other = startWine("/p", "small");
+        const auto nameless = startWine("/p", QString()), plain = start("/bin/sleep", "/p", "plain");
+        QVERIFY(wine && other && nameless && plain);
+        Desktop desktop;
+        const Window gone = desktop.window(300, 300, other->processId());
+        const qint64 small = other->processId();
+        std::vector<unsigned long> windows{desktop.window(120, 300, small),
+                                           desktop.window(300, 120, small),
+                                           desktop.window(300, 300, small, 8),
+                                           desktop.window(300, 300, small + (1LL << 31)),
+                                           desktop.window(300, 300),
+                                           gone,
+                                           0,
+                                           desktop.window(300, 300, plain->processId()),
+                                           desktop.window(300, 300, nameless->processId()),
+                                           desktop.window(121, 121, wine->processId())};
+        desktop.destroy(gone);
+        const XErrorHandler before = XSetErrorHandler(countError);
+        {
+            X11WaitWineProgramThread thread(nullptr);
+            QSignalSpy reports(&thread, &X11WaitWineProgramThread::winpopuped);
+            // Also one that is stopped at once, and started again before it has ended.
+            thread.start();
+            thread.stop();
+            thread.wait();
+            thread.start();
+            desktop.list(windows);
+            const auto isReported = [&] {
+                desktop.change();
+                return !reports.isEmpty();
+            };
+            QVERIFY(waitUntil(isReported));
+            for (int i = 0; i < 200; ++i) {
+                const Window brief = desktop.window(300, 300, small);
+                desktop.destroy(brief);
+                windows.insert(windows.begin(), brief);
+                desktop.list(windows);
+            }
+            desktop.fail();
+            reports.clear();
+            QVERIFY(waitUntil(isReported));
+            for (const QList<QVariant>& report : reports)
+                QCOMPARE(report.value(0).toString(), QString("seen=1"));
+        }
+        desktop.fail();
+        QCOMPARE(strangersErrors, 2);
+        QVERIFY(XSetErrorHandler(before) == countError);
+    }
+
+    void bottleIsFound() {
+        const QByteArray path = QFile::encodeName(m_dir.filePath("bottle"));
+        const auto wine = startWine(m_dir.filePath("link"), QString()), other = startWine("/tmp", "1");
+        const auto plain = start("/bin/sleep", path, "2");
+        QVERIFY(wine && other && plain);
+        Desktop desktop;
+        desktop.list(
+            {desktop.window(300, 300, other->processId()), desktop.window(300, 300, plain->processId())});
+        X11FindWindowThread missing("/nonexistent", nullptr), wanted(path.constData(), nullptr),
+            present("/tmp/", nullptr);
+        QSignalSpy missingFound(&missing, &X11FindWindowThread::windowFound);
+        QSignalSpy wantedFound(&wanted, &X11FindWindowThread::windowFound);
+        QSignalSpy presentFound(&present, &X11FindWindowThread::windowFound);
+        for (X11FindWindowThread* thread : {&missing, &wanted, &present})
+            thread->start();
+        QVERIFY(presentFound.wait(10000));
+        QVERIFY(wanted.isRunning() && wantedFound.isEmpty());
+        desktop.list({desktop.window(300, 300, wine->processId())});
+        QVERIFY(wantedFound.wait(10000));
+        QVERIFY(missing.isRunning() && missingFound.isEmpty());
+    }
+
+    /// Nobody keeps a list; then the server goes, and then there is none. The process stays.
+    void noDesktop() {
+        auto session = std::make_unique<XSession>("640x480x24", false);
+        X11FindWindowThread finder("/tmp", nullptr);
+        X11WaitWineProgramThread waiter(nullptr);
+        finder.start();
+        waiter.start();
+        {
+            Desktop desktop;
+            desktop.change();
+        }
+        QVERIFY(!finder.wait(50) && waiter.isRunning());
+        session.reset();
+        QVERIFY(finder.wait(10000) && waiter.wait(10000));
+        EnvironmentGuard environment;
+        environment.set("DISPLAY", ":77777");
+        finder.start();
+        waiter.start();
+        QVERIFY(finder.wait(10000) && waiter.wait(10000));
+    }
+};
+
+QTEST_GUILESS_MAIN(WindowWatchTest)
+#include "WindowWatchTest.moc"
