@@ -15,6 +15,9 @@ QString infoFile() {
 QString binDir() {
     return prefix() + "/files/bin";
 }
+QString libDir() {
+    return prefix() + "/files/lib";
+}
 QString shareDir() {
     return prefix() + "/files/share/cellarix";
 }

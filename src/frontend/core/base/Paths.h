@@ -8,6 +8,7 @@ namespace Paths {
 QString prefix();    ///< "/opt/apps/cellarix" unless configured otherwise
 QString infoFile();  ///< JSON with the installed "version"
 QString binDir();    ///< files/bin
+QString libDir();    ///< files/lib
 QString shareDir();  ///< files/share/cellarix
 QString dataFile(
     const QString& name);  ///< a catalogue file beside the share directory; source/ in development builds
