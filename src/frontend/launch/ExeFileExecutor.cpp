@@ -18,6 +18,7 @@
 #include "launch/inspection/ExeFileInfo.h"
 #include "launch/inspection/ExeIconReader.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
+#include "launch/records/ExecutorRecord.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ ExeFileExecutor::ExeFileExecutor(const QString& exePath, QObject* parent)
       m_launcher(new WineLauncher(this)),
       m_queue(new DependencyInstallQueue),
       m_secondTimer(new QTimer(this)) {
+    new ExecutorRecord(this);  // so that its table is there from the first launch on
     m_secondTimer->setInterval(TickMs);
     BottlesConfig::instance();  // lives in the thread of its first use, which must not be one of the pool
     inspect();
