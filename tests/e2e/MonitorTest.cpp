@@ -1,3 +1,5 @@
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QtTest>
@@ -5,8 +7,10 @@
 #include "core/base/Paths.h"
 #include "e2e/InstalledApp.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
+#include "launch/records/AppBootingStateManager.h"
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
+#include "support/TestHome.h"
 #include "support/WindowFinder.h"
 
 using namespace TestSupport;
@@ -90,6 +94,32 @@ private Q_SLOTS:
         QTRY_COMPARE(program.state(), QProcess::NotRunning);
         WineLogParser parser;
         QVERIFY(parser.parseFile(m_dir.filePath("log")) & LogCrash);
+    }
+
+    /// The watch before has just been given up, and its thread is about to end.
+    void startIsTimed() {
+        const QString id = "01234567-89ab-cdef-0123-456789abcdef";
+        const QJsonObject record{{"id", id}, {"name", "Timed"}, {"path", sample("window")}};
+        callBottles("updateExternalProgram",
+                    {Bottle, QString::fromUtf8(QJsonDocument(record).toJson(QJsonDocument::Compact))});
+        auto* manager = AppBootingStateManager::instance();
+        QSignalSpy results(manager, &AppBootingStateManager::launchResult);
+        QProcess program;
+        launch(&program, {"--uuid", id, "Timed"});
+        const quint32 window = m_windows.waitForTitle("Timed", LaunchMs).id;
+        QVERIFY(window);
+        manager->startRecording(Bottle, "other");
+        manager->finishRecording("other", false);
+        manager->startRecording(Bottle, id);
+        QVERIFY(waitUntil([&] {
+            runProcess("xprop", {"-root", "-f", "_CHANGED", "8s", "-set", "_CHANGED", ""});
+            return !results.isEmpty();
+        }));
+        QVERIFY(results[0][0] == id && results[0][1] == true);
+        QVERIFY(m_windows.close(window));
+        const QString log = qEnvironmentVariable("XDG_STATE_HOME") + "/lumora-event-log/cellarix.jsonl";
+        QTRY_VERIFY_WITH_TIMEOUT(readFile(log).contains("\"exename\":\"window.exe\""), LaunchMs);
+        QTRY_COMPARE_WITH_TIMEOUT(program.state(), QProcess::NotRunning, LaunchMs);
     }
 
     /// One closes its window and stays, the other never shows any: both are given up.

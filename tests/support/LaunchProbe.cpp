@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "backend/BottleUtils.h"
+#include "launch/BottleTasks.h"
 #include "launch/ExeFileExecutor.h"
 
 namespace {
@@ -51,7 +52,7 @@ public:
     /// As the user does who closes the banner.
     void stop() {
         m_executor->disconnect(this);
-        BottleUtils::killWineServer(m_executor->bottlesName());
+        BottleTasks::killWineServer(m_executor->bottlesName());
         end("stopped", Stopped);
     }
 

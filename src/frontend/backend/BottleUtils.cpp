@@ -64,10 +64,6 @@ void BottleUtils::killProgram(const QString& bottle, const QString& programId) {
     service().killProgram(bottle, programId);
 }
 
-void BottleUtils::killWineServer(const QString& bottle) {
-    service().killWineServer(bottle);
-}
-
 void BottleUtils::openDriveC(const QString& bottle) {
     const QString path = bottlePath(bottle);
     if (path.isEmpty()) {

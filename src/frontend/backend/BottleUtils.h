@@ -17,7 +17,6 @@ QString programPath(const QJsonObject& bottleRecord, const QString& programId);
 
 bool createDesktopEntry(const QString& bottle, const QString& programId);
 void killProgram(const QString& bottle, const QString& programId);
-void killWineServer(const QString& bottle);
 void openDriveC(const QString& bottle);
 void openProgramFolder(const QString& bottle, const QString& programId);
 void runCommand(const QString& bottle, const QString& commandLine);

@@ -4,12 +4,14 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QMutex>
 #include <QSaveFile>
 
 namespace {
 // Programs of the bottle can write here as well. A record takes a few kilobytes, so no honest file is near
 // this.
 const qint64 kMaxSize = 32 * 1024 * 1024;
+QMutex changes;
 }  // namespace
 
 std::optional<QJsonObject> FileInfoCache::load() const {
@@ -41,13 +43,17 @@ bool FileInfoCache::write(const QJsonObject& all) const {
     return false;
 }
 
-FileInfoCache::Entry FileInfoCache::entry(const QString& programId) const {
-    const QJsonObject object = read().value(programId).toObject();
-    return {object.value("exename").toString(), object.value("fileinfo_64").toString(),
-            object.value("successed").toBool()};
+std::optional<FileInfoCache::Entry> FileInfoCache::find(const QString& programId) const {
+    const QJsonValue value = read().value(programId);
+    if (!value.isObject())
+        return std::nullopt;
+    const QJsonObject object = value.toObject();
+    return Entry{object.value("exename").toString(), object.value("fileinfo_64").toString(),
+                 object.value("successed").toBool()};
 }
 
 bool FileInfoCache::setEntry(const QString& programId, const Entry& entry) const {
+    const QMutexLocker lock(&changes);
     std::optional<QJsonObject> all = load();
     if (!all)
         return false;
@@ -58,6 +64,7 @@ bool FileInfoCache::setEntry(const QString& programId, const Entry& entry) const
 }
 
 bool FileInfoCache::remove(const QString& programId) const {
+    const QMutexLocker lock(&changes);
     std::optional<QJsonObject> all = load();
     if (!all)
         return false;

@@ -6,7 +6,8 @@
 
 /// The file fileinfo.cache in a bottle's directory: what the launch record needs to know of each program,
 /// keyed by program id. Read whole, rewritten whole and atomically, in compact JSON. A missing, unreadable or
-/// malformed file reads as empty, the last two with a warning.
+/// malformed file reads as empty, the last two with a warning. Changes of single programs may come from
+/// several threads.
 class FileInfoCache {
 public:
     struct Entry {
@@ -23,8 +24,9 @@ public:
     /// False, with a warning, when the file could not be replaced; the old one is then still there.
     bool write(const QJsonObject& all) const;
 
-    bool contains(const QString& programId) const { return read().contains(programId); }
-    Entry entry(const QString& programId) const;
+    bool contains(const QString& programId) const { return find(programId).has_value(); }
+    std::optional<Entry> find(const QString& programId) const;
+    Entry entry(const QString& programId) const { return find(programId).value_or(Entry{}); }
     bool setEntry(const QString& programId, const Entry& entry) const;
     /// Writes the file even when it held no such program.
     bool remove(const QString& programId) const;

@@ -6,8 +6,12 @@
 
 bool WindowsPath::isWindowsPath(const QString& path) {
     static const QRegularExpression absolute(R"(^[a-zA-Z]:\\)");
+    return absolute.match(path).hasMatch() || isDrive(path);
+}
+
+bool WindowsPath::isDrive(const QString& path) {
     static const QRegularExpression bareDrive(R"(^[a-zA-Z]:(\\){0,2}$)");
-    return absolute.match(path).hasMatch() || bareDrive.match(path).hasMatch();
+    return bareDrive.match(path).hasMatch();
 }
 
 QString WindowsPath::toUnix(const QString& bottlePath, const QString& windowsPath) {

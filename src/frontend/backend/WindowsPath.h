@@ -7,6 +7,8 @@ namespace WindowsPath {
 
 /// Whether the text is an absolute Windows path, such as C:\x, C: or C:\\.
 bool isWindowsPath(const QString& path);
+/// Whether it names a drive and nothing on it.
+bool isDrive(const QString& path);
 
 /// The Unix path of a Windows path, through the drive links in the bottle's dosdevices. Line ends and tabs
 /// become blanks. When the path as written isn't there, its parts are matched without regard to case; when

@@ -4,7 +4,9 @@
 #include <QFileDialog>
 #include <QStandardPaths>
 
+#include "backend/BottlesConfig.h"
 #include "launch/WineLauncher.h"
+#include "launch/records/AppBootingStateManager.h"
 
 namespace BottleTasks {
 
@@ -26,6 +28,11 @@ void importRegistry(QWidget* parent, const QString& bottle) {
             launcher->deleteLater();
     });
     launcher->launchCommand("regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"");
+}
+
+void killWineServer(const QString& bottle) {
+    AppBootingStateManager::instance()->cancelBottle(bottle);
+    BottlesConfig::instance()->killWineServer(bottle);
 }
 
 }  // namespace BottleTasks

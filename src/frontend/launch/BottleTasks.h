@@ -4,10 +4,13 @@
 
 class QWidget;
 
-/// Bottle chores that start a Windows program, and so can't live among the plain bottle utilities.
+/// Bottle chores that have to do with starts of programs, and so can't live among the plain bottle utilities.
 namespace BottleTasks {
 
 /// Asks for a .reg file and imports it into the bottle.
 void importRegistry(QWidget* parent, const QString& bottle);
+
+/// Ends all programs of the bottle. None of them counts as a failed start.
+void killWineServer(const QString& bottle);
 
 }  // namespace BottleTasks

@@ -1,0 +1,70 @@
+#include "launch/records/EventRecord.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <QFile>
+#include <QJsonDocument>
+
+#include "core/base/BuildInfo.h"
+#include "fenk/OwnedFd.h"
+#include "launch/inspection/ExeFileInfo.h"
+
+namespace {
+
+constexpr qint64 MaximumLogBytes = 0xa00000;
+constexpr int MaximumLineLength = 1024;
+
+/// Programs of the bottle can put there what they like: a pipe would hold the reader up, and a link could
+/// lead to the user's own files.
+bool openRegular(QFile& file, const QString& path) {
+    Fenk::OwnedFd fd(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat facts;
+    if (!fd.isValid() || ::fstat(fd.get(), &facts) != 0 || !S_ISREG(facts.st_mode))
+        return false;
+    return file.open(fd.release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+}
+
+}  // namespace
+
+QJsonObject EventRecord::common(const QDateTime& now, const QJsonObject& machine, Tid tid) {
+    return {{"tid", int(tid)},
+            {"version", BuildInfo::version()},
+            {"machine", machine},
+            {"time", now.toString("yyyy-MM-dd hh:mm:ss")}};
+}
+
+QString EventRecord::base64(const QString& text) {
+    return QString::fromLatin1(text.toLocal8Bit().toBase64());
+}
+
+QString EventRecord::fileInfo64(const QString& path) {
+    return base64(QString::fromUtf8(QJsonDocument(exeFileInfo(path)).toJson(QJsonDocument::Compact)));
+}
+
+QStringList EventRecord::logTail(const QString& path) {
+    QFile file;
+    if (!openRegular(file, path))
+        return {};
+    if (file.size() > MaximumLogBytes)
+        file.seek(file.size() - MaximumLogBytes);
+    QByteArray text = file.read(MaximumLogBytes);
+    if (text.endsWith('\n'))
+        text.chop(1);
+    QStringList kept;
+    for (int end = text.size(); end >= 0 && kept.size() < LogLines;) {
+        const int begin = end > 0 ? text.lastIndexOf('\n', end - 1) + 1 : 0;
+        QByteArray line = text.mid(begin, end - begin);
+        end = begin - 1;
+        if (line.endsWith('\r'))
+            line.chop(1);
+        // No character has more than four bytes.
+        if (line.contains(":trace:") || line.size() > 4 * MaximumLineLength)
+            continue;
+        const QString decoded = QString::fromUtf8(line);
+        if (decoded.size() <= MaximumLineLength)
+            kept.prepend(decoded);
+    }
+    return kept;
+}
