@@ -14,6 +14,7 @@ TestHome::TestHome() {
     m_environment.set("HOME", QFile::encodeName(path()));
     m_environment.set("XDG_DATA_HOME", QFile::encodeName(data()));
     m_environment.set("XDG_CONFIG_HOME", QFile::encodeName(config()));
+    m_environment.set("XDG_STATE_HOME", QFile::encodeName(path() + "/.local/state"));
     m_environment.set("XDG_CACHE_HOME", QFile::encodeName(cache()));
     m_environment.set("XDG_RUNTIME_DIR", QFile::encodeName(runtime()));
 }

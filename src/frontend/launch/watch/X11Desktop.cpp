@@ -13,6 +13,8 @@ namespace {
 
 // As many 32-bit items as any server can count in bytes.
 constexpr long WholeList = 0x1fffffff;
+// Someone who changes properties without a pause does not keep the thread from its end.
+constexpr int MaximumEvents = 1000;
 
 thread_local X11Desktop* desktopOfThread = nullptr;
 
@@ -124,13 +126,14 @@ X11Desktop::~X11Desktop() {
     desktopOfThread = nullptr;
 }
 
-/// One change of the desktop makes several events; all that are there count as one.
+/// One change of the desktop makes several events; those that are there count as one.
 bool X11Desktop::takePropertyChange() {
     XEvent event;
-    bool changed = false;
-    while (isOpen() && XCheckWindowEvent(m_display, m_root, PropertyChangeMask, &event))
-        changed = true;
-    return changed;
+    int taken = 0;
+    while (isOpen() && taken < MaximumEvents &&
+           XCheckWindowEvent(m_display, m_root, PropertyChangeMask, &event))
+        ++taken;
+    return taken > 0;
 }
 
 QVector<X11Desktop::Window> X11Desktop::windows() {
