@@ -72,7 +72,7 @@ private:
     void addFile();
     QString addedUuid() const;
     void cleanUpInstaller();
-    void writeRecord();
+    void writeRecord(const QString& runner);
     bool isPublic() const;
     bool isInstaller() const;
 

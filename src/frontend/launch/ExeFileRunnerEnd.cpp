@@ -4,18 +4,23 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QtConcurrent>
 
-#include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceLoss.h"
 #include "core/base/WineNames.h"
+#include "launch/BottleTasks.h"
 #include "launch/ExeFileExecutor.h"
 #include "launch/ExeFileRunner.h"
 #include "launch/LaunchRecord.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RunningLogsDialog.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/records/AppBootingStateManager.h"
+#include "launch/records/EventRecord.h"
+#include "launch/records/EventWriter.h"
+#include "probes/HardwareInfo.h"
 
 int ExeFileRunner::runInBottlesConfigWindow() {
     m_mode = FileInConfigWindow;
@@ -111,7 +116,7 @@ void ExeFileRunner::stop() {
     m_canceled = true;
     m_elapsedSeconds = m_executor->seconds();
     m_executor->cancelRepair();
-    BottleUtils::killWineServer(m_bottlesName);
+    BottleTasks::killWineServer(m_bottlesName);
     m_banner->allowClose();
     finish(true);
 }
@@ -124,11 +129,12 @@ void ExeFileRunner::finish(bool cleanUp) {
     m_banner->disconnect(this);
     if (m_executor)
         m_executor->disconnect(this);
+    const QString runner = BottleUtils::bottleRunner(m_bottlesName);
     if (cleanUp && isInstaller())
         cleanUpInstaller();
     m_banner->allowClose();
     m_banner->close();
-    writeRecord();
+    writeRecord(runner);
     Q_EMIT emit_finished();
     deleteLater();
 }
@@ -154,18 +160,24 @@ QString ExeFileRunner::addedUuid() const {
     return m_added.isCanceled() ? QString() : m_added.result();
 }
 
-void ExeFileRunner::writeRecord() {
+void ExeFileRunner::writeRecord(const QString& runner) {
+    if (m_mode == StoredProgram && !m_programUuid.isEmpty())
+        AppBootingStateManager::instance()->writeRunEvent(m_bottlesName, m_programUuid, m_succeeded,
+                                                          float(m_elapsedSeconds),
+                                                          {{"canceled", m_canceled ? "yes" : "no"}});
     if (m_mode != File || !m_executor || m_exePath.isEmpty() || !QFileInfo(m_exePath).isFile())
         return;
-    const QJsonObject bottle = BottlesConfig::instance()->get(m_bottlesName);
     LaunchRecord record;
     record.succeeded = m_succeeded;
     record.exePath = m_exePath;
     record.fileInfo = m_executor->fileInfo();
-    record.logLines = m_logsWidget->lastLines(LaunchRecord::LogLines);
+    record.logLines = m_logsWidget->lastLines(EventRecord::LogLines);
     record.rating = m_rating;
-    record.runner = BottleRecord::runner(bottle);
-    record.programs = BottleRecord::programs(bottle).size();
+    record.runner = runner;
+    record.programs = BottleUtils::bottlePrograms(m_bottlesName).size();
     record.repaired = m_repaired;
     record.canceled = m_canceled;
+    QtConcurrent::run([record, now = QDateTime::currentDateTime()] {
+        EventWriter::instance().writeEvent(record.toJson(EventRecord::common(now, machineInfo())));
+    });
 }

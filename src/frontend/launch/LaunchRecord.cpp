@@ -3,11 +3,9 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-namespace {
+#include "launch/records/EventRecord.h"
 
-QString base64(const QString& text) {
-    return QString::fromLatin1(text.toLocal8Bit().toBase64());
-}
+namespace {
 
 QString yesOrNo(bool yes) {
     return yes ? QStringLiteral("yes") : QStringLiteral("no");
@@ -19,8 +17,9 @@ QJsonObject LaunchRecord::toJson(QJsonObject common) const {
     common["action"] = "launch_exe";
     common["successed"] = succeeded;
     common["exename"] = QFileInfo(exePath).fileName();
-    common["fileinfo_64"] = base64(QString::fromUtf8(QJsonDocument(fileInfo).toJson(QJsonDocument::Compact)));
-    common["errorLogs_64"] = base64(logLines.mid(logLines.size() - LogLines).join('\n'));
+    common["fileinfo_64"] =
+        EventRecord::base64(QString::fromUtf8(QJsonDocument(fileInfo).toJson(QJsonDocument::Compact)));
+    common["errorLogs_64"] = EventRecord::base64(logLines.join('\n'));
     common["rating"] = rating;
     common["runner"] = runner;
     common["program_cnt"] = programs;
