@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>ApplicationWindows</name>
+    <message>
+        <source>Not in this version</source>
+        <translation>此版本暂无此功能</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>This version of Cellarix has no window yet to configure a bottle.</source>
+        <translation>此版本的 Cellarix 还没有容器配置窗口。</translation>
+    </message>
+    <message>
+        <source>This version of Cellarix cannot send feedback yet.</source>
+        <translation>此版本的 Cellarix 暂不能发送反馈。</translation>
+    </message>
+</context>
+<context>
     <name>BannerCloseConfirmDialog</name>
     <message>
         <source>Close Running</source>
@@ -391,6 +410,14 @@ please wait for the component download to complete!</source>
         <source>, and crashed</source>
         <translation>，并且已崩溃</translation>
     </message>
+    <message>
+        <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Install the package wine32.</source>
+        <translation>%1 是 32 位程序，而当前 Wine 只能运行 64 位程序。请安装软件包 wine32。</translation>
+    </message>
+    <message>
+        <source>Something is being installed into the bottle. Try again when that is done.</source>
+        <translation>正在向容器中安装组件，请在安装完成后重试。</translation>
+    </message>
 </context>
 <context>
     <name>ExeFileRunner</name>
@@ -408,7 +435,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The app fails to run</source>
-        <translation>应用运行失败</translation>
+        <translation type="vanished">应用运行失败</translation>
     </message>
 </context>
 <context>
