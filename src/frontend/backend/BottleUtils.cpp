@@ -108,8 +108,10 @@ QString BottleUtils::addExe(const QString& bottle, const QString& name, const QS
     qInfo().noquote().nospace() << "Add exe self: " << path;
     const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
     const BusResult result = service().updateExternalProgram(bottle, ProgramRecord::minimal(id, name, path));
-    if (!result.ok)
+    if (!result.ok) {
         qWarning().noquote() << "can't add" << path << "to" << bottle << result.errorMessage;
+        return {};
+    }
     return id;
 }
 

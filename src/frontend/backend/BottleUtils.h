@@ -23,7 +23,7 @@ void runCommand(const QString& bottle, const QString& commandLine);
 
 /// Removes a program; with the flag, also the bottle when that was its last one.
 void deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle);
-/// Makes a program of an executable. Returns the new program's id.
+/// Makes a program of an executable. Returns the new program's id, or nothing when the service has refused.
 QString addExe(const QString& bottle, const QString& name, const QString& path);
 void setStars(const QString& bottle, const QString& programId, int stars);
 

@@ -211,12 +211,21 @@ void BottlesConfig::fireUpdateExternalProgram(const QString& bottle, const QJson
     BusCall::fire(*this, "updateExternalProgram", {bottle, ProgramRecord::toText(record)});
 }
 
-BusResult BottlesConfig::removeExternalProgram(const QString& bottle, const QString& programId) {
+void BottlesConfig::forgetFileInfo(const QString& bottle, const QString& programId) {
     const QString path = BottleRecord::path(get(bottle));
     if (path.isEmpty())
         qWarning().noquote() << "no directory of bottle" << bottle << "to remove the file information from";
     else
         FileInfoCache(path).remove(programId);
+}
+
+void BottlesConfig::fireRemoveExternalProgram(const QString& bottle, const QString& programId) {
+    forgetFileInfo(bottle, programId);
+    BusCall::fire(*this, "removeExternalProgram", {bottle, programId});
+}
+
+BusResult BottlesConfig::removeExternalProgram(const QString& bottle, const QString& programId) {
+    forgetFileInfo(bottle, programId);
     return BusCall::block(*this, "removeExternalProgram", {bottle, programId}, kIgnored);
 }
 

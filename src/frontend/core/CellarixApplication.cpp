@@ -132,10 +132,16 @@ void CellarixApplication::openExe(const QString& path, bool debug) {
         showAlreadyRunning(running->displayName());
         return;
     }
-    auto* runner = new ExeFileRunner(path, this);
-    if ((debug ? runner->runInBottlesConfigWindow() : runner->run()) == 0)
+    const QPointer<ExeFileRunner> runner(new ExeFileRunner(path, this));
+    // Of the files that share a public bottle one at a time.
+    const auto isFree = [this](const QString& bottle) {
+        if (const ExeFileRunner* running = m_runners.value(bottle))
+            showAlreadyRunning(running->displayName());
+        return !m_runners.contains(bottle);
+    };
+    if ((debug ? runner->runInBottlesConfigWindow() : runner->run(isFree)) == 0)
         addExeRunner(runner);
-    else
+    else if (runner)
         runner->deleteLater();
 }
 
@@ -179,7 +185,8 @@ void CellarixApplication::onRunnerFinished() {
             qInfo().noquote() << "remove exe runner:" << key;
         }
     }
-    if (canQuit()) {
+    // What comes of a start that is just being handled is for that to say.
+    if (!m_handlingCommandLine && m_waitingStarts.isEmpty() && canQuit()) {
         qInfo() << "all runners are finished, quit app";
         QCoreApplication::quit();
     }

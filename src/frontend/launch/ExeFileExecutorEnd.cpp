@@ -99,7 +99,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     m_hasLetGo = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
-    m_obstacle = LauncherExit::failure(exitCode, m_launcher->logPath(), displayName());
+    m_obstacle = LauncherExit::failure(m_launcher->logPath(), displayName());
     LaunchFacts found = facts(exitCode);
     if (found.isFailed())
         qInfo() << "Launch failed";
@@ -175,10 +175,12 @@ void ExeFileExecutor::carryOut(const LaunchVerdict& verdict) {
 /// Wine's own maker of menu entries is switched off in the bottles. The service enters what shortcuts the
 /// program has made, before the result goes out, since that depends on whether there are any.
 void ExeFileExecutor::collectLinks() {
+    m_linksKnown = false;
     m_linksTimer.start(LinksMs);
     const int start = m_starts;
     BottlesConfig::instance()->watchApplicationLinks(
         m_bottlesName, m_since, this, [this, start](const BusResult& answer) {
+            m_linksKnown = answer.ok;
             if (!answer.ok)
                 qWarning().noquote() << "no links of" << m_bottlesName << answer.errorMessage;
             if (start != m_starts || !m_linksTimer.isActive())

@@ -16,6 +16,7 @@
 #include "fenk/Theme.h"
 #include "launch/ExeFileExecutor.h"
 #include "launch/FileEntry.h"
+#include "launch/IconFile.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "probes/HardwareInfo.h"
@@ -92,14 +93,18 @@ int ExeFileRunner::init(const QString& path) {
     return 0;
 }
 
+void ExeFileRunner::raiseBanner() {
+    m_banner->show();
+    m_banner->raise();
+    m_banner->activateWindow();
+}
+
 /// Until the window is on the screen: what comes next reads the file and asks the service, and does not let
 /// the window paint.
 void ExeFileRunner::showBanner() {
     qInfo() << "show banner";
     const PaintWatch watch(m_banner);
-    m_banner->show();
-    m_banner->raise();
-    m_banner->activateWindow();
+    raiseBanner();
     const QDeadlineTimer end(FirstPaintMs);
     QTimer wake;
     wake.start(FirstPaintMs);
@@ -107,11 +112,15 @@ void ExeFileRunner::showBanner() {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
 }
 
-int ExeFileRunner::run() {
+int ExeFileRunner::run(const std::function<bool(const QString&)>& isFree) {
     if (init(m_exePath) != 0)
         return -1;
     m_mode = File;
     m_bottlesName = m_executor->bottlesName();
+    if (isFree && !isFree(m_bottlesName)) {
+        m_banner->hide();
+        return -1;
+    }
     fillFromFile();
     connectRun();
     m_startTime = QDateTime::currentDateTime();
@@ -169,9 +178,13 @@ int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStri
     m_startTime = QDateTime::currentDateTime();
     fillFromRecord();
     createStored();
-    showBanner();
+    raiseBanner();
     m_banner->showFailed(true);
     m_executor->prepareFix(bottle, uuid, components);
+    // Told line by line, of which only the last would stay.
+    m_banner->setDescription(
+        QCoreApplication::translate("ExeFileExecutor", "Try to fix application with those components:") +
+        ' ' + components.join(", "));
     return 0;
 }
 
@@ -187,9 +200,9 @@ void ExeFileRunner::fillFromRecord() {
         m_banner->setCanRepair(false);
     const QJsonObject program = BottleUtils::bottlePrograms(m_bottlesName).value(m_programUuid).toObject();
     m_appName = ProgramRecord::name(program);
-    const QString icon = ProgramRecord::icon(program);
+    const QIcon icon = IconFile::read(ProgramRecord::icon(program));
     m_banner->setAppName(m_appName);
-    m_banner->setIcon(QFileInfo(icon).isFile() ? QIcon(icon) : Fenk::Theme::icon("cxb_app_default_icon"));
+    m_banner->setIcon(icon.isNull() ? Fenk::Theme::icon("cxb_app_default_icon") : icon);
     m_banner->setStatus(QString());
     m_banner->setDescription(QString());
 }
@@ -255,15 +268,15 @@ void ExeFileRunner::handleExecutorSuccess() {
 void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     qInfo() << "show failed";
     m_elapsedSeconds = m_executor->seconds();
+    m_succeeded = isReportSussessed;
+    checkLinks(false);
     if (m_isFixup && !canFix) {
         finish(true);
         return;
     }
-    checkLinks(false);
     QtConcurrent::run(machineInfo);
     m_banner->show();
     m_banner->showFailed(canFix && !isPublic());
-    m_succeeded = isReportSussessed;
 }
 
 void ExeFileRunner::checkLinks(bool success) {

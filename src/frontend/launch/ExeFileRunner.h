@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QFuture>
 #include <QObject>
+#include <functional>
 
 #include "launch/LaunchWindows.h"
 #include "launch/MsgType.h"
@@ -24,8 +25,9 @@ public:
     ExeFileRunner(const QString& bottle, const QString& programUuid, QObject* parent);
     ~ExeFileRunner() override;
 
-    /// 0 when the launch is under way, -1 for a bad file.
-    int run();
+    /// 0 when the launch is under way, -1 for a bad file, and when the bottle that has been chosen is not
+    /// free.
+    int run(const std::function<bool(const QString&)>& isFree = {});
     /// The same for a file that is to be looked at in the configuration window first. Runs an event loop
     /// while its bottle is made.
     int runInBottlesConfigWindow();
@@ -56,6 +58,7 @@ private:
 
     int init(const QString& path);
     int checkEntry() const;
+    void raiseBanner();
     void showBanner();
     void fillFromFile();
     void fillFromRecord();
@@ -72,6 +75,7 @@ private:
     void addFile();
     QString addedUuid() const;
     void cleanUpInstaller();
+    void removeOwnEntry();
     void writeRecord(const QString& runner);
     bool isPublic() const;
     bool isInstaller() const;

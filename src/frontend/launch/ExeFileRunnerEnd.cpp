@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QtConcurrent>
 
+#include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceLoss.h"
@@ -30,24 +31,30 @@ int ExeFileRunner::runInBottlesConfigWindow() {
     m_banner->hide();
     m_bottlesName = m_executor->bottlesName();
     LaunchWindows* windows = LaunchWindows::instance();
-    BottleConfigWindow* window =
+    const QPointer<BottleConfigWindow> window =
         windows ? windows->openBottleConfig(m_bottlesName, LaunchWindows::ConfigMode::Ordinary, m_banner)
                 : nullptr;
     if (!window)
         return -1;
+    connect(window, &BottleConfigWindow::closed, this, [this] {
+        const QPointer<ExeFileRunner> alive(this);
+        collectProtonLinks();
+        if (alive)
+            finish(false);
+    });
     QCoreApplication::processEvents();
-    window->setLoading(true);
+    if (window)
+        window->setLoading(true);
     m_startTime = QDateTime::currentDateTime();
     m_appName = m_executor->displayName();
-    if (!BottlesConfig::instance()->list().contains(m_bottlesName))
+    const QPointer<ExeFileRunner> alive(this);
+    if (window && !BottlesConfig::instance()->list().contains(m_bottlesName))
         createBottle();
+    if (!alive || !window)
+        return -1;  // closed meanwhile
     addFile();
     window->selectProgram(m_exePath);
     window->setLoading(false);
-    connect(window, &BottleConfigWindow::closed, this, [this] {
-        collectProtonLinks();
-        finish(false);
-    });
     return 0;
 }
 
@@ -55,15 +62,17 @@ void ExeFileRunner::createBottle() {
     BottlesConfig* config = BottlesConfig::instance();
     config->disconnect(this);
     qInfo().noquote() << "Waiting for bottles create..." << m_bottlesName;
+    const QString bottle = m_bottlesName;
     QEventLoop loop;
-    connect(config, &BottlesConfig::bottlesCreated, &loop, [this, &loop](const QString& bottle) {
-        if (bottle == m_bottlesName)
+    connect(config, &BottlesConfig::bottlesCreated, &loop, [&](const QString& created) {
+        if (created == bottle)
             loop.quit();
     });
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     whenServiceIsLost(&loop, [&loop] { loop.quit(); });
-    config->createBottles(m_bottlesName, WineNames::defaultRunner());
+    config->createBottles(bottle, WineNames::defaultRunner());
     loop.exec();
-    qInfo().noquote() << "Bottles created..." << m_bottlesName;
+    qInfo().noquote() << "Bottles created..." << bottle;
 }
 
 /// Wine's own shortcuts become programs by themselves; those of Proton have to be asked for.
@@ -83,8 +92,11 @@ void ExeFileRunner::slotsDebugButtonClicked() {
     connect(window, &BottleConfigWindow::closed, this, [this] {
         if (isInstaller() &&
             BottleUtils::bottleRunner(m_bottlesName).startsWith(QLatin1String("ge-proton"))) {
+            const QPointer<ExeFileRunner> alive(this);
             collectProtonLinks();
-            BottleUtils::deleteEntry(m_bottlesName, addedUuid(), false);
+            if (!alive)
+                return;
+            removeOwnEntry();
         }
         m_banner->close();
     });
@@ -107,7 +119,7 @@ void ExeFileRunner::askFeedback() {
         return;
     const QPointer<ExeFileRunner> alive(this);
     const int rating = windows->askFeedback(m_bottlesName, m_appName, version, m_banner);
-    if (alive)
+    if (alive && rating != 0)
         m_rating = rating;
 }
 
@@ -139,20 +151,27 @@ void ExeFileRunner::finish(bool cleanUp) {
     deleteLater();
 }
 
-/// The setup file is of no more use. Its own entry does not count as something that it has installed.
+/// The setup file is of no more use. Its own entry does not count as something that it has installed. What is
+/// not known to be empty is kept, and so is what others share.
 void ExeFileRunner::cleanUpInstaller() {
-    const QString added = addedUuid();
-    QJsonObject programs = BottleUtils::bottlePrograms(m_bottlesName);
-    programs.remove(added);
-    if (programs.isEmpty()) {
+    const QJsonObject bottle = BottlesConfig::instance()->get(m_bottlesName);
+    QJsonObject programs = BottleRecord::programs(bottle);
+    programs.remove(addedUuid());
+    const bool isEmpty = BottleRecord::hasPrograms(bottle) && programs.isEmpty();
+    const bool isDeleted = isEmpty && m_executor->areLinksKnown() && !isPublic();
+    if (isDeleted) {
         qInfo() << "remove bottles for installer not extract lnks";
         qInfo().noquote() << "delete wine container" << m_bottlesName;
         BottlesConfig::instance()->deleteBottle(m_bottlesName);
-        return;
     }
-    qInfo().noquote() << "remove setup program: " << m_bottlesName << added;
-    if (!added.isEmpty())
-        BottlesConfig::instance()->removeExternalProgram(m_bottlesName, added);
+    qInfo().noquote() << "remove setup program: " << m_bottlesName << addedUuid();
+    if (!isDeleted)
+        removeOwnEntry();
+}
+
+void ExeFileRunner::removeOwnEntry() {
+    if (!addedUuid().isEmpty())
+        BottlesConfig::instance()->fireRemoveExternalProgram(m_bottlesName, addedUuid());
 }
 
 /// Waits for it, if the entry is being made.

@@ -5,24 +5,27 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
+#include "core/base/RegularFile.h"
+
 namespace {
 
 const char FileName[] = "/assosiate.json";
 constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
 
 QJsonObject readAll(const QString& bottlePath) {
-    QFile file(bottlePath + FileName);
-    const QFileInfo info(file);
+    const QString path = bottlePath + FileName;
+    const QFileInfo info(path);
     if (bottlePath.isEmpty() || (!info.exists() && !info.isSymLink()))
         return {};
-    if (info.isSymLink() || !info.isFile() || info.size() > MaximumBytes || !file.open(QIODevice::ReadOnly)) {
-        qWarning().noquote() << "can't read" << file.fileName() << file.errorString();
+    QFile file;
+    if (!RegularFile::open(file, path) || file.size() > MaximumBytes) {
+        qWarning().noquote() << "can't read" << path;
         return {};
     }
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.read(MaximumBytes), &error);
     if (!document.isObject())
-        qWarning().noquote() << "not a JSON object:" << file.fileName() << error.errorString();
+        qWarning().noquote() << "not a JSON object:" << path << error.errorString();
     return document.object();
 }
 

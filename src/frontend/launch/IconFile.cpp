@@ -8,6 +8,8 @@
 #include <QPixmap>
 #include <QtEndian>
 
+#include "core/base/RegularFile.h"
+
 namespace {
 
 constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
@@ -89,9 +91,8 @@ QMap<int, Entry> bestOfEachSize(const QByteArray& file) {
 }  // namespace
 
 QIcon IconFile::read(const QString& path) {
-    QFile file(path);
-    const QFileInfo info(file);
-    if (!info.isFile() || info.size() > MaximumBytes || !file.open(QIODevice::ReadOnly))
+    QFile file;
+    if (!RegularFile::open(file, path, RegularFile::Links::Followed) || file.size() > MaximumBytes)
         return {};
     const QByteArray bytes = file.read(MaximumBytes);
     QList<QImage> images;

@@ -2,6 +2,9 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QRegularExpression>
+
+#include "core/base/RegularFile.h"
 
 namespace {
 
@@ -9,14 +12,15 @@ constexpr int LongestLine = 4096;  // bytes
 
 }  // namespace
 
-QString LauncherExit::failure(int exitCode, const QString& logPath, const QString& programName) {
-    QFile log(logPath);
-    if (exitCode == 0 || !log.open(QIODevice::ReadOnly))
+QString LauncherExit::failure(const QString& logPath, const QString& programName) {
+    QFile log;
+    if (!RegularFile::open(log, logPath))
         return {};
-    const QString line = QString::fromUtf8(log.readLine(LongestLine)).trimmed();
-    const QString mark = QString("launcher: failed with %1: ").arg(exitCode);
-    if (!line.startsWith(mark))
+    static const QRegularExpression mark("^launcher: failed with (\\d+): (.*)$");
+    const auto match = mark.match(QString::fromUtf8(log.readLine(LongestLine)).trimmed());
+    if (!match.hasMatch())
         return {};
+    const int exitCode = match.captured(1).toInt();
     if (exitCode == NeedsWine32)
         return QCoreApplication::translate(
                    "ExeFileExecutor",
@@ -26,5 +30,5 @@ QString LauncherExit::failure(int exitCode, const QString& logPath, const QStrin
         return QCoreApplication::translate("ExeFileExecutor",
                                            "Something is being installed into the bottle. Try again when "
                                            "that is done.");
-    return line.mid(mark.size());
+    return match.captured(2);
 }

@@ -1,30 +1,16 @@
 #include "launch/records/EventRecord.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <QFile>
 #include <QJsonDocument>
 
 #include "core/base/BuildInfo.h"
-#include "fenk/OwnedFd.h"
+#include "core/base/RegularFile.h"
 #include "launch/inspection/ExeFileInfo.h"
 
 namespace {
 
 constexpr qint64 MaximumLogBytes = 0xa00000;
 constexpr int MaximumLineLength = 1024;
-
-/// Programs of the bottle can put there what they like: a pipe would hold the reader up, and a link could
-/// lead to the user's own files.
-bool openRegular(QFile& file, const QString& path) {
-    Fenk::OwnedFd fd(
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    struct stat facts;
-    if (!fd.isValid() || ::fstat(fd.get(), &facts) != 0 || !S_ISREG(facts.st_mode))
-        return false;
-    return file.open(fd.release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-}
 
 }  // namespace
 
@@ -45,7 +31,7 @@ QString EventRecord::fileInfo64(const QString& path) {
 
 QStringList EventRecord::logTail(const QString& path) {
     QFile file;
-    if (!openRegular(file, path))
+    if (!RegularFile::open(file, path))
         return {};
     if (file.size() > MaximumLogBytes)
         file.seek(file.size() - MaximumLogBytes);

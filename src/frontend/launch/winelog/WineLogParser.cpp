@@ -5,6 +5,7 @@
 #include <QTextCodec>
 #include <array>
 
+#include "core/base/RegularFile.h"
 #include "launch/winelog/CommonRule.h"
 #include "launch/winelog/DialogTextRule.h"
 #include "launch/winelog/DllRules.h"
@@ -48,8 +49,8 @@ bool hasByteOrderMark(const QByteArray& bytes) {
 }  // namespace
 
 int WineLogParser::parseFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    QFile file;
+    if (!RegularFile::open(file, path))
         qWarning() << "failed to read logs file: " << path;
     else if (file.size() > MaximumBytes)
         file.seek(file.size() - MaximumBytes);
