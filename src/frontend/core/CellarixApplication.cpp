@@ -208,11 +208,7 @@ bool CellarixApplication::hasVisibleWindow() const {
 
 bool CellarixApplication::isNeeded() const {
     return (m_commandLineHandler && m_commandLineHandler->isService()) || envInitScript().running ||
-           hasWork();
-}
-
-bool CellarixApplication::hasWork() const {
-    return !m_waitingStarts.isEmpty() || !canQuit();
+           !m_waitingStarts.isEmpty() || !canQuit();
 }
 
 bool CellarixApplication::isUpdate() const {

@@ -43,8 +43,6 @@ public:
     /// True when the start left something to wait for: a window, a launch, a script that sets up the
     /// environment, or service mode.
     bool isNeeded() const;
-    /// A window, a launch, or a start that waits for its turn.
-    bool hasWork() const;
     /// Whether the process was started for an update of the environment.
     bool isUpdate() const;
     /// Ends the process when the script has ended, unless there is something else to wait for.

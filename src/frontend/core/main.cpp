@@ -53,8 +53,8 @@ int main(int argc, char* argv[]) {
     QFontDatabase::addApplicationFont(":/fonts/icon.ttf");
     const UnixSignals signalHandlers;
     const CellarixService service(&application);
-    // What others have asked for meanwhile goes on.
-    if (application.handleCommandLine({}) != 0 && !application.hasWork())
+    // What others have started meanwhile goes on.
+    if (application.handleCommandLine({}) != 0 && application.canQuit())
         return 1;
     if (signalHandlers.endRequested())
         return 0;
