@@ -56,6 +56,10 @@ QJsonObject BottlesConfig::get(const QString& bottle) {
     return objectOrWarning(BusCall::block(*this, "get", {bottle}), "Failed to fetch bottles config.");
 }
 
+void BottlesConfig::watchBottle(const QString& bottle, QObject* context, const Handler& handler) {
+    BusCall::watch(*this, "get", {bottle}, context, handler);
+}
+
 void BottlesConfig::createBottles(const QString& bottle, const QString& runner) {
     BusCall::watch(*this, "createBottles", {bottle, runner}, this, [this, bottle](const BusResult& result) {
         if (!result.ok) {
@@ -74,14 +78,12 @@ void BottlesConfig::deleteBottle(const QString& bottle) {
 }
 
 EmulatorsInfo BottlesConfig::getEmulators(const QString& bottle) {
-    const QJsonObject object =
-        objectOrWarning(BusCall::block(*this, "getEmulators", {bottle}), "Failed to fetch emulators info.");
-    EmulatorsInfo info;
-    const QJsonObject installed = object.value("installed").toObject();
-    for (auto it = installed.begin(); it != installed.end(); ++it)
-        info.installed.insert(it.key(), it.value().toString());
-    info.usingName = object.value("using").toString();
-    return info;
+    return EmulatorsInfo::fromObject(
+        objectOrWarning(BusCall::block(*this, "getEmulators", {bottle}), "Failed to fetch emulators info."));
+}
+
+void BottlesConfig::watchEmulators(const QString& bottle, QObject* context, const Handler& handler) {
+    BusCall::watch(*this, "getEmulators", {bottle}, context, handler);
 }
 
 void BottlesConfig::setEmulator(const QString& bottle, const QString& emulator) {
@@ -197,6 +199,10 @@ void BottlesConfig::removeFontReplacement(const QString& bottle, const QString& 
 
 BusResult BottlesConfig::listAllPrograms(QObject* owner) {
     return BusCall::loop(*this, "listAllPrograms", {}, owner);
+}
+
+void BottlesConfig::watchAllPrograms(QObject* context, const Handler& handler) {
+    BusCall::watch(*this, "listAllPrograms", {}, context, handler);
 }
 
 void BottlesConfig::listBottlesAllPrograms(const QString& bottle, QObject* context, const Handler& handler) {

@@ -25,9 +25,13 @@ public:
     // Bottles. A failure reads as empty and leaves a warning.
     QStringList list();
     QJsonObject get(const QString& bottle);
+    void watchBottle(const QString& bottle, QObject* context,
+                     const Handler& handler);                          ///< get, without a wait
     void createBottles(const QString& bottle, const QString& runner);  ///< ends in bottlesCreated
     void deleteBottle(const QString& bottle);                          ///< ends in bottles_deleted
     EmulatorsInfo getEmulators(const QString& bottle);
+    /// The handler gets what EmulatorsInfo::fromObject() reads.
+    void watchEmulators(const QString& bottle, QObject* context, const Handler& handler);
     void setEmulator(const QString& bottle, const QString& emulator);
 
     // Components and dependencies. kind is one of ComponentKind; the version "-" turns DXVK or VKD3D off.
@@ -67,6 +71,8 @@ public:
 
     // Programs. The two waits with a live event loop end early when owner goes.
     BusResult listAllPrograms(QObject* owner);
+    /// The same without a wait.
+    void watchAllPrograms(QObject* context, const Handler& handler);
     void listBottlesAllPrograms(const QString& bottle, QObject* context, const Handler& handler);
     BusResult updateExternalProgram(const QString& bottle, const QJsonObject& record);
     void fireUpdateExternalProgram(const QString& bottle, const QJsonObject& record);

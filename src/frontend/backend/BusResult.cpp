@@ -61,7 +61,9 @@ QStringList BusResult::strings() const {
 BusResult BusReply::fromMessage(const QDBusMessage& message, Wanted wanted) {
     if (message.type() == QDBusMessage::ErrorMessage) {
         const QDBusError error(message);
-        return failure(error.message().isEmpty() ? error.name() : error.message());
+        BusResult result = failure(error.message().isEmpty() ? error.name() : error.message());
+        result.serviceGone = error.type() == QDBusError::NoReply || error.type() == QDBusError::Disconnected;
+        return result;
     }
     if (message.type() != QDBusMessage::ReplyMessage)
         return failure("no reply");

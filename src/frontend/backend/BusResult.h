@@ -12,7 +12,8 @@ class QDBusMessage;
 struct BusResult {
     bool ok = false;
     QString text;
-    QString errorMessage;  ///< set when !ok
+    QString errorMessage;      ///< set when !ok
+    bool serviceGone = false;  ///< the service was there and left without an answer
     bool abandoned =
         false;  ///< the owner, or the program's event loop, ended first; owner must not be touched
 

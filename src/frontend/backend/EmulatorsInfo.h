@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QMap>
 #include <QString>
 
@@ -7,4 +8,14 @@
 struct EmulatorsInfo {
     QMap<QString, QString> installed;
     QString usingName;  ///< empty when the bottle uses none
+
+    /// The service's answer.
+    static EmulatorsInfo fromObject(const QJsonObject& object) {
+        EmulatorsInfo info;
+        const QJsonObject installed = object.value("installed").toObject();
+        for (auto it = installed.begin(); it != installed.end(); ++it)
+            info.installed.insert(it.key(), it.value().toString());
+        info.usingName = object.value("using").toString();
+        return info;
+    }
 };
