@@ -10,6 +10,22 @@
 
 namespace BottleTasks {
 
+namespace {
+
+/// Goes when its program has ended.
+WineLauncher* oneTimeLauncher(QWidget* parent, const QString& bottle) {
+    auto* launcher = new WineLauncher(bottle, parent);
+    QObject::connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), launcher,
+                     &QObject::deleteLater);
+    QObject::connect(launcher, &QProcess::errorOccurred, launcher, [launcher](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            launcher->deleteLater();
+    });
+    return launcher;
+}
+
+}  // namespace
+
 void importRegistry(QWidget* parent, const QString& bottle) {
     const QString file = QFileDialog::getOpenFileName(
         parent, QString(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
@@ -20,14 +36,12 @@ void importRegistry(QWidget* parent, const QString& bottle) {
         qWarning() << "Windows knows no file name with quotes:" << file;
         return;
     }
-    auto* launcher = new WineLauncher(bottle, parent);
-    QObject::connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), launcher,
-                     &QObject::deleteLater);
-    QObject::connect(launcher, &QProcess::errorOccurred, launcher, [launcher](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart)
-            launcher->deleteLater();
-    });
-    launcher->launchCommand("regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"");
+    oneTimeLauncher(parent, bottle)
+        ->launchCommand("regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"");
+}
+
+void openInternetOptions(QWidget* parent, const QString& bottle) {
+    oneTimeLauncher(parent, bottle)->launchExe("rundll32.exe", {"shell32.dll,Control_RunDLL", "inetcpl.cpl"});
 }
 
 void killWineServer(const QString& bottle) {

@@ -9,6 +9,8 @@ namespace BottleTasks {
 
 /// Asks for a .reg file and imports it into the bottle.
 void importRegistry(QWidget* parent, const QString& bottle);
+/// Windows' own settings of the net.
+void openInternetOptions(QWidget* parent, const QString& bottle);
 
 /// Ends all programs of the bottle. None of them counts as a failed start.
 void killWineServer(const QString& bottle);

@@ -90,22 +90,29 @@ QMap<int, Entry> bestOfEachSize(const QByteArray& file) {
 
 }  // namespace
 
-QIcon IconFile::read(const QString& path) {
+QList<QImage> IconFile::images(const QString& path) {
     QFile file;
     if (!RegularFile::open(file, path, RegularFile::Links::Followed) || file.size() > MaximumBytes)
         return {};
     const QByteArray bytes = file.read(MaximumBytes);
-    QList<QImage> images;
+    QList<QImage> found;
     if (bytes.startsWith(IcoMagic) && bytes.size() >= HeadBytes) {
         for (const Entry& entry : bestOfEachSize(bytes))
-            images << decode(entry);
+            found << decode(entry);
     } else {
-        images << decode(bytes, {});
+        found << decode(bytes, {});
     }
-    QIcon icon;
-    for (const QImage& image : qAsConst(images)) {
+    QList<QImage> seen;
+    for (const QImage& image : qAsConst(found)) {
         if (!image.isNull() && !isInvisible(image))
-            icon.addPixmap(QPixmap::fromImage(image));
+            seen << image;
     }
+    return seen;
+}
+
+QIcon IconFile::read(const QString& path) {
+    QIcon icon;
+    for (const QImage& image : images(path))
+        icon.addPixmap(QPixmap::fromImage(image));
     return icon;
 }

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <QIcon>
+#include <QImage>
 #include <QString>
 
-/// Pictures that Windows programs have brought along, which are never trusted in their sizes. GUI thread; the
-/// worst file takes some tenths of a second.
+/// Pictures that Windows programs have brought along, which are never trusted in their sizes. The worst file
+/// takes some tenths of a second.
 namespace IconFile {
 
-/// An icon with all sizes of an .ico file up to 512 pixels, of each the one with the most colours, or with
-/// the one size of another picture. Null when there is nothing to see, or when it is larger than an icon is.
+/// All sizes of an .ico file up to 512 pixels, of each the one with the most colours, or the one size of
+/// another picture. Empty when there is nothing to see, or when it is larger than an icon is. For any thread.
+QList<QImage> images(const QString& path);
+
+/// The same as one icon; GUI thread only.
 QIcon read(const QString& path);
 
 }  // namespace IconFile

@@ -50,7 +50,9 @@ void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* w
     }
     if (hasSidebarLook(widget)) {
         const QRect inner = option->rect.adjusted(Tokens::Space8, 2, -Tokens::Space8, -2);
-        Paint::box(painter, inner, Tokens::RadiusWindow, chosen ? soft : withAlpha(soft, 0.6));
+        // Trees ask for the room before a row too, which may be none.
+        if (inner.isValid())
+            Paint::box(painter, inner, Tokens::RadiusWindow, chosen ? soft : withAlpha(soft, 0.6));
         return;
     }
     // Opaque, since trees ask for a row's ground and for its cells' again.
