@@ -21,6 +21,71 @@
     </message>
 </context>
 <context>
+    <name>AppItemWidget</name>
+    <message>
+        <source>Run %1</source>
+        <translation>运行%1</translation>
+    </message>
+    <message>
+        <source>Quit %1</source>
+        <translation>退出%1</translation>
+    </message>
+</context>
+<context>
+    <name>AppListEmptyTipsWidget</name>
+    <message>
+        <source>Run a Windows program</source>
+        <translation>运行 Windows 程序</translation>
+    </message>
+    <message>
+        <source>Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it.</source>
+        <translation>选择一个程序文件，或将其拖放到这里。Cellarix 会为它准备环境、启动并记住它。</translation>
+    </message>
+    <message>
+        <source>Open Program…</source>
+        <translation>打开程序…</translation>
+    </message>
+</context>
+<context>
+    <name>AppLocalView</name>
+    <message>
+        <source>Installed 0 apps, including unsuccessful apps</source>
+        <translation>已安装 0 个应用，包括未成功安装的应用</translation>
+    </message>
+    <message>
+        <source>Installed apps %1,including unsuccessful apps</source>
+        <translation>已安装 %1 个应用，包括未成功安装的应用</translation>
+    </message>
+    <message>
+        <source>Add Program…</source>
+        <translation>添加程序…</translation>
+    </message>
+    <message>
+        <source>Add Program</source>
+        <translation>添加程序</translation>
+    </message>
+    <message>
+        <source>Programs</source>
+        <translation>程序</translation>
+    </message>
+    <message>
+        <source>Nothing was searched</source>
+        <translation>没有搜索到任何内容</translation>
+    </message>
+    <message>
+        <source>faile to fetch application list, try again later...</source>
+        <translation>获取应用列表失败，请稍后重试…</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Windows Application Programs (*.exe *.msi *.bat)</source>
+        <translation>Windows 应用程序 (*.exe *.msi *.bat)</translation>
+    </message>
+</context>
+<context>
     <name>BannerCloseConfirmDialog</name>
     <message>
         <source>Close Running</source>
@@ -211,6 +276,13 @@ please wait for the component download to complete!</source>
     <message>
         <source>Setup %1, please waiting...</source>
         <translation>正在安装 %1，请稍候……</translation>
+    </message>
+</context>
+<context>
+    <name>DropFrame</name>
+    <message>
+        <source>Drop to run</source>
+        <translation>松开即可运行</translation>
     </message>
 </context>
 <context>
@@ -494,6 +566,105 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>LocalAppItemWidget</name>
+    <message>
+        <source>Edit Details</source>
+        <translation>编辑详情</translation>
+    </message>
+    <message>
+        <source>Advanced Debugging</source>
+        <translation>高级调试</translation>
+    </message>
+    <message>
+        <source>Open in Terminal</source>
+        <translation>在终端中打开</translation>
+    </message>
+    <message>
+        <source>Open folder of app</source>
+        <translation>打开应用所在文件夹</translation>
+    </message>
+    <message>
+        <source>Open c-drive</source>
+        <translation>打开 C 盘</translation>
+    </message>
+    <message>
+        <source>File Associations</source>
+        <translation>文件关联</translation>
+    </message>
+    <message>
+        <source>Registry Editor</source>
+        <translation>注册表编辑器</translation>
+    </message>
+    <message>
+        <source>Importing the registry</source>
+        <translation>导入注册表</translation>
+    </message>
+    <message>
+        <source>Internet Settings</source>
+        <translation>Internet 设置</translation>
+    </message>
+    <message>
+        <source>Quit All Apps</source>
+        <translation>退出所有应用</translation>
+    </message>
+    <message>
+        <source>Translator</source>
+        <translation>转译器</translation>
+    </message>
+    <message>
+        <source>Packaged apps</source>
+        <translation>打包应用</translation>
+    </message>
+    <message>
+        <source>Dump Manifest</source>
+        <translation>导出清单</translation>
+    </message>
+    <message>
+        <source>Create Desktop Icon</source>
+        <translation>创建桌面图标</translation>
+    </message>
+    <message>
+        <source>Feedback</source>
+        <translation>反馈</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Uninstall</source>
+        <translation>卸载</translation>
+    </message>
+    <message>
+        <source>Quick Tools</source>
+        <translation>快捷工具</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>选项</translation>
+    </message>
+    <message>
+        <source>Options of %1</source>
+        <translation>%1的选项</translation>
+    </message>
+    <message>
+        <source>Running</source>
+        <translation>正在运行</translation>
+    </message>
+    <message>
+        <source>Not in this version yet</source>
+        <translation>此版本尚未提供</translation>
+    </message>
+    <message>
+        <source>%1 is on the desktop now.</source>
+        <translation>“%1”的图标已放到桌面。</translation>
+    </message>
+    <message>
+        <source>No icon of %1 could be put on the desktop.</source>
+        <translation>无法将“%1”的图标放到桌面。</translation>
+    </message>
+</context>
+<context>
     <name>LogsWidget</name>
     <message>
         <source>The log was saved to %1</source>
@@ -564,6 +735,21 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>Mainwindow</name>
+    <message>
+        <source>Forums</source>
+        <translation>论坛</translation>
+    </message>
+    <message>
+        <source>Feedback</source>
+        <translation>反馈</translation>
+    </message>
+    <message>
+        <source>Not in this version yet</source>
+        <translation>此版本尚未提供</translation>
+    </message>
+</context>
+<context>
     <name>ProgramAppFixer</name>
     <message>
         <source>Cellarix</source>
@@ -579,10 +765,90 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>RemovalQuestion</name>
+    <message>
+        <source>Uninstalling the application deletes the application container and all files and configuration information within the container!</source>
+        <translation>卸载该应用将删除应用容器，以及容器内的所有文件和配置信息！</translation>
+    </message>
+    <message>
+        <source>There are multiple application shortcuts in the current application container, this operation deletes only the currently selected application shortcut!</source>
+        <translation>当前应用容器中有多个应用快捷方式，此操作只会删除当前选中的应用快捷方式！</translation>
+    </message>
+    <message>
+        <source>Important Information</source>
+        <translation>重要提示</translation>
+    </message>
+    <message>
+        <source>Cancel Uninstall</source>
+        <translation>取消卸载</translation>
+    </message>
+    <message>
+        <source>Cancel Delete</source>
+        <translation>取消删除</translation>
+    </message>
+    <message>
+        <source>Confirm Uninstall</source>
+        <translation>确认卸载</translation>
+    </message>
+    <message>
+        <source>Confirm Delete</source>
+        <translation>确认删除</translation>
+    </message>
+</context>
+<context>
+    <name>RunStateButton</name>
+    <message>
+        <source> Quit</source>
+        <translation> 退出</translation>
+    </message>
+    <message>
+        <source>Installing</source>
+        <translation>安装中</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>运行</translation>
+    </message>
+</context>
+<context>
     <name>RunningLogsDialog</name>
     <message>
         <source>Running Logs</source>
         <translation>运行日志</translation>
+    </message>
+</context>
+<context>
+    <name>SidebarView</name>
+    <message>
+        <source>Pages</source>
+        <translation>页面</translation>
+    </message>
+    <message>
+        <source>My</source>
+        <translation>我的</translation>
+    </message>
+    <message>
+        <source>My Apps</source>
+        <translation>我的应用</translation>
+    </message>
+    <message>
+        <source>All Apps</source>
+        <translation>全部应用</translation>
+    </message>
+    <message>
+        <source>The store is not in this version yet</source>
+        <translation>此版本尚未提供应用商店</translation>
+    </message>
+</context>
+<context>
+    <name>StarRating</name>
+    <message>
+        <source>Rating: %1 of 5</source>
+        <translation>评分：%1（满分 5）</translation>
+    </message>
+    <message>
+        <source>Not rated</source>
+        <translation>尚未评分</translation>
     </message>
 </context>
 <context>
@@ -618,29 +884,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Forums</source>
         <translation type="vanished">论坛</translation>
-    </message>
-</context>
-<context>
-    <name>WelcomePage</name>
-    <message>
-        <source>Run a Windows program</source>
-        <translation>运行 Windows 程序</translation>
-    </message>
-    <message>
-        <source>Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it.</source>
-        <translation>选择一个程序文件，或将其拖放到这里。Cellarix 会为它准备环境、启动并记住它。</translation>
-    </message>
-    <message>
-        <source>Open Program…</source>
-        <translation>打开程序…</translation>
-    </message>
-    <message>
-        <source>Open Program</source>
-        <translation>打开程序</translation>
-    </message>
-    <message>
-        <source>Windows programs (*.exe *.EXE *.msi *.MSI)</source>
-        <translation>Windows 程序 (*.exe *.EXE *.msi *.MSI)</translation>
     </message>
 </context>
 <context>

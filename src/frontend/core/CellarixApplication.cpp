@@ -18,6 +18,8 @@
 #include "launch/PrivateBottleName.h"
 #include "launch/environment/BottleEnvScript.h"
 #include "shell/Mainwindow.h"
+#include "shell/library/AppItemWidgetStateManager.h"
+#include "shell/library/AppLocalView.h"
 
 namespace {
 constexpr int ImageCacheDays = 15;
@@ -123,7 +125,11 @@ void CellarixApplication::requestMainWindow() {
 
 /// As if it were handed over by another start, so that the two never run into each other.
 void CellarixApplication::openChosenFile(const QString& path) {
-    handleCommandLine({applicationFilePath(), path});
+    // A batch file given to the command line is a document.
+    if (path.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive))
+        openExe(path, false);
+    else
+        handleCommandLine({applicationFilePath(), path});
 }
 
 void CellarixApplication::openExe(const QString& path, bool debug) {
@@ -193,7 +199,8 @@ void CellarixApplication::onRunnerFinished() {
 }
 
 bool CellarixApplication::canQuit() const {
-    return m_runners.isEmpty() && !hasVisibleWindow();
+    return m_runners.isEmpty() && !AppItemWidgetStateManager::instance()->isSettingUp() &&
+           !hasVisibleWindow();
 }
 
 bool CellarixApplication::hasVisibleWindow() const {
@@ -234,20 +241,32 @@ void CellarixApplication::onLastWindowClosed() {
     qInfo() << "lastWindowClosed, about to quit";
     if (!m_runners.isEmpty())
         qInfo().noquote() << "bottles is running" << m_runners.firstKey();
+    if (AppItemWidgetStateManager::instance()->isSettingUp())
+        qInfo() << "app is setuping";
     QGuiApplication::setQuitOnLastWindowClosed(canQuit());
+}
+
+AppLocalView* CellarixApplication::localView() const {
+    return m_mainWindow ? m_mainWindow->findChild<AppLocalView*>() : nullptr;
 }
 
 void CellarixApplication::onProgramDeleted(const QString& bottle, const QString& uuid) {
     qDebug() << "program deleted" << Ruler << bottle << uuid;
+    if (AppLocalView* view = localView())
+        view->slotAppRemoved(bottle, uuid);
 }
 
 void CellarixApplication::onProgramAdded(const QString& bottle, const QString& uuid, const QString& object) {
     qDebug() << "program added" << Ruler << bottle << uuid << object;
+    if (AppLocalView* view = localView())
+        view->slotAppAdded(bottle, uuid, object);
 }
 
 void CellarixApplication::onProgramUpdated(const QString& bottle, const QString& uuid,
                                            const QString& object) {
     qDebug() << "program updated" << Ruler << bottle << uuid << object;
+    if (AppLocalView* view = localView())
+        view->slotAppUpdated(bottle, uuid, object);
 }
 
 void CellarixApplication::onBottleDeleted(const QString& bottle) {

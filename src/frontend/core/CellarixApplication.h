@@ -8,6 +8,7 @@
 #include "fenk/Application.h"
 
 struct BottleEnvScript;
+class AppLocalView;
 class CommandLineHandler;
 class ExeFileRunner;
 class Mainwindow;
@@ -62,6 +63,7 @@ private:
     void leaveUnlessNeeded();
     void onLastWindowClosed();
     void onRunnerFinished();
+    AppLocalView* localView() const;
     void onProgramDeleted(const QString& bottle, const QString& uuid);
     void onProgramAdded(const QString& bottle, const QString& uuid, const QString& object);
     void onProgramUpdated(const QString& bottle, const QString& uuid, const QString& object);

@@ -1,23 +1,132 @@
 #include "shell/Mainwindow.h"
 
 #include <QCoreApplication>
+#include <QDebug>
+#include <QDesktopServices>
+#include <QDragEnterEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QTimer>
+#include <QUrl>
 
+#include "core/base/BuildInfo.h"
 #include "fenk/Theme.h"
 #include "fenk/TitleBar.h"
-#include "shell/WelcomePage.h"
+#include "shell/DropFrame.h"
+#include "shell/IndexView.h"
+#include "shell/SearchWidget.h"
+#include "shell/ShellWindows.h"
+#include "shell/SidebarView.h"
 
 namespace {
 constexpr QSize FixedSize(950, 700);
-}
+constexpr int SetUpDelayMs = 10;
+}  // namespace
 
-Mainwindow::Mainwindow() {
+Mainwindow::Mainwindow()
+    : m_searchWidget(new SearchWidget),
+      m_indexView(new IndexView(m_searchWidget)),
+      m_dropFrame(new DropFrame(this)) {
     setObjectName("mainwindow");
     setAccessibleName("mainwindow");
     setWindowTitle(QCoreApplication::translate("Main", "Cellarix"));
     setFixedSize(FixedSize);
+    setAcceptDrops(true);
+    titlebar()->setDisableFlags(Qt::WindowMaximizeButtonHint);
+    titlebar()->setSeparatorVisible(true);
     titlebar()->setIcon(Fenk::Theme::icon("cellarix"));
-    auto* page = new WelcomePage;
-    connect(page, &WelcomePage::fileChosen, this, &Mainwindow::openRequested);
-    setCentralWidget(page);
-    page->setFocus();
+    titlebar()->setCustomWidget(m_searchWidget);
+    setCentralWidget(m_indexView);
+    connect(m_indexView, &IndexView::openRequested, this, &Mainwindow::openRequested);
+    connect(Fenk::Theme::instance(), &Fenk::Theme::themeTypeChanged, this, &Mainwindow::themeChanged);
+    themeChanged();
+    m_searchWidget->setFocus();
+}
+
+void Mainwindow::themeChanged() {
+    m_indexView->sidebar()->refreshIcons();
+}
+
+void Mainwindow::showEvent(QShowEvent* event) {
+    Fenk::MainWindow::showEvent(event);
+    if (event->spontaneous() || m_wasShown)
+        return;
+    m_wasShown = true;
+    // The window comes up first.
+    QTimer::singleShot(SetUpDelayMs, this, &Mainwindow::setUp);
+}
+
+void Mainwindow::setUp() {
+    setUpTitlebarMenu();
+    m_indexView->buildPages();
+}
+
+void Mainwindow::setUpTitlebarMenu() {
+    qInfo() << "handle titlebar menu";
+    QMenu* menu = titlebar()->menu();
+    const QString doubled = QCoreApplication::translate("TitleBarMenu", "Feedback");
+    const QList<QAction*> standard = menu->actions();
+    for (QAction* action : standard) {
+        if (action->text() == doubled)
+            action->setVisible(false);
+    }
+    titlebar()->setIcon(Fenk::Theme::icon("cellarix"));
+    titlebar()->setDisableFlags(titlebar()->disableFlags() | Qt::CustomizeWindowHint);
+    auto* forums = new QAction(tr("Forums"), menu);
+    connect(forums, &QAction::triggered, this,
+            [] { QDesktopServices::openUrl(QUrl(BuildInfo::forumUrl())); });
+    auto* feedback = new QAction(tr("Feedback"), menu);
+    connect(feedback, &QAction::triggered, this, [this] {
+        if (const auto& open = ShellWindows::instance().productFeedback)
+            open(this);
+    });
+    connect(menu, &QMenu::aboutToShow, feedback, [feedback] {
+        feedback->setEnabled(bool(ShellWindows::instance().productFeedback));
+        feedback->setToolTip(feedback->isEnabled() ? QString() : tr("Not in this version yet"));
+    });
+    menu->setToolTipsVisible(true);
+    QAction* first = standard.value(0);
+    menu->insertActions(first, {forums, feedback});
+    menu->insertSeparator(first);
+}
+
+void Mainwindow::resizeEvent(QResizeEvent* event) {
+    Fenk::MainWindow::resizeEvent(event);
+    m_dropFrame->setGeometry(rect());
+}
+
+void Mainwindow::keyPressEvent(QKeyEvent* event) {
+    const QString text = event->text();
+    const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (plain && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace())
+        m_searchWidget->begin(text);
+    else if (event->matches(QKeySequence::Find))
+        m_searchWidget->setFocus(Qt::ShortcutFocusReason);
+    else if (event->key() == Qt::Key_Escape)
+        m_searchWidget->clear();
+    else
+        Fenk::MainWindow::keyPressEvent(event);
+}
+
+void Mainwindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (DropFrame::programIn(event->mimeData()).isEmpty())
+        return;
+    event->acceptProposedAction();
+    m_dropFrame->raise();
+    m_dropFrame->show();
+}
+
+void Mainwindow::dragLeaveEvent(QDragLeaveEvent* event) {
+    Fenk::MainWindow::dragLeaveEvent(event);
+    m_dropFrame->hide();
+}
+
+void Mainwindow::dropEvent(QDropEvent* event) {
+    m_dropFrame->hide();
+    const QString path = DropFrame::programIn(event->mimeData());
+    if (path.isEmpty())
+        return;
+    event->acceptProposedAction();
+    Q_EMIT openRequested(path);
 }

@@ -2,7 +2,9 @@
 
 #include "fenk/MainWindow.h"
 
-class QStackedWidget;
+class DropFrame;
+class IndexView;
+class SearchWidget;
 
 /// The library window. Created by the application when it is first wanted; a launch of a file never creates
 /// it.
@@ -11,7 +13,29 @@ class Mainwindow : public Fenk::MainWindow {
 public:
     Mainwindow();
 
+    IndexView* indexView() const { return m_indexView; }
+
 Q_SIGNALS:
-    /// The user chose a file to run.
+    /// The user chose a file to run, or dropped it.
     void openRequested(const QString& path);
+
+public Q_SLOTS:
+    void themeChanged();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void setUp();
+    void setUpTitlebarMenu();
+
+    SearchWidget* m_searchWidget;
+    IndexView* m_indexView;
+    DropFrame* m_dropFrame;
+    bool m_wasShown = false;
 };

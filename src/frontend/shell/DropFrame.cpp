@@ -1,0 +1,46 @@
+#include "shell/DropFrame.h"
+
+#include <QFileInfo>
+#include <QMimeData>
+#include <QPainter>
+#include <QUrl>
+
+#include "fenk/Color.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "fenk/style/Paint.h"
+
+using namespace Fenk;
+
+DropFrame::DropFrame(QWidget* parent) : QWidget(parent) {
+    setObjectName("drop_frame");
+    setAccessibleName(tr("Drop to run"));
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+}
+
+QString DropFrame::programIn(const QMimeData* data) {
+    static const QStringList suffixes{"exe", "msi", "bat"};
+    const QList<QUrl> urls = data->urls();
+    for (const QUrl& url : urls) {
+        const QFileInfo file(url.toLocalFile());
+        if (suffixes.contains(file.suffix().toLower()) && file.isFile())
+            return file.filePath();
+    }
+    return {};
+}
+
+void DropFrame::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const Paint::Scope scope(&painter);
+    Paint::box(&painter, rect().adjusted(1, 1, -1, -1), Tokens::RadiusWindow,
+               withAlpha(Paint::color(Theme::Window), 0.9));
+    const qreal margin = Tokens::Space16;
+    const QRectF frame = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
+    painter.setPen(QPen(Paint::color(Theme::Accent), 2, Qt::DashLine));
+    painter.setBrush(withAlpha(Paint::color(Theme::AccentSoft), 0.6));
+    painter.drawRoundedRect(frame, Tokens::RadiusCard, Tokens::RadiusCard);
+    painter.setPen(Paint::color(Theme::Accent));
+    painter.setFont(Theme::instance()->font(Theme::Title));
+    painter.drawText(frame, Qt::AlignCenter, tr("Drop to run"));
+}

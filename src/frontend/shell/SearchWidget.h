@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+namespace Fenk {
+class SearchEdit;
+}
+
+/// The search field in the title bar. Down and Return lead to what was found.
+class SearchWidget : public QWidget {
+    Q_OBJECT
+public:
+    explicit SearchWidget(QWidget* parent = nullptr);
+
+    void clear();
+    /// The first letter of a search that was begun anywhere in the window.
+    void begin(const QString& letter);
+
+Q_SIGNALS:
+    void textChanged(const QString& text);
+    void leaveForResults();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    Fenk::SearchEdit* m_edit;
+};

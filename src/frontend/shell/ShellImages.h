@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QString>
+
+/// The file of one of the library's own pictures.
+QString shellImage(const char* name);

@@ -1,0 +1,138 @@
+#include "shell/SidebarView.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStandardItemModel>
+#include <QStyledItemDelegate>
+
+#include "fenk/SymbolicIconEngine.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "fenk/WidgetLook.h"
+#include "fenk/style/Paint.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr int Width = 200;
+constexpr int RowHeight = 40;
+constexpr int GroupHeight = 36;
+
+class Delegate : public QStyledItemDelegate {
+public:
+    explicit Delegate(QTreeView* view) : QStyledItemDelegate(view), m_view(view) {}
+
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const override {
+        return {Width, index.parent().isValid() ? RowHeight : GroupHeight};
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        if (index.parent().isValid()) {
+            QStyledItemDelegate::paint(painter, option, index);
+            return;
+        }
+        const Paint::Scope scope(painter);
+        const QRect room =
+            option.rect.adjusted(Tokens::Space16 + Tokens::Space4, Tokens::Space8, -Tokens::Space16, 0);
+        painter->setFont(Theme::instance()->font(Theme::SmallStrong));
+        painter->setPen(Paint::color(Theme::Secondary));
+        painter->drawText(room, Qt::AlignVCenter | Qt::AlignLeft, index.data().toString());
+        const QRect arrow(room.right() - Tokens::IconSmall, room.top(), Tokens::IconSmall, room.height());
+        Paint::chevron(painter, arrow, m_view->isExpanded(index) ? Qt::DownArrow : Qt::RightArrow,
+                       Paint::color(Theme::Secondary));
+        if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange))
+            Paint::ring(painter, option.rect.adjusted(Tokens::Space8, Tokens::Space4, -Tokens::Space8, 0),
+                        Tokens::RadiusControl);
+    }
+
+private:
+    QTreeView* m_view;
+};
+
+/// In the colours of the theme that is now, whatever the desktop's icon theme draws.
+QIcon tintedIcon(const QString& name) {
+    QIcon result;
+    const QIcon shape = Theme::icon(name);
+    const QSize size(Tokens::IconMedium, Tokens::IconMedium);
+    for (const qreal ratio : {1.0, 2.0}) {
+        result.addPixmap(tintedPixmap(shape, size, ratio, Paint::color(Theme::Text)), QIcon::Normal);
+        result.addPixmap(tintedPixmap(shape, size, ratio, Paint::color(Theme::Text)), QIcon::Selected);
+        result.addPixmap(tintedPixmap(shape, size, ratio, Paint::color(Theme::Disabled)), QIcon::Disabled);
+    }
+    return result;
+}
+
+}  // namespace
+
+SidebarView::SidebarView(QWidget* parent) : QTreeView(parent), m_model(new QStandardItemModel(this)) {
+    setObjectName("sidebar");
+    setAccessibleName(tr("Pages"));
+    setFixedWidth(Width);
+    setHeaderHidden(true);
+    setRootIsDecorated(false);
+    setIndentation(0);
+    setExpandsOnDoubleClick(false);
+    setEditTriggers(NoEditTriggers);
+    setIconSize(QSize(Tokens::IconMedium, Tokens::IconMedium));
+    setItemDelegate(new Delegate(this));
+    setSidebarLook(this);
+    setModel(m_model);
+    QStandardItem* mine = addGroup(tr("My"));
+    QStandardItem* start = addRow(mine, tr("My Apps"), "cxb_my_apps");
+    QStandardItem* all = addGroup(tr("All Apps"));
+    QStandardItem* store = addRow(all, tr("All Apps"), "cxb_add_app");
+    store->setEnabled(false);
+    store->setToolTip(tr("The store is not in this version yet"));
+    refreshIcons();
+    expandAll();
+    setCurrentIndex(start->index());
+    connect(this, &QTreeView::clicked, this, &SidebarView::onClicked);
+}
+
+QStandardItem* SidebarView::addGroup(const QString& title) {
+    auto* group = new QStandardItem(title);
+    group->setFlags(Qt::ItemIsEnabled);
+    m_model->appendRow(group);
+    return group;
+}
+
+QStandardItem* SidebarView::addRow(QStandardItem* group, const QString& title, const QString& iconName) {
+    auto* row = new QStandardItem(title);
+    row->setData(iconName, IconNameRole);
+    group->appendRow(row);
+    return row;
+}
+
+void SidebarView::refreshIcons() {
+    for (int group = 0; group < m_model->rowCount(); ++group) {
+        for (int row = 0; row < m_model->item(group)->rowCount(); ++row) {
+            QStandardItem* item = m_model->item(group)->child(row);
+            item->setIcon(tintedIcon(item->data(IconNameRole).toString()));
+        }
+    }
+}
+
+void SidebarView::onClicked(const QModelIndex& index) {
+    if (!index.parent().isValid())
+        setExpanded(index, !isExpanded(index));
+    else
+        Q_EMIT pageChosen(Group(index.parent().row()), index);
+}
+
+void SidebarView::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
+        if (currentIndex().isValid() && (currentIndex().flags() & Qt::ItemIsEnabled))
+            onClicked(currentIndex());
+        return;
+    }
+    // Letters are a search in the programs, not in these rows.
+    if (!event->text().isEmpty() && event->text().at(0).isPrint())
+        event->ignore();
+    else
+        QTreeView::keyPressEvent(event);
+}
+
+void SidebarView::drawBranches(QPainter*, const QRect&, const QModelIndex&) const {}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QTreeView>
+
+class QStandardItem;
+class QStandardItemModel;
+
+/// The groups of pages at the window's left side. A click on a group only opens and closes it.
+class SidebarView : public QTreeView {
+    Q_OBJECT
+public:
+    enum Group { MyApps, AllApps };
+    enum Role { IconNameRole = Qt::UserRole, CategoryRole = 257 };
+
+    explicit SidebarView(QWidget* parent = nullptr);
+
+    QStandardItemModel* sidebarModel() const { return m_model; }
+    void refreshIcons();
+
+Q_SIGNALS:
+    void pageChosen(SidebarView::Group group, const QModelIndex& row);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
+
+private:
+    QStandardItem* addGroup(const QString& title);
+    QStandardItem* addRow(QStandardItem* group, const QString& title, const QString& iconName);
+    void onClicked(const QModelIndex& index);
+
+    QStandardItemModel* m_model;
+};

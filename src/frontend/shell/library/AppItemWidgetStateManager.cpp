@@ -1,0 +1,128 @@
+#include "shell/library/AppItemWidgetStateManager.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QtConcurrent>
+
+#include "backend/BottleUtils.h"
+#include "backend/BottlesConfig.h"
+#include "launch/LauncherExit.h"
+#include "launch/ProgramAppFixer.h"
+#include "launch/WineLauncher.h"
+#include "shell/library/AppItemWidget.h"
+
+AppItemWidgetStateManager::AppItemWidgetStateManager() {
+    BottlesConfig* service = BottlesConfig::instance();
+    connect(service, &BottlesConfig::program_exited, this, &AppItemWidgetStateManager::onProgramExited);
+    connect(service, &BottlesConfig::program_deleted, this, &AppItemWidgetStateManager::onProgramUuidDeleted);
+}
+
+void AppItemWidgetStateManager::startSetup(const QString& appId) {
+    m_setups.insert(appId);
+    Q_EMIT signalAppSetuping(appId);
+}
+
+void AppItemWidgetStateManager::onSetupingYmlDone(const QString& appInfoId, const QString& yamlFile,
+                                                  bool needRemove) {
+    if (!m_setups.contains(appInfoId))
+        return;
+    qInfo().noquote().nospace() << "appInfoId [" << appInfoId << "] Setup done, check the widgets state...";
+    Q_EMIT setupDone(appInfoId);
+    if (needRemove)
+        QFile::remove(yamlFile);
+    m_setups.remove(appInfoId);
+}
+
+void AppItemWidgetStateManager::watchItem(const QString& uuid, AppItemWidget* item) {
+    qDebug() << "watching installed local app [ " << uuid << " ] -> " << item;
+    m_items.insert(uuid, item);
+    connect(item, &QObject::destroyed, this, [this, uuid] {
+        for (auto it = m_items.find(uuid); it != m_items.end() && it.key() == uuid;)
+            it = it->isNull() ? m_items.erase(it) : std::next(it);
+    });
+}
+
+void AppItemWidgetStateManager::watchCard(const QString& uuid, const QModelIndex& card) {
+    qDebug() << "watching installed store app [ " << uuid << " ] -> " << card;
+    if (!m_cards.contains(uuid, card))
+        m_cards.insert(uuid, card);
+}
+
+void AppItemWidgetStateManager::onProgramUuidDeleted(const QString& bottlesName, const QString& programUuid) {
+    const auto run = m_running.constFind(programUuid);
+    if (run != m_running.constEnd() && run->bottle == bottlesName)
+        setIdle(programUuid, false);
+    m_cards.remove(programUuid);
+}
+
+void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
+    const ProgramRef ref = program.ref;
+    if (isRunning(ref.uuid))
+        return;
+    qInfo() << "start program" << ref.uuid << "of" << ref.bottle << (inTerminal ? "in a terminal" : "");
+    auto* launcher = new WineLauncher(ref.bottle, this);
+    m_running.insert(ref.uuid, {ref.bottle, launcher});
+    const QString name = program.name;
+    connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            [this, launcher, ref, name](int code, QProcess::ExitStatus status) {
+                onLauncherEnded(launcher, ref, name,
+                                status == QProcess::NormalExit ? code : LauncherExit::NotStarted);
+            });
+    connect(launcher, &QProcess::errorOccurred, this,
+            [this, launcher, ref, name](QProcess::ProcessError error) {
+                if (error == QProcess::FailedToStart)
+                    onLauncherEnded(launcher, ref, name, LauncherExit::NotStarted);
+            });
+    tell(ref.uuid, true);
+    launcher->setCli(inTerminal);
+    launcher->launchProgram(ref.uuid);
+}
+
+void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
+    qInfo() << "stop program" << ref.uuid << "of" << ref.bottle;
+    BottleUtils::killProgram(ref.bottle, ref.uuid);
+}
+
+void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref,
+                                                const QString& name, int exitCode) {
+    launcher->deleteLater();
+    const bool current = m_running.value(ref.uuid).launcher == launcher;
+    const QString sentence = LauncherExit::failure(exitCode, launcher->logPath(), name);
+    if (current)
+        setIdle(ref.uuid, sentence.isEmpty());
+    if (!sentence.isEmpty()) {
+        qWarning().noquote() << sentence;
+        Q_EMIT startFailed(ref.uuid, sentence);
+    }
+}
+
+void AppItemWidgetStateManager::onProgramExited(const QString& uuid) {
+    qInfo().noquote() << "program exited: " << uuid;
+    setIdle(uuid, true);
+}
+
+void AppItemWidgetStateManager::setIdle(const QString& uuid, bool lookForRepair) {
+    const auto run = m_running.constFind(uuid);
+    if (run == m_running.constEnd())
+        return;
+    const QString bottle = run->bottle;
+    m_running.erase(run);
+    tell(uuid, false);
+    // The check waits for the service and reads a log, and nobody waits for it.
+    if (lookForRepair)
+        QtConcurrent::run([bottle, uuid] { ProgramAppFixer(bottle, uuid, true).checkProgram(); });
+}
+
+void AppItemWidgetStateManager::tell(const QString& uuid, bool running) {
+    Q_EMIT runningChanged(uuid, running);
+    const auto items = m_items.values(uuid);
+    for (const QPointer<AppItemWidget>& item : items) {
+        if (item)
+            item->refreshRunState();
+    }
+    const auto cards = m_cards.values(uuid);
+    for (const QPersistentModelIndex& card : cards) {
+        if (card.isValid())
+            Q_EMIT cardChanged(card);
+    }
+}

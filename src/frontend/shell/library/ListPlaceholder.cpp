@@ -1,0 +1,33 @@
+#include "shell/library/ListPlaceholder.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "fenk/Label.h"
+#include "fenk/Tokens.h"
+
+using namespace Fenk;
+
+ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, const QString& buttonWord,
+                                 QWidget* parent)
+    : QWidget(parent) {
+    setAccessibleName(sentence);
+    auto* picture = new QLabel;
+    picture->setPixmap(icon.pixmap(Tokens::IconTile, Tokens::IconTile));
+    picture->setAlignment(Qt::AlignCenter);
+    auto* words = new Label(sentence, Label::Secondary);
+    words->setAlignment(Qt::AlignCenter);
+    auto* layout = new QVBoxLayout(this);
+    layout->setSpacing(Tokens::Space16);
+    layout->addStretch(2);
+    layout->addWidget(picture);
+    layout->addWidget(words);
+    if (!buttonWord.isEmpty()) {
+        m_button = new QPushButton(buttonWord);
+        m_button->setAccessibleName(buttonWord);
+        connect(m_button, &QPushButton::clicked, this, &ListPlaceholder::pressed);
+        layout->addWidget(m_button, 0, Qt::AlignHCenter);
+    }
+    layout->addStretch(3);
+}

@@ -1,0 +1,249 @@
+// The option menu of LocalAppItemWidget and what its entries do.
+#include <QActionGroup>
+#include <QDebug>
+#include <QMenu>
+#include <QTimer>
+
+#include "backend/BottleUtils.h"
+#include "backend/BottlesConfig.h"
+#include "fenk/IconButton.h"
+#include "fenk/Tokens.h"
+#include "fenk/WidgetLook.h"
+#include "launch/BottleTasks.h"
+#include "shell/ShellWindows.h"
+#include "shell/library/InBackground.h"
+#include "shell/library/LocalAppItemWidget.h"
+#include "shell/library/RemovalQuestion.h"
+#include "shell/library/StarRating.h"
+
+using ProgramMenu::Action;
+
+namespace {
+
+constexpr int LongestWaitMs = 1000;
+
+const char* const Words[ProgramMenu::ActionCount] = {
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Edit Details"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Advanced Debugging"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Open in Terminal"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Open folder of app"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Open c-drive"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "File Associations"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Registry Editor"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Importing the registry"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Internet Settings"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Quit All Apps"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Translator"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Packaged apps"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Dump Manifest"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Create Desktop Icon"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Feedback"),
+    QT_TRANSLATE_NOOP("LocalAppItemWidget", "Delete"),
+};
+
+/// Null for an entry that needs no window.
+const ShellWindows::ForProgram* windowOf(Action action) {
+    const ShellWindows& windows = ShellWindows::instance();
+    switch (action) {
+        case Action::EditDetails:
+            return &windows.properties;
+        case Action::AdvancedDebugging:
+            return &windows.configuration;
+        case Action::FileAssociations:
+            return &windows.fileAssociations;
+        case Action::PackagedApps:
+            return &windows.packaging;
+        case Action::DumpManifest:
+            return &windows.manifestExport;
+        case Action::Feedback:
+            return &windows.feedback;
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace
+
+void LocalAppItemWidget::makeActions() {
+    for (int i = 0; i < ProgramMenu::ActionCount; ++i)
+        m_actions[size_t(i)] = new QAction(tr(Words[i]), this);
+    Fenk::setDestructive(action(Action::Remove));
+    connectActions();
+}
+
+void LocalAppItemWidget::connectActions() {
+    using Self = LocalAppItemWidget;
+    const auto on = [this](Action which, auto slot) {
+        connect(action(which), &QAction::triggered, this, slot);
+    };
+    const auto bottle = [this] { return ref().bottle; };
+    on(Action::EditDetails, &Self::onOpenPropDialogActionTriggered);
+    on(Action::AdvancedDebugging, &Self::onOpenConfigureTriggered);
+    on(Action::OpenInTerminal, [this] { onStartButtonClicked(true); });
+    on(Action::OpenFolder, [this] { BottleUtils::openProgramFolder(ref().bottle, ref().uuid); });
+    on(Action::OpenDriveC, [bottle] { BottleUtils::openDriveC(bottle()); });
+    on(Action::FileAssociations, &Self::onExportFileAssosiationsActionTriggered);
+    on(Action::RegistryEditor, [bottle] { BottleUtils::runCommand(bottle(), "regedit.exe"); });
+    on(Action::ImportRegistry, [this] { BottleTasks::importRegistry(window(), ref().bottle); });
+    on(Action::InternetSettings, &Self::onInternetOptActionTriggered);
+    on(Action::QuitAllApps, [bottle] { BottleUtils::killWineServer(bottle()); });
+    on(Action::PackagedApps, &Self::onCreatePackageTriggered);
+    on(Action::DumpManifest, &Self::onDumpManifestActionTriggered);
+    on(Action::CreateDesktopIcon, &Self::oncreateDesktopFileAction);
+    on(Action::Feedback, &Self::onOpenFeedbackDialogTriggered);
+    on(Action::Remove, &Self::onRemoveActionTriggered);
+}
+
+void LocalAppItemWidget::fillMenu() {
+    m_menu = new QMenu(this);
+    m_menu->setAccessibleName("appitem_option_menu");
+    m_menu->setToolTipsVisible(true);
+    connect(m_menu, &QMenu::aboutToHide, this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
+    const ProgramMenu::Layout layout = ProgramMenu::layoutFor(ref().bottle);
+    for (const Action which : layout.before)
+        m_menu->addAction(action(which));
+    if (!layout.quickTools.isEmpty()) {
+        QMenu* tools = m_menu->addMenu(tr("Quick Tools"));
+        tools->setObjectName("quick_tools_menu");
+        tools->setToolTipsVisible(true);
+        for (const Action which : layout.quickTools)
+            tools->addAction(action(which));
+    }
+    for (const Action which : layout.after)
+        m_menu->addAction(action(which));
+    m_menu->insertSeparator(action(Action::Remove));
+}
+
+void LocalAppItemWidget::onBtnOptionClicked() {
+    qDebug() << "onBtnOptionClicked";
+    if (m_unknownFacts > 0)
+        return;
+    if (!m_menu)
+        fillMenu();
+    m_facts = ProgramMenu::Facts::of(ref().bottle, ref().uuid, {});
+    m_unknownFacts = 2;
+    const auto known = [this] {
+        if (m_unknownFacts > 0 && --m_unknownFacts == 0)
+            openMenu();
+    };
+    BottlesConfig* service = BottlesConfig::instance();
+    service->watchBottle(ref().bottle, this, [this, known](const BusResult& result) {
+        const EmulatorsInfo emulators = m_facts.emulators;
+        m_facts = ProgramMenu::Facts::of(ref().bottle, ref().uuid, result.object());
+        m_facts.emulators = emulators;
+        known();
+    });
+    service->watchEmulators(ref().bottle, this, [this, known](const BusResult& result) {
+        m_facts.emulators = EmulatorsInfo::fromObject(result.object());
+        known();
+    });
+    // A service at work answers later; most entries do without it.
+    QTimer::singleShot(LongestWaitMs, this, [this] {
+        if (m_unknownFacts == 0)
+            return;
+        m_unknownFacts = 0;
+        openMenu();
+    });
+}
+
+void LocalAppItemWidget::openMenu() {
+    for (int i = 0; i < ProgramMenu::ActionCount; ++i) {
+        const auto which = Action(i);
+        QAction* entry = action(which);
+        entry->setVisible(ProgramMenu::isShown(which, m_facts));
+        const auto* opener = windowOf(which);
+        entry->setEnabled(!opener || *opener);
+        entry->setToolTip(entry->isEnabled() ? QString() : tr("Not in this version yet"));
+    }
+    action(Action::OpenInTerminal)->setEnabled(!isRunning());
+    action(Action::Remove)->setText(ProgramMenu::removesBottle(m_facts) ? tr("Uninstall") : tr("Delete"));
+    fillTranslators();
+    m_menu->popup(m_menuPlace.isNull()
+                      ? m_options->mapToGlobal(QPoint(0, m_options->height() + Fenk::Tokens::Space4))
+                      : m_menuPlace);
+    updateActive();
+    Q_EMIT menuReady();
+}
+
+void LocalAppItemWidget::fillTranslators() {
+    QAction* entry = action(Action::Translator);
+    if (QMenu* old = entry->menu()) {
+        entry->setMenu(nullptr);
+        old->deleteLater();
+    }
+    if (m_facts.emulators.installed.isEmpty())
+        return;
+    auto* menu = new QMenu(m_menu);
+    menu->setToolTipsVisible(true);
+    auto* group = new QActionGroup(menu);
+    const QString bottle = ref().bottle;
+    for (auto it = m_facts.emulators.installed.begin(); it != m_facts.emulators.installed.end(); ++it) {
+        const QString name = it.key();
+        QAction* emulator = menu->addAction(QString(name).replace('&', "&&"));
+        emulator->setToolTip(it.value().toHtmlEscaped());
+        emulator->setCheckable(true);
+        emulator->setChecked(name == m_facts.emulators.usingName);
+        group->addAction(emulator);
+        connect(emulator, &QAction::triggered, this,
+                [bottle, name] { BottlesConfig::instance()->setEmulator(bottle, name); });
+    }
+    entry->setMenu(menu);
+}
+
+void LocalAppItemWidget::onCreatePackageTriggered() {
+    if (const auto& open = ShellWindows::instance().packaging)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onDumpManifestActionTriggered() {
+    if (const auto& open = ShellWindows::instance().manifestExport)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onOpenConfigureTriggered() {
+    if (const auto& open = ShellWindows::instance().configuration)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onOpenFeedbackDialogTriggered() {
+    if (const auto& open = ShellWindows::instance().feedback)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onOpenPropDialogActionTriggered() {
+    if (const auto& open = ShellWindows::instance().properties)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onExportFileAssosiationsActionTriggered() {
+    if (const auto& open = ShellWindows::instance().fileAssociations)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onInternetOptActionTriggered() {
+    BottleTasks::openInternetOptions(window(), ref().bottle);
+}
+
+void LocalAppItemWidget::oncreateDesktopFileAction() {
+    const ProgramPtr of = program();
+    inBackground(
+        this, [of] { return BottleUtils::createDesktopEntry(of->ref.bottle, of->ref.uuid); },
+        [this, of](bool made) {
+            Q_EMIT message(made ? tr("%1 is on the desktop now.").arg(of->name)
+                                : tr("No icon of %1 could be put on the desktop.").arg(of->name),
+                           !made);
+        });
+}
+
+void LocalAppItemWidget::onRemoveActionTriggered() {
+    RemovalQuestion::ask(*program(), ProgramMenu::removesBottle(m_facts), window());
+}
+
+void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
+    m_stars->setStars(score);
+    Q_EMIT appStarsUpdate(program()->name, score);
+    if (!uploadConf)
+        return;
+    const ProgramRef of = ref();
+    QtConcurrent::run([of, score] { BottleUtils::setStars(of.bottle, of.uuid, score); });
+}

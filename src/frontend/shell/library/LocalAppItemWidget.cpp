@@ -1,0 +1,223 @@
+#include "shell/library/LocalAppItemWidget.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+
+#include "fenk/IconButton.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "fenk/WidgetLook.h"
+#include "fenk/style/Paint.h"
+#include "shell/library/ProgramIcons.h"
+#include "shell/library/RunStateButton.h"
+#include "shell/library/StarRating.h"
+#include "shell/library/TileName.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr QSize Tile(132, 148);
+constexpr int IconTop = 6;
+constexpr int NameTop = IconTop + Tokens::IconTile + 2;
+constexpr int StripTop = Tile.height() - Tokens::CompactHeight - 6;
+constexpr int DotSize = 10;
+constexpr int LongestTip = 512;
+
+}  // namespace
+
+/// The program's picture, with a dot while the program runs. Until it is read there is a quiet place for it.
+class LocalAppItemWidget::Icon : public QWidget {
+public:
+    explicit Icon(QWidget* parent) : QWidget(parent) {
+        setAccessibleName("appitem_icon");
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFixedSize(Tokens::IconTile, Tokens::IconTile);
+    }
+    void setPicture(const QPixmap& picture) {
+        m_picture = picture;
+        update();
+    }
+    void setDot(bool on) {
+        m_dot = on;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        if (m_picture.isNull()) {
+            Paint::box(&painter, rect(), Tokens::RadiusCard, Paint::color(Theme::Sunken));
+        } else {
+            const QSizeF size = QSizeF(m_picture.size()) / devicePixelRatioF();
+            QRectF place(QPointF(), size);
+            place.moveCenter(QRectF(rect()).center());
+            painter.setRenderHint(QPainter::SmoothPixmapTransform);
+            painter.drawPixmap(place, m_picture, m_picture.rect());
+        }
+        if (m_dot) {
+            const QRectF dot(width() - DotSize - 1, height() - DotSize - 1, DotSize, DotSize);
+            Paint::box(&painter, dot.adjusted(-2, -2, 2, 2), DotSize, Paint::color(Theme::Surface));
+            Paint::box(&painter, dot, DotSize / 2.0, Paint::color(Theme::Success));
+        }
+    }
+
+private:
+    QPixmap m_picture;
+    bool m_dot = false;
+};
+
+LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* parent)
+    : AppItemWidget(program, parent),
+      m_icon(new Icon(this)),
+      m_name(new TileName(this)),
+      m_stars(new StarRating(this)),
+      m_options(new IconButton("fenk-more", tr("Options"), this, IconButton::Compact)) {
+    setFixedSize(Tile);
+    setFocusPolicy(Qt::ClickFocus);
+    setRingRadius(this, Tokens::RadiusCard);
+    m_icon->move((Tile.width() - Tokens::IconTile) / 2, IconTop);
+    m_name->setGeometry(Tokens::Space4, NameTop, Tile.width() - 2 * Tokens::Space4, StripTop - NameTop);
+    m_options->setObjectName("appitem_options");
+    m_options->move(Tile.width() - m_options->width() - Tokens::Space4, Tokens::Space4);
+    connect(m_options, &QToolButton::clicked, this, [this] {
+        m_menuPlace = QPoint();
+        onBtnOptionClicked();
+    });
+    connect(m_stars, &StarRating::rated, this, [this](int stars) { submitScore(stars, true); });
+    for (QWidget* part : {static_cast<QWidget*>(runButton()), static_cast<QWidget*>(m_stars),
+                          static_cast<QWidget*>(m_options)}) {
+        part->setFocusPolicy(Qt::NoFocus);
+        part->hide();
+        part->installEventFilter(this);
+    }
+    connect(&m_raise, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
+    m_raise.setStartValue(0.0);
+    m_raise.setEndValue(1.0);
+    m_raise.setEasingCurve(QEasingCurve::OutCubic);
+    connect(ProgramIcons::instance(), &ProgramIcons::ready, this, [this](const QString& file) {
+        if (file == m_program->icon)
+            showPicture();
+    });
+    makeActions();
+    setProgram(program);
+}
+
+QSize LocalAppItemWidget::tileSize() {
+    return Tile;
+}
+
+void LocalAppItemWidget::setProgram(const ProgramPtr& program) {
+    m_program = program;
+    m_name->setText(program->name);
+    m_stars->setStars(program->stars);
+    setAccessibleName(program->name);
+    setToolTip(QString("<b>%1</b><br>%2")
+                   .arg(program->name.toHtmlEscaped(), program->path.left(LongestTip).toHtmlEscaped()));
+    m_options->setAccessibleDescription(tr("Options of %1").arg(program->name));
+    showPicture();
+    refreshRunState();
+}
+
+void LocalAppItemWidget::refreshRunState() {
+    AppItemWidget::refreshRunState();
+    const bool running = isRunning();
+    m_icon->setDot(running);
+    setAccessibleDescription(running ? tr("Running") : QString());
+    const int strip =
+        running ? runButton()->width() : runButton()->width() + Tokens::Space8 + m_stars->width();
+    const int left = (Tile.width() - strip) / 2;
+    runButton()->move(left, StripTop);
+    m_stars->move(left + runButton()->width() + Tokens::Space8, StripTop);
+    runButton()->setVisible(running || m_active);
+    m_stars->setVisible(m_active && !running);
+}
+
+void LocalAppItemWidget::showPicture() {
+    m_icon->setPicture(
+        ProgramIcons::instance()->picture(m_program->icon, qRound(Tokens::IconTile * devicePixelRatioF())));
+}
+
+bool LocalAppItemWidget::isBusy() const {
+    return isAncestorOf(QApplication::focusWidget()) || hasFocus() || (m_menu && m_menu->isVisible()) ||
+           m_unknownFacts > 0;
+}
+
+void LocalAppItemWidget::setTabStop(bool on) {
+    setFocusPolicy(on ? Qt::StrongFocus : Qt::ClickFocus);
+    for (QWidget* part : {static_cast<QWidget*>(runButton()), static_cast<QWidget*>(m_stars),
+                          static_cast<QWidget*>(m_options)})
+        part->setFocusPolicy(on ? Qt::TabFocus : Qt::NoFocus);
+}
+
+void LocalAppItemWidget::updateActive() {
+    const bool active = underMouse() || hasFocus() || isAncestorOf(QApplication::focusWidget()) ||
+                        (m_menu && m_menu->isVisible());
+    if (active == m_active)
+        return;
+    m_active = active;
+    m_options->setVisible(active);
+    refreshRunState();
+    m_raise.setDirection(active ? QAbstractAnimation::Forward : QAbstractAnimation::Backward);
+    m_raise.setDuration(Theme::instance()->duration(Tokens::HoverMs));
+    m_raise.start();
+    if (m_raise.duration() == 0)
+        update();
+}
+
+bool LocalAppItemWidget::event(QEvent* event) {
+    const bool handled = AppItemWidget::event(event);
+    switch (event->type()) {
+        case QEvent::Enter:
+        case QEvent::Leave:
+        case QEvent::FocusIn:
+        case QEvent::FocusOut:
+            updateActive();
+            break;
+        default:
+            break;
+    }
+    return handled;
+}
+
+bool LocalAppItemWidget::eventFilter(QObject* watched, QEvent* event) {
+    // The focus is on its way to the next one, which may be a part of this tile.
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        QMetaObject::invokeMethod(this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
+    return AppItemWidget::eventFilter(watched, event);
+}
+
+void LocalAppItemWidget::paintEvent(QPaintEvent*) {
+    const qreal raised = m_raise.duration() ? m_raise.currentValue().toReal() : m_active;
+    if (raised <= 0)
+        return;
+    QPainter painter(this);
+    painter.setOpacity(raised);
+    Paint::box(&painter, rect(), Tokens::RadiusCard, Paint::color(Theme::Surface),
+               Paint::color(Theme::Border));
+}
+
+void LocalAppItemWidget::mouseDoubleClickEvent(QMouseEvent*) {
+    onStartButtonClicked(false);
+}
+
+void LocalAppItemWidget::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Space:
+            if (!event->isAutoRepeat())
+                onStartButtonClicked(false);
+            return;
+        default:
+            AppItemWidget::keyPressEvent(event);
+    }
+}
+
+void LocalAppItemWidget::contextMenuEvent(QContextMenuEvent* event) {
+    m_menuPlace = event->reason() == QContextMenuEvent::Mouse ? event->globalPos() : QPoint();
+    onBtnOptionClicked();
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QHash>
+#include <QPropertyAnimation>
+#include <QScrollArea>
+
+#include "shell/library/Program.h"
+
+class LocalAppItemWidget;
+
+/// The tiles of a list of programs, as many as are in sight, however long the list. One of them can be
+/// reached by Tab, the others from there with the arrow keys.
+class ProgramGrid : public QScrollArea {
+    Q_OBJECT
+public:
+    explicit ProgramGrid(QWidget* parent = nullptr);
+
+    void setPrograms(const QVector<ProgramPtr>& programs);
+    const QVector<ProgramPtr>& programs() const { return m_programs; }
+    void updateProgram(const ProgramPtr& program);
+    void focusCurrent();
+    /// Null for a program out of sight.
+    LocalAppItemWidget* tile(const ProgramRef& ref) const { return m_tiles.value(ref); }
+
+Q_SIGNALS:
+    void tileMade(LocalAppItemWidget* tile);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    int columns() const;
+    QPoint placeOf(int index) const;
+    void layOut();
+    LocalAppItemWidget* makeTile(int index);
+    void setCurrent(int index);
+    void moveTo(int index);
+    void scrollTo(int value);
+    int indexOf(const ProgramRef& ref) const;
+
+    QWidget* m_canvas;
+    QVector<ProgramPtr> m_programs;
+    QHash<ProgramRef, LocalAppItemWidget*> m_tiles;
+    ProgramRef m_current;
+    QPropertyAnimation m_scroll;
+};

@@ -1,0 +1,97 @@
+#include "shell/library/ProgramIcons.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFutureWatcher>
+#include <QPainter>
+#include <QPointer>
+#include <QtConcurrent>
+#include <algorithm>
+
+#include "backend/ProgramRecord.h"
+#include "fenk/Theme.h"
+#include "launch/IconFile.h"
+
+namespace {
+
+constexpr int CacheBytes = 48 * 1024 * 1024;
+constexpr int Readers = 2;
+
+/// The smallest that is large enough, scaled; a small one stays as it is, in the middle.
+QImage readPicture(const QString& file, int edge) {
+    QImage best;
+    for (const QImage& image : IconFile::images(file)) {
+        const bool better = best.width() >= edge ? image.width() >= edge && image.width() < best.width()
+                                                 : image.width() > best.width();
+        if (best.isNull() || better)
+            best = image;
+    }
+    if (best.isNull())
+        return best;
+    if (std::max(best.width(), best.height()) > edge / 2)
+        return best.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return best.scaled(best.size() * 2, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+QString key(const QString& file, int edge) {
+    return QString::number(edge) + file;
+}
+
+}  // namespace
+
+ProgramIcons* ProgramIcons::instance() {
+    // Pixmaps must go before the application does.
+    static QPointer<ProgramIcons> icons;
+    if (!icons) {
+        icons = new ProgramIcons;
+        icons->setParent(QCoreApplication::instance());
+    }
+    return icons;
+}
+
+ProgramIcons::ProgramIcons() : m_pictures(CacheBytes) {
+    m_readers.setMaxThreadCount(Readers);
+}
+
+QPixmap ProgramIcons::fallback(int edge) {
+    QPixmap picture(edge, edge);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    Fenk::Theme::icon(ProgramRecord::iconFallback()).paint(&painter, picture.rect());
+    return picture;
+}
+
+QPixmap ProgramIcons::picture(const QString& file, int edge) {
+    if (const QPixmap* known = m_pictures.object(key(file, edge)))
+        return *known;
+    if (!QDir::isAbsolutePath(file)) {
+        onRead(file, edge, {});
+        const QPixmap* made = m_pictures.object(key(file, edge));
+        return made ? *made : QPixmap();
+    }
+    if (m_reading.contains(key(file, edge)))
+        return {};
+    m_reading.insert(key(file, edge));
+    auto* watcher = new QFutureWatcher<QImage>(this);
+    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, file, edge] {
+        watcher->deleteLater();
+        onRead(file, edge, watcher->result());
+        Q_EMIT ready(file);
+    });
+    watcher->setFuture(QtConcurrent::run(&m_readers, [file, edge] { return readPicture(file, edge); }));
+    return {};
+}
+
+void ProgramIcons::onRead(const QString& file, int edge, const QImage& image) {
+    m_reading.remove(key(file, edge));
+    auto* picture = new QPixmap(image.isNull() ? fallback(edge) : QPixmap::fromImage(image));
+    m_pictures.insert(key(file, edge), picture, std::max(1, picture->width() * picture->height() * 4));
+}
+
+void ProgramIcons::forget(const QString& file) {
+    const QList<QString> keys = m_pictures.keys();
+    for (const QString& known : keys) {
+        if (known.endsWith(file))
+            m_pictures.remove(known);
+    }
+}

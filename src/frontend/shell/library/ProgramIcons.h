@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QCache>
+#include <QImage>
+#include <QMultiHash>
+#include <QObject>
+#include <QPixmap>
+#include <QThreadPool>
+
+/// The pictures of programs at the size of a tile. Files are read on threads of its own, and what was read is
+/// kept up to some megabytes. One for the process; GUI thread.
+class ProgramIcons : public QObject {
+    Q_OBJECT
+public:
+    static ProgramIcons* instance();
+
+    /// The picture in device pixels of the given edge, when it is there already. Otherwise null, and ready()
+    /// comes later; a file that has no picture in it gives the picture of any program.
+    QPixmap picture(const QString& file, int edge);
+    /// Its file may have changed.
+    void forget(const QString& file);
+
+Q_SIGNALS:
+    void ready(const QString& file);
+
+private:
+    ProgramIcons();
+    void onRead(const QString& file, int edge, const QImage& image);
+    static QPixmap fallback(int edge);
+
+    QThreadPool m_readers;
+    QSet<QString> m_reading;
+    QCache<QString, QPixmap> m_pictures;  ///< costs in bytes
+};

@@ -1,0 +1,214 @@
+#include "shell/library/ProgramLibrary.h"
+
+#include <QDBusServiceWatcher>
+#include <QDebug>
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "backend/BottlesConfig.h"
+#include "backend/ProgramRecord.h"
+#include "shell/library/InBackground.h"
+
+namespace {
+
+constexpr int RetryMs = 500;
+constexpr int MostQuietRetries = 5;
+
+using Names = QHash<QString, NameSearch::Name>;
+
+Names readAll(const QVector<ProgramPtr>& programs) {
+    Names names;
+    names.reserve(programs.size());
+    for (const ProgramPtr& program : programs)
+        names.insert(program->name, NameSearch::Name(program->name));
+    return names;
+}
+
+}  // namespace
+
+ProgramLibrary::ProgramLibrary(QObject* parent) : QObject(parent) {
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(RetryMs);
+    connect(&m_retry, &QTimer::timeout, this, &ProgramLibrary::load);
+    BottlesConfig* service = BottlesConfig::instance();
+    connect(service, &BottlesConfig::bottles_deleted, this, &ProgramLibrary::bottleRemoved);
+    auto* watcher = new QDBusServiceWatcher(service->service(), service->connection(),
+                                            QDBusServiceWatcher::WatchForRegistration, this);
+    // One that comes by itself: another may have changed the bottles meanwhile.
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        if (!m_asking && !m_retry.isActive())
+            load();
+    });
+}
+
+ProgramLibrary::~ProgramLibrary() = default;
+
+void ProgramLibrary::load() {
+    if (m_asking)
+        return;
+    m_retry.stop();
+    m_asking = true;
+    m_missed.clear();
+    if (m_state == State::Failed)
+        setState(State::Loading);
+    BottlesConfig::instance()->watchAllPrograms(this, [this](const BusResult& result) { onReply(result); });
+}
+
+void ProgramLibrary::onReply(const BusResult& result) {
+    if (result.ok) {
+        m_quietRetries = 0;
+        inBackground(
+            this, [text = result.text] { return parsePrograms(text); },
+            [this](const QVector<ProgramPtr>& programs) { takeList(programs); });
+        return;
+    }
+    m_asking = false;
+    qWarning("call listAllPrograms failed");
+    qWarning("---------------------------------");
+    qWarning().noquote() << result.errorMessage;
+    if (result.serviceGone && m_quietRetries < MostQuietRetries) {
+        ++m_quietRetries;
+        m_retry.start();
+        return;
+    }
+    m_quietRetries = 0;
+    m_programs.clear();
+    m_byName.clear();
+    setState(State::Failed);
+}
+
+void ProgramLibrary::takeList(const QVector<ProgramPtr>& programs) {
+    m_programs = programs;
+    m_asking = false;
+    const auto missed = m_missed;
+    m_missed.clear();
+    m_byName.clear();
+    {
+        const QSignalBlocker quiet(this);
+        for (const auto& change : missed)
+            change();
+    }
+    setState(State::Ready);
+    Q_EMIT listChanged();
+    // Later than the first picture.
+    QTimer::singleShot(0, this, &ProgramLibrary::readNames);
+}
+
+void ProgramLibrary::setState(State state) {
+    if (m_state == state)
+        return;
+    m_state = state;
+    Q_EMIT stateChanged();
+}
+
+void ProgramLibrary::readNames() {
+    inBackground(
+        this, [programs = m_programs] { return readAll(programs); },
+        [this](const Names& names) { m_names = names; });
+}
+
+const NameSearch::Name& ProgramLibrary::searchName(const QString& name) {
+    auto found = m_names.find(name);
+    if (found == m_names.end())
+        found = m_names.insert(name, NameSearch::Name(name));
+    return *found;
+}
+
+QVector<ProgramPtr> ProgramLibrary::search(const QString& keyword) {
+    if (m_byName.size() != m_programs.size()) {
+        m_byName = m_programs;
+        std::sort(m_byName.begin(), m_byName.end(),
+                  [](const ProgramPtr& a, const ProgramPtr& b) { return a->name < b->name; });
+    }
+    const NameSearch::Keyword wanted(keyword);
+    QVector<ProgramPtr> found;
+    for (const ProgramPtr& program : qAsConst(m_byName)) {
+        if (wanted.matches(searchName(program->name)))
+            found << program;
+    }
+    return found;
+}
+
+int ProgramLibrary::rowOf(const ProgramRef& ref) const {
+    const auto found = std::find_if(m_programs.begin(), m_programs.end(),
+                                    [&ref](const ProgramPtr& program) { return program->ref == ref; });
+    return found == m_programs.end() ? -1 : int(found - m_programs.begin());
+}
+
+ProgramPtr ProgramLibrary::find(const ProgramRef& ref) const {
+    return m_programs.value(rowOf(ref));
+}
+
+void ProgramLibrary::apply(const std::function<void()>& change) {
+    if (m_asking)
+        m_missed << change;
+    if (m_state == State::Ready)
+        change();
+}
+
+void ProgramLibrary::changed() {
+    m_byName.clear();
+    Q_EMIT listChanged();
+}
+
+void ProgramLibrary::put(const ProgramRef& ref, const QJsonObject& record) {
+    const int row = rowOf(ref);
+    auto program =
+        row < 0 ? QSharedPointer<Program>::create() : QSharedPointer<Program>::create(*m_programs[row]);
+    const QString oldName = program->name;
+    program->ref = ref;
+    program->take(record);
+    if (row >= 0 && program->name == oldName) {
+        m_programs[row] = program;
+        m_byName.clear();
+        Q_EMIT programChanged(program);
+        return;
+    }
+    if (row >= 0)
+        m_programs.remove(row);
+    m_programs.insert(ProgramOrder::position(m_programs, *program), program);
+    Q_EMIT programChanged(program);
+    changed();
+}
+
+void ProgramLibrary::programAdded(const ProgramRef& ref, const QString& record) {
+    const QJsonObject object = ProgramRecord::fromText(record);
+    if (object.isEmpty() || ref.bottle.isEmpty() || ref.uuid.isEmpty() || ref.uuid.contains('/')) {
+        qWarning() << "not a program for the library" << ref.bottle << ref.uuid;
+        return;
+    }
+    apply([this, ref, object] { put(ref, object); });
+}
+
+void ProgramLibrary::programUpdated(const ProgramRef& ref, const QString& record) {
+    programAdded(ref, record);
+}
+
+void ProgramLibrary::programRemoved(const ProgramRef& ref) {
+    apply([this, ref] {
+        const int row = rowOf(ref);
+        if (row < 0)
+            return;
+        m_programs.remove(row);
+        changed();
+    });
+}
+
+void ProgramLibrary::bottleRemoved(const QString& bottle) {
+    apply([this, bottle] {
+        const auto end =
+            std::remove_if(m_programs.begin(), m_programs.end(),
+                           [&bottle](const ProgramPtr& program) { return program->ref.bottle == bottle; });
+        if (end == m_programs.end())
+            return;
+        m_programs.erase(end, m_programs.end());
+        changed();
+    });
+}
+
+void ProgramLibrary::setStars(const ProgramRef& ref, int stars) {
+    apply([this, ref, stars] {
+        if (rowOf(ref) >= 0)
+            put(ref, {{"stars", stars}});
+    });
+}

@@ -1,0 +1,68 @@
+#include "shell/library/ProgramMenu.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include "backend/BottleRecord.h"
+#include "backend/DesktopUtils.h"
+
+namespace ProgramMenu {
+
+namespace {
+
+constexpr qint64 MostAssociationBytes = 4 * 1024 * 1024;
+
+bool hasAssociations(const QString& bottlePath) {
+    QFile file(bottlePath + "/assosiate.json");
+    if (bottlePath.isEmpty() || !QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
+        return false;
+    return !QJsonDocument::fromJson(file.read(MostAssociationBytes)).object().isEmpty();
+}
+
+bool isFromStore(const QString& bottle) {
+    static const QRegularExpression name("program-[0-9a-f]{8,}");
+    return name.match(bottle).hasMatch();
+}
+
+}  // namespace
+
+Facts Facts::of(const QString& bottle, const QString& programId, const QJsonObject& bottleRecord) {
+    Facts facts;
+    facts.bottle = bottle;
+    facts.runner = BottleRecord::runner(bottleRecord);
+    facts.programCount = BottleRecord::programs(bottleRecord).size();
+    facts.hasShortcut = DesktopUtils::hasDesktopShortcut(programId);
+    facts.hasAssociations = ProgramMenu::hasAssociations(BottleRecord::path(bottleRecord));
+    return facts;
+}
+
+Layout layoutFor(const QString& bottle) {
+    if (bottle.startsWith(QLatin1String("public/")))
+        return {{Action::EditDetails, Action::CreateDesktopIcon, Action::Feedback, Action::Remove}, {}, {}};
+    return {{Action::EditDetails, Action::AdvancedDebugging},
+            {Action::OpenInTerminal, Action::OpenFolder, Action::OpenDriveC, Action::FileAssociations,
+             Action::RegistryEditor, Action::ImportRegistry, Action::InternetSettings, Action::QuitAllApps},
+            {Action::Translator, Action::PackagedApps, Action::DumpManifest, Action::CreateDesktopIcon,
+             Action::Feedback, Action::Remove}};
+}
+
+bool isShown(Action action, const Facts& facts) {
+    switch (action) {
+        case Action::CreateDesktopIcon:
+            return !facts.hasShortcut;
+        case Action::PackagedApps:
+            return !facts.runner.isEmpty() && !facts.runner.contains(QLatin1String("-proton"));
+        case Action::DumpManifest:
+            return !isFromStore(facts.bottle);
+        case Action::FileAssociations:
+            return facts.hasAssociations;
+        case Action::Translator:
+            return !facts.emulators.installed.isEmpty();
+        default:
+            return true;
+    }
+}
+
+}  // namespace ProgramMenu

@@ -1,0 +1,53 @@
+#include "shell/library/RemovalQuestion.h"
+
+#include <QCoreApplication>
+#include <QtConcurrent>
+
+#include "backend/BottleUtils.h"
+#include "fenk/Dialog.h"
+#include "fenk/Label.h"
+#include "fenk/Tokens.h"
+#include "shell/library/Program.h"
+
+namespace {
+
+struct Question {
+    Q_DECLARE_TR_FUNCTIONS(RemovalQuestion)
+};
+
+Fenk::Label* line(const QString& text, Fenk::Label::Kind kind) {
+    auto* label = new Fenk::Label(text, kind);
+    label->setAlignment(Qt::AlignCenter);
+    label->setElided(true);
+    return label;
+}
+
+}  // namespace
+
+void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over) {
+    const QString message =
+        withBottle ? Question::tr(
+                         "Uninstalling the application deletes the application container and all "
+                         "files and configuration information within the container!")
+                   : Question::tr(
+                         "There are multiple application shortcuts in the current application "
+                         "container, this operation deletes only the currently selected "
+                         "application shortcut!");
+    auto* dialog = new Fenk::Dialog(Question::tr("Important Information"), message, over);
+    dialog->setObjectName("removal_question");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
+    dialog->addContent(line(program.name, Fenk::Label::Strong));
+    dialog->addContent(line(program.path, Fenk::Label::Small));
+    dialog->addButton(withBottle ? Question::tr("Cancel Uninstall") : Question::tr("Cancel Delete"), true);
+    const int confirm =
+        dialog->addButton(withBottle ? Question::tr("Confirm Uninstall") : Question::tr("Confirm Delete"),
+                          false, Fenk::Dialog::ButtonWarning);
+    const ProgramRef ref = program.ref;
+    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog, [ref, confirm](int index) {
+        // The calls wait for the service.
+        if (index == confirm)
+            QtConcurrent::run([ref] { BottleUtils::deleteEntry(ref.bottle, ref.uuid, true); });
+    });
+    dialog->open();
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+struct Program;
+class QWidget;
+
+/// Asks before a program is taken out of the library, and does it.
+namespace RemovalQuestion {
+
+/// Returns at once. `withBottle`: it is the bottle's only program, so that the bottle goes with it.
+void ask(const Program& program, bool withBottle, QWidget* over);
+
+}  // namespace RemovalQuestion

@@ -1,0 +1,65 @@
+#include "shell/library/RunStateButton.h"
+
+#include <QPainter>
+
+#include "fenk/Color.h"
+#include "fenk/SymbolicIconEngine.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "fenk/style/Paint.h"
+#include "shell/ShellImages.h"
+
+using namespace Fenk;
+
+namespace {
+const QColor QuitColor("#F55058");
+constexpr int Gap = Tokens::Space4;
+}  // namespace
+
+RunStateButton::RunStateButton(QWidget* parent) : QPushButton(parent) {
+    setAccessibleName("appitem_running_state");
+    setFont(Theme::instance()->font(Theme::SmallStrong));
+    setAttribute(Qt::WA_Hover);
+    setFixedHeight(Tokens::CompactHeight);
+    setState(Idle);
+}
+
+void RunStateButton::setState(State state) {
+    m_state = state;
+    setText(state == Running ? tr(" Quit") : state == Installing ? tr("Installing") : QString());
+    setToolTip(state == Idle ? tr("Run") : QString());
+    setEnabled(state != Installing);
+    setFixedWidth(sizeHint().width());
+    update();
+}
+
+QSize RunStateButton::sizeHint() const {
+    const int words = fontMetrics().horizontalAdvance(text().trimmed());
+    const int icon = m_state == Installing ? 0 : Tokens::IconSmall;
+    if (words == 0)
+        return {Tokens::CompactHeight, Tokens::CompactHeight};
+    return {Tokens::Space8 + icon + (icon ? Gap : 0) + words + Tokens::Space12, Tokens::CompactHeight};
+}
+
+void RunStateButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QColor color = m_state == Running      ? QuitColor
+                         : m_state == Installing ? Paint::color(Theme::Secondary)
+                                                 : Paint::color(Theme::Accent);
+    QColor ground = m_state == Idle ? Paint::color(Theme::AccentSoft) : Paint::color(Theme::Surface);
+    if (m_state != Installing && (underMouse() || isDown()))
+        ground = mix(ground, color, isDown() ? 0.24 : 0.12);
+    Paint::box(&painter, rect(), Tokens::RadiusControl, ground,
+               m_state == Running ? withAlpha(QuitColor, 0.5) : QColor());
+    const QString words = text().trimmed();
+    int x = words.isEmpty() ? (width() - Tokens::IconSmall) / 2 : Tokens::Space8;
+    if (m_state != Installing) {
+        const QIcon icon(shellImage(m_state == Running ? "stop.svg" : "play.svg"));
+        painter.drawPixmap(
+            x, (height() - Tokens::IconSmall) / 2,
+            tintedPixmap(icon, QSize(Tokens::IconSmall, Tokens::IconSmall), devicePixelRatioF(), color));
+        x += Tokens::IconSmall + Gap;
+    }
+    painter.setPen(color);
+    painter.drawText(QRect(x, 0, width() - x, height()), Qt::AlignVCenter | Qt::AlignLeft, words);
+}

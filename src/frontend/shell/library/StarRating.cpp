@@ -1,0 +1,105 @@
+#include "shell/library/StarRating.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QtMath>
+
+#include "fenk/Tokens.h"
+#include "fenk/WidgetLook.h"
+#include "fenk/style/Paint.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr int Count = 5;
+constexpr int Edge = 13;
+
+QPolygonF star(const QPointF& middle, qreal radius) {
+    QPolygonF points;
+    for (int i = 0; i < 10; ++i) {
+        const qreal angle = qDegreesToRadians(-90.0 + 36 * i);
+        const qreal reach = i % 2 ? radius * 0.46 : radius;
+        points << middle + QPointF(qCos(angle), qSin(angle)) * reach;
+    }
+    return points;
+}
+
+}  // namespace
+
+StarRating::StarRating(QWidget* parent) : QWidget(parent) {
+    setMouseTracking(true);
+    setFixedSize(sizeHint());
+    setRingRadius(this, Tokens::RadiusSmall);
+    setStars(0);
+}
+
+QSize StarRating::sizeHint() const {
+    return {Count * Edge, Tokens::CompactHeight};
+}
+
+void StarRating::setStars(int stars) {
+    m_stars = qBound(0, stars, Count);
+    setAccessibleName(m_stars ? tr("Rating: %1 of 5").arg(m_stars) : tr("Not rated"));
+    setToolTip(accessibleName());
+    update();
+}
+
+int StarRating::starAt(const QPoint& position) const {
+    return qBound(1, position.x() / Edge + 1, Count);
+}
+
+void StarRating::offer(int stars) {
+    m_offered = stars;
+    update();
+}
+
+void StarRating::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const Paint::Scope scope(&painter);
+    const int shown = m_offered ? m_offered : m_stars;
+    for (int i = 0; i < Count; ++i) {
+        const QPointF middle(Edge * i + Edge / 2.0, height() / 2.0);
+        const bool full = i < shown;
+        painter.setPen(QPen(Paint::color(full ? Theme::Warning : Theme::Disabled), 1, Qt::SolidLine,
+                            Qt::RoundCap, Qt::RoundJoin));
+        painter.setBrush(full ? QBrush(Paint::color(Theme::Warning)) : QBrush());
+        painter.drawPolygon(star(middle, 5.2));
+    }
+}
+
+void StarRating::mouseMoveEvent(QMouseEvent* event) {
+    offer(starAt(event->pos()));
+}
+
+void StarRating::mousePressEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void StarRating::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos()))
+        Q_EMIT rated(starAt(event->pos()));
+}
+
+void StarRating::leaveEvent(QEvent*) {
+    offer(0);
+}
+
+void StarRating::keyPressEvent(QKeyEvent* event) {
+    const int now = m_offered ? m_offered : m_stars;
+    if (event->key() == Qt::Key_Left)
+        offer(qMax(1, now - 1));
+    else if (event->key() == Qt::Key_Right)
+        offer(qMin(Count, now + 1));
+    else if (m_offered && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+                           event->key() == Qt::Key_Space))
+        Q_EMIT rated(m_offered);
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void StarRating::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    offer(0);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QWidget>
+
+/// A program's name on at most two centred lines, cut where it gets too long. Plain text always.
+class TileName : public QWidget {
+    Q_OBJECT
+public:
+    explicit TileName(QWidget* parent = nullptr);
+
+    void setText(const QString& text);
+    QString text() const { return m_text; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString m_text;
+};
