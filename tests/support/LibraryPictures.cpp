@@ -1,0 +1,276 @@
+// Pictures of the library with sample data: library-pictures STATE [--theme light|dark] --screenshot FILE
+// In Chinese where LANG says so. Needs a session bus on which nobody is the bottle service yet. A new state
+// is a line in the table below.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QMenu>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <functional>
+
+#include "fenk/Application.h"
+#include "fenk/SearchEdit.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "fenk/WindowPlatform.h"
+#include "shell/DropFrame.h"
+#include "shell/IndexView.h"
+#include "shell/Mainwindow.h"
+#include "shell/library/AppItemWidgetStateManager.h"
+#include "shell/library/AppLocalView.h"
+#include "shell/library/LocalAppItemWidget.h"
+#include "shell/library/ProgramGrid.h"
+#include "shell/library/ProgramLibrary.h"
+#include "shell/library/RemovalQuestion.h"
+#include "support/FakeBottleService.h"
+
+using namespace Fenk;
+
+namespace {
+
+const char* const Names[] = {"Harbour Office",
+                             "微信",
+                             "Notepad++ (x64)",
+                             "7-Zip File Manager",
+                             "网易云音乐",
+                             "Blue Lagoon",
+                             "企业微信",
+                             "Quartz Studio 2024",
+                             "The Very Long Name of a Program That Nobody Can Remember",
+                             "迅捷屏幕录像工具专业版",
+                             "Pixel Garden",
+                             "Ledger",
+                             "百度网盘",
+                             "Tide Tables",
+                             "Uplift"};
+
+void settle(int ms) {
+    QElapsedTimer time;
+    time.start();
+    while (time.elapsed() < ms)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+/// An icon as programs have them: a colour, a shape, a letter.
+QString drawIcon(const QString& directory, int number, const QString& name) {
+    QPixmap picture(128, 128);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor colour = QColor::fromHsv(number * 67 % 360, 150, 215);
+    QLinearGradient ground(0, 0, 0, 128);
+    ground.setColorAt(0, colour.lighter(115));
+    ground.setColorAt(1, colour.darker(115));
+    painter.setBrush(ground);
+    painter.setPen(Qt::NoPen);
+    if (number % 3)
+        painter.drawRoundedRect(QRectF(8, 8, 112, 112), 26, 26);
+    else
+        painter.drawEllipse(QRectF(6, 6, 116, 116));
+    QFont font;
+    font.setPixelSize(62);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRectF(0, 0, 128, 128), Qt::AlignCenter, name.left(1));
+    painter.end();
+    const QString file = directory + QString("/icon%1.png").arg(number);
+    picture.save(file);
+    return file;
+}
+
+QString uuid(int number) {
+    return QString("00000000-0000-4000-8000-%1").arg(number, 12, 10, QChar('0'));
+}
+
+QJsonArray programs(int count, const QString& directory) {
+    QJsonArray list;
+    const int known = int(std::size(Names));
+    for (int i = 0; i < count; ++i) {
+        QString name = QString::fromUtf8(Names[i % known]);
+        if (i >= known)
+            name += QString(" %1").arg(i / known + 1);
+        list.append(QJsonObject{{"bottle_name", i % 5 ? "office" : "public/shared"},
+                                {"name", name},
+                                {"icon", i % 11 == 10 ? QString() : drawIcon(directory, i, name)},
+                                {"stars", i % 6},
+                                {"uuid", uuid(i)},
+                                {"path", QString("C:\\Program Files\\Sample\\program%1.exe").arg(i)},
+                                {"size", "3M"},
+                                {"created_time", "2025-01-01 10:00:00"}});
+    }
+    return list;
+}
+
+struct Scene {
+    TestSupport::FakeBottleService* service;
+    Mainwindow* window;
+    AppLocalView* view() const { return window->indexView()->localView(); }
+    LocalAppItemWidget* tile(int position) const {
+        ProgramGrid* grid = view()->shownGrid();
+        return grid ? grid->tile(grid->programs().value(position)->ref) : nullptr;
+    }
+    void search(const QString& text) const {
+        auto* edit = window->findChild<SearchEdit*>();
+        edit->setFocus();
+        edit->setText(text);
+        settle(300);
+    }
+};
+
+/// The windows as they lie over each other, the lowest first.
+QImage picture(const QList<QWidget*>& windows) {
+    QRect all;
+    for (QWidget* window : windows)
+        all |= window->geometry();
+    all.adjust(-Tokens::Space32, -Tokens::Space32, Tokens::Space32, Tokens::Space32);
+    QImage result(all.size() * windows.first()->devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied);
+    result.setDevicePixelRatio(windows.first()->devicePixelRatioF());
+    result.fill(Theme::instance()->color(Theme::Sunken));
+    QPainter painter(&result);
+    for (QWidget* window : windows)
+        painter.drawPixmap(window->pos() - all.topLeft(), window->grab());
+    painter.end();
+    result.setDevicePixelRatio(1);
+    return result;
+}
+
+QList<QWidget*> plain(const Scene& scene) {
+    return {scene.window};
+}
+
+QList<QWidget*> focused(const Scene& scene) {
+    scene.view()->focusPrograms();
+    QTimer::singleShot(0, scene.window, [] {});
+    settle(100);
+    auto* states = AppItemWidgetStateManager::instance();
+    states->start(*scene.tile(2)->program(), false);
+    states->start(*scene.tile(8)->program(), false);
+    return {scene.window};
+}
+
+QList<QWidget*> menu(const Scene& scene) {
+    LocalAppItemWidget* tile = scene.tile(6);
+    tile->setFocus();
+    tile->onBtnOptionClicked();
+    settle(400);
+    QList<QWidget*> windows{scene.window};
+    if (!tile->optionMenu() || !tile->optionMenu()->isVisible())
+        return windows;
+    windows << tile->optionMenu();
+    for (QMenu* tools : tile->optionMenu()->findChildren<QMenu*>("quick_tools_menu")) {
+        tile->optionMenu()->setActiveAction(tools->menuAction());
+        settle(400);
+        windows << tools;
+    }
+    return windows;
+}
+
+QList<QWidget*> removal(const Scene& scene) {
+    RemovalQuestion::ask(*scene.tile(3)->program(), true, scene.window);
+    settle(300);
+    return {scene.window, QApplication::activeModalWidget()};
+}
+
+QList<QWidget*> drop(const Scene& scene) {
+    auto* frame = scene.window->findChild<DropFrame*>();
+    frame->raise();
+    frame->show();
+    return {scene.window};
+}
+
+const struct {
+    const char* name;
+    int programs;  ///< -1: the service refuses
+    std::function<QList<QWidget*>(const Scene&)> windows;
+} States[] = {
+    {"empty", 0, plain},
+    {"few", 3, plain},
+    {"many", 60, focused},
+    {"search", 60,
+     [](const Scene& scene) {
+         scene.search("wx");
+         return plain(scene);
+     }},
+    {"nothing", 60,
+     [](const Scene& scene) {
+         scene.search("qqq");
+         return plain(scene);
+     }},
+    {"menu", 60, menu},
+    {"removal", 60, removal},
+    {"drop", 60, drop},
+    {"error", -1, plain},
+};
+
+int fail(const QString& sentence) {
+    QTextStream(stderr) << sentence << '\n';
+    return 1;
+}
+
+bool waitUntilLoaded(const Scene& scene) {
+    QElapsedTimer time;
+    time.start();
+    while (time.elapsed() < 10000) {
+        settle(50);
+        if (scene.view() && scene.view()->library()->state() != ProgramLibrary::State::Loading)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    Application application(argc, argv);
+    QCoreApplication::setApplicationName("cellarix");
+    application.setTranslationsDir(LIBRARY_TRANSLATIONS);
+    application.loadTranslator();
+    Theme::addIconSearchPath(LIBRARY_ICONS);
+
+    QCommandLineParser options;
+    options.addHelpOption();
+    options.addPositionalArgument("STATE", "Which picture.");
+    options.addOptions({{"theme", "light or dark.", "theme", "light"},
+                        {"screenshot", "Where to write the picture.", "file"}});
+    options.process(application);
+    WindowPlatform::assumeCompositing(true);
+    Theme::instance()->setAnimationsEnabled(false);
+    Theme::instance()->setColorType(options.value("theme") == "dark" ? Theme::Dark : Theme::Light);
+
+    const QTemporaryDir icons;
+    QStringList names;
+    for (const auto& state : States) {
+        names << state.name;
+        if (options.positionalArguments().value(0) != state.name)
+            continue;
+        TestSupport::FakeBottleService service;
+        if (!service.start())
+            return fail("The stand-in service did not start");
+        if (state.programs < 0)
+            service.setError("listAllPrograms", "the disk is on fire");
+        else
+            service.setJson("listAllPrograms", programs(state.programs, icons.path()));
+        service.setBottle("office", {{"Path", icons.path()},
+                                     {"Runner", "lumora-wine10-stable"},
+                                     {"External_Programs", QJsonObject{{"a", QJsonObject()}}}});
+        Mainwindow window;
+        window.show();
+        window.activateWindow();
+        const Scene scene{&service, &window};
+        if (!waitUntilLoaded(scene))
+            return fail("The library did not load");
+        settle(600);
+        const QList<QWidget*> windows = state.windows(scene);
+        return picture(windows).save(options.value("screenshot"))
+                   ? 0
+                   : fail("The picture could not be written to " + options.value("screenshot"));
+    }
+    return fail("The states are " + names.join(", "));
+}
