@@ -1,0 +1,372 @@
+#include <QAbstractButton>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QtTest>
+#include <memory>
+
+#include "fenk/Application.h"
+#include "fenk/Dialog.h"
+#include "fenk/SearchEdit.h"
+#include "fenk/Theme.h"
+#include "shell/DropFrame.h"
+#include "shell/IndexView.h"
+#include "shell/Mainwindow.h"
+#include "shell/ShellWindows.h"
+#include "shell/library/AppItemWidgetStateManager.h"
+#include "shell/library/AppLocalView.h"
+#include "shell/library/LocalAppItemWidget.h"
+#include "shell/library/ProgramGrid.h"
+#include "shell/library/ProgramLibrary.h"
+#include "support/FakeBottleService.h"
+#include "support/PrivateBus.h"
+#include "support/TestHome.h"
+
+using ProgramMenu::Action;
+using State = ProgramLibrary::State;
+
+namespace {
+
+QString uuid(int number) {
+    return QString("00000000-0000-4000-8000-%1").arg(number, 12, 10, QChar('0'));
+}
+
+QJsonObject summary(int number, const QString& name, const QString& bottle = "office") {
+    return {{"bottle_name", bottle}, {"uuid", uuid(number)}, {"name", name}, {"icon", ""}, {"stars", 2}};
+}
+
+QString record(const QString& name) {
+    return QString::fromUtf8(QJsonDocument(QJsonObject{{"name", name}}).toJson(QJsonDocument::Compact));
+}
+
+}  // namespace
+
+class TestLibrary : public QObject {
+    Q_OBJECT
+
+    TestSupport::TestHome m_home;
+    std::unique_ptr<TestSupport::FakeBottleService> m_service;
+    std::unique_ptr<Mainwindow> m_window;
+
+    AppLocalView* view() const { return m_window->indexView()->localView(); }
+    ProgramLibrary* library() const { return view()->library(); }
+    QStringList shown() const {
+        QStringList names;
+        if (const ProgramGrid* grid = view()->shownGrid()) {
+            for (const ProgramPtr& program : grid->programs())
+                names << program->name;
+        }
+        return names;
+    }
+    LocalAppItemWidget* tile(int number, const QString& bottle = "office") const {
+        return view()->shownGrid()->tile({bottle, uuid(number)});
+    }
+    QWidget* page(const char* name) const { return view()->findChild<QWidget*>(name); }
+    void open(const QJsonArray& programs) {
+        m_service->setJson("listAllPrograms", programs);
+        openWith(State::Ready);
+    }
+    void openWith(State state) {
+        m_window = std::make_unique<Mainwindow>();
+        m_window->show();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTRY_VERIFY(view());
+        QTRY_COMPARE(library()->state(), state);
+    }
+    /// The menu as the user sees it: the shown entries, those of the sub-menu in brackets.
+    QStringList entries(const QMenu* menu) const {
+        QStringList texts;
+        for (const QAction* action : menu->actions()) {
+            if (!action->isVisible() || action->isSeparator())
+                continue;
+            texts << action->text();
+            if (action->menu())
+                texts << "(" + entries(action->menu()).join(", ") + ")";
+        }
+        return texts;
+    }
+    QMenu* openMenu(LocalAppItemWidget* item) {
+        const QSignalSpy ready(item, &LocalAppItemWidget::menuReady);
+        item->onBtnOptionClicked();
+        return QTest::qWaitFor([&] { return ready.count() > 0; }) ? item->optionMenu() : nullptr;
+    }
+
+private Q_SLOTS:
+    void init() {
+        Fenk::Theme::instance()->setAnimationsEnabled(false);
+        m_service = std::make_unique<TestSupport::FakeBottleService>();
+        QVERIFY(m_service->start());
+    }
+    void cleanup() {
+        m_window.reset();
+        m_service.reset();
+        ShellWindows::instance() = {};
+    }
+
+    void live() {
+        open({summary(1, "b"), summary(10, "c10"), summary(2, "C2"), summary(3, "<i>a</i>")});
+        QCOMPARE(shown(), QStringList({"<i>a</i>", "b", "C2", "c10"}));
+        QVERIFY(tile(3)->toolTip().startsWith("<b>&lt;i&gt;a&lt;/i&gt;</b>"));
+        view()->slotAppAdded("office", uuid(4), record("ba"));
+        QTRY_COMPARE(shown(), QStringList({"<i>a</i>", "b", "ba", "C2", "c10"}));
+        const QPointer<LocalAppItemWidget> kept = tile(4);
+        view()->slotAppUpdated("office", uuid(4), record("z\n z"));
+        QTRY_COMPARE(shown().last(), QString("z z"));
+        QCOMPARE(tile(4), kept.data());
+        view()->slotAppAdded("office", "../../x", record("evil"));
+        view()->slotAppAdded("office", uuid(5), "no record");
+        view()->slotAppRemoved("office", uuid(1));
+        QTRY_COMPARE(shown(), QStringList({"<i>a</i>", "C2", "c10", "z z"}));
+        QVERIFY(m_service->emitSignal("bottles_deleted", "s", {"office"}));
+        QTRY_VERIFY(page("applist_empty")->isVisible());
+    }
+
+    void signalsWhileListIsOnItsWay() {
+        m_service->setHeld("listAllPrograms",
+                           QJsonDocument(QJsonArray{summary(1, "old"), summary(2, "gone")}).toJson());
+        openWith(State::Loading);
+        m_service->waitForCall("listAllPrograms");
+        view()->slotAppUpdated("office", uuid(1), record("new"));
+        view()->slotAppAdded("office", uuid(3), record("third"));
+        view()->slotAppRemoved("office", uuid(2));
+        m_service->release();
+        QTRY_COMPARE(shown(), QStringList({"new", "third"}));
+    }
+
+    void refusedThenRetried() {
+        m_service->setError("listAllPrograms", "the disk is on fire");
+        openWith(State::Failed);
+        QVERIFY(page("applist_failed")->isVisible());
+        m_service->setJson("listAllPrograms", QJsonArray{summary(1, "a")});
+        page("applist_failed")->findChild<QAbstractButton*>()->click();
+        QTRY_COMPARE(shown(), QStringList("a"));
+    }
+
+    void serviceGoesAndComesBack() {
+        m_service->setVanish("listAllPrograms");
+        openWith(State::Loading);
+        m_service->waitUntilGone();
+        // Nobody is there at the next attempt either.
+        QTRY_COMPARE(library()->state(), State::Failed);
+        m_service = std::make_unique<TestSupport::FakeBottleService>();
+        QVERIFY(m_service->start(true));
+        m_service->setJson("listAllPrograms", QJsonArray{summary(1, "a")});
+        QVERIFY(m_service->takeName());
+        QTRY_COMPARE(shown(), QStringList("a"));
+    }
+
+    void search() {
+        open({summary(1, "微信"), summary(2, "企业微信"), summary(3, "Wax"), summary(4, "other")});
+        QTest::keyClick(m_window.get(), Qt::Key_W);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
+        QCOMPARE(m_window->findChild<Fenk::SearchEdit*>()->text(), QString("wx"));
+        QCOMPARE(shown(), QStringList({"Wax", "企业微信", "微信"}));
+        view()->slotAppAdded("office", uuid(5), record("Wox"));
+        QTRY_COMPARE(shown().size(), 4);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+        QCOMPARE(QApplication::focusWidget(), tile(3));
+        QTest::keyClicks(QApplication::focusWidget(), "q");
+        QVERIFY(page("applist_nothing_found")->isVisible());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        QCOMPARE(shown().size(), 5);
+    }
+
+    void manyTiles() {
+        QJsonArray programs;
+        for (int i = 0; i < 2000; ++i)
+            programs.append(summary(i, QString("Program %1").arg(i)));
+        open(programs);
+        const auto tiles = [this] { return view()->findChildren<LocalAppItemWidget*>(); };
+        QTRY_VERIFY(tile(0));
+        view()->focusPrograms();
+        QCOMPARE(QApplication::focusWidget(), tile(0));
+        for (const int key : {Qt::Key_Right, Qt::Key_Down})
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
+        QCOMPARE(QApplication::focusWidget(), tile(6));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
+        QCOMPARE(QApplication::focusWidget(), tile(1999));
+        QTRY_VERIFY2(tiles().size() < 60, "tiles out of sight are gone");
+        QVERIFY(view()->shownGrid()->viewport()->rect().contains(
+            QRect(tile(1999)->mapTo(view()->shownGrid()->viewport(), QPoint()), tile(1999)->size())));
+    }
+
+    void menu_data() {
+        QTest::addColumn<QString>("bottle");
+        QTest::addColumn<QString>("runner");
+        QTest::addColumn<int>("programs");
+        QTest::addColumn<QString>("emulators");
+        QTest::addColumn<bool>("extras");
+        QTest::addColumn<QString>("texts");
+        const QString tools =
+            "(Open in Terminal, Open folder of app, Open c-drive, %1Registry Editor, "
+            "Importing the registry, Internet Settings, Quit All Apps)";
+        const QString head = "Edit Details, Advanced Debugging, Quick Tools, ";
+        QTest::newRow("shared") << "public/x"
+                                << "wine" << 1 << "{}" << false
+                                << "Edit Details, Create Desktop Icon, Feedback, Uninstall";
+        QTest::newRow("ordinary")
+            << "office"
+            << "wine" << 2 << "{}" << false
+            << head + tools.arg("") + ", Packaged apps, Dump Manifest, Create Desktop Icon, Feedback, Delete";
+        QTest::newRow("everything")
+            << "office"
+            << "wine" << 1 << R"({"installed":{"box":"b"},"using":"box"})" << true
+            << head + tools.arg("File Associations, ") +
+                   ", Translator, (box), Packaged apps, Dump Manifest, Feedback, Uninstall";
+        QTest::newRow("proton from the store")
+            << "program-0123abcd"
+            << "ge-proton9" << 1 << "{}" << false
+            << head + tools.arg("") + ", Create Desktop Icon, Feedback, Uninstall";
+        QTest::newRow("unknown bottle")
+            << "lost"
+            << "" << 0 << "{}" << false
+            << head + tools.arg("") + ", Dump Manifest, Create Desktop Icon, Feedback, Delete";
+    }
+    void menu() {
+        QFETCH(QString, bottle);
+        QFETCH(QString, runner);
+        QFETCH(int, programs);
+        QFETCH(QString, emulators);
+        QFETCH(bool, extras);
+        QFETCH(QString, texts);
+        if (extras) {
+            m_home.write("bottle/assosiate.json", R"({".txt":{"progid":"txt"}})");
+            m_home.write("Desktop/office-" + uuid(1) + ".desktop", "");
+        }
+        QJsonObject external;
+        for (int i = 0; i < programs; ++i)
+            external.insert(uuid(i + 1), QJsonObject{{"name", "a"}});
+        m_service->setBottle(bottle, {{"Path", m_home.path() + (extras ? "/bottle" : "/none")},
+                                      {"Runner", runner},
+                                      {"External_Programs", external}});
+        m_service->setText("getEmulators", emulators);
+        bool opened = false;
+        ShellWindows::instance().properties = [&](const ProgramRef&, QWidget*) { opened = true; };
+        open({summary(1, "a", bottle)});
+        LocalAppItemWidget* item = tile(1, bottle);
+        const QMenu* menu = openMenu(item);
+        QVERIFY(menu && menu->isVisible());
+        QCOMPARE(menu->accessibleName(), QString("appitem_option_menu"));
+        QCOMPARE(entries(menu).join(", "), texts);
+        QVERIFY(!item->action(Action::Feedback)->isEnabled());
+        QVERIFY(!item->action(Action::Feedback)->toolTip().isEmpty());
+        item->action(Action::EditDetails)->trigger();
+        QVERIFY(opened);
+        QFile::remove(m_home.path() + "/Desktop/office-" + uuid(1) + ".desktop");
+    }
+
+    void removal_data() {
+        QTest::addColumn<int>("programs");
+        QTest::addColumn<QString>("word");
+        QTest::newRow("the last one") << 1 << "Uninstall";
+        QTest::newRow("one of two") << 2 << "Delete";
+    }
+    void removal() {
+        QFETCH(int, programs);
+        QFETCH(QString, word);
+        QJsonObject external;
+        for (int i = 0; i < programs; ++i)
+            external.insert(uuid(i + 1), QJsonObject{{"name", "a"}});
+        m_service->setBottle("office", {{"External_Programs", external}});
+        open({summary(1, "a")});
+        openMenu(tile(1));
+        tile(1)->optionMenu()->hide();
+        for (const QString& answer : {QString("Cancel "), QString("Confirm ")}) {
+            tile(1)->action(Action::Remove)->trigger();
+            auto* dialog = m_window->findChild<Fenk::Dialog*>("removal_question");
+            QVERIFY(dialog);
+            QCOMPARE(dialog->title(), QString("Important Information"));
+            const int index = answer == "Cancel " ? 0 : 1;
+            QCOMPARE(dialog->button(index)->text(), answer + word);
+            const QPointer<QWidget> open = dialog;
+            dialog->button(index)->click();
+            QTRY_VERIFY(!open);
+        }
+        QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments, QJsonArray({"office", uuid(1)}));
+        QCOMPARE(m_service->calls("removeExternalProgram").size(), 1);
+    }
+
+    void startAndStop() {
+        open({summary(1, "a")});
+        auto* states = AppItemWidgetStateManager::instance();
+        const QSignalSpy failures(states, &AppItemWidgetStateManager::startFailed);
+        QAbstractButton* button = nullptr;
+        for (auto* part : tile(1)->findChildren<QAbstractButton*>()) {
+            if (part->accessibleName() == "appitem_running_state")
+                button = part;
+        }
+        QVERIFY(button);
+        button->click();
+        QVERIFY(states->isRunning(uuid(1)));
+        QCOMPARE(button->text(), QString(" Quit"));
+        QVERIFY(button->isVisible());
+        tile(1)->onStartButtonClicked(false);
+        button->click();
+        QCOMPARE(m_service->waitForCall("killProgram").arguments, QJsonArray({"office", uuid(1)}));
+        // The bottle is none, so that the launch ends by itself.
+        QTRY_VERIFY(!states->isRunning(uuid(1)));
+        QTRY_VERIFY(button->text().isEmpty());
+        button->click();
+        QVERIFY(m_service->emitSignal("program_exited", "s", {uuid(1)}));
+        QTRY_VERIFY(!states->isRunning(uuid(1)));
+    }
+
+    void stars() {
+        m_service->setBottle("office", {{"External_Programs", QJsonObject{{uuid(1), QJsonObject()}}}});
+        open({summary(1, "a")});
+        tile(1)->submitScore(5, true);
+        QCOMPARE(library()->find({"office", uuid(1)})->stars, 5);
+        QVERIFY(m_service->waitForCall("updateExternalProgram")
+                    .arguments.at(1)
+                    .toString()
+                    .contains("\"stars\":5"));
+    }
+
+    void setups() {
+        auto* states = AppItemWidgetStateManager::instance();
+        const QString file = m_home.write("a.yml", "x");
+        states->onSetupingYmlDone("1", file, true);
+        QVERIFY(QFile::exists(file));
+        states->startSetup("1");
+        QVERIFY(states->isSettingUp());
+        states->onSetupingYmlDone("1", file, true);
+        QVERIFY(!states->isSettingUp());
+        QVERIFY(!QFile::exists(file));
+    }
+
+    void drop_data() {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("program") << "Setup.EXE" << true;
+        QTest::newRow("batch") << "a.bat" << true;
+        QTest::newRow("document") << "a.txt" << false;
+    }
+    void drop() {
+        QFETCH(QString, file);
+        QFETCH(bool, taken);
+        open({});
+        const QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(m_home.write(file, "x"))});
+        QDragEnterEvent enter({400, 400}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(m_window.get(), &enter);
+        QCOMPARE(enter.isAccepted(), taken);
+        QCOMPARE(m_window->findChild<DropFrame*>()->isVisible(), taken);
+        QDropEvent drop({400, 400}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(m_window.get(), &drop);
+        QCOMPARE(opened.count(), int(taken));
+        QVERIFY(!m_window->findChild<DropFrame*>()->isVisible());
+    }
+};
+
+int main(int argc, char** argv) {
+    // The application asks for the bus when it is made.
+    const TestSupport::PrivateBus bus;
+    QLocale::setDefault(QLocale(QLocale::English));
+    Fenk::Application app(argc, argv);
+    TestLibrary test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_library.moc"
