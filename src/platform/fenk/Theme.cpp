@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QHash>
+#include <QPointer>
 #include <QSettings>
 
 #include "fenk/Color.h"
@@ -44,6 +46,23 @@ QColor ownColor(Theme::ColorType type, Theme::Role role) {
 
 QColor softAccent(Theme::ColorType type, const QColor& accent) {
     return mix(ownColor(type, Theme::Surface), accent, type == Theme::Dark ? 0.2 : 0.11);
+}
+
+/// Asking the system takes a tenth of a millisecond and more, and every label asks.
+QFont systemFont(QFontDatabase::SystemFont kind) {
+    static QHash<int, QFont> known;
+    static QPointer<QGuiApplication> watched;
+    if (watched != qGuiApp) {
+        watched = qGuiApp;
+        known.clear();
+        const auto forget = [] { known.clear(); };
+        QObject::connect(qGuiApp, &QGuiApplication::fontChanged, qGuiApp, forget);
+        QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, qGuiApp, forget);
+    }
+    auto font = known.find(kind);
+    if (font == known.end())
+        font = known.insert(kind, QFontDatabase::systemFont(kind));
+    return *font;
 }
 
 QColor textOn(const QColor& accent) {
@@ -114,8 +133,7 @@ QPalette Theme::palette(ColorType type) const {
 }
 
 QFont Theme::font(FontRole role) const {
-    QFont result =
-        QFontDatabase::systemFont(role == Fixed ? QFontDatabase::FixedFont : QFontDatabase::GeneralFont);
+    QFont result = systemFont(role == Fixed ? QFontDatabase::FixedFont : QFontDatabase::GeneralFont);
     static const struct {
         int size;
         int weight;

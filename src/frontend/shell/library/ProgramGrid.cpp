@@ -51,6 +51,8 @@ QPoint ProgramGrid::placeOf(int index) const {
 }
 
 void ProgramGrid::setPrograms(const QVector<ProgramPtr>& programs) {
+    if (m_programs.size() == programs.size() && m_programs.constData() == programs.constData())
+        return;
     m_programs = programs;
     if (!m_programs.isEmpty() && indexOf(m_current) < 0)
         m_current = m_programs.first()->ref;

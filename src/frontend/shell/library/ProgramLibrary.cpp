@@ -14,16 +14,6 @@ namespace {
 constexpr int RetryMs = 500;
 constexpr int MostQuietRetries = 5;
 
-using Names = QHash<QString, NameSearch::Name>;
-
-Names readAll(const QVector<ProgramPtr>& programs) {
-    Names names;
-    names.reserve(programs.size());
-    for (const ProgramPtr& program : programs)
-        names.insert(program->name, NameSearch::Name(program->name));
-    return names;
-}
-
 }  // namespace
 
 ProgramLibrary::ProgramLibrary(QObject* parent) : QObject(parent) {
@@ -73,7 +63,7 @@ void ProgramLibrary::onReply(const BusResult& result) {
     }
     m_quietRetries = 0;
     m_programs.clear();
-    m_byName.clear();
+    m_indexValid = false;
     setState(State::Failed);
 }
 
@@ -82,7 +72,7 @@ void ProgramLibrary::takeList(const QVector<ProgramPtr>& programs) {
     m_asking = false;
     const auto missed = m_missed;
     m_missed.clear();
-    m_byName.clear();
+    m_indexValid = false;
     {
         const QSignalBlocker quiet(this);
         for (const auto& change : missed)
@@ -101,30 +91,43 @@ void ProgramLibrary::setState(State state) {
     Q_EMIT stateChanged();
 }
 
-void ProgramLibrary::readNames() {
-    inBackground(
-        this, [programs = m_programs] { return readAll(programs); },
-        [this](const Names& names) { m_names = names; });
+ProgramLibrary::Index ProgramLibrary::makeIndex(const QVector<ProgramPtr>& programs,
+                                                QHash<QString, NameSearch::Name> names) {
+    Index index;
+    index.entries.reserve(programs.size());
+    for (const ProgramPtr& program : programs) {
+        auto name = names.find(program->name);
+        if (name == names.end())
+            name = names.insert(program->name, NameSearch::Name(program->name));
+        index.entries.append({program, *name});
+    }
+    std::stable_sort(index.entries.begin(), index.entries.end(),
+                     [](const Entry& a, const Entry& b) { return a.program->name < b.program->name; });
+    index.names = names;
+    return index;
 }
 
-const NameSearch::Name& ProgramLibrary::searchName(const QString& name) {
-    auto found = m_names.find(name);
-    if (found == m_names.end())
-        found = m_names.insert(name, NameSearch::Name(name));
-    return *found;
+void ProgramLibrary::readNames() {
+    const QVector<ProgramPtr> programs = m_programs;
+    inBackground(
+        this, [programs, names = m_index.names] { return makeIndex(programs, names); },
+        [this, programs](const Index& index) {
+            // The names are of use whatever has changed meanwhile.
+            m_index = index;
+            m_indexValid = programs.constData() == m_programs.constData();
+        });
 }
 
 QVector<ProgramPtr> ProgramLibrary::search(const QString& keyword) {
-    if (m_byName.size() != m_programs.size()) {
-        m_byName = m_programs;
-        std::sort(m_byName.begin(), m_byName.end(),
-                  [](const ProgramPtr& a, const ProgramPtr& b) { return a->name < b->name; });
+    if (!m_indexValid) {
+        m_index = makeIndex(m_programs, m_index.names);
+        m_indexValid = true;
     }
     const NameSearch::Keyword wanted(keyword);
     QVector<ProgramPtr> found;
-    for (const ProgramPtr& program : qAsConst(m_byName)) {
-        if (wanted.matches(searchName(program->name)))
-            found << program;
+    for (const Entry& entry : qAsConst(m_index.entries)) {
+        if (wanted.matches(entry.name))
+            found << entry.program;
     }
     return found;
 }
@@ -147,7 +150,7 @@ void ProgramLibrary::apply(const std::function<void()>& change) {
 }
 
 void ProgramLibrary::changed() {
-    m_byName.clear();
+    m_indexValid = false;
     Q_EMIT listChanged();
 }
 
@@ -160,7 +163,7 @@ void ProgramLibrary::put(const ProgramRef& ref, const QJsonObject& record) {
     program->take(record);
     if (row >= 0 && program->name == oldName) {
         m_programs[row] = program;
-        m_byName.clear();
+        m_indexValid = false;
         Q_EMIT programChanged(program);
         return;
     }

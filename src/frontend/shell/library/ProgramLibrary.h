@@ -46,8 +46,17 @@ private:
     void onReply(const BusResult& result);
     void takeList(const QVector<ProgramPtr>& programs);
     void setState(State state);
+    /// What a search walks through, in the order of the names.
+    struct Entry {
+        ProgramPtr program;
+        NameSearch::Name name;
+    };
+    struct Index {
+        QVector<Entry> entries;
+        QHash<QString, NameSearch::Name> names;
+    };
+    static Index makeIndex(const QVector<ProgramPtr>& programs, QHash<QString, NameSearch::Name> names);
     void readNames();
-    const NameSearch::Name& searchName(const QString& name);
     int rowOf(const ProgramRef& ref) const;
     void put(const ProgramRef& ref, const QJsonObject& record);
     /// Now, and once more on top of a list that was made before it.
@@ -59,7 +68,7 @@ private:
     int m_quietRetries = 0;
     QTimer m_retry;
     QVector<ProgramPtr> m_programs;
-    QVector<ProgramPtr> m_byName;  ///< empty: to be made anew
+    Index m_index;
+    bool m_indexValid = false;
     QVector<std::function<void()>> m_missed;
-    QHash<QString, NameSearch::Name> m_names;
 };
