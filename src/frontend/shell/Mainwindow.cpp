@@ -9,10 +9,14 @@
 #include <QMimeData>
 #include <QTimer>
 #include <QUrl>
+#include <QtConcurrent>
 
 #include "core/base/BuildInfo.h"
 #include "fenk/Theme.h"
 #include "fenk/TitleBar.h"
+#include "launch/records/EventRecord.h"
+#include "launch/records/EventWriter.h"
+#include "probes/HardwareInfo.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/SearchWidget.h"
@@ -42,6 +46,9 @@ Mainwindow::Mainwindow()
     connect(Fenk::Theme::instance(), &Fenk::Theme::themeTypeChanged, this, &Mainwindow::themeChanged);
     themeChanged();
     m_searchWidget->setFocus();
+    QtConcurrent::run([now = QDateTime::currentDateTime()] {
+        EventWriter::instance().writeEvent(EventRecord::common(now, machineInfo(), EventRecord::StartTid));
+    });
 }
 
 void Mainwindow::themeChanged() {

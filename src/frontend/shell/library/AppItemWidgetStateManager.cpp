@@ -9,6 +9,7 @@
 #include "launch/LauncherExit.h"
 #include "launch/ProgramAppFixer.h"
 #include "launch/WineLauncher.h"
+#include "launch/records/AppBootingStateManager.h"
 #include "shell/library/AppItemWidget.h"
 
 AppItemWidgetStateManager::AppItemWidgetStateManager() {
@@ -76,10 +77,12 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     tell(ref.uuid, true);
     launcher->setCli(inTerminal);
     launcher->launchProgram(ref.uuid);
+    AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
 }
 
 void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
     qInfo() << "stop program" << ref.uuid << "of" << ref.bottle;
+    AppBootingStateManager::instance()->finishRecording(ref.uuid, false);
     BottleUtils::killProgram(ref.bottle, ref.uuid);
 }
 
@@ -92,6 +95,7 @@ void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const Pr
         setIdle(ref.uuid, sentence.isEmpty());
     if (!sentence.isEmpty()) {
         qWarning().noquote() << sentence;
+        AppBootingStateManager::instance()->finishRecording(ref.uuid, true);
         Q_EMIT startFailed(ref.uuid, sentence);
     }
 }

@@ -86,7 +86,7 @@ void LocalAppItemWidget::connectActions() {
     on(Action::RegistryEditor, [bottle] { BottleUtils::runCommand(bottle(), "regedit.exe"); });
     on(Action::ImportRegistry, [this] { BottleTasks::importRegistry(window(), ref().bottle); });
     on(Action::InternetSettings, &Self::onInternetOptActionTriggered);
-    on(Action::QuitAllApps, [bottle] { BottleUtils::killWineServer(bottle()); });
+    on(Action::QuitAllApps, [bottle] { BottleTasks::killWineServer(bottle()); });
     on(Action::PackagedApps, &Self::onCreatePackageTriggered);
     on(Action::DumpManifest, &Self::onDumpManifestActionTriggered);
     on(Action::CreateDesktopIcon, &Self::oncreateDesktopFileAction);
