@@ -187,9 +187,12 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), tile(6));
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
         QCOMPARE(QApplication::focusWidget(), tile(1999));
+        view()->slotAppRemoved("office", uuid(1999));
+        QTRY_VERIFY(tile(1998));
+        QTRY_COMPARE(QApplication::focusWidget(), tile(1998));
         QTRY_VERIFY2(tiles().size() < 60, "tiles out of sight are gone");
         QVERIFY(view()->shownGrid()->viewport()->rect().contains(
-            QRect(tile(1999)->mapTo(view()->shownGrid()->viewport(), QPoint()), tile(1999)->size())));
+            QRect(tile(1998)->mapTo(view()->shownGrid()->viewport(), QPoint()), tile(1998)->size())));
     }
 
     void menu_data() {

@@ -1,5 +1,6 @@
 #include "shell/library/LocalAppItemWidget.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -26,6 +27,11 @@ constexpr int NameTop = IconTop + Tokens::IconTile + 2;
 constexpr int StripTop = Tile.height() - Tokens::CompactHeight - 6;
 constexpr int DotSize = 10;
 constexpr int LongestTip = 512;
+
+QAccessibleInterface* accessibleOf(const QString& className, QObject* object) {
+    auto* item = className == QLatin1String("LocalAppItemWidget") ? qobject_cast<QWidget*>(object) : nullptr;
+    return item ? new QAccessibleWidget(item, QAccessible::ListItem) : nullptr;
+}
 
 }  // namespace
 
@@ -76,6 +82,8 @@ LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* paren
       m_name(new TileName(this)),
       m_stars(new StarRating(this)),
       m_options(new IconButton("fenk-more", tr("Options"), this, IconButton::Compact)) {
+    static const bool known = (QAccessible::installFactory(accessibleOf), true);
+    Q_UNUSED(known)
     setFixedSize(Tile);
     setFocusPolicy(Qt::ClickFocus);
     setRingRadius(this, Tokens::RadiusCard);

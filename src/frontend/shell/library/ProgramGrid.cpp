@@ -1,5 +1,6 @@
 #include "shell/library/ProgramGrid.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -53,10 +54,20 @@ QPoint ProgramGrid::placeOf(int index) const {
 void ProgramGrid::setPrograms(const QVector<ProgramPtr>& programs) {
     if (m_programs.size() == programs.size() && m_programs.constData() == programs.constData())
         return;
+    const int before = indexOf(m_current);
+    const LocalAppItemWidget* current = tile(m_current);
+    const bool focused =
+        current && (current->hasFocus() || current->isAncestorOf(QApplication::focusWidget()));
     m_programs = programs;
-    if (!m_programs.isEmpty() && indexOf(m_current) < 0)
-        m_current = m_programs.first()->ref;
+    const bool gone = indexOf(m_current) < 0;
+    if (gone && !m_programs.isEmpty())
+        m_current = m_programs[qBound(0, before, m_programs.size() - 1)]->ref;
     layOut();
+    if (LocalAppItemWidget* now = tile(m_current))
+        now->setTabStop(true);
+    // Whoever goes through the tiles by keyboard goes on from where a program was.
+    if (gone && focused)
+        focusCurrent();
 }
 
 void ProgramGrid::updateProgram(const ProgramPtr& program) {
