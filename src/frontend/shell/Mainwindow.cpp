@@ -108,7 +108,7 @@ void Mainwindow::keyPressEvent(QKeyEvent* event) {
     const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
     if (plain && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace())
         m_searchWidget->begin(text);
-    else if (event->matches(QKeySequence::Find))
+    else if (event->matches(QKeySequence::Find) || event->key() == Qt::Key_Up)
         m_searchWidget->setFocus(Qt::ShortcutFocusReason);
     else if (event->key() == Qt::Key_Escape)
         m_searchWidget->clear();

@@ -16,6 +16,12 @@ AppItemWidgetStateManager::AppItemWidgetStateManager() {
     BottlesConfig* service = BottlesConfig::instance();
     connect(service, &BottlesConfig::program_exited, this, &AppItemWidgetStateManager::onProgramExited);
     connect(service, &BottlesConfig::program_deleted, this, &AppItemWidgetStateManager::onProgramUuidDeleted);
+    connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
+            [this](const QString& uuid) {
+                const auto run = m_running.find(uuid);
+                if (run != m_running.end())
+                    run->isTimed = false;
+            });
 }
 
 void AppItemWidgetStateManager::startSetup(const QString& appId) {
@@ -82,7 +88,7 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
 
 void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
     qInfo() << "stop program" << ref.uuid << "of" << ref.bottle;
-    AppBootingStateManager::instance()->finishRecording(ref.uuid, false);
+    endTiming(ref.uuid, false);
     BottleUtils::killProgram(ref.bottle, ref.uuid);
 }
 
@@ -91,11 +97,13 @@ void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const Pr
     launcher->deleteLater();
     const bool current = m_running.value(ref.uuid).launcher == launcher;
     const QString sentence = LauncherExit::failure(exitCode, launcher->logPath(), name);
-    if (current)
+    if (current) {
+        if (!sentence.isEmpty())
+            endTiming(ref.uuid, true);
         setIdle(ref.uuid, sentence.isEmpty());
+    }
     if (!sentence.isEmpty()) {
         qWarning().noquote() << sentence;
-        AppBootingStateManager::instance()->finishRecording(ref.uuid, true);
         Q_EMIT startFailed(ref.uuid, sentence);
     }
 }
@@ -103,6 +111,14 @@ void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const Pr
 void AppItemWidgetStateManager::onProgramExited(const QString& uuid) {
     qInfo().noquote() << "program exited: " << uuid;
     setIdle(uuid, true);
+}
+
+void AppItemWidgetStateManager::endTiming(const QString& uuid, bool report) {
+    const auto run = m_running.find(uuid);
+    if (run == m_running.end() || !run->isTimed)
+        return;
+    run->isTimed = false;
+    AppBootingStateManager::instance()->finishRecording(uuid, report);
 }
 
 void AppItemWidgetStateManager::setIdle(const QString& uuid, bool lookForRepair) {

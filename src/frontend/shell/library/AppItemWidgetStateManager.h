@@ -51,11 +51,13 @@ private:
     struct Run {
         QString bottle;
         QPointer<WineLauncher> launcher;
+        bool isTimed = true;  ///< until its first window, or until that has taken too long
     };
 
     AppItemWidgetStateManager();
     void onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref, const QString& name, int exitCode);
     void onProgramExited(const QString& uuid);
+    void endTiming(const QString& uuid, bool report);
     void setIdle(const QString& uuid, bool lookForRepair);
     void tell(const QString& uuid, bool running);
 

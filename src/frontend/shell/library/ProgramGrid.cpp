@@ -212,7 +212,9 @@ void ProgramGrid::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Right:
             return moveTo(at + 1);
         case Qt::Key_Up:
-            return moveTo(at - count < 0 ? at : at - count);
+            if (at >= count)
+                return moveTo(at - count);
+            return event->ignore();  // on to what lies above
         case Qt::Key_Down:
             return moveTo(at + count);
         case Qt::Key_PageUp:
