@@ -54,7 +54,10 @@ ProgramIcons::ProgramIcons() : m_pictures(CacheBytes) {
 }
 
 QPixmap ProgramIcons::fallback(int edge) {
-    QPixmap picture(edge, edge);
+    QPixmap& picture = m_fallbacks[edge];
+    if (!picture.isNull())
+        return picture;
+    picture = QPixmap(edge, edge);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     Fenk::Theme::icon(ProgramRecord::iconFallback()).paint(&painter, picture.rect());
@@ -64,11 +67,8 @@ QPixmap ProgramIcons::fallback(int edge) {
 QPixmap ProgramIcons::picture(const QString& file, int edge) {
     if (const QPixmap* known = m_pictures.object(key(file, edge)))
         return *known;
-    if (!QDir::isAbsolutePath(file)) {
-        onRead(file, edge, {});
-        const QPixmap* made = m_pictures.object(key(file, edge));
-        return made ? *made : QPixmap();
-    }
+    if (!QDir::isAbsolutePath(file))
+        return fallback(edge);
     if (m_reading.contains(key(file, edge)))
         return {};
     m_reading.insert(key(file, edge));
@@ -91,7 +91,7 @@ void ProgramIcons::onRead(const QString& file, int edge, const QImage& image) {
 void ProgramIcons::forget(const QString& file) {
     const QList<QString> keys = m_pictures.keys();
     for (const QString& known : keys) {
-        if (known.endsWith(file))
+        if (known.midRef(known.indexOf('/')) == file)
             m_pictures.remove(known);
     }
 }

@@ -26,9 +26,10 @@ Q_SIGNALS:
 private:
     ProgramIcons();
     void onRead(const QString& file, int edge, const QImage& image);
-    static QPixmap fallback(int edge);
+    QPixmap fallback(int edge);
 
     QThreadPool m_readers;
     QSet<QString> m_reading;
     QCache<QString, QPixmap> m_pictures;  ///< costs in bytes
+    QHash<int, QPixmap> m_fallbacks;      ///< by edge
 };
