@@ -162,7 +162,7 @@ private Q_SLOTS:
         QTest::keyClick(m_window.get(), Qt::Key_W);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_X);
         QCOMPARE(m_window->findChild<Fenk::SearchEdit*>()->text(), QString("wx"));
-        QCOMPARE(shown(), QStringList({"Wax", "企业微信", "微信"}));
+        QTRY_COMPARE(shown(), QStringList({"Wax", "企业微信", "微信"}));
         view()->slotAppAdded("office", uuid(5), record("Wox"));
         QTRY_COMPARE(shown().size(), 4);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);

@@ -43,6 +43,7 @@ AppLocalView::AppLocalView(QWidget* parent)
     connect(&m_refresh, &QTimer::timeout, this, &AppLocalView::refresh);
     connect(m_library, &ProgramLibrary::stateChanged, this, &AppLocalView::refresh);
     connect(m_library, &ProgramLibrary::listChanged, &m_refresh, qOverload<>(&QTimer::start));
+    connect(m_library, &ProgramLibrary::searchable, &m_refresh, qOverload<>(&QTimer::start));
     connect(m_library, &ProgramLibrary::programChanged, this, &AppLocalView::onProgramChanged);
     auto* states = AppItemWidgetStateManager::instance();
     connect(states, &AppItemWidgetStateManager::startFailed, this,
@@ -134,6 +135,8 @@ void AppLocalView::refresh() {
         page = state == ProgramLibrary::State::Failed ? static_cast<QWidget*>(m_failed) : m_loading;
     } else if (programs.isEmpty()) {
         page = m_empty;
+    } else if (!m_keyword.isEmpty() && !m_library->isSearchable()) {
+        return;  // searchable() comes soon
     } else if (!m_keyword.isEmpty()) {
         m_found->setPrograms(m_library->search(m_keyword));
         page = m_found;

@@ -78,6 +78,7 @@ void ProgramLibrary::takeList(const QVector<ProgramPtr>& programs) {
         for (const auto& change : missed)
             change();
     }
+    m_readingNames = m_index.names.isEmpty();
     setState(State::Ready);
     Q_EMIT listChanged();
     // Later than the first picture.
@@ -115,6 +116,8 @@ void ProgramLibrary::readNames() {
             // The names are of use whatever has changed meanwhile.
             m_index = index;
             m_indexValid = programs.constData() == m_programs.constData();
+            m_readingNames = false;
+            Q_EMIT searchable();
         });
 }
 

@@ -26,6 +26,8 @@ public:
     /// Empty unless Ready.
     const QVector<ProgramPtr>& programs() const { return m_programs; }
     ProgramPtr find(const ProgramRef& ref) const;
+    /// False for a moment after a list has come, while the readings of its names are looked up.
+    bool isSearchable() const { return !m_readingNames; }
     /// In the order of their names.
     QVector<ProgramPtr> search(const QString& keyword);
 
@@ -39,6 +41,7 @@ public:
 
 Q_SIGNALS:
     void stateChanged();
+    void searchable();
     void listChanged();                              ///< other programs, or another order
     void programChanged(const ProgramPtr& program);  ///< the same one, with other contents
 
@@ -70,5 +73,6 @@ private:
     QVector<ProgramPtr> m_programs;
     Index m_index;
     bool m_indexValid = false;
+    bool m_readingNames = false;  ///< of the first list
     QVector<std::function<void()>> m_missed;
 };
