@@ -367,7 +367,6 @@ private Q_SLOTS:
 int main(int argc, char** argv) {
     // The application asks for the bus when it is made.
     const TestSupport::PrivateBus bus;
-    QLocale::setDefault(QLocale(QLocale::English));
     Fenk::Application app(argc, argv);
     TestLibrary test;
     return QTest::qExec(&test, argc, argv);

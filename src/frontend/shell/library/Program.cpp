@@ -14,7 +14,9 @@ constexpr int LongestName = 256;
 constexpr int MostStars = 5;
 
 QCollator collator() {
-    QCollator result;
+    // The C locale knows no order but that of the bytes.
+    const bool isC = QLocale().language() == QLocale::C;
+    QCollator result(isC ? QLocale(QLocale::English) : QLocale());
     result.setNumericMode(true);
     result.setCaseSensitivity(Qt::CaseInsensitive);
     return result;
