@@ -71,14 +71,11 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     m_running.insert(ref.uuid, {ref.bottle, launcher});
     const QString name = program.name;
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            [this, launcher, ref, name](int code, QProcess::ExitStatus status) {
-                onLauncherEnded(launcher, ref, name,
-                                status == QProcess::NormalExit ? code : LauncherExit::NotStarted);
-            });
+            [this, launcher, ref, name] { onLauncherEnded(launcher, ref, name); });
     connect(launcher, &QProcess::errorOccurred, this,
             [this, launcher, ref, name](QProcess::ProcessError error) {
                 if (error == QProcess::FailedToStart)
-                    onLauncherEnded(launcher, ref, name, LauncherExit::NotStarted);
+                    onLauncherEnded(launcher, ref, name);
             });
     tell(ref.uuid, true);
     launcher->setCli(inTerminal);
@@ -93,10 +90,10 @@ void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
 }
 
 void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref,
-                                                const QString& name, int exitCode) {
+                                                const QString& name) {
     launcher->deleteLater();
     const bool current = m_running.value(ref.uuid).launcher == launcher;
-    const QString sentence = LauncherExit::failure(exitCode, launcher->logPath(), name);
+    const QString sentence = LauncherExit::failure(launcher->logPath(), name);
     if (current) {
         if (!sentence.isEmpty())
             endTiming(ref.uuid, true);

@@ -55,7 +55,7 @@ private:
     };
 
     AppItemWidgetStateManager();
-    void onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref, const QString& name, int exitCode);
+    void onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref, const QString& name);
     void onProgramExited(const QString& uuid);
     void endTiming(const QString& uuid, bool report);
     void setIdle(const QString& uuid, bool lookForRepair);
