@@ -2,25 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
-    <name>ApplicationWindows</name>
-    <message>
-        <source>Not in this version</source>
-        <translation>此版本暂无此功能</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation>关闭</translation>
-    </message>
-    <message>
-        <source>This version of Cellarix has no window yet to configure a bottle.</source>
-        <translation>此版本的 Cellarix 还没有容器配置窗口。</translation>
-    </message>
-    <message>
-        <source>This version of Cellarix cannot send feedback yet.</source>
-        <translation>此版本的 Cellarix 暂不能发送反馈。</translation>
-    </message>
-</context>
-<context>
     <name>AppItemWidget</name>
     <message>
         <source>Run %1</source>
@@ -29,6 +10,13 @@
     <message>
         <source>Quit %1</source>
         <translation>退出%1</translation>
+    </message>
+</context>
+<context>
+    <name>AppItemWidgetStateManager</name>
+    <message>
+        <source>The launch script cannot be run. Please install Cellarix again.</source>
+        <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
     </message>
 </context>
 <context>
@@ -83,6 +71,25 @@
     <message>
         <source>Windows Application Programs (*.exe *.msi *.bat)</source>
         <translation>Windows 应用程序 (*.exe *.msi *.bat)</translation>
+    </message>
+</context>
+<context>
+    <name>ApplicationWindows</name>
+    <message>
+        <source>Not in this version</source>
+        <translation>此版本暂无此功能</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>This version of Cellarix has no window yet to configure a bottle.</source>
+        <translation>此版本的 Cellarix 还没有容器配置窗口。</translation>
+    </message>
+    <message>
+        <source>This version of Cellarix cannot send feedback yet.</source>
+        <translation>此版本的 Cellarix 暂不能发送反馈。</translation>
     </message>
 </context>
 <context>
@@ -879,7 +886,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Feedback</source>
-        <translation type="vanished">反馈</translation>
+        <translation>反馈</translation>
     </message>
     <message>
         <source>Forums</source>

@@ -241,8 +241,9 @@ private Q_SLOTS:
         QVERIFY(m_windows.waitForTitle("Cellarix", LaunchMs).id);
         app.signal(number);
         QCOMPARE(app.waitForExit(), 0);
-        const QString lastLine = applicationLog().trimmed().section('\n', -1);
-        QVERIFY2(lastLine.contains(QString("ending on signal %1").arg(number)), qPrintable(lastLine));
+        // Work in the background may have the last word.
+        const QString lastLines = applicationLog().trimmed().section('\n', -3);
+        QVERIFY2(lastLines.contains(QString("ending on signal %1").arg(number)), qPrintable(lastLines));
     }
 
     void twentyStartsAtOnce() {

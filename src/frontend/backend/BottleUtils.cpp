@@ -80,7 +80,11 @@ void BottleUtils::openProgramFolder(const QString& bottle, const QString& progra
         warnNotInBottle(bottle, programId);
         return;
     }
-    DesktopUtils::openLocal(unixPath(record, ProgramRecord::folder(program)));
+    const QString folder = unixPath(record, ProgramRecord::folder(program));
+    if (QFileInfo(folder).isFile())  // which would be run or opened by what the desktop has for it
+        qWarning().noquote() << "not a folder:" << folder;
+    else
+        DesktopUtils::openLocal(folder);
 }
 
 void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) {

@@ -26,7 +26,7 @@ WineLauncher* oneTimeLauncher(QWidget* parent, const QString& bottle) {
 
 }  // namespace
 
-void importRegistry(QWidget* parent, const QString& bottle) {
+void importRegistry(QWidget* parent, QString bottle) {
     const QString file = QFileDialog::getOpenFileName(
         parent, QString(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
         QCoreApplication::translate("BottleTasks", "Import registry files (*.reg)"));
@@ -36,7 +36,7 @@ void importRegistry(QWidget* parent, const QString& bottle) {
         qWarning() << "Windows knows no file name with quotes:" << file;
         return;
     }
-    oneTimeLauncher(parent, bottle)
+    oneTimeLauncher(nullptr, bottle)
         ->launchCommand("regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"");
 }
 

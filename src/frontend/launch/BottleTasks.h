@@ -8,7 +8,7 @@ class QWidget;
 namespace BottleTasks {
 
 /// Asks for a .reg file and imports it into the bottle.
-void importRegistry(QWidget* parent, const QString& bottle);
+void importRegistry(QWidget* parent, QString bottle);
 /// Windows' own settings of the net.
 void openInternetOptions(QWidget* parent, const QString& bottle);
 

@@ -25,6 +25,8 @@ void IndexView::buildPages() {
     connect(m_search, &SearchWidget::textChanged, m_local, &AppLocalView::search);
     connect(m_search, &SearchWidget::leaveForResults, m_local, &AppLocalView::focusPrograms);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);
+    if (!m_search->text().isEmpty())
+        m_local->search(m_search->text());  // typed before there was a page
 }
 
 void IndexView::choosePage(SidebarView::Group group) {

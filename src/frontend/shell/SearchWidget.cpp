@@ -25,6 +25,10 @@ SearchWidget::SearchWidget(QWidget* parent) : QWidget(parent), m_edit(new Fenk::
     connect(m_edit, &QLineEdit::textChanged, this, &SearchWidget::textChanged);
 }
 
+QString SearchWidget::text() const {
+    return m_edit->text();
+}
+
 void SearchWidget::clear() {
     m_edit->clear();
 }

@@ -12,6 +12,7 @@ class SearchWidget : public QWidget {
 public:
     explicit SearchWidget(QWidget* parent = nullptr);
 
+    QString text() const;
     void clear();
     /// The first letter of a search that was begun anywhere in the window.
     void begin(const QString& letter);

@@ -94,6 +94,9 @@ class TestLibrary : public QObject {
     }
 
 private Q_SLOTS:
+    // The tests click as fast as they can.
+    void initTestCase() { QApplication::setDoubleClickInterval(0); }
+
     void init() {
         Fenk::Theme::instance()->setAnimationsEnabled(false);
         m_service = std::make_unique<TestSupport::FakeBottleService>();

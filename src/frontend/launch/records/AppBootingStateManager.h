@@ -23,6 +23,7 @@ public:
     /// Ends a watch without a window. Returns its seconds, or a negative number for a program that is not
     /// watched; with `report` the start is told and recorded as failed.
     float finishRecording(const QString& programId, bool report);
+    bool isRecording(const QString& programId) const { return m_recordingList.contains(programId); }
     /// Forgets all watches of a bottle whose programs are being ended.
     void cancelBottle(const QString& bottleName);
     /// The end of a watch by a window, or in time. A program that is not watched leaves a warning.

@@ -85,7 +85,7 @@ QJsonObject RunEvent::build(const QString& bottleName, const QString& programId,
     if (repaired)
         record["fixed_deps"] = bottle.value("Installed_Dependencies").toArray();
 
-    if (!path.isEmpty())
+    if (!path.isEmpty() && BottleRecord::programs(bottle).contains(programId))
         cache.setEntry(programId, program);
     return record;
 }

@@ -1,11 +1,17 @@
 #include "shell/library/AppItemWidget.h"
 
+#include <QApplication>
+
 #include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/RunStateButton.h"
 
 AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
     : QWidget(parent), m_program(program), m_runButton(new RunStateButton(this)) {
     connect(m_runButton, &QPushButton::clicked, this, [this] {
+        // The second half of a double click would undo the first.
+        if (m_sinceClick.isValid() && m_sinceClick.elapsed() < QApplication::doubleClickInterval())
+            return;
+        m_sinceClick.start();
         if (isRunning())
             onStopButtonClicked();
         else

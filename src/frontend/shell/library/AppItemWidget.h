@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QWidget>
 
 #include "shell/library/Program.h"
@@ -31,4 +32,5 @@ protected:
 
 private:
     RunStateButton* m_runButton;
+    QElapsedTimer m_sinceClick;
 };

@@ -57,8 +57,10 @@ void AppItemWidgetStateManager::watchCard(const QString& uuid, const QModelIndex
 
 void AppItemWidgetStateManager::onProgramUuidDeleted(const QString& bottlesName, const QString& programUuid) {
     const auto run = m_running.constFind(programUuid);
-    if (run != m_running.constEnd() && run->bottle == bottlesName)
+    if (run != m_running.constEnd() && run->bottle == bottlesName) {
+        endTiming(programUuid, false);
         setIdle(programUuid, false);
+    }
     m_cards.remove(programUuid);
 }
 
@@ -71,29 +73,34 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     m_running.insert(ref.uuid, {ref.bottle, launcher});
     const QString name = program.name;
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            [this, launcher, ref, name] { onLauncherEnded(launcher, ref, name); });
+            [this, launcher, ref, name] {
+                onLauncherEnded(launcher, ref, LauncherExit::failure(launcher->logPath(), name));
+            });
     connect(launcher, &QProcess::errorOccurred, this,
             [this, launcher, ref, name](QProcess::ProcessError error) {
                 if (error == QProcess::FailedToStart)
-                    onLauncherEnded(launcher, ref, name);
+                    onLauncherEnded(launcher, ref,
+                                    tr("The launch script cannot be run. Please install Cellarix again."));
             });
     tell(ref.uuid, true);
     launcher->setCli(inTerminal);
     launcher->launchProgram(ref.uuid);
-    AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
+    if (isRunning(ref.uuid))
+        AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
 }
 
 void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
     qInfo() << "stop program" << ref.uuid << "of" << ref.bottle;
     endTiming(ref.uuid, false);
-    BottleUtils::killProgram(ref.bottle, ref.uuid);
+    // A copied bottle has programs with the same ids.
+    const auto run = m_running.constFind(ref.uuid);
+    BottleUtils::killProgram(run == m_running.constEnd() ? ref.bottle : run->bottle, ref.uuid);
 }
 
 void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref,
-                                                const QString& name) {
+                                                const QString& sentence) {
     launcher->deleteLater();
     const bool current = m_running.value(ref.uuid).launcher == launcher;
-    const QString sentence = LauncherExit::failure(launcher->logPath(), name);
     if (current) {
         if (!sentence.isEmpty())
             endTiming(ref.uuid, true);
@@ -115,7 +122,8 @@ void AppItemWidgetStateManager::endTiming(const QString& uuid, bool report) {
     if (run == m_running.end() || !run->isTimed)
         return;
     run->isTimed = false;
-    AppBootingStateManager::instance()->finishRecording(uuid, report);
+    if (AppBootingStateManager::instance()->isRecording(uuid))
+        AppBootingStateManager::instance()->finishRecording(uuid, report);
 }
 
 void AppItemWidgetStateManager::setIdle(const QString& uuid, bool lookForRepair) {

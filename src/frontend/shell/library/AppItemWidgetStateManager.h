@@ -55,7 +55,8 @@ private:
     };
 
     AppItemWidgetStateManager();
-    void onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref, const QString& name);
+    /// `sentence` says why the program was never reached; empty when it was.
+    void onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref, const QString& sentence);
     void onProgramExited(const QString& uuid);
     void endTiming(const QString& uuid, bool report);
     void setIdle(const QString& uuid, bool lookForRepair);

@@ -122,24 +122,30 @@ void LocalAppItemWidget::onBtnOptionClicked() {
         fillMenu();
     m_facts = ProgramMenu::Facts::of(ref().bottle, ref().uuid, {});
     m_unknownFacts = 2;
-    const auto known = [this] {
-        if (m_unknownFacts > 0 && --m_unknownFacts == 0)
+    const int opening = ++m_opening;  // late answers are none of the next one
+    const auto isWaiting = [this, opening] { return opening == m_opening && m_unknownFacts > 0; };
+    const auto known = [this, isWaiting] {
+        if (isWaiting() && --m_unknownFacts == 0)
             openMenu();
     };
     BottlesConfig* service = BottlesConfig::instance();
-    service->watchBottle(ref().bottle, this, [this, known](const BusResult& result) {
+    service->watchBottle(ref().bottle, this, [this, known, isWaiting](const BusResult& result) {
+        if (!isWaiting())
+            return;
         const EmulatorsInfo emulators = m_facts.emulators;
         m_facts = ProgramMenu::Facts::of(ref().bottle, ref().uuid, result.object());
         m_facts.emulators = emulators;
         known();
     });
-    service->watchEmulators(ref().bottle, this, [this, known](const BusResult& result) {
+    service->watchEmulators(ref().bottle, this, [this, known, isWaiting](const BusResult& result) {
+        if (!isWaiting())
+            return;
         m_facts.emulators = EmulatorsInfo::fromObject(result.object());
         known();
     });
     // A service at work answers later; most entries do without it.
-    QTimer::singleShot(LongestWaitMs, this, [this] {
-        if (m_unknownFacts == 0)
+    QTimer::singleShot(LongestWaitMs, this, [this, isWaiting] {
+        if (!isWaiting())
             return;
         m_unknownFacts = 0;
         openMenu();
@@ -147,6 +153,8 @@ void LocalAppItemWidget::onBtnOptionClicked() {
 }
 
 void LocalAppItemWidget::openMenu() {
+    if (!isVisible())
+        return;
     for (int i = 0; i < ProgramMenu::ActionCount; ++i) {
         const auto which = Action(i);
         QAction* entry = action(which);
@@ -156,6 +164,8 @@ void LocalAppItemWidget::openMenu() {
         entry->setToolTip(entry->isEnabled() ? QString() : tr("Not in this version yet"));
     }
     action(Action::OpenInTerminal)->setEnabled(!isRunning());
+    // Without knowing whether the bottle would go with it nobody can be asked.
+    action(Action::Remove)->setEnabled(m_facts.programCount.has_value());
     action(Action::Remove)->setText(ProgramMenu::removesBottle(m_facts) ? tr("Uninstall") : tr("Delete"));
     fillTranslators();
     m_menu->popup(m_menuPlace.isNull()

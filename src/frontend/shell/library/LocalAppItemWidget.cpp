@@ -208,8 +208,9 @@ void LocalAppItemWidget::paintEvent(QPaintEvent*) {
                Paint::color(Theme::Border));
 }
 
-void LocalAppItemWidget::mouseDoubleClickEvent(QMouseEvent*) {
-    onStartButtonClicked(false);
+void LocalAppItemWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        onStartButtonClicked(false);
 }
 
 void LocalAppItemWidget::keyPressEvent(QKeyEvent* event) {

@@ -82,6 +82,7 @@ private:
     QPoint m_menuPlace;
     ProgramMenu::Facts m_facts;
     int m_unknownFacts = 0;  ///< answers that the menu waits for
+    int m_opening = 0;       ///< of the menu, by number
     QVariantAnimation m_raise;
     bool m_active = false;
 };

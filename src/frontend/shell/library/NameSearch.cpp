@@ -1,6 +1,7 @@
 #include "shell/library/NameSearch.h"
 
 #include <QDebug>
+#include <QLoggingCategory>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -65,11 +66,12 @@ Keyword::Keyword(const QString& text) : m_pinyin(pinyinList(text)) {
             m_ideographs << QString(character);
     }
     qDebug() << "org keyword " << text << " pinyin keyword " << m_pinyin;
-    qDebug() << "pattern " << m_ideographs;
     m_pinyin = folded(m_pinyin);
 }
 
 bool Keyword::matches(const Name& name) const {
+    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+        qDebug() << "pattern " << m_ideographs.join(".*") << " strSource " << name.folded;
     return inOrder(m_ideographs, name.folded) && inOrder(m_pinyin, name.pinyin);
 }
 

@@ -186,8 +186,13 @@ void ProgramLibrary::programAdded(const ProgramRef& ref, const QString& record) 
     apply([this, ref, object] { put(ref, object); });
 }
 
+/// One that has gone does not come back by it.
 void ProgramLibrary::programUpdated(const ProgramRef& ref, const QString& record) {
-    programAdded(ref, record);
+    const QJsonObject object = ProgramRecord::fromText(record);
+    apply([this, ref, object] {
+        if (!object.isEmpty() && rowOf(ref) >= 0)
+            put(ref, object);
+    });
 }
 
 void ProgramLibrary::programRemoved(const ProgramRef& ref) {

@@ -1,12 +1,12 @@
 #include "shell/library/ProgramMenu.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QRegularExpression>
 
 #include "backend/BottleRecord.h"
 #include "backend/DesktopUtils.h"
+#include "core/base/RegularFile.h"
 
 namespace ProgramMenu {
 
@@ -15,8 +15,8 @@ namespace {
 constexpr qint64 MostAssociationBytes = 4 * 1024 * 1024;
 
 bool hasAssociations(const QString& bottlePath) {
-    QFile file(bottlePath + "/assosiate.json");
-    if (bottlePath.isEmpty() || !QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
+    QFile file;
+    if (bottlePath.isEmpty() || !RegularFile::open(file, bottlePath + "/assosiate.json"))
         return false;
     return !QJsonDocument::fromJson(file.read(MostAssociationBytes)).object().isEmpty();
 }
@@ -32,7 +32,8 @@ Facts Facts::of(const QString& bottle, const QString& programId, const QJsonObje
     Facts facts;
     facts.bottle = bottle;
     facts.runner = BottleRecord::runner(bottleRecord);
-    facts.programCount = BottleRecord::programs(bottleRecord).size();
+    if (BottleRecord::hasPrograms(bottleRecord))
+        facts.programCount = BottleRecord::programs(bottleRecord).size();
     facts.hasShortcut = DesktopUtils::hasDesktopShortcut(programId);
     facts.hasAssociations = ProgramMenu::hasAssociations(BottleRecord::path(bottleRecord));
     return facts;

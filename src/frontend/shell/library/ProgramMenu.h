@@ -3,6 +3,7 @@
 #include <QJsonObject>
 #include <QString>
 #include <QVector>
+#include <optional>
 
 #include "backend/EmulatorsInfo.h"
 
@@ -33,7 +34,7 @@ constexpr int ActionCount = int(Action::Remove) + 1;
 struct Facts {
     QString bottle;
     QString runner;
-    int programCount = 0;  ///< in the bottle
+    std::optional<int> programCount;  ///< in the bottle; nothing while that is not known
     bool hasShortcut = false;
     bool hasAssociations = false;
     EmulatorsInfo emulators;

@@ -44,10 +44,11 @@ void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over
         dialog->addButton(withBottle ? Question::tr("Confirm Uninstall") : Question::tr("Confirm Delete"),
                           false, Fenk::Dialog::ButtonWarning);
     const ProgramRef ref = program.ref;
-    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog, [ref, confirm](int index) {
+    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog, [ref, confirm, withBottle](int index) {
         // The calls wait for the service.
         if (index == confirm)
-            QtConcurrent::run([ref] { BottleUtils::deleteEntry(ref.bottle, ref.uuid, true); });
+            QtConcurrent::run(
+                [ref, withBottle] { BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle); });
     });
     dialog->open();
 }
