@@ -133,8 +133,9 @@ void CellarixApplication::openChosenFile(const QString& path) {
 }
 
 void CellarixApplication::openExe(const QString& path, bool debug) {
-    const QString key = privateBottleNameOf(path);
-    if (ExeFileRunner* running = m_runners.value(key)) {
+    // The key takes the time to read the file.
+    if (const ExeFileRunner* running =
+            m_runners.isEmpty() ? nullptr : m_runners.value(privateBottleNameOf(path))) {
         showAlreadyRunning(running->displayName());
         return;
     }
