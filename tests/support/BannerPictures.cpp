@@ -1,50 +1,21 @@
 // Pictures of the launch's windows with sample data: banner-pictures STATE [--theme light|dark] --screenshot
 // FILE In Chinese where LANG says so. A new state is a line in the table below.
-#include <QCommandLineParser>
-#include <QElapsedTimer>
-#include <QPainter>
+#include <QCoreApplication>
 #include <QPushButton>
-#include <QTextStream>
 
-#include "fenk/Application.h"
 #include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WindowPlatform.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RunningLogsDialog.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/environment/BottleEnvScript.h"
 #include "launch/environment/EnvInitBanner.h"
+#include "support/Pictures.h"
 
 using namespace Fenk;
+using namespace TestSupport;
 
 namespace {
-
-/// The windows as they lie over each other, the lowest first, with a strip of what is behind them.
-QImage picture(const QList<QWidget*>& windows) {
-    QRect all;
-    for (QWidget* window : windows) {
-        window->show();
-        QElapsedTimer settled;
-        settled.start();
-        while (settled.elapsed() < Tokens::FadeMs)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        all |= window->geometry();
-    }
-    all.adjust(-Tokens::Space32, -Tokens::Space32, Tokens::Space32, Tokens::Space32);
-    const qreal ratio = windows.first()->devicePixelRatioF();
-    QImage result(all.size() * ratio, QImage::Format_ARGB32_Premultiplied);
-    result.setDevicePixelRatio(ratio);
-    result.fill(Theme::instance()->color(Theme::Sunken));
-    QPainter painter(&result);
-    painter.fillRect(QRect(0, 0, all.width() / 2, all.height()), Theme::instance()->color(Theme::AccentSoft));
-    for (QWidget* window : windows)
-        painter.drawPixmap(window->pos() - all.topLeft(), window->grab());
-    painter.end();
-    result.setDevicePixelRatio(1);
-    return result;
-}
 
 struct Banner : WineExeLaunchBanner {
     explicit Banner(const QString& name = "Harbour Office") {
@@ -112,10 +83,7 @@ QImage environment(const QString& state) {
     return picture({&banner});
 }
 
-const struct {
-    const char* name;
-    QImage (*paint)();
-} States[] = {
+const QVector<PictureState> States = {
     {"running", running},
     {"failed-repair", [] { return failed(true, true); }},
     {"failed", [] { return failed(true, false); }},
@@ -128,37 +96,8 @@ const struct {
     {"env-failed", [] { return environment("failed"); }},
 };
 
-int fail(const QString& sentence) {
-    QTextStream(stderr) << sentence << '\n';
-    return 1;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    Application application(argc, argv);
-    QCoreApplication::setApplicationName("cellarix");
-    application.setTranslationsDir(BANNER_TRANSLATIONS);
-    application.loadTranslator();
-    Theme::addIconSearchPath(BANNER_ICONS);
-
-    QCommandLineParser options;
-    options.addHelpOption();
-    options.addPositionalArgument("STATE", "Which picture.");
-    options.addOptions({{"theme", "light or dark.", "theme", "light"},
-                        {"screenshot", "Where to write the picture.", "file"}});
-    options.process(application);
-    WindowPlatform::assumeCompositing(true);
-    Theme::instance()->setAnimationsEnabled(false);
-    Theme::instance()->setColorType(options.value("theme") == "dark" ? Theme::Dark : Theme::Light);
-    QStringList names;
-    for (const auto& state : States) {
-        names << state.name;
-        if (options.positionalArguments().value(0) == state.name)
-            return state.paint().save(options.value("screenshot"))
-                       ? 0
-                       : fail("The picture could not be written to " + options.value("screenshot"));
-    }
-    return fail("The states are " + names.join(", "));
+    return takePicture(argc, argv, States);
 }

@@ -2,21 +2,17 @@
 // In Chinese where LANG says so. Needs a session bus on which nobody is the bottle service yet. A new state
 // is a line in the table below.
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QMenu>
 #include <QPainter>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <functional>
 
-#include "fenk/Application.h"
 #include "fenk/SearchEdit.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
-#include "fenk/WindowPlatform.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
@@ -27,8 +23,10 @@
 #include "shell/library/ProgramLibrary.h"
 #include "shell/library/RemovalQuestion.h"
 #include "support/FakeBottleService.h"
+#include "support/Pictures.h"
 
 using namespace Fenk;
+using namespace TestSupport;
 
 namespace {
 
@@ -47,13 +45,6 @@ const char* const Names[] = {"Harbour Office",
                              "百度网盘",
                              "Tide Tables",
                              "Uplift"};
-
-void settle(int ms) {
-    QElapsedTimer time;
-    time.start();
-    while (time.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-}
 
 /// An icon as programs have them: a colour, a shape, a letter.
 QString drawIcon(const QString& directory, int number, const QString& name) {
@@ -107,7 +98,7 @@ QJsonArray programs(int count, const QString& directory) {
 }
 
 struct Scene {
-    TestSupport::FakeBottleService* service;
+    FakeBottleService* service;
     Mainwindow* window;
     AppLocalView* view() const { return window->indexView()->localView(); }
     LocalAppItemWidget* tile(int position) const {
@@ -123,22 +114,6 @@ struct Scene {
 };
 
 /// The windows as they lie over each other, the lowest first.
-QImage picture(const QList<QWidget*>& windows) {
-    QRect all;
-    for (QWidget* window : windows)
-        all |= window->geometry();
-    all.adjust(-Tokens::Space32, -Tokens::Space32, Tokens::Space32, Tokens::Space32);
-    QImage result(all.size() * windows.first()->devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied);
-    result.setDevicePixelRatio(windows.first()->devicePixelRatioF());
-    result.fill(Theme::instance()->color(Theme::Sunken));
-    QPainter painter(&result);
-    for (QWidget* window : windows)
-        painter.drawPixmap(window->pos() - all.topLeft(), window->grab());
-    painter.end();
-    result.setDevicePixelRatio(1);
-    return result;
-}
-
 QList<QWidget*> plain(const Scene& scene) {
     return {scene.window};
 }
@@ -207,11 +182,6 @@ const struct {
     {"error", -1, plain},
 };
 
-int fail(const QString& sentence) {
-    QTextStream(stderr) << sentence << '\n';
-    return 1;
-}
-
 bool waitUntilLoaded(const Scene& scene) {
     QElapsedTimer time;
     time.start();
@@ -223,54 +193,33 @@ bool waitUntilLoaded(const Scene& scene) {
     return false;
 }
 
+QImage paint(int programCount, const std::function<QList<QWidget*>(const Scene&)>& windows) {
+    const QTemporaryDir icons;
+    FakeBottleService service;
+    if (!service.start())
+        return {};
+    if (programCount < 0)
+        service.setError("listAllPrograms", "the disk is on fire");
+    else
+        service.setJson("listAllPrograms", programs(programCount, icons.path()));
+    service.setJson("Bottles.get", QJsonObject{{"Path", icons.path()},
+                                               {"Runner", "lumora-wine10-stable"},
+                                               {"External_Programs", QJsonObject{{"a", QJsonObject()}}}});
+    Mainwindow window;
+    window.show();
+    window.activateWindow();
+    const Scene scene{&service, &window};
+    if (!waitUntilLoaded(scene))
+        return {};
+    settle(600);
+    return picture(windows(scene));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    Application application(argc, argv);
-    QCoreApplication::setApplicationName("cellarix");
-    application.setTranslationsDir(LIBRARY_TRANSLATIONS);
-    application.loadTranslator();
-    Theme::addIconSearchPath(LIBRARY_ICONS);
-
-    QCommandLineParser options;
-    options.addHelpOption();
-    options.addPositionalArgument("STATE", "Which picture.");
-    options.addOptions({{"theme", "light or dark.", "theme", "light"},
-                        {"screenshot", "Where to write the picture.", "file"}});
-    options.process(application);
-    WindowPlatform::assumeCompositing(true);
-    Theme::instance()->setAnimationsEnabled(false);
-    Theme::instance()->setColorType(options.value("theme") == "dark" ? Theme::Dark : Theme::Light);
-
-    const QTemporaryDir icons;
-    QStringList names;
-    for (const auto& state : States) {
-        names << state.name;
-        if (options.positionalArguments().value(0) != state.name)
-            continue;
-        TestSupport::FakeBottleService service;
-        if (!service.start())
-            return fail("The stand-in service did not start");
-        if (state.programs < 0)
-            service.setError("listAllPrograms", "the disk is on fire");
-        else
-            service.setJson("listAllPrograms", programs(state.programs, icons.path()));
-        service.setBottle("office", {{"Path", icons.path()},
-                                     {"Runner", "lumora-wine10-stable"},
-                                     {"External_Programs", QJsonObject{{"a", QJsonObject()}}}});
-        Mainwindow window;
-        window.show();
-        window.activateWindow();
-        const Scene scene{&service, &window};
-        if (!waitUntilLoaded(scene))
-            return fail("The library did not load");
-        settle(600);
-        const QList<QWidget*> windows = state.windows(scene);
-        return picture(windows).save(options.value("screenshot"))
-                   ? 0
-                   : fail("The picture could not be written to " + options.value("screenshot"));
-    }
-    return fail("The states are " + names.join(", "));
+    QVector<PictureState> states;
+    for (const auto& state : States)
+        states.append({state.name, [&state] { return paint(state.programs, state.windows); }});
+    return takePicture(argc, argv, states);
 }

@@ -1,0 +1,86 @@
+#include "support/Pictures.h"
+
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QTextStream>
+#include <QWidget>
+
+#include "fenk/Application.h"
+#include "fenk/Theme.h"
+#include "fenk/Tokens.h"
+#include "fenk/WindowPlatform.h"
+
+using namespace Fenk;
+
+namespace TestSupport {
+
+namespace {
+
+int fail(const QString& sentence) {
+    QTextStream(stderr) << sentence << '\n';
+    return 1;
+}
+
+}  // namespace
+
+void settle(int ms) {
+    QElapsedTimer settled;
+    settled.start();
+    while (settled.elapsed() < ms)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+}
+
+QImage picture(const QList<QWidget*>& windows) {
+    QRect all;
+    for (QWidget* window : windows) {
+        if (!window->isVisible()) {
+            window->show();
+            settle(Tokens::FadeMs);
+        }
+        all |= window->geometry();
+    }
+    all.adjust(-Tokens::Space32, -Tokens::Space32, Tokens::Space32, Tokens::Space32);
+    const qreal ratio = windows.first()->devicePixelRatioF();
+    QImage result(all.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    result.setDevicePixelRatio(ratio);
+    result.fill(Theme::instance()->color(Theme::Sunken));
+    QPainter painter(&result);
+    painter.fillRect(QRect(0, 0, all.width() / 2, all.height()), Theme::instance()->color(Theme::AccentSoft));
+    for (QWidget* window : windows)
+        painter.drawPixmap(window->pos() - all.topLeft(), window->grab());
+    painter.end();
+    result.setDevicePixelRatio(1);
+    return result;
+}
+
+int takePicture(int argc, char** argv, const QVector<PictureState>& states) {
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    Application application(argc, argv);
+    QCoreApplication::setApplicationName("cellarix");
+    application.setTranslationsDir(PICTURE_TRANSLATIONS);
+    application.loadTranslator();
+    Theme::addIconSearchPath(PICTURE_ICONS);
+
+    QCommandLineParser options;
+    options.addHelpOption();
+    options.addPositionalArgument("STATE", "Which picture.");
+    options.addOptions({{"theme", "light or dark.", "theme", "light"},
+                        {"screenshot", "Where to write the picture.", "file"}});
+    options.process(application);
+    WindowPlatform::assumeCompositing(true);
+    Theme::instance()->setAnimationsEnabled(false);
+    Theme::instance()->setColorType(options.value("theme") == "dark" ? Theme::Dark : Theme::Light);
+    QStringList names;
+    for (const PictureState& state : states) {
+        names << state.name;
+        if (options.positionalArguments().value(0) == state.name)
+            return state.paint().save(options.value("screenshot"))
+                       ? 0
+                       : fail("The picture could not be written to " + options.value("screenshot"));
+    }
+    return fail("The states are " + names.join(", "));
+}
+
+}  // namespace TestSupport
