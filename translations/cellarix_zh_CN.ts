@@ -670,6 +670,10 @@ please wait for the component download to complete!</source>
         <source>No icon of %1 could be put on the desktop.</source>
         <translation>无法将“%1”的图标放到桌面。</translation>
     </message>
+    <message>
+        <source>The rating of %1 could not be kept.</source>
+        <translation>未能保存对“%1”的评分。</translation>
+    </message>
 </context>
 <context>
     <name>LogsWidget</name>
@@ -800,6 +804,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Confirm Delete</source>
         <translation>确认删除</translation>
+    </message>
+    <message>
+        <source>%1 could not be removed. It is still there.</source>
+        <translation>未能移除“%1”，它仍保留在原处。</translation>
     </message>
 </context>
 <context>

@@ -65,26 +65,27 @@ void BottleUtils::killProgram(const QString& bottle, const QString& programId) {
 }
 
 void BottleUtils::openDriveC(const QString& bottle) {
-    const QString path = bottlePath(bottle);
-    if (path.isEmpty()) {
-        qWarning().noquote() << "no directory of bottle" << bottle << "to open";
-        return;
-    }
-    DesktopUtils::openLocal(path + "/drive_c");
+    service().watchBottle(bottle, &service(), [bottle](const BusResult& result) {
+        const QString path = BottleRecord::path(result.object());
+        if (path.isEmpty())
+            qWarning().noquote() << "no directory of bottle" << bottle << "to open";
+        else
+            DesktopUtils::openLocal(path + "/drive_c");
+    });
 }
 
 void BottleUtils::openProgramFolder(const QString& bottle, const QString& programId) {
-    const QJsonObject record = service().get(bottle);
-    const QJsonObject program = BottleRecord::programs(record).value(programId).toObject();
-    if (program.isEmpty()) {
-        warnNotInBottle(bottle, programId);
-        return;
-    }
-    const QString folder = unixPath(record, ProgramRecord::folder(program));
-    if (QFileInfo(folder).isFile())  // which would be run or opened by what the desktop has for it
-        qWarning().noquote() << "not a folder:" << folder;
-    else
-        DesktopUtils::openLocal(folder);
+    service().watchBottle(bottle, &service(), [bottle, programId](const BusResult& result) {
+        const QJsonObject record = result.object();
+        const QJsonObject program = BottleRecord::programs(record).value(programId).toObject();
+        const QString folder = unixPath(record, ProgramRecord::folder(program));
+        if (program.isEmpty())
+            warnNotInBottle(bottle, programId);
+        else if (QFileInfo(folder).isFile())  // which would be run or opened by what the desktop has for it
+            qWarning().noquote() << "not a folder:" << folder;
+        else
+            DesktopUtils::openLocal(folder);
+    });
 }
 
 void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) {
@@ -92,20 +93,21 @@ void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) 
     service().runCommand(bottle, commandLine);
 }
 
-void BottleUtils::deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle) {
+bool BottleUtils::deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle) {
     qInfo().noquote() << "deleteAppEntry: " << bottle << programId;
     const BusResult removed = service().removeExternalProgram(bottle, programId);
     if (!removed.ok) {
         qWarning().noquote() << "can't remove" << programId << "from" << bottle << removed.errorMessage;
-        return;
+        return false;
     }
     if (!deleteEmptyBottle)
-        return;
+        return true;
     const QJsonObject record = service().get(bottle);
     if (BottleRecord::hasPrograms(record) && BottleRecord::programs(record).isEmpty()) {
         qInfo().noquote().nospace() << "delete bottles: " << bottle;
         service().deleteBottle(bottle);
     }
+    return true;
 }
 
 QString BottleUtils::addExe(const QString& bottle, const QString& name, const QString& path) {
@@ -119,10 +121,10 @@ QString BottleUtils::addExe(const QString& bottle, const QString& name, const QS
     return id;
 }
 
-void BottleUtils::setStars(const QString& bottle, const QString& programId, int stars) {
+bool BottleUtils::setStars(const QString& bottle, const QString& programId, int stars) {
     if (!bottlePrograms(bottle).contains(programId)) {
         warnNotInBottle(bottle, programId);
-        return;
+        return false;
     }
     const BusResult result = service().updateExternalProgram(bottle, {{"id", programId}, {"stars", stars}});
     if (result.ok)
@@ -130,4 +132,5 @@ void BottleUtils::setStars(const QString& bottle, const QString& programId, int 
                                     << stars;
     else
         qWarning().noquote().nospace() << "update app rating failed: " << result.errorMessage;
+    return result.ok;
 }

@@ -17,14 +17,16 @@ QString programPath(const QJsonObject& bottleRecord, const QString& programId);
 
 bool createDesktopEntry(const QString& bottle, const QString& programId);
 void killProgram(const QString& bottle, const QString& programId);
+/// Open when the service has told where the bottle is; GUI thread.
 void openDriveC(const QString& bottle);
 void openProgramFolder(const QString& bottle, const QString& programId);
 void runCommand(const QString& bottle, const QString& commandLine);
 
-/// Removes a program; with the flag, also the bottle when that was its last one.
-void deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle);
+/// Removes a program; with the flag, also the bottle when that was its last one. False when the program is
+/// still there.
+bool deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle);
 /// Makes a program of an executable. Returns the new program's id, or nothing when the service has refused.
 QString addExe(const QString& bottle, const QString& name, const QString& path);
-void setStars(const QString& bottle, const QString& programId, int stars);
+bool setStars(const QString& bottle, const QString& programId, int stars);
 
 }  // namespace BottleUtils

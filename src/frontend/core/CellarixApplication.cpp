@@ -42,6 +42,8 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
     connect(config, &BottlesConfig::program_added, this, &CellarixApplication::onProgramAdded);
     connect(config, &BottlesConfig::program_updated, this, &CellarixApplication::onProgramUpdated);
     connect(config, &BottlesConfig::bottles_deleted, this, &CellarixApplication::onBottleDeleted);
+    connect(AppItemWidgetStateManager::instance(), &AppItemWidgetStateManager::idle, this,
+            &CellarixApplication::leaveUnlessNeeded, Qt::QueuedConnection);
 }
 
 CellarixApplication::~CellarixApplication() {
@@ -200,8 +202,7 @@ void CellarixApplication::onRunnerFinished() {
 }
 
 bool CellarixApplication::canQuit() const {
-    return m_runners.isEmpty() && !AppItemWidgetStateManager::instance()->isSettingUp() &&
-           !hasVisibleWindow();
+    return m_runners.isEmpty() && !AppItemWidgetStateManager::instance()->isBusy() && !hasVisibleWindow();
 }
 
 bool CellarixApplication::hasVisibleWindow() const {

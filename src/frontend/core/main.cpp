@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 #include <QtConcurrent>
 
+#include "backend/ServiceThreads.h"
 #include "core/CellarixApplication.h"
 #include "core/CellarixService.h"
 #include "core/ServiceAgreement.h"
@@ -32,23 +33,11 @@ void nameApplication(CellarixApplication& application) {
     application.setAboutLink(ServiceAgreement::link());
 }
 
-}  // namespace
-
-int main(int argc, char* argv[]) {
-    QLoggingCategory::setFilterRules("common.veskhttp.debug=false");
-    // Nothing here draws with OpenGL, whose libraries would take the first window a tenth of a second.
-    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
-    setHighDpi();
-    CellarixApplication application(argc, argv);
-    // Spelt so since the first release: a corrected key would let an old and a new version run side by side.
-    if (!application.setSingleInstance("cellarrix")) {
-        qWarning() << "another instance is running";
-        return 1;
-    }
+int run(CellarixApplication& application) {
     nameApplication(application);
     initLogging();
     qInfo() << "cellarix start";
-    QtConcurrent::run(&application, &CellarixApplication::checkBackendVersion);
+    QtConcurrent::run(ServiceThreads::pool(), &application, &CellarixApplication::checkBackendVersion);
     qDebug() << "load icon font";
     QFontDatabase::addApplicationFont(":/fonts/icon.ttf");
     const UnixSignals signalHandlers;
@@ -65,4 +54,22 @@ int main(int argc, char* argv[]) {
         return 1;
     }
     return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    QLoggingCategory::setFilterRules("common.veskhttp.debug=false");
+    // Nothing here draws with OpenGL, whose libraries would take the first window a tenth of a second.
+    QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
+    setHighDpi();
+    CellarixApplication application(argc, argv);
+    // Spelt so since the first release: a corrected key would let an old and a new version run side by side.
+    if (!application.setSingleInstance("cellarrix")) {
+        qWarning() << "another instance is running";
+        return 1;
+    }
+    const int exitCode = run(application);
+    ServiceThreads::settle(exitCode);
+    return exitCode;
 }

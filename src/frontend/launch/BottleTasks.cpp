@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QStandardPaths>
+#include <functional>
 
 #include "backend/BottlesConfig.h"
 #include "launch/WineLauncher.h"
@@ -12,16 +13,20 @@ namespace BottleTasks {
 
 namespace {
 
-/// Goes when its program has ended.
-WineLauncher* oneTimeLauncher(QWidget* parent, const QString& bottle) {
-    auto* launcher = new WineLauncher(bottle, parent);
+/// Goes when its program has ended. Ready once the service has told of the bottle.
+void withLauncher(const QString& bottle, const std::function<void(WineLauncher*)>& launch) {
+    auto* launcher = new WineLauncher(qApp);
     QObject::connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), launcher,
                      &QObject::deleteLater);
     QObject::connect(launcher, &QProcess::errorOccurred, launcher, [launcher](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
             launcher->deleteLater();
     });
-    return launcher;
+    BottlesConfig::instance()->watchBottle(bottle, launcher,
+                                           [launcher, bottle, launch](const BusResult& record) {
+                                               launcher->setBottle(bottle, record.object());
+                                               launch(launcher);
+                                           });
 }
 
 }  // namespace
@@ -36,12 +41,14 @@ void importRegistry(QWidget* parent, QString bottle) {
         qWarning() << "Windows knows no file name with quotes:" << file;
         return;
     }
-    oneTimeLauncher(nullptr, bottle)
-        ->launchCommand("regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"");
+    const QString command = "regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"";
+    withLauncher(bottle, [command](WineLauncher* launcher) { launcher->launchCommand(command); });
 }
 
-void openInternetOptions(QWidget* parent, const QString& bottle) {
-    oneTimeLauncher(parent, bottle)->launchExe("rundll32.exe", {"shell32.dll,Control_RunDLL", "inetcpl.cpl"});
+void openInternetOptions(const QString& bottle) {
+    withLauncher(bottle, [](WineLauncher* launcher) {
+        launcher->launchExe("rundll32.exe", {"shell32.dll,Control_RunDLL", "inetcpl.cpl"});
+    });
 }
 
 void killWineServer(const QString& bottle) {

@@ -10,7 +10,7 @@ namespace BottleTasks {
 /// Asks for a .reg file and imports it into the bottle.
 void importRegistry(QWidget* parent, QString bottle);
 /// Windows' own settings of the net.
-void openInternetOptions(QWidget* parent, const QString& bottle);
+void openInternetOptions(const QString& bottle);
 
 /// Ends all programs of the bottle. None of them counts as a failed start.
 void killWineServer(const QString& bottle);

@@ -2,9 +2,9 @@
 
 #include <QDebug>
 #include <QFileInfo>
-#include <QJsonObject>
 #include <QStandardPaths>
 
+#include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "core/base/Paths.h"
 
@@ -45,13 +45,23 @@ WineLauncher::WineLauncher(const QString& bottle, QObject* parent) : WineLaunche
 
 void WineLauncher::setBottle(const QString& bottle) {
     m_bottleName = bottle;
-    if (!m_logPath.isEmpty())
-        return;
-    const QString path = BottleUtils::bottlePath(bottle);
-    if (path.isEmpty())
-        qWarning().noquote() << "Bottle " << bottle << " not exists";
+    m_programs.reset();
+    if (m_logPath.isEmpty())
+        setLogDirectory(BottleUtils::bottlePath(bottle));
+}
+
+void WineLauncher::setBottle(const QString& bottle, const QJsonObject& record) {
+    m_bottleName = bottle;
+    m_programs = BottleRecord::programs(record);
+    if (m_logPath.isEmpty())
+        setLogDirectory(BottleRecord::path(record));
+}
+
+void WineLauncher::setLogDirectory(const QString& bottlePath) {
+    if (bottlePath.isEmpty())
+        qWarning().noquote() << "Bottle " << m_bottleName << " not exists";
     else
-        m_logDir = path + "/logs";
+        m_logDir = bottlePath + "/logs";
 }
 
 void WineLauncher::addEnvironment(const QString& entry) {
@@ -95,7 +105,8 @@ void WineLauncher::launchProgram(const QString& programUuid) {
     const QStringList arguments =
         QStringList{m_bottleName} + commonOptions() + QStringList{"--uuid", programUuid};
 
-    const QJsonObject entry = BottleUtils::bottlePrograms(m_bottleName).value(programUuid).toObject();
+    const QJsonObject programs = m_programs ? *m_programs : BottleUtils::bottlePrograms(m_bottleName);
+    const QJsonObject entry = programs.value(programUuid).toObject();
     if (entry.isEmpty())
         qWarning().noquote() << "program " << programUuid << " not in bottles: " << m_bottleName;
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 /// The one place where a Windows program becomes a Linux process: runs launcher.py for a bottle and owns
 /// every argument and environment variable of a launch. Its end signal is QProcess::finished; a script that
@@ -15,8 +17,10 @@ public:
     explicit WineLauncher(QObject* parent);
     WineLauncher(const QString& bottle, QObject* parent);
 
-    /// Also finds the directory for logs, unless a log path is set already.
+    /// Also finds the directory for logs, unless a log path is set already. Waits for the service.
     void setBottle(const QString& bottle);
+    /// With the bottle's record at hand nothing here waits for the service any more.
+    void setBottle(const QString& bottle, const QJsonObject& record);
     /// Adds "KEY=value"; a later entry wins over an earlier one of the same key.
     void addEnvironment(const QString& entry);
 
@@ -38,11 +42,13 @@ public:
 
 private:
     QStringList commonOptions();
+    void setLogDirectory(const QString& bottlePath);
     void addWindowClass(const QString& name);
     void startScript(const QString& what, const QStringList& arguments);
 
     bool m_cli = false;
     QString m_bottleName;
+    std::optional<QJsonObject> m_programs;  ///< of the bottle, when its record was handed in
     QString m_logPath;
     QString m_logDir;
     bool m_showLogs = false;

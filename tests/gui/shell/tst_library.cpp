@@ -292,12 +292,17 @@ private Q_SLOTS:
         }
         QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments, QJsonArray({"office", uuid(1)}));
         QCOMPARE(m_service->calls("removeExternalProgram").size(), 1);
+        m_service->setError("Bottles.removeExternalProgram", "busy");
+        QSignalSpy failed(AppItemWidgetStateManager::instance(), &AppItemWidgetStateManager::failed);
+        tile(1)->action(Action::Remove)->trigger();
+        m_window->findChild<Fenk::Dialog*>("removal_question")->button(1)->click();
+        QVERIFY(failed.wait());
     }
 
     void startAndStop() {
         open({summary(1, "a")});
         auto* states = AppItemWidgetStateManager::instance();
-        const QSignalSpy failures(states, &AppItemWidgetStateManager::startFailed);
+        const QSignalSpy failures(states, &AppItemWidgetStateManager::failed);
         QAbstractButton* button = nullptr;
         for (auto* part : tile(1)->findChildren<QAbstractButton*>()) {
             if (part->accessibleName() == "appitem_running_state")
@@ -308,9 +313,15 @@ private Q_SLOTS:
         QVERIFY(states->isRunning(uuid(1)));
         QCOMPARE(button->text(), QString(" Quit"));
         QVERIFY(button->isVisible());
+        button->click();  // before the service has told where the bottle is
+        QVERIFY(!states->isRunning(uuid(1)));
+        QVERIFY(!states->isBusy());
         tile(1)->onStartButtonClicked(false);
-        button->click();
+        tile(1)->onStartButtonClicked(false);
+        QTRY_VERIFY(!states->isBusy());
+        states->stop({"office", uuid(1)});
         QCOMPARE(m_service->waitForCall("killProgram").arguments, QJsonArray({"office", uuid(1)}));
+        QCOMPARE(m_service->calls("killProgram").size(), 1);
         // The bottle is none, so that the launch ends by itself.
         QTRY_VERIFY(!states->isRunning(uuid(1)));
         QTRY_VERIFY(button->text().isEmpty());
@@ -328,6 +339,10 @@ private Q_SLOTS:
                     .arguments.at(1)
                     .toString()
                     .contains("\"stars\":5"));
+        m_service->setError("Bottles.updateExternalProgram", "busy");
+        tile(1)->submitScore(2, true);
+        QCOMPARE(library()->find({"office", uuid(1)})->stars, 2);
+        QTRY_COMPARE(library()->find({"office", uuid(1)})->stars, 5);
     }
 
     void setups() {

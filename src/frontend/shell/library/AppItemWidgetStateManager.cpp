@@ -3,9 +3,11 @@
 #include <QDebug>
 #include <QFile>
 #include <QtConcurrent>
+#include <algorithm>
 
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
+#include "backend/ServiceThreads.h"
 #include "launch/LauncherExit.h"
 #include "launch/ProgramAppFixer.h"
 #include "launch/WineLauncher.h"
@@ -38,6 +40,17 @@ void AppItemWidgetStateManager::onSetupingYmlDone(const QString& appInfoId, cons
     if (needRemove)
         QFile::remove(yamlFile);
     m_setups.remove(appInfoId);
+    tellIfIdle();
+}
+
+bool AppItemWidgetStateManager::isBusy() const {
+    return isSettingUp() ||
+           std::any_of(m_running.begin(), m_running.end(), [](const Run& run) { return run.isWaiting; });
+}
+
+void AppItemWidgetStateManager::tellIfIdle() {
+    if (!isBusy())
+        Q_EMIT idle();
 }
 
 void AppItemWidgetStateManager::watchItem(const QString& uuid, AppItemWidget* item) {
@@ -69,7 +82,7 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     if (isRunning(ref.uuid))
         return;
     qInfo() << "start program" << ref.uuid << "of" << ref.bottle << (inTerminal ? "in a terminal" : "");
-    auto* launcher = new WineLauncher(ref.bottle, this);
+    auto* launcher = new WineLauncher(this);
     m_running.insert(ref.uuid, {ref.bottle, launcher});
     const QString name = program.name;
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
@@ -84,16 +97,32 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
             });
     tell(ref.uuid, true);
     launcher->setCli(inTerminal);
-    launcher->launchProgram(ref.uuid);
-    if (isRunning(ref.uuid))
-        AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
+    // The window goes on while the service thinks.
+    BottlesConfig::instance()->watchBottle(
+        ref.bottle, launcher, [this, launcher, ref](const BusResult& bottle) {
+            const auto run = m_running.find(ref.uuid);
+            if (run == m_running.end() || run->launcher != launcher)
+                return;
+            run->isWaiting = false;
+            launcher->setBottle(ref.bottle, bottle.object());
+            launcher->launchProgram(ref.uuid);
+            if (isRunning(ref.uuid))
+                AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
+            tellIfIdle();
+        });
 }
 
 void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
     qInfo() << "stop program" << ref.uuid << "of" << ref.bottle;
+    const auto run = m_running.constFind(ref.uuid);
+    if (run != m_running.constEnd() && run->isWaiting) {
+        run->launcher->deleteLater();
+        setIdle(ref.uuid, false);
+        tellIfIdle();
+        return;
+    }
     endTiming(ref.uuid, false);
     // A copied bottle has programs with the same ids.
-    const auto run = m_running.constFind(ref.uuid);
     BottleUtils::killProgram(run == m_running.constEnd() ? ref.bottle : run->bottle, ref.uuid);
 }
 
@@ -108,7 +137,7 @@ void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const Pr
     }
     if (!sentence.isEmpty()) {
         qWarning().noquote() << sentence;
-        Q_EMIT startFailed(ref.uuid, sentence);
+        Q_EMIT failed(ref.uuid, sentence);
     }
 }
 
@@ -135,7 +164,8 @@ void AppItemWidgetStateManager::setIdle(const QString& uuid, bool lookForRepair)
     tell(uuid, false);
     // The check waits for the service and reads a log, and nobody waits for it.
     if (lookForRepair)
-        QtConcurrent::run([bottle, uuid] { ProgramAppFixer(bottle, uuid, true).checkProgram(); });
+        QtConcurrent::run(ServiceThreads::pool(),
+                          [bottle, uuid] { ProgramAppFixer(bottle, uuid, true).checkProgram(); });
 }
 
 void AppItemWidgetStateManager::tell(const QString& uuid, bool running) {

@@ -20,10 +20,11 @@ class AppItemWidgetStateManager : public QObject, public Fenk::Singleton<AppItem
     friend class Fenk::Singleton<AppItemWidgetStateManager>;
 
 public:
-    // Applications being set up keep the process alive.
+    // Applications being set up keep the process alive, and so do starts that are still to be made.
     void startSetup(const QString& appId);
     bool isSettingUp() const { return !m_setups.isEmpty(); }
     bool isSettingUp(const QString& appId) const { return m_setups.contains(appId); }
+    bool isBusy() const;
 
     void watchItem(const QString& uuid, AppItemWidget* item);
     void watchCard(const QString& uuid, const QModelIndex& card);
@@ -40,8 +41,10 @@ Q_SIGNALS:
     void setupDone(const QString& appId);
     void runningChanged(const QString& uuid, bool running);
     void cardChanged(const QModelIndex& card);
-    /// The program was never reached: a sentence for the user.
-    void startFailed(const QString& uuid, const QString& sentence);
+    /// Nothing keeps the process alive any more.
+    void idle();
+    /// What was asked for a program came to nothing: a sentence for the user.
+    void failed(const QString& uuid, const QString& sentence);
 
 public Q_SLOTS:
     void onSetupingYmlDone(const QString& appInfoId, const QString& yamlFile, bool needRemove);
@@ -51,7 +54,8 @@ private:
     struct Run {
         QString bottle;
         QPointer<WineLauncher> launcher;
-        bool isTimed = true;  ///< until its first window, or until that has taken too long
+        bool isWaiting = true;  ///< for the bottle's record
+        bool isTimed = true;    ///< until its first window, or until that has taken too long
     };
 
     AppItemWidgetStateManager();
@@ -60,6 +64,7 @@ private:
     void onProgramExited(const QString& uuid);
     void endTiming(const QString& uuid, bool report);
     void setIdle(const QString& uuid, bool lookForRepair);
+    void tellIfIdle();
     void tell(const QString& uuid, bool running);
 
     QSet<QString> m_setups;

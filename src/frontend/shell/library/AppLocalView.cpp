@@ -46,7 +46,7 @@ AppLocalView::AppLocalView(QWidget* parent)
     connect(m_library, &ProgramLibrary::searchable, &m_refresh, qOverload<>(&QTimer::start));
     connect(m_library, &ProgramLibrary::programChanged, this, &AppLocalView::onProgramChanged);
     auto* states = AppItemWidgetStateManager::instance();
-    connect(states, &AppItemWidgetStateManager::startFailed, this,
+    connect(states, &AppItemWidgetStateManager::failed, this,
             [this](const QString&, const QString& sentence) { showMessage(sentence, true, FailureMs); });
     refresh();
     m_library->load();
@@ -111,7 +111,7 @@ void AppLocalView::showMessage(const QString& sentence, bool failed, int ms) {
 }
 
 void AppLocalView::onProgramChanged(const ProgramPtr& program) {
-    ProgramIcons::instance()->forget(program->icon);
+    ProgramIcons::instance()->refresh(program->icon);
     m_all->updateProgram(program);
     m_found->updateProgram(program);
 }

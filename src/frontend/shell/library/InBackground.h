@@ -2,16 +2,26 @@
 
 #include <QFutureWatcher>
 #include <QObject>
+#include <QThreadPool>
 #include <QtConcurrent>
+
+#include "backend/ServiceThreads.h"
 
 /// Hands the result of work on another thread to `take`, unless the context is gone by then.
 template <class Work, class Take>
-void inBackground(QObject* context, Work work, Take take) {
+void inBackground(QObject* context, Work work, Take take,
+                  QThreadPool* threads = QThreadPool::globalInstance()) {
     using Result = decltype(work());
     auto* watcher = new QFutureWatcher<Result>(context);
     QObject::connect(watcher, &QFutureWatcherBase::finished, context, [watcher, take] {
         watcher->deleteLater();
         take(watcher->result());
     });
-    watcher->setFuture(QtConcurrent::run(work));
+    watcher->setFuture(QtConcurrent::run(threads, work));
+}
+
+/// The same for work that waits for the background service.
+template <class Work, class Take>
+void askingService(QObject* context, Work work, Take take) {
+    inBackground(context, work, take, ServiceThreads::pool());
 }

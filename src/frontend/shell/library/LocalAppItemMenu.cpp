@@ -231,12 +231,12 @@ void LocalAppItemWidget::onExportFileAssosiationsActionTriggered() {
 }
 
 void LocalAppItemWidget::onInternetOptActionTriggered() {
-    BottleTasks::openInternetOptions(window(), ref().bottle);
+    BottleTasks::openInternetOptions(ref().bottle);
 }
 
 void LocalAppItemWidget::oncreateDesktopFileAction() {
     const ProgramPtr of = program();
-    inBackground(
+    askingService(
         this, [of] { return BottleUtils::createDesktopEntry(of->ref.bottle, of->ref.uuid); },
         [this, of](bool made) {
             Q_EMIT message(made ? tr("%1 is on the desktop now.").arg(of->name)
@@ -250,10 +250,17 @@ void LocalAppItemWidget::onRemoveActionTriggered() {
 }
 
 void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
+    const ProgramPtr of = program();
     m_stars->setStars(score);
-    Q_EMIT appStarsUpdate(program()->name, score);
+    Q_EMIT appStarsUpdate(of->name, score);
     if (!uploadConf)
         return;
-    const ProgramRef of = ref();
-    QtConcurrent::run([of, score] { BottleUtils::setStars(of.bottle, of.uuid, score); });
+    askingService(
+        this, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
+        [this, of](bool kept) {
+            if (kept)
+                return;
+            submitScore(of->stars, false);
+            Q_EMIT message(tr("The rating of %1 could not be kept.").arg(of->name), true);
+        });
 }

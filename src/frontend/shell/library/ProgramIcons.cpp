@@ -69,8 +69,12 @@ QPixmap ProgramIcons::picture(const QString& file, int edge) {
         return *known;
     if (!QDir::isAbsolutePath(file))
         return fallback(edge);
-    if (m_reading.contains(key(file, edge)))
-        return {};
+    if (!m_reading.contains(key(file, edge)))
+        read(file, edge);
+    return {};
+}
+
+void ProgramIcons::read(const QString& file, int edge) {
     m_reading.insert(key(file, edge));
     auto* watcher = new QFutureWatcher<QImage>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, file, edge] {
@@ -79,7 +83,6 @@ QPixmap ProgramIcons::picture(const QString& file, int edge) {
         Q_EMIT ready(file);
     });
     watcher->setFuture(QtConcurrent::run(&m_readers, [file, edge] { return readPicture(file, edge); }));
-    return {};
 }
 
 void ProgramIcons::onRead(const QString& file, int edge, const QImage& image) {
@@ -88,10 +91,11 @@ void ProgramIcons::onRead(const QString& file, int edge, const QImage& image) {
     m_pictures.insert(key(file, edge), picture, std::max(1, picture->width() * picture->height() * 4));
 }
 
-void ProgramIcons::forget(const QString& file) {
+void ProgramIcons::refresh(const QString& file) {
     const QList<QString> keys = m_pictures.keys();
     for (const QString& known : keys) {
-        if (known.midRef(known.indexOf('/')) == file)
-            m_pictures.remove(known);
+        const int edgeEnd = known.indexOf('/');
+        if (known.midRef(edgeEnd) == file)
+            read(file, known.leftRef(edgeEnd).toInt());
     }
 }

@@ -17,14 +17,15 @@ public:
     /// The picture in device pixels of the given edge, when it is there already. Otherwise null, and ready()
     /// comes later; a file that has no picture in it gives the picture of any program.
     QPixmap picture(const QString& file, int edge);
-    /// Its file may have changed.
-    void forget(const QString& file);
+    /// Its file may have changed: what is there stays until it is read again.
+    void refresh(const QString& file);
 
 Q_SIGNALS:
     void ready(const QString& file);
 
 private:
     ProgramIcons();
+    void read(const QString& file, int edge);
     void onRead(const QString& file, int edge, const QImage& image);
     QPixmap fallback(int edge);
 

@@ -1,12 +1,13 @@
 #include "shell/library/RemovalQuestion.h"
 
 #include <QCoreApplication>
-#include <QtConcurrent>
 
 #include "backend/BottleUtils.h"
 #include "fenk/Dialog.h"
 #include "fenk/Label.h"
 #include "fenk/Tokens.h"
+#include "shell/library/AppItemWidgetStateManager.h"
+#include "shell/library/InBackground.h"
 #include "shell/library/Program.h"
 
 namespace {
@@ -20,6 +21,17 @@ Fenk::Label* line(const QString& text, Fenk::Label::Kind kind) {
     label->setAlignment(Qt::AlignCenter);
     label->setElided(true);
     return label;
+}
+
+void remove(const Program& program, bool withBottle) {
+    const ProgramRef ref = program.ref;
+    askingService(
+        qApp, [ref, withBottle] { return BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle); },
+        [ref, name = program.name](bool removed) {
+            if (!removed)
+                Q_EMIT AppItemWidgetStateManager::instance()->failed(
+                    ref.uuid, Question::tr("%1 could not be removed. It is still there.").arg(name));
+        });
 }
 
 }  // namespace
@@ -43,12 +55,9 @@ void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over
     const int confirm =
         dialog->addButton(withBottle ? Question::tr("Confirm Uninstall") : Question::tr("Confirm Delete"),
                           false, Fenk::Dialog::ButtonWarning);
-    const ProgramRef ref = program.ref;
-    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog, [ref, confirm, withBottle](int index) {
-        // The calls wait for the service.
+    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog, [program, withBottle, confirm](int index) {
         if (index == confirm)
-            QtConcurrent::run(
-                [ref, withBottle] { BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle); });
+            remove(program, withBottle);
     });
     dialog->open();
 }

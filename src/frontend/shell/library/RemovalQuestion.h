@@ -3,7 +3,8 @@
 struct Program;
 class QWidget;
 
-/// Asks before a program is taken out of the library, and does it.
+/// Asks before a program is taken out of the library, and does it. AppItemWidgetStateManager tells when that
+/// has failed.
 namespace RemovalQuestion {
 
 /// Returns at once. `withBottle`: it is the bottle's only program, so that the bottle goes with it.
