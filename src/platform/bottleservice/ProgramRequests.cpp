@@ -197,6 +197,8 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
                           ProgramIcon::extract(script, path, record["id"].toString(), files, cancelled));
             found.append(record);
         }
+        if (settings && !cancelled)
+            BottleScan::clearUsersDesktop(path, QDateTime::fromSecsSinceEpoch(since));
         return [this, bottle, found = found.mid(known)] { return enter(bottle, found); };
     };
     m_engine->enqueue(bottle, std::make_unique<WorkerJob>(work, reply));

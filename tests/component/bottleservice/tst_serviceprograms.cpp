@@ -33,6 +33,7 @@ private Q_SLOTS:
                 QSKIP("wine-or-makensis-is-not-installed");
         }
         ServiceFixture service;
+        QVERIFY(QDir().mkpath(service.home() + "/Desktop"));
         QVERIFY(service.start());
         QVERIFY(
             service.call("createBottles", {"b", ""}).arguments().value(0).toString().contains("\"ok\":true"));
@@ -88,6 +89,10 @@ private Q_SLOTS:
         QVERIFY(arrayOf(service.call("scanApplicationLinks", {"b", before, true})).isEmpty());
         QVERIFY(arrayOf(service.call("scanApplicationLinks", {"b", before + 3600, true})).isEmpty());
 
+        // The shortcut on the user's desktop goes with the bottle.
+        QVERIFY(QDir(service.home() + "/Desktop").isEmpty());
+        QVERIFY(QFileInfo::exists(service.bottlePath("b") + "/drive_c/users/Public/Desktop/主程序.lnk"));
+
         const QJsonArray all = arrayOf(service.call("listBottlesAllPrograms", {"b"}));
         QCOMPARE(column(all, "name"), QStringList({"window64", "主程序"}));
         const QJsonObject found = all[1].toObject();
@@ -113,7 +118,6 @@ private Q_SLOTS:
             service.call("exportFileAssociations", {"b", QStringList{".no"}}).errorMessage().contains(".no"));
         QCOMPARE(service.call("exportFileAssociations", {"b", QStringList{".cxt"}}).errorMessage(),
                  QString());
-        QVERIFY(QDir().mkpath(service.home() + "/Desktop"));
         const QString entered = added[0].toObject()["id"].toString();
         QCOMPARE(service.call("createDesktopEntry", {"b", entered}).errorMessage(), QString());
         const QString menu = service.home() + "/data/applications";

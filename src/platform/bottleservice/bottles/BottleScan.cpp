@@ -1,10 +1,12 @@
 #include "bottleservice/bottles/BottleScan.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QSet>
 #include <QUuid>
 
+#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/WindowsPath.h"
@@ -77,6 +79,35 @@ QString windowsPath(const QString& bottlePath, const QString& file) {
     return "C:" + file.mid(bottlePath.size() + int(strlen("/drive_c"))).replace('/', '\\');
 }
 
+/// In a bottle the desktop may be a link to the user's own.
+QStringList onUsersDesktop(const QString& bottlePath) {
+    QStringList files;
+    for (const QString& user : resolved(bottlePath + "/drive_c/users", {"*"})) {
+        const QFileInfo desktop(user + "/Desktop");
+        if (!desktop.isSymLink())
+            continue;
+        for (const QString& name : QDir(desktop.filePath())
+                                       .entryList({"*.lnk"}, QDir::Files | QDir::NoSymLinks)
+                                       .mid(0, MaximumFound))
+            files += desktop.filePath() + '/' + name;
+    }
+    return files;
+}
+
+/// Nothing for one that is older, or that makes no sense.
+std::optional<ShellLink> readLink(const QString& path, const QDateTime& since) {
+    QFile file(path);
+    if (QFileInfo(path).lastModified().toSecsSinceEpoch() < since.toSecsSinceEpoch() ||
+        !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    return ShellLink::parse(file.read(ShellLink::MaximumBytes + 1));
+}
+
+bool leadsInside(const QString& bottlePath, const ShellLink& link) {
+    const QString file = QFileInfo(WindowsPath::toUnix(bottlePath, link.target)).canonicalFilePath();
+    return file.startsWith(QFileInfo(bottlePath).canonicalFilePath() + '/');
+}
+
 /// The real folders of the programs, which may lie outside the bottle.
 QStringList foldersOf(const QString& bottlePath, const QJsonObject& programs) {
     QSet<QString> folders;
@@ -113,34 +144,37 @@ QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since) {
         resolvedAll(bottlePath, {"ProgramData/Microsoft/Windows/Start Menu",
                                  "users/*/AppData/Roaming/Microsoft/Windows/Start Menu", "users/*/Start Menu",
                                  "users/*/Desktop", "users/*/桌面"});
-    QVector<Shortcut> found;
     QStringList files = collected(places, ".lnk");
-    // In a bottle the desktop is a link to the user's own; what lies there counts when it leads into the
-    // bottle.
     const QStringList inside = files;
-    for (const QString& user : resolved(bottlePath + "/drive_c/users", {"*"})) {
-        const QDir desktop(user + "/Desktop");
-        for (const QString& name :
-             desktop.entryList({"*.lnk"}, QDir::Files | QDir::NoSymLinks).mid(0, MaximumFound))
-            files += desktop.filePath(name);
-    }
+    files += onUsersDesktop(bottlePath);
     files.removeDuplicates();
-    const auto leadsInside = [&bottlePath](const QString& target) {
-        const QString file = QFileInfo(WindowsPath::toUnix(bottlePath, target)).canonicalFilePath();
-        return file.startsWith(QFileInfo(bottlePath).canonicalFilePath() + '/');
-    };
+    QVector<Shortcut> found;
     for (const QString& path : qAsConst(files)) {
-        const QFileInfo info(path);
-        QFile file(path);
-        if (info.lastModified().toSecsSinceEpoch() < since.toSecsSinceEpoch() ||
-            !file.open(QIODevice::ReadOnly))
-            continue;
-        const auto link = ShellLink::parse(file.read(ShellLink::MaximumBytes + 1));
-        if (link && (inside.contains(path) || leadsInside(link->target)) &&
-            ExecutableRules::isProgramShortcut(info.completeBaseName(), link->target))
-            found.append({path, info.completeBaseName(), *link});
+        const auto link = readLink(path, since);
+        const QString name = QFileInfo(path).completeBaseName();
+        if (link && (inside.contains(path) || leadsInside(bottlePath, *link)) &&
+            ExecutableRules::isProgramShortcut(name, link->target))
+            found.append({path, name, *link});
     }
     return found;
+}
+
+void clearUsersDesktop(const QString& bottlePath, const QDateTime& since) {
+    const QString own = resolvedAll(bottlePath, {"users/Public/Desktop"}).value(0);
+    for (const QString& path : onUsersDesktop(bottlePath)) {
+        const auto link = readLink(path, since);
+        if (!link || !leadsInside(bottlePath, *link))
+            continue;
+        QFile file(path);
+        QString error;
+        if (own.isEmpty() || !file.open(QIODevice::ReadOnly) ||
+            !AtomicFile::replace(own + '/' + QFileInfo(path).fileName(), file.read(ShellLink::MaximumBytes),
+                                 &error) ||
+            !file.remove())
+            qWarning() << "a shortcut of a bottle stays on the desktop:" << path << error;
+        else
+            qInfo() << "took a shortcut from the desktop into the bottle:" << path;
+    }
 }
 
 QJsonArray discovered(const QString& bottle, const QString& bottlePath) {

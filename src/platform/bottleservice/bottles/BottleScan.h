@@ -22,6 +22,10 @@ struct Shortcut {
 /// a program.
 QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since);
 
+/// Installers put shortcuts on the user's own desktop, where they start nothing and would outlive the bottle.
+/// Those that lead into it move to the desktop of all its users.
+void clearUsersDesktop(const QString& bottlePath, const QDateTime& since);
+
 /// Records of programs in the directories that installers choose, with "auto_discovered" true and an id that
 /// stays the same for bottle and path.
 QJsonArray discovered(const QString& bottle, const QString& bottlePath);
