@@ -40,7 +40,13 @@ void DropFrame::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(Paint::color(Theme::Accent), 2, Qt::DashLine));
     painter.setBrush(withAlpha(Paint::color(Theme::AccentSoft), 0.6));
     painter.drawRoundedRect(frame, Tokens::RadiusCard, Tokens::RadiusCard);
-    painter.setPen(Paint::color(Theme::Accent));
+    // On a ground of its own: what lies below shows through.
     painter.setFont(Theme::instance()->font(Theme::Title));
-    painter.drawText(frame, Qt::AlignCenter, tr("Drop to run"));
+    const QString text = tr("Drop to run");
+    QRectF plate = painter.boundingRect(frame, Qt::AlignCenter, text);
+    plate.adjust(-Tokens::Space24, -Tokens::Space16, Tokens::Space24, Tokens::Space16);
+    Paint::box(&painter, plate, Tokens::RadiusCard, Paint::color(Theme::Surface),
+               Paint::color(Theme::Border));
+    painter.setPen(Paint::color(Theme::Accent));
+    painter.drawText(frame, Qt::AlignCenter, text);
 }
