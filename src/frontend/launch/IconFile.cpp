@@ -9,11 +9,13 @@
 #include <QtEndian>
 
 #include "core/base/RegularFile.h"
+#include "launch/SvgPicture.h"
 
 namespace {
 
 constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
 constexpr int MaximumPixels = 512;  // of an edge
+constexpr int MaximumPixelsInFile = 4096;
 constexpr int MaximumSizes = 16;
 constexpr int HeadBytes = 6;
 constexpr int EntryBytes = 16;
@@ -37,11 +39,28 @@ QImage decode(const QByteArray& data, const QByteArray& format) {
     QBuffer buffer;
     buffer.setData(data);
     QImageReader reader(&buffer, format);
-    reader.setAutoDetectImageFormat(format.isEmpty());
-    const bool isKnown = !format.isEmpty() || OtherFormats.contains(reader.format());
+    reader.setAutoDetectImageFormat(false);
     const QSize size = reader.size();
-    if (!isKnown || !size.isValid() || qMax(size.width(), size.height()) > MaximumPixels)
+    if (!size.isValid() || qMax(size.width(), size.height()) > MaximumPixels)
         return {};
+    return reader.read();
+}
+
+/// Of a file that holds one picture; a larger one comes at the size that icons have.
+QImage decodePicture(const QByteArray& data) {
+    QBuffer buffer;
+    buffer.setData(data);
+    QImageReader reader(&buffer);
+    reader.setAutoTransform(true);
+    if (!OtherFormats.contains(reader.format()))
+        return SvgPicture::draw(data, MaximumPixels);
+    const QSize size = reader.size();
+    const int edge = qMax(size.width(), size.height());
+    if (!size.isValid() || edge > MaximumPixelsInFile)
+        return {};
+    if (edge > MaximumPixels)
+        reader.setScaledSize(
+            size.scaled(MaximumPixels, MaximumPixels, Qt::KeepAspectRatio).expandedTo({1, 1}));
     return reader.read();
 }
 
@@ -100,7 +119,7 @@ QList<QImage> IconFile::images(const QString& path) {
         for (const Entry& entry : bestOfEachSize(bytes))
             found << decode(entry);
     } else {
-        found << decode(bytes, {});
+        found << decodePicture(bytes);
     }
     QList<QImage> seen;
     for (const QImage& image : qAsConst(found)) {

@@ -65,8 +65,19 @@ private Q_SLOTS:
         row("torn", ico({{head(16, 32), png(16)}, {head(32, 32), png(32)}}).chopped(40), {16});
         row("head alone", QByteArray("\0\0\1\0\xff\xff", 6), {});
         row("picture", png(40), {40});
-        row("large picture", png(600), {});
-        row("drawing", "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" height=\"9\"/>", {});
+        row("large picture", png(600), {512});
+        const auto drawing = [](const QByteArray& text) {
+            return "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>" + text +
+                   "<rect width='9' height='9'/></svg>";
+        };
+        row("drawing", drawing("<g id='a'/><use href='#a'/>"), {512});
+        row("drawing of itself", drawing("<g id='a'><use href='#b'/></g><g id='b'><use href='#a'/></g>"), {});
+        row("drawing with a file", drawing("<image href='/dev/zero' width='9' height='9'/>"), {});
+        row("endless dashes", drawing("<path d='M0 0L9 9' style='stroke-dasharray:1e-9'/>"), {});
+        row("deep drawing", drawing(QByteArray("<g>").repeated(9999) + QByteArray("</g>").repeated(9999)),
+            {});
+        row("entities", "<!DOCTYPE svg [<!ENTITY a 'a'>]>" + drawing("&a;"), {});
+        row("other text", "<html/>", {});
         row("empty", "", {});
     }
     void files() {

@@ -1,0 +1,89 @@
+#include "launch/SvgPicture.h"
+
+#include <QPainter>
+#include <QSet>
+#include <QSvgRenderer>
+#include <QXmlStreamReader>
+
+namespace {
+
+constexpr int MaximumBytes = 1024 * 1024;
+constexpr int MaximumDepth = 64;
+constexpr int MaximumUses = 64;
+
+/// Dashes of no length take for ever.
+bool hasDashes(const QXmlStreamReader& reader) {
+    for (const QXmlStreamAttribute& attribute : reader.attributes()) {
+        if (attribute.name().contains(QLatin1String("dasharray")) ||
+            attribute.value().contains(QLatin1String("dasharray")))
+            return true;
+    }
+    return false;
+}
+
+QString reference(const QXmlStreamAttributes& attributes) {
+    for (const QXmlStreamAttribute& attribute : attributes) {
+        if (attribute.name() == QLatin1String("href"))
+            return attribute.value().toString().trimmed().mid(1);
+    }
+    return {};
+}
+
+}  // namespace
+
+bool SvgPicture::isBounded(const QByteArray& text) {
+    if (text.size() > MaximumBytes)
+        return false;
+    QXmlStreamReader reader(text);
+    QStringList ids;            // of the elements around, by depth
+    QSet<QString> used, users;  // by id
+    int uses = 0;
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+            case QXmlStreamReader::StartElement: {
+                const QStringRef name = reader.name();
+                ids << reader.attributes().value("id").toString();
+                if ((ids.size() == 1 && name != QLatin1String("svg")) || ids.size() > MaximumDepth ||
+                    name == QLatin1String("image") || hasDashes(reader))
+                    return false;
+                if (name == QLatin1String("use")) {
+                    if (++uses > MaximumUses)
+                        return false;
+                    used += reference(reader.attributes());
+                    for (const QString& id : qAsConst(ids))
+                        users += id;
+                }
+                break;
+            }
+            case QXmlStreamReader::EndElement:
+                ids.removeLast();
+                break;
+            case QXmlStreamReader::Characters:
+                if (reader.text().contains(QLatin1String("dasharray")))
+                    return false;
+                break;
+            case QXmlStreamReader::DTD:
+                if (!reader.entityDeclarations().isEmpty())
+                    return false;
+                break;
+            default:
+                break;
+        }
+    }
+    // What is used must not use anything itself.
+    return !reader.hasError() && !used.intersects(users - QSet<QString>{QString()});
+}
+
+QImage SvgPicture::draw(const QByteArray& text, int edge) {
+    QSvgRenderer renderer;
+    if (!isBounded(text) || !renderer.load(text))
+        return {};
+    const QSize size = renderer.defaultSize().scaled(edge, edge, Qt::KeepAspectRatio);
+    if (size.isEmpty())
+        return {};
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter);
+    return image;
+}
