@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTextDocument>
 
 namespace Fenk {
 
@@ -24,6 +25,10 @@ Theme::FontRole fontOf(Label::Kind kind) {
 }
 
 }  // namespace
+
+QString plainToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? text.toHtmlEscaped() : text;
+}
 
 Label::Label(Kind kind, QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
@@ -92,14 +97,14 @@ QSize Label::minimumSizeHint() const {
 bool Label::event(QEvent* event) {
     // A new text of the same width brings no resize.
     if (event->type() == QEvent::ToolTip && m_elided)
-        setToolTip(cuts() ? text() : QString());
+        setToolTip(cuts() ? plainToolTip(text()) : QString());
     return QLabel::event(event);
 }
 
 void Label::resizeEvent(QResizeEvent* event) {
     QLabel::resizeEvent(event);
     if (m_elided)
-        setToolTip(cuts() ? text() : QString());
+        setToolTip(cuts() ? plainToolTip(text()) : QString());
 }
 
 void Label::paintEvent(QPaintEvent* event) {

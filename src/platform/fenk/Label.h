@@ -6,6 +6,9 @@
 
 namespace Fenk {
 
+/// Text from outside as a tool tip, which would take it for markup where it looks like some.
+QString plainToolTip(const QString& text);
+
 /// Text of one of the product's kinds, in its font and colour in whatever theme. Plain text unless told
 /// otherwise; a single line that does not fit is elided, with the whole of it as tool tip.
 class Label : public QLabel {
