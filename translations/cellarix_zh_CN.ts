@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AppEntryIconEditor</name>
+    <message>
+        <source>Change the icon</source>
+        <translation>更换图标</translation>
+    </message>
+</context>
+<context>
     <name>AppItemWidget</name>
     <message>
         <source>Run %1</source>
@@ -71,6 +78,41 @@
     <message>
         <source>Windows Application Programs (*.exe *.msi *.bat)</source>
         <translation>Windows 应用程序 (*.exe *.msi *.bat)</translation>
+    </message>
+</context>
+<context>
+    <name>AppPropertyDlg</name>
+    <message>
+        <source>Edit Details</source>
+        <translation>编辑详情</translation>
+    </message>
+    <message>
+        <source>App Name</source>
+        <translation>应用名称</translation>
+    </message>
+    <message>
+        <source>File sizes</source>
+        <translation>文件大小</translation>
+    </message>
+    <message>
+        <source>install time</source>
+        <translation>安装时间</translation>
+    </message>
+    <message>
+        <source>File Paths</source>
+        <translation>文件路径</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>Open Application Icon</source>
+        <translation>打开应用图标</translation>
+    </message>
+    <message>
+        <source>Icons Files</source>
+        <translation>图标文件</translation>
     </message>
 </context>
 <context>
@@ -761,6 +803,24 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>NameEditor</name>
+    <message>
+        <source>Edit application name</source>
+        <translation>编辑应用名称</translation>
+    </message>
+    <message>
+        <source>App Name</source>
+        <translation>应用名称</translation>
+    </message>
+</context>
+<context>
+    <name>PathLink</name>
+    <message>
+        <source>Opens the folder of the application</source>
+        <translation>打开应用所在的文件夹</translation>
+    </message>
+</context>
+<context>
     <name>ProgramAppFixer</name>
     <message>
         <source>Cellarix</source>
@@ -773,6 +833,37 @@ please wait for the component download to complete!</source>
     <message>
         <source>The program %1 is running abnormally, you can try to fix it</source>
         <translation>程序“%1”运行异常，您可以尝试修复</translation>
+    </message>
+</context>
+<context>
+    <name>ProgramDetails</name>
+    <message>
+        <source>The details of this application cannot be read at the moment. Please try again later.</source>
+        <translation>暂时无法读取此应用的信息，请稍后重试。</translation>
+    </message>
+    <message>
+        <source>This application has been removed meanwhile.</source>
+        <translation>此应用已被移除。</translation>
+    </message>
+    <message>
+        <source>%1 holds no picture that can serve as an icon. Please choose a picture of at most 16 MB and 4096 pixels.</source>
+        <translation>“%1”不能用作图标，请选择不超过 16 MB、边长不超过 4096 像素的图片。</translation>
+    </message>
+    <message>
+        <source>This application has been removed meanwhile, so nothing was saved.</source>
+        <translation>此应用已被移除，未保存任何更改。</translation>
+    </message>
+    <message>
+        <source>The change could not be saved. Please try again later.</source>
+        <translation>更改未能保存，请稍后重试。</translation>
+    </message>
+    <message>
+        <source>The container of this application cannot be found.</source>
+        <translation>找不到此应用的容器。</translation>
+    </message>
+    <message>
+        <source>The folder of this application is no longer there.</source>
+        <translation>此应用的文件夹已不存在。</translation>
     </message>
 </context>
 <context>

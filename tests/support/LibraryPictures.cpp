@@ -1,6 +1,7 @@
 // Pictures of the library with sample data: library-pictures STATE [--theme light|dark] --screenshot FILE
 // In Chinese where LANG says so. Needs a session bus on which nobody is the bottle service yet. A new state
 // is a line in the table below.
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -22,6 +23,7 @@
 #include "shell/library/ProgramGrid.h"
 #include "shell/library/ProgramLibrary.h"
 #include "shell/library/RemovalQuestion.h"
+#include "shell/properties/AppPropertyDlg.h"
 #include "support/FakeBottleService.h"
 #include "support/Pictures.h"
 
@@ -151,6 +153,27 @@ QList<QWidget*> removal(const Scene& scene) {
     return {scene.window, QApplication::activeModalWidget()};
 }
 
+QList<QWidget*> properties(const Scene& scene, int position) {
+    const Program& program = *scene.tile(position)->program();
+    scene.service->setBottle(
+        program.ref.bottle,
+        {{"External_Programs",
+          QJsonObject{{program.ref.uuid, QJsonObject{{"name", program.name},
+                                                     {"icon", program.icon},
+                                                     {"path", "C:\\Program Files (x86)\\Sample & Sons\\" +
+                                                                  program.name + "\\program.exe"}}}}}});
+    AppPropertyDlg::openFor(*scene.tile(position)->program(), scene.window);
+    settle(300);
+    return {scene.window, QApplication::activeModalWidget()};
+}
+
+QList<QWidget*> editing(const Scene& scene) {
+    const QList<QWidget*> windows = properties(scene, 2);
+    windows.last()->findChild<QAbstractButton*>("property_name_pen")->click();
+    settle(100);
+    return windows;
+}
+
 QList<QWidget*> drop(const Scene& scene) {
     auto* frame = scene.window->findChild<DropFrame*>();
     frame->raise();
@@ -178,6 +201,14 @@ const struct {
      }},
     {"menu", 60, menu},
     {"removal", 60, removal},
+    {"properties", 60,
+     [](const Scene& scene) {
+         const QList<QWidget*> windows = properties(scene, 8);
+         windows.last()->findChild<QWidget*>("property_icon")->setFocus(Qt::TabFocusReason);
+         settle(100);
+         return windows;
+     }},
+    {"properties-editing", 60, editing},
     {"drop", 60, drop},
     {"error", -1, plain},
 };

@@ -16,10 +16,6 @@ BottlesConfig& service() {
     return *BottlesConfig::instance();
 }
 
-void warnNotInBottle(const QString& bottle, const QString& programId) {
-    qWarning().noquote().nospace() << "program " << programId << " not in bottles: " << bottle;
-}
-
 /// A Windows path in Unix form, other paths as they are; empty when the bottle has no directory to look in.
 QString unixPath(const QJsonObject& bottleRecord, const QString& path) {
     if (!WindowsPath::isWindowsPath(path))
@@ -29,6 +25,10 @@ QString unixPath(const QJsonObject& bottleRecord, const QString& path) {
 }
 
 }  // namespace
+
+void BottleUtils::warnNotInBottle(const QString& bottle, const QString& programId) {
+    qWarning().noquote().nospace() << "program " << programId << " not in bottles: " << bottle;
+}
 
 QString BottleUtils::bottlePath(const QString& bottle) {
     return BottleRecord::path(service().get(bottle));
@@ -133,4 +133,21 @@ bool BottleUtils::setStars(const QString& bottle, const QString& programId, int 
     else
         qWarning().noquote().nospace() << "update app rating failed: " << result.errorMessage;
     return result.ok;
+}
+
+BottleUtils::Change BottleUtils::setNameAndIcon(const QString& bottle, const QString& programId,
+                                                const QString& name, const QString& icon) {
+    const QJsonObject record = service().get(bottle);
+    if (!BottleRecord::programs(record).contains(programId)) {
+        warnNotInBottle(bottle, programId);
+        // Nothing at all comes of a service that has not answered.
+        return record.isEmpty() ? Change::Refused : Change::NoProgram;
+    }
+    const BusResult result =
+        service().updateExternalProgram(bottle, {{"id", programId}, {"name", name}, {"icon", icon}});
+    if (result.ok)
+        qInfo().noquote().nospace() << "update app info in cfg: " << bottle << ":" << programId;
+    else
+        qWarning().noquote().nospace() << "update app rating failed: " << result.errorMessage;
+    return result.ok ? Change::Done : Change::Refused;
 }

@@ -29,4 +29,10 @@ bool deleteEntry(const QString& bottle, const QString& programId, bool deleteEmp
 QString addExe(const QString& bottle, const QString& name, const QString& path);
 bool setStars(const QString& bottle, const QString& programId, int stars);
 
+enum class Change { Done, NoProgram, Refused };
+/// What the user calls a program and by which picture; always both, so that the last of several counts.
+Change setNameAndIcon(const QString& bottle, const QString& programId, const QString& name,
+                      const QString& icon);
+void warnNotInBottle(const QString& bottle, const QString& programId);
+
 }  // namespace BottleUtils

@@ -4,6 +4,8 @@
 #include <QDebug>
 
 #include "fenk/Dialog.h"
+#include "shell/ShellWindows.h"
+#include "shell/properties/AppPropertyDlg.h"
 
 namespace {
 
@@ -18,6 +20,10 @@ void tellMissing(const QString& what, const QString& bottle, QWidget* over) {
 }
 
 }  // namespace
+
+ApplicationWindows::ApplicationWindows() {
+    ShellWindows::instance().properties = &AppPropertyDlg::openFor;
+}
 
 BottleConfigWindow* ApplicationWindows::openBottleConfig(const QString& bottle, ConfigMode, QWidget* over) {
     tellMissing(

@@ -11,7 +11,7 @@ class QWidget;
 struct ShellWindows {
     using ForProgram = std::function<void(const ProgramRef& program, QWidget* over)>;
 
-    ForProgram properties;
+    std::function<void(const Program& program, QWidget* over)> properties;
     ForProgram configuration;
     ForProgram fileAssociations;
     ForProgram packaging;

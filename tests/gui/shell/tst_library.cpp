@@ -249,7 +249,7 @@ private Q_SLOTS:
                                       {"External_Programs", external}});
         m_service->setText("getEmulators", emulators);
         bool opened = false;
-        ShellWindows::instance().properties = [&](const ProgramRef&, QWidget*) { opened = true; };
+        ShellWindows::instance().properties = [&](const Program&, QWidget*) { opened = true; };
         open({summary(1, "a", bottle)});
         LocalAppItemWidget* item = tile(1, bottle);
         const QMenu* menu = openMenu(item);

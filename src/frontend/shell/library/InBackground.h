@@ -7,9 +7,10 @@
 
 #include "backend/ServiceThreads.h"
 
-/// Hands the result of work on another thread to `take`, unless the context is gone by then.
+/// Hands the result of work on another thread to `take`, unless the context is gone by then. The work is done
+/// in any case.
 template <class Work, class Take>
-void inBackground(QObject* context, Work work, Take take,
+auto inBackground(QObject* context, Work work, Take take,
                   QThreadPool* threads = QThreadPool::globalInstance()) {
     using Result = decltype(work());
     auto* watcher = new QFutureWatcher<Result>(context);
@@ -18,10 +19,11 @@ void inBackground(QObject* context, Work work, Take take,
         take(watcher->result());
     });
     watcher->setFuture(QtConcurrent::run(threads, work));
+    return watcher->future();
 }
 
 /// The same for work that waits for the background service.
 template <class Work, class Take>
-void askingService(QObject* context, Work work, Take take) {
-    inBackground(context, work, take, ServiceThreads::pool());
+auto askingService(QObject* context, Work work, Take take) {
+    return inBackground(context, work, take, ServiceThreads::pool());
 }

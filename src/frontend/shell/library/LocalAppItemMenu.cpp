@@ -41,24 +41,24 @@ const char* const Words[ProgramMenu::ActionCount] = {
     QT_TRANSLATE_NOOP("LocalAppItemWidget", "Delete"),
 };
 
-/// Null for an entry that needs no window.
-const ShellWindows::ForProgram* windowOf(Action action) {
+/// Whether what the entry leads to is there; an entry that needs no window leads somewhere by itself.
+bool leadsSomewhere(Action action) {
     const ShellWindows& windows = ShellWindows::instance();
     switch (action) {
         case Action::EditDetails:
-            return &windows.properties;
+            return bool(windows.properties);
         case Action::AdvancedDebugging:
-            return &windows.configuration;
+            return bool(windows.configuration);
         case Action::FileAssociations:
-            return &windows.fileAssociations;
+            return bool(windows.fileAssociations);
         case Action::PackagedApps:
-            return &windows.packaging;
+            return bool(windows.packaging);
         case Action::DumpManifest:
-            return &windows.manifestExport;
+            return bool(windows.manifestExport);
         case Action::Feedback:
-            return &windows.feedback;
+            return bool(windows.feedback);
         default:
-            return nullptr;
+            return true;
     }
 }
 
@@ -159,8 +159,7 @@ void LocalAppItemWidget::openMenu() {
         const auto which = Action(i);
         QAction* entry = action(which);
         entry->setVisible(ProgramMenu::isShown(which, m_facts));
-        const auto* opener = windowOf(which);
-        entry->setEnabled(!opener || *opener);
+        entry->setEnabled(leadsSomewhere(which));
         entry->setToolTip(entry->isEnabled() ? QString() : tr("Not in this version yet"));
     }
     action(Action::OpenInTerminal)->setEnabled(!isRunning());
@@ -222,7 +221,7 @@ void LocalAppItemWidget::onOpenFeedbackDialogTriggered() {
 
 void LocalAppItemWidget::onOpenPropDialogActionTriggered() {
     if (const auto& open = ShellWindows::instance().properties)
-        open(ref(), window());
+        open(*program(), window());
 }
 
 void LocalAppItemWidget::onExportFileAssosiationsActionTriggered() {

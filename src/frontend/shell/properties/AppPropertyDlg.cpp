@@ -1,0 +1,144 @@
+#include "shell/properties/AppPropertyDlg.h"
+
+#include <QAccessible>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QHBoxLayout>
+
+#include "fenk/Card.h"
+#include "fenk/Label.h"
+#include "fenk/Tokens.h"
+#include "shell/properties/AppEntryIconEditor.h"
+#include "shell/properties/NameEditor.h"
+#include "shell/properties/PathLink.h"
+#include "shell/properties/ProgramDetails.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr int DialogWidth = 480;
+
+QWidget* row(const QString& word, QWidget* value, int height = Tokens::RowHeight, int overhang = 0) {
+    auto* label = new Label(word, Label::Secondary);
+    label->setBuddy(value);
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(Tokens::Space16, Tokens::Space4, Tokens::Space16 - overhang, Tokens::Space4);
+    layout->setSpacing(Tokens::Space24);
+    layout->addWidget(label);
+    layout->addWidget(value, 1);
+    row->setFixedHeight(height);
+    return row;
+}
+
+Label* text(const QString& name) {
+    auto* label = new Label(Label::Body);
+    label->setObjectName(name);
+    label->setElided(true);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return label;
+}
+
+}  // namespace
+
+AppPropertyDlg::AppPropertyDlg(const Program& known, QWidget* parent)
+    : Dialog(parent),
+      m_details(new ProgramDetails(known)),
+      m_icon(new AppEntryIconEditor),
+      m_name(new NameEditor),
+      m_size(text("property_size")),
+      m_time(text("property_time")),
+      m_path(new PathLink),
+      m_sentence(new Label(Label::Small)) {
+    setObjectName("app_property_dialog");
+    setTitle(tr("Edit Details"));
+    setFixedWidth(DialogWidth);
+    m_icon->setObjectName("property_icon");
+    m_path->setObjectName("property_path");
+    m_sentence->setObjectName("property_sentence");
+    m_sentence->setTextRole(Theme::Danger);
+    m_sentence->setWordWrap(true);
+    m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    // Its room is there before it is, so that nothing moves.
+    m_sentence->setMinimumHeight(m_sentence->fontMetrics().lineSpacing());
+
+    auto* head = new QWidget;
+    auto* middle = new QHBoxLayout(head);
+    middle->setContentsMargins(0, Tokens::Space4, 0, Tokens::Space8);
+    middle->addWidget(m_icon, 0, Qt::AlignCenter);
+    addContent(head);
+    addContent(makeRows());
+    addContent(m_sentence);
+
+    connect(m_icon, &AppEntryIconEditor::clicked, this, &AppPropertyDlg::chooseIcon);
+    connect(m_name, &NameEditor::renamed, m_details, [this](const QString& name) {
+        tell({});
+        m_details->rename(name);
+    });
+    connect(m_path, &PathLink::clicked, m_details, [this] {
+        tell({});
+        m_details->openFolder();
+    });
+    connect(m_details, &ProgramDetails::changed, this, &AppPropertyDlg::showDetails);
+    connect(m_details, &ProgramDetails::failed, this, &AppPropertyDlg::tell);
+    showDetails();
+    m_details->load();
+}
+
+AppPropertyDlg::~AppPropertyDlg() {
+    m_details->disconnect(this);
+    m_details->leave();
+}
+
+void AppPropertyDlg::openFor(const Program& known, QWidget* over) {
+    auto* dialog = new AppPropertyDlg(known, over);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+QWidget* AppPropertyDlg::makeRows() {
+    auto* card = new Card;
+    card->addRow(row(tr("App Name"), m_name, Tokens::RowHeight + Tokens::Space8, NameEditor::PenOverhang));
+    card->addRow(row(tr("File sizes"), m_size));
+    card->addRow(row(tr("install time"), m_time));
+    card->addRow(row(tr("File Paths"), m_path));
+    return card;
+}
+
+void AppPropertyDlg::showDetails() {
+    const auto known = [](const QString& text) { return text.isEmpty() ? tr("Unknown") : text; };
+    m_icon->setFile(m_details->icon());
+    m_icon->setEnabled(m_details->isEditable());
+    m_name->setName(m_details->name());
+    m_name->setEditable(m_details->isEditable());
+    m_size->setText(known(m_details->size()));
+    m_time->setText(known(m_details->installTime()));
+    m_path->setPath(m_details->path());
+}
+
+void AppPropertyDlg::tell(const QString& sentence) {
+    m_sentence->setText(sentence);
+    if (sentence.isEmpty())
+        return;
+    QAccessibleEvent event(m_sentence, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void AppPropertyDlg::chooseIcon() {
+    tell({});
+    const QString present = QFileInfo(m_details->icon()).absolutePath();
+    auto* dialog =
+        new QFileDialog(this, tr("Open Application Icon"), present,
+                        tr("Icons Files") + " (*.png *.PNG *.jpg *.JPG *.jpeg *.JPEG *.svg *.ico)");
+    dialog->setObjectName("property_icon_dialog");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, m_details, &ProgramDetails::useIcon);
+    dialog->open();
+}
+
+void AppPropertyDlg::done(int index) {
+    m_name->take();
+    Dialog::done(index);
+}

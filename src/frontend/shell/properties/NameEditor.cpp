@@ -1,0 +1,90 @@
+#include "shell/properties/NameEditor.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+#include "fenk/IconButton.h"
+#include "fenk/Label.h"
+#include "fenk/Tokens.h"
+
+using namespace Fenk;
+
+namespace {
+constexpr int LongestName = 256;
+/// Between the pen's edge and its picture, which lines up with the field.
+constexpr int PenMargin = (Tokens::CompactHeight - Tokens::IconSmall) / 2;
+}  // namespace
+
+NameEditor::NameEditor(QWidget* parent)
+    : QWidget(parent),
+      m_label(new Label(Label::Body)),
+      m_pen(new IconButton("fenk-edit", tr("Edit application name"), nullptr, IconButton::Compact)),
+      m_field(new QLineEdit) {
+    m_label->setObjectName("property_name");
+    m_label->setElided(true);
+    m_label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_pen->setObjectName("property_name_pen");
+    m_field->setObjectName("property_name_field");
+    m_field->setAccessibleName(tr("App Name"));
+    m_field->setMaxLength(LongestName);
+    m_field->installEventFilter(this);
+    m_field->hide();
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Tokens::Space4);
+    row->addWidget(m_label, 1);
+    row->addWidget(m_pen);
+    row->addWidget(m_field, 1);
+    connect(m_pen, &QToolButton::clicked, this, &NameEditor::beginEditing);
+}
+
+void NameEditor::setName(const QString& name) {
+    m_name = name;
+    m_label->setText(name.left(LongestName).simplified());
+}
+
+void NameEditor::setEditable(bool editable) {
+    m_pen->setEnabled(editable);
+}
+
+void NameEditor::beginEditing() {
+    m_editing = true;
+    m_field->setText(m_name);
+    layout()->setContentsMargins(0, 0, PenOverhang, 0);
+    m_label->hide();
+    m_pen->hide();
+    m_field->show();
+    m_field->selectAll();
+    m_field->setFocus();
+}
+
+void NameEditor::endEditing(bool taken) {
+    if (!m_editing)
+        return;
+    m_editing = false;
+    const bool focused = m_field->hasFocus();
+    layout()->setContentsMargins(0, 0, 0, 0);
+    m_label->show();
+    m_pen->show();
+    if (focused)
+        m_pen->setFocus(Qt::TabFocusReason);
+    m_field->hide();
+    if (taken && m_field->isModified() && m_field->text() != m_name)
+        Q_EMIT renamed(m_field->text());
+}
+
+bool NameEditor::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
+            endEditing(key != Qt::Key_Escape);
+            return true;
+        }
+    }
+    if (event->type() == QEvent::FocusOut &&
+        static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason)
+        endEditing(true);
+    return QWidget::eventFilter(watched, event);
+}
