@@ -14,6 +14,10 @@ Section
   File "${PROGRAM}"
   CreateDirectory "$SMPROGRAMS\Cellarix"
   CreateShortCut "$SMPROGRAMS\Cellarix\Sample program.lnk" "$INSTDIR\window.exe"
+  CreateShortCut "$DESKTOP\Sample program.lnk" "$INSTDIR\window.exe"
+  CreateShortCut "$SMSTARTUP\Sample program.lnk" "$INSTDIR\window.exe"
+  WriteRegStr HKCU "Software\Classes\.smp" "" "Sample.Document"
+  WriteRegStr HKCU "Software\Classes\Sample.Document\shell\open\command" "" '"$INSTDIR\window.exe" "%1"'
 !endif
   Sleep 5000 ; the window is looked for once a second
 SectionEnd
