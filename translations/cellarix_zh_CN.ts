@@ -34,7 +34,8 @@
     </message>
     <message>
         <source>Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it.</source>
-        <translation>选择一个程序文件，或将其拖放到这里。Cellarix 会为它准备环境、启动并记住它。</translation>
+        <translation>选择一个程序文件，或将其拖放到这里。
+Cellarix 会为它准备环境、启动并记住它。</translation>
     </message>
     <message>
         <source>Open Program…</source>
