@@ -1,0 +1,244 @@
+#include <QAbstractButton>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QtTest>
+#include <memory>
+
+#include "fenk/Application.h"
+#include "shell/properties/AppPropertyDlg.h"
+#include "support/FakeBottleService.h"
+#include "support/LogCapture.h"
+#include "support/PrivateBus.h"
+#include "support/TestHome.h"
+
+using TestSupport::LogCapture;
+
+namespace {
+
+const QString Id = "00000000-0000-4000-8000-000000000001";
+const int FocusLoss = -1, Close = -2;
+
+QString saved(const QString& name, const QString& icon) {
+    return QString(R"({"icon":"%1","id":"%2","name":"%3"})").arg(icon, Id, name);
+}
+
+}  // namespace
+
+class TestProgramDialogs : public QObject {
+    Q_OBJECT
+
+    TestSupport::TestHome m_home;
+    std::unique_ptr<TestSupport::FakeBottleService> m_service;
+    QPointer<AppPropertyDlg> m_dialog;
+    QStringList m_opened;
+
+    template <class T>
+    T* part(const char* name) const {
+        return m_dialog->findChild<T*>(name);
+    }
+    QString shownName() const { return part<QLabel>("property_name")->text(); }
+    QString sentence() const { return part<QLabel>("property_sentence")->text(); }
+    QStringList updates() {
+        QStringList records;
+        for (const auto& call : m_service->calls("updateExternalProgram"))
+            records << call.arguments.at(1).toString();
+        return records;
+    }
+    void setProgram(const QJsonObject& record, const QString& path = QString()) {
+        m_service->setBottle("office", {{"Path", path}, {"External_Programs", QJsonObject{{Id, record}}}});
+    }
+    void openProperties() {
+        Program known;
+        known.ref = {"office", Id};
+        known.setName("known");
+        m_dialog = new AppPropertyDlg(known);
+        m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+        m_dialog->show();
+        QCOMPARE(shownName(), QString("known"));
+        QVERIFY(QTest::qWaitForWindowActive(m_dialog));
+        m_service->waitForCall("get");
+    }
+    void write(const QString& name, int end) {
+        QTRY_VERIFY(part<QAbstractButton>("property_name_pen")->isEnabled());
+        part<QAbstractButton>("property_name_pen")->click();
+        auto* field = part<QLineEdit>("property_name_field");
+        QTRY_VERIFY(field->hasFocus());
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClicks(field, name);
+        if (end == FocusLoss)
+            part<QWidget>("property_icon")->setFocus();
+        else if (end == Close)
+            m_dialog->close();
+        else
+            QTest::keyClick(field, Qt::Key(end));
+    }
+    void chooseIcon(const QString& file) {
+        QTRY_VERIFY(part<QAbstractButton>("property_icon")->isEnabled());
+        part<QAbstractButton>("property_icon")->click();
+        auto* chooser = part<QFileDialog>("property_icon_dialog");
+        Q_EMIT chooser->fileSelected(file);
+        chooser->close();
+    }
+    QString picture(const QString& name) {
+        QImage image(8, 8, QImage::Format_ARGB32);
+        image.fill(Qt::red);
+        const QString file = m_home.path() + "/" + name;
+        image.save(file);
+        return file;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { QDesktopServices::setUrlHandler("file", this, "onOpened"); }
+    void onOpened(const QUrl& url) { m_opened << url.toString(); }
+    void init() {
+        m_service = std::make_unique<TestSupport::FakeBottleService>();
+        QVERIFY(m_service->start());
+        m_opened.clear();
+    }
+    void cleanup() {
+        QThreadPool::globalInstance()->waitForDone();
+        delete m_dialog;
+        m_service.reset();
+    }
+
+    void rename_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("end");
+        QTest::addColumn<QStringList>("records");
+        QTest::newRow("Return") << "new" << int(Qt::Key_Return) << QStringList(saved("new", "i"));
+        QTest::newRow("Escape") << "new" << int(Qt::Key_Escape) << QStringList();
+        QTest::newRow("the same") << "old" << int(Qt::Key_Enter) << QStringList();
+        QTest::newRow("empty") << "" << int(Qt::Key_Return) << QStringList(saved("", "i"));
+        QTest::newRow("focus elsewhere") << "<b>" << FocusLoss << QStringList(saved("<b>", "i"));
+        QTest::newRow("window closed") << "new" << Close << QStringList(saved("new", "i"));
+    }
+    void rename() {
+        QFETCH(QString, name);
+        QFETCH(int, end);
+        QFETCH(QStringList, records);
+        const LogCapture log;
+        setProgram({{"name", "old"}, {"icon", "i"}});
+        openProperties();
+        write(name, end);
+        if (end != Close) {
+            QCOMPARE(shownName(), records.isEmpty() ? QString("old") : name);
+            QVERIFY(!part<QWidget>("property_name_field")->isVisible());
+            QVERIFY(m_dialog->isVisible());
+        }
+        QThreadPool::globalInstance()->waitForDone();
+        QCOMPARE(updates(), records);
+        QCOMPARE(log.count("update app info in cfg: office:" + Id), records.size());
+    }
+
+    void refused_data() {
+        QTest::addColumn<bool>("gone");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("by the service") << false << "update app rating failed: read only";
+        QTest::newRow("the program has gone") << true << "program " + Id + " not in bottles: office";
+    }
+    void refused() {
+        QFETCH(bool, gone);
+        QFETCH(QString, line);
+        const LogCapture log;
+        setProgram({{"name", "old"}});
+        m_service->setError("updateExternalProgram", "read only");
+        openProperties();
+        QTRY_COMPARE(shownName(), QString("old"));
+        if (gone)
+            m_service->setBottle("office", {{"External_Programs", QJsonObject{{"other", QJsonObject()}}}});
+        write("new", Qt::Key_Return);
+        QCOMPARE(shownName(), QString("new"));
+        QTRY_COMPARE(shownName(), QString("old"));
+        QCOMPARE(sentence().contains("removed"), gone);
+        QVERIFY2(log.contains(QtWarningMsg, line), qPrintable(log.text()));
+        QVERIFY(gone || updates().size() == 1);
+    }
+
+    void openedTooLate() {
+        const LogCapture log;
+        m_service->setBottle("office", {});
+        openProperties();
+        QTRY_VERIFY(!sentence().isEmpty());
+        QVERIFY(log.contains(QtWarningMsg, "program " + Id + " not in bottles: office"));
+        QVERIFY(!part<QWidget>("property_name_pen")->isEnabled());
+    }
+
+    void oneAfterTheOther() {
+        const QString icon = picture("a.png");
+        setProgram({{"name", "old"}});
+        m_service->setAnswers("updateExternalProgram", {{{"text", ""}, {"hold", true}}, {{"text", ""}}});
+        openProperties();
+        write("a", Qt::Key_Return);
+        m_service->waitForCall("updateExternalProgram");
+        write("b", Qt::Key_Return);
+        chooseIcon(icon);
+        m_dialog->close();
+        QTRY_VERIFY(!m_dialog);
+        QCOMPARE(updates().size(), 1);
+        QCOMPARE(m_service->release(), 1);
+        m_service->waitForCall("updateExternalProgram", 3);
+        QCOMPARE(updates(), QStringList({saved("a", ""), saved("b", ""), saved("b", icon)}));
+    }
+
+    void noPicture() {
+        setProgram({{"name", "old"}});
+        openProperties();
+        chooseIcon(m_home.write("a.png", "text"));
+        QTRY_VERIFY(sentence().contains("a.png"));
+        QVERIFY(updates().isEmpty());
+    }
+
+    void folder_data() {
+        QTest::addColumn<QString>("bottle");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("opened");
+        QTest::newRow("Windows") << "/b"
+                                 << R"(C:\Games\A\a.exe)"
+                                 << "/b/drive_c/games/a";
+        QTest::newRow("Unix") << "/b" << m_home.path() + "/b/drive_c/games/../games/a.exe"
+                              << "/b/drive_c/games";
+        QTest::newRow("gone") << "/b"
+                              << R"(C:\No\a.exe)"
+                              << "";
+        QTest::newRow("relative") << "/b"
+                                  << "a.exe"
+                                  << "";
+        QTest::newRow("no bottle") << ""
+                                   << "/tmp/a.exe"
+                                   << "";
+    }
+    void folder() {
+        QFETCH(QString, bottle);
+        QFETCH(QString, path);
+        QFETCH(QString, opened);
+        const LogCapture log;
+        m_home.write("b/drive_c/games/a/a.exe", QByteArray(1536, 'x'));
+        QDir(m_home.path() + "/b").mkdir("dosdevices");
+        QFile::link("../drive_c", m_home.path() + "/b/dosdevices/c:");
+        setProgram({{"name", "old"}, {"path", path}}, bottle.isEmpty() ? QString() : m_home.path() + bottle);
+        openProperties();
+        auto* link = part<QAbstractButton>("property_path");
+        QTRY_COMPARE(link->accessibleName(), path);
+        if (bottle == "/b" && opened.endsWith("/a"))
+            QTRY_VERIFY(part<QLabel>("property_size")->text().startsWith("1"));
+        QTest::keyClick(link, Qt::Key_Return);
+        if (opened.isEmpty()) {
+            QTRY_VERIFY(!sentence().isEmpty());
+        } else {
+            QTRY_COMPARE(m_opened.size(), 1);
+            QCOMPARE(QUrl(m_opened.first()).path(), QFileInfo(m_home.path()).canonicalFilePath() + opened);
+        }
+        QCOMPARE(log.contains("bottles path is empty"), bottle.isEmpty());
+    }
+};
+
+int main(int argc, char** argv) {
+    const TestSupport::PrivateBus bus;
+    Fenk::Application app(argc, argv);
+    TestProgramDialogs test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_programdialogs.moc"
