@@ -136,6 +136,29 @@ Cellarix 会为它准备环境、启动并记住它。</translation>
     </message>
 </context>
 <context>
+    <name>AssociationModel</name>
+    <message>
+        <source>Export %1</source>
+        <translation>导出 %1</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>选择</translation>
+    </message>
+    <message>
+        <source>Icon</source>
+        <translation>图标</translation>
+    </message>
+    <message>
+        <source>Extension</source>
+        <translation>扩展名</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>应用</translation>
+    </message>
+</context>
+<context>
     <name>BannerCloseConfirmDialog</name>
     <message>
         <source>Close Running</source>
@@ -613,6 +636,40 @@ please wait for the component download to complete!</source>
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>FileAssosiationsExportDialog</name>
+    <message>
+        <source>Export File Associations</source>
+        <translation>导出文件关联</translation>
+    </message>
+    <message>
+        <source>Checked types will open with the applications of this container.</source>
+        <translation>勾选的文件类型将由此容器中的应用打开。</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>The file associations cannot be read at the moment. Please try again later.</source>
+        <translation>暂时无法读取文件关联，请稍后重试。</translation>
+    </message>
+    <message>
+        <source>No application of this container opens files or links.</source>
+        <translation>此容器中没有可打开文件或链接的应用。</translation>
+    </message>
+</context>
+<context>
+    <name>FileAssosiationsListView</name>
+    <message>
+        <source>File associations</source>
+        <translation>文件关联</translation>
     </message>
 </context>
 <context>

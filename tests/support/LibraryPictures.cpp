@@ -2,10 +2,12 @@
 // In Chinese where LANG says so. Needs a session bus on which nobody is the bottle service yet. A new state
 // is a line in the table below.
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QMenu>
 #include <QPainter>
 #include <QTemporaryDir>
@@ -17,6 +19,7 @@
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
+#include "shell/associations/FileAssosiationsExportDialog.h"
 #include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/AppLocalView.h"
 #include "shell/library/LocalAppItemWidget.h"
@@ -102,6 +105,7 @@ QJsonArray programs(int count, const QString& directory) {
 struct Scene {
     FakeBottleService* service;
     Mainwindow* window;
+    QString directory;  ///< of the bottles
     AppLocalView* view() const { return window->indexView()->localView(); }
     LocalAppItemWidget* tile(int position) const {
         ProgramGrid* grid = view()->shownGrid();
@@ -174,6 +178,35 @@ QList<QWidget*> editing(const Scene& scene) {
     return windows;
 }
 
+QList<QWidget*> associations(const Scene& scene) {
+    const ProgramRef program = scene.tile(8)->program()->ref;
+    const QString directory = scene.directory;
+    const char* const kinds[][2] = {{".cxt", "Harbour Office"},
+                                    {".docx", "Harbour Office"},
+                                    {".ledger", "Ledger 账本 2024"},
+                                    {".mp3", "网易云音乐"},
+                                    {"harbour", "Harbour Office"},
+                                    {".qzs", "Quartz Studio 2024"},
+                                    {".tide", "The Very Long Name of a Program That Nobody Can Remember"},
+                                    {".xlsx", "Harbour Office"}};
+    QJsonObject all;
+    int number = 0;
+    for (const auto& kind : kinds)
+        all.insert(kind[0], QJsonObject{{"friendly_name", QString::fromUtf8(kind[1])},
+                                        {"icon", drawIcon(directory, ++number, QString::fromUtf8(kind[1]))}});
+    QFile file(directory + "/assosiate.json");
+    if (file.open(QIODevice::WriteOnly))
+        file.write(QJsonDocument(all).toJson());
+    file.close();
+    FileAssosiationsExportDialog::openFor(program, scene.window);
+    settle(600);
+    QWidget* dialog = QApplication::activeModalWidget();
+    auto* list = dialog->findChild<QAbstractItemView*>("file_associations");
+    for (const int row : {1, 3, 4})
+        list->model()->setData(list->model()->index(row, 0), Qt::Checked, Qt::CheckStateRole);
+    return {scene.window, dialog};
+}
+
 QList<QWidget*> drop(const Scene& scene) {
     auto* frame = scene.window->findChild<DropFrame*>();
     frame->raise();
@@ -209,6 +242,7 @@ const struct {
          return windows;
      }},
     {"properties-editing", 60, editing},
+    {"associations", 60, associations},
     {"drop", 60, drop},
     {"error", -1, plain},
 };
@@ -239,7 +273,7 @@ QImage paint(int programCount, const std::function<QList<QWidget*>(const Scene&)
     Mainwindow window;
     window.show();
     window.activateWindow();
-    const Scene scene{&service, &window};
+    const Scene scene{&service, &window, icons.path()};
     if (!waitUntilLoaded(scene))
         return {};
     settle(600);

@@ -5,6 +5,7 @@
 
 #include "fenk/Dialog.h"
 #include "shell/ShellWindows.h"
+#include "shell/associations/FileAssosiationsExportDialog.h"
 #include "shell/properties/AppPropertyDlg.h"
 
 namespace {
@@ -22,7 +23,9 @@ void tellMissing(const QString& what, const QString& bottle, QWidget* over) {
 }  // namespace
 
 ApplicationWindows::ApplicationWindows() {
-    ShellWindows::instance().properties = &AppPropertyDlg::openFor;
+    ShellWindows& windows = ShellWindows::instance();
+    windows.properties = &AppPropertyDlg::openFor;
+    windows.fileAssociations = &FileAssosiationsExportDialog::openFor;
 }
 
 BottleConfigWindow* ApplicationWindows::openBottleConfig(const QString& bottle, ConfigMode, QWidget* over) {

@@ -12,7 +12,9 @@ namespace {
 const char FileName[] = "/assosiate.json";
 constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
 
-QJsonObject readAll(const QString& bottlePath) {
+}  // namespace
+
+QJsonObject FileAssociation::all(const QString& bottlePath) {
     const QString path = bottlePath + FileName;
     const QFileInfo info(path);
     if (bottlePath.isEmpty() || (!info.exists() && !info.isSymLink()))
@@ -29,13 +31,11 @@ QJsonObject readAll(const QString& bottlePath) {
     return document.object();
 }
 
-}  // namespace
-
 std::optional<FileAssociation> FileAssociation::find(const QString& bottlePath, const QString& key) {
-    const QJsonObject all = readAll(bottlePath);
-    if (!all.contains(key))
+    const QJsonObject known = all(bottlePath);
+    if (!known.contains(key))
         return std::nullopt;
-    const QJsonObject record = all.value(key).toObject();
+    const QJsonObject record = known.value(key).toObject();
     const FileAssociation found{record.value("progid").toString(), record.value("executable").toString(),
                                 record.value("comment").toString(), record.value("friendly_name").toString(),
                                 record.value("icon").toString()};

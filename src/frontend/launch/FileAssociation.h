@@ -19,4 +19,6 @@ struct FileAssociation {
     /// Of a bottle, from "assosiate.json" in its directory. `key` is an extension with its dot or the scheme
     /// of a link. Nothing without such a file or key; a file or record that makes no sense is logged.
     static std::optional<FileAssociation> find(const QString& bottlePath, const QString& key);
+    /// All of a bottle as they are kept, by key. Empty when they can't be read.
+    static QJsonObject all(const QString& bottlePath);
 };

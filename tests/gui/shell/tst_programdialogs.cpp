@@ -1,4 +1,6 @@
 #include <QAbstractButton>
+#include <QAbstractItemModelTester>
+#include <QAbstractItemView>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QLabel>
@@ -8,6 +10,8 @@
 #include <memory>
 
 #include "fenk/Application.h"
+#include "shell/associations/FileAssosiationsExportDialog.h"
+#include "shell/library/ListPlaceholder.h"
 #include "shell/properties/AppPropertyDlg.h"
 #include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
@@ -232,6 +236,76 @@ private Q_SLOTS:
             QCOMPARE(QUrl(m_opened.first()).path(), QFileInfo(m_home.path()).canonicalFilePath() + opened);
         }
         QCOMPARE(log.contains("bottles path is empty"), bottle.isEmpty());
+    }
+
+    void associations_data() {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<int>("version");
+        QTest::addColumn<QStringList>("keys");
+        const QByteArray both = R"({"web":{"mime":"x-scheme-handler/web"},".a":{"mime":"a/b"},"x":1})";
+        QTest::newRow("system 22") << both << 22 << QStringList({".a", "web", "x"});
+        QTest::newRow("system 23") << both << 23 << QStringList({".a", "x"});
+        QTest::newRow("no version") << both << 0 << QStringList({".a", "web", "x"});
+        QTest::newRow("no object") << QByteArray("[1]") << 22 << QStringList();
+    }
+    void associations() {
+        QFETCH(QByteArray, file);
+        QFETCH(int, version);
+        QFETCH(QStringList, keys);
+        m_home.write("a/assosiate.json", file);
+        QCOMPARE(BottleAssociations::read(m_home.path() + "/a", version).keys(), keys);
+        QCOMPARE(BottleAssociations::read("", version), QJsonObject());
+    }
+
+    void exportThem_data() {
+        QTest::addColumn<QByteArray>("exported");
+        QTest::addColumn<QList<int>>("keys");
+        QTest::addColumn<QJsonArray>("chosen");
+        const QByteArray before = R"({"office":[".b",".gone"],"other":[".a"]})";
+        QTest::newRow("as before") << before << QList<int>() << QJsonArray({".b"});
+        QTest::newRow("two") << before << QList<int>({Qt::Key_Space}) << QJsonArray({".a", ".b"});
+        QTest::newRow("none") << before << QList<int>({Qt::Key_Down, Qt::Key_Space}) << QJsonArray();
+        QTest::newRow("never before") << QByteArray("torn") << QList<int>() << QJsonArray();
+    }
+    void exportThem() {
+        QFETCH(QByteArray, exported);
+        QFETCH(QList<int>, keys);
+        QFETCH(QJsonArray, chosen);
+        m_home.write("e/assosiate.json", R"({".a":{"comment":"A","icon":"/dev/zero"},
+            ".b":{"comment":"no","friendly_name":"<b> B"},".c":{}})");
+        m_home.write(".local/share/lumora-wine-bottles/exported_associations.json", exported);
+        m_service->setBottle("office", {{"Path", m_home.path() + "/e"}});
+        auto* dialog = new FileAssosiationsExportDialog("office");
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        auto* list = dialog->findChild<QAbstractItemView*>("file_associations");
+        const QAbstractItemModelTester tester(list->model());
+        QVERIFY(!dialog->button(1)->isEnabled());
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QTRY_VERIFY(dialog->button(1)->isEnabled());
+        QCOMPARE(list->model()->index(0, 3).data().toString(), QString("A"));
+        QCOMPARE(list->model()->index(1, 3).data().toString(), QString("<b> B"));
+        QTRY_VERIFY(list->hasFocus());
+        for (const int key : keys)
+            QTest::keyClick(list, Qt::Key(key));
+        const QPoint last = list->visualRect(list->model()->index(2, 2)).center();
+        for (int i = 0; i < 2; ++i)
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, last);
+        const QPointer<QWidget> open = dialog;
+        QTest::keyClick(list, Qt::Key_Return);
+        QTRY_VERIFY(!open);
+        QCOMPARE(m_service->waitForCall("exportFileAssociations").arguments, QJsonArray({"office", chosen}));
+    }
+
+    void nothingToExport() {
+        for (const bool refused : {false, true}) {
+            if (refused)
+                m_service->setError("get", "no");
+            FileAssosiationsExportDialog dialog("office");
+            dialog.show();
+            QTRY_VERIFY(dialog.findChild<ListPlaceholder*>());
+            QVERIFY(!dialog.button(1)->isEnabled());
+        }
     }
 };
 

@@ -1,25 +1,14 @@
 #include "shell/library/ProgramMenu.h"
 
-#include <QFile>
-#include <QJsonDocument>
 #include <QRegularExpression>
 
 #include "backend/BottleRecord.h"
 #include "backend/DesktopUtils.h"
-#include "core/base/RegularFile.h"
+#include "shell/associations/BottleAssociations.h"
 
 namespace ProgramMenu {
 
 namespace {
-
-constexpr qint64 MostAssociationBytes = 4 * 1024 * 1024;
-
-bool hasAssociations(const QString& bottlePath) {
-    QFile file;
-    if (bottlePath.isEmpty() || !RegularFile::open(file, bottlePath + "/assosiate.json"))
-        return false;
-    return !QJsonDocument::fromJson(file.read(MostAssociationBytes)).object().isEmpty();
-}
 
 bool isFromStore(const QString& bottle) {
     static const QRegularExpression name("program-[0-9a-f]{8,}");
@@ -35,7 +24,7 @@ Facts Facts::of(const QString& bottle, const QString& programId, const QJsonObje
     if (BottleRecord::hasPrograms(bottleRecord))
         facts.programCount = BottleRecord::programs(bottleRecord).size();
     facts.hasShortcut = DesktopUtils::hasDesktopShortcut(programId);
-    facts.hasAssociations = ProgramMenu::hasAssociations(BottleRecord::path(bottleRecord));
+    facts.hasAssociations = !BottleAssociations::read(BottleRecord::path(bottleRecord)).isEmpty();
     return facts;
 }
 
