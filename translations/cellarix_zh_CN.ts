@@ -905,7 +905,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 holds no picture that can serve as an icon. Please choose a picture of at most 16 MB and 4096 pixels.</source>
-        <translation>“%1”不能用作图标，请选择不超过 16 MB、边长不超过 4096 像素的图片。</translation>
+        <translation>“%1”不能用作图标，请选择 16 MB、4096 像素以内的图片。</translation>
     </message>
     <message>
         <source>This application has been removed meanwhile, so nothing was saved.</source>

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileDialog>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMenu>
@@ -178,6 +179,17 @@ QList<QWidget*> editing(const Scene& scene) {
     return windows;
 }
 
+/// A file that is no picture.
+QList<QWidget*> refusedIcon(const Scene& scene) {
+    const QList<QWidget*> windows = properties(scene, 8);
+    windows.last()->findChild<QAbstractButton*>("property_icon")->click();
+    auto* chooser = windows.last()->findChild<QFileDialog*>("property_icon_dialog");
+    Q_EMIT chooser->fileSelected("/etc/passwd");
+    chooser->close();
+    settle(300);
+    return windows;
+}
+
 QList<QWidget*> associations(const Scene& scene) {
     const ProgramRef program = scene.tile(8)->program()->ref;
     const QString directory = scene.directory;
@@ -242,6 +254,7 @@ const struct {
          return windows;
      }},
     {"properties-editing", 60, editing},
+    {"properties-refused", 60, refusedIcon},
     {"associations", 60, associations},
     {"drop", 60, drop},
     {"error", -1, plain},

@@ -1,9 +1,11 @@
 #include "shell/properties/AppPropertyDlg.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QStandardPaths>
 
 #include "fenk/Card.h"
 #include "fenk/Label.h"
@@ -60,8 +62,7 @@ AppPropertyDlg::AppPropertyDlg(const Program& known, QWidget* parent)
     m_sentence->setTextRole(Theme::Danger);
     m_sentence->setWordWrap(true);
     m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    // Its room is there before it is, so that nothing moves.
-    m_sentence->setMinimumHeight(m_sentence->fontMetrics().lineSpacing());
+    m_sentence->hide();
 
     auto* head = new QWidget;
     auto* middle = new QHBoxLayout(head);
@@ -87,6 +88,7 @@ AppPropertyDlg::AppPropertyDlg(const Program& known, QWidget* parent)
 }
 
 AppPropertyDlg::~AppPropertyDlg() {
+    m_name->take();
     m_details->disconnect(this);
     m_details->leave();
 }
@@ -108,6 +110,7 @@ QWidget* AppPropertyDlg::makeRows() {
 
 void AppPropertyDlg::showDetails() {
     const auto known = [](const QString& text) { return text.isEmpty() ? tr("Unknown") : text; };
+    const bool wasEditable = m_icon->isEnabled();
     m_icon->setFile(m_details->icon());
     m_icon->setEnabled(m_details->isEditable());
     m_name->setName(m_details->name());
@@ -115,10 +118,16 @@ void AppPropertyDlg::showDetails() {
     m_size->setText(known(m_details->size()));
     m_time->setText(known(m_details->installTime()));
     m_path->setPath(m_details->path());
+    if (m_details->isEditable() && !wasEditable && !m_path->hasFocus())
+        m_name->setFocus();
 }
 
 void AppPropertyDlg::tell(const QString& sentence) {
     m_sentence->setText(sentence);
+    m_sentence->setVisible(!sentence.isEmpty());
+    // Below all others, so that none of them moves.
+    layout()->activate();
+    resize(width(), layout()->totalHeightForWidth(width()));
     if (sentence.isEmpty())
         return;
     QAccessibleEvent event(m_sentence, QAccessible::Alert);
@@ -127,9 +136,14 @@ void AppPropertyDlg::tell(const QString& sentence) {
 
 void AppPropertyDlg::chooseIcon() {
     tell({});
-    const QString present = QFileInfo(m_details->icon()).absolutePath();
+    const QFileInfo present(m_details->icon());
+    QString start = present.path();
+    if (!present.isAbsolute() || !QFileInfo(start).isDir())
+        start = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    if (!QFileInfo(start).isDir())
+        start = QDir::homePath();
     auto* dialog =
-        new QFileDialog(this, tr("Open Application Icon"), present,
+        new QFileDialog(this, tr("Open Application Icon"), start,
                         tr("Icons Files") + " (*.png *.PNG *.jpg *.JPG *.jpeg *.JPEG *.svg *.ico)");
     dialog->setObjectName("property_icon_dialog");
     dialog->setAttribute(Qt::WA_DeleteOnClose);

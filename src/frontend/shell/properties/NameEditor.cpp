@@ -31,9 +31,10 @@ NameEditor::NameEditor(QWidget* parent)
     m_field->setMaxLength(LongestName);
     m_field->installEventFilter(this);
     m_field->hide();
+    setFocusProxy(m_pen);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(Tokens::Space4);
+    row->setSpacing(Tokens::Space8);
     row->addWidget(m_label, 1);
     row->addWidget(m_pen);
     row->addWidget(m_field, 1);

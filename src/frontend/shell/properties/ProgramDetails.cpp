@@ -17,8 +17,18 @@ using BottleUtils::Change;
 
 namespace {
 
+constexpr int LongestFileName = 40;
+
 QString unixPath(const QString& bottlePath, const QString& path) {
     return WindowsPath::isWindowsPath(path) ? WindowsPath::toUnix(bottlePath, path) : path;
+}
+
+/// For a sentence, in whose line it has to fit.
+QString shortName(const QString& file) {
+    const QString name = QFileInfo(file).fileName();
+    return name.size() <= LongestFileName
+               ? name
+               : name.left(LongestFileName / 2) + QChar(0x2026) + name.right(LongestFileName / 2);
 }
 
 /// The last save of any program: the next one waits for it.
@@ -93,7 +103,7 @@ void ProgramDetails::useIcon(const QString& file) {
                 Q_EMIT failed(
                     tr("%1 holds no picture that can serve as an icon. Please choose a picture of at most "
                        "16 MB and 4096 pixels.")
-                        .arg(QFileInfo(file).fileName()));
+                        .arg(shortName(file)));
             } else if (choice == m_choice) {
                 ProgramIcons::instance()->refresh(file);
                 change({m_shown.name, file});
