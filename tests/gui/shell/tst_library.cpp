@@ -196,6 +196,9 @@ private Q_SLOTS:
         QTRY_VERIFY2(tiles().size() < 60, "tiles out of sight are gone");
         QVERIFY(view()->shownGrid()->viewport()->rect().contains(
             QRect(tile(1998)->mapTo(view()->shownGrid()->viewport(), QPoint()), tile(1998)->size())));
+        QVERIFY(m_service->emitSignal("bottles_deleted", "s", {"office"}));
+        QTRY_VERIFY(qobject_cast<QAbstractButton*>(QApplication::focusWidget()));
+        QVERIFY2(view()->isAncestorOf(QApplication::focusWidget()), "the way on is the one to add programs");
     }
 
     void menu_data() {

@@ -1,5 +1,6 @@
 #include "shell/library/AppLocalView.h"
 
+#include <QApplication>
 #include <QDebug>
 #include <QFileDialog>
 #include <QHBoxLayout>
@@ -118,6 +119,7 @@ void AppLocalView::onProgramChanged(const ProgramPtr& program) {
 
 void AppLocalView::refresh() {
     m_refresh.stop();
+    const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     const ProgramLibrary::State state = m_library->state();
     const QVector<ProgramPtr>& programs = m_library->programs();
     m_count->setText(programs.isEmpty()
@@ -146,6 +148,9 @@ void AppLocalView::refresh() {
         }
     }
     m_pages->setCurrentWidget(page);
+    // What had it may have gone.
+    if (hadFocus && !isAncestorOf(QApplication::focusWidget()))
+        focusPrograms();
 }
 
 void AppLocalView::search(const QString& keyword) {

@@ -26,6 +26,7 @@ ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, con
     if (!buttonWord.isEmpty()) {
         m_button = new QPushButton(buttonWord);
         m_button->setAccessibleName(buttonWord);
+        setFocusProxy(m_button);
         connect(m_button, &QPushButton::clicked, this, &ListPlaceholder::pressed);
         layout->addWidget(m_button, 0, Qt::AlignHCenter);
     }
