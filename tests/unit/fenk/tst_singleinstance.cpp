@@ -7,8 +7,6 @@
 
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QtTest>
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -17,9 +15,13 @@
 #include "fenk/SingleInstance.h"
 #include "fenk/SingleInstanceMessage.h"
 #include "fenk/SingleInstanceServer.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
 
 using namespace Fenk;
 using SingleInstanceMessage::State;
+using TestSupport::Table;
+using TestSupport::TestHome;
 Q_DECLARE_METATYPE(Fenk::SingleInstanceMessage::State)
 
 namespace {
@@ -42,7 +44,7 @@ public:
         return QString::fromUtf8(m_output).split('\n', Qt::SkipEmptyParts);
     }
     bool said(const QString& line) { return lines().contains(line); }
-    QProcess& process() { return m_process; }
+    void wake() { m_process.write("x"); }
 
 private:
     QProcess m_process;
@@ -71,247 +73,193 @@ QByteArray header(quint32 length) {
 class TestSingleInstance : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void parse_data();
-    void parse();
-    void everyPrefixIsIncomplete();
-    void limits();
-    void absoluteFiles_data();
-    void absoluteFiles();
-    void oneOfTwentyIsFirst();
-    void killedInstanceLeavesNothingInTheWay();
-    void waitingSenderTakesOverFromKilledOwner();
-    void argumentsBeforeTheEventLoopAreKept();
-    void ownerThatDoesNotYetListenIsWaitedFor();
-    void hostilePeers_data();
-    void hostilePeers();
-    void unsafeDirectoryIsNotUsed();
-};
-
-void TestSingleInstance::parse_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<State>("state");
-    QTest::addColumn<QStringList>("arguments");
-    const QStringList words{"cellarix", "--open", "", "C:\\a b.exe", QString::fromUtf8("微信\n")};
-    const QByteArray good = SingleInstanceMessage::encode(words);
-    const auto body = [](const QByteArray& hex) {
-        const QByteArray bytes = QByteArray::fromHex(hex);
-        return QByteArray(header(quint32(bytes.size())) + bytes);
-    };
-    QTest::newRow("words") << good << State::Value << words;
-    QTest::newRow("no words") << body("00000000") << State::Value << QStringList();
-    QTest::newRow("more than one message") << QByteArray(good + good) << State::Invalid << QStringList();
-    QTest::newRow("other protocol") << QByteArray("GET / HTTP/1.1\r\n") << State::Invalid << QStringList();
-    QTest::newRow("wrong from the first byte") << QByteArray("X") << State::Invalid << QStringList();
-    QTest::newRow("oversize") << header(SingleInstanceMessage::MaxBytes + 1) << State::Invalid
-                              << QStringList();
-    QTest::newRow("undersize") << header(3) << State::Invalid << QStringList();
-    QTest::newRow("huge count") << body("ffffffff") << State::Invalid << QStringList();
-    QTest::newRow("count beyond the words") << body(
-                                                   "00000002"
-                                                   "00000001"
-                                                   "61")
-                                            << State::Invalid << QStringList();
-    QTest::newRow("length beyond the end") << body(
-                                                  "00000001"
-                                                  "7fffffff"
-                                                  "61")
-                                           << State::Invalid << QStringList();
-    QTest::newRow("bytes left over") << body(
-                                            "00000001"
-                                            "00000001"
-                                            "6162")
-                                     << State::Invalid << QStringList();
-    QTest::newRow("not UTF-8") << body(
-                                      "00000001"
-                                      "00000001"
-                                      "ff")
-                               << State::Invalid << QStringList();
-    QTest::newRow("NUL") << body(
-                                "00000001"
-                                "00000001"
-                                "00")
-                         << State::Invalid << QStringList();
-}
-
-void TestSingleInstance::parse() {
-    QFETCH(QByteArray, bytes);
-    const SingleInstanceMessage::Parsed parsed = SingleInstanceMessage::parse(bytes);
-    QTEST(parsed.state, "state");
-    if (parsed.state == State::Value)
-        QTEST(parsed.arguments, "arguments");
-}
-
-void TestSingleInstance::everyPrefixIsIncomplete() {
-    const QByteArray whole = SingleInstanceMessage::encode({"a", "bc"});
-    for (int size = 0; size < whole.size(); ++size)
-        QCOMPARE(SingleInstanceMessage::parse(whole.left(size)).state, State::Incomplete);
-}
-
-void TestSingleInstance::limits() {
-    QVERIFY(SingleInstanceMessage::encode({QString(int(SingleInstanceMessage::MaxBytes), 'x')}).isEmpty());
-    QStringList many;
-    for (quint32 i = 0; i <= SingleInstanceMessage::MaxArguments; ++i)
-        many.append("x");
-    QVERIFY(SingleInstanceMessage::encode(many).isEmpty());
-    many.removeLast();
-    QCOMPARE(SingleInstanceMessage::parse(SingleInstanceMessage::encode(many)).arguments, many);
-}
-
-void TestSingleInstance::absoluteFiles_data() {
-    QTest::addColumn<QString>("argument");
-    QTest::addColumn<bool>("changed");
-    QTest::newRow("file") << "setup.exe" << true;
-    QTest::newRow("file below") << "sub/b.exe" << true;
-    QTest::newRow("directory, as a bottle may be named") << "sub" << false;
-    QTest::newRow("missing") << "other.exe" << false;
-    QTest::newRow("option") << "--debug" << false;
-    QTest::newRow("url") << "lumorawine://bottle/uuid" << false;
-    QTest::newRow("absolute") << "/etc/passwd" << false;
-    QTest::newRow("empty") << "" << false;
-}
-
-void TestSingleInstance::absoluteFiles() {
-    QFETCH(QString, argument);
-    QFETCH(bool, changed);
-    QTemporaryDir directory;
-    QDir(directory.path()).mkdir("sub");
-    for (const char* name : {"setup.exe", "sub/b.exe", "--debug"}) {
-        QFile file(directory.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+    void parse_data() {
+        const Table<QByteArray, State, QStringList> row("bytes", "state", "arguments");
+        const QStringList words{"cellarix", "--open", "", "C:\\a b.exe", QString::fromUtf8("微信\n")};
+        const QByteArray good = SingleInstanceMessage::encode(words);
+        row("words", good, State::Value, words);
+        const auto invalid = [&row](const char* tag, const QByteArray& bytes) {
+            row(tag, bytes, State::Invalid, {});
+        };
+        invalid("more than one message", good + good);
+        invalid("other protocol", "GET / HTTP/1.1\r\n");
+        invalid("oversize", header(SingleInstanceMessage::MaxBytes + 1));
+        invalid("undersize", header(3));
+        const auto body = [](const QByteArray& hex) {
+            const QByteArray bytes = QByteArray::fromHex(hex);
+            return QByteArray(header(quint32(bytes.size())) + bytes);
+        };
+        row("no words", body("00000000"), State::Value, {});
+        invalid("huge count", body("ffffffff"));
+        invalid("count beyond the words", body("00000002 00000001 61"));
+        invalid("length beyond the end", body("00000001 7fffffff 61"));
+        invalid("bytes left over", body("00000001 00000001 6162"));
+        invalid("not UTF-8", body("00000001 00000001 ff"));
+        invalid("NUL", body("00000001 00000001 00"));
     }
-    const QString expected = changed ? directory.filePath(argument) : argument;
-    QCOMPARE(SingleInstance::withAbsoluteFiles({"setup.exe", argument}, directory.path()),
-             QStringList({"setup.exe", expected}));
-}
+    void parse() {
+        QFETCH(QByteArray, bytes);
+        const SingleInstanceMessage::Parsed parsed = SingleInstanceMessage::parse(bytes);
+        QTEST(parsed.state, "state");
+        QTEST(parsed.state == State::Value ? parsed.arguments : QStringList(), "arguments");
+    }
 
-void TestSingleInstance::oneOfTwentyIsFirst() {
-    QTemporaryDir directory;
-    OwnedFd gate(::open(qPrintable(directory.filePath("gate")), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    QCOMPARE(::flock(gate.get(), LOCK_EX), 0);
-    std::vector<std::unique_ptr<Peer>> peers;
-    for (int i = 0; i < 20; ++i)
-        peers.push_back(std::make_unique<Peer>(directory.path(), "gate", QStringList{QString::number(i)}));
-    for (const auto& peer : peers)
-        QTRY_VERIFY_WITH_TIMEOUT(peer->said("waiting"), 30000);
-    gate.reset();
+    void everyPrefixIsIncomplete() {
+        const QByteArray whole = SingleInstanceMessage::encode({"a", "bc"});
+        for (int size = 0; size < whole.size(); ++size)
+            QCOMPARE(SingleInstanceMessage::parse(whole.left(size)).state, State::Incomplete);
+    }
 
-    const auto count = [&](const QString& word) {
-        return std::count_if(peers.begin(), peers.end(), [&](const auto& peer) { return peer->said(word); });
-    };
-    QTRY_COMPARE_WITH_TIMEOUT(int(count("delivered")), 19, 30000);
-    QCOMPARE(int(count("first")), 1);
-    const auto first =
-        std::find_if(peers.begin(), peers.end(), [](const auto& p) { return p->said("first"); });
-    QTRY_COMPARE((*first)->lines().filter("got peer|").size(), 19);
-    QStringList got = (*first)->lines().filter("got peer|");
-    QCOMPARE(got.removeDuplicates(), 0);
-}
+    void limits() {
+        const auto encoded = [](const QStringList& words) { return SingleInstanceMessage::encode(words); };
+        QVERIFY(encoded({QString(int(SingleInstanceMessage::MaxBytes), 'x')}).isEmpty());
+        QStringList many;
+        for (quint32 i = 0; i < SingleInstanceMessage::MaxArguments; ++i)
+            many.append("x");
+        QCOMPARE(SingleInstanceMessage::parse(encoded(many)).arguments, many);
+        QVERIFY(encoded(many + QStringList("x")).isEmpty());
+    }
 
-void TestSingleInstance::killedInstanceLeavesNothingInTheWay() {
-    QTemporaryDir directory;
-    Peer first(directory.path(), "plain", {});
-    QTRY_VERIFY(first.said("first"));
-    first.kill();
-    QVERIFY(QFileInfo::exists(directory.filePath("peer.socket")));
+    void absoluteFiles() {
+        const TestHome home;
+        for (const char* name : {"setup.exe", "sub/b.exe", "--debug"})
+            home.write(name, "");
+        // The program's own name, a directory (a bottle may be named so) and what is no file stay as they
+        // are.
+        const QStringList words{"setup.exe",
+                                "setup.exe",
+                                "sub/b.exe",
+                                "sub",
+                                "other.exe",
+                                "--debug",
+                                "lumorawine://bottle/uuid",
+                                "/etc/passwd",
+                                ""};
+        QStringList expected = words;
+        expected[1] = home.path() + "/setup.exe";
+        expected[2] = home.path() + "/sub/b.exe";
+        QCOMPARE(SingleInstance::withAbsoluteFiles(words, home.path()), expected);
+    }
 
-    Peer second(directory.path(), "plain", {});
-    QTRY_VERIFY(second.said("first"));
+    void oneOfTwentyIsFirst() {
+        const TestHome home;
+        OwnedFd gate(::open(qPrintable(home.path() + "/gate"), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+        QCOMPARE(::flock(gate.get(), LOCK_EX), 0);
+        std::vector<std::unique_ptr<Peer>> peers;
+        for (int i = 0; i < 20; ++i)
+            peers.push_back(std::make_unique<Peer>(home.path(), "gate", QStringList{QString::number(i)}));
+        for (const auto& peer : peers)
+            QTRY_VERIFY_WITH_TIMEOUT(peer->said("waiting"), 30000);
+        gate.reset();
+        const auto delivered = [](const auto& peer) { return peer->said("delivered"); };
+        QTRY_COMPARE_WITH_TIMEOUT(int(std::count_if(peers.begin(), peers.end(), delivered)), 19, 30000);
+        const auto first = std::find_if_not(peers.begin(), peers.end(), delivered);
+        QVERIFY((*first)->said("first"));
+        QTRY_COMPARE((*first)->lines().filter("got peer|").size(), 19);
+        QStringList got = (*first)->lines().filter("got peer|");
+        QCOMPARE(got.removeDuplicates(), 0);
+    }
 
-    QFile file(directory.filePath("a b.exe"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    Peer third(directory.path(), "plain", {"a b.exe"}, 20000, directory.path());
-    QTRY_VERIFY(third.said("delivered"));
-    QTRY_VERIFY(second.said("got peer|" + directory.filePath("a b.exe")));
-}
+    void killedInstanceLeavesNothingInTheWay() {
+        const TestHome home;
+        Peer first(home.path(), "plain", {});
+        QTRY_VERIFY(first.said("first"));
+        first.kill();
+        QVERIFY(QFileInfo::exists(home.path() + "/peer.socket"));
+        Peer second(home.path(), "plain", {});
+        QTRY_VERIFY(second.said("first"));
+        const QString file = home.write("a b.exe", "");
+        Peer third(home.path(), "plain", {"a b.exe"}, 20000, home.path());
+        QTRY_VERIFY(third.said("delivered"));
+        QTRY_VERIFY(second.said("got peer|" + file));
+    }
 
-void TestSingleInstance::waitingSenderTakesOverFromKilledOwner() {
-    QTemporaryDir directory;
-    Peer owner(directory.path(), "late", {});
-    QTRY_VERIFY(owner.said("first"));
-    Peer sender(directory.path(), "plain", {"x"});
-    QTRY_VERIFY(sender.said("claiming"));
-    owner.kill();
-    QTRY_VERIFY(sender.said("first"));
-}
+    void waitingSenderTakesOverFromKilledOwner() {
+        const TestHome home;
+        Peer owner(home.path(), "late", {});
+        QTRY_VERIFY(owner.said("first"));
+        Peer sender(home.path(), "plain", {"x"});
+        QTRY_VERIFY(sender.said("claiming"));
+        owner.kill();
+        QTRY_VERIFY(sender.said("first"));
+    }
 
-void TestSingleInstance::argumentsBeforeTheEventLoopAreKept() {
-    QTemporaryDir directory;
-    Peer owner(directory.path(), "late", {});
-    QTRY_VERIFY(owner.said("first"));
-    Peer impatient(directory.path(), "plain", {"early"}, 100);
-    QTRY_VERIFY(impatient.said("unreachable"));
-    Peer patient(directory.path(), "plain", {"later"});
-    QTRY_VERIFY(patient.said("claiming"));
-    owner.process().write("x");
-    QTRY_VERIFY(patient.said("delivered"));
-    QTRY_VERIFY(owner.said("got peer|early"));
-    QTRY_VERIFY(owner.said("got peer|later"));
-}
+    void argumentsBeforeTheEventLoopAreKept() {
+        const TestHome home;
+        Peer owner(home.path(), "late", {});
+        QTRY_VERIFY(owner.said("first"));
+        Peer impatient(home.path(), "plain", {"early"}, 100);
+        QTRY_VERIFY(impatient.said("unreachable"));
+        Peer patient(home.path(), "plain", {"later"});
+        QTRY_VERIFY(patient.said("claiming"));
+        owner.wake();
+        QTRY_VERIFY(patient.said("delivered"));
+        QTRY_VERIFY(owner.said("got peer|early") && owner.said("got peer|later"));
+    }
 
-void TestSingleInstance::ownerThatDoesNotYetListenIsWaitedFor() {
-    QTemporaryDir directory;
-    OwnedFd lock(::open(qPrintable(directory.filePath("peer.lock")), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    QCOMPARE(::flock(lock.get(), LOCK_EX), 0);
-    Peer sender(directory.path(), "plain", {"x"});
-    QTRY_VERIFY(sender.said("claiming"));
-    SingleInstanceServer server;
-    QSignalSpy received(&server, &SingleInstanceServer::received);
-    QVERIFY(server.listen(directory.filePath("peer.socket")));
-    QTRY_VERIFY(sender.said("delivered"));
-    QTRY_COMPARE(received.size(), 1);
-    QCOMPARE(received.at(0).at(1).toStringList(), QStringList({"peer", "x"}));
-}
+    void ownerThatDoesNotYetListenIsWaitedFor() {
+        const TestHome home;
+        OwnedFd lock(::open(qPrintable(home.path() + "/peer.lock"), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+        QCOMPARE(::flock(lock.get(), LOCK_EX), 0);
+        Peer sender(home.path(), "plain", {"x"});
+        QTRY_VERIFY(sender.said("claiming"));
+        SingleInstanceServer server;
+        QSignalSpy received(&server, &SingleInstanceServer::received);
+        QVERIFY(server.listen(home.path() + "/peer.socket"));
+        QTRY_VERIFY(sender.said("delivered"));
+        QTRY_COMPARE(received.size(), 1);
+        QCOMPARE(received.at(0).at(1).toStringList(), QStringList({"peer", "x"}));
+    }
 
-void TestSingleInstance::hostilePeers_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("close");
-    QTest::newRow("garbage") << QByteArray(5000, '\xfe') << false;
-    QTest::newRow("oversize") << header(0xffffffff) << false;
-    QTest::newRow("breaks off") << SingleInstanceMessage::encode({"a"}).left(9) << true;
-    QTest::newRow("says nothing") << QByteArray() << true;
-    QTest::newRow("flood") << QByteArray(header(SingleInstanceMessage::MaxBytes) + QByteArray(200000, 'x'))
-                           << true;
-}
+    void hostilePeers_data() {
+        const Table<QByteArray, bool> row("bytes", "close");
+        row("garbage", QByteArray(5000, '\xfe'), false);
+        row("oversize", header(0xffffffff), false);
+        row("breaks off", SingleInstanceMessage::encode({"a"}).left(9), true);
+        row("says nothing", "", true);
+        row("flood", header(SingleInstanceMessage::MaxBytes) + QByteArray(200000, 'x'), true);
+    }
+    void hostilePeers() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, close);
+        const TestHome home;
+        SingleInstance instance("key", home.path());
+        QSignalSpy spy(&instance, &SingleInstance::newProcessInstance);
+        QCOMPARE(instance.claim({}), SingleInstance::Claim::First);
+        QCOMPARE(int(QFile::permissions(instance.socketPath()) & 0x77), 0);
+        const auto send = [](const OwnedFd& socket, const QByteArray& data) {
+            return int(::send(socket.get(), data.constData(), size_t(data.size()), MSG_NOSIGNAL));
+        };
+        const OwnedFd socket = connectRaw(instance.socketPath());
+        QVERIFY(socket.isValid());
+        send(socket, bytes);
+        if (close)
+            ::shutdown(socket.get(), SHUT_WR);
+        char answer = 0;
+        QTRY_VERIFY(answer != 0 || ::recv(socket.get(), &answer, 1, 0) == 1);
+        QCOMPARE(answer, SingleInstanceServer::Refused);
 
-void TestSingleInstance::hostilePeers() {
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, close);
-    QTemporaryDir directory;
-    SingleInstance instance("key", directory.path());
-    QSignalSpy spy(&instance, &SingleInstance::newProcessInstance);
-    QCOMPARE(instance.claim({}), SingleInstance::Claim::First);
-    QCOMPARE(int(QFile::permissions(instance.socketPath()) & 0x77), 0);
+        const OwnedFd honest = connectRaw(instance.socketPath());
+        const QByteArray message = SingleInstanceMessage::encode({"p", "x"});
+        QCOMPARE(send(honest, message), message.size());
+        QTRY_COMPARE(spy.size(), 1);
+        QCOMPARE(spy.at(0).at(0).toLongLong(), qint64(::getpid()));
+    }
 
-    const OwnedFd socket = connectRaw(instance.socketPath());
-    QVERIFY(socket.isValid());
-    (void)::send(socket.get(), bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL);
-    if (close)
-        ::shutdown(socket.get(), SHUT_WR);
-    char answer = 0;
-    QTRY_VERIFY(answer != 0 || ::recv(socket.get(), &answer, 1, 0) == 1);
-    QCOMPARE(answer, SingleInstanceServer::Refused);
-
-    const OwnedFd honest = connectRaw(instance.socketPath());
-    const QByteArray message = SingleInstanceMessage::encode({"p", "x"});
-    QCOMPARE(int(::send(honest.get(), message.constData(), size_t(message.size()), MSG_NOSIGNAL)),
-             message.size());
-    QTRY_COMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).toLongLong(), qint64(::getpid()));
-}
-
-void TestSingleInstance::unsafeDirectoryIsNotUsed() {
-    QTemporaryDir directory;
-    qputenv("XDG_RUNTIME_DIR", directory.path().toUtf8());
-    QVERIFY(SingleInstance("key").socketPath().startsWith(directory.path()));
-    QCOMPARE(::chmod(qPrintable(directory.path()), 0777), 0);
-    QVERIFY(!SingleInstance("key").socketPath().startsWith(directory.path()));
-    // Neither a key nor a long path may lead elsewhere.
-    QVERIFY(!SingleInstance("../../etc/x").socketPath().contains(".."));
-    const QString deep = directory.filePath(QString(120, 'd'));
-    QVERIFY(QDir().mkpath(deep));
-    QCOMPARE(::chmod(qPrintable(deep), 0700), 0);
-    QVERIFY(SingleInstance("key", deep).socketPath().size() < 100);
-}
+    void unsafeDirectoryIsNotUsed() {
+        const TestHome home;
+        const auto socketPath = [](const QString& key) { return SingleInstance(key).socketPath(); };
+        QVERIFY(socketPath("key").startsWith(home.runtime()));
+        QCOMPARE(::chmod(qPrintable(home.runtime()), 0777), 0);
+        QVERIFY(!socketPath("key").startsWith(home.runtime()));
+        // Neither a key nor a long path may lead elsewhere.
+        QVERIFY(!socketPath("../../etc/x").contains(".."));
+        const QString deep = home.path() + '/' + QString(120, 'd');
+        QVERIFY(QDir().mkpath(deep));
+        QCOMPARE(::chmod(qPrintable(deep), 0700), 0);
+        QVERIFY(SingleInstance("key", deep).socketPath().size() < 100);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSingleInstance)
 #include "tst_singleinstance.moc"
