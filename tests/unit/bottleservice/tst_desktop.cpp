@@ -3,9 +3,11 @@
 #include <QtTest>
 
 #include "bottleservice/bottles/Associations.h"
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/desktop/DesktopEntry.h"
 #include "bottleservice/desktop/MadeFiles.h"
+#include "support/TestHome.h"
+
+using TestSupport::readFile;
 
 /// What the service tells the desktop, and what it takes back.
 class tst_Desktop : public QObject {
@@ -32,8 +34,8 @@ private Q_SLOTS:
             "@=\"\\x6587\\x4ef6 \\\"a\\\"\"\n[Software\\\\Classes\\\\Cx.Doc\\\\shell\\\\open\\\\command]\n"
             "@=\"C:\\\\P F\\\\cx.exe \\\"%1\\\"\"\n[Software\\\\Classes\\\\.txt]\n@=\"Cx.Doc\"\n"
             "[Software\\\\Classes\\\\.bad/..]\n@=\"Cx.Doc\"\n[Software\\\\Classes\\\\.none]\n@=\"\"\n"
-            "[Software\\\\Classes\\\\.own]\n@=\"own\"\n["
-            "Software\\\\Classes\\\\own\\\\shell\\\\open\\\\command]\n"
+            "[Software\\\\Classes\\\\.own]\n@=\"own\"\n"
+            "[Software\\\\Classes\\\\own\\\\shell\\\\open\\\\command]\n"
             "@=str(2):\"C:\\\\windows\\\\notepad.exe %1\"\n[Software\\\\Classes\\\\cx-link]\n"
             "\"URL Protocol\"=\"\"\n\"broken\n\"n\"=dword:1\n"
             "[Software\\\\Classes\\\\cx-link\\\\shell\\\\open\\\\command]\n"
@@ -42,19 +44,18 @@ private Q_SLOTS:
             "Software\\Classes\\");
         const QJsonObject found = Associations::collect(classes);
         QCOMPARE(found.keys(), QStringList({".cxt", ".txt", "cx-link"}));
-        const QJsonObject cxt = found[".cxt"].toObject();
-        QCOMPARE(cxt["mime"].toString(), QString("application/x-cxt"));
-        QCOMPARE(cxt["executable"].toString(), QString("C:\\P F\\cx.exe"));
-        QCOMPARE(cxt["comment"].toString(), QString("文件 \"a\""));
-        QCOMPARE(found[".txt"].toObject()["mime"].toString(), QString("text/plain"));
-        QCOMPARE(found["cx-link"].toObject()["mime"].toString(), QString("x-scheme-handler/cx-link"));
+        const auto mime = [&found](const char* key) { return found[key].toObject()["mime"].toString(); };
+        QCOMPARE(mime(".cxt"), QString("application/x-cxt"));
+        QCOMPARE(mime(".txt"), QString("text/plain"));
+        QCOMPARE(mime("cx-link"), QString("x-scheme-handler/cx-link"));
+        QCOMPARE(found[".cxt"].toObject()["executable"].toString(), QString("C:\\P F\\cx.exe"));
+        QCOMPARE(found[".cxt"].toObject()["comment"].toString(), QString("文件 \"a\""));
     }
 
     void onlyOwnFilesAreTakenBack() {
-        QTemporaryDir home;
-        const QString other = home.path() + "/letter";
+        const TestSupport::TestHome home;
+        const QString other = home.write("letter", "x");
         QString error;
-        QVERIFY(AtomicFile::replace(other, "x", &error));
         MadeFiles made(home.path());
         const QString prefix = MadeFiles::prefixOf("b");
         const QString first = home.path() + "/apps/" + prefix + "1.desktop";
@@ -66,21 +67,16 @@ private Q_SLOTS:
         QCOMPARE(made.bottles(), QStringList("b"));
 
         // Somebody writes foreign paths into the record.
-        QFile file(home.path() + "/made-files.json");
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QJsonObject record = QJsonDocument::fromJson(file.readAll()).object();
+        QJsonObject record = QJsonDocument::fromJson(readFile(home.path() + "/made-files.json")).object();
         record["b"] = QJsonObject{{"1", QJsonArray{first, other, home.path(), 5}}, {"2", QJsonArray{link}}};
-        file.resize(0);
-        file.write(QJsonDocument(record).toJson());
-        file.close();
+        home.write("made-files.json", QJsonDocument(record).toJson());
         made.undo("b");
         QVERIFY(!QFile::exists(first) && QFile::exists(other) && QFileInfo(link).isSymLink());
         QVERIFY(made.bottles().isEmpty());
         QVERIFY(!made.make("b", "/../1", {{home.path() + "/x/../" + prefix, "a"}}, false, &error));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("torn"));
-        file.close();
-        QVERIFY(made.make("b", "1", {{first, "a"}}, true, &error) &&
-                QFile::exists(file.fileName() + ".unreadable"));
+        const QString torn = home.write("made-files.json", "torn");
+        QVERIFY(made.make("b", "1", {{first, "a"}}, true, &error));
+        QCOMPARE(readFile(torn + ".unreadable"), QByteArray("torn"));
     }
 };
 

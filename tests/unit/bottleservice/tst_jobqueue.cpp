@@ -31,14 +31,6 @@ private:
 class tst_JobQueue : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void init() { m_log.clear(); }
-    void oneLinePerBottle();
-    void closeCancelsAndDrops();
-    void destructionAnswers();
-    void immediateJobsKeepTheirOrder();
-
-private:
     ManualJob* add(JobQueue& queue, const QString& bottle, const QString& name) {
         auto job = std::make_unique<ManualJob>(name, &m_log);
         ManualJob* pointer = job.get();
@@ -47,60 +39,63 @@ private:
     }
 
     QStringList m_log;
-};
 
-void tst_JobQueue::oneLinePerBottle() {
-    JobQueue queue;
-    QSignalSpy idle(&queue, &JobQueue::idle);
-    ManualJob* a1 = add(queue, "a", "a1");
-    ManualJob* a2 = add(queue, "a", "a2");
-    ManualJob* b1 = add(queue, "b", "b1");
-    QCOMPARE(m_log, QStringList({"start a1", "start b1"}));
-    b1->end();
-    a1->end(false);
-    a1->end();
-    QTRY_COMPARE(m_log, QStringList({"start a1", "start b1", "answer b1", "refused a1", "start a2"}));
-    QVERIFY(!queue.isIdle());
-    a2->end();
-    QVERIFY(idle.wait());
-    QCOMPARE(idle.count(), 1);
-    QVERIFY(queue.isIdle());
-}
+private Q_SLOTS:
+    void init() { m_log.clear(); }
 
-void tst_JobQueue::closeCancelsAndDrops() {
-    JobQueue queue;
-    QSignalSpy idle(&queue, &JobQueue::idle);
-    add(queue, "a", "a1");
-    add(queue, "a", "a2");
-    queue.close();
-    add(queue, "b", "b1");
-    QVERIFY(idle.wait());
-    QCOMPARE(m_log, QStringList({"start a1", "refused a2", "refused a1", "refused b1"}));
-}
-
-void tst_JobQueue::destructionAnswers() {
-    {
+    void oneLinePerBottle() {
         JobQueue queue;
+        QSignalSpy idle(&queue, &JobQueue::idle);
+        ManualJob* a1 = add(queue, "a", "a1");
+        ManualJob* a2 = add(queue, "a", "a2");
+        ManualJob* b1 = add(queue, "b", "b1");
+        QCOMPARE(m_log, QStringList({"start a1", "start b1"}));
+        b1->end();
+        a1->end(false);
+        a1->end();
+        QTRY_COMPARE(m_log, QStringList({"start a1", "start b1", "answer b1", "refused a1", "start a2"}));
+        QVERIFY(!queue.isIdle());
+        a2->end();
+        QVERIFY(idle.wait());
+        QCOMPARE(idle.count(), 1);
+        QVERIFY(queue.isIdle());
+    }
+
+    void closeCancelsAndDrops() {
+        JobQueue queue;
+        QSignalSpy idle(&queue, &JobQueue::idle);
         add(queue, "a", "a1");
         add(queue, "a", "a2");
+        queue.close();
+        add(queue, "b", "b1");
+        QVERIFY(idle.wait());
+        QCOMPARE(m_log, QStringList({"start a1", "refused a2", "refused a1", "refused b1"}));
     }
-    QCOMPARE(m_log.filter("refused").size(), 2);
-}
 
-void tst_JobQueue::immediateJobsKeepTheirOrder() {
-    JobQueue queue;
-    QStringList order;
-    for (int i = 0; i < 50; ++i) {
-        const auto work = [&order, i] {
-            order += QString::number(i);
-            return Answer::of();
-        };
-        queue.add("a", std::make_unique<ImmediateJob>(work, Reply()));
+    void destructionAnswers() {
+        auto queue = std::make_unique<JobQueue>();
+        add(*queue, "a", "a1");
+        add(*queue, "a", "a2");
+        queue.reset();
+        QCOMPARE(m_log.filter("refused").size(), 2);
     }
-    QTRY_VERIFY(queue.isIdle());
-    QCOMPARE(order.size(), 50);
-    QCOMPARE(order.last(), QString("49"));
-}
+
+    void immediateJobsKeepTheirOrder() {
+        JobQueue queue;
+        QVector<int> order;
+        QVector<int> expected;
+        for (int i = 0; i < 50; ++i) {
+            const auto work = [&order, i] {
+                order += i;
+                return Answer::of();
+            };
+            queue.add("a", std::make_unique<ImmediateJob>(work, Reply()));
+            expected += i;
+        }
+        QTRY_VERIFY(queue.isIdle());
+        QCOMPARE(order, expected);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_JobQueue)
 #include "tst_jobqueue.moc"

@@ -1,8 +1,8 @@
 #include <QtEndian>
-#include <QtTest>
 
 #include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/bottles/ShellLink.h"
+#include "support/Table.h"
 
 namespace {
 
@@ -61,18 +61,18 @@ class tst_ShellLink : public QObject {
 
 private Q_SLOTS:
     void targets_data() {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QString>("target");  // empty: no shortcut to a file
-        QTest::newRow("items in unicode") << Unicode << "C:\\程序 目录\\应用.exe";
-        QTest::newRow("narrow path") << header(0x2) + info("C:\\a\\b.exe") << "C:\\a\\b.exe";
-        QTest::newRow("environment") << header(0) + dword(788) + dword(0xa0000001) + QByteArray(260, 0) +
-                                            wide("D:\\x.exe") + QByteArray(520 - 18, 0) + dword(0)
-                                     << "D:\\x.exe";
-        QTest::newRow("installer") << header(0x2) + info("C:\\a.exe") + dword(8) + dword(0xa0000006) << "";
-        QTest::newRow("no drive") << header(0x2) + info("\\\\server\\a.exe") << "";
-        QTest::newRow("control character") << header(0x2) + info("C:\\a\nb.exe") << "";
-        QTest::newRow("other class") << Unicode.left(8) + "x" + Unicode.mid(9) << "";
-        QTest::newRow("empty") << QByteArray() << "";
+        const TestSupport::Table<QByteArray, QString> row("file", "target");  // empty: no shortcut to a file
+        row("items in unicode", Unicode, "C:\\程序 目录\\应用.exe");
+        row("narrow path", header(0x2) + info("C:\\a\\b.exe"), "C:\\a\\b.exe");
+        row("environment",
+            header(0) + dword(788) + dword(0xa0000001) + QByteArray(260, 0) + wide("D:\\x.exe") +
+                QByteArray(520 - 18, 0) + dword(0),
+            "D:\\x.exe");
+        row("installer", header(0x2) + info("C:\\a.exe") + dword(8) + dword(0xa0000006), "");
+        row("no drive", header(0x2) + info("\\\\server\\a.exe"), "");
+        row("control character", header(0x2) + info("C:\\a\nb.exe"), "");
+        row("other class", Unicode.left(8) + "x" + Unicode.mid(9), "");
+        row("empty", "", "");
     }
     void targets() {
         QFETCH(QByteArray, file);

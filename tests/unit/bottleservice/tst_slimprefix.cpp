@@ -3,22 +3,9 @@
 #include "bottleservice/wine/FileTree.h"
 #include "bottleservice/wine/ReplaceableFiles.h"
 #include "bottleservice/wine/SlimPrefix.h"
+#include "support/TestHome.h"
 
-namespace {
-
-void write(const QString& path, const QByteArray& content) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
-QByteArray read(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
-}
-
-}  // namespace
+using TestSupport::readFile;
 
 /// Templates and their copies, with plain files for a Wine.
 class tst_SlimPrefix : public QObject {
@@ -34,58 +21,53 @@ private Q_SLOTS:
     }
 
     void slimCopyRenew() {
-        QTemporaryDir home;
-        const QString wine = home.path() + "/runner/bin/wine";
-        const QString pe = home.path() + "/runner/lib/wine/x86_64-windows/";
-        write(wine, "#!");
-        for (const char* name : {"kernel32.dll", "user32.dll", "comctl32.dll", "other.dll"})
-            write(pe + name, QByteArray("pe ") + name);
-        QCOMPARE(SlimPrefix::peDirectories(wine), QStringList{QDir::cleanPath(pe)});
-
-        const QString made = home.path() + "/template";
-        const QString system = "/drive_c/windows/system32/";
-        for (const char* name : {"kernel32.dll", "user32.dll", "comctl32.dll"})
-            write(made + system + name, QByteArray("pe ") + name);
-        write(made + system + "other.dll", "PE other.dll");
-        QVERIFY(QFile::link("/nowhere", made + "/drive_c/Documents"));
+        const TestSupport::TestHome home;
         const std::atomic_bool go(false);
+        const QString pe = home.path() + "/runner/lib/wine/x86_64-windows";
+        const QString wine = home.write("runner/bin/wine", "#!");
+        const QString system = "/drive_c/windows/system32/";
+        for (const char* name : {"kernel32.dll", "user32.dll", "comctl32.dll", "other.dll"}) {
+            home.write(QString("runner/lib/wine/x86_64-windows/") + name, QByteArray("pe ") + name);
+            home.write("template" + system + name, QByteArray("pe ") + name);
+        }
+        home.write("template" + system + "other.dll", "PE other.dll");
+        QCOMPARE(SlimPrefix::peDirectories(wine), QStringList{pe});
+        const QString made = home.path() + "/template";
+        QVERIFY(QFile::link("/nowhere", made + "/drive_c/Documents"));
         QCOMPARE(SlimPrefix::slim(made, wine, go), QString());
-        const auto isLink = [&](const QString& path) { return QFileInfo(path).isSymLink(); };
-        QVERIFY(isLink(made + system + "kernel32.dll") && isLink(made + system + "user32.dll"));
-        QVERIFY(!isLink(made + system + "comctl32.dll") && !isLink(made + system + "other.dll"));
-        QCOMPARE(read(made + "/.update-timestamp"), QByteArray("disable\n"));
+        const auto isLink = [&](const char* name) { return QFileInfo(made + system + name).isSymLink(); };
+        QVERIFY(isLink("kernel32.dll") && isLink("user32.dll"));
+        QVERIFY(!isLink("comctl32.dll") && !isLink("other.dll"));
+        QCOMPARE(readFile(made + "/.update-timestamp"), QByteArray("disable\n"));
 
         const QString bottle = home.path() + "/bottle";
-        QDir().mkdir(bottle);
-        QCOMPARE(FileTree::copy(made, bottle, go), QString());
-        QCOMPARE(QFile::symLinkTarget(bottle + system + "kernel32.dll"),
-                 QDir::cleanPath(pe) + "/kernel32.dll");
+        const QString fresh = home.path() + "/fresh";
+        for (const QString& copy : {bottle, fresh})
+            QVERIFY(QDir().mkdir(copy) && FileTree::copy(made, copy, go).isEmpty());
+        QCOMPARE(QFile::symLinkTarget(bottle + system + "kernel32.dll"), pe + "/kernel32.dll");
         QCOMPARE(QFile::symLinkTarget(bottle + "/drive_c/Documents"), QString("/nowhere"));
-        QCOMPARE(read(bottle + system + "comctl32.dll"), QByteArray("pe comctl32.dll"));
+        const auto content = [&](const char* name) { return readFile(bottle + system + name); };
+        QCOMPARE(content("comctl32.dll"), QByteArray("pe comctl32.dll"));
 
         // A newer Wine: one file changed, one is new, one of the links leads nowhere; the bottle has one of
         // its own.
-        const QString fresh = home.path() + "/fresh";
-        QDir().mkdir(fresh);
-        QCOMPARE(FileTree::copy(made, fresh, go), QString());
-        write(fresh + system + "comctl32.dll", "new");
-        write(fresh + system + "other.dll", "new");
-        write(fresh + system + "deep/added.dll", "new");
-        write(bottle + system + "other.dll", "the bottle's own");
+        for (const char* name : {"comctl32.dll", "other.dll", "deep/added.dll"})
+            home.write("fresh" + system + name, "new");
+        home.write("bottle" + system + "other.dll", "the bottle's own");
         QVERIFY(QFile::remove(bottle + system + "user32.dll"));
         QVERIFY(QFile::link("/gone", bottle + system + "user32.dll"));
-        QVERIFY(QFile::rename(bottle + "/drive_c/windows/system32", home.path() + "/elsewhere"));
-        QVERIFY(QFile::link(home.path() + "/elsewhere", bottle + "/drive_c/windows/system32"));
+        // Nothing is written through a link.
+        const QString directory = bottle + "/drive_c/windows/system32";
+        const QString elsewhere = home.path() + "/elsewhere";
+        QVERIFY(QFile::rename(directory, elsewhere) && QFile::link(elsewhere, directory));
         QCOMPARE(SlimPrefix::renew(bottle, made, fresh, go), QString());
-        QCOMPARE(read(bottle + system + "comctl32.dll"),
-                 QByteArray("pe comctl32.dll"));  // not through a link
-        QVERIFY(QFile::remove(bottle + "/drive_c/windows/system32"));
-        QVERIFY(QFile::rename(home.path() + "/elsewhere", bottle + "/drive_c/windows/system32"));
+        QCOMPARE(content("comctl32.dll"), QByteArray("pe comctl32.dll"));
+        QVERIFY(QFile::remove(directory) && QFile::rename(elsewhere, directory));
         QCOMPARE(SlimPrefix::renew(bottle, made, fresh, go), QString());
-        QCOMPARE(read(bottle + system + "comctl32.dll"), QByteArray("new"));
-        QCOMPARE(read(bottle + system + "deep/added.dll"), QByteArray("new"));
-        QCOMPARE(read(bottle + system + "other.dll"), QByteArray("the bottle's own"));
-        QCOMPARE(read(bottle + system + "user32.dll"), QByteArray("pe user32.dll"));
+        QCOMPARE(content("comctl32.dll"), QByteArray("new"));
+        QCOMPARE(content("deep/added.dll"), QByteArray("new"));
+        QCOMPARE(content("other.dll"), QByteArray("the bottle's own"));
+        QCOMPARE(content("user32.dll"), QByteArray("pe user32.dll"));
         QVERIFY(SlimPrefix::renew(bottle, made, fresh, std::atomic_bool(true)).contains("cancelled"));
     }
 };

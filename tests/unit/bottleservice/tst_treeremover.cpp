@@ -3,10 +3,13 @@
 
 #include <QDirIterator>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include "bottleservice/bottles/TreeRemover.h"
+#include "support/TestHome.h"
+
+using TestSupport::readFile;
+using TestSupport::TestHome;
 
 namespace {
 
@@ -66,12 +69,8 @@ QStringList snapshot(const QString& directory) {
                     QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QFileInfo info(it.next());
-        QString line =
-            info.filePath() + ' ' + QString::number(info.permissions()) + ' ' + info.symLinkTarget();
-        QFile file(info.filePath());
-        if (info.isFile() && file.open(QIODevice::ReadOnly))
-            line += ' ' + QString::fromUtf8(file.readAll());
-        lines += line;
+        lines += info.filePath() + ' ' + QString::number(info.permissions()) + ' ' + info.symLinkTarget() +
+                 ' ' + readFile(info.filePath());
     }
     lines.sort();
     return lines;
@@ -83,61 +82,49 @@ class tst_TreeRemover : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void randomTrees();
-    void deeperThanPathsMayBe();
-    void linkIsRefused();
-};
-
-void tst_TreeRemover::randomTrees() {
-    QTemporaryDir directory;
-    const QString outside = directory.filePath("home");
-    const QString sibling = directory.filePath("bottles/other");
-    QDir().mkpath(outside + "/deep/down");
-    QDir().mkpath(sibling);
-    for (const QString& path : {outside + "/keep", outside + "/deep/down/file", sibling + "/bottle.yml"}) {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("precious");
+    void randomTrees() {
+        const TestHome home;
+        for (const char* path : {"home/keep", "home/deep/down/file", "bottles/other/bottle.yml"})
+            home.write(path, "precious");
+        const QString bottles = home.path() + "/bottles/";
+        const QStringList before = snapshot(home.path());
+        for (int seed = 0; seed < RandomTrees; ++seed) {
+            const QString tree = bottles + "tree";
+            QDir().mkpath(tree);
+            TreeMaker(quint32(seed), home.path() + "/home", bottles + "other").fill(tree, 0);
+            QString error;
+            QVERIFY2(TreeRemover::remove(tree, &error),
+                     qPrintable(QString("seed %1: %2").arg(seed).arg(error)));
+            QVERIFY(!QFileInfo::exists(tree));
+            QCOMPARE(snapshot(home.path()), before);
+        }
     }
-    const QStringList before = snapshot(directory.path());
-    for (int seed = 0; seed < RandomTrees; ++seed) {
-        const QString tree = directory.filePath("bottles/tree");
-        QDir().mkpath(tree);
-        TreeMaker(quint32(seed), outside, sibling).fill(tree, 0);
+
+    void deeperThanPathsMayBe() {
+        const TestHome home;
+        const QString tree = home.path() + "/tree";
+        const QString workingDirectory = QDir::currentPath();
+        QVERIFY(QDir().mkdir(tree) && QDir::setCurrent(tree));
+        for (int i = 0; i < 500; ++i)
+            QVERIFY(mkdir("directory", 0755) == 0 && chdir("directory") == 0);
+        QDir::setCurrent(workingDirectory);
         QString error;
-        QVERIFY2(TreeRemover::remove(tree, &error), qPrintable(QString("seed %1: %2").arg(seed).arg(error)));
+        QVERIFY2(TreeRemover::remove(tree, &error), qPrintable(error));
         QVERIFY(!QFileInfo::exists(tree));
-        QCOMPARE(snapshot(directory.path()), before);
     }
-}
 
-void tst_TreeRemover::deeperThanPathsMayBe() {
-    QTemporaryDir directory;
-    const QString tree = directory.filePath("tree");
-    QVERIFY(QDir().mkdir(tree));
-    const QString workingDirectory = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(tree));
-    for (int i = 0; i < 500; ++i) {
-        QCOMPARE(mkdir("directory", 0755), 0);
-        QCOMPARE(chdir("directory"), 0);
+    void linkIsRefused() {
+        const TestHome home;
+        const QString file = home.write("real/file", "x");
+        const QString link = home.path() + "/link";
+        QVERIFY(QFile::link(home.path() + "/real", link));
+        QString error;
+        QVERIFY(!TreeRemover::remove(link, &error));
+        QVERIFY(!error.isEmpty());
+        QVERIFY(QFileInfo::exists(file) && QFileInfo(link).isSymLink());
+        QVERIFY(TreeRemover::remove(home.path() + "/missing", &error));
     }
-    QDir::setCurrent(workingDirectory);
-    QString error;
-    QVERIFY2(TreeRemover::remove(tree, &error), qPrintable(error));
-    QVERIFY(!QFileInfo::exists(tree));
-}
-
-void tst_TreeRemover::linkIsRefused() {
-    QTemporaryDir directory;
-    QDir().mkpath(directory.filePath("real/sub"));
-    QFile::link(directory.filePath("real"), directory.filePath("link"));
-    QString error;
-    QVERIFY(!TreeRemover::remove(directory.filePath("link"), &error));
-    QVERIFY(!error.isEmpty());
-    QVERIFY(QFileInfo::exists(directory.filePath("real/sub")));
-    QVERIFY(QFileInfo(directory.filePath("link")).isSymLink());
-    QVERIFY(TreeRemover::remove(directory.filePath("missing"), &error));
-}
+};
 
 QTEST_GUILESS_MAIN(tst_TreeRemover)
 #include "tst_treeremover.moc"
