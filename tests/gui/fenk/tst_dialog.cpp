@@ -8,15 +8,19 @@
 #include "FenkTestMain.h"
 #include "fenk/Dialog.h"
 #include "fenk/IconButton.h"
+#include "support/Table.h"
 
 using namespace Fenk;
+using TestSupport::Table;
 
 namespace {
 
-void addPair(Dialog& dialog, Dialog::ButtonType second) {
-    dialog.addButton("Keep");
-    dialog.addButton("Go on", false, second);
-}
+struct PairDialog : Dialog {
+    explicit PairDialog(ButtonType second = ButtonRecommend) {
+        addButton("Keep");
+        addButton("Go on", false, second);
+    }
+};
 
 /// Runs the dialog, does something once it is up, and gives the answer.
 int answer(Dialog& dialog, const std::function<void()>& act) {
@@ -34,109 +38,82 @@ int answer(Dialog& dialog, const std::function<void()>& act) {
 class TestDialog : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void clickAnswersWithItsIndex_data() {
-        QTest::addColumn<int>("index");
-        QTest::newRow("first") << 0;
-        QTest::newRow("second") << 1;
-        QTest::newRow("third") << 2;
-    }
     void clickAnswersWithItsIndex() {
-        QFETCH(int, index);
         Dialog dialog("Title", "Message");
         dialog.addButtons({"One", "Two", "Three"});
-        QSignalSpy clicked(&dialog, &Dialog::buttonClicked);
-        const int given = answer(dialog, [&] { QTest::mouseClick(dialog.button(index), Qt::LeftButton); });
-        QCOMPARE(given, index);
-        QCOMPARE(clicked.count(), 1);
-        QCOMPARE(clicked[0][0].toInt(), index);
-        QCOMPARE(clicked[0][1].toString(), dialog.button(index)->text());
+        for (int index = 0; index < 3; ++index) {
+            QSignalSpy clicked(&dialog, &Dialog::buttonClicked);
+            QCOMPARE(answer(dialog, [&] { QTest::mouseClick(dialog.button(index), Qt::LeftButton); }), index);
+            QCOMPARE(clicked.count(), 1);
+            QCOMPARE(clicked[0], QVariantList({index, dialog.button(index)->text()}));
+        }
     }
 
     void keys_data() {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("Return recommended") << int(Dialog::ButtonRecommend) << int(Qt::Key_Return) << 1;
-        QTest::newRow("Enter recommended") << int(Dialog::ButtonRecommend) << int(Qt::Key_Enter) << 1;
-        QTest::newRow("Return never destroys") << int(Dialog::ButtonWarning) << int(Qt::Key_Return) << 0;
-        QTest::newRow("Escape recommended") << int(Dialog::ButtonRecommend) << int(Qt::Key_Escape) << -1;
-        QTest::newRow("Escape destroying") << int(Dialog::ButtonWarning) << int(Qt::Key_Escape) << -1;
+        const Table<int, int, int> row("type", "key", "expected");
+        row("Return recommended", Dialog::ButtonRecommend, Qt::Key_Return, 1);
+        row("Enter recommended", Dialog::ButtonRecommend, Qt::Key_Enter, 1);
+        row("Return never destroys", Dialog::ButtonWarning, Qt::Key_Return, 0);
+        row("Escape destroying", Dialog::ButtonWarning, Qt::Key_Escape, -1);
     }
     void keys() {
         QFETCH(int, type);
         QFETCH(int, key);
-        QFETCH(int, expected);
-        Dialog dialog;
-        addPair(dialog, Dialog::ButtonType(type));
-        QCOMPARE(answer(dialog, [&] { QTest::keyClick(dialog.focusWidget(), Qt::Key(key)); }), expected);
+        PairDialog dialog{Dialog::ButtonType(type)};
+        QTEST(answer(dialog, [&] { QTest::keyClick(dialog.focusWidget(), Qt::Key(key)); }), "expected");
     }
 
     void returnInAFieldOnlySuggests_data() {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("recommended") << int(Dialog::ButtonRecommend) << 1;
-        QTest::newRow("destroying stays open") << int(Dialog::ButtonWarning) << -1;
+        const Table<int, int> row("type", "expected");
+        row("recommended", Dialog::ButtonRecommend, 1);
+        row("destroying stays open", Dialog::ButtonWarning, -1);
     }
     void returnInAFieldOnlySuggests() {
         QFETCH(int, type);
-        QFETCH(int, expected);
-        Dialog dialog;
+        PairDialog dialog{Dialog::ButtonType(type)};
         auto* field = new QLineEdit;
         dialog.addContent(field);
-        addPair(dialog, Dialog::ButtonType(type));
-        QCOMPARE(answer(dialog,
-                        [&] {
-                            field->setFocus();
-                            QTest::keyClick(field, Qt::Key_Return);
-                            if (dialog.isVisible())
-                                QTest::keyClick(field, Qt::Key_Escape);
-                        }),
-                 expected);
+        const auto typeInField = [&] {
+            field->setFocus();
+            QTest::keyClick(field, Qt::Key_Return);
+            if (dialog.isVisible())
+                QTest::keyClick(field, Qt::Key_Escape);
+        };
+        QTEST(answer(dialog, typeInField), "expected");
     }
 
     void closeButtonRejects() {
-        Dialog dialog;
-        addPair(dialog, Dialog::ButtonRecommend);
+        PairDialog dialog;
         QSignalSpy clicked(&dialog, &Dialog::buttonClicked);
         QSignalSpy rejected(&dialog, &QDialog::rejected);
-        const auto close = [&] {
-            QTest::mouseClick(dialog.findChild<IconButton*>("dialog_close"), Qt::LeftButton);
-        };
-        QCOMPARE(answer(dialog, close), -1);
+        auto* button = dialog.findChild<IconButton*>("dialog_close");
+        QCOMPARE(answer(dialog, [&] { QTest::mouseClick(button, Qt::LeftButton); }), -1);
         QCOMPARE(clicked.count(), 0);
         QCOMPARE(rejected.count(), 1);
     }
 
-    void hidingIsNoAnswer() {
-        Dialog dialog;
-        addPair(dialog, Dialog::ButtonRecommend);
+    void runsAgainAfterEachEnd() {
+        PairDialog dialog;
         QCOMPARE(answer(dialog, [&] { dialog.hide(); }), -1);
-    }
-
-    void runsTwice() {
-        Dialog dialog;
-        addPair(dialog, Dialog::ButtonRecommend);
         QCOMPARE(answer(dialog, [&] { dialog.button(1)->click(); }), 1);
         QCOMPARE(answer(dialog, [&] { QTest::keyClick(&dialog, Qt::Key_Escape); }), -1);
         QCOMPARE(answer(dialog, [&] { dialog.button(0)->click(); }), 0);
     }
 
     void clickMayLeaveItOpen() {
-        Dialog dialog;
-        addPair(dialog, Dialog::ButtonRecommend);
+        PairDialog dialog;
         dialog.setOnButtonClickedClose(false);
         connect(&dialog, &Dialog::buttonClicked, &dialog, [&dialog](int index) {
             if (index == 0)
                 dialog.done(index);
         });
         bool stayed = false;
-        QCOMPARE(answer(dialog,
-                        [&] {
-                            dialog.button(1)->click();
-                            stayed = dialog.isVisible();
-                            dialog.button(0)->click();
-                        }),
-                 0);
+        const auto clickBoth = [&] {
+            dialog.button(1)->click();
+            stayed = dialog.isVisible();
+            dialog.button(0)->click();
+        };
+        QCOMPARE(answer(dialog, clickBoth), 0);
         QVERIFY(stayed);
     }
 
@@ -154,8 +131,7 @@ private Q_SLOTS:
     }
 
     void nextAnswerIsGivenOnce() {
-        Dialog dialog;
-        addPair(dialog, Dialog::ButtonRecommend);
+        PairDialog dialog;
         QSignalSpy clicked(&dialog, &Dialog::buttonClicked);
         Dialog::setNextAnswer(1);
         QCOMPARE(dialog.exec(), 1);

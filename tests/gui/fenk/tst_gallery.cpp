@@ -25,23 +25,15 @@ bool isPartOfAControl(const QWidget* widget) {
 }
 
 bool hasWord(const QWidget* widget) {
-    if (!widget->accessibleName().isEmpty())
-        return true;
     const auto* button = qobject_cast<const QAbstractButton*>(widget);
-    return button && !button->text().isEmpty();
+    return !widget->accessibleName().isEmpty() || (button && !button->text().isEmpty());
 }
 
 QString describe(const QWidget* widget) {
-    const auto* button = qobject_cast<const QAbstractButton*>(widget);
-    const auto* label = qobject_cast<const QLabel*>(widget);
-    return QString("%1 %2 %3x%4 wants %5x%6")
-        .arg(widget->metaObject()->className(), button  ? button->text()
-                                                : label ? label->text()
-                                                        : widget->objectName())
-        .arg(widget->width())
-        .arg(widget->height())
-        .arg(widget->sizeHint().width())
-        .arg(widget->sizeHint().height());
+    QString text;
+    QDebug(&text) << widget << widget->property("text").toString() << widget->size() << "wants"
+                  << widget->sizeHint();
+    return text;
 }
 
 }  // namespace
@@ -95,25 +87,19 @@ private Q_SLOTS:
         }
     }
 
-    void wordsHaveRoomInTheirHints_data() {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("English") << "Cancel Installation";
-        QTest::newRow("Chinese") << QString::fromUtf8("取消安装并删除文件");
-    }
     void wordsHaveRoomInTheirHints() {
-        QFETCH(QString, text);
-        QPushButton button(text);
-        QCheckBox box(text);
-        QComboBox combo;
-        combo.addItem(text);
-        for (QWidget* widget :
-             {static_cast<QWidget*>(&button), static_cast<QWidget*>(&box), static_cast<QWidget*>(&combo)}) {
-            widget->ensurePolished();
-            QVERIFY(widget->sizeHint().width() > widget->fontMetrics().horizontalAdvance(text) + 20);
-            QVERIFY(widget->sizeHint().height() >= widget->fontMetrics().height());
+        for (const QString& text :
+             {QString("Cancel Installation"), QString::fromUtf8("取消安装并删除文件")}) {
+            QPushButton button(text);
+            QCheckBox box(text);
+            QComboBox combo;
+            combo.addItem(text);
+            for (QWidget* widget : std::initializer_list<QWidget*>{&button, &box, &combo}) {
+                widget->ensurePolished();
+                QVERIFY(widget->sizeHint().width() > widget->fontMetrics().horizontalAdvance(text) + 20);
+                QVERIFY(widget->sizeHint().height() >= widget->fontMetrics().height());
+            }
         }
-        QCOMPARE(button.sizeHint().height(), 36);
-        QCOMPARE(combo.sizeHint().height(), 36);
     }
 
     void pagesDifferByTheme() {

@@ -1,19 +1,17 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMetaType>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include "fenk/Application.h"
 #include "fenk/Theme.h"
+#include "support/PrivateBus.h"
+#include "support/TestHome.h"
 
 using namespace Fenk;
 
 struct Channels {
-    double red = 0;
-    double green = 0;
-    double blue = 0;
+    double red, green, blue;
 };
 Q_DECLARE_METATYPE(Channels)
 
@@ -89,25 +87,12 @@ private Q_SLOTS:
 };
 
 int main(int argc, char** argv) {
-    const QTemporaryDir home;
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"})
-        qputenv(name, QFile::encodeName(home.path()));
-    QProcess bus;
-    bus.start("dbus-daemon",
-              {"--session", "--nofork", "--print-address", "--address=unix:dir=" + home.path()});
-    if (!bus.waitForReadyRead(10000))
-        qFatal("dbus-daemon does not start");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", bus.readLine().trimmed());
-    int result = 1;
-    {
-        Application app(argc, argv);
-        qDBusRegisterMetaType<Channels>();
-        TestPortal test;
-        result = QTest::qExec(&test, argc, argv);
-    }
-    bus.terminate();
-    bus.waitForFinished(5000);
-    return result;
+    const TestSupport::TestHome home;
+    const TestSupport::PrivateBus bus;
+    Application app(argc, argv);
+    qDBusRegisterMetaType<Channels>();
+    TestPortal test;
+    return QTest::qExec(&test, argc, argv);
 }
 
 #include "tst_portal.moc"

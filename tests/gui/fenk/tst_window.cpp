@@ -15,9 +15,13 @@ using namespace Fenk;
 
 namespace {
 
-IconButton* button(MainWindow& window, const char* name) {
-    return window.titlebar()->findChild<IconButton*>(name);
-}
+struct SampleWindow : MainWindow {
+    SampleWindow() { resize(640, 480); }
+    IconButton* button(const char* name) const { return titlebar()->findChild<IconButton*>(name); }
+    void click(const char* name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    void doubleClick() const { QTest::mouseDClick(titlebar(), Qt::LeftButton, {}, QPoint(80, 20)); }
+    Qt::Edges edgesAt(const QPoint& at) const { return findChild<WindowFrame*>()->edgesAt(at); }
+};
 
 QAction* action(QMenu* menu, const QString& text) {
     for (QAction* candidate : menu->actions()) {
@@ -33,62 +37,52 @@ class TestWindow : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void buttonsDoTheirWork() {
-        MainWindow window;
-        window.resize(640, 480);
+        SampleWindow window;
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        QTest::mouseClick(button(window, "titlebar_maximize"), Qt::LeftButton);
+        window.click("titlebar_maximize");
         QTRY_VERIFY(window.isMaximized());
-        QCOMPARE(button(window, "titlebar_maximize")->accessibleName(), QString("Restore"));
-        QTest::mouseClick(button(window, "titlebar_maximize"), Qt::LeftButton);
+        QCOMPARE(window.button("titlebar_maximize")->accessibleName(), QString("Restore"));
+        window.click("titlebar_maximize");
         QTRY_VERIFY(!window.isMaximized());
-        QTest::mouseDClick(window.titlebar(), Qt::LeftButton, {}, QPoint(80, 20));
+        window.doubleClick();
         QTRY_VERIFY(window.isMaximized());
-        QTest::mouseDClick(window.titlebar(), Qt::LeftButton, {}, QPoint(80, 20));
-        QTest::mouseClick(button(window, "titlebar_minimize"), Qt::LeftButton);
+        window.doubleClick();
+        window.click("titlebar_minimize");
         QTRY_VERIFY(window.isMinimized());
         window.showNormal();
-        QTest::mouseClick(button(window, "titlebar_close"), Qt::LeftButton);
+        window.click("titlebar_close");
         QTRY_VERIFY(!window.isVisible());
     }
 
     void fixedWindowsAreExactAndStay() {
-        MainWindow window;
+        SampleWindow window;
         window.setFixedSize(660, 432);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         QCOMPARE(window.frameGeometry().size(), QSize(660, 432));
-        QVERIFY(!button(window, "titlebar_maximize")->isVisible());
-        QTest::mouseDClick(window.titlebar(), Qt::LeftButton, {}, QPoint(80, 20));
+        QVERIFY(!window.button("titlebar_maximize")->isVisible());
+        window.doubleClick();
         QVERIFY(!window.isMaximized());
-        QCOMPARE(window.findChild<WindowFrame*>()->edgesAt({0, 200}), Qt::Edges());
+        QCOMPARE(window.edgesAt({0, 200}), Qt::Edges());
     }
 
-    void edgesResize_data() {
-        QTest::addColumn<QPoint>("at");
-        QTest::addColumn<int>("edges");
-        QTest::newRow("left") << QPoint(1, 200) << int(Qt::LeftEdge);
-        QTest::newRow("bottom right") << QPoint(638, 478) << int(Qt::BottomEdge | Qt::RightEdge);
-        QTest::newRow("top") << QPoint(300, 2) << int(Qt::TopEdge);
-        QTest::newRow("inside") << QPoint(300, 200) << 0;
-    }
     void edgesResize() {
-        QFETCH(QPoint, at);
-        QFETCH(int, edges);
-        MainWindow window;
-        window.resize(640, 480);
-        QCOMPARE(int(window.findChild<WindowFrame*>()->edgesAt(at)), edges);
+        const SampleWindow window;
+        QCOMPARE(window.edgesAt({1, 200}), Qt::Edges(Qt::LeftEdge));
+        QCOMPARE(window.edgesAt({300, 2}), Qt::Edges(Qt::TopEdge));
+        QCOMPARE(window.edgesAt({638, 478}), Qt::BottomEdge | Qt::RightEdge);
+        QCOMPARE(window.edgesAt({300, 200}), Qt::Edges());
     }
 
     void disabledFlagsHideButtons() {
-        MainWindow window;
-        window.resize(640, 480);
+        SampleWindow window;
         window.titlebar()->setDisableFlags(Qt::WindowMaximizeButtonHint | Qt::CustomizeWindowHint);
         window.show();
-        QVERIFY(!button(window, "titlebar_maximize")->isVisible());
-        QVERIFY(button(window, "titlebar_minimize")->isVisible());
+        QVERIFY(!window.button("titlebar_maximize")->isVisible());
+        QVERIFY(window.button("titlebar_minimize")->isVisible());
         window.titlebar()->setMenuVisible(false);
-        QVERIFY(!button(window, "titlebar_menu")->isVisible());
+        QVERIFY(!window.button("titlebar_menu")->isVisible());
     }
 
     void customWidgetStaysInTheMiddle() {
@@ -128,16 +122,14 @@ private Q_SLOTS:
         app->setApplicationDescription("What it is for");
         app->setAboutLink("<a href=\"file:///x\">Agreement</a>");
         app->handleAboutAction();
-        app->handleAboutAction();
-        QPointer<AboutDialog> about;
-        int open = 0;
+        app->handleAboutAction();  // shows the same one
+        QList<QPointer<AboutDialog>> dialogs;
         for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (auto* candidate = qobject_cast<AboutDialog*>(widget)) {
-                about = candidate;
-                ++open;
-            }
+            if (auto* dialog = qobject_cast<AboutDialog*>(widget))
+                dialogs << dialog;
         }
-        QCOMPARE(open, 1);
+        QCOMPARE(dialogs.size(), 1);
+        const QPointer<AboutDialog> about = dialogs.first();
         QStringList texts;
         for (const Label* label : about->findChildren<Label*>())
             texts << label->text();

@@ -13,8 +13,10 @@
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/SteadyText.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "support/Table.h"
 
 using Banner = WineExeLaunchBanner;
+using TestSupport::Table;
 using Signal = void (Banner::*)();
 Q_DECLARE_METATYPE(Signal)
 
@@ -50,10 +52,10 @@ private Q_SLOTS:
     void cleanup() { m_banner.reset(); }
 
     void closes_data() {
-        QTest::addColumn<int>("state");
-        QTest::newRow("running") << int(Banner::Running);
-        QTest::newRow("failed") << int(Banner::Failed);
-        QTest::newRow("closable") << int(Banner::Closable);
+        const Table<int> row("state");
+        row("running", Banner::Running);
+        row("failed", Banner::Failed);
+        row("closable", Banner::Closable);
     }
     void closes() {
         QFETCH(int, state);
@@ -71,18 +73,15 @@ private Q_SLOTS:
     }
 
     void question_data() {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("stops");
-        QTest::newRow("close") << "close_btn" << 0 << 1;
-        QTest::newRow("keep waiting") << "keep_waiting_btn" << 0 << 0;
-        QTest::newRow("Return keeps waiting") << "" << int(Qt::Key_Return) << 0;
-        QTest::newRow("Escape keeps waiting") << "" << int(Qt::Key_Escape) << 0;
+        const Table<QString, int, int> row("button", "key", "stops");
+        row("close", "close_btn", 0, 1);
+        row("keep waiting", "keep_waiting_btn", 0, 0);
+        row("Return keeps waiting", "", Qt::Key_Return, 0);
+        row("Escape keeps waiting", "", Qt::Key_Escape, 0);
     }
     void question() {
         QFETCH(QString, button);
         QFETCH(int, key);
-        QFETCH(int, stops);
         const QSignalSpy stopped(m_banner.get(), &Banner::stopRunning);
         m_banner->close();
         m_banner->close();
@@ -96,7 +95,7 @@ private Q_SLOTS:
             press(dialog, Qt::Key(key));
         else
             QTest::mouseClick(part(dialog, button), Qt::LeftButton);
-        QCOMPARE(stopped.count(), stops);
+        QTEST(stopped.count(), "stops");
         QTRY_VERIFY(questions().isEmpty());
         QVERIFY(m_banner->isVisible());
         QCOMPARE(m_banner->closeState(), int(Banner::Running));
@@ -115,23 +114,18 @@ private Q_SLOTS:
     }
 
     void failedLook_data() {
-        QTest::addColumn<bool>("canRepair");
-        QTest::addColumn<bool>("canFix");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<QStringList>("names");  // in the order of Tab
-        QTest::addColumn<int>("returnDebugs");
-        QTest::addColumn<int>("returnRepairs");
+        const Table<bool, bool, int, QStringList, int, int> row("canRepair", "canFix", "height", "names",
+                                                                "returnDebugs", "returnRepairs");
         const QStringList quiet = {"feedback_btn", "view_logs_btn"};
-        QTest::newRow("fix") << true << true << 500 << QStringList{"repair_debug_btn", "repair_btn"} + quiet
-                             << 0 << 1;
-        QTest::newRow("no fix") << true << false << 500 << QStringList{"debug_btn"} + quiet << 1 << 0;
-        QTest::newRow("public") << false << false << 432 << quiet << 0 << 0;
-        QTest::newRow("public, fix") << false << true << 432 << quiet << 0 << 0;
+        row("fix", true, true, 500, QStringList{"repair_debug_btn", "repair_btn"} + quiet, 0, 1);
+        row("no fix", true, false, 500, QStringList{"debug_btn"} + quiet, 1, 0);
+        row("public", false, false, 432, quiet, 0, 0);
+        row("public, fix", false, true, 432, quiet, 0, 0);
     }
     void failedLook() {
         QFETCH(bool, canRepair);
         QFETCH(bool, canFix);
-        QFETCH(QStringList, names);
+        QFETCH(QStringList, names);  // in the order of Tab
         QCOMPARE(m_banner->size(), QSize(660, 432));
         m_banner->setCanRepair(canRepair);
         m_banner->showFailed(canFix);
@@ -163,14 +157,12 @@ private Q_SLOTS:
     }
 
     void buttons_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("canFix");
-        QTest::addColumn<Signal>("signal");
-        QTest::newRow("feedback") << "feedback_btn" << true << &Banner::feedBackButtonClicked;
-        QTest::newRow("logs") << "view_logs_btn" << true << &Banner::showLogsButtonClicked;
-        QTest::newRow("debug alone") << "debug_btn" << false << &Banner::debugButtonClicked;
-        QTest::newRow("debug") << "repair_debug_btn" << true << &Banner::debugButtonClicked;
-        QTest::newRow("repair") << "repair_btn" << true << &Banner::repairButtonClicked;
+        const Table<QString, bool, Signal> row("name", "canFix", "signal");
+        row("feedback", "feedback_btn", true, &Banner::feedBackButtonClicked);
+        row("logs", "view_logs_btn", true, &Banner::showLogsButtonClicked);
+        row("debug alone", "debug_btn", false, &Banner::debugButtonClicked);
+        row("debug", "repair_debug_btn", true, &Banner::debugButtonClicked);
+        row("repair", "repair_btn", true, &Banner::repairButtonClicked);
     }
     void buttons() {
         QFETCH(QString, name);
