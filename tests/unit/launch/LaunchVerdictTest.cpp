@@ -1,10 +1,9 @@
 #include "launch/LaunchVerdict.h"
 
-#include <QtTest>
-
 #include "launch/LogFindings.h"
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
+#include "support/Table.h"
 
 namespace {
 
@@ -53,17 +52,13 @@ private Q_SLOTS:
         for (int bits = 0; bits < 1 << 11; ++bits) {
             const auto bit = [bits](int number) { return (bits >> number & 1) != 0; };
             LaunchFacts facts;
-            facts.isConsole = bit(0);
-            facts.isNotStarted = bit(1);
-            facts.windowSeen = bit(2);
-            facts.installFailed = bit(3);
-            facts.autoFix = bit(4);
-            facts.isFirstRun = bit(5);
-            facts.hasComponents = bit(6);
-            facts.hasFonts = bit(7);
-            facts.stagingKnown = bit(8);
-            facts.finished = bit(9);
-            facts.crashed = bit(10);  // is told, and decides nothing
+            bool* const all[] = {&facts.isConsole,     &facts.isNotStarted, &facts.windowSeen,
+                                 &facts.installFailed, &facts.autoFix,      &facts.isFirstRun,
+                                 &facts.hasComponents, &facts.hasFonts,     &facts.stagingKnown,
+                                 &facts.finished,      &facts.crashed};  // the last is told, and decides
+                                                                         // nothing
+            for (int number = 0; number < 11; ++number)
+                *all[number] = bit(number);
             bool failed = bit(3);
             if (bit(0) ? bit(1) : !bit(2))
                 failed = true;
@@ -82,12 +77,11 @@ private Q_SLOTS:
     }
 
     void findings_data() {
-        QTest::addColumn<int>("mask");
-        QTest::addColumn<QString>("how");    // s: stored program, a: repairs by itself
-        QTest::addColumn<QString>("names");  // found/fonts/runtime's version/its component/tried/tried fonts
-        QTest::addColumn<QString>("expected");
-        const auto row = [](int mask, const char* how, const char* names, const char* expected) {
-            QTest::addRow("%d%s %s", mask, how, names) << mask << how << names << expected;
+        // how: stored program, repairs by itself. names: found/fonts/runtime's version/its
+        // component/tried/tried fonts
+        const TestSupport::Table<int, QString, QString, QString> table("mask", "how", "names", "expected");
+        const auto row = [&table](int mask, const char* how, const char* names, const char* expected) {
+            table(qPrintable(QString("%1%2 %3").arg(mask).arg(how, names)), mask, how, names, expected);
         };
         const int mono = LogMissingMono;
         row(1, "", "/////", "/");

@@ -1,15 +1,15 @@
 #include <QRandomGenerator>
-#include <QtTest>
 
 #include "launch/monitor/MonitorCycle.h"
 #include "launch/monitor/MonitorProtocol.h"
+#include "support/Table.h"
 
 namespace {
 
 using Processes = MonitorCycle::Processes;
 using Windows = MonitorCycle::Windows;
 
-/// The rules once more, step by step as they were first written down.
+/// The rules once more, in as few words as they can be told.
 struct Model {
     int lastWindows = 0;
     Processes last;
@@ -17,46 +17,19 @@ struct Model {
     bool seen = false, crashed = false;
 
     QString step(const Processes& p, const Windows& w) {
-        QString told;
-        if (!last.isEmpty() && p.isEmpty())
+        const bool started = !w.isEmpty() && lastWindows == 0 && !(p.isEmpty() && !last.isEmpty());
+        if (p.isEmpty() && (!last.isEmpty() || (w.isEmpty() && seen)))
             return "quit";
-        int next = 0;
-        if (lastWindows != 0) {
-            if (!seen) {
-                unchanged = 0;
-                next = 6;
-            } else {
-                next = w.isEmpty() ? 4 : 5;
-            }
-        } else if (!w.isEmpty()) {
-            seen = true;
-            told = "start";
-            next = 5;
-        } else {
-            next = seen ? 4 : 44;
-        }
-        if (next == 4) {
-            if (p.isEmpty())
-                return "quit";
-            next = lastWindows != 0 ? 5 : 44;
-        }
-        if (next == 44) {
-            if (p == last) {
-                if (++unchanged == (seen || p.isEmpty() ? 5u : 30u))
-                    return "quit";
-            } else {
-                unchanged = 0;
-            }
-        }
-        if (next == 5)
+        seen = seen || started;
+        if (!w.isEmpty() || lastWindows != 0 || p != last)
             unchanged = 0;
+        else if (++unchanged == (seen || p.isEmpty() ? 5u : 30u))
+            return "quit";
         for (const QString& name : p)
-            crashed = crashed || ((name.contains("crash", Qt::CaseInsensitive) ||
-                                   name.contains("bugreport", Qt::CaseInsensitive)) &&
-                                  !name.contains("crashpad", Qt::CaseInsensitive));
+            crashed = crashed || name == "BugReport.exe";
         lastWindows = w.size();
         last = p;
-        return told;
+        return started ? "start" : "";
     }
 };
 
@@ -74,28 +47,19 @@ class MonitorCycleTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    /// Processes a=1.exe; a letter for a window. "+" is one more process, "!" a crash reporter.
+    /// "a" is a process, "w" a window, "+" one more process, "!" a crash reporter, "?" a harmless one.
+    /// What is told stands as start@n and quit@n, counted from 1.
     void cycles_data() {
-        QTest::addColumn<QString>("cycles");
-        QTest::addColumn<QString>("told");  // "start@n quit@n", counted from 1
-        QTest::addColumn<bool>("crashed");
-        QTest::newRow("window, closed, gone") << "a aw aw a -"
-                                              << "start@2 quit@5" << false;
-        QTest::newRow("lingers") << "aw a a a a a a"
-                                 << "start@1 quit@7" << false;
-        QTest::newRow("lingers and changes") << "aw a a a a a+ a+ a+ a+ a+ a+"
-                                             << "start@1 quit@11" << false;
-        QTest::newRow("opens another") << "aw a a aw a"
-                                       << "start@1 start@4" << false;
-        QTest::newRow("never a window") << QString("a ").repeated(31).trimmed() << "quit@31" << false;
-        QTest::newRow("nothing ever") << "- - - - - -"
-                                      << "quit@5" << false;
-        QTest::newRow("late") << QString("a ").repeated(30) + "aw"
-                              << "start@31" << false;
-        QTest::newRow("crash") << "a! a!"
-                               << "" << true;
-        QTest::newRow("no crash") << "a?"
-                                  << "" << false;
+        const TestSupport::Table<QString, QString, bool> row("cycles", "told", "crashed");
+        row("window, closed, gone", "a aw aw a -", "start@2 quit@5", false);
+        row("lingers", "aw a a a a a a", "start@1 quit@7", false);
+        row("lingers and changes", "aw a a a a a+ a+ a+ a+ a+ a+", "start@1 quit@11", false);
+        row("opens another", "aw a a aw a", "start@1 start@4", false);
+        row("never a window", QString("a ").repeated(31), "quit@31", false);
+        row("nothing ever", "- - - - - -", "quit@5", false);
+        row("late", QString("a ").repeated(30) + "aw", "start@31", false);
+        row("crash", "a! a!", "", true);
+        row("no crash", "a?", "", false);
     }
     void cycles() {
         QFETCH(QString, cycles);
@@ -105,14 +69,13 @@ private Q_SLOTS:
         int number = 0;
         for (const QString& look : cycles.split(' ', Qt::SkipEmptyParts)) {
             Processes processes;
-            if (look.contains('a'))
-                processes["1"] = "a.exe";
-            if (look.contains('+'))
-                processes["2"] = "b.exe";
-            if (look.contains('!'))
-                processes["3"] = "WineDbg.exe";
-            if (look.contains('?'))
-                processes["3"] = "CrashPad_handler.exe";
+            for (const auto& [letter, name] : {std::pair('a', "a.exe"),
+                                               {'+', "b.exe"},
+                                               {'!', "WineDbg.exe"},
+                                               {'?', "CrashPad_handler.exe"}}) {
+                if (look.contains(letter))
+                    processes[QString(letter)] = name;
+            }
             const QString event =
                 run(&cycle, processes, look.contains('w') ? Windows{{"1", "t"}} : Windows());
             ++number;

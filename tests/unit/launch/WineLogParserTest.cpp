@@ -1,8 +1,9 @@
 #include <QDirIterator>
-#include <QtTest>
 
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
 
 namespace {
 
@@ -21,17 +22,13 @@ class WineLogParserTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { m_dir = std::make_unique<QTemporaryDir>(); }
-
     void lines_data() {
-        QTest::addColumn<QByteArray>("log");
-        QTest::addColumn<int>("findings");
-        QTest::addColumn<QStringList>("components");
-        QTest::addColumn<int>("others");  // how many lines of interest without a finding
-        const auto row = [](const char* name, const QByteArray& log, int findings,
-                            const QStringList& components = {}, int others = 0) {
-            QTest::newRow(name) << log << findings << components << others;
-        };
+        const TestSupport::Table<QByteArray, int, QStringList, int> table("log", "findings", "components",
+                                                                          "others");
+        const auto row = [&table](const char* name, const QByteArray& log, int findings,
+                                  const QStringList& components = {}, int others = 0) {
+            table(name, log, findings, components, others);
+        };  // others: how many lines of interest without a finding
         const QByteArray dll =
             "0024:err:module:import_dll Library MSVCP140.dll (which is needed by L\"C:\\\\a.exe\") not found";
         const QByteArray text = "0024:trace:text:DrawTextExW L\"";
@@ -110,7 +107,7 @@ private Q_SLOTS:
         QCOMPARE(parser.parseFile(write("err:other\nerr:setupapi:y")), 1 | 16);
         QCOMPARE(parser.parsedLogs, QStringList("err:setupapi:y"));
         QCOMPARE(parser.otherLogs, QStringList({"err:other", "err:setupapi:y"}));
-        QCOMPARE(WineLogParser().parseFile(m_dir->path() + "/none"), 1);
+        QCOMPARE(WineLogParser().parseFile(m_home.path() + "/none"), 1);
     }
 
     /// Logs that real programs left, each named after what it must give: components and fonts, then findings.
@@ -118,27 +115,21 @@ private Q_SLOTS:
         QDirIterator logs(QString(TEST_SOURCE_DIR) + "/tests/data/winelog", {"*.txt"}, QDir::Files);
         int count = 0;
         while (logs.hasNext()) {
-            QFile file(logs.next());
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            const QByteArray log = file.readAll();
+            const QString file = logs.next();
             const QStringList wanted = logs.fileInfo().completeBaseName().split('-').value(1).split('+');
             WineLogParser parser;
-            const int findings = parser.parseFile(file.fileName());
+            const int findings = parser.parseFile(file);
             QStringList found = sorted(parser.missingComponents) + sorted(parser.missingFonts);
             found += QString::number(findings);
-            QVERIFY2(found == wanted, qPrintable(file.fileName() + ": " + found.join('+')));
-            sameAsStream(log);
+            QVERIFY2(found == wanted, qPrintable(file + ": " + found.join('+')));
+            sameAsStream(TestSupport::readFile(file));
             ++count;
         }
         QVERIFY(count >= 6);
     }
 
 private:
-    QString write(const QByteArray& log) {
-        QFile file(m_dir->path() + "/log");
-        [&] { QVERIFY(file.open(QIODevice::WriteOnly) && file.write(log) == log.size()); }();
-        return file.fileName();
-    }
+    QString write(const QByteArray& log) const { return m_home.write("log", log); }
 
     /// The quick way through a file gives what the plain loop over its lines gives.
     void sameAsStream(const QByteArray& log) {
@@ -152,7 +143,7 @@ private:
         QCOMPARE(quick.otherLogs, plain.otherLogs);
     }
 
-    std::unique_ptr<QTemporaryDir> m_dir;
+    TestSupport::TestHome m_home;
 };
 
 QTEST_GUILESS_MAIN(WineLogParserTest)
