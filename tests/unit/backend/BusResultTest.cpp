@@ -1,33 +1,30 @@
+#include "backend/BusResult.h"
+
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QtTest>
 
-#include "backend/BusResult.h"
+#include "support/Table.h"
 
 using BusReply::Wanted;
+using TestSupport::Table;
 
 class BusResultTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void fromMessage_data() {
-        QTest::addColumn<QDBusMessage>("message");
-        QTest::addColumn<bool>("ok");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("okWhenIgnored");
+        const Table<QDBusMessage, bool, QString, bool> row("message", "ok", "text", "okWhenIgnored");
         const QDBusMessage call = QDBusMessage::createMethodCall("a.b", "/", "a.b", "c");
-        QTest::newRow("text") << call.createReply(QString("[1]")) << true << "[1]" << true;
-        QTest::newRow("empty text") << call.createReply(QString("")) << true << "" << true;
-        QTest::newRow("number") << call.createReply(7) << true << "7" << true;
-        QTest::newRow("variant") << call.createReply(QVariant::fromValue(QDBusVariant("v"))) << true << "v"
-                                 << true;
-        QTest::newRow("two arguments")
-            << call.createReply(QVariantList{"first", "second"}) << true << "first" << true;
-        QTest::newRow("no argument") << call.createReply() << false << "" << true;
-        QTest::newRow("a map") << call.createReply(QVariantMap{{"a", 1}}) << false << "" << true;
-        QTest::newRow("error") << call.createErrorReply(QDBusError::NoReply, "gone") << false << "" << false;
-        QTest::newRow("not a reply") << call << false << "" << false;
-        QTest::newRow("nothing") << QDBusMessage() << false << "" << false;
+        row("text", call.createReply(QString("[1]")), true, "[1]", true);
+        row("empty text", call.createReply(QString("")), true, "", true);
+        row("number", call.createReply(7), true, "7", true);
+        row("variant", call.createReply(QVariant::fromValue(QDBusVariant("v"))), true, "v", true);
+        row("two arguments", call.createReply(QVariantList{"first", "second"}), true, "first", true);
+        row("no argument", call.createReply(), false, "", true);
+        row("a map", call.createReply(QVariantMap{{"a", 1}}), false, "", true);
+        row("error", call.createErrorReply(QDBusError::NoReply, "gone"), false, "", false);
+        row("not a reply", call, false, "", false);
+        row("nothing", QDBusMessage(), false, "", false);
     }
     void fromMessage() {
         QFETCH(QDBusMessage, message);
@@ -46,15 +43,10 @@ private Q_SLOTS:
     }
 
     void json_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("strings");
-        QTest::addColumn<QStringList>("keys");
-        QTest::newRow("array") << "[\"a\",\"b\"]" << QStringList{"a", "b"} << QStringList();
-        QTest::newRow("elements that aren't strings")
-            << "[\"a\",1,null]" << QStringList{"a", "", ""} << QStringList();
-        QTest::newRow("object") << "{\"k\":1}" << QStringList() << QStringList{"k"};
-        QTest::newRow("torn") << "{\"k\":" << QStringList() << QStringList();
-        QTest::newRow("empty") << "" << QStringList() << QStringList();
+        const Table<QString, QStringList, QStringList> row("text", "strings", "keys");
+        row("array", R"(["a",1,null])", {"a", "", ""}, {});
+        row("object", R"({"k":1})", {}, {"k"});
+        row("torn", R"({"k":)", {}, {});
     }
     void json() {
         BusResult result;

@@ -1,7 +1,6 @@
-#include <QtTest>
-
 #include "backend/EmulatorPackage.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 using TestSupport::LogCapture;
 
@@ -9,24 +8,12 @@ class EmulatorPackageTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void describe_data() {
-        QTest::addColumn<QString>("emulator");
-        QTest::addColumn<QString>("pattern");  // asked of the package manager, empty: nothing
-        QTest::addColumn<QString>("text");
-        QTest::newRow("none in use") << ""
-                                     << ""
-                                     << "";
-        QTest::newRow("known") << "box64"
-                               << ""
-                               << "lumora-box64 1.2";
-        QTest::newRow("known by another name") << "exagear"
-                                               << ""
-                                               << "exagear-core-x64a64 1.2";
-        QTest::newRow("found") << "fex"
-                               << "*fex*"
-                               << "fex-emu 1.2";
-        QTest::newRow("not found") << "qemu9"
-                                   << "*qemu9*"
-                                   << "";
+        // The pattern is asked of the package manager; empty: nothing is.
+        const TestSupport::Table<QString, QString, QString> row("emulator", "pattern", "text");
+        row("none in use", "", "", "");
+        row("known by another name", "exagear", "", "exagear-core-x64a64 1.2");
+        row("found", "fex", "*fex*", "fex-emu 1.2");
+        row("not found", "qemu9", "*qemu9*", "");
     }
     void describe() {
         QFETCH(QString, emulator);

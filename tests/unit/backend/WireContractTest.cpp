@@ -15,20 +15,15 @@ private Q_SLOTS:
         QFile file(TEST_SOURCE_DIR "/src/platform/bottleservice/wire/com.lumora.Manager.Bottles.xml");
         QVERIFY(file.open(QIODevice::ReadOnly));
         QXmlStreamReader xml(&file);
-        QString kind;
-        QString name;
+        QString* signature = nullptr;
         while (!xml.atEnd()) {
-            xml.readNext();
-            const auto attribute = [&xml](const char* key) {
-                return xml.attributes().value(QString(key)).toString();
-            };
-            if (xml.isStartElement() && (xml.name() == "method" || xml.name() == "signal")) {
-                kind = xml.name().toString();
-                name = attribute("name");
-                (kind == "method" ? methods : busSignals).insert(name, "");
-            } else if (xml.isStartElement() && xml.name() == "arg" && attribute("direction") != "out") {
-                (kind == "method" ? methods : busSignals)[name] += attribute("type");
-            }
+            if (xml.readNext() != QXmlStreamReader::StartElement)
+                continue;
+            const auto attribute = [&xml](const char* key) { return xml.attributes().value(key).toString(); };
+            if (xml.name() == "method" || xml.name() == "signal")
+                signature = &(xml.name() == "method" ? methods : busSignals)[attribute("name")];
+            else if (xml.name() == "arg" && attribute("direction") != "out")
+                *signature += attribute("type");
         }
         QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
     }
@@ -47,13 +42,13 @@ private Q_SLOTS:
         const QMetaObject& meta = BottlesConfig::staticMetaObject;
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
             const QMetaMethod method = meta.method(i);
-            if (method.methodType() != QMetaMethod::Signal ||
-                local.contains(QString::fromLatin1(method.name())))
+            const QString name = QString::fromLatin1(method.name());
+            if (method.methodType() != QMetaMethod::Signal || local.contains(name))
                 continue;
             QString signature;
             for (const QByteArray& type : method.parameterTypes())
                 signature += letters.value(QString::fromLatin1(type), "?");
-            declared.insert(QString::fromLatin1(method.name()), signature);
+            declared.insert(name, signature);
         }
         QCOMPARE(declared, busSignals);
     }

@@ -1,49 +1,40 @@
 #include <QDateTime>
-#include <QTemporaryDir>
-#include <QtTest>
 
 #include "core/ImageCache.h"
 #include "core/LaunchTarget.h"
 #include "core/ServiceAgreement.h"
 #include "core/base/Paths.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 
-using TestSupport::TestHome;
+using T = LaunchTarget;
 
 /// The decisions of a start, without a window or a bus.
 class CommandLineTest : public QObject {
     Q_OBJECT
 
-    TestHome m_home;
+    TestSupport::TestHome m_home;
 
 private Q_SLOTS:
     void target_data() {
-        QTest::addColumn<QString>("url");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("debugKind");
-        QTest::addColumn<QString>("rest");  // bottle and uuid, or the file's name
-        using T = LaunchTarget;
-        QTest::newRow("empty") << "" << int(T::Invalid) << int(T::Invalid) << "";
-        QTest::newRow("program") << "lumorawine://b/u" << int(T::StoredProgram) << int(T::Missing) << "b|u";
-        QTest::newRow("public bottle")
-            << "lumorawine://public/b/u" << int(T::StoredProgram) << int(T::Missing) << "public/b|u";
-        QTest::newRow("no uuid") << "lumorawine://b/" << int(T::StoredProgram) << int(T::Missing) << "b|";
-        QTest::newRow("no slash") << "lumorawine://b" << int(T::Invalid) << int(T::Missing) << "";
-        QTest::newRow("slash first") << "lumorawine:///u" << int(T::Invalid) << int(T::Missing) << "";
-        QTest::newRow("exe") << "@/a.EXE" << int(T::Executable) << int(T::Executable) << "a.EXE";
-        QTest::newRow("msi as url") << "file://@/b c.msi" << int(T::Executable) << int(T::Executable)
-                                    << "b c.msi";
-        QTest::newRow("encoded url") << "file://@/b%20c.msi" << int(T::Executable) << int(T::Executable)
-                                     << "b c.msi";
-        QTest::newRow("percent in a name")
-            << "file://@/%41.exe" << int(T::Executable) << int(T::Executable) << "%41.exe";
-        QTest::newRow("bat") << "@/a.bat" << int(T::OtherFile) << int(T::Executable) << "a.bat";
-        QTest::newRow("msp") << "@/a.msp" << int(T::OtherFile) << int(T::Executable) << "a.msp";
-        QTest::newRow("cxb") << "@/a.cxb" << int(T::PackageFile) << int(T::PackageFile) << "a.cxb";
-        QTest::newRow("link") << "@/link.exe" << int(T::Executable) << int(T::Executable) << "a.EXE";
-        QTest::newRow("missing") << "@/none.exe" << int(T::Missing) << int(T::Missing) << "";
+        // rest: bottle and uuid, or the file's name
+        const TestSupport::Table<QString, int, int, QString> row("url", "kind", "debugKind", "rest");
+        row("empty", "", T::Invalid, T::Invalid, "");
+        row("program", "lumorawine://b/u", T::StoredProgram, T::Missing, "b|u");
+        row("public bottle", "lumorawine://public/b/u", T::StoredProgram, T::Missing, "public/b|u");
+        row("no uuid", "lumorawine://b/", T::StoredProgram, T::Missing, "b|");
+        row("no slash", "lumorawine://b", T::Invalid, T::Missing, "");
+        row("slash first", "lumorawine:///u", T::Invalid, T::Missing, "");
+        row("exe", "@/a.EXE", T::Executable, T::Executable, "a.EXE");
+        row("msi as url", "file://@/b c.msi", T::Executable, T::Executable, "b c.msi");
+        row("encoded url", "file://@/b%20c.msi", T::Executable, T::Executable, "b c.msi");
+        row("percent in a name", "file://@/%41.exe", T::Executable, T::Executable, "%41.exe");
+        row("bat", "@/a.bat", T::OtherFile, T::Executable, "a.bat");
+        row("msp", "@/a.msp", T::OtherFile, T::Executable, "a.msp");
+        row("cxb", "@/a.cxb", T::PackageFile, T::PackageFile, "a.cxb");
+        row("link", "@/link.exe", T::Executable, T::Executable, "a.EXE");
+        row("missing", "@/none.exe", T::Missing, T::Missing, "");
     }
-
     void target() {
         QFETCH(QString, url);
         QFETCH(QString, rest);
@@ -54,10 +45,8 @@ private Q_SLOTS:
         const LaunchTarget target = LaunchTarget::fromUrl(url);
         QTEST(int(target.kind), "kind");
         QTEST(int(LaunchTarget::fromDebugUrl(url).kind), "debugKind");
-        if (target.kind == LaunchTarget::StoredProgram)
-            QCOMPARE(target.bottle + "|" + target.uuid, rest);
-        else
-            QCOMPARE(QFileInfo(target.path).fileName(), rest);
+        const bool isStored = target.kind == T::StoredProgram;
+        QCOMPARE(isStored ? target.bottle + "|" + target.uuid : QFileInfo(target.path).fileName(), rest);
     }
 
     void opening() {
@@ -79,31 +68,21 @@ private Q_SLOTS:
         }
     }
 
-    void agreement_data() {
-        QTest::addColumn<QString>("recorded");
-        QTest::addColumn<bool>("ask");
-        QTest::newRow("never") << "" << true;
-        QTest::newRow("3.2.9") << "3.2.9" << true;
-        QTest::newRow("3.3") << "3.3" << false;
-        QTest::newRow("3.3.4.008") << "3.3.4.008" << false;
-        QTest::newRow("10.0") << "10.0" << false;
-        QTest::newRow("nonsense") << "soon" << true;
-    }
-
     void agreement() {
-        QFETCH(QString, recorded);
-        QTEST(ServiceAgreement::mustAsk(recorded), "ask");
+        for (const char* recorded : {"", "3.2.9", "soon"})
+            QVERIFY2(ServiceAgreement::mustAsk(recorded), recorded);
+        for (const char* recorded : {"3.3", "3.3.4.008", "10.0"})
+            QVERIFY2(!ServiceAgreement::mustAsk(recorded), recorded);
     }
 
     void imageCache() {
-        QDir cache(Paths::imageCacheDir());
+        const QDir cache(Paths::imageCacheDir());
         QVERIFY(cache.mkpath("."));
-        for (const char* name : {"old", "new"}) {
+        for (const auto& [name, days] : {std::pair("old", 16), {"new", 14}}) {
             QFile file(cache.filePath(name));
             QVERIFY(file.open(QIODevice::WriteOnly));
-            const int days = qstrcmp(name, "old") == 0 ? 16 : 14;
-            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-days),
-                                     QFileDevice::FileModificationTime));
+            QVERIFY(
+                file.setFileTime(QDateTime::currentDateTime().addDays(-days), QFile::FileModificationTime));
         }
         purgeImageCache(15);
         QCOMPARE(cache.entryList(QDir::Files), QStringList{"new"});

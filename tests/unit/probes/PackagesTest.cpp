@@ -1,33 +1,26 @@
-#include <QtTest>
-
 #include "probes/Packages.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 class PackagesTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void unmet_data() {
-        QTest::addColumn<QString>("expression");
-        QTest::addColumn<QString>("unmet");
         // Installed: a 1.0, c 1.5, libfoo:i386 2:3.1-1.
-        const std::initializer_list<std::array<const char*, 2>> table = {
-            {"", ""},
-            {"a, b | c (>= 2.0)", "b() c(>= 2.0)"},
-            {"a,b|c (>= 1.5)", ""},
-            {"a (= 1.0), a (<< 1.0), b", "a(<< 1.0) b()"},
-            {"a (< 1.0)", "a(< 1.0)"},
-            {"a (> 1.0) | a (<= 1.0)", ""},
-            {"libfoo:i386 (>= 1:2.3)", ""},  // compared with the digit before the colon
-            {"libfoo:i386 (>= 9:2.3)", "libfoo:i386(>= 9:2.3)"},
-            {"a (beautiful)", "a(beautiful)"},
-            {"c(>=2),, | ,a", "c(>=2)"},
-            {"-rf (>= 1)", "-rf(>= 1)"},
-        };
-        for (const auto& row : table)
-            QTest::newRow(row[0]) << row[0] << row[1];
+        const TestSupport::Table<QString> row("unmet");
+        row("", "");
+        row("a, b | c (>= 2.0)", "b() c(>= 2.0)");
+        row("a,b|c (>= 1.5)", "");
+        row("a (= 1.0), a (<< 1.0), b", "a(<< 1.0) b()");
+        row("a (< 1.0)", "a(< 1.0)");
+        row("a (> 1.0) | a (<= 1.0)", "");
+        row("libfoo:i386 (>= 1:2.3)", "");  // compared with the digit before the colon
+        row("libfoo:i386 (>= 9:2.3)", "libfoo:i386(>= 9:2.3)");
+        row("a (beautiful)", "a(beautiful)");
+        row("c(>=2),, | ,a", "c(>=2)");
+        row("-rf (>= 1)", "-rf(>= 1)");
     }
     void unmet() {
-        QFETCH(QString, expression);
         const QMap<QString, QString> machine = {{"a", "1.0"}, {"c", "1.5"}, {"libfoo:i386", "2:3.1-1"}};
         const PackageQueries queries = {
             [&](const QString& package, QString* version) {
@@ -42,7 +35,7 @@ private Q_SLOTS:
                        (relation == "eq" && order == 0) || (relation == "ge" && order >= 0) ||
                        (relation == "gt" && order > 0);
             }};
-        const PackageRequirements requirements = unmetDependencies(expression, queries);
+        const PackageRequirements requirements = unmetDependencies(QTest::currentDataTag(), queries);
         QStringList texts;
         for (auto entry = requirements.begin(); entry != requirements.end(); ++entry)
             texts.append(QString("%1(%2)").arg(entry.key(), entry.value()));
