@@ -25,9 +25,7 @@ class TestControls : public QObject {
 private Q_SLOTS:
     void switchTurnsByKey_data() {
         const TestSupport::Table<int, bool, bool> row("key", "before", "after");
-        row("Space on", Qt::Key_Space, false, true);
         row("Return off", Qt::Key_Return, true, false);
-        row("Right turns on", Qt::Key_Right, false, true);
         row("Right keeps on", Qt::Key_Right, true, true);
         row("Left turns off", Qt::Key_Left, true, false);
     }

@@ -130,18 +130,6 @@ private Q_SLOTS:
         QCOMPARE(dialog.button(0)->text(), QString("Done"));
     }
 
-    void nextAnswerIsGivenOnce() {
-        PairDialog dialog;
-        QSignalSpy clicked(&dialog, &Dialog::buttonClicked);
-        Dialog::setNextAnswer(1);
-        QCOMPARE(dialog.exec(), 1);
-        QCOMPARE(clicked.count(), 1);
-        QVERIFY(!dialog.isVisible());
-        QCOMPARE(answer(dialog, [&] { dialog.button(0)->click(); }), 0);
-        Dialog::setNextAnswer(-1);
-        QCOMPARE(dialog.exec(), -1);
-    }
-
     void buttonsAreEquallyWide() {
         Dialog dialog("Title", "Message");
         dialog.addButton("No");
@@ -163,18 +151,6 @@ private Q_SLOTS:
             const auto* label = dialog.findChild<QLabel*>(name);
             QVERIFY2(label->height() >= label->heightForWidth(label->width()), name);
         }
-    }
-
-    void centresOnItsParent() {
-        QWidget parent;
-        parent.setGeometry(100, 80, 600, 440);
-        parent.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&parent));
-        Dialog dialog(&parent);
-        dialog.setFixedSize(400, 200);
-        dialog.moveToCenter();
-        const QPoint off = dialog.geometry().center() - parent.frameGeometry().center();
-        QVERIFY(off.manhattanLength() <= 2);
     }
 };
 

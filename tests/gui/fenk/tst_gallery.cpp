@@ -8,10 +8,6 @@
 
 #include "FenkTestMain.h"
 #include "GalleryWindow.h"
-#include "Picture.h"
-#include "fenk/Theme.h"
-
-using namespace Fenk;
 
 namespace {
 
@@ -22,11 +18,6 @@ bool isPartOfAControl(const QWidget* widget) {
            qobject_cast<QAbstractSpinBox*>(widget->parentWidget()) ||
            widget->inherits("QComboBoxPrivateContainer") || widget->inherits("QComboBoxListView") ||
            qobject_cast<QAbstractItemView*>(widget->parentWidget());
-}
-
-bool hasWord(const QWidget* widget) {
-    const auto* button = qobject_cast<const QAbstractButton*>(widget);
-    return !widget->accessibleName().isEmpty() || (button && !button->text().isEmpty());
 }
 
 QString describe(const QWidget* widget) {
@@ -41,26 +32,6 @@ QString describe(const QWidget* widget) {
 class TestGallery : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init() { m_window.reset(new Gallery::GalleryWindow); }
-    void cleanup() {
-        m_window.reset();
-        Theme::instance()->followSystem();
-    }
-
-    void everyControlHasAName() {
-        for (const QWidget* widget : m_window->findChildren<QWidget*>()) {
-            if (widget->focusPolicy() == Qt::NoFocus || isPartOfAControl(widget) || widget->focusProxy())
-                continue;
-            const bool control =
-                qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QLineEdit*>(widget) ||
-                qobject_cast<const QComboBox*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
-                qobject_cast<const QAbstractSlider*>(widget) ||
-                qobject_cast<const QAbstractItemView*>(widget);
-            if (control)
-                QVERIFY2(hasWord(widget), qPrintable(describe(widget)));
-        }
-    }
-
     void noTextIsCut_data() {
         QTest::addColumn<QString>("page");
         for (const QString& page : Gallery::GalleryWindow::pageNames())
@@ -68,10 +39,11 @@ private Q_SLOTS:
     }
     void noTextIsCut() {
         QFETCH(QString, page);
-        QVERIFY(m_window->showPage(page));
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
-        for (QWidget* widget : m_window->findChildren<QWidget*>()) {
+        Gallery::GalleryWindow window;
+        QVERIFY(window.showPage(page));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        for (QWidget* widget : window.findChildren<QWidget*>()) {
             if (!widget->isVisible())
                 continue;
             const auto* label = qobject_cast<const QLabel*>(widget);
@@ -101,22 +73,6 @@ private Q_SLOTS:
             }
         }
     }
-
-    void pagesDifferByTheme() {
-        m_window.reset();
-        for (const char* page : {"controls", "lists", "dialog", "about", "menu"}) {
-            Theme::instance()->setColorType(Theme::Light);
-            const QImage light = Gallery::picture(page);
-            Theme::instance()->setColorType(Theme::Dark);
-            const QImage dark = Gallery::picture(page);
-            QVERIFY2(!light.isNull() && light.size() == dark.size(), page);
-            QVERIFY2(light != dark, page);
-        }
-        QVERIFY(Gallery::picture("no such page").isNull());
-    }
-
-private:
-    QScopedPointer<Gallery::GalleryWindow> m_window;
 };
 
 FENK_TEST_MAIN(TestGallery)

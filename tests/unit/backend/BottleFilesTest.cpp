@@ -1,7 +1,6 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "backend/BottleRecord.h"
 #include "backend/DesktopUtils.h"
 #include "backend/FileInfoCache.h"
 #include "backend/MissingFonts.h"
@@ -91,17 +90,6 @@ private Q_SLOTS:
         const LogCapture log;
         QVERIFY(!FileInfoCache("/nonexistent/bottle").remove("one"));
         QVERIFY(log.contains(QtWarningMsg, "/nonexistent/bottle/fileinfo.cache"));
-    }
-
-    void strangeRecords() {
-        QVERIFY(BottleRecord::memOptimized({}, true) && !BottleRecord::memOptimized({}, false));
-        const QJsonObject off{{"Parameters", QJsonObject{{"mem_optimized", false}}}};
-        QVERIFY(!BottleRecord::memOptimized(off, true));
-        // Values of a wrong type read like missing ones.
-        const QJsonObject wrong{{"Path", 5}, {"External_Programs", "x"}, {"Installed_Dependencies", "x"}};
-        QCOMPARE(BottleRecord::path(wrong), QString());
-        QVERIFY(!BottleRecord::hasPrograms(wrong) && BottleRecord::programs(wrong).isEmpty());
-        QVERIFY(BottleRecord::installedDependencies(wrong).isEmpty());
     }
 
     void adoptedRecordLosesItsMark() {
