@@ -79,9 +79,8 @@ private Q_SLOTS:
             {"v/", "v/bin/wine", "v/l -> bin/wine", "v/bin/up -> ../l", "v/h => v/bin/wine", "other",
              "v/out -> ../other"},
             true);
-        row("name up", {"good", "../escaped"}, false);
-        row("name up inside", {"a/../../escaped"}, false);
-        row("absolute", {"/tmp/../escaped"}, false);
+        row("name up", {"good", "a/../../escaped"}, false);
+        row("absolute", {"/escaped"}, false);
         row("backslashes", {"..\\escaped"}, false);
         row("link up", {"a/l -> ../../escaped"}, false);
         row("link absolute", {"l -> /etc"}, false);
@@ -141,7 +140,6 @@ private Q_SLOTS:
         // Without requests: it fails.
         row("breaks", {"half/file"}, true, {});
         row("too long", {"endless/file"}, true, {});
-        row("wrong", {"wrong"}, true, {});
         row("no address", {"x/../../etc/passwd", "ftp://x/y"}, true, {});
     }
     void download() {
@@ -183,17 +181,6 @@ private Q_SLOTS:
         QCOMPARE(fetch()[0].toString(), path);
         QCOMPARE(readFile(path), content);
         QCOMPARE(server.requests.isEmpty(), !hasChecksum);
-    }
-
-    void localFiles() {
-        const QString file = m_home.write("mirror/setup.exe", "content");
-        QNetworkAccessManager network;
-        Download download(&network, {"setup.exe", {"/nowhere/setup.exe", file}, 7, {}},
-                          m_home.path() + "/downloads");
-        QSignalSpy finished(&download, &Download::finished);
-        download.start();
-        QVERIFY(finished.wait());
-        QCOMPARE(readFile(finished[0][0].toString()), QByteArray("content"));
     }
 
     void plans() {

@@ -24,21 +24,22 @@ QString follows(const LaunchVerdict& verdict) {
 }
 
 /// The rules in the order in which they are looked at, as somebody would tell them.
-QString rules(bool failed, bool autoFix, bool first, bool components, bool fonts, bool staging, bool told) {
-    const QString end = told     ? ""
-                        : failed ? "links; No any fixing applied, launch failed; failed 0 0"
-                                 : "links; No any fixing applied, but seems app not crashed; succeeded";
-    if (autoFix)
-        return components || fonts ? "repair" : end;
-    if (components)
+QString rules(const LaunchFacts& facts, bool failed) {
+    const QString end = facts.finished ? ""
+                        : failed       ? "links; No any fixing applied, launch failed; failed 0 0"
+                                       : "links; No any fixing applied, but seems app not crashed; succeeded";
+    if (facts.autoFix)
+        return facts.hasComponents || facts.hasFonts ? "repair" : end;
+    if (facts.hasComponents)
         return "failed 1 0";
-    if (fonts)
-        return QString("failed %1 %2").arg(first).arg(!failed);
-    if (!failed || !staging)
+    if (facts.hasFonts)
+        return QString("failed %1 %2").arg(facts.isFirstRun).arg(!failed);
+    if (!failed || !facts.stagingKnown)
         return end;
-    return first ? "Application is not running as expected, try to using lumora-wine-staging and relaunch; "
-                   "failed 1 0"
-                 : "failed 0 0";
+    return facts.isFirstRun
+               ? "Application is not running as expected, try to using lumora-wine-staging and relaunch; "
+                 "failed 1 0"
+               : "failed 0 0";
 }
 
 }  // namespace
@@ -50,29 +51,22 @@ class LaunchVerdictTest : public QObject {
 private Q_SLOTS:
     void everyCombination() {
         for (int bits = 0; bits < 1 << 11; ++bits) {
-            const auto bit = [bits](int number) { return (bits >> number & 1) != 0; };
             LaunchFacts facts;
-            bool* const all[] = {&facts.isConsole,     &facts.isNotStarted, &facts.windowSeen,
-                                 &facts.installFailed, &facts.autoFix,      &facts.isFirstRun,
-                                 &facts.hasComponents, &facts.hasFonts,     &facts.stagingKnown,
-                                 &facts.finished,      &facts.crashed};  // the last is told, and decides
-                                                                         // nothing
-            for (int number = 0; number < 11; ++number)
-                *all[number] = bit(number);
-            bool failed = bit(3);
-            if (bit(0) ? bit(1) : !bit(2))
-                failed = true;
+            int number = 0;
+            for (bool* fact : {&facts.isConsole, &facts.isNotStarted, &facts.windowSeen, &facts.installFailed,
+                               &facts.autoFix, &facts.isFirstRun, &facts.hasComponents, &facts.hasFonts,
+                               &facts.stagingKnown, &facts.finished, &facts.crashed})
+                *fact = bits >> number++ & 1;
+            const bool neverCameUp = facts.isConsole ? facts.isNotStarted : !facts.windowSeen;
+            const bool failed = neverCameUp || facts.installFailed;
             QCOMPARE(facts.isFailed(), failed);
-            const QString expected = rules(failed, bit(4), bit(5), bit(6), bit(7), bit(8), bit(9));
-            if (follows(LaunchVerdict::of(facts)) != expected)
-                QFAIL(qPrintable(QString::number(bits, 2) + ": " + follows(LaunchVerdict::of(facts)) +
-                                 " instead of " + expected));
-            const QString suffix = bit(10) ? ", and crashed"
-                                   : (bit(0) && !bit(1)) || (!bit(0) && bit(2))
-                                       ? ""
-                                       : ", and app not been launched";
+            QVERIFY2(follows(LaunchVerdict::of(facts)) == rules(facts, failed),
+                     qPrintable(QString::number(bits, 2) + ": " + follows(LaunchVerdict::of(facts))));
             QCOMPARE(LaunchVerdict::endMessage(53, facts),
-                     "Seems application has finished, exit code: 53" + suffix);
+                     QString("Seems application has finished, exit code: 53") +
+                         (facts.crashed ? ", and crashed"
+                          : neverCameUp ? ", and app not been launched"
+                                        : ""));
         }
     }
 

@@ -53,14 +53,12 @@ private Q_SLOTS:
             "err:mshtml:create_document_object Failed to init Gecko, returning CLASS_E_CLASSNOTAVAILABLE",
             1 | 2, {"gecko"}, 1);
         row("database", Database, 1 | 2, {"jet40", "mdac28"}, 1);
-        row("dll", dll, 1 | 2, {"vcredist2022"}, 1);
         row("dll loading", QByteArray(dll).replace("import_dll L", "import_dll loading l"), 1 | 2,
             {"vcredist2022"}, 1);
         row("dll unknown", QByteArray(dll).replace("MSVCP140", "unheard"), 1, {}, 1);
         row("function", "wine: Call from 0x1 to unimplemented function MSVCP140.dll.foo, Aborting", 1 | 2,
             {"vcredist2022"});
         row("function unknown", "wine: call from 0x1 to unimplemented function unheard.dll.foo, aborting", 1);
-        row("text framework", text + ".NET Framework 4.5.2 was not found", 1 | 2, {"dotnet452"});
         row("text other framework", text + "\\8bf7\\5b89\\88c5 .net framework\"", 1 | 2, {"dotnet48"});
         row("text without request", text + ".NET Framework 4.5.2\"", 1);
         row("text runtime",
