@@ -173,6 +173,14 @@ private Q_SLOTS:
         QCOMPARE(capture.lines(), 1);
     }
 
+    void fullDisk() {
+        FileAppender appender("/dev/full");
+        const StderrCapture capture(m_home->path() + "/stderr");
+        for (int i = 0; i < 5; ++i)
+            say(appender, "lost");
+        QCOMPARE(capture.lines(), 1);
+    }
+
     void tornLineIsEnded() {
         FileAppender appender(m_path);
         appender.setFormat("%{message}\n");
