@@ -83,6 +83,7 @@ private Q_SLOTS:
         };
         invalid("more than one message", good + good);
         invalid("other protocol", "GET / HTTP/1.1\r\n");
+        invalid("wrong from the first byte", "X");
         invalid("oversize", header(SingleInstanceMessage::MaxBytes + 1));
         invalid("undersize", header(3));
         const auto body = [](const QByteArray& hex) {
