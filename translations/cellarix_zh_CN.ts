@@ -25,6 +25,10 @@
         <source>The launch script cannot be run. Please install Cellarix again.</source>
         <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
     </message>
+    <message>
+        <source>%1 could not be started: its container cannot be found.</source>
+        <translation>无法启动“%1”：找不到它所在的容器。</translation>
+    </message>
 </context>
 <context>
     <name>AppListEmptyTipsWidget</name>
@@ -922,6 +926,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>The folder of this application is no longer there.</source>
         <translation>此应用的文件夹已不存在。</translation>
+    </message>
+    <message>
+        <source>The drawing %1 is too large or too intricate for an icon. Please choose another picture.</source>
+        <translation>矢量图“%1”过大或过于复杂，不能用作图标。请选择其他图片。</translation>
     </message>
 </context>
 <context>

@@ -13,7 +13,8 @@ namespace {
 
 const char Accessible[] = "org.a11y.atspi.Accessible";
 const char Action[] = "org.a11y.atspi.Action";
-constexpr int ShowingBit = 25;
+constexpr uint EnabledState = 1U << 8;
+constexpr uint ShowingState = 1U << 25;
 constexpr int DepthLimit = 40;
 constexpr int CallMs = 2000;
 
@@ -64,18 +65,18 @@ QString AccessibleTree::nameOf(const Node& node) const {
     return answer.value<QDBusVariant>().variant().toString();
 }
 
-bool AccessibleTree::isShowing(const Node& node) const {
+bool AccessibleTree::isIn(uint states, const Node& node) const {
     const QVariant answer = call(node, Accessible, "GetState").value(0);
     if (!answer.canConvert<QDBusArgument>())
         return false;
     QList<uint> words;
     answer.value<QDBusArgument>() >> words;
-    return words.value(0) >> ShowingBit & 1;
+    return (words.value(0) & states) == states;
 }
 
 void AccessibleTree::collect(const Node& node, int depth, QVector<Node>* found) const {
     for (const Node& child : children(node)) {
-        if (depth > 0 && !isShowing(child))
+        if (depth > 0 && !isIn(ShowingState, child))
             continue;
         found->append(child);
         if (depth < DepthLimit)
@@ -98,7 +99,8 @@ bool AccessibleTree::press(const QString& name, int timeoutMs) const {
             QVector<Node> nodes;
             collect({"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"}, 0, &nodes);
             for (const Node& node : nodes) {
-                if (nameOf(node) == name && call(node, Action, "DoAction", {0}).value(0).toBool())
+                if (nameOf(node) == name && isIn(EnabledState, node) &&
+                    call(node, Action, "DoAction", {0}).value(0).toBool())
                     return true;
             }
             return false;

@@ -17,7 +17,7 @@ public:
     bool isReachable() const { return m_bus.isConnected(); }
     /// The names of all objects that show, depth first.
     QStringList names() const;
-    /// Presses the showing button of that name, waiting for it. False when it does not come.
+    /// Presses the showing, enabled button of that name, waiting for it. False when it does not come.
     bool press(const QString& name, int timeoutMs = 20000) const;
 
 private:
@@ -30,7 +30,7 @@ private:
                       const QVariantList& arguments = {}) const;
     void collect(const Node& node, int depth, QVector<Node>* found) const;
     QString nameOf(const Node& node) const;
-    bool isShowing(const Node& node) const;
+    bool isIn(uint states, const Node& node) const;
 
     QDBusConnection m_bus;
 };

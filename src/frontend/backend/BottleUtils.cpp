@@ -67,10 +67,11 @@ void BottleUtils::killProgram(const QString& bottle, const QString& programId) {
 void BottleUtils::openDriveC(const QString& bottle) {
     service().watchBottle(bottle, &service(), [bottle](const BusResult& result) {
         const QString path = BottleRecord::path(result.object());
-        if (path.isEmpty())
+        const QString drive = path + "/drive_c";
+        if (path.isEmpty() || !QFileInfo(drive).isDir())
             qWarning().noquote() << "no directory of bottle" << bottle << "to open";
         else
-            DesktopUtils::openLocal(path + "/drive_c");
+            DesktopUtils::openLocal(drive);
     });
 }
 

@@ -1,30 +1,39 @@
 #include "backend/ServiceThreads.h"
 
-#include <unistd.h>
-
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QThreadPool>
-#include <cstdio>
 
 namespace {
+
 constexpr int MostAtOnce = 4;  ///< they sleep
 constexpr int LongestEndMs = 3000;
+
+/// Never taken down: the destructor would wait for as long as the service does.
+QThreadPool* makePool(int threads) {
+    auto* pool = new QThreadPool;
+    pool->setMaxThreadCount(threads);
+    return pool;
+}
+
 }  // namespace
 
 QThreadPool* ServiceThreads::pool() {
-    // Never taken down: the destructor would wait for as long as the service does.
-    static QThreadPool* const threads = [] {
-        auto* made = new QThreadPool;
-        made->setMaxThreadCount(MostAtOnce);
-        return made;
-    }();
+    static QThreadPool* const threads = makePool(MostAtOnce);
     return threads;
 }
 
-void ServiceThreads::settle(int exitCode) {
-    if (pool()->waitForDone(LongestEndMs))
-        return;
-    qWarning() << "the bottle service does not answer, leaving without it";
-    std::fflush(nullptr);
-    ::_exit(exitCode);
+QThreadPool* ServiceThreads::inOrder() {
+    static QThreadPool* const thread = makePool(1);
+    return thread;
+}
+
+void ServiceThreads::settle() {
+    const QDeadlineTimer end(LongestEndMs);
+    if (!pool()->waitForDone(LongestEndMs) || !inOrder()->waitForDone(int(end.remainingTime())))
+        qWarning() << "the bottle service does not answer";
+}
+
+bool ServiceThreads::isQuiet() {
+    return pool()->activeThreadCount() == 0 && inOrder()->activeThreadCount() == 0;
 }

@@ -7,10 +7,12 @@ class QThreadPool;
 namespace ServiceThreads {
 
 QThreadPool* pool();
+/// One thread, for what depends on the order.
+QThreadPool* inOrder();
 
-/// Before the process is torn down, which can't be done around a call that still waits: lets what is under
-/// way come to its end. When the service stays silent for seconds, ends the process here, with the given
-/// code.
-void settle(int exitCode);
+/// Lets what is under way come to its end, for some seconds at most.
+void settle();
+/// When false, the process must not be torn down to the end: the bus can't go around a call that still waits.
+bool isQuiet();
 
 }  // namespace ServiceThreads

@@ -5,6 +5,8 @@
 #include <QProcess>
 
 #include "backend/BottlesConfig.h"
+#include "backend/PendingWork.h"
+#include "backend/ServiceThreads.h"
 #include "core/BackendVersion.h"
 #include "core/CommandLineHandler.h"
 #include "core/ImageCache.h"
@@ -42,8 +44,8 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
     connect(config, &BottlesConfig::program_added, this, &CellarixApplication::onProgramAdded);
     connect(config, &BottlesConfig::program_updated, this, &CellarixApplication::onProgramUpdated);
     connect(config, &BottlesConfig::bottles_deleted, this, &CellarixApplication::onBottleDeleted);
-    connect(AppItemWidgetStateManager::instance(), &AppItemWidgetStateManager::idle, this,
-            &CellarixApplication::leaveUnlessNeeded, Qt::QueuedConnection);
+    connect(PendingWork::instance(), &PendingWork::done, this, &CellarixApplication::leaveUnlessNeeded,
+            Qt::QueuedConnection);
 }
 
 CellarixApplication::~CellarixApplication() {
@@ -52,6 +54,7 @@ CellarixApplication::~CellarixApplication() {
     qDeleteAll(m_runners);
     m_runners.clear();
     delete m_mainWindow;
+    ServiceThreads::settle();
     LaunchWindows::setInstance(nullptr);
     purgeImageCache(ImageCacheDays);
 }
@@ -202,7 +205,8 @@ void CellarixApplication::onRunnerFinished() {
 }
 
 bool CellarixApplication::canQuit() const {
-    return m_runners.isEmpty() && !AppItemWidgetStateManager::instance()->isBusy() && !hasVisibleWindow();
+    return m_runners.isEmpty() && !AppItemWidgetStateManager::instance()->isSettingUp() &&
+           !PendingWork::instance()->isPending() && !hasVisibleWindow();
 }
 
 bool CellarixApplication::hasVisibleWindow() const {

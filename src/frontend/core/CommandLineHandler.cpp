@@ -5,8 +5,8 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QThreadPool>
 
-#include "backend/ServiceThreads.h"
 #include "core/CellarixApplication.h"
 #include "core/EnvironmentSetup.h"
 #include "core/LaunchTarget.h"
@@ -107,7 +107,7 @@ void CommandLineHandler::parseOwnArguments() {
     const bool parsed = m_parser.parse(QCoreApplication::arguments());
     // Leaving takes the bus connection away, which never ends under a call that still waits on it.
     if (!parsed || m_parser.isSet("help") || m_parser.isSet("version"))
-        ServiceThreads::settle(parsed ? 0 : 1);
+        QThreadPool::globalInstance()->waitForDone();
     m_parser.process(*QCoreApplication::instance());
 }
 

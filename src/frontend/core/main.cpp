@@ -1,7 +1,10 @@
+#include <unistd.h>
+
 #include <QDebug>
 #include <QFontDatabase>
 #include <QLoggingCategory>
 #include <QtConcurrent>
+#include <cstdio>
 
 #include "backend/ServiceThreads.h"
 #include "core/CellarixApplication.h"
@@ -37,7 +40,7 @@ int run(CellarixApplication& application) {
     nameApplication(application);
     initLogging();
     qInfo() << "cellarix start";
-    QtConcurrent::run(ServiceThreads::pool(), &application, &CellarixApplication::checkBackendVersion);
+    QtConcurrent::run(&application, &CellarixApplication::checkBackendVersion);
     qDebug() << "load icon font";
     QFontDatabase::addApplicationFont(":/fonts/icon.ttf");
     const UnixSignals signalHandlers;
@@ -63,13 +66,20 @@ int main(int argc, char* argv[]) {
     // Nothing here draws with OpenGL, whose libraries would take the first window a tenth of a second.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     setHighDpi();
-    CellarixApplication application(argc, argv);
-    // Spelt so since the first release: a corrected key would let an old and a new version run side by side.
-    if (!application.setSingleInstance("cellarrix")) {
-        qWarning() << "another instance is running";
-        return 1;
+    int exitCode = 1;
+    {
+        CellarixApplication application(argc, argv);
+        // Spelt so since the first release: a corrected key would let an old and a new version run side by
+        // side.
+        if (!application.setSingleInstance("cellarrix")) {
+            qWarning() << "another instance is running";
+            return 1;
+        }
+        exitCode = run(application);
     }
-    const int exitCode = run(application);
-    ServiceThreads::settle(exitCode);
+    if (!ServiceThreads::isQuiet()) {
+        std::fflush(nullptr);
+        ::_exit(exitCode);
+    }
     return exitCode;
 }

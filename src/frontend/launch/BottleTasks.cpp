@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "backend/BottlesConfig.h"
+#include "backend/PendingWork.h"
 #include "launch/WineLauncher.h"
 #include "launch/records/AppBootingStateManager.h"
 
@@ -22,8 +23,9 @@ void withLauncher(const QString& bottle, const std::function<void(WineLauncher*)
         if (error == QProcess::FailedToStart)
             launcher->deleteLater();
     });
+    const PendingWork::Hold hold = PendingWork::instance()->hold();
     BottlesConfig::instance()->watchBottle(bottle, launcher,
-                                           [launcher, bottle, launch](const BusResult& record) {
+                                           [launcher, bottle, launch, hold](const BusResult& record) {
                                                launcher->setBottle(bottle, record.object());
                                                launch(launcher);
                                            });

@@ -7,6 +7,7 @@
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
 #include "backend/ServiceLoss.h"
+#include "backend/ServiceThreads.h"
 #include "core/base/Paths.h"
 #include "core/base/WineNames.h"
 #include "fenk/Theme.h"
@@ -41,7 +42,7 @@ ExeFileExecutor::ExeFileExecutor(const QString& exePath, QObject* parent)
     m_secondTimer->setInterval(TickMs);
     BottlesConfig::instance();  // lives in the thread of its first use, which must not be one of the pool
     inspect();
-    m_watcher.setFuture(QtConcurrent::run(chooseBottle, exePath, m_peInfo, m_md5));
+    m_watcher.setFuture(QtConcurrent::run(ServiceThreads::pool(), chooseBottle, exePath, m_peInfo, m_md5));
     connectParts();
 }
 

@@ -7,6 +7,7 @@
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
 #include "backend/MissingFonts.h"
+#include "backend/ServiceThreads.h"
 #include "core/base/WineNames.h"
 #include "launch/DependencyInstallQueue.h"
 #include "launch/ExeFileExecutor.h"
@@ -242,8 +243,9 @@ void ExeFileExecutor::applyFix() {
 
 void ExeFileExecutor::cancelRepair() {
     if (m_awaited == Awaited::Components)
-        QtConcurrent::run(
-            [bottle = m_bottlesName] { BottlesConfig::instance()->cancelInstallingDependency(bottle); });
+        QtConcurrent::run(ServiceThreads::pool(), [bottle = m_bottlesName] {
+            BottlesConfig::instance()->cancelInstallingDependency(bottle);
+        });
 }
 
 void ExeFileExecutor::switchRunner() {

@@ -11,6 +11,7 @@
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ProgramRecord.h"
+#include "backend/ServiceThreads.h"
 #include "core/base/Logging.h"
 #include "core/base/WineNames.h"
 #include "fenk/Theme.h"
@@ -291,6 +292,7 @@ void ExeFileRunner::addFile() {
         return;
     if (addedUuid().isEmpty())
         m_added = QtConcurrent::run(
+            ServiceThreads::pool(),
             [entry = FileEntry{m_bottlesName, m_appName, m_exePath}] { return entry.add(); });
 }
 

@@ -1,6 +1,7 @@
 #include "launch/SvgPicture.h"
 
 #include <QPainter>
+#include <QRegularExpression>
 #include <QSet>
 #include <QSvgRenderer>
 #include <QXmlStreamReader>
@@ -11,11 +12,16 @@ constexpr int MaximumBytes = 1024 * 1024;
 constexpr int MaximumDepth = 64;
 constexpr int MaximumUses = 64;
 
-/// Dashes of no length take for ever.
-bool hasDashes(const QXmlStreamReader& reader) {
-    for (const QXmlStreamAttribute& attribute : reader.attributes()) {
-        if (attribute.name().contains(QLatin1String("dasharray")) ||
-            attribute.value().contains(QLatin1String("dasharray")))
+/// In a style. Dashes that are short for their line take for ever; only "none" is sure.
+bool hasDashes(const QStringRef& style) {
+    static const QRegularExpression dashes("dasharray(?!\\s*:\\s*none\\b)");
+    return dashes.match(style).hasMatch();
+}
+
+bool hasDashes(const QXmlStreamAttributes& attributes) {
+    for (const QXmlStreamAttribute& attribute : attributes) {
+        const bool isArray = attribute.name().contains(QLatin1String("dasharray"));
+        if ((isArray && attribute.value().trimmed() != QLatin1String("none")) || hasDashes(attribute.value()))
             return true;
     }
     return false;
@@ -44,7 +50,7 @@ bool SvgPicture::isBounded(const QByteArray& text) {
                 const QStringRef name = reader.name();
                 ids << reader.attributes().value("id").toString();
                 if ((ids.size() == 1 && name != QLatin1String("svg")) || ids.size() > MaximumDepth ||
-                    name == QLatin1String("image") || hasDashes(reader))
+                    name == QLatin1String("image") || hasDashes(reader.attributes()))
                     return false;
                 if (name == QLatin1String("use")) {
                     if (++uses > MaximumUses)
@@ -59,7 +65,7 @@ bool SvgPicture::isBounded(const QByteArray& text) {
                 ids.removeLast();
                 break;
             case QXmlStreamReader::Characters:
-                if (reader.text().contains(QLatin1String("dasharray")))
+                if (hasDashes(reader.text()))
                     return false;
                 break;
             case QXmlStreamReader::DTD:

@@ -6,6 +6,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "backend/PendingWork.h"
 #include "fenk/Application.h"
 #include "fenk/Dialog.h"
 #include "fenk/SearchEdit.h"
@@ -94,8 +95,10 @@ class TestLibrary : public QObject {
     }
 
 private Q_SLOTS:
-    // The tests click as fast as they can.
-    void initTestCase() { QApplication::setDoubleClickInterval(0); }
+    void initTestCase() {
+        QApplication::setDoubleClickInterval(0);  // the tests click as fast as they can
+        LocalAppItemWidget::setLongestMenuWait(60000);
+    }
 
     void init() {
         Fenk::Theme::instance()->setAnimationsEnabled(false);
@@ -305,7 +308,8 @@ private Q_SLOTS:
     void startAndStop() {
         open({summary(1, "a")});
         auto* states = AppItemWidgetStateManager::instance();
-        const QSignalSpy failures(states, &AppItemWidgetStateManager::failed);
+        const auto isPending = [] { return PendingWork::instance()->isPending(); };
+        QSignalSpy failures(states, &AppItemWidgetStateManager::failed);
         QAbstractButton* button = nullptr;
         for (auto* part : tile(1)->findChildren<QAbstractButton*>()) {
             if (part->accessibleName() == "appitem_running_state")
@@ -313,24 +317,36 @@ private Q_SLOTS:
         }
         QVERIFY(button);
         button->click();
-        QVERIFY(states->isRunning(uuid(1)));
+        QVERIFY(states->isRunning(uuid(1)) && isPending());
         QCOMPARE(button->text(), QString(" Quit"));
         QVERIFY(button->isVisible());
         button->click();  // before the service has told where the bottle is
         QVERIFY(!states->isRunning(uuid(1)));
-        QVERIFY(!states->isBusy());
+        QTRY_VERIFY(!isPending());
+        tile(1)->onStartButtonClicked(false);
+        QVERIFY(m_service->emitSignal("program_deleted", "ss", {"office", uuid(1)}));
+        QTRY_VERIFY(!states->isRunning(uuid(1)) && !isPending());
+        m_service->setHeld("get", "{}");
         tile(1)->onStartButtonClicked(false);
         tile(1)->onStartButtonClicked(false);
-        QTRY_VERIFY(!states->isBusy());
+        m_service->waitForCall("get", 3);
+        QVERIFY(m_service->emitSignal("program_exited", "s", {uuid(1)}));  // of the time before
+        QVERIFY(m_service->emitSignal("program_exited", "s", {"other"}));
+        QTest::qWait(0);
+        QVERIFY(states->isRunning(uuid(1)));
+        QCOMPARE(m_service->release(), 1);
+        QTRY_VERIFY(!isPending());
         states->stop({"office", uuid(1)});
         QCOMPARE(m_service->waitForCall("killProgram").arguments, QJsonArray({"office", uuid(1)}));
         QCOMPARE(m_service->calls("killProgram").size(), 1);
         // The bottle is none, so that the launch ends by itself.
-        QTRY_VERIFY(!states->isRunning(uuid(1)));
-        QTRY_VERIFY(button->text().isEmpty());
+        QVERIFY(failures.count() || failures.wait());
+        QVERIFY(!failures.first().at(1).toString().isEmpty());
+        QVERIFY(!states->isRunning(uuid(1)));
+        QVERIFY(button->text().isEmpty());
         button->click();
-        QVERIFY(m_service->emitSignal("program_exited", "s", {uuid(1)}));
-        QTRY_VERIFY(!states->isRunning(uuid(1)));
+        QVERIFY(m_service->emitSignal("bottles_deleted", "s", {"office"}));
+        QTRY_VERIFY(!states->isRunning(uuid(1)) && !isPending());
     }
 
     void stars() {

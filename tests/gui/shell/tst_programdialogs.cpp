@@ -9,6 +9,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "backend/PendingWork.h"
 #include "fenk/Application.h"
 #include "shell/associations/FileAssosiationsExportDialog.h"
 #include "shell/library/ListPlaceholder.h"
@@ -103,8 +104,8 @@ private Q_SLOTS:
         m_opened.clear();
     }
     void cleanup() {
-        QThreadPool::globalInstance()->waitForDone();
         delete m_dialog;
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
         m_service.reset();
     }
 
@@ -132,7 +133,7 @@ private Q_SLOTS:
             QVERIFY(!part<QWidget>("property_name_field")->isVisible());
             QVERIFY(m_dialog->isVisible());
         }
-        QThreadPool::globalInstance()->waitForDone();
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
         QCOMPARE(updates(), records);
         QCOMPARE(log.count("update app info in cfg: office:" + Id), records.size());
     }

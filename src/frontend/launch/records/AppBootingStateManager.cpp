@@ -6,6 +6,7 @@
 #include <QtConcurrent>
 
 #include "backend/BottlesConfig.h"
+#include "backend/ServiceThreads.h"
 #include "launch/records/EventWriter.h"
 #include "launch/records/RunEvent.h"
 #include "launch/watch/X11WaitWineProgramThread.h"
@@ -23,7 +24,6 @@ void warnNotRecorded(const QString& programId) {
 }  // namespace
 
 AppBootingStateManager::AppBootingStateManager() : m_waitThread(new X11WaitWineProgramThread(this)) {
-    m_writers.setMaxThreadCount(1);  // what a record says depends on the one before
     connect(m_waitThread, &X11WaitWineProgramThread::winpopuped, this,
             [this](const QString& uuid) { slotsUploadEventLog(uuid, true); });
     connect(m_waitThread, &QThread::finished, this, &AppBootingStateManager::onThreadFinished);
@@ -38,7 +38,7 @@ void AppBootingStateManager::shutDown() {
         finishRecording(programId, false);
     m_waitThread->stop();
     m_waitThread->wait();
-    m_writers.waitForDone();
+    ServiceThreads::settle();
 }
 
 void AppBootingStateManager::startRecording(const QString& bottleName, const QString& programId) {
@@ -125,7 +125,8 @@ QJsonObject AppBootingStateManager::buildRunEvent(const QString& bottleName, con
 void AppBootingStateManager::writeRunEvent(const QString& bottleName, const QString& programId,
                                            bool successed, float bootTime, const QJsonObject& more) {
     const QDateTime now = QDateTime::currentDateTime();
-    QtConcurrent::run(&m_writers, [=] {
+    // What a record says depends on the one before.
+    QtConcurrent::run(ServiceThreads::inOrder(), [=] {
         QJsonObject record = RunEvent::build(bottleName, programId, successed, bootTime, now, machineInfo());
         for (auto key = more.begin(); key != more.end(); ++key)
             record.insert(key.key(), key.value());

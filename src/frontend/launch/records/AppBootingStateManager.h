@@ -3,7 +3,6 @@
 #include <QJsonObject>
 #include <QMap>
 #include <QObject>
-#include <QThreadPool>
 
 #include "fenk/Singleton.h"
 
@@ -54,5 +53,4 @@ private:
     QMap<QString, BootRecord> m_recordingList;  ///< by the program's id
     X11WaitWineProgramThread* m_waitThread;
     bool m_isStopping = false;  ///< the thread was asked to end, and may not have yet
-    QThreadPool m_writers;
 };

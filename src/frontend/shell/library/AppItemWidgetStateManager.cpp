@@ -2,8 +2,8 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QtConcurrent>
-#include <algorithm>
 
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
@@ -18,6 +18,10 @@ AppItemWidgetStateManager::AppItemWidgetStateManager() {
     BottlesConfig* service = BottlesConfig::instance();
     connect(service, &BottlesConfig::program_exited, this, &AppItemWidgetStateManager::onProgramExited);
     connect(service, &BottlesConfig::program_deleted, this, &AppItemWidgetStateManager::onProgramUuidDeleted);
+    connect(service, &BottlesConfig::bottles_deleted, this, [this](const QString& bottle) {
+        for (const QString& uuid : m_running.keys())
+            onProgramUuidDeleted(bottle, uuid);
+    });
     connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
             [this](const QString& uuid) {
                 const auto run = m_running.find(uuid);
@@ -28,6 +32,8 @@ AppItemWidgetStateManager::AppItemWidgetStateManager() {
 
 void AppItemWidgetStateManager::startSetup(const QString& appId) {
     m_setups.insert(appId);
+    if (!m_setupHold)
+        m_setupHold = PendingWork::instance()->hold();
     Q_EMIT signalAppSetuping(appId);
 }
 
@@ -40,17 +46,8 @@ void AppItemWidgetStateManager::onSetupingYmlDone(const QString& appInfoId, cons
     if (needRemove)
         QFile::remove(yamlFile);
     m_setups.remove(appInfoId);
-    tellIfIdle();
-}
-
-bool AppItemWidgetStateManager::isBusy() const {
-    return isSettingUp() ||
-           std::any_of(m_running.begin(), m_running.end(), [](const Run& run) { return run.isWaiting; });
-}
-
-void AppItemWidgetStateManager::tellIfIdle() {
-    if (!isBusy())
-        Q_EMIT idle();
+    if (m_setups.isEmpty())
+        m_setupHold.reset();
 }
 
 void AppItemWidgetStateManager::watchItem(const QString& uuid, AppItemWidget* item) {
@@ -83,11 +80,14 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
         return;
     qInfo() << "start program" << ref.uuid << "of" << ref.bottle << (inTerminal ? "in a terminal" : "");
     auto* launcher = new WineLauncher(this);
-    m_running.insert(ref.uuid, {ref.bottle, launcher});
+    m_running.insert(ref.uuid, {ref.bottle, launcher, PendingWork::instance()->hold()});
     const QString name = program.name;
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            [this, launcher, ref, name] {
-                onLauncherEnded(launcher, ref, LauncherExit::failure(launcher->logPath(), name));
+            [this, launcher, ref, name](int exitCode) {
+                QString sentence = LauncherExit::failure(launcher->logPath(), name);
+                if (sentence.isEmpty() && exitCode != 0 && !QFileInfo::exists(launcher->logPath()))
+                    sentence = tr("%1 could not be started: its container cannot be found.").arg(name);
+                onLauncherEnded(launcher, ref, sentence);
             });
     connect(launcher, &QProcess::errorOccurred, this,
             [this, launcher, ref, name](QProcess::ProcessError error) {
@@ -103,22 +103,19 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
             const auto run = m_running.find(ref.uuid);
             if (run == m_running.end() || run->launcher != launcher)
                 return;
-            run->isWaiting = false;
+            run->waiting.reset();
             launcher->setBottle(ref.bottle, bottle.object());
             launcher->launchProgram(ref.uuid);
             if (isRunning(ref.uuid))
                 AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
-            tellIfIdle();
         });
 }
 
 void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
     qInfo() << "stop program" << ref.uuid << "of" << ref.bottle;
     const auto run = m_running.constFind(ref.uuid);
-    if (run != m_running.constEnd() && run->isWaiting) {
-        run->launcher->deleteLater();
+    if (run != m_running.constEnd() && run->waiting) {
         setIdle(ref.uuid, false);
-        tellIfIdle();
         return;
     }
     endTiming(ref.uuid, false);
@@ -143,7 +140,9 @@ void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const Pr
 
 void AppItemWidgetStateManager::onProgramExited(const QString& uuid) {
     qInfo().noquote() << "program exited: " << uuid;
-    setIdle(uuid, true);
+    const auto run = m_running.constFind(uuid);
+    if (run == m_running.constEnd() || !run->waiting)  // else it is the one before that has ended
+        setIdle(uuid, true);
 }
 
 void AppItemWidgetStateManager::endTiming(const QString& uuid, bool report) {
@@ -160,6 +159,8 @@ void AppItemWidgetStateManager::setIdle(const QString& uuid, bool lookForRepair)
     if (run == m_running.constEnd())
         return;
     const QString bottle = run->bottle;
+    if (run->waiting)
+        run->launcher->deleteLater();
     m_running.erase(run);
     tell(uuid, false);
     // The check waits for the service and reads a log, and nobody waits for it.

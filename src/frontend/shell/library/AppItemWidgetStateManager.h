@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QSet>
 
+#include "backend/PendingWork.h"
 #include "fenk/Singleton.h"
 #include "shell/library/Program.h"
 
@@ -20,11 +21,10 @@ class AppItemWidgetStateManager : public QObject, public Fenk::Singleton<AppItem
     friend class Fenk::Singleton<AppItemWidgetStateManager>;
 
 public:
-    // Applications being set up keep the process alive, and so do starts that are still to be made.
+    // Applications being set up keep the process alive.
     void startSetup(const QString& appId);
     bool isSettingUp() const { return !m_setups.isEmpty(); }
     bool isSettingUp(const QString& appId) const { return m_setups.contains(appId); }
-    bool isBusy() const;
 
     void watchItem(const QString& uuid, AppItemWidget* item);
     void watchCard(const QString& uuid, const QModelIndex& card);
@@ -41,8 +41,8 @@ Q_SIGNALS:
     void setupDone(const QString& appId);
     void runningChanged(const QString& uuid, bool running);
     void cardChanged(const QModelIndex& card);
-    /// Nothing keeps the process alive any more.
-    void idle();
+    /// A rating that the bottle has refused: what it has.
+    void ratingRefused(const ProgramRef& ref, int stars);
     /// What was asked for a program came to nothing: a sentence for the user.
     void failed(const QString& uuid, const QString& sentence);
 
@@ -54,8 +54,8 @@ private:
     struct Run {
         QString bottle;
         QPointer<WineLauncher> launcher;
-        bool isWaiting = true;  ///< for the bottle's record
-        bool isTimed = true;    ///< until its first window, or until that has taken too long
+        PendingWork::Hold waiting;  ///< while its bottle's record is asked for
+        bool isTimed = true;        ///< until its first window, or until that has taken too long
     };
 
     AppItemWidgetStateManager();
@@ -64,10 +64,10 @@ private:
     void onProgramExited(const QString& uuid);
     void endTiming(const QString& uuid, bool report);
     void setIdle(const QString& uuid, bool lookForRepair);
-    void tellIfIdle();
     void tell(const QString& uuid, bool running);
 
     QSet<QString> m_setups;
+    PendingWork::Hold m_setupHold;
     QHash<QString, Run> m_running;
     QMultiHash<QString, QPointer<AppItemWidget>> m_items;
     QMultiHash<QString, QPersistentModelIndex> m_cards;

@@ -1,16 +1,19 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QFutureWatcher>
 #include <QObject>
+#include <QPointer>
 #include <QThreadPool>
 #include <QtConcurrent>
 
+#include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
 
 /// Hands the result of work on another thread to `take`, unless the context is gone by then. The work is done
 /// in any case.
 template <class Work, class Take>
-auto inBackground(QObject* context, Work work, Take take,
+void inBackground(QObject* context, Work work, Take take,
                   QThreadPool* threads = QThreadPool::globalInstance()) {
     using Result = decltype(work());
     auto* watcher = new QFutureWatcher<Result>(context);
@@ -19,11 +22,20 @@ auto inBackground(QObject* context, Work work, Take take,
         take(watcher->result());
     });
     watcher->setFuture(QtConcurrent::run(threads, work));
-    return watcher->future();
 }
 
 /// The same for work that waits for the background service.
 template <class Work, class Take>
-auto askingService(QObject* context, Work work, Take take) {
-    return inBackground(context, work, take, ServiceThreads::pool());
+void askingService(QObject* context, Work work, Take take) {
+    inBackground(context, work, take, ServiceThreads::pool());
+}
+
+/// The same for what a user wants done: the process does not end before.
+template <class Work, class Take>
+void changingService(QObject* context, Work work, Take take) {
+    const QPointer<QObject> taker = context;
+    askingService(qApp, work, [taker, take, hold = PendingWork::instance()->hold()](const auto& result) {
+        if (taker)
+            take(result);
+    });
 }

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "fenk/Label.h"
+#include "fenk/Theme.h"
 #include "fenk/Tokens.h"
 
 using namespace Fenk;
@@ -14,7 +15,11 @@ ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, con
     : QWidget(parent) {
     setAccessibleName(sentence);
     auto* picture = new QLabel;
-    picture->setPixmap(icon.pixmap(Tokens::IconTile, Tokens::IconTile));
+    const auto draw = [picture, icon] {
+        picture->setPixmap(icon.pixmap(Tokens::IconTile, Tokens::IconTile));
+    };
+    draw();
+    connect(Theme::instance(), &Theme::themeTypeChanged, picture, draw);
     picture->setAlignment(Qt::AlignCenter);
     auto* words = new Label(sentence, Label::Secondary);
     words->setAlignment(Qt::AlignCenter);

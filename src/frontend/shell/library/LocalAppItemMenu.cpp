@@ -11,6 +11,7 @@
 #include "fenk/WidgetLook.h"
 #include "launch/BottleTasks.h"
 #include "shell/ShellWindows.h"
+#include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/InBackground.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/RemovalQuestion.h"
@@ -19,8 +20,6 @@
 using ProgramMenu::Action;
 
 namespace {
-
-constexpr int LongestWaitMs = 1000;
 
 const char* const Words[ProgramMenu::ActionCount] = {
     QT_TRANSLATE_NOOP("LocalAppItemWidget", "Edit Details"),
@@ -64,6 +63,8 @@ bool leadsSomewhere(Action action) {
 
 }  // namespace
 
+int LocalAppItemWidget::s_longestMenuWaitMs = 1000;
+
 void LocalAppItemWidget::makeActions() {
     for (int i = 0; i < ProgramMenu::ActionCount; ++i)
         m_actions[size_t(i)] = new QAction(tr(Words[i]), this);
@@ -96,6 +97,7 @@ void LocalAppItemWidget::connectActions() {
 
 void LocalAppItemWidget::fillMenu() {
     m_menu = new QMenu(this);
+    m_menu->setObjectName("appitem_option_menu");
     m_menu->setAccessibleName("appitem_option_menu");
     m_menu->setToolTipsVisible(true);
     connect(m_menu, &QMenu::aboutToHide, this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
@@ -144,7 +146,7 @@ void LocalAppItemWidget::onBtnOptionClicked() {
         known();
     });
     // A service at work answers later; most entries do without it.
-    QTimer::singleShot(LongestWaitMs, this, [this, isWaiting] {
+    QTimer::singleShot(s_longestMenuWaitMs, this, [this, isWaiting] {
         if (!isWaiting())
             return;
         m_unknownFacts = 0;
@@ -235,7 +237,7 @@ void LocalAppItemWidget::onInternetOptActionTriggered() {
 
 void LocalAppItemWidget::oncreateDesktopFileAction() {
     const ProgramPtr of = program();
-    askingService(
+    changingService(
         this, [of] { return BottleUtils::createDesktopEntry(of->ref.bottle, of->ref.uuid); },
         [this, of](bool made) {
             Q_EMIT message(made ? tr("%1 is on the desktop now.").arg(of->name)
@@ -254,12 +256,14 @@ void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
     Q_EMIT appStarsUpdate(of->name, score);
     if (!uploadConf)
         return;
-    askingService(
-        this, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
-        [this, of](bool kept) {
+    // Not this tile's to take: it may be scrolled away by then.
+    auto* states = AppItemWidgetStateManager::instance();
+    changingService(
+        states, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
+        [states, of](bool kept) {
             if (kept)
                 return;
-            submitScore(of->stars, false);
-            Q_EMIT message(tr("The rating of %1 could not be kept.").arg(of->name), true);
+            Q_EMIT states->ratingRefused(of->ref, of->stars);
+            Q_EMIT states->failed(of->ref.uuid, tr("The rating of %1 could not be kept.").arg(of->name));
         });
 }

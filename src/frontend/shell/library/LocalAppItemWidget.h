@@ -34,6 +34,8 @@ public:
 
     QAction* action(ProgramMenu::Action action) const { return m_actions[size_t(action)]; }
     QMenu* optionMenu() const { return m_menu; }
+    /// How long menus wait for the service before they open without it; a second unless told otherwise.
+    static void setLongestMenuWait(int ms) { s_longestMenuWaitMs = ms; }
 
 Q_SIGNALS:
     void menuReady();
@@ -72,6 +74,8 @@ private:
     void openMenu();
     void showPicture();
     void updateActive();
+
+    static int s_longestMenuWaitMs;
 
     Icon* m_icon;
     TileName* m_name;

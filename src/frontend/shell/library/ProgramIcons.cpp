@@ -75,7 +75,7 @@ QPixmap ProgramIcons::picture(const QString& file, int edge) {
 }
 
 void ProgramIcons::read(const QString& file, int edge) {
-    m_reading.insert(key(file, edge));
+    m_reading.insert(key(file, edge), false);
     auto* watcher = new QFutureWatcher<QImage>(this);
     connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, file, edge] {
         watcher->deleteLater();
@@ -86,16 +86,22 @@ void ProgramIcons::read(const QString& file, int edge) {
 }
 
 void ProgramIcons::onRead(const QString& file, int edge, const QImage& image) {
-    m_reading.remove(key(file, edge));
+    if (m_reading.take(key(file, edge)))
+        read(file, edge);
     auto* picture = new QPixmap(image.isNull() ? fallback(edge) : QPixmap::fromImage(image));
     m_pictures.insert(key(file, edge), picture, std::max(1, picture->width() * picture->height() * 4));
 }
 
 void ProgramIcons::refresh(const QString& file) {
-    const QList<QString> keys = m_pictures.keys();
-    for (const QString& known : keys) {
-        const int edgeEnd = known.indexOf('/');
-        if (known.midRef(edgeEnd) == file)
-            read(file, known.leftRef(edgeEnd).toInt());
+    const QList<QString> known = m_pictures.keys() + m_reading.keys();
+    for (const QString& picture : known) {
+        const int edgeEnd = picture.indexOf('/');
+        if (picture.midRef(edgeEnd) != file)
+            continue;
+        const auto reading = m_reading.find(picture);
+        if (reading == m_reading.end())
+            read(file, picture.leftRef(edgeEnd).toInt());
+        else
+            *reading = true;
     }
 }

@@ -30,7 +30,7 @@ private:
     QPixmap fallback(int edge);
 
     QThreadPool m_readers;
-    QSet<QString> m_reading;
+    QHash<QString, bool> m_reading;       ///< to be read again afterwards?
     QCache<QString, QPixmap> m_pictures;  ///< costs in bytes
     QHash<int, QPixmap> m_fallbacks;      ///< by edge
 };

@@ -25,7 +25,7 @@ Fenk::Label* line(const QString& text, Fenk::Label::Kind kind) {
 
 void remove(const Program& program, bool withBottle) {
     const ProgramRef ref = program.ref;
-    askingService(
+    changingService(
         qApp, [ref, withBottle] { return BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle); },
         [ref, name = program.name](bool removed) {
             if (!removed)

@@ -84,8 +84,11 @@ bool NameEditor::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
     }
-    if (event->type() == QEvent::FocusOut &&
-        static_cast<QFocusEvent*>(event)->reason() != Qt::PopupFocusReason)
-        endEditing(true);
+    if (event->type() == QEvent::FocusOut) {
+        // The field's own menu, and another window where the user looks something up.
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason)
+            endEditing(true);
+    }
     return QWidget::eventFilter(watched, event);
 }

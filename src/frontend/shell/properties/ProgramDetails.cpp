@@ -10,6 +10,7 @@
 #include "backend/ProgramRecord.h"
 #include "backend/WindowsPath.h"
 #include "launch/IconFile.h"
+#include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/InBackground.h"
 #include "shell/library/ProgramIcons.h"
 
@@ -31,16 +32,16 @@ QString shortName(const QString& file) {
                : name.left(LongestFileName / 2) + QChar(0x2026) + name.right(LongestFileName / 2);
 }
 
-/// The last save of any program: the next one waits for it.
-QFuture<Change>& lastSave() {
-    static QFuture<Change> save;
-    return save;
-}
-
 }  // namespace
 
 ProgramDetails::ProgramDetails(const Program& known)
-    : m_program(known), m_shown{known.name, known.icon}, m_stored(m_shown) {}
+    : m_program(known), m_shown{known.name, known.icon}, m_stored(m_shown) {
+    connect(ProgramSaver::instance(), &ProgramSaver::saved, this,
+            [this](const ProgramRef& ref, const Face& face, Change change, bool last) {
+                if (ref == m_program.ref)
+                    onSaved(face, change, last);
+            });
+}
 
 void ProgramDetails::load() {
     BottlesConfig::instance()->watchBottle(m_program.ref.bottle, this,
@@ -53,7 +54,7 @@ void ProgramDetails::leave() {
 }
 
 void ProgramDetails::ended() {
-    if (m_leaving && m_looks == 0)
+    if (m_leaving && m_looks == 0 && m_saves == 0)
         deleteLater();
 }
 
@@ -96,14 +97,18 @@ void ProgramDetails::useIcon(const QString& file) {
     ++m_looks;
     inBackground(
         this, [file] { return !IconFile::images(file).isEmpty(); },
-        [this, file, choice = ++m_choice](bool isPicture) {
+        [this, file, choice = ++m_choice, hold = PendingWork::instance()->hold()](bool isPicture) {
             --m_looks;
             if (!isPicture) {
                 qInfo().noquote() << "not a picture for an icon:" << file;
-                Q_EMIT failed(
-                    tr("%1 holds no picture that can serve as an icon. Please choose a picture of at most "
-                       "16 MB and 4096 pixels.")
-                        .arg(shortName(file)));
+                const QString sentence =
+                    file.endsWith(".svg", Qt::CaseInsensitive)
+                        ? tr("The drawing %1 is too large or too intricate for an icon. Please choose "
+                             "another "
+                             "picture.")
+                        : tr("%1 holds no picture that can serve as an icon. Please choose a picture of at "
+                             "most 16 MB and 4096 pixels.");
+                tell(sentence.arg(shortName(file)));
             } else if (choice == m_choice) {
                 ProgramIcons::instance()->refresh(file);
                 change({m_shown.name, file});
@@ -118,26 +123,31 @@ void ProgramDetails::change(const Face& face) {
     m_shown = face;
     ++m_saves;
     Q_EMIT changed();
-    const auto save = [before = lastSave(), ref = m_program.ref, face]() mutable {
-        before.waitForFinished();
-        return BottleUtils::setNameAndIcon(ref.bottle, ref.uuid, face.name, face.icon);
-    };
-    lastSave() = askingService(this, save, [this, face](Change change) { onSaved(face, change); });
+    ProgramSaver::instance()->save(m_program.ref, face);
 }
 
-void ProgramDetails::onSaved(const Face& face, Change change) {
-    --m_saves;
+void ProgramDetails::onSaved(const Face& face, Change change, bool last) {
+    const bool own = m_saves > 0;
+    m_saves -= own;
     if (change == Change::Done) {
         m_stored = face;
-        return;
+    } else if (last && own) {  // else a later one brings all that this one had
+        m_shown = m_stored;
+        Q_EMIT changed();
+        tell(change == Change::NoProgram
+                 ? tr("This application has been removed meanwhile, so nothing was saved.")
+                 : tr("The change could not be saved. Please try again later."));
     }
-    if (m_saves > 0)
-        return;  // a later one brings all that this one had
-    m_shown = m_stored;
-    Q_EMIT changed();
-    Q_EMIT failed(change == Change::NoProgram
-                      ? tr("This application has been removed meanwhile, so nothing was saved.")
-                      : tr("The change could not be saved. Please try again later."));
+    ended();
+}
+
+/// In the library when the window has gone.
+void ProgramDetails::tell(const QString& sentence) {
+    if (m_leaving)
+        Q_EMIT AppItemWidgetStateManager::instance()->failed(m_program.ref.uuid,
+                                                             m_program.name + "\n" + sentence);
+    else
+        Q_EMIT failed(sentence);
 }
 
 void ProgramDetails::openFolder() {

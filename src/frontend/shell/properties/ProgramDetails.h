@@ -2,14 +2,14 @@
 
 #include <QObject>
 
-#include "backend/BottleUtils.h"
 #include "shell/library/Program.h"
+#include "shell/properties/ProgramSaver.h"
 
 struct BusResult;
 
 /// What is known of one program, and the user's changes on their way to its bottle. Changes are shown at once
-/// and saved one after the other, whatever becomes of this object; when the last of them could not be saved,
-/// what the bottle has comes back. Nothing here waits on the GUI thread.
+/// and saved one after the other; when the last of them could not be saved, what the bottle has comes back.
+/// Nothing here waits on the GUI thread.
 class ProgramDetails : public QObject {
     Q_OBJECT
 public:
@@ -42,16 +42,13 @@ Q_SIGNALS:
     void failed(const QString& sentence);
 
 private:
-    struct Face {
-        QString name;
-        QString icon;
-        bool operator==(const Face& other) const { return name == other.name && icon == other.icon; }
-    };
+    using Face = ProgramFace;
 
     void onRecord(const BusResult& result);
     void measure();
     void change(const Face& face);
-    void onSaved(const Face& face, BottleUtils::Change change);
+    void onSaved(const Face& face, BottleUtils::Change change, bool last);
+    void tell(const QString& sentence);
     void ended();
 
     Program m_program;

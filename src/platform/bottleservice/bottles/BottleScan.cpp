@@ -4,9 +4,9 @@
 #include <QDir>
 #include <QFile>
 #include <QSet>
+#include <QStandardPaths>
 #include <QUuid>
 
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/WindowsPath.h"
@@ -160,20 +160,25 @@ QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since) {
 }
 
 void clearUsersDesktop(const QString& bottlePath, const QDateTime& since) {
+    // A bottle can lead its desktops anywhere; only the user's own is cleared.
+    const QDir desktop(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
     const QString own = resolvedAll(bottlePath, {"users/Public/Desktop"}).value(0);
+    if (own.isEmpty() || desktop == QDir::home())
+        return;
     for (const QString& path : onUsersDesktop(bottlePath)) {
+        const QFileInfo info(path);
+        if (info.canonicalPath() != desktop.canonicalPath())
+            continue;
         const auto link = readLink(path, since);
         if (!link || !leadsInside(bottlePath, *link))
             continue;
-        QFile file(path);
-        QString error;
-        if (own.isEmpty() || !file.open(QIODevice::ReadOnly) ||
-            !AtomicFile::replace(own + '/' + QFileInfo(path).fileName(), file.read(ShellLink::MaximumBytes),
-                                 &error) ||
-            !file.remove())
-            qWarning() << "a shortcut of a bottle stays on the desktop:" << path << error;
-        else
+        const QString inside = own + '/' + info.fileName();
+        const bool isKept =
+            QFileInfo(inside).exists() || QFileInfo(inside).isSymLink() || QFile::copy(path, inside);
+        if (isKept && QFile::remove(path))
             qInfo() << "took a shortcut from the desktop into the bottle:" << path;
+        else
+            qWarning() << "a shortcut of a bottle stays on the desktop:" << path;
     }
 }
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+#include <memory>
+
+#include "fenk/Singleton.h"
+
+/// What a user has asked for and the background service has not done yet. While somebody holds it, the
+/// process goes on, also without a window. GUI thread only.
+class PendingWork : public QObject, public Fenk::Singleton<PendingWork> {
+    Q_OBJECT
+    friend class Fenk::Singleton<PendingWork>;
+
+public:
+    /// Ends with its last copy.
+    using Hold = std::shared_ptr<void>;
+
+    Hold hold();
+    bool isPending() const { return m_holds > 0; }
+
+Q_SIGNALS:
+    /// Nothing is pending any more.
+    void done();
+
+private:
+    PendingWork() = default;
+
+    int m_holds = 0;
+};
