@@ -1,53 +1,45 @@
 #include "ServiceFixture.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
 #include <QDir>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 namespace {
 
 const char Service[] = "com.lumora.LumoraWineLauncher";
-const char ManagerPath[] = "/com/lumora/Manager";
-const char BottlesPath[] = "/com/lumora/Manager/Bottles";
-const char ComponentsInterface[] = "com.lumora.Manager.Components";
-const char BottlesInterface[] = "com.lumora.Manager.Bottles";
 constexpr int CallTimeoutMs = 120000;
 constexpr int StartTimeoutMs = 20000;
 
+QDBusMessage callOf(const QString& object, const QString& method, const QVariantList& arguments) {
+    const QString path = object.isEmpty() ? QString() : '/' + object;
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(Service, "/com/lumora/Manager" + path,
+                                       "com.lumora.Manager" + QString(path).replace('/', '.'), method);
+    message.setArguments(arguments);
+    return message;
+}
+
 }  // namespace
 
-ServiceFixture::ServiceFixture() : m_connection(QString()) {
-    m_bus.setProcessChannelMode(QProcess::SeparateChannels);
-    m_bus.start("dbus-daemon", {"--session", "--print-address", "--nofork", "--nopidfile"});
-    while (m_address.isEmpty() && m_bus.waitForReadyRead(StartTimeoutMs))
-        m_address = QString::fromUtf8(m_bus.readLine()).trimmed();
-    m_connection = QDBusConnection::connectToBus(m_address, "bottleservice-test");
-    for (const char* interface : {BottlesInterface, ComponentsInterface})
+ServiceFixture::ServiceFixture()
+    : m_connection(QDBusConnection::connectToBus(m_bus.address(), "bottleservice-test")) {
+    for (const char* interface : {"com.lumora.Manager.Bottles", "com.lumora.Manager.Components"})
         m_connection.connect(Service, {}, interface, {}, this, SLOT(onSignal(QDBusMessage)));
 }
 
 ServiceFixture::~ServiceFixture() {
-    if (m_service.state() != QProcess::NotRunning) {
-        m_service.terminate();
-        if (!m_service.waitForFinished(StartTimeoutMs))
-            kill();
-    }
+    m_service.terminate();
+    m_service.waitForFinished(StartTimeoutMs);
     if (QTest::currentTestFailed())
         qDebug().noquote() << log();
     QDBusConnection::disconnectFromBus("bottleservice-test");
-    stopBus();
 }
 
 QProcessEnvironment ServiceFixture::environment() const {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* name : {"WINEPREFIX", "WINEDEBUG", "LANG", "LC_CTYPE", "DISPLAY", "WAYLAND_DISPLAY"})
         environment.remove(name);
-    environment.insert("HOME", m_home.path());
-    environment.insert("XDG_DATA_HOME", m_home.path() + "/data");
-    environment.insert("XDG_CONFIG_HOME", m_home.path() + "/config");
-    environment.insert("XDG_CACHE_HOME", m_home.path() + "/cache");
-    environment.insert("DBUS_SESSION_BUS_ADDRESS", m_address);
     // A bus may start the service without any locale; names in Chinese must work all the same.
     environment.insert("LC_ALL", "C");
     for (auto it = variables.begin(); it != variables.end(); ++it)
@@ -59,15 +51,9 @@ bool ServiceFixture::start(const QStringList& arguments) {
     m_service.setProcessEnvironment(environment());
     m_service.setProcessChannelMode(QProcess::MergedChannels);
     m_service.start(SERVICE_EXECUTABLE, arguments);
-    return QTest::qWaitFor([this] { return isOnBus() || m_service.state() == QProcess::NotRunning; },
-                           StartTimeoutMs) &&
-           isOnBus();
-}
-
-void ServiceFixture::startSecond(QProcess& process) const {
-    process.setProcessEnvironment(environment());
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(SERVICE_EXECUTABLE, QStringList());
+    TestSupport::waitUntil([this] { return isOnBus() || m_service.state() == QProcess::NotRunning; },
+                           StartTimeoutMs);
+    return isOnBus();
 }
 
 void ServiceFixture::kill() {
@@ -75,50 +61,88 @@ void ServiceFixture::kill() {
     m_service.waitForFinished();
 }
 
-void ServiceFixture::stopBus() {
-    m_bus.terminate();
-    m_bus.waitForFinished();
-}
-
 bool ServiceFixture::isOnBus() const {
     return m_connection.interface()->isServiceRegistered(Service);
 }
 
-static QDBusMessage bottlesCall(const QString& method, const QVariantList& arguments) {
-    QDBusMessage message = QDBusMessage::createMethodCall(Service, BottlesPath, BottlesInterface, method);
-    message.setArguments(arguments);
-    return message;
-}
-
-QByteArray ServiceFixture::log() const {
-    QFile file(dataDir() + "/service.log");
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QDBusMessage ServiceFixture::call(const QString& method, const QVariantList& arguments) const {
-    return m_connection.call(bottlesCall(method, arguments), QDBus::Block, CallTimeoutMs);
-}
-
-QDBusMessage ServiceFixture::callComponents(const QString& method, const QVariantList& arguments) const {
-    QDBusMessage message = QDBusMessage::createMethodCall(Service, "/com/lumora/Manager/Components",
-                                                          ComponentsInterface, method);
-    message.setArguments(arguments);
-    return m_connection.call(message, QDBus::Block, CallTimeoutMs);
+QDBusMessage ServiceFixture::call(const QString& method, const QVariantList& arguments,
+                                  const QString& object) const {
+    return m_connection.call(callOf(object, method, arguments), QDBus::Block, CallTimeoutMs);
 }
 
 QDBusPendingCall ServiceFixture::callLater(const QString& method, const QVariantList& arguments) const {
-    return m_connection.asyncCall(bottlesCall(method, arguments), CallTimeoutMs);
+    return m_connection.asyncCall(callOf("Bottles", method, arguments), CallTimeoutMs);
 }
 
-QDBusMessage ServiceFixture::callManager(const QString& method) const {
-    return m_connection.call(
-        QDBusMessage::createMethodCall(Service, ManagerPath, "com.lumora.Manager", method));
+QString ServiceFixture::text(const QString& method, const QVariantList& arguments) const {
+    return call(method, arguments).arguments().value(0).toString();
 }
 
-QString ServiceFixture::introspect(const QString& path) const {
-    const QDBusMessage reply = m_connection.call(
-        QDBusMessage::createMethodCall(Service, path, "org.freedesktop.DBus.Introspectable", "Introspect"));
-    return reply.arguments().value(0).toString();
+QJsonDocument ServiceFixture::json(const QString& method, const QVariantList& arguments) const {
+    return QJsonDocument::fromJson(text(method, arguments).toUtf8());
+}
+
+QString ServiceFixture::error(const QString& method, const QVariantList& arguments) const {
+    return call(method, arguments).errorMessage();
+}
+
+QString ServiceFixture::errorName(const QString& method, const QVariantList& arguments) const {
+    return call(method, arguments).errorName().remove("com.lumora.Error.");
+}
+
+ServiceFixture::Interface ServiceFixture::parse(const QString& xml, const QString& interface) {
+    Interface result;
+    QXmlStreamReader reader(xml);
+    QString current, in, out;
+    int undocumented = 0;  // arguments and the member itself, less what is told of them
+    while (!reader.atEnd()) {
+        reader.readNext();
+        const auto element = reader.name();
+        const bool isMember = element == "method" || element == "signal";
+        const auto attribute = [&reader](const char* key) {
+            return reader.attributes().value(QLatin1String(key)).toString();
+        };
+        if (reader.isStartElement() && element == "interface")
+            current = attribute("name");
+        if (current != interface)
+            continue;
+        if (reader.isStartElement() && isMember) {
+            in.clear();
+            out.clear();
+            undocumented = 1;
+            (element == "signal" ? result.signalNames : result.methods) += attribute("name");
+        } else if (reader.isStartElement() && element == "arg") {
+            (attribute("direction") == "out" ? out : in) += attribute("type");
+            ++undocumented;
+        } else if (reader.isStartElement() && element == "annotation") {
+            --undocumented;
+        } else if (reader.isEndElement() && isMember) {
+            QString& member = (element == "signal" ? result.signalNames : result.methods).last();
+            if (undocumented)
+                result.undocumented += member;
+            member += ':' + in + (element == "signal" ? QString() : ':' + out);
+        }
+    }
+    return result;
+}
+
+ServiceFixture::Interface ServiceFixture::introspect(const QString& interface) const {
+    QDBusMessage message =
+        QDBusMessage::createMethodCall(Service, '/' + QString(interface).replace('.', '/'),
+                                       "org.freedesktop.DBus.Introspectable", "Introspect");
+    return parse(m_connection.call(message).arguments().value(0).toString(), interface);
+}
+
+QString ServiceFixture::write(const QString& name, const QByteArray& content, bool isProgram) const {
+    const QString path = m_home.write(".local/share/lumora-wine-bottles/" + name, content);
+    if (isProgram)
+        QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
+    return path;
+}
+
+QStringList ServiceFixture::unfinished(const QString& directory) const {
+    return QDir(dataDir() + '/' + directory)
+        .entryList({".*"}, QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
 void ServiceFixture::onSignal(const QDBusMessage& message) {

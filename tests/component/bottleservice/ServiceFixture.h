@@ -3,10 +3,13 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMap>
-#include <QObject>
-#include <QProcess>
-#include <QTemporaryDir>
+
+#include "support/PrivateBus.h"
+#include "support/TestHome.h"
 
 /// The built service on a bus of its own, with a home of its own. Records the service's signals. The
 /// service's log is shown when a test program fails.
@@ -19,29 +22,41 @@ public:
 
     /// False when the service does not come up.
     bool start(const QStringList& arguments = {});
-    void startSecond(QProcess& process) const;
-
     /// SIGKILL, and wait for the end.
     void kill();
     QProcess& process() { return m_service; }
-    void stopBus();
-
-    QDBusMessage call(const QString& method, const QVariantList& arguments = {}) const;
-    QDBusPendingCall callLater(const QString& method, const QVariantList& arguments = {}) const;
-    QDBusMessage callComponents(const QString& method, const QVariantList& arguments = {}) const;
-    QDBusMessage callManager(const QString& method) const;
-    QString introspect(const QString& path) const;
+    void stopBus() { m_bus.stop(); }
     bool isOnBus() const;
-    QByteArray log() const;
 
-    QString home() const { return m_home.path(); }
-    QString dataDir() const { return m_home.path() + "/data/lumora-wine-bottles"; }
+    QDBusMessage call(const QString& method, const QVariantList& arguments = {},
+                      const QString& object = "Bottles") const;
+    QDBusPendingCall callLater(const QString& method, const QVariantList& arguments) const;
+    QDBusMessage callManager(const QString& method) const { return call(method, {}, {}); }
+    QString text(const QString& method, const QVariantList& arguments = {}) const;
+    QJsonDocument json(const QString& method, const QVariantList& arguments = {}) const;
+    /// The sentence of the error, and its name without "com.lumora.Error."; empty when all went well.
+    QString error(const QString& method, const QVariantList& arguments = {}) const;
+    QString errorName(const QString& method, const QVariantList& arguments = {}) const;
+
+    /// What an interface says of itself: "name:types in:types out" of methods, "name:types" of signals.
+    struct Interface {
+        QStringList methods, signalNames, undocumented;
+    };
+    static Interface parse(const QString& xml, const QString& interface);
+    Interface introspect(const QString& interface) const;
+
+    QByteArray log() const { return TestSupport::readFile(dataDir() + "/service.log"); }
+    const TestSupport::TestHome& home() const { return m_home; }
+    QString dataDir() const { return m_home.data() + "/lumora-wine-bottles"; }
     QString bottlePath(const QString& name) const { return dataDir() + "/bottles/" + name; }
+    /// Writes a file below the service's data.
+    QString write(const QString& name, const QByteArray& content, bool isProgram = false) const;
+    /// What is half made or half deleted below a directory of the service's data.
+    QStringList unfinished(const QString& directory) const;
     QProcessEnvironment environment() const;
 
     /// "name(argument, ...)" in the order of arrival.
     QStringList signalLog;
-
     /// Variables of the service's environment besides its own, for the next start.
     QMap<QString, QString> variables;
 
@@ -49,9 +64,8 @@ private Q_SLOTS:
     void onSignal(const QDBusMessage& message);
 
 private:
-    QTemporaryDir m_home;
-    QProcess m_bus;
-    QString m_address;
-    QProcess m_service;
+    TestSupport::TestHome m_home;
+    TestSupport::PrivateBus m_bus;
+    TestSupport::ChildProcess m_service;
     QDBusConnection m_connection;
 };

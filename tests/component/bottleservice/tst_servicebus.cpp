@@ -1,8 +1,3 @@
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QXmlStreamReader>
 #include <QtTest>
 
 #include "ServiceFixture.h"
@@ -10,134 +5,42 @@
 namespace {
 
 // The wire format that clients are built against: name, types in, types out.
-const char* const Methods[] = {"list::s",
-                               "get:s:s",
-                               "createBottles:ss:s",
-                               "delete:s:",
-                               "getEmulators:s:s",
-                               "setEmulator:ss:",
-                               "setRunner:ssb:",
-                               "setDxvk:ssb:",
-                               "setVkD3D:ssb:",
-                               "getInstallingComponents:ss:s",
-                               "cancelInstallingComponent:sss:",
-                               "installDependency:ss:",
-                               "reinstallDependency:ss:",
-                               "getInstallingDependency:s:s",
-                               "cancelInstallingDependency:s:",
-                               "setDPI:si:",
-                               "setCpuRendering:sb:",
-                               "setDiscreteGpu:sb:",
-                               "setMemOptimized:sb:",
-                               "setNTSync:sb:",
-                               "setD3dRenderer:ss:",
-                               "setWindowsVersion:ss:",
-                               "listDllOverrides:s:s",
-                               "updateDllOverride:sssb:",
-                               "getExternalProgramsDllList:s:s",
-                               "getExternalProgramsUpdateExes:s:s",
-                               "listFontReplacements:s:s",
-                               "addFontReplacements:sss:",
-                               "removeFontReplacement:ss:",
-                               "listAllPrograms::s",
-                               "listBottlesAllPrograms:s:s",
-                               "updateExternalProgram:ss:",
-                               "removeExternalProgram:ss:",
-                               "scanApplicationLinks:sxb:s",
-                               "createDesktopEntry:ss:",
-                               "killProgram:ss:",
-                               "killWineServer:s:",
-                               "run_command:ss:",
-                               "exportFileAssociations:sas:",
-                               "dumpManifest:s:s",
-                               "checkPublicBottles:s:s",
-                               "getRunnerVersion:s:s"};
-const char* const Signals[] = {"dependencySetupDone:sss",
-                               "dependencyDownloadProgress:ssuus",
-                               "dependencySetupDescription:sss",
-                               "dependencySetupStepNotify:ssii",
-                               "bottles_deleted:s",
-                               "program_deleted:ss",
-                               "program_added:sss",
-                               "program_updated:sss",
-                               "program_exited:s",
-                               "component_waiting_downloaded:sss",
-                               "component_setup_start:sss",
-                               "component_setup_done:ssss"};
+const char Methods[] = R"(
+    list::s get:s:s createBottles:ss:s delete:s: getEmulators:s:s setEmulator:ss: setRunner:ssb: setDxvk:ssb:
+    setVkD3D:ssb: getInstallingComponents:ss:s cancelInstallingComponent:sss: installDependency:ss:
+    reinstallDependency:ss: getInstallingDependency:s:s cancelInstallingDependency:s: setDPI:si:
+    setCpuRendering:sb: setDiscreteGpu:sb: setMemOptimized:sb: setNTSync:sb: setD3dRenderer:ss:
+    setWindowsVersion:ss: listDllOverrides:s:s updateDllOverride:sssb: getExternalProgramsDllList:s:s
+    getExternalProgramsUpdateExes:s:s listFontReplacements:s:s addFontReplacements:sss:
+    removeFontReplacement:ss: listAllPrograms::s listBottlesAllPrograms:s:s updateExternalProgram:ss:
+    removeExternalProgram:ss: scanApplicationLinks:sxb:s createDesktopEntry:ss: killProgram:ss:
+    killWineServer:s: run_command:ss: exportFileAssociations:sas: dumpManifest:s:s checkPublicBottles:s:s
+    getRunnerVersion:s:s)";
+const char Signals[] = R"(
+    dependencySetupDone:sss dependencyDownloadProgress:ssuus dependencySetupDescription:sss
+    dependencySetupStepNotify:ssii bottles_deleted:s program_deleted:ss program_added:sss program_updated:sss
+    program_exited:s component_waiting_downloaded:sss component_setup_start:sss component_setup_done:ssss)";
+const QString Id = "7b1b4b1e-0000-4000-8000-000000000001";
 
-struct Interface {
-    QStringList methods;
-    QStringList signalNames;
-    QStringList undocumented;
-};
-
-Interface parseInterface(const QString& xml, const QString& wanted) {
-    Interface result;
-    QXmlStreamReader reader(xml);
-    bool inside = false;
-    while (!reader.atEnd()) {
-        if (reader.readNext() == QXmlStreamReader::EndElement && reader.name() == "interface")
-            inside = false;
-        if (!reader.isStartElement())
-            continue;
-        const QString name = reader.attributes().value("name").toString();
-        if (reader.name() == "interface")
-            inside = name == wanted;
-        if (!inside || (reader.name() != "method" && reader.name() != "signal"))
-            continue;
-        const bool isSignal = reader.name() == "signal";
-        QString in, out;
-        int docs = 0, arguments = 0;
-        while (!(reader.readNext() == QXmlStreamReader::EndElement &&
-                 (reader.name() == "method" || reader.name() == "signal"))) {
-            if (!reader.isStartElement())
-                continue;
-            if (reader.name() == "annotation")
-                ++docs;
-            if (reader.name() != "arg")
-                continue;
-            ++arguments;
-            (reader.attributes().value("direction") == "out" ? out : in) += reader.attributes().value("type");
-        }
-        if (docs != arguments + 1)
-            result.undocumented += name;
-        if (isSignal)
-            result.signalNames += name + ':' + in;
-        else
-            result.methods += name + ':' + in + ':' + out;
-    }
-    return result;
+QSet<QString> words(const QString& text) {
+    const QStringList list = text.simplified().split(' ');
+    return {list.begin(), list.end()};
 }
 
-template <size_t N>
-QStringList sorted(const char* const (&texts)[N]) {
-    QStringList list;
-    for (const char* text : texts)
-        list += text;
-    list.sort();
-    return list;
+QSet<QString> set(const QStringList& list) {
+    return {list.begin(), list.end()};
 }
 
-QStringList sorted(QStringList list) {
-    list.sort();
-    return list;
-}
-
-QVariantList argumentsFor(const QString& signature, const QString& text) {
+QVariantList argumentsFor(QString signature, const QString& text) {
     QVariantList arguments;
-    for (int i = 0; i < signature.size(); ++i) {
-        if (signature[i] == 'a') {
+    for (const QChar type : signature.replace("as", "a")) {
+        if (type == 'a')
             arguments += QStringList{text};
-            ++i;
-        } else if (signature[i] == 's') {
-            arguments += text;
-        } else if (signature[i] == 'b') {
-            arguments += true;
-        } else if (signature[i] == 'i') {
-            arguments += 96;
-        } else {
-            arguments += qlonglong(0);
-        }
+        else
+            arguments += type == 's'   ? QVariant(text)
+                         : type == 'b' ? QVariant(true)
+                         : type == 'i' ? QVariant(96)
+                                       : QVariant(qlonglong(0));
     }
     return arguments;
 }
@@ -148,244 +51,173 @@ QVariantList argumentsFor(const QString& signature, const QString& text) {
 class tst_ServiceBus : public QObject {
     Q_OBJECT
 
+    ServiceFixture m_service;
+
+    void makeBottle(const QString& name, const QByteArray& settings) {
+        m_service.write("bottles/" + name + "/bottle.yml", settings);
+    }
+    QByteArray settingsOf(const QString& name) {
+        return TestSupport::readFile(m_service.bottlePath(name) + "/bottle.yml");
+    }
+
 private Q_SLOTS:
-    void initTestCase();
-    void contract();
-    void everyMethodAnswers();
-    void hostileArguments_data();
-    void hostileArguments();
-    void brokenSettingsAreReportedAndKept();
-    void programsOfAHandMadeBottle();
-    void publicBottles();
-    void secondServiceOnTheSameDataGivesUp();
-    void quitEndsAndStartsAnew();
-    void busLossEndsTheService();
+    void initTestCase() { QVERIFY(m_service.start()); }
 
-private:
-    void makeBottle(const QString& name, const QByteArray& settings);
-    QByteArray settingsOf(const QString& name);
+    void contract() {
+        const auto live = m_service.introspect("com.lumora.Manager.Bottles");
+        QCOMPARE(set(live.methods), words(Methods));
+        QCOMPARE(set(live.signalNames), words(Signals));
+        const auto manager = m_service.introspect("com.lumora.Manager");
+        QCOMPARE(set(manager.methods), words("GetVersion::s Quit::"));
+        QCOMPARE(live.undocumented + manager.undocumented, QStringList());
+        QCOMPARE(m_service.callManager("GetVersion").arguments().value(0).toString(), "3.3.4.008");
+    }
 
-    std::unique_ptr<ServiceFixture> m_service;
+    void everyMethodAnswers() {
+        for (const QString& method : words(Methods)) {
+            const QString name = method.section(':', 0, 0), signature = method.section(':', 1, 1);
+            if (signature.isEmpty())
+                continue;
+            const QDBusMessage reply = m_service.call(name, argumentsFor(signature, "no-such\nbottle"));
+            QVERIFY2(reply.errorName().startsWith("com.lumora.Error."), qPrintable(name));
+            QVERIFY(reply.errorMessage().endsWith('.'));
+            QCOMPARE(m_service.errorName(name, argumentsFor(signature + 'i', "x")), "InvalidArgs");
+        }
+        QCOMPARE(m_service.errorName("noSuchMethod"), "org.freedesktop.DBus.Error.UnknownMethod");
+    }
+
+    void hostileArguments() {
+        makeBottle("real", "Runner: r\n");
+        const QString outside = m_service.home().path() + "/outside";
+        m_service.home().write("outside/bottle.yml", "");
+        QVERIFY(QDir().mkpath(outside + "/drive_c"));
+        QVERIFY(QFile::link(outside, m_service.bottlePath("linked")));
+        const QList<QVariantList> calls{{"get"},
+                                        {"delete"},
+                                        {"killWineServer"},
+                                        {"updateExternalProgram", "{\"id\":\"" + Id + "\"}"},
+                                        {"run_command", "cmd"},
+                                        {"removeExternalProgram", "x"}};
+        for (const QString& bottle : {QString("../../x"), QString("/etc"), QString("a\tb"), QString(300, 'x'),
+                                      QString(5 * 1024 * 1024, 'x'), QString(".creating-x"),
+                                      QString("linked"), QString("real/drive_c")}) {
+            for (const QVariantList& call : calls) {
+                const QString error = m_service.error(call[0].toString(), QVariantList{bottle} + call.mid(1));
+                QVERIFY2(!error.isEmpty() && error.size() < 600, qPrintable(call[0].toString()));
+            }
+            const QDBusMessage created = m_service.call("createBottles", {bottle, ""});
+            QVERIFY(created.type() == QDBusMessage::ErrorMessage ||
+                    created.arguments()[0].toString().startsWith("{\"error\":"));
+            QCOMPARE(m_service.text("list"), "[\"real\"]");
+            QCOMPARE(QDir(outside).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                     QStringList({"bottle.yml", "drive_c"}));
+        }
+    }
+
+    void brokenSettingsAreReportedAndKept() {
+        const QByteArray broken = "Runner: {torn\n";
+        makeBottle("broken", broken);
+        QCOMPARE(m_service.errorName("get", {"broken"}), "Failed");
+        const QString record = R"({"id":"%1","path":"C:\\a.exe"})";
+        QCOMPARE(m_service.errorName("updateExternalProgram", {"broken", record.arg(Id)}), "Failed");
+        QCOMPARE(settingsOf("broken"), broken);
+        QCOMPARE(m_service.text("listAllPrograms"), "[]");
+        QCOMPARE(m_service.error("delete", {"broken"}), QString());
+        QVERIFY(!QFileInfo::exists(m_service.bottlePath("broken")));
+        // Comes after all signals that calls up to here caused.
+        QTRY_VERIFY(m_service.signalLog.contains("bottles_deleted(broken)"));
+    }
+
+    void programsOfAHandMadeBottle() {
+        m_service.signalLog.clear();
+        makeBottle("hand", "Own: [1, 2]\nRunner: lumora-wine10-stable\n");
+        const auto update = [&](const QString& fields) {
+            return m_service.error("updateExternalProgram", {"hand", "{\"id\":\"" + Id + '"' + fields + '}'});
+        };
+        QVERIFY(update(",\"stars\":3").contains("needs a path"));
+        QCOMPARE(update(R"(,"name":"n","path":"C:\\a.exe")"), QString());
+        QCOMPARE(update(",\"stars\":3"), QString());
+        QCOMPARE(update(",\"stars\":3"), QString());
+        QTRY_COMPARE(m_service.signalLog.size(), 2);
+        QVERIFY(m_service.signalLog[0].startsWith("program_added(hand, " + Id + ", {"));
+        QVERIFY(m_service.signalLog[1].startsWith("program_updated(hand, " + Id + ", {"));
+        QVERIFY(m_service.signalLog[1].contains("\"name\":\"n\""));
+        QVERIFY(settingsOf("hand").startsWith("Own:"));
+
+        // What could never be read again is refused, and the bottle stays as it was.
+        QVERIFY(update(",\"x\":" + QString(80, '[') + QString(80, ']')).contains("nothing was changed"));
+        QCOMPARE(m_service.error("get", {"hand"}), QString());
+
+        // A change leaves alone what it does not name; adopting a found program is one change.
+        makeBottle("hand", settingsOf("hand").replace("    id: ",
+                                                      "    auto_discovered: true\n    ver: 1.10\n    id: "));
+        m_service.signalLog.clear();
+        QCOMPARE(update(",\"stars\":3"), QString());
+        QCOMPARE(update(",\"stars\":3"), QString());
+        QVERIFY(settingsOf("hand").contains("ver: 1.10\n"));
+        QVERIFY(!settingsOf("hand").contains("auto_discovered"));
+        QCOMPARE(m_service.errorName("removeExternalProgram", {"hand", "other"}), "NoSuchProgram");
+        QTRY_COMPARE(m_service.signalLog.size(), 1);
+
+        const auto launchedPath = [&] {
+            const QByteArray data = TestSupport::readFile(m_service.bottlePath("hand") + "/launch.json");
+            return QJsonDocument::fromJson(data)["programs"][Id]["path"].toString();
+        };
+        QCOMPARE(launchedPath(), "C:\\a.exe");
+        makeBottle("hand", settingsOf("hand").replace("C:\\\\a.exe", "C:\\\\edited.exe"));
+        m_service.call("get", {"hand"});
+        QCOMPARE(launchedPath(), "C:\\edited.exe");
+        const QJsonArray summaries = m_service.json("listAllPrograms").array();
+        QCOMPARE(summaries.size(), 1);
+        QCOMPARE(summaries[0]["uuid"].toString(), Id);
+        QCOMPARE(summaries[0]["stars"].toInt(), 3);
+
+        QJsonObject form{{"bottlesName", "hand"}, {"programUuid", Id}, {"name", "N: #"}};
+        const auto dump = [&] {
+            return m_service.text("dumpManifest", {QString(QJsonDocument(form).toJson())});
+        };
+        QVERIFY(dump().contains("must be text"));
+        for (const char* key :
+             {"introduction", "downloadUrl", "packageSize", "contributor", "category", "contributorEmail"})
+            form[key] = "t";
+        const QByteArray recipe = TestSupport::readFile(dump());
+        QVERIFY2(recipe.contains("Name: \"N: #\"") && recipe.contains("edited.exe"), recipe.constData());
+
+        m_service.call("removeExternalProgram", {"hand", Id});
+        QTRY_COMPARE(m_service.signalLog.mid(1), QStringList("program_deleted(hand, " + Id + ')'));
+        QCOMPARE(m_service.text("listBottlesAllPrograms", {"hand"}), "[]");
+    }
+
+    void publicBottles() {
+        const QString query = R"({"filename":"a.exe","md5sum":"abc","peinfo":{}})";
+        QCOMPARE(m_service.text("checkPublicBottles", {query}), QString());
+        m_service.write("public-bottles.json", R"([{"bottle":"public/office","md5sum":["abc"]}])");
+        QCOMPARE(m_service.text("checkPublicBottles", {query}), "public/office");
+        QCOMPARE(m_service.errorName("checkPublicBottles", {"[]"}), "InvalidArgs");
+    }
+
+    void secondServiceOnTheSameDataGivesUp() {
+        const auto second = TestSupport::runProcess(SERVICE_EXECUTABLE, {});
+        QCOMPARE(second.exitCode, 1);
+        QVERIFY(m_service.log().contains("in use by a service of another session"));
+    }
+
+    void quitEndsAndStartsAnew() {
+        QCOMPARE(m_service.callManager("Quit").type(), QDBusMessage::ReplyMessage);
+        QVERIFY(m_service.process().waitForFinished());
+        QCOMPARE(m_service.process().exitCode(), 0);
+        for (const char* name : {".creating-left", "public/.deleting-left"})
+            QVERIFY(QDir().mkpath(m_service.bottlePath(name) + "/drive_c"));
+        QVERIFY(m_service.start());
+        QTRY_COMPARE(m_service.unfinished("bottles") + m_service.unfinished("bottles/public"), QStringList());
+        QVERIFY(m_service.log().contains("an earlier run of the service was interrupted"));
+    }
+
+    void busLossEndsTheService() {
+        m_service.stopBus();
+        QVERIFY(m_service.process().waitForFinished(10000));
+    }
 };
-
-void tst_ServiceBus::initTestCase() {
-    m_service = std::make_unique<ServiceFixture>();
-    QVERIFY(m_service->start());
-}
-
-void tst_ServiceBus::makeBottle(const QString& name, const QByteArray& settings) {
-    QVERIFY(QDir().mkpath(m_service->bottlePath(name)));
-    QFile file(m_service->bottlePath(name) + "/bottle.yml");
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(settings);
-}
-
-QByteArray tst_ServiceBus::settingsOf(const QString& name) {
-    QFile file(m_service->bottlePath(name) + "/bottle.yml");
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void tst_ServiceBus::contract() {
-    const Interface live =
-        parseInterface(m_service->introspect("/com/lumora/Manager/Bottles"), "com.lumora.Manager.Bottles");
-    QCOMPARE(sorted(live.methods), sorted(Methods));
-    QCOMPARE(sorted(live.signalNames), sorted(Signals));
-    const Interface manager =
-        parseInterface(m_service->introspect("/com/lumora/Manager"), "com.lumora.Manager");
-    QCOMPARE(sorted(manager.methods), QStringList({"GetVersion::s", "Quit::"}));
-    for (const char* name : {"com.lumora.Manager", "com.lumora.Manager.Bottles"}) {
-        QFile file(QString(WIRE_DIR "/%1.xml").arg(name));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const Interface written = parseInterface(QString::fromUtf8(file.readAll()), name);
-        QCOMPARE(written.methods, (name == QString("com.lumora.Manager") ? manager : live).methods);
-        QCOMPARE(written.undocumented, QStringList());
-    }
-    QCOMPARE(m_service->callManager("GetVersion").arguments().value(0).toString(), QString("3.3.4.008"));
-}
-
-void tst_ServiceBus::everyMethodAnswers() {
-    for (const char* text : Methods) {
-        const QStringList parts = QString(text).split(':');
-        if (parts[0].startsWith("list") && parts[1].isEmpty())
-            continue;
-        const QDBusMessage reply = m_service->call(parts[0], argumentsFor(parts[1], "no-such\nbottle"));
-        QCOMPARE(reply.type(), QDBusMessage::ErrorMessage);
-        QVERIFY2(reply.errorName().startsWith("com.lumora.Error."),
-                 qPrintable(parts[0] + ' ' + reply.errorName()));
-        QVERIFY(reply.errorMessage().endsWith('.'));
-        const QDBusMessage wrong = m_service->call(parts[0], argumentsFor(parts[1] + 'i', "x"));
-        QCOMPARE(wrong.errorName(), QString("com.lumora.Error.InvalidArgs"));
-    }
-    QCOMPARE(m_service->call("noSuchMethod").errorName(),
-             QString("org.freedesktop.DBus.Error.UnknownMethod"));
-}
-
-void tst_ServiceBus::hostileArguments_data() {
-    QTest::addColumn<QString>("bottle");
-    QTest::newRow("up") << "../../x";
-    QTest::newRow("absolute") << "/etc";
-    QTest::newRow("control") << "a\tb";
-    QTest::newRow("long") << QString(300, 'x');
-    QTest::newRow("huge") << QString(5 * 1024 * 1024, 'x');
-    QTest::newRow("reserved") << ".creating-x";
-    QTest::newRow("link") << "linked";
-    QTest::newRow("inside a bottle") << "real/drive_c";
-}
-
-void tst_ServiceBus::hostileArguments() {
-    QFETCH(QString, bottle);
-    makeBottle("real", "Runner: r\n");
-    const QString outside = m_service->home() + "/outside";
-    QVERIFY(QDir().mkpath(outside + "/drive_c"));
-    QFile file(outside + "/bottle.yml");
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-    QFile::link(outside, m_service->bottlePath("linked"));
-    for (const QVariantList& call :
-         {QVariantList{"get"}, QVariantList{"delete"}, QVariantList{"killWineServer"},
-          QVariantList{"updateExternalProgram", "{\"id\":\"7b1b4b1e-0000-4000-8000-000000000001\"}"},
-          QVariantList{"run_command", "cmd"}, QVariantList{"removeExternalProgram", "x"}}) {
-        const QDBusMessage reply = m_service->call(call[0].toString(), QVariantList{bottle} + call.mid(1));
-        QVERIFY2(reply.type() == QDBusMessage::ErrorMessage, qPrintable(call[0].toString()));
-        QVERIFY(reply.errorMessage().size() < 600);
-    }
-    const QDBusMessage created = m_service->call("createBottles", {bottle, ""});
-    if (created.type() != QDBusMessage::ErrorMessage)
-        QVERIFY(created.arguments()[0].toString().startsWith("{\"error\":"));
-    QCOMPARE(m_service->call("list").arguments()[0].toString(), QString("[\"real\"]"));
-    QCOMPARE(QDir(outside).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList({"bottle.yml", "drive_c"}));
-}
-
-void tst_ServiceBus::brokenSettingsAreReportedAndKept() {
-    const QByteArray broken = "Runner: {torn\n";
-    makeBottle("broken", broken);
-    QCOMPARE(m_service->call("get", {"broken"}).errorName(), QString("com.lumora.Error.Failed"));
-    const QString record = "{\"id\":\"7b1b4b1e-0000-4000-8000-000000000001\",\"path\":\"C:\\\\a.exe\"}";
-    QCOMPARE(m_service->call("updateExternalProgram", {"broken", record}).errorName(),
-             QString("com.lumora.Error.Failed"));
-    QCOMPARE(settingsOf("broken"), broken);
-    QCOMPARE(m_service->call("listAllPrograms").arguments()[0].toString(), QString("[]"));
-    QCOMPARE(m_service->call("delete", {"broken"}).type(), QDBusMessage::ReplyMessage);
-    QVERIFY(!QFileInfo::exists(m_service->bottlePath("broken")));
-}
-
-void tst_ServiceBus::programsOfAHandMadeBottle() {
-    // Comes after the signals that earlier calls caused.
-    makeBottle("marker", "Runner: r\n");
-    m_service->call("delete", {"marker"});
-    QTRY_VERIFY(m_service->signalLog.contains("bottles_deleted(marker)"));
-    m_service->signalLog.clear();
-    const QString id = "7b1b4b1e-0000-4000-8000-000000000001";
-    makeBottle("hand", "Own: [1, 2]\nRunner: lumora-wine10-stable\n");
-    const auto update = [&](const QString& fields) {
-        return m_service
-            ->call("updateExternalProgram", {"hand", QString("{\"id\":\"%1\"%2}").arg(id, fields)})
-            .errorMessage();
-    };
-    QVERIFY(update(",\"stars\":3").contains("needs a path"));
-    QCOMPARE(update(R"(,"name":"n","path":"C:\\a.exe")"), QString());
-    QCOMPARE(update(",\"stars\":3"), QString());
-    QCOMPARE(update(",\"stars\":3"), QString());
-    QTRY_COMPARE(m_service->signalLog.size(), 2);
-    QVERIFY(m_service->signalLog[0].startsWith("program_added(hand, " + id + ", {"));
-    QVERIFY(m_service->signalLog[1].startsWith("program_updated(hand, " + id + ", {"));
-    QVERIFY(m_service->signalLog[1].contains("\"name\":\"n\""));
-    QVERIFY(settingsOf("hand").startsWith("Own:"));
-
-    // What could never be read again is refused, and the bottle stays as it was.
-    QVERIFY(update(",\"x\":" + QString(80, '[') + QString(80, ']')).contains("nothing was changed"));
-    QVERIFY(!m_service->call("get", {"hand"}).arguments().isEmpty());
-
-    // A change leaves alone what it does not name; adopting a found program is one change.
-    const QByteArray found = "    auto_discovered: true\n    ver: 1.10\n    id: ";
-    makeBottle("hand", settingsOf("hand").replace("    id: ", found));
-    m_service->signalLog.clear();
-    QCOMPARE(update(",\"stars\":3"), QString());
-    QCOMPARE(update(",\"stars\":3"), QString());
-    QVERIFY(settingsOf("hand").contains("ver: 1.10\n"));
-    QVERIFY(!settingsOf("hand").contains("auto_discovered"));
-    m_service->call("removeExternalProgram", {"hand", "other"});
-    QTRY_COMPARE(m_service->signalLog.size(), 1);
-
-    const auto launchProgram = [&] {
-        QFile data(m_service->bottlePath("hand") + "/launch.json");
-        return data.open(QIODevice::ReadOnly)
-                   ? QJsonDocument::fromJson(data.readAll()).object()["programs"].toObject()[id].toObject()
-                   : QJsonObject();
-    };
-    QCOMPARE(launchProgram()["path"].toString(), QString("C:\\a.exe"));
-    makeBottle("hand", settingsOf("hand").replace("C:\\\\a.exe", "C:\\\\edited.exe"));
-    m_service->call("get", {"hand"});
-    QCOMPARE(launchProgram()["path"].toString(), QString("C:\\edited.exe"));
-
-    const QJsonArray summaries =
-        QJsonDocument::fromJson(m_service->call("listAllPrograms").arguments()[0].toString().toUtf8())
-            .array();
-    QCOMPARE(summaries.size(), 1);
-    QCOMPARE(summaries[0].toObject()["uuid"].toString(), id);
-    QCOMPARE(summaries[0].toObject()["stars"].toInt(), 3);
-    QCOMPARE(m_service->call("removeExternalProgram", {"hand", "other"}).errorName(),
-             QString("com.lumora.Error.NoSuchProgram"));
-    QJsonObject form{{"bottlesName", "hand"}, {"programUuid", id}, {"name", "N: #"}};
-    const auto dump = [&] {
-        return m_service->call("dumpManifest", {QString(QJsonDocument(form).toJson())})
-            .arguments()[0]
-            .toString();
-    };
-    QVERIFY(dump().contains("must be text"));
-    for (const char* key :
-         {"introduction", "downloadUrl", "packageSize", "contributor", "category", "contributorEmail"})
-        form[key] = "t";
-    QFile manifest(dump());
-    QVERIFY(manifest.open(QIODevice::ReadOnly));
-    const QByteArray recipe = manifest.readAll();
-    QVERIFY2(recipe.contains("Name: \"N: #\"") && recipe.contains("edited.exe"), recipe.constData());
-
-    m_service->call("removeExternalProgram", {"hand", id});
-    QTRY_COMPARE(m_service->signalLog.size(), 2);
-    QCOMPARE(m_service->signalLog[1], "program_deleted(hand, " + id + ')');
-    QCOMPARE(m_service->call("listBottlesAllPrograms", {"hand"}).arguments()[0].toString(), QString("[]"));
-}
-
-void tst_ServiceBus::publicBottles() {
-    const QString query = R"({"filename":"a.exe","md5sum":"abc","peinfo":{}})";
-    QCOMPARE(m_service->call("checkPublicBottles", {query}).arguments()[0].toString(), QString());
-    QFile table(m_service->dataDir() + "/public-bottles.json");
-    QVERIFY(table.open(QIODevice::WriteOnly));
-    table.write(R"([{"bottle":"public/office","md5sum":["abc"]}])");
-    table.close();
-    QCOMPARE(m_service->call("checkPublicBottles", {query}).arguments()[0].toString(),
-             QString("public/office"));
-    QCOMPARE(m_service->call("checkPublicBottles", {"[]"}).errorName(),
-             QString("com.lumora.Error.InvalidArgs"));
-}
-
-void tst_ServiceBus::secondServiceOnTheSameDataGivesUp() {
-    QProcess second;
-    m_service->startSecond(second);
-    QVERIFY(second.waitForFinished(30000));
-    QCOMPARE(second.exitCode(), 1);
-    QVERIFY(m_service->log().contains("in use by a service of another session"));
-}
-
-void tst_ServiceBus::quitEndsAndStartsAnew() {
-    QCOMPARE(m_service->callManager("Quit").type(), QDBusMessage::ReplyMessage);
-    QVERIFY(m_service->process().waitForFinished());
-    QCOMPARE(m_service->process().exitCode(), 0);
-    for (const char* name : {".creating-left", "public/.deleting-left"})
-        QVERIFY(QDir().mkpath(m_service->bottlePath(name) + "/drive_c"));
-    QVERIFY(m_service->start());
-    QTRY_VERIFY(!QFileInfo::exists(m_service->bottlePath(".creating-left")));
-    QTRY_VERIFY(!QFileInfo::exists(m_service->bottlePath("public/.deleting-left")));
-    QVERIFY(m_service->log().contains("an earlier run of the service was interrupted"));
-}
-
-void tst_ServiceBus::busLossEndsTheService() {
-    m_service->stopBus();
-    QVERIFY(m_service->process().waitForFinished(10000));
-    m_service.reset();
-}
 
 QTEST_GUILESS_MAIN(tst_ServiceBus)
 #include "tst_servicebus.moc"

@@ -1,48 +1,37 @@
 #include <sys/stat.h>
 
-#include <QCryptographicHash>
 #include <QDirIterator>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QStandardPaths>
 #include <QtTest>
 
 #include "ServiceFixture.h"
 #include "bottleservice/wine/SlimPrefix.h"
 
+using TestSupport::readFile;
+
 namespace {
 
 const QString System = "/drive_c/windows/system32/";
+const QDir::Filters AllDirs = QDir::AllDirs | QDir::Hidden | QDir::NoDotAndDotDot;
 const QStringList Overwritten = {"msvcp140.dll", "vcruntime140.dll", "comctl32.dll", "riched20.dll"};
 
-QByteArray read(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
-/// Names, sizes and change times of a tree: no write leaves the change time as it was.
-QByteArray digest(const QString& root) {
-    QMap<QString, QByteArray> entries;
-    QDirIterator walk(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                      QDirIterator::Subdirectories);
-    while (walk.hasNext()) {
-        struct stat status = {};
-        const QString path = walk.next();
-        ::lstat(QFile::encodeName(path).constData(), &status);
-        entries[path] = QByteArray::number(qint64(status.st_size)) + ' ' +
-                        QByteArray::number(qint64(status.st_ctim.tv_sec)) + ' ' +
-                        QByteArray::number(qint64(status.st_ctim.tv_nsec));
+/// Names, sizes and change times of trees: no write leaves the change time as it was.
+QMap<QString, QString> digest(const QStringList& roots) {
+    QMap<QString, QString> entries;
+    for (const QString& root : roots) {
+        QDirIterator walk(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                          QDirIterator::Subdirectories);
+        while (walk.hasNext()) {
+            struct stat status = {};
+            const QString path = walk.next();
+            ::lstat(QFile::encodeName(path).constData(), &status);
+            entries[path] = QString("%1 %2 %3")
+                                .arg(status.st_size)
+                                .arg(status.st_ctim.tv_sec)
+                                .arg(status.st_ctim.tv_nsec);
+        }
     }
-    QCryptographicHash hash(QCryptographicHash::Sha1);
-    for (auto it = entries.begin(); it != entries.end(); ++it)
-        hash.addData(it.key().toUtf8() + '\n' + it.value() + '\n');
-    return hash.result();
+    return entries;
 }
 
 }  // namespace
@@ -57,15 +46,11 @@ private Q_SLOTS:
             QSKIP("wine-is-not-installed");
         m_service = std::make_unique<ServiceFixture>();
         QVERIFY(m_service->start());
-        const QDBusPendingCall first = m_service->callLater("createBottles", {"first", ""});
-        const QDBusPendingCall second = m_service->callLater("createBottles", {"second", ""});
-        for (QDBusPendingCall call : {first, second}) {
-            call.waitForFinished();
-            QVERIFY2(call.reply().arguments().value(0).toString().contains("\"created\":true"),
-                     qPrintable(call.reply().arguments().value(0).toString()));
-        }
-        const QStringList made = QDir(m_service->dataDir() + "/templates")
-                                     .entryList(QDir::AllDirs | QDir::Hidden | QDir::NoDotAndDotDot);
+        QDBusPendingCall first = m_service->callLater("createBottles", {"first", ""});
+        QVERIFY(m_service->json("createBottles", {"second", ""})["created"].toBool());
+        first.waitForFinished();
+        QVERIFY(first.reply().arguments().value(0).toString().contains("\"created\":true"));
+        const QStringList made = QDir(m_service->dataDir() + "/templates").entryList(AllDirs);
         QCOMPARE(made.size(), 1);
         m_template = m_service->dataDir() + "/templates/" + made[0];
     }
@@ -90,47 +75,35 @@ private Q_SLOTS:
         const QString system = target.isEmpty() ? QString("/drive_c/windows/syswow64/") : System;
         if (target.isEmpty() && !QFileInfo::exists("/usr/lib/i386-linux-gnu/wine/i386-windows/kernel32.dll"))
             QSKIP("wine32-is-not-installed");
-        QTemporaryDir work;
-        QVERIFY(QDir(work.path()).mkdir("run"));  // or the installer would load the files beside it
+        const auto& home = m_service->home();
+        const QString work = home.path() + "/work";
+        QVERIFY(QDir().mkpath(work + "/run"));  // or the installer would load the files beside it
         QByteArray script =
             target.toUtf8() +
             "Name x\nOutFile run/setup.exe\nSilentInstall silent\nRequestExecutionLevel user\n"
             "Section\nSetOverwrite on\nSetOutPath $SYSDIR\n";
         for (const QString& name : Overwritten) {
-            QFile file(work.path() + '/' + name);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write("installed " + name.toUtf8());
+            home.write("work/" + name, "installed " + name.toUtf8());
             script += "File " + name.toUtf8() + '\n';
         }
-        QFile file(work.path() + "/setup.nsi");
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(script + "FileOpen $0 $SYSDIR\\done.txt w\nFileClose $0\nSectionEnd\n");
-        file.close();
-        QProcess makensis;
-        makensis.setWorkingDirectory(work.path());
-        makensis.start("makensis", {"-V1", "setup.nsi"});
-        QVERIFY(makensis.waitForFinished(60000));
-        QCOMPARE(makensis.exitCode(), 0);
+        const QString setup = home.write(
+            "work/setup.nsi", script + "FileOpen $0 $SYSDIR\\done.txt w\nFileClose $0\nSectionEnd\n");
+        QVERIFY(TestSupport::runProcess("makensis", {"-V1", setup}).ok());
 
-        const QByteArray before = digest(m_template);
-        QMap<QString, QByteArray> machine;
-        for (const QString& directory : SlimPrefix::peDirectories(QStandardPaths::findExecutable("wine")))
-            machine[directory] = digest(directory);
-        QCOMPARE(m_service->call("run_command", {"second", '"' + work.path() + "/run/setup.exe\" /S"})
-                     .errorMessage(),
-                 QString());
+        const QStringList others = SlimPrefix::peDirectories(QStandardPaths::findExecutable("wine"))
+                                   << m_template;
+        const auto before = digest(others);
+        QCOMPARE(m_service->error("run_command", {"second", '"' + work + "/run/setup.exe\" /S"}), QString());
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(bottle + system + "done.txt"), 60000);
         m_service->call("killWineServer", {"second"});
         for (const QString& name : Overwritten)
-            QCOMPARE(read(bottle + system + name), "installed " + name.toUtf8());
-        QCOMPARE(digest(m_template), before);
-        for (auto it = machine.begin(); it != machine.end(); ++it)
-            QCOMPARE(digest(it.key()), it.value());
+            QCOMPARE(readFile(bottle + system + name), "installed " + name.toUtf8());
+        QVERIFY(digest(others) == before);
     }
 
     void recreatesWhileServing() {
         // The script finds the service beside itself.
-        const QString files = m_service->home() + "/files/";
+        const QString files = m_service->home().path() + "/files/";
         m_script = files + "share/cellarix/package-scripts/init-bottle-in-client.sh";
         QVERIFY(QDir().mkpath(QFileInfo(m_script).path()) && QDir().mkpath(files + "bin"));
         QVERIFY(QFile::link(SERVICE_EXECUTABLE, files + "bin/lumora-wine-launcher"));
@@ -144,62 +117,53 @@ private Q_SLOTS:
         QCOMPARE(check(), 1);
         QVERIFY(QFile::rename(m_template + "/moved", m_template + "/user.reg"));
         QCOMPARE(check(), 0);
-        write(m_service->dataDir() + "/templates.json", R"({"lumora-wine10-stable": "0123", "gone": "0"})");
+        m_service->write("templates.json", R"({"lumora-wine10-stable": "0123", "gone": "0"})");
         QCOMPARE(check(), 1);
 
-        const QByteArray before = digest(m_template);
+        const auto before = digest({m_template});
         QProcess script;
         script.setProcessEnvironment(m_service->environment());
         script.setProcessChannelMode(QProcess::MergedChannels);
         script.start(m_script, {"-r", "--recreate"});
         QVERIFY(script.waitForReadyRead());
-        QVERIFY(m_service->call("createBottles", {"third", ""})
-                    .arguments()
-                    .value(0)
-                    .toString()
-                    .contains("\"created\":true"));
+        QVERIFY(m_service->json("createBottles", {"third", ""})["created"].toBool());
         QVERIFY2(script.state() == QProcess::Running, "the bottle waited for the new template");
         QVERIFY(script.waitForFinished(120000));
         const QByteArray lines = script.readAll();
         QVERIFY2(lines.contains("Made it in ") && lines.endsWith("up to date.\n"), lines.constData());
         QCOMPARE(script.exitCode(), 0);
         QCOMPARE(check(), 0);
-        QVERIFY(digest(m_template) != before);
+        QVERIFY(digest({m_template}) != before);
         QVERIFY(QFileInfo::exists(m_service->bottlePath("third") + System + "kernel32.dll"));
-        QTRY_COMPARE(templates.entryList(QDir::AllDirs | QDir::Hidden | QDir::NoDotAndDotDot),
-                     QStringList(QFileInfo(m_template).fileName()));
+        QTRY_COMPARE(templates.entryList(AllDirs), QStringList(QFileInfo(m_template).fileName()));
     }
 
     void followsItsWine() {
         m_service->kill();
-        const QString path = m_service->bottlePath("first");
-        const QString key = QFileInfo(m_template).fileName();
-        for (const char* bottle : {"first", "second"}) {
-            QByteArray settings = read(m_service->bottlePath(bottle) + "/bottle.yml");
-            QVERIFY(settings.contains(key.toUtf8()));
-            write(m_service->bottlePath(bottle) + "/bottle.yml", settings.replace(key.toUtf8(), "0123"));
+        const QString kernel = m_service->bottlePath("first") + System + "kernel32.dll";
+        const QByteArray key = QFileInfo(m_template).fileName().toUtf8();
+        const auto settings = [this](const QString& bottle) {
+            return readFile(m_service->bottlePath(bottle) + "/bottle.yml");
+        };
+        for (const QString bottle : {"first", "second"}) {
+            QVERIFY(settings(bottle).contains(key));
+            m_service->write("bottles/" + bottle + "/bottle.yml", settings(bottle).replace(key, "0123"));
         }
-        QVERIFY(QDir(m_service->dataDir()).mkdir("templates/.creating-x"));
+        const QDir data(m_service->dataDir());
+        QVERIFY(data.mkdir("templates/.creating-x"));
         QCOMPARE(check(), 1);
-        QVERIFY(QFile::remove(path + System + "kernel32.dll"));
-        QVERIFY(QDir(m_service->dataDir()).mkdir("templates/stale"));
+        QVERIFY(QFile::remove(kernel) && data.mkdir("templates/stale"));
         QVERIFY(m_service->start());
         for (const char* bottle : {"first", "second"})
-            QTRY_VERIFY_WITH_TIMEOUT(
-                read(m_service->bottlePath(bottle) + "/bottle.yml").contains(key.toUtf8()), 60000);
-        QVERIFY(QFileInfo(path + System + "kernel32.dll").exists());
-        QTRY_VERIFY(!QFileInfo::exists(m_service->dataDir() + "/templates/stale"));
+            QTRY_VERIFY_WITH_TIMEOUT(settings(bottle).contains(key), 60000);
+        QVERIFY(QFileInfo::exists(kernel));
+        QTRY_VERIFY(!data.exists("templates/stale"));
         QCOMPARE(check(), 0);
     }
 
 private:
     /// What the script answers to the question whether templates have to be made anew.
-    int check() const {
-        QProcess script;
-        script.setProcessEnvironment(m_service->environment());
-        script.start(m_script, {"-c"});
-        return script.waitForFinished() ? script.exitCode() : -1;
-    }
+    int check() const { return TestSupport::runProcess(m_script, {"-c"}, {"LC_ALL=C"}).exitCode; }
 
     QString m_script;
     std::unique_ptr<ServiceFixture> m_service;
