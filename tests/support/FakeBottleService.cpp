@@ -14,36 +14,20 @@ QString compact(const QJsonDocument& document) {
 
 }  // namespace
 
-FakeBottleService::~FakeBottleService() = default;
-
-QString FakeBottleService::executable() {
-    return QStringLiteral(FAKE_BOTTLE_SERVICE);
-}
-
 bool FakeBottleService::start(bool nameless) {
     m_process = std::make_unique<ChildProcess>();
     m_process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process->start(executable(), nameless ? QStringList{"--nameless"} : QStringList());
+    m_process->start(FAKE_BOTTLE_SERVICE, nameless ? QStringList{"--nameless"} : QStringList());
     return m_process->readLineWithin() == "ready";
 }
 
 void FakeBottleService::kill() {
-    if (!m_process)
-        return;
     m_process->kill();
     m_process->waitForFinished();
 }
 
-bool FakeBottleService::waitUntilGone(int timeoutMs) {
-    return waitUntil([this] { return !isRunning(); }, timeoutMs);
-}
-
-bool FakeBottleService::takeName() {
-    return control("TakeName").toBool();
-}
-
-bool FakeBottleService::dropName() {
-    return control("DropName").toBool();
+bool FakeBottleService::takeName(const QString& name) {
+    return control("TakeName", {name}).toBool();
 }
 
 void FakeBottleService::setJson(const QString& key, const QJsonObject& object) {
@@ -98,10 +82,6 @@ RecordedCall FakeBottleService::waitForCall(const QString& method, int times, in
         },
         timeoutMs);
     return last;
-}
-
-void FakeBottleService::clearCalls() {
-    control("ClearCalls");
 }
 
 bool FakeBottleService::emitSignal(const QString& name, const QString& signature,

@@ -26,20 +26,17 @@ struct RecordedCall {
 /// like a service that is running but has no bottle.
 class FakeBottleService {
 public:
-    FakeBottleService() = default;
-    ~FakeBottleService();
-
     /// Starts the process. A nameless one comes to the bus but does not take the service's name until
     /// takeName().
     bool start(bool nameless = false);
     /// Ends the process at once, as a crash does.
     void kill();
     bool isRunning() const { return m_process && m_process->state() == QProcess::Running; }
-    bool waitUntilGone(int timeoutMs = 10000);
-    static QString executable();
-
-    bool takeName();
-    bool dropName();
+    bool waitUntilGone(int timeoutMs = 10000) {
+        return waitUntil([this] { return !isRunning(); }, timeoutMs);
+    }
+    /// Also names of the desktop's own services, which it then stands in for.
+    bool takeName(const QString& name = "com.lumora.LumoraWineLauncher");
 
     void setText(const QString& key, const QString& text) { setAnswers(key, {{{"text", text}}}); }
     void setJson(const QString& key, const QJsonObject& object);
@@ -68,7 +65,7 @@ public:
     /// Turns the event loop until the method was called that often; the last such call, or one without a
     /// method name.
     RecordedCall waitForCall(const QString& method, int times = 1, int timeoutMs = 10000);
-    void clearCalls();
+    void clearCalls() { control("ClearCalls"); }
 
     /// Emits a signal of the bottle interface. The signature has a letter per argument: s, b, i, u, x.
     bool emitSignal(const QString& name, const QString& signature, const QJsonArray& arguments);

@@ -1,6 +1,5 @@
 #include "support/PrivateBus.h"
 
-#include <QDir>
 #include <QFile>
 
 #include "support/TestHome.h"
@@ -15,7 +14,6 @@ const char kConfiguration[] =
 <busconfig>
   <type>session</type>
   <listen>unix:tmpdir=%1</listen>
-  <servicedir>%2</servicedir>
   <auth>EXTERNAL</auth>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
@@ -25,37 +23,22 @@ const char kConfiguration[] =
 </busconfig>
 )";
 
-void writeText(const QString& path, const QString& text) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
-        qFatal("can't write %s", qPrintable(path));
-}
-
 }  // namespace
 
 PrivateBus::PrivateBus() {
-    QDir().mkpath(servicesDir());
-    const QString configuration = m_dir.path() + "/bus.conf";
-    writeText(configuration, QString(kConfiguration).arg(m_dir.path(), servicesDir()));
+    QFile configuration(m_dir.path() + "/bus.conf");
+    if (!configuration.open(QIODevice::WriteOnly))
+        qFatal("can't write %s", qPrintable(configuration.fileName()));
+    configuration.write(QString(kConfiguration).arg(m_dir.path()).toUtf8());
+    configuration.close();
     const QString log = m_dir.path() + "/bus.log";
     m_daemon.setStandardErrorFile(log);
-    m_daemon.start("dbus-daemon", {"--config-file=" + configuration, "--nofork", "--print-address"});
+    m_daemon.start("dbus-daemon",
+                   {"--config-file=" + configuration.fileName(), "--nofork", "--print-address"});
     m_address = m_daemon.readLineWithin();
     if (m_address.isEmpty())
         qFatal("no private bus: %s %s", qPrintable(m_daemon.errorString()), readFile(log).constData());
     m_environment.set("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
-}
-
-void PrivateBus::addActivatableService(const QString& name, const QString& command) {
-    writeText(servicesDir() + "/" + name + ".service",
-              QString("[D-BUS Service]\nName=%1\nExec=%2\n").arg(name, command));
-    // The daemon watches the directory, but a test can't wait for that: tell it.
-    runProcess("dbus-send", {"--bus=" + m_address, "--print-reply", "--dest=org.freedesktop.DBus",
-                             "/org/freedesktop/DBus", "org.freedesktop.DBus.ReloadConfig"});
-}
-
-void PrivateBus::stop() {
-    m_daemon.stop();
 }
 
 }  // namespace TestSupport

@@ -17,6 +17,13 @@ using TestSupport::LogCapture;
 
 class BottleUtilsTest : public QObject {
     Q_OBJECT
+
+    TestSupport::TestHome home;
+    TestSupport::PrivateBus bus;
+    TestSupport::FakeBottleService fake;
+    const QString root = home.path() + "/b #1";
+    QStringList opened;
+
 public Q_SLOTS:
     void remember(const QUrl& url) { opened.append(url.toString()); }
 
@@ -24,57 +31,32 @@ private Q_SLOTS:
     void initTestCase() {
         QDesktopServices::setUrlHandler("file", this, "remember");
         QVERIFY(fake.start());
-        root = home.path() + "/b #1";
         home.write("b #1/drive_c/Program Files/App/a.exe", "MZ");
         QVERIFY(QDir().mkpath(root + "/dosdevices"));
         QVERIFY(QFile::link("../drive_c", root + "/dosdevices/c:"));
     }
     void init() {
         opened.clear();
-        const QJsonObject windows{
-            {"id", "w"}, {"path", "C:\\program files\\app\\A.EXE"}, {"folder", "C:\\program files\\app"}};
-        const QJsonObject unixFile{
-            {"id", "u"}, {"path", root + "/drive_c/Program Files/App/a.exe"}, {"folder", root}};
-        const QJsonObject missing{{"id", "m"}, {"path", "/nonexistent.exe"}};
-        fake.setBottle("b",
-                       {{"Path", root},
-                        {"Runner", "lumora-wine10-stable"},
-                        {"External_Programs", QJsonObject{{"w", windows}, {"u", unixFile}, {"m", missing}}}});
-        fake.setBottle("homeless", {{"External_Programs", QJsonObject{{"w", windows}}}});
+        const QString record = R"({"Path":"%1","Runner":"lumora-wine10-stable","External_Programs":{
+            "w":{"id":"w","path":"C:\\program files\\app\\A.EXE","folder":"C:\\program files\\app"},
+            "u":{"id":"u","path":"%1/drive_c/Program Files/App/a.exe","folder":"%1"},
+            "m":{"id":"m","path":"/nonexistent.exe"}}})";
+        fake.setText("Bottles.get:b", record.arg(root));
+        fake.setText("Bottles.get:homeless", QString(record).remove("Path"));
         fake.clearCalls();
     }
 
     void readers() {
         QCOMPARE(BottleUtils::bottlePath("b"), root);
-        QCOMPARE(BottleUtils::bottleRunner("b"), QString("lumora-wine10-stable"));
+        QCOMPARE(BottleUtils::bottleRunner("b"), "lumora-wine10-stable");
         QCOMPARE(BottleUtils::bottlePrograms("b").size(), 3);
-    }
-
-    void programPath_data() {
-        QTest::addColumn<QString>("bottle");
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<bool>("found");
-        QTest::newRow("windows path, other case") << "b"
-                                                  << "w" << true;
-        QTest::newRow("unix path") << "b"
-                                   << "u" << true;
-        QTest::newRow("unix path without a file") << "b"
-                                                  << "m" << false;
-        QTest::newRow("unknown program") << "b"
-                                         << "x" << false;
-        QTest::newRow("bottle without a directory") << "homeless"
-                                                    << "w" << false;
-        QTest::newRow("unknown bottle") << "none"
-                                        << "w" << false;
-    }
-    void programPath() {
-        QFETCH(QString, bottle);
-        QFETCH(QString, id);
-        QFETCH(bool, found);
+        const QString program = "/Program Files/App/a.exe";
+        QCOMPARE(BottleUtils::programPath("b", "w"), root + "/dosdevices/c:" + program);
+        QCOMPARE(BottleUtils::programPath("b", "u"), root + "/drive_c" + program);
+        // The file, the program, the bottle's directory and the bottle are missing.
         const LogCapture log;
-        const QString path = BottleUtils::programPath(bottle, id);
-        QCOMPARE(path.isEmpty(), !found);
-        QCOMPARE(QFileInfo(path).isFile(), found);
+        for (const QStringList& row : {QStringList{"b", "m"}, {"b", "x"}, {"homeless", "w"}, {"none", "w"}})
+            QCOMPARE(BottleUtils::programPath(row[0], row[1]), QString());
     }
 
     void opening() {
@@ -93,26 +75,25 @@ private Q_SLOTS:
     }
 
     void deleteEntry_data() {
-        QTest::addColumn<QJsonObject>("after");  // the bottle's record once the program is gone
+        QTest::addColumn<QString>("after");  // the bottle's record once the program is gone
         QTest::addColumn<bool>("flag");
         QTest::addColumn<bool>("deleted");
-        const QJsonObject empty{{"Path", "/nonexistent"}, {"External_Programs", QJsonObject()}};
-        const QJsonObject more{{"External_Programs", QJsonObject{{"o", QJsonObject{{"id", "o"}}}}}};
+        const char empty[] = R"({"Path":"/nonexistent","External_Programs":{}})";
         QTest::newRow("last one, flag") << empty << true << true;
         QTest::newRow("last one, no flag") << empty << false << false;
-        QTest::newRow("others left") << more << true << false;
-        QTest::newRow("no programs key") << QJsonObject{{"Path", "/x"}} << true << false;
-        QTest::newRow("record can't be had") << QJsonObject() << true << false;
+        QTest::newRow("others left") << R"({"External_Programs":{"o":{"id":"o"}}})" << true << false;
+        QTest::newRow("no programs key") << R"({"Path":"/x"})" << true << false;
+        QTest::newRow("record can't be had") << "" << true << false;
     }
     void deleteEntry() {
-        QFETCH(QJsonObject, after);
+        QFETCH(QString, after);
         QFETCH(bool, flag);
         QFETCH(bool, deleted);
         const LogCapture log;
         if (after.isEmpty())
             fake.setError("Bottles.get:d", "gone");
         else
-            fake.setBottle("d", after);
+            fake.setText("Bottles.get:d", after);
         BottleUtils::deleteEntry("d", "w", flag);
         QCOMPARE(fake.calls("removeExternalProgram").value(0).arguments, (QJsonArray{"d", "w"}));
         BottleUtils::runCommand("d", "after");  // calls arrive in order, so a delete is there by now or never
@@ -151,15 +132,8 @@ private Q_SLOTS:
         fake.setText("getEmulators", "{\"installed\":{\"box64\":\"x\"},\"using\":\"box64\"}");
         const EmulatorPackage::PackageSource queries{[](const QString&) { return QStringList(); },
                                                      [](const QString&) { return QString("0.3"); }};
-        QCOMPARE(EmulatorPackage::describe("b", queries), QString("lumora-box64 0.3"));
+        QCOMPARE(EmulatorPackage::describe("b", queries), "lumora-box64 0.3");
     }
-
-private:
-    TestSupport::TestHome home;
-    TestSupport::PrivateBus bus;
-    TestSupport::FakeBottleService fake;
-    QString root;
-    QStringList opened;
 };
 
 QTEST_GUILESS_MAIN(BottleUtilsTest)

@@ -31,51 +31,40 @@ private Q_SLOTS:
         proxy = std::make_unique<MortalProxy>();
     }
 
-    void watchContextGoes() {
-        bool called = false;
-        auto context = std::make_unique<QObject>();
-        BusCall::watch(*proxy, "listAllPrograms", {}, context.get(),
-                       [&](const BusResult&) { called = true; });
-        fake->waitForCall("listAllPrograms");
-        context.reset();
-        QCOMPARE(fake->release("listAllPrograms"), 1);
-        waitForALaterAnswer();
-        QVERIFY(!called);
+    void watch_data() {
+        QTest::addColumn<QString>("event");
+        QTest::addColumn<QStringList>("heard");
+        QTest::newRow("answer") << "" << QStringList{"[]"};
+        QTest::newRow("context goes") << "context" << QStringList();
+        QTest::newRow("context goes in the handler") << "handler" << QStringList{"[]"};
+        QTest::newRow("proxy goes") << "proxy" << QStringList{"[]"};
+        QTest::newRow("service goes") << "service" << QStringList{"error"};
     }
-
-    void watchContextGoesInHandler() {
-        auto* context = new QObject;
-        int calls = 0;
-        BusCall::watch(*proxy, "listAllPrograms", {}, context, [&](const BusResult& result) {
-            calls += result.ok ? 1 : 0;
-            delete context;
+    void watch() {
+        QFETCH(QString, event);
+        QFETCH(QStringList, heard);
+        auto context = std::make_unique<QObject>();
+        QStringList results;
+        BusCall::watch(*proxy, "listAllPrograms", {}, context.get(), [&](const BusResult& result) {
+            results << (result.errorMessage.isEmpty() ? result.text : "error");
+            if (event == "handler")
+                context.reset();
         });
         fake->waitForCall("listAllPrograms");
-        fake->release();
-        QTRY_COMPARE(calls, 1);
-        waitForALaterAnswer();
-        QCOMPARE(calls, 1);
-    }
-
-    void watchProxyGoes() {
-        QObject context;
-        QString text;
-        BusCall::watch(*proxy, "listAllPrograms", {}, &context,
-                       [&](const BusResult& result) { text = result.text; });
-        fake->waitForCall("listAllPrograms");
-        proxy.reset();
-        fake->release();
-        QTRY_COMPARE(text, QString("[]"));
-    }
-
-    void watchServiceGoes() {
-        QObject context;
-        QString error;
-        BusCall::watch(*proxy, "listAllPrograms", {}, &context,
-                       [&](const BusResult& result) { error = result.errorMessage; });
-        fake->waitForCall("listAllPrograms");
-        fake->kill();
-        QTRY_VERIFY(!error.isEmpty());
+        if (event == "context")
+            context.reset();
+        else if (event == "proxy")
+            proxy.reset();
+        if (event == "service") {
+            fake->kill();
+        } else {
+            QCOMPARE(fake->release(), 1);
+            bool isLaterAnswered = false;
+            MortalProxy later;
+            BusCall::watch(later, "list", {}, this, [&](const BusResult&) { isLaterAnswered = true; });
+            QTRY_VERIFY(isLaterAnswered);
+        }
+        QTRY_COMPARE(results, heard);
     }
 
     void loop_data() {
@@ -149,14 +138,6 @@ private Q_SLOTS:
     }
 
 private:
-    void waitForALaterAnswer() {
-        QObject context;
-        bool answered = false;
-        MortalProxy later;
-        BusCall::watch(later, "list", {}, &context, [&](const BusResult&) { answered = true; });
-        QTRY_VERIFY(answered);
-    }
-
     TestSupport::PrivateBus bus;
     std::unique_ptr<FakeBottleService> fake;
     std::unique_ptr<MortalProxy> proxy;

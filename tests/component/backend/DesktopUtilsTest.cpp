@@ -1,78 +1,21 @@
-#include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusError>
-#include <QThread>
 #include <QtTest>
 
 #include "backend/DesktopUtils.h"
+#include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
 
 using TestSupport::LogCapture;
 
-/// The desktop's own services, recording. They live in a thread with a bus connection of its own, since the
-/// calls block.
-class NotificationService : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-public:
-    QVariantList received;
-    bool refuse = false;
-public Q_SLOTS:
-    uint Notify(const QString& application, uint replaces, const QString& icon, const QString& title,
-                const QString& body, const QStringList& actions, const QVariantMap& hints, int expiry) {
-        received = {application, replaces, icon, title, body, actions, hints, expiry};
-        if (refuse)
-            sendErrorReply(QDBusError::LimitsExceeded, "too many");
-        return 1;
-    }
-};
-
-class FileManager : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
-public:
-    QVariantList received;
-    bool refuse = false;
-public Q_SLOTS:
-    void ShowItems(const QStringList& items, const QString& startupId) {
-        received = {items, startupId};
-        if (refuse)
-            sendErrorReply(QDBusError::Failed, "no display");
-    }
-};
-
-class AppStore : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "com.home.appstore.client")
-public:
-    QStringList received;
-public Q_SLOTS:
-    void openBusinessUri(const QString& uri) {
-        received.append(uri);
-        Q_EMIT opened();
-    }
-Q_SIGNALS:
-    void opened();
-};
-
 class DesktopUtilsTest : public QObject {
     Q_OBJECT
+
+    TestSupport::PrivateBus bus;
+    TestSupport::FakeBottleService desktop;
+
 private Q_SLOTS:
-    void initTestCase() {
-        desktop = std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(bus.address(), "desktop"));
-        QVERIFY(desktop->isConnected());
-        for (QObject* service : {static_cast<QObject*>(&notifications), static_cast<QObject*>(&files),
-                                 static_cast<QObject*>(&store)})
-            service->moveToThread(&thread);
-        thread.start();
-    }
-    void cleanupTestCase() {
-        thread.quit();
-        QVERIFY(thread.wait(5000));
-        desktop.reset();
-        QDBusConnection::disconnectFromBus("desktop");
-    }
+    void initTestCase() { QVERIFY(desktop.start(true)); }
+    void init() { desktop.clearCalls(); }
 
     void withoutADesktop() {
         const LogCapture log;
@@ -85,57 +28,48 @@ private Q_SLOTS:
 
     void notify() {
         const LogCapture log;
-        provide("org.freedesktop.Notifications", "/org/freedesktop/Notifications", &notifications);
+        QVERIFY(desktop.takeName("org.freedesktop.Notifications"));
+        desktop.setAnswers("Notify", {{{"number", 1}}, {{"number", 2}}, {{"error", "too many"}}});
         DesktopUtils::notify("Title", "Body");
-        QCOMPARE(notifications.received, (QVariantList{"cellarix", 0U, "cellarix", "Title", "Body",
-                                                       QStringList(), QVariantMap(), 3000}));
-        DesktopUtils::notify("Title", "Body", {"_open", "View"},
-                             {{"x-lumora-action-_open", "cellarix,--fixup"}});
-        QCOMPARE(notifications.received.at(5).toStringList(), (QStringList{"_open", "View"}));
-        QCOMPARE(notifications.received.at(6).toMap().value("x-lumora-action-_open").toString(),
-                 QString("cellarix,--fixup"));
+        const QJsonArray actions{"_open", "View"};
+        const QJsonObject hints{{"x-lumora-action-_open", "cellarix,--fixup"}};
+        DesktopUtils::notify("Title", "Body", {"_open", "View"}, hints.toVariantMap());
+        const auto calls = desktop.calls("Notify");
+        QCOMPARE(calls.size(), 2);
+        QCOMPARE(calls[0].path + ' ' + calls[0].interface,
+                 "/org/freedesktop/Notifications org.freedesktop.Notifications");
+        QCOMPARE(calls[0].signature, "susssasa{sv}i");
+        QCOMPARE(calls[0].arguments,
+                 (QJsonArray{"cellarix", 0, "cellarix", "Title", "Body", QJsonArray(), QJsonObject(), 3000}));
+        QCOMPARE(calls[1].arguments,
+                 (QJsonArray{"cellarix", 0, "cellarix", "Title", "Body", actions, hints, 3000}));
         QVERIFY(log.lines().isEmpty());
-        notifications.refuse = true;
         DesktopUtils::notify("Title", "Body");
         QVERIFY(log.contains(QtWarningMsg, "Failed to send notification: too many"));
     }
 
     void showInFileManager() {
         const LogCapture log;
-        provide("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", &files);
+        QVERIFY(desktop.takeName("org.freedesktop.FileManager1"));
+        desktop.setAnswers("ShowItems", {{{"empty", true}}, {{"error", "no display"}}});
         DesktopUtils::showInFileManager("/tmp/a b");
-        QCOMPARE(files.received, (QVariantList{QStringList{"/tmp/a b"}, ""}));
+        QCOMPARE(desktop.calls("ShowItems").value(0).arguments, (QJsonArray{QJsonArray{"/tmp/a b"}, ""}));
         QVERIFY(log.lines().isEmpty());
-        files.refuse = true;
         DesktopUtils::showInFileManager("/tmp/x");
         QVERIFY2(log.contains("MSG: no display"), qPrintable(log.text()));
     }
 
     void openInAppStore() {
         const LogCapture log;
-        provide("com.home.appstore.client", "/com/home/appstore/client", &store);
-        QSignalSpy opened(&store, &AppStore::opened);
+        QVERIFY(desktop.takeName("com.home.appstore.client"));
         DesktopUtils::openInAppStore("ge-proton9");
-        QTRY_COMPARE(opened.count(), 1);
+        QCOMPARE(desktop.waitForCall("openBusinessUri").arguments,
+                 QJsonArray{"app_detail_info/lumora-ge-proton9"});
         DesktopUtils::openInAppStore("lumora-box64");
-        QTRY_COMPARE(opened.count(), 2);
-        QCOMPARE(store.received,
-                 (QStringList{"app_detail_info/lumora-ge-proton9", "app_detail_info/lumora-box64"}));
+        QCOMPARE(desktop.waitForCall("openBusinessUri", 2).arguments,
+                 QJsonArray{"app_detail_info/lumora-box64"});
         QVERIFY(log.lines().isEmpty());
     }
-
-private:
-    void provide(const QString& name, const QString& path, QObject* object) {
-        QVERIFY(desktop->registerObject(path, object, QDBusConnection::ExportAllSlots));
-        QVERIFY(desktop->registerService(name));
-    }
-
-    TestSupport::PrivateBus bus;
-    std::unique_ptr<QDBusConnection> desktop;
-    NotificationService notifications;
-    FileManager files;
-    AppStore store;
-    QThread thread;
 };
 
 QTEST_GUILESS_MAIN(DesktopUtilsTest)

@@ -3,67 +3,46 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QDBusArgument>
 #include <QJsonDocument>
 #include <QTimer>
 
 namespace {
 
-const QString kName = "com.lumora.LumoraWineLauncher";
 const QString kBottles = "com.lumora.Manager.Bottles";
 
 QJsonArray toJson(const QVariantList& arguments) {
     QJsonArray result;
     for (const QVariant& argument : arguments)
-        result.append(QJsonValue::fromVariant(argument));
+        result.append(argument.canConvert<QDBusArgument>()
+                          ? QJsonObject::fromVariantMap(qdbus_cast<QVariantMap>(argument))
+                          : QJsonValue::fromVariant(argument));
     return result;
 }
 
 QVariant typed(QChar type, const QJsonValue& value) {
-    switch (type.toLatin1()) {
-        case 's':
-            return value.toString();
-        case 'b':
-            return value.toBool();
-        case 'i':
-            return value.toInt();
-        case 'u':
-            return uint(value.toDouble());
-        case 'x':
-            return qlonglong(value.toDouble());
-        default:
-            return {};
-    }
+    return type == 's'   ? QVariant(value.toString())
+           : type == 'b' ? QVariant(value.toBool())
+           : type == 'i' ? QVariant(value.toInt())
+           : type == 'u' ? QVariant(uint(value.toDouble()))
+                         : QVariant(qlonglong(value.toDouble()));
 }
 
 }  // namespace
 
 FakeService::FakeService(const QDBusConnection& connection) : m_connection(connection) {
-    m_connection.registerVirtualObject("/com/lumora/Manager", this, QDBusConnection::SubPath);
-}
-
-bool FakeService::takeName() {
-    return m_connection.registerService(kName);
-}
-
-bool FakeService::dropName() {
-    return m_connection.unregisterService(kName);
-}
-
-QString FakeService::introspect(const QString&) const {
-    return {};
+    for (const char* path : {"/com/lumora/Manager", "/org/freedesktop", "/com/home"})
+        m_connection.registerVirtualObject(path, this, QDBusConnection::SubPath);
 }
 
 bool FakeService::handleMessage(const QDBusMessage& message, const QDBusConnection&) {
     if (message.interface() == "org.freedesktop.DBus.Introspectable")
         return false;
     record(message);
-    if (message.interface() == kBottles &&
-        Scenario::bottleSignature(message.member()) != message.signature()) {
+    const QString signature = Scenario::bottleSignature(message.member());
+    if (message.interface() == kBottles && (signature.isNull() || signature != message.signature())) {
         const QString text = QString("no method %1(%2)").arg(message.member(), message.signature());
         return m_connection.send(message.createErrorReply(QDBusError::UnknownMethod, text));
-    }
-    if (Scenario::bottleSignature(message.member()).isNull() && message.interface() == kBottles) {
-        return m_connection.send(message.createErrorReply(QDBusError::UnknownMethod, message.member()));
     }
     const QString first = message.arguments().value(0).toString();
     answer(message, m_scenario.answerFor(message.interface(), message.member(), first));
@@ -101,6 +80,8 @@ void FakeService::send(const QDBusMessage& message, const QJsonObject& answer) {
         m_connection.send(message.createErrorReply(name, answer.value("error").toString()));
     } else if (answer.contains("number")) {
         m_connection.send(message.createReply(answer.value("number").toInt()));
+    } else if (answer.contains("list")) {
+        m_connection.send(message.createReply(answer.value("list").toVariant().toStringList()));
     } else if (answer.value("empty").toBool()) {
         m_connection.send(message.createReply());
     } else {
@@ -146,8 +127,4 @@ bool FakeServiceControl::EmitSignal(const QString& path, const QString& interfac
                                     const QString& signature, const QString& arguments) {
     return m_service->emitSignal(path, interface, name, signature,
                                  QJsonDocument::fromJson(arguments.toUtf8()).array());
-}
-
-void FakeServiceControl::Exit() {
-    QTimer::singleShot(0, QCoreApplication::instance(), &QCoreApplication::quit);
 }

@@ -8,17 +8,15 @@
 
 #include "support/fakeservice/Scenario.h"
 
-/// Answers every call below /com/lumora/Manager from the scenario and records it. Calls of the bottle
-/// interface with a wrong name or signature are refused, as the real one would.
+/// Answers every call to the bottle service and the desktop's services from the scenario and records it.
+/// Calls of the bottle interface with a wrong name or signature are refused, as the real one would.
 class FakeService : public QDBusVirtualObject {
     Q_OBJECT
 public:
     explicit FakeService(const QDBusConnection& connection);
 
-    bool takeName();
-    bool dropName();
-
-    QString introspect(const QString& path) const override;
+    bool takeName(const QString& name) { return m_connection.registerService(name); }
+    QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;
 
     Scenario& scenario() { return m_scenario; }
@@ -54,15 +52,13 @@ public:
     explicit FakeServiceControl(FakeService* service) : m_service(service) {}
 
 public Q_SLOTS:
-    bool TakeName() { return m_service->takeName(); }
-    bool DropName() { return m_service->dropName(); }
+    bool TakeName(const QString& name) { return m_service->takeName(name); }
     bool SetAnswers(const QString& key, const QString& answers);
     QString Calls() const;
     void ClearCalls() { m_service->clearCalls(); }
     int Release(const QString& method) { return m_service->release(method); }
     bool EmitSignal(const QString& path, const QString& interface, const QString& name,
                     const QString& signature, const QString& arguments);
-    void Exit();
 
 private:
     FakeService* m_service;

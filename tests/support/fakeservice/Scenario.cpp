@@ -3,50 +3,23 @@
 namespace {
 
 const QMap<QString, QString>& bottleTable() {
-    static const QMap<QString, QString> table = {
-        {"list", ""},
-        {"get", "s"},
-        {"createBottles", "ss"},
-        {"delete", "s"},
-        {"getEmulators", "s"},
-        {"setEmulator", "ss"},
-        {"setRunner", "ssb"},
-        {"setDxvk", "ssb"},
-        {"setVkD3D", "ssb"},
-        {"getInstallingComponents", "ss"},
-        {"cancelInstallingComponent", "sss"},
-        {"installDependency", "ss"},
-        {"reinstallDependency", "ss"},
-        {"getInstallingDependency", "s"},
-        {"cancelInstallingDependency", "s"},
-        {"setDPI", "si"},
-        {"setCpuRendering", "sb"},
-        {"setDiscreteGpu", "sb"},
-        {"setMemOptimized", "sb"},
-        {"setNTSync", "sb"},
-        {"setD3dRenderer", "ss"},
-        {"setWindowsVersion", "ss"},
-        {"listDllOverrides", "s"},
-        {"updateDllOverride", "sssb"},
-        {"getExternalProgramsDllList", "s"},
-        {"getExternalProgramsUpdateExes", "s"},
-        {"listFontReplacements", "s"},
-        {"addFontReplacements", "sss"},
-        {"removeFontReplacement", "ss"},
-        {"listAllPrograms", ""},
-        {"listBottlesAllPrograms", "s"},
-        {"updateExternalProgram", "ss"},
-        {"removeExternalProgram", "ss"},
-        {"scanApplicationLinks", "sxb"},
-        {"createDesktopEntry", "ss"},
-        {"killProgram", "ss"},
-        {"killWineServer", "s"},
-        {"run_command", "ss"},
-        {"exportFileAssociations", "sas"},
-        {"dumpManifest", "s"},
-        {"checkPublicBottles", "s"},
-        {"getRunnerVersion", "s"},
-    };
+    static const QMap<QString, QString> table = [] {
+        const QString methods = R"(
+            list: get:s createBottles:ss delete:s getEmulators:s setEmulator:ss setRunner:ssb setDxvk:ssb
+            setVkD3D:ssb getInstallingComponents:ss cancelInstallingComponent:sss installDependency:ss
+            reinstallDependency:ss getInstallingDependency:s cancelInstallingDependency:s setDPI:si
+            setCpuRendering:sb setDiscreteGpu:sb setMemOptimized:sb setNTSync:sb setD3dRenderer:ss
+            setWindowsVersion:ss listDllOverrides:s updateDllOverride:sssb getExternalProgramsDllList:s
+            getExternalProgramsUpdateExes:s listFontReplacements:s addFontReplacements:sss
+            removeFontReplacement:ss listAllPrograms: listBottlesAllPrograms:s updateExternalProgram:ss
+            removeExternalProgram:ss scanApplicationLinks:sxb createDesktopEntry:ss killProgram:ss
+            killWineServer:s run_command:ss exportFileAssociations:sas dumpManifest:s checkPublicBottles:s
+            getRunnerVersion:s)";
+        QMap<QString, QString> result;
+        for (const QString& method : methods.simplified().split(' '))
+            result[method.section(':', 0, 0)] = method.section(':', 1);
+        return result;
+    }();
     return table;
 }
 
@@ -81,15 +54,14 @@ QJsonObject Scenario::ordinaryAnswer(const QString& word, const QString& method)
         return {{"error", "no such bottle"}, {"errorName", "com.lumora.Error.NoSuchBottle"}};
     if (method == "createBottles" || method == "install")
         return {{"text", R"({"ok":true})"}};
-    static const QStringList objects = {"getInstallingComponents", "listDllOverrides", "listFontReplacements",
-                                        "getEmulators"};
-    if (objects.contains(method) || (word == "Components" && method == "list"))
+    static const QString objects =
+        " Components.list Bottles.getInstallingComponents Bottles.listDllOverrides "
+        "Bottles.listFontReplacements "
+        "Bottles.getEmulators ";
+    static const QString arrays =
+        " list listAllPrograms listBottlesAllPrograms scanApplicationLinks getExternalProgramsDllList "
+        "getExternalProgramsUpdateExes ";
+    if (objects.contains(' ' + word + '.' + method + ' '))
         return {{"text", "{}"}};
-    static const QStringList arrays = {"list",
-                                       "listAllPrograms",
-                                       "listBottlesAllPrograms",
-                                       "scanApplicationLinks",
-                                       "getExternalProgramsDllList",
-                                       "getExternalProgramsUpdateExes"};
-    return {{"text", arrays.contains(method) ? "[]" : ""}};
+    return {{"text", arrays.contains(' ' + method + ' ') ? "[]" : ""}};
 }

@@ -11,7 +11,7 @@
 /// the part before the point is the interface's last word, the part behind the colon the call's first
 /// argument. Several answers under one key are used one after the other and the last one stays.
 ///
-/// An answer is an object with one of "text" (string reply), "number" (reply of a wrong type), "empty": true
+/// An answer is an object with one of "text" (string reply), "number", "list" (of strings), "empty": true
 /// (reply without arguments), "error" (message, with "errorName" if wanted), "vanish": true (the process ends
 /// without a reply); and, if wanted, "delay" (ms) or "hold": true (until released).
 class Scenario {
