@@ -24,6 +24,10 @@ QString text(const QJsonObject& object) {
 /// What repairs a bottle, against a service that is a real process.
 class DependencyInstallQueueTest : public QObject {
     Q_OBJECT
+
+    TestSupport::PrivateBus bus;
+    std::unique_ptr<FakeBottleService> fake;
+
 private Q_SLOTS:
     void init() {
         fake = std::make_unique<FakeBottleService>();
@@ -112,28 +116,22 @@ private Q_SLOTS:
         QSignalSpy shown(&emitter, &DependencySetupProgressEmitter::valueChanged);
         emitter.onStep("b", "other", 1, 2);
         QCOMPARE(emitter.percent(), 0);
-        emitter.onStep("b", "x", 3, 4);
-        QCOMPARE(emitter.percent(), 75);
-        QCOMPARE(emitter.percentLimit(), 100);
-        QVERIFY(emitter.isCreeping());
+        const auto step = [&](int done, int all, int creeps) {
+            emitter.onStep("b", "x", done, all);
+            for (int i = 0; i < creeps; ++i)
+                emitter.creep();
+            return emitter.percent();
+        };
+        QCOMPARE(step(3, 4, 0), 75);
+        QVERIFY(emitter.percentLimit() == 100 && emitter.isCreeping());
         QTRY_COMPARE(shown.isEmpty() ? QVariant() : shown.last().first(), QVariant(75));
-        for (int i = 0; i < 30; ++i)
-            emitter.creep();
-        QCOMPARE(emitter.percent(), 100);
+        QCOMPARE(step(3, 4, 30), 100);
         QVERIFY(!emitter.isCreeping());
-        emitter.onStep("b", "x", 1, 3);
-        emitter.creep();
-        QCOMPARE(emitter.percent(), 34);
-        emitter.onStep("b", "x", 4, 4);
-        QCOMPARE(emitter.percent(), 100);
+        QCOMPARE(step(1, 3, 1), 34);
+        QCOMPARE(step(4, 4, 0), 100);
         QVERIFY(!emitter.isCreeping());
-        emitter.onStep("b", "x", 1, 0);
-        QCOMPARE(emitter.percent(), 100);
+        QCOMPARE(step(1, 0, 0), 100);
     }
-
-private:
-    TestSupport::PrivateBus bus;
-    std::unique_ptr<FakeBottleService> fake;
 };
 
 QTEST_GUILESS_MAIN(DependencyInstallQueueTest)

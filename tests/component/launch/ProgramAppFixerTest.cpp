@@ -1,11 +1,6 @@
 #include "launch/ProgramAppFixer.h"
 
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusContext>
-#include <QDBusMessage>
 #include <QJsonDocument>
-#include <QThread>
 #include <QtTest>
 
 #include "support/FakeBottleService.h"
@@ -13,22 +8,6 @@
 #include "support/TestHome.h"
 
 using namespace TestSupport;
-
-/// The desktop's, recording. In a thread with a bus connection of its own, since the call blocks.
-class NotificationService : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-public:
-    QList<QDBusMessage> received;
-    QStringList capabilities;
-public Q_SLOTS:
-    uint Notify(const QString&, uint, const QString&, const QString&, const QString&, const QStringList&,
-                const QVariantMap&, int) {
-        received << message();
-        return 1;
-    }
-    QStringList GetCapabilities() { return capabilities; }
-};
 
 namespace {
 const char Mono[] = "err:mscoree:CLRRuntimeInfo_GetRuntimeHost Wine Mono is not installed\n";
@@ -42,16 +21,9 @@ class ProgramAppFixerTest : public QObject {
 private Q_SLOTS:
     void checks() {
         const TestHome home;
-        const PrivateBus bus;
+        PrivateBus bus;
         FakeBottleService service;
         QVERIFY(service.start());
-        NotificationService desktop;
-        QThread thread;
-        desktop.moveToThread(&thread);
-        thread.start();
-        QDBusConnection connection = QDBusConnection::connectToBus(bus.address(), "desktop");
-        QVERIFY(connection.registerObject("/org/freedesktop/Notifications", &desktop,
-                                          QDBusConnection::ExportAllSlots));
         struct Row {
             QByteArray log;  // none for "-"
             const char* bottle;
@@ -60,7 +32,7 @@ private Q_SLOTS:
             const char* command;     // "" when there is no action; #: the components
             const char* shown = nullptr;
         };
-        const char notes[] = "cellarix,--fixup,notes,u,#";
+        const char notes[] = "cellarix,--fixup,notes,u,#", dashed[] = "cellarix,--fixup,--,-a,u,#";
         const Row rows[] = {
             {Mono, "no service", "Notes", {"mono9"}, nullptr},
             {"-", "notes", "Notes", {}, ""},
@@ -71,12 +43,7 @@ private Q_SLOTS:
             {Database, "notes", "Notes", {"jet40", "mdac28"}, notes},
             {Mono, "a,--update", "Notes", {"mono9"}, ""},
             {Mono, "public/a b%2", "A & B", {"mono9"}, "cellarix,--fixup,public/a b%2,u,#"},
-            {Mono,
-             "-a",
-             "<b>A</b> & %1",
-             {"mono9"},
-             "cellarix,--fixup,--,-a,u,#",
-             "&lt;b&gt;A&lt;/b&gt; &amp; %1"},
+            {Mono, "-a", "<b>A</b> & %1", {"mono9"}, dashed, "&lt;b&gt;A&lt;/b&gt; &amp; %1"},
         };
         for (const Row& row : rows) {
             const QString file = home.write("bottle/logs/wine-program-u.txt", row.log);
@@ -86,9 +53,11 @@ private Q_SLOTS:
             if (row.bottle != QByteArray("none"))
                 service.setBottle(row.bottle,
                                   {{"Path", home.path() + "/bottle"}, {"External_Programs", programs}});
-            desktop.capabilities = row.shown ? QStringList{"body-markup"} : QStringList{"body"};
-            desktop.received.clear();
-            QVERIFY(!row.command || connection.registerService("org.freedesktop.Notifications"));
+            const QJsonArray capabilities{row.shown ? "body-markup" : "body"};
+            service.setAnswers("GetCapabilities", {{{"list", capabilities}}});
+            service.setAnswers("Notify", {{{"number", 1}}});
+            service.clearCalls();
+            QVERIFY(!row.command || service.takeName("org.freedesktop.Notifications"));
 
             ProgramAppFixer fixer(row.bottle, "u", true);
             QSignalSpy fetched(&fixer, &ProgramAppFixer::fixComponentsFetched);
@@ -101,25 +70,20 @@ private Q_SLOTS:
             QCOMPARE(record.bottlesName + record.uuid, isFinding ? QString(row.bottle) + "u" : QString());
             QCOMPARE(record.parsedLogs.isEmpty(), !isFinding);
             QCOMPARE(fetched.value(0), isFinding ? QVariantList({"u", found}) : QVariantList());
-            QCOMPARE(desktop.received.size(), int(isFinding && row.command));
-            if (desktop.received.isEmpty())
+            const auto calls = service.calls("Notify");
+            QCOMPARE(calls.size(), int(isFinding && row.command));
+            if (calls.isEmpty())
                 continue;
-            const QDBusMessage call = desktop.received[0];
-            QCOMPARE(call.signature(), QString("susssasa{sv}i"));
-            QVariantList arguments = call.arguments();
-            arguments[6] = qdbus_cast<QVariantMap>(arguments[6]);
+            QCOMPARE(calls[0].signature, "susssasa{sv}i");
             const QString command = QString(row.command).replace("#", found.join(','));
-            const QStringList actions{"_open", "View"};
-            const QVariantMap hints{{"x-lumora-action-_open", command}};
+            const QJsonArray actions{"_open", "View"};
+            const QJsonObject hints{{"x-lumora-action-_open", command}};
             const QString body = QString("The program %1 is running abnormally, you can try to fix it")
                                      .arg(row.shown ? row.shown : row.program);
-            QCOMPARE(arguments, (QVariantList{"cellarix", 0U, "cellarix", "Cellarix", body,
-                                              *row.command ? actions : QStringList(),
-                                              *row.command ? hints : QVariantMap(), 3000}));
+            QCOMPARE(calls[0].arguments, (QJsonArray{"cellarix", 0, "cellarix", "Cellarix", body,
+                                                     *row.command ? actions : QJsonArray(),
+                                                     *row.command ? hints : QJsonObject(), 3000}));
         }
-        thread.quit();
-        QVERIFY(thread.wait(5000));
-        QDBusConnection::disconnectFromBus("desktop");
     }
 
     void json() {

@@ -46,70 +46,56 @@ private Q_SLOTS:
         launcher.setShowLogs(true);
         launcher.setWait(true);
         launcher.launchExe("/tmp/My Game.exe", {"-a", "--uuid"});
-        QCOMPARE(launcher.arguments(),
-                 (QStringList{Bottle, "--log-path", m_home.path() + "/notes/logs/wine-My Game.exe.txt",
-                              "--cli", "--show-logs", "--wait", "/tmp/My Game.exe", "-a", "--uuid"}));
-        QCOMPARE(variable(launcher, "WINE_WMCLASS"), QString("My Game.exe"));
-        QCOMPARE(variable(launcher, "ATTACH_FILE_DIALOG"), QString("1"));
-        QVERIFY(!launcher.processEnvironment().contains("GIO_LAUNCHED_DESKTOP_FILE"));
-        QVERIFY(!launcher.processEnvironment().contains("GIO_LAUNCHED_DESKTOP_FILE_PID"));
+        const QString log = m_home.path() + "/notes/logs/wine-My Game.exe.txt";
+        QCOMPARE(launcher.arguments(), QStringList({Bottle, "--log-path", log, "--cli", "--show-logs",
+                                                    "--wait", "/tmp/My Game.exe", "-a", "--uuid"}));
+        QCOMPARE(variable(launcher, "WINE_WMCLASS"), "My Game.exe");
+        QCOMPARE(variable(launcher, "ATTACH_FILE_DIALOG"), "1");
+        QVERIFY(launcher.environment().filter("GIO_LAUNCHED_DESKTOP_FILE").isEmpty());
         launcher.waitForFinished();
         launcher.launchExe("/tmp/other.exe", {});
-        QVERIFY2(launcher.logPath().endsWith("wine-My Game.exe.txt"),
-                 "a second launch keeps the first log path");
+        QCOMPARE(launcher.logPath(), log);  // a second launch keeps the first one's
         launcher.waitForFinished();
-    }
-
-    void storedProgram_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("windowClass");
-        QTest::newRow("64 characters") << QString(64, 'n') << QString(64, 'n');
-        QTest::newRow("65 characters") << QString(65, 'n') << QString(64, 'n') + "...";
     }
 
     void storedProgram() {
-        QFETCH(QString, name);
-        QFETCH(QString, windowClass);
-        storeProgram(name);
         const QString desktopFile = m_home.write(QString("Desktop/%1.desktop").arg(Uuid), "[Desktop Entry]");
-        WineLauncher launcher(Bottle, this);
-        launcher.launchProgram(Uuid);
-        QCOMPARE(launcher.arguments(),
-                 (QStringList{Bottle, "--log-path",
-                              m_home.path() + "/notes/logs/wine-program-" + Uuid + ".txt", "--uuid", Uuid}));
-        QCOMPARE(variable(launcher, "WINE_WMCLASS"), windowClass);
-        QCOMPARE(variable(launcher, "GIO_LAUNCHED_DESKTOP_FILE"), desktopFile);
-        launcher.waitForFinished();
+        const QString log = m_home.path() + "/notes/logs/wine-program-" + Uuid + ".txt";
+        const QString longest(64, 'n');
+        for (const QString& name : {longest, longest + 'n'}) {
+            storeProgram(name);
+            WineLauncher launcher(Bottle, this);
+            launcher.launchProgram(Uuid);
+            QCOMPARE(launcher.arguments(), QStringList({Bottle, "--log-path", log, "--uuid", Uuid}));
+            QCOMPARE(variable(launcher, "WINE_WMCLASS"), name == longest ? longest : longest + "...");
+            QCOMPARE(variable(launcher, "GIO_LAUNCHED_DESKTOP_FILE"), desktopFile);
+            launcher.waitForFinished();
+        }
     }
 
     void commandHasNoOptions() {
         WineLauncher launcher(Bottle, this);
         launcher.setWait(true);
         launcher.launchCommand("regedit.exe \"Z:\\a b.reg\"");
-        QCOMPARE(launcher.arguments(), (QStringList{Bottle, "regedit.exe \"Z:\\a b.reg\""}));
+        QCOMPARE(launcher.arguments(), QStringList({Bottle, "regedit.exe \"Z:\\a b.reg\""}));
         QVERIFY(launcher.logPath().isEmpty());
         launcher.waitForFinished();
+    }
 
+    void oddBottlesAndFiles() {
         LogCapture log;
         WineLauncher bottleless(this);
         bottleless.launchCommand("winecfg.exe");
         QVERIFY(log.contains("No bottle selected"));
         QCOMPARE(bottleless.state(), QProcess::NotRunning);
-    }
-
-    void unknownBottle() {
-        LogCapture log;
-        WineLauncher launcher("gone", this);
+        WineLauncher unknown("gone", this);
         QVERIFY(log.contains("Bottle  gone  not exists"));
-        launcher.launchExe("/tmp/a.exe", {});
-        QCOMPARE(launcher.logPath(), QString("/wine-a.exe.txt"));
-        launcher.waitForFinished();
-    }
-
-    void logNameFitsTheFileSystem() {
+        unknown.launchExe("/tmp/a.exe", {});
+        QCOMPARE(unknown.logPath(), "/wine-a.exe.txt");
+        unknown.waitForFinished();
         WineLauncher launcher(Bottle, this);
         launcher.launchExe("/tmp/" + QString(83, QChar(0x7a0b)) + ".exe", {});
-        QVERIFY(QFileInfo(launcher.logPath()).fileName().toUtf8().size() <= 255);
+        QVERIFY(QFileInfo(launcher.logPath()).fileName().toUtf8().size() <= 255);  // as the file system wants
         launcher.waitForFinished();
     }
 };

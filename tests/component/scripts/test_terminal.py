@@ -26,16 +26,12 @@ while True:
         data = os.read(master, 4096)
     except OSError:
         break
-    if not data:
-        break
     shown.write(data)
     seen += data
-    if b"name?" in seen:
-        os.write(master, "世界\n".encode())
-        seen = b""
-    if b"Press any key" in seen:
-        os.write(master, b"q")
-        seen = b""
+    for text, reply in ((b"name?", "世界\n".encode()), (b"Press any key", b"q")):
+        if text in seen:
+            os.write(master, reply)
+            seen = b""
 shown.write(b"[closed]")
 '''
 
@@ -65,7 +61,7 @@ class Terminal(HomeCase):
         self.assertIn("[世界]\r\nerr\r\n", self.read(log))
 
     def test_signals_and_a_closed_window_end_the_program(self):
-        for number, stop in ((signal.SIGTERM, self.signal_launcher), (signal.SIGHUP, self.close_window)):
+        for number, stop in ((signal.SIGTERM, lambda process: process.terminate()), (signal.SIGHUP, self.close_window)):
             with self.subTest(number):
                 process = self.start("t", "--cli", "x.exe", do="time.sleep(60)")
                 pid = self.wait_for_record()["pid"]
@@ -76,12 +72,9 @@ class Terminal(HomeCase):
                 os.unlink(self.out)
                 os.unlink(self.shown + ".pid")
 
-    def signal_launcher(self, process):
-        process.terminate()
-
     def close_window(self, _process):
-        wait_until(lambda: os.path.exists(self.shown + ".pid") and self.read(self.shown + ".pid"))
-        os.kill(int(self.read(self.shown + ".pid")), signal.SIGKILL)
+        file = self.shown + ".pid"
+        os.kill(int(wait_until(lambda: os.path.exists(file) and self.read(file))), signal.SIGKILL)
 
     def test_without_a_terminal_the_program_runs_all_the_same(self):
         self.env["PATH"] = self.path("path")
