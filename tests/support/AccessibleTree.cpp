@@ -84,28 +84,29 @@ void AccessibleTree::collect(const Node& node, int depth, QVector<Node>* found) 
     }
 }
 
-QStringList AccessibleTree::names() const {
+QVector<AccessibleTree::Node> AccessibleTree::all() const {
     QVector<Node> nodes;
     collect({"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"}, 0, &nodes);
+    return nodes;
+}
+
+QStringList AccessibleTree::names() const {
     QStringList names;
-    for (const Node& node : nodes)
+    for (const Node& node : all())
         names << nameOf(node);
     return names;
 }
 
 bool AccessibleTree::press(const QString& name, int timeoutMs) const {
-    return waitUntil(
-        [&] {
-            QVector<Node> nodes;
-            collect({"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"}, 0, &nodes);
-            for (const Node& node : nodes) {
-                if (nameOf(node) == name && isIn(EnabledState, node) &&
-                    call(node, Action, "DoAction", {0}).value(0).toBool())
-                    return true;
-            }
-            return false;
-        },
-        timeoutMs);
+    const auto isPressed = [&] {
+        for (const Node& node : all()) {
+            if (nameOf(node) == name && isIn(EnabledState, node) &&
+                call(node, Action, "DoAction", {0}).value(0).toBool())
+                return true;
+        }
+        return false;
+    };
+    return waitUntil(isPressed, timeoutMs);
 }
 
 }  // namespace TestSupport

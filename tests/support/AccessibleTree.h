@@ -13,8 +13,6 @@ public:
     AccessibleTree();
     ~AccessibleTree();
 
-    /// False where the session has no accessibility bus.
-    bool isReachable() const { return m_bus.isConnected(); }
     /// The names of all objects that show, depth first.
     QStringList names() const;
     /// Presses the showing, enabled button of that name, waiting for it. False when it does not come.
@@ -28,6 +26,7 @@ private:
     QVector<Node> children(const Node& parent) const;
     QVariantList call(const Node& node, const QString& interface, const QString& method,
                       const QVariantList& arguments = {}) const;
+    QVector<Node> all() const;
     void collect(const Node& node, int depth, QVector<Node>* found) const;
     QString nameOf(const Node& node) const;
     bool isIn(uint states, const Node& node) const;

@@ -6,12 +6,10 @@
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QJsonObject>
 #include <QTimer>
 #include <cstdio>
 #include <memory>
 
-#include "backend/BottleUtils.h"
 #include "launch/BottleTasks.h"
 #include "launch/ExeFileExecutor.h"
 
@@ -95,41 +93,22 @@ int main(int argc, char** argv) {
     options.setApplicationDescription(
         "Exit status: 0 success, 1 failure, 2 a repair was offered and not taken");
     options.addHelpOption();
-    options.addPositionalArgument("FILE", "or BOTTLE UUID [COMPONENT...]");
+    options.addPositionalArgument("FILE", "The Windows program.");
     options.addOption({"auto-fix", "Takes every repair that is offered."});
     options.addOption({"staging", "Takes the offer of another Wine, but no other."});
-    options.addOption({"program", "Launches a stored program: BOTTLE UUID."});
-    options.addOption({"fixup", "Repairs a stored program: BOTTLE UUID COMPONENT..."});
     options.addOption({"stop-after", "Stops the launch.", "ms"});
     options.process(application);
 
-    const QStringList words = options.positionalArguments();
-    const bool isStored = options.isSet("program") || options.isSet("fixup");
-    if (words.size() < (isStored ? 2 : 1))
-        options.showHelp(Usage);
+    const QFileInfo file(options.positionalArguments().value(0));
     Probe probe(clock, options.isSet("auto-fix"), options.isSet("staging"));
-    if (!isStored && !QFileInfo(words[0]).isReadable()) {
-        probe.print("not readable: " + words[0]);
+    if (!file.isReadable()) {
+        probe.print("not readable: " + file.filePath());
         return Usage;
     }
-
-    ExeFileExecutor* executor = probe.create(isStored ? QString() : QFileInfo(words[0]).absoluteFilePath());
-    if (isStored) {
-        executor->setFirstRun(0);
-        executor->setAppName(BottleUtils::bottlePrograms(words[0])[words[1]].toObject()["name"].toString());
-    }
+    ExeFileExecutor* executor = probe.create(file.absoluteFilePath());
     if (options.isSet("stop-after"))
         QTimer::singleShot(options.value("stop-after").toInt(), &probe, [&probe] { probe.stop(); });
-    QTimer::singleShot(0, executor, [&] {
-        if (options.isSet("program")) {
-            executor->launchProgram(words[0], words[1]);
-        } else if (options.isSet("fixup")) {
-            executor->prepareFix(words[0], words[1], words.mid(2));
-            executor->applyFix();
-        } else {
-            executor->start();
-        }
-    });
+    QTimer::singleShot(0, executor, &ExeFileExecutor::start);
     const int code = application.exec();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return code;

@@ -3,8 +3,6 @@
 #include <QMutexLocker>
 #include <atomic>
 
-#include "support/ChildProcess.h"
-
 namespace TestSupport {
 
 namespace {
@@ -42,20 +40,11 @@ bool LogCapture::contains(QtMsgType type, const QString& text) const {
     return false;
 }
 
-bool LogCapture::waitFor(const QString& text, int timeoutMs) const {
-    return waitUntil([this, text] { return contains(text); }, timeoutMs);
-}
-
 QString LogCapture::text() const {
     QString all;
     for (const Line& line : lines())
         all += line.text + "\n";
     return all;
-}
-
-void LogCapture::clear() {
-    const QMutexLocker lock(&m_mutex);
-    m_lines.clear();
 }
 
 void LogCapture::handle(QtMsgType type, const QMessageLogContext& context, const QString& message) {
@@ -64,7 +53,7 @@ void LogCapture::handle(QtMsgType type, const QMessageLogContext& context, const
         return;
     {
         const QMutexLocker lock(&current->m_mutex);
-        current->m_lines.append({type, QString::fromLatin1(context.category), message});
+        current->m_lines.append({type, message});
     }
     // A fatal message must still end the program, and failed checks must still be printed.
     if (type == QtFatalMsg && current->m_previous)

@@ -12,7 +12,6 @@ class LogCapture {
 public:
     struct Line {
         QtMsgType type;
-        QString category;
         QString text;
     };
 
@@ -26,11 +25,8 @@ public:
     int count(const QString& text) const;
     bool contains(const QString& text) const { return count(text) > 0; }
     bool contains(QtMsgType type, const QString& text) const;
-    /// Turns the event loop until a line contains the text.
-    bool waitFor(const QString& text, int timeoutMs = 10000) const;
     /// All lines joined, to show when a test fails.
     QString text() const;
-    void clear();
 
 private:
     static void handle(QtMsgType type, const QMessageLogContext& context, const QString& message);

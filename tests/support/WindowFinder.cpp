@@ -67,14 +67,7 @@ public:
         result.id = window;
         const QByteArray title = property(window, "_NET_WM_NAME");
         result.title = QString::fromUtf8(title.isEmpty() ? property(window, "WM_NAME") : title);
-        result.className = QString::fromLatin1(property(window, "WM_CLASS").replace('\0', ' ')).trimmed();
         result.pid = words(window, "_NET_WM_PID").value(0);
-        const Reply<xcb_get_geometry_reply_t> size(
-            xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
-        const Reply<xcb_translate_coordinates_reply_t> place(xcb_translate_coordinates_reply(
-            m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr));
-        if (size && place)
-            result.geometry = QRect(place->dst_x, place->dst_y, size->width, size->height);
         return result;
     }
 
@@ -106,10 +99,6 @@ QVector<WindowInfo> WindowFinder::windows() const {
 
 WindowInfo WindowFinder::byTitle(const QString& text) const {
     return topmost(windows(), [&](const WindowInfo& window) { return window.title.contains(text); });
-}
-
-WindowInfo WindowFinder::byClass(const QString& text) const {
-    return topmost(windows(), [&](const WindowInfo& window) { return window.className.contains(text); });
 }
 
 QVector<WindowInfo> WindowFinder::byPid(qint64 pid) const {

@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QMap>
-#include <QRect>
 #include <QString>
 #include <QVector>
 
@@ -12,9 +11,7 @@ namespace TestSupport {
 struct WindowInfo {
     quint32 id = 0;
     QString title;
-    QString className;
     qint64 pid = 0;
-    QRect geometry;
 };
 
 /// Looks at the windows of an X display the way a desktop does: through the window manager's list, whatever
@@ -28,7 +25,6 @@ public:
     QVector<WindowInfo> windows() const;
     /// The topmost window whose title contains the text; id 0 when there is none.
     WindowInfo byTitle(const QString& text) const;
-    WindowInfo byClass(const QString& text) const;
     QVector<WindowInfo> byPid(qint64 pid) const;
     /// The same, waiting for the window to come.
     WindowInfo waitForTitle(const QString& text, int timeoutMs = 20000) const;
