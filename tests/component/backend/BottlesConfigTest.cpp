@@ -212,11 +212,9 @@ private Q_SLOTS:
         };
         const QJsonObject no{{"ok", false}};
         row("made", {{"text", R"({"ok":true,"path":"/p"})"}}, {{"ok", true}, {"path", "/p"}});
-        row("late", {{"text", R"({"ok":true})"}, {"delay", 200}}, {{"ok", true}});
         row("malformed", {{"text", "{"}}, {});
         row("refused", {{"error", "full"}}, no);
         row("vanishing", {{"vanish", true}}, no);
-        row("vanishing later", {{"vanish", true}, {"delay", 200}}, no);
         row("absent", {}, no);
     }
     void createBottles() {
@@ -299,7 +297,6 @@ private Q_SLOTS:
         row("malformed", {{"text", R"(["a.lnk")"}}, {}, "Failed to parse JSON: ");
         row("not an array", {{"text", "{}"}}, {}, "added lnks: ");
         row("refused", {{"error", "no such bottle"}}, {}, "DBUS call failed: no such bottle");
-        row("vanishing", {{"vanish", true}}, {}, "DBUS call failed: ");
     }
     void scanApplicationLinks() {
         QFETCH(QJsonObject, answer);

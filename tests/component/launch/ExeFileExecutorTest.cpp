@@ -1,22 +1,16 @@
 #include "launch/ExeFileExecutor.h"
 
 #include <QtTest>
-#include <memory>
 
+#include "LaunchFixture.h"
 #include "backend/BottlesConfig.h"
-#include "backend/ComponentManager.h"
 #include "launch/PrivateBottleName.h"
-#include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
-#include "support/PrivateBus.h"
-#include "support/StandInBottle.h"
-#include "support/TestHome.h"
 
 using namespace TestSupport;
 
 namespace {
 
-constexpr int LaunchMs = 30000;
 const char Staging[] = "lumora-wine-staging";
 const char Stable[] = "lumora-wine10-stable";
 
@@ -48,7 +42,6 @@ const QStringList Words{
     "M2 Downloading lumora-wine10-stable: 33%|fallback", "half|fallback",
     "M2 Start initializing envrionment, please wait...", "create",
     "M1 Try to fix application with those components:|M1 - gecko", "prepared",
-    "M1 This application is a console application, launch in terminal", "terminal",
 };
 // clang-format on
 
@@ -56,27 +49,14 @@ const QStringList Words{
 
 /// One launch from the file to its result, with the real launch script and a Wine and a service that do as
 /// they are told.
-class ExeFileExecutorTest : public QObject {
+class ExeFileExecutorTest : public QObject, private LaunchFixture {
     Q_OBJECT
 
-    TestHome m_home;
-    PrivateBus m_bus;
-    std::unique_ptr<FakeBottleService> m_service;
     std::unique_ptr<ExeFileExecutor> m_executor;
     QString m_file;
-    QString m_bottle;
-    StandInBottle m_standIn;
     QStringList m_told;
     int m_repairs = 0;  ///< offers that are taken
     int m_results = 0;
-
-    void makeBottle(const QString& name, const QString& runner = Stable) {
-        m_bottle = name;
-        m_standIn = StandInBottle(m_home.data(), name);
-        m_service->setJson("Bottles.list", QJsonArray{name});
-        m_service->setBottle(name, {{"Path", m_standIn.directory()}, {"Runner", runner}});
-        m_service->setText("scanApplicationLinks", "[]");
-    }
 
     void note(const QString& line) {
         // Ticks, and the log's lines, are told elsewhere.
@@ -149,18 +129,13 @@ class ExeFileExecutorTest : public QObject {
 
 private Q_SLOTS:
     void init() {
-        m_service = std::make_unique<FakeBottleService>();
-        QVERIFY(m_service->start());
+        QVERIFY(startService());
         m_file = m_home.write("files/a.exe", "MZ");
-        QDir(m_home.data() + "/lumora-wine-bottles").removeRecursively();
         ComponentManager::instance()->runnerInstalled = QStringList{Stable};
-        ComponentManager::instance()->runnerSupported.clear();
     }
     void cleanup() {
         m_executor.reset();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        m_standIn.write("close", "");
-        m_service.reset();
+        stopService();
     }
 
     void launches_data() {
@@ -204,8 +179,7 @@ private Q_SLOTS:
         QFETCH(QStringList, logs);
         QFETCH(QString, how);
         const QString name = how.contains("public") ? "public/x" : privateBottleNameOf(m_file);
-        m_service->setText("checkPublicBottles", how.contains("public") ? name : "");
-        makeBottle(name, how.contains("stagingUsed") ? Staging : Stable);
+        makeBottle(name, {{"Runner", how.contains("stagingUsed") ? Staging : Stable}});
         m_standIn.write("program", program.toUtf8());
         for (int i = 0; i < logs.size(); ++i)
             m_standIn.write(QString("log%1").arg(i + 1), logs[i].toUtf8());
@@ -387,20 +361,6 @@ private Q_SLOTS:
         QCOMPARE(end,
                  QString("M0 a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. Install "
                          "the package wine32.|failed 0 0"));
-    }
-
-    /// In a terminal nobody watches for windows, and every exit code will do.
-    void console() {
-        if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x64/console.exe", m_file + "c.exe"))
-            QSKIP("the Windows compiler is not on this machine");
-        m_file += "c.exe";
-        makeBottle(privateBottleNameOf(m_file));
-        m_standIn.write("program", "wait_for close; exit 70");
-        create();
-        m_executor->start();
-        QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
-        QVERIFY2(told().endsWith("terminal|window|parse|ended 70|won"), qPrintable(told()));
-        QVERIFY(!QFile::exists(m_standIn.directory() + "/watches"));
     }
 };
 

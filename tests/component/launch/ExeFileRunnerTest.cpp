@@ -2,24 +2,18 @@
 
 #include <QPushButton>
 #include <QtTest>
-#include <memory>
 
+#include "LaunchFixture.h"
 #include "backend/BottlesConfig.h"
-#include "backend/ComponentManager.h"
 #include "launch/LaunchRecord.h"
 #include "launch/PrivateBottleName.h"
 #include "launch/banner/WineExeLaunchBanner.h"
-#include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
-#include "support/PrivateBus.h"
-#include "support/StandInBottle.h"
-#include "support/TestHome.h"
 
 using namespace TestSupport;
 
 namespace {
 
-constexpr int LaunchMs = 30000;
 const char Uuid[] = "11111111-2222-3333-4444-555555555555";
 const char Gecko[] =
     "err:mshtml:create_document_object Failed to init Gecko, returning CLASS_E_CLASSNOTAVAILABLE\n";
@@ -50,16 +44,11 @@ public:
 
 /// What a launch shows and what becomes of its bottle, with the real launch script and a Wine and a service
 /// that do as they are told.
-class ExeFileRunnerTest : public QObject {
+class ExeFileRunnerTest : public QObject, private LaunchFixture {
     Q_OBJECT
 
-    TestHome m_home;
-    PrivateBus m_bus;
-    std::unique_ptr<FakeBottleService> m_service;
-    StandInBottle m_standIn;
     Windows m_windows;
     QPointer<ExeFileRunner> m_runner;
-    QString m_bottle;
     int m_ends = 0;
 
     WineExeLaunchBanner* banner() const {
@@ -77,17 +66,10 @@ class ExeFileRunnerTest : public QObject {
         }
     }
 
-    void makeBottle(const QString& name, const QStringList& programs) {
-        m_bottle = name;
-        m_standIn = StandInBottle(m_home.data(), name);
-        QJsonObject entries;
-        for (const QString& path : programs)
-            entries[Uuid] = QJsonObject{{"id", Uuid}, {"name", "Stored"}, {"path", path}};
-        m_service->setJson("Bottles.list", QJsonArray{name});
-        m_service->setBottle(name, {{"Path", m_standIn.directory()}, {"External_Programs", entries}});
-        m_service->setText("checkPublicBottles", name.startsWith("public/") ? name : "");
-        m_service->setText("scanApplicationLinks", "[]");
-        m_service->setText("updateExternalProgram", "{}");
+    void makeBottle(const QString& name, bool hasProgram) {
+        const QJsonObject linked{{"id", Uuid}, {"name", "Stored"}, {"path", "C:\\linked.exe"}};
+        const QJsonObject programs = hasProgram ? QJsonObject{{Uuid, linked}} : QJsonObject();
+        LaunchFixture::makeBottle(name, {{"External_Programs", programs}});
     }
 
     QString run(const QString& file) {
@@ -113,19 +95,14 @@ class ExeFileRunnerTest : public QObject {
 
 private Q_SLOTS:
     void init() {
-        m_service = std::make_unique<FakeBottleService>();
-        QVERIFY(m_service->start());
-        ComponentManager::instance()->runnerInstalled.clear();
-        ComponentManager::instance()->runnerSupported.clear();
+        QVERIFY(startService());
         m_windows.asked.clear();
         m_windows.window.reset();
         LaunchWindows::setInstance(&m_windows);
     }
     void cleanup() {
         delete m_runner;
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        m_standIn.write("close", "");
-        m_service.reset();
+        stopService();
     }
 
     void launches_data() {
@@ -166,7 +143,7 @@ private Q_SLOTS:
             QSKIP("the installer was not built");
         const QString path = m_home.write("files/" + file, content);
         makeBottle(bottle.contains("public") ? "public/x" : privateBottleNameOf(path),
-                   bottle.contains("links") ? QStringList{"C:\\linked.exe"} : QStringList());
+                   bottle.contains("links"));
         m_standIn.write("program", program.toUtf8());
         if (user.contains("repair"))
             m_standIn.write("log1", Gecko);
@@ -234,7 +211,7 @@ private Q_SLOTS:
         QFETCH(bool, fixup);
         QFETCH(QString, uuid);
         QFETCH(QString, complaint);
-        makeBottle("b", {"/x/linked.exe"});
+        makeBottle("b", true);
         m_standIn.write("program", "show");
         m_standIn.write("close", "");
         const QString bottle = uuid.isEmpty() ? "none" : "b";
@@ -266,8 +243,6 @@ private Q_SLOTS:
         delete m_runner;
 
         m_windows.window = std::make_unique<ConfigWindow>();
-        m_service->setText("createBottles", "{\"ok\":true}");
-        m_service->setText("updateExternalProgram", "{}");
         m_runner = new ExeFileRunner(path, this);
         QSignalSpy ends(m_runner, &ExeFileRunner::emit_finished);
         QCOMPARE(m_runner->runInBottlesConfigWindow(), 0);
