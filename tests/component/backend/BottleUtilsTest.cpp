@@ -7,7 +7,6 @@
 #include <QtTest>
 
 #include "backend/BottleUtils.h"
-#include "backend/EmulatorPackage.h"
 #include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
@@ -126,13 +125,6 @@ private Q_SLOTS:
         BottleUtils::setStars("b", "W", 3);
         QVERIFY(log.contains(QtWarningMsg, "program W not in bottles: b"));
         QCOMPARE(fake.calls("updateExternalProgram").size(), 2);
-    }
-
-    void describeEmulator() {
-        fake.setText("getEmulators", "{\"installed\":{\"box64\":\"x\"},\"using\":\"box64\"}");
-        const EmulatorPackage::PackageSource queries{[](const QString&) { return QStringList(); },
-                                                     [](const QString&) { return QString("0.3"); }};
-        QCOMPARE(EmulatorPackage::describe("b", queries), "lumora-box64 0.3");
     }
 };
 

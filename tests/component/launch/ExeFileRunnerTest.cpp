@@ -183,56 +183,21 @@ private Q_SLOTS:
         QCOMPARE(m_ends, 1);
     }
 
-    void badFiles() {
-        LogCapture log;
-        const QString empty = m_home.write("files/empty.exe", "");
-        for (const QString& path : {empty, m_home.path(), m_home.path() + "/none.exe"}) {
-            QCOMPARE(run(path), QString());
-            QVERIFY(!banner()->isVisible());
-            delete m_runner;
-        }
-        QCOMPARE(log.count("not a file"), 3);
-        QVERIFY(!banner());
-    }
-
-    void storedPrograms_data() {
-        QTest::addColumn<bool>("fixup");
-        QTest::addColumn<QString>("uuid");
-        QTest::addColumn<QString>("complaint");  // none: it is shown
-        for (const bool fixup : {false, true}) {
-            QTest::newRow(fixup ? "fixup" : "program") << fixup << Uuid << "";
-            QTest::newRow(fixup ? "fixup: unknown" : "unknown") << fixup << "x"
-                                                                << "not found in bottles:";
-            QTest::newRow(fixup ? "fixup: no bottle" : "no bottle") << fixup << ""
-                                                                    << "Invalid bottles name:";
-        }
-    }
-    void storedPrograms() {
-        QFETCH(bool, fixup);
-        QFETCH(QString, uuid);
-        QFETCH(QString, complaint);
+    void unknownPrograms() {
         makeBottle("b", true);
-        m_standIn.write("program", "show");
-        m_standIn.write("close", "");
-        const QString bottle = uuid.isEmpty() ? "none" : "b";
-        LogCapture log;
-        m_runner = new ExeFileRunner(bottle, uuid, this);
-        QSignalSpy ends(m_runner, &ExeFileRunner::emit_finished);
-        const int result = fixup ? m_runner->fixup(bottle, uuid, {"gecko", "mono9"}) : m_runner->runProgram();
-        QCOMPARE(result, complaint.isEmpty() ? 0 : -1);
-        QCOMPARE(ends.size(), complaint.isEmpty() ? 0 : 1);
-        QCOMPARE(banner()->isVisible(), complaint.isEmpty());
-        if (!complaint.isEmpty()) {
-            QVERIFY2(log.contains(complaint), qPrintable(log.text()));
-            return;
-        }
-        QCOMPARE(m_runner->displayName(), QString("Stored"));
-        QCOMPARE(banner()->closeState(),
-                 int(fixup ? WineExeLaunchBanner::Failed : WineExeLaunchBanner::Running));
-        if (fixup) {
-            QVERIFY(m_service->calls("installDependency").isEmpty());
-            click("repair_btn");
-            QCOMPARE(m_service->waitForCall("installDependency").arguments[1].toString(), QString("gecko"));
+        const QStringList components{"gecko"};
+        const QStringList none{"none", Uuid, "Invalid bottles name:"},
+            other{"b", "x", "not found in bottles:"};
+        for (const QStringList& row : {none, other}) {
+            for (const bool isFixup : {false, true}) {
+                LogCapture log;
+                m_runner = new ExeFileRunner(row[0], row[1], this);
+                QSignalSpy ends(m_runner, &ExeFileRunner::emit_finished);
+                QCOMPARE(isFixup ? m_runner->fixup(row[0], row[1], components) : m_runner->runProgram(), -1);
+                QCOMPARE(ends.size(), 1);
+                QVERIFY2(log.contains(row[2]) && !banner()->isVisible(), qPrintable(log.text()));
+                delete m_runner;
+            }
         }
     }
 

@@ -9,6 +9,7 @@ import sys
 import tempfile
 import time
 import unittest
+from pathlib import Path
 
 SOURCE = os.environ.get("CELLARIX_SOURCE") or os.path.abspath(os.path.join(os.path.dirname(__file__), "../../.."))
 BUILD = os.environ.get("CELLARIX_BUILD") or os.path.join(SOURCE, "build", "dev")
@@ -55,8 +56,7 @@ class HomeCase(unittest.TestCase):
     def write(self, name, text, executable=False):
         path = self.path(name)
         os.makedirs(os.path.dirname(path), exist_ok=True)
-        with open(path, "wb") as file:
-            file.write(text if isinstance(text, bytes) else text.encode())
+        Path(path).write_bytes(text if isinstance(text, bytes) else text.encode())
         if executable:
             os.chmod(path, os.stat(path).st_mode | stat.S_IXUSR)
         return path
@@ -91,8 +91,7 @@ class HomeCase(unittest.TestCase):
         return process.returncode, (out or b"").decode(), (err or b"").decode()
 
     def record(self):
-        with open(self.out, encoding="utf-8") as file:
-            return json.load(file)
+        return json.loads(Path(self.out).read_bytes())
 
     def wait_for_record(self):
         wait_until(lambda: os.path.exists(self.out))

@@ -7,6 +7,7 @@ import struct
 import subprocess
 import tempfile
 import unittest
+from pathlib import Path
 
 from support import BUILD, SOURCE
 from windows_files import compound, metadata, program
@@ -103,9 +104,8 @@ class Inspection(unittest.TestCase):
         os.symlink(os.path.join(SOURCE, "src", "platform", "inspect", "rules"), os.path.join(cls.top, "rules"))
 
     def values(self, content):
-        path = os.path.join(self.top, "程序 a.exe")
-        with open(path, "wb") as file:
-            file.write(content)
+        path = Path(self.top, "程序 a.exe")
+        path.write_bytes(content)
         ended = subprocess.run([self.tool, "--json", path], capture_output=True, timeout=60, check=True)
         return json.loads(ended.stdout)["detects"][0]["values"]
 

@@ -5,6 +5,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+from pathlib import Path
 
 from support import LAUNCHER, SCRIPTS, HomeCase, wait_until
 
@@ -64,8 +65,7 @@ class Logs(HomeCase):
         for _ in range(2):
             code, out, err = self.launch("t", "--log-path", self.log, "x.exe", "a b", do=do)
         self.assertEqual((code, out, err), (0, "", ""))
-        with open(self.log, "rb") as file:
-            lines = file.read().split(b"\n")
+        lines = Path(self.log).read_bytes().split(b"\n")
         self.assertEqual(lines, [f'launcher: {self.wine} x.exe "a b"'.encode(), b"out", "错误".encode(), b"\xff", b""])
 
     def test_show_logs_tells_stderr_the_same(self):
@@ -79,15 +79,13 @@ class Logs(HomeCase):
         process.stdout.close()
 
     def test_a_flood_stays_small_on_disk_and_its_end_whole(self):
-        if not self.holes():
-            self.skipTest("the file system of the temporary directory has no holes")
+        self.need_holes()
         process = self.start("t", "--log-path", self.log, "x.exe", do=FLOOD.format(mib=300))
         self.assertLess(self.peak_while(process, self.log), 40 * MIB)
         self.assert_tail_whole(300)
 
     def test_the_bound_outlives_the_launcher(self):
-        if not self.holes():
-            self.skipTest("the file system of the temporary directory has no holes")
+        self.need_holes()
         go = self.path("go")
         do = f"while not os.path.exists({go!r}): time.sleep(0.01)\n" + FLOOD.format(mib=100) + "open('done', 'w')"
         process = self.start("t", "--log-path", self.log, "x.exe", do=do, stdout=None, stderr=None)
@@ -137,18 +135,16 @@ class Logs(HomeCase):
         os.close(log.fd)
 
     def children(self, pid):
-        with open(f"/proc/{pid}/task/{pid}/children", encoding="ascii") as file:
-            return file.read().split()
+        return Path(f"/proc/{pid}/task/{pid}/children").read_text().split()
 
     def settled(self):
         """The pump has taken in the last line."""
-        with open(self.log, "rb") as file:
-            file.seek(-64, os.SEEK_END)
-            return file.read().startswith(b"line %010d " % (70 * MIB // 64 - 1))
+        return Path(self.log).read_bytes()[-64:].startswith(b"line %010d " % (70 * MIB // 64 - 1))
 
-    def holes(self):
+    def need_holes(self):
         with open(self.write("probe", "x"), "r+b") as file:
-            return logfile.can_punch(file.fileno())
+            if not logfile.can_punch(file.fileno()):
+                self.skipTest("the file system of the temporary directory has no holes")
 
 
 class Keeper(unittest.TestCase):
@@ -159,14 +155,11 @@ class Keeper(unittest.TestCase):
             keeper = logkeeper.Keeper(os.open(file.name, os.O_RDONLY), os.getpid(), True)
             self.assertTrue(keeper.has_writers())
             data = b"".join(b"%015d\n" % n for n in range(16 * MIB // 16))
-            with open(file.name, "wb") as log:
-                log.write(data)
+            Path(file.name).write_bytes(data)
             keeper.thin(len(data))
             self.assertEqual(keeper.punched, 6 * MIB)
             keeper.shorten()
-            with open(file.name, "rb") as log:
-                left = log.read()
-            self.assertEqual(left.lstrip(b"\0"), data[6 * MIB:])
+            self.assertEqual(Path(file.name).read_bytes().lstrip(b"\0"), data[6 * MIB:])
             keeper.thin(5)
             self.assertEqual(keeper.punched, 0)
             file.close()

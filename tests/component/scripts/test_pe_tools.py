@@ -7,6 +7,7 @@ import shutil
 import struct
 import subprocess
 import unittest
+from pathlib import Path
 
 from support import BUILD, SCRIPTS, SOURCE, HomeCase
 
@@ -15,6 +16,7 @@ ICON = os.path.join(SCRIPTS, "icon_extractor.py")
 SCANNER = os.path.join(SCRIPTS, "exe_scanner.py")
 SAMPLES = [path for kind in ("x64", "x86")
            if os.path.exists(path := os.path.join(BUILD, "tests", "programs", kind, "window.exe"))]
+needs_samples = unittest.skipUnless(SAMPLES, "no Windows compiler built the samples")
 
 
 class Tools(HomeCase):
@@ -28,16 +30,12 @@ class Tools(HomeCase):
         return code, json.loads(out)
 
     def icon(self, path, *options):
-        self.run_tool(ICON, *options, path, "安装 程序.exe", self.path("icons"))
-        target = self.path("icons/安装 程序.exe")
-        if not os.path.exists(target):
-            return b""
-        with open(target, "rb") as file:
-            data = file.read()
-        os.unlink(target)
-        return data
+        target = Path(self.path("icons/安装 程序.exe"))
+        target.unlink(missing_ok=True)
+        self.run_tool(ICON, *options, path, target.name, target.parent)
+        return target.read_bytes() if target.exists() else b""
 
-    @unittest.skipUnless(SAMPLES, "no Windows compiler built the samples")
+    @needs_samples
     def test_samples_tell_their_version_and_icon(self):
         for sample in SAMPLES:
             code, info = self.version(sample)
@@ -57,15 +55,12 @@ class Tools(HomeCase):
         subprocess.run(["msibuild", package, "-i", table], check=True, capture_output=True, cwd=self.top)
         self.assertEqual(self.version(package),
                          (0, {"ProductName": "A B", "ProductVersion": "1.2.3", "CompanyName": "Maker"}))
-        with open(package, "r+b") as file:
-            file.truncate(600)
+        os.truncate(package, 600)
         self.assertEqual(self.version(package), (0, {}))
 
-    @unittest.skipUnless(SAMPLES, "no Windows compiler built the samples")
+    @needs_samples
     def test_damaged_files_give_an_answer(self):
-        whole = open(SAMPLES[0], "rb")
-        with whole:
-            data = whole.read()
+        data = Path(SAMPLES[0]).read_bytes()
         resources = data.rindex(b".rsrc")
         dice = random.Random(7)
         for round_ in range(25):
@@ -89,10 +84,9 @@ class Tools(HomeCase):
                 self.assertEqual(self.icon(path), b"")
         self.assertEqual(self.run_tool(VERSION), (64, "{}\n"))
 
-    @unittest.skipUnless(SAMPLES, "no Windows compiler built the samples")
+    @needs_samples
     def test_a_large_file_is_not_read_whole(self):
-        with open(SAMPLES[0], "rb") as file:
-            large = self.write("large.exe", file.read())
+        large = self.write("large.exe", Path(SAMPLES[0]).read_bytes())
         os.truncate(large, 3 << 30)
         ended = subprocess.Popen([VERSION, large], stdout=subprocess.PIPE, env=self.env)
         out = ended.stdout.read()
@@ -102,7 +96,7 @@ class Tools(HomeCase):
         self.assertEqual(json.loads(out)["ProductName"], "Cellarix Sample")
         self.assertLess(usage.ru_maxrss, 200 << 10)
 
-    @unittest.skipUnless(SAMPLES, "no Windows compiler built the samples")
+    @needs_samples
     def test_an_icon_never_leaves_its_directory(self):
         victim = self.write("victim", "keep")
         os.mkdir(self.path("icons"))
@@ -113,10 +107,9 @@ class Tools(HomeCase):
             self.assertEqual(self.run_tool(ICON, SAMPLES[0], name, self.path("icons"))[0], 1)
         self.assertEqual(os.listdir(self.path("icons")), ["a.exe"])
 
-    @unittest.skipUnless(SAMPLES, "no Windows compiler built the samples")
+    @needs_samples
     def test_the_scanner_lists_what_lies_below(self):
-        with open(SAMPLES[0], "rb") as file:
-            data = file.read()
+        data = Path(SAMPLES[0]).read_bytes()
         self.write("dir/b/setup.exe", data)
         self.write("dir/a 程序/setup.EXE", data)
         self.write("dir/bad.exe", "MZ")

@@ -1,5 +1,6 @@
 """The launcher with the machine's Wine, one prefix for all cases, on an X server of its own."""
 
+import contextlib
 import glob
 import os
 import shutil
@@ -8,6 +9,7 @@ import subprocess
 import tempfile
 import time
 import unittest
+from pathlib import Path
 
 from support import BUILD, UUID, HomeCase, wait_until
 
@@ -108,12 +110,9 @@ class RealWine(HomeCase):
 
     def runs(self, name):
         for path in glob.glob("/proc/[0-9]*/cmdline"):
-            try:
-                with open(path, "rb") as file:
-                    if file.read().split(b"\0")[0].endswith(name):
-                        return True
-            except OSError:
-                pass
+            with contextlib.suppress(OSError):
+                if Path(path).read_bytes().split(b"\0")[0].endswith(name):
+                    return True
         return False
 
     def find_window(self, title):
