@@ -113,7 +113,7 @@ Cellarix 会为它准备环境、启动并记住它。</translation>
     </message>
     <message>
         <source>Open Application Icon</source>
-        <translation>打开应用图标</translation>
+        <translation>选择应用图标</translation>
     </message>
     <message>
         <source>Icons Files</source>
