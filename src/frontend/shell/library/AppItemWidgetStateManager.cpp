@@ -126,16 +126,16 @@ void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
 void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref,
                                                 const QString& sentence) {
     launcher->deleteLater();
-    const bool current = m_running.value(ref.uuid).launcher == launcher;
-    if (current) {
-        if (!sentence.isEmpty())
-            endTiming(ref.uuid, true);
-        setIdle(ref.uuid, sentence.isEmpty());
-    }
-    if (!sentence.isEmpty()) {
+    if (!sentence.isEmpty())
         qWarning().noquote() << sentence;
+    // Nobody waits for one that has been given up.
+    if (m_running.value(ref.uuid).launcher != launcher)
+        return;
+    if (!sentence.isEmpty())
+        endTiming(ref.uuid, true);
+    setIdle(ref.uuid, sentence.isEmpty());
+    if (!sentence.isEmpty())
         Q_EMIT failed(ref.uuid, sentence);
-    }
 }
 
 void AppItemWidgetStateManager::onProgramExited(const QString& uuid) {
