@@ -29,8 +29,8 @@ QThreadPool* ServiceThreads::inOrder() {
 }
 
 void ServiceThreads::settle() {
-    const QDeadlineTimer end(LongestEndMs);
-    if (!pool()->waitForDone(LongestEndMs) || !inOrder()->waitForDone(int(end.remainingTime())))
+    static const QDeadlineTimer end(LongestEndMs);
+    if (!pool()->waitForDone(int(end.remainingTime())) || !inOrder()->waitForDone(int(end.remainingTime())))
         qWarning() << "the bottle service does not answer";
 }
 

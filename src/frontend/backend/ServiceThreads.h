@@ -10,7 +10,7 @@ QThreadPool* pool();
 /// One thread, for what depends on the order.
 QThreadPool* inOrder();
 
-/// Lets what is under way come to its end, for some seconds at most.
+/// At the end of the process: lets what is under way come to its own, for some seconds in all.
 void settle();
 /// When false, the process must not be torn down to the end: the bus can't go around a call that still waits.
 bool isQuiet();

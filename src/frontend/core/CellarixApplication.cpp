@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include "backend/BottlesConfig.h"
+#include "backend/DesktopUtils.h"
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
 #include "core/BackendVersion.h"
@@ -44,6 +45,11 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
     connect(config, &BottlesConfig::program_added, this, &CellarixApplication::onProgramAdded);
     connect(config, &BottlesConfig::program_updated, this, &CellarixApplication::onProgramUpdated);
     connect(config, &BottlesConfig::bottles_deleted, this, &CellarixApplication::onBottleDeleted);
+    connect(AppItemWidgetStateManager::instance(), &AppItemWidgetStateManager::failed, this,
+            [this](const QString&, const QString& sentence) {
+                if (!m_mainWindow || !m_mainWindow->isVisible())
+                    DesktopUtils::notify(productName(), DesktopUtils::notificationText(sentence));
+            });
     connect(PendingWork::instance(), &PendingWork::done, this, &CellarixApplication::leaveUnlessNeeded,
             Qt::QueuedConnection);
 }
@@ -294,5 +300,12 @@ void CellarixApplication::checkBackendVersion() {
 }
 
 void CellarixApplication::handleQuitAction() {
-    Fenk::Application::handleQuitAction();
+    if (!PendingWork::instance()->isPending()) {
+        Fenk::Application::handleQuitAction();
+        return;
+    }
+    qInfo() << "quit as soon as the bottle service has done what was asked for";
+    if (m_mainWindow)
+        m_mainWindow->hide();
+    connect(PendingWork::instance(), &PendingWork::done, this, &QCoreApplication::quit, Qt::QueuedConnection);
 }

@@ -24,7 +24,10 @@ CellarixService::CellarixService(CellarixApplication* application)
 }
 
 CellarixService::~CellarixService() {
-    QDBusConnection::sessionBus().unregisterObject(ObjectPath);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.unregisterObject(ObjectPath);
+    // The end may take its time, and the next process wants the name.
+    bus.unregisterService(ServiceName);
 }
 
 QString CellarixService::clientVersion() const {

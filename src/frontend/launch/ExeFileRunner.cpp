@@ -57,7 +57,6 @@ ExeFileRunner::ExeFileRunner(const QString& bottle, const QString& programUuid, 
 }
 
 ExeFileRunner::~ExeFileRunner() {
-    m_added.waitForFinished();
     delete m_executor;
     delete m_banner;
     delete m_logsWidget;

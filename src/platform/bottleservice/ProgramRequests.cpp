@@ -197,9 +197,12 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
                           ProgramIcon::extract(script, path, record["id"].toString(), files, cancelled));
             found.append(record);
         }
-        if (settings && !cancelled)
-            BottleScan::clearUsersDesktop(path, QDateTime::fromSecsSinceEpoch(since));
-        return [this, bottle, found = found.mid(known)] { return enter(bottle, found); };
+        return [this, bottle, path, since, found = found.mid(known)] {
+            const Answer answer = enter(bottle, found);
+            if (answer.isGood())
+                BottleScan::clearUsersDesktop(path, QDateTime::fromSecsSinceEpoch(since));
+            return answer;
+        };
     };
     m_engine->enqueue(bottle, std::make_unique<WorkerJob>(work, reply));
 }

@@ -2,9 +2,9 @@
 
 #include <QDebug>
 #include <QFile>
-#include <QFileInfo>
 #include <QtConcurrent>
 
+#include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceThreads.h"
@@ -19,8 +19,10 @@ AppItemWidgetStateManager::AppItemWidgetStateManager() {
     connect(service, &BottlesConfig::program_exited, this, &AppItemWidgetStateManager::onProgramExited);
     connect(service, &BottlesConfig::program_deleted, this, &AppItemWidgetStateManager::onProgramUuidDeleted);
     connect(service, &BottlesConfig::bottles_deleted, this, [this](const QString& bottle) {
-        for (const QString& uuid : m_running.keys())
-            onProgramUuidDeleted(bottle, uuid);
+        for (const QString& uuid : m_running.keys()) {
+            if (m_running.value(uuid).bottle == bottle)
+                onProgramUuidDeleted(bottle, uuid);
+        }
     });
     connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
             [this](const QString& uuid) {
@@ -83,11 +85,8 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     m_running.insert(ref.uuid, {ref.bottle, launcher, PendingWork::instance()->hold()});
     const QString name = program.name;
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            [this, launcher, ref, name](int exitCode) {
-                QString sentence = LauncherExit::failure(launcher->logPath(), name);
-                if (sentence.isEmpty() && exitCode != 0 && !QFileInfo::exists(launcher->logPath()))
-                    sentence = tr("%1 could not be started: its container cannot be found.").arg(name);
-                onLauncherEnded(launcher, ref, sentence);
+            [this, launcher, ref, name] {
+                onLauncherEnded(launcher, ref, LauncherExit::failure(launcher->logPath(), name));
             });
     connect(launcher, &QProcess::errorOccurred, this,
             [this, launcher, ref, name](QProcess::ProcessError error) {
@@ -99,11 +98,17 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     launcher->setCli(inTerminal);
     // The window goes on while the service thinks.
     BottlesConfig::instance()->watchBottle(
-        ref.bottle, launcher, [this, launcher, ref](const BusResult& bottle) {
+        ref.bottle, launcher, [this, launcher, ref, name](const BusResult& bottle) {
             const auto run = m_running.find(ref.uuid);
             if (run == m_running.end() || run->launcher != launcher)
                 return;
-            run->waiting.reset();
+            const PendingWork::Hold hold = std::move(run->waiting);
+            if (BottleRecord::path(bottle.object()).isEmpty()) {
+                qWarning().noquote() << "no record of bottle" << ref.bottle << bottle.errorMessage;
+                onLauncherEnded(launcher, ref,
+                                tr("%1 could not be started: its container cannot be found.").arg(name));
+                return;
+            }
             launcher->setBottle(ref.bottle, bottle.object());
             launcher->launchProgram(ref.uuid);
             if (isRunning(ref.uuid))

@@ -41,8 +41,8 @@ Q_SIGNALS:
     void setupDone(const QString& appId);
     void runningChanged(const QString& uuid, bool running);
     void cardChanged(const QModelIndex& card);
-    /// A rating that the bottle has refused: what it has.
-    void ratingRefused(const ProgramRef& ref, int stars);
+    /// By the bottle; what it has must be asked for.
+    void ratingRefused();
     /// What was asked for a program came to nothing: a sentence for the user.
     void failed(const QString& uuid, const QString& sentence);
 

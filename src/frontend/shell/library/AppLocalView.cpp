@@ -49,7 +49,7 @@ AppLocalView::AppLocalView(QWidget* parent)
     auto* states = AppItemWidgetStateManager::instance();
     connect(states, &AppItemWidgetStateManager::failed, this,
             [this](const QString&, const QString& sentence) { showMessage(sentence, true, FailureMs); });
-    connect(states, &AppItemWidgetStateManager::ratingRefused, m_library, &ProgramLibrary::setStars);
+    connect(states, &AppItemWidgetStateManager::ratingRefused, m_library, &ProgramLibrary::load);
     refresh();
     m_library->load();
 }

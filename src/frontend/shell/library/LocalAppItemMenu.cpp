@@ -263,7 +263,7 @@ void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
         [states, of](bool kept) {
             if (kept)
                 return;
-            Q_EMIT states->ratingRefused(of->ref, of->stars);
+            Q_EMIT states->ratingRefused();
             Q_EMIT states->failed(of->ref.uuid, tr("The rating of %1 could not be kept.").arg(of->name));
         });
 }

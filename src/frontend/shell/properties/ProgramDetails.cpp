@@ -37,9 +37,9 @@ QString shortName(const QString& file) {
 ProgramDetails::ProgramDetails(const Program& known)
     : m_program(known), m_shown{known.name, known.icon}, m_stored(m_shown) {
     connect(ProgramSaver::instance(), &ProgramSaver::saved, this,
-            [this](const ProgramRef& ref, const Face& face, Change change, bool last) {
+            [this](const ProgramRef& ref, const ProgramSaver::Save& save) {
                 if (ref == m_program.ref)
-                    onSaved(face, change, last);
+                    onSaved(save);
             });
 }
 
@@ -54,7 +54,7 @@ void ProgramDetails::leave() {
 }
 
 void ProgramDetails::ended() {
-    if (m_leaving && m_looks == 0 && m_saves == 0)
+    if (m_leaving && m_looks == 0 && m_saves.isEmpty())
         deleteLater();
 }
 
@@ -74,7 +74,8 @@ void ProgramDetails::onRecord(const BusResult& result) {
     }
     const QJsonObject record = programs.value(id).toObject();
     m_program.take(record);
-    m_shown = m_stored = {ProgramRecord::name(record), ProgramRecord::icon(record)};
+    m_stored = {ProgramRecord::name(record), ProgramRecord::icon(record)};
+    m_shown = ProgramSaver::instance()->pending(m_program.ref).value_or(m_stored);
     m_editable = true;
     Q_EMIT changed();
     if (m_program.size.isEmpty())
@@ -121,23 +122,22 @@ void ProgramDetails::change(const Face& face) {
     if (face == m_shown)
         return;
     m_shown = face;
-    ++m_saves;
     Q_EMIT changed();
-    ProgramSaver::instance()->save(m_program.ref, face);
+    m_saves += ProgramSaver::instance()->save(m_program.ref, face);
 }
 
-void ProgramDetails::onSaved(const Face& face, Change change, bool last) {
-    const bool own = m_saves > 0;
-    m_saves -= own;
-    if (change == Change::Done) {
-        m_stored = face;
-    } else if (last && own) {  // else a later one brings all that this one had
-        m_shown = m_stored;
-        Q_EMIT changed();
-        tell(change == Change::NoProgram
+void ProgramDetails::onSaved(const ProgramSaver::Save& save) {
+    const bool isOwn = m_saves.remove(save.number);
+    const auto pending = ProgramSaver::instance()->pending(m_program.ref);
+    if (save.change == Change::Done)
+        m_stored = save.face;
+    // A later one brings all that this one had.
+    m_shown = pending.value_or(m_stored);
+    Q_EMIT changed();
+    if (isOwn && !pending && save.change != Change::Done)
+        tell(save.change == Change::NoProgram
                  ? tr("This application has been removed meanwhile, so nothing was saved.")
                  : tr("The change could not be saved. Please try again later."));
-    }
     ended();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 
 #include "shell/library/Program.h"
 #include "shell/properties/ProgramSaver.h"
@@ -47,7 +48,7 @@ private:
     void onRecord(const BusResult& result);
     void measure();
     void change(const Face& face);
-    void onSaved(const Face& face, BottleUtils::Change change, bool last);
+    void onSaved(const ProgramSaver::Save& save);
     void tell(const QString& sentence);
     void ended();
 
@@ -55,9 +56,9 @@ private:
     Face m_shown;
     Face m_stored;
     bool m_editable = false;
-    int m_choice = 0;  ///< of an icon, by number
-    int m_looks = 0;   ///< into chosen files
-    int m_saves = 0;   ///< under way
+    int m_choice = 0;   ///< of an icon, by number
+    int m_looks = 0;    ///< into chosen files
+    QSet<int> m_saves;  ///< own ones under way, by number
     bool m_leaving = false;
     bool m_opening = false;
 };

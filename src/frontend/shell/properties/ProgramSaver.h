@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QObject>
 #include <QQueue>
+#include <optional>
 
 #include "backend/BottleUtils.h"
 #include "fenk/Singleton.h"
@@ -22,15 +23,24 @@ class ProgramSaver : public QObject, public Fenk::Singleton<ProgramSaver> {
     friend class Fenk::Singleton<ProgramSaver>;
 
 public:
-    void save(const ProgramRef& ref, const ProgramFace& face);
+    struct Save {
+        int number = 0;
+        ProgramFace face;
+        BottleUtils::Change change = BottleUtils::Change::Refused;
+    };
+
+    /// Returns the save's number.
+    int save(const ProgramRef& ref, const ProgramFace& face);
+    /// What the program will be like once all is saved; nothing when no save is under way.
+    std::optional<ProgramFace> pending(const ProgramRef& ref) const;
 
 Q_SIGNALS:
-    /// `last`: no other change of the program waits.
-    void saved(const ProgramRef& ref, const ProgramFace& face, BottleUtils::Change change, bool last);
+    void saved(const ProgramRef& ref, const ProgramSaver::Save& save);
 
 private:
     ProgramSaver() = default;
     void saveNext(const ProgramRef& ref);
 
-    QHash<ProgramRef, QQueue<ProgramFace>> m_waiting;  ///< the first of each is under way
+    QHash<ProgramRef, QQueue<Save>> m_waiting;  ///< the first of each is under way
+    int m_saves = 0;
 };

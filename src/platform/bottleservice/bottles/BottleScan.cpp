@@ -172,10 +172,10 @@ void clearUsersDesktop(const QString& bottlePath, const QDateTime& since) {
         const auto link = readLink(path, since);
         if (!link || !leadsInside(bottlePath, *link))
             continue;
-        const QString inside = own + '/' + info.fileName();
-        const bool isKept =
-            QFileInfo(inside).exists() || QFileInfo(inside).isSymLink() || QFile::copy(path, inside);
-        if (isKept && QFile::remove(path))
+        QString inside = own + '/' + info.fileName();
+        for (int i = 2; QFileInfo(inside).exists() || QFileInfo(inside).isSymLink(); ++i)
+            inside = QString("%1/%2 (%3).lnk").arg(own, info.completeBaseName()).arg(i);
+        if (QFile::copy(path, inside) && QFile::remove(path))
             qInfo() << "took a shortcut from the desktop into the bottle:" << path;
         else
             qWarning() << "a shortcut of a bottle stays on the desktop:" << path;
