@@ -72,6 +72,16 @@ class Commands(LaunchCase):
         self.assertEqual(self.record()["env"]["_CXB_WINE_PROGRAM_UUID"], "__open__1")
         self.assertEqual(self.record()["env"]["WINEDEBUG"], "fixme-all")
 
+    def test_wine_gets_a_utf8_locale_and_keeps_the_other_categories(self):
+        self.bottle()
+        for given, wanted in (({"LANG": "C.UTF-8"}, {"LANG": "C.UTF-8"}), ({"LANG": "xx_YY.UTF-8"}, {"LANG": "xx_YY.UTF-8"}),
+                              ({"LC_CTYPE": "POSIX", "LC_TIME": "C"}, {"LC_TIME": "C"}),
+                              ({"LC_ALL": "C", "LC_TIME": "C.UTF-8"}, {"LC_TIME": "C", "LC_MESSAGES": "C", "LC_NUMERIC": "C"})):
+            self.launch("t", "x.exe", env={"LANG": ""} | given)
+            got = self.record()["env"]
+            self.assertEqual(wanted, {name: got.get(name) for name in wanted})
+            self.assertEqual((got.get("LC_CTYPE") or got["LANG"], "LC_ALL" in got), ("C.UTF-8", False))
+
     def test_what_cannot_be_launched_is_told_in_a_sentence(self):
         self.bottle(programs={UUID: {"path": r"C:\gone.exe"}, "odd": "text", "empty": {}})
         self.bottle("nowine", wine="/nowhere/wine")

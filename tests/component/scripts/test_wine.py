@@ -60,9 +60,12 @@ class RealWine(HomeCase):
 
     def tearDown(self):
         # Wine's desktop process ends a while after the last program; one that starts just then gets no window.
+        self.kill_server()
+        super().tearDown()
+
+    def kill_server(self):
         for word in ("-k", "-w"):
             subprocess.run(["wineserver", word], env=self.wine_env | {"WINEPREFIX": self.prefix}, check=False, timeout=60)
-        super().tearDown()
 
     def test_console_programs_get_their_words_and_give_their_code(self):
         for kind in KINDS:
@@ -73,6 +76,15 @@ class RealWine(HomeCase):
                 log = self.read(self.log)
                 self.assertIn("arguments: [a b] [q\"x] [世界] [--cli] [$HOME]\r\n你好，世界\r\n", log)
                 self.assertEqual(self.launch("t", sample(kind, "quit"))[0], 0)
+
+    def test_any_locale_opens_what_lies_below_a_folder_named_in_chinese(self):
+        program = self.write("文件夹/quit.exe", Path(sample(KINDS[0], "quit")).read_bytes())
+        for variables in ({"LC_ALL": "C"}, {"LC_ALL": "", "LANG": "zh_CN.GBK"}, {"LC_ALL": "xx_YY"}):
+            code, out, err = self.launch("t", program, env=variables)
+            self.assertEqual(code, 0, err)
+            code, out, err = self.launch("t", f'cmd.exe /c if exist "Z:{os.path.dirname(program)}" echo there', env=variables)
+            self.assertEqual((code, out.strip()), (0, "there"), err)
+            self.kill_server()
 
     def test_a_batch_file_keeps_its_blanks(self):
         file = self.write("a b/run it.bat", "@echo off\r\necho [%1] [%2]\r\nexit /b 7\r\n")

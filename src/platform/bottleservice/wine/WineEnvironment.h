@@ -6,9 +6,9 @@
 /// The environment in which the service starts Wine.
 namespace WineEnvironment {
 
-/// This process's environment without what belongs to another prefix or program, in a UTF-8 locale (file
-/// names of bottles need one; a service that the bus started may have none), with the given variables over
-/// it.
+/// This process's environment without what belongs to another prefix or program, with a UTF-8 LC_CTYPE (Wine
+/// needs one for file names; a service that the bus started may have none), with the given variables over it.
+/// The locale's other categories stay as they are.
 QProcessEnvironment forProcess(const QJsonObject& variables,
                                const QProcessEnvironment& base = QProcessEnvironment::systemEnvironment());
 

@@ -2,7 +2,7 @@
 
 import os
 
-from cellarix_launcher import errors
+from cellarix_launcher import characters, errors
 
 OVERRIDES = "WINEDLLOVERRIDES"
 MENU_BUILDER_OFF = "winemenubuilder.exe="
@@ -12,9 +12,9 @@ FOREIGN = ("WINELOADER", "WINEARCH", "WINEDLLPATH", "WINESERVER", "WINEPREFIX", 
 
 
 def wine_environment(bottle, caller, uuid, program_envs):
-    """The caller's variables, over them the bottle's, then the program's. WINEDEBUG is the caller's if it has
-    one: whoever reads the log chose its channels."""
-    env = {name: value for name, value in caller.items() if name not in FOREIGN}
+    """The caller's variables with a UTF-8 locale, over them the bottle's, then the program's. WINEDEBUG is the caller's
+    if it has one: whoever reads the log chose its channels."""
+    env = characters.with_utf8({name: value for name, value in caller.items() if name not in FOREIGN})
     # Each layer says its part and the last word counts. Wine's own maker of menu entries stays off unless one names it.
     overrides = [MENU_BUILDER_OFF, env.get(OVERRIDES, "")]
     for layer in (bottle.env, program_envs):
