@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QtTest>
 
 #include "ServiceFixture.h"
@@ -126,6 +128,21 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(m_service.bottlePath("broken")));
         // Comes after all signals that calls up to here caused.
         QTRY_VERIFY(m_service.signalLog.contains("bottles_deleted(broken)"));
+
+        const QString outside = m_service.home().write("letter", "Runner: r\n");
+        for (const char* damage : {"link", "pipe", "folder"}) {
+            makeBottle(damage, "");
+            const QString settings = m_service.bottlePath(damage) + "/bottle.yml";
+            QVERIFY(QFile::remove(settings) && (*damage == 'l'   ? QFile::link(outside, settings)
+                                                : *damage == 'p' ? ::mkfifo(qPrintable(settings), 0600) == 0
+                                                                 : QDir().mkdir(settings)));
+            QVERIFY(m_service.text("list").contains(damage));
+            QVERIFY(m_service.error("get", {damage}).contains("is damaged"));
+            QCOMPARE(m_service.errorName("setDPI", {damage, 96}), "Failed");
+            QCOMPARE(m_service.error("delete", {damage}), QString());
+            QVERIFY(!m_service.text("list").contains(damage));
+        }
+        QCOMPARE(TestSupport::readFile(outside), QByteArray("Runner: r\n"));
     }
 
     void programsOfAHandMadeBottle() {

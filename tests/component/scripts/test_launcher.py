@@ -169,10 +169,17 @@ class Records(LaunchCase):
                 self.assertEqual(self.argv("t", "x.exe")[0], wine)
 
     def test_a_newer_but_broken_bottle_file_leaves_the_old_record_in_force(self):
-        self.write(os.path.join(self.directory, "bottle.yml"), "a: [\n")
-        code, _, err = self.launch("t", "x.exe")
-        self.assertEqual((code, self.record()["argv"][0]), (0, self.wine))
-        self.assertIn("out of date", err)
+        settings = os.path.join(self.directory, "bottle.yml")
+        for damage in (lambda: self.write(settings, "a: [\n"), lambda: os.mkfifo(settings), lambda: os.mkdir(settings),
+                       lambda: os.symlink(self.write("outside", "Runner: ''\n"), settings)):
+            if os.path.isdir(settings):
+                os.rmdir(settings)
+            else:
+                os.unlink(settings)
+            damage()
+            code, _, err = self.launch("t", "x.exe")
+            self.assertEqual((code, self.record()["argv"][0]), (0, self.wine))
+            self.assertIn("out of date", err)
 
     def test_odd_values_in_a_record_are_passed_over(self):
         for record in ({"env": [1], "programs": 5}, {"wine": None, "wineserver": 7}, {"env": {"A": {}, "B": None}}):

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -60,19 +62,25 @@ private Q_SLOTS:
         QFile::link(home.path() + "/outside", root + "/linked");
         QDir().mkpath(root + "/linkedfile");
         QFile::link(home.path() + "/outside/bottle.yml", root + "/linkedfile/bottle.yml");
+        QDir().mkpath(root + "/folder/bottle.yml");
+        QDir().mkpath(root + "/pipe");
+        QCOMPARE(::mkfifo(qPrintable(root + "/pipe/bottle.yml"), 0600), 0);
 
-        QCOMPARE(store.names(), QStringList({"a", "b", "public/p"}));
+        QCOMPARE(store.names(), QStringList({"a", "b", "folder", "linkedfile", "pipe", "public/p"}));
         QVERIFY(store.state("missing") == BottleStore::State::Missing);
-        for (const char* foreign : {"nothing", "file", "linked", "linkedfile"})
+        for (const char* foreign : {"nothing", "file", "linked"})
             QVERIFY2(store.state(foreign) == BottleStore::State::Foreign, foreign);
         QString error;
+        for (const char* damaged : {"folder", "linkedfile", "pipe"})
+            QVERIFY2(store.check(damaged).isEmpty() && !store.load(damaged, &error) && error.contains("damaged"),
+                     damaged);
         QVERIFY(!AtomicFile::replace(root + "/linkedfile/bottle.yml", "gone", &error));
         QVERIFY(error.contains("link"));
 
         QVERIFY(QFile::rename(root + "/public", home.path() + "/elsewhere"));
         QFile::link(home.path() + "/elsewhere", root + "/public");
         QVERIFY(store.state("public/p") == BottleStore::State::Foreign);
-        QCOMPARE(store.names(), QStringList({"a", "b"}));
+        QVERIFY(!store.names().contains("public/p"));
     }
 
     void record_data() {

@@ -17,9 +17,11 @@ bool isRealDirectory(const QString& path) {
     return info.isDir() && !info.isSymLink();
 }
 
-bool isRealFile(const QString& path) {
-    const QFileInfo info(path);
-    return info.isFile() && !info.isSymLink();
+/// Whatever has the name makes the directory a bottle: one whose settings are a link, a pipe or a directory is
+/// damaged, and can be deleted.
+bool hasSettings(const QString& directory) {
+    const QFileInfo info(directory + SettingsFile);
+    return info.isSymLink() || info.exists();
 }
 
 }  // namespace
@@ -39,7 +41,7 @@ QStringList BottleStore::namesIn(const QString& directory, const QString& prefix
     const QStringList entries = QDir(directory).entryList(
         QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::NoSort);
     for (const QString& entry : entries) {
-        if (BottleName::check(prefix + entry).isEmpty() && isRealFile(directory + '/' + entry + SettingsFile))
+        if (BottleName::check(prefix + entry).isEmpty() && hasSettings(directory + '/' + entry))
             names += prefix + entry;
     }
     return names;
@@ -55,7 +57,7 @@ BottleStore::State BottleStore::state(const QString& name) const {
     const QFileInfo info(path);
     if (!info.exists() && !info.isSymLink())
         return State::Missing;
-    return isRealDirectory(path) && isRealFile(path + SettingsFile) ? State::Present : State::Foreign;
+    return isRealDirectory(path) && hasSettings(path) ? State::Present : State::Foreign;
 }
 
 QString BottleStore::check(const QString& name) const {
@@ -77,7 +79,8 @@ QString BottleStore::check(const QString& name) const {
 std::optional<BottleYaml> BottleStore::load(const QString& name, QString* error) const {
     const auto text = PlainFile::read(pathOf(name) + SettingsFile, YamlText::MaximumBytes);
     if (!text) {
-        *error = QString("Cannot read bottle.yml of \"%1\".").arg(BottleName::shown(name));
+        *error = QString("The bottle \"%1\" is damaged: its bottle.yml is no file or cannot be read.")
+                     .arg(BottleName::shown(name));
         return std::nullopt;
     }
     std::optional<BottleYaml> settings = BottleYaml::parse(*text, error);

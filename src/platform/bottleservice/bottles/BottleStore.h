@@ -7,8 +7,10 @@
 #include "bottleservice/bottles/BottleYaml.h"
 
 /// The directory of all bottles: finds them, reads and writes their bottle.yml. The only place where a
-/// bottle's name becomes a path. A bottle is a real directory (never a link) that holds a bottle.yml;
-/// everything else beside the bottles is left alone. All functions answer at once.
+/// bottle's name becomes a path. A bottle is a real directory (never a link) with a bottle.yml, which
+/// need not be a file: a link, a pipe or a directory of that name is never followed or opened, and such a
+/// bottle is damaged. It is listed and can be deleted, but not loaded. Everything else beside the bottles is
+/// left alone. All functions answer at once.
 class BottleStore {
 public:
     /// The bottles lie in "bottles" below this directory.

@@ -6,6 +6,7 @@ A missing, broken or outdated launch.json is made up for from bottle.yml itself.
 
 import json
 import os
+import stat
 
 from cellarix_launcher import errors
 
@@ -48,8 +49,15 @@ def bottle_directory(name, environ):
     directory = os.path.join(bottles_root(environ), name)
     if os.path.islink(directory):
         return None
-    known = any(os.path.isfile(os.path.join(directory, record)) for record in ("launch.json", "bottle.yml"))
+    known = any(_is_file(os.path.join(directory, record)) for record in ("launch.json", "bottle.yml"))
     return directory if known else None
+
+
+def _is_file(path):
+    try:
+        return stat.S_ISREG(os.lstat(path).st_mode)
+    except OSError:
+        return False
 
 
 def load_bottle(name, environ):
@@ -74,14 +82,16 @@ def load_bottle(name, environ):
 def _stamp(path):
     """What launch.json remembers of the bottle.yml that it was made from."""
     try:
-        status = os.stat(path)
+        status = os.lstat(path)
     except OSError:
         return {}
     return {"size": str(status.st_size), "mtime_ns": str(status.st_mtime_ns)}
 
 
 def _read(path):
-    with open(os.open(path, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
+    with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
+        if not stat.S_ISREG(os.fstat(file.fileno()).st_mode):
+            raise ValueError("no regular file")
         data = file.read(RECORD_LIMIT + 1)
     if len(data) > RECORD_LIMIT:
         raise ValueError("record too large")
