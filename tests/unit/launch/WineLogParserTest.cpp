@@ -1,4 +1,7 @@
 #include <QDirIterator>
+#include <atomic>
+#include <thread>
+#include <vector>
 
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
@@ -106,6 +109,36 @@ private Q_SLOTS:
         QCOMPARE(parser.parsedLogs, QStringList("err:setupapi:y"));
         QCOMPARE(parser.otherLogs, QStringList({"err:other", "err:setupapi:y"}));
         QCOMPARE(WineLogParser().parseFile(m_home.path() + "/none"), 1);
+    }
+
+    /// The library judges programs that have ended on several threads.
+    void severalAtOnce() {
+        const QByteArray install =
+            "err:eventlog:ReportEventW You must install .NET to run this application\n";
+        const QByteArray version = "err:eventlog:ReportEventW App host version: 6.0.1\n";
+        // Each log begins with what the rules of another one wait for.
+        const QList<QPair<QString, QString>> logs = {
+            {m_home.write("one", version + QByteArray(0x10000, '\n') + Database + "\n" + install),
+             "jet40 mdac28"},
+            {m_home.write("other",
+                          "0:warn:file:x L\"C:\\\\windows\\\\Fonts\\\\a.ttf\" not found\nwine: Call from 0x1 "
+                          "to unimplemented function MSVCP140.dll.foo, aborting\n"),
+             "a.ttf vcredist2022"}};
+        std::atomic<int> wrong{0};
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < 4; ++thread) {
+            threads.emplace_back([&, log = logs[thread % 2]] {
+                for (int run = 0; run < 50; ++run) {
+                    WineLogParser parser;
+                    parser.parseFile(log.first);
+                    wrong += (sorted(parser.missingFonts) + sorted(parser.missingComponents)).join(' ') !=
+                             log.second;
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        QCOMPARE(wrong.load(), 0);
     }
 
     /// Logs that real programs left, each named after what it must give: components and fonts, then findings.

@@ -1,9 +1,11 @@
 #include "launch/winelog/DllRules.h"
 
+#include "launch/winelog/DllTable.h"
+
 namespace {
 
-LogParseResult componentOf(DllTable* table, const QString& key) {
-    const QString component = table->componentFor(key);
+LogParseResult componentOf(const QString& key) {
+    const QString component = DllTable::componentFor(key);
     return component.isEmpty() ? LogParseResult{} : LogParseResult{LogMissingComponent, component};
 }
 
@@ -14,11 +16,10 @@ bool MissingDLLRule::match(const QString& line) {
 }
 
 LogParseResult MissingDLLRule::result(const QString& line) {
-    m_table.load();
     const QRegularExpressionMatch library = m_library.match(line);
     if (!library.hasMatch())
         return {};
-    return componentOf(&m_table, library.captured(2).toLower().remove(".dll"));
+    return componentOf(library.captured(2).toLower().remove(".dll"));
 }
 
 bool UnimplementedFunctionRule::match(const QString& line) {
@@ -26,9 +27,8 @@ bool UnimplementedFunctionRule::match(const QString& line) {
 }
 
 LogParseResult UnimplementedFunctionRule::result(const QString& line) {
-    m_table.load();
     const QRegularExpressionMatch dll = m_dll.match(line);
     if (!dll.hasMatch())
         return {};
-    return componentOf(&m_table, dll.captured(1).toLower());
+    return componentOf(dll.captured(1).toLower());
 }

@@ -2,7 +2,6 @@
 
 #include <QRegularExpression>
 
-#include "launch/winelog/DllTable.h"
 #include "launch/winelog/LogParseRule.h"
 
 /// A DLL that a program imports does not exist.
@@ -14,7 +13,6 @@ public:
 private:
     QRegularExpression m_library{".*err:module:import_dll( loading)* library (.*) \\(which is needed.*",
                                  QRegularExpression::CaseInsensitiveOption};
-    DllTable m_table;
 };
 
 /// A DLL of Wine's own lacks a function; a native one from a component has it.
@@ -27,5 +25,4 @@ private:
     QRegularExpression m_abort{"wine:\\s+Call\\s+from.*unimplemented\\s+function.*aborting",
                                QRegularExpression::CaseInsensitiveOption};
     QRegularExpression m_dll{"unimplemented\\s+function\\s+(\\w+)\\.dll"};
-    DllTable m_table;
 };

@@ -4,22 +4,32 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
+#include <mutex>
 
 #include "core/base/Paths.h"
 
-void DllTable::load() {
+namespace {
+
+QJsonObject loadedTable() {
     static const QString path = Paths::dataFile("dlls_search.json");
-    if (m_table.isEmpty()) {
+    static std::mutex mutex;
+    static QJsonObject table;
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (table.isEmpty()) {
         QFile file(path);
         if (file.open(QIODevice::ReadOnly))
-            m_table = QJsonDocument::fromJson(file.readAll()).object();
+            table = QJsonDocument::fromJson(file.readAll()).object();
     }
+    return table;
 }
 
+}  // namespace
+
 QString DllTable::componentFor(const QString& key) {
-    load();
+    const QJsonObject table = loadedTable();
     qInfo() << "missing? " << key;
-    const QString component = m_table.value(key).toArray().at(0).toString();
+    const QString component = table.value(key).toArray().at(0).toString();
     qInfo() << "fix: install components -->" << component;
     return component;
 }

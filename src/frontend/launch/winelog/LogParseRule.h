@@ -21,8 +21,8 @@ struct LogParseResult {
     QString value;
 };
 
-/// One thing that is looked for in the lines of a log. Rules may keep state from line to line and live as
-/// long as the process; nobody deletes one through this class.
+/// One thing that is looked for in the lines of a log. A rule may keep state from line to line and belongs to
+/// one parser; a copy shares the compiled expressions. Nobody deletes a rule through this class.
 class LogParseRule {
 public:
     virtual bool match(const QString& line) = 0;

@@ -21,22 +21,6 @@ constexpr qint64 MaximumBytes = 0xa00000;
 constexpr int MibUtf8 = 106;
 constexpr unsigned AllRules = 0xff;
 
-/// In the order of the scanner's bits.
-const std::array<LogParseRule*, 8>& ruleTable() {
-    static CommonRule common;
-    static MissingDLLRule missingDll;
-    static MissingFontsRule missingFonts;
-    static DialogTextRule dialogText;
-    static UnimplementedFunctionRule unimplementedFunction;
-    static FindCrashProcessRule crashProcess;
-    static DotNetCoreDesktopRule dotNetCoreDesktop;
-    static MissingODBCRule missingOdbc;
-    static const std::array<LogParseRule*, 8> rules = {
-        &common,       &missingDll,        &missingFonts, &dialogText, &unimplementedFunction,
-        &crashProcess, &dotNetCoreDesktop, &missingOdbc};
-    return rules;
-}
-
 bool isOfInterest(const QString& line) {
     return !line.contains("err:environ:init_peb") && (line.contains("err") || line.contains("fixme"));
 }
@@ -47,6 +31,31 @@ bool hasByteOrderMark(const QByteArray& bytes) {
 }
 
 }  // namespace
+
+struct WineLogParser::Rules {
+    /// In the order of the scanner's bits.
+    std::array<LogParseRule*, 8> inOrder() {
+        return {&common,       &missingDll,        &missingFonts, &dialogText, &unimplementedFunction,
+                &crashProcess, &dotNetCoreDesktop, &missingOdbc};
+    }
+
+    CommonRule common;
+    MissingDLLRule missingDll;
+    MissingFontsRule missingFonts;
+    DialogTextRule dialogText;
+    UnimplementedFunctionRule unimplementedFunction;
+    FindCrashProcessRule crashProcess;
+    DotNetCoreDesktopRule dotNetCoreDesktop;
+    MissingODBCRule missingOdbc;
+};
+
+WineLogParser::WineLogParser(QObject* parent) : QObject(parent) {
+    // Copies share the expressions, which are thus compiled once in the process.
+    static const Rules prototype;
+    m_rules = std::make_unique<Rules>(prototype);
+}
+
+WineLogParser::~WineLogParser() = default;
 
 int WineLogParser::parseFile(const QString& path) {
     QFile file;
@@ -99,10 +108,12 @@ int WineLogParser::parseBytes(const QByteArray& bytes) {
 
 void WineLogParser::parseLine(const QString& line, unsigned rules, int* findings) {
     bool isOther = false;
-    for (size_t i = 0; i < ruleTable().size(); ++i) {
-        LogParseRule* rule = ruleTable()[i];
+    unsigned bit = 1;
+    for (LogParseRule* rule : m_rules->inOrder()) {
         LogParseResult finding;
-        if ((rules >> i & 1) && rule->match(line))
+        const bool mayMatch = rules & bit;
+        bit <<= 1;
+        if (mayMatch && rule->match(line))
             finding = rule->result(line);
         if (finding.type == LogNoFinding) {
             isOther = true;

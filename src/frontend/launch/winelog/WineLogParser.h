@@ -4,17 +4,19 @@
 #include <QSet>
 #include <QStringList>
 #include <QTextStream>
+#include <memory>
 
 #include "launch/winelog/DistinctLines.h"
 
 /// Reads the log of a Windows program that has ended and says what was wrong. Used once and dropped; reads in
-/// the caller's thread (about a tenth of a second for the most that is ever read) and, because the rules keep
-/// state that is shared by all parsers, never two at a time.
+/// the caller's thread (about a tenth of a second for the most that is ever read). Parsers share nothing that
+/// changes, so that each thread may have one at work.
 class WineLogParser : public QObject {
     Q_OBJECT
 
 public:
-    explicit WineLogParser(QObject* parent = nullptr) : QObject(parent) {}
+    explicit WineLogParser(QObject* parent = nullptr);
+    ~WineLogParser() override;
 
     /// The sum of all findings; LogNoFinding is always in it. Of a larger file only the last 10 MiB are read.
     /// A file that cannot be read is as an empty one.
@@ -30,11 +32,14 @@ public:
     QStringList otherLogs;   ///< each other distinct line of interest
 
 private:
+    struct Rules;
+
     void begin();
     int parseBytes(const QByteArray& bytes);
     /// `rules` are the bits of those that may match.
     void parseLine(const QString& line, unsigned rules, int* findings);
 
+    std::unique_ptr<Rules> m_rules;
     DistinctLines m_parsed;
     DistinctLines m_other;
 };
