@@ -60,6 +60,8 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(path + System + "kernel32.dll").isSymLink());
         for (const QString& name : Overwritten)
             QVERIFY2(!QFileInfo(path + System + name).isSymLink(), qPrintable(name));
+        const QByteArray registry = readFile(path + "/system.reg");
+        QVERIFY(registry.contains("\\\\RunServices]") && !registry.contains("\"winemenubuilder\"="));
     }
 
     void installerOverwritesItsOwnFiles_data() {

@@ -11,6 +11,7 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/jobs/Reclaimer.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/wine/MenuBuilder.h"
 #include "bottleservice/wine/PrefixBuilder.h"
 #include "bottleservice/wine/SlimPrefix.h"
 #include "bottleservice/wine/TemplateRecord.h"
@@ -18,7 +19,7 @@
 namespace {
 
 // Changes when what a template holds changes with this program.
-constexpr int Generation = 1;
+constexpr int Generation = 2;
 constexpr int Threads = 2;
 
 void addFile(QCryptographicHash* hash, const QString& path) {
@@ -115,7 +116,8 @@ void Templates::onBuilt(const QString& key, const QString& sentence, const Runne
     run(
         this,
         [directory, wine = runner.wine](const std::atomic_bool& cancelled) {
-            return SlimPrefix::slim(directory, wine, cancelled);
+            const QString fault = MenuBuilder::removeFromStart(directory);
+            return fault.isEmpty() ? SlimPrefix::slim(directory, wine, cancelled) : fault;
         },
         [this, key](const QString& fault) {
             if (fault.isEmpty())
