@@ -246,6 +246,37 @@ private Q_SLOTS:
         QVERIFY2(lastLines.contains(QString("ending on signal %1").arg(number)), qPrintable(lastLines));
     }
 
+    /// The first one's own start comes to nothing, and is the only one that could end the process at once.
+    void startsBehindADialog_data() {
+        QTest::addColumn<QString>("second");
+        QTest::newRow("library") << "";
+        QTest::newRow("nothing") << "/nowhere/b.exe";
+    }
+
+    void startsBehindADialog() {
+        QFETCH(QString, second);
+        QFile::remove(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                      "/lumora/cellarix/settings.conf");
+        InstalledApp first({"/nowhere/a.exe"});
+        const WindowInfo dialog = m_windows.waitForTitle("Welcome to use Cellarix", LaunchMs);
+        QVERIFY2(dialog.id, qPrintable(first.log()));
+        InstalledApp other(second.split('\n', Qt::SkipEmptyParts));
+        QCOMPARE(other.waitForExit(), 1);
+        QTRY_VERIFY(first.log().contains("::::"));
+        const auto agrees = [&] {
+            runProcess("xdotool", {"key", "--window", QString::number(dialog.id), "Return"}, {}, LaunchMs);
+            return first.log().contains("No such file:");
+        };
+        QTRY_VERIFY2(agrees(), qPrintable(first.log()));
+        if (second.isEmpty()) {
+            const WindowInfo library = m_windows.waitForTitle("Cellarix", LaunchMs);
+            QVERIFY2(library.id, qPrintable(first.log()));
+            QVERIFY(m_windows.close(library.id));
+        }
+        QCOMPARE(first.waitForExit(), 0);
+        QVERIFY(second.isEmpty() || first.log().contains(second));
+    }
+
     void twentyStartsAtOnce() {
         constexpr int Starts = 20;
         InstalledApp first({"--service"});

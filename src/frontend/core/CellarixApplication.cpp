@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QLocale>
 #include <QProcess>
+#include <QTimer>
 
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
@@ -26,13 +27,15 @@
 
 namespace {
 constexpr int ImageCacheDays = 15;
+constexpr int LongestLeavingMs = 120000;
 const char Ruler[] = "---------------------------------";
 }  // namespace
 
 CellarixApplication::CellarixApplication(int& argc, char** argv)
     : Fenk::Application(argc, argv),
       m_translator(new QTranslator(this)),
-      m_windowMonitor(new WindowMonitor(this)) {
+      m_windowMonitor(new WindowMonitor(this)),
+      m_leavingLimit(new QTimer(this)) {
     installEventFilter(m_windowMonitor);
     LaunchWindows::setInstance(&m_windows);
     Fenk::Theme::addIconSearchPath(Paths::iconsDir());
@@ -50,8 +53,12 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
                 if (!m_mainWindow || !m_mainWindow->isVisible())
                     DesktopUtils::notify(productName(), DesktopUtils::notificationText(sentence));
             });
-    connect(PendingWork::instance(), &PendingWork::done, this, &CellarixApplication::leaveUnlessNeeded,
+    connect(PendingWork::instance(), &PendingWork::done, this, &CellarixApplication::onWorkEnded,
             Qt::QueuedConnection);
+    connect(m_windowMonitor, &WindowMonitor::shown, this, &CellarixApplication::endLeaving);
+    m_leavingLimit->setSingleShot(true);
+    m_leavingLimit->setInterval(LongestLeavingMs);
+    connect(m_leavingLimit, &QTimer::timeout, this, &CellarixApplication::onLeavingLimit);
 }
 
 CellarixApplication::~CellarixApplication() {
@@ -80,32 +87,35 @@ void CellarixApplication::loadTranslators(const QString& lang) {
 }
 
 int CellarixApplication::handleCommandLine(const QStringList& args) {
+    endLeaving();
     // A dialog of one start runs the event loop, in which the next one must not overtake the answer.
-    if (m_handlingCommandLine) {
+    if (m_othersHaveToWait) {
         if (!CommandLineHandler::refuseForNow(args))
             m_waitingStarts << args;
         return 0;
     }
     if (!m_commandLineHandler)
         m_commandLineHandler = new CommandLineHandler(this);
-    m_handlingCommandLine = true;
+    m_othersHaveToWait = true;
+    ++m_startsHandled;
     const int result = m_commandLineHandler->handleCommandLine(args);
+    --m_startsHandled;
     admitOtherStarts();
+    QMetaObject::invokeMethod(
+        this, [this] { leaveIfPossible(LeaveRule::Ended::Start); }, Qt::QueuedConnection);
     return result;
 }
 
 void CellarixApplication::admitOtherStarts() {
-    m_handlingCommandLine = false;
+    m_othersHaveToWait = false;
     if (!m_waitingStarts.isEmpty())
         QMetaObject::invokeMethod(this, &CellarixApplication::handleWaitingStarts, Qt::QueuedConnection);
 }
 
 /// One at a time, since it may run an event loop in which the next is to come; its end calls again.
 void CellarixApplication::handleWaitingStarts() {
-    if (!m_handlingCommandLine && !m_waitingStarts.isEmpty())
+    if (!m_othersHaveToWait && !m_waitingStarts.isEmpty())
         handleCommandLine(m_waitingStarts.takeFirst());
-    if (isUpdate())
-        leaveUnlessNeeded();
 }
 
 void CellarixApplication::handleNewInstance(qint64 pid, const QStringList& arguments) {
@@ -128,7 +138,7 @@ void CellarixApplication::showMainWindow() {
 }
 
 void CellarixApplication::requestMainWindow() {
-    if (m_handlingCommandLine)
+    if (m_othersHaveToWait)
         m_waitingStarts << QStringList{applicationFilePath()};
     else
         showMainWindow();
@@ -203,16 +213,26 @@ void CellarixApplication::onRunnerFinished() {
             qInfo().noquote() << "remove exe runner:" << key;
         }
     }
-    // What comes of a start that is just being handled is for that to say.
-    if (!m_handlingCommandLine && m_waitingStarts.isEmpty() && canQuit()) {
-        qInfo() << "all runners are finished, quit app";
-        QCoreApplication::quit();
-    }
+    leaveIfPossible(LeaveRule::Ended::Launch);
+}
+
+LeaveRule::Facts CellarixApplication::leaveFacts() const {
+    LeaveRule::Facts facts;
+    facts.hasRunner = !m_runners.isEmpty();
+    facts.isSettingUp = AppItemWidgetStateManager::instance()->isSettingUp();
+    // What is found is logged.
+    facts.hasVisibleWindow = !facts.hasRunner && !facts.isSettingUp && hasVisibleWindow();
+    facts.isHandlingStart = m_startsHandled > 0;
+    facts.hasWaitingStarts = !m_waitingStarts.isEmpty();
+    facts.isService = m_commandLineHandler && m_commandLineHandler->isService();
+    facts.isScriptRunning = envInitScript().running;
+    facts.hasPendingWork = PendingWork::instance()->isPending();
+    facts.isOverdue = m_leaving && !m_leavingLimit->isActive();
+    return facts;
 }
 
 bool CellarixApplication::canQuit() const {
-    return m_runners.isEmpty() && !AppItemWidgetStateManager::instance()->isSettingUp() &&
-           !PendingWork::instance()->isPending() && !hasVisibleWindow();
+    return LeaveRule::of(LeaveRule::Ended::LastWindow, leaveFacts()) == LeaveRule::Verdict::Leave;
 }
 
 bool CellarixApplication::hasVisibleWindow() const {
@@ -226,8 +246,7 @@ bool CellarixApplication::hasVisibleWindow() const {
 }
 
 bool CellarixApplication::isNeeded() const {
-    return (m_commandLineHandler && m_commandLineHandler->isService()) || envInitScript().running ||
-           !m_waitingStarts.isEmpty() || !canQuit();
+    return LeaveRule::of(LeaveRule::Ended::Start, leaveFacts()) != LeaveRule::Verdict::Leave;
 }
 
 bool CellarixApplication::isUpdate() const {
@@ -235,18 +254,49 @@ bool CellarixApplication::isUpdate() const {
 }
 
 void CellarixApplication::leaveAfter(const BottleEnvScript& script) {
-    const auto leave = &CellarixApplication::leaveUnlessNeeded;
-    if (!script.running)
-        QMetaObject::invokeMethod(this, leave, Qt::QueuedConnection);
-    else
-        connect(script.process, &QObject::destroyed, this, leave, Qt::QueuedConnection);
+    if (script.running)
+        connect(script.process, &QObject::destroyed, this, &CellarixApplication::onWorkEnded,
+                Qt::QueuedConnection);
 }
 
-void CellarixApplication::leaveUnlessNeeded() {
-    if (isNeeded())
-        return;
-    qInfo() << "nothing is left to wait for, quit app";
+void CellarixApplication::leaveIfPossible(LeaveRule::Ended what) {
+    if (m_leaving == LeaveRule::Ended::User)
+        what = LeaveRule::Ended::User;
+    switch (LeaveRule::of(what, leaveFacts())) {
+        case LeaveRule::Verdict::Stay:
+            endLeaving();
+            return;
+        case LeaveRule::Verdict::LeaveLater:
+            beginLeaving(what);
+            return;
+        case LeaveRule::Verdict::Leave:
+            break;
+    }
+    qInfo() << (what == LeaveRule::Ended::Launch ? "all runners are finished, quit app"
+                                                 : "nothing is left to wait for, quit app");
     QCoreApplication::quit();
+}
+
+void CellarixApplication::beginLeaving(LeaveRule::Ended what) {
+    if (!m_leaving) {
+        qInfo() << "quit as soon as the bottle service has done what was asked for";
+        m_leavingLimit->start();
+    }
+    m_leaving = what;
+}
+
+void CellarixApplication::endLeaving() {
+    m_leaving.reset();
+    m_leavingLimit->stop();
+}
+
+void CellarixApplication::onWorkEnded() {
+    leaveIfPossible(m_leaving.value_or(LeaveRule::Ended::Work));
+}
+
+void CellarixApplication::onLeavingLimit() {
+    qWarning() << "the bottle service has not done in time what was asked for";
+    onWorkEnded();
 }
 
 void CellarixApplication::onLastWindowClosed() {
@@ -255,7 +305,10 @@ void CellarixApplication::onLastWindowClosed() {
         qInfo().noquote() << "bottles is running" << m_runners.firstKey();
     if (AppItemWidgetStateManager::instance()->isSettingUp())
         qInfo() << "app is setuping";
-    QGuiApplication::setQuitOnLastWindowClosed(canQuit());
+    const LeaveRule::Verdict verdict = LeaveRule::of(LeaveRule::Ended::LastWindow, leaveFacts());
+    QGuiApplication::setQuitOnLastWindowClosed(verdict == LeaveRule::Verdict::Leave);
+    if (verdict == LeaveRule::Verdict::LeaveLater)
+        beginLeaving(m_leaving.value_or(LeaveRule::Ended::LastWindow));
 }
 
 AppLocalView* CellarixApplication::localView() const {
@@ -304,8 +357,7 @@ void CellarixApplication::handleQuitAction() {
         Fenk::Application::handleQuitAction();
         return;
     }
-    qInfo() << "quit as soon as the bottle service has done what was asked for";
     if (m_mainWindow)
         m_mainWindow->hide();
-    connect(PendingWork::instance(), &PendingWork::done, this, &QCoreApplication::quit, Qt::QueuedConnection);
+    leaveIfPossible(LeaveRule::Ended::User);
 }

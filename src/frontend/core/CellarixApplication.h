@@ -3,8 +3,10 @@
 #include <QMap>
 #include <QPointer>
 #include <QTranslator>
+#include <optional>
 
 #include "core/ApplicationWindows.h"
+#include "core/LeaveRule.h"
 #include "fenk/Application.h"
 
 struct BottleEnvScript;
@@ -12,11 +14,14 @@ class AppLocalView;
 class CommandLineHandler;
 class ExeFileRunner;
 class Mainwindow;
+class QTimer;
 class WindowMonitor;
 
 /// The process: owns the main window, the running launches (at most one a bottle, by bottle name) and the
-/// decision when the process may leave. The only place that quits when nothing is left to wait for.
-/// Everything runs on the main thread, except checkBackendVersion.
+/// decision when the process may leave (LeaveRule). The only place that quits when nothing is left to wait for.
+/// A process that has no window and only waits for pending work is leaving: it quits when that is done or has
+/// taken two minutes, unless a window is shown or a start comes before. Everything runs on the main thread,
+/// except checkBackendVersion.
 class CellarixApplication : public Fenk::Application {
     Q_OBJECT
 public:
@@ -41,8 +46,8 @@ public:
 
     bool canQuit() const;
     bool hasVisibleWindow() const;
-    /// True when the start left something to wait for: a window, a launch, a script that sets up the
-    /// environment, or service mode.
+    /// True when the start left something to wait for: a window, a launch, another start, pending work, a
+    /// script that sets up the environment, or service mode.
     bool isNeeded() const;
     /// Whether the process was started for an update of the environment.
     bool isUpdate() const;
@@ -60,7 +65,12 @@ private:
     void openChosenFile(const QString& path);
     void handleWaitingStarts();
     void handleNewInstance(qint64 pid, const QStringList& arguments);
-    void leaveUnlessNeeded();
+    LeaveRule::Facts leaveFacts() const;
+    void leaveIfPossible(LeaveRule::Ended what);
+    void beginLeaving(LeaveRule::Ended what);
+    void endLeaving();
+    void onWorkEnded();
+    void onLeavingLimit();
     void onLastWindowClosed();
     void onRunnerFinished();
     AppLocalView* localView() const;
@@ -76,6 +86,9 @@ private:
     QTranslator* m_translator;
     WindowMonitor* m_windowMonitor;
     CommandLineHandler* m_commandLineHandler = nullptr;
-    bool m_handlingCommandLine = false;
-    QList<QStringList> m_waitingStarts;  ///< came while another start was asking something
+    int m_startsHandled = 0;             ///< one inside the event loop of another
+    bool m_othersHaveToWait = false;     ///< a start may ask something
+    QList<QStringList> m_waitingStarts;  ///< came meanwhile
+    std::optional<LeaveRule::Ended> m_leaving;  ///< why the process leaves as soon as the pending work is done
+    QTimer* m_leavingLimit;
 };

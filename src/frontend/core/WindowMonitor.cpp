@@ -21,6 +21,8 @@ bool WindowMonitor::eventFilter(QObject* object, QEvent* event) {
             m_windows.insert(widget);
             logWindow(widget);
         }
+        if (widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog)
+            Q_EMIT shown();
     }
     return QObject::eventFilter(object, event);
 }

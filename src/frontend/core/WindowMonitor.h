@@ -19,6 +19,10 @@ public:
     /// The words by which a window is named in the log.
     static void logWindow(const QWidget* widget);
 
+Q_SIGNALS:
+    /// A window or dialog (no menu, no tool tip) comes up, for the first time or again.
+    void shown();
+
 private:
     QSet<QWidget*> m_windows;
 };

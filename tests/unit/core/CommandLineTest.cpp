@@ -2,12 +2,17 @@
 
 #include "core/ImageCache.h"
 #include "core/LaunchTarget.h"
+#include "core/LeaveRule.h"
 #include "core/ServiceAgreement.h"
 #include "core/base/Paths.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
 using T = LaunchTarget;
+using LeaveRule::Ended;
+using LeaveRule::Verdict;
+
+Q_DECLARE_METATYPE(LeaveRule::Facts)
 
 /// The decisions of a start, without a window or a bus.
 class CommandLineTest : public QObject {
@@ -73,6 +78,45 @@ private Q_SLOTS:
             QVERIFY2(ServiceAgreement::mustAsk(recorded), recorded);
         for (const char* recorded : {"3.3", "3.3.4.008", "10.0"})
             QVERIFY2(!ServiceAgreement::mustAsk(recorded), recorded);
+    }
+
+    /// One letter for what has ended (last Window, Launch, Start, work that is Done, the User's quit) and one
+    /// verdict for each: -, later or quit.
+    void leaving_data() {
+        const TestSupport::Table<LeaveRule::Facts, QString> row("facts", "verdicts");
+        const auto with = [](std::initializer_list<bool LeaveRule::Facts::*> set) {
+            LeaveRule::Facts facts;
+            for (const auto fact : set)
+                facts.*fact = true;
+            return facts;
+        };
+        using F = LeaveRule::Facts;
+        row("nothing is left", {}, "W:quit L:quit S:quit D:quit U:quit");
+        row("a launch", with({&F::hasRunner}), "W:- L:- S:- D:- U:quit");
+        row("a set-up", with({&F::isSettingUp}), "W:- L:- S:- D:- U:quit");
+        row("a window", with({&F::hasVisibleWindow}), "W:- L:- S:- D:- U:quit");
+        row("a start that asks", with({&F::isHandlingStart}), "W:- L:- S:- D:- U:quit");
+        row("a start behind it", with({&F::hasWaitingStarts}), "W:- L:- S:- D:- U:quit");
+        row("service", with({&F::isService}), "W:quit L:quit S:- D:- U:quit");
+        row("script", with({&F::isScriptRunning}), "W:quit L:quit S:- D:- U:quit");
+        row("pending work", with({&F::hasPendingWork}), "W:later L:later S:later D:later U:later");
+        row("overdue work", with({&F::hasPendingWork, &F::isOverdue}), "W:quit L:quit S:quit D:quit U:quit");
+        row("service with work", with({&F::isService, &F::hasPendingWork}), "W:later L:later S:- D:- U:later");
+        row("a launch and overdue work", with({&F::hasRunner, &F::hasPendingWork, &F::isOverdue}),
+            "W:- L:- S:- D:- U:quit");
+    }
+    void leaving() {
+        QFETCH(LeaveRule::Facts, facts);
+        QStringList verdicts;
+        for (const auto& [letter, ended] :
+             {std::pair("W", Ended::LastWindow), {"L", Ended::Launch}, {"S", Ended::Start}, {"D", Ended::Work},
+              {"U", Ended::User}}) {
+            const Verdict verdict = LeaveRule::of(ended, facts);
+            verdicts << QString("%1:%2").arg(letter, verdict == Verdict::Stay         ? "-"
+                                                     : verdict == Verdict::LeaveLater ? "later"
+                                                                                      : "quit");
+        }
+        QTEST(verdicts.join(' '), "verdicts");
     }
 
     void imageCache() {
