@@ -10,7 +10,7 @@ import unittest
 from pathlib import Path
 
 from support import BUILD, SOURCE
-from windows_files import compound, metadata, program
+from windows_files import compound, metadata, program, version_block
 
 MSI, MSP = (bytes([kind]) + b"\x10\x0c\0\0\0\0\0\xc0\0\0\0\0\0\0\x46" for kind in (0x84, 0x86))
 NSIS = b"\xef\xbe\xad\xdeNullsoftInst"
@@ -29,14 +29,23 @@ def net(version="v4.0.30319", target="", references=(), text=b""):
     return program(text, clr=metadata(version, references, b"\1\0" + bytes([len(value)]) + value if value else b""))
 
 
+def described(**texts):
+    return program(resources={(16, 1): version_block(**texts)})
+
+
+def cabinet(size):
+    return (b"MSCF" + struct.pack("<7I", 0, size, 0, 44, 0, 0x10103, 1)).ljust(size, b"\x5a")
+
+
 RESOURCES = {
     "manifest": lambda text: {(24, 1): text},
     "data": lambda text: {(10, 11111): text},
     "version": lambda text: {(16, 1): wide(text)},
+    "string": lambda text: {(6, 7): wide("\x12" + text)},
 }
 EVERY_WORD = b"\0".join((
     NSIS, b"Nullsoft Install System v3.08", b"Inno Setup Setup Data (6.2.0)", INNO, b"ISSetupStream", b"InstallShield\0",
-    wide("InstallShield ISInternalVersion") * 3, wide("SquirrelTemp SquirrelSetup"), b"7z\xbc\xaf\x27\x1c\0", b"Rar!\x1a\7",
+    wide("InstallShield ISInternalVersion InstallShield Wizard Setup Launcher") * 3, b"InstallShield.Setup", b"ISc(", wide("SquirrelTemp SquirrelSetup"), b"7z\xbc\xaf\x27\x1c\0", b"Rar!\x1a\7",
     b";!@Install@!UTF-8!", b"MSCF\0\0\0\0", b"wextract.pdb", b".wixburn", ZIP, MSI, b"UnZipSFX",
     b".NETFramework,Version=v3.5", wide(KEY), b".NET Reactor v2.5", b"MSVBVM60.DLL"))
 
@@ -49,13 +58,18 @@ INSTALLERS = {
     "Installer: Inno Setup": program(resources=RESOURCES["data"](INNO)),
     "Installer: Inno Setup ": program(mark=b"Inno"),
     "Installer: Inno Setup  ": program(resources=RESOURCES["version"]("This installation was built with Inno Setup.")),
-    "Installer: InstallShield": program(overlay=b"ISSetupStream" + bytes(64)),
-    "Installer: InstallShield ": program(resources=RESOURCES["version"]("ISInternalVersion")),
     "Installer: WiX Toolset[bundle]": program(section=".wixburn"),
     "Installer: Windows Installer": compound(MSI),
     "Installer: Windows Installer ": compound(MSP, directory=9),
     "Installer: Squirrel": program(wide("%s\\SquirrelSetup.log"), resources={("DATA", 131): ZIP}),
+    "Installer: Windows Installer[self-extracting]": program(resources={("MSI", 1): compound(MSI)}),
+    "Installer: Windows Installer[self-extracting] ": program(overlay=bytes(16) + compound(MSP, directory=9)),
+    "Installer: Windows Installer[self-extracting]  ":
+        program(wide("msiexec.exe /i"), overlay=compound(MSI, directory=90)[:9000]),
     "Archive: Cabinet[self-extracting]": program(overlay=b"MSCF" + bytes(64)),
+    "Archive: Cabinet[self-extracting] ": program(b"x" * 9000, resources={(10, "CABINET"): cabinet(99)}),
+    "Archive: Cabinet[self-extracting]  ": program(resources={(10, 1): cabinet(9000)}),
+    "Archive: Cabinet[self-extracting]   ": program(overlay=b"GIPEND" + cabinet(99)),
     "Archive: 7-Zip[self-extracting]": program(overlay=b"7z\xbc\xaf\x27\x1c\0" + bytes(64)),
     "Archive: 7-Zip[self-extracting] ": program(overlay=b"\xef\xbb\xbf;!@Install@!UTF-8!" + bytes(64)),
     "Archive: RAR[self-extracting]": program(overlay=b"Rar!\x1a\7" + bytes(64)),
@@ -63,6 +77,28 @@ INSTALLERS = {
     "Archive: ZIP[self-extracting] ": program(section="_winzip_"),
     "Archive: Archive": ZIP,
 }
+# What launchers of the different versions have; of a publisher's own block only some of it is left.
+INSTALLSHIELD = [
+    described(CompanyName="Stirling Technologies, Inc.", FileDescription="Setup Launcher", ProductName="InstallShield"),
+    described(CompanyName="InstallShield Software Corporation", FileDescription="32-bit Setup Launcher"),
+    described(CompanyName="InstallShield Software Corporation", FileDescription="PackageForTheWeb Stub"),
+    described(ProductName="InstallShield (R)", FileDescription="InstallShield (R) Setup Launcher"),
+    described(CompanyName="Macrovision Corporation", FileDescription="Setup.exe", OriginalFilename="Setup.exe"),
+    described(CompanyName="Contoso", LegalCopyright="Copyright (C) 2009 Acresso Software Inc.",
+              FileDescription="Setup Launcher Unicode"),
+    described(CompanyName="Contoso", FileDescription="Contoso Writer", OriginalFilename="InstallShield Setup.exe"),
+    described(CompanyName="Contoso", ISInternalVersion="20.0.376"),
+    described(CompanyName="Contoso", ISInternalDescription="Setup Launcher Unicode"),
+    program(resources=RESOURCES["manifest"](b'<assemblyIdentity name="InstallShield.Setup" type="win32"/>')),
+    program(resources=RESOURCES["string"]("%s bereitet den InstallShield(R) Wizard vor")),
+    program(resources={(5, 101): wide("InstallShield Wizard")}),
+    program(overlay=b"ISSetupStream" + bytes(64)),
+    program(overlay=b"InstallShield\0" + bytes(64)),
+    program(overlay=b"ISc(" + bytes(64)),
+    program(overlay=b"\x13\x5d\x65\x8c" + bytes(64)),
+    program(overlay=struct.pack("<I", 12) + b"data1.cab\0Disk1\\data1.cab\0\x30\x002048\0" + bytes(2048)),
+    program(overlay=b"setup.inx\0Disk1\\setup.inx\0001.0.0.1\0001024\0" + bytes(1024)),
+]
 PROGRAMS = [
     (["Compiler: Microsoft Visual Basic(6.0)"], program(imports=["KERNEL32.dll", "msvbvm60.dll"])),
     (["Compiler: Microsoft Visual Basic(5.0)"], program(imports=["MSVBVM50.DLL"])),
@@ -84,11 +120,26 @@ PROGRAMS = [
     ([], program(EVERY_WORD, resources={("DATA", 7): EVERY_WORD, (10, 1): b"x" + EVERY_WORD})),
     ([], program(EVERY_WORD, overlay=b"signature" + bytes(0x20000))),
     ([], program(overlay=ZIP)),
+    # The makers of set-up tools have written other programs, and their engine's libraries have the same texts.
+    ([], described(CompanyName="InstallShield Software Corporation", FileDescription="InstallShield Uninstaller",
+                   OriginalFilename="IsUninst.exe")),
+    ([], described(CompanyName="Flexera Software LLC", FileDescription="License Server", OriginalFilename="lmgrd.exe")),
+    ([], described(CompanyName="Contoso", FileDescription="Setup Launcher", OriginalFilename="setup.exe")),
+    ([], program(resources=RESOURCES["string"]("InstallShield Wizard"), flags=0x2102)),
+    ([], program(resources=RESOURCES["string"]("Uninstalls what InstallShield has installed"))),
+    # Documents, drivers and packages among what a program needs.
+    ([], program(b"x" * 9000, resources={(10, 1): cabinet(99)})),
+    ([], program(wide("msiexec"), resources={("DOC", 1): compound(bytes(16), elsewhere=MSI)})),
+    ([], program(b"x" * 9000 + wide("msiexec"), resources={("DOC", 1): compound(MSI, directory=90)[:600]})),
+    ([], program(overlay=compound(bytes(16), directory=90)[:9000])),
     ([], compound(bytes(16), elsewhere=MSI)),
     (["Library: .NET(v4.0.30319)"], net(text=EVERY_WORD.replace(wide(KEY), b""))),
     # So many signs that going through them one by one would take too long.
     ([], program(overlay=b"x" + NSIS * 250000)),
     (["Loader: .NET Core host"], program(overlay=(bytes(8) + BUNDLE) * 120000)),
+    ([], program(overlay=b"x" + b"a\0Disk1\\a\0001" * 300000)),
+    ([], program(overlay=(b"x" * 200 + b"\0Disk1\\") * 25000)),
+    ([], program(overlay=b"x" + compound(bytes(16))[:64] * 80000)),
     ([], b"MZ"),
     ([], b"MZ" + b"\xff" * 100),
     ([], program(section=".wixburn")[:0x150]),
@@ -115,10 +166,21 @@ class Inspection(unittest.TestCase):
                 found = self.values(content)
                 self.assertEqual([value["string"] for value in found][:1], [name.strip()])
 
+    def test_installshield(self):
+        for number, content in enumerate(INSTALLSHIELD):
+            with self.subTest(number):
+                self.assertEqual([value["string"] for value in self.values(content)][:1], ["Installer: InstallShield"])
+
     def test_programs(self):
         for strings, content in PROGRAMS:
             with self.subTest(strings):
                 self.assertEqual([value["string"] for value in self.values(content)], strings)
+
+    def test_wines_own_programs(self):
+        for name in ("msiexec", "uninstaller", "wusa", "extrac32", "wineboot", "winemenubuilder", "rundll32"):
+            for path in Path("/usr/lib").glob(f"*/wine/*-windows/{name}.exe"):
+                kinds = {value["type"] for value in self.values(path.read_bytes())}
+                self.assertTrue(kinds.isdisjoint({"Installer", "Archive"}), path)
 
     def test_cut_and_damaged_files_are_answered(self):
         for content in (INSTALLERS["Installer: Squirrel"], PROGRAMS[4][1]):

@@ -34,25 +34,39 @@ def _imports(body, names):
 
 
 def _resources(body, resources):
-    """{(type, id): data}; a type may be a name."""
+    """{(type, id): data}; type and id may be names."""
     base, count = body.next(), len(resources)
     size = 16 + 8 * count + count * (24 + 24 + 16)
     names, tail = {}, b""
-    for kind, _ in resources:
-        if isinstance(kind, str):
-            names[kind] = size + len(tail)
-            tail += _padded(struct.pack("<H", len(kind)) + kind.encode("utf-16-le"), 4)
+    for name in {part for key in resources for part in key if isinstance(part, str)}:
+        names[name] = 0x80000000 | size + len(tail)
+        tail += _padded(struct.pack("<H", len(name)) + name.encode("utf-16-le"), 4)
     first, rest, blobs = b"", b"", b""
-    for (kind, number), data in sorted(resources.items(), key=lambda item: isinstance(item[0][0], int)):
+    for (kind, number), data in sorted(resources.items(), key=lambda item: item[0][0] not in names):
         at = 16 + 8 * count + len(rest)
-        first += struct.pack("<II", 0x80000000 | names[kind] if kind in names else kind, 0x80000000 | at)
-        directory = struct.pack("<IIHHHH", 0, 0, 0, 0, 0, 1)
-        rest += directory + struct.pack("<II", number, 0x80000000 | at + 24)
-        rest += directory + struct.pack("<II", 1033, at + 48)
+        first += struct.pack("<II", names.get(kind, kind), 0x80000000 | at)
+        named = number in names
+        rest += struct.pack("<IIHHHH", 0, 0, 0, 0, named, not named)
+        rest += struct.pack("<II", names.get(number, number), 0x80000000 | at + 24)
+        rest += struct.pack("<IIHHHH", 0, 0, 0, 0, 0, 1) + struct.pack("<II", 1033, at + 48)
         rest += struct.pack("<IIII", base + size + len(tail) + len(blobs), len(data), 0, 0)
         blobs += _padded(data, 4)
-    root = struct.pack("<IIHHHH", 0, 0, 0, 0, len(names), count - len(names))
+    named = sum(kind in names for kind, _ in resources)
+    root = struct.pack("<IIHHHH", 0, 0, 0, 0, named, count - named)
     return body.add(root + first + rest + tail + blobs), size
+
+
+def _version_node(key, value=b"", children=b"", text=False):
+    head = _padded(struct.pack("<HHH", 0, len(value) // 2 if text else len(value), text) + key.encode("utf-16-le") + b"\0\0", 4)
+    node = _padded(head + value, 4) + children
+    return struct.pack("<H", len(node)) + node[2:]
+
+
+def version_block(**texts):
+    """A version resource with these texts."""
+    lines = b"".join(_version_node(key, (text + "\0").encode("utf-16-le"), text=True) for key, text in texts.items())
+    fixed = struct.pack("<13I", 0xFEEF04BD, 0x10000, *[0] * 7, 1, 0, 0, 0)
+    return _version_node("VS_VERSION_INFO", fixed, _version_node("StringFileInfo", b"", _version_node("040904b0", b"", lines)))
 
 
 def metadata(version, references=(), blobs=b""):
@@ -74,7 +88,7 @@ def metadata(version, references=(), blobs=b""):
     return root + content
 
 
-def program(text=b"", overlay=b"", section=".text", imports=(), resources=None, clr=b"", mark=b""):
+def program(text=b"", overlay=b"", section=".text", imports=(), resources=None, clr=b"", mark=b"", flags=0x102):
     """A PE32 file. The text lies in the section, the overlay behind it, the mark in the DOS header at 0x30."""
     # A managed program begins with a jump into its runtime.
     body = _Body((b"\xff\x25\0\x20\x40\0" if clr else b"") + text)
@@ -87,7 +101,7 @@ def program(text=b"", overlay=b"", section=".text", imports=(), resources=None, 
         directories[14] = body.add(struct.pack("<IHHIII", 72, 2, 5, body.add(clr), len(clr), 1) + bytes(52)), 72
     content = _padded(body.data or b"\xc3", FILE_ALIGNMENT)
     dos = (b"MZ" + bytes(46) + mark).ljust(60, b"\0") + struct.pack("<I", 64)
-    file_header = struct.pack("<HHIIIHH", 0x14C, 1, 0, 0, 0, 224, 0x102)
+    file_header = struct.pack("<HHIIIHH", 0x14C, 1, 0, 0, 0, 224, flags)
     optional = struct.pack("<HBBIIIIIIIII", 0x10B, 2, 0, len(content), 0, 0, SECTION_RVA, SECTION_RVA, 0, 0x400000,
                            0x1000, FILE_ALIGNMENT)
     optional += struct.pack("<6HIIIIHH", 4, 0, 0, 0, 4, 0, 0, SECTION_RVA + len(content) + 0x1000, HEADERS, 0, 2, 0)

@@ -35,20 +35,47 @@ rule inno_setup {
         (resource.type == pe.RESOURCE_TYPE_VERSION and $comment in (resource.offset..resource.offset + resource.length))))
 }
 
+// Set-ups that start a Windows Installer package, those with cabinets of their own and those of a single file begin with
+// the same launcher. Its code never names the tool; its version block does. Where a publisher has filled that in, the
+// tool's own keys or file name are left.
+private rule installshield_launcher {
+  condition:
+    for any entry in pe.version_info_list : (entry.key == "ISInternalVersion" or entry.key == "ISInternalDescription" or
+      (entry.key == "OriginalFilename" and entry.value iequals "InstallShield Setup.exe")) or
+    // The tool's makers, one after the other; each has written other programs too.
+    (for any entry in pe.version_info_list : (
+        (entry.key == "CompanyName" or entry.key == "ProductName" or entry.key == "LegalCopyright") and
+        entry.value matches /InstallShield|Stirling Technologies|Macrovision|Acresso|Flexera|Revenera/) and
+      for any entry in pe.version_info_list : (
+        (entry.key == "FileDescription" and entry.value matches /Setup Launcher|PackageForTheWeb Stub/i) or
+        (entry.key == "OriginalFilename" and entry.value matches /^(setup|stub32i?)\.exe$/i)))
+}
+
 rule installshield {
   meta:
     type = "Installer"
     name = "InstallShield"
   strings:
+    // What a single file carries behind its sections begins with one of these. The first two are heads of 46 bytes with
+    // the number of files; the others the heads of the tool's archives, up to version 3 (.z) and since version 5 (.cab).
     $stream = "ISSetupStream"
     $plain = "InstallShield\x00"
     $archive = { 13 5D 65 8C }
-    $key = "ISInternalVersion" wide
+    $cabinet = "ISc("
+    // Or with the first file's name, path, version and size as text.
+    $list = /[ -~]{1,200}\x00Disk1\\[ -~]{1,200}\x00[0-9., ]{0,40}\x00[0-9]{1,10}\x00/
+    // the title of its windows in all languages, with the mark as three letters or as one
+    $wizard = /InstallShield(\(R\)|\xAE)? Wizard/ wide
+    $manifest = "InstallShield.Setup"
   condition:
-    pe.is_pe and (
-      (pe.overlay.size > 0 and for any of ($stream, $plain, $archive) : ($ at pe.overlay.offset)) or
-      for any resource in pe.resources : (resource.type == pe.RESOURCE_TYPE_VERSION and
-        $key in (resource.offset..resource.offset + resource.length)))
+    // Libraries of the engine have the same texts.
+    pe.is_pe and (pe.characteristics & pe.DLL) == 0 and (installshield_launcher or
+      (pe.overlay.size > 0 and ($list at pe.overlay.offset + 4 or
+        for any of ($stream, $plain, $archive, $cabinet, $list) : ($ at pe.overlay.offset))) or
+      for any resource in pe.resources : (
+        (resource.type == pe.RESOURCE_TYPE_MANIFEST and $manifest in (resource.offset..resource.offset + resource.length)) or
+        ((resource.type == pe.RESOURCE_TYPE_STRING or resource.type == pe.RESOURCE_TYPE_DIALOG) and
+          $wizard in (resource.offset..resource.offset + resource.length))))
 }
 
 rule wix_burn {
@@ -73,6 +100,29 @@ rule windows_installer {
     for any of them : ($ at ((uint32(0x30) + 1) << uint16(0x1E)) + 0x50)
 }
 
+// A set-up around a package of the Windows Installer has it behind its sections or as a resource. The package is known
+// as above. Of a large file only the beginning is looked at, often without the package's directory: then the package is
+// most of what is there, and the program names the one that installs it.
+rule windows_installer_sfx {
+  meta:
+    type = "Installer"
+    name = "Windows Installer"
+    info = "self-extracting"
+  strings:
+    $compound = { D0 CF 11 E0 A1 B1 1A E1 }
+    $database = { 84 10 0C 00 00 00 00 00 C0 00 00 00 00 00 00 46 }
+    $patch = { 86 10 0C 00 00 00 00 00 C0 00 00 00 00 00 00 46 }
+    $installer = "msiexec" nocase wide ascii
+  condition:
+    pe.is_pe and for any i in (1..16) : (i <= #compound and uint16(@compound[i] + 0x1E) <= 12 and (
+      (pe.overlay.size > 0 and @compound[i] >= pe.overlay.offset and @compound[i] <= pe.overlay.offset + 4096) or
+      for any resource in pe.resources : (resource.offset == @compound[i])) and (
+      for any of ($database, $patch) : (
+        $ at @compound[i] + ((uint32(@compound[i] + 0x30) + 1) << uint16(@compound[i] + 0x1E)) + 0x50) or
+      ($installer and (filesize - @compound[i]) * 2 > filesize and
+        @compound[i] + ((uint32(@compound[i] + 0x30) + 1) << uint16(@compound[i] + 0x1E)) > filesize)))
+}
+
 rule squirrel {
   meta:
     type = "Installer"
@@ -93,8 +143,14 @@ rule cabinet_sfx {
     info = "self-extracting"
   strings:
     $magic = { 4D 53 43 46 00 00 00 00 }
+    // the whole head of a cabinet of version 1.3, the only one there is
+    $head = { 4D 53 43 46 00 00 00 00 [4] 00 00 00 00 [4] 00 00 00 00 03 01 }
   condition:
-    pe.is_pe and (pe.pdb_path endswith "wextract.pdb" or (pe.overlay.size > 0 and $magic at pe.overlay.offset))
+    // Windows' own unpacker has it as the resource CABINET; in a finished program it would be the lesser part.
+    pe.is_pe and (pe.pdb_path endswith "wextract.pdb" or (pe.overlay.size > 0 and ($magic at pe.overlay.offset or
+        $head in (pe.overlay.offset..pe.overlay.offset + 4096))) or
+      for any resource in pe.resources : ($head at resource.offset and (resource.length * 2 > filesize or
+        resource.name_string == "C\x00A\x00B\x00I\x00N\x00E\x00T\x00")))
 }
 
 rule sevenzip_sfx {
