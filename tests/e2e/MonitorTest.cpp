@@ -145,6 +145,27 @@ private Q_SLOTS:
         }
     }
 
+    /// It is in use while it has no window on the desktop, for longer than one that has closed its last.
+    void closedToTheTray() {
+        WineExeProcessMonitor monitor;
+        QSignalSpy started(&monitor, &WineExeProcessMonitor::appStart);
+        QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);
+        int cycles = 0;
+        connect(&monitor, &WineExeProcessMonitor::processListUpdate, this, [&] { ++cycles; });
+        QProcess program;
+        launch(&program, {sample("window"), "In the tray", "tray"});
+        monitor.start(Bottle);
+        QVERIFY(started.wait(LaunchMs));
+        QVERIFY(m_windows.close(m_windows.waitForTitle("In the tray").id));
+        cycles = 0;
+        QTRY_VERIFY_WITH_TIMEOUT(cycles > 6 || !quit.isEmpty(), LaunchMs);
+        QVERIFY(quit.isEmpty());
+        QVERIFY(m_windows.close(m_windows.waitForTitle("In the tray").id));
+        QVERIFY(quit.wait(LaunchMs));
+        QCOMPARE(started.size(), 1);
+        QTRY_COMPARE(program.state(), QProcess::NotRunning);
+    }
+
     /// Neither the end of one watch nor the taskkill that it leaves ends another watch of the bottle.
     void oneStopsAndStartsAgain() {
         QProcess program;

@@ -1,6 +1,9 @@
-// Shows one window, titled by the first argument, and ends with 0 when it is closed; with a second argument
-// it goes on for a minute without one. Built with PART it needs a library.
+// Shows one window, titled by the first argument, and ends with 0 when it is closed. With the second argument
+// "stay" it goes on for a minute with one that nobody sees; with "tray" its window only hides at the first
+// time and comes back after 8 s. Built with PART it needs a library.
 #include <windows.h>
+
+#include <cwchar>
 
 #ifdef PART
 extern "C" __declspec(dllimport) int PART();
@@ -12,10 +15,23 @@ static int PART() {
 
 namespace {
 
+constexpr UINT HiddenMs = 8000;
+bool hidesOnce = false;
+
 LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
     switch (message) {
         case WM_CLOSE:
-            DestroyWindow(window);
+            if (!hidesOnce) {
+                DestroyWindow(window);
+                return 0;
+            }
+            hidesOnce = false;
+            ShowWindow(window, SW_HIDE);
+            SetTimer(window, 1, HiddenMs, nullptr);
+            return 0;
+        case WM_TIMER:
+            KillTimer(window, first);
+            ShowWindow(window, SW_SHOW);
             return 0;
         case WM_DESTROY:
             PostQuitMessage(0);
@@ -28,6 +44,8 @@ LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM first, LPARAM s
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
+    const bool stays = argc > 2 && std::wcscmp(argv[2], L"stay") == 0;
+    hidesOnce = argc > 2 && std::wcscmp(argv[2], L"tray") == 0;
     const HINSTANCE instance = GetModuleHandleW(nullptr);
     WNDCLASSW type = {};
     type.lpfnWndProc = handleMessage;
@@ -40,9 +58,11 @@ int wmain(int argc, wchar_t** argv) {
         return 2;
 
     const wchar_t* title = argc > 1 ? argv[1] : L"Cellarix sample window";
-    const HWND window = CreateWindowExW(0, type.lpszClassName, title, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 80,
-                                        80, 420, 260, nullptr, nullptr, instance, nullptr);
-    if (!window)
+    const auto makeWindow = [&](DWORD style) {
+        return CreateWindowExW(0, type.lpszClassName, title, style, 80, 80, 420, 260, nullptr, nullptr,
+                               instance, nullptr);
+    };
+    if (!makeWindow(WS_OVERLAPPEDWINDOW | WS_VISIBLE) || (stays && !makeWindow(WS_OVERLAPPEDWINDOW)))
         return 3;
 
     MSG message;
@@ -50,7 +70,7 @@ int wmain(int argc, wchar_t** argv) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
-    if (argc > 2)
+    if (stays)
         Sleep(60000);
     return static_cast<int>(message.wParam) + PART();
 }

@@ -4,11 +4,13 @@
 //   ::window list
 //   id - title
 //   ::end
-// Text is UTF-8; one cycle is one write. Windows that nobody can see (hidden or without area) are left out.
+// Text is UTF-8; one cycle is one write. A window is listed from the first cycle in which it can be seen
+// (shown, with an area) as long as it exists: a program that hides its window in the tray is still in use.
 #include <windows.h>
 
 #include <tlhelp32.h>
 
+#include <map>
 #include <string>
 
 namespace {
@@ -40,16 +42,32 @@ bool addProcesses(std::string& out) {
     return true;
 }
 
-BOOL CALLBACK addWindow(HWND window, LPARAM target) {
+using WindowsSeen = std::map<HWND, DWORD>;  ///< with their processes: a handle may be used again
+
+struct WindowLook {
+    const WindowsSeen& before;
+    WindowsSeen now;
+    std::string lines;
+};
+
+bool canBeSeen(HWND window) {
     RECT area = {};
-    if (!IsWindowVisible(window) || !GetWindowRect(window, &area) || IsRectEmpty(&area))
-        return TRUE;
+    return IsWindowVisible(window) && GetWindowRect(window, &area) && !IsRectEmpty(&area);
+}
+
+BOOL CALLBACK addWindow(HWND window, LPARAM target) {
+    WindowLook& look = *reinterpret_cast<WindowLook*>(target);
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
+    const auto before = look.before.find(window);
+    const bool wasSeen = before != look.before.end() && before->second == process;
+    if (!wasSeen && !canBeSeen(window))
+        return TRUE;
+    look.now[window] = process;
     // Unlike GetWindowText this never waits for the window's own program.
     wchar_t title[TitleUnits] = {};
     InternalGetWindowText(window, title, TitleUnits);
-    *reinterpret_cast<std::string*>(target) += std::to_string(process) + " - " + toUtf8(title) + "\n";
+    look.lines += std::to_string(process) + " - " + toUtf8(title) + "\n";
     return TRUE;
 }
 
@@ -67,12 +85,14 @@ bool print(const std::string& text) {
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+    WindowsSeen seen;
     for (;;) {
         std::string cycle = "::process list\n";
         const bool isWhole = addProcesses(cycle);
-        cycle += "::window list\n";
-        EnumWindows(addWindow, reinterpret_cast<LPARAM>(&cycle));
-        cycle += "::end\n";
+        WindowLook look = {seen, {}, {}};
+        EnumWindows(addWindow, reinterpret_cast<LPARAM>(&look));
+        seen.swap(look.now);
+        cycle += "::window list\n" + look.lines + "::end\n";
         // Without processes a living program would look dead.
         if (isWhole && !print(cycle))
             return 1;
