@@ -1,5 +1,7 @@
 #include "probes/Packages.h"
 
+#include <QRegularExpression>
+
 #include "core/base/ToolProcess.h"
 #include "probes/MachineUtils.h"
 
@@ -21,14 +23,19 @@ QStringList parseInstalledPackages(const QString& output) {
     QStringList result;
     for (const QString& line : output.split('\n')) {
         const QStringList fields = line.split('|');
-        if (fields.value(1) == "install ok installed")
+        if (fields.value(1) == "install ok installed" && !result.contains(fields.first()))
             result.append(fields.first());
     }
     return result;
 }
 
 QString packageVersion(const QString& package) {
-    return parsePackageVersion(QString::fromUtf8(run("dpkg", {"-s", "--", package}).standardOutput));
+    QString version =
+        parsePackageVersion(QString::fromUtf8(run("dpkg", {"-s", "--", package}).standardOutput));
+    // "dpkg -s" refuses a name that several architectures have; all that are installed have the same version.
+    if (version.isEmpty())
+        packageInstalled(package, &version);
+    return version;
 }
 
 QString parsePackageVersion(const QString& status) {
@@ -41,10 +48,16 @@ QString parsePackageVersion(const QString& status) {
 
 bool packageInstalled(const QString& package, QString* version) {
     const auto result = run("dpkg-query", {"-W", "-f=${Status} ${Version}", "--", package});
-    const QString output = QString::fromUtf8(result.standardOutput);
-    if (!result.succeeded() || !output.contains("install ok installed"))
+    const QString found = parseInstalledVersion(QString::fromUtf8(result.standardOutput));
+    if (!result.succeeded() || found.isEmpty())
         return false;
     if (version)
-        *version = output.section(' ', -1);
+        *version = found;
     return true;
+}
+
+QString parseInstalledVersion(const QString& output) {
+    static const QRegularExpression installed(
+        "install ok installed (\\S+?)(?=(?:unknown|install|hold|deinstall|purge) |$)");
+    return installed.match(output).captured(1);
 }

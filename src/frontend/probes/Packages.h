@@ -5,11 +5,12 @@
 #include <QStringList>
 #include <functional>
 
-/// Questions to the package manager. Each starts a child process in an English locale and waits for it, at
-/// most 30 s. A machine without the package manager has no package installed.
+/// Questions to the package manager. Each starts child processes in an English locale and waits for them, at
+/// most 30 s each. A name without architecture stands for all those that have the package. A machine without
+/// the package manager has no package installed.
 /// @{
 
-/// Those of the names or patterns that are installed.
+/// Those of the names or patterns that are installed, each once.
 QStringList installedPackages(const QStringList& packages);
 /// The rule behind installedPackages(): lines of "name|status".
 QStringList parseInstalledPackages(const QString& output);
@@ -21,6 +22,9 @@ QString parsePackageVersion(const QString& status);
 
 /// Whether exactly this package is installed; version, if given, is set when it is.
 bool packageInstalled(const QString& package, QString* version = nullptr);
+/// The version behind "install ok installed". What dpkg-query says of several architectures stands there one
+/// after the other without anything between. Empty when none of them is installed.
+QString parseInstalledVersion(const QString& output);
 /// @}
 
 /// Package name to the version requirement that is not met; the requirement is empty where any version would
