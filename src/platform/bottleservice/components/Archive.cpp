@@ -216,7 +216,8 @@ private:
 
 }  // namespace
 
-QString unpack(const QString& archivePath, const QString& directory, const std::atomic_bool& cancelled) {
+QString unpack(const QString& archivePath, const QString& directory, const std::atomic_bool& cancelled,
+               const QString& omitted) {
     QString error;
     const Handle reader = opened(archivePath, &error);
     if (!error.isEmpty())
@@ -235,6 +236,8 @@ QString unpack(const QString& archivePath, const QString& directory, const std::
         if (cancelled)
             return Cancelled;
         const QString name = nameOf(entry);
+        if (!omitted.isEmpty() && ('/' + name).contains('/' + omitted + '/'))
+            continue;
         error = budget.takeEntry() ? unpackEntry(reader.get(), writer.get(), entry, root, &budget, cancelled)
                                    : QString("there are too many entries");
         if (!error.isEmpty())

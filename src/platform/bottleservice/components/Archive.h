@@ -10,8 +10,9 @@
 namespace Archive {
 
 /// The whole archive into an existing empty directory. A bad entry refuses the archive. Empty, or a sentence;
-/// what was unpacked by then stays.
-QString unpack(const QString& archive, const QString& directory, const std::atomic_bool& cancelled);
+/// what was unpacked by then stays. omitted is a directory whose content is not unpacked, wherever it lies.
+QString unpack(const QString& archive, const QString& directory, const std::atomic_bool& cancelled,
+               const QString& omitted = {});
 
 /// Empty, or a sentence about a link below the directory that leads out of it. An archive's inner directory
 /// may be all that is kept of it.

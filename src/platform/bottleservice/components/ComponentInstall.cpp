@@ -17,15 +17,26 @@
 
 namespace {
 
-/// Most archives hold one directory, named after the version.
+constexpr int MaximumDepth = 2;
+// Proton brings a prefix with a link to the whole disk. Bottles are made from templates instead.
+const QLatin1String ReadyPrefix("share/default_pfx");
+
+/// The component in what was unpacked: most archives hold it in one directory, named after the version, some
+/// beside other files or one directory deeper. The nearest one counts.
 QString rootOf(const QString& kind, const QString& directory) {
-    if (ComponentStore::fault(kind, directory).isEmpty())
-        return directory;
-    const QStringList entries =
-        QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    const QString inner = directory + '/' + entries.value(0);
-    return entries.size() == 1 && QFileInfo(inner).isDir() && !QFileInfo(inner).isSymLink() ? inner
-                                                                                            : directory;
+    QStringList level{directory};
+    for (int depth = 0; depth <= MaximumDepth; ++depth) {
+        QStringList next;
+        for (const QString& path : qAsConst(level)) {
+            if (ComponentStore::fault(kind, path).isEmpty())
+                return path;
+            for (const QString& name :
+                 QDir(path).entryList(QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot))
+                next += path + '/' + name;
+        }
+        level = next;
+    }
+    return directory;
 }
 
 void makeReadOnly(const QString& directory) {
@@ -58,11 +69,7 @@ ComponentInstall::~ComponentInstall() {
 
 void ComponentInstall::start() {
     const Source source = m_sources.find(m_sources.archiveOf(m_kind, m_name));
-    QString refusal;
-    if (!Sources::isPlainName(m_name) || source.file.isEmpty())
-        refusal = QString("There is no component \"%1\" to install.").arg(BottleName::shown(m_name));
-    else
-        refusal = m_sources.refusal(source);
+    const QString refusal = m_sources.refusal(m_kind, m_name);
     if (!refusal.isEmpty()) {
         QMetaObject::invokeMethod(
             this, [this, refusal] { finish(refusal); }, Qt::QueuedConnection);
@@ -99,7 +106,7 @@ void ComponentInstall::unpack() {
         this,
         [archive = m_archive, directory = m_directory, cancelled = m_cancelled, kind = m_kind,
          target]() -> QString {
-            QString fault = Archive::unpack(archive, directory, *cancelled);
+            QString fault = Archive::unpack(archive, directory, *cancelled, ReadyPrefix);
             if (!fault.isEmpty())
                 return fault;
             const QString root = rootOf(kind, directory);

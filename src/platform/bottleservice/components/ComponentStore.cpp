@@ -1,7 +1,6 @@
 #include "bottleservice/components/ComponentStore.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
 
 #include "bottleservice/components/Sources.h"
@@ -45,14 +44,8 @@ QJsonObject ComponentStore::catalogue(const Sources& sources) const {
 }
 
 QString ComponentStore::fault(const QString& kind, const QString& directory) {
-    if (kind == "runner") {
-        for (const char* wine : {"/bin/wine", "/bin/wine64"}) {
-            const QFileInfo info(directory + wine);
-            if (info.isFile() && info.isExecutable())
-                return {};
-        }
-        return "It holds no Wine.";
-    }
+    if (kind == "runner")
+        return Runners::wineIn(directory).isEmpty() ? "It holds no Wine." : QString();
     for (const char* part : {"/x64", "/x32", "/x86"}) {
         if (!QDir(directory + part).entryList({"*.dll"}, QDir::Files).isEmpty())
             return {};

@@ -5,16 +5,39 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <algorithm>
 
+#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/components/ComponentStore.h"
 
 namespace {
 
 constexpr qint64 MaximumBytes = 4 * 1024 * 1024;
 
-void merge(QJsonObject* into, const QJsonObject& other) {
-    for (auto it = other.begin(); it != other.end(); ++it)
-        into->insert(it.key(), it.value());
+void reject(const QString& path, const QString& entry, const char* why) {
+    qWarning() << path << "has a bad entry" << BottleName::shown(entry) << why;
+}
+
+bool isAddress(const QJsonValue& value) {
+    static const QRegularExpression pattern("\\A((https?|file)://\\S+|/[^\\x00-\\x1f]+)\\z");
+    return pattern.match(value.toString()).hasMatch();
+}
+
+/// Null, or what is wrong with the entry of a file.
+const char* faultOf(const QString& name, const QJsonObject& entry) {
+    static const QRegularExpression checksum("\\A[0-9A-Fa-f]{64}\\z");
+    if (!Sources::isPlainName(name))
+        return "is no name of a file";
+    const QJsonArray addresses = entry["addresses"].toArray();
+    if (addresses.isEmpty() || !std::all_of(addresses.begin(), addresses.end(), isAddress))
+        return "has no addresses, or one that is none";
+    if (entry.contains("sha256") && !checksum.match(entry["sha256"].toString()).hasMatch())
+        return "has a checksum that is none";
+    const double size = entry["size"].toDouble(-1);
+    if (entry.contains("size") && !(size > 0 && size <= double(Source::MaximumBytes)))
+        return "has an impossible size";
+    return nullptr;
 }
 
 }  // namespace
@@ -32,19 +55,42 @@ void Sources::add(const QString& path) {
     const QJsonObject content = QJsonDocument::fromJson(text, &error).object();
     if (error.error != QJsonParseError::NoError)
         qWarning() << path << "cannot be used:" << error.errorString();
-    merge(&m_files, content["files"].toObject());
-    const QJsonObject archives = content["archives"].toObject();
-    for (auto it = archives.begin(); it != archives.end(); ++it) {
-        QJsonObject ofKind = m_archives[it.key()].toObject();
-        merge(&ofKind, it.value().toObject());
-        m_archives.insert(it.key(), ofKind);
+    const QJsonObject files = content["files"].toObject();
+    for (auto it = files.begin(); it != files.end(); ++it) {
+        if (const char* fault = faultOf(it.key(), it.value().toObject()))
+            reject(path, it.key(), fault);
+        else
+            m_files.insert(it.key(), it.value());
     }
+    addArchives(path, content["archives"].toObject());
     QStringList mirrors;
-    for (const QJsonValue& mirror : content["mirrors"].toArray())
-        mirrors += mirror.toString();
+    for (const QJsonValue& mirror : content["mirrors"].toArray()) {
+        if (isAddress(mirror))
+            mirrors += mirror.toString();
+        else
+            reject(path, mirror.toString(), "is no mirror");
+    }
     m_mirrors = mirrors + m_mirrors;
     if (content.contains("allow_unverified"))
         m_allowUnverified = content["allow_unverified"].toBool();
+}
+
+void Sources::addArchives(const QString& path, const QJsonObject& archives) {
+    for (auto kind = archives.begin(); kind != archives.end(); ++kind) {
+        if (!ComponentStore::kinds().contains(kind.key())) {
+            reject(path, kind.key(), "is no kind of component");
+            continue;
+        }
+        QJsonObject ofKind = m_archives[kind.key()].toObject();
+        const QJsonObject components = kind.value().toObject();
+        for (auto it = components.begin(); it != components.end(); ++it) {
+            if (isPlainName(it.key()) && isPlainName(it.value().toString()))
+                ofKind.insert(it.key(), it.value());
+            else
+                reject(path, it.key(), "is no component with an archive");
+        }
+        m_archives.insert(kind.key(), ofKind);
+    }
 }
 
 bool Sources::isPlainName(const QString& name) {
@@ -53,24 +99,17 @@ bool Sources::isPlainName(const QString& name) {
 }
 
 Source Sources::find(const QString& file) const {
-    static const QRegularExpression checksum("\\A[0-9a-f]{64}\\z");
     Source source;
     source.file = file;
     if (!isPlainName(file))
         return source;
-    for (const QString& mirror : m_mirrors) {
-        if (!mirror.isEmpty())
-            source.addresses += mirror + '/' + file;
-    }
+    for (const QString& mirror : m_mirrors)
+        source.addresses += mirror + '/' + file;
     const QJsonObject entry = m_files[file].toObject();
     for (const QJsonValue& address : entry["addresses"].toArray())
         source.addresses += address.toString();
-    const double size = entry["size"].toDouble(-1);
-    if (size >= 0 && size <= double(Source::MaximumBytes))
-        source.size = qint64(size);
-    const QString sha256 = entry["sha256"].toString().toLower();
-    if (checksum.match(sha256).hasMatch())
-        source.sha256 = sha256.toLatin1();
+    source.size = qint64(entry["size"].toDouble(-1));
+    source.sha256 = entry["sha256"].toString().toLower().toLatin1();
     return source;
 }
 
@@ -81,7 +120,7 @@ QString Sources::archiveOf(const QString& kind, const QString& component) const 
 QStringList Sources::components(const QString& kind) const {
     QStringList names;
     for (const QString& name : m_archives[kind].toObject().keys()) {
-        if (isPlainName(name))
+        if (refusal(kind, name).isEmpty())
             names += name;
     }
     return names;
@@ -94,4 +133,11 @@ QString Sources::refusal(const Source& source) const {
         return QString("No checksum of %1 is known, and sources.json does not allow files without one.")
             .arg(source.file);
     return {};
+}
+
+QString Sources::refusal(const QString& kind, const QString& component) const {
+    const QString file = archiveOf(kind, component);
+    return file.isEmpty()
+               ? QString("There is no component \"%1\" to install.").arg(BottleName::shown(component))
+               : refusal(find(file));
 }

@@ -17,12 +17,12 @@ struct Source {
 
 /// Where files come from. sources.json beside the catalogue is the deployment's, sources.json in the data
 /// directory the user's, whose entries win:
-///   {"files": {name: {"addresses": [...], "size": bytes, "sha256": hex}},
+///   {"files": {name: {"addresses": [...], "size": bytes, "sha256": hex, "source": where that was read}},
 ///    "archives": {"runner" | "dxvk" | "vkd3d": {component: file name}},
 ///    "mirrors": [directory or address, ...],    looked into first, for every file
 ///    "allow_unverified": bool}                  use files whose checksum is not known; false if it is
 ///    missing
-/// Entries that make no sense are as good as missing.
+/// Entries that make no sense are told to the log and are as good as missing.
 class Sources {
 public:
     Sources(const QString& catalogueDir, const QString& dataDir);
@@ -31,16 +31,20 @@ public:
 
     /// The archive of a component, or empty.
     QString archiveOf(const QString& kind, const QString& component) const;
+    /// Those that would not be refused.
     QStringList components(const QString& kind) const;
 
     /// Empty, or why the file may not be used.
     QString refusal(const Source& source) const;
+    /// Empty, or why the component is not fetched.
+    QString refusal(const QString& kind, const QString& component) const;
 
     /// Whether a text may be the name of a file or a directory of ours.
     static bool isPlainName(const QString& name);
 
 private:
     void add(const QString& path);
+    void addArchives(const QString& path, const QJsonObject& archives);
 
     QJsonObject m_files;
     QJsonObject m_archives;

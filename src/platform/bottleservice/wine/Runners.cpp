@@ -6,6 +6,8 @@
 #include <QStandardPaths>
 
 const char Runners::DefaultName[] = "lumora-wine10-stable";
+const char Runners::StagingName[] = "lumora-wine-staging";
+const char Runners::StagingDirectory[] = "/opt/wine-staging";
 
 namespace {
 
@@ -45,8 +47,10 @@ QStringList Runners::names() const {
         if (find(entry))
             names += entry;
     }
-    if (!names.contains(DefaultName) && machineWine())
-        names.prepend(DefaultName);
+    for (const char* machines : {StagingName, DefaultName}) {
+        if (!names.contains(machines) && find(machines))
+            names.prepend(machines);
+    }
     return names;
 }
 
@@ -54,11 +58,19 @@ std::optional<Runner> Runners::find(const QString& name) const {
     const bool isEntry =
         !name.isEmpty() && !name.startsWith('.') && !name.contains('/') && !name.contains(QChar(0));
     if (isEntry) {
-        const QString bin = m_directory + '/' + name + "/bin";
-        if (const auto own = runnerOf(name, firstExecutable({bin + "/wine", bin + "/wine64"})))
+        if (const auto own = runnerOf(name, wineIn(m_directory + '/' + name)))
             return own;
     }
+    if (name == StagingName)
+        return runnerOf(name, wineIn(m_stagingDirectory));
     return name == DefaultName ? machineWine() : std::nullopt;
+}
+
+QString Runners::wineIn(const QString& directory) {
+    QStringList paths;
+    for (const char* place : {"/bin/", "/files/bin/"})
+        paths << directory + place + "wine" << directory + place + "wine64";
+    return firstExecutable(paths);
 }
 
 QString Runners::wineserverFor(const QString& name) const {

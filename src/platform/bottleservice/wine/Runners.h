@@ -11,14 +11,17 @@ struct Runner {
     QString wineserver;
 };
 
-/// The Wines of this machine: the one in PATH under the default runner's name, and every directory below
-/// "runners" of the data directory that has bin/wine. Asks the disk at each call, so that a runner that was
-/// just unpacked is there.
+/// The Wines of this machine: the one in PATH under the default runner's name, a staging one that is
+/// installed beside it, and every directory below "runners" of the data directory that holds a Wine, which
+/// win. Asks the disk at each call, so that a runner that was just unpacked is there.
 class Runners {
 public:
     static const char DefaultName[];
+    static const char StagingName[];
+    static const char StagingDirectory[];  ///< where the packages of a staging Wine lie
 
-    explicit Runners(const QString& dataDir) : m_directory(dataDir + "/runners") {}
+    explicit Runners(const QString& dataDir, const QString& stagingDirectory = StagingDirectory)
+        : m_directory(dataDir + "/runners"), m_stagingDirectory(stagingDirectory) {}
 
     QStringList names() const;
     std::optional<Runner> find(const QString& name) const;
@@ -26,9 +29,14 @@ public:
     /// The wineserver of a runner, or of the machine's Wine when that runner is gone; empty if there is none.
     QString wineserverFor(const QString& name) const;
 
+    /// The program of the Wine in a directory: in bin, or in files/bin as Proton has it. wine wins over
+    /// wine64, which many do not have. Empty if there is none.
+    static QString wineIn(const QString& directory);
+
     /// The version in what "wine --version" prints: "wine-8.0 (Debian 8.0~repack-4)" gives "8.0".
     static QString parseVersion(const QByteArray& output);
 
 private:
     QString m_directory;
+    QString m_stagingDirectory;
 };
