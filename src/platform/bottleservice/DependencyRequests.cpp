@@ -7,35 +7,13 @@
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/components/InstallPlan.h"
 #include "bottleservice/components/Sources.h"
 #include "bottleservice/jobs/InstallDependencyJob.h"
 
 namespace {
 
 const char Cancelled[] = "The installation was cancelled.";
-
-/// Empty, or why a recipe's own steps cannot be carried out.
-QString refusalOf(const Recipe& recipe, const Sources& sources) {
-    if (recipe.steps.isEmpty())
-        return QString("There is no way to install \"%1\" on this machine.").arg(recipe.name);
-    for (const QString& file : recipe.files()) {
-        const QString refusal = sources.refusal(sources.find(file));
-        if (!refusal.isEmpty())
-            return refusal;
-    }
-    return {};
-}
-
-/// The other way, where the tool for it is there.
-bool useWinetricks(Recipe* recipe) {
-    if (recipe->winetricks.isEmpty() || QStandardPaths::findExecutable("winetricks").isEmpty())
-        return false;
-    RecipeStep step;
-    step.kind = RecipeStep::Kind::Winetricks;
-    step.file = recipe->winetricks;
-    recipe->steps = {step};
-    return true;
-}
 
 }  // namespace
 
@@ -84,14 +62,15 @@ QVector<Recipe> DependencyRequests::planned(const QString& bottle, const QString
     QStringList installed;
     for (const QJsonValue& name : settings->record()["Installed_Dependencies"].toArray())
         installed += name.toString();
-    QVector<Recipe> recipes = Recipes(m_catalogueDir, m_engine->dataDir()).plan(dependency, installed, error);
-    const Sources sources(m_catalogueDir, m_engine->dataDir());
-    for (Recipe& recipe : recipes) {
-        const QString refusal = refusalOf(recipe, sources);
-        if (!refusal.isEmpty() && !useWinetricks(&recipe))
-            *error = refusal;
-    }
-    return recipes;
+    InstallPlan::Asked asked{
+        dependency, installed, !QStandardPaths::findExecutable("winetricks").isEmpty(), {}};
+    const Runner runner = m_engine->runnerOf(*settings);
+    if (!runner.wine.isEmpty())
+        asked.target = RecipeTarget::of(m_engine->store().pathOf(bottle), runner.wine);
+    const InstallPlan plan = InstallPlan::make(asked, Recipes(m_catalogueDir, m_engine->dataDir()),
+                                               Sources(m_catalogueDir, m_engine->dataDir()));
+    *error = plan.refusal;
+    return plan.recipes;
 }
 
 void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& recipes) {

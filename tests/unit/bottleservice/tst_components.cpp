@@ -2,16 +2,22 @@
 #include <archive_entry.h>
 
 #include <QCryptographicHash>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QSignalSpy>
 
 #include "bottleservice/components/Archive.h"
 #include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/components/ComponentStore.h"
 #include "bottleservice/components/Download.h"
+#include "bottleservice/components/InstallPlan.h"
 #include "bottleservice/components/PrefixFiles.h"
-#include "bottleservice/components/Recipe.h"
+#include "bottleservice/components/Sources.h"
+#include "bottleservice/wine/Runners.h"
 #include "support/HttpServer.h"
+#include "support/LogCapture.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -58,6 +64,37 @@ QByteArray packed(const QStringList& entries) {
     archive_write_close(writer);
     archive_write_free(writer);
     return buffer.left(int(used));
+}
+
+/// What the rules of the log, the inspection of a file and the repair may ask for, read from where it stands.
+QSet<QString> namedComponents() {
+    // A name stands behind one of these words, or as the second of a pair.
+    static const QRegularExpression name(
+        "(?:LogMissingComponent, |\\{\"[^\"]+\",\\s*|return |\\? |\\badd\\(|Component\\[\\] = "
+        ")\"([a-z]+[0-9]*)\"");
+    QStringList files;
+    const QString launch = FRONTEND_DIR "/launch";
+    for (const QString& file : QDir(launch + "/winelog").entryList({"*.cpp", "*.h"}))
+        files += launch + "/winelog/" + file;
+    for (const char* file : {"/inspection/ExeDetection.cpp", "/LogFindings.cpp", "/ProgramAppFixer.cpp"})
+        files += launch + file;
+    QSet<QString> names;
+    for (const QString& file : qAsConst(files)) {
+        auto match = name.globalMatch(QString::fromUtf8(readFile(file)));
+        while (match.hasNext())
+            names += match.next().captured(1);
+    }
+    // The versions of .NET that have such a runtime.
+    if (names.remove("dotnetcoredesktop")) {
+        for (const int version : {3, 5, 6, 7, 8, 9, 10})
+            names += QString("dotnetcoredesktop%1").arg(version);
+    }
+    for (const QJsonValue& ofDll :
+         QJsonDocument::fromJson(readFile(CATALOGUE_DIR "/dlls_search.json")).object()) {
+        for (const QJsonValue& component : ofDll.toArray())
+            names += component.toString();
+    }
+    return names;
 }
 
 QByteArray sha256(const QByteArray& data) {
@@ -202,23 +239,74 @@ private Q_SLOTS:
         QCOMPARE(recipes.find("b")->steps[0].mode, QString("n,b"));
     }
 
-    /// Everything that is delivered can be read, and what it needs is there.
+    /// Everything that is delivered can be installed by one way or the other, and what the program itself can
+    /// ask for on any machine with a network.
     void catalogue() {
         const Recipes recipes(CATALOGUE_DIR, "/nowhere");
         const Sources sources(CATALOGUE_DIR, "/nowhere");
-        QFile file(QString(CATALOGUE_DIR) + "/dependency.json");
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        for (const QString& name : QJsonDocument::fromJson(file.readAll()).object().keys()) {
-            QString error;
-            const QVector<Recipe> plan = recipes.plan(name, {}, &error);
-            QVERIFY2(!plan.isEmpty() && error.isEmpty(), qPrintable(name + ' ' + error));
-            for (const Recipe& recipe : plan) {
-                bool hasAll = !recipe.steps.isEmpty();
-                for (const QString& wanted : recipe.files())
-                    hasAll = hasAll && !sources.find(wanted).addresses.isEmpty();
-                QVERIFY2(hasAll || !recipe.winetricks.isEmpty(), qPrintable(name + " has no way"));
-            }
+        const auto refusal = [&](const QString& name, bool hasWinetricks,
+                                 std::optional<RecipeTarget> target = {}) {
+            return InstallPlan::make({name, {}, hasWinetricks, std::move(target)}, recipes, sources).refusal;
+        };
+        const QStringList all = recipes.names();
+        for (const QString& name : all)
+            QCOMPARE(refusal(name, true), QString());
+        // Only winetricks brings these.
+        const QMap<QString, QString> exceptions{
+            {"gfw", "no checksum of its installer is known"},
+            {"mdx", "it is registered with .NET, which no step of a recipe does"},
+            {"mf", "no checksum of a package with its DLLs is known"},
+            {"mfc40", "no checksum of a package with its DLLs is known"},
+            {"mfc70", "no checksum of a package with its DLLs is known"},
+            {"speech", "no checksum of its packages is known"},
+            {"vb6controls", "no checksum of its cabinets is known"},
+            {"vcredist2003", "its maker has published it only within other products"},
+            {"vfw", "no checksum of its codecs is known"}};
+        const QSet<QString> named = namedComponents();
+        QVERIFY(named.contains("mono9") && named.contains("mdac28") && named.contains("vbrun6"));
+        for (const QString& name : named) {
+            const QString sentence = refusal(name, false);
+            QVERIFY2(sentence.isEmpty() != exceptions.contains(name), qPrintable(name + ": " + sentence));
+            QCOMPARE(sentence.contains("winetricks"), !sentence.isEmpty());
+            for (const bool is64Bit : {false, true})
+                QCOMPARE(refusal(name, true, RecipeTarget{is64Bit, true, {"wine-gecko-2.47.3"}}), QString());
         }
+        QVERIFY(refusal("gecko", true, RecipeTarget{true, true, {"wine-gecko-9"}})
+                    .contains("Wine of this bottle"));
+        for (const QString& kind : ComponentStore::kinds())
+            QVERIFY(!sources.components(kind).isEmpty());
+        for (const char* runner : {Runners::DefaultName, Runners::StagingName})
+            QCOMPARE(sources.refusal("runner", runner), QString());
+    }
+
+    /// A row that makes no sense is refused and told; those beside it count, and the one that it would
+    /// replace.
+    void badEntries() {
+        TestSupport::LogCapture log;
+        const Sources sources(TEST_DATA_DIR "/components/good", TEST_DATA_DIR "/components/bad");
+        const Recipes recipes(TEST_DATA_DIR "/components/good", TEST_DATA_DIR "/components/bad");
+        QCOMPARE(log.count("has a bad entry"), 14);
+        for (const char* file : {"f", "g"})
+            QCOMPARE(sources.find(file).sha256, QByteArray(64, 'a'));
+        QCOMPARE(sources.components("runner"), QStringList({"q", "r"}));
+        QCOMPARE(recipes.names(), QStringList{"good"});
+        QCOMPARE(recipes.find("good")->files(), QStringList{"g"});
+    }
+
+    void runners() {
+        const auto program = [this](const QString& path) {
+            QVERIFY(
+                QFile::setPermissions(m_home.write(path, "#!/bin/sh\n"), QFile::ReadOwner | QFile::ExeOwner));
+        };
+        program("opt/bin/wine");
+        program("data/runners/ge-proton9/files/bin/wine64");
+        const Runners runners(m_home.path() + "/data", m_home.path() + "/opt");
+        QCOMPARE(runners.find(Runners::StagingName)->wine, m_home.path() + "/opt/bin/wine");
+        QVERIFY(runners.names().contains(Runners::StagingName) && runners.names().contains("ge-proton9"));
+        program("data/runners/lumora-wine-staging/bin/wine");
+        QVERIFY(runners.find(Runners::StagingName)->wine.contains("/data/"));
+        QCOMPARE(runners.names().count(Runners::StagingName), 1);
+        QVERIFY(!Runners(m_home.path() + "/none", m_home.path() + "/none").find(Runners::StagingName));
     }
 
     void backups() {

@@ -1,17 +1,15 @@
 #!/usr/bin/python3
-"""The two files of the component catalogue fit together and hold what the program can name."""
+"""The files of the component catalogue fit together, and each file that it names has a checksum."""
 
 import json
 import pathlib
+import re
 import sys
 import unittest
 
 ROOT = pathlib.Path(sys.argv.pop(1) if len(sys.argv) > 1 else __file__ + "/../../../..").resolve()
 CATALOGUE = ROOT / "src/platform/data/catalogue"
-# What rules of the log, the inspection of a file or a hint may ask for.
-NAMED = {"dotnet20", "dotnet35", "dotnet40", "dotnet45", "dotnet452", "dotnet48", "gecko", "jet40", "mdac28", "mono9",
-         "vbrun6", "vcredist2022"} | {f"dotnetcoredesktop{n}" for n in (3, 5, 6, 7, 8, 9)}
-STEPS = {"run": {"arguments", "only"}, "extract": {"files", "to", "register", "only"}, "fonts": {"files"},
+STEPS = {"run": {"arguments", "only", "from", "addon"}, "extract": {"files", "to", "register", "only"}, "fonts": {"files"},
          "override": {"mode"}}
 
 
@@ -24,13 +22,12 @@ def read(name):
 
 
 class Catalogue(unittest.TestCase):
-    components, dlls = read("dependency.json"), read("dlls_search.json")
+    components, dlls, sources = read("dependency.json"), read("dlls_search.json"), read("sources.json")
 
     def test_files_agree(self):
         pairs = {(dll, component) for dll, names in self.dlls.items() for component in names}
         self.assertEqual(pairs, {(dll, name) for name, entry in self.components.items() for dll in entry["dlls"]})
         self.assertEqual([d for d in self.dlls if d != d.lower() or d.endswith(".dll") or "/" in d], [])
-        self.assertLessEqual(NAMED, self.components.keys())
         self.assertEqual(self.dlls["msvcp140"][0], "vcredist2022")
 
     def test_recipes(self):
@@ -43,6 +40,20 @@ class Catalogue(unittest.TestCase):
                     self.assertEqual(len(kind), 1, step)
                     self.assertLessEqual(step.keys() - kind, STEPS[kind.pop()], step)
                     self.assertNotIn("/", "".join(step.get("files", [])))
+                    self.assertIn(step.get("only", "win64"), ("win32", "win64"))
+
+    def test_sources(self):
+        wanted = {name for archives in self.sources["archives"].values() for name in archives.values()}
+        for entry in self.components.values():
+            for step in entry["recipe"]["steps"]:
+                packages = [word for word in step.get("arguments", ()) if word.endswith(".msi")]
+                wanted |= {step[key] for key in ("from", "run", "extract", "fonts") if key in step and not (
+                    key == "run" and ("from" in step or packages))} | set(packages)
+        self.assertEqual(wanted, self.sources["files"].keys())
+        for name, entry in self.sources["files"].items():
+            with self.subTest(name):
+                self.assertRegex(entry["sha256"], r"\A[0-9a-f]{64}\Z")
+                self.assertTrue(all(re.match(r"https?://\S+\Z", address) for address in entry["addresses"]))
 
 
 if __name__ == "__main__":

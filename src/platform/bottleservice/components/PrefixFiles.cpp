@@ -16,7 +16,7 @@ namespace {
 const char Windows[] = "drive_c/windows/";
 const char Temporary[] = ".cellarix-new";
 
-enum class Machine { None, I386, Amd64 };
+enum class Machine { None, I386, Amd64, Other };
 
 Machine machineOf(const QString& path) {
     constexpr int PeOffsetAt = 0x3c;
@@ -32,7 +32,7 @@ Machine machineOf(const QString& path) {
     if (header.size() != 6 || !header.startsWith(QByteArray("PE\0\0", 4)))
         return Machine::None;
     const quint16 machine = qFromLittleEndian<quint16>(header.constData() + 4);
-    return machine == I386 ? Machine::I386 : machine == Amd64 ? Machine::Amd64 : Machine::None;
+    return machine == I386 ? Machine::I386 : machine == Amd64 ? Machine::Amd64 : Machine::Other;
 }
 
 bool isRealDirectory(const QString& prefix, const QString& relative) {
@@ -67,10 +67,16 @@ bool is64Bit(const QString& prefix) {
     return QFileInfo(prefix + '/' + Windows + "syswow64").isDir();
 }
 
+bool is32BitProgram(const QString& file) {
+    return machineOf(file) == Machine::I386;
+}
+
 QStringList systemDirectories(const QString& prefix, const QString& file) {
     const QString native = QString(Windows) + "system32";
     const QString other = QString(Windows) + "syswow64";
     const Machine machine = machineOf(file);
+    if (machine == Machine::Other)
+        return {};
     if (!is64Bit(prefix))
         return machine == Machine::Amd64 ? QStringList() : QStringList{native};
     if (machine == Machine::None)

@@ -8,9 +8,11 @@
 namespace PrefixFiles {
 
 bool is64Bit(const QString& prefix);
+bool is32BitProgram(const QString& file);
 
 /// Where a file of a component belongs: a 64-bit DLL into system32 and a 32-bit one into syswow64 of a 64-bit
-/// bottle; a file that is no program into both. None for a 64-bit DLL in a 32-bit bottle.
+/// bottle; a file that is no program into both. None for a 64-bit DLL in a 32-bit bottle, and for one of
+/// another processor.
 QStringList systemDirectories(const QString& prefix, const QString& file);
 
 /// Empty, or a sentence.

@@ -4,6 +4,9 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <algorithm>
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/PlainFile.h"
@@ -11,6 +14,7 @@
 #include "bottleservice/settings/DllOverrides.h"
 
 using Kind = RecipeStep::Kind;
+using Bottles = RecipeStep::Bottles;
 
 namespace {
 
@@ -41,15 +45,28 @@ RegistryChange valuesOf(const QString& key, const QJsonObject& values) {
     return change;
 }
 
+/// False when the words make no sense.
+bool readConditions(const QJsonObject& entry, RecipeStep* step) {
+    static const QRegularExpression addon("\\A(wine-(gecko|mono)-[0-9.]+)?\\z");
+    const QString only = entry["only"].toString();
+    if (only == "win32")
+        step->only = Bottles::Win32;
+    else if (only == "win64")
+        step->only = Bottles::Win64;
+    step->addon = entry["addon"].toString();
+    return (step->only != Bottles::All || !entry.contains("only")) && addon.match(step->addon).hasMatch();
+}
+
 std::optional<RecipeStep> stepOf(const QJsonObject& entry) {
     RecipeStep step;
-    step.onlyWin64 = entry["only"].toString() == "win64";
     step.names = texts(entry["files"]);
     bool isGood = true;
     if (entry.contains("run")) {
         step.file = entry["run"].toString();
+        step.archive = entry["from"].toString();
         step.arguments = texts(entry["arguments"]);
-        isGood = Sources::isPlainName(step.file);
+        isGood = Sources::isPlainName(step.file) &&
+                 (!entry.contains("from") || Sources::isPlainName(step.archive));
     } else if (entry.contains("extract") || entry.contains("fonts")) {
         step.kind = entry.contains("fonts") ? Kind::Fonts : Kind::Extract;
         step.file = entry[entry.contains("fonts") ? "fonts" : "extract"].toString();
@@ -72,7 +89,27 @@ std::optional<RecipeStep> stepOf(const QJsonObject& entry) {
     } else {
         isGood = false;
     }
-    return isGood ? std::optional(step) : std::nullopt;
+    return readConditions(entry, &step) && isGood ? std::optional(step) : std::nullopt;
+}
+
+/// Nothing, and why, when a part of the entry makes no sense.
+std::optional<Recipe> recipeOf(const QString& name, const QJsonValue& value, QString* fault) {
+    static const QRegularExpression verb("\\A([A-Za-z0-9][A-Za-z0-9_.]*)?\\z");
+    const QJsonObject entry = value.toObject();
+    const QJsonObject how = entry["recipe"].toObject();
+    Recipe recipe{
+        name, entry["Description"].toString(), texts(entry["needs"]), {}, how["winetricks"].toString()};
+    if (!Sources::isPlainName(name) || entry.isEmpty())
+        *fault = "it is no component";
+    else if (!verb.match(recipe.winetricks).hasMatch())
+        *fault = "its verb of winetricks makes no sense";
+    for (const QJsonValue& part : how["steps"].toArray()) {
+        if (const auto step = stepOf(part.toObject()))
+            recipe.steps += *step;
+        else
+            *fault = "its recipe has a step that makes no sense";
+    }
+    return fault->isEmpty() ? std::optional(recipe) : std::nullopt;
 }
 
 }  // namespace
@@ -82,8 +119,21 @@ QStringList RecipeStep::files() const {
         return {file};
     if (kind != Kind::Run)
         return {};
+    if (!archive.isEmpty())
+        return {archive};
     // Wine's own installer of packages is there; the package is not.
     return file == Installer ? arguments.filter(".msi", Qt::CaseInsensitive) : QStringList{file};
+}
+
+bool RecipeStep::fits(const RecipeTarget& target) const {
+    const bool isForBits = only == Bottles::All || (only == Bottles::Win64) == target.is64Bit;
+    return isForBits && (addon.isEmpty() || target.addons.contains(addon));
+}
+
+void Recipe::keepFitting(const RecipeTarget& target) {
+    const auto last = std::remove_if(steps.begin(), steps.end(),
+                                     [&](const RecipeStep& step) { return !step.fits(target); });
+    steps.erase(last, steps.end());
 }
 
 QStringList Recipe::files() const {
@@ -104,27 +154,19 @@ Recipes::Recipes(const QString& catalogueDir, const QString& dataDir) {
         const QJsonObject entries = QJsonDocument::fromJson(text, &error).object();
         if (error.error != QJsonParseError::NoError)
             qWarning() << path << "cannot be used:" << error.errorString();
-        for (auto it = entries.begin(); it != entries.end(); ++it)
-            m_entries.insert(it.key(), it.value());
+        for (auto it = entries.begin(); it != entries.end(); ++it) {
+            QString fault;
+            if (const auto recipe = recipeOf(it.key(), it.value(), &fault))
+                m_recipes.insert(it.key(), *recipe);
+            else
+                qWarning() << path << "has a bad entry" << BottleName::shown(it.key()) << fault;
+        }
     }
 }
 
 std::optional<Recipe> Recipes::find(const QString& name) const {
-    const QJsonObject entry = m_entries[name].toObject();
-    if (entry.isEmpty())
-        return std::nullopt;
-    Recipe recipe{name, entry["Description"].toString(), texts(entry["needs"]), {}, {}};
-    const QJsonObject how = entry["recipe"].toObject();
-    recipe.winetricks = how["winetricks"].toString();
-    for (const QJsonValue& value : how["steps"].toArray()) {
-        const auto step = stepOf(value.toObject());
-        if (!step) {
-            qWarning() << "the recipe of" << BottleName::shown(name) << "has a step that makes no sense";
-            return std::nullopt;
-        }
-        recipe.steps += *step;
-    }
-    return recipe;
+    const auto recipe = m_recipes.constFind(name);
+    return recipe == m_recipes.constEnd() ? std::nullopt : std::optional(*recipe);
 }
 
 QVector<Recipe> Recipes::plan(const QString& name, const QStringList& installed, QString* error) const {

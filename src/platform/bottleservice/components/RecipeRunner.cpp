@@ -54,11 +54,14 @@ QString placeFiles(const RecipeStep& step, const QString& archive, const QString
 
 RecipeRunner::RecipeRunner(const Runner& runner, const QString& bottlePath, const QVector<Recipe>& recipes,
                            std::function<QString(const QString&)> fileOf, QObject* parent)
-    : QObject(parent), m_runner(runner), m_bottlePath(bottlePath), m_fileOf(std::move(fileOf)) {
-    const bool is64Bit = PrefixFiles::is64Bit(bottlePath);
+    : QObject(parent),
+      m_runner(runner),
+      m_bottlePath(bottlePath),
+      m_target(RecipeTarget::of(bottlePath, runner.wine)),
+      m_fileOf(std::move(fileOf)) {
     for (const Recipe& recipe : recipes) {
         for (const RecipeStep& step : recipe.steps) {
-            if (is64Bit || !step.onlyWin64)
+            if (step.fits(m_target))
                 m_steps.enqueue(step);
         }
     }
@@ -70,6 +73,13 @@ RecipeRunner::~RecipeRunner() {
 }
 
 void RecipeRunner::start() {
+    if (m_steps.isEmpty()) {
+        // It was planned for another Wine, which the bottle had until now.
+        QMetaObject::invokeMethod(
+            this, [this] { finish("Nothing of it is made for the Wine of this bottle."); },
+            Qt::QueuedConnection);
+        return;
+    }
     Q_EMIT stepDone(0, m_total);
     next();
 }
@@ -114,14 +124,34 @@ void RecipeRunner::carryOut(const RecipeStep& step) {
 }
 
 void RecipeRunner::run(const RecipeStep& step) {
+    if (step.archive.isEmpty()) {
+        runProgram(step, step.files().contains(step.file) ? m_fileOf(step.file) : step.file);
+        return;
+    }
+    inDirectory(
+        [step, archive = m_fileOf(step.archive), cancelled = m_cancelled](const QString& directory,
+                                                                          QStringList* files) {
+            const QString fault = Archive::extract(archive, {step.file}, directory, files, *cancelled);
+            return fault.isEmpty() && files->isEmpty()
+                       ? QString("%1 does not hold %2.").arg(step.archive, step.file)
+                       : fault;
+        },
+        [this, step](const QStringList& files) { runProgram(step, files.first()); });
+}
+
+void RecipeRunner::runProgram(const RecipeStep& step, const QString& program) {
+    if (!m_target.runs32Bit && PrefixFiles::is32BitProgram(program)) {
+        stepEnded(QString("%1 is a program of 32 bits, and the Wine of this bottle runs none. Install 32-bit "
+                          "Wine (the package wine32), or choose another Wine version for the bottle.")
+                      .arg(step.file));
+        return;
+    }
     const QStringList files = step.files();
     QStringList arguments;
     for (const QString& argument : step.arguments)
         arguments += files.contains(argument) ? windowsPath(m_fileOf(argument)) : argument;
-    const bool isFetched = files.contains(step.file);
-    Q_EMIT described(QString("Installing %1").arg(isFetched ? step.file : files.join(' ')));
-    command(m_runner.wine, QStringList{isFetched ? m_fileOf(step.file) : step.file} + arguments,
-            [this] { stepEnded({}); });
+    Q_EMIT described(QString("Installing %1").arg(files.join(' ')));
+    command(m_runner.wine, QStringList{program} + arguments, [this] { stepEnded({}); });
 }
 
 void RecipeRunner::runWinetricks(const QString& verb) {
@@ -131,6 +161,18 @@ void RecipeRunner::runWinetricks(const QString& verb) {
 
 void RecipeRunner::unpack(const RecipeStep& step) {
     Q_EMIT described(QString("Unpacking %1").arg(step.file));
+    inDirectory(
+        [step, archive = m_fileOf(step.file), prefix = m_bottlePath, cancelled = m_cancelled](
+            const QString& directory, QStringList* files) {
+            return placeFiles(step, archive, directory, prefix, files, *cancelled);
+        },
+        [this, registers = step.registers](const QStringList& files) {
+            registerFiles(registers ? files : QStringList());
+        });
+}
+
+/// Does work in the background that fills a directory, which stays until the end of the step.
+void RecipeRunner::inDirectory(const Work& work, std::function<void(const QStringList& files)> done) {
     // Beside the backup, so that it goes with it after a kill.
     const QString place = BottleBackup::pathOf(m_bottlePath);
     m_unpacked = std::make_unique<QTemporaryDir>(place + "/unpacked-XXXXXX");
@@ -140,15 +182,10 @@ void RecipeRunner::unpack(const RecipeStep& step) {
     }
     const auto files = std::make_shared<QStringList>();
     Background::run(
-        this,
-        [step, files, archive = m_fileOf(step.file), directory = m_unpacked->path(), prefix = m_bottlePath,
-         cancelled = m_cancelled] {
-            return placeFiles(step, archive, directory, prefix, files.get(), *cancelled);
-        },
-        [this, files, registers = step.registers](const QString& fault) {
-            m_unpacked.reset();
-            if (fault.isEmpty() && registers)
-                registerFiles(*files);
+        this, [work, files, directory = m_unpacked->path()] { return work(directory, files.get()); },
+        [this, files, done = std::move(done)](const QString& fault) {
+            if (fault.isEmpty())
+                done(*files);
             else
                 stepEnded(fault);
         });
@@ -208,6 +245,7 @@ void RecipeRunner::stepEnded(const QString& sentence) {
         finish(*m_cancelled ? QString("The installation was cancelled.") : sentence);
         return;
     }
+    m_unpacked.reset();
     m_steps.dequeue();
     Q_EMIT stepDone(m_total - m_steps.size(), m_total);
     QMetaObject::invokeMethod(this, &RecipeRunner::next, Qt::QueuedConnection);

@@ -43,8 +43,11 @@ private:
     void next();
     void carryOut(const RecipeStep& step);
     void run(const RecipeStep& step);
+    void runProgram(const RecipeStep& step, const QString& program);
     void runWinetricks(const QString& verb);
     void unpack(const RecipeStep& step);
+    using Work = std::function<QString(const QString& directory, QStringList* files)>;
+    void inDirectory(const Work& work, std::function<void(const QStringList& files)> done);
     void registerFiles(QStringList files);
     void writeRegistry(const RecipeStep& step);
     void command(const QString& program, const QStringList& arguments, std::function<void()> done);
@@ -54,6 +57,7 @@ private:
 
     Runner m_runner;
     QString m_bottlePath;
+    RecipeTarget m_target;
     std::function<QString(const QString&)> m_fileOf;
     QQueue<RecipeStep> m_steps;
     int m_total = 0;
