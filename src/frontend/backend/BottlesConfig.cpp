@@ -132,6 +132,16 @@ BusResult BottlesConfig::cancelInstallingDependency(const QString& bottle) {
     return BusCall::block(*this, "cancelInstallingDependency", {bottle}, kIgnored);
 }
 
+void BottlesConfig::cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name,
+                                              QObject* context, const Handler& handler) {
+    BusCall::watch(*this, "cancelInstallingComponent", {bottle, kind, name}, context, handler, kIgnored);
+}
+
+void BottlesConfig::cancelInstallingDependency(const QString& bottle, QObject* context,
+                                               const Handler& handler) {
+    BusCall::watch(*this, "cancelInstallingDependency", {bottle}, context, handler, kIgnored);
+}
+
 BusResult BottlesConfig::getRunnerVersion(const QString& runner) {
     return BusCall::block(*this, "getRunnerVersion", {runner});
 }

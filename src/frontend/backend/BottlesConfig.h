@@ -48,6 +48,10 @@ public:
     void reinstallDependency(const QString& bottle, const QString& dependency);
     QString getInstallingDependency(const QString& bottle);
     BusResult cancelInstallingDependency(const QString& bottle);
+    /// The same two without a wait.
+    void cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name,
+                                   QObject* context, const Handler& handler);
+    void cancelInstallingDependency(const QString& bottle, QObject* context, const Handler& handler);
     BusResult getRunnerVersion(const QString& runner);
 
     // Switches; none of them confirms.

@@ -18,13 +18,17 @@ void DependencyInstallQueue::failCurrent(const QString& why) {
     slotsDependsInstalled(m_bottleName, m_currentDependency, {{"ok", false}});
 }
 
-void DependencyInstallQueue::install(const QString& bottleName, const QStringList& dependencies) {
-    auto* service = BottlesConfig::instance();
-    service->disconnect(this);
+void DependencyInstallQueue::cancel() {
+    BottlesConfig::instance()->disconnect(this);
     dropEmitter();
     m_bottleName.clear();
     m_pending.clear();
     m_currentDependency.clear();
+}
+
+void DependencyInstallQueue::install(const QString& bottleName, const QStringList& dependencies) {
+    auto* service = BottlesConfig::instance();
+    cancel();
     if (dependencies.isEmpty()) {
         Q_EMIT done();
         return;

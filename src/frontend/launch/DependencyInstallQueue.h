@@ -18,6 +18,8 @@ public:
     explicit DependencyInstallQueue(QObject* parent = nullptr);
 
     void install(const QString& bottleName, const QStringList& dependencies);
+    /// Becomes idle without done(). What the service is installing is not cancelled by this.
+    void cancel();
 
 Q_SIGNALS:
     void done();

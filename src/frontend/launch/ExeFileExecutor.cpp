@@ -89,6 +89,7 @@ ExeFileExecutor::~ExeFileExecutor() {
     m_launcher->disconnect(this);
     m_monitor->disconnect(this);
     m_queue->disconnect(this);
+    m_queue->cancel();
     if (m_launcher->isOpen())
         m_launcher->close();
     if (m_monitor->isWatching())
@@ -246,6 +247,8 @@ void ExeFileExecutor::launchProgram(const QString& bottle, const QString& progra
 }
 
 void ExeFileExecutor::launch() {
+    if (m_isCancelled)
+        return;
     qInfo() << "Launch exe file...";
     Q_EMIT emitStep(tr("Launching"), MsgLine);
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);

@@ -43,7 +43,8 @@ public:
     /// Repairs what the last start has brought to light and launches again. Without effect while the program
     /// or a repair is running.
     void applyFix();
-    /// Of what a repair has under way nothing stays in the bottle. The end is not waited for.
+    /// Ends the launch without a result, in whatever state it is: nothing is installed or launched any more,
+    /// and the service rolls back the repair that it has begun. Returns at once. The Windows program goes on.
     void cancelRepair();
 
     /// Waits for the bottle choice if it is still under way.
@@ -132,6 +133,7 @@ private:
     QStringList m_fonts;
     DependencyInstallQueue* m_queue;
     bool m_finished = false;
+    bool m_isCancelled = false;
     QStringList m_triedComponents;
     QStringList m_triedFonts;
     int m_seconds = 0;

@@ -1,13 +1,12 @@
 // The second half of ExeFileExecutor: from the end of the program to the result or the repair.
 #include <QFileInfo>
-#include <QtConcurrent>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
 #include "backend/MissingFonts.h"
-#include "backend/ServiceThreads.h"
+#include "backend/PendingWork.h"
 #include "core/base/WineNames.h"
 #include "launch/DependencyInstallQueue.h"
 #include "launch/ExeFileExecutor.h"
@@ -222,6 +221,8 @@ void ExeFileExecutor::prepareFix(const QString& bottle, const QString& programUu
 }
 
 void ExeFileExecutor::applyFix() {
+    if (m_isCancelled)
+        return;
     if (m_secondTimer->isActive() || m_linksTimer.isActive() || m_awaited != Awaited::Nothing) {
         qInfo() << "no repair in the midst of a launch";
         return;
@@ -241,11 +242,28 @@ void ExeFileExecutor::applyFix() {
     }
 }
 
+/// First nothing is listened to any more, so that no answer can start the next step; then the service is told.
 void ExeFileExecutor::cancelRepair() {
-    if (m_awaited == Awaited::Components)
-        QtConcurrent::run(ServiceThreads::pool(), [bottle = m_bottlesName] {
-            BottlesConfig::instance()->cancelInstallingDependency(bottle);
-        });
+    if (m_isCancelled)
+        return;
+    m_isCancelled = true;
+    const Awaited awaited = std::exchange(m_awaited, Awaited::Nothing);
+    m_queue->cancel();
+    BottlesConfig* config = BottlesConfig::instance();
+    config->disconnect(this);
+    ComponentManager::instance()->disconnect(this);
+    m_secondTimer->stop();
+    m_silenceTimer.stop();
+    m_linksTimer.stop();
+    const auto onAnswer = [hold = PendingWork::instance()->hold()](const BusResult& answer) {
+        if (!answer.ok)
+            qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
+    };
+    if (awaited == Awaited::Components)
+        config->cancelInstallingDependency(m_bottlesName, config, onAnswer);
+    else if (awaited == Awaited::RunnerSwitch)
+        config->cancelInstallingComponent(m_bottlesName, ComponentKind::runner(), WineNames::stagingRunner(),
+                                          config, onAnswer);
 }
 
 void ExeFileExecutor::switchRunner() {

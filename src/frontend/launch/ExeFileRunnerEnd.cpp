@@ -139,8 +139,10 @@ void ExeFileRunner::finish(bool cleanUp) {
     m_finishedOnce = true;
     m_banner->hide();
     m_banner->disconnect(this);
-    if (m_executor)
+    if (m_executor) {
         m_executor->disconnect(this);
+        m_executor->cancelRepair();
+    }
     const QString runner = BottleUtils::bottleRunner(m_bottlesName);
     if (cleanUp && isInstaller())
         cleanUpInstaller();

@@ -333,6 +333,73 @@ private Q_SLOTS:
         QCOMPARE(m_results, 0);
     }
 
+    /// Whatever is under way: after a cancel only the cancel itself leaves the process.
+    void cancelled_data() {
+        QTest::addColumn<QString>("call");  // that is under way
+        QTest::addColumn<bool>("isHeld");
+        QTest::addColumn<QString>("log");
+        QTest::addColumn<QString>("sent");
+        const auto row = [](const char* name, const char* call, bool isHeld, const char* log,
+                            const char* sent) {
+            QTest::newRow(name) << call << isHeld << log << sent;
+        };
+        row("runner", "install", true, "", "");
+        row("bottle", "createBottles", true, "", "");
+        row("running", "get", false, "", "");
+        row("links", "scanApplicationLinks", true, "", "");
+        row("components, not answered", "installDependency", true, Gecko, "cancelInstallingDependency");
+        row("components, downloading", "installDependency", false, Gecko, "cancelInstallingDependency");
+        row("switch, not answered", "setRunner", true, "", "cancelInstallingComponent");
+        row("switch, downloading", "setRunner", false, "", "cancelInstallingComponent");
+    }
+    void cancelled() {
+        QFETCH(QString, call);
+        QFETCH(bool, isHeld);
+        QFETCH(QString, log);
+        QFETCH(QString, sent);
+        const bool isNew = call == "install" || call == "createBottles";
+        makeBottle(privateBottleNameOf(m_file));
+        const QString bottle = std::exchange(m_bottle, "none of the answers");  // of react()
+        if (isNew)
+            m_service->setJson("Bottles.list", QJsonArray());
+        if (call == "install")
+            ComponentManager::instance()->runnerInstalled.clear();
+        if (call == "setRunner")
+            ComponentManager::instance()->runnerSupported = QStringList{Staging};
+        m_standIn.write("program", call == "get" ? "touch alive; wait_for close" : "(exit 1)");
+        m_standIn.write("log1", log.toUtf8());
+        if (isHeld)
+            m_service->setHeld(call, "{\"ok\":false}");
+        m_service->setError("cancelInstallingDependency", "no");
+        create(1);
+        m_executor->start();
+        QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
+        const QByteArray runs = readFile(m_standIn.directory() + "/runs");
+
+        LogCapture errors;
+        m_service->clearCalls();
+        m_executor->cancelRepair();
+        m_service->release();
+        m_executor->applyFix();
+        m_executor->onExeFinished(1);
+        const QString ok = "{\"ok\":true}";
+        m_service->emitSignal("dependencySetupDone", "sss", {bottle, "gecko", ok});
+        m_service->emitSignal("component_setup_done", "ssss", {bottle, "runner", Staging, ok});
+        QSignalSpy last(BottlesConfig::instance(), &BottlesConfig::program_exited);
+        m_service->emitSignal("program_exited", "s", {"x"});
+        QTRY_COMPARE(last.size(), 1);
+        BottlesConfig::instance()->list();
+        QStringList calls;
+        for (const RecordedCall& each : m_service->calls())
+            calls += each.method;
+        QCOMPARE(calls.join(' '), (sent + " list").trimmed());
+        QCOMPARE(errors.contains("Failed to cancel installing dependencies: no"),
+                 sent == "cancelInstallingDependency");
+        QCOMPARE(m_results, 0);
+        if (call != "get")
+            QCOMPARE(readFile(m_standIn.directory() + "/runs"), runs);
+    }
+
     void unreadableFile() {
         LogCapture log;
         m_file = m_home.path() + "/none.exe";

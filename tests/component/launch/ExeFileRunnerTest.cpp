@@ -87,7 +87,8 @@ class ExeFileRunnerTest : public QObject, private LaunchFixture {
                 told << "added";
             else if (call.method == "removeExternalProgram")
                 told << "removed";
-            else if (call.method == "delete" || call.method == "killWineServer")
+            else if (call.method == "delete" || call.method == "killWineServer" ||
+                     call.method.startsWith("cancel"))
                 told << call.method;
         }
         return told.join(' ');
@@ -121,6 +122,8 @@ private Q_SLOTS:
         row("failure", "a.exe", "", ":", "close", "added");
         row("failure, debug without a window", "a.exe", "", ":", "debug close", "added");
         row("repair", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)", "repair, close window", "added");
+        row("repair stopped", "a.exe", "", "(exit 1)", "repair, stop",
+            "added cancelInstallingDependency killWineServer");
         row("stopped", "a.exe", "", "touch alive; wait_for close", "stop", "killWineServer");
         row("installer with links", installer, "links", "show", "close window", "added removed");
         row("installer without links", installer, "", "show", "close window", "added delete");
@@ -167,7 +170,10 @@ private Q_SLOTS:
             click("repair_btn");
             QVERIFY(!m_service->waitForCall("installDependency").method.isEmpty());
             QCOMPARE(banner()->closeState(), int(WineExeLaunchBanner::Running));
-            Q_EMIT BottlesConfig::instance()->dependecyInstalled(m_bottle, "gecko", {{"ok", true}});
+            if (user.endsWith("stop"))
+                Q_EMIT banner()->stopRunning();
+            else
+                Q_EMIT BottlesConfig::instance()->dependecyInstalled(m_bottle, "gecko", {{"ok", true}});
         }
         if (user.endsWith("close window")) {
             QTRY_VERIFY_WITH_TIMEOUT(!banner()->isVisible(), LaunchMs);
