@@ -1,21 +1,27 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 
 /// How a request of a client ended: a text, or a fault with a sentence that says what is wrong. The engine
 /// makes it, the bus objects turn it into a reply. Nothing is thrown across this border.
 struct Answer {
-    enum class Fault { None, InvalidArgs, NoSuchBottle, NoSuchProgram, NotSupported, Failed };
+    enum class Fault { None, InvalidArgs, NoSuchBottle, NoSuchProgram, NotSupported, Busy, Failed };
 
-    static Answer of(const QString& text = {}) { return {text, Fault::None, {}}; }
-    static Answer failure(Fault fault, const QString& sentence) { return {{}, fault, sentence}; }
+    static Answer of(const QString& text = {}) { return {text, Fault::None, {}, {}}; }
+    static Answer failure(Fault fault, const QString& sentence) { return {{}, fault, sentence, {}}; }
+    /// Refused because these programs run in the bottle.
+    static Answer busy(const QStringList& programs) {
+        return {{}, Fault::Busy, QString("Programs run in the bottle: %1.").arg(programs.join(", ")), programs};
+    }
 
     bool isGood() const { return fault == Fault::None; }
 
     QString text;
     Fault fault = Fault::None;
     QString sentence;
+    QStringList running;  ///< names of programs, with Busy
 };
 
 /// Called exactly once for every request. The client behind it may be gone by then.

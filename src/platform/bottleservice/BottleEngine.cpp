@@ -22,6 +22,8 @@
 #include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/Emulators.h"
+#include "bottleservice/wine/LaunchRecords.h"
+#include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -267,6 +269,27 @@ void BottleEngine::enqueue(const QString& bottle, std::unique_ptr<Job> job) {
 
 void BottleEngine::enqueueStop(const QString& bottle, std::unique_ptr<Job> job) {
     m_stops.add(bottle, std::move(job));
+}
+
+void BottleEngine::waitForPrograms(const QString& bottle, QObject* context,
+                                   const std::function<void(const QStringList&)>& then) {
+    const auto look = [this, bottle] {
+        Answer failure;
+        const auto settings = loaded(bottle, &failure);
+        const QJsonObject programs =
+            settings ? settings->record().value("External_Programs").toObject() : QJsonObject();
+        return RunningPrograms::names(Processes().ofBottle(m_store.pathOf(bottle)),
+                                      LaunchRecord::starting(m_store.runningDir(), bottle), programs);
+    };
+    RunningPrograms::await(context, look, then);
+}
+
+void BottleEngine::waitBeforeInstall(const QString& bottle, QObject* context,
+                                     const std::function<void(const QStringList&)>& then) {
+    if (BottleBackup::state(m_store.pathOf(bottle)) != BottleBackup::State::None)
+        then({});
+    else
+        waitForPrograms(bottle, context, then);
 }
 
 // It loses its name in the bottle at once, so that the next installation has the place free.

@@ -64,6 +64,15 @@ public:
     /// For jobs that only end processes: beside the bottle's queue, since nobody waits for minutes until a
     /// program is ended.
     void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
+    /// Calls then with the names of the programs that run in the bottle or are being started there: at once
+    /// when there are none, otherwise when they have ended or after RunningPrograms::GraceMs. Not called when
+    /// context is destroyed before.
+    void waitForPrograms(const QString& bottle, QObject* context,
+                         const std::function<void(const QStringList& running)>& then);
+    /// The same for a request, before the bottle's turn: an installation that is under way there has looked
+    /// itself, and its own processes do not count.
+    void waitBeforeInstall(const QString& bottle, QObject* context,
+                           const std::function<void(const QStringList& running)>& then);
     /// Removes the files that an installation has set aside.
     void removeBackup(const QString& bottle);
     /// Writes bottle.yml and launch.json. Only from a job of that bottle.

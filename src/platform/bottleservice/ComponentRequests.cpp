@@ -80,16 +80,14 @@ void ComponentRequests::onFetched(const QString& kind, const QString& name, cons
     Q_EMIT installed(kind, name, sentence);
     for (const Reply& reply : install.replies)
         reply(Answer::of(compact(result)));
-    QStringList bottles;
-    for (const Change& change : qAsConst(m_changes)) {
-        if (change.kind == kind && change.name == name && change.waits)
-            bottles += change.bottle;
-    }
-    for (const QString& bottle : qAsConst(bottles)) {
+    const QVector<Change> changes = m_changes;
+    for (const Change& change : changes) {
+        if (change.kind != kind || change.name != name || change.state != Change::Downloading)
+            continue;
         if (!sentence.isEmpty())
-            drop(bottle, kind, name, sentence);
-        else if (Change* change = find(bottle, kind, name))
-            setUp(change);
+            end(change.id, Answer::failure(Fault::Failed, sentence));
+        else if (Change* waiting = find(change.id))
+            setUp(waiting);
     }
 }
 
@@ -100,38 +98,60 @@ void ComponentRequests::setComponent(const QString& bottle, const QString& kind,
                               QString("\"%1\" is no name of a component.").arg(BottleName::shown(version))));
         return;
     }
-    if (m_engine->refuseUnknown(bottle, reply)) {
-        Q_EMIT setupDone(bottle, kind, version, "There is no such bottle.");
+    const Answer check = m_engine->checked(bottle);
+    if (!check.isGood()) {
+        reply(check);
+        Q_EMIT setupDone(bottle, kind, version, check);
         return;
     }
-    if (find(bottle, kind, version)) {
+    const Change* present = last(bottle, kind);
+    if (present && present->name == version && !present->isCancelled) {
         reply(Answer::of());
         return;
     }
-    forgetOthers(bottle, kind);
-    const bool isThere = version == None ? kind != "runner" : m_store.isInstalled(kind, version);
-    m_changes += Change{bottle, kind, version, !isThere, {}};
-    reply(Answer::of());
-    if (isThere) {
-        setUp(&m_changes.last());
+    const QVector<Change> changes = m_changes;
+    for (const Change& change : changes) {
+        if (change.bottle == bottle && change.kind == kind)
+            cancelChange(change.id, "Another choice was made.");
+    }
+    const int id = ++m_lastId;
+    m_changes += Change{id, bottle, kind, version, reply, Change::Checking, false, {}};
+    m_engine->waitBeforeInstall(bottle, this,
+                                [this, id](const QStringList& running) { onLooked(id, running); });
+}
+
+void ComponentRequests::onLooked(int id, const QStringList& running) {
+    Change* change = find(id);
+    if (!change)
+        return;
+    const Change copy = *change;
+    if (!running.isEmpty()) {
+        end(id, Answer::busy(running));
+        copy.reply(Answer::busy(running));
         return;
     }
-    Q_EMIT waiting(bottle, kind, version);
-    fetch(kind, version);
+    copy.reply(Answer::of());
+    if (copy.name == None ? copy.kind != "runner" : m_store.isInstalled(copy.kind, copy.name)) {
+        setUp(change);
+        return;
+    }
+    change->state = Change::Downloading;
+    Q_EMIT waiting(copy.bottle, copy.kind, copy.name);
+    fetch(copy.kind, copy.name);
 }
 
 void ComponentRequests::setUp(Change* change) {
-    change->waits = false;
+    change->state = Change::SettingUp;
     const Change copy = *change;
     const Reply done = [self = QPointer<ComponentRequests>(this), copy](const Answer& answer) {
         if (self)
-            self->drop(copy.bottle, copy.kind, copy.name, answer.sentence);
+            self->end(copy.id, answer);
     };
     std::unique_ptr<InstallJob> job;
     if (copy.kind == "runner") {
         const auto runner = m_engine->runners().find(copy.name);
         if (!runner) {
-            drop(copy.bottle, copy.kind, copy.name, "The runner has gone.");
+            end(copy.id, Answer::failure(Fault::Failed, "The runner has gone."));
             return;
         }
         job = std::make_unique<ChangeRunnerJob>(m_engine, copy.bottle, *runner, done);
@@ -147,25 +167,34 @@ void ComponentRequests::setUp(Change* change) {
     m_engine->enqueue(copy.bottle, std::move(job));
 }
 
-ComponentRequests::Change* ComponentRequests::find(const QString& bottle, const QString& kind,
-                                                   const QString& name) {
+ComponentRequests::Change* ComponentRequests::find(int id) {
     for (Change& change : m_changes) {
-        if (change.bottle == bottle && change.kind == kind && change.name == name)
+        if (change.id == id)
             return &change;
     }
     return nullptr;
 }
 
-void ComponentRequests::drop(const QString& bottle, const QString& kind, const QString& name,
-                             const QString& sentence) {
-    Change* change = find(bottle, kind, name);
-    if (!change)
+ComponentRequests::Change* ComponentRequests::last(const QString& bottle, const QString& kind) {
+    for (int i = m_changes.size() - 1; i >= 0; --i) {
+        if (m_changes[i].bottle == bottle && m_changes[i].kind == kind)
+            return &m_changes[i];
+    }
+    return nullptr;
+}
+
+void ComponentRequests::end(int id, const Answer& result) {
+    const Change* found = find(id);
+    if (!found)
         return;
-    m_changes.remove(int(change - m_changes.data()));
-    if (!sentence.isEmpty())
-        qWarning() << kind << BottleName::shown(name) << "did not come into" << BottleName::shown(bottle)
-                   << sentence;
-    Q_EMIT setupDone(bottle, kind, name, sentence);
+    const Change change = *found;
+    m_changes.remove(int(found - m_changes.constData()));
+    if (!result.isGood())
+        qWarning() << change.kind << BottleName::shown(change.name) << "did not come into"
+                   << BottleName::shown(change.bottle) << result.sentence;
+    const Change* present = last(change.bottle, change.kind);
+    if (!change.isCancelled || !present || present->name != change.name)
+        Q_EMIT setupDone(change.bottle, change.kind, change.name, result);
 }
 
 void ComponentRequests::installing(const QString& bottle, const QString& kind, const Reply& reply) {
@@ -173,8 +202,8 @@ void ComponentRequests::installing(const QString& bottle, const QString& kind, c
     if (m_engine->refuseUnknown(bottle, reply))
         return;
     for (const Change& change : m_changes) {
-        if (change.bottle == bottle && change.kind == kind)
-            result.insert(change.name, change.waits ? "DOWNLOADING" : "SETUPING");
+        if (change.bottle == bottle && change.kind == kind && !change.isCancelled)
+            result.insert(change.name, change.state == Change::SettingUp ? "SETUPING" : "DOWNLOADING");
     }
     reply(Answer::of(compact(result)));
 }
@@ -183,16 +212,10 @@ void ComponentRequests::cancel(const QString& bottle, const QString& kind, const
                                const Reply& reply) {
     if (m_engine->refuseUnknown(bottle, reply))
         return;
-    Change* change = find(bottle, kind, name);
-    if (!change) {
-        reply(Answer::of());
-        return;
-    }
-    if (change->job) {
-        change->job->cancel();  // its end tells the rest
-    } else {
-        drop(bottle, kind, name, "The installation was cancelled.");
-        giveUp(kind, name);
+    const QVector<Change> changes = m_changes;
+    for (const Change& change : changes) {
+        if (change.bottle == bottle && change.kind == kind && change.name == name)
+            cancelChange(change.id, "The installation was cancelled.");
     }
     reply(Answer::of());
 }
@@ -201,17 +224,35 @@ void ComponentRequests::cancelAll(const QString& bottle) {
     const QVector<Change> changes = m_changes;
     for (const Change& change : changes) {
         if (change.bottle == bottle)
-            cancel(bottle, change.kind, change.name, [](const Answer&) {});
+            cancelChange(change.id, "The bottle is being deleted.");
     }
 }
 
+void ComponentRequests::cancelChange(int id, const QString& why) {
+    Change* change = find(id);
+    if (!change || change->isCancelled)
+        return;
+    const Change copy = *change;
+    if (copy.job) {
+        change->isCancelled = true;
+        copy.job->cancel();  // its end tells the rest
+        return;
+    }
+    const Answer failure = Answer::failure(Fault::Failed, why);
+    end(id, failure);
+    if (copy.state == Change::Checking)
+        copy.reply(failure);
+    else
+        cancelDownload(copy.kind, copy.name);
+}
+
 /// Ends a download that nobody waits for any more.
-void ComponentRequests::giveUp(const QString& kind, const QString& name) {
+void ComponentRequests::cancelDownload(const QString& kind, const QString& name) {
     const auto install = m_installs.constFind(keyOf(kind, name));
     if (install == m_installs.constEnd() || !install->replies.isEmpty())
         return;
     for (const Change& change : qAsConst(m_changes)) {
-        if (change.kind == kind && change.name == name)
+        if (change.kind == kind && change.name == name && change.state == Change::Downloading)
             return;
     }
     // Its end is awaited by nobody; who asks again begins anew.
@@ -220,17 +261,6 @@ void ComponentRequests::giveUp(const QString& kind, const QString& name) {
     work->disconnect(this);
     connect(work, &ComponentInstall::finished, work, &QObject::deleteLater);
     work->cancel();
-}
-
-/// The last wish for a bottle counts: those of its kind that still wait for their download are dropped.
-void ComponentRequests::forgetOthers(const QString& bottle, const QString& kind) {
-    const QVector<Change> changes = m_changes;
-    for (const Change& change : changes) {
-        if (change.bottle != bottle || change.kind != kind || !change.waits)
-            continue;
-        drop(bottle, kind, change.name, "Another choice was made.");
-        giveUp(kind, change.name);
-    }
 }
 
 void ComponentRequests::close() {

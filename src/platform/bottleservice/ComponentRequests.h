@@ -27,7 +27,9 @@ public:
     /// Answers {"ok": bool} when it is done.
     void install(const QString& kind, const QString& name, const Reply& reply);
 
-    /// Answers at once; setupDone() tells how it ended. The version "-" takes DXVK or VKD3D out of a bottle.
+    /// Answers when it is known whether programs run in the bottle, which refuse it; setupDone() tells how it
+    /// ended. The version "-" takes DXVK or VKD3D out of a bottle. The last request of a kind counts: it cancels
+    /// those before it.
     void setComponent(const QString& bottle, const QString& kind, const QString& version, const Reply& reply);
     /// Answers with a JSON object, component to "DOWNLOADING" or "SETUPING".
     void installing(const QString& bottle, const QString& kind, const Reply& reply);
@@ -47,15 +49,21 @@ Q_SIGNALS:
     void catalogueChanged(const QString& catalogue);
     void waiting(const QString& bottle, const QString& kind, const QString& name);
     void setupStarted(const QString& bottle, const QString& kind, const QString& name);
-    void setupDone(const QString& bottle, const QString& kind, const QString& name, const QString& sentence);
+    /// Of two requests for the same component, of which the first was cancelled, only the second is told.
+    void setupDone(const QString& bottle, const QString& kind, const QString& name, const Answer& result);
 
 private:
     /// A component on its way into a bottle.
     struct Change {
+        enum State { Checking, Downloading, SettingUp };
+
+        int id;
         QString bottle;
         QString kind;
         QString name;
-        bool waits = false;  ///< for the download
+        Reply reply;
+        State state = Checking;
+        bool isCancelled = false;  ///< what its job has begun is being rolled back
         QPointer<InstallJob> job;
     };
     struct Install {
@@ -66,16 +74,19 @@ private:
     Sources sources() const;
     void fetch(const QString& kind, const QString& name);
     void onFetched(const QString& kind, const QString& name, const QString& sentence);
+    void onLooked(int id, const QStringList& running);
     void setUp(Change* change);
-    Change* find(const QString& bottle, const QString& kind, const QString& name);
-    void drop(const QString& bottle, const QString& kind, const QString& name, const QString& sentence);
-    void giveUp(const QString& kind, const QString& name);
-    void forgetOthers(const QString& bottle, const QString& kind);
+    Change* find(int id);
+    Change* last(const QString& bottle, const QString& kind);
+    void end(int id, const Answer& result);
+    void cancelChange(int id, const QString& why);
+    void cancelDownload(const QString& kind, const QString& name);
 
     BottleEngine* m_engine;
     Downloads* m_downloads;
     QString m_catalogueDir;
     ComponentStore m_store;
     QHash<QString, Install> m_installs;  ///< by kind and name
-    QVector<Change> m_changes;
+    QVector<Change> m_changes;  ///< in the order of the requests
+    int m_lastId = 0;
 };

@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QJsonArray>
 #include <QStandardPaths>
+#include <algorithm>
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
@@ -13,7 +14,13 @@
 
 namespace {
 
-const char Cancelled[] = "The installation was cancelled.";
+Answer failed(const QString& sentence) {
+    return Answer::failure(Answer::Fault::Failed, sentence);
+}
+
+Answer cancelled() {
+    return failed("The installation was cancelled.");
+}
 
 }  // namespace
 
@@ -28,28 +35,43 @@ void DependencyRequests::install(const QString& bottle, const QString& dependenc
                             QString("\"%1\" is no name of a component.").arg(BottleName::shown(dependency))));
         return;
     }
-    if (m_engine->refuseUnknown(bottle, reply)) {
-        Q_EMIT done(bottle, dependency, "There is no such bottle.");
+    const Answer check = m_engine->checked(bottle);
+    if (!check.isGood()) {
+        reply(check);
+        Q_EMIT done(bottle, dependency, check);
         return;
     }
-    reply(Answer::of());
     QQueue<Install>& line = m_lines[bottle];
     line.enqueue({dependency, {}, {}, false});
     if (line.size() == 1)
-        startFirst(bottle);
+        startFirst(bottle, reply);
+    else
+        reply(Answer::of());
 }
 
-void DependencyRequests::startFirst(const QString& bottle) {
+void DependencyRequests::startFirst(const QString& bottle, const Reply& reply) {
+    m_engine->waitBeforeInstall(bottle, this, [this, bottle, reply](const QStringList& running) {
+        if (running.isEmpty()) {
+            reply(Answer::of());
+            planFirst(bottle);
+        } else {
+            firstEnded(bottle, Answer::busy(running));
+            reply(Answer::busy(running));
+        }
+    });
+}
+
+void DependencyRequests::planFirst(const QString& bottle) {
     QString error;
     if (m_lines[bottle].head().cancelled) {
-        firstEnded(bottle, Cancelled);
+        firstEnded(bottle, cancelled());
         return;
     }
     const QVector<Recipe> recipes = planned(bottle, m_lines[bottle].head().dependency, &error);
     if (error.isEmpty())
         fetch(bottle, recipes);
     else
-        firstEnded(bottle, error);
+        firstEnded(bottle, failed(error));
 }
 
 QVector<Recipe> DependencyRequests::planned(const QString& bottle, const QString& dependency,
@@ -96,7 +118,7 @@ void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& rec
         if (sentence.isEmpty())
             enqueue(bottle, recipes);
         else
-            firstEnded(bottle, sentence);
+            firstEnded(bottle, failed(sentence));
     });
     fetch->start();
 }
@@ -107,7 +129,7 @@ void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& r
         m_engine, bottle, recipes, m_downloads,
         [self = QPointer<DependencyRequests>(this), bottle](const Answer& answer) {
             if (self)
-                self->firstEnded(bottle, answer.sentence);
+                self->firstEnded(bottle, answer);
         });
     connect(job.get(), &InstallDependencyJob::described, this,
             [this, bottle, dependency](const QString& text) { Q_EMIT described(bottle, dependency, text); });
@@ -119,20 +141,23 @@ void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& r
     m_engine->enqueue(bottle, std::move(job));
 }
 
-void DependencyRequests::firstEnded(const QString& bottle, const QString& sentence) {
+void DependencyRequests::firstEnded(const QString& bottle, const Answer& result) {
     const auto line = m_lines.find(bottle);
-    const QString dependency = line->dequeue().dependency;
+    const Install first = line->dequeue();
+    const auto isSame = [&first](const Install& other) { return other.dependency == first.dependency; };
+    const bool isRepeated = first.cancelled && std::any_of(line->cbegin(), line->cend(), isSame);
     const bool isLast = line->isEmpty();
     if (isLast)
         m_lines.erase(line);
-    if (!sentence.isEmpty())
-        qWarning() << BottleName::shown(dependency) << "did not come into" << BottleName::shown(bottle)
-                   << sentence;
+    if (!result.isGood())
+        qWarning() << BottleName::shown(first.dependency) << "did not come into" << BottleName::shown(bottle)
+                   << result.sentence;
     // The next one begins when whoever hears of this one's end is done.
     if (!isLast)
         QMetaObject::invokeMethod(
-            this, [this, bottle] { startFirst(bottle); }, Qt::QueuedConnection);
-    Q_EMIT done(bottle, dependency, sentence);
+            this, [this, bottle] { startFirst(bottle, [](const Answer&) {}); }, Qt::QueuedConnection);
+    if (!isRepeated)
+        Q_EMIT done(bottle, first.dependency, result);
 }
 
 void DependencyRequests::installing(const QString& bottle, const Reply& reply) {
@@ -148,7 +173,7 @@ void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
     if (line != m_lines.end()) {
         while (line->size() > 1) {
             const QString waiting = line->takeLast().dependency;
-            Q_EMIT done(bottle, waiting, Cancelled);
+            Q_EMIT done(bottle, waiting, cancelled());
         }
         line->head().cancelled = true;
         const Install first = line->head();

@@ -23,7 +23,8 @@ public:
     DependencyRequests(BottleEngine* engine, Downloads* downloads, const QString& catalogueDir,
                        QObject* parent = nullptr);
 
-    /// Answers at once; done() tells how it ended, also for what is refused, unless the name can be none.
+    /// Answers when it is known whether programs run in the bottle, which refuse it, or at once when others are
+    /// before it. done() tells how it ended, also for what is refused, unless the name can be none.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
     /// The name of what is being installed, or empty.
     void installing(const QString& bottle, const Reply& reply);
@@ -40,8 +41,8 @@ Q_SIGNALS:
     void progress(const QString& bottle, const QString& dependency, qint64 received, qint64 total);
     void described(const QString& bottle, const QString& dependency, const QString& text);
     void stepDone(const QString& bottle, const QString& dependency, int done, int total);
-    /// An empty sentence is success.
-    void done(const QString& bottle, const QString& dependency, const QString& sentence);
+    /// Of two requests for the same component, of which the first was cancelled, only the second is told.
+    void done(const QString& bottle, const QString& dependency, const Answer& result);
 
 private:
     struct Install {
@@ -51,11 +52,12 @@ private:
         bool cancelled = false;
     };
 
-    void startFirst(const QString& bottle);
+    void startFirst(const QString& bottle, const Reply& reply);
+    void planFirst(const QString& bottle);
     QVector<Recipe> planned(const QString& bottle, const QString& dependency, QString* error) const;
     void fetch(const QString& bottle, const QVector<Recipe>& recipes);
     void enqueue(const QString& bottle, const QVector<Recipe>& recipes);
-    void firstEnded(const QString& bottle, const QString& sentence);
+    void firstEnded(const QString& bottle, const Answer& result);
 
     BottleEngine* m_engine;
     Downloads* m_downloads;

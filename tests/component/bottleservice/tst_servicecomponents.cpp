@@ -48,11 +48,25 @@ class tst_ServiceComponents : public QObject {
     }
     QStringList told(const QString& signal) const { return m_service->signalLog.filter(signal); }
 
+    /// Something that is called as Wine's processes are, and runs for a minute.
+    void startProgram(TestSupport::ChildProcess* process, const QString& windowsPath) const {
+        const QString wine = m_service->home().path() + "/wine64";
+        QFile::copy("/bin/sleep", wine);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("WINEPREFIX", m_service->bottlePath(Bottle));
+        process->setProcessEnvironment(environment);
+        process->start("bash", {"-c", "exec -a \"$0\" \"$1\" 60", windowsPath, wine});
+    }
+
 private Q_SLOTS:
     void init() {
         m_service = std::make_unique<ServiceFixture>();
         m_service->write("runners/stand-in/bin/wine", Wine, true);
-        m_service->write("runners/stand-in/bin/wineserver", "#!/bin/sh\n", true);
+        // Is told to end what runs only when new launches already wait.
+        m_service->write("runners/stand-in/bin/wineserver",
+                         "#!/bin/sh\n[ \"$1\" != -k ] || [ -e \"$WINEPREFIX/.before-install/journal.json\" ] || "
+                         "echo stop >> \"$WINEPREFIX/unannounced\"\n",
+                         true);
         m_service->write("bottles/real/bottle.yml", "Runner: stand-in\nOwn: 1\n");
         m_service->write("bottles/real/drive_c/windows/system32/old.dll", "old");
         m_service->write("bottles/real/system.reg", "old");
@@ -95,6 +109,7 @@ private Q_SLOTS:
         QVERIFY(!told("DownloadProgress(real, needy, 9, 9, done)").isEmpty());
         QVERIFY(!told("Description(real, needy, Downloading setup.exe)").isEmpty());
         QCOMPARE(state(), QByteArray("newnewnew"));
+        QVERIFY(!QFile::exists(path("unannounced")));
         QCOMPARE(record()["Installed_Dependencies"].toArray(), QJsonArray({"good", "needy"}));
         QCOMPARE(record()["DLL_Overrides"].toObject(), QJsonObject({{"made", "n"}}));
         QCOMPARE(record()["Own"].toInt(), 1);
@@ -149,6 +164,66 @@ private Q_SLOTS:
         QCOMPARE(m_service->error("delete", {Bottle}), QString());
         QVERIFY(!QFile::exists(path("")));
         QTRY_COMPARE(told("dependencySetupDone").filter("\"ok\":false").size(), 1);
+    }
+
+    /// No program ends because something is installed; the refusal names them.
+    void busy() {
+        m_service->write("bottles/real/bottle.yml", R"({Runner: stand-in, External_Programs: {
+            a: {id: a, name: Harbour, path: 'C:\game.exe'}}})");
+        TestSupport::ChildProcess game, other, server;
+        startProgram(&game, "C:\\Game.exe");
+        startProgram(&other, "Z:\\x\\edit.exe");
+        startProgram(&server, "C:\\windows\\system32\\services.exe");
+        const auto runs = [](const QProcess& process) {
+            return QFile::symLinkTarget(QString("/proc/%1/exe").arg(process.processId())).endsWith("/wine64");
+        };
+        QTRY_VERIFY(runs(game) && runs(other) && runs(server));
+        QDBusPendingCall calls[] = {m_service->callLater("installDependency", {Bottle, "good"}),
+                                    m_service->callLater("setDxvk", {Bottle, "layer", true}),
+                                    m_service->callLater("setRunner", {Bottle, "missing", true})};
+        for (QDBusPendingCall& call : calls) {
+            call.waitForFinished();
+            QCOMPARE(call.error().name(), QString("com.lumora.Error.Busy"));
+        }
+        const QString result = R"({"busy":["edit.exe","Harbour"],)"
+                               R"("error":"Programs run in the bottle: edit.exe, Harbour.","ok":false})";
+        QTRY_VERIFY(told("dependencySetupDone").contains("dependencySetupDone(real, good, " + result + ')'));
+        QTRY_VERIFY(told("setup_done").contains("component_setup_done(real, dxvk, layer, " + result + ')'));
+        QTRY_VERIFY(told("setup_done").contains("component_setup_done(real, runner, missing, " + result + ')'));
+        QVERIFY(runs(game) && runs(other) && runs(server));
+        QCOMPARE(m_service->error("killWineServer", {Bottle}), QString());
+        QCOMPARE(install("good"), QString());
+        QTRY_VERIFY(!told("Done(real, good, {\"ok\":true})").isEmpty());
+        QVERIFY(told("waiting").isEmpty());
+    }
+
+    /// Whatever came before, also what is still being rolled back, the bottle ends with the last request.
+    void lastRequestCounts_data() {
+        QTest::addColumn<QStringList>("requests");  // "-x" cancels x
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("again") << QStringList{"a", "b", "a"} << "a";
+        QTest::newRow("cancelled and again") << QStringList{"a", "-a", "a"} << "a";
+        QTest::newRow("cancelled") << QStringList{"a", "b", "-b"} << "";
+        QTest::newRow("twice") << QStringList{"b", "a", "a"} << "a";
+    }
+    void lastRequestCounts() {
+        QFETCH(QStringList, requests);
+        QFETCH(QString, expected);
+        for (const char* layer : {"a", "b"})
+            m_service->write(QString("dxvk/%1/x32/d3d9.dll").arg(layer), layer);
+        install("slow");  // the bottle's turn comes when all have been made
+        QTRY_VERIFY(state() == "newnewnew");
+        for (const QString& request : requests) {
+            if (request.startsWith('-'))
+                m_service->call("cancelInstallingComponent", {Bottle, "dxvk", request.mid(1)});
+            else
+                m_service->call("setDxvk", {Bottle, request, true});
+        }
+        m_service->call("cancelInstallingDependency", {Bottle});
+        QTRY_COMPARE(m_service->text("getInstallingComponents", {Bottle, "dxvk"}), QString("{}"));
+        QTRY_COMPARE(told("component_setup_done(real, dxvk, a").size(), 1);
+        QCOMPARE(record()["DXVK"].toString(), expected);
+        QCOMPARE(readFile(path("drive_c/windows/system32/d3d9.dll")), expected.toUtf8());
     }
 
     void machineAndBottle() {

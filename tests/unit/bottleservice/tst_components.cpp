@@ -318,9 +318,12 @@ private Q_SLOTS:
         };
         fill("old");
         QCOMPARE(BottleBackup::state(bottle), BottleBackup::State::None);
+        QCOMPARE(BottleBackup::announce(bottle), QString());
+        QVERIFY(QFile::exists(BottleBackup::pathOf(bottle) + "/journal.json"));  // what launches wait for
+        QCOMPARE(BottleBackup::state(bottle), BottleBackup::State::Unfinished);
         QCOMPARE(BottleBackup::make(bottle, "id1", NotCancelled), QString());
         QCOMPARE(BottleBackup::idOf(bottle), QString("id1"));
-        QVERIFY(!BottleBackup::make(bottle, "id2", NotCancelled).isEmpty());
+        QVERIFY(!BottleBackup::announce(bottle).isEmpty());
         fill("new");
         m_home.write("bottle/drive_c/windows/system32/b.dll", "new");
         // As after a kill between the two renames and a start of the bottle.

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "bottleservice/wine/Processes.h"
+#include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/WineEnvironment.h"
 #include "support/Table.h"
@@ -71,6 +72,36 @@ private Q_SLOTS:
         QCOMPARE(pids(processes.ofBottle(bottle)), QList<int>({10, 11, 12, 13, 14, 15, 19}));
         QCOMPARE(pids(processes.ofProgram(bottle, "id")), QList<int>({10, 15}));
         QCOMPARE(pids(processes.ofProgram(bottle, "")), QList<int>({11, 19}));
+    }
+
+    void programNames_data() {
+        const Table<QByteArray, QByteArray, QString, QString> row("command", "id", "starting", "expected");
+        const QByteArray game("C:\\Games\\Game.exe");
+        row("by path", game, "", "", "Harbour");
+        row("by id", "Z:\\x\\helper.exe", "7b1b", "", "Harbour");
+        row("by file", "Z:\\x\\Other.exe", "", "", "Other.exe");
+        row("behind the loader", QByteArray("/usr/bin/wine64\0C:\\a.exe", 24), "", "", "a.exe");
+        row("before there is a path", "/usr/bin/wine64", "", "", "wine64-preloader");
+        row("Wine's own", "C:\\windows\\system32\\plugplay.exe", "7b1b", "", "");
+        row("Wine's helper", "C:\\windows\\system32\\winemenubuilder.exe", "", "", "");
+        row("desktop", QByteArray("C:\\windows\\explorer.exe\0/desktop", 32), "", "", "");
+        row("window tool", "Z:\\x\\enum_process_window.exe", "", "enum_process_window.exe", "");
+        row("being started", "", "", "7b1b new.exe", "wine64-preloader Harbour new.exe");
+        row("started", "Z:\\x\\Other.exe", "", "other.exe", "Other.exe");
+    }
+    void programNames() {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, id);
+        QFETCH(QString, starting);
+        const QJsonObject programs{
+            {"7b1b", QJsonObject{{"name", "Harbour"}, {"path", "c:\\games\\game.exe"}}}};
+        const Processes::Entry process{1, "wine64-preloader", command, "/p", id};
+        const QStringList names =
+            RunningPrograms::names({process, process}, starting.split(' ', Qt::SkipEmptyParts), programs);
+        QFETCH(QString, expected);
+        QStringList wanted = expected.split(' ', Qt::SkipEmptyParts);
+        wanted.sort(Qt::CaseInsensitive);
+        QCOMPARE(names, wanted);
     }
 
     void runners() {

@@ -54,16 +54,24 @@ State state(const QString& bottlePath) {
     return idOf(bottlePath).isEmpty() ? State::Unfinished : State::Whole;
 }
 
-QString make(const QString& bottlePath, const QString& id, const std::atomic_bool& cancelled) {
+QString announce(const QString& bottlePath) {
     const QString backup = pathOf(bottlePath);
-    const QString windows = bottlePath + "/drive_c/windows";
-    if (!isRealDirectory(bottlePath + "/drive_c") || !isRealDirectory(windows))
+    if (!isRealDirectory(bottlePath + "/drive_c") || !isRealDirectory(bottlePath + "/drive_c/windows"))
         return "The bottle has no directory drive_c/windows.";
     if (!isRealDirectory(backup))
         QFile::remove(backup);  // what a program has put there
-    if (!QDir().mkdir(backup) || !QDir().mkdir(backup + "/windows"))
+    if (!QDir().mkdir(backup))
         return QString("Cannot make %1.").arg(backup);
-    QString error = FileTree::copy(windows, backup + "/windows", cancelled);
+    QString error;
+    AtomicFile::replace(backup + Journal, "{}\n", &error, AtomicFile::Safety::Quick);
+    return error;
+}
+
+QString make(const QString& bottlePath, const QString& id, const std::atomic_bool& cancelled) {
+    const QString backup = pathOf(bottlePath);
+    if (!QDir().mkdir(backup + "/windows"))
+        return QString("Cannot make %1.").arg(backup + "/windows");
+    QString error = FileTree::copy(bottlePath + "/drive_c/windows", backup + "/windows", cancelled);
     for (const char* registry : Registries) {
         if (error.isEmpty() && QFile::exists(bottlePath + registry) &&
             !FileTree::copyFile(bottlePath + registry, backup + registry))

@@ -11,7 +11,7 @@ namespace BottleBackup {
 
 enum class State {
     None,
-    Unfinished,  ///< it was being made; the bottle is as it was
+    Unfinished,  ///< announced or being made; the bottle is as it was
     Whole
 };
 
@@ -19,7 +19,11 @@ State state(const QString& bottlePath);
 QString idOf(const QString& bottlePath);
 QString pathOf(const QString& bottlePath);
 
-/// Nothing may run in the bottle. Empty, or a sentence.
+/// From here on launch scripts wait: they look for the journal, which names no id yet. There must be no backup.
+/// Empty, or a sentence.
+QString announce(const QString& bottlePath);
+
+/// Copies what was announced; nothing may run in the bottle. Empty, or a sentence.
 QString make(const QString& bottlePath, const QString& id, const std::atomic_bool& cancelled);
 
 /// Puts back what was set aside; nothing may run in the bottle. What was there lies in the backup's place

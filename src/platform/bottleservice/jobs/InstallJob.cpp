@@ -8,7 +8,6 @@
 #include "bottleservice/components/Background.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/wine/BottleStopper.h"
-#include "bottleservice/wine/LaunchRecords.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -21,9 +20,8 @@ const char LastInstall[] = "Last_Install";
 
 void stop(QObject* context, BottleEngine* engine, const QString& bottle, const QString& wineserver,
           std::function<void(bool)> then) {
+    // Launch scripts are not ended: those that live wait until the installation is over.
     auto* stopper = new BottleStopper(engine->store().pathOf(bottle), wineserver, context);
-    stopper->setLaunchers(
-        [engine, bottle] { return LaunchRecord::launchers(engine->store().runningDir(), bottle); });
     QObject::connect(stopper, &BottleStopper::finished, context,
                      [stopper, then = std::move(then)](bool clean) {
                          stopper->deleteLater();
@@ -78,8 +76,25 @@ void InstallJob::begin() {
         finish(refusal.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, refusal));
         return;
     }
-    Q_EMIT started();
-    stopBottle([this] { setAside(); });
+    const QString fault = BottleBackup::announce(bottlePath());
+    if (!fault.isEmpty()) {
+        takeBack(fault);
+        return;
+    }
+    // Whatever starts from now on waits, so that this look cannot miss a program.
+    m_engine->waitForPrograms(m_bottle, this, [this](const QStringList& running) { onLooked(running); });
+}
+
+void InstallJob::onLooked(const QStringList& running) {
+    if (!running.isEmpty()) {
+        m_engine->removeBackup(m_bottle);
+        finish(Answer::busy(running));
+    } else if (*m_cancelled) {
+        conclude("The installation was cancelled.");
+    } else {
+        Q_EMIT started();
+        stopBottle([this] { setAside(); });
+    }
 }
 
 void InstallJob::cancel() {

@@ -11,9 +11,9 @@
 class BottleEngine;
 class WineCommand;
 
-/// Changes what lies in a bottle, as a transaction: ends what runs there, sets the bottle's "windows" and
-/// registry aside, lets a derived class do the work, waits until Wine has left the bottle, and writes
-/// bottle.yml. Until that has been written, every failure, cancel() and the next start of the service after a
+/// Changes what lies in a bottle, as a transaction: makes launch scripts wait, ends Wine's own services, backs up
+/// the bottle's "windows" and registry, lets a derived class do the work, waits until Wine has left the bottle,
+/// and writes bottle.yml. Fails with Busy, and changes nothing, while programs run in the bottle. Until that has been written, every failure, cancel() and the next start of the service after a
 /// kill bring back what was there.
 class InstallJob : public Job {
     Q_OBJECT
@@ -48,6 +48,7 @@ protected:
 
 private:
     void begin();
+    void onLooked(const QStringList& running);
     void stopBottle(std::function<void()> then);
     void setAside();
     void settle();

@@ -12,17 +12,33 @@ namespace {
 
 constexpr qint64 MaximumBytes = 4096;
 constexpr int MaximumIdCharacters = 128;
+constexpr int MaximumNameCharacters = 255;
+
+QJsonObject contentOf(const QString& file) {
+    const QByteArray text = PlainFile::read(file, MaximumBytes).value_or(QByteArray());
+    return QJsonDocument::fromJson(text).object();
+}
+
+/// 0 when the script has ended.
+pid_t livingPid(const QJsonObject& record) {
+    const pid_t pid = record["pid"].toInt();
+    return pid > 1 && ProcessEnd::startTime(pid) == record["start"].toString() ? pid : 0;
+}
+
+QStringList startsIn(const QString& directory) {
+    QStringList files;
+    for (const QString& name : QDir(directory).entryList({"*.start"}, QDir::Files | QDir::NoSymLinks))
+        files += directory + '/' + name;
+    return files;
+}
 
 }  // namespace
 
 bool LaunchRecord::read(const QString& file, LaunchRecord* record) {
-    const QByteArray text = PlainFile::read(file, MaximumBytes).value_or(QByteArray());
-    const QJsonObject object = QJsonDocument::fromJson(text).object();
+    const QJsonObject object = contentOf(file);
     record->bottle = object["bottle"].toString();
     record->program = object["program"].toString();
-    record->pid = object["pid"].toInt();
-    if (record->pid <= 1 || ProcessEnd::startTime(record->pid) != object["start"].toString())
-        record->pid = 0;
+    record->pid = livingPid(object);
     return BottleName::check(record->bottle).isEmpty() && !record->program.isEmpty() &&
            record->program.size() <= MaximumIdCharacters;
 }
@@ -38,4 +54,21 @@ QVector<pid_t> LaunchRecord::launchers(const QString& directory, const QString& 
             pids += record.pid;
     }
     return pids;
+}
+
+QStringList LaunchRecord::starting(const QString& directory, const QString& bottle) {
+    QStringList names;
+    for (const QString& file : startsIn(directory)) {
+        const QJsonObject record = contentOf(file);
+        if (livingPid(record) != 0 && record["bottle"].toString() == bottle)
+            names += record["name"].toString().left(MaximumNameCharacters);
+    }
+    return names;
+}
+
+void LaunchRecord::removeEndedStarts(const QString& directory) {
+    for (const QString& file : startsIn(directory)) {
+        if (livingPid(contentOf(file)) == 0)
+            QFile::remove(file);
+    }
 }

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 /// What the launch script tells of each launch with an id, in a file of the directory "running":
@@ -14,6 +15,12 @@ struct LaunchRecord {
 
     /// False for a file that tells of no program.
     static bool read(const QString& file, LaunchRecord* record);
+
+    /// The programs that living launch scripts of a bottle have started or are about to start, by their ids or
+    /// files' names, from files <pid>.start of the same form with "name" in the place of "program".
+    static QStringList starting(const QString& directory, const QString& bottle);
+    /// Removes those of scripts that were killed.
+    static void removeEndedStarts(const QString& directory);
 
     /// Scripts that live, of one program or (without an id) of all of the bottle.
     static QVector<pid_t> launchers(const QString& directory, const QString& bottle,

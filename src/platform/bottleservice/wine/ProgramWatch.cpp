@@ -23,6 +23,7 @@ ProgramWatch::ProgramWatch(const BottleStore& store, QObject* parent)
 void ProgramWatch::start() {
     if (!QDir().mkpath(m_directory) || !m_watcher.addPath(m_directory))
         qWarning() << "the ends of programs will not be known: cannot watch" << m_directory;
+    LaunchRecord::removeEndedStarts(m_directory);
     readDirectory();
 }
 
@@ -84,6 +85,7 @@ void ProgramWatch::look(const Key& key, bool isLast) {
     }
     for (const QString& file : qAsConst(run.files))
         QFile::remove(file);
+    LaunchRecord::removeEndedStarts(m_directory);
     m_runs.erase(found);
     qInfo() << "program" << key.second << "of" << BottleName::shown(key.first) << "has ended";
     Q_EMIT exited(key.first, key.second);

@@ -25,6 +25,8 @@ QString errorName(Answer::Fault fault) {
             return "com.lumora.Error.NoSuchBottle";
         case Answer::Fault::NoSuchProgram:
             return "com.lumora.Error.NoSuchProgram";
+        case Answer::Fault::Busy:
+            return "com.lumora.Error.Busy";
         case Answer::Fault::NotSupported:
             return "com.lumora.Error.NotSupported";
         default:

@@ -1,5 +1,6 @@
 #include "bottleservice/wire/ComponentMethods.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <limits>
 
@@ -10,10 +11,12 @@
 
 namespace {
 
-QString resultOf(const QString& sentence) {
-    QJsonObject result{{"ok", sentence.isEmpty()}};
-    if (!sentence.isEmpty())
-        result.insert("error", sentence);
+QString resultOf(const Answer& answer) {
+    QJsonObject result{{"ok", answer.isGood()}};
+    if (!answer.isGood())
+        result.insert("error", answer.sentence);
+    if (answer.fault == Answer::Fault::Busy)
+        result.insert("busy", QJsonArray::fromStringList(answer.running));
     return JsonText::compact(result);
 }
 
@@ -66,8 +69,8 @@ void addComponentMethods(BusObject* object, ComponentRequests* requests) {
                      });
     QObject::connect(
         requests, &ComponentRequests::setupDone, object,
-        [object](const QString& bottle, const QString& kind, const QString& name, const QString& sentence) {
-            object->emitSignal("component_setup_done", {bottle, kind, name, resultOf(sentence)});
+        [object](const QString& bottle, const QString& kind, const QString& name, const Answer& result) {
+            object->emitSignal("component_setup_done", {bottle, kind, name, resultOf(result)});
         });
 }
 
@@ -92,7 +95,7 @@ void addDependencyMethods(BusObject* object, DependencyRequests* requests) {
                          object->emitSignal("dependencySetupStepNotify", {bottle, name, done, total});
                      });
     QObject::connect(requests, &DependencyRequests::done, object,
-                     [object](const QString& bottle, const QString& name, const QString& sentence) {
-                         object->emitSignal("dependencySetupDone", {bottle, name, resultOf(sentence)});
+                     [object](const QString& bottle, const QString& name, const Answer& result) {
+                         object->emitSignal("dependencySetupDone", {bottle, name, resultOf(result)});
                      });
 }

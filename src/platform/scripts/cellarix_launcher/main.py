@@ -42,19 +42,40 @@ def _is_terminal_request(argv):
     return known[0] is not None or known[1] is None
 
 
-def _wait_for_installation(name):
-    """What is being installed into the bottle may still be taken back, and ends what runs there."""
-    directory = bottles.bottle_directory(name, os.environ)
-    end = time.monotonic() + INSTALLATION_SECONDS
-    while directory and os.path.exists(os.path.join(directory, ".before-install", "journal.json")):
+def _wait_for_installation(journal, end):
+    """An installation may still be rolled back, and ends what runs in the bottle."""
+    while os.path.exists(journal):
         if time.monotonic() > end:
             raise errors.LaunchError(
                 errors.BUSY, "Something is being installed into the bottle. Try again when that is done.")
         time.sleep(0.1)
 
 
+def _claim_bottle(request):
+    """The service writes its journal before it looks for claims, and the claim comes before the last look for the
+    journal: one of the two always sees the other."""
+    directory = bottles.bottle_directory(request.bottle, os.environ)
+    if not directory:
+        return
+    journal = os.path.join(directory, ".before-install", "journal.json")
+    end = time.monotonic() + INSTALLATION_SECONDS
+    while True:
+        _wait_for_installation(journal, end)
+        running.claim(request.bottle, request.uuid or request.words[0], say)
+        if not os.path.exists(journal):
+            return
+        running.release()
+
+
 def _launch(request):
-    _wait_for_installation(request.bottle)
+    try:
+        _claim_bottle(request)
+        return _launch_claimed(request)
+    finally:
+        running.release()
+
+
+def _launch_claimed(request):
     bottle = bottles.load_bottle(request.bottle, os.environ)
     if bottle.complaint:
         say(bottle.complaint)

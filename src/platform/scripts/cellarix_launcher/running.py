@@ -1,10 +1,12 @@
-"""Tells the bottle service what runs: one small file for each launch, which the service reads and removes.
+"""Tells the bottle service what runs: small files for each launch, <pid>.start as long as the script lives, and
+<pid>.json for a program with an id, which the service reads and removes.
 
 The service need not be there: it finds the files when it comes.
 """
 
 import json
 import os
+import re
 
 from cellarix_launcher import bottle as bottles
 from cellarix_launcher import environment
@@ -15,13 +17,32 @@ def announce(bottle_name, env, say):
     program = env.get(environment.UUID_VARIABLE, "")
     if not program:
         return
-    directory = os.path.join(os.path.dirname(bottles.bottles_root(os.environ)), "running")
-    path = os.path.join(directory, f"{os.getpid()}.json")
-    record = {"bottle": bottle_name, "program": program, "pid": os.getpid(), "start": start_time("self")}
+    _write("json", {"bottle": bottle_name, "program": program}, say)
+
+
+def claim(bottle_name, program, say):
+    """No installation into the bottle begins until release(). Program is an id or a path, Windows' or Unix'."""
+    _write("start", {"bottle": bottle_name, "name": re.split(r"[\\/]", program)[-1]}, say)
+
+
+def release():
     try:
-        os.makedirs(directory, 0o700, exist_ok=True)
+        os.remove(_path("start"))
+    except OSError:
+        pass
+
+
+def _path(suffix):
+    directory = os.path.join(os.path.dirname(bottles.bottles_root(os.environ)), "running")
+    return os.path.join(directory, f"{os.getpid()}.{suffix}")
+
+
+def _write(suffix, record, say):
+    path = _path(suffix)
+    try:
+        os.makedirs(os.path.dirname(path), 0o700, exist_ok=True)
         with open(path + ".new", "w", encoding="ascii") as file:
-            json.dump(record, file)
+            json.dump(record | {"pid": os.getpid(), "start": start_time("self")}, file)
         os.rename(path + ".new", path)
     except OSError as error:
         say(f"the bottle service will not hear of this program: {error}")
