@@ -216,15 +216,18 @@ void BottleEngine::createBottles(const QString& bottle, const QString& runner, c
 }
 
 void BottleEngine::deleteBottle(const QString& bottle, const Reply& reply) {
-    if (refuse(bottle, reply))
-        return;
+    if (!refuse(bottle, reply))
+        enqueue(bottle, deletionOf(bottle, reply));
+}
+
+std::unique_ptr<Job> BottleEngine::deletionOf(const QString& bottle, const Reply& reply) {
     Q_EMIT aboutToDelete(bottle);
     const Reply announce = [this, bottle, reply](const Answer& answer) {
         if (answer.isGood())
             Q_EMIT bottleDeleted(bottle);
         reply(answer);
     };
-    enqueue(bottle, std::make_unique<DeleteBottleJob>(m_store, bottle, m_runners, &m_reclaimer, announce));
+    return std::make_unique<DeleteBottleJob>(m_store, bottle, m_runners, &m_reclaimer, announce);
 }
 
 bool BottleEngine::isIdle() const {

@@ -37,6 +37,8 @@ public:
 
     void createBottles(const QString& bottle, const QString& runner, const Reply& reply);
     void deleteBottle(const QString& bottle, const Reply& reply);
+    /// The job of deleteBottle, for a job of that bottle which has decided so.
+    std::unique_ptr<Job> deletionOf(const QString& bottle, const Reply& reply);
 
     /// Nothing is being done, not even in the background.
     bool isIdle() const;

@@ -5,17 +5,16 @@
 #include <QFutureWatcher>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QUuid>
 #include <QtConcurrent/QtConcurrent>
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/FoundPrograms.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/bottles/Manifest.h"
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/Programs.h"
-#include "bottleservice/bottles/WindowsPath.h"
 #include "bottleservice/jobs/WorkerJob.h"
 
 using Fault = Answer::Fault;
@@ -169,35 +168,11 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
         QString error;
         const auto settings = store.check(bottle).isEmpty() ? store.load(bottle, &error) : std::nullopt;
         Found found;
-        if (settings) {
-            for (const QJsonValue& program : settings->record().value("External_Programs").toObject())
-                found.append(program.toObject());
-        }
-        const int known = found.size();
-        const auto shortcuts = settings ? BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(since))
-                                        : QVector<BottleScan::Shortcut>();
-        for (const BottleScan::Shortcut& shortcut : shortcuts) {
-            if (cancelled)
-                break;
-            const ShellLink& link = shortcut.link;
-            QJsonObject record{{"id", QUuid::createUuid().toString(QUuid::WithoutBraces)},
-                               {"name", shortcut.name},
-                               {"path", link.target},
-                               {"arguments", link.arguments}};
-            if (WindowsPath::isWindowsPath(link.workingDirectory))
-                record.insert("folder", link.workingDirectory);
-            const auto isSame = [&record](const QJsonObject& other) {
-                return BottleScan::isSameStart(record, other);
-            };
-            if (std::any_of(found.begin(), found.end(), isSame))
-                continue;
-            const QStringList files = {WindowsPath::toUnix(path, link.iconPath),
-                                       WindowsPath::toUnix(path, link.target)};
-            record.insert("icon",
-                          ProgramIcon::extract(script, path, record["id"].toString(), files, cancelled));
-            found.append(record);
-        }
-        return [this, bottle, path, since, found = found.mid(known)] {
+        if (settings)
+            found = FoundPrograms(path, script, cancelled)
+                        .ofShortcuts(BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(since)),
+                                     settings->record().value("External_Programs").toObject());
+        return [this, bottle, path, since, found] {
             const Answer answer = enter(bottle, found);
             if (answer.isGood())
                 BottleScan::clearUsersDesktop(path, QDateTime::fromSecsSinceEpoch(since));

@@ -19,6 +19,7 @@ public:
     ProgramRequests(BottleEngine* engine, const QString& iconScript, QObject* parent = nullptr);
     ~ProgramRequests() override;
 
+    QString iconScript() const { return m_iconScript; }
     bool isIdle() const { return m_worker.activeThreadCount() == 0; }
 
     void updateExternalProgram(const QString& bottle, const QString& recordJson, const Reply& reply);
@@ -36,6 +37,11 @@ public:
     /// Answers with the records that are new.
     void scanApplicationLinks(const QString& bottle, qint64 since, const Reply& reply);
 
+    using Found = QVector<QJsonObject>;
+    /// Enters records of new programs; answers with them as they were written. Only from a job of that
+    /// bottle.
+    Answer enter(const QString& bottle, const Found& found);
+
     /// Writes the recipe of a bottle into it and answers with the file's path; Manifest tells the form.
     void dumpManifest(const QString& formJson, const Reply& reply);
 
@@ -47,12 +53,9 @@ Q_SIGNALS:
     void programDeleted(const QString& bottle, const QString& programId);
 
 private:
-    using Found = QVector<QJsonObject>;
-
     Answer updateProgram(const QString& bottle, const QJsonObject& given);
     Answer removeProgram(const QString& bottle, const QString& programId);
     Answer writeManifest(const QString& bottle, const QJsonObject& form);
-    Answer enter(const QString& bottle, const Found& found);
     /// Work that reads one bottle, in a worker and beside the bottle's queue.
     void read(const QString& bottle, const Reply& reply, std::function<QJsonArray(const QJsonObject&)> work);
     void inWorker(std::function<Answer()> work, const Reply& reply);

@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/CleanUpRequests.h"
 #include "bottleservice/ComponentRequests.h"
 #include "bottleservice/DataDirLock.h"
 #include "bottleservice/DependencyRequests.h"
@@ -25,6 +26,7 @@
 #include "bottleservice/TemplateRequests.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/wire/BottlesObject.h"
+#include "bottleservice/wire/CleanUpObject.h"
 #include "bottleservice/wire/ComponentMethods.h"
 #include "bottleservice/wire/DesktopMethods.h"
 #include "bottleservice/wire/LifeMethods.h"
@@ -101,6 +103,7 @@ int main(int argc, char** argv) {
     QObject::connect(&life, &LifeRequests::programExited, &desktop, &DesktopRequests::collectAssociations);
     Downloads downloads(dataDir);
     ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
+    CleanUpRequests cleanUps(&engine, &programs);
     TemplateRequests templates(&engine);
     DependencyRequests dependencies(&engine, &downloads, CELLARIX_CATALOGUE);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &components, &ComponentRequests::cancelAll);
@@ -115,10 +118,11 @@ int main(int argc, char** argv) {
     addDependencyMethods(&bottles, &dependencies);
     ComponentsObject machine(&components);
     TemplatesObject pristine(&templates);
+    CleanUpObject cleanUp(&cleanUps);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !pristine.registerOn(bus) ||
-        !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
+        !cleanUp.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
         qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
         return 1;
     }
@@ -147,6 +151,7 @@ int main(int argc, char** argv) {
     QObject::connect(&machine, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&bottles, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&pristine, &BusObject::called, &idle, &IdleExit::touch);
+    QObject::connect(&cleanUp, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&manager, &BusObject::called, &idle, &IdleExit::touch);
     QObject::connect(&idle, &IdleExit::leaving, &application, [&] { bus.unregisterService(ServiceName); });
     QObject::connect(&idle, &IdleExit::left, &application, close);

@@ -70,15 +70,6 @@ QStringList resolvedAll(const QString& bottlePath, std::initializer_list<const c
     return directories;
 }
 
-bool isOfWine(const QString& file) {
-    QFile head(file);
-    return head.open(QIODevice::ReadOnly) && head.read(0x60).mid(0x40).startsWith("Wine ");
-}
-
-QString windowsPath(const QString& bottlePath, const QString& file) {
-    return "C:" + file.mid(bottlePath.size() + int(strlen("/drive_c"))).replace('/', '\\');
-}
-
 /// In a bottle the desktop may be a link to the user's own.
 QStringList onUsersDesktop(const QString& bottlePath) {
     QStringList files;
@@ -138,6 +129,15 @@ QStringList filesBeside(const QString& bottlePath, const QJsonObject& programs, 
 }
 
 }  // namespace
+
+bool isOfWine(const QString& file) {
+    QFile head(file);
+    return head.open(QIODevice::ReadOnly) && head.read(0x60).mid(0x40).startsWith("Wine ");
+}
+
+QString windowsPath(const QString& bottlePath, const QString& file) {
+    return "C:" + file.mid(bottlePath.size() + int(strlen("/drive_c"))).replace('/', '\\');
+}
 
 QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since) {
     const QStringList places =

@@ -34,6 +34,12 @@ QJsonArray discovered(const QString& bottle, const QString& bottlePath);
 QStringList dllsBeside(const QString& bottlePath, const QJsonObject& programs);
 QStringList updatersBeside(const QString& bottlePath, const QJsonObject& programs);
 
+/// Whether an executable is one of those that Wine puts into each bottle.
+bool isOfWine(const QString& file);
+
+/// The Windows path of a file in drive_c.
+QString windowsPath(const QString& bottlePath, const QString& file);
+
 /// Whether two records start the same: paths of Windows have no case.
 bool isSameStart(const QJsonObject& one, const QJsonObject& other);
 

@@ -1,0 +1,92 @@
+#include "bottleservice/wine/AddedFiles.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include "bottleservice/wine/FileTree.h"
+
+namespace {
+
+constexpr int MaximumEntries = 500000;
+
+/// Paths in lower case. Windows has no case, and installers create directories in whatever they like.
+const char* const Expected[] = {
+    // Of the service and the application.
+    "^(bottle\\.yml|launch\\.json|assosiate\\.json|fileinfo\\.cache)$",
+    "^(logs|icons)/",
+    // Of Wine: registry, wineserver's pid, and what winemenubuilder would be told.
+    "^(system|user|userdef)\\.reg$",
+    "^(wineserver|\\.update-timestamp)$",
+    // Logs and temporary files of Windows itself.
+    "^drive_c/windows/(temp|logs)/",
+    "^drive_c/windows/[^/]*\\.log$",
+    // Caches of wininet.
+    "^drive_c/users/[^/]+/appdata/local/microsoft/windows/(inetcookies|inetcache|history|temporary internet "
+    "files)/",
+    "^drive_c/users/[^/]+/(local settings/)?(cookies|history|temporary internet files)/index\\.dat$",
+    // What a killed installer leaves in the user's directory for temporary files. Whatever has a name of its
+    // own there may be a program that was unpacked.
+    "^drive_c/users/[^/]+/(appdata/local/|local settings/)?temp/(~[^/]*|[^/]*\\.(tmp|log))(/|$)",
+};
+
+QRegularExpression expectedPattern() {
+    QStringList parts;
+    for (const char* part : Expected)
+        parts += part;
+    return QRegularExpression(parts.join('|'));
+}
+
+bool isOfTemplate(const QFileInfo& file, const QString& original) {
+    const QFileInfo before(original);
+    if (!before.isSymLink() && before.isFile() && before.size() == file.size() &&
+        before.lastModified() == file.lastModified())
+        return true;
+    return FileTree::sameContent(original, file.filePath());
+}
+
+}  // namespace
+
+bool AddedFiles::isExpected(const QString& relative) {
+    static const QRegularExpression pattern = expectedPattern();
+    return pattern.match(relative.toLower()).hasMatch();
+}
+
+AddedFiles AddedFiles::of(const QString& bottlePath, const QString& templatePath,
+                          const std::atomic_bool& cancelled) {
+    AddedFiles added;
+    if (!QFileInfo(templatePath + "/drive_c/windows").isDir() || !QFileInfo(bottlePath + "/drive_c").isDir())
+        return added;
+    QStringList directories{QString()};
+    int entries = 0;
+    while (!directories.isEmpty()) {
+        const QString directory = directories.takeLast();
+        const QFileInfo place(bottlePath + '/' + directory);
+        if (cancelled || !place.isReadable() || !place.isExecutable())
+            return added;
+        const auto found =
+            QDir(place.filePath())
+                .entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        for (const QFileInfo& entry : found) {
+            const QString relative = directory + entry.fileName();
+            if (++entries > MaximumEntries)
+                return added;
+            if (entry.isSymLink())
+                continue;
+            if (entry.isDir()) {
+                directories += relative + '/';
+                continue;
+            }
+            if (isExpected(relative) || isOfTemplate(entry, templatePath + '/' + relative))
+                continue;
+            if (added.first.isEmpty())
+                added.first = entry.filePath();
+            if (relative.endsWith(".exe", Qt::CaseInsensitive) &&
+                !relative.startsWith("drive_c/windows/", Qt::CaseInsensitive) &&
+                added.executables.size() < MaximumExecutables)
+                added.executables += entry.filePath();
+        }
+    }
+    added.isComplete = true;
+    return added;
+}

@@ -1,0 +1,9 @@
+#include "bottleservice/wire/CleanUpObject.h"
+
+#include "bottleservice/CleanUpRequests.h"
+#include "bottleservice/wire/TextMethods.h"
+
+CleanUpObject::CleanUpObject(CleanUpRequests* requests, QObject* parent)
+    : BusObject("/com/lumora/Manager/CleanUp", ":/wire/com.lumora.Manager.CleanUp.xml", parent) {
+    handleTwoTexts<CleanUpRequests>(this, requests, {{"deleteIfUnused", &CleanUpRequests::deleteIfUnused}});
+}

@@ -1,0 +1,77 @@
+#include "bottleservice/bottles/BottleUse.h"
+
+#include "bottleservice/bottles/FoundPrograms.h"
+#include "bottleservice/wine/AddedFiles.h"
+#include "support/Table.h"
+
+/// What keeps a bottle that a launch has left behind, and what of it counts.
+class tst_BottleUse : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    /// Of 2 * 3^5 combinations of facts, each "no", "yes" or unknown, one lets a bottle go.
+    void everyCombination() {
+        int deleted = 0;
+        for (int number = 0; number < 2 * 243; ++number) {
+            BottleUse use;
+            bool isAllNo = true;
+            int rest = number;
+            for (auto* fact :
+                 {&use.isRunning, &use.isInstalling, &use.hasPrograms, &use.hasShortcuts, &use.hasFiles}) {
+                isAllNo = isAllNo && rest % 3 == 0;
+                if (rest % 3 < 2)
+                    *fact = rest % 3 == 1;
+                rest /= 3;
+            }
+            use.isShared = rest == 1;
+            QVERIFY2(use.reasonToKeep().isEmpty() == (isAllNo && !use.isShared),
+                     qPrintable(QString::number(number)));
+            deleted += use.reasonToKeep().isEmpty();
+        }
+        QCOMPARE(deleted, 1);
+        QVERIFY(!BottleUse().reasonToKeep().isEmpty());
+    }
+
+    void expectedFiles() {
+        for (const char* path :
+             {"bottle.yml", "system.reg", "wineserver", "logs/wine-a.exe.txt", "icons/x.png",
+              "drive_c/windows/Temp/x/y", "drive_c/windows/setupapi.log", "drive_c/windows/logs/a/b.txt",
+              "drive_c/users/a/AppData/Local/Microsoft/Windows/INetCookies/index.dat",
+              "drive_c/users/a/Temp/nsa1.tmp/System.dll", "drive_c/users/a/AppData/Local/Temp/~a.txt"})
+            QVERIFY2(AddedFiles::isExpected(path), path);
+        for (const char* path :
+             {"other.yml", "data.reg", "drive_c/bottle.yml", "drive_c/windows/system32/a.log",
+              "drive_c/windows/win.ini", "drive_c/windows/Fonts/a.ttf", "drive_c/logs/a.txt",
+              "drive_c/users/a/Temp/App/app.exe", "drive_c/users/a/Temp/setup.exe",
+              "drive_c/users/a/AppData/Local/App/Temp/a.tmp", "drive_c/users/a/Documents/a.tmp",
+              "drive_c/users/a/AppData/Local/Microsoft/Windows/INetCookiesX/index.dat"})
+            QVERIFY2(!AddedFiles::isExpected(path), path);
+    }
+
+    void likelyPrograms_data() {
+        const TestSupport::Table<QString, QString> row("files", "likely");
+        row("one folder", "Program Files/A/b.exe Program Files/A/a.exe",
+            "Program Files/A/a.exe Program Files/A/b.exe");
+        row("parts", "Program Files/A/bin/part.exe Program Files/A/a.exe Program Files/AB/c.exe",
+            "Program Files/A/a.exe Program Files/AB/c.exe");
+        row("no program above", "A/bin/a.exe A/unins000.exe A/vcredist_x64.exe A/updater.exe", "A/bin/a.exe");
+        row("top of the drive", "a.exe A/b.exe", "a.exe A/b.exe");
+        row("nothing", "A/uninstall.exe", "");
+    }
+    void likelyPrograms() {
+        QFETCH(QString, files);
+        QStringList paths;
+        const QRegularExpression start("(?<=exe) ");
+        for (const QString& file : files.split(start, Qt::SkipEmptyParts))
+            paths += "/b/drive_c/" + file;
+        QString found = FoundPrograms::likely("/b", paths).join(' ');
+        QTEST(found.remove("/b/drive_c/"), "likely");
+        paths.clear();
+        for (int i = 0; i < 30; ++i)
+            paths += QString("/b/drive_c/%1/a.exe").arg(i);
+        QCOMPARE(FoundPrograms::likely("/b", paths).size(), FoundPrograms::MaximumLikely);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_BottleUse)
+#include "tst_bottleuse.moc"
