@@ -68,6 +68,7 @@ void ExeFileExecutor::connectParts() {
             Qt::QueuedConnection);
     connect(m_monitor, &WineExeProcessMonitor::appStart, this, &ExeFileExecutor::onAppStart);
     connect(m_monitor, &WineExeProcessMonitor::appQuit, this, &ExeFileExecutor::onAppQuit);
+    connect(m_monitor, &WineExeProcessMonitor::appLingers, this, &ExeFileExecutor::onAppLingers);
     connect(m_monitor, &WineExeProcessMonitor::processListUpdate, this, &ExeFileExecutor::onProcesses);
     connect(m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
     connect(m_queue, &DependencyInstallQueue::emitMsg, this, &ExeFileExecutor::emitMsg);
@@ -254,7 +255,7 @@ void ExeFileExecutor::launch() {
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);
     m_awaited = Awaited::Nothing;
     m_linksTimer.stop();
-    m_installFailed = m_scriptFailed = m_hasLetGo = m_finished = false;
+    m_installFailed = m_scriptFailed = m_hasHandedOver = m_areLinksEntered = m_finished = false;
     ++m_starts;
     m_hasBeenSeen = false;
     m_looks = 0;
@@ -267,6 +268,7 @@ void ExeFileExecutor::launch() {
     } else {
         m_launcher->addEnvironment(LaunchDebugChannels);
         m_monitor->start(m_bottlesName);
+        m_monitor->waitsForAll = isInstaller();
         m_silenceTimer.start();
     }
     m_seconds = 0;

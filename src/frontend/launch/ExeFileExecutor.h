@@ -26,7 +26,8 @@ class WineLauncher;
 /// the choice of the bottle goes on in the background. Each start ends once: in runSuccessed, in runFailed,
 /// or in a repair of its own accord and the next start. After runFailed with canWeFix the launch waits for
 /// applyFix. A Wine that hangs, so that a minute long nothing is heard of the bottle, counts as the program's
-/// end. The one ending without a signal is a file that can't be read, which is only logged. A service
+/// end. A set-up lasts as long as anything of it runs, with or without a window: what unpacks it goes before
+/// it has come. The one ending without a signal is a file that can't be read, which is only logged. A service
 /// that goes away in the middle counts as the failure of what it was asked for.
 class ExeFileExecutor : public QObject {
     Q_OBJECT
@@ -72,6 +73,8 @@ Q_SIGNALS:
     void iconReady(const QIcon& icon);
     void windowPopuped();
     void Fixing();  ///< a repair has begun
+    /// A set-up goes on without a window; windowPopuped follows when it shows one again. May come repeatedly.
+    void lingers();
     void runSuccessed();
     void runFailed(bool canWeFix = false, bool isSuccessed = false);
 
@@ -100,6 +103,7 @@ private:
     void readLog();
     LaunchFacts facts(int exitCode);
     void carryOut(const LaunchVerdict& verdict);
+    void enterLinks();
     void collectLinks();
     void report(const LaunchVerdict& verdict);
     void switchRunner();
@@ -110,6 +114,7 @@ private:
     void onAppQuit();
     void onSilence();
     void onProcesses(const QMap<QString, QString>& processes);
+    void onAppLingers();
     void onLauncherFinished(int exitCode, QProcess::ExitStatus status);
     void onLauncherError(QProcess::ProcessError error);
 
@@ -124,10 +129,13 @@ private:
     QIcon m_icon;
     WineExeProcessMonitor* m_monitor;
     WineLauncher* m_launcher;
-    bool m_installFailed = false;  ///< by the log of the last start
-    bool m_scriptFailed = false;   ///< the launch script could not be started
-    QString m_obstacle;            ///< why the script never reached the program
-    bool m_hasLetGo = false;       ///< the first process has ended before there was a window
+    bool m_installFailed = false;    ///< by the log of the last start
+    bool m_scriptFailed = false;     ///< the launch script could not be started
+    QString m_obstacle;              ///< why the script never reached the program
+    bool m_hasHandedOver = false;    ///< the first process has ended, and the monitor tells when the rest has
+    int m_exitCode = 0;              ///< of the process that has handed over
+    bool m_areLinksEntered = false;  ///< in the present start, before its end
+    bool m_isBottleNew = false;
     bool m_autoFix = false;
     QStringList m_components;  ///< that are to be tried
     QStringList m_fonts;

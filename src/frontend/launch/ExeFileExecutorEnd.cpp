@@ -1,5 +1,6 @@
 // The second half of ExeFileExecutor: from the end of the program to the result or the repair.
 #include <QFileInfo>
+#include <utility>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
@@ -38,7 +39,7 @@ void ExeFileExecutor::onAppQuit() {
     qInfo() << "============ app exit ============";
     qInfo().noquote() << "isCrashed? " << (m_monitor->crashed ? "true" : "false");
     if (m_hasBeenSeen || m_launcher->state() != QProcess::Running || m_looks >= MaximumLooks) {
-        onExeFinished(0);
+        onExeFinished(m_hasHandedOver ? m_exitCode : 0);
         return;
     }
     // The monitor gave up before there was anything to see, and the program has not ended: the machine is
@@ -53,16 +54,24 @@ void ExeFileExecutor::onAppQuit() {
     });
 }
 
+void ExeFileExecutor::onAppLingers() {
+    qInfo().noquote() << "the set-up in" << m_bottlesName << "goes on without a window";
+    enterLinks();
+    Q_EMIT lingers();
+}
+
 void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus status) {
     if (m_launcher->state() == QProcess::Running)
         return;
     qInfo() << "============ app finished ============";
-    // Most installers and launchers start another process and go, all is well, before there is a window. The
-    // monitor tells what becomes of it, and always comes to an end.
-    m_hasLetGo =
-        status == QProcess::NormalExit && exitCode == 0 && m_monitor->isWatching() && !m_monitor->windowSeen;
-    if (!m_hasLetGo)
-        onExeFinished(status == QProcess::NormalExit ? exitCode : LauncherExit::NotStarted);
+    // Most installers and launchers start another process and go, all is well, before there is a window; and
+    // set-ups do so at any time. The monitor tells what becomes of it, and always comes to an end.
+    const bool isExit = status == QProcess::NormalExit;
+    m_exitCode = exitCode;
+    m_hasHandedOver =
+        isExit && m_monitor->isWatching() && (m_monitor->windowSeen ? isInstaller() : exitCode == 0);
+    if (!m_hasHandedOver)
+        onExeFinished(isExit ? exitCode : LauncherExit::NotStarted);
 }
 
 /// When Wine's server dies while others start, they wait for it for ever, the program and the monitor alike.
@@ -76,8 +85,10 @@ void ExeFileExecutor::onProcesses(const QMap<QString, QString>& processes) {
     m_hasBeenSeen = m_hasBeenSeen || !processes.isEmpty();
     if (m_silenceTimer.isActive())
         m_silenceTimer.start();
-    if (m_hasLetGo && processes.isEmpty() && !m_monitor->windowSeen)
-        onExeFinished(0);
+    if (m_hasHandedOver && processes.isEmpty() && !m_monitor->windowSeen)
+        onExeFinished(m_exitCode);
+    else if (m_hasHandedOver && m_monitor->waitsForAll && m_monitor->windowSeen && !processes.isEmpty())
+        enterLinks();
 }
 
 void ExeFileExecutor::onLauncherError(QProcess::ProcessError error) {
@@ -96,7 +107,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     qInfo() << "exe finished: " << exitCode;
     m_secondTimer->stop();
     m_silenceTimer.stop();
-    m_hasLetGo = false;
+    m_hasHandedOver = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
     m_obstacle = LauncherExit::failure(m_launcher->logPath(), displayName());
@@ -170,6 +181,13 @@ void ExeFileExecutor::carryOut(const LaunchVerdict& verdict) {
     } else if (verdict.next == LaunchVerdict::Offer) {
         report(verdict);
     }
+}
+
+/// What a set-up has installed so far. It may have started a program that the user keeps open for hours.
+void ExeFileExecutor::enterLinks() {
+    if (std::exchange(m_areLinksEntered, true))
+        return;
+    BottlesConfig::instance()->watchApplicationLinks(m_bottlesName, m_since, this, [](const BusResult&) {});
 }
 
 /// Wine's own maker of menu entries is switched off in the bottles. The service enters what shortcuts the

@@ -222,6 +222,7 @@ void ExeFileRunner::connectRun() {
     connect(m_executor, &ExeFileExecutor::runSuccessed, this, &ExeFileRunner::handleExecutorSuccess);
     connect(m_executor, &ExeFileExecutor::windowPopuped, this, &ExeFileRunner::handleWindowPopup);
     connect(m_executor, &ExeFileExecutor::Fixing, m_banner, &QWidget::show);
+    connect(m_executor, &ExeFileExecutor::lingers, m_banner, &QWidget::show);
 }
 
 void ExeFileRunner::onStep(const QString& text, MsgType type) {

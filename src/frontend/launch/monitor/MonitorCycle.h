@@ -18,6 +18,9 @@ public:
     /// appears, before anything else of the cycle is looked at.
     bool step(const Processes& processes, const Windows& windows, const std::function<void()>& onStart);
 
+    /// Gives a program that is gone for step() as many cycles once more.
+    void waitAgain() { unchangedCycles = 0; }
+
     bool crashed = false;     ///< a crash reporter or debugger was among the processes
     bool windowSeen = false;  ///< the program has shown a window
 

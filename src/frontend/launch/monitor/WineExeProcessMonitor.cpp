@@ -103,6 +103,11 @@ void WineExeProcessMonitor::onProcessListUpdate(const QMap<QString, QString>& pr
     // Who heard of the start may have stopped, started anew or deleted this.
     if (!isSameRun())
         return;
+    if (isGone && waitsForAll && windowSeen && !processList.isEmpty()) {
+        m_cycle.waitAgain();
+        Q_EMIT appLingers();
+        return;
+    }
     m_cycle = cycle;
     crashed = cycle.crashed;
     if (!isGone)

@@ -29,6 +29,9 @@ public:
     /// name: the tool ends itself soon after nobody reads it any more.
     void stop();
 
+    /// What goes on without a window, once there was one, is not given up: appLingers() comes instead of
+    /// appQuit().
+    bool waitsForAll = false;
     bool crashed = false;     ///< a crash was seen since the last start
     bool windowSeen = false;  ///< the program has shown a window since then
 
@@ -37,6 +40,7 @@ Q_SIGNALS:
     void processListUpdate(QMap<QString, QString> processList, QList<QPair<QString, QString>> windowList);
     void allProcessClear();
     void appQuit();
+    void appLingers();
     void appStart();
 
 private Q_SLOTS:
