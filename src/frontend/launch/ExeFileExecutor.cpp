@@ -225,6 +225,7 @@ void ExeFileExecutor::createBottle() {
     config->disconnect(this);
     Q_EMIT emitMsg(tr("Start initializing envrionment, please wait..."), MsgStatus);
     m_awaited = Awaited::Bottle;
+    m_isBottleNew = true;
     config->createBottles(m_bottlesName, m_runner);
     // A failed creation goes on to a launch that fails by itself and says why.
     connect(config, &BottlesConfig::bottlesCreated, this, [this, config](const QString& bottle) {
@@ -267,8 +268,8 @@ void ExeFileExecutor::launch() {
         launchInTerminal();
     } else {
         m_launcher->addEnvironment(LaunchDebugChannels);
-        m_monitor->start(m_bottlesName);
         m_monitor->waitsForAll = isInstaller();
+        m_monitor->start(m_bottlesName);
         m_silenceTimer.start();
     }
     m_seconds = 0;

@@ -54,8 +54,8 @@ public:
     /// ordinary one for programs stands in for it.
     QIcon exeIcon();
     QString displayName();
-    /// False when the last result came without an answer to what shortcuts the program has made.
-    bool areLinksKnown() const { return m_linksKnown; }
+    /// This launch has asked the service to make the bottle, which may be under way.
+    bool hasAskedForBottle() const { return m_isBottleNew; }
     bool isInstaller();  ///< waits for the inspection; false for a stored program
     QJsonObject peInfo();
     QJsonObject fileInfo();  ///< as exeFileInfo() tells it, without running the tools again
@@ -158,6 +158,5 @@ private:
     QDateTime m_since = QDateTime::currentDateTime();  ///< shortcuts made from then on are the program's
     LaunchVerdict m_verdict;                           ///< while links are collected
     QTimer m_linksTimer;
-    bool m_linksKnown = true;
     QTimer m_silenceTimer;  ///< since the monitor has last told anything
 };

@@ -175,11 +175,9 @@ void ExeFileExecutor::carryOut(const LaunchVerdict& verdict) {
     m_verdict = verdict;
     if (verdict.next == LaunchVerdict::Repair) {
         applyFix();
-    } else if (verdict.isFinal()) {
-        m_finished = true;
+    } else if (verdict.next != LaunchVerdict::Nothing) {
+        m_finished = m_finished || verdict.isFinal();
         collectLinks();
-    } else if (verdict.next == LaunchVerdict::Offer) {
-        report(verdict);
     }
 }
 
@@ -191,14 +189,13 @@ void ExeFileExecutor::enterLinks() {
 }
 
 /// Wine's own maker of menu entries is switched off in the bottles. The service enters what shortcuts the
-/// program has made, before the result goes out, since that depends on whether there are any.
+/// program has made, before the result or the offer goes out, since what is told depends on whether there are
+/// any.
 void ExeFileExecutor::collectLinks() {
-    m_linksKnown = false;
     m_linksTimer.start(LinksMs);
     const int start = m_starts;
     BottlesConfig::instance()->watchApplicationLinks(
         m_bottlesName, m_since, this, [this, start](const BusResult& answer) {
-            m_linksKnown = answer.ok;
             if (!answer.ok)
                 qWarning().noquote() << "no links of" << m_bottlesName << answer.errorMessage;
             if (start != m_starts || !m_linksTimer.isActive())

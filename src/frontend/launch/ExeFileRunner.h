@@ -36,8 +36,8 @@ public:
     /// Offers to install the components and to launch the program then: nothing happens until the user asks.
     /// Results as for runProgram().
     int fixup(const QString& bottle, const QString& uuid, const QStringList& components);
-    /// Ends the launch. May be reached several times; only the first counts. `cleanUp` removes what a failed
-    /// installer left behind: its own entry, and the bottle when that has no program.
+    /// Ends the launch. May be reached several times; only the first counts. `cleanUp` removes what an
+    /// installer that has installed nothing left behind; see LaunchCleanUp.
     void finish(bool cleanUp);
 
     QString id() const { return m_bottlesName; }
@@ -70,12 +70,11 @@ private:
     void stop();
     void askFeedback();
     void createBottle();
-    void collectProtonLinks();
+    void collectLinks();
     void checkLinks(bool success);
     void addFile();
     QString addedUuid() const;
-    void cleanUpInstaller();
-    void removeOwnEntry();
+    void leaveBottle(bool cleanUp);
     void writeRecord(const QString& runner);
     bool isPublic() const;
     bool isInstaller() const;
@@ -97,5 +96,6 @@ private:
     bool m_succeeded = false;
     bool m_repaired = false;
     bool m_canceled = false;
+    bool m_isBottleNew = false;  ///< the configuration window's bottle was asked for and has no entry yet
     bool m_finishedOnce = false;
 };

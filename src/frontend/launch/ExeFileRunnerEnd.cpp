@@ -6,7 +6,6 @@
 #include <QRegularExpression>
 #include <QtConcurrent>
 
-#include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceLoss.h"
@@ -14,6 +13,7 @@
 #include "launch/BottleTasks.h"
 #include "launch/ExeFileExecutor.h"
 #include "launch/ExeFileRunner.h"
+#include "launch/LaunchCleanUp.h"
 #include "launch/LaunchRecord.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RunningLogsDialog.h"
@@ -38,7 +38,9 @@ int ExeFileRunner::runInBottlesConfigWindow() {
         return -1;
     connect(window, &BottleConfigWindow::closed, this, [this] {
         const QPointer<ExeFileRunner> alive(this);
-        collectProtonLinks();
+        m_canceled = m_isBottleNew;
+        if (!m_canceled)
+            collectLinks();
         if (alive)
             finish(false);
     });
@@ -52,6 +54,7 @@ int ExeFileRunner::runInBottlesConfigWindow() {
         createBottle();
     if (!alive || !window)
         return -1;  // closed meanwhile
+    m_isBottleNew = false;
     addFile();
     window->selectProgram(m_exePath);
     window->setLoading(false);
@@ -70,15 +73,15 @@ void ExeFileRunner::createBottle() {
     });
     connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     whenServiceIsLost(&loop, [&loop] { loop.quit(); });
+    m_isBottleNew = true;
     config->createBottles(bottle, WineNames::defaultRunner());
     loop.exec();
     qInfo().noquote() << "Bottles created..." << bottle;
 }
 
-/// Wine's own shortcuts become programs by themselves; those of Proton have to be asked for.
-void ExeFileRunner::collectProtonLinks() {
-    if (BottleUtils::bottleRunner(m_bottlesName).startsWith(QLatin1String("ge-proton")))
-        BottlesConfig::instance()->scanApplicationLinks(m_bottlesName, m_startTime, this);
+/// Wine's own maker of menu entries is switched off in the bottles, whatever their runner.
+void ExeFileRunner::collectLinks() {
+    BottlesConfig::instance()->scanApplicationLinks(m_bottlesName, m_startTime, this);
 }
 
 void ExeFileRunner::slotsDebugButtonClicked() {
@@ -90,15 +93,10 @@ void ExeFileRunner::slotsDebugButtonClicked() {
         return;
     m_banner->hide();
     connect(window, &BottleConfigWindow::closed, this, [this] {
-        if (isInstaller() &&
-            BottleUtils::bottleRunner(m_bottlesName).startsWith(QLatin1String("ge-proton"))) {
-            const QPointer<ExeFileRunner> alive(this);
-            collectProtonLinks();
-            if (!alive)
-                return;
-            removeOwnEntry();
-        }
-        m_banner->close();
+        const QPointer<ExeFileRunner> alive(this);
+        collectLinks();
+        if (alive)
+            m_banner->close();
     });
 }
 
@@ -144,8 +142,7 @@ void ExeFileRunner::finish(bool cleanUp) {
         m_executor->cancelRepair();
     }
     const QString runner = BottleUtils::bottleRunner(m_bottlesName);
-    if (cleanUp && isInstaller())
-        cleanUpInstaller();
+    leaveBottle(cleanUp);
     m_banner->allowClose();
     m_banner->close();
     writeRecord(runner);
@@ -153,27 +150,13 @@ void ExeFileRunner::finish(bool cleanUp) {
     deleteLater();
 }
 
-/// The setup file is of no more use. Its own entry does not count as something that it has installed. What is
-/// not known to be empty is kept, and so is what others share.
-void ExeFileRunner::cleanUpInstaller() {
-    const QJsonObject bottle = BottlesConfig::instance()->get(m_bottlesName);
-    QJsonObject programs = BottleRecord::programs(bottle);
-    programs.remove(addedUuid());
-    const bool isEmpty = BottleRecord::hasPrograms(bottle) && programs.isEmpty();
-    const bool isDeleted = isEmpty && m_executor->areLinksKnown() && !isPublic();
-    if (isDeleted) {
-        qInfo() << "remove bottles for installer not extract lnks";
-        qInfo().noquote() << "delete wine container" << m_bottlesName;
-        BottlesConfig::instance()->deleteBottle(m_bottlesName);
-    }
-    qInfo().noquote() << "remove setup program: " << m_bottlesName << addedUuid();
-    if (!isDeleted)
-        removeOwnEntry();
-}
-
-void ExeFileRunner::removeOwnEntry() {
-    if (!addedUuid().isEmpty())
-        BottlesConfig::instance()->fireRemoveExternalProgram(m_bottlesName, addedUuid());
+/// The set-up file is of no more use, and a bottle that was made for a launch which never came about is of
+/// none.
+void ExeFileRunner::leaveBottle(bool cleanUp) {
+    const bool isSetUp = cleanUp && isInstaller();
+    const bool isAskedFor = m_isBottleNew || (m_executor && m_executor->hasAskedForBottle());
+    if (isSetUp || (m_canceled && isAskedFor))
+        LaunchCleanUp{m_bottlesName, isSetUp, m_added}.start();
 }
 
 /// Waits for it, if the entry is being made.

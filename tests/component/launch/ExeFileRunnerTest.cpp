@@ -5,6 +5,7 @@
 
 #include "LaunchFixture.h"
 #include "backend/BottlesConfig.h"
+#include "backend/PendingWork.h"
 #include "launch/LaunchRecord.h"
 #include "launch/PrivateBottleName.h"
 #include "launch/banner/WineExeLaunchBanner.h"
@@ -90,6 +91,8 @@ class ExeFileRunnerTest : public QObject, private LaunchFixture {
             else if (call.method == "delete" || call.method == "killWineServer" ||
                      call.method.startsWith("cancel"))
                 told << call.method;
+            else if (call.method == "deleteIfUnused")
+                told << (call.arguments[1].toString().isEmpty() ? "clean" : "clean-but-added");
         }
         return told.join(' ');
     }
@@ -108,7 +111,7 @@ private Q_SLOTS:
 
     void launches_data() {
         QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("bottle");  // "public" or its own; "links" has a program
+        QTest::addColumn<QString>("bottle");  // "public" or its own; "links" has a program, "files" others
         QTest::addColumn<QString>("program");
         QTest::addColumn<QString>(
             "user");  // what is done at the failed banner, or at the running one: "stop"
@@ -125,12 +128,20 @@ private Q_SLOTS:
         row("repair stopped", "a.exe", "", "(exit 1)", "repair, stop",
             "added cancelInstallingDependency killWineServer");
         row("stopped", "a.exe", "", "touch alive; wait_for close", "stop", "killWineServer");
-        row("installer with links", installer, "links", "show", "close window", "added removed");
-        row("installer without links", installer, "", "show", "close window", "added delete");
-        row("failed installer", installer, "", ":", "close", "added delete");
-        row("failed installer with links", installer, "links", ":", "close", "");
+        row("installer with links", installer, "links", "show", "close window",
+            "added clean-but-added removed");
+        row("installer with files", installer, "files", "show", "close window", "added clean-but-added");
+        row("installer, no answer", installer, "unknown", "show", "close window", "added clean-but-added");
+        row("installer without links", installer, "", "show", "close window", "added clean-but-added");
+        row("failed installer", installer, "", ":", "close", "added clean-but-added");
+        row("failed installer with links", installer, "links", ":", "close", "clean");
+        row("failed installer, debug", installer, "files", ":", "debug window", "added clean-but-added");
         row("stopped installer", installer, "", "touch alive; wait_for close", "stop",
-            "killWineServer delete");
+            "killWineServer clean");
+        // Its window goes, and what it has started shows one later than the monitor waits for it.
+        row("installer hands over", installer, "links",
+            "show; { wait_for later; show; rm -f alive; } & exec true", "hand over, close window",
+            "added clean-but-added removed");
         row("public", "a.exe", "public links", "show", "close window", "added");
         row("public failure", "a.exe", "public links", ":", "close", "");
     }
@@ -147,6 +158,12 @@ private Q_SLOTS:
         const QString path = m_home.write("files/" + file, content);
         makeBottle(bottle.contains("public") ? "public/x" : privateBottleNameOf(path),
                    bottle.contains("links"));
+        if (bottle == "unknown")
+            m_service->setError("deleteIfUnused", "no");
+        else
+            m_service->setJson("deleteIfUnused", QJsonObject{{"deleted", bottle.isEmpty()},
+                                                             {"programs", bottle == "links" ? QJsonArray{Uuid}
+                                                                                            : QJsonArray()}});
         m_standIn.write("program", program.toUtf8());
         if (user.contains("repair"))
             m_standIn.write("log1", Gecko);
@@ -156,15 +173,22 @@ private Q_SLOTS:
         if (user == "stop") {
             QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_standIn.directory() + "/alive"), LaunchMs);
             Q_EMIT banner()->stopRunning();
-        } else if (!user.startsWith("close window")) {
+        } else if (!user.startsWith("close window") && !user.startsWith("hand over")) {
             QTRY_COMPARE_WITH_TIMEOUT(banner()->closeState(), int(WineExeLaunchBanner::Failed), LaunchMs);
             QVERIFY(banner()->isVisible());
             QCOMPARE(m_ends, 0);
         }
         if (user.startsWith("debug")) {
+            if (user.endsWith("window"))
+                m_windows.window = std::make_unique<ConfigWindow>();
             click("debug_btn");
             QCOMPARE(m_windows.asked, QStringList{"debugging"});
-            QVERIFY(banner()->isVisible());
+            QCOMPARE(banner()->isVisible(), !m_windows.window);
+        }
+        if (m_windows.window) {
+            const int scans = m_service->calls("scanApplicationLinks").size();
+            Q_EMIT m_windows.window->closed();
+            QCOMPARE(m_service->calls("scanApplicationLinks").size(), scans + 1);
         }
         if (user.startsWith("repair")) {
             click("repair_btn");
@@ -174,6 +198,14 @@ private Q_SLOTS:
                 Q_EMIT banner()->stopRunning();
             else
                 Q_EMIT BottlesConfig::instance()->dependecyInstalled(m_bottle, "gecko", {{"ok", true}});
+        }
+        if (user.startsWith("hand over")) {
+            QTRY_VERIFY_WITH_TIMEOUT(!banner()->isVisible(), LaunchMs);
+            m_standIn.write("close", "");
+            QTRY_VERIFY_WITH_TIMEOUT(banner()->isVisible(), LaunchMs);  // so that it can be stopped
+            QCOMPARE(m_ends, 0);
+            m_standIn.write("later", "");
+            QTRY_VERIFY(QFile::exists(m_standIn.directory() + "/window"));
         }
         if (user.endsWith("close window")) {
             QTRY_VERIFY_WITH_TIMEOUT(!banner()->isVisible(), LaunchMs);
@@ -187,6 +219,25 @@ private Q_SLOTS:
         QFETCH(QString, changes);
         QTRY_COMPARE(this->changes(), changes);
         QCOMPARE(m_ends, 1);
+    }
+
+    /// The bottle of a launch that is stopped before it came about: the service answers late, and the launch
+    /// is gone by then.
+    void stoppedBeforeTheBottle() {
+        const QString path = m_home.write("files/a.exe", "MZ");
+        m_service->setHeld("createBottles", "{\"ok\":true}");
+        m_service->setHeld("deleteIfUnused", "{\"deleted\":true}");
+        LogCapture log;
+        const QString bottle = run(path);
+        QCOMPARE(m_service->waitForCall("createBottles").arguments[0].toString(), bottle);
+        QVERIFY(banner());
+        Q_EMIT banner()->stopRunning();
+        QTRY_VERIFY(!m_runner && m_ends == 1);
+        QCOMPARE(m_service->waitForCall("deleteIfUnused").arguments, QJsonArray({bottle, ""}));
+        QVERIFY(PendingWork::instance()->isPending());
+        m_service->release();
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
+        QVERIFY(log.contains("delete wine container " + bottle));
     }
 
     void unknownPrograms() {
@@ -220,9 +271,11 @@ private Q_SLOTS:
         QCOMPARE(m_service->calls("createBottles").size(), 1);
         QCOMPARE(m_windows.window->said, QStringList({"loading", "a.exe", "loaded"}));
         QVERIFY(!banner()->isVisible());
+        QCOMPARE(m_service->calls("scanApplicationLinks").size(), 0);
         Q_EMIT m_windows.window->closed();
         QCOMPARE(ends.size(), 1);
         QTRY_COMPARE(changes(), QString("added"));
+        QCOMPARE(m_service->calls("scanApplicationLinks").size(), 1);
     }
 
     void record() {
