@@ -62,7 +62,11 @@ BusResult BusReply::fromMessage(const QDBusMessage& message, Wanted wanted) {
     if (message.type() == QDBusMessage::ErrorMessage) {
         const QDBusError error(message);
         BusResult result = failure(error.message().isEmpty() ? error.name() : error.message());
-        result.serviceGone = error.type() == QDBusError::NoReply || error.type() == QDBusError::Disconnected;
+        result.errorName = error.name();
+        // The bus answers in the place of a service that has gone; nobody sends the error of a time-out.
+        result.timedOut = error.type() == QDBusError::NoReply && message.service().isEmpty();
+        result.serviceGone =
+            !result.timedOut && (error.type() == QDBusError::NoReply || error.type() == QDBusError::Disconnected);
         return result;
     }
     if (message.type() != QDBusMessage::ReplyMessage)

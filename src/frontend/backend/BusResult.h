@@ -13,9 +13,14 @@ struct BusResult {
     bool ok = false;
     QString text;
     QString errorMessage;      ///< set when !ok
+    QString errorName;         ///< of the reply; empty for what went wrong on this side
     bool serviceGone = false;  ///< the service was there and left without an answer
+    bool timedOut = false;     ///< no answer yet; the service goes on, and its signal may still come
     bool abandoned =
         false;  ///< the owner, or the program's event loop, ended first; owner must not be touched
+
+    /// Refused because programs run in the bottle; a signal tells which.
+    bool isBusy() const { return errorName == QLatin1String("com.lumora.Error.Busy"); }
 
     QJsonObject object() const;
     QJsonArray array() const;

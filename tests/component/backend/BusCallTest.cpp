@@ -39,14 +39,17 @@ private Q_SLOTS:
         QTest::newRow("context goes in the handler") << "handler" << QStringList{"[]"};
         QTest::newRow("proxy goes") << "proxy" << QStringList{"[]"};
         QTest::newRow("service goes") << "service" << QStringList{"error"};
+        QTest::newRow("time-out") << "late" << QStringList{"goes on"};
     }
     void watch() {
         QFETCH(QString, event);
         QFETCH(QStringList, heard);
         auto context = std::make_unique<QObject>();
         QStringList results;
+        if (event == "late")
+            proxy->setTimeout(100);
         BusCall::watch(*proxy, "listAllPrograms", {}, context.get(), [&](const BusResult& result) {
-            results << (result.errorMessage.isEmpty() ? result.text : "error");
+            results << (result.timedOut ? "goes on" : result.errorMessage.isEmpty() ? result.text : "error");
             if (event == "handler")
                 context.reset();
         });
@@ -57,7 +60,7 @@ private Q_SLOTS:
             proxy.reset();
         if (event == "service") {
             fake->kill();
-        } else {
+        } else if (event != "late") {
             QCOMPARE(fake->release(), 1);
             bool isLaterAnswered = false;
             MortalProxy later;
