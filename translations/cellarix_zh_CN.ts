@@ -990,6 +990,29 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>RunningProgramsQuestion</name>
+    <message>
+        <source>Programs Are Running</source>
+        <translation>有应用正在运行</translation>
+    </message>
+    <message>
+        <source>The repair changes the container of %1, and these programs are running in it. They have to be closed first: what has not been saved in them will be lost.</source>
+        <translation>修复会更改“%1”所在的容器，而以下应用正在该容器中运行，需要先将其关闭，其中未保存的内容将会丢失。</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>以及另外 %1 个</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Close them and continue</source>
+        <translation>关闭它们并继续</translation>
+    </message>
+</context>
+<context>
     <name>SidebarView</name>
     <message>
         <source>Pages</source>

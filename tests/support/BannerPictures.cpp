@@ -7,6 +7,7 @@
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RunningLogsDialog.h"
+#include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/environment/BottleEnvScript.h"
 #include "launch/environment/EnvInitBanner.h"
@@ -45,6 +46,14 @@ QImage running() {
 QImage confirm() {
     Banner banner;
     BannerCloseConfirmDialog dialog(&banner);
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    return picture({&banner, &dialog});
+}
+
+QImage runningPrograms() {
+    Banner banner;
+    banner.setStatus(QCoreApplication::translate("DependencyInstallQueue", "Fixing"));
+    RunningProgramsQuestion dialog("Harbour Office", {"Harbour Mail", "notes.exe"}, &banner);
     dialog.setAttribute(Qt::WA_DeleteOnClose, false);
     return picture({&banner, &dialog});
 }
@@ -89,6 +98,7 @@ const QVector<PictureState> States = {
     {"failed", [] { return failed(true, false); }},
     {"failed-public", [] { return failed(false, false); }},
     {"confirm", confirm},
+    {"running-programs", runningPrograms},
     {"logs", logs},
     {"env-running", [] { return environment("running"); }},
     {"env-logs", [] { return environment("logs"); }},

@@ -44,6 +44,10 @@ public:
         connect(executor, &ExeFileExecutor::Fixing, this, [this] { print("Fixing"); });
         connect(executor, &ExeFileExecutor::runSuccessed, this, [this] { end("runSuccessed", Success); });
         connect(executor, &ExeFileExecutor::runFailed, this, &Probe::onFailed);
+        connect(executor, &ExeFileExecutor::programsRunning, this, [this](const QStringList& names) {
+            print("programsRunning " + names.join(", "));
+            m_executor->answerProgramsRunning(true);
+        });
         return m_executor.get();
     }
 

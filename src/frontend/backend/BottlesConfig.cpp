@@ -278,8 +278,8 @@ void BottlesConfig::killProgram(const QString& bottle, const QString& programId)
     BusCall::fire(*this, "killProgram", {bottle, programId});
 }
 
-void BottlesConfig::killWineServer(const QString& bottle) {
-    BusCall::fire(*this, "killWineServer", {bottle});
+void BottlesConfig::killWineServer(const QString& bottle, QObject* context, const Handler& handler) {
+    fireOrWatch("killWineServer", {bottle}, context, handler);
 }
 
 void BottlesConfig::runCommand(const QString& bottle, const QString& commandLine) {

@@ -90,7 +90,7 @@ public:
                                const Handler& handler);
     BusResult createDesktopEntry(const QString& bottle, const QString& programId);
     void killProgram(const QString& bottle, const QString& programId);
-    void killWineServer(const QString& bottle);
+    void killWineServer(const QString& bottle, QObject* context = nullptr, const Handler& handler = {});
     void runCommand(const QString& bottle, const QString& commandLine);
     void exportFileAssociations(const QString& bottle, const QStringList& keys);
 

@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QStandardPaths>
-#include <functional>
 
 #include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
@@ -53,9 +52,13 @@ void openInternetOptions(const QString& bottle) {
     });
 }
 
-void killWineServer(const QString& bottle) {
+void killWineServer(const QString& bottle, QObject* context, const std::function<void()>& ended) {
     AppBootingStateManager::instance()->cancelBottle(bottle);
-    BottlesConfig::instance()->killWineServer(bottle);
+    BottlesConfig::instance()->killWineServer(bottle, context, [ended](const BusResult& answer) {
+        if (!answer.ok)
+            qWarning().noquote() << "cannot end the programs of a bottle:" << answer.errorMessage;
+        ended();
+    });
 }
 
 }  // namespace BottleTasks

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
+class QObject;
 class QWidget;
 
 /// Bottle chores that have to do with starts of programs, and so can't live among the plain bottle utilities.
@@ -12,7 +14,9 @@ void importRegistry(QWidget* parent, QString bottle);
 /// Windows' own settings of the net.
 void openInternetOptions(const QString& bottle);
 
-/// Ends all programs of the bottle. None of them counts as a failed start.
-void killWineServer(const QString& bottle);
+/// Ends all programs of the bottle. None of them counts as a failed start. With a context, ended is called when
+/// the service has answered.
+void killWineServer(const QString& bottle, QObject* context = nullptr,
+                    const std::function<void()>& ended = {});
 
 }  // namespace BottleTasks

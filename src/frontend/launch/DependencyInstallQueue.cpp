@@ -24,6 +24,12 @@ void DependencyInstallQueue::cancel() {
     m_bottleName.clear();
     m_pending.clear();
     m_currentDependency.clear();
+    m_isBlocked = false;
+}
+
+void DependencyInstallQueue::retry() {
+    if (std::exchange(m_isBlocked, false))
+        request();
 }
 
 void DependencyInstallQueue::install(const QString& bottleName, const QStringList& dependencies) {
@@ -51,12 +57,7 @@ void DependencyInstallQueue::installNext() {
         return;
     }
     m_currentDependency = m_pending.takeFirst();
-    const int attempt = ++m_attempt;
-    BottlesConfig::instance()->installDependency(
-        m_bottleName, m_currentDependency, this, [this, attempt](const BusResult& answer) {
-            if (attempt == m_attempt && (!answer.ok || !answer.object().value("ok").toBool(true)))
-                failCurrent(answer.ok ? answer.text : answer.errorMessage);
-        });
+    request();
     Q_EMIT emitMsg(tr("Fix: install components %1").arg(m_currentDependency), MsgStatus);
     Q_EMIT emitStep(tr("Fixing"), MsgLine);
     showPercent(0);
@@ -64,6 +65,17 @@ void DependencyInstallQueue::installNext() {
     m_progressEmitter = new DependencySetupProgressEmitter(m_bottleName, m_currentDependency, this);
     connect(m_progressEmitter, &DependencySetupProgressEmitter::valueChanged, this,
             &DependencyInstallQueue::showPercent);
+}
+
+void DependencyInstallQueue::request() {
+    const int attempt = ++m_attempt;
+    BottlesConfig::instance()->installDependency(
+        m_bottleName, m_currentDependency, this, [this, attempt](const BusResult& answer) {
+            if (attempt != m_attempt || m_isBlocked || answer.isBusy() || answer.timedOut)
+                return;
+            if (!answer.ok || !answer.object().value("ok").toBool(true))
+                failCurrent(answer.ok ? answer.text : answer.errorMessage);
+        });
 }
 
 void DependencyInstallQueue::dropEmitter() {
@@ -80,7 +92,7 @@ void DependencyInstallQueue::showPercent(int percent) {
 }
 
 bool DependencyInstallQueue::isCurrent(const QString& bottle, const QString& dependency) const {
-    return !m_currentDependency.isEmpty() && bottle == m_bottleName && dependency == m_currentDependency;
+    return !m_currentDependency.isEmpty() && !m_isBlocked && bottle == m_bottleName && dependency == m_currentDependency;
 }
 
 void DependencyInstallQueue::slotsDependsInstalled(const QString& bottles_name,
@@ -89,6 +101,12 @@ void DependencyInstallQueue::slotsDependsInstalled(const QString& bottles_name,
     if (!isCurrent(bottles_name, dependency_name))
         return;
     qInfo() << dependency_name << "installed? " << result;
+    const QStringList programs = result.value("busy").toVariant().toStringList();
+    if (!programs.isEmpty()) {
+        m_isBlocked = true;
+        Q_EMIT blocked(programs);
+        return;
+    }
     const bool ok = result.value("ok").toBool();
     Q_EMIT emitMsg(tr("Setup %1").arg(ok ? tr("Success") : tr("Failed")), MsgStatus);
     installNext();

@@ -11,7 +11,8 @@ class QJsonObject;
 /// Installs components into one bottle, one after the other, and says in words how far it is. A component
 /// that fails stops nothing and is not tried again. Idle until install(), busy until done(); a new install()
 /// while busy abandons the old list. There is no time-out, but a service that can't be reached, refuses or
-/// goes away has failed the component at hand.
+/// goes away has failed the component at hand. Where the service refuses because programs run in the bottle, the
+/// queue stops with blocked() until retry() or cancel().
 class DependencyInstallQueue : public QObject {
     Q_OBJECT
 public:
@@ -20,11 +21,14 @@ public:
     void install(const QString& bottleName, const QStringList& dependencies);
     /// Becomes idle without done(). What the service is installing is not cancelled by this.
     void cancel();
+    /// Asks for the component at hand once more.
+    void retry();
 
 Q_SIGNALS:
     void done();
     void emitMsg(const QString& text, MsgType recordType = MsgLine);
     void emitStep(const QString& text, MsgType recordType = MsgLine);
+    void blocked(const QStringList& programs);
 
 public Q_SLOTS:
     void slotsDependsInstalled(const QString& bottles_name, const QString& dependency_name,
@@ -36,6 +40,7 @@ public Q_SLOTS:
 private:
     bool isCurrent(const QString& bottle, const QString& dependency) const;
     void installNext();
+    void request();
     void failCurrent(const QString& why);
     void dropEmitter();
     void showPercent(int percent);
@@ -44,5 +49,6 @@ private:
     QStringList m_pending;
     QString m_bottleName;
     QString m_currentDependency;
-    int m_attempt = 0;  ///< counts the components, so that the late answer to one does not end another
+    bool m_isBlocked = false;
+    int m_attempt = 0;  ///< counts the requests, so that the late answer to one does not end another
 };

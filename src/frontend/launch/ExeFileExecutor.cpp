@@ -73,6 +73,7 @@ void ExeFileExecutor::connectParts() {
     connect(m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
     connect(m_queue, &DependencyInstallQueue::emitMsg, this, &ExeFileExecutor::emitMsg);
     connect(m_queue, &DependencyInstallQueue::emitStep, this, &ExeFileExecutor::emitStep);
+    connect(m_queue, &DependencyInstallQueue::blocked, this, &ExeFileExecutor::askForPrograms);
     connect(m_queue, &DependencyInstallQueue::done, this, &ExeFileExecutor::onComponentsRepareDone);
     m_linksTimer.setSingleShot(true);
     connect(&m_linksTimer, &QTimer::timeout, this, [this] {
@@ -186,6 +187,8 @@ void ExeFileExecutor::installRunner() {
     manager->disconnect(this);
     m_awaited = Awaited::Runner;
     manager->install(ComponentKind::runner(), m_runner, this, [this](const BusResult& answer) {
+        if (answer.timedOut)
+            return;  // a large download and a slow line; the signal, or the service's end, tells
         // The answer comes when all is done. The signal was there before, or never comes.
         const QString error = answer.ok ? answer.object().value("error").toString() : answer.errorMessage;
         onWineInstalled(int(answer.object().value("ok").toBool()), ComponentKind::runner(), m_runner, error);

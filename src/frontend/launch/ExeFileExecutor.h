@@ -44,6 +44,9 @@ public:
     /// Repairs what the last start has brought to light and launches again. Without effect while the program
     /// or a repair is running.
     void applyFix();
+    /// The user's answer to programsRunning: ends them and goes on, or gives the repair up, which can be asked for
+    /// again.
+    void answerProgramsRunning(bool close);
     /// Ends the launch without a result, in whatever state it is: nothing is installed or launched any more,
     /// and the service rolls back the repair that it has begun. Returns at once. The Windows program goes on.
     void cancelRepair();
@@ -77,6 +80,8 @@ Q_SIGNALS:
     void lingers();
     void runSuccessed();
     void runFailed(bool canWeFix = false, bool isSuccessed = false);
+    /// These run in the bottle, and the repair waits for answerProgramsRunning.
+    void programsRunning(const QStringList& names);
 
 public Q_SLOTS:
     void onWineInstalled(int success, const QString& componentType, const QString& componentName,
@@ -107,6 +112,8 @@ private:
     void collectLinks();
     void report(const LaunchVerdict& verdict);
     void switchRunner();
+    void requestRunner();
+    void askForPrograms(const QStringList& names);
     void giveUp();
     void onServiceLost();
     void onTick();
@@ -152,6 +159,7 @@ private:
     int m_firstRun = 1;
 
     Awaited m_awaited = Awaited::Nothing;
+    bool m_isAsking = false;  ///< the service has refused what is awaited, and the user is asked
     int m_starts = 0;
     bool m_hasBeenSeen = false;                        ///< a process of the present start, by the monitor
     int m_looks = 0;                                   ///< that the monitor has begun anew for it

@@ -1,5 +1,6 @@
 // The second half of ExeFileExecutor: from the end of the program to the result or the repair.
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <utility>
 
 #include "backend/BottleRecord.h"
@@ -9,6 +10,7 @@
 #include "backend/MissingFonts.h"
 #include "backend/PendingWork.h"
 #include "core/base/WineNames.h"
+#include "launch/BottleTasks.h"
 #include "launch/DependencyInstallQueue.h"
 #include "launch/ExeFileExecutor.h"
 #include "launch/LauncherExit.h"
@@ -285,23 +287,58 @@ void ExeFileExecutor::switchRunner() {
     m_awaited = Awaited::RunnerSwitch;
     Q_EMIT Fixing();
     Q_EMIT emitMsg(tr("App run failed, try to using lumora-wine-staging and relaunch"), MsgStatus);
+    requestRunner();
+    Q_EMIT emitStep(tr("Fixing"), MsgLine);
+}
+
+void ExeFileExecutor::requestRunner() {
     BottlesConfig* config = BottlesConfig::instance();
     config->disconnect(this);
     connect(config, &BottlesConfig::component_setup_done, this, &ExeFileExecutor::onRunnerSwitchDone);
     config->setRunner(m_bottlesName, WineNames::stagingRunner(), this, [this](const BusResult& answer) {
-        if (answer.ok || m_awaited != Awaited::RunnerSwitch)
+        if (answer.ok || answer.isBusy() || answer.timedOut || m_awaited != Awaited::RunnerSwitch)
             return;
         qWarning().noquote() << "cannot switch the runner of" << m_bottlesName << answer.errorMessage;
         giveUp();
     });
-    Q_EMIT emitStep(tr("Fixing"), MsgLine);
+}
+
+void ExeFileExecutor::askForPrograms(const QStringList& names) {
+    m_isAsking = true;
+    qInfo() << "programs run in" << m_bottlesName << names;
+    Q_EMIT programsRunning(names);
+}
+
+void ExeFileExecutor::answerProgramsRunning(bool close) {
+    if (!m_isAsking || m_isCancelled)
+        return;
+    m_isAsking = false;
+    if (!close) {
+        m_awaited = Awaited::Nothing;
+        m_queue->cancel();
+        BottlesConfig::instance()->disconnect(this);
+        Q_EMIT runFailed(true, m_verdict.isSuccessed);
+        return;
+    }
+    BottleTasks::killWineServer(m_bottlesName, this, [this] {
+        if (m_awaited == Awaited::Components)
+            m_queue->retry();
+        else if (m_awaited == Awaited::RunnerSwitch)
+            requestRunner();
+    });
 }
 
 void ExeFileExecutor::onRunnerSwitchDone(const QString& bottle_name, const QString& component_type,
-                                         const QString& component_name, const QString&) {
-    if (m_awaited != Awaited::RunnerSwitch || component_type != ComponentKind::runner() ||
+                                         const QString& component_name, const QString& result) {
+    if (m_isAsking || m_awaited != Awaited::RunnerSwitch || component_type != ComponentKind::runner() ||
         bottle_name != m_bottlesName || component_name != WineNames::stagingRunner())
         return;
+    const QJsonObject object = QJsonDocument::fromJson(result.toUtf8()).object();
+    const QStringList programs = object.value("busy").toVariant().toStringList();
+    if (!programs.isEmpty()) {
+        askForPrograms(programs);
+        return;
+    }
     BottlesConfig::instance()->disconnect(this);
     qInfo() << "Relaunch program...";
     Q_EMIT emitMsg(tr("Switch runner success, relaunch program..."), MsgLine);
@@ -333,7 +370,7 @@ void ExeFileExecutor::giveUp() {
 void ExeFileExecutor::onServiceLost() {
     if (m_awaited == Awaited::Runner) {
         onWineInstalled(0, ComponentKind::runner(), m_runner, "the bottle service has gone");
-    } else if (m_awaited == Awaited::RunnerSwitch) {
+    } else if (m_awaited == Awaited::RunnerSwitch && !m_isAsking) {
         qWarning() << "the bottle service has gone while it switched the runner of" << m_bottlesName;
         giveUp();
     }

@@ -19,6 +19,7 @@
 #include "launch/FileEntry.h"
 #include "launch/IconFile.h"
 #include "launch/banner/LogsWidget.h"
+#include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "probes/HardwareInfo.h"
 
@@ -220,6 +221,7 @@ void ExeFileRunner::connectRun() {
             Qt::QueuedConnection);
     connect(m_executor, &ExeFileExecutor::runFailed, this, &ExeFileRunner::handleExecutorFailed);
     connect(m_executor, &ExeFileExecutor::runSuccessed, this, &ExeFileRunner::handleExecutorSuccess);
+    connect(m_executor, &ExeFileExecutor::programsRunning, this, &ExeFileRunner::askToClosePrograms);
     connect(m_executor, &ExeFileExecutor::windowPopuped, this, &ExeFileRunner::handleWindowPopup);
     connect(m_executor, &ExeFileExecutor::Fixing, m_banner, &QWidget::show);
     connect(m_executor, &ExeFileExecutor::lingers, m_banner, &QWidget::show);
@@ -243,6 +245,14 @@ void ExeFileRunner::repair() {
     m_repaired = true;
     m_banner->showRunning();
     m_executor->applyFix();
+}
+
+void ExeFileRunner::askToClosePrograms(const QStringList& names) {
+    m_banner->show();
+    auto* question = new RunningProgramsQuestion(m_appName, names, m_banner);
+    connect(question, &RunningProgramsQuestion::answered, m_executor,
+            &ExeFileExecutor::answerProgramsRunning);
+    question->open();
 }
 
 void ExeFileRunner::handleWindowPopup() {

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void handleExecutorSuccess();
     void handleWindowPopup();
     void showLogsDialog();
+    void askToClosePrograms(const QStringList& names);
 
 private:
     enum Mode { StoredProgram = 0, File = 1, FileInConfigWindow = 2 };

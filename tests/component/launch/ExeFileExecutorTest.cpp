@@ -235,6 +235,7 @@ private Q_SLOTS:
             QTest::newRow(name) << install << signal << creation << expected;
         };
         row("installed", "{\"ok\":true}", 1, "{\"ok\":true}", "downloaded");
+        row("slower than the bus", "{\"ok\":true} late", 1, "{\"ok\":true}", "downloaded");
         row("failed", "{\"ok\":true}", 0, "no json", "half|fallback");
         row("answered", "{\"ok\":true}", -1, "", "M1 lumora-wine10-stable has downloaded");
         row("refused", "{\"ok\":false}", -1, "error", "fallback");
@@ -263,8 +264,18 @@ private Q_SLOTS:
         m_standIn = StandInBottle();
         auto* manager = ComponentManager::instance();
         manager->runnerInstalled.clear();
+        const int limit = manager->timeout();
+        const bool isLate = install.endsWith("late");
+        if (isLate)
+            manager->setTimeout(100);
         create();
         m_executor->start();
+        if (isLate) {
+            bool hasTimedOut = false;  // and so has the executor's call, which came before
+            manager->install("runner", Stable, this, [&](const BusResult& late) { hasTimedOut = late.timedOut; });
+            QTRY_VERIFY(hasTimedOut);
+            manager->setTimeout(limit);
+        }
         if (install == "kill")
             m_service->kill();
         if (signal >= 0) {
@@ -332,6 +343,65 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCOMPARE(m_results, 0);
+    }
+
+    /// Programs run in the bottle: they are ended, and the installation is asked for again, only when the user
+    /// says so.
+    void programsRun_data() {
+        QTest::addColumn<QString>("call");
+        QTest::addColumn<QString>("log");
+        QTest::addColumn<bool>("close");
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<QString>("sent");
+        const char components[] = "installDependency", runner[] = "setRunner";
+        const char again[] = "asked Harbour|M2 Setup Success|launch", staged[] = "asked Harbour|M1 Switch";
+        QTest::newRow("components, no") << components << Gecko << false << "asked Harbour|failed 1 0" << "";
+        QTest::newRow("components") << components << Gecko << true << again << "killWineServer installDependency";
+        QTest::newRow("runner, no") << runner << "" << false << "asked Harbour|failed 1 0" << "";
+        QTest::newRow("runner") << runner << "" << true << staged << "killWineServer setRunner";
+    }
+    void programsRun() {
+        QFETCH(QString, call);
+        QFETCH(QString, log);
+        QFETCH(bool, close);
+        QFETCH(QString, expected);
+        QFETCH(QString, sent);
+        makeBottle(privateBottleNameOf(m_file));
+        const QString bottle = std::exchange(m_bottle, "none of the answers");  // of react()
+        m_standIn.write("program", "(exit 1)");
+        m_standIn.write("log1", log.toUtf8());
+        if (call == "setRunner")
+            ComponentManager::instance()->runnerSupported = QStringList{Staging};
+        const auto report = [&](const QString& result) {
+            if (call == "setRunner")
+                m_service->emitSignal("component_setup_done", "ssss", {bottle, "runner", Staging, result});
+            else
+                m_service->emitSignal("dependencySetupDone", "sss", {bottle, "gecko", result});
+        };
+        m_service->setAnswers(
+            call, {{{"error", "Programs run."}, {"errorName", "com.lumora.Error.Busy"}}, {{"text", ""}}});
+        create(1);
+        connect(m_executor.get(), &ExeFileExecutor::programsRunning, this,
+                [this](const QStringList& names) { note("asked " + names.join(' ')); });
+        m_executor->start();
+        QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
+        report("{\"ok\":false,\"busy\":[\"Harbour\"]}");
+        QTRY_VERIFY2(told().endsWith("asked Harbour"), qPrintable(told()));
+        m_service->clearCalls();
+        m_executor->answerProgramsRunning(close);
+        m_executor->answerProgramsRunning(true);  // in vain
+        if (close) {
+            QVERIFY(!m_service->waitForCall(call).method.isEmpty());
+            report("{\"ok\":true}");
+        }
+        QTRY_VERIFY2(told().contains(expected), qPrintable(told()));
+        QStringList calls;
+        for (const RecordedCall& each : m_service->calls()) {
+            if (each.method == "killWineServer" || each.method == call)
+                calls += each.method;
+        }
+        QCOMPARE(calls.join(' '), sent);
+        QCOMPARE(m_results, close ? 0 : 1);
     }
 
     /// Whatever is under way: after a cancel only the cancel itself leaves the process.

@@ -8,6 +8,7 @@
 #include "backend/PendingWork.h"
 #include "launch/LaunchRecord.h"
 #include "launch/PrivateBottleName.h"
+#include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "support/LogCapture.h"
 
@@ -125,6 +126,8 @@ private Q_SLOTS:
         row("failure", "a.exe", "", ":", "close", "added");
         row("failure, debug without a window", "a.exe", "", ":", "debug close", "added");
         row("repair", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)", "repair, close window", "added");
+        row("repair, programs run", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)", "repair, ask, close window",
+            "added killWineServer");
         row("repair stopped", "a.exe", "", "(exit 1)", "repair, stop",
             "added cancelInstallingDependency killWineServer");
         row("stopped", "a.exe", "", "touch alive; wait_for close", "stop", "killWineServer");
@@ -194,6 +197,14 @@ private Q_SLOTS:
             click("repair_btn");
             QVERIFY(!m_service->waitForCall("installDependency").method.isEmpty());
             QCOMPARE(banner()->closeState(), int(WineExeLaunchBanner::Running));
+            if (user.contains("ask")) {
+                const QJsonObject busy{{"ok", false}, {"busy", QJsonArray{"Harbour"}}};
+                Q_EMIT BottlesConfig::instance()->dependecyInstalled(m_bottle, "gecko", busy);
+                auto* question = banner()->findChild<RunningProgramsQuestion*>();
+                QVERIFY(question && question->isVisible());
+                question->button(1)->click();
+                QVERIFY(!m_service->waitForCall("installDependency", 2).method.isEmpty());
+            }
             if (user.endsWith("stop"))
                 Q_EMIT banner()->stopRunning();
             else

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QStringList>
+
+#include "fenk/Dialog.h"
+
+/// Asks whether the programs that run in a bottle may be closed, so that a repair can change the bottle. Modal over
+/// the banner, shown without blocking and deleted when answered. Escape and the close button mean no.
+class RunningProgramsQuestion : public Fenk::Dialog {
+    Q_OBJECT
+public:
+    /// `appName` is the program that is repaired; `programs` are the names of those that run.
+    RunningProgramsQuestion(const QString& appName, const QStringList& programs, QWidget* banner);
+
+Q_SIGNALS:
+    void answered(bool close);  ///< once, unless the dialog is destroyed before
+
+protected:
+    void showEvent(QShowEvent* event) override;
+};
