@@ -70,6 +70,22 @@ private Q_SLOTS:
         QVERIFY2(app.log().contains(message), qPrintable(app.log()));
     }
 
+    /// Nothing ever waits for the version check.
+    void hungService_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::newRow("bad file") << QStringList{"/nowhere/a.exe"} << 1;
+        QTest::newRow("version") << QStringList{"--version"} << 0;
+        QTest::newRow("bad option") << QStringList{"--nonsense"} << 1;
+    }
+
+    void hungService() {
+        QFETCH(QStringList, arguments);
+        m_service->setHeld("Manager.GetVersion", "3.3.4.008");
+        InstalledApp app(arguments);
+        QTEST(app.waitForExit(5000), "status");
+    }
+
     void serviceTrouble_data() {
         QTest::addColumn<QString>("trouble");
         QTest::addColumn<QString>("message");

@@ -3,7 +3,10 @@
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDebug>
+#include <QEventLoop>
+#include <QMutex>
 
 #include "core/base/BuildInfo.h"
 
@@ -11,7 +14,11 @@ namespace {
 
 const char ServiceName[] = "com.lumora.LumoraWineLauncher";
 const char ConnectionName[] = "backend-version";
-constexpr int TimeoutMs = 10000;  // the end of the process waits for this thread
+constexpr int TimeoutMs = 10000;
+
+QMutex mutex;
+QEventLoop* waiting = nullptr;  ///< the loop that waits for an answer, if there is one
+bool isAbandoned = false;
 
 QDBusMessage managerCall(const QString& method) {
     return QDBusMessage::createMethodCall(ServiceName, "/com/lumora/Manager", "com.lumora.Manager", method);
@@ -26,9 +33,29 @@ bool isAbsent(const QDBusMessage& reply) {
            name.startsWith("org.freedesktop.DBus.Error.Spawn.");
 }
 
+/// An invalid message when the wait has been abandoned.
+QDBusMessage ask(const QDBusConnection& bus, const QString& method) {
+    QEventLoop loop;
+    QDBusPendingCallWatcher watcher(bus.asyncCall(managerCall(method), TimeoutMs));
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    {
+        const QMutexLocker lock(&mutex);
+        if (isAbandoned)
+            return {};
+        waiting = &loop;
+    }
+    if (!watcher.isFinished())
+        loop.exec();
+    const QMutexLocker lock(&mutex);
+    waiting = nullptr;
+    return watcher.isFinished() ? watcher.reply() : QDBusMessage();
+}
+
 void compareVersions(const QDBusConnection& bus) {
     // The call itself starts a service that does not run yet.
-    const QDBusMessage reply = bus.call(managerCall("GetVersion"), QDBus::Block, TimeoutMs);
+    const QDBusMessage reply = ask(bus, "GetVersion");
+    if (reply.type() == QDBusMessage::InvalidMessage && bus.isConnected())
+        return;
     if (!bus.isConnected() || isAbsent(reply)) {
         qWarning() << "Could not connect to the D-Bus service.";
         return;
@@ -43,7 +70,7 @@ void compareVersions(const QDBusConnection& bus) {
         return;
     }
     qWarning() << "D-Bus version mismatch. Expected:" << BuildInfo::version() << "Actual:" << version;
-    bus.call(managerCall("Quit"), QDBus::Block, TimeoutMs);
+    ask(bus, "Quit");
 }
 
 }  // namespace
@@ -51,4 +78,11 @@ void compareVersions(const QDBusConnection& bus) {
 void checkBackendVersion() {
     compareVersions(QDBusConnection::connectToBus(QDBusConnection::SessionBus, ConnectionName));
     QDBusConnection::disconnectFromBus(ConnectionName);
+}
+
+void abandonBackendVersion() {
+    const QMutexLocker lock(&mutex);
+    isAbandoned = true;
+    if (waiting)
+        QMetaObject::invokeMethod(waiting, &QEventLoop::quit, Qt::QueuedConnection);
 }

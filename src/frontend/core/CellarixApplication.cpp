@@ -67,6 +67,7 @@ CellarixApplication::~CellarixApplication() {
     qDeleteAll(m_runners);
     m_runners.clear();
     delete m_mainWindow;
+    abandonBackendVersion();
     ServiceThreads::settle();
     LaunchWindows::setInstance(nullptr);
     purgeImageCache(ImageCacheDays);

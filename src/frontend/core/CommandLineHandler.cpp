@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QThreadPool>
 
+#include "core/BackendVersion.h"
 #include "core/CellarixApplication.h"
 #include "core/EnvironmentSetup.h"
 #include "core/LaunchTarget.h"
@@ -106,8 +107,10 @@ int CommandLineHandler::handleCommandLine(const QStringList& args) {
 void CommandLineHandler::parseOwnArguments() {
     const bool parsed = m_parser.parse(QCoreApplication::arguments());
     // Leaving takes the bus connection away, which never ends under a call that still waits on it.
-    if (!parsed || m_parser.isSet("help") || m_parser.isSet("version"))
+    if (!parsed || m_parser.isSet("help") || m_parser.isSet("version")) {
+        abandonBackendVersion();
         QThreadPool::globalInstance()->waitForDone();
+    }
     m_parser.process(*QCoreApplication::instance());
 }
 

@@ -46,7 +46,7 @@ int run(CellarixApplication& application) {
     const UnixSignals signalHandlers;
     const CellarixService service(&application);
     // What others have started meanwhile goes on.
-    if (application.handleCommandLine({}) != 0 && application.canQuit())
+    if (application.handleCommandLine({}) != 0 && (signalHandlers.endRequested() || application.canQuit()))
         return 1;
     if (signalHandlers.endRequested())
         return 0;
