@@ -235,11 +235,6 @@ void BottlesConfig::forgetFileInfo(const QString& bottle, const QString& program
         FileInfoCache(path).remove(programId);
 }
 
-void BottlesConfig::fireRemoveExternalProgram(const QString& bottle, const QString& programId) {
-    forgetFileInfo(bottle, programId);
-    BusCall::fire(*this, "removeExternalProgram", {bottle, programId});
-}
-
 BusResult BottlesConfig::removeExternalProgram(const QString& bottle, const QString& programId) {
     forgetFileInfo(bottle, programId);
     return BusCall::block(*this, "removeExternalProgram", {bottle, programId}, kIgnored);

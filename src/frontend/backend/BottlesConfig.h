@@ -82,7 +82,6 @@ public:
     void fireUpdateExternalProgram(const QString& bottle, const QJsonObject& record);
     /// Also takes the program out of the bottle's fileinfo.cache.
     BusResult removeExternalProgram(const QString& bottle, const QString& programId);
-    void fireRemoveExternalProgram(const QString& bottle, const QString& programId);
     /// The shortcuts added since the time; empty on every failure.
     QJsonArray scanApplicationLinks(const QString& bottle, const QDateTime& since, QObject* owner = nullptr);
     /// The same without a wait.

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QFutureWatcher>
 #include <QObject>
+#include <QThreadPool>
+#include <QtConcurrent>
 #include <memory>
 
 #include "fenk/Singleton.h"
@@ -17,6 +20,17 @@ public:
 
     Hold hold();
     bool isPending() const { return m_holds > 0; }
+
+    /// Runs the work on a thread of the pool, and holds until it has been done.
+    template <class Work>
+    auto run(QThreadPool* threads, Work work) -> QFuture<decltype(work())> {
+        auto* watcher = new QFutureWatcher<decltype(work())>(this);
+        connect(watcher, &QFutureWatcherBase::finished, watcher,
+                [watcher, held = hold()] { watcher->deleteLater(); });
+        const auto future = QtConcurrent::run(threads, work);
+        watcher->setFuture(future);
+        return future;
+    }
 
 Q_SIGNALS:
     /// Nothing is pending any more.

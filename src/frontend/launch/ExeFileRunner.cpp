@@ -10,6 +10,7 @@
 #include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
+#include "backend/PendingWork.h"
 #include "backend/ProgramRecord.h"
 #include "backend/ServiceThreads.h"
 #include "core/base/Logging.h"
@@ -301,7 +302,7 @@ void ExeFileRunner::addFile() {
     if (m_exePath.isEmpty())
         return;
     if (addedUuid().isEmpty())
-        m_added = QtConcurrent::run(
+        m_added = PendingWork::instance()->run(
             ServiceThreads::pool(),
             [entry = FileEntry{m_bottlesName, m_appName, m_exePath}] { return entry.add(); });
 }

@@ -75,8 +75,9 @@ private:
     void checkLinks(bool success);
     void addFile();
     QString addedUuid() const;
-    void leaveBottle(bool cleanUp);
-    void writeRecord(const QString& runner);
+    void leaveBottle(bool cleanUp, const std::function<void()>& then);
+    void writeRunRecord() const;
+    std::function<void()> launchRecord() const;
     bool isPublic() const;
     bool isInstaller() const;
 

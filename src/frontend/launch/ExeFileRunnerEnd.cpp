@@ -4,11 +4,12 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QtConcurrent>
 
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
+#include "backend/PendingWork.h"
 #include "backend/ServiceLoss.h"
+#include "backend/ServiceThreads.h"
 #include "core/base/WineNames.h"
 #include "launch/BottleTasks.h"
 #include "launch/ExeFileExecutor.h"
@@ -141,22 +142,23 @@ void ExeFileRunner::finish(bool cleanUp) {
         m_executor->disconnect(this);
         m_executor->cancelRepair();
     }
-    const QString runner = BottleUtils::bottleRunner(m_bottlesName);
-    leaveBottle(cleanUp);
+    leaveBottle(cleanUp, launchRecord());
     m_banner->allowClose();
     m_banner->close();
-    writeRecord(runner);
+    writeRunRecord();
     Q_EMIT emit_finished();
     deleteLater();
 }
 
 /// The set-up file is of no more use, and a bottle that was made for a launch which never came about is of
-/// none.
-void ExeFileRunner::leaveBottle(bool cleanUp) {
+/// none. Calls then when the bottle is what it will be.
+void ExeFileRunner::leaveBottle(bool cleanUp, const std::function<void()>& then) {
     const bool isSetUp = cleanUp && isInstaller();
     const bool isAskedFor = m_isBottleNew || (m_executor && m_executor->hasAskedForBottle());
     if (isSetUp || (m_canceled && isAskedFor))
-        LaunchCleanUp{m_bottlesName, isSetUp, m_added}.start();
+        LaunchCleanUp{m_bottlesName, isSetUp, m_added}.start(then);
+    else
+        then();
 }
 
 /// Waits for it, if the entry is being made.
@@ -164,24 +166,32 @@ QString ExeFileRunner::addedUuid() const {
     return m_added.isCanceled() ? QString() : m_added.result();
 }
 
-void ExeFileRunner::writeRecord(const QString& runner) {
+void ExeFileRunner::writeRunRecord() const {
     if (m_mode == StoredProgram && !m_programUuid.isEmpty())
         AppBootingStateManager::instance()->writeRunEvent(m_bottlesName, m_programUuid, m_succeeded,
                                                           float(m_elapsedSeconds),
                                                           {{"canceled", m_canceled ? "yes" : "no"}});
+}
+
+/// Takes down what is known now. What is returned writes it, in the background, with the programs that the
+/// bottle has by then.
+std::function<void()> ExeFileRunner::launchRecord() const {
     if (m_mode != File || !m_executor || m_exePath.isEmpty() || !QFileInfo(m_exePath).isFile())
-        return;
+        return [] {};
     LaunchRecord record;
     record.succeeded = m_succeeded;
     record.exePath = m_exePath;
     record.fileInfo = m_executor->fileInfo();
     record.logLines = m_logsWidget->lastLines(EventRecord::LogLines);
     record.rating = m_rating;
-    record.runner = runner;
-    record.programs = BottleUtils::bottlePrograms(m_bottlesName).size();
+    record.runner = BottleUtils::bottleRunner(m_bottlesName);
     record.repaired = m_repaired;
     record.canceled = m_canceled;
-    QtConcurrent::run([record, now = QDateTime::currentDateTime()] {
-        EventWriter::instance().writeEvent(record.toJson(EventRecord::common(now, machineInfo())));
-    });
+    return [record, bottle = m_bottlesName, added = m_added, now = QDateTime::currentDateTime()] {
+        PendingWork::instance()->run(ServiceThreads::inOrder(), [=]() mutable {
+            added.waitForFinished();
+            record.programs = BottleUtils::bottlePrograms(bottle).size();
+            EventWriter::instance().writeEvent(record.toJson(EventRecord::common(now, machineInfo())));
+        });
+    };
 }

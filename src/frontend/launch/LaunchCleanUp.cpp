@@ -24,26 +24,27 @@ void whenDone(const QFuture<Result>& future, const std::function<void(const Resu
     watcher->setFuture(future);
 }
 
-void removeEntry(const QString& bottle, const QString& id, const PendingWork::Hold& hold) {
+void removeEntry(const QString& bottle, const QString& id, const std::function<void()>& then) {
     qInfo().noquote() << "remove setup program: " << bottle << id;
     const auto removal = QtConcurrent::run(ServiceThreads::pool(), [bottle, id] {
         return BottlesConfig::instance()->removeExternalProgram(bottle, id);
     });
-    whenDone<BusResult>(removal, [bottle, hold](const BusResult& result) {
+    whenDone<BusResult>(removal, [bottle, then](const BusResult& result) {
         if (!result.ok)
             qWarning().noquote() << "the set-up stays a program of" << bottle << result.errorMessage;
+        then();
     });
 }
 
 }  // namespace
 
-void LaunchCleanUp::start() const {
-    const PendingWork::Hold hold = PendingWork::instance()->hold();
+void LaunchCleanUp::start(const std::function<void()>& then) const {
+    const auto end = [then, hold = PendingWork::instance()->hold()] { then(); };
     BottlesConfig::instance();  // lives in the thread of its first use
-    whenDone<QString>(added, [cleanUp = *this, hold](const QString& id) {
+    whenDone<QString>(added, [cleanUp = *this, end](const QString& id) {
         const QString own = cleanUp.isSetUp ? id : QString();
         BottleCleanUp* service = BottleCleanUp::instance();
-        service->deleteIfUnused(cleanUp.bottle, own, service, [cleanUp, own, hold](const BusResult& answer) {
+        service->deleteIfUnused(cleanUp.bottle, own, service, [cleanUp, own, end](const BusResult& answer) {
             const QJsonObject result = answer.object();
             if (!answer.ok) {
                 qWarning().noquote() << "bottle" << cleanUp.bottle
@@ -55,9 +56,12 @@ void LaunchCleanUp::start() const {
             } else {
                 qInfo().noquote() << "bottle" << cleanUp.bottle
                                   << "stays:" << result.value("reason").toString();
-                if (!own.isEmpty() && !result.value("programs").toArray().isEmpty())
-                    removeEntry(cleanUp.bottle, own, hold);
+                if (!own.isEmpty() && !result.value("programs").toArray().isEmpty()) {
+                    removeEntry(cleanUp.bottle, own, end);
+                    return;
+                }
             }
+            end();
         });
     });
 }

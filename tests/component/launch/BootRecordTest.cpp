@@ -6,6 +6,7 @@
 #include <QtTest>
 #include <memory>
 
+#include "backend/PendingWork.h"
 #include "launch/BottleTasks.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/records/EventRecord.h"
@@ -135,10 +136,12 @@ private Q_SLOTS:
         m_manager->startRecording("other", "four");
         QVERIFY(m_manager->finishRecording("four", true) >= 0 && results.size() == 3);
         m_manager->writeRunEvent(Bottle, Program, true, 2.5, {{"canceled", "yes"}});
+        QVERIFY(PendingWork::instance()->isPending());
         QTRY_COMPARE_WITH_TIMEOUT(readFile(m_events).count('\n'), 4, 60000);
         const QList<QByteArray> events = readFile(m_events).split('\n');
         QVERIFY(events[1].contains(R"("boottime":30,)") && events[2].contains(R"("successed":false)"));
         QVERIFY(events[3].contains(R"("boottime":2.5,"canceled":"yes")"));
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
     }
 
     /// Two at once share a connection, which goes with the last; the file stays.

@@ -251,6 +251,45 @@ private Q_SLOTS:
         QVERIFY(log.contains("delete wine container " + bottle));
     }
 
+    /// The launch is over before the service has entered its file: the record counts it all the same, and the
+    /// process does not leave before.
+    void recordWaitsForTheEntry() {
+        const QString path = m_home.write("files/a.exe", "MZ");
+        const QString events = m_home.path() + "/.local/state/lumora-event-log/cellarix.jsonl";
+        QFile::remove(events);
+        makeBottle(privateBottleNameOf(path), false);
+        m_service->setHeld("updateExternalProgram", "");
+        m_standIn.write("program", ":");
+        QCOMPARE(run(path), m_bottle);
+        QTRY_COMPARE_WITH_TIMEOUT(banner()->closeState(), int(WineExeLaunchBanner::Failed), LaunchMs);
+        banner()->close();
+        QTRY_VERIFY(m_ends == 1 && !m_runner);
+        QVERIFY(!m_service->waitForCall("updateExternalProgram").method.isEmpty());
+        QVERIFY(PendingWork::instance()->isPending());
+        const QJsonObject entry{{"id", Uuid}, {"path", path}};
+        m_service->setBottle(m_bottle, {{"External_Programs", QJsonObject{{Uuid, entry}}}});
+        QCOMPARE(m_service->release("updateExternalProgram"), 1);
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
+        QVERIFY2(readFile(events).contains("\"program_cnt\":1"), readFile(events).constData());
+    }
+
+    void refusedRemovalIsLogged() {
+        const QString path = m_home.write("files/setup_nothing.exe",
+                                          readFile(TEST_BINARY_DIR "/tests/programs/x64/setup_nothing.exe"));
+        if (QFileInfo(path).size() == 0)
+            QSKIP("the installer was not built");
+        makeBottle(privateBottleNameOf(path), true);
+        m_service->setJson("deleteIfUnused", QJsonObject{{"programs", QJsonArray{Uuid}}});
+        m_service->setError("removeExternalProgram", "not now");
+        m_standIn.write("program", "show");
+        LogCapture log;
+        QCOMPARE(run(path), m_bottle);
+        QTRY_VERIFY_WITH_TIMEOUT(!banner()->isVisible(), LaunchMs);
+        m_standIn.write("close", "");
+        QTRY_COMPARE_WITH_TIMEOUT(m_ends, 1, LaunchMs);
+        QTRY_VERIFY(log.contains(QtWarningMsg, "the set-up stays a program of " + m_bottle + " not now"));
+    }
+
     void unknownPrograms() {
         makeBottle("b", true);
         const QStringList components{"gecko"};

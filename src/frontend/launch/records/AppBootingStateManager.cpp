@@ -3,9 +3,9 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QTimer>
-#include <QtConcurrent>
 
 #include "backend/BottlesConfig.h"
+#include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
 #include "launch/records/EventWriter.h"
 #include "launch/records/RunEvent.h"
@@ -126,7 +126,7 @@ void AppBootingStateManager::writeRunEvent(const QString& bottleName, const QStr
                                            bool successed, float bootTime, const QJsonObject& more) {
     const QDateTime now = QDateTime::currentDateTime();
     // What a record says depends on the one before.
-    QtConcurrent::run(ServiceThreads::inOrder(), [=] {
+    PendingWork::instance()->run(ServiceThreads::inOrder(), [=] {
         QJsonObject record = RunEvent::build(bottleName, programId, successed, bootTime, now, machineInfo());
         for (auto key = more.begin(); key != more.end(); ++key)
             record.insert(key.key(), key.value());
