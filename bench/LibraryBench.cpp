@@ -1,9 +1,9 @@
 // The library with 100, 2 000 and 20 000 programs of English and of Chinese names: from the service's reply
 // to the first picture, what a keystroke in the search takes until its picture stands, and what a program
 // takes of memory. Prints a table and how the cost grows with the number. Limits: 100 ms and 16 ms at 2 000,
-// 20 KiB a program.
+// 20 KiB a program. The argument is the largest number of programs.
 //
-//     QT_QPA_PLATFORM=offscreen build/<preset>/bench/LibraryBench
+//     QT_QPA_PLATFORM=offscreen build/<preset>/bench/LibraryBench [20000]
 #include <unistd.h>
 #include <QElapsedTimer>
 #include <QEvent>
@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "fenk/Application.h"
@@ -148,6 +149,7 @@ int main(int argc, char** argv) {
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME"})
         qputenv(name, QFile::encodeName(home.path()));
     Fenk::Application application(argc, argv);
+    const int most = argc > 1 ? std::atoi(argv[1]) : 20000;
     QLoggingCategory::setFilterRules("*.info=false\n*.debug=false\n*.warning=false");
     QLocale::setDefault(QLocale(QLocale::Chinese));
     measure(100, true);  // what is loaded once for all
@@ -157,6 +159,8 @@ int main(int argc, char** argv) {
         Result last;
         int lastCount = 0;
         for (const int count : {100, 2000, 20000}) {
+            if (count > most)
+                break;
             const Result now = measure(count, chinese);
             std::printf("%-8s %8d %12.1f %14.1f %12.1f %14.2f", chinese ? "Chinese" : "English", count,
                         now.paint, now.keystroke, now.scroll, now.kibPerProgram);

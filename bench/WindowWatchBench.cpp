@@ -1,15 +1,16 @@
 // What watching for windows costs: 300 windows of as many processes on the desktop, and one property of the
-// root window that changes each second. CPU time is that of this process (and, for the comparison, of its
-// children), without the X server's. With a Windows program as argument, also the time from the program's
-// window in the window manager's list to the report. Run it in a session of its own:
+// root window that changes each second, for ten seconds. CPU time is that of this process (and, for the
+// comparison, of its children), without the X server's. With a Windows program as argument, also the time
+// from the program's window in the window manager's list to the report. Run it in a session of its own:
 //
-//     scripts/session --private build/<preset>/bench/WindowWatchBench
+//     scripts/session --private build/<preset>/bench/WindowWatchBench [--windows 300] [--seconds 10]
 //     [build/<preset>/tests/programs/x64/window.exe]
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -29,8 +30,6 @@
 
 namespace {
 
-constexpr int Windows = 300;
-constexpr int Seconds = 10;
 constexpr int Reports = 10;
 
 double cpuMs(int who) {
@@ -65,13 +64,13 @@ void turn(int ms) {
     loop.exec();
 }
 
-/// CPU time of ten seconds, in ms.
-double watch(Display* display, bool withChanges) {
+/// CPU time of that many seconds, in ms.
+double watch(Display* display, unsigned long seconds, bool withChanges) {
     X11WaitWineProgramThread thread(nullptr);
     thread.start();
     turn(500);
     const double before = cpuMs(RUSAGE_SELF);
-    for (unsigned long second = 0; second < Seconds; ++second) {
+    for (unsigned long second = 0; second < seconds; ++second) {
         if (withChanges) {
             setNumbers(display, DefaultRootWindow(display), "_CELLARIX_BENCH", {second});
             XFlush(display);
@@ -81,7 +80,7 @@ double watch(Display* display, bool withChanges) {
     return cpuMs(RUSAGE_SELF) - before;
 }
 
-void askThreeHundredTimes(const std::vector<pid_t>& processes) {
+void askForEach(const std::vector<pid_t>& processes) {
     const double ours = bestOf([&] {
         for (const pid_t pid : processes)
             WineWindows::isWineProcess(pid);
@@ -96,8 +95,9 @@ void askThreeHundredTimes(const std::vector<pid_t>& processes) {
         }
     });
     const double cpu = (cpuMs(RUSAGE_CHILDREN) + cpuMs(RUSAGE_SELF) - before) / 5;
-    std::printf("| the maps of %d processes, read here | %.1f ms |\n", Windows, ours);
-    std::printf("| the same by %d children (grep) | %.1f ms, %.1f ms CPU |\n", Windows, other, cpu);
+    std::printf("| the maps of %d processes, read here | %.1f ms |\n", int(processes.size()), ours);
+    std::printf("| the same by %d children (grep) | %.1f ms, %.1f ms CPU |\n", int(processes.size()), other,
+                cpu);
 }
 
 /// From the window manager's list to the report, for a program that is started anew each time.
@@ -148,8 +148,12 @@ void measureReports(const QString& program) {
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
+    QCommandLineParser options;
+    options.addOptions({{"windows", {}, "number", "300"}, {"seconds", {}, "number", "10"}});
+    options.process(application);
+    const int seconds = options.value("seconds").toInt();
     std::vector<pid_t> processes;
-    for (int i = 0; i < Windows; ++i)
+    for (int i = 0; i < options.value("windows").toInt(); ++i)
         processes.push_back(spawn());
     Display* display = XOpenDisplay(nullptr);
     if (!display) {
@@ -163,7 +167,7 @@ int main(int argc, char** argv) {
         XMapWindow(display, window);
     }
     XSync(display, False);
-    turn(5000);
+    turn(seconds * 500);
     {
         X11Desktop desktop;
         std::printf("| windows on the desktop | %d |\n", int(desktop.windows().size()));
@@ -180,17 +184,17 @@ int main(int argc, char** argv) {
         std::printf("| the first look at all of them | %.1f ms |\n", first);
         std::printf("| each further look | %.1f ms |\n", bestOf([&] { look(known); }));
     }
-    askThreeHundredTimes(processes);
-    const double idle = watch(display, false);
-    const double busy = watch(display, true);
-    std::printf("| CPU while nothing changes | %.1f ms a second, %.2f %% of a core |\n", idle / Seconds,
-                idle / Seconds / 10);
-    std::printf("| CPU with one change a second | %.1f ms a second, %.2f %% of a core |\n", busy / Seconds,
-                busy / Seconds / 10);
+    askForEach(processes);
+    const double idle = watch(display, seconds, false);
+    const double busy = watch(display, seconds, true);
+    std::printf("| CPU while nothing changes | %.1f ms a second, %.2f %% of a core |\n", idle / seconds,
+                idle / seconds / 10);
+    std::printf("| CPU with one change a second | %.1f ms a second, %.2f %% of a core |\n", busy / seconds,
+                busy / seconds / 10);
     for (const pid_t pid : processes)
         kill(pid, SIGKILL);
     XCloseDisplay(display);
-    if (argc > 1)
-        measureReports(QString::fromLocal8Bit(argv[1]));
+    for (const QString& program : options.positionalArguments())
+        measureReports(program);
     return 0;
 }

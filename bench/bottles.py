@@ -3,7 +3,7 @@
 
     scripts/session --private bench/bottles.py [RUNS]
 
-Each figure is the median of RUNS (5), but for what can only happen once. Disk is what the tree itself takes: a link
+Each figure is the median of RUNS (5; at most 3 bare prefixes), but for what can only happen once. Disk is what the tree itself takes: a link
 counts as a link.
 """
 import os
@@ -16,14 +16,15 @@ import time
 
 RUNS = int(sys.argv[1]) if len(sys.argv) > 1 else 5
 DATA = pathlib.Path(os.environ["XDG_DATA_HOME"], "lumora-wine-bottles")
-BUS = ["gdbus", "call", "--session", "--timeout", "600", "--dest", "com.lumora.LumoraWineLauncher"]
+BUS = ["dbus-send", "--session", "--print-reply=literal", "--reply-timeout=600000"]
+SERVICE = "com.lumora.LumoraWineLauncher"
 QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, "check": True}
 WINE = {**os.environ, "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=;winemenubuilder.exe="}
 
 
 def bottles(method, *arguments):
-    subprocess.run([*BUS, "--object-path", "/com/lumora/Manager/Bottles", "--method",
-                    f"com.lumora.Manager.Bottles.{method}", *arguments], **QUIET)
+    subprocess.run([*BUS, f"--dest={SERVICE}", "/com/lumora/Manager/Bottles", f"com.lumora.Manager.Bottles.{method}",
+                    *[f"string:{argument}" for argument in arguments]], **QUIET)
 
 
 def timed(function, *arguments):
@@ -55,10 +56,9 @@ def room(path):
 
 def service_state():
     """CPU seconds and MiB of the service."""
-    reply = subprocess.run([*BUS, "--dest", "org.freedesktop.DBus", "--object-path", "/", "--method",
-                            "org.freedesktop.DBus.GetConnectionUnixProcessID", "com.lumora.LumoraWineLauncher"],
-                           capture_output=True, text=True, check=True)
-    pid = int(reply.stdout.split()[1].split(",")[0])
+    reply = subprocess.run([*BUS, "--dest=org.freedesktop.DBus", "/", "org.freedesktop.DBus.GetConnectionUnixProcessID",
+                            f"string:{SERVICE}"], capture_output=True, text=True, check=True)
+    pid = int(reply.stdout.split()[-1])
     times = pathlib.Path(f"/proc/{pid}/stat").read_text(encoding="utf-8").rsplit(")", 1)[1].split()
     memory = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="utf-8").split("Rss:")[1].split()[0]
     return (int(times[11]) + int(times[12])) / os.sysconf("SC_CLK_TCK"), int(memory) / 1024
@@ -67,11 +67,12 @@ def service_state():
 def main():
     bare_dir = DATA / "bare"
     bare_dir.mkdir(parents=True)
-    warm = bare_dir / "warm"
-    make_bare(warm)  # reads Wine's files into memory for both sides
-    shutil.rmtree(warm)
+    if RUNS > 1:
+        warm = bare_dir / "warm"
+        make_bare(warm)  # reads Wine's files into memory for both sides
+        shutil.rmtree(warm)
     bare_times, bare_starts = [], []
-    for number in range(3):
+    for number in range(min(RUNS, 3)):
         prefix = bare_dir / str(number)
         bare_times.append(timed(make_bare, prefix))
         bare_starts.append(first_start(prefix))
@@ -90,10 +91,11 @@ def main():
     print("| what | bottle | bare Wine | ratio |\n|---|---|---|---|")
     for name, ours, theirs, unit, what in rows:
         print(f"| {name} | {ours:.2f} {unit} | {what}: {theirs:.2f} {unit} | {ours / theirs:.2f} |")
+    idle = min(4 * RUNS, 20)
     before = service_state()
-    time.sleep(20)
+    time.sleep(idle)
     after = service_state()
-    print(f"| idle service | {(after[0] - before[0]) / 20 * 100:.2f} % of a core, {after[1]:.0f} MiB | | |")
+    print(f"| idle service | {(after[0] - before[0]) / idle * 100:.2f} % of a core, {after[1]:.0f} MiB | | |")
 
 
 if __name__ == "__main__":

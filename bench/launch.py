@@ -17,7 +17,7 @@ import tempfile
 import time
 
 RUNS = int(sys.argv[1]) if len(sys.argv) > 1 else 5
-BUILD = pathlib.Path(os.environ["CELLARIX_BUILD"])
+BUILD = pathlib.Path(os.environ.get("CELLARIX_BUILD") or pathlib.Path(__file__).resolve().parent.parent / "build/dev")
 PROGRAMS = BUILD / "tests/programs/x64"
 DATA = pathlib.Path(os.environ["XDG_DATA_HOME"], "lumora-wine-bottles")
 TITLE = "Cellarix sample window"
