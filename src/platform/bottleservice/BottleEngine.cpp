@@ -234,6 +234,10 @@ bool BottleEngine::isIdle() const {
     return m_queue.isIdle() && m_stops.isIdle() && m_templates.isIdle() && m_reclaimer.isIdle();
 }
 
+bool BottleEngine::isQuiet() const {
+    return m_queue.isIdle() && m_stops.isIdle() && !m_templates.isAwaited();
+}
+
 void BottleEngine::close() {
     m_closing = true;
     m_templates.cancel();

@@ -42,6 +42,8 @@ public:
 
     /// Nothing is being done, not even in the background.
     bool isIdle() const;
+    /// Nobody waits for anything; a template may be prepared in advance.
+    bool isQuiet() const;
 
     /// Cancels what runs and takes nothing new; closed() follows.
     void close();

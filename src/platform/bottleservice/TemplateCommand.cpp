@@ -10,7 +10,12 @@
 #include <limits>
 
 #include "bottleservice/DataDirLock.h"
+#include "bottleservice/ServiceLog.h"
+#include "bottleservice/ShutdownSignals.h"
+#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/TemplateRecord.h"
+#include "bottleservice/wine/Templates.h"
 
 namespace {
 
@@ -46,4 +51,23 @@ int TemplateCommand::recreate() {
         QCoreApplication::exit(watcher.isError() ? 1 : 0);
     });
     return QCoreApplication::exec();
+}
+
+int TemplateCommand::prepare(const QString& dataDir) {
+    const auto runner = Runners(dataDir).find(Runners::DefaultName);
+    DataDirLock lock(dataDir);
+    if (!runner || !lock.acquire(0))
+        return 0;
+    Reclaimer reclaimer;
+    Templates templates(dataDir, &reclaimer);
+    if (!templates.isMissing(*runner))
+        return 0;
+    ServiceLog::start(dataDir);
+    ShutdownSignals shutdown;
+    QObject::connect(&shutdown, &ShutdownSignals::received, &templates, &Templates::cancel);
+    templates.obtain(*runner, &templates, [](const QString&, const QString&) {});
+    QObject::connect(&templates, &Templates::idle, QCoreApplication::instance(), &QCoreApplication::quit,
+                     Qt::QueuedConnection);
+    QCoreApplication::exec();
+    return 0;
 }

@@ -13,6 +13,11 @@ int check(const QString& dataDir);
 /// service goes on when this process is ended.
 int recreate();
 
+/// Makes the template of the default runner if it is missing, in this process and without the bus; SIGTERM
+/// takes back what is half done. Leaves it to a service that runs, and never fails: what was not made is made
+/// with the first bottle.
+int prepare(const QString& dataDir);
+
 }  // namespace TemplateCommand
 
 /// Prints the service's lines, on standard output, which nobody has to read.

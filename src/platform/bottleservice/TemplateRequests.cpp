@@ -9,7 +9,9 @@
 using Fault = Answer::Fault;
 
 TemplateRequests::TemplateRequests(BottleEngine* engine, QObject* parent)
-    : QObject(parent), m_engine(engine) {}
+    : QObject(parent), m_engine(engine) {
+    connect(engine->templates(), &Templates::progress, this, &TemplateRequests::preparing);
+}
 
 void TemplateRequests::recreate(const Reply& reply) {
     m_waiting.append(reply);

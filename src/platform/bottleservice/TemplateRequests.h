@@ -24,6 +24,8 @@ public:
 Q_SIGNALS:
     /// What is being done, a line for people.
     void progress(const QString& line);
+    /// How much of a template that somebody waits for is done: 0 to 100, never less than before.
+    void preparing(const QString& runner, int percent);
 
 private:
     void next();

@@ -23,6 +23,7 @@
 #include "bottleservice/SettingsRequests.h"
 #include "bottleservice/ShutdownSignals.h"
 #include "bottleservice/TemplateCommand.h"
+#include "bottleservice/TemplatePreparation.h"
 #include "bottleservice/TemplateRequests.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/wire/BottlesObject.h"
@@ -50,6 +51,7 @@ struct Arguments {
     int idleSeconds;  ///< after so long without anything to do the service ends
     bool check;
     bool recreate;
+    bool prepare;
 };
 
 Arguments parse(const QCoreApplication& application) {
@@ -63,9 +65,12 @@ Arguments parse(const QCoreApplication& application) {
                                    "End with 1 if the templates of bottles have to be made anew.");
     const QCommandLineOption recreate("recreate-templates",
                                       "Let the service make the templates of bottles anew, and wait for it.");
-    parser.addOptions({idle, check, recreate});
+    const QCommandLineOption prepare("prepare-templates",
+                                     "Make the template of the default Wine if it is missing, and end. "
+                                     "Does nothing while a service runs.");
+    parser.addOptions({idle, check, recreate, prepare});
     parser.process(application);
-    return {parser.value(idle).toInt(), parser.isSet(check), parser.isSet(recreate)};
+    return {parser.value(idle).toInt(), parser.isSet(check), parser.isSet(recreate), parser.isSet(prepare)};
 }
 
 }  // namespace
@@ -85,6 +90,8 @@ int main(int argc, char** argv) {
         return TemplateCommand::check(dataDir);
     if (arguments.recreate)
         return TemplateCommand::recreate();
+    if (arguments.prepare)
+        return TemplateCommand::prepare(dataDir);
     DataDirLock lock(dataDir);
     ServiceLog::start(dataDir);
     if (!lock.acquire(LockTimeoutMs)) {
@@ -144,15 +151,22 @@ int main(int argc, char** argv) {
     QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
     QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
-    IdleExit idle(arguments.idleSeconds, [&] {
-        return engine.isIdle() && programs.isIdle() && life.isIdle() && desktop.isIdle() &&
-               components.isIdle() && dependencies.isIdle();
-    });
-    QObject::connect(&machine, &BusObject::called, &idle, &IdleExit::touch);
-    QObject::connect(&bottles, &BusObject::called, &idle, &IdleExit::touch);
-    QObject::connect(&pristine, &BusObject::called, &idle, &IdleExit::touch);
-    QObject::connect(&cleanUp, &BusObject::called, &idle, &IdleExit::touch);
-    QObject::connect(&manager, &BusObject::called, &idle, &IdleExit::touch);
+    const auto areRequestsDone = [&] {
+        return programs.isIdle() && life.isIdle() && desktop.isIdle() && components.isIdle() &&
+               dependencies.isIdle();
+    };
+    IdleExit idle(arguments.idleSeconds, [&] { return engine.isIdle() && areRequestsDone(); });
+    TemplatePreparation preparation(&engine, [&] { return engine.isQuiet() && areRequestsDone(); });
+    for (const BusObject* object :
+         {static_cast<const BusObject*>(&machine), static_cast<const BusObject*>(&bottles),
+          static_cast<const BusObject*>(&pristine), static_cast<const BusObject*>(&cleanUp),
+          static_cast<const BusObject*>(&manager)}) {
+        QObject::connect(object, &BusObject::called, &idle, &IdleExit::touch);
+        QObject::connect(object, &BusObject::called, &preparation, &TemplatePreparation::touch);
+    }
+    // A service without its name must not begin anything: the next one waits for its lock.
+    QObject::connect(&idle, &IdleExit::leaving, &preparation, &TemplatePreparation::stop);
+    preparation.start();
     QObject::connect(&idle, &IdleExit::leaving, &application, [&] { bus.unregisterService(ServiceName); });
     QObject::connect(&idle, &IdleExit::left, &application, close);
     // The bus going away is the end of the session.

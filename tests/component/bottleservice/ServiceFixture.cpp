@@ -24,7 +24,8 @@ QDBusMessage callOf(const QString& object, const QString& method, const QVariant
 
 ServiceFixture::ServiceFixture()
     : m_connection(QDBusConnection::connectToBus(m_bus.address(), "bottleservice-test")) {
-    for (const char* interface : {"com.lumora.Manager.Bottles", "com.lumora.Manager.Components"})
+    for (const char* interface :
+         {"com.lumora.Manager.Bottles", "com.lumora.Manager.Components", "com.lumora.Manager.Templates"})
         m_connection.connect(Service, {}, interface, {}, this, SLOT(onSignal(QDBusMessage)));
 }
 
@@ -42,6 +43,7 @@ QProcessEnvironment ServiceFixture::environment() const {
         environment.remove(name);
     // A bus may start the service without any locale; names in Chinese must work all the same.
     environment.insert("LC_ALL", "C");
+    environment.insert("CELLARIX_PREPARE_SECONDS", "-1");  // most tests have no use for a template
     for (auto it = variables.begin(); it != variables.end(); ++it)
         environment.insert(it.key(), it.value());
     return environment;

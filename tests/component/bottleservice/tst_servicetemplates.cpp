@@ -3,8 +3,10 @@
 #include <QDirIterator>
 #include <QStandardPaths>
 #include <QtTest>
+#include <algorithm>
 
 #include "ServiceFixture.h"
+#include "bottleservice/wine/Processes.h"
 #include "bottleservice/wine/SlimPrefix.h"
 
 using TestSupport::readFile;
@@ -45,12 +47,22 @@ private Q_SLOTS:
         if (QStandardPaths::findExecutable("wine").isEmpty())
             QSKIP("wine-is-not-installed");
         m_service = std::make_unique<ServiceFixture>();
+        const auto prepare = [this] {
+            QProcess process;
+            process.setProcessEnvironment(m_service->environment());
+            process.start(SERVICE_EXECUTABLE, {"--prepare-templates"});
+            return process.waitForFinished(120000) && process.exitCode() == 0;
+        };
+        QVERIFY(prepare());
+        const QDir templates(m_service->dataDir() + "/templates");
+        QCOMPARE(templates.entryList(AllDirs).size(), 1);
         QVERIFY(m_service->start());
+        QVERIFY(prepare());  // the service holds the directory
         QDBusPendingCall first = m_service->callLater("createBottles", {"first", ""});
         QVERIFY(m_service->json("createBottles", {"second", ""})["created"].toBool());
         first.waitForFinished();
         QVERIFY(first.reply().arguments().value(0).toString().contains("\"created\":true"));
-        const QStringList made = QDir(m_service->dataDir() + "/templates").entryList(AllDirs);
+        const QStringList made = templates.entryList(AllDirs);
         QCOMPARE(made.size(), 1);
         m_template = m_service->dataDir() + "/templates/" + made[0];
     }
@@ -161,6 +173,61 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(kernel));
         QTRY_VERIFY(!data.exists("templates/stale"));
         QCOMPARE(check(), 0);
+    }
+
+    void preparesAhead() {
+        m_service.reset();  // there is one bus at a time
+        ServiceFixture service;
+        service.variables["CELLARIX_PREPARE_SECONDS"] = "0";
+        // The user's other work goes on until the file is there.
+        const QString go = service.home().path() + "/go";
+        service.write("runners/slow/bin/wine",
+                      "#!/bin/sh\nuntil [ -e '" + go.toUtf8() + "' ]; do sleep 0.1; done", true);
+        // One letter for each of Wine's processes that make the template; T is stopped.
+        const auto states = [&service] {
+            QByteArray letters;
+            for (const QString& place : service.unfinished("templates")) {
+                for (const auto& entry : Processes().ofBottle(service.dataDir() + "/templates/" + place)) {
+                    const QByteArray stat = readFile(QString("/proc/%1/stat").arg(entry.pid));
+                    letters += stat.mid(stat.lastIndexOf(')') + 2, 1);
+                }
+            }
+            return letters;
+        };
+        const auto isStopped = [&states] {
+            const QByteArray letters = states();
+            return letters.size() > 2 && letters.count('T') == letters.size();
+        };
+        QVERIFY(service.start());
+        QTRY_VERIFY_WITH_TIMEOUT(states().size() > 2, 30000);
+        QVector<QDBusPendingCall> others{service.callLater("createBottles", {"other", "slow"})};
+        QTRY_VERIFY_WITH_TIMEOUT(isStopped(), 10000);
+        service.callManager("Quit");
+        QTRY_COMPARE_WITH_TIMEOUT(service.process().state(), QProcess::NotRunning, 10000);
+        QCOMPARE(service.unfinished("templates"), QStringList());
+        QCOMPARE(states(), QByteArray());
+
+        const int begun = service.log().count("making the template of \"lumora-wine10-stable\"");
+        QVERIFY(service.start({"--idle-seconds", "1"}));
+        QTRY_VERIFY_WITH_TIMEOUT(states().size() > 2, 30000);
+        for (const char* bottle : {"other", "another"}) {
+            others += service.callLater("createBottles", {bottle, "slow"});
+            QTRY_VERIFY_WITH_TIMEOUT(isStopped(), 10000);
+            if (bottle != QByteArray("other"))
+                break;
+            service.home().write("go", "");
+            QTRY_VERIFY_WITH_TIMEOUT(!states().contains('T'), 10000);
+            QVERIFY(QFile::remove(go));
+        }
+        QVERIFY(service.json("createBottles", {"first", ""})["created"].toBool());
+        QTRY_VERIFY(service.signalLog.contains("preparing(lumora-wine10-stable, 100)"));
+        QStringList told = service.signalLog.filter("preparing(lumora-wine10-stable, ");
+        for (QString& line : told)
+            line = line.section(' ', 1).rightJustified(5);
+        QVERIFY2(told.size() > 2 && std::is_sorted(told.begin(), told.end()), qPrintable(told.join(' ')));
+        QCOMPARE(service.log().count("making the template of \"lumora-wine10-stable\""), begun + 1);
+        service.home().write("go", "");
+        QTRY_COMPARE_WITH_TIMEOUT(service.process().state(), QProcess::NotRunning, 30000);
     }
 
 private:

@@ -1,38 +1,121 @@
 #include "bottleservice/wine/PrefixBuilder.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QFileInfo>
+#include <csignal>
 
 #include "bottleservice/wine/BottleStopper.h"
+#include "bottleservice/wine/ProcessPriority.h"
+#include "bottleservice/wine/SlimPrefix.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
 namespace {
 
 constexpr int BootTimeoutMs = 300000;
+constexpr int LookMs = 50;
+constexpr int Looks = 5;          // in the midst of an exec a process shows no mark
+constexpr int FilesPercent = 90;  // copying Wine's files takes nearly all of the time
+constexpr int BootedPercent = 95;
+
+int filesIn(const QString& directory) {
+    return int(QDir(directory).count());
+}
 
 }  // namespace
 
 PrefixBuilder::PrefixBuilder(const Runner& runner, const QString& directory, QObject* parent)
-    : QObject(parent), m_runner(runner), m_directory(directory) {}
+    : QObject(parent), m_runner(runner), m_directory(directory) {
+    m_looks.setInterval(LookMs);
+}
 
-void PrefixBuilder::start() {
+void PrefixBuilder::start(Priority priority) {
+    m_isLow = priority == Priority::Low;
+    for (const QString& directory : SlimPrefix::peDirectories(m_runner.wine))
+        m_expectedFiles += filesIn(directory);
     QProcessEnvironment environment = WineEnvironment::forProcess(WineEnvironment::forCreation(m_directory));
     // Wine's own "is being updated" window would be the first that a user sees.
     environment.remove("DISPLAY");
     environment.remove("WAYLAND_DISPLAY");
     m_boot = new WineCommand(m_runner.wine, {"wineboot.exe", "--init"}, environment, this);
     connect(m_boot, &WineCommand::finished, this, &PrefixBuilder::onBooted);
+    if (m_isLow)
+        m_boot->setLowPriority();
     m_boot->start(BootTimeoutMs);
 }
 
 void PrefixBuilder::cancel() {
     m_cancelled = true;
+    resume();  // a stopped wineserver cannot end
     m_boot->kill();
+}
+
+int PrefixBuilder::progress() const {
+    if (m_state == State::Stopping)
+        return BootedPercent;
+    const int files = filesIn(m_directory + "/drive_c/windows/system32") +
+                      filesIn(m_directory + "/drive_c/windows/syswow64");
+    return m_expectedFiles > 0 ? qMin(FilesPercent, FilesPercent * files / m_expectedFiles) : 0;
+}
+
+void PrefixBuilder::pause() {
+    if (m_isPaused || m_cancelled || m_state != State::Booting)
+        return;
+    qInfo() << "pausing the work in" << m_directory;
+    m_isPaused = true;
+    m_boot->holdTimeout();
+    lookAgain(&PrefixBuilder::stopProcesses);
+}
+
+void PrefixBuilder::resume() {
+    if (!m_isPaused)
+        return;
+    qInfo() << "going on with the work in" << m_directory;
+    m_isPaused = false;
+    lookAgain(&PrefixBuilder::continueProcesses);
+    m_boot->continueTimeout();
+}
+
+void PrefixBuilder::raise() {
+    resume();
+    if (!m_isLow || m_state != State::Booting)
+        return;
+    m_isLow = false;
+    lookAgain(&PrefixBuilder::raiseProcesses);
+}
+
+void PrefixBuilder::lookAgain(void (PrefixBuilder::*act)()) {
+    m_looks.disconnect();
+    m_looksLeft = Looks;
+    connect(&m_looks, &QTimer::timeout, this, [this, act] {
+        (this->*act)();
+        if (--m_looksLeft == 0)
+            m_looks.stop();
+    });
+    (this->*act)();
+    m_looks.start();
+}
+
+void PrefixBuilder::stopProcesses() {
+    Processes::signal(m_processes.ofBottle(m_directory), SIGSTOP);
+}
+
+void PrefixBuilder::continueProcesses() {
+    Processes::signal(m_processes.ofBottle(m_directory), SIGCONT);
+}
+
+void PrefixBuilder::raiseProcesses() {
+    continueProcesses();
+    for (const Processes::Entry& entry : m_processes.ofBottle(m_directory))
+        ProcessPriority::raise(entry.pid);
 }
 
 // The server lives on for a while after the last program; it would write into a directory that is gone.
 void PrefixBuilder::onBooted(const QString& sentence) {
+    resume();
+    m_looks.stop();
+    m_state = State::Stopping;
     m_fault = sentence;
     if (!sentence.isEmpty() && !m_cancelled)
         qWarning() << "wineboot failed:" << sentence << m_boot->output().right(2000);

@@ -7,6 +7,8 @@
 #include <QFileInfo>
 #include <QFutureWatcher>
 #include <QtConcurrent/QtConcurrent>
+#include <algorithm>
+#include <utility>
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/jobs/Reclaimer.h"
@@ -21,6 +23,8 @@ namespace {
 // Changes when what a template holds changes with this program.
 constexpr int Generation = 2;
 constexpr int Threads = 2;
+constexpr int ProgressMs = 300;
+constexpr int SlimmedPercent = 98;
 
 void addFile(QCryptographicHash* hash, const QString& path) {
     const QFileInfo info(path);
@@ -36,6 +40,8 @@ void addFile(QCryptographicHash* hash, const QString& path) {
 Templates::Templates(const QString& dataDir, Reclaimer* reclaimer, QObject* parent)
     : QObject(parent), m_dataDir(dataDir), m_directory(dataDir + "/templates"), m_reclaimer(reclaimer) {
     m_worker.setMaxThreadCount(Threads);
+    m_progressTimer.setInterval(ProgressMs);
+    connect(&m_progressTimer, &QTimer::timeout, this, &Templates::tellProgress);
 }
 
 Templates::~Templates() {
@@ -57,10 +63,18 @@ QString Templates::keyOf(const Runner& runner) {
     return QString::fromLatin1(hash.result().toHex());
 }
 
+bool Templates::isMissing(const Runner& runner) const {
+    return !PrefixBuilder::check(pathOf(keyOf(runner))).isEmpty();
+}
+
+void Templates::prepare(const Runner& runner, QObject* context, Ready ready) {
+    await(keyOf(runner), runner, context, std::move(ready), Urgency::InAdvance);
+}
+
 void Templates::obtain(const Runner& runner, QObject* context, Ready ready) {
     const QString key = keyOf(runner);
     const QString path = pathOf(key);
-    if (!PrefixBuilder::check(path).isEmpty()) {
+    if (isMissing(runner)) {
         await(key, runner, context, std::move(ready));
         return;
     }
@@ -76,12 +90,55 @@ void Templates::recreate(const Runner& runner, QObject* context, Ready ready) {
     await(key, runner, context, std::move(ready));
 }
 
-void Templates::await(const QString& key, const Runner& runner, QObject* context, Ready ready) {
+void Templates::await(const QString& key, const Runner& runner, QObject* context, Ready ready,
+                      Urgency urgency) {
     const bool isBuilding = m_builds.contains(key);
-    m_builds[key].waiters.append({context, std::move(ready)});
-    m_builds[key].runners.append(runner.name);
-    if (!isBuilding)
+    Build& entry = m_builds[key];
+    entry.waiters.append({context, std::move(ready)});
+    entry.runners.append(runner.name);
+    entry.toldPercent = -1;  // the newcomer has heard nothing yet
+    if (urgency == Urgency::Awaited && !std::exchange(entry.isAwaited, true) && entry.builder) {
+        qInfo() << "the template that is being prepared is needed now";
+        entry.builder->raise();
+    }
+    m_progressTimer.start();
+    if (isBuilding)
+        tellProgress();
+    else
         build(key, runner);
+}
+
+bool Templates::isAwaited() const {
+    return std::any_of(m_builds.begin(), m_builds.end(), [](const Build& entry) { return entry.isAwaited; });
+}
+
+void Templates::pausePreparation() {
+    for (const Build& entry : qAsConst(m_builds)) {
+        if (!entry.isAwaited && entry.builder)
+            entry.builder->pause();
+    }
+}
+
+void Templates::resumePreparation() {
+    for (const Build& entry : qAsConst(m_builds)) {
+        if (!entry.isAwaited && entry.builder)
+            entry.builder->resume();
+    }
+}
+
+void Templates::tellProgress() {
+    for (Build& entry : m_builds) {
+        if (!entry.isAwaited)
+            continue;
+        if (entry.builder)
+            entry.percent = qMax(entry.percent, entry.builder->progress());
+        if (std::exchange(entry.toldPercent, entry.percent) == entry.percent)
+            continue;
+        QStringList runners = entry.runners;
+        runners.removeDuplicates();
+        for (const QString& runner : qAsConst(runners))
+            Q_EMIT progress(runner, entry.percent);
+    }
 }
 
 void Templates::build(const QString& key, const Runner& runner) {
@@ -101,11 +158,12 @@ void Templates::build(const QString& key, const Runner& runner) {
     entry.builder = new PrefixBuilder(runner, entry.directory, this);
     connect(entry.builder, &PrefixBuilder::finished, this,
             [this, key, runner](const QString& sentence) { onBuilt(key, sentence, runner); });
-    entry.builder->start();
+    entry.builder->start(entry.isAwaited ? PrefixBuilder::Priority::Ordinary : PrefixBuilder::Priority::Low);
 }
 
 void Templates::onBuilt(const QString& key, const QString& sentence, const Runner& runner) {
     Build& entry = m_builds[key];
+    entry.percent = qMax(entry.percent, entry.builder->progress());
     entry.builder->deleteLater();
     entry.builder = nullptr;
     if (!sentence.isEmpty()) {
@@ -128,6 +186,8 @@ void Templates::onBuilt(const QString& key, const QString& sentence, const Runne
 }
 
 void Templates::place(const QString& key) {
+    m_builds[key].percent = SlimmedPercent;
+    tellProgress();
     run(
         Access::Alone, this,
         [directory = m_builds[key].directory, path = pathOf(key)](const std::atomic_bool&) {
@@ -138,7 +198,13 @@ void Templates::place(const QString& key) {
 }
 
 void Templates::conclude(const QString& key, const QString& sentence) {
+    if (sentence.isEmpty()) {
+        m_builds[key].percent = 100;
+        tellProgress();
+    }
     const Build entry = m_builds.take(key);
+    if (m_builds.isEmpty())
+        m_progressTimer.stop();
     if (sentence.isEmpty()) {
         qInfo() << "made the template" << pathOf(key);
         TemplateRecord::note(m_dataDir, entry.runners, key);

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QReadWriteLock>
 #include <QThreadPool>
+#include <QTimer>
 #include <QVector>
 #include <atomic>
 #include <functional>
@@ -42,6 +43,15 @@ public:
     /// The same, but the template is always made. One that is there serves until the new one takes its place.
     void recreate(const Runner& runner, QObject* context, Ready ready);
 
+    /// Makes the template if it is missing, at low priority and without anybody who needs it. Whoever obtains
+    /// it meanwhile takes the work over as it stands; it then goes on at the ordinary priority.
+    void prepare(const Runner& runner, QObject* context, Ready ready);
+    bool isMissing(const Runner& runner) const;
+
+    /// Stops what prepare() has begun and nobody needs yet, and lets it go on.
+    void pausePreparation();
+    void resumePreparation();
+
     /// Runs work in the worker; done is called in the main thread with its sentence, unless context is gone.
     void run(QObject* context, Work work, std::function<void(const QString&)> done);
 
@@ -51,9 +61,13 @@ public:
     /// Ends what is being made; those who wait get a sentence.
     void cancel();
     bool isIdle() const { return m_builds.isEmpty() && m_running == 0; }
+    /// Somebody waits for a template.
+    bool isAwaited() const;
 
 Q_SIGNALS:
     void idle();
+    /// How much of a template that somebody waits for is done: 0 to 100, never less than before.
+    void progress(const QString& runner, int percent);
 
 private:
     struct Waiter {
@@ -65,11 +79,18 @@ private:
         QStringList runners;
         PrefixBuilder* builder = nullptr;
         QVector<Waiter> waiters;
+        bool isAwaited = false;
+        int percent = 0;
+        int toldPercent = -1;
     };
 
     enum class Access { Shared, Alone };
 
-    void await(const QString& key, const Runner& runner, QObject* context, Ready ready);
+    enum class Urgency { Awaited, InAdvance };
+
+    void await(const QString& key, const Runner& runner, QObject* context, Ready ready,
+               Urgency urgency = Urgency::Awaited);
+    void tellProgress();
     void build(const QString& key, const Runner& runner);
     void onBuilt(const QString& key, const QString& sentence, const Runner& runner);
     void place(const QString& key);
@@ -85,4 +106,5 @@ private:
     QThreadPool m_worker;
     std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
     int m_running = 0;
+    QTimer m_progressTimer;
 };

@@ -5,8 +5,17 @@
 
 #include <QFileInfo>
 
+#include "bottleservice/wine/ProcessPriority.h"
+
+void WineCommand::GroupProcess::setLowPriority() {
+    m_isLow = true;
+    m_withNice = ProcessPriority::canRaise();
+}
+
 void WineCommand::GroupProcess::setupChildProcess() {
     setpgid(0, 0);
+    if (m_isLow)
+        ProcessPriority::lowerSelf(m_withNice);
 }
 
 WineCommand::WineCommand(const QString& program, const QStringList& arguments,
@@ -40,6 +49,19 @@ void WineCommand::setOutputFile(const QString& path) {
 void WineCommand::start(int timeoutMs) {
     m_timeout.start(timeoutMs);
     m_process.start(QIODevice::ReadOnly);
+}
+
+void WineCommand::holdTimeout() {
+    if (!m_timeout.isActive())
+        return;
+    m_heldMs = qMax(1, m_timeout.remainingTime());
+    m_timeout.stop();
+}
+
+void WineCommand::continueTimeout() {
+    if (m_heldMs > 0 && !m_finished)
+        m_timeout.start(m_heldMs);
+    m_heldMs = 0;
 }
 
 void WineCommand::kill() {

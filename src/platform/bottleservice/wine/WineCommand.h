@@ -22,7 +22,14 @@ public:
     /// What the command reads; nothing without it.
     void setInputFile(const QString& path) { m_process.setStandardInputFile(path); }
 
+    /// The command and what it starts get what others leave. Before start().
+    void setLowPriority() { m_process.setLowPriority(); }
+
     void start(int timeoutMs);
+
+    /// While a command is kept from running its limit of time stands still.
+    void holdTimeout();
+    void continueTimeout();
 
     /// Kills the whole group; finished() follows.
     void kill();
@@ -38,8 +45,15 @@ Q_SIGNALS:
 
 private:
     class GroupProcess : public QProcess {
+    public:
+        void setLowPriority();
+
     protected:
         void setupChildProcess() override;
+
+    private:
+        bool m_isLow = false;
+        bool m_withNice = false;
     };
 
     void onFinished(int exitCode, QProcess::ExitStatus status);
@@ -48,6 +62,7 @@ private:
 
     GroupProcess m_process;
     QTimer m_timeout;
+    int m_heldMs = 0;  ///< what is left of the limit while it stands still
     bool m_timedOut = false;
     bool m_finished = false;
     std::optional<int> m_exitCode;
