@@ -60,37 +60,30 @@ private Q_SLOTS:
     void severalArchitectures() {
         if (QStandardPaths::findExecutable("dpkg-query").isEmpty())
             QSKIP("needs dpkg-query");
-        QByteArray status;
-        const auto add = [&](const char* package, const char* architecture, const char* state,
-                             const char* version) {
-            status += QString(
-                          "Package: %1\nArchitecture: %2\nMulti-Arch: same\nStatus: %3\nVersion: %4\n"
-                          "Maintainer: x\nDescription: x\n\n")
-                          .arg(package, architecture, state, version)
-                          .toUtf8();
-        };
         const char installed[] = "install ok installed", removed[] = "deinstall ok config-files";
-        add("both", "amd64", installed, "1:2.0-3deb12");
-        add("both", "i386", installed, "1:2.0-3deb12");
-        add("first", "amd64", installed, "2.0");
-        add("first", "i386", removed, "1.0");
-        add("second", "amd64", removed, "1.0");
-        add("second", "i386", installed, "2.0");
+        QByteArray status;
+        for (const auto& [name, amd64, i386] : {std::tuple{"both", installed, installed},
+                                                {"first", installed, removed},
+                                                {"second", removed, installed}}) {
+            for (const auto& [architecture, state] : {std::pair{"amd64", amd64}, {"i386", i386}})
+                status += QString(
+                              "Package: %1\nArchitecture: %2\nMulti-Arch: same\nStatus: %3\n"
+                              "Version: %4\nMaintainer: x\nDescription: x\n\n")
+                              .arg(name, architecture, state, state == removed ? "1.0" : "1:2.0-3deb12")
+                              .toUtf8();
+        }
         const TestSupport::TestHome home;
         home.write("dpkg/updates/.keep", {});
         home.write("dpkg/info/format", "1\n");
         TestSupport::EnvironmentGuard database;
         database.set("DPKG_ADMINDIR", QFileInfo(home.write("dpkg/status", status)).path().toUtf8());
-        const QMap<QString, QString> versions = {
-            {"both", "1:2.0-3deb12"}, {"both:i386", "1:2.0-3deb12"}, {"first", "2.0"}, {"second", "2.0"}};
-        for (auto expected = versions.begin(); expected != versions.end(); ++expected) {
+        for (const char* name : {"both", "both:i386", "first", "second"}) {
             QString version;
-            QVERIFY2(packageInstalled(expected.key(), &version), qPrintable(expected.key()));
-            QCOMPARE(version, expected.value());
-            QCOMPARE(packageVersion(expected.key()), expected.value());
+            QVERIFY2(packageInstalled(name, &version), name);
+            QCOMPARE(version, QString("1:2.0-3deb12"));
+            QCOMPARE(packageVersion(name), version);
         }
         QVERIFY(!packageInstalled("second:amd64"));
-        QVERIFY(dependenciesMet("first (>= 2.0)"));
         QCOMPARE(installedPackages({"both", "first", "second"}), QStringList({"both", "first", "second"}));
     }
 
