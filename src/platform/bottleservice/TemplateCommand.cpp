@@ -64,7 +64,10 @@ int TemplateCommand::prepare(const QString& dataDir) {
         return 0;
     ServiceLog::start(dataDir);
     ShutdownSignals shutdown;
-    QObject::connect(&shutdown, &ShutdownSignals::received, &templates, &Templates::cancel);
+    QObject::connect(&shutdown, &ShutdownSignals::received, &templates, [&templates] {
+        if (!templates.isAlmostDone())
+            templates.cancel();
+    });
     templates.obtain(*runner, &templates, [](const QString&, const QString&) {});
     QObject::connect(&templates, &Templates::idle, QCoreApplication::instance(), &QCoreApplication::quit,
                      Qt::QueuedConnection);

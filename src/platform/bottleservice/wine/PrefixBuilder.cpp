@@ -17,7 +17,6 @@ constexpr int BootTimeoutMs = 300000;
 constexpr int LookMs = 50;
 constexpr int Looks = 5;          // in the midst of an exec a process shows no mark
 constexpr int FilesPercent = 90;  // copying Wine's files takes nearly all of the time
-constexpr int BootedPercent = 95;
 
 int filesIn(const QString& directory) {
     return int(QDir(directory).count());

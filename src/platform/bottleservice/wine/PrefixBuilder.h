@@ -32,6 +32,7 @@ public:
 
     /// How much of the work is done, in percent. Counts the files that Wine has put into the prefix.
     int progress() const;
+    static constexpr int BootedPercent = 95;
 
     /// Ends the work; finished() follows with a sentence.
     void cancel();

@@ -108,6 +108,12 @@ void Templates::await(const QString& key, const Runner& runner, QObject* context
         build(key, runner);
 }
 
+bool Templates::isAlmostDone() const {
+    return std::all_of(m_builds.begin(), m_builds.end(), [](const Build& entry) {
+        return !entry.builder || entry.builder->progress() >= PrefixBuilder::BootedPercent;
+    });
+}
+
 bool Templates::isAwaited() const {
     return std::any_of(m_builds.begin(), m_builds.end(), [](const Build& entry) { return entry.isAwaited; });
 }

@@ -61,6 +61,8 @@ public:
     /// Ends what is being made; those who wait get a sentence.
     void cancel();
     bool isIdle() const { return m_builds.isEmpty() && m_running == 0; }
+    /// Wine's part of all that is being made is over; the rest takes a second.
+    bool isAlmostDone() const;
     /// Somebody waits for a template.
     bool isAwaited() const;
 
