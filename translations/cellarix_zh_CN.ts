@@ -461,7 +461,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Launching %1 in %2 seconds</source>
-        <translation>%2 秒后启动 %1</translation>
+        <translation>正在启动 %1，已用 %2 秒</translation>
     </message>
     <message>
         <source>Launching %1</source>
