@@ -567,6 +567,10 @@ please wait for the component download to complete!</source>
         <source>Something is being installed into the bottle. Try again when that is done.</source>
         <translation>正在向容器中安装组件，请在安装完成后重试。</translation>
     </message>
+    <message>
+        <source>The first run needs an environment, which takes about half a minute: %1%</source>
+        <translation>首次运行需要准备环境，约需半分钟：%1%</translation>
+    </message>
 </context>
 <context>
     <name>ExeFileRunner</name>

@@ -38,8 +38,10 @@ QImage failed(bool canRepair, bool canFix) {
     return picture({&banner});
 }
 
-QImage running() {
+QImage running(const QString& description) {
     Banner banner;
+    if (!description.isEmpty())
+        banner.setDescription(description);
     return picture({&banner});
 }
 
@@ -93,7 +95,14 @@ QImage environment(const QString& state) {
 }
 
 const QVector<PictureState> States = {
-    {"running", running},
+    {"running", [] { return running({}); }},
+    {"first-run",
+     [] {
+         return running(QCoreApplication::translate(
+                            "ExeFileExecutor",
+                            "The first run needs an environment, which takes about half a minute: %1%")
+                            .arg(41));
+     }},
     {"failed-repair", [] { return failed(true, true); }},
     {"failed", [] { return failed(true, false); }},
     {"failed-public", [] { return failed(false, false); }},

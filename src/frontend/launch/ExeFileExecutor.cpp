@@ -8,6 +8,7 @@
 #include "backend/ComponentManager.h"
 #include "backend/ServiceLoss.h"
 #include "backend/ServiceThreads.h"
+#include "backend/TemplateProgress.h"
 #include "core/base/Paths.h"
 #include "core/base/WineNames.h"
 #include "fenk/Theme.h"
@@ -229,12 +230,20 @@ void ExeFileExecutor::createBottle() {
     Q_EMIT emitMsg(tr("Start initializing envrionment, please wait..."), MsgStatus);
     m_awaited = Awaited::Bottle;
     m_isBottleNew = true;
+    auto* progress = new TemplateProgress(this);
+    connect(progress, &TemplateProgress::preparing, this, [this](const QString& runner, int percent) {
+        if (m_awaited == Awaited::Bottle && runner == m_runner)
+            Q_EMIT emitMsg(
+                tr("The first run needs an environment, which takes about half a minute: %1%").arg(percent),
+                MsgStatus);
+    });
     config->createBottles(m_bottlesName, m_runner);
     // A failed creation goes on to a launch that fails by itself and says why.
-    connect(config, &BottlesConfig::bottlesCreated, this, [this, config](const QString& bottle) {
+    connect(config, &BottlesConfig::bottlesCreated, this, [this, config, progress](const QString& bottle) {
         if (bottle != m_bottlesName)
             return;
         config->disconnect(this);
+        delete progress;
         launch();
     });
 }

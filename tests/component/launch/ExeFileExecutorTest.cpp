@@ -297,6 +297,28 @@ private Q_SLOTS:
         QCOMPARE(m_results, 1);
     }
 
+    void firstTemplate() {
+        ComponentManager::instance()->runnerInstalled = QStringList{Stable};
+        m_service->setHeld("createBottles", "{\"ok\":true}");
+        m_bottle = privateBottleNameOf(m_file);
+        m_standIn = StandInBottle();
+        create();
+        m_executor->start();
+        m_service->waitForCall("createBottles");
+        const auto tell = [this](const char* runner, int percent) {
+            QVERIFY(m_service->emitSignal("/com/lumora/Manager/Templates", "com.lumora.Manager.Templates",
+                                          "preparing", "si", {runner, percent}));
+        };
+        tell("ge-proton10", 7);
+        tell(Stable, 41);
+        QTRY_VERIFY(told().endsWith(": 41%"));
+        tell(Stable, 100);
+        m_service->release();
+        tell(Stable, 1);  // of somebody else's wait
+        QTRY_VERIFY_WITH_TIMEOUT(m_results > 0, LaunchMs);
+        QCOMPARE(m_told.filter("half a minute").size(), 2);
+    }
+
     /// The service dies, or the executor, while something is awaited.
     void interrupted_data() {
         QTest::addColumn<QString>("call");  // that is under way
