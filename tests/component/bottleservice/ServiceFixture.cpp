@@ -72,8 +72,9 @@ QDBusMessage ServiceFixture::call(const QString& method, const QVariantList& arg
     return m_connection.call(callOf(object, method, arguments), QDBus::Block, CallTimeoutMs);
 }
 
-QDBusPendingCall ServiceFixture::callLater(const QString& method, const QVariantList& arguments) const {
-    return m_connection.asyncCall(callOf("Bottles", method, arguments), CallTimeoutMs);
+QDBusPendingCall ServiceFixture::callLater(const QString& method, const QVariantList& arguments,
+                                           const QString& object) const {
+    return m_connection.asyncCall(callOf(object, method, arguments), CallTimeoutMs);
 }
 
 QString ServiceFixture::text(const QString& method, const QVariantList& arguments) const {

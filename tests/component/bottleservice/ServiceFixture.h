@@ -30,7 +30,8 @@ public:
 
     QDBusMessage call(const QString& method, const QVariantList& arguments = {},
                       const QString& object = "Bottles") const;
-    QDBusPendingCall callLater(const QString& method, const QVariantList& arguments) const;
+    QDBusPendingCall callLater(const QString& method, const QVariantList& arguments,
+                               const QString& object = "Bottles") const;
     QDBusMessage callManager(const QString& method) const { return call(method, {}, {}); }
     QString text(const QString& method, const QVariantList& arguments = {}) const;
     QJsonDocument json(const QString& method, const QVariantList& arguments = {}) const;

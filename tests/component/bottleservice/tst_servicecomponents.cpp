@@ -3,8 +3,10 @@
 
 #include "ServiceFixture.h"
 #include "support/HttpServer.h"
+#include "support/Table.h"
 
 using TestSupport::readFile;
+using TestSupport::Table;
 
 namespace {
 
@@ -47,6 +49,13 @@ class tst_ServiceComponents : public QObject {
                readFile(path("system.reg")).trimmed();
     }
     QStringList told(const QString& signal) const { return m_service->signalLog.filter(signal); }
+    QJsonObject source(const QString& path, const QByteArray& content) const {
+        const QByteArray sum = QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex();
+        return {{"addresses", QJsonArray{m_server.address(path)}}, {"sha256", QString(sum)}};
+    }
+    void writeSources(const QJsonObject& sources) const {
+        m_service->write("sources.json", QJsonDocument(sources).toJson());
+    }
 
     /// Something that is called as Wine's processes are, and runs for a minute.
     void startProgram(TestSupport::ChildProcess* process, const QString& windowsPath) const {
@@ -67,19 +76,29 @@ private Q_SLOTS:
                          "#!/bin/sh\n[ \"$1\" != -k ] || [ -e \"$WINEPREFIX/.before-install/journal.json\" ] || "
                          "echo stop >> \"$WINEPREFIX/unannounced\"\n",
                          true);
+        // It asks for one Gecko, and has nothing for programs of 32 bits.
+        const QString windows = "runners/stand-in/lib/wine/x86_64-windows/";
+        const QString gecko = "..wine-gecko-9.9-x86_64.msi";
+        m_service->write(windows + "kernel32.dll", "k");
+        m_service->write(windows + "appwiz.cpl",
+                         QByteArray(reinterpret_cast<const char*>(gecko.utf16()), gecko.size() * 2));
         m_service->write("bottles/real/bottle.yml", "Runner: stand-in\nOwn: 1\n");
         m_service->write("bottles/real/drive_c/windows/system32/old.dll", "old");
         m_service->write("bottles/real/system.reg", "old");
-        m_server.files = {{"setup.exe", "a program"}};
+        QByteArray pe(0x100, 0);
+        pe.replace(0x3c, 1, "\x80").replace(0x80, 6, QByteArray("PE\0\0\x4c\x01", 6));
+        m_service->home().write("pack/setup.exe", "a program");
+        const QString pack = m_service->home().path() + "/pack";
+        QVERIFY(TestSupport::runProcess("tar", {"-C", pack, "-cf", pack + ".tar", "setup.exe"}).ok());
+        m_server.files = {{"setup.exe", "a program"}, {"32.exe", pe}, {"pack.tar", readFile(pack + ".tar")}};
         m_server.requests.clear();
-        const QByteArray sum = QCryptographicHash::hash("a program", QCryptographicHash::Sha256).toHex();
-        m_service->write("sources.json", QString(R"({"files":{
-            "setup.exe":{"addresses":["%1setup.exe"],"sha256":"%2"},
-            "silent.exe":{"addresses":["%1silent/setup.exe"],"sha256":"%2"},
-            "gone.exe":{"addresses":["%1gone"],"sha256":"%2"},
-            "unknown.exe":{"addresses":["/x"]}}})")
-                                             .arg(m_server.address(""), sum)
-                                             .toUtf8());
+        QJsonObject files;
+        for (auto it = m_server.files.begin(); it != m_server.files.end(); ++it)
+            files.insert(it.key(), source(it.key(), it.value()));
+        files.insert("silent.exe", source("silent/setup.exe", "a program"));
+        files.insert("gone.exe", source("gone", "a program"));
+        files.insert("unknown.exe", QJsonObject{{"addresses", QJsonArray{"/x"}}});
+        writeSources({{"files", files}});
         m_service->write("dependency.json", R"({
             "good":{"recipe":{"steps":[{"run":"setup.exe","arguments":["write"]},
                 {"run":"setup.exe","arguments":["restart"]},{"override":["made"],"mode":"native"}]}},
@@ -88,6 +107,13 @@ private Q_SLOTS:
                 {"run":"setup.exe","arguments":["fail"]}]}},
             "slow":{"recipe":{"steps":[{"run":"setup.exe","arguments":["write"]},
                 {"run":"setup.exe","arguments":["wait"]}]}},
+            "packed":{"recipe":{"steps":[{"run":"setup.exe","from":"pack.tar","arguments":["write"]}]}},
+            "hollow":{"recipe":{"steps":[{"run":"none.exe","from":"pack.tar","arguments":[]}]}},
+            "addon":{"recipe":{"steps":[{"run":"gone.exe","arguments":[],"addon":"wine-gecko-8.8"},
+                {"run":"gone.exe","arguments":[],"only":"win64"},
+                {"run":"setup.exe","arguments":["write"],"addon":"wine-gecko-9.9","only":"win32"}]}},
+            "other":{"recipe":{"steps":[{"run":"setup.exe","arguments":[],"addon":"wine-gecko-8.8"}]}},
+            "narrow":{"recipe":{"steps":[{"run":"32.exe","arguments":[]}]}},
             "silent":{"recipe":{"steps":[{"run":"silent.exe","arguments":[]}]}},
             "gone":{"recipe":{"steps":[{"run":"gone.exe","arguments":[]}]}},
             "unknown":{"recipe":{"steps":[{"run":"unknown.exe","arguments":[]}]}}})");
@@ -124,6 +150,9 @@ private Q_SLOTS:
         QTest::newRow("gone") << "could not be fetched";
         QTest::newRow("unknown") << "No checksum";
         QTest::newRow("never-heard-of") << "no component";
+        QTest::newRow("hollow") << "does not hold none.exe";
+        QTest::newRow("other") << "made for the Wine of this bottle";
+        QTest::newRow("narrow") << "32 bits";
     }
     void failure() {
         QFETCH(QString, sentence);
@@ -134,6 +163,18 @@ private Q_SLOTS:
         QCOMPARE(record()["Installed_Dependencies"].toArray(), QJsonArray());
         install("good");
         QTRY_VERIFY(!told("Done(real, good, {\"ok\":true})").isEmpty());
+    }
+
+    /// Out of an archive, and only the steps that are for this bottle and its Wine.
+    void steps() {
+        for (const QString name : {"packed", "addon"}) {
+            m_service->write("bottles/real/system.reg", "old");
+            install(name);
+            QTRY_COMPARE(told("dependencySetupDone(real, " + name),
+                         QStringList("dependencySetupDone(real, " + name + ", {\"ok\":true})"));
+            QCOMPARE(state(), QByteArray("newnewnew"));
+        }
+        QVERIFY(!m_server.requests.contains("gone@0"));
     }
 
     void cancelling_data() {
@@ -224,6 +265,52 @@ private Q_SLOTS:
         QTRY_COMPARE(told("component_setup_done(real, dxvk, a").size(), 1);
         QCOMPARE(record()["DXVK"].toString(), expected);
         QCOMPARE(readFile(path("drive_c/windows/system32/d3d9.dll")), expected.toUtf8());
+    }
+
+    /// Archives come in many layouts; what is installed answers with its own version.
+    void layouts_data() {
+        const Table<QString, QString> row("entries", "wine");
+        row("lumora-wine-staging", "w-11-wow64/bin/wine w-11-wow64/lib/x", "/bin/wine");
+        row("wine-64-only", "w/bin/wine64 w/README", "/bin/wine64");
+        row("flat", "bin/wine share/x", "/bin/wine");
+        row("ge-proton9", "GE-9/files/bin/wine64 GE-9/files/bin/wine GE-9/files/share/default_pfx/x",
+            "/files/bin/wine");
+        row("beside-other-files", "LICENSE a/x w/bin/wine", "/bin/wine");
+        row("one-deeper", "a/w/bin/wine", "/bin/wine");
+        row("no-wine", "w/bin/cider", "");
+    }
+    void layouts() {
+        QFETCH(QString, entries);
+        QFETCH(QString, wine);
+        const QString name = QTest::currentDataTag();
+        const auto& home = m_service->home();
+        for (const QString& entry : entries.split(' ')) {
+            const QString file = home.write("layout/" + entry, "#!/bin/sh\necho 'wine-11.22 (Staging)'\n");
+            QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner));
+        }
+        // Proton's ready prefix leads to the whole disk.
+        if (entries.contains("default_pfx"))
+            QVERIFY(QFile::link("/", home.path() + "/layout/GE-9/files/share/default_pfx/z:"));
+        const QString archive = home.path() + "/" + name + ".tar.xz";
+        QVERIFY(TestSupport::runProcess("tar", {"-C", home.path() + "/layout", "-cJf", archive, "."}).ok());
+        m_server.files["w.tar.xz"] = readFile(archive);
+        writeSources({{"files", QJsonObject{{"w.tar.xz", source("w.tar.xz", readFile(archive))},
+                                            {"unknown.tar", QJsonObject{{"addresses", QJsonArray{"/x"}}}}}},
+                      {"archives", QJsonObject{{"runner", QJsonObject{{name, "w.tar.xz"},
+                                                                      {"unknown", "unknown.tar"}}}}}});
+        const auto runners = [this](const QString& list) {
+            const QString text = m_service->call("list", {}, "Components").arguments().value(0).toString();
+            return QJsonDocument::fromJson(text.toUtf8())["runner"][list].toArray();
+        };
+        QVERIFY(runners("supported").contains(name) && !runners("supported").contains("unknown"));
+        m_service->callLater("install", {"runner", name}, "Components");
+        QTRY_COMPARE(told("installed(").size(), 1);
+        QCOMPARE(runners("installed").contains(name), !wine.isEmpty());
+        const QString directory = m_service->dataDir() + "/runners/" + name;
+        QCOMPARE(QFile::exists(directory + wine), !wine.isEmpty());
+        if (!wine.isEmpty())
+            QCOMPARE(m_service->text("getRunnerVersion", {name}), "11.22");
+        QVERIFY(!QFile::exists(directory + "/files/share/default_pfx/x"));
     }
 
     void machineAndBottle() {
