@@ -140,13 +140,16 @@ private Q_SLOTS:
                             const QStringList& lines) {
             QTest::newRow(file) << name << file << option << status << lines;
         };
-        row("quit", "quit", "", 1, {QString(NoWindow).arg(0), NothingFixed, "runFailed 0 0"});
+        // The catalogue can bring it, so it is offered before it is there.
+        const QString staging = "msg 1 Application is not running as expected, try to using "
+                                "lumora-wine-staging and relaunch";
+        row("quit", "quit", "", 2, {QString(NoWindow).arg(0), staging, "runFailed 1 0"});
         row("fault", "fault-window-font", "", 2,
             {"windowPopuped", "msg 1 This application missing fonts: simsun.ttc",
              "msg 1 Seems application has finished, exit code: 0", "runFailed 1 1"});
         row("fault", "fault-font", "--auto-fix", 1,
             {"runFailed 1 0", "Fixing", "step 1 Launching", NothingFixed, "runFailed 0 0"});
-        row("fault", "fault-wait", "", 1, {NothingFixed, "runFailed 0 0"});
+        row("fault", "fault-wait", "", 2, {staging, "runFailed 1 0"});
         row("console", "console", "", 0,
             {"msg 1 This application is a console application, launch in terminal",
              "msg 1 Seems application has finished, exit code: 0", "runSuccessed"});
