@@ -5,6 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDebug>
+#include <QNetworkProxyFactory>
 #include <QStandardPaths>
 #include <QTextCodec>
 #include <QThreadPool>
@@ -99,6 +100,7 @@ int main(int argc, char** argv) {
         return 1;
     }
 
+    QNetworkProxyFactory::setUseSystemConfiguration(true);  // the default differs with how Qt was built
     BottleEngine engine(dataDir);
     engine.recover();
     ProgramRequests programs(&engine, CELLARIX_ICON_EXTRACTOR);
