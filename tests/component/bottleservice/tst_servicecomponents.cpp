@@ -20,6 +20,7 @@ for word in "$@"; do
         write) echo new > drive_c/windows/system32/made.dll
                echo new > drive_c/windows/system32/old.dll
                echo new > system.reg;;
+        -u) echo updated > system.reg;;
         wait) sleep 60;;
         restart) exit 194;;
         fail) exit 3;;
@@ -98,6 +99,9 @@ private Q_SLOTS:
         files.insert("silent.exe", source("silent/setup.exe", "a program"));
         files.insert("gone.exe", source("gone", "a program"));
         files.insert("unknown.exe", QJsonObject{{"addresses", QJsonArray{"/x"}}});
+        QJsonObject proxied = source("setup.exe", "a program");
+        proxied["addresses"] = QJsonArray{"http://files.invalid/setup.exe"};
+        files.insert("proxied.exe", proxied);
         writeSources({{"files", files}});
         m_service->write("dependency.json", R"({
             "good":{"recipe":{"steps":[{"run":"setup.exe","arguments":["write"]},
@@ -114,6 +118,7 @@ private Q_SLOTS:
                 {"run":"setup.exe","arguments":["write"],"addon":"wine-gecko-9.9","only":"win32"}]}},
             "other":{"recipe":{"steps":[{"run":"setup.exe","arguments":[],"addon":"wine-gecko-8.8"}]}},
             "narrow":{"recipe":{"steps":[{"run":"32.exe","arguments":[]}]}},
+            "proxied":{"recipe":{"steps":[{"run":"proxied.exe","arguments":[]}]}},
             "silent":{"recipe":{"steps":[{"run":"silent.exe","arguments":[]}]}},
             "gone":{"recipe":{"steps":[{"run":"gone.exe","arguments":[]}]}},
             "unknown":{"recipe":{"steps":[{"run":"unknown.exe","arguments":[]}]}}})");
@@ -191,6 +196,16 @@ private Q_SLOTS:
         QCOMPARE(m_service->error("cancelInstallingDependency", {Bottle}), QString());
         QTRY_COMPARE(told("dependencySetupDone").filter("\"ok\":false").size(), 2);
         QCOMPARE(state(), QByteArray("oldold"));
+    }
+
+    void downloadThroughTheProxy() {
+        m_service->kill();
+        m_service->variables["http_proxy"] = m_server.address("");
+        QVERIFY(m_service->start());
+        install("proxied");
+        QTRY_COMPARE(told("dependencySetupDone").filter("\"ok\":true").size(), 1);
+        QCOMPARE(m_server.requests,
+                 QStringList{"ttp://files.invalid/setup.exe@0"});  // without the first letter
     }
 
     void killedAndDeleted() {
@@ -349,6 +364,7 @@ private Q_SLOTS:
         QCOMPARE(order, QStringList({"component_waiting_downloaded", "refresh", "installed",
                                      "component_setup_start", "component_setup_done"}));
         QCOMPARE(record()["Runner"].toString(), "second");
+        QCOMPARE(readFile(path("system.reg")), QByteArray("updated\n"));
         QVERIFY(!(QFile::permissions(m_service->dataDir() + "/runners/second/bin/wine") & QFile::WriteOwner));
         QVERIFY(install("runner", "second"));
         m_service->call("setRunner", {Bottle, "missing", true});

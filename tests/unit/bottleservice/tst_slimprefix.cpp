@@ -1,11 +1,14 @@
 #include <QtTest>
 
+#include "bottleservice/bottles/RegistryMerge.h"
 #include "bottleservice/wine/FileTree.h"
 #include "bottleservice/wine/ReplaceableFiles.h"
 #include "bottleservice/wine/SlimPrefix.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 
 using TestSupport::readFile;
+using TestSupport::Table;
 
 /// Templates and their copies, with plain files for a Wine.
 class tst_SlimPrefix : public QObject {
@@ -18,6 +21,45 @@ private Q_SLOTS:
             QVERIFY2(ReplaceableFiles::contains(QString("drive_c/windows/system32/") + name), name);
         QVERIFY(!ReplaceableFiles::contains("drive_c/windows/SysWOW64/kernel32.dll"));
         QVERIFY(ReplaceableFiles::contains("drive_c/windows/winsxs/x/kernel32.dll"));
+    }
+
+    void registry_data() {
+        const Table<QByteArray, QByteArray, QByteArray, QByteArray> row("own", "old", "now", "expected");
+        row("new value", "\"a\"=\"1\"\n", "\"a\"=\"1\"\n", "\"a\"=\"1\"\n\"b\"=\"2\"\n",
+            "\"a\"=\"1\"\n\"b\"=\"2\"\n");
+        row("changed by Wine", "\"A\"=\"1\"\n@=\"x\"\n", "\"A\"=\"1\"\n", "\"a\"=\"2\"\n",
+            "\"a\"=\"2\"\n@=\"x\"\n");
+        row("changed in the bottle", "\"a\"=\"own\"\n", "\"a\"=\"1\"\n", "\"a\"=\"2\"\n", "\"a\"=\"own\"\n");
+        row("removed in the bottle", "", "\"a\"=\"1\"\n", "\"a\"=\"2\"\n", "");
+        row("old template is gone", "\"a\"=\"1\"\n", "-", "\"a\"=\"2\"\n\"b\"=\"3\"\n",
+            "\"a\"=\"1\"\n\"b\"=\"3\"\n");
+        row("several lines", "\"a\"=hex:01,\\\n  02\n\"z\"=\"1\"\n", "\"a\"=hex:01,\\\n  02\n",
+            "\"a\"=hex:03,\\\n  04\n", "\"a\"=hex:03,\\\n  04\n\"z\"=\"1\"\n");
+        row("quote in a name", "\"a\\\"=\"=\"1\"\n", "\"a\\\"=\"=\"1\"\n", "\"a\\\"=\"=\"2\"\n",
+            "\"a\\\"=\"=\"2\"\n");
+        row("machine", "\"MachineGuid\"=\"1\"\n", "\"MachineGuid\"=\"1\"\n", "\"MachineGuid\"=\"2\"\n",
+            "\"MachineGuid\"=\"1\"\n");
+        const QByteArray added("\n[Added\\\\K\\]] 7\n#time=9\n\"b\"=dword:00000001\n");
+        row("new key", "\"a\"=\"1\"\n", "", added, "\"a\"=\"1\"\n" + added);
+        row("removed key", "\"a\"=\"1\"\n", added, added, "\"a\"=\"1\"\n");
+        row("hardware", "", "", "\n[System\\\\CurrentControlSet\\\\Enum\\\\PCI] 7\n@=\"x\"\n", "");
+        row("other architecture", "\"a\"=\"1\"\n", "\"a\"=\"1\"\n", "#arch=win32", "\"a\"=\"1\"\n");
+    }
+    void registry() {
+        const auto file = [](const QByteArray& values) {
+            const QByteArray head("WINE REGISTRY Version 2\n;; All keys\n\n");
+            if (values.startsWith('#'))
+                return head + values + "\n\n[Software\\\\K] 1\n\"a\"=\"2\"\n\n";
+            return head + "#arch=win64\n\n[Software\\\\K] 1\n#time=5\n" + values + '\n';
+        };
+        QFETCH(QByteArray, own);
+        QFETCH(QByteArray, old);
+        QFETCH(QByteArray, now);
+        QFETCH(QByteArray, expected);
+        const QByteArray result =
+            RegistryMerge::merged(file(own), old == "-" ? QByteArray() : file(old), file(now));
+        QCOMPARE(result, file(expected));
+        QCOMPARE(RegistryMerge::merged("no registry", file(old), file(now)), QByteArray("no registry"));
     }
 
     void slimCopyRenew() {

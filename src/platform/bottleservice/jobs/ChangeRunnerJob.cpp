@@ -1,8 +1,17 @@
 #include "bottleservice/jobs/ChangeRunnerJob.h"
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/RegistryMerge.h"
 #include "bottleservice/components/Background.h"
 #include "bottleservice/wine/SlimPrefix.h"
+#include "bottleservice/wine/WineCommand.h"
+#include "bottleservice/wine/WineEnvironment.h"
+
+namespace {
+
+constexpr int BootTimeoutMs = 300000;
+
+}  // namespace
 
 ChangeRunnerJob::ChangeRunnerJob(BottleEngine* engine, const QString& bottle, const Runner& runner,
                                  Reply reply)
@@ -15,8 +24,11 @@ InstallJob::Need ChangeRunnerJob::prepare(const BottleYaml& settings, const Runn
 }
 
 void ChangeRunnerJob::work() {
-    // A prefix that was made in another way has no links to exchange; its new Wine updates it by itself.
-    if (m_oldKey.isEmpty() || m_oldKey == m_newKey) {
+    if (m_oldKey.isEmpty()) {
+        boot();
+        return;
+    }
+    if (m_oldKey == m_newKey) {
         worked({});
         return;
     }
@@ -32,13 +44,30 @@ void ChangeRunnerJob::work() {
         Background::run(
             this,
             [prefix = bottlePath(), old = templates->pathOf(m_oldKey), path, stop = cancelled()] {
-                return SlimPrefix::renew(prefix, old, path, *stop);
+                const QString fault = SlimPrefix::renew(prefix, old, path, *stop);
+                return fault.isEmpty() ? RegistryMerge::update(prefix, old, path) : fault;
             },
             [this](const QString& fault) { worked(fault); });
     });
 }
 
+/// A prefix that was made in another way has its own copies of Wine's files, which the new Wine updates
+/// together with the registry.
+void ChangeRunnerJob::boot() {
+    QProcessEnvironment environment = WineEnvironment::forProcess(WineEnvironment::forCreation(bottlePath()));
+    environment.remove("DISPLAY");
+    environment.remove("WAYLAND_DISPLAY");
+    m_boot = new WineCommand(m_runner.wine, {"wineboot.exe", "-u"}, environment, this);
+    connect(m_boot, &WineCommand::finished, this, [this](const QString& fault) {
+        m_boot->deleteLater();
+        worked(fault);
+    });
+    m_boot->start(BootTimeoutMs);
+}
+
 void ChangeRunnerJob::abort() {
+    if (m_boot)
+        m_boot->kill();
     if (std::exchange(m_isWaiting, false))
         worked("The change was cancelled.");
 }

@@ -2,7 +2,8 @@
 
 #include "bottleservice/jobs/InstallJob.h"
 
-/// Lets a bottle run on another Wine: the copies and links of the old one's files become the new one's.
+/// Lets a bottle run on another Wine: the copies and links of the old one's files become the new one's, and
+/// the registry gets what the new one brings.
 class ChangeRunnerJob : public InstallJob {
     Q_OBJECT
 
@@ -17,8 +18,11 @@ protected:
     void enter(BottleYaml* settings) override;
 
 private:
+    void boot();
+
     Runner m_runner;
     QString m_oldKey;
     QString m_newKey;
     bool m_isWaiting = false;  ///< for the template
+    QPointer<WineCommand> m_boot;
 };
