@@ -442,6 +442,7 @@ private Q_SLOTS:
         row("links", "scanApplicationLinks", true, "", "");
         row("components, not answered", "installDependency", true, Gecko, "cancelInstallingDependency");
         row("components, downloading", "installDependency", false, Gecko, "cancelInstallingDependency");
+        row("asked", "installDependency", false, Gecko, "cancelInstallingDependency");
         row("switch, not answered", "setRunner", true, "", "cancelInstallingComponent");
         row("switch, downloading", "setRunner", false, "", "cancelInstallingComponent");
     }
@@ -468,12 +469,18 @@ private Q_SLOTS:
         m_executor->start();
         QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
         const QByteArray runs = readFile(m_standIn.directory() + "/runs");
+        if (QTest::currentDataTag() == QString("asked")) {
+            QSignalSpy asked(m_executor.get(), &ExeFileExecutor::programsRunning);
+            m_service->emitSignal("dependencySetupDone", "sss", {bottle, "gecko", "{\"busy\":[\"x\"]}"});
+            QTRY_COMPARE(asked.size(), 1);
+        }
 
         LogCapture errors;
         m_service->clearCalls();
         m_executor->cancelRepair();
         m_service->release();
         m_executor->applyFix();
+        m_executor->answerProgramsRunning(true);
         m_executor->onExeFinished(1);
         const QString ok = "{\"ok\":true}";
         m_service->emitSignal("dependencySetupDone", "sss", {bottle, "gecko", ok});

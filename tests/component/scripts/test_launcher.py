@@ -207,6 +207,19 @@ class Life(HomeCase):
         self.assertEqual(self.launch("t", "x.exe", do="print('out'); sys.exit(42)")[:2], (42, "out\n"))
         self.assertEqual(self.launch("t", "x.exe", do="os.kill(os.getpid(), 9)")[0], 137)
 
+    def test_a_start_claims_its_bottle_as_long_as_the_script_lives(self):
+        running = self.path("home 家/.local/share/lumora-wine-bottles/running")
+        journal = self.write(os.path.join(self.directory, ".before-install/journal.json"), "{}")
+        do = f"print(os.path.exists({journal!r})); print(open({running!r} + '/' + os.listdir({running!r})[0]).read())"
+        process = self.start("t", r"C:\App Dir\程序.exe", do=do)
+        self.assertFalse(os.path.exists(running) and os.listdir(running), "claimed while something is installed")
+        os.unlink(journal)
+        out, _ = process.communicate(timeout=60)
+        installing, claim = out.decode().splitlines()
+        self.assertEqual(installing, "False")
+        self.assertEqual({"bottle": "t", "name": "程序.exe", "pid": process.pid} | json.loads(claim), json.loads(claim))
+        self.assertEqual(os.listdir(running), [])
+
     def test_signals_reach_the_whole_group(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT):
             with self.subTest(number):
