@@ -35,8 +35,8 @@ class LifeTest : public QObject {
     FakeBottleService m_service;
     PendingWork::Hold m_hold;
 
-    /// Carries out the steps in the running loop, each when its condition holds. True when all of them came to
-    /// their turn before the loop ended.
+    /// Carries out the steps in the running loop, each when its condition holds. True when all of them came
+    /// to their turn before the loop ended.
     bool run(const QList<QPair<std::function<bool()>, std::function<void()>>>& steps) {
         int next = 0;
         QTimer poll;
@@ -94,7 +94,8 @@ private Q_SLOTS:
                     timer->start(0);
             }
         };
-        QVERIFY(run({{[] { return true; }, [] { visible<Mainwindow>()->close(); }}, {[] { return true; }, limit}}));
+        QVERIFY(run(
+            {{[] { return true; }, [] { visible<Mainwindow>()->close(); }}, {[] { return true; }, limit}}));
     }
 
     /// The dialog's window is the only one, and it closes under the start that follows.

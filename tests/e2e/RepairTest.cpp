@@ -141,8 +141,9 @@ private Q_SLOTS:
             QTest::newRow(file) << name << file << option << status << lines;
         };
         // The catalogue can bring it, so it is offered before it is there.
-        const QString staging = "msg 1 Application is not running as expected, try to using "
-                                "lumora-wine-staging and relaunch";
+        const QString staging =
+            "msg 1 Application is not running as expected, try to using "
+            "lumora-wine-staging and relaunch";
         row("quit", "quit", "", 2, {QString(NoWindow).arg(0), staging, "runFailed 1 0"});
         row("fault", "fault-window-font", "", 2,
             {"windowPopuped", "msg 1 This application missing fonts: simsun.ttc",

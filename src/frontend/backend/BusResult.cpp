@@ -65,8 +65,8 @@ BusResult BusReply::fromMessage(const QDBusMessage& message, Wanted wanted) {
         result.errorName = error.name();
         // The bus answers in the place of a service that has gone; nobody sends the error of a time-out.
         result.timedOut = error.type() == QDBusError::NoReply && message.service().isEmpty();
-        result.serviceGone =
-            !result.timedOut && (error.type() == QDBusError::NoReply || error.type() == QDBusError::Disconnected);
+        result.serviceGone = !result.timedOut && (error.type() == QDBusError::NoReply ||
+                                                  error.type() == QDBusError::Disconnected);
         return result;
     }
     if (message.type() != QDBusMessage::ReplyMessage)

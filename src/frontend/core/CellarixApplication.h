@@ -18,10 +18,10 @@ class QTimer;
 class WindowMonitor;
 
 /// The process: owns the main window, the running launches (at most one a bottle, by bottle name) and the
-/// decision when the process may leave (LeaveRule). The only place that quits when nothing is left to wait for.
-/// A process that has no window and only waits for pending work is leaving: it quits when that is done or has
-/// taken two minutes, unless a window is shown or a start comes before. Everything runs on the main thread,
-/// except checkBackendVersion.
+/// decision when the process may leave (LeaveRule). The only place that quits when nothing is left to wait
+/// for. A process that has no window and only waits for pending work is leaving: it quits when that is done
+/// or has taken two minutes, unless a window is shown or a start comes before. Everything runs on the main
+/// thread, except checkBackendVersion.
 class CellarixApplication : public Fenk::Application {
     Q_OBJECT
 public:
@@ -89,6 +89,7 @@ private:
     int m_startsHandled = 0;             ///< one inside the event loop of another
     bool m_othersHaveToWait = false;     ///< a start may ask something
     QList<QStringList> m_waitingStarts;  ///< came meanwhile
-    std::optional<LeaveRule::Ended> m_leaving;  ///< why the process leaves as soon as the pending work is done
+    std::optional<LeaveRule::Ended>
+        m_leaving;  ///< why the process leaves as soon as the pending work is done
     QTimer* m_leavingLimit;
 };

@@ -14,8 +14,8 @@ void importRegistry(QWidget* parent, QString bottle);
 /// Windows' own settings of the net.
 void openInternetOptions(const QString& bottle);
 
-/// Ends all programs of the bottle. None of them counts as a failed start. With a context, ended is called when
-/// the service has answered.
+/// Ends all programs of the bottle. None of them counts as a failed start. With a context, ended is called
+/// when the service has answered.
 void killWineServer(const QString& bottle, QObject* context = nullptr,
                     const std::function<void()>& ended = {});
 

@@ -92,7 +92,8 @@ void DependencyInstallQueue::showPercent(int percent) {
 }
 
 bool DependencyInstallQueue::isCurrent(const QString& bottle, const QString& dependency) const {
-    return !m_currentDependency.isEmpty() && !m_isBlocked && bottle == m_bottleName && dependency == m_currentDependency;
+    return !m_currentDependency.isEmpty() && !m_isBlocked && bottle == m_bottleName &&
+           dependency == m_currentDependency;
 }
 
 void DependencyInstallQueue::slotsDependsInstalled(const QString& bottles_name,

@@ -11,8 +11,8 @@ class QJsonObject;
 /// Installs components into one bottle, one after the other, and says in words how far it is. A component
 /// that fails stops nothing and is not tried again. Idle until install(), busy until done(); a new install()
 /// while busy abandons the old list. There is no time-out, but a service that can't be reached, refuses or
-/// goes away has failed the component at hand. Where the service refuses because programs run in the bottle, the
-/// queue stops with blocked() until retry() or cancel().
+/// goes away has failed the component at hand. Where the service refuses because programs run in the bottle,
+/// the queue stops with blocked() until retry() or cancel().
 class DependencyInstallQueue : public QObject {
     Q_OBJECT
 public:

@@ -44,8 +44,8 @@ public:
     /// Repairs what the last start has brought to light and launches again. Without effect while the program
     /// or a repair is running.
     void applyFix();
-    /// The user's answer to programsRunning: ends them and goes on, or gives the repair up, which can be asked for
-    /// again.
+    /// The user's answer to programsRunning: ends them and goes on, or gives the repair up, which can be
+    /// asked for again.
     void answerProgramsRunning(bool close);
     /// Ends the launch without a result, in whatever state it is: nothing is installed or launched any more,
     /// and the service rolls back the repair that it has begun. Returns at once. The Windows program goes on.

@@ -259,7 +259,8 @@ void ExeFileExecutor::applyFix() {
     }
 }
 
-/// First nothing is listened to any more, so that no answer can start the next step; then the service is told.
+/// First nothing is listened to any more, so that no answer can start the next step; then the service is
+/// told.
 void ExeFileExecutor::cancelRepair() {
     if (m_isCancelled)
         return;

@@ -13,7 +13,8 @@ struct Answer {
     static Answer failure(Fault fault, const QString& sentence) { return {{}, fault, sentence, {}}; }
     /// Refused because these programs run in the bottle.
     static Answer busy(const QStringList& programs) {
-        return {{}, Fault::Busy, QString("Programs run in the bottle: %1.").arg(programs.join(", ")), programs};
+        return {
+            {}, Fault::Busy, QString("Programs run in the bottle: %1.").arg(programs.join(", ")), programs};
     }
 
     bool isGood() const { return fault == Fault::None; }

@@ -28,8 +28,8 @@ public:
     void install(const QString& kind, const QString& name, const Reply& reply);
 
     /// Answers when it is known whether programs run in the bottle, which refuse it; setupDone() tells how it
-    /// ended. The version "-" takes DXVK or VKD3D out of a bottle. The last request of a kind counts: it cancels
-    /// those before it.
+    /// ended. The version "-" takes DXVK or VKD3D out of a bottle. The last request of a kind counts: it
+    /// cancels those before it.
     void setComponent(const QString& bottle, const QString& kind, const QString& version, const Reply& reply);
     /// Answers with a JSON object, component to "DOWNLOADING" or "SETUPING".
     void installing(const QString& bottle, const QString& kind, const Reply& reply);
@@ -87,6 +87,6 @@ private:
     QString m_catalogueDir;
     ComponentStore m_store;
     QHash<QString, Install> m_installs;  ///< by kind and name
-    QVector<Change> m_changes;  ///< in the order of the requests
+    QVector<Change> m_changes;           ///< in the order of the requests
     int m_lastId = 0;
 };

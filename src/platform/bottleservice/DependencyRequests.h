@@ -23,8 +23,8 @@ public:
     DependencyRequests(BottleEngine* engine, Downloads* downloads, const QString& catalogueDir,
                        QObject* parent = nullptr);
 
-    /// Answers when it is known whether programs run in the bottle, which refuse it, or at once when others are
-    /// before it. done() tells how it ended, also for what is refused, unless the name can be none.
+    /// Answers when it is known whether programs run in the bottle, which refuse it, or at once when others
+    /// are before it. done() tells how it ended, also for what is refused, unless the name can be none.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
     /// The name of what is being installed, or empty.
     void installing(const QString& bottle, const Reply& reply);

@@ -73,10 +73,11 @@ private Q_SLOTS:
         m_service = std::make_unique<ServiceFixture>();
         m_service->write("runners/stand-in/bin/wine", Wine, true);
         // Is told to end what runs only when new launches already wait.
-        m_service->write("runners/stand-in/bin/wineserver",
-                         "#!/bin/sh\n[ \"$1\" != -k ] || [ -e \"$WINEPREFIX/.before-install/journal.json\" ] || "
-                         "echo stop >> \"$WINEPREFIX/unannounced\"\n",
-                         true);
+        m_service->write(
+            "runners/stand-in/bin/wineserver",
+            "#!/bin/sh\n[ \"$1\" != -k ] || [ -e \"$WINEPREFIX/.before-install/journal.json\" ] || "
+            "echo stop >> \"$WINEPREFIX/unannounced\"\n",
+            true);
         // It asks for one Gecko, and has nothing for programs of 32 bits.
         const QString windows = "runners/stand-in/lib/wine/x86_64-windows/";
         const QString gecko = "..wine-gecko-9.9-x86_64.msi";
@@ -245,7 +246,8 @@ private Q_SLOTS:
                                R"("error":"Programs run in the bottle: edit.exe, Harbour.","ok":false})";
         QTRY_VERIFY(told("dependencySetupDone").contains("dependencySetupDone(real, good, " + result + ')'));
         QTRY_VERIFY(told("setup_done").contains("component_setup_done(real, dxvk, layer, " + result + ')'));
-        QTRY_VERIFY(told("setup_done").contains("component_setup_done(real, runner, missing, " + result + ')'));
+        QTRY_VERIFY(
+            told("setup_done").contains("component_setup_done(real, runner, missing, " + result + ')'));
         QVERIFY(runs(game) && runs(other) && runs(server));
         QCOMPARE(m_service->error("killWineServer", {Bottle}), QString());
         QCOMPARE(install("good"), QString());

@@ -272,7 +272,8 @@ private Q_SLOTS:
         m_executor->start();
         if (isLate) {
             bool hasTimedOut = false;  // and so has the executor's call, which came before
-            manager->install("runner", Stable, this, [&](const BusResult& late) { hasTimedOut = late.timedOut; });
+            manager->install("runner", Stable, this,
+                             [&](const BusResult& late) { hasTimedOut = late.timedOut; });
             QTRY_VERIFY(hasTimedOut);
             manager->setTimeout(limit);
         }
@@ -367,8 +368,8 @@ private Q_SLOTS:
         QCOMPARE(m_results, 0);
     }
 
-    /// Programs run in the bottle: they are ended, and the installation is asked for again, only when the user
-    /// says so.
+    /// Programs run in the bottle: they are ended, and the installation is asked for again, only when the
+    /// user says so.
     void programsRun_data() {
         QTest::addColumn<QString>("call");
         QTest::addColumn<QString>("log");
@@ -377,9 +378,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sent");
         const char components[] = "installDependency", runner[] = "setRunner";
         const char again[] = "asked Harbour|M2 Setup Success|launch", staged[] = "asked Harbour|M1 Switch";
-        QTest::newRow("components, no") << components << Gecko << false << "asked Harbour|failed 1 0" << "";
-        QTest::newRow("components") << components << Gecko << true << again << "killWineServer installDependency";
-        QTest::newRow("runner, no") << runner << "" << false << "asked Harbour|failed 1 0" << "";
+        QTest::newRow("components, no") << components << Gecko << false << "asked Harbour|failed 1 0"
+                                        << "";
+        QTest::newRow("components") << components << Gecko << true << again
+                                    << "killWineServer installDependency";
+        QTest::newRow("runner, no") << runner << "" << false << "asked Harbour|failed 1 0"
+                                    << "";
         QTest::newRow("runner") << runner << "" << true << staged << "killWineServer setRunner";
     }
     void programsRun() {
@@ -433,9 +437,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("log");
         QTest::addColumn<QString>("sent");
         const auto row = [](const char* name, const char* call, bool isHeld, const char* log,
-                            const char* sent) {
-            QTest::newRow(name) << call << isHeld << log << sent;
-        };
+                            const char* sent) { QTest::newRow(name) << call << isHeld << log << sent; };
         row("runner", "install", true, "", "");
         row("bottle", "createBottles", true, "", "");
         row("running", "get", false, "", "");

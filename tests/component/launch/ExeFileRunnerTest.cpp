@@ -126,8 +126,8 @@ private Q_SLOTS:
         row("failure", "a.exe", "", ":", "close", "added");
         row("failure, debug without a window", "a.exe", "", ":", "debug close", "added");
         row("repair", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)", "repair, close window", "added");
-        row("repair, programs run", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)", "repair, ask, close window",
-            "added killWineServer");
+        row("repair, programs run", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)",
+            "repair, ask, close window", "added killWineServer");
         row("repair stopped", "a.exe", "", "(exit 1)", "repair, stop",
             "added cancelInstallingDependency killWineServer");
         row("stopped", "a.exe", "", "touch alive; wait_for close", "stop", "killWineServer");

@@ -72,8 +72,9 @@ private Q_SLOTS:
             QVERIFY2(store.state(foreign) == BottleStore::State::Foreign, foreign);
         QString error;
         for (const char* damaged : {"folder", "linkedfile", "pipe"})
-            QVERIFY2(store.check(damaged).isEmpty() && !store.load(damaged, &error) && error.contains("damaged"),
-                     damaged);
+            QVERIFY2(
+                store.check(damaged).isEmpty() && !store.load(damaged, &error) && error.contains("damaged"),
+                damaged);
         QVERIFY(!AtomicFile::replace(root + "/linkedfile/bottle.yml", "gone", &error));
         QVERIFY(error.contains("link"));
 

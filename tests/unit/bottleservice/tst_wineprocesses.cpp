@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "bottleservice/wine/Processes.h"
-#include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/Runners.h"
+#include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/WineEnvironment.h"
 #include "support/Table.h"
 #include "support/TestHome.h"

@@ -101,16 +101,19 @@ private Q_SLOTS:
         row("script", with({&F::isScriptRunning}), "W:quit L:quit S:- D:- U:quit");
         row("pending work", with({&F::hasPendingWork}), "W:later L:later S:later D:later U:later");
         row("overdue work", with({&F::hasPendingWork, &F::isOverdue}), "W:quit L:quit S:quit D:quit U:quit");
-        row("service with work", with({&F::isService, &F::hasPendingWork}), "W:later L:later S:- D:- U:later");
+        row("service with work", with({&F::isService, &F::hasPendingWork}),
+            "W:later L:later S:- D:- U:later");
         row("a launch and overdue work", with({&F::hasRunner, &F::hasPendingWork, &F::isOverdue}),
             "W:- L:- S:- D:- U:quit");
     }
     void leaving() {
         QFETCH(LeaveRule::Facts, facts);
         QStringList verdicts;
-        for (const auto& [letter, ended] :
-             {std::pair("W", Ended::LastWindow), {"L", Ended::Launch}, {"S", Ended::Start}, {"D", Ended::Work},
-              {"U", Ended::User}}) {
+        for (const auto& [letter, ended] : {std::pair("W", Ended::LastWindow),
+                                            {"L", Ended::Launch},
+                                            {"S", Ended::Start},
+                                            {"D", Ended::Work},
+                                            {"U", Ended::User}}) {
             const Verdict verdict = LeaveRule::of(ended, facts);
             verdicts << QString("%1:%2").arg(letter, verdict == Verdict::Stay         ? "-"
                                                      : verdict == Verdict::LeaveLater ? "later"

@@ -28,9 +28,10 @@ RunningProgramsQuestion::RunningProgramsQuestion(const QString& appName, const Q
     setAccessibleName("running_programs_question");
     setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
     setTitle(tr("Programs Are Running"));
-    setMessage(tr("The repair changes the container of %1, and these programs are running in it. They have to be "
-                  "closed first: what has not been saved in them will be lost.")
-                   .arg(appName));
+    setMessage(
+        tr("The repair changes the container of %1, and these programs are running in it. They have to be "
+           "closed first: what has not been saved in them will be lost.")
+            .arg(appName));
     auto* list = new QWidget;
     auto* lines = new QVBoxLayout(list);
     lines->setContentsMargins(0, 0, 0, 0);

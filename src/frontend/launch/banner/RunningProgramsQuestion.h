@@ -4,8 +4,9 @@
 
 #include "fenk/Dialog.h"
 
-/// Asks whether the programs that run in a bottle may be closed, so that a repair can change the bottle. Modal over
-/// the banner, shown without blocking and deleted when answered. Escape and the close button mean no.
+/// Asks whether the programs that run in a bottle may be closed, so that a repair can change the bottle.
+/// Modal over the banner, shown without blocking and deleted when answered. Escape and the close button mean
+/// no.
 class RunningProgramsQuestion : public Fenk::Dialog {
     Q_OBJECT
 public:

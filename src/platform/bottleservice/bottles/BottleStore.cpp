@@ -17,8 +17,8 @@ bool isRealDirectory(const QString& path) {
     return info.isDir() && !info.isSymLink();
 }
 
-/// Whatever has the name makes the directory a bottle: one whose settings are a link, a pipe or a directory is
-/// damaged, and can be deleted.
+/// Whatever has the name makes the directory a bottle: one whose settings are a link, a pipe or a directory
+/// is damaged, and can be deleted.
 bool hasSettings(const QString& directory) {
     const QFileInfo info(directory + SettingsFile);
     return info.isSymLink() || info.exists();

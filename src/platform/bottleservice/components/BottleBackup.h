@@ -19,8 +19,8 @@ State state(const QString& bottlePath);
 QString idOf(const QString& bottlePath);
 QString pathOf(const QString& bottlePath);
 
-/// From here on launch scripts wait: they look for the journal, which names no id yet. There must be no backup.
-/// Empty, or a sentence.
+/// From here on launch scripts wait: they look for the journal, which names no id yet. There must be no
+/// backup. Empty, or a sentence.
 QString announce(const QString& bottlePath);
 
 /// Copies what was announced; nothing may run in the bottle. Empty, or a sentence.

@@ -11,10 +11,11 @@
 class BottleEngine;
 class WineCommand;
 
-/// Changes what lies in a bottle, as a transaction: makes launch scripts wait, ends Wine's own services, backs up
-/// the bottle's "windows" and registry, lets a derived class do the work, waits until Wine has left the bottle,
-/// and writes bottle.yml. Fails with Busy, and changes nothing, while programs run in the bottle. Until that has been written, every failure, cancel() and the next start of the service after a
-/// kill bring back what was there.
+/// Changes what lies in a bottle, as a transaction: makes launch scripts wait, ends Wine's own services,
+/// backs up the bottle's "windows" and registry, lets a derived class do the work, waits until Wine has left
+/// the bottle, and writes bottle.yml. Fails with Busy, and changes nothing, while programs run in the bottle.
+/// Until that has been written, every failure, cancel() and the next start of the service after a kill bring
+/// back what was there.
 class InstallJob : public Job {
     Q_OBJECT
 

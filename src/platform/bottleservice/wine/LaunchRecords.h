@@ -16,8 +16,8 @@ struct LaunchRecord {
     /// False for a file that tells of no program.
     static bool read(const QString& file, LaunchRecord* record);
 
-    /// The programs that living launch scripts of a bottle have started or are about to start, by their ids or
-    /// files' names, from files <pid>.start of the same form with "name" in the place of "program".
+    /// The programs that living launch scripts of a bottle have started or are about to start, by their ids
+    /// or files' names, from files <pid>.start of the same form with "name" in the place of "program".
     static QStringList starting(const QString& directory, const QString& bottle);
     /// Removes those of scripts that were killed.
     static void removeEndedStarts(const QString& directory);

@@ -12,9 +12,9 @@ constexpr int PollMs = 50;
 constexpr int LoaderArguments = 3;  // an emulator and a loader may stand before the program
 
 /// Besides those that serve the whole bottle.
-const char* const Helpers[] = {"conhost.exe",         "dllhost.exe",  "enum_process_window.exe", "mscorsvw.exe",
-                               "spoolsv.exe",         "start.exe",    "tabtip.exe",              "taskkill.exe",
-                               "winemenubuilder.exe", "wineboot.exe", "winedbg.exe"};
+const char* const Helpers[] = {
+    "conhost.exe", "dllhost.exe",  "enum_process_window.exe", "mscorsvw.exe", "spoolsv.exe", "start.exe",
+    "tabtip.exe",  "taskkill.exe", "winemenubuilder.exe",     "wineboot.exe", "winedbg.exe"};
 
 QString baseName(const QString& path) {
     return path.mid(qMax(path.lastIndexOf('\\'), path.lastIndexOf('/')) + 1);

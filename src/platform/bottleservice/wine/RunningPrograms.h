@@ -14,14 +14,14 @@ namespace RunningPrograms {
 
 constexpr int GraceMs = 1500;
 
-/// Sorted, each once: by the bottle's program records (by id: "name", "path") where they know the process, else by
-/// the file's name. Starting are ids or file names of programs that living launch scripts see to. Wine's own services and
-/// helpers, and this system's window tool, are no programs.
+/// Sorted, each once: by the bottle's program records (by id: "name", "path") where they know the process,
+/// else by the file's name. Starting are ids or file names of programs that living launch scripts see to.
+/// Wine's own services and helpers, and this system's window tool, are no programs.
 QStringList names(const std::vector<Processes::Entry>& processes, const QStringList& starting,
                   const QJsonObject& programs);
 
-/// Calls then in the main thread with the last answer of look: at once when that is empty, otherwise when it has
-/// become empty or after GraceMs, since a program that has closed its window ends a moment later.
+/// Calls then in the main thread with the last answer of look: at once when that is empty, otherwise when it
+/// has become empty or after GraceMs, since a program that has closed its window ends a moment later.
 void await(QObject* context, const std::function<QStringList()>& look,
            const std::function<void(const QStringList&)>& then);
 
