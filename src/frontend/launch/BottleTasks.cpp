@@ -30,20 +30,27 @@ void withLauncher(const QString& bottle, const std::function<void(WineLauncher*)
                                            });
 }
 
-}  // namespace
-
-void importRegistry(QWidget* parent, QString bottle) {
-    const QString file = QFileDialog::getOpenFileName(
-        parent, QString(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-        QCoreApplication::translate("BottleTasks", "Import registry files (*.reg)"));
-    if (file.isEmpty())
-        return;
+void importRegistryFile(const QString& bottle, const QString& file) {
     if (file.contains('"')) {
         qWarning() << "Windows knows no file name with quotes:" << file;
         return;
     }
     const QString command = "regedit.exe \"Z:" + QString(file).replace('/', '\\') + "\"";
     withLauncher(bottle, [command](WineLauncher* launcher) { launcher->launchCommand(command); });
+}
+
+}  // namespace
+
+void importRegistry(QWidget* parent, QString bottle) {
+    auto* dialog =
+        new QFileDialog(parent, QString(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
+                        QCoreApplication::translate("BottleTasks", "Import registry files (*.reg)"));
+    dialog->setObjectName("import_registry_dialog");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    QObject::connect(dialog, &QFileDialog::fileSelected, qApp,
+                     [bottle](const QString& file) { importRegistryFile(bottle, file); });
+    dialog->open();
 }
 
 void openInternetOptions(const QString& bottle) {

@@ -9,7 +9,7 @@ class QWidget;
 /// Bottle chores that have to do with starts of programs, and so can't live among the plain bottle utilities.
 namespace BottleTasks {
 
-/// Asks for a .reg file and imports it into the bottle.
+/// Asks for a .reg file and imports it into the bottle. Returns at once; the question goes with its parent.
 void importRegistry(QWidget* parent, QString bottle);
 /// Windows' own settings of the net.
 void openInternetOptions(const QString& bottle);
