@@ -94,21 +94,26 @@ void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) 
     service().runCommand(bottle, commandLine);
 }
 
-bool BottleUtils::deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle) {
+BottleUtils::Removal BottleUtils::deleteEntry(const QString& bottle, const QString& programId,
+                                              bool deleteEmptyBottle) {
     qInfo().noquote() << "deleteAppEntry: " << bottle << programId;
     const BusResult removed = service().removeExternalProgram(bottle, programId);
     if (!removed.ok) {
         qWarning().noquote() << "can't remove" << programId << "from" << bottle << removed.errorMessage;
-        return false;
+        return Removal::ProgramRefused;
     }
     if (!deleteEmptyBottle)
-        return true;
+        return Removal::Done;
     const QJsonObject record = service().get(bottle);
     if (BottleRecord::hasPrograms(record) && BottleRecord::programs(record).isEmpty()) {
         qInfo().noquote().nospace() << "delete bottles: " << bottle;
-        service().deleteBottle(bottle);
+        const BusResult deleted = service().deleteBottleAndWait(bottle);
+        if (!deleted.ok) {
+            qWarning().noquote() << "can't delete" << bottle << deleted.errorMessage;
+            return Removal::BottleRefused;
+        }
     }
-    return true;
+    return Removal::Done;
 }
 
 QString BottleUtils::addExe(const QString& bottle, const QString& name, const QString& path) {

@@ -22,9 +22,10 @@ void openDriveC(const QString& bottle);
 void openProgramFolder(const QString& bottle, const QString& programId);
 void runCommand(const QString& bottle, const QString& commandLine);
 
-/// Removes a program; with the flag, also the bottle when that was its last one. False when the program is
-/// still there.
-bool deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle);
+enum class Removal { Done, ProgramRefused, BottleRefused };
+/// Removes a program; with the flag, also the bottle when that was its last one. Waits for both, so not for
+/// the GUI thread.
+Removal deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle);
 /// Makes a program of an executable. Returns the new program's id, or nothing when the service has refused.
 QString addExe(const QString& bottle, const QString& name, const QString& path);
 bool setStars(const QString& bottle, const QString& programId, int stars);

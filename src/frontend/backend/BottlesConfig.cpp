@@ -77,6 +77,10 @@ void BottlesConfig::deleteBottle(const QString& bottle) {
     BusCall::fire(*this, "delete", {bottle});
 }
 
+BusResult BottlesConfig::deleteBottleAndWait(const QString& bottle) {
+    return BusCall::block(*this, "delete", {bottle}, kIgnored);
+}
+
 EmulatorsInfo BottlesConfig::getEmulators(const QString& bottle) {
     return EmulatorsInfo::fromObject(
         objectOrWarning(BusCall::block(*this, "getEmulators", {bottle}), "Failed to fetch emulators info."));

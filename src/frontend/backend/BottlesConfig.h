@@ -29,6 +29,7 @@ public:
                      const Handler& handler);                          ///< get, without a wait
     void createBottles(const QString& bottle, const QString& runner);  ///< ends in bottlesCreated
     void deleteBottle(const QString& bottle);                          ///< ends in bottles_deleted
+    BusResult deleteBottleAndWait(const QString& bottle);              ///< not in the GUI thread
     EmulatorsInfo getEmulators(const QString& bottle);
     /// The handler gets what EmulatorsInfo::fromObject() reads.
     void watchEmulators(const QString& bottle, QObject* context, const Handler& handler);

@@ -32,10 +32,13 @@ void askingService(QObject* context, Work work, Take take) {
 
 /// The same for what a user wants done: the process does not end before.
 template <class Work, class Take>
-void changingService(QObject* context, Work work, Take take) {
+void changingService(QObject* context, Work work, Take take, QThreadPool* threads = ServiceThreads::pool()) {
     const QPointer<QObject> taker = context;
-    askingService(qApp, work, [taker, take, hold = PendingWork::instance()->hold()](const auto& result) {
-        if (taker)
-            take(result);
-    });
+    inBackground(
+        qApp, work,
+        [taker, take, hold = PendingWork::instance()->hold()](const auto& result) {
+            if (taker)
+                take(result);
+        },
+        threads);
 }

@@ -1,6 +1,8 @@
 #include "shell/library/RemovalQuestion.h"
 
 #include <QCoreApplication>
+#include <QPointer>
+#include <optional>
 
 #include "backend/BottleUtils.h"
 #include "fenk/Dialog.h"
@@ -23,15 +25,37 @@ Fenk::Label* line(const QString& text, Fenk::Label::Kind kind) {
     return label;
 }
 
-void remove(const Program& program, bool withBottle) {
+/// Nothing is done, and nothing returned, when the bottle would be left empty without anybody having agreed.
+std::optional<BottleUtils::Removal> removed(const ProgramRef& ref, bool withBottle) {
+    const QStringList programs = withBottle ? QStringList() : BottleUtils::bottlePrograms(ref.bottle).keys();
+    if (programs == QStringList(ref.uuid))
+        return std::nullopt;
+    return BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle);
+}
+
+QString failure(BottleUtils::Removal removal, const QString& name) {
+    switch (removal) {
+        case BottleUtils::Removal::ProgramRefused:
+            return Question::tr("%1 could not be removed. It is still there.").arg(name);
+        case BottleUtils::Removal::BottleRefused:
+            return Question::tr("%1 is removed, but its container could not be deleted.").arg(name);
+        default:
+            return {};
+    }
+}
+
+void remove(const Program& program, bool withBottle, const QPointer<QWidget>& over) {
     const ProgramRef ref = program.ref;
     changingService(
-        qApp, [ref, withBottle] { return BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle); },
-        [ref, name = program.name](bool removed) {
-            if (!removed)
-                Q_EMIT AppItemWidgetStateManager::instance()->failed(
-                    ref.uuid, Question::tr("%1 could not be removed. It is still there.").arg(name));
-        });
+        qApp, [ref, withBottle] { return removed(ref, withBottle); },
+        [program, over](const std::optional<BottleUtils::Removal>& removal) {
+            const QString sentence = removal ? failure(*removal, program.name) : QString();
+            if (!sentence.isEmpty())
+                Q_EMIT AppItemWidgetStateManager::instance()->failed(program.ref.uuid, sentence);
+            if (!removal && over)
+                RemovalQuestion::ask(program, true, over);
+        },
+        ServiceThreads::inOrder());
 }
 
 }  // namespace
@@ -55,9 +79,10 @@ void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over
     const int confirm =
         dialog->addButton(withBottle ? Question::tr("Confirm Uninstall") : Question::tr("Confirm Delete"),
                           false, Fenk::Dialog::ButtonWarning);
-    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog, [program, withBottle, confirm](int index) {
-        if (index == confirm)
-            remove(program, withBottle);
-    });
+    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog,
+                     [program, withBottle, confirm, over](int index) {
+                         if (index == confirm)
+                             remove(program, withBottle, over);
+                     });
     dialog->open();
 }
