@@ -782,6 +782,18 @@ please wait for the component download to complete!</source>
         <source>The rating of %1 could not be kept.</source>
         <translation>未能保存对“%1”的评分。</translation>
     </message>
+    <message>
+        <source>The program is running</source>
+        <translation>程序正在运行</translation>
+    </message>
+    <message>
+        <source>The bottle service has not answered yet. Please open the menu again.</source>
+        <translation>容器服务尚未应答，请重新打开菜单。</translation>
+    </message>
+    <message>
+        <source>%1 is in the menu of programs now.</source>
+        <translation>%1 已添加到应用菜单。</translation>
+    </message>
 </context>
 <context>
     <name>LogsWidget</name>
@@ -969,6 +981,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 could not be removed. It is still there.</source>
         <translation>未能移除“%1”，它仍保留在原处。</translation>
+    </message>
+    <message>
+        <source>%1 is removed, but its container could not be deleted.</source>
+        <translation>%1 已移除，但其容器未能删除。</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QDragEnterEvent>
+#include <QFileDialog>
 #include <QMenu>
 #include <QMimeData>
 #include <QSignalSpy>
@@ -10,6 +11,7 @@
 #include "backend/PendingWork.h"
 #include "fenk/Application.h"
 #include "fenk/Dialog.h"
+#include "fenk/FloatingMessage.h"
 #include "fenk/SearchEdit.h"
 #include "fenk/Theme.h"
 #include "shell/DropFrame.h"
@@ -234,7 +236,7 @@ private Q_SLOTS:
             << head + tools.arg("") + ", Create Desktop Icon, Feedback, Uninstall";
         QTest::newRow("unknown bottle")
             << "lost"
-            << "" << 0 << "{}" << false
+            << "" << -1 << "{}" << false
             << head + tools.arg("") + ", Dump Manifest, Create Desktop Icon, Feedback, Delete";
     }
     void menu() {
@@ -251,9 +253,10 @@ private Q_SLOTS:
         QJsonObject external;
         for (int i = 0; i < programs; ++i)
             external.insert(uuid(i + 1), QJsonObject{{"name", "a"}});
-        m_service->setBottle(bottle, {{"Path", m_home.path() + (extras ? "/bottle" : "/none")},
-                                      {"Runner", runner},
-                                      {"External_Programs", external}});
+        if (programs >= 0)
+            m_service->setBottle(bottle, {{"Path", m_home.path() + (extras ? "/bottle" : "/none")},
+                                          {"Runner", runner},
+                                          {"External_Programs", external}});
         m_service->setText("getEmulators", emulators);
         bool opened = false;
         ShellWindows::instance().properties = [&](const Program&, QWidget*) { opened = true; };
@@ -264,7 +267,9 @@ private Q_SLOTS:
         QCOMPARE(menu->accessibleName(), QString("appitem_option_menu"));
         QCOMPARE(entries(menu).join(", "), texts);
         QVERIFY(!item->action(Action::Feedback)->isEnabled());
-        QVERIFY(!item->action(Action::Feedback)->toolTip().isEmpty());
+        for (const QAction* entry : item->findChildren<QAction*>())
+            QVERIFY2(entry->isEnabled() || !entry->isVisible() || entry->toolTip() != entry->text(),
+                     qPrintable(entry->text()));
         item->action(Action::EditDetails)->trigger();
         QVERIFY(opened);
         QFile::remove(m_home.path() + "/Desktop/office-" + uuid(1) + ".desktop");
@@ -299,11 +304,81 @@ private Q_SLOTS:
         }
         QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments, QJsonArray({"office", uuid(1)}));
         QCOMPARE(m_service->calls("removeExternalProgram").size(), 1);
-        m_service->setError("Bottles.removeExternalProgram", "busy");
+        // What is refused is told: the program's removal, or the bottle's.
         QSignalSpy failed(AppItemWidgetStateManager::instance(), &AppItemWidgetStateManager::failed);
+        if (programs == 1) {
+            m_service->setBottle("office", {{"External_Programs", QJsonObject()}});
+            m_service->setError("Bottles.delete", "busy");
+        } else {
+            m_service->setError("Bottles.removeExternalProgram", "busy");
+        }
         tile(1)->action(Action::Remove)->trigger();
         m_window->findChild<Fenk::Dialog*>("removal_question")->button(1)->click();
         QVERIFY(failed.wait());
+        QVERIFY(failed[0][1].toString().contains(programs == 1 ? "container" : "still there"));
+        QVERIFY(m_window->findChild<Fenk::FloatingMessage*>());
+    }
+
+    void removalOfLastTwo() {
+        const auto setPrograms = [this](int first, int last) {
+            QJsonObject external;
+            for (int i = first; i <= last; ++i)
+                external.insert(uuid(i), QJsonObject{{"name", "a"}});
+            m_service->setBottle("office", {{"External_Programs", external}});
+        };
+        const auto confirm = [this](int number, const QString& word) {
+            auto* dialog = m_window->findChild<Fenk::Dialog*>("removal_question");
+            QVERIFY(dialog);
+            QCOMPARE(dialog->button(1)->text(), "Confirm " + word);
+            dialog->button(1)->click();
+            QTRY_COMPARE(m_service->calls("removeExternalProgram").size(), number);
+        };
+        setPrograms(1, 2);
+        open({summary(1, "a"), summary(2, "b")});
+        for (const int number : {1, 2}) {
+            openMenu(tile(number));
+            tile(number)->optionMenu()->hide();
+        }
+        tile(1)->action(Action::Remove)->trigger();
+        confirm(1, "Delete");
+        setPrograms(2, 2);
+        // Its menu still knows of two.
+        tile(2)->action(Action::Remove)->trigger();
+        const QPointer<Fenk::Dialog> first = m_window->findChild<Fenk::Dialog*>("removal_question");
+        confirm(1, "Delete");
+        QTRY_VERIFY(!first && m_window->findChild<Fenk::Dialog*>("removal_question"));
+        setPrograms(1, 0);
+        confirm(2, "Uninstall");
+        QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray({"office"}));
+    }
+
+    void registryQuestionGoesWithItsWindow() {
+        open({summary(1, "a")});
+        openMenu(tile(1));
+        tile(1)->optionMenu()->hide();
+        tile(1)->action(Action::ImportRegistry)->trigger();
+        const QPointer<QFileDialog> dialog = m_window->findChild<QFileDialog*>("import_registry_dialog");
+        QVERIFY(dialog && dialog->isVisible());
+        m_window.reset();
+        QVERIFY(!dialog);
+    }
+
+    void desktopIcon_data() {
+        QTest::addColumn<bool>("hasDesktop");
+        QTest::newRow("desktop") << true;
+        QTest::newRow("no desktop") << false;
+    }
+    void desktopIcon() {
+        QFETCH(bool, hasDesktop);
+        const QString file = m_home.path() + "/Desktop/office-" + uuid(1) + ".desktop";
+        open({summary(1, "a")});
+        if (hasDesktop)
+            m_home.write("Desktop/office-" + uuid(1) + ".desktop", "");
+        const QSignalSpy told(tile(1), &LocalAppItemWidget::message);
+        tile(1)->oncreateDesktopFileAction();
+        QTRY_COMPARE(told.count(), 1);
+        QCOMPARE(told[0][0].toString().contains("on the desktop"), hasDesktop);
+        QFile::remove(file);
     }
 
     void startAndStop() {

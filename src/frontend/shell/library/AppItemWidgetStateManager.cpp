@@ -53,7 +53,7 @@ void AppItemWidgetStateManager::onSetupingYmlDone(const QString& appInfoId, cons
 }
 
 void AppItemWidgetStateManager::watchItem(const QString& uuid, AppItemWidget* item) {
-    qDebug() << "watching installed local app [ " << uuid << " ] -> " << item;
+    qInfo() << "watching installed local app [ " << uuid << " ] -> " << item;
     m_items.insert(uuid, item);
     connect(item, &QObject::destroyed, this, [this, uuid] {
         for (auto it = m_items.find(uuid); it != m_items.end() && it.key() == uuid;)
@@ -62,7 +62,7 @@ void AppItemWidgetStateManager::watchItem(const QString& uuid, AppItemWidget* it
 }
 
 void AppItemWidgetStateManager::watchCard(const QString& uuid, const QModelIndex& card) {
-    qDebug() << "watching installed store app [ " << uuid << " ] -> " << card;
+    qInfo() << "watching installed store app [ " << uuid << " ] -> " << card;
     if (!m_cards.contains(uuid, card))
         m_cards.insert(uuid, card);
 }

@@ -61,8 +61,8 @@ QWidget* AppLocalView::makeHead() {
     m_count = new Label(tr("Installed 0 apps, including unsuccessful apps"), Label::Secondary);
     m_count->setObjectName("applist_count");
     auto* add = new SuggestButton(tr("Add Program…"));
-    add->setObjectName("applist_addbtn");
-    add->setAccessibleName(add->text());
+    add->setObjectName("applistview_addappbtn");
+    add->setAccessibleName("applistview_addappbtn");
     connect(add, &QPushButton::clicked, this, &AppLocalView::slotAddApp);
     row->addWidget(m_count, 1);
     row->addWidget(add);

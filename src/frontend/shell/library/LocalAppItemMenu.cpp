@@ -6,6 +6,7 @@
 
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
+#include "backend/DesktopUtils.h"
 #include "fenk/IconButton.h"
 #include "fenk/Tokens.h"
 #include "fenk/WidgetLook.h"
@@ -117,7 +118,7 @@ void LocalAppItemWidget::fillMenu() {
 }
 
 void LocalAppItemWidget::onBtnOptionClicked() {
-    qDebug() << "onBtnOptionClicked";
+    qInfo() << "onBtnOptionClicked";
     if (m_unknownFacts > 0)
         return;
     if (!m_menu)
@@ -159,14 +160,13 @@ void LocalAppItemWidget::openMenu() {
         return;
     for (int i = 0; i < ProgramMenu::ActionCount; ++i) {
         const auto which = Action(i);
-        QAction* entry = action(which);
-        entry->setVisible(ProgramMenu::isShown(which, m_facts));
-        entry->setEnabled(leadsSomewhere(which));
-        entry->setToolTip(entry->isEnabled() ? QString() : tr("Not in this version yet"));
+        action(which)->setVisible(ProgramMenu::isShown(which, m_facts));
+        disable(which, !leadsSomewhere(which), tr("Not in this version yet"));
     }
-    action(Action::OpenInTerminal)->setEnabled(!isRunning());
+    disable(Action::OpenInTerminal, isRunning(), tr("The program is running"));
     // Without knowing whether the bottle would go with it nobody can be asked.
-    action(Action::Remove)->setEnabled(m_facts.programCount.has_value());
+    disable(Action::Remove, !m_facts.programCount,
+            tr("The bottle service has not answered yet. Please open the menu again."));
     action(Action::Remove)->setText(ProgramMenu::removesBottle(m_facts) ? tr("Uninstall") : tr("Delete"));
     fillTranslators();
     m_menu->popup(m_menuPlace.isNull()
@@ -174,6 +174,11 @@ void LocalAppItemWidget::openMenu() {
                       : m_menuPlace);
     updateActive();
     Q_EMIT menuReady();
+}
+
+void LocalAppItemWidget::disable(Action which, bool on, const QString& reason) {
+    action(which)->setEnabled(!on);
+    action(which)->setToolTip(on ? reason : QString());
 }
 
 void LocalAppItemWidget::fillTranslators() {
@@ -240,8 +245,11 @@ void LocalAppItemWidget::oncreateDesktopFileAction() {
     changingService(
         this, [of] { return BottleUtils::createDesktopEntry(of->ref.bottle, of->ref.uuid); },
         [this, of](bool made) {
-            Q_EMIT message(made ? tr("%1 is on the desktop now.").arg(of->name)
-                                : tr("No icon of %1 could be put on the desktop.").arg(of->name),
+            // Not everybody has a desktop with icons.
+            const QString place = DesktopUtils::hasDesktopShortcut(of->ref.uuid)
+                                      ? tr("%1 is on the desktop now.")
+                                      : tr("%1 is in the menu of programs now.");
+            Q_EMIT message((made ? place : tr("No icon of %1 could be put on the desktop.")).arg(of->name),
                            !made);
         });
 }

@@ -72,6 +72,8 @@ private:
     void fillTranslators();
     void connectActions();
     void openMenu();
+    /// The reason is shown where the entry is.
+    void disable(ProgramMenu::Action which, bool on, const QString& reason);
     void showPicture();
     void updateActive();
 

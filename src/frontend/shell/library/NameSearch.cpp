@@ -65,7 +65,7 @@ Keyword::Keyword(const QString& text) : m_pinyin(pinyinList(text)) {
         if (isIdeograph(character))
             m_ideographs << QString(character);
     }
-    qDebug() << "org keyword " << text << " pinyin keyword " << m_pinyin;
+    qInfo() << "org keyword " << text << " pinyin keyword " << m_pinyin;
     m_pinyin = folded(m_pinyin);
 }
 
