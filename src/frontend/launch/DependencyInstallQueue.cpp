@@ -109,6 +109,10 @@ void DependencyInstallQueue::slotsDependsInstalled(const QString& bottles_name,
         return;
     }
     const bool ok = result.value("ok").toBool();
+    // The status is gone at the next one; what the user can do about it stays.
+    const QString reason = result.value("error").toString();
+    if (!ok && !reason.isEmpty())
+        Q_EMIT emitMsg(reason, MsgError);
     Q_EMIT emitMsg(tr("Setup %1").arg(ok ? tr("Success") : tr("Failed")), MsgStatus);
     installNext();
 }

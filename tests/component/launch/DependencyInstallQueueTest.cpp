@@ -72,7 +72,7 @@ private Q_SLOTS:
         QCOMPARE(done.size(), 1);
         QVERIFY(words.isEmpty());
 
-        repair.install("b", {"x", "y"});
+        repair.install("b", {"x", "y", "z"});
         QCOMPARE(fake->waitForCall("installDependency").arguments, QJsonArray({"b", "x"}));
         auto* service = BottlesConfig::instance();
         Q_EMIT service->dependencyDownloadProgress("other", "x", 1, 2, "");
@@ -84,12 +84,14 @@ private Q_SLOTS:
         QCOMPARE(fake->waitForCall("installDependency", 2).arguments, QJsonArray({"b", "y"}));
         Q_EMIT service->dependecyInstalled("b", "y", {{"ok", true}});
         Q_EMIT service->dependecyInstalled("b", "y", {{"ok", true}});
+        Q_EMIT service->dependecyInstalled("b", "z", {{"ok", false}, {"error", "winetricks would do"}});
         QCOMPARE(done.size(), 2);
         QCOMPARE(words,
                  QStringList({"2 Fix: install components x", "1 Fixing", "2 Fixing ... 0%",
                               "2 Downloading x: 33%", "2 Downloading x: 0%", "2 Downloading x: 100%",
                               "2 Setup x, please waiting...", "2 Setup Failed", "2 Fix: install components y",
-                              "1 Fixing", "2 Fixing ... 0%", "2 Setup Success"}));
+                              "1 Fixing", "2 Fixing ... 0%", "2 Setup Success", "2 Fix: install components z",
+                              "1 Fixing", "2 Fixing ... 0%", "0 winetricks would do", "2 Setup Failed"}));
     }
 
     /// Refused, failed, and a service that goes in the middle: each is the end of one component.
