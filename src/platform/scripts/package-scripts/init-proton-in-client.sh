@@ -1,6 +1,6 @@
 #!/bin/bash
-# The Proton runners of this user. Such a runner has its Wine in files/bin, while the bottle service looks into bin. With
-# -c: ends with 1 if there is a runner that is not ready to be used. Without: makes them ready and says what is missing.
+# The Proton runners of this user. Such a runner has its Wine in files/bin; it is ready when bin leads there, so that it
+# looks like any other Wine. With -c: ends with 1 if there is a runner that is not ready to be used. Without: makes them ready and says what is missing.
 
 trap '' PIPE # whoever reads this may leave; the work is done all the same
 data=${XDG_DATA_HOME:-}
