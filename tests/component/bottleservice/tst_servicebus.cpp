@@ -141,6 +141,7 @@ private Q_SLOTS:
             QCOMPARE(m_service.errorName("setDPI", {damage, 96}), "Failed");
             QCOMPARE(m_service.error("delete", {damage}), QString());
             QVERIFY(!m_service.text("list").contains(damage));
+            QTRY_VERIFY(m_service.signalLog.contains(QString("bottles_deleted(%1)").arg(damage)));
         }
         QCOMPARE(TestSupport::readFile(outside), QByteArray("Runner: r\n"));
     }
