@@ -792,7 +792,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 is in the menu of programs now.</source>
-        <translation>%1 已添加到应用菜单。</translation>
+        <translation>“%1”已添加到应用菜单。</translation>
     </message>
 </context>
 <context>
@@ -984,7 +984,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 is removed, but its container could not be deleted.</source>
-        <translation>%1 已移除，但其容器未能删除。</translation>
+        <translation>“%1”已移除，但其容器未能删除。</translation>
     </message>
 </context>
 <context>

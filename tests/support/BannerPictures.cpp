@@ -19,14 +19,16 @@ using namespace TestSupport;
 namespace {
 
 struct Banner : WineExeLaunchBanner {
-    explicit Banner(const QString& name = "Harbour Office") {
+    explicit Banner(const QString& name = "Harbour Office",
+                    const char* description = "Choose wine version: %1",
+                    const QString& detail = "lumora-wine8-stable") {
         const auto word = [](const char* text) {
             return QCoreApplication::translate("ExeFileExecutor", text);
         };
         setAppName(name);
         setIcon(Theme::icon("cxb_app_default_icon"));
         setStatus(word("Launching"));
-        setDescription(word("Choose wine version: %1").arg("lumora-wine8-stable"));
+        setDescription(word(description).arg(detail));
     }
 };
 
@@ -38,10 +40,14 @@ QImage failed(bool canRepair, bool canFix) {
     return picture({&banner});
 }
 
-QImage running(const QString& description) {
+QImage running() {
     Banner banner;
-    if (!description.isEmpty())
-        banner.setDescription(description);
+    return picture({&banner});
+}
+
+QImage firstRun() {
+    Banner banner("Harbour Office",
+                  "The first run needs an environment, which takes about half a minute: %1%", "41");
     return picture({&banner});
 }
 
@@ -95,14 +101,8 @@ QImage environment(const QString& state) {
 }
 
 const QVector<PictureState> States = {
-    {"running", [] { return running({}); }},
-    {"first-run",
-     [] {
-         return running(QCoreApplication::translate(
-                            "ExeFileExecutor",
-                            "The first run needs an environment, which takes about half a minute: %1%")
-                            .arg(41));
-     }},
+    {"running", running},
+    {"first-run", firstRun},
     {"failed-repair", [] { return failed(true, true); }},
     {"failed", [] { return failed(true, false); }},
     {"failed-public", [] { return failed(false, false); }},

@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <functional>
 
+#include "fenk/Dialog.h"
 #include "fenk/SearchEdit.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
@@ -158,6 +159,14 @@ QList<QWidget*> removal(const Scene& scene) {
     return {scene.window, QApplication::activeModalWidget()};
 }
 
+QList<QWidget*> refusedRemoval(const Scene& scene) {
+    scene.service->setError("Bottles.removeExternalProgram", "busy");
+    QWidget* question = removal(scene).last();
+    static_cast<Dialog*>(question)->button(1)->click();
+    settle(1000);
+    return {scene.window};
+}
+
 QList<QWidget*> properties(const Scene& scene, int position) {
     const Program& program = *scene.tile(position)->program();
     scene.service->setBottle(
@@ -246,6 +255,7 @@ const struct {
      }},
     {"menu", 60, menu},
     {"removal", 60, removal},
+    {"removal-refused", 60, refusedRemoval},
     {"properties", 60,
      [](const Scene& scene) {
          const QList<QWidget*> windows = properties(scene, 8);
