@@ -10,7 +10,7 @@ QString refusalOf(const Recipe& recipe, bool hadSteps, const Sources& sources) {
     const QString name = BottleName::shown(recipe.name);
     if (recipe.steps.isEmpty())
         return hadSteps ? QString("Nothing of \"%1\" is made for the Wine of this bottle.").arg(name)
-                        : QString("There is no way to install \"%1\" on this machine.").arg(name);
+                        : QString("No file is known that \"%1\" could be installed from.").arg(name);
     for (const QString& file : recipe.files()) {
         const QString refusal = sources.refusal(sources.find(file));
         if (!refusal.isEmpty())
