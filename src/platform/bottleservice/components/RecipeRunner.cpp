@@ -241,11 +241,11 @@ QProcessEnvironment RecipeRunner::environment() const {
 }
 
 void RecipeRunner::stepEnded(const QString& sentence) {
+    m_unpacked.reset();
     if (!sentence.isEmpty() || *m_cancelled) {
         finish(*m_cancelled ? QString("The installation was cancelled.") : sentence);
         return;
     }
-    m_unpacked.reset();
     m_steps.dequeue();
     Q_EMIT stepDone(m_total - m_steps.size(), m_total);
     QMetaObject::invokeMethod(this, &RecipeRunner::next, Qt::QueuedConnection);

@@ -43,9 +43,8 @@ RecipeTarget RecipeTarget::of(const QString& bottlePath, const QString& wine) {
     const QStringList directories = SlimPrefix::peDirectories(wine);
     // An old Wine keeps its files elsewhere, and then nothing is known.
     target.runs32Bit = directories.isEmpty() || !directories.filter("i386-windows").isEmpty();
-    for (const QString& directory : directories) {
+    for (const QString& directory : directories)
         target.addons += addonsNamedIn(directory + "/appwiz.cpl");
-    }
     target.addons.removeDuplicates();
     return target;
 }

@@ -30,8 +30,8 @@ const char* faultOf(const QString& name, const QJsonObject& entry) {
     if (!Sources::isPlainName(name))
         return "is no name of a file";
     const QJsonArray addresses = entry["addresses"].toArray();
-    if (addresses.isEmpty() || !std::all_of(addresses.begin(), addresses.end(), isAddress))
-        return "has no addresses, or one that is none";
+    if (entry.isEmpty() || !std::all_of(addresses.begin(), addresses.end(), isAddress))
+        return "is empty or has an address that is none";
     if (entry.contains("sha256") && !checksum.match(entry["sha256"].toString()).hasMatch())
         return "has a checksum that is none";
     const double size = entry["size"].toDouble(-1);
