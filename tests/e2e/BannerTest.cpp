@@ -83,6 +83,24 @@ private Q_SLOTS:
         QCOMPARE(programs(bottleOf("needs_sqlite3")).size(), 1);
     }
 
+    /// A repair ends what runs in the bottle only when the user has said so.
+    void otherProgramsRun() {
+        InstalledApp app({program("needs_sqlite3", "beside")}, variables());
+        QVERIFY2(app.waitForLog("show failed", LaunchMs), qPrintable(app.log()));
+        const QString other = "Z:" + program("window", "other").replace('/', '\\');
+        callBottles("run_command", {bottleOf("beside"), '"' + other + '"'});
+        const auto first = m_windows.waitForTitle(SampleTitle, LaunchMs);
+        QVERIFY(first.id != 0);
+        QVERIFY(AccessibleTree().press("repair_btn"));
+        QVERIFY2(app.waitForLog("programs run in", LaunchMs), qPrintable(app.log()));
+        QVERIFY(AccessibleTree().press("cancel_btn"));
+        QVERIFY(AccessibleTree().press("repair_btn"));
+        QCOMPARE(m_windows.waitForTitle(SampleTitle, LaunchMs).id, first.id);
+        QVERIFY(AccessibleTree().press("close_programs_btn"));
+        QVERIFY2(closeProgram(app), qPrintable(app.log()));
+        QCOMPARE(app.waitForExit(), 0);
+    }
+
     /// A stored program fails, and what its log asks for is offered by way of the command line.
     void fixup() {
         {
