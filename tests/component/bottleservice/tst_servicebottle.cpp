@@ -2,6 +2,7 @@
 #include <QElapsedTimer>
 #include <QStandardPaths>
 #include <QtTest>
+#include <csignal>
 
 #include "ServiceFixture.h"
 #include "bottleservice/wine/Processes.h"
@@ -161,6 +162,31 @@ private Q_SLOTS:
         QTRY_COMPARE(program.state(), QProcess::NotRunning);
         QTRY_COMPARE_WITH_TIMEOUT(m_service->unfinished("bottles"), QStringList(), 30000);
         QVERIFY(QFile::exists(letter));
+    }
+
+    void deleteEndsALaunch_data() {
+        QTest::addColumn<int>("delayMs");
+        QTest::addColumn<bool>("killsServer");
+        QTest::newRow("early") << 60 << false;
+        QTest::newRow("without a server") << 300 << true;
+    }
+
+    /// A launch without an id, at any stage.
+    void deleteEndsALaunch() {
+        QFETCH(int, delayMs);
+        QFETCH(bool, killsServer);
+        QVERIFY(m_service->json("createBottles", {Name, ""})["ok"].toBool());
+        const QString path = m_service->bottlePath(Name);
+        QProcess program;
+        program.setProcessEnvironment(m_service->environment());
+        program.start(LAUNCHER_SCRIPT, {Name, "--log-path", path + "/logs/x.txt", "cmd.exe", "/c", "set /p x="});
+        QTest::qWait(delayMs);
+        for (const Processes::Entry& process : Processes().ofBottle(path)) {
+            if (killsServer && process.executable.startsWith("wineserver"))
+                ::kill(process.pid, SIGKILL);
+        }
+        QCOMPARE(m_service->error("delete", {Name}), QString());
+        QTRY_VERIFY(program.state() == QProcess::NotRunning && isEmpty() && !QFileInfo::exists(path));
     }
 
     void killedWhileCreating() {

@@ -116,6 +116,34 @@ class RealWine(HomeCase):
         process.send_signal(signal.SIGTERM)
         self.assert_ends(process, 143)
 
+    def test_nothing_stays_when_the_server_was_killed(self):
+        for name, stage in (("window", "early"), ("window", "shown"), ("spawn", "handed over")):
+            with self.subTest(stage):
+                self.kill_server()
+                process = self.start("t", "--log-path", self.log, sample(KINDS[0], name), stage, stdout=subprocess.DEVNULL,
+                                     stderr=subprocess.DEVNULL)
+                if stage == "early":
+                    wait_until(lambda: self.in_bottle("services.exe"))
+                else:
+                    self.find_window(stage)
+                if stage == "handed over":
+                    self.assert_ends(process, 0)
+                for pid in self.in_bottle("wineserver"):
+                    os.kill(pid, signal.SIGKILL)
+                wait_until(lambda: not self.in_bottle(""), 5)
+                process.communicate(timeout=5)
+                self.assertEqual(self.launch("t", sample(KINDS[0], "quit"))[0], 0)
+
+    def in_bottle(self, name):
+        """Processes with this text in their command, the launcher's among them."""
+        found = []
+        for path in Path("/proc").glob("[0-9]*"):
+            with contextlib.suppress(OSError):
+                environment, command = (path / "environ").read_bytes(), (path / "cmdline").read_bytes()
+                if name.encode() in command and (self.top.encode() in environment or self.prefix.encode() in environment):
+                    found.append(int(path.name))
+        return found
+
     def assert_ends(self, process, code):
         process.communicate(timeout=30)
         self.assertEqual(process.returncode, code)

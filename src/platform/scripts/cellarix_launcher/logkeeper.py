@@ -1,7 +1,7 @@
 """Keeps a log's place on disk bounded for as long as any process writes to it.
 
 The keeper is a process of its own, since programs outlive the launcher: a setup starts what it installed and ends,
-and a launcher can be killed while its program runs on.
+and a launcher can be killed while its program runs on. For the same reason it watches over the bottle's wineserver.
 """
 
 import errno
@@ -64,7 +64,8 @@ class Keeper:
         self.tidy = tidy
         self.punched = 0
 
-    def run(self):
+    def run(self, at_end):
+        """Until the last writer has gone; at_end is called then, before a hole is taken out of the log."""
         events = self._watch()
         size = 0
         while self.has_writers():
@@ -75,6 +76,7 @@ class Keeper:
             self.thin(size)
             time.sleep(QUICK if size - before > STEP else CALM)
         self.thin(os.fstat(self.fd).st_size)
+        at_end()
         if self.tidy and self.punched:
             for _ in range(TIDY_AFTER):
                 time.sleep(1)

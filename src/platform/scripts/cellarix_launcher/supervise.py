@@ -4,6 +4,8 @@ import errno
 import os
 import signal
 
+from cellarix_launcher import orphans
+
 # What the caller has set to be ignored (nohup does) stays ignored, by Wine as well.
 PASSED_ON = tuple(number for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT)
                   if signal.getsignal(number) != signal.SIG_IGN)
@@ -101,14 +103,13 @@ def run(start, log, request, say):
     """One launch to its end. Returns the exit code for the caller."""
     mask = hold_signals()
     tail = None
-    if log is None:
-        child = start_wine(start, -1, mask)
-    elif log.fd < 0 or not log.regular:
-        child = start_wine(start, 2 if request.show_logs else _sink(log), mask)
+    if log is None or log.fd < 0 or not log.regular:
+        child = start_wine(start, -1 if log is None else 2 if request.show_logs else _sink(log), mask)
+        orphans.watch(start.env["WINEPREFIX"])
     elif log.holes:
         read_fd = os.open(f"/proc/self/fd/{log.fd}", os.O_RDONLY | os.O_CLOEXEC)
         child = start_wine(start, log.fd, mask)
-        _keep(log, read_fd, child, request)
+        _keep(log, read_fd, child, start, request)
         tail = Tail(read_fd) if request.show_logs else None
     else:
         child = _start_with_pump(start, log, request, mask)
@@ -119,11 +120,16 @@ def _sink(log):
     return log.fd if log.fd >= 0 else os.open(os.devnull, os.O_WRONLY | os.O_CLOEXEC)
 
 
-def _keep(log, read_fd, child, request):
+def _keep(log, read_fd, child, start, request):
     from cellarix_launcher import logkeeper
     os.close(log.fd)
     keeper = logkeeper.Keeper(read_fd, child.pid, not request.show_logs)
-    logkeeper.detach(keeper.run, read_fd)
+
+    def keep():
+        orphans.watch(start.env["WINEPREFIX"])
+        keeper.run(lambda: orphans.end(start.env["WINEPREFIX"]))
+
+    logkeeper.detach(keep, read_fd)
     if not request.show_logs:
         os.close(read_fd)
 
@@ -135,7 +141,13 @@ def _start_with_pump(start, log, request, mask):
     os.close(write_fd)
     echo = os.dup(2) if request.show_logs else -1
     fds = [fd for fd in (read_fd, log.fd, echo) if fd >= 0]
-    logkeeper.detach(lambda: logkeeper.pump(read_fd, logkeeper.BoundedLog(log.path, log.fd), echo), *fds)
+
+    def carry():
+        orphans.watch(start.env["WINEPREFIX"])
+        logkeeper.pump(read_fd, logkeeper.BoundedLog(log.path, log.fd), echo)
+        orphans.end(start.env["WINEPREFIX"])
+
+    logkeeper.detach(carry, *fds)
     for fd in fds:
         os.close(fd)
     return child

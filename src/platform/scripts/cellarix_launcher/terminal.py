@@ -17,7 +17,7 @@ import time
 import tty
 
 from cellarix_launcher import bottle as bottles
-from cellarix_launcher import environment, errors, logfile, supervise, words
+from cellarix_launcher import environment, errors, logfile, orphans, supervise, words
 
 EMULATORS = (
     ("x-terminal-emulator", ["-e"]),
@@ -211,6 +211,7 @@ class _Screen:
 
         child = supervise.start_wine(self.start, slave, mask, prepare)
         os.close(slave)
+        orphans.watch(self.start.env["WINEPREFIX"])
         before = _make_raw()
         try:
             self._carry(master, child)
