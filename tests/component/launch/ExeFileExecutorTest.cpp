@@ -470,7 +470,6 @@ private Q_SLOTS:
         create(1);
         m_executor->start();
         QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
-        const QByteArray runs = readFile(m_standIn.directory() + "/runs");
         if (QTest::currentDataTag() == QString("asked")) {
             QSignalSpy asked(m_executor.get(), &ExeFileExecutor::programsRunning);
             m_service->emitSignal("dependencySetupDone", "sss", {bottle, "gecko", "{\"busy\":[\"x\"]}"});
@@ -479,6 +478,7 @@ private Q_SLOTS:
 
         LogCapture errors;
         m_service->clearCalls();
+        const QString before = told();
         m_executor->cancelRepair();
         m_service->release();
         m_executor->applyFix();
@@ -497,9 +497,7 @@ private Q_SLOTS:
         QCOMPARE(calls.join(' '), (sent + " list").trimmed());
         QCOMPARE(errors.contains("Failed to cancel installing dependencies: no"),
                  sent == "cancelInstallingDependency");
-        QCOMPARE(m_results, 0);
-        if (call != "get")
-            QCOMPARE(readFile(m_standIn.directory() + "/runs"), runs);
+        QCOMPARE(told(), before);  // a launch would be told at once
     }
 
     void unreadableFile() {
