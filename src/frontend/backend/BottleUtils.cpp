@@ -122,7 +122,8 @@ QString BottleUtils::addExe(const QString& bottle, const QString& name, const QS
     const BusResult result = service().updateExternalProgram(bottle, ProgramRecord::minimal(id, name, path));
     if (!result.ok) {
         qWarning().noquote() << "can't add" << path << "to" << bottle << result.errorMessage;
-        return {};
+        // The service may have done it and died before it could answer.
+        return bottlePrograms(bottle).contains(id) ? id : QString();
     }
     return id;
 }

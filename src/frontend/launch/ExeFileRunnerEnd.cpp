@@ -156,7 +156,7 @@ void ExeFileRunner::leaveBottle(bool cleanUp, const std::function<void()>& then)
     const bool isSetUp = cleanUp && isInstaller();
     const bool isAskedFor = m_isBottleNew || (m_executor && m_executor->hasAskedForBottle());
     if (isSetUp || (m_canceled && isAskedFor))
-        LaunchCleanUp{m_bottlesName, isSetUp, m_added}.start(then);
+        LaunchCleanUp{{m_bottlesName, m_appName, m_exePath}, isSetUp, m_added}.start(then);
     else
         then();
 }

@@ -37,6 +37,8 @@ private Q_SLOTS:
         row("nothing", "", "", plain, "");
         row("as in the template", "drive_c/windows/win.ini", "[x]", plain, "");
         row("registry, logs, temporary files", "drive_c/windows/Temp/a.txt", "x", plain, "");
+        row("library of Wine", "drive_c/windows/system32/late.dll",
+            QByteArray(0x40, 'x') + "Wine builtin DLL", plain, "");
         row("the set-up's own entry", "", "", Program, "");
         row("unknown template", "", "", "Template: u\n", "its files are not known");
         row("no template", "", "", "Name: b\n", "its files are not known");

@@ -134,13 +134,16 @@ private Q_SLOTS:
         row("installer with links", installer, "links", "show", "close window",
             "added clean-but-added removed");
         row("installer with files", installer, "files", "show", "close window", "added clean-but-added");
-        row("installer, no answer", installer, "unknown", "show", "close window", "added clean-but-added");
+        row("installer, no answer", installer, "unknown", "show", "close window",
+            "added clean-but-added clean-but-added");
         row("installer without links", installer, "", "show", "close window", "added clean-but-added");
         row("failed installer", installer, "", ":", "close", "added clean-but-added");
         row("failed installer with links", installer, "links", ":", "close", "clean");
         row("failed installer, debug", installer, "files", ":", "debug window", "added clean-but-added");
         row("stopped installer", installer, "", "touch alive; wait_for close", "stop",
             "killWineServer clean");
+        row("stopped installer with files", installer, "files", "touch alive; wait_for close", "stop",
+            "killWineServer clean added");
         // Its window goes, and what it has started shows one later than the monitor waits for it.
         row("installer hands over", installer, "links",
             "show; { wait_for later; show; rm -f alive; } & exec true", "hand over, close window",

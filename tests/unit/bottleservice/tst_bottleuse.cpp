@@ -34,8 +34,9 @@ private Q_SLOTS:
 
     void expectedFiles() {
         for (const char* path :
-             {"bottle.yml", "system.reg", "wineserver", "logs/wine-a.exe.txt", "icons/x.png",
-              "drive_c/windows/Temp/x/y", "drive_c/windows/setupapi.log", "drive_c/windows/logs/a/b.txt",
+             {"bottle.yml", "system.reg", "reg76460000.tmp", "wineserver", "logs/wine-a.exe.txt",
+              "icons/x.png", "drive_c/windows/Temp/x/y", "drive_c/windows/setupapi.log",
+              "drive_c/windows/inf/input.pnf", "drive_c/windows/logs/a/b.txt",
               "drive_c/users/a/AppData/Local/Microsoft/Windows/INetCookies/index.dat",
               "drive_c/users/a/Temp/nsa1.tmp/System.dll", "drive_c/users/a/AppData/Local/Temp/~a.txt"})
             QVERIFY2(AddedFiles::isExpected(path), path);

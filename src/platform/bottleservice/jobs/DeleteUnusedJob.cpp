@@ -21,8 +21,9 @@ constexpr int EndMs = 5000;  // longer than it takes to end everything in a bott
 /// What neither a set-up nor a program is, although it does not serve the whole bottle: what the application
 /// and Wine run on their own account.
 bool isHelper(const Processes::Entry& entry) {
-    static const QList<QByteArray> names = {"enum_process_window.exe", "taskkill.exe", "conhost.exe",
-                                            "winemenubuilder.exe",     "mscorsvw.exe", "wineboot.exe"};
+    static const QList<QByteArray> names = {
+        "enum_process_window.exe", "taskkill.exe", "conhost.exe", "start.exe",
+        "winemenubuilder.exe",     "mscorsvw.exe", "wineboot.exe"};
     for (const QByteArray& argument : entry.commandLine.split('\0').mid(0, 2)) {
         const int slash = qMax(argument.lastIndexOf('\\'), argument.lastIndexOf('/'));
         if (names.contains(argument.mid(slash + 1).toLower()))
@@ -64,19 +65,20 @@ void DeleteUnusedJob::start() {
     awaitEnd();
 }
 
-bool DeleteUnusedJob::isRunning() const {
+QByteArray DeleteUnusedJob::running() const {
     const BottleStore& store = m_engine->store();
     if (!LaunchRecord::launchers(store.runningDir(), m_bottle).isEmpty())
-        return true;
+        return "a launch script";
     for (const Processes::Entry& entry : m_processes.ofBottle(store.pathOf(m_bottle))) {
         if (!Processes::servesWholeBottle(entry) && !isHelper(entry))
-            return true;
+            return entry.commandLine.isEmpty() ? entry.executable
+                                               : QByteArray(entry.commandLine).replace('\0', ' ');
     }
-    return false;
+    return {};
 }
 
 void DeleteUnusedJob::awaitEnd() {
-    if (isRunning() && !*m_cancelled && m_elapsed.elapsed() < EndMs)
+    if (!running().isEmpty() && !*m_cancelled && m_elapsed.elapsed() < EndMs)
         return;
     m_poll.stop();
     look();
@@ -116,7 +118,8 @@ void DeleteUnusedJob::conclude(const Finding& finding) {
     Answer failure;
     const auto settings = m_engine->loaded(m_bottle, &failure);
     BottleUse use;
-    use.isRunning = isRunning();
+    const QByteArray process = running();
+    use.isRunning = !process.isEmpty();
     use.isInstalling = finding.isInstalling;
     use.hasShortcuts = finding.hasShortcuts;
     use.hasFiles = finding.hasFiles;
@@ -127,10 +130,13 @@ void DeleteUnusedJob::conclude(const Finding& finding) {
         use.hasPrograms = !programs.isEmpty();
     }
     const QString reason = *m_cancelled ? "the service is ending" : use.reasonToKeep();
-    if (reason.isEmpty())
+    if (reason.isEmpty()) {
         deleteBottle();
-    else
-        keep(reason, finding);
+        return;
+    }
+    qInfo() << "keeping bottle" << BottleName::shown(m_bottle) << ":" << reason << process
+            << finding.firstFile;
+    keep(reason, finding);
 }
 
 void DeleteUnusedJob::deleteBottle() {
@@ -144,7 +150,6 @@ void DeleteUnusedJob::deleteBottle() {
 }
 
 void DeleteUnusedJob::keep(const QString& reason, const Finding& finding) {
-    qInfo() << "keeping bottle" << BottleName::shown(m_bottle) << ":" << reason << finding.firstFile;
     const QString path = m_engine->store().pathOf(m_bottle);
     if (!finding.programs.isEmpty() && m_programs->enter(m_bottle, finding.programs).isGood())
         BottleScan::clearUsersDesktop(path, QDateTime::fromSecsSinceEpoch(0));

@@ -33,7 +33,8 @@ public:
 private:
     struct Finding;
 
-    bool isRunning() const;
+    /// The command line of something that runs in the bottle, or empty.
+    QByteArray running() const;
     void awaitEnd();
     void look();
     void conclude(const Finding& finding);

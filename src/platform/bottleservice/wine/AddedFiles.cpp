@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "bottleservice/bottles/BottleScan.h"
 #include "bottleservice/wine/FileTree.h"
 
 namespace {
@@ -15,9 +16,12 @@ const char* const Expected[] = {
     // Of the service and the application.
     "^(bottle\\.yml|launch\\.json|assosiate\\.json|fileinfo\\.cache)$",
     "^(logs|icons)/",
-    // Of Wine: registry, wineserver's pid, and what winemenubuilder would be told.
-    "^(system|user|userdef)\\.reg$",
+    // Of Wine: the registry, also one whose writing was cut short, and what its processes note there.
+    "^((system|user|userdef)\\.reg|reg[0-9a-f]+\\.tmp)$",
     "^(wineserver|\\.update-timestamp)$",
+    // What Wine's plug and play and its spooler make when a bottle is used, if the template was ready before.
+    "^drive_c/windows/inf/[^/]*\\.pnf$",
+    "^drive_c/windows/system32/spool/",
     // Logs and temporary files of Windows itself.
     "^drive_c/windows/(temp|logs)/",
     "^drive_c/windows/[^/]*\\.log$",
@@ -35,6 +39,12 @@ QRegularExpression expectedPattern() {
     for (const char* part : Expected)
         parts += part;
     return QRegularExpression(parts.join('|'));
+}
+
+/// Some of Wine's own files may come into a bottle after the template was made.
+bool isOfWine(const QString& relative, const QFileInfo& file) {
+    return relative.startsWith("drive_c/windows/", Qt::CaseInsensitive) &&
+           BottleScan::isOfWine(file.filePath());
 }
 
 bool isOfTemplate(const QFileInfo& file, const QString& original) {
@@ -77,7 +87,8 @@ AddedFiles AddedFiles::of(const QString& bottlePath, const QString& templatePath
                 directories += relative + '/';
                 continue;
             }
-            if (isExpected(relative) || isOfTemplate(entry, templatePath + '/' + relative))
+            if (isExpected(relative) || isOfTemplate(entry, templatePath + '/' + relative) ||
+                isOfWine(relative, entry))
                 continue;
             if (added.first.isEmpty())
                 added.first = entry.filePath();
