@@ -302,7 +302,6 @@ void ExeFileExecutor::launchInTerminal() {
     });
 }
 
-/// Of a program that has outlived its window the script still runs when the next start comes.
 void ExeFileExecutor::closeLauncher() {
     if (m_launcher->state() != QProcess::NotRunning) {
         const QSignalBlocker quiet(m_launcher);

@@ -51,6 +51,9 @@ public:
     /// and the service rolls back the repair that it has begun. Returns at once. The Windows program goes on.
     void cancelRepair();
 
+    /// Ends the launch script, so that it starts nothing more. What it has started goes on.
+    void closeLauncher();
+
     /// Waits for the bottle choice if it is still under way.
     QString bottlesName();
     /// Never waits: the first call begins to look for the file's own icon, and until iconReady the desktop's
@@ -104,7 +107,6 @@ private:
     void createBottle();
     void launch();
     void launchInTerminal();
-    void closeLauncher();
     void readLog();
     LaunchFacts facts(int exitCode);
     void carryOut(const LaunchVerdict& verdict);

@@ -127,6 +127,7 @@ void ExeFileRunner::stop() {
     m_canceled = true;
     m_elapsedSeconds = m_executor->seconds();
     m_executor->cancelRepair();
+    m_executor->closeLauncher();
     BottleTasks::killWineServer(m_bottlesName);
     m_banner->allowClose();
     finish(true);
