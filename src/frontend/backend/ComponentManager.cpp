@@ -9,6 +9,7 @@
 
 #include "backend/BusCall.h"
 #include "backend/ComponentKind.h"
+#include "backend/PendingWork.h"
 
 namespace {
 
@@ -65,6 +66,14 @@ void ComponentManager::install(const QString& kind, const QString& name, QObject
         if (guard)
             handler(result);
     });
+}
+
+void ComponentManager::cancelInstall(const QString& kind, const QString& name) {
+    const auto onAnswer = [name, hold = PendingWork::instance()->hold()](const BusResult& answer) {
+        if (!answer.ok)
+            qWarning().noquote() << "cannot cancel the installation of" << name << answer.errorMessage;
+    };
+    BusCall::watch(*this, "cancelInstall", {kind, name}, this, onAnswer, BusReply::Wanted::Ignored);
 }
 
 QStringList ComponentManager::knownRunners() const {

@@ -29,6 +29,10 @@ public:
     void install(const QString& kind, const QString& name, QObject* context = nullptr,
                  const BusCall::Handler& handler = {});
 
+    /// Takes back one install(), which then ends as failed unless somebody else wants the component. A
+    /// failure is logged.
+    void cancelInstall(const QString& kind, const QString& name);
+
     /// Runners that are installed, then those that may be fetched.
     QStringList knownRunners() const;
 

@@ -277,7 +277,9 @@ void ExeFileExecutor::cancelRepair() {
         if (!answer.ok)
             qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
     };
-    if (awaited == Awaited::Components)
+    if (awaited == Awaited::Runner)
+        ComponentManager::instance()->cancelInstall(ComponentKind::runner(), m_runner);
+    else if (awaited == Awaited::Components)
         config->cancelInstallingDependency(m_bottlesName, config, onAnswer);
     else if (awaited == Awaited::RunnerSwitch)
         config->cancelInstallingComponent(m_bottlesName, ComponentKind::runner(), WineNames::stagingRunner(),

@@ -72,14 +72,9 @@ void ComponentRequests::fetch(const QString& kind, const QString& name) {
 void ComponentRequests::onFetched(const QString& kind, const QString& name, const QString& sentence) {
     const Install install = m_installs.take(keyOf(kind, name));
     install.work->deleteLater();
-    QJsonObject result{{"ok", sentence.isEmpty()}};
-    if (!sentence.isEmpty())
-        result.insert("error", sentence);
     if (sentence.isEmpty())
         Q_EMIT catalogueChanged(list().text);
-    Q_EMIT installed(kind, name, sentence);
-    for (const Reply& reply : install.replies)
-        reply(Answer::of(compact(result)));
+    answerInstall(install, kind, name, sentence);
     const QVector<Change> changes = m_changes;
     for (const Change& change : changes) {
         if (change.kind != kind || change.name != name || change.state != Change::Downloading)
@@ -89,6 +84,25 @@ void ComponentRequests::onFetched(const QString& kind, const QString& name, cons
         else if (Change* waiting = find(change.id))
             setUp(waiting);
     }
+}
+
+void ComponentRequests::answerInstall(const Install& install, const QString& kind, const QString& name,
+                                      const QString& error) {
+    QJsonObject result{{"ok", error.isEmpty()}};
+    if (!error.isEmpty())
+        result.insert("error", error);
+    Q_EMIT installed(kind, name, error);
+    for (const Reply& reply : install.replies)
+        reply(Answer::of(compact(result)));
+}
+
+void ComponentRequests::cancelInstall(const QString& kind, const QString& name, const Reply& reply) {
+    const auto install = m_installs.find(keyOf(kind, name));
+    if (install != m_installs.end() && install->cancelled < install->replies.size()) {
+        ++install->cancelled;
+        cancelDownload(kind, name);
+    }
+    reply(Answer::of());
 }
 
 void ComponentRequests::setComponent(const QString& bottle, const QString& kind, const QString& version,
@@ -249,18 +263,19 @@ void ComponentRequests::cancelChange(int id, const QString& why) {
 /// Ends a download that nobody waits for any more.
 void ComponentRequests::cancelDownload(const QString& kind, const QString& name) {
     const auto install = m_installs.constFind(keyOf(kind, name));
-    if (install == m_installs.constEnd() || !install->replies.isEmpty())
+    if (install == m_installs.constEnd() || install->cancelled < install->replies.size())
         return;
     for (const Change& change : qAsConst(m_changes)) {
         if (change.kind == kind && change.name == name && change.state == Change::Downloading)
             return;
     }
     // Its end is awaited by nobody; who asks again begins anew.
-    ComponentInstall* work = install->work;
-    m_installs.remove(keyOf(kind, name));
-    work->disconnect(this);
-    connect(work, &ComponentInstall::finished, work, &QObject::deleteLater);
-    work->cancel();
+    const Install ended = m_installs.take(keyOf(kind, name));
+    ended.work->disconnect(this);
+    connect(ended.work, &ComponentInstall::finished, ended.work, &QObject::deleteLater);
+    ended.work->cancel();
+    if (!ended.replies.isEmpty())
+        answerInstall(ended, kind, name, "The installation was cancelled.");
 }
 
 void ComponentRequests::close() {

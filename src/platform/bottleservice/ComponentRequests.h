@@ -26,6 +26,9 @@ public:
     Answer list() const;
     /// Answers {"ok": bool} when it is done.
     void install(const QString& kind, const QString& name, const Reply& reply);
+    /// Takes back one install() of the component. When nobody else wants it, its download ends, and all of
+    /// them are answered.
+    void cancelInstall(const QString& kind, const QString& name, const Reply& reply);
 
     /// Answers when it is known whether programs run in the bottle, which refuse it; setupDone() tells how it
     /// ended. The version "-" takes DXVK or VKD3D out of a bottle. The last request of a kind counts: it
@@ -69,11 +72,14 @@ private:
     struct Install {
         ComponentInstall* work = nullptr;
         QVector<Reply> replies;
+        int cancelled = 0;  ///< how many of them want it no more
     };
 
     Sources sources() const;
     void fetch(const QString& kind, const QString& name);
     void onFetched(const QString& kind, const QString& name, const QString& sentence);
+    void answerInstall(const Install& install, const QString& kind, const QString& name,
+                       const QString& error);
     void onLooked(int id, const QStringList& running);
     void setUp(Change* change);
     Change* find(int id);

@@ -209,6 +209,29 @@ private Q_SLOTS:
                  QStringList{"ttp://files.invalid/setup.exe@0"});  // without the first letter
     }
 
+    /// Of two who want a component for the machine, the last who takes that back ends its download.
+    void cancellingForTheMachine() {
+        m_service->write("sources.json", QString(R"({"allow_unverified":true,"mirrors":["%1silent"],
+            "archives":{"runner":{"late":"late.tgz"}}})")
+                                             .arg(m_server.address(""))
+                                             .toUtf8());
+        QStringList answers;
+        for (int i = 0; i < 2; ++i) {
+            auto* call = new QDBusPendingCallWatcher(
+                m_service->callLater("install", {"runner", "late"}, "Components"), this);
+            connect(call, &QDBusPendingCallWatcher::finished, this,
+                    [&answers, call] { answers += call->reply().arguments().value(0).toString(); });
+        }
+        QTRY_VERIFY(!m_server.requests.isEmpty());
+        m_service->call("cancelInstall", {"runner", "late"}, "Components");
+        m_service->call("list", {}, "Components");
+        QVERIFY(answers.isEmpty());
+        m_service->call("cancelInstall", {"runner", "late"}, "Components");
+        const QString cancelled = R"({"error":"The installation was cancelled.","ok":false})";
+        QTRY_COMPARE(answers, QStringList({cancelled, cancelled}));
+        QCOMPARE(told("installed(0, runner, late").size(), 1);
+    }
+
     void killedAndDeleted() {
         install("slow");
         QTRY_VERIFY(state() == "newnewnew");

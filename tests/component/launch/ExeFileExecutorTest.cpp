@@ -438,7 +438,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("sent");
         const auto row = [](const char* name, const char* call, bool isHeld, const char* log,
                             const char* sent) { QTest::newRow(name) << call << isHeld << log << sent; };
-        row("runner", "install", true, "", "");
+        row("runner", "install", true, "", "cancelInstall");
         row("bottle", "createBottles", true, "", "");
         row("running", "get", false, "", "");
         row("links", "scanApplicationLinks", true, "", "");

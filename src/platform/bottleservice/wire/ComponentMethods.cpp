@@ -32,7 +32,9 @@ QVariantList progressOf(qint64 received, qint64 total) {
 ComponentsObject::ComponentsObject(ComponentRequests* requests, QObject* parent)
     : BusObject("/com/lumora/Manager/Components", ":/wire/com.lumora.Manager.Components.xml", parent) {
     handle("list", [requests](const QVariantList&, const Reply& reply) { reply(requests->list()); });
-    handleTwoTexts<ComponentRequests>(this, requests, {{"install", &ComponentRequests::install}});
+    handleTwoTexts<ComponentRequests>(
+        this, requests,
+        {{"install", &ComponentRequests::install}, {"cancelInstall", &ComponentRequests::cancelInstall}});
     connect(requests, &ComponentRequests::progress, this,
             [this](const QString& kind, const QString& name, qint64 received, qint64 total) {
                 emitSignal("updateProgress", QVariantList{kind, name} + progressOf(received, total));
