@@ -5,6 +5,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QtConcurrent>
+#include <functional>
 
 #include "backend/BottleCleanUp.h"
 #include "backend/BottlesConfig.h"
