@@ -152,5 +152,6 @@ void ServiceFixture::onSignal(const QDBusMessage& message) {
     QStringList arguments;
     for (const QVariant& argument : message.arguments())
         arguments += argument.toString();
-    signalLog += message.member() + '(' + arguments.join(", ") + ')';
+    QStringList& log = message.interface().endsWith(".Templates") ? templateLog : signalLog;
+    log += message.member() + '(' + arguments.join(", ") + ')';
 }

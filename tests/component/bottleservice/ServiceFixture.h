@@ -58,6 +58,8 @@ public:
 
     /// "name(argument, ...)" in the order of arrival.
     QStringList signalLog;
+    /// The same of the templates' object, which tells of every first bottle.
+    QStringList templateLog;
     /// Variables of the service's environment besides its own, for the next start.
     QMap<QString, QString> variables;
 

@@ -220,8 +220,8 @@ private Q_SLOTS:
             QVERIFY(QFile::remove(go));
         }
         QVERIFY(service.json("createBottles", {"first", ""})["created"].toBool());
-        QTRY_VERIFY(service.signalLog.contains("preparing(lumora-wine10-stable, 100)"));
-        QStringList told = service.signalLog.filter("preparing(lumora-wine10-stable, ");
+        QTRY_VERIFY(service.templateLog.contains("preparing(lumora-wine10-stable, 100)"));
+        QStringList told = service.templateLog.filter("preparing(lumora-wine10-stable, ");
         for (QString& line : told)
             line = line.section(' ', 1).rightJustified(5);
         QVERIFY2(told.size() > 2 && std::is_sorted(told.begin(), told.end()), qPrintable(told.join(' ')));
