@@ -118,12 +118,13 @@ class Commands(LaunchCase):
         self.bottle()
         native = self.write("native.exe", pe_head(0x14C, 0x10B))
         self.assertEqual(self.launch("t", native)[0], 0, "a Wine of unknown build is not judged")
-        os.makedirs(self.path("wine/lib/wine/x86_64-windows"))
+        for library in ("x86_64-windows/kernel32.dll", "i386-windows/zlib1.dll"):
+            self.write(f"wine/lib/wine/{library}", "")
         for content, code in ((pe_head(0x14C, 0x10B), 78), (pe_head(0x8664, 0x20B), 0),
                               (pe_head(0x14C, 0x10B, clr=0x2000), 0), (pe_head(0x14C, 0x10B)[:100], 0)):
             got, _, err = self.launch("t", self.write("a.exe", content))
             self.assertEqual((got, '"a.exe" is a 32-bit program; install wine32' in err), (code, code == 78))
-        os.makedirs(self.path("wine/lib/wine/i386-windows"))
+        self.write("wine/lib/wine/i386-windows/kernel32.dll", "")
         self.assertEqual(self.launch("t", native)[0], 0)
 
     def test_the_loader_fits_the_program(self):

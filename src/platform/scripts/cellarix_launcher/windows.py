@@ -152,12 +152,15 @@ def is_pe32(file):
 
 
 def wine_lacks_32bit(wine):
-    """True only for a Wine whose 64-bit modules are seen and whose 32-bit ones are not."""
+    """True only for a Wine whose 64-bit modules are seen and whose 32-bit ones are not.
+
+    A directory alone tells nothing: Debian's 64-bit package has one with a single library for 32 bits.
+    """
     root = os.path.dirname(os.path.dirname(os.path.realpath(wine)))
     libraries = ("lib/wine", "lib64/wine", "lib32/wine", "lib/x86_64-linux-gnu/wine", "lib/i386-linux-gnu/wine")
-    modules = [set(_entries(os.path.join(root, library))) for library in libraries]
-    present = set().union(*modules)
-    return "x86_64-windows" in present and "i386-windows" not in present
+    present = {kind for kind in ("x86_64-windows", "i386-windows") for library in libraries
+               if os.path.exists(os.path.join(root, library, kind, "kernel32.dll"))}
+    return present == {"x86_64-windows"}
 
 
 def check_bits(program, wine):
