@@ -16,8 +16,20 @@
 namespace TestSupport {
 
 namespace {
+
 constexpr int ShownBytes = 4000;
+
+bool runs32Bit() {
+    const QString wine = QFileInfo(QStandardPaths::findExecutable("wine")).canonicalFilePath();
+    const QDir root(QFileInfo(wine).path() + "/..");
+    for (const char* library : {"lib", "lib64", "lib32", "lib/x86_64-linux-gnu", "lib/i386-linux-gnu"}) {
+        if (root.exists(QString(library) + "/wine/i386-windows/ntdll.dll"))
+            return true;
+    }
+    return false;
 }
+
+}  // namespace
 
 InstalledApp::InstalledApp(const QStringList& arguments, const QStringList& variables) {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
@@ -60,6 +72,8 @@ void InstalledApp::acceptAgreement() {
 }
 
 QString sample(const QString& name, int bits) {
+    if (bits == 32 && !runs32Bit())
+        return {};
     const QString path =
         QString(TEST_BINARY_DIR "/tests/programs/%1/%2.exe").arg(bits == 64 ? "x64" : "x86", name);
     return QFileInfo::exists(path) ? path : QString();

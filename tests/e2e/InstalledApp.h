@@ -31,7 +31,8 @@ private:
     QString m_log;
 };
 
-/// A built Windows sample ("window", "console", ...), 64 or 32 bit. Empty when its compiler was missing.
+/// A built Windows sample ("window", "console", ...), 64 or 32 bit. Empty when its compiler was missing or
+/// the Wine of this machine does not run such programs.
 QString sample(const QString& name, int bits = 64);
 /// The same sample under another file name in a new directory.
 QString sampleAs(const QString& name, const QString& directory, const QString& fileName, int bits = 64);

@@ -87,7 +87,8 @@ private Q_SLOTS:
             QSKIP("makensis-is-not-installed");
         const QString bottle = m_service->bottlePath("second");
         const QString system = target.isEmpty() ? QString("/drive_c/windows/syswow64/") : System;
-        if (target.isEmpty() && !QFileInfo::exists("/usr/lib/i386-linux-gnu/wine/i386-windows/kernel32.dll"))
+        const QString wine = QStandardPaths::findExecutable("wine");
+        if (target.isEmpty() && SlimPrefix::peDirectories(wine).filter("i386-windows").isEmpty())
             QSKIP("wine32-is-not-installed");
         const auto& home = m_service->home();
         const QString work = home.path() + "/work";
@@ -104,8 +105,7 @@ private Q_SLOTS:
             "work/setup.nsi", script + "FileOpen $0 $SYSDIR\\done.txt w\nFileClose $0\nSectionEnd\n");
         QVERIFY(TestSupport::runProcess("makensis", {"-V1", setup}).ok());
 
-        const QStringList others = SlimPrefix::peDirectories(QStandardPaths::findExecutable("wine"))
-                                   << m_template;
+        const QStringList others = SlimPrefix::peDirectories(wine) << m_template;
         const auto before = digest(others);
         QCOMPARE(m_service->error("run_command", {"second", '"' + work + "/run/setup.exe\" /S"}), QString());
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(bottle + system + "done.txt"), 60000);
