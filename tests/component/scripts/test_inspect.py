@@ -131,6 +131,7 @@ PROGRAMS = [
     ([], program(b"x" * 9000, resources={(10, 1): cabinet(99)})),
     ([], program(wide("msiexec"), resources={("DOC", 1): compound(bytes(16), elsewhere=MSI)})),
     ([], program(b"x" * 9000 + wide("msiexec"), resources={("DOC", 1): compound(MSI, directory=90)[:600]})),
+    ([], program(b"x" * 9000, resources={("MSI", 1): compound(MSI)})),
     ([], program(overlay=compound(bytes(16), directory=90)[:9000])),
     ([], compound(bytes(16), elsewhere=MSI)),
     (["Library: .NET(v4.0.30319)"], net(text=EVERY_WORD.replace(wide(KEY), b""))),

@@ -100,9 +100,10 @@ rule windows_installer {
     for any of them : ($ at ((uint32(0x30) + 1) << uint16(0x1E)) + 0x50)
 }
 
-// A set-up around a package of the Windows Installer has it behind its sections or as a resource. The package is known
-// as above. Of a large file only the beginning is looked at, often without the package's directory: then the package is
-// most of what is there, and the program names the one that installs it.
+// A set-up around a package of the Windows Installer has it behind its sections, or as a resource that is most of the
+// file; a program that brings a small one to install it elsewhere is none. The package is known as above. Of a large
+// file only the beginning is looked at, often without the package's directory: then the package is most of what is
+// there, and the program names the one that installs it.
 rule windows_installer_sfx {
   meta:
     type = "Installer"
@@ -116,7 +117,8 @@ rule windows_installer_sfx {
   condition:
     pe.is_pe and for any i in (1..16) : (i <= #compound and uint16(@compound[i] + 0x1E) <= 12 and (
       (pe.overlay.size > 0 and @compound[i] >= pe.overlay.offset and @compound[i] <= pe.overlay.offset + 4096) or
-      for any resource in pe.resources : (resource.offset == @compound[i])) and (
+      for any resource in pe.resources : (resource.offset == @compound[i] and
+        (resource.length * 2 > filesize or (filesize - resource.offset) * 2 > filesize))) and (
       for any of ($database, $patch) : (
         $ at @compound[i] + ((uint32(@compound[i] + 0x30) + 1) << uint16(@compound[i] + 0x1E)) + 0x50) or
       ($installer and (filesize - @compound[i]) * 2 > filesize and
