@@ -1,6 +1,6 @@
 // Shows one window, titled by the first argument, and ends with 0 when it is closed. With the second argument
-// "stay" it goes on for a minute with one that nobody sees; with "tray" its window only hides at the first
-// time and comes back after 8 s. Built with PART it needs a library.
+// "stay" it goes on for a minute with one that nobody sees; with "tray" its window only hides. Built with
+// PART it needs a library.
 #include <windows.h>
 
 #include <cwchar>
@@ -15,23 +15,15 @@ static int PART() {
 
 namespace {
 
-constexpr UINT HiddenMs = 8000;
-bool hidesOnce = false;
+bool hides = false;
 
 LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
     switch (message) {
         case WM_CLOSE:
-            if (!hidesOnce) {
+            if (hides)
+                ShowWindow(window, SW_HIDE);
+            else
                 DestroyWindow(window);
-                return 0;
-            }
-            hidesOnce = false;
-            ShowWindow(window, SW_HIDE);
-            SetTimer(window, 1, HiddenMs, nullptr);
-            return 0;
-        case WM_TIMER:
-            KillTimer(window, first);
-            ShowWindow(window, SW_SHOW);
             return 0;
         case WM_DESTROY:
             PostQuitMessage(0);
@@ -45,7 +37,7 @@ LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM first, LPARAM s
 
 int wmain(int argc, wchar_t** argv) {
     const bool stays = argc > 2 && std::wcscmp(argv[2], L"stay") == 0;
-    hidesOnce = argc > 2 && std::wcscmp(argv[2], L"tray") == 0;
+    hides = argc > 2 && std::wcscmp(argv[2], L"tray") == 0;
     const HINSTANCE instance = GetModuleHandleW(nullptr);
     WNDCLASSW type = {};
     type.lpfnWndProc = handleMessage;
