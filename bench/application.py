@@ -123,8 +123,8 @@ def main():
     launch = median(launch_once)
     launcher = median(launcher_once)
     window, service = window_memory(), memory(service_pid())
-    with subprocess.Popen(["/usr/bin/python3", "-I", "-S", "-c", "import sys; print(flush=True); sys.stdin.read()"], stdin=subprocess.PIPE,
-                          stdout=subprocess.PIPE) as shell:
+    idle = ["/usr/bin/python3", "-I", "-S", "-c", "import sys; print(flush=True); sys.stdin.read()"]
+    with subprocess.Popen(idle, stdin=subprocess.PIPE, stdout=subprocess.PIPE) as shell:
         shell.stdout.readline()
         bare = memory(shell.pid)
     print("| what | figure | baseline of the same run | ratio |\n|---|---|---|---|")

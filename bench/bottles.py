@@ -3,8 +3,8 @@
 
     scripts/session --private bench/bottles.py [RUNS]
 
-Each figure is the median of RUNS (5; at most 3 bare prefixes), but for what can only happen once. Disk is what the tree itself takes: a link
-counts as a link.
+Each figure is the median of RUNS (5; at most 3 bare prefixes), but for what can only happen once. Disk is what the tree
+itself takes: a link counts as a link.
 """
 import os
 import pathlib
@@ -91,7 +91,7 @@ def main():
     print("| what | bottle | bare Wine | ratio |\n|---|---|---|---|")
     for name, ours, theirs, unit, what in rows:
         print(f"| {name} | {ours:.2f} {unit} | {what}: {theirs:.2f} {unit} | {ours / theirs:.2f} |")
-    idle = min(4 * RUNS, 20)
+    idle = 20 if RUNS > 1 else 1
     before = service_state()
     time.sleep(idle)
     after = service_state()
