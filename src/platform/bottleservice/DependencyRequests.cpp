@@ -51,7 +51,7 @@ void DependencyRequests::install(const QString& bottle, const QString& dependenc
 
 void DependencyRequests::startFirst(const QString& bottle, const Reply& reply) {
     m_engine->waitBeforeInstall(bottle, this, [this, bottle, reply](const QStringList& running) {
-        if (running.isEmpty()) {
+        if (running.isEmpty() || m_lines[bottle].head().cancelled) {
             reply(Answer::of());
             planFirst(bottle);
         } else {

@@ -169,6 +169,11 @@ private Q_SLOTS:
         QCOMPARE(record()["Installed_Dependencies"].toArray(), QJsonArray());
         install("good");
         QTRY_VERIFY(!told("Done(real, good, {\"ok\":true})").isEmpty());
+        // What runs in a bottle that cannot be backed up goes on.
+        QVERIFY(QDir().rename(path("drive_c/windows"), path("drive_c/moved")));
+        install("needy");
+        QTRY_COMPARE(told("The bottle has no directory").size(), 1);
+        QVERIFY(!QFile::exists(path("unannounced")));
     }
 
     /// Out of an archive, and only the steps that are for this bottle and its Wine.

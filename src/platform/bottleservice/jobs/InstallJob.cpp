@@ -78,7 +78,7 @@ void InstallJob::begin() {
     }
     const QString fault = BottleBackup::announce(bottlePath());
     if (!fault.isEmpty()) {
-        takeBack(fault);
+        conclude(fault);  // nothing was begun, and what runs in the bottle is the user's
         return;
     }
     // Whatever starts from now on waits, so that this look cannot miss a program.
@@ -86,11 +86,11 @@ void InstallJob::begin() {
 }
 
 void InstallJob::onLooked(const QStringList& running) {
-    if (!running.isEmpty()) {
+    if (*m_cancelled) {
+        conclude("The installation was cancelled.");
+    } else if (!running.isEmpty()) {
         m_engine->removeBackup(m_bottle);
         finish(Answer::busy(running));
-    } else if (*m_cancelled) {
-        conclude("The installation was cancelled.");
     } else {
         Q_EMIT started();
         stopBottle([this] { setAside(); });
