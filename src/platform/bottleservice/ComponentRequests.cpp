@@ -279,6 +279,7 @@ void ComponentRequests::cancelDownload(const QString& kind, const QString& name)
 }
 
 void ComponentRequests::close() {
-    for (const Install& install : qAsConst(m_installs))
+    const QHash<QString, Install> installs = m_installs;  // an end takes its own out
+    for (const Install& install : installs)
         install.work->cancel();
 }
