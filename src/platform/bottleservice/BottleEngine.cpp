@@ -293,7 +293,7 @@ void BottleEngine::waitForPrograms(const QString& bottle, QObject* context,
 
 void BottleEngine::waitBeforeInstall(const QString& bottle, QObject* context,
                                      const std::function<void(const QStringList&)>& then) {
-    if (BottleBackup::state(m_store.pathOf(bottle)) != BottleBackup::State::None)
+    if (m_queue.hasJobs(bottle))
         then({});
     else
         waitForPrograms(bottle, context, then);

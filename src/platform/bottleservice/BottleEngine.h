@@ -73,8 +73,8 @@ public:
     /// context is destroyed before.
     void waitForPrograms(const QString& bottle, QObject* context,
                          const std::function<void(const QStringList& running)>& then);
-    /// The same for a request, before the bottle's turn: an installation that is under way there has looked
-    /// itself, and its own processes do not count.
+    /// The same for a request, before the bottle's turn. While the service itself is at work in the bottle
+    /// there is nothing to tell: its processes are no programs, and an installation looks once more.
     void waitBeforeInstall(const QString& bottle, QObject* context,
                            const std::function<void(const QStringList& running)>& then);
     /// Removes the files that an installation has set aside.

@@ -20,6 +20,7 @@ public:
     void add(const QString& bottle, std::unique_ptr<Job> job);
 
     bool isIdle() const { return m_lines.isEmpty(); }
+    bool hasJobs(const QString& bottle) const { return m_lines.contains(bottle); }
 
     /// Takes no more jobs, drops those that wait (they answer that they were cancelled) and cancels those
     /// that run.
