@@ -13,6 +13,15 @@ namespace {
 
 constexpr int RetryMs = 50;
 
+/// Those who wait share a lock of their own on one byte of the file.
+struct flock waitersLock(short type) {
+    struct flock lock = {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_len = 1;
+    return lock;
+}
+
 }  // namespace
 
 DataDirLock::DataDirLock(const QString& dataDir) {
@@ -29,12 +38,21 @@ DataDirLock::~DataDirLock() {
 bool DataDirLock::acquire(int timeoutMs) {
     QElapsedTimer elapsed;
     elapsed.start();
-    while (m_fd >= 0) {
-        if (flock(m_fd, LOCK_EX | LOCK_NB) == 0)
-            return true;
-        if (elapsed.elapsed() >= timeoutMs)
-            return false;
+    bool isHeld = m_fd >= 0 && flock(m_fd, LOCK_EX | LOCK_NB) == 0;
+    if (m_fd < 0 || isHeld || timeoutMs <= 0)
+        return isHeld;
+    struct flock waiting = waitersLock(F_RDLCK);
+    fcntl(m_fd, F_OFD_SETLK, &waiting);
+    while (!isHeld && elapsed.elapsed() < timeoutMs) {
         QThread::msleep(RetryMs);
+        isHeld = flock(m_fd, LOCK_EX | LOCK_NB) == 0;
     }
-    return false;
+    waiting = waitersLock(F_UNLCK);
+    fcntl(m_fd, F_OFD_SETLK, &waiting);
+    return isHeld;
+}
+
+bool DataDirLock::isWanted() const {
+    struct flock lock = waitersLock(F_WRLCK);
+    return m_fd >= 0 && fcntl(m_fd, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }

@@ -13,6 +13,8 @@ public:
 
     /// Waits, for an earlier service that is about to end. False when the time is over.
     bool acquire(int timeoutMs);
+    /// Another process waits in acquire().
+    bool isWanted() const;
 
 private:
     int m_fd = -1;

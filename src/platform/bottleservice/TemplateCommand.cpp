@@ -5,6 +5,7 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QTimer>
 #include <csignal>
 #include <cstdio>
 #include <limits>
@@ -22,6 +23,7 @@ namespace {
 const char ServiceName[] = "com.lumora.LumoraWineLauncher";
 const char ObjectPath[] = "/com/lumora/Manager/Templates";
 const char InterfaceName[] = "com.lumora.Manager.Templates";
+constexpr int LookMs = 250;
 
 }  // namespace
 
@@ -63,11 +65,19 @@ int TemplateCommand::prepare(const QString& dataDir) {
     if (!templates.isMissing(*runner))
         return 0;
     ServiceLog::start(dataDir);
-    ShutdownSignals shutdown;
-    QObject::connect(&shutdown, &ShutdownSignals::received, &templates, [&templates] {
+    const auto leave = [&templates] {
         if (!templates.isAlmostDone())
             templates.cancel();
+    };
+    ShutdownSignals shutdown;
+    QObject::connect(&shutdown, &ShutdownSignals::received, &templates, leave);
+    // A service waits for the directory for a shorter time than a template takes.
+    QTimer looks;
+    QObject::connect(&looks, &QTimer::timeout, &templates, [&lock, &leave] {
+        if (lock.isWanted())
+            leave();
     });
+    looks.start(LookMs);
     templates.obtain(*runner, &templates, [](const QString&, const QString&) {});
     QObject::connect(&templates, &Templates::idle, QCoreApplication::instance(), &QCoreApplication::quit,
                      Qt::QueuedConnection);

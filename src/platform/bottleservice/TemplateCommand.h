@@ -14,8 +14,8 @@ int check(const QString& dataDir);
 int recreate();
 
 /// Makes the template of the default runner if it is missing, in this process and without the bus; SIGTERM
-/// takes back what would take longer than a second. Leaves it to a service that runs, and never fails: what
-/// was not made is made with the first bottle.
+/// takes back what would take longer than a second, and so does a service that is started meanwhile. Leaves
+/// it to a service that runs, and never fails: what was not made is made with the first bottle.
 int prepare(const QString& dataDir);
 
 }  // namespace TemplateCommand

@@ -198,7 +198,14 @@ private Q_SLOTS:
             const QByteArray letters = states();
             return letters.size() > 2 && letters.count('T') == letters.size();
         };
+        // Who prepares beside the service makes way for it.
+        TestSupport::ChildProcess early;
+        early.setProcessEnvironment(service.environment());
+        early.start(SERVICE_EXECUTABLE, {"--prepare-templates"});
+        QTRY_VERIFY_WITH_TIMEOUT(states().size() > 2, 30000);
         QVERIFY(service.start());
+        QTRY_COMPARE(early.state(), QProcess::NotRunning);
+        QCOMPARE(early.exitCode(), 0);
         QTRY_VERIFY_WITH_TIMEOUT(states().size() > 2, 30000);
         QVector<QDBusPendingCall> others{service.callLater("createBottles", {"other", "slow"})};
         QTRY_VERIFY_WITH_TIMEOUT(isStopped(), 10000);
