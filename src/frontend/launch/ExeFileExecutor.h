@@ -140,7 +140,7 @@ private:
     WineLauncher* m_launcher;
     bool m_installFailed = false;    ///< by the log of the last start
     bool m_scriptFailed = false;     ///< the launch script could not be started
-    QString m_obstacle;              ///< why the script never reached the program
+    QString m_launchError;           ///< why the script never reached the program
     bool m_hasHandedOver = false;    ///< the first process has ended, and the monitor tells when the rest has
     int m_exitCode = 0;              ///< of the process that has handed over
     bool m_areLinksEntered = false;  ///< in the present start, before its end

@@ -112,7 +112,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     m_hasHandedOver = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
-    m_obstacle = LauncherExit::failure(m_launcher->logPath(), displayName());
+    m_launchError = LauncherExit::failure(m_launcher->logPath(), displayName());
     LaunchFacts found = facts(exitCode);
     if (found.isFailed())
         qInfo() << "Launch failed";
@@ -129,7 +129,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     }
     Q_EMIT emitMsg(LaunchVerdict::endMessage(exitCode, found), MsgLine);
     found = facts(exitCode);
-    found.stagingKnown = found.isFailed() && m_obstacle.isEmpty() && isStagingKnown();
+    found.stagingKnown = found.isFailed() && m_launchError.isEmpty() && isStagingKnown();
     carryOut(LaunchVerdict::of(found));
 }
 
@@ -211,8 +211,8 @@ void ExeFileExecutor::report(const LaunchVerdict& verdict) {
     const LaunchVerdict told = verdict;  // who hears of it may start anew
     if (!told.message.isEmpty())
         Q_EMIT emitMsg(told.message, MsgLine);
-    if (!m_obstacle.isEmpty())
-        Q_EMIT emitMsg(m_obstacle, MsgError);
+    if (!m_launchError.isEmpty())
+        Q_EMIT emitMsg(m_launchError, MsgError);
     if (told.next == LaunchVerdict::Succeeded)
         Q_EMIT runSuccessed();
     else

@@ -514,7 +514,7 @@ private Q_SLOTS:
     }
 
     /// What keeps the program from being started is the last word before the failure, and no repair helps.
-    void obstacle() {
+    void launchError() {
         m_file += "32.exe";
         if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
             QSKIP("the Windows compiler is not on this machine");
