@@ -72,6 +72,8 @@ void ExeFileExecutor::connectParts() {
     connect(m_monitor, &WineExeProcessMonitor::appLingers, this, &ExeFileExecutor::onAppLingers);
     connect(m_monitor, &WineExeProcessMonitor::processListUpdate, this, &ExeFileExecutor::onProcesses);
     connect(m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
+    connect(new TemplateProgress(this), &TemplateProgress::preparing, this,
+            &ExeFileExecutor::onTemplateProgress);
     connect(m_queue, &DependencyInstallQueue::emitMsg, this, &ExeFileExecutor::emitMsg);
     connect(m_queue, &DependencyInstallQueue::emitStep, this, &ExeFileExecutor::emitStep);
     connect(m_queue, &DependencyInstallQueue::blocked, this, &ExeFileExecutor::askForPrograms);
@@ -230,22 +232,23 @@ void ExeFileExecutor::createBottle() {
     Q_EMIT emitMsg(tr("Start initializing envrionment, please wait..."), MsgStatus);
     m_awaited = Awaited::Bottle;
     m_isBottleNew = true;
-    auto* progress = new TemplateProgress(this);
-    connect(progress, &TemplateProgress::preparing, this, [this](const QString& runner, int percent) {
-        if (m_awaited == Awaited::Bottle && runner == m_runner)
-            Q_EMIT emitMsg(
-                tr("The first run needs an environment, which takes about half a minute: %1%").arg(percent),
-                MsgStatus);
-    });
     config->createBottles(m_bottlesName, m_runner);
     // A failed creation goes on to a launch that fails by itself and says why.
-    connect(config, &BottlesConfig::bottlesCreated, this, [this, config, progress](const QString& bottle) {
+    connect(config, &BottlesConfig::bottlesCreated, this, [this, config](const QString& bottle) {
         if (bottle != m_bottlesName)
             return;
         config->disconnect(this);
-        delete progress;
         launch();
     });
+}
+
+void ExeFileExecutor::onTemplateProgress(const QString& runner, int percent) {
+    const bool isOurs = (m_awaited == Awaited::Bottle && runner == m_runner) ||
+                        (m_awaited == Awaited::RunnerSwitch && runner == WineNames::stagingRunner());
+    if (isOurs)
+        Q_EMIT emitMsg(
+            tr("The first run needs an environment, which takes about half a minute: %1%").arg(percent),
+            MsgStatus);
 }
 
 void ExeFileExecutor::launchProgram(const QString& bottle, const QString& programUuid) {

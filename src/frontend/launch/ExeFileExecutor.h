@@ -118,6 +118,7 @@ private:
     void askForPrograms(const QStringList& names);
     void giveUp();
     void onServiceLost();
+    void onTemplateProgress(const QString& runner, int percent);
     void onTick();
     void onAppStart();
     void onAppQuit();
