@@ -278,17 +278,19 @@ void BottleEngine::enqueueStop(const QString& bottle, std::unique_ptr<Job> job) 
     m_stops.add(bottle, std::move(job));
 }
 
+QStringList BottleEngine::runningPrograms(const QString& bottle) const {
+    Answer failure;
+    const auto settings = loaded(bottle, &failure);
+    const QJsonObject programs =
+        settings ? settings->record().value("External_Programs").toObject() : QJsonObject();
+    return RunningPrograms::names(Processes().ofBottle(m_store.pathOf(bottle)),
+                                  LaunchRecord::starting(m_store.runningDir(), bottle), programs);
+}
+
 void BottleEngine::waitForPrograms(const QString& bottle, QObject* context,
                                    const std::function<void(const QStringList&)>& then) {
-    const auto look = [this, bottle] {
-        Answer failure;
-        const auto settings = loaded(bottle, &failure);
-        const QJsonObject programs =
-            settings ? settings->record().value("External_Programs").toObject() : QJsonObject();
-        return RunningPrograms::names(Processes().ofBottle(m_store.pathOf(bottle)),
-                                      LaunchRecord::starting(m_store.runningDir(), bottle), programs);
-    };
-    RunningPrograms::await(context, look, then);
+    RunningPrograms::await(
+        context, [this, bottle] { return runningPrograms(bottle); }, then);
 }
 
 void BottleEngine::waitBeforeInstall(const QString& bottle, QObject* context,

@@ -68,6 +68,8 @@ public:
     /// For jobs that only end processes: beside the bottle's queue, since nobody waits for minutes until a
     /// program is ended.
     void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
+    /// The names of the programs that run in the bottle or are being started there.
+    QStringList runningPrograms(const QString& bottle) const;
     /// Calls then with the names of the programs that run in the bottle or are being started there: at once
     /// when there are none, otherwise when they have ended or after RunningPrograms::GraceMs. Not called when
     /// context is destroyed before.

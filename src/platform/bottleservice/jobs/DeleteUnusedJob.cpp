@@ -11,26 +11,11 @@
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/wine/AddedFiles.h"
-#include "bottleservice/wine/LaunchRecords.h"
 
 namespace {
 
 constexpr int PollMs = 100;
 constexpr int EndMs = 5000;  // longer than it takes to end everything in a bottle
-
-/// What neither a set-up nor a program is, although it does not serve the whole bottle: what the application
-/// and Wine run on their own account.
-bool isHelper(const Processes::Entry& entry) {
-    static const QList<QByteArray> names = {
-        "enum_process_window.exe", "taskkill.exe", "conhost.exe", "start.exe",
-        "winemenubuilder.exe",     "mscorsvw.exe", "wineboot.exe"};
-    for (const QByteArray& argument : entry.commandLine.split('\0').mid(0, 2)) {
-        const int slash = qMax(argument.lastIndexOf('\\'), argument.lastIndexOf('/'));
-        if (names.contains(argument.mid(slash + 1).toLower()))
-            return true;
-    }
-    return false;
-}
 
 }  // namespace
 
@@ -65,20 +50,8 @@ void DeleteUnusedJob::start() {
     awaitEnd();
 }
 
-QByteArray DeleteUnusedJob::running() const {
-    const BottleStore& store = m_engine->store();
-    if (!LaunchRecord::launchers(store.runningDir(), m_bottle).isEmpty())
-        return "a launch script";
-    for (const Processes::Entry& entry : m_processes.ofBottle(store.pathOf(m_bottle))) {
-        if (!Processes::servesWholeBottle(entry) && !isHelper(entry))
-            return entry.commandLine.isEmpty() ? entry.executable
-                                               : QByteArray(entry.commandLine).replace('\0', ' ');
-    }
-    return {};
-}
-
 void DeleteUnusedJob::awaitEnd() {
-    if (!running().isEmpty() && !*m_cancelled && m_elapsed.elapsed() < EndMs)
+    if (!*m_cancelled && m_elapsed.elapsed() < EndMs && !m_engine->runningPrograms(m_bottle).isEmpty())
         return;
     m_poll.stop();
     look();
@@ -118,8 +91,8 @@ void DeleteUnusedJob::conclude(const Finding& finding) {
     Answer failure;
     const auto settings = m_engine->loaded(m_bottle, &failure);
     BottleUse use;
-    const QByteArray process = running();
-    use.isRunning = !process.isEmpty();
+    const QStringList running = m_engine->runningPrograms(m_bottle);
+    use.isRunning = !running.isEmpty();
     use.isInstalling = finding.isInstalling;
     use.hasShortcuts = finding.hasShortcuts;
     use.hasFiles = finding.hasFiles;
@@ -134,7 +107,7 @@ void DeleteUnusedJob::conclude(const Finding& finding) {
         deleteBottle();
         return;
     }
-    qInfo() << "keeping bottle" << BottleName::shown(m_bottle) << ":" << reason << process
+    qInfo() << "keeping bottle" << BottleName::shown(m_bottle) << ":" << reason << running
             << finding.firstFile;
     keep(reason, finding);
 }

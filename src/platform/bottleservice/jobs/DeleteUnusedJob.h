@@ -7,7 +7,6 @@
 
 #include "bottleservice/bottles/BottleUse.h"
 #include "bottleservice/jobs/Job.h"
-#include "bottleservice/wine/Processes.h"
 
 class BottleEngine;
 class ProgramRequests;
@@ -33,8 +32,6 @@ public:
 private:
     struct Finding;
 
-    /// The command line of something that runs in the bottle, or empty.
-    QByteArray running() const;
     void awaitEnd();
     void look();
     void conclude(const Finding& finding);
@@ -45,7 +42,6 @@ private:
     ProgramRequests* m_programs;
     QString m_bottle;
     QString m_ignored;
-    Processes m_processes;
     QTimer m_poll;
     QElapsedTimer m_elapsed;
     std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);

@@ -53,6 +53,12 @@ QVector<pid_t> LaunchRecord::launchers(const QString& directory, const QString& 
             (program.isEmpty() || record.program == program))
             pids += record.pid;
     }
+    for (const QString& file : program.isEmpty() ? startsIn(directory) : QStringList()) {
+        const QJsonObject start = contentOf(file);
+        const pid_t pid = livingPid(start);
+        if (pid != 0 && start["bottle"].toString() == bottle && !pids.contains(pid))
+            pids += pid;
+    }
     return pids;
 }
 

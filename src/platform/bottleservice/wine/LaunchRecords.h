@@ -22,7 +22,7 @@ struct LaunchRecord {
     /// Removes those of scripts that were killed.
     static void removeEndedStarts(const QString& directory);
 
-    /// Scripts that live, of one program or (without an id) of all of the bottle.
+    /// Scripts that live, of one program or (without an id) all of the bottle, also those that still wait.
     static QVector<pid_t> launchers(const QString& directory, const QString& bottle,
                                     const QString& program = {});
 };
