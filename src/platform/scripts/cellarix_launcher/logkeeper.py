@@ -55,6 +55,31 @@ def _try_fork():
         return -1
 
 
+def leave_if_unused(fd):
+    """Ends this process when nobody can write to its log or pipe any more. Of killed processes the kernel may keep a
+    writer for good: a descriptor on its way to a wineserver that has died. Neither its end nor a close is ever told."""
+    path = os.readlink(f"/proc/self/fd/{fd}")
+    for entry in os.listdir("/proc"):
+        try:
+            fds = os.listdir(f"/proc/{entry}/fd") if entry.isdigit() else ()
+        except OSError:
+            continue
+        if any(_writes(entry, other, path) for other in fds):
+            return
+    os._exit(0)
+
+
+def _writes(pid, fd, path):
+    try:
+        if os.readlink(f"/proc/{pid}/fd/{fd}") != path:
+            return False
+        with open(f"/proc/{pid}/fdinfo/{fd}", encoding="ascii") as file:
+            flags = next(line for line in file if line.startswith("flags:"))
+        return int(flags.split()[1], 8) & os.O_ACCMODE != os.O_RDONLY
+    except OSError:
+        return False
+
+
 class Keeper:
     """Punches holes into the log behind read_fd. wine_pid is for file systems that cannot tell of writers."""
 

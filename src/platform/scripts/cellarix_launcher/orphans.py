@@ -17,9 +17,9 @@ GRACE = 2  # seconds after the server's end; most end by themselves, and one tha
 INTERVAL = 0.2
 
 
-def watch(prefix):
-    """Follows the bottle's server, and the next one, in a thread of its own."""
-    _thread.start_new_thread(_watch, (_real(prefix),))
+def watch(prefix, cleaned_up=lambda: None):
+    """Follows the bottle's server, and the next one, in a thread of its own, which calls cleaned_up after each end."""
+    _thread.start_new_thread(_watch, (_real(prefix), cleaned_up))
 
 
 def end(prefix):
@@ -29,7 +29,7 @@ def end(prefix):
         _clean_up(_real(prefix))
 
 
-def _watch(prefix):
+def _watch(prefix, cleaned_up):
     limit = GRACE
     while True:
         server = _server(prefix)
@@ -37,6 +37,7 @@ def _watch(prefix):
             _kill_orphans(prefix, LAUNCH)  # of earlier launches
         else:
             _clean_up(prefix)
+            cleaned_up()
             if not server and not _server(prefix):
                 return
         limit = None

@@ -126,7 +126,7 @@ def _keep(log, read_fd, child, start, request):
     keeper = logkeeper.Keeper(read_fd, child.pid, not request.show_logs)
 
     def keep():
-        orphans.watch(start.env["WINEPREFIX"])
+        orphans.watch(start.env["WINEPREFIX"], lambda: logkeeper.leave_if_unused(read_fd))
         keeper.run(lambda: orphans.end(start.env["WINEPREFIX"]))
 
     logkeeper.detach(keep, read_fd)
@@ -143,7 +143,7 @@ def _start_with_pump(start, log, request, mask):
     fds = [fd for fd in (read_fd, log.fd, echo) if fd >= 0]
 
     def carry():
-        orphans.watch(start.env["WINEPREFIX"])
+        orphans.watch(start.env["WINEPREFIX"], lambda: logkeeper.leave_if_unused(read_fd))
         logkeeper.pump(read_fd, logkeeper.BoundedLog(log.path, log.fd), echo)
         orphans.end(start.env["WINEPREFIX"])
 
