@@ -179,7 +179,8 @@ private Q_SLOTS:
         const QString path = m_service->bottlePath(Name);
         QProcess program;
         program.setProcessEnvironment(m_service->environment());
-        program.start(LAUNCHER_SCRIPT, {Name, "--log-path", path + "/logs/x.txt", "cmd.exe", "/c", "set /p x="});
+        program.start(LAUNCHER_SCRIPT,
+                      {Name, "--log-path", path + "/logs/x.txt", "cmd.exe", "/c", "set /p x="});
         QTest::qWait(delayMs);
         for (const Processes::Entry& process : Processes().ofBottle(path)) {
             if (killsServer && process.executable.startsWith("wineserver"))
