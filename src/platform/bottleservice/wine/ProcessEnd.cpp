@@ -46,5 +46,9 @@ QString ProcessEnd::startTime(pid_t pid) {
     if (!file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray text = file.readAll();
-    return QString::fromLatin1(text.mid(text.lastIndexOf(')') + 2).split(' ').value(StartTimeField));
+    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+    // A process whose parent has not asked for its exit code yet has ended all the same.
+    if (fields.first() == "Z" || fields.first() == "X")
+        return {};
+    return QString::fromLatin1(fields.value(StartTimeField));
 }
