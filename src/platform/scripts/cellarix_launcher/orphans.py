@@ -14,6 +14,7 @@ import time
 from cellarix_launcher import running
 
 GRACE = 2  # seconds after the server's end; most end by themselves, and one that just starts finds a new server
+START = 30  # seconds until a program without a server is not starting any more
 INTERVAL = 0.2
 
 
@@ -30,17 +31,25 @@ def end(prefix):
 
 
 def _watch(prefix, cleaned_up):
-    limit = GRACE
+    server = _await_server(prefix)
+    if server and not _has_ended(server, GRACE):
+        _kill_orphans(prefix, LAUNCH, may_be_starting=True)  # of earlier launches
     while True:
+        if server:
+            _has_ended(server, None)
+        _clean_up(prefix)
+        cleaned_up()
         server = _server(prefix)
-        if server and not _has_ended(server, limit):
-            _kill_orphans(prefix, LAUNCH)  # of earlier launches
-        else:
-            _clean_up(prefix)
-            cleaned_up()
-            if not server and not _server(prefix):
-                return
-        limit = None
+        if not server:
+            return
+
+
+def _await_server(prefix):
+    """Of a program that is just starting. On a busy machine that takes its time."""
+    end = time.monotonic() + START
+    while not (server := _server(prefix)) and time.monotonic() < end:
+        time.sleep(INTERVAL)
+    return server
 
 
 def _clean_up(prefix):
@@ -79,9 +88,12 @@ def _has_ended(pid, limit):
         os.close(fd)
 
 
-def _kill_orphans(prefix, before):
-    """Of the processes that started before the given time. More of them may be in the midst of an exec."""
-    while orphans := _orphans(prefix, before):
+def _kill_orphans(prefix, before, may_be_starting=False):
+    """Of the processes that started before the given time. More of them may be in the midst of an exec.
+
+    While a server lives, a process that has never reached one may just be slow to start and is left alone.
+    """
+    while orphans := _orphans(prefix, before, may_be_starting):
         for pid in orphans:
             try:
                 os.kill(pid, signal.SIGKILL)
@@ -90,9 +102,9 @@ def _kill_orphans(prefix, before):
         time.sleep(INTERVAL)
 
 
-def _orphans(prefix, before):
+def _orphans(prefix, before, may_be_starting):
     servers, others = _processes(prefix)
-    return [pid for pid in others if _start_time(pid) <= before and not _is_connected(pid, servers)]
+    return [pid for pid in others if _start_time(pid) <= before and not _is_connected(pid, servers, may_be_starting)]
 
 
 def _processes(prefix):
@@ -118,11 +130,11 @@ def _prefix_of(entry):
     return b""
 
 
-def _is_connected(pid, servers):
+def _is_connected(pid, servers, may_be_starting):
     """True as well for what cannot be looked into."""
     try:
         pipes = _pipes(pid)
-        return any(pipes & _pipes(server) for server in servers)
+        return (may_be_starting and not pipes) or any(pipes & _pipes(server) for server in servers)
     except OSError:
         return True
 
@@ -131,6 +143,8 @@ def _pipes(pid):
     directory = f"/proc/{pid}/fd"
     targets = set()
     for entry in os.listdir(directory):
+        if entry in ("0", "1", "2"):  # the caller's
+            continue
         try:
             targets.add(os.readlink(f"{directory}/{entry}"))
         except FileNotFoundError:
