@@ -417,7 +417,8 @@ private Q_SLOTS:
             QCOMPARE(m_service->calls("get").size(), 1);
             QCOMPARE(m_service->release(), 1);
             QVERIFY(failures.count() || failures.wait());
-            QVERIFY(!states->isRunning(uuid(1)) && !isPending());
+            QVERIFY(!states->isRunning(uuid(1)));
+            QTRY_VERIFY(m_service->release() >= 0 && !isPending());  // the record asks once more
             QVERIFY(button->text().isEmpty());
         }
         states->stop({"office", uuid(1)});
