@@ -27,9 +27,13 @@ Fenk::Label* line(const QString& text, Fenk::Label::Kind kind) {
 
 /// Nothing is done, and nothing returned, when the bottle would be left empty without anybody having agreed.
 std::optional<BottleUtils::Removal> removed(const ProgramRef& ref, bool withBottle) {
-    const QStringList programs = withBottle ? QStringList() : BottleUtils::bottlePrograms(ref.bottle).keys();
-    if (programs == QStringList(ref.uuid))
-        return std::nullopt;
+    if (!withBottle) {
+        const QJsonObject programs = BottleUtils::bottlePrograms(ref.bottle);
+        if (!programs.contains(ref.uuid))
+            return BottleUtils::Removal::ProgramRefused;  // an empty answer may also be a late one
+        if (programs.size() == 1)
+            return std::nullopt;
+    }
     return BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle);
 }
 
