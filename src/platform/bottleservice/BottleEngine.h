@@ -70,9 +70,8 @@ public:
     void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
     /// The names of the programs that run in the bottle or are being started there.
     QStringList runningPrograms(const QString& bottle) const;
-    /// Calls then with the names of the programs that run in the bottle or are being started there: at once
-    /// when there are none, otherwise when they have ended or after RunningPrograms::GraceMs. Not called when
-    /// context is destroyed before.
+    /// Calls then with the names of the programs that run in the bottle or are being started there: when
+    /// there are none, or after RunningPrograms::GraceMs. Not called when context is destroyed before.
     void waitForPrograms(const QString& bottle, QObject* context,
                          const std::function<void(const QStringList& running)>& then);
     /// The same for a request, before the bottle's turn. While the service itself is at work in the bottle

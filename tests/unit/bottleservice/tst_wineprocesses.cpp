@@ -104,6 +104,17 @@ private Q_SLOTS:
         QCOMPARE(names, wanted);
     }
 
+    void awaitsTheEndOfPrograms() {
+        // Between two programs, one of which starts the other, there is a moment without any.
+        QVector<QStringList> looks{{}, {"a.exe"}, {}, {}, {}};
+        QVector<QStringList> answers;
+        RunningPrograms::await(
+            this, [&looks] { return looks.isEmpty() ? QStringList{"too late"} : looks.takeFirst(); },
+            [&answers](const QStringList& running) { answers += running; });
+        QTRY_COMPARE(answers, QVector<QStringList>{QStringList()});
+        QVERIFY(looks.isEmpty());
+    }
+
     void runners() {
         const TestHome home;
         TestSupport::EnvironmentGuard guard;

@@ -8,7 +8,8 @@ namespace RunningPrograms {
 
 namespace {
 
-constexpr int PollMs = 50;
+constexpr int PollMs = 40;
+constexpr int EmptyLooks = 3;       // in the midst of an exec a process shows no mark
 constexpr int LoaderArguments = 3;  // an emulator and a loader may stand before the program
 
 /// Besides those that serve the whole bottle.
@@ -76,16 +77,13 @@ QStringList names(const std::vector<Processes::Entry>& processes, const QStringL
 
 void await(QObject* context, const std::function<QStringList()>& look,
            const std::function<void(const QStringList&)>& then) {
-    if (look().isEmpty()) {
-        then({});
-        return;
-    }
     auto* poll = new QTimer(context);
     QElapsedTimer since;
     since.start();
-    QObject::connect(poll, &QTimer::timeout, context, [poll, since, look, then] {
+    QObject::connect(poll, &QTimer::timeout, context, [poll, since, look, then, emptyLooks = 0]() mutable {
         const QStringList running = look();
-        if (!running.isEmpty() && !since.hasExpired(GraceMs))
+        emptyLooks = running.isEmpty() ? emptyLooks + 1 : 0;
+        if (running.isEmpty() ? emptyLooks < EmptyLooks : !since.hasExpired(GraceMs))
             return;
         poll->stop();
         poll->deleteLater();

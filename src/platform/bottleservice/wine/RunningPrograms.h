@@ -20,8 +20,9 @@ constexpr int GraceMs = 1500;
 QStringList names(const std::vector<Processes::Entry>& processes, const QStringList& starting,
                   const QJsonObject& programs);
 
-/// Calls then in the main thread with the last answer of look: at once when that is empty, otherwise when it
-/// has become empty or after GraceMs, since a program that has closed its window ends a moment later.
+/// Calls then in the main thread with the last answer of look: when that has been empty some times in a row,
+/// a tenth of a second long, or after GraceMs, since a program that has closed its window ends a moment
+/// later.
 void await(QObject* context, const std::function<QStringList()>& look,
            const std::function<void(const QStringList&)>& then);
 
