@@ -288,9 +288,9 @@ QStringList BottleEngine::runningPrograms(const QString& bottle) const {
 }
 
 void BottleEngine::waitForPrograms(const QString& bottle, QObject* context,
-                                   const std::function<void(const QStringList&)>& then) {
+                                   const std::function<void(const QStringList&)>& then, int limitMs) {
     RunningPrograms::await(
-        context, [this, bottle] { return runningPrograms(bottle); }, then);
+        context, limitMs, [this, bottle] { return runningPrograms(bottle); }, then);
 }
 
 void BottleEngine::waitBeforeInstall(const QString& bottle, QObject* context,

@@ -9,6 +9,7 @@
 #include "bottleservice/jobs/JobQueue.h"
 #include "bottleservice/jobs/Reclaimer.h"
 #include "bottleservice/wine/Runners.h"
+#include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/Templates.h"
 
 class BottleStopper;
@@ -71,9 +72,10 @@ public:
     /// The names of the programs that run in the bottle or are being started there.
     QStringList runningPrograms(const QString& bottle) const;
     /// Calls then with the names of the programs that run in the bottle or are being started there: when
-    /// there are none, or after RunningPrograms::GraceMs. Not called when context is destroyed before.
+    /// there are none, or after the limit. Not called when context is destroyed before.
     void waitForPrograms(const QString& bottle, QObject* context,
-                         const std::function<void(const QStringList& running)>& then);
+                         const std::function<void(const QStringList& running)>& then,
+                         int limitMs = RunningPrograms::GraceMs);
     /// The same for a request, before the bottle's turn. While the service itself is at work in the bottle
     /// there is nothing to tell: its processes are no programs, and an installation looks once more.
     void waitBeforeInstall(const QString& bottle, QObject* context,

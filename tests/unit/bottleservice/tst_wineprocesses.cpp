@@ -109,7 +109,8 @@ private Q_SLOTS:
         QVector<QStringList> looks{{}, {"a.exe"}, {}, {}, {}};
         QVector<QStringList> answers;
         RunningPrograms::await(
-            this, [&looks] { return looks.isEmpty() ? QStringList{"too late"} : looks.takeFirst(); },
+            this, RunningPrograms::GraceMs,
+            [&looks] { return looks.isEmpty() ? QStringList{"too late"} : looks.takeFirst(); },
             [&answers](const QStringList& running) { answers += running; });
         QTRY_COMPARE(answers, QVector<QStringList>{QStringList()});
         QVERIFY(looks.isEmpty());

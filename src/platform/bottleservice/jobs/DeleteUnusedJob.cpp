@@ -14,7 +14,6 @@
 
 namespace {
 
-constexpr int PollMs = 100;
 constexpr int EndMs = 5000;  // longer than it takes to end everything in a bottle
 
 }  // namespace
@@ -34,10 +33,7 @@ DeleteUnusedJob::DeleteUnusedJob(BottleEngine* engine, ProgramRequests* programs
       m_engine(engine),
       m_programs(programs),
       m_bottle(bottle),
-      m_ignored(ignoredProgram) {
-    m_poll.setInterval(PollMs);
-    connect(&m_poll, &QTimer::timeout, this, &DeleteUnusedJob::awaitEnd);
-}
+      m_ignored(ignoredProgram) {}
 
 void DeleteUnusedJob::start() {
     const Answer check = m_engine->checked(m_bottle);
@@ -45,16 +41,8 @@ void DeleteUnusedJob::start() {
         finish(check);
         return;
     }
-    m_elapsed.start();
-    m_poll.start();
-    awaitEnd();
-}
-
-void DeleteUnusedJob::awaitEnd() {
-    if (!*m_cancelled && m_elapsed.elapsed() < EndMs && !m_engine->runningPrograms(m_bottle).isEmpty())
-        return;
-    m_poll.stop();
-    look();
+    m_engine->waitForPrograms(
+        m_bottle, this, [this](const QStringList&) { look(); }, EndMs);
 }
 
 void DeleteUnusedJob::look() {

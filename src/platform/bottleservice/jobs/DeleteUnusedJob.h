@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QTimer>
 #include <atomic>
 #include <memory>
 
@@ -32,7 +30,6 @@ public:
 private:
     struct Finding;
 
-    void awaitEnd();
     void look();
     void conclude(const Finding& finding);
     void deleteBottle();
@@ -42,8 +39,6 @@ private:
     ProgramRequests* m_programs;
     QString m_bottle;
     QString m_ignored;
-    QTimer m_poll;
-    QElapsedTimer m_elapsed;
     std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
     std::unique_ptr<Job> m_deletion;
 };

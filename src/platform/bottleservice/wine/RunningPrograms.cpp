@@ -75,20 +75,21 @@ QStringList names(const std::vector<Processes::Entry>& processes, const QStringL
     return found;
 }
 
-void await(QObject* context, const std::function<QStringList()>& look,
+void await(QObject* context, int limitMs, const std::function<QStringList()>& look,
            const std::function<void(const QStringList&)>& then) {
     auto* poll = new QTimer(context);
     QElapsedTimer since;
     since.start();
-    QObject::connect(poll, &QTimer::timeout, context, [poll, since, look, then, emptyLooks = 0]() mutable {
-        const QStringList running = look();
-        emptyLooks = running.isEmpty() ? emptyLooks + 1 : 0;
-        if (running.isEmpty() ? emptyLooks < EmptyLooks : !since.hasExpired(GraceMs))
-            return;
-        poll->stop();
-        poll->deleteLater();
-        then(running);
-    });
+    QObject::connect(poll, &QTimer::timeout, context,
+                     [poll, since, limitMs, look, then, emptyLooks = 0]() mutable {
+                         const QStringList running = look();
+                         emptyLooks = running.isEmpty() ? emptyLooks + 1 : 0;
+                         if (running.isEmpty() ? emptyLooks < EmptyLooks : !since.hasExpired(limitMs))
+                             return;
+                         poll->stop();
+                         poll->deleteLater();
+                         then(running);
+                     });
     poll->start(PollMs);
 }
 

@@ -12,7 +12,7 @@ class QObject;
 /// What a user would call the running programs of a bottle.
 namespace RunningPrograms {
 
-constexpr int GraceMs = 1500;
+constexpr int GraceMs = 1500;  ///< the usual limit
 
 /// Sorted, each once: by the bottle's program records (by id: "name", "path") where they know the process,
 /// else by the file's name. Starting are ids or file names of programs that living launch scripts see to.
@@ -21,9 +21,9 @@ QStringList names(const std::vector<Processes::Entry>& processes, const QStringL
                   const QJsonObject& programs);
 
 /// Calls then in the main thread with the last answer of look: when that has been empty some times in a row,
-/// a tenth of a second long, or after GraceMs, since a program that has closed its window ends a moment
+/// a tenth of a second long, or after the limit, since a program that has closed its window ends a moment
 /// later.
-void await(QObject* context, const std::function<QStringList()>& look,
+void await(QObject* context, int limitMs, const std::function<QStringList()>& look,
            const std::function<void(const QStringList&)>& then);
 
 }  // namespace RunningPrograms
