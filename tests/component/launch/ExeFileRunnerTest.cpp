@@ -273,7 +273,7 @@ private Q_SLOTS:
         m_service->setBottle(m_bottle, {{"External_Programs", QJsonObject{{Uuid, entry}}}});
         QCOMPARE(m_service->release("updateExternalProgram"), 1);
         QTRY_VERIFY(!PendingWork::instance()->isPending());
-        QVERIFY2(readFile(events).contains("\"program_cnt\":1"), readFile(events).constData());
+        QTRY_VERIFY2(readFile(events).contains("\"program_cnt\":1"), readFile(events).constData());
     }
 
     void refusedRemovalIsLogged() {
