@@ -28,7 +28,7 @@ const char LaunchDebugChannels[] =
     "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file";
 constexpr int TickMs = 1000;
 constexpr int TerminalWindowMs = 3000;
-constexpr int SilenceMs = 60000;
+constexpr int SilenceMs = 75000;  // a launch script waits 60 s for an installation, and says so then
 
 }  // namespace
 

@@ -25,7 +25,7 @@ class WineLauncher;
 /// Construction blocks until the file has been read (its key parts, at most 11 MiB, and its version block);
 /// the choice of the bottle goes on in the background. Each start ends once: in runSuccessed, in runFailed,
 /// or in a repair of its own accord and the next start. After runFailed with canWeFix the launch waits for
-/// applyFix. A Wine that hangs, so that a minute long nothing is heard of the bottle, counts as the program's
+/// applyFix. A Wine that hangs, so that nothing is heard of the bottle for 75 s, counts as the program's
 /// end. A set-up lasts as long as anything of it runs, with or without a window: what unpacks it goes before
 /// it has come. The one ending without a signal is a file that can't be read, which is only logged. A service
 /// that goes away in the middle counts as the failure of what it was asked for.

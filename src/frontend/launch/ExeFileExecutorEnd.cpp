@@ -78,7 +78,7 @@ void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus stat
 
 /// When Wine's server dies while others start, they wait for it for ever, the program and the monitor alike.
 void ExeFileExecutor::onSilence() {
-    qWarning().noquote() << "nothing was heard of" << m_bottlesName << "for a minute; Wine seems to hang";
+    qWarning().noquote() << "nothing was heard of" << m_bottlesName << "for long; Wine seems to hang";
     onExeFinished(0);
 }
 
