@@ -523,6 +523,7 @@ private Q_SLOTS:
             QSKIP("the Windows compiler is not on this machine");
         makeBottle(privateBottleNameOf(m_file));
         QVERIFY(QDir().mkpath(m_standIn.directory() + "/../lib/wine/x86_64-windows"));
+        m_standIn.write("../lib/wine/x86_64-windows/kernel32.dll", "");
         ComponentManager::instance()->runnerSupported = QStringList{Staging};
         create();
         m_executor->start();
