@@ -58,9 +58,6 @@ function(cellarix_test name)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${ARG_ENV}")
   endif()
-  if("e2e" IN_LIST ARG_LABELS)
-    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "CELLARIX_TEMPLATES=${PROJECT_BINARY_DIR}/tests/templates")
-  endif()
   if(CELLARIX_SANITIZE)
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
       "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
