@@ -265,7 +265,9 @@ void ExeFileExecutor::cancelRepair() {
     if (m_isCancelled)
         return;
     m_isCancelled = true;
-    const Awaited awaited = std::exchange(m_awaited, Awaited::Nothing);
+    const Awaited last = std::exchange(m_awaited, Awaited::Nothing);
+    // While the user is asked, the service has refused already: a cancel would end what others asked for.
+    const Awaited awaited = m_isAsking ? Awaited::Nothing : last;
     m_queue->cancel();
     BottlesConfig* config = BottlesConfig::instance();
     config->disconnect(this);

@@ -447,7 +447,7 @@ private Q_SLOTS:
         row("links", "scanApplicationLinks", true, "", "");
         row("components, not answered", "installDependency", true, Gecko, "cancelInstallingDependency");
         row("components, downloading", "installDependency", false, Gecko, "cancelInstallingDependency");
-        row("asked", "installDependency", false, Gecko, "cancelInstallingDependency");
+        row("asked", "installDependency", false, Gecko, "");
         row("switch, not answered", "setRunner", true, "", "cancelInstallingComponent");
         row("switch, downloading", "setRunner", false, "", "cancelInstallingComponent");
     }
