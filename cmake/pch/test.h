@@ -1,0 +1,6 @@
+#pragma once
+#include "core.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
