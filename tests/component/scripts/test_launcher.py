@@ -107,8 +107,12 @@ class Commands(LaunchCase):
         self.assertEqual(self.launch("public/p", "x.exe")[0], 0)
 
         log = self.path("new/dir/l.txt")
-        self.launch("t", "--log-path", log, "--uuid", UUID)
-        self.assertIn("does not exist", self.read(log))
+        out = self.launch("t", "--log-path", log, "--uuid", UUID)[1]
+        self.assertRegex(out, r"\Alauncher: log\nlauncher: failed with 66: .*does not exist.*\n\Z")
+        self.assertEqual(self.read(log), out.split("\n", 1)[1])
+        out = self.launch("no\nne", "--log-path", self.path("none/l.txt"), "x.exe")[1]
+        self.assertEqual(out, 'launcher: failed with 67: there is no bottle named "no?ne"\n')
+        self.assertFalse(os.path.exists(self.path("none")))
 
     def assert_refused(self, words, code, text):
         got, _, err = self.launch(*words)
@@ -118,13 +122,13 @@ class Commands(LaunchCase):
         self.bottle()
         native = self.write("native.exe", pe_head(0x14C, 0x10B))
         self.assertEqual(self.launch("t", native)[0], 0, "a Wine of unknown build is not judged")
-        for library in ("x86_64-windows/kernel32.dll", "i386-windows/zlib1.dll"):
+        for library in ("x86_64-windows/ntdll.dll", "i386-windows/zlib1.dll"):
             self.write(f"wine/lib/wine/{library}", "")
         for content, code in ((pe_head(0x14C, 0x10B), 78), (pe_head(0x8664, 0x20B), 0),
                               (pe_head(0x14C, 0x10B, clr=0x2000), 0), (pe_head(0x14C, 0x10B)[:100], 0)):
             got, _, err = self.launch("t", self.write("a.exe", content))
-            self.assertEqual((got, '"a.exe" is a 32-bit program; install wine32' in err), (code, code == 78))
-        self.write("wine/lib/wine/i386-windows/kernel32.dll", "")
+            self.assertEqual((got, "sudo apt-get install wine32:i386" in err), (code, code == 78))
+        self.write("wine/lib/wine/i386-windows/ntdll.dll", "")
         self.assertEqual(self.launch("t", native)[0], 0)
 
     def test_the_loader_fits_the_program(self):
@@ -212,11 +216,14 @@ class Life(HomeCase):
         running = self.path("home 家/.local/share/lumora-wine-bottles/running")
         journal = self.write(os.path.join(self.directory, ".before-install/journal.json"), "{}")
         do = f"print(os.path.exists({journal!r})); print(open({running!r} + '/' + os.listdir({running!r})[0]).read())"
-        process = self.start("t", r"C:\App Dir\程序.exe", do=do)
+        log = self.write("old.txt", "of an older start")
+        process = self.start("t", "--log-path", log, r"C:\App Dir\程序.exe", do=do)
+        self.assertEqual([process.stdout.readline() for _ in range(2)], [b"launcher: log\n", b"launcher: waiting\n"])
+        self.assertEqual(self.read(log), "")
         self.assertFalse(os.path.exists(running) and os.listdir(running), "claimed while something is installed")
         os.unlink(journal)
-        out, _ = process.communicate(timeout=60)
-        installing, claim = out.decode().splitlines()
+        self.assertEqual(process.communicate(timeout=60)[0], b"launcher: going on\n")
+        installing, claim = self.read(log).splitlines()[1:]
         self.assertEqual(installing, "False")
         self.assertEqual({"bottle": "t", "name": "程序.exe", "pid": process.pid} | json.loads(claim), json.loads(claim))
         self.assertEqual(os.listdir(running), [])

@@ -64,14 +64,14 @@ class Logs(HomeCase):
         do = "os.write(1, b'out\\n'); os.write(2, '错误\\n'.encode() + b'\\xff\\n')"
         for _ in range(2):
             code, out, err = self.launch("t", "--log-path", self.log, "x.exe", "a b", do=do)
-        self.assertEqual((code, out, err), (0, "", ""))
+        self.assertEqual((code, out, err), (0, "launcher: log\n", ""))
         lines = Path(self.log).read_bytes().split(b"\n")
         self.assertEqual(lines, [f'launcher: {self.wine} x.exe "a b"'.encode(), b"out", "错误".encode(), b"\xff", b""])
 
     def test_show_logs_tells_stderr_the_same(self):
         do = FLOOD.format(mib=2) + "print('last', flush=True)"
         code, out, err = self.launch("t", "--log-path", self.log, "--show-logs", "x.exe", do=do)
-        self.assertEqual((code, out), (0, ""))
+        self.assertEqual((code, out), (0, "launcher: log\n"))
         self.assertEqual(err, self.read(self.log))
         process = self.start("t", "--log-path", self.log, "--show-logs", "x.exe", do=do)
         process.stderr.close()

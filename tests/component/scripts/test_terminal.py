@@ -60,6 +60,11 @@ class Terminal(HomeCase):
             self.assertIn(text, screen)
         self.assertIn("[世界]\r\nerr\r\n", self.read(log))
 
+    def test_what_the_launcher_in_the_window_cannot_start_is_told_outside(self):
+        self.write("path/x-terminal-emulator", EMULATOR.replace("os.execv(", f"os.rename({self.wine!r}, 'x'); os.execv("), True)
+        code, out, _ = self.launch("t", "--log-path", self.path("l.txt"), "--cli", "x.exe")
+        self.assertEqual((code, "failed with 69: the Wine of" in out), (69, True), out)
+
     def test_signals_and_a_closed_window_end_the_program(self):
         for number, stop in ((signal.SIGTERM, lambda process: process.terminate()), (signal.SIGHUP, self.close_window)):
             with self.subTest(number):

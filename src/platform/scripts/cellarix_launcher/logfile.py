@@ -25,13 +25,33 @@ class Log:
         self.holes = holes
 
 
+def empty(path):
+    """Empties or creates the file. False where that cannot be, or where it is no regular file."""
+    fd = -1
+    try:
+        fd = _open(os.path.abspath(path))
+        if not stat.S_ISREG(os.fstat(fd).st_mode):
+            return False
+        os.ftruncate(fd, 0)
+        return True
+    except (OSError, ValueError):
+        return False
+    finally:
+        if fd >= 0:
+            os.close(fd)
+
+
+def _open(path):
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    return os.open(path, os.O_WRONLY | os.O_CREAT | os.O_APPEND | os.O_CLOEXEC | os.O_NOFOLLOW | os.O_NONBLOCK, 0o644)
+
+
 def open_log(path, first_line, say):
     """Empties or creates the file and its directory. Never fails: a log that cannot be kept is told once."""
     path = os.path.abspath(path)
     fd = -1
     try:
-        os.makedirs(os.path.dirname(path), exist_ok=True)
-        fd = os.open(path, os.O_WRONLY | os.O_CREAT | os.O_APPEND | os.O_CLOEXEC | os.O_NOFOLLOW | os.O_NONBLOCK, 0o644)
+        fd = _open(path)
         regular = stat.S_ISREG(os.fstat(fd).st_mode)
         os.set_blocking(fd, True)
         if regular:

@@ -18,13 +18,9 @@ def main(argv):
         request = words.parse_request(argv)
         return _launch(request)
     except errors.LaunchError as error:
-        say(str(error))
-        if request and request.log_path:
-            _record_failure(request.log_path, error)
-        return error.code
+        return _fail(request, error)
     except Exception as error:  # whoever reads the exit code must not take our fault for the program's
-        say(f"cannot go on: {error!r}")
-        return errors.INTERNAL
+        return _fail(request, errors.LaunchError(errors.INTERNAL, f"cannot go on: {error!r}"))
 
 
 def say(sentence):
@@ -32,6 +28,30 @@ def say(sentence):
         os.write(2, f"launcher: {sentence}\n".encode("utf-8", "surrogateescape"))
     except OSError:
         pass
+
+
+def tell(request, text):
+    """One line on stdout for a caller that has asked for a log. It belongs to this start for certain, while the log may
+    be an older one's, or there is no bottle to keep one in."""
+    if not request.log_path or request.report:
+        return
+    try:
+        os.write(1, f"launcher: {text}\n".encode("utf-8", "surrogateescape"))
+    except OSError:
+        pass
+
+
+def _fail(request, error):
+    say(str(error))
+    if request:
+        text = f"{error.code}: " + "".join(c if c.isprintable() else "?" for c in str(error))
+        if request.report:
+            from cellarix_launcher import terminal
+            terminal.report_failure(request.report, text)
+        tell(request, f"failed with {text}")
+        if request.is_log_emptied:
+            _record_failure(request.log_path, text)
+    return error.code
 
 
 def _is_terminal_request(argv):
@@ -42,13 +62,17 @@ def _is_terminal_request(argv):
     return known[0] is not None or known[1] is None
 
 
-def _wait_for_installation(journal, end):
+def _wait_for_installation(request, journal, end):
     """An installation may still be rolled back, and ends what runs in the bottle."""
+    if not os.path.exists(journal):
+        return
+    tell(request, "waiting")
     while os.path.exists(journal):
         if time.monotonic() > end:
             raise errors.LaunchError(
                 errors.BUSY, "Something is being installed into the bottle. Try again when that is done.")
         time.sleep(0.1)
+    tell(request, "going on")
 
 
 def _claim_bottle(request):
@@ -60,7 +84,7 @@ def _claim_bottle(request):
     journal = os.path.join(directory, ".before-install", "journal.json")
     end = time.monotonic() + INSTALLATION_SECONDS
     while True:
-        _wait_for_installation(journal, end)
+        _wait_for_installation(request, journal, end)
         running.claim(request.bottle, request.uuid or request.words[0], say)
         if not os.path.exists(journal):
             return
@@ -68,11 +92,20 @@ def _claim_bottle(request):
 
 
 def _launch(request):
+    _empty_log(request)
     try:
         _claim_bottle(request)
         return _launch_claimed(request)
     finally:
         running.release()
+
+
+def _empty_log(request):
+    """Before any wait, so that nobody reads what an older start has left. What is wrong with a log is told later."""
+    if request.log_path and not request.report and bottles.bottle_directory(request.bottle, os.environ):
+        request.is_log_emptied = logfile.empty(request.log_path)
+        if request.is_log_emptied:
+            tell(request, "log")
 
 
 def _launch_claimed(request):
@@ -117,8 +150,8 @@ def _program(request, bottle):
     return windows.resolve(bottle.directory, command[0], command[1:]), None
 
 
-def _record_failure(path, error):
+def _record_failure(path, text):
     """Tells whoever reads the log that its program was never started, and why."""
-    log = logfile.open_log(path, f"failed with {error.code}: {error}", lambda _: None)
+    log = logfile.open_log(path, f"failed with {text}", lambda _: None)
     if log.fd >= 0:
         os.close(log.fd)

@@ -121,6 +121,9 @@ class _Outside:
                 self._pass_on(number, window)
             self._read()
             fields = dict(line.split(b" ", 1) for line in self.report.split(b"\n")[:-1])
+            if b"failed" in fields:
+                code, sentence = fields[b"failed"].decode("utf-8", "surrogateescape").split(": ", 1)
+                raise errors.LaunchError(int(code), sentence)
             if b"exit" in fields:
                 return int(fields[b"exit"])
             if fields and self.closed:
@@ -160,6 +163,16 @@ def run_inside(request, start, say):
     os.close(report)
     _wait_for_key("\r\n" + _text("ended", code) + "\r\n")
     return code
+
+
+def report_failure(fifo, text):
+    """The launcher inside never reached its program."""
+    try:
+        report = os.open(fifo, os.O_WRONLY | os.O_CLOEXEC | os.O_NONBLOCK)
+        os.write(report, f"failed {text}\n".encode("utf-8", "surrogateescape"))
+        os.close(report)
+    except OSError:
+        pass
 
 
 def _wait_for_key(text):

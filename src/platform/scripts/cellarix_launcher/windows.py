@@ -159,7 +159,7 @@ def wine_lacks_32bit(wine):
     root = os.path.dirname(os.path.dirname(os.path.realpath(wine)))
     libraries = ("lib/wine", "lib64/wine", "lib32/wine", "lib/x86_64-linux-gnu/wine", "lib/i386-linux-gnu/wine")
     present = {kind for kind in ("x86_64-windows", "i386-windows") for library in libraries
-               if os.path.exists(os.path.join(root, library, kind, "kernel32.dll"))}
+               if os.path.exists(os.path.join(root, library, kind, "ntdll.dll"))}
     return present == {"x86_64-windows"}
 
 
@@ -168,6 +168,9 @@ def check_bits(program, wine):
     if not program.file or not is_pe32(program.file):
         return False
     if wine_lacks_32bit(wine):
-        name = os.path.basename(program.file)
-        raise errors.LaunchError(errors.NEEDS_WINE32, f"\"{name}\" is a 32-bit program; install wine32 to run it")
+        raise errors.LaunchError(
+            errors.NEEDS_WINE32,
+            f"\"{os.path.basename(program.file)}\" is a 32-bit program, and this Wine runs only 64-bit ones. "
+            "On Debian, these commands add 32-bit Wine: sudo dpkg --add-architecture i386 && sudo apt-get update; "
+            "sudo apt-get install wine32:i386")
     return True

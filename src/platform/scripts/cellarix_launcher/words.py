@@ -19,6 +19,7 @@ class Request:
         self.uuid = ""
         self.report = ""  # set on the run inside a terminal: the fifo that hears of its end
         self.words = []
+        self.is_log_emptied = False
 
 
 def parse_request(argv):
