@@ -123,11 +123,6 @@ void ComponentRequests::setComponent(const QString& bottle, const QString& kind,
         reply(Answer::of());
         return;
     }
-    const QVector<Change> changes = m_changes;
-    for (const Change& change : changes) {
-        if (change.bottle == bottle && change.kind == kind)
-            cancelChange(change.id, "Another choice was made.");
-    }
     const int id = ++m_lastId;
     m_changes += Change{id, bottle, kind, version, reply, Change::Checking, false, {}};
     m_engine->waitBeforeInstall(bottle, this,
@@ -144,6 +139,9 @@ void ComponentRequests::onLooked(int id, const QStringList& running) {
         copy.reply(Answer::busy(running));
         return;
     }
+    // Only now: a request that is refused takes nothing from those before it.
+    cancelBefore(copy);
+    change = find(id);
     copy.reply(Answer::of());
     if (copy.name == None ? copy.kind != "runner" : m_store.isInstalled(copy.kind, copy.name)) {
         setUp(change);
@@ -242,13 +240,21 @@ void ComponentRequests::cancelAll(const QString& bottle) {
     }
 }
 
+void ComponentRequests::cancelBefore(const Change& last) {
+    const QVector<Change> changes = m_changes;
+    for (const Change& change : changes) {
+        if (change.id < last.id && change.bottle == last.bottle && change.kind == last.kind)
+            cancelChange(change.id, "Another choice was made.");
+    }
+}
+
 void ComponentRequests::cancelChange(int id, const QString& why) {
     Change* change = find(id);
     if (!change || change->isCancelled)
         return;
     const Change copy = *change;
+    change->isCancelled = true;
     if (copy.job) {
-        change->isCancelled = true;
         copy.job->cancel();  // its end tells the rest
         return;
     }

@@ -31,8 +31,8 @@ public:
     void cancelInstall(const QString& kind, const QString& name, const Reply& reply);
 
     /// Answers when it is known whether programs run in the bottle, which refuse it; setupDone() tells how it
-    /// ended. The version "-" takes DXVK or VKD3D out of a bottle. The last request of a kind counts: it
-    /// cancels those before it.
+    /// ended. The version "-" takes DXVK or VKD3D out of a bottle. The last request of a kind that is not
+    /// refused counts: it cancels those before it.
     void setComponent(const QString& bottle, const QString& kind, const QString& version, const Reply& reply);
     /// Answers with a JSON object, component to "DOWNLOADING" or "SETUPING".
     void installing(const QString& bottle, const QString& kind, const Reply& reply);
@@ -85,6 +85,7 @@ private:
     Change* find(int id);
     Change* last(const QString& bottle, const QString& kind);
     void end(int id, const Answer& result);
+    void cancelBefore(const Change& last);
     void cancelChange(int id, const QString& why);
     void cancelDownload(const QString& kind, const QString& name);
 
