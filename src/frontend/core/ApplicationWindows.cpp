@@ -28,7 +28,18 @@ ApplicationWindows::ApplicationWindows() {
     windows.fileAssociations = &FileAssosiationsExportDialog::openFor;
 }
 
-BottleConfigWindow* ApplicationWindows::openBottleConfig(const QString& bottle, ConfigMode, QWidget* over) {
+bool ApplicationWindows::hasBottleConfig() const {
+    return bool(ShellWindows::instance().launchConfiguration);
+}
+
+bool ApplicationWindows::hasFeedback() const {
+    return bool(ShellWindows::instance().launchFeedback);
+}
+
+BottleConfigWindow* ApplicationWindows::openBottleConfig(const QString& bottle, ConfigMode mode,
+                                                         QWidget* over) {
+    if (const auto& open = ShellWindows::instance().launchConfiguration)
+        return open(bottle, mode, over);
     tellMissing(
         QCoreApplication::translate("ApplicationWindows",
                                     "This version of Cellarix has no window yet to configure a bottle."),
@@ -36,7 +47,10 @@ BottleConfigWindow* ApplicationWindows::openBottleConfig(const QString& bottle, 
     return nullptr;
 }
 
-int ApplicationWindows::askFeedback(const QString& bottle, const QString&, const QString&, QWidget* over) {
+int ApplicationWindows::askFeedback(const QString& bottle, const QString& appName, const QString& version,
+                                    QWidget* over) {
+    if (const auto& ask = ShellWindows::instance().launchFeedback)
+        return ask(bottle, appName, version, over);
     tellMissing(QCoreApplication::translate("ApplicationWindows",
                                             "This version of Cellarix cannot send feedback yet."),
                 bottle, over);

@@ -144,6 +144,7 @@ LaunchFacts ExeFileExecutor::facts(int exitCode) {
     facts.isFirstRun = m_firstRun != 0;
     facts.hasComponents = !m_components.isEmpty();
     facts.hasFonts = !m_fonts.isEmpty();
+    facts.repairTried = !m_triedComponents.isEmpty() || !m_triedFonts.isEmpty();
     facts.finished = m_finished;
     return facts;
 }
@@ -368,7 +369,7 @@ void ExeFileExecutor::giveUp() {
     m_awaited = Awaited::Nothing;
     BottlesConfig::instance()->disconnect(this);
     m_finished = true;
-    Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(), MsgLine);
+    Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(true), MsgLine);
     Q_EMIT runFailed(false, false);
 }
 

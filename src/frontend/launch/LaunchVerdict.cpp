@@ -12,7 +12,8 @@ LaunchVerdict result(const LaunchFacts& facts, bool isSuccessed) {
     if (facts.finished)
         return {};
     if (facts.isFailed())
-        return {LaunchVerdict::Failed, LaunchVerdict::nothingFixedMessage(), false, isSuccessed};
+        return {LaunchVerdict::Failed, LaunchVerdict::nothingFixedMessage(facts.repairTried), false,
+                isSuccessed};
     return {
         LaunchVerdict::Succeeded,
         QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, but seems app not crashed"),
@@ -39,15 +40,20 @@ LaunchVerdict LaunchVerdict::of(const LaunchFacts& facts) {
 }
 
 QString LaunchVerdict::endMessage(int exitCode, const LaunchFacts& facts) {
-    QString suffix;
+    // Whole texts, since other languages put these words in another order.
+    const char* text = QT_TRANSLATE_NOOP("ExeFileExecutor", "Seems application has finished, exit code: %1");
     if (facts.crashed)
-        suffix = QCoreApplication::translate("ExeFileExecutor", ", and crashed");
+        text = QT_TRANSLATE_NOOP("ExeFileExecutor",
+                                 "Seems application has finished, exit code: %1, and crashed");
     else if (facts.neverCameUp())
-        suffix = QCoreApplication::translate("ExeFileExecutor", ", and app not been launched");
-    return QCoreApplication::translate("ExeFileExecutor", "Seems application has finished, exit code: %1%2")
-        .arg(QString::number(exitCode), suffix);
+        text = QT_TRANSLATE_NOOP("ExeFileExecutor",
+                                 "Seems application has finished, exit code: %1, and app not been launched");
+    return QCoreApplication::translate("ExeFileExecutor", text).arg(exitCode);
 }
 
-QString LaunchVerdict::nothingFixedMessage() {
-    return QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed");
+QString LaunchVerdict::nothingFixedMessage(bool repairTried) {
+    return repairTried
+               ? QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed",
+                                             "a repair was tried")
+               : QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed");
 }

@@ -14,6 +14,7 @@ struct LaunchFacts {
     bool hasComponents = false;  ///< that the log asks for and that were not tried yet
     bool hasFonts = false;       ///< the same
     bool stagingKnown = false;   ///< asked only when isFailed()
+    bool repairTried = false;    ///< in an earlier start of the same launch
     bool finished = false;       ///< the result of this start has been given
 
     /// The program never came up. A terminal program counts as started whatever its exit code says; only one
@@ -42,5 +43,5 @@ struct LaunchVerdict {
     /// The line about the end itself.
     static QString endMessage(int exitCode, const LaunchFacts& facts);
     /// The line of a repair that had nothing to do, or came to nothing.
-    static QString nothingFixedMessage();
+    static QString nothingFixedMessage(bool repairTried);
 };

@@ -27,6 +27,10 @@ public:
 
     virtual ~LaunchWindows() = default;
 
+    /// Whether there is such a window at all; buttons that lead to one that is not are hidden.
+    virtual bool hasBottleConfig() const { return true; }
+    virtual bool hasFeedback() const { return true; }
+
     /// Shows the configuration of a bottle above `over`. Null when that is not possible; the user has been
     /// told why.
     virtual BottleConfigWindow* openBottleConfig(const QString& bottle, ConfigMode mode, QWidget* over) = 0;

@@ -4,6 +4,7 @@
 #include <QStackedWidget>
 
 #include "shell/SearchWidget.h"
+#include "shell/ShellWindows.h"
 #include "shell/library/AppLocalView.h"
 
 IndexView::IndexView(SearchWidget* search, QWidget* parent)
@@ -22,6 +23,8 @@ void IndexView::buildPages() {
         return;
     m_local = new AppLocalView;
     m_pages->addWidget(m_local);
+    if (const auto& makeStore = ShellWindows::instance().storePage)
+        m_pages->addWidget(makeStore());
     connect(m_search, &SearchWidget::textChanged, m_local, &AppLocalView::search);
     connect(m_search, &SearchWidget::leaveForResults, m_local, &AppLocalView::focusPrograms);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);

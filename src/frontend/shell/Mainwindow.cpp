@@ -88,11 +88,8 @@ void Mainwindow::setUpTitlebarMenu() {
         if (const auto& open = ShellWindows::instance().productFeedback)
             open(this);
     });
-    connect(menu, &QMenu::aboutToShow, feedback, [feedback] {
-        feedback->setEnabled(bool(ShellWindows::instance().productFeedback));
-        feedback->setToolTip(feedback->isEnabled() ? QString() : tr("Not in this version yet"));
-    });
-    menu->setToolTipsVisible(true);
+    connect(menu, &QMenu::aboutToShow, feedback,
+            [feedback] { feedback->setVisible(bool(ShellWindows::instance().productFeedback)); });
     QAction* first = standard.value(0);
     menu->insertActions(first, {forums, feedback});
     menu->insertSeparator(first);

@@ -2,12 +2,13 @@
 
 #include <functional>
 
+#include "launch/LaunchWindows.h"
 #include "shell/library/Program.h"
 
 class QWidget;
 
-/// The windows that the library leads to. Whoever makes one puts its opener here; while there is none, the
-/// entries that lead to it are disabled and say so.
+/// The windows and pages that the library and a launch's banner lead to. Whoever makes one puts its opener
+/// here; while there is none, the entries and buttons that lead to it are hidden.
 struct ShellWindows {
     using ForProgram = std::function<void(const ProgramRef& program, QWidget* over)>;
 
@@ -18,6 +19,11 @@ struct ShellWindows {
     ForProgram manifestExport;
     ForProgram feedback;
     std::function<void(QWidget* over)> productFeedback;
+    std::function<QWidget*()> storePage;
+    std::function<BottleConfigWindow*(const QString& bottle, LaunchWindows::ConfigMode, QWidget* over)>
+        launchConfiguration;
+    std::function<int(const QString& bottle, const QString& appName, const QString& version, QWidget* over)>
+        launchFeedback;
 
     static ShellWindows& instance() {
         static ShellWindows windows;

@@ -10,6 +10,7 @@
 #include "fenk/Tokens.h"
 #include "fenk/WidgetLook.h"
 #include "fenk/style/Paint.h"
+#include "shell/ShellWindows.h"
 
 using namespace Fenk;
 
@@ -82,9 +83,8 @@ SidebarView::SidebarView(QWidget* parent) : QTreeView(parent), m_model(new QStan
     QStandardItem* mine = addGroup(tr("My"));
     QStandardItem* start = addRow(mine, tr("My Apps"), "cxb_my_apps");
     QStandardItem* all = addGroup(tr("All Apps"));
-    QStandardItem* store = addRow(all, tr("All Apps"), "cxb_add_app");
-    store->setEnabled(false);
-    store->setToolTip(tr("The store is not in this version yet"));
+    addRow(all, tr("All Apps"), "cxb_add_app");
+    setRowHidden(AllApps, QModelIndex(), !ShellWindows::instance().storePage);
     refreshIcons();
     expandAll();
     setCurrentIndex(start->index());

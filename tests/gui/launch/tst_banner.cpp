@@ -10,6 +10,7 @@
 #include "fenk/Spinner.h"
 #include "fenk/Theme.h"
 #include "gui/fenk/FenkTestMain.h"
+#include "launch/LaunchWindows.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/SteadyText.h"
 #include "launch/banner/WineExeLaunchBanner.h"
@@ -21,6 +22,14 @@ using Signal = void (Banner::*)();
 Q_DECLARE_METATYPE(Signal)
 
 namespace {
+
+struct Windows : LaunchWindows {
+    bool isThere = true;
+    bool hasBottleConfig() const override { return isThere; }
+    bool hasFeedback() const override { return isThere; }
+    BottleConfigWindow* openBottleConfig(const QString&, ConfigMode, QWidget*) override { return nullptr; }
+    int askFeedback(const QString&, const QString&, const QString&, QWidget*) override { return 0; }
+};
 
 QWidget* part(QWidget* window, const QString& name) {
     for (QWidget* widget : window->findChildren<QWidget*>()) {
@@ -44,12 +53,17 @@ class TestBanner : public QObject {
 private Q_SLOTS:
     void init() {
         Fenk::Theme::instance()->setAnimationsEnabled(false);
+        m_windows.isThere = true;
+        LaunchWindows::setInstance(&m_windows);
         m_banner = std::make_unique<Banner>();
         m_banner->show();
         m_banner->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_banner.get()));
     }
-    void cleanup() { m_banner.reset(); }
+    void cleanup() {
+        m_banner.reset();
+        LaunchWindows::setInstance(nullptr);
+    }
 
     void closes_data() {
         const Table<int> row("state");
@@ -114,18 +128,23 @@ private Q_SLOTS:
     }
 
     void failedLook_data() {
-        const Table<bool, bool, int, QStringList> row("canRepair", "canFix", "height", "names");
+        const Table<bool, bool, bool, int, QStringList> row("isThere", "canRepair", "canFix", "height",
+                                                            "names");
         const QStringList quiet = {"feedback_btn", "view_logs_btn"};
-        row("fix", true, true, 500, QStringList{"repair_debug_btn", "repair_btn"} + quiet);
-        row("no fix", true, false, 500, QStringList{"debug_btn"} + quiet);
-        row("public", false, false, 432, quiet);
-        row("public, fix", false, true, 432, quiet);
+        row("fix", true, true, true, 500, QStringList{"repair_debug_btn", "repair_btn"} + quiet);
+        row("no fix", true, true, false, 500, QStringList{"debug_btn"} + quiet);
+        row("public", true, false, false, 432, quiet);
+        row("public, fix", true, false, true, 432, quiet);
+        row("fix, no other windows", false, true, true, 500, {"repair_btn", "view_logs_btn"});
+        row("no fix, no other windows", false, true, false, 500, {"view_logs_btn"});
     }
     void failedLook() {
+        QFETCH(bool, isThere);
         QFETCH(bool, canRepair);
         QFETCH(bool, canFix);
         QFETCH(QStringList, names);  // in the order of Tab
         QCOMPARE(m_banner->size(), QSize(660, 432));
+        m_windows.isThere = isThere;
         m_banner->setCanRepair(canRepair);
         m_banner->showFailed(canFix);
         QTEST(m_banner->height(), "height");
@@ -139,7 +158,8 @@ private Q_SLOTS:
         QCOMPARE(debugged.count(), names.count("debug_btn"));
         QCOMPARE(repaired.count(), names.count("repair_btn"));
 
-        part(m_banner.get(), "feedback_btn")->setFocus();
+        QCOMPARE(m_banner->findChild<Fenk::Label*>("advice")->text().contains("debugging"), isThere);
+        part(m_banner.get(), "view_logs_btn")->setFocus();
         QStringList order;
         for (int i = 0; i < names.size() + 2; ++i) {  // with the two buttons of the title bar
             order << m_banner->focusWidget()->accessibleName();
@@ -229,6 +249,7 @@ private:
         return m_banner->findChildren<BannerCloseConfirmDialog*>();
     }
 
+    Windows m_windows;
     std::unique_ptr<Banner> m_banner;
 };
 

@@ -261,19 +261,31 @@ private Q_SLOTS:
                                           {"External_Programs", external}});
         m_service->setText("getEmulators", emulators);
         bool opened = false;
-        ShellWindows::instance().properties = [&](const Program&, QWidget*) { opened = true; };
+        ShellWindows& windows = ShellWindows::instance();
+        windows.properties = [&](const Program&, QWidget*) { opened = true; };
+        const QVector<ShellWindows::ForProgram*> later = {&windows.configuration, &windows.fileAssociations,
+                                                          &windows.packaging, &windows.manifestExport,
+                                                          &windows.feedback};
+        for (ShellWindows::ForProgram* window : later)
+            *window = [](const ProgramRef&, QWidget*) {};
         open({summary(1, "a", bottle)});
         LocalAppItemWidget* item = tile(1, bottle);
         const QMenu* menu = openMenu(item);
         QVERIFY(menu && menu->isVisible());
         QCOMPARE(menu->accessibleName(), QString("appitem_option_menu"));
         QCOMPARE(entries(menu).join(", "), texts);
-        QVERIFY(!item->action(Action::Feedback)->isEnabled());
         for (const QAction* entry : item->findChildren<QAction*>())
             QVERIFY2(entry->isEnabled() || !entry->isVisible() || entry->toolTip() != entry->text(),
                      qPrintable(entry->text()));
         item->action(Action::EditDetails)->trigger();
         QVERIFY(opened);
+        item->optionMenu()->hide();
+        for (ShellWindows::ForProgram* window : later)
+            *window = nullptr;
+        openMenu(item);
+        for (const Action which : {Action::AdvancedDebugging, Action::FileAssociations, Action::PackagedApps,
+                                   Action::DumpManifest, Action::Feedback})
+            QVERIFY2(!item->action(which)->isVisible(), qPrintable(item->action(which)->text()));
         QFile::remove(m_home.path() + "/Desktop/office-" + uuid(1) + ".desktop");
     }
 

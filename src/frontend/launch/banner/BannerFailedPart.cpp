@@ -8,6 +8,7 @@
 #include "fenk/SuggestButton.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "launch/LaunchWindows.h"
 #include "launch/banner/BannerCustomButton.h"
 
 using namespace Fenk;
@@ -37,6 +38,7 @@ BannerFailedPart::BannerFailedPart(QWidget* parent)
       m_spacer(new QSpacerItem(0, OfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed)),
       m_debug(named(new SuggestButton(tr("Debug")), "debug_btn", DebugWidth)),
       m_repairRow(makeRepairRow()) {
+    m_advice->setObjectName("advice");
     m_advice->setReadingWidth(AdviceMaxWidth);
     m_advice->setAlignment(Qt::AlignCenter);
     connect(m_debug, &QPushButton::clicked, this, &BannerFailedPart::debug);
@@ -54,48 +56,57 @@ BannerFailedPart::BannerFailedPart(QWidget* parent)
 QWidget* BannerFailedPart::makeRepairRow() {
     auto* row = new QWidget;
     row->setAccessibleName("repair_btns");
-    auto* debugToo = named(new QPushButton(tr("Debug")), "repair_debug_btn", RepairRowButtonWidth);
+    m_repairDebug = named(new QPushButton(tr("Debug")), "repair_debug_btn", RepairRowButtonWidth);
     m_repair = named(new SuggestButton(tr("Repair")), "repair_btn", RepairRowButtonWidth);
-    connect(debugToo, &QPushButton::clicked, this, &BannerFailedPart::debug);
+    connect(m_repairDebug, &QPushButton::clicked, this, &BannerFailedPart::debug);
     connect(m_repair, &QPushButton::clicked, this, &BannerFailedPart::repair);
-    auto* line = new QFrame;
-    line->setFrameShape(QFrame::VLine);
-    line->setFixedSize(1, Tokens::IconLarge);
+    m_repairLine = new QFrame;
+    m_repairLine->setFrameShape(QFrame::VLine);
+    m_repairLine->setFixedSize(1, Tokens::IconLarge);
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Tokens::Space16);
-    layout->addWidget(debugToo);
-    layout->addWidget(line);
+    layout->addWidget(m_repairDebug);
+    layout->addWidget(m_repairLine);
     layout->addWidget(m_repair);
     return row;
 }
 
 QLayout* BannerFailedPart::makeQuietRow() {
-    auto* feedbackButton = new BannerCustomButton(Theme::icon("cxb_feedback"), tr("Feedback"));
-    feedbackButton->setAccessibleName("feedback_btn");
+    m_feedback = new BannerCustomButton(Theme::icon("cxb_feedback"), tr("Feedback"));
+    m_feedback->setAccessibleName("feedback_btn");
     auto* logsButton = new BannerCustomButton(Theme::icon("cxb_showlog"), tr("View Logs"));
     logsButton->setAccessibleName("view_logs_btn");
-    connect(feedbackButton, &BannerCustomButton::clicked, this, &BannerFailedPart::feedback);
+    connect(m_feedback, &BannerCustomButton::clicked, this, &BannerFailedPart::feedback);
     connect(logsButton, &BannerCustomButton::clicked, this, &BannerFailedPart::viewLogs);
     auto* layout = new QHBoxLayout;
     layout->setSpacing(QuietSpacing);
     layout->addStretch();
-    layout->addWidget(feedbackButton);
+    layout->addWidget(m_feedback);
     layout->addWidget(logsButton);
     layout->addStretch();
     return layout;
 }
 
 void BannerFailedPart::offer(bool canRepair, bool canFix) {
-    m_advice->setText(canFix ? tr("You can try to repair, or use advanced debugging tools to improve the run "
-                                  "success rate")
-                             : tr("You can try to use advanced debugging tools to improve the run success "
-                                  "rate"));
-    m_advice->setVisible(canRepair);
-    m_debug->setVisible(canRepair && !canFix);
-    m_repairRow->setVisible(canRepair && canFix);
-    m_spacer->changeSize(0, canRepair ? OfferSpacer : NoOfferSpacer, QSizePolicy::Minimum,
-                         QSizePolicy::Fixed);
+    const LaunchWindows* windows = LaunchWindows::instance();
+    const bool canDebug = windows && windows->hasBottleConfig();
+    const bool hasOffer = canRepair && (canFix || canDebug);
+    if (canDebug)
+        m_advice->setText(canFix
+                              ? tr("You can try to repair, or use advanced debugging tools to improve the "
+                                   "run success rate")
+                              : tr("You can try to use advanced debugging tools to improve the run success "
+                                   "rate"));
+    else
+        m_advice->setText(tr("You can try to repair it"));
+    m_advice->setVisible(hasOffer);
+    m_debug->setVisible(hasOffer && !canFix);
+    m_repairRow->setVisible(hasOffer && canFix);
+    m_repairDebug->setVisible(canDebug);
+    m_repairLine->setVisible(canDebug);
+    m_feedback->setVisible(windows && windows->hasFeedback());
+    m_spacer->changeSize(0, hasOffer ? OfferSpacer : NoOfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed);
     layout()->invalidate();
 }
 

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class BannerCustomButton;
+class QFrame;
 class QPushButton;
 class QSpacerItem;
 
@@ -9,7 +11,8 @@ namespace Fenk {
 class Label;
 }
 
-/// The lower part of a banner whose launch has failed: what can be done, and the buttons for it.
+/// The lower part of a banner whose launch has failed: what can be done, and the buttons for it. Those that
+/// lead to a window which LaunchWindows does not have are hidden.
 class BannerFailedPart : public QWidget {
     Q_OBJECT
 public:
@@ -36,5 +39,8 @@ private:
     QSpacerItem* m_spacer;
     QPushButton* m_debug;
     QPushButton* m_repair = nullptr;
+    QPushButton* m_repairDebug = nullptr;
+    QFrame* m_repairLine = nullptr;
+    BannerCustomButton* m_feedback = nullptr;
     QWidget* m_repairRow;
 };

@@ -29,7 +29,7 @@ AppListEmptyTipsWidget::AppListEmptyTipsWidget(QWidget* parent) : QWidget(parent
     text->setWordWrap(true);
     text->setFixedWidth(TextWidth);
     text->setMinimumHeight(text->heightForWidth(TextWidth));
-    auto* button = new Fenk::SuggestButton(tr("Open Program…"));
+    auto* button = new Fenk::SuggestButton(tr("Add Program…"));
     button->setObjectName("welcome_openbtn");
     button->setAccessibleName("welcome_openbtn");
     button->setDefault(true);

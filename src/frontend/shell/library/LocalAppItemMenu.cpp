@@ -160,8 +160,7 @@ void LocalAppItemWidget::openMenu() {
         return;
     for (int i = 0; i < ProgramMenu::ActionCount; ++i) {
         const auto which = Action(i);
-        action(which)->setVisible(ProgramMenu::isShown(which, m_facts));
-        disable(which, !leadsSomewhere(which), tr("Not in this version yet"));
+        action(which)->setVisible(ProgramMenu::isShown(which, m_facts) && leadsSomewhere(which));
     }
     disable(Action::OpenInTerminal, isRunning(), tr("The program is running"));
     // Without knowing whether the bottle would go with it nobody can be asked.

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr int LongestTitle = 24;  ///< of a name in the title, in characters
+
 struct Question {
     Q_DECLARE_TR_FUNCTIONS(RemovalQuestion)
 };
@@ -48,6 +50,14 @@ QString failure(BottleUtils::Removal removal, const QString& name) {
     }
 }
 
+/// In some languages the title names the program.
+QString titleOf(bool withBottle, const QString& name) {
+    const QString title = withBottle ? Question::tr("Important Information", "uninstall")
+                                     : Question::tr("Important Information", "delete");
+    return QString(title).replace(
+        QLatin1String("%1"), name.size() <= LongestTitle ? name : name.left(LongestTitle) + QChar(0x2026));
+}
+
 void remove(const Program& program, bool withBottle, const QPointer<QWidget>& over) {
     const ProgramRef ref = program.ref;
     changingService(
@@ -73,7 +83,7 @@ void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over
                          "There are multiple application shortcuts in the current application "
                          "container, this operation deletes only the currently selected "
                          "application shortcut!");
-    auto* dialog = new Fenk::Dialog(Question::tr("Important Information"), message, over);
+    auto* dialog = new Fenk::Dialog(titleOf(withBottle, program.name), message, over);
     dialog->setObjectName("removal_question");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
