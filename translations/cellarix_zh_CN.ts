@@ -12,11 +12,11 @@
     <name>AppItemWidget</name>
     <message>
         <source>Run %1</source>
-        <translation>运行%1</translation>
+        <translation>运行“%1”</translation>
     </message>
     <message>
         <source>Quit %1</source>
-        <translation>退出%1</translation>
+        <translation>退出“%1”</translation>
     </message>
 </context>
 <context>
@@ -34,47 +34,51 @@
     <name>AppListEmptyTipsWidget</name>
     <message>
         <source>Run a Windows program</source>
-        <translation>运行 Windows 程序</translation>
+        <translation>运行 Windows 应用</translation>
     </message>
     <message>
         <source>Choose a program file or drop it here. Cellarix makes a place for it, starts it and remembers it.</source>
-        <translation>选择一个程序文件，或将其拖放到这里。
-Cellarix 会为它准备环境、启动并记住它。</translation>
+        <translation>选择应用文件，或将其拖放到此处。
+Cellarix 会为它准备环境并启动，以后可随时在这里打开。</translation>
     </message>
     <message>
         <source>Open Program…</source>
-        <translation>打开程序…</translation>
+        <translation type="vanished">打开程序…</translation>
+    </message>
+    <message>
+        <source>Add Program…</source>
+        <translation>添加应用…</translation>
     </message>
 </context>
 <context>
     <name>AppLocalView</name>
     <message>
         <source>Installed 0 apps, including unsuccessful apps</source>
-        <translation>已安装 0 个应用，包括未成功安装的应用</translation>
+        <translation>已安装 0 个应用（含未成功安装的应用）</translation>
     </message>
     <message>
         <source>Installed apps %1,including unsuccessful apps</source>
-        <translation>已安装 %1 个应用，包括未成功安装的应用</translation>
+        <translation>已安装 %1 个应用（含未成功安装的应用）</translation>
     </message>
     <message>
         <source>Add Program…</source>
-        <translation>添加程序…</translation>
+        <translation>添加应用…</translation>
     </message>
     <message>
         <source>Add Program</source>
-        <translation>添加程序</translation>
+        <translation>添加应用</translation>
     </message>
     <message>
         <source>Programs</source>
-        <translation>程序</translation>
+        <translation>应用</translation>
     </message>
     <message>
         <source>Nothing was searched</source>
-        <translation>没有搜索到任何内容</translation>
+        <translation>没有找到匹配的应用</translation>
     </message>
     <message>
         <source>faile to fetch application list, try again later...</source>
-        <translation>获取应用列表失败，请稍后重试…</translation>
+        <translation>无法获取应用列表，请稍后重试</translation>
     </message>
     <message>
         <source>Retry</source>
@@ -132,18 +136,18 @@ Cellarix 会为它准备环境、启动并记住它。</translation>
     </message>
     <message>
         <source>This version of Cellarix has no window yet to configure a bottle.</source>
-        <translation>此版本的 Cellarix 还没有容器配置窗口。</translation>
+        <translation>此版本的 Cellarix 暂不支持配置容器。</translation>
     </message>
     <message>
         <source>This version of Cellarix cannot send feedback yet.</source>
-        <translation>此版本的 Cellarix 暂不能发送反馈。</translation>
+        <translation>此版本的 Cellarix 暂不支持发送反馈。</translation>
     </message>
 </context>
 <context>
     <name>AssociationModel</name>
     <message>
         <source>Export %1</source>
-        <translation>导出 %1</translation>
+        <translation>关联“%1”</translation>
     </message>
     <message>
         <source>Select</source>
@@ -166,17 +170,17 @@ Cellarix 会为它准备环境、启动并记住它。</translation>
     <name>BannerCloseConfirmDialog</name>
     <message>
         <source>Close Running</source>
-        <translation>停止运行</translation>
+        <translation>停止启动？</translation>
     </message>
     <message>
         <source>The application is starting up, this process will continue for a short while,
 are you sure you want to close it now?</source>
-        <translation>应用正在启动，此过程还需要一点时间，
-确定现在关闭吗？</translation>
+        <translation>应用正在启动，可能还需要一点时间，
+确定要停止吗？</translation>
     </message>
     <message>
         <source>Close</source>
-        <translation>关闭</translation>
+        <translation>停止</translation>
     </message>
     <message>
         <source>Keep waiting</source>
@@ -186,7 +190,7 @@ are you sure you want to close it now?</source>
         <source>To ensure that the application runs properly,
 please wait for the component download to complete!</source>
         <translation>为确保应用正常运行，
-请等待组件下载完成！</translation>
+请等待组件下载完成。</translation>
     </message>
     <message>
         <source>Cancel Installation</source>
@@ -217,18 +221,22 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>You can try to repair, or use advanced debugging tools to improve the run success rate</source>
-        <translation>您可以尝试修复，或使用高级调试工具来提高运行成功率</translation>
+        <translation>可以尝试修复，或使用高级调试工具提高运行成功率</translation>
     </message>
     <message>
         <source>You can try to use advanced debugging tools to improve the run success rate</source>
-        <translation>您可以尝试使用高级调试工具来提高运行成功率</translation>
+        <translation>可以使用高级调试工具提高运行成功率</translation>
+    </message>
+    <message>
+        <source>You can try to repair it</source>
+        <translation>可以尝试修复</translation>
     </message>
 </context>
 <context>
     <name>BottleTasks</name>
     <message>
         <source>Import registry files (*.reg)</source>
-        <translation>导入注册表文件 (*.reg)</translation>
+        <translation>注册表文件 (*.reg)</translation>
     </message>
 </context>
 <context>
@@ -255,7 +263,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>I have fully read and agree to the %1</source>
-        <translation>我已完整阅读并同意%1</translation>
+        <translation>我已阅读并同意%1</translation>
     </message>
     <message>
         <source>Service Agreement</source>
@@ -283,7 +291,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>It will take a few minutes, please wait patiently.</source>
-        <translation>这需要几分钟，请耐心等待。</translation>
+        <translation>需要几分钟时间，请耐心等待。</translation>
     </message>
 </context>
 <context>
@@ -301,7 +309,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Are you want to quit current running version?</source>
-        <translation>是否退出当前正在运行的版本？</translation>
+        <translation>是否退出正在运行的旧版本？</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -348,11 +356,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Setup %1</source>
-        <translation>安装 %1</translation>
+        <translation>安装%1</translation>
     </message>
     <message>
         <source>Setup %1, please waiting...</source>
-        <translation>正在安装 %1，请稍候……</translation>
+        <translation>正在安装 %1，请稍候…</translation>
     </message>
 </context>
 <context>
@@ -390,15 +398,15 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>You can now start using Cellarix</source>
-        <translation>现在可以开始使用 Cellarix 了</translation>
+        <translation>现在可以使用 Cellarix 了</translation>
     </message>
     <message>
         <source>You can now start using proton to run games</source>
-        <translation>现在可以开始使用 Proton 运行游戏了</translation>
+        <translation>现在可以使用 Proton 运行游戏了</translation>
     </message>
     <message>
         <source>It will take a few minutes, please wait patiently.</source>
-        <translation>这需要几分钟，请耐心等待。</translation>
+        <translation>需要几分钟时间，请耐心等待。</translation>
     </message>
     <message>
         <source>Hide Logs</source>
@@ -406,7 +414,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The setup did not start</source>
-        <translation>设置未能启动</translation>
+        <translation>初始化未能开始</translation>
     </message>
     <message>
         <source>%1 cannot be run. Please install Cellarix again.</source>
@@ -417,19 +425,19 @@ please wait for the component download to complete!</source>
     <name>ExeFileExecutor</name>
     <message>
         <source>App run failed, try to using lumora-wine-staging and relaunch</source>
-        <translation>应用运行失败，尝试使用 lumora-wine-staging 并重新启动</translation>
+        <translation>应用运行失败，改用 lumora-wine-staging 重新启动</translation>
     </message>
     <message>
         <source>Application is not running as expected, try to using lumora-wine-staging and relaunch</source>
-        <translation>应用未按预期运行，尝试使用 lumora-wine-staging 并重新启动</translation>
+        <translation>应用未能正常运行，可改用 lumora-wine-staging 重新启动</translation>
     </message>
     <message>
         <source>Choose wine version: %1</source>
-        <translation>选择 Wine 版本：%1</translation>
+        <translation>使用的 Wine 版本：%1</translation>
     </message>
     <message>
         <source>Detech crash in wine logs</source>
-        <translation>在 Wine 日志中检测到崩溃</translation>
+        <translation>Wine 日志显示应用已崩溃</translation>
     </message>
     <message>
         <source>Download failed, fallback to %1</source>
@@ -461,11 +469,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Launching %1 in %2 seconds</source>
-        <translation>正在启动 %1，已用 %2 秒</translation>
+        <translation>正在启动“%1”（已用 %2 秒）</translation>
     </message>
     <message>
         <source>Launching %1</source>
-        <translation>正在启动 %1</translation>
+        <translation>正在启动“%1”</translation>
     </message>
     <message>
         <source>Launching</source>
@@ -473,19 +481,19 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>No any fixing applied, but seems app not crashed</source>
-        <translation>未进行任何修复，但应用似乎没有崩溃</translation>
+        <translation>未进行修复，应用似乎没有崩溃</translation>
     </message>
     <message>
         <source>No any fixing applied, launch failed</source>
-        <translation>未进行任何修复，启动失败</translation>
+        <translation>启动失败，未找到可自动修复的问题</translation>
     </message>
     <message>
         <source>Other wine error logs:</source>
-        <translation>其他 Wine 错误日志：</translation>
+        <translation>其他 Wine 错误：</translation>
     </message>
     <message>
         <source>Parsed wine error logs:</source>
-        <translation>已识别的 Wine 错误日志：</translation>
+        <translation>已识别的 Wine 错误：</translation>
     </message>
     <message>
         <source>Parsing wine logs and fix application</source>
@@ -509,19 +517,19 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Seems application has finished, exit code: %1%2</source>
-        <translation>应用似乎已结束，退出码：%1%2</translation>
+        <translation type="vanished">应用似乎已结束，退出码：%1%2</translation>
     </message>
     <message>
         <source>Start initializing envrionment, please wait...</source>
-        <translation>开始初始化环境，请稍候……</translation>
+        <translation>开始初始化环境，请稍候…</translation>
     </message>
     <message>
         <source>Switch runner success, relaunch program...</source>
-        <translation>切换运行器成功，重新启动程序……</translation>
+        <translation>已更换 Wine 版本，正在重新启动应用…</translation>
     </message>
     <message>
         <source>This application is a console application, launch in terminal</source>
-        <translation>这是一个控制台应用，将在终端中启动</translation>
+        <translation>这是命令行应用，将在终端中启动</translation>
     </message>
     <message>
         <source>This application missing fonts: %1</source>
@@ -533,7 +541,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Try to fix application with those components:</source>
-        <translation>尝试使用以下组件修复应用：</translation>
+        <translation>尝试安装以下组件来修复应用：</translation>
     </message>
     <message>
         <source>Try to install components:</source>
@@ -545,19 +553,19 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>, and app not been launched</source>
-        <translation>，且程序未能启动</translation>
+        <translation type="vanished">，且程序未能启动</translation>
     </message>
     <message>
         <source>%1 is not installing, try to download now</source>
-        <translation>%1 尚未安装，正在尝试下载</translation>
+        <translation>尚未安装 %1，正在尝试下载</translation>
     </message>
     <message>
         <source>%1 has downloaded</source>
-        <translation>%1 已下载</translation>
+        <translation>%1 已下载完成</translation>
     </message>
     <message>
         <source>, and crashed</source>
-        <translation>，并且已崩溃</translation>
+        <translation type="vanished">，并且已崩溃</translation>
     </message>
     <message>
         <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Install the package wine32.</source>
@@ -565,11 +573,28 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Something is being installed into the bottle. Try again when that is done.</source>
-        <translation>正在向容器中安装组件，请在安装完成后重试。</translation>
+        <translation>正在向此容器安装组件，请在安装完成后重试。</translation>
     </message>
     <message>
         <source>The first run needs an environment, which takes about half a minute: %1%</source>
         <translation>首次运行需要准备环境，约需半分钟：%1%</translation>
+    </message>
+    <message>
+        <source>Seems application has finished, exit code: %1</source>
+        <translation>程序已结束（退出码 %1）</translation>
+    </message>
+    <message>
+        <source>Seems application has finished, exit code: %1, and crashed</source>
+        <translation>程序已崩溃（退出码 %1）</translation>
+    </message>
+    <message>
+        <source>Seems application has finished, exit code: %1, and app not been launched</source>
+        <translation>程序未能启动（退出码 %1）</translation>
+    </message>
+    <message>
+        <source>No any fixing applied, launch failed</source>
+        <comment>a repair was tried</comment>
+        <translation>启动失败，修复未能解决问题</translation>
     </message>
 </context>
 <context>
@@ -650,11 +675,11 @@ please wait for the component download to complete!</source>
     <name>FileAssosiationsExportDialog</name>
     <message>
         <source>Export File Associations</source>
-        <translation>导出文件关联</translation>
+        <translation>设置文件关联</translation>
     </message>
     <message>
         <source>Checked types will open with the applications of this container.</source>
-        <translation>勾选的文件类型将由此容器中的应用打开。</translation>
+        <translation>选中的文件类型将用此容器中的应用打开。</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -662,7 +687,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Export</source>
-        <translation>导出</translation>
+        <translation>应用</translation>
     </message>
     <message>
         <source>The file associations cannot be read at the moment. Please try again later.</source>
@@ -692,7 +717,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Open in Terminal</source>
-        <translation>在终端中打开</translation>
+        <translation>在终端中运行</translation>
     </message>
     <message>
         <source>Open folder of app</source>
@@ -760,7 +785,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Options of %1</source>
-        <translation>%1的选项</translation>
+        <translation>“%1”的选项</translation>
     </message>
     <message>
         <source>Running</source>
@@ -768,7 +793,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Not in this version yet</source>
-        <translation>此版本尚未提供</translation>
+        <translation type="vanished">此版本尚未提供</translation>
     </message>
     <message>
         <source>%1 is on the desktop now.</source>
@@ -784,11 +809,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The program is running</source>
-        <translation>程序正在运行</translation>
+        <translation>应用正在运行</translation>
     </message>
     <message>
         <source>The bottle service has not answered yet. Please open the menu again.</source>
-        <translation>容器服务尚未应答，请重新打开菜单。</translation>
+        <translation>容器服务尚未响应，请重新打开菜单。</translation>
     </message>
     <message>
         <source>%1 is in the menu of programs now.</source>
@@ -803,7 +828,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The log could not be saved to %1: %2</source>
-        <translation>日志无法保存到 %1：%2</translation>
+        <translation>无法将日志保存到 %1：%2</translation>
     </message>
     <message>
         <source>Save the log</source>
@@ -819,7 +844,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Save...</source>
-        <translation>保存……</translation>
+        <translation>保存…</translation>
     </message>
 </context>
 <context>
@@ -830,7 +855,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Cellarix is a tool for running/packing Windows applications. It supports running Windows applications directly and packing Windows applications into deb format.</source>
-        <translation>Cellarix 是一款运行和打包 Windows 应用的工具，既可以直接运行 Windows 应用，也可以将 Windows 应用打包为 deb 安装包。</translation>
+        <translation>Cellarix 是一款用于运行和打包 Windows 应用的工具，可直接运行 Windows 应用，也可将其打包为 deb 格式。</translation>
     </message>
     <message>
         <source>Windows Software launcher via lumora-wine</source>
@@ -842,15 +867,15 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Open url with bottles configure dialog for debugging</source>
-        <translation>在容器配置窗口中打开，以便调试</translation>
+        <translation>打开文件并显示容器配置窗口，以便调试</translation>
     </message>
     <message>
         <source>Fix program by installing components</source>
-        <translation>通过安装组件修复程序</translation>
+        <translation>安装组件以修复应用</translation>
     </message>
     <message>
         <source>Open file with specified bottles and extension</source>
-        <translation>使用指定的容器和扩展名打开文件</translation>
+        <translation>以指定的容器和扩展名打开文件</translation>
     </message>
     <message>
         <source>Update the base envrionment for all apps</source>
@@ -858,11 +883,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Run as DBus service without UI</source>
-        <translation>作为 DBus 服务运行，不显示界面</translation>
+        <translation>以 D-Bus 服务方式运行，不显示界面</translation>
     </message>
     <message>
         <source>Service Agreement</source>
-        <translation>服务协议</translation>
+        <translation>《服务协议》</translation>
     </message>
 </context>
 <context>
@@ -877,14 +902,14 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Not in this version yet</source>
-        <translation>此版本尚未提供</translation>
+        <translation type="vanished">此版本尚未提供</translation>
     </message>
 </context>
 <context>
     <name>NameEditor</name>
     <message>
         <source>Edit application name</source>
-        <translation>编辑应用名称</translation>
+        <translation>修改应用名称</translation>
     </message>
     <message>
         <source>App Name</source>
@@ -910,7 +935,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The program %1 is running abnormally, you can try to fix it</source>
-        <translation>程序“%1”运行异常，您可以尝试修复</translation>
+        <translation>应用“%1”运行异常，可以尝试修复</translation>
     </message>
 </context>
 <context>
@@ -952,39 +977,49 @@ please wait for the component download to complete!</source>
     <name>RemovalQuestion</name>
     <message>
         <source>Uninstalling the application deletes the application container and all files and configuration information within the container!</source>
-        <translation>卸载该应用将删除应用容器，以及容器内的所有文件和配置信息！</translation>
+        <translation>卸载此应用会删除它的容器，以及其中的所有文件和配置信息！</translation>
     </message>
     <message>
         <source>There are multiple application shortcuts in the current application container, this operation deletes only the currently selected application shortcut!</source>
-        <translation>当前应用容器中有多个应用快捷方式，此操作只会删除当前选中的应用快捷方式！</translation>
+        <translation>此容器中有多个应用快捷方式，本次操作只删除所选的快捷方式！</translation>
     </message>
     <message>
         <source>Important Information</source>
-        <translation>重要提示</translation>
+        <translation type="vanished">重要提示</translation>
     </message>
     <message>
         <source>Cancel Uninstall</source>
-        <translation>取消卸载</translation>
+        <translation>取消</translation>
     </message>
     <message>
         <source>Cancel Delete</source>
-        <translation>取消删除</translation>
+        <translation>取消</translation>
     </message>
     <message>
         <source>Confirm Uninstall</source>
-        <translation>确认卸载</translation>
+        <translation>卸载</translation>
     </message>
     <message>
         <source>Confirm Delete</source>
-        <translation>确认删除</translation>
+        <translation>删除</translation>
     </message>
     <message>
         <source>%1 could not be removed. It is still there.</source>
-        <translation>未能移除“%1”，它仍保留在原处。</translation>
+        <translation>未能移除“%1”，它仍在应用列表中。</translation>
     </message>
     <message>
         <source>%1 is removed, but its container could not be deleted.</source>
         <translation>“%1”已移除，但其容器未能删除。</translation>
+    </message>
+    <message>
+        <source>Important Information</source>
+        <comment>uninstall</comment>
+        <translation>卸载“%1”？</translation>
+    </message>
+    <message>
+        <source>Important Information</source>
+        <comment>delete</comment>
+        <translation>删除“%1”？</translation>
     </message>
 </context>
 <context>
@@ -1017,11 +1052,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The repair changes the container of %1, and these programs are running in it. They have to be closed first: what has not been saved in them will be lost.</source>
-        <translation>修复会更改“%1”所在的容器，而以下应用正在该容器中运行，需要先将其关闭，其中未保存的内容将会丢失。</translation>
+        <translation>修复需要更改“%1”的容器，而以下应用正在其中运行。继续前需要先关闭它们，未保存的内容将会丢失。</translation>
     </message>
     <message>
         <source>and %1 more</source>
-        <translation>以及另外 %1 个</translation>
+        <translation>以及其他 %1 个</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -1029,7 +1064,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Close them and continue</source>
-        <translation>关闭它们并继续</translation>
+        <translation>关闭并继续</translation>
     </message>
 </context>
 <context>
@@ -1052,14 +1087,14 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The store is not in this version yet</source>
-        <translation>此版本尚未提供应用商店</translation>
+        <translation type="vanished">此版本尚未提供应用商店</translation>
     </message>
 </context>
 <context>
     <name>StarRating</name>
     <message>
         <source>Rating: %1 of 5</source>
-        <translation>评分：%1（满分 5）</translation>
+        <translation>评分：%1（满分 5 分）</translation>
     </message>
     <message>
         <source>Not rated</source>
@@ -1113,7 +1148,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>I am a description....</source>
-        <translation>这是一段描述……</translation>
+        <translation>这是一段描述…</translation>
     </message>
     <message>
         <source>The app fails to run</source>
@@ -1124,7 +1159,7 @@ please wait for the component download to complete!</source>
     <name>WineFileHandler</name>
     <message>
         <source>Launching %1...</source>
-        <translation>正在启动 %1……</translation>
+        <translation>正在启动“%1”…</translation>
     </message>
     <message>
         <source>Launching</source>
