@@ -271,7 +271,8 @@ void ExeFileExecutor::launch() {
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);
     m_awaited = Awaited::Nothing;
     m_linksTimer.stop();
-    m_installFailed = m_scriptFailed = m_hasHandedOver = m_areLinksEntered = m_finished = false;
+    m_installFailed = m_scriptFailed = m_hasHandedOver = m_isExitKnown = m_areLinksEntered = m_finished =
+        false;
     ++m_starts;
     m_hasBeenSeen = false;
     m_looks = 0;

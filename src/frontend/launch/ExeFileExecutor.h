@@ -10,6 +10,8 @@
 
 #include "launch/LaunchVerdict.h"
 #include "launch/MsgType.h"
+#include "launch/repair/Diagnosis.h"
+#include "launch/repair/FailureFacts.h"
 
 struct BusResult;
 class DependencyInstallQueue;
@@ -71,6 +73,8 @@ public:
     /// 1 for a launch of a file, 0 for a stored program and a fixup.
     void setFirstRun(int firstRun) { m_firstRun = firstRun; }
     int seconds() const { return m_seconds; }
+    /// Of the last start that has failed; valid from runFailed on.
+    const Diagnosis& diagnosis() const { return m_diagnosis; }
 
 Q_SIGNALS:
     void emitStep(const QString& text, MsgType recordType = MsgLine);
@@ -113,6 +117,10 @@ private:
     void enterLinks();
     void collectLinks();
     void report(const LaunchVerdict& verdict);
+    void diagnose(int exitCode, const LaunchFacts& found);
+    void fail(bool canWeFix, bool isSuccessed);
+    bool hasTriedRepair() const;
+    void applyOtherRepair(RepairAction action);
     void switchRunner();
     void requestRunner();
     void askForPrograms(const QStringList& names);
@@ -141,9 +149,9 @@ private:
     WineLauncher* m_launcher;
     bool m_installFailed = false;    ///< by the log of the last start
     bool m_scriptFailed = false;     ///< the launch script could not be started
-    QString m_launchError;           ///< why the script never reached the program
     bool m_hasHandedOver = false;    ///< the first process has ended, and the monitor tells when the rest has
     int m_exitCode = 0;              ///< of the process that has handed over
+    bool m_isExitKnown = false;      ///< the launch script has ended with the program's exit code
     bool m_areLinksEntered = false;  ///< in the present start, before its end
     bool m_isBottleNew = false;
     bool m_autoFix = false;
@@ -154,6 +162,7 @@ private:
     bool m_isCancelled = false;
     QStringList m_triedComponents;
     QStringList m_triedFonts;
+    bool m_hasSwitchedRunner = false;
     int m_seconds = 0;
     QTimer* m_secondTimer;  ///< runs as long as a program does
     QJsonObject m_peInfo;
@@ -168,6 +177,8 @@ private:
     int m_looks = 0;                                   ///< that the monitor has begun anew for it
     QDateTime m_since = QDateTime::currentDateTime();  ///< shortcuts made from then on are the program's
     LaunchVerdict m_verdict;                           ///< while links are collected
+    FailureFacts m_failure;                            ///< of the last start
+    Diagnosis m_diagnosis;
     QTimer m_linksTimer;
     QTimer m_silenceTimer;  ///< since the monitor has last told anything
 };

@@ -70,6 +70,7 @@ void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus stat
     // set-ups do so at any time. The monitor tells what becomes of it, and always comes to an end.
     const bool isExit = status == QProcess::NormalExit;
     m_exitCode = exitCode;
+    m_isExitKnown = isExit;
     m_hasHandedOver =
         isExit && m_monitor->isWatching() && (m_monitor->windowSeen ? isInstaller() : exitCode == 0);
     if (!m_hasHandedOver)
@@ -112,7 +113,8 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     m_hasHandedOver = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
-    m_launchError = LauncherExit::failure(m_launcher->logPath(), displayName());
+    m_failure = {};
+    m_failure.launcherReason = LauncherExit::failure(m_launcher->logPath(), displayName());
     LaunchFacts found = facts(exitCode);
     if (found.isFailed())
         qInfo() << "Launch failed";
@@ -129,7 +131,9 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     }
     Q_EMIT emitMsg(LaunchVerdict::endMessage(exitCode, found), MsgLine);
     found = facts(exitCode);
-    found.stagingKnown = found.isFailed() && m_launchError.isEmpty() && isStagingKnown();
+    found.stagingKnown = found.isFailed() && m_failure.launcherReason.isEmpty() && isStagingKnown();
+    diagnose(exitCode, found);
+    found.hasOtherRepair = isOtherRepair(m_diagnosis.action);
     carryOut(LaunchVerdict::of(found));
 }
 
@@ -144,9 +148,25 @@ LaunchFacts ExeFileExecutor::facts(int exitCode) {
     facts.isFirstRun = m_firstRun != 0;
     facts.hasComponents = !m_components.isEmpty();
     facts.hasFonts = !m_fonts.isEmpty();
-    facts.repairTried = !m_triedComponents.isEmpty() || !m_triedFonts.isEmpty();
+    facts.hasTriedRepair = hasTriedRepair();
     facts.finished = m_finished;
     return facts;
+}
+
+/// What Repair would do is told along with the reason, so that both are decided here, once for each end.
+void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
+    m_failure.programName = displayName();
+    m_failure.exitCode = exitCode;
+    m_failure.isExitCodeKnown = m_isExitKnown;
+    m_failure.windowSeen = found.windowSeen;
+    m_failure.crashed = m_failure.crashed || found.crashed;
+    m_failure.components = m_components;
+    m_failure.fonts = m_fonts;
+    m_failure.triedComponents = m_triedComponents;
+    m_failure.triedFonts = m_triedFonts;
+    if (found.stagingKnown && found.isFirstRun && !m_autoFix)
+        m_failure.possible.append(RepairAction::SwitchToStaging);
+    m_diagnosis = Diagnosis::of(m_failure);
 }
 
 void ExeFileExecutor::readLog() {
@@ -163,6 +183,7 @@ void ExeFileExecutor::readLog() {
     asked.triedComponents = m_triedComponents;
     asked.triedFonts = m_triedFonts;
     const LogFindings found = LogFindings::of(parser, mask, asked);
+    m_failure.addLog(parser, mask);
     if (found.crashed)
         qInfo().noquote() << "Seems app crashed! " << m_exePath;
     if (found.installFailed)
@@ -212,12 +233,17 @@ void ExeFileExecutor::report(const LaunchVerdict& verdict) {
     const LaunchVerdict told = verdict;  // who hears of it may start anew
     if (!told.message.isEmpty())
         Q_EMIT emitMsg(told.message, MsgLine);
-    if (!m_launchError.isEmpty())
-        Q_EMIT emitMsg(m_launchError, MsgError);
     if (told.next == LaunchVerdict::Succeeded)
         Q_EMIT runSuccessed();
     else
-        Q_EMIT runFailed(told.canWeFix, told.isSuccessed);
+        fail(told.canWeFix, told.isSuccessed);
+}
+
+/// The reason is the last line of a failed launch, so that it stays in view.
+void ExeFileExecutor::fail(bool canWeFix, bool isSuccessed) {
+    if (!m_diagnosis.reason.isEmpty())
+        Q_EMIT emitMsg(m_diagnosis.reason, MsgLine);
+    Q_EMIT runFailed(canWeFix, isSuccessed);
 }
 
 void ExeFileExecutor::prepareFix(const QString& bottle, const QString& programUuid,
@@ -250,14 +276,26 @@ void ExeFileExecutor::applyFix() {
         m_awaited = Awaited::Components;
         Q_EMIT Fixing();
         m_queue->install(m_bottlesName, m_components);
+    } else if (isOtherRepair(m_diagnosis.action)) {
+        applyOtherRepair(m_diagnosis.action);
     } else if (!isStagingKnown()) {
         m_queue->install(m_bottlesName, {});
     } else if (BottleRecord::runner(BottlesConfig::instance()->get(m_bottlesName)) ==
                WineNames::stagingRunner()) {
-        Q_EMIT runFailed(false, false);
+        fail(false, false);
     } else {
         switchRunner();
     }
+}
+
+/// What is neither a component nor the staging runner.
+void ExeFileExecutor::applyOtherRepair(RepairAction action) {
+    if (action == RepairAction::LaunchAgain)
+        launch();
+}
+
+bool ExeFileExecutor::hasTriedRepair() const {
+    return m_hasSwitchedRunner || !m_triedComponents.isEmpty() || !m_triedFonts.isEmpty();
 }
 
 /// First nothing is listened to any more, so that no answer can start the next step; then the service is
@@ -323,7 +361,7 @@ void ExeFileExecutor::answerProgramsRunning(bool close) {
         m_awaited = Awaited::Nothing;
         m_queue->cancel();
         BottlesConfig::instance()->disconnect(this);
-        Q_EMIT runFailed(true, m_verdict.isSuccessed);
+        fail(true, m_verdict.isSuccessed);
         return;
     }
     BottleTasks::killWineServer(m_bottlesName, this, [this] {
@@ -346,6 +384,7 @@ void ExeFileExecutor::onRunnerSwitchDone(const QString& bottle_name, const QStri
         return;
     }
     BottlesConfig::instance()->disconnect(this);
+    m_hasSwitchedRunner = true;
     qInfo() << "Relaunch program...";
     Q_EMIT emitMsg(tr("Switch runner success, relaunch program..."), MsgLine);
     launch();
@@ -369,8 +408,13 @@ void ExeFileExecutor::giveUp() {
     m_awaited = Awaited::Nothing;
     BottlesConfig::instance()->disconnect(this);
     m_finished = true;
-    Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(true), MsgLine);
-    Q_EMIT runFailed(false, false);
+    Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(hasTriedRepair()), MsgLine);
+    m_failure.triedComponents = m_triedComponents;
+    m_failure.components.clear();
+    m_failure.possible.clear();
+    if (m_starts > 0)
+        m_diagnosis = Diagnosis::of(m_failure);
+    fail(false, false);
 }
 
 void ExeFileExecutor::onServiceLost() {

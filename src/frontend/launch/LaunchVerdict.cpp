@@ -12,7 +12,7 @@ LaunchVerdict result(const LaunchFacts& facts, bool isSuccessed) {
     if (facts.finished)
         return {};
     if (facts.isFailed())
-        return {LaunchVerdict::Failed, LaunchVerdict::nothingFixedMessage(facts.repairTried), false,
+        return {LaunchVerdict::Failed, LaunchVerdict::nothingFixedMessage(facts.hasTriedRepair), false,
                 isSuccessed};
     return {
         LaunchVerdict::Succeeded,
@@ -29,6 +29,8 @@ LaunchVerdict LaunchVerdict::of(const LaunchFacts& facts) {
         return {Repair, {}, false, false};
     if (isFixable)
         return offer(facts.isFirstRun || facts.hasComponents, isSuccessed);
+    if (facts.hasOtherRepair && facts.isFailed())
+        return offer(true, false);
     if (facts.autoFix || !facts.isFailed() || !facts.stagingKnown)
         return result(facts, isSuccessed);
     if (!facts.isFirstRun)
@@ -51,9 +53,9 @@ QString LaunchVerdict::endMessage(int exitCode, const LaunchFacts& facts) {
     return QCoreApplication::translate("ExeFileExecutor", text).arg(exitCode);
 }
 
-QString LaunchVerdict::nothingFixedMessage(bool repairTried) {
-    return repairTried
-               ? QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed",
-                                             "a repair was tried")
-               : QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed");
+QString LaunchVerdict::nothingFixedMessage(bool hasTriedRepair) {
+    if (hasTriedRepair)
+        return QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed",
+                                           "what was repaired did not help");
+    return QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed");
 }

@@ -4,18 +4,19 @@
 
 /// What is known of a program that has gone, before anybody says what it means.
 struct LaunchFacts {
-    bool isConsole = false;      ///< runs in a terminal, so that nobody watched its windows
-    bool isNotStarted = false;   ///< the launch script itself could not run or was killed
-    bool windowSeen = false;     ///< by the monitor
-    bool crashed = false;        ///< by the monitor
-    bool installFailed = false;  ///< says the log
-    bool autoFix = false;        ///< a repair may run without asking
-    bool isFirstRun = true;      ///< of a file, not of a stored program
-    bool hasComponents = false;  ///< that the log asks for and that were not tried yet
-    bool hasFonts = false;       ///< the same
-    bool stagingKnown = false;   ///< asked only when isFailed()
-    bool repairTried = false;    ///< in an earlier start of the same launch
-    bool finished = false;       ///< the result of this start has been given
+    bool isConsole = false;       ///< runs in a terminal, so that nobody watched its windows
+    bool isNotStarted = false;    ///< the launch script itself could not run or was killed
+    bool windowSeen = false;      ///< by the monitor
+    bool crashed = false;         ///< by the monitor
+    bool installFailed = false;   ///< says the log
+    bool autoFix = false;         ///< a repair may run without asking
+    bool isFirstRun = true;       ///< of a file, not of a stored program
+    bool hasComponents = false;   ///< that the log asks for and that were not tried yet
+    bool hasFonts = false;        ///< the same
+    bool stagingKnown = false;    ///< asked only when isFailed()
+    bool hasOtherRepair = false;  ///< neither components, fonts nor staging, but something Repair can do
+    bool hasTriedRepair = false;  ///< something was installed or switched in this run
+    bool finished = false;        ///< the result of this start has been given
 
     /// The program never came up. A terminal program counts as started whatever its exit code says; only one
     /// whose launch script did not run does not.
@@ -43,5 +44,5 @@ struct LaunchVerdict {
     /// The line about the end itself.
     static QString endMessage(int exitCode, const LaunchFacts& facts);
     /// The line of a repair that had nothing to do, or came to nothing.
-    static QString nothingFixedMessage(bool repairTried);
+    static QString nothingFixedMessage(bool hasTriedRepair);
 };

@@ -28,13 +28,15 @@ QString rules(const LaunchFacts& facts, bool failed) {
     const QString end = facts.finished ? ""
                         : failed       ? "links; No any fixing applied, launch failed; failed 0 0"
                                        : "links; No any fixing applied, but seems app not crashed; succeeded";
-    if (facts.autoFix)
-        return facts.hasComponents || facts.hasFonts ? "repair" : end;
+    if (facts.autoFix && (facts.hasComponents || facts.hasFonts))
+        return "repair";
     if (facts.hasComponents)
         return "failed 1 0";
     if (facts.hasFonts)
         return QString("failed %1 %2").arg(facts.isFirstRun).arg(!failed);
-    if (!failed || !facts.stagingKnown)
+    if (failed && facts.hasOtherRepair)
+        return "failed 1 0";
+    if (facts.autoFix || !failed || !facts.stagingKnown)
         return end;
     return facts.isFirstRun
                ? "Application is not running as expected, try to using lumora-wine-staging and relaunch; "
@@ -50,12 +52,12 @@ class LaunchVerdictTest : public QObject {
 
 private Q_SLOTS:
     void everyCombination() {
-        for (int bits = 0; bits < 1 << 11; ++bits) {
+        for (int bits = 0; bits < 1 << 12; ++bits) {
             LaunchFacts facts;
             int number = 0;
             for (bool* fact : {&facts.isConsole, &facts.isNotStarted, &facts.windowSeen, &facts.installFailed,
                                &facts.autoFix, &facts.isFirstRun, &facts.hasComponents, &facts.hasFonts,
-                               &facts.stagingKnown, &facts.finished, &facts.crashed})
+                               &facts.stagingKnown, &facts.finished, &facts.crashed, &facts.hasOtherRepair})
                 *fact = bits >> number++ & 1;
             const bool neverCameUp = facts.isConsole ? facts.isNotStarted : !facts.windowSeen;
             const bool failed = neverCameUp || facts.installFailed;
