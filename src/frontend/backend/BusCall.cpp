@@ -39,7 +39,14 @@ void BusCall::fire(const QDBusAbstractInterface& proxy, const QString& method,
 
 void BusCall::watch(const QDBusAbstractInterface& proxy, const QString& method, const QVariantList& arguments,
                     QObject* context, const Handler& handler, BusReply::Wanted wanted) {
-    auto* watcher = new QDBusPendingCallWatcher(send(proxy, method, arguments), context);
+    const QDBusPendingCall call = send(proxy, method, arguments);
+    // Without a bus the call has failed already, and its watcher never tells.
+    if (call.isFinished()) {
+        QMetaObject::invokeMethod(
+            context, [=] { handler(BusReply::fromMessage(call.reply(), wanted)); }, Qt::QueuedConnection);
+        return;
+    }
+    auto* watcher = new QDBusPendingCallWatcher(call, context);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, handler, wanted] {
         watcher->deleteLater();
         handler(BusReply::fromMessage(watcher->reply(), wanted));
@@ -55,7 +62,8 @@ BusResult BusCall::loop(const QDBusAbstractInterface& proxy, const QString& meth
                      Qt::DirectConnection);
     if (owner)
         QObject::connect(owner, &QObject::destroyed, &wait, &QEventLoop::quit, Qt::DirectConnection);
-    wait.exec();
+    if (!watcher.isFinished())
+        wait.exec();
 
     if ((owner && !guard) || !watcher.isFinished()) {
         BusResult result;

@@ -9,7 +9,7 @@ class QDBusAbstractInterface;
 class QObject;
 
 /// The four ways in which a proxy calls its service. All use the proxy's time-out. A proxy method is one
-/// line: the name, the arguments in order, the mode.
+/// line: the name, the arguments in order, the mode. Without a session bus each fails at once.
 namespace BusCall {
 
 using Handler = std::function<void(const BusResult&)>;

@@ -12,9 +12,9 @@ namespace {
 /// A proxy that, unlike the product's, can be deleted while a call is under way.
 class MortalProxy : public QDBusAbstractInterface {
 public:
-    MortalProxy()
+    explicit MortalProxy(const QDBusConnection& bus = QDBusConnection::sessionBus())
         : QDBusAbstractInterface("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Bottles",
-                                 "com.lumora.Manager.Bottles", QDBusConnection::sessionBus(), nullptr) {
+                                 "com.lumora.Manager.Bottles", bus, nullptr) {
         setTimeout(20000);
     }
 };
@@ -125,6 +125,20 @@ private Q_SLOTS:
         QVERIFY(!BusCall::loop(*proxy, "updateExternalProgram", arguments, nullptr).ok);
         BusCall::fire(*proxy, "updateExternalProgram", arguments);
         QVERIFY(fake->calls("updateExternalProgram").isEmpty());
+    }
+
+    void noBus() {
+        MortalProxy lost(QDBusConnection("never connected"));
+        QVERIFY(!BusCall::block(lost, "list").ok);
+        QVERIFY(!BusCall::loop(lost, "list", {}, this).ok);
+        BusCall::fire(lost, "list", {});
+        QStringList heard;
+        auto context = std::make_unique<QObject>();
+        BusCall::watch(lost, "list", {}, context.get(), [&](const BusResult&) { heard << "deleted"; });
+        context.reset();
+        BusCall::watch(lost, "list", {}, this, [&](const BusResult& result) { heard << result.errorName; });
+        QVERIFY(heard.isEmpty());
+        QTRY_COMPARE(heard, QStringList{"org.freedesktop.DBus.Error.Disconnected"});
     }
 
     // Last: there is no bus afterwards.
