@@ -8,9 +8,22 @@
 #include "e2e/InstalledApp.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 
 using namespace TestSupport;
+
+namespace {
+
+/// Headers for 64 bits, and nothing to run.
+QByteArray smallProgram() {
+    QByteArray bytes(1024, '\0');
+    bytes.replace(0, 2, "MZ").replace(60, 1, "\x40");
+    bytes.replace(64, 2, "PE").replace(68, 2, "\x64\x86");
+    return bytes;
+}
+
+}  // namespace
 
 /// The installed application against nonsense: on the command line, on the bus, on the disk. Nothing may
 /// hang, each start says why it ends, and no file of the user's is lost.
@@ -66,8 +79,62 @@ private Q_SLOTS:
         QCOMPARE(::mkfifo(qPrintable(m_home->path() + "/pipe.exe"), 0600), 0);
         arguments.replaceInStrings("@", m_home->path());
         InstalledApp app(arguments);
+        QVERIFY2(app.waitForLog(message), qPrintable(app.log()));
+        // It may still show why.
+        if (app.isRunning())
+            app.signal(SIGTERM);
         QCOMPARE(app.waitForExit(), 1);
+    }
+
+    void noDisplay_data() {
+        const Table<QString, int, QString> row("argument", "status", "message");
+        row("help", "--help", 0, "--fixup");
+        row("version", "--version", 0, "cellarix 3.3.4.008");
+        row("a file", "/nowhere/a.exe", 1, "Cellarix cannot open the display \":4711\".");
+    }
+
+    void noDisplay() {
+        QFETCH(QString, argument);
+        QFETCH(QString, message);
+        InstalledApp app({argument}, {"QT_QPA_PLATFORM=", "WAYLAND_DISPLAY=", "DISPLAY=:4711"});
+        QTEST(app.waitForExit(), "status");
         QVERIFY2(app.log().contains(message), qPrintable(app.log()));
+    }
+
+    /// Each way into the program ends by itself, with a reason on the screen, instead of waiting.
+    void noSessionBus_data() {
+        const Table<QStringList, QString, int> row("arguments", "message", "status");
+        row("file", {"@/program.exe"}, "show failed", 0);
+        row("library", {}, "call listAllPrograms failed", 0);
+        row("program", {"lumorawine://b/u"}, "no session bus", 1);
+        row("no program", {"@/run.bat"}, "refusal_notice", 1);
+    }
+
+    void noSessionBus() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, message);
+        m_home->write("program.exe", smallProgram());
+        m_home->write("run.bat", "@echo off");
+        arguments.replaceInStrings("@", m_home->path());
+        InstalledApp app(arguments, {"DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere/bus"});
+        QVERIFY2(app.waitForLog(message), qPrintable(app.log()));
+        app.signal(SIGTERM);
+        QTEST(app.waitForExit(5000), "status");
+    }
+
+    void sameFileAgain() {
+        m_service->setError("Bottles.createBottles", "no");
+        const QString file = m_home->write("program.exe", smallProgram());
+        InstalledApp app({file});
+        QVERIFY2(app.waitForLog("add exe runner:"), qPrintable(app.log()));
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(InstalledApp({file}).waitForExit(), 1);
+        QTRY_COMPARE(app.log().count("::::"), 4);
+        QCOMPARE(InstalledApp({"/nowhere/last.exe"}).waitForExit(), 1);
+        QVERIFY(app.waitForLog("No such file:"));
+        QCOMPARE(app.log().count("already_running_dialog"), 1);
+        app.signal(SIGTERM);
+        QCOMPARE(app.waitForExit(), 0);
     }
 
     /// Nothing ever waits for the version check.
@@ -119,7 +186,7 @@ private Q_SLOTS:
             for (const char* method : {"list", "get", "createBottles"})
                 m_service->setError(QString("Bottles.") + method, "no");
         }
-        const QString file = m_home->write("program.exe", "MZ but nothing more");
+        const QString file = m_home->write("program.exe", smallProgram());
         InstalledApp app({file});
         QVERIFY2(app.waitForLog("show failed", 60000), qPrintable(app.log()));
         QVERIFY2(app.log().contains(message), qPrintable(app.log()));

@@ -14,6 +14,7 @@
 namespace {
 
 const char Notifications[] = "org.freedesktop.Notifications";
+constexpr int NotifyMs = 5000;  // the bus may have to start the service
 
 QDBusMessage notificationCall(const QString& method) {
     return QDBusMessage::createMethodCall(Notifications, "/org/freedesktop/Notifications", Notifications,
@@ -22,14 +23,16 @@ QDBusMessage notificationCall(const QString& method) {
 
 }  // namespace
 
-void DesktopUtils::notify(const QString& title, const QString& body, const QStringList& actions,
+bool DesktopUtils::notify(const QString& title, const QString& body, const QStringList& actions,
                           const QVariantMap& hints) {
     const int expiryMs = 3000;
     QDBusMessage call = notificationCall("Notify");
     call << "cellarix" << 0U << "cellarix" << title << body << actions << hints << expiryMs;
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
-    if (reply.type() == QDBusMessage::ErrorMessage)
-        qWarning().noquote() << "Failed to send notification:" << reply.errorMessage();
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, NotifyMs);
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        return true;
+    qWarning().noquote() << "Failed to send notification:" << reply.errorMessage();
+    return false;
 }
 
 QString DesktopUtils::notificationText(const QString& name) {

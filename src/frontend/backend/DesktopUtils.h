@@ -8,8 +8,8 @@
 namespace DesktopUtils {
 
 /// A desktop notification that stays 3 s. actions are pairs of key and label; hints go as they are. Blocks
-/// until the notification service has taken it.
-void notify(const QString& title, const QString& body, const QStringList& actions = {},
+/// until the notification service has taken it; false when there is none, or it does not answer in time.
+bool notify(const QString& title, const QString& body, const QStringList& actions = {},
             const QVariantMap& hints = {});
 /// A name as it stands in the body of a notification: escaped where the service takes the body for markup.
 QString notificationText(const QString& name);

@@ -9,6 +9,7 @@
 #include "backend/DesktopUtils.h"
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
+#include "backend/SessionBus.h"
 #include "core/BackendVersion.h"
 #include "core/CommandLineHandler.h"
 #include "core/ImageCache.h"
@@ -20,7 +21,9 @@
 #include "fenk/Theme.h"
 #include "launch/ExeFileRunner.h"
 #include "launch/PrivateBottleName.h"
+#include "launch/banner/RefusalNotice.h"
 #include "launch/environment/BottleEnvScript.h"
+#include "launch/inspection/OpenRefusal.h"
 #include "shell/Mainwindow.h"
 #include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/AppLocalView.h"
@@ -148,13 +151,38 @@ void CellarixApplication::requestMainWindow() {
 /// As if it were handed over by another start, so that the two never run into each other.
 void CellarixApplication::openChosenFile(const QString& path) {
     // A batch file given to the command line is a document.
+    m_isChosen = true;
     if (path.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive))
         openExe(path, false);
     else
         handleCommandLine({applicationFilePath(), path});
+    m_isChosen = false;
+}
+
+void CellarixApplication::showRefusal(const QString& path, const OpenRefusal& refusal) {
+    m_hasRefused = true;
+    qWarning().noquote() << refusal.logLine;
+    RefusalNotice::show(path, refusal, m_isChosen ? m_mainWindow : nullptr);
+}
+
+void CellarixApplication::refuse(const QString& path) {
+    const OpenRefusal refusal = OpenRefusal::ofOther(path);
+    if (m_isChosen) {
+        showRefusal(path, refusal);
+        return;
+    }
+    m_hasRefused = true;
+    RefusalNotice::notify(path, refusal);
 }
 
 void CellarixApplication::openExe(const QString& path, bool debug) {
+    if (const OpenRefusal refusal = OpenRefusal::of(path)) {
+        showRefusal(path, refusal);
+        return;
+    }
+    // A launch without that window shows it in its banner.
+    if (debug && refusesWithoutBus())
+        return;
     // The key takes the time to read the file.
     if (const ExeFileRunner* running =
             m_runners.isEmpty() ? nullptr : m_runners.value(privateBottleNameOf(path))) {
@@ -174,11 +202,20 @@ void CellarixApplication::openExe(const QString& path, bool debug) {
         runner->deleteLater();
 }
 
+bool CellarixApplication::refusesWithoutBus() {
+    if (SessionBus::isConnected())
+        return false;
+    showRefusal(productName(), OpenRefusal::noSessionBus());
+    return true;
+}
+
 int CellarixApplication::openProgram(const QString& bottleName, const QString& programUuid) {
     if (ExeFileRunner* running = m_runners.value(bottleName)) {
         showAlreadyRunning(running->displayName());
         return 0;
     }
+    if (refusesWithoutBus())
+        return 1;
     auto* runner = new ExeFileRunner(bottleName, programUuid, this);
     const int result = runner->runProgram();
     if (result == 0)
@@ -189,18 +226,24 @@ int CellarixApplication::openProgram(const QString& bottleName, const QString& p
 }
 
 void CellarixApplication::showAlreadyRunning(const QString& displayName) {
-    auto* dialog = new Fenk::Dialog;
-    dialog->setObjectName("already_running_dialog");
-    dialog->setWindowTitle(productName());
-    dialog->setMessage(tr("%1 is running.").arg(displayName));
-    dialog->addButton(tr("OK"));
+    QPointer<Fenk::Dialog>& dialog = m_runningDialogs[displayName];
+    if (!dialog) {
+        dialog = new Fenk::Dialog;
+        dialog->setObjectName("already_running_dialog");
+        dialog->setWindowTitle(productName());
+        dialog->setMessage(tr("%1 is running.").arg(displayName));
+        dialog->addButton(tr("OK"));
+    }
     dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
 }
 
 void CellarixApplication::addExeRunner(ExeFileRunner* runner) {
     const QString id = runner->id();
     if (id.isEmpty())
         qFatal("runner id is null");
+    m_hasLaunched = true;
     m_runners.insert(id, runner);
     qInfo().noquote() << "add exe runner:" << id;
     connect(runner, &ExeFileRunner::emit_finished, this, &CellarixApplication::onRunnerFinished);
@@ -248,6 +291,10 @@ bool CellarixApplication::hasVisibleWindow() const {
 
 bool CellarixApplication::isNeeded() const {
     return LeaveRule::of(LeaveRule::Ended::Start, leaveFacts()) != LeaveRule::Verdict::Leave;
+}
+
+bool CellarixApplication::hasOnlyRefused() const {
+    return m_hasRefused && !m_hasLaunched && !m_mainWindow;
 }
 
 bool CellarixApplication::isUpdate() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QMap>
 #include <QPointer>
 #include <QTranslator>
@@ -10,11 +11,15 @@
 #include "fenk/Application.h"
 
 struct BottleEnvScript;
+struct OpenRefusal;
 class AppLocalView;
 class CommandLineHandler;
 class ExeFileRunner;
 class Mainwindow;
 class QTimer;
+namespace Fenk {
+class Dialog;
+}
 class WindowMonitor;
 
 /// The process: owns the main window, the running launches (at most one a bottle, by bottle name) and the
@@ -39,6 +44,11 @@ public:
     /// Starts a file, or with `debug` opens it in the configuration window. A file that is running already
     /// only shows a dialog.
     void openExe(const QString& path, bool debug);
+    /// Says on the screen why a word of the command line is not opened: over the main window what was chosen
+    /// there, otherwise as a notification.
+    void refuse(const QString& path);
+    /// True without a session bus, and then says so on the screen.
+    bool refusesWithoutBus();
     /// Starts a stored program; 0 when it is under way or runs already.
     int openProgram(const QString& bottleName, const QString& programUuid);
     void addExeRunner(ExeFileRunner* runner);
@@ -49,6 +59,8 @@ public:
     /// True when the start left something to wait for: a window, a launch, another start, pending work, a
     /// script that sets up the environment, or service mode.
     bool isNeeded() const;
+    /// All that the process has done so far is to say why it does not open something.
+    bool hasOnlyRefused() const;
     /// Whether the process was started for an update of the environment.
     bool isUpdate() const;
     /// Ends the process when the script has ended, unless there is something else to wait for.
@@ -78,6 +90,7 @@ private:
     void onProgramAdded(const QString& bottle, const QString& uuid, const QString& object);
     void onProgramUpdated(const QString& bottle, const QString& uuid, const QString& object);
     void onBottleDeleted(const QString& bottle);
+    void showRefusal(const QString& path, const OpenRefusal& refusal);
     void showAlreadyRunning(const QString& displayName);
 
     ApplicationWindows m_windows;
@@ -86,9 +99,13 @@ private:
     QTranslator* m_translator;
     WindowMonitor* m_windowMonitor;
     CommandLineHandler* m_commandLineHandler = nullptr;
-    int m_startsHandled = 0;             ///< one inside the event loop of another
-    bool m_othersHaveToWait = false;     ///< a start may ask something
-    QList<QStringList> m_waitingStarts;  ///< came meanwhile
+    bool m_hasRefused = false;
+    bool m_hasLaunched = false;
+    bool m_isChosen = false;  ///< the present start comes from the main window
+    QHash<QString, QPointer<Fenk::Dialog>> m_runningDialogs;  ///< by the program's name
+    int m_startsHandled = 0;                                  ///< one inside the event loop of another
+    bool m_othersHaveToWait = false;                          ///< a start may ask something
+    QList<QStringList> m_waitingStarts;                       ///< came meanwhile
     std::optional<LeaveRule::Ended>
         m_leaving;  ///< why the process leaves as soon as the pending work is done
     QTimer* m_leavingLimit;

@@ -9,6 +9,7 @@
 
 #include "core/BackendVersion.h"
 #include "core/CellarixApplication.h"
+#include "core/CommandLineOptions.h"
 #include "core/EnvironmentSetup.h"
 #include "core/LaunchTarget.h"
 #include "core/base/BuildInfo.h"
@@ -20,38 +21,6 @@
 #include "launch/environment/BottleEnvScript.h"
 
 namespace {
-
-const char DebugOption[] = "debug";
-const char FixupOption[] = "fixup";
-const char OpenOption[] = "open";
-const char UpdateOption[] = "update";
-const char ServiceOption[] = "service";
-
-struct Option {
-    const char* name;
-    const char* description;
-};
-
-const Option Options[] = {
-    {DebugOption, QT_TRANSLATE_NOOP("Main", "Open url with bottles configure dialog for debugging")},
-    {FixupOption, QT_TRANSLATE_NOOP("Main", "Fix program by installing components")},
-    {OpenOption, QT_TRANSLATE_NOOP("Main", "Open file with specified bottles and extension")},
-    {UpdateOption, QT_TRANSLATE_NOOP("Main", "Update the base envrionment for all apps")},
-    {ServiceOption, QT_TRANSLATE_NOOP("Main", "Run as DBus service without UI")},
-};
-
-QString mainText(const char* text) {
-    return QCoreApplication::translate("Main", text);
-}
-
-void fill(QCommandLineParser& parser) {
-    parser.setApplicationDescription("Windows Software launcher via lumora-wine");
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument("url", "url of exe files to open");
-    for (const Option& option : Options)
-        parser.addOption(QCommandLineOption(option.name, mainText(option.description)));
-}
 
 ScannedExecutable scannedExecutable(const QJsonObject& object) {
     ScannedExecutable found;
@@ -69,7 +38,7 @@ ScannedExecutable scannedExecutable(const QJsonObject& object) {
 
 CommandLineHandler::CommandLineHandler(CellarixApplication* application)
     : QObject(application), m_application(application) {
-    fill(m_parser);
+    CommandLineOptions::fill(m_parser);
 }
 
 int CommandLineHandler::handleCommandLine(const QStringList& args) {
@@ -81,14 +50,14 @@ int CommandLineHandler::handleCommandLine(const QStringList& args) {
         qWarning().noquote() << m_parser.errorText();
     if (!m_application->checkServiceAgreement())
         return 1;
-    if (m_parser.isSet(ServiceOption)) {
+    if (m_parser.isSet(CommandLineOptions::Service)) {
         m_service = true;
         return 0;
     }
     const QStringList positional = m_parser.positionalArguments();
     if (checkEnvironment(positional))
         return 1;
-    if (m_parser.isSet(UpdateOption)) {
+    if (m_parser.isSet(CommandLineOptions::Update)) {
         m_update = true;
         return handleUpdateCommand();
     }
@@ -96,11 +65,12 @@ int CommandLineHandler::handleCommandLine(const QStringList& args) {
         m_application->showMainWindow();
         return 0;
     }
-    if (m_parser.isSet(FixupOption))
+    if (m_parser.isSet(CommandLineOptions::Fixup))
         return handleFixupCommand(positional);
-    if (m_parser.isSet(OpenOption))
+    if (m_parser.isSet(CommandLineOptions::Open))
         return handleOpenCommand(positional);
-    return m_parser.isSet(DebugOption) ? handleDebugUrl(positional.first()) : handleUrl(positional.first());
+    return m_parser.isSet(CommandLineOptions::Debug) ? handleDebugUrl(positional.first())
+                                                     : handleUrl(positional.first());
 }
 
 /// Prints help, version or an error and leaves, where that is asked for.
@@ -157,8 +127,8 @@ bool CommandLineHandler::checkEnvironment(const QStringList& positional) {
 
 bool CommandLineHandler::refuseForNow(const QStringList& args) {
     QCommandLineParser parser;
-    fill(parser);
-    return parser.parse(args) && !parser.isSet(ServiceOption) &&
+    CommandLineOptions::fill(parser);
+    return parser.parse(args) && !parser.isSet(CommandLineOptions::Service) &&
            EnvironmentSetup::refuses(envInitScript(), parser.positionalArguments());
 }
 
@@ -185,6 +155,8 @@ int CommandLineHandler::handleFixupCommand(const QStringList& positional) {
         qWarning() << "The program is already running, skip fixup";
         return 1;
     }
+    if (m_application->refusesWithoutBus())
+        return 1;
     auto* runner = new ExeFileRunner(bottle, uuid, m_application);
     m_application->addExeRunner(runner);
     const int result = runner->fixup(bottle, uuid, components);
@@ -199,6 +171,8 @@ int CommandLineHandler::handleOpenCommand(const QStringList& positional) {
         qWarning() << "Invalid open arguments, eg: cellarix --open bottlesName [extension] filePath";
         return 1;
     }
+    if (m_application->refusesWithoutBus())
+        return 1;
     const OpenTarget target = OpenTarget::fromWords(positional);
     if (positional.size() == 2)
         qDebug() << "opening extension:" << target.extension;
@@ -217,6 +191,7 @@ int CommandLineHandler::handleDebugUrl(const QString& url) {
     }
     if (target.kind != LaunchTarget::Executable) {
         qWarning() << "Not a Windows program:" << url;
+        m_application->refuse(target.path.isEmpty() ? url : target.path);
         return 1;
     }
     m_application->openExe(target.path, true);
@@ -239,9 +214,11 @@ int CommandLineHandler::handleUrl(const QString& url) {
             return 1;
         case LaunchTarget::Missing:
             qWarning() << "No such file:" << url;
+            m_application->refuse(url);
             return 1;
         case LaunchTarget::OtherFile:
             qWarning() << "Not a Windows program:" << target.path;
+            m_application->refuse(target.path);
             return 1;
     }
     return 1;

@@ -3,6 +3,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include "launch/inspection/ProgramKind.h"
+
 namespace {
 
 const QLatin1String ProgramScheme("lumorawine://");
@@ -19,6 +21,12 @@ QString canonicalPath(const QString& url) {
     return canonical;
 }
 
+/// Screen savers, old tools and self-extractors go by many names.
+bool isProgram(const QString& path, const QString& suffix) {
+    const bool isKnownByName = suffix == QLatin1String("msp") || suffix == QLatin1String("bat");
+    return !isKnownByName && ProgramHeader::read(path).isProgram();
+}
+
 LaunchTarget fileTarget(const QString& url, const QStringList& executableSuffixes) {
     LaunchTarget target;
     target.path = canonicalPath(url);
@@ -32,7 +40,7 @@ LaunchTarget fileTarget(const QString& url, const QStringList& executableSuffixe
     else if (suffix == QLatin1String("cxb"))
         target.kind = LaunchTarget::PackageFile;
     else
-        target.kind = LaunchTarget::OtherFile;
+        target.kind = isProgram(target.path, suffix) ? LaunchTarget::Executable : LaunchTarget::OtherFile;
     return target;
 }
 

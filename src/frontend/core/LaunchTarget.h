@@ -12,7 +12,8 @@ struct LaunchTarget {
     QString path;    ///< canonical path of a file that exists
 
     /// "lumorawine://<bottle>/<uuid>" is split at its last "/", so that a public bottle keeps its own;
-    /// anything else is a path with or without "file://".
+    /// anything else is a path with or without "file://". A file with another suffix than a program's counts
+    /// as one when its content is.
     static LaunchTarget fromUrl(const QString& url);
     /// As above for a file only; takes the wider set of suffixes that the configuration window can open.
     static LaunchTarget fromDebugUrl(const QString& url);

@@ -5,10 +5,12 @@
 #include <QLoggingCategory>
 #include <QtConcurrent>
 #include <cstdio>
+#include <optional>
 
 #include "backend/ServiceThreads.h"
 #include "core/CellarixApplication.h"
 #include "core/CellarixService.h"
+#include "core/DisplayCheck.h"
 #include "core/ServiceAgreement.h"
 #include "core/UnixSignals.h"
 #include "core/base/BuildInfo.h"
@@ -49,14 +51,15 @@ int run(CellarixApplication& application) {
     if (application.handleCommandLine({}) != 0 && (signalHandlers.endRequested() || application.canQuit()))
         return 1;
     if (signalHandlers.endRequested())
-        return 0;
+        return application.hasOnlyRefused() ? 1 : 0;
     if (!application.isNeeded()) {
         if (application.isUpdate())
             return 0;
         qWarning() << "nothing was started, leaving";
         return 1;
     }
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    return exitCode == 0 && application.hasOnlyRefused() ? 1 : exitCode;
 }
 
 }  // namespace
@@ -68,7 +71,9 @@ int main(int argc, char* argv[]) {
     setHighDpi();
     int exitCode = 1;
     {
+        std::optional<DisplayCheck> displayCheck(std::in_place);
         CellarixApplication application(argc, argv);
+        displayCheck.reset();
         // Spelt so since the first release: a corrected key would let an old and a new version run side by
         // side.
         if (!application.setSingleInstance("cellarrix")) {

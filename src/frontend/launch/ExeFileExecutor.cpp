@@ -8,6 +8,7 @@
 #include "backend/ComponentManager.h"
 #include "backend/ServiceLoss.h"
 #include "backend/ServiceThreads.h"
+#include "backend/SessionBus.h"
 #include "backend/TemplateProgress.h"
 #include "core/base/Paths.h"
 #include "core/base/WineNames.h"
@@ -169,6 +170,10 @@ void ExeFileExecutor::start() {
         return;
     }
     Q_EMIT emitStep(tr("Initializing Envrironment"), MsgLine);
+    if (!SessionBus::isConnected()) {
+        failWithoutBus();
+        return;
+    }
     const QStringList bottles = BottlesConfig::instance()->list();
     qInfo().noquote() << "bottles name: " << bottlesName();
     m_appName = displayName();
@@ -182,6 +187,13 @@ void ExeFileExecutor::start() {
         createBottle();
     else
         installRunner();
+}
+
+void ExeFileExecutor::failWithoutBus() {
+    m_finished = true;
+    qWarning() << "no session bus";
+    Q_EMIT emitMsg(SessionBus::missingText() + ' ' + SessionBus::missingAdvice(), MsgLine);
+    Q_EMIT runFailed(false, false);
 }
 
 void ExeFileExecutor::installRunner() {

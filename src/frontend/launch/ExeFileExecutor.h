@@ -107,6 +107,7 @@ private:
 
     void connectParts();
     void inspect();
+    void failWithoutBus();
     void installRunner();
     void createBottle();
     void launch();

@@ -19,7 +19,7 @@ private Q_SLOTS:
 
     void withoutADesktop() {
         const LogCapture log;
-        DesktopUtils::notify("t", "b");
+        QVERIFY(!DesktopUtils::notify("t", "b"));
         QVERIFY(log.contains(QtWarningMsg, "Failed to send notification:"));
         DesktopUtils::showInFileManager("/tmp/x");
         DesktopUtils::openInAppStore("p");
@@ -30,7 +30,7 @@ private Q_SLOTS:
         const LogCapture log;
         QVERIFY(desktop.takeName("org.freedesktop.Notifications"));
         desktop.setAnswers("Notify", {{{"number", 1}}, {{"number", 2}}, {{"error", "too many"}}});
-        DesktopUtils::notify("Title", "Body");
+        QVERIFY(DesktopUtils::notify("Title", "Body"));
         const QJsonArray actions{"_open", "View"};
         const QJsonObject hints{{"x-lumora-action-_open", "cellarix,--fixup"}};
         DesktopUtils::notify("Title", "Body", {"_open", "View"}, hints.toVariantMap());

@@ -36,6 +36,9 @@ private Q_SLOTS:
         row("percent in a name", "file://@/%41.exe", T::Executable, T::Executable, "%41.exe");
         row("bat", "@/a.bat", T::OtherFile, T::Executable, "a.bat");
         row("msp", "@/a.msp", T::OtherFile, T::Executable, "a.msp");
+        row("screen saver", "@/a.scr", T::Executable, T::Executable, "a.scr");
+        row("program without suffix", "@/a", T::Executable, T::Executable, "a");
+        row("text", "@/a.txt", T::OtherFile, T::OtherFile, "a.txt");
         row("cxb", "@/a.cxb", T::PackageFile, T::PackageFile, "a.cxb");
         row("link", "@/link.exe", T::Executable, T::Executable, "a.EXE");
         row("missing", "@/none.exe", T::Missing, T::Missing, "");
@@ -43,8 +46,10 @@ private Q_SLOTS:
     void target() {
         QFETCH(QString, url);
         QFETCH(QString, rest);
-        for (const char* name : {"a.EXE", "b c.msi", "%41.exe", "a.bat", "a.msp", "a.cxb"})
+        for (const char* name : {"a.EXE", "b c.msi", "%41.exe", "a.bat", "a.msp", "a.cxb", "a.txt"})
             m_home.write(name, "x");
+        for (const char* name : {"a.scr", "a"})
+            m_home.write(name, "MZ");
         QFile::link(m_home.path() + "/a.EXE", m_home.path() + "/link.exe");
         url.replace("@", m_home.path());
         const LaunchTarget target = LaunchTarget::fromUrl(url);

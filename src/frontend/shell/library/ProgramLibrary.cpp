@@ -7,6 +7,7 @@
 
 #include "backend/BottlesConfig.h"
 #include "backend/ProgramRecord.h"
+#include "backend/SessionBus.h"
 #include "shell/library/InBackground.h"
 
 namespace {
@@ -56,7 +57,7 @@ void ProgramLibrary::onReply(const BusResult& result) {
     qWarning("call listAllPrograms failed");
     qWarning("---------------------------------");
     qWarning().noquote() << result.errorMessage;
-    if (result.serviceGone && m_quietRetries < MostQuietRetries) {
+    if (result.serviceGone && SessionBus::isConnected() && m_quietRetries < MostQuietRetries) {
         ++m_quietRetries;
         m_retry.start();
         return;

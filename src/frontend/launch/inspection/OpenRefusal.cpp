@@ -1,0 +1,212 @@
+#include "launch/inspection/OpenRefusal.h"
+
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+
+#include "backend/SessionBus.h"
+#include "core/base/Paths.h"
+#include "launch/inspection/ProgramKind.h"
+
+namespace {
+
+constexpr QChar FirstPrintable(' ');
+const QLatin1String ForbiddenSigns("\"*<>?|\\:");  // in the names of a Windows path
+
+struct Texts {
+    const char* reason;
+    const char* advice;
+};
+
+Texts kindTexts(ProgramKind kind) {
+    switch (kind) {
+        case ProgramKind::Runnable:
+            break;
+        case ProgramKind::NoProgram:
+            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is not a Windows program."),
+                    QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "Cellarix runs programs and installers, such as .exe and .msi files.")};
+        case ProgramKind::ArchiveFile:
+            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is an archive, not a program."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Unpack it first, then open the program inside.")};
+        case ProgramKind::WebPage:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "It is a web page under the name of a program: the download has "
+                                      "failed."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Download the program again.")};
+        case ProgramKind::UnixProgram:
+            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is a program for Linux, not for Windows."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Start it without Cellarix.")};
+        case ProgramKind::MisnamedPackage:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "It is a Windows Installer package, but its name does not say so."),
+                    QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "Rename it so that it ends in .msi (.msp for a patch), then open it "
+                                      "again.")};
+        case ProgramKind::DosProgram:
+            return {
+                QT_TRANSLATE_NOOP("OpenRefusal", "It is a DOS program, and Wine runs programs for Windows."),
+                QT_TRANSLATE_NOOP("OpenRefusal", "Run it in an emulator such as DOSBox.")};
+        case ProgramKind::Windows16:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "It is a 16-bit program for old Windows versions, which 64-bit Wine "
+                                      "does not run."),
+                    QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "Install 32-bit Wine (the package wine32), or look for a newer "
+                                      "version of the program.")};
+        case ProgramKind::Os2Program:
+            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is a program for OS/2, not for Windows."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Look for a version for Windows.")};
+        case ProgramKind::ArmProgram:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "It is made for Windows on ARM, and this computer has another kind of "
+                                      "processor."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Download the version for x64 or x86.")};
+        case ProgramKind::OtherProcessor:
+            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is made for another kind of processor."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Download the version for x64 or x86.")};
+        case ProgramKind::Library:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "It is a library (DLL): a part of a program, which cannot be started "
+                                      "by itself."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Open the program that it belongs to.")};
+        case ProgramKind::Driver:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "It is a driver or a part of Windows itself, which Wine cannot run."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Devices need a driver for Linux.")};
+        case ProgramKind::EfiProgram:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "It is a program for the computer's firmware (EFI), not for Windows."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Look for a version for Windows.")};
+        case ProgramKind::Incomplete:
+            return {QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "The end of the file is missing: it was not downloaded or copied "
+                                      "completely."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Download or copy it again.")};
+    }
+    return {nullptr, nullptr};
+}
+
+QString text(const char* source) {
+    return QCoreApplication::translate("OpenRefusal", source);
+}
+
+OpenRefusal refusal(const Texts& texts, const QString& logLine) {
+    return {text(texts.reason), text(texts.advice), logLine};
+}
+
+OpenRefusal nameRefusal(const QString& path) {
+    const auto isControl = [](QChar c) {
+        return c < FirstPrintable || c.category() == QChar::Other_Control ||
+               c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
+    };
+    const auto isForbidden = [](QChar c) { return QString(ForbiddenSigns).contains(c); };
+    OpenRefusal found;
+    const auto forbidden = std::find_if(path.begin(), path.end(), isForbidden);
+    if (std::any_of(path.begin(), path.end(), isControl))
+        found.reason = text(QT_TRANSLATE_NOOP("OpenRefusal",
+                                              "Its name or path contains a line break or another control "
+                                              "character, which Windows does not allow."));
+    else if (forbidden != path.end())
+        found.reason = text(QT_TRANSLATE_NOOP("OpenRefusal",
+                                              "Its name or path contains the sign %1, which Windows does "
+                                              "not allow."))
+                           .arg(*forbidden);
+    found.advice =
+        text(QT_TRANSLATE_NOOP("OpenRefusal", "Rename the file or its folder, then open it again."));
+    found.logLine = "no Windows path can be made of " + path;
+    return found;
+}
+
+OpenRefusal fileRefusal(const QString& path) {
+    const QFileInfo file(path);
+    const QString notAFile = path + " not a file";  // one of the lines that a launch itself writes
+    if (!file.exists() && path.contains(QChar::ReplacementCharacter))
+        return refusal(
+            {QT_TRANSLATE_NOOP("OpenRefusal", "Its name is not valid text (UTF-8)."),
+             QT_TRANSLATE_NOOP("OpenRefusal", "Rename the file or its folder, then open it again.")},
+            "No such file: " + path);
+    if (!file.exists() && file.isSymLink())
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a link to a file that is not there."),
+                        QT_TRANSLATE_NOOP("OpenRefusal", "It may have been moved, renamed or deleted.")},
+                       "No such file: " + path);
+    if (!file.exists())
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "There is no such file."),
+                        QT_TRANSLATE_NOOP("OpenRefusal", "It may have been moved, renamed or deleted.")},
+                       "No such file: " + path);
+    if (file.isDir())
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a folder."),
+                        QT_TRANSLATE_NOOP("OpenRefusal", "Open the program inside.")},
+                       notAFile);
+    if (!file.isFile())
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a device or a pipe, not a file."),
+                        QT_TRANSLATE_NOOP("OpenRefusal",
+                                          "Cellarix runs programs and installers, such as .exe and .msi "
+                                          "files.")},
+                       notAFile);
+    if (file.size() == 0)
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "The file is empty."),
+                        QT_TRANSLATE_NOOP("OpenRefusal", "Download or copy it again.")},
+                       notAFile);
+    if (!file.isReadable())
+        return refusal(
+            {QT_TRANSLATE_NOOP("OpenRefusal", "You do not have the right to read this file."),
+             QT_TRANSLATE_NOOP("OpenRefusal", "Change its permissions, or have its owner copy it for you.")},
+            path + " is not readable, exit...");
+    return {};
+}
+
+/// Bottles go into a directory that may have to be made first.
+OpenRefusal placeRefusal() {
+    QString place = Paths::bottlesDataDir();
+    while (!QFileInfo::exists(place) && place != QFileInfo(place).path())
+        place = QFileInfo(place).path();
+    if (QFileInfo(place).isDir() && ::access(QFile::encodeName(place).constData(), W_OK | X_OK) == 0)
+        return {};
+    return {
+        text(QT_TRANSLATE_NOOP("OpenRefusal",
+                               "Cellarix keeps its programs in %1, and nothing can be written there."))
+            .arg(place),
+        text(QT_TRANSLATE_NOOP("OpenRefusal", "Make the folder writable for you, then open the file again.")),
+        "cannot write into " + place};
+}
+
+}  // namespace
+
+OpenRefusal OpenRefusal::of(const QString& path) {
+    if (const OpenRefusal found = fileRefusal(path))
+        return found;
+    if (const OpenRefusal found = nameRefusal(path))
+        return found;
+    const ProgramHeader header = ProgramHeader::read(path);
+    const ProgramKind kind = programKind(header, QFileInfo(path).suffix(), ProgramHost::thisMachine());
+    if (kind != ProgramKind::Runnable)
+        return refusal(kindTexts(kind), "Not a Windows program: " + path);
+    return placeRefusal();
+}
+
+OpenRefusal OpenRefusal::ofOther(const QString& path) {
+    if (const OpenRefusal found = of(path))
+        return found;
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    const QString logLine = "Not a Windows program: " + path;
+    if (suffix == QLatin1String("bat"))
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "Batch files are run from within Cellarix only."),
+                        QT_TRANSLATE_NOOP("OpenRefusal", "Drop the file on the window of Cellarix.")},
+                       logLine);
+    if (suffix == QLatin1String("msp"))
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a patch for an installed program."),
+                        QT_TRANSLATE_NOOP("OpenRefusal",
+                                          "Open it with \"cellarix --debug\" and run it in the window that "
+                                          "comes up.")},
+                       logLine);
+    return refusal(kindTexts(ProgramKind::NoProgram), logLine);
+}
+
+OpenRefusal OpenRefusal::noSessionBus() {
+    return {SessionBus::missingText(), SessionBus::missingAdvice(), "no session bus",
+            text(QT_TRANSLATE_NOOP("OpenRefusal", "Programs cannot be started"))};
+}

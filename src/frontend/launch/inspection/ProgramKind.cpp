@@ -1,0 +1,236 @@
+#include "launch/inspection/ProgramKind.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <QSysInfo>
+#include <QtEndian>
+
+#include "core/base/Paths.h"
+#include "core/base/RegularFile.h"
+
+namespace {
+
+constexpr int HeadBytes = 4096;
+constexpr int NewHeaderBytes = 8192;  // room for 96 sections, the most that Windows loads
+constexpr int DosHeaderBytes = 28;
+constexpr int NewHeaderField = 60;
+constexpr int FirstRelocationField = 24;
+constexpr quint16 NewFormatMark = 64;  // where relocations begin in a file that has a newer header
+constexpr int CoffBytes = 24;
+constexpr int SubsystemField = CoffBytes + 68;
+constexpr int SectionBytes = 40;
+constexpr quint32 HoldsNoData = 0x80;
+constexpr qint64 PageBytes = 4096;
+constexpr quint16 IsLibrary = 0x2000;
+
+/// A block of a file, in which everything beyond the end reads as 0.
+class Bytes {
+public:
+    explicit Bytes(const QByteArray& data) : m_data(data) {}
+    template <class Number>
+    Number number(qint64 at) const {
+        return at >= 0 && at + qint64(sizeof(Number)) <= m_data.size()
+                   ? qFromLittleEndian<Number>(m_data.constData() + at)
+                   : Number(0);
+    }
+    quint16 word(qint64 at) const { return number<quint16>(at); }
+    quint32 doubleWord(qint64 at) const { return number<quint32>(at); }
+    bool has(const char* text) const { return m_data.startsWith(text); }
+    int size() const { return m_data.size(); }
+
+private:
+    QByteArray m_data;
+};
+
+QByteArray block(QFile& file, qint64 at, int bytes) {
+    return file.seek(at) ? file.read(bytes) : QByteArray();
+}
+
+/// A file that a linker has padded, or a packer made smaller than its sections claim, lacks less than a page.
+bool lacksSections(const Bytes& header, qint64 fileSize) {
+    const qint64 table = CoffBytes + header.word(20);
+    for (int i = 0; i < header.word(6) && table + (i + 1) * SectionBytes <= header.size(); ++i) {
+        const qint64 section = table + i * SectionBytes;
+        const qint64 virtualSize = header.doubleWord(section + 8);
+        qint64 size = header.doubleWord(section + 16);
+        const qint64 start = header.doubleWord(section + 20);
+        if (virtualSize != 0)
+            size = qMin(size, (virtualSize + PageBytes - 1) / PageBytes * PageBytes);
+        const bool isInFile = start != 0 && size != 0 && (header.doubleWord(section + 36) & HoldsNoData) == 0;
+        if (isInFile && start + size > fileSize + PageBytes)
+            return true;
+    }
+    return false;
+}
+
+void readPortable(ProgramHeader& result, const Bytes& header, qint64 at, qint64 fileSize) {
+    result.format = ProgramHeader::Portable;
+    result.machine = header.word(4);
+    result.characteristics = header.word(22);
+    result.subsystem = header.word(SubsystemField);
+    const qint64 headerEnd = at + CoffBytes + header.word(20) + header.word(6) * SectionBytes;
+    result.isCut = headerEnd > fileSize || lacksSections(header, fileSize);
+}
+
+void readExecutable(ProgramHeader& result, QFile& file, const Bytes& head) {
+    result.format = ProgramHeader::Dos;
+    result.isCut = file.size() < DosHeaderBytes;
+    const qint64 at = head.doubleWord(NewHeaderField);
+    const Bytes header(at > 0 ? block(file, at, NewHeaderBytes) : QByteArray());
+    if (header.has("PE") && header.word(2) == 0) {
+        readPortable(result, header, at, file.size());
+    } else if (header.has("NE")) {
+        result.format = ProgramHeader::Segmented;
+        result.isForOs2 = header.word(54) == 1;
+    } else if (header.has("LE") || header.has("LX")) {
+        result.format = ProgramHeader::Linear;
+        result.isForOs2 = header.has("LX") || header.word(10) == 1;
+    } else if (head.word(FirstRelocationField) == NewFormatMark) {
+        result.isCut = qMax<qint64>(at + CoffBytes, NewHeaderField + 4) > file.size();
+    }
+}
+
+/// The class of the root entry is what makes a compound file a package.
+bool isPackage(QFile& file, const Bytes& head) {
+    const int shift = head.word(30);
+    const quint32 sector = head.doubleWord(48);
+    if (shift != 9 && shift != 12)
+        return false;
+    const Bytes root(block(file, (qint64(sector) + 1) << shift, 128));
+    const quint32 first = root.doubleWord(80);
+    return (first == 0xc1084 || first == 0xc1086) && root.number<quint64>(88) == 0x46000000000000c0;
+}
+
+ProgramHeader::Format otherFormat(const QByteArray& head) {
+    for (const char* mark : {"PK\x03\x04", "Rar!\x1a\x07", "7z\xbc\xaf\x27\x1c", "MSCF", "\x1f\x8b", "BZh"}) {
+        if (head.startsWith(mark))
+            return ProgramHeader::Archive;
+    }
+    if (head.startsWith("\x7f"
+                        "ELF") ||
+        head.startsWith("#!"))
+        return ProgramHeader::Unix;
+    const QByteArray text =
+        (head.startsWith("\xef\xbb\xbf") ? head.mid(3) : head).trimmed().left(16).toLower();
+    for (const char* mark : {"<!doctype html", "<html", "<head", "<?xml"}) {
+        if (text.startsWith(mark))
+            return ProgramHeader::Web;
+    }
+    return ProgramHeader::Other;
+}
+
+/// Of packages, of plain installations, and of the runners of the bottle service.
+QStringList wineDirectories() {
+    QStringList found{"/usr/lib/i386-linux-gnu/wine", "/usr/lib/wine", "/usr/lib32/wine",
+                      "/usr/local/lib/wine"};
+    for (const QString& parent : {QString("/opt"), Paths::bottlesDataDir() + "/runners"}) {
+        for (const QString& name : QDir(parent).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            found << parent + '/' + name + "/lib/wine";
+    }
+    return found;
+}
+
+bool isProgramName(const QString& suffix) {
+    return QStringList{"exe", "msi", "msp", "scr", "com"}.contains(suffix);
+}
+
+ProgramKind portableKind(const ProgramHeader& header, const ProgramHost& host) {
+    enum Subsystem { Native = 1, FirstEfi = 10, LastEfi = 13 };
+    enum Machine { Arm = 0x1c0, Thumb = 0x1c2, ArmNt = 0x1c4, Arm64 = 0xaa64 };
+    if (header.isCut)
+        return ProgramKind::Incomplete;
+    if (header.subsystem >= FirstEfi && header.subsystem <= LastEfi)
+        return ProgramKind::EfiProgram;
+    if (header.subsystem == Native)
+        return ProgramKind::Driver;
+    if ((header.characteristics & IsLibrary) != 0)
+        return ProgramKind::Library;
+    if (!host.isX86)
+        return ProgramKind::Runnable;
+    switch (header.machine) {
+        case Arm:
+        case Thumb:
+        case ArmNt:
+        case Arm64:
+            return ProgramKind::ArmProgram;
+        case 0x0:  // not told
+        case 0x14c:
+        case 0x14d:
+        case 0x14e:
+        case 0x8664:
+            return ProgramKind::Runnable;
+        default:
+            return ProgramKind::OtherProcessor;
+    }
+}
+
+}  // namespace
+
+ProgramHeader ProgramHeader::read(const QString& path) {
+    ProgramHeader result;
+    QFile file;
+    if (!RegularFile::open(file, path, RegularFile::Links::Followed))
+        return result;
+    const QByteArray start = file.read(HeadBytes);
+    const Bytes head(start);
+    if (head.has("MZ") || head.has("ZM")) {
+        readExecutable(result, file, head);
+    } else if (head.has("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1")) {
+        result.format = Compound;
+        result.isPackage = ::isPackage(file, head);
+    } else {
+        result.format = otherFormat(start);
+    }
+    return result;
+}
+
+bool ProgramHeader::isProgram() const {
+    return format == Dos || format == Segmented || format == Linear || format == Portable || isPackage;
+}
+
+ProgramHost ProgramHost::thisMachine() {
+    ProgramHost host;
+    const QString processor = QSysInfo::currentCpuArchitecture();
+    host.isX86 = processor == "x86_64" || processor == "i386";
+    for (const QString& directory : wineDirectories())
+        host.runs16Bit = host.runs16Bit || QFile::exists(directory + "/i386-windows/winevdm.exe");
+    host.runsDos = host.runs16Bit && !QStandardPaths::findExecutable("dosbox").isEmpty();
+    return host;
+}
+
+ProgramKind programKind(const ProgramHeader& header, const QString& suffix, const ProgramHost& host) {
+    const QString name = suffix.toLower();
+    if (name == "bat" || name == "cmd" || name == "lnk")
+        return ProgramKind::Runnable;
+    const bool isNamedPackage = name == "msi" || name == "msp";
+    switch (header.format) {
+        case ProgramHeader::Unreadable:
+            return ProgramKind::Runnable;  // said elsewhere
+        case ProgramHeader::Other:
+            return ProgramKind::NoProgram;
+        case ProgramHeader::Archive:
+            return ProgramKind::ArchiveFile;
+        case ProgramHeader::Web:
+            return isProgramName(name) ? ProgramKind::WebPage : ProgramKind::NoProgram;
+        case ProgramHeader::Unix:
+            return ProgramKind::UnixProgram;
+        case ProgramHeader::Dos:
+            if (header.isCut)
+                return ProgramKind::Incomplete;
+            return host.runsDos ? ProgramKind::Runnable : ProgramKind::DosProgram;
+        case ProgramHeader::Segmented:
+        case ProgramHeader::Linear:
+            if (header.isForOs2)
+                return ProgramKind::Os2Program;
+            if (header.format == ProgramHeader::Linear)
+                return host.runsDos ? ProgramKind::Runnable : ProgramKind::DosProgram;
+            return host.runs16Bit ? ProgramKind::Runnable : ProgramKind::Windows16;
+        case ProgramHeader::Portable:
+            return portableKind(header, host);
+        case ProgramHeader::Compound:
+            if (isNamedPackage)
+                return ProgramKind::Runnable;
+            return header.isPackage ? ProgramKind::MisnamedPackage : ProgramKind::NoProgram;
+    }
+    return ProgramKind::Runnable;
+}
