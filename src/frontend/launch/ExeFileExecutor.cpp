@@ -171,7 +171,8 @@ void ExeFileExecutor::start() {
     }
     Q_EMIT emitStep(tr("Initializing Envrironment"), MsgLine);
     if (!SessionBus::isConnected()) {
-        failWithoutBus();
+        m_finished = true;
+        fail(false, false);
         return;
     }
     const QStringList bottles = BottlesConfig::instance()->list();
@@ -187,13 +188,6 @@ void ExeFileExecutor::start() {
         createBottle();
     else
         installRunner();
-}
-
-void ExeFileExecutor::failWithoutBus() {
-    m_finished = true;
-    qWarning() << "no session bus";
-    Q_EMIT emitMsg(SessionBus::missingText() + ' ' + SessionBus::missingAdvice(), MsgLine);
-    Q_EMIT runFailed(false, false);
 }
 
 void ExeFileExecutor::installRunner() {

@@ -107,7 +107,6 @@ private:
 
     void connectParts();
     void inspect();
-    void failWithoutBus();
     void installRunner();
     void createBottle();
     void launch();

@@ -9,6 +9,7 @@
 #include "backend/ComponentManager.h"
 #include "backend/MissingFonts.h"
 #include "backend/PendingWork.h"
+#include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
 #include "launch/BottleTasks.h"
 #include "launch/DependencyInstallQueue.h"
@@ -241,6 +242,12 @@ void ExeFileExecutor::report(const LaunchVerdict& verdict) {
 
 /// The reason is the last line of a failed launch, so that it stays in view.
 void ExeFileExecutor::fail(bool canWeFix, bool isSuccessed) {
+    // Whatever was found is a consequence of it, and no repair is possible.
+    if (!SessionBus::isConnected()) {
+        qWarning() << "no session bus";
+        canWeFix = false;
+        m_diagnosis = {SessionBus::missingText() + ' ' + SessionBus::missingAdvice(), RepairAction::None};
+    }
     if (!m_diagnosis.reason.isEmpty())
         Q_EMIT emitMsg(m_diagnosis.reason, MsgLine);
     Q_EMIT runFailed(canWeFix, isSuccessed);
