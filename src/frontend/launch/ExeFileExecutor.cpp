@@ -29,7 +29,8 @@ const char LaunchDebugChannels[] =
     "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file";
 constexpr int TickMs = 1000;
 constexpr int TerminalWindowMs = 3000;
-constexpr int SilenceMs = 75000;  // a launch script waits 60 s for an installation, and says so then
+constexpr int SilenceMs = 75000;     // a launch script waits 60 s for an installation, and says so then
+constexpr int CreationAttempts = 2;  // a service that died over the first one is started anew
 
 }  // namespace
 
@@ -68,6 +69,10 @@ void ExeFileExecutor::connectParts() {
     qRegisterMetaType<QProcess::ProcessError>();
     connect(m_launcher, &QProcess::errorOccurred, this, &ExeFileExecutor::onLauncherError,
             Qt::QueuedConnection);
+    connect(m_launcher, &QProcess::readyReadStandardOutput, this, [this] {
+        if (m_silenceTimer.isActive())
+            m_silenceTimer.start();
+    });
     connect(m_monitor, &WineExeProcessMonitor::appStart, this, &ExeFileExecutor::onAppStart);
     connect(m_monitor, &WineExeProcessMonitor::appQuit, this, &ExeFileExecutor::onAppQuit);
     connect(m_monitor, &WineExeProcessMonitor::appLingers, this, &ExeFileExecutor::onAppLingers);
@@ -238,14 +243,35 @@ void ExeFileExecutor::createBottle() {
     Q_EMIT emitMsg(tr("Start initializing envrionment, please wait..."), MsgStatus);
     m_awaited = Awaited::Bottle;
     m_isBottleNew = true;
+    requestBottle(CreationAttempts);
+}
+
+void ExeFileExecutor::requestBottle(int attempts) {
+    BottlesConfig* config = BottlesConfig::instance();
     config->createBottles(m_bottlesName, m_runner);
-    // A failed creation goes on to a launch that fails by itself and says why.
-    connect(config, &BottlesConfig::bottlesCreated, this, [this, config](const QString& bottle) {
-        if (bottle != m_bottlesName)
-            return;
-        config->disconnect(this);
-        launch();
-    });
+    connect(config, &BottlesConfig::bottlesCreated, this,
+            [this, config, attempts](const QString& bottle, const QJsonObject& result) {
+                if (bottle != m_bottlesName)
+                    return;
+                config->disconnect(this);
+                onBottleCreated(result, attempts);
+            });
+}
+
+/// A failed creation goes on to a launch that fails by itself; what the service has said is its reason. A
+/// service that says nothing has died or could not be reached.
+void ExeFileExecutor::onBottleCreated(const QJsonObject& result, int attempts) {
+    const QString error = result.value("error").toString();
+    const bool isMade = result.value("ok").toBool();
+    if (!isMade && error.isEmpty() && attempts > 1) {
+        qWarning().noquote() << "the creation of" << m_bottlesName << "was interrupted; trying again";
+        requestBottle(attempts - 1);
+        return;
+    }
+    if (!isMade)
+        m_bottleError =
+            error.isEmpty() ? tr("The background service that makes containers does not answer.") : error;
+    launch();
 }
 
 void ExeFileExecutor::onTemplateProgress(const QString& runner, int percent) {
@@ -277,8 +303,7 @@ void ExeFileExecutor::launch() {
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);
     m_awaited = Awaited::Nothing;
     m_linksTimer.stop();
-    m_installFailed = m_scriptFailed = m_hasHandedOver = m_isExitKnown = m_areLinksEntered = m_finished =
-        false;
+    m_installFailed = m_hasHandedOver = m_isExitKnown = m_areLinksEntered = m_finished = false;
     ++m_starts;
     m_hasBeenSeen = false;
     m_looks = 0;

@@ -109,9 +109,11 @@ private:
     void inspect();
     void installRunner();
     void createBottle();
+    void requestBottle(int attempts);
+    void onBottleCreated(const QJsonObject& result, int attempts);
     void launch();
     void launchInTerminal();
-    void readLog();
+    void readLog(bool hasLog);
     LaunchFacts facts(int exitCode);
     void carryOut(const LaunchVerdict& verdict);
     void enterLinks();
@@ -148,7 +150,7 @@ private:
     WineExeProcessMonitor* m_monitor;
     WineLauncher* m_launcher;
     bool m_installFailed = false;    ///< by the log of the last start
-    bool m_scriptFailed = false;     ///< the launch script could not be started
+    QString m_bottleError;           ///< why there is no bottle for the present start
     bool m_hasHandedOver = false;    ///< the first process has ended, and the monitor tells when the rest has
     int m_exitCode = 0;              ///< of the process that has handed over
     bool m_isExitKnown = false;      ///< the launch script has ended with the program's exit code

@@ -41,7 +41,7 @@ void ExeFileExecutor::onAppStart() {
 void ExeFileExecutor::onAppQuit() {
     qInfo() << "============ app exit ============";
     qInfo().noquote() << "isCrashed? " << (m_monitor->crashed ? "true" : "false");
-    if (m_hasBeenSeen || m_launcher->state() != QProcess::Running || m_looks >= MaximumLooks) {
+    if (m_hasBeenSeen || m_launcher->state() == QProcess::NotRunning || m_looks >= MaximumLooks) {
         onExeFinished(m_hasHandedOver ? m_exitCode : 0);
         return;
     }
@@ -49,7 +49,7 @@ void ExeFileExecutor::onAppQuit() {
     // slow. A bottle that is being ended takes the script along within that second.
     const int start = m_starts;
     QTimer::singleShot(SecondLookMs, this, [this, start] {
-        if (start != m_starts || !m_secondTimer->isActive() || m_launcher->state() != QProcess::Running)
+        if (start != m_starts || !m_secondTimer->isActive() || m_launcher->state() == QProcess::NotRunning)
             return;
         qInfo() << "no process yet; looking again";
         ++m_looks;
@@ -99,7 +99,6 @@ void ExeFileExecutor::onLauncherError(QProcess::ProcessError error) {
     if (error != QProcess::FailedToStart)
         return;
     qWarning() << "cannot start" << m_launcher->program() << m_launcher->errorString();
-    m_scriptFailed = true;
     onExeFinished(LauncherExit::NotStarted);
 }
 
@@ -115,7 +114,12 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     if (m_monitor->isWatching())
         m_monitor->stop();
     m_failure = {};
-    m_failure.launcherReason = LauncherExit::failure(m_launcher->logPath(), displayName());
+    const LauncherExit::Report script = m_launcher->report();
+    m_failure.launcherExit = script.exitCode;
+    m_failure.launcherReason = script.hasLog || m_bottleError.isEmpty()
+                                   ? LauncherExit::errorText(script, displayName())
+                                   : m_bottleError;
+    m_bottleError.clear();
     LaunchFacts found = facts(exitCode);
     if (found.isFailed())
         qInfo() << "Launch failed";
@@ -124,11 +128,8 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
         // What was tried goes away here too, or a repair that does not help would come again and again.
         for (const QString& tried : m_triedComponents)
             m_components.removeAll(tried);
-    } else if (m_scriptFailed) {
-        m_components.clear();  // the log is that of an older launch
-        m_fonts.clear();
     } else {
-        readLog();
+        readLog(script.hasLog);
     }
     Q_EMIT emitMsg(LaunchVerdict::endMessage(exitCode, found), MsgLine);
     found = facts(exitCode);
@@ -170,10 +171,11 @@ void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
     m_diagnosis = Diagnosis::of(m_failure);
 }
 
-void ExeFileExecutor::readLog() {
+/// Without a log of this start nothing is found: what lies there is an older one's.
+void ExeFileExecutor::readLog(bool hasLog) {
     Q_EMIT emitMsg(tr("Parsing wine logs and fix application"), MsgLine);
     WineLogParser parser;
-    const int mask = parser.parseFile(m_launcher->logPath());
+    const int mask = hasLog ? parser.parseFile(m_launcher->logPath()) : 0;
     LogFindings::Asked asked;
     asked.isFirstRun = m_firstRun != 0;
     asked.autoFix = m_autoFix;

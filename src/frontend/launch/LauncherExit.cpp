@@ -1,34 +1,48 @@
 #include "launch/LauncherExit.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QRegularExpression>
-
-#include "core/base/RegularFile.h"
 
 namespace {
 
-constexpr int LongestLine = 4096;  // bytes
+const QByteArray Mark("launcher: ");
+const QByteArray Failure("failed with ");
 
 }  // namespace
 
-QString LauncherExit::failure(const QString& logPath, const QString& programName) {
-    QFile log;
-    if (!RegularFile::open(log, logPath))
-        return {};
-    static const QRegularExpression mark("^launcher: failed with (\\d+): (.*)$");
-    const auto match = mark.match(QString::fromUtf8(log.readLine(LongestLine)).trimmed());
-    if (!match.hasMatch())
-        return {};
-    const int exitCode = match.captured(1).toInt();
-    if (exitCode == NeedsWine32)
-        return QCoreApplication::translate(
-                   "ExeFileExecutor",
-                   "%1 is a 32-bit program, and this Wine runs only 64-bit ones. Install the package wine32.")
-            .arg(programName);
-    if (exitCode == Busy)
-        return QCoreApplication::translate("ExeFileExecutor",
-                                           "Something is being installed into the bottle. Try again when "
-                                           "that is done.");
-    return match.captured(2);
+LauncherExit::Report LauncherExit::reportOf(const QByteArray& output) {
+    Report report;
+    for (const QByteArray& line : output.split('\n')) {
+        const QByteArray text = line.startsWith(Mark) ? line.mid(Mark.size()) : QByteArray();
+        const int colon = text.indexOf(": ");
+        if (text == "log") {
+            report.hasLog = true;
+        } else if (text.startsWith(Failure) && colon > 0) {
+            report.exitCode = text.mid(Failure.size(), colon - Failure.size()).toInt();
+            report.reason = QString::fromUtf8(text.mid(colon + 2));
+        }
+    }
+    return report;
+}
+
+QString LauncherExit::wine32Commands() {
+    return QStringLiteral(
+        "sudo dpkg --add-architecture i386 && sudo apt-get update\nsudo apt-get install wine32:i386");
+}
+
+QString LauncherExit::errorText(const Report& report, const QString& programName) {
+    switch (report.exitCode) {
+        case NeedsWine32:
+            return QCoreApplication::translate(
+                       "ExeFileExecutor",
+                       "%1 is a 32-bit program, and this Wine runs only 64-bit ones. These commands "
+                       "add 32-bit Wine on Debian:")
+                       .arg(programName) +
+                   '\n' + wine32Commands();
+        case Busy:
+            return QCoreApplication::translate("ExeFileExecutor",
+                                               "Something is being installed into the bottle. Try again when "
+                                               "that is done.");
+        default:
+            return report.reason;
+    }
 }

@@ -1,16 +1,31 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
-/// How launcher.py ends.
+/// How launcher.py ends, and what it tells its caller on standard output meanwhile.
 namespace LauncherExit {
 
 constexpr int NotStarted = -1;  ///< the script itself could not be started, or was killed
-constexpr int Busy = 75;        ///< something is being installed into the bottle
+constexpr int NoBottle = 67;
+constexpr int NoWine = 69;
+constexpr int Busy = 75;  ///< something is being installed into the bottle
 constexpr int NeedsWine32 = 78;
 
-/// Why the script never reached the program: one sentence for the user, from the log of the launch. Empty
-/// when the program was started, whatever code it has ended with itself.
-QString failure(const QString& logPath, const QString& programName);
+/// What one start of the script has told so far.
+struct Report {
+    bool hasLog = false;  ///< the log holds nothing of an older start
+    int exitCode = 0;     ///< of a script that never reached its program; 0 otherwise
+    QString reason;       ///< in the script's own words, which are English
+};
+
+Report reportOf(const QByteArray& output);
+
+/// Why the script never reached the program: for the user. Empty when the program was started, whatever code
+/// it has ended with itself.
+QString errorText(const Report& report, const QString& programName);
+
+/// The commands that add 32-bit Wine on Debian, one a line.
+QString wine32Commands();
 
 }  // namespace LauncherExit

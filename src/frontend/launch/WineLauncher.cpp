@@ -10,6 +10,7 @@
 
 namespace {
 
+constexpr int MaximumOutput = 64 * 1024;  // bytes
 constexpr int WindowClassLimit = 64;
 constexpr int FileNameLimit = 255 - int(sizeof("wine-.txt")) + 1;
 
@@ -95,9 +96,15 @@ void WineLauncher::addWindowClass(const QString& name) {
 }
 
 void WineLauncher::startScript(const QString& what, const QStringList& arguments) {
+    m_output.clear();
     setArguments(arguments);
     qInfo() << "launching " << what << arguments << "Logs write to: " << m_logPath;
     start(QIODevice::ReadWrite);
+}
+
+LauncherExit::Report WineLauncher::report() {
+    m_output = (m_output + readAllStandardOutput()).left(MaximumOutput);
+    return LauncherExit::reportOf(m_output);
 }
 
 void WineLauncher::launchProgram(const QString& programUuid) {

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <optional>
 
+#include "launch/LauncherExit.h"
+
 /// The one place where a Windows program becomes a Linux process: runs launcher.py for a bottle and owns
 /// every argument and environment variable of a launch. Its end signal is QProcess::finished; a script that
 /// can't be started shows as QProcess::errorOccurred(FailedToStart), a failed launch as the script's exit
@@ -32,6 +34,8 @@ public:
     void setLogPath(const QString& path) { m_logPath = path; }
     QString logPath() const { return m_logPath; }
     QString bottle() const { return m_bottleName; }
+    /// What the script of the last start has told so far.
+    LauncherExit::Report report();
 
     /// Starts a stored program of the bottle; its log is wine-program-<uuid>.txt.
     void launchProgram(const QString& programUuid);
@@ -54,4 +58,5 @@ private:
     bool m_showLogs = false;
     bool m_wait = false;
     QStringList m_environment;
+    QByteArray m_output;  ///< of the script, MaximumOutput at most
 };

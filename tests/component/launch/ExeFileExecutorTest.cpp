@@ -6,6 +6,7 @@
 #include "backend/BottlesConfig.h"
 #include "launch/PrivateBottleName.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 using namespace TestSupport;
 
@@ -67,7 +68,7 @@ class ExeFileExecutorTest : public QObject, private LaunchFixture {
             return;
         // Ticks, and the log's lines, are told elsewhere.
         static const QRegularExpression noise(
-            "^M0 (there is no bottle named|warn|err)| seconds|wine error logs:");
+            "^M0 (there is no bottle named|The background service|warn|err)| seconds|wine error logs:");
         if (!noise.match(line).hasMatch())
             m_told << line;
     }
@@ -524,21 +525,52 @@ private Q_SLOTS:
     }
 
     /// What keeps the program from being started is the last word before the failure, and no repair helps.
+    void launchError_data() {
+        const TestSupport::Table<QString, QStringList, int, QString> row("file", "creations", "requests",
+                                                                         "expected");
+        row("32 bits", "32.exe", {}, 0,
+            "a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. These commands add 32-bit "
+            "Wine on Debian:\nsudo dpkg --add-architecture i386 && sudo apt-get update\n"
+            "sudo apt-get install wine32:i386");
+        row("no Wine", "", {}, 0, "the Wine of bottle");
+        row("log of an older start", "old", {}, 0, "there is no bottle named");
+        row("disk full", "new", {R"({"ok":false,"error":"No space left."})"}, 1, "No space left.");
+        row("service dies", "new", {""}, 2, "The background service that makes containers does not answer.");
+        row("service dies once", "new", {"", R"({"ok":true})"}, 2, "there is no bottle named");
+    }
     void launchError() {
-        m_file += "32.exe";
-        if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
-            QSKIP("the Windows compiler is not on this machine");
+        QFETCH(QString, file);
+        QFETCH(QStringList, creations);
+        QFETCH(QString, expected);
+        if (file == "32.exe") {
+            m_file += file;
+            if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
+                QSKIP("the Windows compiler is not on this machine");
+        }
         makeBottle(privateBottleNameOf(m_file));
         QVERIFY(QDir().mkpath(m_standIn.directory() + "/../lib/wine/x86_64-windows"));
-        m_standIn.write("../lib/wine/x86_64-windows/kernel32.dll", "");
+        m_standIn.write("../lib/wine/x86_64-windows/ntdll.dll", "");
+        if (file.isEmpty())
+            QVERIFY(QFile::remove(m_standIn.directory() + "/wine"));
+        if (file == "old" || file == "new") {
+            QVERIFY(QDir(m_standIn.directory()).mkdir("logs"));
+            m_standIn.write("logs/wine-a.exe.txt", Gecko);
+            QVERIFY(QFile::remove(m_standIn.directory() + "/launch.json"));
+        }
+        if (file == "new")
+            m_service->setJson("Bottles.list", QJsonArray());
+        QVector<QJsonObject> answers;
+        for (const QString& creation : creations)
+            answers += QJsonObject{{creation.isEmpty() ? "error" : "text", creation}};
+        m_service->setAnswers("createBottles", answers);
         ComponentManager::instance()->runnerSupported = QStringList{Staging};
         create();
         m_executor->start();
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
         QCOMPARE(m_told.last(), QString("failed 0 0"));
-        QCOMPARE(m_executor->diagnosis().reason,
-                 QString("a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. Install "
-                         "the package wine32."));
+        const QString reason = m_executor->diagnosis().reason;
+        QVERIFY2(reason.startsWith(expected) && !told().contains("gecko"), qPrintable(reason));
+        QTEST(m_service->calls("createBottles").size(), "requests");
     }
 };
 

@@ -86,7 +86,7 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     const QString name = program.name;
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             [this, launcher, ref, name] {
-                onLauncherEnded(launcher, ref, LauncherExit::failure(launcher->logPath(), name));
+                onLauncherEnded(launcher, ref, LauncherExit::errorText(launcher->report(), name));
             });
     connect(launcher, &QProcess::errorOccurred, this,
             [this, launcher, ref, name](QProcess::ProcessError error) {
