@@ -20,6 +20,7 @@
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/LifeRequests.h"
 #include "bottleservice/ProgramRequests.h"
+#include "bottleservice/RepairRequests.h"
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/SettingsRequests.h"
 #include "bottleservice/ShutdownSignals.h"
@@ -34,6 +35,7 @@
 #include "bottleservice/wire/LifeMethods.h"
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
+#include "bottleservice/wire/RepairObject.h"
 #include "bottleservice/wire/SettingsMethods.h"
 #include "bottleservice/wire/TemplatesObject.h"
 
@@ -114,6 +116,8 @@ int main(int argc, char** argv) {
     ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
     CleanUpRequests cleanUps(&engine, &programs);
     TemplateRequests templates(&engine);
+    RepairRequests repairs(&engine, CELLARIX_CATALOGUE);
+    QObject::connect(&engine, &BottleEngine::aboutToDelete, &repairs, &RepairRequests::cancelAll);
     DependencyRequests dependencies(&engine, &downloads, CELLARIX_CATALOGUE);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &components, &ComponentRequests::cancelAll);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &dependencies,
@@ -128,10 +132,12 @@ int main(int argc, char** argv) {
     ComponentsObject machine(&components);
     TemplatesObject pristine(&templates);
     CleanUpObject cleanUp(&cleanUps);
+    RepairObject repair(&repairs);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !pristine.registerOn(bus) ||
-        !cleanUp.registerOn(bus) || !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
+        !cleanUp.registerOn(bus) || !repair.registerOn(bus) || !manager.registerOn(bus) ||
+        !bus.registerService(ServiceName)) {
         qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
         return 1;
     }
@@ -162,7 +168,7 @@ int main(int argc, char** argv) {
     for (const BusObject* object :
          {static_cast<const BusObject*>(&machine), static_cast<const BusObject*>(&bottles),
           static_cast<const BusObject*>(&pristine), static_cast<const BusObject*>(&cleanUp),
-          static_cast<const BusObject*>(&manager)}) {
+          static_cast<const BusObject*>(&repair), static_cast<const BusObject*>(&manager)}) {
         QObject::connect(object, &BusObject::called, &idle, &IdleExit::touch);
         QObject::connect(object, &BusObject::called, &preparation, &TemplatePreparation::touch);
     }

@@ -1,4 +1,5 @@
 #include <signal.h>
+#include <unistd.h>
 
 #include <QDirIterator>
 #include <QRandomGenerator>
@@ -144,6 +145,28 @@ private Q_SLOTS:
         }
         QVERIFY2(failures >= 4, qPrintable(QString::number(failures)));
         QVERIFY(TestSupport::readFile(path + "/bottle.yml").contains("Own:"));
+    }
+
+    /// A bottle that does not fit is refused in words, and nothing of it stays.
+    void fullDisk() {
+        ServiceFixture service;
+        const QString disk = service.dataDir();
+        QVERIFY(QDir().mkpath(disk));
+        if (::geteuid() != 0 ||
+            !TestSupport::runProcess("mount", {"-t", "tmpfs", "-o", "size=8m", "tmpfs", disk}).ok())
+            QSKIP("cannot-mount-a-small-file-system-here");
+        service.write("runners/big/bin/wine", "#!/bin/sh\ncat /dev/zero > \"$WINEPREFIX/big\"\n", true);
+        const bool isUp = service.start();
+        const QString error = service.json("createBottles", {"real", "big"})["error"].toString();
+        const bool isClean = TestSupport::waitUntil(
+            [&] {
+                return service.unfinished("bottles").isEmpty() && service.unfinished("templates").isEmpty();
+            },
+            10000);
+        service.kill();
+        TestSupport::runProcess("umount", {"-l", disk});
+        QVERIFY(isUp && isClean);
+        QVERIFY2(error.startsWith("No space left on the disk that holds " + disk), qPrintable(error));
     }
 
     /// The service, all Wine processes of a bottle or its wineserver die in the midst of work.

@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDirIterator>
 #include <QStandardPaths>
@@ -173,6 +174,43 @@ private Q_SLOTS:
         QVERIFY(QFileInfo::exists(kernel));
         QTRY_VERIFY(!data.exists("templates/stale"));
         QCOMPARE(check(), 0);
+    }
+
+    /// What Wine's part of a bottle has lost comes back; what installers have put there stays.
+    void repairsDamage() {
+        const QString path = m_service->bottlePath("first");
+        const auto ask = [this](const char* method) {
+            const QDBusMessage reply = m_service->call(method, {"first"}, "Repair");
+            return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8()).object();
+        };
+        QCOMPARE(ask("damage")["files"].toArray(), QJsonArray());
+        const QStringList lost = {System.mid(1) + "kernel32.dll", System.mid(1) + "ntdll.dll",
+                                  System.mid(1) + "vcruntime140.dll", "user.reg", "dosdevices/c:"};
+        for (const QString& name : lost)
+            QVERIFY(QFile::remove(path + '/' + name));
+        QVERIFY(QFile::link("/nowhere", path + System + "ntdll.dll"));
+        m_service->write("bottles/first" + System + "vcruntime140.dll",
+                         readFile(m_template + System + "vcruntime140.dll").left(5000));
+        const QByteArray own = readFile(m_template + System + "riched20.dll") + "own";
+        m_service->write("bottles/first" + System + "msvcp140.dll", own);
+        QCOMPARE(ask("damage")["count"].toInt(), lost.size());
+
+        const QString stat = readFile("/proc/self/stat");
+        const QString claim =
+            m_service->write("running/1.start",
+                             QJsonDocument(QJsonObject{{"bottle", "first"},
+                                                       {"name", "Harbour"},
+                                                       {"pid", qint64(::getpid())},
+                                                       {"start", stat.section(") ", 1).section(' ', 19, 19)}})
+                                 .toJson());
+        QCOMPARE(ask("renewBottle")["busy"].toArray(), QJsonArray{"Harbour"});
+        QVERIFY(QFile::remove(claim));
+        QCOMPARE(ask("renewBottle"), QJsonObject({{"ok", true}, {"mended", lost.size()}}));
+        QCOMPARE(ask("damage")["files"].toArray(), QJsonArray());
+        QCOMPARE(readFile(path + System + "msvcp140.dll"), own);
+        QVERIFY(QFileInfo(path + System + "kernel32.dll").isSymLink());
+        QVERIFY(!readFile(path + "/system.reg").contains("\"winemenubuilder\"="));
+        QVERIFY(m_service->introspect("com.lumora.Manager.Repair").undocumented.isEmpty());
     }
 
     void preparesAhead() {

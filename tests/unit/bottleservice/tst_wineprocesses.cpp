@@ -134,6 +134,20 @@ private Q_SLOTS:
         QVERIFY(!runners.find(Runners::DefaultName));
     }
 
+    void runs32Bit() {
+        const TestSupport::TestHome home;
+        // 32-bit programs: Debian's 64-bit package has one library for them, the new manner no 32-bit code of
+        // the machine, the old one the machine's.
+        const QString old = home.write("old/bin/wine", "");
+        for (const char* file : {"zlib1.dll", "kernel32.dll", "ntdll.dll"}) {
+            QVERIFY(!Runners::runs32Bit(old));
+            home.write(QString("old/lib/wine/i386-windows/") + file, "");
+        }
+        QVERIFY(Runners::runs32Bit(old, "/nowhere"));
+        home.write("old/lib/wine/i386-unix/ntdll.so", "");
+        QVERIFY(Runners::runs32Bit(old, old) && !Runners::runs32Bit(old, "/nowhere"));
+    }
+
     void version() {
         QCOMPARE(Runners::parseVersion("wine-8.0 (Debian 8.0~repack-4)\n"), QString("8.0"));
         QCOMPARE(Runners::parseVersion("something else\nmore"), QString("something else"));

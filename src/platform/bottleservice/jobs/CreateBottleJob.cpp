@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/FullDisk.h"
 #include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/jobs/Reclaimer.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
@@ -109,7 +110,8 @@ void CreateBottleJob::succeed(bool created, const QString& runner) {
     finish(Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
 }
 
-void CreateBottleJob::fail(const QString& sentence) {
+void CreateBottleJob::fail(const QString& fault) {
+    const QString sentence = FullDisk::explain(m_store.root(), fault);
     qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << sentence;
     if (!m_workingDirectory.isEmpty() && QFileInfo::exists(m_workingDirectory))
         m_reclaimer->remove(m_workingDirectory);

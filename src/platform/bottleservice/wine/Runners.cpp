@@ -4,6 +4,9 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <algorithm>
+
+#include "bottleservice/wine/SlimPrefix.h"
 
 const char Runners::DefaultName[] = "lumora-wine10-stable";
 const char Runners::StagingName[] = "lumora-wine-staging";
@@ -71,6 +74,16 @@ QString Runners::wineIn(const QString& directory) {
     for (const char* place : {"/bin/", "/files/bin/"})
         paths << directory + place + "wine" << directory + place + "wine64";
     return firstExecutable(paths);
+}
+
+bool Runners::runs32Bit(const QString& wine, const QString& loader) {
+    const QStringList directories = SlimPrefix::peDirectories(wine);
+    return std::any_of(directories.cbegin(), directories.cend(), [&loader](const QString& directory) {
+        if (!directory.endsWith("/i386-windows") || !QFileInfo::exists(directory + "/ntdll.dll"))
+            return false;
+        return !QFileInfo::exists(QFileInfo(directory).path() + "/i386-unix/ntdll.so") ||
+               QFileInfo::exists(loader);
+    });
 }
 
 QString Runners::wineserverFor(const QString& name) const {

@@ -33,6 +33,10 @@ public:
     /// wine64, which many do not have. Empty if there is none.
     static QString wineIn(const QString& directory);
 
+    /// Whether 32-bit programs run on a Wine: it brings its own part for them, and needs either no 32-bit
+    /// libraries of the machine (the new WoW64 manner) or finds their loader.
+    static bool runs32Bit(const QString& wine, const QString& loader = "/lib/ld-linux.so.2");
+
     /// The version in what "wine --version" prints: "wine-8.0 (Debian 8.0~repack-4)" gives "8.0".
     static QString parseVersion(const QByteArray& output);
 

@@ -18,17 +18,6 @@ namespace {
 const char Temporary[] = ".cellarix-new";
 constexpr qint64 MaximumTrimBytes = 64 * 1024 * 1024;
 
-/// Puts a link or a copy in the place of what stands there, if anything.
-bool put(const QString& source, const QString& path, bool asLink) {
-    const QString temporary = path + Temporary;
-    QFile::remove(temporary);
-    const bool made = asLink ? QFile::link(source, temporary) : FileTree::copyFile(source, temporary);
-    if (made && ::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()) == 0)
-        return true;
-    QFile::remove(temporary);
-    return false;
-}
-
 /// Exchanges one of Wine's own files for a smaller one, where there is something to leave out.
 bool trim(const QString& path) {
     QFile file(path);
@@ -58,6 +47,16 @@ bool isInside(const QString& prefix, const QString& relative) {
 }
 
 }  // namespace
+
+bool put(const QString& source, const QString& path, bool asLink) {
+    const QString temporary = path + Temporary;
+    QFile::remove(temporary);
+    const bool made = asLink ? QFile::link(source, temporary) : FileTree::copyFile(source, temporary);
+    if (made && ::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()) == 0)
+        return true;
+    QFile::remove(temporary);
+    return false;
+}
 
 QStringList peDirectories(const QString& wine) {
     const QString root = QFileInfo(QFileInfo(wine).canonicalFilePath()).path() + "/..";

@@ -13,6 +13,10 @@ namespace SlimPrefix {
 /// unknown.
 QStringList peDirectories(const QString& wine);
 
+/// Puts a link to the source, or a copy of it, in the place of what stands at the path, if anything, in one
+/// step. The directory must be there.
+bool put(const QString& source, const QString& path, bool asLink);
+
 /// Empty, or a sentence.
 QString slim(const QString& prefix, const QString& wine, const std::atomic_bool& cancelled);
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/FullDisk.h"
 #include "bottleservice/jobs/Reclaimer.h"
 #include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/MenuBuilder.h"
@@ -203,7 +204,8 @@ void Templates::place(const QString& key) {
         [this, key](const QString& fault) { conclude(key, fault); });
 }
 
-void Templates::conclude(const QString& key, const QString& sentence) {
+void Templates::conclude(const QString& key, const QString& fault) {
+    const QString sentence = fault.isEmpty() ? fault : FullDisk::explain(m_dataDir, fault);
     if (sentence.isEmpty()) {
         m_builds[key].percent = 100;
         tellProgress();

@@ -96,7 +96,7 @@ private:
     void build(const QString& key, const Runner& runner);
     void onBuilt(const QString& key, const QString& sentence, const Runner& runner);
     void place(const QString& key);
-    void conclude(const QString& key, const QString& sentence);
+    void conclude(const QString& key, const QString& fault);
     void run(Access access, QObject* context, Work work, std::function<void(const QString&)> done);
     void checkIdle();
 

@@ -1,0 +1,45 @@
+#include "bottleservice/jobs/RepairBottleJob.h"
+
+#include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/components/Background.h"
+
+RepairBottleJob::RepairBottleJob(BottleEngine* engine, const QString& bottle, std::shared_ptr<int> mended,
+                                 Reply reply)
+    : InstallJob(engine, bottle, std::move(reply)), m_mended(std::move(mended)) {}
+
+InstallJob::Need RepairBottleJob::prepare(const BottleYaml& settings, const Runner& runner,
+                                          QString* refusal) {
+    m_runner = runner;
+    if (settings.templateKey().isEmpty())
+        m_links = PrefixDamage::Links::Copied;
+    if (runner.wine.isEmpty())
+        *refusal =
+            QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(settings.runner()));
+    return Need::Work;
+}
+
+void RepairBottleJob::work() {
+    m_isWaiting = true;
+    engine()->templates()->obtain(m_runner, this, [this](const QString& original, const QString& sentence) {
+        if (!std::exchange(m_isWaiting, false))
+            return;
+        if (original.isEmpty()) {
+            worked(sentence);
+            return;
+        }
+        Background::run(
+            this,
+            [prefix = bottlePath(), original, links = m_links, mended = m_mended, stop = cancelled()] {
+                const QStringList files = PrefixDamage::find(prefix, original, *stop);
+                *mended = files.size();
+                return PrefixDamage::mend(prefix, original, files, links, *stop);
+            },
+            [this](const QString& fault) { worked(fault); });
+    });
+}
+
+void RepairBottleJob::abort() {
+    if (std::exchange(m_isWaiting, false))
+        worked("The repair was cancelled.");
+}
