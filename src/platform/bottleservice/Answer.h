@@ -4,24 +4,25 @@
 #include <QStringList>
 #include <functional>
 
-/// How a request of a client ended: a text, or a fault with a sentence that says what is wrong. The engine
-/// makes it, the bus objects turn it into a reply. Nothing is thrown across this border.
+#include "bottleservice/Reason.h"
+
+/// How a request of a client ended: a text, or a fault with the reason. The engine makes it, the bus objects
+/// turn it into a reply. Nothing is thrown across this border.
 struct Answer {
     enum class Fault { None, InvalidArgs, NoSuchBottle, NoSuchProgram, NotSupported, Busy, Failed };
 
     static Answer of(const QString& text = {}) { return {text, Fault::None, {}, {}}; }
-    static Answer failure(Fault fault, const QString& sentence) { return {{}, fault, sentence, {}}; }
+    static Answer failure(Fault fault, const Reason& reason) { return {{}, fault, reason, {}}; }
     /// Refused because these programs run in the bottle.
     static Answer busy(const QStringList& programs) {
-        return {
-            {}, Fault::Busy, QString("Programs run in the bottle: %1.").arg(programs.join(", ")), programs};
+        return {{}, Fault::Busy, Reason(Reason::Busy, {programs.join(", ")}), programs};
     }
 
     bool isGood() const { return fault == Fault::None; }
 
     QString text;
     Fault fault = Fault::None;
-    QString sentence;
+    Reason reason;
     QStringList running;  ///< names of programs, with Busy
 };
 

@@ -135,8 +135,10 @@ Answer BottleEngine::checked(const QString& bottle) const {
     const QString invalid = BottleName::check(bottle);
     if (!invalid.isEmpty())
         return Answer::failure(Fault::InvalidArgs, invalid);
-    const QString missing = m_store.check(bottle);
-    return missing.isEmpty() ? Answer::of() : Answer::failure(Fault::NoSuchBottle, missing);
+    if (m_store.state(bottle) == BottleStore::State::Missing)
+        return Answer::failure(Fault::NoSuchBottle, Reason(Reason::NoBottle, {BottleName::shown(bottle)}));
+    const QString foreign = m_store.check(bottle);
+    return foreign.isEmpty() ? Answer::of() : Answer::failure(Fault::NoSuchBottle, foreign);
 }
 
 Answer BottleEngine::noProgram(const QString& bottle, const QString& programId) {

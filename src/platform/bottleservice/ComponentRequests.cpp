@@ -65,33 +65,35 @@ void ComponentRequests::fetch(const QString& kind, const QString& name) {
         install.work, &ComponentInstall::progress, this,
         [this, kind, name](qint64 received, qint64 total) { Q_EMIT progress(kind, name, received, total); });
     connect(install.work, &ComponentInstall::finished, this,
-            [this, kind, name](const QString& sentence) { onFetched(kind, name, sentence); });
+            [this, kind, name](const Reason& reason) { onFetched(kind, name, reason); });
     install.work->start();
 }
 
-void ComponentRequests::onFetched(const QString& kind, const QString& name, const QString& sentence) {
+void ComponentRequests::onFetched(const QString& kind, const QString& name, const Reason& reason) {
     const Install install = m_installs.take(keyOf(kind, name));
     install.work->deleteLater();
-    if (sentence.isEmpty())
+    if (reason.isEmpty())
         Q_EMIT catalogueChanged(list().text);
-    answerInstall(install, kind, name, sentence);
+    answerInstall(install, kind, name, reason);
     const QVector<Change> changes = m_changes;
     for (const Change& change : changes) {
         if (change.kind != kind || change.name != name || change.state != Change::Downloading)
             continue;
-        if (!sentence.isEmpty())
-            end(change.id, Answer::failure(Fault::Failed, sentence));
+        if (!reason.isEmpty())
+            end(change.id, Answer::failure(Fault::Failed, reason));
         else if (Change* waiting = find(change.id))
             setUp(waiting);
     }
 }
 
 void ComponentRequests::answerInstall(const Install& install, const QString& kind, const QString& name,
-                                      const QString& error) {
-    QJsonObject result{{"ok", error.isEmpty()}};
-    if (!error.isEmpty())
-        result.insert("error", error);
-    Q_EMIT installed(kind, name, error);
+                                      const Reason& reason) {
+    QJsonObject result{{"ok", reason.isEmpty()}};
+    if (!reason.isEmpty()) {
+        result.insert("error", reason.text());
+        result.insert("reasons", reason.toJson());
+    }
+    Q_EMIT installed(kind, name, reason);
     for (const Reply& reply : install.replies)
         reply(Answer::of(compact(result)));
 }
@@ -203,7 +205,7 @@ void ComponentRequests::end(int id, const Answer& result) {
     m_changes.remove(int(found - m_changes.constData()));
     if (!result.isGood())
         qWarning() << change.kind << BottleName::shown(change.name) << "did not come into"
-                   << BottleName::shown(change.bottle) << result.sentence;
+                   << BottleName::shown(change.bottle) << result.reason.text();
     const Change* present = last(change.bottle, change.kind);
     if (!change.isCancelled || !present || present->name != change.name)
         Q_EMIT setupDone(change.bottle, change.kind, change.name, result);
@@ -227,7 +229,7 @@ void ComponentRequests::cancel(const QString& bottle, const QString& kind, const
     const QVector<Change> changes = m_changes;
     for (const Change& change : changes) {
         if (change.bottle == bottle && change.kind == kind && change.name == name)
-            cancelChange(change.id, "The installation was cancelled.");
+            cancelChange(change.id, Reason::Cancelled);
     }
     reply(Answer::of());
 }
@@ -244,11 +246,11 @@ void ComponentRequests::cancelBefore(const Change& last) {
     const QVector<Change> changes = m_changes;
     for (const Change& change : changes) {
         if (change.id < last.id && change.bottle == last.bottle && change.kind == last.kind)
-            cancelChange(change.id, "Another choice was made.");
+            cancelChange(change.id, Reason::OtherChoice);
     }
 }
 
-void ComponentRequests::cancelChange(int id, const QString& why) {
+void ComponentRequests::cancelChange(int id, const Reason& why) {
     Change* change = find(id);
     if (!change || change->isCancelled)
         return;
@@ -281,7 +283,7 @@ void ComponentRequests::cancelDownload(const QString& kind, const QString& name)
     connect(ended.work, &ComponentInstall::finished, ended.work, &QObject::deleteLater);
     ended.work->cancel();
     if (!ended.replies.isEmpty())
-        answerInstall(ended, kind, name, "The installation was cancelled.");
+        answerInstall(ended, kind, name, Reason::Cancelled);
 }
 
 void ComponentRequests::close() {

@@ -47,8 +47,8 @@ public:
 
 Q_SIGNALS:
     void progress(const QString& kind, const QString& name, qint64 received, qint64 total);
-    /// An empty sentence is success.
-    void installed(const QString& kind, const QString& name, const QString& sentence);
+    /// Without a reason it is a success.
+    void installed(const QString& kind, const QString& name, const Reason& reason);
     void catalogueChanged(const QString& catalogue);
     void waiting(const QString& bottle, const QString& kind, const QString& name);
     void setupStarted(const QString& bottle, const QString& kind, const QString& name);
@@ -77,16 +77,16 @@ private:
 
     Sources sources() const;
     void fetch(const QString& kind, const QString& name);
-    void onFetched(const QString& kind, const QString& name, const QString& sentence);
+    void onFetched(const QString& kind, const QString& name, const Reason& reason);
     void answerInstall(const Install& install, const QString& kind, const QString& name,
-                       const QString& error);
+                       const Reason& reason);
     void onLooked(int id, const QStringList& running);
     void setUp(Change* change);
     Change* find(int id);
     Change* last(const QString& bottle, const QString& kind);
     void end(int id, const Answer& result);
     void cancelBefore(const Change& last);
-    void cancelChange(int id, const QString& why);
+    void cancelChange(int id, const Reason& why);
     void cancelDownload(const QString& kind, const QString& name);
 
     BottleEngine* m_engine;

@@ -14,12 +14,12 @@
 
 namespace {
 
-Answer failed(const QString& sentence) {
-    return Answer::failure(Answer::Fault::Failed, sentence);
+Answer failed(const Reason& reason) {
+    return Answer::failure(Answer::Fault::Failed, reason);
 }
 
 Answer cancelled() {
-    return failed("The installation was cancelled.");
+    return failed(Reason::Cancelled);
 }
 
 }  // namespace
@@ -27,6 +27,10 @@ Answer cancelled() {
 DependencyRequests::DependencyRequests(BottleEngine* engine, Downloads* downloads,
                                        const QString& catalogueDir, QObject* parent)
     : QObject(parent), m_engine(engine), m_downloads(downloads), m_catalogueDir(catalogueDir) {}
+
+Sources DependencyRequests::sources() const {
+    return Sources(m_catalogueDir, m_engine->dataDir());
+}
 
 void DependencyRequests::install(const QString& bottle, const QString& dependency, const Reply& reply) {
     if (!Sources::isPlainName(dependency)) {
@@ -62,25 +66,22 @@ void DependencyRequests::startFirst(const QString& bottle, const Reply& reply) {
 }
 
 void DependencyRequests::planFirst(const QString& bottle) {
-    QString error;
     if (m_lines[bottle].head().cancelled) {
         firstEnded(bottle, cancelled());
         return;
     }
-    const QVector<Recipe> recipes = planned(bottle, m_lines[bottle].head().dependency, &error);
-    if (error.isEmpty())
-        fetch(bottle, recipes);
+    const InstallPlan plan = planOf(bottle, m_lines[bottle].head().dependency);
+    if (plan.refusal.isEmpty())
+        fetch(bottle, plan.recipes);
     else
-        firstEnded(bottle, failed(error));
+        firstEnded(bottle, failed(plan.refusal));
 }
 
-QVector<Recipe> DependencyRequests::planned(const QString& bottle, const QString& dependency,
-                                            QString* error) const {
+InstallPlan DependencyRequests::planOf(const QString& bottle, const QString& dependency) const {
     Answer failure;
     const auto settings = m_engine->loaded(bottle, &failure);
-    *error = failure.sentence;
     if (!settings)
-        return {};
+        return {{}, failure.reason};
     QStringList installed;
     for (const QJsonValue& name : settings->record()["Installed_Dependencies"].toArray())
         installed += name.toString();
@@ -89,14 +90,11 @@ QVector<Recipe> DependencyRequests::planned(const QString& bottle, const QString
     const Runner runner = m_engine->runnerOf(*settings);
     if (!runner.wine.isEmpty())
         asked.target = RecipeTarget::of(m_engine->store().pathOf(bottle), runner.wine);
-    const InstallPlan plan = InstallPlan::make(asked, Recipes(m_catalogueDir, m_engine->dataDir()),
-                                               Sources(m_catalogueDir, m_engine->dataDir()));
-    *error = plan.refusal;
-    return plan.recipes;
+    return InstallPlan::make(asked, Recipes(m_catalogueDir, m_engine->dataDir()), sources());
 }
 
 void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& recipes) {
-    const Sources sources(m_catalogueDir, m_engine->dataDir());
+    const Sources from = sources();
     const QString dependency = m_lines[bottle].head().dependency;
     QStringList files;
     for (const Recipe& recipe : recipes)
@@ -104,7 +102,7 @@ void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& rec
     files.removeDuplicates();
     QVector<Source> wanted;
     for (const QString& file : qAsConst(files))
-        wanted += sources.find(file);
+        wanted += from.find(file);
     auto* fetch = new FileFetch(m_downloads, wanted, this);
     m_lines[bottle].head().fetch = fetch;
     connect(fetch, &FileFetch::fileStarted, this, [this, bottle, dependency](const QString& file) {
@@ -113,12 +111,12 @@ void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& rec
     connect(fetch, &FileFetch::progress, this, [this, bottle, dependency](qint64 received, qint64 total) {
         Q_EMIT progress(bottle, dependency, received, total);
     });
-    connect(fetch, &FileFetch::finished, this, [this, fetch, bottle, recipes](const QString& sentence) {
+    connect(fetch, &FileFetch::finished, this, [this, fetch, bottle, recipes](const Reason& reason) {
         fetch->deleteLater();
-        if (sentence.isEmpty())
+        if (reason.isEmpty())
             enqueue(bottle, recipes);
         else
-            firstEnded(bottle, failed(sentence));
+            firstEnded(bottle, failed(reason));
     });
     fetch->start();
 }
@@ -151,7 +149,7 @@ void DependencyRequests::firstEnded(const QString& bottle, const Answer& result)
         m_lines.erase(line);
     if (!result.isGood())
         qWarning() << BottleName::shown(first.dependency) << "did not come into" << BottleName::shown(bottle)
-                   << result.sentence;
+                   << result.reason.text();
     // The next one begins when whoever hears of this one's end is done.
     if (!isLast)
         QMetaObject::invokeMethod(

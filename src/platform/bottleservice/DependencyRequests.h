@@ -6,7 +6,8 @@
 #include <QQueue>
 
 #include "bottleservice/Answer.h"
-#include "bottleservice/components/Recipe.h"
+#include "bottleservice/components/InstallPlan.h"
+#include "bottleservice/components/Sources.h"
 
 class BottleEngine;
 class Downloads;
@@ -31,6 +32,10 @@ public:
     /// Gives up what is being installed and what waits behind it.
     void cancel(const QString& bottle, const Reply& reply);
 
+    /// What the installation into the bottle would consist of; changes nothing.
+    InstallPlan planOf(const QString& bottle, const QString& dependency) const;
+    Sources sources() const;
+
     /// Ends all fetching; the service ends.
     void close();
 
@@ -54,7 +59,6 @@ private:
 
     void startFirst(const QString& bottle, const Reply& reply);
     void planFirst(const QString& bottle);
-    QVector<Recipe> planned(const QString& bottle, const QString& dependency, QString* error) const;
     void fetch(const QString& bottle, const QVector<Recipe>& recipes);
     void enqueue(const QString& bottle, const QVector<Recipe>& recipes);
     void firstEnded(const QString& bottle, const Answer& result);

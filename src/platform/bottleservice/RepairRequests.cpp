@@ -1,94 +1,156 @@
 #include "bottleservice/RepairRequests.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QUrl>
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/DependencyRequests.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
-#include "bottleservice/components/Sources.h"
-#include "bottleservice/jobs/RepairBottleJob.h"
-#include "bottleservice/wine/PrefixDamage.h"
+#include "bottleservice/components/Background.h"
+#include "bottleservice/components/ChosenFile.h"
+#include "bottleservice/components/Downloads.h"
 
-using JsonText::compact;
+using Fault = Answer::Fault;
 
 namespace {
 
-constexpr int MaximumFilesTold = 50;
+constexpr int MaximumNames = 100;
+const QLatin1String DependencyKind("dependency");
 const QLatin1String RunnerKind("runner");
 
-QJsonObject resultOf(const Answer& answer, int mended) {
-    if (answer.isGood())
-        return {{"ok", true}, {"mended", mended}};
-    QJsonObject result{{"ok", false}, {"error", answer.sentence}};
-    if (answer.fault == Answer::Fault::Busy)
-        result.insert("busy", QJsonArray::fromStringList(answer.running));
-    return result;
+QStringList filesOf(const InstallPlan& plan) {
+    QStringList files;
+    for (const Recipe& recipe : plan.recipes)
+        files += recipe.files();
+    files.removeDuplicates();
+    return files;
+}
+
+QString winetricksOf(const InstallPlan& plan) {
+    for (const Recipe& recipe : plan.recipes) {
+        for (const RecipeStep& step : recipe.steps) {
+            if (step.kind == RecipeStep::Kind::Winetricks)
+                return step.file;
+        }
+    }
+    return {};
+}
+
+void tellRefusal(const Reason& refusal, QJsonObject* result) {
+    result->insert("available", refusal.isEmpty());
+    if (refusal.isEmpty())
+        return;
+    result->insert("error", refusal.text());
+    result->insert("reasons", refusal.toJson());
+}
+
+Answer failure(const Reason& reason) {
+    return Answer::of(JsonText::compact(
+        QJsonObject{{"ok", false}, {"error", reason.text()}, {"reasons", reason.toJson()}}));
 }
 
 }  // namespace
 
-RepairRequests::RepairRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent)
-    : QObject(parent), m_engine(engine), m_catalogueDir(catalogueDir) {}
+RepairRequests::RepairRequests(BottleEngine* engine, Downloads* downloads, DependencyRequests* dependencies,
+                               QObject* parent)
+    : QObject(parent), m_engine(engine), m_downloads(downloads), m_dependencies(dependencies) {}
 
-Answer RepairRequests::runnersFor32Bit() const {
-    const Sources sources(m_catalogueDir, m_engine->dataDir());
-    const QStringList present = m_engine->runners().names();
-    QJsonArray installed, supported;
-    for (const QString& name : present) {
-        if (Runners::runs32Bit(m_engine->runners().find(name)->wine))
-            installed += name;
-    }
-    for (const QString& name : sources.components(RunnerKind)) {
-        // So do those who publish them call the builds that need no 32-bit libraries.
-        if (!present.contains(name) &&
-            sources.archiveOf(RunnerKind, name).contains("wow64", Qt::CaseInsensitive))
-            supported += name;
-    }
-    return Answer::of(compact(QJsonObject{{"installed", installed}, {"supported", supported}}));
+RepairRequests::~RepairRequests() {
+    close();
 }
 
-void RepairRequests::damage(const QString& bottle, const Reply& reply) {
-    Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
-    if (!settings) {
-        reply(failure);
-        return;
-    }
-    Templates* templates = m_engine->templates();
-    const QString original = templates->pathOf(Templates::keyOf(m_engine->runnerOf(*settings)));
-    auto files = std::make_shared<QStringList>();
-    templates->run(
-        this,
-        [files, original, prefix = m_engine->store().pathOf(bottle)](const std::atomic_bool& cancelled) {
-            *files = PrefixDamage::find(prefix, original, cancelled);
-            return QString();
-        },
-        [files, reply](const QString&) {
-            reply(Answer::of(compact(
-                QJsonObject{{"count", files->size()},
-                            {"files", QJsonArray::fromStringList(files->mid(0, MaximumFilesTold))}})));
-        });
-}
-
-void RepairRequests::renewBottle(const QString& bottle, const Reply& reply) {
+void RepairRequests::describe(const QString& bottle, const QString& kind, const QStringList& names,
+                              const Reply& reply) {
     if (m_engine->refuseUnknown(bottle, reply))
         return;
-    auto mended = std::make_shared<int>(0);
-    auto job = std::make_unique<RepairBottleJob>(
-        m_engine, bottle, mended,
-        [reply, mended](const Answer& answer) { reply(Answer::of(compact(resultOf(answer, *mended)))); });
-    m_renewals.insert(bottle, job.get());
-    m_engine->renew(bottle);  // what the Wine's update brings is no damage
-    m_engine->enqueue(bottle, std::move(job));
+    if ((kind != DependencyKind && kind != RunnerKind) || names.size() > MaximumNames) {
+        reply(Answer::failure(Fault::InvalidArgs,
+                              "Only dependencies and runners are described, and not too many at once."));
+        return;
+    }
+    QJsonArray result;
+    for (const QString& name : names)
+        result += kind == RunnerKind ? runner(name) : dependency(bottle, name);
+    reply(Answer::of(JsonText::compact(result)));
 }
 
-void RepairRequests::cancelRenewal(const QString& bottle, const Reply& reply) {
-    cancelAll(bottle);
-    reply(Answer::of());
+QJsonObject RepairRequests::dependency(const QString& bottle, const QString& name) const {
+    const InstallPlan plan = m_dependencies->planOf(bottle, name);
+    const Sources sources = m_dependencies->sources();
+    QJsonObject result{{"name", name},
+                       {"title", plan.recipes.isEmpty() ? QString() : plan.recipes.last().description}};
+    QJsonArray needs;
+    for (int i = 0; i + 1 < plan.recipes.size(); ++i)
+        needs += plan.recipes[i].description.isEmpty() ? plan.recipes[i].name : plan.recipes[i].description;
+    result.insert("needs", needs);
+    QJsonArray files;
+    for (const QString& file : filesOf(plan))
+        files += fileOf(sources.find(file));
+    result.insert("files", files);
+    result.insert("winetricks", winetricksOf(plan));
+    tellRefusal(plan.refusal, &result);
+    return result;
 }
 
-void RepairRequests::cancelAll(const QString& bottle) {
-    if (InstallJob* job = m_renewals.take(bottle))
-        job->cancel();
+QJsonObject RepairRequests::runner(const QString& name) const {
+    const Sources sources = m_dependencies->sources();
+    const bool isInstalled = m_engine->runners().find(name).has_value();
+    const QString archive = sources.archiveOf(RunnerKind, name);
+    QJsonArray files;
+    if (!isInstalled && !archive.isEmpty())
+        files += fileOf(sources.find(archive));
+    QJsonObject result{{"name", name},
+                       {"title", name},
+                       {"needs", QJsonArray()},
+                       {"winetricks", QString()},
+                       {"files", files}};
+    tellRefusal(isInstalled ? Reason() : sources.refusal(RunnerKind, name), &result);
+    return result;
+}
+
+QJsonObject RepairRequests::fileOf(const Source& source) const {
+    // The first one is a mirror where the user has any; without an address there is nothing to show.
+    const QString address = source.addresses.value(0);
+    const QFileInfo cached(m_downloads->pathOf(source.file));
+    const qint64 size = cached.isFile() ? cached.size() : source.size;
+    return {{"name", source.file},
+            {"size", double(size)},
+            {"cached", cached.isFile()},
+            {"host", QUrl(address).host()},
+            {"address", Source::shownAddress(address)}};
+}
+
+void RepairRequests::takeFile(const QString& bottle, const QString& dependency, const QString& path,
+                              const Reply& reply) {
+    if (m_engine->refuseUnknown(bottle, reply))
+        return;
+    const Sources sources = m_dependencies->sources();
+    const InstallPlan plan = m_dependencies->planOf(bottle, dependency);
+    QVector<Source> wanted;
+    for (const QString& file : filesOf(plan))
+        wanted += sources.find(file);
+    if (wanted.isEmpty()) {
+        reply(failure(plan.refusal.isEmpty() ? Reason(Reason::NoKnownFile, {BottleName::shown(dependency)})
+                                             : plan.refusal));
+        return;
+    }
+    ++m_running;
+    const QString directory = QFileInfo(m_downloads->pathOf(wanted.first().file)).path();
+    Background::run(
+        this,
+        [path, wanted, directory, data = m_engine->dataDir(), cancelled = m_cancelled] {
+            ChosenFile::Taken taken = ChosenFile::take(path, wanted, directory, *cancelled);
+            if (taken.failure.isEmpty())
+                taken.failure = ChosenFile::remember(data, taken.file, taken.sha256);
+            return taken;
+        },
+        [this, reply](const ChosenFile::Taken& taken) {
+            --m_running;
+            reply(taken.failure.isEmpty()
+                      ? Answer::of(JsonText::compact(QJsonObject{{"ok", true}, {"file", taken.file}}))
+                      : failure(taken.failure));
+        });
 }

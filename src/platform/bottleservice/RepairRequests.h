@@ -1,34 +1,45 @@
 #pragma once
 
-#include <QHash>
 #include <QObject>
-#include <QPointer>
+#include <atomic>
+#include <memory>
 
 #include "bottleservice/Answer.h"
 
 class BottleEngine;
-class InstallJob;
+class DependencyRequests;
+class Downloads;
+struct Source;
 
-/// The requests that repairs of launches make, beside components.
+/// The requests about repairs before they are made: what an installation would bring, and files that the user
+/// has got by hand because they could not be fetched.
 class RepairRequests : public QObject {
     Q_OBJECT
 
 public:
-    RepairRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent = nullptr);
+    RepairRequests(BottleEngine* engine, Downloads* downloads, DependencyRequests* dependencies,
+                   QObject* parent = nullptr);
+    ~RepairRequests() override;
 
-    /// {"installed": [...], "supported": [...]}: the runners that run 32-bit programs on this machine, and
-    /// those that would after they have been fetched.
-    Answer runnersFor32Bit() const;
-    /// {"count", "files"}: what the bottle has lost of its template. Changes nothing.
-    void damage(const QString& bottle, const Reply& reply);
-    /// {"ok", "mended"}, or {"ok", "error", "busy"} with the names of the programs that run in the bottle.
-    void renewBottle(const QString& bottle, const Reply& reply);
-    /// Rolls back what is under way; it then answers with an error.
-    void cancelRenewal(const QString& bottle, const Reply& reply);
-    void cancelAll(const QString& bottle);
+    /// Answers with an array that tells of each name; see the interface's file. Changes nothing and uses no
+    /// network.
+    void describe(const QString& bottle, const QString& kind, const QStringList& names, const Reply& reply);
+
+    /// Takes the file if it is one of those that the component is installed from. Answers when it is copied.
+    void takeFile(const QString& bottle, const QString& dependency, const QString& path, const Reply& reply);
+
+    bool isIdle() const { return m_running == 0; }
+    /// Ends the copying; the service ends.
+    void close() { *m_cancelled = true; }
 
 private:
+    QJsonObject dependency(const QString& bottle, const QString& name) const;
+    QJsonObject runner(const QString& name) const;
+    QJsonObject fileOf(const Source& source) const;
+
     BottleEngine* m_engine;
-    QString m_catalogueDir;
-    QHash<QString, QPointer<InstallJob>> m_renewals;
+    Downloads* m_downloads;
+    DependencyRequests* m_dependencies;
+    int m_running = 0;
+    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
 };

@@ -68,7 +68,7 @@ void TemplateRequests::renewBottles() {
 
 void TemplateRequests::onRenewed(const Answer& answer) {
     if (!answer.isGood())
-        m_faults += answer.sentence;
+        m_faults += answer.reason.text();
     --m_bottles;
     leaveIfDone();
 }

@@ -20,6 +20,7 @@
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/LifeRequests.h"
 #include "bottleservice/ProgramRequests.h"
+#include "bottleservice/RenewalRequests.h"
 #include "bottleservice/RepairRequests.h"
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/SettingsRequests.h"
@@ -36,6 +37,7 @@
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
 #include "bottleservice/wire/RepairObject.h"
+#include "bottleservice/wire/RepairsObject.h"
 #include "bottleservice/wire/SettingsMethods.h"
 #include "bottleservice/wire/TemplatesObject.h"
 
@@ -116,9 +118,10 @@ int main(int argc, char** argv) {
     ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
     CleanUpRequests cleanUps(&engine, &programs);
     TemplateRequests templates(&engine);
-    RepairRequests repairs(&engine, CELLARIX_CATALOGUE);
-    QObject::connect(&engine, &BottleEngine::aboutToDelete, &repairs, &RepairRequests::cancelAll);
+    RenewalRequests renewals(&engine, CELLARIX_CATALOGUE);
+    QObject::connect(&engine, &BottleEngine::aboutToDelete, &renewals, &RenewalRequests::cancelAll);
     DependencyRequests dependencies(&engine, &downloads, CELLARIX_CATALOGUE);
+    RepairRequests repairRequests(&engine, &downloads, &dependencies);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &components, &ComponentRequests::cancelAll);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &dependencies,
                      [&](const QString& bottle) { dependencies.cancel(bottle, [](const Answer&) {}); });
@@ -132,12 +135,13 @@ int main(int argc, char** argv) {
     ComponentsObject machine(&components);
     TemplatesObject pristine(&templates);
     CleanUpObject cleanUp(&cleanUps);
-    RepairObject repair(&repairs);
+    RepairObject repair(&renewals);
+    RepairsObject repairs(&repairRequests);
     ManagerObject manager(application.applicationVersion());
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !pristine.registerOn(bus) ||
-        !cleanUp.registerOn(bus) || !repair.registerOn(bus) || !manager.registerOn(bus) ||
-        !bus.registerService(ServiceName)) {
+        !cleanUp.registerOn(bus) || !repair.registerOn(bus) || !repairs.registerOn(bus) ||
+        !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
         qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
         return 1;
     }
@@ -152,6 +156,7 @@ int main(int argc, char** argv) {
         QTimer::singleShot(CloseTimeoutMs, &application, &QCoreApplication::quit);
         components.close();
         dependencies.close();
+        repairRequests.close();
         engine.close();
     };
     ShutdownSignals shutdown;
@@ -161,14 +166,15 @@ int main(int argc, char** argv) {
                      Qt::QueuedConnection);
     const auto areRequestsDone = [&] {
         return programs.isIdle() && life.isIdle() && desktop.isIdle() && components.isIdle() &&
-               dependencies.isIdle();
+               dependencies.isIdle() && repairRequests.isIdle();
     };
     IdleExit idle(arguments.idleSeconds, [&] { return engine.isIdle() && areRequestsDone(); });
     TemplatePreparation preparation(&engine, [&] { return engine.isQuiet() && areRequestsDone(); });
     for (const BusObject* object :
          {static_cast<const BusObject*>(&machine), static_cast<const BusObject*>(&bottles),
           static_cast<const BusObject*>(&pristine), static_cast<const BusObject*>(&cleanUp),
-          static_cast<const BusObject*>(&repair), static_cast<const BusObject*>(&manager)}) {
+          static_cast<const BusObject*>(&repair), static_cast<const BusObject*>(&repairs),
+          static_cast<const BusObject*>(&manager)}) {
         QObject::connect(object, &BusObject::called, &idle, &IdleExit::touch);
         QObject::connect(object, &BusObject::called, &preparation, &TemplatePreparation::touch);
     }

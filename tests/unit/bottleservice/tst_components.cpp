@@ -133,7 +133,8 @@ private Q_SLOTS:
         const QString target = around + "/target";
         QVERIFY(QDir().mkpath(target));
         home.write("a/b/secret", "s");
-        const QString fault = Archive::unpack(home.write("x.tar.gz", packed(entries)), target, NotCancelled);
+        const QString fault =
+            Archive::unpack(home.write("x.tar.gz", packed(entries)), target, NotCancelled).text();
         QTEST(fault.isEmpty(), "isGood");
         QCOMPARE(QDir(around).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
                  QStringList({"secret", "target"}));
@@ -158,7 +159,7 @@ private Q_SLOTS:
         QStringList paths;
         const QString out = m_home.path() + "/out";
         QVERIFY(QDir().mkpath(out));
-        QCOMPARE(Archive::extract(archive, {"d3dx9.dll"}, out, &paths, NotCancelled), QString());
+        QCOMPARE(Archive::extract(archive, {"d3dx9.dll"}, out, &paths, NotCancelled).text(), QString());
         QCOMPARE(paths.size(), 2);
         const QString cut = m_home.write("cut.exe", readFile(archive).left(700));
         QVERIFY(!Archive::extract(cut, {"d3dx9.dll"}, out, &paths, NotCancelled).isEmpty());
@@ -196,6 +197,7 @@ private Q_SLOTS:
         const auto fetch = [&] {
             Download download(&network, source, home.path());
             download.setStallMs(300);
+            qRegisterMetaType<Reason>();
             QSignalSpy finished(&download, &Download::finished);
             download.start();
             const bool isQueued = finished.isEmpty();
@@ -204,7 +206,7 @@ private Q_SLOTS:
         const QVariantList end = fetch();
         const QString path = end[0].toString();
         QCOMPARE(path, requests.isEmpty() ? QString() : home.path() + "/file.exe");
-        QCOMPARE(end[1].toString().isEmpty(), !requests.isEmpty());
+        QCOMPARE(end[1].value<Reason>().isEmpty(), !requests.isEmpty());
         QCOMPARE(QFile::exists(home.path() + "/file.exe"), !requests.isEmpty());
         if (requests.isEmpty())
             return;
@@ -225,7 +227,7 @@ private Q_SLOTS:
     void plans() {
         const Recipes recipes("/nowhere", TEST_DATA_DIR "/components");
         const auto names = [&](const QString& name, const QStringList& installed) {
-            QString error;
+            Reason error;
             QStringList list;
             for (const Recipe& recipe : recipes.plan(name, installed, &error))
                 list += recipe.name;
@@ -246,7 +248,8 @@ private Q_SLOTS:
         const Sources sources(CATALOGUE_DIR, "/nowhere");
         const auto refusal = [&](const QString& name, bool hasWinetricks,
                                  std::optional<RecipeTarget> target = {}) {
-            return InstallPlan::make({name, {}, hasWinetricks, std::move(target)}, recipes, sources).refusal;
+            return InstallPlan::make({name, {}, hasWinetricks, std::move(target)}, recipes, sources)
+                .refusal.text();
         };
         const QStringList all = recipes.names();
         for (const QString& name : all)
@@ -276,7 +279,7 @@ private Q_SLOTS:
         for (const QString& kind : ComponentStore::kinds())
             QVERIFY(!sources.components(kind).isEmpty());
         for (const char* runner : {Runners::DefaultName, Runners::StagingName})
-            QCOMPARE(sources.refusal("runner", runner), QString());
+            QCOMPARE(sources.refusal("runner", runner).text(), QString());
     }
 
     /// A row that makes no sense is refused and told; those beside it count, and the one that it would

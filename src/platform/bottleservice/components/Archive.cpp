@@ -4,6 +4,7 @@
 #include <archive_entry.h>
 
 #include <unistd.h>
+#include <cerrno>
 
 #include <QDir>
 #include <QDirIterator>
@@ -19,7 +20,7 @@ constexpr qint64 MaximumBytes = 24LL * 1024 * 1024 * 1024;
 constexpr int MaximumEntries = 300000;
 constexpr int MaximumDepth = 2;
 constexpr int BlockBytes = 64 * 1024;
-const char Cancelled[] = "The work was cancelled.";
+const char Cancelled[] = "the work was cancelled";
 
 struct Close {
     void operator()(archive* handle) const {
@@ -32,13 +33,17 @@ QString fault(archive* handle) {
     return QString::fromUtf8(archive_error_string(handle));
 }
 
-Handle opened(const QString& path, QString* error) {
+Reason broken(const QString& path, const QString& detail) {
+    return Reason(Reason::BadArchive, {QFileInfo(path).fileName(), detail});
+}
+
+Handle opened(const QString& path, Reason* error) {
     Handle reader(archive_read_new());
     archive_read_support_filter_all(reader.get());
     archive_read_support_format_all(reader.get());
     if (archive_read_open_filename(reader.get(), QFile::encodeName(path).constData(), BlockBytes) !=
         ARCHIVE_OK)
-        *error = QString("%1 cannot be unpacked: %2.").arg(QFileInfo(path).fileName(), fault(reader.get()));
+        *error = broken(path, fault(reader.get()));
     return reader;
 }
 
@@ -86,9 +91,20 @@ QString objection(archive_entry* entry, const QString& name) {
 struct Budget {
     qint64 bytes = MaximumBytes;
     int entries = MaximumEntries;
+    bool isDiskFull = false;  ///< what failed, failed for that
     bool take(qint64 count) { return (bytes -= count) >= 0; }
     bool takeEntry() { return --entries >= 0; }
 };
+
+/// What went wrong for a writer, noting whether that was for want of room.
+QString writeFault(archive* writer, Budget* budget) {
+    budget->isDiskFull = archive_errno(writer) == ENOSPC || archive_errno(writer) == EDQUOT;
+    return fault(writer);
+}
+
+Reason reasonOf(const Budget& budget, const QString& path, const QString& detail) {
+    return budget.isDiskFull ? Reason(Reason::NoRoom, {QFileInfo(path).fileName()}) : broken(path, detail);
+}
 
 QString copyData(archive* reader, archive* writer, Budget* budget, const std::atomic_bool& cancelled) {
     for (;;) {
@@ -105,7 +121,7 @@ QString copyData(archive* reader, archive* writer, Budget* budget, const std::at
         if (!budget->take(qint64(size)))
             return "it unpacks to more than it may";
         if (archive_write_data_block(writer, block, size, offset) < ARCHIVE_WARN)
-            return fault(writer);
+            return writeFault(writer, budget);
     }
 }
 
@@ -123,10 +139,10 @@ QString unpackEntry(archive* reader, archive* writer, archive_entry* entry, cons
     archive_entry_set_perm(entry, (archive_entry_perm(entry) & 0755) | 0600 |
                                       (archive_entry_filetype(entry) == AE_IFDIR ? 0700 : 0));
     if (archive_write_header(writer, entry) < ARCHIVE_WARN)
-        return fault(writer);
+        return writeFault(writer, budget);
     const QString error = copyData(reader, writer, budget, cancelled);
     if (error.isEmpty() && archive_write_finish_entry(writer) < ARCHIVE_WARN)
-        return fault(writer);
+        return writeFault(writer, budget);
     return error;
 }
 
@@ -143,11 +159,13 @@ QString writeTo(archive* reader, const QString& path, Budget* budget, const std:
         if (count < 0)
             return fault(reader);
         if (count == 0)
-            return file.flush() ? QString() : file.errorString();
+            return {};
         if (!budget->take(count))
             return "it unpacks to more than it may";
-        if (file.write(block.constData(), count) != count)
+        if (file.write(block.constData(), count) != count || !file.flush()) {
+            budget->isDiskFull = file.error() == QFileDevice::ResourceError;
             return QString("cannot write %1: %2").arg(path, file.errorString());
+        }
     }
 }
 
@@ -157,25 +175,23 @@ public:
                const std::atomic_bool& cancelled)
         : m_names(names), m_directory(directory), m_paths(paths), m_cancelled(cancelled) {}
 
-    QString from(const QString& path, int depth) {
-        QString error;
-        const Handle reader = opened(path, &error);
-        if (!error.isEmpty())
-            return error;
+    Reason from(const QString& path, int depth) {
+        Reason failure;
+        const Handle reader = opened(path, &failure);
+        if (!failure.isEmpty())
+            return failure;
         archive_entry* entry = nullptr;
         int status = ARCHIVE_OK;
         while ((status = archive_read_next_header(reader.get(), &entry)) >= ARCHIVE_WARN &&
                status != ARCHIVE_EOF) {
             if (m_cancelled)
-                return Cancelled;
-            error =
+                return Reason::Cancelled;
+            const QString error =
                 m_budget.takeEntry() ? take(reader.get(), entry, depth) : QString("it has too many entries");
             if (!error.isEmpty())
-                return QString("%1 cannot be unpacked: %2.").arg(QFileInfo(path).fileName(), error);
+                return reasonOf(m_budget, path, error);
         }
-        return status == ARCHIVE_EOF ? QString()
-                                     : QString("%1 cannot be unpacked: %2.")
-                                           .arg(QFileInfo(path).fileName(), fault(reader.get()));
+        return status == ARCHIVE_EOF ? Reason() : broken(path, fault(reader.get()));
     }
 
 private:
@@ -197,7 +213,7 @@ private:
         if (error.isEmpty() && isWanted)
             *m_paths += path;
         if (error.isEmpty() && !isWanted) {
-            error = from(path, depth + 1);
+            error = from(path, depth + 1).text();
             QFile::remove(path);
             // Most programs hold nothing that could be unpacked.
             if (isProgram && !m_cancelled)
@@ -216,12 +232,12 @@ private:
 
 }  // namespace
 
-QString unpack(const QString& archivePath, const QString& directory, const std::atomic_bool& cancelled,
-               const QString& omitted) {
-    QString error;
-    const Handle reader = opened(archivePath, &error);
-    if (!error.isEmpty())
-        return error;
+Reason unpack(const QString& archivePath, const QString& directory, const std::atomic_bool& cancelled,
+              const QString& omitted) {
+    Reason failure;
+    const Handle reader = opened(archivePath, &failure);
+    if (!failure.isEmpty())
+        return failure;
     const Handle writer(archive_write_disk_new());
     // The directory's own path is absolute, and may lead through links of the user's.
     const QString root = QFileInfo(directory).canonicalFilePath();
@@ -234,20 +250,22 @@ QString unpack(const QString& archivePath, const QString& directory, const std::
     while ((status = archive_read_next_header(reader.get(), &entry)) >= ARCHIVE_WARN &&
            status != ARCHIVE_EOF) {
         if (cancelled)
-            return Cancelled;
+            return Reason::Cancelled;
         const QString name = nameOf(entry);
         if (!omitted.isEmpty() && ('/' + name).contains('/' + omitted + '/'))
             continue;
-        error = budget.takeEntry() ? unpackEntry(reader.get(), writer.get(), entry, root, &budget, cancelled)
-                                   : QString("there are too many entries");
+        const QString error = budget.takeEntry()
+                                  ? unpackEntry(reader.get(), writer.get(), entry, root, &budget, cancelled)
+                                  : QString("there are too many entries");
         if (!error.isEmpty())
-            return QString("%1 in %2 cannot be unpacked: %3.")
-                .arg(name.left(200), QFileInfo(archivePath).fileName(), error);
+            return reasonOf(budget, archivePath, name.left(200) + ": " + error);
     }
     if (status != ARCHIVE_EOF)
-        return QString("%1 cannot be unpacked: %2.")
-            .arg(QFileInfo(archivePath).fileName(), fault(reader.get()));
-    return archive_write_close(writer.get()) >= ARCHIVE_WARN ? QString() : fault(writer.get());
+        return broken(archivePath, fault(reader.get()));
+    if (archive_write_close(writer.get()) >= ARCHIVE_WARN)
+        return {};
+    const QString error = writeFault(writer.get(), &budget);
+    return reasonOf(budget, archivePath, error);
 }
 
 QString leavingLink(const QString& directory) {
@@ -264,8 +282,8 @@ QString leavingLink(const QString& directory) {
     return {};
 }
 
-QString extract(const QString& archivePath, const QStringList& names, const QString& directory,
-                QStringList* paths, const std::atomic_bool& cancelled) {
+Reason extract(const QString& archivePath, const QStringList& names, const QString& directory,
+               QStringList* paths, const std::atomic_bool& cancelled) {
     return Extraction(names, directory, paths, cancelled).from(archivePath, 1);
 }
 

@@ -69,7 +69,7 @@ ComponentInstall::~ComponentInstall() {
 
 void ComponentInstall::start() {
     const Source source = m_sources.find(m_sources.archiveOf(m_kind, m_name));
-    const QString refusal = m_sources.refusal(m_kind, m_name);
+    const Reason refusal = m_sources.refusal(m_kind, m_name);
     if (!refusal.isEmpty()) {
         QMetaObject::invokeMethod(
             this, [this, refusal] { finish(refusal); }, Qt::QueuedConnection);
@@ -78,11 +78,11 @@ void ComponentInstall::start() {
     m_archive = m_downloads->pathOf(source.file);
     m_fetch = new FileFetch(m_downloads, {source}, this);
     connect(m_fetch, &FileFetch::progress, this, &ComponentInstall::progress);
-    connect(m_fetch, &FileFetch::finished, this, [this](const QString& sentence) {
-        if (sentence.isEmpty())
+    connect(m_fetch, &FileFetch::finished, this, [this](const Reason& reason) {
+        if (reason.isEmpty())
             unpack();
         else
-            finish(sentence);
+            finish(reason);
     });
     m_fetch->start();
 }
@@ -105,35 +105,35 @@ void ComponentInstall::unpack() {
     Background::run(
         this,
         [archive = m_archive, directory = m_directory, cancelled = m_cancelled, kind = m_kind,
-         target]() -> QString {
-            QString fault = Archive::unpack(archive, directory, *cancelled, ReadyPrefix);
+         target]() -> Reason {
+            Reason fault = Archive::unpack(archive, directory, *cancelled, ReadyPrefix);
             if (!fault.isEmpty())
                 return fault;
             const QString root = rootOf(kind, directory);
-            fault = ComponentStore::fault(kind, root);
-            if (!fault.isEmpty())
-                return QFileInfo(archive).fileName() + " is not what it should be. " + fault;
+            const QString notOfKind = ComponentStore::fault(kind, root);
+            if (!notOfKind.isEmpty())
+                return QFileInfo(archive).fileName() + " is not what it should be. " + notOfKind;
             fault = Archive::leavingLink(root);
             if (!fault.isEmpty())
                 return fault;
             makeReadOnly(root);
             return WorkingDirectory::moveInto(root, target);
         },
-        [this](const QString& sentence) { onUnpacked(sentence); });
+        [this](const Reason& reason) { onUnpacked(reason); });
 }
 
-void ComponentInstall::onUnpacked(const QString& sentence) {
+void ComponentInstall::onUnpacked(const Reason& reason) {
     if (QFileInfo::exists(m_directory))
         m_reclaimer->remove(m_directory);
-    finish(sentence);
+    finish(reason);
 }
 
-void ComponentInstall::finish(const QString& sentence) {
+void ComponentInstall::finish(const Reason& reason) {
     if (std::exchange(m_done, true))
         return;
-    if (sentence.isEmpty())
+    if (reason.isEmpty())
         qInfo() << "installed" << m_kind << m_name;
     else
-        qWarning() << m_kind << BottleName::shown(m_name) << "was not installed:" << sentence;
-    Q_EMIT finished(sentence);
+        qWarning() << m_kind << BottleName::shown(m_name) << "was not installed:" << reason.text();
+    Q_EMIT finished(reason);
 }

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <memory>
 
+#include "bottleservice/Reason.h"
 #include "bottleservice/components/ComponentStore.h"
 #include "bottleservice/components/Sources.h"
 
@@ -28,13 +29,13 @@ public:
 Q_SIGNALS:
     /// In bytes; total is 0 while it is not known.
     void progress(qint64 received, qint64 total);
-    /// Exactly once, later than start(); an empty sentence is success.
-    void finished(const QString& sentence);
+    /// Exactly once, later than start(); without a reason it is a success.
+    void finished(const Reason& reason);
 
 private:
     void unpack();
-    void onUnpacked(const QString& sentence);
-    void finish(const QString& sentence);
+    void onUnpacked(const Reason& reason);
+    void finish(const Reason& reason);
 
     ComponentStore m_store;
     Sources m_sources;

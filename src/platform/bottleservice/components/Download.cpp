@@ -18,46 +18,72 @@ constexpr int ReportMs = 250;
 constexpr qint64 BufferBytes = 4 * 1024 * 1024;
 constexpr qint64 LeastBytes = 4096;  // that must come while a server counts as not silent
 
-/// Empty, or what is wrong with the file.
-QString faultOf(const QString& path, const Source& source, const std::atomic_bool& cancelled) {
+/// Empty, or what is wrong with the file that came from an address.
+Reason faultOf(const QString& path, const Source& source, const QString& address,
+               const std::atomic_bool& cancelled) {
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-        return "it cannot be read";
+        return Reason(Reason::NoOrdinaryFile, {path});
     if (source.size >= 0 && file.size() != source.size)
-        return QString("it has %1 bytes and should have %2").arg(file.size()).arg(source.size);
+        return Reason(Reason::OtherSize,
+                      {source.file, address, QString::number(file.size()), QString::number(source.size)});
     if (source.sha256.isEmpty())
         return {};
     QCryptographicHash hash(QCryptographicHash::Sha256);
     while (!file.atEnd()) {
         const QByteArray block = file.read(BlockBytes);
         if (cancelled)
-            return "the work was cancelled";
+            return Reason::Cancelled;
         if (block.isEmpty())
-            return "it cannot be read";
+            return Reason(Reason::NoOrdinaryFile, {path});
         hash.addData(block);
     }
-    return hash.result().toHex() == source.sha256 ? QString() : QString("its checksum is another");
+    return hash.result().toHex() == source.sha256 ? Reason()
+                                                  : Reason(Reason::OtherChecksum, {source.file, address});
 }
 
-QString copied(const QString& from, const QString& to, qint64 limit, const std::atomic_bool& cancelled) {
+Reason writeFault(const QFile& file) {
+    return Reason::ofWriting(file.fileName(), file.error() == QFileDevice::ResourceError, file.errorString());
+}
+
+Reason copied(const QString& from, const QString& to, const Source& wanted, qint64 limit,
+              const std::atomic_bool& cancelled) {
     QFile source(from);
     QFile target(to);
     if (!QFileInfo(from).isFile() || !source.open(QIODevice::ReadOnly))
-        return QString("%1 is not there").arg(from);
+        return Reason(Reason::FetchFailed, {wanted.file, from, "it is not there"});
     if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return QString("cannot write %1: %2").arg(to, target.errorString());
+        return writeFault(target);
     while (!source.atEnd()) {
         const QByteArray block = source.read(BlockBytes);
         if (cancelled)
-            return "the work was cancelled";
+            return Reason::Cancelled;
         if (block.isEmpty())
-            return QString("cannot read %1: %2").arg(from, source.errorString());
+            return Reason(Reason::FetchFailed, {wanted.file, from, source.errorString()});
         if (target.size() + block.size() > limit)
-            return "it is larger than it should be";
+            return Reason(Reason::TooLarge, {wanted.file, from});
         if (target.write(block) != block.size())
-            return QString("cannot write %1: %2").arg(to, target.errorString());
+            return writeFault(target);
     }
-    return target.flush() ? QString() : QString("cannot write %1: %2").arg(to, target.errorString());
+    return target.flush() ? Reason() : writeFault(target);
+}
+
+/// A server that no connection leads to, as against one that answers badly.
+bool isUnreachable(QNetworkReply::NetworkError error) {
+    switch (error) {
+        case QNetworkReply::ConnectionRefusedError:
+        case QNetworkReply::HostNotFoundError:
+        case QNetworkReply::TimeoutError:
+        case QNetworkReply::TemporaryNetworkFailureError:
+        case QNetworkReply::NetworkSessionFailedError:
+        case QNetworkReply::UnknownNetworkError:
+        case QNetworkReply::ProxyConnectionRefusedError:
+        case QNetworkReply::ProxyNotFoundError:
+        case QNetworkReply::ProxyTimeoutError:
+            return true;
+        default:
+            return false;
+    }
 }
 
 /// The first byte that a partial answer brings, or -1.
@@ -78,7 +104,7 @@ Download::Download(QNetworkAccessManager* network, const Source& source, const Q
     m_quiet.setInterval(ReportMs);
     connect(&m_stall, &QTimer::timeout, this, [this] {
         dropReply();
-        addressFailed("the server has been silent for too long");
+        addressFailed(Reason(Reason::ServerSilent, {m_source.file, shownAddress()}));
     });
 }
 
@@ -100,36 +126,41 @@ void Download::start() {
 void Download::cancel() {
     *m_cancelled = true;
     dropReply();
-    finish("The download was cancelled.");
+    finish(Reason::Cancelled);
 }
 
 void Download::tryNext() {
     if (m_done)
         return;
     if (m_next >= m_source.addresses.size()) {
-        finish(QString("%1 could not be fetched: %2.").arg(m_source.file, m_fault));
+        finish(m_faults.isEmpty() ? Reason(Reason::NoAddress, {m_source.file}) : m_faults);
         return;
     }
-    const QString address = m_source.addresses[m_next++];
+    const QString next = m_source.addresses[m_next++];
     m_breaks = 0;
-    const QUrl url(address);
-    if (address.startsWith('/'))
-        copy(address);
+    const QUrl url(next);
+    if (next.startsWith('/'))
+        copy(next);
     else if (url.isLocalFile())
         copy(url.toLocalFile());
     else if (url.scheme() == "http" || url.scheme() == "https")
-        fetch(address);
+        fetch(next);
     else
-        addressFailed(QString("%1 is no address").arg(address.left(200)));
+        addressFailed(Reason(Reason::FetchFailed, {m_source.file, shownAddress(), "it is no address"}));
+}
+
+/// The present one, as it may be shown.
+QString Download::shownAddress() const {
+    return Source::shownAddress(m_source.addresses.value(m_next - 1));
 }
 
 void Download::copy(const QString& path) {
     Background::run(
         this,
-        [path, part = partPath(), limit = limit(), cancelled = m_cancelled] {
-            return copied(path, part, limit, *cancelled);
+        [path, part = partPath(), wanted = m_source, limit = limit(), cancelled = m_cancelled] {
+            return copied(path, part, wanted, limit, *cancelled);
         },
-        [this](const QString& fault) {
+        [this](const Reason& fault) {
             if (fault.isEmpty())
                 verify(partPath(), true);
             else
@@ -141,7 +172,7 @@ void Download::fetch(const QString& address) {
     // Without a checksum nobody would notice that the two halves are of different files.
     const bool resume = !m_source.sha256.isEmpty();
     if (!m_part.open(resume ? QIODevice::Append : QIODevice::WriteOnly | QIODevice::Truncate)) {
-        finish(QString("Cannot write %1: %2.").arg(m_part.fileName(), m_part.errorString()));
+        finish(writeFault(m_part));
         return;
     }
     m_begin = m_part.size();
@@ -165,7 +196,7 @@ void Download::onHeaders() {
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (status >= 400 && status != 416) {
         dropReply();
-        addressFailed(QString("the server answers %1").arg(status));
+        addressFailed(Reason(Reason::HttpStatus, {m_source.file, shownAddress(), QString::number(status)}));
         return;
     }
     const bool continues = status == 206 && beginOf(m_reply->rawHeader("Content-Range")) == m_begin;
@@ -196,13 +227,14 @@ bool Download::keep(const QByteArray& bytes) {
     if (m_part.size() + bytes.size() > limit()) {
         dropReply();
         m_part.remove();
-        addressFailed("it is larger than it should be");
+        addressFailed(Reason(Reason::TooLarge, {m_source.file, shownAddress()}));
         return false;
     }
     if (m_part.write(bytes) == bytes.size() && m_part.flush())
         return true;
+    const Reason fault = writeFault(m_part);
     dropReply();
-    finish(QString("Cannot write %1: %2.").arg(m_part.fileName(), m_part.errorString()));
+    finish(fault);
     return false;
 }
 
@@ -215,7 +247,7 @@ void Download::onReplyFinished() {
     // A connection that closes too soon is not always told as an error.
     const bool isShort = m_total > 0 && m_part.size() < m_total;
     const bool isError = m_reply->error() != QNetworkReply::NoError;
-    const QString fault = isError ? m_reply->errorString() : QString("the connection was closed too soon");
+    const Reason fault = replyFault();
     const bool isWhole = !isError && !isShort && status >= 200 && status < 300;
     const bool hasGrown = m_part.size() > m_begin;
     const qint64 have = m_part.size();
@@ -230,30 +262,43 @@ void Download::onReplyFinished() {
         else
             addressFailed(fault);
     } else if (status < 400 && hasGrown && !m_source.sha256.isEmpty() && ++m_breaks <= MaximumBreaks) {
-        qInfo() << "the transfer of" << m_source.file << "broke off:" << fault;
+        qInfo() << "the transfer of" << m_source.file << "broke off:" << fault.text();
         fetch(address);
     } else {
         addressFailed(fault);
     }
 }
 
+/// What is wrong where the reply at hand does not bring the whole file.
+Reason Download::replyFault() const {
+    if (m_reply->error() == QNetworkReply::NoError ||
+        m_reply->error() == QNetworkReply::RemoteHostClosedError)
+        return Reason(Reason::ClosedTooSoon, {m_source.file, shownAddress()});
+    if (isUnreachable(m_reply->error()))
+        return Reason(Reason::NoConnection, {m_source.file, m_reply->url().host()});
+    return Reason(Reason::FetchFailed, {m_source.file, shownAddress(), m_reply->errorString()});
+}
+
 void Download::verify(const QString& path, bool isPart) {
     Background::run(
         this,
-        [path, source = m_source, cancelled = m_cancelled] { return faultOf(path, source, *cancelled); },
-        [this, path, isPart](const QString& fault) { onVerified(fault, path, isPart); });
+        [path, source = m_source, from = shownAddress(), cancelled = m_cancelled] {
+            return faultOf(path, source, from, *cancelled);
+        },
+        [this, path, isPart](const Reason& fault) { onVerified(fault, path, isPart); });
 }
 
-void Download::onVerified(const QString& fault, const QString& path, bool isPart) {
+void Download::onVerified(const Reason& fault, const QString& path, bool isPart) {
     if (m_done)
         return;
     if (!fault.isEmpty()) {
         QFile::remove(path);
         // What was there before may have been half of something else.
-        if (isPart && std::exchange(m_isResumed, false))
+        const bool isMixed = isPart && std::exchange(m_isResumed, false);
+        if (isMixed)
             --m_next;
-        if (isPart)
-            addressFailed(QString("what came is not the file that was expected: %1").arg(fault));
+        if (isPart && !isMixed)
+            addressFailed(fault);
         else
             tryNext();
         return;
@@ -276,19 +321,19 @@ void Download::dropReply() {
     reply->deleteLater();
 }
 
-void Download::addressFailed(const QString& sentence) {
+void Download::addressFailed(const Reason& reason) {
     if (m_done)
         return;
-    qWarning() << m_source.file << "was not fetched:" << sentence;
-    m_fault = sentence;
+    qWarning() << m_source.file << "was not fetched:" << reason.text();
+    m_faults += reason;
     tryNext();
 }
 
-void Download::finish(const QString& sentence) {
+void Download::finish(const Reason& reason) {
     if (std::exchange(m_done, true))
         return;
     QMetaObject::invokeMethod(
-        this, [this, sentence] { Q_EMIT finished(sentence.isEmpty() ? m_path : QString(), sentence); },
+        this, [this, reason] { Q_EMIT finished(reason.isEmpty() ? m_path : QString(), reason); },
         Qt::QueuedConnection);
 }
 

@@ -29,14 +29,14 @@ public:
     void setStallMs(int ms) { m_stallMs = ms; }
 
     void start();
-    /// finished() follows with a sentence.
+    /// finished() follows with a reason.
     void cancel();
 
 Q_SIGNALS:
     /// In bytes; total is 0 while it is not known. At most some times a second.
     void progress(qint64 received, qint64 total);
-    /// Exactly once, later than start(); path or sentence is empty.
-    void finished(const QString& path, const QString& sentence);
+    /// Exactly once, later than start(); path or reason is empty. The reason tells of each address.
+    void finished(const QString& path, const Reason& reason);
 
 private:
     QString partPath() const { return m_path + ".part"; }
@@ -49,10 +49,12 @@ private:
     void onReplyFinished();
     bool keep(const QByteArray& bytes);
     void verify(const QString& path, bool isPart);
-    void onVerified(const QString& fault, const QString& path, bool isPart);
+    void onVerified(const Reason& fault, const QString& path, bool isPart);
     void dropReply();
-    void addressFailed(const QString& sentence);
-    void finish(const QString& sentence);
+    QString shownAddress() const;
+    Reason replyFault() const;
+    void addressFailed(const Reason& reason);
+    void finish(const Reason& reason);
     void tellProgress(bool always);
 
     QNetworkAccessManager* m_network;
@@ -65,7 +67,7 @@ private:
     qint64 m_total = 0;
     qint64 m_sinceStall = 0;
     bool m_isResumed = false;  ///< the file begins with what an earlier address or service has left
-    QString m_fault;           ///< of the last address
+    Reason m_faults;           ///< of the addresses so far
     QNetworkReply* m_reply = nullptr;
     QFile m_part;
     QTimer m_stall;

@@ -48,7 +48,7 @@ void FileFetch::start() {
 
 void FileFetch::cancel() {
     drop();
-    finish("The download was cancelled.");
+    finish(Reason::Cancelled);
 }
 
 void FileFetch::next() {
@@ -63,11 +63,11 @@ void FileFetch::next() {
     Q_EMIT fileStarted(source.file);
     m_current = m_downloads->obtain(source);
     connect(m_current, &Download::progress, this, &FileFetch::progress);
-    connect(m_current, &Download::finished, this, [this](const QString&, const QString& sentence) {
-        if (sentence.isEmpty())
+    connect(m_current, &Download::finished, this, [this](const QString&, const Reason& reason) {
+        if (reason.isEmpty())
             next();
         else
-            finish(sentence);
+            finish(reason);
     });
 }
 
@@ -79,8 +79,8 @@ void FileFetch::drop() {
     m_downloads->release(download);
 }
 
-void FileFetch::finish(const QString& sentence) {
+void FileFetch::finish(const Reason& reason) {
     drop();
     if (!std::exchange(m_done, true))
-        Q_EMIT finished(sentence);
+        Q_EMIT finished(reason);
 }

@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QVector>
 
+#include "bottleservice/Reason.h"
 #include "bottleservice/components/Sources.h"
 
 class Download;
@@ -51,13 +52,13 @@ Q_SIGNALS:
     void fileStarted(const QString& file);
     /// Of the present file, in bytes; total is 0 while it is not known.
     void progress(qint64 received, qint64 total);
-    /// Exactly once; an empty sentence means that all files are there.
-    void finished(const QString& sentence);
+    /// Exactly once; without a reason all files are there.
+    void finished(const Reason& reason);
 
 private:
     void next();
     void drop();
-    void finish(const QString& sentence);
+    void finish(const Reason& reason);
 
     Downloads* m_downloads;
     QVector<Source> m_sources;

@@ -6,13 +6,12 @@
 namespace {
 
 /// Empty, or why a recipe's own steps cannot be carried out.
-QString refusalOf(const Recipe& recipe, bool hadSteps, const Sources& sources) {
+Reason refusalOf(const Recipe& recipe, bool hadSteps, const Sources& sources) {
     const QString name = BottleName::shown(recipe.name);
     if (recipe.steps.isEmpty())
-        return hadSteps ? QString("Nothing of \"%1\" is made for the Wine of this bottle.").arg(name)
-                        : QString("No file is known that \"%1\" could be installed from.").arg(name);
+        return Reason(hadSteps ? Reason::NotForThisWine : Reason::NoKnownFile, {name});
     for (const QString& file : recipe.files()) {
-        const QString refusal = sources.refusal(sources.find(file));
+        const Reason refusal = sources.refusal(sources.find(file));
         if (!refusal.isEmpty())
             return refusal;
     }
@@ -35,18 +34,15 @@ InstallPlan InstallPlan::make(const Asked& asked, const Recipes& recipes, const 
         const bool hadSteps = !recipe.steps.isEmpty();
         if (asked.target)
             recipe.keepFitting(*asked.target);
-        const QString refusal = refusalOf(recipe, hadSteps, sources);
+        const Reason refusal = refusalOf(recipe, hadSteps, sources);
         if (refusal.isEmpty())
             continue;
         if (!recipe.winetricks.isEmpty() && asked.hasWinetricks)
             recipe.steps = {winetricks(recipe.winetricks)};
-        else if (!recipe.winetricks.isEmpty())
-            plan.refusal = refusal + QString(
-                                         " The tool winetricks can install it (as \"%1\"): install the "
-                                         "package winetricks and try again.")
-                                         .arg(recipe.winetricks);
         else
             plan.refusal = refusal;
+        if (!plan.refusal.isEmpty() && !recipe.winetricks.isEmpty())
+            plan.refusal += Reason(Reason::HasWinetricks, {recipe.winetricks});
         if (!plan.refusal.isEmpty())
             return plan;
     }

@@ -17,7 +17,7 @@ struct InstallPlan {
     };
 
     QVector<Recipe> recipes;  ///< in the order in which they are carried out
-    QString refusal;          ///< empty, or a sentence
+    Reason refusal;           ///< empty where it can be carried out
 
     static InstallPlan make(const Asked& asked, const Recipes& recipes, const Sources& sources);
 };

@@ -169,7 +169,7 @@ std::optional<Recipe> Recipes::find(const QString& name) const {
     return recipe == m_recipes.constEnd() ? std::nullopt : std::optional(*recipe);
 }
 
-QVector<Recipe> Recipes::plan(const QString& name, const QStringList& installed, QString* error) const {
+QVector<Recipe> Recipes::plan(const QString& name, const QStringList& installed, Reason* error) const {
     QVector<Recipe> plan;
     QStringList path;
     QStringList others = installed;
@@ -178,7 +178,7 @@ QVector<Recipe> Recipes::plan(const QString& name, const QStringList& installed,
 }
 
 bool Recipes::add(const QString& name, const QStringList& installed, QStringList* path, QVector<Recipe>* plan,
-                  QString* error) const {
+                  Reason* error) const {
     const auto isPlanned = [plan](const QString& wanted) {
         for (const Recipe& recipe : *plan) {
             if (recipe.name == wanted)
@@ -191,7 +191,7 @@ bool Recipes::add(const QString& name, const QStringList& installed, QStringList
     const auto recipe = find(name);
     if (!recipe || path->contains(name)) {
         *error = recipe ? QString("The component \"%1\" needs itself.").arg(BottleName::shown(name))
-                        : QString("There is no component \"%1\".").arg(BottleName::shown(name));
+                        : Reason(Reason::NoComponent, {BottleName::shown(name)});
         return false;
     }
     *path += name;

@@ -6,6 +6,7 @@
 #include <QVector>
 #include <optional>
 
+#include "bottleservice/Reason.h"
 #include "bottleservice/components/RecipeTarget.h"
 #include "bottleservice/settings/RegistryChange.h"
 
@@ -54,12 +55,12 @@ public:
     QStringList names() const { return m_recipes.keys(); }
 
     /// What is to be installed for a component, in order: first what it needs and the bottle does not have,
-    /// last the component itself. Empty with a sentence when something is unknown or needs itself.
-    QVector<Recipe> plan(const QString& name, const QStringList& installed, QString* error) const;
+    /// last the component itself. Empty with a reason when something is unknown or needs itself.
+    QVector<Recipe> plan(const QString& name, const QStringList& installed, Reason* error) const;
 
 private:
     bool add(const QString& name, const QStringList& installed, QStringList* path, QVector<Recipe>* plan,
-             QString* error) const;
+             Reason* error) const;
 
     QMap<QString, Recipe> m_recipes;
 };

@@ -28,10 +28,10 @@ QString windowsPath(const QString& path) {
     return "Z:" + QDir::toNativeSeparators(path).replace('/', '\\');
 }
 
-/// Unpacks what a step names and puts it into the prefix. Empty, or a sentence.
-QString placeFiles(const RecipeStep& step, const QString& archive, const QString& directory,
-                   const QString& prefix, QStringList* files, const std::atomic_bool& cancelled) {
-    const QString fault = Archive::extract(archive, step.names, directory, files, cancelled);
+/// Unpacks what a step names and puts it into the prefix.
+Reason placeFiles(const RecipeStep& step, const QString& archive, const QString& directory,
+                  const QString& prefix, QStringList* files, const std::atomic_bool& cancelled) {
+    const Reason fault = Archive::extract(archive, step.names, directory, files, cancelled);
     if (!fault.isEmpty())
         return fault;
     QStringList missing = step.names;
@@ -43,11 +43,20 @@ QString placeFiles(const RecipeStep& step, const QString& archive, const QString
         }
     }
     if (files->isEmpty())
-        return QString("%1 holds none of the files that it should bring.").arg(step.file);
+        return Reason(Reason::NotInArchive, {step.file, step.names.join(", ")});
     if (!missing.isEmpty())
         qWarning() << step.file << "does not hold" << missing;
     return step.kind == Kind::Fonts ? PrefixFiles::putFonts(prefix, *files)
                                     : PrefixFiles::putSystemFiles(prefix, *files, step.only32Bit);
+}
+
+Reason reasonOf(const WineCommand& ended, const QString& file, const QString& detail) {
+    if (ended.hasTimedOut())
+        return Reason(Reason::InstallerSlow, {file});
+    if (!ended.hasStarted())
+        return Reason(Reason::InstallerNotStarted, {file, detail});
+    return ended.exitCode() ? Reason(Reason::InstallerCode, {file, QString::number(*ended.exitCode())})
+                            : Reason(Reason::InstallerCrashed, {file});
 }
 
 }  // namespace
@@ -94,7 +103,7 @@ void RecipeRunner::cancel() {
 
 void RecipeRunner::next() {
     if (m_steps.isEmpty() || *m_cancelled) {
-        finish(*m_cancelled ? QString("The installation was cancelled.") : QString());
+        finish(*m_cancelled ? Reason(Reason::Cancelled) : Reason());
         return;
     }
     carryOut(m_steps.head());
@@ -131,9 +140,9 @@ void RecipeRunner::run(const RecipeStep& step) {
     inDirectory(
         [step, archive = m_fileOf(step.archive), cancelled = m_cancelled](const QString& directory,
                                                                           QStringList* files) {
-            const QString fault = Archive::extract(archive, {step.file}, directory, files, *cancelled);
+            const Reason fault = Archive::extract(archive, {step.file}, directory, files, *cancelled);
             return fault.isEmpty() && files->isEmpty()
-                       ? QString("%1 does not hold %2.").arg(step.archive, step.file)
+                       ? Reason(Reason::NotInArchive, {step.archive, step.file})
                        : fault;
         },
         [this, step](const QStringList& files) { runProgram(step, files.first()); });
@@ -141,9 +150,7 @@ void RecipeRunner::run(const RecipeStep& step) {
 
 void RecipeRunner::runProgram(const RecipeStep& step, const QString& program) {
     if (!m_target.runs32Bit && PrefixFiles::is32BitProgram(program)) {
-        stepEnded(QString("%1 is a program of 32 bits, and the Wine of this bottle runs none. Install 32-bit "
-                          "Wine (the package wine32), or choose another Wine version for the bottle.")
-                      .arg(step.file));
+        stepEnded(Reason(Reason::Needs32Bit, {step.file}));
         return;
     }
     const QStringList files = step.files();
@@ -151,12 +158,14 @@ void RecipeRunner::runProgram(const RecipeStep& step, const QString& program) {
     for (const QString& argument : step.arguments)
         arguments += files.contains(argument) ? windowsPath(m_fileOf(argument)) : argument;
     Q_EMIT described(QString("Installing %1").arg(files.join(' ')));
-    command(m_runner.wine, QStringList{program} + arguments, [this] { stepEnded({}); });
+    command(m_runner.wine, QStringList{program} + arguments, files.value(0, step.file),
+            [this] { stepEnded({}); });
 }
 
 void RecipeRunner::runWinetricks(const QString& verb) {
     Q_EMIT described(QString("Installing %1 with winetricks").arg(verb));
-    command(QStandardPaths::findExecutable("winetricks"), {"--unattended", verb}, [this] { stepEnded({}); });
+    command(QStandardPaths::findExecutable("winetricks"), {"--unattended", verb}, verb,
+            [this] { stepEnded({}); });
 }
 
 void RecipeRunner::unpack(const RecipeStep& step) {
@@ -183,7 +192,7 @@ void RecipeRunner::inDirectory(const Work& work, std::function<void(const QStrin
     const auto files = std::make_shared<QStringList>();
     Background::run(
         this, [work, files, directory = m_unpacked->path()] { return work(directory, files.get()); },
-        [this, files, done = std::move(done)](const QString& fault) {
+        [this, files, done = std::move(done)](const Reason& fault) {
             if (fault.isEmpty())
                 done(*files);
             else
@@ -197,7 +206,7 @@ void RecipeRunner::registerFiles(QStringList files) {
         return;
     }
     const QString name = QFileInfo(files.takeFirst()).fileName();
-    command(m_runner.wine, {"regsvr32", "/s", name}, [this, files] { registerFiles(files); });
+    command(m_runner.wine, {"regsvr32", "/s", name}, name, [this, files] { registerFiles(files); });
 }
 
 void RecipeRunner::writeRegistry(const RecipeStep& step) {
@@ -209,9 +218,10 @@ void RecipeRunner::writeRegistry(const RecipeStep& step) {
     m_writer->start();
 }
 
-void RecipeRunner::command(const QString& program, const QStringList& arguments, std::function<void()> done) {
+void RecipeRunner::command(const QString& program, const QStringList& arguments, const QString& file,
+                           std::function<void()> done) {
     m_command = new WineCommand(program, arguments, environment(), this);
-    connect(m_command, &WineCommand::finished, this, [this, done](const QString& sentence) {
+    connect(m_command, &WineCommand::finished, this, [this, file, done](const QString& sentence) {
         WineCommand* ended = std::exchange(m_command, nullptr);
         ended->deleteLater();
         const bool isGood = sentence.isEmpty() ||
@@ -222,7 +232,7 @@ void RecipeRunner::command(const QString& program, const QStringList& arguments,
             return;
         }
         qWarning().noquote() << "output of a failed installer:" << ended->output().right(4000);
-        stepEnded(sentence);
+        stepEnded(reasonOf(*ended, file, sentence));
     });
     m_command->start(InstallerTimeoutMs);
 }
@@ -240,10 +250,10 @@ QProcessEnvironment RecipeRunner::environment() const {
     return WineEnvironment::forProcess(variables);
 }
 
-void RecipeRunner::stepEnded(const QString& sentence) {
+void RecipeRunner::stepEnded(const Reason& reason) {
     m_unpacked.reset();
-    if (!sentence.isEmpty() || *m_cancelled) {
-        finish(*m_cancelled ? QString("The installation was cancelled.") : sentence);
+    if (!reason.isEmpty() || *m_cancelled) {
+        finish(*m_cancelled ? Reason(Reason::Cancelled) : reason);
         return;
     }
     m_steps.dequeue();
@@ -251,7 +261,7 @@ void RecipeRunner::stepEnded(const QString& sentence) {
     QMetaObject::invokeMethod(this, &RecipeRunner::next, Qt::QueuedConnection);
 }
 
-void RecipeRunner::finish(const QString& sentence) {
+void RecipeRunner::finish(const Reason& reason) {
     if (!std::exchange(m_done, true))
-        Q_EMIT finished(sentence);
+        Q_EMIT finished(reason);
 }

@@ -26,7 +26,7 @@ public:
     ~RecipeRunner() override;
 
     void start();
-    /// Ends the work; finished() follows with a sentence.
+    /// Ends the work; finished() follows with a reason.
     void cancel();
 
     int total() const { return m_total; }
@@ -36,8 +36,8 @@ public:
 Q_SIGNALS:
     void described(const QString& text);
     void stepDone(int done, int total);
-    /// Exactly once; an empty sentence is success.
-    void finished(const QString& sentence);
+    /// Exactly once; without a reason it is a success.
+    void finished(const Reason& reason);
 
 private:
     void next();
@@ -46,14 +46,16 @@ private:
     void runProgram(const RecipeStep& step, const QString& program);
     void runWinetricks(const QString& verb);
     void unpack(const RecipeStep& step);
-    using Work = std::function<QString(const QString& directory, QStringList* files)>;
+    using Work = std::function<Reason(const QString& directory, QStringList* files)>;
     void inDirectory(const Work& work, std::function<void(const QStringList& files)> done);
     void registerFiles(QStringList files);
     void writeRegistry(const RecipeStep& step);
-    void command(const QString& program, const QStringList& arguments, std::function<void()> done);
+    /// file is what the user is told of.
+    void command(const QString& program, const QStringList& arguments, const QString& file,
+                 std::function<void()> done);
     QProcessEnvironment environment() const;
-    void stepEnded(const QString& sentence);
-    void finish(const QString& sentence);
+    void stepEnded(const Reason& reason);
+    void finish(const Reason& reason);
 
     Runner m_runner;
     QString m_bottlePath;

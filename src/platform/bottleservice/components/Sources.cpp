@@ -5,10 +5,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <QUrl>
 #include <algorithm>
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/ComponentStore.h"
 
 namespace {
@@ -45,6 +47,11 @@ const char* faultOf(const QString& name, const QJsonObject& entry) {
 Sources::Sources(const QString& catalogueDir, const QString& dataDir) {
     add(catalogueDir + "/sources.json");
     add(dataDir + "/sources.json");
+    m_chosen = ChosenFile::remembered(dataDir);
+}
+
+QString Source::shownAddress(const QString& address) {
+    return address.startsWith('/') ? address : QUrl(address).toString(QUrl::RemoveUserInfo).left(300);
 }
 
 void Sources::add(const QString& path) {
@@ -110,6 +117,11 @@ Source Sources::find(const QString& file) const {
         source.addresses += address.toString();
     source.size = qint64(entry["size"].toDouble(-1));
     source.sha256 = entry["sha256"].toString().toLower().toLatin1();
+    const QByteArray chosen = m_chosen[file].toString().toLatin1();
+    if (source.sha256.isEmpty() && !chosen.isEmpty()) {
+        source.sha256 = chosen;
+        source.isChosen = true;
+    }
     return source;
 }
 
@@ -126,18 +138,17 @@ QStringList Sources::components(const QString& kind) const {
     return names;
 }
 
-QString Sources::refusal(const Source& source) const {
+Reason Sources::refusal(const Source& source) const {
+    if (source.isChosen)
+        return {};
     if (source.addresses.isEmpty())
-        return QString("It is not known where %1 can be had.").arg(source.file.left(200));
+        return Reason(Reason::NoAddress, {source.file.left(200)});
     if (source.sha256.isEmpty() && !m_allowUnverified)
-        return QString("No checksum of %1 is known, and sources.json does not allow files without one.")
-            .arg(source.file);
+        return Reason(Reason::NoChecksum, {source.file});
     return {};
 }
 
-QString Sources::refusal(const QString& kind, const QString& component) const {
+Reason Sources::refusal(const QString& kind, const QString& component) const {
     const QString file = archiveOf(kind, component);
-    return file.isEmpty()
-               ? QString("There is no component \"%1\" to install.").arg(BottleName::shown(component))
-               : refusal(find(file));
+    return file.isEmpty() ? Reason(Reason::NoComponent, {BottleName::shown(component)}) : refusal(find(file));
 }

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "bottleservice/Reason.h"
+
 /// A file of somebody else's that a component is made of.
 struct Source {
     static constexpr qint64 MaximumBytes = 8LL * 1024 * 1024 * 1024;
@@ -13,6 +15,10 @@ struct Source {
     QStringList addresses;  ///< paths and http(s) or file URLs, in the order in which they are tried
     qint64 size = -1;       ///< in bytes, -1 when it is not known
     QByteArray sha256;      ///< in lower case hexadecimal; empty when it is not known
+    bool isChosen = false;  ///< the checksum is that of a file which the user has chosen; none was known
+
+    /// An address as it may be shown: without a name and password, and not too long.
+    static QString shownAddress(const QString& address);
 };
 
 /// Where files come from. sources.json beside the catalogue is the deployment's, sources.json in the data
@@ -22,7 +28,8 @@ struct Source {
 ///    "mirrors": [directory or address, ...],    looked into first, for every file
 ///    "allow_unverified": bool}                  use files whose checksum is not known; false if it is
 ///    missing
-/// Entries that make no sense are told to the log and are as good as missing.
+/// Entries that make no sense are told to the log and are as good as missing. What the user has chosen by
+/// hand (see ChosenFile) stands in where no checksum is known.
 class Sources {
 public:
     Sources(const QString& catalogueDir, const QString& dataDir);
@@ -35,9 +42,9 @@ public:
     QStringList components(const QString& kind) const;
 
     /// Empty, or why the file may not be used.
-    QString refusal(const Source& source) const;
+    Reason refusal(const Source& source) const;
     /// Empty, or why the component is not fetched.
-    QString refusal(const QString& kind, const QString& component) const;
+    Reason refusal(const QString& kind, const QString& component) const;
 
     /// Whether a text may be the name of a file or a directory of ours.
     static bool isPlainName(const QString& name);
@@ -48,6 +55,7 @@ private:
 
     QJsonObject m_files;
     QJsonObject m_archives;
+    QJsonObject m_chosen;
     QStringList m_mirrors;
     bool m_allowUnverified = false;
 };

@@ -32,7 +32,7 @@ ChangeGraphicsJob::ChangeGraphicsJob(BottleEngine* engine, const QString& bottle
                                      const QString& version, const QString& directory, Reply reply)
     : InstallJob(engine, bottle, std::move(reply)), m_key(key), m_version(version), m_directory(directory) {}
 
-InstallJob::Need ChangeGraphicsJob::prepare(const BottleYaml& settings, const Runner&, QString* refusal) {
+InstallJob::Need ChangeGraphicsJob::prepare(const BottleYaml& settings, const Runner&, Reason* refusal) {
     m_template = engine()->templates()->pathOf(settings.templateKey());
     if (!m_version.isEmpty()) {
         m_files = dllsOf(m_directory);

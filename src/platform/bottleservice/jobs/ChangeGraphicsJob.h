@@ -15,7 +15,7 @@ public:
                       const QString& directory, Reply reply);
 
 protected:
-    Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) override;
+    Need prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) override;
     void work() override;
     void abort() override {}
     void enter(BottleYaml* settings) override;

@@ -17,7 +17,7 @@ ChangeRunnerJob::ChangeRunnerJob(BottleEngine* engine, const QString& bottle, co
                                  Reply reply)
     : InstallJob(engine, bottle, std::move(reply)), m_runner(runner) {}
 
-InstallJob::Need ChangeRunnerJob::prepare(const BottleYaml& settings, const Runner& runner, QString*) {
+InstallJob::Need ChangeRunnerJob::prepare(const BottleYaml& settings, const Runner& runner, Reason*) {
     m_oldKey = settings.templateKey();
     m_newKey = Templates::keyOf(m_runner);
     return settings.runner() == m_runner.name && runner.wine == m_runner.wine ? Need::Nothing : Need::Work;
@@ -69,7 +69,7 @@ void ChangeRunnerJob::abort() {
     if (m_boot)
         m_boot->kill();
     if (std::exchange(m_isWaiting, false))
-        worked("The change was cancelled.");
+        worked(Reason::Cancelled);
 }
 
 void ChangeRunnerJob::enter(BottleYaml* settings) {

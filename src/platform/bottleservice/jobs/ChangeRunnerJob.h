@@ -11,7 +11,7 @@ public:
     ChangeRunnerJob(BottleEngine* engine, const QString& bottle, const Runner& runner, Reply reply);
 
 protected:
-    Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) override;
+    Need prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) override;
     void work() override;
     /// The template goes on being made, for the next who wants it.
     void abort() override;

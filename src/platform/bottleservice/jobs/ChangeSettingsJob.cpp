@@ -27,9 +27,8 @@ void ChangeSettingsJob::start() {
     m_registry = settings->pendingRegistry().then(m_registry);
     const Runner runner = m_engine->runnerOf(*settings);
     if (!m_registry.isEmpty() && runner.wine.isEmpty()) {
-        finish(Answer::failure(
-            Fault::Failed,
-            QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(settings->runner()))));
+        finish(Answer::failure(Fault::Failed,
+                               Reason(Reason::NoRunner, {BottleName::shown(settings->runner())})));
         return;
     }
     m_change(*settings);

@@ -25,9 +25,9 @@ CreateBottleJob::CreateBottleJob(const BottleStore& store, const QString& name, 
       m_templates(templates),
       m_reclaimer(reclaimer) {}
 
-Answer CreateBottleJob::refusal(const QString& sentence) {
-    return Answer::of(
-        QJsonDocument(QJsonObject{{"ok", false}, {"error", sentence}}).toJson(QJsonDocument::Compact));
+Answer CreateBottleJob::refusal(const Reason& reason) {
+    const QJsonObject answer{{"ok", false}, {"error", reason.text()}, {"reasons", reason.toJson()}};
+    return Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact));
 }
 
 void CreateBottleJob::start() {
@@ -46,8 +46,8 @@ void CreateBottleJob::start() {
     const auto runner = m_runners.find(m_runnerName);
     if (!runner) {
         fail(m_runnerName == Runners::DefaultName
-                 ? QString("Wine is not installed on this machine. Install the packages wine and wine64.")
-                 : QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(m_runnerName)));
+                 ? Reason(Reason::NoWine)
+                 : Reason(Reason::NoRunner, {BottleName::shown(m_runnerName)}));
         return;
     }
     m_runner = *runner;
@@ -70,7 +70,7 @@ void CreateBottleJob::cancel() {
 
 void CreateBottleJob::onTemplate(const QString& path, const QString& sentence) {
     if (path.isEmpty() || *m_cancelled) {
-        fail(path.isEmpty() ? sentence : QString("The creation was cancelled."));
+        fail(path.isEmpty() ? Reason(sentence) : Reason(Reason::Cancelled));
         return;
     }
     m_templates->run(
@@ -110,10 +110,10 @@ void CreateBottleJob::succeed(bool created, const QString& runner) {
     finish(Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
 }
 
-void CreateBottleJob::fail(const QString& fault) {
-    const QString sentence = FullDisk::explain(m_store.root(), fault);
-    qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << sentence;
+void CreateBottleJob::fail(const Reason& reason) {
+    const QString text = FullDisk::explain(m_store.root(), reason.text());
+    qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << text;
     if (!m_workingDirectory.isEmpty() && QFileInfo::exists(m_workingDirectory))
         m_reclaimer->remove(m_workingDirectory);
-    finish(refusal(sentence));
+    finish(refusal(text == reason.text() ? reason : Reason(text)));
 }

@@ -25,14 +25,14 @@ public:
     void cancel() override;
 
     /// The answer that a failure gets.
-    static Answer refusal(const QString& sentence);
+    static Answer refusal(const Reason& reason);
 
 private:
     void onTemplate(const QString& path, const QString& sentence);
     void onCopied(const QString& sentence);
     QString complete();
     void succeed(bool created, const QString& runner);
-    void fail(const QString& fault);
+    void fail(const Reason& reason);
 
     BottleStore m_store;
     QString m_name;

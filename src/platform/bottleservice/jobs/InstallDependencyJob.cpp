@@ -17,11 +17,10 @@ InstallDependencyJob::InstallDependencyJob(BottleEngine* engine, const QString& 
     : InstallJob(engine, bottle, std::move(reply)), m_recipes(recipes), m_downloads(downloads) {}
 
 InstallJob::Need InstallDependencyJob::prepare(const BottleYaml& settings, const Runner& runner,
-                                               QString* refusal) {
+                                               Reason* refusal) {
     m_runner = runner;
     if (runner.wine.isEmpty())
-        *refusal =
-            QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(settings.runner()));
+        *refusal = Reason(Reason::NoRunner, {BottleName::shown(settings.runner())});
     return Need::Work;
 }
 
@@ -31,7 +30,7 @@ void InstallDependencyJob::work() {
         [downloads = m_downloads](const QString& file) { return downloads->pathOf(file); }, this);
     connect(m_steps, &RecipeRunner::described, this, &InstallDependencyJob::described);
     connect(m_steps, &RecipeRunner::stepDone, this, &InstallDependencyJob::stepDone);
-    connect(m_steps, &RecipeRunner::finished, this, [this](const QString& sentence) { worked(sentence); });
+    connect(m_steps, &RecipeRunner::finished, this, [this](const Reason& reason) { worked(reason); });
     m_steps->start();
 }
 

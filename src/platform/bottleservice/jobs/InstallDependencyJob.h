@@ -21,7 +21,7 @@ Q_SIGNALS:
     void stepDone(int done, int total);
 
 protected:
-    Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) override;
+    Need prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) override;
     void work() override;
     void abort() override;
     void enter(BottleYaml* settings) override;

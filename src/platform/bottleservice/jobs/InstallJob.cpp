@@ -62,11 +62,11 @@ void InstallJob::begin() {
         return;
     }
     if (*m_cancelled) {
-        finish(Answer::failure(Fault::Failed, "The installation was cancelled."));
+        finish(Answer::failure(Fault::Failed, Reason::Cancelled));
         return;
     }
     m_runner = m_engine->runnerOf(*settings);
-    QString refusal;
+    Reason refusal;
     if (BottleBackup::state(bottlePath()) != BottleBackup::State::None) {
         finish(Answer::failure(Fault::Failed, "An earlier installation could not be taken back yet."));
         return;
@@ -87,7 +87,7 @@ void InstallJob::begin() {
 
 void InstallJob::onLooked(const QStringList& running) {
     if (*m_cancelled) {
-        conclude("The installation was cancelled.");
+        conclude(Reason::Cancelled);
     } else if (!running.isEmpty()) {
         m_engine->removeBackup(m_bottle);
         finish(Answer::busy(running));
@@ -110,7 +110,7 @@ void InstallJob::stopBottle(std::function<void()> then) {
         if (clean)
             then();
         else
-            takeBack("Programs in the bottle could not be ended.");
+            takeBack(Reason::ProgramsNotEnded);
     });
 }
 
@@ -122,7 +122,7 @@ void InstallJob::setAside() {
         },
         [this](const QString& fault) {
             if (!fault.isEmpty() || *m_cancelled) {
-                takeBack(fault.isEmpty() ? QString("The installation was cancelled.") : fault);
+                takeBack(fault.isEmpty() ? Reason(Reason::Cancelled) : Reason(fault));
                 return;
             }
             m_working = true;
@@ -130,10 +130,10 @@ void InstallJob::setAside() {
         });
 }
 
-void InstallJob::worked(const QString& sentence) {
+void InstallJob::worked(const Reason& reason) {
     m_working = false;
-    if (!sentence.isEmpty() || *m_cancelled)
-        takeBack(sentence.isEmpty() ? QString("The installation was cancelled.") : sentence);
+    if (!reason.isEmpty() || *m_cancelled)
+        takeBack(reason.isEmpty() ? Reason(Reason::Cancelled) : reason);
     else
         settle();
 }
@@ -159,47 +159,51 @@ void InstallJob::settle() {
 void InstallJob::complete() {
     Answer failure;
     auto settings = m_engine->loaded(m_bottle, &failure);
-    QString error = failure.sentence;
+    Reason reason = failure.reason;
     if (settings && !*m_cancelled) {
         enter(&*settings);
         settings->set(LastInstall, m_id);
+        QString error;
         m_engine->saveSettings(m_bottle, *settings, &error);
+        reason = error;
     }
-    if (*m_cancelled && error.isEmpty())
-        error = "The installation was cancelled.";
-    if (!error.isEmpty()) {
-        takeBack(error);
+    if (*m_cancelled && reason.isEmpty())
+        reason = Reason::Cancelled;
+    if (!reason.isEmpty()) {
+        takeBack(reason);
         return;
     }
     conclude({});
 }
 
-void InstallJob::takeBack(const QString& sentence) {
-    qWarning() << "the installation into" << BottleName::shown(m_bottle) << "is taken back:" << sentence;
-    stop(this, m_engine, m_bottle, m_runner.wineserver, [this, sentence](bool clean) {
+void InstallJob::takeBack(const Reason& reason) {
+    qWarning() << "the installation into" << BottleName::shown(m_bottle) << "is taken back:" << reason.text();
+    stop(this, m_engine, m_bottle, m_runner.wineserver, [this, reason](bool clean) {
         // An unfinished backup means that nothing has been changed yet.
         const bool isWhole = BottleBackup::idOf(bottlePath()) == m_id;
         if (!clean && isWhole) {
-            finish(Answer::failure(Fault::Failed, sentence + " The bottle is restored at the next start."));
+            Reason told = reason;
+            told += "The bottle is restored at the next start.";
+            finish(Answer::failure(Fault::Failed, told));
             return;
         }
         Background::run(
             this,
             [path = bottlePath(), isWhole] { return isWhole ? BottleBackup::restore(path) : QString(); },
-            [this, sentence](const QString& fault) {
+            [this, reason](const QString& fault) {
                 if (!fault.isEmpty())
                     qCritical() << "bottle" << BottleName::shown(m_bottle) << "was not restored:" << fault;
                 if (fault.isEmpty())
-                    conclude(sentence);
+                    conclude(reason);
                 else
-                    finish(Answer::failure(Fault::Failed, sentence));
+                    finish(Answer::failure(Fault::Failed, reason));
             });
     });
 }
 
-void InstallJob::conclude(const QString& sentence) {
+void InstallJob::conclude(const Reason& reason) {
     m_engine->removeBackup(m_bottle);
-    finish(sentence.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, sentence));
+    finish(reason.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, reason));
 }
 
 RecoverInstallJob::RecoverInstallJob(BottleEngine* engine, const QString& bottle)

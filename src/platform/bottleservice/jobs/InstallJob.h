@@ -30,9 +30,9 @@ Q_SIGNALS:
     void started();
 
 protected:
-    /// Looks at the bottle; a sentence refuses the job. Nothing to do is a reason to end with success.
+    /// Looks at the bottle; a reason refuses the job. Nothing to do is a reason to end with success.
     enum class Need { Work, Nothing };
-    virtual Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) = 0;
+    virtual Need prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) = 0;
     /// Calls worked() once, at once or later.
     virtual void work() = 0;
     /// Asks work() to end soon.
@@ -40,7 +40,7 @@ protected:
     /// Enters the result; written together with the end of the transaction.
     virtual void enter(BottleYaml* settings) = 0;
 
-    void worked(const QString& sentence);
+    void worked(const Reason& reason);
 
     BottleEngine* engine() const { return m_engine; }
     QString bottle() const { return m_bottle; }
@@ -54,8 +54,8 @@ private:
     void setAside();
     void settle();
     void complete();
-    void takeBack(const QString& sentence);
-    void conclude(const QString& sentence);
+    void takeBack(const Reason& reason);
+    void conclude(const Reason& reason);
 
     BottleEngine* m_engine;
     QString m_bottle;

@@ -8,14 +8,12 @@ RepairBottleJob::RepairBottleJob(BottleEngine* engine, const QString& bottle, st
                                  Reply reply)
     : InstallJob(engine, bottle, std::move(reply)), m_mended(std::move(mended)) {}
 
-InstallJob::Need RepairBottleJob::prepare(const BottleYaml& settings, const Runner& runner,
-                                          QString* refusal) {
+InstallJob::Need RepairBottleJob::prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) {
     m_runner = runner;
     if (settings.templateKey().isEmpty())
         m_links = PrefixDamage::Links::Copied;
     if (runner.wine.isEmpty())
-        *refusal =
-            QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(settings.runner()));
+        *refusal = Reason(Reason::NoRunner, {BottleName::shown(settings.runner())});
     return Need::Work;
 }
 
@@ -41,5 +39,5 @@ void RepairBottleJob::work() {
 
 void RepairBottleJob::abort() {
     if (std::exchange(m_isWaiting, false))
-        worked("The repair was cancelled.");
+        worked(Reason(Reason::Cancelled));
 }

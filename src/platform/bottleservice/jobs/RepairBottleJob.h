@@ -13,7 +13,7 @@ public:
     RepairBottleJob(BottleEngine* engine, const QString& bottle, std::shared_ptr<int> mended, Reply reply);
 
 protected:
-    Need prepare(const BottleYaml& settings, const Runner& runner, QString* refusal) override;
+    Need prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) override;
     void work() override;
     /// The template goes on being made, for the next who wants it.
     void abort() override;

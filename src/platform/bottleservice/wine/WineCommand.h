@@ -36,6 +36,9 @@ public:
 
     QByteArray output() { return m_process.readAllStandardOutput(); }
 
+    bool hasTimedOut() const { return m_timedOut; }
+    bool hasStarted() const { return m_process.error() != QProcess::FailedToStart; }
+
     /// What a command that came to its own end said; nothing for others.
     std::optional<int> exitCode() const { return m_exitCode; }
 

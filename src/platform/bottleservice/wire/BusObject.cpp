@@ -4,6 +4,8 @@
 #include <QDebug>
 #include <QPointer>
 
+#include "bottleservice/bottles/JsonText.h"
+
 namespace {
 
 constexpr int MaximumArgumentCharacters = 4 * 1024 * 1024;
@@ -32,6 +34,13 @@ QString errorName(Answer::Fault fault) {
         default:
             return "com.lumora.Error.Failed";
     }
+}
+
+/// The English text comes first, as every client expects; behind it the same for one that knows the codes.
+QDBusMessage errorReply(const QDBusMessage& message, const Answer& result) {
+    QDBusMessage reply = message.createErrorReply(errorName(result.fault), result.reason.text());
+    reply << JsonText::compact(result.reason.toJson());
+    return reply;
 }
 
 }  // namespace
@@ -106,11 +115,11 @@ Answer BusObject::check(const QDBusMessage& message) const {
 void BusObject::answer(const QDBusConnection& connection, const QDBusMessage& message,
                        const Answer& result) const {
     if (!result.isGood())
-        qWarning().noquote() << message.member() << "failed:" << result.sentence;
+        qWarning().noquote() << message.member() << "failed:" << result.reason.text();
     if (!message.isReplyRequired())
         return;
     if (!result.isGood())
-        connection.send(message.createErrorReply(errorName(result.fault), result.sentence));
+        connection.send(errorReply(message, result));
     else if (m_contract.method(message.member()).outSignature.isEmpty())
         connection.send(message.createReply());
     else

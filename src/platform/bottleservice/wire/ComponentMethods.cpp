@@ -13,8 +13,10 @@ namespace {
 
 QString resultOf(const Answer& answer) {
     QJsonObject result{{"ok", answer.isGood()}};
-    if (!answer.isGood())
-        result.insert("error", answer.sentence);
+    if (!answer.isGood()) {
+        result.insert("error", answer.reason.text());
+        result.insert("reasons", answer.reason.toJson());
+    }
     if (answer.fault == Answer::Fault::Busy)
         result.insert("busy", QJsonArray::fromStringList(answer.running));
     return JsonText::compact(result);
@@ -40,8 +42,8 @@ ComponentsObject::ComponentsObject(ComponentRequests* requests, QObject* parent)
                 emitSignal("updateProgress", QVariantList{kind, name} + progressOf(received, total));
             });
     connect(requests, &ComponentRequests::installed, this,
-            [this](const QString& kind, const QString& name, const QString& sentence) {
-                emitSignal("installed", {int(sentence.isEmpty()), kind, name, sentence});
+            [this](const QString& kind, const QString& name, const Reason& reason) {
+                emitSignal("installed", {int(reason.isEmpty()), kind, name, reason.text()});
             });
     connect(requests, &ComponentRequests::catalogueChanged, this,
             [this](const QString& catalogue) { emitSignal("refresh", {catalogue}); });

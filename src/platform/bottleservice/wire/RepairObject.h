@@ -2,12 +2,12 @@
 
 #include "bottleservice/wire/BusObject.h"
 
-class RepairRequests;
+class RenewalRequests;
 
 /// com.lumora.Manager.Repair at /com/lumora/Manager/Repair.
 class RepairObject : public BusObject {
     Q_OBJECT
 
 public:
-    explicit RepairObject(RepairRequests* requests, QObject* parent = nullptr);
+    explicit RepairObject(RenewalRequests* requests, QObject* parent = nullptr);
 };

@@ -1,0 +1,106 @@
+#include "bottleservice/Reason.h"
+
+#include <QFileInfo>
+#include <QJsonObject>
+
+namespace {
+
+constexpr int MaximumArgument = 400;  // characters; addresses and lists of programs
+
+/// In the order of Reason::Code. Names and numbers of arguments are part of the wire format.
+constexpr Reason::Format Formats[] = {
+    {"", "%1"},
+    {"busy", "Programs run in the bottle: %1."},
+    {"no-bottle", "There is no bottle \"%1\"."},
+    {"no-wine", "Wine is not installed on this machine. Install the packages wine and wine64."},
+    {"no-runner", "The Wine runner \"%1\" is not installed."},
+    {"no-component", "There is no component \"%1\"."},
+    {"no-known-file", "No file is known that \"%1\" could be installed from."},
+    {"not-for-this-wine", "Nothing of \"%1\" is made for the Wine of this bottle."},
+    {"no-address", "It is not known where %1 can be had."},
+    {"no-checksum", "No checksum of %1 is known, and sources.json does not allow files without one."},
+    {"has-winetricks",
+     "The tool winetricks can install it (as \"%1\"): install the package winetricks and try again."},
+    {"http-status", "%1 could not be fetched from %2: the server answers %3."},
+    {"no-connection", "%1 could not be fetched: %2 cannot be reached."},
+    {"server-silent", "%1 could not be fetched from %2: the server has been silent for too long."},
+    {"closed-too-soon", "%1 could not be fetched from %2: the connection was closed too soon."},
+    {"fetch-failed", "%1 could not be fetched from %2: %3."},
+    {"other-checksum", "What came from %2 is not the file %1 that was expected: its checksum is another."},
+    {"other-size",
+     "What came from %2 is not the file %1 that was expected: it has %3 bytes and should have %4."},
+    {"too-large", "%1 from %2 is larger than it should be."},
+    {"no-room", "There is not enough room on the disk for %1."},
+    {"cannot-write", "Cannot write %1: %2."},
+    {"bad-archive", "%1 cannot be unpacked: %2."},
+    {"not-in-archive", "%1 does not hold %2."},
+    {"installer-code", "The installer of %1 ended with code %2."},
+    {"installer-slow", "The installer of %1 took too long and was ended."},
+    {"installer-crashed", "The installer of %1 was killed or crashed."},
+    {"installer-not-started", "The installer of %1 could not be started: %2."},
+    {"needs-32-bit",
+     "%1 is a program of 32 bits, and the Wine of this bottle runs none. Install 32-bit Wine (the package "
+     "wine32), or choose another Wine version for the bottle."},
+    {"cancelled", "The installation was cancelled."},
+    {"other-choice", "Another choice was made."},
+    {"programs-not-ended", "Programs in the bottle could not be ended."},
+    {"no-ordinary-file", "%1 is no ordinary file that can be read."},
+    {"other-file", "%1 is not the file that is needed. What is needed is %2."},
+};
+static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
+
+}  // namespace
+
+Reason::Reason(const QString& text) {
+    if (!text.isEmpty())
+        m_parts += Part{NoCode, {text}};
+}
+
+Reason::Reason(Code code, const QStringList& arguments) {
+    QStringList limited;
+    for (const QString& argument : arguments)
+        limited += argument.left(MaximumArgument);
+    m_parts += Part{code, limited};
+}
+
+Reason& Reason::operator+=(const Reason& other) {
+    m_parts += other.m_parts;
+    return *this;
+}
+
+QString Reason::Part::text() const {
+    if (code == NoCode)
+        return arguments.first();
+    // In one go: an argument may hold "%1" itself.
+    QString text = formatOf(code).text;
+    for (int i = arguments.size(); i > 0; --i)
+        text.replace(QString("%%1").arg(i), QString(QChar(0xe000 + i)));
+    for (int i = 0; i < arguments.size(); ++i)
+        text.replace(QChar(0xe001 + i), arguments[i]);
+    return text;
+}
+
+QString Reason::text() const {
+    QStringList texts;
+    for (const Part& part : m_parts)
+        texts += part.text();
+    return texts.join(' ');
+}
+
+QJsonArray Reason::toJson() const {
+    QJsonArray reasons;
+    for (const Part& part : m_parts)
+        reasons += part.code == NoCode
+                       ? QJsonObject{{"text", part.arguments.first()}}
+                       : QJsonObject{{"code", formatOf(part.code).name},
+                                     {"arguments", QJsonArray::fromStringList(part.arguments)}};
+    return reasons;
+}
+
+Reason Reason::ofWriting(const QString& path, bool isDiskFull, const QString& detail) {
+    return isDiskFull ? Reason(NoRoom, {QFileInfo(path).fileName()}) : Reason(CannotWrite, {path, detail});
+}
+
+Reason::Format Reason::formatOf(Code code) {
+    return Formats[code];
+}

@@ -1,0 +1,94 @@
+#include "bottleservice/RenewalRequests.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/components/Sources.h"
+#include "bottleservice/jobs/RepairBottleJob.h"
+#include "bottleservice/wine/PrefixDamage.h"
+
+using JsonText::compact;
+
+namespace {
+
+constexpr int MaximumFilesTold = 50;
+const QLatin1String RunnerKind("runner");
+
+QJsonObject resultOf(const Answer& answer, int mended) {
+    if (answer.isGood())
+        return {{"ok", true}, {"mended", mended}};
+    QJsonObject result{{"ok", false}, {"error", answer.reason.text()}, {"reasons", answer.reason.toJson()}};
+    if (answer.fault == Answer::Fault::Busy)
+        result.insert("busy", QJsonArray::fromStringList(answer.running));
+    return result;
+}
+
+}  // namespace
+
+RenewalRequests::RenewalRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent)
+    : QObject(parent), m_engine(engine), m_catalogueDir(catalogueDir) {}
+
+Answer RenewalRequests::runnersFor32Bit() const {
+    const Sources sources(m_catalogueDir, m_engine->dataDir());
+    const QStringList present = m_engine->runners().names();
+    QJsonArray installed, supported;
+    for (const QString& name : present) {
+        if (Runners::runs32Bit(m_engine->runners().find(name)->wine))
+            installed += name;
+    }
+    for (const QString& name : sources.components(RunnerKind)) {
+        // So do those who publish them call the builds that need no 32-bit libraries.
+        if (!present.contains(name) &&
+            sources.archiveOf(RunnerKind, name).contains("wow64", Qt::CaseInsensitive))
+            supported += name;
+    }
+    return Answer::of(compact(QJsonObject{{"installed", installed}, {"supported", supported}}));
+}
+
+void RenewalRequests::damage(const QString& bottle, const Reply& reply) {
+    Answer failure;
+    const auto settings = m_engine->loaded(bottle, &failure);
+    if (!settings) {
+        reply(failure);
+        return;
+    }
+    Templates* templates = m_engine->templates();
+    const QString original = templates->pathOf(Templates::keyOf(m_engine->runnerOf(*settings)));
+    auto files = std::make_shared<QStringList>();
+    templates->run(
+        this,
+        [files, original, prefix = m_engine->store().pathOf(bottle)](const std::atomic_bool& cancelled) {
+            *files = PrefixDamage::find(prefix, original, cancelled);
+            return QString();
+        },
+        [files, reply](const QString&) {
+            reply(Answer::of(compact(
+                QJsonObject{{"count", files->size()},
+                            {"files", QJsonArray::fromStringList(files->mid(0, MaximumFilesTold))}})));
+        });
+}
+
+void RenewalRequests::renewBottle(const QString& bottle, const Reply& reply) {
+    if (m_engine->refuseUnknown(bottle, reply))
+        return;
+    auto mended = std::make_shared<int>(0);
+    auto job = std::make_unique<RepairBottleJob>(
+        m_engine, bottle, mended,
+        [reply, mended](const Answer& answer) { reply(Answer::of(compact(resultOf(answer, *mended)))); });
+    m_renewals.insert(bottle, job.get());
+    m_engine->renew(bottle);  // what the Wine's update brings is no damage
+    m_engine->enqueue(bottle, std::move(job));
+}
+
+void RenewalRequests::cancelRenewal(const QString& bottle, const Reply& reply) {
+    cancelAll(bottle);
+    reply(Answer::of());
+}
+
+void RenewalRequests::cancelAll(const QString& bottle) {
+    if (InstallJob* job = m_renewals.take(bottle))
+        job->cancel();
+}

@@ -1,0 +1,120 @@
+#include "bottleservice/components/ChosenFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QTemporaryFile>
+
+#include "bottleservice/bottles/AtomicFile.h"
+#include "bottleservice/bottles/PlainFile.h"
+
+namespace {
+
+constexpr int BlockBytes = 1024 * 1024;
+constexpr qint64 MaximumRecord = 1024 * 1024;
+const char RecordFile[] = "/chosen-files.json";
+
+/// The wanted file that has this content or, without a checksum to compare, this name.
+const Source* match(const QVector<Source>& wanted, const QByteArray& sha256, const QString& name) {
+    for (const Source& source : wanted) {
+        if (!source.isChosen && source.sha256 == sha256)
+            return &source;
+    }
+    for (const Source& source : wanted) {
+        const bool hasChecksum = !source.sha256.isEmpty() && !source.isChosen;
+        if (!hasChecksum && source.file.compare(name, Qt::CaseInsensitive) == 0)
+            return &source;
+    }
+    return nullptr;
+}
+
+Reason otherFile(const QVector<Source>& wanted, const QString& name) {
+    QStringList files;
+    for (const Source& source : wanted)
+        files += source.addresses.isEmpty()
+                     ? source.file
+                     : QString("%1 (%2)").arg(source.file, source.shownAddress(source.addresses.last()));
+    return Reason(Reason::OtherFile, {name, files.join(", ")});
+}
+
+bool openPlain(QFile* file, const QString& path) {
+    // Without waiting for somebody at the other end of a pipe.
+    const int descriptor = ::open(QFile::encodeName(path).constData(),
+                                  O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    struct stat status = {};
+    if (descriptor < 0)
+        return false;
+    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0 &&
+        status.st_size <= Source::MaximumBytes &&
+        file->open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle))
+        return true;
+    ::close(descriptor);
+    return false;
+}
+
+Reason copy(QFile* from, QFile* to, QCryptographicHash* hash, const std::atomic_bool& cancelled) {
+    const auto writeFault = [to] {
+        return Reason::ofWriting(to->fileName(), to->error() == QFileDevice::ResourceError,
+                                 to->errorString());
+    };
+    QByteArray block(BlockBytes, Qt::Uninitialized);
+    qint64 total = 0;
+    for (;;) {
+        const qint64 count = from->read(block.data(), block.size());
+        if (cancelled)
+            return Reason::Cancelled;
+        if (count < 0 || (total += count) > Source::MaximumBytes)
+            return Reason(Reason::NoOrdinaryFile, {QFileInfo(*from).fileName()});
+        if (count == 0)
+            return to->flush() && ::fsync(to->handle()) == 0 ? Reason() : writeFault();
+        hash->addData(block.constData(), int(count));
+        if (to->write(block.constData(), count) != count)
+            return writeFault();
+    }
+}
+
+}  // namespace
+
+ChosenFile::Taken ChosenFile::take(const QString& path, const QVector<Source>& wanted,
+                                   const QString& directory, const std::atomic_bool& cancelled) {
+    const QString name = QFileInfo(path).fileName().left(200);
+    QFile from;
+    if (!QDir::isAbsolutePath(path) || path.contains(QChar(0)) || !openPlain(&from, path))
+        return {{}, {}, Reason(Reason::NoOrdinaryFile, {name})};
+    QDir().mkpath(directory);
+    QTemporaryFile to(directory + "/.chosen-XXXXXX");
+    if (!to.open())
+        return {{}, {}, Reason::ofWriting(directory, false, to.errorString())};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    const Reason fault = copy(&from, &to, &hash, cancelled);
+    if (!fault.isEmpty())
+        return {{}, {}, fault};
+    const QByteArray sha256 = hash.result().toHex();
+    const Source* source = match(wanted, sha256, name);
+    if (!source)
+        return {{}, sha256, otherFile(wanted, name)};
+    const QByteArray target = QFile::encodeName(directory + '/' + source->file);
+    if (::rename(QFile::encodeName(to.fileName()).constData(), target.constData()) != 0)
+        return {{}, sha256, Reason::ofWriting(source->file, false, QString::fromLocal8Bit(strerror(errno)))};
+    to.setAutoRemove(false);
+    return {source->file, sha256, {}};
+}
+
+Reason ChosenFile::remember(const QString& dataDir, const QString& file, const QByteArray& sha256) {
+    QJsonObject record = remembered(dataDir);
+    record.insert(file, QString::fromLatin1(sha256));
+    QString error;
+    AtomicFile::replace(dataDir + RecordFile, QJsonDocument(record).toJson(), &error);
+    return error;
+}
+
+QJsonObject ChosenFile::remembered(const QString& dataDir) {
+    const auto text = PlainFile::read(dataDir + RecordFile, MaximumRecord);
+    return QJsonDocument::fromJson(text.value_or(QByteArray())).object();
+}
