@@ -1,6 +1,10 @@
 #include "bottleservice/LifeRequests.h"
 
+#include <QJsonArray>
+#include <QJsonObject>
+
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/jobs/StopJobs.h"
 #include "bottleservice/wine/DetachedCommand.h"
@@ -17,12 +21,30 @@ constexpr int MaximumIdCharacters = 128;
 }  // namespace
 
 LifeRequests::LifeRequests(BottleEngine* engine, QObject* parent)
-    : QObject(parent), m_engine(engine), m_watch(engine->store()) {
+    : QObject(parent), m_engine(engine), m_watch(engine->store()), m_runs(engine->store()) {
     connect(&m_watch, &ProgramWatch::exited, this, &LifeRequests::programExited);
+    connect(&m_runs, &RunMonitor::started, this, &LifeRequests::programStarted);
+    connect(&m_runs, &RunMonitor::ended, this, &LifeRequests::programEnded);
 }
 
 void LifeRequests::watchPrograms() {
     m_watch.start();
+    m_runs.start();
+}
+
+Answer LifeRequests::running() {
+    QJsonArray programs;
+    for (const auto& [key, pids] : m_runs.look()) {
+        QJsonArray numbers;
+        for (const pid_t pid : pids)
+            numbers.append(pid);
+        programs.append(QJsonObject{{"bottle", key.first}, {"program", key.second}, {"pids", numbers}});
+    }
+    return Answer::of(JsonText::compact(programs));
+}
+
+void LifeRequests::onProgramsChanged() {
+    m_runs.lookSoon();
 }
 
 void LifeRequests::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {

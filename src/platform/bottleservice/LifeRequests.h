@@ -4,6 +4,7 @@
 
 #include "bottleservice/Answer.h"
 #include "bottleservice/wine/ProgramWatch.h"
+#include "bottleservice/wine/RunMonitor.h"
 
 class BottleEngine;
 
@@ -16,18 +17,28 @@ public:
 
     /// Follows what runs and what will be started.
     void watchPrograms();
-    bool isIdle() const { return m_watch.isIdle(); }
+    bool isIdle() const { return m_watch.isIdle() && m_runs.isIdle(); }
+
+    /// The entered programs that run, as a JSON array.
+    Answer running();
+    /// Programs were entered or removed.
+    void onProgramsChanged();
 
     void killProgram(const QString& bottle, const QString& programId, const Reply& reply);
     void killWineServer(const QString& bottle, const Reply& reply);
     void runCommand(const QString& bottle, const QString& commandLine, const Reply& reply);
 
 Q_SIGNALS:
+    /// By its mark, also when it is not entered any more.
     void programExited(const QString& bottle, const QString& programId);
+    /// However it was started.
+    void programStarted(const QString& bottle, const QString& programId);
+    void programEnded(const QString& bottle, const QString& programId);
 
 private:
     Answer startCommand(const QString& bottle, const QStringList& arguments);
 
     BottleEngine* m_engine;
     ProgramWatch m_watch;
+    RunMonitor m_runs;
 };

@@ -15,6 +15,7 @@
 #include "bottleservice/bottles/Manifest.h"
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/Programs.h"
+#include "bottleservice/bottles/WindowsPath.h"
 #include "bottleservice/jobs/WorkerJob.h"
 
 using Fault = Answer::Fault;
@@ -67,10 +68,42 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
         return Answer::failure(Fault::Failed, error);
     qInfo() << (isNew ? "added program" : "changed program") << id << "of" << BottleName::shown(bottle);
     const QString text = compact(settings->program(id));
-    if (isNew)
+    if (isNew) {
         Q_EMIT programAdded(bottle, id, text);
-    else
+        if (record.value("icon").toString().isEmpty())
+            takeIcon(bottle, id, record.value("path").toString());
+    } else {
         Q_EMIT programUpdated(bottle, id, text);
+    }
+    return Answer::of();
+}
+
+/// A file that was opened from anywhere looks in the library as it did in its banner.
+void ProgramRequests::takeIcon(const QString& bottle, const QString& id, const QString& programPath) {
+    const QString path = m_engine->store().pathOf(bottle);
+    inWorker(
+        [script = m_iconScript, path, id, programPath] {
+            const std::atomic_bool cancelled{false};
+            return Answer::of(
+                ProgramIcon::extract(script, path, id, {WindowsPath::toUnix(path, programPath)}, cancelled));
+        },
+        [this, bottle, id](const Answer& icon) {
+            if (!icon.text.isEmpty())
+                m_engine->enqueue(
+                    bottle, [](const Answer&) {},
+                    [this, bottle, id, icon] { return giveIcon(bottle, id, icon.text); });
+        });
+}
+
+Answer ProgramRequests::giveIcon(const QString& bottle, const QString& id, const QString& icon) {
+    Answer failure;
+    const auto settings = m_engine->loaded(bottle, &failure);
+    if (!settings)
+        return failure;
+    if (!settings->hasProgram(id))
+        ProgramIcon::remove(m_engine->store().pathOf(bottle), id);
+    else if (settings->program(id).value("icon").toString().isEmpty())
+        return updateProgram(bottle, {{"id", id}, {"icon", icon}});
     return Answer::of();
 }
 

@@ -9,8 +9,9 @@
 
 class BottleEngine;
 
-/// The requests about the programs of bottles: entered, changed, removed, found in the bottle's files. Lists
-/// and scans read in worker threads; changes go through the bottle's queue.
+/// The requests about the programs of bottles: entered, changed, removed, found in the bottle's files. What
+/// is entered without an icon gets that of its file a moment later. Lists and scans read in worker threads;
+/// changes go through the bottle's queue.
 class ProgramRequests : public QObject {
     Q_OBJECT
 
@@ -53,6 +54,8 @@ Q_SIGNALS:
     void programDeleted(const QString& bottle, const QString& programId);
 
 private:
+    void takeIcon(const QString& bottle, const QString& id, const QString& programPath);
+    Answer giveIcon(const QString& bottle, const QString& id, const QString& icon);
     Answer updateProgram(const QString& bottle, const QJsonObject& given);
     Answer removeProgram(const QString& bottle, const QString& programId);
     Answer writeManifest(const QString& bottle, const QJsonObject& form);

@@ -10,6 +10,8 @@
 #include <QTextCodec>
 #include <QThreadPool>
 #include <QTimer>
+#include <algorithm>
+#include <initializer_list>
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/CleanUpRequests.h"
@@ -36,6 +38,7 @@
 #include "bottleservice/wire/LifeMethods.h"
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
+#include "bottleservice/wire/ProgramsObject.h"
 #include "bottleservice/wire/RepairObject.h"
 #include "bottleservice/wire/RepairsObject.h"
 #include "bottleservice/wire/SettingsMethods.h"
@@ -114,6 +117,9 @@ int main(int argc, char** argv) {
     DesktopRequests desktop(&engine, &programs, CELLARIX_COMMAND, CELLARIX_ICON_EXTRACTOR);
     desktop.recover();
     QObject::connect(&life, &LifeRequests::programExited, &desktop, &DesktopRequests::collectAssociations);
+    for (const auto changed : {&ProgramRequests::programAdded, &ProgramRequests::programUpdated})
+        QObject::connect(&programs, changed, &life, &LifeRequests::onProgramsChanged);
+    QObject::connect(&programs, &ProgramRequests::programDeleted, &life, &LifeRequests::onProgramsChanged);
     Downloads downloads(dataDir);
     ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
     CleanUpRequests cleanUps(&engine, &programs);
@@ -135,13 +141,15 @@ int main(int argc, char** argv) {
     ComponentsObject machine(&components);
     TemplatesObject pristine(&templates);
     CleanUpObject cleanUp(&cleanUps);
+    ProgramsObject runs(&life);
     RepairObject repair(&renewals);
     RepairsObject repairs(&repairRequests);
     ManagerObject manager(application.applicationVersion());
+    const std::initializer_list<BusObject*> objects{&bottles, &machine, &pristine, &cleanUp,
+                                                    &runs,    &repair,  &repairs,  &manager};
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bottles.registerOn(bus) || !machine.registerOn(bus) || !pristine.registerOn(bus) ||
-        !cleanUp.registerOn(bus) || !repair.registerOn(bus) || !repairs.registerOn(bus) ||
-        !manager.registerOn(bus) || !bus.registerService(ServiceName)) {
+    const auto isOnBus = [&bus](BusObject* object) { return object->registerOn(bus); };
+    if (!std::all_of(objects.begin(), objects.end(), isOnBus) || !bus.registerService(ServiceName)) {
         qCritical() << "cannot be" << ServiceName << "on the session bus:" << bus.lastError().message();
         return 1;
     }
@@ -170,11 +178,7 @@ int main(int argc, char** argv) {
     };
     IdleExit idle(arguments.idleSeconds, [&] { return engine.isIdle() && areRequestsDone(); });
     TemplatePreparation preparation(&engine, [&] { return engine.isQuiet() && areRequestsDone(); });
-    for (const BusObject* object :
-         {static_cast<const BusObject*>(&machine), static_cast<const BusObject*>(&bottles),
-          static_cast<const BusObject*>(&pristine), static_cast<const BusObject*>(&cleanUp),
-          static_cast<const BusObject*>(&repair), static_cast<const BusObject*>(&repairs),
-          static_cast<const BusObject*>(&manager)}) {
+    for (const BusObject* object : objects) {
         QObject::connect(object, &BusObject::called, &idle, &IdleExit::touch);
         QObject::connect(object, &BusObject::called, &preparation, &TemplatePreparation::touch);
     }

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "bottleservice/wine/Processes.h"
+#include "bottleservice/wine/RunOwners.h"
 #include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/WineEnvironment.h"
@@ -102,6 +103,45 @@ private Q_SLOTS:
         QStringList wanted = expected.split(' ', Qt::SkipEmptyParts);
         wanted.sort(Qt::CaseInsensitive);
         QCOMPARE(names, wanted);
+    }
+
+    void owners_data() {
+        const Table<QByteArray, QByteArray, QByteArray, QString> row("command", "id", "file", "owners");
+        row("by mark", "C:\\windows\\system32\\notepad.exe", "game", "", "game");
+        row("by executable", "c:\\games\\GAME.exe\0-x", "", "", "game");
+        row("by Unix path", "@/drive_c/Games/Game.exe", "", "", "game");
+        row("by the file that was started", "C:\\unpacked.exe", "", "@/setup.exe", "setup");
+        row("one program started by another", "C:\\Games\\Tool.exe", "game", "", "game tool");
+        row("same file, other arguments", "C:\\Games\\Tool.exe", "safe", "", "safe");
+        row("of several with one file the plain one", "C:\\Games\\Tool.exe", "", "", "tool");
+        row("mark of a program that is gone", "C:\\Games\\Tool.exe", "old", "", "tool");
+        row("not entered", "C:\\Games\\none.exe", "", "@/none.exe", "");
+        row("Wine's helper", "C:\\windows\\system32\\conhost.exe", "game", "", "");
+    }
+    void owners() {
+        const TestHome home;
+        for (const char* file : {"drive_c/Games/Game.exe", "drive_c/Games/Tool.exe", "setup.exe"})
+            home.write(file, "x");
+        QVERIFY(QDir(home.path()).mkpath("dosdevices") &&
+                QFile::link(home.path() + "/drive_c", home.path() + "/dosdevices/c:"));
+        const auto program = [](const QString& path, const QString& arguments = {}) {
+            return QJsonObject{{"path", path}, {"arguments", arguments}};
+        };
+        const RunOwners owners(home.path(), {{"game", program("C:\\Games\\Game.exe")},
+                                             {"safe", program("C:\\Games\\Tool.exe", "--safe")},
+                                             {"setup", program(home.path() + "/setup.exe")},
+                                             {"tool", program("C:\\Games\\Tool.exe")}});
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, id);
+        QFETCH(QByteArray, file);
+        const QByteArray here = home.path().toUtf8();
+        const Processes::Entry process{1,  "wine64-preloader",     command.replace('@', here), here,
+                                       id, file.replace('@', here)};
+        QStringList found = owners.of(process);
+        found.sort();
+        QTEST(found.join(' '), "owners");
+        QCOMPARE(owners.processesOf("game", {process}).size(),
+                 size_t(found.contains("game") || id == "game"));
     }
 
     void awaitsTheEndOfPrograms() {

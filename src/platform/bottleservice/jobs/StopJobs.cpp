@@ -6,6 +6,7 @@
 
 #include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/LaunchRecords.h"
+#include "bottleservice/wine/RunOwners.h"
 
 namespace {
 
@@ -55,6 +56,9 @@ void StopProgramJob::start() {
         finish(Answer::failure(Answer::Fault::NoSuchBottle, missing));
         return;
     }
+    QString error;
+    if (const auto settings = m_store.load(m_name, &error))
+        m_programs = settings->record().value("External_Programs").toObject();
     m_elapsed.start();
     m_poll.start();
     step();
@@ -63,8 +67,14 @@ void StopProgramJob::start() {
 // Looks the processes up anew each time: a pid may by now be another's, and a program may have started more
 // of them.
 void StopProgramJob::step() {
-    const std::vector<Processes::Entry> rest = m_processes.ofProgram(m_store.pathOf(m_name), m_programId);
-    const QVector<pid_t> launchers = LaunchRecord::launchers(m_store.runningDir(), m_name, m_programId);
+    const RunOwners owners(m_store.pathOf(m_name), m_programs);
+    const std::vector<Processes::Entry> rest =
+        owners.processesOf(m_programId, m_processes.ofBottle(m_store.pathOf(m_name)));
+    QVector<pid_t> launchers = LaunchRecord::launchers(m_store.runningDir(), m_name, m_programId);
+    for (const LaunchRecord::Claim& claim : LaunchRecord::claims(m_store.runningDir())) {
+        if (claim.bottle == m_name && owners.of(claim) == m_programId && !launchers.contains(claim.pid))
+            launchers += claim.pid;
+    }
     const bool isEmpty = rest.empty() && launchers.isEmpty();
     m_emptyLooks = isEmpty ? m_emptyLooks + 1 : 0;
     if (isEmpty) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QJsonObject>
 #include <QTimer>
 
 #include "bottleservice/bottles/BottleStore.h"
@@ -22,7 +23,8 @@ private:
     Runners m_runners;
 };
 
-/// Ends the processes of one program: asks first, and kills after a second what did not go.
+/// Ends the processes of one program, however it was started: asks first, and kills after a second what did
+/// not go.
 class StopProgramJob : public Job {
     Q_OBJECT
 
@@ -36,6 +38,7 @@ private:
     BottleStore m_store;
     QString m_name;
     QString m_programId;
+    QJsonObject m_programs;  ///< of the bottle
     Processes m_processes;
     QTimer m_poll;
     QElapsedTimer m_elapsed;

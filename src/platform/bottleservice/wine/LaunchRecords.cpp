@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qint64 MaximumBytes = 4096;
+constexpr qint64 MaximumBytes = 32768;  // a path, escaped
 constexpr int MaximumIdCharacters = 128;
 constexpr int MaximumNameCharacters = 255;
 
@@ -70,6 +70,18 @@ QStringList LaunchRecord::starting(const QString& directory, const QString& bott
             names += record["name"].toString().left(MaximumNameCharacters);
     }
     return names;
+}
+
+QVector<LaunchRecord::Claim> LaunchRecord::claims(const QString& directory) {
+    QVector<Claim> claims;
+    for (const QString& file : startsIn(directory)) {
+        const QJsonObject record = contentOf(file);
+        const Claim claim{record["bottle"].toString(), record["name"].toString(), record["file"].toString(),
+                          livingPid(record)};
+        if (claim.pid != 0 && BottleName::check(claim.bottle).isEmpty())
+            claims += claim;
+    }
+    return claims;
 }
 
 void LaunchRecord::removeEndedStarts(const QString& directory) {

@@ -19,6 +19,14 @@ struct LaunchRecord {
     /// The programs that living launch scripts of a bottle have started or are about to start, by their ids
     /// or files' names, from files <pid>.start of the same form with "name" in the place of "program".
     static QStringList starting(const QString& directory, const QString& bottle);
+    /// A living script that sees to a program, or is about to start it.
+    struct Claim {
+        QString bottle;
+        QString name;  ///< an id, or the file's name
+        QString file;  ///< Unix path of what is started without an id; may be empty
+        pid_t pid;
+    };
+    static QVector<Claim> claims(const QString& directory);
     /// Removes those of scripts that were killed.
     static void removeEndedStarts(const QString& directory);
 

@@ -64,6 +64,7 @@ std::vector<Processes::Entry> Processes::all() const {
             parseEnvironment(readBounded(directory + "/environ"));
         entry.prefix = environment.value("WINEPREFIX");
         entry.program = environment.value("_CXB_WINE_PROGRAM_UUID");
+        entry.file = environment.value("_CXB_WINE_PROGRAM_FILE");
         entry.commandLine = readBounded(directory + "/cmdline");
         if (!entry.prefix.isEmpty())
             entries.push_back(entry);

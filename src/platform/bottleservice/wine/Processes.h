@@ -18,6 +18,7 @@ public:
         QByteArray commandLine;  ///< arguments, divided by null bytes
         QByteArray prefix;       ///< WINEPREFIX
         QByteArray program;      ///< _CXB_WINE_PROGRAM_UUID
+        QByteArray file = {};    ///< _CXB_WINE_PROGRAM_FILE, of programs that were started without an id
     };
 
     explicit Processes(const QString& procDir = "/proc") : m_procDir(procDir) {}

@@ -21,19 +21,7 @@ QString baseName(const QString& path) {
     return path.mid(qMax(path.lastIndexOf('\\'), path.lastIndexOf('/')) + 1);
 }
 
-/// The path of the Windows program as the process was called; empty before there is one.
-QString programOf(const QByteArray& commandLine) {
-    for (const QByteArray& argument : commandLine.split('\0').mid(0, LoaderArguments)) {
-        const QString path = QString::fromUtf8(argument);
-        const QString name = baseName(path).toLower();
-        const bool isLoader = name.startsWith("wine") && !name.endsWith(".exe");
-        if (!name.isEmpty() && !isLoader && name != "box64" && name != "box86")
-            return path;
-    }
-    return {};
-}
-
-bool isHelper(const QString& fileName) {
+bool isHelperName(const QString& fileName) {
     return std::any_of(std::begin(Helpers), std::end(Helpers), [&fileName](const char* helper) {
         return fileName.compare(QLatin1String(helper), Qt::CaseInsensitive) == 0;
     });
@@ -53,21 +41,36 @@ QString nameOf(const Processes::Entry& process, const QString& path, const QJson
 
 }  // namespace
 
+QString programOf(const QByteArray& commandLine) {
+    for (const QByteArray& argument : commandLine.split('\0').mid(0, LoaderArguments)) {
+        const QString path = QString::fromUtf8(argument);
+        const QString name = baseName(path).toLower();
+        const bool isLoader = name.startsWith("wine") && !name.endsWith(".exe");
+        if (!name.isEmpty() && !isLoader && name != "box64" && name != "box86")
+            return path;
+    }
+    return {};
+}
+
+bool isHelper(const Processes::Entry& process) {
+    return Processes::servesWholeBottle(process) || isHelperName(baseName(programOf(process.commandLine)));
+}
+
 QStringList names(const std::vector<Processes::Entry>& processes, const QStringList& starting,
                   const QJsonObject& programs) {
     QStringList found;
     QStringList files;
     for (const Processes::Entry& process : processes) {
-        const QString path = programOf(process.commandLine);
-        if (Processes::servesWholeBottle(process) || isHelper(baseName(path)))
+        if (isHelper(process))
             continue;
+        const QString path = programOf(process.commandLine);
         files += baseName(path).toLower();
         found += nameOf(process, path, programs);
     }
     // A script lives as long as its program does.
     for (const QString& word : starting) {
         const QString name = programs[word].toObject()["name"].toString();
-        if (!isHelper(word) && !files.contains(word.toLower()))
+        if (!isHelperName(word) && !files.contains(word.toLower()))
             found += name.isEmpty() ? word : name;
     }
     found.removeDuplicates();

@@ -20,6 +20,11 @@ constexpr int GraceMs = 1500;  ///< the usual limit
 QStringList names(const std::vector<Processes::Entry>& processes, const QStringList& starting,
                   const QJsonObject& programs);
 
+/// The path of the Windows program as the process was called; empty before there is one.
+QString programOf(const QByteArray& commandLine);
+/// Of the bottle's or Wine's own, or this system's window tool.
+bool isHelper(const Processes::Entry& process);
+
 /// Calls then in the main thread with the last answer of look: when that has been empty some times in a row,
 /// a tenth of a second long, or after the limit, since a program that has closed its window ends a moment
 /// later.

@@ -7,11 +7,12 @@ from cellarix_launcher import characters, errors
 OVERRIDES = "WINEDLLOVERRIDES"
 MENU_BUILDER_OFF = "winemenubuilder.exe="
 UUID_VARIABLE = "_CXB_WINE_PROGRAM_UUID"
+FILE_VARIABLE = "_CXB_WINE_PROGRAM_FILE"  # of a program that is started without an id
 # Of a Wine that the caller may itself run under; the bottle's own Wine knows better.
 FOREIGN = ("WINELOADER", "WINEARCH", "WINEDLLPATH", "WINESERVER", "WINEPREFIX", "WINELOADERNOEXEC", "WINESERVERSOCKET")
 
 
-def wine_environment(bottle, caller, uuid, program_envs):
+def wine_environment(bottle, caller, uuid, program_envs, file=""):
     """The caller's variables with a UTF-8 locale, over them the bottle's, then the program's. WINEDEBUG is the caller's
     if it has one: whoever reads the log chose its channels."""
     env = characters.with_utf8({name: value for name, value in caller.items() if name not in FOREIGN})
@@ -28,8 +29,11 @@ def wine_environment(bottle, caller, uuid, program_envs):
     env["WINEDEBUG"] = caller.get("WINEDEBUG") or env.get("WINEDEBUG") or "fixme-all"
     if bottle.wineserver:
         env["WINESERVER"] = bottle.wineserver
+    env.pop(FILE_VARIABLE, None)
     if uuid:
         env[UUID_VARIABLE] = uuid
+    elif file:
+        env[FILE_VARIABLE] = file
     return env
 
 

@@ -85,7 +85,7 @@ def _claim_bottle(request):
     end = time.monotonic() + INSTALLATION_SECONDS
     while True:
         _wait_for_installation(request, journal, end)
-        running.claim(request.bottle, request.uuid or request.words[0], say)
+        running.claim(request.bottle, request.uuid, request.words[:1], directory, say)
         if not os.path.exists(journal):
             return
         running.release()
@@ -123,7 +123,7 @@ def _launch_claimed(request):
             return code
     start = supervise.Start(
         ([bottle.emulator] if bottle.emulator else []) + [wine] + program.command,
-        environment.wine_environment(bottle, os.environ, request.uuid, envs),
+        environment.wine_environment(bottle, os.environ, request.uuid, envs, program.file),
         program.folder)
     server.start(bottle.wineserver, bottle.directory, start.env, say)
     running.announce(request.bottle, start.env, say)

@@ -9,7 +9,7 @@ import os
 import re
 
 from cellarix_launcher import bottle as bottles
-from cellarix_launcher import environment
+from cellarix_launcher import environment, windows
 
 
 def announce(bottle_name, env, say):
@@ -20,9 +20,13 @@ def announce(bottle_name, env, say):
     _write("json", {"bottle": bottle_name, "program": program}, say)
 
 
-def claim(bottle_name, program, say):
-    """No installation into the bottle begins until release(). Program is an id or a path, Windows' or Unix'."""
-    _write("start", {"bottle": bottle_name, "name": re.split(r"[\\/]", program)[-1]}, say)
+def claim(bottle_name, uuid, program, directory, say):
+    """No installation into the bottle begins until release(). Program is what is started without an id: no word, or a
+    command or a path, Windows' or Unix'."""
+    record = {"bottle": bottle_name, "name": uuid or re.split(r"[\\/]", program[0])[-1]}
+    if not uuid:
+        record["file"] = windows.find_file(directory, program[0]) or ""
+    _write("start", record, say)
 
 
 def release():
