@@ -22,6 +22,7 @@
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/records/FailedStarts.h"
 #include "probes/HardwareInfo.h"
 
 namespace {
@@ -237,6 +238,8 @@ void ExeFileRunner::onStep(const QString& text, MsgType type) {
 void ExeFileRunner::onMessage(const QString& text, MsgType type) {
     m_banner->setDescription(text);
     if (type != MsgStatus)
+        m_lastLine = text;
+    if (type != MsgStatus)
         m_logsWidget->appendLine(cleanHomePaths(text), type == MsgError ? ErrorLine : OrdinaryLine);
 }
 
@@ -262,6 +265,7 @@ void ExeFileRunner::handleWindowPopup() {
     m_succeeded = true;
     if (m_mode == File)
         addFile();
+    recordStart({});
     QtConcurrent::run(machineInfo);  // for the record at the end, which it would keep waiting
     if (isPublic())
         m_banner->allowClose();
@@ -274,6 +278,7 @@ void ExeFileRunner::handleExecutorSuccess() {
     checkLinks(true);
     m_banner->allowClose();
     m_succeeded = true;
+    recordStart({});
     finish(true);
 }
 
@@ -282,6 +287,7 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     m_elapsedSeconds = m_executor->seconds();
     m_succeeded = isReportSussessed;
     checkLinks(false);
+    recordStart(isReportSussessed ? QString() : m_lastLine);
     if (m_isFixup && !canFix) {
         finish(true);
         return;
@@ -305,6 +311,25 @@ void ExeFileRunner::addFile() {
         m_added = PendingWork::instance()->run(
             ServiceThreads::pool(),
             [entry = FileEntry{m_bottlesName, m_appName, m_exePath}] { return entry.add(); });
+}
+
+/// For the library, where the program's tile shows it. A file's entry may be in the making.
+void ExeFileRunner::recordStart(const QString& failure) {
+    const FailedStart start{failure, {}};
+    if (m_mode == StoredProgram) {
+        FailedStarts::instance()->record(m_bottlesName, m_programUuid, start);
+        return;
+    }
+    PendingWork::instance()->run(
+        ServiceThreads::pool(),
+        [start, added = m_added, entry = FileEntry{m_bottlesName, m_appName, m_exePath}]() mutable {
+            added.waitForFinished();
+            const QString uuid = entry.find();
+            QMetaObject::invokeMethod(FailedStarts::instance(), [start, uuid, bottle = entry.bottle] {
+                if (!uuid.isEmpty())
+                    FailedStarts::instance()->record(bottle, uuid, start);
+            });
+        });
 }
 
 bool ExeFileRunner::isPublic() const {

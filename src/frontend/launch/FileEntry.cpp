@@ -5,13 +5,19 @@
 
 #include "backend/BottleUtils.h"
 
-QString FileEntry::add() const {
+QString FileEntry::find() const {
     const QJsonObject programs = BottleUtils::bottlePrograms(bottle);
-    for (const QJsonValue& program : programs) {
-        if (program.toObject().value("path").toString() == exePath) {
-            qInfo().noquote() << "program " << exePath << " already added in bottles";
-            return {};
-        }
+    for (auto program = programs.begin(); program != programs.end(); ++program) {
+        if (program->toObject().value("path").toString() == exePath)
+            return program.key();
+    }
+    return {};
+}
+
+QString FileEntry::add() const {
+    if (!find().isEmpty()) {
+        qInfo().noquote() << "program " << exePath << " already added in bottles";
+        return {};
     }
     return BottleUtils::addExe(bottle, name, exePath);
 }

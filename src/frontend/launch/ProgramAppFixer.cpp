@@ -15,15 +15,6 @@ const char MonoComponent[] = "mono9";
 const char OpenAction[] = "_open";
 const char OpenCommandHint[] = "x-lumora-action-_open";
 
-/// Empty when there is none that could be read.
-QString logOf(const QJsonObject& bottle, const QString& programUuid) {
-    const QString directory = BottleRecord::path(bottle);
-    if (directory.isEmpty() || programUuid.contains('/'))
-        return {};
-    const QString log = directory + "/logs/wine-program-" + programUuid + ".txt";
-    return QFileInfo(log).isFile() ? log : QString();
-}
-
 /// The desktop splits an action's command at its commas and knows no way to write one inside a word; a word
 /// that is empty or holds one would make another command of it. Empty when it can't be told.
 QString fixupCommand(const QString& bottle, const QString& programUuid, const QStringList& components) {
@@ -45,6 +36,14 @@ QString fixupCommand(const QString& bottle, const QString& programUuid, const QS
 ProgramAppFixer::ProgramAppFixer(const QString& bottlesName, const QString& programUuid, bool notifyUser,
                                  QObject* parent)
     : QObject(parent), m_bottlesName(bottlesName), m_programUuid(programUuid), m_notifyUser(notifyUser) {}
+
+QString ProgramAppFixer::logOf(const QJsonObject& bottle, const QString& programUuid) {
+    const QString directory = BottleRecord::path(bottle);
+    if (directory.isEmpty() || programUuid.contains('/'))
+        return {};
+    const QString log = directory + "/logs/wine-program-" + programUuid + ".txt";
+    return QFileInfo(log).isFile() ? log : QString();
+}
 
 ProgramFixRecord ProgramAppFixer::checkProgram() {
     const QJsonObject bottle = BottlesConfig::instance()->get(m_bottlesName);

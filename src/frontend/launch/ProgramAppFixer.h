@@ -18,6 +18,9 @@ public:
     /// notification that fails is only logged.
     ProgramFixRecord checkProgram();
 
+    /// The log of a program of a bottle, by the bottle's record; empty when there is none that could be read.
+    static QString logOf(const QJsonObject& bottle, const QString& programUuid);
+
 Q_SIGNALS:
     /// The log asks for components. Comes before checkProgram returns.
     void fixComponentsFetched(const QString& programId, const QStringList& missingComponents);

@@ -14,7 +14,8 @@ ARROWS = {"fenk": set(), "core/base": {"fenk"}}
 ARROWS["probes"] = {"core/base", "fenk"}
 ARROWS["backend"] = {"probes", "core/base", "fenk"}
 ARROWS["launch"] = {"backend", "probes", "core/base", "fenk"}
-ARROWS["store"] = ARROWS["packaging"] = ARROWS["feedback"] = ARROWS["launch"] | {"launch"}
+ARROWS["programs"] = ARROWS["launch"] | {"launch"}
+ARROWS["store"] = ARROWS["packaging"] = ARROWS["feedback"] = ARROWS["programs"] | {"programs"}
 ARROWS["shell"] = ARROWS["store"] | {"store", "packaging", "feedback"}
 ARROWS["core"] = ARROWS["shell"] | {"shell"}
 ARROWS["bottleservice"] = {"fenk"}

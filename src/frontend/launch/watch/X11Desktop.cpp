@@ -157,6 +157,23 @@ QSize X11Desktop::sizeOf(Window window) {
     return {int(width), int(height)};
 }
 
+bool X11Desktop::activate(Window window) {
+    if (!isOpen())
+        return false;
+    const Query query(*this);
+    constexpr long FromPager = 2;  // from an application the request may only make the taskbar blink
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(m_display, "_NET_ACTIVE_WINDOW", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = FromPager;
+    event.xclient.data.l[1] = CurrentTime;
+    XSendEvent(m_display, m_root, False, SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    XSync(m_display, False);
+    return isOpen();
+}
+
 QVector<unsigned long> X11Desktop::numbers(Window window, unsigned long name, unsigned long type,
                                            long limit) {
     if (!isOpen())

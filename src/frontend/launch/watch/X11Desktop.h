@@ -35,6 +35,8 @@ public:
     /// The number that the window gives for its process, which is any that its maker likes; 0 without.
     qint64 processOf(Window window);
     QSize sizeOf(Window window);
+    /// Asks the window manager, as a taskbar does; false when there is no server to ask.
+    bool activate(Window window);
 
 private:
     class Query;

@@ -1,0 +1,93 @@
+#include "launch/records/FailedStarts.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include "core/base/RegularFile.h"
+
+namespace {
+
+constexpr qint64 MaximumBytes = 4 * 1024 * 1024;
+constexpr int LongestReason = 1000;
+constexpr int MostComponents = 100;
+
+}  // namespace
+
+FailedStarts::FailedStarts()
+    : m_file(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
+             "/data/failed_starts.json") {
+    read();
+}
+
+void FailedStarts::read() {
+    QFile file;
+    if (!QFileInfo::exists(m_file))
+        return;
+    if (!RegularFile::open(file, m_file)) {
+        qWarning().noquote() << "cannot read" << m_file;
+        return;
+    }
+    const QJsonArray starts = QJsonDocument::fromJson(file.read(MaximumBytes)).array();
+    for (const QJsonValue& value : starts) {
+        const QJsonObject start = value.toObject();
+        const FailedStart known{start.value("reason").toString().left(LongestReason),
+                                start.value("components").toVariant().toStringList().mid(0, MostComponents)};
+        if (!known.reason.isEmpty())
+            m_starts.insert({start.value("bottle").toString(), start.value("program").toString()}, known);
+    }
+}
+
+void FailedStarts::write() const {
+    QJsonArray starts;
+    for (auto start = m_starts.begin(); start != m_starts.end(); ++start)
+        starts.append(QJsonObject{{"bottle", start.key().first},
+                                  {"program", start.key().second},
+                                  {"reason", start->reason},
+                                  {"components", QJsonArray::fromStringList(start->components)}});
+    QDir().mkpath(QFileInfo(m_file).path());
+    QSaveFile file(m_file);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(starts).toJson()) < 0 || !file.commit())
+        qWarning().noquote() << "cannot write" << m_file << file.errorString();
+}
+
+void FailedStarts::mark(const QString& bottle, const QString& uuid, const FailedStart& start) {
+    const Key key(bottle, uuid);
+    if (start.reason.isEmpty() || m_starts.value(key) == start)
+        return;
+    m_starts.insert(key, {start.reason.left(LongestReason), start.components.mid(0, MostComponents)});
+    write();
+    Q_EMIT changed(bottle, uuid);
+}
+
+void FailedStarts::clear(const QString& bottle, const QString& uuid) {
+    if (m_starts.remove({bottle, uuid}) == 0)
+        return;
+    write();
+    Q_EMIT changed(bottle, uuid);
+}
+
+void FailedStarts::record(const QString& bottle, const QString& uuid, const FailedStart& start) {
+    if (start.reason.isEmpty())
+        clear(bottle, uuid);
+    else
+        mark(bottle, uuid, start);
+}
+
+void FailedStarts::clearBottle(const QString& bottle) {
+    for (const Key& key : m_starts.keys()) {
+        if (key.first == bottle)
+            clear(bottle, key.second);
+    }
+}
+
+const FailedStart* FailedStarts::find(const QString& bottle, const QString& uuid) const {
+    const auto start = m_starts.constFind({bottle, uuid});
+    return start == m_starts.constEnd() ? nullptr : &*start;
+}

@@ -1,0 +1,46 @@
+#include "launch/repair/StartCheck.h"
+
+#include <csignal>
+
+#include "backend/BottleRecord.h"
+#include "backend/BottlesConfig.h"
+#include "launch/ProgramAppFixer.h"
+#include "launch/repair/Diagnosis.h"
+#include "launch/repair/FailureFacts.h"
+#include "launch/winelog/WineLogParser.h"
+
+namespace {
+
+constexpr int SignalBase = 128;
+
+bool isEndedFromOutside(int exitCode) {
+    return exitCode == SignalBase + SIGTERM || exitCode == SignalBase + SIGKILL ||
+           exitCode == SignalBase + SIGINT || exitCode == SignalBase + SIGHUP;
+}
+
+}  // namespace
+
+bool StartCheck::isFailure(const StartEnd& end, bool hasComponents) {
+    if (end.windowSeen || end.isStopped)
+        return false;
+    const int exitCode = end.exitCode.value_or(0);
+    return hasComponents || (exitCode != 0 && !isEndedFromOutside(exitCode));
+}
+
+FailedStart StartCheck::check(const StartEnd& end) {
+    const ProgramFixRecord lack = ProgramAppFixer(end.bottle, end.uuid, true).checkProgram();
+    if (!isFailure(end, !lack.missingComponents.isEmpty()))
+        return {};
+    FailureFacts facts;
+    facts.programName = end.programName;
+    facts.exitCode = end.exitCode.value_or(0);
+    facts.isExitCodeKnown = end.exitCode.has_value();
+    facts.components = lack.missingComponents;
+    const QString log = ProgramAppFixer::logOf(BottlesConfig::instance()->get(end.bottle), end.uuid);
+    WineLogParser parser;
+    if (!log.isEmpty()) {
+        const int findings = parser.parseFile(log);
+        facts.addLog(parser, findings);
+    }
+    return {Diagnosis::of(facts).reason, lack.missingComponents};
+}

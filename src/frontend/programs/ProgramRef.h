@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+/// Which program: a copied bottle may hold the ids of the one that it was copied from.
+struct ProgramRef {
+    QString bottle;
+    QString uuid;
+
+    bool operator==(const ProgramRef& other) const { return uuid == other.uuid && bottle == other.bottle; }
+    bool operator!=(const ProgramRef& other) const { return !(*this == other); }
+};
+
+inline uint qHash(const ProgramRef& ref, uint seed = 0) {
+    return qHash(ref.uuid, seed) ^ qHash(ref.bottle, seed);
+}
