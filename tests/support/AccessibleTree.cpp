@@ -59,9 +59,8 @@ QVector<AccessibleTree::Node> AccessibleTree::children(const Node& parent) const
     return found;
 }
 
-QString AccessibleTree::nameOf(const Node& node) const {
-    const QVariant answer =
-        call(node, "org.freedesktop.DBus.Properties", "Get", {Accessible, "Name"}).value(0);
+QString AccessibleTree::property(const Node& node, const QString& name) const {
+    const QVariant answer = call(node, "org.freedesktop.DBus.Properties", "Get", {Accessible, name}).value(0);
     return answer.value<QDBusVariant>().variant().toString();
 }
 
@@ -93,14 +92,22 @@ QVector<AccessibleTree::Node> AccessibleTree::all() const {
 QStringList AccessibleTree::names() const {
     QStringList names;
     for (const Node& node : all())
-        names << nameOf(node);
+        names << property(node, "Name");
     return names;
+}
+
+QStringList AccessibleTree::descriptions() const {
+    QStringList descriptions;
+    for (const Node& node : all())
+        descriptions << property(node, "Description");
+    descriptions.removeAll(QString());
+    return descriptions;
 }
 
 bool AccessibleTree::press(const QString& name, int timeoutMs) const {
     const auto isPressed = [&] {
         for (const Node& node : all()) {
-            if (nameOf(node) == name && isIn(EnabledState, node) &&
+            if (property(node, "Name") == name && isIn(EnabledState, node) &&
                 call(node, Action, "DoAction", {0}).value(0).toBool())
                 return true;
         }

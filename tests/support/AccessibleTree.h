@@ -15,6 +15,8 @@ public:
 
     /// The names of all objects that show, depth first.
     QStringList names() const;
+    /// Their descriptions that are not empty.
+    QStringList descriptions() const;
     /// Presses the showing, enabled button of that name, waiting for it. False when it does not come.
     bool press(const QString& name, int timeoutMs = 20000) const;
 
@@ -28,7 +30,7 @@ private:
                       const QVariantList& arguments = {}) const;
     QVector<Node> all() const;
     void collect(const Node& node, int depth, QVector<Node>* found) const;
-    QString nameOf(const Node& node) const;
+    QString property(const Node& node, const QString& name) const;
     bool isIn(uint states, const Node& node) const;
 
     QDBusConnection m_bus;

@@ -18,6 +18,7 @@
 #include "fenk/SearchEdit.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "launch/records/FailedStarts.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
@@ -113,6 +114,12 @@ struct Scene {
         ProgramGrid* grid = view()->shownGrid();
         return grid ? grid->tile(grid->programs().value(position)->ref) : nullptr;
     }
+    void runs(const QString& signal, int position) const {
+        const ProgramRef ref = tile(position)->ref();
+        service->emitSignal("/com/lumora/Manager/Programs", "com.lumora.Manager.Programs", signal, "ss",
+                            {ref.bottle, ref.uuid});
+        settle(300);
+    }
     void search(const QString& text) const {
         auto* edit = window->findChild<SearchEdit*>();
         edit->setFocus();
@@ -157,6 +164,40 @@ QList<QWidget*> removal(const Scene& scene) {
     RemovalQuestion::ask(*scene.tile(3)->program(), true, scene.window);
     settle(300);
     return {scene.window, QApplication::activeModalWidget()};
+}
+
+/// Of a program that was opened from a folder and runs, started by somebody else.
+QList<QWidget*> removalOfRunning(const Scene& scene) {
+    Program program = *scene.tile(3)->program();
+    program.path = scene.directory + "/icon3.png";
+    scene.service->setBottle(program.ref.bottle, {{"Path", "/usr/share/icons"}});
+    scene.runs("started", 3);
+    RemovalQuestion::ask(program, true, scene.window);
+    settle(1500);
+    return {scene.window, QApplication::activeModalWidget()};
+}
+
+/// One program runs that was started elsewhere, one has failed and has the focus, one has failed.
+QList<QWidget*> states(const Scene& scene) {
+    scene.runs("started", 2);
+    for (const int position : {4, 7}) {
+        const ProgramRef ref = scene.tile(position)->ref();
+        FailedStarts::instance()->mark(
+            ref.bottle, ref.uuid,
+            {QCoreApplication::translate("Diagnosis", "It needs %1, which is part of %2. Repair installs it.")
+                 .arg("mfc42.dll", "Visual C++ 6"),
+             {"vcredist6"}});
+    }
+    scene.tile(7)->setFocus(Qt::TabFocusReason);
+    settle(300);
+    return {scene.window};
+}
+
+QList<QWidget*> failedMenu(const Scene& scene) {
+    const QList<QWidget*> windows = states(scene);
+    scene.tile(7)->onBtnOptionClicked();
+    settle(400);
+    return windows + QList<QWidget*>{scene.tile(7)->optionMenu()};
 }
 
 QList<QWidget*> refusedRemoval(const Scene& scene) {
@@ -255,6 +296,9 @@ const struct {
      }},
     {"menu", 60, menu},
     {"removal", 60, removal},
+    {"removal-running", 60, removalOfRunning},
+    {"states", 60, states},
+    {"states-menu", 60, failedMenu},
     {"removal-refused", 60, refusedRemoval},
     {"properties", 60,
      [](const Scene& scene) {

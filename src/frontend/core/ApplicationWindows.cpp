@@ -25,6 +25,7 @@ void tellMissing(const QString& what, const QString& bottle, QWidget* over) {
 ApplicationWindows::ApplicationWindows() {
     ShellWindows& windows = ShellWindows::instance();
     windows.properties = &AppPropertyDlg::openFor;
+    windows.rename = &AppPropertyDlg::openForRename;
     windows.fileAssociations = &FileAssosiationsExportDialog::openFor;
 }
 

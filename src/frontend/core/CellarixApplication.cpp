@@ -25,6 +25,7 @@
 #include "launch/environment/BottleEnvScript.h"
 #include "launch/inspection/OpenRefusal.h"
 #include "shell/Mainwindow.h"
+#include "shell/ShellWindows.h"
 #include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/AppLocalView.h"
 
@@ -41,6 +42,9 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
       m_leavingLimit(new QTimer(this)) {
     installEventFilter(m_windowMonitor);
     LaunchWindows::setInstance(&m_windows);
+    ShellWindows::instance().repair = [this](const ProgramRef& program, const QStringList& components) {
+        repairProgram(program.bottle, program.uuid, components);
+    };
     Fenk::Theme::addIconSearchPath(Paths::iconsDir());
     loadTranslators(QString::fromLocal8Bit(qgetenv("LANG")));
     connect(this, &Fenk::Application::newProcessInstance, this, &CellarixApplication::handleNewInstance);
@@ -221,6 +225,18 @@ int CellarixApplication::openProgram(const QString& bottleName, const QString& p
     if (result == 0)
         addExeRunner(runner);
     else
+        runner->deleteLater();
+    return result;
+}
+
+int CellarixApplication::repairProgram(const QString& bottleName, const QString& programUuid,
+                                       const QStringList& components) {
+    if (components.isEmpty() || m_runners.contains(bottleName))
+        return openProgram(bottleName, programUuid);
+    auto* runner = new ExeFileRunner(bottleName, programUuid, this);
+    addExeRunner(runner);
+    const int result = runner->fixup(bottleName, programUuid, components);
+    if (result != 0)
         runner->deleteLater();
     return result;
 }

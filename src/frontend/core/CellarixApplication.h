@@ -51,6 +51,8 @@ public:
     bool refusesWithoutBus();
     /// Starts a stored program; 0 when it is under way or runs already.
     int openProgram(const QString& bottleName, const QString& programUuid);
+    /// Offers to install the components; without any the program is started and watched.
+    int repairProgram(const QString& bottleName, const QString& programUuid, const QStringList& components);
     void addExeRunner(ExeFileRunner* runner);
     bool isProgramRunning(const QString& bottleName) const { return m_runners.contains(bottleName); }
 

@@ -16,7 +16,6 @@
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
 #include "fenk/Dialog.h"
-#include "launch/ExeFileRunner.h"
 #include "launch/WineFileHandler.h"
 #include "launch/environment/BottleEnvScript.h"
 
@@ -157,12 +156,7 @@ int CommandLineHandler::handleFixupCommand(const QStringList& positional) {
     }
     if (m_application->refusesWithoutBus())
         return 1;
-    auto* runner = new ExeFileRunner(bottle, uuid, m_application);
-    m_application->addExeRunner(runner);
-    const int result = runner->fixup(bottle, uuid, components);
-    if (result != 0)
-        runner->deleteLater();
-    return result;
+    return m_application->repairProgram(bottle, uuid, components);
 }
 
 int CommandLineHandler::handleOpenCommand(const QStringList& positional) {

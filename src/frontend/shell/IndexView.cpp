@@ -27,6 +27,7 @@ void IndexView::buildPages() {
         m_pages->addWidget(makeStore());
     connect(m_search, &SearchWidget::textChanged, m_local, &AppLocalView::search);
     connect(m_search, &SearchWidget::leaveForResults, m_local, &AppLocalView::focusPrograms);
+    connect(m_local, &AppLocalView::searchObsolete, m_search, &SearchWidget::clear);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);
     if (!m_search->text().isEmpty())
         m_local->search(m_search->text());  // typed before there was a page

@@ -24,6 +24,10 @@ struct ShellWindows {
         launchConfiguration;
     std::function<int(const QString& bottle, const QString& appName, const QString& version, QWidget* over)>
         launchFeedback;
+    std::function<void(const Program& program, QWidget* over)> rename;
+    /// Shows the launch banner of a program that has failed: it offers to install the components, or starts
+    /// the program and watches it when there are none.
+    std::function<void(const ProgramRef& program, const QStringList& components)> repair;
 
     static ShellWindows& instance() {
         static ShellWindows windows;

@@ -2,6 +2,9 @@
 
 #include <QApplication>
 
+#include "launch/records/FailedStarts.h"
+#include "programs/ProgramRuns.h"
+#include "shell/ShellWindows.h"
 #include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/RunStateButton.h"
 
@@ -14,6 +17,8 @@ AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
         m_sinceClick.start();
         if (isRunning())
             onStopButtonClicked();
+        else if (failedStart())
+            repair();
         else
             onStartButtonClicked(false);
     });
@@ -21,13 +26,38 @@ AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
 }
 
 bool AppItemWidget::isRunning() const {
-    return AppItemWidgetStateManager::instance()->isRunning(ref().uuid);
+    return AppItemWidgetStateManager::isRunning(ref());
+}
+
+const FailedStart* AppItemWidget::failedStart() const {
+    return isRunning() ? nullptr : FailedStarts::instance()->find(ref().bottle, ref().uuid);
 }
 
 void AppItemWidget::refreshRunState() {
-    m_runButton->setState(isRunning() ? RunStateButton::Running : RunStateButton::Idle);
-    m_runButton->setAccessibleDescription(isRunning() ? tr("Quit %1").arg(m_program->name)
-                                                      : tr("Run %1").arg(m_program->name));
+    m_runButton->setState(isRunning()     ? RunStateButton::Running
+                          : failedStart() ? RunStateButton::Repair
+                                          : RunStateButton::Idle);
+    const QString words = isRunning() ? tr("Quit %1") : failedStart() ? tr("Repair %1") : tr("Run %1");
+    m_runButton->setAccessibleDescription(words.arg(m_program->name));
+}
+
+void AppItemWidget::activate() {
+    if (!isRunning()) {
+        onStartButtonClicked(false);
+        return;
+    }
+    const QString name = m_program->name;
+    ProgramRuns::instance()->raiseWindow(ref(), this, [this, name](bool found) {
+        if (!found)
+            Q_EMIT message(tr("%1 is running, and has no window yet.").arg(name), false);
+    });
+}
+
+void AppItemWidget::repair() {
+    const auto& open = ShellWindows::instance().repair;
+    const FailedStart* failed = failedStart();
+    if (open && failed)
+        open(ref(), failed->components);
 }
 
 void AppItemWidget::onStartButtonClicked(bool inTerminal) {

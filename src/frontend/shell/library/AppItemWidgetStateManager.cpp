@@ -2,34 +2,51 @@
 
 #include <QDebug>
 #include <QFile>
-#include <QtConcurrent>
+#include <QTimer>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceThreads.h"
 #include "launch/LauncherExit.h"
-#include "launch/ProgramAppFixer.h"
 #include "launch/WineLauncher.h"
 #include "launch/records/AppBootingStateManager.h"
+#include "launch/records/FailedStarts.h"
+#include "launch/repair/StartCheck.h"
+#include "programs/ProgramRuns.h"
 #include "shell/library/AppItemWidget.h"
+#include "shell/library/InBackground.h"
+
+namespace {
+constexpr int ExitGraceMs = 1000;
+}
 
 AppItemWidgetStateManager::AppItemWidgetStateManager() {
     BottlesConfig* service = BottlesConfig::instance();
     connect(service, &BottlesConfig::program_exited, this, &AppItemWidgetStateManager::onProgramExited);
     connect(service, &BottlesConfig::program_deleted, this, &AppItemWidgetStateManager::onProgramUuidDeleted);
     connect(service, &BottlesConfig::bottles_deleted, this, [this](const QString& bottle) {
-        for (const QString& uuid : m_running.keys()) {
-            if (m_running.value(uuid).bottle == bottle)
-                onProgramUuidDeleted(bottle, uuid);
+        for (const ProgramRef& ref : m_launches.keys()) {
+            if (ref.bottle == bottle)
+                onProgramUuidDeleted(bottle, ref.uuid);
         }
+        FailedStarts::instance()->clearBottle(bottle);
     });
     connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
-            [this](const QString& uuid) {
-                const auto run = m_running.find(uuid);
-                if (run != m_running.end())
-                    run->isTimed = false;
+            &AppItemWidgetStateManager::onLaunchResult);
+    connect(ProgramRuns::instance(), &ProgramRuns::changed, this, &AppItemWidgetStateManager::tell);
+    connect(FailedStarts::instance(), &FailedStarts::changed, this,
+            [this](const QString& bottle, const QString& uuid) {
+                tell({bottle, uuid}, isRunning(ProgramRef{bottle, uuid}));
             });
+}
+
+bool AppItemWidgetStateManager::isRunning(const ProgramRef& ref) {
+    return ProgramRuns::instance()->isRunning(ref);
+}
+
+bool AppItemWidgetStateManager::isRunning(const QString& uuid) {
+    return ProgramRuns::instance()->isRunning(uuid);
 }
 
 void AppItemWidgetStateManager::startSetup(const QString& appId) {
@@ -68,41 +85,39 @@ void AppItemWidgetStateManager::watchCard(const QString& uuid, const QModelIndex
 }
 
 void AppItemWidgetStateManager::onProgramUuidDeleted(const QString& bottlesName, const QString& programUuid) {
-    const auto run = m_running.constFind(programUuid);
-    if (run != m_running.constEnd() && run->bottle == bottlesName) {
-        endTiming(programUuid, false);
-        setIdle(programUuid, false);
-    }
+    const ProgramRef ref{bottlesName, programUuid};
+    endTiming(ref, false);
+    forget(ref);
+    FailedStarts::instance()->clear(bottlesName, programUuid);
     m_cards.remove(programUuid);
 }
 
 void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     const ProgramRef ref = program.ref;
-    if (isRunning(ref.uuid))
+    if (isRunning(ref))
         return;
     qInfo() << "start program" << ref.uuid << "of" << ref.bottle << (inTerminal ? "in a terminal" : "");
     auto* launcher = new WineLauncher(this);
-    m_running.insert(ref.uuid, {ref.bottle, launcher, PendingWork::instance()->hold()});
     const QString name = program.name;
+    m_launches.insert(ref, {name, launcher, PendingWork::instance()->hold()});
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             [this, launcher, ref, name] {
                 onLauncherEnded(launcher, ref, LauncherExit::errorText(launcher->report(), name));
             });
-    connect(launcher, &QProcess::errorOccurred, this,
-            [this, launcher, ref, name](QProcess::ProcessError error) {
-                if (error == QProcess::FailedToStart)
-                    onLauncherEnded(launcher, ref,
-                                    tr("The launch script cannot be run. Please install Cellarix again."));
-            });
-    tell(ref.uuid, true);
+    connect(launcher, &QProcess::errorOccurred, this, [this, launcher, ref](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            onLauncherEnded(launcher, ref,
+                            tr("The launch script cannot be run. Please install Cellarix again."));
+    });
+    ProgramRuns::instance()->setStarting(ref, true);
     launcher->setCli(inTerminal);
     // The window goes on while the service thinks.
     BottlesConfig::instance()->watchBottle(
         ref.bottle, launcher, [this, launcher, ref, name](const BusResult& bottle) {
-            const auto run = m_running.find(ref.uuid);
-            if (run == m_running.end() || run->launcher != launcher)
+            const auto launch = m_launches.find(ref);
+            if (launch == m_launches.end() || launch->launcher != launcher)
                 return;
-            const PendingWork::Hold hold = std::move(run->waiting);
+            const PendingWork::Hold hold = std::move(launch->waiting);
             if (BottleRecord::path(bottle.object()).isEmpty()) {
                 qWarning().noquote() << "no record of bottle" << ref.bottle << bottle.errorMessage;
                 onLauncherEnded(launcher, ref,
@@ -111,21 +126,24 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
             }
             launcher->setBottle(ref.bottle, bottle.object());
             launcher->launchProgram(ref.uuid);
-            if (isRunning(ref.uuid))
-                AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
+            if (!m_launches.contains(ref))
+                return;
+            m_timedBottles.insert(ref.uuid, ref.bottle);
+            AppBootingStateManager::instance()->startRecording(ref.bottle, ref.uuid);
         });
 }
 
 void AppItemWidgetStateManager::stop(const ProgramRef& ref) {
     qInfo() << "stop program" << ref.uuid << "of" << ref.bottle;
-    const auto run = m_running.constFind(ref.uuid);
-    if (run != m_running.constEnd() && run->waiting) {
-        setIdle(ref.uuid, false);
+    const auto launch = m_launches.find(ref);
+    if (launch != m_launches.end() && launch->waiting) {
+        forget(ref);
         return;
     }
-    endTiming(ref.uuid, false);
-    // A copied bottle has programs with the same ids.
-    BottleUtils::killProgram(run == m_running.constEnd() ? ref.bottle : run->bottle, ref.uuid);
+    endTiming(ref, false);
+    if (launch != m_launches.end())
+        launch->isStopped = true;
+    BottleUtils::killProgram(ref.bottle, ref.uuid);
 }
 
 void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref,
@@ -134,54 +152,97 @@ void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const Pr
     if (!sentence.isEmpty())
         qWarning().noquote() << sentence;
     // Nobody waits for one that has been given up.
-    if (m_running.value(ref.uuid).launcher != launcher)
+    const auto launch = m_launches.constFind(ref);
+    if (launch == m_launches.constEnd() || launch->launcher != launcher)
         return;
-    if (!sentence.isEmpty())
-        endTiming(ref.uuid, true);
-    setIdle(ref.uuid, sentence.isEmpty());
-    if (!sentence.isEmpty())
-        Q_EMIT failed(ref.uuid, sentence);
+    if (sentence.isEmpty()) {
+        checkEnd(ref);
+        return;
+    }
+    const bool isStopped = launch->isStopped;
+    endTiming(ref, true);
+    forget(ref);
+    if (isStopped)
+        return;
+    FailedStarts::instance()->mark(ref.bottle, ref.uuid, {sentence, {}});
+    Q_EMIT failed(ref.uuid, sentence);
 }
 
 void AppItemWidgetStateManager::onProgramExited(const QString& uuid) {
     qInfo().noquote() << "program exited: " << uuid;
-    const auto run = m_running.constFind(uuid);
-    if (run == m_running.constEnd() || !run->waiting)  // else it is the one before that has ended
-        setIdle(uuid, true);
+    for (const ProgramRef& ref : m_launches.keys()) {
+        const Launch& launch = m_launches[ref];
+        if (ref.uuid != uuid || launch.waiting)  // it is the one before that has ended
+            continue;
+        if (!launch.launcher || launch.launcher->state() == QProcess::NotRunning) {
+            checkEnd(ref);
+            continue;
+        }
+        // Its own end, which knows the exit code, comes at the same time.
+        QTimer::singleShot(ExitGraceMs, launch.launcher, [this, ref, launcher = launch.launcher] {
+            if (m_launches.contains(ref) && m_launches[ref].launcher == launcher)
+                checkEnd(ref);
+        });
+    }
 }
 
-void AppItemWidgetStateManager::endTiming(const QString& uuid, bool report) {
-    const auto run = m_running.find(uuid);
-    if (run == m_running.end() || !run->isTimed)
+void AppItemWidgetStateManager::onLaunchResult(const QString& uuid, bool successed) {
+    const ProgramRef ref{m_timedBottles.take(uuid), uuid};
+    const auto launch = m_launches.find(ref);
+    if (launch != m_launches.end()) {
+        launch->isTimed = false;
+        launch->windowSeen = successed;
+    }
+    if (successed)
+        FailedStarts::instance()->clear(ref.bottle, uuid);
+}
+
+void AppItemWidgetStateManager::endTiming(const ProgramRef& ref, bool report) {
+    const auto launch = m_launches.find(ref);
+    if (launch == m_launches.end() || !launch->isTimed)
         return;
-    run->isTimed = false;
-    if (AppBootingStateManager::instance()->isRecording(uuid))
-        AppBootingStateManager::instance()->finishRecording(uuid, report);
+    launch->isTimed = false;
+    if (AppBootingStateManager::instance()->isRecording(ref.uuid))
+        AppBootingStateManager::instance()->finishRecording(ref.uuid, report);
 }
 
-void AppItemWidgetStateManager::setIdle(const QString& uuid, bool lookForRepair) {
-    const auto run = m_running.constFind(uuid);
-    if (run == m_running.constEnd())
+void AppItemWidgetStateManager::forget(const ProgramRef& ref) {
+    const auto launch = m_launches.constFind(ref);
+    if (launch == m_launches.constEnd())
         return;
-    const QString bottle = run->bottle;
-    if (run->waiting)
-        run->launcher->deleteLater();
-    m_running.erase(run);
-    tell(uuid, false);
-    // The check waits for the service and reads a log, and nobody waits for it.
-    if (lookForRepair)
-        QtConcurrent::run(ServiceThreads::pool(),
-                          [bottle, uuid] { ProgramAppFixer(bottle, uuid, true).checkProgram(); });
+    if (launch->waiting)
+        launch->launcher->deleteLater();
+    m_launches.erase(launch);
+    ProgramRuns::instance()->setStarting(ref, false);
 }
 
-void AppItemWidgetStateManager::tell(const QString& uuid, bool running) {
-    Q_EMIT runningChanged(uuid, running);
-    const auto items = m_items.values(uuid);
+/// The check waits for the service and reads a log, and nobody waits for it.
+void AppItemWidgetStateManager::checkEnd(const ProgramRef& ref) {
+    const Launch& launch = m_launches[ref];
+    StartEnd end{ref.bottle, ref.uuid, launch.name, {}, launch.windowSeen, launch.isStopped};
+    if (launch.launcher && launch.launcher->state() == QProcess::NotRunning)
+        end.exitCode = launch.launcher->exitCode();
+    const bool isGood = !end.isStopped && end.exitCode == 0;
+    forget(ref);
+    inBackground(
+        this, [end] { return StartCheck::check(end); },
+        [ref, isGood](const FailedStart& failure) {
+            if (!failure.reason.isEmpty())
+                FailedStarts::instance()->mark(ref.bottle, ref.uuid, failure);
+            else if (isGood)
+                FailedStarts::instance()->clear(ref.bottle, ref.uuid);
+        },
+        ServiceThreads::pool());
+}
+
+void AppItemWidgetStateManager::tell(const ProgramRef& ref, bool running) {
+    Q_EMIT runningChanged(ref.uuid, running);
+    const auto items = m_items.values(ref.uuid);
     for (const QPointer<AppItemWidget>& item : items) {
-        if (item)
+        if (item && item->ref() == ref)
             item->refreshRunState();
     }
-    const auto cards = m_cards.values(uuid);
+    const auto cards = m_cards.values(ref.uuid);
     for (const QPersistentModelIndex& card : cards) {
         if (card.isValid())
             Q_EMIT cardChanged(card);

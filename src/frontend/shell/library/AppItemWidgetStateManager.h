@@ -13,9 +13,9 @@
 class AppItemWidget;
 class WineLauncher;
 
-/// What goes on with programs, whether or not something shows it: which ones run, started from here, and
-/// which applications are being set up. Tells the items and the store's cards that it watches, by the
-/// program's id. GUI thread only.
+/// What goes on with programs, whether or not something shows it: starts those that are started from here and
+/// follows them to their end, and knows which applications are being set up. ProgramRuns knows what runs;
+/// this tells the items and the store's cards of it that it watches, by the program's id. GUI thread only.
 class AppItemWidgetStateManager : public QObject, public Fenk::Singleton<AppItemWidgetStateManager> {
     Q_OBJECT
     friend class Fenk::Singleton<AppItemWidgetStateManager>;
@@ -34,7 +34,9 @@ public:
     void start(const Program& program, bool inTerminal);
     /// Only asks; the program's end is told when it comes.
     void stop(const ProgramRef& ref);
-    bool isRunning(const QString& uuid) const { return m_running.contains(uuid); }
+    static bool isRunning(const ProgramRef& ref);
+    /// In any bottle.
+    static bool isRunning(const QString& uuid);
 
 Q_SIGNALS:
     void signalAppSetuping(const QString& appId);
@@ -51,24 +53,31 @@ public Q_SLOTS:
     void onProgramUuidDeleted(const QString& bottlesName, const QString& programUuid);
 
 private:
-    struct Run {
-        QString bottle;
+    /// A start from here, as long as its launch script lives.
+    struct Launch {
+        QString name;
         QPointer<WineLauncher> launcher;
         PendingWork::Hold waiting;  ///< while its bottle's record is asked for
         bool isTimed = true;        ///< until its first window, or until that has taken too long
+        bool windowSeen = false;
+        bool isStopped = false;  ///< by the user
     };
 
     AppItemWidgetStateManager();
     /// `sentence` says why the program was never reached; empty when it was.
     void onLauncherEnded(WineLauncher* launcher, const ProgramRef& ref, const QString& sentence);
     void onProgramExited(const QString& uuid);
-    void endTiming(const QString& uuid, bool report);
-    void setIdle(const QString& uuid, bool lookForRepair);
-    void tell(const QString& uuid, bool running);
+    void onLaunchResult(const QString& uuid, bool successed);
+    void endTiming(const ProgramRef& ref, bool report);
+    void forget(const ProgramRef& ref);
+    /// Whether the program has failed, found out in the background.
+    void checkEnd(const ProgramRef& ref);
+    void tell(const ProgramRef& ref, bool running);
 
     QSet<QString> m_setups;
     PendingWork::Hold m_setupHold;
-    QHash<QString, Run> m_running;
+    QHash<ProgramRef, Launch> m_launches;
+    QHash<QString, QString> m_timedBottles;  ///< by the id of a program that was started here
     QMultiHash<QString, QPointer<AppItemWidget>> m_items;
     QMultiHash<QString, QPersistentModelIndex> m_cards;
 };

@@ -13,6 +13,7 @@
 #include "fenk/SuggestButton.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "programs/ProgramRuns.h"
 #include "shell/ShellImages.h"
 #include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/AppListEmptyTipsWidget.h"
@@ -52,6 +53,7 @@ AppLocalView::AppLocalView(QWidget* parent)
     connect(states, &AppItemWidgetStateManager::ratingRefused, m_library, &ProgramLibrary::load);
     refresh();
     m_library->load();
+    ProgramRuns::instance()->load();
 }
 
 QWidget* AppLocalView::makeHead() {
@@ -104,7 +106,7 @@ ProgramGrid* AppLocalView::shownGrid() const {
 
 void AppLocalView::onTileMade(LocalAppItemWidget* tile) {
     connect(tile, &AppItemWidget::appStarsUpdate, this, &AppLocalView::slotAppStarsUpdate);
-    connect(tile, &LocalAppItemWidget::message, this,
+    connect(tile, &AppItemWidget::message, this,
             [this](const QString& sentence, bool failed) { showMessage(sentence, failed, MessageMs); });
 }
 
@@ -133,6 +135,12 @@ void AppLocalView::refresh() {
         m_spinner->stop();
 
     m_all->setPrograms(programs);
+    const bool hadFound = m_pages->currentWidget() == m_found && !m_keyword.isEmpty();
+    if (state == ProgramLibrary::State::Ready && hadFound && m_library->isSearchable() &&
+        m_keyword == m_shownKeyword && m_library->search(m_keyword).isEmpty()) {
+        Q_EMIT searchObsolete();
+        return;
+    }
     QWidget* page = m_all;
     if (state != ProgramLibrary::State::Ready) {
         page = state == ProgramLibrary::State::Failed ? static_cast<QWidget*>(m_failed) : m_loading;
@@ -142,6 +150,7 @@ void AppLocalView::refresh() {
         return;  // searchable() comes soon
     } else if (!m_keyword.isEmpty()) {
         m_found->setPrograms(m_library->search(m_keyword));
+        m_shownKeyword = m_keyword;
         page = m_found;
         if (m_found->programs().isEmpty()) {
             qInfo() << "search APP name list is empty";

@@ -33,6 +33,8 @@ public:
 
 Q_SIGNALS:
     void openRequested(const QString& path);
+    /// What the search has found is gone.
+    void searchObsolete();
 
 public Q_SLOTS:
     void slotAddApp();
@@ -55,6 +57,7 @@ private:
     ProgramLibrary* m_library;
     QTimer m_refresh;  ///< many changes at once make one picture
     QString m_keyword;
+    QString m_shownKeyword;  ///< that the found programs were found with
     QWidget* m_head = nullptr;
     QLabel* m_count = nullptr;
     QStackedWidget* m_pages;

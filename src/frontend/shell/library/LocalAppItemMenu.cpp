@@ -69,6 +69,8 @@ int LocalAppItemWidget::s_longestMenuWaitMs = 1000;
 void LocalAppItemWidget::makeActions() {
     for (int i = 0; i < ProgramMenu::ActionCount; ++i)
         m_actions[size_t(i)] = new QAction(tr(Words[i]), this);
+    m_repair = new QAction(tr("Repair"), this);
+    connect(m_repair, &QAction::triggered, this, &LocalAppItemWidget::repair);
     Fenk::setDestructive(action(Action::Remove));
     connectActions();
 }
@@ -102,6 +104,7 @@ void LocalAppItemWidget::fillMenu() {
     m_menu->setAccessibleName("appitem_option_menu");
     m_menu->setToolTipsVisible(true);
     connect(m_menu, &QMenu::aboutToHide, this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
+    m_menu->addAction(m_repair);
     const ProgramMenu::Layout layout = ProgramMenu::layoutFor(ref().bottle);
     for (const Action which : layout.before)
         m_menu->addAction(action(which));
@@ -162,6 +165,7 @@ void LocalAppItemWidget::openMenu() {
         const auto which = Action(i);
         action(which)->setVisible(ProgramMenu::isShown(which, m_facts) && leadsSomewhere(which));
     }
+    m_repair->setVisible(failedStart() != nullptr);
     disable(Action::OpenInTerminal, isRunning(), tr("The program is running"));
     // Without knowing whether the bottle would go with it nobody can be asked.
     disable(Action::Remove, !m_facts.programCount,
@@ -255,6 +259,19 @@ void LocalAppItemWidget::oncreateDesktopFileAction() {
 
 void LocalAppItemWidget::onRemoveActionTriggered() {
     RemovalQuestion::ask(*program(), ProgramMenu::removesBottle(m_facts), window());
+}
+
+/// Without the menu, which finds out whether the bottle would go as well.
+void LocalAppItemWidget::removeByKey() {
+    const ProgramPtr of = program();
+    BottlesConfig::instance()->watchBottle(of->ref.bottle, this, [this, of](const BusResult& result) {
+        const auto facts = ProgramMenu::Facts::of(of->ref.bottle, of->ref.uuid, result.object());
+        if (facts.programCount)
+            RemovalQuestion::ask(*of, ProgramMenu::removesBottle(facts), window());
+        else
+            Q_EMIT message(tr("%1 cannot be removed now: its container cannot be found.").arg(of->name),
+                           true);
+    });
 }
 
 void LocalAppItemWidget::submitScore(int score, bool uploadConf) {

@@ -1,5 +1,6 @@
 #include "shell/library/LocalAppItemWidget.h"
 
+#include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -12,6 +13,8 @@
 #include "fenk/Tokens.h"
 #include "fenk/WidgetLook.h"
 #include "fenk/style/Paint.h"
+#include "launch/records/FailedStarts.h"
+#include "shell/ShellWindows.h"
 #include "shell/library/ProgramIcons.h"
 #include "shell/library/RunStateButton.h"
 #include "shell/library/StarRating.h"
@@ -35,7 +38,8 @@ QAccessibleInterface* accessibleOf(const QString& className, QObject* object) {
 
 }  // namespace
 
-/// The program's picture, with a dot while the program runs. Until it is read there is a quiet place for it.
+/// The program's picture, with a dot while the program runs or when it has failed. Until it is read there is
+/// a quiet place for it.
 class LocalAppItemWidget::Icon : public QWidget {
 public:
     explicit Icon(QWidget* parent) : QWidget(parent) {
@@ -47,8 +51,8 @@ public:
         m_picture = picture;
         update();
     }
-    void setDot(bool on) {
-        m_dot = on;
+    void setDot(Dot dot) {
+        m_dot = dot;
         update();
     }
 
@@ -64,16 +68,17 @@ protected:
             painter.setRenderHint(QPainter::SmoothPixmapTransform);
             painter.drawPixmap(place, m_picture, m_picture.rect());
         }
-        if (m_dot) {
+        if (m_dot != Dot::None) {
             const QRectF dot(width() - DotSize - 1, height() - DotSize - 1, DotSize, DotSize);
             Paint::box(&painter, dot.adjusted(-2, -2, 2, 2), DotSize, Paint::color(Theme::Surface));
-            Paint::box(&painter, dot, DotSize / 2.0, Paint::color(Theme::Success));
+            Paint::box(&painter, dot, DotSize / 2.0,
+                       Paint::color(m_dot == Dot::Running ? Theme::Success : Theme::Warning));
         }
     }
 
 private:
     QPixmap m_picture;
-    bool m_dot = false;
+    Dot m_dot = Dot::None;
 };
 
 LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* parent)
@@ -123,8 +128,6 @@ void LocalAppItemWidget::setProgram(const ProgramPtr& program) {
     m_name->setText(program->name);
     m_stars->setStars(program->stars);
     setAccessibleName(program->name);
-    setToolTip(QString("<b>%1</b><br>%2")
-                   .arg(program->name.toHtmlEscaped(), program->path.left(LongestTip).toHtmlEscaped()));
     m_options->setAccessibleDescription(tr("Options of %1").arg(program->name));
     showPicture();
     refreshRunState();
@@ -133,15 +136,32 @@ void LocalAppItemWidget::setProgram(const ProgramPtr& program) {
 void LocalAppItemWidget::refreshRunState() {
     AppItemWidget::refreshRunState();
     const bool running = isRunning();
-    m_icon->setDot(running);
-    setAccessibleDescription(running ? tr("Running") : QString());
-    const int strip =
-        running ? runButton()->width() : runButton()->width() + Tokens::Space8 + m_stars->width();
+    const bool hasStars = runButton()->text().isEmpty();  // with a word there is no room for them
+    m_icon->setDot(running ? Dot::Running : failedStart() ? Dot::Failed : Dot::None);
+    updateTexts();
+    const int strip = runButton()->width() + (hasStars ? Tokens::Space8 + m_stars->width() : 0);
     const int left = (Tile.width() - strip) / 2;
     runButton()->move(left, StripTop);
     m_stars->move(left + runButton()->width() + Tokens::Space8, StripTop);
-    runButton()->setVisible(running || m_active);
-    m_stars->setVisible(m_active && !running);
+    setPartVisible(runButton(), running || m_active);
+    setPartVisible(m_stars, m_active && hasStars);
+}
+
+void LocalAppItemWidget::updateTexts() {
+    const FailedStart* failed = failedStart();
+    setAccessibleDescription(isRunning() ? tr("Running") : failed ? failed->reason : QString());
+    QString tip = QString("<b>%1</b><br>%2")
+                      .arg(program()->name.toHtmlEscaped(), program()->path.left(LongestTip).toHtmlEscaped());
+    if (failed)
+        tip += "<br><br>" + failed->reason.left(LongestTip).toHtmlEscaped();
+    setToolTip(tip);
+}
+
+/// A part that goes leaves the focus on the tile: Qt would give it to whatever comes next in the window.
+void LocalAppItemWidget::setPartVisible(QWidget* part, bool visible) {
+    if (!visible && window()->focusWidget() == part)
+        setFocus(Qt::OtherFocusReason);
+    part->setVisible(visible);
 }
 
 void LocalAppItemWidget::showPicture() {
@@ -167,7 +187,7 @@ void LocalAppItemWidget::updateActive() {
     if (active == m_active)
         return;
     m_active = active;
-    m_options->setVisible(active);
+    setPartVisible(m_options, active);
     refreshRunState();
     m_raise.setDirection(active ? QAbstractAnimation::Forward : QAbstractAnimation::Backward);
     m_raise.setDuration(Theme::instance()->duration(Tokens::HoverMs));
@@ -195,7 +215,20 @@ bool LocalAppItemWidget::eventFilter(QObject* watched, QEvent* event) {
     // The focus is on its way to the next one, which may be a part of this tile.
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
         QMetaObject::invokeMethod(this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
+    if (event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) &&
+            pressPart(qobject_cast<QAbstractButton*>(watched), key->isAutoRepeat()))
+            return true;
+    }
     return AppItemWidget::eventFilter(watched, event);
+}
+
+/// Buttons outside of dialogs know Space only.
+bool LocalAppItemWidget::pressPart(QAbstractButton* part, bool isRepeated) {
+    if (part && !isRepeated)
+        part->animateClick();
+    return part != nullptr;
 }
 
 void LocalAppItemWidget::paintEvent(QPaintEvent*) {
@@ -210,16 +243,31 @@ void LocalAppItemWidget::paintEvent(QPaintEvent*) {
 
 void LocalAppItemWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        onStartButtonClicked(false);
+        activate();
 }
 
 void LocalAppItemWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->modifiers() & ~Qt::KeypadModifier) {
+        AppItemWidget::keyPressEvent(event);
+        return;
+    }
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Space:
             if (!event->isAutoRepeat())
-                onStartButtonClicked(false);
+                activate();
+            return;
+        case Qt::Key_F2:
+            if (const auto& open = ShellWindows::instance().rename)
+                open(*program(), window());
+            return;
+        case Qt::Key_F10:
+            m_menuPlace = QPoint();
+            onBtnOptionClicked();
+            return;
+        case Qt::Key_Delete:
+            removeByKey();
             return;
         default:
             AppItemWidget::keyPressEvent(event);

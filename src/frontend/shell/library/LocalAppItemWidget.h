@@ -6,6 +6,7 @@
 #include "shell/library/AppItemWidget.h"
 #include "shell/library/ProgramMenu.h"
 
+class QAbstractButton;
 class QAction;
 class QMenu;
 class StarRating;
@@ -39,7 +40,6 @@ public:
 
 Q_SIGNALS:
     void menuReady();
-    void message(const QString& sentence, bool failed);
 
 public Q_SLOTS:
     /// Finds out what the menu has to show, without holding anything up, and opens it then.
@@ -66,6 +66,7 @@ protected:
 
 private:
     class Icon;
+    enum class Dot { None, Running, Failed };
 
     void makeActions();
     void fillMenu();
@@ -76,6 +77,10 @@ private:
     void disable(ProgramMenu::Action which, bool on, const QString& reason);
     void showPicture();
     void updateActive();
+    void updateTexts();
+    void setPartVisible(QWidget* part, bool visible);
+    static bool pressPart(QAbstractButton* part, bool isRepeated);
+    void removeByKey();
 
     static int s_longestMenuWaitMs;
 
@@ -84,6 +89,7 @@ private:
     StarRating* m_stars;
     Fenk::IconButton* m_options;
     std::array<QAction*, ProgramMenu::ActionCount> m_actions{};
+    QAction* m_repair;  ///< in the menu of a program that has failed
     QMenu* m_menu = nullptr;
     QPoint m_menuPlace;
     ProgramMenu::Facts m_facts;

@@ -1,25 +1,12 @@
 #pragma once
 
-#include <QHash>
 #include <QJsonObject>
 #include <QSharedPointer>
 #include <QString>
 #include <QVector>
 
+#include "programs/ProgramRef.h"
 #include "shell/library/NameSearch.h"
-
-/// Which program: a copied bottle may hold the ids of the one that it was copied from.
-struct ProgramRef {
-    QString bottle;
-    QString uuid;
-
-    bool operator==(const ProgramRef& other) const { return uuid == other.uuid && bottle == other.bottle; }
-    bool operator!=(const ProgramRef& other) const { return !(*this == other); }
-};
-
-inline uint qHash(const ProgramRef& ref, uint seed = 0) {
-    return qHash(ref.uuid, seed) ^ qHash(ref.bottle, seed);
-}
 
 /// A stored program as the library shows it. All of it comes from a bottle: text to show, nothing to trust.
 struct Program {

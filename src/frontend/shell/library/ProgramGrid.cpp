@@ -56,8 +56,9 @@ void ProgramGrid::setPrograms(const QVector<ProgramPtr>& programs) {
         return;
     const int before = indexOf(m_current);
     const LocalAppItemWidget* current = tile(m_current);
-    const bool focused =
-        current && (current->hasFocus() || current->isAncestorOf(QApplication::focusWidget()));
+    // Also while a dialog has the keys, from which the focus comes back to the window.
+    const QWidget* focus = window()->focusWidget();
+    const bool focused = current && (focus == current || current->isAncestorOf(focus));
     m_programs = programs;
     const bool gone = indexOf(m_current) < 0;
     if (gone && !m_programs.isEmpty())

@@ -1,13 +1,19 @@
 #include "shell/library/RemovalQuestion.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
+#include <QLocale>
 #include <QPointer>
 #include <optional>
 
+#include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
+#include "backend/BottlesConfig.h"
+#include "backend/WindowsPath.h"
 #include "fenk/Dialog.h"
 #include "fenk/Label.h"
 #include "fenk/Tokens.h"
+#include "programs/DirectorySize.h"
 #include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/InBackground.h"
 #include "shell/library/Program.h"
@@ -25,6 +31,21 @@ Fenk::Label* line(const QString& text, Fenk::Label::Kind kind) {
     label->setAlignment(Qt::AlignCenter);
     label->setElided(true);
     return label;
+}
+
+Fenk::Label* paragraph(const QString& text, const char* name) {
+    auto* label = line(text, Fenk::Label::Small);
+    label->setObjectName(name);
+    label->setElided(false);
+    label->setWordWrap(true);
+    return label;
+}
+
+/// The file of a program that was opened from elsewhere than its bottle.
+bool isOutside(const QString& path, const QString& bottlePath) {
+    const QString file = WindowsPath::isWindowsPath(path) ? WindowsPath::toUnix(bottlePath, path) : path;
+    const QString real = QFileInfo(file).canonicalFilePath();
+    return !real.isEmpty() && !real.startsWith(QFileInfo(bottlePath).canonicalFilePath() + '/');
 }
 
 /// Nothing is done, and nothing returned, when the bottle would be left empty without anybody having agreed.
@@ -58,8 +79,46 @@ QString titleOf(bool withBottle, const QString& name) {
         QLatin1String("%1"), name.size() <= LongestTitle ? name : name.left(LongestTitle) + QChar(0x2026));
 }
 
+/// What goes with the program and what does not, below what is asked. The size comes later, and its line has
+/// its place from the beginning.
+void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
+    const ProgramRef ref = program.ref;
+    if (AppItemWidgetStateManager::isRunning(ref))
+        dialog->addContent(
+            paragraph(Question::tr("The program is running, and will be ended."), "removal_running"));
+    auto* size = withBottle
+                     ? paragraph(Question::tr("The container \"%1\" goes.").arg(ref.bottle), "removal_size")
+                     : nullptr;
+    auto* file = paragraph(QString(), "removal_file");
+    if (size)
+        dialog->addContent(size);
+    dialog->addContent(file);
+    file->hide();
+    BottlesConfig::instance()->watchBottle(
+        ref.bottle, dialog, [dialog, size, file, program](const BusResult& result) {
+            const QString bottle = BottleRecord::path(result.object());
+            if (bottle.isEmpty())
+                return;
+            if (isOutside(program.path, bottle)) {
+                file->setText(Question::tr("Your file %1 stays.").arg(program.path));
+                file->show();
+            }
+            if (size)
+                inBackground(
+                    dialog, [bottle] { return DirectorySize::of(bottle); },
+                    [size, name = program.ref.bottle](qint64 bytes) {
+                        size->setText(Question::tr("The container \"%1\" goes (%2).")
+                                          .arg(name, QLocale().formattedDataSize(
+                                                         bytes, 1, QLocale::DataSizeTraditionalFormat)));
+                    });
+        });
+}
+
 void remove(const Program& program, bool withBottle, const QPointer<QWidget>& over) {
     const ProgramRef ref = program.ref;
+    // As the question has told; with a bottle everything that runs there is ended.
+    if (!withBottle && AppItemWidgetStateManager::isRunning(ref))
+        AppItemWidgetStateManager::instance()->stop(ref);
     changingService(
         qApp, [ref, withBottle] { return removed(ref, withBottle); },
         [program, over](const std::optional<BottleUtils::Removal>& removal) {
@@ -89,6 +148,7 @@ void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
     dialog->addContent(line(program.name, Fenk::Label::Strong));
     dialog->addContent(line(program.path, Fenk::Label::Small));
+    addDetails(dialog, program, withBottle);
     dialog->addButton(withBottle ? Question::tr("Cancel Uninstall") : Question::tr("Cancel Delete"), true);
     const int confirm =
         dialog->addButton(withBottle ? Question::tr("Confirm Uninstall") : Question::tr("Confirm Delete"),

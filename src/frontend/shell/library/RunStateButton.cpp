@@ -26,40 +26,50 @@ RunStateButton::RunStateButton(QWidget* parent) : QPushButton(parent) {
 
 void RunStateButton::setState(State state) {
     m_state = state;
-    setText(state == Running ? tr(" Quit") : state == Installing ? tr("Installing") : QString());
+    const QString texts[] = {QString(), tr(" Quit"), tr("Installing"), tr("Repair")};
+    setText(texts[state]);
     setToolTip(state == Idle ? tr("Run") : QString());
     setEnabled(state != Installing);
     setFixedWidth(sizeHint().width());
     update();
 }
 
+/// Null for a state that is told by a word alone.
+const char* RunStateButton::picture() const {
+    return m_state == Idle ? "play.svg" : m_state == Running ? "stop.svg" : nullptr;
+}
+
 QSize RunStateButton::sizeHint() const {
     const int words = fontMetrics().horizontalAdvance(text().trimmed());
-    const int icon = m_state == Installing ? 0 : Tokens::IconSmall;
     if (words == 0)
         return {Tokens::CompactHeight, Tokens::CompactHeight};
-    return {Tokens::Space8 + icon + (icon ? Gap : 0) + words + Tokens::Space12, Tokens::CompactHeight};
+    const int left = !picture() ? Tokens::Space12 : Tokens::Space8 + Tokens::IconSmall + Gap;
+    return {left + words + Tokens::Space12, Tokens::CompactHeight};
 }
 
 void RunStateButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QColor color = m_state == Running      ? QuitColor
                          : m_state == Installing ? Paint::color(Theme::Secondary)
+                         : m_state == Repair     ? Paint::color(Theme::Warning)
                                                  : Paint::color(Theme::Accent);
     QColor ground = m_state == Idle ? Paint::color(Theme::AccentSoft) : Paint::color(Theme::Surface);
     if (m_state != Installing && (underMouse() || isDown()))
         ground = mix(ground, color, isDown() ? 0.24 : 0.12);
     Paint::box(&painter, rect(), Tokens::RadiusControl, ground,
-               m_state == Running ? withAlpha(QuitColor, 0.5) : QColor());
+               m_state == Running || m_state == Repair ? withAlpha(color, 0.5) : QColor());
     const QString words = text().trimmed();
-    int x = words.isEmpty() ? (width() - Tokens::IconSmall) / 2 : Tokens::Space8;
-    if (m_state != Installing) {
-        const QIcon icon(shellImage(m_state == Running ? "stop.svg" : "play.svg"));
-        painter.drawPixmap(
-            x, (height() - Tokens::IconSmall) / 2,
-            tintedPixmap(icon, QSize(Tokens::IconSmall, Tokens::IconSmall), devicePixelRatioF(), color));
-        x += Tokens::IconSmall + Gap;
+    if (!picture()) {
+        painter.setPen(color);
+        painter.drawText(rect(), Qt::AlignCenter, words);
+        return;
     }
+    int x = words.isEmpty() ? (width() - Tokens::IconSmall) / 2 : Tokens::Space8;
+    const QIcon icon(shellImage(picture()));
+    painter.drawPixmap(
+        x, (height() - Tokens::IconSmall) / 2,
+        tintedPixmap(icon, QSize(Tokens::IconSmall, Tokens::IconSmall), devicePixelRatioF(), color));
+    x += Tokens::IconSmall + Gap;
     painter.setPen(color);
     painter.drawText(QRect(x, 0, width() - x, height()), Qt::AlignVCenter | Qt::AlignLeft, words);
 }

@@ -92,10 +92,11 @@ void StarRating::keyPressEvent(QKeyEvent* event) {
         offer(qMax(1, now - 1));
     else if (event->key() == Qt::Key_Right)
         offer(qMin(Count, now + 1));
-    else if (m_offered && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
-                           event->key() == Qt::Key_Space))
-        Q_EMIT rated(m_offered);
-    else
+    else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+             event->key() == Qt::Key_Space) {
+        if (m_offered)
+            Q_EMIT rated(m_offered);
+    } else
         QWidget::keyPressEvent(event);
 }
 

@@ -99,6 +99,14 @@ void AppPropertyDlg::openFor(const Program& known, QWidget* over) {
     dialog->open();
 }
 
+void AppPropertyDlg::openForRename(const Program& known, QWidget* over) {
+    auto* dialog = new AppPropertyDlg(known, over);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->m_isForRename = true;
+    connect(dialog->m_name, &NameEditor::edited, dialog, &QDialog::reject);
+    dialog->open();
+}
+
 QWidget* AppPropertyDlg::makeRows() {
     auto* card = new Card;
     card->addRow(row(tr("App Name"), m_name, Tokens::RowHeight + Tokens::Space8, NameEditor::PenOverhang));
@@ -118,8 +126,11 @@ void AppPropertyDlg::showDetails() {
     m_size->setText(known(m_details->size()));
     m_time->setText(known(m_details->installTime()));
     m_path->setPath(m_details->path());
-    if (m_details->isEditable() && !wasEditable && !m_path->hasFocus())
-        m_name->setFocus();
+    if (!m_details->isEditable() || wasEditable || m_path->hasFocus())
+        return;
+    m_name->setFocus();
+    if (m_isForRename)
+        m_name->beginEditing();
 }
 
 void AppPropertyDlg::tell(const QString& sentence) {

@@ -22,6 +22,8 @@ public:
     ~AppPropertyDlg() override;
 
     static void openFor(const Program& known, QWidget* over);
+    /// Comes up with the name being edited, and goes when it has been.
+    static void openForRename(const Program& known, QWidget* over);
 
     /// Takes a name that is still being written.
     void done(int index) override;
@@ -39,4 +41,5 @@ private:
     Fenk::Label* m_time;
     PathLink* m_path;
     Fenk::Label* m_sentence;
+    bool m_isForRename = false;
 };

@@ -30,6 +30,7 @@ NameEditor::NameEditor(QWidget* parent)
     m_field->setAccessibleName(tr("App Name"));
     m_field->setMaxLength(LongestName);
     m_field->installEventFilter(this);
+    m_pen->installEventFilter(this);
     m_field->hide();
     setFocusProxy(m_pen);
     auto* row = new QHBoxLayout(this);
@@ -76,11 +77,26 @@ void NameEditor::endEditing(bool taken) {
         Q_EMIT renamed(m_field->text());
 }
 
+bool NameEditor::pressPen(const QKeyEvent* event) {
+    const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    const QString text = event->text();
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool isLetter = isPlain && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace();
+    if (isReturn || isLetter)
+        beginEditing();
+    if (isLetter)
+        m_field->insert(text);
+    return isReturn || isLetter;
+}
+
 bool NameEditor::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_pen)
+        return event->type() == QEvent::KeyPress && pressPen(static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
             endEditing(key != Qt::Key_Escape);
+            Q_EMIT edited();
             return true;
         }
     }

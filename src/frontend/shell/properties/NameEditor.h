@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QKeyEvent;
 class QLineEdit;
 
 namespace Fenk {
@@ -10,7 +11,7 @@ class Label;
 }  // namespace Fenk
 
 /// A name, and on a press of the pen beside it a field for another one. Return and going elsewhere take what
-/// stands in the field; Escape takes nothing.
+/// stands in the field; Escape takes nothing. Letters that are typed on the pen begin another name.
 class NameEditor : public QWidget {
     Q_OBJECT
 public:
@@ -29,12 +30,15 @@ public:
 
 Q_SIGNALS:
     void renamed(const QString& name);
+    /// By Return or Escape, after renamed if that comes.
+    void edited();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void endEditing(bool taken);
+    bool pressPen(const QKeyEvent* event);
 
     Fenk::Label* m_label;
     Fenk::IconButton* m_pen;
