@@ -18,6 +18,14 @@
         <source>Quit %1</source>
         <translation>退出“%1”</translation>
     </message>
+    <message>
+        <source>Repair %1</source>
+        <translation>修复“%1”</translation>
+    </message>
+    <message>
+        <source>%1 is running, and has no window yet.</source>
+        <translation>“%1”正在运行，尚未显示窗口。</translation>
+    </message>
 </context>
 <context>
     <name>AppItemWidgetStateManager</name>
@@ -364,6 +372,44 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>Diagnosis</name>
+    <message>
+        <source>It crashed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ended at once without showing a window (exit code %1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ended at once without showing a window.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs %1, which is part of %2. Repair installs it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs %1, which is part of %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs %1, which is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>DisplayCheck</name>
+    <message>
+        <source>Cellarix needs a graphical desktop, and there is none: neither DISPLAY nor WAYLAND_DISPLAY is set.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cellarix cannot open the display &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>DropFrame</name>
     <message>
         <source>Drop to run</source>
@@ -569,7 +615,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Install the package wine32.</source>
-        <translation>%1 是 32 位程序，而当前 Wine 只能运行 64 位程序。请安装软件包 wine32。</translation>
+        <translation type="vanished">%1 是 32 位程序，而当前 Wine 只能运行 64 位程序。请安装软件包 wine32。</translation>
     </message>
     <message>
         <source>Something is being installed into the bottle. Try again when that is done.</source>
@@ -594,7 +640,20 @@ please wait for the component download to complete!</source>
     <message>
         <source>No any fixing applied, launch failed</source>
         <comment>a repair was tried</comment>
-        <translation>启动失败，修复未能解决问题</translation>
+        <translation type="vanished">启动失败，修复未能解决问题</translation>
+    </message>
+    <message>
+        <source>The background service that makes containers does not answer.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. These commands add 32-bit Wine on Debian:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No any fixing applied, launch failed</source>
+        <comment>what was repaired did not help</comment>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -819,6 +878,14 @@ please wait for the component download to complete!</source>
         <source>%1 is in the menu of programs now.</source>
         <translation>“%1”已添加到应用菜单。</translation>
     </message>
+    <message>
+        <source>Repair</source>
+        <translation>修复</translation>
+    </message>
+    <message>
+        <source>%1 cannot be removed now: its container cannot be found.</source>
+        <translation>暂时无法移除“%1”：找不到它所在的容器。</translation>
+    </message>
 </context>
 <context>
     <name>LogsWidget</name>
@@ -917,6 +984,193 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>OpenRefusal</name>
+    <message>
+        <source>It is not a Windows program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cellarix runs programs and installers, such as .exe and .msi files.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is an archive, not a program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unpack it first, then open the program inside.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a web page under the name of a program: the download has failed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download the program again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a program for Linux, not for Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start it without Cellarix.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a Windows Installer package, but its name does not say so.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename it so that it ends in .msi (.msp for a patch), then open it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a DOS program, and Wine runs programs for Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Run it in an emulator such as DOSBox.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a 16-bit program for old Windows versions, which 64-bit Wine does not run.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install 32-bit Wine (the package wine32), or look for a newer version of the program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a program for OS/2, not for Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Look for a version for Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is made for Windows on ARM, and this computer has another kind of processor.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download the version for x64 or x86.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is made for another kind of processor.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a library (DLL): a part of a program, which cannot be started by itself.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the program that it belongs to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a driver or a part of Windows itself, which Wine cannot run.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Devices need a driver for Linux.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a program for the computer&apos;s firmware (EFI), not for Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The end of the file is missing: it was not downloaded or copied completely.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download or copy it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its name or path contains a line break or another control character, which Windows does not allow.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its name or path contains the sign %1, which Windows does not allow.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename the file or its folder, then open it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its name is not valid text (UTF-8).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a link to a file that is not there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It may have been moved, renamed or deleted.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no such file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the program inside.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a device or a pipe, not a file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You do not have the right to read this file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change its permissions, or have its owner copy it for you.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cellarix keeps its programs in %1, and nothing can be written there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make the folder writable for you, then open the file again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Batch files are run from within Cellarix only.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drop the file on the window of Cellarix.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is a patch for an installed program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open it with &quot;cellarix --debug&quot; and run it in the window that comes up.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Programs cannot be started</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>PathLink</name>
     <message>
         <source>Opens the folder of the application</source>
@@ -974,6 +1228,17 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>RefusalNotice</name>
+    <message>
+        <source>&quot;%1&quot; cannot be opened</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>RemovalQuestion</name>
     <message>
         <source>Uninstalling the application deletes the application container and all files and configuration information within the container!</source>
@@ -1021,6 +1286,34 @@ please wait for the component download to complete!</source>
         <comment>delete</comment>
         <translation>删除“%1”？</translation>
     </message>
+    <message>
+        <source>The program is running and will be closed.</source>
+        <translation type="vanished">该应用正在运行，将被关闭。</translation>
+    </message>
+    <message>
+        <source>The container &quot;%1&quot; will be deleted.</source>
+        <translation type="vanished">容器“%1”将被删除。</translation>
+    </message>
+    <message>
+        <source>Your file %1 stays.</source>
+        <translation>您的文件 %1 会保留。</translation>
+    </message>
+    <message>
+        <source>The container &quot;%1&quot; (%2) will be deleted.</source>
+        <translation type="vanished">容器“%1”（%2）将被删除。</translation>
+    </message>
+    <message>
+        <source>The program is running, and will be ended.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The container &quot;%1&quot; goes.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The container &quot;%1&quot; goes (%2).</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>RunStateButton</name>
@@ -1035,6 +1328,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Run</source>
         <translation>运行</translation>
+    </message>
+    <message>
+        <source>Repair</source>
+        <translation>修复</translation>
     </message>
 </context>
 <context>
@@ -1065,6 +1362,17 @@ please wait for the component download to complete!</source>
     <message>
         <source>Close them and continue</source>
         <translation>关闭并继续</translation>
+    </message>
+</context>
+<context>
+    <name>SessionBus</name>
+    <message>
+        <source>There is no session bus, over which Cellarix reaches its background service.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Log out and in again, or start Cellarix with &quot;dbus-run-session cellarix&quot;.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
