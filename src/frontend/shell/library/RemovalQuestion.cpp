@@ -85,9 +85,9 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
     const ProgramRef ref = program.ref;
     if (AppItemWidgetStateManager::isRunning(ref))
         dialog->addContent(
-            paragraph(Question::tr("The program is running, and will be ended."), "removal_running"));
+            paragraph(Question::tr("The program is running and will be closed."), "removal_running"));
     auto* size = withBottle
-                     ? paragraph(Question::tr("The container \"%1\" goes.").arg(ref.bottle), "removal_size")
+                     ? paragraph(Question::tr("The container \"%1\" will be deleted.").arg(ref.bottle), "removal_size")
                      : nullptr;
     auto* file = paragraph(QString(), "removal_file");
     if (size)
@@ -107,7 +107,7 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
                 inBackground(
                     dialog, [bottle] { return DirectorySize::of(bottle); },
                     [size, name = program.ref.bottle](qint64 bytes) {
-                        size->setText(Question::tr("The container \"%1\" goes (%2).")
+                        size->setText(Question::tr("The container \"%1\" (%2) will be deleted.")
                                           .arg(name, QLocale().formattedDataSize(
                                                          bytes, 1, QLocale::DataSizeTraditionalFormat)));
                     });
