@@ -1,0 +1,99 @@
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+#include <QtTest>
+#include <memory>
+
+#include "core/base/Paths.h"
+#include "e2e/InstalledApp.h"
+#include "support/AccessibleTree.h"
+#include "support/WindowFinder.h"
+
+using namespace TestSupport;
+
+namespace {
+
+constexpr int LongMs = 120000;
+const char SampleTitle[] = "Cellarix sample window";
+
+QJsonDocument json(const QString& method, const QVariantList& arguments = {}) {
+    return QJsonDocument::fromJson(callBottles(method, arguments).toUtf8());
+}
+
+}  // namespace
+
+/// The library knows what runs, whoever has started it: everything real.
+class RunsTest : public QObject {
+    Q_OBJECT
+
+    const QStringList m_variables{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
+    const WindowFinder m_windows;
+    std::unique_ptr<InstalledApp> m_app;
+    std::unique_ptr<AccessibleTree> m_tree;
+
+    void openLibrary() {
+        m_app = std::make_unique<InstalledApp>(QStringList(), m_variables);
+        QVERIFY2(m_windows.waitForTitle("Cellarix", LongMs).id, qPrintable(m_app->log()));
+        if (!m_tree)
+            m_tree = std::make_unique<AccessibleTree>();
+        const auto isLoaded = [this] {
+            const QStringList names = m_tree->names();
+            return names.contains("Programs") || names.contains("Run a Windows program");
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), LongMs);
+    }
+    bool isShownRunning() const { return m_tree->descriptions().contains("Running"); }
+
+private Q_SLOTS:
+    void startedElsewhere() {
+        if (QStandardPaths::findExecutable("wine").isEmpty() || sample("window").isEmpty())
+            QSKIP("Wine or the makers of Windows programs are not on this machine");
+        InstalledApp::acceptAgreement();
+        openLibrary();
+
+        // By the command line: the file becomes a program while it runs already.
+        InstalledApp starter({sample("window")});
+        QCOMPARE(starter.waitForExit(), 1);  // handed over
+        WindowInfo window = m_windows.waitForTitle(SampleTitle, LongMs);
+        QVERIFY2(window.id, qPrintable(m_app->log()));
+        QTRY_VERIFY2_WITH_TIMEOUT(isShownRunning(), qPrintable(m_app->log()), LongMs);
+        const QString bottle = json("list").array().first().toString();
+        const auto icon = [&bottle] {
+            const QJsonObject programs = json("get", {bottle}).object()["External_Programs"].toObject();
+            return programs.isEmpty() ? QString() : programs.begin()->toObject()["icon"].toString();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(icon()).isFile(), LongMs);
+        QVERIFY(m_tree->press("appitem_running_state"));
+        QVERIFY2(m_windows.waitUntilGone(window.id, LongMs), qPrintable(m_app->log()));
+        QTRY_VERIFY_WITH_TIMEOUT(!isShownRunning(), LongMs);
+
+        // By a process that knows nothing of the library; also for a library that comes later.
+        ChildProcess script;
+        script.start(Paths::launcherScript(), {bottle, sample("window")});
+        window = m_windows.waitForTitle(SampleTitle, LongMs);
+        QVERIFY(window.id);
+        QTRY_VERIFY2_WITH_TIMEOUT(isShownRunning(), qPrintable(m_app->log()), LongMs);
+        QVERIFY(m_windows.close(m_windows.byPid(m_app->pid()).last().id));
+        QCOMPARE(m_app->waitForExit(), 0);
+        openLibrary();
+        QTRY_VERIFY2_WITH_TIMEOUT(isShownRunning(), qPrintable(m_app->log()), LongMs);
+
+        // Return on the tile brings its window up.
+        QProcess::execute("xdotool", {"key", "--delay", "200", "Down", "Return"});
+        QTRY_COMPARE_WITH_TIMEOUT(m_windows.windows().last().id, window.id, LongMs);
+
+        // A service that comes later knows it too.
+        QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+            "com.lumora.LumoraWineLauncher", "/com/lumora/Manager", "com.lumora.Manager", "Quit"));
+        QVERIFY(m_tree->press("appitem_running_state"));
+        QVERIFY2(m_windows.waitUntilGone(window.id, LongMs), qPrintable(m_app->log()));
+        QTRY_VERIFY_WITH_TIMEOUT(!isShownRunning(), LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(script.state(), QProcess::NotRunning, LongMs);
+    }
+};
+
+QTEST_GUILESS_MAIN(RunsTest)
+#include "RunsTest.moc"
