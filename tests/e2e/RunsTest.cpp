@@ -1,9 +1,11 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStandardPaths>
+#include <QUuid>
 #include <QtTest>
 #include <memory>
 
@@ -45,13 +47,20 @@ class RunsTest : public QObject {
         };
         QTRY_VERIFY_WITH_TIMEOUT(isLoaded(), LongMs);
     }
+    void closeLibrary() {
+        QVERIFY(m_windows.close(m_windows.byPid(m_app->pid()).last().id));
+        QCOMPARE(m_app->waitForExit(), 0);
+    }
     bool isShownRunning() const { return m_tree->descriptions().contains("Running"); }
 
 private Q_SLOTS:
-    void startedElsewhere() {
+    void initTestCase() {
         if (QStandardPaths::findExecutable("wine").isEmpty() || sample("window").isEmpty())
             QSKIP("Wine or the makers of Windows programs are not on this machine");
         InstalledApp::acceptAgreement();
+    }
+
+    void startedElsewhere() {
         openLibrary();
 
         // By the command line: the file becomes a program while it runs already.
@@ -76,8 +85,7 @@ private Q_SLOTS:
         window = m_windows.waitForTitle(SampleTitle, LongMs);
         QVERIFY(window.id);
         QTRY_VERIFY2_WITH_TIMEOUT(isShownRunning(), qPrintable(m_app->log()), LongMs);
-        QVERIFY(m_windows.close(m_windows.byPid(m_app->pid()).last().id));
-        QCOMPARE(m_app->waitForExit(), 0);
+        closeLibrary();
         openLibrary();
         QTRY_VERIFY2_WITH_TIMEOUT(isShownRunning(), qPrintable(m_app->log()), LongMs);
 
@@ -92,6 +100,37 @@ private Q_SLOTS:
         QVERIFY2(m_windows.waitUntilGone(window.id, LongMs), qPrintable(m_app->log()));
         QTRY_VERIFY_WITH_TIMEOUT(!isShownRunning(), LongMs);
         QTRY_COMPARE_WITH_TIMEOUT(script.state(), QProcess::NotRunning, LongMs);
+        callBottles("delete", {bottle});
+        closeLibrary();
+    }
+
+    void failedStart() {
+        const QString file = sampleAs("fault", QDir::homePath() + "/programs", "changing.exe");
+        const QString record = QString(R"({"id":"%1","name":"Changing","path":"%2"})")
+                                   .arg(QUuid::createUuid().toString(QUuid::WithoutBraces), file);
+        callBottles("createBottles", {"changing", ""});
+        callBottles("updateExternalProgram", {"changing", record});
+        openLibrary();
+        const QString reason = "It ended at once without showing a window (exit code 2).";
+        const auto isMarked = [&] { return m_tree->descriptions().contains(reason); };
+        QProcess::execute("xdotool", {"key", "--delay", "200", "Down", "Return"});
+        QTRY_VERIFY2_WITH_TIMEOUT(isMarked(), qPrintable(m_app->log()), LongMs);
+        closeLibrary();
+        openLibrary();
+        QTRY_VERIFY_WITH_TIMEOUT(isMarked(), LongMs);
+
+        // Somebody has mended it. Repair shows the banner, and the good start takes the mark away.
+        QVERIFY(!sampleAs("window", QDir::homePath() + "/programs", "changing.exe").isEmpty());
+        QProcess::execute("xdotool", {"key", "Down"});
+        QVERIFY(m_tree->press("appitem_running_state"));
+        QVERIFY2(m_app->waitForLog("show banner"), qPrintable(m_app->log()));
+        const WindowInfo window = m_windows.waitForTitle(SampleTitle, LongMs);
+        QVERIFY2(window.id, qPrintable(m_app->log()));
+        QTRY_VERIFY_WITH_TIMEOUT(!isMarked() && isShownRunning(), LongMs);
+        QVERIFY(m_tree->press("appitem_running_state"));
+        QVERIFY2(m_windows.waitUntilGone(window.id, LongMs), qPrintable(m_app->log()));
+        QVERIFY2(m_app->waitForLog("remove exe runner"), qPrintable(m_app->log()));
+        closeLibrary();
     }
 };
 

@@ -83,9 +83,12 @@ QString titleOf(bool withBottle, const QString& name) {
 /// its place from the beginning.
 void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
     const ProgramRef ref = program.ref;
-    if (AppItemWidgetStateManager::isRunning(ref))
-        dialog->addContent(
-            paragraph(Question::tr("The program is running and will be closed."), "removal_running"));
+    if (AppItemWidgetStateManager::isRunning(ref)) {
+        auto* running =
+            paragraph(Question::tr("The program is running and will be closed."), "removal_running");
+        running->setTextRole(Fenk::Theme::Warning);
+        dialog->addContent(running);
+    }
     auto* size = withBottle
                      ? paragraph(Question::tr("The container \"%1\" will be deleted.").arg(ref.bottle), "removal_size")
                      : nullptr;
