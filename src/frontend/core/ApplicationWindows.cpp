@@ -17,7 +17,7 @@ void tellMissing(const QString& what, const QString& bottle, QWidget* over) {
     dialog->setObjectName("missing_window_dialog");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->addButton(QCoreApplication::translate("ApplicationWindows", "Close"), true);
-    dialog->show();
+    dialog->open();
 }
 
 }  // namespace

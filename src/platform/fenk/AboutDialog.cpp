@@ -11,6 +11,7 @@ AboutDialog::AboutDialog(const Facts& facts, QWidget* parent) : AbstractDialog(p
     setObjectName("about_dialog");
     setAccessibleName(tr("About %1").arg(facts.name));
     setWindowTitle(tr("About %1").arg(facts.name));
+    setWindowModality(Qt::WindowModal);
     setFixedWidth(Tokens::DialogMinWidth);
 
     auto* icon = new QLabel;

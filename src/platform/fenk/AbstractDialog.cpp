@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include "fenk/DialogAnchor.h"
 #include "fenk/IconButton.h"
 #include "fenk/Label.h"
 #include "fenk/MainWindow.h"
@@ -43,6 +44,7 @@ AbstractDialog::AbstractDialog(QWidget* parent)
     head->addWidget(m_title, 0, 1);
     head->addWidget(m_close, 0, 2, Qt::AlignRight | Qt::AlignTop);
 
+    new DialogAnchor(this);
     m_body->setContentsMargins(0, 0, 0, 0);
     m_body->setSpacing(0);
     auto* layout = new QVBoxLayout(this);

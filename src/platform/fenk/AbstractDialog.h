@@ -13,7 +13,8 @@ class Label;
 class WindowFrame;
 
 /// The frame of every dialog: our own border, icon, centred title and close button on top, below them
-/// whatever the dialog holds. Can be dragged by any empty place. Escape and the close button reject.
+/// whatever the dialog holds. Can be dragged by any empty place. Escape and the close button reject. Over a
+/// window of ours it floats (DialogAnchor).
 class AbstractDialog : public QDialog {
     Q_OBJECT
 public:

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QStyle>
 #include <QTextDocument>
+#include <QTextLayout>
 
 namespace Fenk {
 
@@ -62,6 +63,33 @@ void Label::setElided(bool elided) {
     update();
 }
 
+void Label::setElidedAfter(int lines) {
+    m_lines = lines;
+    setElided(true);
+}
+
+/// At most as many as are shown; the last has all that is left.
+QStringList Label::brokenLines(int width) const {
+    const QString all = text().simplified();
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    QTextLayout layout(all, font());
+    layout.setTextOption(option);
+    QStringList lines;
+    int from = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid() && lines.size() < m_lines - 1;
+         line = layout.createLine()) {
+        line.setLineWidth(width);
+        lines << all.mid(from, line.textLength()).trimmed();
+        from += line.textLength();
+    }
+    layout.endLayout();
+    if (from < all.size())
+        lines << all.mid(from).trimmed();
+    return lines;
+}
+
 void Label::setReadingWidth(int width) {
     m_readingWidth = width;
     setWordWrap(width > 0);
@@ -73,6 +101,10 @@ int Label::heightForWidth(int width) const {
 }
 
 QSize Label::sizeHint() const {
+    if (m_lines > 1) {
+        const int width = qMin(QLabel::sizeHint().width(), maximumWidth());
+        return {width, qMax(1, brokenLines(width).size()) * fontMetrics().lineSpacing()};
+    }
     if (m_readingWidth == 0)
         return QLabel::sizeHint();
     int natural = 0;
@@ -84,13 +116,18 @@ QSize Label::sizeHint() const {
 }
 
 bool Label::cuts() const {
-    return m_elided && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+    const int room = contentsRect().width();
+    if (m_lines > 1)
+        return fontMetrics().horizontalAdvance(brokenLines(room).value(m_lines - 1)) > room;
+    return m_elided && fontMetrics().horizontalAdvance(text()) > room;
 }
 
 QSize Label::minimumSizeHint() const {
     QSize hint = QLabel::minimumSizeHint();
     if (m_elided)
         hint.setWidth(fontMetrics().horizontalAdvance(QChar(0x2026)) * 2);
+    if (m_lines > 1)
+        hint.setHeight(sizeHint().height());
     return hint;
 }
 
@@ -108,15 +145,17 @@ void Label::resizeEvent(QResizeEvent* event) {
 }
 
 void Label::paintEvent(QPaintEvent* event) {
-    if (!cuts()) {
+    if (m_lines == 1 && !cuts()) {
         QLabel::paintEvent(event);
         return;
     }
     QPainter painter(this);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
-    style()->drawItemText(&painter, contentsRect(),
-                          int(QStyle::visualAlignment(layoutDirection(), alignment())), palette(),
-                          isEnabled(), shown, foregroundRole());
+    const QRect room = contentsRect();
+    QStringList shown = m_lines > 1 ? brokenLines(room.width()) : QStringList(text());
+    for (QString& line : shown)
+        line = fontMetrics().elidedText(line, Qt::ElideRight, room.width());
+    style()->drawItemText(&painter, room, int(QStyle::visualAlignment(layoutDirection(), alignment())),
+                          palette(), isEnabled(), shown.join('\n'), foregroundRole());
 }
 
 }  // namespace Fenk

@@ -10,7 +10,7 @@ namespace Fenk {
 QString plainToolTip(const QString& text);
 
 /// Text of one of the product's kinds, in its font and colour in whatever theme. Plain text unless told
-/// otherwise; a single line that does not fit is elided, with the whole of it as tool tip.
+/// otherwise; text that does not fit into its lines can be elided, with the whole of it as tool tip.
 class Label : public QLabel {
     Q_OBJECT
 public:
@@ -24,6 +24,8 @@ public:
     void setTextRole(Theme::Role role);
 
     void setElided(bool elided);
+    /// Elided at the end of so many lines; each is as wide as the label may be.
+    void setElidedAfter(int lines);
 
     /// Wrapped text that would like lines of this width at most, but takes less.
     void setReadingWidth(int width);
@@ -38,10 +40,12 @@ protected:
 
 private:
     void applyColor();
+    QStringList brokenLines(int width) const;
     bool cuts() const;
 
     Theme::Role m_role = Theme::Text;
     int m_readingWidth = 0;
+    int m_lines = 1;
     bool m_elided = false;
 };
 

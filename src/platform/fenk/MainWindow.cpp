@@ -1,7 +1,9 @@
 #include "fenk/MainWindow.h"
 
+#include <QContextMenuEvent>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
 
@@ -31,6 +33,7 @@ void moveToMiddle(QWidget* window) {
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent, Qt::Window), m_titlebar(new TitleBar(this)), m_frame(new WindowFrame(this)) {
     setMenuWidget(m_titlebar);
+    setFocus();
 }
 
 void MainWindow::setBackgroundAlpha(int alpha) {
@@ -44,6 +47,16 @@ void MainWindow::moveToCenter() {
 void MainWindow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     m_frame->paint(&painter);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_F10 || event->modifiers() || !m_titlebar->openMenu(true))
+        QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() != QContextMenuEvent::Keyboard || !m_titlebar->openMenu(true))
+        event->ignore();
 }
 
 bool MainWindow::event(QEvent* event) {

@@ -8,7 +8,9 @@ class TitleBar;
 class WindowFrame;
 
 /// A window with our own title bar and frame. Everything else is QMainWindow's; the title bar takes the place
-/// of its menu bar. The window's title and icon show in the bar too.
+/// of its menu bar. The window's title and icon show in the bar too. F10 opens the bar's menu, and so does
+/// the menu key where nothing that has the focus has a menu of its own. A new window has the focus itself, so
+/// that none of the bar's buttons is chosen unasked.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -24,6 +26,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     bool event(QEvent* event) override;
 
 private:

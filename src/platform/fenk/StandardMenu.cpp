@@ -53,4 +53,14 @@ void appendStandardActions(QMenu* menu) {
                     &Application::handleQuitAction);
 }
 
+void chooseFirstEntry(QMenu* menu) {
+    const QList<QAction*> entries = menu->actions();
+    for (QAction* entry : entries) {
+        if (entry->isVisible() && entry->isEnabled() && !entry->isSeparator()) {
+            menu->setActiveAction(entry);
+            return;
+        }
+    }
+}
+
 }  // namespace Fenk

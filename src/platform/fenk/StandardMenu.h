@@ -8,4 +8,7 @@ namespace Fenk {
 /// two ask the Application; without one they are left out.
 void appendStandardActions(QMenu* menu);
 
+/// For a menu that was opened by key: the arrow keys go on from its first entry.
+void chooseFirstEntry(QMenu* menu);
+
 }  // namespace Fenk

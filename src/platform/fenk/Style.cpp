@@ -15,8 +15,10 @@
 
 #include "fenk/Color.h"
 #include "fenk/Theme.h"
+#include "fenk/WidgetLook.h"
 #include "fenk/WindowPlatform.h"
 #include "fenk/style/BarPainter.h"
+#include "fenk/style/ButtonKeys.h"
 #include "fenk/style/ButtonPainter.h"
 #include "fenk/style/ComboDelegate.h"
 #include "fenk/style/FieldPainter.h"
@@ -62,6 +64,7 @@ Qt::ArrowType arrowOf(QStyle::PrimitiveElement element) {
 Style::Style()
     : QProxyStyle(QStyleFactory::create("Fusion")),
       m_ring(std::make_unique<FocusRing>()),
+      m_buttonKeys(std::make_unique<ButtonKeys>()),
       m_transitions(std::make_unique<Transitions>()) {}
 
 Style::~Style() = default;
@@ -248,7 +251,12 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
                 // The selection's ground is soft, so its text stays the text of any other row.
                 QStyleOptionViewItem plain(*item);
                 plain.palette.setColor(QPalette::HighlightedText, plain.palette.color(QPalette::Text));
-                return QProxyStyle::drawControl(element, &plain, painter, widget);
+                if (!hasSidebarLook(widget))
+                    return QProxyStyle::drawControl(element, &plain, painter, widget);
+                // The ring lies around the rounded row, and not around its text.
+                plain.state &= ~State_HasFocus;
+                QProxyStyle::drawControl(element, &plain, painter, widget);
+                return ItemPainter::sidebarRing(painter, item);
             }
             break;
         case CE_FocusFrame:

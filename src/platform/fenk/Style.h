@@ -5,6 +5,7 @@
 
 namespace Fenk {
 
+class ButtonKeys;
 class FocusRing;
 class Transitions;
 
@@ -44,6 +45,7 @@ public:
 
 private:
     std::unique_ptr<FocusRing> m_ring;
+    std::unique_ptr<ButtonKeys> m_buttonKeys;
     std::unique_ptr<Transitions> m_transitions;
 };
 

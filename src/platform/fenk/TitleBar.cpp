@@ -53,7 +53,8 @@ TitleBar::TitleBar(QWidget* parent)
     for (IconButton* button : {m_menuButton, m_minimize, m_maximize, m_close})
         m_rightLayout->addWidget(button);
 
-    connect(m_menuButton, &QToolButton::clicked, this, &TitleBar::showMenu);
+    // Only the keyboard brings the focus to the button.
+    connect(m_menuButton, &QToolButton::clicked, this, [this] { openMenu(m_menuButton->hasFocus()); });
     connect(m_minimize, &QToolButton::clicked, this, [this] { window()->showMinimized(); });
     connect(m_maximize, &QToolButton::clicked, this, &TitleBar::toggleMaximized);
     connect(m_close, &QToolButton::clicked, this, [this] { window()->close(); });
@@ -170,11 +171,15 @@ void TitleBar::placeMiddle() {
     middle->setGeometry(x, (height() - h) / 2, wanted, h);
 }
 
-void TitleBar::showMenu() {
+bool TitleBar::openMenu(bool byKeyboard) {
+    if (!m_menuButton->isVisible())
+        return false;
     Q_EMIT aboutToShowMenu();
-    m_menu->exec(m_menuButton->mapToGlobal(
+    m_menu->popup(m_menuButton->mapToGlobal(
         QPoint(m_menuButton->width() - m_menu->sizeHint().width(), m_menuButton->height() + Tokens::Space4)));
-    m_menuButton->setDown(false);
+    if (byKeyboard)
+        chooseFirstEntry(m_menu);
+    return true;
 }
 
 bool TitleBar::eventFilter(QObject* watched, QEvent* event) {

@@ -27,6 +27,9 @@ public:
     void setMenu(QMenu* menu);
     QMenu* menu() const { return m_menu; }
     void setMenuVisible(bool visible);
+    /// As with the menu button, with the first entry chosen for a user at the keyboard. False where the menu
+    /// is hidden.
+    bool openMenu(bool byKeyboard);
 
     /// Takes the middle in place of the title; the former one is deleted. A null pointer brings the title
     /// back.
@@ -61,7 +64,6 @@ private:
     void toggleMaximized();
     void updateButtons();
     void placeMiddle();
-    void showMenu();
 
     QLabel* m_icon;
     QLabel* m_title;

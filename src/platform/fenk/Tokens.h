@@ -58,6 +58,12 @@ constexpr int DialogMaxWidth = 576;
 constexpr int MenuMinWidth = 160;
 constexpr int ResizeBorder = 6;  ///< how near to an edge a press resizes a window
 
+constexpr double VeilOpacity = 0.3;  ///< of black over a window that a dialog lies above
+constexpr int ShadowDrop = 8;
+constexpr int ShadowBlur = 24;
+constexpr double ShadowLight = 0.12;  ///< opacity of black in the light theme
+constexpr double ShadowDark = 0.40;
+
 constexpr int HoverMs = 120;
 constexpr int MoveMs = 200;
 constexpr int FadeMs = 300;

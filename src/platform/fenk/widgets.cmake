@@ -10,6 +10,7 @@ cellarix_library(cellarix_fenk WIDGETS
     Card.cpp Card.h
     Color.cpp Color.h
     Dialog.cpp Dialog.h
+    DialogAnchor.cpp DialogAnchor.h
     FloatingMessage.cpp FloatingMessage.h
     IconButton.cpp IconButton.h
     Label.cpp Label.h
@@ -27,11 +28,13 @@ cellarix_library(cellarix_fenk WIDGETS
     Theme.cpp Theme.h
     TitleBar.cpp TitleBar.h
     Tokens.h
+    Veil.cpp Veil.h
     WarningButton.cpp WarningButton.h
     WindowFrame.cpp WindowFrame.h
     WindowPlatform.cpp WindowPlatform.h
     icons/fenk_icons.qrc
     style/BarPainter.cpp style/BarPainter.h
+    style/ButtonKeys.cpp style/ButtonKeys.h
     style/ButtonPainter.cpp style/ButtonPainter.h
     style/ComboDelegate.cpp style/ComboDelegate.h
     style/FieldPainter.cpp style/FieldPainter.h

@@ -8,10 +8,14 @@
 #include "FenkTestMain.h"
 #include "fenk/Dialog.h"
 #include "fenk/IconButton.h"
+#include "fenk/MainWindow.h"
+#include "fenk/Veil.h"
 #include "support/Table.h"
 
 using namespace Fenk;
 using TestSupport::Table;
+
+Q_DECLARE_METATYPE(std::function<void(QPointer<Fenk::Dialog>&)>)
 
 namespace {
 
@@ -151,6 +155,54 @@ private Q_SLOTS:
             const auto* label = dialog.findChild<QLabel*>(name);
             QVERIFY2(label->height() >= label->heightForWidth(label->width()), name);
         }
+    }
+
+    void floatsOverItsWindow_data() {
+        const Table<std::function<void(QPointer<Dialog>&)>> row("close");
+        row("button", [](QPointer<Dialog>& dialog) { dialog->button(0)->click(); });
+        row("Escape", [](QPointer<Dialog>& dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        row("close", [](QPointer<Dialog>& dialog) { dialog->close(); });
+        row("hide", [](QPointer<Dialog>& dialog) { dialog->hide(); });
+        row("delete", [](QPointer<Dialog>& dialog) { delete dialog; });
+        row("the window goes", [](QPointer<Dialog>& dialog) { delete dialog->parentWidget(); });
+    }
+    void floatsOverItsWindow() {
+        QFETCH(std::function<void(QPointer<Dialog>&)>, close);
+        const QPointer<MainWindow> window(new MainWindow);
+        auto* row = new QWidget;
+        row->setFocusPolicy(Qt::StrongFocus);
+        auto* part = new QLineEdit(row);
+        window->setCentralWidget(row);
+        window->setGeometry(100, 100, 600, 500);
+        window->show();
+        part->setFocus();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        const auto brightness = [&] { return window->grab().toImage().pixelColor(300, 20).lightness(); };
+        const int bright = brightness();
+
+        QPointer<Dialog> dialog(new Dialog("Title", "Message", window));
+        dialog->addButton("Keep");
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QVERIFY(qAbs(brightness() - bright * 7 / 10) <= 2);
+        const auto offset = [&] { return dialog->geometry().center() - window->geometry().center(); };
+        QTRY_VERIFY(offset().manhattanLength() <= 2);
+        {
+            Dialog second("Second", "", window);
+            second.show();
+            QVERIFY2(qAbs(brightness() - bright * 7 / 10) <= 2, "two dialogs dim no more than one");
+        }
+        window->setGeometry(160, 140, 700, 520);
+        QTRY_VERIFY(offset().manhattanLength() <= 2);
+        QTRY_COMPARE(window->findChild<Veil*>()->size(), window->size());
+
+        part->hide();
+        close(dialog);
+        if (!window)
+            return;
+        QCOMPARE(brightness(), bright);
+        QVERIFY(!window->findChild<Veil*>());
+        QCOMPARE(window->focusWidget(), row);  // the nearest that is still there
     }
 };
 

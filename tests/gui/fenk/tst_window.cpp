@@ -1,4 +1,7 @@
+#include <QCheckBox>
+#include <QContextMenuEvent>
 #include <QMenu>
+#include <QPushButton>
 #include <QSignalSpy>
 
 #include "FenkTestMain.h"
@@ -96,6 +99,41 @@ private Q_SLOTS:
         QVERIFY(qAbs(search->geometry().center().x() - window.titlebar()->rect().center().x()) <= 1);
         QCOMPARE(search->width(), 350);
         QVERIFY(window.titlebar()->rect().contains(search->geometry()));
+    }
+
+    void keysOpenTheMenuAndPressButtons() {
+        SampleWindow window;
+        auto* row = new QWidget;
+        auto* push = new QPushButton("Push", row);
+        auto* box = new QCheckBox("Check", row);
+        window.setCentralWidget(row);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QVERIFY2(window.hasFocus(), "no button has the focus unasked");
+        QMenu* menu = window.titlebar()->menu();
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {});
+        for (const bool f10 : {true, false}) {
+            if (f10)
+                QTest::keyClick(window.windowHandle(), Qt::Key_F10);
+            else
+                QCoreApplication::sendEvent(&window, &menuKey);
+            QTRY_VERIFY(menu->isVisible());
+            QCOMPARE(menu->activeAction(), menu->actions().first());
+            QTest::keyClick(menu, Qt::Key_Escape);
+            QTRY_VERIFY(!menu->isVisible());
+            QVERIFY(window.hasFocus());
+        }
+        QSignalSpy pressed(push, &QPushButton::clicked);
+        push->setFocus();
+        for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space})
+            QTest::keyClick(window.windowHandle(), Qt::Key(key));
+        QCOMPARE(pressed.count(), 3);
+        box->setFocus();
+        QTest::keyClick(window.windowHandle(), Qt::Key_Return);
+        QVERIFY(!box->isChecked());
+        window.titlebar()->setMenuVisible(false);
+        QTest::keyClick(window.windowHandle(), Qt::Key_F10);
+        QVERIFY(!menu->isVisible());
     }
 
     void programsMenuEndsWithTheStandardEntries() {

@@ -1,7 +1,6 @@
 #include "launch/banner/BannerCloseConfirmDialog.h"
 
 #include <QAbstractButton>
-#include <QShowEvent>
 
 namespace {
 
@@ -35,10 +34,4 @@ BannerCloseConfirmDialog::BannerCloseConfirmDialog(QWidget* banner, Form form) :
         if (index == Close)
             Q_EMIT confirmClose();
     });
-}
-
-void BannerCloseConfirmDialog::showEvent(QShowEvent* event) {
-    Dialog::showEvent(event);
-    if (!event->spontaneous())
-        moveToCenter();
 }

@@ -13,7 +13,4 @@ public:
 
 Q_SIGNALS:
     void confirmClose();  ///< stop it
-
-protected:
-    void showEvent(QShowEvent* event) override;
 };

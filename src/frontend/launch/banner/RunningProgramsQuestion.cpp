@@ -1,7 +1,6 @@
 #include "launch/banner/RunningProgramsQuestion.h"
 
 #include <QAbstractButton>
-#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include "fenk/Label.h"
@@ -48,10 +47,4 @@ RunningProgramsQuestion::RunningProgramsQuestion(const QString& appName, const Q
     for (int i : {0, close})
         button(i)->setAccessibleDescription(button(i)->text());
     connect(this, &QDialog::finished, this, [this, close](int index) { Q_EMIT answered(index == close); });
-}
-
-void RunningProgramsQuestion::showEvent(QShowEvent* event) {
-    Dialog::showEvent(event);
-    if (!event->spontaneous())
-        moveToCenter();
 }

@@ -15,7 +15,4 @@ public:
 
 Q_SIGNALS:
     void answered(bool close);  ///< once, unless the dialog is destroyed before
-
-protected:
-    void showEvent(QShowEvent* event) override;
 };

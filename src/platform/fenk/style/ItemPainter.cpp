@@ -29,6 +29,10 @@ bool begins(const QStyleOptionViewItem* option, const QWidget* widget) {
            option->viewItemPosition == QStyleOptionViewItem::Invalid;
 }
 
+QRect sidebarRow(const QRect& row) {
+    return row.adjusted(Tokens::Space8, 2, -Tokens::Space8, -2);
+}
+
 }  // namespace
 
 void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* widget) {
@@ -49,7 +53,7 @@ void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* w
         return;
     }
     if (hasSidebarLook(widget)) {
-        const QRect inner = option->rect.adjusted(Tokens::Space8, 2, -Tokens::Space8, -2);
+        const QRect inner = sidebarRow(option->rect);
         // Trees ask for the room before a row too, which may be none.
         if (inner.isValid())
             Paint::box(painter, inner, Tokens::RadiusWindow, chosen ? soft : withAlpha(soft, 0.6));
@@ -64,6 +68,11 @@ void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* w
                            QRect(option->rect.left(), option->rect.top() + Tokens::Space4,
                                  Tokens::SelectionEdge, option->rect.height() - 2 * Tokens::Space4));
     Paint::box(painter, edge, Tokens::SelectionEdge / 2.0, color(Theme::Accent));
+}
+
+void sidebarRing(QPainter* painter, const QStyleOptionViewItem* option) {
+    if (Paint::keyboardFocus(option))
+        Paint::ring(painter, sidebarRow(option->rect), Tokens::RadiusWindow);
 }
 
 void branch(QPainter* painter, const QStyleOption* option) {

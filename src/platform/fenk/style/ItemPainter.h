@@ -16,6 +16,8 @@ namespace Fenk::ItemPainter {
 
 /// Ground of a row: hover and selection, the accent edge at its start.
 void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* widget);
+/// Around a row of a sidebar that has the keyboard's focus; nothing for another.
+void sidebarRing(QPainter* painter, const QStyleOptionViewItem* option);
 void branch(QPainter* painter, const QStyleOption* option);
 
 void headSection(QPainter* painter, const QStyleOptionHeader* option);

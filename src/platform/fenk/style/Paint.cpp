@@ -1,5 +1,10 @@
 #include "fenk/style/Paint.h"
 
+#include <QImage>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
 #include "fenk/Color.h"
 
 namespace Fenk::Paint {
@@ -45,6 +50,33 @@ void ring(QPainter* painter, const QRectF& rect, qreal radius) {
     painter->setPen(QPen(color(Theme::Accent), Tokens::RingWidth));
     painter->setBrush(Qt::NoBrush);
     painter->drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+void shadow(QPainter* painter, const QRect& rect, qreal radius) {
+    constexpr int reach = Tokens::ShadowBlur;
+    constexpr double sigma = reach / 2.0;
+    const double opacity = Theme::instance()->isDark() ? Tokens::ShadowDark : Tokens::ShadowLight;
+    // Opacity by distance from the edge; the blur reaches as far inwards.
+    std::array<int, 2 * reach + 1> levels{};
+    for (int i = 0; i <= 2 * reach; ++i)
+        levels[size_t(i)] = qRound(255 * opacity * std::erfc((i - reach) / (sigma * std::sqrt(2.0))) / 2);
+
+    QImage image(rect.size() + QSize(2 * reach, 2 * reach), QImage::Format_ARGB32_Premultiplied);
+    const QPointF middle(image.width() / 2.0, image.height() / 2.0);
+    const QPointF half(rect.width() / 2.0 - radius, rect.height() / 2.0 - radius);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        const double dy = std::abs(y + 0.5 - middle.y()) - half.y();
+        for (int x = 0; x < image.width(); ++x) {
+            const double dx = std::abs(x + 0.5 - middle.x()) - half.x();
+            const double outside = std::hypot(std::max(dx, 0.0), std::max(dy, 0.0));
+            const double distance = outside + std::min(std::max(dx, dy), 0.0) - radius;
+            line[x] = qRgba(0, 0, 0, levels[size_t(qBound(0, qRound(distance) + reach, 2 * reach))]);
+        }
+    }
+    const Scope scope(painter);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
+    painter->drawImage(rect.topLeft() - QPoint(reach, reach - Tokens::ShadowDrop), image);
 }
 
 void tick(QPainter* painter, const QRectF& rect, const QColor& ink) {

@@ -40,6 +40,9 @@ void box(QPainter* painter, const QRectF& rect, qreal radius, const QColor& fill
 /// A ring inside `rect`, for items that cannot have one outside.
 void ring(QPainter* painter, const QRectF& rect, qreal radius);
 
+/// What floats throws this shadow; only what lies outside of `rect` is for the eye.
+void shadow(QPainter* painter, const QRect& rect, qreal radius);
+
 void tick(QPainter* painter, const QRectF& rect, const QColor& color);
 void chevron(QPainter* painter, const QRectF& rect, Qt::ArrowType direction, const QColor& color);
 

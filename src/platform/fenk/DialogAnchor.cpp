@@ -1,0 +1,84 @@
+#include "fenk/DialogAnchor.h"
+
+#include <QEvent>
+
+#include "fenk/MainWindow.h"
+#include "fenk/Veil.h"
+
+namespace Fenk {
+
+namespace {
+
+bool canHaveFocus(const QWidget* widget) {
+    return widget && widget->isVisible() && widget->isEnabled() && widget->focusPolicy() != Qt::NoFocus;
+}
+
+}  // namespace
+
+DialogAnchor::DialogAnchor(QWidget* dialog) : QObject(dialog), m_dialog(dialog) {
+    dialog->installEventFilter(this);
+}
+
+DialogAnchor::~DialogAnchor() {
+    release();
+}
+
+bool DialogAnchor::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_dialog) {
+        // A dialog that is only minimised comes back by itself.
+        if (event->type() == QEvent::Show && !event->spontaneous())
+            take();
+        else if (event->type() == QEvent::Hide && !event->spontaneous())
+            release();
+    } else if (watched == m_window && (event->type() == QEvent::Move || event->type() == QEvent::Resize)) {
+        follow();
+    }
+    return false;
+}
+
+void DialogAnchor::take() {
+    QWidget* window = m_dialog->parentWidget() ? m_dialog->parentWidget()->window() : nullptr;
+    if (m_window || !window || !window->isVisible())
+        return;
+    m_window = window;
+    m_middle = window->geometry().center();
+    m_focusChain.clear();
+    for (QWidget* widget = window->focusWidget(); widget && widget != window; widget = widget->parentWidget())
+        m_focusChain.append(widget);
+    window->installEventFilter(this);
+    moveToMiddle(m_dialog);
+    m_veil = Veil::of(window);
+    m_veil->add(m_dialog);
+}
+
+void DialogAnchor::release() {
+    if (!m_window)
+        return;
+    m_window->removeEventFilter(this);
+    if (m_veil)
+        m_veil->remove(m_dialog);
+    returnFocus();
+    m_window.clear();
+}
+
+void DialogAnchor::follow() {
+    const QPoint middle = m_window->geometry().center();
+    if (middle != m_middle)
+        m_dialog->move(m_dialog->pos() + middle - m_middle);
+    m_middle = middle;
+}
+
+/// Not where something else took the focus meanwhile on purpose.
+void DialogAnchor::returnFocus() const {
+    if (canHaveFocus(m_window->focusWidget()))
+        return;
+    for (const QPointer<QWidget>& widget : m_focusChain) {
+        if (canHaveFocus(widget)) {
+            widget->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
+    m_window->setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace Fenk
