@@ -1,6 +1,8 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QGraphicsEffect>
+#include <QHelpEvent>
+#include <QLayout>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QWindow>
@@ -234,6 +236,27 @@ private Q_SLOTS:
         QCOMPARE(text("status"), QString("Three lines"));
         m_banner->setStatus("Fixing ... 0%");
         QCOMPARE(text("status"), QString("Fixing ... 0%"));
+    }
+
+    void longNamesTakeTwoLines() {
+        QVERIFY2(m_banner->hasFocus(), "no button has the focus unasked");
+        auto* name = m_banner->findChild<Fenk::Label*>("app_name");
+        const int line = name->fontMetrics().lineSpacing();
+        const auto lines = [&](const QString& text) {
+            m_banner->setAppName(text);
+            m_banner->centralWidget()->layout()->activate();
+            return qRound(double(name->height()) / line);
+        };
+        QCOMPARE(lines("Ledger"), 1);
+        QCOMPARE(lines("Harbour Office Professional Setup"), 2);
+        QVERIFY(name->toolTip().isEmpty());
+        const QString endless = QString("Harbour Office ").repeated(9).trimmed();
+        QCOMPARE(lines(endless), 2);
+        QCOMPARE(lines(QString(endless).remove(' ')), 2);
+        QCOMPARE(name->width(), 200);
+        QHelpEvent asked(QEvent::ToolTip, {}, {});
+        QCoreApplication::sendEvent(name, &asked);
+        QCOMPARE(name->toolTip(), QString(endless).remove(' '));
     }
 
     void percentagesNeverFall() {

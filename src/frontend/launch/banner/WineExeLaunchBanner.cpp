@@ -64,8 +64,9 @@ WineExeLaunchBanner::WineExeLaunchBanner(QWidget* parent)
 }
 
 void WineExeLaunchBanner::arrange() {
-    for (Label* line : {m_name, m_status, m_description})
+    for (Label* line : {m_status, m_description})
         line->setElided(true);
+    m_name->setElidedAfter(2);
     m_name->setObjectName("app_name");
     m_name->setAlignment(Qt::AlignCenter);
     m_name->setMaximumWidth(NameMaxWidth);
