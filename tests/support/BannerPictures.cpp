@@ -97,6 +97,12 @@ QImage environment(const QString& state) {
         banner.showNotStarted(EnvInitBanner::tr("The setup did not start"),
                               EnvInitBanner::tr("%1 cannot be run. Please install Cellarix again.")
                                   .arg("init-bottle-in-client.sh"));
+    if (state == "retry")
+        banner.showCompleted(script.completedTitle, script.completedMessage);
+    if (state == "retry" || state == "failed")
+        banner.offerRetry(state == "retry"
+                              ? EnvInitBanner::tr("Not all of it succeeded (exit code %1)").arg(1)
+                              : QString());
     return picture({&banner});
 }
 
@@ -113,6 +119,7 @@ const QVector<PictureState> States = {
     {"env-logs", [] { return environment("logs"); }},
     {"env-done", [] { return environment("done"); }},
     {"env-failed", [] { return environment("failed"); }},
+    {"env-retry", [] { return environment("retry"); }},
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "launch/environment/EnvInitBanner.h"
 
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest>
@@ -112,7 +113,7 @@ private Q_SLOTS:
             QVERIFY(hasEnded(script));
             QCOMPARE(script.banner->windowTitle(), "Completed");
             QCOMPARE(script.banner->size(), QSize(660, 432));
-            QTest::keyClick(script.banner->focusWidget(), Qt::Key_Return);
+            QTest::mouseClick(script.banner->findChild<QWidget*>("start_using_btn"), Qt::LeftButton);
             QVERIFY(!script.banner->isVisible());
         });
         QVERIFY(!script.banner && !script.process);
@@ -164,13 +165,36 @@ private Q_SLOTS:
     }
 
     void cannotBeStarted() {
-        BottleEnvScript script = record("", 0, false);
+        BottleEnvScript script = record("exit 0", 0, false);
         whileShown(script, [&] {
             QTRY_VERIFY(hasEnded(script));
             QVERIFY(text(script).contains(m_path));
             QVERIFY(script.banner->windowTitle() != script.completedTitle);
+            QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+            const auto* retry = script.banner->findChild<QPushButton*>("retry_btn");
+            QVERIFY(retry->isVisible() && retry->hasFocus());
+            QTest::keyClick(script.banner->focusWidget(), Qt::Key_Return);
+            QVERIFY(script.running && !retry->isVisible());
+            QTRY_VERIFY(hasEnded(script));
+            QCOMPARE(script.banner->windowTitle(), script.completedTitle);
+            QVERIFY(!retry->isVisible());
         });
         QVERIFY(!script.running && !script.banner && !script.process);
+        QCOMPARE(runs(), "-r\n");
+    }
+
+    void failedRunsAreMadeAgain() {
+        BottleEnvScript script = record("[ -e \"$0.mended\" ]");
+        whileShown(script, [&] {
+            QTRY_VERIFY(hasEnded(script));
+            auto* retry = script.banner->findChild<QPushButton*>("retry_btn");
+            QVERIFY(script.banner->findChild<QLabel*>("env_reason")->text().contains("exit code 1"));
+            QVERIFY(QFile(m_path + ".mended").open(QIODevice::WriteOnly));
+            retry->click();
+            QTRY_VERIFY(hasEnded(script));
+            QVERIFY(!retry->isVisible());
+        });
+        QCOMPARE(runs(), "-r\n-r\n");
     }
 
     void update_data() { closedWhileRunning_data(); }

@@ -58,6 +58,10 @@ void BottleEnvScript::start(bool force) {
     const bool isShown = banner && banner->isVisible();
     if (!banner) {
         banner = new EnvInitBanner;
+        QObject::connect(banner, &EnvInitBanner::retryRequested, banner, [this] {
+            if (!running)
+                launch();
+        });
         launch();
         banner->moveToCenter();
     }
@@ -85,12 +89,14 @@ void BottleEnvScript::launch() {
     QObject::connect(process, &QProcess::readyReadStandardError, process, readError, Qt::QueuedConnection);
     QObject::connect(
         process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), process,
-        [=](int code) {
+        [=](int code, QProcess::ExitStatus status) {
             readOutput();
             readError();
             show(standardOutput->rest() + standardError->rest());
             qInfo() << "ended with" << code << scriptPath;
             end(true);
+            if (banner && (code != 0 || status != QProcess::NormalExit))
+                banner->offerRetry(EnvInitBanner::tr("Not all of it succeeded (exit code %1)").arg(code));
         },
         Qt::QueuedConnection);
     QObject::connect(
@@ -119,10 +125,12 @@ void BottleEnvScript::end(bool started) {
     }
     if (banner && started)
         banner->showCompleted(completedTitle, completedMessage);
-    else if (banner)
+    if (banner && !started) {
         banner->showNotStarted(EnvInitBanner::tr("The setup did not start"),
                                EnvInitBanner::tr("%1 cannot be run. Please install Cellarix again.")
                                    .arg(QFileInfo(scriptPath).fileName()));
+        banner->offerRetry();
+    }
     process->deleteLater();
     process = nullptr;
 }

@@ -24,8 +24,9 @@ struct BottleEnvScript {
     bool needsRun() const;
 
     /// Runs the script, if it has something to do or `force`, and shows the banner until it is closed. While
-    /// there is a banner of an earlier run, only shows that one again. Afterwards `running` tells whether the
-    /// user closed the banner before the script's end.
+    /// there is a banner of an earlier run, only shows that one again. A run that failed can be made again
+    /// from its banner. Afterwards `running` tells whether the user closed the banner before the script's
+    /// end.
     void start(bool force);
 
 private:

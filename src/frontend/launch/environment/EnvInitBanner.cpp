@@ -22,6 +22,7 @@ constexpr QSize BannerSize(660, 432);
 constexpr QSize StageSize(500, 200);
 constexpr QSize ResultSize(180, 160);
 constexpr int StartWidth = 350;
+constexpr int RetryWidth = 120;
 
 Label* centred(Label::Kind kind) {
     auto* label = new Label(kind);
@@ -48,7 +49,9 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
       m_title(centred(Label::Heading)),
       m_description(centred(Label::Secondary)),
       m_message(centred(Label::Secondary)),
+      m_reason(centred(Label::Secondary)),
       m_expand(new QPushButton),
+      m_retry(new QPushButton(tr("Retry"))),
       m_start(new SuggestButton(tr("Start Using"))) {
     setObjectName("env_init_banner");
     setAccessibleName("env_init_banner");
@@ -75,6 +78,8 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
     m_description->setObjectName("env_description");
     m_description->setText(tr("It will take a few minutes, please wait patiently."));
     m_message->setObjectName("env_message");
+    m_reason->setObjectName("env_reason");
+    m_reason->setTextRole(Theme::Warning);
     m_expand->setObjectName("expand_logsbtn");
     m_expand->setAccessibleName("expand_logsbtn");
     m_expand->setAutoDefault(false);
@@ -86,6 +91,13 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
     m_start->setAutoDefault(false);
     m_start->setFixedWidth(StartWidth);
     connect(m_start, &QPushButton::clicked, this, [this] { done(0); });
+
+    m_retry->setObjectName("retry_btn");
+    m_retry->setAccessibleName("retry_btn");
+    m_retry->setAccessibleDescription(m_retry->text());
+    m_retry->setAutoDefault(false);
+    m_retry->setMinimumWidth(RetryWidth);
+    connect(m_retry, &QPushButton::clicked, this, &EnvInitBanner::retryRequested);
 
     auto* head = new QHBoxLayout;
     head->setSpacing(Tokens::Space8);
@@ -103,10 +115,17 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
     layout->addSpacing(Tokens::Space4);
     layout->addWidget(m_description, 0, Qt::AlignHCenter);
     layout->addWidget(m_message, 0, Qt::AlignHCenter);
-    layout->addSpacing(Tokens::Space12);
+    layout->addWidget(m_reason, 0, Qt::AlignHCenter);
+    layout->addSpacing(Tokens::Space4);
     layout->addWidget(m_expand, 0, Qt::AlignHCenter);
     layout->addStretch();
-    layout->addWidget(m_start, 0, Qt::AlignHCenter);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(Tokens::Space12);
+    buttons->addStretch();
+    buttons->addWidget(m_retry);
+    buttons->addWidget(m_start);
+    buttons->addStretch();
+    layout->addLayout(buttons);
     QSizePolicy keepsItsPlace = m_start->sizePolicy();
     keepsItsPlace.setRetainSizeWhenHidden(true);
     m_start->setSizePolicy(keepsItsPlace);
@@ -125,6 +144,8 @@ void EnvInitBanner::showRunning(const QString& title) {
     m_spinner->show();
     m_description->show();
     m_message->hide();
+    m_reason->hide();
+    m_retry->hide();
     m_start->hide();
 }
 
@@ -136,6 +157,13 @@ void EnvInitBanner::showNotStarted(const QString& title, const QString& message)
     const QSize size(Tokens::IconTile, Tokens::IconTile);
     const QColor colour = Theme::instance()->color(Theme::Warning);
     showEnd(tintedPixmap(Theme::icon("fenk-warning"), size, devicePixelRatioF(), colour), title, message);
+}
+
+void EnvInitBanner::offerRetry(const QString& reason) {
+    m_reason->setText(reason);
+    m_reason->setVisible(!reason.isEmpty());
+    m_retry->show();
+    m_retry->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 void EnvInitBanner::showEnd(const QPixmap& picture, const QString& title, const QString& message) {
@@ -171,7 +199,7 @@ void EnvInitBanner::appendLines(const QStringList& lines) {
 
 void EnvInitBanner::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isReturn && m_start->isVisible() && !m_expand->hasFocus())
+    if (isReturn && m_start->isVisible())
         m_start->click();
     else
         Dialog::keyPressEvent(event);

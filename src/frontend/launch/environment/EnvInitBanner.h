@@ -13,8 +13,9 @@ class SuggestButton;
 }  // namespace Fenk
 
 /// The window of a script that sets something up: that it is at work, what it prints, and its end. It only
-/// shows; BottleEnvScript runs the script. Closing it, with "Start Using", the close button or Escape, ends
-/// nothing. Nothing moves when the logs are shown: they take the place of the picture.
+/// shows; BottleEnvScript runs the script, and runs it again after a failure. Closing it, with "Start Using",
+/// the close button or Escape, ends nothing. Nothing moves when the logs are shown: they take the place of
+/// the picture.
 class EnvInitBanner : public Fenk::Dialog {
     Q_OBJECT
 public:
@@ -29,6 +30,11 @@ public:
     void showCompleted(const QString& title, const QString& message);
     /// The end look of a script that did not even start.
     void showNotStarted(const QString& title, const QString& message);
+    /// Below an end look: what went wrong, if there is more to say, and the button that asks for another run.
+    void offerRetry(const QString& reason = {});
+
+Q_SIGNALS:
+    void retryRequested();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -44,6 +50,8 @@ private:
     Fenk::Label* m_title;
     Fenk::Label* m_description;
     Fenk::Label* m_message;
+    Fenk::Label* m_reason;
     QPushButton* m_expand;
+    QPushButton* m_retry;
     Fenk::SuggestButton* m_start;
 };
