@@ -307,6 +307,7 @@ void ExeFileExecutor::launch() {
     ++m_starts;
     m_hasBeenSeen = false;
     m_looks = 0;
+    m_failure = {};
     closeLauncher();
     m_launcher->setBottle(m_bottlesName);
     const bool isConsole = m_checker && m_checker->isConsole();

@@ -81,6 +81,7 @@ void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus stat
 /// When Wine's server dies while others start, they wait for it for ever, the program and the monitor alike.
 void ExeFileExecutor::onSilence() {
     qWarning().noquote() << "nothing was heard of" << m_bottlesName << "for long; Wine seems to hang";
+    m_failure.isSilent = true;
     onExeFinished(0);
 }
 
@@ -113,7 +114,6 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     m_hasHandedOver = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
-    m_failure = {};
     const LauncherExit::Report script = m_launcher->report();
     m_failure.launcherExit = script.exitCode;
     m_failure.launcherReason = script.hasLog || m_bottleError.isEmpty()
@@ -160,6 +160,7 @@ void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
     m_failure.programName = displayName();
     m_failure.exitCode = exitCode;
     m_failure.isExitCodeKnown = m_isExitKnown;
+    m_failure.seconds = m_seconds;
     m_failure.windowSeen = found.windowSeen;
     m_failure.crashed = m_failure.crashed || found.crashed;
     m_failure.components = m_components;

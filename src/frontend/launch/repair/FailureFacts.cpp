@@ -1,10 +1,10 @@
 #include "launch/repair/FailureFacts.h"
 
-#include "launch/repair/FailurePatterns.h"
+#include "launch/repair/FailureSearch.h"
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
 
 void FailureFacts::addLog(const WineLogParser& log, int findings) {
-    signs += FailurePatterns::find(log);
+    signs += FailureSearch::signs(log);
     crashed = crashed || (findings & LogCrash);
 }

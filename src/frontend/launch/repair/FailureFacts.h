@@ -8,13 +8,55 @@
 
 class WineLogParser;
 
-/// What can be wrong with a program under Wine, in the order in which it is told: what stands first is the
-/// cause of what stands behind it. (No screen to draw on makes a program crash, never the other way round.)
+/// What can be wrong with a program under Wine. What stands first is told first: the cause before its
+/// consequences, and a clear trace before a vague one.
 enum class Failure {
-    LauncherRefused,  ///< the launch script never reached the program
-    MissingDll,       ///< detail: its file name
-    UnimplementedFunction,
-    Crash,
+    NoDisplay,
+    DiskFull,
+    NotOwner,        ///< the bottle belongs to another user
+    ServerMismatch,  ///< another version of Wine is running in the bottle
+    DamagedBottle,   ///< detail: Wine's file that is missing
+    TooManyFiles,
+    Needs32Bit,
+    BadProgram,  ///< no Windows program, cut off, or for another processor
+    OutOfMemory,
+    AntiCheat,       ///< detail: its product name
+    CopyProtection,  ///< the same
+    KernelDriver,    ///< detail: the driver
+    MissingDll,      ///< detail: its file name
+    MissingEntryPoint,  ///< detail: the DLL that is of another version
+    SideBySide,      ///< detail: the assembly of a manifest
+    MissingMono,
+    MissingDotNetFramework,
+    MissingDotNet,   ///< detail: its version
+    MissingJava,
+    MissingGecko,
+    MissingWebView2,
+    MissingWinRT,     ///< detail: the class
+    NoVulkan,
+    NoDirect3D12,
+    NoOpenGL,
+    WindowsVersion,  ///< detail: the one that it asks for
+    NeedsAdministrator,
+    AlreadyRunning,
+    Msi,  ///< detail: the error's number
+    Updater,
+    Offline,  ///< the program has not reached its server
+    UnimplementedFunction,  ///< detail: the DLL
+    ManagedException,       ///< detail: the .NET class
+    Crash,                  ///< detail: the exception's code in hexadecimal digits
+    SetupFailed,
+    MissingDatabase,
+    MissingCodec,
+    NoFreeType,    ///< Wine cannot draw text
+    NoEncryption,  ///< Wine's library for secure connections is missing
+    BrokenRuntime,
+    Locked,  ///< a file is in use
+    AccessDenied,
+    NetworkPath,
+    MissingFlash,
+    MissingClass,  ///< detail: of COM
+    Hang,
 };
 
 /// A trace of a failure in the log.
@@ -25,18 +67,18 @@ struct FailureSign {
 };
 
 /// What is known of a launch that has failed, for Diagnosis::of. A stored program that nobody has watched is
-/// described by its log alone: addLog() then fills all that there is.
+/// described by its log alone: addLog() then fills all that there is, and the caller adds `components`.
 struct FailureFacts {
     QString programName;
     int exitCode = 0;              ///< of the program, 0 to 255
     bool isExitCodeKnown = false;  ///< by whoever started the program
+    int seconds = 0;               ///< that the program has run
+    bool isSilent = false;         ///< nothing was heard of the bottle for long, although the program runs
     bool windowSeen = false;
     bool crashed = false;
     QString launcherReason;  ///< why the launch script never reached the program, ready for the user
-    int launcherExit = 0;    ///< its exit code then, one of LauncherExit
 
-    QVector<FailureSign> signs;
-    quint32 exceptionCode = 0;  ///< of the crash, 0 when it is not known
+    QVector<FailureSign> signs;  ///< in the order of Failure
 
     QStringList components;  ///< that the log asks for and that were not tried yet
     QStringList fonts;       ///< the same

@@ -1,15 +1,24 @@
 #pragma once
 
+#include <QRegularExpression>
+#include <QString>
 #include <QVector>
 
 #include "launch/repair/FailureFacts.h"
 
-/// The traces that failures leave in a log, as a table of fixed texts. Reads only the lines that the parser
-/// has kept, and of very many only the first and last ones. A log is written by strangers: what is taken from
-/// it is short and of one line.
-namespace FailurePatterns {
+/// A trace that a failure leaves in a log.
+struct FailurePattern {
+    enum Source {
+        Logged,  ///< a line of Wine, its server or the launch script
+        Said,    ///< what the program itself draws, as in a message box, or prints; matched in lower case
+    };
 
-/// In the order of Failure, each failure once for each name; at most 64.
-QVector<FailureSign> find(const WineLogParser& log);
+    Failure failure;
+    Source source;
+    QString text;               ///< that the line holds
+    QRegularExpression detail;  ///< that it must match as well, if valid and not empty; captures the detail
+    QString component;          ///< that brings what is missing
+};
 
-}  // namespace FailurePatterns
+/// All that are known. Compiled once in the process.
+const QVector<FailurePattern>& failurePatterns();

@@ -14,12 +14,16 @@
 #include "launch/winelog/LogLineScanner.h"
 #include "launch/winelog/MissingFontsRule.h"
 #include "launch/winelog/MissingODBCRule.h"
+#include "launch/winelog/PrintedLines.h"
 
 namespace {
 
 constexpr qint64 MaximumBytes = 0xa00000;
 constexpr int MibUtf8 = 106;
+constexpr int LongestLine = 1024;  // of a crash
 constexpr unsigned AllRules = 0xff;
+constexpr int DrawnTexts = 200;
+const QLatin1String Drawn(":text:DrawTextExW L\"");
 
 bool isOfInterest(const QString& line) {
     return !line.contains("err:environ:init_peb") && (line.contains("err") || line.contains("fixme"));
@@ -64,6 +68,16 @@ int WineLogParser::parseFile(const QString& path) {
     else if (file.size() > MaximumBytes)
         file.seek(file.size() - MaximumBytes);
     const QByteArray bytes = file.isOpen() ? file.read(MaximumBytes) : QByteArray();
+    const int findings = parse(bytes);
+    printedLines = ::printedLines(bytes);
+    // The line of a crash, which may stand far from both ends.
+    const int crash = findings & LogCrash ? bytes.indexOf(", starting debugger...") : -1;
+    if (crash >= 0)
+        printedLines += ::printedLines(bytes.mid(bytes.lastIndexOf('\n', crash) + 1, LongestLine));
+    return findings;
+}
+
+int WineLogParser::parse(const QByteArray& bytes) {
     // Only where ASCII letters never are a part of others can the bytes themselves be searched.
     if (hasByteOrderMark(bytes) || QTextCodec::codecForLocale()->mibEnum() != MibUtf8) {
         QTextStream stream(bytes);
@@ -106,7 +120,18 @@ int WineLogParser::parseBytes(const QByteArray& bytes) {
     return findings;
 }
 
+void WineLogParser::keepDrawnText(const QString& line) {
+    const int at = line.indexOf(Drawn);
+    if (at < 0)
+        return;
+    if (drawnTexts.size() == DrawnTexts)
+        drawnTexts.removeFirst();
+    drawnTexts.append(line.mid(at + Drawn.size()));
+}
+
 void WineLogParser::parseLine(const QString& line, unsigned rules, int* findings) {
+    if (rules & LogLineScanner::DialogText)
+        keepDrawnText(line);
     bool isOther = false;
     unsigned bit = 1;
     for (LogParseRule* rule : m_rules->inOrder()) {

@@ -31,11 +31,17 @@ public:
     QStringList parsedLogs;  ///< each distinct line with a finding, in the order of its first appearance
     QStringList otherLogs;   ///< each other distinct line of interest
 
+    // For the reason of a failure; the findings do not depend on them.
+    QStringList drawnTexts;    ///< that the program has drawn last, at most 200, as Wine wrote them
+    QStringList printedLines;  ///< of no channel; only from a file
+
 private:
     struct Rules;
 
     void begin();
+    int parse(const QByteArray& bytes);
     int parseBytes(const QByteArray& bytes);
+    void keepDrawnText(const QString& line);
     /// `rules` are the bits of those that may match.
     void parseLine(const QString& line, unsigned rules, int* findings);
 

@@ -1,0 +1,108 @@
+#include "launch/repair/FailureSearch.h"
+
+#include <algorithm>
+
+#include "launch/repair/FailurePatterns.h"
+#include "launch/winelog/DllTable.h"
+#include "launch/winelog/WineEscapes.h"
+#include "launch/winelog/WineLogParser.h"
+
+namespace {
+
+constexpr int MaximumSigns = 64;
+constexpr int LinesAtEachEnd = 1000;
+constexpr int LongestLine = 1024;  // characters that are looked at
+constexpr int LongestName = 80;
+
+/// Without what could break a line or mislead.
+QString cleanName(const QString& name) {
+    QString clean;
+    for (const QChar c : name.left(LongestName)) {
+        if (c.isPrint())
+            clean += c;
+    }
+    return clean.trimmed();
+}
+
+/// What Wine calls an exception, as the number that it was.
+QString exceptionCode(const QString& words) {
+    static const std::pair<const char*, const char*> names[] = {
+        {"page fault", "c0000005"},        {"illegal instruction", "c000001d"},
+        {"division by zero", "c0000094"},  {"privileged instruction", "c0000096"},
+        {"stack overflow", "c00000fd"},
+    };
+    for (const auto& [name, code] : names) {
+        if (words.startsWith(QLatin1String(name)))
+            return code;
+    }
+    return QString(words).remove("exception 0x");
+}
+
+class Search {
+public:
+    void lookThrough(const QStringList& lines, FailurePattern::Source source) {
+        const int count = lines.size();
+        for (int i = 0; i < count; ++i) {
+            if (i == LinesAtEachEnd)
+                i = std::max(i, count - LinesAtEachEnd);
+            look(lines.at(i).left(LongestLine), source);
+        }
+    }
+
+    QVector<FailureSign> inOrder() {
+        std::stable_sort(m_signs.begin(), m_signs.end(),
+                         [](const FailureSign& a, const FailureSign& b) { return a.failure < b.failure; });
+        return m_signs;
+    }
+
+private:
+    void look(const QString& line, FailurePattern::Source source) {
+        const QString text = source == FailurePattern::Said ? unescapedWineText(line).toLower() : line;
+        for (const FailurePattern& pattern : failurePatterns()) {
+            if (m_signs.size() >= MaximumSigns)
+                return;
+            if (pattern.source != source || !text.contains(pattern.text))
+                continue;
+            QString name;
+            if (!pattern.detail.pattern().isEmpty()) {
+                const auto match = pattern.detail.match(text);
+                if (!match.hasMatch())
+                    continue;
+                name = cleanName(match.captured(1));
+            }
+            add(pattern, pattern.failure == Failure::Crash ? exceptionCode(name) : name);
+        }
+    }
+
+    void add(const FailurePattern& pattern, const QString& name) {
+        const bool isKnown = std::any_of(m_signs.cbegin(), m_signs.cend(), [&](const FailureSign& other) {
+            return other.failure == pattern.failure && other.detail.compare(name, Qt::CaseInsensitive) == 0;
+        });
+        if (!isKnown)
+            m_signs.append({pattern.failure, name, componentFor(pattern, name)});
+    }
+
+    static QString componentFor(const FailurePattern& pattern, const QString& name) {
+        if (pattern.failure == Failure::MissingDll || pattern.failure == Failure::UnimplementedFunction)
+            return DllTable::componentFor(name.toLower().remove(".dll"));
+        if (pattern.failure == Failure::MissingDotNet && !name.isEmpty())
+            return "dotnetcoredesktop" + name;
+        if (pattern.failure == Failure::MissingDotNetFramework && !name.isEmpty())
+            return "dotnet" + QString(name).remove('.');
+        return pattern.component;
+    }
+
+    QVector<FailureSign> m_signs;
+};
+
+}  // namespace
+
+QVector<FailureSign> FailureSearch::signs(const WineLogParser& log) {
+    Search search;
+    search.lookThrough(log.parsedLogs, FailurePattern::Logged);
+    search.lookThrough(log.otherLogs, FailurePattern::Logged);
+    search.lookThrough(log.printedLines, FailurePattern::Logged);
+    search.lookThrough(log.printedLines, FailurePattern::Said);
+    search.lookThrough(log.drawnTexts, FailurePattern::Said);
+    return search.inOrder();
+}
