@@ -66,20 +66,23 @@ private Q_SLOTS:
         row("staging", facts({crash}, {}, {staging}), staging,
             "It crashed. Repair tries another version of Wine.");
         row("own advice", facts({driver, crash}, {}, {staging}), staging,
-            "It needs the Windows driver x.sys, and Wine cannot load drivers. Look for a version that needs no "
+            "It needs the Windows driver x.sys, and Wine cannot load drivers. Look for a version that needs "
+            "no "
             "driver.");
         row("components first", facts({dll}, {"mfc42"}, {staging}), RepairAction::InstallComponents,
             "It needs mfc42.dll, which is part of Visual C++ 6. Repair installs it.");
         row("of an ill bottle", facts({damaged}, {"mfc42"}, {RepairAction::RenewBottle}),
             RepairAction::RenewBottle,
-            "The bottle is damaged: x.dll of Windows cannot be loaded. Repair renews the files of Windows and "
+            "The bottle is damaged: x.dll of Windows cannot be loaded. Repair renews the files of Windows "
+            "and "
             "keeps your own.");
         row("of a sound one", facts({crash}, {}, {RepairAction::RenewBottle}), RepairAction::None,
             "It crashed. Another version of Wine may run it.");
         FailureFacts tried = facts({dll}, {});
         tried.triedComponents << "mfc42";
         row("tried", tried, RepairAction::None,
-            "It needs mfc42.dll, which is part of Visual C++ 6. Visual C++ 6 was installed and did not help.");
+            "It needs mfc42.dll, which is part of Visual C++ 6. Visual C++ 6 was installed and did not "
+            "help.");
         FailureFacts refused = facts({dll}, {"mfc42"}, {RepairAction::LaunchAgain});
         refused.launcherReason = "No.";
         row("refused", refused, RepairAction::LaunchAgain, "No.");

@@ -50,8 +50,8 @@ private:
     RepairAction action() const {
         const auto can = [this](RepairAction action) { return m_facts.possible.contains(action); };
         const auto other = std::find_if(m_facts.possible.cbegin(), m_facts.possible.cend(), isOtherRepair);
-        const bool isOtherMeant = !m_facts.launcherReason.isEmpty() || isOf(Failure::DamagedBottle) ||
-                                  isOf(Failure::Needs32Bit);
+        const bool isOtherMeant =
+            !m_facts.launcherReason.isEmpty() || isOf(Failure::DamagedBottle) || isOf(Failure::Needs32Bit);
         if (isOtherMeant && other != m_facts.possible.cend())
             return *other;
         if (!m_facts.launcherReason.isEmpty())
@@ -70,7 +70,8 @@ private:
         if (m_facts.crashed)
             return FailureReason::of({Failure::Crash, {}, {}});
         if (!m_facts.fonts.isEmpty())
-            return {tr("It looks for fonts that are missing (%1).").arg(m_facts.fonts.mid(0, 3).join(", ")), {}};
+            return {tr("It looks for fonts that are missing (%1).").arg(m_facts.fonts.mid(0, 3).join(", ")),
+                    {}};
         if (m_facts.isSilent)
             return FailureReason::of({Failure::Hang, {}, {}});
         if (m_facts.windowSeen)
@@ -103,7 +104,9 @@ private:
                 return m_sign || m_facts.crashed ? tr("Repair installs the fonts that it misses.")
                                                  : tr("Repair installs them.");
             case RepairAction::SwitchToStaging:
-                return found.advice.isEmpty() || found.mayRunOnOtherWine ? tr("Repair tries another version of Wine.") : QString();
+                return found.advice.isEmpty() || found.mayRunOnOtherWine
+                           ? tr("Repair tries another version of Wine.")
+                           : QString();
             case RepairAction::InstallWow64Runner:
                 return tr("Repair installs a Wine that can run it.");
             case RepairAction::RenewBottle:

@@ -20,19 +20,19 @@ enum class Failure {
     Needs32Bit,
     BadProgram,  ///< no Windows program, cut off, or for another processor
     OutOfMemory,
-    AntiCheat,       ///< detail: its product name
-    CopyProtection,  ///< the same
-    KernelDriver,    ///< detail: the driver
-    MissingDll,      ///< detail: its file name
+    AntiCheat,          ///< detail: its product name
+    CopyProtection,     ///< the same
+    KernelDriver,       ///< detail: the driver
+    MissingDll,         ///< detail: its file name
     MissingEntryPoint,  ///< detail: the DLL that is of another version
-    SideBySide,      ///< detail: the assembly of a manifest
+    SideBySide,         ///< detail: the assembly of a manifest
     MissingMono,
     MissingDotNetFramework,
-    MissingDotNet,   ///< detail: its version
+    MissingDotNet,  ///< detail: its version
     MissingJava,
     MissingGecko,
     MissingWebView2,
-    MissingWinRT,     ///< detail: the class
+    MissingWinRT,  ///< detail: the class
     NoVulkan,
     NoDirect3D12,
     NoOpenGL,
@@ -41,7 +41,7 @@ enum class Failure {
     AlreadyRunning,
     Msi,  ///< detail: the error's number
     Updater,
-    Offline,  ///< the program has not reached its server
+    Offline,                ///< the program has not reached its server
     UnimplementedFunction,  ///< detail: the DLL
     ManagedException,       ///< detail: the .NET class
     Crash,                  ///< detail: the exception's code in hexadecimal digits

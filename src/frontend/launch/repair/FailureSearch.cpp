@@ -27,8 +27,8 @@ QString cleanName(const QString& name) {
 /// What Wine calls an exception, as the number that it was.
 QString exceptionCode(const QString& words) {
     static const std::pair<const char*, const char*> names[] = {
-        {"page fault", "c0000005"},        {"illegal instruction", "c000001d"},
-        {"division by zero", "c0000094"},  {"privileged instruction", "c0000096"},
+        {"page fault", "c0000005"},       {"illegal instruction", "c000001d"},
+        {"division by zero", "c0000094"}, {"privileged instruction", "c0000096"},
         {"stack overflow", "c00000fd"},
     };
     for (const auto& [name, code] : names) {
