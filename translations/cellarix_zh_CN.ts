@@ -382,14 +382,6 @@ please wait for the component download to complete!</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>It ended at once without showing a window.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>It needs %1, which is part of %2. Repair installs it.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>It needs %1, which is part of %2.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -397,16 +389,609 @@ please wait for the component download to complete!</source>
         <source>It needs %1, which is missing.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>It needs .NET; Repair installs Wine Mono (about 45 MB).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>View Logs shows what Wine said.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It looks for fonts that are missing (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ended, and the log does not say why.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ended without showing a window.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ended without showing a window (exit code %1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair installs it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair installs %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair installs the fonts that it misses.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair installs them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair tries another version of Wine.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair installs a Wine that can run it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair renews the files of Windows and keeps your own.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair starts it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 was installed and did not help.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <extracomment>two sentences, one after the other</extracomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another version of Wine may run it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It found no display to show a window on.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start it from a desktop session.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The disk is full.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make room and start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its bottle belongs to another user.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start it as that user, without sudo.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another version of Wine is still running in its bottle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>End the programs of this bottle and start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Windows files of its bottle are missing or damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bottle is damaged: %1 of Windows cannot be loaded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open the file in a new bottle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs more open files than this system allows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Raise the limit of open files (ulimit -n).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A part of it is a 32-bit program, which this Wine cannot run.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install 32-bit Wine (the package wine32).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its file is damaged or made for another kind of computer.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download it once more.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ran out of memory.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close other programs and start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is guarded by an anti-cheat system (%1), which does not accept Wine.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only its maker can change that.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its copy protection does not accept Wine or misses its disc or dongle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its copy protection (%1) does not accept Wine or misses its disc or dongle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Insert the disc or the dongle, or ask the maker for a version without.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs the Windows driver %1, and Wine cannot load drivers.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Look for a version that needs no driver.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Put that file beside the program, or install the program anew.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One of its DLLs has another version than it expects.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs another version of %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the program anew.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A runtime that its manifest names is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs the runtime %1, which its manifest names.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs .NET.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install Wine Mono into its bottle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs .NET Framework.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs .NET Framework %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install it into its bottle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs the .NET runtime.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs the .NET %1 runtime.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs Java for Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install a Java runtime for Windows into its bottle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It shows web pages and needs Wine Gecko for them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs the WebView2 runtime.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs a part of Windows that this Wine lacks (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs Vulkan, and this system has no driver for it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the Vulkan driver of your graphics card.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs Direct3D 12, which does not work here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the Vulkan driver of your graphics card, or let the program use Direct3D 11.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs 3D graphics, and OpenGL does not work on this system.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the driver of your graphics card.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It asks for another version of Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It asks for Windows %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It asks for administrator rights that it does not find.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It says that it is already running.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>End the other one, or all programs of its bottle, and start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its updater failed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download the newest version from its maker and install that.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It did not reach its server.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check the network and start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It calls a function that this Wine lacks.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It calls a function of %1 that this Wine lacks.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ended with a .NET error that it does not handle (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It may need Microsoft&apos;s .NET Framework.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its installation failed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start it again; where it asks, leave out drivers and services.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs a database engine of Microsoft&apos;s.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It plays video or sound for which this system has no decoder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the GStreamer plugins (good, bad, ugly, libav).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs secure connections, and Wine misses libgnutls for them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the package libgnutls30.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wine cannot draw text: FreeType is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the package libfreetype6.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The runtime around its Proton runner is broken.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A file that it needs is in use by another program.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>End the other programs of its bottle and start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It was not allowed to open a file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move it to a folder that you may write to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It looks for something on a network share that is not there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mount the share and open the program from there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs Flash Player, which is not made any more.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ask its maker for a newer version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs a COM class that is not registered (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the program anew, with all its parts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It hangs: its threads wait for each other.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Windows Installer could not be started.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installation was cancelled.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installation failed with a serious error (1603).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>View Logs may name the step that failed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It wants to change a program that is not installed (1605).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install the full version first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer does not find its source files (1612).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keep all its files together.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another installation is still running (1618).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wait for its end and start this one again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer package cannot be opened (1619).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer package is damaged (1620).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer could not write its log (1622).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Make room on the disk and start it again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A policy forbids the installation (1625).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The folder for temporary files is full or missing (1632).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer is made for another kind of computer (1633).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Get the version for 64-bit or 32-bit Windows.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another version is installed already (1638).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove that one first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer was started with wrong arguments (1639).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer wants Windows to restart (1641).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start the program: that is not needed here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A step of the installation failed (1722).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Start it again; leave out what is optional.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It stopped itself at a check that failed (80000003).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed on memory that it may not use (c0000005).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed on an instruction that this processor does not know (c000001d).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Look for a version for older processors.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ran out of memory (c0000017).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed on a division by zero (c0000094).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It tried what only drivers may do (c0000096), as copy protections do.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed because its stack was full (c00000fd).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One of its DLLs is missing (c0000135).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One of its DLLs has another version than it expects (c0000139).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One of its DLLs could not start (c0000142).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed because its memory was damaged (c0000374).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It ended itself on a serious error (c0000409).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One of its DLLs is missing (c06d007e).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One of its DLLs has another version than it expects (c06d007f).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed on a C++ error that it does not handle (e06d7363).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed on a .NET error that it does not handle (e0434352).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It crashed on a Delphi error that it does not handle (0eedfade).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installation failed (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It needs a newer Windows than this Wine offers (%1).</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>DisplayCheck</name>
     <message>
         <source>Cellarix needs a graphical desktop, and there is none: neither DISPLAY nor WAYLAND_DISPLAY is set.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cellarix 需要图形桌面，但未找到：DISPLAY 和 WAYLAND_DISPLAY 均未设置。</translation>
     </message>
     <message>
         <source>Cellarix cannot open the display &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cellarix 无法打开显示“%1”。</translation>
     </message>
 </context>
 <context>
@@ -465,6 +1050,14 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 cannot be run. Please install Cellarix again.</source>
         <translation>无法运行 %1，请重新安装 Cellarix。</translation>
+    </message>
+    <message>
+        <source>Not all of it succeeded (exit code %1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation type="unfinished">重试</translation>
     </message>
 </context>
 <context>
@@ -987,187 +1580,187 @@ please wait for the component download to complete!</source>
     <name>OpenRefusal</name>
     <message>
         <source>It is not a Windows program.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件不是 Windows 程序。</translation>
     </message>
     <message>
         <source>Cellarix runs programs and installers, such as .exe and .msi files.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cellarix 可运行 .exe、.msi 等程序和安装包。</translation>
     </message>
     <message>
         <source>It is an archive, not a program.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是压缩包，不是程序。</translation>
     </message>
     <message>
         <source>Unpack it first, then open the program inside.</source>
-        <translation type="unfinished"></translation>
+        <translation>请先解压，再打开其中的程序。</translation>
     </message>
     <message>
         <source>It is a web page under the name of a program: the download has failed.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件名为程序，内容却是网页，可能是下载失败所致。</translation>
     </message>
     <message>
         <source>Download the program again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新下载该程序。</translation>
     </message>
     <message>
         <source>It is a program for Linux, not for Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是 Linux 程序，不是 Windows 程序。</translation>
     </message>
     <message>
         <source>Start it without Cellarix.</source>
-        <translation type="unfinished"></translation>
+        <translation>请直接运行，无需使用 Cellarix。</translation>
     </message>
     <message>
         <source>It is a Windows Installer package, but its name does not say so.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是 Windows Installer 安装包，但扩展名不正确。</translation>
     </message>
     <message>
         <source>Rename it so that it ends in .msi (.msp for a patch), then open it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将扩展名改为 .msi（补丁为 .msp），然后重新打开。</translation>
     </message>
     <message>
         <source>It is a DOS program, and Wine runs programs for Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是 DOS 程序，Wine 只能运行 Windows 程序。</translation>
     </message>
     <message>
         <source>Run it in an emulator such as DOSBox.</source>
-        <translation type="unfinished"></translation>
+        <translation>请使用 DOSBox 等模拟器运行。</translation>
     </message>
     <message>
         <source>It is a 16-bit program for old Windows versions, which 64-bit Wine does not run.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是旧版 Windows 的 16 位程序，64 位 Wine 无法运行。</translation>
     </message>
     <message>
         <source>Install 32-bit Wine (the package wine32), or look for a newer version of the program.</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装 32 位 Wine（软件包 wine32），或使用该程序的较新版本。</translation>
     </message>
     <message>
         <source>It is a program for OS/2, not for Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是 OS/2 程序，不是 Windows 程序。</translation>
     </message>
     <message>
         <source>Look for a version for Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>请获取该程序的 Windows 版本。</translation>
     </message>
     <message>
         <source>It is made for Windows on ARM, and this computer has another kind of processor.</source>
-        <translation type="unfinished"></translation>
+        <translation>该程序适用于 ARM 版 Windows，与本机的处理器架构不符。</translation>
     </message>
     <message>
         <source>Download the version for x64 or x86.</source>
-        <translation type="unfinished"></translation>
+        <translation>请下载 x64 或 x86 版本。</translation>
     </message>
     <message>
         <source>It is made for another kind of processor.</source>
-        <translation type="unfinished"></translation>
+        <translation>该程序适用于其他架构的处理器。</translation>
     </message>
     <message>
         <source>It is a library (DLL): a part of a program, which cannot be started by itself.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是动态链接库（DLL），属于某个程序的一部分，不能单独运行。</translation>
     </message>
     <message>
         <source>Open the program that it belongs to.</source>
-        <translation type="unfinished"></translation>
+        <translation>请打开它所属的程序。</translation>
     </message>
     <message>
         <source>It is a driver or a part of Windows itself, which Wine cannot run.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是驱动程序或 Windows 系统组件，Wine 无法运行。</translation>
     </message>
     <message>
         <source>Devices need a driver for Linux.</source>
-        <translation type="unfinished"></translation>
+        <translation>硬件设备需要安装 Linux 驱动程序。</translation>
     </message>
     <message>
         <source>It is a program for the computer&apos;s firmware (EFI), not for Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是计算机固件（EFI）程序，不是 Windows 程序。</translation>
     </message>
     <message>
         <source>The end of the file is missing: it was not downloaded or copied completely.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件不完整，可能未下载或复制完毕。</translation>
     </message>
     <message>
         <source>Download or copy it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新下载或复制。</translation>
     </message>
     <message>
         <source>Its name or path contains a line break or another control character, which Windows does not allow.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件名或路径中含有换行符或其他控制字符，Windows 不支持。</translation>
     </message>
     <message>
         <source>Its name or path contains the sign %1, which Windows does not allow.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件名或路径中含有字符“%1”，Windows 不支持。</translation>
     </message>
     <message>
         <source>Rename the file or its folder, then open it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重命名文件或其所在文件夹，然后重新打开。</translation>
     </message>
     <message>
         <source>Its name is not valid text (UTF-8).</source>
-        <translation type="unfinished"></translation>
+        <translation>文件名不是有效的 UTF-8 文本。</translation>
     </message>
     <message>
         <source>It is a link to a file that is not there.</source>
-        <translation type="unfinished"></translation>
+        <translation>该链接指向的文件不存在。</translation>
     </message>
     <message>
         <source>It may have been moved, renamed or deleted.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件可能已被移动、重命名或删除。</translation>
     </message>
     <message>
         <source>There is no such file.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件不存在。</translation>
     </message>
     <message>
         <source>It is a folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>这是一个文件夹。</translation>
     </message>
     <message>
         <source>Open the program inside.</source>
-        <translation type="unfinished"></translation>
+        <translation>请打开其中的程序。</translation>
     </message>
     <message>
         <source>It is a device or a pipe, not a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>这是设备或管道，不是普通文件。</translation>
     </message>
     <message>
         <source>The file is empty.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件为空。</translation>
     </message>
     <message>
         <source>You do not have the right to read this file.</source>
-        <translation type="unfinished"></translation>
+        <translation>您没有读取该文件的权限。</translation>
     </message>
     <message>
         <source>Change its permissions, or have its owner copy it for you.</source>
-        <translation type="unfinished"></translation>
+        <translation>请修改文件权限，或请文件所有者为您复制一份。</translation>
     </message>
     <message>
         <source>Cellarix keeps its programs in %1, and nothing can be written there.</source>
-        <translation type="unfinished"></translation>
+        <translation>Cellarix 的程序存放在 %1，但该文件夹不可写入。</translation>
     </message>
     <message>
         <source>Make the folder writable for you, then open the file again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请为该文件夹添加写入权限，然后重新打开文件。</translation>
     </message>
     <message>
         <source>Batch files are run from within Cellarix only.</source>
-        <translation type="unfinished"></translation>
+        <translation>批处理文件只能在 Cellarix 窗口中运行。</translation>
     </message>
     <message>
         <source>Drop the file on the window of Cellarix.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将文件拖放到 Cellarix 窗口。</translation>
     </message>
     <message>
         <source>It is a patch for an installed program.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件是已安装程序的补丁。</translation>
     </message>
     <message>
         <source>Open it with &quot;cellarix --debug&quot; and run it in the window that comes up.</source>
-        <translation type="unfinished"></translation>
+        <translation>请使用“cellarix --debug”打开，并在弹出的窗口中运行。</translation>
     </message>
     <message>
         <source>Programs cannot be started</source>
-        <translation type="unfinished"></translation>
+        <translation>无法启动程序</translation>
     </message>
 </context>
 <context>
@@ -1231,7 +1824,7 @@ please wait for the component download to complete!</source>
     <name>RefusalNotice</name>
     <message>
         <source>&quot;%1&quot; cannot be opened</source>
-        <translation type="unfinished"></translation>
+        <translation>无法打开“%1”</translation>
     </message>
     <message>
         <source>Close</source>
@@ -1288,11 +1881,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The program is running and will be closed.</source>
-        <translation type="vanished">该应用正在运行，将被关闭。</translation>
+        <translation>该应用正在运行，将被关闭。</translation>
     </message>
     <message>
         <source>The container &quot;%1&quot; will be deleted.</source>
-        <translation type="vanished">容器“%1”将被删除。</translation>
+        <translation>容器“%1”将被删除。</translation>
     </message>
     <message>
         <source>Your file %1 stays.</source>
@@ -1300,19 +1893,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The container &quot;%1&quot; (%2) will be deleted.</source>
-        <translation type="vanished">容器“%1”（%2）将被删除。</translation>
-    </message>
-    <message>
-        <source>The program is running, and will be ended.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The container &quot;%1&quot; goes.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The container &quot;%1&quot; goes (%2).</source>
-        <translation type="unfinished"></translation>
+        <translation>容器“%1”（%2）将被删除。</translation>
     </message>
 </context>
 <context>
@@ -1368,11 +1949,11 @@ please wait for the component download to complete!</source>
     <name>SessionBus</name>
     <message>
         <source>There is no session bus, over which Cellarix reaches its background service.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有会话总线，Cellarix 无法连接后台服务。</translation>
     </message>
     <message>
         <source>Log out and in again, or start Cellarix with &quot;dbus-run-session cellarix&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
     </message>
 </context>
 <context>
