@@ -1828,7 +1828,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Close</source>
-        <translation type="unfinished"></translation>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
