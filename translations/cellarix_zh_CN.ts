@@ -1762,6 +1762,14 @@ please wait for the component download to complete!</source>
         <source>Programs cannot be started</source>
         <translation>无法启动程序</translation>
     </message>
+    <message>
+        <source>Nothing can be written into %1, where Cellarix keeps its programs.</source>
+        <translation type="vanished">无法写入 %1，Cellarix 的程序存放于此。</translation>
+    </message>
+    <message>
+        <source>Make this folder writable for you, then try again.</source>
+        <translation type="vanished">请为该文件夹添加写入权限，然后重试。</translation>
+    </message>
 </context>
 <context>
     <name>PathLink</name>
@@ -1954,6 +1962,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Log out and in again, or start Cellarix with &quot;dbus-run-session cellarix&quot;.</source>
         <translation>请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
+    </message>
+    <message>
+        <source>There is no session bus, over which Cellarix reaches its background service. Log out and in again, or start it with &quot;dbus-run-session cellarix&quot;.</source>
+        <translation type="vanished">没有会话总线，Cellarix 无法连接后台服务。请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
     </message>
 </context>
 <context>
