@@ -1,11 +1,13 @@
 // Pictures of the launch's windows with sample data: banner-pictures STATE [--theme light|dark] --screenshot
 // FILE In Chinese where LANG says so. A new state is a line in the table below.
-#include <QCoreApplication>
+#include <QApplication>
 #include <QPushButton>
 
+#include "backend/SessionBus.h"
 #include "fenk/Theme.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/LogsWidget.h"
+#include "launch/banner/RefusalNotice.h"
 #include "launch/banner/RunningLogsDialog.h"
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
@@ -56,6 +58,24 @@ QImage confirm() {
     BannerCloseConfirmDialog dialog(&banner);
     dialog.setAttribute(Qt::WA_DeleteOnClose, false);
     return picture({&banner, &dialog});
+}
+
+QImage refused() {
+    const auto text = [](const char* source) { return QCoreApplication::translate("OpenRefusal", source); };
+    RefusalNotice::show("/home/user/Harbour Office (arm64).exe",
+                        {text("It is made for Windows on ARM, and this computer has another kind of "
+                              "processor."),
+                         text("Download the version for x64 or x86."),
+                         {}},
+                        nullptr);
+    return picture({QApplication::topLevelWidgets().first()});
+}
+
+QImage withoutBus() {
+    Banner banner;
+    banner.setDescription(SessionBus::missingText());
+    banner.showFailed(false);
+    return picture({&banner});
 }
 
 QImage runningPrograms() {
@@ -112,6 +132,8 @@ const QVector<PictureState> States = {
     {"failed-repair", [] { return failed(true, true); }},
     {"failed", [] { return failed(true, false); }},
     {"failed-public", [] { return failed(false, false); }},
+    {"without-bus", withoutBus},
+    {"refused", refused},
     {"confirm", confirm},
     {"running-programs", runningPrograms},
     {"logs", logs},

@@ -8,11 +8,8 @@ bool SessionBus::isConnected() {
 }
 
 QString SessionBus::missingText() {
-    return QCoreApplication::translate(
-        "SessionBus", "There is no session bus, over which Cellarix reaches its background service.");
-}
-
-QString SessionBus::missingAdvice() {
-    return QCoreApplication::translate(
-        "SessionBus", "Log out and in again, or start Cellarix with \"dbus-run-session cellarix\".");
+    return QCoreApplication::translate("SessionBus",
+                                       "There is no session bus, over which Cellarix reaches its background "
+                                       "service. Log out and in again, or start it with \"dbus-run-session "
+                                       "cellarix\".");
 }

@@ -9,6 +9,5 @@ namespace SessionBus {
 bool isConnected();
 /// For the user: what is missing, and what to do about it.
 QString missingText();
-QString missingAdvice();
 
 }  // namespace SessionBus

@@ -220,6 +220,10 @@ int CellarixApplication::openProgram(const QString& bottleName, const QString& p
     }
     if (refusesWithoutBus())
         return 1;
+    if (const OpenRefusal refusal = OpenRefusal::ofBottlesPlace()) {
+        showRefusal(productName(), refusal);
+        return 1;
+    }
     auto* runner = new ExeFileRunner(bottleName, programUuid, this);
     const int result = runner->runProgram();
     if (result == 0)

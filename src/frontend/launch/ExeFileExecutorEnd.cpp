@@ -249,7 +249,7 @@ void ExeFileExecutor::fail(bool canWeFix, bool isSuccessed) {
     if (!SessionBus::isConnected()) {
         qWarning() << "no session bus";
         canWeFix = false;
-        m_diagnosis = {SessionBus::missingText() + ' ' + SessionBus::missingAdvice(), RepairAction::None};
+        m_diagnosis = {SessionBus::missingText(), RepairAction::None};
     }
     if (!m_diagnosis.reason.isEmpty())
         Q_EMIT emitMsg(m_diagnosis.reason, MsgLine);

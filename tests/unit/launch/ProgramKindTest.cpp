@@ -122,7 +122,7 @@ private Q_SLOTS:
         const QString path = m_home.write("program", content);
         QTEST(programKind(ProgramHeader::read(path), suffix, host), "kind");
         // Whatever is cut off anywhere is no reason to read too far.
-        for (int size = 0; size < qMin(content.size(), 600); size += 7) {
+        for (int size = 0; size < qMin(content.size(), 600); size += 41) {
             m_home.write("cut", content.left(size));
             programKind(ProgramHeader::read(m_home.path() + "/cut"), suffix, host);
         }

@@ -53,7 +53,7 @@ Fenk::Dialog* make(const QString& path, const OpenRefusal& refusal, QWidget* par
     dialog->setProperty(PathProperty, path);
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
     dialog->setTitle(title(path, refusal));
-    dialog->setMessage(refusal.reason + "\n\n" + refusal.advice);
+    dialog->setMessage(QString(refusal.reason + "\n\n" + refusal.advice).trimmed());
     dialog->addButton(QCoreApplication::translate("RefusalNotice", "Close"), true);
     dialog->button(0)->setAccessibleName("close_btn");
     dialog->button(0)->setAccessibleDescription(dialog->button(0)->text());
@@ -74,7 +74,8 @@ void RefusalNotice::show(const QString& path, const OpenRefusal& refusal, QWidge
 }
 
 void RefusalNotice::notify(const QString& path, const OpenRefusal& refusal) {
-    const QString body = DesktopUtils::notificationText(refusal.reason + '\n' + refusal.advice);
+    const QString body =
+        DesktopUtils::notificationText(QString(refusal.reason + '\n' + refusal.advice).trimmed());
     if (DesktopUtils::notify(title(path, refusal), body) || !QFileInfo::exists(path))
         return;
     show(path, refusal, nullptr);

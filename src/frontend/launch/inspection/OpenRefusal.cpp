@@ -159,22 +159,25 @@ OpenRefusal fileRefusal(const QString& path) {
     return {};
 }
 
+QString programsTitle() {
+    return text(QT_TRANSLATE_NOOP("OpenRefusal", "Programs cannot be started"));
+}
+
+}  // namespace
+
 /// Bottles go into a directory that may have to be made first.
-OpenRefusal placeRefusal() {
+OpenRefusal OpenRefusal::ofBottlesPlace() {
     QString place = Paths::bottlesDataDir();
     while (!QFileInfo::exists(place) && place != QFileInfo(place).path())
         place = QFileInfo(place).path();
     if (QFileInfo(place).isDir() && ::access(QFile::encodeName(place).constData(), W_OK | X_OK) == 0)
         return {};
-    return {
-        text(QT_TRANSLATE_NOOP("OpenRefusal",
-                               "Cellarix keeps its programs in %1, and nothing can be written there."))
-            .arg(place),
-        text(QT_TRANSLATE_NOOP("OpenRefusal", "Make the folder writable for you, then open the file again.")),
-        "cannot write into " + place};
+    return {text(QT_TRANSLATE_NOOP("OpenRefusal",
+                                   "Nothing can be written into %1, where Cellarix keeps its programs."))
+                .arg(place),
+            text(QT_TRANSLATE_NOOP("OpenRefusal", "Make this folder writable for you, then try again.")),
+            "cannot write into " + place, programsTitle()};
 }
-
-}  // namespace
 
 OpenRefusal OpenRefusal::of(const QString& path) {
     if (const OpenRefusal found = fileRefusal(path))
@@ -185,7 +188,7 @@ OpenRefusal OpenRefusal::of(const QString& path) {
     const ProgramKind kind = programKind(header, QFileInfo(path).suffix(), ProgramHost::thisMachine());
     if (kind != ProgramKind::Runnable)
         return refusal(kindTexts(kind), "Not a Windows program: " + path);
-    return placeRefusal();
+    return ofBottlesPlace();
 }
 
 OpenRefusal OpenRefusal::ofOther(const QString& path) {
@@ -207,6 +210,5 @@ OpenRefusal OpenRefusal::ofOther(const QString& path) {
 }
 
 OpenRefusal OpenRefusal::noSessionBus() {
-    return {SessionBus::missingText(), SessionBus::missingAdvice(), "no session bus",
-            text(QT_TRANSLATE_NOOP("OpenRefusal", "Programs cannot be started"))};
+    return {SessionBus::missingText(), {}, "no session bus", programsTitle()};
 }
