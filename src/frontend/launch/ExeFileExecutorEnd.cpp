@@ -115,7 +115,6 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     if (m_monitor->isWatching())
         m_monitor->stop();
     const LauncherExit::Report script = m_launcher->report();
-    m_failure.launcherExit = script.exitCode;
     m_failure.launcherReason = script.hasLog || m_bottleError.isEmpty()
                                    ? LauncherExit::errorText(script, displayName())
                                    : m_bottleError;

@@ -14,6 +14,7 @@
 #include <initializer_list>
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/BottleRepairRequests.h"
 #include "bottleservice/CleanUpRequests.h"
 #include "bottleservice/ComponentRequests.h"
 #include "bottleservice/DataDirLock.h"
@@ -22,7 +23,6 @@
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/LifeRequests.h"
 #include "bottleservice/ProgramRequests.h"
-#include "bottleservice/RenewalRequests.h"
 #include "bottleservice/RepairRequests.h"
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/SettingsRequests.h"
@@ -31,6 +31,7 @@
 #include "bottleservice/TemplatePreparation.h"
 #include "bottleservice/TemplateRequests.h"
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/wire/BottleRepairObject.h"
 #include "bottleservice/wire/BottlesObject.h"
 #include "bottleservice/wire/CleanUpObject.h"
 #include "bottleservice/wire/ComponentMethods.h"
@@ -39,7 +40,6 @@
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
 #include "bottleservice/wire/ProgramsObject.h"
-#include "bottleservice/wire/RepairObject.h"
 #include "bottleservice/wire/RepairsObject.h"
 #include "bottleservice/wire/SettingsMethods.h"
 #include "bottleservice/wire/TemplatesObject.h"
@@ -124,8 +124,8 @@ int main(int argc, char** argv) {
     ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
     CleanUpRequests cleanUps(&engine, &programs);
     TemplateRequests templates(&engine);
-    RenewalRequests renewals(&engine, CELLARIX_CATALOGUE);
-    QObject::connect(&engine, &BottleEngine::aboutToDelete, &renewals, &RenewalRequests::cancelAll);
+    BottleRepairRequests renewals(&engine, CELLARIX_CATALOGUE);
+    QObject::connect(&engine, &BottleEngine::aboutToDelete, &renewals, &BottleRepairRequests::cancelAll);
     DependencyRequests dependencies(&engine, &downloads, CELLARIX_CATALOGUE);
     RepairRequests repairRequests(&engine, &downloads, &dependencies);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &components, &ComponentRequests::cancelAll);
@@ -142,7 +142,7 @@ int main(int argc, char** argv) {
     TemplatesObject pristine(&templates);
     CleanUpObject cleanUp(&cleanUps);
     ProgramsObject runs(&life);
-    RepairObject repair(&renewals);
+    BottleRepairObject repair(&renewals);
     RepairsObject repairs(&repairRequests);
     ManagerObject manager(application.applicationVersion());
     const std::initializer_list<BusObject*> objects{&bottles, &machine, &pristine, &cleanUp,

@@ -180,7 +180,7 @@ private Q_SLOTS:
     void repairsDamage() {
         const QString path = m_service->bottlePath("first");
         const auto ask = [this](const char* method) {
-            const QDBusMessage reply = m_service->call(method, {"first"}, "Repair");
+            const QDBusMessage reply = m_service->call(method, {"first"}, "BottleRepair");
             return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8()).object();
         };
         QCOMPARE(ask("damage")["files"].toArray(), QJsonArray());
@@ -210,7 +210,7 @@ private Q_SLOTS:
         QCOMPARE(readFile(path + System + "msvcp140.dll"), own);
         QVERIFY(QFileInfo(path + System + "kernel32.dll").isSymLink());
         QVERIFY(!readFile(path + "/system.reg").contains("\"winemenubuilder\"="));
-        QVERIFY(m_service->introspect("com.lumora.Manager.Repair").undocumented.isEmpty());
+        QVERIFY(m_service->introspect("com.lumora.Manager.BottleRepair").undocumented.isEmpty());
     }
 
     void preparesAhead() {

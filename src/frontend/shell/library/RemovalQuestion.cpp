@@ -89,9 +89,9 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
         running->setTextRole(Fenk::Theme::Warning);
         dialog->addContent(running);
     }
-    auto* size = withBottle
-                     ? paragraph(Question::tr("The container \"%1\" will be deleted.").arg(ref.bottle), "removal_size")
-                     : nullptr;
+    auto* size = withBottle ? paragraph(Question::tr("The container \"%1\" will be deleted.").arg(ref.bottle),
+                                        "removal_size")
+                            : nullptr;
     auto* file = paragraph(QString(), "removal_file");
     if (size)
         dialog->addContent(size);

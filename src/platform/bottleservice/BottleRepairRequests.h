@@ -10,11 +10,11 @@ class BottleEngine;
 class InstallJob;
 
 /// The requests that repairs of launches make, beside components.
-class RenewalRequests : public QObject {
+class BottleRepairRequests : public QObject {
     Q_OBJECT
 
 public:
-    RenewalRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent = nullptr);
+    BottleRepairRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent = nullptr);
 
     /// {"installed": [...], "supported": [...]}: the runners that run 32-bit programs on this machine, and
     /// those that would after they have been fetched.

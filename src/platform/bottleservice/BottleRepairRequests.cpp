@@ -1,4 +1,4 @@
-#include "bottleservice/RenewalRequests.h"
+#include "bottleservice/BottleRepairRequests.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -28,10 +28,10 @@ QJsonObject resultOf(const Answer& answer, int mended) {
 
 }  // namespace
 
-RenewalRequests::RenewalRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent)
+BottleRepairRequests::BottleRepairRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent)
     : QObject(parent), m_engine(engine), m_catalogueDir(catalogueDir) {}
 
-Answer RenewalRequests::runnersFor32Bit() const {
+Answer BottleRepairRequests::runnersFor32Bit() const {
     const Sources sources(m_catalogueDir, m_engine->dataDir());
     const QStringList present = m_engine->runners().names();
     QJsonArray installed, supported;
@@ -48,7 +48,7 @@ Answer RenewalRequests::runnersFor32Bit() const {
     return Answer::of(compact(QJsonObject{{"installed", installed}, {"supported", supported}}));
 }
 
-void RenewalRequests::damage(const QString& bottle, const Reply& reply) {
+void BottleRepairRequests::damage(const QString& bottle, const Reply& reply) {
     Answer failure;
     const auto settings = m_engine->loaded(bottle, &failure);
     if (!settings) {
@@ -71,7 +71,7 @@ void RenewalRequests::damage(const QString& bottle, const Reply& reply) {
         });
 }
 
-void RenewalRequests::renewBottle(const QString& bottle, const Reply& reply) {
+void BottleRepairRequests::renewBottle(const QString& bottle, const Reply& reply) {
     if (m_engine->refuseUnknown(bottle, reply))
         return;
     auto mended = std::make_shared<int>(0);
@@ -83,12 +83,12 @@ void RenewalRequests::renewBottle(const QString& bottle, const Reply& reply) {
     m_engine->enqueue(bottle, std::move(job));
 }
 
-void RenewalRequests::cancelRenewal(const QString& bottle, const Reply& reply) {
+void BottleRepairRequests::cancelRenewal(const QString& bottle, const Reply& reply) {
     cancelAll(bottle);
     reply(Answer::of());
 }
 
-void RenewalRequests::cancelAll(const QString& bottle) {
+void BottleRepairRequests::cancelAll(const QString& bottle) {
     if (InstallJob* job = m_renewals.take(bottle))
         job->cancel();
 }
