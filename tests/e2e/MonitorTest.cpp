@@ -79,6 +79,22 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!isToolRunning(), 15000);
     }
 
+    /// Shorter than the interval between two looks at the bottle.
+    void windowForAMoment() {
+        WineExeProcessMonitor monitor;
+        QSignalSpy started(&monitor, &WineExeProcessMonitor::appStart);
+        QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);
+        monitor.start(Bottle);
+        QTRY_VERIFY_WITH_TIMEOUT(isToolRunning(), LaunchMs);
+        QProcess program;
+        launch(&program, {sample("window"), "Short", "flash"});
+        QVERIFY(started.wait(LaunchMs));
+        QVERIFY(quit.wait(LaunchMs));
+        QCOMPARE(started.size(), 1);
+        QVERIFY(program.state() == QProcess::NotRunning || program.waitForFinished(LaunchMs));
+        QCOMPARE(program.exitCode(), 0);
+    }
+
     void crashWithoutEnd() {
         WineExeProcessMonitor monitor;
         QSignalSpy quit(&monitor, &WineExeProcessMonitor::appQuit);

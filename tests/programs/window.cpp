@@ -1,6 +1,6 @@
 // Shows one window, titled by the first argument, and ends with 0 when it is closed. With the second argument
-// "stay" it goes on for a minute with one that nobody sees; with "tray" its window only hides. Built with
-// PART it needs a library.
+// "stay" it goes on for a minute with one that nobody sees; with "tray" its window only hides; with "flash"
+// it closes the window itself after 300 ms. Built with PART it needs a library.
 #include <windows.h>
 
 #include <cwchar>
@@ -15,6 +15,8 @@ static int PART() {
 
 namespace {
 
+constexpr UINT FlashMs = 300;
+
 bool hides = false;
 
 LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -24,6 +26,9 @@ LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM first, LPARAM s
                 ShowWindow(window, SW_HIDE);
             else
                 DestroyWindow(window);
+            return 0;
+        case WM_TIMER:
+            DestroyWindow(window);
             return 0;
         case WM_DESTROY:
             PostQuitMessage(0);
@@ -54,9 +59,12 @@ int wmain(int argc, wchar_t** argv) {
         return CreateWindowExW(0, type.lpszClassName, title, style, 80, 80, 420, 260, nullptr, nullptr,
                                instance, nullptr);
     };
-    if (!makeWindow(WS_OVERLAPPEDWINDOW | WS_VISIBLE) || (stays && !makeWindow(WS_OVERLAPPEDWINDOW)))
+    const HWND shown = makeWindow(WS_OVERLAPPEDWINDOW | WS_VISIBLE);
+    if (!shown || (stays && !makeWindow(WS_OVERLAPPEDWINDOW)))
         return 3;
 
+    if (argc > 2 && std::wcscmp(argv[2], L"flash") == 0)
+        SetTimer(shown, 1, FlashMs, nullptr);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         TranslateMessage(&message);

@@ -1,4 +1,5 @@
-// Prints what runs and what is shown in a bottle, once a second, until nobody reads it any more:
+// Prints what runs and what is shown in a bottle, once a second and, in the first minute, as soon as a window
+// comes up, so that one which is closed within the second is told as well; until nobody reads it any more:
 //   ::process list
 //   id - parent's id - name
 //   ::window list
@@ -16,6 +17,8 @@
 namespace {
 
 constexpr DWORD IntervalMs = 1000;
+constexpr DWORD LookMs = 100;         // between looks for a new window
+constexpr ULONGLONG QuickMs = 60000;  // that looks go on for; what starts later does so from a window
 constexpr int TitleUnits = 1024;
 
 std::string toUtf8(const wchar_t* text) {
@@ -71,6 +74,25 @@ BOOL CALLBACK addWindow(HWND window, LPARAM target) {
     return TRUE;
 }
 
+/// Ends the enumeration at a window that was not to be seen before.
+BOOL CALLBACK isKnown(HWND window, LPARAM target) {
+    const WindowsSeen& seen = *reinterpret_cast<WindowsSeen*>(target);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    const auto before = seen.find(window);
+    return (before != seen.end() && before->second == process) || !canBeSeen(window);
+}
+
+/// For the interval, or until a new window is there.
+void wait(const WindowsSeen& seen, bool isQuick) {
+    const DWORD step = isQuick ? LookMs : IntervalMs;
+    for (DWORD waited = 0; waited < IntervalMs; waited += step) {
+        Sleep(step);
+        if (isQuick && !EnumWindows(isKnown, reinterpret_cast<LPARAM>(&seen)))
+            return;
+    }
+}
+
 bool print(const std::string& text) {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
     for (size_t at = 0; at < text.size();) {
@@ -85,6 +107,7 @@ bool print(const std::string& text) {
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
+    const ULONGLONG begin = GetTickCount64();
     WindowsSeen seen;
     for (;;) {
         std::string cycle = "::process list\n";
@@ -96,6 +119,6 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
         // Without processes a living program would look dead.
         if (isWhole && !print(cycle))
             return 1;
-        Sleep(IntervalMs);
+        wait(seen, GetTickCount64() - begin < QuickMs);
     }
 }

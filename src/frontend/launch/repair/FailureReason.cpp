@@ -30,7 +30,7 @@ constexpr Words Table[] = {
     {Failure::DamagedBottle,
      QT_TRANSLATE_NOOP("Diagnosis", "Windows files of its bottle are missing or damaged."),
      QT_TRANSLATE_NOOP("Diagnosis", "The bottle is damaged: %1 of Windows cannot be loaded."),
-     QT_TRANSLATE_NOOP("Diagnosis", "Open the file in a new bottle.")},
+     QT_TRANSLATE_NOOP("Diagnosis", "Remove the program and install it anew.")},
     {Failure::TooManyFiles,
      QT_TRANSLATE_NOOP("Diagnosis", "It needs more open files than this system allows."), nullptr,
      QT_TRANSLATE_NOOP("Diagnosis", "Raise the limit of open files (ulimit -n).")},
@@ -173,7 +173,7 @@ constexpr Numbered MsiErrors[] = {
      QT_TRANSLATE_NOOP("Diagnosis", "Remove that one first.")},
     {1639, QT_TRANSLATE_NOOP("Diagnosis", "The installer was started with wrong arguments (1639).")},
     {1641, QT_TRANSLATE_NOOP("Diagnosis", "The installer wants Windows to restart (1641)."),
-     QT_TRANSLATE_NOOP("Diagnosis", "Start the program: that is not needed here.")},
+     QT_TRANSLATE_NOOP("Diagnosis", "No restart is needed here; start the program.")},
     {1722, QT_TRANSLATE_NOOP("Diagnosis", "A step of the installation failed (1722)."),
      QT_TRANSLATE_NOOP("Diagnosis", "Start it again; leave out what is optional.")},
 };
