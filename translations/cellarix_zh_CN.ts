@@ -375,612 +375,612 @@ please wait for the component download to complete!</source>
     <name>Diagnosis</name>
     <message>
         <source>It crashed.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序已崩溃。</translation>
     </message>
     <message>
         <source>It ended at once without showing a window (exit code %1).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序未显示窗口便立即结束（退出码 %1）。</translation>
     </message>
     <message>
         <source>It needs %1, which is part of %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 %1，它属于 %2。</translation>
     </message>
     <message>
         <source>It needs %1, which is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 %1。</translation>
     </message>
     <message>
         <source>It needs .NET; Repair installs Wine Mono (about 45 MB).</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 .NET，“修复”将安装 Wine Mono（约 45 MB）。</translation>
     </message>
     <message>
         <source>View Logs shows what Wine said.</source>
-        <translation type="unfinished"></translation>
+        <translation>可在“查看日志”中查看 Wine 的输出。</translation>
     </message>
     <message>
         <source>It needs %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 %1。</translation>
     </message>
     <message>
         <source>It looks for fonts that are missing (%1).</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少字体（%1）。</translation>
     </message>
     <message>
         <source>It ended, and the log does not say why.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序已结束，日志中没有说明原因。</translation>
     </message>
     <message>
         <source>It ended without showing a window.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序未显示窗口便已结束。</translation>
     </message>
     <message>
         <source>It ended without showing a window (exit code %1).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序未显示窗口便已结束（退出码 %1）。</translation>
     </message>
     <message>
         <source>Repair installs it.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将安装它。</translation>
     </message>
     <message>
         <source>Repair installs %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将安装 %1。</translation>
     </message>
     <message>
         <source>Repair installs the fonts that it misses.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将安装缺少的字体。</translation>
     </message>
     <message>
         <source>Repair installs them.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将安装这些字体。</translation>
     </message>
     <message>
         <source>Repair tries another version of Wine.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将换用另一个 Wine 版本。</translation>
     </message>
     <message>
         <source>Repair installs a Wine that can run it.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将安装可运行它的 Wine。</translation>
     </message>
     <message>
         <source>Repair renews the files of Windows and keeps your own.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将还原 Windows 文件，并保留您自己的文件。</translation>
     </message>
     <message>
         <source>Repair starts it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>“修复”将重新启动程序。</translation>
     </message>
     <message>
         <source>%1 was installed and did not help.</source>
-        <translation type="unfinished"></translation>
+        <translation>已安装 %1，但未能解决问题。</translation>
     </message>
     <message>
         <source>%1 %2</source>
         <extracomment>two sentences, one after the other</extracomment>
-        <translation type="unfinished"></translation>
+        <translation>%1%2</translation>
     </message>
     <message>
         <source>Another version of Wine may run it.</source>
-        <translation type="unfinished"></translation>
+        <translation>换用其他 Wine 版本也许可以运行。</translation>
     </message>
     <message>
         <source>It found no display to show a window on.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有可用的显示器，无法显示窗口。</translation>
     </message>
     <message>
         <source>Start it from a desktop session.</source>
-        <translation type="unfinished"></translation>
+        <translation>请在桌面会话中启动。</translation>
     </message>
     <message>
         <source>The disk is full.</source>
-        <translation type="unfinished"></translation>
+        <translation>磁盘空间不足。</translation>
     </message>
     <message>
         <source>Make room and start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请清理磁盘空间后重新启动。</translation>
     </message>
     <message>
         <source>Its bottle belongs to another user.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器属于其他用户。</translation>
     </message>
     <message>
         <source>Start it as that user, without sudo.</source>
-        <translation type="unfinished"></translation>
+        <translation>请以该用户身份启动，不要使用 sudo。</translation>
     </message>
     <message>
         <source>Another version of Wine is still running in its bottle.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器中仍有其他版本的 Wine 在运行。</translation>
     </message>
     <message>
         <source>End the programs of this bottle and start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请结束该容器中的程序后重新启动。</translation>
     </message>
     <message>
         <source>Windows files of its bottle are missing or damaged.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器中的 Windows 文件缺失或已损坏。</translation>
     </message>
     <message>
         <source>The bottle is damaged: %1 of Windows cannot be loaded.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Open the file in a new bottle.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器已损坏：无法加载 Windows 文件 %1。</translation>
     </message>
     <message>
         <source>It needs more open files than this system allows.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序打开的文件数超出了系统限制。</translation>
     </message>
     <message>
         <source>Raise the limit of open files (ulimit -n).</source>
-        <translation type="unfinished"></translation>
+        <translation>请提高打开文件数的上限（ulimit -n）。</translation>
     </message>
     <message>
         <source>A part of it is a 32-bit program, which this Wine cannot run.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序的一部分是 32 位的，当前 Wine 无法运行。</translation>
     </message>
     <message>
         <source>Install 32-bit Wine (the package wine32).</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装 32 位 Wine（软件包 wine32）。</translation>
     </message>
     <message>
         <source>Its file is damaged or made for another kind of computer.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件已损坏，或不适用于此类计算机。</translation>
     </message>
     <message>
         <source>Download it once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新下载。</translation>
     </message>
     <message>
         <source>It ran out of memory.</source>
-        <translation type="unfinished"></translation>
+        <translation>内存不足。</translation>
     </message>
     <message>
         <source>Close other programs and start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请关闭其他程序后重新启动。</translation>
     </message>
     <message>
         <source>It is guarded by an anti-cheat system (%1), which does not accept Wine.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序使用的反作弊系统（%1）不支持 Wine。</translation>
     </message>
     <message>
         <source>Only its maker can change that.</source>
-        <translation type="unfinished"></translation>
+        <translation>只有开发商能够解决。</translation>
     </message>
     <message>
         <source>Its copy protection does not accept Wine or misses its disc or dongle.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序的版权保护不支持 Wine，或未检测到光盘或加密锁。</translation>
     </message>
     <message>
         <source>Its copy protection (%1) does not accept Wine or misses its disc or dongle.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序的版权保护（%1）不支持 Wine，或未检测到光盘或加密锁。</translation>
     </message>
     <message>
         <source>Insert the disc or the dongle, or ask the maker for a version without.</source>
-        <translation type="unfinished"></translation>
+        <translation>请插入光盘或加密锁，或向开发商索取无需它们的版本。</translation>
     </message>
     <message>
         <source>It needs the Windows driver %1, and Wine cannot load drivers.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要 Windows 驱动 %1，而 Wine 无法加载驱动。</translation>
     </message>
     <message>
         <source>Look for a version that needs no driver.</source>
-        <translation type="unfinished"></translation>
+        <translation>请寻找不需要驱动的版本。</translation>
     </message>
     <message>
         <source>Put that file beside the program, or install the program anew.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将该文件放到程序所在目录，或重新安装程序。</translation>
     </message>
     <message>
         <source>One of its DLLs has another version than it expects.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序的某个 DLL 版本不符。</translation>
     </message>
     <message>
         <source>It needs another version of %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要其他版本的 %1。</translation>
     </message>
     <message>
         <source>Install the program anew.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新安装程序。</translation>
     </message>
     <message>
         <source>A runtime that its manifest names is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少程序清单中指定的运行库。</translation>
     </message>
     <message>
         <source>It needs the runtime %1, which its manifest names.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少程序清单中指定的运行库 %1。</translation>
     </message>
     <message>
         <source>It needs .NET.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 .NET。</translation>
     </message>
     <message>
         <source>Install Wine Mono into its bottle.</source>
-        <translation type="unfinished"></translation>
+        <translation>请在容器中安装 Wine Mono。</translation>
     </message>
     <message>
         <source>It needs .NET Framework.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 .NET Framework。</translation>
     </message>
     <message>
         <source>It needs .NET Framework %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 .NET Framework %1。</translation>
     </message>
     <message>
         <source>Install it into its bottle.</source>
-        <translation type="unfinished"></translation>
+        <translation>请在容器中安装它。</translation>
     </message>
     <message>
         <source>It needs the .NET runtime.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 .NET 运行时。</translation>
     </message>
     <message>
         <source>It needs the .NET %1 runtime.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 .NET %1 运行时。</translation>
     </message>
     <message>
         <source>It needs Java for Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 Windows 版 Java。</translation>
     </message>
     <message>
         <source>Install a Java runtime for Windows into its bottle.</source>
-        <translation type="unfinished"></translation>
+        <translation>请在容器中安装 Windows 版 Java 运行环境。</translation>
     </message>
     <message>
         <source>It shows web pages and needs Wine Gecko for them.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序要显示网页，但缺少 Wine Gecko。</translation>
     </message>
     <message>
         <source>It needs the WebView2 runtime.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 WebView2 运行时。</translation>
     </message>
     <message>
         <source>It needs a part of Windows that this Wine lacks (%1).</source>
-        <translation type="unfinished"></translation>
+        <translation>当前 Wine 缺少程序所需的 Windows 组件（%1）。</translation>
     </message>
     <message>
         <source>It needs Vulkan, and this system has no driver for it.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要 Vulkan，但系统没有相应的驱动。</translation>
     </message>
     <message>
         <source>Install the Vulkan driver of your graphics card.</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装显卡的 Vulkan 驱动。</translation>
     </message>
     <message>
         <source>It needs Direct3D 12, which does not work here.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要 Direct3D 12，但此系统无法使用。</translation>
     </message>
     <message>
         <source>Install the Vulkan driver of your graphics card, or let the program use Direct3D 11.</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装显卡的 Vulkan 驱动，或让程序使用 Direct3D 11。</translation>
     </message>
     <message>
         <source>It needs 3D graphics, and OpenGL does not work on this system.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要 3D 图形，但此系统的 OpenGL 无法使用。</translation>
     </message>
     <message>
         <source>Install the driver of your graphics card.</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装显卡驱动。</translation>
     </message>
     <message>
         <source>It asks for another version of Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序要求其他版本的 Windows。</translation>
     </message>
     <message>
         <source>It asks for Windows %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序要求 Windows %1。</translation>
     </message>
     <message>
         <source>It asks for administrator rights that it does not find.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序要求管理员权限，但未能取得。</translation>
     </message>
     <message>
         <source>It says that it is already running.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序提示自己已在运行。</translation>
     </message>
     <message>
         <source>End the other one, or all programs of its bottle, and start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请结束已运行的程序或该容器中的所有程序，然后重新启动。</translation>
     </message>
     <message>
         <source>Its updater failed.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序更新失败。</translation>
     </message>
     <message>
         <source>Download the newest version from its maker and install that.</source>
-        <translation type="unfinished"></translation>
+        <translation>请从官网下载最新版本并安装。</translation>
     </message>
     <message>
         <source>It did not reach its server.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序无法连接服务器。</translation>
     </message>
     <message>
         <source>Check the network and start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请检查网络后重新启动。</translation>
     </message>
     <message>
         <source>It calls a function that this Wine lacks.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序调用了当前 Wine 没有的函数。</translation>
     </message>
     <message>
         <source>It calls a function of %1 that this Wine lacks.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序调用了 %1 中当前 Wine 没有的函数。</translation>
     </message>
     <message>
         <source>It ended with a .NET error that it does not handle (%1).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因未处理的 .NET 异常而结束（%1）。</translation>
     </message>
     <message>
         <source>It may need Microsoft&apos;s .NET Framework.</source>
-        <translation type="unfinished"></translation>
+        <translation>可能需要微软的 .NET Framework。</translation>
     </message>
     <message>
         <source>Its installation failed.</source>
-        <translation type="unfinished"></translation>
+        <translation>安装失败。</translation>
     </message>
     <message>
         <source>Start it again; where it asks, leave out drivers and services.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新启动，安装时不要选择驱动和服务。</translation>
     </message>
     <message>
         <source>It needs a database engine of Microsoft&apos;s.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少微软数据库引擎。</translation>
     </message>
     <message>
         <source>It plays video or sound for which this system has no decoder.</source>
-        <translation type="unfinished"></translation>
+        <translation>系统缺少播放其音视频所需的解码器。</translation>
     </message>
     <message>
         <source>Install the GStreamer plugins (good, bad, ugly, libav).</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装 GStreamer 插件（good、bad、ugly、libav）。</translation>
     </message>
     <message>
         <source>It needs secure connections, and Wine misses libgnutls for them.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要安全连接，但 Wine 缺少 libgnutls。</translation>
     </message>
     <message>
         <source>Install the package libgnutls30.</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装软件包 libgnutls30。</translation>
     </message>
     <message>
         <source>Wine cannot draw text: FreeType is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少 FreeType，Wine 无法显示文字。</translation>
     </message>
     <message>
         <source>Install the package libfreetype6.</source>
-        <translation type="unfinished"></translation>
+        <translation>请安装软件包 libfreetype6。</translation>
     </message>
     <message>
         <source>The runtime around its Proton runner is broken.</source>
-        <translation type="unfinished"></translation>
+        <translation>Proton 的运行环境已损坏。</translation>
     </message>
     <message>
         <source>A file that it needs is in use by another program.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序所需的文件正被其他程序占用。</translation>
     </message>
     <message>
         <source>End the other programs of its bottle and start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请结束该容器中的其他程序后重新启动。</translation>
     </message>
     <message>
         <source>It was not allowed to open a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序没有权限打开某个文件。</translation>
     </message>
     <message>
         <source>Move it to a folder that you may write to.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将程序移到您有写入权限的文件夹。</translation>
     </message>
     <message>
         <source>It looks for something on a network share that is not there.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序要访问的网络共享不存在。</translation>
     </message>
     <message>
         <source>Mount the share and open the program from there.</source>
-        <translation type="unfinished"></translation>
+        <translation>请挂载该共享，再从中打开程序。</translation>
     </message>
     <message>
         <source>It needs Flash Player, which is not made any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要已停止开发的 Flash Player。</translation>
     </message>
     <message>
         <source>Ask its maker for a newer version.</source>
-        <translation type="unfinished"></translation>
+        <translation>请向开发商索取新版本。</translation>
     </message>
     <message>
         <source>It needs a COM class that is not registered (%1).</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少已注册的 COM 类（%1）。</translation>
     </message>
     <message>
         <source>Install the program anew, with all its parts.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新安装程序及其全部组件。</translation>
     </message>
     <message>
         <source>It hangs: its threads wait for each other.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序已停止响应。</translation>
     </message>
     <message>
         <source>Windows Installer could not be started.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法启动 Windows Installer。</translation>
     </message>
     <message>
         <source>The installation was cancelled.</source>
-        <translation type="unfinished"></translation>
+        <translation>安装已取消。</translation>
     </message>
     <message>
         <source>Start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新启动。</translation>
     </message>
     <message>
         <source>The installation failed with a serious error (1603).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装时发生严重错误（1603）。</translation>
     </message>
     <message>
         <source>View Logs may name the step that failed.</source>
-        <translation type="unfinished"></translation>
+        <translation>可在“查看日志”中查找出错的步骤。</translation>
     </message>
     <message>
         <source>It wants to change a program that is not installed (1605).</source>
-        <translation type="unfinished"></translation>
+        <translation>要更改的程序尚未安装（1605）。</translation>
     </message>
     <message>
         <source>Install the full version first.</source>
-        <translation type="unfinished"></translation>
+        <translation>请先安装完整版本。</translation>
     </message>
     <message>
         <source>The installer does not find its source files (1612).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装程序找不到源文件（1612）。</translation>
     </message>
     <message>
         <source>Keep all its files together.</source>
-        <translation type="unfinished"></translation>
+        <translation>请将所有安装文件放在一起。</translation>
     </message>
     <message>
         <source>Another installation is still running (1618).</source>
-        <translation type="unfinished"></translation>
+        <translation>另一个安装仍在进行（1618）。</translation>
     </message>
     <message>
         <source>Wait for its end and start this one again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请等待其完成后重新启动。</translation>
     </message>
     <message>
         <source>The installer package cannot be opened (1619).</source>
-        <translation type="unfinished"></translation>
+        <translation>无法打开安装包（1619）。</translation>
     </message>
     <message>
         <source>The installer package is damaged (1620).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装包已损坏（1620）。</translation>
     </message>
     <message>
         <source>The installer could not write its log (1622).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装程序无法写入日志（1622）。</translation>
     </message>
     <message>
         <source>Make room on the disk and start it again.</source>
-        <translation type="unfinished"></translation>
+        <translation>请清理磁盘空间后重新启动。</translation>
     </message>
     <message>
         <source>A policy forbids the installation (1625).</source>
-        <translation type="unfinished"></translation>
+        <translation>策略禁止此安装（1625）。</translation>
     </message>
     <message>
         <source>The folder for temporary files is full or missing (1632).</source>
-        <translation type="unfinished"></translation>
+        <translation>临时文件夹已满或不存在（1632）。</translation>
     </message>
     <message>
         <source>The installer is made for another kind of computer (1633).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装包不适用于此类计算机（1633）。</translation>
     </message>
     <message>
         <source>Get the version for 64-bit or 32-bit Windows.</source>
-        <translation type="unfinished"></translation>
+        <translation>请换用适用于 64 位或 32 位 Windows 的版本。</translation>
     </message>
     <message>
         <source>Another version is installed already (1638).</source>
-        <translation type="unfinished"></translation>
+        <translation>已安装另一个版本（1638）。</translation>
     </message>
     <message>
         <source>Remove that one first.</source>
-        <translation type="unfinished"></translation>
+        <translation>请先卸载该版本。</translation>
     </message>
     <message>
         <source>The installer was started with wrong arguments (1639).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装程序的启动参数有误（1639）。</translation>
     </message>
     <message>
         <source>The installer wants Windows to restart (1641).</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Start the program: that is not needed here.</source>
-        <translation type="unfinished"></translation>
+        <translation>安装程序要求重启 Windows（1641）。</translation>
     </message>
     <message>
         <source>A step of the installation failed (1722).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装的某个步骤失败（1722）。</translation>
     </message>
     <message>
         <source>Start it again; leave out what is optional.</source>
-        <translation type="unfinished"></translation>
+        <translation>请重新启动，并取消可选组件。</translation>
     </message>
     <message>
         <source>It stopped itself at a check that failed (80000003).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因内部检查失败而停止（80000003）。</translation>
     </message>
     <message>
         <source>It crashed on memory that it may not use (c0000005).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序访问了无权使用的内存而崩溃（c0000005）。</translation>
     </message>
     <message>
         <source>It crashed on an instruction that this processor does not know (c000001d).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序使用了此处理器不支持的指令而崩溃（c000001d）。</translation>
     </message>
     <message>
         <source>Look for a version for older processors.</source>
-        <translation type="unfinished"></translation>
+        <translation>请寻找适用于旧处理器的版本。</translation>
     </message>
     <message>
         <source>It ran out of memory (c0000017).</source>
-        <translation type="unfinished"></translation>
+        <translation>内存不足（c0000017）。</translation>
     </message>
     <message>
         <source>It crashed on a division by zero (c0000094).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因除数为零而崩溃（c0000094）。</translation>
     </message>
     <message>
         <source>It tried what only drivers may do (c0000096), as copy protections do.</source>
-        <translation type="unfinished"></translation>
+        <translation>程序执行了只有驱动才能执行的操作（c0000096），常见于版权保护。</translation>
     </message>
     <message>
         <source>It crashed because its stack was full (c00000fd).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因堆栈溢出而崩溃（c00000fd）。</translation>
     </message>
     <message>
         <source>One of its DLLs is missing (c0000135).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序缺少某个 DLL（c0000135）。</translation>
     </message>
     <message>
         <source>One of its DLLs has another version than it expects (c0000139).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序的某个 DLL 版本不符（c0000139）。</translation>
     </message>
     <message>
         <source>One of its DLLs could not start (c0000142).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序的某个 DLL 无法初始化（c0000142）。</translation>
     </message>
     <message>
         <source>It crashed because its memory was damaged (c0000374).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因内存损坏而崩溃（c0000374）。</translation>
     </message>
     <message>
         <source>It ended itself on a serious error (c0000409).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因严重错误而自行结束（c0000409）。</translation>
     </message>
     <message>
         <source>One of its DLLs is missing (c06d007e).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序缺少某个 DLL（c06d007e）。</translation>
     </message>
     <message>
         <source>One of its DLLs has another version than it expects (c06d007f).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序的某个 DLL 版本不符（c06d007f）。</translation>
     </message>
     <message>
         <source>It crashed on a C++ error that it does not handle (e06d7363).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因未处理的 C++ 异常而崩溃（e06d7363）。</translation>
     </message>
     <message>
         <source>It crashed on a .NET error that it does not handle (e0434352).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因未处理的 .NET 异常而崩溃（e0434352）。</translation>
     </message>
     <message>
         <source>It crashed on a Delphi error that it does not handle (0eedfade).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序因未处理的 Delphi 异常而崩溃（0eedfade）。</translation>
     </message>
     <message>
         <source>The installation failed (%1).</source>
-        <translation type="unfinished"></translation>
+        <translation>安装失败（%1）。</translation>
     </message>
     <message>
         <source>It needs a newer Windows than this Wine offers (%1).</source>
-        <translation type="unfinished"></translation>
+        <translation>程序需要比当前 Wine 更新的 Windows（%1）。</translation>
+    </message>
+    <message>
+        <source>Remove the program and install it anew.</source>
+        <translation>请卸载后重新安装。</translation>
+    </message>
+    <message>
+        <source>No restart is needed here; start the program.</source>
+        <translation>此处无需重启，直接启动程序即可。</translation>
     </message>
 </context>
 <context>
@@ -1246,7 +1246,7 @@ please wait for the component download to complete!</source>
     <message>
         <source>No any fixing applied, launch failed</source>
         <comment>what was repaired did not help</comment>
-        <translation type="unfinished"></translation>
+        <translation>修复后仍无法启动</translation>
     </message>
 </context>
 <context>
@@ -1736,11 +1736,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Cellarix keeps its programs in %1, and nothing can be written there.</source>
-        <translation>Cellarix 的程序存放在 %1，但该文件夹不可写入。</translation>
+        <translation type="vanished">Cellarix 的程序存放在 %1，但该文件夹不可写入。</translation>
     </message>
     <message>
         <source>Make the folder writable for you, then open the file again.</source>
-        <translation>请为该文件夹添加写入权限，然后重新打开文件。</translation>
+        <translation type="vanished">请为该文件夹添加写入权限，然后重新打开文件。</translation>
     </message>
     <message>
         <source>Batch files are run from within Cellarix only.</source>
@@ -1764,11 +1764,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Nothing can be written into %1, where Cellarix keeps its programs.</source>
-        <translation type="vanished">无法写入 %1，Cellarix 的程序存放于此。</translation>
+        <translation>无法写入 %1，Cellarix 的程序存放于此。</translation>
     </message>
     <message>
         <source>Make this folder writable for you, then try again.</source>
-        <translation type="vanished">请为该文件夹添加写入权限，然后重试。</translation>
+        <translation>请为该文件夹添加写入权限，然后重试。</translation>
     </message>
 </context>
 <context>
@@ -1957,15 +1957,15 @@ please wait for the component download to complete!</source>
     <name>SessionBus</name>
     <message>
         <source>There is no session bus, over which Cellarix reaches its background service.</source>
-        <translation>没有会话总线，Cellarix 无法连接后台服务。</translation>
+        <translation type="vanished">没有会话总线，Cellarix 无法连接后台服务。</translation>
     </message>
     <message>
         <source>Log out and in again, or start Cellarix with &quot;dbus-run-session cellarix&quot;.</source>
-        <translation>请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
+        <translation type="vanished">请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
     </message>
     <message>
         <source>There is no session bus, over which Cellarix reaches its background service. Log out and in again, or start it with &quot;dbus-run-session cellarix&quot;.</source>
-        <translation type="vanished">没有会话总线，Cellarix 无法连接后台服务。请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
+        <translation>没有会话总线，Cellarix 无法连接后台服务。请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
     </message>
 </context>
 <context>
