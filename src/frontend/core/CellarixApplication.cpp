@@ -314,7 +314,8 @@ bool CellarixApplication::isNeeded() const {
 }
 
 bool CellarixApplication::hasOnlyRefused() const {
-    return m_hasRefused && !m_hasLaunched && !m_mainWindow;
+    const bool isService = m_commandLineHandler && m_commandLineHandler->isService();
+    return m_hasRefused && !m_hasLaunched && !m_mainWindow && !isService;
 }
 
 bool CellarixApplication::isUpdate() const {

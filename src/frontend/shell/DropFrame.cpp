@@ -9,6 +9,7 @@
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
 #include "fenk/style/Paint.h"
+#include "launch/inspection/ProgramKind.h"
 
 using namespace Fenk;
 
@@ -24,7 +25,8 @@ QString DropFrame::programIn(const QMimeData* data) {
     const QList<QUrl> urls = data->urls();
     for (const QUrl& url : urls) {
         const QFileInfo file(url.toLocalFile());
-        if (suffixes.contains(file.suffix().toLower()) && file.isFile())
+        if (file.isFile() &&
+            (suffixes.contains(file.suffix().toLower()) || ProgramHeader::read(file.filePath()).isProgram()))
             return file.filePath();
     }
     return {};

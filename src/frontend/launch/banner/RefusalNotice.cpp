@@ -48,6 +48,8 @@ Fenk::Dialog* findShown(const QString& path) {
 Fenk::Dialog* make(const QString& path, const OpenRefusal& refusal, QWidget* parent) {
     auto* dialog = new Fenk::Dialog(parent);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    if (parent)
+        dialog->setWindowModality(Qt::WindowModal);
     dialog->setObjectName("refusal_notice");
     dialog->setAccessibleName("refusal_notice");
     dialog->setProperty(PathProperty, path);
