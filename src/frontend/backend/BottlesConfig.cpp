@@ -150,6 +150,10 @@ BusResult BottlesConfig::getRunnerVersion(const QString& runner) {
     return BusCall::block(*this, "getRunnerVersion", {runner});
 }
 
+void BottlesConfig::watchRunnerVersion(const QString& runner, QObject* context, const Handler& handler) {
+    BusCall::watch(*this, "getRunnerVersion", {runner}, context, handler);
+}
+
 void BottlesConfig::setDPI(const QString& bottle, int dpi) {
     BusCall::fire(*this, "setDPI", {bottle, dpi});
 }

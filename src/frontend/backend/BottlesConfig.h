@@ -54,6 +54,7 @@ public:
                                    QObject* context, const Handler& handler);
     void cancelInstallingDependency(const QString& bottle, QObject* context, const Handler& handler);
     BusResult getRunnerVersion(const QString& runner);
+    void watchRunnerVersion(const QString& runner, QObject* context, const Handler& handler);
 
     // Switches; none of them confirms.
     void setDPI(const QString& bottle, int dpi);

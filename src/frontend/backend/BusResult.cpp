@@ -1,10 +1,13 @@
 #include "backend/BusResult.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QJsonDocument>
+
+#include "backend/ServiceErrorText.h"
 
 namespace {
 
@@ -43,6 +46,19 @@ BusResult fromArgument(const QVariant& argument, const QDBusMessage& message) {
 
 }  // namespace
 
+QString BusResult::errorText() const {
+    const char* english = nullptr;
+    if (serviceGone)
+        english = QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle service has ended unexpectedly.");
+    else if (timedOut)
+        english = QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle service does not answer.");
+    else if (errorName.startsWith("org.freedesktop.DBus.Error.Spawn") ||
+             errorName == "org.freedesktop.DBus.Error.ServiceUnknown")
+        english = QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle service cannot be started.");
+    return english ? QCoreApplication::translate("ServiceErrorText", english)
+                   : ServiceErrorText::of(reasons, errorMessage);
+}
+
 QJsonObject BusResult::object() const {
     return QJsonDocument::fromJson(text.toUtf8()).object();
 }
@@ -63,6 +79,7 @@ BusResult BusReply::fromMessage(const QDBusMessage& message, Wanted wanted) {
         const QDBusError error(message);
         BusResult result = failure(error.message().isEmpty() ? error.name() : error.message());
         result.errorName = error.name();
+        result.reasons = QJsonDocument::fromJson(message.arguments().value(1).toString().toUtf8()).array();
         // The bus answers in the place of a service that has gone; nobody sends the error of a time-out.
         result.timedOut = error.type() == QDBusError::NoReply && message.service().isEmpty();
         result.serviceGone = !result.timedOut && (error.type() == QDBusError::NoReply ||

@@ -12,7 +12,8 @@ class QDBusMessage;
 struct BusResult {
     bool ok = false;
     QString text;
-    QString errorMessage;      ///< set when !ok
+    QString errorMessage;      ///< set when !ok; for logs, in English where the service has made it
+    QJsonArray reasons;        ///< the same for ServiceErrorText
     QString errorName;         ///< of the reply; empty for what went wrong on this side
     bool serviceGone = false;  ///< the service was there and left without an answer
     bool timedOut = false;     ///< no answer yet; the service goes on, and its signal may still come
@@ -21,6 +22,9 @@ struct BusResult {
 
     /// Refused because programs run in the bottle; a signal tells which.
     bool isBusy() const { return errorName == QLatin1String("com.lumora.Error.Busy"); }
+
+    /// For the user, in the language of the session.
+    QString errorText() const;
 
     QJsonObject object() const;
     QJsonArray array() const;

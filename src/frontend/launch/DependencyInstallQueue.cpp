@@ -4,18 +4,25 @@
 #include <QJsonObject>
 
 #include "backend/BottlesConfig.h"
+#include "backend/ServiceErrorText.h"
 #include "backend/ServiceLoss.h"
 #include "launch/DependencySetupProgressEmitter.h"
 
 DependencyInstallQueue::DependencyInstallQueue(QObject* parent) : QObject(parent) {
-    whenServiceIsLost(this, [this] { failCurrent("the bottle service has gone"); });
+    whenServiceIsLost(this, [this] {
+        BusResult gone;
+        gone.serviceGone = true;
+        failCurrent("the bottle service has gone", {{"error", gone.errorText()}});
+    });
 }
 
-void DependencyInstallQueue::failCurrent(const QString& why) {
+void DependencyInstallQueue::failCurrent(const QString& why, const QJsonObject& result) {
     if (m_currentDependency.isEmpty())
         return;
     qWarning().noquote() << "cannot install" << m_currentDependency << "into" << m_bottleName << why;
-    slotsDependsInstalled(m_bottleName, m_currentDependency, {{"ok", false}});
+    QJsonObject failure = result;
+    failure.insert("ok", false);
+    slotsDependsInstalled(m_bottleName, m_currentDependency, failure);
 }
 
 void DependencyInstallQueue::cancel() {
@@ -74,7 +81,8 @@ void DependencyInstallQueue::request() {
             if (attempt != m_attempt || m_isBlocked || answer.isBusy() || answer.timedOut)
                 return;
             if (!answer.ok || !answer.object().value("ok").toBool(true))
-                failCurrent(answer.ok ? answer.text : answer.errorMessage);
+                failCurrent(answer.ok ? answer.text : answer.errorMessage,
+                            answer.ok ? answer.object() : QJsonObject{{"error", answer.errorText()}});
         });
 }
 
@@ -110,9 +118,11 @@ void DependencyInstallQueue::slotsDependsInstalled(const QString& bottles_name,
     }
     const bool ok = result.value("ok").toBool();
     // The status is gone at the next one; what the user can do about it stays.
-    const QString reason = result.value("error").toString();
+    const QString reason = ServiceErrorText::of(result);
     if (!ok && !reason.isEmpty())
         Q_EMIT emitMsg(reason, MsgError);
+    if (!ok)
+        Q_EMIT failed(dependency_name, reason);
     Q_EMIT emitMsg(tr("Setup %1").arg(ok ? tr("Success") : tr("Failed")), MsgStatus);
     installNext();
 }

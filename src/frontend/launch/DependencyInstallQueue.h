@@ -29,6 +29,8 @@ Q_SIGNALS:
     void emitMsg(const QString& text, MsgType recordType = MsgLine);
     void emitStep(const QString& text, MsgType recordType = MsgLine);
     void blocked(const QStringList& programs);
+    /// A component could not be installed; the queue goes on. The reason is for the user and may be empty.
+    void failed(const QString& dependency, const QString& reason);
 
 public Q_SLOTS:
     void slotsDependsInstalled(const QString& bottles_name, const QString& dependency_name,
@@ -41,7 +43,7 @@ private:
     bool isCurrent(const QString& bottle, const QString& dependency) const;
     void installNext();
     void request();
-    void failCurrent(const QString& why);
+    void failCurrent(const QString& why, const QJsonObject& result);
     void dropEmitter();
     void showPercent(int percent);
 

@@ -110,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(done.size(), 1);
         fake->kill();
         QTRY_COMPARE(done.size(), 2);
-        QCOMPARE(words, QStringList({"x", "Failed", "y", "Failed", "z", "Failed"}));
+        QCOMPARE(words, QStringList({"x", "no", "Failed", "y", "Failed", "z", "unexpectedly.", "Failed"}));
     }
 
     void progress() {

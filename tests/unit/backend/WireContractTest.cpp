@@ -4,6 +4,8 @@
 #include <QtTest>
 
 #include "backend/BottlesConfig.h"
+#include "backend/ServiceErrorText.h"
+#include "bottleservice/Reason.h"
 #include "support/fakeservice/Scenario.h"
 
 /// The contract file of the bottle interface against the proxy's signals and the stand-in's methods, both
@@ -51,6 +53,21 @@ private Q_SLOTS:
             declared.insert(name, signature);
         }
         QCOMPARE(declared, busSignals);
+    }
+
+    /// Each reason of the service has its text here, with the same arguments.
+    void reasonsOfTheService() {
+        const QStringList arguments{"one", "%1", "three", "four"};
+        for (int code = Reason::NoCode + 1; code < Reason::CodeCount; ++code) {
+            Reason reason(Reason::Code(code), arguments);
+            QCOMPARE(ServiceErrorText::of(reason.toJson(), "not known"), reason.text());
+            reason += "In English only.";
+            QCOMPARE(ServiceErrorText::of(reason.toJson(), "not known"), reason.text());
+        }
+        QCOMPARE(ServiceErrorText::of(QJsonArray{QJsonObject{{"code", "of-tomorrow"}}}, "In English."),
+                 QString("In English."));
+        QCOMPARE(ServiceErrorText::of(QJsonArray{7, "x", QJsonArray()}, "In English."),
+                 QString("In English."));
     }
 
 private:

@@ -1,0 +1,124 @@
+#include "backend/ServiceErrorText.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+constexpr int MaximumReasons = 12;
+
+struct Row {
+    const char* code;
+    const char* text;
+};
+
+constexpr Row Rows[] = {
+    {"busy", QT_TRANSLATE_NOOP("ServiceErrorText", "Programs run in the bottle: %1.")},
+    {"no-bottle", QT_TRANSLATE_NOOP("ServiceErrorText", "There is no bottle \"%1\".")},
+    {"no-wine",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "Wine is not installed on this machine. Install the packages wine and wine64.")},
+    {"no-runner", QT_TRANSLATE_NOOP("ServiceErrorText", "The Wine runner \"%1\" is not installed.")},
+    {"no-component", QT_TRANSLATE_NOOP("ServiceErrorText", "There is no component \"%1\".")},
+    {"no-known-file",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "No file is known that \"%1\" could be installed from.")},
+    {"not-for-this-wine",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "Nothing of \"%1\" is made for the Wine of this bottle.")},
+    {"no-address", QT_TRANSLATE_NOOP("ServiceErrorText", "It is not known where %1 can be had.")},
+    {"no-checksum",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "No checksum of %1 is known, and sources.json does not allow files without one.")},
+    {"has-winetricks",
+     QT_TRANSLATE_NOOP(
+         "ServiceErrorText",
+         "The tool winetricks can install it (as \"%1\"): install the package winetricks and try again.")},
+    {"http-status",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "%1 could not be fetched from %2: the server answers %3.")},
+    {"no-connection",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "%1 could not be fetched: %2 cannot be reached.")},
+    {"server-silent",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "%1 could not be fetched from %2: the server has been silent for too long.")},
+    {"closed-too-soon",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "%1 could not be fetched from %2: the connection was closed too soon.")},
+    {"fetch-failed", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 could not be fetched from %2: %3.")},
+    {"other-checksum",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "What came from %2 is not the file %1 that was expected: its checksum is another.")},
+    {"other-size",
+     QT_TRANSLATE_NOOP(
+         "ServiceErrorText",
+         "What came from %2 is not the file %1 that was expected: it has %3 bytes and should have %4.")},
+    {"too-large", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 from %2 is larger than it should be.")},
+    {"no-room", QT_TRANSLATE_NOOP("ServiceErrorText", "There is not enough room on the disk for %1.")},
+    {"cannot-write", QT_TRANSLATE_NOOP("ServiceErrorText", "Cannot write %1: %2.")},
+    {"bad-archive", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 cannot be unpacked: %2.")},
+    {"not-in-archive", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 does not hold %2.")},
+    {"installer-code", QT_TRANSLATE_NOOP("ServiceErrorText", "The installer of %1 ended with code %2.")},
+    {"installer-slow",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The installer of %1 took too long and was ended.")},
+    {"installer-crashed",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The installer of %1 was killed or crashed.")},
+    {"installer-not-started",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The installer of %1 could not be started: %2.")},
+    {"needs-32-bit",
+     QT_TRANSLATE_NOOP(
+         "ServiceErrorText",
+         "%1 is a program of 32 bits, and the Wine of this bottle runs none. Install 32-bit Wine "
+         "(the package wine32), or choose another Wine version for the bottle.")},
+    {"cancelled", QT_TRANSLATE_NOOP("ServiceErrorText", "The installation was cancelled.")},
+    {"other-choice", QT_TRANSLATE_NOOP("ServiceErrorText", "Another choice was made.")},
+    {"programs-not-ended",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "Programs in the bottle could not be ended.")},
+    {"no-ordinary-file", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is no ordinary file that can be read.")},
+    {"other-file",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is not the file that is needed. What is needed is %2.")},
+};
+
+const char* formatOf(const QString& code) {
+    for (const Row& row : Rows) {
+        if (code == QLatin1String(row.code))
+            return row.text;
+    }
+    return nullptr;
+}
+
+/// In one go, since an argument may hold "%1" itself.
+QString filledIn(QString text, const QJsonArray& arguments) {
+    const int count = qMin(arguments.size(), 9);
+    for (int i = 1; i <= count; ++i)
+        text.replace('%' + QString::number(i), QString(QChar(0xe000 + i)));
+    for (int i = 1; i <= count; ++i)
+        text.replace(QChar(0xe000 + i), arguments[i - 1].toString());
+    return text;
+}
+
+/// Empty when the code is not known.
+QString textOf(const QJsonObject& reason) {
+    const char* format = formatOf(reason["code"].toString());
+    return format ? filledIn(QCoreApplication::translate("ServiceErrorText", format),
+                             reason["arguments"].toArray())
+                  : reason["text"].toString();
+}
+
+}  // namespace
+
+QString ServiceErrorText::of(const QJsonArray& reasons, const QString& english) {
+    QString all;
+    if (reasons.size() > MaximumReasons)
+        return english;
+    for (const QJsonValue& reason : reasons) {
+        const QString text = textOf(reason.toObject());
+        if (text.isEmpty())
+            return english;
+        // A full-width stop brings its own space.
+        if (!all.isEmpty() && !all.endsWith(QChar(0x3002)))
+            all += ' ';
+        all += text;
+    }
+    return all.isEmpty() ? english : all;
+}
+
+QString ServiceErrorText::of(const QJsonObject& result) {
+    return of(result["reasons"].toArray(), result["error"].toString());
+}
