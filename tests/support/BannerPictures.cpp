@@ -13,6 +13,7 @@
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/environment/BottleEnvScript.h"
 #include "launch/environment/EnvInitBanner.h"
+#include "launch/repair/RepairOffer.h"
 #include "support/Pictures.h"
 
 using namespace Fenk;
@@ -98,9 +99,33 @@ QImage logs() {
         "L\"C:\\\\Program Files\\\\Harbour\\\\office.exe\") not found",
         1);
     log.appendLine("Parsing wine logs and fix application", 3);
+    log.appendLine("0024:fixme:ntdll:NtQuerySystemInformation info_class SYSTEM_PERFORMANCE_INFORMATION", 1);
     log.appendLine("Try to fix application with those components:\n- vcredist2022", 3);
+    RepairOffer offer;
+    offer.components = {{"vcredist2022",
+                         "Visual C++ 2015-2022",
+                         true,
+                         {},
+                         {},
+                         {},
+                         {{"vc_redist.x86.exe", 13953736, false, "aka.ms"}}}};
+    for (const RepairOffer::Line& line : offer.lines())
+        log.appendLine(line.text, 3);
     RunningLogsDialog dialog(&log, &banner);
     return picture({&banner, &dialog});
+}
+
+QImage retry(bool canChooseFile) {
+    Banner banner("Harbour Office Professional Setup");
+    banner.setDescription(
+        QCoreApplication::translate("RepairAssistant", "%1 could not be installed: %2")
+            .arg("Visual C++ 2015-2022",
+                 QCoreApplication::translate("ServiceErrorText",
+                                             "%1 could not be fetched from %2: the server answers %3.")
+                     .arg("vc_redist.x86.exe", "https://aka.ms/vs/17/vc_redist.x86.exe", "404")));
+    banner.showFailed(false);
+    banner.offerRetry(canChooseFile);
+    return picture({&banner});
 }
 
 QImage environment(const QString& state) {
@@ -134,6 +159,8 @@ const QVector<PictureState> States = {
     {"failed-public", [] { return failed(false, false); }},
     {"without-bus", withoutBus},
     {"refused", refused},
+    {"failed-retry", [] { return retry(false); }},
+    {"failed-file", [] { return retry(true); }},
     {"confirm", confirm},
     {"running-programs", runningPrograms},
     {"logs", logs},

@@ -82,6 +82,7 @@ void ExeFileExecutor::connectParts() {
             &ExeFileExecutor::onTemplateProgress);
     connect(m_queue, &DependencyInstallQueue::emitMsg, this, &ExeFileExecutor::emitMsg);
     connect(m_queue, &DependencyInstallQueue::emitStep, this, &ExeFileExecutor::emitStep);
+    connect(m_queue, &DependencyInstallQueue::failed, this, &ExeFileExecutor::componentFailed);
     connect(m_queue, &DependencyInstallQueue::blocked, this, &ExeFileExecutor::askForPrograms);
     connect(m_queue, &DependencyInstallQueue::done, this, &ExeFileExecutor::onComponentsRepareDone);
     m_linksTimer.setSingleShot(true);

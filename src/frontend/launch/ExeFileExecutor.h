@@ -46,6 +46,8 @@ public:
     /// Repairs what the last start has brought to light and launches again. Without effect while the program
     /// or a repair is running.
     void applyFix();
+    /// The same for components that could not be installed before.
+    void retryFix(const QStringList& components);
     /// The user's answer to programsRunning: ends them and goes on, or gives the repair up, which can be
     /// asked for again.
     void answerProgramsRunning(bool close);
@@ -75,6 +77,10 @@ public:
     int seconds() const { return m_seconds; }
     /// Of the last start that has failed; valid from runFailed on.
     const Diagnosis& diagnosis() const { return m_diagnosis; }
+    /// What applyFix() would install, and what repairs have been tried for.
+    const QStringList& components() const { return m_components; }
+    const QStringList& fonts() const { return m_fonts; }
+    const QStringList& triedComponents() const { return m_triedComponents; }
 
 Q_SIGNALS:
     void emitStep(const QString& text, MsgType recordType = MsgLine);
@@ -89,6 +95,8 @@ Q_SIGNALS:
     void runFailed(bool canWeFix = false, bool isSuccessed = false);
     /// These run in the bottle, and the repair waits for answerProgramsRunning.
     void programsRunning(const QStringList& names);
+    /// A repair goes on without the component. The reason is for the user and may be empty.
+    void componentFailed(const QString& component, const QString& reason);
 
 public Q_SLOTS:
     void onWineInstalled(int success, const QString& componentType, const QString& componentName,

@@ -10,6 +10,7 @@
 #include "backend/MissingFonts.h"
 #include "backend/PendingWork.h"
 #include "backend/SessionBus.h"
+#include "backend/ServiceErrorText.h"
 #include "core/base/WineNames.h"
 #include "launch/BottleTasks.h"
 #include "launch/DependencyInstallQueue.h"
@@ -297,6 +298,15 @@ void ExeFileExecutor::applyFix() {
     }
 }
 
+void ExeFileExecutor::retryFix(const QStringList& components) {
+    if (m_awaited != Awaited::Nothing || m_secondTimer->isActive())
+        return;
+    m_components = components;
+    for (const QString& component : components)
+        m_triedComponents.removeAll(component);
+    applyFix();
+}
+
 /// What is neither a component nor the staging runner.
 void ExeFileExecutor::applyOtherRepair(RepairAction action) {
     if (action == RepairAction::LaunchAgain)
@@ -394,6 +404,8 @@ void ExeFileExecutor::onRunnerSwitchDone(const QString& bottle_name, const QStri
     }
     BottlesConfig::instance()->disconnect(this);
     m_hasSwitchedRunner = true;
+    if (!object.value("ok").toBool(true))
+        Q_EMIT componentFailed(component_name, ServiceErrorText::of(object));
     qInfo() << "Relaunch program...";
     Q_EMIT emitMsg(tr("Switch runner success, relaunch program..."), MsgLine);
     launch();

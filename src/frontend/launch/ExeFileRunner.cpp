@@ -23,6 +23,7 @@
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/records/FailedStarts.h"
+#include "launch/repair/RepairAssistant.h"
 #include "probes/HardwareInfo.h"
 
 namespace {
@@ -50,7 +51,13 @@ private:
 }  // namespace
 
 ExeFileRunner::ExeFileRunner(const QString& exePath, QObject* parent)
-    : QObject(parent), m_banner(new WineExeLaunchBanner), m_logsWidget(new LogsWidget), m_exePath(exePath) {}
+    : QObject(parent),
+      m_banner(new WineExeLaunchBanner),
+      m_logsWidget(new LogsWidget),
+      m_assistant(new RepairAssistant(m_banner, m_logsWidget, this)),
+      m_exePath(exePath) {
+    connect(m_assistant, &RepairAssistant::retry, this, &ExeFileRunner::retryRepair, Qt::QueuedConnection);
+}
 
 ExeFileRunner::ExeFileRunner(const QString& bottle, const QString& programUuid, QObject* parent)
     : ExeFileRunner(QString(), parent) {
@@ -188,6 +195,7 @@ int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStri
     m_banner->setDescription(
         QCoreApplication::translate("ExeFileExecutor", "Try to fix application with those components:") +
         ' ' + components.join(", "));
+    m_assistant->showWays(true);
     return 0;
 }
 
@@ -211,6 +219,7 @@ void ExeFileRunner::fillFromRecord() {
 }
 
 void ExeFileRunner::connectRun() {
+    m_assistant->follow(m_executor, m_bottlesName);
     connect(m_executor, &ExeFileExecutor::emitStep, this, &ExeFileRunner::onStep);
     connect(m_executor, &ExeFileExecutor::emitMsg, this, &ExeFileRunner::onMessage);
     connect(m_banner, &WineExeLaunchBanner::stopRunning, this, &ExeFileRunner::stop);
@@ -249,6 +258,15 @@ void ExeFileRunner::repair() {
     m_repaired = true;
     m_banner->showRunning();
     m_executor->applyFix();
+}
+
+void ExeFileRunner::retryRepair() {
+    const QStringList components = m_assistant->failedComponents();
+    if (m_finishedOnce || !m_executor || components.isEmpty())
+        return;
+    m_repaired = true;
+    m_banner->showRunning();
+    m_executor->retryFix(components);
 }
 
 void ExeFileRunner::askToClosePrograms(const QStringList& names) {
@@ -295,6 +313,8 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     QtConcurrent::run(machineInfo);
     m_banner->show();
     m_banner->showFailed(canFix && !isPublic());
+    if (!isPublic())
+        m_assistant->showWays(canFix);
 }
 
 void ExeFileRunner::checkLinks(bool success) {

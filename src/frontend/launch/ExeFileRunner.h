@@ -10,6 +10,7 @@
 
 class ExeFileExecutor;
 class LogsWidget;
+class RepairAssistant;
 class WineExeLaunchBanner;
 
 /// One visible launch: owns the executor, the banner and the lines of the launch, decides what a result means
@@ -68,6 +69,7 @@ private:
     void onStep(const QString& text, MsgType type);
     void onMessage(const QString& text, MsgType type);
     void repair();
+    void retryRepair();
     void stop();
     void askFeedback();
     void createBottle();
@@ -85,6 +87,7 @@ private:
     ExeFileExecutor* m_executor = nullptr;
     WineExeLaunchBanner* m_banner;
     LogsWidget* m_logsWidget;
+    RepairAssistant* m_assistant;
     QString m_appName;
     QDateTime m_startTime;
     int m_elapsedSeconds = 0;

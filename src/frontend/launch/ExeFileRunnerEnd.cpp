@@ -22,6 +22,7 @@
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/records/EventRecord.h"
 #include "launch/records/EventWriter.h"
+#include "launch/repair/RepairAssistant.h"
 #include "probes/HardwareInfo.h"
 
 int ExeFileRunner::runInBottlesConfigWindow() {
@@ -104,6 +105,8 @@ void ExeFileRunner::slotsDebugButtonClicked() {
 void ExeFileRunner::showLogsDialog() {
     auto* dialog = new RunningLogsDialog(m_logsWidget, m_banner);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &RunningLogsDialog::reportWanted, this,
+            [this, dialog] { dialog->copyReport(m_assistant->report(m_appName)); });
     dialog->exec();
 }
 

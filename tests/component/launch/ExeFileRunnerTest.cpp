@@ -1,5 +1,6 @@
 #include "launch/ExeFileRunner.h"
 
+#include <QLabel>
 #include <QPushButton>
 #include <QtTest>
 
@@ -68,6 +69,14 @@ class ExeFileRunnerTest : public QObject, private LaunchFixture {
         }
     }
 
+    bool isOffered(const char* name) const {
+        for (const auto* button : banner()->findChildren<QPushButton*>()) {
+            if (button->accessibleName() == QLatin1String(name))
+                return button->isVisible();
+        }
+        return false;
+    }
+
     void makeBottle(const QString& name, bool hasProgram) {
         const QJsonObject linked{{"id", Uuid}, {"name", "Stored"}, {"path", "C:\\linked.exe"}};
         const QJsonObject programs = hasProgram ? QJsonObject{{Uuid, linked}} : QJsonObject();
@@ -128,6 +137,8 @@ private Q_SLOTS:
         row("repair", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)", "repair, close window", "added");
         row("repair, programs run", "a.exe", "", "[ $RUN != 1 ] && show || (exit 1)",
             "repair, ask, close window", "added killWineServer");
+        row("repair fails, again", "a.exe", "", "[ $RUN -gt 2 ] && show || (exit 1)",
+            "repair, fail, close window", "added");
         row("repair stopped", "a.exe", "", "(exit 1)", "repair, stop",
             "added cancelInstallingDependency killWineServer");
         row("stopped", "a.exe", "", "touch alive; wait_for close", "stop", "killWineServer");
@@ -206,6 +217,22 @@ private Q_SLOTS:
                 auto* question = banner()->findChild<RunningProgramsQuestion*>();
                 QVERIFY(question && question->isVisible());
                 question->button(1)->click();
+                QVERIFY(!m_service->waitForCall("installDependency", 2).method.isEmpty());
+            }
+            if (user.contains("fail")) {
+                // The program is started without it; what was missing can be tried once more.
+                const QJsonObject reason{{"code", "http-status"},
+                                         {"arguments", QJsonArray{"gecko.msi", "http://x", "404"}}};
+                m_service->setJson("describe", QJsonArray{QJsonObject{{"name", "gecko"},
+                                                                      {"files", QJsonArray{QJsonObject{}}}}});
+                Q_EMIT BottlesConfig::instance()->dependecyInstalled(
+                    m_bottle, "gecko", {{"ok", false}, {"reasons", QJsonArray{reason}}});
+                QTRY_VERIFY_WITH_TIMEOUT(isOffered("retry_btn") && isOffered("choose_file_btn"), LaunchMs);
+                QTRY_COMPARE(
+                    banner()->findChild<QLabel*>("description")->text(),
+                    QString("Gecko could not be installed: gecko.msi could not be fetched from http://x: "
+                            "the server answers 404."));
+                click("retry_btn");
                 QVERIFY(!m_service->waitForCall("installDependency", 2).method.isEmpty());
             }
             if (user.endsWith("stop"))

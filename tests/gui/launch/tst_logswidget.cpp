@@ -1,7 +1,9 @@
+#include <QAbstractButton>
 #include <QClipboard>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
+#include <QTextLayout>
 
 #include "fenk/Theme.h"
 #include "gui/fenk/FenkTestMain.h"
@@ -16,6 +18,9 @@ private Q_SLOTS:
         log.appendLine("first", 3);
         log.appendLine(QString::fromUtf8("坏\r\ntwo\u2028three"), 1);
         log.appendLine("", 3);
+        LogsWidget wine;
+        wine.appendLine("0024:err:module:x\n0024:fixme:ole:x\n12.5:0020:0024:warn:file:x", 1);
+        QVERIFY(wine.isError(0) && !wine.isError(1) && !wine.isError(2));
         QCOMPARE(log.lastLines(2), QStringList({"three", ""}));
         QCOMPARE(log.lastLines(9), QStringList({"first", QString::fromUtf8("坏"), "two", "three", ""}));
         QVERIFY(log.document()->isEmpty());
@@ -96,6 +101,23 @@ private Q_SLOTS:
         }
         QVERIFY(!log.isVisible() && !log.parent());
         QCOMPARE(log.lastLines(1), QStringList("kept"));
+    }
+
+    /// Long lines get the room that the screen has.
+    void isAsWideAsItsLines() {
+        QWidget banner;
+        LogsWidget log;
+        log.appendLine(QString(70, 'x'), 3);
+        RunningLogsDialog dialog(&log, &banner);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QVERIFY(dialog.width() > 478 && dialog.maximumWidth() > dialog.width());
+        QCOMPARE(dialog.height(), 331);
+        QTRY_COMPARE(log.document()->firstBlock().layout()->lineCount(), 1);
+        connect(&dialog, &RunningLogsDialog::reportWanted, &dialog, [&] { dialog.copyReport("a report"); });
+        dialog.button(0)->click();
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString("a report"));
+        QVERIFY(dialog.isVisible());
     }
 };
 

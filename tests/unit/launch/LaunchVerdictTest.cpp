@@ -1,6 +1,11 @@
 #include "launch/LaunchVerdict.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+
 #include "launch/LogFindings.h"
+#include "launch/repair/ProblemReport.h"
+#include "launch/repair/RepairOffer.h"
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
 #include "support/Table.h"
@@ -132,6 +137,68 @@ private Q_SLOTS:
                                      "1 Other wine error logs:", "0 1:err:setupapi:x", "0 2:fixme:x"}));
         asked.isFirstRun = false;
         QVERIFY(LogFindings::of(log, mask, asked).messages.isEmpty());
+    }
+
+    void offers_data() {
+        const TestSupport::Table<QString, QString, QString> table("described", "fonts", "expected");
+        const auto row = [&table](const char* tag, const char* described, const char* fonts,
+                                  const char* expected) {
+            table(tag, '[' + QString(described) + ']', fonts, expected);
+        };
+        row("sizes", R"({"name":"vcredist2013","available":true,"title":"x","files":[
+                {"name":"a.exe","size":6500000,"host":"aka.ms"},{"name":"b.exe","size":-1,"host":"aka.ms"},
+                {"name":"c.exe","size":2000,"cached":true,"host":"aka.ms"},{"name":"d.exe","size":-1},
+                {"name":"e.exe","size":1000,"host":"","address":"/mirror/e.exe"}]})",
+            "",
+            "Repair installs Visual C++ 2013.|a.exe (6.5 MB) comes from aka.ms.|"
+            "b.exe comes from aka.ms; its size is not known yet.|c.exe (2.0 kB) has been fetched already.|"
+            "It is not known where d.exe can be had.|e.exe (1.0 kB) comes from /mirror/e.exe.");
+        row("winetricks and what it needs",
+            R"({"name":"own","title":"Own Thing","available":true,"needs":["Base"],"winetricks":"own1"},7,{})",
+            "a.ttf",
+            "Repair installs Own Thing.|Base is installed first.|The tool winetricks installs it (as "
+            "\"own1\") and fetches what it needs.|Repair puts fonts of this system in the place of a.ttf.");
+        row("not to be had",
+            R"({"name":"own","available":false,"reasons":[{"code":"no-checksum","arguments":["x.exe"]}],
+                "files":[{"name":"x.exe"}]})",
+            "",
+            "!own cannot be installed.|!No checksum of x.exe is known, and sources.json does not allow files "
+            "without one.");
+        row("nothing", "", "", "");
+    }
+    void offers() {
+        QFETCH(QString, described);
+        QFETCH(QString, fonts);
+        QFETCH(QString, expected);
+        const QJsonArray array = QJsonDocument::fromJson(described.toUtf8()).array();
+        RepairOffer offer;
+        offer.components = OfferedComponent::read(array);
+        offer.fonts = fonts.split(' ', Qt::SkipEmptyParts);
+        QStringList told;
+        for (const RepairOffer::Line& line : offer.lines())
+            told += (line.isError ? "!" : "") + line.text;
+        QCOMPARE(told.join('|'), expected);
+        QCOMPARE(offer.toolTip(), expected.replace("!", "").replace('|', '\n'));
+    }
+
+    void reports() {
+        ProblemReport report;
+        report.program = "Harbour";
+        report.wine = "10.0";
+        report.tried = QStringList{"Gecko was installed."};
+        report.log = QStringList("old");
+        for (int i = 1; i < ProblemReport::LogLines; ++i)
+            report.log += "x";
+        report.log += R"(Z:\\data\\Anna-M\\a.exe, C:\users\anna-m\x, /home/bob/y, /data/anna-m/z, anna-max)";
+        const QString text = report.text("/data/anna-m", "anna-m");
+        QCOMPARE(text.section('\n', 0, 8),
+                 QString("Program: Harbour\nDiagnosis: not known\nCellarix: not known\n"
+                         "Wine: 10.0 (not known)\nSystem: not known\nSession: not known\n"
+                         "Graphics: not known\n\nWhat was tried:"));
+        QVERIFY(text.contains("- Gecko was installed.\n") && !text.contains("old"));
+        QCOMPARE(
+            text.trimmed().section('\n', -1),
+            QString(R"(- Z:@home_dir@\\a.exe, C:\users\@user@\x, @home_dir@/y, @home_dir@/z, anna-max)"));
     }
 };
 

@@ -8,6 +8,7 @@
 #include "fenk/SuggestButton.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "fenk/WidgetLook.h"
 #include "launch/LaunchWindows.h"
 #include "launch/banner/BannerCustomButton.h"
 
@@ -37,7 +38,8 @@ BannerFailedPart::BannerFailedPart(QWidget* parent)
       m_advice(new Label(Label::Secondary)),
       m_spacer(new QSpacerItem(0, OfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed)),
       m_debug(named(new SuggestButton(tr("Debug")), "debug_btn", DebugWidth)),
-      m_repairRow(makeRepairRow()) {
+      m_repairRow(makeRepairRow()),
+      m_retryRow(makeRetryRow()) {
     m_advice->setObjectName("advice");
     m_advice->setReadingWidth(AdviceMaxWidth);
     m_advice->setAlignment(Qt::AlignCenter);
@@ -49,6 +51,7 @@ BannerFailedPart::BannerFailedPart(QWidget* parent)
     layout->addItem(m_spacer);
     layout->addWidget(m_debug, 0, Qt::AlignHCenter);
     layout->addWidget(m_repairRow, 0, Qt::AlignHCenter);
+    layout->addWidget(m_retryRow, 0, Qt::AlignHCenter);
     layout->addSpacing(Tokens::Space16);
     layout->addLayout(makeQuietRow());
 }
@@ -69,6 +72,23 @@ QWidget* BannerFailedPart::makeRepairRow() {
     layout->addWidget(m_repairDebug);
     layout->addWidget(m_repairLine);
     layout->addWidget(m_repair);
+    return row;
+}
+
+QWidget* BannerFailedPart::makeRetryRow() {
+    auto* row = new QWidget;
+    row->setAccessibleName("retry_btns");
+    m_choose = named(new QPushButton(tr("Choose File...")), "choose_file_btn", RepairRowButtonWidth);
+    m_choose->setToolTip(tr("Take an installer that you have got in another way"));
+    m_retry = named(new SuggestButton(tr("Try Again")), "retry_btn", RepairRowButtonWidth);
+    connect(m_choose, &QPushButton::clicked, this, &BannerFailedPart::chooseFile);
+    connect(m_retry, &QPushButton::clicked, this, &BannerFailedPart::retry);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space16);
+    layout->addWidget(m_choose);
+    layout->addWidget(m_retry);
+    row->hide();
     return row;
 }
 
@@ -103,6 +123,7 @@ void BannerFailedPart::offer(bool canRepair, bool canFix) {
     m_advice->setVisible(hasOffer);
     m_debug->setVisible(hasOffer && !canFix);
     m_repairRow->setVisible(hasOffer && canFix);
+    m_retryRow->hide();
     m_repairDebug->setVisible(canDebug);
     m_repairLine->setVisible(canDebug);
     m_feedback->setVisible(windows && windows->hasFeedback());
@@ -113,10 +134,30 @@ void BannerFailedPart::offer(bool canRepair, bool canFix) {
 void BannerFailedPart::hideOffers() {
     m_debug->hide();
     m_repairRow->hide();
+    m_retryRow->hide();
+}
+
+void BannerFailedPart::setRepairDetails(const QString& text) {
+    m_repair->setToolTip(text.isEmpty() ? QString() : plainToolTip(text));
+    m_repair->setAccessibleDescription(text.isEmpty() ? m_repair->text() : text);
+}
+
+void BannerFailedPart::offerRetry(bool canChooseFile) {
+    m_advice->setText(canChooseFile ? tr("You can try again, or choose the file yourself")
+                                    : tr("You can try again"));
+    m_advice->show();
+    m_spacer->changeSize(0, OfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed);
+    // One suggested button is enough.
+    setButtonKind(m_retry, m_debug->isHidden() ? ButtonKind::Suggested : ButtonKind::Normal);
+    m_choose->setVisible(canChooseFile);
+    m_retryRow->show();
+    layout()->invalidate();
 }
 
 QPushButton* BannerFailedPart::suggested() const {
     if (!m_repairRow->isHidden())
         return m_repair;
+    if (!m_retryRow->isHidden())
+        return m_retry;
     return m_debug->isHidden() ? nullptr : m_debug;
 }

@@ -21,8 +21,11 @@ public:
     /// `canRepair`: the user may change the program at all. `canFix`: there is a repair for this failure.
     void offer(bool canRepair, bool canFix);
     void hideOffers();
+    /// See WineExeLaunchBanner.
+    void setRepairDetails(const QString& text);
+    void offerRetry(bool canChooseFile);
 
-    /// What Return presses: "Repair", otherwise "Debug", or none where neither is offered.
+    /// What Return presses: "Repair", "Try Again", otherwise "Debug", or none where nothing is offered.
     QPushButton* suggested() const;
 
 Q_SIGNALS:
@@ -30,9 +33,12 @@ Q_SIGNALS:
     void viewLogs();
     void debug();
     void repair();
+    void retry();
+    void chooseFile();
 
 private:
     QWidget* makeRepairRow();
+    QWidget* makeRetryRow();
     QLayout* makeQuietRow();
 
     Fenk::Label* m_advice;
@@ -43,4 +49,7 @@ private:
     QFrame* m_repairLine = nullptr;
     BannerCustomButton* m_feedback = nullptr;
     QWidget* m_repairRow;
+    QPushButton* m_choose = nullptr;
+    QPushButton* m_retry = nullptr;
+    QWidget* m_retryRow;
 };

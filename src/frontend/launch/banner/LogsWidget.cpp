@@ -12,6 +12,7 @@
 #include <QSaveFile>
 #include <QScrollBar>
 #include <QStandardPaths>
+#include <QtMath>
 
 #include "fenk/FloatingMessage.h"
 #include "fenk/Theme.h"
@@ -23,7 +24,16 @@ namespace {
 
 constexpr int ErrorLevel = 1;
 constexpr int FillDelayMs = 50;
-constexpr int FillAtOnce = 4000;  ///< lines; takes some tens of milliseconds
+constexpr int FillAtOnce = 4000;      ///< lines; takes some tens of milliseconds
+constexpr int RemarkWithin = 40;      ///< bytes; time, process and thread stand before the word
+constexpr int MostLinesShown = 1000;  // no window is larger
+constexpr int MostPixelsShown = 10000;
+
+/// What Wine says in passing; the log has it beside the errors, and it is none.
+bool isRemark(const QByteArray& line) {
+    const QByteArray begin = line.left(RemarkWithin);
+    return begin.contains(":fixme:") || begin.contains(":warn:") || begin.contains(":trace:");
+}
 
 /// Whatever a text document would take for the end of a line or for its own marks.
 const QRegularExpression& lineEnds() {
@@ -60,13 +70,15 @@ void LogsWidget::appendLine(const QString& text, int level) {
         QByteArray bytes = line.toUtf8();
         bytes.squeeze();  // it has room for three bytes a character
         m_lines.append({bytes, now, level});
+        if (bytes.size() > m_lines[m_longest].text.size())
+            m_longest = m_lines.size() - 1;
     }
     if (isVisible() && !m_fillTimer.isActive())
         m_fillTimer.start(FillDelayMs);
 }
 
 bool LogsWidget::isError(int line) const {
-    return m_lines[line].level == ErrorLevel;
+    return m_lines[line].level == ErrorLevel && !isRemark(m_lines[line].text);
 }
 
 QString LogsWidget::timeOf(int line) const {
@@ -78,6 +90,16 @@ QStringList LogsWidget::lastLines(int count) const {
     for (int i = qMax(0, m_lines.size() - count); i < m_lines.size(); ++i)
         result.append(QString::fromUtf8(m_lines[i].text));
     return result;
+}
+
+QSize LogsWidget::unbrokenSize() const {
+    const int longest =
+        m_lines.isEmpty() ? 0 : fontMetrics().horizontalAdvance(QString::fromUtf8(m_lines[m_longest].text));
+    const int around = m_left->sizeHint().width() + verticalScrollBar()->sizeHint().width() +
+                       2 * (frameWidth() + qCeil(document()->documentMargin()));
+    const int height = qMin(m_lines.size(), MostLinesShown) * fontMetrics().lineSpacing();
+    return {qMin(longest, MostPixelsShown) + around,
+            height + 2 * (frameWidth() + qCeil(document()->documentMargin()))};
 }
 
 QByteArray LogsWidget::allLines() const {

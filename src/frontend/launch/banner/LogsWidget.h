@@ -17,11 +17,15 @@ public:
     void appendLine(const QString& text, int level);
 
     int lineCount() const { return m_lines.size(); }
+    /// Of the error lines those are none that Wine itself calls a fixme, a warning or a trace.
     bool isError(int line) const;
     QString timeOf(int line) const;
 
     /// The newest lines, oldest first, without their times.
     QStringList lastLines(int count) const;
+
+    /// In pixels: what would show every line unbroken, with times and scroll bar.
+    QSize unbrokenSize() const;
 
     /// Every line with its time, as it is copied and saved.
     QByteArray allLines() const;
@@ -54,7 +58,8 @@ private:
     void followEnd();
 
     QVector<Line> m_lines;
-    int m_filled = 0;  ///< lines that are in the document; each is one block
+    int m_filled = 0;   ///< lines that are in the document; each is one block
+    int m_longest = 0;  ///< the line with the most bytes
     bool m_follows = true;
     QTimer m_fillTimer;
     QWidget* m_left;

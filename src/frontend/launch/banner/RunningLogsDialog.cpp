@@ -1,12 +1,21 @@
 #include "launch/banner/RunningLogsDialog.h"
 
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLayout>
+#include <QScreen>
 #include <QShowEvent>
 
+#include "fenk/FloatingMessage.h"
+#include "fenk/Theme.h"
 #include "launch/banner/LogsWidget.h"
 
 namespace {
 
-constexpr QSize DialogSize(478, 331);
+constexpr QSize SmallestSize(478, 331);
+constexpr QSize LargestSize(1040, 620);
+constexpr qreal ShareOfScreen = 0.9;
 constexpr int AboveMiddle = 30;
 
 }  // namespace
@@ -16,7 +25,18 @@ RunningLogsDialog::RunningLogsDialog(LogsWidget* logs, QWidget* banner) : Dialog
     setTitle(tr("Running Logs"));
     addContent(logs);
     logs->show();
-    setFixedSize(DialogSize);
+    setOnButtonClickedClose(false);
+    button(addButton(tr("Copy Report")))
+        ->setToolTip(tr("The log, what was tried and what this computer runs, without your name"));
+    button(addButton(tr("Save...")))->setToolTip(tr("Save the log"));
+    connect(this, &Dialog::buttonClicked, this, [this](int index) {
+        if (index == 0)
+            Q_EMIT reportWanted();
+        else if (m_logs)
+            m_logs->askWhereToSave();
+    });
+    setMinimumSize(SmallestSize);
+    takeRoom();
 }
 
 RunningLogsDialog::~RunningLogsDialog() {
@@ -24,6 +44,21 @@ RunningLogsDialog::~RunningLogsDialog() {
         return;
     m_logs->hide();
     m_logs->setParent(nullptr);
+}
+
+/// Long lines are read in one piece where the screen is wide enough.
+void RunningLogsDialog::takeRoom() {
+    resize(SmallestSize);
+    layout()->activate();
+    const QSize wanted = SmallestSize + (m_logs->unbrokenSize() - m_logs->size());
+    const QScreen* screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
+    const QSize room = screen->availableSize() * ShareOfScreen;
+    resize(wanted.boundedTo(LargestSize).boundedTo(room).expandedTo(SmallestSize));
+}
+
+void RunningLogsDialog::copyReport(const QString& text) {
+    QGuiApplication::clipboard()->setText(text);
+    Fenk::FloatingMessage::show(this, Fenk::Theme::icon("fenk-success"), tr("The report was copied"));
 }
 
 void RunningLogsDialog::showEvent(QShowEvent* event) {

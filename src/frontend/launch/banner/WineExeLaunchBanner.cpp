@@ -125,6 +125,8 @@ void WineExeLaunchBanner::connectParts() {
     connect(m_failed, &BannerFailedPart::viewLogs, this, &WineExeLaunchBanner::showLogsButtonClicked);
     connect(m_failed, &BannerFailedPart::debug, this, &WineExeLaunchBanner::debugButtonClicked);
     connect(m_failed, &BannerFailedPart::repair, this, &WineExeLaunchBanner::repairButtonClicked);
+    connect(m_failed, &BannerFailedPart::retry, this, &WineExeLaunchBanner::retryButtonClicked);
+    connect(m_failed, &BannerFailedPart::chooseFile, this, &WineExeLaunchBanner::chooseFileButtonClicked);
     connect(&m_movement, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& height) { setFixedSize(Width, height.toInt()); });
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
@@ -191,6 +193,17 @@ void WineExeLaunchBanner::showRunning() {
     m_failedMark->hide();
     m_ring->show();
     showStatus(m_runningStatus);
+}
+
+void WineExeLaunchBanner::setRepairDetails(const QString& text) {
+    m_failed->setRepairDetails(text);
+}
+
+void WineExeLaunchBanner::offerRetry(bool canChooseFile) {
+    if (m_closeState != Failed || !m_canRepair)
+        return;
+    m_failed->offerRetry(canChooseFile);
+    m_failed->suggested()->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 void WineExeLaunchBanner::moveHeight(int height) {

@@ -38,6 +38,12 @@ public:
     void showFailed(bool canFix);
     void showRunning();
 
+    /// After showFailed(true): what the repair is going to bring, as plain text.
+    void setRepairDetails(const QString& text);
+    /// After showFailed(false): a repair has failed and can be tried again, perhaps with a file that the user
+    /// chooses.
+    void offerRetry(bool canChooseFile);
+
     /// False for programs that the user cannot change: a failure then offers neither repair nor debugging.
     void setCanRepair(bool canRepair) { m_canRepair = canRepair; }
 
@@ -52,6 +58,8 @@ Q_SIGNALS:
     void debugButtonClicked();
     void repairButtonClicked();
     void finished();
+    void retryButtonClicked();
+    void chooseFileButtonClicked();
 
 protected:
     bool event(QEvent* event) override;

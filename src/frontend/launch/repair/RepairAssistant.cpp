@@ -1,0 +1,239 @@
+#include "launch/repair/RepairAssistant.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QStandardPaths>
+#include <QtConcurrent>
+
+#include "backend/BottleRecord.h"
+#include "backend/BottleRepairs.h"
+#include "backend/BottlesConfig.h"
+#include "backend/ServiceErrorText.h"
+#include "core/base/Logging.h"
+#include "core/base/WineNames.h"
+#include "fenk/Dialog.h"
+#include "fenk/SystemInfo.h"
+#include "launch/ExeFileExecutor.h"
+#include "launch/banner/LogsWidget.h"
+#include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/repair/ComponentTitle.h"
+#include "launch/repair/ProblemReport.h"
+#include "probes/HardwareInfo.h"
+
+namespace {
+
+enum LogLevel { ErrorLine = 1, OrdinaryLine = 3 };
+enum RefusedButton { CloseButton, ChooseAgainButton };
+
+QString systemName() {
+    const Fenk::SystemInfo system;
+    return QStringList{system.systemName(), system.majorVersion(), system.editionName(),
+                       "Linux " + QSysInfo::kernelVersion(), QSysInfo::currentCpuArchitecture()}
+        .join(' ')
+        .simplified();
+}
+
+QString sessionName() {
+    return QStringList{qEnvironmentVariable("XDG_CURRENT_DESKTOP"), qEnvironmentVariable("XDG_SESSION_TYPE")}
+        .join(' ')
+        .trimmed();
+}
+
+}  // namespace
+
+RepairAssistant::RepairAssistant(WineExeLaunchBanner* banner, LogsWidget* logs, QObject* parent)
+    : QObject(parent), m_banner(banner), m_logs(logs) {
+    connect(m_banner, &WineExeLaunchBanner::retryButtonClicked, this, &RepairAssistant::retry);
+    connect(m_banner, &WineExeLaunchBanner::chooseFileButtonClicked, this, &RepairAssistant::chooseFile);
+}
+
+void RepairAssistant::follow(ExeFileExecutor* executor, const QString& bottle) {
+    m_executor = executor;
+    m_bottle = bottle;
+    connect(executor, &ExeFileExecutor::Fixing, this, [this] {
+        ++m_round;
+        m_failures.clear();
+    });
+    connect(executor, &ExeFileExecutor::componentFailed, this,
+            [this](const QString& component, const QString& reason) {
+                m_failures.append({component, reason});
+                m_allFailures.append({component, reason});
+            });
+}
+
+QStringList RepairAssistant::failedComponents() const {
+    QStringList names;
+    for (const Failure& failure : m_failures)
+        names += failure.component;
+    return names;
+}
+
+void RepairAssistant::showWays(bool canFix) {
+    ++m_round;
+    m_choosable.clear();
+    m_banner->setRepairDetails({});
+    askForFacts();
+    tellFailures();
+    if (canFix)
+        askAboutOffer();
+    else if (!m_failures.isEmpty())
+        askAboutFailed();
+}
+
+/// After everything else, so that it is the description that stays.
+void RepairAssistant::tellFailures() {
+    QString last;
+    for (const Failure& failure : qAsConst(m_failures)) {
+        const QString title = componentTitle(failure.component);
+        last = failure.reason.isEmpty() ? tr("%1 could not be installed.").arg(title)
+                                        : tr("%1 could not be installed: %2").arg(title, failure.reason);
+        m_logs->appendLine(cleanHomePaths(last), ErrorLine);
+    }
+    if (!last.isEmpty())
+        m_banner->setDescription(last);
+}
+
+void RepairAssistant::askAboutOffer() {
+    const int round = m_round;
+    RepairOffer offer;
+    offer.action = m_executor->diagnosis().action;
+    offer.fonts = m_executor->fonts();
+    const auto onAnswer = [this, round, offer](const BusResult& answer) mutable {
+        if (round != m_round)
+            return;
+        if (!answer.ok)
+            qWarning().noquote() << "no description of the repair of" << m_bottle << answer.errorMessage;
+        offer.components = OfferedComponent::read(answer.array());
+        tellOffer(offer);
+    };
+    const QStringList components = m_executor->components();
+    if (!components.isEmpty())
+        BottleRepairs::instance()->describeDependencies(m_bottle, components, this, onAnswer);
+    else if (offer.action == RepairAction::SwitchToStaging)
+        BottleRepairs::instance()->describeRunner(m_bottle, WineNames::stagingRunner(), this, onAnswer);
+    else
+        tellOffer(offer);
+}
+
+void RepairAssistant::tellOffer(const RepairOffer& offer) {
+    for (const RepairOffer::Line& line : offer.lines())
+        m_logs->appendLine(cleanHomePaths(line.text), line.isError ? ErrorLine : OrdinaryLine);
+    m_banner->setRepairDetails(offer.toolTip());
+}
+
+void RepairAssistant::askAboutFailed() {
+    const int round = m_round;
+    BottleRepairs::instance()->describeDependencies(
+        m_bottle, failedComponents(), this, [this, round](const BusResult& answer) {
+            if (round != m_round)
+                return;
+            m_choosable.clear();
+            for (const OfferedComponent& component : OfferedComponent::read(answer.array())) {
+                if (!component.files.isEmpty())
+                    m_choosable += component;
+            }
+            m_banner->offerRetry(!m_choosable.isEmpty());
+        });
+}
+
+void RepairAssistant::askForFacts() {
+    m_machine = QtConcurrent::run(machineInfo);
+    BottlesConfig* config = BottlesConfig::instance();
+    config->watchBottle(m_bottle, this, [this, config](const BusResult& answer) {
+        m_runner = BottleRecord::runner(answer.object());
+        if (!m_runner.isEmpty())
+            config->watchRunnerVersion(m_runner, this,
+                                       [this](const BusResult& version) { m_wine = version.text; });
+    });
+}
+
+void RepairAssistant::chooseFile() {
+    if (m_choosable.isEmpty())
+        return;
+    static QString s_directory = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    QString wanted = m_choosable.first().title;
+    for (const OfferedFile& file : qAsConst(m_choosable.first().files)) {
+        if (!file.isCached) {
+            wanted = file.name;
+            break;
+        }
+    }
+    auto* dialog = new QFileDialog(m_banner, tr("Choose %1").arg(wanted), s_directory);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters({tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z)", tr("All files") + " (*)"});
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
+        s_directory = QFileInfo(path).path();
+        m_banner->setDescription(tr("Checking %1").arg(QFileInfo(path).fileName()));
+        take(QFileInfo(path).canonicalFilePath(), 0, {});
+    });
+    dialog->open();
+}
+
+/// Of several components that failed, the file may be for any.
+void RepairAssistant::take(const QString& path, int index, const QString& firstReason) {
+    if (index >= m_choosable.size()) {
+        refuse(firstReason);
+        return;
+    }
+    const int round = m_round;
+    BottleRepairs::instance()->takeFile(
+        m_bottle, m_choosable[index].name, path, this,
+        [this, round, path, index, firstReason](const BusResult& answer) {
+            if (round != m_round)
+                return;
+            const QJsonObject result = answer.object();
+            if (!answer.ok || !result["ok"].toBool()) {
+                const QString reason = answer.ok ? ServiceErrorText::of(result) : answer.errorText();
+                take(path, index + 1, firstReason.isEmpty() ? reason : firstReason);
+                return;
+            }
+            m_logs->appendLine(tr("%1 was chosen by hand.").arg(result["file"].toString()), OrdinaryLine);
+            Q_EMIT retry();
+        });
+}
+
+void RepairAssistant::refuse(const QString& reason) {
+    m_logs->appendLine(cleanHomePaths(reason), ErrorLine);
+    m_banner->setDescription(reason);
+    auto* dialog = new Fenk::Dialog(tr("Another File Is Needed"), reason, m_banner);
+    dialog->setAccessibleName("other_file_dialog");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->addButton(tr("Close"));
+    dialog->addButton(tr("Choose Again"), true, Fenk::Dialog::ButtonRecommend);
+    connect(dialog, &Fenk::Dialog::buttonClicked, this, [this](int index) {
+        if (index == ChooseAgainButton)
+            chooseFile();
+    });
+    dialog->open();
+}
+
+QString RepairAssistant::report(const QString& appName) const {
+    ProblemReport report;
+    report.program = appName;
+    report.cellarix = QCoreApplication::applicationVersion();
+    report.runner = m_runner;
+    report.wine = m_wine;
+    report.system = systemName();
+    report.session = sessionName();
+    if (m_machine.isFinished() && m_machine.resultCount() > 0) {
+        for (const QJsonValue& device : m_machine.result()["hardware"].toObject()["gpus"].toArray())
+            report.graphics += device["gpu"].toString() + " (" + device["module"].toString() + ')';
+    }
+    if (m_executor) {
+        report.programVersion = m_executor->peInfo().value("ProductVersion").toString();
+        report.diagnosis = m_executor->diagnosis().reason;
+        for (const QString& component : m_executor->triedComponents())
+            report.tried += tr("%1 was installed.").arg(componentTitle(component));
+    }
+    for (const Failure& failure : m_allFailures) {
+        report.tried.removeAll(tr("%1 was installed.").arg(componentTitle(failure.component)));
+        report.tried +=
+            tr("%1 could not be installed: %2").arg(componentTitle(failure.component), failure.reason);
+    }
+    report.log = m_logs->lastLines(ProblemReport::LogLines);
+    return report.text(QDir::homePath(), qEnvironmentVariable("USER"));
+}
