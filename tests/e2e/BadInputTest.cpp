@@ -86,6 +86,19 @@ private Q_SLOTS:
         QCOMPARE(app.waitForExit(), 1);
     }
 
+    /// Where the desktop takes notifications, there is no window to close.
+    void noProgramIsNotified() {
+        m_service = std::make_unique<FakeBottleService>();
+        QVERIFY(m_service->start(true));
+        QVERIFY(m_service->takeName("org.freedesktop.Notifications"));
+        m_service->setAnswers("Notify", {{{"number", 1}}});
+        InstalledApp app({m_home->write("notes.txt", "x")});
+        QCOMPARE(app.waitForExit(), 1);
+        QCOMPARE(m_service->calls("Notify").value(0).arguments.at(3).toString(),
+                 QString("\"notes.txt\" cannot be opened"));
+        QVERIFY2(!app.log().contains("refusal_notice"), qPrintable(app.log()));
+    }
+
     void noDisplay_data() {
         const Table<QString, int, QString> row("argument", "status", "message");
         row("help", "--help", 0, "--fixup");
