@@ -13,6 +13,8 @@
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/environment/BottleEnvScript.h"
 #include "launch/environment/EnvInitBanner.h"
+#include "launch/repair/Diagnosis.h"
+#include "launch/repair/FailureFacts.h"
 #include "launch/repair/RepairOffer.h"
 #include "support/Pictures.h"
 
@@ -38,7 +40,11 @@ struct Banner : WineExeLaunchBanner {
 QImage failed(bool canRepair, bool canFix) {
     Banner banner("Harbour Office Professional Setup");
     banner.setCanRepair(canRepair);
-    banner.setDescription("- vcredist2022");
+    FailureFacts facts;
+    facts.signs = {{Failure::MissingDll, "mfc42.dll", "mfc42"}};
+    if (canFix)
+        facts.components << "mfc42";
+    banner.setDescription(Diagnosis::of(facts).reason);
     banner.showFailed(canFix);
     return picture({&banner});
 }

@@ -165,6 +165,8 @@ void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
     m_failure.crashed = m_failure.crashed || found.crashed;
     m_failure.components = m_components;
     m_failure.fonts = m_fonts;
+    if (m_scriptFailed)
+        m_failure.launcherReason = tr("The launch script cannot be started. Install Cellarix anew.");
     m_failure.triedComponents = m_triedComponents;
     m_failure.triedFonts = m_triedFonts;
     if (found.stagingKnown && found.isFirstRun && !m_autoFix)
@@ -197,6 +199,15 @@ void ExeFileExecutor::readLog(bool hasLog) {
     m_installFailed = found.installFailed;
     m_components = found.components;
     m_fonts = found.fonts;
+    // What the parser does not ask for is offered only where nothing else explains the failure.
+    m_failure.triedComponents = m_triedComponents;
+    if (!m_components.isEmpty() || !asked.isFirstRun || !facts(m_exitCode).neverCameUp())
+        return;
+    m_components = m_failure.missingComponents();
+    if (!m_components.isEmpty()) {
+        Q_EMIT emitMsg(tr("Try to install components:"), MsgLine);
+        Q_EMIT emitMsg(m_components.join('\n'), MsgLine);
+    }
 }
 
 void ExeFileExecutor::carryOut(const LaunchVerdict& verdict) {

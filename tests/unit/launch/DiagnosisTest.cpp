@@ -7,7 +7,7 @@
 
 namespace {
 
-const char CommandLine[] = "/usr/bin/wine Z:\\home\\user\\BattlEye.exe\n";
+const char CommandLine[] = "launcher: /usr/bin/wine Z:\\home\\user\\BattlEye.exe\n";
 
 }  // namespace
 
@@ -37,8 +37,8 @@ private Q_SLOTS:
         facts.addLog(parser, parser.parseFile(m_home.write("log", log)));
         facts.components = parser.missingComponents.values();
         facts.components.sort();
-        if (parser.monoMissing)
-            facts.components = QStringList("mono9");
+        if (facts.components.isEmpty())
+            facts.components = facts.missingComponents();
         facts.fonts = parser.missingFonts.values();
         facts.exitCode = 53;
         facts.isExitCodeKnown = true;

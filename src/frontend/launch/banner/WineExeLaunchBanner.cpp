@@ -28,6 +28,7 @@ constexpr int FailedHeight = 500;
 constexpr int MaskAlpha = 204;
 constexpr int NameMaxWidth = 200;
 constexpr int StatusMaxWidth = 400;
+constexpr int ReasonMaxWidth = 480;
 constexpr int AboveIcon = 68;  ///< puts what the running look holds into its middle; the failed one keeps it
 constexpr qreal FailedIconOpacity = 0.6;
 
@@ -81,7 +82,7 @@ void WineExeLaunchBanner::arrange() {
     changing->setSpacing(0);
     changing->addWidget(makeStatusRow(), 0, Qt::AlignHCenter);
     changing->addSpacing(Tokens::Space8);
-    changing->addWidget(m_description);
+    changing->addWidget(m_description, 0, Qt::AlignHCenter);
     changing->addSpacing(Tokens::Space24);
     changing->addWidget(m_failed);
     changing->addStretch();
@@ -164,6 +165,7 @@ void WineExeLaunchBanner::showFailed(bool canFix) {
     m_statusText->restart();
     m_descriptionText->restart();
     showStatus(tr("The app fails to run"));
+    giveDescriptionRoom(true);
     closeQuestion();
     m_ring->hide();
     m_failedMark->show();
@@ -191,6 +193,7 @@ void WineExeLaunchBanner::showRunning() {
     m_failed->hideOffers();
     m_failed->hide();
     m_failedMark->hide();
+    giveDescriptionRoom(false);
     m_ring->show();
     showStatus(m_runningStatus);
 }
@@ -204,6 +207,13 @@ void WineExeLaunchBanner::offerRetry(bool canChooseFile) {
         return;
     m_failed->offerRetry(canChooseFile);
     m_failed->suggested()->setFocus(Qt::ActiveWindowFocusReason);
+}
+
+/// A reason is read, a step only seen: the one has as many lines as it takes, the other has one.
+void WineExeLaunchBanner::giveDescriptionRoom(bool isReason) {
+    m_description->setTextRole(isReason ? Theme::Text : Theme::Secondary);
+    m_description->setElided(!isReason);
+    m_description->setReadingWidth(isReason ? ReasonMaxWidth : 0);
 }
 
 void WineExeLaunchBanner::moveHeight(int height) {

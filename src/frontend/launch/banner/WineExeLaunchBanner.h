@@ -73,6 +73,7 @@ private:
     QWidget* makeStatusRow();
     void connectParts();
     void showStatus(const QString& status);
+    void giveDescriptionRoom(bool isReason);
     void moveHeight(int height);
     void leaveFailedPicture();
     void fade(qreal from, qreal to);

@@ -88,6 +88,9 @@ struct FailureFacts {
     /// What Repair could do in this bottle, apart from components and fonts.
     QVector<RepairAction> possible;
 
+    /// What brings all that the signs miss, apart from what was tried.
+    QStringList missingComponents() const;
+
     /// Takes from a log that has been parsed what is found in it; `findings` is the parser's result. Asks for
     /// no components.
     void addLog(const WineLogParser& log, int findings);

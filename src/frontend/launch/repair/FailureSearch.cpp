@@ -57,7 +57,7 @@ public:
 
 private:
     void look(const QString& line, FailurePattern::Source source) {
-        const QString text = source == FailurePattern::Said ? unescapedWineText(line).toLower() : line;
+        const QString text = source == FailurePattern::Said ? line.toLower() : line;
         for (const FailurePattern& pattern : failurePatterns()) {
             if (m_signs.size() >= MaximumSigns)
                 return;
@@ -103,6 +103,9 @@ QVector<FailureSign> FailureSearch::signs(const WineLogParser& log) {
     search.lookThrough(log.otherLogs, FailurePattern::Logged);
     search.lookThrough(log.printedLines, FailurePattern::Logged);
     search.lookThrough(log.printedLines, FailurePattern::Said);
-    search.lookThrough(log.drawnTexts, FailurePattern::Said);
+    QStringList drawn;
+    for (const QString& text : log.drawnTexts)
+        drawn << unescapedWineText(text);
+    search.lookThrough(drawn, FailurePattern::Said);
     return search.inOrder();
 }

@@ -22,7 +22,7 @@ void addLines(const QByteArray& bytes, QStringList* list) {
         const int end = newline < 0 ? bytes.size() : newline;
         const QByteArray line = bytes.mid(begin, std::min(end - begin, LongestLine)).trimmed();
         begin = end + 1;
-        if (!line.isEmpty() && !isChannelLine(line))
+        if (!line.isEmpty() && !isChannelLine(line) && !line.startsWith("launcher: "))
             list->append(QString::fromUtf8(line));
     }
 }
