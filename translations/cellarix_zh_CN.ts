@@ -239,6 +239,26 @@ please wait for the component download to complete!</source>
         <source>You can try to repair it</source>
         <translation>可以尝试修复</translation>
     </message>
+    <message>
+        <source>Choose File...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take an installer that you have got in another way</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You can try again, or choose the file yourself</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You can try again</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>BottleTasks</name>
@@ -1248,6 +1268,10 @@ please wait for the component download to complete!</source>
         <comment>what was repaired did not help</comment>
         <translation>修复后仍无法启动</translation>
     </message>
+    <message>
+        <source>The launch script cannot be started. Install Cellarix anew.</source>
+        <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
+    </message>
 </context>
 <context>
     <name>ExeFileRunner</name>
@@ -1779,6 +1803,49 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ProblemReport</name>
+    <message>
+        <source>not known</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Program: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Diagnosis: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wine: %1 (%2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>System: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Session: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Graphics: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What was tried:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Log:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ProgramAppFixer</name>
     <message>
         <source>Cellarix</source>
@@ -1905,6 +1972,100 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>RepairAssistant</name>
+    <message>
+        <source>%1 could not be installed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 could not be installed: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Installers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Checking %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 was chosen by hand.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Another File Is Needed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose Again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 was installed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RepairOffer</name>
+    <message>
+        <source>%1 (%2) has been fetched already.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is not known where %1 can be had.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (%2) comes from %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 comes from %2; its size is not known yet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be installed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair installs %1.</source>
+        <translation type="unfinished">“修复”将安装 %1。</translation>
+    </message>
+    <message>
+        <source>%1 is installed first.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The tool winetricks installs it (as &quot;%1&quot;) and fetches what it needs.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair puts fonts of this system in the place of %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair renews Wine&apos;s own files in the bottle. Programs and files stay.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Repair starts the program once more.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>RunStateButton</name>
     <message>
         <source> Quit</source>
@@ -1929,6 +2090,26 @@ please wait for the component download to complete!</source>
         <source>Running Logs</source>
         <translation>运行日志</translation>
     </message>
+    <message>
+        <source>Copy Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The log, what was tried and what this computer runs, without your name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation type="unfinished">保存…</translation>
+    </message>
+    <message>
+        <source>Save the log</source>
+        <translation type="unfinished">保存日志</translation>
+    </message>
+    <message>
+        <source>The report was copied</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>RunningProgramsQuestion</name>
@@ -1951,6 +2132,149 @@ please wait for the component download to complete!</source>
     <message>
         <source>Close them and continue</source>
         <translation>关闭并继续</translation>
+    </message>
+</context>
+<context>
+    <name>ServiceErrorText</name>
+    <message>
+        <source>The bottle service has ended unexpectedly.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bottle service does not answer.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The bottle service cannot be started.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Programs run in the bottle: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no bottle &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wine is not installed on this machine. Install the packages wine and wine64.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Wine runner &quot;%1&quot; is not installed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no component &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No file is known that &quot;%1&quot; could be installed from.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing of &quot;%1&quot; is made for the Wine of this bottle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is not known where %1 can be had.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No checksum of %1 is known, and sources.json does not allow files without one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The tool winetricks can install it (as &quot;%1&quot;): install the package winetricks and try again.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 could not be fetched from %2: the server answers %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 could not be fetched: %2 cannot be reached.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 could not be fetched from %2: the server has been silent for too long.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 could not be fetched from %2: the connection was closed too soon.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 could not be fetched from %2: %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What came from %2 is not the file %1 that was expected: its checksum is another.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What came from %2 is not the file %1 that was expected: it has %3 bytes and should have %4.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 from %2 is larger than it should be.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is not enough room on the disk for %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot write %1: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be unpacked: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 does not hold %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer of %1 ended with code %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer of %1 took too long and was ended.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer of %1 was killed or crashed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installer of %1 could not be started: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a program of 32 bits, and the Wine of this bottle runs none. Install 32-bit Wine (the package wine32), or choose another Wine version for the bottle.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The installation was cancelled.</source>
+        <translation type="unfinished">安装已取消。</translation>
+    </message>
+    <message>
+        <source>Another choice was made.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Programs in the bottle could not be ended.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is no ordinary file that can be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is not the file that is needed. What is needed is %2.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
