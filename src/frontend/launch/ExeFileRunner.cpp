@@ -13,6 +13,7 @@
 #include "backend/PendingWork.h"
 #include "backend/ProgramRecord.h"
 #include "backend/ServiceThreads.h"
+#include "backend/SessionBus.h"
 #include "core/base/Logging.h"
 #include "core/base/WineNames.h"
 #include "fenk/Theme.h"
@@ -311,6 +312,8 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
         return;
     }
     QtConcurrent::run(machineInfo);
+    if (!SessionBus::isConnected())
+        m_banner->setCanRepair(false);  // every tool needs the service
     m_banner->show();
     m_banner->showFailed(canFix && !isPublic());
     if (!isPublic())

@@ -4,9 +4,11 @@
 #include <QDebug>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QStandardPaths>
 
+#include "backend/SessionBus.h"
 #include "fenk/FloatingMessage.h"
 #include "fenk/Label.h"
 #include "fenk/Spinner.h"
@@ -120,6 +122,13 @@ void AppLocalView::onProgramChanged(const ProgramPtr& program) {
     m_found->updateProgram(program);
 }
 
+/// A lost bus does not come back, so that there is nothing to try again.
+void AppLocalView::showFailure() {
+    const bool canRetry = SessionBus::isConnected();
+    m_failed->setDetail(canRetry ? QString() : SessionBus::missingText());
+    m_failed->button()->setVisible(canRetry);
+}
+
 void AppLocalView::refresh() {
     m_refresh.stop();
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
@@ -141,6 +150,8 @@ void AppLocalView::refresh() {
         Q_EMIT searchObsolete();
         return;
     }
+    if (state == ProgramLibrary::State::Failed)
+        showFailure();
     QWidget* page = m_all;
     if (state != ProgramLibrary::State::Ready) {
         page = state == ProgramLibrary::State::Failed ? static_cast<QWidget*>(m_failed) : m_loading;

@@ -53,6 +53,7 @@ private:
     void onProgramChanged(const ProgramPtr& program);
     void refresh();
     void showMessage(const QString& sentence, bool failed, int ms);
+    void showFailure();
 
     ProgramLibrary* m_library;
     QTimer m_refresh;  ///< many changes at once make one picture

@@ -12,7 +12,7 @@ using namespace Fenk;
 
 ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, const QString& buttonWord,
                                  QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent), m_detail(new Label(Label::Secondary)) {
     setAccessibleName(sentence);
     auto* picture = new QLabel;
     const auto draw = [picture, icon] {
@@ -23,11 +23,16 @@ ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, con
     picture->setAlignment(Qt::AlignCenter);
     auto* words = new Label(sentence, Label::Secondary);
     words->setAlignment(Qt::AlignCenter);
+    m_detail->setAlignment(Qt::AlignCenter);
+    m_detail->setReadingWidth(Tokens::DialogMaxWidth);
+    m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_detail->hide();
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(Tokens::Space16);
     layout->addStretch(2);
     layout->addWidget(picture);
     layout->addWidget(words);
+    layout->addWidget(m_detail, 0, Qt::AlignHCenter);
     if (!buttonWord.isEmpty()) {
         m_button = new QPushButton(buttonWord);
         m_button->setAccessibleName(buttonWord);
@@ -36,4 +41,10 @@ ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, con
         layout->addWidget(m_button, 0, Qt::AlignHCenter);
     }
     layout->addStretch(3);
+}
+
+void ListPlaceholder::setDetail(const QString& text) {
+    m_detail->setText(text);
+    m_detail->setVisible(!text.isEmpty());
+    setAccessibleDescription(text);
 }

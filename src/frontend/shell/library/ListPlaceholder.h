@@ -17,6 +17,9 @@ public:
     ListPlaceholder(const QIcon& icon, const QString& sentence, const QString& buttonWord = QString(),
                     QWidget* parent = nullptr);
 
+    /// A second sentence, such as the reason of a failure; none when empty.
+    void setDetail(const QString& text);
+
     QPushButton* button() const { return m_button; }
 
 Q_SIGNALS:
@@ -24,4 +27,5 @@ Q_SIGNALS:
 
 private:
     QPushButton* m_button = nullptr;
+    Fenk::Label* m_detail;
 };
