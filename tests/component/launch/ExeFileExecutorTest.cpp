@@ -4,6 +4,7 @@
 
 #include "LaunchFixture.h"
 #include "backend/BottlesConfig.h"
+#include "backend/SessionBus.h"
 #include "launch/PrivateBottleName.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
@@ -571,6 +572,22 @@ private Q_SLOTS:
         const QString reason = m_executor->diagnosis().reason;
         QVERIFY2(reason.startsWith(expected) && !told().contains("gecko"), qPrintable(reason));
         QTEST(m_service->calls("createBottles").size(), "requests");
+    }
+
+    // Last: there is no bus afterwards. It goes while a bottle is made, and the next launch misses it at once.
+    void theBusGoes() {
+        m_service->setHeld("createBottles", "{\"ok\":true}");
+        create();
+        m_executor->start();
+        m_service->waitForCall("createBottles");
+        m_bus.stop();
+        QTRY_VERIFY_WITH_TIMEOUT(m_results > 0, LaunchMs);
+        QCOMPARE(m_told.last(), QString("failed 0 0"));
+        QCOMPARE(m_executor->diagnosis().reason, SessionBus::missingText());
+        create();
+        m_executor->start();
+        QCOMPARE(m_told.mid(1), QStringList{"failed 0 0"});
+        QCOMPARE(m_executor->diagnosis().reason, SessionBus::missingText());
     }
 };
 
