@@ -9,7 +9,6 @@
 #include "backend/DesktopUtils.h"
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
-#include "backend/SessionBus.h"
 #include "core/BackendVersion.h"
 #include "core/CommandLineHandler.h"
 #include "core/ImageCache.h"
@@ -21,9 +20,7 @@
 #include "fenk/Theme.h"
 #include "launch/ExeFileRunner.h"
 #include "launch/PrivateBottleName.h"
-#include "launch/banner/RefusalNotice.h"
 #include "launch/environment/BottleEnvScript.h"
-#include "launch/inspection/OpenRefusal.h"
 #include "shell/Mainwindow.h"
 #include "shell/ShellWindows.h"
 #include "shell/library/AppItemWidgetStateManager.h"
@@ -155,37 +152,17 @@ void CellarixApplication::requestMainWindow() {
 /// As if it were handed over by another start, so that the two never run into each other.
 void CellarixApplication::openChosenFile(const QString& path) {
     // A batch file given to the command line is a document.
-    m_isChosen = true;
+    m_refusals.setWindow(m_mainWindow);
     if (path.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive))
         openExe(path, false);
     else
         handleCommandLine({applicationFilePath(), path});
-    m_isChosen = false;
-}
-
-void CellarixApplication::showRefusal(const QString& path, const OpenRefusal& refusal) {
-    m_hasRefused = true;
-    qWarning().noquote() << refusal.logLine;
-    RefusalNotice::show(path, refusal, m_isChosen ? m_mainWindow : nullptr);
-}
-
-void CellarixApplication::refuse(const QString& path) {
-    const OpenRefusal refusal = OpenRefusal::ofOther(path);
-    if (m_isChosen) {
-        showRefusal(path, refusal);
-        return;
-    }
-    m_hasRefused = true;
-    RefusalNotice::notify(path, refusal);
+    m_refusals.setWindow(nullptr);
 }
 
 void CellarixApplication::openExe(const QString& path, bool debug) {
-    if (const OpenRefusal refusal = OpenRefusal::of(path)) {
-        showRefusal(path, refusal);
-        return;
-    }
-    // A launch without that window shows it in its banner.
-    if (debug && refusesWithoutBus())
+    // Without that window a launch tells in its banner that there is no bus.
+    if (m_refusals.refusesFile(path) || (debug && m_refusals.refusesWithoutBus()))
         return;
     // The key takes the time to read the file.
     if (const ExeFileRunner* running =
@@ -206,24 +183,13 @@ void CellarixApplication::openExe(const QString& path, bool debug) {
         runner->deleteLater();
 }
 
-bool CellarixApplication::refusesWithoutBus() {
-    if (SessionBus::isConnected())
-        return false;
-    showRefusal(productName(), OpenRefusal::noSessionBus());
-    return true;
-}
-
 int CellarixApplication::openProgram(const QString& bottleName, const QString& programUuid) {
     if (ExeFileRunner* running = m_runners.value(bottleName)) {
         showAlreadyRunning(running->displayName());
         return 0;
     }
-    if (refusesWithoutBus())
+    if (m_refusals.refusesStoredProgram())
         return 1;
-    if (const OpenRefusal refusal = OpenRefusal::ofBottlesPlace()) {
-        showRefusal(productName(), refusal);
-        return 1;
-    }
     auto* runner = new ExeFileRunner(bottleName, programUuid, this);
     const int result = runner->runProgram();
     if (result == 0)
@@ -315,7 +281,7 @@ bool CellarixApplication::isNeeded() const {
 
 bool CellarixApplication::hasOnlyRefused() const {
     const bool isService = m_commandLineHandler && m_commandLineHandler->isService();
-    return m_hasRefused && !m_hasLaunched && !m_mainWindow && !isService;
+    return m_refusals.hasRefused() && !m_hasLaunched && !m_mainWindow && !isService;
 }
 
 bool CellarixApplication::isUpdate() const {

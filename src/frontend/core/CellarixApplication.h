@@ -8,10 +8,10 @@
 
 #include "core/ApplicationWindows.h"
 #include "core/LeaveRule.h"
+#include "core/Refusals.h"
 #include "fenk/Application.h"
 
 struct BottleEnvScript;
-struct OpenRefusal;
 class AppLocalView;
 class CommandLineHandler;
 class ExeFileRunner;
@@ -44,11 +44,7 @@ public:
     /// Starts a file, or with `debug` opens it in the configuration window. A file that is running already
     /// only shows a dialog.
     void openExe(const QString& path, bool debug);
-    /// Says on the screen why a word of the command line is not opened: over the main window what was chosen
-    /// there, otherwise as a notification.
-    void refuse(const QString& path);
-    /// True without a session bus, and then says so on the screen.
-    bool refusesWithoutBus();
+    Refusals& refusals() { return m_refusals; }
     /// Starts a stored program; 0 when it is under way or runs already.
     int openProgram(const QString& bottleName, const QString& programUuid);
     /// Offers to install the components; without any the program is started and watched.
@@ -92,7 +88,6 @@ private:
     void onProgramAdded(const QString& bottle, const QString& uuid, const QString& object);
     void onProgramUpdated(const QString& bottle, const QString& uuid, const QString& object);
     void onBottleDeleted(const QString& bottle);
-    void showRefusal(const QString& path, const OpenRefusal& refusal);
     void showAlreadyRunning(const QString& displayName);
 
     ApplicationWindows m_windows;
@@ -101,9 +96,8 @@ private:
     QTranslator* m_translator;
     WindowMonitor* m_windowMonitor;
     CommandLineHandler* m_commandLineHandler = nullptr;
-    bool m_hasRefused = false;
+    Refusals m_refusals;
     bool m_hasLaunched = false;
-    bool m_isChosen = false;  ///< the present start comes from the main window
     QHash<QString, QPointer<Fenk::Dialog>> m_runningDialogs;  ///< by the program's name
     int m_startsHandled = 0;                                  ///< one inside the event loop of another
     bool m_othersHaveToWait = false;                          ///< a start may ask something

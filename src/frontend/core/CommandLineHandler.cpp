@@ -154,7 +154,7 @@ int CommandLineHandler::handleFixupCommand(const QStringList& positional) {
         qWarning() << "The program is already running, skip fixup";
         return 1;
     }
-    if (m_application->refusesWithoutBus())
+    if (m_application->refusals().refusesWithoutBus())
         return 1;
     return m_application->repairProgram(bottle, uuid, components);
 }
@@ -165,7 +165,7 @@ int CommandLineHandler::handleOpenCommand(const QStringList& positional) {
         qWarning() << "Invalid open arguments, eg: cellarix --open bottlesName [extension] filePath";
         return 1;
     }
-    if (m_application->refusesWithoutBus())
+    if (m_application->refusals().refusesWithoutBus())
         return 1;
     const OpenTarget target = OpenTarget::fromWords(positional);
     if (positional.size() == 2)
@@ -185,7 +185,7 @@ int CommandLineHandler::handleDebugUrl(const QString& url) {
     }
     if (target.kind != LaunchTarget::Executable) {
         qWarning() << "Not a Windows program:" << url;
-        m_application->refuse(target.path.isEmpty() ? url : target.path);
+        m_application->refusals().refuseOther(target.path.isEmpty() ? url : target.path);
         return 1;
     }
     m_application->openExe(target.path, true);
@@ -208,11 +208,11 @@ int CommandLineHandler::handleUrl(const QString& url) {
             return 1;
         case LaunchTarget::Missing:
             qWarning() << "No such file:" << url;
-            m_application->refuse(url);
+            m_application->refusals().refuseOther(url);
             return 1;
         case LaunchTarget::OtherFile:
             qWarning() << "Not a Windows program:" << target.path;
-            m_application->refuse(target.path);
+            m_application->refusals().refuseOther(target.path);
             return 1;
     }
     return 1;

@@ -574,7 +574,8 @@ private Q_SLOTS:
         QTEST(m_service->calls("createBottles").size(), "requests");
     }
 
-    // Last: there is no bus afterwards. It goes while a bottle is made, and the next launch misses it at once.
+    // Last: there is no bus afterwards. It goes while a bottle is made, and the next launch misses it at
+    // once.
     void theBusGoes() {
         m_service->setHeld("createBottles", "{\"ok\":true}");
         create();

@@ -18,9 +18,11 @@ constexpr int FirstRelocationField = 24;
 constexpr quint16 NewFormatMark = 64;  // where relocations begin in a file that has a newer header
 constexpr int CoffBytes = 24;
 constexpr int SubsystemField = CoffBytes + 68;
+constexpr int FileAlignmentField = CoffBytes + 36;
 constexpr int SectionBytes = 40;
 constexpr quint32 HoldsNoData = 0x80;
 constexpr qint64 PageBytes = 4096;
+constexpr qint64 MostAlignment = 0x10000;
 constexpr quint16 IsLibrary = 0x2000;
 
 /// A block of a file, in which everything beyond the end reads as 0.
@@ -46,9 +48,12 @@ QByteArray block(QFile& file, qint64 at, int bytes) {
     return file.seek(at) ? file.read(bytes) : QByteArray();
 }
 
-/// A file that a linker has padded, or a packer made smaller than its sections claim, lacks less than a page.
+/// A file that a tool has shortened, or a packer made smaller than its sections claim, lacks less than a page
+/// or what sections are aligned to.
 bool lacksSections(const Bytes& header, qint64 fileSize) {
     const qint64 table = CoffBytes + header.word(20);
+    const qint64 alignment = qMin<qint64>(header.doubleWord(FileAlignmentField), MostAlignment);
+    const qint64 end = fileSize + qMax(PageBytes, alignment);
     for (int i = 0; i < header.word(6) && table + (i + 1) * SectionBytes <= header.size(); ++i) {
         const qint64 section = table + i * SectionBytes;
         const qint64 virtualSize = header.doubleWord(section + 8);
@@ -57,7 +62,7 @@ bool lacksSections(const Bytes& header, qint64 fileSize) {
         if (virtualSize != 0)
             size = qMin(size, (virtualSize + PageBytes - 1) / PageBytes * PageBytes);
         const bool isInFile = start != 0 && size != 0 && (header.doubleWord(section + 36) & HoldsNoData) == 0;
-        if (isInFile && start + size > fileSize + PageBytes)
+        if (isInFile && start + size > end)
             return true;
     }
     return false;
@@ -125,7 +130,8 @@ QStringList wineDirectories() {
                       "/usr/local/lib/wine"};
     for (const QString& parent : {QString("/opt"), Paths::bottlesDataDir() + "/runners"}) {
         for (const QString& name : QDir(parent).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-            found << parent + '/' + name + "/lib/wine";
+            for (const char* library : {"/lib/wine", "/lib32/wine", "/files/lib/wine"})
+                found << parent + '/' + name + library;
     }
     return found;
 }
@@ -193,7 +199,8 @@ ProgramHost ProgramHost::thisMachine() {
     const QString processor = QSysInfo::currentCpuArchitecture();
     host.isX86 = processor == "x86_64" || processor == "i386";
     for (const QString& directory : wineDirectories())
-        host.runs16Bit = host.runs16Bit || QFile::exists(directory + "/i386-windows/winevdm.exe");
+        for (const char* part : {"/i386-windows/winevdm.exe", "/i386-windows/krnl386.exe16"})
+            host.runs16Bit = host.runs16Bit || QFile::exists(directory + part);
     host.runsDos = host.runs16Bit && !QStandardPaths::findExecutable("dosbox").isEmpty();
     return host;
 }
