@@ -14,7 +14,7 @@ namespace {
 
 constexpr int NoticeMs = 12000;
 constexpr int NameLimit = 30;
-const char PathProperty[] = "refused_path";
+const QLatin1String ObjectName("refusal_notice");
 
 /// As one line that fits a title, whatever it is made of.
 QString shownName(const QString& path) {
@@ -36,10 +36,15 @@ QString title(const QString& path, const OpenRefusal& refusal) {
     return QCoreApplication::translate("RefusalNotice", "\"%1\" cannot be opened").arg(shownName(path));
 }
 
-Fenk::Dialog* findShown(const QString& path) {
+QString message(const OpenRefusal& refusal) {
+    return QString(refusal.reason + "\n\n" + refusal.advice).trimmed();
+}
+
+Fenk::Dialog* findShown(const QString& path, const OpenRefusal& refusal) {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         auto* dialog = qobject_cast<Fenk::Dialog*>(widget);
-        if (dialog && dialog->isVisible() && dialog->property(PathProperty) == path)
+        if (dialog && dialog->objectName() == ObjectName && dialog->isVisible() &&
+            dialog->title() == title(path, refusal) && dialog->message() == message(refusal))
             return dialog;
     }
     return nullptr;
@@ -50,12 +55,11 @@ Fenk::Dialog* make(const QString& path, const OpenRefusal& refusal, QWidget* par
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     if (parent)
         dialog->setWindowModality(Qt::WindowModal);
-    dialog->setObjectName("refusal_notice");
-    dialog->setAccessibleName("refusal_notice");
-    dialog->setProperty(PathProperty, path);
+    dialog->setObjectName(ObjectName);
+    dialog->setAccessibleName(ObjectName);
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
     dialog->setTitle(title(path, refusal));
-    dialog->setMessage(QString(refusal.reason + "\n\n" + refusal.advice).trimmed());
+    dialog->setMessage(message(refusal));
     dialog->addButton(QCoreApplication::translate("RefusalNotice", "Close"), true);
     dialog->button(0)->setAccessibleName("close_btn");
     dialog->button(0)->setAccessibleDescription(dialog->button(0)->text());
@@ -65,7 +69,7 @@ Fenk::Dialog* make(const QString& path, const OpenRefusal& refusal, QWidget* par
 }  // namespace
 
 void RefusalNotice::show(const QString& path, const OpenRefusal& refusal, QWidget* parent) {
-    Fenk::Dialog* dialog = findShown(path);
+    Fenk::Dialog* dialog = findShown(path, refusal);
     if (!dialog) {
         dialog = make(path, refusal, parent);
         dialog->show();
@@ -81,6 +85,6 @@ void RefusalNotice::notify(const QString& path, const OpenRefusal& refusal) {
     if (DesktopUtils::notify(title(path, refusal), body) || !QFileInfo::exists(path))
         return;
     show(path, refusal, nullptr);
-    if (Fenk::Dialog* dialog = findShown(path))
+    if (Fenk::Dialog* dialog = findShown(path, refusal))
         QTimer::singleShot(NoticeMs, dialog, &QWidget::close);
 }
