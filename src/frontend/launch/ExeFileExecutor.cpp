@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QtConcurrent>
 
+#include "backend/BottleRepair.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
@@ -20,6 +21,7 @@
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/inspection/ExeFileInfo.h"
 #include "launch/inspection/ExeIconReader.h"
+#include "launch/inspection/NativeBits.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
 #include "launch/records/ExecutorRecord.h"
 
@@ -188,9 +190,22 @@ void ExeFileExecutor::start() {
         launch();
         return;
     }
-    m_runner = WineNames::defaultRunner();
+    if (!is32BitOnly(m_exePath)) {
+        prepareBottle(WineNames::defaultRunner());
+        return;
+    }
+    BottleRepair::instance()->runnersFor32Bit(this, [this](const BusResult& answer) {
+        if (!m_isCancelled)
+            prepareBottle(RunnerChoice::of(answer.object()).forNewBottle());
+    });
+}
+
+void ExeFileExecutor::prepareBottle(const QString& runner) {
+    m_runner = runner;
     Q_EMIT emitMsg(tr("Choose wine version: %1").arg(m_runner), MsgLine);
-    if (ComponentManager::instance()->runnerInstalled.contains(m_runner))
+    // Another than the default is chosen only from what is installed.
+    if (m_runner != WineNames::defaultRunner() ||
+        ComponentManager::instance()->runnerInstalled.contains(m_runner))
         createBottle();
     else
         installRunner();
@@ -270,7 +285,7 @@ void ExeFileExecutor::onBottleCreated(const QJsonObject& result, int attempts) {
         return;
     }
     if (!isMade)
-        m_bottleError =
+        m_startError =
             error.isEmpty() ? tr("The background service that makes containers does not answer.") : error;
     launch();
 }
@@ -308,6 +323,9 @@ void ExeFileExecutor::launch() {
     ++m_starts;
     m_hasBeenSeen = false;
     m_looks = 0;
+    if (m_exePath.isEmpty() || is32BitOnly(m_exePath))
+        BottleRepair::instance()->runnersFor32Bit(
+            this, [this](const BusResult& answer) { m_runnersFor32Bit = RunnerChoice::of(answer.object()); });
     m_failure = {};
     closeLauncher();
     m_launcher->setBottle(m_bottlesName);

@@ -9,14 +9,17 @@
 #include <QTimer>
 
 #include "launch/LaunchVerdict.h"
+#include "launch/LauncherExit.h"
 #include "launch/MsgType.h"
 #include "launch/repair/Diagnosis.h"
 #include "launch/repair/FailureFacts.h"
+#include "launch/repair/RunnerChoice.h"
 
 struct BusResult;
 class DependencyInstallQueue;
 class ExeFileChecker;
 class ExeIconReader;
+class RepairStep;
 class WineExeProcessMonitor;
 class WineLauncher;
 
@@ -111,10 +114,11 @@ public Q_SLOTS:
 
 private:
     /// What is to come from the service.
-    enum class Awaited { Nothing, Runner, Bottle, Components, RunnerSwitch };
+    enum class Awaited { Nothing, Runner, Bottle, Components, RunnerSwitch, Step };
 
     void connectParts();
     void inspect();
+    void prepareBottle(const QString& runner);
     void installRunner();
     void createBottle();
     void requestBottle(int attempts);
@@ -130,7 +134,11 @@ private:
     void diagnose(int exitCode, const LaunchFacts& found);
     void fail(bool canWeFix, bool isSuccessed);
     bool hasTriedRepair() const;
+    void lookForDamage(int exitCode);
+    void decide(int exitCode);
+    void addPossibleRepairs();
     void applyOtherRepair(RepairAction action);
+    void onStepDone(const QString& error);
     void switchRunner();
     void requestRunner();
     void askForPrograms(const QStringList& names);
@@ -158,7 +166,8 @@ private:
     WineExeProcessMonitor* m_monitor;
     WineLauncher* m_launcher;
     bool m_installFailed = false;    ///< by the log of the last start
-    QString m_bottleError;           ///< why there is no bottle for the present start
+    LauncherExit::Report m_script;   ///< what the launch script has told when the start had ended
+    QString m_startError;            ///< why the present start cannot come to anything, known before its end
     bool m_hasHandedOver = false;    ///< the first process has ended, and the monitor tells when the rest has
     int m_exitCode = 0;              ///< of the process that has handed over
     bool m_isExitKnown = false;      ///< the launch script has ended with the program's exit code
@@ -187,7 +196,10 @@ private:
     int m_looks = 0;                                   ///< that the monitor has begun anew for it
     QDateTime m_since = QDateTime::currentDateTime();  ///< shortcuts made from then on are the program's
     LaunchVerdict m_verdict;                           ///< while links are collected
-    FailureFacts m_failure;                            ///< of the last start
+    RunnerChoice m_runnersFor32Bit;
+    RepairStep* m_step = nullptr;  ///< the one under way
+    QVector<RepairAction> m_triedRepairs;
+    FailureFacts m_failure;  ///< of the last start
     Diagnosis m_diagnosis;
     QTimer m_linksTimer;
     QTimer m_silenceTimer;  ///< since the monitor has last told anything

@@ -1,16 +1,18 @@
 // The second half of ExeFileExecutor: from the end of the program to the result or the repair.
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <algorithm>
 #include <utility>
 
 #include "backend/BottleRecord.h"
+#include "backend/BottleRepair.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
 #include "backend/MissingFonts.h"
 #include "backend/PendingWork.h"
-#include "backend/SessionBus.h"
 #include "backend/ServiceErrorText.h"
+#include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
 #include "launch/BottleTasks.h"
 #include "launch/DependencyInstallQueue.h"
@@ -20,6 +22,9 @@
 #include "launch/WineLauncher.h"
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
+#include "launch/repair/BottleDamage.h"
+#include "launch/repair/RenewBottleStep.h"
+#include "launch/repair/Runner32Step.h"
 #include "launch/winelog/WineLogParser.h"
 
 namespace {
@@ -101,6 +106,7 @@ void ExeFileExecutor::onLauncherError(QProcess::ProcessError error) {
     if (error != QProcess::FailedToStart)
         return;
     qWarning() << "cannot start" << m_launcher->program() << m_launcher->errorString();
+    m_startError = tr("The launch script cannot be started. Install Cellarix anew.");
     onExeFinished(LauncherExit::NotStarted);
 }
 
@@ -115,11 +121,11 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
     m_hasHandedOver = false;
     if (m_monitor->isWatching())
         m_monitor->stop();
-    const LauncherExit::Report script = m_launcher->report();
-    m_failure.launcherReason = script.hasLog || m_bottleError.isEmpty()
-                                   ? LauncherExit::errorText(script, displayName())
-                                   : m_bottleError;
-    m_bottleError.clear();
+    m_script = m_launcher->report();
+    m_failure.launcherReason = m_script.hasLog || m_startError.isEmpty()
+                                   ? LauncherExit::errorText(m_script, displayName())
+                                   : m_startError;
+    m_startError.clear();
     LaunchFacts found = facts(exitCode);
     if (found.isFailed())
         qInfo() << "Launch failed";
@@ -129,10 +135,40 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
         for (const QString& tried : m_triedComponents)
             m_components.removeAll(tried);
     } else {
-        readLog(script.hasLog);
+        readLog(m_script.hasLog);
     }
     Q_EMIT emitMsg(LaunchVerdict::endMessage(exitCode, found), MsgLine);
-    found = facts(exitCode);
+    if (found.neverCameUp() && m_failure.launcherReason.isEmpty() &&
+        !WineNames::isPublicBottle(m_bottlesName))
+        lookForDamage(exitCode);
+    else
+        decide(exitCode);
+}
+
+/// A damaged bottle lets any program fail in whatever way.
+void ExeFileExecutor::lookForDamage(int exitCode) {
+    const int start = m_starts;
+    BottleRepair::instance()->damage(m_bottlesName, this, [this, exitCode, start](const BusResult& answer) {
+        if (m_isCancelled || start != m_starts)
+            return;
+        const BottleDamage damage{answer.object().value("count").toInt(),
+                                  answer.object().value("files").toVariant().toStringList()};
+        const auto isDamage = [](const FailureSign& sign) { return sign.failure == Failure::DamagedBottle; };
+        QVector<FailureSign>& signs = m_failure.signs;
+        if (damage.isCause(std::any_of(signs.cbegin(), signs.cend(), isDamage))) {
+            qWarning().noquote() << damage.count << "files of Windows are damaged in" << m_bottlesName
+                                 << damage.files.mid(0, 5).join(' ');
+            signs.prepend({Failure::DamagedBottle, damage.worst(), {}});
+            m_failure.possible.append(RepairAction::RenewBottle);
+            m_components.clear();  // what such a bottle lacks is not known before it is whole
+            m_fonts.clear();
+        }
+        decide(exitCode);
+    });
+}
+
+void ExeFileExecutor::decide(int exitCode) {
+    LaunchFacts found = facts(exitCode);
     found.stagingKnown = found.isFailed() && m_failure.launcherReason.isEmpty() && isStagingKnown();
     diagnose(exitCode, found);
     found.hasOtherRepair = isOtherRepair(m_diagnosis.action);
@@ -165,13 +201,24 @@ void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
     m_failure.crashed = m_failure.crashed || found.crashed;
     m_failure.components = m_components;
     m_failure.fonts = m_fonts;
-    if (m_scriptFailed)
-        m_failure.launcherReason = tr("The launch script cannot be started. Install Cellarix anew.");
     m_failure.triedComponents = m_triedComponents;
     m_failure.triedFonts = m_triedFonts;
+    addPossibleRepairs();
     if (found.stagingKnown && found.isFirstRun && !m_autoFix)
         m_failure.possible.append(RepairAction::SwitchToStaging);
     m_diagnosis = Diagnosis::of(m_failure);
+}
+
+void ExeFileExecutor::addPossibleRepairs() {
+    const QString runner = m_runnersFor32Bit.forRepair();
+    const auto is32Bit = [](const FailureSign& sign) { return sign.failure == Failure::Needs32Bit; };
+    const bool isMeant = m_script.exitCode == LauncherExit::NeedsWine32 ||
+                         std::any_of(m_failure.signs.cbegin(), m_failure.signs.cend(), is32Bit);
+    if (isMeant && !runner.isEmpty() && !WineNames::isPublicBottle(m_bottlesName) &&
+        !m_triedRepairs.contains(RepairAction::InstallWow64Runner))
+        m_failure.possible.append(RepairAction::InstallWow64Runner);
+    if (m_script.exitCode == LauncherExit::NeedsWine32 && !m_failure.possible.isEmpty())
+        m_failure.launcherReason = LauncherExit::needs32BitText(displayName(), runner);
 }
 
 /// Without a log of this start nothing is found: what lies there is an older one's.
@@ -320,12 +367,41 @@ void ExeFileExecutor::retryFix(const QStringList& components) {
 
 /// What is neither a component nor the staging runner.
 void ExeFileExecutor::applyOtherRepair(RepairAction action) {
-    if (action == RepairAction::LaunchAgain)
+    if (action == RepairAction::LaunchAgain) {
         launch();
+        return;
+    }
+    const QString runner = m_runnersFor32Bit.forRepair();
+    if (action == RepairAction::RenewBottle)
+        m_step = new RenewBottleStep(m_bottlesName, this);
+    else
+        m_step = new Runner32Step(m_bottlesName, runner, m_runnersFor32Bit.isInstalled(runner), this);
+    m_awaited = Awaited::Step;
+    connect(m_step, &RepairStep::emitMsg, this, &ExeFileExecutor::emitMsg);
+    connect(m_step, &RepairStep::blocked, this, &ExeFileExecutor::askForPrograms);
+    connect(m_step, &RepairStep::done, this, &ExeFileExecutor::onStepDone);
+    Q_EMIT Fixing();
+    Q_EMIT emitStep(tr("Fixing"), MsgLine);
+    m_step->start();
+}
+
+/// A step that came to nothing can be asked for again.
+void ExeFileExecutor::onStepDone(const QString& error) {
+    std::exchange(m_step, nullptr)->deleteLater();
+    m_awaited = Awaited::Nothing;
+    if (error.isEmpty()) {
+        m_triedRepairs.append(m_diagnosis.action);
+        launch();
+        return;
+    }
+    Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(hasTriedRepair()), MsgLine);
+    m_diagnosis.reason = error;
+    fail(true, false);
 }
 
 bool ExeFileExecutor::hasTriedRepair() const {
-    return m_hasSwitchedRunner || !m_triedComponents.isEmpty() || !m_triedFonts.isEmpty();
+    return m_hasSwitchedRunner || !m_triedRepairs.isEmpty() || !m_triedComponents.isEmpty() ||
+           !m_triedFonts.isEmpty();
 }
 
 /// First nothing is listened to any more, so that no answer can start the next step; then the service is
@@ -338,6 +414,8 @@ void ExeFileExecutor::cancelRepair() {
     // While the user is asked, the service has refused already: a cancel would end what others asked for.
     const Awaited awaited = m_isAsking ? Awaited::Nothing : last;
     m_queue->cancel();
+    if (m_step)
+        m_step->cancel();
     BottlesConfig* config = BottlesConfig::instance();
     config->disconnect(this);
     ComponentManager::instance()->disconnect(this);
@@ -390,6 +468,8 @@ void ExeFileExecutor::answerProgramsRunning(bool close) {
     if (!close) {
         m_awaited = Awaited::Nothing;
         m_queue->cancel();
+        if (m_step)
+            std::exchange(m_step, nullptr)->deleteLater();
         BottlesConfig::instance()->disconnect(this);
         fail(true, m_verdict.isSuccessed);
         return;
@@ -399,6 +479,8 @@ void ExeFileExecutor::answerProgramsRunning(bool close) {
             m_queue->retry();
         else if (m_awaited == Awaited::RunnerSwitch)
             requestRunner();
+        else if (m_awaited == Awaited::Step)
+            m_step->retry();
     });
 }
 

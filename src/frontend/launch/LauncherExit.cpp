@@ -29,15 +29,24 @@ QString LauncherExit::wine32Commands() {
         "sudo dpkg --add-architecture i386 && sudo apt-get update\nsudo apt-get install wine32:i386");
 }
 
+QString LauncherExit::needs32BitText(const QString& programName, const QString& runner) {
+    const QString text =
+        runner.isEmpty()
+            ? QCoreApplication::translate("ExeFileExecutor",
+                                          "%1 is a 32-bit program, and this Wine runs only 64-bit ones. "
+                                          "These commands add 32-bit Wine on Debian:")
+                  .arg(programName)
+            : QCoreApplication::translate("ExeFileExecutor",
+                                          "%1 is a 32-bit program, and this Wine runs only 64-bit ones. "
+                                          "Repair gets %2, which runs both. Or add 32-bit Wine on Debian:")
+                  .arg(programName, runner);
+    return text + '\n' + wine32Commands();
+}
+
 QString LauncherExit::errorText(const Report& report, const QString& programName) {
     switch (report.exitCode) {
         case NeedsWine32:
-            return QCoreApplication::translate(
-                       "ExeFileExecutor",
-                       "%1 is a 32-bit program, and this Wine runs only 64-bit ones. These commands "
-                       "add 32-bit Wine on Debian:")
-                       .arg(programName) +
-                   '\n' + wine32Commands();
+            return needs32BitText(programName);
         case Busy:
             return QCoreApplication::translate("ExeFileExecutor",
                                                "Something is being installed into the bottle. Try again when "

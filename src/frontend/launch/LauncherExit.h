@@ -25,6 +25,9 @@ Report reportOf(const QByteArray& output);
 /// it has ended with itself.
 QString errorText(const Report& report, const QString& programName);
 
+/// The same for NeedsWine32. A runner is one that Repair can let the program run on.
+QString needs32BitText(const QString& programName, const QString& runner = {});
+
 /// The commands that add 32-bit Wine on Debian, one a line.
 QString wine32Commands();
 

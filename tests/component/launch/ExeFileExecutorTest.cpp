@@ -457,6 +457,7 @@ private Q_SLOTS:
         row("components, not answered", "installDependency", true, Gecko, "cancelInstallingDependency");
         row("components, downloading", "installDependency", false, Gecko, "cancelInstallingDependency");
         row("asked", "installDependency", false, Gecko, "");
+        row("renewal", "renewBottle", true, "", "cancelRenewal");
         row("switch, not answered", "setRunner", true, "", "cancelInstallingComponent");
         row("switch, downloading", "setRunner", false, "", "cancelInstallingComponent");
     }
@@ -478,6 +479,8 @@ private Q_SLOTS:
         m_standIn.write("log1", log.toUtf8());
         if (isHeld)
             m_service->setHeld(call, "{\"ok\":false}");
+        if (call == "renewBottle")
+            m_service->setText("damage", "{\"count\":99}");
         m_service->setError("cancelInstallingDependency", "no");
         create(1);
         m_executor->start();
@@ -525,6 +528,78 @@ private Q_SLOTS:
         QVERIFY(log.contains("exe path is empty, donothing"));
     }
 
+    /// Repairs that are neither components nor the staging runner.
+    void otherRepairs_data() {
+        const TestSupport::Table<QString, QString, QString, QString, QString> row(
+            "method", "answer", "signal", "expected", "sent");
+        row("new bottle", "Bottles.list", "[]", "", "M1 Choose wine version: wine-11.22|M2 Start",
+            "createBottles wine-11.22");
+        row("runner", "", "", "{\"ok\":true}", "relaunch program...|launch", "install setRunner");
+        row("runner is not had", "install", "{\"ok\":false,\"error\":\"no net\"}", "",
+            "M1 wine-11.22 could not be downloaded: no net|failed 1 0", "install");
+        row("runner, busy", "", "", "{\"ok\":false,\"busy\":[\"Harbour\"]}",
+            "asked Harbour|M2 Switching the container to wine-11.22",
+            "install setRunner killWineServer setRunner");
+        row("renewal", "renewBottle", "{\"ok\":true,\"mended\":1}", "",
+            "M1 1 file(s) of Windows renewed|launch|ran", "renewBottle");
+        row("renewal fails", "renewBottle", "{\"ok\":false,\"error\":\"no disk\"}", "",
+            "M1 The container could not be renewed: no disk|failed 1 0", "renewBottle");
+        row("renewal, busy", "renewBottle", "{\"ok\":false,\"busy\":[\"Harbour\"]}", "", "asked Harbour",
+            "renewBottle killWineServer renewBottle");
+    }
+    void otherRepairs() {
+        QFETCH(QString, method);
+        QFETCH(QString, answer);
+        QFETCH(QString, signal);
+        QFETCH(QString, expected);
+        if (method != "renewBottle") {
+            m_file += "32.exe";
+            QFile::remove(m_file);
+            if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
+                QSKIP("the Windows compiler is not on this machine");
+        }
+        makeBottle(privateBottleNameOf(m_file));
+        QVERIFY(QDir().mkpath(m_standIn.directory() + "/../lib/wine/x86_64-windows"));
+        m_standIn.write("../lib/wine/x86_64-windows/ntdll.dll", "");
+        m_standIn.write("program", "[ $RUN != 1 ] && show || (exit 1)");
+        const QString place = method == "Bottles.list" ? "installed" : "supported";
+        m_service->setJson("runnersFor32Bit", QJsonObject{{place, QJsonArray{"wine-11.22"}}});
+        if (method == "renewBottle")
+            m_service->setText("damage", "{\"count\":99}");
+        if (!method.isEmpty())
+            m_service->setText(method, answer);
+        create(1);
+        QString all;
+        connect(m_executor.get(), &ExeFileExecutor::emitMsg, this,
+                [&](const QString& text, MsgType type) { all += QString("|M%1 %2").arg(type).arg(text); });
+        connect(m_executor.get(), &ExeFileExecutor::runFailed, this,
+                [&](bool canWeFix) { all += QString("|failed %1 0").arg(canWeFix); });
+        connect(m_executor.get(), &ExeFileExecutor::programsRunning, this, [&](const QStringList& names) {
+            all += "|asked " + names.join(' ');
+            m_executor->answerProgramsRunning(true);
+        });
+        m_executor->start();
+        if (!signal.isEmpty()) {
+            m_service->waitForCall("setRunner", 1, LaunchMs);
+            m_service->emitSignal("component_setup_done", "ssss", {m_bottle, "runner", "wine-11.22", signal});
+        }
+        QTRY_VERIFY2_WITH_TIMEOUT(all.contains(expected) || told().contains(expected), qPrintable(all),
+                                  LaunchMs);
+        QFETCH(QString, sent);
+        const auto calls = [this] {
+            QStringList methods;
+            for (const RecordedCall& call : m_service->calls()) {
+                if (call.method == "createBottles")
+                    methods += "createBottles " + call.arguments[1].toString();
+                else if (QStringList{"install", "setRunner", "killWineServer", "renewBottle"}.contains(
+                             call.method))
+                    methods += call.method;
+            }
+            return methods.join(' ');
+        };
+        QTRY_VERIFY2(calls().startsWith(sent), qPrintable(calls()));
+    }
+
     /// What keeps the program from being started is the last word before the failure, and no repair helps.
     void launchError_data() {
         const TestSupport::Table<QString, QStringList, int, QString> row("file", "creations", "requests",
@@ -545,6 +620,7 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         if (file == "32.exe") {
             m_file += file;
+            QFile::remove(m_file);
             if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
                 QSKIP("the Windows compiler is not on this machine");
         }

@@ -4,8 +4,10 @@
 #include <QJsonDocument>
 
 #include "launch/LogFindings.h"
+#include "launch/repair/BottleDamage.h"
 #include "launch/repair/ProblemReport.h"
 #include "launch/repair/RepairOffer.h"
+#include "launch/repair/RunnerChoice.h"
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
 #include "support/Table.h"
@@ -199,6 +201,34 @@ private Q_SLOTS:
         QCOMPARE(
             text.trimmed().section('\n', -1),
             QString(R"(- Z:@home_dir@\\a.exe, C:\users\@user@\x, @home_dir@/y, @home_dir@/z, anna-max)"));
+    }
+
+    void runnerFor32Bit_data() {
+        const TestSupport::Table<QString, QString, QString, QString> row("installed", "supported", "isNew",
+                                                                         "repaired");
+        const QString stable = "lumora-wine10-stable", staging = "lumora-wine-staging";
+        row("nothing known", "", "", stable, "");
+        row("the default runs both", "wine-11.22 " + stable, "", stable, stable);
+        row("another is installed", "ge-proton10 wine-9.9 wine-11.22-staging-tkg wine-11.22", staging,
+            "wine-11.22", "wine-11.22");
+        row("fetched, the usual first", "", "wine-11.22 " + staging, stable, staging);
+        row("fetched, the newest", "", "wine-9.22-staging-tkg wine-11.8 wine-11.21", stable, "wine-11.21");
+    }
+    void runnerFor32Bit() {
+        QFETCH(QString, installed);
+        QFETCH(QString, supported);
+        const RunnerChoice choice{installed.split(' ', Qt::SkipEmptyParts),
+                                  supported.split(' ', Qt::SkipEmptyParts)};
+        QTEST(choice.forNewBottle(), "isNew");
+        QTEST(choice.forRepair(), "repaired");
+    }
+
+    void damage() {
+        const QString system = "drive_c/windows/system32/";
+        const BottleDamage core{1, {system + "KERNEL32.dll"}}, other{1, {system + "odd.dll"}}, many{21, {}};
+        QVERIFY(core.isCause(false) && many.isCause(false) && other.isCause(true));
+        QVERIFY(!other.isCause(false) && !BottleDamage().isCause(true));
+        QCOMPARE(core.worst(), QString("kernel32.dll"));
     }
 };
 

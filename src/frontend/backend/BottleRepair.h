@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QDBusAbstractInterface>
+
+#include "backend/BusCall.h"
+#include "fenk/Singleton.h"
+
+/// The client of the background service's interface for repairs of bottles; holds no state. Lives in the GUI
+/// thread.
+class BottleRepair : public QDBusAbstractInterface, public Fenk::Singleton<BottleRepair> {
+    Q_OBJECT
+    friend class Fenk::Singleton<BottleRepair>;
+
+public:
+    /// The answer is an object: "installed" and "supported", names of runners on which 32-bit programs run.
+    void runnersFor32Bit(QObject* context, const BusCall::Handler& handler);
+    /// What the bottle has lost of Wine's files: an object with "count" and some paths as "files". Fails
+    /// after some seconds without an answer.
+    void damage(const QString& bottle, QObject* context, const BusCall::Handler& handler);
+    /// Brings that back. The answer is an object: "ok", and "mended" (a number) or "error" and, where
+    /// programs run in the bottle, their names as "busy".
+    void renew(const QString& bottle, QObject* context, const BusCall::Handler& handler);
+    void cancelRenewal(const QString& bottle);
+
+private:
+    BottleRepair();
+};

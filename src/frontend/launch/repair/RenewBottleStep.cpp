@@ -1,0 +1,45 @@
+#include "launch/repair/RenewBottleStep.h"
+
+#include <QDebug>
+#include <QJsonObject>
+
+#include "backend/BottleRepair.h"
+
+RenewBottleStep::RenewBottleStep(const QString& bottle, QObject* parent)
+    : RepairStep(parent), m_bottle(bottle) {}
+
+void RenewBottleStep::start() {
+    Q_EMIT emitMsg(tr("Renewing the files of Windows in the container"), MsgStatus);
+    retry();
+}
+
+void RenewBottleStep::retry() {
+    m_isUnderWay = true;
+    BottleRepair::instance()->renew(m_bottle, this, [this](const BusResult& answer) { onAnswer(answer); });
+}
+
+void RenewBottleStep::cancel() {
+    if (m_isUnderWay)
+        BottleRepair::instance()->cancelRenewal(m_bottle);
+    m_isUnderWay = false;
+}
+
+void RenewBottleStep::onAnswer(const BusResult& answer) {
+    if (!m_isUnderWay)
+        return;
+    m_isUnderWay = false;
+    const QJsonObject result = answer.object();
+    const QStringList programs = result.value("busy").toVariant().toStringList();
+    if (!programs.isEmpty()) {
+        Q_EMIT blocked(programs);
+        return;
+    }
+    if (!result.value("ok").toBool()) {
+        const QString error = answer.ok ? result.value("error").toString() : answer.errorMessage;
+        qWarning().noquote() << "bottle" << m_bottle << "was not renewed:" << error;
+        Q_EMIT done(tr("The container could not be renewed: %1").arg(error));
+        return;
+    }
+    Q_EMIT emitMsg(tr("%n file(s) of Windows renewed", nullptr, result.value("mended").toInt()), MsgLine);
+    Q_EMIT done({});
+}

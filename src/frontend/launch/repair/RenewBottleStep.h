@@ -1,0 +1,22 @@
+#pragma once
+
+#include "launch/repair/RepairStep.h"
+
+struct BusResult;
+
+/// Brings back what a bottle has lost of Wine's own files.
+class RenewBottleStep : public RepairStep {
+    Q_OBJECT
+public:
+    RenewBottleStep(const QString& bottle, QObject* parent);
+
+    void start() override;
+    void retry() override;
+    void cancel() override;
+
+private:
+    void onAnswer(const BusResult& answer);
+
+    QString m_bottle;
+    bool m_isUnderWay = false;
+};
