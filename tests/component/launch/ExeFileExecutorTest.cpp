@@ -541,7 +541,7 @@ private Q_SLOTS:
             "asked Harbour|M2 Switching the container to wine-11.22",
             "install setRunner killWineServer setRunner");
         row("renewal", "renewBottle", "{\"ok\":true,\"mended\":1}", "",
-            "M1 1 file(s) of Windows renewed|launch|ran", "renewBottle");
+            "M1 Files of Windows renewed: 1|launch|ran", "renewBottle");
         row("renewal fails", "renewBottle", "{\"ok\":false,\"error\":\"no disk\"}", "",
             "M1 The container could not be renewed: no disk|failed 1 0", "renewBottle");
         row("renewal, busy", "renewBottle", "{\"ok\":false,\"busy\":[\"Harbour\"]}", "", "asked Harbour",

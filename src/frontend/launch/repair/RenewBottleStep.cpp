@@ -40,6 +40,6 @@ void RenewBottleStep::onAnswer(const BusResult& answer) {
         Q_EMIT done(tr("The container could not be renewed: %1").arg(error));
         return;
     }
-    Q_EMIT emitMsg(tr("%n file(s) of Windows renewed", nullptr, result.value("mended").toInt()), MsgLine);
+    Q_EMIT emitMsg(tr("Files of Windows renewed: %1").arg(result.value("mended").toInt()), MsgLine);
     Q_EMIT done({});
 }
