@@ -1257,11 +1257,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The background service that makes containers does not answer.</source>
-        <translation type="unfinished"></translation>
+        <translation>创建容器的后台服务没有响应。</translation>
     </message>
     <message>
         <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. These commands add 32-bit Wine on Debian:</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。在 Debian 上可用以下命令安装 32 位 Wine：</translation>
     </message>
     <message>
         <source>No any fixing applied, launch failed</source>
@@ -1271,6 +1271,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>The launch script cannot be started. Install Cellarix anew.</source>
         <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
+    </message>
+    <message>
+        <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair gets %2, which runs both. Or add 32-bit Wine on Debian:</source>
+        <translation>%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。“修复”会改用两者都支持的 %2；也可在 Debian 上安装 32 位 Wine：</translation>
     </message>
 </context>
 <context>
@@ -1972,6 +1976,21 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>RenewBottleStep</name>
+    <message>
+        <source>Renewing the files of Windows in the container</source>
+        <translation>正在修复容器中的 Windows 文件</translation>
+    </message>
+    <message>
+        <source>The container could not be renewed: %1</source>
+        <translation>容器修复失败：%1</translation>
+    </message>
+    <message>
+        <source>Files of Windows renewed: %1</source>
+        <translation>已修复的 Windows 文件：%1 个</translation>
+    </message>
+</context>
+<context>
     <name>RepairAssistant</name>
     <message>
         <source>%1 could not be installed.</source>
@@ -2082,6 +2101,25 @@ please wait for the component download to complete!</source>
     <message>
         <source>Repair</source>
         <translation>修复</translation>
+    </message>
+</context>
+<context>
+    <name>Runner32Step</name>
+    <message>
+        <source>%1 could not be downloaded: %2</source>
+        <translation>%1 下载失败：%2</translation>
+    </message>
+    <message>
+        <source>Switching the container to %1</source>
+        <translation>正在将容器切换到 %1</translation>
+    </message>
+    <message>
+        <source>The container could not be switched to %1: %2</source>
+        <translation>无法将容器切换到 %1：%2</translation>
+    </message>
+    <message>
+        <source>The background service has ended meanwhile. Try again.</source>
+        <translation>后台服务已中途退出，请重试。</translation>
     </message>
 </context>
 <context>
