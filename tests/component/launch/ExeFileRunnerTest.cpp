@@ -230,8 +230,9 @@ private Q_SLOTS:
                 QTRY_VERIFY_WITH_TIMEOUT(isOffered("retry_btn") && isOffered("choose_file_btn"), LaunchMs);
                 QTRY_COMPARE(
                     banner()->findChild<QLabel*>("description")->text(),
-                    QString("Gecko could not be installed: gecko.msi could not be fetched from http://x: "
-                            "the server answers 404."));
+                    QString(
+                        "Wine Gecko could not be installed: gecko.msi could not be fetched from http://x: "
+                        "the server answers 404."));
                 click("retry_btn");
                 QVERIFY(!m_service->waitForCall("installDependency", 2).method.isEmpty());
             }

@@ -27,6 +27,7 @@ QPushButton* named(QPushButton* button, const char* name, int width) {
     button->setAccessibleName(name);
     button->setAccessibleDescription(button->text());
     button->setFixedWidth(width);
+    button->setMinimumHeight(Tokens::ControlHeight);  // where long texts need room, something else gives way
     return button;
 }
 

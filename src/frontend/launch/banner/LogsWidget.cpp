@@ -16,6 +16,7 @@
 
 #include "fenk/FloatingMessage.h"
 #include "fenk/Theme.h"
+#include "fenk/Tokens.h"
 #include "launch/banner/LogsWidget_LeftIconWidget.h"
 
 using namespace Fenk;
@@ -25,6 +26,7 @@ namespace {
 constexpr int ErrorLevel = 1;
 constexpr int FillDelayMs = 50;
 constexpr int FillAtOnce = 4000;      ///< lines; takes some tens of milliseconds
+constexpr int OtherScriptMore = 3;    ///< pixels, by which lines with Chinese characters are higher
 constexpr int RemarkWithin = 40;      ///< bytes; time, process and thread stand before the word
 constexpr int MostLinesShown = 1000;  // no window is larger
 constexpr int MostPixelsShown = 10000;
@@ -96,8 +98,8 @@ QSize LogsWidget::unbrokenSize() const {
     const int longest =
         m_lines.isEmpty() ? 0 : fontMetrics().horizontalAdvance(QString::fromUtf8(m_lines[m_longest].text));
     const int around = m_left->sizeHint().width() + verticalScrollBar()->sizeHint().width() +
-                       2 * (frameWidth() + qCeil(document()->documentMargin()));
-    const int height = qMin(m_lines.size(), MostLinesShown) * fontMetrics().lineSpacing();
+                       2 * (frameWidth() + qCeil(document()->documentMargin())) + Tokens::Space8;
+    const int height = qMin(m_lines.size(), MostLinesShown) * (fontMetrics().lineSpacing() + OtherScriptMore);
     return {qMin(longest, MostPixelsShown) + around,
             height + 2 * (frameWidth() + qCeil(document()->documentMargin()))};
 }

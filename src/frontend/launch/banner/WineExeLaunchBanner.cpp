@@ -75,6 +75,7 @@ void WineExeLaunchBanner::arrange() {
     m_status->setMaximumWidth(StatusMaxWidth);
     m_description->setObjectName("description");
     m_description->setAlignment(Qt::AlignCenter);
+    m_description->setMaximumWidth(Width - 2 * Tokens::Space32);
     m_failed->hide();
 
     auto* changing = new QVBoxLayout(m_changing);
@@ -91,8 +92,10 @@ void WineExeLaunchBanner::arrange() {
 
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(Tokens::Space32, AboveIcon, Tokens::Space32, Tokens::Space24);
+    layout->setContentsMargins(Tokens::Space32, 0, Tokens::Space32, Tokens::Space24);
     layout->setSpacing(0);
+    // Gives way where a long name and a long reason need the room.
+    layout->addItem(new QSpacerItem(0, AboveIcon, QSizePolicy::Minimum, QSizePolicy::Maximum));
     layout->addWidget(m_icon, 0, Qt::AlignHCenter);
     layout->addSpacing(Tokens::Space16);
     layout->addWidget(m_name, 0, Qt::AlignHCenter);
@@ -214,6 +217,7 @@ void WineExeLaunchBanner::giveDescriptionRoom(bool isReason) {
     m_description->setTextRole(isReason ? Theme::Text : Theme::Secondary);
     m_description->setElided(!isReason);
     m_description->setReadingWidth(isReason ? ReasonMaxWidth : 0);
+    m_description->setTextInteractionFlags(isReason ? Qt::TextSelectableByMouse : Qt::NoTextInteraction);
 }
 
 void WineExeLaunchBanner::moveHeight(int height) {
