@@ -248,8 +248,6 @@ void ExeFileRunner::onStep(const QString& text, MsgType type) {
 void ExeFileRunner::onMessage(const QString& text, MsgType type) {
     m_banner->setDescription(text);
     if (type != MsgStatus)
-        m_lastLine = text;
-    if (type != MsgStatus)
         m_logsWidget->appendLine(cleanHomePaths(text), type == MsgError ? ErrorLine : OrdinaryLine);
 }
 
@@ -284,7 +282,7 @@ void ExeFileRunner::handleWindowPopup() {
     m_succeeded = true;
     if (m_mode == File)
         addFile();
-    recordStart({});
+    recordStart(true);
     QtConcurrent::run(machineInfo);  // for the record at the end, which it would keep waiting
     if (isPublic())
         m_banner->allowClose();
@@ -297,7 +295,7 @@ void ExeFileRunner::handleExecutorSuccess() {
     checkLinks(true);
     m_banner->allowClose();
     m_succeeded = true;
-    recordStart({});
+    recordStart(true);
     finish(true);
 }
 
@@ -306,7 +304,7 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     m_elapsedSeconds = m_executor->seconds();
     m_succeeded = isReportSussessed;
     checkLinks(false);
-    recordStart(isReportSussessed ? QString() : m_lastLine);
+    recordStart(isReportSussessed);
     if (m_isFixup && !canFix) {
         finish(true);
         return;
@@ -337,8 +335,13 @@ void ExeFileRunner::addFile() {
 }
 
 /// For the library, where the program's tile shows it. A file's entry may be in the making.
-void ExeFileRunner::recordStart(const QString& failure) {
-    const FailedStart start{failure, {}};
+void ExeFileRunner::recordStart(bool good) {
+    FailedStart start;
+    if (!good) {
+        const QString reason = m_executor->diagnosis().reason;
+        start = {reason.isEmpty() ? LaunchVerdict::nothingFixedMessage(m_repaired) : reason,
+                 m_executor->components()};
+    }
     if (m_mode == StoredProgram) {
         FailedStarts::instance()->record(m_bottlesName, m_programUuid, start);
         return;

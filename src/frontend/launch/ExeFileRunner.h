@@ -77,7 +77,7 @@ private:
     void checkLinks(bool success);
     void addFile();
     QString addedUuid() const;
-    void recordStart(const QString& failure);
+    void recordStart(bool good);
     void leaveBottle(bool cleanUp, const std::function<void()>& then);
     void writeRunRecord() const;
     std::function<void()> launchRecord() const;
@@ -98,7 +98,6 @@ private:
     QString m_exePath;
     QString m_bottlesName;
     QString m_programUuid;
-    QString m_lastLine;  ///< that was told, such as the reason of a failure
     int m_rating = 0;
     bool m_succeeded = false;
     bool m_repaired = false;

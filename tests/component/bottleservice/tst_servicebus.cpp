@@ -71,7 +71,9 @@ private Q_SLOTS:
         QCOMPARE(set(live.signalNames), words(Signals));
         const auto manager = m_service.introspect("com.lumora.Manager");
         QCOMPARE(set(manager.methods), words("GetVersion::s Quit::"));
-        QCOMPARE(live.undocumented + manager.undocumented, QStringList());
+        const auto runs = m_service.introspect("com.lumora.Manager.Programs");
+        QCOMPARE(set(runs.methods + runs.signalNames), words("running::s started:ss ended:ss"));
+        QCOMPARE(live.undocumented + manager.undocumented + runs.undocumented, QStringList());
         QCOMPARE(m_service.callManager("GetVersion").arguments().value(0).toString(), "3.3.4.008");
     }
 

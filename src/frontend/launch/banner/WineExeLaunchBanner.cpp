@@ -123,8 +123,9 @@ void WineExeLaunchBanner::connectParts() {
         m_runningStatus = text;
         showStatus(text);
     });
-    connect(m_descriptionText, &SteadyText::shown, m_description,
-            [this](const QString& text) { m_description->setText(text.simplified()); });
+    connect(m_descriptionText, &SteadyText::shown, m_description, [this](const QString& text) {
+        m_description->setText(m_description->wordWrap() ? text.trimmed() : text.simplified());
+    });
     connect(m_failed, &BannerFailedPart::feedback, this, &WineExeLaunchBanner::feedBackButtonClicked);
     connect(m_failed, &BannerFailedPart::viewLogs, this, &WineExeLaunchBanner::showLogsButtonClicked);
     connect(m_failed, &BannerFailedPart::debug, this, &WineExeLaunchBanner::debugButtonClicked);

@@ -21,7 +21,7 @@ bool isEndedFromOutside(int exitCode) {
 }  // namespace
 
 bool StartCheck::isFailure(const StartEnd& end, bool hasComponents) {
-    if (end.windowSeen || end.isStopped)
+    if (end.isUp || end.isStopped)
         return false;
     const int exitCode = end.exitCode.value_or(0);
     return hasComponents || (exitCode != 0 && !isEndedFromOutside(exitCode));

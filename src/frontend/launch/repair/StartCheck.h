@@ -11,14 +11,14 @@ struct StartEnd {
     QString uuid;
     QString programName;
     std::optional<int> exitCode;  ///< nothing when only its end is known
-    bool windowSeen = false;
-    bool isStopped = false;  ///< by the user
+    bool isUp = false;            ///< a window was seen, or it ran for as long as one is waited for
+    bool isStopped = false;       ///< by the user
 };
 
 /// Whether the start of a program has failed, and why.
 namespace StartCheck {
 
-/// A window is a good start, whatever has come of it. Without one the exit code tells, except that of a
+/// To be up is a good start, whatever has come of it. Without one the exit code tells, except that of a
 /// program that somebody has ended, and so does a log that asks for components.
 bool isFailure(const StartEnd& end, bool hasComponents);
 

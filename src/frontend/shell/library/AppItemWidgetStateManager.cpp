@@ -191,7 +191,7 @@ void AppItemWidgetStateManager::onLaunchResult(const QString& uuid, bool success
     const auto launch = m_launches.find(ref);
     if (launch != m_launches.end()) {
         launch->isTimed = false;
-        launch->windowSeen = successed;
+        launch->isUp = true;
     }
     if (successed)
         FailedStarts::instance()->clear(ref.bottle, uuid);
@@ -219,7 +219,7 @@ void AppItemWidgetStateManager::forget(const ProgramRef& ref) {
 /// The check waits for the service and reads a log, and nobody waits for it.
 void AppItemWidgetStateManager::checkEnd(const ProgramRef& ref) {
     const Launch& launch = m_launches[ref];
-    StartEnd end{ref.bottle, ref.uuid, launch.name, {}, launch.windowSeen, launch.isStopped};
+    StartEnd end{ref.bottle, ref.uuid, launch.name, {}, launch.isUp, launch.isStopped};
     if (launch.launcher && launch.launcher->state() == QProcess::NotRunning)
         end.exitCode = launch.launcher->exitCode();
     const bool isGood = !end.isStopped && end.exitCode == 0;

@@ -59,8 +59,8 @@ private:
         QPointer<WineLauncher> launcher;
         PendingWork::Hold waiting;  ///< while its bottle's record is asked for
         bool isTimed = true;        ///< until its first window, or until that has taken too long
-        bool windowSeen = false;
-        bool isStopped = false;  ///< by the user
+        bool isUp = false;          ///< with a window, or for as long as one is waited for
+        bool isStopped = false;     ///< by the user
     };
 
     AppItemWidgetStateManager();
