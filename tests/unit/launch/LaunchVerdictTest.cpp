@@ -8,6 +8,7 @@
 #include "launch/repair/ProblemReport.h"
 #include "launch/repair/RepairOffer.h"
 #include "launch/repair/RunnerChoice.h"
+#include "launch/repair/StartCheck.h"
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
 #include "support/Table.h"
@@ -125,6 +126,28 @@ private Q_SLOTS:
         for (const LaunchMessage& message : findings.messages)
             told += '|' + QString::number(message.type) + ' ' + message.text;
         QTEST(told, "expected");
+    }
+
+    /// Of a stored program that nobody watches; -1 is an exit code that is not known.
+    void failedStarts_data() {
+        const TestSupport::Table<int, bool, bool, bool, bool> row("exit", "up", "stopped", "lacks", "failed");
+        row("ended well", 0, false, false, false, false);
+        row("ended badly", 53, false, false, false, true);
+        row("after its window", 53, true, false, true, false);
+        row("quit by the user", 1, false, true, true, false);
+        row("killed by somebody else", 143, false, false, false, false);
+        row("lacks something and says nothing", 0, false, false, true, true);
+        row("end unknown", -1, false, false, false, false);
+    }
+    void failedStarts() {
+        QFETCH(int, exit);
+        QFETCH(bool, up);
+        QFETCH(bool, stopped);
+        QFETCH(bool, lacks);
+        StartEnd end{"b", "u", "n", {}, up, stopped};
+        if (exit >= 0)
+            end.exitCode = exit;
+        QTEST(StartCheck::isFailure(end, lacks), "failed");
     }
 
     void linesAreShown() {

@@ -20,10 +20,14 @@ constexpr int MostComponents = 100;
 
 }  // namespace
 
-FailedStarts::FailedStarts()
-    : m_file(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
-             "/data/failed_starts.json") {
-    read();
+/// Not at construction, which is before the application has all its names.
+QHash<FailedStarts::Key, FailedStart>& FailedStarts::starts() {
+    if (m_file.isEmpty()) {
+        m_file = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
+                 "/data/failed_starts.json";
+        read();
+    }
+    return m_starts;
 }
 
 void FailedStarts::read() {
@@ -34,8 +38,8 @@ void FailedStarts::read() {
         qWarning().noquote() << "cannot read" << m_file;
         return;
     }
-    const QJsonArray starts = QJsonDocument::fromJson(file.read(MaximumBytes)).array();
-    for (const QJsonValue& value : starts) {
+    const QJsonArray list = QJsonDocument::fromJson(file.read(MaximumBytes)).array();
+    for (const QJsonValue& value : list) {
         const QJsonObject start = value.toObject();
         const FailedStart known{start.value("reason").toString().left(LongestReason),
                                 start.value("components").toVariant().toStringList().mid(0, MostComponents)};
@@ -45,21 +49,21 @@ void FailedStarts::read() {
 }
 
 void FailedStarts::write() const {
-    QJsonArray starts;
+    QJsonArray list;
     for (auto start = m_starts.begin(); start != m_starts.end(); ++start)
-        starts.append(QJsonObject{{"bottle", start.key().first},
-                                  {"program", start.key().second},
-                                  {"reason", start->reason},
-                                  {"components", QJsonArray::fromStringList(start->components)}});
+        list.append(QJsonObject{{"bottle", start.key().first},
+                                {"program", start.key().second},
+                                {"reason", start->reason},
+                                {"components", QJsonArray::fromStringList(start->components)}});
     QDir().mkpath(QFileInfo(m_file).path());
     QSaveFile file(m_file);
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(starts).toJson()) < 0 || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(list).toJson()) < 0 || !file.commit())
         qWarning().noquote() << "cannot write" << m_file << file.errorString();
 }
 
 void FailedStarts::mark(const QString& bottle, const QString& uuid, const FailedStart& start) {
     const Key key(bottle, uuid);
-    if (start.reason.isEmpty() || m_starts.value(key) == start)
+    if (start.reason.isEmpty() || starts().value(key) == start)
         return;
     m_starts.insert(key, {start.reason.left(LongestReason), start.components.mid(0, MostComponents)});
     write();
@@ -67,7 +71,7 @@ void FailedStarts::mark(const QString& bottle, const QString& uuid, const Failed
 }
 
 void FailedStarts::clear(const QString& bottle, const QString& uuid) {
-    if (m_starts.remove({bottle, uuid}) == 0)
+    if (starts().remove({bottle, uuid}) == 0)
         return;
     write();
     Q_EMIT changed(bottle, uuid);
@@ -81,13 +85,13 @@ void FailedStarts::record(const QString& bottle, const QString& uuid, const Fail
 }
 
 void FailedStarts::clearBottle(const QString& bottle) {
-    for (const Key& key : m_starts.keys()) {
+    for (const Key& key : starts().keys()) {
         if (key.first == bottle)
             clear(bottle, key.second);
     }
 }
 
-const FailedStart* FailedStarts::find(const QString& bottle, const QString& uuid) const {
-    const auto start = m_starts.constFind({bottle, uuid});
+const FailedStart* FailedStarts::find(const QString& bottle, const QString& uuid) {
+    const auto start = starts().constFind({bottle, uuid});
     return start == m_starts.constEnd() ? nullptr : &*start;
 }

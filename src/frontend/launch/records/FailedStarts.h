@@ -30,7 +30,7 @@ public:
     void record(const QString& bottle, const QString& uuid, const FailedStart& start);
     void clearBottle(const QString& bottle);
     /// Null for a program that has not failed.
-    const FailedStart* find(const QString& bottle, const QString& uuid) const;
+    const FailedStart* find(const QString& bottle, const QString& uuid);
 
 Q_SIGNALS:
     void changed(const QString& bottle, const QString& uuid);
@@ -38,10 +38,11 @@ Q_SIGNALS:
 private:
     using Key = QPair<QString, QString>;
 
-    FailedStarts();
+    FailedStarts() = default;
+    QHash<Key, FailedStart>& starts();
     void read();
     void write() const;
 
-    QString m_file;
+    QString m_file;  ///< empty until it has been read
     QHash<Key, FailedStart> m_starts;
 };

@@ -79,6 +79,16 @@ QString titleOf(bool withBottle, const QString& name) {
         QLatin1String("%1"), name.size() <= LongestTitle ? name : name.left(LongestTitle) + QChar(0x2026));
 }
 
+void showSize(Fenk::Label* label, const QString& directory) {
+    label->setToolTip(Fenk::plainToolTip(directory));
+    inBackground(
+        label, [directory] { return DirectorySize::of(directory); },
+        [label](qint64 bytes) {
+            const QString size = QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
+            label->setText(Question::tr("The container (%1) will be deleted.").arg(size));
+        });
+}
+
 /// What goes with the program and what does not, below what is asked. The size comes later, and its line has
 /// its place from the beginning.
 void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
@@ -89,31 +99,24 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
         running->setTextRole(Fenk::Theme::Warning);
         dialog->addContent(running);
     }
-    auto* size = withBottle ? paragraph(Question::tr("The container \"%1\" will be deleted.").arg(ref.bottle),
-                                        "removal_size")
-                            : nullptr;
+    auto* size =
+        withBottle ? paragraph(Question::tr("The container will be deleted."), "removal_size") : nullptr;
     auto* file = paragraph(QString(), "removal_file");
     if (size)
         dialog->addContent(size);
     dialog->addContent(file);
     file->hide();
     BottlesConfig::instance()->watchBottle(
-        ref.bottle, dialog, [dialog, size, file, program](const BusResult& result) {
+        ref.bottle, dialog, [size, file, program](const BusResult& result) {
             const QString bottle = BottleRecord::path(result.object());
             if (bottle.isEmpty())
                 return;
             if (isOutside(program.path, bottle)) {
-                file->setText(Question::tr("Your file %1 stays.").arg(program.path));
+                file->setText(Question::tr("Your file %1 stays.").arg(QFileInfo(program.path).fileName()));
                 file->show();
             }
             if (size)
-                inBackground(
-                    dialog, [bottle] { return DirectorySize::of(bottle); },
-                    [size, name = program.ref.bottle](qint64 bytes) {
-                        size->setText(Question::tr("The container \"%1\" (%2) will be deleted.")
-                                          .arg(name, QLocale().formattedDataSize(
-                                                         bytes, 1, QLocale::DataSizeTraditionalFormat)));
-                    });
+                showSize(size, bottle);
         });
 }
 
