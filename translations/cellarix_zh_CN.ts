@@ -1964,15 +1964,23 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The container &quot;%1&quot; will be deleted.</source>
-        <translation>容器“%1”将被删除。</translation>
+        <translation type="vanished">容器“%1”将被删除。</translation>
     </message>
     <message>
         <source>Your file %1 stays.</source>
-        <translation>您的文件 %1 会保留。</translation>
+        <translation>您的文件“%1”会保留。</translation>
     </message>
     <message>
         <source>The container &quot;%1&quot; (%2) will be deleted.</source>
-        <translation>容器“%1”（%2）将被删除。</translation>
+        <translation type="vanished">容器“%1”（%2）将被删除。</translation>
+    </message>
+    <message>
+        <source>The container (%1) will be deleted.</source>
+        <translation>容器（%1）将被删除。</translation>
+    </message>
+    <message>
+        <source>The container will be deleted.</source>
+        <translation>容器将被删除。</translation>
     </message>
 </context>
 <context>
