@@ -36,6 +36,8 @@ bool ask() {
                        .arg(ServiceAgreement::link()));
     label->setTextFormat(Qt::RichText);
     label->setOpenExternalLinks(true);
+    label->setTextInteractionFlags(Qt::TextBrowserInteraction);
+    label->setObjectName("agreement_text");
     label->setContentsMargins(10, 6, 10, 6);
     label->setAlignment(Qt::AlignCenter);
     dialog.addContent(label);

@@ -6,6 +6,7 @@
 
 #include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
+#include "launch/FileChoice.h"
 #include "launch/WineLauncher.h"
 #include "launch/records/AppBootingStateManager.h"
 
@@ -42,12 +43,11 @@ void importRegistryFile(const QString& bottle, const QString& file) {
 }  // namespace
 
 void importRegistry(QWidget* parent, QString bottle) {
-    auto* dialog =
-        new QFileDialog(parent, QString(), QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-                        QCoreApplication::translate("BottleTasks", "Import registry files (*.reg)"));
+    QFileDialog* dialog =
+        FileChoice::make(FileChoice::Kind::Registry, parent, QString(),
+                         QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
+                         QCoreApplication::translate("BottleTasks", "Import registry files (*.reg)"));
     dialog->setObjectName("import_registry_dialog");
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFile);
     QObject::connect(dialog, &QFileDialog::fileSelected, qApp,
                      [bottle](const QString& file) { importRegistryFile(bottle, file); });
     dialog->open();

@@ -17,6 +17,8 @@ public:
     explicit IndexView(SearchWidget* search, QWidget* parent = nullptr);
 
     void buildPages();
+    /// Asks for a program file, as soon as there are pages.
+    void addProgram();
     AppLocalView* localView() const { return m_local; }
     SidebarView* sidebar() const { return m_sidebar; }
 

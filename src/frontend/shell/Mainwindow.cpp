@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QShortcut>
 #include <QTimer>
 #include <QUrl>
 #include <QtConcurrent>
@@ -45,6 +46,8 @@ Mainwindow::Mainwindow()
     connect(m_indexView, &IndexView::openRequested, this, &Mainwindow::openRequested);
     connect(Fenk::Theme::instance(), &Fenk::Theme::themeTypeChanged, this, &Mainwindow::themeChanged);
     themeChanged();
+    auto* add = new QShortcut(QKeySequence::Open, this);
+    connect(add, &QShortcut::activated, m_indexView, &IndexView::addProgram);
     m_searchWidget->setFocus();
     QtConcurrent::run([now = QDateTime::currentDateTime()] {
         EventWriter::instance().writeEvent(EventRecord::common(now, machineInfo(), EventRecord::StartTid));

@@ -1,5 +1,6 @@
 #include "shell/SearchWidget.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 
@@ -23,6 +24,12 @@ SearchWidget::SearchWidget(QWidget* parent) : QWidget(parent), m_edit(new Fenk::
     layout->addWidget(m_edit);
     setFocusProxy(m_edit);
     connect(m_edit, &QLineEdit::textChanged, this, &SearchWidget::textChanged);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, const QWidget* now) {
+        if (now != m_edit || !old || old->window() != window())
+            return;
+        m_before = old;
+        m_isFromElsewhere = true;
+    });
 }
 
 QString SearchWidget::text() const {
@@ -40,6 +47,17 @@ void SearchWidget::begin(const QString& letter) {
     m_edit->insert(letter);
 }
 
+void SearchWidget::stepBack() {
+    m_edit->clear();
+    if (!m_isFromElsewhere)
+        return;
+    m_isFromElsewhere = false;
+    if (m_before && m_before->isVisible() && m_before->focusPolicy() != Qt::NoFocus)
+        m_before->setFocus(Qt::OtherFocusReason);
+    else
+        Q_EMIT leaveForResults();
+}
+
 bool SearchWidget::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         switch (static_cast<QKeyEvent*>(event)->key()) {
@@ -47,6 +65,9 @@ bool SearchWidget::eventFilter(QObject* watched, QEvent* event) {
             case Qt::Key_Return:
             case Qt::Key_Enter:
                 Q_EMIT leaveForResults();
+                return true;
+            case Qt::Key_Escape:
+                stepBack();
                 return true;
             default:
                 break;

@@ -1,12 +1,14 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 namespace Fenk {
 class SearchEdit;
 }
 
-/// The search field in the title bar. Down and Return lead to what was found.
+/// The search field in the title bar. Down and Return lead to what was found, Escape back to where the user
+/// was before.
 class SearchWidget : public QWidget {
     Q_OBJECT
 public:
@@ -25,5 +27,9 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void stepBack();
+
     Fenk::SearchEdit* m_edit;
+    QPointer<QWidget> m_before;      ///< had the focus before the field
+    bool m_isFromElsewhere = false;  ///< something had, even if it is gone by now
 };

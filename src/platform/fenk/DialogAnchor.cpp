@@ -57,6 +57,8 @@ void DialogAnchor::release() {
     m_window->removeEventFilter(this);
     if (m_veil)
         m_veil->remove(m_dialog);
+    if (m_dialog->isActiveWindow())
+        m_window->activateWindow();
     returnFocus();
     m_window.clear();
 }

@@ -63,8 +63,13 @@ bool Veil::eventFilter(QObject* watched, QEvent* event) {
 void Veil::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     Paint::box(&painter, rect(), radiusOf(window()), withAlpha(Qt::black, Tokens::VeilOpacity));
-    for (const QWidget* dialog : qAsConst(m_dialogs))
-        Paint::shadow(&painter, QRect(mapFromGlobal(dialog->pos()), dialog->size()), radiusOf(dialog));
+    for (const QWidget* dialog : qAsConst(m_dialogs)) {
+        // The desktop's own file dialog stands for Qt's, which is nowhere then.
+        if (dialog->testAttribute(Qt::WA_DontShowOnScreen))
+            continue;
+        const QRect place = dialog->frameGeometry();
+        Paint::shadow(&painter, QRect(mapFromGlobal(place.topLeft()), place.size()), radiusOf(dialog));
+    }
 }
 
 }  // namespace Fenk

@@ -6,9 +6,11 @@
 #include <QtTest>
 
 #include "core/EnvironmentSetup.h"
+#include "core/ServiceAgreement.h"
 #include "fenk/Application.h"
 #include "launch/environment/BottleEnvScript.h"
 #include "launch/environment/ScriptOutput.h"
+#include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
@@ -173,6 +175,7 @@ private Q_SLOTS:
             QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
             const auto* retry = script.banner->findChild<QPushButton*>("retry_btn");
             QVERIFY(retry->isVisible() && retry->hasFocus());
+            QCOMPARE(TestSupport::outOfReach(script.banner), QString());
             QTest::keyClick(script.banner->focusWidget(), Qt::Key_Return);
             QVERIFY(script.running && !retry->isVisible());
             QTRY_VERIFY(hasEnded(script));
@@ -195,6 +198,16 @@ private Q_SLOTS:
             QVERIFY(!retry->isVisible());
         });
         QCOMPARE(runs(), "-r\n-r\n");
+    }
+
+    void agreementIsReadByKeys() {
+        QTimer::singleShot(0, this, [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            QVERIFY(QTest::qWaitForWindowActive(dialog));
+            QCOMPARE(TestSupport::outOfReach(dialog), QString());
+            QTest::keyClick(dialog->windowHandle(), Qt::Key_Escape);
+        });
+        QVERIFY(!ServiceAgreement::check());
     }
 
     void update_data() { closedWhileRunning_data(); }

@@ -16,9 +16,11 @@
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/SteadyText.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "support/KeyWalk.h"
 #include "support/Table.h"
 
 using Banner = WineExeLaunchBanner;
+using TestSupport::press;
 using TestSupport::Table;
 using Signal = void (Banner::*)();
 Q_DECLARE_METATYPE(Signal)
@@ -39,13 +41,6 @@ QWidget* part(QWidget* window, const QString& name) {
             return widget;
     }
     return nullptr;
-}
-
-void press(QWidget* window, Qt::Key key) {
-    const QPointer<QWindow> handle = window->windowHandle();
-    QTest::keyPress(handle, key);
-    if (handle)  // the key may have closed it for good
-        QTest::keyRelease(handle, key);
 }
 
 }  // namespace
@@ -105,6 +100,7 @@ private Q_SLOTS:
         auto* dialog = questions().first();
         QVERIFY(QTest::qWaitForWindowActive(dialog));
         QVERIFY(dialog->isModal());
+        QCOMPARE(TestSupport::outOfReach(dialog), QString());
         QCOMPARE(dialog->accessibleName(), QString("close_confirm_dialog"));
         QVERIFY((dialog->geometry().center() - m_banner->geometry().center()).manhattanLength() <= 2);
         if (key)
@@ -113,6 +109,7 @@ private Q_SLOTS:
             QTest::mouseClick(part(dialog, button), Qt::LeftButton);
         QTEST(stopped.count(), "stops");
         QTRY_VERIFY(questions().isEmpty());
+        QCOMPARE(m_banner->focusWidget(), m_banner.get());
         QVERIFY(m_banner->isVisible());
         QCOMPARE(m_banner->closeState(), int(Banner::Running));
     }
@@ -169,6 +166,7 @@ private Q_SLOTS:
         }
         std::rotate(order.begin(), order.begin() + order.indexOf("Minimize") + 2, order.end());
         QCOMPARE(order, names + QStringList({"Minimize", "Close"}));
+        QCOMPARE(TestSupport::outOfReach(m_banner.get()), QString());
 
         m_banner->showRunning();
         QCOMPARE(m_banner->height(), 432);

@@ -24,6 +24,7 @@
 #include "shell/library/ProgramGrid.h"
 #include "shell/library/ProgramLibrary.h"
 #include "support/FakeBottleService.h"
+#include "support/KeyWalk.h"
 #include "support/PrivateBus.h"
 #include "support/TestHome.h"
 
@@ -502,6 +503,49 @@ private Q_SLOTS:
         QApplication::sendEvent(m_window.get(), &drop);
         QCOMPARE(opened.count(), int(taken));
         QVERIFY(!m_window->findChild<DropFrame*>()->isVisible());
+    }
+
+    void keys() {
+        open({summary(1, "Ledger"), summary(2, "Harbour")});
+        QCOMPARE(TestSupport::outOfReach(m_window.get()), QString());
+        const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+            TestSupport::press(m_window.get(), key, modifiers);
+        };
+        // A search steps back to where it was begun.
+        view()->focusPrograms();
+        const QPointer<QWidget> before = QApplication::focusWidget();
+        press(Qt::Key_L);
+        QTRY_COMPARE(shown(), QStringList("Ledger"));
+        press(Qt::Key_Escape);
+        QTRY_COMPARE(shown().size(), 2);
+        QTRY_COMPARE(QApplication::focusWidget(), before);
+        // And so does a dialog.
+        openMenu(tile(1));
+        tile(1)->optionMenu()->hide();
+        tile(1)->action(Action::Remove)->trigger();
+        auto* question = m_window->findChild<Fenk::Dialog*>("removal_question");
+        QVERIFY(QTest::qWaitForWindowActive(question));
+        QCOMPARE(TestSupport::outOfReach(question), QString());
+        TestSupport::press(question, Qt::Key_Escape);
+        QCOMPARE(m_window->focusWidget(), before);
+        m_window->activateWindow();
+
+        const QString file = m_home.write("downloads/setup.exe", "x");
+        for (const bool again : {false, true}) {
+            press(Qt::Key_O, Qt::ControlModifier);
+            const QPointer<QFileDialog> dialog = m_window->findChild<QFileDialog*>("applistview_adddialog");
+            QVERIFY(dialog && dialog->isVisible());
+            QCOMPARE(dialog->directory() == QFileInfo(file).dir(), again);
+            Q_EMIT dialog->fileSelected(file);
+            dialog->close();
+            QTRY_VERIFY(!dialog);
+            QCOMPARE(m_window->focusWidget(), before);
+            m_window->activateWindow();
+            QTRY_COMPARE(QApplication::focusWidget(), before);
+        }
+        press(Qt::Key_L);
+        QVERIFY(m_service->emitSignal("bottles_deleted", "s", {"office"}));
+        QTRY_VERIFY(m_window->findChild<Fenk::SearchEdit*>()->text().isEmpty());
     }
 };
 

@@ -15,6 +15,7 @@
 #include "shell/library/ListPlaceholder.h"
 #include "shell/properties/AppPropertyDlg.h"
 #include "support/FakeBottleService.h"
+#include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
 #include "support/TestHome.h"
@@ -307,6 +308,44 @@ private Q_SLOTS:
             QTRY_VERIFY(dialog.findChild<ListPlaceholder*>());
             QVERIFY(!dialog.button(1)->isEnabled());
         }
+    }
+
+    void keys() {
+        setProgram({{"name", "Ledger"}});
+        openProperties();
+        QTRY_VERIFY(part<QAbstractButton>("property_name_pen")->isEnabled());
+        QCOMPARE(TestSupport::outOfReach(m_dialog), QString());
+        const auto press = [this](Qt::Key key) { TestSupport::press(m_dialog, key); };
+        auto* field = part<QLineEdit>("property_name_field");
+        auto* pen = part<QAbstractButton>("property_name_pen");
+        press(Qt::Key_F2);
+        QTRY_VERIFY(field->hasFocus());
+        QCOMPARE(field->selectedText(), QString("Ledger"));
+        press(Qt::Key_Escape);
+        QTRY_VERIFY(pen->hasFocus() && !field->isVisible());
+        press(Qt::Key_Return);
+        QTRY_VERIFY(field->hasFocus());
+        press(Qt::Key_Return);
+        QTRY_VERIFY(pen->hasFocus());
+        press(Qt::Key_X);  // a letter at the pen writes
+        QTRY_COMPARE(field->text(), QString("x"));
+        press(Qt::Key_Return);
+        QTRY_COMPARE(shownName(), QString("x"));
+        press(Qt::Key_Escape);
+        QTRY_VERIFY(!m_dialog);
+
+        m_home.write("bottle/assosiate.json", R"({".txt":{"progid":"txt"}})");
+        setProgram({}, m_home.path() + "/bottle");
+        FileAssosiationsExportDialog dialog("office");
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QTRY_VERIFY(dialog.button(1)->isEnabled());
+        QCOMPARE(TestSupport::outOfReach(&dialog), QString());
+        dialog.findChild<QAbstractItemView*>("file_associations")->setFocus(Qt::TabFocusReason);
+        TestSupport::press(&dialog, Qt::Key_Space);
+        TestSupport::press(&dialog, Qt::Key_Return);
+        QCOMPARE(m_service->waitForCall("exportFileAssociations").arguments,
+                 QJsonArray({"office", QJsonArray({".txt"})}));
     }
 };
 

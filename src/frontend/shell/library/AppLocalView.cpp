@@ -15,6 +15,7 @@
 #include "fenk/SuggestButton.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "launch/FileChoice.h"
 #include "programs/ProgramRuns.h"
 #include "shell/ShellImages.h"
 #include "shell/library/AppItemWidgetStateManager.h"
@@ -199,13 +200,11 @@ void AppLocalView::slotAddApp() {
 }
 
 void AppLocalView::onAddAppClicked() {
-    auto* dialog = new QFileDialog(window(), tr("Add Program"),
-                                   QStandardPaths::writableLocation(QStandardPaths::HomeLocation),
-                                   tr("Windows Application Programs (*.exe *.msi *.bat)"));
+    QFileDialog* dialog = FileChoice::make(FileChoice::Kind::Program, window(), tr("Add Program"),
+                                           QStandardPaths::writableLocation(QStandardPaths::HomeLocation),
+                                           tr("Windows Application Programs (*.exe *.msi *.bat)"));
     dialog->setObjectName("applistview_adddialog");
     dialog->setAccessibleName("applistview_adddialog");
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFile);
     // The desktops' endings in capitals, which a filter tells apart from the others.
     dialog->setNameFilter(tr("Windows Application Programs (*.exe *.msi *.bat)")
                               .replace(QLatin1String("*.bat"), QLatin1String("*.bat *.EXE *.MSI *.BAT")));

@@ -5,9 +5,11 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QStandardPaths>
 
 #include "fenk/Card.h"
+#include "fenk/DialogAnchor.h"
 #include "fenk/Label.h"
 #include "fenk/Tokens.h"
 #include "shell/properties/AppEntryIconEditor.h"
@@ -159,8 +161,16 @@ void AppPropertyDlg::chooseIcon() {
     dialog->setObjectName("property_icon_dialog");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
+    new DialogAnchor(dialog);
     connect(dialog, &QFileDialog::fileSelected, m_details, &ProgramDetails::useIcon);
     dialog->open();
+}
+
+void AppPropertyDlg::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F2)
+        m_name->beginEditing();
+    else
+        Dialog::keyPressEvent(event);
 }
 
 void AppPropertyDlg::done(int index) {

@@ -28,6 +28,9 @@ public:
     /// Takes a name that is still being written.
     void done(int index) override;
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;  ///< F2 renames
+
 private:
     QWidget* makeRows();
     void showDetails();

@@ -1,5 +1,6 @@
 #include "shell/properties/NameEditor.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -14,6 +15,12 @@ namespace {
 constexpr int LongestName = 256;
 /// Between the pen's edge and its picture, which lines up with the field.
 constexpr int PenMargin = (Tokens::CompactHeight - Tokens::IconSmall) / 2;
+
+bool writes(const QKeyEvent& key) {
+    const bool isPlain = !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    return isPlain && !key.text().isEmpty() && key.text().at(0).isPrint() && !key.text().at(0).isSpace();
+}
+
 }  // namespace
 
 NameEditor::NameEditor(QWidget* parent)
@@ -52,6 +59,8 @@ void NameEditor::setEditable(bool editable) {
 }
 
 void NameEditor::beginEditing() {
+    if (m_editing || !m_pen->isEnabled())
+        return;
     m_editing = true;
     m_field->setText(m_name);
     layout()->setContentsMargins(0, 0, PenOverhang, 0);
@@ -77,21 +86,16 @@ void NameEditor::endEditing(bool taken) {
         Q_EMIT renamed(m_field->text());
 }
 
-bool NameEditor::pressPen(const QKeyEvent* event) {
-    const bool isPlain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    const QString text = event->text();
-    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    const bool isLetter = isPlain && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace();
-    if (isReturn || isLetter)
-        beginEditing();
-    if (isLetter)
-        m_field->insert(text);
-    return isReturn || isLetter;
-}
-
 bool NameEditor::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == m_pen)
-        return event->type() == QEvent::KeyPress && pressPen(static_cast<QKeyEvent*>(event));
+    if (watched == m_pen) {
+        const bool isWriting = event->type() == QEvent::KeyPress && m_pen->isEnabled() &&
+                               writes(*static_cast<QKeyEvent*>(event));
+        if (isWriting) {
+            beginEditing();
+            QCoreApplication::sendEvent(m_field, event);
+        }
+        return isWriting;
+    }
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {

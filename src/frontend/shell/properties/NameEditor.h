@@ -38,7 +38,6 @@ protected:
 
 private:
     void endEditing(bool taken);
-    bool pressPen(const QKeyEvent* event);
 
     Fenk::Label* m_label;
     Fenk::IconButton* m_pen;

@@ -1,6 +1,5 @@
 #include "shell/properties/PathLink.h"
 
-#include <QKeyEvent>
 #include <QPainter>
 
 #include "fenk/Label.h"
@@ -61,13 +60,6 @@ void PathLink::paintEvent(QPaintEvent*) {
 
 void PathLink::resizeEvent(QResizeEvent*) {
     setToolTip(shown() == m_path ? QString() : plainToolTip(m_path));
-}
-
-void PathLink::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
-        QAbstractButton::keyPressEvent(event);
 }
 
 bool PathLink::hitButton(const QPoint& position) const {

@@ -1,0 +1,35 @@
+#include "launch/FileChoice.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+
+#include "core/base/SettingsStore.h"
+#include "fenk/DialogAnchor.h"
+
+namespace {
+
+QString keyOf(FileChoice::Kind kind) {
+    switch (kind) {
+        case FileChoice::Kind::Registry:
+            return QStringLiteral("basic.last_folder.registry");
+        default:
+            return QStringLiteral("basic.last_folder.program");
+    }
+}
+
+}  // namespace
+
+QFileDialog* FileChoice::make(Kind kind, QWidget* over, const QString& title, const QString& firstFolder,
+                              const QString& filter) {
+    const QString key = keyOf(kind);
+    const QString last = settingsStore()->getOption(key).toString();
+    const bool isThere = !last.isEmpty() && QFileInfo(last).isDir();
+    auto* dialog = new QFileDialog(over, title, isThere ? last : firstFolder, filter);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    new Fenk::DialogAnchor(dialog);
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [key](const QString& file) {
+        settingsStore()->setOption(key, QFileInfo(file).absolutePath());
+    });
+    return dialog;
+}

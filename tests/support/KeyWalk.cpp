@@ -1,0 +1,90 @@
+#include "support/KeyWalk.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QFocusFrame>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTest>
+#include <QWindow>
+
+namespace TestSupport {
+
+namespace {
+
+constexpr int MostKeys = 100;
+
+QString nameOf(const QWidget* widget) {
+    return widget->accessibleName().isEmpty() ? widget->objectName() : widget->accessibleName();
+}
+
+QList<QWidget*> walk(QWidget* window) {
+    QList<QWidget*> stops;
+    for (int keys = 0; keys < MostKeys; ++keys) {
+        QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+        QCoreApplication::processEvents();
+        QWidget* now = window->focusWidget();
+        // A text goes from link to link before it lets the focus go.
+        if (!stops.isEmpty() && now == stops.last())
+            continue;
+        if (!now || stops.contains(now))
+            break;
+        stops << now;
+    }
+    return stops;
+}
+
+bool isControl(const QWidget* widget) {
+    const bool isPart = qobject_cast<QLineEdit*>(widget->parentWidget());
+    const auto* label = qobject_cast<const QLabel*>(widget);
+    if (label && label->text().contains("<a href"))
+        return true;
+    return !isPart &&
+           (qobject_cast<const QAbstractButton*>(widget) || qobject_cast<const QLineEdit*>(widget) ||
+            qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QAbstractItemView*>(widget));
+}
+
+/// Lists draw theirs inside, and texts mark the link.
+bool hasRing(QWidget* window, const QWidget* control) {
+    if (qobject_cast<const QAbstractItemView*>(control) || qobject_cast<const QLabel*>(control))
+        return true;
+    const QList<QFocusFrame*> frames = window->findChildren<QFocusFrame*>();
+    return std::any_of(frames.begin(), frames.end(), [control](const QFocusFrame* frame) {
+        return frame->isVisible() && frame->widget() == control;
+    });
+}
+
+}  // namespace
+
+QString outOfReach(QWidget* window) {
+    QStringList names;
+    QWidget* start = window->focusWidget();
+    const QList<QWidget*> stops = walk(window);
+    for (int i = 0; i < stops.size(); ++i) {
+        QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+        QCoreApplication::processEvents();
+        const QWidget* now = window->focusWidget();
+        if (isControl(now) && !hasRing(window, now))
+            names << nameOf(now) + " has no ring";
+    }
+    const QList<QWidget*> all = window->findChildren<QWidget*>();
+    for (QWidget* widget : all) {
+        if (widget->window() == window && isControl(widget) && widget->isVisible() && widget->isEnabled() &&
+            !stops.contains(widget))
+            names << nameOf(widget);
+    }
+    if (start)
+        start->setFocus();
+    return names.join(", ");
+}
+
+void press(QWidget* window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    const QPointer<QWindow> handle = window->windowHandle();
+    QTest::keyPress(handle, key, modifiers);
+    if (handle)
+        QTest::keyRelease(handle, key, modifiers);
+}
+
+}  // namespace TestSupport
