@@ -1073,11 +1073,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Not all of it succeeded (exit code %1)</source>
-        <translation type="unfinished"></translation>
+        <translation>部分步骤未能完成（退出码 %1）</translation>
     </message>
     <message>
         <source>Retry</source>
-        <translation type="unfinished">重试</translation>
+        <translation>重试</translation>
     </message>
 </context>
 <context>
