@@ -2,9 +2,12 @@
 // FILE In Chinese where LANG says so. A new state is a line in the table below.
 #include <QApplication>
 #include <QPushButton>
+#include <QTimer>
 
 #include "backend/SessionBus.h"
+#include "core/ServiceAgreement.h"
 #include "fenk/Theme.h"
+#include "fenk/Tokens.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RefusalNotice.h"
@@ -157,7 +160,21 @@ QImage environment(const QString& state) {
     return picture({&banner});
 }
 
+/// The question runs an event loop of its own.
+QImage agreement() {
+    QImage result;
+    QTimer::singleShot(0, qApp, [&result] {
+        auto* dialog = QApplication::activeModalWidget();
+        settle(Tokens::FadeMs);
+        result = picture({dialog});
+        dialog->close();
+    });
+    ServiceAgreement::check();
+    return result;
+}
+
 const QVector<PictureState> States = {
+    {"agreement", agreement},
     {"running", running},
     {"first-run", firstRun},
     {"failed-repair", [] { return failed(true, true); }},

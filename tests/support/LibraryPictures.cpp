@@ -14,9 +14,11 @@
 #include <QTemporaryDir>
 #include <functional>
 
+#include "fenk/Application.h"
 #include "fenk/Dialog.h"
 #include "fenk/SearchEdit.h"
 #include "fenk/Theme.h"
+#include "fenk/TitleBar.h"
 #include "fenk/Tokens.h"
 #include "launch/records/FailedStarts.h"
 #include "shell/DropFrame.h"
@@ -276,6 +278,25 @@ QList<QWidget*> drop(const Scene& scene) {
     return {scene.window};
 }
 
+QList<QWidget*> titleMenu(const Scene& scene) {
+    scene.window->titlebar()->openMenu(true);
+    settle(400);
+    QMenu* menu = scene.window->titlebar()->menu();
+    QList<QWidget*> windows{scene.window, menu};
+    if (QMenu* themes = menu->findChild<QMenu*>("theme_menu")) {
+        menu->setActiveAction(themes->menuAction());
+        settle(400);
+        windows << themes;
+    }
+    return windows;
+}
+
+QList<QWidget*> about(const Scene& scene) {
+    static_cast<Fenk::Application*>(qApp)->handleAboutAction();
+    settle(300);
+    return {scene.window, QApplication::activeModalWidget()};
+}
+
 const struct {
     const char* name;
     int programs;  ///< -1: the service refuses
@@ -295,6 +316,8 @@ const struct {
          return plain(scene);
      }},
     {"menu", 60, menu},
+    {"title-menu", 60, titleMenu},
+    {"about", 60, about},
     {"removal", 60, removal},
     {"removal-running", 60, removalOfRunning},
     {"states", 60, states},

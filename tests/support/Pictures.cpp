@@ -6,6 +6,8 @@
 #include <QTextStream>
 #include <QWidget>
 
+#include "core/ApplicationWindows.h"
+#include "core/ProductFacts.h"
 #include "fenk/Application.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
@@ -58,6 +60,7 @@ int takePicture(int argc, char** argv, const QVector<PictureState>& states) {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     Application application(argc, argv);
+    QCoreApplication::setOrganizationName("lumora");
     QCoreApplication::setApplicationName("cellarix");
     application.setTranslationsDir(PICTURE_TRANSLATIONS);
     application.loadTranslator();
@@ -70,6 +73,9 @@ int takePicture(int argc, char** argv, const QVector<PictureState>& states) {
                         {"screenshot", "Where to write the picture.", "file"}});
     options.process(application);
     WindowPlatform::assumeCompositing(true);
+    ApplicationWindows windows;
+    LaunchWindows::setInstance(&windows);
+    nameProduct(application);
     Theme::instance()->setAnimationsEnabled(false);
     Theme::instance()->setColorType(options.value("theme") == "dark" ? Theme::Dark : Theme::Light);
     QStringList names;

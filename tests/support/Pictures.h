@@ -16,7 +16,8 @@ struct PictureState {
 };
 
 /// The main function of such a program: NAME STATE [--theme light|dark] --screenshot FILE. In Chinese where
-/// LANG says so, with our own icons, without animations.
+/// LANG says so, with our own icons, without animations; entries and buttons that lead to other windows are
+/// there or not as in the application.
 int takePicture(int argc, char** argv, const QVector<PictureState>& states);
 
 /// Turns the event loop for so long.

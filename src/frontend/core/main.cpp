@@ -11,11 +11,10 @@
 #include "core/CellarixApplication.h"
 #include "core/CellarixService.h"
 #include "core/DisplayCheck.h"
+#include "core/ProductFacts.h"
 #include "core/ServiceAgreement.h"
 #include "core/UnixSignals.h"
-#include "core/base/BuildInfo.h"
 #include "core/base/Logging.h"
-#include "fenk/Theme.h"
 
 namespace {
 
@@ -27,15 +26,7 @@ void setHighDpi() {
 void nameApplication(CellarixApplication& application) {
     QCoreApplication::setOrganizationName("lumora");
     QCoreApplication::setApplicationName("cellarix");
-    QCoreApplication::setApplicationVersion(BuildInfo::version());
-    application.setProductIcon(Fenk::Theme::icon("cellarix"));
-    application.setProductName(QCoreApplication::translate("Main", "Cellarix"));
-    application.setApplicationDescription(
-        QCoreApplication::translate("Main",
-                                    "Cellarix is a tool for running/packing Windows applications. It "
-                                    "supports running Windows applications "
-                                    "directly and packing Windows applications into deb format."));
-    application.setAboutLink(ServiceAgreement::link());
+    nameProduct(application);
 }
 
 int run(CellarixApplication& application) {

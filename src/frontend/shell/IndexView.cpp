@@ -6,7 +6,6 @@
 #include "shell/SearchWidget.h"
 #include "shell/ShellWindows.h"
 #include "shell/library/AppLocalView.h"
-#include "shell/library/ProgramLibrary.h"
 
 IndexView::IndexView(SearchWidget* search, QWidget* parent)
     : QWidget(parent), m_search(search), m_sidebar(new SidebarView), m_pages(new QStackedWidget) {
@@ -30,12 +29,6 @@ void IndexView::buildPages() {
     connect(m_search, &SearchWidget::leaveForResults, m_local, &AppLocalView::focusPrograms);
     connect(m_local, &AppLocalView::searchObsolete, m_search, &SearchWidget::clear);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);
-    connect(m_local->library(), &ProgramLibrary::listChanged, this, [this] {
-        // Nothing is left to search in, and the next program shall be seen.
-        const ProgramLibrary* library = m_local->library();
-        if (library->state() == ProgramLibrary::State::Ready && library->programs().isEmpty())
-            m_search->clear();
-    });
     if (!m_search->text().isEmpty())
         m_local->search(m_search->text());  // typed before there was a page
 }

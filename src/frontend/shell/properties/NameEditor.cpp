@@ -1,6 +1,5 @@
 #include "shell/properties/NameEditor.h"
 
-#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -15,12 +14,6 @@ namespace {
 constexpr int LongestName = 256;
 /// Between the pen's edge and its picture, which lines up with the field.
 constexpr int PenMargin = (Tokens::CompactHeight - Tokens::IconSmall) / 2;
-
-bool writes(const QKeyEvent& key) {
-    const bool isPlain = !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    return isPlain && !key.text().isEmpty() && key.text().at(0).isPrint() && !key.text().at(0).isSpace();
-}
-
 }  // namespace
 
 NameEditor::NameEditor(QWidget* parent)
@@ -37,7 +30,6 @@ NameEditor::NameEditor(QWidget* parent)
     m_field->setAccessibleName(tr("App Name"));
     m_field->setMaxLength(LongestName);
     m_field->installEventFilter(this);
-    m_pen->installEventFilter(this);
     m_field->hide();
     setFocusProxy(m_pen);
     auto* row = new QHBoxLayout(this);
@@ -87,15 +79,6 @@ void NameEditor::endEditing(bool taken) {
 }
 
 bool NameEditor::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == m_pen) {
-        const bool isWriting = event->type() == QEvent::KeyPress && m_pen->isEnabled() &&
-                               writes(*static_cast<QKeyEvent*>(event));
-        if (isWriting) {
-            beginEditing();
-            QCoreApplication::sendEvent(m_field, event);
-        }
-        return isWriting;
-    }
     if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
