@@ -45,7 +45,7 @@ public:
                        Paint::color(Theme::Secondary));
         if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange))
             Paint::ring(painter, option.rect.adjusted(Tokens::Space8, Tokens::Space4, -Tokens::Space8, 0),
-                        Tokens::RadiusControl);
+                        Tokens::RadiusWindow);
     }
 
 private:
@@ -133,6 +133,13 @@ void SidebarView::keyPressEvent(QKeyEvent* event) {
         event->ignore();
     else
         QTreeView::keyPressEvent(event);
+}
+
+/// The row of the page that is shown stays chosen while the keys pass a group.
+QItemSelectionModel::SelectionFlags SidebarView::selectionCommand(const QModelIndex& index,
+                                                                  const QEvent* event) const {
+    return index.parent().isValid() ? QTreeView::selectionCommand(index, event)
+                                    : QItemSelectionModel::NoUpdate;
 }
 
 void SidebarView::drawBranches(QPainter*, const QRect&, const QModelIndex&) const {}

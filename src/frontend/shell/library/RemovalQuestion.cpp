@@ -152,7 +152,8 @@ void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over
     dialog->setObjectName("removal_question");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
-    dialog->addContent(line(program.name, Fenk::Label::Strong));
+    if (!dialog->title().contains(program.name))
+        dialog->addContent(line(program.name, Fenk::Label::Strong));
     dialog->addContent(line(program.path, Fenk::Label::Small));
     addDetails(dialog, program, withBottle);
     dialog->addButton(withBottle ? Question::tr("Cancel Uninstall") : Question::tr("Cancel Delete"), true);
