@@ -1543,7 +1543,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Cellarix is a tool for running/packing Windows applications. It supports running Windows applications directly and packing Windows applications into deb format.</source>
-        <translation>Cellarix 是一款用于运行和打包 Windows 应用的工具，可直接运行 Windows 应用，也可将其打包为 deb 格式。</translation>
+        <translation>Cellarix 用于运行和打包 Windows 应用：可以直接运行，也可以将其打包为 deb 格式。</translation>
     </message>
     <message>
         <source>Windows Software launcher via lumora-wine</source>
