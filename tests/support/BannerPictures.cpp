@@ -44,9 +44,11 @@ QImage failed(bool canRepair, bool canFix) {
     Banner banner("Harbour Office Professional Setup");
     banner.setCanRepair(canRepair);
     FailureFacts facts;
-    facts.signs = {{Failure::MissingDll, "mfc42.dll", "mfc42"}};
-    if (canFix)
+    facts.signs = {{Failure::MissingWinRT, "Windows.UI.Notifications.ToastNotificationManager", {}}};
+    if (canFix) {
+        facts.signs = {{Failure::MissingDll, "mfc42.dll", "mfc42"}};
         facts.components << "mfc42";
+    }
     banner.setDescription(Diagnosis::of(facts).reason);
     banner.showFailed(canFix);
     return picture({&banner});

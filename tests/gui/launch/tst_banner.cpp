@@ -4,6 +4,7 @@
 #include <QHelpEvent>
 #include <QLayout>
 #include <QPointer>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QWindow>
 #include <memory>
@@ -255,6 +256,19 @@ private Q_SLOTS:
         QHelpEvent asked(QEvent::ToolTip, {}, {});
         QCoreApplication::sendEvent(name, &asked);
         QCOMPARE(name->toolTip(), QString(endless).remove(' '));
+    }
+
+    void longReasonIsWhole() {
+        m_banner->setDescription(QString("A long reason. ").repeated(12));
+        m_banner->showFailed(true);
+        QTRY_COMPARE(m_banner->height(), 500);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        for (const auto* label : m_banner->findChildren<Fenk::Label*>())
+            QVERIFY2(!label->isVisible() || label->height() >= label->heightForWidth(label->width()),
+                     qPrintable(label->text()));
+        for (const auto* button : m_banner->findChildren<QPushButton*>())
+            QVERIFY2(!button->isVisible() || button->height() >= button->sizeHint().height(),
+                     qPrintable(button->text() + QString::number(button->height())));
     }
 
     void percentagesNeverFall() {

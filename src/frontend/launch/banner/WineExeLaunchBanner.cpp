@@ -45,6 +45,7 @@ WineExeLaunchBanner::WineExeLaunchBanner(QWidget* parent)
       m_ring(new Spinner),
       m_failedMark(new BannerPicture(Tokens::IconLarge)),
       m_failed(new BannerFailedPart),
+      m_above(new QSpacerItem(0, AboveIcon, QSizePolicy::Minimum, QSizePolicy::Fixed)),
       m_changing(new QWidget),
       m_opacity(new QGraphicsOpacityEffect(this)) {
     setAccessibleName("exelaunch_banner");
@@ -94,8 +95,7 @@ void WineExeLaunchBanner::arrange() {
     auto* layout = new QVBoxLayout(content);
     layout->setContentsMargins(Tokens::Space32, 0, Tokens::Space32, Tokens::Space24);
     layout->setSpacing(0);
-    // Gives way where a long name and a long reason need the room.
-    layout->addItem(new QSpacerItem(0, AboveIcon, QSizePolicy::Minimum, QSizePolicy::Maximum));
+    layout->addItem(m_above);
     layout->addWidget(m_icon, 0, Qt::AlignHCenter);
     layout->addSpacing(Tokens::Space16);
     layout->addWidget(m_name, 0, Qt::AlignHCenter);
@@ -175,6 +175,7 @@ void WineExeLaunchBanner::showFailed(bool canFix) {
     m_failedMark->show();
     m_failed->offer(m_canRepair, canFix);
     m_failed->show();
+    keepRoomBelow(m_canRepair ? FailedHeight : RunningHeight);
     if (m_canRepair)
         moveHeight(FailedHeight);
     fade(0, 1);
@@ -198,6 +199,7 @@ void WineExeLaunchBanner::showRunning() {
     m_failed->hide();
     m_failedMark->hide();
     giveDescriptionRoom(false);
+    keepRoomBelow(RunningHeight);
     m_ring->show();
     showStatus(m_runningStatus);
 }
@@ -219,6 +221,20 @@ void WineExeLaunchBanner::giveDescriptionRoom(bool isReason) {
     m_description->setElided(!isReason);
     m_description->setReadingWidth(isReason ? ReasonMaxWidth : 0);
     m_description->setTextInteractionFlags(isReason ? Qt::TextSelectableByMouse : Qt::NoTextInteraction);
+}
+
+/// What a long reason takes more than there is comes off the space above the icon.
+void WineExeLaunchBanner::keepRoomBelow(int windowHeight) {
+    QLayout* layout = centralWidget()->layout();
+    m_above->changeSize(0, AboveIcon, QSizePolicy::Minimum, QSizePolicy::Fixed);
+    layout->invalidate();
+    m_changing->layout()->invalidate();
+    const QMargins frame = contentsMargins();
+    const int room = windowHeight - Tokens::TitleBarHeight - frame.top() - frame.bottom();
+    const int missing = layout->totalHeightForWidth(Width) - room;
+    m_above->changeSize(0, qBound(Tokens::Space16, AboveIcon - missing, AboveIcon), QSizePolicy::Minimum,
+                        QSizePolicy::Fixed);
+    layout->invalidate();
 }
 
 void WineExeLaunchBanner::moveHeight(int height) {

@@ -10,6 +10,7 @@ class BannerFailedPart;
 class BannerPicture;
 class QGraphicsOpacityEffect;
 class QLabel;
+class QSpacerItem;
 class SteadyText;
 
 namespace Fenk {
@@ -74,6 +75,7 @@ private:
     void connectParts();
     void showStatus(const QString& status);
     void giveDescriptionRoom(bool isReason);
+    void keepRoomBelow(int windowHeight);
     void moveHeight(int height);
     void leaveFailedPicture();
     void fade(qreal from, qreal to);
@@ -90,6 +92,7 @@ private:
     Fenk::Spinner* m_ring;
     BannerPicture* m_failedMark;
     BannerFailedPart* m_failed;
+    QSpacerItem* m_above;
     QWidget* m_changing;  ///< all that differs between the two looks
     QGraphicsOpacityEffect* m_opacity;
     QPointer<QLabel> m_leftover;  ///< picture of the failed part, which fades

@@ -54,6 +54,8 @@ constexpr Row Rows[] = {
     {Failure::OutOfMemory, Said, "\u5185\u5b58\u4e0d\u8db3"},
     {Failure::AntiCheat, Logged, ":ntoskrnl:", ANTI_CHEAT},
     {Failure::AntiCheat, Logged, ":service:", ANTI_CHEAT},
+    {Failure::AntiCheat, Logged, ":process:NtCreateUserProcess ",
+     "image L\".*\\\\" ANTI_CHEAT "[^\\\\]*\" cmdline"},
     {Failure::AntiCheat, Logged, ":module:", ANTI_CHEAT},
     {Failure::AntiCheat, Said, "", ANTI_CHEAT},
     {Failure::CopyProtection, Logged, ":ntoskrnl:", COPY_PROTECTION},

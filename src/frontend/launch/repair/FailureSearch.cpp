@@ -101,6 +101,7 @@ QVector<FailureSign> FailureSearch::signs(const WineLogParser& log) {
     Search search;
     search.lookThrough(log.parsedLogs, FailurePattern::Logged);
     search.lookThrough(log.otherLogs, FailurePattern::Logged);
+    search.lookThrough(log.startedPrograms, FailurePattern::Logged);
     search.lookThrough(log.printedLines, FailurePattern::Logged);
     search.lookThrough(log.printedLines, FailurePattern::Said);
     QStringList drawn;

@@ -23,6 +23,8 @@ constexpr int MibUtf8 = 106;
 constexpr int LongestLine = 1024;  // of a crash
 constexpr unsigned AllRules = 0xff;
 constexpr int DrawnTexts = 200;
+constexpr int StartedPrograms = 200;
+const QLatin1String Started(":process:NtCreateUserProcess ");
 const QLatin1String Drawn(":text:DrawTextExW L\"");
 
 bool isOfInterest(const QString& line) {
@@ -120,6 +122,14 @@ int WineLogParser::parseBytes(const QByteArray& bytes) {
     return findings;
 }
 
+void WineLogParser::keep(const QString& line, unsigned rules) {
+    if (rules & LogLineScanner::DialogText)
+        keepDrawnText(line);
+    const bool mayBeStart = rules & LogLineScanner::CrashProcess;
+    if (mayBeStart && startedPrograms.size() < StartedPrograms && line.contains(Started))
+        startedPrograms.append(line);
+}
+
 void WineLogParser::keepDrawnText(const QString& line) {
     const int at = line.indexOf(Drawn);
     if (at < 0)
@@ -130,8 +140,7 @@ void WineLogParser::keepDrawnText(const QString& line) {
 }
 
 void WineLogParser::parseLine(const QString& line, unsigned rules, int* findings) {
-    if (rules & LogLineScanner::DialogText)
-        keepDrawnText(line);
+    keep(line, rules);
     bool isOther = false;
     unsigned bit = 1;
     for (LogParseRule* rule : m_rules->inOrder()) {

@@ -32,8 +32,9 @@ public:
     QStringList otherLogs;   ///< each other distinct line of interest
 
     // For the reason of a failure; the findings do not depend on them.
-    QStringList drawnTexts;    ///< that the program has drawn last, at most 200, as Wine wrote them
-    QStringList printedLines;  ///< of no channel; only from a file
+    QStringList drawnTexts;       ///< that the program has drawn last, at most 200, as Wine wrote them
+    QStringList startedPrograms;  ///< lines about the first 200
+    QStringList printedLines;     ///< of no channel; only from a file
 
 private:
     struct Rules;
@@ -41,6 +42,7 @@ private:
     void begin();
     int parse(const QByteArray& bytes);
     int parseBytes(const QByteArray& bytes);
+    void keep(const QString& line, unsigned rules);
     void keepDrawnText(const QString& line);
     /// `rules` are the bits of those that may match.
     void parseLine(const QString& line, unsigned rules, int* findings);
