@@ -36,10 +36,8 @@ public:
         const auto* executor = m_executor.get();
         connect(executor, &ExeFileExecutor::emitStep, this,
                 [this](const QString& text, MsgType type) { print(QString("step %1 ").arg(type) + text); });
-        connect(executor, &ExeFileExecutor::emitMsg, this, [this](const QString& text, MsgType type) {
-            m_offersStaging = text.contains("lumora-wine-staging");
-            print(QString("msg %1 ").arg(type) + text);
-        });
+        connect(executor, &ExeFileExecutor::emitMsg, this,
+                [this](const QString& text, MsgType type) { print(QString("msg %1 ").arg(type) + text); });
         connect(executor, &ExeFileExecutor::windowPopuped, this, [this] { print("windowPopuped"); });
         connect(executor, &ExeFileExecutor::Fixing, this, [this] { print("Fixing"); });
         connect(executor, &ExeFileExecutor::runSuccessed, this, [this] { end("runSuccessed", Success); });
@@ -63,7 +61,8 @@ private:
         const QString text = QString("runFailed %1 %2").arg(canWeFix).arg(isSuccessed);
         if (!canWeFix)
             end(text, Failure);
-        else if (!m_autoFix && !(m_staging && m_offersStaging))
+        else if (!m_autoFix &&
+                 !(m_staging && m_executor->diagnosis().action == RepairAction::SwitchToStaging))
             end(text, Offered);
         else {
             print(text);
@@ -83,7 +82,6 @@ private:
     QElapsedTimer m_clock;
     bool m_autoFix;
     bool m_staging;
-    bool m_offersStaging = false;
     std::unique_ptr<ExeFileExecutor> m_executor;
 };
 
