@@ -14,7 +14,6 @@
 namespace {
 
 constexpr QChar FirstPrintable(' ');
-const QLatin1String ForbiddenSigns("\"*<>?|\\:");  // in the names of a Windows path
 
 struct Texts {
     const char* reason;
@@ -98,27 +97,19 @@ OpenRefusal refusal(const Texts& texts, const QString& logLine) {
     return {text(texts.reason), text(texts.advice), logLine};
 }
 
+/// Other signs that Windows does not know in names are told by the launch itself.
 OpenRefusal nameRefusal(const QString& path) {
     const auto isControl = [](QChar c) {
         return c < FirstPrintable || c.category() == QChar::Other_Control ||
                c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
     };
-    const auto isForbidden = [](QChar c) { return QString(ForbiddenSigns).contains(c); };
-    OpenRefusal found;
-    const auto forbidden = std::find_if(path.begin(), path.end(), isForbidden);
-    if (std::any_of(path.begin(), path.end(), isControl))
-        found.reason = text(QT_TRANSLATE_NOOP("OpenRefusal",
-                                              "Its name or path contains a line break or another control "
-                                              "character, which Windows does not allow."));
-    else if (forbidden != path.end())
-        found.reason = text(QT_TRANSLATE_NOOP("OpenRefusal",
-                                              "Its name or path contains the sign %1, which Windows does "
-                                              "not allow."))
-                           .arg(*forbidden);
-    found.advice =
-        text(QT_TRANSLATE_NOOP("OpenRefusal", "Rename the file or its folder, then open it again."));
-    found.logLine = "no Windows path can be made of " + path;
-    return found;
+    if (std::none_of(path.begin(), path.end(), isControl))
+        return {};
+    return refusal({QT_TRANSLATE_NOOP("OpenRefusal",
+                                      "Its name or path contains a line break or another control character, "
+                                      "which Windows does not allow."),
+                    QT_TRANSLATE_NOOP("OpenRefusal", "Rename the file or its folder, then open it again.")},
+                   "no Windows path can be made of " + path);
 }
 
 OpenRefusal fileRefusal(const QString& path) {
