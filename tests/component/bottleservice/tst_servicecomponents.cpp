@@ -366,7 +366,10 @@ private Q_SLOTS:
     /// Archives come in many layouts; what is installed answers with its own version.
     void layouts_data() {
         const Table<QString, QString> row("entries", "wine");
-        row("lumora-wine-staging", "w-11-wow64/bin/wine w-11-wow64/lib/x", "/bin/wine");
+        row("lumora-wine-staging", 
+            "w-11-wow64/bin/wine w-11-wow64/lib/wine/i386-windows/ntdll.dll "
+            "w-11-wow64/lib/wine/i386-windows/kernel32.dll",
+            "/bin/wine");
         row("wine-64-only", "w/bin/wine64 w/README", "/bin/wine64");
         row("flat", "bin/wine share/x", "/bin/wine");
         row("ge-proton9", "GE-9/files/bin/wine64 GE-9/files/bin/wine GE-9/files/share/default_pfx/x",
@@ -389,19 +392,25 @@ private Q_SLOTS:
             QVERIFY(QFile::link("/", home.path() + "/layout/GE-9/files/share/default_pfx/z:"));
         const QString archive = home.path() + "/" + name + ".tar.xz";
         QVERIFY(TestSupport::runProcess("tar", {"-C", home.path() + "/layout", "-cJf", archive, "."}).ok());
-        m_server.files["w.tar.xz"] = readFile(archive);
-        writeSources({{"files", QJsonObject{{"w.tar.xz", source("w.tar.xz", readFile(archive))},
+        m_server.files["w-wow64.tar.xz"] = readFile(archive);
+        writeSources({{"files", QJsonObject{{"w-wow64.tar.xz", source("w-wow64.tar.xz", readFile(archive))},
                                             {"unknown.tar", QJsonObject{{"addresses", QJsonArray{"/x"}}}}}},
-                      {"archives", QJsonObject{{"runner", QJsonObject{{name, "w.tar.xz"},
+                      {"archives", QJsonObject{{"runner", QJsonObject{{name, "w-wow64.tar.xz"},
                                                                       {"unknown", "unknown.tar"}}}}}});
         const auto runners = [this](const QString& list) {
             const QString text = m_service->call("list", {}, "Components").arguments().value(0).toString();
             return QJsonDocument::fromJson(text.toUtf8())["runner"][list].toArray();
         };
+        const auto runners32 = [this](const QString& list) {
+            const QDBusMessage reply = m_service->call("runnersFor32Bit", {}, "BottleRepair");
+            return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8())[list].toArray();
+        };
+        QVERIFY(runners32("supported").contains(name));
         QVERIFY(runners("supported").contains(name) && !runners("supported").contains("unknown"));
         m_service->callLater("install", {"runner", name}, "Components");
         QTRY_COMPARE(told("installed(").size(), 1);
         QCOMPARE(runners("installed").contains(name), !wine.isEmpty());
+        QCOMPARE(runners32("installed").contains(name), entries.contains("i386-windows"));
         const QString directory = m_service->dataDir() + "/runners/" + name;
         QCOMPARE(QFile::exists(directory + wine), !wine.isEmpty());
         if (!wine.isEmpty())
