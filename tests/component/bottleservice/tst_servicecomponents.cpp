@@ -366,7 +366,7 @@ private Q_SLOTS:
     /// Archives come in many layouts; what is installed answers with its own version.
     void layouts_data() {
         const Table<QString, QString> row("entries", "wine");
-        row("lumora-wine-staging", 
+        row("lumora-wine-staging",
             "w-11-wow64/bin/wine w-11-wow64/lib/wine/i386-windows/ntdll.dll "
             "w-11-wow64/lib/wine/i386-windows/kernel32.dll",
             "/bin/wine");
