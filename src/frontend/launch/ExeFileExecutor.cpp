@@ -7,6 +7,7 @@
 #include "backend/BottlesConfig.h"
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
+#include "backend/ServiceErrorText.h"
 #include "backend/ServiceLoss.h"
 #include "backend/ServiceThreads.h"
 #include "backend/SessionBus.h"
@@ -221,7 +222,12 @@ void ExeFileExecutor::installRunner() {
             return;  // a large download and a slow line; the signal, or the service's end, tells
         // The answer comes when all is done. The signal was there before, or never comes.
         const QString error = answer.ok ? answer.object().value("error").toString() : answer.errorMessage;
-        onWineInstalled(int(answer.object().value("ok").toBool()), ComponentKind::runner(), m_runner, error);
+        const bool isGood = answer.object().value("ok").toBool();
+        onWineInstalled(int(isGood), ComponentKind::runner(), m_runner, error);
+        // The signal has no more than the service's English.
+        const QString reason = isGood || m_isCancelled ? QString() : ServiceErrorText::of(answer.object());
+        if (!reason.isEmpty())
+            Q_EMIT emitMsg(reason, MsgError);
     });
     connect(manager, &ComponentManager::installed, this, &ExeFileExecutor::onWineInstalled);
     connect(manager, &ComponentManager::updateProgress, this, &ExeFileExecutor::onWineDownload);

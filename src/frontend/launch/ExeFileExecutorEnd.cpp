@@ -138,7 +138,7 @@ void ExeFileExecutor::onExeFinished(int exitCode) {
         readLog(m_script.hasLog);
     }
     Q_EMIT emitMsg(LaunchVerdict::endMessage(exitCode, found), MsgLine);
-    if (found.neverCameUp() && !m_scriptFailed && m_failure.launcherReason.isEmpty() &&
+    if (found.neverCameUp() && m_failure.launcherReason.isEmpty() &&
         !WineNames::isPublicBottle(m_bottlesName))
         lookForDamage(exitCode);
     else

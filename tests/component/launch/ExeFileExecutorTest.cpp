@@ -339,7 +339,8 @@ private Q_SLOTS:
         const auto row = [](const char* name, const char* call, const char* log, const char* expected) {
             QTest::newRow(name) << call << log << expected;
         };
-        row("components", "installDependency", Gecko, "setup Failed|launch|parse|ended 1 unseen|lost");
+        row("components", "installDependency", Gecko,
+            "M0 The bottle service has ended unexpectedly.|M2 Setup Failed|launch|parse|ended 1 unseen|lost");
         row("switch", "setRunner", "", "fixing|switch|first 41%|lost");
         row("links", "scanApplicationLinks", "", "ended 1 unseen|lost");
         row("delete: choosing", "checkPublicBottles", "", "");

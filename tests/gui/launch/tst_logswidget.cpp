@@ -111,6 +111,7 @@ private Q_SLOTS:
         RunningLogsDialog dialog(&log, &banner);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QVERIFY(log.hasFocus());
         QVERIFY(dialog.width() > 478 && dialog.maximumWidth() > dialog.width());
         QCOMPARE(dialog.height(), 331);
         QTRY_COMPARE(log.document()->firstBlock().layout()->lineCount(), 1);

@@ -62,11 +62,11 @@ void RunningLogsDialog::copyReport(const QString& text) {
 }
 
 void RunningLogsDialog::showEvent(QShowEvent* event) {
-    if (m_logs)
-        m_logs->setFocus(Qt::OtherFocusReason);
     Dialog::showEvent(event);
     if (event->spontaneous())
         return;
+    if (m_logs)
+        m_logs->setFocus(Qt::OtherFocusReason);
     moveToCenter();
     move(x(), y() - AboveMiddle);
 }
