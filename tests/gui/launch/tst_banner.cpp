@@ -183,13 +183,20 @@ private Q_SLOTS:
         row("debug alone", "debug_btn", false, &Banner::debugButtonClicked);
         row("debug", "repair_debug_btn", true, &Banner::debugButtonClicked);
         row("repair", "repair_btn", true, &Banner::repairButtonClicked);
+        row("retry", "retry_btn", false, &Banner::retryButtonClicked);
+        row("choose", "choose_file_btn", false, &Banner::chooseFileButtonClicked);
     }
     void buttons() {
         QFETCH(QString, name);
         QFETCH(bool, canFix);
         QFETCH(Signal, signal);
+        m_banner->setDescription(QString("A reason that is much longer than one line. ").repeated(9));
         m_banner->showFailed(canFix);
+        if (!canFix)
+            m_banner->offerRetry(true);
         QWidget* button = part(m_banner.get(), name);
+        const QRect place(button->mapTo(m_banner.get(), QPoint()), button->size());
+        QVERIFY(m_banner->rect().contains(place) && place.height() >= button->sizeHint().height());
         const QSignalSpy spy(m_banner.get(), signal);
         QTest::mouseClick(button, Qt::LeftButton);
         QTest::mousePress(button, Qt::LeftButton);

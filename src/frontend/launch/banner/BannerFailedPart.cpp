@@ -150,6 +150,7 @@ void BannerFailedPart::offerRetry(bool canChooseFile) {
     m_spacer->changeSize(0, OfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed);
     // One suggested button is enough.
     setButtonKind(m_retry, m_debug->isHidden() ? ButtonKind::Suggested : ButtonKind::Normal);
+    m_retryRow->layout()->setContentsMargins(0, m_debug->isHidden() ? 0 : Tokens::Space12, 0, 0);
     m_choose->setVisible(canChooseFile);
     m_retryRow->show();
     layout()->invalidate();
