@@ -241,23 +241,23 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Choose File...</source>
-        <translation type="unfinished"></translation>
+        <translation>选择文件…</translation>
     </message>
     <message>
         <source>Take an installer that you have got in another way</source>
-        <translation type="unfinished"></translation>
+        <translation>使用您自行获取的安装文件</translation>
     </message>
     <message>
         <source>Try Again</source>
-        <translation type="unfinished"></translation>
+        <translation>重试</translation>
     </message>
     <message>
         <source>You can try again, or choose the file yourself</source>
-        <translation type="unfinished"></translation>
+        <translation>您可以重试，或自行选择安装文件</translation>
     </message>
     <message>
         <source>You can try again</source>
-        <translation type="unfinished"></translation>
+        <translation>您可以重试</translation>
     </message>
 </context>
 <context>
@@ -1716,7 +1716,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Its name or path contains the sign %1, which Windows does not allow.</source>
-        <translation>文件名或路径中含有字符“%1”，Windows 不支持。</translation>
+        <translation type="vanished">文件名或路径中含有字符“%1”，Windows 不支持。</translation>
     </message>
     <message>
         <source>Rename the file or its folder, then open it again.</source>
@@ -1810,43 +1810,43 @@ please wait for the component download to complete!</source>
     <name>ProblemReport</name>
     <message>
         <source>not known</source>
-        <translation type="unfinished"></translation>
+        <translation>未知</translation>
     </message>
     <message>
         <source>nothing</source>
-        <translation type="unfinished"></translation>
+        <translation>无</translation>
     </message>
     <message>
         <source>Program: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>程序：%1</translation>
     </message>
     <message>
         <source>Diagnosis: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>诊断：%1</translation>
     </message>
     <message>
         <source>Wine: %1 (%2)</source>
-        <translation type="unfinished"></translation>
+        <translation>Wine：%1（%2）</translation>
     </message>
     <message>
         <source>System: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>系统：%1</translation>
     </message>
     <message>
         <source>Session: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>会话：%1</translation>
     </message>
     <message>
         <source>Graphics: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>显卡：%1</translation>
     </message>
     <message>
         <source>What was tried:</source>
-        <translation type="unfinished"></translation>
+        <translation>已尝试的修复：</translation>
     </message>
     <message>
         <source>Log:</source>
-        <translation type="unfinished"></translation>
+        <translation>日志：</translation>
     </message>
 </context>
 <context>
@@ -2002,94 +2002,94 @@ please wait for the component download to complete!</source>
     <name>RepairAssistant</name>
     <message>
         <source>%1 could not be installed.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 安装失败。</translation>
     </message>
     <message>
         <source>%1 could not be installed: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 安装失败：%2</translation>
     </message>
     <message>
         <source>Choose %1</source>
-        <translation type="unfinished"></translation>
+        <translation>选择 %1</translation>
     </message>
     <message>
         <source>Installers</source>
-        <translation type="unfinished"></translation>
+        <translation>安装文件</translation>
     </message>
     <message>
         <source>All files</source>
-        <translation type="unfinished"></translation>
+        <translation>所有文件</translation>
     </message>
     <message>
         <source>Checking %1</source>
-        <translation type="unfinished"></translation>
+        <translation>正在检查 %1</translation>
     </message>
     <message>
         <source>%1 was chosen by hand.</source>
-        <translation type="unfinished"></translation>
+        <translation>已使用您选择的 %1。</translation>
     </message>
     <message>
         <source>Another File Is Needed</source>
-        <translation type="unfinished"></translation>
+        <translation>需要其他文件</translation>
     </message>
     <message>
         <source>Close</source>
-        <translation type="unfinished"></translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Choose Again</source>
-        <translation type="unfinished"></translation>
+        <translation>重新选择</translation>
     </message>
     <message>
         <source>%1 was installed.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已安装。</translation>
     </message>
 </context>
 <context>
     <name>RepairOffer</name>
     <message>
         <source>%1 (%2) has been fetched already.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1（%2）已下载。</translation>
     </message>
     <message>
         <source>It is not known where %1 can be had.</source>
-        <translation type="unfinished"></translation>
+        <translation>未找到 %1 的下载地址。</translation>
     </message>
     <message>
         <source>%1 (%2) comes from %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1（%2）将从 %3 下载。</translation>
     </message>
     <message>
         <source>%1 comes from %2; its size is not known yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 将从 %2 下载，大小未知。</translation>
     </message>
     <message>
         <source>%1 cannot be installed.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法安装 %1。</translation>
     </message>
     <message>
         <source>Repair installs %1.</source>
-        <translation type="unfinished">“修复”将安装 %1。</translation>
+        <translation>修复将安装 %1。</translation>
     </message>
     <message>
         <source>%1 is installed first.</source>
-        <translation type="unfinished"></translation>
+        <translation>将先安装 %1。</translation>
     </message>
     <message>
         <source>The tool winetricks installs it (as &quot;%1&quot;) and fetches what it needs.</source>
-        <translation type="unfinished"></translation>
+        <translation>由 winetricks 工具安装（%1），所需文件由该工具下载。</translation>
     </message>
     <message>
         <source>Repair puts fonts of this system in the place of %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>修复将用本机字体替代 %1。</translation>
     </message>
     <message>
         <source>Repair renews Wine&apos;s own files in the bottle. Programs and files stay.</source>
-        <translation type="unfinished"></translation>
+        <translation>修复将更新容器中 Wine 自带的文件，您的程序和文件不受影响。</translation>
     </message>
     <message>
         <source>Repair starts the program once more.</source>
-        <translation type="unfinished"></translation>
+        <translation>修复将重新启动程序。</translation>
     </message>
 </context>
 <context>
@@ -2138,23 +2138,23 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Copy Report</source>
-        <translation type="unfinished"></translation>
+        <translation>复制报告</translation>
     </message>
     <message>
         <source>The log, what was tried and what this computer runs, without your name</source>
-        <translation type="unfinished"></translation>
+        <translation>包含日志、已尝试的修复和本机环境，不含您的用户名</translation>
     </message>
     <message>
         <source>Save...</source>
-        <translation type="unfinished">保存…</translation>
+        <translation>保存…</translation>
     </message>
     <message>
         <source>Save the log</source>
-        <translation type="unfinished">保存日志</translation>
+        <translation>保存日志</translation>
     </message>
     <message>
         <source>The report was copied</source>
-        <translation type="unfinished"></translation>
+        <translation>报告已复制</translation>
     </message>
 </context>
 <context>
@@ -2184,143 +2184,143 @@ please wait for the component download to complete!</source>
     <name>ServiceErrorText</name>
     <message>
         <source>The bottle service has ended unexpectedly.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器服务意外退出。</translation>
     </message>
     <message>
         <source>The bottle service does not answer.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器服务没有响应。</translation>
     </message>
     <message>
         <source>The bottle service cannot be started.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器服务无法启动。</translation>
     </message>
     <message>
         <source>Programs run in the bottle: %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器中有程序正在运行：%1。</translation>
     </message>
     <message>
         <source>There is no bottle &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>容器“%1”不存在。</translation>
     </message>
     <message>
         <source>Wine is not installed on this machine. Install the packages wine and wine64.</source>
-        <translation type="unfinished"></translation>
+        <translation>本机未安装 Wine，请安装软件包 wine 和 wine64。</translation>
     </message>
     <message>
         <source>The Wine runner &quot;%1&quot; is not installed.</source>
-        <translation type="unfinished"></translation>
+        <translation>未安装 Wine 版本“%1”。</translation>
     </message>
     <message>
         <source>There is no component &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有名为“%1”的组件。</translation>
     </message>
     <message>
         <source>No file is known that &quot;%1&quot; could be installed from.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有可用于安装“%1”的文件。</translation>
     </message>
     <message>
         <source>Nothing of &quot;%1&quot; is made for the Wine of this bottle.</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”不适用于此容器的 Wine 版本。</translation>
     </message>
     <message>
         <source>It is not known where %1 can be had.</source>
-        <translation type="unfinished"></translation>
+        <translation>未找到 %1 的下载地址。</translation>
     </message>
     <message>
         <source>No checksum of %1 is known, and sources.json does not allow files without one.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有 %1 的校验值，而 sources.json 不允许使用没有校验值的文件。</translation>
     </message>
     <message>
         <source>The tool winetricks can install it (as &quot;%1&quot;): install the package winetricks and try again.</source>
-        <translation type="unfinished"></translation>
+        <translation>可用 winetricks 工具安装（%1）：请安装软件包 winetricks 后重试。</translation>
     </message>
     <message>
         <source>%1 could not be fetched from %2: the server answers %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>从 %2 下载 %1 失败：服务器返回 %3。</translation>
     </message>
     <message>
         <source>%1 could not be fetched: %2 cannot be reached.</source>
-        <translation type="unfinished"></translation>
+        <translation>下载 %1 失败：无法连接 %2。</translation>
     </message>
     <message>
         <source>%1 could not be fetched from %2: the server has been silent for too long.</source>
-        <translation type="unfinished"></translation>
+        <translation>从 %2 下载 %1 失败：服务器长时间没有响应。</translation>
     </message>
     <message>
         <source>%1 could not be fetched from %2: the connection was closed too soon.</source>
-        <translation type="unfinished"></translation>
+        <translation>从 %2 下载 %1 失败：连接中断。</translation>
     </message>
     <message>
         <source>%1 could not be fetched from %2: %3.</source>
-        <translation type="unfinished"></translation>
+        <translation>从 %2 下载 %1 失败：%3。</translation>
     </message>
     <message>
         <source>What came from %2 is not the file %1 that was expected: its checksum is another.</source>
-        <translation type="unfinished"></translation>
+        <translation>从 %2 得到的文件不是所需的 %1：校验值不符。</translation>
     </message>
     <message>
         <source>What came from %2 is not the file %1 that was expected: it has %3 bytes and should have %4.</source>
-        <translation type="unfinished"></translation>
+        <translation>从 %2 得到的文件不是所需的 %1：大小为 %3 字节，应为 %4 字节。</translation>
     </message>
     <message>
         <source>%1 from %2 is larger than it should be.</source>
-        <translation type="unfinished"></translation>
+        <translation>从 %2 得到的 %1 超出应有大小。</translation>
     </message>
     <message>
         <source>There is not enough room on the disk for %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>磁盘空间不足，无法写入 %1。</translation>
     </message>
     <message>
         <source>Cannot write %1: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法写入 %1：%2。</translation>
     </message>
     <message>
         <source>%1 cannot be unpacked: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法解压 %1：%2。</translation>
     </message>
     <message>
         <source>%1 does not hold %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 中没有 %2。</translation>
     </message>
     <message>
         <source>The installer of %1 ended with code %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 的安装程序以退出码 %2 结束。</translation>
     </message>
     <message>
         <source>The installer of %1 took too long and was ended.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 的安装程序超时，已被终止。</translation>
     </message>
     <message>
         <source>The installer of %1 was killed or crashed.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 的安装程序崩溃或被终止。</translation>
     </message>
     <message>
         <source>The installer of %1 could not be started: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 的安装程序无法启动：%2。</translation>
     </message>
     <message>
         <source>%1 is a program of 32 bits, and the Wine of this bottle runs none. Install 32-bit Wine (the package wine32), or choose another Wine version for the bottle.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是 32 位程序，而此容器的 Wine 不支持 32 位程序。请安装 32 位 Wine（软件包 wine32），或为容器选择其他 Wine 版本。</translation>
     </message>
     <message>
         <source>The installation was cancelled.</source>
-        <translation type="unfinished">安装已取消。</translation>
+        <translation>安装已取消。</translation>
     </message>
     <message>
         <source>Another choice was made.</source>
-        <translation type="unfinished"></translation>
+        <translation>已改选其他版本。</translation>
     </message>
     <message>
         <source>Programs in the bottle could not be ended.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法结束容器中的程序。</translation>
     </message>
     <message>
         <source>%1 is no ordinary file that can be read.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 不是可读取的普通文件。</translation>
     </message>
     <message>
         <source>%1 is not the file that is needed. What is needed is %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 不是所需的文件，需要的是 %2。</translation>
     </message>
 </context>
 <context>
