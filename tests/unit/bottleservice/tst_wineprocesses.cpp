@@ -190,6 +190,7 @@ private Q_SLOTS:
 
     void version() {
         QCOMPARE(Runners::parseVersion("wine-8.0 (Debian 8.0~repack-4)\n"), QString("8.0"));
+        QCOMPARE(Runners::parseVersion("it looks like wine32 is missing\nwine-8.0 (x)\n"), QString("8.0"));
         QCOMPARE(Runners::parseVersion("something else\nmore"), QString("something else"));
         QCOMPARE(Runners::parseVersion(""), QString());
     }

@@ -94,7 +94,7 @@ QString Runners::wineserverFor(const QString& name) const {
 }
 
 QString Runners::parseVersion(const QByteArray& output) {
-    static const QRegularExpression expression("\\Awine-(\\S+)");
+    static const QRegularExpression expression("^wine-(\\S+)", QRegularExpression::MultilineOption);
     const QString line = QString::fromLocal8Bit(output).trimmed();
     const QRegularExpressionMatch match = expression.match(line);
     return match.hasMatch() ? match.captured(1) : line.section('\n', 0, 0).left(64);

@@ -37,7 +37,8 @@ public:
     /// libraries of the machine (the new WoW64 manner) or finds their loader.
     static bool runs32Bit(const QString& wine, const QString& loader = "/lib/ld-linux.so.2");
 
-    /// The version in what "wine --version" prints: "wine-8.0 (Debian 8.0~repack-4)" gives "8.0".
+    /// The version in what "wine --version" prints: "wine-8.0 (Debian 8.0~repack-4)" gives "8.0". Advice of
+    /// the distribution may stand before that line.
     static QString parseVersion(const QByteArray& output);
 
 private:
