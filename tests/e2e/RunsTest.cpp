@@ -126,10 +126,12 @@ private Q_SLOTS:
         QVERIFY2(m_app->waitForLog("show banner"), qPrintable(m_app->log()));
         const WindowInfo window = m_windows.waitForTitle(SampleTitle, LongMs);
         QVERIFY2(window.id, qPrintable(m_app->log()));
-        QTRY_VERIFY_WITH_TIMEOUT(!isMarked() && isShownRunning(), LongMs);
+        QVERIFY2(m_app->waitForLog("got a window popuped", LongMs), qPrintable(m_app->log()));
+        QTRY_VERIFY_WITH_TIMEOUT(isShownRunning(), LongMs);
         QVERIFY(m_tree->press("appitem_running_state"));
         QVERIFY2(m_windows.waitUntilGone(window.id, LongMs), qPrintable(m_app->log()));
-        QVERIFY2(m_app->waitForLog("remove exe runner"), qPrintable(m_app->log()));
+        QVERIFY2(m_app->waitForLog("remove exe runner", LongMs), qPrintable(m_app->log().right(1500)));
+        QTRY_VERIFY_WITH_TIMEOUT(!isShownRunning() && !isMarked(), LongMs);
         closeLibrary();
     }
 };
