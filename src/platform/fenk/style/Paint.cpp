@@ -1,6 +1,7 @@
 #include "fenk/style/Paint.h"
 
 #include <QImage>
+#include <QPixmapCache>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -8,6 +9,36 @@
 #include "fenk/Color.h"
 
 namespace Fenk::Paint {
+
+namespace {
+
+/// A rounded box of the given size, with its blurred edge around it.
+QImage blurredBox(const QSize& size, qreal radius) {
+    constexpr int reach = Tokens::ShadowBlur;
+    constexpr double sigma = reach / 2.0;
+    const double opacity = Theme::instance()->isDark() ? Tokens::ShadowDark : Tokens::ShadowLight;
+    // Opacity by distance from the edge; the blur reaches as far inwards.
+    std::array<int, 2 * reach + 1> levels{};
+    for (int i = 0; i <= 2 * reach; ++i)
+        levels[size_t(i)] = qRound(255 * opacity * std::erfc((i - reach) / (sigma * std::sqrt(2.0))) / 2);
+
+    QImage image(size + QSize(2 * reach, 2 * reach), QImage::Format_ARGB32_Premultiplied);
+    const QPointF middle(image.width() / 2.0, image.height() / 2.0);
+    const QPointF half(size.width() / 2.0 - radius, size.height() / 2.0 - radius);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        const double dy = std::abs(y + 0.5 - middle.y()) - half.y();
+        for (int x = 0; x < image.width(); ++x) {
+            const double dx = std::abs(x + 0.5 - middle.x()) - half.x();
+            const double outside = std::hypot(std::max(dx, 0.0), std::max(dy, 0.0));
+            const double distance = outside + std::min(std::max(dx, dy), 0.0) - radius;
+            line[x] = qRgba(0, 0, 0, levels[size_t(qBound(0, qRound(distance) + reach, 2 * reach))]);
+        }
+    }
+    return image;
+}
+
+}  // namespace
 
 QColor color(Theme::Role role) {
     return Theme::instance()->color(role);
@@ -53,30 +84,21 @@ void ring(QPainter* painter, const QRectF& rect, qreal radius) {
 }
 
 void shadow(QPainter* painter, const QRect& rect, qreal radius) {
-    constexpr int reach = Tokens::ShadowBlur;
-    constexpr double sigma = reach / 2.0;
-    const double opacity = Theme::instance()->isDark() ? Tokens::ShadowDark : Tokens::ShadowLight;
-    // Opacity by distance from the edge; the blur reaches as far inwards.
-    std::array<int, 2 * reach + 1> levels{};
-    for (int i = 0; i <= 2 * reach; ++i)
-        levels[size_t(i)] = qRound(255 * opacity * std::erfc((i - reach) / (sigma * std::sqrt(2.0))) / 2);
-
-    QImage image(rect.size() + QSize(2 * reach, 2 * reach), QImage::Format_ARGB32_Premultiplied);
-    const QPointF middle(image.width() / 2.0, image.height() / 2.0);
-    const QPointF half(rect.width() / 2.0 - radius, rect.height() / 2.0 - radius);
-    for (int y = 0; y < image.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const double dy = std::abs(y + 0.5 - middle.y()) - half.y();
-        for (int x = 0; x < image.width(); ++x) {
-            const double dx = std::abs(x + 0.5 - middle.x()) - half.x();
-            const double outside = std::hypot(std::max(dx, 0.0), std::max(dy, 0.0));
-            const double distance = outside + std::min(std::max(dx, dy), 0.0) - radius;
-            line[x] = qRgba(0, 0, 0, levels[size_t(qBound(0, qRound(distance) + reach, 2 * reach))]);
-        }
+    const QString key = QString("fenk-shadow-%1-%2-%3-%4")
+                            .arg(rect.width())
+                            .arg(rect.height())
+                            .arg(radius)
+                            .arg(Theme::instance()->isDark());
+    // Whatever moves below a dialog would draw it anew again and again.
+    QPixmap blurred;
+    if (!QPixmapCache::find(key, &blurred)) {
+        blurred = QPixmap::fromImage(blurredBox(rect.size(), radius));
+        QPixmapCache::insert(key, blurred);
     }
     const Scope scope(painter);
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
-    painter->drawImage(rect.topLeft() - QPoint(reach, reach - Tokens::ShadowDrop), image);
+    painter->drawPixmap(rect.topLeft() - QPoint(Tokens::ShadowBlur, Tokens::ShadowBlur - Tokens::ShadowDrop),
+                        blurred);
 }
 
 void tick(QPainter* painter, const QRectF& rect, const QColor& ink) {
