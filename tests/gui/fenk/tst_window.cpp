@@ -13,6 +13,7 @@
 #include "fenk/TitleBar.h"
 #include "fenk/Tokens.h"
 #include "fenk/WindowFrame.h"
+#include "support/KeyWalk.h"
 
 using namespace Fenk;
 
@@ -173,7 +174,9 @@ private Q_SLOTS:
             texts << label->text();
         for (const char* expected : {"Sample <b>", "Version 1.2.3", "What it is for"})
             QVERIFY2(texts.contains(expected), expected);
-        about->close();
+        QVERIFY(QTest::qWaitForWindowActive(about));
+        QCOMPARE(TestSupport::outOfReach(about), QString());
+        TestSupport::press(about, Qt::Key_Escape);
         QTRY_VERIFY(!about);
     }
 
