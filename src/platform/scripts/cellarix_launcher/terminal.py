@@ -32,7 +32,7 @@ HANDED_OVER = ("WINE", "_CXB_", "GIO_LAUNCHED_", "ATTACH_", "XDG_", "LC_", "LANG
                "XAUTHORITY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DXVK_", "VKD3D_", "MESA_", "__GL", "DRI_PRIME")
 TEXTS = {
     "ended": ("The program has ended with exit code {}. Press any key to close this window.",
-              "程序已结束，退出代码为 {}。按任意键关闭此窗口。"),
+              "程序已结束（退出码 {}）。按任意键关闭此窗口。"),
 }
 
 
