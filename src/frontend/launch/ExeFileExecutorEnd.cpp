@@ -196,6 +196,7 @@ void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
     m_failure.programName = displayName();
     m_failure.exitCode = exitCode;
     m_failure.isExitCodeKnown = m_isExitKnown;
+    m_failure.isPackage = m_exePath.endsWith(".msi", Qt::CaseInsensitive);
     m_failure.seconds = m_seconds;
     m_failure.windowSeen = found.windowSeen;
     m_failure.crashed = m_failure.crashed || found.crashed;

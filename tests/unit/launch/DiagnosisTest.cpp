@@ -90,6 +90,11 @@ private Q_SLOTS:
         silent.isSilent = true;
         row("silent", silent, RepairAction::None,
             "It hangs: its threads wait for each other. Another version of Wine may run it.");
+        FailureFacts package;
+        package.isPackage = package.isExitCodeKnown = true;
+        package.exitCode = 84;
+        row("package", package, RepairAction::None,
+            "The installer package is damaged (1620). Download it once more.");
         FailureFacts slow;
         slow.isExitCodeKnown = true;
         slow.seconds = 60;

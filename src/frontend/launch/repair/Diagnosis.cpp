@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int LongSeconds = 10;  // that a program was there
+constexpr int FirstMsiError = 1600;
 
 class Diagnostician {
     Q_DECLARE_TR_FUNCTIONS(Diagnosis)
@@ -76,6 +77,9 @@ private:
             return FailureReason::of({Failure::Hang, {}, {}});
         if (m_facts.windowSeen)
             return {tr("It ended, and the log does not say why."), {}};
+        if (m_facts.isPackage && m_facts.isExitCodeKnown && m_facts.exitCode >= FirstMsiError % 256)
+            return FailureReason::of(
+                {Failure::Msi, QString::number(m_facts.exitCode - FirstMsiError % 256 + FirstMsiError), {}});
         if (!m_facts.isExitCodeKnown)
             return {tr("It ended without showing a window."), {}};
         const QString text = m_facts.seconds < LongSeconds

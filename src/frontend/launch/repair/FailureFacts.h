@@ -72,6 +72,7 @@ struct FailureFacts {
     QString programName;
     int exitCode = 0;              ///< of the program, 0 to 255
     bool isExitCodeKnown = false;  ///< by whoever started the program
+    bool isPackage = false;        ///< of Windows Installer, whose errors are the exit codes
     int seconds = 0;               ///< that the program has run
     bool isSilent = false;         ///< nothing was heard of the bottle for long, although the program runs
     bool windowSeen = false;
