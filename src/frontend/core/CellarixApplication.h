@@ -57,7 +57,7 @@ public:
     /// True when the start left something to wait for: a window, a launch, another start, pending work, a
     /// script that sets up the environment, or service mode.
     bool isNeeded() const;
-    /// All that the process has done so far is to say why it does not open something.
+    /// All that the process has done so far is to show why it does not open something.
     bool hasOnlyRefused() const;
     /// Whether the process was started for an update of the environment.
     bool isUpdate() const;

@@ -33,6 +33,6 @@ void Refusals::refuseOther(const QString& path) {
         show(path, refusal);
         return;
     }
-    m_hasRefused = true;
-    RefusalNotice::notify(path, refusal);
+    if (RefusalNotice::notify(path, refusal))
+        m_hasRefused = true;
 }

@@ -20,6 +20,7 @@ public:
     /// window.
     void refuseOther(const QString& path);
 
+    /// In a window.
     bool hasRefused() const { return m_hasRefused; }
 
 private:

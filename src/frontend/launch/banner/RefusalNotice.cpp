@@ -79,12 +79,13 @@ void RefusalNotice::show(const QString& path, const OpenRefusal& refusal, QWidge
     dialog->activateWindow();
 }
 
-void RefusalNotice::notify(const QString& path, const OpenRefusal& refusal) {
+bool RefusalNotice::notify(const QString& path, const OpenRefusal& refusal) {
     const QString body =
         DesktopUtils::notificationText(QString(refusal.reason + '\n' + refusal.advice).trimmed());
     if (DesktopUtils::notify(title(path, refusal), body) || !QFileInfo::exists(path))
-        return;
+        return false;
     show(path, refusal, nullptr);
     if (Fenk::Dialog* dialog = findShown(path, refusal))
         QTimer::singleShot(NoticeMs, dialog, &QWidget::close);
+    return true;
 }

@@ -13,6 +13,7 @@ void show(const QString& path, const OpenRefusal& refusal, QWidget* parent);
 
 /// A notification of the desktop, and for a file that is there, where nobody takes it, a window that goes by
 /// itself after a while. For what was named on a command line, behind which nobody may be sitting.
-void notify(const QString& path, const OpenRefusal& refusal);
+/// True when it is a window.
+bool notify(const QString& path, const OpenRefusal& refusal);
 
 }  // namespace RefusalNotice
