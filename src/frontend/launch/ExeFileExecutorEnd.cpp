@@ -218,8 +218,11 @@ void ExeFileExecutor::addPossibleRepairs() {
     if (isMeant && !runner.isEmpty() && !WineNames::isPublicBottle(m_bottlesName) &&
         !m_triedRepairs.contains(RepairAction::InstallWow64Runner))
         m_failure.possible.append(RepairAction::InstallWow64Runner);
-    if (m_script.exitCode == LauncherExit::NeedsWine32 && !m_failure.possible.isEmpty())
-        m_failure.launcherReason = LauncherExit::needs32BitText(displayName(), runner);
+    if (m_script.exitCode != LauncherExit::NeedsWine32 || m_failure.possible.isEmpty())
+        return;
+    // The other way stays in the logs, to be copied from there.
+    Q_EMIT emitMsg(m_failure.launcherReason, MsgError);
+    m_failure.launcherReason = LauncherExit::needs32BitText(displayName(), runner);
 }
 
 /// Without a log of this start nothing is found: what lies there is an older one's.

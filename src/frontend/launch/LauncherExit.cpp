@@ -30,17 +30,16 @@ QString LauncherExit::wine32Commands() {
 }
 
 QString LauncherExit::needs32BitText(const QString& programName, const QString& runner) {
-    const QString text =
-        runner.isEmpty()
-            ? QCoreApplication::translate("ExeFileExecutor",
-                                          "%1 is a 32-bit program, and this Wine runs only 64-bit ones. "
-                                          "These commands add 32-bit Wine on Debian:")
-                  .arg(programName)
-            : QCoreApplication::translate("ExeFileExecutor",
-                                          "%1 is a 32-bit program, and this Wine runs only 64-bit ones. "
-                                          "Repair gets %2, which runs both. Or add 32-bit Wine on Debian:")
-                  .arg(programName, runner);
-    return text + '\n' + wine32Commands();
+    if (runner.isEmpty())
+        return QCoreApplication::translate("ExeFileExecutor",
+                                           "%1 is a 32-bit program, and this Wine runs only 64-bit ones. "
+                                           "These commands add 32-bit Wine on Debian:")
+                   .arg(programName) +
+               '\n' + wine32Commands();
+    return QCoreApplication::translate("ExeFileExecutor",
+                                       "%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair "
+                                       "gets %2, which runs both.")
+        .arg(programName, runner);
 }
 
 QString LauncherExit::errorText(const Report& report, const QString& programName) {

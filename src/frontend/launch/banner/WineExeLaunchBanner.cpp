@@ -123,9 +123,8 @@ void WineExeLaunchBanner::connectParts() {
         m_runningStatus = text;
         showStatus(text);
     });
-    connect(m_descriptionText, &SteadyText::shown, m_description, [this](const QString& text) {
-        m_description->setText(m_description->wordWrap() ? text.trimmed() : text.simplified());
-    });
+    connect(m_descriptionText, &SteadyText::shown, m_description,
+            [this](const QString& text) { showDescription(text); });
     connect(m_failed, &BannerFailedPart::feedback, this, &WineExeLaunchBanner::feedBackButtonClicked);
     connect(m_failed, &BannerFailedPart::viewLogs, this, &WineExeLaunchBanner::showLogsButtonClicked);
     connect(m_failed, &BannerFailedPart::debug, this, &WineExeLaunchBanner::debugButtonClicked);
@@ -155,6 +154,15 @@ void WineExeLaunchBanner::setStatus(const QString& status) {
 
 void WineExeLaunchBanner::setDescription(const QString& description) {
     m_descriptionText->set(description);
+}
+
+/// A reason may hold commands, each on a line of its own.
+void WineExeLaunchBanner::showDescription(const QString& text) {
+    m_shownDescription = text;
+    QStringList lines;
+    for (const QString& line : m_isReason ? text.split('\n') : QStringList{text})
+        lines += line.simplified();
+    m_description->setText(lines.join('\n').trimmed());
 }
 
 void WineExeLaunchBanner::showStatus(const QString& status) {
@@ -217,10 +225,13 @@ void WineExeLaunchBanner::offerRetry(bool canChooseFile) {
 
 /// A reason is read, a step only seen: the one has as many lines as it takes, the other has one.
 void WineExeLaunchBanner::giveDescriptionRoom(bool isReason) {
+    m_isReason = isReason;
+    m_description->setTextInteractionFlags(isReason ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
+                                                    : Qt::NoTextInteraction);
+    showDescription(m_shownDescription);
     m_description->setTextRole(isReason ? Theme::Text : Theme::Secondary);
     m_description->setElided(!isReason);
     m_description->setReadingWidth(isReason ? ReasonMaxWidth : 0);
-    m_description->setTextInteractionFlags(isReason ? Qt::TextSelectableByMouse : Qt::NoTextInteraction);
 }
 
 /// What a long reason takes more than there is comes off the space above the icon.

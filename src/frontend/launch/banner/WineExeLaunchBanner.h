@@ -74,6 +74,7 @@ private:
     QWidget* makeStatusRow();
     void connectParts();
     void showStatus(const QString& status);
+    void showDescription(const QString& text);
     void giveDescriptionRoom(bool isReason);
     void keepRoomBelow(int windowHeight);
     void moveHeight(int height);
@@ -89,6 +90,8 @@ private:
     Fenk::Label* m_description;
     SteadyText* m_statusText;
     SteadyText* m_descriptionText;
+    QString m_shownDescription;
+    bool m_isReason = false;  ///< the description is the one of a failure
     Fenk::Spinner* m_ring;
     BannerPicture* m_failedMark;
     BannerFailedPart* m_failed;
