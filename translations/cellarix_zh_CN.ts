@@ -1274,7 +1274,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair gets %2, which runs both. Or add 32-bit Wine on Debian:</source>
-        <translation>%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。“修复”会改用两者都支持的 %2；也可在 Debian 上安装 32 位 Wine：</translation>
+        <translation type="vanished">%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。“修复”会改用两者都支持的 %2；也可在 Debian 上安装 32 位 Wine：</translation>
+    </message>
+    <message>
+        <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair gets %2, which runs both.</source>
+        <translation>%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。“修复”会改用两者都支持的 %2。</translation>
     </message>
 </context>
 <context>
