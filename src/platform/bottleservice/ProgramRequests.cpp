@@ -25,6 +25,7 @@ ProgramRequests::ProgramRequests(BottleEngine* engine, const QString& iconScript
     : QObject(parent), m_engine(engine), m_iconScript(iconScript) {}
 
 ProgramRequests::~ProgramRequests() {
+    m_isEnding = true;
     m_worker.waitForDone();
 }
 
@@ -82,10 +83,9 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
 void ProgramRequests::takeIcon(const QString& bottle, const QString& id, const QString& programPath) {
     const QString path = m_engine->store().pathOf(bottle);
     inWorker(
-        [script = m_iconScript, path, id, programPath] {
-            const std::atomic_bool cancelled{false};
-            return Answer::of(
-                ProgramIcon::extract(script, path, id, {WindowsPath::toUnix(path, programPath)}, cancelled));
+        [this, path, id, programPath] {
+            return Answer::of(ProgramIcon::extract(m_iconScript, path, id,
+                                                   {WindowsPath::toUnix(path, programPath)}, m_isEnding));
         },
         [this, bottle, id](const Answer& icon) {
             if (!icon.text.isEmpty())

@@ -3,6 +3,7 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QThreadPool>
+#include <atomic>
 
 #include "bottleservice/Answer.h"
 #include "bottleservice/bottles/BottleScan.h"
@@ -65,5 +66,6 @@ private:
 
     BottleEngine* m_engine;
     QString m_iconScript;
+    std::atomic_bool m_isEnding{false};
     QThreadPool m_worker;
 };

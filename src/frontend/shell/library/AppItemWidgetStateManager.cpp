@@ -216,7 +216,7 @@ void AppItemWidgetStateManager::forget(const ProgramRef& ref) {
     ProgramRuns::instance()->setStarting(ref, false);
 }
 
-/// The check waits for the service and reads a log, and nobody waits for it.
+/// The check waits for the service and reads a log.
 void AppItemWidgetStateManager::checkEnd(const ProgramRef& ref) {
     const Launch& launch = m_launches[ref];
     StartEnd end{ref.bottle, ref.uuid, launch.name, {}, launch.isUp, launch.isStopped};
@@ -224,15 +224,14 @@ void AppItemWidgetStateManager::checkEnd(const ProgramRef& ref) {
         end.exitCode = launch.launcher->exitCode();
     const bool isGood = !end.isStopped && end.exitCode == 0;
     forget(ref);
-    inBackground(
+    changingService(
         this, [end] { return StartCheck::check(end); },
         [ref, isGood](const FailedStart& failure) {
             if (!failure.reason.isEmpty())
                 FailedStarts::instance()->mark(ref.bottle, ref.uuid, failure);
             else if (isGood)
                 FailedStarts::instance()->clear(ref.bottle, ref.uuid);
-        },
-        ServiceThreads::pool());
+        });
 }
 
 void AppItemWidgetStateManager::tell(const ProgramRef& ref, bool running) {

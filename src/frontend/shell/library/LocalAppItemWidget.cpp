@@ -197,6 +197,12 @@ void LocalAppItemWidget::updateActive() {
 }
 
 bool LocalAppItemWidget::event(QEvent* event) {
+    // Keys of the tile, whatever the window does with them elsewhere.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_F2 || key == Qt::Key_F10 || key == Qt::Key_Delete)
+            event->accept();
+    }
     const bool handled = AppItemWidget::event(event);
     switch (event->type()) {
         case QEvent::Enter:

@@ -61,7 +61,7 @@ const RunMonitor::Runs& RunMonitor::look() {
     m_isMissing = isMissing && !m_isMissing;
     change(now);
     follow(alive);
-    if (alive.empty()) {
+    if (alive.empty() && m_claims == 0) {
         m_quickLooks = 0;
         m_regular.stop();
     } else {
