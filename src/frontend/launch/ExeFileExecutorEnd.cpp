@@ -193,7 +193,6 @@ LaunchFacts ExeFileExecutor::facts(int exitCode) {
 
 /// What Repair would do is told along with the reason, so that both are decided here, once for each end.
 void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
-    m_failure.programName = displayName();
     m_failure.exitCode = exitCode;
     m_failure.isExitCodeKnown = m_isExitKnown;
     m_failure.isPackage = m_exePath.endsWith(".msi", Qt::CaseInsensitive);
@@ -529,6 +528,7 @@ void ExeFileExecutor::giveUp() {
     Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(hasTriedRepair()), MsgLine);
     m_failure.triedComponents = m_triedComponents;
     m_failure.components.clear();
+    m_failure.fonts.clear();
     m_failure.possible.clear();
     if (m_starts > 0)
         m_diagnosis = Diagnosis::of(m_failure);

@@ -81,8 +81,7 @@ private Q_SLOTS:
         FailureFacts tried = facts({dll}, {});
         tried.triedComponents << "mfc42";
         row("tried", tried, RepairAction::None,
-            "It needs mfc42.dll, which is part of Visual C++ 6. Visual C++ 6 was installed and did not "
-            "help.");
+            "It needs mfc42.dll, which is part of Visual C++ 6. A repair with Visual C++ 6 did not help.");
         FailureFacts refused = facts({dll}, {"mfc42"}, {RepairAction::LaunchAgain});
         refused.launcherReason = "No.";
         row("refused", refused, RepairAction::LaunchAgain, "No.");

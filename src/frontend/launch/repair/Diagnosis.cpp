@@ -121,7 +121,7 @@ private:
                 break;
         }
         if (m_sign && !m_sign->component.isEmpty() && m_facts.triedComponents.contains(m_sign->component))
-            return tr("%1 was installed and did not help.").arg(componentTitle(m_sign->component));
+            return tr("A repair with %1 did not help.").arg(componentTitle(m_sign->component));
         return {};
     }
 

@@ -69,7 +69,6 @@ struct FailureSign {
 /// What is known of a launch that has failed, for Diagnosis::of. A stored program that nobody has watched is
 /// described by its log alone: addLog() then fills all that there is, and the caller adds `components`.
 struct FailureFacts {
-    QString programName;
     int exitCode = 0;              ///< of the program, 0 to 255
     bool isExitCodeKnown = false;  ///< by whoever started the program
     bool isPackage = false;        ///< of Windows Installer, whose errors are the exit codes

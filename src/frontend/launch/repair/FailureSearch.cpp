@@ -87,7 +87,10 @@ private:
             return DllTable::componentFor(name.toLower().remove(".dll"));
         if (pattern.failure == Failure::MissingDotNet && !name.isEmpty())
             return "dotnetcoredesktop" + name;
-        if (pattern.failure == Failure::MissingDotNetFramework && !name.isEmpty())
+        // The versions that there are components for; the name may be anything.
+        static const QRegularExpression framework(
+            "^(1\\.1|[23]\\.0|3\\.5|4\\.0|4\\.5(\\.2)?|4\\.[67](\\.[12])?|4\\.8)$");
+        if (pattern.failure == Failure::MissingDotNetFramework && framework.match(name).hasMatch())
             return "dotnet" + QString(name).remove('.');
         return pattern.component;
     }
