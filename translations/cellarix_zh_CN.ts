@@ -471,7 +471,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 was installed and did not help.</source>
-        <translation>已安装 %1，但未能解决问题。</translation>
+        <translation type="vanished">已安装 %1，但未能解决问题。</translation>
     </message>
     <message>
         <source>%1 %2</source>
@@ -1001,6 +1001,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>No restart is needed here; start the program.</source>
         <translation>此处无需重启，直接启动程序即可。</translation>
+    </message>
+    <message>
+        <source>A repair with %1 did not help.</source>
+        <translation>已尝试用 %1 修复，但未能解决问题。</translation>
     </message>
 </context>
 <context>
