@@ -195,7 +195,7 @@ LaunchFacts ExeFileExecutor::facts(int exitCode) {
 void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
     m_failure.exitCode = exitCode;
     m_failure.isExitCodeKnown = m_isExitKnown;
-    m_failure.isPackage = m_exePath.endsWith(".msi", Qt::CaseInsensitive);
+    m_failure.isPackage = QStringList{"msi", "msp"}.contains(QFileInfo(m_exePath).suffix().toLower());
     m_failure.seconds = m_seconds;
     m_failure.windowSeen = found.windowSeen;
     m_failure.crashed = m_failure.crashed || found.crashed;

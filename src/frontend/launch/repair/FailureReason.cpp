@@ -165,6 +165,8 @@ constexpr Numbered MsiErrors[] = {
     {1622, QT_TRANSLATE_NOOP("Diagnosis", "The installer could not write its log (1622)."),
      QT_TRANSLATE_NOOP("Diagnosis", "Make room on the disk and start it again.")},
     {1625, QT_TRANSLATE_NOOP("Diagnosis", "A policy forbids the installation (1625).")},
+    {1627, QT_TRANSLATE_NOOP("Diagnosis", "The installer package cannot be run (1627)."),
+     QT_TRANSLATE_NOOP("Diagnosis", "Download it once more.")},
     {1632, QT_TRANSLATE_NOOP("Diagnosis", "The folder for temporary files is full or missing (1632)."),
      QT_TRANSLATE_NOOP("Diagnosis", "Make room and start it again.")},
     {1633, QT_TRANSLATE_NOOP("Diagnosis", "The installer is made for another kind of computer (1633)."),
