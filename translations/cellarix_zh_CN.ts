@@ -1006,6 +1006,10 @@ please wait for the component download to complete!</source>
         <source>A repair with %1 did not help.</source>
         <translation>已尝试用 %1 修复，但未能解决问题。</translation>
     </message>
+    <message>
+        <source>The installer package cannot be run (1627).</source>
+        <translation>无法运行安装包（1627）。</translation>
+    </message>
 </context>
 <context>
     <name>DisplayCheck</name>
