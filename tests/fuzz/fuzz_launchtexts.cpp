@@ -6,10 +6,14 @@
 
 #include "launch/monitor/MonitorCycle.h"
 #include "launch/monitor/MonitorProtocol.h"
+#include "launch/repair/Diagnosis.h"
+#include "launch/repair/FailureFacts.h"
 #include "launch/winelog/WineLogParser.h"
 #include "probes/Packages.h"
 
 namespace {
+
+constexpr int LongestReason = 400;
 
 /// The quick way through a file must find what the plain one finds.
 void parseLog(const QByteArray& log) {
@@ -25,7 +29,12 @@ void parseLog(const QByteArray& log) {
     stream.setCodec("UTF-8");
     const int expected = plain.parseStream(stream);
     if (quick.parseFile(file.fileName()) != expected || quick.otherLogs != plain.otherLogs ||
-        quick.parsedLogs != plain.parsedLogs)
+        quick.parsedLogs != plain.parsedLogs || quick.drawnTexts != plain.drawnTexts)
+        std::abort();
+    FailureFacts facts;
+    facts.addLog(quick, expected);
+    const QString reason = Diagnosis::of(facts).reason;
+    if (reason.isEmpty() || reason.size() > LongestReason || reason.contains('\n'))
         std::abort();
 }
 
