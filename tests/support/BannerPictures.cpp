@@ -86,6 +86,7 @@ QImage refused() {
 QImage withoutBus() {
     Banner banner;
     banner.setDescription(SessionBus::missingText());
+    banner.setCanRepair(false);
     banner.showFailed(false);
     return picture({&banner});
 }
