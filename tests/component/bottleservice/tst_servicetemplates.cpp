@@ -210,6 +210,10 @@ private Q_SLOTS:
         QCOMPARE(readFile(path + System + "msvcp140.dll"), own);
         QVERIFY(QFileInfo(path + System + "kernel32.dll").isSymLink());
         QVERIFY(!readFile(path + "/system.reg").contains("\"winemenubuilder\"="));
+        QVERIFY(QDir(path + "/drive_c/windows").removeRecursively());
+        const QJsonObject whole = ask("renewBottle");
+        QVERIFY2(whole["mended"].toInt() > 500, QJsonDocument(whole).toJson().constData());
+        QCOMPARE(ask("damage")["files"].toArray(), QJsonArray());
         QVERIFY(m_service->introspect("com.lumora.Manager.BottleRepair").undocumented.isEmpty());
     }
 

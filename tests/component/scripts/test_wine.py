@@ -77,7 +77,7 @@ class RealWine(HomeCase):
                     self.skipTest("this Wine runs no 32-bit programs")
                 words = ["a b", 'q"x', "世界", "--cli", "$HOME"]
                 code, out, err = self.launch("t", "--log-path", self.log, sample(kind, "console"), *words, "--exit", "5")
-                self.assertEqual((code, out), (5, ""), err)
+                self.assertEqual((code, out), (5, "launcher: log\n"), err)
                 log = self.read(self.log)
                 self.assertIn("arguments: [a b] [q\"x] [世界] [--cli] [$HOME]\r\n你好，世界\r\n", log)
                 self.assertEqual(self.launch("t", sample(kind, "quit"))[0], 0)

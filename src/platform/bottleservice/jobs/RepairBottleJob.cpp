@@ -1,5 +1,8 @@
 #include "bottleservice/jobs/RepairBottleJob.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Background.h"
@@ -14,7 +17,16 @@ InstallJob::Need RepairBottleJob::prepare(const BottleYaml& settings, const Runn
         m_links = PrefixDamage::Links::Copied;
     if (runner.wine.isEmpty())
         *refusal = Reason(Reason::NoRunner, {BottleName::shown(settings.runner())});
+    else
+        makeWindowsDirectory();
     return Need::Work;
+}
+
+/// A transaction needs something to back up. What stands in the way is left for it to refuse.
+void RepairBottleJob::makeWindowsDirectory() {
+    const QFileInfo drive(bottlePath() + "/drive_c");
+    if (drive.isDir() && !drive.isSymLink())
+        QDir(drive.filePath()).mkdir("windows");
 }
 
 void RepairBottleJob::work() {

@@ -20,6 +20,8 @@ protected:
     void enter(BottleYaml*) override {}
 
 private:
+    void makeWindowsDirectory();
+
     std::shared_ptr<int> m_mended;
     Runner m_runner;
     PrefixDamage::Links m_links = PrefixDamage::Links::AsInTemplate;
