@@ -6,6 +6,8 @@ namespace {
 
 const QByteArray Mark("launcher: ");
 const QByteArray Failure("failed with ");
+const char Wine32Commands[] =
+    "sudo dpkg --add-architecture i386 && sudo apt-get update\nsudo apt-get install wine32:i386";
 
 }  // namespace
 
@@ -24,18 +26,13 @@ LauncherExit::Report LauncherExit::reportOf(const QByteArray& output) {
     return report;
 }
 
-QString LauncherExit::wine32Commands() {
-    return QStringLiteral(
-        "sudo dpkg --add-architecture i386 && sudo apt-get update\nsudo apt-get install wine32:i386");
-}
-
 QString LauncherExit::needs32BitText(const QString& programName, const QString& runner) {
     if (runner.isEmpty())
         return QCoreApplication::translate("ExeFileExecutor",
                                            "%1 is a 32-bit program, and this Wine runs only 64-bit ones. "
                                            "These commands add 32-bit Wine on Debian:")
                    .arg(programName) +
-               '\n' + wine32Commands();
+               '\n' + Wine32Commands;
     return QCoreApplication::translate("ExeFileExecutor",
                                        "%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair "
                                        "gets %2, which runs both.")

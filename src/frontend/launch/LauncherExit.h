@@ -7,9 +7,7 @@
 namespace LauncherExit {
 
 constexpr int NotStarted = -1;  ///< the script itself could not be started, or was killed
-constexpr int NoBottle = 67;
-constexpr int NoWine = 69;
-constexpr int Busy = 75;  ///< something is being installed into the bottle
+constexpr int Busy = 75;        ///< something is being installed into the bottle
 constexpr int NeedsWine32 = 78;
 
 /// What one start of the script has told so far.
@@ -25,10 +23,8 @@ Report reportOf(const QByteArray& output);
 /// it has ended with itself.
 QString errorText(const Report& report, const QString& programName);
 
-/// The same for NeedsWine32. A runner is one that Repair can let the program run on.
+/// The same for NeedsWine32, with Debian's commands on lines of their own. A runner is one that Repair can
+/// let the program run on.
 QString needs32BitText(const QString& programName, const QString& runner = {});
-
-/// The commands that add 32-bit Wine on Debian, one a line.
-QString wine32Commands();
 
 }  // namespace LauncherExit
