@@ -342,19 +342,20 @@ void ExeFileRunner::recordStart(bool good) {
         start = {reason.isEmpty() ? LaunchVerdict::nothingFixedMessage(m_repaired) : reason,
                  m_executor->components()};
     }
+    FailedStarts* records = FailedStarts::instance();
     if (m_mode == StoredProgram) {
-        FailedStarts::instance()->record(m_bottlesName, m_programUuid, start);
+        records->record(m_bottlesName, m_programUuid, start);
         return;
     }
     PendingWork::instance()->run(
         ServiceThreads::pool(),
-        [start, added = m_added, entry = FileEntry{m_bottlesName, m_appName, m_exePath}]() mutable {
+        [start, records, added = m_added, entry = FileEntry{m_bottlesName, m_appName, m_exePath}]() mutable {
             added.waitForFinished();
             const QString uuid = entry.find();
-            QMetaObject::invokeMethod(FailedStarts::instance(), [start, uuid, bottle = entry.bottle] {
-                if (!uuid.isEmpty())
-                    FailedStarts::instance()->record(bottle, uuid, start);
-            });
+            if (!uuid.isEmpty())
+                QMetaObject::invokeMethod(records, [start, records, uuid, bottle = entry.bottle] {
+                    records->record(bottle, uuid, start);
+                });
         });
 }
 

@@ -164,7 +164,8 @@ void AppItemWidgetStateManager::onLauncherEnded(WineLauncher* launcher, const Pr
     forget(ref);
     if (isStopped)
         return;
-    FailedStarts::instance()->mark(ref.bottle, ref.uuid, {sentence, {}});
+    if (launcher->exitCode() != LauncherExit::Busy)  // which is nothing to repair
+        FailedStarts::instance()->mark(ref.bottle, ref.uuid, {sentence, {}});
     Q_EMIT failed(ref.uuid, sentence);
 }
 

@@ -144,10 +144,9 @@ void AppLocalView::refresh() {
     else
         m_spinner->stop();
 
+    const bool hadSome = !m_all->programs().isEmpty();
     m_all->setPrograms(programs);
-    const bool hadFound = m_pages->currentWidget() == m_found && !m_keyword.isEmpty();
-    if (state == ProgramLibrary::State::Ready && hadFound && m_library->isSearchable() &&
-        m_keyword == m_shownKeyword && m_library->search(m_keyword).isEmpty()) {
+    if (state == ProgramLibrary::State::Ready && hadSome && isSearchObsolete()) {
         Q_EMIT searchObsolete();
         return;
     }
@@ -173,6 +172,14 @@ void AppLocalView::refresh() {
     // What had it may have gone.
     if (hadFocus && !isAncestorOf(QApplication::focusWidget()))
         focusPrograms();
+}
+
+/// The last program has gone, or the last one of those that were found.
+bool AppLocalView::isSearchObsolete() {
+    if (m_keyword.isEmpty() || !m_library->isSearchable())
+        return false;
+    const bool hadFound = m_pages->currentWidget() == m_found && m_keyword == m_shownKeyword;
+    return m_library->programs().isEmpty() || (hadFound && m_library->search(m_keyword).isEmpty());
 }
 
 void AppLocalView::search(const QString& keyword) {

@@ -52,6 +52,7 @@ private:
     void onTileMade(LocalAppItemWidget* tile);
     void onProgramChanged(const ProgramPtr& program);
     void refresh();
+    bool isSearchObsolete();
     void showMessage(const QString& sentence, bool failed, int ms);
     void showFailure();
 
