@@ -50,10 +50,6 @@
 Cellarix 会为它准备环境并启动，以后可随时在这里打开。</translation>
     </message>
     <message>
-        <source>Open Program…</source>
-        <translation type="vanished">打开程序…</translation>
-    </message>
-    <message>
         <source>Add Program…</source>
         <translation>添加应用…</translation>
     </message>
@@ -253,11 +249,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>You can try again, or choose the file yourself</source>
-        <translation>您可以重试，或自行选择安装文件</translation>
+        <translation>可以重试，或自行选择安装文件</translation>
     </message>
     <message>
         <source>You can try again</source>
-        <translation>您可以重试</translation>
+        <translation>可以重试</translation>
     </message>
 </context>
 <context>
@@ -278,24 +274,12 @@ please wait for the component download to complete!</source>
         <translation>确定</translation>
     </message>
     <message>
-        <source>Cancel</source>
-        <translation type="vanished">取消</translation>
-    </message>
-    <message>
-        <source>Quit</source>
-        <translation type="vanished">退出</translation>
-    </message>
-    <message>
         <source>Welcome to use Cellarix</source>
         <translation>欢迎使用 Cellarix</translation>
     </message>
     <message>
         <source>I have fully read and agree to the %1</source>
         <translation>我已阅读并同意%1</translation>
-    </message>
-    <message>
-        <source>Service Agreement</source>
-        <translation type="vanished">《服务协议》</translation>
     </message>
     <message>
         <source>Disagree</source>
@@ -306,27 +290,12 @@ please wait for the component download to complete!</source>
         <translation>同意</translation>
     </message>
     <message>
-        <source>Cellarix has upgrade</source>
-        <translation type="vanished">Cellarix 已升级</translation>
-    </message>
-    <message>
-        <source>Are you want to quit current running version?</source>
-        <translation type="vanished">是否退出当前正在运行的版本？</translation>
-    </message>
-    <message>
         <source>Cellarix is initializing envrionment</source>
         <translation>Cellarix 正在初始化环境</translation>
     </message>
     <message>
         <source>It will take a few minutes, please wait patiently.</source>
         <translation>需要几分钟时间，请耐心等待。</translation>
-    </message>
-</context>
-<context>
-    <name>CellarixService</name>
-    <message>
-        <source>A window session is currently in progress; unable to open a new session window. Please close the current session and try again!</source>
-        <translation type="vanished">当前已有窗口会话正在进行，无法打开新的会话窗口。请关闭当前会话后重试！</translation>
     </message>
 </context>
 <context>
@@ -346,18 +315,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Quit</source>
         <translation>退出</translation>
-    </message>
-    <message>
-        <source>Cellarix is initializing envrionment</source>
-        <translation type="vanished">Cellarix 正在初始化环境</translation>
-    </message>
-    <message>
-        <source>It will take a few minutes, please wait patiently.</source>
-        <translation type="vanished">这需要几分钟，请耐心等待。</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation type="vanished">确定</translation>
     </message>
 </context>
 <context>
@@ -468,10 +425,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Repair starts it again.</source>
         <translation>“修复”将重新启动程序。</translation>
-    </message>
-    <message>
-        <source>%1 was installed and did not help.</source>
-        <translation type="vanished">已安装 %1，但未能解决问题。</translation>
     </message>
     <message>
         <source>%1 %2</source>
@@ -1123,18 +1076,6 @@ please wait for the component download to complete!</source>
         <translation>正在初始化环境</translation>
     </message>
     <message>
-        <source>Launch exe file...</source>
-        <translation type="vanished">启动 exe 文件……</translation>
-    </message>
-    <message>
-        <source>Launch failed</source>
-        <translation type="vanished">启动失败</translation>
-    </message>
-    <message>
-        <source>Launch via desktop file...</source>
-        <translation type="vanished">通过桌面文件启动……</translation>
-    </message>
-    <message>
         <source>Launching %1 in %2 seconds</source>
         <translation>正在启动“%1”（已用 %2 秒）</translation>
     </message>
@@ -1167,26 +1108,6 @@ please wait for the component download to complete!</source>
         <translation>正在分析 Wine 日志并修复应用</translation>
     </message>
     <message>
-        <source>Relaunch program...</source>
-        <translation type="vanished">重新启动程序……</translation>
-    </message>
-    <message>
-        <source>Repair</source>
-        <translation type="vanished">修复</translation>
-    </message>
-    <message>
-        <source>Seems app crashed! </source>
-        <translation type="vanished">应用似乎已崩溃！</translation>
-    </message>
-    <message>
-        <source>Seems app install failed! </source>
-        <translation type="vanished">应用似乎安装失败！</translation>
-    </message>
-    <message>
-        <source>Seems application has finished, exit code: %1%2</source>
-        <translation type="vanished">应用似乎已结束，退出码：%1%2</translation>
-    </message>
-    <message>
         <source>Start initializing envrionment, please wait...</source>
         <translation>开始初始化环境，请稍候…</translation>
     </message>
@@ -1215,28 +1136,12 @@ please wait for the component download to complete!</source>
         <translation>尝试安装组件：</translation>
     </message>
     <message>
-        <source>Initializing Envrionment</source>
-        <translation type="vanished">正在初始化环境</translation>
-    </message>
-    <message>
-        <source>, and app not been launched</source>
-        <translation type="vanished">，且程序未能启动</translation>
-    </message>
-    <message>
         <source>%1 is not installing, try to download now</source>
         <translation>尚未安装 %1，正在尝试下载</translation>
     </message>
     <message>
         <source>%1 has downloaded</source>
         <translation>%1 已下载完成</translation>
-    </message>
-    <message>
-        <source>, and crashed</source>
-        <translation type="vanished">，并且已崩溃</translation>
-    </message>
-    <message>
-        <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Install the package wine32.</source>
-        <translation type="vanished">%1 是 32 位程序，而当前 Wine 只能运行 64 位程序。请安装软件包 wine32。</translation>
     </message>
     <message>
         <source>Something is being installed into the bottle. Try again when that is done.</source>
@@ -1259,11 +1164,6 @@ please wait for the component download to complete!</source>
         <translation>程序未能启动（退出码 %1）</translation>
     </message>
     <message>
-        <source>No any fixing applied, launch failed</source>
-        <comment>a repair was tried</comment>
-        <translation type="vanished">启动失败，修复未能解决问题</translation>
-    </message>
-    <message>
         <source>The background service that makes containers does not answer.</source>
         <translation>创建容器的后台服务没有响应。</translation>
     </message>
@@ -1281,31 +1181,8 @@ please wait for the component download to complete!</source>
         <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
     </message>
     <message>
-        <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair gets %2, which runs both. Or add 32-bit Wine on Debian:</source>
-        <translation type="vanished">%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。“修复”会改用两者都支持的 %2；也可在 Debian 上安装 32 位 Wine：</translation>
-    </message>
-    <message>
         <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair gets %2, which runs both.</source>
         <translation>%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。“修复”会改用两者都支持的 %2。</translation>
-    </message>
-</context>
-<context>
-    <name>ExeFileRunner</name>
-    <message>
-        <source>Repair</source>
-        <translation type="vanished">修复</translation>
-    </message>
-    <message>
-        <source>Bottles created...</source>
-        <translation type="vanished">容器已创建……</translation>
-    </message>
-    <message>
-        <source>Waiting for bottles create...</source>
-        <translation type="vanished">正在等待容器创建……</translation>
-    </message>
-    <message>
-        <source>The app fails to run</source>
-        <translation type="vanished">应用运行失败</translation>
     </message>
 </context>
 <context>
@@ -1484,10 +1361,6 @@ please wait for the component download to complete!</source>
         <translation>正在运行</translation>
     </message>
     <message>
-        <source>Not in this version yet</source>
-        <translation type="vanished">此版本尚未提供</translation>
-    </message>
-    <message>
         <source>%1 is on the desktop now.</source>
         <translation>“%1”的图标已放到桌面。</translation>
     </message>
@@ -1558,14 +1431,6 @@ please wait for the component download to complete!</source>
         <translation>Cellarix 用于运行和打包 Windows 应用：可以直接运行，也可以将其打包为 deb 格式。</translation>
     </message>
     <message>
-        <source>Windows Software launcher via lumora-wine</source>
-        <translation type="vanished">基于 lumora-wine 的 Windows 软件启动器</translation>
-    </message>
-    <message>
-        <source>url of exe files to open</source>
-        <translation type="vanished">要打开的 exe 文件的地址</translation>
-    </message>
-    <message>
         <source>Open url with bottles configure dialog for debugging</source>
         <translation>打开文件并显示容器配置窗口，以便调试</translation>
     </message>
@@ -1599,10 +1464,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Feedback</source>
         <translation>反馈</translation>
-    </message>
-    <message>
-        <source>Not in this version yet</source>
-        <translation type="vanished">此版本尚未提供</translation>
     </message>
 </context>
 <context>
@@ -1727,10 +1588,6 @@ please wait for the component download to complete!</source>
         <translation>文件名或路径中含有换行符或其他控制字符，Windows 不支持。</translation>
     </message>
     <message>
-        <source>Its name or path contains the sign %1, which Windows does not allow.</source>
-        <translation type="vanished">文件名或路径中含有字符“%1”，Windows 不支持。</translation>
-    </message>
-    <message>
         <source>Rename the file or its folder, then open it again.</source>
         <translation>请重命名文件或其所在文件夹，然后重新打开。</translation>
     </message>
@@ -1773,14 +1630,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Change its permissions, or have its owner copy it for you.</source>
         <translation>请修改文件权限，或请文件所有者为您复制一份。</translation>
-    </message>
-    <message>
-        <source>Cellarix keeps its programs in %1, and nothing can be written there.</source>
-        <translation type="vanished">Cellarix 的程序存放在 %1，但该文件夹不可写入。</translation>
-    </message>
-    <message>
-        <source>Make the folder writable for you, then open the file again.</source>
-        <translation type="vanished">请为该文件夹添加写入权限，然后重新打开文件。</translation>
     </message>
     <message>
         <source>Batch files are run from within Cellarix only.</source>
@@ -1933,10 +1782,6 @@ please wait for the component download to complete!</source>
         <translation>此容器中有多个应用快捷方式，本次操作只删除所选的快捷方式！</translation>
     </message>
     <message>
-        <source>Important Information</source>
-        <translation type="vanished">重要提示</translation>
-    </message>
-    <message>
         <source>Cancel Uninstall</source>
         <translation>取消</translation>
     </message>
@@ -1975,16 +1820,8 @@ please wait for the component download to complete!</source>
         <translation>该应用正在运行，将被关闭。</translation>
     </message>
     <message>
-        <source>The container &quot;%1&quot; will be deleted.</source>
-        <translation type="vanished">容器“%1”将被删除。</translation>
-    </message>
-    <message>
         <source>Your file %1 stays.</source>
         <translation>您的文件“%1”会保留。</translation>
-    </message>
-    <message>
-        <source>The container &quot;%1&quot; (%2) will be deleted.</source>
-        <translation type="vanished">容器“%1”（%2）将被删除。</translation>
     </message>
     <message>
         <source>The container (%1) will be deleted.</source>
@@ -2081,7 +1918,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Repair installs %1.</source>
-        <translation>修复将安装 %1。</translation>
+        <translation>“修复”将安装 %1。</translation>
     </message>
     <message>
         <source>%1 is installed first.</source>
@@ -2093,15 +1930,15 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Repair puts fonts of this system in the place of %1.</source>
-        <translation>修复将用本机字体替代 %1。</translation>
+        <translation>“修复”将用本机字体替代 %1。</translation>
     </message>
     <message>
         <source>Repair renews Wine&apos;s own files in the bottle. Programs and files stay.</source>
-        <translation>修复将更新容器中 Wine 自带的文件，您的程序和文件不受影响。</translation>
+        <translation>“修复”将更新容器中 Wine 自带的文件，您的应用和文件不受影响。</translation>
     </message>
     <message>
         <source>Repair starts the program once more.</source>
-        <translation>修复将重新启动程序。</translation>
+        <translation>“修复”将重新启动应用。</translation>
     </message>
 </context>
 <context>
@@ -2208,7 +2045,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Programs run in the bottle: %1.</source>
-        <translation>容器中有程序正在运行：%1。</translation>
+        <translation>容器中有应用正在运行：%1。</translation>
     </message>
     <message>
         <source>There is no bottle &quot;%1&quot;.</source>
@@ -2324,7 +2161,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Programs in the bottle could not be ended.</source>
-        <translation>无法结束容器中的程序。</translation>
+        <translation>无法结束容器中的应用。</translation>
     </message>
     <message>
         <source>%1 is no ordinary file that can be read.</source>
@@ -2337,14 +2174,6 @@ please wait for the component download to complete!</source>
 </context>
 <context>
     <name>SessionBus</name>
-    <message>
-        <source>There is no session bus, over which Cellarix reaches its background service.</source>
-        <translation type="vanished">没有会话总线，Cellarix 无法连接后台服务。</translation>
-    </message>
-    <message>
-        <source>Log out and in again, or start Cellarix with &quot;dbus-run-session cellarix&quot;.</source>
-        <translation type="vanished">请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
-    </message>
     <message>
         <source>There is no session bus, over which Cellarix reaches its background service. Log out and in again, or start it with &quot;dbus-run-session cellarix&quot;.</source>
         <translation>没有会话总线，Cellarix 无法连接后台服务。请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
@@ -2367,10 +2196,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>All Apps</source>
         <translation>全部应用</translation>
-    </message>
-    <message>
-        <source>The store is not in this version yet</source>
-        <translation type="vanished">此版本尚未提供应用商店</translation>
     </message>
 </context>
 <context>
@@ -2414,10 +2239,6 @@ please wait for the component download to complete!</source>
         <source>Feedback</source>
         <translation>反馈</translation>
     </message>
-    <message>
-        <source>Forums</source>
-        <translation type="vanished">论坛</translation>
-    </message>
 </context>
 <context>
     <name>WineExeLaunchBanner</name>
@@ -2447,13 +2268,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Launching</source>
         <translation>正在启动</translation>
-    </message>
-</context>
-<context>
-    <name>WineLauncher</name>
-    <message>
-        <source>No bottle selected</source>
-        <translation type="vanished">未选择容器</translation>
     </message>
 </context>
 </TS>
