@@ -144,7 +144,7 @@ private Q_SLOTS:
         QFETCH(bool, up);
         QFETCH(bool, stopped);
         QFETCH(bool, lacks);
-        StartEnd end{"b", "u", "n", {}, up, stopped};
+        StartEnd end{"b", "u", {}, up, stopped};
         if (exit >= 0)
             end.exitCode = exit;
         QTEST(StartCheck::isFailure(end, lacks), "failed");

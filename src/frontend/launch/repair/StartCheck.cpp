@@ -32,7 +32,6 @@ FailedStart StartCheck::check(const StartEnd& end) {
     if (!isFailure(end, !lack.missingComponents.isEmpty()))
         return {};
     FailureFacts facts;
-    facts.programName = end.programName;
     facts.exitCode = end.exitCode.value_or(0);
     facts.isExitCodeKnown = end.exitCode.has_value();
     facts.components = lack.missingComponents;

@@ -9,7 +9,6 @@
 struct StartEnd {
     QString bottle;
     QString uuid;
-    QString programName;
     std::optional<int> exitCode;  ///< nothing when only its end is known
     bool isUp = false;            ///< a window was seen, or it ran for as long as one is waited for
     bool isStopped = false;       ///< by the user

@@ -99,7 +99,7 @@ void AppItemWidgetStateManager::start(const Program& program, bool inTerminal) {
     qInfo() << "start program" << ref.uuid << "of" << ref.bottle << (inTerminal ? "in a terminal" : "");
     auto* launcher = new WineLauncher(this);
     const QString name = program.name;
-    m_launches.insert(ref, {name, launcher, PendingWork::instance()->hold()});
+    m_launches.insert(ref, {launcher, PendingWork::instance()->hold()});
     connect(launcher, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             [this, launcher, ref, name] {
                 onLauncherEnded(launcher, ref, LauncherExit::errorText(launcher->report(), name));
@@ -220,7 +220,7 @@ void AppItemWidgetStateManager::forget(const ProgramRef& ref) {
 /// The check waits for the service and reads a log.
 void AppItemWidgetStateManager::checkEnd(const ProgramRef& ref) {
     const Launch& launch = m_launches[ref];
-    StartEnd end{ref.bottle, ref.uuid, launch.name, {}, launch.isUp, launch.isStopped};
+    StartEnd end{ref.bottle, ref.uuid, {}, launch.isUp, launch.isStopped};
     if (launch.launcher && launch.launcher->state() == QProcess::NotRunning)
         end.exitCode = launch.launcher->exitCode();
     const bool isGood = !end.isStopped && end.exitCode == 0;

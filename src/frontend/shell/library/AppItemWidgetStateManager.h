@@ -55,7 +55,6 @@ public Q_SLOTS:
 private:
     /// A start from here, as long as its launch script lives.
     struct Launch {
-        QString name;
         QPointer<WineLauncher> launcher;
         PendingWork::Hold waiting;  ///< while its bottle's record is asked for
         bool isTimed = true;        ///< until its first window, or until that has taken too long
