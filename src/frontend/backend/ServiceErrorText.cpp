@@ -51,6 +51,7 @@ constexpr Row Rows[] = {
          "What came from %2 is not the file %1 that was expected: it has %3 bytes and should have %4.")},
     {"too-large", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 from %2 is larger than it should be.")},
     {"no-room", QT_TRANSLATE_NOOP("ServiceErrorText", "There is not enough room on the disk for %1.")},
+    {"disk-full", QT_TRANSLATE_NOOP("ServiceErrorText", "No space left on the disk that holds %1.")},
     {"cannot-write", QT_TRANSLATE_NOOP("ServiceErrorText", "Cannot write %1: %2.")},
     {"bad-archive", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 cannot be unpacked: %2.")},
     {"not-in-archive", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 does not hold %2.")},

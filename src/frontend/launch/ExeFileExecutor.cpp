@@ -283,7 +283,7 @@ void ExeFileExecutor::requestBottle(int attempts) {
 /// A failed creation goes on to a launch that fails by itself; what the service has said is its reason. A
 /// service that says nothing has died or could not be reached.
 void ExeFileExecutor::onBottleCreated(const QJsonObject& result, int attempts) {
-    const QString error = result.value("error").toString();
+    const QString error = ServiceErrorText::of(result);
     const bool isMade = result.value("ok").toBool();
     if (!isMade && error.isEmpty() && attempts > 1) {
         qWarning().noquote() << "the creation of" << m_bottlesName << "was interrupted; trying again";

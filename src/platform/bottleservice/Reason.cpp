@@ -31,6 +31,7 @@ constexpr Reason::Format Formats[] = {
      "What came from %2 is not the file %1 that was expected: it has %3 bytes and should have %4."},
     {"too-large", "%1 from %2 is larger than it should be."},
     {"no-room", "There is not enough room on the disk for %1."},
+    {"disk-full", "No space left on the disk that holds %1."},
     {"cannot-write", "Cannot write %1: %2."},
     {"bad-archive", "%1 cannot be unpacked: %2."},
     {"not-in-archive", "%1 does not hold %2."},

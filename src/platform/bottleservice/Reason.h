@@ -33,6 +33,7 @@ public:
         OtherSize,
         TooLarge,
         NoRoom,
+        DiskFull,
         CannotWrite,
         BadArchive,
         NotInArchive,

@@ -220,6 +220,7 @@ void WineExeLaunchBanner::offerRetry(bool canChooseFile) {
     if (m_closeState != Failed || !m_canRepair)
         return;
     m_failed->offerRetry(canChooseFile);
+    keepRoomBelow(FailedHeight);
     m_failed->suggested()->setFocus(Qt::ActiveWindowFocusReason);
 }
 

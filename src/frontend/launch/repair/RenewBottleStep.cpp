@@ -4,6 +4,7 @@
 #include <QJsonObject>
 
 #include "backend/BottleRepair.h"
+#include "backend/ServiceErrorText.h"
 
 RenewBottleStep::RenewBottleStep(const QString& bottle, QObject* parent)
     : RepairStep(parent), m_bottle(bottle) {}
@@ -35,7 +36,7 @@ void RenewBottleStep::onAnswer(const BusResult& answer) {
         return;
     }
     if (!result.value("ok").toBool()) {
-        const QString error = answer.ok ? result.value("error").toString() : answer.errorMessage;
+        const QString error = answer.ok ? ServiceErrorText::of(result) : answer.errorText();
         qWarning().noquote() << "bottle" << m_bottle << "was not renewed:" << error;
         Q_EMIT done(tr("The container could not be renewed: %1").arg(error));
         return;

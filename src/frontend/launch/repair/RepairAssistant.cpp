@@ -17,6 +17,7 @@
 #include "fenk/Dialog.h"
 #include "fenk/SystemInfo.h"
 #include "launch/ExeFileExecutor.h"
+#include "launch/FileChoice.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/repair/ComponentTitle.h"
@@ -66,8 +67,10 @@ void RepairAssistant::follow(ExeFileExecutor* executor, const QString& bottle) {
 
 QStringList RepairAssistant::failedComponents() const {
     QStringList names;
-    for (const Failure& failure : m_failures)
-        names += failure.component;
+    for (const Failure& failure : m_failures) {
+        if (failure.component != WineNames::stagingRunner())
+            names += failure.component;
+    }
     return names;
 }
 
@@ -79,7 +82,7 @@ void RepairAssistant::showWays(bool canFix) {
     tellFailures();
     if (canFix)
         askAboutOffer();
-    else if (!m_failures.isEmpty())
+    else if (!failedComponents().isEmpty())
         askAboutFailed();
 }
 
@@ -153,7 +156,6 @@ void RepairAssistant::askForFacts() {
 void RepairAssistant::chooseFile() {
     if (m_choosable.isEmpty())
         return;
-    static QString s_directory = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
     QString wanted = m_choosable.first().title;
     for (const OfferedFile& file : qAsConst(m_choosable.first().files)) {
         if (!file.isCached) {
@@ -161,12 +163,11 @@ void RepairAssistant::chooseFile() {
             break;
         }
     }
-    auto* dialog = new QFileDialog(m_banner, tr("Choose %1").arg(wanted), s_directory);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFile);
-    dialog->setNameFilters({tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z)", tr("All files") + " (*)"});
+    QFileDialog* dialog = FileChoice::make(
+        FileChoice::Kind::Program, m_banner, tr("Choose %1").arg(wanted),
+        QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
+        tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z);;" + tr("All files") + " (*)");
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
-        s_directory = QFileInfo(path).path();
         m_banner->setDescription(tr("Checking %1").arg(QFileInfo(path).fileName()));
         take(QFileInfo(path).canonicalFilePath(), 0, {});
     });
@@ -199,7 +200,7 @@ void RepairAssistant::take(const QString& path, int index, const QString& firstR
 void RepairAssistant::refuse(const QString& reason) {
     m_logs->appendLine(cleanHomePaths(reason), ErrorLine);
     m_banner->setDescription(reason);
-    auto* dialog = new Fenk::Dialog(tr("Another File Is Needed"), reason, m_banner);
+    auto* dialog = new Fenk::Dialog(tr("This File Cannot Be Used"), reason, m_banner);
     dialog->setAccessibleName("other_file_dialog");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->addButton(tr("Close"));

@@ -27,7 +27,7 @@ public:
     /// The banner shows that the launch has failed. `canFix`: with "Repair" on offer.
     void showWays(bool canFix);
 
-    /// The components that could not be installed by the last repair.
+    /// The components that could not be installed by the last repair; a Wine is none of them.
     QStringList failedComponents() const;
 
     QString report(const QString& appName) const;

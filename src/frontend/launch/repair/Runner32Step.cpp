@@ -9,6 +9,7 @@
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
 #include "backend/PendingWork.h"
+#include "backend/ServiceErrorText.h"
 #include "backend/ServiceLoss.h"
 #include "backend/TemplateProgress.h"
 
@@ -49,13 +50,15 @@ void Runner32Step::fetch() {
     connect(manager, &ComponentManager::updateProgress, this, &Runner32Step::onProgress);
     connect(manager, &ComponentManager::installed, this,
             [this](int success, const QString& kind, const QString& name, const QString& error) {
-                if (kind == ComponentKind::runner() && name == m_runner)
+                // The reason of a failure comes with the answer, in the user's language.
+                if (kind == ComponentKind::runner() && name == m_runner && (success || m_isAnswerLate))
                     onFetched(success, error);
             });
     manager->install(ComponentKind::runner(), m_runner, this, [this](const BusResult& answer) {
-        if (!answer.timedOut)  // a large download and a slow line: the signal tells
+        m_isAnswerLate = answer.timedOut;  // a large download and a slow line: the signal tells
+        if (!m_isAnswerLate)
             onFetched(answer.object().value("ok").toBool(),
-                      answer.ok ? answer.object().value("error").toString() : answer.errorMessage);
+                      answer.ok ? ServiceErrorText::of(answer.object()) : answer.errorText());
     });
 }
 
@@ -82,7 +85,7 @@ void Runner32Step::requestSwitch() {
     Q_EMIT emitMsg(tr("Switching the container to %1").arg(m_runner), MsgStatus);
     BottlesConfig::instance()->setRunner(m_bottle, m_runner, this, [this](const BusResult& answer) {
         if (!answer.ok && !answer.isBusy() && !answer.timedOut && m_state == State::Switching)
-            end(tr("The container could not be switched to %1: %2").arg(m_runner, answer.errorMessage));
+            end(tr("The container could not be switched to %1: %2").arg(m_runner, answer.errorText()));
     });
 }
 
@@ -100,8 +103,7 @@ void Runner32Step::onSwitched(const QString& bottle, const QString& kind, const 
         Q_EMIT emitMsg(launchText("Switch runner success, relaunch program..."), MsgLine);
         end({});
     } else {
-        end(tr("The container could not be switched to %1: %2")
-                .arg(m_runner, object.value("error").toString()));
+        end(tr("The container could not be switched to %1: %2").arg(m_runner, ServiceErrorText::of(object)));
     }
 }
 

@@ -29,4 +29,5 @@ private:
     QString m_runner;
     bool m_isInstalled;
     State m_state = State::Idle;
+    bool m_isAnswerLate = false;  ///< the bus gave up waiting; the signal tells
 };

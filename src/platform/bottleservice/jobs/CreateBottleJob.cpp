@@ -110,10 +110,10 @@ void CreateBottleJob::succeed(bool created, const QString& runner) {
     finish(Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
 }
 
-void CreateBottleJob::fail(const Reason& reason) {
-    const QString text = FullDisk::explain(m_store.root(), reason.text());
-    qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << text;
+void CreateBottleJob::fail(const Reason& fault) {
+    const Reason reason = FullDisk::explain(m_store.root(), fault);
+    qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << reason.text();
     if (!m_workingDirectory.isEmpty() && QFileInfo::exists(m_workingDirectory))
         m_reclaimer->remove(m_workingDirectory);
-    finish(refusal(text == reason.text() ? reason : Reason(text)));
+    finish(refusal(reason));
 }

@@ -32,7 +32,7 @@ private:
     void onCopied(const QString& sentence);
     QString complete();
     void succeed(bool created, const QString& runner);
-    void fail(const Reason& reason);
+    void fail(const Reason& fault);
 
     BottleStore m_store;
     QString m_name;

@@ -205,7 +205,7 @@ void Templates::place(const QString& key) {
 }
 
 void Templates::conclude(const QString& key, const QString& fault) {
-    const QString sentence = fault.isEmpty() ? fault : FullDisk::explain(m_dataDir, fault);
+    const QString sentence = FullDisk::explain(m_dataDir, fault).text();
     if (sentence.isEmpty()) {
         m_builds[key].percent = 100;
         tellProgress();
