@@ -1879,7 +1879,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Another File Is Needed</source>
-        <translation>需要其他文件</translation>
+        <translation type="vanished">需要其他文件</translation>
     </message>
     <message>
         <source>Close</source>
@@ -1892,6 +1892,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 was installed.</source>
         <translation>%1 已安装。</translation>
+    </message>
+    <message>
+        <source>This File Cannot Be Used</source>
+        <translation>无法使用此文件</translation>
     </message>
 </context>
 <context>
@@ -2170,6 +2174,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 is not the file that is needed. What is needed is %2.</source>
         <translation>%1 不是所需的文件，需要的是 %2。</translation>
+    </message>
+    <message>
+        <source>No space left on the disk that holds %1.</source>
+        <translation>%1 所在磁盘的空间已用完。</translation>
     </message>
 </context>
 <context>
