@@ -163,10 +163,10 @@ void RepairAssistant::chooseFile() {
             break;
         }
     }
-    QFileDialog* dialog = FileChoice::make(
-        FileChoice::Kind::Program, m_banner, tr("Choose %1").arg(wanted),
-        QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
-        tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z);;" + tr("All files") + " (*)");
+    QFileDialog* dialog =
+        FileChoice::make(FileChoice::Kind::Program, m_banner, tr("Choose %1").arg(wanted),
+                         QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
+                         tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z);;" + tr("All files") + " (*)");
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
         m_banner->setDescription(tr("Checking %1").arg(QFileInfo(path).fileName()));
         take(QFileInfo(path).canonicalFilePath(), 0, {});
