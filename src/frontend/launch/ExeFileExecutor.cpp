@@ -22,7 +22,7 @@
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/inspection/ExeFileInfo.h"
 #include "launch/inspection/ExeIconReader.h"
-#include "launch/inspection/NativeBits.h"
+#include "launch/inspection/ProgramKind.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
 #include "launch/records/ExecutorRecord.h"
 
@@ -191,7 +191,7 @@ void ExeFileExecutor::start() {
         launch();
         return;
     }
-    if (!is32BitOnly(m_exePath)) {
+    if (!ProgramHeader::read(m_exePath).is32BitOnly()) {
         prepareBottle(WineNames::defaultRunner());
         return;
     }
@@ -329,7 +329,7 @@ void ExeFileExecutor::launch() {
     ++m_starts;
     m_hasBeenSeen = false;
     m_looks = 0;
-    if (m_exePath.isEmpty() || is32BitOnly(m_exePath))
+    if (m_exePath.isEmpty() || ProgramHeader::read(m_exePath).is32BitOnly())
         BottleRepair::instance()->runnersFor32Bit(
             this, [this](const BusResult& answer) { m_runnersFor32Bit = RunnerChoice::of(answer.object()); });
     m_failure = {};

@@ -18,6 +18,11 @@ constexpr int FirstRelocationField = 24;
 constexpr quint16 NewFormatMark = 64;  // where relocations begin in a file that has a newer header
 constexpr int CoffBytes = 24;
 constexpr int SubsystemField = CoffBytes + 68;
+constexpr quint16 MachineI386 = 0x14c;
+constexpr quint16 Magic32 = 0x10b;
+constexpr int DirectoriesField32 = CoffBytes + 96;  // behind their number
+constexpr int DirectoryBytes = 8;
+constexpr quint32 DotNetDirectory = 14;
 constexpr int FileAlignmentField = CoffBytes + 36;
 constexpr int SectionBytes = 40;
 constexpr quint32 HoldsNoData = 0x80;
@@ -71,6 +76,10 @@ bool lacksSections(const Bytes& header, qint64 fileSize) {
 void readPortable(ProgramHeader& result, const Bytes& header, qint64 at, qint64 fileSize) {
     result.format = ProgramHeader::Portable;
     result.machine = header.word(4);
+    result.magic = header.word(CoffBytes);
+    const bool hasDotNet = header.doubleWord(DirectoriesField32 - 4) > DotNetDirectory;
+    result.isDotNet = result.magic == Magic32 && hasDotNet &&
+                      header.doubleWord(DirectoriesField32 + DotNetDirectory * DirectoryBytes) != 0;
     result.characteristics = header.word(22);
     result.subsystem = header.word(SubsystemField);
     const qint64 headerEnd = at + CoffBytes + header.word(20) + header.word(6) * SectionBytes;
@@ -126,11 +135,15 @@ ProgramHeader::Format otherFormat(const QByteArray& head) {
 
 /// Of packages, of plain installations, and of the runners of the bottle service.
 QStringList wineDirectories() {
-    QStringList found{"/usr/lib/i386-linux-gnu/wine", "/usr/lib/wine", "/usr/lib32/wine",
+    QStringList found{"/usr/lib/i386-linux-gnu/wine",
+                      "/usr/lib/x86_64-linux-gnu/wine",
+                      "/usr/lib/wine",
+                      "/usr/lib32/wine",
+                      "/usr/lib64/wine",
                       "/usr/local/lib/wine"};
     for (const QString& parent : {QString("/opt"), Paths::bottlesDataDir() + "/runners"}) {
         for (const QString& name : QDir(parent).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-            for (const char* library : {"/lib/wine", "/lib32/wine", "/files/lib/wine"})
+            for (const char* library : {"/lib/wine", "/lib32/wine", "/lib64/wine", "/files/lib/wine"})
                 found << parent + '/' + name + library;
     }
     return found;
@@ -160,7 +173,7 @@ ProgramKind portableKind(const ProgramHeader& header, const ProgramHost& host) {
         case Arm64:
             return ProgramKind::ArmProgram;
         case 0x0:  // not told
-        case 0x14c:
+        case MachineI386:
         case 0x14d:
         case 0x14e:
         case 0x8664:
@@ -194,6 +207,10 @@ bool ProgramHeader::isProgram() const {
     return format == Dos || format == Segmented || format == Linear || format == Portable || isPackage;
 }
 
+bool ProgramHeader::is32BitOnly() const {
+    return format == Portable && machine == MachineI386 && magic == Magic32 && !isDotNet;
+}
+
 ProgramHost ProgramHost::thisMachine() {
     ProgramHost host;
     const QString processor = QSysInfo::currentCpuArchitecture();
@@ -213,8 +230,8 @@ ProgramKind programKind(const ProgramHeader& header, const QString& suffix, cons
     switch (header.format) {
         case ProgramHeader::Unreadable:
             return ProgramKind::Runnable;  // said elsewhere
-        case ProgramHeader::Other:
-            return ProgramKind::NoProgram;
+        case ProgramHeader::Other:         // a DOS program of this name has no header at all
+            return name == "com" ? ProgramKind::DosProgram : ProgramKind::NoProgram;
         case ProgramHeader::Archive:
             return ProgramKind::ArchiveFile;
         case ProgramHeader::Web:

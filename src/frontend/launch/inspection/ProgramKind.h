@@ -22,13 +22,17 @@ struct ProgramHeader {
     bool isCut = false;      ///< the file ends before what its headers announce
     bool isForOs2 = false;   ///< Segmented, Linear
     bool isPackage = false;  ///< Compound: the class of Windows Installer's packages and patches
-    quint16 machine = 0;     ///< Portable, as the next
+    bool isDotNet = false;   ///< Portable, as the next: its code is for no processor in particular
+    quint16 machine = 0;
+    quint16 magic = 0;  ///< of the optional header
     quint16 characteristics = 0;
     quint16 subsystem = 0;
 
     static ProgramHeader read(const QString& path);
     /// Content that counts as a Windows program of some sort whatever its file is called.
     bool isProgram() const;
+    /// Only 32-bit code runs it.
+    bool is32BitOnly() const;
 };
 
 /// What the machine can run besides Windows programs for its own processor.
