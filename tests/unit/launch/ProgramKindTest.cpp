@@ -101,6 +101,7 @@ private Q_SLOTS:
         row("16 bit", "exe", stub("NE" + QByteArray(100, '\0')), K::Windows16, plain);
         row("16 bit with 32-bit Wine", "exe", stub("NE" + QByteArray(100, '\0')), K::Runnable, old);
         row("OS/2", "exe", stub("LX" + QByteArray(100, '\0')), K::Os2Program, dosBox);
+        row("DOS without a header", "com", "\xb4\x4c", K::DosProgram, plain);
         row("DOS extender", "exe", stub("LE" + QByteArray(100, '\0')), K::DosProgram, plain);
         row("package", "msi", compound(0xc1084), K::Runnable, plain);
         row("package under another name", "bin", compound(0xc1084), K::MisnamedPackage, plain);
@@ -131,6 +132,7 @@ private Q_SLOTS:
     void refusal_data() {
         const Table<QString, QString> row("name", "reason");
         row("program", "good.exe", "");
+        row("sign in a folder that Windows knows", "\xc2\x85/good.exe", "");
         row("missing", "none.exe", "There is no such file.");
         row("link to nowhere", "broken.exe", "It is a link to a file that is not there.");
         row("folder", "folder.exe", "It is a folder.");
@@ -151,6 +153,7 @@ private Q_SLOTS:
         m_home.write("part.dll", pe(0x8664, 2, 0x2022));
         m_home.write("empty.exe", "");
         QDir(m_home.path()).mkdir("folder.exe");
+        m_home.write("\xc2\x85/good.exe", pe(0x8664));
         QFile::link("/nowhere/x.exe", m_home.path() + "/broken.exe");
         const QString path = name.startsWith('/') ? name : m_home.path() + '/' + name;
         QTEST(OpenRefusal::of(path).reason, "reason");

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <iterator>
 
 #include "backend/SessionBus.h"
 #include "core/base/Paths.h"
@@ -20,73 +21,74 @@ struct Texts {
     const char* advice;
 };
 
+const struct {
+    ProgramKind kind;
+    Texts texts;
+} KindTexts[] = {
+    {ProgramKind::NoProgram,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is not a Windows program."),
+      QT_TRANSLATE_NOOP("OpenRefusal",
+                        "Cellarix runs programs and installers, such as .exe and .msi files.")}},
+    {ProgramKind::ArchiveFile,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is an archive, not a program."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Unpack it first, then open the program inside.")}},
+    {ProgramKind::WebPage,
+     {QT_TRANSLATE_NOOP("OpenRefusal",
+                        "It is a web page under the name of a program: the download has "
+                        "failed."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Download the program again.")}},
+    {ProgramKind::UnixProgram,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is a program for Linux, not for Windows."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Start it without Cellarix.")}},
+    {ProgramKind::MisnamedPackage,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is a Windows Installer package, but its name does not say so."),
+      QT_TRANSLATE_NOOP("OpenRefusal",
+                        "Rename it so that it ends in .msi (.msp for a patch), then open it "
+                        "again.")}},
+    {ProgramKind::DosProgram,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is a DOS program, and Wine runs programs for Windows."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Run it in an emulator such as DOSBox.")}},
+    {ProgramKind::Windows16,
+     {QT_TRANSLATE_NOOP("OpenRefusal",
+                        "It is a 16-bit program for old Windows versions, which 64-bit Wine "
+                        "does not run."),
+      QT_TRANSLATE_NOOP("OpenRefusal",
+                        "Install 32-bit Wine (the package wine32), or look for a newer "
+                        "version of the program.")}},
+    {ProgramKind::Os2Program,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is a program for OS/2, not for Windows."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Look for a version for Windows.")}},
+    {ProgramKind::ArmProgram,
+     {QT_TRANSLATE_NOOP("OpenRefusal",
+                        "It is made for Windows on ARM, and this computer has another kind of "
+                        "processor."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Download the version for x64 or x86.")}},
+    {ProgramKind::OtherProcessor,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is made for another kind of processor."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Download the version for x64 or x86.")}},
+    {ProgramKind::Library,
+     {QT_TRANSLATE_NOOP("OpenRefusal",
+                        "It is a library (DLL): a part of a program, which cannot be started "
+                        "by itself."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Open the program that it belongs to.")}},
+    {ProgramKind::Driver,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is a driver or a part of Windows itself, which Wine cannot run."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Devices need a driver for Linux.")}},
+    {ProgramKind::EfiProgram,
+     {QT_TRANSLATE_NOOP("OpenRefusal", "It is a program for the computer's firmware (EFI), not for Windows."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Look for a version for Windows.")}},
+    {ProgramKind::Incomplete,
+     {QT_TRANSLATE_NOOP("OpenRefusal",
+                        "The end of the file is missing: it was not downloaded or copied "
+                        "completely."),
+      QT_TRANSLATE_NOOP("OpenRefusal", "Download or copy it again.")}},
+};
+
+/// Of a kind that is not launched.
 Texts kindTexts(ProgramKind kind) {
-    switch (kind) {
-        case ProgramKind::Runnable:
-            break;
-        case ProgramKind::NoProgram:
-            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is not a Windows program."),
-                    QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "Cellarix runs programs and installers, such as .exe and .msi files.")};
-        case ProgramKind::ArchiveFile:
-            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is an archive, not a program."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Unpack it first, then open the program inside.")};
-        case ProgramKind::WebPage:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "It is a web page under the name of a program: the download has "
-                                      "failed."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Download the program again.")};
-        case ProgramKind::UnixProgram:
-            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is a program for Linux, not for Windows."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Start it without Cellarix.")};
-        case ProgramKind::MisnamedPackage:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "It is a Windows Installer package, but its name does not say so."),
-                    QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "Rename it so that it ends in .msi (.msp for a patch), then open it "
-                                      "again.")};
-        case ProgramKind::DosProgram:
-            return {
-                QT_TRANSLATE_NOOP("OpenRefusal", "It is a DOS program, and Wine runs programs for Windows."),
-                QT_TRANSLATE_NOOP("OpenRefusal", "Run it in an emulator such as DOSBox.")};
-        case ProgramKind::Windows16:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "It is a 16-bit program for old Windows versions, which 64-bit Wine "
-                                      "does not run."),
-                    QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "Install 32-bit Wine (the package wine32), or look for a newer "
-                                      "version of the program.")};
-        case ProgramKind::Os2Program:
-            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is a program for OS/2, not for Windows."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Look for a version for Windows.")};
-        case ProgramKind::ArmProgram:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "It is made for Windows on ARM, and this computer has another kind of "
-                                      "processor."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Download the version for x64 or x86.")};
-        case ProgramKind::OtherProcessor:
-            return {QT_TRANSLATE_NOOP("OpenRefusal", "It is made for another kind of processor."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Download the version for x64 or x86.")};
-        case ProgramKind::Library:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "It is a library (DLL): a part of a program, which cannot be started "
-                                      "by itself."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Open the program that it belongs to.")};
-        case ProgramKind::Driver:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "It is a driver or a part of Windows itself, which Wine cannot run."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Devices need a driver for Linux.")};
-        case ProgramKind::EfiProgram:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "It is a program for the computer's firmware (EFI), not for Windows."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Look for a version for Windows.")};
-        case ProgramKind::Incomplete:
-            return {QT_TRANSLATE_NOOP("OpenRefusal",
-                                      "The end of the file is missing: it was not downloaded or copied "
-                                      "completely."),
-                    QT_TRANSLATE_NOOP("OpenRefusal", "Download or copy it again.")};
-    }
-    return {nullptr, nullptr};
+    const auto* found = std::find_if(std::begin(KindTexts), std::end(KindTexts),
+                                     [kind](const auto& row) { return row.kind == kind; });
+    return found == std::end(KindTexts) ? Texts{nullptr, nullptr} : found->texts;
 }
 
 QString text(const char* source) {
@@ -99,11 +101,15 @@ OpenRefusal refusal(const Texts& texts, const QString& logLine) {
 
 /// Other signs that Windows does not know in names are told by the launch itself.
 OpenRefusal nameRefusal(const QString& path) {
+    const auto isUnknown = [](QChar c) { return c < FirstPrintable; };
+    // These Windows knows, but no bottle can be named after the file.
     const auto isControl = [](QChar c) {
-        return c < FirstPrintable || c.category() == QChar::Other_Control ||
-               c.category() == QChar::Separator_Line || c.category() == QChar::Separator_Paragraph;
+        return c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+               c.category() == QChar::Separator_Paragraph;
     };
-    if (std::none_of(path.begin(), path.end(), isControl))
+    const QString name = QFileInfo(path).fileName();
+    if (std::none_of(path.begin(), path.end(), isUnknown) &&
+        std::none_of(name.begin(), name.end(), isControl))
         return {};
     return refusal({QT_TRANSLATE_NOOP("OpenRefusal",
                                       "Its name or path contains a line break or another control character, "
@@ -190,6 +196,16 @@ OpenRefusal OpenRefusal::ofOther(const QString& path) {
     if (suffix == QLatin1String("bat"))
         return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "Batch files are run from within Cellarix only."),
                         QT_TRANSLATE_NOOP("OpenRefusal", "Drop the file on the window of Cellarix.")},
+                       logLine);
+    if (suffix == QLatin1String("cmd"))
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "Batch files are run from within Cellarix only."),
+                        QT_TRANSLATE_NOOP("OpenRefusal",
+                                          "Rename it so that it ends in .bat, then drop it on the window of "
+                                          "Cellarix.")},
+                       logLine);
+    if (suffix == QLatin1String("lnk"))
+        return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a shortcut of Windows, not a program."),
+                        QT_TRANSLATE_NOOP("OpenRefusal", "Open the program that it leads to.")},
                        logLine);
     if (suffix == QLatin1String("msp"))
         return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a patch for an installed program."),
