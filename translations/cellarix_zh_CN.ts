@@ -1659,6 +1659,18 @@ please wait for the component download to complete!</source>
         <source>Make this folder writable for you, then try again.</source>
         <translation>请为该文件夹添加写入权限，然后重试。</translation>
     </message>
+    <message>
+        <source>Rename it so that it ends in .bat, then drop it on the window of Cellarix.</source>
+        <translation>请将其扩展名改为 .bat，再拖到 Cellarix 窗口中。</translation>
+    </message>
+    <message>
+        <source>It is a shortcut of Windows, not a program.</source>
+        <translation>这是 Windows 快捷方式，不是程序。</translation>
+    </message>
+    <message>
+        <source>Open the program that it leads to.</source>
+        <translation>请打开它所指向的程序。</translation>
+    </message>
 </context>
 <context>
     <name>PathLink</name>
