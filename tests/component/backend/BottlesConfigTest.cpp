@@ -11,11 +11,13 @@
 #include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 
 using TestSupport::FakeBottleService;
 using TestSupport::LogCapture;
 using TestSupport::RecordedCall;
+using TestSupport::Table;
 
 namespace {
 BottlesConfig& config() {
@@ -45,32 +47,17 @@ private Q_SLOTS:
     void cleanup() { fake.reset(); }
 
     void wire_data() {
-        QTest::addColumn<Mode>("mode");
-        QTest::addColumn<QString>("signature");
-        QTest::addColumn<QJsonArray>("arguments");
-        QTest::addColumn<Call>("call");
-        const auto row = [](const char* method, Mode mode, const char* signature, const QJsonArray& arguments,
-                            const Call& call) {
-            QTest::newRow(method) << mode << QString(signature) << arguments << call;
-        };
+        const Table<Mode, QString, QJsonArray, Call> row("mode", "signature", "arguments", "call");
         const auto when = QDateTime::fromMSecsSinceEpoch(1700000000999, Qt::UTC);
-        row("list", Block, "", {}, CALL(list()));
-        row("get", Block, "s", {"b"}, CALL(get("b")));
-        row("createBottles", Watch, "ss", {"b", "r"}, CALL(createBottles("b", "r")));
         row("delete", Fire, "s", {"b"}, CALL(deleteBottle("b")));
-        row("getEmulators", Block, "s", {"b"}, CALL(getEmulators("b")));
         row("setEmulator", Fire, "ss", {"b", "e"}, CALL(setEmulator("b", "e")));
         row("setRunner", Fire, "ssb", {"b", "r", true}, CALL(setRunner("b", "r")));
         row("setDxvk", Fire, "ssb", {"b", "-", true}, CALL(setDxvk("b", "-")));
         row("setVkD3D", Fire, "ssb", {"b", "-", true}, CALL(setVkD3D("b", "-")));
-        row("getInstallingComponents", Block, "ss", {"b", "runner"},
-            CALL(getInstallingComponents("b", ComponentKind::runner())));
         row("cancelInstallingComponent", Block, "sss", {"b", "vkd3d", "c"},
             CALL(cancelInstallingComponent("b", ComponentKind::vkd3d(), "c")));
         row("installDependency", Fire, "ss", {"b", "d"}, CALL(installDependency("b", "d")));
         row("reinstallDependency", Fire, "ss", {"b", "d"}, CALL(reinstallDependency("b", "d")));
-        row("getInstallingDependency", Block, "s", {"b"}, CALL(getInstallingDependency("b")));
-        row("cancelInstallingDependency", Block, "s", {"b"}, CALL(cancelInstallingDependency("b")));
         row("setDPI", Fire, "si", {"b", 120}, CALL(setDPI("b", 120)));
         row("setCpuRendering", Fire, "sb", {"b", true}, CALL(setCpuRendering("b", true)));
         row("setDiscreteGpu", Fire, "sb", {"b", false}, CALL(setDiscreteGpu("b", false)));
@@ -78,7 +65,6 @@ private Q_SLOTS:
         row("setNTSync", Fire, "sb", {"b", true}, CALL(setNTSync("b", true)));
         row("setD3dRenderer", Fire, "ss", {"b", "gdi"}, CALL(setD3dRenderer("b", "gdi")));
         row("setWindowsVersion", Fire, "ss", {"b", "win10"}, CALL(setWindowsVersion("b", "win10")));
-        row("listDllOverrides", Watch, "s", {"b"}, CALL(listDllOverrides("b", &owner, ignore)));
         row("updateDllOverride", Fire, "sssb", {"b", "d", "native", false},
             CALL(updateDllOverride("b", "d", "native")));
         row("updateDllOverride", Fire, "sssb", {"b", "d", "", true}, CALL(removeDllOverride("b", "d")));
@@ -93,7 +79,6 @@ private Q_SLOTS:
             CALL(updateExternalProgram("b", {{"id", "u"}, {"name", "n"}})));
         row("updateExternalProgram", Fire, "ss", {"b", R"({"id":"u"})"},
             CALL(fireUpdateExternalProgram("b", {{"id", "u"}})));
-        row("removeExternalProgram", Block, "ss", {"b", "u"}, CALL(removeExternalProgram("b", "u")));
         row("scanApplicationLinks", Loop, "sxb", {"b", 1700000000, true},
             CALL(scanApplicationLinks("b", when, &owner)));
         row("createDesktopEntry", Block, "ss", {"b", "u"}, CALL(createDesktopEntry("b", "u")));
@@ -103,7 +88,6 @@ private Q_SLOTS:
         row("exportFileAssociations", Fire, "sas", {"b", QJsonArray{".a", ".b"}},
             CALL(exportFileAssociations("b", {".a", ".b"})));
         row("dumpManifest", Block, "s", {"{}"}, CALL(dumpManifest("{}")));
-        row("checkPublicBottles", Block, "s", {"{}"}, CALL(checkPublicBottles("{}")));
         row("getRunnerVersion", Block, "s", {"r"}, CALL(getRunnerVersion("r")));
     }
 
@@ -142,9 +126,9 @@ private Q_SLOTS:
     void timeOut() { QCOMPARE(config().timeout(), 3600000); }
 
     void readers_data() {
-        QTest::addColumn<QString>("mishap");
+        const Table<QString> row("mishap");
         for (const char* mishap : {"", "error", "malformed", "empty", "vanish", "absent"})
-            QTest::newRow(mishap) << mishap;
+            row(mishap, mishap);
     }
     void readers() {
         QFETCH(QString, mishap);
@@ -287,11 +271,7 @@ private Q_SLOTS:
     }
 
     void scanApplicationLinks_data() {
-        QTest::addColumn<QJsonObject>("answer");
-        QTest::addColumn<QJsonArray>("links");
-        QTest::addColumn<QString>("line");
-        const auto row = [](const char* name, const QJsonObject& answer, const QJsonArray& links,
-                            const char* line) { QTest::newRow(name) << answer << links << line; };
+        const Table<QJsonObject, QJsonArray, QString> row("answer", "links", "line");
         row("found", {{"text", R"(["a.lnk",{"name":"b"}])"}}, {"a.lnk", QJsonObject{{"name", "b"}}},
             "added lnks: ");
         row("malformed", {{"text", R"(["a.lnk")"}}, {}, "Failed to parse JSON: ");

@@ -12,6 +12,7 @@
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 using namespace TestSupport;
 
@@ -120,16 +121,10 @@ private Q_SLOTS:
     }
 
     void launches_data() {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("bottle");  // "public" or its own; "links" has a program, "files" others
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QString>(
-            "user");  // what is done at the failed banner, or at the running one: "stop"
-        QTest::addColumn<QString>("changes");
-        const auto row = [](const char* name, const char* file, const char* bottle, const char* program,
-                            const char* user, const char* changes) {
-            QTest::newRow(name) << file << bottle << program << user << changes;
-        };
+        // bottle: "public" or its own; "links" has a program, "files" others
+        // user: what is done at the failed banner, or at the running one: "stop"
+        const Table<QString, QString, QString, QString, QString> row("file", "bottle", "program", "user",
+                                                                     "changes");
         const char installer[] = "setup_nothing.exe";
         row("window", "a.exe", "", "show", "close window", "added");
         row("failure", "a.exe", "", ":", "close", "added");

@@ -114,6 +114,7 @@ private Q_SLOTS:
             QVERIFY(lines.contains("<b>bold</b>") && lines.contains("err") && lines.contains("6000"));
             QVERIFY(hasEnded(script));
             QCOMPARE(script.banner->windowTitle(), "Completed");
+            QVERIFY(script.banner->findChild<QLabel*>("env_reason")->text().contains("exit code 1"));
             QCOMPARE(script.banner->size(), QSize(660, 432));
             QTest::mouseClick(script.banner->findChild<QWidget*>("start_using_btn"), Qt::LeftButton);
             QVERIFY(!script.banner->isVisible());
@@ -184,20 +185,6 @@ private Q_SLOTS:
         });
         QVERIFY(!script.running && !script.banner && !script.process);
         QCOMPARE(runs(), "-r\n");
-    }
-
-    void failedRunsAreMadeAgain() {
-        BottleEnvScript script = record("[ -e \"$0.mended\" ]");
-        whileShown(script, [&] {
-            QTRY_VERIFY(hasEnded(script));
-            auto* retry = script.banner->findChild<QPushButton*>("retry_btn");
-            QVERIFY(script.banner->findChild<QLabel*>("env_reason")->text().contains("exit code 1"));
-            QVERIFY(QFile(m_path + ".mended").open(QIODevice::WriteOnly));
-            retry->click();
-            QTRY_VERIFY(hasEnded(script));
-            QVERIFY(!retry->isVisible());
-        });
-        QCOMPARE(runs(), "-r\n-r\n");
     }
 
     void agreementIsReadByKeys() {

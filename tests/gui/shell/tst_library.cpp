@@ -26,7 +26,10 @@
 #include "support/FakeBottleService.h"
 #include "support/KeyWalk.h"
 #include "support/PrivateBus.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
+
+using TestSupport::Table;
 
 using ProgramMenu::Action;
 using State = ProgramLibrary::State;
@@ -211,36 +214,23 @@ private Q_SLOTS:
     }
 
     void menu_data() {
-        QTest::addColumn<QString>("bottle");
-        QTest::addColumn<QString>("runner");
-        QTest::addColumn<int>("programs");
-        QTest::addColumn<QString>("emulators");
-        QTest::addColumn<bool>("extras");
-        QTest::addColumn<QString>("texts");
+        const Table<QString, QString, int, QString, bool, QString> row("bottle", "runner", "programs",
+                                                                       "emulators", "extras", "texts");
         const QString tools =
             "(Open in Terminal, Open folder of app, Open c-drive, %1Registry Editor, "
             "Importing the registry, Internet Settings, Quit All Apps)";
         const QString head = "Edit Details, Advanced Debugging, Quick Tools, ";
-        QTest::newRow("shared") << "public/x"
-                                << "wine" << 1 << "{}" << false
-                                << "Edit Details, Create Desktop Icon, Feedback, Uninstall";
-        QTest::newRow("ordinary")
-            << "office"
-            << "wine" << 2 << "{}" << false
-            << head + tools.arg("") + ", Packaged apps, Dump Manifest, Create Desktop Icon, Feedback, Delete";
-        QTest::newRow("everything")
-            << "office"
-            << "wine" << 1 << R"({"installed":{"box":"b"},"using":"box"})" << true
-            << head + tools.arg("File Associations, ") +
-                   ", Translator, (box), Packaged apps, Dump Manifest, Feedback, Uninstall";
-        QTest::newRow("proton from the store")
-            << "program-0123abcd"
-            << "ge-proton9" << 1 << "{}" << false
-            << head + tools.arg("") + ", Create Desktop Icon, Feedback, Uninstall";
-        QTest::newRow("unknown bottle")
-            << "lost"
-            << "" << -1 << "{}" << false
-            << head + tools.arg("") + ", Dump Manifest, Create Desktop Icon, Feedback, Delete";
+        row("shared", "public/x", "wine", 1, "{}", false,
+            "Edit Details, Create Desktop Icon, Feedback, Uninstall");
+        row("ordinary", "office", "wine", 2, "{}", false,
+            head + tools.arg("") + ", Packaged apps, Dump Manifest, Create Desktop Icon, Feedback, Delete");
+        row("everything", "office", "wine", 1, R"({"installed":{"box":"b"},"using":"box"})", true,
+            head + tools.arg("File Associations, ") +
+                ", Translator, (box), Packaged apps, Dump Manifest, Feedback, Uninstall");
+        row("proton from the store", "program-0123abcd", "ge-proton9", 1, "{}", false,
+            head + tools.arg("") + ", Create Desktop Icon, Feedback, Uninstall");
+        row("unknown bottle", "lost", "", -1, "{}", false,
+            head + tools.arg("") + ", Dump Manifest, Create Desktop Icon, Feedback, Delete");
     }
     void menu() {
         QFETCH(QString, bottle);
@@ -291,10 +281,9 @@ private Q_SLOTS:
     }
 
     void removal_data() {
-        QTest::addColumn<int>("programs");
-        QTest::addColumn<QString>("word");
-        QTest::newRow("the last one") << 1 << "Uninstall";
-        QTest::newRow("one of two") << 2 << "Delete";
+        const Table<int, QString> row("programs", "word");
+        row("the last one", 1, "Uninstall");
+        row("one of two", 2, "Delete");
     }
     void removal() {
         QFETCH(int, programs);
@@ -388,9 +377,9 @@ private Q_SLOTS:
     }
 
     void desktopIcon_data() {
-        QTest::addColumn<bool>("hasDesktop");
-        QTest::newRow("desktop") << true;
-        QTest::newRow("no desktop") << false;
+        const Table<bool> row("hasDesktop");
+        row("desktop", true);
+        row("no desktop", false);
     }
     void desktopIcon() {
         QFETCH(bool, hasDesktop);
@@ -482,11 +471,10 @@ private Q_SLOTS:
     }
 
     void drop_data() {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<bool>("taken");
-        QTest::newRow("program") << "Setup.EXE" << true;
-        QTest::newRow("batch") << "a.bat" << true;
-        QTest::newRow("document") << "a.txt" << false;
+        const Table<QString, bool> row("file", "taken");
+        row("program", "Setup.EXE", true);
+        row("batch", "a.bat", true);
+        row("document", "a.txt", false);
     }
     void drop() {
         QFETCH(QString, file);

@@ -1,6 +1,9 @@
 #include <QtTest>
 
 #include "shell/library/NameSearch.h"
+#include "support/Table.h"
+
+using TestSupport::Table;
 
 using namespace NameSearch;
 
@@ -14,41 +17,23 @@ private Q_SLOTS:
     }
 
     void matches_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("keyword");
-        QTest::addColumn<bool>("found");
-        QTest::newRow("pinyin") << "微信"
-                                << "weixin" << true;
-        QTest::newRow("capitals") << "微信"
-                                  << "WeiX" << true;
-        QTest::newRow("initials") << "微信"
-                                  << "wx" << true;
-        QTest::newRow("order") << "微信"
-                               << "xinwei" << false;
-        QTest::newRow("Chinese, others between") << "企业微工作信"
-                                                 << "微信" << true;
-        QTest::newRow("Chinese in order") << "信微"
-                                          << "微信" << false;
-        QTest::newRow("same sound, other character") << "威信"
-                                                     << "微信" << false;
-        QTest::newRow("mixed") << "网易云音乐"
-                               << "网yiyue" << true;
-        QTest::newRow("v for ü") << "绿茶"
-                                 << "lvcha" << true;
-        QTest::newRow("letters left out") << "Harbour Office"
-                                          << "hoff" << true;
-        QTest::newRow("no such letter") << "Harbour Office"
-                                        << "hz" << false;
-        QTest::newRow("text, not a pattern") << "Notepad++ (x64)"
-                                             << "++(" << true;
-        QTest::newRow("a point is a point") << "Editor"
-                                            << "." << false;
-        QTest::newRow("a syllable is not its letters") << "Wind ei"
-                                                       << "微" << false;
-        QTest::newRow("Greek capitals") << "ΣΊΣΥΦΟΣ"
-                                        << "σίσυφος" << true;
-        QTest::newRow("all") << ""
-                             << "" << true;
+        const Table<QString, QString, bool> row("name", "keyword", "found");
+        row("pinyin", "微信", "weixin", true);
+        row("capitals", "微信", "WeiX", true);
+        row("initials", "微信", "wx", true);
+        row("order", "微信", "xinwei", false);
+        row("Chinese, others between", "企业微工作信", "微信", true);
+        row("Chinese in order", "信微", "微信", false);
+        row("same sound, other character", "威信", "微信", false);
+        row("mixed", "网易云音乐", "网yiyue", true);
+        row("v for ü", "绿茶", "lvcha", true);
+        row("letters left out", "Harbour Office", "hoff", true);
+        row("no such letter", "Harbour Office", "hz", false);
+        row("text, not a pattern", "Notepad++ (x64)", "++(", true);
+        row("a point is a point", "Editor", ".", false);
+        row("a syllable is not its letters", "Wind ei", "微", false);
+        row("Greek capitals", "ΣΊΣΥΦΟΣ", "σίσυφος", true);
+        row("all", "", "", true);
     }
     void matches() {
         QFETCH(QString, name);

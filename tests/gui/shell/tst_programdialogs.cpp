@@ -18,9 +18,11 @@
 #include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 
 using TestSupport::LogCapture;
+using TestSupport::Table;
 
 namespace {
 
@@ -111,15 +113,13 @@ private Q_SLOTS:
     }
 
     void rename_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("end");
-        QTest::addColumn<QStringList>("records");
-        QTest::newRow("Return") << "new" << int(Qt::Key_Return) << QStringList(saved("new", "i"));
-        QTest::newRow("Escape") << "new" << int(Qt::Key_Escape) << QStringList();
-        QTest::newRow("the same") << "old" << int(Qt::Key_Enter) << QStringList();
-        QTest::newRow("empty") << "" << int(Qt::Key_Return) << QStringList(saved("", "i"));
-        QTest::newRow("focus elsewhere") << "<b>" << FocusLoss << QStringList(saved("<b>", "i"));
-        QTest::newRow("window closed") << "new" << Close << QStringList(saved("new", "i"));
+        const Table<QString, int, QStringList> row("name", "end", "records");
+        row("Return", "new", int(Qt::Key_Return), QStringList(saved("new", "i")));
+        row("Escape", "new", int(Qt::Key_Escape), QStringList());
+        row("the same", "old", int(Qt::Key_Enter), QStringList());
+        row("empty", "", int(Qt::Key_Return), QStringList(saved("", "i")));
+        row("focus elsewhere", "<b>", FocusLoss, QStringList(saved("<b>", "i")));
+        row("window closed", "new", Close, QStringList(saved("new", "i")));
     }
     void rename() {
         QFETCH(QString, name);
@@ -140,10 +140,9 @@ private Q_SLOTS:
     }
 
     void refused_data() {
-        QTest::addColumn<bool>("gone");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("by the service") << false << "update app rating failed: read only";
-        QTest::newRow("the program has gone") << true << "program " + Id + " not in bottles: office";
+        const Table<bool, QString> row("gone", "line");
+        row("by the service", false, "update app rating failed: read only");
+        row("the program has gone", true, "program " + Id + " not in bottles: office");
     }
     void refused() {
         QFETCH(bool, gone);
@@ -198,23 +197,12 @@ private Q_SLOTS:
     }
 
     void folder_data() {
-        QTest::addColumn<QString>("bottle");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("opened");
-        QTest::newRow("Windows") << "/b"
-                                 << R"(C:\Games\A\a.exe)"
-                                 << "/b/drive_c/games/a";
-        QTest::newRow("Unix") << "/b" << m_home.path() + "/b/drive_c/games/../games/a.exe"
-                              << "/b/drive_c/games";
-        QTest::newRow("gone") << "/b"
-                              << R"(C:\No\a.exe)"
-                              << "";
-        QTest::newRow("relative") << "/b"
-                                  << "a.exe"
-                                  << "";
-        QTest::newRow("no bottle") << ""
-                                   << "/tmp/a.exe"
-                                   << "";
+        const Table<QString, QString, QString> row("bottle", "path", "opened");
+        row("Windows", "/b", R"(C:\Games\A\a.exe)", "/b/drive_c/games/a");
+        row("Unix", "/b", m_home.path() + "/b/drive_c/games/../games/a.exe", "/b/drive_c/games");
+        row("gone", "/b", R"(C:\No\a.exe)", "");
+        row("relative", "/b", "a.exe", "");
+        row("no bottle", "", "/tmp/a.exe", "");
     }
     void folder() {
         QFETCH(QString, bottle);
@@ -241,14 +229,12 @@ private Q_SLOTS:
     }
 
     void associations_data() {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<int>("version");
-        QTest::addColumn<QStringList>("keys");
+        const Table<QByteArray, int, QStringList> row("file", "version", "keys");
         const QByteArray both = R"({"web":{"mime":"x-scheme-handler/web"},".a":{"mime":"a/b"},"x":1})";
-        QTest::newRow("system 22") << both << 22 << QStringList({".a", "web", "x"});
-        QTest::newRow("system 23") << both << 23 << QStringList({".a", "x"});
-        QTest::newRow("no version") << both << 0 << QStringList({".a", "web", "x"});
-        QTest::newRow("no object") << QByteArray("[1]") << 22 << QStringList();
+        row("system 22", both, 22, QStringList({".a", "web", "x"}));
+        row("system 23", both, 23, QStringList({".a", "x"}));
+        row("no version", both, 0, QStringList({".a", "web", "x"}));
+        row("no object", QByteArray("[1]"), 22, QStringList());
     }
     void associations() {
         QFETCH(QByteArray, file);
@@ -260,14 +246,12 @@ private Q_SLOTS:
     }
 
     void exportThem_data() {
-        QTest::addColumn<QByteArray>("exported");
-        QTest::addColumn<QList<int>>("keys");
-        QTest::addColumn<QJsonArray>("chosen");
+        const Table<QByteArray, QList<int>, QJsonArray> row("exported", "keys", "chosen");
         const QByteArray before = R"({"office":[".b",".gone"],"other":[".a"]})";
-        QTest::newRow("as before") << before << QList<int>() << QJsonArray({".b"});
-        QTest::newRow("two") << before << QList<int>({Qt::Key_Space}) << QJsonArray({".a", ".b"});
-        QTest::newRow("none") << before << QList<int>({Qt::Key_Down, Qt::Key_Space}) << QJsonArray();
-        QTest::newRow("never before") << QByteArray("torn") << QList<int>() << QJsonArray();
+        row("as before", before, QList<int>(), QJsonArray({".b"}));
+        row("two", before, QList<int>({Qt::Key_Space}), QJsonArray({".a", ".b"}));
+        row("none", before, QList<int>({Qt::Key_Down, Qt::Key_Space}), QJsonArray());
+        row("never before", QByteArray("torn"), QList<int>(), QJsonArray());
     }
     void exportThem() {
         QFETCH(QByteArray, exported);
