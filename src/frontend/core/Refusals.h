@@ -5,22 +5,22 @@
 
 struct OpenRefusal;
 
-/// Decides which starts are refused and says on the screen why: over the main window what was chosen there,
-/// otherwise in a window of its own. Owned by the application object; GUI thread.
+/// Decides which starts are refused and shows the reason: over the main window for a file that was chosen
+/// there, otherwise in a window of its own. Owned by the application object; GUI thread.
 class Refusals {
 public:
-    /// Over which refusals are shown until it is called with null.
+    /// The window over which reasons are shown; null for none.
     void setWindow(QWidget* window) { m_window = window; }
 
-    /// The next three are false when nothing stands in the way, and true when that has been said.
+    /// These three return true after they have shown why the start is refused, false when it may go on.
     bool refusesFile(const QString& path);
     bool refusesWithoutBus();
     bool refusesStoredProgram();
-    /// A word of the command line that is opened in no case; only a notification, unless it was chosen in a
-    /// window.
+    /// Tells why a word of the command line is not opened: by a notification, or in a window for a file that
+    /// was chosen in one.
     void refuseOther(const QString& path);
 
-    /// In a window.
+    /// Whether a reason was shown in a window.
     bool hasRefused() const { return m_hasRefused; }
 
 private:

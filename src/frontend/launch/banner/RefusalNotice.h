@@ -11,9 +11,8 @@ namespace RefusalNotice {
 /// refusal is shown once: a second time raises the window that is there.
 void show(const QString& path, const OpenRefusal& refusal, QWidget* parent);
 
-/// A notification of the desktop, and for a file that is there, where nobody takes it, a window that goes by
-/// itself after a while. For what was named on a command line, behind which nobody may be sitting.
-/// True when it is a window.
+/// Sends a notification of the desktop. Where no service takes it, an existing file gets a window that closes
+/// by itself after a while, since nobody may be sitting before a command line. True when it is a window.
 bool notify(const QString& path, const OpenRefusal& refusal);
 
 }  // namespace RefusalNotice

@@ -73,7 +73,7 @@ struct FailureFacts {
     bool isExitCodeKnown = false;  ///< by whoever started the program
     bool isPackage = false;        ///< of Windows Installer, whose errors are the exit codes
     int seconds = 0;               ///< that the program has run
-    bool isSilent = false;         ///< nothing was heard of the bottle for long, although the program runs
+    bool isSilent = false;         ///< its processes run, but there was no window and no log line for long
     bool windowSeen = false;
     bool crashed = false;
     QString launcherReason;  ///< why the launch script never reached the program, ready for the user
@@ -88,7 +88,7 @@ struct FailureFacts {
     /// What Repair could do in this bottle, apart from components and fonts.
     QVector<RepairAction> possible;
 
-    /// What brings all that the signs miss, apart from what was tried.
+    /// The components that would bring what the signs report missing, without those that were tried.
     QStringList missingComponents() const;
 
     /// Takes from a log that has been parsed what is found in it; `findings` is the parser's result. Asks for

@@ -24,7 +24,8 @@ public:
     /// Follows a launch in the bottle.
     void follow(ExeFileExecutor* executor, const QString& bottle);
 
-    /// The banner shows that the launch has failed. `canFix`: with "Repair" on offer.
+    /// Offers in the banner of a failed launch to try again or to choose a file, and explains "Repair" where
+    /// `canFix` says that it is on offer.
     void showWays(bool canFix);
 
     /// The components that could not be installed by the last repair; a Wine is none of them.
