@@ -142,6 +142,19 @@ class ExeFileExecutorTest : public QObject, private LaunchFixture {
                                       "preparing", "si", {runner, percent}));
     }
 
+    bool use32BitFile() {
+        m_file += "32.exe";
+        QFile::remove(m_file);
+        return QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file);
+    }
+
+    /// Whose Wine runs nothing else.
+    void makeBottleOf64Bit() {
+        makeBottle(privateBottleNameOf(m_file));
+        QVERIFY(QDir().mkpath(m_standIn.directory() + "/../lib/wine/x86_64-windows"));
+        m_standIn.write("../lib/wine/x86_64-windows/ntdll.dll", "");
+    }
+
 private Q_SLOTS:
     void init() {
         QVERIFY(startService());
@@ -154,14 +167,8 @@ private Q_SLOTS:
     }
 
     void launches_data() {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QStringList>("logs");
-        QTest::addColumn<QString>("how");  // "staging" is known or "stagingUsed"; "public"; "stored"; "fixup"
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char* name, const char* program, const QStringList& logs, const char* how,
-                            const char* expected) {
-            QTest::newRow(name) << program << logs << how << expected;
-        };
+        // how: "staging" is known; "public"; "stored"; "fixup"
+        const Table<QString, QStringList, QString, QString> row("program", "logs", "how", "expected");
         const char dies[] = "(exit 1)", second[] = "[ $RUN != 1 ] && show || (exit 1)";
         row("window", "show", {}, "", "launch|ran");
         row("no window", dies, {}, "", "launch|parse|ended 1 unseen|lost");
@@ -182,11 +189,8 @@ private Q_SLOTS:
             "launch|parse|ended 1 unseen|staging?|failed 1 0|switched|launch|ran");
         row("staging does not help", dies, {}, "staging",
             "launch|parse|ended 1 unseen|staging?|failed 1 0|switched|launch|parse|ended 1 unseen|lost");
-        row("staging in use", dies, {}, "stagingUsed",
-            "launch|parse|ended 1 unseen|staging?|failed 1 0|failed 0 0");
         row("stored", dies, {}, "stored staging", "launch|launch|parse|ended 1 unseen|failed 0 0");
         row("public", dies, {Gecko}, "public staging", "launch|ended 1 unseen|lost");
-        row("fixup, public", dies, {}, "public fixup", "prepared|setup Success|launch|ended 1 unseen|lost");
         row("fixup", "show", {Gecko}, "fixup", "prepared|setup Success|launch|ran");
     }
     void launches() {
@@ -194,7 +198,7 @@ private Q_SLOTS:
         QFETCH(QStringList, logs);
         QFETCH(QString, how);
         const QString name = how.contains("public") ? "public/x" : privateBottleNameOf(m_file);
-        makeBottle(name, {{"Runner", how.contains("stagingUsed") ? Staging : Stable}});
+        makeBottle(name, {{"Runner", Stable}});
         m_standIn.write("program", program.toUtf8());
         for (int i = 0; i < logs.size(); ++i)
             m_standIn.write(QString("log%1").arg(i + 1), logs[i].toUtf8());
@@ -220,7 +224,7 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents();
         QCOMPARE(m_results, 1);
         const bool isFinal = told().contains("lost") || told().endsWith("ran") || told().endsWith("won");
-        const int offers = told().count("failed ") - int(how == "stagingUsed");
+        const int offers = told().count("failed ");
         QCOMPARE(m_service->calls("scanApplicationLinks").size(), offers + int(isFinal));
         QCOMPARE(m_service->calls("setRunner").size(), told().count("switched"));
     }
@@ -241,20 +245,14 @@ private Q_SLOTS:
     }
 
     void runnerAndBottle_data() {
-        QTest::addColumn<QString>("install");  // the answer
-        QTest::addColumn<int>("signal");       // success of the signal; -1 for none
-        QTest::addColumn<QString>("creation");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char* name, const char* install, int signal, const char* creation,
-                            const char* expected) {
-            QTest::newRow(name) << install << signal << creation << expected;
-        };
+        // install: the answer
+        // signal: success of the signal; -1 for none
+        const Table<QString, int, QString, QString> row("install", "signal", "creation", "expected");
         row("installed", "{\"ok\":true}", 1, "{\"ok\":true}", "downloaded");
         row("slower than the bus", "{\"ok\":true} late", 1, "{\"ok\":true}", "downloaded");
         row("failed", "{\"ok\":true}", 0, "no json", "half|fallback");
         row("answered", "{\"ok\":true}", -1, "", "M1 lumora-wine10-stable has downloaded");
         row("refused", "{\"ok\":false}", -1, "error", "fallback");
-        row("error", "error", -1, "{\"ok\":false}", "fallback");
         row("killed", "kill", -1, "", "fallback");
         row("vanishes", "vanish", -1, "", "fallback");
         row("creation dies", "{\"ok\":true}", 1, "vanish", "downloaded");
@@ -333,12 +331,9 @@ private Q_SLOTS:
 
     /// The service dies, or the executor, while something is awaited.
     void interrupted_data() {
-        QTest::addColumn<QString>("call");  // that is under way
-        QTest::addColumn<QString>("log");
-        QTest::addColumn<QString>("expected");  // of the service's death; else it is the executor that dies
-        const auto row = [](const char* name, const char* call, const char* log, const char* expected) {
-            QTest::newRow(name) << call << log << expected;
-        };
+        // call: that is under way
+        // expected: of the service's death; else it is the executor that dies
+        const Table<QString, QString, QString> row("call", "log", "expected");
         row("components", "installDependency", Gecko,
             "M0 The bottle service has ended unexpectedly.|M2 Setup Failed|launch|parse|ended 1 unseen|lost");
         row("switch", "setRunner", "", "fixing|switch|first 41%|lost");
@@ -381,76 +376,33 @@ private Q_SLOTS:
         QCOMPARE(m_results, 0);
     }
 
-    /// Programs run in the bottle: they are ended, and the installation is asked for again, only when the
-    /// user says so.
-    void programsRun_data() {
-        QTest::addColumn<QString>("call");
-        QTest::addColumn<QString>("log");
-        QTest::addColumn<bool>("close");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<QString>("sent");
-        const char components[] = "installDependency", runner[] = "setRunner";
-        const char again[] = "asked Harbour|M2 Setup Success|launch", staged[] = "asked Harbour|M1 Switch";
-        QTest::newRow("components, no") << components << Gecko << false << "asked Harbour|failed 1 0"
-                                        << "";
-        QTest::newRow("components") << components << Gecko << true << again
-                                    << "killWineServer installDependency";
-        QTest::newRow("runner, no") << runner << "" << false << "asked Harbour|failed 1 0"
-                                    << "";
-        QTest::newRow("runner") << runner << "" << true << staged << "killWineServer setRunner";
-    }
-    void programsRun() {
-        QFETCH(QString, call);
-        QFETCH(QString, log);
-        QFETCH(bool, close);
-        QFETCH(QString, expected);
-        QFETCH(QString, sent);
+    /// Programs run in the bottle: they are ended, and the switch is asked for again, when the user says so.
+    void switchWaitsForPrograms() {
         makeBottle(privateBottleNameOf(m_file));
         const QString bottle = std::exchange(m_bottle, "none of the answers");  // of react()
         m_standIn.write("program", "(exit 1)");
-        m_standIn.write("log1", log.toUtf8());
-        if (call == "setRunner")
-            ComponentManager::instance()->runnerSupported = QStringList{Staging};
-        const auto report = [&](const QString& result) {
-            if (call == "setRunner")
-                m_service->emitSignal("component_setup_done", "ssss", {bottle, "runner", Staging, result});
-            else
-                m_service->emitSignal("dependencySetupDone", "sss", {bottle, "gecko", result});
-        };
+        ComponentManager::instance()->runnerSupported = QStringList{Staging};
         m_service->setAnswers(
-            call, {{{"error", "Programs run."}, {"errorName", "com.lumora.Error.Busy"}}, {{"text", ""}}});
+            "setRunner",
+            {{{"error", "Programs run."}, {"errorName", "com.lumora.Error.Busy"}}, {{"text", ""}}});
         create(1);
-        connect(m_executor.get(), &ExeFileExecutor::programsRunning, this,
-                [this](const QStringList& names) { note("asked " + names.join(' ')); });
+        QSignalSpy asked(m_executor.get(), &ExeFileExecutor::programsRunning);
         m_executor->start();
-        QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
-        report("{\"ok\":false,\"busy\":[\"Harbour\"]}");
-        QTRY_VERIFY2(told().endsWith("asked Harbour"), qPrintable(told()));
-        m_service->clearCalls();
-        m_executor->answerProgramsRunning(close);
-        m_executor->answerProgramsRunning(true);  // in vain
-        if (close) {
-            QVERIFY(!m_service->waitForCall(call).method.isEmpty());
-            report("{\"ok\":true}");
+        for (const char* result : {R"({"busy":["Harbour"]})", R"({"ok":true})"}) {
+            QVERIFY(!m_service->waitForCall("setRunner", 1 + asked.size(), LaunchMs).method.isEmpty());
+            m_service->emitSignal("component_setup_done", "ssss", {bottle, "runner", Staging, result});
+            QTRY_COMPARE(asked.size(), 1);
+            m_executor->answerProgramsRunning(true);  // the second time in vain
         }
-        QTRY_VERIFY2(told().contains(expected), qPrintable(told()));
-        QStringList calls;
-        for (const RecordedCall& each : m_service->calls()) {
-            if (each.method == "killWineServer" || each.method == call)
-                calls += each.method;
-        }
-        QCOMPARE(calls.join(' '), sent);
-        QCOMPARE(m_results, close ? 0 : 1);
+        QTRY_VERIFY2(told().contains("switched"), qPrintable(told()));
+        QCOMPARE(asked[0][0].toStringList(), QStringList("Harbour"));
+        QCOMPARE(m_service->calls("killWineServer").size(), 1);
     }
 
     /// Whatever is under way: after a cancel only the cancel itself leaves the process.
     void cancelled_data() {
-        QTest::addColumn<QString>("call");  // that is under way
-        QTest::addColumn<bool>("isHeld");
-        QTest::addColumn<QString>("log");
-        QTest::addColumn<QString>("sent");
-        const auto row = [](const char* name, const char* call, bool isHeld, const char* log,
-                            const char* sent) { QTest::newRow(name) << call << isHeld << log << sent; };
+        // call: that is under way
+        const Table<QString, bool, QString, QString> row("call", "isHeld", "log", "sent");
         row("runner", "install", true, "", "cancelInstall");
         row("bottle", "createBottles", true, "", "");
         row("running", "get", false, "", "");
@@ -538,6 +490,10 @@ private Q_SLOTS:
         row("runner", "", "", "{\"ok\":true}", "relaunch program...|launch", "install setRunner");
         row("runner is not had", "install", "{\"ok\":false,\"error\":\"no net\"}", "",
             "M1 wine-11.22 could not be downloaded: no net|failed 1 0", "install");
+        row("runner, not now", "", "", R"({"ok":false,"busy":["Harbour"]})",
+            "asked Harbour|M1 a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. Repair "
+            "gets wine-11.22, which runs both.|failed 1 0",
+            "install setRunner");
         row("runner, busy", "", "", "{\"ok\":false,\"busy\":[\"Harbour\"]}",
             "asked Harbour|M2 Switching the container to wine-11.22",
             "install setRunner killWineServer setRunner");
@@ -553,15 +509,9 @@ private Q_SLOTS:
         QFETCH(QString, answer);
         QFETCH(QString, signal);
         QFETCH(QString, expected);
-        if (method != "renewBottle") {
-            m_file += "32.exe";
-            QFile::remove(m_file);
-            if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
-                QSKIP("the Windows compiler is not on this machine");
-        }
-        makeBottle(privateBottleNameOf(m_file));
-        QVERIFY(QDir().mkpath(m_standIn.directory() + "/../lib/wine/x86_64-windows"));
-        m_standIn.write("../lib/wine/x86_64-windows/ntdll.dll", "");
+        if (method != "renewBottle" && !use32BitFile())
+            QSKIP("the Windows compiler is not on this machine");
+        makeBottleOf64Bit();
         m_standIn.write("program", "[ $RUN != 1 ] && show || (exit 1)");
         const QString place = method == "Bottles.list" ? "installed" : "supported";
         m_service->setJson("runnersFor32Bit", QJsonObject{{place, QJsonArray{"wine-11.22"}}});
@@ -577,7 +527,7 @@ private Q_SLOTS:
                 [&](bool canWeFix) { all += QString("|failed %1 0").arg(canWeFix); });
         connect(m_executor.get(), &ExeFileExecutor::programsRunning, this, [&](const QStringList& names) {
             all += "|asked " + names.join(' ');
-            m_executor->answerProgramsRunning(true);
+            m_executor->answerProgramsRunning(!expected.contains("failed"));
         });
         m_executor->start();
         if (!signal.isEmpty()) {
@@ -619,15 +569,9 @@ private Q_SLOTS:
         QFETCH(QString, file);
         QFETCH(QStringList, creations);
         QFETCH(QString, expected);
-        if (file == "32.exe") {
-            m_file += file;
-            QFile::remove(m_file);
-            if (!QFile::copy(QString(TEST_BINARY_DIR) + "/tests/programs/x86/quit.exe", m_file))
-                QSKIP("the Windows compiler is not on this machine");
-        }
-        makeBottle(privateBottleNameOf(m_file));
-        QVERIFY(QDir().mkpath(m_standIn.directory() + "/../lib/wine/x86_64-windows"));
-        m_standIn.write("../lib/wine/x86_64-windows/ntdll.dll", "");
+        if (file == "32.exe" && !use32BitFile())
+            QSKIP("the Windows compiler is not on this machine");
+        makeBottleOf64Bit();
         if (file.isEmpty())
             QVERIFY(QFile::remove(m_standIn.directory() + "/wine"));
         if (file == "old" || file == "new") {
