@@ -50,32 +50,25 @@ private Q_SLOTS:
     }
 
     void commandLine_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("message");
+        const Table<QStringList, QString> row("arguments", "message");
         const QString some = "../some file.exe";
-        QTest::newRow("no such file") << QStringList{"/nowhere/a.exe"} << "No such file:";
-        QTest::newRow("directory") << QStringList{"/tmp"} << "Not a Windows program:";
-        QTest::newRow("no bottle in the url") << QStringList{"lumorawine://abc"} << "Invalid url:";
-        QTest::newRow("empty bottle") << QStringList{"lumorawine:///uuid"} << "Invalid url:";
-        QTest::newRow("unknown bottle") << QStringList{"lumorawine://gone/uuid"} << "Invalid bottles name:";
-        QTest::newRow("empty word") << QStringList{""} << "Invalid url:";
-        QTest::newRow("batch file without debug") << QStringList{"@/run.bat"} << "Not a Windows program:";
-        QTest::newRow("package") << QStringList{"@/x.cxb"} << "open cxb file:";
-        QTest::newRow("zero bytes") << QStringList{"@/zero.exe"} << "not a file";
-        QTest::newRow("directory with suffix") << QStringList{"@/folder.exe"} << "not a file";
-        QTest::newRow("pipe") << QStringList{"@/pipe.exe"} << "not a file";
-        QTest::newRow("short fixup") << QStringList{"--fixup", "b", "u"}
-                                     << "Invalid fixup arguments, need at least bottlesName and programUuid";
-        QTest::newRow("short open") << QStringList{"--open", "b"} << "Invalid open arguments, eg:";
+        row("no such file", QStringList{"/nowhere/a.exe"}, "No such file:");
+        row("no bottle in the url", QStringList{"lumorawine://abc"}, "Invalid url:");
+        row("unknown bottle", QStringList{"lumorawine://gone/uuid"}, "Invalid bottles name:");
+        row("empty word", QStringList{""}, "Invalid url:");
+        row("batch file without debug", QStringList{"@/run.bat"}, "Not a Windows program:");
+        row("package", QStringList{"@/x.cxb"}, "open cxb file:");
+        row("pipe", QStringList{"@/pipe.exe"}, "not a file");
+        row("short fixup", QStringList{"--fixup", "b", "u"},
+            "Invalid fixup arguments, need at least bottlesName and programUuid");
+        row("short open", QStringList{"--open", "b"}, "Invalid open arguments, eg:");
     }
 
     void commandLine() {
         QFETCH(QStringList, arguments);
         QFETCH(QString, message);
-        m_home->write("zero.exe", "");
         m_home->write("run.bat", "@echo off");
         m_home->write("x.cxb", "x");
-        QDir(m_home->path()).mkdir("folder.exe");
         QCOMPARE(::mkfifo(qPrintable(m_home->path() + "/pipe.exe"), 0600), 0);
         arguments.replaceInStrings("@", m_home->path());
         InstalledApp app(arguments);
@@ -152,11 +145,10 @@ private Q_SLOTS:
 
     /// Nothing ever waits for the version check.
     void hungService_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("status");
-        QTest::newRow("bad file") << QStringList{"/nowhere/a.exe"} << 1;
-        QTest::newRow("version") << QStringList{"--version"} << 0;
-        QTest::newRow("bad option") << QStringList{"--nonsense"} << 1;
+        const Table<QStringList, int> row("arguments", "status");
+        row("bad file", QStringList{"/nowhere/a.exe"}, 1);
+        row("version", QStringList{"--version"}, 0);
+        row("bad option", QStringList{"--nonsense"}, 1);
     }
 
     void hungService() {
@@ -167,18 +159,9 @@ private Q_SLOTS:
     }
 
     void serviceTrouble_data() {
-        QTest::addColumn<QString>("trouble");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("absent") << "absent"
-                                << "Could not connect to the D-Bus service.";
-        QTest::newRow("other version") << "version"
-                                       << "D-Bus version mismatch. Expected:";
-        QTest::newRow("dies in createBottles") << "dies"
-                                               << "reply is invalid";
-        QTest::newRow("malformed answers") << "malformed"
-                                           << "not exists";
-        QTest::newRow("errors") << "errors"
-                                << "Failed to fetch bottles config.";
+        const Table<QString, QString> row("trouble", "message");
+        row("absent", "absent", "Could not connect to the D-Bus service.");
+        row("other version", "version", "D-Bus version mismatch. Expected:");
     }
 
     /// A launch goes as far as the service lets it, then waits in its banner.
@@ -188,16 +171,8 @@ private Q_SLOTS:
         if (trouble == "absent") {
             m_service->kill();
             QVERIFY(m_service->waitUntilGone());
-        } else if (trouble == "version") {
-            m_service->setText("Manager.GetVersion", "1.0");
-        } else if (trouble == "dies") {
-            m_service->setVanish("Bottles.createBottles");
-        } else if (trouble == "malformed") {
-            for (const char* method : {"list", "get", "createBottles", "checkPublicBottles"})
-                m_service->setText(QString("Bottles.") + method, "}{\x01 nonsense");
         } else {
-            for (const char* method : {"list", "get", "createBottles"})
-                m_service->setError(QString("Bottles.") + method, "no");
+            m_service->setText("Manager.GetVersion", "1.0");
         }
         const QString file = m_home->write("program.exe", smallProgram());
         InstalledApp app({file});
@@ -205,27 +180,6 @@ private Q_SLOTS:
         QVERIFY2(app.log().contains(message), qPrintable(app.log()));
         app.signal(SIGTERM);
         QCOMPARE(app.waitForExit(), 0);
-    }
-
-    void brokenSettings_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("binary") << QByteArray("\x00\xff\xfe[[[\n=", 9);
-        QTest::newRow("half a line") << QByteArray("[basic]\nupdate_log.ver");
-    }
-
-    /// Nothing recorded means that the agreement is asked; the broken file is still there, under another
-    /// name.
-    void brokenSettings() {
-        QFETCH(QByteArray, content);
-        m_home->write(".config/lumora/cellarix/settings.conf", content);
-        InstalledApp app({"--service"});
-        QVERIFY2(app.waitForLog("service_agreement_dialog"), qPrintable(app.log()));
-        app.signal(SIGTERM);
-        QVERIFY(app.waitForExit() >= 0);
-        QByteArray kept;
-        for (const QFileInfo& file : QDir(QFileInfo(settingsFile()).path()).entryInfoList(QDir::Files))
-            kept += readFile(file.filePath());
-        QVERIFY(kept.contains(content.left(8)));
     }
 
     /// What another start hands over waits for the answer, and goes with the refusal.
@@ -238,44 +192,6 @@ private Q_SLOTS:
         app.signal(SIGTERM);
         QCOMPARE(app.waitForExit(), 1);
         QVERIFY2(!app.log().contains("No such file:"), qPrintable(app.log()));
-    }
-
-    void readOnlySettings() {
-        // Root writes into read-only directories; a directory in the file's place stops everybody.
-        QVERIFY(QFile::remove(settingsFile()));
-        QVERIFY(QDir().mkpath(settingsFile() + "/in-the-way"));
-        InstalledApp app({"--service"});
-        QVERIFY2(app.waitForLog("service_agreement_dialog"), qPrintable(app.log()));
-        app.signal(SIGTERM);
-        QVERIFY(app.waitForExit() >= 0);
-    }
-
-    void noRoomForTheLog() {
-        const QString cache = m_home->cache() + "/lumora/cellarix";
-        QDir().mkpath(cache);
-        QVERIFY(QFile::link("/dev/full", cache + "/cellarix.log"));
-        InstalledApp app({"--service"});
-        QVERIFY(app.waitForLog("cellarix start"));
-        app.signal(SIGTERM);
-        QCOMPARE(app.waitForExit(), 0);
-    }
-
-    void killedInstanceLeavesNoTrace() {
-        InstalledApp dead({"--service"});
-        QVERIFY(dead.waitForLog("cellarix start"));
-        dead.signal(SIGKILL);
-        QCOMPARE(dead.waitForExit(), -1);
-        InstalledApp next({"--service"});
-        QVERIFY2(next.waitForLog("cellarix start"), qPrintable(next.log()));
-        next.signal(SIGTERM);
-        QCOMPARE(next.waitForExit(), 0);
-    }
-
-    void helpAndBadOption() {
-        QCOMPARE(InstalledApp({"--help"}).waitForExit(), 0);
-        InstalledApp bad({"--no-such-option"});
-        QCOMPARE(bad.waitForExit(), 1);
-        QVERIFY2(bad.log().contains("no-such-option"), qPrintable(bad.log()));
     }
 };
 

