@@ -151,8 +151,8 @@ void CellarixApplication::requestMainWindow() {
 
 /// As if it were handed over by another start, so that the two never run into each other.
 void CellarixApplication::openChosenFile(const QString& path) {
-    // A batch file given to the command line is a document.
     m_refusals.setWindow(m_mainWindow);
+    // A batch file given to the command line is a document.
     if (path.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive))
         openExe(path, false);
     else
@@ -203,6 +203,8 @@ int CellarixApplication::repairProgram(const QString& bottleName, const QString&
                                        const QStringList& components) {
     if (components.isEmpty() || m_runners.contains(bottleName))
         return openProgram(bottleName, programUuid);
+    if (m_refusals.refusesStoredProgram())
+        return 1;
     auto* runner = new ExeFileRunner(bottleName, programUuid, this);
     addExeRunner(runner);
     const int result = runner->fixup(bottleName, programUuid, components);

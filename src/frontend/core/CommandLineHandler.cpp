@@ -154,8 +154,6 @@ int CommandLineHandler::handleFixupCommand(const QStringList& positional) {
         qWarning() << "The program is already running, skip fixup";
         return 1;
     }
-    if (m_application->refusals().refusesWithoutBus())
-        return 1;
     return m_application->repairProgram(bottle, uuid, components);
 }
 

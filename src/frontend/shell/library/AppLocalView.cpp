@@ -16,6 +16,7 @@
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
 #include "launch/FileChoice.h"
+#include "launch/inspection/OpenRefusal.h"
 #include "programs/ProgramRuns.h"
 #include "shell/ShellImages.h"
 #include "shell/library/AppItemWidgetStateManager.h"
@@ -126,7 +127,7 @@ void AppLocalView::onProgramChanged(const ProgramPtr& program) {
 /// A lost bus does not come back, so that there is nothing to try again.
 void AppLocalView::showFailure() {
     const bool canRetry = SessionBus::isConnected();
-    m_failed->setDetail(canRetry ? QString() : SessionBus::missingText());
+    m_failed->setDetail(canRetry ? OpenRefusal::ofBottlesPlace().reason : SessionBus::missingText());
     m_failed->button()->setVisible(canRetry);
 }
 
