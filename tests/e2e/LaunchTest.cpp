@@ -203,21 +203,6 @@ private Q_SLOTS:
         QCOMPARE(app.waitForExit(), 0);
     }
 
-    void programEndKeepsTheMainWindow() {
-        InstalledApp app;
-        const WindowInfo mainWindow = m_windows.waitForTitle("Cellarix", LaunchMs);
-        QVERIFY(mainWindow.id);
-        InstalledApp other({m_files.path() + "/first.exe"});
-        const WindowInfo program = m_windows.waitForTitle(SampleTitle, LaunchMs);
-        QVERIFY2(program.id, qPrintable(app.log()));
-        QVERIFY(isSeen(app));
-        m_windows.close(program.id);
-        QVERIFY(app.waitForLog("remove exe runner:"));
-        QVERIFY(app.isRunning());
-        m_windows.close(mainWindow.id);
-        QCOMPARE(app.waitForExit(), 0);
-    }
-
     void signalEndsIt_data() {
         const Table<int> row("number");
         row("SIGTERM", SIGTERM);

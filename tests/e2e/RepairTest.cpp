@@ -10,6 +10,7 @@
 
 #include "e2e/InstalledApp.h"
 #include "e2e/LaunchProbe.h"
+#include "support/Table.h"
 #include "support/WindowFinder.h"
 
 using namespace TestSupport;
@@ -131,33 +132,25 @@ private Q_SLOTS:
     }
 
     void endings_data() {
-        QTest::addColumn<QString>("sampleName");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QStringList>("lines");
-        const auto row = [](const char* name, const char* file, const char* option, int status,
-                            const QStringList& lines) {
-            QTest::newRow(file) << name << file << option << status << lines;
-        };
+        const Table<QString, QString, int, QStringList> row("sampleName", "option", "status", "lines");
         // The catalogue can bring it, so it is offered before it is there.
         const QString staging =
             "msg 1 Application is not running as expected, try to using "
             "lumora-wine-staging and relaunch";
         row("quit", "quit", "", 2, {QString(NoWindow).arg(0), staging, "runFailed 1 0"});
-        row("fault", "fault-window-font", "", 2,
+        row("fault-window-font", "fault", "", 2,
             {"windowPopuped", "msg 1 This application missing fonts: simsun.ttc",
              "msg 1 Seems application has finished, exit code: 0", "runFailed 1 1"});
-        row("fault", "fault-font", "--auto-fix", 1,
+        row("fault-font", "fault", "--auto-fix", 1,
             {"runFailed 1 0", "Fixing", "step 1 Launching", NothingFixed, "runFailed 0 0"});
-        row("fault", "fault-wait", "", 2, {staging, "runFailed 1 0"});
+        row("fault-wait", "fault", "", 2, {staging, "runFailed 1 0"});
         row("console", "console", "", 0,
             {"msg 1 This application is a console application, launch in terminal",
              "msg 1 Seems application has finished, exit code: 0", "runSuccessed"});
     }
     void endings() {
         QFETCH(QString, sampleName);
-        QFETCH(QString, name);
+        const QString name = QTest::currentDataTag();
         QFETCH(QString, option);
         QFETCH(int, status);
         QFETCH(QStringList, lines);
@@ -211,11 +204,11 @@ private Q_SLOTS:
 
     /// Whatever dies at whatever moment, the launch ends, and once.
     void killed_data() {
-        QTest::addColumn<QString>("victim");
-        QTest::newRow("service") << "lumora-wine-launcher";
-        QTest::newRow("launcher") << "launcher.py";
-        QTest::newRow("monitor") << "enum_process_window.exe";
-        QTest::newRow("wineserver") << "wineserver";
+        const Table<QString> row("victim");
+        row("service", "lumora-wine-launcher");
+        row("launcher", "launcher.py");
+        row("monitor", "enum_process_window.exe");
+        row("wineserver", "wineserver");
     }
     void killed() {
         QFETCH(QString, victim);

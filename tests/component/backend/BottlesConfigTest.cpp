@@ -187,13 +187,7 @@ private Q_SLOTS:
     }
 
     void createBottles_data() {
-        QTest::addColumn<QJsonObject>("answer");
-        QTest::addColumn<QJsonObject>("result");
-        QTest::addColumn<QString>("line");
-        const auto row = [](const char* name, const QJsonObject& answer, const QJsonObject& result) {
-            QTest::newRow(name) << answer << result
-                                << (answer.contains("text") ? "create bottles result: " : "reply is invalid");
-        };
+        const Table<QJsonObject, QJsonObject> row("answer", "result");
         const QJsonObject no{{"ok", false}};
         row("made", {{"text", R"({"ok":true,"path":"/p"})"}}, {{"ok", true}, {"path", "/p"}});
         row("malformed", {{"text", "{"}}, {});
@@ -214,8 +208,8 @@ private Q_SLOTS:
         QTRY_COMPARE(created.count(), 1);
         QCOMPARE(created[0][0].toString(), "new");
         QTEST(created[0][1].toJsonObject(), "result");
-        QFETCH(QString, line);
-        QVERIFY2(log.contains(line), qPrintable(log.text()));
+        QVERIFY2(log.contains(answer.contains("text") ? "create bottles result: " : "reply is invalid"),
+                 qPrintable(log.text()));
         QTRY_VERIFY(config().findChildren<QDBusPendingCallWatcher*>().isEmpty());
     }
 
