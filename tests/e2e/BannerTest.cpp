@@ -109,31 +109,6 @@ private Q_SLOTS:
         QCOMPARE(app.waitForExit(), 0);
     }
 
-    void installers_data() {
-        QTest::addColumn<QString>("setup");
-        QTest::addColumn<QStringList>("left");  // programs; none: the bottle has gone too
-        QTest::newRow("links") << "setup_links" << QStringList{"Sample program"};
-        QTest::newRow("nothing") << "setup_nothing" << QStringList();
-    }
-    void installers() {
-        QFETCH(QString, setup);
-        const QString file = program(setup);
-        if (file.isEmpty())
-            QSKIP("the installer was not built");
-        InstalledApp app({file});
-        QVERIFY2(m_windows.waitForTitle("Sample setup", LaunchMs).id, qPrintable(app.log()));
-        QVERIFY(app.waitForLog("got a window popuped", LaunchMs));
-        QTRY_VERIFY(m_windows.byPid(app.pid()).isEmpty());
-        QCOMPARE(app.waitForExit(LaunchMs), 0);
-        QFETCH(QStringList, left);
-        QTRY_COMPARE_WITH_TIMEOUT(bottleOf(setup).isEmpty(), left.isEmpty(), 20000);
-        QStringList names;
-        const QString bottle = bottleOf(setup);
-        for (const QJsonValue& entry : programs(bottle))
-            names << entry.toObject().value("name").toString();
-        QCOMPARE(names, left);
-    }
-
     /// The question comes first; then nothing of the bottle goes on.
     void closedDuringStart() {
         InstalledApp app({program("fault", "fault-wait")}, variables());

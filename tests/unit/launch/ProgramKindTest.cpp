@@ -74,12 +74,9 @@ private Q_SLOTS:
         const ProgramHost plain, old{true, true, false}, dosBox{true, true, true}, arm{false, false, false};
         row("64 bit", "exe", pe(0x8664), K::Runnable, plain);
         row("32 bit under another name", "scr", pe(0x14c), K::Runnable, plain);
-        row("no suffix", "", pe(0x14c), K::Runnable, plain);
-        row("console", "exe", pe(0x8664, 3), K::Runnable, plain);
         row("odd subsystem and machine", "exe", pe(0, 0, 0), K::Runnable, plain);
         row("ARM64", "exe", pe(0xaa64), K::ArmProgram, plain);
         row("ARM64 on ARM64", "exe", pe(0xaa64), K::Runnable, arm);
-        row("ARM 32", "exe", pe(0x1c4), K::ArmProgram, plain);
         row("Itanium", "exe", pe(0x200), K::OtherProcessor, plain);
         row("library", "dll", pe(0x8664, 2, 0x2022), K::Library, plain);
         row("driver", "sys", pe(0x8664, 1), K::Driver, plain);
