@@ -153,6 +153,7 @@ void BannerFailedPart::offerRetry(bool canChooseFile) {
     m_retryRow->layout()->setContentsMargins(0, m_debug->isHidden() ? 0 : Tokens::Space12, 0, 0);
     m_choose->setVisible(canChooseFile);
     m_retryRow->show();
+    m_retryRow->updateGeometry();
     layout()->invalidate();
 }
 

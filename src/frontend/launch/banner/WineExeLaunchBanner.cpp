@@ -29,6 +29,7 @@ constexpr int MaskAlpha = 204;
 constexpr int NameMaxWidth = 200;
 constexpr int StatusMaxWidth = 400;
 constexpr int ReasonMaxWidth = 480;
+constexpr int FewestReasonLines = 2;
 constexpr int AboveIcon = 68;  ///< puts what the running look holds into its middle; the failed one keeps it
 constexpr qreal FailedIconOpacity = 0.6;
 
@@ -163,6 +164,8 @@ void WineExeLaunchBanner::showDescription(const QString& text) {
     for (const QString& line : m_isReason ? text.split('\n') : QStringList{text})
         lines += line.simplified();
     m_description->setText(lines.join('\n').trimmed());
+    if (m_closeState == Failed)
+        keepRoomBelow(m_canRepair ? FailedHeight : RunningHeight);
 }
 
 void WineExeLaunchBanner::showStatus(const QString& status) {
@@ -231,19 +234,36 @@ void WineExeLaunchBanner::giveDescriptionRoom(bool isReason) {
                                                     : Qt::NoTextInteraction);
     showDescription(m_shownDescription);
     m_description->setTextRole(isReason ? Theme::Text : Theme::Secondary);
-    m_description->setElided(!isReason);
-    m_description->setReadingWidth(isReason ? ReasonMaxWidth : 0);
+    limitDescription(isReason ? 0 : 1);
 }
 
-/// What a long reason takes more than there is comes off the space above the icon.
+/// `lines` 0 is as many as it takes. "View Logs" and the tool tip have the rest.
+void WineExeLaunchBanner::limitDescription(int lines) {
+    m_description->setReadingWidth(lines == 0 ? ReasonMaxWidth : 0);
+    m_description->setElidedAfter(qMax(1, lines));
+    m_description->setElided(lines > 0);
+}
+
+/// What a long reason takes more than there is comes off the space above the icon, then off its own lines.
 void WineExeLaunchBanner::keepRoomBelow(int windowHeight) {
     QLayout* layout = centralWidget()->layout();
     m_above->changeSize(0, AboveIcon, QSizePolicy::Minimum, QSizePolicy::Fixed);
-    layout->invalidate();
+    if (m_isReason)
+        limitDescription(0);
+    // Layouts forget the sizes of widgets inside widgets only when the event loop runs again.
+    m_failed->updateGeometry();
     m_changing->layout()->invalidate();
+    m_changing->updateGeometry();
+    layout->invalidate();
     const QMargins frame = contentsMargins();
     const int room = windowHeight - Tokens::TitleBarHeight - frame.top() - frame.bottom();
     const int missing = layout->totalHeightForWidth(Width) - room;
+    const int stillMissing = missing - (AboveIcon - Tokens::Space16);
+    if (m_isReason && stillMissing > 0) {
+        const int line = m_description->fontMetrics().lineSpacing();
+        const int lines = (m_description->heightForWidth(ReasonMaxWidth) - stillMissing) / line;
+        limitDescription(qMax(FewestReasonLines, lines));
+    }
     m_above->changeSize(0, qBound(Tokens::Space16, AboveIcon - missing, AboveIcon), QSizePolicy::Minimum,
                         QSizePolicy::Fixed);
     layout->invalidate();

@@ -76,6 +76,7 @@ private:
     void showStatus(const QString& status);
     void showDescription(const QString& text);
     void giveDescriptionRoom(bool isReason);
+    void limitDescription(int lines);
     void keepRoomBelow(int windowHeight);
     void moveHeight(int height);
     void leaveFailedPicture();
