@@ -103,16 +103,19 @@ QImage logs() {
     Banner banner;
     banner.showFailed(true);
     LogsWidget log;
-    for (const char* line : {"Initializing Envrironment", "Choose wine version: lumora-wine8-stable",
-                             "Launching", "Launching Harbour Office"})
-        log.appendLine(line, 3);
+    const auto text = [](const char* source) {
+        return QCoreApplication::translate("ExeFileExecutor", source);
+    };
+    log.appendLine(text("Initializing Envrironment"), 3);
+    log.appendLine(text("Choose wine version: %1").arg("lumora-wine8-stable"), 3);
+    log.appendLine(text("Launching %1").arg("Harbour Office"), 3);
     log.appendLine(
         "0024:err:module:import_dll Library MSVCP140.dll (which is needed by "
         "L\"C:\\\\Program Files\\\\Harbour\\\\office.exe\") not found",
         1);
-    log.appendLine("Parsing wine logs and fix application", 3);
+    log.appendLine(text("Parsing wine logs and fix application"), 3);
     log.appendLine("0024:fixme:ntdll:NtQuerySystemInformation info_class SYSTEM_PERFORMANCE_INFORMATION", 1);
-    log.appendLine("Try to fix application with those components:\n- vcredist2022", 3);
+    log.appendLine(text("Try to fix application with those components:") + "\n- vcredist2022", 3);
     RepairOffer offer;
     offer.components = {{"vcredist2022",
                          "Visual C++ 2015-2022",
