@@ -12,6 +12,12 @@ QString keyOf(FileChoice::Kind kind) {
     switch (kind) {
         case FileChoice::Kind::Registry:
             return QStringLiteral("basic.last_folder.registry");
+        case FileChoice::Kind::Installer:
+            return QStringLiteral("basic.last_folder.installer");
+        case FileChoice::Kind::Log:
+            return QStringLiteral("basic.last_folder.log");
+        case FileChoice::Kind::Icon:
+            return QStringLiteral("basic.last_folder.icon");
         default:
             return QStringLiteral("basic.last_folder.program");
     }

@@ -9,10 +9,10 @@ class QWidget;
 /// also after the program was started anew.
 namespace FileChoice {
 
-enum class Kind { Program, Registry };
+enum class Kind { Program, Registry, Installer, Log, Icon };
 
 /// Over the window of `over`, not open yet; deletes itself when it is closed. `firstFolder` is where it
-/// begins as long as none was chosen from, or that folder is gone.
+/// begins as long as none was chosen from, or that folder is gone. Asks for a file that is there.
 QFileDialog* make(Kind kind, QWidget* over, const QString& title, const QString& firstFolder,
                   const QString& filter);
 

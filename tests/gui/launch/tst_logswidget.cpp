@@ -9,6 +9,7 @@
 #include "gui/fenk/FenkTestMain.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RunningLogsDialog.h"
+#include "support/KeyWalk.h"
 
 class TestLogsWidget : public QObject {
     Q_OBJECT
@@ -112,6 +113,8 @@ private Q_SLOTS:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         QVERIFY(log.hasFocus());
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QCOMPARE(TestSupport::outOfReach(&dialog), QString());
         QVERIFY(dialog.width() > 478 && dialog.maximumWidth() > dialog.width());
         QCOMPARE(dialog.height(), 331);
         QTRY_COMPARE(log.document()->firstBlock().layout()->lineCount(), 1);

@@ -17,6 +17,7 @@
 #include "fenk/FloatingMessage.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "launch/FileChoice.h"
 #include "launch/banner/LogsWidget_LeftIconWidget.h"
 
 using namespace Fenk;
@@ -177,10 +178,11 @@ bool LogsWidget::saveTo(const QString& path) {
 }
 
 void LogsWidget::askWhereToSave() {
-    auto* dialog = new QFileDialog(window(), tr("Save the log"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QFileDialog* dialog =
+        FileChoice::make(FileChoice::Kind::Log, window(), tr("Save the log"),
+                         QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QString());
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    dialog->setFileMode(QFileDialog::AnyFile);
     dialog->selectFile(QDateTime::currentDateTime().toString("'cellarix-'yyyyMMdd-HHmmss'.log'"));
     connect(dialog, &QFileDialog::fileSelected, this, &LogsWidget::saveTo);
     dialog->open();

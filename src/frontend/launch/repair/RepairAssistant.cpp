@@ -164,7 +164,7 @@ void RepairAssistant::chooseFile() {
         }
     }
     QFileDialog* dialog =
-        FileChoice::make(FileChoice::Kind::Program, m_banner, tr("Choose %1").arg(wanted),
+        FileChoice::make(FileChoice::Kind::Installer, m_banner, tr("Choose %1").arg(wanted),
                          QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
                          tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z);;" + tr("All files") + " (*)");
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {

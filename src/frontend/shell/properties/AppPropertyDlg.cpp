@@ -9,9 +9,9 @@
 #include <QStandardPaths>
 
 #include "fenk/Card.h"
-#include "fenk/DialogAnchor.h"
 #include "fenk/Label.h"
 #include "fenk/Tokens.h"
+#include "launch/FileChoice.h"
 #include "shell/properties/AppEntryIconEditor.h"
 #include "shell/properties/NameEditor.h"
 #include "shell/properties/PathLink.h"
@@ -150,18 +150,14 @@ void AppPropertyDlg::tell(const QString& sentence) {
 void AppPropertyDlg::chooseIcon() {
     tell({});
     const QFileInfo present(m_details->icon());
-    QString start = present.path();
-    if (!present.isAbsolute() || !QFileInfo(start).isDir())
-        start = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    if (!QFileInfo(start).isDir())
-        start = QDir::homePath();
-    auto* dialog =
-        new QFileDialog(this, tr("Open Application Icon"), start,
-                        tr("Icons Files") + " (*.png *.PNG *.jpg *.JPG *.jpeg *.JPEG *.svg *.ico)");
+    const QFileInfo pictures(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
+    QFileDialog* dialog =
+        FileChoice::make(FileChoice::Kind::Icon, this, tr("Open Application Icon"),
+                         pictures.isDir() ? pictures.filePath() : QDir::homePath(),
+                         tr("Icons Files") + " (*.png *.PNG *.jpg *.JPG *.jpeg *.JPEG *.svg *.ico)");
     dialog->setObjectName("property_icon_dialog");
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFile);
-    new DialogAnchor(dialog);
+    if (present.isAbsolute() && present.dir().exists())
+        dialog->setDirectory(present.path());
     connect(dialog, &QFileDialog::fileSelected, m_details, &ProgramDetails::useIcon);
     dialog->open();
 }
