@@ -48,6 +48,11 @@ bool isOutside(const QString& path, const QString& bottlePath) {
     return !real.isEmpty() && !real.startsWith(QFileInfo(bottlePath).canonicalFilePath() + '/');
 }
 
+/// What can be told of that before the bottle's place is known.
+bool mayBeOutside(const QString& path) {
+    return !path.startsWith(QLatin1String("C:"), Qt::CaseInsensitive);
+}
+
 /// Nothing is done, and nothing returned, when the bottle would be left empty without anybody having agreed.
 std::optional<BottleUtils::Removal> removed(const ProgramRef& ref, bool withBottle) {
     if (!withBottle) {
@@ -89,8 +94,8 @@ void showSize(Fenk::Label* label, const QString& directory) {
         });
 }
 
-/// What goes with the program and what does not, below what is asked. The size comes later, and its line has
-/// its place from the beginning.
+/// What goes with the program and what does not, below what is asked. Size and file come later, and their
+/// lines have their place from the beginning: a dialog that grows while it comes up loses its own.
 void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
     const ProgramRef ref = program.ref;
     if (AppItemWidgetStateManager::isRunning(ref)) {
@@ -101,11 +106,11 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
     }
     auto* size =
         withBottle ? paragraph(Question::tr("The container will be deleted."), "removal_size") : nullptr;
-    auto* file = paragraph(QString(), "removal_file");
+    auto* file = paragraph(QString(' '), "removal_file");
     if (size)
         dialog->addContent(size);
     dialog->addContent(file);
-    file->hide();
+    file->setVisible(mayBeOutside(program.path));
     BottlesConfig::instance()->watchBottle(
         ref.bottle, dialog, [size, file, program](const BusResult& result) {
             const QString bottle = BottleRecord::path(result.object());
