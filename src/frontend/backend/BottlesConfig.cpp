@@ -278,10 +278,12 @@ BusResult BottlesConfig::createDesktopEntry(const QString& bottle, const QString
 }
 
 void BottlesConfig::killProgram(const QString& bottle, const QString& programId) {
+    Q_EMIT endRequested(bottle, programId);
     BusCall::fire(*this, "killProgram", {bottle, programId});
 }
 
 void BottlesConfig::killWineServer(const QString& bottle, QObject* context, const Handler& handler) {
+    Q_EMIT endRequested(bottle, {});
     fireOrWatch("killWineServer", {bottle}, context, handler);
 }
 

@@ -100,8 +100,11 @@ public:
     BusResult checkPublicBottles(const QString& json);
 
 Q_SIGNALS:
-    // bottlesCreated and dependecyInstalled are local; all others come from the bus under these names.
+    // bottlesCreated, dependecyInstalled and endRequested are local; all others come from the bus under these
+    // names.
     void bottlesCreated(const QString& bottles_name, const QJsonObject& result);
+    /// This process asks the service to end a program, or all of the bottle where there is no id.
+    void endRequested(const QString& bottle, const QString& programId);
     void dependencySetupDone(const QString& bottleName, const QString& dependencyName, const QString& result);
     void dependecyInstalled(const QString& bottles_name, const QString& dependency_name,
                             const QJsonObject& result);

@@ -80,6 +80,9 @@ void ExeFileExecutor::connectParts() {
     connect(m_monitor, &WineExeProcessMonitor::appQuit, this, &ExeFileExecutor::onAppQuit);
     connect(m_monitor, &WineExeProcessMonitor::appLingers, this, &ExeFileExecutor::onAppLingers);
     connect(m_monitor, &WineExeProcessMonitor::processListUpdate, this, &ExeFileExecutor::onProcesses);
+    // Its own receiver: the service's signals are taken off this object between two steps.
+    connect(BottlesConfig::instance(), &BottlesConfig::endRequested, m_secondTimer,
+            [this](const QString& bottle, const QString& program) { onEndRequested(bottle, program); });
     connect(m_secondTimer, &QTimer::timeout, this, &ExeFileExecutor::onTick);
     connect(new TemplateProgress(this), &TemplateProgress::preparing, this,
             &ExeFileExecutor::onTemplateProgress);
@@ -325,7 +328,8 @@ void ExeFileExecutor::launch() {
     Q_EMIT emitMsg(tr("Launching %1").arg(displayName()), MsgStatus);
     m_awaited = Awaited::Nothing;
     m_linksTimer.stop();
-    m_installFailed = m_hasHandedOver = m_isExitKnown = m_areLinksEntered = m_finished = false;
+    m_installFailed = m_hasHandedOver = m_isExitKnown = m_isEndedFromOutside = m_areLinksEntered =
+        m_finished = false;
     ++m_starts;
     m_hasBeenSeen = false;
     m_looks = 0;

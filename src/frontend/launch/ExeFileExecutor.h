@@ -29,11 +29,11 @@ class WineLauncher;
 ///
 /// Construction blocks until the file has been read (its key parts, at most 11 MiB, and its version block);
 /// the choice of the bottle goes on in the background. Each start ends once: in runSuccessed, in runFailed,
-/// or in a repair of its own accord and the next start. After runFailed with canWeFix the launch waits for
-/// applyFix. A Wine that hangs, so that nothing is heard of the bottle for 75 s, counts as the program's
-/// end. A set-up lasts as long as anything of it runs, with or without a window: what unpacks it goes before
-/// it has come. The one ending without a signal is a file that can't be read, which is only logged. A service
-/// that goes away in the middle counts as the failure of what it was asked for.
+/// in stopped, or in a repair of its own accord and the next start. After runFailed with canWeFix the launch
+/// waits for applyFix. A Wine that hangs, so that nothing is heard of the bottle for 75 s, counts as the
+/// program's end. A set-up lasts as long as anything of it runs, with or without a window: what unpacks it
+/// goes before it has come. The one ending without a signal is a file that can't be read, which is only
+/// logged. A service that goes away in the middle counts as the failure of what it was asked for.
 class ExeFileExecutor : public QObject {
     Q_OBJECT
 public:
@@ -96,6 +96,8 @@ Q_SIGNALS:
     void lingers();
     void runSuccessed();
     void runFailed(bool canWeFix = false, bool isSuccessed = false);
+    /// Somebody has ended the program before it had a window; this is the start's end, and no failure.
+    void stopped();
     /// These run in the bottle, and the repair waits for answerProgramsRunning.
     void programsRunning(const QStringList& names);
     /// A repair goes on without the component. The reason is for the user and may be empty.
@@ -134,6 +136,7 @@ private:
     void diagnose(int exitCode, const LaunchFacts& found);
     void fail(bool canWeFix, bool isSuccessed);
     bool hasTriedRepair() const;
+    static bool isStagingKnown();
     void lookForDamage(int exitCode);
     void decide(int exitCode);
     void addPossibleRepairs();
@@ -148,6 +151,7 @@ private:
     void onTick();
     void onAppStart();
     void onAppQuit();
+    void onEndRequested(const QString& bottle, const QString& programId);
     void onSilence();
     void onProcesses(const QMap<QString, QString>& processes);
     void onAppLingers();
@@ -165,13 +169,14 @@ private:
     QIcon m_icon;
     WineExeProcessMonitor* m_monitor;
     WineLauncher* m_launcher;
-    bool m_installFailed = false;    ///< by the log of the last start
-    LauncherExit::Report m_script;   ///< what the launch script has told when the start had ended
-    QString m_startError;            ///< why the present start cannot come to anything, known before its end
-    bool m_hasHandedOver = false;    ///< the first process has ended, and the monitor tells when the rest has
-    int m_exitCode = 0;              ///< of the process that has handed over
-    bool m_isExitKnown = false;      ///< the launch script has ended with the program's exit code
-    bool m_areLinksEntered = false;  ///< in the present start, before its end
+    bool m_installFailed = false;   ///< by the log of the last start
+    LauncherExit::Report m_script;  ///< what the launch script has told when the start had ended
+    QString m_startError;           ///< why the present start cannot come to anything, known before its end
+    bool m_hasHandedOver = false;   ///< the first process has ended, and the monitor tells when the rest has
+    int m_exitCode = 0;             ///< of the process that has handed over
+    bool m_isExitKnown = false;     ///< the launch script has ended with the program's exit code
+    bool m_isEndedFromOutside = false;  ///< the present start, by a signal or in another window
+    bool m_areLinksEntered = false;     ///< in the present start, before its end
     bool m_isBottleNew = false;
     bool m_autoFix = false;
     QStringList m_components;  ///< that are to be tried

@@ -233,6 +233,7 @@ void ExeFileRunner::connectRun() {
             Qt::QueuedConnection);
     connect(m_executor, &ExeFileExecutor::runFailed, this, &ExeFileRunner::handleExecutorFailed);
     connect(m_executor, &ExeFileExecutor::runSuccessed, this, &ExeFileRunner::handleExecutorSuccess);
+    connect(m_executor, &ExeFileExecutor::stopped, this, &ExeFileRunner::handleExecutorStopped);
     connect(m_executor, &ExeFileExecutor::programsRunning, this, &ExeFileRunner::askToClosePrograms);
     connect(m_executor, &ExeFileExecutor::windowPopuped, this, &ExeFileRunner::handleWindowPopup);
     connect(m_executor, &ExeFileExecutor::Fixing, m_banner, &QWidget::show);

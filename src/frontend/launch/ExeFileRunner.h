@@ -70,6 +70,7 @@ private:
     void onMessage(const QString& text, MsgType type);
     void repair();
     void retryRepair();
+    void handleExecutorStopped();
     void stop();
     void askFeedback();
     void createBottle();

@@ -136,6 +136,13 @@ void ExeFileRunner::stop() {
     finish(true);
 }
 
+/// The program is gone already, and whoever has ended it needs no banner to say so.
+void ExeFileRunner::handleExecutorStopped() {
+    m_canceled = true;
+    m_elapsedSeconds = m_executor->seconds();
+    finish(true);
+}
+
 void ExeFileRunner::finish(bool cleanUp) {
     if (m_finishedOnce)
         return;

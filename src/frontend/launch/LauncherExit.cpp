@@ -1,8 +1,11 @@
 #include "launch/LauncherExit.h"
 
 #include <QCoreApplication>
+#include <csignal>
 
 namespace {
+
+constexpr int SignalBase = 128;
 
 const QByteArray Mark("launcher: ");
 const QByteArray Failure("failed with ");
@@ -10,6 +13,15 @@ const char Wine32Commands[] =
     "sudo dpkg --add-architecture i386 && sudo apt-get update\nsudo apt-get install wine32:i386";
 
 }  // namespace
+
+bool LauncherExit::isEndedFromOutside(int exitCode) {
+    return exitCode == SignalBase + SIGTERM || exitCode == SignalBase + SIGKILL ||
+           exitCode == SignalBase + SIGINT || exitCode == SignalBase + SIGHUP;
+}
+
+int LauncherExit::codeOf(const QProcess& script) {
+    return script.exitStatus() == QProcess::NormalExit ? script.exitCode() : SignalBase + script.exitCode();
+}
 
 LauncherExit::Report LauncherExit::reportOf(const QByteArray& output) {
     Report report;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QProcess>
 #include <QString>
 
 /// How launcher.py ends, and what it tells its caller on standard output meanwhile.
@@ -9,6 +10,12 @@ namespace LauncherExit {
 constexpr int NotStarted = -1;  ///< the script itself could not be started, or was killed
 constexpr int Busy = 75;        ///< something is being installed into the bottle
 constexpr int NeedsWine32 = 78;
+
+/// Of a program that somebody has ended by a signal, as when its terminal was closed.
+bool isEndedFromOutside(int exitCode);
+
+/// The script's own exit code; a signal that has ended it counts like one that has ended its program.
+int codeOf(const QProcess& script);
 
 /// What one start of the script has told so far.
 struct Report {

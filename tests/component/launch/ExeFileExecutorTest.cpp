@@ -100,6 +100,10 @@ class ExeFileExecutorTest : public QObject, private LaunchFixture {
             m_standIn.write("close", "");
         });
         connect(launch, &ExeFileExecutor::Fixing, this, [this] { note("fixing"); });
+        connect(launch, &ExeFileExecutor::stopped, this, [this] {
+            note("stopped");
+            ++m_results;
+        });
         connect(launch, &ExeFileExecutor::runSuccessed, this, [this] {
             note("succeeded");
             ++m_results;
@@ -192,6 +196,9 @@ private Q_SLOTS:
         row("stored", dies, {}, "stored staging", "launch|launch|parse|ended 1 unseen|failed 0 0");
         row("public", dies, {Gecko}, "public staging", "launch|ended 1 unseen|lost");
         row("fixup", "show", {Gecko}, "fixup", "prepared|setup Success|launch|ran");
+        row("killed", "(exit 137)", {Gecko}, "", "launch|stopped");
+        row("quit in the library", "touch alive; wait_for close; rm alive", {Gecko}, "quit",
+            "launch|stopped");
     }
     void launches() {
         QFETCH(QString, program);
@@ -216,6 +223,10 @@ private Q_SLOTS:
             m_executor->launchProgram(name, "");
         } else {
             m_executor->start();
+        }
+        if (how == "quit") {
+            BottlesConfig::instance()->killProgram(name, "the file's entry");
+            m_standIn.write("close", "");
         }
         QTRY_VERIFY2_WITH_TIMEOUT(m_results > 0, qPrintable(told()), LaunchMs);
         QTEST(told(), "expected");

@@ -1,30 +1,18 @@
 #include "launch/repair/StartCheck.h"
 
-#include <csignal>
-
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
+#include "launch/LauncherExit.h"
 #include "launch/ProgramAppFixer.h"
 #include "launch/repair/Diagnosis.h"
 #include "launch/repair/FailureFacts.h"
 #include "launch/winelog/WineLogParser.h"
 
-namespace {
-
-constexpr int SignalBase = 128;
-
-bool isEndedFromOutside(int exitCode) {
-    return exitCode == SignalBase + SIGTERM || exitCode == SignalBase + SIGKILL ||
-           exitCode == SignalBase + SIGINT || exitCode == SignalBase + SIGHUP;
-}
-
-}  // namespace
-
 bool StartCheck::isFailure(const StartEnd& end, bool hasComponents) {
     if (end.isUp || end.isStopped)
         return false;
     const int exitCode = end.exitCode.value_or(0);
-    return hasComponents || (exitCode != 0 && !isEndedFromOutside(exitCode));
+    return hasComponents || (exitCode != 0 && !LauncherExit::isEndedFromOutside(exitCode));
 }
 
 FailedStart StartCheck::check(const StartEnd& end) {

@@ -222,7 +222,7 @@ void AppItemWidgetStateManager::checkEnd(const ProgramRef& ref) {
     const Launch& launch = m_launches[ref];
     StartEnd end{ref.bottle, ref.uuid, {}, launch.isUp, launch.isStopped};
     if (launch.launcher && launch.launcher->state() == QProcess::NotRunning)
-        end.exitCode = launch.launcher->exitCode();
+        end.exitCode = LauncherExit::codeOf(*launch.launcher);
     const bool isGood = !end.isStopped && end.exitCode == 0;
     forget(ref);
     changingService(
