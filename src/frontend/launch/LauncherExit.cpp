@@ -1,7 +1,9 @@
 #include "launch/LauncherExit.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <csignal>
+#include <iterator>
 
 namespace {
 
@@ -9,8 +11,42 @@ constexpr int SignalBase = 128;
 
 const QByteArray Mark("launcher: ");
 const QByteArray Failure("failed with ");
+const QByteArray Cause("cause ");
 const char Wine32Commands[] =
     "sudo dpkg --add-architecture i386 && sudo apt-get update\nsudo apt-get install wine32:i386";
+
+struct CauseText {
+    const char* cause;
+    const char* text;  ///< %1 is the subject
+};
+
+constexpr CauseText CauseTexts[] = {
+    {"no-bottle", QT_TRANSLATE_NOOP("ExeFileExecutor", "There is no bottle named \"%1\".")},
+    {"no-entry",
+     QT_TRANSLATE_NOOP("ExeFileExecutor",
+                       "The program is not in its bottle any more. Add it to the library again.")},
+    {"no-file", QT_TRANSLATE_NOOP("ExeFileExecutor", "The program \"%1\" does not exist.")},
+    {"no-own-wine",
+     QT_TRANSLATE_NOOP("ExeFileExecutor", "The Wine of its bottle is missing: %1 is not a program.")},
+    {"no-wine", QT_TRANSLATE_NOOP("ExeFileExecutor", "Wine is not installed. Install the package wine.")},
+    {"not-startable", QT_TRANSLATE_NOOP("ExeFileExecutor", "Wine cannot be started: %1")},
+    {"unreadable", QT_TRANSLATE_NOOP("ExeFileExecutor", "The program \"%1\" cannot be read.")},
+};
+
+/// Empty where the script's own words have to do.
+QString causeText(const LauncherExit::Report& report) {
+    if (report.cause == "forbidden-sign")
+        return QCoreApplication::translate(
+                   "ExeFileExecutor", "Windows knows no paths with the sign %1. Rename \"%2\" without it.")
+            .arg(report.subject.left(1), report.subject.mid(2));
+    const auto* known =
+        std::find_if(std::begin(CauseTexts), std::end(CauseTexts),
+                     [&report](const CauseText& row) { return report.cause == QLatin1String(row.cause); });
+    if (known == std::end(CauseTexts))
+        return {};
+    const QString text = QCoreApplication::translate("ExeFileExecutor", known->text);
+    return text.contains("%1") ? text.arg(report.subject) : text;
+}
 
 }  // namespace
 
@@ -30,6 +66,9 @@ LauncherExit::Report LauncherExit::reportOf(const QByteArray& output) {
         const int colon = text.indexOf(": ");
         if (text == "log") {
             report.hasLog = true;
+        } else if (text.startsWith(Cause) && colon > 0) {
+            report.cause = QString::fromUtf8(text.mid(Cause.size(), colon - Cause.size()));
+            report.subject = QString::fromUtf8(text.mid(colon + 2));
         } else if (text.startsWith(Failure) && colon > 0) {
             report.exitCode = text.mid(Failure.size(), colon - Failure.size()).toInt();
             report.reason = QString::fromUtf8(text.mid(colon + 2));
@@ -60,6 +99,8 @@ QString LauncherExit::errorText(const Report& report, const QString& programName
                                                "Something is being installed into the bottle. Try again when "
                                                "that is done.");
         default:
-            return report.reason;
+            break;
     }
+    const QString known = causeText(report);
+    return known.isEmpty() ? report.reason : known;
 }

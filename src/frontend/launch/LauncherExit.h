@@ -22,6 +22,8 @@ struct Report {
     bool hasLog = false;  ///< the log holds nothing of an older start
     int exitCode = 0;     ///< of a script that never reached its program; 0 otherwise
     QString reason;       ///< in the script's own words, which are English
+    QString cause;        ///< of the failure, a word; empty where the script has none for it
+    QString subject;      ///< what the cause concerns, a name or path
 };
 
 Report reportOf(const QByteArray& output);

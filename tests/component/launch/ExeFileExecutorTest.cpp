@@ -570,11 +570,11 @@ private Q_SLOTS:
             "a.exe32.exe is a 32-bit program, and this Wine runs only 64-bit ones. These commands add 32-bit "
             "Wine on Debian:\nsudo dpkg --add-architecture i386 && sudo apt-get update\n"
             "sudo apt-get install wine32:i386");
-        row("no Wine", "", {}, 0, "the Wine of bottle");
-        row("log of an older start", "old", {}, 0, "there is no bottle named");
+        row("no Wine", "", {}, 0, "The Wine of its bottle is missing: /");
+        row("log of an older start", "old", {}, 0, "There is no bottle named");
         row("disk full", "new", {R"({"ok":false,"error":"No space left."})"}, 1, "No space left.");
         row("service dies", "new", {""}, 2, "The background service that makes containers does not answer.");
-        row("service dies once", "new", {"", R"({"ok":true})"}, 2, "there is no bottle named");
+        row("service dies once", "new", {"", R"({"ok":true})"}, 2, "There is no bottle named");
     }
     void launchError() {
         QFETCH(QString, file);

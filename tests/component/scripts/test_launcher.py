@@ -108,10 +108,10 @@ class Commands(LaunchCase):
 
         log = self.path("new/dir/l.txt")
         out = self.launch("t", "--log-path", log, "--uuid", UUID)[1]
-        self.assertRegex(out, r"\Alauncher: log\nlauncher: failed with 66: .*does not exist.*\n\Z")
-        self.assertEqual(self.read(log), out.split("\n", 1)[1])
+        self.assertRegex(out, r"\Alauncher: log\nlauncher: cause no-file: C:\\gone.exe\nlauncher: failed with 66: .*does not exist.*\n\Z")
+        self.assertEqual(self.read(log), out.split("\n", 2)[2])
         out = self.launch("no\nne", "--log-path", self.path("none/l.txt"), "x.exe")[1]
-        self.assertEqual(out, 'launcher: failed with 67: there is no bottle named "no?ne"\n')
+        self.assertEqual(out, 'launcher: cause no-bottle: no?ne\nlauncher: failed with 67: there is no bottle named "no?ne"\n')
         self.assertFalse(os.path.exists(self.path("none")))
 
     def assert_refused(self, words, code, text):

@@ -63,7 +63,7 @@ def _is_file(path):
 def load_bottle(name, environ):
     directory = bottle_directory(name, environ)
     if directory is None:
-        raise errors.LaunchError(errors.NO_BOTTLE, f"there is no bottle named \"{name}\"")
+        raise errors.LaunchError(errors.NO_BOTTLE, f"there is no bottle named \"{name}\"", "no-bottle", name)
     bottle = Bottle(name, directory)
     quick = os.path.join(directory, "launch.json")
     slow = os.path.join(directory, "bottle.yml")

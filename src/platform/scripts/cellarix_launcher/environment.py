@@ -73,9 +73,10 @@ def find_wine(bottle, caller):
         if os.path.isfile(bottle.wine) and os.access(bottle.wine, os.X_OK):
             return bottle.wine
         raise errors.LaunchError(
-            errors.NO_WINE, f"the Wine of bottle \"{bottle.name}\" is missing: {bottle.wine} is not a program")
+            errors.NO_WINE, f"the Wine of bottle \"{bottle.name}\" is missing: {bottle.wine} is not a program",
+            "no-own-wine", bottle.wine)
     for directory in (caller.get("PATH") or "/usr/bin:/bin").split(":"):
         path = os.path.join(directory, "wine")
         if directory.startswith("/") and os.path.isfile(path) and os.access(path, os.X_OK):
             return path
-    raise errors.LaunchError(errors.NO_WINE, "Wine is not installed; install the package wine")
+    raise errors.LaunchError(errors.NO_WINE, "Wine is not installed; install the package wine", "no-wine")

@@ -10,8 +10,11 @@ NEEDS_WINE32 = 78
 
 
 class LaunchError(Exception):
-    """Carries the sentence for the user and the exit code."""
+    """Carries the sentence for the user and the exit code. Who has words of their own, in another language, goes by
+    the cause, a word, and the subject, a name that belongs into them."""
 
-    def __init__(self, code, sentence):
+    def __init__(self, code, sentence, cause="", subject=""):
         super().__init__(sentence)
         self.code = code
+        self.cause = cause
+        self.subject = subject

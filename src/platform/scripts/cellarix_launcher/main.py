@@ -44,14 +44,20 @@ def tell(request, text):
 def _fail(request, error):
     say(str(error))
     if request:
-        text = f"{error.code}: " + "".join(c if c.isprintable() else "?" for c in str(error))
+        text = _printable(f"{error.code}: {error}")
         if request.report:
             from cellarix_launcher import terminal
             terminal.report_failure(request.report, text)
+        if error.cause:
+            tell(request, _printable(f"cause {error.cause}: {error.subject}"))
         tell(request, f"failed with {text}")
         if request.is_log_emptied:
             _record_failure(request.log_path, text)
     return error.code
+
+
+def _printable(text):
+    return "".join(c if c.isprintable() else "?" for c in text)
 
 
 def _is_terminal_request(argv):
@@ -140,7 +146,7 @@ def _program(request, bottle):
         record = bottle.program(request.uuid)
         if record is None:
             raise errors.LaunchError(
-                errors.NO_PROGRAM, f"there is no program {request.uuid} in bottle \"{bottle.name}\"")
+                errors.NO_PROGRAM, f"there is no program {request.uuid} in bottle \"{bottle.name}\"", "no-entry")
         text = {key: record[key] if isinstance(record.get(key), str) else "" for key in ("path", "folder", "arguments")}
         arguments = words.split_arguments(text["arguments"]) + request.words
         return windows.resolve(bottle.directory, text["path"], arguments, text["folder"]), record.get("envs")

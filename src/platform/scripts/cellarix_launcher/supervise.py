@@ -96,7 +96,9 @@ def start_wine(start, output_fd, mask, prepare=os.setsid):
     try:
         return spawn(start, output_fd, mask, prepare)
     except (OSError, ValueError) as error:
-        raise errors.LaunchError(errors.NO_WINE, f"{start.argv[0]} cannot be started: {error}") from error
+        subject = f"{start.argv[0]} ({error.strerror})" if isinstance(error, OSError) else start.argv[0]
+        raise errors.LaunchError(
+            errors.NO_WINE, f"{start.argv[0]} cannot be started: {error}", "not-startable", subject) from error
 
 
 def run(start, log, request, say):

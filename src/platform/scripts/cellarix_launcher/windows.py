@@ -99,14 +99,15 @@ def resolve(bottle_dir, word, arguments, folder=""):
     file = find_file(bottle_dir, word)
     if file is None:
         if is_windows_path(word) or "/" in word or not word:
-            raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" does not exist")
+            raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" does not exist", "no-file", word)
         return Program([word] + _opening(word, arguments), "", find_folder(bottle_dir, folder) or "")
     forbidden = next((sign for sign in FORBIDDEN if sign in file), None)
     if forbidden and not is_windows_path(word):
         raise errors.LaunchError(
-            errors.NO_PROGRAM, f"Windows knows no paths with the sign {forbidden}; rename \"{file}\" without it")
+            errors.NO_PROGRAM, f"Windows knows no paths with the sign {forbidden}; rename \"{file}\" without it",
+            "forbidden-sign", f"{forbidden} {file}")
     if not os.access(file, os.R_OK):
-        raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" cannot be read")
+        raise errors.LaunchError(errors.NO_PROGRAM, f"the program \"{word}\" cannot be read", "unreadable", word)
     start = find_folder(bottle_dir, folder) or os.path.dirname(file)
     return Program(_command(bottle_dir, word, file) + arguments, file, start)
 
