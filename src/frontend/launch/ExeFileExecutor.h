@@ -128,6 +128,7 @@ private:
     void launch();
     void launchInTerminal();
     void readLog(bool hasLog);
+    void askForSize();
     LaunchFacts facts(int exitCode);
     void carryOut(const LaunchVerdict& verdict);
     void enterLinks();

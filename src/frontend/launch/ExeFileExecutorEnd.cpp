@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "backend/BottleRepair.h"
+#include "backend/BottleRepairs.h"
 #include "backend/BottlesConfig.h"
 #include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
@@ -14,6 +15,7 @@
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
 #include "launch/repair/BottleDamage.h"
+#include "launch/repair/RepairOffer.h"
 #include "launch/winelog/WineLogParser.h"
 
 namespace {
@@ -252,6 +254,7 @@ void ExeFileExecutor::readLog(bool hasLog) {
     m_fonts = found.fonts;
     // What the parser does not ask for is offered only where nothing else explains the failure.
     m_failure.triedComponents = m_triedComponents;
+    askForSize();
     if (!m_components.isEmpty() || !asked.isFirstRun || !facts(m_exitCode).neverCameUp())
         return;
     m_components = m_failure.missingComponents();
@@ -259,6 +262,18 @@ void ExeFileExecutor::readLog(bool hasLog) {
         Q_EMIT emitMsg(tr("Try to install components:"), MsgLine);
         Q_EMIT emitMsg(m_components.join('\n'), MsgLine);
     }
+}
+
+/// Nobody waits for the answer, which the service has at hand: it comes before that about the damage.
+void ExeFileExecutor::askForSize() {
+    if (m_components != QStringList("mono9"))
+        return;
+    const int start = m_starts;
+    BottleRepairs::instance()->describeDependencies(
+        m_bottlesName, m_components, this, [this, start](const BusResult& answer) {
+            if (start == m_starts)
+                m_failure.downloadBytes = OfferedComponent::bytes(OfferedComponent::read(answer.array()));
+        });
 }
 
 void ExeFileExecutor::carryOut(const LaunchVerdict& verdict) {

@@ -82,6 +82,10 @@ private Q_SLOTS:
         tried.triedComponents << "mfc42";
         row("tried", tried, RepairAction::None,
             "It needs mfc42.dll, which is part of Visual C++ 6. A repair with Visual C++ 6 did not help.");
+        FailureFacts mono = facts({{Failure::MissingMono, {}, "mono9"}}, {"mono9"});
+        mono.downloadBytes = 43700000;
+        row("size known", mono, RepairAction::InstallComponents,
+            "It needs .NET; Repair installs Wine Mono (about 44 MB).");
         FailureFacts refused = facts({dll}, {"mfc42"}, {RepairAction::LaunchAgain});
         refused.launcherReason = "No.";
         row("refused", refused, RepairAction::LaunchAgain, "No.");

@@ -1,6 +1,7 @@
 #include "launch/repair/Diagnosis.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <algorithm>
 
 #include "launch/repair/ComponentTitle.h"
@@ -10,6 +11,7 @@
 namespace {
 
 constexpr int LongSeconds = 10;  // that a program was there
+constexpr qint64 OrdinaryMonoBytes = 45000000;
 constexpr int FirstMsiError = 1600;
 
 class Diagnostician {
@@ -26,7 +28,7 @@ public:
         // The one thing that everybody asks for has a sentence of its own.
         if (repair == RepairAction::InstallComponents && isOf(Failure::MissingMono) &&
             m_facts.components == QStringList("mono9"))
-            return {tr("It needs .NET; Repair installs Wine Mono (about 45 MB)."), repair};
+            return {tr("It needs .NET; Repair installs Wine Mono (about %1).").arg(monoSize()), repair};
         QString next = whatRepairDoes(repair, found);
         if (next.isEmpty())
             next = found.advice;
@@ -86,6 +88,11 @@ private:
                                  ? tr("It ended at once without showing a window (exit code %1).")
                                  : tr("It ended without showing a window (exit code %1).");
         return {text.arg(m_facts.exitCode), {}};
+    }
+
+    QString monoSize() const {
+        const qint64 bytes = m_facts.downloadBytes > 0 ? m_facts.downloadBytes : OrdinaryMonoBytes;
+        return QLocale().formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
     }
 
     QString titles() const {

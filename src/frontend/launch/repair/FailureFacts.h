@@ -85,6 +85,8 @@ struct FailureFacts {
     QStringList triedComponents;
     QStringList triedFonts;
 
+    qint64 downloadBytes = 0;  ///< that the components take, when it is known
+
     /// What Repair could do in this bottle, apart from components and fonts.
     QVector<RepairAction> possible;
 

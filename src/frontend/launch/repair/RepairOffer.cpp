@@ -77,6 +77,18 @@ QVector<OfferedComponent> OfferedComponent::read(const QJsonArray& described) {
     return result;
 }
 
+qint64 OfferedComponent::bytes(const QVector<OfferedComponent>& components) {
+    qint64 sum = 0;
+    for (const OfferedComponent& component : components) {
+        for (const OfferedFile& file : component.files) {
+            if (file.size <= 0)
+                return 0;
+            sum += file.size;
+        }
+    }
+    return sum;
+}
+
 QVector<RepairOffer::Line> RepairOffer::lines() const {
     QVector<Line> lines;
     for (const OfferedComponent& component : components)

@@ -28,6 +28,8 @@ struct OfferedComponent {
 
     /// What the service's describe() answers. Rows that make no sense are left out.
     static QVector<OfferedComponent> read(const QJsonArray& described);
+    /// Of all their files; 0 when that of one is not known.
+    static qint64 bytes(const QVector<OfferedComponent>& components);
 };
 
 /// What "Repair" is going to do, told before the user asks for it.
