@@ -368,7 +368,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>It needs .NET; Repair installs Wine Mono (about 45 MB).</source>
-        <translation>缺少 .NET，“修复”将安装 Wine Mono（约 45 MB）。</translation>
+        <translation type="vanished">缺少 .NET，“修复”将安装 Wine Mono（约 45 MB）。</translation>
     </message>
     <message>
         <source>View Logs shows what Wine said.</source>
@@ -963,6 +963,10 @@ please wait for the component download to complete!</source>
         <source>The installer package cannot be run (1627).</source>
         <translation>无法运行安装包（1627）。</translation>
     </message>
+    <message>
+        <source>It needs .NET; Repair installs Wine Mono (about %1).</source>
+        <translation>需要 .NET，“修复”会安装 Wine Mono（约 %1）。</translation>
+    </message>
 </context>
 <context>
     <name>DisplayCheck</name>
@@ -1183,6 +1187,38 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 is a 32-bit program, and this Wine runs only 64-bit ones. Repair gets %2, which runs both.</source>
         <translation>%1 是 32 位程序，而当前的 Wine 只能运行 64 位程序。“修复”会改用两者都支持的 %2。</translation>
+    </message>
+    <message>
+        <source>There is no bottle named &quot;%1&quot;.</source>
+        <translation>没有名为“%1”的容器。</translation>
+    </message>
+    <message>
+        <source>The program is not in its bottle any more. Add it to the library again.</source>
+        <translation>容器中已没有此程序，请重新添加。</translation>
+    </message>
+    <message>
+        <source>The program &quot;%1&quot; does not exist.</source>
+        <translation>程序“%1”不存在。</translation>
+    </message>
+    <message>
+        <source>The Wine of its bottle is missing: %1 is not a program.</source>
+        <translation>缺少容器的 Wine：%1 不是程序。</translation>
+    </message>
+    <message>
+        <source>Wine is not installed. Install the package wine.</source>
+        <translation>未安装 Wine，请安装软件包 wine。</translation>
+    </message>
+    <message>
+        <source>Wine cannot be started: %1</source>
+        <translation>无法启动 Wine：%1</translation>
+    </message>
+    <message>
+        <source>The program &quot;%1&quot; cannot be read.</source>
+        <translation>无法读取程序“%1”。</translation>
+    </message>
+    <message>
+        <source>Windows knows no paths with the sign %1. Rename &quot;%2&quot; without it.</source>
+        <translation>Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
     </message>
 </context>
 <context>
