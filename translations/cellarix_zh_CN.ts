@@ -965,7 +965,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>It needs .NET; Repair installs Wine Mono (about %1).</source>
-        <translation>需要 .NET，“修复”会安装 Wine Mono（约 %1）。</translation>
+        <translation>缺少 .NET，“修复”将安装 Wine Mono（约 %1）。</translation>
     </message>
 </context>
 <context>
