@@ -1220,6 +1220,10 @@ please wait for the component download to complete!</source>
         <source>Windows knows no paths with the sign %1. Rename &quot;%2&quot; without it.</source>
         <translation>Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
     </message>
+    <message>
+        <source>Rename &quot;%2&quot; without the sign %1 which Windows does not allow in paths.</source>
+        <translation type="vanished">Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
+    </message>
 </context>
 <context>
     <name>Fenk::AboutDialog</name>
