@@ -331,7 +331,7 @@ void ExeFileExecutor::launch() {
     m_installFailed = m_hasHandedOver = m_isExitKnown = m_isEndedFromOutside = m_areLinksEntered =
         m_finished = false;
     ++m_starts;
-    m_hasBeenSeen = false;
+    m_hasBeenSeen = m_hasComeUp = false;
     m_looks = 0;
     if (m_exePath.isEmpty() || ProgramHeader::read(m_exePath).is32BitOnly())
         BottleRepair::instance()->runnersFor32Bit(

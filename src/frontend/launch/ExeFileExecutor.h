@@ -78,6 +78,8 @@ public:
     /// 1 for a launch of a file, 0 for a stored program and a fixup.
     void setFirstRun(int firstRun) { m_firstRun = firstRun; }
     int seconds() const { return m_seconds; }
+    /// The last start came up, whatever was amiss with the program later on.
+    bool hasComeUp() const { return m_hasComeUp; }
     /// Of the last start that has failed; valid from runFailed on.
     const Diagnosis& diagnosis() const { return m_diagnosis; }
     /// What applyFix() would install, and what repairs have been tried for.
@@ -207,6 +209,7 @@ private:
     QVector<RepairAction> m_triedRepairs;
     FailureFacts m_failure;  ///< of the last start
     Diagnosis m_diagnosis;
+    bool m_hasComeUp = false;
     QTimer m_linksTimer;
     QTimer m_silenceTimer;  ///< since the monitor has last told anything
 };

@@ -21,6 +21,7 @@
 namespace {
 
 constexpr int LinksMs = 10000;
+constexpr int ExitGraceMs = 500;
 constexpr int SecondLookMs = 1000;
 constexpr int MaximumLooks = 6;  // of five cycles each
 
@@ -34,13 +35,21 @@ void ExeFileExecutor::onAppStart() {
 void ExeFileExecutor::onAppQuit() {
     qInfo() << "============ app exit ============";
     qInfo().noquote() << "isCrashed? " << (m_monitor->crashed ? "true" : "false");
-    if (m_hasBeenSeen || m_launcher->state() == QProcess::NotRunning || m_looks >= MaximumLooks) {
+    const int start = m_starts;
+    if (m_monitor->windowSeen || m_launcher->state() == QProcess::NotRunning || m_looks >= MaximumLooks) {
         onExeFinished(m_hasHandedOver ? m_exitCode : 0);
+        return;
+    }
+    if (m_hasBeenSeen) {
+        // The launch script, which knows the exit code, ends at the same time.
+        QTimer::singleShot(ExitGraceMs, this, [this, start] {
+            if (start == m_starts)
+                onExeFinished(0);
+        });
         return;
     }
     // The monitor gave up before there was anything to see, and the program has not ended: the machine is
     // slow. A bottle that is being ended takes the script along within that second.
-    const int start = m_starts;
     QTimer::singleShot(SecondLookMs, this, [this, start] {
         if (start != m_starts || !m_secondTimer->isActive() || m_launcher->state() == QProcess::NotRunning)
             return;
@@ -173,6 +182,7 @@ void ExeFileExecutor::lookForDamage(int exitCode) {
 void ExeFileExecutor::decide(int exitCode) {
     LaunchFacts found = facts(exitCode);
     found.stagingKnown = found.isFailed() && m_failure.launcherReason.isEmpty() && isStagingKnown();
+    m_hasComeUp = !found.isFailed();
     diagnose(exitCode, found);
     found.hasOtherRepair = isOtherRepair(m_diagnosis.action);
     carryOut(LaunchVerdict::of(found));

@@ -305,7 +305,7 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     m_elapsedSeconds = m_executor->seconds();
     m_succeeded = isReportSussessed;
     checkLinks(false);
-    recordStart(isReportSussessed);
+    recordStart(m_executor->hasComeUp());
     if (m_isFixup && !canFix) {
         finish(true);
         return;

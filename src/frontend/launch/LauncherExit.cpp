@@ -37,7 +37,8 @@ constexpr CauseText CauseTexts[] = {
 QString causeText(const LauncherExit::Report& report) {
     if (report.cause == "forbidden-sign")
         return QCoreApplication::translate(
-                   "ExeFileExecutor", "Windows knows no paths with the sign %1. Rename \"%2\" without it.")
+                   "ExeFileExecutor",
+                   "Rename \"%2\" without the sign %1 which Windows does not allow in paths.")
             .arg(report.subject.left(1), report.subject.mid(2));
     const auto* known =
         std::find_if(std::begin(CauseTexts), std::end(CauseTexts),

@@ -572,7 +572,9 @@ private Q_SLOTS:
             "sudo apt-get install wine32:i386");
         row("no Wine", "", {}, 0, "The Wine of its bottle is missing: /");
         row("log of an older start", "old", {}, 0, "There is no bottle named");
-        row("disk full", "new", {R"({"ok":false,"error":"No space left."})"}, 1, "No space left.");
+        row("disk full", "new",
+            {R"({"ok":false,"reasons":[{"code":"no-room","arguments":["x"]}],"error":"?"})"}, 1,
+            "There is not enough room on the disk for x.");
         row("service dies", "new", {""}, 2, "The background service that makes containers does not answer.");
         row("service dies once", "new", {"", R"({"ok":true})"}, 2, "There is no bottle named");
     }

@@ -241,9 +241,12 @@ FailureReason msi(const QString& number) {
 }
 
 FailureReason missingDll(const FailureSign& sign) {
+    const QString title = componentTitle(sign.component);
+    if (title.compare(QString(sign.detail).remove(".dll", Qt::CaseInsensitive), Qt::CaseInsensitive) == 0)
+        return {translated(QT_TRANSLATE_NOOP("Diagnosis", "It needs %1.")).arg(sign.detail), {}};
     if (!sign.component.isEmpty())
         return {translated(QT_TRANSLATE_NOOP("Diagnosis", "It needs %1, which is part of %2."))
-                    .arg(sign.detail, componentTitle(sign.component)),
+                    .arg(sign.detail, title),
                 {}};
     if (sign.detail.startsWith("api-ms-win-", Qt::CaseInsensitive) ||
         sign.detail.startsWith("ext-ms-", Qt::CaseInsensitive))

@@ -20,6 +20,10 @@ QString launchText(const char* text) {
     return QCoreApplication::translate("ExeFileExecutor", text);
 }
 
+QString errorOf(const BusResult& answer) {
+    return answer.ok ? ServiceErrorText::of(answer.object()) : answer.errorText();
+}
+
 }  // namespace
 
 Runner32Step::Runner32Step(const QString& bottle, const QString& runner, bool isInstalled, QObject* parent)
@@ -45,20 +49,19 @@ void Runner32Step::start() {
 
 void Runner32Step::fetch() {
     m_state = State::Fetching;
+    m_isAnswerLate = false;
     Q_EMIT emitMsg(launchText("%1 is not installing, try to download now").arg(m_runner), MsgLine);
     ComponentManager* manager = ComponentManager::instance();
     connect(manager, &ComponentManager::updateProgress, this, &Runner32Step::onProgress);
     connect(manager, &ComponentManager::installed, this,
             [this](int success, const QString& kind, const QString& name, const QString& error) {
-                // The reason of a failure comes with the answer, in the user's language.
                 if (kind == ComponentKind::runner() && name == m_runner && (success || m_isAnswerLate))
                     onFetched(success, error);
             });
     manager->install(ComponentKind::runner(), m_runner, this, [this](const BusResult& answer) {
         m_isAnswerLate = answer.timedOut;  // a large download and a slow line: the signal tells
-        if (!m_isAnswerLate)
-            onFetched(answer.object().value("ok").toBool(),
-                      answer.ok ? ServiceErrorText::of(answer.object()) : answer.errorText());
+        if (!answer.timedOut)
+            onFetched(answer.object().value("ok").toBool(), errorOf(answer));
     });
 }
 
