@@ -1218,11 +1218,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Windows knows no paths with the sign %1. Rename &quot;%2&quot; without it.</source>
-        <translation>Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
+        <translation type="vanished">Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
     </message>
     <message>
         <source>Rename &quot;%2&quot; without the sign %1 which Windows does not allow in paths.</source>
-        <translation type="vanished">Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
+        <translation>Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
     </message>
 </context>
 <context>
@@ -2229,7 +2229,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>No space left on the disk that holds %1.</source>
-        <translation>%1 所在磁盘的空间已用完。</translation>
+        <translation>%1 所在的磁盘空间不足。</translation>
     </message>
 </context>
 <context>
