@@ -8,6 +8,7 @@
 #include "core/ServiceAgreement.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
+#include "launch/LauncherExit.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/LogsWidget.h"
 #include "launch/banner/RefusalNotice.h"
@@ -51,6 +52,15 @@ QImage failed(bool canRepair, bool canFix) {
     }
     banner.setDescription(Diagnosis::of(facts).reason);
     banner.showFailed(canFix);
+    return picture({&banner});
+}
+
+/// The longest that there is to read.
+QImage commands() {
+    Banner banner("Harbour Office Professional Setup");
+    banner.setDescription(LauncherExit::needs32BitText("Harbour Office Professional Setup"));
+    banner.showFailed(false);
+    banner.offerRetry(true);
     return picture({&banner});
 }
 
@@ -185,6 +195,7 @@ const QVector<PictureState> States = {
     {"first-run", firstRun},
     {"failed-repair", [] { return failed(true, true); }},
     {"failed", [] { return failed(true, false); }},
+    {"failed-commands", commands},
     {"failed-public", [] { return failed(false, false); }},
     {"without-bus", withoutBus},
     {"refused", refused},

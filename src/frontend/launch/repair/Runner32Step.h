@@ -28,7 +28,6 @@ private:
     QString m_bottle;
     QString m_runner;
     bool m_isInstalled;
-    bool m_isAnswerLate = false;  ///< the bus waits for it no more, and only a signal tells
     State m_state = State::Idle;
     bool m_isAnswerLate = false;  ///< the bus gave up waiting; the signal tells
 };
