@@ -7,32 +7,50 @@
 
 namespace {
 
-constexpr int TimeoutMs = 3600000;  // as BottlesConfig: it may wait behind a long Wine operation
+constexpr int WorkTimeoutMs = 3600000;  // as BottlesConfig: it may wait behind a long Wine operation
 constexpr int LookTimeoutMs = 10000;
 
 }  // namespace
 
 BottleRepair::BottleRepair()
-    : QDBusAbstractInterface("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/BottleRepair",
-                             "com.lumora.Manager.BottleRepair", QDBusConnection::sessionBus(), nullptr) {}
+    : QDBusAbstractInterface("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Repair",
+                             "com.lumora.Manager.Repair", QDBusConnection::sessionBus(), nullptr) {}
+
+void BottleRepair::call(const char* method, int timeoutMs, const QVariantList& arguments, QObject* context,
+                        const BusCall::Handler& handler) {
+    setTimeout(timeoutMs);
+    BusCall::watch(*this, method, arguments, context, handler);
+}
+
+void BottleRepair::describeDependencies(const QString& bottle, const QStringList& names, QObject* context,
+                                        const BusCall::Handler& handler) {
+    call("describe", LookTimeoutMs, {bottle, QString("dependency"), names}, context, handler);
+}
+
+void BottleRepair::describeRunner(const QString& bottle, const QString& name, QObject* context,
+                                  const BusCall::Handler& handler) {
+    call("describe", LookTimeoutMs, {bottle, QString("runner"), QStringList{name}}, context, handler);
+}
+
+void BottleRepair::takeFile(const QString& bottle, const QString& dependency, const QString& path,
+                            QObject* context, const BusCall::Handler& handler) {
+    call("takeFile", WorkTimeoutMs, {bottle, dependency, path}, context, handler);
+}
 
 void BottleRepair::runnersFor32Bit(QObject* context, const BusCall::Handler& handler) {
-    setTimeout(LookTimeoutMs);
-    BusCall::watch(*this, "runnersFor32Bit", {}, context, handler);
+    call("runnersFor32Bit", LookTimeoutMs, {}, context, handler);
 }
 
 void BottleRepair::damage(const QString& bottle, QObject* context, const BusCall::Handler& handler) {
-    setTimeout(LookTimeoutMs);
-    BusCall::watch(*this, "damage", {bottle}, context, handler);
+    call("damage", LookTimeoutMs, {bottle}, context, handler);
 }
 
 void BottleRepair::renew(const QString& bottle, QObject* context, const BusCall::Handler& handler) {
-    setTimeout(TimeoutMs);
-    BusCall::watch(*this, "renewBottle", {bottle}, context, handler);
+    call("renewBottle", WorkTimeoutMs, {bottle}, context, handler);
 }
 
 void BottleRepair::cancelRenewal(const QString& bottle) {
-    setTimeout(TimeoutMs);
+    setTimeout(WorkTimeoutMs);
     const auto onAnswer = [bottle, hold = PendingWork::instance()->hold()](const BusResult& answer) {
         if (!answer.ok)
             qWarning().noquote() << "cannot cancel the repair of" << bottle << answer.errorMessage;

@@ -5,7 +5,7 @@
 #include <QString>
 
 /// Tells in the user's language why the background service has failed or refused something. The service sends
-/// codes with arguments beside its English text; com.lumora.Manager.Repairs.xml says how. A code that is not
+/// codes with arguments beside its English text; com.lumora.Manager.Repair.xml says how. A code that is not
 /// known here, as of a newer service, is told in the service's English.
 namespace ServiceErrorText {
 

@@ -4,9 +4,7 @@
 #include <QJsonObject>
 
 #include "bottleservice/BottleEngine.h"
-#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
-#include "bottleservice/components/Sources.h"
 #include "bottleservice/jobs/RepairBottleJob.h"
 #include "bottleservice/wine/PrefixDamage.h"
 
@@ -15,7 +13,6 @@ using JsonText::compact;
 namespace {
 
 constexpr int MaximumFilesTold = 50;
-const QLatin1String RunnerKind("runner");
 
 QJsonObject resultOf(const Answer& answer, int mended) {
     if (answer.isGood())
@@ -28,25 +25,8 @@ QJsonObject resultOf(const Answer& answer, int mended) {
 
 }  // namespace
 
-BottleRepairRequests::BottleRepairRequests(BottleEngine* engine, const QString& catalogueDir, QObject* parent)
-    : QObject(parent), m_engine(engine), m_catalogueDir(catalogueDir) {}
-
-Answer BottleRepairRequests::runnersFor32Bit() const {
-    const Sources sources(m_catalogueDir, m_engine->dataDir());
-    const QStringList present = m_engine->runners().names();
-    QJsonArray installed, supported;
-    for (const QString& name : present) {
-        if (Runners::runs32Bit(m_engine->runners().find(name)->wine))
-            installed += name;
-    }
-    for (const QString& name : sources.components(RunnerKind)) {
-        // So do those who publish them call the builds that need no 32-bit libraries.
-        if (!present.contains(name) &&
-            sources.archiveOf(RunnerKind, name).contains("wow64", Qt::CaseInsensitive))
-            supported += name;
-    }
-    return Answer::of(compact(QJsonObject{{"installed", installed}, {"supported", supported}}));
-}
+BottleRepairRequests::BottleRepairRequests(BottleEngine* engine, QObject* parent)
+    : QObject(parent), m_engine(engine) {}
 
 void BottleRepairRequests::damage(const QString& bottle, const Reply& reply) {
     Answer failure;

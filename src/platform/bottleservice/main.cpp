@@ -23,7 +23,7 @@
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/LifeRequests.h"
 #include "bottleservice/ProgramRequests.h"
-#include "bottleservice/RepairRequests.h"
+#include "bottleservice/RepairOfferRequests.h"
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/SettingsRequests.h"
 #include "bottleservice/ShutdownSignals.h"
@@ -31,7 +31,6 @@
 #include "bottleservice/TemplatePreparation.h"
 #include "bottleservice/TemplateRequests.h"
 #include "bottleservice/components/Downloads.h"
-#include "bottleservice/wire/BottleRepairObject.h"
 #include "bottleservice/wire/BottlesObject.h"
 #include "bottleservice/wire/CleanUpObject.h"
 #include "bottleservice/wire/ComponentMethods.h"
@@ -40,7 +39,7 @@
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramMethods.h"
 #include "bottleservice/wire/ProgramsObject.h"
-#include "bottleservice/wire/RepairsObject.h"
+#include "bottleservice/wire/RepairObject.h"
 #include "bottleservice/wire/SettingsMethods.h"
 #include "bottleservice/wire/TemplatesObject.h"
 
@@ -124,10 +123,10 @@ int main(int argc, char** argv) {
     ComponentRequests components(&engine, &downloads, CELLARIX_CATALOGUE);
     CleanUpRequests cleanUps(&engine, &programs);
     TemplateRequests templates(&engine);
-    BottleRepairRequests renewals(&engine, CELLARIX_CATALOGUE);
-    QObject::connect(&engine, &BottleEngine::aboutToDelete, &renewals, &BottleRepairRequests::cancelAll);
+    BottleRepairRequests bottleRepairs(&engine);
+    QObject::connect(&engine, &BottleEngine::aboutToDelete, &bottleRepairs, &BottleRepairRequests::cancelAll);
     DependencyRequests dependencies(&engine, &downloads, CELLARIX_CATALOGUE);
-    RepairRequests repairRequests(&engine, &downloads, &dependencies);
+    RepairOfferRequests repairOffers(&engine, &downloads, &dependencies);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &components, &ComponentRequests::cancelAll);
     QObject::connect(&engine, &BottleEngine::aboutToDelete, &dependencies,
                      [&](const QString& bottle) { dependencies.cancel(bottle, [](const Answer&) {}); });
@@ -142,11 +141,10 @@ int main(int argc, char** argv) {
     TemplatesObject pristine(&templates);
     CleanUpObject cleanUp(&cleanUps);
     ProgramsObject runs(&life);
-    BottleRepairObject repair(&renewals);
-    RepairsObject repairs(&repairRequests);
+    RepairObject repair(&repairOffers, &bottleRepairs);
     ManagerObject manager(application.applicationVersion());
     const std::initializer_list<BusObject*> objects{&bottles, &machine, &pristine, &cleanUp,
-                                                    &runs,    &repair,  &repairs,  &manager};
+                                                    &runs,    &repair,  &manager};
     QDBusConnection bus = QDBusConnection::sessionBus();
     const auto isOnBus = [&bus](BusObject* object) { return object->registerOn(bus); };
     if (!std::all_of(objects.begin(), objects.end(), isOnBus) || !bus.registerService(ServiceName)) {
@@ -164,7 +162,7 @@ int main(int argc, char** argv) {
         QTimer::singleShot(CloseTimeoutMs, &application, &QCoreApplication::quit);
         components.close();
         dependencies.close();
-        repairRequests.close();
+        repairOffers.close();
         engine.close();
     };
     ShutdownSignals shutdown;
@@ -174,7 +172,7 @@ int main(int argc, char** argv) {
                      Qt::QueuedConnection);
     const auto areRequestsDone = [&] {
         return programs.isIdle() && life.isIdle() && desktop.isIdle() && components.isIdle() &&
-               dependencies.isIdle() && repairRequests.isIdle();
+               dependencies.isIdle() && repairOffers.isIdle();
     };
     IdleExit idle(arguments.idleSeconds, [&] { return engine.isIdle() && areRequestsDone(); });
     TemplatePreparation preparation(&engine, [&] { return engine.isQuiet() && areRequestsDone(); });

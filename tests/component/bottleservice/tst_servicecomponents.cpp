@@ -181,11 +181,11 @@ private Q_SLOTS:
     /// no checksum is known, by its name. Nothing else is taken.
     void filesByHand() {
         const auto describe = [this](const QStringList& names) {
-            const QDBusMessage reply = m_service->call("describe", {Bottle, "dependency", names}, "Repairs");
+            const QDBusMessage reply = m_service->call("describe", {Bottle, "dependency", names}, "Repair");
             return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8());
         };
         const auto take = [this](const QString& dependency, const QString& path) {
-            const QDBusMessage reply = m_service->call("takeFile", {Bottle, dependency, path}, "Repairs");
+            const QDBusMessage reply = m_service->call("takeFile", {Bottle, dependency, path}, "Repair");
             const auto result = QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8());
             return result["ok"].toBool() ? result["file"].toString()
                                          : result["reasons"][0]["code"].toString();
@@ -219,7 +219,7 @@ private Q_SLOTS:
             QTRY_COMPARE(told("dependencySetupDone(real, " + name + ", {\"ok\":true})").size(), 1);
         }
         QVERIFY(m_server.requests.isEmpty());
-        QCOMPARE(m_service->introspect("com.lumora.Manager.Repairs").undocumented, QStringList());
+        QCOMPARE(m_service->introspect("com.lumora.Manager.Repair").undocumented, QStringList());
     }
 
     /// Out of an archive, and only the steps that are for this bottle and its Wine.
@@ -402,7 +402,7 @@ private Q_SLOTS:
             return QJsonDocument::fromJson(text.toUtf8())["runner"][list].toArray();
         };
         const auto runners32 = [this](const QString& list) {
-            const QDBusMessage reply = m_service->call("runnersFor32Bit", {}, "BottleRepair");
+            const QDBusMessage reply = m_service->call("runnersFor32Bit", {}, "Repair");
             return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8())[list].toArray();
         };
         QVERIFY(runners32("supported").contains(name));

@@ -180,7 +180,7 @@ private Q_SLOTS:
     void repairsDamage() {
         const QString path = m_service->bottlePath("first");
         const auto ask = [this](const char* method) {
-            const QDBusMessage reply = m_service->call(method, {"first"}, "BottleRepair");
+            const QDBusMessage reply = m_service->call(method, {"first"}, "Repair");
             return QJsonDocument::fromJson(reply.arguments().value(0).toString().toUtf8()).object();
         };
         QCOMPARE(ask("damage")["files"].toArray(), QJsonArray());
@@ -214,7 +214,7 @@ private Q_SLOTS:
         const QJsonObject whole = ask("renewBottle");
         QVERIFY2(whole["mended"].toInt() > 500, QJsonDocument(whole).toJson().constData());
         QCOMPARE(ask("damage")["files"].toArray(), QJsonArray());
-        QVERIFY(m_service->introspect("com.lumora.Manager.BottleRepair").undocumented.isEmpty());
+        QVERIFY(m_service->introspect("com.lumora.Manager.Repair").undocumented.isEmpty());
     }
 
     void preparesAhead() {

@@ -9,7 +9,7 @@
 #include <QtConcurrent>
 
 #include "backend/BottleRecord.h"
-#include "backend/BottleRepairs.h"
+#include "backend/BottleRepair.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceErrorText.h"
 #include "core/base/Logging.h"
@@ -114,9 +114,9 @@ void RepairAssistant::askAboutOffer() {
     };
     const QStringList components = m_executor->components();
     if (!components.isEmpty())
-        BottleRepairs::instance()->describeDependencies(m_bottle, components, this, onAnswer);
+        BottleRepair::instance()->describeDependencies(m_bottle, components, this, onAnswer);
     else if (offer.action == RepairAction::SwitchToStaging)
-        BottleRepairs::instance()->describeRunner(m_bottle, WineNames::stagingRunner(), this, onAnswer);
+        BottleRepair::instance()->describeRunner(m_bottle, WineNames::stagingRunner(), this, onAnswer);
     else
         tellOffer(offer);
 }
@@ -129,7 +129,7 @@ void RepairAssistant::tellOffer(const RepairOffer& offer) {
 
 void RepairAssistant::askAboutFailed() {
     const int round = m_round;
-    BottleRepairs::instance()->describeDependencies(
+    BottleRepair::instance()->describeDependencies(
         m_bottle, failedComponents(), this, [this, round](const BusResult& answer) {
             if (round != m_round)
                 return;
@@ -181,7 +181,7 @@ void RepairAssistant::take(const QString& path, int index, const QString& firstR
         return;
     }
     const int round = m_round;
-    BottleRepairs::instance()->takeFile(
+    BottleRepair::instance()->takeFile(
         m_bottle, m_choosable[index].name, path, this,
         [this, round, path, index, firstReason](const BusResult& answer) {
             if (round != m_round)

@@ -13,17 +13,21 @@ struct Source;
 
 /// The requests about repairs before they are made: what an installation would bring, and files that the user
 /// has got by hand because they could not be fetched.
-class RepairRequests : public QObject {
+class RepairOfferRequests : public QObject {
     Q_OBJECT
 
 public:
-    RepairRequests(BottleEngine* engine, Downloads* downloads, DependencyRequests* dependencies,
-                   QObject* parent = nullptr);
-    ~RepairRequests() override;
+    RepairOfferRequests(BottleEngine* engine, Downloads* downloads, DependencyRequests* dependencies,
+                        QObject* parent = nullptr);
+    ~RepairOfferRequests() override;
 
     /// Answers with an array that tells of each name; see the interface's file. Changes nothing and uses no
     /// network.
     void describe(const QString& bottle, const QString& kind, const QStringList& names, const Reply& reply);
+
+    /// {"installed": [...], "supported": [...]}: the runners that run 32-bit programs on this machine, and
+    /// those that would after they have been fetched.
+    Answer runnersFor32Bit() const;
 
     /// Takes the file if it is one of those that the component is installed from. Answers when it is copied.
     void takeFile(const QString& bottle, const QString& dependency, const QString& path, const Reply& reply);

@@ -1,4 +1,4 @@
-#include "bottleservice/RepairRequests.h"
+#include "bottleservice/RepairOfferRequests.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -54,16 +54,16 @@ Answer failure(const Reason& reason) {
 
 }  // namespace
 
-RepairRequests::RepairRequests(BottleEngine* engine, Downloads* downloads, DependencyRequests* dependencies,
-                               QObject* parent)
+RepairOfferRequests::RepairOfferRequests(BottleEngine* engine, Downloads* downloads,
+                                         DependencyRequests* dependencies, QObject* parent)
     : QObject(parent), m_engine(engine), m_downloads(downloads), m_dependencies(dependencies) {}
 
-RepairRequests::~RepairRequests() {
+RepairOfferRequests::~RepairOfferRequests() {
     close();
 }
 
-void RepairRequests::describe(const QString& bottle, const QString& kind, const QStringList& names,
-                              const Reply& reply) {
+void RepairOfferRequests::describe(const QString& bottle, const QString& kind, const QStringList& names,
+                                   const Reply& reply) {
     if (m_engine->refuseUnknown(bottle, reply))
         return;
     if ((kind != DependencyKind && kind != RunnerKind) || names.size() > MaximumNames) {
@@ -77,7 +77,7 @@ void RepairRequests::describe(const QString& bottle, const QString& kind, const 
     reply(Answer::of(JsonText::compact(result)));
 }
 
-QJsonObject RepairRequests::dependency(const QString& bottle, const QString& name) const {
+QJsonObject RepairOfferRequests::dependency(const QString& bottle, const QString& name) const {
     const InstallPlan plan = m_dependencies->planOf(bottle, name);
     const Sources sources = m_dependencies->sources();
     QJsonObject result{{"name", name},
@@ -95,7 +95,7 @@ QJsonObject RepairRequests::dependency(const QString& bottle, const QString& nam
     return result;
 }
 
-QJsonObject RepairRequests::runner(const QString& name) const {
+QJsonObject RepairOfferRequests::runner(const QString& name) const {
     const Sources sources = m_dependencies->sources();
     const bool isInstalled = m_engine->runners().find(name).has_value();
     const QString archive = sources.archiveOf(RunnerKind, name);
@@ -111,7 +111,7 @@ QJsonObject RepairRequests::runner(const QString& name) const {
     return result;
 }
 
-QJsonObject RepairRequests::fileOf(const Source& source) const {
+QJsonObject RepairOfferRequests::fileOf(const Source& source) const {
     // The first one is a mirror where the user has any; without an address there is nothing to show.
     const QString address = source.addresses.value(0);
     const QFileInfo cached(m_downloads->pathOf(source.file));
@@ -123,8 +123,25 @@ QJsonObject RepairRequests::fileOf(const Source& source) const {
             {"address", Source::shownAddress(address)}};
 }
 
-void RepairRequests::takeFile(const QString& bottle, const QString& dependency, const QString& path,
-                              const Reply& reply) {
+Answer RepairOfferRequests::runnersFor32Bit() const {
+    const Sources sources = m_dependencies->sources();
+    const QStringList present = m_engine->runners().names();
+    QJsonArray installed, supported;
+    for (const QString& name : present) {
+        if (Runners::runs32Bit(m_engine->runners().find(name)->wine))
+            installed += name;
+    }
+    for (const QString& name : sources.components(RunnerKind)) {
+        // So do those who publish them call the builds that need no 32-bit libraries.
+        if (!present.contains(name) &&
+            sources.archiveOf(RunnerKind, name).contains("wow64", Qt::CaseInsensitive))
+            supported += name;
+    }
+    return Answer::of(JsonText::compact(QJsonObject{{"installed", installed}, {"supported", supported}}));
+}
+
+void RepairOfferRequests::takeFile(const QString& bottle, const QString& dependency, const QString& path,
+                                   const Reply& reply) {
     if (m_engine->refuseUnknown(bottle, reply))
         return;
     const Sources sources = m_dependencies->sources();

@@ -1,0 +1,22 @@
+#include "bottleservice/wire/RepairObject.h"
+
+#include "bottleservice/BottleRepairRequests.h"
+#include "bottleservice/RepairOfferRequests.h"
+#include "bottleservice/wire/TextMethods.h"
+
+RepairObject::RepairObject(RepairOfferRequests* offers, BottleRepairRequests* repairs, QObject* parent)
+    : BusObject("/com/lumora/Manager/Repair", ":/wire/com.lumora.Manager.Repair.xml", parent) {
+    handle("describe", [offers](const QVariantList& arguments, const Reply& reply) {
+        offers->describe(arguments[0].toString(), arguments[1].toString(), arguments[2].toStringList(),
+                         reply);
+    });
+    handle("takeFile", [offers](const QVariantList& arguments, const Reply& reply) {
+        offers->takeFile(arguments[0].toString(), arguments[1].toString(), arguments[2].toString(), reply);
+    });
+    handle("runnersFor32Bit",
+           [offers](const QVariantList&, const Reply& reply) { reply(offers->runnersFor32Bit()); });
+    handleOneText<BottleRepairRequests>(this, repairs,
+                                        {{"damage", &BottleRepairRequests::damage},
+                                         {"renewBottle", &BottleRepairRequests::renewBottle},
+                                         {"cancelRenewal", &BottleRepairRequests::cancelRenewal}});
+}
