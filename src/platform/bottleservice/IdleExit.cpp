@@ -6,8 +6,8 @@ constexpr int LeavingMs = 300;
 
 }  // namespace
 
-IdleExit::IdleExit(int seconds, std::function<bool()> isIdle, QObject* parent)
-    : QObject(parent), m_isIdle(std::move(isIdle)) {
+IdleExit::IdleExit(int seconds, std::function<bool()> isIdle, std::function<bool()> isDone, QObject* parent)
+    : QObject(parent), m_isIdle(std::move(isIdle)), m_isDone(std::move(isDone)) {
     m_timer.setTimerType(Qt::VeryCoarseTimer);
     connect(&m_timer, &QTimer::timeout, this, &IdleExit::onTimeout);
     if (seconds > 0)
@@ -20,14 +20,12 @@ void IdleExit::touch() {
 }
 
 void IdleExit::onTimeout() {
-    if (!m_isIdle())
-        return;
-    if (m_leaving) {
+    if (!m_leaving && m_isIdle()) {
+        m_leaving = true;
+        Q_EMIT leaving();
+        m_timer.start(LeavingMs);
+    } else if (m_leaving && m_isDone()) {
         m_timer.stop();
         Q_EMIT left();
-        return;
     }
-    m_leaving = true;
-    Q_EMIT leaving();
-    m_timer.start(LeavingMs);
 }

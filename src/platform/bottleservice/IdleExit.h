@@ -10,8 +10,10 @@ class IdleExit : public QObject {
     Q_OBJECT
 
 public:
-    /// 0 seconds: never.
-    IdleExit(int seconds, std::function<bool()> isIdle, QObject* parent = nullptr);
+    /// 0 seconds: never. isDone says whether nothing is under way that must be finished; what begins while
+    /// the service is leaving, such as a user's program, is the next service's and must not hold this one.
+    IdleExit(int seconds, std::function<bool()> isIdle, std::function<bool()> isDone,
+             QObject* parent = nullptr);
 
 public Q_SLOTS:
     /// Somebody asked for something.
@@ -27,6 +29,7 @@ private:
     void onTimeout();
 
     std::function<bool()> m_isIdle;
+    std::function<bool()> m_isDone;
     QTimer m_timer;
     bool m_leaving = false;
 };

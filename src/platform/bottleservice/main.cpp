@@ -171,11 +171,14 @@ int main(int argc, char** argv) {
     QObject::connect(&engine, &BottleEngine::closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
     const auto areRequestsDone = [&] {
-        return programs.isIdle() && life.isIdle() && desktop.isIdle() && components.isIdle() &&
-               dependencies.isIdle() && repairOffers.isIdle();
+        return programs.isIdle() && desktop.isIdle() && components.isIdle() && dependencies.isIdle() &&
+               repairOffers.isIdle();
     };
-    IdleExit idle(arguments.idleSeconds, [&] { return engine.isIdle() && areRequestsDone(); });
-    TemplatePreparation preparation(&engine, [&] { return engine.isQuiet() && areRequestsDone(); });
+    const auto isDone = [&] { return engine.isIdle() && areRequestsDone(); };
+    IdleExit idle(
+        arguments.idleSeconds, [&] { return isDone() && life.isIdle(); }, isDone);
+    TemplatePreparation preparation(&engine,
+                                    [&] { return engine.isQuiet() && areRequestsDone() && life.isIdle(); });
     for (const BusObject* object : objects) {
         QObject::connect(object, &BusObject::called, &idle, &IdleExit::touch);
         QObject::connect(object, &BusObject::called, &preparation, &TemplatePreparation::touch);
