@@ -58,7 +58,9 @@ void BottleRepairRequests::renewBottle(const QString& bottle, const Reply& reply
     auto job = std::make_unique<RepairBottleJob>(
         m_engine, bottle, mended,
         [reply, mended](const Answer& answer) { reply(Answer::of(compact(resultOf(answer, *mended)))); });
-    m_renewals.insert(bottle, job.get());
+    auto& renewals = m_renewals[bottle];
+    renewals.removeAll(nullptr);
+    renewals += job.get();
     m_engine->renew(bottle);  // what the Wine's update brings is no damage
     m_engine->enqueue(bottle, std::move(job));
 }
@@ -69,6 +71,8 @@ void BottleRepairRequests::cancelRenewal(const QString& bottle, const Reply& rep
 }
 
 void BottleRepairRequests::cancelAll(const QString& bottle) {
-    if (InstallJob* job = m_renewals.take(bottle))
-        job->cancel();
+    for (const QPointer<InstallJob>& job : m_renewals.take(bottle)) {
+        if (job)
+            job->cancel();
+    }
 }

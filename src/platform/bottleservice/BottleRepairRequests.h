@@ -26,5 +26,5 @@ public:
 
 private:
     BottleEngine* m_engine;
-    QHash<QString, QPointer<InstallJob>> m_renewals;
+    QHash<QString, QVector<QPointer<InstallJob>>> m_renewals;  ///< by bottle; some may have ended
 };
