@@ -62,6 +62,10 @@ RepairOfferRequests::~RepairOfferRequests() {
     close();
 }
 
+void RepairOfferRequests::recover() {
+    ChosenFile::removeLeftovers(m_downloads->directory());
+}
+
 void RepairOfferRequests::describe(const QString& bottle, const QString& kind, const QStringList& names,
                                    const Reply& reply) {
     if (m_engine->refuseUnknown(bottle, reply))
@@ -155,10 +159,10 @@ void RepairOfferRequests::takeFile(const QString& bottle, const QString& depende
         return;
     }
     ++m_running;
-    const QString directory = QFileInfo(m_downloads->pathOf(wanted.first().file)).path();
     Background::run(
         this,
-        [path, wanted, directory, data = m_engine->dataDir(), cancelled = m_cancelled] {
+        [path, wanted, directory = m_downloads->directory(), data = m_engine->dataDir(),
+         cancelled = m_cancelled] {
             ChosenFile::Taken taken = ChosenFile::take(path, wanted, directory, *cancelled);
             if (taken.failure.isEmpty())
                 taken.failure = ChosenFile::remember(data, taken.file, taken.sha256);

@@ -21,6 +21,9 @@ public:
                         QObject* parent = nullptr);
     ~RepairOfferRequests() override;
 
+    /// Removes what a killed service has left half copied. Once, before the first request.
+    void recover();
+
     /// Answers with an array that tells of each name; see the interface's file. Changes nothing and uses no
     /// network.
     void describe(const QString& bottle, const QString& kind, const QStringList& names, const Reply& reply);

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <QCryptographicHash>
 #include <QtTest>
 
@@ -200,12 +202,21 @@ private Q_SLOTS:
         QCOMPARE(before[4]["reasons"][0]["code"].toString(), QString("no-component"));
         QVERIFY(m_server.requests.isEmpty());
 
+        const QString half = m_service->write("downloads/.chosen-half", "half a cop");
+        m_service->kill();
+        QVERIFY(m_service->start() && !QFile::exists(half));
         const auto& home = m_service->home();
         const QString program = home.write("other name.exe", "a program");
         const QString link = home.path() + "/unknown.exe";
         QVERIFY(QFile::link(program, link));
         QCOMPARE(take("unknown", link), QString("no-ordinary-file"));
         QCOMPARE(take("unknown", home.path()), QString("no-ordinary-file"));
+        const QString pipe = home.path() + "/pipe";
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        QCOMPARE(take("unknown", pipe), QString("no-ordinary-file"));
+        QFile huge(home.path() + "/huge");
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(1LL << 33));  // is not even copied
+        QCOMPARE(take("unknown", huge.fileName()), QString("other-file"));
         QCOMPARE(take("unknown", "unknown.exe"), QString("no-ordinary-file"));
         QCOMPARE(take("unknown", program), QString("other-file"));
         QCOMPARE(take("gone", home.write("gone.exe", "another")), QString("other-file"));

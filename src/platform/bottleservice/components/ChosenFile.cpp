@@ -5,11 +5,14 @@
 #include <unistd.h>
 
 #include <QCryptographicHash>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QMutex>
 #include <QTemporaryFile>
+#include <algorithm>
 
 #include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/PlainFile.h"
@@ -19,16 +22,30 @@ namespace {
 constexpr int BlockBytes = 1024 * 1024;
 constexpr qint64 MaximumRecord = 1024 * 1024;
 const char RecordFile[] = "/chosen-files.json";
+const QLatin1String CopyPrefix(".chosen-");  // no name of a wanted file begins so
+QMutex recordMutex;
+
+/// Whether a checksum is known that somebody else than the user has given.
+bool hasChecksum(const Source& source) {
+    return !source.sha256.isEmpty() && !source.isChosen;
+}
+
+/// Whether it is worth the while, and the room on the disk, to copy a file of this size and name.
+bool mayBeWanted(const QVector<Source>& wanted, qint64 size, const QString& name) {
+    return std::any_of(wanted.begin(), wanted.end(), [size, &name](const Source& source) {
+        return hasChecksum(source) ? source.size < 0 || source.size == size
+                                   : source.file.compare(name, Qt::CaseInsensitive) == 0;
+    });
+}
 
 /// The wanted file that has this content or, without a checksum to compare, this name.
 const Source* match(const QVector<Source>& wanted, const QByteArray& sha256, const QString& name) {
     for (const Source& source : wanted) {
-        if (!source.isChosen && source.sha256 == sha256)
+        if (hasChecksum(source) && source.sha256 == sha256)
             return &source;
     }
     for (const Source& source : wanted) {
-        const bool hasChecksum = !source.sha256.isEmpty() && !source.isChosen;
-        if (!hasChecksum && source.file.compare(name, Qt::CaseInsensitive) == 0)
+        if (!hasChecksum(source) && source.file.compare(name, Qt::CaseInsensitive) == 0)
             return &source;
     }
     return nullptr;
@@ -87,8 +104,10 @@ ChosenFile::Taken ChosenFile::take(const QString& path, const QVector<Source>& w
     QFile from;
     if (!QDir::isAbsolutePath(path) || path.contains(QChar(0)) || !openPlain(&from, path))
         return {{}, {}, Reason(Reason::NoOrdinaryFile, {name})};
+    if (!mayBeWanted(wanted, from.size(), name))
+        return {{}, {}, otherFile(wanted, name)};
     QDir().mkpath(directory);
-    QTemporaryFile to(directory + "/.chosen-XXXXXX");
+    QTemporaryFile to(directory + '/' + CopyPrefix + "XXXXXX");
     if (!to.open())
         return {{}, {}, Reason::ofWriting(directory, false, to.errorString())};
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -107,6 +126,7 @@ ChosenFile::Taken ChosenFile::take(const QString& path, const QVector<Source>& w
 }
 
 Reason ChosenFile::remember(const QString& dataDir, const QString& file, const QByteArray& sha256) {
+    const QMutexLocker alone(&recordMutex);
     QJsonObject record = remembered(dataDir);
     record.insert(file, QString::fromLatin1(sha256));
     QString error;
@@ -117,4 +137,13 @@ Reason ChosenFile::remember(const QString& dataDir, const QString& file, const Q
 QJsonObject ChosenFile::remembered(const QString& dataDir) {
     const auto text = PlainFile::read(dataDir + RecordFile, MaximumRecord);
     return QJsonDocument::fromJson(text.value_or(QByteArray())).object();
+}
+
+void ChosenFile::removeLeftovers(const QString& directory) {
+    const QDir downloads(directory);
+    for (const QString& name : downloads.entryList({CopyPrefix + '*'}, QDir::Files | QDir::Hidden)) {
+        qWarning() << "an earlier run of the service was interrupted; removing what it left:"
+                   << downloads.filePath(name);
+        QFile::remove(downloads.filePath(name));
+    }
 }

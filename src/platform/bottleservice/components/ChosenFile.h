@@ -22,8 +22,11 @@ Taken take(const QString& path, const QVector<Source>& wanted, const QString& di
            const std::atomic_bool& cancelled);
 
 /// Notes that the user has chosen the file, for Sources: a file without a known checksum may then be used.
-/// Returns a reason when it could not be written.
+/// Returns a reason when it could not be written. For any thread.
 Reason remember(const QString& dataDir, const QString& file, const QByteArray& sha256);
+
+/// Removes copies that a service which was killed has left in the directory. Before the first take().
+void removeLeftovers(const QString& directory);
 
 /// What was noted: file to checksum.
 QJsonObject remembered(const QString& dataDir);

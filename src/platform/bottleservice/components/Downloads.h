@@ -19,6 +19,7 @@ public:
     explicit Downloads(const QString& dataDir, QObject* parent = nullptr);
     ~Downloads() override;
 
+    QString directory() const { return m_directory; }
     QString pathOf(const QString& file) const { return m_directory + '/' + file; }
     bool isIdle() const { return m_running.isEmpty(); }
 
