@@ -1,0 +1,80 @@
+#include "bottleservice/BottleService.h"
+
+#include <algorithm>
+
+#include "bottleservice/wire/DesktopMethods.h"
+#include "bottleservice/wire/LifeMethods.h"
+#include "bottleservice/wire/ProgramMethods.h"
+#include "bottleservice/wire/SettingsMethods.h"
+
+BottleService::BottleService(const QString& dataDir, const QString& version)
+    : m_engine(dataDir),
+      m_programs(&m_engine, CELLARIX_ICON_EXTRACTOR),
+      m_life(&m_engine),
+      m_settings(&m_engine),
+      m_desktop(&m_engine, &m_programs, CELLARIX_COMMAND, CELLARIX_ICON_EXTRACTOR),
+      m_downloads(dataDir),
+      m_components(&m_engine, &m_downloads, CELLARIX_CATALOGUE),
+      m_cleanUps(&m_engine, &m_programs),
+      m_templates(&m_engine),
+      m_bottleRepairs(&m_engine),
+      m_dependencies(&m_engine, &m_downloads, CELLARIX_CATALOGUE),
+      m_repairOffers(&m_engine, &m_downloads, &m_dependencies),
+      m_bottlesObject(&m_engine),
+      m_componentsObject(&m_components),
+      m_templatesObject(&m_templates),
+      m_cleanUpObject(&m_cleanUps),
+      m_programsObject(&m_life),
+      m_repairObject(&m_repairOffers, &m_bottleRepairs),
+      m_managerObject(version),
+      m_objects{&m_bottlesObject,  &m_componentsObject, &m_templatesObject, &m_cleanUpObject,
+                &m_programsObject, &m_repairObject,     &m_managerObject} {
+    connectRequests();
+    addMethods();
+    m_engine.recover();
+    m_settings.recover();
+    m_desktop.recover();
+    m_repairOffers.recover();
+}
+
+void BottleService::connectRequests() {
+    connect(&m_life, &LifeRequests::programExited, &m_desktop, &DesktopRequests::collectAssociations);
+    for (const auto changed : {&ProgramRequests::programAdded, &ProgramRequests::programUpdated})
+        connect(&m_programs, changed, &m_life, &LifeRequests::onProgramsChanged);
+    connect(&m_programs, &ProgramRequests::programDeleted, &m_life, &LifeRequests::onProgramsChanged);
+    connect(&m_engine, &BottleEngine::aboutToDelete, this, [this](const QString& bottle) {
+        m_components.cancelAll(bottle);
+        m_bottleRepairs.cancelAll(bottle);
+        m_dependencies.cancel(bottle, [](const Answer&) {});
+    });
+    connect(&m_engine, &BottleEngine::closed, this, &BottleService::closed);
+}
+
+void BottleService::addMethods() {
+    addProgramMethods(&m_bottlesObject, &m_programs);
+    addDesktopMethods(&m_bottlesObject, &m_desktop);
+    addLifeMethods(&m_bottlesObject, &m_life);
+    addSettingsMethods(&m_bottlesObject, &m_settings);
+    addComponentMethods(&m_bottlesObject, &m_components);
+    addDependencyMethods(&m_bottlesObject, &m_dependencies);
+    for (const BusObject* object : m_objects)
+        connect(object, &BusObject::called, this, &BottleService::called);
+    connect(&m_managerObject, &ManagerObject::quitRequested, this, &BottleService::quitRequested);
+}
+
+bool BottleService::registerOn(const QDBusConnection& bus) {
+    return std::all_of(m_objects.begin(), m_objects.end(),
+                       [&bus](BusObject* object) { return object->registerOn(bus); });
+}
+
+bool BottleService::areRequestsDone() const {
+    return m_programs.isIdle() && m_desktop.isIdle() && m_components.isIdle() && m_dependencies.isIdle() &&
+           m_repairOffers.isIdle();
+}
+
+void BottleService::close() {
+    m_components.close();
+    m_dependencies.close();
+    m_repairOffers.close();
+    m_engine.close();
+}

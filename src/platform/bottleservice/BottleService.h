@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <vector>
+
+#include "bottleservice/BottleEngine.h"
+#include "bottleservice/BottleRepairRequests.h"
+#include "bottleservice/CleanUpRequests.h"
+#include "bottleservice/ComponentRequests.h"
+#include "bottleservice/DependencyRequests.h"
+#include "bottleservice/DesktopRequests.h"
+#include "bottleservice/LifeRequests.h"
+#include "bottleservice/ProgramRequests.h"
+#include "bottleservice/RepairOfferRequests.h"
+#include "bottleservice/SettingsRequests.h"
+#include "bottleservice/TemplateRequests.h"
+#include "bottleservice/components/Downloads.h"
+#include "bottleservice/wire/BottlesObject.h"
+#include "bottleservice/wire/CleanUpObject.h"
+#include "bottleservice/wire/ComponentMethods.h"
+#include "bottleservice/wire/ManagerObject.h"
+#include "bottleservice/wire/ProgramsObject.h"
+#include "bottleservice/wire/RepairObject.h"
+#include "bottleservice/wire/TemplatesObject.h"
+
+/// The engine, all families of requests on it, and the bus objects that they are called by. Making one
+/// recovers what an earlier service left half done; the caller holds the data directory's lock.
+class BottleService : public QObject {
+    Q_OBJECT
+
+public:
+    BottleService(const QString& dataDir, const QString& version);
+
+    bool registerOn(const QDBusConnection& bus);
+    /// Follows the programs that run and will be started, once clients can hear of them.
+    void watchPrograms() { m_life.watchPrograms(); }
+
+    BottleEngine* engine() { return &m_engine; }
+    /// Everything that was asked for is done.
+    bool isDone() const { return m_engine.isIdle() && areRequestsDone(); }
+    /// The same, and no program runs whose end would be missed.
+    bool isIdle() const { return isDone() && m_life.isIdle(); }
+    /// Nobody waits for anything and nothing runs.
+    bool isQuiet() const { return m_engine.isQuiet() && areRequestsDone() && m_life.isIdle(); }
+
+    /// Cancels what runs and takes nothing new; closed() follows.
+    void close();
+
+Q_SIGNALS:
+    /// Somebody asked for something.
+    void called();
+    void quitRequested();
+    void closed();
+
+private:
+    void connectRequests();
+    void addMethods();
+    bool areRequestsDone() const;
+
+    BottleEngine m_engine;
+    ProgramRequests m_programs;
+    LifeRequests m_life;
+    SettingsRequests m_settings;
+    DesktopRequests m_desktop;
+    Downloads m_downloads;
+    ComponentRequests m_components;
+    CleanUpRequests m_cleanUps;
+    TemplateRequests m_templates;
+    BottleRepairRequests m_bottleRepairs;
+    DependencyRequests m_dependencies;
+    RepairOfferRequests m_repairOffers;
+
+    BottlesObject m_bottlesObject;
+    ComponentsObject m_componentsObject;
+    TemplatesObject m_templatesObject;
+    CleanUpObject m_cleanUpObject;
+    ProgramsObject m_programsObject;
+    RepairObject m_repairObject;
+    ManagerObject m_managerObject;
+    std::vector<BusObject*> m_objects;
+};
