@@ -74,6 +74,7 @@ constexpr Row Rows[] = {
     {"no-ordinary-file", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is no ordinary file that can be read.")},
     {"other-file",
      QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is not the file that is needed. What is needed is %2.")},
+    {"template-failed", QT_TRANSLATE_NOOP("ServiceErrorText", "Wine could not prepare an environment: %1.")},
 };
 
 const char* formatOf(const QString& code) {

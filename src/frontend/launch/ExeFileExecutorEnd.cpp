@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "backend/BottleRepair.h"
-#include "backend/BottleRepairs.h"
 #include "backend/BottlesConfig.h"
 #include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
@@ -279,7 +278,7 @@ void ExeFileExecutor::askForSize() {
     if (m_components != QStringList("mono9"))
         return;
     const int start = m_starts;
-    BottleRepairs::instance()->describeDependencies(
+    BottleRepair::instance()->describeDependencies(
         m_bottlesName, m_components, this, [this, start](const BusResult& answer) {
             if (start == m_starts)
                 m_failure.downloadBytes = OfferedComponent::bytes(OfferedComponent::read(answer.array()));

@@ -182,9 +182,7 @@ Answer BottleEngine::checkPublicBottles(const QString& queryJson) const {
 void BottleEngine::getRunnerVersion(const QString& name, const Reply& reply) {
     const auto runner = m_runners.find(name);
     if (!runner) {
-        reply(Answer::failure(
-            Fault::InvalidArgs,
-            QString("The Wine runner \"%1\" is not installed.").arg(BottleName::shown(name))));
+        reply(Answer::failure(Fault::InvalidArgs, Reason(Reason::NoRunner, {BottleName::shown(name)})));
         return;
     }
     const QFileInfo wine(runner->wine);

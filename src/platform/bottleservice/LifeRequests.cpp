@@ -4,6 +4,7 @@
 #include <QJsonObject>
 
 #include "bottleservice/BottleEngine.h"
+#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/jobs/StopJobs.h"
@@ -88,7 +89,7 @@ Answer LifeRequests::startCommand(const QString& bottle, const QStringList& argu
     const Runner runner = m_engine->runnerOf(*settings);
     if (runner.wine.isEmpty())
         return Answer::failure(Fault::Failed,
-                               QString("The Wine runner \"%1\" is not installed.").arg(settings->runner()));
+                               Reason(Reason::NoRunner, {BottleName::shown(settings->runner())}));
     const QString path = m_engine->store().pathOf(bottle);
     const QJsonObject variables = LaunchData::environment(path, settings->record());
     const QString fault =

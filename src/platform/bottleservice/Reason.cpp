@@ -47,6 +47,7 @@ constexpr Reason::Format Formats[] = {
     {"programs-not-ended", "Programs in the bottle could not be ended."},
     {"no-ordinary-file", "%1 is no ordinary file that can be read."},
     {"other-file", "%1 is not the file that is needed. What is needed is %2."},
+    {"template-failed", "Wine could not prepare an environment: %1."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -47,6 +47,7 @@ public:
         ProgramsNotEnded,
         NoOrdinaryFile,
         OtherFile,
+        TemplateFailed,
         CodeCount
     };
 

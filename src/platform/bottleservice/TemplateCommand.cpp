@@ -78,7 +78,7 @@ int TemplateCommand::prepare(const QString& dataDir) {
             leave();
     });
     looks.start(LookMs);
-    templates.obtain(*runner, &templates, [](const QString&, const QString&) {});
+    templates.obtain(*runner, &templates, [](const QString&, const Reason&) {});
     QObject::connect(&templates, &Templates::idle, QCoreApplication::instance(), &QCoreApplication::quit,
                      Qt::QueuedConnection);
     QCoreApplication::exec();

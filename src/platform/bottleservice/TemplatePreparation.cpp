@@ -63,5 +63,5 @@ void TemplatePreparation::look() {
     }
     m_hasBegun = true;
     m_timer.start(LookMs);
-    templates->prepare(*runner, this, [this](const QString&, const QString&) { stop(); });
+    templates->prepare(*runner, this, [this](const QString&, const Reason&) { stop(); });
 }

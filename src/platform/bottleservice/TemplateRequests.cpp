@@ -17,10 +17,10 @@ void TemplateRequests::recreate(const Reply& reply) {
     m_waiting.append(reply);
     if (m_waiting.size() > 1)
         return;
-    m_faults.clear();
+    m_faults = {};
     m_runners = m_engine->runners().names();
     if (m_runners.isEmpty())
-        m_faults += "Wine is not installed on this machine. Install the packages wine and wine64.";
+        m_faults += Reason::NoWine;
     next();
 }
 
@@ -35,15 +35,15 @@ void TemplateRequests::next() {
     Q_EMIT progress(QString("Making the template of %1.").arg(BottleName::shown(runner->name)));
     m_elapsed.start();
     m_engine->templates()->recreate(*runner, this,
-                                    [this](const QString&, const QString& sentence) { onMade(sentence); });
+                                    [this](const QString&, const Reason& reason) { onMade(reason); });
 }
 
-void TemplateRequests::onMade(const QString& sentence) {
-    if (sentence.isEmpty()) {
+void TemplateRequests::onMade(const Reason& reason) {
+    if (reason.isEmpty()) {
         Q_EMIT progress(QString("Made it in %1 s.").arg((m_elapsed.elapsed() + 500) / 1000));
     } else {
-        Q_EMIT progress(QString("It was not made: %1").arg(sentence));
-        m_faults += sentence;
+        Q_EMIT progress(QString("It was not made: %1").arg(reason.text()));
+        m_faults += reason;
     }
     next();
 }
@@ -68,7 +68,7 @@ void TemplateRequests::renewBottles() {
 
 void TemplateRequests::onRenewed(const Answer& answer) {
     if (!answer.isGood())
-        m_faults += answer.reason.text();
+        m_faults += answer.reason;
     --m_bottles;
     leaveIfDone();
 }
@@ -77,8 +77,7 @@ void TemplateRequests::leaveIfDone() {
     if (m_bottles > 0 || m_waiting.isEmpty())
         return;
     m_engine->removeUnneededTemplates();
-    const Answer answer =
-        m_faults.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, m_faults.join(' '));
+    const Answer answer = m_faults.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, m_faults);
     if (answer.isGood())
         Q_EMIT progress("Everything is up to date.");
     const QVector<Reply> waiting = std::exchange(m_waiting, {});

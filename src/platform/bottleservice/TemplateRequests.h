@@ -29,7 +29,7 @@ Q_SIGNALS:
 
 private:
     void next();
-    void onMade(const QString& sentence);
+    void onMade(const Reason& reason);
     void renewBottles();
     void onRenewed(const Answer& answer);
     void leaveIfDone();
@@ -37,7 +37,7 @@ private:
     BottleEngine* m_engine;
     QVector<Reply> m_waiting;
     QStringList m_runners;  ///< still to do
-    QStringList m_faults;
+    Reason m_faults;
     QElapsedTimer m_elapsed;
     int m_bottles = 0;  ///< that are not yet up to date
 };

@@ -157,7 +157,7 @@ private Q_SLOTS:
             QSKIP("cannot-mount-a-small-file-system-here");
         service.write("runners/big/bin/wine", "#!/bin/sh\ncat /dev/zero > \"$WINEPREFIX/big\"\n", true);
         const bool isUp = service.start();
-        const QString error = service.json("createBottles", {"real", "big"})["error"].toString();
+        const QJsonDocument refused = service.json("createBottles", {"real", "big"});
         const bool isClean = TestSupport::waitUntil(
             [&] {
                 return service.unfinished("bottles").isEmpty() && service.unfinished("templates").isEmpty();
@@ -166,7 +166,8 @@ private Q_SLOTS:
         service.kill();
         TestSupport::runProcess("umount", {"-l", disk});
         QVERIFY(isUp && isClean);
-        QVERIFY2(error.startsWith("No space left on the disk that holds " + disk), qPrintable(error));
+        QCOMPARE(refused["reasons"][0]["code"].toString(), QString("disk-full"));
+        QVERIFY2(refused["error"].toString().contains(disk), refused.toJson().constData());
     }
 
     /// The service, all Wine processes of a bottle or its wineserver die in the midst of work.

@@ -275,7 +275,7 @@ Reason Download::replyFault() const {
         m_reply->error() == QNetworkReply::RemoteHostClosedError)
         return Reason(Reason::ClosedTooSoon, {m_source.file, shownAddress()});
     if (isUnreachable(m_reply->error()))
-        return Reason(Reason::NoConnection, {m_source.file, m_reply->url().host()});
+        return Reason(Reason::NoConnection, {m_source.file, shownAddress()});
     return Reason(Reason::FetchFailed, {m_source.file, shownAddress(), m_reply->errorString()});
 }
 

@@ -34,11 +34,11 @@ void ChangeRunnerJob::work() {
     }
     m_isWaiting = true;
     Templates* templates = engine()->templates();
-    templates->obtain(m_runner, this, [this, templates](const QString& path, const QString& sentence) {
+    templates->obtain(m_runner, this, [this, templates](const QString& path, const Reason& reason) {
         if (!std::exchange(m_isWaiting, false))
             return;
         if (path.isEmpty()) {
-            worked(sentence);
+            worked(reason);
             return;
         }
         Background::run(

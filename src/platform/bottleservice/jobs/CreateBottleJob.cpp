@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <cerrno>
+#include <cstring>
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/FullDisk.h"
@@ -54,23 +56,25 @@ void CreateBottleJob::start() {
     const QString target = m_store.pathOf(m_name);
     m_workingDirectory = WorkingDirectory::pathBeside(target, BottleName::CreatingPrefix);
     if (!QDir().mkpath(m_workingDirectory + "/logs")) {
-        fail(QString("Cannot make a directory in %1.").arg(QFileInfo(target).path()));
+        const int error = errno;
+        fail(
+            Reason(Reason::CannotWrite, {QFileInfo(target).path(), QString::fromLocal8Bit(strerror(error))}));
         return;
     }
     qInfo() << "making bottle" << BottleName::shown(m_name) << "on" << m_runner.name << "in"
             << m_workingDirectory;
     m_templateKey = Templates::keyOf(m_runner);
     m_templates->obtain(m_runner, this,
-                        [this](const QString& path, const QString& sentence) { onTemplate(path, sentence); });
+                        [this](const QString& path, const Reason& reason) { onTemplate(path, reason); });
 }
 
 void CreateBottleJob::cancel() {
     *m_cancelled = true;
 }
 
-void CreateBottleJob::onTemplate(const QString& path, const QString& sentence) {
+void CreateBottleJob::onTemplate(const QString& path, const Reason& reason) {
     if (path.isEmpty() || *m_cancelled) {
-        fail(path.isEmpty() ? Reason(sentence) : Reason(Reason::Cancelled));
+        fail(path.isEmpty() ? reason : Reason(Reason::Cancelled));
         return;
     }
     m_templates->run(
@@ -110,10 +114,10 @@ void CreateBottleJob::succeed(bool created, const QString& runner) {
     finish(Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact)));
 }
 
-void CreateBottleJob::fail(const Reason& fault) {
-    const Reason reason = FullDisk::explain(m_store.root(), fault);
-    qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << reason.text();
+void CreateBottleJob::fail(const Reason& reason) {
+    const Reason told = *m_cancelled ? reason : FullDisk::explain(m_store.root(), reason);
+    qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << told.text();
     if (!m_workingDirectory.isEmpty() && QFileInfo::exists(m_workingDirectory))
         m_reclaimer->remove(m_workingDirectory);
-    finish(refusal(reason));
+    finish(refusal(told));
 }

@@ -28,7 +28,7 @@ public:
     static Answer refusal(const Reason& reason);
 
 private:
-    void onTemplate(const QString& path, const QString& sentence);
+    void onTemplate(const QString& path, const Reason& reason);
     void onCopied(const QString& sentence);
     QString complete();
     void succeed(bool created, const QString& runner);

@@ -5,6 +5,7 @@
 
 #include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/FullDisk.h"
 #include "bottleservice/components/Background.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/wine/BottleStopper.h"
@@ -176,7 +177,9 @@ void InstallJob::complete() {
     conclude({});
 }
 
-void InstallJob::takeBack(const Reason& reason) {
+void InstallJob::takeBack(const Reason& cause) {
+    // Before the room is given free again.
+    const Reason reason = *m_cancelled ? cause : FullDisk::explain(bottlePath(), cause);
     qWarning() << "the installation into" << BottleName::shown(m_bottle) << "is taken back:" << reason.text();
     stop(this, m_engine, m_bottle, m_runner.wineserver, [this, reason](bool clean) {
         // An unfinished backup means that nothing has been changed yet.

@@ -54,7 +54,7 @@ private:
     void setAside();
     void settle();
     void complete();
-    void takeBack(const Reason& reason);
+    void takeBack(const Reason& cause);
     void conclude(const Reason& reason);
 
     BottleEngine* m_engine;

@@ -22,20 +22,19 @@ void RenewBottleJob::start() {
     }
     qInfo() << "the Wine of" << BottleName::shown(m_bottle) << "has changed; renewing the bottle's copies";
     Templates* templates = m_engine->templates();
-    templates->obtain(
-        runner, this, [this, templates, old, key](const QString& path, const QString& sentence) {
-            if (path.isEmpty()) {
-                onRenewed(key, sentence);
-                return;
-            }
-            const QString prefix = m_engine->store().pathOf(m_bottle);
-            templates->run(
-                this,
-                [prefix, before = templates->pathOf(old), path](const std::atomic_bool& cancelled) {
-                    return SlimPrefix::renew(prefix, before, path, cancelled);
-                },
-                [this, key](const QString& fault) { onRenewed(key, fault); });
-        });
+    templates->obtain(runner, this, [this, templates, old, key](const QString& path, const Reason& reason) {
+        if (path.isEmpty()) {
+            onRenewed(key, reason.text());
+            return;
+        }
+        const QString prefix = m_engine->store().pathOf(m_bottle);
+        templates->run(
+            this,
+            [prefix, before = templates->pathOf(old), path](const std::atomic_bool& cancelled) {
+                return SlimPrefix::renew(prefix, before, path, cancelled);
+            },
+            [this, key](const QString& fault) { onRenewed(key, fault); });
+    });
 }
 
 void RenewBottleJob::onRenewed(const QString& key, const QString& sentence) {

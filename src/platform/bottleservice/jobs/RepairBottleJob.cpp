@@ -31,11 +31,11 @@ void RepairBottleJob::makeWindowsDirectory() {
 
 void RepairBottleJob::work() {
     m_isWaiting = true;
-    engine()->templates()->obtain(m_runner, this, [this](const QString& original, const QString& sentence) {
+    engine()->templates()->obtain(m_runner, this, [this](const QString& original, const Reason& reason) {
         if (!std::exchange(m_isWaiting, false))
             return;
         if (original.isEmpty()) {
-            worked(sentence);
+            worked(reason);
             return;
         }
         Background::run(

@@ -36,9 +36,7 @@ void StopBottleJob::start() {
         new BottleStopper(m_store.pathOf(m_name), m_runners.wineserverFor(m_store.runnerOf(m_name)), this);
     stopper->setLaunchers([this] { return LaunchRecord::launchers(m_store.runningDir(), m_name); });
     connect(stopper, &BottleStopper::finished, this, [this](bool clean) {
-        finish(clean ? Answer::of()
-                     : Answer::failure(Answer::Fault::Failed,
-                                       "Some programs of the bottle could not be ended."));
+        finish(clean ? Answer::of() : Answer::failure(Answer::Fault::Failed, Reason::ProgramsNotEnded));
     });
     stopper->start();
 }
@@ -85,7 +83,7 @@ void StopProgramJob::step() {
     } else if (m_elapsed.elapsed() > GiveUpAfterMs) {
         m_poll.stop();
         qWarning() << rest.size() << "processes of program" << m_programId << "could not be ended";
-        finish(Answer::failure(Answer::Fault::Failed, "Some processes of the program could not be ended."));
+        finish(Answer::failure(Answer::Fault::Failed, Reason::ProgramsNotEnded));
     } else if (m_elapsed.elapsed() > KillAfterMs) {
         Processes::signal(rest, SIGKILL);
         signalAll(launchers, SIGKILL);

@@ -205,26 +205,30 @@ void Templates::place(const QString& key) {
 }
 
 void Templates::conclude(const QString& key, const QString& fault) {
-    const QString sentence = FullDisk::explain(m_dataDir, fault).text();
-    if (sentence.isEmpty()) {
+    Reason reason = fault;
+    if (!fault.isEmpty() && !*m_cancelled) {
+        const QString detail = fault.endsWith('.') ? fault.chopped(1) : fault;
+        reason = FullDisk::explain(m_dataDir, Reason(Reason::TemplateFailed, {detail}));
+    }
+    if (reason.isEmpty()) {
         m_builds[key].percent = 100;
         tellProgress();
     }
     const Build entry = m_builds.take(key);
     if (m_builds.isEmpty())
         m_progressTimer.stop();
-    if (sentence.isEmpty()) {
+    if (reason.isEmpty()) {
         qInfo() << "made the template" << pathOf(key);
         TemplateRecord::note(m_dataDir, entry.runners, key);
     } else {
-        qWarning() << "the template was not made:" << sentence;
+        qWarning() << "the template was not made:" << reason.text();
     }
     // What is left of a failure, or the template that was there before.
     if (QFileInfo::exists(entry.directory))
         m_reclaimer->remove(entry.directory);
     for (const Waiter& waiter : entry.waiters) {
         if (waiter.context)
-            waiter.ready(sentence.isEmpty() ? pathOf(key) : QString(), sentence);
+            waiter.ready(reason.isEmpty() ? pathOf(key) : QString(), reason);
     }
     checkIdle();
 }

@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 
+#include "bottleservice/Reason.h"
 #include "bottleservice/wine/Runners.h"
 
 class PrefixBuilder;
@@ -25,7 +26,7 @@ class Templates : public QObject {
 
 public:
     /// path is the template; empty with a sentence when there is none.
-    using Ready = std::function<void(const QString& path, const QString& sentence)>;
+    using Ready = std::function<void(const QString& path, const Reason& reason)>;
     /// Work for the worker: empty, or a sentence.
     using Work = std::function<QString(const std::atomic_bool& cancelled)>;
 
