@@ -2231,6 +2231,10 @@ please wait for the component download to complete!</source>
         <source>No space left on the disk that holds %1.</source>
         <translation>%1 所在的磁盘空间不足。</translation>
     </message>
+    <message>
+        <source>Wine could not prepare an environment: %1.</source>
+        <translation>Wine 未能完成环境准备：%1。</translation>
+    </message>
 </context>
 <context>
     <name>SessionBus</name>
