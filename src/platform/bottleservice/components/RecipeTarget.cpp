@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include "bottleservice/components/PrefixFiles.h"
+#include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/SlimPrefix.h"
 
 namespace {
@@ -42,7 +43,7 @@ RecipeTarget RecipeTarget::of(const QString& bottlePath, const QString& wine) {
     target.is64Bit = PrefixFiles::is64Bit(bottlePath);
     const QStringList directories = SlimPrefix::peDirectories(wine);
     // An old Wine keeps its files elsewhere, and then nothing is known.
-    target.runs32Bit = directories.isEmpty() || !directories.filter("i386-windows").isEmpty();
+    target.runs32Bit = directories.isEmpty() || Runners::runs32Bit(wine);
     for (const QString& directory : directories)
         target.addons += addonsNamedIn(directory + "/appwiz.cpl");
     target.addons.removeDuplicates();
