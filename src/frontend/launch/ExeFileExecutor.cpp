@@ -88,7 +88,11 @@ void ExeFileExecutor::connectParts() {
             &ExeFileExecutor::onTemplateProgress);
     connect(m_queue, &DependencyInstallQueue::emitMsg, this, &ExeFileExecutor::emitMsg);
     connect(m_queue, &DependencyInstallQueue::emitStep, this, &ExeFileExecutor::emitStep);
-    connect(m_queue, &DependencyInstallQueue::failed, this, &ExeFileExecutor::componentFailed);
+    connect(m_queue, &DependencyInstallQueue::failed, this,
+            [this](const QString& component, const QString& reason) {
+                m_failedComponents += component;
+                Q_EMIT componentFailed(component, reason);
+            });
     connect(m_queue, &DependencyInstallQueue::blocked, this, &ExeFileExecutor::askForPrograms);
     connect(m_queue, &DependencyInstallQueue::done, this, &ExeFileExecutor::onComponentsRepareDone);
     m_linksTimer.setSingleShot(true);

@@ -189,6 +189,7 @@ private:
     bool m_isCancelled = false;
     QStringList m_triedComponents;
     QStringList m_triedFonts;
+    QStringList m_failedComponents;  ///< of the tried ones
     bool m_hasSwitchedRunner = false;
     int m_seconds = 0;
     QTimer* m_secondTimer;  ///< runs as long as a program does

@@ -215,6 +215,7 @@ void ExeFileExecutor::diagnose(int exitCode, const LaunchFacts& found) {
     m_failure.fonts = m_fonts;
     m_failure.triedComponents = m_triedComponents;
     m_failure.triedFonts = m_triedFonts;
+    m_failure.failedComponents = m_failedComponents;
     addPossibleRepairs();
     if (found.stagingKnown && found.isFirstRun && !m_autoFix)
         m_failure.possible.append(RepairAction::SwitchToStaging);

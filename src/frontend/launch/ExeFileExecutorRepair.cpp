@@ -68,6 +68,7 @@ void ExeFileExecutor::retryFix(const QStringList& components) {
     m_components = components;
     for (const QString& component : components)
         m_triedComponents.removeAll(component);
+    m_failedComponents.clear();
     applyFix();
 }
 
@@ -230,6 +231,7 @@ void ExeFileExecutor::giveUp() {
     m_finished = true;
     Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(hasTriedRepair()), MsgLine);
     m_failure.triedComponents = m_triedComponents;
+    m_failure.failedComponents = m_failedComponents;
     m_failure.components.clear();
     m_failure.fonts.clear();
     m_failure.possible.clear();

@@ -82,6 +82,9 @@ private Q_SLOTS:
         tried.triedComponents << "mfc42";
         row("tried", tried, RepairAction::None,
             "It needs mfc42.dll, which is part of Visual C++ 6. A repair with Visual C++ 6 did not help.");
+        tried.failedComponents << "mfc42";
+        row("tried in vain", tried, RepairAction::None,
+            "It needs mfc42.dll, which is part of Visual C++ 6. Visual C++ 6 could not be installed.");
         FailureFacts mono = facts({{Failure::MissingMono, {}, "mono9"}}, {"mono9"});
         mono.downloadBytes = 43700000;
         row("size known", mono, RepairAction::InstallComponents,

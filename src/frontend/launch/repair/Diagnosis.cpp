@@ -127,6 +127,8 @@ private:
             case RepairAction::None:
                 break;
         }
+        if (m_sign && m_facts.failedComponents.contains(m_sign->component))
+            return tr("%1 could not be installed.").arg(componentTitle(m_sign->component));
         if (m_sign && !m_sign->component.isEmpty() && m_facts.triedComponents.contains(m_sign->component))
             return tr("A repair with %1 did not help.").arg(componentTitle(m_sign->component));
         return {};

@@ -84,6 +84,7 @@ struct FailureFacts {
     QStringList fonts;       ///< the same
     QStringList triedComponents;
     QStringList triedFonts;
+    QStringList failedComponents;  ///< those of the tried ones that could not be installed
 
     qint64 downloadBytes = 0;  ///< that the components take, when it is known
 
