@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -122,6 +123,10 @@ private Q_SLOTS:
         dialog.button(0)->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), QString("a report"));
         QVERIFY(dialog.isVisible());
+        dialog.button(0)->setFocus();
+        QTest::keyClick(dialog.windowHandle(), Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(dialog.findChild<QFileDialog*>());
+        QCOMPARE(dialog.findChildren<QWidget*>("veil").size(), 1);
     }
 };
 

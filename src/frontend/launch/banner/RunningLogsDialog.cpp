@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QLayout>
 #include <QScreen>
+#include <QShortcut>
 #include <QShowEvent>
 
 #include "fenk/FloatingMessage.h"
@@ -35,6 +36,10 @@ RunningLogsDialog::RunningLogsDialog(LogsWidget* logs, QWidget* banner) : Dialog
         else if (m_logs)
             m_logs->askWhereToSave();
     });
+    // Also while a button has the focus.
+    connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, logs,
+            &LogsWidget::askWhereToSave);
+    connect(new QShortcut(QKeySequence::Copy, this), &QShortcut::activated, logs, &LogsWidget::copyText);
     setMinimumSize(SmallestSize);
     takeRoom();
 }
