@@ -106,20 +106,21 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
     }
     auto* size =
         withBottle ? paragraph(Question::tr("The container will be deleted."), "removal_size") : nullptr;
-    auto* file = paragraph(QString(' '), "removal_file");
+    auto* file = paragraph(Question::tr("Your file %1 stays.").arg(QFileInfo(program.path).fileName()),
+                           "removal_file");
+    QSizePolicy place = file->sizePolicy();
+    place.setRetainSizeWhenHidden(mayBeOutside(program.path));
+    file->setSizePolicy(place);
     if (size)
         dialog->addContent(size);
     dialog->addContent(file);
-    file->setVisible(mayBeOutside(program.path));
+    file->hide();
     BottlesConfig::instance()->watchBottle(
         ref.bottle, dialog, [size, file, program](const BusResult& result) {
             const QString bottle = BottleRecord::path(result.object());
             if (bottle.isEmpty())
                 return;
-            if (isOutside(program.path, bottle)) {
-                file->setText(Question::tr("Your file %1 stays.").arg(QFileInfo(program.path).fileName()));
-                file->show();
-            }
+            file->setVisible(isOutside(program.path, bottle));
             if (size)
                 showSize(size, bottle);
         });
