@@ -115,15 +115,15 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
         dialog->addContent(size);
     dialog->addContent(file);
     file->hide();
-    BottlesConfig::instance()->watchBottle(
-        ref.bottle, dialog, [size, file, program](const BusResult& result) {
-            const QString bottle = BottleRecord::path(result.object());
-            if (bottle.isEmpty())
-                return;
-            file->setVisible(isOutside(program.path, bottle));
-            if (size)
-                showSize(size, bottle);
-        });
+    BottlesConfig::instance()->watchBottle(ref.bottle, dialog,
+                                           [size, file, program](const BusResult& result) {
+                                               const QString bottle = BottleRecord::path(result.object());
+                                               if (bottle.isEmpty())
+                                                   return;
+                                               file->setVisible(isOutside(program.path, bottle));
+                                               if (size)
+                                                   showSize(size, bottle);
+                                           });
 }
 
 void remove(const Program& program, bool withBottle, const QPointer<QWidget>& over) {
