@@ -2,13 +2,12 @@
 
 #include <QDBusServiceWatcher>
 #include <QDebug>
-#include <QFutureWatcher>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtConcurrent>
 #include <algorithm>
 
+#include "backend/InBackground.h"
 #include "backend/RunningPrograms.h"
 #include "launch/watch/RaiseWindow.h"
 #include "launch/watch/X11Desktop.h"
@@ -122,11 +121,7 @@ void ProgramRuns::raiseWindow(const ProgramRef& ref, QObject* context,
             for (const QJsonValue& pid : program.toObject().value("pids").toArray())
                 pids << qint64(pid.toDouble());
         }
-        auto* watcher = new QFutureWatcher<bool>(context);
-        connect(watcher, &QFutureWatcherBase::finished, context, [watcher, then] {
-            watcher->deleteLater();
-            then(watcher->result());
-        });
-        watcher->setFuture(QtConcurrent::run(RaiseWindow::ofProcesses, pids));
+        inBackground(
+            context, [pids] { return RaiseWindow::ofProcesses(pids); }, then);
     });
 }

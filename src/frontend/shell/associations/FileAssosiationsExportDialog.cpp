@@ -7,12 +7,12 @@
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
+#include "backend/InBackground.h"
 #include "fenk/Spinner.h"
 #include "fenk/Theme.h"
 #include "fenk/Tokens.h"
 #include "shell/associations/AssociationModel.h"
 #include "shell/associations/FileAssosiationsListView.h"
-#include "shell/library/InBackground.h"
 #include "shell/library/ListPlaceholder.h"
 #include "shell/library/Program.h"
 

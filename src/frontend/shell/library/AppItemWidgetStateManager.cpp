@@ -7,6 +7,7 @@
 #include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
+#include "backend/InBackground.h"
 #include "backend/ServiceThreads.h"
 #include "launch/LauncherExit.h"
 #include "launch/WineLauncher.h"
@@ -15,7 +16,6 @@
 #include "launch/repair/StartCheck.h"
 #include "programs/ProgramRuns.h"
 #include "shell/library/AppItemWidget.h"
-#include "shell/library/InBackground.h"
 
 namespace {
 constexpr int ExitGraceMs = 1000;

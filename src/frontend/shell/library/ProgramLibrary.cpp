@@ -6,9 +6,9 @@
 #include <algorithm>
 
 #include "backend/BottlesConfig.h"
+#include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
 #include "backend/SessionBus.h"
-#include "shell/library/InBackground.h"
 
 namespace {
 

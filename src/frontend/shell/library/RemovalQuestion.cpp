@@ -9,13 +9,13 @@
 #include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
+#include "backend/InBackground.h"
 #include "backend/WindowsPath.h"
 #include "fenk/Dialog.h"
 #include "fenk/Label.h"
 #include "fenk/Tokens.h"
 #include "programs/DirectorySize.h"
 #include "shell/library/AppItemWidgetStateManager.h"
-#include "shell/library/InBackground.h"
 #include "shell/library/Program.h"
 
 namespace {

@@ -7,11 +7,11 @@
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
+#include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
 #include "backend/WindowsPath.h"
 #include "launch/IconFile.h"
 #include "shell/library/AppItemWidgetStateManager.h"
-#include "shell/library/InBackground.h"
 #include "shell/library/ProgramIcons.h"
 
 using BottleUtils::Change;

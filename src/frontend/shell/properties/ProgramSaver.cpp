@@ -1,6 +1,6 @@
 #include "shell/properties/ProgramSaver.h"
 
-#include "shell/library/InBackground.h"
+#include "backend/InBackground.h"
 
 using BottleUtils::Change;
 
