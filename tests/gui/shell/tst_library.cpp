@@ -507,17 +507,6 @@ private Q_SLOTS:
         press(Qt::Key_Escape);
         QTRY_COMPARE(shown().size(), 2);
         QTRY_COMPARE(QApplication::focusWidget(), before);
-        // And so does a dialog.
-        openMenu(tile(1));
-        tile(1)->optionMenu()->hide();
-        tile(1)->action(Action::Remove)->trigger();
-        auto* question = m_window->findChild<Fenk::Dialog*>("removal_question");
-        QVERIFY(QTest::qWaitForWindowActive(question));
-        QCOMPARE(TestSupport::outOfReach(question), QString());
-        TestSupport::press(question, Qt::Key_Escape);
-        QCOMPARE(m_window->focusWidget(), before);
-        m_window->activateWindow();
-
         const QString file = m_home.write("downloads/setup.exe", "x");
         for (const bool again : {false, true}) {
             press(Qt::Key_O, Qt::ControlModifier);

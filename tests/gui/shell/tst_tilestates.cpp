@@ -19,6 +19,7 @@
 #include "shell/library/ProgramLibrary.h"
 #include "shell/properties/AppPropertyDlg.h"
 #include "support/FakeBottleService.h"
+#include "support/KeyWalk.h"
 #include "support/PrivateBus.h"
 #include "support/TestHome.h"
 
@@ -188,7 +189,10 @@ private Q_SLOTS:
         QVERIFY(!ProgramRuns::instance()->isRunning("b"));
         press(Qt::Key_Delete);
         QTRY_VERIFY(m_window->findChild<Fenk::Dialog*>("removal_question"));
-        m_window->findChild<Fenk::Dialog*>("removal_question")->reject();
+        auto* question = m_window->findChild<Fenk::Dialog*>("removal_question");
+        QVERIFY(QTest::qWaitForWindowActive(question));
+        QCOMPARE(TestSupport::outOfReach(question), QString());
+        TestSupport::press(question, Qt::Key_Escape);
         backToWindow();
         QVERIFY(tile("b")->isAncestorOf(QApplication::focusWidget()) || tile("b")->hasFocus());
         press(Qt::Key_B);
