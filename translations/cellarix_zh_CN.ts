@@ -967,6 +967,10 @@ please wait for the component download to complete!</source>
         <source>It needs .NET; Repair installs Wine Mono (about %1).</source>
         <translation>缺少 .NET，“修复”将安装 Wine Mono（约 %1）。</translation>
     </message>
+    <message>
+        <source>%1 could not be installed.</source>
+        <translation type="unfinished">%1 安装失败。</translation>
+    </message>
 </context>
 <context>
     <name>DisplayCheck</name>

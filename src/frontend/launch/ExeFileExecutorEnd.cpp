@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "backend/BottleRepair.h"
-#include "backend/BottlesConfig.h"
 #include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
 #include "launch/ExeFileExecutor.h"
