@@ -367,10 +367,6 @@ please wait for the component download to complete!</source>
         <translation>缺少 %1。</translation>
     </message>
     <message>
-        <source>It needs .NET; Repair installs Wine Mono (about 45 MB).</source>
-        <translation type="vanished">缺少 .NET，“修复”将安装 Wine Mono（约 45 MB）。</translation>
-    </message>
-    <message>
         <source>View Logs shows what Wine said.</source>
         <translation>可在“查看日志”中查看 Wine 的输出。</translation>
     </message>
@@ -969,7 +965,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 could not be installed.</source>
-        <translation type="unfinished">%1 安装失败。</translation>
+        <translation>%1 安装失败。</translation>
     </message>
 </context>
 <context>
@@ -1219,10 +1215,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>The program &quot;%1&quot; cannot be read.</source>
         <translation>无法读取程序“%1”。</translation>
-    </message>
-    <message>
-        <source>Windows knows no paths with the sign %1. Rename &quot;%2&quot; without it.</source>
-        <translation type="vanished">Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
     </message>
     <message>
         <source>Rename &quot;%2&quot; without the sign %1 which Windows does not allow in paths.</source>
@@ -1932,10 +1924,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 was chosen by hand.</source>
         <translation>已使用您选择的 %1。</translation>
-    </message>
-    <message>
-        <source>Another File Is Needed</source>
-        <translation type="vanished">需要其他文件</translation>
     </message>
     <message>
         <source>Close</source>

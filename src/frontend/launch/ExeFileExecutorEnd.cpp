@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "backend/BottleRepair.h"
+#include "backend/BottlesConfig.h"
 #include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
 #include "launch/ExeFileExecutor.h"
