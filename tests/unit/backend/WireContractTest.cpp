@@ -39,7 +39,7 @@ private Q_SLOTS:
 
     void signalsOfTheProxy() {
         const QMap<QString, QString> letters = {{"QString", "s"}, {"uint", "u"}, {"int", "i"}};
-        const QStringList local = {"bottlesCreated", "dependecyInstalled"};
+        const QStringList local = {"bottlesCreated", "dependecyInstalled", "endRequested"};
         QMap<QString, QString> declared;
         const QMetaObject& meta = BottlesConfig::staticMetaObject;
         for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
