@@ -93,6 +93,8 @@ private Q_SLOTS:
         QCOMPARE(started.size(), 1);
         QVERIFY(program.state() == QProcess::NotRunning || program.waitForFinished(LaunchMs));
         QCOMPARE(program.exitCode(), 0);
+        // Its end is on the way, which must not meet a wineserver that is being killed.
+        QTRY_VERIFY_WITH_TIMEOUT(!isToolRunning(), 15000);
     }
 
     void crashWithoutEnd() {
