@@ -42,6 +42,7 @@ public:
         connect(executor, &ExeFileExecutor::Fixing, this, [this] { print("Fixing"); });
         connect(executor, &ExeFileExecutor::runSuccessed, this, [this] { end("runSuccessed", Success); });
         connect(executor, &ExeFileExecutor::runFailed, this, &Probe::onFailed);
+        connect(executor, &ExeFileExecutor::stopped, this, [this] { end("stopped", Stopped); });
         connect(executor, &ExeFileExecutor::programsRunning, this, [this](const QStringList& names) {
             print("programsRunning " + names.join(", "));
             m_executor->answerProgramsRunning(true);

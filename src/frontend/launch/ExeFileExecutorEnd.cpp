@@ -81,8 +81,8 @@ void ExeFileExecutor::onLauncherFinished(int exitCode, QProcess::ExitStatus stat
     const bool isExit = status == QProcess::NormalExit;
     m_exitCode = exitCode;
     m_isExitKnown = isExit;
-    m_isEndedFromOutside =
-        m_isEndedFromOutside || LauncherExit::isEndedFromOutside(LauncherExit::codeOf(*m_launcher));
+    // A script that was killed has not told what became of the program, which is a failure.
+    m_isEndedFromOutside = m_isEndedFromOutside || (isExit && LauncherExit::isEndedFromOutside(exitCode));
     m_hasHandedOver =
         isExit && m_monitor->isWatching() && (m_monitor->windowSeen ? isInstaller() : exitCode == 0);
     if (!m_hasHandedOver)
