@@ -25,6 +25,13 @@ endif()
 if(CELLARIX_FUZZ)
   target_compile_options(cellarix_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+# A compiler cache is used where there is one. It wants to be told that precompiled headers are safe to compare.
+find_program(CELLARIX_CCACHE ccache)
+if(CELLARIX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    env CCACHE_SLOPPINESS=pch_defines,time_macros ${CELLARIX_CCACHE})
+  target_compile_options(cellarix_flags INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+endif()
 find_program(CELLARIX_LLD ld.lld)
 if(CELLARIX_LLD)
   target_link_options(cellarix_flags INTERFACE -fuse-ld=lld)
