@@ -14,7 +14,7 @@
 
 #include "BestOf.h"
 #include "core/base/Paths.h"
-#include "launch/PrivateBottleName.h"
+#include "launch/bottle/PrivateBottleName.h"
 #include "launch/inspection/ExeFileChecker.h"
 
 namespace {

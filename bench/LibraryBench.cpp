@@ -19,8 +19,8 @@
 #include <cstdlib>
 #include <memory>
 
-#include "fenk/Application.h"
-#include "fenk/SearchEdit.h"
+#include "fenk/controls/SearchEdit.h"
+#include "fenk/window/Application.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
 #include "shell/library/AppLocalView.h"

@@ -6,7 +6,7 @@
 #include "core/CellarixApplication.h"
 #include "core/base/SettingsStore.h"
 #include "e2e/InstalledApp.h"
-#include "fenk/Dialog.h"
+#include "fenk/window/Dialog.h"
 #include "shell/Mainwindow.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"

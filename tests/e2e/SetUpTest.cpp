@@ -11,8 +11,8 @@
 #include "backend/PendingWork.h"
 #include "e2e/InstalledApp.h"
 #include "e2e/LaunchProbe.h"
-#include "launch/ExeFileRunner.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/run/ExeFileRunner.h"
 #include "support/TestHome.h"
 
 using namespace TestSupport;

@@ -6,7 +6,7 @@
 #include "bottleservice/bottles/BottleYaml.h"
 #include "bottleservice/bottles/Manifest.h"
 #include "bottleservice/bottles/Programs.h"
-#include "bottleservice/wine/WindowsCommandLine.h"
+#include "bottleservice/bottles/WindowsCommandLine.h"
 
 namespace {
 

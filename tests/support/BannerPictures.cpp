@@ -6,21 +6,21 @@
 
 #include "backend/SessionBus.h"
 #include "core/ServiceAgreement.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "launch/LauncherExit.h"
+#include "environment/BottleEnvScript.h"
+#include "environment/EnvInitBanner.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
-#include "launch/banner/LogsWidget.h"
 #include "launch/banner/RefusalNotice.h"
-#include "launch/banner/RunningLogsDialog.h"
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
-#include "launch/environment/BottleEnvScript.h"
-#include "launch/environment/EnvInitBanner.h"
 #include "launch/repair/Diagnosis.h"
 #include "launch/repair/FailureFacts.h"
 #include "launch/repair/RepairOffer.h"
+#include "launch/script/LauncherExit.h"
 #include "support/Pictures.h"
+#include "widgets/LogsWidget.h"
+#include "widgets/RunningLogsDialog.h"
 
 using namespace Fenk;
 using namespace TestSupport;

@@ -10,8 +10,8 @@
 #include <cstdio>
 #include <memory>
 
-#include "launch/BottleTasks.h"
-#include "launch/ExeFileExecutor.h"
+#include "launch/run/BottleTasks.h"
+#include "launch/run/ExeFileExecutor.h"
 
 namespace {
 

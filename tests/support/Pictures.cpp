@@ -8,10 +8,10 @@
 
 #include "core/ApplicationWindows.h"
 #include "core/ProductFacts.h"
-#include "fenk/Application.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WindowPlatform.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/system/WindowPlatform.h"
+#include "fenk/window/Application.h"
 
 using namespace Fenk;
 

@@ -3,7 +3,7 @@
 #include <QDBusAbstractInterface>
 
 #include "backend/BusCall.h"
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 /// The client of the background service's interface for repairs; holds no state. Lives in the GUI thread.
 /// com.lumora.Manager.Repair.xml says what the answers hold.

@@ -9,7 +9,7 @@
 #include "backend/BusCall.h"
 #include "backend/BusResult.h"
 #include "backend/EmulatorsInfo.h"
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 /// The client of the background service's bottle interface; holds no state. Structured data crosses the bus
 /// as JSON text. The time-out of 3600000 ms is deliberate: a blocking call may wait behind a long Wine

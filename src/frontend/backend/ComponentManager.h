@@ -4,7 +4,7 @@
 #include <QStringList>
 
 #include "backend/BusCall.h"
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 class QJsonObject;
 

@@ -6,7 +6,7 @@
 #include <QtConcurrent>
 #include <memory>
 
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 /// What a user has asked for and the background service has not done yet. While somebody holds it, the
 /// process goes on, also without a window. GUI thread only.

@@ -3,7 +3,7 @@
 #include <QDBusAbstractInterface>
 
 #include "backend/BusCall.h"
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 /// The client of the background service's interface for what runs; holds no state. Lives in the GUI thread.
 class RunningPrograms : public QDBusAbstractInterface, public Fenk::Singleton<RunningPrograms> {

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QDebug>
 
-#include "fenk/Dialog.h"
-#include "shell/ShellWindows.h"
+#include "fenk/window/Dialog.h"
+#include "programs/ShellWindows.h"
 #include "shell/associations/FileAssosiationsExportDialog.h"
 #include "shell/properties/AppPropertyDlg.h"
 

@@ -9,7 +9,7 @@
 #include "core/ApplicationWindows.h"
 #include "core/LeaveRule.h"
 #include "core/Refusals.h"
-#include "fenk/Application.h"
+#include "fenk/window/Application.h"
 
 struct BottleEnvScript;
 class AppLocalView;

@@ -15,9 +15,9 @@
 #include "core/base/BuildInfo.h"
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
-#include "fenk/Dialog.h"
-#include "launch/WineFileHandler.h"
-#include "launch/environment/BottleEnvScript.h"
+#include "environment/BottleEnvScript.h"
+#include "fenk/window/Dialog.h"
+#include "launch/open/WineFileHandler.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "core/CommandLineOptions.h"
 #include "core/base/Paths.h"
-#include "fenk/StandardError.h"
+#include "fenk/log/StandardError.h"
 
 namespace {
 

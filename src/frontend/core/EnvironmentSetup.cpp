@@ -5,9 +5,9 @@
 #include <QPointer>
 #include <QWindow>
 
-#include "fenk/Dialog.h"
-#include "launch/environment/BottleEnvScript.h"
-#include "launch/environment/EnvInitBanner.h"
+#include "environment/BottleEnvScript.h"
+#include "environment/EnvInitBanner.h"
+#include "fenk/window/Dialog.h"
 
 namespace EnvironmentSetup {
 

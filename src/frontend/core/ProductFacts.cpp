@@ -2,8 +2,8 @@
 
 #include "core/ServiceAgreement.h"
 #include "core/base/BuildInfo.h"
-#include "fenk/Application.h"
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
 
 void nameProduct(Fenk::Application& application) {
     QCoreApplication::setApplicationVersion(BuildInfo::version());

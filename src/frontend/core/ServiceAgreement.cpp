@@ -10,7 +10,7 @@
 #include "backend/TextUtils.h"
 #include "core/base/BuildInfo.h"
 #include "core/base/SettingsStore.h"
-#include "fenk/Dialog.h"
+#include "fenk/window/Dialog.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "launch/environment/BottleEnvScript.h"
+#include "environment/BottleEnvScript.h"
 
 #include <QDebug>
 #include <QFileInfo>
@@ -7,8 +7,8 @@
 
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
-#include "launch/environment/EnvInitBanner.h"
-#include "launch/environment/ScriptOutput.h"
+#include "environment/EnvInitBanner.h"
+#include "environment/ScriptOutput.h"
 
 namespace {
 

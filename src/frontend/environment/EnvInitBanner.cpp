@@ -1,4 +1,4 @@
-#include "launch/environment/EnvInitBanner.h"
+#include "environment/EnvInitBanner.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -6,13 +6,13 @@
 #include <QScrollBar>
 #include <QStackedWidget>
 
-#include "fenk/Label.h"
-#include "fenk/Spinner.h"
-#include "fenk/SuggestButton.h"
-#include "fenk/SymbolicIconEngine.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/controls/SuggestButton.h"
+#include "fenk/style/SymbolicIconEngine.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 
 using namespace Fenk;
 

@@ -1,4 +1,4 @@
-#include "launch/environment/ScriptOutput.h"
+#include "environment/ScriptOutput.h"
 
 #include <QRegularExpression>
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include <QDebug>
 
-#include "fenk/DesktopEntry.h"
+#include "fenk/system/DesktopEntry.h"
 
 QString MachineUtils::cpuArchitecture(const QString& word) {
     static const QString x86 = "x86_";

@@ -1,12 +1,12 @@
-#include "shell/library/AppItemWidget.h"
+#include "programs/AppItemWidget.h"
 
 #include <QApplication>
 
 #include "launch/records/FailedStarts.h"
+#include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
-#include "shell/ShellWindows.h"
-#include "shell/library/AppItemWidgetStateManager.h"
-#include "shell/library/RunStateButton.h"
+#include "programs/RunStateButton.h"
+#include "programs/ShellWindows.h"
 
 AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
     : QWidget(parent), m_program(program), m_runButton(new RunStateButton(this)) {

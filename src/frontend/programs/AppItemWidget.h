@@ -3,7 +3,7 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 
 class RunStateButton;
 struct FailedStart;

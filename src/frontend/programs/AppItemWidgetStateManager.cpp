@@ -1,4 +1,4 @@
-#include "shell/library/AppItemWidgetStateManager.h"
+#include "programs/AppItemWidgetStateManager.h"
 
 #include <QDebug>
 #include <QFile>
@@ -9,13 +9,13 @@
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
 #include "backend/ServiceThreads.h"
-#include "launch/LauncherExit.h"
-#include "launch/WineLauncher.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/records/FailedStarts.h"
 #include "launch/repair/StartCheck.h"
+#include "launch/script/LauncherExit.h"
+#include "launch/script/WineLauncher.h"
+#include "programs/AppItemWidget.h"
 #include "programs/ProgramRuns.h"
-#include "shell/library/AppItemWidget.h"
 
 namespace {
 constexpr int ExitGraceMs = 1000;

@@ -7,8 +7,8 @@
 #include <QSet>
 
 #include "backend/PendingWork.h"
-#include "fenk/Singleton.h"
-#include "shell/library/Program.h"
+#include "fenk/system/Singleton.h"
+#include "programs/Program.h"
 
 class AppItemWidget;
 class WineLauncher;

@@ -1,12 +1,12 @@
-#include "shell/library/ListPlaceholder.h"
+#include "programs/ListPlaceholder.h"
 
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "fenk/Label.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 using namespace Fenk;
 

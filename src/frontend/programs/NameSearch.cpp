@@ -1,11 +1,11 @@
-#include "shell/library/NameSearch.h"
+#include "programs/NameSearch.h"
 
 #include <QDebug>
 #include <QLoggingCategory>
 #include <QRegularExpression>
 #include <algorithm>
 
-#include "fenk/Chinese2Pinyin.h"
+#include "fenk/system/Chinese2Pinyin.h"
 
 namespace NameSearch {
 

@@ -1,4 +1,4 @@
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 
 #include <QCollator>
 #include <QDebug>

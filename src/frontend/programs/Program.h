@@ -5,8 +5,8 @@
 #include <QString>
 #include <QVector>
 
-#include "programs/ProgramRef.h"
-#include "shell/library/NameSearch.h"
+#include "backend/ProgramRef.h"
+#include "programs/NameSearch.h"
 
 /// A stored program as the library shows it. All of it comes from a bottle: text to show, nothing to trust.
 struct Program {

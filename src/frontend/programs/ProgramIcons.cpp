@@ -1,4 +1,4 @@
-#include "shell/library/ProgramIcons.h"
+#include "programs/ProgramIcons.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -9,8 +9,8 @@
 #include <algorithm>
 
 #include "backend/ProgramRecord.h"
-#include "fenk/Theme.h"
-#include "launch/IconFile.h"
+#include "fenk/style/Theme.h"
+#include "launch/icons/IconFile.h"
 
 namespace {
 

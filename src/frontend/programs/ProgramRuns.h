@@ -5,8 +5,8 @@
 #include <QTimer>
 #include <functional>
 
-#include "fenk/Singleton.h"
-#include "programs/ProgramRef.h"
+#include "backend/ProgramRef.h"
+#include "fenk/system/Singleton.h"
 
 struct BusResult;
 

@@ -1,13 +1,13 @@
-#include "shell/library/RunStateButton.h"
+#include "programs/RunStateButton.h"
 
 #include <QPainter>
 
-#include "fenk/Color.h"
-#include "fenk/SymbolicIconEngine.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
-#include "shell/ShellImages.h"
+#include "fenk/style/SymbolicIconEngine.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "widgets/WidgetImages.h"
 
 using namespace Fenk;
 
@@ -65,7 +65,7 @@ void RunStateButton::paintEvent(QPaintEvent*) {
         return;
     }
     int x = words.isEmpty() ? (width() - Tokens::IconSmall) / 2 : Tokens::Space8;
-    const QIcon icon(shellImage(picture()));
+    const QIcon icon(widgetImage(picture()));
     painter.drawPixmap(
         x, (height() - Tokens::IconSmall) / 2,
         tintedPixmap(icon, QSize(Tokens::IconSmall, Tokens::IconSmall), devicePixelRatioF(), color));

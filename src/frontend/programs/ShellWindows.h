@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "launch/LaunchWindows.h"
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 
 class QWidget;
 

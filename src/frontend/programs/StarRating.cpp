@@ -1,13 +1,13 @@
-#include "shell/library/StarRating.h"
+#include "programs/StarRating.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QtMath>
 
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 
 using namespace Fenk;
 

@@ -1,10 +1,10 @@
-#include "shell/library/TileName.h"
+#include "programs/TileName.h"
 
 #include <QPainter>
 #include <QTextLayout>
 
-#include "fenk/Theme.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
 
 using namespace Fenk;
 

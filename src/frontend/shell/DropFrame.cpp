@@ -5,10 +5,10 @@
 #include <QPainter>
 #include <QUrl>
 
-#include "fenk/Color.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 #include "launch/inspection/ProgramKind.h"
 
 using namespace Fenk;

@@ -3,8 +3,8 @@
 #include <QHBoxLayout>
 #include <QStackedWidget>
 
+#include "programs/ShellWindows.h"
 #include "shell/SearchWidget.h"
-#include "shell/ShellWindows.h"
 #include "shell/library/AppLocalView.h"
 
 IndexView::IndexView(SearchWidget* search, QWidget* parent)

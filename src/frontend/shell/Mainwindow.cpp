@@ -13,15 +13,15 @@
 #include <QtConcurrent>
 
 #include "core/base/BuildInfo.h"
-#include "fenk/Theme.h"
-#include "fenk/TitleBar.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/TitleBar.h"
 #include "launch/records/EventRecord.h"
 #include "launch/records/EventWriter.h"
 #include "probes/HardwareInfo.h"
+#include "programs/ShellWindows.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/SearchWidget.h"
-#include "shell/ShellWindows.h"
 #include "shell/SidebarView.h"
 
 namespace {

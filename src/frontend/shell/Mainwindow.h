@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fenk/MainWindow.h"
+#include "fenk/window/MainWindow.h"
 
 class DropFrame;
 class IndexView;

@@ -4,7 +4,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 
-#include "fenk/SearchEdit.h"
+#include "fenk/controls/SearchEdit.h"
 
 namespace {
 constexpr QSize LeastSize(350, 36);

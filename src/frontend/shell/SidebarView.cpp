@@ -5,12 +5,12 @@
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
 
-#include "fenk/SymbolicIconEngine.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
 #include "fenk/style/Paint.h"
-#include "shell/ShellWindows.h"
+#include "fenk/style/SymbolicIconEngine.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
+#include "programs/ShellWindows.h"
 
 using namespace Fenk;
 

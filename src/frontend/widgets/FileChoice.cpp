@@ -1,10 +1,10 @@
-#include "launch/FileChoice.h"
+#include "widgets/FileChoice.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
 
 #include "core/base/SettingsStore.h"
-#include "fenk/DialogAnchor.h"
+#include "fenk/window/DialogAnchor.h"
 
 namespace {
 

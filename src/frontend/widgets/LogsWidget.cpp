@@ -1,4 +1,4 @@
-#include "launch/banner/LogsWidget.h"
+#include "widgets/LogsWidget.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -14,11 +14,11 @@
 #include <QStandardPaths>
 #include <QtMath>
 
-#include "fenk/FloatingMessage.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "launch/FileChoice.h"
-#include "launch/banner/LogsWidget_LeftIconWidget.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "widgets/FileChoice.h"
+#include "widgets/LogsWidget_LeftIconWidget.h"
 
 using namespace Fenk;
 

@@ -1,12 +1,12 @@
-#include "launch/banner/LogsWidget_LeftIconWidget.h"
+#include "widgets/LogsWidget_LeftIconWidget.h"
 
 #include <QCoreApplication>
 #include <QPaintEvent>
 #include <QTextBlock>
 
-#include "fenk/SymbolicIconEngine.h"
 #include "fenk/style/Paint.h"
-#include "launch/banner/LogsWidget.h"
+#include "fenk/style/SymbolicIconEngine.h"
+#include "widgets/LogsWidget.h"
 
 using namespace Fenk;
 

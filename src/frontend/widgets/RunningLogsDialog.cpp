@@ -1,4 +1,4 @@
-#include "launch/banner/RunningLogsDialog.h"
+#include "widgets/RunningLogsDialog.h"
 
 #include <QAbstractButton>
 #include <QClipboard>
@@ -8,9 +8,9 @@
 #include <QShortcut>
 #include <QShowEvent>
 
-#include "fenk/FloatingMessage.h"
-#include "fenk/Theme.h"
-#include "launch/banner/LogsWidget.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/style/Theme.h"
+#include "widgets/LogsWidget.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <QPointer>
 
-#include "fenk/Dialog.h"
+#include "fenk/window/Dialog.h"
 
 class LogsWidget;
 

@@ -1,13 +1,13 @@
-#include "shell/ShellImages.h"
+#include "widgets/WidgetImages.h"
 
 #include <QtGlobal>
 
 // Q_INIT_RESOURCE declares a function of the global scope.
 static void loadResources() {
-    Q_INIT_RESOURCE(resources_shell);
+    Q_INIT_RESOURCE(resources_widgets);
 }
 
-QString shellImage(const char* name) {
+QString widgetImage(const char* name) {
     static const bool loaded = (loadResources(), true);
     Q_UNUSED(loaded)
     return QLatin1String(":/images/") + QLatin1String(name);

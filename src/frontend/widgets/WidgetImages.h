@@ -3,4 +3,4 @@
 #include <QString>
 
 /// The file of one of the library's own pictures.
-QString shellImage(const char* name);
+QString widgetImage(const char* name);

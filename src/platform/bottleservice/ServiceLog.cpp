@@ -4,7 +4,7 @@
 
 #include <QLoggingCategory>
 
-#include "fenk/Log.h"
+#include "fenk/log/Log.h"
 
 namespace ServiceLog {
 

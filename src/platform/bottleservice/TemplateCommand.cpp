@@ -10,10 +10,10 @@
 #include <cstdio>
 #include <limits>
 
-#include "bottleservice/DataDirLock.h"
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/ShutdownSignals.h"
-#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/files/DataDirLock.h"
+#include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/TemplateRecord.h"
 #include "bottleservice/wine/Templates.h"

@@ -12,12 +12,12 @@
 #include <QTimer>
 
 #include "bottleservice/BottleService.h"
-#include "bottleservice/DataDirLock.h"
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/ServiceLog.h"
 #include "bottleservice/ShutdownSignals.h"
 #include "bottleservice/TemplateCommand.h"
-#include "bottleservice/TemplatePreparation.h"
+#include "bottleservice/files/DataDirLock.h"
+#include "bottleservice/requests/TemplatePreparation.h"
 
 namespace {
 

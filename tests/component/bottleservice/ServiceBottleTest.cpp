@@ -22,7 +22,7 @@ QString outcome(const QDBusMessage& reply) {
 }  // namespace
 
 /// One real bottle from its making to its end, and makings that are interrupted.
-class tst_ServiceBottle : public QObject {
+class ServiceBottleTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ServiceFixture> m_service;
@@ -235,9 +235,9 @@ private Q_SLOTS:
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
-    tst_ServiceBottle test;
+    ServiceBottleTest test;
     const int failures = QTest::qExec(&test, argc, argv);
     return failures == 0 && QStandardPaths::findExecutable("wine").isEmpty() ? 77 : failures;
 }
 
-#include "tst_servicebottle.moc"
+#include "ServiceBottleTest.moc"

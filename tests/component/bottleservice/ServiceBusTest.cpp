@@ -50,7 +50,7 @@ QVariantList argumentsFor(QString signature, const QString& text) {
 }  // namespace
 
 /// What needs no Wine: the contract, hostile callers, the service's life.
-class tst_ServiceBus : public QObject {
+class ServiceBusTest : public QObject {
     Q_OBJECT
 
     ServiceFixture m_service;
@@ -239,5 +239,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ServiceBus)
-#include "tst_servicebus.moc"
+QTEST_GUILESS_MAIN(ServiceBusTest)
+#include "ServiceBusTest.moc"

@@ -12,7 +12,7 @@ const QByteArray Program = "Template: t\nExternal_Programs:\n  " + QByteArray(Id
 }  // namespace
 
 /// Bottles that launches leave behind: what lets them go, and what keeps them. Plain files stand for Wine's.
-class tst_ServiceCleanUp : public QObject {
+class ServiceCleanUpTest : public QObject {
     Q_OBJECT
 
     ServiceFixture m_service;
@@ -100,5 +100,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ServiceCleanUp)
-#include "tst_servicecleanup.moc"
+QTEST_GUILESS_MAIN(ServiceCleanUpTest)
+#include "ServiceCleanUpTest.moc"

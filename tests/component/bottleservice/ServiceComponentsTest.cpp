@@ -34,7 +34,7 @@ done
 
 /// Components of the machine and of bottles through the real service, with a Wine whose installers do as they
 /// are told.
-class tst_ServiceComponents : public QObject {
+class ServiceComponentsTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ServiceFixture> m_service;
@@ -489,5 +489,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ServiceComponents)
-#include "tst_servicecomponents.moc"
+QTEST_GUILESS_MAIN(ServiceComponentsTest)
+#include "ServiceComponentsTest.moc"

@@ -56,7 +56,7 @@ QSet<QString> census(const ServiceFixture& service) {
 
 /// What must never cost anybody a bottle: hostile callers, a disk that fails, a kill at any moment. Longer
 /// runs by CELLARIX_FAULT_ROUNDS.
-class tst_ServiceFaults : public QObject {
+class ServiceFaultsTest : public QObject {
     Q_OBJECT
 
     static QString nameOf(const ServiceFixture& service) {
@@ -220,5 +220,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ServiceFaults)
-#include "tst_servicefaults.moc"
+QTEST_GUILESS_MAIN(ServiceFaultsTest)
+#include "ServiceFaultsTest.moc"

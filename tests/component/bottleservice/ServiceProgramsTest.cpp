@@ -16,7 +16,7 @@ QStringList column(const QJsonArray& array, const QString& key) {
 }  // namespace
 
 /// What an installer leaves in a bottle, found by the service.
-class tst_ServicePrograms : public QObject {
+class ServiceProgramsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -134,5 +134,5 @@ SectionEnd
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ServicePrograms)
-#include "tst_serviceprograms.moc"
+QTEST_GUILESS_MAIN(ServiceProgramsTest)
+#include "ServiceProgramsTest.moc"

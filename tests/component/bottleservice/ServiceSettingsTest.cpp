@@ -4,7 +4,7 @@
 #include "ServiceFixture.h"
 
 /// Settings of a real bottle, as its Wine sees them.
-class tst_ServiceSettings : public QObject {
+class ServiceSettingsTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ServiceFixture> m_service;
@@ -128,5 +128,5 @@ Pending_Registry:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ServiceSettings)
-#include "tst_servicesettings.moc"
+QTEST_GUILESS_MAIN(ServiceSettingsTest)
+#include "ServiceSettingsTest.moc"

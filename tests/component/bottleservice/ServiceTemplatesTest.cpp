@@ -40,7 +40,7 @@ QMap<QString, QString> digest(const QStringList& roots) {
 }  // namespace
 
 /// Bottles as copies of a template that real Wine made.
-class tst_ServiceTemplates : public QObject {
+class ServiceTemplatesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -298,5 +298,5 @@ private:
     QString m_template;
 };
 
-QTEST_GUILESS_MAIN(tst_ServiceTemplates)
-#include "tst_servicetemplates.moc"
+QTEST_GUILESS_MAIN(ServiceTemplatesTest)
+#include "ServiceTemplatesTest.moc"

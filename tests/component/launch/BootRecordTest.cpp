@@ -7,11 +7,11 @@
 #include <memory>
 
 #include "backend/PendingWork.h"
-#include "launch/BottleTasks.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/records/EventRecord.h"
 #include "launch/records/ExecutorRecord.h"
 #include "launch/records/RunEvent.h"
+#include "launch/run/BottleTasks.h"
 #include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"

@@ -3,8 +3,8 @@
 
 #include "backend/BottlesConfig.h"
 #include "backend/ComponentManager.h"
-#include "launch/DependencyInstallQueue.h"
-#include "launch/DependencySetupProgressEmitter.h"
+#include "launch/repair/DependencyInstallQueue.h"
+#include "launch/repair/DependencySetupProgressEmitter.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
 

@@ -1,11 +1,11 @@
-#include "launch/ExeFileExecutor.h"
+#include "launch/run/ExeFileExecutor.h"
 
 #include <QtTest>
 
 #include "LaunchFixture.h"
 #include "backend/BottlesConfig.h"
 #include "backend/SessionBus.h"
-#include "launch/PrivateBottleName.h"
+#include "launch/bottle/PrivateBottleName.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
 

@@ -1,4 +1,4 @@
-#include "launch/ExeFileRunner.h"
+#include "launch/run/ExeFileRunner.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -7,10 +7,10 @@
 #include "LaunchFixture.h"
 #include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
-#include "launch/LaunchRecord.h"
-#include "launch/PrivateBottleName.h"
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/bottle/PrivateBottleName.h"
+#include "launch/records/LaunchRecord.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
 

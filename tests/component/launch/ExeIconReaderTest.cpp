@@ -4,7 +4,7 @@
 #include <QtEndian>
 #include <QtTest>
 
-#include "launch/IconFile.h"
+#include "launch/icons/IconFile.h"
 #include "support/TestHome.h"
 
 class ExeIconReaderTest : public QObject {

@@ -1,4 +1,4 @@
-#include "launch/ProgramAppFixer.h"
+#include "launch/repair/ProgramAppFixer.h"
 
 #include <QJsonDocument>
 #include <QtTest>

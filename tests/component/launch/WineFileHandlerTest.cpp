@@ -1,12 +1,12 @@
-#include "launch/WineFileHandler.h"
+#include "launch/open/WineFileHandler.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
 #include <QtTest>
 
-#include "launch/FileAssociation.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/open/FileAssociation.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
 #include "support/TestHome.h"

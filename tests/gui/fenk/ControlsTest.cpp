@@ -6,21 +6,21 @@
 #include <QVBoxLayout>
 
 #include "FenkTestMain.h"
-#include "fenk/Card.h"
-#include "fenk/FloatingMessage.h"
-#include "fenk/Label.h"
-#include "fenk/LineEdit.h"
-#include "fenk/SearchEdit.h"
-#include "fenk/SettingRow.h"
-#include "fenk/Spinner.h"
-#include "fenk/SwitchButton.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Card.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/LineEdit.h"
+#include "fenk/controls/SearchEdit.h"
+#include "fenk/controls/SettingRow.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/controls/SwitchButton.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 #include "support/Table.h"
 
 using namespace Fenk;
 
-class TestControls : public QObject {
+class ControlsTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void switchTurnsByKey_data() {
@@ -158,5 +158,5 @@ private Q_SLOTS:
     }
 };
 
-FENK_TEST_MAIN(TestControls)
-#include "tst_controls.moc"
+FENK_TEST_MAIN(ControlsTest)
+#include "ControlsTest.moc"

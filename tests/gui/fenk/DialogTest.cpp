@@ -6,10 +6,10 @@
 #include <functional>
 
 #include "FenkTestMain.h"
-#include "fenk/Dialog.h"
-#include "fenk/IconButton.h"
-#include "fenk/MainWindow.h"
-#include "fenk/Veil.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/window/Dialog.h"
+#include "fenk/window/MainWindow.h"
+#include "fenk/window/Veil.h"
 #include "support/Table.h"
 
 using namespace Fenk;
@@ -39,7 +39,7 @@ int answer(Dialog& dialog, const std::function<void()>& act) {
 
 }  // namespace
 
-class TestDialog : public QObject {
+class DialogTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void clickAnswersWithItsIndex() {
@@ -206,5 +206,5 @@ private Q_SLOTS:
     }
 };
 
-FENK_TEST_MAIN(TestDialog)
-#include "tst_dialog.moc"
+FENK_TEST_MAIN(DialogTest)
+#include "DialogTest.moc"

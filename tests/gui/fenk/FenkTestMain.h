@@ -3,7 +3,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include "fenk/Application.h"
+#include "fenk/window/Application.h"
 
 /// A test program with our application object, and with a home of its own.
 #define FENK_TEST_MAIN(Test)                                                                    \

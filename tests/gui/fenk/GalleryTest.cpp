@@ -29,7 +29,7 @@ QString describe(const QWidget* widget) {
 
 }  // namespace
 
-class TestGallery : public QObject {
+class GalleryTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void noTextIsCut_data() {
@@ -75,5 +75,5 @@ private Q_SLOTS:
     }
 };
 
-FENK_TEST_MAIN(TestGallery)
-#include "tst_gallery.moc"
+FENK_TEST_MAIN(GalleryTest)
+#include "GalleryTest.moc"

@@ -3,8 +3,8 @@
 #include <QDBusMetaType>
 #include <QtTest>
 
-#include "fenk/Application.h"
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
 #include "support/PrivateBus.h"
 #include "support/TestHome.h"
 
@@ -45,7 +45,7 @@ Q_SIGNALS:
     void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 };
 
-class TestPortal : public QObject {
+class PortalTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void themeFollowsThePortal() {
@@ -91,8 +91,8 @@ int main(int argc, char** argv) {
     const TestSupport::PrivateBus bus;
     Application app(argc, argv);
     qDBusRegisterMetaType<Channels>();
-    TestPortal test;
+    PortalTest test;
     return QTest::qExec(&test, argc, argv);
 }
 
-#include "tst_portal.moc"
+#include "PortalTest.moc"

@@ -4,9 +4,9 @@
 #include <QSignalSpy>
 
 #include "FenkTestMain.h"
-#include "fenk/Color.h"
-#include "fenk/SystemAppearance.h"
-#include "fenk/Theme.h"
+#include "fenk/style/Color.h"
+#include "fenk/style/SystemAppearance.h"
+#include "fenk/style/Theme.h"
 #include "support/Table.h"
 
 using namespace Fenk;
@@ -34,7 +34,7 @@ QColor inkOf(const QIcon& icon, QIcon::Mode mode = QIcon::Normal) {
 
 }  // namespace
 
-class TestTheme : public QObject {
+class ThemeTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void cleanup() {
@@ -174,5 +174,5 @@ private Q_SLOTS:
     }
 };
 
-FENK_TEST_MAIN(TestTheme)
-#include "tst_theme.moc"
+FENK_TEST_MAIN(ThemeTest)
+#include "ThemeTest.moc"

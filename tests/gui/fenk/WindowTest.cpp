@@ -5,14 +5,14 @@
 #include <QSignalSpy>
 
 #include "FenkTestMain.h"
-#include "fenk/AboutDialog.h"
-#include "fenk/IconButton.h"
-#include "fenk/Label.h"
-#include "fenk/MainWindow.h"
-#include "fenk/Theme.h"
-#include "fenk/TitleBar.h"
-#include "fenk/Tokens.h"
-#include "fenk/WindowFrame.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/window/AboutDialog.h"
+#include "fenk/window/MainWindow.h"
+#include "fenk/window/TitleBar.h"
+#include "fenk/window/WindowFrame.h"
 #include "support/KeyWalk.h"
 
 using namespace Fenk;
@@ -37,7 +37,7 @@ QAction* action(QMenu* menu, const QString& text) {
 
 }  // namespace
 
-class TestWindow : public QObject {
+class WindowTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void buttonsDoTheirWork() {
@@ -189,5 +189,5 @@ private Q_SLOTS:
     }
 };
 
-FENK_TEST_MAIN(TestWindow)
-#include "tst_window.moc"
+FENK_TEST_MAIN(WindowTest)
+#include "WindowTest.moc"

@@ -1,4 +1,4 @@
-#include "launch/environment/EnvInitBanner.h"
+#include "environment/EnvInitBanner.h"
 
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -7,9 +7,9 @@
 
 #include "core/EnvironmentSetup.h"
 #include "core/ServiceAgreement.h"
-#include "fenk/Application.h"
-#include "launch/environment/BottleEnvScript.h"
-#include "launch/environment/ScriptOutput.h"
+#include "environment/BottleEnvScript.h"
+#include "environment/ScriptOutput.h"
+#include "fenk/window/Application.h"
 #include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"

@@ -9,9 +9,9 @@
 #include <QWindow>
 #include <memory>
 
-#include "fenk/Label.h"
-#include "fenk/Spinner.h"
-#include "fenk/Theme.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/style/Theme.h"
 #include "gui/fenk/FenkTestMain.h"
 #include "launch/LaunchWindows.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
@@ -46,7 +46,7 @@ QWidget* part(QWidget* window, const QString& name) {
 
 }  // namespace
 
-class TestBanner : public QObject {
+class LaunchBannerTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void init() {
@@ -297,5 +297,5 @@ private:
     std::unique_ptr<Banner> m_banner;
 };
 
-FENK_TEST_MAIN(TestBanner)
-#include "tst_banner.moc"
+FENK_TEST_MAIN(LaunchBannerTest)
+#include "LaunchBannerTest.moc"

@@ -6,13 +6,13 @@
 #include <QTextBlock>
 #include <QTextLayout>
 
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
 #include "gui/fenk/FenkTestMain.h"
-#include "launch/banner/LogsWidget.h"
-#include "launch/banner/RunningLogsDialog.h"
 #include "support/KeyWalk.h"
+#include "widgets/LogsWidget.h"
+#include "widgets/RunningLogsDialog.h"
 
-class TestLogsWidget : public QObject {
+class LogsWidgetTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void keepsLinesAndShowsThemLater() {
@@ -130,5 +130,5 @@ private Q_SLOTS:
     }
 };
 
-FENK_TEST_MAIN(TestLogsWidget)
-#include "tst_logswidget.moc"
+FENK_TEST_MAIN(LogsWidgetTest)
+#include "LogsWidgetTest.moc"

@@ -9,16 +9,16 @@
 
 #include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
-#include "fenk/Application.h"
-#include "fenk/Dialog.h"
-#include "fenk/FloatingMessage.h"
-#include "fenk/SearchEdit.h"
-#include "fenk/Theme.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/controls/SearchEdit.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
+#include "fenk/window/Dialog.h"
+#include "programs/AppItemWidgetStateManager.h"
+#include "programs/ShellWindows.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
-#include "shell/ShellWindows.h"
-#include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/AppLocalView.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/ProgramGrid.h"
@@ -52,7 +52,7 @@ QString record(const QString& name) {
 
 }  // namespace
 
-class TestLibrary : public QObject {
+class LibraryWindowTest : public QObject {
     Q_OBJECT
 
     TestSupport::TestHome m_home;
@@ -527,7 +527,7 @@ int main(int argc, char** argv) {
     // The application asks for the bus when it is made.
     const TestSupport::PrivateBus bus;
     Fenk::Application app(argc, argv);
-    TestLibrary test;
+    LibraryWindowTest test;
     return QTest::qExec(&test, argc, argv);
 }
-#include "tst_library.moc"
+#include "LibraryWindowTest.moc"

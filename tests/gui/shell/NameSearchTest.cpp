@@ -1,13 +1,13 @@
 #include <QtTest>
 
-#include "shell/library/NameSearch.h"
+#include "programs/NameSearch.h"
 #include "support/Table.h"
 
 using TestSupport::Table;
 
 using namespace NameSearch;
 
-class TestNameSearch : public QObject {
+class NameSearchTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void lists() {
@@ -43,5 +43,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestNameSearch)
-#include "tst_namesearch.moc"
+QTEST_APPLESS_MAIN(NameSearchTest)
+#include "NameSearchTest.moc"

@@ -10,9 +10,9 @@
 #include <memory>
 
 #include "backend/PendingWork.h"
-#include "fenk/Application.h"
+#include "fenk/window/Application.h"
+#include "programs/ListPlaceholder.h"
 #include "shell/associations/FileAssosiationsExportDialog.h"
-#include "shell/library/ListPlaceholder.h"
 #include "shell/properties/AppPropertyDlg.h"
 #include "support/FakeBottleService.h"
 #include "support/KeyWalk.h"
@@ -35,7 +35,7 @@ QString saved(const QString& name, const QString& icon) {
 
 }  // namespace
 
-class TestProgramDialogs : public QObject {
+class ProgramDialogsTest : public QObject {
     Q_OBJECT
 
     TestSupport::TestHome m_home;
@@ -321,7 +321,7 @@ private Q_SLOTS:
 int main(int argc, char** argv) {
     const TestSupport::PrivateBus bus;
     Fenk::Application app(argc, argv);
-    TestProgramDialogs test;
+    ProgramDialogsTest test;
     return QTest::qExec(&test, argc, argv);
 }
-#include "tst_programdialogs.moc"
+#include "ProgramDialogsTest.moc"

@@ -4,15 +4,15 @@
 #include <QtTest>
 #include <memory>
 
-#include "fenk/Application.h"
-#include "fenk/Dialog.h"
-#include "fenk/SearchEdit.h"
-#include "fenk/Theme.h"
+#include "fenk/controls/SearchEdit.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
+#include "fenk/window/Dialog.h"
 #include "launch/records/FailedStarts.h"
 #include "programs/ProgramRuns.h"
+#include "programs/ShellWindows.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
-#include "shell/ShellWindows.h"
 #include "shell/library/AppLocalView.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/ProgramGrid.h"
@@ -24,7 +24,7 @@
 #include "support/TestHome.h"
 
 /// What a tile shows of its program (running, failed) and what keys do on it.
-class TestTileStates : public QObject {
+class TileStatesTest : public QObject {
     Q_OBJECT
 
     TestSupport::TestHome m_home;
@@ -206,7 +206,7 @@ private Q_SLOTS:
 int main(int argc, char** argv) {
     const TestSupport::PrivateBus bus;
     Fenk::Application app(argc, argv);
-    TestTileStates test;
+    TileStatesTest test;
     return QTest::qExec(&test, argc, argv);
 }
-#include "tst_tilestates.moc"
+#include "TileStatesTest.moc"

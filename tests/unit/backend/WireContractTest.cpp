@@ -5,7 +5,7 @@
 
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceErrorText.h"
-#include "bottleservice/Reason.h"
+#include "bottleservice/result/Reason.h"
 #include "support/fakeservice/Scenario.h"
 
 /// The contract file of the bottle interface against the proxy's signals and the stand-in's methods, both

@@ -5,13 +5,13 @@
 
 #include "core/base/BuildInfo.h"
 #include "core/base/Logging.h"
-#include "fenk/LogManager.h"
+#include "fenk/log/LogManager.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
 Q_LOGGING_CATEGORY(veskHttp, "common.veskhttp")
 
-class TestLogging : public QObject {
+class LoggingTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void cleanHomePaths_data() {
@@ -51,7 +51,7 @@ private Q_SLOTS:
         ::close(saved);
 
         const QString start = "^\\d{4}-\\d\\d-\\d\\d, \\d\\d:\\d\\d:\\d\\d\\.\\d{3} \\[";
-        const QString where = "TestLogging::fileAndConsole\\(\\) ";
+        const QString where = "LoggingTest::fileAndConsole\\(\\) ";
         const QString first = "Info   \\] initLogging\\(\\) Logs write to: " + logPath;
         QStringList expected = {first, first};
         if (!BuildInfo::isRelease())
@@ -70,5 +70,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLogging)
-#include "tst_logging.moc"
+QTEST_GUILESS_MAIN(LoggingTest)
+#include "LoggingTest.moc"

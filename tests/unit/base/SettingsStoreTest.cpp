@@ -3,7 +3,7 @@
 #include "core/base/SettingsStore.h"
 #include "support/TestHome.h"
 
-class TestSettingsStore : public QObject {
+class SettingsStoreTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     /// The keys are those that other versions of the program write and read.
@@ -26,5 +26,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSettingsStore)
-#include "tst_settingsstore.moc"
+QTEST_GUILESS_MAIN(SettingsStoreTest)
+#include "SettingsStoreTest.moc"

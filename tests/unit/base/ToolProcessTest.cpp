@@ -20,7 +20,7 @@ ToolProcess::Result shell(const QString& script, const QStringList& words = {}, 
 
 }  // namespace
 
-class TestToolProcess : public QObject {
+class ToolProcessTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void endings_data() {
@@ -125,5 +125,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestToolProcess)
-#include "tst_toolprocess.moc"
+QTEST_GUILESS_MAIN(ToolProcessTest)
+#include "ToolProcessTest.moc"

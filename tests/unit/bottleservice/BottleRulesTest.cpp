@@ -3,16 +3,16 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/BottleStore.h"
-#include "bottleservice/bottles/LaunchData.h"
+#include "bottleservice/bottles/Emulators.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/PublicBottles.h"
+#include "bottleservice/bottles/WindowsCommandLine.h"
 #include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/files/AtomicFile.h"
 #include "bottleservice/wine/DetachedCommand.h"
-#include "bottleservice/wine/Emulators.h"
-#include "bottleservice/wine/WindowsCommandLine.h"
+#include "bottleservice/wine/LaunchData.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -32,7 +32,7 @@ QJsonObject object(const char* json) {
 }  // namespace
 
 /// The rules that are plain functions: names, records, tables, command lines, paths.
-class tst_BottleRules : public QObject {
+class BottleRulesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -223,5 +223,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_BottleRules)
-#include "tst_bottlerules.moc"
+QTEST_GUILESS_MAIN(BottleRulesTest)
+#include "BottleRulesTest.moc"

@@ -5,7 +5,7 @@
 #include "support/Table.h"
 
 /// What keeps a bottle that a launch has left behind, and what of it counts.
-class tst_BottleUse : public QObject {
+class BottleUseTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -74,5 +74,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_BottleUse)
-#include "tst_bottleuse.moc"
+QTEST_GUILESS_MAIN(BottleUseTest)
+#include "BottleUseTest.moc"

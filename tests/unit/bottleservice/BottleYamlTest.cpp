@@ -17,7 +17,7 @@ BottleYaml parsed(const QByteArray& text) {
 
 }  // namespace
 
-class tst_BottleYaml : public QObject {
+class BottleYamlTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -114,5 +114,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_BottleYaml)
-#include "tst_bottleyaml.moc"
+QTEST_GUILESS_MAIN(BottleYamlTest)
+#include "BottleYamlTest.moc"

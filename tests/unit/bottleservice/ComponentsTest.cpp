@@ -104,7 +104,7 @@ QByteArray sha256(const QByteArray& data) {
 }  // namespace
 
 /// What brings components to the machine and into prefixes, without the service around it.
-class tst_Components : public QObject {
+class ComponentsTest : public QObject {
     Q_OBJECT
 
     TestHome m_home;
@@ -363,5 +363,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Components)
-#include "tst_components.moc"
+QTEST_GUILESS_MAIN(ComponentsTest)
+#include "ComponentsTest.moc"

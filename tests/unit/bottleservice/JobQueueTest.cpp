@@ -28,7 +28,7 @@ private:
 
 }  // namespace
 
-class tst_JobQueue : public QObject {
+class JobQueueTest : public QObject {
     Q_OBJECT
 
     ManualJob* add(JobQueue& queue, const QString& bottle, const QString& name) {
@@ -97,5 +97,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_JobQueue)
-#include "tst_jobqueue.moc"
+QTEST_GUILESS_MAIN(JobQueueTest)
+#include "JobQueueTest.moc"

@@ -10,7 +10,7 @@
 using TestSupport::readFile;
 
 /// What the service tells the desktop, and what it takes back.
-class tst_Desktop : public QObject {
+class ServiceDesktopTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -80,5 +80,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_Desktop)
-#include "tst_desktop.moc"
+QTEST_GUILESS_MAIN(ServiceDesktopTest)
+#include "ServiceDesktopTest.moc"

@@ -56,7 +56,7 @@ const QByteArray Unicode =
 }  // namespace
 
 /// The reader of Windows shortcuts, and what of them is worth an entry.
-class tst_ShellLink : public QObject {
+class ShellLinkTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -118,5 +118,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ShellLink)
-#include "tst_shelllink.moc"
+QTEST_GUILESS_MAIN(ShellLinkTest)
+#include "ShellLinkTest.moc"

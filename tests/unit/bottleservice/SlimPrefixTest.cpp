@@ -1,7 +1,7 @@
 #include <QtTest>
 
 #include "bottleservice/bottles/RegistryMerge.h"
-#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/files/FileTree.h"
 #include "bottleservice/wine/ReplaceableFiles.h"
 #include "bottleservice/wine/SlimPrefix.h"
 #include "support/Table.h"
@@ -11,7 +11,7 @@ using TestSupport::readFile;
 using TestSupport::Table;
 
 /// Templates and their copies, with plain files for a Wine.
-class tst_SlimPrefix : public QObject {
+class SlimPrefixTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -114,5 +114,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_SlimPrefix)
-#include "tst_slimprefix.moc"
+QTEST_GUILESS_MAIN(SlimPrefixTest)
+#include "SlimPrefixTest.moc"

@@ -5,7 +5,7 @@
 #include <QRandomGenerator>
 #include <QtTest>
 
-#include "bottleservice/bottles/TreeRemover.h"
+#include "bottleservice/files/TreeRemover.h"
 #include "support/TestHome.h"
 
 using TestSupport::readFile;
@@ -78,7 +78,7 @@ QStringList snapshot(const QString& directory) {
 
 }  // namespace
 
-class tst_TreeRemover : public QObject {
+class TreeRemoverTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -126,5 +126,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_TreeRemover)
-#include "tst_treeremover.moc"
+QTEST_GUILESS_MAIN(TreeRemoverTest)
+#include "TreeRemoverTest.moc"

@@ -12,7 +12,7 @@ using TestSupport::Table;
 using TestSupport::TestHome;
 
 /// Processes and runners on made-up directories.
-class tst_WineProcesses : public QObject {
+class WineProcessesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -219,5 +219,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_WineProcesses)
-#include "tst_wineprocesses.moc"
+QTEST_GUILESS_MAIN(WineProcessesTest)
+#include "WineProcessesTest.moc"

@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "fenk/Log.h"
+#include "fenk/log/Log.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -44,7 +44,7 @@ private:
 
 }  // namespace
 
-class TestLog : public QObject {
+class LogTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<TestSupport::TestHome> m_home;
@@ -255,5 +255,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLog)
-#include "tst_log.moc"
+QTEST_GUILESS_MAIN(LogTest)
+#include "LogTest.moc"

@@ -5,8 +5,8 @@
 #include <QSignalSpy>
 #include <memory>
 
-#include "fenk/Settings.h"
-#include "fenk/SettingsFile.h"
+#include "fenk/settings/Settings.h"
+#include "fenk/settings/SettingsFile.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -26,7 +26,7 @@ const char* const Description = R"({"groups":[
 
 }  // namespace
 
-class TestSettings : public QObject {
+class SettingsTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<TestSupport::TestHome> m_home;
@@ -209,5 +209,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSettings)
-#include "tst_settings.moc"
+QTEST_GUILESS_MAIN(SettingsTest)
+#include "SettingsTest.moc"

@@ -12,9 +12,9 @@
 #include <memory>
 #include <vector>
 
-#include "fenk/SingleInstance.h"
-#include "fenk/SingleInstanceMessage.h"
-#include "fenk/SingleInstanceServer.h"
+#include "fenk/instance/SingleInstance.h"
+#include "fenk/instance/SingleInstanceMessage.h"
+#include "fenk/instance/SingleInstanceServer.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -70,7 +70,7 @@ QByteArray header(quint32 length) {
 
 }  // namespace
 
-class TestSingleInstance : public QObject {
+class SingleInstanceTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void parse_data() {
@@ -262,5 +262,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSingleInstance)
-#include "tst_singleinstance.moc"
+QTEST_GUILESS_MAIN(SingleInstanceTest)
+#include "SingleInstanceTest.moc"

@@ -1,16 +1,16 @@
 #include <thread>
 #include <vector>
 
-#include "fenk/Chinese2Pinyin.h"
-#include "fenk/DesktopEntry.h"
-#include "fenk/SystemInfo.h"
+#include "fenk/system/Chinese2Pinyin.h"
+#include "fenk/system/DesktopEntry.h"
+#include "fenk/system/SystemInfo.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
 using namespace Fenk;
 using TestSupport::Table;
 
-class TestSystemFiles : public QObject {
+class SystemFilesTest : public QObject {
     Q_OBJECT
 
     TestSupport::TestHome m_home;
@@ -111,5 +111,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSystemFiles)
-#include "tst_systemfiles.moc"
+QTEST_GUILESS_MAIN(SystemFilesTest)
+#include "SystemFilesTest.moc"

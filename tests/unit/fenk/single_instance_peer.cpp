@@ -10,7 +10,7 @@
 #include <QCoreApplication>
 #include <cstdio>
 
-#include "fenk/SingleInstance.h"
+#include "fenk/instance/SingleInstance.h"
 
 static void say(const QString& text) {
     std::printf("%s\n", qPrintable(text));

@@ -1,14 +1,14 @@
-#include "launch/LaunchVerdict.h"
+#include "launch/run/LaunchVerdict.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "launch/LogFindings.h"
 #include "launch/repair/BottleDamage.h"
 #include "launch/repair/ProblemReport.h"
 #include "launch/repair/RepairOffer.h"
 #include "launch/repair/RunnerChoice.h"
 #include "launch/repair/StartCheck.h"
+#include "launch/winelog/LogFindings.h"
 #include "launch/winelog/LogParseRule.h"
 #include "launch/winelog/WineLogParser.h"
 #include "support/Table.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fenk/RollingFileAppender.h"
+#include "fenk/log/RollingFileAppender.h"
 
 /// The program's log file. Home directories are taken out of every message, as logs leave the machine with
 /// feedback; the console shows them as they are.

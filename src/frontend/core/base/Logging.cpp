@@ -7,8 +7,8 @@
 
 #include "core/base/BuildInfo.h"
 #include "core/base/CxbRollingFileAppender.h"
-#include "fenk/LogManager.h"
-#include "fenk/Logger.h"
+#include "fenk/log/LogManager.h"
+#include "fenk/log/Logger.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "fenk/OwnedFd.h"
+#include "fenk/system/OwnedFd.h"
 
 bool RegularFile::open(QFile& file, const QString& path, Links links) {
     const int follow = links == Links::Followed ? 0 : O_NOFOLLOW;

@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QStandardPaths>
 
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 // A static library's resources are dropped by the linker unless asked for, and only outside of a namespace.
 static void initBaseResources() {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "fenk/Settings.h"
+#include "fenk/settings/Settings.h"
 
 /// The program's settings, one store per process, made on first use from the description that the program
 /// carries. The values lie in <AppConfigLocation>/settings.conf, so the application's name must be set

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fenk/Dialog.h"
+#include "fenk/window/Dialog.h"
 
 /// Asks whether what the banner stands for shall really be stopped. Modal over the banner, shown without
 /// blocking and deleted when answered. Escape and the close button leave everything as it is.

@@ -5,11 +5,11 @@
 #include <QKeyEvent>
 #include <QPainter>
 
-#include "fenk/Label.h"
-#include "fenk/SymbolicIconEngine.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/Label.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/SymbolicIconEngine.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 
 using namespace Fenk;
 

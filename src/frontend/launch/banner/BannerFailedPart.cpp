@@ -4,11 +4,11 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
-#include "fenk/Label.h"
-#include "fenk/SuggestButton.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/SuggestButton.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 #include "launch/LaunchWindows.h"
 #include "launch/banner/BannerCustomButton.h"
 

@@ -2,8 +2,8 @@
 
 #include <QPainter>
 
-#include "fenk/SymbolicIconEngine.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/SymbolicIconEngine.h"
 
 using namespace Fenk;
 

@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <optional>
 
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
 
 /// An icon in a square of fixed size, drawn at the screen's own resolution. A small icon is enlarged to twice
 /// its size at most, since more would only show its pixels.

@@ -7,8 +7,8 @@
 #include <QTimer>
 
 #include "backend/DesktopUtils.h"
-#include "fenk/Dialog.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/window/Dialog.h"
 
 namespace {
 

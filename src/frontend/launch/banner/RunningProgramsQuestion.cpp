@@ -3,8 +3,8 @@
 #include <QAbstractButton>
 #include <QVBoxLayout>
 
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
 
 namespace {
 

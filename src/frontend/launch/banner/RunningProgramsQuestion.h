@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "fenk/Dialog.h"
+#include "fenk/window/Dialog.h"
 
 /// Asks whether the programs that run in a bottle may be closed, so that a repair can change the bottle.
 /// Modal over the banner, shown without blocking and deleted when answered. Escape and the close button mean

@@ -8,11 +8,11 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "fenk/Label.h"
-#include "fenk/Spinner.h"
-#include "fenk/Theme.h"
-#include "fenk/TitleBar.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/window/TitleBar.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/BannerFailedPart.h"
 #include "launch/banner/BannerPicture.h"

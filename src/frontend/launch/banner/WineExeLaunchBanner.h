@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QVariantAnimation>
 
-#include "fenk/MainWindow.h"
+#include "fenk/window/MainWindow.h"
 
 class BannerCloseConfirmDialog;
 class BannerFailedPart;

@@ -1,11 +1,11 @@
-#include "launch/BottleChoice.h"
+#include "launch/bottle/BottleChoice.h"
 
 #include <QDebug>
 #include <QFileInfo>
 #include <QJsonDocument>
 
 #include "backend/BottlesConfig.h"
-#include "launch/PrivateBottleName.h"
+#include "launch/bottle/PrivateBottleName.h"
 
 QString chooseBottle(const QString& exePath, const QJsonObject& peInfo, const QString& md5) {
     if (exePath.isEmpty()) {

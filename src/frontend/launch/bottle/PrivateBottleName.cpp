@@ -1,4 +1,4 @@
-#include "launch/PrivateBottleName.h"
+#include "launch/bottle/PrivateBottleName.h"
 
 #include <QCryptographicHash>
 #include <QDebug>

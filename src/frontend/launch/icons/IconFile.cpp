@@ -1,4 +1,4 @@
-#include "launch/IconFile.h"
+#include "launch/icons/IconFile.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -9,7 +9,7 @@
 #include <QtEndian>
 
 #include "core/base/RegularFile.h"
-#include "launch/SvgPicture.h"
+#include "launch/icons/SvgPicture.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "launch/SvgPicture.h"
+#include "launch/icons/SvgPicture.h"
 
 #include <QPainter>
 #include <QRegularExpression>

@@ -10,7 +10,7 @@
 #include <QTimer>
 
 #include "core/base/Paths.h"
-#include "launch/IconFile.h"
+#include "launch/icons/IconFile.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "launch/FileAssociation.h"
+#include "launch/open/FileAssociation.h"
 
 #include <QDebug>
 #include <QFile>

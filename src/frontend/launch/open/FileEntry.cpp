@@ -1,4 +1,4 @@
-#include "launch/FileEntry.h"
+#include "launch/open/FileEntry.h"
 
 #include <QDebug>
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "launch/WineFileHandler.h"
+#include "launch/open/WineFileHandler.h"
 
 #include <QCryptographicHash>
 #include <QDebug>
@@ -9,11 +9,11 @@
 
 #include "backend/BottleUtils.h"
 #include "backend/ProgramRecord.h"
-#include "fenk/Theme.h"
-#include "launch/FileAssociation.h"
-#include "launch/IconFile.h"
-#include "launch/WineLauncher.h"
+#include "fenk/style/Theme.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/icons/IconFile.h"
+#include "launch/open/FileAssociation.h"
+#include "launch/script/WineLauncher.h"
 
 namespace {
 

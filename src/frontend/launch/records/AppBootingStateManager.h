@@ -4,7 +4,7 @@
 #include <QMap>
 #include <QObject>
 
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 class QTimer;
 class X11WaitWineProgramThread;

@@ -8,7 +8,7 @@
 #include <QSqlQuery>
 #include <QStandardPaths>
 
-#include "launch/PrivateBottleName.h"
+#include "launch/bottle/PrivateBottleName.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QStringList>
 
-#include "fenk/Singleton.h"
+#include "fenk/system/Singleton.h"
 
 /// Why the last start of a stored program has failed.
 struct FailedStart {

@@ -1,4 +1,4 @@
-#include "launch/LaunchRecord.h"
+#include "launch/records/LaunchRecord.h"
 
 #include <QFileInfo>
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "launch/DependencyInstallQueue.h"
+#include "launch/repair/DependencyInstallQueue.h"
 
 #include <QDebug>
 #include <QJsonObject>
@@ -6,7 +6,7 @@
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceErrorText.h"
 #include "backend/ServiceLoss.h"
-#include "launch/DependencySetupProgressEmitter.h"
+#include "launch/repair/DependencySetupProgressEmitter.h"
 
 DependencyInstallQueue::DependencyInstallQueue(QObject* parent) : QObject(parent) {
     whenServiceIsLost(this, [this] {

@@ -1,4 +1,4 @@
-#include "launch/DependencySetupProgressEmitter.h"
+#include "launch/repair/DependencySetupProgressEmitter.h"
 
 #include "backend/BottlesConfig.h"
 

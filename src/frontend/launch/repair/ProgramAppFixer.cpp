@@ -1,4 +1,4 @@
-#include "launch/ProgramAppFixer.h"
+#include "launch/repair/ProgramAppFixer.h"
 
 #include <QDebug>
 #include <QFileInfo>

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "launch/ProgramFixRecord.h"
+#include "launch/repair/ProgramFixRecord.h"
 
 /// Looks into the log of a stored program that was started without anybody watching it and has failed, and
 /// offers the repair as a desktop notification, whose action starts this program again with --fixup. Made on

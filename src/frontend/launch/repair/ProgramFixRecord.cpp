@@ -1,4 +1,4 @@
-#include "launch/ProgramFixRecord.h"
+#include "launch/repair/ProgramFixRecord.h"
 
 #include <QJsonArray>
 

@@ -2,10 +2,10 @@
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
-#include "launch/LauncherExit.h"
-#include "launch/ProgramAppFixer.h"
 #include "launch/repair/Diagnosis.h"
 #include "launch/repair/FailureFacts.h"
+#include "launch/repair/ProgramAppFixer.h"
+#include "launch/script/LauncherExit.h"
 #include "launch/winelog/WineLogParser.h"
 
 bool StartCheck::isFailure(const StartEnd& end, bool hasComponents) {

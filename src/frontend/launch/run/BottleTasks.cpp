@@ -1,4 +1,4 @@
-#include "launch/BottleTasks.h"
+#include "launch/run/BottleTasks.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>
@@ -6,9 +6,9 @@
 
 #include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
-#include "launch/FileChoice.h"
-#include "launch/WineLauncher.h"
 #include "launch/records/AppBootingStateManager.h"
+#include "launch/script/WineLauncher.h"
+#include "widgets/FileChoice.h"
 
 namespace BottleTasks {
 

@@ -1,4 +1,4 @@
-#include "launch/ExeFileExecutor.h"
+#include "launch/run/ExeFileExecutor.h"
 
 #include <QFileInfo>
 #include <QtConcurrent>
@@ -14,17 +14,17 @@
 #include "backend/TemplateProgress.h"
 #include "core/base/Paths.h"
 #include "core/base/WineNames.h"
-#include "fenk/Theme.h"
-#include "launch/BottleChoice.h"
-#include "launch/DependencyInstallQueue.h"
-#include "launch/PrivateBottleName.h"
-#include "launch/WineLauncher.h"
+#include "fenk/style/Theme.h"
+#include "launch/bottle/BottleChoice.h"
+#include "launch/bottle/PrivateBottleName.h"
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/inspection/ExeFileInfo.h"
 #include "launch/inspection/ExeIconReader.h"
 #include "launch/inspection/ProgramKind.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
 #include "launch/records/ExecutorRecord.h"
+#include "launch/repair/DependencyInstallQueue.h"
+#include "launch/script/WineLauncher.h"
 
 namespace {
 

@@ -8,12 +8,12 @@
 #include <QProcess>
 #include <QTimer>
 
-#include "launch/LaunchVerdict.h"
-#include "launch/LauncherExit.h"
 #include "launch/MsgType.h"
 #include "launch/repair/Diagnosis.h"
 #include "launch/repair/FailureFacts.h"
 #include "launch/repair/RunnerChoice.h"
+#include "launch/run/LaunchVerdict.h"
+#include "launch/script/LauncherExit.h"
 
 struct BusResult;
 class DependencyInstallQueue;

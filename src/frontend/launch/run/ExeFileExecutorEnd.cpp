@@ -7,14 +7,14 @@
 #include "backend/BottlesConfig.h"
 #include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
-#include "launch/ExeFileExecutor.h"
-#include "launch/LauncherExit.h"
-#include "launch/LogFindings.h"
-#include "launch/WineLauncher.h"
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
 #include "launch/repair/BottleDamage.h"
 #include "launch/repair/RepairOffer.h"
+#include "launch/run/ExeFileExecutor.h"
+#include "launch/script/LauncherExit.h"
+#include "launch/script/WineLauncher.h"
+#include "launch/winelog/LogFindings.h"
 #include "launch/winelog/WineLogParser.h"
 
 namespace {

@@ -10,11 +10,11 @@
 #include "backend/PendingWork.h"
 #include "backend/ServiceErrorText.h"
 #include "core/base/WineNames.h"
-#include "launch/BottleTasks.h"
-#include "launch/DependencyInstallQueue.h"
-#include "launch/ExeFileExecutor.h"
+#include "launch/repair/DependencyInstallQueue.h"
 #include "launch/repair/RenewBottleStep.h"
 #include "launch/repair/Runner32Step.h"
+#include "launch/run/BottleTasks.h"
+#include "launch/run/ExeFileExecutor.h"
 
 void ExeFileExecutor::prepareFix(const QString& bottle, const QString& programUuid,
                                  const QStringList& components) {

@@ -1,4 +1,4 @@
-#include "launch/ExeFileRunner.h"
+#include "launch/run/ExeFileRunner.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -16,16 +16,16 @@
 #include "backend/SessionBus.h"
 #include "core/base/Logging.h"
 #include "core/base/WineNames.h"
-#include "fenk/Theme.h"
-#include "launch/ExeFileExecutor.h"
-#include "launch/FileEntry.h"
-#include "launch/IconFile.h"
-#include "launch/banner/LogsWidget.h"
+#include "fenk/style/Theme.h"
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/icons/IconFile.h"
+#include "launch/open/FileEntry.h"
 #include "launch/records/FailedStarts.h"
-#include "launch/repair/RepairAssistant.h"
+#include "launch/run/ExeFileExecutor.h"
+#include "launch/run/RepairAssistant.h"
 #include "probes/HardwareInfo.h"
+#include "widgets/LogsWidget.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "launch/LaunchCleanUp.h"
+#include "launch/run/LaunchCleanUp.h"
 
 #include <QDebug>
 #include <QFutureWatcher>

@@ -4,7 +4,7 @@
 #include <QString>
 #include <functional>
 
-#include "launch/FileEntry.h"
+#include "launch/open/FileEntry.h"
 
 struct BusResult;
 

@@ -1,4 +1,4 @@
-#include "launch/LaunchVerdict.h"
+#include "launch/run/LaunchVerdict.h"
 
 #include <QCoreApplication>
 

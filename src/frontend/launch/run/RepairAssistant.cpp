@@ -1,4 +1,4 @@
-#include "launch/repair/RepairAssistant.h"
+#include "launch/run/RepairAssistant.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -14,15 +14,15 @@
 #include "backend/ServiceErrorText.h"
 #include "core/base/Logging.h"
 #include "core/base/WineNames.h"
-#include "fenk/Dialog.h"
-#include "fenk/SystemInfo.h"
-#include "launch/ExeFileExecutor.h"
-#include "launch/FileChoice.h"
-#include "launch/banner/LogsWidget.h"
+#include "fenk/system/SystemInfo.h"
+#include "fenk/window/Dialog.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/repair/ComponentTitle.h"
 #include "launch/repair/ProblemReport.h"
+#include "launch/run/ExeFileExecutor.h"
 #include "probes/HardwareInfo.h"
+#include "widgets/FileChoice.h"
+#include "widgets/LogsWidget.h"
 
 namespace {
 

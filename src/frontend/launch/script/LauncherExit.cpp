@@ -1,4 +1,4 @@
-#include "launch/LauncherExit.h"
+#include "launch/script/LauncherExit.h"
 
 #include <QCoreApplication>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "launch/WineLauncher.h"
+#include "launch/script/WineLauncher.h"
 
 #include <QDebug>
 #include <QFileInfo>

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <optional>
 
-#include "launch/LauncherExit.h"
+#include "launch/script/LauncherExit.h"
 
 /// The one place where a Windows program becomes a Linux process: runs launcher.py for a bottle and owns
 /// every argument and environment variable of a launch. Its end signal is QProcess::finished; a script that

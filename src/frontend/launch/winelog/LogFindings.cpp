@@ -1,4 +1,4 @@
-#include "launch/LogFindings.h"
+#include "launch/winelog/LogFindings.h"
 
 #include <QCoreApplication>
 

@@ -6,8 +6,8 @@
 
 #include "core/base/Paths.h"
 #include "core/base/RegularFile.h"
-#include "fenk/SystemInfo.h"
-#include "launch/FileAssociation.h"
+#include "fenk/system/SystemInfo.h"
+#include "launch/open/FileAssociation.h"
 
 namespace {
 

@@ -8,13 +8,13 @@
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
-#include "fenk/Spinner.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "programs/ListPlaceholder.h"
+#include "programs/Program.h"
 #include "shell/associations/AssociationModel.h"
 #include "shell/associations/FileAssosiationsListView.h"
-#include "shell/library/ListPlaceholder.h"
-#include "shell/library/Program.h"
 
 using namespace Fenk;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fenk/Dialog.h"
+#include "fenk/window/Dialog.h"
 #include "shell/associations/BottleAssociations.h"
 
 class AssociationModel;

@@ -5,10 +5,10 @@
 #include <QPainter>
 #include <QToolTip>
 
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "programs/ProgramIcons.h"
 #include "shell/associations/AssociationModel.h"
-#include "shell/library/ProgramIcons.h"
 
 using namespace Fenk;
 

@@ -4,10 +4,10 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 
-#include "fenk/Tokens.h"
+#include "fenk/style/Tokens.h"
+#include "programs/ProgramIcons.h"
 #include "shell/associations/AssociationModel.h"
 #include "shell/associations/FileAssosiationsItemDelegate.h"
-#include "shell/library/ProgramIcons.h"
 
 using namespace Fenk;
 

@@ -3,10 +3,10 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "fenk/Label.h"
-#include "fenk/SuggestButton.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/SuggestButton.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 namespace {
 

@@ -9,23 +9,23 @@
 #include <QStandardPaths>
 
 #include "backend/SessionBus.h"
-#include "fenk/FloatingMessage.h"
-#include "fenk/Label.h"
-#include "fenk/Spinner.h"
-#include "fenk/SuggestButton.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "launch/FileChoice.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/controls/SuggestButton.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 #include "launch/inspection/OpenRefusal.h"
+#include "programs/AppItemWidgetStateManager.h"
+#include "programs/ListPlaceholder.h"
+#include "programs/ProgramIcons.h"
 #include "programs/ProgramRuns.h"
-#include "shell/ShellImages.h"
-#include "shell/library/AppItemWidgetStateManager.h"
 #include "shell/library/AppListEmptyTipsWidget.h"
-#include "shell/library/ListPlaceholder.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/ProgramGrid.h"
-#include "shell/library/ProgramIcons.h"
 #include "shell/library/ProgramLibrary.h"
+#include "widgets/FileChoice.h"
+#include "widgets/WidgetImages.h"
 
 using namespace Fenk;
 
@@ -81,7 +81,8 @@ void AppLocalView::makePages() {
     m_found->setObjectName("found_grid");
     m_empty = new AppListEmptyTipsWidget;
     connect(m_empty, &AppListEmptyTipsWidget::addRequested, this, &AppLocalView::slotAddApp);
-    m_nothingFound = new ListPlaceholder(QIcon(shellImage("search_history.png")), tr("Nothing was searched"));
+    m_nothingFound =
+        new ListPlaceholder(QIcon(widgetImage("search_history.png")), tr("Nothing was searched"));
     m_nothingFound->setObjectName("applist_nothing_found");
     m_failed = new ListPlaceholder(Theme::icon("fenk-warning"),
                                    tr("faile to fetch application list, try again later..."), tr("Retry"));

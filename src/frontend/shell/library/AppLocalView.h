@@ -3,7 +3,7 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 
 class AppListEmptyTipsWidget;
 class ListPlaceholder;

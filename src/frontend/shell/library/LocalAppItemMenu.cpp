@@ -8,15 +8,15 @@
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
 #include "backend/InBackground.h"
-#include "fenk/IconButton.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
-#include "launch/BottleTasks.h"
-#include "shell/ShellWindows.h"
-#include "shell/library/AppItemWidgetStateManager.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
+#include "launch/run/BottleTasks.h"
+#include "programs/AppItemWidgetStateManager.h"
+#include "programs/ShellWindows.h"
+#include "programs/StarRating.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/RemovalQuestion.h"
-#include "shell/library/StarRating.h"
 
 using ProgramMenu::Action;
 

@@ -8,17 +8,17 @@
 #include <QMenu>
 #include <QPainter>
 
-#include "fenk/IconButton.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/IconButton.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 #include "launch/records/FailedStarts.h"
-#include "shell/ShellWindows.h"
-#include "shell/library/ProgramIcons.h"
-#include "shell/library/RunStateButton.h"
-#include "shell/library/StarRating.h"
-#include "shell/library/TileName.h"
+#include "programs/ProgramIcons.h"
+#include "programs/RunStateButton.h"
+#include "programs/ShellWindows.h"
+#include "programs/StarRating.h"
+#include "programs/TileName.h"
 
 using namespace Fenk;
 

@@ -3,7 +3,7 @@
 #include <QVariantAnimation>
 #include <array>
 
-#include "shell/library/AppItemWidget.h"
+#include "programs/AppItemWidget.h"
 #include "shell/library/ProgramMenu.h"
 
 class QAbstractButton;

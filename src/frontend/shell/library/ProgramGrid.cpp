@@ -6,8 +6,8 @@
 #include <QWheelEvent>
 #include <algorithm>
 
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 #include "shell/library/LocalAppItemWidget.h"
 
 using namespace Fenk;

@@ -4,7 +4,7 @@
 #include <QPropertyAnimation>
 #include <QScrollArea>
 
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 
 class LocalAppItemWidget;
 

@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <functional>
 
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 
 struct BusResult;
 

@@ -11,12 +11,12 @@
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
 #include "backend/WindowsPath.h"
-#include "fenk/Dialog.h"
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/window/Dialog.h"
+#include "programs/AppItemWidgetStateManager.h"
 #include "programs/DirectorySize.h"
-#include "shell/library/AppItemWidgetStateManager.h"
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 
 namespace {
 

@@ -6,13 +6,13 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include "fenk/Color.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
-#include "shell/ShellImages.h"
-#include "shell/library/ProgramIcons.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
+#include "programs/ProgramIcons.h"
+#include "widgets/WidgetImages.h"
 
 using namespace Fenk;
 
@@ -98,7 +98,7 @@ void AppEntryIconEditor::paintEvent(QPaintEvent*) {
     painter.fillPath(circle, withAlpha(Theme::instance()->color(Theme::Dark, Theme::Window), VeilOpacity));
     QRect pen(0, 0, Tokens::IconLarge, Tokens::IconLarge);
     pen.moveCenter(rect().center());
-    QIcon(shellImage("dark/text_edit.svg")).paint(&painter, pen);
+    QIcon(widgetImage("dark/text_edit.svg")).paint(&painter, pen);
 }
 
 void AppEntryIconEditor::focusInEvent(QFocusEvent* event) {

@@ -8,14 +8,14 @@
 #include <QKeyEvent>
 #include <QStandardPaths>
 
-#include "fenk/Card.h"
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
-#include "launch/FileChoice.h"
+#include "fenk/controls/Card.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
 #include "shell/properties/AppEntryIconEditor.h"
 #include "shell/properties/NameEditor.h"
 #include "shell/properties/PathLink.h"
 #include "shell/properties/ProgramDetails.h"
+#include "widgets/FileChoice.h"
 
 using namespace Fenk;
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "fenk/Dialog.h"
-#include "shell/library/Program.h"
+#include "fenk/window/Dialog.h"
+#include "programs/Program.h"
 
 class AppEntryIconEditor;
 class NameEditor;

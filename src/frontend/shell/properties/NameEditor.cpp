@@ -4,9 +4,9 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-#include "fenk/IconButton.h"
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
 
 using namespace Fenk;
 

@@ -2,10 +2,10 @@
 
 #include <QPainter>
 
-#include "fenk/Label.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 using namespace Fenk;
 

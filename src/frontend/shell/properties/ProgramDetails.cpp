@@ -10,9 +10,9 @@
 #include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
 #include "backend/WindowsPath.h"
-#include "launch/IconFile.h"
-#include "shell/library/AppItemWidgetStateManager.h"
-#include "shell/library/ProgramIcons.h"
+#include "launch/icons/IconFile.h"
+#include "programs/AppItemWidgetStateManager.h"
+#include "programs/ProgramIcons.h"
 
 using BottleUtils::Change;
 

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QSet>
 
-#include "shell/library/Program.h"
+#include "programs/Program.h"
 #include "shell/properties/ProgramSaver.h"
 
 struct BusResult;

@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "backend/BottleUtils.h"
-#include "fenk/Singleton.h"
-#include "shell/library/Program.h"
+#include "fenk/system/Singleton.h"
+#include "programs/Program.h"
 
 /// What a user can change of a program.
 struct ProgramFace {

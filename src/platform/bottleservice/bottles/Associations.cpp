@@ -5,9 +5,9 @@
 #include <QRegularExpression>
 
 #include "bottleservice/bottles/ExecutableRules.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/bottles/WindowsCommandLine.h"
 #include "bottleservice/bottles/WindowsPath.h"
-#include "bottleservice/wine/WindowsCommandLine.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace Associations {
 

@@ -1,9 +1,8 @@
 #include "bottleservice/bottles/BottleName.h"
 
-namespace BottleName {
+#include "bottleservice/files/WorkingDirectory.h"
 
-const char CreatingPrefix[] = ".creating-";
-const char DeletingPrefix[] = ".deleting-";
+namespace BottleName {
 
 namespace {
 
@@ -45,7 +44,8 @@ QString check(const QString& name) {
         return "The name of the bottle contains a \"/\" that does not follow \"public\".";
     if (part.isEmpty() || part == "." || part == ".." || name == "public")
         return "This name is not allowed for a bottle.";
-    if (part.startsWith(CreatingPrefix) || part.startsWith(DeletingPrefix))
+    if (part.startsWith(WorkingDirectory::CreatingPrefix) ||
+        part.startsWith(WorkingDirectory::DeletingPrefix))
         return "This name is reserved for the service's own work.";
     if (part.toUtf8().size() > MaximumPartBytes)
         return QString("The name of the bottle is longer than %1 bytes.").arg(MaximumPartBytes);

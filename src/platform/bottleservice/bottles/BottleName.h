@@ -9,10 +9,6 @@ namespace BottleName {
 
 constexpr int MaximumPartBytes = 255;  ///< what file systems take for one name, in UTF-8
 
-/// Prefixes of the service's own working directories beside the bottles.
-extern const char CreatingPrefix[];
-extern const char DeletingPrefix[];
-
 /// Empty if the name may be used, else a sentence that says why not.
 QString check(const QString& name);
 

@@ -3,10 +3,10 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/PlainFile.h"
 #include "bottleservice/bottles/YamlText.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace {
 

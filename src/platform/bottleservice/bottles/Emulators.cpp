@@ -1,4 +1,4 @@
-#include "bottleservice/wine/Emulators.h"
+#include "bottleservice/bottles/Emulators.h"
 
 #include <QStandardPaths>
 #include <QSysInfo>

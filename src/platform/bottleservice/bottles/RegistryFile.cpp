@@ -1,6 +1,6 @@
 #include "bottleservice/bottles/RegistryFile.h"
 
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace RegistryFile {
 

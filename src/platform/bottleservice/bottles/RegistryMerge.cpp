@@ -4,8 +4,8 @@
 #include <QHash>
 #include <QVector>
 
-#include "bottleservice/bottles/AtomicFile.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace RegistryMerge {
 

@@ -1,4 +1,4 @@
-#include "bottleservice/wine/WindowsCommandLine.h"
+#include "bottleservice/bottles/WindowsCommandLine.h"
 
 namespace WindowsCommandLine {
 

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <atomic>
 
-#include "bottleservice/Reason.h"
+#include "bottleservice/result/Reason.h"
 
 /// Unpacks what others have packed: tar in its compressions, zip, 7z, cab, also behind the program of a
 /// self-extracting one. Nothing is trusted: no entry leaves the directory by its name or through a link, none

@@ -10,9 +10,9 @@
 #include <cerrno>
 #include <cstring>
 
-#include "bottleservice/bottles/AtomicFile.h"
-#include "bottleservice/bottles/PlainFile.h"
-#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/FileTree.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace BottleBackup {
 

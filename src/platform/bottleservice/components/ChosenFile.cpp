@@ -14,8 +14,8 @@
 #include <QTemporaryFile>
 #include <algorithm>
 
-#include "bottleservice/bottles/AtomicFile.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace {
 

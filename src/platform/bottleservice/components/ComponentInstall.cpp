@@ -12,8 +12,8 @@
 #include "bottleservice/components/Archive.h"
 #include "bottleservice/components/Background.h"
 #include "bottleservice/components/Downloads.h"
-#include "bottleservice/jobs/Reclaimer.h"
-#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/files/Reclaimer.h"
+#include "bottleservice/files/WorkingDirectory.h"
 
 namespace {
 
@@ -96,8 +96,8 @@ void ComponentInstall::cancel() {
 void ComponentInstall::unpack() {
     const QString target = m_store.pathOf(m_kind, m_name);
     if (QFileInfo::exists(target) && !ComponentStore::fault(m_kind, target).isEmpty())
-        m_reclaimer->remove(target, BottleName::DeletingPrefix);  // damaged
-    m_directory = WorkingDirectory::pathBeside(target, BottleName::CreatingPrefix);
+        m_reclaimer->remove(target, WorkingDirectory::DeletingPrefix);  // damaged
+    m_directory = WorkingDirectory::pathBeside(target, WorkingDirectory::CreatingPrefix);
     if (!QDir().mkpath(m_directory)) {
         finish(QString("Cannot make %1.").arg(m_directory));
         return;

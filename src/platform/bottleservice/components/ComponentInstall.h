@@ -4,9 +4,9 @@
 #include <atomic>
 #include <memory>
 
-#include "bottleservice/Reason.h"
 #include "bottleservice/components/ComponentStore.h"
 #include "bottleservice/components/Sources.h"
+#include "bottleservice/result/Reason.h"
 
 class Downloads;
 class FileFetch;

@@ -5,8 +5,8 @@
 #include <QObject>
 #include <QVector>
 
-#include "bottleservice/Reason.h"
 #include "bottleservice/components/Sources.h"
+#include "bottleservice/result/Reason.h"
 
 class Download;
 

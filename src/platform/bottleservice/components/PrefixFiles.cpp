@@ -7,7 +7,7 @@
 #include <QFileInfo>
 #include <QtEndian>
 
-#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/files/FileTree.h"
 
 namespace PrefixFiles {
 

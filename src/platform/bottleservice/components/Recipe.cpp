@@ -9,8 +9,8 @@
 #include <algorithm>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/PlainFile.h"
 #include "bottleservice/components/Sources.h"
+#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/settings/DllOverrides.h"
 
 using Kind = RecipeStep::Kind;

@@ -6,8 +6,8 @@
 #include <QVector>
 #include <optional>
 
-#include "bottleservice/Reason.h"
 #include "bottleservice/components/RecipeTarget.h"
+#include "bottleservice/result/Reason.h"
 #include "bottleservice/settings/RegistryChange.h"
 
 /// One step of a recipe, as the README beside the catalogue describes it.

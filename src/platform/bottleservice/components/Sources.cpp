@@ -9,9 +9,9 @@
 #include <algorithm>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/PlainFile.h"
 #include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/ComponentStore.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "bottleservice/Reason.h"
+#include "bottleservice/result/Reason.h"
 
 /// A file of somebody else's that a component is made of.
 struct Source {

@@ -9,8 +9,8 @@
 #include <QJsonDocument>
 #include <QSet>
 
-#include "bottleservice/bottles/AtomicFile.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace {
 

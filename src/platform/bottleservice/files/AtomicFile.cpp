@@ -1,4 +1,4 @@
-#include "bottleservice/bottles/AtomicFile.h"
+#include "bottleservice/files/AtomicFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

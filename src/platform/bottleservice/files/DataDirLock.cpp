@@ -1,4 +1,4 @@
-#include "bottleservice/DataDirLock.h"
+#include "bottleservice/files/DataDirLock.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -1,4 +1,4 @@
-#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/files/FileTree.h"
 
 #include <fcntl.h>
 #include <linux/fs.h>

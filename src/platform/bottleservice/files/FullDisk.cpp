@@ -1,4 +1,4 @@
-#include "bottleservice/bottles/FullDisk.h"
+#include "bottleservice/files/FullDisk.h"
 
 #include <QDebug>
 #include <QStorageInfo>

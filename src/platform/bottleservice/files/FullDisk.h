@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bottleservice/Reason.h"
+#include "bottleservice/result/Reason.h"
 
 /// Wine and its tools say little of a disk that is full.
 namespace FullDisk {

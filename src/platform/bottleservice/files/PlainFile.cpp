@@ -1,4 +1,4 @@
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/PlainFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,11 +1,11 @@
-#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/files/Reclaimer.h"
 
 #include <QDebug>
 #include <QElapsedTimer>
 #include <QtConcurrent/QtConcurrent>
 
-#include "bottleservice/bottles/TreeRemover.h"
-#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/files/TreeRemover.h"
+#include "bottleservice/files/WorkingDirectory.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "bottleservice/bottles/TreeRemover.h"
+#include "bottleservice/files/TreeRemover.h"
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/files/WorkingDirectory.h"
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -10,9 +10,10 @@
 #include <cerrno>
 #include <cstring>
 
-#include "bottleservice/bottles/BottleName.h"
-
 namespace WorkingDirectory {
+
+const char CreatingPrefix[] = ".creating-";
+const char DeletingPrefix[] = ".deleting-";
 
 QString pathBeside(const QString& bottlePath, const char* prefix) {
     return QFileInfo(bottlePath).path() + '/' + prefix + QUuid::createUuid().toString(QUuid::Id128);
@@ -34,7 +35,7 @@ QString exchange(const QString& from, const QString& to) {
     if (renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD, QFile::encodeName(to).constData(),
                   RENAME_EXCHANGE) == 0)
         return {};
-    const QString aside = pathBeside(to, BottleName::DeletingPrefix);
+    const QString aside = pathBeside(to, DeletingPrefix);
     QString fault = moveInto(to, aside);
     if (!fault.isEmpty())
         return fault;
@@ -48,9 +49,9 @@ QStringList leftovers(const QString& root) {
     for (const QString& directory : {root, root + "/public"}) {
         if (QFileInfo(directory).isSymLink() && directory != root)
             continue;
-        const QStringList entries = QDir(directory).entryList(
-            {QString(BottleName::CreatingPrefix) + '*', QString(BottleName::DeletingPrefix) + '*'},
-            QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+        const QStringList entries =
+            QDir(directory).entryList({QString(CreatingPrefix) + '*', QString(DeletingPrefix) + '*'},
+                                      QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
         for (const QString& entry : entries)
             paths += directory + '/' + entry;
     }

@@ -7,6 +7,9 @@
 /// ever stand under a bottle's name; a crash leaves hidden directories, which the next start removes.
 namespace WorkingDirectory {
 
+extern const char CreatingPrefix[];
+extern const char DeletingPrefix[];
+
 /// An unused path beside the given bottle's directory.
 QString pathBeside(const QString& bottlePath, const char* prefix);
 

@@ -3,9 +3,9 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/components/Background.h"
 #include "bottleservice/components/PrefixFiles.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 namespace {
 

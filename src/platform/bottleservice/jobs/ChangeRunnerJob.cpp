@@ -1,8 +1,8 @@
 #include "bottleservice/jobs/ChangeRunnerJob.h"
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/RegistryMerge.h"
 #include "bottleservice/components/Background.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/SlimPrefix.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"

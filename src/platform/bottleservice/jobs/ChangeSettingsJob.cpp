@@ -2,8 +2,8 @@
 
 #include <QDebug>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/RegistryWriter.h"
 
 using Fault = Answer::Fault;

@@ -9,11 +9,11 @@
 #include <cstring>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/FullDisk.h"
-#include "bottleservice/bottles/LaunchData.h"
-#include "bottleservice/jobs/Reclaimer.h"
-#include "bottleservice/jobs/WorkingDirectory.h"
-#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/files/FileTree.h"
+#include "bottleservice/files/FullDisk.h"
+#include "bottleservice/files/Reclaimer.h"
+#include "bottleservice/files/WorkingDirectory.h"
+#include "bottleservice/wine/LaunchData.h"
 #include "bottleservice/wine/Templates.h"
 
 CreateBottleJob::CreateBottleJob(const BottleStore& store, const QString& name, const QString& runner,
@@ -54,7 +54,7 @@ void CreateBottleJob::start() {
     }
     m_runner = *runner;
     const QString target = m_store.pathOf(m_name);
-    m_workingDirectory = WorkingDirectory::pathBeside(target, BottleName::CreatingPrefix);
+    m_workingDirectory = WorkingDirectory::pathBeside(target, WorkingDirectory::CreatingPrefix);
     if (!QDir().mkpath(m_workingDirectory + "/logs")) {
         const int error = errno;
         fail(

@@ -3,8 +3,8 @@
 #include <QDebug>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/jobs/Reclaimer.h"
-#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/files/Reclaimer.h"
+#include "bottleservice/files/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/LaunchRecords.h"
 
@@ -28,7 +28,7 @@ void DeleteBottleJob::start() {
 void DeleteBottleJob::onStopped(bool clean) {
     QString fault;
     const QString path = m_store.pathOf(m_name);
-    const QString aside = WorkingDirectory::pathBeside(path, BottleName::DeletingPrefix);
+    const QString aside = WorkingDirectory::pathBeside(path, WorkingDirectory::DeletingPrefix);
     if (!clean)
         fault = QString("Programs of the bottle \"%1\" could not be ended; it was not deleted.")
                     .arg(BottleName::shown(m_name));

@@ -4,12 +4,12 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "bottleservice/BottleEngine.h"
-#include "bottleservice/ProgramRequests.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/FoundPrograms.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/wine/AddedFiles.h"
 
 namespace {

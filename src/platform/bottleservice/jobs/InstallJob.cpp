@@ -3,11 +3,11 @@
 #include <QDebug>
 #include <QUuid>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/FullDisk.h"
 #include "bottleservice/components/Background.h"
 #include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/files/FullDisk.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 
 /// One piece of work on one bottle. start() is called once by the queue; the job answers and emits finished()
 /// exactly once, at once or later, also after cancel(). A job that is destroyed before it came to its end

@@ -3,9 +3,9 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Background.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 RepairBottleJob::RepairBottleJob(BottleEngine* engine, const QString& bottle, std::shared_ptr<int> mended,
                                  Reply reply)

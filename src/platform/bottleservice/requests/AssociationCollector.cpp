@@ -1,4 +1,4 @@
-#include "bottleservice/AssociationCollector.h"
+#include "bottleservice/requests/AssociationCollector.h"
 
 #include <QElapsedTimer>
 #include <QFutureWatcher>

@@ -1,4 +1,4 @@
-#include "bottleservice/BottleEngine.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 #include <malloc.h>
 
@@ -8,20 +8,20 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/Emulators.h"
 #include "bottleservice/bottles/JsonText.h"
-#include "bottleservice/bottles/LaunchData.h"
 #include "bottleservice/bottles/PublicBottles.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/components/ComponentStore.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/WorkingDirectory.h"
 #include "bottleservice/jobs/CreateBottleJob.h"
 #include "bottleservice/jobs/DeleteBottleJob.h"
 #include "bottleservice/jobs/InstallJob.h"
 #include "bottleservice/jobs/RenewBottleJob.h"
-#include "bottleservice/jobs/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
-#include "bottleservice/wine/Emulators.h"
+#include "bottleservice/wine/LaunchData.h"
 #include "bottleservice/wine/LaunchRecords.h"
 #include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/WineCommand.h"
@@ -307,7 +307,7 @@ void BottleEngine::removeBackup(const QString& bottle) {
     QString error = BottleBackup::dismiss(path);
     if (BottleBackup::state(path) == BottleBackup::State::None)
         return;
-    const QString hidden = WorkingDirectory::pathBeside(path, BottleName::DeletingPrefix);
+    const QString hidden = WorkingDirectory::pathBeside(path, WorkingDirectory::DeletingPrefix);
     if (error.isEmpty())
         error = WorkingDirectory::moveInto(BottleBackup::pathOf(path), hidden);
     if (error.isEmpty())

@@ -4,10 +4,10 @@
 #include <QObject>
 #include <QTimer>
 
-#include "bottleservice/Answer.h"
 #include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/jobs/JobQueue.h"
-#include "bottleservice/jobs/Reclaimer.h"
+#include "bottleservice/result/Answer.h"
 #include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/RunningPrograms.h"
 #include "bottleservice/wine/Templates.h"

@@ -1,11 +1,11 @@
-#include "bottleservice/BottleRepairRequests.h"
+#include "bottleservice/requests/BottleRepairRequests.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/jobs/RepairBottleJob.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/PrefixDamage.h"
 
 using JsonText::compact;

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QPointer>
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 class InstallJob;

@@ -1,7 +1,7 @@
-#include "bottleservice/CleanUpRequests.h"
+#include "bottleservice/requests/CleanUpRequests.h"
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/jobs/DeleteUnusedJob.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 void CleanUpRequests::deleteIfUnused(const QString& bottle, const QString& ignoredProgram,
                                      const Reply& reply) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 class ProgramRequests;

@@ -1,15 +1,15 @@
-#include "bottleservice/ComponentRequests.h"
+#include "bottleservice/requests/ComponentRequests.h"
 
 #include <QDebug>
 #include <QJsonObject>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/components/ComponentInstall.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/jobs/ChangeGraphicsJob.h"
 #include "bottleservice/jobs/ChangeRunnerJob.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 using Fault = Answer::Fault;
 using JsonText::compact;

@@ -5,9 +5,9 @@
 #include <QPointer>
 #include <QVector>
 
-#include "bottleservice/Answer.h"
 #include "bottleservice/components/ComponentStore.h"
 #include "bottleservice/components/Sources.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 class ComponentInstall;

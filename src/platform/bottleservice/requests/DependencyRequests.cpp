@@ -1,16 +1,16 @@
-#include "bottleservice/DependencyRequests.h"
+#include "bottleservice/requests/DependencyRequests.h"
 
 #include <QDebug>
 #include <QJsonArray>
 #include <QStandardPaths>
 #include <algorithm>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/components/InstallPlan.h"
 #include "bottleservice/components/Sources.h"
 #include "bottleservice/jobs/InstallDependencyJob.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <QPointer>
 #include <QQueue>
 
-#include "bottleservice/Answer.h"
 #include "bottleservice/components/InstallPlan.h"
 #include "bottleservice/components/Sources.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 class Downloads;

@@ -1,4 +1,4 @@
-#include "bottleservice/DesktopRequests.h"
+#include "bottleservice/requests/DesktopRequests.h"
 
 #include <QCryptographicHash>
 #include <QDebug>
@@ -8,15 +8,15 @@
 #include <QJsonDocument>
 #include <QStandardPaths>
 
-#include "bottleservice/BottleEngine.h"
-#include "bottleservice/ProgramRequests.h"
 #include "bottleservice/bottles/Associations.h"
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/PlainFile.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/desktop/AssociationFiles.h"
 #include "bottleservice/desktop/DesktopEntry.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
+#include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 

@@ -4,9 +4,9 @@
 #include <QObject>
 #include <QStringList>
 
-#include "bottleservice/Answer.h"
-#include "bottleservice/AssociationCollector.h"
 #include "bottleservice/desktop/MadeFiles.h"
+#include "bottleservice/requests/AssociationCollector.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 class ProgramRequests;

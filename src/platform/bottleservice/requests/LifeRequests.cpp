@@ -1,15 +1,15 @@
-#include "bottleservice/LifeRequests.h"
+#include "bottleservice/requests/LifeRequests.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
-#include "bottleservice/bottles/LaunchData.h"
+#include "bottleservice/bottles/WindowsCommandLine.h"
 #include "bottleservice/jobs/StopJobs.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/DetachedCommand.h"
-#include "bottleservice/wine/WindowsCommandLine.h"
+#include "bottleservice/wine/LaunchData.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
 using Fault = Answer::Fault;

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 #include "bottleservice/wine/ProgramWatch.h"
 #include "bottleservice/wine/RunMonitor.h"
 

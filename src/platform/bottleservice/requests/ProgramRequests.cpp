@@ -1,4 +1,4 @@
-#include "bottleservice/ProgramRequests.h"
+#include "bottleservice/requests/ProgramRequests.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -7,8 +7,6 @@
 #include <QJsonObject>
 #include <QtConcurrent/QtConcurrent>
 
-#include "bottleservice/BottleEngine.h"
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/FoundPrograms.h"
 #include "bottleservice/bottles/JsonText.h"
@@ -16,7 +14,9 @@
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/files/AtomicFile.h"
 #include "bottleservice/jobs/WorkerJob.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 using Fault = Answer::Fault;
 using JsonText::compact;

@@ -5,8 +5,8 @@
 #include <QThreadPool>
 #include <atomic>
 
-#include "bottleservice/Answer.h"
 #include "bottleservice/bottles/BottleScan.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 

@@ -1,17 +1,17 @@
-#include "bottleservice/RepairOfferRequests.h"
+#include "bottleservice/requests/RepairOfferRequests.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QUrl>
 
-#include "bottleservice/BottleEngine.h"
-#include "bottleservice/DependencyRequests.h"
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/components/Background.h"
 #include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/DependencyRequests.h"
 
 using Fault = Answer::Fault;
 

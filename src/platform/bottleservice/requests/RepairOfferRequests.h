@@ -4,7 +4,7 @@
 #include <atomic>
 #include <memory>
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 class DependencyRequests;

@@ -1,15 +1,15 @@
-#include "bottleservice/SettingsRequests.h"
+#include "bottleservice/requests/SettingsRequests.h"
 
 #include <QDebug>
 #include <QFileInfo>
 #include <QJsonDocument>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/Emulators.h"
 #include "bottleservice/jobs/ChangeSettingsJob.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/settings/SettingRules.h"
-#include "bottleservice/wine/Emulators.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 class BottleYaml;

@@ -1,8 +1,8 @@
-#include "bottleservice/TemplatePreparation.h"
+#include "bottleservice/requests/TemplatePreparation.h"
 
 #include <QDebug>
 
-#include "bottleservice/BottleEngine.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 namespace {
 

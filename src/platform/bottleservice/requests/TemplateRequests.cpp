@@ -1,10 +1,10 @@
-#include "bottleservice/TemplateRequests.h"
+#include "bottleservice/requests/TemplateRequests.h"
 
 #include <QPointer>
 #include <utility>
 
-#include "bottleservice/BottleEngine.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/requests/BottleEngine.h"
 
 using Fault = Answer::Fault;
 

@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QVector>
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 
 class BottleEngine;
 struct Runner;

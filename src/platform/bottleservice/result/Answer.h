@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <functional>
 
-#include "bottleservice/Reason.h"
+#include "bottleservice/result/Reason.h"
 
 /// How a request of a client ended: a text, or a fault with the reason. The engine makes it, the bus objects
 /// turn it into a reply. Nothing is thrown across this border.

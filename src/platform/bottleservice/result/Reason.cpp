@@ -1,4 +1,4 @@
-#include "bottleservice/Reason.h"
+#include "bottleservice/result/Reason.h"
 
 #include <QFileInfo>
 #include <QJsonObject>

@@ -5,7 +5,7 @@
 #include <QRegularExpression>
 
 #include "bottleservice/bottles/BottleScan.h"
-#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/files/FileTree.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "bottleservice/bottles/LaunchData.h"
+#include "bottleservice/wine/LaunchData.h"
 
 #include <sys/stat.h>
 
@@ -6,11 +6,11 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-#include "bottleservice/bottles/AtomicFile.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/bottles/Emulators.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/settings/SettingRules.h"
-#include "bottleservice/wine/Emulators.h"
 
 namespace LaunchData {
 

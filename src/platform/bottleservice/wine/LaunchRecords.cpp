@@ -5,7 +5,7 @@
 #include <QJsonObject>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/wine/ProcessEnd.h"
 
 namespace {

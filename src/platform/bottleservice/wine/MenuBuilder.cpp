@@ -1,7 +1,7 @@
 #include "bottleservice/wine/MenuBuilder.h"
 
-#include "bottleservice/bottles/AtomicFile.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <QHash>
 #include <QSaveFile>
 
-#include "bottleservice/wine/FileTree.h"
+#include "bottleservice/files/FileTree.h"
 #include "bottleservice/wine/PeTrim.h"
 #include "bottleservice/wine/ReplaceableFiles.h"
 

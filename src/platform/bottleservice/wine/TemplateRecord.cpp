@@ -6,9 +6,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "bottleservice/bottles/AtomicFile.h"
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/PlainFile.h"
+#include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/PlainFile.h"
+#include "bottleservice/files/WorkingDirectory.h"
 #include "bottleservice/wine/PrefixBuilder.h"
 #include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/Templates.h"
@@ -58,7 +59,7 @@ bool isOutdated(const QString& dataDir) {
 
 bool hasUnfinished(const QString& dataDir) {
     return !QDir(dataDir + "/templates")
-                .entryList({QString(BottleName::CreatingPrefix) + '*'},
+                .entryList({QString(WorkingDirectory::CreatingPrefix) + '*'},
                            QDir::Dirs | QDir::Hidden | QDir::NoSymLinks)
                 .isEmpty();
 }

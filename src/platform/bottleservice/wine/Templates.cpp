@@ -11,9 +11,9 @@
 #include <utility>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/FullDisk.h"
-#include "bottleservice/jobs/Reclaimer.h"
-#include "bottleservice/jobs/WorkingDirectory.h"
+#include "bottleservice/files/FullDisk.h"
+#include "bottleservice/files/Reclaimer.h"
+#include "bottleservice/files/WorkingDirectory.h"
 #include "bottleservice/wine/MenuBuilder.h"
 #include "bottleservice/wine/PrefixBuilder.h"
 #include "bottleservice/wine/SlimPrefix.h"
@@ -150,10 +150,10 @@ void Templates::tellProgress() {
 
 void Templates::build(const QString& key, const Runner& runner) {
     Build& entry = m_builds[key];
-    entry.directory = WorkingDirectory::pathBeside(pathOf(key), BottleName::CreatingPrefix);
+    entry.directory = WorkingDirectory::pathBeside(pathOf(key), WorkingDirectory::CreatingPrefix);
     if (QFileInfo::exists(pathOf(key)) && !PrefixBuilder::check(pathOf(key)).isEmpty()) {
         qWarning() << "the template" << pathOf(key) << "is damaged and is made again";
-        m_reclaimer->remove(pathOf(key), BottleName::DeletingPrefix);
+        m_reclaimer->remove(pathOf(key), WorkingDirectory::DeletingPrefix);
     }
     qInfo() << "making the template of" << runner.name << "in" << entry.directory;
     if (!QDir().mkpath(entry.directory)) {
@@ -266,7 +266,7 @@ void Templates::removeAllBut(const QStringList& keys) {
         if (keys.contains(entry))
             continue;
         qInfo() << "no bottle and no Wine needs the template" << pathOf(entry);
-        m_reclaimer->remove(pathOf(entry), BottleName::DeletingPrefix);
+        m_reclaimer->remove(pathOf(entry), WorkingDirectory::DeletingPrefix);
     }
 }
 

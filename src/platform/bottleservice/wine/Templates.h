@@ -11,7 +11,7 @@
 #include <functional>
 #include <memory>
 
-#include "bottleservice/Reason.h"
+#include "bottleservice/result/Reason.h"
 #include "bottleservice/wine/Runners.h"
 
 class PrefixBuilder;

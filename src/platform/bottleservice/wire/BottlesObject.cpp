@@ -1,6 +1,6 @@
 #include "bottleservice/wire/BottlesObject.h"
 
-#include "bottleservice/BottleEngine.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wire/TextMethods.h"
 
 BottlesObject::BottlesObject(BottleEngine* engine, QObject* parent)

@@ -4,7 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 
-#include "bottleservice/Answer.h"
+#include "bottleservice/result/Answer.h"
 #include "bottleservice/wire/BusContract.h"
 
 /// One object on the bus: checks a call against the contract, hands it to the function that the table of

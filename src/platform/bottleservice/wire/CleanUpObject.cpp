@@ -1,6 +1,6 @@
 #include "bottleservice/wire/CleanUpObject.h"
 
-#include "bottleservice/CleanUpRequests.h"
+#include "bottleservice/requests/CleanUpRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
 CleanUpObject::CleanUpObject(CleanUpRequests* requests, QObject* parent)

@@ -4,9 +4,9 @@
 #include <QJsonObject>
 #include <limits>
 
-#include "bottleservice/ComponentRequests.h"
-#include "bottleservice/DependencyRequests.h"
 #include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/requests/ComponentRequests.h"
+#include "bottleservice/requests/DependencyRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "bottleservice/wire/DesktopMethods.h"
 
-#include "bottleservice/DesktopRequests.h"
+#include "bottleservice/requests/DesktopRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
 void addDesktopMethods(BusObject* object, DesktopRequests* requests) {

@@ -1,6 +1,6 @@
 #include "bottleservice/wire/LifeMethods.h"
 
-#include "bottleservice/LifeRequests.h"
+#include "bottleservice/requests/LifeRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
 void addLifeMethods(BusObject* object, LifeRequests* requests) {

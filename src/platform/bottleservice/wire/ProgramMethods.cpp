@@ -1,6 +1,6 @@
 #include "bottleservice/wire/ProgramMethods.h"
 
-#include "bottleservice/ProgramRequests.h"
+#include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
 void addProgramMethods(BusObject* object, ProgramRequests* requests) {

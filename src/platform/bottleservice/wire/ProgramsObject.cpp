@@ -1,6 +1,6 @@
 #include "bottleservice/wire/ProgramsObject.h"
 
-#include "bottleservice/LifeRequests.h"
+#include "bottleservice/requests/LifeRequests.h"
 
 ProgramsObject::ProgramsObject(LifeRequests* requests, QObject* parent)
     : BusObject("/com/lumora/Manager/Programs", ":/wire/com.lumora.Manager.Programs.xml", parent) {

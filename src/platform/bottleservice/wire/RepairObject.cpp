@@ -1,7 +1,7 @@
 #include "bottleservice/wire/RepairObject.h"
 
-#include "bottleservice/BottleRepairRequests.h"
-#include "bottleservice/RepairOfferRequests.h"
+#include "bottleservice/requests/BottleRepairRequests.h"
+#include "bottleservice/requests/RepairOfferRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
 RepairObject::RepairObject(RepairOfferRequests* offers, BottleRepairRequests* repairs, QObject* parent)

@@ -1,6 +1,6 @@
 #include "bottleservice/wire/SettingsMethods.h"
 
-#include "bottleservice/SettingsRequests.h"
+#include "bottleservice/requests/SettingsRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "bottleservice/wire/TemplatesObject.h"
 
-#include "bottleservice/TemplateRequests.h"
+#include "bottleservice/requests/TemplateRequests.h"
 
 TemplatesObject::TemplatesObject(TemplateRequests* requests, QObject* parent)
     : BusObject("/com/lumora/Manager/Templates", ":/wire/com.lumora.Manager.Templates.xml", parent) {

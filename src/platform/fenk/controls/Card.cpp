@@ -1,11 +1,11 @@
-#include "fenk/Card.h"
+#include "fenk/controls/Card.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

@@ -1,4 +1,4 @@
-#include "fenk/FloatingMessage.h"
+#include "fenk/controls/FloatingMessage.h"
 
 #include <QAccessible>
 #include <QEvent>
@@ -6,9 +6,9 @@
 #include <QIcon>
 #include <QPainter>
 
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

@@ -1,7 +1,7 @@
-#include "fenk/IconButton.h"
+#include "fenk/controls/IconButton.h"
 
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

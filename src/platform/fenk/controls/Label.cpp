@@ -1,4 +1,4 @@
-#include "fenk/Label.h"
+#include "fenk/controls/Label.h"
 
 #include <QEvent>
 #include <QPainter>

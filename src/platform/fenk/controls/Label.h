@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
 
 namespace Fenk {
 

@@ -1,10 +1,10 @@
-#include "fenk/LineEdit.h"
+#include "fenk/controls/LineEdit.h"
 
 #include <QAccessible>
 #include <QVBoxLayout>
 
-#include "fenk/Label.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk {
 

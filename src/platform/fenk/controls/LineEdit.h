@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "fenk/Tokens.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

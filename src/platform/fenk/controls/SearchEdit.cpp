@@ -1,8 +1,8 @@
-#include "fenk/SearchEdit.h"
+#include "fenk/controls/SearchEdit.h"
 
 #include <QKeyEvent>
 
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
 
 namespace Fenk {
 

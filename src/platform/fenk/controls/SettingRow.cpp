@@ -1,9 +1,9 @@
-#include "fenk/SettingRow.h"
+#include "fenk/controls/SettingRow.h"
 
 #include <QBoxLayout>
 
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

@@ -1,10 +1,10 @@
-#include "fenk/Spinner.h"
+#include "fenk/controls/Spinner.h"
 
 #include <QElapsedTimer>
 #include <QPainter>
 
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

@@ -1,6 +1,6 @@
-#include "fenk/SuggestButton.h"
+#include "fenk/controls/SuggestButton.h"
 
-#include "fenk/WidgetLook.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk {
 

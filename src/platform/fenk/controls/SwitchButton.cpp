@@ -1,13 +1,13 @@
-#include "fenk/SwitchButton.h"
+#include "fenk/controls/SwitchButton.h"
 
 #include <QKeyEvent>
 #include <QPainter>
 
-#include "fenk/Color.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk {
 

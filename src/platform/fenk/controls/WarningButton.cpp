@@ -1,6 +1,6 @@
-#include "fenk/WarningButton.h"
+#include "fenk/controls/WarningButton.h"
 
-#include "fenk/WidgetLook.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk {
 

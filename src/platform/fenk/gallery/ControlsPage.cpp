@@ -10,18 +10,18 @@
 #include <QVBoxLayout>
 
 #include "Pages.h"
-#include "fenk/Card.h"
-#include "fenk/IconButton.h"
-#include "fenk/Label.h"
-#include "fenk/LineEdit.h"
-#include "fenk/SearchEdit.h"
-#include "fenk/Spinner.h"
-#include "fenk/SuggestButton.h"
-#include "fenk/SwitchButton.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WarningButton.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/Card.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/LineEdit.h"
+#include "fenk/controls/SearchEdit.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/controls/SuggestButton.h"
+#include "fenk/controls/SwitchButton.h"
+#include "fenk/controls/WarningButton.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 
 using namespace Fenk;
 

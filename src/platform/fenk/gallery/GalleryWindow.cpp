@@ -6,12 +6,12 @@
 #include <QStackedWidget>
 
 #include "Pages.h"
-#include "fenk/Label.h"
-#include "fenk/SearchEdit.h"
-#include "fenk/Theme.h"
-#include "fenk/TitleBar.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/SearchEdit.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
+#include "fenk/window/TitleBar.h"
 
 using namespace Fenk;
 

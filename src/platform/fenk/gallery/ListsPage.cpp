@@ -6,9 +6,9 @@
 #include <QVBoxLayout>
 
 #include "Pages.h"
-#include "fenk/Label.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 using namespace Fenk;
 

@@ -7,12 +7,12 @@
 #include <QPainter>
 
 #include "GalleryWindow.h"
-#include "fenk/AboutDialog.h"
-#include "fenk/Application.h"
-#include "fenk/Dialog.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
+#include "fenk/window/AboutDialog.h"
+#include "fenk/window/Application.h"
+#include "fenk/window/Dialog.h"
 
 using namespace Fenk;
 

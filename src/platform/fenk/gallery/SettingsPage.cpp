@@ -2,12 +2,12 @@
 #include <QVBoxLayout>
 
 #include "Pages.h"
-#include "fenk/Card.h"
-#include "fenk/Label.h"
-#include "fenk/SettingRow.h"
-#include "fenk/SwitchButton.h"
-#include "fenk/Tokens.h"
-#include "fenk/WarningButton.h"
+#include "fenk/controls/Card.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/SettingRow.h"
+#include "fenk/controls/SwitchButton.h"
+#include "fenk/controls/WarningButton.h"
+#include "fenk/style/Tokens.h"
 
 using namespace Fenk;
 

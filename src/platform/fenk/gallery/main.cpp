@@ -3,9 +3,9 @@
 
 #include "GalleryWindow.h"
 #include "Picture.h"
-#include "fenk/Application.h"
-#include "fenk/Theme.h"
-#include "fenk/WindowPlatform.h"
+#include "fenk/style/Theme.h"
+#include "fenk/system/WindowPlatform.h"
+#include "fenk/window/Application.h"
 
 using namespace Fenk;
 

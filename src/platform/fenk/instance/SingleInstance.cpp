@@ -1,4 +1,4 @@
-#include "fenk/SingleInstance.h"
+#include "fenk/instance/SingleInstance.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -15,9 +15,9 @@
 #include <QStandardPaths>
 #include <cerrno>
 
-#include "fenk/SingleInstanceMessage.h"
-#include "fenk/SingleInstanceSender.h"
-#include "fenk/SingleInstanceServer.h"
+#include "fenk/instance/SingleInstanceMessage.h"
+#include "fenk/instance/SingleInstanceSender.h"
+#include "fenk/instance/SingleInstanceServer.h"
 
 namespace Fenk {
 namespace {

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <memory>
 
-#include "fenk/OwnedFd.h"
+#include "fenk/system/OwnedFd.h"
 
 namespace Fenk {
 

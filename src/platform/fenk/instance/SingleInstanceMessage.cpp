@@ -1,4 +1,4 @@
-#include "fenk/SingleInstanceMessage.h"
+#include "fenk/instance/SingleInstanceMessage.h"
 
 #include <QtEndian>
 

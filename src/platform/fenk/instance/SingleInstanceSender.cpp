@@ -1,4 +1,4 @@
-#include "fenk/SingleInstanceSender.h"
+#include "fenk/instance/SingleInstanceSender.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -9,8 +9,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "fenk/OwnedFd.h"
-#include "fenk/SingleInstanceServer.h"
+#include "fenk/instance/SingleInstanceServer.h"
+#include "fenk/system/OwnedFd.h"
 
 namespace Fenk {
 namespace SingleInstanceSender {

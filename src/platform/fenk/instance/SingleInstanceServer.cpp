@@ -1,4 +1,4 @@
-#include "fenk/SingleInstanceServer.h"
+#include "fenk/instance/SingleInstanceServer.h"
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "fenk/SingleInstanceMessage.h"
+#include "fenk/instance/SingleInstanceMessage.h"
 
 namespace Fenk {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <unordered_map>
 
-#include "fenk/OwnedFd.h"
+#include "fenk/system/OwnedFd.h"
 
 class QSocketNotifier;
 

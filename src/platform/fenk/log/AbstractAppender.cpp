@@ -1,6 +1,6 @@
-#include "fenk/AbstractAppender.h"
+#include "fenk/log/AbstractAppender.h"
 
-#include "fenk/LogManager.h"
+#include "fenk/log/LogManager.h"
 
 namespace Fenk {
 

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QtGlobal>
 
-#include "fenk/LogFormat.h"
+#include "fenk/log/LogFormat.h"
 
 namespace Fenk {
 

@@ -1,6 +1,6 @@
-#include "fenk/ConsoleAppender.h"
+#include "fenk/log/ConsoleAppender.h"
 
-#include "fenk/StandardError.h"
+#include "fenk/log/StandardError.h"
 
 namespace Fenk {
 

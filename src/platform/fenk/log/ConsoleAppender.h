@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fenk/AbstractAppender.h"
+#include "fenk/log/AbstractAppender.h"
 
 namespace Fenk {
 

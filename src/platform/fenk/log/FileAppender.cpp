@@ -1,4 +1,4 @@
-#include "fenk/FileAppender.h"
+#include "fenk/log/FileAppender.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <QFileInfo>
 #include <cerrno>
 
-#include "fenk/StandardError.h"
+#include "fenk/log/StandardError.h"
 
 namespace Fenk {
 

@@ -2,7 +2,7 @@
 
 #include <mutex>
 
-#include "fenk/AbstractAppender.h"
+#include "fenk/log/AbstractAppender.h"
 
 namespace Fenk {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "fenk/AbstractAppender.h"
-#include "fenk/ConsoleAppender.h"
-#include "fenk/FileAppender.h"
-#include "fenk/LogManager.h"
-#include "fenk/Logger.h"
-#include "fenk/RollingFileAppender.h"
+#include "fenk/log/AbstractAppender.h"
+#include "fenk/log/ConsoleAppender.h"
+#include "fenk/log/FileAppender.h"
+#include "fenk/log/LogManager.h"
+#include "fenk/log/Logger.h"
+#include "fenk/log/RollingFileAppender.h"

@@ -1,4 +1,4 @@
-#include "fenk/LogFormat.h"
+#include "fenk/log/LogFormat.h"
 
 #include <QLatin1String>
 #include <cstring>

@@ -1,12 +1,12 @@
-#include "fenk/LogManager.h"
+#include "fenk/log/LogManager.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
 #include <memory>
 #include <mutex>
 
-#include "fenk/ConsoleAppender.h"
-#include "fenk/Logger.h"
+#include "fenk/log/ConsoleAppender.h"
+#include "fenk/log/Logger.h"
 
 namespace Fenk {
 namespace {

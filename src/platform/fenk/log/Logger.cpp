@@ -1,9 +1,9 @@
-#include "fenk/Logger.h"
+#include "fenk/log/Logger.h"
 
 #include <QDateTime>
 #include <algorithm>
 
-#include "fenk/AbstractAppender.h"
+#include "fenk/log/AbstractAppender.h"
 
 namespace Fenk {
 namespace {

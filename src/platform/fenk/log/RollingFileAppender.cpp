@@ -1,4 +1,4 @@
-#include "fenk/RollingFileAppender.h"
+#include "fenk/log/RollingFileAppender.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,7 +3,7 @@
 #include <QDate>
 #include <QStringList>
 
-#include "fenk/FileAppender.h"
+#include "fenk/log/FileAppender.h"
 
 namespace Fenk {
 

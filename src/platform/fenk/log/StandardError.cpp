@@ -1,4 +1,4 @@
-#include "fenk/StandardError.h"
+#include "fenk/log/StandardError.h"
 
 #include <pthread.h>
 #include <signal.h>

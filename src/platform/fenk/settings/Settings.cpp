@@ -1,4 +1,4 @@
-#include "fenk/Settings.h"
+#include "fenk/settings/Settings.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -12,8 +12,8 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "fenk/OwnedFd.h"
-#include "fenk/SettingsFile.h"
+#include "fenk/settings/SettingsFile.h"
+#include "fenk/system/OwnedFd.h"
 
 namespace Fenk {
 namespace {

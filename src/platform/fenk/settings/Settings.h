@@ -7,7 +7,7 @@
 #include <QVariant>
 #include <memory>
 
-#include "fenk/SettingsDescription.h"
+#include "fenk/settings/SettingsDescription.h"
 
 namespace Fenk {
 

@@ -1,4 +1,4 @@
-#include "fenk/SettingsDescription.h"
+#include "fenk/settings/SettingsDescription.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

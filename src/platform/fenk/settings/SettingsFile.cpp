@@ -1,4 +1,4 @@
-#include "fenk/SettingsFile.h"
+#include "fenk/settings/SettingsFile.h"
 
 #include <algorithm>
 

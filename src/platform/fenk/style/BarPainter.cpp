@@ -4,7 +4,7 @@
 #include <QStyleOption>
 #include <QtMath>
 
-#include "fenk/Color.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
 
 namespace Fenk::BarPainter {

@@ -4,9 +4,9 @@
 #include <QStyleOptionButton>
 #include <QWidget>
 
-#include "fenk/Color.h"
-#include "fenk/SymbolicIconEngine.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/SymbolicIconEngine.h"
 
 namespace Fenk::ButtonPainter {
 

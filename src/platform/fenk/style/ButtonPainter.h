@@ -2,7 +2,7 @@
 
 #include <QPalette>
 
-#include "fenk/WidgetLook.h"
+#include "fenk/style/WidgetLook.h"
 
 class QPainter;
 class QStyleOption;

@@ -1,4 +1,4 @@
-#include "fenk/Color.h"
+#include "fenk/style/Color.h"
 
 #include <QtMath>
 #include <algorithm>

@@ -7,9 +7,9 @@
 #include <QTextEdit>
 #include <QWidget>
 
-#include "fenk/Color.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk::FieldPainter {
 

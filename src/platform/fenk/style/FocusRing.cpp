@@ -12,7 +12,7 @@
 #include <QScrollBar>
 #include <QTextEdit>
 
-#include "fenk/WidgetLook.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk {
 

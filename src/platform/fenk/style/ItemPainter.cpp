@@ -8,9 +8,9 @@
 #include <QTableView>
 #include <QTreeView>
 
-#include "fenk/Color.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk::ItemPainter {
 

@@ -6,9 +6,9 @@
 #include <QStyleOption>
 #include <QWidget>
 
-#include "fenk/SymbolicIconEngine.h"
-#include "fenk/WidgetLook.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/SymbolicIconEngine.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk::MenuPainter {
 

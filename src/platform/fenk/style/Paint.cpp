@@ -6,7 +6,7 @@
 #include <array>
 #include <cmath>
 
-#include "fenk/Color.h"
+#include "fenk/style/Color.h"
 
 namespace Fenk::Paint {
 

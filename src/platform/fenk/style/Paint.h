@@ -4,8 +4,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 /// Shapes that every painter uses. All leave the painter as they found it.
 namespace Fenk::Paint {

@@ -1,4 +1,4 @@
-#include "fenk/Style.h"
+#include "fenk/style/Style.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -13,20 +13,20 @@
 #include <QTableView>
 #include <QTreeView>
 
-#include "fenk/Color.h"
-#include "fenk/Theme.h"
-#include "fenk/WidgetLook.h"
-#include "fenk/WindowPlatform.h"
 #include "fenk/style/BarPainter.h"
 #include "fenk/style/ButtonKeys.h"
 #include "fenk/style/ButtonPainter.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/ComboDelegate.h"
 #include "fenk/style/FieldPainter.h"
 #include "fenk/style/FocusRing.h"
 #include "fenk/style/ItemPainter.h"
 #include "fenk/style/MenuPainter.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
 #include "fenk/style/Transitions.h"
+#include "fenk/style/WidgetLook.h"
+#include "fenk/system/WindowPlatform.h"
 
 namespace Fenk {
 

@@ -9,12 +9,12 @@
 #include <QTabBar>
 #include <QTextEdit>
 
-#include "fenk/Style.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
 #include "fenk/style/BarPainter.h"
 #include "fenk/style/MenuPainter.h"
+#include "fenk/style/Style.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk {
 

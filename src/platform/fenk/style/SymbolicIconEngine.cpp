@@ -1,11 +1,11 @@
-#include "fenk/SymbolicIconEngine.h"
+#include "fenk/style/SymbolicIconEngine.h"
 
 #include <QFile>
 #include <QPainter>
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
 
 namespace Fenk {
 

@@ -1,4 +1,4 @@
-#include "fenk/SystemAppearance.h"
+#include "fenk/style/SystemAppearance.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>

@@ -1,4 +1,4 @@
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -8,10 +8,10 @@
 #include <QPointer>
 #include <QSettings>
 
-#include "fenk/Color.h"
-#include "fenk/SymbolicIconEngine.h"
-#include "fenk/SystemAppearance.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Color.h"
+#include "fenk/style/SymbolicIconEngine.h"
+#include "fenk/style/SystemAppearance.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

@@ -5,8 +5,8 @@
 #include <QWidget>
 #include <algorithm>
 
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

@@ -1,12 +1,12 @@
-#include "fenk/WidgetLook.h"
+#include "fenk/style/WidgetLook.h"
 
 #include <QAbstractItemView>
 #include <QAction>
 #include <QVariant>
 #include <QWidget>
 
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

@@ -1,4 +1,4 @@
-#include "fenk/Chinese2Pinyin.h"
+#include "fenk/system/Chinese2Pinyin.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/translit.h>

@@ -1,4 +1,4 @@
-#include "fenk/DesktopEntry.h"
+#include "fenk/system/DesktopEntry.h"
 
 #include <QFile>
 #include <QFileInfo>

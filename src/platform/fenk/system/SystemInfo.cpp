@@ -1,4 +1,4 @@
-#include "fenk/SystemInfo.h"
+#include "fenk/system/SystemInfo.h"
 
 #include <QFile>
 #include <QFileInfo>

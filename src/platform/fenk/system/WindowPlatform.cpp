@@ -1,4 +1,4 @@
-#include "fenk/WindowPlatform.h"
+#include "fenk/system/WindowPlatform.h"
 
 #include <xcb/xcb.h>
 

@@ -1,9 +1,9 @@
-#include "fenk/AboutDialog.h"
+#include "fenk/window/AboutDialog.h"
 
 #include <QVBoxLayout>
 
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
 
 namespace Fenk {
 

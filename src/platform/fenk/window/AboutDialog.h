@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fenk/AbstractDialog.h"
+#include "fenk/window/AbstractDialog.h"
 
 namespace Fenk {
 

@@ -1,4 +1,4 @@
-#include "fenk/AbstractDialog.h"
+#include "fenk/window/AbstractDialog.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -8,12 +8,12 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
-#include "fenk/DialogAnchor.h"
-#include "fenk/IconButton.h"
-#include "fenk/Label.h"
-#include "fenk/MainWindow.h"
-#include "fenk/Tokens.h"
-#include "fenk/WindowFrame.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/window/DialogAnchor.h"
+#include "fenk/window/MainWindow.h"
+#include "fenk/window/WindowFrame.h"
 
 namespace Fenk {
 

@@ -1,14 +1,14 @@
-#include "fenk/Application.h"
+#include "fenk/window/Application.h"
 
 #include <QDir>
 #include <QLibraryInfo>
 #include <QStandardPaths>
 #include <QToolTip>
 
-#include "fenk/AboutDialog.h"
-#include "fenk/SingleInstance.h"
-#include "fenk/Style.h"
-#include "fenk/Theme.h"
+#include "fenk/instance/SingleInstance.h"
+#include "fenk/style/Style.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/AboutDialog.h"
 
 static void initFenkResources() {
     Q_INIT_RESOURCE(fenk_icons);

@@ -1,4 +1,4 @@
-#include "fenk/Dialog.h"
+#include "fenk/window/Dialog.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <optional>
 
-#include "fenk/Label.h"
-#include "fenk/Tokens.h"
-#include "fenk/WidgetLook.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 
 namespace Fenk {
 

@@ -3,7 +3,7 @@
 #include <QList>
 #include <QPointer>
 
-#include "fenk/AbstractDialog.h"
+#include "fenk/window/AbstractDialog.h"
 
 class QHBoxLayout;
 class QAbstractButton;

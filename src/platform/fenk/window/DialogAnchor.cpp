@@ -1,9 +1,9 @@
-#include "fenk/DialogAnchor.h"
+#include "fenk/window/DialogAnchor.h"
 
 #include <QEvent>
 
-#include "fenk/MainWindow.h"
-#include "fenk/Veil.h"
+#include "fenk/window/MainWindow.h"
+#include "fenk/window/Veil.h"
 
 namespace Fenk {
 

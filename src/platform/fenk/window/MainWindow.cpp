@@ -1,4 +1,4 @@
-#include "fenk/MainWindow.h"
+#include "fenk/window/MainWindow.h"
 
 #include <QContextMenuEvent>
 #include <QEvent>
@@ -7,8 +7,8 @@
 #include <QPainter>
 #include <QScreen>
 
-#include "fenk/TitleBar.h"
-#include "fenk/WindowFrame.h"
+#include "fenk/window/TitleBar.h"
+#include "fenk/window/WindowFrame.h"
 
 namespace Fenk {
 

@@ -1,10 +1,10 @@
-#include "fenk/StandardMenu.h"
+#include "fenk/window/StandardMenu.h"
 
 #include <QActionGroup>
 #include <QMenu>
 
-#include "fenk/Application.h"
-#include "fenk/Theme.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
 
 namespace Fenk {
 

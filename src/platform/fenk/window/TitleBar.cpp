@@ -1,4 +1,4 @@
-#include "fenk/TitleBar.h"
+#include "fenk/window/TitleBar.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -8,10 +8,10 @@
 #include <QPainter>
 #include <QWindow>
 
-#include "fenk/IconButton.h"
-#include "fenk/StandardMenu.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/window/StandardMenu.h"
 
 namespace Fenk {
 

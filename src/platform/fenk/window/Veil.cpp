@@ -1,9 +1,9 @@
-#include "fenk/Veil.h"
+#include "fenk/window/Veil.h"
 
 #include <QEvent>
 #include <QPainter>
 
-#include "fenk/Color.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
 
 namespace Fenk {

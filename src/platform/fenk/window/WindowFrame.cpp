@@ -1,4 +1,4 @@
-#include "fenk/WindowFrame.h"
+#include "fenk/window/WindowFrame.h"
 
 #include <QLayout>
 #include <QMouseEvent>
@@ -7,11 +7,11 @@
 #include <QWidget>
 #include <QWindow>
 
-#include "fenk/Color.h"
-#include "fenk/Theme.h"
-#include "fenk/Tokens.h"
-#include "fenk/WindowPlatform.h"
+#include "fenk/style/Color.h"
 #include "fenk/style/Paint.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/system/WindowPlatform.h"
 
 namespace Fenk {
 
