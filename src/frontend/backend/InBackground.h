@@ -26,13 +26,14 @@ void inBackground(QObject* context, Work work, Take take,
 
 /// The same for work that waits for the background service.
 template <class Work, class Take>
-void askingService(QObject* context, Work work, Take take) {
+void callServiceAsync(QObject* context, Work work, Take take) {
     inBackground(context, work, take, ServiceThreads::pool());
 }
 
 /// The same for what a user wants done: the process does not end before.
 template <class Work, class Take>
-void changingService(QObject* context, Work work, Take take, QThreadPool* threads = ServiceThreads::pool()) {
+void changeServiceAsync(QObject* context, Work work, Take take,
+                        QThreadPool* threads = ServiceThreads::pool()) {
     const QPointer<QObject> taker = context;
     inBackground(
         qApp, work,

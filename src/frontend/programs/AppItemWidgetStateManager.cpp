@@ -225,7 +225,7 @@ void AppItemWidgetStateManager::checkEnd(const ProgramRef& ref) {
         end.exitCode = LauncherExit::codeOf(*launch.launcher);
     const bool isGood = !end.isStopped && end.exitCode == 0;
     forget(ref);
-    changingService(
+    changeServiceAsync(
         this, [end] { return StartCheck::check(end); },
         [ref, isGood](const FailedStart& failure) {
             if (!failure.reason.isEmpty())

@@ -245,7 +245,7 @@ void LocalAppItemWidget::onInternetOptActionTriggered() {
 
 void LocalAppItemWidget::oncreateDesktopFileAction() {
     const ProgramPtr of = program();
-    changingService(
+    changeServiceAsync(
         this, [of] { return BottleUtils::createDesktopEntry(of->ref.bottle, of->ref.uuid); },
         [this, of](bool made) {
             // Not everybody has a desktop with icons.
@@ -282,7 +282,7 @@ void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
         return;
     // Not this tile's to take: it may be scrolled away by then.
     auto* states = AppItemWidgetStateManager::instance();
-    changingService(
+    changeServiceAsync(
         states, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
         [states, of](bool kept) {
             if (kept)

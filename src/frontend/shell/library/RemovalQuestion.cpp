@@ -131,7 +131,7 @@ void remove(const Program& program, bool withBottle, const QPointer<QWidget>& ov
     // As the question has told; with a bottle everything that runs there is ended.
     if (!withBottle && AppItemWidgetStateManager::isRunning(ref))
         AppItemWidgetStateManager::instance()->stop(ref);
-    changingService(
+    changeServiceAsync(
         qApp, [ref, withBottle] { return removed(ref, withBottle); },
         [program, over](const std::optional<BottleUtils::Removal>& removal) {
             const QString sentence = removal ? failure(*removal, program.name) : QString();

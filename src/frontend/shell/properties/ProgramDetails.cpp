@@ -88,7 +88,7 @@ void ProgramDetails::measure() {
         const QFileInfo file(unixPath(BottleUtils::bottlePath(bottle), path));
         return file.isFile() ? QString::number(file.size()) : QString();
     };
-    askingService(this, size, [this](const QString& bytes) {
+    callServiceAsync(this, size, [this](const QString& bytes) {
         m_program.size = bytes;
         Q_EMIT changed();
     });
@@ -158,7 +158,7 @@ void ProgramDetails::openFolder() {
         const QString bottlePath = BottleUtils::bottlePath(bottle);
         return qMakePair(bottlePath, bottlePath.isEmpty() ? QString() : folderOf(bottlePath, path));
     };
-    askingService(this, find, [this](const QPair<QString, QString>& found) {
+    callServiceAsync(this, find, [this](const QPair<QString, QString>& found) {
         m_opening = false;
         if (found.first.isEmpty()) {
             qWarning("bottles path is empty");

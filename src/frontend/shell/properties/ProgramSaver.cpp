@@ -18,7 +18,7 @@ std::optional<ProgramFace> ProgramSaver::pending(const ProgramRef& ref) const {
 
 void ProgramSaver::saveNext(const ProgramRef& ref) {
     const ProgramFace face = m_waiting[ref].head().face;
-    changingService(
+    changeServiceAsync(
         this, [ref, face] { return BottleUtils::setNameAndIcon(ref.bottle, ref.uuid, face.name, face.icon); },
         [this, ref](Change change) {
             Save save = m_waiting[ref].dequeue();
