@@ -3,14 +3,14 @@
 #include <algorithm>
 
 #include "bottleservice/wire/DesktopMethods.h"
-#include "bottleservice/wire/LifeMethods.h"
+#include "bottleservice/wire/ProcessMethods.h"
 #include "bottleservice/wire/ProgramMethods.h"
 #include "bottleservice/wire/SettingsMethods.h"
 
 BottleService::BottleService(const QString& dataDir, const QString& version)
     : m_engine(dataDir),
       m_programs(&m_engine, CELLARIX_ICON_EXTRACTOR),
-      m_life(&m_engine),
+      m_processes(&m_engine),
       m_settings(&m_engine),
       m_desktop(&m_engine, &m_programs, CELLARIX_COMMAND, CELLARIX_ICON_EXTRACTOR),
       m_downloads(dataDir),
@@ -24,7 +24,7 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_componentsObject(&m_components),
       m_templatesObject(&m_templates),
       m_cleanUpObject(&m_cleanUps),
-      m_programsObject(&m_life),
+      m_programsObject(&m_processes),
       m_repairObject(&m_repairOffers, &m_bottleRepairs),
       m_managerObject(version),
       m_objects{&m_bottlesObject,  &m_componentsObject, &m_templatesObject, &m_cleanUpObject,
@@ -38,10 +38,10 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
 }
 
 void BottleService::connectRequests() {
-    connect(&m_life, &LifeRequests::programExited, &m_desktop, &DesktopRequests::collectAssociations);
+    connect(&m_processes, &ProcessRequests::programExited, &m_desktop, &DesktopRequests::collectAssociations);
     for (const auto changed : {&ProgramRequests::programAdded, &ProgramRequests::programUpdated})
-        connect(&m_programs, changed, &m_life, &LifeRequests::onProgramsChanged);
-    connect(&m_programs, &ProgramRequests::programDeleted, &m_life, &LifeRequests::onProgramsChanged);
+        connect(&m_programs, changed, &m_processes, &ProcessRequests::onProgramsChanged);
+    connect(&m_programs, &ProgramRequests::programDeleted, &m_processes, &ProcessRequests::onProgramsChanged);
     connect(&m_engine, &BottleEngine::aboutToDelete, this, [this](const QString& bottle) {
         m_components.cancelAll(bottle);
         m_bottleRepairs.cancelAll(bottle);
@@ -53,7 +53,7 @@ void BottleService::connectRequests() {
 void BottleService::addMethods() {
     addProgramMethods(&m_bottlesObject, &m_programs);
     addDesktopMethods(&m_bottlesObject, &m_desktop);
-    addLifeMethods(&m_bottlesObject, &m_life);
+    addProcessMethods(&m_bottlesObject, &m_processes);
     addSettingsMethods(&m_bottlesObject, &m_settings);
     addComponentMethods(&m_bottlesObject, &m_components);
     addDependencyMethods(&m_bottlesObject, &m_dependencies);

@@ -11,7 +11,7 @@
 #include "bottleservice/requests/ComponentRequests.h"
 #include "bottleservice/requests/DependencyRequests.h"
 #include "bottleservice/requests/DesktopRequests.h"
-#include "bottleservice/requests/LifeRequests.h"
+#include "bottleservice/requests/ProcessRequests.h"
 #include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/requests/RepairOfferRequests.h"
 #include "bottleservice/requests/SettingsRequests.h"
@@ -34,15 +34,15 @@ public:
 
     bool registerOn(const QDBusConnection& bus);
     /// Follows the programs that run and will be started, once clients can hear of them.
-    void watchPrograms() { m_life.watchPrograms(); }
+    void watchPrograms() { m_processes.watchPrograms(); }
 
     BottleEngine* engine() { return &m_engine; }
     /// Everything that was asked for is done.
     bool isDone() const { return m_engine.isIdle() && areRequestsDone(); }
     /// The same, and no program runs whose end would be missed.
-    bool isIdle() const { return isDone() && m_life.isIdle(); }
+    bool isIdle() const { return isDone() && m_processes.isIdle(); }
     /// Nobody waits for anything and nothing runs.
-    bool isQuiet() const { return m_engine.isQuiet() && areRequestsDone() && m_life.isIdle(); }
+    bool isQuiet() const { return m_engine.isQuiet() && areRequestsDone() && m_processes.isIdle(); }
 
     /// Cancels what runs and takes nothing new; closed() follows.
     void close();
@@ -60,7 +60,7 @@ private:
 
     BottleEngine m_engine;
     ProgramRequests m_programs;
-    LifeRequests m_life;
+    ProcessRequests m_processes;
     SettingsRequests m_settings;
     DesktopRequests m_desktop;
     Downloads m_downloads;

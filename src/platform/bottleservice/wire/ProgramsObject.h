@@ -2,12 +2,12 @@
 
 #include "bottleservice/wire/BusObject.h"
 
-class LifeRequests;
+class ProcessRequests;
 
 /// com.lumora.Manager.Programs at /com/lumora/Manager/Programs.
 class ProgramsObject : public BusObject {
     Q_OBJECT
 
 public:
-    explicit ProgramsObject(LifeRequests* requests, QObject* parent = nullptr);
+    explicit ProgramsObject(ProcessRequests* requests, QObject* parent = nullptr);
 };

@@ -1,4 +1,4 @@
-#include "bottleservice/requests/LifeRequests.h"
+#include "bottleservice/requests/ProcessRequests.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -21,19 +21,19 @@ constexpr int MaximumIdCharacters = 128;
 
 }  // namespace
 
-LifeRequests::LifeRequests(BottleEngine* engine, QObject* parent)
+ProcessRequests::ProcessRequests(BottleEngine* engine, QObject* parent)
     : QObject(parent), m_engine(engine), m_watch(engine->store()), m_runs(engine->store()) {
-    connect(&m_watch, &ProgramWatch::exited, this, &LifeRequests::programExited);
-    connect(&m_runs, &RunMonitor::started, this, &LifeRequests::programStarted);
-    connect(&m_runs, &RunMonitor::ended, this, &LifeRequests::programEnded);
+    connect(&m_watch, &ProgramWatch::exited, this, &ProcessRequests::programExited);
+    connect(&m_runs, &RunMonitor::started, this, &ProcessRequests::programStarted);
+    connect(&m_runs, &RunMonitor::ended, this, &ProcessRequests::programEnded);
 }
 
-void LifeRequests::watchPrograms() {
+void ProcessRequests::watchPrograms() {
     m_watch.start();
     m_runs.start();
 }
 
-Answer LifeRequests::running() {
+Answer ProcessRequests::running() {
     QJsonArray programs;
     for (const auto& [key, pids] : m_runs.look()) {
         QJsonArray numbers;
@@ -44,11 +44,11 @@ Answer LifeRequests::running() {
     return Answer::of(JsonText::compact(programs));
 }
 
-void LifeRequests::onProgramsChanged() {
+void ProcessRequests::onProgramsChanged() {
     m_runs.lookSoon();
 }
 
-void LifeRequests::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {
+void ProcessRequests::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {
     if (m_engine->refuse(bottle, reply))
         return;
     if (programId.isEmpty() || programId.size() > MaximumIdCharacters) {
@@ -59,14 +59,14 @@ void LifeRequests::killProgram(const QString& bottle, const QString& programId, 
                           std::make_unique<StopProgramJob>(m_engine->store(), bottle, programId, reply));
 }
 
-void LifeRequests::killWineServer(const QString& bottle, const Reply& reply) {
+void ProcessRequests::killWineServer(const QString& bottle, const Reply& reply) {
     if (m_engine->refuse(bottle, reply))
         return;
     m_engine->enqueueStop(
         bottle, std::make_unique<StopBottleJob>(m_engine->store(), bottle, m_engine->runners(), reply));
 }
 
-void LifeRequests::runCommand(const QString& bottle, const QString& commandLine, const Reply& reply) {
+void ProcessRequests::runCommand(const QString& bottle, const QString& commandLine, const Reply& reply) {
     if (m_engine->refuse(bottle, reply))
         return;
     const QStringList arguments = WindowsCommandLine::split(commandLine);
@@ -81,7 +81,7 @@ void LifeRequests::runCommand(const QString& bottle, const QString& commandLine,
     m_engine->enqueue(bottle, reply, [this, bottle, arguments] { return startCommand(bottle, arguments); });
 }
 
-Answer LifeRequests::startCommand(const QString& bottle, const QStringList& arguments) {
+Answer ProcessRequests::startCommand(const QString& bottle, const QStringList& arguments) {
     Answer failure;
     const auto settings = m_engine->loaded(bottle, &failure);
     if (!settings)

@@ -1,7 +1,7 @@
 #pragma once
 
 class BusObject;
-class LifeRequests;
+class ProcessRequests;
 
 /// Puts the methods about what runs in bottles on the object.
-void addLifeMethods(BusObject* object, LifeRequests* requests);
+void addProcessMethods(BusObject* object, ProcessRequests* requests);

@@ -9,11 +9,11 @@
 class BottleEngine;
 
 /// The requests about what runs in bottles: started and ended.
-class LifeRequests : public QObject {
+class ProcessRequests : public QObject {
     Q_OBJECT
 
 public:
-    explicit LifeRequests(BottleEngine* engine, QObject* parent = nullptr);
+    explicit ProcessRequests(BottleEngine* engine, QObject* parent = nullptr);
 
     /// Follows what runs and what will be started.
     void watchPrograms();
