@@ -10,7 +10,7 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Archive.h"
-#include "bottleservice/components/Background.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/files/WorkingDirectory.h"

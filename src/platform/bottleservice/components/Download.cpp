@@ -8,7 +8,7 @@
 #include <QNetworkReply>
 #include <QRegularExpression>
 
-#include "bottleservice/components/Background.h"
+#include "bottleservice/files/Background.h"
 
 namespace {
 

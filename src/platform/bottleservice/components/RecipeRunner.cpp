@@ -7,7 +7,7 @@
 #include <QTemporaryDir>
 
 #include "bottleservice/components/Archive.h"
-#include "bottleservice/components/Background.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/components/PrefixFiles.h"
 #include "bottleservice/settings/DllOverrides.h"

@@ -3,8 +3,8 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "bottleservice/components/Background.h"
 #include "bottleservice/components/PrefixFiles.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/requests/BottleEngine.h"
 
 namespace {

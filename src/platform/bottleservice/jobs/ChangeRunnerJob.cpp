@@ -1,7 +1,7 @@
 #include "bottleservice/jobs/ChangeRunnerJob.h"
 
 #include "bottleservice/bottles/RegistryMerge.h"
-#include "bottleservice/components/Background.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/SlimPrefix.h"
 #include "bottleservice/wine/WineCommand.h"

@@ -4,8 +4,8 @@
 #include <QUuid>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/components/Background.h"
 #include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/files/FullDisk.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/BottleStopper.h"

@@ -4,7 +4,7 @@
 #include <QFileInfo>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/components/Background.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/requests/BottleEngine.h"
 
 RepairBottleJob::RepairBottleJob(BottleEngine* engine, const QString& bottle, std::shared_ptr<int> mended,

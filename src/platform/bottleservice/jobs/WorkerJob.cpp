@@ -1,13 +1,11 @@
 #include "bottleservice/jobs/WorkerJob.h"
 
-#include <QtConcurrent/QtConcurrent>
+#include "bottleservice/files/Background.h"
 
-WorkerJob::WorkerJob(Work work, Reply reply) : Job(std::move(reply)), m_work(std::move(work)) {
-    connect(&m_watcher, &QFutureWatcher<Conclusion>::finished, this,
-            [this] { finish(m_watcher.result()()); });
-}
+WorkerJob::WorkerJob(Work work, Reply reply) : Job(std::move(reply)), m_work(std::move(work)) {}
 
 void WorkerJob::start() {
-    m_watcher.setFuture(
-        QtConcurrent::run([work = m_work, cancelled = m_cancelled] { return work(*cancelled); }));
+    Background::run(
+        this, [work = m_work, cancelled = m_cancelled] { return work(*cancelled); },
+        [this](const Conclusion& conclude) { finish(conclude()); });
 }

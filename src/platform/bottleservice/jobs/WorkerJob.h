@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QFutureWatcher>
 #include <atomic>
 #include <memory>
 
@@ -22,5 +21,4 @@ public:
 private:
     Work m_work;
     std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
-    QFutureWatcher<Conclusion> m_watcher;
 };

@@ -1,13 +1,12 @@
 #include "bottleservice/requests/AssociationCollector.h"
 
 #include <QElapsedTimer>
-#include <QFutureWatcher>
 #include <QTimer>
-#include <QtConcurrent/QtConcurrent>
 
 #include "bottleservice/bottles/Associations.h"
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/files/Background.h"
 
 namespace {
 
@@ -63,11 +62,7 @@ void AssociationCollector::collect(const QString& bottle) {
 }
 
 void AssociationCollector::collectNow(const QString& bottle) {
-    auto* watcher = new QFutureWatcher<QJsonObject>(this);
-    connect(watcher, &QFutureWatcher<QJsonObject>::finished, this, [this, watcher, bottle] {
-        watcher->deleteLater();
-        Q_EMIT collected(bottle, watcher->result());
-    });
-    watcher->setFuture(QtConcurrent::run(
-        &m_worker, [this, bottle] { return read(m_store, bottle, m_iconScript, m_cancelled); }));
+    Background::run(
+        &m_worker, this, [this, bottle] { return read(m_store, bottle, m_iconScript, m_cancelled); },
+        [this, bottle](const QJsonObject& associations) { Q_EMIT collected(bottle, associations); });
 }

@@ -2,10 +2,8 @@
 
 #include <QDateTime>
 #include <QDebug>
-#include <QFutureWatcher>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtConcurrent/QtConcurrent>
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/FoundPrograms.h"
@@ -15,6 +13,7 @@
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/WindowsPath.h"
 #include "bottleservice/files/AtomicFile.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/jobs/WorkerJob.h"
 #include "bottleservice/requests/BottleEngine.h"
 
@@ -124,12 +123,7 @@ Answer ProgramRequests::removeProgram(const QString& bottle, const QString& prog
 }
 
 void ProgramRequests::inWorker(std::function<Answer()> work, const Reply& reply) {
-    auto* watcher = new QFutureWatcher<Answer>(this);
-    connect(watcher, &QFutureWatcher<Answer>::finished, this, [watcher, reply] {
-        watcher->deleteLater();
-        reply(watcher->result());
-    });
-    watcher->setFuture(QtConcurrent::run(&m_worker, std::move(work)));
+    Background::run(&m_worker, this, std::move(work), reply);
 }
 
 void ProgramRequests::listAllPrograms(const Reply& reply) {

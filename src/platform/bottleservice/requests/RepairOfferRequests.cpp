@@ -7,9 +7,9 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
-#include "bottleservice/components/Background.h"
 #include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/DependencyRequests.h"
 

@@ -5,12 +5,11 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
-#include <QFutureWatcher>
-#include <QtConcurrent/QtConcurrent>
 #include <algorithm>
 #include <utility>
 
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/files/FullDisk.h"
 #include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/files/WorkingDirectory.h"
@@ -239,25 +238,22 @@ void Templates::run(QObject* context, Work work, std::function<void(const QStrin
 
 void Templates::run(Access access, QObject* context, Work work, std::function<void(const QString&)> done) {
     ++m_running;
-    auto* watcher = new QFutureWatcher<QString>(this);
-    const QPointer<QObject> receiver(context);
-    connect(watcher, &QFutureWatcher<QString>::finished, this,
-            [this, watcher, receiver, done = std::move(done)] {
-                watcher->deleteLater();
-                --m_running;
-                if (receiver)
-                    done(watcher->result());
-                checkIdle();
-            });
-    watcher->setFuture(
-        QtConcurrent::run(&m_worker, [this, access, work = std::move(work), cancelled = m_cancelled] {
+    Background::run(
+        &m_worker, this,
+        [this, access, work = std::move(work), cancelled = m_cancelled] {
             if (access == Access::Alone) {
                 const QWriteLocker alone(&m_access);
                 return work(*cancelled);
             }
             const QReadLocker shared(&m_access);
             return work(*cancelled);
-        }));
+        },
+        [this, receiver = QPointer<QObject>(context), done = std::move(done)](const QString& errorText) {
+            --m_running;
+            if (receiver)
+                done(errorText);
+            checkIdle();
+        });
 }
 
 void Templates::removeAllBut(const QStringList& keys) {
