@@ -90,7 +90,7 @@ private Q_SLOTS:
         m_service->write("bottles/real/drive_c/windows/system32/old.dll", "old");
         m_service->write("bottles/real/system.reg", "old");
         QByteArray pe(0x100, 0);
-        pe.replace(0x3c, 1, "\x80").replace(0x80, 6, QByteArray("PE\0\0\x4c\x01", 6));
+        pe.replace(0, 2, "MZ").replace(0x3c, 1, "\x80").replace(0x80, 6, QByteArray("PE\0\0\x4c\x01", 6));
         m_service->home().write("pack/setup.exe", "a program");
         const QString pack = m_service->home().path() + "/pack";
         QVERIFY(TestSupport::runProcess("tar", {"-C", pack, "-cf", pack + ".tar", "setup.exe"}).ok());

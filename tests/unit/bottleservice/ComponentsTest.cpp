@@ -344,8 +344,7 @@ private Q_SLOTS:
         const QString prefix = m_home.path() + "/prefix";
         const QString windows = prefix + "/drive_c/windows/";
         QByteArray pe(0x100, 0);
-        pe[0x3c] = char(0x80);
-        pe.replace(0x80, 6, QByteArray("PE\0\0\x64\x86", 6));
+        pe.replace(0, 2, "MZ").replace(0x3c, 1, "\x80").replace(0x80, 6, QByteArray("PE\0\0\x64\x86", 6));
         const QString native = m_home.write("n64/x.dll", pe);
         const QString other = m_home.write("n32/x.dll", pe.replace(0x84, 2, QByteArray("\x4c\x01", 2)));
         const QString runner = m_home.write("runner/x.dll", "the runner's");

@@ -5,9 +5,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QtEndian>
 
 #include "bottleservice/files/FileTree.h"
+#include "bottleservice/wine/PeFile.h"
 
 namespace PrefixFiles {
 
@@ -15,25 +15,6 @@ namespace {
 
 const char Windows[] = "drive_c/windows/";
 const char Temporary[] = ".cellarix-new";
-
-enum class Machine { None, I386, Amd64, Other };
-
-Machine machineOf(const QString& path) {
-    constexpr int PeOffsetAt = 0x3c;
-    constexpr quint16 I386 = 0x14c;
-    constexpr quint16 Amd64 = 0x8664;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || !file.seek(PeOffsetAt))
-        return Machine::None;
-    const QByteArray offset = file.read(4);
-    if (offset.size() != 4 || !file.seek(qFromLittleEndian<quint32>(offset.constData())))
-        return Machine::None;
-    const QByteArray header = file.read(6);
-    if (header.size() != 6 || !header.startsWith(QByteArray("PE\0\0", 4)))
-        return Machine::None;
-    const quint16 machine = qFromLittleEndian<quint16>(header.constData() + 4);
-    return machine == I386 ? Machine::I386 : machine == Amd64 ? Machine::Amd64 : Machine::Other;
-}
 
 bool isRealDirectory(const QString& prefix, const QString& relative) {
     QString path = prefix;
@@ -68,20 +49,20 @@ bool is64Bit(const QString& prefix) {
 }
 
 bool is32BitProgram(const QString& file) {
-    return machineOf(file) == Machine::I386;
+    return PeFile::read(file).machine == PeFile::MachineI386;
 }
 
 QStringList systemDirectories(const QString& prefix, const QString& file) {
     const QString native = QString(Windows) + "system32";
     const QString other = QString(Windows) + "syswow64";
-    const Machine machine = machineOf(file);
-    if (machine == Machine::Other)
+    const quint16 machine = PeFile::read(file).machine;
+    if (machine != 0 && machine != PeFile::MachineI386 && machine != PeFile::MachineAmd64)
         return {};
     if (!is64Bit(prefix))
-        return machine == Machine::Amd64 ? QStringList() : QStringList{native};
-    if (machine == Machine::None)
+        return machine == PeFile::MachineAmd64 ? QStringList() : QStringList{native};
+    if (machine == 0)
         return {native, other};
-    return {machine == Machine::Amd64 ? native : other};
+    return {machine == PeFile::MachineAmd64 ? native : other};
 }
 
 QString put(const QString& prefix, const QString& file, const QString& directory) {
@@ -90,7 +71,7 @@ QString put(const QString& prefix, const QString& file, const QString& directory
 
 QString putSystemFiles(const QString& prefix, const QStringList& files, bool only32Bit) {
     for (const QString& file : files) {
-        if (only32Bit && machineOf(file) != Machine::I386)
+        if (only32Bit && !is32BitProgram(file))
             continue;
         for (const QString& directory : systemDirectories(prefix, file)) {
             const QString fault = put(prefix, file, directory);

@@ -3,89 +3,81 @@
 #include <QtEndian>
 #include <algorithm>
 
+#include "bottleservice/wine/PeFile.h"
+
 namespace {
 
-constexpr int SignatureOffset = 0x40;
-constexpr int HeaderOffsetField = 0x3c;
-constexpr int CoffBytes = 24;  // with the four bytes of the signature
-constexpr int SectionBytes = 40;
+constexpr int SignatureOffset = 0x40;  // of Wine's own, in the DOS header
+constexpr int SignatureBytes = 32;
 constexpr int DirectoryBytes = 8;
+constexpr int OptionalBytes = 112;  // at least, so that the fields below can be read
 constexpr quint32 DebugDirectory = 6;
 constexpr quint16 Magic64 = 0x20b;
 constexpr quint16 Magic32 = 0x10b;
 
-class Reader {
-public:
-    explicit Reader(const QByteArray& file) : m_file(file) {}
-    bool holds(qint64 offset, qint64 bytes) const {
-        return offset >= 0 && bytes >= 0 && offset + bytes <= m_file.size();
-    }
-    quint16 word(int offset) const { return qFromLittleEndian<quint16>(m_file.constData() + offset); }
-    quint32 dword(int offset) const { return qFromLittleEndian<quint32>(m_file.constData() + offset); }
+quint16 wordAt(const QByteArray& file, int offset) {
+    return qFromLittleEndian<quint16>(file.constData() + offset);
+}
 
-private:
-    const QByteArray& m_file;
-};
+quint32 dwordAt(const QByteArray& file, int offset) {
+    return qFromLittleEndian<quint32>(file.constData() + offset);
+}
 
 void put(QByteArray* file, int offset, quint32 value) {
     qToLittleEndian(value, file->data() + offset);
 }
 
-bool isDebugSection(const QByteArray& name) {
-    return name.startsWith("/") || name.startsWith(".debug");
+bool isDebugSection(const PeFile::Section& section) {
+    return section.name.startsWith("/") || section.name.startsWith(".debug");
+}
+
+/// Whether everything that the data directories name, but the debugger's, lies before the end of the image.
+bool areDirectoriesKept(const QByteArray& file, int directories, quint32 imageEnd) {
+    const quint32 count = std::min<quint32>(dwordAt(file, directories - 4), 16);
+    if (directories + qint64(count) * DirectoryBytes > file.size())
+        return false;
+    for (quint32 i = 0; i < count; ++i) {
+        if (i != DebugDirectory && dwordAt(file, directories + int(i) * DirectoryBytes) >= imageEnd)
+            return false;
+    }
+    return true;
 }
 
 }  // namespace
 
 QByteArray PeTrim::trimmed(const QByteArray& file) {
-    const Reader pe(file);
-    if (!pe.holds(0, SignatureOffset + 32) || !file.startsWith("MZ") ||
-        !file.mid(SignatureOffset, 32).startsWith("Wine "))
+    if (!file.mid(SignatureOffset, SignatureBytes).startsWith("Wine "))
         return {};
-    const qint64 header = pe.dword(HeaderOffsetField);
-    if (!pe.holds(header, CoffBytes + 112) || file.mid(int(header), 4) != QByteArray("PE\0\0", 4))
+    const PeFile pe = PeFile::parse(file, file.size());
+    const int optional = pe.coffHeader + PeFile::CoffBytes;
+    if (pe.sections.isEmpty() || optional + OptionalBytes > file.size())
         return {};
-    const int coff = int(header);
-    const int count = pe.word(coff + 6);
-    const int optional = coff + CoffBytes;
-    const int table = optional + pe.word(coff + 20);
-    const quint16 magic = pe.word(optional);
-    if (!pe.holds(table, qint64(count) * SectionBytes) || (magic != Magic64 && magic != Magic32))
+    const quint16 magic = wordAt(file, optional);
+    if (magic != Magic64 && magic != Magic32)
         return {};
 
-    // A long name may also stand further ahead: unwind data, which is loaded.
-    int kept = count;
-    while (kept > 0 && isDebugSection(file.mid(table + (kept - 1) * SectionBytes, 8)))
+    // Sections with a long name may also stand further ahead: unwind data, which is loaded.
+    int kept = pe.sections.size();
+    while (kept > 0 && isDebugSection(pe.sections[kept - 1]))
         --kept;
     quint32 imageEnd = 0;
-    qint64 fileEnd = pe.dword(optional + 60);  // of the headers
-    for (int i = 0; i < count; ++i) {
-        const int section = table + i * SectionBytes;
-        const quint32 address = pe.dword(section + 12);
-        if (i >= kept) {
-            if (address < imageEnd)
-                return {};
-            continue;
-        }
-        imageEnd = std::max(imageEnd, address + std::max(pe.dword(section + 8), pe.dword(section + 16)));
-        fileEnd = std::max(fileEnd, qint64(pe.dword(section + 20)) + pe.dword(section + 16));
+    qint64 fileEnd = dwordAt(file, optional + 60);  // of the headers
+    for (const PeFile::Section& section : pe.sections.mid(0, kept)) {
+        imageEnd = std::max(imageEnd, section.address + std::max(section.memoryBytes, section.fileBytes));
+        fileEnd = std::max(fileEnd, section.fileEnd());
     }
-    if (kept == 0 || kept == count || fileEnd >= file.size() || imageEnd == 0)
+    const bool isBehind =
+        std::all_of(pe.sections.begin() + kept, pe.sections.end(),
+                    [imageEnd](const PeFile::Section& section) { return section.address >= imageEnd; });
+    if (kept == 0 || kept == pe.sections.size() || fileEnd >= file.size() || imageEnd == 0 || !isBehind ||
+        !areDirectoriesKept(file, optional + (magic == Magic64 ? 112 : 96), imageEnd))
         return {};
-    const int directories = optional + (magic == Magic64 ? 112 : 96);
-    const quint32 directoryCount = std::min<quint32>(pe.dword(directories - 4), 16);
-    if (!pe.holds(directories, qint64(directoryCount) * DirectoryBytes))
-        return {};
-    for (quint32 i = 0; i < directoryCount; ++i) {
-        if (i != DebugDirectory && pe.dword(directories + int(i) * DirectoryBytes) >= imageEnd)
-            return {};
-    }
 
     QByteArray result = file.left(int(fileEnd));
-    qToLittleEndian(quint16(kept), result.data() + coff + 6);
-    put(&result, coff + 8 + 4, 0);  // symbol table
-    put(&result, coff + 8 + 8, 0);  // number of symbols
-    const quint32 alignment = std::max<quint32>(pe.dword(optional + 32), 1);
+    qToLittleEndian(quint16(kept), result.data() + pe.coffHeader + 6);
+    put(&result, pe.coffHeader + 8 + 4, 0);  // symbol table
+    put(&result, pe.coffHeader + 8 + 8, 0);  // number of symbols
+    const quint32 alignment = std::max<quint32>(dwordAt(file, optional + 32), 1);
     put(&result, optional + 56, (imageEnd + alignment - 1) / alignment * alignment);
     return result;
 }

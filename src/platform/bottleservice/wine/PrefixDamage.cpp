@@ -39,11 +39,11 @@ bool isDamaged(const QFileInfo& original, const QFileInfo& present) {
         (present.isSymLink() && original.isSymLink() && present.symLinkTarget() == original.symLinkTarget()))
         return false;
     if (present.size() == 0)
-        return original.size() > 0 && PeFile::stateOf(original.filePath()) == PeFile::State::Whole;
+        return original.size() > 0 && PeFile::read(original.filePath()).state == PeFile::State::Whole;
     if (present.size() == original.size() && present.lastModified() == original.lastModified())
         return false;
-    return PeFile::stateOf(present.filePath()) != PeFile::State::Whole &&
-           PeFile::stateOf(original.filePath()) == PeFile::State::Whole;
+    return PeFile::read(present.filePath()).state != PeFile::State::Whole &&
+           PeFile::read(original.filePath()).state == PeFile::State::Whole;
 }
 
 }  // namespace
