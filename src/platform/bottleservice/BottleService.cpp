@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "bottleservice/requests/BottleRecovery.h"
 #include "bottleservice/wire/DesktopMethods.h"
 #include "bottleservice/wire/ProcessMethods.h"
 #include "bottleservice/wire/ProgramMethods.h"
@@ -9,18 +10,20 @@
 
 BottleService::BottleService(const QString& dataDir, const QString& version)
     : m_engine(dataDir),
+      m_bottles(&m_engine),
       m_programs(&m_engine, CELLARIX_ICON_EXTRACTOR),
       m_processes(&m_engine),
       m_settings(&m_engine),
-      m_desktop(&m_engine, &m_programs, CELLARIX_COMMAND, CELLARIX_ICON_EXTRACTOR),
+      m_desktop(&m_engine, &m_bottles, &m_programs, CELLARIX_COMMAND, CELLARIX_ICON_EXTRACTOR),
       m_downloads(dataDir),
       m_components(&m_engine, &m_downloads, CELLARIX_CATALOGUE),
-      m_cleanUps(&m_engine, &m_programs),
+      m_bottleComponents(&m_engine, &m_components),
+      m_cleanUps(&m_engine, &m_bottles, &m_programs),
       m_templates(&m_engine),
       m_bottleRepairs(&m_engine),
       m_dependencies(&m_engine, &m_downloads, CELLARIX_CATALOGUE),
       m_repairOffers(&m_engine, &m_downloads, &m_dependencies),
-      m_bottlesObject(&m_engine),
+      m_bottlesObject(&m_bottles),
       m_componentsObject(&m_components),
       m_templatesObject(&m_templates),
       m_cleanUpObject(&m_cleanUps),
@@ -31,7 +34,7 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
                 &m_programsObject, &m_repairObject,     &m_managerObject} {
     connectRequests();
     addMethods();
-    m_engine.recover();
+    BottleRecovery::run(&m_engine);
     m_settings.recover();
     m_desktop.recover();
     m_repairOffers.recover();
@@ -42,8 +45,8 @@ void BottleService::connectRequests() {
     for (const auto changed : {&ProgramRequests::programAdded, &ProgramRequests::programUpdated})
         connect(&m_programs, changed, &m_processes, &ProcessRequests::onProgramsChanged);
     connect(&m_programs, &ProgramRequests::programDeleted, &m_processes, &ProcessRequests::onProgramsChanged);
-    connect(&m_engine, &BottleEngine::aboutToDelete, this, [this](const QString& bottle) {
-        m_components.cancelAll(bottle);
+    connect(&m_bottles, &BottleRequests::aboutToDelete, this, [this](const QString& bottle) {
+        m_bottleComponents.cancelAll(bottle);
         m_bottleRepairs.cancelAll(bottle);
         m_dependencies.cancel(bottle, [](const Answer&) {});
     });
@@ -55,7 +58,7 @@ void BottleService::addMethods() {
     addDesktopMethods(&m_bottlesObject, &m_desktop);
     addProcessMethods(&m_bottlesObject, &m_processes);
     addSettingsMethods(&m_bottlesObject, &m_settings);
-    addComponentMethods(&m_bottlesObject, &m_components);
+    addComponentMethods(&m_bottlesObject, &m_bottleComponents);
     addDependencyMethods(&m_bottlesObject, &m_dependencies);
     for (const BusObject* object : m_objects)
         connect(object, &BusObject::called, this, &BottleService::called);
@@ -68,8 +71,8 @@ bool BottleService::registerOn(const QDBusConnection& bus) {
 }
 
 bool BottleService::areRequestsDone() const {
-    return m_programs.isIdle() && m_desktop.isIdle() && m_components.isIdle() && m_dependencies.isIdle() &&
-           m_repairOffers.isIdle();
+    return m_programs.isIdle() && m_desktop.isIdle() && m_components.isIdle() &&
+           m_bottleComponents.isIdle() && m_dependencies.isIdle() && m_repairOffers.isIdle();
 }
 
 void BottleService::close() {

@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/requests/BottleComponentRequests.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/BottleRepairRequests.h"
+#include "bottleservice/requests/BottleRequests.h"
 #include "bottleservice/requests/CleanUpRequests.h"
 #include "bottleservice/requests/ComponentRequests.h"
 #include "bottleservice/requests/DependencyRequests.h"
@@ -24,31 +26,33 @@
 #include "bottleservice/wire/RepairObject.h"
 #include "bottleservice/wire/TemplatesObject.h"
 
-/// The engine, all families of requests on it, and the bus objects that they are called by. Making one
-/// recovers what an earlier service left half done; the caller holds the data directory's lock.
+/// The engine, all families of requests, and the bus objects that call them. The constructor recovers what an
+/// earlier service has left unfinished; the caller must hold the data directory's lock. Lives in the main
+/// thread.
 class BottleService : public QObject {
     Q_OBJECT
 
 public:
     BottleService(const QString& dataDir, const QString& version);
 
+    /// Puts all objects on the bus. False when a path is taken.
     bool registerOn(const QDBusConnection& bus);
-    /// Follows the programs that run and will be started, once clients can hear of them.
+    /// Starts following running programs. After registerOn(), so that clients get the signals.
     void watchPrograms() { m_processes.watchPrograms(); }
 
     BottleEngine* engine() { return &m_engine; }
-    /// Everything that was asked for is done.
+    /// Every request has been carried out.
     bool isDone() const { return m_engine.isIdle() && areRequestsDone(); }
-    /// The same, and no program runs whose end would be missed.
+    /// The same, and no program runs whose end has to be told.
     bool isIdle() const { return isDone() && m_processes.isIdle(); }
-    /// Nobody waits for anything and nothing runs.
+    /// Nobody waits for anything and no program runs.
     bool isQuiet() const { return m_engine.isQuiet() && areRequestsDone() && m_processes.isIdle(); }
 
-    /// Cancels what runs and takes nothing new; closed() follows.
+    /// Cancels running work and accepts no new requests; closed() follows.
     void close();
 
 Q_SIGNALS:
-    /// Somebody asked for something.
+    /// A method was called.
     void called();
     void quitRequested();
     void closed();
@@ -59,12 +63,14 @@ private:
     bool areRequestsDone() const;
 
     BottleEngine m_engine;
+    BottleRequests m_bottles;
     ProgramRequests m_programs;
     ProcessRequests m_processes;
     SettingsRequests m_settings;
     DesktopRequests m_desktop;
     Downloads m_downloads;
     ComponentRequests m_components;
+    BottleComponentRequests m_bottleComponents;
     CleanUpRequests m_cleanUps;
     TemplateRequests m_templates;
     BottleRepairRequests m_bottleRepairs;

@@ -33,6 +33,8 @@ public:
     QString runner() const;
     /// The template that the bottle is a copy of; empty for one that was made in another way.
     QString templateKey() const;
+    /// The records of the programs that were entered, by their ids.
+    QJsonObject programs() const { return record().value("External_Programs").toObject(); }
     bool hasProgram(const QString& id) const;
     QJsonObject program(const QString& id) const;
 

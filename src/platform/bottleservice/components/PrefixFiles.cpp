@@ -94,7 +94,7 @@ QString putFonts(const QString& prefix, const QStringList& files) {
     return {};
 }
 
-QString putBack(const QString& prefix, const QString& templatePath, const QString& dll) {
+QString restoreOwn(const QString& prefix, const QString& templatePath, const QString& dll) {
     for (const char* system : {"system32", "syswow64"}) {
         const QString directory = QString(Windows) + system;
         if (!isRealDirectory(prefix, directory))

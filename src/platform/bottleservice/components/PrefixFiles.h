@@ -25,6 +25,6 @@ QString putSystemFiles(const QString& prefix, const QStringList& files, bool onl
 QString putFonts(const QString& prefix, const QStringList& files);
 
 /// Gives the prefix its Wine's own DLL again, from the template; without one there the file goes.
-QString putBack(const QString& prefix, const QString& templatePath, const QString& dll);
+QString restoreOwn(const QString& prefix, const QString& templatePath, const QString& dll);
 
 }  // namespace PrefixFiles

@@ -5,11 +5,11 @@
 
 #include "bottleservice/components/PrefixFiles.h"
 #include "bottleservice/files/Background.h"
-#include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/wine/Templates.h"
 
 namespace {
 
-/// What any version of a layer has ever brought.
+/// The DLLs that any version of the layer has ever had.
 QStringList knownDlls(const QString& key) {
     if (key == "DXVK")
         return {"d3d8.dll", "d3d9.dll", "d3d10.dll", "d3d10_1.dll", "d3d10core.dll", "d3d11.dll", "dxgi.dll"};
@@ -28,12 +28,12 @@ QStringList dllsOf(const QString& directory) {
 
 }  // namespace
 
-ChangeGraphicsJob::ChangeGraphicsJob(BottleEngine* engine, const QString& bottle, const char* key,
-                                     const QString& version, const QString& directory, Reply reply)
-    : InstallJob(engine, bottle, std::move(reply)), m_key(key), m_version(version), m_directory(directory) {}
+ChangeGraphicsJob::ChangeGraphicsJob(const JobBottle& bottle, const char* key, const QString& version,
+                                     const QString& directory, Reply reply)
+    : InstallJob(bottle, std::move(reply)), m_key(key), m_version(version), m_directory(directory) {}
 
 InstallJob::Need ChangeGraphicsJob::prepare(const BottleYaml& settings, const Runner&, Reason* refusal) {
-    m_template = engine()->templates()->pathOf(settings.templateKey());
+    m_template = bottle().templates()->pathOf(settings.templateKey());
     if (!m_version.isEmpty()) {
         m_files = dllsOf(m_directory);
         if (m_files.isEmpty())
@@ -47,11 +47,11 @@ InstallJob::Need ChangeGraphicsJob::prepare(const BottleYaml& settings, const Ru
 void ChangeGraphicsJob::work() {
     Background::run(
         this,
-        [prefix = bottlePath(), own = m_template, dlls = knownDlls(m_key), files = m_files] {
+        [prefix = bottle().path(), own = m_template, dlls = knownDlls(m_key), files = m_files] {
             QString fault;
             for (const QString& dll : dlls) {
                 if (fault.isEmpty())
-                    fault = PrefixFiles::putBack(prefix, own, dll);
+                    fault = PrefixFiles::restoreOwn(prefix, own, dll);
             }
             return fault.isEmpty() ? PrefixFiles::putSystemFiles(prefix, files, false) : fault;
         },

@@ -4,14 +4,14 @@
 
 #include "bottleservice/jobs/InstallJob.h"
 
-/// Puts a version of DXVK or VKD3D into a bottle, or takes it out.
+/// Installs a version of DXVK or VKD3D into a bottle, or removes it and restores Wine's own DLLs.
 class ChangeGraphicsJob : public InstallJob {
     Q_OBJECT
 
 public:
-    /// Key is that of bottle.yml, "DXVK" or "VKD3D"; directory holds x64 and x32 or x86, and with an empty
-    /// version nothing.
-    ChangeGraphicsJob(BottleEngine* engine, const QString& bottle, const char* key, const QString& version,
+    /// `key` is that of bottle.yml, "DXVK" or "VKD3D". `directory` holds the version's DLLs below "x64" and
+    /// "x32" or "x86". An empty version removes the layer.
+    ChangeGraphicsJob(const JobBottle& bottle, const char* key, const QString& version,
                       const QString& directory, Reply reply);
 
 protected:

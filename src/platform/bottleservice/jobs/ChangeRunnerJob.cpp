@@ -2,8 +2,8 @@
 
 #include "bottleservice/bottles/RegistryMerge.h"
 #include "bottleservice/files/Background.h"
-#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/SlimPrefix.h"
+#include "bottleservice/wine/Templates.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -13,9 +13,8 @@ constexpr int BootTimeoutMs = 300000;
 
 }  // namespace
 
-ChangeRunnerJob::ChangeRunnerJob(BottleEngine* engine, const QString& bottle, const Runner& runner,
-                                 Reply reply)
-    : InstallJob(engine, bottle, std::move(reply)), m_runner(runner) {}
+ChangeRunnerJob::ChangeRunnerJob(const JobBottle& bottle, const Runner& runner, Reply reply)
+    : InstallJob(bottle, std::move(reply)), m_runner(runner) {}
 
 InstallJob::Need ChangeRunnerJob::prepare(const BottleYaml& settings, const Runner& runner, Reason*) {
     m_oldKey = settings.templateKey();
@@ -33,7 +32,7 @@ void ChangeRunnerJob::work() {
         return;
     }
     m_isWaiting = true;
-    Templates* templates = engine()->templates();
+    Templates* templates = bottle().templates();
     templates->obtain(m_runner, this, [this, templates](const QString& path, const Reason& reason) {
         if (!std::exchange(m_isWaiting, false))
             return;
@@ -43,7 +42,7 @@ void ChangeRunnerJob::work() {
         }
         Background::run(
             this,
-            [prefix = bottlePath(), old = templates->pathOf(m_oldKey), path, stop = cancelled()] {
+            [prefix = bottle().path(), old = templates->pathOf(m_oldKey), path, stop = cancelled()] {
                 const QString fault = SlimPrefix::renew(prefix, old, path, *stop);
                 return fault.isEmpty() ? RegistryMerge::update(prefix, old, path) : fault;
             },
@@ -51,10 +50,11 @@ void ChangeRunnerJob::work() {
     });
 }
 
-/// A prefix that was made in another way has its own copies of Wine's files, which the new Wine updates
-/// together with the registry.
+/// For a prefix that is no copy of a template: it has its own copies of Wine's files, which the new Wine
+/// updates together with the registry.
 void ChangeRunnerJob::boot() {
-    QProcessEnvironment environment = WineEnvironment::forProcess(WineEnvironment::forCreation(bottlePath()));
+    QProcessEnvironment environment =
+        WineEnvironment::forProcess(WineEnvironment::forCreation(bottle().path()));
     environment.remove("DISPLAY");
     environment.remove("WAYLAND_DISPLAY");
     m_boot = new WineCommand(m_runner.wine, {"wineboot.exe", "-u"}, environment, this);

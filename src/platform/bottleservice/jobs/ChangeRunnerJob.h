@@ -2,18 +2,18 @@
 
 #include "bottleservice/jobs/InstallJob.h"
 
-/// Lets a bottle run on another Wine: the copies and links of the old one's files become the new one's, and
-/// the registry gets what the new one brings.
+/// Lets a bottle run on another Wine: replaces the copies and links of the old Wine's files by the new one's
+/// and merges the new one's registry into the bottle's.
 class ChangeRunnerJob : public InstallJob {
     Q_OBJECT
 
 public:
-    ChangeRunnerJob(BottleEngine* engine, const QString& bottle, const Runner& runner, Reply reply);
+    ChangeRunnerJob(const JobBottle& bottle, const Runner& runner, Reply reply);
 
 protected:
     Need prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) override;
     void work() override;
-    /// The template goes on being made, for the next who wants it.
+    /// A template that is being made is finished all the same, for the next bottle.
     void abort() override;
     void enter(BottleYaml* settings) override;
 

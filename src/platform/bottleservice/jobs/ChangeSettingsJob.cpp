@@ -3,29 +3,24 @@
 #include <QDebug>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/wine/RegistryWriter.h"
 
 using Fault = Answer::Fault;
 
-ChangeSettingsJob::ChangeSettingsJob(BottleEngine* engine, const QString& bottle, Change change,
-                                     const RegistryChange& registry, Reply reply)
-    : Job(std::move(reply)),
-      m_engine(engine),
-      m_bottle(bottle),
-      m_change(std::move(change)),
-      m_registry(registry) {}
+ChangeSettingsJob::ChangeSettingsJob(const JobBottle& bottle, Change change, const RegistryChange& registry,
+                                     Reply reply)
+    : Job(std::move(reply)), m_bottle(bottle), m_change(std::move(change)), m_registry(registry) {}
 
 void ChangeSettingsJob::start() {
     Answer failure;
-    auto settings = m_engine->loaded(m_bottle, &failure);
+    auto settings = m_bottle.load(&failure);
     if (!settings) {
         finish(failure);
         return;
     }
     m_before = settings->toText();
     m_registry = settings->pendingRegistry().then(m_registry);
-    const Runner runner = m_engine->runnerOf(*settings);
+    const Runner runner = m_bottle.runnerOf(*settings);
     if (!m_registry.isEmpty() && runner.wine.isEmpty()) {
         finish(Answer::failure(Fault::Failed,
                                Reason(Reason::NoRunner, {BottleName::shown(settings->runner())})));
@@ -34,7 +29,7 @@ void ChangeSettingsJob::start() {
     m_change(*settings);
     settings->setPendingRegistry(m_registry);
     QString error;
-    if (settings->toText() != m_before && !m_engine->saveSettings(m_bottle, *settings, &error)) {
+    if (settings->toText() != m_before && !m_bottle.save(*settings, &error)) {
         finish(Answer::failure(Fault::Failed, error));
         return;
     }
@@ -42,7 +37,7 @@ void ChangeSettingsJob::start() {
         finish(Answer::of());
         return;
     }
-    m_writer = new RegistryWriter(runner, m_engine->store().pathOf(m_bottle), m_registry, this);
+    m_writer = new RegistryWriter(runner, m_bottle.path(), m_registry, this);
     connect(m_writer, &RegistryWriter::finished, this, &ChangeSettingsJob::onWritten);
     m_writer->start();
 }
@@ -53,29 +48,29 @@ void ChangeSettingsJob::cancel() {
         m_writer->cancel();
 }
 
-void ChangeSettingsJob::onWritten(const QString& sentence) {
+void ChangeSettingsJob::onWritten(const QString& errorText) {
     QString error;
     // Wine may have written a part of it.
-    if (!sentence.isEmpty() && m_cancelled) {
+    if (!errorText.isEmpty() && m_cancelled) {
         finish(Answer::failure(Fault::Failed, "The service ends; its next start finishes the change."));
         return;
     }
-    if (!sentence.isEmpty()) {
-        qWarning() << "settings of" << BottleName::shown(m_bottle) << "stay as they were:" << sentence;
+    if (!errorText.isEmpty()) {
+        qWarning() << "settings of" << m_bottle.shownName() << "stay as they were:" << errorText;
         const auto before = BottleYaml::parse(m_before, &error);
         if (before)
-            m_engine->saveSettings(m_bottle, *before, &error);
-        finish(Answer::failure(Fault::Failed, sentence));
+            m_bottle.save(*before, &error);
+        finish(Answer::failure(Fault::Failed, errorText));
         return;
     }
     Answer failure;
-    auto settings = m_engine->loaded(m_bottle, &failure);
+    auto settings = m_bottle.load(&failure);
     if (!settings) {
         finish(failure);
         return;
     }
     settings->setPendingRegistry({});
-    if (m_engine->saveSettings(m_bottle, *settings, &error))
+    if (m_bottle.save(*settings, &error))
         finish(Answer::of());
     else
         finish(Answer::failure(Fault::Failed, error));

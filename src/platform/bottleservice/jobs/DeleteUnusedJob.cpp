@@ -8,18 +8,17 @@
 #include "bottleservice/bottles/FoundPrograms.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/components/BottleBackup.h"
-#include "bottleservice/requests/BottleEngine.h"
-#include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/wine/AddedFiles.h"
+#include "bottleservice/wine/Templates.h"
 
 namespace {
 
-constexpr int EndMs = 5000;  // longer than it takes to end everything in a bottle
+constexpr int EndMs = 5000;  // for programs that are about to end
 
 }  // namespace
 
-/// What the worker sees.
-struct DeleteUnusedJob::Finding {
+/// What the worker has found.
+struct DeleteUnusedJob::Findings {
     std::optional<bool> isInstalling;
     std::optional<bool> hasShortcuts;
     std::optional<bool> hasFiles;
@@ -27,98 +26,90 @@ struct DeleteUnusedJob::Finding {
     QVector<QJsonObject> programs;  ///< to be entered when the bottle has none
 };
 
-DeleteUnusedJob::DeleteUnusedJob(BottleEngine* engine, ProgramRequests* programs, const QString& bottle,
-                                 const QString& ignoredProgram, Reply reply)
-    : Job(std::move(reply)),
-      m_engine(engine),
-      m_programs(programs),
-      m_bottle(bottle),
-      m_ignored(ignoredProgram) {}
+DeleteUnusedJob::DeleteUnusedJob(const JobBottle& bottle, const QString& ignoredProgram, Tools tools,
+                                 Reply reply)
+    : Job(std::move(reply)), m_bottle(bottle), m_ignored(ignoredProgram), m_tools(std::move(tools)) {}
 
 void DeleteUnusedJob::start() {
-    const Answer check = m_engine->checked(m_bottle);
+    const Answer check = m_bottle.check();
     if (!check.isGood()) {
         finish(check);
         return;
     }
-    m_engine->waitForPrograms(
-        m_bottle, this, [this](const QStringList&) { look(); }, EndMs);
+    m_bottle.waitForPrograms(
+        this, [this](const QStringList&) { inspect(); }, EndMs);
 }
 
-void DeleteUnusedJob::look() {
+std::optional<QJsonObject> DeleteUnusedJob::otherPrograms() const {
     Answer failure;
-    const auto settings = m_engine->loaded(m_bottle, &failure);
-    const QString key = settings ? settings->templateKey() : QString();
-    QJsonObject programs =
-        settings ? settings->record().value("External_Programs").toObject() : QJsonObject();
+    const auto settings = m_bottle.load(&failure);
+    if (!settings)
+        return std::nullopt;
+    QJsonObject programs = settings->programs();
     programs.remove(m_ignored);
-    auto finding = std::make_shared<Finding>();
-    const auto work = [finding, key, cancelled = m_cancelled, hasPrograms = !programs.isEmpty(),
-                       path = m_engine->store().pathOf(m_bottle),
-                       original = m_engine->templates()->pathOf(key),
-                       script = m_programs->iconScript()](const std::atomic_bool&) -> QString {
-        finding->isInstalling = BottleBackup::state(path) != BottleBackup::State::None;
+    return programs;
+}
+
+void DeleteUnusedJob::inspect() {
+    Answer failure;
+    const auto settings = m_bottle.load(&failure);
+    const QString key = settings ? settings->templateKey() : QString();
+    auto findings = std::make_shared<Findings>();
+    const auto work = [findings, key, cancelled = m_cancelled,
+                       hasPrograms = !otherPrograms().value_or(QJsonObject()).isEmpty(),
+                       path = m_bottle.path(), original = m_bottle.templates()->pathOf(key),
+                       script = m_tools.iconScript](const std::atomic_bool&) -> QString {
+        findings->isInstalling = BottleBackup::state(path) != BottleBackup::State::None;
         const auto shortcuts = BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(0));
-        finding->hasShortcuts = !shortcuts.isEmpty();
+        findings->hasShortcuts = !shortcuts.isEmpty();
         const AddedFiles added = key.isEmpty() ? AddedFiles() : AddedFiles::of(path, original, *cancelled);
         if (added.isComplete || !added.first.isEmpty())
-            finding->hasFiles = !added.first.isEmpty();
-        finding->firstFile = added.first;
+            findings->hasFiles = !added.first.isEmpty();
+        findings->firstFile = added.first;
         if (hasPrograms)
             return {};
         const FoundPrograms found(path, script, *cancelled);
-        finding->programs = found.ofShortcuts(shortcuts, {});
-        if (finding->programs.isEmpty())
-            finding->programs = found.ofExecutables(added.executables);
+        findings->programs = found.ofShortcuts(shortcuts, {});
+        if (findings->programs.isEmpty())
+            findings->programs = found.ofExecutables(added.executables);
         return {};
     };
-    m_engine->templates()->run(this, work, [this, finding](const QString&) { conclude(*finding); });
+    m_bottle.templates()->run(this, work, [this, findings](const QString&) { conclude(*findings); });
 }
 
-void DeleteUnusedJob::conclude(const Finding& finding) {
-    Answer failure;
-    const auto settings = m_engine->loaded(m_bottle, &failure);
+void DeleteUnusedJob::conclude(const Findings& findings) {
     BottleUse use;
-    const QStringList running = m_engine->runningPrograms(m_bottle);
+    const QStringList running = m_bottle.runningPrograms();
     use.isRunning = !running.isEmpty();
-    use.isInstalling = finding.isInstalling;
-    use.hasShortcuts = finding.hasShortcuts;
-    use.hasFiles = finding.hasFiles;
-    use.isShared = BottleName::isPublic(m_bottle);
-    if (settings) {
-        QJsonObject programs = settings->record().value("External_Programs").toObject();
-        programs.remove(m_ignored);
-        use.hasPrograms = !programs.isEmpty();
-    }
+    use.isInstalling = findings.isInstalling;
+    use.hasShortcuts = findings.hasShortcuts;
+    use.hasFiles = findings.hasFiles;
+    use.isShared = BottleName::isPublic(m_bottle.name());
+    if (const auto programs = otherPrograms())
+        use.hasPrograms = !programs->isEmpty();
     const QString reason = *m_cancelled ? "the service is ending" : use.reasonToKeep();
     if (reason.isEmpty()) {
         deleteBottle();
         return;
     }
-    qInfo() << "keeping bottle" << BottleName::shown(m_bottle) << ":" << reason << running
-            << finding.firstFile;
-    keep(reason, finding);
+    qInfo() << "keeping bottle" << m_bottle.shownName() << ":" << reason << running << findings.firstFile;
+    keep(reason, findings);
 }
 
 void DeleteUnusedJob::deleteBottle() {
-    qInfo() << "nothing was installed in bottle" << BottleName::shown(m_bottle) << "; deleting it";
+    qInfo() << "nothing was installed in bottle" << m_bottle.shownName() << "; deleting it";
     auto result = std::make_shared<Answer>();
-    m_deletion = m_engine->deletionOf(m_bottle, [result](const Answer& answer) { *result = answer; });
+    m_deletion = m_tools.makeDeletion([result](const Answer& answer) { *result = answer; });
     connect(m_deletion.get(), &Job::finished, this, [this, result] {
         finish(result->isGood() ? Answer::of(JsonText::compact(QJsonObject{{"deleted", true}})) : *result);
     });
     m_deletion->start();
 }
 
-void DeleteUnusedJob::keep(const QString& reason, const Finding& finding) {
-    const QString path = m_engine->store().pathOf(m_bottle);
-    if (!finding.programs.isEmpty() && m_programs->enter(m_bottle, finding.programs).isGood())
-        BottleScan::clearUsersDesktop(path, QDateTime::fromSecsSinceEpoch(0));
-    Answer failure;
-    const auto settings = m_engine->loaded(m_bottle, &failure);
-    QJsonObject programs =
-        settings ? settings->record().value("External_Programs").toObject() : QJsonObject();
-    programs.remove(m_ignored);
-    finish(Answer::of(JsonText::compact(QJsonObject{
-        {"deleted", false}, {"reason", reason}, {"programs", QJsonArray::fromStringList(programs.keys())}})));
+void DeleteUnusedJob::keep(const QString& reason, const Findings& findings) {
+    if (!findings.programs.isEmpty() && m_tools.enterPrograms(findings.programs).isGood())
+        BottleScan::clearUsersDesktop(m_bottle.path(), QDateTime::fromSecsSinceEpoch(0));
+    const QStringList ids = otherPrograms().value_or(QJsonObject()).keys();
+    finish(Answer::of(JsonText::compact(
+        QJsonObject{{"deleted", false}, {"reason", reason}, {"programs", QJsonArray::fromStringList(ids)}})));
 }

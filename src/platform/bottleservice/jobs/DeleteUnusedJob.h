@@ -1,44 +1,53 @@
 #pragma once
 
+#include <QJsonObject>
+#include <QVector>
 #include <atomic>
 #include <memory>
 
 #include "bottleservice/bottles/BottleUse.h"
 #include "bottleservice/jobs/Job.h"
+#include "bottleservice/jobs/JobBottle.h"
 
-class BottleEngine;
-class ProgramRequests;
-
-/// Deletes a bottle in which nothing was installed, which BottleUse decides on what this job finds out.
-/// Otherwise the bottle stays, and when it has no program, what was found in it is entered: what its
-/// shortcuts start, or else the executables that are new. What is about to end gets some seconds to do so;
-/// nothing is ended unless the bottle goes.
+/// Deletes a bottle in which nothing was installed. Collects the facts; BottleUse decides. Otherwise the
+/// bottle stays, and when it has no program, the programs that are found in it are entered: those that its
+/// shortcuts start, or else the executables that are new. Waits some seconds for programs that are about to
+/// end; ends nothing itself unless the bottle is deleted.
 ///
-/// Answers with JSON: {"deleted": bool, "reason": why it stays, "programs": [ids of its programs but the
-/// ignored one]}.
+/// Answers with JSON: {"deleted": bool, "reason": why the bottle stays, "programs": [ids of its programs but
+/// the ignored one]}.
 class DeleteUnusedJob : public Job {
     Q_OBJECT
 
 public:
-    /// ignoredProgram is the id of an entry that does not count, such as that of the set-up; may be empty.
-    DeleteUnusedJob(BottleEngine* engine, ProgramRequests* programs, const QString& bottle,
-                    const QString& ignoredProgram, Reply reply);
+    /// What the job needs of the requests that started it.
+    struct Tools {
+        QString iconScript;  ///< path of icon_extractor.py
+        /// Makes the job that deletes the bottle.
+        std::function<std::unique_ptr<Job>(const Reply&)> makeDeletion;
+        /// Enters records of new programs into the bottle.
+        std::function<Answer(const QVector<QJsonObject>& records)> enterPrograms;
+    };
+
+    /// ignoredProgram is the id of a program that does not count, such as the set-up's; may be empty.
+    DeleteUnusedJob(const JobBottle& bottle, const QString& ignoredProgram, Tools tools, Reply reply);
 
     void start() override;
     void cancel() override { *m_cancelled = true; }
 
 private:
-    struct Finding;
+    struct Findings;
 
-    void look();
-    void conclude(const Finding& finding);
+    void inspect();
+    void conclude(const Findings& findings);
     void deleteBottle();
-    void keep(const QString& reason, const Finding& finding);
+    void keep(const QString& reason, const Findings& findings);
+    /// The bottle's programs but the ignored one; nothing when its settings cannot be read.
+    std::optional<QJsonObject> otherPrograms() const;
 
-    BottleEngine* m_engine;
-    ProgramRequests* m_programs;
-    QString m_bottle;
+    JobBottle m_bottle;
     QString m_ignored;
+    Tools m_tools;
     std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
     std::unique_ptr<Job> m_deletion;
 };

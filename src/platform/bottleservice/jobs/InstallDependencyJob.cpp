@@ -12,9 +12,9 @@ const QLatin1String Installed("Installed_Dependencies");
 
 }  // namespace
 
-InstallDependencyJob::InstallDependencyJob(BottleEngine* engine, const QString& bottle,
-                                           const QVector<Recipe>& recipes, Downloads* downloads, Reply reply)
-    : InstallJob(engine, bottle, std::move(reply)), m_recipes(recipes), m_downloads(downloads) {}
+InstallDependencyJob::InstallDependencyJob(const JobBottle& bottle, const QVector<Recipe>& recipes,
+                                           Downloads* downloads, Reply reply)
+    : InstallJob(bottle, std::move(reply)), m_recipes(recipes), m_downloads(downloads) {}
 
 InstallJob::Need InstallDependencyJob::prepare(const BottleYaml& settings, const Runner& runner,
                                                Reason* refusal) {
@@ -26,7 +26,7 @@ InstallJob::Need InstallDependencyJob::prepare(const BottleYaml& settings, const
 
 void InstallDependencyJob::work() {
     m_steps = new RecipeRunner(
-        m_runner, bottlePath(), m_recipes,
+        m_runner, bottle().path(), m_recipes,
         [downloads = m_downloads](const QString& file) { return downloads->pathOf(file); }, this);
     connect(m_steps, &RecipeRunner::described, this, &InstallDependencyJob::described);
     connect(m_steps, &RecipeRunner::stepDone, this, &InstallDependencyJob::stepDone);

@@ -13,8 +13,8 @@ class InstallDependencyJob : public InstallJob {
     Q_OBJECT
 
 public:
-    InstallDependencyJob(BottleEngine* engine, const QString& bottle, const QVector<Recipe>& recipes,
-                         Downloads* downloads, Reply reply);
+    InstallDependencyJob(const JobBottle& bottle, const QVector<Recipe>& recipes, Downloads* downloads,
+                         Reply reply);
 
 Q_SIGNALS:
     void described(const QString& text);

@@ -3,12 +3,10 @@
 #include <QDebug>
 #include <QUuid>
 
-#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/files/FullDisk.h"
-#include "bottleservice/requests/BottleEngine.h"
-#include "bottleservice/wine/BottleStopper.h"
+#include "bottleservice/jobs/RecoverInstallJob.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -16,40 +14,20 @@ using Fault = Answer::Fault;
 
 namespace {
 
-constexpr int SettleMs = 60000;
-const char LastInstall[] = "Last_Install";
-
-void stop(QObject* context, BottleEngine* engine, const QString& bottle, const QString& wineserver,
-          std::function<void(bool)> then) {
-    // Launch scripts are not ended: those that live wait until the installation is over.
-    auto* stopper = new BottleStopper(engine->store().pathOf(bottle), wineserver, context);
-    QObject::connect(stopper, &BottleStopper::finished, context,
-                     [stopper, then = std::move(then)](bool clean) {
-                         stopper->deleteLater();
-                         then(clean);
-                     });
-    stopper->start();
-}
+constexpr int WineserverMs = 60000;
 
 }  // namespace
 
-InstallJob::InstallJob(BottleEngine* engine, const QString& bottle, Reply reply)
-    : Job(std::move(reply)),
-      m_engine(engine),
-      m_bottle(bottle),
-      m_id(QUuid::createUuid().toString(QUuid::Id128)) {}
+InstallJob::InstallJob(const JobBottle& bottle, Reply reply)
+    : Job(std::move(reply)), m_bottle(bottle), m_id(QUuid::createUuid().toString(QUuid::Id128)) {}
 
-QString InstallJob::bottlePath() const {
-    return m_engine->store().pathOf(m_bottle);
-}
-
-/// What an earlier installation has left behind comes first.
+/// Restores first what an interrupted installation has left behind.
 void InstallJob::start() {
-    if (BottleBackup::state(bottlePath()) == BottleBackup::State::None) {
+    if (BottleBackup::state(m_bottle.path()) == BottleBackup::State::None) {
         begin();
         return;
     }
-    auto* recovery = new RecoverInstallJob(m_engine, m_bottle);
+    auto* recovery = new RecoverInstallJob(m_bottle);
     recovery->setParent(this);
     connect(recovery, &Job::finished, this, &InstallJob::begin, Qt::QueuedConnection);
     recovery->start();
@@ -57,7 +35,7 @@ void InstallJob::start() {
 
 void InstallJob::begin() {
     Answer failure;
-    const auto settings = m_engine->loaded(m_bottle, &failure);
+    const auto settings = m_bottle.load(&failure);
     if (!settings) {
         finish(failure);
         return;
@@ -66,9 +44,9 @@ void InstallJob::begin() {
         finish(Answer::failure(Fault::Failed, Reason::Cancelled));
         return;
     }
-    m_runner = m_engine->runnerOf(*settings);
+    m_runner = m_bottle.runnerOf(*settings);
     Reason refusal;
-    if (BottleBackup::state(bottlePath()) != BottleBackup::State::None) {
+    if (BottleBackup::state(m_bottle.path()) != BottleBackup::State::None) {
         finish(Answer::failure(Fault::Failed, "An earlier installation could not be taken back yet."));
         return;
     }
@@ -77,24 +55,24 @@ void InstallJob::begin() {
         finish(refusal.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, refusal));
         return;
     }
-    const QString fault = BottleBackup::announce(bottlePath());
+    const QString fault = BottleBackup::announce(m_bottle.path());
     if (!fault.isEmpty()) {
-        conclude(fault);  // nothing was begun, and what runs in the bottle is the user's
+        conclude(fault);  // nothing was changed, and what runs in the bottle stays untouched
         return;
     }
-    // Whatever starts from now on waits, so that this look cannot miss a program.
-    m_engine->waitForPrograms(m_bottle, this, [this](const QStringList& running) { onLooked(running); });
+    // Launches wait from now on, so that no program can be missed.
+    m_bottle.waitForPrograms(this, [this](const QStringList& running) { onProgramsKnown(running); });
 }
 
-void InstallJob::onLooked(const QStringList& running) {
+void InstallJob::onProgramsKnown(const QStringList& running) {
     if (*m_cancelled) {
         conclude(Reason::Cancelled);
     } else if (!running.isEmpty()) {
-        m_engine->removeBackup(m_bottle);
+        m_bottle.removeBackup();
         finish(Answer::busy(running));
     } else {
         Q_EMIT started();
-        stopBottle([this] { setAside(); });
+        stopBottle([this] { backUp(); });
     }
 }
 
@@ -107,23 +85,23 @@ void InstallJob::cancel() {
 }
 
 void InstallJob::stopBottle(std::function<void()> then) {
-    stop(this, m_engine, m_bottle, m_runner.wineserver, [this, then = std::move(then)](bool clean) {
+    m_bottle.stopProcesses(this, m_runner.wineserver, [this, then = std::move(then)](bool clean) {
         if (clean)
             then();
         else
-            takeBack(Reason::ProgramsNotEnded);
+            rollBack(Reason::ProgramsNotEnded);
     });
 }
 
-void InstallJob::setAside() {
+void InstallJob::backUp() {
     Background::run(
         this,
-        [path = bottlePath(), id = m_id, cancelled = m_cancelled] {
+        [path = m_bottle.path(), id = m_id, cancelled = m_cancelled] {
             return BottleBackup::make(path, id, *cancelled);
         },
         [this](const QString& fault) {
             if (!fault.isEmpty() || *m_cancelled) {
-                takeBack(fault.isEmpty() ? Reason(Reason::Cancelled) : Reason(fault));
+                rollBack(fault.isEmpty() ? Reason(Reason::Cancelled) : Reason(fault));
                 return;
             }
             m_working = true;
@@ -134,56 +112,56 @@ void InstallJob::setAside() {
 void InstallJob::worked(const Reason& reason) {
     m_working = false;
     if (!reason.isEmpty() || *m_cancelled)
-        takeBack(reason.isEmpty() ? Reason(Reason::Cancelled) : reason);
+        rollBack(reason.isEmpty() ? Reason(Reason::Cancelled) : reason);
     else
-        settle();
+        waitForWineserver();
 }
 
-/// An installer's first process may end before its last one. Nobody may write any more when the job ends.
-void InstallJob::settle() {
+/// An installer's first process may end before its others; none may write any more when the job ends.
+void InstallJob::waitForWineserver() {
     if (m_runner.wineserver.isEmpty()) {
         stopBottle([this] { complete(); });
         return;
     }
     m_wait = new WineCommand(m_runner.wineserver, {"-w"},
-                             WineEnvironment::forProcess({{"WINEPREFIX", bottlePath()}}), this);
-    connect(m_wait, &WineCommand::finished, this, [this](const QString& sentence) {
+                             WineEnvironment::forProcess({{"WINEPREFIX", m_bottle.path()}}), this);
+    connect(m_wait, &WineCommand::finished, this, [this](const QString& errorText) {
         m_wait->deleteLater();
-        if (!sentence.isEmpty())
-            qInfo() << "something in" << BottleName::shown(m_bottle)
-                    << "goes on after an installation:" << sentence;
+        if (!errorText.isEmpty())
+            qInfo() << "something in" << m_bottle.shownName()
+                    << "goes on after an installation:" << errorText;
         stopBottle([this] { complete(); });
     });
-    m_wait->start(SettleMs);
+    m_wait->start(WineserverMs);
 }
 
 void InstallJob::complete() {
     Answer failure;
-    auto settings = m_engine->loaded(m_bottle, &failure);
+    auto settings = m_bottle.load(&failure);
     Reason reason = failure.reason;
     if (settings && !*m_cancelled) {
         enter(&*settings);
-        settings->set(LastInstall, m_id);
+        settings->set(RecoverInstallJob::LastInstall, m_id);
         QString error;
-        m_engine->saveSettings(m_bottle, *settings, &error);
+        m_bottle.save(*settings, &error);
         reason = error;
     }
     if (*m_cancelled && reason.isEmpty())
         reason = Reason::Cancelled;
     if (!reason.isEmpty()) {
-        takeBack(reason);
+        rollBack(reason);
         return;
     }
     conclude({});
 }
 
-void InstallJob::takeBack(const Reason& cause) {
-    // Before the room is given free again.
-    const Reason reason = *m_cancelled ? cause : FullDisk::explain(bottlePath(), cause);
-    qWarning() << "the installation into" << BottleName::shown(m_bottle) << "is taken back:" << reason.text();
-    stop(this, m_engine, m_bottle, m_runner.wineserver, [this, reason](bool clean) {
+void InstallJob::rollBack(const Reason& cause) {
+    // Asked before removing files makes room again.
+    const Reason reason = *m_cancelled ? cause : FullDisk::explain(m_bottle.path(), cause);
+    qWarning() << "the installation into" << m_bottle.shownName() << "is taken back:" << reason.text();
+    m_bottle.stopProcesses(this, m_runner.wineserver, [this, reason](bool clean) {
         // An unfinished backup means that nothing has been changed yet.
-        const bool isWhole = BottleBackup::idOf(bottlePath()) == m_id;
+        const bool isWhole = BottleBackup::idOf(m_bottle.path()) == m_id;
         if (!clean && isWhole) {
             Reason told = reason;
             told += "The bottle is restored at the next start.";
@@ -192,10 +170,10 @@ void InstallJob::takeBack(const Reason& cause) {
         }
         Background::run(
             this,
-            [path = bottlePath(), isWhole] { return isWhole ? BottleBackup::restore(path) : QString(); },
+            [path = m_bottle.path(), isWhole] { return isWhole ? BottleBackup::restore(path) : QString(); },
             [this, reason](const QString& fault) {
                 if (!fault.isEmpty())
-                    qCritical() << "bottle" << BottleName::shown(m_bottle) << "was not restored:" << fault;
+                    qCritical() << "bottle" << m_bottle.shownName() << "was not restored:" << fault;
                 if (fault.isEmpty())
                     conclude(reason);
                 else
@@ -205,47 +183,6 @@ void InstallJob::takeBack(const Reason& cause) {
 }
 
 void InstallJob::conclude(const Reason& reason) {
-    m_engine->removeBackup(m_bottle);
+    m_bottle.removeBackup();
     finish(reason.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, reason));
-}
-
-RecoverInstallJob::RecoverInstallJob(BottleEngine* engine, const QString& bottle)
-    : Job([](const Answer&) {}), m_engine(engine), m_bottle(bottle) {}
-
-void RecoverInstallJob::start() {
-    Answer failure;
-    const auto settings = m_engine->loaded(m_bottle, &failure);
-    const QString path = m_engine->store().pathOf(m_bottle);
-    if (!settings || BottleBackup::state(path) == BottleBackup::State::None) {
-        finish(failure);
-        return;
-    }
-    const bool isComplete =
-        BottleBackup::state(path) == BottleBackup::State::Unfinished ||
-        settings->record().value(QLatin1String(LastInstall)).toString() == BottleBackup::idOf(path);
-    qWarning() << "an installation into" << BottleName::shown(m_bottle) << "was interrupted;"
-               << (isComplete ? "nothing is to be restored" : "restoring what was there");
-    if (isComplete)
-        removeFiles({});
-    else
-        stop(this, m_engine, m_bottle, m_engine->runnerOf(*settings).wineserver, [this](bool clean) {
-            if (clean)
-                restore();
-            else
-                removeFiles("Programs in the bottle could not be ended.");
-        });
-}
-
-void RecoverInstallJob::restore() {
-    Background::run(
-        this, [path = m_engine->store().pathOf(m_bottle)] { return BottleBackup::restore(path); },
-        [this](const QString& sentence) { removeFiles(sentence); });
-}
-
-void RecoverInstallJob::removeFiles(const QString& sentence) {
-    if (sentence.isEmpty())
-        m_engine->removeBackup(m_bottle);
-    else
-        qCritical() << "bottle" << BottleName::shown(m_bottle) << "was not restored:" << sentence;
-    finish(Answer::of());
 }

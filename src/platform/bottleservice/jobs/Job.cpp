@@ -21,10 +21,3 @@ void Job::answerOnce(const Answer& answer) {
     if (reply)
         reply(answer);
 }
-
-ImmediateJob::ImmediateJob(std::function<Answer()> work, Reply reply)
-    : Job(std::move(reply)), m_work(std::move(work)) {}
-
-void ImmediateJob::start() {
-    finish(m_work());
-}

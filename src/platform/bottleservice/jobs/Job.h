@@ -32,15 +32,3 @@ private:
     Reply m_reply;
     bool m_finished = false;
 };
-
-/// A job that is done in one go.
-class ImmediateJob : public Job {
-    Q_OBJECT
-
-public:
-    ImmediateJob(std::function<Answer()> work, Reply reply);
-    void start() override;
-
-private:
-    std::function<Answer()> m_work;
-};

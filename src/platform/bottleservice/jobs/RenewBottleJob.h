@@ -1,21 +1,20 @@
 #pragma once
 
 #include "bottleservice/jobs/Job.h"
+#include "bottleservice/jobs/JobBottle.h"
 
-class BottleEngine;
-
-/// Brings a bottle that was copied from an older template up to the Wine that it runs on now. Does nothing
-/// where that is so already, and for bottles that were not made from a template.
+/// Updates the files of a bottle that was copied from an older template to the build of its Wine that is
+/// installed now. Does nothing when the bottle is up to date or was not made from a template. Answers with
+/// success unless the bottle cannot be read; a failed update is logged.
 class RenewBottleJob : public Job {
     Q_OBJECT
 
 public:
-    RenewBottleJob(BottleEngine* engine, const QString& bottle);
+    explicit RenewBottleJob(const JobBottle& bottle);
     void start() override;
 
 private:
-    void onRenewed(const QString& key, const QString& sentence);
+    void onRenewed(const QString& key, const QString& errorText);
 
-    BottleEngine* m_engine;
-    QString m_bottle;
+    JobBottle m_bottle;
 };

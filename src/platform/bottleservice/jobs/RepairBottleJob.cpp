@@ -5,11 +5,10 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/files/Background.h"
-#include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/wine/Templates.h"
 
-RepairBottleJob::RepairBottleJob(BottleEngine* engine, const QString& bottle, std::shared_ptr<int> mended,
-                                 Reply reply)
-    : InstallJob(engine, bottle, std::move(reply)), m_mended(std::move(mended)) {}
+RepairBottleJob::RepairBottleJob(const JobBottle& bottle, std::shared_ptr<int> renewed, Reply reply)
+    : InstallJob(bottle, std::move(reply)), m_renewed(std::move(renewed)) {}
 
 InstallJob::Need RepairBottleJob::prepare(const BottleYaml& settings, const Runner& runner, Reason* refusal) {
     m_runner = runner;
@@ -22,16 +21,16 @@ InstallJob::Need RepairBottleJob::prepare(const BottleYaml& settings, const Runn
     return Need::Work;
 }
 
-/// A transaction needs something to back up. What stands in the way is left for it to refuse.
+/// The transaction needs a directory to back up. Where something else has its name, the transaction fails.
 void RepairBottleJob::makeWindowsDirectory() {
-    const QFileInfo drive(bottlePath() + "/drive_c");
+    const QFileInfo drive(bottle().path() + "/drive_c");
     if (drive.isDir() && !drive.isSymLink())
         QDir(drive.filePath()).mkdir("windows");
 }
 
 void RepairBottleJob::work() {
     m_isWaiting = true;
-    engine()->templates()->obtain(m_runner, this, [this](const QString& original, const Reason& reason) {
+    bottle().templates()->obtain(m_runner, this, [this](const QString& original, const Reason& reason) {
         if (!std::exchange(m_isWaiting, false))
             return;
         if (original.isEmpty()) {
@@ -40,10 +39,10 @@ void RepairBottleJob::work() {
         }
         Background::run(
             this,
-            [prefix = bottlePath(), original, links = m_links, mended = m_mended, stop = cancelled()] {
+            [prefix = bottle().path(), original, links = m_links, renewed = m_renewed, stop = cancelled()] {
                 const QStringList files = PrefixDamage::find(prefix, original, *stop);
-                *mended = files.size();
-                return PrefixDamage::mend(prefix, original, files, links, *stop);
+                *renewed = files.size();
+                return PrefixDamage::restore(prefix, original, files, links, *stop);
             },
             [this](const QString& fault) { worked(fault); });
     });

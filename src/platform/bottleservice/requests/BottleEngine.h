@@ -1,24 +1,20 @@
 #pragma once
 
-#include <QHash>
 #include <QObject>
 #include <QTimer>
+#include <functional>
+#include <memory>
 
-#include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/files/Reclaimer.h"
+#include "bottleservice/jobs/JobBottle.h"
 #include "bottleservice/jobs/JobQueue.h"
 #include "bottleservice/result/Answer.h"
-#include "bottleservice/wine/Runners.h"
-#include "bottleservice/wine/RunningPrograms.h"
+#include "bottleservice/wine/BottleAccess.h"
 #include "bottleservice/wine/Templates.h"
 
-class BottleStopper;
-
-/// What the service can do, without a bus. Reading answers at once; everything that changes a bottle or its
-/// processes goes through that bottle's queue and answers when it is done. Owns the queue, the background
-/// removal and the knowledge of where bottles and runners lie. Ending what runs does not wait in that queue.
-/// Families of requests (classes called
-/// ...Requests) stand on its tools for requests. Lives in the main thread.
+/// What all families of requests (classes called ...Requests) work with: the bottles, their templates, and
+/// the queues in which jobs change them. Everything that changes a bottle goes through that bottle's queue;
+/// ending processes does not wait there. Knows no bus. Owned by BottleService; lives in the main thread.
 class BottleEngine : public QObject {
     Q_OBJECT
 
@@ -27,92 +23,49 @@ public:
     explicit BottleEngine(const QString& dataDir, QObject* parent = nullptr);
     ~BottleEngine() override;
 
-    /// Removes what jobs of an earlier run left half done. Once, before the first request.
-    void recover();
+    QString dataDir() const { return m_dataDir; }
+    const BottleAccess& bottles() const { return m_bottles; }
+    Templates* templates() { return &m_templates; }
+    Reclaimer* reclaimer() { return &m_reclaimer; }
+    /// The bottle as its jobs get it; it need not exist.
+    JobBottle jobBottle(const QString& bottle);
 
-    Answer list() const;
-    Answer get(const QString& bottle) const;
-    Answer getEmulators(const QString& bottle) const;
-    Answer checkPublicBottles(const QString& queryJson) const;
-    void getRunnerVersion(const QString& runner, const Reply& reply);
-
-    void createBottles(const QString& bottle, const QString& runner, const Reply& reply);
-    void deleteBottle(const QString& bottle, const Reply& reply);
-    /// The job of deleteBottle, for a job of that bottle which has decided so.
-    std::unique_ptr<Job> deletionOf(const QString& bottle, const Reply& reply);
+    /// Adds a job to the bottle's queue. A queue that is closed drops it, and the job then answers that the
+    /// service is ending.
+    void enqueue(const QString& bottle, std::unique_ptr<Job> job);
+    /// The same for a function that answers at once when its turn has come.
+    void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);
+    /// For jobs that only end processes. They run beside the bottle's queue, so that nobody waits for an
+    /// installation before a program is ended.
+    void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
+    /// Adds a job that updates the bottle to the installed build of its Wine (RenewBottleJob).
+    void renew(const QString& bottle);
+    /// Waits as BottleAccess::waitForPrograms() does, for a request to install something. While the bottle's
+    /// queue has jobs it reports no program at once: the processes may be the service's own, and the
+    /// installation checks again when its turn has come.
+    void waitBeforeInstall(const QString& bottle, QObject* context,
+                           const std::function<void(const QStringList& running)>& then);
 
     /// Nothing is being done, not even in the background.
     bool isIdle() const;
     /// Nobody waits for anything; a template may be prepared in advance.
     bool isQuiet() const;
-
-    /// Cancels what runs and takes nothing new; closed() follows.
+    bool isClosing() const { return m_closing; }
+    /// Cancels running jobs and accepts no new ones; closed() follows.
     void close();
 
-    /// Tools for requests.
-    const BottleStore& store() const { return m_store; }
-    const Runners& runners() const { return m_runners; }
-    QString dataDir() const { return m_dataDir; }
-    Reclaimer* reclaimer() { return &m_reclaimer; }
-    Templates* templates() { return &m_templates; }
-    /// Answers a request whose bottle has an impossible name; then true.
-    bool refuse(const QString& bottle, const Reply& reply) const;
-    /// The same for a bottle that is not there.
-    bool refuseUnknown(const QString& bottle, const Reply& reply) const;
-    /// Good if the bottle may be used.
-    Answer checked(const QString& bottle) const;
-    static Answer noProgram(const QString& bottle, const QString& programId);
-    /// The settings of a bottle that may be used; otherwise nothing, and why.
-    std::optional<BottleYaml> loaded(const QString& bottle, Answer* failure) const;
-    void enqueue(const QString& bottle, const Reply& reply, std::function<Answer()> work);
-    void enqueue(const QString& bottle, std::unique_ptr<Job> job);
-    /// For jobs that only end processes: beside the bottle's queue, since nobody waits for minutes until a
-    /// program is ended.
-    void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
-    /// The names of the programs that run in the bottle or are being started there.
-    QStringList runningPrograms(const QString& bottle) const;
-    /// Calls then with the names of the programs that run in the bottle or are being started there: when
-    /// there are none, or after the limit. Not called when context is destroyed before.
-    void waitForPrograms(const QString& bottle, QObject* context,
-                         const std::function<void(const QStringList& running)>& then,
-                         int limitMs = RunningPrograms::GraceMs);
-    /// The same for a request, before the bottle's turn. While the service itself is at work in the bottle
-    /// there is nothing to tell: its processes are no programs, and an installation looks once more.
-    void waitBeforeInstall(const QString& bottle, QObject* context,
-                           const std::function<void(const QStringList& running)>& then);
-    /// Removes the files that an installation has set aside.
-    void removeBackup(const QString& bottle);
-    /// Writes bottle.yml and launch.json. Only from a job of that bottle.
-    bool saveSettings(const QString& bottle, const BottleYaml& settings, QString* error);
-    /// Lets a bottle follow an update of its Wine before the jobs that are added after this.
-    void renew(const QString& bottle);
-    /// The bottles that were made by another build of their Wine than is installed now.
-    QStringList outdatedBottles() const;
-    /// Removes the templates of which no bottle and no Wine is left.
-    void removeUnneededTemplates();
-    bool isClosing() const { return m_closing; }
-    /// Without a Wine when the runner is not installed.
-    Runner runnerOf(const BottleYaml& settings) const;
-
 Q_SIGNALS:
-    /// What is being done in the bottle is in vain from now on.
-    void aboutToDelete(const QString& bottle);
-    void bottleDeleted(const QString& bottle);
     void closed();
 
 private:
-    void removeUnfinishedFiles();
-    void tellClosed();
-    void writeLaunchData(const QString& bottle, const BottleYaml& settings) const;
+    void reportClosed();
 
     QString m_dataDir;
-    BottleStore m_store;
-    Runners m_runners;
+    BottleAccess m_bottles;
     Reclaimer m_reclaimer;
     Templates m_templates;
     JobQueue m_queue;
     JobQueue m_stops;
     QTimer m_trim;
     bool m_closing = false;
-    QHash<QString, QString> m_versions;  ///< by path, time and size of the Wine
 };

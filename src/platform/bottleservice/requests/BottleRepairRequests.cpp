@@ -6,6 +6,7 @@
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/jobs/RepairBottleJob.h"
 #include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/RequestChecks.h"
 #include "bottleservice/wine/PrefixDamage.h"
 
 using JsonText::compact;
@@ -14,9 +15,9 @@ namespace {
 
 constexpr int MaximumFilesTold = 50;
 
-QJsonObject resultOf(const Answer& answer, int mended) {
+QJsonObject resultOf(const Answer& answer, int renewed) {
     if (answer.isGood())
-        return {{"ok", true}, {"mended", mended}};
+        return {{"ok", true}, {"mended", renewed}};
     QJsonObject result{{"ok", false}, {"error", answer.reason.text()}, {"reasons", answer.reason.toJson()}};
     if (answer.fault == Answer::Fault::Busy)
         result.insert("busy", QJsonArray::fromStringList(answer.running));
@@ -30,17 +31,17 @@ BottleRepairRequests::BottleRepairRequests(BottleEngine* engine, QObject* parent
 
 void BottleRepairRequests::damage(const QString& bottle, const Reply& reply) {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings) {
         reply(failure);
         return;
     }
     Templates* templates = m_engine->templates();
-    const QString original = templates->pathOf(Templates::keyOf(m_engine->runnerOf(*settings)));
+    const QString original = templates->pathOf(Templates::keyOf(m_engine->bottles().runnerOf(*settings)));
     auto files = std::make_shared<QStringList>();
     templates->run(
         this,
-        [files, original, prefix = m_engine->store().pathOf(bottle)](const std::atomic_bool& cancelled) {
+        [files, original, prefix = m_engine->bottles().pathOf(bottle)](const std::atomic_bool& cancelled) {
             *files = PrefixDamage::find(prefix, original, cancelled);
             return QString();
         },
@@ -52,16 +53,16 @@ void BottleRepairRequests::damage(const QString& bottle, const Reply& reply) {
 }
 
 void BottleRepairRequests::renewBottle(const QString& bottle, const Reply& reply) {
-    if (m_engine->refuseUnknown(bottle, reply))
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
-    auto mended = std::make_shared<int>(0);
+    auto renewed = std::make_shared<int>(0);
     auto job = std::make_unique<RepairBottleJob>(
-        m_engine, bottle, mended,
-        [reply, mended](const Answer& answer) { reply(Answer::of(compact(resultOf(answer, *mended)))); });
+        m_engine->jobBottle(bottle), renewed,
+        [reply, renewed](const Answer& answer) { reply(Answer::of(compact(resultOf(answer, *renewed)))); });
     auto& renewals = m_renewals[bottle];
     renewals.removeAll(nullptr);
     renewals += job.get();
-    m_engine->renew(bottle);  // what the Wine's update brings is no damage
+    m_engine->renew(bottle);  // files that an update of Wine has added are no damage
     m_engine->enqueue(bottle, std::move(job));
 }
 

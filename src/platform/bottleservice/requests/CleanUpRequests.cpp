@@ -2,10 +2,21 @@
 
 #include "bottleservice/jobs/DeleteUnusedJob.h"
 #include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/BottleRequests.h"
+#include "bottleservice/requests/ProgramRequests.h"
+#include "bottleservice/requests/RequestChecks.h"
 
 void CleanUpRequests::deleteIfUnused(const QString& bottle, const QString& ignoredProgram,
                                      const Reply& reply) {
-    if (!m_engine->refuse(bottle, reply))
-        m_engine->enqueue(
-            bottle, std::make_unique<DeleteUnusedJob>(m_engine, m_programs, bottle, ignoredProgram, reply));
+    if (RequestChecks::refuseName(bottle, reply))
+        return;
+    const DeleteUnusedJob::Tools tools{m_programs->iconScript(),
+                                       [bottles = m_bottles, bottle](const Reply& deleted) {
+                                           return bottles->makeDeletion(bottle, deleted);
+                                       },
+                                       [programs = m_programs, bottle](const QVector<QJsonObject>& records) {
+                                           return programs->enter(bottle, records);
+                                       }};
+    m_engine->enqueue(
+        bottle, std::make_unique<DeleteUnusedJob>(m_engine->jobBottle(bottle), ignoredProgram, tools, reply));
 }

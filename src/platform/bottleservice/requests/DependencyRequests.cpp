@@ -11,6 +11,7 @@
 #include "bottleservice/components/Sources.h"
 #include "bottleservice/jobs/InstallDependencyJob.h"
 #include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/RequestChecks.h"
 
 namespace {
 
@@ -39,7 +40,7 @@ void DependencyRequests::install(const QString& bottle, const QString& dependenc
                             QString("\"%1\" is no name of a component.").arg(BottleName::shown(dependency))));
         return;
     }
-    const Answer check = m_engine->checked(bottle);
+    const Answer check = m_engine->bottles().check(bottle);
     if (!check.isGood()) {
         reply(check);
         Q_EMIT done(bottle, dependency, check);
@@ -79,7 +80,7 @@ void DependencyRequests::planFirst(const QString& bottle) {
 
 InstallPlan DependencyRequests::planOf(const QString& bottle, const QString& dependency) const {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return {{}, failure.reason};
     QStringList installed;
@@ -87,9 +88,9 @@ InstallPlan DependencyRequests::planOf(const QString& bottle, const QString& dep
         installed += name.toString();
     InstallPlan::Asked asked{
         dependency, installed, !QStandardPaths::findExecutable("winetricks").isEmpty(), {}};
-    const Runner runner = m_engine->runnerOf(*settings);
+    const Runner runner = m_engine->bottles().runnerOf(*settings);
     if (!runner.wine.isEmpty())
-        asked.target = RecipeTarget::of(m_engine->store().pathOf(bottle), runner.wine);
+        asked.target = RecipeTarget::of(m_engine->bottles().pathOf(bottle), runner.wine);
     return InstallPlan::make(asked, Recipes(m_catalogueDir, m_engine->dataDir()), sources());
 }
 
@@ -124,7 +125,7 @@ void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& rec
 void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& recipes) {
     const QString dependency = m_lines[bottle].head().dependency;
     auto job = std::make_unique<InstallDependencyJob>(
-        m_engine, bottle, recipes, m_downloads,
+        m_engine->jobBottle(bottle), recipes, m_downloads,
         [self = QPointer<DependencyRequests>(this), bottle](const Answer& answer) {
             if (self)
                 self->firstEnded(bottle, answer);
@@ -160,12 +161,12 @@ void DependencyRequests::firstEnded(const QString& bottle, const Answer& result)
 
 void DependencyRequests::installing(const QString& bottle, const Reply& reply) {
     const auto line = m_lines.constFind(bottle);
-    if (!m_engine->refuseUnknown(bottle, reply))
+    if (!RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         reply(Answer::of(line == m_lines.constEnd() ? QString() : line->head().dependency));
 }
 
 void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
-    if (m_engine->refuseUnknown(bottle, reply))
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
     const auto line = m_lines.find(bottle);
     if (line != m_lines.end()) {

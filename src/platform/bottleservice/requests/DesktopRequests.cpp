@@ -16,7 +16,9 @@
 #include "bottleservice/files/AtomicFile.h"
 #include "bottleservice/files/PlainFile.h"
 #include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/BottleRequests.h"
 #include "bottleservice/requests/ProgramRequests.h"
+#include "bottleservice/requests/RequestChecks.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -45,14 +47,14 @@ QString digest(const QString& key) {
 
 }  // namespace
 
-DesktopRequests::DesktopRequests(BottleEngine* engine, ProgramRequests* programs, const QString& command,
-                                 const QString& iconScript, QObject* parent)
+DesktopRequests::DesktopRequests(BottleEngine* engine, BottleRequests* bottles, ProgramRequests* programs,
+                                 const QString& command, const QString& iconScript, QObject* parent)
     : QObject(parent),
       m_engine(engine),
       m_command(command),
       m_made(engine->dataDir()),
-      m_collector(engine->store(), iconScript) {
-    connect(engine, &BottleEngine::bottleDeleted, this, &DesktopRequests::forgetBottle);
+      m_collector(engine->bottles().store(), iconScript) {
+    connect(bottles, &BottleRequests::bottleDeleted, this, &DesktopRequests::forgetBottle);
     connect(programs, &ProgramRequests::scanned, this, &DesktopRequests::collectAssociations);
     connect(programs, &ProgramRequests::programDeleted, this,
             [this](const QString& bottle, const QString& id) { m_made.undo(bottle, id); });
@@ -76,18 +78,19 @@ DesktopRequests::DesktopRequests(BottleEngine* engine, ProgramRequests* programs
 void DesktopRequests::recover() {
     m_made.removeUnfinished();
     // A disk that is not there now has not lost its bottles.
-    if (!QDir(m_engine->store().root()).isReadable() || m_engine->store().names().isEmpty())
+    if (!QDir(m_engine->bottles().store().root()).isReadable() ||
+        m_engine->bottles().store().names().isEmpty())
         return;
     for (const QString& bottle : m_made.bottles()) {
         if (BottleName::check(bottle).isEmpty() &&
-            m_engine->store().state(bottle) == BottleStore::State::Missing)
+            m_engine->bottles().store().state(bottle) == BottleStore::State::Missing)
             forgetBottle(bottle);
     }
 }
 
 void DesktopRequests::createDesktopEntry(const QString& bottle, const QString& programId,
                                          const Reply& reply) {
-    if (!m_engine->refuse(bottle, reply))
+    if (!RequestChecks::refuseName(bottle, reply))
         m_engine->enqueue(bottle, reply, [this, bottle, programId] {
             QStringList places{dataLocation() + "/applications"};
             const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
@@ -100,12 +103,12 @@ void DesktopRequests::createDesktopEntry(const QString& bottle, const QString& p
 Answer DesktopRequests::writeEntry(const QString& bottle, const QString& programId,
                                    const QStringList& places) {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
     // An id that somebody wrote into bottle.yml by hand could be a path.
     if (!settings->hasProgram(programId) || !Programs::isProgramId(programId))
-        return BottleEngine::noProgram(bottle, programId);
+        return RequestChecks::noProgram(bottle, programId);
     const QJsonObject program = settings->program(programId);
     const QString icon = program["icon"].toString();
     const QString file = QString(program["path"].toString()).replace('\\', '/').section('/', -1);
@@ -127,15 +130,15 @@ Answer DesktopRequests::writeEntry(const QString& bottle, const QString& program
 
 void DesktopRequests::exportFileAssociations(const QString& bottle, const QStringList& keys,
                                              const Reply& reply) {
-    if (!m_engine->refuse(bottle, reply))
+    if (!RequestChecks::refuseName(bottle, reply))
         m_engine->enqueue(bottle, reply, [this, bottle, keys] { return writeAssociations(bottle, keys); });
 }
 
 Answer DesktopRequests::writeAssociations(const QString& bottle, const QStringList& keys) {
-    const Answer usable = m_engine->checked(bottle);
+    const Answer usable = m_engine->bottles().check(bottle);
     if (!usable.isGood())
         return usable;
-    const QJsonObject known = Associations::load(m_engine->store().pathOf(bottle));
+    const QJsonObject known = Associations::load(m_engine->bottles().pathOf(bottle));
     if (keys.size() > known.size())
         return Answer::failure(Fault::InvalidArgs, "More associations than the bottle has, or some twice.");
     for (const QString& key : keys) {
@@ -180,8 +183,8 @@ bool DesktopRequests::rememberExported(const QString& bottle, const QStringList&
 }
 
 Answer DesktopRequests::keep(const QString& bottle, const QJsonObject& associations) {
-    const Answer usable = m_engine->checked(bottle);
-    const QString path = m_engine->store().pathOf(bottle);
+    const Answer usable = m_engine->bottles().check(bottle);
+    const QString path = m_engine->bottles().pathOf(bottle);
     if (!usable.isGood() || associations == Associations::load(path))
         return usable;
     QString error;

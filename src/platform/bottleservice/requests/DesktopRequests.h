@@ -9,6 +9,7 @@
 #include "bottleservice/result/Answer.h"
 
 class BottleEngine;
+class BottleRequests;
 class ProgramRequests;
 
 /// What bottles have to do with the user's desktop. Only these requests put anything into menus, onto the
@@ -18,8 +19,8 @@ class DesktopRequests : public QObject {
 
 public:
     /// `command` is the application that entries start, iconScript the path of icon_extractor.py.
-    DesktopRequests(BottleEngine* engine, ProgramRequests* programs, const QString& command,
-                    const QString& iconScript, QObject* parent = nullptr);
+    DesktopRequests(BottleEngine* engine, BottleRequests* bottles, ProgramRequests* programs,
+                    const QString& command, const QString& iconScript, QObject* parent = nullptr);
 
     /// Takes back what was made for bottles that are gone.
     void recover();

@@ -6,8 +6,10 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/bottles/WindowsCommandLine.h"
-#include "bottleservice/jobs/StopJobs.h"
+#include "bottleservice/jobs/StopBottleJob.h"
+#include "bottleservice/jobs/StopProgramJob.h"
 #include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/RequestChecks.h"
 #include "bottleservice/wine/DetachedCommand.h"
 #include "bottleservice/wine/LaunchData.h"
 #include "bottleservice/wine/WineEnvironment.h"
@@ -22,7 +24,10 @@ constexpr int MaximumIdCharacters = 128;
 }  // namespace
 
 ProcessRequests::ProcessRequests(BottleEngine* engine, QObject* parent)
-    : QObject(parent), m_engine(engine), m_watch(engine->store()), m_runs(engine->store()) {
+    : QObject(parent),
+      m_engine(engine),
+      m_watch(engine->bottles().store()),
+      m_runs(engine->bottles().store()) {
     connect(&m_watch, &ProgramWatch::exited, this, &ProcessRequests::programExited);
     connect(&m_runs, &RunMonitor::started, this, &ProcessRequests::programStarted);
     connect(&m_runs, &RunMonitor::ended, this, &ProcessRequests::programEnded);
@@ -49,25 +54,25 @@ void ProcessRequests::onProgramsChanged() {
 }
 
 void ProcessRequests::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {
-    if (m_engine->refuse(bottle, reply))
+    if (RequestChecks::refuseName(bottle, reply))
         return;
     if (programId.isEmpty() || programId.size() > MaximumIdCharacters) {
         reply(Answer::failure(Fault::InvalidArgs, "The program's id is empty or too long."));
         return;
     }
-    m_engine->enqueueStop(bottle,
-                          std::make_unique<StopProgramJob>(m_engine->store(), bottle, programId, reply));
+    m_engine->enqueueStop(
+        bottle, std::make_unique<StopProgramJob>(m_engine->bottles().store(), bottle, programId, reply));
 }
 
 void ProcessRequests::killWineServer(const QString& bottle, const Reply& reply) {
-    if (m_engine->refuse(bottle, reply))
+    if (RequestChecks::refuseName(bottle, reply))
         return;
-    m_engine->enqueueStop(
-        bottle, std::make_unique<StopBottleJob>(m_engine->store(), bottle, m_engine->runners(), reply));
+    m_engine->enqueueStop(bottle, std::make_unique<StopBottleJob>(m_engine->bottles().store(), bottle,
+                                                                  m_engine->bottles().runners(), reply));
 }
 
 void ProcessRequests::runCommand(const QString& bottle, const QString& commandLine, const Reply& reply) {
-    if (m_engine->refuse(bottle, reply))
+    if (RequestChecks::refuseName(bottle, reply))
         return;
     const QStringList arguments = WindowsCommandLine::split(commandLine);
     // Wine itself would take a leading "-" for its own option.
@@ -83,14 +88,14 @@ void ProcessRequests::runCommand(const QString& bottle, const QString& commandLi
 
 Answer ProcessRequests::startCommand(const QString& bottle, const QStringList& arguments) {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
-    const Runner runner = m_engine->runnerOf(*settings);
+    const Runner runner = m_engine->bottles().runnerOf(*settings);
     if (runner.wine.isEmpty())
         return Answer::failure(Fault::Failed,
                                Reason(Reason::NoRunner, {BottleName::shown(settings->runner())}));
-    const QString path = m_engine->store().pathOf(bottle);
+    const QString path = m_engine->bottles().pathOf(bottle);
     const QJsonObject variables = LaunchData::environment(path, settings->record());
     const QString fault =
         DetachedCommand::start(runner.wine, arguments, WineEnvironment::forProcess(variables), path);

@@ -16,6 +16,7 @@
 #include "bottleservice/files/Background.h"
 #include "bottleservice/jobs/WorkerJob.h"
 #include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/RequestChecks.h"
 
 using Fault = Answer::Fault;
 using JsonText::compact;
@@ -30,7 +31,7 @@ ProgramRequests::~ProgramRequests() {
 
 void ProgramRequests::updateExternalProgram(const QString& bottle, const QString& recordJson,
                                             const Reply& reply) {
-    if (m_engine->refuse(bottle, reply))
+    if (RequestChecks::refuseName(bottle, reply))
         return;
     QString error;
     const QJsonObject given = Programs::parse(recordJson, &error);
@@ -43,14 +44,14 @@ void ProgramRequests::updateExternalProgram(const QString& bottle, const QString
 
 void ProgramRequests::removeExternalProgram(const QString& bottle, const QString& programId,
                                             const Reply& reply) {
-    if (!m_engine->refuse(bottle, reply))
+    if (!RequestChecks::refuseName(bottle, reply))
         m_engine->enqueue(bottle, reply,
                           [this, bottle, programId] { return removeProgram(bottle, programId); });
 }
 
 Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& given) {
     Answer failure;
-    auto settings = m_engine->loaded(bottle, &failure);
+    auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
     QString error;
@@ -64,7 +65,7 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
         return Answer::of();
     // Only what was given: the rest stays as it was written.
     settings->setProgram(id, isNew ? record : given);
-    if (!m_engine->saveSettings(bottle, *settings, &error))
+    if (!m_engine->bottles().save(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << (isNew ? "added program" : "changed program") << id << "of" << BottleName::shown(bottle);
     const QString text = compact(settings->program(id));
@@ -80,7 +81,7 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
 
 /// A file that was opened from anywhere looks in the library as it did in its banner.
 void ProgramRequests::takeIcon(const QString& bottle, const QString& id, const QString& programPath) {
-    const QString path = m_engine->store().pathOf(bottle);
+    const QString path = m_engine->bottles().pathOf(bottle);
     inWorker(
         [this, path, id, programPath] {
             return Answer::of(ProgramIcon::extract(m_iconScript, path, id,
@@ -96,11 +97,11 @@ void ProgramRequests::takeIcon(const QString& bottle, const QString& id, const Q
 
 Answer ProgramRequests::giveIcon(const QString& bottle, const QString& id, const QString& icon) {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
     if (!settings->hasProgram(id))
-        ProgramIcon::remove(m_engine->store().pathOf(bottle), id);
+        ProgramIcon::remove(m_engine->bottles().pathOf(bottle), id);
     else if (settings->program(id).value("icon").toString().isEmpty())
         return updateProgram(bottle, {{"id", id}, {"icon", icon}});
     return Answer::of();
@@ -108,16 +109,16 @@ Answer ProgramRequests::giveIcon(const QString& bottle, const QString& id, const
 
 Answer ProgramRequests::removeProgram(const QString& bottle, const QString& programId) {
     Answer failure;
-    auto settings = m_engine->loaded(bottle, &failure);
+    auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
     QString error;
     if (!settings->removeProgram(programId))
-        return BottleEngine::noProgram(bottle, programId);
-    if (!m_engine->saveSettings(bottle, *settings, &error))
+        return RequestChecks::noProgram(bottle, programId);
+    if (!m_engine->bottles().save(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << "removed program" << BottleName::shown(programId) << "of" << BottleName::shown(bottle);
-    ProgramIcon::remove(m_engine->store().pathOf(bottle), programId);
+    ProgramIcon::remove(m_engine->bottles().pathOf(bottle), programId);
     Q_EMIT programDeleted(bottle, programId);
     return Answer::of();
 }
@@ -128,7 +129,7 @@ void ProgramRequests::inWorker(std::function<Answer()> work, const Reply& reply)
 
 void ProgramRequests::listAllPrograms(const Reply& reply) {
     inWorker(
-        [store = m_engine->store()] {
+        [store = m_engine->bottles().store()] {
             QJsonArray summaries;
             for (const QString& bottle : store.names()) {
                 QString error;
@@ -137,7 +138,7 @@ void ProgramRequests::listAllPrograms(const Reply& reply) {
                     qWarning() << error;
                     continue;
                 }
-                const QJsonObject programs = settings->record().value("External_Programs").toObject();
+                const QJsonObject programs = settings->programs();
                 for (const QJsonValue& program : programs)
                     summaries.append(Programs::summary(bottle, store.pathOf(bottle), program.toObject()));
             }
@@ -149,17 +150,17 @@ void ProgramRequests::listAllPrograms(const Reply& reply) {
 void ProgramRequests::read(const QString& bottle, const Reply& reply,
                            std::function<QJsonArray(const QJsonObject&)> work) {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings) {
         reply(failure);
         return;
     }
-    const QJsonObject programs = settings->record().value("External_Programs").toObject();
+    const QJsonObject programs = settings->programs();
     inWorker([work = std::move(work), programs] { return Answer::of(compact(work(programs))); }, reply);
 }
 
 void ProgramRequests::listBottlesAllPrograms(const QString& bottle, const Reply& reply) {
-    read(bottle, reply, [bottle, path = m_engine->store().pathOf(bottle)](const QJsonObject& programs) {
+    read(bottle, reply, [bottle, path = m_engine->bottles().pathOf(bottle)](const QJsonObject& programs) {
         QJsonArray all;
         QSet<QString> known;
         for (const QJsonValue& program : programs) {
@@ -175,21 +176,21 @@ void ProgramRequests::listBottlesAllPrograms(const QString& bottle, const Reply&
 }
 
 void ProgramRequests::listDlls(const QString& bottle, const Reply& reply) {
-    read(bottle, reply, [path = m_engine->store().pathOf(bottle)](const QJsonObject& programs) {
+    read(bottle, reply, [path = m_engine->bottles().pathOf(bottle)](const QJsonObject& programs) {
         return QJsonArray::fromStringList(BottleScan::dllsBeside(path, programs));
     });
 }
 
 void ProgramRequests::listUpdaters(const QString& bottle, const Reply& reply) {
-    read(bottle, reply, [path = m_engine->store().pathOf(bottle)](const QJsonObject& programs) {
+    read(bottle, reply, [path = m_engine->bottles().pathOf(bottle)](const QJsonObject& programs) {
         return QJsonArray::fromStringList(BottleScan::updatersBeside(path, programs));
     });
 }
 
 void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, const Reply& reply) {
-    if (m_engine->refuse(bottle, reply))
+    if (RequestChecks::refuseName(bottle, reply))
         return;
-    const auto work = [this, bottle, since, script = m_iconScript, store = m_engine->store()](
+    const auto work = [this, bottle, since, script = m_iconScript, store = m_engine->bottles().store()](
                           const std::atomic_bool& cancelled) -> WorkerJob::Conclusion {
         const QString path = store.pathOf(bottle);
         QString error;
@@ -198,7 +199,7 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
         if (settings)
             found = FoundPrograms(path, script, cancelled)
                         .ofShortcuts(BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(since)),
-                                     settings->record().value("External_Programs").toObject());
+                                     settings->programs());
         return [this, bottle, path, since, found] {
             const Answer answer = enter(bottle, found);
             if (answer.isGood())
@@ -217,19 +218,19 @@ void ProgramRequests::dumpManifest(const QString& formJson, const Reply& reply) 
         return;
     }
     const QString bottle = form["bottlesName"].toString();
-    if (!m_engine->refuse(bottle, reply))
+    if (!RequestChecks::refuseName(bottle, reply))
         m_engine->enqueue(bottle, reply, [this, bottle, form] { return writeManifest(bottle, form); });
 }
 
 Answer ProgramRequests::writeManifest(const QString& bottle, const QJsonObject& form) {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
     const QString id = form["programUuid"].toString();
     if (!settings->hasProgram(id))
-        return BottleEngine::noProgram(bottle, id);
-    const QString path = m_engine->store().pathOf(bottle) + Manifest::FileName;
+        return RequestChecks::noProgram(bottle, id);
+    const QString path = m_engine->bottles().pathOf(bottle) + Manifest::FileName;
     QString error;
     if (!AtomicFile::replace(path, Manifest::render(form, settings->record(), settings->program(id)), &error))
         return Answer::failure(Fault::Failed, error);
@@ -239,7 +240,7 @@ Answer ProgramRequests::writeManifest(const QString& bottle, const QJsonObject& 
 
 Answer ProgramRequests::enter(const QString& bottle, const Found& found) {
     Answer failure;
-    auto settings = m_engine->loaded(bottle, &failure);
+    auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
     QJsonArray added;
@@ -249,7 +250,7 @@ Answer ProgramRequests::enter(const QString& bottle, const Found& found) {
         settings->setProgram(given["id"].toString(), record);
         added.append(record);
     }
-    if (!added.isEmpty() && !m_engine->saveSettings(bottle, *settings, &error))
+    if (!added.isEmpty() && !m_engine->bottles().save(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
     for (const QJsonValue& record : qAsConst(added)) {
         const QString id = record["id"].toString();

@@ -12,6 +12,7 @@
 #include "bottleservice/files/Background.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/DependencyRequests.h"
+#include "bottleservice/requests/RequestChecks.h"
 
 using Fault = Answer::Fault;
 
@@ -68,7 +69,7 @@ void RepairOfferRequests::recover() {
 
 void RepairOfferRequests::describe(const QString& bottle, const QString& kind, const QStringList& names,
                                    const Reply& reply) {
-    if (m_engine->refuseUnknown(bottle, reply))
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
     if ((kind != DependencyKind && kind != RunnerKind) || names.size() > MaximumNames) {
         reply(Answer::failure(Fault::InvalidArgs,
@@ -101,7 +102,7 @@ QJsonObject RepairOfferRequests::dependency(const QString& bottle, const QString
 
 QJsonObject RepairOfferRequests::runner(const QString& name) const {
     const Sources sources = m_dependencies->sources();
-    const bool isInstalled = m_engine->runners().find(name).has_value();
+    const bool isInstalled = m_engine->bottles().runners().find(name).has_value();
     const QString archive = sources.archiveOf(RunnerKind, name);
     QJsonArray files;
     if (!isInstalled && !archive.isEmpty())
@@ -129,10 +130,10 @@ QJsonObject RepairOfferRequests::fileOf(const Source& source) const {
 
 Answer RepairOfferRequests::runnersFor32Bit() const {
     const Sources sources = m_dependencies->sources();
-    const QStringList present = m_engine->runners().names();
+    const QStringList present = m_engine->bottles().runners().names();
     QJsonArray installed, supported;
     for (const QString& name : present) {
-        if (Runners::runs32Bit(m_engine->runners().find(name)->wine))
+        if (Runners::runs32Bit(m_engine->bottles().runners().find(name)->wine))
             installed += name;
     }
     for (const QString& name : sources.components(RunnerKind)) {
@@ -146,7 +147,7 @@ Answer RepairOfferRequests::runnersFor32Bit() const {
 
 void RepairOfferRequests::takeFile(const QString& bottle, const QString& dependency, const QString& path,
                                    const Reply& reply) {
-    if (m_engine->refuseUnknown(bottle, reply))
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
     const Sources sources = m_dependencies->sources();
     const InstallPlan plan = m_dependencies->planOf(bottle, dependency);

@@ -8,6 +8,7 @@
 #include "bottleservice/bottles/Emulators.h"
 #include "bottleservice/jobs/ChangeSettingsJob.h"
 #include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/RequestChecks.h"
 #include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/settings/SettingRules.h"
 
@@ -23,9 +24,9 @@ SettingsRequests::SettingsRequests(BottleEngine* engine, QObject* parent)
     : QObject(parent), m_engine(engine) {}
 
 void SettingsRequests::recover() {
-    for (const QString& bottle : m_engine->store().names()) {
+    for (const QString& bottle : m_engine->bottles().store().names()) {
         QString error;
-        const auto settings = m_engine->store().load(bottle, &error);
+        const auto settings = m_engine->bottles().store().load(bottle, &error);
         if (!settings || settings->pendingRegistry().isEmpty())
             continue;
         qWarning() << "a change of the registry of" << BottleName::shown(bottle)
@@ -37,7 +38,7 @@ void SettingsRequests::recover() {
 
 bool SettingsRequests::refuse(bool wrong, const QString& bottle, const QString& sentence,
                               const Reply& reply) const {
-    if (m_engine->refuse(bottle, reply))
+    if (RequestChecks::refuseName(bottle, reply))
         return true;
     if (wrong)
         reply(Answer::failure(Answer::Fault::InvalidArgs, sentence));
@@ -46,8 +47,8 @@ bool SettingsRequests::refuse(bool wrong, const QString& bottle, const QString& 
 
 void SettingsRequests::change(const QString& bottle, std::function<void(BottleYaml&)> change,
                               const RegistryChange& registry, const Reply& reply) {
-    m_engine->enqueue(
-        bottle, std::make_unique<ChangeSettingsJob>(m_engine, bottle, std::move(change), registry, reply));
+    m_engine->enqueue(bottle, std::make_unique<ChangeSettingsJob>(m_engine->jobBottle(bottle),
+                                                                  std::move(change), registry, reply));
 }
 
 void SettingsRequests::setDpi(const QString& bottle, int dpi, const Reply& reply) {
@@ -81,7 +82,7 @@ void SettingsRequests::setRenderer(const QString& bottle, const QString& rendere
 void SettingsRequests::setWindowsVersion(const QString& bottle, const QString& code, const Reply& reply) {
     if (refuse(false, bottle, {}, reply))
         return;
-    const bool is64Bit = QFileInfo::exists(m_engine->store().pathOf(bottle) + "/drive_c/windows/syswow64");
+    const bool is64Bit = QFileInfo::exists(m_engine->bottles().pathOf(bottle) + "/drive_c/windows/syswow64");
     const QString version = SettingRules::windowsVersion(code, is64Bit);
     if (refuse(
             version.isEmpty(), bottle,
@@ -153,7 +154,7 @@ void SettingsRequests::removeFontReplacement(const QString& bottle, const QStrin
 
 Answer SettingsRequests::listed(const QString& bottle, const char* key) const {
     Answer failure;
-    const auto settings = m_engine->loaded(bottle, &failure);
+    const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
     return Answer::of(QString::fromUtf8(QJsonDocument(settings->record().value(QLatin1String(key)).toObject())

@@ -21,7 +21,7 @@ void TemplatePreparation::start() {
     bool isNumber = false;
     const int given = qEnvironmentVariableIntValue(SecondsVariable, &isNumber);
     const int seconds = isNumber ? given : DefaultSeconds;
-    const auto runner = m_engine->runners().find(Runners::DefaultName);
+    const auto runner = m_engine->bottles().runners().find(Runners::DefaultName);
     if (seconds >= 0 && runner && m_engine->templates()->isMissing(*runner))
         m_timer.start(seconds * 1000);
 }
@@ -56,7 +56,7 @@ void TemplatePreparation::look() {
         templates->resumePreparation();
         return;
     }
-    const auto runner = m_engine->runners().find(Runners::DefaultName);
+    const auto runner = m_engine->bottles().runners().find(Runners::DefaultName);
     if (!runner || !templates->isMissing(*runner)) {
         stop();
         return;

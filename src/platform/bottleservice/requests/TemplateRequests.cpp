@@ -18,7 +18,7 @@ void TemplateRequests::recreate(const Reply& reply) {
     if (m_waiting.size() > 1)
         return;
     m_faults = {};
-    m_runners = m_engine->runners().names();
+    m_runners = m_engine->bottles().runners().names();
     if (m_runners.isEmpty())
         m_faults += Reason::NoWine;
     next();
@@ -27,7 +27,7 @@ void TemplateRequests::recreate(const Reply& reply) {
 void TemplateRequests::next() {
     std::optional<Runner> runner;
     while (!runner && !m_runners.isEmpty() && !m_engine->isClosing())
-        runner = m_engine->runners().find(m_runners.takeFirst());
+        runner = m_engine->bottles().runners().find(m_runners.takeFirst());
     if (!runner) {
         renewBottles();
         return;
@@ -49,7 +49,7 @@ void TemplateRequests::onMade(const Reason& reason) {
 }
 
 void TemplateRequests::renewBottles() {
-    const QStringList bottles = m_engine->outdatedBottles();
+    const QStringList bottles = m_engine->bottles().outdated();
     m_bottles = bottles.size();
     for (const QString& bottle : bottles) {
         Q_EMIT progress(QString("Bringing the bottle \"%1\" up to date.").arg(BottleName::shown(bottle)));
@@ -76,7 +76,7 @@ void TemplateRequests::onRenewed(const Answer& answer) {
 void TemplateRequests::leaveIfDone() {
     if (m_bottles > 0 || m_waiting.isEmpty())
         return;
-    m_engine->removeUnneededTemplates();
+    m_engine->templates()->removeAllBut(m_engine->bottles().neededTemplates());
     const Answer answer = m_faults.isEmpty() ? Answer::of() : Answer::failure(Fault::Failed, m_faults);
     if (answer.isGood())
         Q_EMIT progress("Everything is up to date.");

@@ -75,7 +75,7 @@ QStringList PrefixDamage::find(const QString& prefix, const QString& templatePat
     return damaged;
 }
 
-QString PrefixDamage::mend(const QString& prefix, const QString& templatePath, const QStringList& files,
+QString PrefixDamage::restore(const QString& prefix, const QString& templatePath, const QStringList& files,
                            Links links, const std::atomic_bool& cancelled) {
     for (const QString& relative : files) {
         if (cancelled)

@@ -20,7 +20,7 @@ enum class Links {
 };
 
 /// Puts the template's files in the place of those. Nothing may run in the prefix. Empty, or a sentence.
-QString mend(const QString& prefix, const QString& templatePath, const QStringList& files, Links links,
+QString restore(const QString& prefix, const QString& templatePath, const QStringList& files, Links links,
              const std::atomic_bool& cancelled);
 
 }  // namespace PrefixDamage

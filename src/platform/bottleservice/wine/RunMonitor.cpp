@@ -91,7 +91,7 @@ RunMonitor::Runs RunMonitor::find(std::set<pid_t>* alive) {
         if (!settings)
             continue;
         const RunOwners owners(m_store.pathOf(bottle),
-                               settings->record().value("External_Programs").toObject());
+                               settings->programs());
         for (const Processes::Entry& process : entries) {
             alive->insert(process.pid);
             for (const QString& program : owners.of(process))

@@ -1,38 +1,38 @@
 #include "bottleservice/wire/BottlesObject.h"
 
-#include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/BottleRequests.h"
 #include "bottleservice/wire/TextMethods.h"
 
-BottlesObject::BottlesObject(BottleEngine* engine, QObject* parent)
+BottlesObject::BottlesObject(BottleRequests* requests, QObject* parent)
     : BusObject("/com/lumora/Manager/Bottles", ":/wire/com.lumora.Manager.Bottles.xml", parent) {
-    handleReading(engine);
-    handleChanging(engine);
-    forwardSignals(engine);
+    handleReading(requests);
+    handleChanging(requests);
+    forwardSignals(requests);
 }
 
-void BottlesObject::handleReading(BottleEngine* engine) {
-    handle("list", [engine](const QVariantList&, const Reply& reply) { reply(engine->list()); });
-    using Reader = Answer (BottleEngine::*)(const QString&) const;
+void BottlesObject::handleReading(BottleRequests* requests) {
+    handle("list", [requests](const QVariantList&, const Reply& reply) { reply(requests->list()); });
+    using Reader = Answer (BottleRequests::*)(const QString&) const;
     const std::pair<const char*, Reader> readers[] = {
-        {"get", &BottleEngine::get},
-        {"getEmulators", &BottleEngine::getEmulators},
-        {"checkPublicBottles", &BottleEngine::checkPublicBottles},
+        {"get", &BottleRequests::get},
+        {"getEmulators", &BottleRequests::getEmulators},
+        {"checkPublicBottles", &BottleRequests::checkPublicBottles},
     };
     for (const auto& [name, reader] : readers) {
-        handle(name, [engine, reader = reader](const QVariantList& arguments, const Reply& reply) {
-            reply((engine->*reader)(arguments[0].toString()));
+        handle(name, [requests, reader = reader](const QVariantList& arguments, const Reply& reply) {
+            reply((requests->*reader)(arguments[0].toString()));
         });
     }
 }
 
-void BottlesObject::handleChanging(BottleEngine* engine) {
-    handleOneText<BottleEngine>(
-        this, engine,
-        {{"delete", &BottleEngine::deleteBottle}, {"getRunnerVersion", &BottleEngine::getRunnerVersion}});
-    handleTwoTexts<BottleEngine>(this, engine, {{"createBottles", &BottleEngine::createBottles}});
+void BottlesObject::handleChanging(BottleRequests* requests) {
+    handleOneText<BottleRequests>(
+        this, requests,
+        {{"delete", &BottleRequests::deleteBottle}, {"getRunnerVersion", &BottleRequests::getRunnerVersion}});
+    handleTwoTexts<BottleRequests>(this, requests, {{"createBottles", &BottleRequests::createBottles}});
 }
 
-void BottlesObject::forwardSignals(BottleEngine* engine) {
-    connect(engine, &BottleEngine::bottleDeleted, this,
+void BottlesObject::forwardSignals(BottleRequests* requests) {
+    connect(requests, &BottleRequests::bottleDeleted, this,
             [this](const QString& bottle) { emitSignal("bottles_deleted", {bottle}); });
 }

@@ -2,17 +2,18 @@
 
 #include "bottleservice/wire/BusObject.h"
 
-class BottleEngine;
+class BottleRequests;
 
-/// com.lumora.Manager.Bottles at /com/lumora/Manager/Bottles: the engine on the bus.
+/// com.lumora.Manager.Bottles at /com/lumora/Manager/Bottles: the bottles as a whole. The other families of
+/// requests about bottles add their methods (...Methods in this folder).
 class BottlesObject : public BusObject {
     Q_OBJECT
 
 public:
-    explicit BottlesObject(BottleEngine* engine, QObject* parent = nullptr);
+    explicit BottlesObject(BottleRequests* requests, QObject* parent = nullptr);
 
 private:
-    void handleReading(BottleEngine* engine);
-    void handleChanging(BottleEngine* engine);
-    void forwardSignals(BottleEngine* engine);
+    void handleReading(BottleRequests* requests);
+    void handleChanging(BottleRequests* requests);
+    void forwardSignals(BottleRequests* requests);
 };

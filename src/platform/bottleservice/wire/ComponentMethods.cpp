@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/requests/BottleComponentRequests.h"
 #include "bottleservice/requests/ComponentRequests.h"
 #include "bottleservice/requests/DependencyRequests.h"
 #include "bottleservice/wire/TextMethods.h"
@@ -49,7 +50,7 @@ ComponentsObject::ComponentsObject(ComponentRequests* requests, QObject* parent)
             [this](const QString& catalogue) { emitSignal("refresh", {catalogue}); });
 }
 
-void addComponentMethods(BusObject* object, ComponentRequests* requests) {
+void addComponentMethods(BusObject* object, BottleComponentRequests* requests) {
     const std::pair<const char*, const char*> setters[] = {
         {"setRunner", "runner"}, {"setDxvk", "dxvk"}, {"setVkD3D", "vkd3d"}};
     for (const auto& [method, kind] : setters) {
@@ -57,22 +58,22 @@ void addComponentMethods(BusObject* object, ComponentRequests* requests) {
             requests->setComponent(arguments[0].toString(), kind, arguments[1].toString(), reply);
         });
     }
-    handleTwoTexts<ComponentRequests>(object, requests,
-                                      {{"getInstallingComponents", &ComponentRequests::installing}});
+    handleTwoTexts<BottleComponentRequests>(
+        object, requests, {{"getInstallingComponents", &BottleComponentRequests::installing}});
     object->handle("cancelInstallingComponent", [requests](const QVariantList& arguments,
                                                            const Reply& reply) {
         requests->cancel(arguments[0].toString(), arguments[1].toString(), arguments[2].toString(), reply);
     });
-    QObject::connect(requests, &ComponentRequests::waiting, object,
+    QObject::connect(requests, &BottleComponentRequests::waiting, object,
                      [object](const QString& bottle, const QString& kind, const QString& name) {
                          object->emitSignal("component_waiting_downloaded", {bottle, kind, name});
                      });
-    QObject::connect(requests, &ComponentRequests::setupStarted, object,
+    QObject::connect(requests, &BottleComponentRequests::setupStarted, object,
                      [object](const QString& bottle, const QString& kind, const QString& name) {
                          object->emitSignal("component_setup_start", {bottle, kind, name});
                      });
     QObject::connect(
-        requests, &ComponentRequests::setupDone, object,
+        requests, &BottleComponentRequests::setupDone, object,
         [object](const QString& bottle, const QString& kind, const QString& name, const Answer& result) {
             object->emitSignal("component_setup_done", {bottle, kind, name, resultOf(result)});
         });

@@ -2,11 +2,12 @@
 
 #include "bottleservice/wire/BusObject.h"
 
+class BottleComponentRequests;
 class ComponentRequests;
 class DependencyRequests;
 
-/// The components of bottles on the bottles' object.
-void addComponentMethods(BusObject* object, ComponentRequests* requests);
+/// Adds the methods and signals about the components of bottles to the bottles' object.
+void addComponentMethods(BusObject* object, BottleComponentRequests* requests);
 void addDependencyMethods(BusObject* object, DependencyRequests* requests);
 
 /// com.lumora.Manager.Components at /com/lumora/Manager/Components: the components of the machine.

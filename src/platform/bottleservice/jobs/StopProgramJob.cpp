@@ -1,10 +1,9 @@
-#include "bottleservice/jobs/StopJobs.h"
+#include "bottleservice/jobs/StopProgramJob.h"
 
 #include <csignal>
 
 #include <QDebug>
 
-#include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/LaunchRecords.h"
 #include "bottleservice/wine/RunOwners.h"
 
@@ -22,25 +21,6 @@ void signalAll(const QVector<pid_t>& pids, int number) {
 
 }  // namespace
 
-StopBottleJob::StopBottleJob(const BottleStore& store, const QString& name, const Runners& runners,
-                             Reply reply)
-    : Job(std::move(reply)), m_store(store), m_name(name), m_runners(runners) {}
-
-void StopBottleJob::start() {
-    const QString missing = m_store.check(m_name);
-    if (!missing.isEmpty()) {
-        finish(Answer::failure(Answer::Fault::NoSuchBottle, missing));
-        return;
-    }
-    auto* stopper =
-        new BottleStopper(m_store.pathOf(m_name), m_runners.wineserverFor(m_store.runnerOf(m_name)), this);
-    stopper->setLaunchers([this] { return LaunchRecord::launchers(m_store.runningDir(), m_name); });
-    connect(stopper, &BottleStopper::finished, this, [this](bool clean) {
-        finish(clean ? Answer::of() : Answer::failure(Answer::Fault::Failed, Reason::ProgramsNotEnded));
-    });
-    stopper->start();
-}
-
 StopProgramJob::StopProgramJob(const BottleStore& store, const QString& name, const QString& programId,
                                Reply reply)
     : Job(std::move(reply)), m_store(store), m_name(name), m_programId(programId) {
@@ -56,14 +36,14 @@ void StopProgramJob::start() {
     }
     QString error;
     if (const auto settings = m_store.load(m_name, &error))
-        m_programs = settings->record().value("External_Programs").toObject();
+        m_programs = settings->programs();
     m_elapsed.start();
     m_poll.start();
     step();
 }
 
-// Looks the processes up anew each time: a pid may by now be another's, and a program may have started more
-// of them.
+// Reads the processes again each time: a pid may belong to another process by now, and the program may have
+// started more of them.
 void StopProgramJob::step() {
     const RunOwners owners(m_store.pathOf(m_name), m_programs);
     const std::vector<Processes::Entry> rest =

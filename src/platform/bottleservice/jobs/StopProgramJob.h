@@ -7,24 +7,9 @@
 #include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/jobs/Job.h"
 #include "bottleservice/wine/Processes.h"
-#include "bottleservice/wine/Runners.h"
 
-/// Ends everything in a bottle.
-class StopBottleJob : public Job {
-    Q_OBJECT
-
-public:
-    StopBottleJob(const BottleStore& store, const QString& name, const Runners& runners, Reply reply);
-    void start() override;
-
-private:
-    BottleStore m_store;
-    QString m_name;
-    Runners m_runners;
-};
-
-/// Ends the processes of one program, however it was started: asks first, and kills after a second what did
-/// not go.
+/// Ends the processes of one program, however it was started: SIGTERM first, after a second SIGKILL. Fails
+/// when some are left after two seconds.
 class StopProgramJob : public Job {
     Q_OBJECT
 
