@@ -3,7 +3,7 @@
 #include <QMap>
 
 bool CommonRule::match(const QString& line) {
-    // The first key in the order of the map decides.
+    // If several keys match, the first one in alphabetical order wins.
     static const QMap<QString, LogParseResult> findings = {
         {"Wine Mono is not installed", {LogMissingMono, {}}},
         {"dbghelp:elf_search_auxv can't find symbol in module", {LogDebugSymbolError, {}}},

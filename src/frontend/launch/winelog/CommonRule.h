@@ -2,7 +2,7 @@
 
 #include "launch/winelog/LogParseRule.h"
 
-/// Fixed parts of lines, each with what it means.
+/// Finds fixed substrings; each maps to one finding.
 class CommonRule final : public LogParseRule {
 public:
     bool match(const QString& line) override;

@@ -14,7 +14,7 @@ LogParseResult DialogTextRule::result(const QString&) {
         return {LogMissingComponent, "vcredist2022"};
     if (!text.contains("was not found") && !m_request.match(text).hasMatch())
         return {};
-    // The longer name stands before the shorter one that it begins with.
+    // A name must come before its own prefix.
     static const std::pair<const char*, const char*> frameworks[] = {{".NET Framework 3.5", "dotnet35"},
                                                                      {".NET Framework 4.0", "dotnet40"},
                                                                      {".NET Framework 4.5.2", "dotnet452"},

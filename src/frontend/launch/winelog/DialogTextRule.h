@@ -4,8 +4,8 @@
 
 #include "launch/winelog/LogParseRule.h"
 
-/// A text that the program has drawn asks for something to be installed. Wine writes what is not ASCII as a
-/// backslash and four hexadecimal digits.
+/// Finds drawn text, as in a message box, that asks the user to install something. In the log a non-ASCII
+/// character is a backslash followed by four hexadecimal digits.
 class DialogTextRule final : public LogParseRule {
 public:
     bool match(const QString& line) override;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr size_t FirstSlots = 256;
 
-/// Never 0, which marks a free slot.
+/// Never returns 0, which marks a free slot.
 size_t hashOf(const QString& line) {
     constexpr size_t highest = ~(~size_t(0) >> 1);
     const std::u16string_view text(reinterpret_cast<const char16_t*>(line.utf16()), size_t(line.size()));
@@ -22,7 +22,7 @@ void DistinctLines::clear() {
     m_count = 0;
 }
 
-/// The slot of the line, or the free one where it belongs.
+/// Returns the slot of the line, or the free slot to store it in.
 DistinctLines::Slot* DistinctLines::find(const QString& line, size_t hash) {
     const size_t mask = m_slots.size() - 1;
     for (size_t at = hash & mask;; at = (at + 1) & mask) {

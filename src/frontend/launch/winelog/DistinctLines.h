@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <vector>
 
-/// Lists each line once, in the order of their first appearance, and stays quick for as many lines as a log
-/// has. Empty lines are not listed.
+/// Appends each distinct non-empty line once to a list, in the order of first appearance, in constant time
+/// per line.
 class DistinctLines {
 public:
     void add(const QString& line, QStringList* list);
@@ -13,12 +13,12 @@ public:
 
 private:
     struct Slot {
-        size_t hash = 0;  ///< in a free slot
+        size_t hash = 0;  ///< marks a free slot
         QString line;
     };
 
     Slot* find(const QString& line, size_t hash);
 
-    std::vector<Slot> m_slots;  ///< a power of two of them, at most half in use
+    std::vector<Slot> m_slots;  ///< the size is a power of two; at most half of them are used
     size_t m_count = 0;
 };

@@ -4,7 +4,7 @@
 
 #include "launch/winelog/LogParseRule.h"
 
-/// A DLL that a program imports does not exist.
+/// Finds imports of DLLs that are not installed.
 class MissingDLLRule final : public LogParseRule {
 public:
     bool match(const QString& line) override;
@@ -15,7 +15,8 @@ private:
                                  QRegularExpression::CaseInsensitiveOption};
 };
 
-/// A DLL of Wine's own lacks a function; a native one from a component has it.
+/// Finds calls of functions that Wine's own DLL does not implement; the native DLL of a component implements
+/// them.
 class UnimplementedFunctionRule final : public LogParseRule {
 public:
     bool match(const QString& line) override;

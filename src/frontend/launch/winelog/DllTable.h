@@ -2,12 +2,12 @@
 
 #include <QString>
 
-/// Which component brings a DLL, from the catalogue file dlls_search.json: names in lower case without suffix
-/// to lists of components, of which the first is meant. The file is read when it is first needed and, as long
-/// as it could not be, tried again at the next question. One table serves all threads.
+/// Maps a DLL (lower case, without suffix) to the component that contains it, from the catalogue file
+/// dlls_search.json, which maps names to lists of components; the first one is used. The file is read on
+/// first use, and again on each call until that succeeds. Thread-safe.
 namespace DllTable {
 
-/// Logs the question and the answer, which is empty for a DLL that nobody brings.
+/// Empty if no component contains the DLL. Logs the key and the result.
 QString componentFor(const QString& key);
 
 }  // namespace DllTable

@@ -4,8 +4,8 @@
 
 #include "launch/winelog/LogParseRule.h"
 
-/// A .NET Core host tells first that a runtime is needed and some lines later which version. A parser
-/// that reads several logs keeps the state from one to the next.
+/// Finds the version of a missing .NET runtime. The .NET Core host logs first that a runtime is missing and
+/// some lines later which version, so this rule keeps state from line to line, and from one log to the next.
 class DotNetCoreDesktopRule final : public LogParseRule {
 public:
     bool match(const QString& line) override;

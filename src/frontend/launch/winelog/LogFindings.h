@@ -12,25 +12,25 @@ struct LaunchMessage {
     MsgType type;
 };
 
-/// What the log of an ended program asks for, and the lines that tell the user so, in order. What was tried
-/// in this run is left out, so that no repair is made twice and every chain of repairs ends.
+/// The repairs that the log of an ended program asks for, and the messages for the user, in order. Repairs
+/// that were tried in this run are left out, so every chain of repairs ends.
 struct LogFindings {
-    /// What else decides. A stored program (not the first run) is not asked about crashes and fonts.
+    /// The other inputs. Crashes and fonts are reported only for a first run, not for a stored program.
     struct Asked {
         bool isFirstRun = true;
         bool autoFix = false;
-        QString dotnetVersion;      ///< that the file was made for; empty when it is not known
-        QString requiredComponent;  ///< that brings it
+        QString dotnetVersion;      ///< that the file was built for; empty when unknown
+        QString requiredComponent;  ///< the component that contains that .NET version
         QStringList triedComponents;
         QStringList triedFonts;
     };
 
-    QStringList components;  ///< sorted, but for the runtime of the file, which comes first
+    QStringList components;  ///< sorted, except that the .NET runtime of the file comes first
     QStringList fonts;       ///< sorted
     bool crashed = false;
     bool installFailed = false;
     QVector<LaunchMessage> messages;
 
-    /// mask is what the parser returned.
+    /// `mask` is the result of the parser.
     static LogFindings of(const WineLogParser& log, int mask, const Asked& asked);
 };

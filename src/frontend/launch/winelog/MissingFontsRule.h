@@ -4,7 +4,7 @@
 
 #include "launch/winelog/LogParseRule.h"
 
-/// A font file was looked for in Windows' directory of fonts in vain.
+/// Finds failed look-ups of font files in the Windows fonts directory.
 class MissingFontsRule final : public LogParseRule {
 public:
     bool match(const QString& line) override;

@@ -2,7 +2,8 @@
 
 #include "launch/winelog/LogParseRule.h"
 
-/// A program talks to a database. CommonRule wants another component for the same line, and both are needed.
+/// Finds programs that use a database. CommonRule reports another component for the same line; both are
+/// needed.
 class MissingODBCRule final : public LogParseRule {
 public:
     bool match(const QString& line) override {

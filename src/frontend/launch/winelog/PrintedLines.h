@@ -3,6 +3,6 @@
 #include <QByteArray>
 #include <QStringList>
 
-/// The lines of a log that no debug channel wrote: what Wine, its server and the program itself print. From
-/// the first and the last 64 KiB of the log, at most 200 of each.
+/// Returns the lines that come from no debug channel: output of Wine, wineserver and the program itself.
+/// Reads the first and the last 64 KiB of the log and returns at most 200 lines of each.
 QStringList printedLines(const QByteArray& log);

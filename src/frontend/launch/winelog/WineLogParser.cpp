@@ -20,7 +20,7 @@ namespace {
 
 constexpr qint64 MaximumBytes = 0xa00000;
 constexpr int MibUtf8 = 106;
-constexpr int LongestLine = 1024;  // of a crash
+constexpr int LongestLine = 1024;  // characters of a kept crash line
 constexpr unsigned AllRules = 0xff;
 constexpr int DrawnTexts = 200;
 constexpr int StartedPrograms = 200;
@@ -39,7 +39,7 @@ bool hasByteOrderMark(const QByteArray& bytes) {
 }  // namespace
 
 struct WineLogParser::Rules {
-    /// In the order of the scanner's bits.
+    /// In the order of the bits in LogLineScanner::Rule.
     std::array<LogParseRule*, 8> inOrder() {
         return {&common,       &missingDll,        &missingFonts, &dialogText, &unimplementedFunction,
                 &crashProcess, &dotNetCoreDesktop, &missingOdbc};
@@ -56,7 +56,7 @@ struct WineLogParser::Rules {
 };
 
 WineLogParser::WineLogParser(QObject* parent) : QObject(parent) {
-    // Copies share the expressions, which are thus compiled once in the process.
+    // Copies share the expressions, so each is compiled once per process.
     static const Rules prototype;
     m_rules = std::make_unique<Rules>(prototype);
 }
@@ -72,7 +72,7 @@ int WineLogParser::parseFile(const QString& path) {
     const QByteArray bytes = file.isOpen() ? file.read(MaximumBytes) : QByteArray();
     const int findings = parse(bytes);
     printedLines = ::printedLines(bytes);
-    // The line of a crash, which may stand far from both ends.
+    // The crash line, which may be far from both ends of the log.
     const int crash = findings & LogCrash ? bytes.indexOf(", starting debugger...") : -1;
     if (crash >= 0)
         printedLines += ::printedLines(bytes.mid(bytes.lastIndexOf('\n', crash) + 1, LongestLine));
@@ -80,7 +80,7 @@ int WineLogParser::parseFile(const QString& path) {
 }
 
 int WineLogParser::parse(const QByteArray& bytes) {
-    // Only where ASCII letters never are a part of others can the bytes themselves be searched.
+    // Raw bytes can be searched only in encodings that never use ASCII letters within other characters.
     if (hasByteOrderMark(bytes) || QTextCodec::codecForLocale()->mibEnum() != MibUtf8) {
         QTextStream stream(bytes);
         return parseStream(stream);
@@ -110,7 +110,7 @@ int WineLogParser::parseBytes(const QByteArray& bytes) {
     while (scanner.next(&found)) {
         QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
         QString line = codec->toUnicode(found.text, found.length, &state);
-        // A torn character is replaced, but not at the very end, where the rest may only not have been
+        // Replace an incomplete character, except at the end of the file, where the rest may not have been
         // written yet.
         if (state.remainingChars && found.text + found.length != bytes.constData() + bytes.size())
             line += QString(state.remainingChars, QChar::ReplacementCharacter);
@@ -162,7 +162,7 @@ void WineLogParser::parseLine(const QString& line, unsigned rules, int* findings
         else if (finding.type == LogMissingComponent)
             missingComponents.insert(finding.value);
     }
-    // Also a line with a finding is listed there, for the rules that did not find anything in it.
+    // A line with a finding is listed here as well, since the other rules found nothing in it.
     if (isOther && isOfInterest(line))
         m_other.add(line, &otherLogs);
 }

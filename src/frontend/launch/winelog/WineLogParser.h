@@ -8,9 +8,8 @@
 
 #include "launch/winelog/DistinctLines.h"
 
-/// Reads the log of a Windows program that has ended and says what was wrong. Used once and dropped; reads in
-/// the caller's thread (about a tenth of a second for the most that is ever read). Parsers share nothing that
-/// changes, so that each thread may have one at work.
+/// Parses the log of a Windows program that has exited. Use each object for one log, in any thread; it reads
+/// synchronously, which takes about 0.1 s for the largest input. Parsers share no mutable state.
 class WineLogParser : public QObject {
     Q_OBJECT
 
@@ -18,23 +17,23 @@ public:
     explicit WineLogParser(QObject* parent = nullptr);
     ~WineLogParser() override;
 
-    /// The sum of all findings; LogNoFinding is always in it. Of a larger file only the last 10 MiB are read.
-    /// A file that cannot be read is as an empty one.
+    /// Returns all findings (LogFinding) combined; LogNoFinding is always set. Reads only the last 10 MiB of
+    /// a larger file, and treats an unreadable file as empty.
     int parseFile(const QString& path);
 
-    /// The same for what is left in a stream.
+    /// Parses the rest of the stream.
     int parseStream(QTextStream& stream);
 
     QSet<QString> missingComponents;
     QSet<QString> missingFonts;
     bool monoMissing = false;
-    QStringList parsedLogs;  ///< each distinct line with a finding, in the order of its first appearance
-    QStringList otherLogs;   ///< each other distinct line of interest
+    QStringList parsedLogs;  ///< distinct lines with a finding, in order of first appearance
+    QStringList otherLogs;   ///< other distinct lines of interest
 
-    // For the reason of a failure; the findings do not depend on them.
-    QStringList drawnTexts;       ///< that the program has drawn last, at most 200, as Wine wrote them
-    QStringList startedPrograms;  ///< lines about the first 200
-    QStringList printedLines;     ///< of no channel; only from a file
+    // Input for the diagnosis of a failure; the findings do not depend on these.
+    QStringList drawnTexts;       ///< the last texts that the program drew, at most 200, as escaped by Wine
+    QStringList startedPrograms;  ///< the lines of the first 200 process starts
+    QStringList printedLines;     ///< lines of no debug channel; filled only by parseFile()
 
 private:
     struct Rules;
@@ -44,7 +43,7 @@ private:
     int parseBytes(const QByteArray& bytes);
     void keep(const QString& line, unsigned rules);
     void keepDrawnText(const QString& line);
-    /// `rules` are the bits of those that may match.
+    /// `rules` has the bits of the rules that may match.
     void parseLine(const QString& line, unsigned rules, int* findings);
 
     std::unique_ptr<Rules> m_rules;
