@@ -6,7 +6,7 @@
 
 namespace {
 
-/// True when the value decides.
+/// Returns true if the value was decisive.
 bool decide(const QJsonObject& value, ExeDetection* detection) {
     const QString type = value["type"].toString();
     const QString name = value["name"].toString();

@@ -18,7 +18,7 @@ namespace {
 
 constexpr qint64 MaximumScanBytes = 0x500000;
 
-/// The first bytes of a file under another name, as long as the object lives.
+/// A temporary file with the first bytes of another file; removed with the object.
 class CutFile {
 public:
     explicit CutFile(const QString& path)
@@ -101,7 +101,7 @@ bool ExeFileChecker::isInstaller() {
     m_tasks.waitForFinished();
     if (brief.contains("installer", Qt::CaseInsensitive) || installerDetected)
         return true;
-    // Every key and value counts: a file whose version block calls it an installer is one.
+    // Any key or value may match: an executable whose version block mentions an installer is one.
     static const QRegularExpression words("Installer|Setup|安装|自解压|SelfExtractor",
                                           QRegularExpression::CaseInsensitiveOption);
     return words.match(QString::fromUtf8(QJsonDocument(versionInfo).toJson(QJsonDocument::Compact)))

@@ -4,10 +4,9 @@
 #include <QJsonObject>
 #include <QObject>
 
-/// What kind of file a Windows executable is, found without running it by outside tools that start in the
-/// background with the object: a scanner of signatures, the "file" command and the reader of version blocks.
-/// Each takes at most 30 s. A tool that is missing or answers nonsense leaves the start values, those of an
-/// ordinary windowed program.
+/// Classifies a Windows executable without running it, with three external tools that the constructor starts
+/// in the background: diec, file and the reader of the version block. Each may take up to 30 s. If a tool is
+/// missing or prints invalid output, the initial values stay, which describe an ordinary windowed program.
 class ExeFileChecker : public QObject {
     Q_OBJECT
 
@@ -17,23 +16,24 @@ public:
     ~ExeFileChecker() override;
 
     bool isInstaller();  ///< waits
-    bool isConsole();    ///< waits for the detection alone
-    bool isGame();       ///< waits, unless a file beside it tells
+    bool isConsole();    ///< waits for diec and file only
+    bool isGame();       ///< waits, unless a neighbouring file decides
 
-    /// The component that brings the file's runtime, or empty. Does not wait: for after the program's end.
+    /// The component that contains the runtime of the file, or empty. Does not wait: call it after the
+    /// program has exited.
     QString requiredComponent() const;
 
     /// Waits. {"installer", "console", "dotnet_version", "detects", "brief"}
     QJsonObject info();
 
-    /// The version block; waits for its reader alone. The flag says whether there was an answer at all.
+    /// The version block; waits for its reader only. `readable` is false if the reader failed.
     QJsonObject versionBlock(bool* readable);
 
-    /// Whether things lie beside the file that are not found beside a single setup file.
+    /// Whether the directory contains files that do not come with a single setup file.
     bool hasPackagedRuntimeFiles() const;
 
-    bool console = false;   ///< for after the program's end, as the next
-    QString dotnetVersion;  ///< of the .NET that the program was made for; empty for others
+    bool console = false;   ///< like `dotnetVersion` valid after the program has exited
+    QString dotnetVersion;  ///< the .NET version that the program was built for; empty for others
 
 private:
     void readVersionInfo();

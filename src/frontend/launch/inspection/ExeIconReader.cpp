@@ -18,13 +18,13 @@ const char CommonDirectory[] = "/tmp/exeicons";
 constexpr int LimitMs = 30000;
 constexpr int Niceness = 10;
 
-/// Files of the common directory that are being written.
+/// Files in the shared directory that are being written.
 QSet<QString>& filesInWork() {
     static QSet<QString> files;
     return files;
 }
 
-/// Makes it; false when somebody else has, or could put something in.
+/// Creates the shared directory; false if another user owns it or could write to it.
 bool isCommonDirectoryOurs() {
     ::mkdir(CommonDirectory, 0700);
     struct stat status = {};
@@ -66,8 +66,8 @@ void ExeIconReader::start() {
     QTimer::singleShot(LimitMs, m_tool.get(), &QProcess::kill);
 }
 
-/// Of two programs of the same name at the same time each gets its own icon, and what an earlier one has left
-/// is none of this one's.
+/// Two programs of the same name at the same time get separate files; a file left behind by an earlier run is
+/// not used.
 bool ExeIconReader::chooseDirectory() {
     const QString fileName = QFileInfo(m_exePath).fileName();
     const QString common = QString(CommonDirectory) + "/" + fileName;

@@ -6,19 +6,19 @@
 #include <QTemporaryDir>
 #include <memory>
 
-/// Takes the icon out of a Windows program, by a tool of its own that runs in the background with low
-/// priority and at most half a minute. Its destruction ends the tool. GUI thread.
+/// Extracts the icon of a Windows program. The extractor runs as a background process with low priority for
+/// at most 30 s and is ended by the destructor. GUI thread.
 class ExeIconReader : public QObject {
     Q_OBJECT
 public:
     explicit ExeIconReader(const QString& exePath, QObject* parent = nullptr);
     ~ExeIconReader() override;
 
-    /// Returns at once. Without effect on files that are no programs.
+    /// Returns at once. Does nothing for files that are no programs.
     void start();
 
 Q_SIGNALS:
-    /// With all sizes of the icon. Never comes for a file without one.
+    /// The icon with all its sizes. Not emitted for a file without an icon.
     void ready(const QIcon& icon);
 
 private:
@@ -27,6 +27,6 @@ private:
 
     QString m_exePath;
     QString m_iconFile;
-    std::unique_ptr<QTemporaryDir> m_ownDirectory;  ///< where the common one can't be used
+    std::unique_ptr<QTemporaryDir> m_ownDirectory;  ///< used when the shared directory is not usable
     std::unique_ptr<QProcess> m_tool;
 };

@@ -84,7 +84,7 @@ const struct {
       QT_TRANSLATE_NOOP("OpenRefusal", "Download or copy it again.")}},
 };
 
-/// Of a kind that is not launched.
+/// Texts for the kinds that are not launched.
 Texts kindTexts(ProgramKind kind) {
     const auto* found = std::find_if(std::begin(KindTexts), std::end(KindTexts),
                                      [kind](const auto& row) { return row.kind == kind; });
@@ -99,10 +99,10 @@ OpenRefusal refusal(const Texts& texts, const QString& logLine) {
     return {text(texts.reason), text(texts.advice), logLine};
 }
 
-/// Other signs that Windows does not know in names are told by the launch itself.
+/// The launch itself reports the other characters that Windows does not allow in names.
 OpenRefusal nameRefusal(const QString& path) {
     const auto isUnknown = [](QChar c) { return c < FirstPrintable; };
-    // These Windows knows, but no bottle can be named after the file.
+    // Windows allows these, but no bottle can be named after such a file.
     const auto isControl = [](QChar c) {
         return c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
                c.category() == QChar::Separator_Paragraph;
@@ -120,7 +120,7 @@ OpenRefusal nameRefusal(const QString& path) {
 
 OpenRefusal fileRefusal(const QString& path) {
     const QFileInfo file(path);
-    const QString notAFile = path + " not a file";  // one of the lines that a launch itself writes
+    const QString notAFile = path + " not a file";  // same as the log line of a launch
     if (!file.exists() && path.contains(QChar::ReplacementCharacter))
         return refusal(
             {QT_TRANSLATE_NOOP("OpenRefusal", "Its name is not valid text (UTF-8)."),
@@ -162,7 +162,7 @@ QString programsTitle() {
 
 }  // namespace
 
-/// Bottles go into a directory that may have to be made first.
+/// The directory may have to be created first.
 OpenRefusal OpenRefusal::ofBottlesPlace() {
     QString place = Paths::bottlesDataDir();
     while (!QFileInfo::exists(place) && place != QFileInfo(place).path())

@@ -2,20 +2,20 @@
 
 #include <QString>
 
-/// Why a file that the user has opened is not launched at all, known before anything has been made for it.
+/// The reason why an opened file is not launched, found before anything is created for it.
 struct OpenRefusal {
-    QString reason;  ///< in the user's language; empty when nothing stands in the way
-    QString advice;  ///< what the user can do; may be part of the reason
+    QString reason;  ///< translated; empty if the file can be launched
+    QString advice;  ///< what the user can do; empty if part of the reason
     QString logLine;
-    QString title{};  ///< of its window; empty for one that names the file
+    QString title{};  ///< window title; if empty, the title names the file
 
     explicit operator bool() const { return !reason.isEmpty(); }
 
-    /// Looks at the file's path, at its kind and headers, and at the place where bottles are kept.
+    /// Checks the path, the file's kind and headers, and the directory of the bottles.
     static OpenRefusal of(const QString& path);
-    /// The same for a file that the command line does not take for a program; there always is a reason.
+    /// For a file that the command line does not accept as a program; always returns a reason.
     static OpenRefusal ofOther(const QString& path);
-    /// The directory of the bottles cannot be written or made.
+    /// Checks whether the directory of the bottles can be written or created.
     static OpenRefusal ofBottlesPlace();
     static OpenRefusal noSessionBus();
 };

@@ -11,16 +11,16 @@
 namespace {
 
 constexpr int HeadBytes = 4096;
-constexpr int NewHeaderBytes = 8192;  // room for 96 sections, the most that Windows loads
+constexpr int NewHeaderBytes = 8192;  // fits 96 sections, the most that Windows loads
 constexpr int DosHeaderBytes = 28;
 constexpr int NewHeaderField = 60;
 constexpr int FirstRelocationField = 24;
-constexpr quint16 NewFormatMark = 64;  // where relocations begin in a file that has a newer header
+constexpr quint16 NewFormatMark = 64;  // relocation offset of files that have a newer header
 constexpr int CoffBytes = 24;
 constexpr int SubsystemField = CoffBytes + 68;
 constexpr quint16 MachineI386 = 0x14c;
 constexpr quint16 Magic32 = 0x10b;
-constexpr int DirectoriesField32 = CoffBytes + 96;  // behind their number
+constexpr int DirectoriesField32 = CoffBytes + 96;  // they follow their count
 constexpr int DirectoryBytes = 8;
 constexpr quint32 DotNetDirectory = 14;
 constexpr int FileAlignmentField = CoffBytes + 36;
@@ -30,7 +30,7 @@ constexpr qint64 PageBytes = 4096;
 constexpr qint64 MostAlignment = 0x10000;
 constexpr quint16 IsLibrary = 0x2000;
 
-/// A block of a file, in which everything beyond the end reads as 0.
+/// A block of a file; bytes beyond its end read as 0.
 class Bytes {
 public:
     explicit Bytes(const QByteArray& data) : m_data(data) {}
@@ -53,8 +53,8 @@ QByteArray block(QFile& file, qint64 at, int bytes) {
     return file.seek(at) ? file.read(bytes) : QByteArray();
 }
 
-/// A file that a tool has shortened, or a packer made smaller than its sections claim, lacks less than a page
-/// or what sections are aligned to.
+/// Tolerates a missing end of less than a page or less than the file alignment: such files come from tools
+/// that shorten files and from packers that write smaller sections than they claim.
 bool lacksSections(const Bytes& header, qint64 fileSize) {
     const qint64 table = CoffBytes + header.word(20);
     const qint64 alignment = qMin<qint64>(header.doubleWord(FileAlignmentField), MostAlignment);
@@ -104,7 +104,7 @@ void readExecutable(ProgramHeader& result, QFile& file, const Bytes& head) {
     }
 }
 
-/// The class of the root entry is what makes a compound file a package.
+/// The class id of the root entry identifies packages among compound files.
 bool isPackage(QFile& file, const Bytes& head) {
     const int shift = head.word(30);
     const quint32 sector = head.doubleWord(48);
@@ -133,7 +133,7 @@ ProgramHeader::Format otherFormat(const QByteArray& head) {
     return ProgramHeader::Other;
 }
 
-/// Of packages, of plain installations, and of the runners of the bottle service.
+/// Directories of distribution packages, of plain installations, and of the bottle service's runners.
 QStringList wineDirectories() {
     QStringList found{"/usr/lib/i386-linux-gnu/wine",
                       "/usr/lib/x86_64-linux-gnu/wine",
@@ -172,7 +172,7 @@ ProgramKind portableKind(const ProgramHeader& header, const ProgramHost& host) {
         case ArmNt:
         case Arm64:
             return ProgramKind::ArmProgram;
-        case 0x0:  // not told
+        case 0x0:  // unspecified
         case MachineI386:
         case 0x14d:
         case 0x14e:
@@ -229,8 +229,8 @@ ProgramKind programKind(const ProgramHeader& header, const QString& suffix, cons
     const bool isNamedPackage = name == "msi" || name == "msp";
     switch (header.format) {
         case ProgramHeader::Unreadable:
-            return ProgramKind::Runnable;  // said elsewhere
-        case ProgramHeader::Other:         // a DOS program of this name has no header at all
+            return ProgramKind::Runnable;  // reported elsewhere
+        case ProgramHeader::Other:         // a .com file of DOS has no header
             return name == "com" ? ProgramKind::DosProgram : ProgramKind::NoProgram;
         case ProgramHeader::Archive:
             return ProgramKind::ArchiveFile;

@@ -2,16 +2,15 @@
 
 #include <QString>
 
-/// What the headers of a file say about it. Reading takes at most some 12 KiB of the file, whatever it
-/// claims.
+/// The headers of a file. Reads at most about 12 KiB, whatever sizes the file claims.
 struct ProgramHeader {
     enum Format {
-        Unreadable,  ///< no regular file, or no right to read it
-        Other,       ///< nothing below
-        Archive,     ///< of files, without a program in front
-        Web,         ///< markup, such as the page that a failed download leaves behind
+        Unreadable,  ///< not a regular file, or no read permission
+        Other,       ///< none of the following
+        Archive,     ///< compressed files, without a program in front
+        Web,         ///< markup, such as an error page saved by a failed download
         Unix,        ///< ELF or a script with "#!"
-        Dos,         ///< MZ with nothing newer behind it
+        Dos,         ///< MZ without a newer header
         Segmented,   ///< NE
         Linear,      ///< LE or LX
         Portable,    ///< PE
@@ -19,37 +18,37 @@ struct ProgramHeader {
     };
 
     Format format = Unreadable;
-    bool isCut = false;      ///< the file ends before what its headers announce
+    bool isCut = false;      ///< the file is shorter than its headers say
     bool isForOs2 = false;   ///< Segmented, Linear
     bool isPackage = false;  ///< Compound: the class of Windows Installer's packages and patches
-    bool isDotNet = false;   ///< Portable, as the next: its code is for no processor in particular
+    bool isDotNet = false;   ///< Portable, like the following: code for no particular processor
     quint16 machine = 0;
-    quint16 magic = 0;  ///< of the optional header
+    quint16 magic = 0;  ///< in the optional header
     quint16 characteristics = 0;
     quint16 subsystem = 0;
 
     static ProgramHeader read(const QString& path);
-    /// Content that counts as a Windows program of some sort whatever its file is called.
+    /// Whether the content is a Windows program of any kind, regardless of the file name.
     bool isProgram() const;
-    /// Only 32-bit code runs it.
+    /// Whether it needs a 32-bit Wine.
     bool is32BitOnly() const;
 };
 
-/// What the machine can run besides Windows programs for its own processor.
+/// What this machine can run besides Windows programs for its own processor.
 struct ProgramHost {
     bool isX86 = true;
-    bool runs16Bit = false;  ///< a Wine with its 16-bit parts is installed
-    bool runsDos = false;    ///< and DOSBox, to which it hands DOS programs
+    bool runs16Bit = false;  ///< a Wine with 16-bit support is installed
+    bool runsDos = false;    ///< and DOSBox, which that Wine uses for DOS programs
     static ProgramHost thisMachine();
 };
 
 enum class ProgramKind {
-    Runnable,  ///< or unknown: what is not known for certain to fail is started
+    Runnable,  ///< or unknown: anything not certain to fail is started
     NoProgram,
     ArchiveFile,
     WebPage,
     UnixProgram,
-    MisnamedPackage,  ///< Wine knows packages by their suffix only
+    MisnamedPackage,  ///< Wine recognises packages by their suffix only
     DosProgram,
     Windows16,
     Os2Program,
@@ -61,5 +60,5 @@ enum class ProgramKind {
     Incomplete,
 };
 
-/// The suffix without its dot, in any case. Batch files and links are taken at their name.
+/// `suffix` has no dot; case does not matter. Batch files and links are recognised by suffix alone.
 ProgramKind programKind(const ProgramHeader& header, const QString& suffix, const ProgramHost& host);
