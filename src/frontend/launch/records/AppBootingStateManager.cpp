@@ -29,7 +29,7 @@ AppBootingStateManager::AppBootingStateManager() : m_waitThread(new X11WaitWineP
     connect(m_waitThread, &QThread::finished, this, &AppBootingStateManager::onThreadFinished);
     connect(BottlesConfig::instance(), &BottlesConfig::bottles_deleted, this,
             &AppBootingStateManager::cancelBottle);
-    // A routine and not the end of the event loop, which a start that fails never reaches.
+    // A post routine, since a start that fails never reaches the end of the event loop.
     qAddPostRoutine([] { instance()->shutDown(); });
 }
 
@@ -46,7 +46,7 @@ void AppBootingStateManager::startRecording(const QString& bottleName, const QSt
         return;
     auto* timer = new QTimer(this);
     timer->setSingleShot(true);
-    timer->setTimerType(Qt::PreciseTimer);  // others may be late by seconds, and the time is what is told
+    timer->setTimerType(Qt::PreciseTimer);  // coarse timers may be late by seconds, and this time is recorded
     timer->setInterval(LimitMs);
     timer->start();
     if (m_recordingList.isEmpty() && !m_waitThread->isRunning())
@@ -61,7 +61,7 @@ void AppBootingStateManager::startThread() {
     m_waitThread->start();
 }
 
-/// A program may be started before the thread has come to its end that was asked for with the last one.
+/// A program may have been started between the request to stop the thread and its end.
 void AppBootingStateManager::onThreadFinished() {
     if (m_isStopping && !m_recordingList.isEmpty() && !m_waitThread->isRunning())
         startThread();
@@ -74,7 +74,7 @@ float AppBootingStateManager::finishRecording(const QString& programId, bool rep
         return NotRecorded;
     }
     const BootRecord record = *found;
-    // A timer that has run out has no time left, and says -1.
+    // An expired timer returns -1.
     const float waited = float((LimitMs - qMax(record.timer->remainingTime(), 0)) / 1000.0);
     record.timer->disconnect(this);
     record.timer->deleteLater();
@@ -125,7 +125,7 @@ QJsonObject AppBootingStateManager::buildRunEvent(const QString& bottleName, con
 void AppBootingStateManager::writeRunEvent(const QString& bottleName, const QString& programId,
                                            bool successed, float bootTime, const QJsonObject& more) {
     const QDateTime now = QDateTime::currentDateTime();
-    // What a record says depends on the one before.
+    // In order, since each record depends on the one before.
     PendingWork::instance()->run(ServiceThreads::inOrder(), [=] {
         QJsonObject record = RunEvent::build(bottleName, programId, successed, bootTime, now, machineInfo());
         for (auto key = more.begin(); key != more.end(); ++key)

@@ -9,29 +9,30 @@
 class QTimer;
 class X11WaitWineProgramThread;
 
-/// Measures the time from the start of a stored program to its first window, at most 30 s, and writes a
-/// record of each start to the event log. Lives on the GUI thread, where its first use has to be; the records
-/// are made one after the other in the background. Ends its threads before the application object goes.
+/// Measures the time from the start of a stored program to its first window, at most 30 s, and writes one
+/// event record for each start. Lives in the GUI thread, which must use it first; records are created one by
+/// one in the background. Stops its threads before the application object is destroyed.
 class AppBootingStateManager : public QObject, public Fenk::Singleton<AppBootingStateManager> {
     Q_OBJECT
     friend class Fenk::Singleton<AppBootingStateManager>;
 
 public:
-    /// A watch of the same program that is under way goes on.
+    /// Starts measuring; ignored if the program is being measured already.
     void startRecording(const QString& bottleName, const QString& programId);
-    /// Ends a watch without a window. Returns its seconds, or a negative number for a program that is not
-    /// watched; with `report` the start is told and recorded as failed.
+    /// Stops measuring without a window. Returns the seconds so far, or a negative number if the program is
+    /// not being measured; with `report` the start is signalled and recorded as failed.
     float finishRecording(const QString& programId, bool report);
     bool isRecording(const QString& programId) const { return m_recordingList.contains(programId); }
-    /// Forgets all watches of a bottle whose programs are being ended.
+    /// Stops measuring all programs of a bottle, without records; called when its programs are ended.
     void cancelBottle(const QString& bottleName);
-    /// The end of a watch by a window, or in time. A program that is not watched leaves a warning.
+    /// Stops measuring because of a window, or a time-out. Logs a warning if the program is not being
+    /// measured.
     void slotsUploadEventLog(const QString& programUuid, bool successed);
 
-    /// The record of one start; see RunEvent::build. Waits for the service, on any thread.
+    /// The record of one start; see RunEvent::build. Blocks on the service; call it in any thread.
     QJsonObject buildRunEvent(const QString& bottleName, const QString& programId, bool successed,
                               float bootTime) const;
-    /// Makes the record in the background, adds more keys, and writes it.
+    /// Creates the record in the background, adds the keys of `more`, and writes it.
     void writeRunEvent(const QString& bottleName, const QString& programId, bool successed, float bootTime,
                        const QJsonObject& more = {});
 
@@ -50,7 +51,7 @@ private:
     void onThreadFinished();
     void shutDown();
 
-    QMap<QString, BootRecord> m_recordingList;  ///< by the program's id
+    QMap<QString, BootRecord> m_recordingList;  ///< by program id
     X11WaitWineProgramThread* m_waitThread;
-    bool m_isStopping = false;  ///< the thread was asked to end, and may not have yet
+    bool m_isStopping = false;  ///< the thread was asked to stop and may still run
 };

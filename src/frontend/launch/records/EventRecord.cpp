@@ -45,7 +45,7 @@ QStringList EventRecord::logTail(const QString& path) {
         end = begin - 1;
         if (line.endsWith('\r'))
             line.chop(1);
-        // No character has more than four bytes.
+        // A UTF-8 character takes at most four bytes.
         if (line.contains(":trace:") || line.size() > 4 * MaximumLineLength)
             continue;
         const QString decoded = QString::fromUtf8(line);

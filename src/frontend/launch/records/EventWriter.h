@@ -5,12 +5,12 @@
 
 class QJsonObject;
 
-/// Hands records to the desktop's event log, the first library of the list that can be loaded: the system's,
-/// otherwise the one that is installed beside this program. Without one, or without the function in it, a
-/// record goes nowhere. May be used on any thread.
+/// Writes records to the desktop's event log through the first library of the list that can be loaded: the
+/// system's, or the one installed with this program. Without a library, or without its function, records are
+/// dropped. Thread-safe.
 class EventWriter {
 public:
-    /// The process-wide writer.
+    /// The writer of the process.
     static EventWriter& instance();
 
     explicit EventWriter(const QStringList& libraries);

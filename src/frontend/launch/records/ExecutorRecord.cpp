@@ -13,7 +13,7 @@
 namespace {
 
 const char ConnectionName[] = "rightClickRecord";
-int users = 0;  // of the connection
+int users = 0;  // objects that use the connection
 
 struct Complaints {
     const char* prepare;
@@ -47,7 +47,7 @@ ExecutorRecord::ExecutorRecord(QObject* parent)
     }
     m_database = QSqlDatabase::addDatabase("QSQLITE", ConnectionName);
     m_database.setDatabaseName(m_file);
-    // An empty file is what a creation leaves that was broken off.
+    // An interrupted creation leaves an empty file.
     if (QFileInfo(m_file).size() > 0)
         m_database.open();
     else

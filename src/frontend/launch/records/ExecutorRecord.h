@@ -3,18 +3,18 @@
 #include <QObject>
 #include <QSqlDatabase>
 
-/// Remembers which bottle a file was last run in, by the key of its content (see partialFileMd5), in a small
-/// database of the user's. All objects share one connection, which belongs to the thread of the first and
-/// goes with the last. A failure is logged and reads as empty or false.
+/// Maps a file, by the hash of its content (see partialFileMd5), to the bottle that it last ran in, in an
+/// SQLite database of the user. All objects share one connection; it belongs to the thread of the first
+/// object and is closed with the last one. Errors are logged and return empty or false.
 class ExecutorRecord : public QObject {
     Q_OBJECT
 public:
-    /// Makes the database if there is none.
+    /// Creates the database if it does not exist.
     explicit ExecutorRecord(QObject* parent);
     ~ExecutorRecord() override;
 
     QString bottleForFile(const QString& path);
-    /// False also for a file that has been entered already.
+    /// Also false if the file has a record already.
     bool addRecord(const QString& path, const QString& bottleName);
     void removeRecords(const QString& bottleName);
 

@@ -20,7 +20,7 @@ constexpr int MostComponents = 100;
 
 }  // namespace
 
-/// Not at construction, which is before the application has all its names.
+/// Read on first use: at construction the application's names are not set yet.
 QHash<FailedStarts::Key, FailedStart>& FailedStarts::starts() {
     if (m_file.isEmpty()) {
         m_file = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// The number that was meant and not the nearest one that a float can hold, which has 17 digits as a double.
+/// Rounds, since a float converted to double would be written with 17 digits.
 double milliseconds(float seconds) {
     return std::round(double(seconds) * 1000) / 1000;
 }
@@ -27,13 +27,13 @@ QString runnerVersion(const QString& runner) {
     return answer.ok ? answer.text : QString();
 }
 
-/// The executable's place. A drive alone is none.
+/// The path of the executable; empty if it is only a drive.
 QString executable(const QJsonObject& bottle, const QString& programId) {
     const QString path = ProgramRecord::path(BottleRecord::programs(bottle).value(programId).toObject());
     return WindowsPath::isDrive(path) ? QString() : BottleUtils::programPath(bottle, programId);
 }
 
-/// The inspection of an executable takes long, and is made only once.
+/// Inspects the executable unless that was done before; it takes long.
 FileInfoCache::Entry completed(FileInfoCache::Entry entry, const QJsonObject& bottle,
                                const QString& programId) {
     if (!entry.exeName.isEmpty() && !entry.fileInfo64.isEmpty())
@@ -46,7 +46,7 @@ FileInfoCache::Entry completed(FileInfoCache::Entry entry, const QJsonObject& bo
     return entry;
 }
 
-/// Empty for a bottle without a directory, and for an id that would lead out of it.
+/// Empty if the bottle has no directory, or if the id would lead out of it.
 QString logFile(const QString& bottlePath, const QString& programId) {
     if (bottlePath.isEmpty() || programId.contains('/'))
         return {};
