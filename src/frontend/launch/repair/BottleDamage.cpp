@@ -4,7 +4,7 @@ namespace {
 
 constexpr int Many = 20;
 
-/// Without one of these hardly any program starts.
+/// Files that nearly every program needs to start.
 const QStringList& core() {
     static const QStringList names = {"ntdll.dll",
                                       "kernel32.dll",

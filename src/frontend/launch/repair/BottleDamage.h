@@ -3,14 +3,14 @@
 #include <QString>
 #include <QStringList>
 
-/// What the service has found to be lost of a bottle's Windows files.
+/// The Windows files that a bottle has lost, as reported by the service.
 struct BottleDamage {
     int count = 0;
-    QStringList files;  ///< some of them, relative to the bottle
+    QStringList files;  ///< some of the lost files, relative to the bottle
 
-    /// Whether that can keep a program from starting. A component or a program may have removed a file that
-    /// nobody misses; the log tells when one was missed.
+    /// Whether the loss can prevent a program from starting. A component or a program may have removed a file
+    /// that nothing needs; `isInLog` says whether the log reports a missing file.
     bool isCause(bool isInLog) const;
-    /// The file to name to the user; empty where there is none.
+    /// The most important lost file, for the user; empty if there is none.
     QString worst() const;
 };

@@ -5,11 +5,11 @@
 namespace {
 
 struct Family {
-    const char* component;  ///< or what its name begins with, then followed by a version
+    const char* component;  ///< or a prefix of the name, followed by a version
     const char* title;      ///< %1 is the version
 };
 
-// The longer name before the shorter one that it begins with.
+// A name must come before its own prefix.
 constexpr Family Families[] = {
     {"vcredist2022", "Visual C++ 2015-2022"},
     {"vcredist2019", "Visual C++ 2015-2019"},
@@ -74,7 +74,7 @@ QString componentTitle(const QString& component) {
         if (title.contains("%1") && component.startsWith(name))
             return title.arg(component.mid(name.size()));
     }
-    if (component.startsWith("dotnet"))  // dotnet48, dotnet452: each digit is a part of the version
+    if (component.startsWith("dotnet"))  // dotnet48, dotnet452: one digit per part of the version
         return ".NET Framework " + component.mid(6).split(QString(), Qt::SkipEmptyParts).join('.');
     return component;
 }

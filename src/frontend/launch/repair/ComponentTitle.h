@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// What a component of the catalogue is to a user: "Visual C++ 2013" for vcredist2013, the same in all
-/// languages. The component's own name where nothing better is known.
+/// The name of a catalogue component for users, such as "Visual C++ 2013" for vcredist2013; not translated.
+/// An unknown component is returned as it is.
 QString componentTitle(const QString& component);

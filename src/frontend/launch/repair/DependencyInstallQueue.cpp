@@ -117,7 +117,7 @@ void DependencyInstallQueue::slotsDependsInstalled(const QString& bottles_name,
         return;
     }
     const bool ok = result.value("ok").toBool();
-    // The status is gone at the next one; what the user can do about it stays.
+    // The next status replaces this one; the reason stays visible as an error line.
     const QString reason = ServiceErrorText::of(result);
     if (!ok && !reason.isEmpty())
         Q_EMIT emitMsg(reason, MsgError);
@@ -132,7 +132,7 @@ void DependencyInstallQueue::slotsDependsSetupProgress(const QString& bottles_na
                                                        uint total_size, const QString&) {
     if (!isCurrent(bottles_name, dependency_name))
         return;
-    // A server that tells no size gives no percentage; neither does one that sends more than it told.
+    // 0 % if the size is unknown; never above 100 %, even if the server sends more than it announced.
     const int percent = total_size == 0 ? 0 : int(qMin(1.0, double(received_size) / total_size) * 100);
     Q_EMIT emitMsg(tr("Downloading %1: %2%").arg(dependency_name, QString::number(percent)), MsgStatus);
     if (percent > 99)

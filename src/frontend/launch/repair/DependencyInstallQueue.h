@@ -8,20 +8,20 @@
 class DependencySetupProgressEmitter;
 class QJsonObject;
 
-/// Installs components into one bottle, one after the other, and says in words how far it is. A component
-/// that fails stops nothing and is not tried again. Idle until install(), busy until done(); a new install()
-/// while busy abandons the old list. There is no time-out, but a service that can't be reached, refuses or
-/// goes away has failed the component at hand. Where the service refuses because programs run in the bottle,
-/// the queue stops with blocked() until retry() or cancel().
+/// Installs components into one bottle, one after the other, and reports progress as text. A component that
+/// fails is not retried; the queue goes on with the next one. Idle until install(), busy until done(); a new
+/// install() while busy abandons the old list. There is no time-out, but a component fails if the service
+/// can't be reached, refuses or exits. If the service refuses because programs run in the bottle, the queue
+/// stops with blocked() until retry() or cancel().
 class DependencyInstallQueue : public QObject {
     Q_OBJECT
 public:
     explicit DependencyInstallQueue(QObject* parent = nullptr);
 
     void install(const QString& bottleName, const QStringList& dependencies);
-    /// Becomes idle without done(). What the service is installing is not cancelled by this.
+    /// Stops without done(). Does not cancel what the service is installing.
     void cancel();
-    /// Asks for the component at hand once more.
+    /// Requests the current component once more.
     void retry();
 
 Q_SIGNALS:
@@ -29,7 +29,7 @@ Q_SIGNALS:
     void emitMsg(const QString& text, MsgType recordType = MsgLine);
     void emitStep(const QString& text, MsgType recordType = MsgLine);
     void blocked(const QStringList& programs);
-    /// A component could not be installed; the queue goes on. The reason is for the user and may be empty.
+    /// A component could not be installed; the queue goes on. `reason` is for the user and may be empty.
     void failed(const QString& dependency, const QString& reason);
 
 public Q_SLOTS:
@@ -52,5 +52,5 @@ private:
     QString m_bottleName;
     QString m_currentDependency;
     bool m_isBlocked = false;
-    int m_attempt = 0;  ///< counts the requests, so that the late answer to one does not end another
+    int m_attempt = 0;  ///< number of the current request; answers to earlier ones are ignored
 };

@@ -4,21 +4,21 @@
 #include <QTimer>
 #include <QVariantAnimation>
 
-/// The percentage of one component's installation. The service reports steps far apart; between them the
-/// value creeps on by a point each 8 s, up to where the next step begins. Made for one bottle and component,
-/// whose step reports it hears by itself.
+/// The percentage of one component's installation. The service reports few steps; in between the value
+/// advances by one point every 8 s, up to the start of the next step. Listens to the service's reports about
+/// one component in one bottle.
 class DependencySetupProgressEmitter : public QObject {
     Q_OBJECT
 public:
     DependencySetupProgressEmitter(const QString& bottle, const QString& dependency,
                                    QObject* parent = nullptr);
 
-    int percent() const { return m_percent; }            ///< what the shown value is heading for
-    int percentLimit() const { return m_percentLimit; }  ///< how far it may creep without news
+    int percent() const { return m_percent; }            ///< the target of the running animation
+    int percentLimit() const { return m_percentLimit; }  ///< upper limit until the next step
     bool isCreeping() const { return m_creepTimer.isActive(); }
 
     void onStep(const QString& bottle, const QString& dependency, int step, int steps);
-    /// One tick of the timer.
+    /// Advances by one point; called by the timer.
     void creep();
 
 Q_SIGNALS:

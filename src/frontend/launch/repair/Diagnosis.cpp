@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int LongSeconds = 10;  // that a program was there
+constexpr int LongSeconds = 10;  // a shorter run counts as "at once"
 constexpr qint64 OrdinaryMonoBytes = 45000000;
 constexpr int FirstMsiError = 1600;
 
@@ -25,7 +25,7 @@ public:
         if (!m_facts.launcherReason.isEmpty())
             return {m_facts.launcherReason, repair};
         const FailureReason found = m_sign ? FailureReason::of(*m_sign) : unknown();
-        // The one thing that everybody asks for has a sentence of its own.
+        // The most frequent failure has a text of its own.
         if (repair == RepairAction::InstallComponents && isOf(Failure::MissingMono) &&
             m_facts.components == QStringList("mono9"))
             return {tr("It needs .NET; Repair installs Wine Mono (about %1).").arg(monoSize()), repair};
@@ -40,7 +40,7 @@ public:
 private:
     bool isOf(Failure failure) const { return m_sign && m_sign->failure == failure; }
 
-    /// The first, unless Repair does something about another that is as grave.
+    /// The first sign, or a later one of the same failure that Repair can fix.
     const FailureSign* chosenSign() const {
         const FailureSign* first = m_facts.signs.isEmpty() ? nullptr : &m_facts.signs.first();
         for (const FailureSign& sign : m_facts.signs) {
@@ -66,7 +66,7 @@ private:
         return can(RepairAction::SwitchToStaging) ? RepairAction::SwitchToStaging : RepairAction::None;
     }
 
-    /// Where the log holds no known trace.
+    /// The reason if the log has no known sign.
     FailureReason unknown() const {
         if (!m_facts.components.isEmpty())
             return {tr("It needs %1.").arg(titles()), {}};

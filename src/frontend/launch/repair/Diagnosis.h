@@ -6,9 +6,9 @@
 
 struct FailureFacts;
 
-/// Why a program has failed, in words for the user, and what "Repair" does about it.
+/// Why a program failed, for the user, and the repair to offer.
 struct Diagnosis {
-    QString reason;  ///< one or two short sentences, translated plain text; never empty for a failure
+    QString reason;  ///< one or two short sentences of translated plain text; never empty
     RepairAction action = RepairAction::None;
 
     static Diagnosis of(const FailureFacts& facts);

@@ -8,23 +8,23 @@
 
 class WineLogParser;
 
-/// What can be wrong with a program under Wine. What stands first is told first: the cause before its
-/// consequences, and a clear trace before a vague one.
+/// What can go wrong with a program under Wine. The order is the order of reporting: causes before
+/// consequences, specific failures before vague ones.
 enum class Failure {
     NoDisplay,
     DiskFull,
     NotOwner,        ///< the bottle belongs to another user
-    ServerMismatch,  ///< another version of Wine is running in the bottle
-    DamagedBottle,   ///< detail: Wine's file that is missing
+    ServerMismatch,  ///< another version of Wine runs in the bottle
+    DamagedBottle,   ///< detail: the missing file of Wine
     TooManyFiles,
     Needs32Bit,
-    BadProgram,  ///< no Windows program, cut off, or for another processor
+    BadProgram,  ///< not a Windows program, truncated, or for another processor
     OutOfMemory,
-    AntiCheat,          ///< detail: its product name
-    CopyProtection,     ///< the same
+    AntiCheat,          ///< detail: the product
+    CopyProtection,     ///< detail: the product
     KernelDriver,       ///< detail: the driver
     MissingDll,         ///< detail: its file name
-    MissingEntryPoint,  ///< detail: the DLL that is of another version
+    MissingEntryPoint,  ///< detail: the DLL, which has another version
     SideBySide,         ///< detail: the assembly of a manifest
     MissingMono,
     MissingDotNetFramework,
@@ -36,12 +36,12 @@ enum class Failure {
     NoVulkan,
     NoDirect3D12,
     NoOpenGL,
-    WindowsVersion,  ///< detail: the one that it asks for
+    WindowsVersion,  ///< detail: the required version
     NeedsAdministrator,
     AlreadyRunning,
     Msi,  ///< detail: the error's number
     Updater,
-    Offline,                ///< the program has not reached its server
+    Offline,                ///< the program could not reach its server
     UnimplementedFunction,  ///< detail: the DLL
     ManagedException,       ///< detail: the .NET class
     Crash,                  ///< detail: the exception's code in hexadecimal digits
@@ -59,42 +59,41 @@ enum class Failure {
     Hang,
 };
 
-/// A trace of a failure in the log.
+/// One known pattern of a failure, found in a log.
 struct FailureSign {
     Failure failure;
-    QString detail;     ///< a name from the log, short and of one line; empty where there is none
-    QString component;  ///< that brings what is missing; empty where nobody has it
+    QString detail;     ///< a name from the log, short, on one line; may be empty
+    QString component;  ///< the component that contains what is missing; empty if there is none
 };
 
-/// What is known of a launch that has failed, for Diagnosis::of. A stored program that nobody has watched is
-/// described by its log alone: addLog() then fills all that there is, and the caller adds `components`.
+/// The input of Diagnosis::of: what is known about a failed launch. For a stored program that was not
+/// monitored, addLog() sets everything except `components`, which the caller sets.
 struct FailureFacts {
-    int exitCode = 0;              ///< of the program, 0 to 255
-    bool isExitCodeKnown = false;  ///< by whoever started the program
-    bool isPackage = false;        ///< of Windows Installer, whose errors are the exit codes
-    int seconds = 0;               ///< that the program has run
-    bool isSilent = false;         ///< its processes run, but there was no window and no log line for long
+    int exitCode = 0;              ///< 0 to 255
+    bool isExitCodeKnown = false;  ///< whether `exitCode` is valid
+    bool isPackage = false;        ///< a Windows Installer package, whose error numbers are the exit codes
+    int seconds = 0;               ///< run time of the program
+    bool isSilent = false;         ///< its processes run without a window and without log lines
     bool windowSeen = false;
     bool crashed = false;
-    QString launcherReason;  ///< why the launch script never reached the program, ready for the user
+    QString launcherReason;  ///< translated error of the launch script, if it did not start the program
 
     QVector<FailureSign> signs;  ///< in the order of Failure
 
-    QStringList components;  ///< that the log asks for and that were not tried yet
-    QStringList fonts;       ///< the same
+    QStringList components;  ///< components that the log asks for and that were not tried
+    QStringList fonts;       ///< likewise
     QStringList triedComponents;
     QStringList triedFonts;
-    QStringList failedComponents;  ///< those of the tried ones that could not be installed
+    QStringList failedComponents;  ///< tried components that could not be installed
 
-    qint64 downloadBytes = 0;  ///< that the components take, when it is known
+    qint64 downloadBytes = 0;  ///< size of `components`; 0 when unknown
 
-    /// What Repair could do in this bottle, apart from components and fonts.
+    /// Other repairs that are possible in this bottle.
     QVector<RepairAction> possible;
 
-    /// The components that would bring what the signs report missing, without those that were tried.
+    /// The components for all signs, without those that were tried.
     QStringList missingComponents() const;
 
-    /// Takes from a log that has been parsed what is found in it; `findings` is the parser's result. Asks for
-    /// no components.
+    /// Adds the findings of a parsed log; `findings` is the parser's result. Does not change `components`.
     void addLog(const WineLogParser& log, int findings);
 };

@@ -10,8 +10,8 @@ namespace {
 
 struct Words {
     Failure failure;
-    const char* unnamed;  ///< for a sign without a detail; null where every sign has one
-    const char* named;    ///< %1 is the detail; null where it is not told
+    const char* unnamed;  ///< for a sign without a detail; null if every sign has one
+    const char* named;    ///< %1 is the detail; null if it is not shown
     const char* advice;
 };
 

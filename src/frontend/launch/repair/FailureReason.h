@@ -2,10 +2,10 @@
 
 #include "launch/repair/FailureFacts.h"
 
-/// What a sign means, for the user. Both are full sentences, translated, in plain text.
+/// The texts for a failure sign: full sentences, translated, plain text.
 struct FailureReason {
     QString reason;
-    QString advice;  ///< what can be done where Repair does not help; may be empty
+    QString advice;  ///< what the user can do if Repair does not help; may be empty
     bool mayRunOnOtherWine = false;
 
     static FailureReason of(const FailureSign& sign);

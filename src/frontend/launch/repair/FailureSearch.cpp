@@ -11,10 +11,10 @@ namespace {
 
 constexpr int MaximumSigns = 64;
 constexpr int LinesAtEachEnd = 1000;
-constexpr int LongestLine = 1024;  // characters that are looked at
+constexpr int LongestLine = 1024;  // characters that are searched
 constexpr int LongestName = 80;
 
-/// Without what could break a line or mislead.
+/// Removes control and other unprintable characters.
 QString cleanName(const QString& name) {
     QString clean;
     for (const QChar c : name.left(LongestName)) {
@@ -24,7 +24,7 @@ QString cleanName(const QString& name) {
     return clean.trimmed();
 }
 
-/// What Wine calls an exception, as the number that it was.
+/// Wine's name of an exception, converted to the exception code.
 QString exceptionCode(const QString& words) {
     static const std::pair<const char*, const char*> names[] = {
         {"page fault", "c0000005"},       {"illegal instruction", "c000001d"},
@@ -87,7 +87,7 @@ private:
             return DllTable::componentFor(name.toLower().remove(".dll"));
         if (pattern.failure == Failure::MissingDotNet && !name.isEmpty())
             return "dotnetcoredesktop" + name;
-        // The versions that there are components for; the name may be anything.
+        // Only versions that have a component; `name` is untrusted.
         static const QRegularExpression framework(
             "^(1\\.1|[23]\\.0|3\\.5|4\\.0|4\\.5(\\.2)?|4\\.[67](\\.[12])?|4\\.8)$");
         if (pattern.failure == Failure::MissingDotNetFramework && framework.match(name).hasMatch())

@@ -6,12 +6,11 @@
 
 class WineLogParser;
 
-/// Looks for the known traces of failures in what the parser has kept of a log. Of very many lines only the
-/// first and last thousand are read. A log is written by strangers: what is taken from it is short and of one
-/// line.
+/// Searches the lines that the parser has kept for the known patterns. Of a long list only the first and the
+/// last thousand lines are searched. Logs are untrusted: details are cut, and control characters are removed.
 namespace FailureSearch {
 
-/// In the order of Failure, then of the log; each failure once for each name, at most 64.
+/// Sorted by Failure, then by position in the log; each pair of failure and detail once, at most 64.
 QVector<FailureSign> signs(const WineLogParser& log);
 
 }  // namespace FailureSearch

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int ShortestName = 3;  // a shorter one is part of too much else
+constexpr int ShortestName = 3;  // shorter names occur within too many words
 
 QString known(const QString& value) {
     return value.isEmpty() ? ProblemReport::tr("not known") : value;
@@ -22,7 +22,7 @@ QString lines(const QString& title, const QStringList& values) {
 QString ProblemReport::scrubbed(QString text, const QString& home, const QString& user) {
     if (home.size() > 1) {
         text.replace(home, "@home_dir@");
-        // As Wine's paths and its log, which doubles each backslash, have it.
+        // As in Wine paths and in the log, which doubles each backslash.
         const QString inWine = QRegularExpression::escape(home).replace("\\/", "/").replace("/", "\\\\+");
         text.replace(QRegularExpression(inWine, QRegularExpression::CaseInsensitiveOption), "@home_dir@");
     }

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QStringList>
 
-/// What somebody who is to help needs to know of a failed launch, as one text. Facts that are not known are
-/// left empty and told as such.
+/// A report about a failed launch for whoever helps the user, as plain text. Fields may be empty; the text
+/// then says that they are unknown.
 struct ProblemReport {
     Q_DECLARE_TR_FUNCTIONS(ProblemReport)
 public:
@@ -19,12 +19,12 @@ public:
     QString session;
     QStringList graphics;
     QString diagnosis;
-    QStringList tried;  ///< repairs, each with its result
+    QStringList tried;  ///< repairs with their results
     QStringList log;    ///< the newest lines, oldest first
 
-    /// Without the user's name and home directory, wherever they stand.
+    /// The report, with the user's name and home directory removed everywhere.
     QString text(const QString& home, const QString& user) const;
 
-    /// Takes the home directory, in its Windows form too, and the name as a whole word out of a text.
+    /// Removes the home directory, also in its Windows form, and the user's name as a whole word.
     static QString scrubbed(QString text, const QString& home, const QString& user);
 };

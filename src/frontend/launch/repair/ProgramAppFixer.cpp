@@ -15,8 +15,8 @@ const char MonoComponent[] = "mono9";
 const char OpenAction[] = "_open";
 const char OpenCommandHint[] = "x-lumora-action-_open";
 
-/// The desktop splits an action's command at its commas and knows no way to write one inside a word; a word
-/// that is empty or holds one would make another command of it. Empty when it can't be told.
+/// The command of the notification's action. The desktop splits it at commas and has no way to escape them,
+/// so arguments that are empty or contain a comma give an empty result.
 QString fixupCommand(const QString& bottle, const QString& programUuid, const QStringList& components) {
     const QStringList names = QStringList{bottle, programUuid} + components;
     QStringList command{"cellarix", "--fixup"};

@@ -4,9 +4,9 @@
 
 #include "launch/repair/ProgramFixRecord.h"
 
-/// Looks into the log of a stored program that was started without anybody watching it and has failed, and
-/// offers the repair as a desktop notification, whose action starts this program again with --fixup. Made on
-/// the stack by whoever sees the program end, used once and dropped.
+/// Checks the log of a stored program that failed without a monitor, and offers the repair as a desktop
+/// notification, whose action starts the program again with --fixup. Create it on the stack when the program
+/// ends, and use it once.
 class ProgramAppFixer : public QObject {
     Q_OBJECT
 public:
@@ -14,15 +14,15 @@ public:
                     QObject* parent = nullptr);
 
     /// Blocks: asks the service for the bottle, reads at most 10 MiB of log and waits until the notification
-    /// has been taken. Empty without a bottle, without a log, and when the log asks for no component. A
-    /// notification that fails is only logged.
+    /// is sent. Empty without a bottle, without a log, or if the log asks for no component. A failed
+    /// notification is only logged.
     ProgramFixRecord checkProgram();
 
-    /// The log of a program of a bottle, by the bottle's record; empty when there is none that could be read.
+    /// The log file of a program, according to the bottle's record; empty if it can't be read.
     static QString logOf(const QJsonObject& bottle, const QString& programUuid);
 
 Q_SIGNALS:
-    /// The log asks for components. Comes before checkProgram returns.
+    /// The log asks for components; emitted before checkProgram() returns.
     void fixComponentsFetched(const QString& programId, const QStringList& missingComponents);
 
 private:

@@ -4,15 +4,16 @@
 #include <QString>
 #include <QStringList>
 
-/// What the log of a program that has failed asks for. Empty in all four when there is nothing to repair.
+/// What the log of a failed program asks for. All fields are empty if there is nothing to repair.
 struct ProgramFixRecord {
     QString bottlesName;
     QString uuid;
     QStringList missingComponents;
     QStringList parsedLogs;
 
-    /// An object with the names of the fields as keys.
+    /// The keys are the names of the fields.
     static QJsonObject toJson(const ProgramFixRecord& record);
-    /// A key that is missing or of another type reads as empty, and so does an element that is no text.
+    /// A key that is missing or has another type reads as empty; elements that are not strings read as empty
+    /// too.
     static ProgramFixRecord fromJson(const QJsonObject& object);
 };

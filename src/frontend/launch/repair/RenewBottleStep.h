@@ -4,7 +4,7 @@
 
 struct BusResult;
 
-/// Brings back what a bottle has lost of Wine's own files.
+/// Restores the files of Wine that a bottle has lost.
 class RenewBottleStep : public RepairStep {
     Q_OBJECT
 public:

@@ -63,7 +63,7 @@ QVector<OfferedComponent> OfferedComponent::read(const QJsonArray& described) {
         if (component.name.isEmpty())
             continue;
         component.title = componentTitle(component.name);
-        // The catalogue's own word where we have none.
+        // Use the catalogue's title if there is no title of ours.
         if (component.title == component.name && !row["title"].toString().isEmpty())
             component.title = row["title"].toString();
         component.isAvailable = row["available"].toBool();

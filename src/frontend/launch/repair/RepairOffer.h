@@ -11,28 +11,28 @@ class QJsonArray;
 /// A file that a component is installed from.
 struct OfferedFile {
     QString name;
-    qint64 size = -1;  ///< bytes; -1 while it is not known
+    qint64 size = -1;  ///< bytes; -1: unknown
     bool isCached = false;
-    QString source;  ///< host or directory; empty when it is not known
+    QString source;  ///< host or directory; empty when unknown
 };
 
-/// A component or a Wine that a repair would install.
+/// A component or runner that a repair would install.
 struct OfferedComponent {
     QString name;
-    QString title;  ///< for people
+    QString title;  ///< display name
     bool isAvailable = true;
-    QString reason;  ///< why it cannot be had
+    QString reason;  ///< why it is not available
     QStringList needs;
-    QString winetricks;  ///< the verb, where that tool does the work
+    QString winetricks;  ///< the winetricks verb, if winetricks installs it
     QVector<OfferedFile> files;
 
-    /// What the service's describe() answers. Rows that make no sense are left out.
+    /// Reads the answer of the service's describe(); skips invalid rows.
     static QVector<OfferedComponent> read(const QJsonArray& described);
-    /// Of all their files; 0 when that of one is not known.
+    /// Total size of all files; 0 if any size is unknown.
     static qint64 bytes(const QVector<OfferedComponent>& components);
 };
 
-/// What "Repair" is going to do, told before the user asks for it.
+/// What "Repair" is going to do, shown before the user chooses it.
 struct RepairOffer {
     Q_DECLARE_TR_FUNCTIONS(RepairOffer)
 public:
@@ -45,8 +45,8 @@ public:
     QVector<OfferedComponent> components;
     QStringList fonts;
 
-    /// Plain text for the log of the launch; what it cannot install is an error line.
+    /// Plain text for the launch log; components that are not available are error lines.
     QVector<Line> lines() const;
-    /// The same as plain text for the button.
+    /// The lines joined, as plain text for the button.
     QString toolTip() const;
 };

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The launch says the same of the default runner.
+/// The launch uses the same texts for the default runner.
 QString launchText(const char* text) {
     return QCoreApplication::translate("ExeFileExecutor", text);
 }
@@ -59,7 +59,7 @@ void Runner32Step::fetch() {
                     onFetched(success, error);
             });
     manager->install(ComponentKind::runner(), m_runner, this, [this](const BusResult& answer) {
-        m_isAnswerLate = answer.timedOut;  // a large download and a slow line: the signal tells
+        m_isAnswerLate = answer.timedOut;  // a long download; the signal reports its result
         if (!answer.timedOut)
             onFetched(answer.object().value("ok").toBool(), errorOf(answer));
     });

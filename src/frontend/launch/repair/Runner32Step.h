@@ -4,7 +4,8 @@
 
 struct BusResult;
 
-/// Lets a bottle run on a runner that runs 32-bit programs, which is fetched first if it is not there.
+/// Switches a bottle to a runner that runs 32-bit programs, and downloads that runner first if it is not
+/// installed.
 class Runner32Step : public RepairStep {
     Q_OBJECT
 public:
@@ -29,5 +30,5 @@ private:
     QString m_runner;
     bool m_isInstalled;
     State m_state = State::Idle;
-    bool m_isAnswerLate = false;  ///< the bus gave up waiting; the signal tells
+    bool m_isAnswerLate = false;  ///< the D-Bus call timed out; the signal reports the result
 };

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// Smaller is better. The default and the staging runner come first: other repairs use them, too, so that no
-/// second one is fetched. Then plain Wine, the newest version, and of one version the plainest build.
+/// Orders by preference: the default and the staging runner, which other repairs use as well, so that only
+/// one is downloaded; then plain Wine; then the newest version, and of one version the plainest build.
 bool isBetter(const QString& one, const QString& other) {
     const auto rank = [](const QString& name) {
         if (name == WineNames::defaultRunner())

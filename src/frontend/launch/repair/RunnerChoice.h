@@ -4,20 +4,19 @@
 
 class QJsonObject;
 
-/// The runners on which 32-bit programs run without 32-bit packages of the machine, and which of them a
-/// program gets.
+/// The runners that run 32-bit programs without 32-bit packages of the system, and the choice among them.
 struct RunnerChoice {
     QStringList installed;
-    QStringList supported;  ///< that can be fetched
+    QStringList supported;  ///< available for download
 
-    /// From what the service tells.
+    /// Reads the service's answer.
     static RunnerChoice of(const QJsonObject& runners);
 
-    /// For the new bottle of a 32-bit program: the default runner unless another one that is installed is
-    /// known to be better.
+    /// For the new bottle of a 32-bit program: the preferred one of those installed; the default runner if
+    /// none is installed.
     QString forNewBottle() const;
-    /// For a bottle whose runner does not run its 32-bit program: what is installed comes before what has to
-    /// be fetched. Empty when there is none.
+    /// For a bottle whose runner cannot run its 32-bit program: an installed runner if there is one, else one
+    /// to download. Empty if there is none.
     QString forRepair() const;
     bool isInstalled(const QString& runner) const { return installed.contains(runner); }
 };

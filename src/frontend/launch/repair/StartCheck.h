@@ -5,24 +5,24 @@
 
 #include "launch/records/FailedStarts.h"
 
-/// How a stored program has ended that was started without a banner.
+/// How a stored program that was started without a banner has ended.
 struct StartEnd {
     QString bottle;
     QString uuid;
-    std::optional<int> exitCode;  ///< nothing when only its end is known
-    bool isUp = false;            ///< a window was seen, or it ran for as long as one is waited for
+    std::optional<int> exitCode;  ///< empty when unknown
+    bool isUp = false;            ///< a window was seen, or it ran until the time-out
     bool isStopped = false;       ///< by the user
 };
 
-/// Whether the start of a program has failed, and why.
+/// Decides whether the start of a program failed, and why.
 namespace StartCheck {
 
-/// To be up is a good start, whatever has come of it. Without one the exit code tells, except that of a
-/// program that somebody has ended, and so does a log that asks for components.
+/// A start that is up has not failed, whatever comes later. Otherwise it failed if the log asks for
+/// components, or if the exit code is neither 0 nor that of a program ended by a signal from outside.
 bool isFailure(const StartEnd& end, bool hasComponents);
 
-/// Looks at the program's log, and offers a repair by a notification when the log asks for components. A
-/// failure has a reason. Blocks: for threads that may wait for the service.
+/// Reads the program's log and, if it asks for components, offers a repair by a desktop notification. A
+/// failure always has a reason. Blocks on the service: call it in a worker thread.
 FailedStart check(const StartEnd& end);
 
 }  // namespace StartCheck
