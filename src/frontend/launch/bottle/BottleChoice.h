@@ -3,6 +3,6 @@
 #include <QJsonObject>
 #include <QString>
 
-/// The bottle that a file is to run in: the shared one that the service names for it, else its own. Waits
-/// for the service; may run on any thread, since it works on values only.
+/// The bottle to run a file in: the shared bottle that the service returns for it, else its private bottle.
+/// Blocks on the service; thread-safe.
 QString chooseBottle(const QString& exePath, const QJsonObject& peInfo, const QString& md5);

@@ -14,8 +14,7 @@ constexpr qint64 TailSize = MiB;
 constexpr qint64 HeadSize = BlockSize - TailSize;
 constexpr int NameLimit = 50;
 
-/// Hashes `size` bytes from the file's present position. Less than asked for means a read error or a file
-/// that shrank.
+/// Hashes `size` bytes from the current position. Returns fewer on a read error or if the file shrank.
 qint64 hashFrom(QFile& file, qint64 size, QCryptographicHash& hash) {
     QByteArray buffer(int(qMin(size, MiB)), Qt::Uninitialized);
     qint64 done = 0;
@@ -32,7 +31,7 @@ qint64 hashFrom(QFile& file, qint64 size, QCryptographicHash& hash) {
 }  // namespace
 
 QString partialFileMd5(const QString& path) {
-    // Opening a pipe would wait for its writer.
+    // Opening a FIFO would block until it has a writer.
     if (!QFileInfo(path).isFile()) {
         qWarning() << "cannot read" << path << "which is no regular file";
         return {};
@@ -68,7 +67,7 @@ QString partialFileMd5(const QString& path) {
 QString privateBottleName(const QString& fileName, const QString& md5) {
     QString name = fileName;
     if (name.size() > NameLimit) {
-        // A character outside the basic plane is two units; half of one would not survive the bus.
+        // Don't cut a surrogate pair; D-Bus rejects half of one.
         const int cut = name.at(NameLimit - 1).isHighSurrogate() ? NameLimit - 1 : NameLimit;
         name = name.left(cut) + "-";
     }

@@ -14,19 +14,19 @@
 namespace {
 
 constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
-constexpr int MaximumPixels = 512;  // of an edge
+constexpr int MaximumPixels = 512;  // per edge
 constexpr int MaximumPixelsInFile = 4096;
 constexpr int MaximumSizes = 16;
 constexpr int HeadBytes = 6;
 constexpr int EntryBytes = 16;
 const QByteArray IcoMagic("\0\0\1\0", 4);
 const QByteArray PngMagic("\x89PNG\r\n\x1a\n");
-// Only what is decoded in bounds by what stands in the head of the file.
+// Only formats whose header bounds the cost of decoding.
 const QList<QByteArray> OtherFormats{"png", "jpeg", "bmp", "gif"};
 
-/// One image of an .ico file: a PNG file, or what stands behind the head of a BMP file.
+/// One image of an .ico file: a PNG file, or a BMP file without its file header.
 struct Entry {
-    QByteArray head;  // of the directory
+    QByteArray head;  // directory entry
     QByteArray data;
     int width() const { return head[0] ? uchar(head[0]) : 256; }
     int colors() const {
@@ -46,7 +46,7 @@ QImage decode(const QByteArray& data, const QByteArray& format) {
     return reader.read();
 }
 
-/// Of a file that holds one picture; a larger one comes at the size that icons have.
+/// Decodes a file with a single image, scaled down to the size of icons.
 QImage decodePicture(const QByteArray& data) {
     QBuffer buffer;
     buffer.setData(data);
@@ -65,7 +65,7 @@ QImage decodePicture(const QByteArray& data) {
 }
 
 QImage decode(const Entry& entry) {
-    // The directory tells its own story of a PNG file's size, and the decoder believes the file.
+    // The directory entry of a PNG image may be wrong; the decoder uses the header in the PNG.
     if (entry.data.startsWith(PngMagic))
         return decode(entry.data, "png");
     QByteArray file = IcoMagic + QByteArray("\1\0", 2) + entry.head.left(8) + QByteArray(8, 0);
@@ -74,7 +74,7 @@ QImage decode(const Entry& entry) {
     return decode(file + entry.data, "ico");
 }
 
-/// 32-bit images of old programs may have an alpha channel that nobody has filled in.
+/// Old programs have 32-bit images with an unused alpha channel.
 bool isInvisible(const QImage& image) {
     if (!image.hasAlphaChannel())
         return false;

@@ -4,16 +4,16 @@
 #include <QImage>
 #include <QString>
 
-/// The pictures of programs, which Windows programs have brought along or users have chosen, and which are
-/// never trusted in their sizes. The worst file takes some tenths of a second.
+/// Reads icons of programs, which come from Windows programs or the user; the sizes in them are not trusted.
+/// A file takes some tenths of a second at most.
 namespace IconFile {
 
-/// All sizes of an .ico file up to 512 pixels, of each the one with the most colours, or the one size of
-/// another picture or drawing, of at most 512 pixels too. Empty when there is nothing to see, or when the
-/// picture has more than 4096 pixels on an edge. For any thread.
+/// All sizes of an .ico file up to 512 pixels, each with the best colour depth, or the single image of
+/// another format, also scaled to at most 512 pixels. Empty if nothing is visible or an edge has more than
+/// 4096 pixels. Thread-safe.
 QList<QImage> images(const QString& path);
 
-/// The same as one icon; GUI thread only.
+/// The images as one icon; GUI thread only.
 QIcon read(const QString& path);
 
 }  // namespace IconFile

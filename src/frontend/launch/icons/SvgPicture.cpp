@@ -12,7 +12,7 @@ constexpr int MaximumBytes = 1024 * 1024;
 constexpr int MaximumDepth = 64;
 constexpr int MaximumUses = 64;
 
-/// In a style. Dashes that are short for their line take for ever; only "none" is sure.
+/// Whether a style sets dashes. Very short dashes take extremely long, so only "none" is allowed.
 bool hasDashes(const QStringRef& style) {
     static const QRegularExpression dashes("dasharray(?!\\s*:\\s*none\\b)");
     return dashes.match(style).hasMatch();
@@ -41,7 +41,7 @@ bool SvgPicture::isBounded(const QByteArray& text) {
     if (text.size() > MaximumBytes)
         return false;
     QXmlStreamReader reader(text);
-    QStringList ids;            // of the elements around, by depth
+    QStringList ids;            // of the enclosing elements, by depth
     QSet<QString> used, users;  // by id
     int uses = 0;
     while (!reader.atEnd()) {
@@ -76,7 +76,7 @@ bool SvgPicture::isBounded(const QByteArray& text) {
                 break;
         }
     }
-    // What is used must not use anything itself.
+    // An element that is referenced by <use> must not contain <use> itself.
     return !reader.hasError() && !used.intersects(users - QSet<QString>{QString()});
 }
 

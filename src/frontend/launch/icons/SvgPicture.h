@@ -3,13 +3,14 @@
 #include <QByteArray>
 #include <QImage>
 
-/// Drawings as icons. A drawing is a small program: what could grow without end, or leads to other files, is
-/// not drawn. For any thread.
+/// Renders SVG icons. Elements whose cost is not bounded and references to other files are not rendered.
+/// Thread-safe.
 namespace SvgPicture {
 
-/// Whether the text is a drawing of which each part is drawn a bounded number of times.
+/// Whether the SVG renders each element a bounded number of times.
 bool isBounded(const QByteArray& text);
-/// In a square of the given edge, filled in one direction at least; null when it can't or must not be drawn.
+/// Renders into a square of `edge` pixels, filling at least one direction; null if the SVG is invalid or not
+/// allowed.
 QImage draw(const QByteArray& text, int edge);
 
 }  // namespace SvgPicture

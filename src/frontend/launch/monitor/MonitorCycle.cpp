@@ -49,7 +49,7 @@ MonitorCycle::Verdict MonitorCycle::judge(const Processes& processes, const Wind
         qInfo() << "Seems app quit!";
         return Verdict::Gone;
     }
-    // The last window has only just closed; the program may open another.
+    // The last window was closed in this cycle; the program may open another.
     return lastWindowCount == 0 ? Verdict::Unchanged : Verdict::Alive;
 }
 

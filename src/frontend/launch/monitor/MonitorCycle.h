@@ -6,19 +6,19 @@
 #include <QString>
 #include <functional>
 
-/// Decides from one list of processes and windows to the next whether a program has come up, is gone or has
-/// crashed. A cycle takes about a second: a program that never shows a window is given half a minute in which
-/// nothing changes, one that has closed its last window five seconds.
+/// Decides from successive lists of processes and windows whether a program has started, exited or crashed. A
+/// cycle takes about 1 s. A program that never shows a window counts as exited after 30 cycles without a
+/// change, one that has closed its last window after 5.
 class MonitorCycle {
 public:
     using Processes = QMap<QString, QString>;        ///< id to name
     using Windows = QList<QPair<QString, QString>>;  ///< id and title
 
-    /// True when the program is gone; nothing is kept of that cycle. onStart is called when the first window
-    /// appears, before anything else of the cycle is looked at.
+    /// Returns true if the program has exited; that cycle is not stored. Calls onStart when the first window
+    /// appears, before it evaluates the rest of the cycle.
     bool step(const Processes& processes, const Windows& windows, const std::function<void()>& onStart);
 
-    /// Gives a program that is gone for step() as many cycles once more.
+    /// Restarts the count of unchanged cycles after step() returned true.
     void waitAgain() { unchangedCycles = 0; }
 
     bool crashed = false;     ///< a crash reporter or debugger was among the processes

@@ -56,7 +56,7 @@ void MonitorProtocol::readProcess(const QString& line) {
 void MonitorProtocol::readWindow(const QString& line) {
     const QString id = line.section(Separator, 0, 0);
     const QString title = line.section(Separator, 1);
-    // The processes come first in a cycle: windows of those that were dropped fall away here.
+    // Processes come first in a cycle, so this also drops the windows of ignored processes.
     if (processList.contains(id) && !isIgnoredTitle(title))
         windowList.append({id, title});
 }

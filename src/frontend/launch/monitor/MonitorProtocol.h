@@ -5,16 +5,16 @@
 #include <QPair>
 #include <QString>
 
-/// What enum_process_window.exe prints again and again, one line at a time:
+/// Parses the output of enum_process_window.exe line by line. A cycle is:
 ///   ::process list
-///   id - field - name         (the name may hold " - ")
+///   id - field - name         (the name may contain " - ")
 ///   ::window list
 ///   id - title
 ///   ::end
-/// Keeps what counts as the program: Wine's own processes, and windows that exist in every process, do not.
+/// Ignores Wine's own processes, and windows that every process has.
 class MonitorProtocol {
 public:
-    /// True when the line completes a cycle. A line of another form is dropped.
+    /// Returns true if the line completes a cycle. Ignores malformed lines.
     bool read(const QString& line);
 
     QMap<QString, QString> processList;         ///< process id to name

@@ -15,11 +15,11 @@ constexpr int TaskkillStartMs = 200;
 constexpr int TaskkillEndMs = 10000;
 
 struct Shared {
-    QMultiHash<QString, const WineExeProcessMonitor*> watching;  ///< by the names of their bottles
-    QMultiHash<QString, QProcess*> taskkills;                    ///< that have not ended
+    QMultiHash<QString, const WineExeProcessMonitor*> watching;  ///< by bottle name
+    QMultiHash<QString, QProcess*> taskkills;                    ///< running ones, by bottle name
 };
 
-/// What the monitors of this process know of each other; they all live in one thread.
+/// State shared by all monitors of the process; they all live in one thread.
 Shared& shared() {
     static Shared state;
     return state;
@@ -28,7 +28,7 @@ Shared& shared() {
 }  // namespace
 
 WineExeProcessMonitor::WineExeProcessMonitor(QObject* parent) : QObject(parent) {
-    // What Wine says goes where this program's own messages go, not into a buffer that nobody empties.
+    // Wine's messages go to standard error; a pipe would fill up, since nobody reads it.
     monitorProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     connect(&monitorProcess, &QProcess::readyReadStandardOutput, this,
             &WineExeProcessMonitor::onProcessStdout);
@@ -49,7 +49,7 @@ void WineExeProcessMonitor::start(const QString& name) {
         qWarning() << "monitoring already started";
         return;
     }
-    shared().watching.remove(bottleName, this);  // of a start that failed
+    shared().watching.remove(bottleName, this);  // left by a failed start
     bottleName = name;
     startTime = QDateTime::currentMSecsSinceEpoch();
     shared().watching.insert(bottleName, this);
@@ -75,8 +75,8 @@ void WineExeProcessMonitor::startTool(int run, bool mayWait) {
     monitorProcess.start(Paths::launcherScript(), arguments);
 }
 
-/// One line for each notification, so that whoever hears of a cycle may stop, start again or delete things
-/// before the next line is read.
+/// Handles one line per event: a receiver of the signal may stop, restart or delete objects before the next
+/// line.
 void WineExeProcessMonitor::onProcessStdout() {
     if (startTime == 0 || !monitorProcess.canReadLine())
         return;
@@ -100,7 +100,7 @@ void WineExeProcessMonitor::onProcessListUpdate(const QMap<QString, QString>& pr
         windowSeen = true;
         Q_EMIT appStart();
     });
-    // Who heard of the start may have stopped, started anew or deleted this.
+    // A receiver of appStart() may have stopped, restarted or deleted this object.
     if (!isSameRun())
         return;
     if (isGone && waitsForAll && windowSeen && !processList.isEmpty()) {
@@ -117,7 +117,7 @@ void WineExeProcessMonitor::onProcessListUpdate(const QMap<QString, QString>& pr
 }
 
 void WineExeProcessMonitor::stop() {
-    startTime = 0;  // the end of the process is not to be told a second time
+    startTime = 0;  // onMonitorFinished() must not emit appQuit()
     m_isWaiting = false;
     shared().watching.remove(bottleName, this);
     if (!shared().watching.contains(bottleName))
@@ -130,8 +130,8 @@ void WineExeProcessMonitor::stop() {
     }
 }
 
-/// Only Wine can end a program inside the bottle. It goes with the application, or it would come too late and
-/// end the tool of the next one; a tool whose reader is gone ends by itself.
+/// Only Wine can end a program inside the bottle. The taskkill is killed with the application, or it could
+/// end the tool of a later one; a tool whose output is closed exits anyway.
 void WineExeProcessMonitor::killTool() {
     auto* taskkill = new QProcess(QCoreApplication::instance());
     connect(taskkill, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), taskkill,

@@ -6,34 +6,34 @@
 #include "launch/monitor/MonitorCycle.h"
 #include "launch/monitor/MonitorProtocol.h"
 
-/// Watches a bottle from the inside: runs enum_process_window.exe in it and tells when the launched program
-/// has shown its first window and when it is gone. Wine's own processes end neither with the first process of
-/// a program nor with its last window, so that nothing outside knows.
+/// Monitors a bottle from inside Wine: runs enum_process_window.exe in it and signals when the launched
+/// program shows its first window and when it has exited. That cannot be seen from outside, since Wine's
+/// processes end neither with the program's first process nor with its last window.
 class WineExeProcessMonitor : public QObject {
     Q_OBJECT
 
 public:
     explicit WineExeProcessMonitor(QObject* parent = nullptr);
-    /// Stops.
     ~WineExeProcessMonitor() override;
 
-    /// Lets a taskkill that is still on its way into the bottle arrive first, or it would end the new tool.
+    /// If a taskkill for this bottle is still running, waits for it asynchronously, since it would end the
+    /// new tool.
     void start(const QString& bottleName);
-    /// From start() to stop(), appQuit() or the death of the tool.
+    /// True from start() until stop(), appQuit() or the exit of the tool.
     bool isWatching() const {
         return startTime != 0 && (m_isWaiting || monitorProcess.state() != QProcess::NotRunning);
     }
 
-    /// Nothing is told afterwards. May be called at any time. Waits at most 200 ms for a child to start and
-    /// for the end of another that is killed. While others watch the same bottle nothing is killed in it by
-    /// name: the tool ends itself soon after nobody reads it any more.
+    /// No signal follows. May be called at any time. Blocks for at most 200 ms while a child starts and while
+    /// another is killed. If other monitors watch the same bottle, no taskkill is run; the tool exits when
+    /// its output is closed.
     void stop();
 
-    /// What goes on without a window, once there was one, is not given up: appLingers() comes instead of
+    /// If the program keeps running without a window after it had one, emit appLingers() instead of
     /// appQuit().
     bool waitsForAll = false;
-    bool crashed = false;     ///< a crash was seen since the last start
-    bool windowSeen = false;  ///< the program has shown a window since then
+    bool crashed = false;     ///< a crash was detected since the last start()
+    bool windowSeen = false;  ///< the program has shown a window since the last start()
 
 Q_SIGNALS:
     /// A cycle is complete.
@@ -54,10 +54,10 @@ private:
     void onMonitorFinished();
 
     QProcess monitorProcess;
-    qint64 startTime = 0;  ///< in ms since the epoch, 0 when not monitoring
+    qint64 startTime = 0;  ///< ms since the epoch; 0 when not monitoring
     QString bottleName;
     MonitorProtocol m_protocol;
     MonitorCycle m_cycle;
-    int m_run = 0;             ///< counts the starts
-    bool m_isWaiting = false;  ///< for a taskkill to end
+    int m_run = 0;             ///< number of the current start()
+    bool m_isWaiting = false;  ///< for a taskkill to exit
 };

@@ -4,8 +4,8 @@
 #include <QString>
 #include <optional>
 
-/// The program that a bottle's Windows programs have registered for one kind of file or link. Windows
-/// programs can write where it is kept as well: its texts are no more than texts.
+/// The Windows program that is registered in a bottle for a file type or URL scheme. Windows programs can
+/// write the file as well, so all values are untrusted.
 struct FileAssociation {
     QString progId;      ///< never empty
     QString executable;  ///< Windows path
@@ -13,12 +13,12 @@ struct FileAssociation {
     QString friendlyName;
     QString icon;  ///< file
 
-    /// The name to show, from the best that is known.
+    /// The name to display: the best one available.
     QString displayName() const;
 
-    /// Of a bottle, from "assosiate.json" in its directory. `key` is an extension with its dot or the scheme
-    /// of a link. Nothing without such a file or key; a file or record that makes no sense is logged.
+    /// Reads "assosiate.json" in the directory of the bottle. `key` is an extension with its dot or a URL
+    /// scheme. Empty without such a file or key; an invalid file or record is logged.
     static std::optional<FileAssociation> find(const QString& bottlePath, const QString& key);
-    /// All of a bottle as they are kept, by key. Empty when they can't be read.
+    /// All associations of a bottle by key, as in the file. Empty if they can't be read.
     static QJsonObject all(const QString& bottlePath);
 };

@@ -2,15 +2,15 @@
 
 #include <QString>
 
-/// The launched file as a program of its bottle.
+/// The program entry of a launched file in its bottle.
 struct FileEntry {
     QString bottle;
     QString name;
     QString exePath;
 
-    /// The id of the program that the file is already, or nothing. Blocks on the bus as add() does.
+    /// The id of the existing entry, or empty. Blocks on the service.
     QString find() const;
-    /// Enters the file unless the bottle has it already; the new program's id, or nothing. Blocks on the bus;
-    /// for threads of the pool.
+    /// Adds an entry unless there is one, and returns its id, or empty. Blocks on the service; call it in a
+    /// thread of the pool.
     QString add() const;
 };

@@ -20,8 +20,8 @@ namespace {
 constexpr int BannerMs = 3000;
 constexpr int IconSize = 20;
 
-/// A launcher that nobody owns. Destruction would kill a script that has not come to start Wine yet, so that
-/// one that still runs when this process ends is left alone.
+/// The launcher has no owner: its destruction would kill a script that has not started Wine yet. If it still
+/// runs when this process exits, it keeps running.
 WineLauncher* makeLauncher(const QString& bottle, QObject* parent) {
     auto* launcher = new WineLauncher(bottle, parent);
     QObject::connect(launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), launcher,
@@ -61,11 +61,11 @@ int WineFileHandler::open() {
     s_banners.insert(m_filePath, banner);
     const QPointer<WineLauncher> launcher = makeLauncher(m_bottleName, banner);
     const QByteArray mark = QCryptographicHash::hash(m_filePath.toUtf8(), QCryptographicHash::Md5).toHex();
-    // Gives way to the launcher's own list, so that the mark never reaches the program.
+    // The launcher's own environment replaces this, so the mark never reaches the program.
     launcher->setEnvironment({"_CXB_WINE_PROGRAM_UUID", "__open__" + mark});
 
     QEventLoop loop;
-    // Not behind the loop: those of later documents run inside of it and may last longer.
+    // Not after the loop: the loops of later documents run inside it and may last longer.
     QTimer::singleShot(BannerMs, Qt::PreciseTimer, &loop, [&] {
         closeBanner();
         loop.quit();
@@ -91,9 +91,8 @@ void WineFileHandler::fill(WineExeLaunchBanner* banner, const FileAssociation& a
                                   : QIcon(icon.pixmap(IconSize)));
 }
 
-/// Takes back what has not been handed over yet: the script passes the signal on to Wine's start.exe and what
-/// that has just started. A program that has the document already is left alone, and so is all else in the
-/// bottle, where the user may be at work.
+/// Cancels the opening: the script passes the signal on to Wine's start.exe and what that has just started. A
+/// program that has received the document already and everything else in the bottle keep running.
 void WineFileHandler::stop(WineLauncher* launcher) {
     const bool isRunning = launcher && launcher->state() != QProcess::NotRunning;
     qInfo() << "opening" << m_filePath << (isRunning ? "is stopped" : "can't be stopped any more");
@@ -106,7 +105,7 @@ void WineFileHandler::closeBanner() {
     if (!banner)
         return;
     banner->allowClose();
-    // Closed, not only deleted: it may be the last window that an ending application waits for.
+    // Close before deleting: the application may wait for its last window to be closed.
     banner->close();
     banner->deleteLater();
 }

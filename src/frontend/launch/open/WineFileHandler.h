@@ -7,18 +7,18 @@ struct FileAssociation;
 class WineExeLaunchBanner;
 class WineLauncher;
 
-/// Opens one document or link with the Windows program that the bottle has registered for it, and shows a
-/// banner meanwhile. Nobody watches what becomes of it: Wine's start.exe hands the document over and ends.
-/// Made by the command line, for one open(). Main thread only.
+/// Opens one document or link with the Windows program that is registered for it in the bottle, and shows a
+/// banner for three seconds. The program is not monitored: Wine's start.exe hands the document over and
+/// exits. Created by the command line for one open(). GUI thread only.
 class WineFileHandler : public QObject {
     Q_OBJECT
 public:
     /// `extension` has its dot; for a link it is the scheme.
     WineFileHandler(const QString& bottle, const QString& extension, const QString& file);
 
-    /// Always -1. Runs an event loop for the three seconds of the banner, in which other documents may be
-    /// opened; the same one only raises its banner. Without a program for the document nothing is shown. What
-    /// has been started goes on when this process ends, also at once.
+    /// Always returns -1. Runs an event loop while the banner is shown, in which other documents can be
+    /// opened; opening the same one raises its banner. Shows nothing if no program is registered. What was
+    /// started keeps running when this process exits.
     int open();
 
 private:
@@ -26,7 +26,7 @@ private:
     void stop(WineLauncher* launcher);
     void closeBanner();
 
-    /// Of the documents being opened, by their path.
+    /// By the path of the document being opened.
     static QMap<QString, WineExeLaunchBanner*> s_banners;
 
     QString m_bottleName;

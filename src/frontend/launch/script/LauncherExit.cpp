@@ -33,7 +33,7 @@ constexpr CauseText CauseTexts[] = {
     {"unreadable", QT_TRANSLATE_NOOP("ExeFileExecutor", "The program \"%1\" cannot be read.")},
 };
 
-/// Empty where the script's own words have to do.
+/// Empty for an unknown cause; the script's message is shown then.
 QString causeText(const LauncherExit::Report& report) {
     if (report.cause == "forbidden-sign")
         return QCoreApplication::translate(

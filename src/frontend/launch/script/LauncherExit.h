@@ -4,36 +4,36 @@
 #include <QProcess>
 #include <QString>
 
-/// How launcher.py ends, and what it tells its caller on standard output meanwhile.
+/// The exit codes of launcher.py and the messages that it prints on standard output.
 namespace LauncherExit {
 
-constexpr int NotStarted = -1;  ///< the script itself could not be started, or was killed
+constexpr int NotStarted = -1;  ///< the script could not be started, or was killed
 constexpr int Busy = 75;        ///< something is being installed into the bottle
 constexpr int NeedsWine32 = 78;
 
-/// Of a program that somebody has ended by a signal, as when its terminal was closed.
+/// Whether the code is that of a program ended by a signal from outside, such as the hang-up of its terminal.
 bool isEndedFromOutside(int exitCode);
 
-/// The script's own exit code; a signal that has ended it counts like one that has ended its program.
+/// The exit code of the script; if a signal ended the script, the code of a program ended by that signal.
 int codeOf(const QProcess& script);
 
-/// What one start of the script has told so far.
+/// What the script has printed since its start.
 struct Report {
-    bool hasLog = false;  ///< the log holds nothing of an older start
-    int exitCode = 0;     ///< of a script that never reached its program; 0 otherwise
-    QString reason;       ///< in the script's own words, which are English
-    QString cause;        ///< of the failure, a word; empty where the script has none for it
-    QString subject;      ///< what the cause concerns, a name or path
+    bool hasLog = false;  ///< the log has been truncated for this start
+    int exitCode = 0;     ///< of a script that did not start the program; 0 otherwise
+    QString reason;       ///< the script's message, in English
+    QString cause;        ///< keyword of the failure; may be empty
+    QString subject;      ///< the name or path that the cause is about
 };
 
 Report reportOf(const QByteArray& output);
 
-/// Why the script never reached the program: for the user. Empty when the program was started, whatever code
-/// it has ended with itself.
+/// Why the script did not start the program, translated. Empty if the program was started, whatever its exit
+/// code.
 QString errorText(const Report& report, const QString& programName);
 
-/// The same for NeedsWine32, with Debian's commands on lines of their own. A runner is one that Repair can
-/// let the program run on.
+/// The text for NeedsWine32, with Debian's commands on separate lines, or for `runner`, a runner that Repair
+/// can switch the bottle to.
 QString needs32BitText(const QString& programName, const QString& runner = {});
 
 }  // namespace LauncherExit

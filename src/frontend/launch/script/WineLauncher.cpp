@@ -14,7 +14,7 @@ constexpr int MaximumOutput = 64 * 1024;  // bytes
 constexpr int WindowClassLimit = 64;
 constexpr int FileNameLimit = 255 - int(sizeof("wine-.txt")) + 1;
 
-/// The log's own name is longer than the program's, and a file system takes 255 bytes.
+/// Cut so that the name of the log fits the 255 bytes of a file name.
 QString logNamePart(QString fileName) {
     while (fileName.toUtf8().size() > FileNameLimit)
         fileName.chop(fileName.at(fileName.size() - 1).isLowSurrogate() ? 2 : 1);
@@ -32,7 +32,7 @@ WineLauncher::WineLauncher(QObject* parent) : QProcess(nullptr) {
     Q_UNUSED(parent)
     setProgram(launcherScript());
     setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    // A program started from a launcher must not be taken for that launcher by the desktop.
+    // Otherwise the desktop would attribute the program to the launcher that this program was started from.
     for (const QString& entry : QProcess::systemEnvironment()) {
         if (!entry.startsWith(QLatin1String("GIO_LAUNCHED_DESKTOP_FILE")))
             m_environment << entry;

@@ -8,40 +8,40 @@
 
 #include "launch/script/LauncherExit.h"
 
-/// The one place where a Windows program becomes a Linux process: runs launcher.py for a bottle and owns
-/// every argument and environment variable of a launch. Its end signal is QProcess::finished; a script that
-/// can't be started shows as QProcess::errorOccurred(FailedToStart), a failed launch as the script's exit
-/// code. Options are set before one of the launch operations. The object has no Qt parent of its own: the
-/// given parent only owns it logically, and whoever created it ends it with deleteLater.
+/// Runs launcher.py to start a Windows program in a bottle. Every launch goes through this class; it decides
+/// all arguments and environment variables. Set options before the launch operation. QProcess::finished
+/// reports the end, QProcess::errorOccurred(FailedToStart) a script that can't be started, and the exit code
+/// of the script a failed launch (see LauncherExit). Has no QObject parent, in spite of the argument: whoever
+/// created it calls deleteLater().
 class WineLauncher : public QProcess {
     Q_OBJECT
 public:
     explicit WineLauncher(QObject* parent);
     WineLauncher(const QString& bottle, QObject* parent);
 
-    /// Also finds the directory for logs, unless a log path is set already. Waits for the service.
+    /// Also sets the log directory, unless a log path is set. Blocks on the service.
     void setBottle(const QString& bottle);
-    /// With the bottle's record at hand nothing here waits for the service any more.
+    /// The same with the bottle's record, without blocking.
     void setBottle(const QString& bottle, const QJsonObject& record);
-    /// Adds "KEY=value"; a later entry wins over an earlier one of the same key.
+    /// Adds "KEY=value"; the last entry of a key is used.
     void addEnvironment(const QString& entry);
 
     void setCli(bool on) { m_cli = on; }  ///< run in a terminal
     void setShowLogs(bool on) {
         m_showLogs = on;
-    }                                       ///< Wine's output also on standard error, to be read from here
-    void setWait(bool on) { m_wait = on; }  ///< end only when the program's last process has ended
+    }  ///< also write Wine's output to standard error, readable from this process
+    void setWait(bool on) { m_wait = on; }  ///< exit only after the last process of the program
     void setLogPath(const QString& path) { m_logPath = path; }
     QString logPath() const { return m_logPath; }
     QString bottle() const { return m_bottleName; }
-    /// What the script of the last start has told so far.
+    /// What the script of the last start has printed so far.
     LauncherExit::Report report();
 
     /// Starts a stored program of the bottle; its log is wine-program-<uuid>.txt.
     void launchProgram(const QString& programUuid);
-    /// Starts a file or one of Wine's own programs.
+    /// Starts a file or a program of Wine.
     void launchExe(const QString& exePath, const QStringList& args);
-    /// Runs one Windows command line, with no log and no options.
+    /// Runs a Windows command line, without a log and without options.
     void launchCommand(const QString& command);
 
 private:
@@ -52,11 +52,11 @@ private:
 
     bool m_cli = false;
     QString m_bottleName;
-    std::optional<QJsonObject> m_programs;  ///< of the bottle, when its record was handed in
+    std::optional<QJsonObject> m_programs;  ///< of the bottle, if its record was passed
     QString m_logPath;
     QString m_logDir;
     bool m_showLogs = false;
     bool m_wait = false;
     QStringList m_environment;
-    QByteArray m_output;  ///< of the script, MaximumOutput at most
+    QByteArray m_output;  ///< of the script, at most MaximumOutput
 };

@@ -4,8 +4,8 @@
 
 namespace RaiseWindow {
 
-/// Asks the window manager to bring the topmost window of these processes to the front; false when they have
-/// none. Waits for the X server: for worker threads.
+/// Asks the window manager to raise the topmost window of these processes; false if they have none. Blocks on
+/// the X server: call it in a worker thread.
 bool ofProcesses(const QVector<qint64>& pids);
 
 }  // namespace RaiseWindow

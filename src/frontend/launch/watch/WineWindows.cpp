@@ -19,7 +19,7 @@ QByteArray processFile(qint64 pid, const char* name) {
     return "/proc/" + QByteArray::number(pid) + '/' + name;
 }
 
-/// The path of what it runs; empty where that must not be known.
+/// The path of the executable; empty without permission to read it.
 QByteArray executableOf(qint64 pid) {
     char path[PATH_MAX];
     const ssize_t length = readlink(processFile(pid, "exe").constData(), path, sizeof path);
@@ -28,7 +28,7 @@ QByteArray executableOf(qint64 pid) {
 
 }  // namespace
 
-/// The same verdict as that of "grep wine.*-preloader": one line has both words, in this order.
+/// Same result as "grep wine.*-preloader": one line contains both words in this order.
 bool WineWindows::isWineProcess(qint64 pid) {
     QFile maps(QString::fromLatin1(processFile(pid, "maps")));
     if (!maps.open(QIODevice::ReadOnly))
@@ -57,7 +57,7 @@ QMap<QByteArray, QByteArray> WineWindows::wineEnvironment(qint64 pid) {
 }
 
 bool WineWindows::isKnownWineProcess(qint64 pid) {
-    // Before the look itself: a program that is replaced in between is looked at again next time.
+    // Read before the map: if the program is replaced in between, it is checked again next time.
     const QByteArray executable = executableOf(pid);
     const auto known = m_known.constFind(pid);
     if (known != m_known.cend() && !executable.isEmpty() && known->executable == executable)

@@ -6,19 +6,18 @@
 
 #include "launch/watch/X11Desktop.h"
 
-/// What ties the windows of a desktop to bottles and programs: the process that a window names, and what that
-/// has in its environment. Remembers of each process whether it is Wine's, as long as it runs the same
-/// executable: to read what is mapped there is what costs most of a look at the desktop.
+/// Maps the windows of a desktop to bottles and programs, by the environment of their processes. Caches
+/// whether a process is Wine's for as long as it runs the same executable, since reading its memory map is
+/// the expensive part.
 class WineWindows {
 public:
     explicit WineWindows(X11Desktop& desktop) : m_desktop(desktop) {}
 
-    /// WineNames::winePrefixPrefix() and programUuidPrefix(), as far as they are there, to their values.
-    /// Empty for a window that is not Wine's, that is less than 121 pixels wide or high, or whose process
-    /// can't be looked at.
+    /// The values of WineNames::winePrefixPrefix() and programUuidPrefix(), if set. Empty if the window is
+    /// not Wine's, is less than 121 pixels wide or high, or if the process can't be read.
     QMap<QByteArray, QByteArray> wineEnvironmentOfWindow(X11Desktop::Window window);
 
-    /// Whether Wine's loader is mapped there.
+    /// Whether the process has mapped Wine's loader.
     static bool isWineProcess(qint64 pid);
     static QMap<QByteArray, QByteArray> wineEnvironment(qint64 pid);
 

@@ -5,25 +5,25 @@
 #include <memory>
 #include <mutex>
 
-// Behind the others: its macros are named like words of theirs.
+// Included last, since its macros clash with names in the other headers.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 
 namespace {
 
-// As many 32-bit items as any server can count in bytes.
+// The largest number of 32-bit items whose size in bytes a server can handle.
 constexpr long WholeList = 0x1fffffff;
-// Someone who changes properties without a pause does not keep the thread from its end.
+// A client that changes properties all the time must not keep the thread from stopping.
 constexpr int MaximumEvents = 1000;
 
 thread_local X11Desktop* desktopOfThread = nullptr;
 
 }  // namespace
 
-/// Xlib has one handler of each kind for the whole process, which Qt uses too. It is called on the thread
-/// whose request has failed; so handlers of ours stand before those that were there as long as any connection
-/// of ours lives, and sort by thread and connection. Handlers that each thread puts in and takes out by
-/// itself would leave a stranger's behind when two threads overlap.
+/// Xlib has one handler of each kind per process, which Qt uses too. It is called in the thread whose request
+/// failed. Our handlers are installed while any of our connections exists, and pass on errors of other
+/// connections. If each thread installed and removed handlers of its own, overlapping threads would restore
+/// the wrong ones.
 struct X11ErrorHandlers {
     static void install() {
         const std::lock_guard<std::mutex> lock(mutex);
@@ -41,7 +41,7 @@ struct X11ErrorHandlers {
         const std::lock_guard<std::mutex> lock(mutex);
         if (--users > 0)
             return;
-        // Whoever has come on top meanwhile stays; it passes on what is not its own.
+        // A handler installed on top of ours stays; it passes on errors of other connections.
         const XErrorHandler present = XSetErrorHandler(othersOnError);
         if (present != onError)
             XSetErrorHandler(present);
@@ -50,7 +50,7 @@ struct X11ErrorHandlers {
             XSetIOErrorHandler(presentOnLoss);
     }
 
-    /// Xlib ends the process unless both this and the handler of losses return.
+    /// Xlib exits the process unless this returns as well as onLoss().
     static void onExit(Display*, void*) {}
 
 private:
@@ -87,8 +87,8 @@ int X11ErrorHandlers::users = 0;
 std::atomic<XErrorHandler> X11ErrorHandlers::othersOnError{nullptr};
 std::atomic<XIOErrorHandler> X11ErrorHandlers::othersOnLoss{nullptr};
 
-/// A question about a window that may be gone. The answer itself tells that: to look first would cost three
-/// round trips more for each window, and it could still go in between.
+/// A query about a window that may have vanished, which the reply reports: checking first would take three
+/// more round trips, and the window could still vanish in between.
 class X11Desktop::Query {
 public:
     explicit Query(X11Desktop& desktop) : m_desktop(desktop) {
@@ -126,7 +126,7 @@ X11Desktop::~X11Desktop() {
     desktopOfThread = nullptr;
 }
 
-/// One change of the desktop makes several events; those that are there count as one.
+/// One change causes several events; consume all that have arrived.
 bool X11Desktop::takePropertyChange() {
     XEvent event;
     int taken = 0;
@@ -141,7 +141,7 @@ QVector<X11Desktop::Window> X11Desktop::windows() {
 }
 
 qint64 X11Desktop::processOf(Window window) {
-    // Xlib extends the sign of the 32 bits that it has got.
+    // Xlib sign-extends 32-bit values.
     const quint32 number = quint32(numbers(window, m_processName, XA_CARDINAL, 1).value(0));
     return number <= INT_MAX ? number : 0;
 }
@@ -161,7 +161,7 @@ bool X11Desktop::activate(Window window) {
     if (!isOpen())
         return false;
     const Query query(*this);
-    constexpr long FromPager = 2;  // from an application the request may only make the taskbar blink
+    constexpr long FromPager = 2;  // a request from an application may only make the taskbar entry blink
     XEvent event{};
     event.xclient.type = ClientMessage;
     event.xclient.window = window;

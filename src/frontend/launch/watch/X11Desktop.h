@@ -5,12 +5,12 @@
 
 struct _XDisplay;
 
-/// A thread's own connection to the default display, for looking at windows that others have made. Made, used
-/// and destroyed on one thread; several may live on several threads at once, beside Qt's connection.
+/// A connection to the default display for one thread, for inspecting windows of other clients. Create, use
+/// and destroy it in one thread; several threads may have one each, besides Qt's connection.
 ///
-/// Windows may vanish at any moment: a query then answers as for a window without the property. Neither an X
-/// error of this connection nor the loss of the server ends the process. Errors of other connections still
-/// reach whoever has been responsible for them before.
+/// Windows may vanish at any time: a query then returns what it returns for a window without the property.
+/// Neither X errors of this connection nor the loss of the server end the process. Errors of other
+/// connections still reach their own handlers.
 class X11Desktop {
 public:
     using Window = unsigned long;
@@ -20,22 +20,22 @@ public:
     X11Desktop(const X11Desktop&) = delete;
     X11Desktop& operator=(const X11Desktop&) = delete;
 
-    /// Has to be called before the first thread that makes a connection is started.
+    /// Call before the first thread that opens a connection starts.
     static void prepareThreads();
 
-    /// False without a display, and from the moment on when the server is lost.
+    /// False without a display and after the connection to the server is lost.
     bool isOpen() const { return m_display && !m_isLost; }
-    /// Whether there was an X error other than one that tells of a window's end.
+    /// Whether there was an X error other than for a window that has vanished.
     bool hasFailed() const { return m_hasFailed; }
 
-    /// True when a property of the root window has changed since the last call; does not wait.
+    /// Whether a property of the root window has changed since the last call. Does not block.
     bool takePropertyChange();
-    /// The window manager's list, bottom to top. Empty where nobody keeps one.
+    /// The window manager's list, bottom to top. Empty without such a list.
     QVector<Window> windows();
-    /// The number that the window gives for its process, which is any that its maker likes; 0 without.
+    /// The process id that the client has set, which may be wrong; 0 if unset.
     qint64 processOf(Window window);
     QSize sizeOf(Window window);
-    /// Asks the window manager, as a taskbar does; false when there is no server to ask.
+    /// Asks the window manager to activate the window, as a taskbar does; false without a server.
     bool activate(Window window);
 
 private:

@@ -2,17 +2,18 @@
 
 #include <QThread>
 
-/// Waits until a Wine window of one bottle is on the desktop, from the first look on, and ends. Without a
-/// display it ends at once. Looks every 10 ms.
+/// Waits until a Wine window of one bottle exists on the desktop, including those at start, and ends. Ends at
+/// once without a display. Polls every 10 ms.
 class X11FindWindowThread : public QThread {
     Q_OBJECT
 public:
-    /// prefixPath is the bottle's directory, by whichever way; its owner keeps it as long as the thread runs.
+    /// `prefixPath` is the bottle's directory, possibly through links; the caller keeps the string while the
+    /// thread runs.
     X11FindWindowThread(const char* prefixPath, QObject* parent);
-    /// Stops and waits, without a limit.
+    /// Stops the thread and waits without a time-out.
     ~X11FindWindowThread() override;
 
-    /// Asks the running thread to end, and does not wait.
+    /// Requests the thread to stop; does not wait.
     void stop() { requestInterruption(); }
 
 Q_SIGNALS:
