@@ -6,8 +6,8 @@ class QVBoxLayout;
 
 namespace Fenk {
 
-/// A raised ground for rows that belong together, with a line between two of them. As high as its rows
-/// unless told otherwise.
+/// A raised panel for rows that belong together, with a line between two rows. By default as high as its
+/// rows.
 class Card : public QFrame {
     Q_OBJECT
 public:
@@ -15,7 +15,7 @@ public:
 
     void addRow(QWidget* row);
 
-    /// Shows the hover ground, for cards that are one thing to click on.
+    /// Shows a hover background, for cards that are clickable as a whole.
     void setHoverable(bool hoverable);
 
 protected:

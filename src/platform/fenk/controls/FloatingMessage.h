@@ -7,13 +7,12 @@ class QIcon;
 
 namespace Fenk {
 
-/// A sentence that floats over the bottom of a window for some seconds and asks for nothing. A newer one
-/// takes the place of the one that is there. Owned by the window it floats on; deletes itself when its time
-/// is over.
+/// A message at the bottom of a window that disappears after some seconds and needs no answer. A new message
+/// replaces the current one. Owned by the window; deletes itself when its time is over.
 class FloatingMessage : public QWidget {
     Q_OBJECT
 public:
-    /// `over` is any widget of the window. The sentence is plain text.
+    /// `over` is any widget of the window. The message is plain text.
     static FloatingMessage* show(QWidget* over, const QIcon& icon, const QString& sentence, int ms = 4000);
 
     QString sentence() const { return accessibleName(); }

@@ -4,8 +4,8 @@
 
 namespace Fenk {
 
-/// A button that is only a picture: no ground until the pointer is over it. The word that a picture alone
-/// does not say is its tool tip and its accessible name.
+/// A button with an icon only, and a background only while hovered. `word` is its tool tip and accessible
+/// name.
 class IconButton : public QToolButton {
     Q_OBJECT
 public:

@@ -68,7 +68,7 @@ void Label::setElidedAfter(int lines) {
     setElided(true);
 }
 
-/// At most as many as are shown; the last has all that is left.
+/// At most as many lines as are shown; the last one has all the remaining text.
 QStringList Label::brokenLines(int width) const {
     const QString all = text().simplified();
     QTextOption option;
@@ -132,7 +132,7 @@ QSize Label::minimumSizeHint() const {
 }
 
 bool Label::event(QEvent* event) {
-    // A new text of the same width brings no resize.
+    // A new text of the same width causes no resize event.
     if (event->type() == QEvent::ToolTip && m_elided)
         setToolTip(cuts() ? plainToolTip(text()) : QString());
     return QLabel::event(event);

@@ -6,11 +6,11 @@
 
 namespace Fenk {
 
-/// Text from outside as a tool tip, which would take it for markup where it looks like some.
+/// Escapes untrusted text for a tool tip, which would otherwise interpret markup in it.
 QString plainToolTip(const QString& text);
 
-/// Text of one of the product's kinds, in its font and colour in whatever theme. Plain text unless told
-/// otherwise; text that does not fit into its lines can be elided, with the whole of it as tool tip.
+/// Text of one kind, in the font and colour of the kind in every theme. Plain text unless set otherwise. Text
+/// that does not fit can be elided; the tool tip then shows all of it.
 class Label : public QLabel {
     Q_OBJECT
 public:
@@ -20,14 +20,14 @@ public:
     explicit Label(Kind kind, QWidget* parent = nullptr);
     explicit Label(const QString& text, Kind kind = Body, QWidget* parent = nullptr);
 
-    /// Another colour than the kind's own, for states: danger, warning, success.
+    /// Replaces the colour of the kind, for states: danger, warning, success.
     void setTextRole(Theme::Role role);
 
     void setElided(bool elided);
-    /// Elided at the end of so many lines; each is as wide as the label may be.
+    /// Wraps the text and elides it at the end of the last of `lines` lines.
     void setElidedAfter(int lines);
 
-    /// Wrapped text that would like lines of this width at most, but takes less.
+    /// Wraps the text; the preferred width is `width`, but the label can be narrower.
     void setReadingWidth(int width);
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;

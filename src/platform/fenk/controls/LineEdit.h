@@ -10,7 +10,7 @@ namespace Fenk {
 
 class Label;
 
-/// A field that can say what is wrong with its content: a red border, and a sentence right below.
+/// A line edit that can report an error: a red border, and a message below.
 class LineEdit : public QWidget {
     Q_OBJECT
 public:
@@ -20,13 +20,13 @@ public:
     QString text() const { return m_edit->text(); }
     void setText(const QString& text) { m_edit->setText(text); }
     void setPlaceholderText(const QString& text) { m_edit->setPlaceholderText(text); }
-    /// Goes to the field itself, which is what a screen reader meets.
+    /// Sets the name of the inner QLineEdit, which screen readers report.
     void setAccessibleName(const QString& name);
 
     bool isAlert() const { return m_alert; }
     void setAlert(bool alert);
 
-    /// Red border and sentence until the text changes, or for `ms` milliseconds; 0 for no limit.
+    /// Shows red border and message until the text changes, or for `ms` milliseconds; 0: no time limit.
     void showAlertMessage(const QString& sentence, int ms = Tokens::AlertMs);
     QString alertMessage() const;
     void hideAlertMessage();

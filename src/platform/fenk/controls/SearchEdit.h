@@ -4,7 +4,7 @@
 
 namespace Fenk {
 
-/// A field to search in: a glass in front, a cross to empty it, Escape empties it too.
+/// A search field: magnifier icon, clear button; Escape clears it too.
 class SearchEdit : public QLineEdit {
     Q_OBJECT
 public:

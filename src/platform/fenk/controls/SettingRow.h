@@ -6,8 +6,8 @@ namespace Fenk {
 
 class Label;
 
-/// A row of a card: what is set on the left, its explanation below in small, the control on the right edge.
-/// Gives the control its accessible name and description if it has none.
+/// A row of a card: name of the setting on the left, explanation below in small, control at the right edge.
+/// Sets the accessible name and description of the control if they are empty.
 class SettingRow : public QWidget {
     Q_OBJECT
 public:

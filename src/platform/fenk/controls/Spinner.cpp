@@ -14,7 +14,7 @@ constexpr int FrameMs = 33;
 constexpr int FullTurn = 360 * 16;
 constexpr int Arc = 90 * 16;
 
-/// One clock for all spinners: two of them side by side turn together.
+/// One clock for all spinners, so that they rotate in step.
 qint64 now() {
     static const QElapsedTimer clock = [] {
         QElapsedTimer timer;

@@ -5,15 +5,15 @@
 
 namespace Fenk {
 
-/// A ring that says that something is alive. Turns while playing; stands still, but shows, when the desktop
-/// wants no animation. Painted by its own clock, so a busy GUI thread makes it skip, not lag.
+/// A ring that shows activity. Rotates while playing; visible but static if the desktop wants no animations.
+/// The angle depends on the time, so a busy GUI thread skips frames instead of slowing it down.
 class Spinner : public QWidget {
     Q_OBJECT
 public:
     explicit Spinner(QWidget* parent = nullptr);
 
     void start();
-    /// Shows only if the work is still under way after half a second.
+    /// Becomes visible only if stop() is not called within half a second.
     void startDelayed();
     void stop();
     bool isPlaying() const { return m_playing; }

@@ -4,7 +4,7 @@
 
 namespace Fenk {
 
-/// The one suggested action of a window, filled with the accent.
+/// The suggested action of a window, filled with the accent colour; at most one per window.
 class SuggestButton : public QPushButton {
     Q_OBJECT
 public:

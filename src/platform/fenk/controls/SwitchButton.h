@@ -5,8 +5,8 @@
 
 namespace Fenk {
 
-/// A switch for a setting that takes effect at once. Space and Return turn it, Left and Right turn it off and
-/// on; toggled() tells. Its word stands elsewhere in the row, so it needs an accessible name.
+/// A switch for a setting that takes effect at once. Space and Return toggle it, Left and Right switch it off
+/// and on; toggled() reports changes. Has no text of its own, so set an accessible name.
 class SwitchButton : public QAbstractButton {
     Q_OBJECT
 public:
@@ -23,7 +23,7 @@ private:
     void slide(bool on);
 
     QVariantAnimation m_slide;
-    qreal m_position = 0;  ///< 0 off, 1 on
+    qreal m_position = 0;  ///< 0: off, 1: on
 };
 
 }  // namespace Fenk

@@ -4,8 +4,7 @@
 
 namespace Fenk {
 
-/// An action that loses something. Its word is danger-coloured; the question that confirms it has the filled
-/// form.
+/// A destructive action. The text has the danger colour; the button that confirms the action is filled.
 class WarningButton : public QPushButton {
     Q_OBJECT
 public:

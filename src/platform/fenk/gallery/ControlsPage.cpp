@@ -35,7 +35,7 @@ Widget* named(Widget* widget, const QString& name) {
     return widget;
 }
 
-/// A picture shows no pointer, so one control of each kind looks as if it were over it.
+/// A screenshot has no pointer, so one control of each kind is shown as hovered.
 template <class Widget>
 Widget* hovered(Widget* widget) {
     widget->setAttribute(Qt::WA_UnderMouse);

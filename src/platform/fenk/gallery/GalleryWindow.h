@@ -7,8 +7,8 @@ class QStackedWidget;
 
 namespace Gallery {
 
-/// Shows every control of the toolkit in its states. For designers, for pictures, and for the tests that
-/// measure controls.
+/// Shows every control of the toolkit in its states, for designers, screenshots and tests that measure
+/// controls.
 class GalleryWindow : public Fenk::MainWindow {
     Q_OBJECT
 public:

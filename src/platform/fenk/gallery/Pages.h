@@ -5,7 +5,7 @@
 class QVBoxLayout;
 class QWidget;
 
-/// The gallery's pages, each with every state of its controls. The caller takes them over.
+/// The gallery's pages, each with all states of its controls. The caller owns them.
 namespace Gallery {
 
 QWidget* makeControlsPage();
@@ -13,7 +13,7 @@ QWidget* makeListsPage();
 QWidget* makeSettingsPage();
 QWidget* makeColorsPage();
 
-/// A heading over a card; returns the layout inside the card.
+/// Adds a heading and a card; returns the layout inside the card.
 QVBoxLayout* addSection(QVBoxLayout* page, const QString& title);
 
 }  // namespace Gallery

@@ -20,7 +20,7 @@ namespace Gallery {
 
 namespace {
 
-/// Lets layouts and fades settle, then draws the widget with its rounded corners left clear.
+/// Waits for layouts and fades, then renders the widget with transparent corners.
 QImage grabbed(QWidget& widget) {
     widget.show();
     widget.activateWindow();

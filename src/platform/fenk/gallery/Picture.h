@@ -5,11 +5,11 @@
 
 namespace Gallery {
 
-/// Draws one page of the gallery, or "dialog", "warning", "about" or "menu", as it looks on a screen with a
-/// compositor, in the theme that is in force. An unknown name gives a null image.
+/// Renders one page of the gallery, or "dialog", "warning", "about" or "menu", in the current theme, as with
+/// a compositor. Null for an unknown name.
 QImage picture(const QString& page);
 
-/// Two pictures of the same size beside each other.
+/// Joins two images of the same size side by side.
 QImage sideBySide(const QImage& left, const QImage& right);
 
 }  // namespace Gallery

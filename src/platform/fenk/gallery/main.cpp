@@ -11,7 +11,7 @@ using namespace Fenk;
 
 namespace {
 
-/// The scale has to be known before the application object exists.
+/// The scale must be set before the application object exists.
 void takeScale(int argc, char** argv) {
     for (int i = 1; i + 1 < argc; ++i) {
         if (qstrcmp(argv[i], "--scale") == 0)

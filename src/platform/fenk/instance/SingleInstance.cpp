@@ -24,7 +24,7 @@ namespace {
 
 constexpr int RetryMs = 5;
 
-/// A directory that only this user can write to. Links are not followed.
+/// Whether only this user can write to the directory. Does not follow links.
 bool isPrivateDirectory(const QString& path) {
     struct stat status = {};
     return ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode) &&
@@ -37,7 +37,7 @@ QString fallbackDirectory() {
     return isPrivateDirectory(path) ? path : QString();
 }
 
-/// A socket's path is limited to some hundred bytes; room for the name must be left.
+/// The path of a socket is limited to about 100 bytes, including the name.
 bool fitsSocket(const QString& directory, const QString& name) {
     const QByteArray path = QFile::encodeName(directory + '/' + name + ".socket");
     return path.size() < int(sizeof(sockaddr_un::sun_path));
@@ -51,7 +51,7 @@ QString runtimeDirectoryFor(const QString& wanted, const QString& name) {
     for (const QString& candidate : {wanted, qEnvironmentVariable("XDG_RUNTIME_DIR")})
         if (usable(candidate))
             return candidate;
-    // Asked for last, as it makes a directory and complains when the variable is not set.
+    // Last, since it creates a directory and logs a warning if the variable is not set.
     const QString standard = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     return usable(standard) ? standard : fallbackDirectory();
 }
@@ -72,8 +72,8 @@ SingleInstance::SingleInstance(const QString& key, const QString& runtimeDirecto
 }
 
 SingleInstance::~SingleInstance() {
-    // The lock is still held here, so the socket is ours. The lock file stays: removing it would let two
-    // processes lock two files of the same name.
+    // The lock is still held, so the socket is ours. The lock file stays: if it were removed, two processes
+    // could lock two files of the same name.
     if (m_server)
         ::unlink(QFile::encodeName(socketPath()).constData());
 }
@@ -106,7 +106,7 @@ SingleInstance::Claim SingleInstance::claim(const QStringList& arguments, int ti
             case Outcome::Refused:
                 qWarning() << "single instance: the running process refused the arguments";
                 return Claim::Unreachable;
-            case Outcome::NobodyListens:  // not yet, or no more: the lock will tell
+            case Outcome::NobodyListens:  // not yet or no longer; the lock decides
             case Outcome::TimedOut:
                 break;
         }
@@ -118,7 +118,7 @@ SingleInstance::Claim SingleInstance::claim(const QStringList& arguments, int ti
     }
 }
 
-/// True also when there is no way to lock at all.
+/// Also true if locking is not possible at all.
 bool SingleInstance::tryLock() {
     if (m_directory.isEmpty()) {
         qWarning() << "single instance: no private runtime directory, cannot look for other instances";
@@ -158,7 +158,7 @@ SingleInstance::Claim SingleInstance::listen() {
 
 QStringList SingleInstance::withAbsoluteFiles(QStringList arguments, const QString& directory) {
     const QDir from(directory);
-    // Directories are left alone: a word such as a bottle's name may happen to be one, a file is meant.
+    // Only files: a word such as a bottle's name may happen to be the name of a directory.
     for (int i = 1; i < arguments.size(); ++i) {
         QString& argument = arguments[i];
         if (argument.isEmpty() || argument.startsWith('-') || argument.startsWith('/'))

@@ -5,11 +5,11 @@
 
 namespace Fenk {
 
-/// The arguments on their way between two processes: "FNK1", the length of the rest, the number of arguments,
-/// and each argument as length and UTF-8. Numbers have four bytes, most significant first.
+/// Wire format of the arguments: "FNK1", the length of the rest, the number of arguments, and each argument
+/// as length and UTF-8. Numbers have four bytes, most significant byte first.
 namespace SingleInstanceMessage {
 
-constexpr quint32 MaxBytes = 1024 * 1024;  ///< of the part behind the first length
+constexpr quint32 MaxBytes = 1024 * 1024;  ///< after the first length
 constexpr quint32 MaxArguments = 4096;
 
 enum class State { Value, Incomplete, Invalid };
@@ -19,10 +19,10 @@ struct Parsed {
     QStringList arguments;
 };
 
-/// Empty when the arguments are beyond the limits.
+/// Empty if the arguments exceed the limits.
 QByteArray encode(const QStringList& arguments);
 
-/// Judges what has come so far; Invalid is final.
+/// Parses what has been received so far; Invalid is final.
 Parsed parse(const QByteArray& bytes);
 
 }  // namespace SingleInstanceMessage

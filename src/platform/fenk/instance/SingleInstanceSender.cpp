@@ -16,7 +16,7 @@ namespace Fenk {
 namespace SingleInstanceSender {
 namespace {
 
-/// False when the deadline has passed.
+/// Returns false after the deadline.
 bool waitFor(int fd, short events, qint64 deadlineMs) {
     for (;;) {
         const qint64 left = deadlineMs - monotonicMs();
@@ -37,7 +37,7 @@ bool isOwnUser(int fd) {
     return ::getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == ::getuid();
 }
 
-/// Connects without blocking; a full queue of the listener is waited for.
+/// Connects without blocking; retries while the backlog of the listener is full.
 Outcome connectTo(const OwnedFd& socket, const QString& path, qint64 deadlineMs) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;

@@ -10,7 +10,7 @@ namespace SingleInstanceSender {
 
 enum class Outcome { Confirmed, NobodyListens, Refused, TimedOut };
 
-/// Blocks until the running process has confirmed, at most until deadlineMs on the monotonic clock.
+/// Blocks until the running process has confirmed, at most until `deadlineMs` of the monotonic clock.
 Outcome send(const QString& path, const QByteArray& message, qint64 deadlineMs);
 
 qint64 monotonicMs();

@@ -20,7 +20,7 @@ struct SingleInstanceServer::Peer {
     qint64 pid = 0;
     QByteArray bytes;
     QTimer idle;
-    // Goes before the socket it watches.
+    // Destroyed before the socket that it watches.
     std::unique_ptr<QSocketNotifier> notifier;
 };
 
@@ -63,7 +63,7 @@ void SingleInstanceServer::acceptPeers() {
             return;
         }
     }
-    m_notifier->setEnabled(false);  // until a peer has gone
+    m_notifier->setEnabled(false);  // until a peer disconnects
 }
 
 void SingleInstanceServer::addPeer(OwnedFd socket) {
@@ -120,7 +120,7 @@ void SingleInstanceServer::readPeer(int fd) {
             return;
         case SingleInstanceMessage::State::Value:
             answerAndDrop(fd, Confirmed);
-            // Not from here: whoever receives it may run an event loop of its own.
+            // Queued, since a receiver may run an event loop of its own.
             QMetaObject::invokeMethod(
                 this, [this, pid, arguments = parsed.arguments] { Q_EMIT received(pid, arguments); },
                 Qt::QueuedConnection);
@@ -131,9 +131,10 @@ void SingleInstanceServer::answerAndDrop(int fd, char answer) {
     const auto found = m_peers.find(fd);
     if (found == m_peers.end())
         return;
-    // One byte into an empty buffer; a peer that has gone is no trouble.
+    // One byte into an empty buffer cannot block; a peer that has disconnected is ignored.
     (void)::send(fd, &answer, 1, MSG_NOSIGNAL | MSG_DONTWAIT);
-    // We may be inside a signal of the peer's own timer or notifier. Silence them, close, destroy later.
+    // This may run inside a signal of the peer's own timer or notifier: disable them, close, and destroy the
+    // peer later.
     std::shared_ptr<Peer> peer(found->second.release());
     m_peers.erase(found);
     peer->notifier->setEnabled(false);

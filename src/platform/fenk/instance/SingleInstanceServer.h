@@ -11,21 +11,23 @@ class QSocketNotifier;
 
 namespace Fenk {
 
-/// The listening side of SingleInstance: takes arguments from processes of the same user and confirms each
-/// list before it is handed on. A peer that sends nonsense, too much, or nothing whole for IdleMs is dropped.
+/// The listening side of SingleInstance: receives arguments from processes of the same user and confirms each
+/// list before it is passed on. A peer is disconnected if it sends an invalid or too long message, or no
+/// complete message within IdleMs.
 class SingleInstanceServer : public QObject {
     Q_OBJECT
 public:
     static constexpr int IdleMs = 5000;
     static constexpr int MaxPeers = 256;
-    static constexpr int PauseMs = 200;  ///< before accepting is tried again when descriptors have run out
+    static constexpr int PauseMs =
+        200;  ///< delay before accept() is retried when file descriptors have run out
     static constexpr char Confirmed = '+';
     static constexpr char Refused = '-';
 
     explicit SingleInstanceServer(QObject* parent = nullptr);
     ~SingleInstanceServer() override;
 
-    /// Replaces whatever lies at path. Only for the holder of the lock.
+    /// Replaces whatever exists at `path`. Only for the holder of the lock.
     bool listen(const QString& path);
 
 Q_SIGNALS:

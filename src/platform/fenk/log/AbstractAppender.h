@@ -8,8 +8,8 @@
 
 namespace Fenk {
 
-/// One place that log messages go to. Appenders are registered with Logger, which owns them and may call
-/// append from any thread at any time; an appender must not fail loudly and must not log by itself.
+/// A destination of log messages. Owned by Logger, which may call append() from any thread at any time; an
+/// appender must not throw and must not log.
 class AbstractAppender {
 public:
     AbstractAppender();
@@ -18,11 +18,11 @@ public:
     AbstractAppender(const AbstractAppender&) = delete;
     AbstractAppender& operator=(const AbstractAppender&) = delete;
 
-    /// See LogFormat for the placeholders. To be set before registration. The default is LogManager's format.
+    /// See LogFormat for the placeholders. Call before registration. The default is LogManager::logFormat().
     void setFormat(const QString& format);
     QString format() const;
 
-    /// file, function may be null. time is the message's own; whoever needs a clock takes this one.
+    /// `file` and `function` may be null. `time` is the time of the message; appenders use no other clock.
     virtual void append(const QDateTime& time, QtMsgType type, const char* file, int line,
                         const char* function, const QString& category, const QString& message) = 0;
 

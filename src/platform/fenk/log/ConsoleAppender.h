@@ -4,7 +4,7 @@
 
 namespace Fenk {
 
-/// Writes to standard error, one write a message.
+/// Writes to standard error, with one write() per message.
 class ConsoleAppender : public AbstractAppender {
 public:
     void append(const QDateTime& time, QtMsgType type, const char* file, int line, const char* function,

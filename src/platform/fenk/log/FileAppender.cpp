@@ -42,7 +42,7 @@ bool FileAppender::openFile(const QDateTime& time) {
     if (m_fd >= 0 && ::fstat(m_fd, &status) == 0 && status.st_nlink > 0)
         return true;
     closeFile();
-    // The second comparison is for clocks that are set back.
+    // The second comparison handles clocks that are set back.
     if (m_retryAt.isValid() && time < m_retryAt && time.secsTo(m_retryAt) <= RetrySeconds)
         return false;
     QDir().mkpath(QFileInfo(m_fileName).path());

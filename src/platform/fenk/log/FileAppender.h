@@ -6,12 +6,12 @@
 
 namespace Fenk {
 
-/// Appends to a file, one write a message, so that lines of several processes do not mix. The file and its
-/// directory are made when the first message comes, readable by the user only, and again when someone removed
-/// them.
+/// Appends to a file, with one write() per message, so lines of several processes do not mix. Creates the
+/// file and its directory, readable by the user only, at the first message and again if they have been
+/// removed.
 ///
-/// While the file cannot be opened or written, messages are dropped and one notice goes to standard error;
-/// opening is tried again after RetrySeconds of the messages' time, writing with the next message.
+/// While the file cannot be opened or written, messages are dropped and one notice is written to standard
+/// error; opening is retried after RetrySeconds of the messages' time, writing with the next message.
 class FileAppender : public AbstractAppender {
 public:
     static constexpr int RetrySeconds = 10;
@@ -25,10 +25,10 @@ public:
                 const QString& category, const QString& message) override;
 
 protected:
-    /// Called under the lock before each line is written. Overridden to change files.
+    /// Called under the lock before each line is written. Override it to change files.
     virtual void prepare(const QDateTime& time);
 
-    void closeFile();  ///< the next line opens fileName() anew
+    void closeFile();  ///< the next line reopens fileName()
     void notice(const QString& text);
 
 private:
@@ -39,8 +39,8 @@ private:
     std::mutex m_mutex;
     int m_fd = -1;
     QDateTime m_retryAt;
-    bool m_torn = false;     ///< the file's last line lacks its end
-    bool m_noticed = false;  ///< the trouble has been told
+    bool m_torn = false;     ///< the last line in the file is incomplete
+    bool m_noticed = false;  ///< the error has been reported
 };
 
 }  // namespace Fenk

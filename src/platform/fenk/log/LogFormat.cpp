@@ -13,7 +13,7 @@ QString baseName(const char* file) {
     return QString::fromUtf8(slash ? slash + 1 : file);
 }
 
-/// Where the word "operator" begins as a name of its own, or -1.
+/// The position of "operator" as a separate word, or -1.
 int operatorAt(const QString& text) {
     const QLatin1String word("operator");
     for (int at = text.indexOf(word); at >= 0; at = text.indexOf(word, at + 1)) {
@@ -26,7 +26,7 @@ int operatorAt(const QString& text) {
     return -1;
 }
 
-/// Index of the parenthesis that opens the (outermost function's) arguments, or the length.
+/// The position of the parenthesis that opens the arguments of the outermost function, or the length.
 int argumentsAt(const QString& text, int nameOperator) {
     const int end = nameOperator < 0 ? text.size() : nameOperator;
     int depth = 0;
@@ -46,7 +46,7 @@ int argumentsAt(const QString& text, int nameOperator) {
     return open < 0 ? text.size() : open;
 }
 
-/// Index of the name behind the return type: after the last blank outside of template arguments.
+/// The position of the name after the return type: after the last blank outside template arguments.
 int nameAt(const QString& text) {
     int depth = 0;
     for (int i = text.size() - 1; i >= 0; --i) {
@@ -117,7 +117,8 @@ LogFormat::LogFormat(const QString& format) : m_text(format) {
     flush();
 }
 
-/// Reads "%{name:width}" and, behind a time, "{format}" from position on and moves it; false leaves it.
+/// Parses "%{name:width}" and, after a time, "{format}" at `position` and advances it; returns false and
+/// leaves it unchanged for anything else.
 bool LogFormat::parsePlaceholder(const QString& text, int& position, Part& part) {
     static const struct {
         QLatin1String name;

@@ -10,8 +10,8 @@ namespace Fenk {
 /// A log line's format, parsed once. Placeholders:
 /// %{time} or %{time}{QDateTime format}, %{type}, %{file} (name without directory), %{line},
 /// %{function} (class and name only), %{Function} (whole signature), %{category}, %{message}, %%.
-/// A width may follow a colon: %{type:7} pads on the left, %{type:-7} on the right. Line ends are the
-/// format's business. An unknown placeholder stays as it is.
+/// A width may follow a colon: %{type:7} pads on the left, %{type:-7} on the right. Line ends are
+/// part of the format. An unknown placeholder is left unchanged.
 class LogFormat {
 public:
     explicit LogFormat(const QString& format = QString());
@@ -22,7 +22,7 @@ public:
     QByteArray format(const QDateTime& time, QtMsgType type, const char* file, int line, const char* function,
                       const QString& category, const QString& message) const;
 
-    /// "void A::b(int) const" becomes "A::b": no return type, arguments, lambda or template tail.
+    /// "void A::b(int) const" becomes "A::b": without return type, arguments, lambda or template suffix.
     static QString shortFunction(const char* function);
 
     static QString typeName(QtMsgType type);  ///< Debug, Info, Warning, Error, Fatal

@@ -4,12 +4,12 @@
 
 namespace Fenk {
 
-/// Process-wide choices about logging, made once at start by the program's own logging set-up.
+/// Process-wide settings of logging, set once at start.
 class LogManager {
 public:
     LogManager() = delete;
 
-    static void setLogFormat(const QString& format);  ///< for appenders made from now on
+    static void setLogFormat(const QString& format);  ///< for appenders created from now on
     static QString logFormat();
 
     static void registerConsoleAppender();

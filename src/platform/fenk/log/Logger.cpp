@@ -8,7 +8,7 @@
 namespace Fenk {
 namespace {
 
-/// An appender that logs would never end.
+/// Prevents endless recursion if an appender logs.
 thread_local bool appending = false;
 
 }  // namespace

@@ -10,9 +10,10 @@ namespace Fenk {
 
 class AbstractAppender;
 
-/// Takes over Qt's messages with the first registered appender (and gives them back with the last) and hands
-/// each to all appenders, in the thread that logs. It lives until the process ends, so that messages of late
-/// destructors still arrive. A fatal message ends the process after it has been appended, as always with Qt.
+/// Installs itself as Qt's message handler with the first appender, restores the previous handler with the
+/// last, and passes each message to all appenders, in the thread that logs. Never destroyed, so messages of
+/// late destructors still arrive. A fatal message ends the process after it has been appended, as usual with
+/// Qt.
 class Logger {
 public:
     static Logger* globalInstance();

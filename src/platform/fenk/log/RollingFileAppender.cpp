@@ -28,12 +28,12 @@ void RollingFileAppender::setLogFilesLimit(int limit) {
 void RollingFileAppender::prepare(const QDateTime& time) {
     const QDate day = time.date();
     if (!m_day.isValid()) {
-        // An earlier run's file belongs to the day of its last line.
+        // A file of an earlier run belongs to the day of its last change.
         const QFileInfo file(fileName());
         m_day = file.isFile() && file.size() > 0 ? file.lastModified().date() : day;
         removeOldFiles();
     }
-    // A message of yesterday that comes late, or a clock set back, does not roll.
+    // A late message of the day before, or a clock set back, does not roll the file.
     if (day > m_day)
         roll(day);
 }

@@ -7,9 +7,9 @@
 
 namespace Fenk {
 
-/// A file that starts anew each day. The old one is renamed to "<file>.yyyy-MM-dd" after the day that it
-/// holds (with ".2" and so on should that name be taken), and the oldest are removed until no more than the
-/// limit are left, the current one counted. Days are those of the messages' times.
+/// A log file per day. The file of an earlier day is renamed to "<file>.yyyy-MM-dd" (with ".2" and so on if
+/// that exists), and the oldest files are removed until the limit is met, which includes the current file.
+/// Days are those of the messages' times.
 class RollingFileAppender : public FileAppender {
 public:
     enum DatePattern { Daily };
@@ -19,7 +19,7 @@ public:
     void setDatePattern(DatePattern pattern);
     DatePattern datePattern() const { return m_pattern; }
 
-    /// Files in all; 0 (the default) keeps everything.
+    /// Number of files including the current one; 0 (the default) keeps all.
     void setLogFilesLimit(int limit);
     int logFilesLimit() const { return m_limit; }
 
@@ -34,7 +34,7 @@ private:
 
     DatePattern m_pattern = Daily;
     int m_limit = 0;
-    QDate m_day;  ///< day that the current file holds
+    QDate m_day;  ///< day of the current file's messages
 };
 
 }  // namespace Fenk

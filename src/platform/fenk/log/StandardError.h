@@ -4,8 +4,8 @@
 
 namespace Fenk {
 
-/// One write to standard error. A reader that has gone (a closed terminal pipe, a restarted journal) is no
-/// reason to die: the broken pipe's signal is held back. Errors are ignored, there is no place to tell them.
+/// Writes to standard error with one write() and without raising SIGPIPE if the reader is gone (a closed
+/// terminal, a restarted journal). Errors are ignored, since they cannot be reported anywhere.
 void writeToStandardError(const QByteArray& bytes);
 
 }  // namespace Fenk

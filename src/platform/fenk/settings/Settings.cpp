@@ -21,8 +21,8 @@ namespace {
 constexpr int LockWaitMs = 2000;
 constexpr int LockStepMs = 5;
 
-/// Keeps other processes of this kind from writing meanwhile. The kernel lets go when we are killed, and no
-/// lock file stays behind. Where directories cannot be locked, there is no protection.
+/// Locks the directory against other processes that write settings. The kernel releases the lock of a killed
+/// process, and no lock file remains. Without effect where directories cannot be locked.
 class DirectoryLock {
 public:
     explicit DirectoryLock(const QString& directory)
@@ -68,7 +68,7 @@ Read readFile(const QString& path) {
     return result;
 }
 
-/// Puts an unusable file out of the way of the next write.
+/// Renames an invalid file before the next write.
 bool setAside(const QString& path) {
     const QString aside = path + ".broken";
     if (!QFileInfo(path).isFile() ||
@@ -182,7 +182,7 @@ bool Settings::sync() {
         qWarning() << "settings: someone else keeps writing to" << directory;
         return false;
     }
-    // Read again: what others changed under other keys since then shall stay.
+    // Read again, to keep what other processes have changed under other keys.
     Read read = readFile(m_iniPath);
     if (read.state == Read::Unusable && !setAside(m_iniPath)) {
         qWarning() << "settings: not overwriting" << m_iniPath << read.reason;

@@ -11,18 +11,18 @@
 
 namespace Fenk {
 
-/// The options that a JSON description names, with their values in one INI-like file. Lives on one thread.
+/// The options that a JSON description defines, with their values in one INI-like file. Use each object in
+/// one thread.
 ///
-/// A value that was never set reads as the description's default, an unknown key as an invalid QVariant with
-/// a warning. Changes are held in memory, written when the event loop gets to it, by sync() and by the
-/// destructor. Writing replaces the file atomically, keeps lines that this class does not know, and keeps
-/// what someone else has changed meanwhile under other keys. A file that cannot be understood is set aside as
-/// "<file>.broken".
+/// An option that was never set has its default from the description; an unknown key returns an invalid
+/// QVariant and logs a warning. Changes are kept in memory and written by the event loop, by sync() and by
+/// the destructor. Writing replaces the file atomically and keeps unknown lines and values that another
+/// process has changed under other keys. An invalid file is renamed to "<file>.broken".
 class Settings : public QObject {
     Q_OBJECT
 public:
-    /// jsonPath may be a resource. Null with the reason in error when the description is wrong; an unreadable
-    /// ini file is no error.
+    /// `jsonPath` may be a resource. Null, with the reason in `error`, if the description is invalid; an
+    /// unreadable INI file is no error.
     static std::unique_ptr<Settings> fromJson(const QString& jsonPath, const QString& iniPath,
                                               QString* error = nullptr);
     ~Settings() override;
@@ -31,12 +31,12 @@ public:
     QVariant option(const QString& key) const;
     QVariant getOption(const QString& key) const { return option(key); }
 
-    /// Converts value to the option's type; an impossible value and an unknown key are refused with a
+    /// Converts the value to the type of the option; ignores impossible values and unknown keys with a
     /// warning.
     void setOption(const QString& key, const QVariant& value);
 
-    /// False, with a warning, when the file could not be written; the values stay and the next call tries
-    /// again.
+    /// Returns false, with a warning, if the file could not be written; the values stay in memory and the
+    /// next call retries.
     bool sync();
 
 Q_SIGNALS:

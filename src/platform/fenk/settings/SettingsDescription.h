@@ -23,16 +23,16 @@ public:
         QVariant defaultValue;
     };
 
-    /// Nothing, with the reason in error, for text that is not such a description.
+    /// Empty, with the reason in `error`, if the text is invalid.
     static std::optional<SettingsDescription> fromJson(const QByteArray& json, QString* error = nullptr);
 
-    QStringList keys() const { return m_keys; }  ///< in the order of the text
+    QStringList keys() const { return m_keys; }  ///< in the order of the description
     const Option* find(const QString& key) const;
 
-    /// The value as the type wants it, or an invalid QVariant.
+    /// The value converted to the type, or an invalid QVariant.
     static QVariant converted(Type type, const QVariant& value);
 
-    /// Text in the file for a value, and back; fromText gives an invalid QVariant for text that does not fit.
+    /// The value as text in the file, and back; fromText returns an invalid QVariant for invalid text.
     static QString toText(Type type, const QVariant& value);
     static QVariant fromText(Type type, const QString& text);
 

@@ -56,7 +56,7 @@ QString unescaped(const QString& text) {
             value += QChar(code);
             i += 4;
         } else {
-            value += '\\';  // written by hand, a path of Windows perhaps
+            value += '\\';  // probably a Windows path written by hand
             value += c;
         }
     }
@@ -91,7 +91,8 @@ SettingsFile::Line SettingsFile::parseLine(const QString& text, const QString& s
 }
 
 std::optional<SettingsFile> SettingsFile::parse(const QByteArray& bytes) {
-    const QString text = QString::fromUtf8(bytes.constData(), bytes.size());  // not only up to a NUL
+    const QString text =
+        QString::fromUtf8(bytes.constData(), bytes.size());  // with the length, since bytes may contain NUL
     if (bytes.size() > MaxBytes || text.contains(QChar(0)) || text.contains(QChar::ReplacementCharacter))
         return std::nullopt;
     SettingsFile file;
@@ -152,7 +153,7 @@ void SettingsFile::setValue(const QString& key, const QString& value) {
     const QString section = key.left(qMax(0, key.indexOf('.')));
     const QString name = section.isEmpty() ? key : key.mid(section.size() + 1);
     const Line entry = parseLine(name + '=' + escaped(value), section);
-    // Behind the section's last entry, so that comments and blank lines after it stay where they are.
+    // After the last entry of the section, so comments and blank lines at its end stay there.
     for (int i = m_lines.size() - 1; i >= 0; --i) {
         const Line& line = m_lines.at(i);
         if (line.section == section && (line.kind == Kind::Entry || line.kind == Kind::Section)) {

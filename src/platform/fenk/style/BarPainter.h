@@ -15,12 +15,12 @@ QRect scrollBarPart(const QStyleOptionSlider* option, QStyle::SubControl part);
 
 void slider(QPainter* painter, const QStyleOptionSlider* option, const QRect& handle, qreal hover);
 
-/// The track with what is done of it; without a range a piece that wanders with time, or stands when nothing
-/// may move.
+/// The track and the completed part; without a range, a part that moves with time, or is static if animations
+/// are off.
 void progress(QPainter* painter, const QStyleOptionProgressBar* option);
 void progressLabel(QPainter* painter, const QStyleOptionProgressBar* option);
 
-/// Track and number side by side.
+/// The track beside the number.
 QRect progressTrack(const QStyleOptionProgressBar* option);
 
 }  // namespace Fenk::BarPainter

@@ -4,9 +4,9 @@
 
 namespace Fenk {
 
-/// Return and Enter press the button that has the focus, in every window; Qt does that in dialogs only, and
-/// for push buttons. Check boxes and radio buttons stay as they are: there Return is the dialog's. Owned by
-/// Style; one for the process.
+/// Lets Return and Enter press the focused button in every window; Qt does so in dialogs only, and for push
+/// buttons only. Check boxes and radio buttons are excluded: Return belongs to the dialog there. Owned by
+/// Style; one per process.
 class ButtonKeys : public QObject {
     Q_OBJECT
 public:

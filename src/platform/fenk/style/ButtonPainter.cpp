@@ -19,7 +19,7 @@ void filledPanel(QPainter* painter, const QStyleOption* option, const QColor& fi
         Paint::box(painter, option->rect, Tokens::RadiusControl, color(Theme::Sunken));
         return;
     }
-    // Away from the text on it, so that its contrast only grows.
+    // Away from the text colour, so the contrast only increases.
     const QColor away = Theme::instance()->isDark() ? Qt::white : Qt::black;
     const qreal share = Paint::pressed(option) ? 0.2 : 0.1 * hover;
     Paint::box(painter, option->rect, Tokens::RadiusControl, mix(fill, away, share));

@@ -2,13 +2,13 @@
 
 #include <QColor>
 
-/// Arithmetic on colours that themes and painters share. Pure functions.
+/// Colour arithmetic for themes and painters. Pure functions.
 namespace Fenk {
 
-/// Contrast of two opaque colours by relative luminance, 1 to 21; the order does not matter.
+/// Contrast ratio of two opaque colours by relative luminance, 1 to 21; symmetric.
 qreal contrast(const QColor& a, const QColor& b);
 
-/// `share` of `over` mixed into `base`; 0 gives base, 1 gives over. The result is opaque.
+/// Mixes `share` of `over` into `base`: 0 returns base, 1 returns over. The result is opaque.
 QColor mix(const QColor& base, const QColor& over, qreal share);
 
 /// The same colour with another opacity, 0 to 1.

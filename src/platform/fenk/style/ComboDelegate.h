@@ -6,15 +6,14 @@ class QAbstractItemView;
 
 namespace Fenk {
 
-/// Rows of a combo box's list, drawn by the style like any other row; Qt's own delegate for them asks no
-/// style. Knows the separators that QComboBox inserts.
+/// Draws the rows of a combo box's list with the style, like rows of other lists; Qt's own delegate for them
+/// does not use the style. Supports the separators of QComboBox.
 class ComboDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// Puts one into a combo box's list that still has Qt's; lists with a delegate of the program's own keep
-    /// it.
+    /// Replaces Qt's delegate of a combo box's list; keeps any other delegate.
     static void install(QAbstractItemView* list);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -7,12 +7,12 @@ class QStyleOptionFrame;
 class QStyleOptionSpinBox;
 class QWidget;
 
-/// Line edits, text areas, combo boxes and spin boxes: everything that holds a value to change.
+/// Line edits, text areas, combo boxes and spin boxes.
 namespace Fenk::FieldPainter {
 
 void field(QPainter* painter, const QStyleOption* option, const QWidget* widget);
 
-/// The outline of a scrolling area: a card's border, or a field's where one types.
+/// The outline of a scroll area: the border of a card, or of a field if its text is editable.
 void areaFrame(QPainter* painter, const QStyleOption* option, const QWidget* widget);
 
 void comboBox(QPainter* painter, const QStyleOptionComboBox* option, const QWidget* widget, qreal hover);

@@ -34,7 +34,7 @@ bool fromKeyboard(Qt::FocusReason reason) {
            reason == Qt::ShortcutFocusReason;
 }
 
-/// The editor inside a spin box or combo has no outline of its own.
+/// The editor inside a spin or combo box has no outline of its own.
 QWidget* outlined(QWidget* widget) {
     QWidget* parent = widget->parentWidget();
     if (qobject_cast<QAbstractSpinBox*>(parent) || qobject_cast<QComboBox*>(parent))
@@ -77,7 +77,7 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FocusRing::focusCame(QWidget* widget, Qt::FocusReason reason) {
-    // Dialogs tell their first control that it has the focus before their window does.
+    // Dialogs send the focus event to their first control before their window is active.
     if (!widget->hasFocus())
         return;
     QWidget* control = outlined(widget);

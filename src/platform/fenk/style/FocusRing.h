@@ -8,9 +8,8 @@ class QWidget;
 
 namespace Fenk {
 
-/// Puts the ring around the control that has the focus: always when the keyboard brought it there, and around
-/// fields to write in however it came. Lists and tabs draw their own inside. Owned by Style; one ring for the
-/// process.
+/// Draws the ring around the focused control: always after keyboard navigation, and for text fields in any
+/// case. Lists and tabs draw their own ring inside. Owned by Style; one per process.
 class FocusRing : public QObject {
     Q_OBJECT
 public:
@@ -25,7 +24,7 @@ private:
     void hide();
 
     QPointer<QFocusFrame> m_frame;
-    bool m_keyboard = false;  ///< the user's last move was by key
+    bool m_keyboard = false;  ///< the last navigation was by keyboard
 };
 
 }  // namespace Fenk

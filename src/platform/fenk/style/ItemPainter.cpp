@@ -18,7 +18,7 @@ namespace {
 
 using Paint::color;
 
-/// Whether this cell is the one at the row's start, which carries the edge.
+/// Whether the cell is the first of its row, which has the accent edge.
 bool begins(const QStyleOptionViewItem* option, const QWidget* widget) {
     if (const auto* table = qobject_cast<const QTableView*>(widget))
         return option->index.isValid() && table->horizontalHeader()->visualIndex(option->index.column()) == 0;
@@ -54,12 +54,12 @@ void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* w
     }
     if (hasSidebarLook(widget)) {
         const QRect inner = sidebarRow(option->rect);
-        // Trees ask for the room before a row too, which may be none.
+        // Trees also draw the area before a row, which may be empty.
         if (inner.isValid())
             Paint::box(painter, inner, Tokens::RadiusWindow, chosen ? soft : withAlpha(soft, 0.6));
         return;
     }
-    // Opaque, since trees ask for a row's ground and for its cells' again.
+    // Opaque, since trees draw the background of a row and then of its cells.
     painter->fillRect(option->rect, chosen ? soft : mix(option->palette.color(QPalette::Base), soft, 0.6));
     if (!chosen || !begins(option, widget))
         return;

@@ -10,13 +10,12 @@ class QStyleOptionTab;
 class QStyleOptionViewItem;
 class QWidget;
 
-/// Rows of lists, tables and trees with their heads, and tabs: everything of which one out of many is the
-/// current one.
+/// Rows and headers of lists, tables and trees, and tabs.
 namespace Fenk::ItemPainter {
 
-/// Ground of a row: hover and selection, the accent edge at its start.
+/// Background of a row: hover, selection, and the accent edge at its start.
 void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* widget);
-/// Around a row of a sidebar that has the keyboard's focus; nothing for another.
+/// The focus ring of a sidebar row; draws nothing for other rows.
 void sidebarRing(QPainter* painter, const QStyleOptionViewItem* option);
 void branch(QPainter* painter, const QStyleOption* option);
 

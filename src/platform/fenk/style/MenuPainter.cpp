@@ -19,7 +19,7 @@ using Paint::color;
 constexpr int Side = Tokens::Space12;
 constexpr int SeparatorHeight = Tokens::Space8 + 1;
 
-/// Where the word begins: behind the column of icons or ticks if any item of the menu has one.
+/// The start of the text: after the column of icons or ticks if any item of the menu has one.
 int textStart(const QStyleOptionMenuItem* option) {
     if (option->maxIconWidth > 0 || option->menuHasCheckableItems)
         return Side + Tokens::IconSmall + Tokens::Space8;
@@ -30,7 +30,7 @@ bool rounded(const QWidget* widget) {
     return widget && widget->testAttribute(Qt::WA_TranslucentBackground);
 }
 
-/// A menu's destructive entry is marked on its action, like a button.
+/// Whether the entry is destructive, which is a property of its action.
 bool loses(const QStyleOptionMenuItem* option, const QWidget* widget) {
     const auto* menu = qobject_cast<const QMenu*>(widget);
     return menu && isDestructive(menu->actionAt(option->rect.center()));

@@ -7,7 +7,7 @@ class QStyleOption;
 class QStyleOptionMenuItem;
 class QWidget;
 
-/// Menus, the list of a combo box where it is a menu, and tool tips.
+/// Menus, menu-like lists of combo boxes, and tool tips.
 namespace Fenk::MenuPainter {
 
 void panel(QPainter* painter, const QStyleOption* option, const QWidget* widget);

@@ -12,12 +12,12 @@ namespace Fenk::Paint {
 
 namespace {
 
-/// A rounded box of the given size, with its blurred edge around it.
+/// A rounded box with a blurred edge around it.
 QImage blurredBox(const QSize& size, qreal radius) {
     constexpr int reach = Tokens::ShadowBlur;
     constexpr double sigma = reach / 2.0;
     const double opacity = Theme::instance()->isDark() ? Tokens::ShadowDark : Tokens::ShadowLight;
-    // Opacity by distance from the edge; the blur reaches as far inwards.
+    // Opacity by distance from the edge; the blur extends equally inwards.
     std::array<int, 2 * reach + 1> levels{};
     for (int i = 0; i <= 2 * reach; ++i)
         levels[size_t(i)] = qRound(255 * opacity * std::erfc((i - reach) / (sigma * std::sqrt(2.0))) / 2);
@@ -89,7 +89,7 @@ void shadow(QPainter* painter, const QRect& rect, qreal radius) {
                             .arg(rect.height())
                             .arg(radius)
                             .arg(Theme::instance()->isDark());
-    // Whatever moves below a dialog would draw it anew again and again.
+    // Cached, since anything that moves below a dialog repaints the shadow.
     QPixmap blurred;
     if (!QPixmapCache::find(key, &blurred)) {
         blurred = QPixmap::fromImage(blurredBox(rect.size(), radius));

@@ -7,10 +7,10 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 
-/// Shapes that every painter uses. All leave the painter as they found it.
+/// Shapes that all painters use. They restore the state of the QPainter.
 namespace Fenk::Paint {
 
-/// Saves the painter, turns smooth edges on, and restores it.
+/// Saves the QPainter, enables antialiasing, and restores it.
 class Scope {
 public:
     explicit Scope(QPainter* painter) : m_painter(painter) {
@@ -30,17 +30,17 @@ bool hovered(const QStyleOption* option);
 bool pressed(const QStyleOption* option);
 bool keyboardFocus(const QStyleOption* option);
 
-/// One step towards the text colour: the ground of something pressed.
+/// One step towards the text colour: the background of a pressed control.
 QColor step(const QColor& ground);
 
-/// A box whose border lies inside `rect`; an invalid stroke means none.
+/// A box with the border inside `rect`; an invalid stroke means no border.
 void box(QPainter* painter, const QRectF& rect, qreal radius, const QColor& fill,
          const QColor& stroke = QColor());
 
-/// A ring inside `rect`, for items that cannot have one outside.
+/// A focus ring inside `rect`, for items without room outside.
 void ring(QPainter* painter, const QRectF& rect, qreal radius);
 
-/// What floats throws this shadow; only what lies outside of `rect` is for the eye.
+/// The shadow of a floating widget; only the part outside `rect` is meant to be visible.
 void shadow(QPainter* painter, const QRect& rect, qreal radius);
 
 void tick(QPainter* painter, const QRectF& rect, const QColor& color);

@@ -77,7 +77,7 @@ void Style::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (wantsHover(widget))
         widget->setAttribute(Qt::WA_Hover);
-    // Before its list is measured, which is earlier than the list itself is polished.
+    // Before the list is measured, which is earlier than its own polish().
     if (auto* combo = qobject_cast<QComboBox*>(widget))
         ComboDelegate::install(combo->view());
     if (auto* view = qobject_cast<QAbstractItemView*>(widget)) {
@@ -248,12 +248,12 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
             return;
         case CE_ItemViewItem:
             if (const auto* item = as<QStyleOptionViewItem>(option)) {
-                // The selection's ground is soft, so its text stays the text of any other row.
+                // The selection background is light, so selected text has the ordinary text colour.
                 QStyleOptionViewItem plain(*item);
                 plain.palette.setColor(QPalette::HighlightedText, plain.palette.color(QPalette::Text));
                 if (!hasSidebarLook(widget))
                     return QProxyStyle::drawControl(element, &plain, painter, widget);
-                // The ring lies around the rounded row, and not around its text.
+                // The ring is drawn around the rounded row, not around the text.
                 plain.state &= ~State_HasFocus;
                 QProxyStyle::drawControl(element, &plain, painter, widget);
                 return ItemPainter::sidebarRing(painter, item);

@@ -9,8 +9,8 @@ class ButtonKeys;
 class FocusRing;
 class Transitions;
 
-/// The one hand that draws every control, over Fusion: it dispatches to the painters in style/ and knows the
-/// measures of Tokens.h. Application installs it; it needs no settings and holds no colour of its own.
+/// Draws every control, over Fusion: dispatches to the painters in style/ and uses the measures of Tokens.h.
+/// Installed by Application; has no settings and no colours of its own.
 class Style : public QProxyStyle {
     Q_OBJECT
 public:

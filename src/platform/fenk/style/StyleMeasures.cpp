@@ -1,4 +1,4 @@
-// The half of Style that only measures; what it draws is in Style.cpp.
+// The measuring half of Style; the drawing half is Style.cpp.
 #include <QAbstractScrollArea>
 #include <QComboBox>
 #include <QFocusFrame>
@@ -24,7 +24,7 @@ bool isComboList(const QWidget* view) {
     return view && view->inherits("QComboBoxListView");
 }
 
-/// What an item needs before and after its content, beside the room for a ring that Qt puts around each part.
+/// Space before and after the content of an item, besides the focus margin that Qt adds around each part.
 int itemSide(const QWidget* view) {
     return (hasSidebarLook(view) ? Tokens::Space24
             : isComboList(view)  ? Tokens::Space8
@@ -32,7 +32,7 @@ int itemSide(const QWidget* view) {
            (Tokens::RingExtent + 1);
 }
 
-/// QLineEdit adds this to every side by itself.
+/// QLineEdit adds this on every side.
 constexpr int EditorMargin = 2;
 
 }  // namespace
@@ -113,7 +113,7 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
                 return Tokens::Space8;
             if (widget && widget->inherits("QComboBoxPrivateContainer"))
                 return Tokens::Space4;
-            // Inside the round corners, so that the content does not cover them.
+            // Inside the rounded corners, so that the content does not cover them.
             return qobject_cast<const QAbstractScrollArea*>(widget) ? Tokens::Space4 : 1;
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);

@@ -26,7 +26,7 @@ QPixmap rendered(const QString& svgFile, const QSize& size) {
     QFile file(svgFile);
     if (!file.open(QIODevice::ReadOnly))
         return pixmap;
-    // Only the shape counts, the colour is filled in afterwards.
+    // Only the shape matters; the colour is filled in later.
     QSvgRenderer renderer(file.readAll().replace("currentColor", "#000000"));
     QPainter painter(&pixmap);
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
@@ -47,7 +47,7 @@ QString ownFile(const QString& name) {
                 return path;
         }
     }
-    // A platform without icon themes still has the programs' own pictures where they are installed.
+    // Without icon themes the programs' own icons are used where they are installed.
     const QStringList places = QIcon::themeSearchPaths();
     for (const QString& place : places) {
         const QString path = place + "/hicolor/scalable/apps/" + name + ".svg";
@@ -57,8 +57,7 @@ QString ownFile(const QString& name) {
     return {};
 }
 
-/// A look into a theme costs thousands of files that are not there; it is spared where only our own picture
-/// can come of it.
+/// A look-up in a theme tries thousands of missing files; skip it if only our own icon can result.
 bool isThemed(const QString& name, const QString& own) {
     const QString theme = QIcon::themeName();
     const bool hasTheme = !theme.isEmpty() && theme != QLatin1String("hicolor");

@@ -5,9 +5,8 @@
 
 namespace Fenk {
 
-/// Draws a one-colour picture in the colour of the theme at the moment of painting: text normally, the
-/// disabled colour when disabled. The shape comes from an SVG file or from an icon of the desktop's theme and
-/// stays sharp at every scale.
+/// Draws a one-colour icon in the current text colour of the theme, or in the disabled colour. The shape
+/// comes from an SVG file or from an icon of the desktop's theme and is sharp at every scale.
 class SymbolicIconEngine : public QIconEngine {
 public:
     explicit SymbolicIconEngine(const QString& svgFile);
@@ -23,11 +22,11 @@ private:
     QIcon m_shape;
 };
 
-/// What Theme::icon() does: desktop theme, then ":/icons", then the toolkit's own pictures.
+/// Implements Theme::icon(): desktop theme, then ":/icons", then the toolkit's own icons.
 QIcon loadIcon(const QString& name);
 
-/// The shape of `icon` filled with one colour, for painters; `size` in device-independent pixels at the given
-/// ratio.
+/// The shape of `icon` filled with one colour, for painters; `size` is in device-independent pixels at
+/// `ratio`.
 QPixmap tintedPixmap(const QIcon& icon, const QSize& size, qreal ratio, const QColor& color);
 
 }  // namespace Fenk

@@ -16,7 +16,7 @@ const char Interface[] = "org.freedesktop.portal.Settings";
 const char Appearance[] = "org.freedesktop.appearance";
 const char DesktopInterface[] = "org.gnome.desktop.interface";
 
-/// The reading call wraps its value once more than the signal does.
+/// The method call wraps the value once more than the signal.
 QVariant unwrapped(QVariant value) {
     while (value.userType() == qMetaTypeId<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();

@@ -9,8 +9,8 @@ class QDBusPendingCallWatcher;
 
 namespace Fenk {
 
-/// What the desktop's settings portal says about looks, asked without waiting and followed as it changes.
-/// Without a session bus or a portal it stays silent, and whoever listens keeps what it had. Owned by Theme.
+/// Reads the appearance settings of the desktop portal asynchronously and follows their changes. Without a
+/// session bus or a portal it emits nothing, and the current appearance stays. Owned by Theme.
 class SystemAppearance : public QObject {
     Q_OBJECT
 public:
@@ -18,9 +18,9 @@ public:
 
     void start();
 
-    /// The portal's words for its colour scheme: 1 dark, 2 light; anything else is no preference.
+    /// The portal's value for the colour scheme: 1 dark, 2 light; anything else is no preference.
     static std::optional<bool> darkFrom(const QVariant& value);
-    /// Three channels from 0 to 1; anything outside means that there is no accent.
+    /// Three channels from 0 to 1; an invalid colour (no accent) for anything else.
     static QColor accentFrom(const QVariant& value);
 
 Q_SIGNALS:

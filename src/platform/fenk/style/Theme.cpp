@@ -48,7 +48,7 @@ QColor softAccent(Theme::ColorType type, const QColor& accent) {
     return mix(ownColor(type, Theme::Surface), accent, type == Theme::Dark ? 0.2 : 0.11);
 }
 
-/// Asking the system takes a tenth of a millisecond and more, and every label asks.
+/// Cached: a query takes 0.1 ms or more, and every label needs it.
 QFont systemFont(QFontDatabase::SystemFont kind) {
     static QHash<int, QFont> known;
     static QPointer<QGuiApplication> watched;

@@ -11,10 +11,10 @@ namespace Fenk {
 
 class SystemAppearance;
 
-/// The colours and fonts of all windows by role, light and dark. One instance for the process, made by the
-/// first caller on the GUI thread; Application hands its palette to Qt and applies it again on every change.
-/// Follows the desktop's preference until someone chooses a type. Painters ask for colours when they paint
-/// and keep none.
+/// The colours and fonts of all windows by role, light and dark. One instance per process, created by the
+/// first caller in the GUI thread; Application passes its palette to Qt and applies it again on every change.
+/// Follows the desktop's preference until a colour type is set. Painters query colours while painting and
+/// keep none.
 class Theme : public QObject {
     Q_OBJECT
 public:
@@ -22,16 +22,16 @@ public:
     Q_ENUM(ColorType)
 
     enum Role {
-        Window,      ///< window ground
+        Window,      ///< window background
         Surface,     ///< cards, dialogs, menus, fields
         Sunken,      ///< sidebars, logs, tracks
-        Border,      ///< the only line colour
-        Text,        ///< reading
+        Border,      ///< all lines
+        Text,        ///< ordinary text
         Secondary,   ///< descriptions, placeholders
         Disabled,    ///< disabled text and icons only
-        Accent,      ///< the suggested action, links, selection edge, progress
-        OnAccent,    ///< text on accent, and on a filled danger
-        AccentSoft,  ///< hover and selection ground
+        Accent,      ///< suggested action, links, selection edge, progress
+        OnAccent,    ///< text on Accent or on filled Danger
+        AccentSoft,  ///< hover and selection background
         Danger,
         Warning,
         Success
@@ -48,12 +48,12 @@ public:
     bool isDark() const { return m_type == Dark; }
     bool followsSystem() const { return m_follows; }
 
-    /// Chooses a type for good; followSystem() gives the choice back to the desktop.
+    /// Sets a fixed type; followSystem() follows the desktop again.
     void setColorType(ColorType type);
     void followSystem();
 
-    /// Loads the user's choice from `path` and keeps later choices there. An unreadable file means the
-    /// desktop's preference.
+    /// Loads the user's choice from `path` and saves later choices there. If the file is unreadable, the
+    /// desktop's preference is used.
     void setChoiceFile(const QString& path);
 
     QColor color(Role role) const { return color(m_type, role); }
@@ -61,37 +61,35 @@ public:
     QPalette palette() const { return palette(m_type); }
     QPalette palette(ColorType type) const;
 
-    /// The system's family at the product's sizes; Fixed is the system's fixed family.
+    /// The system's font family in our sizes; Fixed is the system's fixed-width family.
     QFont font(FontRole role = Body) const;
 
-    /// An accent of the desktop's own. Ignored, with our accent back in force, when a text in it would not be
-    /// readable.
+    /// Sets the desktop's accent. Ignored, and our accent restored, if text on it would not be readable.
     void setAccent(const QColor& accent);
 
-    /// False when the desktop asks for no animation, or CELLARIX_NO_ANIMATION is set.
+    /// False if the desktop wants no animations, or CELLARIX_NO_ANIMATION is set.
     bool animationsEnabled() const { return m_animations; }
     void setAnimationsEnabled(bool enabled);
 
-    /// Milliseconds for an animation: the given time, or 0 when there shall be none.
+    /// `ms`, or 0 if animations are off.
     int duration(int ms) const { return m_animations ? ms : 0; }
 
-    /// The icon of the desktop's theme, otherwise our own from ":/icons" or the toolkit's; names ending in
-    /// "-symbolic" and our one-colour pictures are drawn in the text colour of the theme. An unknown name
-    /// gives a null icon.
+    /// The icon of the desktop's theme, else our own from ":/icons" or the toolkit's. Names ending in
+    /// "-symbolic" and our one-colour icons are drawn in the text colour of the theme. Null for an unknown
+    /// name.
     static QIcon icon(const QString& name);
 
-    /// A further place where icon themes are looked for, before the desktop's own.
+    /// Adds a directory that is searched for icon themes before the desktop's own.
     static void addIconSearchPath(const QString& directory);
 
-    /// Takes the desktop's preference from the palette that Qt started with, then from the desktop portal as
-    /// it answers.
+    /// Uses the desktop's preference according to Qt's initial palette, then according to the desktop portal.
     void watchSystem(const QPalette& initial);
-    /// Before the application object goes, and the session bus with it.
+    /// Call before the application object and its session bus connection are destroyed.
     void unwatchSystem();
 
 Q_SIGNALS:
-    void changed();                                ///< colours, accent or animations are others now
-    void themeTypeChanged(Theme::ColorType type);  ///< light became dark or the other way round
+    void changed();                                ///< colours, accent or animations have changed
+    void themeTypeChanged(Theme::ColorType type);  ///< switched between light and dark
 
 private:
     Theme();

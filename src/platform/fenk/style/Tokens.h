@@ -1,8 +1,7 @@
 #pragma once
 
-/// The measures of every window, in device-independent pixels at 100 %. Painters, widgets and layouts take
-/// their numbers from here and nowhere else, so that two windows never disagree about a margin. Colours live
-/// in Theme.
+/// The measures of all windows, in device-independent pixels at 100 %. Painters, widgets and layouts use no
+/// other numbers, so that margins agree everywhere. Colours are in Theme.
 namespace Fenk::Tokens {
 
 constexpr int Space4 = 4;
@@ -12,7 +11,7 @@ constexpr int Space16 = 16;
 constexpr int Space24 = 24;
 constexpr int Space32 = 32;
 
-constexpr int RadiusSmall = 4;  ///< marks inside a control: check boxes, scroll bar thumbs
+constexpr int RadiusSmall = 4;  ///< parts of a control: check boxes, scroll bar thumbs
 constexpr int RadiusControl = 6;
 constexpr int RadiusCard = 10;
 constexpr int RadiusWindow = 16;
@@ -40,7 +39,7 @@ constexpr double BorderWidth = 1.0;
 constexpr double IconStroke = 1.5;
 constexpr int RingWidth = 2;
 constexpr int RingDistance = 2;
-constexpr int RingExtent = RingWidth + RingDistance;  ///< room that the ring takes outside a control
+constexpr int RingExtent = RingWidth + RingDistance;  ///< space for the ring outside a control
 constexpr int SelectionEdge = 3;
 
 constexpr int SwitchWidth = 40;
@@ -56,9 +55,9 @@ constexpr int ButtonMinWidth = 80;
 constexpr int DialogMinWidth = 400;
 constexpr int DialogMaxWidth = 576;
 constexpr int MenuMinWidth = 160;
-constexpr int ResizeBorder = 6;  ///< how near to an edge a press resizes a window
+constexpr int ResizeBorder = 6;  ///< distance from an edge within which a press resizes the window
 
-constexpr double VeilOpacity = 0.3;  ///< of black over a window that a dialog lies above
+constexpr double VeilOpacity = 0.3;  ///< opacity of black over a window that has a dialog
 constexpr int ShadowDrop = 8;
 constexpr int ShadowBlur = 24;
 constexpr double ShadowLight = 0.12;  ///< opacity of black in the light theme

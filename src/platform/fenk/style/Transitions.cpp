@@ -63,7 +63,7 @@ void Transitions::tick() {
         moving = true;
         const_cast<QWidget*>(static_cast<const QWidget*>(fade.key()))->update();
     }
-    // A bar that has a range again, or is out of sight, asks anew when it next paints its busy look.
+    // A bar that has a range or is hidden is removed; painting its busy state adds it again.
     for (QWidget* widget : QList<QWidget*>(m_bars)) {
         const auto* bar = qobject_cast<QProgressBar*>(widget);
         if (!bar || bar->minimum() < bar->maximum() || !bar->isVisible() ||

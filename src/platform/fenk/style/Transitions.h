@@ -9,17 +9,17 @@ class QWidget;
 
 namespace Fenk {
 
-/// How far each control is on its way into or out of its hover look. Asked by painters while they paint;
-/// repaints the control until it has arrived. Owned by Style; forgets widgets that die.
+/// The progress of each control's hover transition. Queried while painting; repaints the control until the
+/// transition ends. Owned by Style; handles the destruction of widgets.
 class Transitions : public QObject {
     Q_OBJECT
 public:
     explicit Transitions(QObject* parent = nullptr);
 
-    /// 0 to 1; the first question about a widget answers with the target at once.
+    /// 0 to 1; the first query for a widget returns the target without a transition.
     qreal hover(const QWidget* widget, bool over);
 
-    /// A busy bar repaints steadily from now on while it is visible and has no range.
+    /// Repaints the bar continuously while it is visible and has no range.
     void watchBusyBar(QWidget* bar);
 
 private:

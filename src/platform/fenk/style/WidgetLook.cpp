@@ -53,7 +53,7 @@ void setSidebarLook(QAbstractItemView* view) {
     view->setProperty(SidebarProperty, true);
     view->setFrameShape(QFrame::NoFrame);
     view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // Midlight is the sunken ground in every palette of ours, so the list follows the theme by itself.
+    // Midlight is the sunken colour in all our palettes, so the list follows the theme.
     view->viewport()->setBackgroundRole(QPalette::Midlight);
     view->setBackgroundRole(QPalette::Midlight);
 }

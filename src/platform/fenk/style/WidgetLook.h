@@ -6,30 +6,30 @@ class QWidget;
 
 namespace Fenk {
 
-/// How a button asks for attention. A window has at most one Suggested button; Destructive is the filled form
-/// for the question that confirms, Warning the danger-coloured word anywhere else; Quiet has no ground until
-/// the pointer is over it.
+/// The kinds of buttons. A window has at most one Suggested button; Destructive is the filled button that
+/// confirms a destructive action, Warning has only text in the danger colour; Quiet has no background unless
+/// hovered.
 enum class ButtonKind { Normal, Suggested, Warning, Destructive, Quiet };
 
-/// Kept as a property of the widget, so that any QAbstractButton can have a kind.
+/// Stored as a property of the widget, so any QAbstractButton can have a kind.
 void setButtonKind(QWidget* button, ButtonKind kind);
 ButtonKind buttonKind(const QWidget* button);
 
-/// Red border for a field whose content is not accepted.
+/// Red border for a field with invalid content.
 void setAlertState(QWidget* field, bool alert);
 bool hasAlertState(const QWidget* field);
 
-/// Radius of the focus ring's inner edge, for controls that are not a box with the usual corners. A control
-/// that is none of Qt's own kinds has the ring only if it has a radius.
+/// Radius of the focus ring's inner edge, for controls with other corners than usual. A custom control has a
+/// ring only if its radius is set.
 void setRingRadius(QWidget* control, int radius);
 int ringRadius(const QWidget* control);
 bool hasRingRadius(const QWidget* control);
 
-/// A list that stands at a window's side: on the sunken ground, without a frame, its rows rounded.
+/// The look of a list at the side of a window: sunken background, no frame, rounded rows.
 void setSidebarLook(QAbstractItemView* view);
 bool hasSidebarLook(const QWidget* view);
 
-/// A menu entry that loses something; belongs last, behind a separator.
+/// Marks a destructive menu entry; it belongs last, after a separator.
 void setDestructive(QAction* action);
 bool isDestructive(const QAction* action);
 

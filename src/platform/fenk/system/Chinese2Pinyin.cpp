@@ -12,8 +12,7 @@
 namespace Fenk {
 namespace {
 
-/// Readings of single characters. The rules behind them are large and slow, so each character is asked for
-/// once.
+/// Cache of the readings of single characters, since transliteration is slow.
 class Readings {
 public:
     Readings() {

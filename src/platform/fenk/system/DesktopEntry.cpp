@@ -9,7 +9,7 @@ namespace {
 
 constexpr qint64 MaxBytes = 1024 * 1024;
 
-/// Splits at unescaped semicolons when separator is ';', and resolves the escapes.
+/// Splits at unescaped semicolons if separator is ';', and resolves escapes.
 QStringList unescaped(const QString& raw, QChar separator = QChar()) {
     QStringList values;
     QString value;
@@ -55,7 +55,7 @@ DesktopEntry::DesktopEntry(const QString& path) {
     const QByteArray bytes = file.read(MaxBytes);
     parse(QString::fromUtf8(bytes));
     if (bytes.contains('\0'))
-        m_status = FormatError;  // what stands behind it has not been read
+        m_status = FormatError;  // the rest of the file has not been read
 }
 
 void DesktopEntry::parse(const QString& text) {

@@ -8,8 +8,8 @@
 
 namespace Fenk {
 
-/// A desktop entry file, read once. Values come back unescaped. A file with a faulty line has status
-/// FormatError, but what could be read is there. Files over 1 MiB are not read.
+/// A desktop entry file, read once. Values are returned unescaped. If a line is invalid, the status is
+/// FormatError and the valid part is available. Files over 1 MiB are not read.
 class DesktopEntry {
 public:
     enum Status { NoError, AccessError, FormatError };

@@ -2,9 +2,9 @@
 
 namespace Fenk {
 
-/// One object per class, made on first use and kept until the process ends. A class T derives from
-/// Singleton<T>, keeps its constructor private and names Singleton<T> a friend. The first use may come from
-/// any thread, but a QObject then lives in that thread.
+/// Base of singletons, which are created on first use and destroyed at the end of the process. A class T
+/// derives from Singleton<T>, has a private constructor and declares Singleton<T> a friend. The first use may
+/// be in any thread; a QObject then lives in that thread.
 template <class T>
 class Singleton {
 public:

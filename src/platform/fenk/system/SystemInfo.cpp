@@ -9,7 +9,7 @@ namespace {
 
 constexpr qint64 MaxBytes = 64 * 1024;
 
-/// What a shell would make of a quoted or bare value in such a file.
+/// The value of a quoted or unquoted text as in a shell.
 QString unquoted(const QString& text) {
     if (text.size() < 2 || (text.at(0) != '"' && text.at(0) != '\'') ||
         text.at(0) != text.at(text.size() - 1))
@@ -26,7 +26,7 @@ QString unquoted(const QString& text) {
     return value;
 }
 
-/// key=value lines; sections, comments and anything else are passed over. The first of two equal keys counts.
+/// Reads key=value lines and ignores all others. Of equal keys the first one counts.
 QHash<QString, QString> readFields(const QString& path) {
     QHash<QString, QString> fields;
     QFile file(path);

@@ -4,8 +4,8 @@
 
 namespace Fenk {
 
-/// What the system calls itself. "/etc/os-version" (an INI-like file) wins over "/etc/os-release" field by
-/// field. A missing file leaves its fields empty.
+/// Name and version of the operating system. "/etc/os-version" (an INI-like file) takes precedence over
+/// "/etc/os-release", field by field. Fields of a missing file are empty.
 class SystemInfo {
 public:
     static constexpr const char* OsVersionFile = "/etc/os-version";

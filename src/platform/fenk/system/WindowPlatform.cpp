@@ -42,7 +42,7 @@ void setBlurBehind(QWindow* window, bool blurred) {
     if (property == XCB_ATOM_NONE)
         return;
     const auto id = xcb_window_t(window->winId());
-    // An empty region stands for the whole window.
+    // An empty region means the whole window.
     if (blurred)
         xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_CARDINAL, 32, 0,
                             nullptr);

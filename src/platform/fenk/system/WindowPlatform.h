@@ -5,21 +5,20 @@
 
 class QWindow;
 
-/// What windows ask of the windowing system beyond Qt. Everywhere but on X11 with a compositor these do the
-/// plain thing.
+/// Window system features beyond Qt, on X11 with a compositor. Elsewhere the functions do nothing or return
+/// the default.
 namespace Fenk::WindowPlatform {
 
 /// Whether transparent parts of a window show what is behind it.
 bool compositing();
 
-/// For pictures without a screen: answer as if there were a compositor.
+/// For screenshots: assume a compositor.
 void assumeCompositing(bool assumed);
 
-/// Asks the compositor to blur what shines through the window; compositors that cannot ignore it.
+/// Asks the compositor to blur what is behind the window; not every compositor can.
 void setBlurBehind(QWindow* window, bool blurred);
 
-/// Where the window's content really is on the screen, in device-independent pixels; nothing where the system
-/// cannot say.
+/// The actual position of the window's content on the screen, in device-independent pixels; empty if unknown.
 std::optional<QPoint> actualPosition(const QWindow* window);
 
 }  // namespace Fenk::WindowPlatform

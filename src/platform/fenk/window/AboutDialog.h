@@ -4,8 +4,7 @@
 
 namespace Fenk {
 
-/// What the program is: icon, name, version, what it is for, and a link if there is one. Filled from the
-/// Application.
+/// The About box: icon, name, version, description, and an optional link. Filled by Application.
 class AboutDialog : public AbstractDialog {
     Q_OBJECT
 public:
@@ -14,7 +13,7 @@ public:
         QString name;
         QString version;
         QString description;
-        QString linkHtml;  ///< the program's own markup, never anything from outside
+        QString linkHtml;  ///< markup of our own, never untrusted text
     };
 
     explicit AboutDialog(const Facts& facts, QWidget* parent = nullptr);

@@ -32,7 +32,7 @@ AbstractDialog::AbstractDialog(QWidget* parent)
     m_close->setFocusPolicy(Qt::TabFocus);
     connect(m_close, &QToolButton::clicked, this, &QWidget::close);
 
-    // Equal sides keep the title in the middle of the dialog.
+    // Equal columns keep the title in the middle.
     auto* head = new QGridLayout;
     head->setContentsMargins(Tokens::Space12, Tokens::Space8, Tokens::Space8, 0);
     head->setSpacing(0);
@@ -83,7 +83,7 @@ void AbstractDialog::paintEvent(QPaintEvent*) {
 
 void AbstractDialog::resizeEvent(QResizeEvent* event) {
     QDialog::resizeEvent(event);
-    // Qt keeps a new dialog within part of the screen; text that wraps earlier then needs more height.
+    // Qt limits the width of a new dialog; wrapped text then needs more height.
     const int needed = layout()->totalHeightForWidth(width());
     if (needed > height() && maximumHeight() >= needed)
         resize(width(), needed);

@@ -12,24 +12,24 @@ class IconButton;
 class Label;
 class WindowFrame;
 
-/// The frame of every dialog: our own border, icon, centred title and close button on top, below them
-/// whatever the dialog holds. Can be dragged by any empty place. Escape and the close button reject. Over a
-/// window of ours it floats (DialogAnchor).
+/// Base of all dialogs: border, icon, centred title and close button, with the content below. Can be dragged
+/// anywhere outside its controls. Escape and the close button reject. Positioned over its window by
+/// DialogAnchor.
 class AbstractDialog : public QDialog {
     Q_OBJECT
 public:
     explicit AbstractDialog(QWidget* parent = nullptr);
 
-    /// Shown as plain text, and as the window's title for the desktop.
+    /// Shown as plain text and used as the window title.
     void setTitle(const QString& title);
     QString title() const;
     void setIcon(const QIcon& icon);
     void setCloseButtonVisible(bool visible);
 
-    /// Everything below the head, without margins.
+    /// Everything below the title, without margins.
     QVBoxLayout* bodyLayout() const { return m_body; }
 
-    /// Middle of the parent's window, otherwise of the screen.
+    /// Moves to the middle of the parent's window, or of the screen.
     void moveToCenter();
 
 protected:

@@ -19,7 +19,7 @@ namespace Fenk {
 Application::Application(int& argc, char** argv) : QApplication(argc, argv) {
     initFenkResources();
     setAttribute(Qt::AA_UseHighDpiPixmaps);
-    // Where no desktop names a theme, programs' own icons are still found.
+    // Makes programs' own icons available without a desktop theme.
     QIcon::setFallbackThemeName("hicolor");
     if (QIcon::themeName().isEmpty())
         QIcon::setThemeName("hicolor");

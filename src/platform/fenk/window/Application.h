@@ -13,24 +13,23 @@ namespace Fenk {
 class AboutDialog;
 class SingleInstance;
 
-/// The application object of a program with our look: puts Style, palette and fonts in force, follows the
-/// theme, loads translations, lets one process per key run, and answers the menu entries About and Exit. The
-/// organisation's and the application's name should be set before the first window, since the choice of the
-/// theme is kept under them.
+/// The application object: installs Style, palette and fonts, follows the theme, loads translations, allows
+/// one process per key, and handles the menu entries About and Exit. Set organisation and application name
+/// before the first window, since they are part of the path of the theme choice.
 class Application : public QApplication {
     Q_OBJECT
 public:
     Application(int& argc, char** argv);
     ~Application() override;
 
-    /// False when a process with this key runs already; it has got this process's arguments then.
+    /// False if a process with this key is running; it has received the arguments of this one.
     bool setSingleInstance(const QString& key);
 
     void setTranslationsDir(const QString& directory) { m_translationsDir = directory; }
 
-    /// Installs `<applicationName>_<locale>.qm` of the first locale that has one, trying the language alone
-    /// after language and country, and Qt's own texts beside it. True if the program's own were found; a
-    /// language that is the one of the sources needs none, and is no failure.
+    /// Installs `<applicationName>_<locale>.qm` of the first locale that has one, with language and country
+    /// or with the language alone, and Qt's own translations. Returns true if the application's were found,
+    /// or if the language is that of the sources, which needs none.
     bool loadTranslator(const QList<QLocale>& locales = {QLocale::system()});
 
     void setProductName(const QString& name) { m_productName = name; }
@@ -39,7 +38,7 @@ public:
     QIcon productIcon() const { return m_productIcon; }
     void setApplicationDescription(const QString& text) { m_description = text; }
     QString applicationDescription() const { return m_description; }
-    /// Markup of one link, shown in the About box as it is.
+    /// Markup of a link, shown unchanged in the About box.
     void setAboutLink(const QString& html) { m_aboutLink = html; }
     QString aboutLink() const { return m_aboutLink; }
 
@@ -48,7 +47,7 @@ public Q_SLOTS:
     virtual void handleQuitAction();
 
 Q_SIGNALS:
-    /// Another process was started with these arguments and has left; the first argument is the program.
+    /// Another process was started with these arguments and has exited; the first argument is the program.
     void newProcessInstance(qint64 pid, const QStringList& arguments);
 
 private:

@@ -90,7 +90,7 @@ void Dialog::addButtons(const QStringList& texts) {
 }
 
 void Dialog::clearButtons() {
-    // A handler of the click may call this, so the button must outlive it.
+    // A click handler may call this, so the button must not be destroyed yet.
     for (QPushButton* button : qAsConst(m_buttons)) {
         m_row->removeWidget(button);
         button->hide();

@@ -11,9 +11,9 @@ class QPushButton;
 
 namespace Fenk {
 
-/// A question: title, message, content of the caller's own, and equally wide buttons along the bottom,
-/// numbered from 0 in the order in which they were added. Escape and the close button answer -1. Return
-/// presses the recommended button, or the default one, but never one that destroys unless it has the focus.
+/// A question: title, message, optional content, and equally wide buttons along the bottom, numbered from 0
+/// in the order of addition. Escape and the close button answer -1. Return presses the recommended or the
+/// default button, but a destructive one only if it has the focus.
 class Dialog : public AbstractDialog {
     Q_OBJECT
 public:
@@ -23,31 +23,32 @@ public:
     explicit Dialog(QWidget* parent = nullptr);
     Dialog(const QString& title, const QString& message, QWidget* parent = nullptr);
 
-    /// Plain text; lines break at "\n" and where they get too long.
+    /// Plain text; wraps long lines and breaks at "
+    /// ".
     void setMessage(const QString& message);
     QString message() const;
 
-    /// The index of the new button.
+    /// Returns the index of the new button.
     int addButton(const QString& text, bool isDefault = false, ButtonType type = ButtonNormal);
     void addButtons(const QStringList& texts);
     void clearButtons();
     int buttonCount() const { return m_buttons.size(); }
     QAbstractButton* button(int index) const;
 
-    /// Below the message, in the order of the calls; the dialog takes the widget over.
+    /// Added below the message; the dialog takes ownership.
     void addContent(QWidget* content);
     void clearContents();
 
-    /// False: a click only says buttonClicked, and whoever listens closes the dialog with done(index).
+    /// If false, a click only emits buttonClicked, and the receiver closes the dialog with done(index).
     void setOnButtonClickedClose(bool closes) { m_closesOnClick = closes; }
 
-    /// The index of the clicked button, or -1. accept() counts as a click on the button with index 1, without
-    /// the signal.
+    /// Returns the index of the clicked button, or -1. accept() counts as a click on button 1, without the
+    /// signal.
     int exec() override;
     void done(int index) override;
     void reject() override;
 
-    /// For tests: the next exec() of any dialog answers with this index at once and shows nothing.
+    /// For tests: the next exec() of any dialog returns this index at once without showing the dialog.
     static void setNextAnswer(int index);
 
 Q_SIGNALS:

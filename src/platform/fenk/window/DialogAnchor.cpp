@@ -25,7 +25,7 @@ DialogAnchor::~DialogAnchor() {
 
 bool DialogAnchor::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_dialog) {
-        // A dialog that is only minimised comes back by itself.
+        // A spontaneous show event only restores a minimised dialog.
         if (event->type() == QEvent::Show && !event->spontaneous())
             take();
         else if (event->type() == QEvent::Hide && !event->spontaneous())
@@ -70,7 +70,7 @@ void DialogAnchor::follow() {
     m_middle = middle;
 }
 
-/// Not where something else took the focus meanwhile on purpose.
+/// Does nothing if another control has taken the focus meanwhile.
 void DialogAnchor::returnFocus() const {
     if (canHaveFocus(m_window->focusWidget()))
         return;

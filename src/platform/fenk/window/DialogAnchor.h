@@ -11,10 +11,10 @@ namespace Fenk {
 
 class Veil;
 
-/// Ties a dialog to the window that it belongs to. While it is shown over a visible window, that window is
-/// dimmed and the dialog has a shadow; it comes up in the window's middle and keeps its place in it when the
-/// window is moved or resized. When it goes, in whatever way, the focus goes back to the control that had it,
-/// or to what that control lay in. Owned by its dialog, which may be one of Qt's; those of ours have one.
+/// Attaches a dialog to its parent window. While the dialog is shown over a visible window, the window is
+/// dimmed and the dialog has a shadow; the dialog opens in the middle of the window and keeps its relative
+/// position when the window moves or resizes. When it closes, the focus returns to the control that had it,
+/// or to an ancestor. Owned by its dialog, which may be a plain QDialog; AbstractDialog has one already.
 class DialogAnchor : public QObject {
     Q_OBJECT
 public:
@@ -31,10 +31,10 @@ private:
     void returnFocus() const;
 
     QWidget* m_dialog;
-    QPointer<QWidget> m_window;               ///< null while the dialog lies over none
-    QPointer<Veil> m_veil;                    ///< of that window
-    QVector<QPointer<QWidget>> m_focusChain;  ///< what had the focus, then what that lay in
-    QPoint m_middle;                          ///< of the window, where it was last
+    QPointer<QWidget> m_window;               ///< null while the dialog is over no window
+    QPointer<Veil> m_veil;                    ///< of m_window
+    QVector<QPointer<QWidget>> m_focusChain;  ///< the focused control and its ancestors
+    QPoint m_middle;                          ///< last middle of the window
 };
 
 }  // namespace Fenk

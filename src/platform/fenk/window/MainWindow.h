@@ -7,10 +7,9 @@ namespace Fenk {
 class TitleBar;
 class WindowFrame;
 
-/// A window with our own title bar and frame. Everything else is QMainWindow's; the title bar takes the place
-/// of its menu bar. The window's title and icon show in the bar too. F10 opens the bar's menu, and so does
-/// the menu key where nothing that has the focus has a menu of its own. A new window has the focus itself, so
-/// that none of the bar's buttons is chosen unasked.
+/// A main window with our own title bar, which replaces the menu bar, and frame. Title and icon of the window
+/// are shown in the bar. F10 opens the bar's menu, and so does the menu key unless the focused widget has a
+/// menu of its own. A new window has the focus itself, so no button of the bar is focused.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -18,8 +17,7 @@ public:
 
     TitleBar* titlebar() const { return m_titlebar; }
 
-    /// Opacity of the ground from 0 to 255 with blur behind it, where the desktop can; 255 is the ordinary
-    /// window.
+    /// Opacity of the background, 0 to 255, with blur behind it if supported; 255 is an ordinary window.
     void setBackgroundAlpha(int alpha);
 
     void moveToCenter();
@@ -35,7 +33,7 @@ private:
     WindowFrame* m_frame;
 };
 
-/// Middle of the parent's window, or of the screen, with the whole window on that screen.
+/// Moves to the middle of the parent's window, or of the screen, and completely onto that screen.
 void moveToMiddle(QWidget* window);
 
 }  // namespace Fenk

@@ -4,11 +4,11 @@ class QMenu;
 
 namespace Fenk {
 
-/// Appends the entries that every program's menu ends with: the choice of the theme, About and Exit. The last
-/// two ask the Application; without one they are left out.
+/// Appends the standard entries: theme, About and Exit. The last two call Application and are omitted without
+/// one.
 void appendStandardActions(QMenu* menu);
 
-/// For a menu that was opened by key: the arrow keys go on from its first entry.
+/// Selects the first entry of a menu that was opened by key, so the arrow keys continue from there.
 void chooseFirstEntry(QMenu* menu);
 
 }  // namespace Fenk

@@ -53,7 +53,7 @@ TitleBar::TitleBar(QWidget* parent)
     for (IconButton* button : {m_menuButton, m_minimize, m_maximize, m_close})
         m_rightLayout->addWidget(button);
 
-    // Only the keyboard brings the focus to the button.
+    // The button has the focus only after keyboard navigation.
     connect(m_menuButton, &QToolButton::clicked, this, [this] { openMenu(m_menuButton->hasFocus()); });
     connect(m_minimize, &QToolButton::clicked, this, [this] { window()->showMinimized(); });
     connect(m_maximize, &QToolButton::clicked, this, &TitleBar::toggleMaximized);
@@ -164,7 +164,7 @@ void TitleBar::placeMiddle() {
     const int symmetric = width() - 2 * qMax(from, width() - to);
     int wanted = qMax(middle->sizeHint().width(), middle->minimumWidth());
     wanted = qMin(wanted, qMax(middle->minimumWidth(), to - from));
-    // In the middle of the window where that is possible, otherwise in the room that is left.
+    // In the middle of the window if possible, else in the remaining space.
     const int x = wanted <= symmetric ? (width() - wanted) / 2 : from;
     const int h =
         m_custom ? qMin(height(), qMax(m_custom->sizeHint().height(), m_custom->minimumHeight())) : height();

@@ -11,9 +11,9 @@ namespace Fenk {
 
 class IconButton;
 
-/// The top of a MainWindow: icon, title or a widget of the window's own in the middle, menu and window
-/// buttons. Dragging it moves the window, a double click maximises it. The menu ends with the entries that
-/// every program has: theme, About, Exit.
+/// The title bar of a MainWindow: icon, title or a custom widget in the middle, menu button and window
+/// buttons. Dragging moves the window, a double click maximises it. The menu ends with the standard entries:
+/// theme, About, Exit.
 class TitleBar : public QWidget {
     Q_OBJECT
 public:
@@ -23,27 +23,26 @@ public:
     void setTitle(const QString& title);
     QString title() const;
 
-    /// The standard entries are appended to it; the bar takes it over. menu() is never null.
+    /// Appends the standard entries and takes ownership. menu() is never null.
     void setMenu(QMenu* menu);
     QMenu* menu() const { return m_menu; }
     void setMenuVisible(bool visible);
-    /// As with the menu button, with the first entry chosen for a user at the keyboard. False where the menu
-    /// is hidden.
+    /// Opens the menu as the menu button does; `byKeyboard` selects the first entry. False if the menu is
+    /// hidden.
     bool openMenu(bool byKeyboard);
 
-    /// Takes the middle in place of the title; the former one is deleted. A null pointer brings the title
-    /// back.
+    /// Replaces the title in the middle; the previous widget is deleted. Null restores the title.
     void setCustomWidget(QWidget* widget);
     QWidget* customWidget() const { return m_custom; }
 
     /// Beside the icon (AlignLeft) or before the menu button (AlignRight).
     void addWidget(QWidget* widget, Qt::Alignment side = Qt::AlignRight);
 
-    /// Hides the buttons whose window hints are among the flags; other flags are kept and mean nothing here.
+    /// Hides the buttons whose window hints are in `flags`; other flags are stored without effect.
     void setDisableFlags(Qt::WindowFlags flags);
     Qt::WindowFlags disableFlags() const { return m_disabled; }
 
-    /// A line under the bar, for windows whose content scrolls beneath it.
+    /// A line below the bar, for windows with scrolling content.
     void setSeparatorVisible(bool visible);
 
     QSize sizeHint() const override;

@@ -46,7 +46,7 @@ void Veil::remove(QWidget* dialog) {
     dialog->removeEventFilter(this);
     update();
     if (m_dialogs.isEmpty()) {
-        setParent(nullptr);  // no longer the veil of its window
+        setParent(nullptr);  // so that of() no longer finds it
         deleteLater();
     }
 }
@@ -64,7 +64,7 @@ void Veil::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     Paint::box(&painter, rect(), radiusOf(window()), withAlpha(Qt::black, Tokens::VeilOpacity));
     for (const QWidget* dialog : qAsConst(m_dialogs)) {
-        // The desktop's own file dialog stands for Qt's, which is nowhere then.
+        // The desktop's native file dialog is shown instead of Qt's, which stays invisible.
         if (dialog->testAttribute(Qt::WA_DontShowOnScreen))
             continue;
         const QRect place = dialog->frameGeometry();

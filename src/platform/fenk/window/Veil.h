@@ -5,13 +5,13 @@
 
 namespace Fenk {
 
-/// Dims a window while dialogs of ours lie over it, and draws their shadows. A child of that window, above
-/// all else in it and as large as it, so that it needs no compositor. Takes no clicks: whether the window can
-/// be used meanwhile is the dialogs' matter. Deletes itself with its last dialog.
+/// Dims a window while dialogs are over it, and draws their shadows. A child of the window, as large as it
+/// and above everything else, so no compositor is needed. Ignores clicks: the dialogs decide whether the
+/// window can be used meanwhile. Deletes itself with its last dialog.
 class Veil : public QWidget {
     Q_OBJECT
 public:
-    /// The veil of the window, made if it has none.
+    /// Returns the veil of the window; creates it if there is none.
     static Veil* of(QWidget* window);
 
     void add(QWidget* dialog);

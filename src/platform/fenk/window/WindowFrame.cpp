@@ -17,9 +17,9 @@ namespace Fenk {
 
 namespace {
 
-constexpr int SettleMs = 200;  ///< by then a window manager has put a new window where it shall be
+constexpr int SettleMs = 200;  ///< time for the window manager to place a new window
 
-/// Lies above one corner of a window, takes away what is outside the curve, and draws the border along it.
+/// Covers one corner of the window: clears what is outside the curve and draws the border along it.
 class Corner : public QWidget {
 public:
     Corner(QWidget* window, Qt::Corner corner) : QWidget(window), m_corner(corner) {
@@ -114,8 +114,8 @@ void WindowFrame::update() {
     m_window->setContentsMargins(border, border, border, border);
 }
 
-/// Some window managers move their frame after Qt has asked for the place of its window, and tell nobody. Qt
-/// would then put the window back to where it never was with the next resize.
+/// Some window managers move their frame after Qt has queried the position of the window, without an event.
+/// Without this, Qt would move the window at the next resize.
 void WindowFrame::takeActualPosition() {
     const auto actual = WindowPlatform::actualPosition(m_window->windowHandle());
     if (framed() && actual && *actual != m_window->pos())
@@ -146,7 +146,7 @@ bool WindowFrame::eventFilter(QObject* watched, QEvent* event) {
                     WindowPlatform::setBlurBehind(handle, true);
             }
             update();
-            // What wrapped text needs was asked for another width, and nested layouts remember that.
+            // Nested layouts have cached the height of wrapped text for another width.
             if (QLayout* layout = m_window->layout())
                 layout->invalidate();
             m_settle.start();

@@ -9,24 +9,24 @@ class QWidget;
 
 namespace Fenk {
 
-/// Gives a top-level widget our own frame instead of the window manager's: ground and border, round corners
-/// where a compositor runs and square ones where not, edges that resize. Owned by its window; the window
-/// calls paint() first thing. Sizes of the window are those of what one sees: nothing is added around it.
+/// Gives a top-level widget our own frame instead of the window manager's: background, border, resizable
+/// edges, and rounded corners if there is a compositor. Owned by the window, which calls paint() first in its
+/// paint event. The size of the window is that of its visible part; there is no margin around it.
 class WindowFrame : public QObject {
     Q_OBJECT
 public:
     explicit WindowFrame(QWidget* window);
 
-    /// Paints ground and border into the window.
+    /// Paints background and border into the window.
     void paint(QPainter* painter) const;
 
-    /// Opacity of the ground, 0 to 255, and blur behind it; opaque all the same without a compositor.
+    /// Opacity of the background, 0 to 255, with blur behind it; always opaque without a compositor.
     void setTranslucent(int alpha);
 
-    /// Round corners and a border of its own: false while maximised or full screen.
+    /// Whether the window has rounded corners and a border; false while maximised or full screen.
     bool framed() const;
 
-    /// Edges under a point in window coordinates that a press there would drag; none for windows of fixed
+    /// The edges that a press at `position` (in window coordinates) would drag; none for windows of fixed
     /// size.
     Qt::Edges edgesAt(const QPoint& position) const;
 
