@@ -15,7 +15,7 @@ namespace {
 
 constexpr off_t MaximumFileBytes = 1 << 20;
 constexpr int OldFiles = 3;
-constexpr int Attempts = 5;  // at a file that others roll away in the meantime
+constexpr int Attempts = 5;  // in case other processes roll the file at the same time
 const char Name[] = "/lumora-event-log";
 
 std::string home() {
@@ -29,7 +29,7 @@ std::string home() {
     return found ? found->pw_dir : "";
 }
 
-/// A user's directory as the variable says, which counts only if it is absolute.
+/// The directory in the variable, if absolute, else the default below the home directory.
 std::string userDirectory(const char* variable, const char* belowHome) {
     const char* value = std::getenv(variable);
     if (value && *value == '/')
@@ -61,7 +61,7 @@ public:
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
-    /// Waits for the other writers. False for what is no file of the user's own.
+    /// Locks the file; waits for other writers. Returns false for anything but a regular file of this user.
     bool take() {
         struct stat facts;
         return m_fd >= 0 && fstat(m_fd, &facts) == 0 && S_ISREG(facts.st_mode) &&
@@ -75,7 +75,7 @@ public:
         char last = '\n';
         if (before > 0 && pread(m_fd, &last, 1, before - 1) != 1)
             return;
-        // A process that was killed in the middle has left its line open.
+        // A killed process may have left an incomplete line.
         const std::string text = last == '\n' ? line : '\n' + line;
         if (write(m_fd, text.data(), text.size()) != ssize_t(text.size()) && ftruncate(m_fd, before) != 0)
             return;
@@ -116,7 +116,7 @@ void EventFile::append(const std::string& line) const {
     }
 }
 
-/// Called with the present file locked. False when it can't be renamed.
+/// Called with the current file locked. Returns false if it can't be renamed.
 bool EventFile::roll() const {
     const auto old = [this](int number) { return m_path + "." + std::to_string(number); };
     for (int number = OldFiles; number > 1; --number)

@@ -11,15 +11,15 @@
 /// ~/.config) turns all that off, at once. Only append touches the disk.
 class EventFile {
 public:
-    /// An empty name turns it off, too.
+    /// An empty name disables the log.
     explicit EventFile(const std::string& program = {});
 
-    /// The line ends with a line end. What can't be written whole is not written.
+    /// `line` includes its line end. A line that cannot be written completely is not written.
     void append(const std::string& line) const;
 
 private:
     bool roll() const;
-    std::string m_directory;  ///< empty: no record is kept
+    std::string m_directory;  ///< empty: records are dropped
     std::string m_path;
     std::string m_offSwitch;
 };

@@ -20,8 +20,8 @@ EventQueue& queue() {
     return instance;
 }
 
-/// The record on one line; empty when it is no object. Between the words of JSON a line end is as good as a
-/// blank, and within them there is none.
+/// The record on one line; empty if it is not an object. Line ends occur only between the tokens of JSON,
+/// where they can be replaced by blanks.
 std::string lineOf(const std::string& record) {
     if (record.size() < 2 || record.size() > MaximumRecordBytes || record.front() != '{' ||
         record.back() != '}')
@@ -38,7 +38,7 @@ void Initialize(const std::string& program, bool collect) {
     try {
         queue().setProgram(collect && isPlainName(program) ? program : std::string());
     } catch (...) {
-        // Without memory there is no log.
+        // Out of memory: drop the record.
     }
 }
 
@@ -48,6 +48,6 @@ void WriteEventLog(const std::string& record) {
         if (!line.empty())
             queue().add(line);
     } catch (...) {
-        // Nor without a thread.
+        // No thread can be started: drop the record.
     }
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t MaximumWaitingBytes = 4 << 20;
 constexpr std::chrono::seconds Patience(1);
 
-/// Signals of the process are for its own threads.
+/// Blocks all signals, so that the new thread handles none.
 class SignalsBlocked {
 public:
     SignalsBlocked() {
@@ -35,7 +35,7 @@ struct EventQueue::State {
     std::condition_variable changed;
     EventFile file;
     bool isOn = false;
-    std::deque<std::string> lines;  ///< the first may be on its way
+    std::deque<std::string> lines;  ///< the first one may be being written
     std::size_t bytes = 0;
     bool isWorking = false;
     bool isEnding = false;

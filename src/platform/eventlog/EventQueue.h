@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-/// Lines on their way to the file. A thread of its own writes them, so that whoever adds one never waits;
-/// when the disk can't keep up, lines are dropped. At the end of the process it gets a second for the rest.
+/// A queue of lines for the file. A thread writes them, so callers never wait; lines are dropped if the disk
+/// is too slow. At the end of the process the thread has 1 s for the remaining lines.
 class EventQueue {
 public:
     EventQueue();
@@ -12,7 +12,7 @@ public:
     EventQueue(const EventQueue&) = delete;
     EventQueue& operator=(const EventQueue&) = delete;
 
-    /// Whose file it is; an empty name drops what is added from then on.
+    /// Sets the program whose file is written; with an empty name, later lines are dropped.
     void setProgram(const std::string& name);
     void add(const std::string& line);
 
@@ -20,5 +20,6 @@ private:
     struct State;
     static void work(const std::shared_ptr<State>& state);
 
-    std::shared_ptr<State> m_state;  ///< the thread keeps it when the disk outlasts the process's patience
+    std::shared_ptr<State>
+        m_state;  ///< shared with the thread, which may outlive this object if the disk is too slow
 };

@@ -4,21 +4,21 @@
 #include <QFile>
 #include <QRegularExpression>
 
-// Behind the others: its macros would change their code.
+// Included last, since its macros would change the other headers.
 #include <yara.h>
 
 namespace {
 
-constexpr int TimeLimitSeconds = 10;  // a machine may be busy; callers wait three times as long
+constexpr int TimeLimitSeconds = 10;  // a third of the callers' time-out, for busy machines
 constexpr int MaximumVersionBytes = 100;
 
 struct Found {
     std::vector<Scanner::Value> values;
-    QStringList rules;                ///< names of the rules that the values come from
-    QMap<QString, QString> versions;  ///< what rules have logged, by their names
+    QStringList rules;                ///< names of the rules of `values`
+    QMap<QString, QString> versions;  ///< logged by rules, by rule name
 };
 
-/// The last run of digits and dots, if there is one with a dot.
+/// The last version number in the text, preferably one with a dot.
 QString versionIn(const QString& text) {
     static const QRegularExpression expression("[0-9]+(\\.[0-9]+)*");
     QString version;

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr qint64 MaximumBytes = 64 * 1024 * 1024;  // what is behind tells no more
+constexpr qint64 MaximumBytes = 64 * 1024 * 1024;  // the rest is not scanned
 constexpr int HeaderOffsetAt = 0x3c;
 constexpr quint16 Pe64Magic = 0x20b;
 
