@@ -1,11 +1,11 @@
 #!/usr/bin/python3 -IXutf8
-"""Prints the version block of a Windows executable, or what stands for it in an installer package (.msi), as one JSON
-object.
+"""Prints the version block of a Windows executable, or the equivalent properties of an installer package (.msi), as
+one JSON object.
 
 usage: pe_version_info.py FILE
 
-A file without a version block gives {}; one that cannot be read gives {} and exit code 1. The file is mapped, never
-read whole, and only its resource directory is walked. Text is escaped to ASCII, so the output is whole in any locale.
+Prints {} for a file without a version block, and {} with exit code 1 for an unreadable file. The file is mapped, and
+only its resource directory is parsed. Text is escaped to ASCII, so the output is independent of the locale.
 """
 
 import json
@@ -16,12 +16,12 @@ import signal
 import stat
 import sys
 
-PACKAGE_MAGIC = b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"  # of the container that packages of Windows Installer are
+PACKAGE_MAGIC = b"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"  # OLE compound file, the container of Windows Installer packages
 PACKAGE_NAMES = {"ProductName": "ProductName", "ProductVersion": "ProductVersion", "Manufacturer": "CompanyName",
                  "ARPCOMMENTS": "Comments"}
 VALUE_LIMIT = 4096   # characters of one value
 MEMORY_LIMIT = 512 << 20
-CPU_SECONDS = 20     # below the time that callers wait
+CPU_SECONDS = 20     # less than the time-out of the callers
 
 
 def _out_of_time(_number, _frame):
@@ -29,14 +29,14 @@ def _out_of_time(_number, _frame):
 
 
 def limit_resources():
-    """A hostile file ends the parsing, and at the worst this process."""
+    """Limits time and memory for malicious files: parsing fails, or in the worst case the process is killed."""
     signal.signal(signal.SIGXCPU, _out_of_time)
     resource.setrlimit(resource.RLIMIT_DATA, (MEMORY_LIMIT, MEMORY_LIMIT))
     resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS + 5))
 
 
 def open_pe(path):
-    """The file with its resource directory parsed; pefile.PEFormatError or OSError if it is no PE file."""
+    """The file with its resource directory parsed; pefile.PEFormatError or OSError for anything but a PE file."""
     import pefile
 
     with open(os.open(path, os.O_RDONLY | os.O_NONBLOCK), "rb") as file:
@@ -52,7 +52,7 @@ def open_pe(path):
 
 
 def version_strings(pe):
-    """Names and values of all string tables; where languages disagree the first one stands."""
+    """Names and values of all string tables; if languages differ, the first one is used."""
     strings = {}
     for block in getattr(pe, "FileInfo", None) or []:
         for entry in block:
@@ -70,7 +70,7 @@ def _text(raw):
 
 
 def _fill_from_numbers(pe, strings):
-    """A block that names no version still carries it as numbers."""
+    """Uses the numeric versions if there is no text."""
     for fixed in (getattr(pe, "VS_FIXEDFILEINFO", None) or [])[:1]:
         for name in ("FileVersion", "ProductVersion"):
             high, low = getattr(fixed, name + "MS"), getattr(fixed, name + "LS")
@@ -87,7 +87,7 @@ def is_package(path):
 
 
 def package_properties(path):
-    """From the table of properties; empty for another kind of container or without the reader (msitools)."""
+    """Values of the Property table; empty for other compound files or without msitools."""
     import subprocess
 
     try:
@@ -101,12 +101,12 @@ def package_properties(path):
 
 
 def read_version_info(path):
-    """The version block, or None if the file is no readable executable."""
+    """The version block; None if the file is not a readable executable."""
     if is_package(path):
         return package_properties(path)
     try:
         pe = open_pe(path)
-    except Exception:  # the parser meets hostile input: every way to fail is the same answer
+    except Exception:  # untrusted input: any error of the parser has the same result
         return None
     try:
         return version_strings(pe)

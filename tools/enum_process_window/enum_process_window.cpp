@@ -1,12 +1,12 @@
-// Prints what runs and what is shown in a bottle, once a second and, in the first minute, as soon as a window
-// comes up, so that one which is closed within the second is told as well; until nobody reads it any more:
+// Prints the processes and windows of a bottle once a second, and in the first minute also as soon as a window
+// appears, so that a window closed within a second is reported too. Exits when its output is closed. Format:
 //   ::process list
 //   id - parent's id - name
 //   ::window list
 //   id - title
 //   ::end
-// Text is UTF-8; one cycle is one write. A window is listed from the first cycle in which it can be seen
-// (shown, with an area) as long as it exists: a program that hides its window in the tray is still in use.
+// Text is UTF-8; one cycle is one write. A window is listed from the first cycle in which it is visible with an
+// area until it is destroyed: a program that hides its window in the tray is still in use.
 #include <windows.h>
 
 #include <tlhelp32.h>
@@ -17,8 +17,8 @@
 namespace {
 
 constexpr DWORD IntervalMs = 1000;
-constexpr DWORD LookMs = 100;         // between looks for a new window
-constexpr ULONGLONG QuickMs = 60000;  // that looks go on for; what starts later does so from a window
+constexpr DWORD CheckMs = 100;         // between checks for a new window
+constexpr ULONGLONG QuickMs = 60000;  // duration of these checks; later programs are started from a window
 constexpr int TitleUnits = 1024;
 
 std::string toUtf8(const wchar_t* text) {
@@ -45,9 +45,9 @@ bool addProcesses(std::string& out) {
     return true;
 }
 
-using WindowsSeen = std::map<HWND, DWORD>;  ///< with their processes: a handle may be used again
+using WindowsSeen = std::map<HWND, DWORD>;  ///< to process id, since handles are reused
 
-struct WindowLook {
+struct WindowList {
     const WindowsSeen& before;
     WindowsSeen now;
     std::string lines;
@@ -59,22 +59,22 @@ bool canBeSeen(HWND window) {
 }
 
 BOOL CALLBACK addWindow(HWND window, LPARAM target) {
-    WindowLook& look = *reinterpret_cast<WindowLook*>(target);
+    WindowList& list = *reinterpret_cast<WindowList*>(target);
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
-    const auto before = look.before.find(window);
-    const bool wasSeen = before != look.before.end() && before->second == process;
+    const auto before = list.before.find(window);
+    const bool wasSeen = before != list.before.end() && before->second == process;
     if (!wasSeen && !canBeSeen(window))
         return TRUE;
-    look.now[window] = process;
-    // Unlike GetWindowText this never waits for the window's own program.
+    list.now[window] = process;
+    // Unlike GetWindowText this never blocks on the program.
     wchar_t title[TitleUnits] = {};
     InternalGetWindowText(window, title, TitleUnits);
-    look.lines += std::to_string(process) + " - " + toUtf8(title) + "\n";
+    list.lines += std::to_string(process) + " - " + toUtf8(title) + "\n";
     return TRUE;
 }
 
-/// Ends the enumeration at a window that was not to be seen before.
+/// Stops the enumeration at a newly visible window.
 BOOL CALLBACK isKnown(HWND window, LPARAM target) {
     const WindowsSeen& seen = *reinterpret_cast<WindowsSeen*>(target);
     DWORD process = 0;
@@ -83,9 +83,9 @@ BOOL CALLBACK isKnown(HWND window, LPARAM target) {
     return (before != seen.end() && before->second == process) || !canBeSeen(window);
 }
 
-/// For the interval, or until a new window is there.
+/// Waits for the interval, or until a new window is visible.
 void wait(const WindowsSeen& seen, bool isQuick) {
-    const DWORD step = isQuick ? LookMs : IntervalMs;
+    const DWORD step = isQuick ? CheckMs : IntervalMs;
     for (DWORD waited = 0; waited < IntervalMs; waited += step) {
         Sleep(step);
         if (isQuick && !EnumWindows(isKnown, reinterpret_cast<LPARAM>(&seen)))
@@ -112,11 +112,11 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
     for (;;) {
         std::string cycle = "::process list\n";
         const bool isWhole = addProcesses(cycle);
-        WindowLook look = {seen, {}, {}};
-        EnumWindows(addWindow, reinterpret_cast<LPARAM>(&look));
-        seen.swap(look.now);
-        cycle += "::window list\n" + look.lines + "::end\n";
-        // Without processes a living program would look dead.
+        WindowList list = {seen, {}, {}};
+        EnumWindows(addWindow, reinterpret_cast<LPARAM>(&list));
+        seen.swap(list.now);
+        cycle += "::window list\n" + list.lines + "::end\n";
+        // An empty list of processes would mean that the program has exited.
         if (isWhole && !print(cycle))
             return 1;
         wait(seen, GetTickCount64() - begin < QuickMs);

@@ -5,7 +5,7 @@ usage: exe_scanner.py DIRECTORY OUTPUT
 
 Prints a JSON array of objects with "path", "hasIcon", "iconPath" and "pe_info", the version block. Icons are written
 to OUTPUT as PNG. Symbolic links are not followed, so that a bottle's drive links do not lead out of it. Each file is
-read by a process of its own: a hostile one costs its own entry's details, not the list.
+read by a separate process: a malicious one only loses the details of its own entry.
 """
 
 import hashlib
@@ -22,7 +22,7 @@ SECONDS = 30
 
 
 def find_executables(directory):
-    """Absolute paths of the regular files named *.exe, in order, at most FILES_LIMIT of them."""
+    """Absolute paths of the regular files named *.exe, sorted by directory, at most FILES_LIMIT."""
     found = []
     root = os.path.abspath(directory)
     for folder, folders, files in os.walk(root):
@@ -39,7 +39,7 @@ def find_executables(directory):
 
 
 def _version_tool():
-    """Beside the installed programs, or in the source tree."""
+    """Path of the tool in the installed tree or in the source tree."""
     places = ("../../../bin", "../tools", "../../../tools")
     paths = [os.path.join(HERE, place, "pe_version_info.py") for place in places]
     return next((path for path in paths if os.path.isfile(path)), paths[0])
@@ -63,7 +63,7 @@ def version_info(path):
 
 
 def icon_of(path, output):
-    """Path of the written icon, empty without one. Named after the whole path: two setup.exe are two icons."""
+    """Writes the icon and returns its path; empty without an icon. The name is a hash of the path, so it is unique."""
     digest = hashlib.sha1(os.fsencode(path), usedforsecurity=False).hexdigest()
     name = f"{digest}.png"
     ended = _run([os.path.join(HERE, "icon_extractor.py"), path, name, output])

@@ -1,10 +1,10 @@
 #!/usr/bin/python3 -IXutf8
-"""Takes the icon out of a Windows executable.
+"""Extracts the icon of a Windows executable.
 
 usage: icon_extractor.py [--no-convert] EXE NAME DIRECTORY
 
 Writes DIRECTORY/NAME: with --no-convert the icon group as an .ico file, otherwise its best image as PNG. The exit
-code is 1 when there is no icon or it cannot be written; nothing is left behind then.
+code is 1 if there is no icon or it cannot be written; no file remains then.
 """
 
 import mmap
@@ -16,7 +16,7 @@ import subprocess
 import sys
 import tempfile
 
-IMAGE_LIMIT = 4 << 20  # bytes of one image; a 256 pixel image without compression has 270 KB
+IMAGE_LIMIT = 4 << 20  # bytes of one image; an uncompressed image of 256 pixels has 270 KB
 IMAGES_LIMIT = 64
 MEMORY_LIMIT = 512 << 20
 PNG_MAGIC = b"\x89PNG\r\n\x1a\n"
@@ -25,7 +25,7 @@ SECONDS = 20
 
 
 class Image:
-    """One image of a group: the 12 bytes that .ico files and groups share, and its data."""
+    """One image of a group: the 12 header bytes common to .ico files and icon groups, and its data."""
 
     def __init__(self, head, data):
         self.head = head
@@ -46,7 +46,7 @@ def open_pe(path):
 
 
 def _leaves(pe, kind):
-    """(id, data entry) of every resource of a kind, the first language of each."""
+    """Yields (id, data entry) of all resources of a kind, in their first language."""
     for entry in getattr(getattr(pe, "DIRECTORY_ENTRY_RESOURCE", None), "entries", ()):
         if entry.id != kind or not hasattr(entry, "directory"):
             continue
@@ -57,7 +57,7 @@ def _leaves(pe, kind):
 
 
 def read_images(pe):
-    """The images of the first group, which is the icon that a file manager shows. Empty without one."""
+    """The images of the first group, which is the icon shown by file managers. Empty without a group."""
     group = next((data for _, data in _leaves(pe, RT_GROUP_ICON)), None)
     if group is None:
         return []
@@ -86,7 +86,7 @@ def ico_file(images):
 
 
 def png_file(images):
-    """The largest image with the most colours."""
+    """The largest image with the highest colour depth, as PNG."""
     best = max(images, key=lambda image: image.rank)
     if best.data.startswith(PNG_MAGIC):
         return best.data
@@ -101,7 +101,7 @@ def png_file(images):
 
 
 def write_file(directory, name, data):
-    """In one step, so that a reader sees a whole icon or none, and a link that lies there is not followed."""
+    """Writes the file atomically and replaces a link instead of following it."""
     os.makedirs(directory, mode=0o700, exist_ok=True)
     handle, fresh = tempfile.mkstemp(dir=directory)
     try:
@@ -114,7 +114,7 @@ def write_file(directory, name, data):
 
 
 def extract(path, name, directory, convert):
-    """True when DIRECTORY/NAME now holds the icon."""
+    """Writes the icon to directory/name; returns whether that worked."""
     if not name or name in (".", "..") or "/" in name or "\0" in name:
         return False
     try:
@@ -127,7 +127,7 @@ def extract(path, name, directory, convert):
             return False
         write_file(directory, name, png_file(images) if convert else ico_file(images))
         return True
-    except Exception as error:  # the parser meets hostile input: every way to fail is the same answer
+    except Exception as error:  # untrusted input: any error of the parser has the same result
         print(f"icon_extractor: {path}: {error}", file=sys.stderr)
         return False
 

@@ -1,7 +1,7 @@
-"""A bottle as the launcher needs it: its directory, its Wine, its environment and its programs.
+"""The data of a bottle that a launch needs: its directory, its Wine, its environment and its programs.
 
-The bottle service leaves launch.json beside bottle.yml so that nothing needs to be asked or parsed slowly.
-A missing, broken or outdated launch.json is made up for from bottle.yml itself.
+The bottle service writes launch.json beside bottle.yml, so that the launcher need not call the service or load a YAML
+parser. If launch.json is missing, invalid or outdated, bottle.yml is read instead.
 """
 
 import json
@@ -11,7 +11,7 @@ import stat
 from cellarix_launcher import errors
 
 RECORD_LIMIT = 16 << 20
-UNFINISHED = (".creating-", ".deleting-")  # bottles that the service is just making or removing
+UNFINISHED = (".creating-", ".deleting-")  # bottles that the service is creating or deleting
 
 
 class Bottle:
@@ -25,7 +25,7 @@ class Bottle:
         self.emulator = ""  # runs x86 code on another processor
         self.env = {}
         self.programs = {}
-        self.complaint = ""  # a sentence on a record that could not be read
+        self.record_error = ""  # error text if the records could not be read
 
     def program(self, uuid):
         record = self.programs.get(uuid)
@@ -40,7 +40,8 @@ def bottles_root(environ):
 
 
 def bottle_directory(name, environ):
-    """Names may hold "/", yet never lead out of the bottles' directory. None for an unknown bottle."""
+    """The directory of a bottle; None for an unknown one. Names may contain "/" but never lead out of the bottles'
+    directory."""
     if not name or "\0" in name or any(part in ("", ".", "..") for part in name.split("/")):
         return None
     parts = name.split("/")
@@ -73,14 +74,14 @@ def load_bottle(name, environ):
         if parsed is not None:
             _fill_from_yaml(bottle, parsed, record, environ)
             return bottle
-        bottle.complaint = f"the records of bottle \"{name}\" cannot be read or are out of date"
+        bottle.record_error = f"the records of bottle \"{name}\" cannot be read or are out of date"
     if record is not None:
         _fill(bottle, record)
     return bottle
 
 
 def _stamp(path):
-    """What launch.json remembers of the bottle.yml that it was made from."""
+    """The "source" that launch.json has if it was made from the current bottle.yml."""
     try:
         status = os.lstat(path)
     except OSError:
@@ -91,7 +92,7 @@ def _stamp(path):
 def _read(path):
     with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
         if not stat.S_ISREG(os.fstat(file.fileno()).st_mode):
-            raise ValueError("no regular file")
+            raise ValueError("not a regular file")
         data = file.read(RECORD_LIMIT + 1)
     if len(data) > RECORD_LIMIT:
         raise ValueError("record too large")
@@ -110,7 +111,7 @@ def _read_yaml(path):
     try:
         data = _read(path)
         import site
-        site.main()  # the quick start leaves out the directory that holds the parser
+        site.main()  # python -S leaves out the directory of the parser
         import yaml
     except (OSError, ValueError, ImportError):
         return None
@@ -131,8 +132,8 @@ def _fill(bottle, record):
 
 
 def _fill_from_yaml(bottle, parsed, outdated, environ):
-    """The bottle's own record wins; the outdated one still knows the Wine of the same runner. A runner that is
-    no directory of its own is the machine's Wine."""
+    """bottle.yml takes precedence; an outdated launch.json still has the Wine of the same runner. A runner without a
+    directory of its own is the system's Wine."""
     runner = parsed.get("Runner")
     if outdated and runner and outdated.get("runner") == runner:
         _fill(bottle, outdated)

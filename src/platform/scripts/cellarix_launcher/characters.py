@@ -1,6 +1,6 @@
 """A UTF-8 locale for Wine, which takes the character set of file names from LC_CTYPE.
 
-The bottle service holds to the same rule (WineEnvironment.cpp).
+The bottle service uses the same rule (WineEnvironment.cpp).
 """
 
 import _locale
@@ -10,7 +10,8 @@ OTHER_CATEGORIES = ("LC_NUMERIC", "LC_TIME", "LC_COLLATE", "LC_MONETARY", "LC_ME
 
 
 def with_utf8(env):
-    """`env` with a UTF-8 LC_CTYPE, all other categories as they were. Unchanged where the machine has no such locale."""
+    """`env` with a UTF-8 LC_CTYPE and all other categories unchanged; `env` itself if the system has no UTF-8 locale.
+    """
     present = env.get("LC_ALL") or env.get("LC_CTYPE") or env.get("LANG") or "C"
     if _is_utf8(present):
         return env
@@ -25,7 +26,7 @@ def with_utf8(env):
 
 
 def _candidates(present):
-    """The same language first: Wine also takes the character set of old programs from it."""
+    """The same language first: Wine also derives the character set of non-Unicode programs from it."""
     language = present.split("@")[0].split(".")[0]
     return f"{language}.UTF-8", "C.UTF-8", "en_US.UTF-8"
 

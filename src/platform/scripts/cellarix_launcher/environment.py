@@ -1,4 +1,4 @@
-"""The environment of a launch, and the Wine that serves it."""
+"""The environment of a launch, and the Wine that it uses."""
 
 import os
 
@@ -7,16 +7,16 @@ from cellarix_launcher import characters, errors
 OVERRIDES = "WINEDLLOVERRIDES"
 MENU_BUILDER_OFF = "winemenubuilder.exe="
 UUID_VARIABLE = "_CXB_WINE_PROGRAM_UUID"
-FILE_VARIABLE = "_CXB_WINE_PROGRAM_FILE"  # of a program that is started without an id
-# Of a Wine that the caller may itself run under; the bottle's own Wine knows better.
+FILE_VARIABLE = "_CXB_WINE_PROGRAM_FILE"  # for a program that is started without an id
+# Set by a Wine that the caller may run under; they would mislead the bottle's own Wine.
 FOREIGN = ("WINELOADER", "WINEARCH", "WINEDLLPATH", "WINESERVER", "WINEPREFIX", "WINELOADERNOEXEC", "WINESERVERSOCKET")
 
 
 def wine_environment(bottle, caller, uuid, program_envs, file=""):
-    """The caller's variables with a UTF-8 locale, over them the bottle's, then the program's. WINEDEBUG is the caller's
-    if it has one: whoever reads the log chose its channels."""
+    """The caller's variables with a UTF-8 locale, overridden by the bottle's, then by the program's. A WINEDEBUG of
+    the caller takes precedence, since the caller reads the log and has chosen its channels."""
     env = characters.with_utf8({name: value for name, value in caller.items() if name not in FOREIGN})
-    # Each layer says its part and the last word counts. Wine's own maker of menu entries stays off unless one names it.
+    # The overrides of all layers are joined; the last one for a DLL counts. winemenubuilder is off by default.
     overrides = [MENU_BUILDER_OFF, env.get(OVERRIDES, "")]
     for layer in (bottle.env, program_envs):
         for name, value in layer.items() if isinstance(layer, dict) else ():
@@ -48,10 +48,10 @@ def _text(value):
 
 
 def loader_for(wine, bottle_dir, is_32bit):
-    """The 64-bit loader of the same Wine, for all but 32-bit programs of a 64-bit bottle.
+    """The 64-bit loader of the same Wine, except for 32-bit programs in a 64-bit bottle.
 
-    Where both kinds are installed, `wine` is the 32-bit loader: it starts a 64-bit program by way of a second one,
-    and does not find Wine's own programs that exist only in 64 bits, winemenubuilder.exe among them.
+    If both are installed, `wine` is the 32-bit loader: it starts a 64-bit program through a second loader, and does
+    not find Wine's programs that exist only in 64 bits, such as winemenubuilder.exe.
     """
     real = os.path.realpath(wine)
     wow64 = os.path.join(bottle_dir, "drive_c", "windows", "syswow64")
@@ -68,7 +68,7 @@ def server_beside(wine):
 
 
 def find_wine(bottle, caller):
-    """The bottle's Wine, else the machine's where the record names none."""
+    """The bottle's Wine; the system's if the record names none."""
     if bottle.wine:
         if os.path.isfile(bottle.wine) and os.access(bottle.wine, os.X_OK):
             return bottle.wine

@@ -1,4 +1,4 @@
-"""How a launch that never reached the program ends: one sentence and one exit code for each cause."""
+"""Exit codes and errors of launches that do not start the program."""
 
 USAGE = 64
 NO_PROGRAM = 66
@@ -10,11 +10,11 @@ NEEDS_WINE32 = 78
 
 
 class LaunchError(Exception):
-    """Carries the sentence for the user and the exit code. Who has words of their own, in another language, goes by
-    the cause, a word, and the subject, a name that belongs into them."""
+    """`code` is the exit code, the text is for the user. A caller that translates uses `cause`, a keyword, and
+    `subject`, the name or path that the error is about."""
 
-    def __init__(self, code, sentence, cause="", subject=""):
-        super().__init__(sentence)
+    def __init__(self, code, text, cause="", subject=""):
+        super().__init__(text)
         self.code = code
         self.cause = cause
         self.subject = subject

@@ -1,4 +1,4 @@
-"""Waits for all that a program has started, not only for its first process."""
+"""Waits for all processes of a program, not only for the first one."""
 
 import os
 import time
@@ -6,8 +6,8 @@ import time
 from cellarix_launcher import environment, supervise
 
 INTERVAL = 0.2
-SETTLE = 0.02
-# Wine's own helpers carry the mark of whichever program came first and stay for the others.
+RETRY_DELAY = 0.02
+# Wine's own processes inherit the marks of the first program, but serve all of them.
 HELPERS = ("wineserver", "services.exe", "winedevice.exe", "plugplay.exe", "svchost.exe", "rpcss.exe", "explorer.exe",
            "tabtip.exe")
 
@@ -17,9 +17,9 @@ def _marks(prefix, uuid):
 
 
 def _members(marks):
-    """Processes that carry the program's mark in their environment. In the midst of an exec a process shows none, so
-    that only a second look tells that there is nobody."""
-    for pause in (0, SETTLE):
+    """Ids of the processes that have the program's marks in their environment. During an exec a process has no
+    environment, so the list is empty only if a second search finds nothing either."""
+    for pause in (0, RETRY_DELAY):
         time.sleep(pause)
         found = [int(entry) for entry in os.listdir("/proc") if entry.isdigit() and _is_member(entry, marks)]
         if found:
@@ -40,7 +40,7 @@ def _is_member(entry, marks):
 
 
 def wait_for_rest(child, start, uuid, tail, say):
-    """Ends when the last one has; signals go to those that are left."""
+    """Returns when the last process has exited; passes signals on to those that still run."""
     uuid = uuid or start.env.get(environment.UUID_VARIABLE, "")
     if not uuid:
         _wait_for_server(child, start, tail, say)
@@ -56,12 +56,12 @@ def wait_for_rest(child, start, uuid, tail, say):
                 os.kill(pid, number)
             except OSError:
                 pass
-        # Asked anew each time: what was caught between fork and exec may have become one of the helpers.
+        # Checked again each time: a process seen between fork and exec may have become one of Wine's own.
         left = [pid for pid in left if _is_member(pid, marks)] or _members(marks)
 
 
 def _wait_for_server(child, start, tail, say):
-    """Without a mark the whole prefix is waited for."""
+    """Without an id, waits for all programs of the prefix."""
     server = start.env.get("WINESERVER", "wineserver")
     null = os.open(os.devnull, os.O_WRONLY | os.O_CLOEXEC)
     try:

@@ -1,8 +1,8 @@
-"""The log of a launch: opened here, written by Wine itself, kept small by logkeeper.
+"""The log of a launch: opened here, written by Wine itself, limited in size by logkeeper.
 
-Wine gets the file as it is, opened for appending, and writes at no cost of ours. What lies more than 10 MiB
-before the end is given back to the disk by holes; on a file system without holes a pump stands in between.
-Lines are what the programs wrote, byte for byte; a hole reads as zero bytes.
+Wine writes directly to the file, which is opened for appending. Everything more than 10 MiB before the end is freed by
+punching holes; on a file system without holes, Wine writes to a pipe instead. The lines are unchanged
+output of the programs; a hole reads as zero bytes.
 """
 
 import errno
@@ -16,7 +16,7 @@ PUNCH_IOCTL = 0x4030582B  # frees a range of a regular file and keeps its size; 
 
 
 class Log:
-    """`fd` takes the output, -1 where it has to be dropped; `holes` tells whether the file can be thinned."""
+    """`fd` is open for writing, or -1 to discard the output; `holes`: the file supports holes."""
 
     def __init__(self, path, fd=-1, regular=False, holes=False):
         self.path = path
@@ -26,7 +26,7 @@ class Log:
 
 
 def empty(path):
-    """Empties or creates the file. False where that cannot be, or where it is no regular file."""
+    """Truncates or creates the file. False if that fails, or for anything but a regular file."""
     fd = -1
     try:
         fd = _open(os.path.abspath(path))
@@ -47,7 +47,7 @@ def _open(path):
 
 
 def open_log(path, first_line, say):
-    """Empties or creates the file and its directory. Never fails: a log that cannot be kept is told once."""
+    """Truncates or creates the file and its directory. Never fails: reports once if there can be no log."""
     path = os.path.abspath(path)
     fd = -1
     try:
@@ -75,12 +75,12 @@ def _write_all(fd, data):
 
 
 def punch(fd, start, length):
-    """Gives a range back to the disk; OSError where the file system cannot."""
+    """Frees a range on disk; OSError if the file system has no holes."""
     fcntl.ioctl(fd, PUNCH_IOCTL, struct.pack("@hhqqiI16x", 0, os.SEEK_SET, start, length, 0, 0))
 
 
 def can_punch(fd):
-    """Whether logkeeper can do its work here; it finds the file again through /proc."""
+    """Whether logkeeper can work on this file; it reopens the file through /proc."""
     try:
         punch(fd, 1 << 30, 4096)
         return os.path.exists(f"/proc/self/fd/{fd}")

@@ -1,7 +1,7 @@
-"""Keeps a log's place on disk bounded for as long as any process writes to it.
+"""Limits the disk space of a log as long as any process writes to it.
 
-The keeper is a process of its own, since programs outlive the launcher: a setup starts what it installed and ends,
-and a launcher can be killed while its program runs on. For the same reason it watches over the bottle's wineserver.
+The keeper is a separate process, since programs can outlive the launcher: an installer starts the installed program
+and exits, and the launcher may be killed while its program runs. For the same reason it monitors the wineserver.
 """
 
 import errno
@@ -13,17 +13,18 @@ import time
 
 from cellarix_launcher.logfile import KEEP, punch
 
-STEP = 1 << 20           # what must have grown before a hole is worth it
+STEP = 1 << 20           # growth of the log between two holes
 BLOCK = 1 << 16
-QUICK, CALM = 0.003, 0.02  # seconds between two looks at a log that is being written
-SILENCE = 30             # seconds without a write until the writers are looked for
-TIDY_AFTER = 60          # seconds that readers of the ended log are given
+QUICK, CALM = 0.003, 0.02  # seconds between checks of a log that is being written
+SILENCE = 30             # seconds without a write before the keeper checks for writers
+TIDY_AFTER = 60          # seconds for readers of the complete log
 COLLAPSE_RANGE = 8
 IN_MODIFY, IN_CLOSE_WRITE = 2, 8
 
 
 def detach(function, *keep_fds):
-    """Runs function in a process that holds none of the launcher's pipes and no signal reaches by the group."""
+    """Runs `function` in a new process in a session of its own, with only `keep_fds` open. Returns its id, -1 on
+    failure."""
     pid = _try_fork()
     if pid:
         return pid
@@ -56,8 +57,8 @@ def _try_fork():
 
 
 def leave_if_unused(fd):
-    """Ends this process when nobody can write to its log or pipe any more. Of killed processes the kernel may keep a
-    writer for good: a descriptor on its way to a wineserver that has died. Neither its end nor a close is ever told."""
+    """Exits this process if no process has its log or pipe open for writing. The kernel may keep a descriptor of a
+    killed process that was being passed to a dead wineserver; neither an end of file nor a close is reported then."""
     path = os.readlink(f"/proc/self/fd/{fd}")
     for entry in os.listdir("/proc"):
         try:
@@ -81,7 +82,7 @@ def _writes(pid, fd, path):
 
 
 class Keeper:
-    """Punches holes into the log behind read_fd. wine_pid is for file systems that cannot tell of writers."""
+    """Punches holes into the log behind read_fd. wine_pid is used on file systems without leases."""
 
     def __init__(self, read_fd, wine_pid, tidy):
         self.fd = read_fd
@@ -90,7 +91,8 @@ class Keeper:
         self.punched = 0
 
     def run(self, at_end):
-        """Until the last writer has gone; at_end is called then, before a hole is taken out of the log."""
+        """Runs until the last writer has closed the log. Then calls at_end, and later removes the hole from the file.
+        """
         events = self._watch()
         size = 0
         while self.has_writers():
@@ -111,7 +113,7 @@ class Keeper:
                 self.shorten()
 
     def thin(self, size):
-        if size < self.punched:  # emptied by a new run
+        if size < self.punched:  # truncated by a new launch
             self.punched = 0
         end = (size - KEEP) // BLOCK * BLOCK
         if end - self.punched < STEP:
@@ -121,7 +123,7 @@ class Keeper:
         self.punched = end
 
     def has_writers(self):
-        """A read lease is granted only while nobody has the file open for writing."""
+        """A read lease is granted only if no process has the file open for writing."""
         try:
             fcntl.fcntl(self.fd, fcntl.F_SETLEASE, fcntl.F_RDLCK)
             fcntl.fcntl(self.fd, fcntl.F_SETLEASE, fcntl.F_UNLCK)
@@ -132,7 +134,7 @@ class Keeper:
             return os.path.exists(self.wine)
 
     def shorten(self):
-        """Takes the hole out of an ended log, where the file system can: a copy of it is then small as well."""
+        """Removes the hole from the file if the file system can, so that copies are small too."""
         end = (os.fstat(self.fd).st_size - KEEP) // BLOCK * BLOCK
         if end > 0:
             import ctypes
@@ -142,7 +144,7 @@ class Keeper:
                 libc.fallocate(fd, COLLAPSE_RANGE, 0, end)
 
     def _watch(self):
-        """An inotify descriptor on the file itself, so that a silent program costs nothing; -1 without one."""
+        """An inotify descriptor for the file, so that a silent program costs nothing; -1 on failure."""
         import ctypes
         libc = ctypes.CDLL(None, use_errno=True)
         fd = libc.inotify_init1(os.O_CLOEXEC)
@@ -154,7 +156,7 @@ class Keeper:
 
 
 class _writable:
-    """The file behind a descriptor, open for writing only as long as needed: an own writer would hide the last one."""
+    """Reopens the file of a descriptor for writing, briefly, since has_writers() would count this process too."""
 
     def __init__(self, fd):
         self.path = f"/proc/self/fd/{fd}"

@@ -1,4 +1,4 @@
-"""The order of a launch: words, bottle, program, environment, log, Wine."""
+"""The steps of a launch: command line, bottle, program, environment, log, Wine."""
 
 import os
 import time
@@ -19,20 +19,20 @@ def main(argv):
         return _launch(request)
     except errors.LaunchError as error:
         return _fail(request, error)
-    except Exception as error:  # whoever reads the exit code must not take our fault for the program's
+    except Exception as error:  # the exit code must not look like that of the program
         return _fail(request, errors.LaunchError(errors.INTERNAL, f"cannot go on: {error!r}"))
 
 
-def say(sentence):
+def say(text):
     try:
-        os.write(2, f"launcher: {sentence}\n".encode("utf-8", "surrogateescape"))
+        os.write(2, f"launcher: {text}\n".encode("utf-8", "surrogateescape"))
     except OSError:
         pass
 
 
 def tell(request, text):
-    """One line on stdout for a caller that has asked for a log. It belongs to this start for certain, while the log may
-    be an older one's, or there is no bottle to keep one in."""
+    """Writes a line to stdout for a caller that has asked for a log. Unlike the log, which may be from an earlier
+    launch or may not exist, it always belongs to this one."""
     if not request.log_path or request.report:
         return
     try:
@@ -61,7 +61,7 @@ def _printable(text):
 
 
 def _is_terminal_request(argv):
-    """A bottle may itself be named "terminal": then the word behind it decides."""
+    """If there is a bottle named "terminal", the next argument decides."""
     if len(argv) != 2 or argv[0] != "terminal":
         return False
     known = [bottles.bottle_directory(name, os.environ) for name in (argv[1], "terminal")]
@@ -69,7 +69,7 @@ def _is_terminal_request(argv):
 
 
 def _wait_for_installation(request, journal, end):
-    """An installation may still be rolled back, and ends what runs in the bottle."""
+    """Waits for an installation, which may be rolled back and ends the programs in the bottle."""
     if not os.path.exists(journal):
         return
     tell(request, "waiting")
@@ -82,8 +82,8 @@ def _wait_for_installation(request, journal, end):
 
 
 def _claim_bottle(request):
-    """The service writes its journal before it looks for claims, and the claim comes before the last look for the
-    journal: one of the two always sees the other."""
+    """The service writes its journal before it checks for claims; the launcher writes its claim before it checks for
+    the journal again. So at least one of the two sees the other."""
     directory = bottles.bottle_directory(request.bottle, os.environ)
     if not directory:
         return
@@ -107,7 +107,8 @@ def _launch(request):
 
 
 def _empty_log(request):
-    """Before any wait, so that nobody reads what an older start has left. What is wrong with a log is told later."""
+    """Truncates the log before any wait, so that no reader takes an earlier launch for this one. Errors are reported
+    later."""
     if request.log_path and not request.report and bottles.bottle_directory(request.bottle, os.environ):
         request.is_log_emptied = logfile.empty(request.log_path)
         if request.is_log_emptied:
@@ -116,8 +117,8 @@ def _empty_log(request):
 
 def _launch_claimed(request):
     bottle = bottles.load_bottle(request.bottle, os.environ)
-    if bottle.complaint:
-        say(bottle.complaint)
+    if bottle.record_error:
+        say(bottle.record_error)
     program, envs = _program(request, bottle)
     wine = environment.find_wine(bottle, os.environ)
     bottle.wineserver = bottle.wineserver or environment.server_beside(wine)
@@ -157,7 +158,7 @@ def _program(request, bottle):
 
 
 def _record_failure(path, text):
-    """Tells whoever reads the log that its program was never started, and why."""
+    """Writes to the log why the program was not started."""
     log = logfile.open_log(path, f"failed with {text}", lambda _: None)
     if log.fd >= 0:
         os.close(log.fd)

@@ -1,7 +1,7 @@
-"""Ends what a wineserver that was killed has left behind.
+"""Kills the Wine processes that a killed wineserver has left behind.
 
-Wine's processes can do nothing without their server, and many of them wait for it for ever. Each thread of theirs has a
-pipe to the server: a process that shares no pipe with a living server of its bottle is an orphan.
+They cannot work without their server, and many of them wait for it for ever. Each thread of a Wine process has a pipe
+to the server: a process that shares no pipe with a running server of its bottle is an orphan.
 """
 
 import _thread
@@ -13,18 +13,19 @@ import time
 
 from cellarix_launcher import running
 
-GRACE = 2  # seconds after the server's end; most end by themselves, and one that just starts finds a new server
-START = 30  # seconds until a program without a server is not starting any more
+GRACE = 2  # seconds after the server's end; most processes exit by themselves, and a starting one finds a new server
+START = 30  # seconds after which a program without a server no longer counts as starting
 INTERVAL = 0.2
 
 
 def watch(prefix, cleaned_up=lambda: None):
-    """Follows the bottle's server, and the next one, in a thread of its own, which calls cleaned_up after each end."""
+    """Monitors the bottle's server and its successors in a new thread, which calls cleaned_up after the end of each.
+    """
     _thread.start_new_thread(_watch, (_real(prefix), cleaned_up))
 
 
 def end(prefix):
-    """At the end of a launch: what is left without any server."""
+    """At the end of a launch: kills the remaining processes if there is no server."""
     servers, others = _processes(_real(prefix))
     if others and not servers:
         _clean_up(_real(prefix))
@@ -45,7 +46,7 @@ def _watch(prefix, cleaned_up):
 
 
 def _await_server(prefix):
-    """Of a program that is just starting. On a busy machine that takes its time."""
+    """Waits for the server of a starting program, which takes a while on a busy machine."""
     end = time.monotonic() + START
     while not (server := _server(prefix)) and time.monotonic() < end:
         time.sleep(INTERVAL)
@@ -67,12 +68,12 @@ def _real(prefix):
 
 
 def _now():
-    """As start times of processes are told: in clock ticks since the machine started."""
+    """The time in the unit of process start times: clock ticks since boot."""
     return time.clock_gettime(time.CLOCK_BOOTTIME) * os.sysconf("SC_CLK_TCK")
 
 
 def _has_ended(pid, limit):
-    """Waits for the end of a process, or for so many seconds."""
+    """Waits for a process to exit, at most `limit` seconds (None: without a limit). Returns whether it has exited."""
     try:
         fd = os.pidfd_open(pid)
     except ProcessLookupError:
@@ -89,9 +90,10 @@ def _has_ended(pid, limit):
 
 
 def _kill_orphans(prefix, before, may_be_starting=False):
-    """Of the processes that started before the given time. More of them may be in the midst of an exec.
+    """Kills the orphans that started before the given time; repeats, since processes are not recognised during an
+    exec.
 
-    While a server lives, a process that has never reached one may just be slow to start and is left alone.
+    may_be_starting: spare processes that never connected to a server, since they may just be slow to start.
     """
     while orphans := _orphans(prefix, before, may_be_starting):
         for pid in orphans:
@@ -131,7 +133,7 @@ def _prefix_of(entry):
 
 
 def _is_connected(pid, servers, may_be_starting):
-    """True as well for what cannot be looked into."""
+    """Also true for a process that cannot be inspected."""
     try:
         pipes = _pipes(pid)
         return (may_be_starting and not pipes) or any(pipes & _pipes(server) for server in servers)

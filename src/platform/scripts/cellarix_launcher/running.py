@@ -1,7 +1,7 @@
-"""Tells the bottle service what runs: small files for each launch, <pid>.start as long as the script lives, and
-<pid>.json for a program with an id, which the service reads and removes.
+"""Reports running programs to the bottle service by small files: <pid>.start while the script runs, and <pid>.json
+for a program with an id, which the service reads and removes.
 
-The service need not be there: it finds the files when it comes.
+The service need not run: it reads the files when it starts.
 """
 
 import json
@@ -13,7 +13,8 @@ from cellarix_launcher import environment, windows
 
 
 def announce(bottle_name, env, say):
-    """The launcher's own process stands for the program until there is one. Programs without an id are not followed."""
+    """Reports the launcher's process as the program, until that has processes. Does nothing for a program without an
+    id."""
     program = env.get(environment.UUID_VARIABLE, "")
     if not program:
         return
@@ -21,8 +22,8 @@ def announce(bottle_name, env, say):
 
 
 def claim(bottle_name, uuid, program, directory, say):
-    """No installation into the bottle begins until release(). Program is what is started without an id: no word, or a
-    command or a path, Windows' or Unix'."""
+    """Prevents installations into the bottle until release(). `program` is empty for a program with an id, else its
+    first word: a command or a Windows or Unix path."""
     record = {"bottle": bottle_name, "name": uuid or re.split(r"[\\/]", program[0])[-1]}
     if not uuid:
         record["file"] = windows.find_file(directory, program[0]) or ""
@@ -53,6 +54,6 @@ def _write(suffix, record, say):
 
 
 def start_time(pid):
-    """In clock ticks since the machine started, as text: with the pid it names one process."""
+    """Start time in clock ticks since boot, as text. Together with the id it identifies a process."""
     with open(f"/proc/{pid}/stat", "rb") as file:
         return file.read().rsplit(b")", 1)[1].split()[19].decode()

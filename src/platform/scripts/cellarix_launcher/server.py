@@ -1,7 +1,7 @@
-"""The bottle's wineserver, which runs before the first program needs it.
+"""Starts the bottle's wineserver before the first program.
 
-Two programs that start in a bottle without one (a program and its watcher do) race for the directory of its socket, and
-one of them may end with "please try running the same command again".
+Two programs that start at once without a server (a program and its monitor do) race for the directory of the socket,
+and one of them may fail with "please try running the same command again".
 """
 
 import fcntl
@@ -13,7 +13,7 @@ NOTHING = [(os.POSIX_SPAWN_OPEN, fd, "/dev/null", os.O_RDWR, 0) for fd in (0, 1,
 
 
 def start(wineserver, directory, env, say):
-    """Returns when the server is there, or has shown that it will not come; Wine then says why."""
+    """Returns when the server runs, or has failed to start; Wine then reports the reason."""
     if not wineserver:
         return
     try:
@@ -22,7 +22,7 @@ def start(wineserver, directory, env, say):
         return
     try:
         fcntl.flock(bottle, fcntl.LOCK_EX)
-        # Where one runs already, this one ends at once.
+        # If one is running already, this one exits at once.
         _wait(os.posix_spawn(wineserver, [wineserver], env, file_actions=NOTHING))
     except OSError as error:
         say(f"the wineserver does not start: {error}")
@@ -36,4 +36,4 @@ def _wait(pid):
         while time.monotonic() < end and os.waitpid(pid, os.WNOHANG)[0] == 0:
             time.sleep(0.001)
     except ChildProcessError:
-        pass  # whoever started us wants to know of no children
+        pass  # the caller ignores SIGCHLD

@@ -1,4 +1,4 @@
-"""Wine as a child: started in a session of its own, signalled through its group, waited for."""
+"""Runs Wine as a child process in a session of its own, passes signals on to its group, and waits for it."""
 
 import errno
 import os
@@ -6,14 +6,14 @@ import signal
 
 from cellarix_launcher import orphans
 
-# What the caller has set to be ignored (nohup does) stays ignored, by Wine as well.
+# A signal that the caller ignores (as nohup does) stays ignored, also in Wine.
 PASSED_ON = tuple(number for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT)
                   if signal.getsignal(number) != signal.SIG_IGN)
 TAIL_INTERVAL = 0.05
 
 
 class Start:
-    """A command with its environment and the directory it starts in ("" for the present one)."""
+    """A command, its environment and its working directory ("" for the current one)."""
 
     def __init__(self, argv, env, folder):
         self.argv = argv
@@ -22,7 +22,7 @@ class Start:
 
 
 class Child:
-    """The running process, leader of its own session and group. `code` is the exit code once it has ended."""
+    """A process that leads its own session and group. `code` is its exit code, None while it runs."""
 
     def __init__(self, pid):
         self.pid = pid
@@ -45,13 +45,13 @@ class Child:
 
 
 def hold_signals():
-    """From here on signals are fetched, never delivered. Returns the mask that a child needs again."""
-    signal.signal(signal.SIGCHLD, signal.SIG_DFL)  # an ignored one would lose the exit code
+    """Blocks the signals, for fetch_signal(). Returns the previous mask, which a child must restore."""
+    signal.signal(signal.SIGCHLD, signal.SIG_DFL)  # if ignored, the exit code would be lost
     return signal.pthread_sigmask(signal.SIG_BLOCK, PASSED_ON + (signal.SIGCHLD,))
 
 
 def fetch_signal(timeout):
-    """The next signal to be passed on, or None after the time or when a child has changed."""
+    """The next signal to pass on; None after the time-out or if a child has changed its state."""
     if timeout is None:
         info = signal.sigwaitinfo(PASSED_ON + (signal.SIGCHLD,))
     else:
@@ -60,8 +60,8 @@ def fetch_signal(timeout):
 
 
 def spawn(start, output_fd, mask, prepare=os.setsid):
-    """Starts the command; OSError if it cannot be started. output_fd takes stdout and stderr, -1 leaves them."""
-    told, tell = os.pipe2(os.O_CLOEXEC)
+    """Starts the command; OSError if that fails. output_fd becomes stdout and stderr unless it is -1."""
+    error_in, error_out = os.pipe2(os.O_CLOEXEC)
     pid = os.fork()
     if pid == 0:
         try:
@@ -74,20 +74,20 @@ def spawn(start, output_fd, mask, prepare=os.setsid):
                     os.chdir(start.folder)
                 except OSError:
                     pass
-            for number in (signal.SIGPIPE, signal.SIGXFSZ):  # which the interpreter ignores
+            for number in (signal.SIGPIPE, signal.SIGXFSZ):  # ignored by the interpreter
                 signal.signal(number, signal.SIG_DFL)
             signal.pthread_sigmask(signal.SIG_SETMASK, mask)
             os.execve(start.argv[0], start.argv, start.env)
         except (OSError, ValueError) as error:
-            os.write(tell, str(getattr(error, "errno", None) or errno.EINVAL).encode())
+            os.write(error_out, str(getattr(error, "errno", None) or errno.EINVAL).encode())
         finally:
             os._exit(127)
-    os.close(tell)
-    with open(told, "rb") as pipe:
-        problem = pipe.read()
-    if problem:
+    os.close(error_out)
+    with open(error_in, "rb") as pipe:
+        error_number = pipe.read()
+    if error_number:
         os.waitpid(pid, 0)
-        raise OSError(int(problem), os.strerror(int(problem)))
+        raise OSError(int(error_number), os.strerror(int(error_number)))
     return Child(pid)
 
 
@@ -102,7 +102,7 @@ def start_wine(start, output_fd, mask, prepare=os.setsid):
 
 
 def run(start, log, request, say):
-    """One launch to its end. Returns the exit code for the caller."""
+    """Runs the command to its end. Returns the exit code for the caller."""
     mask = hold_signals()
     tail = None
     if log is None or log.fd < 0 or not log.regular:
@@ -156,14 +156,14 @@ def _start_with_pump(start, log, request, mask):
 
 
 class Tail:
-    """Shows on stderr what has come to the log, as long as somebody takes it."""
+    """Copies new content of the log to stderr, as long as stderr is open."""
 
     def __init__(self, fd):
         self.fd = fd
         self.at = 0
 
     def show(self, patience=100):
-        """Up to what the log holds now; patience is how many milliseconds a reader may stall."""
+        """Copies up to the current end; `patience` is the time in ms that the reader may stall."""
         import select
         if self.fd < 0:
             return
@@ -173,7 +173,7 @@ class Tail:
         self.at = min(self.at, end)
         while self.fd >= 0 and self.at < end and pipe.poll(patience):
             try:
-                # A hole in front is what was given back to the disk meanwhile.
+                # Skip the part that has been freed meanwhile.
                 self.at = os.lseek(self.fd, self.at, os.SEEK_DATA)
                 data = os.pread(self.fd, 4096, self.at)
             except OSError:

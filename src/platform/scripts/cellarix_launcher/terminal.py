@@ -1,8 +1,7 @@
-"""Runs in a terminal window: a console program that the user wants to see, or a shell for a bottle.
+"""Opens a terminal window for a console program or for a shell in a bottle.
 
-The launcher outside opens a terminal emulator with a second launcher inside, which runs the program on a
-pseudo terminal of its own: what the program prints reaches the window and the log. A fifo tells the one
-outside who the one inside is and how the program ended, since terminal emulators pass on neither.
+The outer launcher opens a terminal emulator that runs a second, inner launcher. That one reports its
+process id and the end of the program through a FIFO, since terminal emulators pass on neither.
 """
 
 import fcntl
@@ -26,10 +25,10 @@ EMULATORS = (
     ("xfce4-terminal", ["-x"]),
     ("xterm", ["-e"]),
 )
-START_TIME = 15  # seconds for the launcher inside to report after the emulator has gone into the background
-# A terminal server starts its windows with its own environment, so these are handed over by name.
-HANDED_OVER = ("WINE", "_CXB_", "GIO_LAUNCHED_", "ATTACH_", "XDG_", "LC_", "LANG", "HOME", "PATH", "DISPLAY",
-               "XAUTHORITY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DXVK_", "VKD3D_", "MESA_", "__GL", "DRI_PRIME")
+START_TIME = 15  # seconds for the first report of the inner launcher after the emulator has detached
+# A terminal server starts its windows with its own environment, so these variables are passed as arguments.
+INHERITED = ("WINE", "_CXB_", "GIO_LAUNCHED_", "ATTACH_", "XDG_", "LC_", "LANG", "HOME", "PATH", "DISPLAY",
+             "XAUTHORITY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DXVK_", "VKD3D_", "MESA_", "__GL", "DRI_PRIME")
 TEXTS = {
     "ended": ("The program has ended with exit code {}. Press any key to close this window.",
               "程序已结束（退出码 {}）。按任意键关闭此窗口。"),
@@ -50,12 +49,12 @@ def find_emulator():
 
 
 def _command(emulator, env, argv):
-    chosen = [f"{name}={value}" for name, value in sorted(env.items()) if name.startswith(HANDED_OVER)]
+    chosen = [f"{name}={value}" for name, value in sorted(env.items()) if name.startswith(INHERITED)]
     return emulator + ["/usr/bin/env"] + chosen + argv
 
 
 def open_shell(name):
-    """A shell that knows the bottle: WINEPREFIX is set, and `wine` is the bottle's."""
+    """Opens a shell for the bottle: WINEPREFIX is set, and `wine` is the bottle's."""
     bottle = bottles.load_bottle(name, os.environ)
     wine = environment.find_wine(bottle, os.environ)
     env = environment.wine_environment(bottle, os.environ, "", None)
@@ -78,7 +77,7 @@ def open_shell(name):
 
 
 def run_in_terminal(request, say):
-    """The program's exit code, or None if no terminal can be had and the program has to run without."""
+    """Returns the program's exit code, or None if there is no terminal and the program must run without one."""
     emulator = find_emulator()
     if emulator is None:
         say("no terminal emulator is installed; the program runs without one")
@@ -102,7 +101,7 @@ def _inner_words(request, fifo):
 
 
 class _Outside:
-    """Waits for the launcher inside, which outlives the program until the user closes the window."""
+    """Waits for the inner launcher, which runs until the user closes the window."""
 
     def __init__(self, emulator, request, fifo, say):
         self.argv = _command(emulator, os.environ, _inner_words(request, fifo))
@@ -122,12 +121,12 @@ class _Outside:
             self._read()
             fields = dict(line.split(b" ", 1) for line in self.report.split(b"\n")[:-1])
             if b"failed" in fields:
-                code, sentence = fields[b"failed"].decode("utf-8", "surrogateescape").split(": ", 1)
-                raise errors.LaunchError(int(code), sentence)
+                code, text = fields[b"failed"].decode("utf-8", "surrogateescape").split(": ", 1)
+                raise errors.LaunchError(int(code), text)
             if b"exit" in fields:
                 return int(fields[b"exit"])
             if fields and self.closed:
-                return 128 + signal.SIGHUP  # the window was closed, and the launcher in it ended
+                return 128 + signal.SIGHUP  # the window was closed, and the inner launcher exited
             if not fields and window.poll() is not None:
                 deadline = deadline or time.monotonic() + (START_TIME if window.code == 0 else 0)
                 if time.monotonic() >= deadline:
@@ -155,7 +154,7 @@ class _Outside:
 
 
 def run_inside(request, start, say):
-    """The launcher inside the window: program on a pseudo terminal, then a key before the window closes."""
+    """Runs the program on a pseudo terminal, then waits for a key before the window closes."""
     report = os.open(request.report, os.O_WRONLY | os.O_CLOEXEC)
     os.write(report, f"pid {os.getpid()}\n".encode())
     code = _Screen(request, start, say).run()
@@ -166,7 +165,7 @@ def run_inside(request, start, say):
 
 
 def report_failure(fifo, text):
-    """The launcher inside never reached its program."""
+    """Reports to the outer launcher that the program was not started."""
     try:
         report = os.open(fifo, os.O_WRONLY | os.O_CLOEXEC | os.O_NONBLOCK)
         os.write(report, f"failed {text}\n".encode("utf-8", "surrogateescape"))
@@ -176,7 +175,7 @@ def report_failure(fifo, text):
 
 
 def _wait_for_key(text):
-    """Keys that were meant for the program do not count; a window that is gone is not waited for."""
+    """Ignores keys typed before; returns at once if the window is closed."""
     try:
         before = termios.tcgetattr(0)
         tty.setcbreak(0)
@@ -196,7 +195,7 @@ def _wait_for_key(text):
 
 
 class _Screen:
-    """A pseudo terminal between the window and the program; what comes out also goes to the log."""
+    """A pseudo terminal between the window and the program; the output is also written to the log."""
 
     def __init__(self, request, start, say):
         self.request = request
@@ -228,7 +227,7 @@ class _Screen:
         before = _make_raw()
         try:
             self._carry(master, child)
-            while child.poll() is None:  # it gave up its terminal, or the window is gone
+            while child.poll() is None:  # it has closed its terminal, or the window was closed
                 child.send(supervise.fetch_signal(None) or 0)
             if self.request.wait:
                 from cellarix_launcher import family
@@ -248,7 +247,7 @@ class _Screen:
                 _copy_size(master)
             ready = select.select(sources, [], [], 0.1)[0]
             if ended and master not in ready:
-                break  # what a helper process still holds open is not waited for
+                break  # don't wait for helper processes that keep it open
             for source in ready:
                 if not self._move(source, master):
                     sources.remove(source)

@@ -1,4 +1,4 @@
-"""Windows paths of a bottle, kinds of Windows files, and how Wine is asked to run each of them."""
+"""Windows paths in a bottle, kinds of Windows files, and the Wine command for each of them."""
 
 import os
 import re
@@ -9,7 +9,7 @@ from cellarix_launcher import errors
 MACHINE_I386 = 0x14C
 PE32_MAGIC = 0x10B
 CLR_DIRECTORY = 14
-FORBIDDEN = '"*<>?|\\:'  # in the names of a Windows path; Wine finds no file behind such a name
+FORBIDDEN = '"*<>?|\\:'  # in names of Windows paths; Wine does not find such files
 
 
 def is_windows_path(word):
@@ -18,7 +18,7 @@ def is_windows_path(word):
 
 
 def to_unix(bottle_dir, windows_path):
-    """The file or directory behind a Windows path, found without regard to case; None if there is none."""
+    """The file or directory of a Windows path, ignoring case; None if it does not exist."""
     drive = windows_path[0].lower()
     here = os.path.join(bottle_dir, "dosdevices", drive + ":")
     if drive == "c" and not os.path.isdir(here):
@@ -48,7 +48,7 @@ def _child(directory, name):
 
 
 def to_windows(bottle_dir, path):
-    """The Windows path of a file: below the drive that reaches deepest, else in Wine's form for any Unix path."""
+    """The Windows path of a file: on the drive with the longest root, else Wine's form of a Unix path."""
     devices = os.path.join(bottle_dir, "dosdevices")
     best = ("", "")
     for device in _entries(devices):
@@ -72,7 +72,7 @@ def _entries(directory):
 
 
 def find_file(bottle_dir, word):
-    """The Unix path of the regular file that a Unix or Windows path names, else None."""
+    """The Unix path of a regular file given as a Unix or Windows path, else None."""
     if is_windows_path(word):
         path = to_unix(bottle_dir, word)
     else:
@@ -86,7 +86,7 @@ def find_folder(bottle_dir, word):
 
 
 class Program:
-    """What Wine is told to run, the file behind it ("" for a plain name) and where it starts ("" for here)."""
+    """The command line for Wine, its file ("" for a plain name) and its working directory ("" for the current one)."""
 
     def __init__(self, command, file, folder):
         self.command = command
@@ -95,7 +95,7 @@ class Program:
 
 
 def resolve(bottle_dir, word, arguments, folder=""):
-    """A plain name such as winecfg.exe is left for Wine to find; a path must lead to a file."""
+    """The Program for a word and its arguments. Wine resolves plain names such as winecfg.exe; a path must exist."""
     file = find_file(bottle_dir, word)
     if file is None:
         if is_windows_path(word) or "/" in word or not word:
@@ -113,7 +113,8 @@ def resolve(bottle_dir, word, arguments, folder=""):
 
 
 def _opening(word, arguments):
-    """With a ProgID, Wine's start.exe takes everything for a file. It finds the program of a link by its scheme."""
+    """With /ProgIDOpen, start.exe treats every argument as a file. For a URL, pass only the URL: the scheme has a
+    handler."""
     is_opening = word.lower() in ("start", "start.exe") and len(arguments) == 3 and arguments[0] == "/ProgIDOpen"
     if is_opening and re.match("(?!file:)[A-Za-z][A-Za-z0-9+.-]+:", arguments[2]) and not os.path.exists(arguments[2]):
         return arguments[2:]
@@ -121,8 +122,8 @@ def _opening(word, arguments):
 
 
 def _command(bottle_dir, word, file):
-    """Packages and links need a helper of Wine's. Batch files go to Wine as they are: it hands them to
-    `cmd /c` with quoting that survives blanks in the path and in the arguments."""
+    """Packages and links need a helper program of Wine. Batch files are passed as they are: Wine runs them by `cmd
+    /c` and quotes blanks in the path and in the arguments."""
     windows = is_windows_path(word)
     suffix = os.path.splitext(file)[1].lower()
     if suffix in (".msi", ".msp"):
@@ -133,7 +134,7 @@ def _command(bottle_dir, word, file):
 
 
 def is_pe32(file):
-    """True for a 32-bit program that only 32-bit code can run; .NET assemblies may run either way."""
+    """Whether the program needs a 32-bit Wine; .NET assemblies do not."""
     try:
         with open(file, "rb") as source:
             head = source.read(64)
@@ -153,9 +154,9 @@ def is_pe32(file):
 
 
 def wine_lacks_32bit(wine):
-    """True only for a Wine whose 64-bit modules are seen and whose 32-bit ones are not.
+    """Whether the Wine has 64-bit modules but no 32-bit ones.
 
-    A directory alone tells nothing: Debian's 64-bit package has one with a single library for 32 bits.
+    Checks for ntdll.dll, since Debian's 64-bit package has a 32-bit directory with a single other library.
     """
     root = os.path.dirname(os.path.dirname(os.path.realpath(wine)))
     libraries = ("lib/wine", "lib64/wine", "lib32/wine", "lib/x86_64-linux-gnu/wine", "lib/i386-linux-gnu/wine")
@@ -165,7 +166,7 @@ def wine_lacks_32bit(wine):
 
 
 def check_bits(program, wine):
-    """Whether the program is a 32-bit one; an error if the Wine cannot run those."""
+    """Whether the program is a 32-bit one; LaunchError if the Wine cannot run those."""
     if not program.file or not is_pe32(program.file):
         return False
     if wine_lacks_32bit(wine):

@@ -8,7 +8,7 @@ USAGE = """usage: launcher.py BOTTLE [--log-path FILE] [--cli] [--show-logs] [--
 
 
 class Request:
-    """What the caller asked for. `words` is the program with its arguments, or only arguments with `uuid`."""
+    """The parsed command line. `words` is the program with its arguments, or with `uuid` only the arguments."""
 
     def __init__(self, bottle):
         self.bottle = bottle
@@ -17,13 +17,13 @@ class Request:
         self.show_logs = False
         self.wait = False
         self.uuid = ""
-        self.report = ""  # set on the run inside a terminal: the fifo that hears of its end
+        self.report = ""  # in the inner launcher of a terminal: the FIFO to report to
         self.words = []
         self.is_log_emptied = False
 
 
 def parse_request(argv):
-    """Options stand before the program; what follows the program is the program's, whatever it looks like."""
+    """Options come before the program; everything after it is passed to the program."""
     if not argv:
         raise errors.LaunchError(errors.USAGE, "no bottle was named\n" + USAGE)
     request = Request(argv[0])
@@ -49,10 +49,10 @@ def parse_request(argv):
 
 
 def split_arguments(text):
-    """Words of a Windows command line: blanks separate, double quotes group, a backslash only guards a quote.
+    """Splits a Windows command line: blanks separate, double quotes group, a backslash escapes only a quote.
 
-    A word may also stand in single quotes; an apostrophe inside a word is an ordinary letter.
-    An open quote reaches to the end.
+    A word may also be in single quotes; an apostrophe inside a word is an ordinary character. A missing closing quote
+    is assumed at the end.
     """
     words, word, at, inside = [], None, 0, False
     while at < len(text):
@@ -84,7 +84,8 @@ def split_arguments(text):
 
 
 def split_command(word, is_file):
-    """A command in one word. A file of that very name wins, then the longest beginning that is a file."""
+    """Splits a command given as one word: the whole word if it is a file, else after the longest prefix that is a
+    file."""
     if is_file(word) or not word.strip():
         return [word]
     if not word.lstrip().startswith(('"', "'")):
@@ -93,12 +94,12 @@ def split_command(word, is_file):
             if is_file(word[:end]):
                 return [word[:end]] + split_arguments(word[end:])
         if word.startswith("/") or windows.is_windows_path(word):
-            return [word]  # to be told as a whole that it does not exist
+            return [word]  # reported as a whole as not existing
     return split_arguments(word) or [word]
 
 
 def one_line(words):
-    """The words as one line for a log: quoted where a reader would otherwise not see where one ends."""
+    """The words as one line for a log; words with blanks and empty words are quoted."""
     def quoted(word):
         word = "".join(c if c.isprintable() else "?" for c in word)
         return f'"{word}"' if not word or " " in word else word

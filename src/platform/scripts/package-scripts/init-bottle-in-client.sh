@@ -1,14 +1,14 @@
 #!/bin/sh
-# The templates of bottles. With -c: ends with 1 if they have to be made anew, because Wine was updated or one was left
-# half made. With -r or --recreate: lets the bottle service make them and prints what it does.
+# Checks or creates the bottle templates. -c: exits with 1 if they must be recreated, because Wine was updated or one is
+# incomplete. -r or --recreate: has the bottle service create them and prints its output.
 
-# The tree may lie anywhere: this is files/share/cellarix/package-scripts.
+# Relative to this script, which is in files/share/cellarix/package-scripts.
 service=$(readlink -f "$0")
 service=${service%/*}/../../../bin/lumora-wine-launcher
 
 if [ ! -x "$service" ]; then
     echo "The bottle service is missing: $service" >&2
-    [ "${1-}" = -c ] && exit 0 # nothing that this script could mend
+    [ "${1-}" = -c ] && exit 0 # nothing that this script could repair
     exit 1
 fi
 

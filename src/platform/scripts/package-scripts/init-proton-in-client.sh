@@ -1,20 +1,20 @@
 #!/bin/bash
-# The Proton runners of this user. Such a runner has its Wine in files/bin; it is ready when bin leads there, so that it
-# looks like any other Wine. With -c: ends with 1 if there is a runner that is not ready to be used. Without: makes them ready and says what is missing.
+# Prepares the Proton runners of this user. A Proton runner has its Wine in files/bin; it is ready if bin links there.
+# -c: exits with 1 if a runner is not ready. Without -c: prepares the runners and prints what is missing.
 
-trap '' PIPE # whoever reads this may leave; the work is done all the same
+trap '' PIPE # the work is done even if nobody reads the output
 data=${XDG_DATA_HOME:-}
 [[ $data == /* ]] || data=$HOME/.local/share
 data+=/lumora-wine-bottles
 shopt -s nullglob
 runners=("$data"/runners/ge-proton*/ "$data"/runners/lumora-ge-proton*/)
 
-# ready DIRECTORY: the service finds a Wine and its server there.
+# ready DIRECTORY: whether it has a Wine and a wineserver where the service expects them.
 ready() {
     [[ -f ${1}bin/wine && -x ${1}bin/wine || -f ${1}bin/wine64 && -x ${1}bin/wine64 ]] && [[ -x ${1}bin/wineserver ]]
 }
 
-# repair DIRECTORY: makes a runner ready; false, with a line that says why, if that cannot be done.
+# repair DIRECTORY: prepares a runner; fails with a line that says why.
 repair() {
     local file version wine
     if [[ ! -f ${1}files/bin/wine64 && ! -f ${1}files/bin/wine && ! -d ${1}bin ]]; then
