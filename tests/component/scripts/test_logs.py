@@ -9,7 +9,7 @@ from pathlib import Path
 
 from support import LAUNCHER, SCRIPTS, HomeCase, wait_until
 
-from cellarix_launcher import logfile, logkeeper
+from cellarix_launcher import boundedlog, logfile, logkeeper
 
 MIB = 1 << 20
 FLOOD = """
@@ -130,7 +130,7 @@ class Logs(HomeCase):
         do = FLOOD.format(mib=4).replace("    os.write(2, block)", "    try: os.write(2, block)\n    except OSError: pass")
         code, _, err = self.launch("t", "--log-path", small + "/l.txt", "x.exe", do=do + "sys.exit(7)")
         self.assertEqual((code, err), (7, ""))
-        log = logkeeper.BoundedLog(small + "/l.txt", os.open(small + "/l.txt", os.O_WRONLY | os.O_APPEND))
+        log = boundedlog.BoundedLog(small + "/l.txt", os.open(small + "/l.txt", os.O_WRONLY | os.O_APPEND))
         log.write(b"x" * MIB)
         os.close(log.fd)
 

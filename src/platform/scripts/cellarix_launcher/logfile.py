@@ -1,7 +1,7 @@
 """The log of a launch: opened here, written by Wine itself, limited in size by logkeeper.
 
 Wine writes directly to the file, which is opened for appending. Everything more than 10 MiB before the end is freed by
-punching holes; on a file system without holes, Wine writes to a pipe instead. The lines are unchanged
+punching holes; on a file system without holes, Wine writes to a pipe instead (boundedlog). The lines are unchanged
 output of the programs; a hole reads as zero bytes.
 """
 

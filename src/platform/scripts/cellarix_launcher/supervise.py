@@ -137,7 +137,7 @@ def _keep(log, read_fd, child, start, request):
 
 
 def _start_with_pump(start, log, request, mask):
-    from cellarix_launcher import logkeeper
+    from cellarix_launcher import boundedlog, logkeeper
     read_fd, write_fd = os.pipe2(os.O_CLOEXEC)
     child = start_wine(start, write_fd, mask)
     os.close(write_fd)
@@ -146,7 +146,7 @@ def _start_with_pump(start, log, request, mask):
 
     def carry():
         orphans.watch(start.env["WINEPREFIX"], lambda: logkeeper.leave_if_unused(read_fd))
-        logkeeper.pump(read_fd, logkeeper.BoundedLog(log.path, log.fd), echo)
+        boundedlog.pump(read_fd, boundedlog.BoundedLog(log.path, log.fd), echo)
         orphans.end(start.env["WINEPREFIX"])
 
     logkeeper.detach(carry, *fds)

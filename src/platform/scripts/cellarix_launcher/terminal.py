@@ -204,11 +204,11 @@ class _Screen:
         self.log = self._open_log()
 
     def _open_log(self):
-        from cellarix_launcher import logkeeper
+        from cellarix_launcher import boundedlog
         if not self.request.log_path:
             return None
         log = logfile.open_log(self.request.log_path, words.one_line(self.start.argv), self.say)
-        return logkeeper.BoundedLog(log.path, log.fd) if log.regular else None
+        return boundedlog.BoundedLog(log.path, log.fd) if log.regular else None
 
     def run(self):
         mask = supervise.hold_signals()
