@@ -46,8 +46,8 @@ def _fail(request, error):
     if request:
         text = _printable(f"{error.code}: {error}")
         if request.report:
-            from cellarix_launcher import terminal
-            terminal.report_failure(request.report, text)
+            from cellarix_launcher import screen
+            screen.report_failure(request.report, text)
         if error.cause:
             tell(request, _printable(f"cause {error.cause}: {error.subject}"))
         tell(request, f"failed with {text}")
@@ -135,8 +135,8 @@ def _launch_claimed(request):
     server.start(bottle.wineserver, bottle.directory, start.env, say)
     running.announce(request.bottle, start.env, say)
     if request.report:
-        from cellarix_launcher import terminal
-        return terminal.run_inside(request, start, say)
+        from cellarix_launcher import screen
+        return screen.run_inside(request, start, say)
     log = logfile.open_log(request.log_path, words.one_line(start.argv), say) if request.log_path else None
     return supervise.run(start, log, request, say)
 
