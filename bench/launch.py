@@ -1,11 +1,12 @@
 #!/usr/bin/python3
-"""A launch beside bare Wine of the same run: from exec to the program's window, from its end to the verdict, and round a repair.
+"""Compares launches with bare Wine: from exec to the program's window, from its exit to the verdict, and for a
+repair.
 
-    scripts/session --private bench/launch.py [RUNS]
+scripts/session --private bench/launch.py [RUNS]
 
-Each figure is the median of RUNS (5). Windows are looked for every 10 ms. The wineserver is ended before each start, on
-both sides. What a first bottle on a Wine costs once (the template) is left to bench/bottles.py. A single run only shows
-that all of it works: nothing is warmed up, and no bare prefix is made.
+Each figure is the median of RUNS (5). Windows are polled every 10 ms. The wineserver is stopped before each start, on
+both sides. The one-time cost of the first bottle (the template) is measured by bench/bottles.py. RUNS = 1 only checks
+that everything works: there is no warm-up and no bare prefix.
 """
 import json
 import os
@@ -53,13 +54,13 @@ def stop(prefix):
 
 
 def started(command, environment, prefix, is_watched=False):
-    """Seconds from exec to the window. The program is closed and ended afterwards."""
+    """Seconds from exec to the window. Closes the window and stops the wineserver afterwards."""
     os.sync()
     begin = time.time()
     process = subprocess.Popen(command, env=environment, **QUIET)
     seconds = wait_for_window() - begin
     if is_watched:
-        time.sleep(1.5)  # so that the monitor sees it too
+        time.sleep(1.5)  # until the monitor has seen it too
     close_window()
     try:
         process.wait(30)
@@ -90,7 +91,7 @@ def bare(file, prefix):
 
 
 def probe(file, *options):
-    """Lines of launch-probe with their times in s, closing the window when it is there; and when that was."""
+    """The lines of launch-probe with their times in s, and the time when this closed the window."""
     process = subprocess.Popen([str(BUILD / "tests/support/launch-probe"), *options, str(file)], text=True,
                                env={**os.environ, "QT_QPA_PLATFORM": "offscreen"}, stdout=subprocess.PIPE,
                                stderr=subprocess.DEVNULL)
