@@ -21,7 +21,7 @@
 #include "fenk/window/Dialog.h"
 #include "fenk/window/TitleBar.h"
 #include "launch/records/FailedStarts.h"
-#include "programs/AppItemWidgetStateManager.h"
+#include "programs/ProgramStarts.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
@@ -139,9 +139,8 @@ QList<QWidget*> focused(const Scene& scene) {
     scene.view()->focusPrograms();
     QTimer::singleShot(0, scene.window, [] {});
     settle(100);
-    auto* states = AppItemWidgetStateManager::instance();
-    states->start(*scene.tile(2)->program(), false);
-    states->start(*scene.tile(8)->program(), false);
+    ProgramStarts::instance()->start(*scene.tile(2)->program(), false);
+    ProgramStarts::instance()->start(*scene.tile(8)->program(), false);
     return {scene.window};
 }
 

@@ -5,6 +5,7 @@
 #include "launch/records/FailedStarts.h"
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
+#include "programs/ProgramStarts.h"
 #include "programs/RunStateButton.h"
 #include "programs/ShellWindows.h"
 
@@ -22,11 +23,11 @@ AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
         else
             onStartButtonClicked(false);
     });
-    AppItemWidgetStateManager::instance()->watchItem(ref().uuid, this);
+    AppItemWidgetStateManager::instance()->watchItem(ref(), this, [this] { refreshRunState(); });
 }
 
 bool AppItemWidget::isRunning() const {
-    return AppItemWidgetStateManager::isRunning(ref());
+    return ProgramRuns::instance()->isRunning(ref());
 }
 
 const FailedStart* AppItemWidget::failedStart() const {
@@ -61,9 +62,9 @@ void AppItemWidget::repair() {
 }
 
 void AppItemWidget::onStartButtonClicked(bool inTerminal) {
-    AppItemWidgetStateManager::instance()->start(*m_program, inTerminal);
+    ProgramStarts::instance()->start(*m_program, inTerminal);
 }
 
 void AppItemWidget::onStopButtonClicked() {
-    AppItemWidgetStateManager::instance()->stop(ref());
+    ProgramStarts::instance()->stop(ref());
 }

@@ -15,6 +15,8 @@
 #include "fenk/window/Application.h"
 #include "fenk/window/Dialog.h"
 #include "programs/AppItemWidgetStateManager.h"
+#include "programs/ProgramRuns.h"
+#include "programs/ProgramStarts.h"
 #include "programs/ShellWindows.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
@@ -396,9 +398,10 @@ private Q_SLOTS:
 
     void startAndStop() {
         open({summary(1, "a")});
-        auto* states = AppItemWidgetStateManager::instance();
+        auto* states = ProgramStarts::instance();
+        const auto isRunning = [] { return ProgramRuns::instance()->isRunning(uuid(1)); };
         const auto isPending = [] { return PendingWork::instance()->isPending(); };
-        QSignalSpy failures(states, &AppItemWidgetStateManager::failed);
+        QSignalSpy failures(states, &ProgramStarts::failed);
         QAbstractButton* button = nullptr;
         for (auto* part : tile(1)->findChildren<QAbstractButton*>()) {
             if (part->accessibleName() == "appitem_running_state")
@@ -406,15 +409,15 @@ private Q_SLOTS:
         }
         QVERIFY(button);
         button->click();
-        QVERIFY(states->isRunning(uuid(1)) && isPending());
+        QVERIFY(isRunning() && isPending());
         QCOMPARE(button->text(), QString(" Quit"));
         QVERIFY(button->isVisible());
         button->click();  // before the service has told where the bottle is
-        QVERIFY(!states->isRunning(uuid(1)));
+        QVERIFY(!isRunning());
         QTRY_VERIFY(!isPending());
         tile(1)->onStartButtonClicked(false);
         QVERIFY(m_service->emitSignal("program_deleted", "ss", {"office", uuid(1)}));
-        QTRY_VERIFY_WITH_TIMEOUT(!states->isRunning(uuid(1)) && !isPending(), RecordMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!isRunning() && !isPending(), RecordMs);
         // A bottle that can't be reached, and one that the launch script does not know.
         for (const QString& path : {QString(), m_home.path()}) {
             m_service->setHeld("get", "{\"Path\":\"" + path + "\"}");
@@ -426,11 +429,11 @@ private Q_SLOTS:
             m_service->waitForCall("get");
             QVERIFY(m_service->emitSignal("program_exited", "s", {uuid(1)}));  // of the time before
             QTRY_COMPARE(exits.count(), 1);
-            QVERIFY(states->isRunning(uuid(1)));
+            QVERIFY(isRunning());
             QCOMPARE(m_service->calls("get").size(), 1);
             QCOMPARE(m_service->release(), 1);
             QVERIFY(failures.count() || failures.wait());
-            QVERIFY(!states->isRunning(uuid(1)));
+            QVERIFY(!isRunning());
             // The record asks once more.
             QTRY_VERIFY_WITH_TIMEOUT(m_service->release() >= 0 && !isPending(), RecordMs);
             QCOMPARE(button->text(), QString("Repair"));
@@ -440,7 +443,7 @@ private Q_SLOTS:
         QCOMPARE(m_service->calls("killProgram").size(), 1);
         tile(1)->activate();
         QVERIFY(m_service->emitSignal("bottles_deleted", "s", {"office"}));
-        QTRY_VERIFY_WITH_TIMEOUT(!states->isRunning(uuid(1)) && !isPending(), RecordMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!isRunning() && !isPending(), RecordMs);
     }
 
     void stars() {

@@ -284,10 +284,8 @@ void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
     auto* states = AppItemWidgetStateManager::instance();
     changeServiceAsync(
         states, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
-        [states, of](bool kept) {
-            if (kept)
-                return;
-            Q_EMIT states->ratingRefused();
-            Q_EMIT states->failed(of->ref.uuid, tr("The rating of %1 could not be kept.").arg(of->name));
+        [states, of](bool isStored) {
+            if (!isStored)
+                states->reportRefusedRating(*of);
         });
 }

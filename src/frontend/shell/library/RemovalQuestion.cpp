@@ -17,6 +17,8 @@
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/DirectorySize.h"
 #include "programs/Program.h"
+#include "programs/ProgramRuns.h"
+#include "programs/ProgramStarts.h"
 
 namespace {
 
@@ -98,7 +100,7 @@ void showSize(Fenk::Label* label, const QString& directory) {
 /// lines have their place from the beginning: a dialog that grows while it comes up loses its own.
 void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
     const ProgramRef ref = program.ref;
-    if (AppItemWidgetStateManager::isRunning(ref)) {
+    if (ProgramRuns::instance()->isRunning(ref)) {
         auto* running =
             paragraph(Question::tr("The program is running and will be closed."), "removal_running");
         running->setTextRole(Fenk::Theme::Warning);
@@ -129,14 +131,14 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
 void remove(const Program& program, bool withBottle, const QPointer<QWidget>& over) {
     const ProgramRef ref = program.ref;
     // As the question has told; with a bottle everything that runs there is ended.
-    if (!withBottle && AppItemWidgetStateManager::isRunning(ref))
-        AppItemWidgetStateManager::instance()->stop(ref);
+    if (!withBottle && ProgramRuns::instance()->isRunning(ref))
+        ProgramStarts::instance()->stop(ref);
     changeServiceAsync(
         qApp, [ref, withBottle] { return removed(ref, withBottle); },
         [program, over](const std::optional<BottleUtils::Removal>& removal) {
             const QString sentence = removal ? failure(*removal, program.name) : QString();
             if (!sentence.isEmpty())
-                Q_EMIT AppItemWidgetStateManager::instance()->failed(program.ref.uuid, sentence);
+                AppItemWidgetStateManager::instance()->reportFailure(program.ref.uuid, sentence);
             if (!removal && over)
                 RemovalQuestion::ask(program, true, over);
         },

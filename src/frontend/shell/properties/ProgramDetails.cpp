@@ -144,7 +144,7 @@ void ProgramDetails::onSaved(const ProgramSaver::Save& save) {
 /// In the library when the window has gone.
 void ProgramDetails::tell(const QString& sentence) {
     if (m_leaving)
-        Q_EMIT AppItemWidgetStateManager::instance()->failed(m_program.ref.uuid,
+        AppItemWidgetStateManager::instance()->reportFailure(m_program.ref.uuid,
                                                              m_program.name + "\n" + sentence);
     else
         Q_EMIT failed(sentence);
