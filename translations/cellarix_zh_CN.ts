@@ -30,12 +30,8 @@
 <context>
     <name>AppItemWidgetStateManager</name>
     <message>
-        <source>The launch script cannot be run. Please install Cellarix again.</source>
-        <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
-    </message>
-    <message>
-        <source>%1 could not be started: its container cannot be found.</source>
-        <translation>无法启动“%1”：找不到它所在的容器。</translation>
+        <source>The rating of %1 could not be kept.</source>
+        <translation>未能保存对“%1”的评分。</translation>
     </message>
 </context>
 <context>
@@ -1405,10 +1401,6 @@ please wait for the component download to complete!</source>
         <translation>无法将“%1”的图标放到桌面。</translation>
     </message>
     <message>
-        <source>The rating of %1 could not be kept.</source>
-        <translation>未能保存对“%1”的评分。</translation>
-    </message>
-    <message>
         <source>The program is running</source>
         <translation>应用正在运行</translation>
     </message>
@@ -1806,6 +1798,17 @@ please wait for the component download to complete!</source>
     <message>
         <source>The drawing %1 is too large or too intricate for an icon. Please choose another picture.</source>
         <translation>矢量图“%1”过大或过于复杂，不能用作图标。请选择其他图片。</translation>
+    </message>
+</context>
+<context>
+    <name>ProgramStarts</name>
+    <message>
+        <source>The launch script cannot be run. Please install Cellarix again.</source>
+        <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
+    </message>
+    <message>
+        <source>%1 could not be started: its container cannot be found.</source>
+        <translation>无法启动“%1”：找不到它所在的容器。</translation>
     </message>
 </context>
 <context>
