@@ -1,5 +1,6 @@
 #include "backend/TextUtils.h"
 
+#include <QLocale>
 #include <cmath>
 
 QString TextUtils::linkHtml(const QString& url, const QString& text) {
@@ -17,4 +18,8 @@ QString TextUtils::formatSize(qint64 bytes) {
         ++level;
     }
     return QString("%1%2").arg(value, 0, 'f', 0).arg(units[level]);
+}
+
+QString TextUtils::readableSize(qint64 bytes, int decimals) {
+    return QLocale().formattedDataSize(bytes, decimals, QLocale::DataSizeSIFormat);
 }

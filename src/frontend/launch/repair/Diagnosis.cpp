@@ -1,9 +1,9 @@
 #include "launch/repair/Diagnosis.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 #include <algorithm>
 
+#include "backend/TextUtils.h"
 #include "launch/repair/ComponentTitle.h"
 #include "launch/repair/FailureFacts.h"
 #include "launch/repair/FailureReason.h"
@@ -92,7 +92,7 @@ private:
 
     QString monoSize() const {
         const qint64 bytes = m_facts.downloadBytes > 0 ? m_facts.downloadBytes : OrdinaryMonoBytes;
-        return QLocale().formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
+        return TextUtils::readableSize(bytes, 0);
     }
 
     QString titles() const {

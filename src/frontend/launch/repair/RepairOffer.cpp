@@ -2,9 +2,9 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QLocale>
 
 #include "backend/ServiceErrorText.h"
+#include "backend/TextUtils.h"
 #include "launch/repair/ComponentTitle.h"
 
 namespace {
@@ -23,7 +23,7 @@ OfferedFile fileOf(const QJsonObject& described) {
 }
 
 QString textOf(const OfferedFile& file) {
-    const QString size = QLocale().formattedDataSize(file.size, 1, QLocale::DataSizeSIFormat);
+    const QString size = TextUtils::readableSize(file.size);
     if (file.isCached)
         return RepairOffer::tr("%1 (%2) has been fetched already.").arg(file.name, size);
     if (file.source.isEmpty())

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QLocale>
 #include <QPointer>
 #include <optional>
 
@@ -10,6 +9,7 @@
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
+#include "backend/TextUtils.h"
 #include "backend/WindowsPath.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
@@ -91,8 +91,8 @@ void showSize(Fenk::Label* label, const QString& directory) {
     inBackground(
         label, [directory] { return DirectorySize::of(directory); },
         [label](qint64 bytes) {
-            const QString size = QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
-            label->setText(Question::tr("The container (%1) will be deleted.").arg(size));
+            label->setText(
+                Question::tr("The container (%1) will be deleted.").arg(TextUtils::readableSize(bytes)));
         });
 }
 

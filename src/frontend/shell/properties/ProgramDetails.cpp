@@ -2,13 +2,13 @@
 
 #include <QDebug>
 #include <QFileInfo>
-#include <QLocale>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
 #include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
+#include "backend/TextUtils.h"
 #include "backend/WindowsPath.h"
 #include "launch/icons/IconFile.h"
 #include "programs/AppItemWidgetStateManager.h"
@@ -174,7 +174,7 @@ void ProgramDetails::openFolder() {
 QString ProgramDetails::readableSize(const QString& text) {
     bool isNumber = false;
     const qint64 bytes = text.trimmed().toLongLong(&isNumber);
-    return isNumber && bytes >= 0 ? QLocale().formattedDataSize(bytes) : text.simplified();
+    return isNumber && bytes >= 0 ? TextUtils::readableSize(bytes) : text.simplified();
 }
 
 QString ProgramDetails::folderOf(const QString& bottlePath, const QString& programPath) {
