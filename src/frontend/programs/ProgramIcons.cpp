@@ -2,12 +2,11 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFutureWatcher>
 #include <QPainter>
 #include <QPointer>
-#include <QtConcurrent>
 #include <algorithm>
 
+#include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
 #include "fenk/style/Theme.h"
 #include "launch/icons/IconFile.h"
@@ -17,7 +16,7 @@ namespace {
 constexpr int CacheBytes = 48 * 1024 * 1024;
 constexpr int Readers = 2;
 
-/// The smallest that is large enough, scaled; a small one stays as it is, in the middle.
+/// The smallest image that is large enough, scaled to `edge`. One of at most half that size is only doubled.
 QImage readPicture(const QString& file, int edge) {
     QImage best;
     for (const QImage& image : IconFile::images(file)) {
@@ -40,7 +39,7 @@ QString key(const QString& file, int edge) {
 }  // namespace
 
 ProgramIcons* ProgramIcons::instance() {
-    // Pixmaps must go before the application does.
+    // Pixmaps must be deleted before the application object.
     static QPointer<ProgramIcons> icons;
     if (!icons) {
         icons = new ProgramIcons;
@@ -76,13 +75,9 @@ QPixmap ProgramIcons::picture(const QString& file, int edge) {
 
 void ProgramIcons::read(const QString& file, int edge) {
     m_reading.insert(key(file, edge), false);
-    auto* watcher = new QFutureWatcher<QImage>(this);
-    connect(watcher, &QFutureWatcherBase::finished, this, [this, watcher, file, edge] {
-        watcher->deleteLater();
-        onRead(file, edge, watcher->result());
-        Q_EMIT ready(file);
-    });
-    watcher->setFuture(QtConcurrent::run(&m_readers, [file, edge] { return readPicture(file, edge); }));
+    inBackground(
+        this, [file, edge] { return readPicture(file, edge); },
+        [this, file, edge](const QImage& image) { onRead(file, edge, image); }, &m_readers);
 }
 
 void ProgramIcons::onRead(const QString& file, int edge, const QImage& image) {
@@ -90,6 +85,7 @@ void ProgramIcons::onRead(const QString& file, int edge, const QImage& image) {
         read(file, edge);
     auto* picture = new QPixmap(image.isNull() ? fallback(edge) : QPixmap::fromImage(image));
     m_pictures.insert(key(file, edge), picture, std::max(1, picture->width() * picture->height() * 4));
+    Q_EMIT ready(file);
 }
 
 void ProgramIcons::refresh(const QString& file) {

@@ -1,23 +1,23 @@
 #pragma once
 
 #include <QCache>
+#include <QHash>
 #include <QImage>
-#include <QMultiHash>
 #include <QObject>
 #include <QPixmap>
 #include <QThreadPool>
 
-/// The pictures of programs at the size of a tile. Files are read on threads of its own, and what was read is
-/// kept up to some megabytes. One for the process; GUI thread.
+/// Reads and scales the icons of programs in the background and caches them, up to 48 MiB of pixels. One for
+/// the process, owned by the application object; GUI thread.
 class ProgramIcons : public QObject {
     Q_OBJECT
 public:
     static ProgramIcons* instance();
 
-    /// The picture in device pixels of the given edge, when it is there already. Otherwise null, and ready()
-    /// comes later; a file that has no picture in it gives the picture of any program.
+    /// The picture of `edge` device pixels if it is cached. Otherwise null, and ready() follows when it was
+    /// read. A file without a picture in it gives the generic program icon.
     QPixmap picture(const QString& file, int edge);
-    /// Its file may have changed: what is there stays until it is read again.
+    /// Reads a file again that may have changed; the cached pictures stay until then.
     void refresh(const QString& file);
 
 Q_SIGNALS:
@@ -30,7 +30,7 @@ private:
     QPixmap fallback(int edge);
 
     QThreadPool m_readers;
-    QHash<QString, bool> m_reading;       ///< to be read again afterwards?
+    QHash<QString, bool> m_reading;       ///< true: must be read once more afterwards
     QCache<QString, QPixmap> m_pictures;  ///< costs in bytes
     QHash<int, QPixmap> m_fallbacks;      ///< by edge
 };
