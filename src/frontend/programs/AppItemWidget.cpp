@@ -12,7 +12,7 @@
 AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
     : QWidget(parent), m_program(program), m_runButton(new RunStateButton(this)) {
     connect(m_runButton, &QPushButton::clicked, this, [this] {
-        // The second half of a double click would undo the first.
+        // The second click of a double click would undo the first.
         if (m_sinceClick.isValid() && m_sinceClick.elapsed() < QApplication::doubleClickInterval())
             return;
         m_sinceClick.start();

@@ -8,7 +8,8 @@
 class RunStateButton;
 struct FailedStart;
 
-/// One program on a tile or a card: starts and quits it and follows its state.
+/// Base of the widgets that show one program, a tile or a card: its run button starts, quits or repairs the
+/// program and follows its state. Belongs to its parent; GUI thread.
 class AppItemWidget : public QWidget {
     Q_OBJECT
 public:
@@ -17,20 +18,22 @@ public:
     const ProgramPtr& program() const { return m_program; }
     const ProgramRef& ref() const { return m_program->ref; }
     bool isRunning() const;
-    /// Why the last start has failed; null while the program runs, and when it has not failed.
+    /// Why the last start failed. Null while the program runs and after a good start. Not owned.
     const FailedStart* failedStart() const;
+    /// Shows the present state; called on every change of it.
     virtual void refreshRunState();
 
 Q_SIGNALS:
     void appStarsUpdate(const QString& appName, int score);
-    void message(const QString& sentence, bool failed);
+    /// For the user.
+    void message(const QString& text, bool isError);
 
 public Q_SLOTS:
     void onStartButtonClicked(bool inTerminal);
     void onStopButtonClicked();
-    /// Starts the program, or brings the window of one that runs to the front.
+    /// Starts the program, or raises its window when it runs.
     void activate();
-    /// Of a program whose last start has failed.
+    /// Does nothing unless the last start failed.
     void repair();
 
 protected:

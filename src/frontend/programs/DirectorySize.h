@@ -2,12 +2,12 @@
 
 #include <QString>
 
-/// What a directory takes on the disk.
+/// Disk usage of a directory.
 namespace DirectorySize {
 
-/// In bytes, as the file system counts them: a file with several names once, and of a copy whose blocks are
-/// shared all. Follows no link and leaves no file system. Reads the whole tree; for worker threads. 0 for
-/// what is no directory.
+/// In bytes of allocated blocks. Counts a file with several hard links once, and blocks that are shared with
+/// another file in full. Follows no symbolic link and stays on one file system. Walks the whole tree, so
+/// call it on a worker thread. Returns 0 for anything but a directory.
 qint64 of(const QString& path);
 
 }  // namespace DirectorySize

@@ -10,10 +10,10 @@
 
 using namespace Fenk;
 
-ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, const QString& buttonWord,
+ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& text, const QString& buttonText,
                                  QWidget* parent)
     : QWidget(parent), m_detail(new Label(Label::Secondary)) {
-    setAccessibleName(sentence);
+    setAccessibleName(text);
     auto* picture = new QLabel;
     const auto draw = [picture, icon] {
         picture->setPixmap(icon.pixmap(Tokens::IconTile, Tokens::IconTile));
@@ -21,8 +21,8 @@ ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, con
     draw();
     connect(Theme::instance(), &Theme::themeTypeChanged, picture, draw);
     picture->setAlignment(Qt::AlignCenter);
-    auto* words = new Label(sentence, Label::Secondary);
-    words->setAlignment(Qt::AlignCenter);
+    auto* label = new Label(text, Label::Secondary);
+    label->setAlignment(Qt::AlignCenter);
     m_detail->setAlignment(Qt::AlignCenter);
     m_detail->setReadingWidth(Tokens::DialogMaxWidth);
     m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -31,11 +31,11 @@ ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& sentence, con
     layout->setSpacing(Tokens::Space16);
     layout->addStretch(2);
     layout->addWidget(picture);
-    layout->addWidget(words);
+    layout->addWidget(label);
     layout->addWidget(m_detail, 0, Qt::AlignHCenter);
-    if (!buttonWord.isEmpty()) {
-        m_button = new QPushButton(buttonWord);
-        m_button->setAccessibleName(buttonWord);
+    if (!buttonText.isEmpty()) {
+        m_button = new QPushButton(buttonText);
+        m_button->setAccessibleName(buttonText);
         setFocusProxy(m_button);
         connect(m_button, &QPushButton::clicked, this, &ListPlaceholder::pressed);
         layout->addWidget(m_button, 0, Qt::AlignHCenter);

@@ -9,17 +9,18 @@ namespace Fenk {
 class Label;
 }
 
-/// What stands where a list would be: a picture, a sentence, and the one thing to do.
+/// Shown instead of a list that is empty or could not be loaded: a picture, a text and at most one button.
 class ListPlaceholder : public QWidget {
     Q_OBJECT
 public:
-    /// Without a button when it has no word.
-    ListPlaceholder(const QIcon& icon, const QString& sentence, const QString& buttonWord = QString(),
+    /// Without a button when `buttonText` is empty.
+    ListPlaceholder(const QIcon& icon, const QString& text, const QString& buttonText = QString(),
                     QWidget* parent = nullptr);
 
-    /// A second sentence, such as the reason of a failure; none when empty.
+    /// A second text, such as the reason of a failure; hidden when empty.
     void setDetail(const QString& text);
 
+    /// Null without one.
     QPushButton* button() const { return m_button; }
 
 Q_SIGNALS:

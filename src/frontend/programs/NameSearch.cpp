@@ -18,8 +18,8 @@ bool isIdeograph(QChar character) {
     return ushort(character.unicode() - FirstIdeograph) <= IdeographCount;
 }
 
-/// Each part behind the one before it. What a regular expression of the parts with ".*" between them says,
-/// but in one pass whatever the name.
+/// Whether each part follows the one before it: a regular expression of the parts with ".*" in between, but
+/// in linear time.
 bool inOrder(const QStringList& parts, const QString& text) {
     int from = 0;
     for (const QString& part : parts) {

@@ -3,31 +3,31 @@
 #include <QString>
 #include <QStringList>
 
-/// Finding programs by name, as one types: letters may be left out, and Chinese and pinyin may be mixed.
-/// Everything typed is text, never a pattern.
+/// Matches program names against a keyword as the user types it. The keyword may skip letters of the name
+/// and may mix Chinese and pinyin; it is text, never a pattern. For any thread.
 namespace NameSearch {
 
 /// A syllable for each Chinese character, every other character as it is.
 QStringList pinyinList(const QString& text);
 
-/// What is remembered of a name, so that a keystroke only compares.
+/// A name prepared for matching, so that a keystroke only compares.
 struct Name {
     Name() = default;
-    /// Reads each character's pinyin; the first time that a character is met takes some microseconds.
+    /// Looks up the pinyin, some microseconds for each character that is new to the process.
     explicit Name(const QString& name);
 
     bool isEmpty() const { return folded.isNull(); }
 
-    QString folded;  ///< without regard to case
-    QString pinyin;  ///< the pinyin list joined; shared with folded for a name without Chinese
+    QString folded;  ///< case-folded
+    QString pinyin;  ///< the pinyin list joined and case-folded; equals folded for a name without Chinese
 };
 
 class Keyword {
 public:
     explicit Keyword(const QString& text);
 
-    /// The keyword's Chinese characters come in this order in the name, and its pinyin in that of the name,
-    /// whatever lies between.
+    /// True when the keyword's Chinese characters occur in the name, and its pinyin in the name's pinyin, in
+    /// the same order with anything in between.
     bool matches(const Name& name) const;
 
 private:

@@ -14,7 +14,7 @@ constexpr int LongestName = 256;
 constexpr int MostStars = 5;
 
 QCollator collator() {
-    // The C locale knows no order but that of the bytes.
+    // The C locale compares bytes.
     const bool isC = QLocale().language() == QLocale::C;
     QCollator result(isC ? QLocale(QLocale::English) : QLocale());
     result.setNumericMode(true);
@@ -22,7 +22,7 @@ QCollator collator() {
     return result;
 }
 
-/// Among names that read the same.
+/// The order of programs whose names collate as equal.
 bool before(const Program& a, const Program& b) {
     if (a.name != b.name)
         return a.name < b.name;
@@ -33,7 +33,7 @@ int boundedStars(const QJsonValue& stars) {
     return qBound(0, qRound(qBound(0.0, stars.toDouble(), double(MostStars))), MostStars);
 }
 
-/// Ids become part of file names.
+/// The id becomes part of file names.
 bool isUsable(const ProgramRef& ref) {
     return !ref.bottle.isEmpty() && !ref.uuid.isEmpty() && !ref.uuid.contains('/');
 }
@@ -48,7 +48,7 @@ void Program::setName(const QString& text) {
         name = ref.uuid;
 }
 
-void Program::take(const QJsonObject& record) {
+void Program::update(const QJsonObject& record) {
     const auto text = [&record](const char* key, QString* field) {
         if (record.contains(QLatin1String(key)))
             *field = record.value(QLatin1String(key)).toString();
@@ -101,7 +101,7 @@ QVector<ProgramPtr> parsePrograms(const QString& text) {
             continue;
         }
         known.insert(program->ref);
-        program->take(summary);
+        program->update(summary);
         programs << program;
     }
     ProgramOrder::sort(&programs);

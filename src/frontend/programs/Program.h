@@ -8,34 +8,35 @@
 #include "backend/ProgramRef.h"
 #include "programs/NameSearch.h"
 
-/// A stored program as the library shows it. All of it comes from a bottle: text to show, nothing to trust.
+/// A stored program as the library shows it. All texts come from a bottle and are untrusted: escape them
+/// before they become HTML, and never use them as a path without a check.
 struct Program {
     ProgramRef ref;
     QString name;  ///< on one line, of bounded length, never empty
-    QString icon;  ///< what the bottle says is the icon's file
+    QString icon;  ///< path of the icon's file, as the bottle says
     QString path;
-    QString size;         ///< text, as the service gives it
-    QString createdTime;  ///< text, as the service gives it
+    QString size;         ///< the service's text
+    QString createdTime;  ///< the service's text
     int stars = 0;        ///< 0 to 5
 
-    /// Takes the name from the path's last part when there is none.
+    /// An empty text gives the path's last part, or else the id.
     void setName(const QString& text);
-    /// Changes what the record of a program signal tells.
-    void take(const QJsonObject& record);
+    /// Takes over the keys that the record has; the others keep their values.
+    void update(const QJsonObject& record);
 };
 
-/// Never changed once it is shared; a change is another one in its place.
+/// Immutable once shared: a change makes a new one.
 using ProgramPtr = QSharedPointer<const Program>;
 
 namespace ProgramOrder {
 
-/// As a person looks for names: in the language's own order, "2" before "10".
+/// By name, in the order of the user's language and with "2" before "10".
 void sort(QVector<ProgramPtr>* programs);
-/// Where a program goes in a sorted list.
+/// The index at which the program belongs in a sorted list.
 int position(const QVector<ProgramPtr>& programs, const Program& program);
 
 }  // namespace ProgramOrder
 
-/// The service's list of all programs, sorted. What can't be a program is left out and logged. For any
-/// thread.
+/// Parses the service's list of all programs and sorts it. Leaves out and logs entries without a usable
+/// bottle or id, and duplicates. For any thread.
 QVector<ProgramPtr> parsePrograms(const QString& text);

@@ -44,7 +44,7 @@ ProgramRuns::ProgramRuns() {
         service->service(), service->connection(),
         QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &ProgramRuns::load);
-    // What ends now would be told by nobody.
+    // Nobody would report the ends of the programs.
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
         if (!m_running.isEmpty())
             m_retry.start();
@@ -59,7 +59,7 @@ void ProgramRuns::load() {
     RunningPrograms::instance()->watchRunning(this, [this](const BusResult& result) { onReply(result); });
 }
 
-/// The service's signals and answers come in the order in which it has sent them.
+/// Signals that were sent before the reply have arrived before it, so the reply is the newer state.
 void ProgramRuns::onReply(const BusResult& result) {
     m_isAsking = false;
     if (!result.ok && result.serviceGone && m_retries < MostRetries) {

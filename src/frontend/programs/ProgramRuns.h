@@ -10,9 +10,10 @@
 
 struct BusResult;
 
-/// Which stored programs run, whoever has started them: what the background service tells, and the starts of
-/// this process that it has not noticed yet. Known from load() on. When the service leaves while something
-/// runs it is asked anew, which starts it again. Lives in the GUI thread; waits for nothing.
+/// Which stored programs run, whoever started them: those that the background service reports, and those that
+/// this process is starting. The service is asked at load(), and again, which starts it, when it leaves the
+/// bus while programs run. A failed call is logged and counts as an empty list. One for the process; GUI
+/// thread only; no call here waits.
 class ProgramRuns : public QObject, public Fenk::Singleton<ProgramRuns> {
     Q_OBJECT
     friend class Fenk::Singleton<ProgramRuns>;
@@ -25,10 +26,11 @@ public:
     }
     /// In any bottle.
     bool isRunning(const QString& uuid) const;
-    /// This process has begun to start the program, or what it has started is over.
+    /// Counts a program as running between setStarting(ref, true) and setStarting(ref, false), before the
+    /// service knows of it.
     void setStarting(const ProgramRef& ref, bool on);
-    /// Brings the program's topmost window to the front, once the service has told its processes. `then`
-    /// hears whether it has one; not called when context is gone by then.
+    /// Raises the program's topmost window, asking the service for its processes first. Calls `then` with
+    /// whether there is a window, unless `context` has been deleted by then.
     void raiseWindow(const ProgramRef& ref, QObject* context, const std::function<void(bool found)>& then);
 
 Q_SIGNALS:
@@ -38,11 +40,11 @@ private:
     ProgramRuns();
     void onReply(const BusResult& result);
     void replace(const QSet<ProgramRef>& running);
-    /// Carries out what changes a set, and tells what has changed by it.
+    /// Runs `change` and emits changed() if isRunning(ref) differs afterwards.
     void apply(const ProgramRef& ref, const std::function<void()>& change);
 
-    QSet<ProgramRef> m_running;   ///< by the service
-    QSet<ProgramRef> m_starting;  ///< by this process
+    QSet<ProgramRef> m_running;   ///< as the service says
+    QSet<ProgramRef> m_starting;  ///< as this process says
     bool m_isAsking = false;
     int m_retries = 0;
     QTimer m_retry;

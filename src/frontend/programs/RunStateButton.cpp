@@ -34,17 +34,16 @@ void RunStateButton::setState(State state) {
     update();
 }
 
-/// Null for a state that is told by a word alone.
 const char* RunStateButton::picture() const {
     return m_state == Idle ? "play.svg" : m_state == Running ? "stop.svg" : nullptr;
 }
 
 QSize RunStateButton::sizeHint() const {
-    const int words = fontMetrics().horizontalAdvance(text().trimmed());
-    if (words == 0)
+    const int textWidth = fontMetrics().horizontalAdvance(text().trimmed());
+    if (textWidth == 0)
         return {Tokens::CompactHeight, Tokens::CompactHeight};
     const int left = !picture() ? Tokens::Space12 : Tokens::Space8 + Tokens::IconSmall + Gap;
-    return {left + words + Tokens::Space12, Tokens::CompactHeight};
+    return {left + textWidth + Tokens::Space12, Tokens::CompactHeight};
 }
 
 void RunStateButton::paintEvent(QPaintEvent*) {

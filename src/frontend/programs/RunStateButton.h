@@ -2,8 +2,8 @@
 
 #include <QPushButton>
 
-/// Starts and quits a program: a picture while idle, picture and word while the program runs, and a word only
-/// while something is being installed and for a program that is to be repaired.
+/// The button that starts, quits or repairs a program. Shows a picture when idle, picture and text while the
+/// program runs, and text alone in the other states. Fits its width to its contents.
 class RunStateButton : public QPushButton {
     Q_OBJECT
 public:
@@ -19,6 +19,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// Null for a state that shows text alone.
     const char* picture() const;
 
     State m_state = Idle;

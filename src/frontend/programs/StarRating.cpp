@@ -50,15 +50,15 @@ int StarRating::starAt(const QPoint& position) const {
     return qBound(1, position.x() / Edge + 1, Count);
 }
 
-void StarRating::offer(int stars) {
-    m_offered = stars;
+void StarRating::setPreview(int stars) {
+    m_preview = stars;
     update();
 }
 
 void StarRating::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Paint::Scope scope(&painter);
-    const int shown = m_offered ? m_offered : m_stars;
+    const int shown = m_preview ? m_preview : m_stars;
     for (int i = 0; i < Count; ++i) {
         const QPointF middle(Edge * i + Edge / 2.0, height() / 2.0);
         const bool full = i < shown;
@@ -70,7 +70,7 @@ void StarRating::paintEvent(QPaintEvent*) {
 }
 
 void StarRating::mouseMoveEvent(QMouseEvent* event) {
-    offer(starAt(event->pos()));
+    setPreview(starAt(event->pos()));
 }
 
 void StarRating::mousePressEvent(QMouseEvent* event) {
@@ -83,24 +83,24 @@ void StarRating::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void StarRating::leaveEvent(QEvent*) {
-    offer(0);
+    setPreview(0);
 }
 
 void StarRating::keyPressEvent(QKeyEvent* event) {
-    const int now = m_offered ? m_offered : m_stars;
+    const int now = m_preview ? m_preview : m_stars;
     if (event->key() == Qt::Key_Left)
-        offer(qMax(1, now - 1));
+        setPreview(qMax(1, now - 1));
     else if (event->key() == Qt::Key_Right)
-        offer(qMin(Count, now + 1));
+        setPreview(qMin(Count, now + 1));
     else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
              event->key() == Qt::Key_Space) {
-        if (m_offered)
-            Q_EMIT rated(m_offered);
+        if (m_preview)
+            Q_EMIT rated(m_preview);
     } else
         QWidget::keyPressEvent(event);
 }
 
 void StarRating::focusOutEvent(QFocusEvent* event) {
     QWidget::focusOutEvent(event);
-    offer(0);
+    setPreview(0);
 }

@@ -2,12 +2,14 @@
 
 #include <QWidget>
 
-/// Five stars that show a rating and take one: by click, or with the arrow keys and Return.
+/// Five stars that show a rating. A click, or the arrow keys and Return, emit rated(); the stars change only
+/// by setStars().
 class StarRating : public QWidget {
     Q_OBJECT
 public:
     explicit StarRating(QWidget* parent = nullptr);
 
+    /// 0 (not rated) to 5; other numbers are clamped.
     void setStars(int stars);
     int stars() const { return m_stars; }
     QSize sizeHint() const override;
@@ -26,8 +28,8 @@ protected:
 
 private:
     int starAt(const QPoint& position) const;
-    void offer(int stars);
+    void setPreview(int stars);
 
     int m_stars = 0;
-    int m_offered = 0;  ///< what a click would give; 0 for none
+    int m_preview = 0;  ///< what a click would give; 0 for none
 };

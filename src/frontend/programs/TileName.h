@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-/// A program's name on at most two centred lines, cut where it gets too long. Plain text always.
+/// A program's name as plain text on at most two centred lines; elided where it is too long.
 class TileName : public QWidget {
     Q_OBJECT
 public:

@@ -164,7 +164,7 @@ void ProgramLibrary::put(const ProgramRef& ref, const QJsonObject& record) {
         row < 0 ? QSharedPointer<Program>::create() : QSharedPointer<Program>::create(*m_programs[row]);
     const QString oldName = program->name;
     program->ref = ref;
-    program->take(record);
+    program->update(record);
     if (row >= 0 && program->name == oldName) {
         m_programs[row] = program;
         m_indexValid = false;

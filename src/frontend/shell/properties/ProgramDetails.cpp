@@ -73,7 +73,7 @@ void ProgramDetails::onRecord(const BusResult& result) {
         return;
     }
     const QJsonObject record = programs.value(id).toObject();
-    m_program.take(record);
+    m_program.update(record);
     m_stored = {ProgramRecord::name(record), ProgramRecord::icon(record)};
     m_shown = ProgramSaver::instance()->pending(m_program.ref).value_or(m_stored);
     m_editable = true;
