@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QMultiHash>
+#include <QHash>
 #include <QObject>
 #include <QPersistentModelIndex>
 #include <QPointer>

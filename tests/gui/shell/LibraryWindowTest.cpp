@@ -22,6 +22,7 @@
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
 #include "shell/library/AppLocalView.h"
+#include "shell/library/LocalAppItemMenu.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/ProgramGrid.h"
 #include "shell/library/ProgramLibrary.h"
@@ -108,7 +109,7 @@ class LibraryWindowTest : public QObject {
 private Q_SLOTS:
     void initTestCase() {
         QApplication::setDoubleClickInterval(0);  // the tests click as fast as they can
-        LocalAppItemWidget::setLongestMenuWait(60000);
+        LocalAppItemMenu::setLongestWait(60000);
     }
 
     void init() {

@@ -2,25 +2,36 @@
 
 #include <QAbstractButton>
 #include <QAccessibleWidget>
+#include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDebug>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QPainter>
 
+#include "backend/BottleUtils.h"
+#include "backend/BottlesConfig.h"
+#include "backend/DesktopUtils.h"
+#include "backend/InBackground.h"
 #include "fenk/controls/IconButton.h"
 #include "fenk/style/Paint.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
 #include "launch/records/FailedStarts.h"
+#include "launch/run/BottleTasks.h"
+#include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramIcons.h"
 #include "programs/RunStateButton.h"
 #include "programs/ShellWindows.h"
 #include "programs/StarRating.h"
 #include "programs/TileName.h"
+#include "shell/library/LocalAppItemMenu.h"
+#include "shell/library/RemovalQuestion.h"
+#include "shell/library/TileIcon.h"
 
 using namespace Fenk;
+using ProgramMenu::Action;
 
 namespace {
 
@@ -28,7 +39,6 @@ constexpr QSize Tile(132, 148);
 constexpr int IconTop = 6;
 constexpr int NameTop = IconTop + Tokens::IconTile + 2;
 constexpr int StripTop = Tile.height() - Tokens::CompactHeight - 6;
-constexpr int DotSize = 10;
 constexpr int LongestTip = 512;
 
 QAccessibleInterface* accessibleOf(const QString& className, QObject* object) {
@@ -36,57 +46,22 @@ QAccessibleInterface* accessibleOf(const QString& className, QObject* object) {
     return item ? new QAccessibleWidget(item, QAccessible::ListItem) : nullptr;
 }
 
+/// Return presses a button, which outside of dialogs reacts to Space only. False for null.
+bool pressPart(QAbstractButton* part, bool isRepeated) {
+    if (part && !isRepeated)
+        part->animateClick();
+    return part != nullptr;
+}
+
 }  // namespace
-
-/// The program's picture, with a dot while the program runs or when it has failed. Until it is read there is
-/// a quiet place for it.
-class LocalAppItemWidget::Icon : public QWidget {
-public:
-    explicit Icon(QWidget* parent) : QWidget(parent) {
-        setAccessibleName("appitem_icon");
-        setAttribute(Qt::WA_TransparentForMouseEvents);
-        setFixedSize(Tokens::IconTile, Tokens::IconTile);
-    }
-    void setPicture(const QPixmap& picture) {
-        m_picture = picture;
-        update();
-    }
-    void setDot(Dot dot) {
-        m_dot = dot;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        if (m_picture.isNull()) {
-            Paint::box(&painter, rect(), Tokens::RadiusCard, Paint::color(Theme::Sunken));
-        } else {
-            const QSizeF size = QSizeF(m_picture.size()) / devicePixelRatioF();
-            QRectF place(QPointF(), size);
-            place.moveCenter(QRectF(rect()).center());
-            painter.setRenderHint(QPainter::SmoothPixmapTransform);
-            painter.drawPixmap(place, m_picture, m_picture.rect());
-        }
-        if (m_dot != Dot::None) {
-            const QRectF dot(width() - DotSize - 1, height() - DotSize - 1, DotSize, DotSize);
-            Paint::box(&painter, dot.adjusted(-2, -2, 2, 2), DotSize, Paint::color(Theme::Surface));
-            Paint::box(&painter, dot, DotSize / 2.0,
-                       Paint::color(m_dot == Dot::Running ? Theme::Success : Theme::Warning));
-        }
-    }
-
-private:
-    QPixmap m_picture;
-    Dot m_dot = Dot::None;
-};
 
 LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* parent)
     : AppItemWidget(program, parent),
-      m_icon(new Icon(this)),
+      m_icon(new TileIcon(this)),
       m_name(new TileName(this)),
       m_stars(new StarRating(this)),
-      m_options(new IconButton("fenk-more", tr("Options"), this, IconButton::Compact)) {
+      m_options(new IconButton("fenk-more", tr("Options"), this, IconButton::Compact)),
+      m_menu(new LocalAppItemMenu(this, m_options)) {
     static const bool known = (QAccessible::installFactory(accessibleOf), true);
     Q_UNUSED(known)
     setFixedSize(Tile);
@@ -96,13 +71,12 @@ LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* paren
     m_name->setGeometry(Tokens::Space4, NameTop, Tile.width() - 2 * Tokens::Space4, StripTop - NameTop);
     m_options->setObjectName("appitem_options");
     m_options->move(Tile.width() - m_options->width() - Tokens::Space4, Tokens::Space4);
-    connect(m_options, &QToolButton::clicked, this, [this] {
-        m_menuPlace = QPoint();
-        onBtnOptionClicked();
-    });
+    connect(m_options, &QToolButton::clicked, this, &LocalAppItemWidget::onBtnOptionClicked);
+    connect(m_menu, &LocalAppItemMenu::opened, this, &LocalAppItemWidget::updateActive);
+    connect(m_menu, &LocalAppItemMenu::opened, this, &LocalAppItemWidget::menuReady);
+    connect(m_menu, &LocalAppItemMenu::closed, this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
     connect(m_stars, &StarRating::rated, this, [this](int stars) { submitScore(stars, true); });
-    for (QWidget* part : {static_cast<QWidget*>(runButton()), static_cast<QWidget*>(m_stars),
-                          static_cast<QWidget*>(m_options)}) {
+    for (QWidget* part : focusParts()) {
         part->setFocusPolicy(Qt::NoFocus);
         part->hide();
         part->installEventFilter(this);
@@ -115,8 +89,12 @@ LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* paren
         if (file == m_program->icon)
             showPicture();
     });
-    makeActions();
+    connectActions();
     setProgram(program);
+}
+
+std::array<QWidget*, 3> LocalAppItemWidget::focusParts() const {
+    return {runButton(), m_stars, m_options};
 }
 
 QSize LocalAppItemWidget::tileSize() {
@@ -136,8 +114,10 @@ void LocalAppItemWidget::setProgram(const ProgramPtr& program) {
 void LocalAppItemWidget::refreshRunState() {
     AppItemWidget::refreshRunState();
     const bool running = isRunning();
-    const bool hasStars = runButton()->text().isEmpty();  // with a word there is no room for them
-    m_icon->setDot(running ? Dot::Running : failedStart() ? Dot::Failed : Dot::None);
+    const bool hasStars = runButton()->text().isEmpty();  // there is no room beside a text
+    m_icon->setDot(running         ? TileIcon::Dot::Running
+                   : failedStart() ? TileIcon::Dot::Failed
+                                   : TileIcon::Dot::None);
     updateTexts();
     const int strip = runButton()->width() + (hasStars ? Tokens::Space8 + m_stars->width() : 0);
     const int left = (Tile.width() - strip) / 2;
@@ -157,7 +137,7 @@ void LocalAppItemWidget::updateTexts() {
     setToolTip(tip);
 }
 
-/// A part that goes leaves the focus on the tile: Qt would give it to whatever comes next in the window.
+/// A hidden part hands the focus to its tile; Qt would hand it to the next widget of the window.
 void LocalAppItemWidget::setPartVisible(QWidget* part, bool visible) {
     if (!visible && window()->focusWidget() == part)
         setFocus(Qt::OtherFocusReason);
@@ -170,20 +150,18 @@ void LocalAppItemWidget::showPicture() {
 }
 
 bool LocalAppItemWidget::isBusy() const {
-    return isAncestorOf(QApplication::focusWidget()) || hasFocus() || (m_menu && m_menu->isVisible()) ||
-           m_unknownFacts > 0;
+    return isAncestorOf(QApplication::focusWidget()) || hasFocus() || m_menu->isOpen() || m_menu->isOpening();
 }
 
 void LocalAppItemWidget::setTabStop(bool on) {
     setFocusPolicy(on ? Qt::StrongFocus : Qt::ClickFocus);
-    for (QWidget* part : {static_cast<QWidget*>(runButton()), static_cast<QWidget*>(m_stars),
-                          static_cast<QWidget*>(m_options)})
+    for (QWidget* part : focusParts())
         part->setFocusPolicy(on ? Qt::TabFocus : Qt::NoFocus);
 }
 
 void LocalAppItemWidget::updateActive() {
-    const bool active = underMouse() || hasFocus() || isAncestorOf(QApplication::focusWidget()) ||
-                        (m_menu && m_menu->isVisible());
+    const bool active =
+        underMouse() || hasFocus() || isAncestorOf(QApplication::focusWidget()) || m_menu->isOpen();
     if (active == m_active)
         return;
     m_active = active;
@@ -197,7 +175,7 @@ void LocalAppItemWidget::updateActive() {
 }
 
 bool LocalAppItemWidget::event(QEvent* event) {
-    // Keys of the tile, whatever the window does with them elsewhere.
+    // These keys are the tile's, also if the window has shortcuts for them.
     if (event->type() == QEvent::ShortcutOverride) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_F2 || key == Qt::Key_F10 || key == Qt::Key_Delete)
@@ -218,7 +196,7 @@ bool LocalAppItemWidget::event(QEvent* event) {
 }
 
 bool LocalAppItemWidget::eventFilter(QObject* watched, QEvent* event) {
-    // The focus is on its way to the next one, which may be a part of this tile.
+    // Later, because the next focus widget may be a part of this tile.
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
         QMetaObject::invokeMethod(this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
     if (event->type() == QEvent::KeyPress) {
@@ -228,13 +206,6 @@ bool LocalAppItemWidget::eventFilter(QObject* watched, QEvent* event) {
             return true;
     }
     return AppItemWidget::eventFilter(watched, event);
-}
-
-/// Buttons outside of dialogs know Space only.
-bool LocalAppItemWidget::pressPart(QAbstractButton* part, bool isRepeated) {
-    if (part && !isRepeated)
-        part->animateClick();
-    return part != nullptr;
 }
 
 void LocalAppItemWidget::paintEvent(QPaintEvent*) {
@@ -269,11 +240,10 @@ void LocalAppItemWidget::keyPressEvent(QKeyEvent* event) {
                 open(*program(), window());
             return;
         case Qt::Key_F10:
-            m_menuPlace = QPoint();
             onBtnOptionClicked();
             return;
         case Qt::Key_Delete:
-            removeByKey();
+            askRemoval();
             return;
         default:
             AppItemWidget::keyPressEvent(event);
@@ -281,6 +251,126 @@ void LocalAppItemWidget::keyPressEvent(QKeyEvent* event) {
 }
 
 void LocalAppItemWidget::contextMenuEvent(QContextMenuEvent* event) {
-    m_menuPlace = event->reason() == QContextMenuEvent::Mouse ? event->globalPos() : QPoint();
-    onBtnOptionClicked();
+    openMenu(event->reason() == QContextMenuEvent::Mouse ? event->globalPos() : QPoint());
+}
+
+void LocalAppItemWidget::onBtnOptionClicked() {
+    openMenu(QPoint());
+}
+
+void LocalAppItemWidget::openMenu(const QPoint& place) {
+    qInfo() << "onBtnOptionClicked";
+    m_menu->open(place);
+}
+
+QAction* LocalAppItemWidget::action(Action action) const {
+    return m_menu->action(action);
+}
+
+QMenu* LocalAppItemWidget::optionMenu() const {
+    return m_menu->menu();
+}
+
+void LocalAppItemWidget::connectActions() {
+    using Self = LocalAppItemWidget;
+    connect(m_menu->repairAction(), &QAction::triggered, this, &Self::repair);
+    const auto on = [this](Action which, auto slot) {
+        connect(action(which), &QAction::triggered, this, slot);
+    };
+    const auto bottle = [this] { return ref().bottle; };
+    on(Action::EditDetails, &Self::onOpenPropDialogActionTriggered);
+    on(Action::AdvancedDebugging, &Self::onOpenConfigureTriggered);
+    on(Action::OpenInTerminal, [this] { onStartButtonClicked(true); });
+    on(Action::OpenFolder, [this] { BottleUtils::openProgramFolder(ref().bottle, ref().uuid); });
+    on(Action::OpenDriveC, [bottle] { BottleUtils::openDriveC(bottle()); });
+    on(Action::FileAssociations, &Self::onExportFileAssosiationsActionTriggered);
+    on(Action::RegistryEditor, [bottle] { BottleUtils::runCommand(bottle(), "regedit.exe"); });
+    on(Action::ImportRegistry, [this] { BottleTasks::importRegistry(window(), ref().bottle); });
+    on(Action::InternetSettings, &Self::onInternetOptActionTriggered);
+    on(Action::QuitAllApps, [bottle] { BottleTasks::killWineServer(bottle()); });
+    on(Action::PackagedApps, &Self::onCreatePackageTriggered);
+    on(Action::DumpManifest, &Self::onDumpManifestActionTriggered);
+    on(Action::CreateDesktopIcon, &Self::oncreateDesktopFileAction);
+    on(Action::Feedback, &Self::onOpenFeedbackDialogTriggered);
+    on(Action::Remove, &Self::onRemoveActionTriggered);
+}
+
+void LocalAppItemWidget::onCreatePackageTriggered() {
+    if (const auto& open = ShellWindows::instance().packaging)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onDumpManifestActionTriggered() {
+    if (const auto& open = ShellWindows::instance().manifestExport)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onOpenConfigureTriggered() {
+    if (const auto& open = ShellWindows::instance().configuration)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onOpenFeedbackDialogTriggered() {
+    if (const auto& open = ShellWindows::instance().feedback)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onOpenPropDialogActionTriggered() {
+    if (const auto& open = ShellWindows::instance().properties)
+        open(*program(), window());
+}
+
+void LocalAppItemWidget::onExportFileAssosiationsActionTriggered() {
+    if (const auto& open = ShellWindows::instance().fileAssociations)
+        open(ref(), window());
+}
+
+void LocalAppItemWidget::onInternetOptActionTriggered() {
+    BottleTasks::openInternetOptions(ref().bottle);
+}
+
+void LocalAppItemWidget::oncreateDesktopFileAction() {
+    const ProgramPtr of = program();
+    changeServiceAsync(
+        this, [of] { return BottleUtils::createDesktopEntry(of->ref.bottle, of->ref.uuid); },
+        [this, of](bool isMade) {
+            const QString place = DesktopUtils::hasDesktopShortcut(of->ref.uuid)
+                                      ? tr("%1 is on the desktop now.")
+                                      : tr("%1 is in the menu of programs now.");
+            Q_EMIT message((isMade ? place : tr("No icon of %1 could be put on the desktop.")).arg(of->name),
+                           !isMade);
+        });
+}
+
+void LocalAppItemWidget::onRemoveActionTriggered() {
+    RemovalQuestion::ask(*program(), m_menu->removesBottle(), window());
+}
+
+/// The menu was not opened, so that the service is asked here whether the bottle is deleted, too.
+void LocalAppItemWidget::askRemoval() {
+    const ProgramPtr of = program();
+    BottlesConfig::instance()->watchBottle(of->ref.bottle, this, [this, of](const BusResult& result) {
+        const auto facts = ProgramMenu::Facts::of(of->ref.bottle, of->ref.uuid, result.object());
+        if (facts.programCount)
+            RemovalQuestion::ask(*of, ProgramMenu::removesBottle(facts), window());
+        else
+            Q_EMIT message(tr("%1 cannot be removed now: its container cannot be found.").arg(of->name),
+                           true);
+    });
+}
+
+void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
+    const ProgramPtr of = program();
+    m_stars->setStars(score);
+    Q_EMIT appStarsUpdate(of->name, score);
+    if (!uploadConf)
+        return;
+    // The tile may be scrolled away, and deleted, by then.
+    auto* states = AppItemWidgetStateManager::instance();
+    changeServiceAsync(
+        states, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
+        [states, of](bool isStored) {
+            if (!isStored)
+                states->reportRefusedRating(*of);
+        });
 }

@@ -1,23 +1,25 @@
 #pragma once
 
 #include <QVariantAnimation>
-#include <array>
 
 #include "programs/AppItemWidget.h"
 #include "shell/library/ProgramMenu.h"
 
+class LocalAppItemMenu;
 class QAbstractButton;
 class QAction;
 class QMenu;
 class StarRating;
+class TileIcon;
 class TileName;
 
 namespace Fenk {
 class IconButton;
 }
 
-/// A program on its tile in the grid of the library. Lives only while it is in sight; what goes on with the
-/// program lives elsewhere.
+/// A program's tile in the grid of the library: picture, name, and, while it is active (pointer, focus, open
+/// menu), the run button, stars and options. Owned by the grid, which deletes it when it is scrolled out of
+/// sight; state that must outlive it lies in AppItemWidgetStateManager and below.
 class LocalAppItemWidget : public AppItemWidget {
     Q_OBJECT
 public:
@@ -25,24 +27,24 @@ public:
 
     static QSize tileSize();
 
-    /// Other contents of the same program.
+    /// Shows new contents of the same program.
     void setProgram(const ProgramPtr& program);
     void refreshRunState() override;
-    /// Must not be taken away: the user is in the middle of something.
+    /// True while the tile has the focus or its menu is open or about to open: it must not be deleted.
     bool isBusy() const;
-    /// Whether Tab comes here; the grid has one such tile.
+    /// Whether Tab reaches this tile; the grid has one such tile.
     void setTabStop(bool on);
 
-    QAction* action(ProgramMenu::Action action) const { return m_actions[size_t(action)]; }
-    QMenu* optionMenu() const { return m_menu; }
-    /// How long menus wait for the service before they open without it; a second unless told otherwise.
-    static void setLongestMenuWait(int ms) { s_longestMenuWaitMs = ms; }
+    QAction* action(ProgramMenu::Action action) const;
+    /// Null until it was opened.
+    QMenu* optionMenu() const;
 
 Q_SIGNALS:
+    /// The option menu is open.
     void menuReady();
 
 public Q_SLOTS:
-    /// Finds out what the menu has to show, without holding anything up, and opens it then.
+    /// Opens the option menu as soon as the service has told what it has to show.
     void onBtnOptionClicked();
     void onCreatePackageTriggered();
     void onRemoveActionTriggered();
@@ -53,7 +55,7 @@ public Q_SLOTS:
     void onInternetOptActionTriggered();
     void onOpenPropDialogActionTriggered();
     void onExportFileAssosiationsActionTriggered();
-    /// The stars as they are shown; `uploadConf`: and in the bottle.
+    /// Shows the stars; with `uploadConf` also stores them in the bottle.
     void submitScore(int score, bool uploadConf);
 
 protected:
@@ -65,36 +67,20 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    class Icon;
-    enum class Dot { None, Running, Failed };
-
-    void makeActions();
-    void fillMenu();
-    void fillTranslators();
     void connectActions();
-    void openMenu();
-    /// The reason is shown where the entry is.
-    void disable(ProgramMenu::Action which, bool on, const QString& reason);
+    void openMenu(const QPoint& place);
     void showPicture();
     void updateActive();
     void updateTexts();
+    std::array<QWidget*, 3> focusParts() const;
     void setPartVisible(QWidget* part, bool visible);
-    static bool pressPart(QAbstractButton* part, bool isRepeated);
-    void removeByKey();
+    void askRemoval();
 
-    static int s_longestMenuWaitMs;
-
-    Icon* m_icon;
+    TileIcon* m_icon;
     TileName* m_name;
     StarRating* m_stars;
     Fenk::IconButton* m_options;
-    std::array<QAction*, ProgramMenu::ActionCount> m_actions{};
-    QAction* m_repair;  ///< in the menu of a program that has failed
-    QMenu* m_menu = nullptr;
-    QPoint m_menuPlace;
-    ProgramMenu::Facts m_facts;
-    int m_unknownFacts = 0;  ///< answers that the menu waits for
-    int m_opening = 0;       ///< of the menu, by number
-    QVariantAnimation m_raise;
+    LocalAppItemMenu* m_menu;
+    QVariantAnimation m_raise;  ///< of the background while the tile is active
     bool m_active = false;
 };
