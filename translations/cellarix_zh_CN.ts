@@ -1307,7 +1307,7 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
-    <name>LocalAppItemWidget</name>
+    <name>LocalAppItemMenu</name>
     <message>
         <source>Edit Details</source>
         <translation>编辑详情</translation>
@@ -1373,13 +1373,28 @@ please wait for the component download to complete!</source>
         <translation>删除</translation>
     </message>
     <message>
-        <source>Uninstall</source>
-        <translation>卸载</translation>
+        <source>Repair</source>
+        <translation>修复</translation>
     </message>
     <message>
         <source>Quick Tools</source>
         <translation>快捷工具</translation>
     </message>
+    <message>
+        <source>The program is running</source>
+        <translation>应用正在运行</translation>
+    </message>
+    <message>
+        <source>The bottle service has not answered yet. Please open the menu again.</source>
+        <translation>容器服务尚未响应，请重新打开菜单。</translation>
+    </message>
+    <message>
+        <source>Uninstall</source>
+        <translation>卸载</translation>
+    </message>
+</context>
+<context>
+    <name>LocalAppItemWidget</name>
     <message>
         <source>Options</source>
         <translation>选项</translation>
@@ -1401,20 +1416,8 @@ please wait for the component download to complete!</source>
         <translation>无法将“%1”的图标放到桌面。</translation>
     </message>
     <message>
-        <source>The program is running</source>
-        <translation>应用正在运行</translation>
-    </message>
-    <message>
-        <source>The bottle service has not answered yet. Please open the menu again.</source>
-        <translation>容器服务尚未响应，请重新打开菜单。</translation>
-    </message>
-    <message>
         <source>%1 is in the menu of programs now.</source>
         <translation>“%1”已添加到应用菜单。</translation>
-    </message>
-    <message>
-        <source>Repair</source>
-        <translation>修复</translation>
     </message>
     <message>
         <source>%1 cannot be removed now: its container cannot be found.</source>
