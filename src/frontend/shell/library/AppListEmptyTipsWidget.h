@@ -2,8 +2,7 @@
 
 #include <QWidget>
 
-/// What the library shows while no program is known: one sentence and the one thing to do, choosing a Windows
-/// program, by button or by dropping a file on the window.
+/// Shown by the library while there is no program: says how to add one and has a button for it.
 class AppListEmptyTipsWidget : public QWidget {
     Q_OBJECT
 public:

@@ -53,7 +53,7 @@ AppLocalView::AppLocalView(QWidget* parent)
     connect(m_library, &ProgramLibrary::programChanged, this, &AppLocalView::onProgramChanged);
     auto* states = AppItemWidgetStateManager::instance();
     connect(states, &AppItemWidgetStateManager::failed, this,
-            [this](const QString&, const QString& sentence) { showMessage(sentence, true, FailureMs); });
+            [this](const QString&, const QString& errorText) { showMessage(errorText, true, FailureMs); });
     connect(states, &AppItemWidgetStateManager::ratingRefused, m_library, &ProgramLibrary::load);
     refresh();
     m_library->load();
@@ -112,11 +112,11 @@ ProgramGrid* AppLocalView::shownGrid() const {
 void AppLocalView::onTileMade(LocalAppItemWidget* tile) {
     connect(tile, &AppItemWidget::appStarsUpdate, this, &AppLocalView::slotAppStarsUpdate);
     connect(tile, &AppItemWidget::message, this,
-            [this](const QString& sentence, bool failed) { showMessage(sentence, failed, MessageMs); });
+            [this](const QString& text, bool isError) { showMessage(text, isError, MessageMs); });
 }
 
-void AppLocalView::showMessage(const QString& sentence, bool failed, int ms) {
-    FloatingMessage::show(this, Theme::icon(failed ? "fenk-warning" : "fenk-success"), sentence, ms);
+void AppLocalView::showMessage(const QString& text, bool isError, int ms) {
+    FloatingMessage::show(this, Theme::icon(isError ? "fenk-warning" : "fenk-success"), text, ms);
 }
 
 void AppLocalView::onProgramChanged(const ProgramPtr& program) {
@@ -125,7 +125,7 @@ void AppLocalView::onProgramChanged(const ProgramPtr& program) {
     m_found->updateProgram(program);
 }
 
-/// A lost bus does not come back, so that there is nothing to try again.
+/// A lost bus connection cannot be restored, so there is no button to retry.
 void AppLocalView::showFailure() {
     const bool canRetry = SessionBus::isConnected();
     m_failed->setDetail(canRetry ? OpenRefusal::ofBottlesPlace().reason : SessionBus::missingText());
@@ -160,7 +160,7 @@ void AppLocalView::refresh() {
     } else if (programs.isEmpty()) {
         page = m_empty;
     } else if (!m_keyword.isEmpty() && !m_library->isSearchable()) {
-        return;  // searchable() comes soon
+        return;  // searchable() follows
     } else if (!m_keyword.isEmpty()) {
         m_found->setPrograms(m_library->search(m_keyword));
         m_shownKeyword = m_keyword;
@@ -171,12 +171,12 @@ void AppLocalView::refresh() {
         }
     }
     m_pages->setCurrentWidget(page);
-    // What had it may have gone.
+    // The focused widget may have been hidden or deleted.
     if (hadFocus && !isAncestorOf(QApplication::focusWidget()))
         focusPrograms();
 }
 
-/// The last program has gone, or the last one of those that were found.
+/// Whether all programs that the shown search found have been removed.
 bool AppLocalView::isSearchObsolete() {
     if (m_keyword.isEmpty() || !m_library->isSearchable())
         return false;
@@ -214,7 +214,7 @@ void AppLocalView::onAddAppClicked() {
                                            tr("Windows Application Programs (*.exe *.msi *.bat)"));
     dialog->setObjectName("applistview_adddialog");
     dialog->setAccessibleName("applistview_adddialog");
-    // The desktops' endings in capitals, which a filter tells apart from the others.
+    // The filter is case-sensitive.
     dialog->setNameFilter(tr("Windows Application Programs (*.exe *.msi *.bat)")
                               .replace(QLatin1String("*.bat"), QLatin1String("*.bat *.EXE *.MSI *.BAT")));
     connect(dialog, &QFileDialog::fileSelected, this, &AppLocalView::openRequested);

@@ -17,23 +17,26 @@ namespace Fenk {
 class Spinner;
 }
 
-/// The programs of all bottles as a grid, all of them or those that a search finds. Loads itself, and says
-/// what is the matter while there is nothing to show.
+/// The library page: a grid of the programs of all bottles, or of those that a search finds. Loads the list
+/// by itself and shows a placeholder while it is loading, empty or failed. GUI thread; waits for nothing.
 class AppLocalView : public QWidget {
     Q_OBJECT
 public:
     explicit AppLocalView(QWidget* parent = nullptr);
 
+    /// An empty keyword shows all programs.
     void search(const QString& keyword);
-    /// To the tiles, from wherever the user was.
+    /// Moves the focus to the current tile, or to the placeholder.
     void focusPrograms();
 
     ProgramLibrary* library() const { return m_library; }
+    /// Null while a placeholder is shown.
     ProgramGrid* shownGrid() const;
 
 Q_SIGNALS:
+    /// The user chose a file to run.
     void openRequested(const QString& path);
-    /// What the search has found is gone.
+    /// The last program that the search found has been removed.
     void searchObsolete();
 
 public Q_SLOTS:
@@ -53,13 +56,13 @@ private:
     void onProgramChanged(const ProgramPtr& program);
     void refresh();
     bool isSearchObsolete();
-    void showMessage(const QString& sentence, bool failed, int ms);
+    void showMessage(const QString& text, bool isError, int ms);
     void showFailure();
 
     ProgramLibrary* m_library;
-    QTimer m_refresh;  ///< many changes at once make one picture
+    QTimer m_refresh;  ///< so that many changes at once cause one refresh()
     QString m_keyword;
-    QString m_shownKeyword;  ///< that the found programs were found with
+    QString m_shownKeyword;  ///< of the search whose results are shown
     QWidget* m_head = nullptr;
     QLabel* m_count = nullptr;
     QStackedWidget* m_pages;

@@ -17,7 +17,7 @@ namespace {
 constexpr int Gap = Tokens::Space12;
 constexpr int Margin = Tokens::Space12;
 constexpr int RowsBeyondSight = 1;
-constexpr int WheelRows = 1;  ///< of tiles, for one notch
+constexpr int WheelRows = 1;  ///< for one notch
 
 }  // namespace
 
@@ -56,7 +56,7 @@ void ProgramGrid::setPrograms(const QVector<ProgramPtr>& programs) {
         return;
     const int before = indexOf(m_current);
     const LocalAppItemWidget* current = tile(m_current);
-    // Also while a dialog has the keys, from which the focus comes back to the window.
+    // The window's own focus widget, which gets the focus back when a dialog over it closes.
     const QWidget* focus = window()->focusWidget();
     const bool focused = current && (focus == current || current->isAncestorOf(focus));
     m_programs = programs;
@@ -66,7 +66,7 @@ void ProgramGrid::setPrograms(const QVector<ProgramPtr>& programs) {
     layOut();
     if (LocalAppItemWidget* now = tile(m_current))
         now->setTabStop(true);
-    // Whoever goes through the tiles by keyboard goes on from where a program was.
+    // Keyboard users continue at the position of the removed program.
     if (gone && focused)
         focusCurrent();
 }
@@ -159,7 +159,7 @@ void ProgramGrid::scrollTo(int value) {
 }
 
 void ProgramGrid::wheelEvent(QWheelEvent* event) {
-    // A touchpad is smooth by itself.
+    // A touchpad scrolls smoothly already.
     if (!event->pixelDelta().isNull() || event->angleDelta().y() == 0) {
         m_scroll.stop();
         QScrollArea::wheelEvent(event);
@@ -215,7 +215,7 @@ void ProgramGrid::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Up:
             if (at >= count)
                 return moveTo(at - count);
-            return event->ignore();  // on to what lies above
+            return event->ignore();  // the window moves the focus to the search field
         case Qt::Key_Down:
             return moveTo(at + count);
         case Qt::Key_PageUp:
@@ -242,7 +242,7 @@ bool ProgramGrid::eventFilter(QObject* watched, QEvent* event) {
     return QScrollArea::eventFilter(watched, event);
 }
 
-// QScrollArea would scroll to the part that has the focus, past the tile that it belongs to.
+/// Skips QScrollArea, which would scroll to the focused part of a tile instead of to the tile.
 bool ProgramGrid::focusNextPrevChild(bool next) {
     return QWidget::focusNextPrevChild(next);
 }

@@ -8,8 +8,8 @@
 
 class LocalAppItemWidget;
 
-/// The tiles of a list of programs, as many as are in sight, however long the list. One of them can be
-/// reached by Tab, the others from there with the arrow keys.
+/// A scrolling grid of program tiles. Only the tiles in sight, and those that are busy, exist as widgets. Tab
+/// reaches the current tile; the arrow keys, Page Up and Down, Home and End move to the others. GUI thread.
 class ProgramGrid : public QScrollArea {
     Q_OBJECT
 public:
@@ -17,6 +17,7 @@ public:
 
     void setPrograms(const QVector<ProgramPtr>& programs);
     const QVector<ProgramPtr>& programs() const { return m_programs; }
+    /// Replaces the entry with the same ref, if there is one.
     void updateProgram(const ProgramPtr& program);
     void focusCurrent();
     /// Null for a program out of sight.

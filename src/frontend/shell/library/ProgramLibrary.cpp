@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int RetryMs = 500;
-constexpr int MostQuietRetries = 5;
+constexpr int MaximumRetries = 5;
 
 }  // namespace
 
@@ -25,9 +25,9 @@ ProgramLibrary::ProgramLibrary(QObject* parent) : QObject(parent) {
     connect(service, &BottlesConfig::bottles_deleted, this, &ProgramLibrary::bottleRemoved);
     auto* watcher = new QDBusServiceWatcher(service->service(), service->connection(),
                                             QDBusServiceWatcher::WatchForRegistration, this);
-    // One that comes by itself: another may have changed the bottles meanwhile.
+    // The bottles may have changed while there was no service.
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-        if (!m_asking && !m_retry.isActive())
+        if (!m_isLoading && !m_retry.isActive())
             load();
     });
 }
@@ -35,11 +35,11 @@ ProgramLibrary::ProgramLibrary(QObject* parent) : QObject(parent) {
 ProgramLibrary::~ProgramLibrary() = default;
 
 void ProgramLibrary::load() {
-    if (m_asking)
+    if (m_isLoading)
         return;
     m_retry.stop();
-    m_asking = true;
-    m_missed.clear();
+    m_isLoading = true;
+    m_changesWhileLoading.clear();
     if (m_state == State::Failed)
         setState(State::Loading);
     BottlesConfig::instance()->watchAllPrograms(this, [this](const BusResult& result) { onReply(result); });
@@ -47,43 +47,43 @@ void ProgramLibrary::load() {
 
 void ProgramLibrary::onReply(const BusResult& result) {
     if (result.ok) {
-        m_quietRetries = 0;
+        m_retries = 0;
         inBackground(
             this, [text = result.text] { return parsePrograms(text); },
-            [this](const QVector<ProgramPtr>& programs) { takeList(programs); });
+            [this](const QVector<ProgramPtr>& programs) { setList(programs); });
         return;
     }
-    m_asking = false;
+    m_isLoading = false;
     qWarning("call listAllPrograms failed");
     qWarning("---------------------------------");
     qWarning().noquote() << result.errorMessage;
-    if (result.serviceGone && SessionBus::isConnected() && m_quietRetries < MostQuietRetries) {
-        ++m_quietRetries;
+    if (result.serviceGone && SessionBus::isConnected() && m_retries < MaximumRetries) {
+        ++m_retries;
         m_retry.start();
         return;
     }
-    m_quietRetries = 0;
+    m_retries = 0;
     m_programs.clear();
     m_indexValid = false;
     setState(State::Failed);
 }
 
-void ProgramLibrary::takeList(const QVector<ProgramPtr>& programs) {
+void ProgramLibrary::setList(const QVector<ProgramPtr>& programs) {
     m_programs = programs;
-    m_asking = false;
-    const auto missed = m_missed;
-    m_missed.clear();
+    m_isLoading = false;
+    const auto changes = m_changesWhileLoading;
+    m_changesWhileLoading.clear();
     m_indexValid = false;
     {
         const QSignalBlocker quiet(this);
-        for (const auto& change : missed)
+        for (const auto& change : changes)
             change();
     }
-    m_readingNames = m_index.names.isEmpty();
+    m_isIndexing = m_index.names.isEmpty();
     setState(State::Ready);
     Q_EMIT listChanged();
-    // Later than the first picture.
-    QTimer::singleShot(0, this, &ProgramLibrary::readNames);
+    // Lets the window paint first.
+    QTimer::singleShot(0, this, &ProgramLibrary::buildIndex);
 }
 
 void ProgramLibrary::setState(State state) {
@@ -109,15 +109,15 @@ ProgramLibrary::Index ProgramLibrary::makeIndex(const QVector<ProgramPtr>& progr
     return index;
 }
 
-void ProgramLibrary::readNames() {
+void ProgramLibrary::buildIndex() {
     const QVector<ProgramPtr> programs = m_programs;
     inBackground(
         this, [programs, names = m_index.names] { return makeIndex(programs, names); },
         [this, programs](const Index& index) {
-            // The names are of use whatever has changed meanwhile.
+            // The names stay valid even if the list has changed meanwhile.
             m_index = index;
             m_indexValid = programs.constData() == m_programs.constData();
-            m_readingNames = false;
+            m_isIndexing = false;
             Q_EMIT searchable();
         });
 }
@@ -147,8 +147,8 @@ ProgramPtr ProgramLibrary::find(const ProgramRef& ref) const {
 }
 
 void ProgramLibrary::apply(const std::function<void()>& change) {
-    if (m_asking)
-        m_missed << change;
+    if (m_isLoading)
+        m_changesWhileLoading << change;
     if (m_state == State::Ready)
         change();
 }
@@ -158,7 +158,7 @@ void ProgramLibrary::changed() {
     Q_EMIT listChanged();
 }
 
-void ProgramLibrary::put(const ProgramRef& ref, const QJsonObject& record) {
+void ProgramLibrary::insertOrUpdate(const ProgramRef& ref, const QJsonObject& record) {
     const int row = rowOf(ref);
     auto program =
         row < 0 ? QSharedPointer<Program>::create() : QSharedPointer<Program>::create(*m_programs[row]);
@@ -184,15 +184,14 @@ void ProgramLibrary::programAdded(const ProgramRef& ref, const QString& record) 
         qWarning() << "not a program for the library" << ref.bottle << ref.uuid;
         return;
     }
-    apply([this, ref, object] { put(ref, object); });
+    apply([this, ref, object] { insertOrUpdate(ref, object); });
 }
 
-/// One that has gone does not come back by it.
 void ProgramLibrary::programUpdated(const ProgramRef& ref, const QString& record) {
     const QJsonObject object = ProgramRecord::fromText(record);
     apply([this, ref, object] {
         if (!object.isEmpty() && rowOf(ref) >= 0)
-            put(ref, object);
+            insertOrUpdate(ref, object);
     });
 }
 
@@ -221,6 +220,6 @@ void ProgramLibrary::bottleRemoved(const QString& bottle) {
 void ProgramLibrary::setStars(const ProgramRef& ref, int stars) {
     apply([this, ref, stars] {
         if (rowOf(ref) >= 0)
-            put(ref, {{"stars", stars}});
+            insertOrUpdate(ref, {{"stars", stars}});
     });
 }

@@ -8,10 +8,10 @@
 
 struct BusResult;
 
-/// The programs of all bottles, as far as they have been told: the service's list, kept up to date by its
-/// signals. Nothing here waits for the service or for a disk. When the service leaves in the middle of a call
-/// the list is asked for again after 500 ms, some times; when it refuses, or isn't there, the list has failed
-/// until somebody loads it anew or a service comes.
+/// The programs of all bottles: the service's list, kept up to date by its signals. Owned by AppLocalView;
+/// GUI thread; waits for neither service nor disk. If the service leaves the bus during a call, the call is
+/// repeated after 500 ms, at most five times. If the service refuses or is absent, the state is Failed until
+/// load() is called or a service appears.
 class ProgramLibrary : public QObject {
     Q_OBJECT
 public:
@@ -26,53 +26,53 @@ public:
     /// Empty unless Ready.
     const QVector<ProgramPtr>& programs() const { return m_programs; }
     ProgramPtr find(const ProgramRef& ref) const;
-    /// False for a moment after a list has come, while the readings of its names are looked up.
-    bool isSearchable() const { return !m_readingNames; }
-    /// In the order of their names.
+    /// False from the arrival of the first list until its names have been indexed in the background.
+    bool isSearchable() const { return !m_isIndexing; }
+    /// In the order of the names' code points.
     QVector<ProgramPtr> search(const QString& keyword);
 
-    // What the service tells. They may come while a list is on its way.
+    // Changes that the service reports, also while a list is being loaded.
     void programAdded(const ProgramRef& ref, const QString& record);
+    /// Ignores a program that is not in the list.
     void programUpdated(const ProgramRef& ref, const QString& record);
     void programRemoved(const ProgramRef& ref);
     void bottleRemoved(const QString& bottle);
-    /// Before the service confirms it.
+    /// Shows the stars before the service has stored them.
     void setStars(const ProgramRef& ref, int stars);
 
 Q_SIGNALS:
     void stateChanged();
     void searchable();
-    void listChanged();                              ///< other programs, or another order
-    void programChanged(const ProgramPtr& program);  ///< the same one, with other contents
+    void listChanged();                              ///< programs came, went or changed places
+    void programChanged(const ProgramPtr& program);  ///< its contents changed
 
 private:
     void onReply(const BusResult& result);
-    void takeList(const QVector<ProgramPtr>& programs);
+    void setList(const QVector<ProgramPtr>& programs);
     void setState(State state);
-    /// What a search walks through, in the order of the names.
     struct Entry {
         ProgramPtr program;
         NameSearch::Name name;
     };
     struct Index {
-        QVector<Entry> entries;
-        QHash<QString, NameSearch::Name> names;
+        QVector<Entry> entries;                  ///< in the order of the names
+        QHash<QString, NameSearch::Name> names;  ///< kept when programs change: expensive to make
     };
     static Index makeIndex(const QVector<ProgramPtr>& programs, QHash<QString, NameSearch::Name> names);
-    void readNames();
+    void buildIndex();
     int rowOf(const ProgramRef& ref) const;
-    void put(const ProgramRef& ref, const QJsonObject& record);
-    /// Now, and once more on top of a list that was made before it.
+    void insertOrUpdate(const ProgramRef& ref, const QJsonObject& record);
+    /// Makes the change now and, while a list is being loaded, once more on top of that list.
     void apply(const std::function<void()>& change);
     void changed();
 
     State m_state = State::Loading;
-    bool m_asking = false;  ///< from the call until the list is taken
-    int m_quietRetries = 0;
+    bool m_isLoading = false;  ///< from the call until setList()
+    int m_retries = 0;
     QTimer m_retry;
     QVector<ProgramPtr> m_programs;
     Index m_index;
     bool m_indexValid = false;
-    bool m_readingNames = false;  ///< of the first list
-    QVector<std::function<void()>> m_missed;
+    bool m_isIndexing = false;  ///< the first list
+    QVector<std::function<void()>> m_changesWhileLoading;
 };

@@ -7,7 +7,7 @@
 
 #include "backend/EmulatorsInfo.h"
 
-/// What the menu of a program holds, as rules without a widget.
+/// The rules of a program's option menu: which entries it has and which of them are shown. No widgets.
 namespace ProgramMenu {
 
 enum class Action {
@@ -30,29 +30,30 @@ enum class Action {
 };
 constexpr int ActionCount = int(Action::Remove) + 1;
 
-/// What is found out at each opening.
+/// What the rules depend on; collected at each opening.
 struct Facts {
     QString bottle;
     QString runner;
-    std::optional<int> programCount;  ///< in the bottle; nothing while that is not known
+    std::optional<int> programCount;  ///< in the bottle; nothing if not known
     bool hasShortcut = false;
     bool hasAssociations = false;
     EmulatorsInfo emulators;
 
-    /// From the bottle's record and the files in it and on the desktop.
+    /// Reads the bottle's record, its list of associations and the desktop directory; `emulators` stays
+    /// empty.
     static Facts of(const QString& bottle, const QString& programId, const QJsonObject& bottleRecord);
 };
 
 struct Layout {
-    QVector<Action> before;      ///< the sub-menu of tools
-    QVector<Action> quickTools;  ///< empty: no sub-menu
-    QVector<Action> after;
+    QVector<Action> before;      ///< above the sub-menu
+    QVector<Action> quickTools;  ///< of the sub-menu; empty: there is none
+    QVector<Action> after;       ///< below the sub-menu
 };
-/// A shared bottle is not for its users to change.
+/// A shared bottle has no tools that would change it.
 Layout layoutFor(const QString& bottle);
 
 bool isShown(Action action, const Facts& facts);
-/// Removing a bottle's only program takes the bottle with it.
+/// Whether removing the program deletes its bottle, too: it is the only one there.
 inline bool removesBottle(const Facts& facts) {
     return facts.programCount == 1;
 }

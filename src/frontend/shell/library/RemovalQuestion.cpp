@@ -22,7 +22,7 @@
 
 namespace {
 
-constexpr int LongestTitle = 24;  ///< of a name in the title, in characters
+constexpr int LongestNameInTitle = 24;
 
 struct Question {
     Q_DECLARE_TR_FUNCTIONS(RemovalQuestion)
@@ -43,31 +43,32 @@ Fenk::Label* paragraph(const QString& text, const char* name) {
     return label;
 }
 
-/// The file of a program that was opened from elsewhere than its bottle.
+/// Whether the program's file exists and lies outside its bottle.
 bool isOutside(const QString& path, const QString& bottlePath) {
     const QString file = WindowsPath::isWindowsPath(path) ? WindowsPath::toUnix(bottlePath, path) : path;
     const QString real = QFileInfo(file).canonicalFilePath();
     return !real.isEmpty() && !real.startsWith(QFileInfo(bottlePath).canonicalFilePath() + '/');
 }
 
-/// What can be told of that before the bottle's place is known.
+/// The same, before the bottle's directory is known.
 bool mayBeOutside(const QString& path) {
     return !path.startsWith(QLatin1String("C:"), Qt::CaseInsensitive);
 }
 
-/// Nothing is done, and nothing returned, when the bottle would be left empty without anybody having agreed.
-std::optional<BottleUtils::Removal> removed(const ProgramRef& ref, bool withBottle) {
+/// Returns nothing, and removes nothing, if the bottle would be left without a program and `withBottle` is
+/// false. Waits for the service.
+std::optional<BottleUtils::Removal> tryRemove(const ProgramRef& ref, bool withBottle) {
     if (!withBottle) {
         const QJsonObject programs = BottleUtils::bottlePrograms(ref.bottle);
         if (!programs.contains(ref.uuid))
-            return BottleUtils::Removal::ProgramRefused;  // an empty answer may also be a late one
+            return BottleUtils::Removal::ProgramRefused;  // empty also when the call has timed out
         if (programs.size() == 1)
             return std::nullopt;
     }
     return BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle);
 }
 
-QString failure(BottleUtils::Removal removal, const QString& name) {
+QString errorTextOf(BottleUtils::Removal removal, const QString& name) {
     switch (removal) {
         case BottleUtils::Removal::ProgramRefused:
             return Question::tr("%1 could not be removed. It is still there.").arg(name);
@@ -78,12 +79,13 @@ QString failure(BottleUtils::Removal removal, const QString& name) {
     }
 }
 
-/// In some languages the title names the program.
+/// Some translations have the program's name in the title.
 QString titleOf(bool withBottle, const QString& name) {
     const QString title = withBottle ? Question::tr("Important Information", "uninstall")
                                      : Question::tr("Important Information", "delete");
-    return QString(title).replace(
-        QLatin1String("%1"), name.size() <= LongestTitle ? name : name.left(LongestTitle) + QChar(0x2026));
+    return QString(title).replace(QLatin1String("%1"), name.size() <= LongestNameInTitle
+                                                           ? name
+                                                           : name.left(LongestNameInTitle) + QChar(0x2026));
 }
 
 void showSize(Fenk::Label* label, const QString& directory) {
@@ -96,8 +98,8 @@ void showSize(Fenk::Label* label, const QString& directory) {
         });
 }
 
-/// What goes with the program and what does not, below what is asked. Size and file come later, and their
-/// lines have their place from the beginning: a dialog that grows while it comes up loses its own.
+/// Says what is deleted with the program and what is not. Size and file become known later; their lines are
+/// laid out from the beginning, so that the dialog does not resize while it opens.
 void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
     const ProgramRef ref = program.ref;
     if (ProgramRuns::instance()->isRunning(ref)) {
@@ -130,15 +132,15 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
 
 void remove(const Program& program, bool withBottle, const QPointer<QWidget>& over) {
     const ProgramRef ref = program.ref;
-    // As the question has told; with a bottle everything that runs there is ended.
+    // The service ends what runs in a bottle that it deletes.
     if (!withBottle && ProgramRuns::instance()->isRunning(ref))
         ProgramStarts::instance()->stop(ref);
     changeServiceAsync(
-        qApp, [ref, withBottle] { return removed(ref, withBottle); },
+        qApp, [ref, withBottle] { return tryRemove(ref, withBottle); },
         [program, over](const std::optional<BottleUtils::Removal>& removal) {
-            const QString sentence = removal ? failure(*removal, program.name) : QString();
-            if (!sentence.isEmpty())
-                AppItemWidgetStateManager::instance()->reportFailure(program.ref.uuid, sentence);
+            const QString errorText = removal ? errorTextOf(*removal, program.name) : QString();
+            if (!errorText.isEmpty())
+                AppItemWidgetStateManager::instance()->reportFailure(program.ref.uuid, errorText);
             if (!removal && over)
                 RemovalQuestion::ask(program, true, over);
         },

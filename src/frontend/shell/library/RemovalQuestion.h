@@ -3,12 +3,14 @@
 struct Program;
 class QWidget;
 
-/// Asks before a program is taken out of the library, and does it. AppItemWidgetStateManager tells when that
-/// has failed. Removals are done one after the other: a program that has become its bottle's last one since
-/// the question was asked is not removed without asking again, now for the bottle.
+/// Asks the user before a program is removed from the library, and removes it. Failures are reported by
+/// AppItemWidgetStateManager::failed. Removals run one after the other. If the program has become the last
+/// one of its bottle since the question was asked, nothing is removed and the question is asked again for the
+/// bottle.
 namespace RemovalQuestion {
 
-/// Returns at once. `withBottle`: it is the bottle's only program, so that the bottle goes with it.
+/// Opens a dialog over `over` and returns. `withBottle`: the program is the only one of its bottle, which is
+/// deleted with it.
 void ask(const Program& program, bool withBottle, QWidget* over);
 
 }  // namespace RemovalQuestion
