@@ -48,7 +48,7 @@ class ProgramDialogsTest : public QObject {
         return m_dialog->findChild<T*>(name);
     }
     QString shownName() const { return part<QLabel>("property_name")->text(); }
-    QString sentence() const { return part<QLabel>("property_sentence")->text(); }
+    QString sentence() const { return part<QLabel>("property_error")->text(); }
     QStringList updates() {
         QStringList records;
         for (const auto& call : m_service->calls("updateExternalProgram"))

@@ -56,7 +56,7 @@ void AppEntryIconEditor::showPicture() {
     const qreal ratio = devicePixelRatioF();
     QPixmap picture = icons->picture(m_file, qRound(Tokens::IconTile * ratio));
     if (picture.isNull())
-        return;  // the old one stays until ready()
+        return;  // ready() follows
     m_fills = hasCorners(picture.toImage());
     if (m_fills) {
         const QPixmap large = icons->picture(m_file, qRound(Edge * ratio));
@@ -84,7 +84,7 @@ void AppEntryIconEditor::paintEvent(QPaintEvent*) {
         QBrush brush(m_picture);
         brush.setTransform(QTransform::fromTranslate(place.x(), place.y())
                                .scale(size.width() / m_picture.width(), size.height() / m_picture.height()));
-        // A brush and not a clip, whose edge would be rough.
+        // Fills with a brush, because the edge of a clip is not antialiased.
         QPainterPath inside = circle;
         if (!m_fills) {
             inside = QPainterPath();
@@ -94,7 +94,7 @@ void AppEntryIconEditor::paintEvent(QPaintEvent*) {
     }
     if (!isEnabled() || !(underMouse() || m_focusByKey || isDown()))
         return;
-    // The same in both themes: the pen is made for a dark ground.
+    // Dark in both themes, because the picture of the pen is light.
     painter.fillPath(circle, withAlpha(Theme::instance()->color(Theme::Dark, Theme::Window), VeilOpacity));
     QRect pen(0, 0, Tokens::IconLarge, Tokens::IconLarge);
     pen.moveCenter(rect().center());

@@ -3,14 +3,15 @@
 #include <QAbstractButton>
 #include <QPixmap>
 
-/// A program's icon in a circle, and a button to choose another: under the pointer, and when a key brought
-/// the focus there, a pen lies over it.
+/// A round button with a program's icon, for choosing another one. Shows a pen over the icon while hovered,
+/// or focused by key.
 class AppEntryIconEditor : public QAbstractButton {
     Q_OBJECT
 public:
     explicit AppEntryIconEditor(QWidget* parent = nullptr);
 
     QString file() const { return m_file; }
+    /// Keeps the old picture until ProgramIcons has read the new one.
     void setFile(const QString& file);
 
     QSize sizeHint() const override;
@@ -26,6 +27,6 @@ private:
 
     QString m_file;
     QPixmap m_picture;
-    bool m_fills = false;  ///< has something to show in its corners, and so to cut off
+    bool m_fills = false;  ///< opaque corners: scaled to fill the circle, which cuts them off
     bool m_focusByKey = false;
 };

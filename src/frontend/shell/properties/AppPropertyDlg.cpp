@@ -23,8 +23,8 @@ namespace {
 
 constexpr int DialogWidth = 480;
 
-QWidget* row(const QString& word, QWidget* value, int height = Tokens::RowHeight, int overhang = 0) {
-    auto* label = new Label(word, Label::Secondary);
+QWidget* row(const QString& title, QWidget* value, int height = Tokens::RowHeight, int overhang = 0) {
+    auto* label = new Label(title, Label::Secondary);
     label->setBuddy(value);
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
@@ -54,17 +54,17 @@ AppPropertyDlg::AppPropertyDlg(const Program& known, QWidget* parent)
       m_size(text("property_size")),
       m_time(text("property_time")),
       m_path(new PathLink),
-      m_sentence(new Label(Label::Small)) {
+      m_error(new Label(Label::Small)) {
     setObjectName("app_property_dialog");
     setTitle(tr("Edit Details"));
     setFixedWidth(DialogWidth);
     m_icon->setObjectName("property_icon");
     m_path->setObjectName("property_path");
-    m_sentence->setObjectName("property_sentence");
-    m_sentence->setTextRole(Theme::Danger);
-    m_sentence->setWordWrap(true);
-    m_sentence->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    m_sentence->hide();
+    m_error->setObjectName("property_error");
+    m_error->setTextRole(Theme::Danger);
+    m_error->setWordWrap(true);
+    m_error->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    m_error->hide();
 
     auto* head = new QWidget;
     auto* middle = new QHBoxLayout(head);
@@ -72,27 +72,27 @@ AppPropertyDlg::AppPropertyDlg(const Program& known, QWidget* parent)
     middle->addWidget(m_icon, 0, Qt::AlignCenter);
     addContent(head);
     addContent(makeRows());
-    addContent(m_sentence);
+    addContent(m_error);
 
     connect(m_icon, &AppEntryIconEditor::clicked, this, &AppPropertyDlg::chooseIcon);
     connect(m_name, &NameEditor::renamed, m_details, [this](const QString& name) {
-        tell({});
+        showError({});
         m_details->rename(name);
     });
     connect(m_path, &PathLink::clicked, m_details, [this] {
-        tell({});
+        showError({});
         m_details->openFolder();
     });
     connect(m_details, &ProgramDetails::changed, this, &AppPropertyDlg::showDetails);
-    connect(m_details, &ProgramDetails::failed, this, &AppPropertyDlg::tell);
+    connect(m_details, &ProgramDetails::failed, this, &AppPropertyDlg::showError);
     showDetails();
     m_details->load();
 }
 
 AppPropertyDlg::~AppPropertyDlg() {
-    m_name->take();
+    m_name->commit();
     m_details->disconnect(this);
-    m_details->leave();
+    m_details->deleteWhenSaved();
 }
 
 void AppPropertyDlg::openFor(const Program& known, QWidget* over) {
@@ -135,20 +135,20 @@ void AppPropertyDlg::showDetails() {
         m_name->beginEditing();
 }
 
-void AppPropertyDlg::tell(const QString& sentence) {
-    m_sentence->setText(sentence);
-    m_sentence->setVisible(!sentence.isEmpty());
-    // Below all others, so that none of them moves.
+void AppPropertyDlg::showError(const QString& errorText) {
+    m_error->setText(errorText);
+    m_error->setVisible(!errorText.isEmpty());
+    // The error is the lowest part, so that the others keep their places.
     layout()->activate();
     resize(width(), layout()->totalHeightForWidth(width()));
-    if (sentence.isEmpty())
+    if (errorText.isEmpty())
         return;
-    QAccessibleEvent event(m_sentence, QAccessible::Alert);
+    QAccessibleEvent event(m_error, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
 }
 
 void AppPropertyDlg::chooseIcon() {
-    tell({});
+    showError({});
     const QFileInfo present(m_details->icon());
     const QFileInfo pictures(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation));
     QFileDialog* dialog =
@@ -170,6 +170,6 @@ void AppPropertyDlg::keyPressEvent(QKeyEvent* event) {
 }
 
 void AppPropertyDlg::done(int index) {
-    m_name->take();
+    m_name->commit();
     Dialog::done(index);
 }

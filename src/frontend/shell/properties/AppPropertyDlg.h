@@ -12,20 +12,21 @@ namespace Fenk {
 class Label;
 }
 
-/// A program's name, icon, size, date and path. Name and icon can be changed, and are saved as soon as they
-/// are.
+/// Shows a program's name, icon, size, date and path. Changes of name and icon are saved at once, also when
+/// the dialog is closed meanwhile. Errors are shown below the rows.
 class AppPropertyDlg : public Fenk::Dialog {
     Q_OBJECT
 public:
-    /// Comes up with what is known of the program and fills in what its bottle knows.
+    /// Shows `known` until the bottle's record has been read.
     explicit AppPropertyDlg(const Program& known, QWidget* parent = nullptr);
     ~AppPropertyDlg() override;
 
+    /// Opens a dialog that deletes itself.
     static void openFor(const Program& known, QWidget* over);
-    /// Comes up with the name being edited, and goes when it has been.
+    /// The same with the name being edited; closes when the name was edited.
     static void openForRename(const Program& known, QWidget* over);
 
-    /// Takes a name that is still being written.
+    /// Commits a name that is being edited.
     void done(int index) override;
 
 protected:
@@ -35,7 +36,7 @@ private:
     QWidget* makeRows();
     void showDetails();
     void chooseIcon();
-    void tell(const QString& sentence);
+    void showError(const QString& errorText);
 
     ProgramDetails* m_details;
     AppEntryIconEditor* m_icon;
@@ -43,6 +44,6 @@ private:
     Fenk::Label* m_size;
     Fenk::Label* m_time;
     PathLink* m_path;
-    Fenk::Label* m_sentence;
+    Fenk::Label* m_error;
     bool m_isForRename = false;
 };

@@ -12,7 +12,7 @@ using namespace Fenk;
 
 namespace {
 constexpr int LongestName = 256;
-/// Between the pen's edge and its picture, which lines up with the field.
+/// Between the edge of the pen button and its picture.
 constexpr int PenMargin = (Tokens::CompactHeight - Tokens::IconSmall) / 2;
 }  // namespace
 
@@ -63,7 +63,7 @@ void NameEditor::beginEditing() {
     m_field->setFocus();
 }
 
-void NameEditor::endEditing(bool taken) {
+void NameEditor::endEditing(bool isCommitted) {
     if (!m_editing)
         return;
     m_editing = false;
@@ -74,7 +74,7 @@ void NameEditor::endEditing(bool taken) {
     if (focused)
         m_pen->setFocus(Qt::TabFocusReason);
     m_field->hide();
-    if (taken && m_field->isModified() && m_field->text() != m_name)
+    if (isCommitted && m_field->isModified() && m_field->text() != m_name)
         Q_EMIT renamed(m_field->text());
 }
 
@@ -88,7 +88,7 @@ bool NameEditor::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     if (event->type() == QEvent::FocusOut) {
-        // The field's own menu, and another window where the user looks something up.
+        // The field's own menu and a switch to another window do not end it.
         const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason)
             endEditing(true);

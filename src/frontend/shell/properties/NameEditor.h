@@ -2,7 +2,6 @@
 
 #include <QWidget>
 
-class QKeyEvent;
 class QLineEdit;
 
 namespace Fenk {
@@ -10,34 +9,34 @@ class IconButton;
 class Label;
 }  // namespace Fenk
 
-/// A name, and on a press of the pen beside it a field for another one. Return and going elsewhere take what
-/// stands in the field; Escape takes nothing. Letters that are typed on the pen begin another name.
+/// A name with a pen button, which opens a field to edit it. Return and a loss of focus commit the field's
+/// text, Escape discards it.
 class NameEditor : public QWidget {
     Q_OBJECT
 public:
-    /// How far the pen reaches beyond the right edge of the name, so that its picture lines up with texts.
+    /// In pixels: how far the pen reaches beyond the right edge, so that its picture is aligned with texts.
     static constexpr int PenOverhang = 8;
 
     explicit NameEditor(QWidget* parent = nullptr);
 
-    /// As it is stored. A field that is open keeps what the user has written.
+    /// The stored name. Does not change the text of an open field.
     void setName(const QString& name);
     void setEditable(bool editable);
 
     bool isEditing() const { return m_editing; }
     void beginEditing();
-    void take() { endEditing(true); }
+    void commit() { endEditing(true); }
 
 Q_SIGNALS:
     void renamed(const QString& name);
-    /// By Return or Escape, after renamed if that comes.
+    /// Ended by Return or Escape; after renamed(), if that is emitted.
     void edited();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void endEditing(bool taken);
+    void endEditing(bool isCommitted);
 
     Fenk::Label* m_label;
     Fenk::IconButton* m_pen;

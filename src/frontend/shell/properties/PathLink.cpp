@@ -35,7 +35,7 @@ QString PathLink::shown() const {
     return fontMetrics().elidedText(m_path, Qt::ElideMiddle, width());
 }
 
-QRect PathLink::words() const {
+QRect PathLink::textRect() const {
     const int wide = qMin(width(), fontMetrics().horizontalAdvance(shown()));
     return QStyle::visualRect(layoutDirection(), rect(), QRect(width() - wide, 0, wide, height()));
 }
@@ -55,7 +55,7 @@ void PathLink::paintEvent(QPaintEvent*) {
     painter.setFont(font);
     const QColor accent = Paint::color(isEnabled() ? Theme::Accent : Theme::Disabled);
     painter.setPen(isDown() ? Paint::step(accent) : accent);
-    painter.drawText(words(), Qt::AlignCenter | Qt::TextSingleLine, shown());
+    painter.drawText(textRect(), Qt::AlignCenter | Qt::TextSingleLine, shown());
 }
 
 void PathLink::resizeEvent(QResizeEvent*) {
@@ -63,5 +63,5 @@ void PathLink::resizeEvent(QResizeEvent*) {
 }
 
 bool PathLink::hitButton(const QPoint& position) const {
-    return words().contains(position);
+    return textRect().contains(position);
 }

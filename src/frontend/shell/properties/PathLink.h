@@ -2,8 +2,8 @@
 
 #include <QAbstractButton>
 
-/// A path on one line that leads somewhere; cut in the middle where there is no room, with all of it as tool
-/// tip.
+/// A path as a link on one line, elided in the middle, with the whole path as tool tip. clicked() only; the
+/// owner opens it. Disabled while the path is empty.
 class PathLink : public QAbstractButton {
     Q_OBJECT
 public:
@@ -22,7 +22,7 @@ protected:
 
 private:
     QString shown() const;
-    QRect words() const;
+    QRect textRect() const;
 
-    QString m_path;  ///< not the button's text, in which an "&" would be a key
+    QString m_path;  ///< not the button's text, where "&" would mark a mnemonic
 };

@@ -24,7 +24,7 @@ QString unixPath(const QString& bottlePath, const QString& path) {
     return WindowsPath::isWindowsPath(path) ? WindowsPath::toUnix(bottlePath, path) : path;
 }
 
-/// For a sentence, in whose line it has to fit.
+/// Short enough for one line of an error text.
 QString shortName(const QString& file) {
     const QString name = QFileInfo(file).fileName();
     return name.size() <= LongestFileName
@@ -48,13 +48,13 @@ void ProgramDetails::load() {
                                            [this](const BusResult& result) { onRecord(result); });
 }
 
-void ProgramDetails::leave() {
-    m_leaving = true;
-    ended();
+void ProgramDetails::deleteWhenSaved() {
+    m_isLeft = true;
+    deleteIfDone();
 }
 
-void ProgramDetails::ended() {
-    if (m_leaving && m_looks == 0 && m_saves.isEmpty())
+void ProgramDetails::deleteIfDone() {
+    if (m_isLeft && m_iconChecks == 0 && m_saves.isEmpty())
         deleteLater();
 }
 
@@ -82,7 +82,7 @@ void ProgramDetails::onRecord(const BusResult& result) {
         measure();
 }
 
-/// The records of programs that came after the list have no size.
+/// Records from program signals have no size.
 void ProgramDetails::measure() {
     const auto size = [bottle = m_program.ref.bottle, path = m_program.path] {
         const QFileInfo file(unixPath(BottleUtils::bottlePath(bottle), path));
@@ -95,71 +95,70 @@ void ProgramDetails::measure() {
 }
 
 void ProgramDetails::useIcon(const QString& file) {
-    ++m_looks;
+    ++m_iconChecks;
     inBackground(
         this, [file] { return !IconFile::images(file).isEmpty(); },
-        [this, file, choice = ++m_choice, hold = PendingWork::instance()->hold()](bool isPicture) {
-            --m_looks;
+        [this, file, choice = ++m_iconChoice, hold = PendingWork::instance()->hold()](bool isPicture) {
+            --m_iconChecks;
             if (!isPicture) {
                 qInfo().noquote() << "not a picture for an icon:" << file;
-                const QString sentence =
+                const QString errorText =
                     file.endsWith(".svg", Qt::CaseInsensitive)
                         ? tr("The drawing %1 is too large or too intricate for an icon. Please choose "
-                             "another "
-                             "picture.")
+                             "another picture.")
                         : tr("%1 holds no picture that can serve as an icon. Please choose a picture of at "
                              "most 16 MB and 4096 pixels.");
-                tell(sentence.arg(shortName(file)));
-            } else if (choice == m_choice) {
+                reportError(errorText.arg(shortName(file)));
+            } else if (choice == m_iconChoice) {
                 ProgramIcons::instance()->refresh(file);
                 change({m_shown.name, file});
             }
-            ended();
+            deleteIfDone();
         });
 }
 
-void ProgramDetails::change(const Face& face) {
-    if (face == m_shown)
+void ProgramDetails::change(const NameAndIcon& values) {
+    if (values == m_shown)
         return;
-    m_shown = face;
+    m_shown = values;
     Q_EMIT changed();
-    m_saves += ProgramSaver::instance()->save(m_program.ref, face);
+    m_saves += ProgramSaver::instance()->save(m_program.ref, values);
 }
 
 void ProgramDetails::onSaved(const ProgramSaver::Save& save) {
     const bool isOwn = m_saves.remove(save.number);
     const auto pending = ProgramSaver::instance()->pending(m_program.ref);
     if (save.change == Change::Done)
-        m_stored = save.face;
-    // A later one brings all that this one had.
+        m_stored = save.values;
+    // A later save includes the changes of this one.
     m_shown = pending.value_or(m_stored);
     Q_EMIT changed();
     if (isOwn && !pending && save.change != Change::Done)
-        tell(save.change == Change::NoProgram
-                 ? tr("This application has been removed meanwhile, so nothing was saved.")
-                 : tr("The change could not be saved. Please try again later."));
-    ended();
+        reportError(save.change == Change::NoProgram
+                        ? tr("This application has been removed meanwhile, so nothing was saved.")
+                        : tr("The change could not be saved. Please try again later."));
+    deleteIfDone();
 }
 
-/// In the library when the window has gone.
-void ProgramDetails::tell(const QString& sentence) {
-    if (m_leaving)
+/// In the dialog, or in the library if the dialog is closed.
+void ProgramDetails::reportError(const QString& errorText) {
+    if (m_isLeft)
         AppItemWidgetStateManager::instance()->reportFailure(m_program.ref.uuid,
-                                                             m_program.name + "\n" + sentence);
+                                                             m_program.name + "\n" + errorText);
     else
-        Q_EMIT failed(sentence);
+        Q_EMIT failed(errorText);
 }
 
 void ProgramDetails::openFolder() {
-    if (m_opening)
+    if (m_isOpeningFolder)
         return;
-    m_opening = true;
+    m_isOpeningFolder = true;
     const auto find = [bottle = m_program.ref.bottle, path = m_program.path] {
         const QString bottlePath = BottleUtils::bottlePath(bottle);
         return qMakePair(bottlePath, bottlePath.isEmpty() ? QString() : folderOf(bottlePath, path));
     };
     callServiceAsync(this, find, [this](const QPair<QString, QString>& found) {
-        m_opening = false;
+        m_isOpeningFolder = false;
         if (found.first.isEmpty()) {
             qWarning("bottles path is empty");
             Q_EMIT failed(tr("The container of this application cannot be found."));

@@ -8,18 +8,18 @@
 
 struct BusResult;
 
-/// What is known of one program, and the user's changes on their way to its bottle. Changes are shown at once
-/// and saved one after the other; when the last of them could not be saved, what the bottle has comes back.
-/// Nothing here waits on the GUI thread.
+/// The details of one program for the property dialog, and the user's changes of them. A change is shown at
+/// once and saved in the background; if the last one cannot be saved, the stored values are shown again.
+/// Deletes itself after deleteWhenSaved(). GUI thread; waits for nothing there.
 class ProgramDetails : public QObject {
     Q_OBJECT
 public:
     explicit ProgramDetails(const Program& known);
 
-    /// Asks the bottle. Until it has answered nothing can be changed.
+    /// Asks the service for the bottle's record. Nothing is editable until it has come.
     void load();
-    /// Goes when nothing is under way any more.
-    void leave();
+    /// Errors are reported in the library from now on.
+    void deleteWhenSaved();
 
     bool isEditable() const { return m_editable; }
     QString name() const { return m_shown.name; }
@@ -29,36 +29,34 @@ public:
     QString installTime() const { return m_program.createdTime; }
 
     void rename(const QString& name) { change({name, m_shown.icon}); }
-    /// Refuses a file that holds no picture.
+    /// Fails for a file without a picture.
     void useIcon(const QString& file);
     void openFolder();
 
-    /// The service's text; a number alone is one of bytes.
+    /// The service's text; a plain number counts bytes.
     static QString readableSize(const QString& text);
-    /// The canonical directory of a program; empty when there is none.
+    /// The canonical directory of a program's file; empty if it does not exist.
     static QString folderOf(const QString& bottlePath, const QString& programPath);
 
 Q_SIGNALS:
     void changed();
-    void failed(const QString& sentence);
+    void failed(const QString& errorText);
 
 private:
-    using Face = ProgramFace;
-
     void onRecord(const BusResult& result);
     void measure();
-    void change(const Face& face);
+    void change(const NameAndIcon& values);
     void onSaved(const ProgramSaver::Save& save);
-    void tell(const QString& sentence);
-    void ended();
+    void reportError(const QString& errorText);
+    void deleteIfDone();
 
     Program m_program;
-    Face m_shown;
-    Face m_stored;
+    NameAndIcon m_shown;
+    NameAndIcon m_stored;
     bool m_editable = false;
-    int m_choice = 0;   ///< of an icon, by number
-    int m_looks = 0;    ///< into chosen files
-    QSet<int> m_saves;  ///< own ones under way, by number
-    bool m_leaving = false;
-    bool m_opening = false;
+    int m_iconChoice = 0;   ///< number of the last one
+    int m_iconChecks = 0;   ///< that are running
+    QSet<int> m_saves;      ///< numbers of own saves that are running or queued
+    bool m_isLeft = false;  ///< by its dialog
+    bool m_isOpeningFolder = false;
 };

@@ -4,27 +4,28 @@
 
 using BottleUtils::Change;
 
-int ProgramSaver::save(const ProgramRef& ref, const ProgramFace& face) {
-    m_waiting[ref].enqueue({++m_saves, face});
-    if (m_waiting[ref].size() == 1)
+int ProgramSaver::save(const ProgramRef& ref, const NameAndIcon& values) {
+    m_queues[ref].enqueue({++m_saves, values});
+    if (m_queues[ref].size() == 1)
         saveNext(ref);
     return m_saves;
 }
 
-std::optional<ProgramFace> ProgramSaver::pending(const ProgramRef& ref) const {
-    const auto waiting = m_waiting.constFind(ref);
-    return waiting == m_waiting.constEnd() ? std::nullopt : std::optional(waiting->last().face);
+std::optional<NameAndIcon> ProgramSaver::pending(const ProgramRef& ref) const {
+    const auto waiting = m_queues.constFind(ref);
+    return waiting == m_queues.constEnd() ? std::nullopt : std::optional(waiting->last().values);
 }
 
 void ProgramSaver::saveNext(const ProgramRef& ref) {
-    const ProgramFace face = m_waiting[ref].head().face;
+    const NameAndIcon values = m_queues[ref].head().values;
     changeServiceAsync(
-        this, [ref, face] { return BottleUtils::setNameAndIcon(ref.bottle, ref.uuid, face.name, face.icon); },
+        this,
+        [ref, values] { return BottleUtils::setNameAndIcon(ref.bottle, ref.uuid, values.name, values.icon); },
         [this, ref](Change change) {
-            Save save = m_waiting[ref].dequeue();
+            Save save = m_queues[ref].dequeue();
             save.change = change;
-            if (m_waiting[ref].isEmpty())
-                m_waiting.remove(ref);
+            if (m_queues[ref].isEmpty())
+                m_queues.remove(ref);
             else
                 saveNext(ref);
             Q_EMIT saved(ref, save);

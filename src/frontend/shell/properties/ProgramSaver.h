@@ -10,14 +10,15 @@
 #include "programs/Program.h"
 
 /// What a user can change of a program.
-struct ProgramFace {
+struct NameAndIcon {
     QString name;
     QString icon;
-    bool operator==(const ProgramFace& other) const { return name == other.name && icon == other.icon; }
+    bool operator==(const NameAndIcon& other) const { return name == other.name && icon == other.icon; }
 };
 
-/// Carries changes to the bottles, those of one program one after the other, whatever becomes of the window
-/// that they were made in. GUI thread only.
+/// Saves changes of programs in their bottles, those of one program one after the other, also after their
+/// window was closed; the process does not end before. One for the process; GUI thread only; waits for
+/// nothing there.
 class ProgramSaver : public QObject, public Fenk::Singleton<ProgramSaver> {
     Q_OBJECT
     friend class Fenk::Singleton<ProgramSaver>;
@@ -25,22 +26,23 @@ class ProgramSaver : public QObject, public Fenk::Singleton<ProgramSaver> {
 public:
     struct Save {
         int number = 0;
-        ProgramFace face;
+        NameAndIcon values;
         BottleUtils::Change change = BottleUtils::Change::Refused;
     };
 
     /// Returns the save's number.
-    int save(const ProgramRef& ref, const ProgramFace& face);
-    /// What the program will be like once all is saved; nothing when no save is under way.
-    std::optional<ProgramFace> pending(const ProgramRef& ref) const;
+    int save(const ProgramRef& ref, const NameAndIcon& values);
+    /// The values once all is saved; nothing if no save is queued or running.
+    std::optional<NameAndIcon> pending(const ProgramRef& ref) const;
 
 Q_SIGNALS:
+    /// `save.change` says how it ended.
     void saved(const ProgramRef& ref, const ProgramSaver::Save& save);
 
 private:
     ProgramSaver() = default;
     void saveNext(const ProgramRef& ref);
 
-    QHash<ProgramRef, QQueue<Save>> m_waiting;  ///< the first of each is under way
+    QHash<ProgramRef, QQueue<Save>> m_queues;  ///< the first of each is running
     int m_saves = 0;
 };
