@@ -4,7 +4,7 @@
 
 #include "shell/associations/BottleAssociations.h"
 
-/// A bottle's associations, of which some are checked.
+/// The table of a bottle's associations, with a check box in each row.
 class AssociationModel : public QAbstractTableModel {
     Q_OBJECT
 public:

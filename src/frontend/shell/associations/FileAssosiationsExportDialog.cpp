@@ -61,7 +61,7 @@ void FileAssosiationsExportDialog::openFor(const ProgramRef& program, QWidget* o
 void FileAssosiationsExportDialog::onRecord(const BusResult& result) {
     if (!result.ok) {
         qWarning().noquote() << "no associations of" << m_bottle << result.errorMessage;
-        showInstead(tr("The file associations cannot be read at the moment. Please try again later."));
+        showPlaceholder(tr("The file associations cannot be read at the moment. Please try again later."));
         return;
     }
     const QString path = BottleRecord::path(result.object());
@@ -75,9 +75,9 @@ void FileAssosiationsExportDialog::onRecord(const BusResult& result) {
 }
 
 void FileAssosiationsExportDialog::fill(const QVector<BottleAssociations::Row>& rows) {
-    // Nothing to choose from is no choice: exporting it would take back what was exported before.
+    // An export of no rows would withdraw everything that is exported.
     if (rows.isEmpty()) {
-        showInstead(tr("No application of this container opens files or links."));
+        showPlaceholder(tr("No application of this container opens files or links."));
         return;
     }
     m_model->setRows(rows);
@@ -87,8 +87,8 @@ void FileAssosiationsExportDialog::fill(const QVector<BottleAssociations::Row>& 
     button(m_export)->setEnabled(true);
 }
 
-void FileAssosiationsExportDialog::showInstead(const QString& sentence) {
-    m_pages->setCurrentIndex(m_pages->addWidget(new ListPlaceholder(Theme::icon("fenk-info"), sentence)));
+void FileAssosiationsExportDialog::showPlaceholder(const QString& text) {
+    m_pages->setCurrentIndex(m_pages->addWidget(new ListPlaceholder(Theme::icon("fenk-info"), text)));
 }
 
 void FileAssosiationsExportDialog::exportChosen() {

@@ -13,19 +13,21 @@ namespace Fenk {
 class Spinner;
 }
 
-/// Which of the files and links that a bottle's programs open the desktop shall open with them.
+/// Lets the user choose which of a bottle's associations are exported to the desktop. Shows a text instead of
+/// the list if there are none or the service does not answer.
 class FileAssosiationsExportDialog : public Fenk::Dialog {
     Q_OBJECT
 public:
-    /// Comes up at once and fills itself.
+    /// Asks the service for the bottle and fills the list later; does not wait.
     explicit FileAssosiationsExportDialog(const QString& bottle, QWidget* parent = nullptr);
 
+    /// Opens a dialog that deletes itself.
     static void openFor(const ProgramRef& program, QWidget* over);
 
 private:
     void onRecord(const BusResult& result);
     void fill(const QVector<BottleAssociations::Row>& rows);
-    void showInstead(const QString& sentence);
+    void showPlaceholder(const QString& text);
     void exportChosen();
 
     QString m_bottle;

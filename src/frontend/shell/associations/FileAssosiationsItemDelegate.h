@@ -2,8 +2,7 @@
 
 #include <QStyledItemDelegate>
 
-/// Draws a row of the associations: a check box and an icon in the middle of their columns, and texts that
-/// are shown whole in a tool tip where they are cut.
+/// Draws a row of the associations with centred check box and icon. An elided text has the whole as tool tip.
 class FileAssosiationsItemDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -14,7 +13,7 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
-    /// The view turns check boxes over, wherever in their row the press was.
+    /// The view toggles check boxes.
     bool editorEvent(QEvent*, QAbstractItemModel*, const QStyleOptionViewItem&, const QModelIndex&) override {
         return false;
     }

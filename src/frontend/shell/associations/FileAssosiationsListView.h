@@ -2,7 +2,7 @@
 
 #include <QTreeView>
 
-/// The associations in rows; a click anywhere in a row, or the space key, turns its check box over.
+/// The list of associations. A click anywhere in a row, or the space key, toggles its check box.
 class FileAssosiationsListView : public QTreeView {
     Q_OBJECT
 public:
