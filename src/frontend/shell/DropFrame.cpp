@@ -42,7 +42,7 @@ void DropFrame::paintEvent(QPaintEvent*) {
     painter.setPen(QPen(Paint::color(Theme::Accent), 2, Qt::DashLine));
     painter.setBrush(withAlpha(Paint::color(Theme::AccentSoft), 0.6));
     painter.drawRoundedRect(frame, Tokens::RadiusCard, Tokens::RadiusCard);
-    // On a ground of its own: what lies below shows through.
+    // On an opaque plate, because the window shows through.
     painter.setFont(Theme::instance()->font(Theme::Title));
     const QString text = tr("Drop to run");
     QRectF plate = painter.boundingRect(frame, Qt::AlignCenter, text);

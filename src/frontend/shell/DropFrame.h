@@ -4,13 +4,13 @@
 
 class QMimeData;
 
-/// Lies over the window while a file that can be run is dragged across it, and says that it will be taken.
+/// Covers the window while a file that can be run is dragged over it. Takes no events itself.
 class DropFrame : public QWidget {
     Q_OBJECT
 public:
     explicit DropFrame(QWidget* parent);
 
-    /// The first local Windows program in a drag, or nothing.
+    /// The path of the first local Windows program in a drag, or an empty string.
     static QString programIn(const QMimeData* data);
 
 protected:

@@ -30,7 +30,7 @@ void IndexView::buildPages() {
     connect(m_local, &AppLocalView::searchObsolete, m_search, &SearchWidget::clear);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);
     if (!m_search->text().isEmpty())
-        m_local->search(m_search->text());  // typed before there was a page
+        m_local->search(m_search->text());  // typed before the page was built
 }
 
 void IndexView::addProgram() {

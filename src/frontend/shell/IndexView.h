@@ -8,21 +8,23 @@ class AppLocalView;
 class QStackedWidget;
 class SearchWidget;
 
-/// What fills the window: the sidebar and the page that it chooses. The pages are built when the window
-/// already stands.
+/// The contents of the main window: the sidebar and the page that it chooses. The pages are built by
+/// buildPages(), after the window is shown.
 class IndexView : public QWidget {
     Q_OBJECT
 public:
-    /// The field belongs to the title bar.
+    /// `search` is owned by the title bar.
     explicit IndexView(SearchWidget* search, QWidget* parent = nullptr);
 
     void buildPages();
-    /// Asks for a program file, as soon as there are pages.
+    /// Asks for a program file. Does nothing before buildPages().
     void addProgram();
+    /// Null before buildPages().
     AppLocalView* localView() const { return m_local; }
     SidebarView* sidebar() const { return m_sidebar; }
 
 Q_SIGNALS:
+    /// The user chose a file to run.
     void openRequested(const QString& path);
 
 private:

@@ -63,7 +63,7 @@ void Mainwindow::showEvent(QShowEvent* event) {
     if (event->spontaneous() || m_wasShown)
         return;
     m_wasShown = true;
-    // The window comes up first.
+    // After the window is shown.
     QTimer::singleShot(SetUpDelayMs, this, &Mainwindow::setUp);
 }
 

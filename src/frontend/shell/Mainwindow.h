@@ -6,8 +6,8 @@ class DropFrame;
 class IndexView;
 class SearchWidget;
 
-/// The library window. Created by the application when it is first wanted; a launch of a file never creates
-/// it.
+/// The library window. Owned by the application object, which creates it at the first request to show it; a
+/// launch of a file never creates it.
 class Mainwindow : public Fenk::MainWindow {
     Q_OBJECT
 public:
@@ -16,7 +16,7 @@ public:
     IndexView* indexView() const { return m_indexView; }
 
 Q_SIGNALS:
-    /// The user chose a file to run, or dropped it.
+    /// The user chose or dropped a file to run.
     void openRequested(const QString& path);
 
 public Q_SLOTS:

@@ -16,7 +16,7 @@ SearchWidget::SearchWidget(QWidget* parent) : QWidget(parent), m_edit(new Fenk::
     setMinimumSize(LeastSize);
     m_edit->setMaxLength(LongestKeyword);
     m_edit->setMinimumHeight(LeastSize.height());
-    // A file that is dropped here is to be run like anywhere else.
+    // The window handles drops.
     m_edit->setAcceptDrops(false);
     m_edit->installEventFilter(this);
     auto* layout = new QHBoxLayout(this);
@@ -27,8 +27,8 @@ SearchWidget::SearchWidget(QWidget* parent) : QWidget(parent), m_edit(new Fenk::
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, const QWidget* now) {
         if (now != m_edit || !old || old->window() != window())
             return;
-        m_before = old;
-        m_isFromElsewhere = true;
+        m_previousFocus = old;
+        m_hasPreviousFocus = true;
     });
 }
 
@@ -47,13 +47,13 @@ void SearchWidget::begin(const QString& letter) {
     m_edit->insert(letter);
 }
 
-void SearchWidget::stepBack() {
+void SearchWidget::clearAndReturn() {
     m_edit->clear();
-    if (!m_isFromElsewhere)
+    if (!m_hasPreviousFocus)
         return;
-    m_isFromElsewhere = false;
-    if (m_before && m_before->isVisible() && m_before->focusPolicy() != Qt::NoFocus)
-        m_before->setFocus(Qt::OtherFocusReason);
+    m_hasPreviousFocus = false;
+    if (m_previousFocus && m_previousFocus->isVisible() && m_previousFocus->focusPolicy() != Qt::NoFocus)
+        m_previousFocus->setFocus(Qt::OtherFocusReason);
     else
         Q_EMIT leaveForResults();
 }
@@ -67,7 +67,7 @@ bool SearchWidget::eventFilter(QObject* watched, QEvent* event) {
                 Q_EMIT leaveForResults();
                 return true;
             case Qt::Key_Escape:
-                stepBack();
+                clearAndReturn();
                 return true;
             default:
                 break;

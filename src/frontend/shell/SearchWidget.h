@@ -7,8 +7,8 @@ namespace Fenk {
 class SearchEdit;
 }
 
-/// The search field in the title bar. Down and Return lead to what was found, Escape back to where the user
-/// was before.
+/// The search field in the title bar. Down and Return emit leaveForResults(); Escape clears the field and
+/// returns the focus to the widget that had it before.
 class SearchWidget : public QWidget {
     Q_OBJECT
 public:
@@ -16,7 +16,7 @@ public:
 
     QString text() const;
     void clear();
-    /// The first letter of a search that was begun anywhere in the window.
+    /// Focuses the field and appends a letter that was typed elsewhere in the window.
     void begin(const QString& letter);
 
 Q_SIGNALS:
@@ -27,9 +27,9 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void stepBack();
+    void clearAndReturn();
 
     Fenk::SearchEdit* m_edit;
-    QPointer<QWidget> m_before;      ///< had the focus before the field
-    bool m_isFromElsewhere = false;  ///< something had, even if it is gone by now
+    QPointer<QWidget> m_previousFocus;
+    bool m_hasPreviousFocus = false;  ///< stays true if that widget is deleted
 };

@@ -35,12 +35,12 @@ public:
             return;
         }
         const Paint::Scope scope(painter);
-        const QRect room =
+        const QRect inner =
             option.rect.adjusted(Tokens::Space16 + Tokens::Space4, Tokens::Space8, -Tokens::Space16, 0);
         painter->setFont(Theme::instance()->font(Theme::SmallStrong));
         painter->setPen(Paint::color(Theme::Secondary));
-        painter->drawText(room, Qt::AlignVCenter | Qt::AlignLeft, index.data().toString());
-        const QRect arrow(room.right() - Tokens::IconSmall, room.top(), Tokens::IconSmall, room.height());
+        painter->drawText(inner, Qt::AlignVCenter | Qt::AlignLeft, index.data().toString());
+        const QRect arrow(inner.right() - Tokens::IconSmall, inner.top(), Tokens::IconSmall, inner.height());
         Paint::chevron(painter, arrow, m_view->isExpanded(index) ? Qt::DownArrow : Qt::RightArrow,
                        Paint::color(Theme::Secondary));
         if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange))
@@ -52,7 +52,7 @@ private:
     QTreeView* m_view;
 };
 
-/// In the colours of the theme that is now, whatever the desktop's icon theme draws.
+/// In the text colour of the present theme.
 QIcon tintedIcon(const QString& name) {
     QIcon result;
     const QIcon shape = Theme::icon(name);
@@ -128,14 +128,14 @@ void SidebarView::keyPressEvent(QKeyEvent* event) {
             onClicked(currentIndex());
         return;
     }
-    // Letters are a search in the programs, not in these rows.
+    // Letters start a search for programs in the main window.
     if (!event->text().isEmpty() && event->text().at(0).isPrint())
         event->ignore();
     else
         QTreeView::keyPressEvent(event);
 }
 
-/// The row of the page that is shown stays chosen while the keys pass a group.
+/// The shown page stays selected while the current row is a group.
 QItemSelectionModel::SelectionFlags SidebarView::selectionCommand(const QModelIndex& index,
                                                                   const QEvent* event) const {
     return index.parent().isValid() ? QTreeView::selectionCommand(index, event)

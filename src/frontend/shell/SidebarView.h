@@ -5,7 +5,8 @@
 class QStandardItem;
 class QStandardItemModel;
 
-/// The groups of pages at the window's left side. A click on a group only opens and closes it.
+/// The list of pages at the window's left side. A click on a group expands or collapses it; a click on a row
+/// below it emits pageChosen().
 class SidebarView : public QTreeView {
     Q_OBJECT
 public:
@@ -15,6 +16,7 @@ public:
     explicit SidebarView(QWidget* parent = nullptr);
 
     QStandardItemModel* sidebarModel() const { return m_model; }
+    /// Draws the icons in the colours of the present theme.
     void refreshIcons();
 
 Q_SIGNALS:
