@@ -15,7 +15,7 @@ namespace {
 
 constexpr off_t MaximumFileBytes = 1 << 20;
 constexpr int OldFiles = 3;
-constexpr int Attempts = 5;  // in case other processes roll the file at the same time
+constexpr int MaximumAttempts = 5;  // in case other processes roll the file at the same time
 const char Name[] = "/lumora-event-log";
 
 std::string home() {
@@ -62,12 +62,12 @@ public:
     File& operator=(const File&) = delete;
 
     /// Locks the file; waits for other writers. Returns false for anything but a regular file of this user.
-    bool take() {
+    bool lock() {
         struct stat facts;
         return m_fd >= 0 && fstat(m_fd, &facts) == 0 && S_ISREG(facts.st_mode) &&
                fchmod(m_fd, S_IRUSR | S_IWUSR) == 0 && flock(m_fd, LOCK_EX) == 0;
     }
-    bool isStill(const std::string& path) const { return isFile(m_fd, path); }
+    bool isCurrentFile(const std::string& path) const { return isFile(m_fd, path); }
     off_t size() const { return lseek(m_fd, 0, SEEK_END); }
 
     void append(const std::string& line) const {
@@ -100,11 +100,11 @@ EventFile::EventFile(const std::string& program) {
 void EventFile::append(const std::string& line) const {
     if (m_directory.empty() || access(m_offSwitch.c_str(), F_OK) == 0 || !makeDirectories(m_directory))
         return;
-    for (int attempt = 0; attempt < Attempts; ++attempt) {
+    for (int attempt = 0; attempt < MaximumAttempts; ++attempt) {
         File file(m_path);
-        if (!file.take())
+        if (!file.lock())
             return;
-        if (!file.isStill(m_path))
+        if (!file.isCurrentFile(m_path))
             continue;
         const off_t size = file.size();
         if (size == 0 || size + off_t(line.size()) <= MaximumFileBytes) {

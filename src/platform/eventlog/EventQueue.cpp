@@ -12,7 +12,7 @@
 namespace {
 
 constexpr std::size_t MaximumWaitingBytes = 4 << 20;
-constexpr std::chrono::seconds Patience(1);
+constexpr std::chrono::seconds ExitLimit(1);
 
 /// Blocks all signals, so that the new thread handles none.
 class SignalsBlocked {
@@ -45,10 +45,10 @@ EventQueue::EventQueue() : m_state(std::make_shared<State>()) {}
 
 EventQueue::~EventQueue() {
     std::unique_lock<std::mutex> lock(m_state->mutex);
-    m_state->changed.wait_for(lock, Patience, [this] { return m_state->lines.empty(); });
+    m_state->changed.wait_for(lock, ExitLimit, [this] { return m_state->lines.empty(); });
     m_state->isEnding = true;
     m_state->changed.notify_all();
-    m_state->changed.wait_for(lock, Patience, [this] { return !m_state->isWorking; });
+    m_state->changed.wait_for(lock, ExitLimit, [this] { return !m_state->isWorking; });
 }
 
 void EventQueue::setProgram(const std::string& name) {

@@ -14,21 +14,21 @@
 
 namespace {
 
-const char CommonDirectory[] = "/tmp/exeicons";
+const char SharedDirectory[] = "/tmp/exeicons";
 constexpr int LimitMs = 30000;
 constexpr int Niceness = 10;
 
 /// Files in the shared directory that are being written.
-QSet<QString>& filesInWork() {
+QSet<QString>& filesBeingWritten() {
     static QSet<QString> files;
     return files;
 }
 
 /// Creates the shared directory; false if another user owns it or could write to it.
-bool isCommonDirectoryOurs() {
-    ::mkdir(CommonDirectory, 0700);
+bool makeSharedDirectory() {
+    ::mkdir(SharedDirectory, 0700);
     struct stat status = {};
-    return ::lstat(CommonDirectory, &status) == 0 && S_ISDIR(status.st_mode) &&
+    return ::lstat(SharedDirectory, &status) == 0 && S_ISDIR(status.st_mode) &&
            status.st_uid == ::geteuid() && (status.st_mode & 022) == 0;
 }
 
@@ -49,7 +49,7 @@ ExeIconReader::ExeIconReader(const QString& exePath, QObject* parent) : QObject(
 ExeIconReader::~ExeIconReader() {
     if (m_tool)
         m_tool->disconnect(this);
-    filesInWork().remove(m_iconFile);
+    filesBeingWritten().remove(m_iconFile);
 }
 
 void ExeIconReader::start() {
@@ -70,11 +70,11 @@ void ExeIconReader::start() {
 /// not used.
 bool ExeIconReader::chooseDirectory() {
     const QString fileName = QFileInfo(m_exePath).fileName();
-    const QString common = QString(CommonDirectory) + "/" + fileName;
-    if (isCommonDirectoryOurs() && !filesInWork().contains(common)) {
-        m_iconFile = common;
-        filesInWork().insert(common);
-        QFile::remove(common);
+    const QString shared = QString(SharedDirectory) + "/" + fileName;
+    if (makeSharedDirectory() && !filesBeingWritten().contains(shared)) {
+        m_iconFile = shared;
+        filesBeingWritten().insert(shared);
+        QFile::remove(shared);
         return true;
     }
     m_ownDirectory = std::make_unique<QTemporaryDir>();
@@ -86,7 +86,7 @@ void ExeIconReader::onFinished(int exitCode, QProcess::ExitStatus status) {
     QIcon icon;
     if (status == QProcess::NormalExit && exitCode == 0)
         icon = IconFile::read(m_iconFile);
-    filesInWork().remove(m_iconFile);
+    filesBeingWritten().remove(m_iconFile);
     m_ownDirectory.reset();
     if (icon.isNull())
         qInfo() << "no icon in" << m_exePath << m_tool->readAll().trimmed().left(200);

@@ -16,7 +16,7 @@ bool MonitorCycle::step(const Processes& processes, const Windows& windows,
         case Verdict::Gone:
             return true;
         case Verdict::Unchanged:
-            if (isGivenUp(processes))
+            if (hasTimedOut(processes))
                 return true;
             break;
         case Verdict::Alive:
@@ -53,7 +53,7 @@ MonitorCycle::Verdict MonitorCycle::judge(const Processes& processes, const Wind
     return lastWindowCount == 0 ? Verdict::Unchanged : Verdict::Alive;
 }
 
-bool MonitorCycle::isGivenUp(const Processes& processes) {
+bool MonitorCycle::hasTimedOut(const Processes& processes) {
     if (processes != lastProcessList) {
         unchangedCycles = 0;
         return false;

@@ -19,7 +19,7 @@ public:
     bool step(const Processes& processes, const Windows& windows, const std::function<void()>& onStart);
 
     /// Restarts the count of unchanged cycles after step() returned true.
-    void waitAgain() { unchangedCycles = 0; }
+    void restartTimeout() { unchangedCycles = 0; }
 
     bool crashed = false;     ///< a crash reporter or debugger was among the processes
     bool windowSeen = false;  ///< the program has shown a window
@@ -28,7 +28,7 @@ private:
     enum class Verdict { Alive, Unchanged, Gone };
 
     Verdict judge(const Processes& processes, const Windows& windows, const std::function<void()>& onStart);
-    bool isGivenUp(const Processes& processes);
+    bool hasTimedOut(const Processes& processes);
     void checkForCrash(const Processes& processes);
 
     int lastWindowCount = 0;

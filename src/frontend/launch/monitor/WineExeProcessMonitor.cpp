@@ -104,7 +104,7 @@ void WineExeProcessMonitor::onProcessListUpdate(const QMap<QString, QString>& pr
     if (!isSameRun())
         return;
     if (isGone && waitsForAll && windowSeen && !processList.isEmpty()) {
-        m_cycle.waitAgain();
+        m_cycle.restartTimeout();
         Q_EMIT appLingers();
         return;
     }

@@ -15,22 +15,22 @@ namespace {
 const char ConnectionName[] = "rightClickRecord";
 int users = 0;  // objects that use the connection
 
-struct Complaints {
+struct LogTexts {
     const char* prepare;
     const char* run;
 };
 
 bool run(QSqlQuery& query, const char* statement, const QMap<QString, QString>& values,
-         const Complaints& complaints) {
+         const LogTexts& logTexts) {
     if (!query.prepare(statement)) {
-        qWarning() << complaints.prepare << query.lastError();
+        qWarning() << logTexts.prepare << query.lastError();
         return false;
     }
     for (auto value = values.begin(); value != values.end(); ++value)
         query.bindValue(value.key(), value.value());
     if (query.exec())
         return true;
-    qWarning() << complaints.run << query.lastError();
+    qWarning() << logTexts.run << query.lastError();
     return false;
 }
 

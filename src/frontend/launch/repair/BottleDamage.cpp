@@ -5,7 +5,7 @@ namespace {
 constexpr int Many = 20;
 
 /// Files that nearly every program needs to start.
-const QStringList& core() {
+const QStringList& essentialFiles() {
     static const QStringList names = {"ntdll.dll",
                                       "kernel32.dll",
                                       "kernelbase.dll",
@@ -41,7 +41,7 @@ const QStringList& core() {
 }  // namespace
 
 QString BottleDamage::worst() const {
-    for (const QString& name : core()) {
+    for (const QString& name : essentialFiles()) {
         for (const QString& file : files) {
             if (file.endsWith('/' + name, Qt::CaseInsensitive) || file == name)
                 return name;

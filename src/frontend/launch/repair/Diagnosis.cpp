@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr int LongSeconds = 10;  // a shorter run counts as "at once"
-constexpr qint64 OrdinaryMonoBytes = 45000000;
+constexpr int ImmediateExitSeconds = 10;  // a shorter run counts as "at once"
+constexpr qint64 TypicalMonoBytes = 45000000;
 constexpr int FirstMsiError = 1600;
 
 class Diagnostician {
@@ -34,7 +34,7 @@ public:
             next = found.advice;
         if (next.isEmpty())
             next = tr("View Logs shows what Wine said.");
-        return {both(found.reason, next), repair};
+        return {joined(found.reason, next), repair};
     }
 
 private:
@@ -53,9 +53,9 @@ private:
     RepairAction action() const {
         const auto can = [this](RepairAction action) { return m_facts.possible.contains(action); };
         const auto other = std::find_if(m_facts.possible.cbegin(), m_facts.possible.cend(), isOtherRepair);
-        const bool isOtherMeant =
+        const bool prefersOther =
             !m_facts.launcherReason.isEmpty() || isOf(Failure::DamagedBottle) || isOf(Failure::Needs32Bit);
-        if (isOtherMeant && other != m_facts.possible.cend())
+        if (prefersOther && other != m_facts.possible.cend())
             return *other;
         if (!m_facts.launcherReason.isEmpty())
             return RepairAction::None;
@@ -84,14 +84,14 @@ private:
                 {Failure::Msi, QString::number(m_facts.exitCode - FirstMsiError % 256 + FirstMsiError), {}});
         if (!m_facts.isExitCodeKnown)
             return {tr("It ended without showing a window."), {}};
-        const QString text = m_facts.seconds < LongSeconds
+        const QString text = m_facts.seconds < ImmediateExitSeconds
                                  ? tr("It ended at once without showing a window (exit code %1).")
                                  : tr("It ended without showing a window (exit code %1).");
         return {text.arg(m_facts.exitCode), {}};
     }
 
     QString monoSize() const {
-        const qint64 bytes = m_facts.downloadBytes > 0 ? m_facts.downloadBytes : OrdinaryMonoBytes;
+        const qint64 bytes = m_facts.downloadBytes > 0 ? m_facts.downloadBytes : TypicalMonoBytes;
         return TextUtils::readableSize(bytes, 0);
     }
 
@@ -134,7 +134,7 @@ private:
         return {};
     }
 
-    static QString both(const QString& first, const QString& second) {
+    static QString joined(const QString& first, const QString& second) {
         //: two sentences, one after the other
         return tr("%1 %2").arg(first, second);
     }

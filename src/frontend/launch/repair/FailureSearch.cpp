@@ -11,13 +11,13 @@ namespace {
 
 constexpr int MaximumSigns = 64;
 constexpr int LinesAtEachEnd = 1000;
-constexpr int LongestLine = 1024;  // characters that are searched
-constexpr int LongestName = 80;
+constexpr int MaximumLineLength = 1024;  // characters that are searched
+constexpr int MaximumNameLength = 80;
 
 /// Removes control and other unprintable characters.
 QString cleanName(const QString& name) {
     QString clean;
-    for (const QChar c : name.left(LongestName)) {
+    for (const QChar c : name.left(MaximumNameLength)) {
         if (c.isPrint())
             clean += c;
     }
@@ -40,12 +40,12 @@ QString exceptionCode(const QString& words) {
 
 class Search {
 public:
-    void lookThrough(const QStringList& lines, FailurePattern::Source source) {
+    void searchLines(const QStringList& lines, FailurePattern::Source source) {
         const int count = lines.size();
         for (int i = 0; i < count; ++i) {
             if (i == LinesAtEachEnd)
                 i = std::max(i, count - LinesAtEachEnd);
-            look(lines.at(i).left(LongestLine), source);
+            searchLine(lines.at(i).left(MaximumLineLength), source);
         }
     }
 
@@ -56,7 +56,7 @@ public:
     }
 
 private:
-    void look(const QString& line, FailurePattern::Source source) {
+    void searchLine(const QString& line, FailurePattern::Source source) {
         const QString text = source == FailurePattern::Said ? line.toLower() : line;
         for (const FailurePattern& pattern : failurePatterns()) {
             if (m_signs.size() >= MaximumSigns)
@@ -102,14 +102,14 @@ private:
 
 QVector<FailureSign> FailureSearch::signs(const WineLogParser& log) {
     Search search;
-    search.lookThrough(log.parsedLogs, FailurePattern::Logged);
-    search.lookThrough(log.otherLogs, FailurePattern::Logged);
-    search.lookThrough(log.startedPrograms, FailurePattern::Logged);
-    search.lookThrough(log.printedLines, FailurePattern::Logged);
-    search.lookThrough(log.printedLines, FailurePattern::Said);
+    search.searchLines(log.parsedLogs, FailurePattern::Logged);
+    search.searchLines(log.otherLogs, FailurePattern::Logged);
+    search.searchLines(log.startedPrograms, FailurePattern::Logged);
+    search.searchLines(log.printedLines, FailurePattern::Logged);
+    search.searchLines(log.printedLines, FailurePattern::Said);
     QStringList drawn;
     for (const QString& text : log.drawnTexts)
         drawn << unescapedWineText(text);
-    search.lookThrough(drawn, FailurePattern::Said);
+    search.searchLines(drawn, FailurePattern::Said);
     return search.inOrder();
 }

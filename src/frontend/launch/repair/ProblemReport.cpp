@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int ShortestName = 3;  // shorter names occur within too many words
+constexpr int MinimumNameLength = 3;  // shorter names occur within too many words
 
 QString known(const QString& value) {
     return value.isEmpty() ? ProblemReport::tr("not known") : value;
@@ -27,7 +27,7 @@ QString ProblemReport::scrubbed(QString text, const QString& home, const QString
         text.replace(QRegularExpression(inWine, QRegularExpression::CaseInsensitiveOption), "@home_dir@");
     }
     text = cleanHomePaths(text);
-    if (user.size() >= ShortestName && user != "root")
+    if (user.size() >= MinimumNameLength && user != "root")
         text.replace(QRegularExpression("\\b" + QRegularExpression::escape(user) + "\\b",
                                         QRegularExpression::UseUnicodePropertiesOption |
                                             QRegularExpression::CaseInsensitiveOption),

@@ -15,20 +15,20 @@ void RenewBottleStep::start() {
 }
 
 void RenewBottleStep::retry() {
-    m_isUnderWay = true;
+    m_isRunning = true;
     BottleRepair::instance()->renew(m_bottle, this, [this](const BusResult& answer) { onAnswer(answer); });
 }
 
 void RenewBottleStep::cancel() {
-    if (m_isUnderWay)
+    if (m_isRunning)
         BottleRepair::instance()->cancelRenewal(m_bottle);
-    m_isUnderWay = false;
+    m_isRunning = false;
 }
 
 void RenewBottleStep::onAnswer(const BusResult& answer) {
-    if (!m_isUnderWay)
+    if (!m_isRunning)
         return;
-    m_isUnderWay = false;
+    m_isRunning = false;
     const QJsonObject result = answer.object();
     const QStringList programs = result.value("busy").toVariant().toStringList();
     if (!programs.isEmpty()) {

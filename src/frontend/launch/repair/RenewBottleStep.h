@@ -18,5 +18,5 @@ private:
     void onAnswer(const BusResult& answer);
 
     QString m_bottle;
-    bool m_isUnderWay = false;
+    bool m_isRunning = false;
 };

@@ -33,7 +33,7 @@ QString textOf(const OfferedFile& file) {
                : RepairOffer::tr("%1 comes from %2; its size is not known yet.").arg(file.name, file.source);
 }
 
-void tell(const OfferedComponent& component, QVector<RepairOffer::Line>* lines) {
+void addLines(const OfferedComponent& component, QVector<RepairOffer::Line>* lines) {
     if (!component.isAvailable) {
         lines->append({RepairOffer::tr("%1 cannot be installed.").arg(component.title), true});
         if (!component.reason.isEmpty())
@@ -92,7 +92,7 @@ qint64 OfferedComponent::bytes(const QVector<OfferedComponent>& components) {
 QVector<RepairOffer::Line> RepairOffer::lines() const {
     QVector<Line> lines;
     for (const OfferedComponent& component : components)
-        tell(component, &lines);
+        addLines(component, &lines);
     if (!fonts.isEmpty())
         lines.append(
             {tr("Repair puts fonts of this system in the place of %1.").arg(fonts.join(", ")), false});

@@ -49,17 +49,17 @@ void Runner32Step::start() {
 
 void Runner32Step::fetch() {
     m_state = State::Fetching;
-    m_isAnswerLate = false;
+    m_callTimedOut = false;
     Q_EMIT emitMsg(launchText("%1 is not installing, try to download now").arg(m_runner), MsgLine);
     ComponentManager* manager = ComponentManager::instance();
     connect(manager, &ComponentManager::updateProgress, this, &Runner32Step::onProgress);
     connect(manager, &ComponentManager::installed, this,
             [this](int success, const QString& kind, const QString& name, const QString& error) {
-                if (kind == ComponentKind::runner() && name == m_runner && (success || m_isAnswerLate))
+                if (kind == ComponentKind::runner() && name == m_runner && (success || m_callTimedOut))
                     onFetched(success, error);
             });
     manager->install(ComponentKind::runner(), m_runner, this, [this](const BusResult& answer) {
-        m_isAnswerLate = answer.timedOut;  // a long download; the signal reports its result
+        m_callTimedOut = answer.timedOut;  // a long download; the signal reports its result
         if (!answer.timedOut)
             onFetched(answer.object().value("ok").toBool(), errorOf(answer));
     });

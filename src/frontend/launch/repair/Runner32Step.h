@@ -30,5 +30,5 @@ private:
     QString m_runner;
     bool m_isInstalled;
     State m_state = State::Idle;
-    bool m_isAnswerLate = false;  ///< the D-Bus call timed out; the signal reports the result
+    bool m_callTimedOut = false;  ///< the D-Bus call timed out; the signal reports the result
 };

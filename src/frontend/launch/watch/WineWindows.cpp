@@ -10,8 +10,8 @@
 
 namespace {
 
-constexpr int LeastSide = 121;  // icons, splash dots and helper windows are smaller
-constexpr int LongestMapsLine = 8192;
+constexpr int MinimumSide = 121;  // icons, splash dots and helper windows are smaller
+constexpr int MaximumMapsLine = 8192;
 
 constexpr int MaximumKnown = 4096;
 
@@ -33,7 +33,7 @@ bool WineWindows::isWineProcess(qint64 pid) {
     QFile maps(QString::fromLatin1(processFile(pid, "maps")));
     if (!maps.open(QIODevice::ReadOnly))
         return false;
-    char line[LongestMapsLine];
+    char line[MaximumMapsLine];
     while (maps.readLine(line, sizeof line) > 0) {
         const char* word = std::strstr(line, "wine");
         if (word && std::strstr(word, "-preloader"))
@@ -74,7 +74,7 @@ QMap<QByteArray, QByteArray> WineWindows::wineEnvironmentOfWindow(X11Desktop::Wi
     if (pid == 0 || !isKnownWineProcess(pid))
         return {};
     const QSize size = m_desktop.sizeOf(window);
-    if (size.width() < LeastSide || size.height() < LeastSide)
+    if (size.width() < MinimumSide || size.height() < MinimumSide)
         return {};
     return wineEnvironment(pid);
 }

@@ -31,10 +31,10 @@ struct X11ErrorHandlers {
             return;
         const XErrorHandler present = XSetErrorHandler(onError);
         if (present != onError)
-            othersOnError = present;
+            previousOnError = present;
         const XIOErrorHandler presentOnLoss = XSetIOErrorHandler(onLoss);
         if (presentOnLoss != onLoss)
-            othersOnLoss = presentOnLoss;
+            previousOnLoss = presentOnLoss;
     }
 
     static void remove() {
@@ -42,10 +42,10 @@ struct X11ErrorHandlers {
         if (--users > 0)
             return;
         // A handler installed on top of ours stays; it passes on errors of other connections.
-        const XErrorHandler present = XSetErrorHandler(othersOnError);
+        const XErrorHandler present = XSetErrorHandler(previousOnError);
         if (present != onError)
             XSetErrorHandler(present);
-        const XIOErrorHandler presentOnLoss = XSetIOErrorHandler(othersOnLoss);
+        const XIOErrorHandler presentOnLoss = XSetIOErrorHandler(previousOnLoss);
         if (presentOnLoss != onLoss)
             XSetIOErrorHandler(presentOnLoss);
     }
@@ -57,9 +57,9 @@ private:
     static bool isOwn(Display* display) { return desktopOfThread && desktopOfThread->m_display == display; }
 
     static int onError(Display* display, XErrorEvent* event) {
-        const XErrorHandler other = othersOnError;
+        const XErrorHandler previous = previousOnError;
         if (!isOwn(display))
-            return other ? other(display, event) : 0;
+            return previous ? previous(display, event) : 0;
         X11Desktop& desktop = *desktopOfThread;
         if (!desktop.m_isQuerying)
             desktop.m_hasFailed = true;
@@ -69,23 +69,23 @@ private:
     }
 
     static int onLoss(Display* display) {
-        const XIOErrorHandler other = othersOnLoss;
+        const XIOErrorHandler previous = previousOnLoss;
         if (!isOwn(display))
-            return other ? other(display) : 0;
+            return previous ? previous(display) : 0;
         desktopOfThread->m_isLost = true;
         return 0;
     }
 
     static std::mutex mutex;
     static int users;
-    static std::atomic<XErrorHandler> othersOnError;
-    static std::atomic<XIOErrorHandler> othersOnLoss;
+    static std::atomic<XErrorHandler> previousOnError;
+    static std::atomic<XIOErrorHandler> previousOnLoss;
 };
 
 std::mutex X11ErrorHandlers::mutex;
 int X11ErrorHandlers::users = 0;
-std::atomic<XErrorHandler> X11ErrorHandlers::othersOnError{nullptr};
-std::atomic<XIOErrorHandler> X11ErrorHandlers::othersOnLoss{nullptr};
+std::atomic<XErrorHandler> X11ErrorHandlers::previousOnError{nullptr};
+std::atomic<XIOErrorHandler> X11ErrorHandlers::previousOnLoss{nullptr};
 
 /// A query about a window that may have vanished, which the reply reports: checking first would take three
 /// more round trips, and the window could still vanish in between.

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr unsigned long PauseUs = 10000;
+constexpr unsigned long PollIntervalUs = 10000;
 
 bool isSameDirectory(const QByteArray& one, const char* other) {
     if (one.isEmpty())
@@ -47,7 +47,7 @@ void X11FindWindowThread::run() {
                 break;
             }
             if (!found && !desktop.takePropertyChange())
-                usleep(PauseUs);
+                usleep(PollIntervalUs);
         }
     }
     if (found)

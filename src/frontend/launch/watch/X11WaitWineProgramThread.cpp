@@ -10,7 +10,7 @@ Q_LOGGING_CATEGORY(windowLog, "wineapp.window")
 
 namespace {
 
-constexpr unsigned long PauseUs = 10000;
+constexpr unsigned long PollIntervalUs = 10000;
 std::atomic<bool> hasSeenError{false};
 
 QStringList programsWithWindows(X11Desktop& desktop, WineWindows& wine) {
@@ -40,7 +40,7 @@ void X11WaitWineProgramThread::run() {
     WineWindows wine(desktop);
     while (desktop.isOpen() && !stopRequested() && !hasSeenError) {
         if (!desktop.takePropertyChange()) {
-            usleep(PauseUs);
+            usleep(PollIntervalUs);
         } else {
             for (const QString& uuid : programsWithWindows(desktop, wine))
                 Q_EMIT winpopuped(uuid);

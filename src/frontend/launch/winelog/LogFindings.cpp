@@ -11,24 +11,24 @@ QString text(const char* source) {
     return QCoreApplication::translate("ExeFileExecutor", source);
 }
 
-class Reader {
+class FindingsBuilder {
 public:
-    Reader(const WineLogParser& log, const LogFindings::Asked& asked) : m_log(log), m_asked(asked) {}
+    FindingsBuilder(const WineLogParser& log, const LogFindings::Asked& asked) : m_log(log), m_asked(asked) {}
 
-    LogFindings read(int mask) {
+    LogFindings build(int mask) {
         if (m_asked.isFirstRun)
-            readEnding(mask);
+            addCrash(mask);
         if (!m_asked.autoFix && m_log.monoMissing)
-            readRuntime();
+            addDotNetRuntime();
         for (const QString& component : without(m_log.missingComponents, m_asked.triedComponents))
             add(component);
         if (m_asked.isFirstRun && (mask & LogMissingFont))
-            readFonts();
+            addFonts();
         if (m_asked.isFirstRun)
-            showLines();
+            addLogLines();
         if (!m_found.components.isEmpty()) {
-            say(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "Try to install components:")));
-            say(m_found.components.join('\n'));
+            addMessage(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "Try to install components:")));
+            addMessage(m_found.components.join('\n'));
         }
         for (const QString& tried : m_asked.triedComponents)
             m_found.components.removeAll(tried);
@@ -46,38 +46,38 @@ private:
         return left;
     }
 
-    void say(const QString& line, MsgType type = MsgLine) { m_found.messages.append({line, type}); }
+    void addMessage(const QString& line, MsgType type = MsgLine) { m_found.messages.append({line, type}); }
 
     void add(const QString& component) {
         if (!m_found.components.contains(component))
             m_found.components.append(component);
     }
 
-    void readEnding(int mask) {
+    void addCrash(int mask) {
         m_found.crashed = mask & LogCrash;
         m_found.installFailed = mask & LogSetupApiError;
         if (m_found.crashed)
-            say(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "Detech crash in wine logs")), MsgError);
+            addMessage(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "Detech crash in wine logs")), MsgError);
     }
 
-    void readRuntime() {
+    void addDotNetRuntime() {
         if (m_asked.dotnetVersion.isEmpty()) {
             add("mono9");
             return;
         }
-        say(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "This application need .NET Framework %1."))
-                .arg(m_asked.dotnetVersion));
+        addMessage(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "This application need .NET Framework %1."))
+                       .arg(m_asked.dotnetVersion));
         add(m_asked.requiredComponent);
     }
 
-    void readFonts() {
+    void addFonts() {
         m_found.fonts = without(m_log.missingFonts, m_asked.triedFonts);
         if (!m_found.fonts.isEmpty())
-            say(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "This application missing fonts: %1"))
-                    .arg(m_found.fonts.join(',')));
+            addMessage(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "This application missing fonts: %1"))
+                           .arg(m_found.fonts.join(',')));
     }
 
-    void showLines() {
+    void addLogLines() {
         showList(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "Parsed wine error logs:")), m_log.parsedLogs);
         showList(text(QT_TRANSLATE_NOOP("ExeFileExecutor", "Other wine error logs:")), m_log.otherLogs);
     }
@@ -85,9 +85,9 @@ private:
     void showList(const QString& heading, const QStringList& lines) {
         if (lines.isEmpty())
             return;
-        say(heading);
+        addMessage(heading);
         for (const QString& line : lines)
-            say(line, MsgError);
+            addMessage(line, MsgError);
     }
 
     const WineLogParser& m_log;
@@ -98,5 +98,5 @@ private:
 }  // namespace
 
 LogFindings LogFindings::of(const WineLogParser& log, int mask, const Asked& asked) {
-    return Reader(log, asked).read(mask);
+    return FindingsBuilder(log, asked).build(mask);
 }
