@@ -4,25 +4,27 @@
 #include <QTimer>
 #include <functional>
 
-/// Ends a service that nobody has asked anything for a while and that has nothing to do: the next call starts
-/// it again. It goes in two steps, so that a call which was already on its way is still answered.
+/// Ends a service that has nothing to do and has not been called for a while; the next call starts it again.
+/// It ends in two steps, so that a call which was already on its way is still answered. Lives in the main
+/// thread.
 class IdleExit : public QObject {
     Q_OBJECT
 
 public:
-    /// 0 seconds: never. isDone says whether nothing is under way that must be finished; what begins while
-    /// the service is leaving, such as a user's program, is the next service's and must not hold this one.
+    /// 0 seconds means never. isIdle tells whether the service may begin to leave, isDone whether all work
+    /// that must be finished is done. Work that begins while the service is leaving, such as a program that a
+    /// user starts, is left to the next service.
     IdleExit(int seconds, std::function<bool()> isIdle, std::function<bool()> isDone,
              QObject* parent = nullptr);
 
 public Q_SLOTS:
-    /// Somebody asked for something.
+    /// A method was called.
     void touch();
 
 Q_SIGNALS:
-    /// New calls must no longer reach this process.
+    /// The bus name must be released now, so that new calls reach the next service.
     void leaving();
-    /// What reached it before has been done.
+    /// All calls that came before have been answered.
     void left();
 
 private:

@@ -2,19 +2,19 @@
 
 #include <QString>
 
-/// The rules of bottle names. A name is a directory name, or "public/" and a directory name; most are made of
-/// a file's name and its md5, so that any printable character may be in them. Names come from the bus and
-/// become paths only after they passed here.
+/// The rules of bottle names. A name is a directory name, or "public/" and a directory name. Any printable
+/// character may be in it, since most names are made of a file's name and its md5. Names come from the bus
+/// and must pass check() before they are used in a path.
 namespace BottleName {
 
 constexpr int MaximumPartBytes = 255;  ///< what file systems take for one name, in UTF-8
 
-/// Empty if the name may be used, else a sentence that says why not.
+/// Returns an error text, empty when the name may be used.
 QString check(const QString& name);
 
 bool isPublic(const QString& name);
 
-/// The name in a form that is safe to put into a log line or an error: bounded, control characters replaced.
+/// The name as log lines and error texts may show it: of limited length, control characters replaced.
 QString shown(const QString& name);
 
 }  // namespace BottleName

@@ -8,8 +8,8 @@
 
 #include "bottleservice/bottles/ShellLink.h"
 
-/// Looks for programs in the files of a bottle. Follows no link, stays within limits of depth and number, and
-/// leaves out what belongs to Wine. For worker threads.
+/// Searches the files of a bottle for programs. Follows no link, has limits of depth and number, and leaves
+/// out Wine's own programs. Blocks; for worker threads.
 namespace BottleScan {
 
 struct Shortcut {
@@ -18,29 +18,29 @@ struct Shortcut {
     ShellLink link;
 };
 
-/// The shortcuts in the bottle's menus and on its desktops that were written at this time or later and start
-/// a program.
+/// The shortcuts to programs in the bottle's menus and on its desktops that were written at this time or
+/// later.
 QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since);
 
-/// Installers put shortcuts on the user's own desktop, where they start nothing and would outlive the bottle.
-/// Those that lead into it move to the desktop of all its users.
+/// Moves shortcuts that lead into the bottle from the user's own desktop, where they start nothing and would
+/// outlive the bottle, to the desktop of all its users.
 void clearUsersDesktop(const QString& bottlePath, const QDateTime& since);
 
-/// Records of programs in the directories that installers choose, with "auto_discovered" true and an id that
+/// Records of the programs in the directories that installers use, with "auto_discovered" true and an id that
 /// stays the same for bottle and path.
 QJsonArray discovered(const QString& bottle, const QString& bottlePath);
 
-/// Names beside the programs of these records: DLLs without suffix, and programs that only update.
+/// The names of DLLs (without suffix) and of updaters that lie beside these programs.
 QStringList dllsBeside(const QString& bottlePath, const QJsonObject& programs);
 QStringList updatersBeside(const QString& bottlePath, const QJsonObject& programs);
 
-/// Whether an executable is one of those that Wine puts into each bottle.
+/// Whether an executable is one of those that Wine puts into every bottle.
 bool isOfWine(const QString& file);
 
 /// The Windows path of a file in drive_c.
 QString windowsPath(const QString& bottlePath, const QString& file);
 
-/// Whether two records start the same: paths of Windows have no case.
+/// Whether two records start the same program with the same arguments; case does not matter in Windows paths.
 bool isSameStart(const QJsonObject& one, const QJsonObject& other);
 
 }  // namespace BottleScan

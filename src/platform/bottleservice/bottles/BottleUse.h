@@ -3,7 +3,8 @@
 #include <QString>
 #include <optional>
 
-/// What is known of a bottle that a launch has left behind. A fact without a value could not be found out.
+/// The facts that decide whether a bottle may be deleted after a launch. A fact without a value is unknown
+/// and keeps the bottle.
 struct BottleUse {
     std::optional<bool> isRunning;     ///< programs run in it; Wine's own services do not count
     std::optional<bool> isInstalling;  ///< an installation into it was begun and not ended
@@ -12,7 +13,7 @@ struct BottleUse {
     std::optional<bool> hasFiles;      ///< that neither the template nor Wine has put there
     bool isShared = true;              ///< a public bottle
 
-    /// Why the bottle stays, in English for the log and for developers. Empty when it may be deleted, which
-    /// is only so when every fact is known.
+    /// Why the bottle is kept, in English for the log and for developers. Empty when it may be deleted, which
+    /// needs every fact to be known.
     QString reasonToKeep() const;
 };

@@ -8,12 +8,12 @@
 
 #include "bottleservice/settings/RegistryChange.h"
 
-/// The content of one bottle.yml. Keys that the service does not know, and the order of all keys, survive a
-/// change; comments do not. Wrong types of hand-edited values read as the empty value of their key and stay
-/// in the file until that key is written. Movable only, since YAML nodes are shared by copies.
+/// The content of a bottle.yml. Unknown keys and the order of keys survive a change; comments do not. A value
+/// of the wrong type reads as the empty value of its key and stays in the file until that key is written.
+/// Movable only, since copies of YAML nodes share their content.
 class BottleYaml {
 public:
-    /// Empty with a sentence in error when the text is no YAML mapping.
+    /// Nothing, with an error text, when the text is no YAML mapping.
     static std::optional<BottleYaml> parse(const QByteArray& text, QString* error);
 
     /// The file of a new bottle.
@@ -26,28 +26,28 @@ public:
 
     QByteArray toText() const;
 
-    /// The bottle as JSON: known keys always present in External_Programs, Parameters and the like with the
-    /// type that readers expect, unknown keys as they are. "Path" is not set here.
+    /// The bottle as JSON. Known keys are always present with the type that readers expect; unknown keys are
+    /// as they are. "Path" is not set here.
     QJsonObject record() const;
 
     QString runner() const;
-    /// The template that the bottle is a copy of; empty for one that was made in another way.
+    /// The key of the template that the bottle was copied from; empty when it was made in another way.
     QString templateKey() const;
     /// The records of the programs that were entered, by their ids.
     QJsonObject programs() const { return record().value("External_Programs").toObject(); }
     bool hasProgram(const QString& id) const;
     QJsonObject program(const QString& id) const;
 
-    /// A change of the registry that was begun and not yet reported done.
+    /// A registry change that was begun and is not known to be done.
     RegistryChange pendingRegistry() const;
     void setPendingRegistry(const RegistryChange& change);
 
     void set(const char* key, const QJsonValue& value);
-    /// An entry of a mapping such as Parameters, which is made if it is missing.
+    /// Sets an entry of a mapping such as "Parameters", which is made if it is missing.
     void setIn(const char* map, const QString& key, const QJsonValue& value);
     void removeFrom(const char* map, const QString& key);
 
-    /// Writes the given keys of a program; keys of the file that are not in the record stay.
+    /// Writes the given keys of a program; its other keys stay in the file.
     void setProgram(const QString& id, const QJsonObject& record);
     bool removeProgram(const QString& id);
 

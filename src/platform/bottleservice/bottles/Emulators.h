@@ -4,19 +4,19 @@
 #include <QString>
 #include <functional>
 
-/// The programs that run x86 code on a machine with another processor.
+/// The programs that run x86 code on machines with another processor.
 namespace Emulators {
 
-/// Path of an executable of that name, empty if the machine has none.
+/// The path of an executable with this name; empty if there is none.
 using Finder = std::function<QString(const QString& name)>;
 
-/// {"installed": {name: path}, "using": name}. An x86 machine needs none and has none. The bottle's own
-/// choice holds while it is installed; otherwise the first that is.
+/// {"installed": {name: path}, "using": name}; both are empty on an x86 machine. The bottle's own choice is
+/// used while it is installed, otherwise the first one that is.
 QJsonObject describe(const QString& architecture, const QString& chosen, const Finder& find);
 /// The same for this machine.
 QJsonObject describe(const QString& chosen);
 
-/// Path of the emulator that a bottle with this choice uses; empty on a machine that needs none.
+/// The path of the emulator that a bottle with this choice uses; empty on a machine that needs none.
 QString pathInUse(const QString& chosen);
 
 }  // namespace Emulators

@@ -2,15 +2,17 @@
 
 #include <QString>
 
-/// What the name of a Windows file tells about it, for lists of programs.
+/// Rules about the names of Windows files, for lists of programs.
 namespace ExecutableRules {
 
 enum class Kind { Program, Updater, Helper };
 
-/// Of an executable's file name. Helpers are uninstallers, crash reporters, redistributables and the like.
+/// The kind of an executable, by its file name. Helpers are uninstallers, crash reporters, redistributables
+/// and the like.
 Kind kindOf(const QString& fileName);
 
-/// Whether a shortcut of this name to this file is worth an entry: no uninstaller, no help, no web page.
+/// Whether a shortcut of this name to this file should be entered as a program: no uninstaller, help or web
+/// page.
 bool isProgramShortcut(const QString& shortcutName, const QString& target);
 
 /// Whether a Windows path leads to one of the programs that Wine brings with it.

@@ -7,23 +7,23 @@
 
 #include "bottleservice/bottles/BottleScan.h"
 
-/// Records of programs that nobody has entered yet, made of what was found in a bottle, each with an id and
-/// an icon. Making one runs a child process: for worker threads. When cancelled, the rest is left out.
+/// Makes records, each with an id and an icon, of programs that were found in a bottle and not entered yet.
+/// Starts child processes; for worker threads. When cancelled, the rest is left out.
 class FoundPrograms {
 public:
     /// script is the path of icon_extractor.py.
     FoundPrograms(const QString& bottlePath, const QString& script, const std::atomic_bool& cancelled)
         : m_bottlePath(bottlePath), m_script(script), m_cancelled(cancelled) {}
 
-    /// Of the shortcuts that start something which none of the known records starts.
+    /// For the shortcuts that start something which none of the known records starts.
     QVector<QJsonObject> ofShortcuts(const QVector<BottleScan::Shortcut>& shortcuts,
                                      const QJsonObject& known) const;
 
-    /// Of those executables that somebody would start: see likely().
+    /// For those of the executables that likely() returns.
     QVector<QJsonObject> ofExecutables(const QStringList& files) const;
 
-    /// The paths of executables in drive_c that are worth an entry: neither helpers nor Wine's own, nor those
-    /// in a folder below that of another one, and MaximumLikely at most.
+    /// The executables in drive_c that a user would start: no helpers, none of Wine's own, none in a folder
+    /// below that of another one; at most MaximumLikely.
     static QStringList likely(const QString& bottlePath, QStringList files);
 
     static constexpr int MaximumLikely = 8;

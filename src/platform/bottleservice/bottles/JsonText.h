@@ -3,7 +3,7 @@
 #include <QJsonDocument>
 #include <QString>
 
-/// JSON as it travels on the bus.
+/// JSON as the bus transports it.
 namespace JsonText {
 
 /// An object or an array on one line.

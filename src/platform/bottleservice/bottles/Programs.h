@@ -4,8 +4,7 @@
 #include <QJsonObject>
 #include <QString>
 
-/// The rules of program records: what a caller may send, how a partial record is merged, what a summary
-/// shows.
+/// The rules of program records: what a caller may send, how a partial record is merged, what a summary has.
 namespace Programs {
 
 constexpr int MaximumRecordBytes = 1024 * 1024;
@@ -13,17 +12,18 @@ constexpr int MaximumRecordBytes = 1024 * 1024;
 /// A hyphenated UUID without braces: what clients create.
 bool isProgramId(const QString& id);
 
-/// The record in a caller's JSON text, checked key by key. On failure an empty object and a sentence.
+/// Reads and checks the record in a caller's JSON text. On failure an empty object and an error text.
 QJsonObject parse(const QString& json, QString* error);
 
-/// The given keys laid over the old record; "envs" is replaced as a whole so that a variable can be removed.
-/// "auto_discovered" goes, since a record that a client sent is a client's record.
+/// The old record with the given keys replaced. "envs" is replaced as a whole, so that a variable can be
+/// removed. "auto_discovered" is removed, since a client has entered the record.
 QJsonObject merged(const QJsonObject& old, const QJsonObject& given);
 
-/// A new record with what the caller left out filled in. On failure an empty object and a sentence.
+/// A new record with default values for what the caller left out. On failure an empty object and an error
+/// text.
 QJsonObject completed(const QJsonObject& given, const QDateTime& now, QString* error);
 
-/// One element of the list of all programs. bottlePath serves to find the file of the program.
+/// One element of the list of all programs. bottlePath is needed to find the program's file.
 QJsonObject summary(const QString& bottle, const QString& bottlePath, const QJsonObject& record);
 
 /// The directory part of a Windows or Unix path, in the form of the path.

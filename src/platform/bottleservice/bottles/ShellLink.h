@@ -4,8 +4,8 @@
 #include <QString>
 #include <optional>
 
-/// What a Windows shortcut (.lnk, the Shell Link binary format) starts. Paths are Windows paths as the file
-/// has them and not to be trusted.
+/// What a Windows shortcut (.lnk, the Shell Link binary format) starts. Paths are Windows paths as they stand
+/// in the file; do not trust them.
 struct ShellLink {
     static constexpr int MaximumBytes = 1024 * 1024;
 
@@ -15,7 +15,7 @@ struct ShellLink {
     QString iconPath;
     QString description;
 
-    /// Nothing for what is no shortcut, or one that names no file: a web address, a control panel item, a
-    /// program that Windows Installer would fetch first.
+    /// Returns nothing for anything but a shortcut to a file: web addresses, control panel items and programs
+    /// that Windows Installer would fetch first have none.
     static std::optional<ShellLink> parse(const QByteArray& file);
 };

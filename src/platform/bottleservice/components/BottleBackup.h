@@ -3,15 +3,16 @@
 #include <QString>
 #include <atomic>
 
-/// What a bottle was before something is installed into it: its "windows" directory and its registry, set
-/// aside in the bottle under a hidden name, so that an installation that fails or is killed can be undone. A
-/// backup bears the id of its installation; bottle.yml names the id of the last one that was completed
-/// ("Last_Install"), and that decides what a backup that is found later means. For worker threads.
+/// The backup of a bottle during an installation: its "windows" directory and its registry, in a hidden
+/// directory of the bottle, so that an installation that fails or is killed can be undone. A backup has the
+/// id of its installation. bottle.yml has the id of the last installation that was completed
+/// ("Last_Install"), which decides whether a backup that is found later is restored. Blocks; for worker
+/// threads.
 namespace BottleBackup {
 
 enum class State {
     None,
-    Unfinished,  ///< announced or being made; the bottle is as it was
+    Unfinished,  ///< announced or being made; the bottle is unchanged
     Whole
 };
 
@@ -19,18 +20,19 @@ State state(const QString& bottlePath);
 QString idOf(const QString& bottlePath);
 QString pathOf(const QString& bottlePath);
 
-/// From here on launch scripts wait: they look for the journal, which names no id yet. There must be no
-/// backup. Empty, or a sentence.
+/// Makes launch scripts wait from now on: they look for the journal, which has no id yet. There must be no
+/// backup. Returns an error text, empty on success.
 QString announce(const QString& bottlePath);
 
-/// Copies what was announced; nothing may run in the bottle. Empty, or a sentence.
+/// Copies the files of an announced backup; nothing may run in the bottle. Returns an error text, empty on
+/// success.
 QString make(const QString& bottlePath, const QString& id, const std::atomic_bool& cancelled);
 
-/// Puts back what was set aside; nothing may run in the bottle. What was there lies in the backup's place
-/// afterwards. Can be repeated after a kill. Empty, or a sentence.
+/// Restores the bottle; nothing may run in it. Its replaced files are then in the backup's place. Can be
+/// repeated after a kill. Returns an error text, empty on success.
 QString restore(const QString& bottlePath);
 
-/// From here on there is no backup; its files remain to be removed. Empty, or a sentence.
+/// Makes the backup invalid; its files must still be removed. Returns an error text, empty on success.
 QString dismiss(const QString& bottlePath);
 
 }  // namespace BottleBackup

@@ -10,8 +10,8 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Archive.h"
-#include "bottleservice/files/Background.h"
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/files/WorkingDirectory.h"
 

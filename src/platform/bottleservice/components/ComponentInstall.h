@@ -12,8 +12,9 @@ class Downloads;
 class FileFetch;
 class Reclaimer;
 
-/// Brings one component to the machine: fetches its archive, unpacks it under a hidden name and renames it
-/// when it is whole. Its files are read-only from then on, since bottles link to them.
+/// Installs one component on the machine: fetches its archive, unpacks it under a hidden name and renames it
+/// when it is complete. Its files are read-only from then on, since bottles link to them. Owned by
+/// ComponentRequests; lives in the main thread.
 class ComponentInstall : public QObject {
     Q_OBJECT
 
@@ -29,7 +30,7 @@ public:
 Q_SIGNALS:
     /// In bytes; total is 0 while it is not known.
     void progress(qint64 received, qint64 total);
-    /// Exactly once, later than start(); without a reason it is a success.
+    /// Exactly once, never from start() itself; an empty reason is success.
     void finished(const Reason& reason);
 
 private:

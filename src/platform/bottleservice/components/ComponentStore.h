@@ -6,9 +6,8 @@
 
 class Sources;
 
-/// The components of this machine that bottles choose from, each a directory: Wines below "runners", versions
-/// of DXVK and VKD3D below "dxvk" and "vkd3d" of the data directory. A kind is one of "runner", "dxvk",
-/// "vkd3d".
+/// The components of this machine, each a directory below the data directory: Wines in "runners", versions of
+/// DXVK and VKD3D in "dxvk" and "vkd3d". A kind is one of "runner", "dxvk", "vkd3d".
 class ComponentStore {
 public:
     static const QStringList& kinds();
@@ -20,10 +19,10 @@ public:
     QStringList installed(const QString& kind) const;
     bool isInstalled(const QString& kind, const QString& name) const;
 
-    /// {kind: {"installed": [...], "supported": [...]}}; supported is what sources can bring.
+    /// {kind: {"installed": [...], "supported": [...]}}; supported are the components that can be fetched.
     QJsonObject catalogue(const Sources& sources) const;
 
-    /// Empty, or why an unpacked directory is no component of that kind.
+    /// Returns why an unpacked directory is no component of that kind, empty if it is one.
     static QString fault(const QString& kind, const QString& directory);
 
 private:

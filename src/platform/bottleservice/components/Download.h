@@ -11,10 +11,10 @@
 class QNetworkAccessManager;
 class QNetworkReply;
 
-/// Brings one file into a directory: from the first address that has it, resumed after a break, checked
-/// against size and checksum, and only then under its name. What is half there lies beside it as
-/// "<name>.part" and is taken up by the next try when the checksum is known. A file that is there already and
-/// right is not fetched again.
+/// Downloads one file into a directory: tries the addresses in order, resumes after a broken connection,
+/// checks size and checksum, and only then gives the file its name. The unfinished file is "<name>.part"
+/// beside it, and a later download resumes it when the checksum is known. A correct file that exists already
+/// is not fetched again. Owned by Downloads; lives in the main thread.
 class Download : public QObject {
     Q_OBJECT
 
@@ -25,17 +25,18 @@ public:
              QObject* parent = nullptr);
     ~Download() override;
 
-    /// How long a server may be silent.
+    /// How long a server may send nothing before the next address is tried.
     void setStallMs(int ms) { m_stallMs = ms; }
 
     void start();
-    /// finished() follows with a reason.
+    /// finished() follows with Reason::Cancelled.
     void cancel();
 
 Q_SIGNALS:
-    /// In bytes; total is 0 while it is not known. At most some times a second.
+    /// In bytes; total is 0 while it is not known. A few times a second at most.
     void progress(qint64 received, qint64 total);
-    /// Exactly once, later than start(); path or reason is empty. The reason tells of each address.
+    /// Exactly once, never from start() itself; either path or reason is empty. The reason has a statement
+    /// for each address.
     void finished(const QString& path, const Reason& reason);
 
 private:
@@ -66,8 +67,8 @@ private:
     qint64 m_begin = 0;  ///< where the present reply began
     qint64 m_total = 0;
     qint64 m_sinceStall = 0;
-    bool m_isResumed = false;  ///< the file begins with what an earlier address or service has left
-    Reason m_faults;           ///< of the addresses so far
+    bool m_isResumed = false;  ///< the file begins with data of an earlier address or service
+    Reason m_faults;           ///< of the addresses that have failed
     QNetworkReply* m_reply = nullptr;
     QFile m_part;
     QTimer m_stall;

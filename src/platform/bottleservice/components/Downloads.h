@@ -10,8 +10,8 @@
 
 class Download;
 
-/// Fetches files into the directory "downloads" of the data directory, each one only once at a time, however
-/// many ask for it. Files stay there, for the next bottle.
+/// Fetches files into the directory "downloads" of the data directory, each file only once at a time for all
+/// who want it. Files stay there for the next bottle. Owned by BottleService; lives in the main thread.
 class Downloads : public QObject {
     Q_OBJECT
 
@@ -23,7 +23,8 @@ public:
     QString pathOf(const QString& file) const { return m_directory + '/' + file; }
     bool isIdle() const { return m_running.isEmpty(); }
 
-    /// The running or a new download of a file; given back with release(), which ends it when nobody is left.
+    /// Returns the running download of the file, or a new one. The caller gives it back with release(), which
+    /// ends it when no other caller uses it.
     Download* obtain(const Source& source);
     void release(Download* download);
 
@@ -53,7 +54,7 @@ Q_SIGNALS:
     void fileStarted(const QString& file);
     /// Of the present file, in bytes; total is 0 while it is not known.
     void progress(qint64 received, qint64 total);
-    /// Exactly once; without a reason all files are there.
+    /// Exactly once; an empty reason means that all files are there.
     void finished(const Reason& reason);
 
 private:

@@ -7,9 +7,9 @@
 #include <QTemporaryDir>
 
 #include "bottleservice/components/Archive.h"
-#include "bottleservice/files/Background.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/components/PrefixFiles.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/wine/RegistryWriter.h"
 #include "bottleservice/wine/WineCommand.h"
@@ -211,9 +211,9 @@ void RecipeRunner::registerFiles(QStringList files) {
 
 void RecipeRunner::writeRegistry(const RecipeStep& step) {
     m_writer = new RegistryWriter(m_runner, m_bottlePath, step.registry, this);
-    connect(m_writer, &RegistryWriter::finished, this, [this](const QString& sentence) {
+    connect(m_writer, &RegistryWriter::finished, this, [this](const QString& errorText) {
         std::exchange(m_writer, nullptr)->deleteLater();
-        stepEnded(sentence);
+        stepEnded(errorText);
     });
     m_writer->start();
 }
@@ -221,10 +221,10 @@ void RecipeRunner::writeRegistry(const RecipeStep& step) {
 void RecipeRunner::command(const QString& program, const QStringList& arguments, const QString& file,
                            std::function<void()> done) {
     m_command = new WineCommand(program, arguments, environment(), this);
-    connect(m_command, &WineCommand::finished, this, [this, file, done](const QString& sentence) {
+    connect(m_command, &WineCommand::finished, this, [this, file, done](const QString& errorText) {
         WineCommand* ended = std::exchange(m_command, nullptr);
         ended->deleteLater();
-        const bool isGood = sentence.isEmpty() ||
+        const bool isGood = errorText.isEmpty() ||
                             (ended->exitCode() &&
                              std::count(std::begin(GoodCodes), std::end(GoodCodes), *ended->exitCode()) > 0);
         if (isGood && !*m_cancelled) {
@@ -232,7 +232,7 @@ void RecipeRunner::command(const QString& program, const QStringList& arguments,
             return;
         }
         qWarning().noquote() << "output of a failed installer:" << ended->output().right(4000);
-        stepEnded(reasonOf(*ended, file, sentence));
+        stepEnded(reasonOf(*ended, file, errorText));
     });
     m_command->start(InstallerTimeoutMs);
 }

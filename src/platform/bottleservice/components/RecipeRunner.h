@@ -14,13 +14,14 @@ class QTemporaryDir;
 class WineCommand;
 class RegistryWriter;
 
-/// Carries out the steps of recipes in a bottle, with the bottle's own Wine, from files that have been
-/// fetched. Writes no bottle.yml: overrides() is for whoever does.
+/// Carries out the steps of recipes in a bottle, with the bottle's own Wine and files that have been fetched.
+/// Does not write bottle.yml: the caller enters overrides(). Owned by its job; lives in the main thread,
+/// works in child processes and worker threads.
 class RecipeRunner : public QObject {
     Q_OBJECT
 
 public:
-    /// fileOf gives the path of a fetched file.
+    /// fileOf returns the path of a fetched file.
     RecipeRunner(const Runner& runner, const QString& bottlePath, const QVector<Recipe>& recipes,
                  std::function<QString(const QString&)> fileOf, QObject* parent = nullptr);
     ~RecipeRunner() override;
@@ -30,13 +31,13 @@ public:
     void cancel();
 
     int total() const { return m_total; }
-    /// DLL to the way of loading it.
+    /// DLL to load method.
     QJsonObject overrides() const { return m_overrides; }
 
 Q_SIGNALS:
     void described(const QString& text);
     void stepDone(int done, int total);
-    /// Exactly once; without a reason it is a success.
+    /// Exactly once; an empty reason is success.
     void finished(const Reason& reason);
 
 private:
@@ -50,7 +51,7 @@ private:
     void inDirectory(const Work& work, std::function<void(const QStringList& files)> done);
     void registerFiles(QStringList files);
     void writeRegistry(const RecipeStep& step);
-    /// file is what the user is told of.
+    /// `file` is the name in error texts.
     void command(const QString& program, const QStringList& arguments, const QString& file,
                  std::function<void()> done);
     QProcessEnvironment environment() const;

@@ -7,7 +7,7 @@
 
 #include "bottleservice/result/Reason.h"
 
-/// A file of somebody else's that a component is made of.
+/// A file of another publisher that a component consists of.
 struct Source {
     static constexpr qint64 MaximumBytes = 8LL * 1024 * 1024 * 1024;
 
@@ -15,38 +15,37 @@ struct Source {
     QStringList addresses;  ///< paths and http(s) or file URLs, in the order in which they are tried
     qint64 size = -1;       ///< in bytes, -1 when it is not known
     QByteArray sha256;      ///< in lower case hexadecimal; empty when it is not known
-    bool isChosen = false;  ///< the checksum is that of a file which the user has chosen; none was known
+    bool isChosen = false;  ///< the user has chosen the file; the checksum is of that file, none was known
 
-    /// An address as it may be shown: without a name and password, and not too long.
+    /// The address as it may be shown: without user name and password, and of limited length.
     static QString shownAddress(const QString& address);
 };
 
-/// Where files come from. sources.json beside the catalogue is the deployment's, sources.json in the data
-/// directory the user's, whose entries win:
+/// Where files come from: sources.json in the catalogue and the user's sources.json in the data directory,
+/// whose entries take precedence:
 ///   {"files": {name: {"addresses": [...], "size": bytes, "sha256": hex, "source": where that was read}},
 ///    "archives": {"runner" | "dxvk" | "vkd3d": {component: file name}},
-///    "mirrors": [directory or address, ...],    looked into first, for every file
-///    "allow_unverified": bool}                  use files whose checksum is not known; false if it is
-///    missing
-/// Entries that make no sense are told to the log and are as good as missing. What the user has chosen by
-/// hand (see ChosenFile) stands in where no checksum is known.
+///    "mirrors": [directory or address, ...],    tried first, for every file
+///    "allow_unverified": bool}                  allow files without a known checksum; false by default
+/// Invalid entries are logged and ignored. Where no checksum is known, that of a file which the user has
+/// chosen (ChosenFile) is used.
 class Sources {
 public:
     Sources(const QString& catalogueDir, const QString& dataDir);
 
     Source find(const QString& file) const;
 
-    /// The archive of a component, or empty.
+    /// The file name of a component's archive, or empty.
     QString archiveOf(const QString& kind, const QString& component) const;
-    /// Those that would not be refused.
+    /// The components that can be fetched.
     QStringList components(const QString& kind) const;
 
-    /// Empty, or why the file may not be used.
+    /// Why the file may not be used; empty if it may.
     Reason refusal(const Source& source) const;
-    /// Empty, or why the component is not fetched.
+    /// Why the component cannot be fetched; empty if it can.
     Reason refusal(const QString& kind, const QString& component) const;
 
-    /// Whether a text may be the name of a file or a directory of ours.
+    /// Whether the text may be used as the name of a file or directory below the data directory.
     static bool isPlainName(const QString& name);
 
 private:

@@ -16,6 +16,6 @@ struct DesktopEntry {
 
     QByteArray toText() const;
 
-    /// One argument as "Exec" wants it.
+    /// Quotes one argument for "Exec".
     static QString quoted(const QString& argument);
 };

@@ -5,39 +5,39 @@
 #include <QString>
 #include <optional>
 
-/// The files that the service has made for bottles outside of them: entries of menus and desktops, MIME
-/// types. Each is recorded before it is made, in "made-files.json" of the service's directory
+/// The files that the service has made for bottles outside of them: menu and desktop entries, MIME types.
+/// Each is recorded before it is made, in "made-files.json" of the data directory,
 ///   {"<bottle>": {"<owner>": ["<path>", ...]}}
-/// so that it can be taken back when its owner or the bottle goes, also after a crash. Only what stands in
-/// the record, is a regular file and has a name of the service's own is ever removed.
+/// so that it can be removed with its owner or bottle, also after a crash. Only regular files that are
+/// recorded and have a name of the service's own are ever removed.
 class MadeFiles {
 public:
     explicit MadeFiles(const QString& dataDir) : m_file(dataDir + "/made-files.json") {}
 
-    /// The beginning of a file name that belongs to the bottle.
+    /// The beginning of the names of files that belong to the bottle.
     static QString prefixOf(const QString& bottle);
 
     using Contents = QMap<QString, QByteArray>;  ///< by path
 
-    /// Makes these files the owner's only ones: others that it has are removed, those of the same path
-    /// replaced. False with a sentence; then some may be made, and all are recorded. The owner is the id of a
-    /// program or a word of the service's own.
+    /// Makes these files and removes all others of the owner; existing ones are replaced. The owner is the id
+    /// of a program or a word of the service's own. On failure false with an error text; some files may then
+    /// have been made, and all are recorded.
     bool make(const QString& bottle, const QString& owner, const Contents& files, bool isExecutable,
               QString* error);
 
-    /// Removes what was made. What cannot be removed stays in the record.
+    /// Removes the owner's files, or all of the bottle. Files that cannot be removed stay in the record.
     void undo(const QString& bottle, const QString& owner);
     void undo(const QString& bottle);
 
-    /// What the owner has, as far as it still exists.
+    /// The owner's files that still exist.
     QStringList existing(const QString& bottle, const QString& owner) const;
     QStringList bottles() const { return load().value_or(QJsonObject()).keys(); }
 
-    /// Removes what a kill has left beside the files.
+    /// Removes unfinished files that a kill has left.
     void removeUnfinished() const;
 
 private:
-    /// Nothing when there is a record that cannot be read now. One that makes no sense is set aside.
+    /// Nothing when the record cannot be read now. An invalid record is renamed and counts as empty.
     std::optional<QJsonObject> load() const;
     bool record(const QString& bottle, const QString& owner, const QStringList& paths, QString* error) const;
 

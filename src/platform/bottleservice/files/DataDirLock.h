@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// Holds the data directory for one process. Two sessions of a user have two buses but the same bottles, and
-/// the queue of each bottle only works within one process. The kernel frees it however the process ends.
+/// Reserves the data directory for one process. Two sessions of a user have two buses but the same bottles,
+/// and the queues work within one process only. The kernel releases the lock however the process ends.
 class DataDirLock {
 public:
     explicit DataDirLock(const QString& dataDir);
@@ -11,9 +11,9 @@ public:
     DataDirLock(const DataDirLock&) = delete;
     DataDirLock& operator=(const DataDirLock&) = delete;
 
-    /// Waits, for an earlier service that is about to end. False when the time is over.
+    /// Waits for an earlier service that is about to end. Returns false when the time is over.
     bool acquire(int timeoutMs);
-    /// Another process waits in acquire().
+    /// Whether another process waits in acquire().
     bool isWanted() const;
 
 private:

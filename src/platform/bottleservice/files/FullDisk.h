@@ -2,11 +2,12 @@
 
 #include "bottleservice/result/Reason.h"
 
-/// Wine and its tools say little of a disk that is full.
+/// Finds out whether a failure was caused by a full disk, which Wine and its tools do not report clearly.
 namespace FullDisk {
 
-/// The fault as it is, or Reason::DiskFull when it comes from the disk of the directory, on which hardly
-/// anything fits any more; the fault itself goes to the log. Asked before what was made is removed.
+/// Returns Reason::DiskFull when hardly anything fits on the disk of the directory any more, and logs the
+/// original reason; otherwise returns that reason. Call before removing what was made, which frees space
+/// again.
 Reason explain(const QString& directory, const Reason& fault);
 
 }  // namespace FullDisk

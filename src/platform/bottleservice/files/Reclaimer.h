@@ -5,9 +5,9 @@
 #include <QThreadPool>
 #include <atomic>
 
-/// Removes directory trees in the background, one after the other. What cannot be removed is logged and tried
-/// again at the next start of the service, and so is what is not done some seconds after its end was asked
-/// for.
+/// Removes directory trees in a thread of its own, one after the other. A tree that cannot be removed is
+/// logged and left for the next start of the service. The destructor waits some seconds for the trees that
+/// are left. Owned by BottleEngine; lives in the main thread.
 class Reclaimer : public QObject {
     Q_OBJECT
 
@@ -16,7 +16,8 @@ public:
     ~Reclaimer() override;
 
     void remove(const QString& path);
-    /// The same for a directory that must lose its name at once: it is renamed with the prefix first.
+    /// The same for a directory whose name must be free at once: renames it first, to a hidden name with the
+    /// prefix.
     void remove(const QString& path, const char* prefix);
 
     bool isIdle() const { return m_worker.activeThreadCount() == 0; }

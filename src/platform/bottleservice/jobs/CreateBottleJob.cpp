@@ -85,8 +85,8 @@ void CreateBottleJob::onTemplate(const QString& path, const Reason& reason) {
         [this](const QString& fault) { onCopied(fault); });
 }
 
-void CreateBottleJob::onCopied(const QString& sentence) {
-    const QString fault = sentence.isEmpty() ? complete() : sentence;
+void CreateBottleJob::onCopied(const QString& errorText) {
+    const QString fault = errorText.isEmpty() ? complete() : errorText;
     if (fault.isEmpty())
         succeed(true, m_runner.name);
     else

@@ -10,10 +10,10 @@
 class Reclaimer;
 class Templates;
 
-/// Makes a bottle in a hidden directory as a copy of its Wine's template and moves it into place when it is
-/// whole. Answers with JSON: {"ok", "created", "path", "runner"} or {"ok": false, "error"}. A bottle that
-/// exists already is left as it is and answered with "ok" true and "created" false: the caller has what it
-/// asked for.
+/// Makes a bottle in a hidden directory as a copy of its Wine's template and gives it its name when it is
+/// complete. Answers with JSON: {"ok", "created", "path", "runner"} or {"ok": false, "error"}. A bottle that
+/// exists already is left unchanged and answered with "ok" true and "created" false, since the caller has
+/// what it asked for.
 class CreateBottleJob : public Job {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ public:
 
 private:
     void onTemplate(const QString& path, const Reason& reason);
-    void onCopied(const QString& sentence);
+    void onCopied(const QString& errorText);
     QString complete();
     void succeed(bool created, const QString& runner);
     void fail(const Reason& fault);

@@ -6,8 +6,8 @@
 
 class Reclaimer;
 
-/// Ends what runs in a bottle, moves the bottle away under a hidden name, answers, and leaves the removal of
-/// the files to the background. Refuses what is no bottle.
+/// Ends everything that runs in a bottle, renames the bottle to a hidden name, answers, and removes the files
+/// in the background. Refuses anything but a bottle.
 class DeleteBottleJob : public Job {
     Q_OBJECT
 

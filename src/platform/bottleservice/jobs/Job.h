@@ -4,9 +4,9 @@
 
 #include "bottleservice/result/Answer.h"
 
-/// One piece of work on one bottle. start() is called once by the queue; the job answers and emits finished()
-/// exactly once, at once or later, also after cancel(). A job that is destroyed before it came to its end
-/// answers that it was cancelled.
+/// One piece of work on one bottle. The queue calls start() once; the job answers and emits finished()
+/// exactly once, during start() or later, also after cancel(). A job that is destroyed before its end answers
+/// that it was cancelled. Owned by its JobQueue; lives in the main thread.
 class Job : public QObject {
     Q_OBJECT
 
@@ -16,8 +16,8 @@ public:
 
     virtual void start() = 0;
 
-    /// Asks a started job to end soon and to leave nothing half done. Jobs that take no time need not do
-    /// anything.
+    /// Asks a started job to end soon and to leave nothing unfinished. Jobs that take no time need not
+    /// implement it.
     virtual void cancel() {}
 
 Q_SIGNALS:

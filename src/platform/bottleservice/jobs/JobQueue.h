@@ -8,8 +8,8 @@
 
 #include "bottleservice/jobs/Job.h"
 
-/// One line of jobs per bottle: the jobs of a bottle run one after the other in the order in which they came,
-/// those of different bottles side by side.
+/// A queue of jobs for each bottle: the jobs of a bottle run one after the other in the order in which they
+/// were added, those of different bottles side by side. Owned by BottleEngine; lives in the main thread.
 class JobQueue : public QObject {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     bool isIdle() const { return m_lines.isEmpty(); }
     bool hasJobs(const QString& bottle) const { return m_lines.contains(bottle); }
 
-    /// Takes no more jobs, drops those that wait (they answer that they were cancelled) and cancels those
+    /// Accepts no more jobs, drops those that wait (they answer that they were cancelled) and cancels those
     /// that run.
     void close();
 

@@ -5,8 +5,8 @@
 
 #include "bottleservice/jobs/Job.h"
 
-/// A job whose long part runs in a worker thread, where it may only read; what it returns is then carried out
-/// in the main thread and answers.
+/// A job whose long part runs in a worker thread, where it may only read. The function that it returns then
+/// runs in the main thread and makes the answer.
 class WorkerJob : public Job {
     Q_OBJECT
 

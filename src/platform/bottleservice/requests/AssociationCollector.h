@@ -8,8 +8,9 @@
 
 #include "bottleservice/bottles/BottleStore.h"
 
-/// Reads in the background what the programs of bottles have registered, and takes the icons out of them: one
-/// bottle after the other, beside their queues, in at most a minute each.
+/// Reads in a thread of its own which file types the programs of bottles have registered, and extracts their
+/// icons: one bottle after the other, beside the bottles' queues, for at most a minute each. Owned by
+/// DesktopRequests; lives in the main thread.
 class AssociationCollector : public QObject {
     Q_OBJECT
 
@@ -17,7 +18,7 @@ public:
     AssociationCollector(const BottleStore& store, const QString& iconScript, QObject* parent = nullptr);
     ~AssociationCollector() override;
 
-    /// Now, and again when Wine has written its registry to the disk.
+    /// Reads them now, and again when Wine has written its registry to the disk.
     void collect(const QString& bottle);
 
     bool isIdle() const { return m_worker.activeThreadCount() == 0; }

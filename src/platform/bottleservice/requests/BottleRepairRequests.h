@@ -9,18 +9,18 @@
 class BottleEngine;
 class InstallJob;
 
-/// The requests about bottles that have lost files of Wine.
+/// The requests about bottles that have lost files of Wine. Owned by BottleService; lives in the main thread.
 class BottleRepairRequests : public QObject {
     Q_OBJECT
 
 public:
     explicit BottleRepairRequests(BottleEngine* engine, QObject* parent = nullptr);
 
-    /// {"count", "files"}: what the bottle has lost of its template. Changes nothing.
+    /// {"count", "files"}: the files that the bottle has lost (PrefixDamage). Changes nothing.
     void damage(const QString& bottle, const Reply& reply);
     /// {"ok", "mended"}, or {"ok", "error", "busy"} with the names of the programs that run in the bottle.
     void renewBottle(const QString& bottle, const Reply& reply);
-    /// Rolls back what is under way; it then answers with an error.
+    /// Rolls back running renewals of the bottle; they then answer with an error.
     void cancelRenewal(const QString& bottle, const Reply& reply);
     void cancelAll(const QString& bottle);
 

@@ -14,9 +14,10 @@ class Downloads;
 class FileFetch;
 class InstallDependencyJob;
 
-/// The requests about what programs need in a bottle. The files of a recipe are fetched while the bottle can
-/// be used and changed; only the installation itself has its turn in the bottle's queue. Installations into
-/// one bottle are done one after the other.
+/// The requests about the components that programs need in a bottle. The files of a recipe are fetched before
+/// the bottle's turn, so that the bottle can be used and changed meanwhile; only the installation waits in
+/// the bottle's queue. Installations into one bottle are carried out one after the other. Owned by
+/// BottleService; lives in the main thread.
 class DependencyRequests : public QObject {
     Q_OBJECT
 
@@ -24,19 +25,20 @@ public:
     DependencyRequests(BottleEngine* engine, Downloads* downloads, const QString& catalogueDir,
                        QObject* parent = nullptr);
 
-    /// Answers when it is known whether programs run in the bottle, which refuse it, or at once when others
-    /// are before it. done() tells how it ended, also for what is refused, unless the name can be none.
+    /// Answers when it is known whether programs run in the bottle, in which case it fails with Busy, or at
+    /// once when other installations come first. done() tells the result, also of a refusal, unless the name
+    /// is invalid.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
-    /// The name of what is being installed, or empty.
+    /// Answers with the name of the component that is being installed, or an empty text.
     void installing(const QString& bottle, const Reply& reply);
-    /// Gives up what is being installed and what waits behind it.
+    /// Cancels the running installation and those that wait.
     void cancel(const QString& bottle, const Reply& reply);
 
-    /// What the installation into the bottle would consist of; changes nothing.
+    /// What the installation into the bottle would consist of. Changes nothing.
     InstallPlan planOf(const QString& bottle, const QString& dependency) const;
     Sources sources() const;
 
-    /// Ends all fetching; the service ends.
+    /// Ends all downloads; the service ends.
     void close();
 
     bool isIdle() const { return m_lines.isEmpty(); }
@@ -46,7 +48,7 @@ Q_SIGNALS:
     void progress(const QString& bottle, const QString& dependency, qint64 received, qint64 total);
     void described(const QString& bottle, const QString& dependency, const QString& text);
     void stepDone(const QString& bottle, const QString& dependency, int done, int total);
-    /// Of two requests for the same component, of which the first was cancelled, only the second is told.
+    /// When the same component is requested again after a cancel, only the end of the second request is told.
     void done(const QString& bottle, const QString& dependency, const Answer& result);
 
 private:

@@ -35,9 +35,9 @@ QString dataLocation() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
 }
 
-Answer failed(const QString& sentence) {
-    qWarning() << sentence;
-    return Answer::failure(Fault::Failed, sentence);
+Answer failed(const QString& errorText) {
+    qWarning() << errorText;
+    return Answer::failure(Fault::Failed, errorText);
 }
 
 /// For file names: a key may hold signs that they cannot.

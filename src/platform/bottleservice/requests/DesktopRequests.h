@@ -12,8 +12,9 @@ class BottleEngine;
 class BottleRequests;
 class ProgramRequests;
 
-/// What bottles have to do with the user's desktop. Only these requests put anything into menus, onto the
-/// desktop or among its MIME types, and they take it back when the program or the bottle goes.
+/// The requests about the user's desktop. Only these put anything into menus, onto the desktop or among its
+/// MIME types, and remove it with the program or the bottle. Owned by BottleService; lives in the main
+/// thread.
 class DesktopRequests : public QObject {
     Q_OBJECT
 
@@ -22,15 +23,15 @@ public:
     DesktopRequests(BottleEngine* engine, BottleRequests* bottles, ProgramRequests* programs,
                     const QString& command, const QString& iconScript, QObject* parent = nullptr);
 
-    /// Takes back what was made for bottles that are gone.
+    /// Removes the desktop files of bottles that no longer exist. Call once, before the first request.
     void recover();
 
     void createDesktopEntry(const QString& bottle, const QString& programId, const Reply& reply);
 
-    /// Exports these associations of the bottle and no others.
+    /// Exports exactly these associations of the bottle; all others are removed.
     void exportFileAssociations(const QString& bottle, const QStringList& keys, const Reply& reply);
 
-    /// Reads what the bottle's programs have registered.
+    /// Reads which file types the bottle's programs have registered.
     void collectAssociations(const QString& bottle) { m_collector.collect(bottle); }
     bool isIdle() const { return m_collector.isIdle(); }
 

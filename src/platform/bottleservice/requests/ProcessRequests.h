@@ -8,20 +8,21 @@
 
 class BottleEngine;
 
-/// The requests about what runs in bottles: started and ended.
+/// The requests about processes in bottles: which programs run, starting commands, ending. Owned by
+/// BottleService; lives in the main thread.
 class ProcessRequests : public QObject {
     Q_OBJECT
 
 public:
     explicit ProcessRequests(BottleEngine* engine, QObject* parent = nullptr);
 
-    /// Follows what runs and what will be started.
+    /// Starts following running programs.
     void watchPrograms();
     bool isIdle() const { return m_watch.isIdle() && m_runs.isIdle(); }
 
     /// The entered programs that run, as a JSON array.
     Answer running();
-    /// Programs were entered or removed.
+    /// Programs were entered, changed or removed.
     void onProgramsChanged();
 
     void killProgram(const QString& bottle, const QString& programId, const Reply& reply);
@@ -29,9 +30,9 @@ public:
     void runCommand(const QString& bottle, const QString& commandLine, const Reply& reply);
 
 Q_SIGNALS:
-    /// By its mark, also when it is not entered any more.
+    /// The last process with the program's id has ended, also when the program is not entered any more.
     void programExited(const QString& bottle, const QString& programId);
-    /// However it was started.
+    /// An entered program runs or has ended, however it was started.
     void programStarted(const QString& bottle, const QString& programId);
     void programEnded(const QString& bottle, const QString& programId);
 

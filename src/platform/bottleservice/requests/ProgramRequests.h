@@ -10,9 +10,10 @@
 
 class BottleEngine;
 
-/// The requests about the programs of bottles: entered, changed, removed, found in the bottle's files. What
-/// is entered without an icon gets that of its file a moment later. Lists and scans read in worker threads;
-/// changes go through the bottle's queue.
+/// The requests about the programs of bottles: entering, changing, removing, and finding them in the bottle's
+/// files. A program that is entered without an icon gets the icon of its file a moment later. Lists and scans
+/// read in worker threads; changes go through the bottle's queue. Owned by BottleService; lives in the main
+/// thread.
 class ProgramRequests : public QObject {
     Q_OBJECT
 
@@ -29,28 +30,27 @@ public:
 
     /// Summaries of the programs of all bottles.
     void listAllPrograms(const Reply& reply);
-    /// The programs that were entered, and those that were only found.
+    /// The programs that were entered, and those that were only found in the bottle's files.
     void listBottlesAllPrograms(const QString& bottle, const Reply& reply);
-    /// Names of files beside the programs.
+    /// The names of DLLs and of updaters beside the programs.
     void listDlls(const QString& bottle, const Reply& reply);
     void listUpdaters(const QString& bottle, const Reply& reply);
 
-    /// Enters what the bottle's shortcuts start that are not older than the time, in seconds since the epoch.
-    /// Answers with the records that are new.
+    /// Enters the programs of the bottle's shortcuts that were written at this time (seconds since the epoch)
+    /// or later. Answers with the records that are new.
     void scanApplicationLinks(const QString& bottle, qint64 since, const Reply& reply);
 
     using Found = QVector<QJsonObject>;
-    /// Enters records of new programs; answers with them as they were written. Only from a job of that
-    /// bottle.
+    /// Enters records of new programs; answers with the complete records. Only from a job of that bottle.
     Answer enter(const QString& bottle, const Found& found);
 
-    /// Writes the recipe of a bottle into it and answers with the file's path; Manifest tells the form.
+    /// Writes the manifest of a bottle into it and answers with the file's path. See Manifest for the form.
     void dumpManifest(const QString& formJson, const Reply& reply);
 
 Q_SIGNALS:
     void programAdded(const QString& bottle, const QString& programId, const QString& recordJson);
     void programUpdated(const QString& bottle, const QString& programId, const QString& recordJson);
-    /// The bottle was scanned, which callers ask for when something may have been installed.
+    /// The bottle was scanned, which callers request when something may have been installed.
     void scanned(const QString& bottle);
     void programDeleted(const QString& bottle, const QString& programId);
 
@@ -60,7 +60,7 @@ private:
     Answer updateProgram(const QString& bottle, const QJsonObject& given);
     Answer removeProgram(const QString& bottle, const QString& programId);
     Answer writeManifest(const QString& bottle, const QJsonObject& form);
-    /// Work that reads one bottle, in a worker and beside the bottle's queue.
+    /// Runs work that reads one bottle in a worker thread, beside the bottle's queue.
     void read(const QString& bottle, const Reply& reply, std::function<QJsonArray(const QJsonObject&)> work);
     void inWorker(std::function<Answer()> work, const Reply& reply);
 

@@ -11,8 +11,8 @@ class DependencyRequests;
 class Downloads;
 struct Source;
 
-/// The requests about repairs before they are made: what an installation would bring, and files that the user
-/// has got by hand because they could not be fetched.
+/// The requests that come before a repair: what an installation would need, and files that the user has got
+/// by hand because they could not be fetched. Owned by BottleService; lives in the main thread.
 class RepairOfferRequests : public QObject {
     Q_OBJECT
 
@@ -21,22 +21,22 @@ public:
                         QObject* parent = nullptr);
     ~RepairOfferRequests() override;
 
-    /// Removes what a killed service has left half copied. Once, before the first request.
+    /// Removes unfinished copies of a service that was killed. Call once, before the first request.
     void recover();
 
-    /// Answers with an array that tells of each name; see the interface's file. Changes nothing and uses no
-    /// network.
+    /// Answers with an array that describes each name; see the interface's XML file. Changes nothing and does
+    /// not use the network.
     void describe(const QString& bottle, const QString& kind, const QStringList& names, const Reply& reply);
 
     /// {"installed": [...], "supported": [...]}: the runners that run 32-bit programs on this machine, and
-    /// those that would after they have been fetched.
+    /// those that would once they are fetched.
     Answer runnersFor32Bit() const;
 
-    /// Takes the file if it is one of those that the component is installed from. Answers when it is copied.
+    /// Takes the file if the component is installed from it (ChosenFile). Answers when it has been copied.
     void takeFile(const QString& bottle, const QString& dependency, const QString& path, const Reply& reply);
 
     bool isIdle() const { return m_running == 0; }
-    /// Ends the copying; the service ends.
+    /// Ends copying; the service ends.
     void close() { *m_cancelled = true; }
 
 private:

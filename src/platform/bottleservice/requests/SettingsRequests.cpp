@@ -36,12 +36,12 @@ void SettingsRequests::recover() {
     }
 }
 
-bool SettingsRequests::refuse(bool wrong, const QString& bottle, const QString& sentence,
+bool SettingsRequests::refuse(bool wrong, const QString& bottle, const QString& errorText,
                               const Reply& reply) const {
     if (RequestChecks::refuseName(bottle, reply))
         return true;
     if (wrong)
-        reply(Answer::failure(Answer::Fault::InvalidArgs, sentence));
+        reply(Answer::failure(Answer::Fault::InvalidArgs, errorText));
     return wrong;
 }
 

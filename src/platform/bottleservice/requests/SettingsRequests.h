@@ -8,15 +8,16 @@ class BottleEngine;
 class BottleYaml;
 class RegistryChange;
 
-/// The requests about the settings of bottles. bottle.yml is the truth: switches, the renderer and DLL
-/// overrides act through the environment of a launch, the rest is written into the bottle's registry too.
+/// The requests about the settings of bottles. bottle.yml has all settings. Switches, the renderer and DLL
+/// overrides act through the environment of a launch; the others are also written into the bottle's registry.
+/// Owned by BottleService; lives in the main thread.
 class SettingsRequests : public QObject {
     Q_OBJECT
 
 public:
     explicit SettingsRequests(BottleEngine* engine, QObject* parent = nullptr);
 
-    /// Finishes what a killed service has left pending. Once, before the first request.
+    /// Finishes registry changes of a service that was killed. Call once, before the first request.
     void recover();
 
     void setDpi(const QString& bottle, int dpi, const Reply& reply);
@@ -39,8 +40,8 @@ public:
 private:
     void change(const QString& bottle, std::function<void(BottleYaml&)> change,
                 const RegistryChange& registry, const Reply& reply);
-    /// Answers that the value is wrong, if it is.
-    bool refuse(bool wrong, const QString& bottle, const QString& sentence, const Reply& reply) const;
+    /// Replies with an error and returns true when the name or the value is wrong.
+    bool refuse(bool wrong, const QString& bottle, const QString& errorText, const Reply& reply) const;
     Answer listed(const QString& bottle, const char* key) const;
 
     BottleEngine* m_engine;

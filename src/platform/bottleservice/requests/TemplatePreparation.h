@@ -6,24 +6,24 @@
 
 class BottleEngine;
 
-/// Makes the template of the default runner before the first bottle needs it, once in a service's life, when
-/// nobody has asked the service for anything for a while. Other work of the user stops it until that is done;
-/// a bottle on that runner takes it over. Lives in the main thread.
+/// Makes the template of the default runner in advance, once in a service's life, when the service has not
+/// been called for a while. Pauses while other requests are carried out; a bottle on that runner takes the
+/// work over. Lives in the main thread.
 class TemplatePreparation : public QObject {
     Q_OBJECT
 
 public:
-    /// `isQuiet` tells that the user has nothing under way.
+    /// `isQuiet` tells whether no request is being carried out.
     TemplatePreparation(BottleEngine* engine, std::function<bool()> isQuiet, QObject* parent = nullptr);
 
-    /// CELLARIX_PREPARE_SECONDS in the environment says how long the service has to be quiet before: 2 if it
-    /// is not set; nothing is prepared if it is negative.
+    /// The variable CELLARIX_PREPARE_SECONDS sets how long the service must be quiet before: by default 2; a
+    /// negative number means never.
     void start();
 
 public Q_SLOTS:
-    /// Somebody has asked for something.
+    /// A method was called.
     void touch();
-    /// Begins nothing any more.
+    /// Begins no work any more.
     void stop();
 
 private:

@@ -10,9 +10,10 @@
 class BottleEngine;
 struct Runner;
 
-/// Makes the templates of all runners anew, one after the other, and then lets the bottles of a runner that
-/// has changed follow. What was there serves until the new is complete. Who asks meanwhile joins the work
-/// that is under way; each gets an answer at its end, a failure when a template could not be made.
+/// Makes the templates of all runners again, one after the other, and then updates the bottles of runners
+/// that have changed. Old templates are used until the new ones are complete. A request that comes meanwhile
+/// joins the running work; each gets an answer at its end, a failure when a template could not be made. Owned
+/// by BottleService; lives in the main thread.
 class TemplateRequests : public QObject {
     Q_OBJECT
 
@@ -22,9 +23,9 @@ public:
     void recreate(const Reply& reply);
 
 Q_SIGNALS:
-    /// What is being done, a line for people.
+    /// A line about the progress, for people.
     void progress(const QString& line);
-    /// How much of a template that somebody waits for is done: 0 to 100, never less than before.
+    /// The progress of a template that somebody waits for: 0 to 100, never decreasing.
     void preparing(const QString& runner, int percent);
 
 private:

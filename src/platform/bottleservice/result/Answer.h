@@ -6,14 +6,14 @@
 
 #include "bottleservice/result/Reason.h"
 
-/// How a request of a client ended: a text, or a fault with the reason. The engine makes it, the bus objects
-/// turn it into a reply. Nothing is thrown across this border.
+/// The result of a request: a text, or a fault with its reason. Requests make it, the bus objects turn it
+/// into a reply. No exception crosses this border.
 struct Answer {
     enum class Fault { None, InvalidArgs, NoSuchBottle, NoSuchProgram, NotSupported, Busy, Failed };
 
     static Answer of(const QString& text = {}) { return {text, Fault::None, {}, {}}; }
     static Answer failure(Fault fault, const Reason& reason) { return {{}, fault, reason, {}}; }
-    /// Refused because these programs run in the bottle.
+    /// A refusal because these programs run in the bottle.
     static Answer busy(const QStringList& programs) {
         return {{}, Fault::Busy, Reason(Reason::Busy, {programs.join(", ")}), programs};
     }

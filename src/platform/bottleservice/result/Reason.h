@@ -6,12 +6,12 @@
 #include <QStringList>
 #include <QVector>
 
-/// Why something failed, in one statement or several: each a code with its arguments, for clients that tell
-/// it in their user's language, and the same in English. What a client can do nothing about has English text
-/// only.
+/// Why something failed, as one or several statements. Each has a code with arguments, so that clients can
+/// tell it in the user's language, and an English text. Failures that a client can do nothing about have
+/// English text only. A new code needs a row in Reason.cpp and one in the application's ServiceErrorText.
 class Reason {
 public:
-    /// The names and texts are in the table of formats().
+    /// Their names and texts are in a table of Reason.cpp.
     enum Code {
         NoCode,
         Busy,
@@ -64,7 +64,7 @@ public:
     /// [{"code": name, "arguments": [text, ...]} or {"text": English}, ...]
     QJsonArray toJson() const;
 
-    /// What became of an attempt to write a file, from the file's own error.
+    /// The reason of a failed write, from the error that the file reports.
     static Reason ofWriting(const QString& path, bool isDiskFull, const QString& detail);
 
     struct Format {

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// What the settings of a bottle may be.
+/// The values that settings of a bottle may have.
 namespace SettingRules {
 
 constexpr int MinimumDpi = 96;
@@ -11,11 +11,12 @@ constexpr int MaximumDpi = 480;
 /// "gl", "vulkan" or "gdi".
 bool isRenderer(const QString& renderer);
 
-/// The code under which Wine knows a Windows version: "winxp" of a 64-bit bottle is "winxp64". Empty for what
-/// is no version.
+/// The code under which Wine knows a Windows version: "winxp" is "winxp64" in a 64-bit bottle. Empty for an
+/// unknown version.
 QString windowsVersion(const QString& code, bool is64Bit);
 
-/// The name of a font family: no control characters, not empty, at most 255 characters.
+/// Whether the text may be the name of a font family: not empty, no control characters, at most 255
+/// characters.
 bool isFontName(const QString& name);
 
 }  // namespace SettingRules

@@ -4,21 +4,21 @@
 #include <QStringList>
 #include <atomic>
 
-/// What a bottle holds beyond the template that it is a copy of: files that are new or have other bytes.
-/// Links are never followed and hold nothing themselves, so that neither the user's own directories nor other
-/// drives belong to a bottle. For worker threads.
+/// The files of a bottle that its template does not have, or has with other bytes. Links are not followed and
+/// do not count, so that neither the user's own directories nor other drives belong to the bottle. Blocks;
+/// for worker threads.
 struct AddedFiles {
-    bool isComplete = false;  ///< everything was read; otherwise there may be more
-    QString first;            ///< a path of one of them, for the log; empty when there is none
-    QStringList
-        executables;  ///< paths of the programs among them outside of "windows", MaximumExecutables at most
+    bool isComplete = false;  ///< everything was read; otherwise there may be more files
+    QString first;            ///< path of one of the files, for the log; empty when there is none
+    /// Paths of the programs among them outside of "windows", MaximumExecutables at most.
+    QStringList executables;
 
     static constexpr int MaximumExecutables = 500;
 
     static AddedFiles of(const QString& bottlePath, const QString& templatePath,
                          const std::atomic_bool& cancelled);
 
-    /// Whether a path relative to the bottle is one that Wine, the service or the application writes to by
-    /// themselves, or a temporary file.
+    /// Whether Wine, the service or the application write to this path (relative to the bottle) by
+    /// themselves, or it is a temporary file.
     static bool isExpected(const QString& relative);
 };

@@ -11,8 +11,8 @@
 
 class WineCommand;
 
-/// Ends everything that runs in a prefix: first the polite way through its wineserver, which saves the
-/// registry, then by SIGKILL. Takes about 0.1 s as a rule and never more than about 4 s.
+/// Ends everything that runs in a prefix: first through its wineserver, which saves the registry, then by
+/// SIGKILL. Takes about 0.1 s as a rule and never more than about 4 s. Lives in the main thread.
 class BottleStopper : public QObject {
     Q_OBJECT
 
@@ -20,13 +20,14 @@ public:
     /// The path of wineserver may be empty; then only signals are used.
     BottleStopper(const QString& prefix, const QString& wineserver, QObject* parent = nullptr);
 
-    /// Launch scripts of the bottle that live: what they are about to start is not there yet.
+    /// Sets a function that returns the running launch scripts of the bottle, which are ended too: they may
+    /// be about to start a program.
     void setLaunchers(std::function<QVector<pid_t>()> launchers) { m_launchers = std::move(launchers); }
 
     void start();
 
 Q_SIGNALS:
-    /// Exactly once. Clean means that nothing is left.
+    /// Exactly once. Clean means that no process is left.
     void finished(bool clean);
 
 private:

@@ -4,15 +4,15 @@
 #include <QString>
 #include <QStringList>
 
-/// Starts a Windows program in a bottle that then lives on its own, without a shell; what it prints goes to
+/// Starts a Windows program in a bottle, without a shell and independent of the service. Its output goes to
 /// "logs/command-<program>.txt" of the bottle.
 namespace DetachedCommand {
 
-/// Empty on success, else a sentence.
+/// Returns an error text, empty on success.
 QString start(const QString& wine, const QStringList& arguments, const QProcessEnvironment& environment,
               const QString& bottlePath);
 
-/// The name of the log: of the program's name only what is harmless in a file name.
+/// The file name of the log: the program's name, with only harmless characters.
 QString logName(const QString& program);
 
 }  // namespace DetachedCommand

@@ -6,31 +6,32 @@
 #include <QStringList>
 #include <QVector>
 
-/// What the launch script tells of each launch with an id, in a file of the directory "running":
-///   <pid>.json: {"bottle", "program", "pid", "start"}, pid and start being those of the script.
+/// The files that launch scripts write into the directory "running":
+///   <pid>.json, for each launch with an id: {"bottle", "program", "pid", "start"};
+///   <pid>.start, as long as the script runs: the same with "name" in place of "program".
+/// pid and start are those of the script.
 struct LaunchRecord {
     QString bottle;
     QString program;
     pid_t pid = 0;  ///< 0 when the script has ended
 
-    /// False for a file that tells of no program.
+    /// Reads a <pid>.json. Returns false when it names no program.
     static bool read(const QString& file, LaunchRecord* record);
 
-    /// The programs that living launch scripts of a bottle have started or are about to start, by their ids
-    /// or files' names, from files <pid>.start of the same form with "name" in the place of "program".
-    static QStringList starting(const QString& directory, const QString& bottle);
-    /// A living script that sees to a program, or is about to start it.
+    /// A running script that has started a program or is about to.
     struct Claim {
         QString bottle;
-        QString name;  ///< an id, or the file's name
-        QString file;  ///< Unix path of what is started without an id; may be empty
+        QString name;  ///< the program's id, or its file's name
+        QString file;  ///< Unix path of a program that is started without an id; may be empty
         pid_t pid;
     };
     static QVector<Claim> claims(const QString& directory);
-    /// Removes those of scripts that were killed.
+    /// The names of the claims of a bottle.
+    static QStringList starting(const QString& directory, const QString& bottle);
+    /// Removes the <pid>.start files of scripts that were killed.
     static void removeEndedStarts(const QString& directory);
 
-    /// Scripts that live, of one program or (without an id) all of the bottle, also those that still wait.
+    /// The running scripts of one program or (without an id) of the whole bottle, also those that still wait.
     static QVector<pid_t> launchers(const QString& directory, const QString& bottle,
                                     const QString& program = {});
 };

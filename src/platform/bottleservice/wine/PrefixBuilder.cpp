@@ -111,13 +111,13 @@ void PrefixBuilder::raiseProcesses() {
 }
 
 // The server lives on for a while after the last program; it would write into a directory that is gone.
-void PrefixBuilder::onBooted(const QString& sentence) {
+void PrefixBuilder::onBooted(const QString& errorText) {
     resume();
     m_looks.stop();
     m_state = State::Stopping;
-    m_fault = sentence;
-    if (!sentence.isEmpty() && !m_cancelled)
-        qWarning() << "wineboot failed:" << sentence << m_boot->output().right(2000);
+    m_fault = errorText;
+    if (!errorText.isEmpty() && !m_cancelled)
+        qWarning() << "wineboot failed:" << errorText << m_boot->output().right(2000);
     auto* stopper = new BottleStopper(m_directory, m_runner.wineserver, this);
     connect(stopper, &BottleStopper::finished, this, &PrefixBuilder::onStopped);
     stopper->start();

@@ -9,10 +9,10 @@
 
 class WineCommand;
 
-/// Makes a Wine prefix in an empty directory with the runner's own wineboot, and leaves it at rest: registry
-/// written, no process running, so that the directory may be renamed. Takes 5 to 20 s, in child processes.
-/// Nobody has to wait for it: then it works at low priority, can be paused for as long as need be, and goes
-/// on at the ordinary priority when somebody does.
+/// Makes a Wine prefix in an empty directory with the runner's own wineboot. Afterwards the registry is
+/// written and no process runs, so that the directory may be renamed. Takes 5 to 20 s, in child processes. At
+/// low priority, when nobody waits for the prefix, it can be paused, and raised to the ordinary priority.
+/// Owned by Templates; lives in the main thread.
 class PrefixBuilder : public QObject {
     Q_OBJECT
 
@@ -23,36 +23,36 @@ public:
 
     void start(Priority priority = Priority::Ordinary);
 
-    /// Stops Wine's processes where they are, and lets them go on. The last second, in which Wine ends and
+    /// Stops Wine's processes (SIGSTOP), and lets them continue. The last second, in which Wine ends and
     /// writes its registry, is not stopped.
     void pause();
     void resume();
-    /// Goes on, with the priority of everything else.
+    /// Continues at the ordinary priority.
     void raise();
 
-    /// How much of the work is done, in percent. Counts the files that Wine has put into the prefix.
+    /// The progress in percent, by the number of files that Wine has put into the prefix.
     int progress() const;
     static constexpr int BootedPercent = 95;
 
-    /// Ends the work; finished() follows with a sentence.
+    /// Ends the work; finished() follows with an error text.
     void cancel();
 
-    /// Empty if the directory holds a whole prefix, else a sentence that names what is missing.
+    /// Returns an error text that names what is missing, empty if the directory holds a complete prefix.
     static QString check(const QString& directory);
 
 Q_SIGNALS:
-    /// Exactly once; an empty sentence is success.
-    void finished(const QString& sentence);
+    /// Exactly once; an empty text is success.
+    void finished(const QString& errorText);
 
 private:
     enum class State { Booting, Stopping };
 
-    /// Now, and some more times for what is just being started.
+    /// Acts now and a few more times, for processes that are just being started.
     void lookAgain(void (PrefixBuilder::*act)());
     void stopProcesses();
     void continueProcesses();
     void raiseProcesses();
-    void onBooted(const QString& sentence);
+    void onBooted(const QString& errorText);
     void onStopped(bool clean);
 
     Runner m_runner;

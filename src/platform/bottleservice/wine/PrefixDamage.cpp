@@ -76,7 +76,7 @@ QStringList PrefixDamage::find(const QString& prefix, const QString& templatePat
 }
 
 QString PrefixDamage::restore(const QString& prefix, const QString& templatePath, const QStringList& files,
-                           Links links, const std::atomic_bool& cancelled) {
+                              Links links, const std::atomic_bool& cancelled) {
     for (const QString& relative : files) {
         if (cancelled)
             return "The work was cancelled.";

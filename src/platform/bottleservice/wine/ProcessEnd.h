@@ -5,8 +5,8 @@
 #include <QObject>
 #include <QString>
 
-/// Tells when a process that is not this one's child has ended. The kernel wakes it up; where the kernel
-/// cannot (before 5.3), it looks twice a second.
+/// Reports the end of a process that is no child of the service. The kernel tells it; where the kernel cannot
+/// (before 5.3), it is polled twice a second.
 class ProcessEnd : public QObject {
     Q_OBJECT
 
@@ -14,8 +14,8 @@ public:
     explicit ProcessEnd(pid_t pid, QObject* parent = nullptr);
     ~ProcessEnd() override;
 
-    /// When a process started, in clock ticks since the machine did: with the pid it names one process. Empty
-    /// when there is no such process.
+    /// The time when a process started, in clock ticks since the machine did; together with the pid it
+    /// identifies the process. Empty when there is no such process.
     static QString startTime(pid_t pid);
 
 Q_SIGNALS:

@@ -7,9 +7,9 @@
 #include <QString>
 #include <vector>
 
-/// Finds the Wine processes of a bottle, by what they carry in their environment. Only executables of Wine
-/// itself (and the emulators that run it) are looked at: a shell in which somebody exported WINEPREFIX, or a
-/// browser that a Windows program opened, is nobody's to kill. Reads /proc; takes milliseconds.
+/// Finds the Wine processes of a bottle by the variables of their environment. Only executables of Wine
+/// itself (and the emulators that run it) count: a shell in which somebody exported WINEPREFIX, or a browser
+/// that a Windows program has opened, must never be killed. Reads /proc, which takes milliseconds.
 class Processes {
 public:
     struct Entry {
@@ -26,8 +26,8 @@ public:
     std::vector<Entry> all() const;
     std::vector<Entry> ofBottle(const QString& bottlePath) const;
 
-    /// Without the processes that serve the whole bottle, which carry the id of whichever program started
-    /// first.
+    /// The processes that carry the program's id. Those that serve the whole bottle are left out; they carry
+    /// the id of the program that started first.
     std::vector<Entry> ofProgram(const QString& bottlePath, const QString& programId) const;
 
     static QHash<QByteArray, QByteArray> parseEnvironment(const QByteArray& block);

@@ -10,26 +10,26 @@
 #include "bottleservice/wine/ProcessEnd.h"
 #include "bottleservice/wine/Processes.h"
 
-/// Follows the programs that the launch script has started with an id, each to the end of the last process
-/// that carries its mark. LaunchRecord tells how the script lets it know; its file stays until the program
-/// has ended, so that an end is also told that came while no service ran.
+/// Reports the end of programs that the launch script has started with an id: when the last process with the
+/// program's id has ended. The script's record (LaunchRecord) stays until then, so that an end while no
+/// service runs is reported by the next one. Owned by ProcessRequests; lives in the main thread.
 class ProgramWatch : public QObject {
     Q_OBJECT
 
 public:
     explicit ProgramWatch(const BottleStore& store, QObject* parent = nullptr);
 
-    /// Reads what is there and stays awake for more.
+    /// Reads the existing records and watches for new ones.
     void start();
 
     bool isIdle() const { return m_runs.empty(); }
 
 Q_SIGNALS:
-    /// Once when nothing of the program runs any more in its bottle.
+    /// Once, when no process of the program runs in its bottle any more.
     void exited(const QString& bottle, const QString& programId);
 
 private:
-    /// Two launches of one program in one bottle cannot be told apart and end together.
+    /// Two launches of the same program in a bottle cannot be told apart; they end together.
     struct Run {
         QString bottlePath;
         QString program;

@@ -30,8 +30,8 @@ void RegistryWriter::cancel() {
 }
 
 void RegistryWriter::setWindows(const QString& code) {
-    run({"winecfg.exe", "/v", code}, {}, [this, code](const QString& sentence) {
-        if (sentence.isEmpty()) {
+    run({"winecfg.exe", "/v", code}, {}, [this, code](const QString& errorText) {
+        if (errorText.isEmpty()) {
             importEntries();
         } else if (code == Windows11) {
             qInfo() << "this Wine does not know" << Windows11 << "by name; telling it the build number";
@@ -39,7 +39,7 @@ void RegistryWriter::setWindows(const QString& code) {
             setWindows("win10");
         } else {
             Q_EMIT finished(
-                QString("This Wine cannot be set to the Windows version \"%1\": %2").arg(code, sentence));
+                QString("This Wine cannot be set to the Windows version \"%1\": %2").arg(code, errorText));
         }
     });
 }
@@ -54,9 +54,9 @@ void RegistryWriter::importEntries() {
         Q_EMIT finished(QString("Cannot write a file for regedit: %1.").arg(m_file.errorString()));
         return;
     }
-    run({"regedit.exe", "/S", "-"}, m_file.fileName(), [this](const QString& sentence) {
-        Q_EMIT finished(sentence.isEmpty() ? QString()
-                                           : "The registry of the bottle was not changed: " + sentence);
+    run({"regedit.exe", "/S", "-"}, m_file.fileName(), [this](const QString& errorText) {
+        Q_EMIT finished(errorText.isEmpty() ? QString()
+                                            : "The registry of the bottle was not changed: " + errorText);
     });
 }
 
@@ -70,8 +70,9 @@ void RegistryWriter::run(const QStringList& arguments, const QString& input,
     m_command = new WineCommand(m_runner.wine, arguments, environment, this);
     if (!input.isEmpty())
         m_command->setInputFile(input);
-    connect(m_command, &WineCommand::finished, this, [this, done = std::move(done)](const QString& sentence) {
-        done(m_cancelled ? QString("The change was cancelled.") : sentence);
-    });
+    connect(m_command, &WineCommand::finished, this,
+            [this, done = std::move(done)](const QString& errorText) {
+                done(m_cancelled ? QString("The change was cancelled.") : errorText);
+            });
     m_command->start(CommandTimeoutMs);
 }

@@ -8,8 +8,8 @@
 
 class WineCommand;
 
-/// Lets the bottle's own Wine carry out a change of its registry, whether something runs in the bottle or
-/// not. Takes 0.2 to 2 s, in child processes.
+/// Lets the bottle's own Wine carry out a change of its registry (regedit, winecfg), whether something runs
+/// in the bottle or not. Takes 0.2 to 2 s, in child processes. Owned by its job; lives in the main thread.
 class RegistryWriter : public QObject {
     Q_OBJECT
 
@@ -18,12 +18,12 @@ public:
                    QObject* parent = nullptr);
 
     void start();
-    /// Ends the work; finished() follows with a sentence.
+    /// Ends the work; finished() follows with an error text.
     void cancel();
 
 Q_SIGNALS:
-    /// Exactly once; an empty sentence is success.
-    void finished(const QString& sentence);
+    /// Exactly once; an empty text is success.
+    void finished(const QString& errorText);
 
 private:
     void setWindows(const QString& code);

@@ -90,8 +90,7 @@ RunMonitor::Runs RunMonitor::find(std::set<pid_t>* alive) {
         const auto settings = m_store.check(bottle).isEmpty() ? m_store.load(bottle, &error) : std::nullopt;
         if (!settings)
             continue;
-        const RunOwners owners(m_store.pathOf(bottle),
-                               settings->programs());
+        const RunOwners owners(m_store.pathOf(bottle), settings->programs());
         for (const Processes::Entry& process : entries) {
             alive->insert(process.pid);
             for (const QString& program : owners.of(process))

@@ -12,10 +12,10 @@
 #include "bottleservice/wine/ProcessEnd.h"
 #include "bottleservice/wine/Processes.h"
 
-/// Knows which entered programs run, whoever has started them (RunOwners says what belongs to whom). Launch
-/// scripts wake it up by the files that they write (LaunchRecord), and the kernel when a process ends; only
-/// while something runs it also looks by itself, since a program may start another. Keeps nothing on disk:
-/// what runs is found out anew at the start.
+/// Knows which of the entered programs run, however they were started (RunOwners decides which program a
+/// process belongs to). Looks again when a launch script writes a file (LaunchRecord) and when a process
+/// ends; while something runs, also regularly, since a program may start another. Stores nothing: a new
+/// service finds out by itself what runs. Owned by ProcessRequests; lives in the main thread.
 class RunMonitor : public QObject {
     Q_OBJECT
 
@@ -26,11 +26,12 @@ public:
     explicit RunMonitor(const BottleStore& store, QObject* parent = nullptr);
 
     void start();
-    /// Something may have changed, such as the programs of a bottle.
+    /// Looks again soon, for instance after the programs of a bottle have changed.
     void lookSoon();
-    /// What runs at this moment, with the processes; without any while a launch script has started none.
+    /// Looks now and returns the running programs with their processes; a program without processes is still
+    /// being started by its launch script.
     const Runs& look();
-    /// No program runs, and no launch script lives.
+    /// No program runs, and no launch script.
     bool isIdle() const { return m_runs.empty() && m_claims == 0; }
 
 Q_SIGNALS:

@@ -8,20 +8,22 @@
 #include "bottleservice/wine/LaunchRecords.h"
 #include "bottleservice/wine/Processes.h"
 
-/// Which of a bottle's programs a process belongs to: the program whose mark it carries, the one whose file
-/// it was started from, and the one whose executable it runs itself. Reads the file system to compare paths.
+/// Decides which of a bottle's programs a process belongs to: the program whose id it carries, the one whose
+/// file it was started from, and the one whose executable it runs. Reads the file system to compare paths;
+/// for the main thread.
 class RunOwners {
 public:
-    /// records: by id, as bottle.yml has them.
+    /// `records` are the programs by id, as bottle.yml has them.
     RunOwners(const QString& bottlePath, const QJsonObject& records);
 
-    /// Ids; more than one when a program has started another that is entered too. Wine's own helpers belong
-    /// to none.
+    /// The ids of the programs; more than one when a program has started another that is entered too. Empty
+    /// for Wine's own helpers.
     QStringList of(const Processes::Entry& process) const;
-    /// The program that a launch script sees to; empty for one that is not entered.
+    /// The id of the program that a launch script has started; empty for one that is not entered.
     QString of(const LaunchRecord::Claim& claim) const;
 
-    /// Of the bottle's processes those of one program, also of one whose record is gone.
+    /// The processes of one program, among those of the bottle. Works also for an id whose record was
+    /// removed.
     std::vector<Processes::Entry> processesOf(const QString& id,
                                               const std::vector<Processes::Entry>& processes) const;
 

@@ -9,25 +9,25 @@
 
 class QObject;
 
-/// What a user would call the running programs of a bottle.
+/// The names of the running programs of a bottle, as a user knows them.
 namespace RunningPrograms {
 
 constexpr int GraceMs = 1500;  ///< the usual limit
 
-/// Sorted, each once: by the bottle's program records (by id: "name", "path") where they know the process,
-/// else by the file's name. Starting are ids or file names of programs that living launch scripts see to.
-/// Wine's own services and helpers, and this system's window tool, are no programs.
+/// The names, sorted, each once: from the bottle's program records (by id: "name", "path") where they know
+/// the process, otherwise the file's name. `starting` are ids or file names of programs that launch scripts
+/// have started or are about to. Leaves out Wine's own services and helpers and this system's window tool.
 QStringList names(const std::vector<Processes::Entry>& processes, const QStringList& starting,
                   const QJsonObject& programs);
 
-/// The path of the Windows program as the process was called; empty before there is one.
+/// The path of the Windows program in a command line; empty while there is none yet.
 QString programOf(const QByteArray& commandLine);
-/// Of the bottle's or Wine's own, or this system's window tool.
+/// Whether it is a service or helper of Wine, or this system's window tool.
 bool isHelper(const Processes::Entry& process);
 
-/// Calls then in the main thread with the last answer of look: when that has been empty some times in a row,
-/// a tenth of a second long, or after the limit, since a program that has closed its window ends a moment
-/// later.
+/// Calls `look` until it has returned nothing for a tenth of a second, or until the limit, since a program
+/// that has closed its window ends a moment later. Then calls `then` with the last result, in the main
+/// thread, unless context has been destroyed.
 void await(QObject* context, int limitMs, const std::function<QStringList()>& look,
            const std::function<void(const QStringList&)>& then);
 

@@ -3,19 +3,18 @@
 #include <QString>
 #include <QStringList>
 
-/// Which template was the last one of each runner, in templates.json of the data directory: a JSON object
-/// from the runner's name to the template's. What tells, without asking the service, that a runner has
-/// changed since.
+/// The record of the last template of each runner, in templates.json of the data directory: a JSON object,
+/// runner's name to template's key. It tells without the service whether a runner has changed since.
 namespace TemplateRecord {
 
-/// Enters a template. A record that cannot be written is only logged: it costs an offer to set things up.
+/// Records a template. A failure is only logged: then nobody is offered to update the templates.
 void note(const QString& dataDir, const QStringList& runners, const QString& key);
 
-/// Whether a runner that had a template has another build now, or a template is damaged. A runner that never
-/// had one, or whose template is gone, gets one with its first bottle. Takes some milliseconds.
+/// Whether a runner that had a template has another build now, or a template is damaged. A runner without a
+/// template gets one with its first bottle and does not count. Takes some milliseconds.
 bool isOutdated(const QString& dataDir);
 
-/// Whether templates that somebody has begun to make lie about, by a service that runs or was killed.
+/// Whether there are unfinished templates, of a service that runs or was killed.
 bool hasUnfinished(const QString& dataDir);
 
 }  // namespace TemplateRecord

@@ -163,17 +163,17 @@ void Templates::build(const QString& key, const Runner& runner) {
     }
     entry.builder = new PrefixBuilder(runner, entry.directory, this);
     connect(entry.builder, &PrefixBuilder::finished, this,
-            [this, key, runner](const QString& sentence) { onBuilt(key, sentence, runner); });
+            [this, key, runner](const QString& errorText) { onBuilt(key, errorText, runner); });
     entry.builder->start(entry.isAwaited ? PrefixBuilder::Priority::Ordinary : PrefixBuilder::Priority::Low);
 }
 
-void Templates::onBuilt(const QString& key, const QString& sentence, const Runner& runner) {
+void Templates::onBuilt(const QString& key, const QString& errorText, const Runner& runner) {
     Build& entry = m_builds[key];
     entry.percent = qMax(entry.percent, entry.builder->progress());
     entry.builder->deleteLater();
     entry.builder = nullptr;
-    if (!sentence.isEmpty()) {
-        conclude(key, sentence);
+    if (!errorText.isEmpty()) {
+        conclude(key, errorText);
         return;
     }
     const QString directory = entry.directory;

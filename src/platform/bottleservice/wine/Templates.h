@@ -17,59 +17,60 @@
 class PrefixBuilder;
 class Reclaimer;
 
-/// The pristine prefixes that bottles are copies of, one for each Wine and build of it, below "templates" of
-/// the data directory. The first bottle on a Wine makes its template with one wineboot; a new build of the
-/// Wine gets a new one. A template bears its name only when it is whole, and none is exchanged while
-/// something reads it. Lives in the main thread; copying and comparing go on in a worker.
+/// The fresh prefixes that bottles are copied from, one for each build of each Wine, below "templates" of the
+/// data directory. The first bottle on a Wine makes its template with one wineboot; a new build of the Wine
+/// gets a new one. A template gets its name when it is complete, and none is replaced while something reads
+/// it. Owned by BottleEngine; lives in the main thread, copies and compares in worker threads.
 class Templates : public QObject {
     Q_OBJECT
 
 public:
-    /// path is the template; empty with a sentence when there is none.
+    /// `path` is the template; on failure it is empty and there is a reason.
     using Ready = std::function<void(const QString& path, const Reason& reason)>;
-    /// Work for the worker: empty, or a sentence.
+    /// Work for a worker thread; returns an error text, empty on success.
     using Work = std::function<QString(const std::atomic_bool& cancelled)>;
 
     Templates(const QString& dataDir, Reclaimer* reclaimer, QObject* parent = nullptr);
     ~Templates() override;
 
-    /// Name of the template of this Wine as it is installed now; empty without a Wine.
+    /// The key (directory name) of the template for the installed build of this Wine; empty without a Wine.
     static QString keyOf(const Runner& runner);
     QString pathOf(const QString& key) const { return m_directory + '/' + key; }
 
-    /// Makes the template if it is missing. Those who ask meanwhile wait for the same one. ready is called
-    /// later, unless context is gone by then.
+    /// Makes the template if it is missing; several callers wait for the same one. `ready` is called later,
+    /// unless context has been destroyed by then.
     void obtain(const Runner& runner, QObject* context, Ready ready);
 
-    /// The same, but the template is always made. One that is there serves until the new one takes its place.
+    /// The same, but always makes a new template. The old one is used until the new one replaces it.
     void recreate(const Runner& runner, QObject* context, Ready ready);
 
-    /// Makes the template if it is missing, at low priority and without anybody who needs it. Whoever obtains
-    /// it meanwhile takes the work over as it stands; it then goes on at the ordinary priority.
+    /// Makes the template if it is missing, at low priority, when nobody needs it yet. A later obtain() takes
+    /// the work over at the ordinary priority.
     void prepare(const Runner& runner, QObject* context, Ready ready);
     bool isMissing(const Runner& runner) const;
 
-    /// Stops what prepare() has begun and nobody needs yet, and lets it go on.
+    /// Pauses what prepare() has begun and nobody needs yet, and continues it.
     void pausePreparation();
     void resumePreparation();
 
-    /// Runs work in the worker; done is called in the main thread with its sentence, unless context is gone.
+    /// Runs work in a worker thread, while no template is replaced. `done` gets its error text in the main
+    /// thread, unless context has been destroyed.
     void run(QObject* context, Work work, std::function<void(const QString&)> done);
 
-    /// Removes templates that are not among the names to keep.
+    /// Removes all templates but these, in the background.
     void removeAllBut(const QStringList& keys);
 
-    /// Ends what is being made; those who wait get a sentence.
+    /// Cancels all templates that are being made; their callers get a reason.
     void cancel();
     bool isIdle() const { return m_builds.isEmpty() && m_running == 0; }
-    /// Wine's part of all that is being made is over; the rest takes a second.
+    /// Wine has done its part of all templates that are being made; the rest takes a second.
     bool isAlmostDone() const;
-    /// Somebody waits for a template.
+    /// Somebody waits for a template that is being made.
     bool isAwaited() const;
 
 Q_SIGNALS:
     void idle();
-    /// How much of a template that somebody waits for is done: 0 to 100, never less than before.
+    /// The progress of a template that somebody waits for: 0 to 100, never decreasing.
     void progress(const QString& runner, int percent);
 
 private:
@@ -95,7 +96,7 @@ private:
                Urgency urgency = Urgency::Awaited);
     void tellProgress();
     void build(const QString& key, const Runner& runner);
-    void onBuilt(const QString& key, const QString& sentence, const Runner& runner);
+    void onBuilt(const QString& key, const QString& errorText, const Runner& runner);
     void place(const QString& key);
     void conclude(const QString& key, const QString& fault);
     void run(Access access, QObject* context, Work work, std::function<void(const QString&)> done);

@@ -92,10 +92,10 @@ void WineCommand::onError(QProcess::ProcessError error) {
         finish(QString("%1 could not be started: %2.").arg(m_process.program(), m_process.errorString()));
 }
 
-void WineCommand::finish(const QString& sentence) {
+void WineCommand::finish(const QString& errorText) {
     if (m_finished)
         return;
     m_finished = true;
     m_timeout.stop();
-    Q_EMIT finished(sentence);
+    Q_EMIT finished(errorText);
 }

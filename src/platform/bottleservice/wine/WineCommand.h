@@ -4,8 +4,7 @@
 #include <QTimer>
 #include <optional>
 
-/// Runs one command of a Wine in a process group of its own, with a limit of time. Emits finished() exactly
-/// once.
+/// Runs one command of a Wine in a process group of its own, with a time limit. Lives in the main thread.
 class WineCommand : public QObject {
     Q_OBJECT
 
@@ -16,18 +15,18 @@ public:
     /// Kills the group if the command still runs.
     ~WineCommand() override;
 
-    /// Where the command's output goes; without it the output is kept for output().
+    /// Sends the command's output to a file; otherwise it is kept for output().
     void setOutputFile(const QString& path);
 
-    /// What the command reads; nothing without it.
+    /// The file that the command reads; by default it reads nothing.
     void setInputFile(const QString& path) { m_process.setStandardInputFile(path); }
 
-    /// The command and what it starts get what others leave. Before start().
+    /// Runs the command and its children at low priority. Before start().
     void setLowPriority() { m_process.setLowPriority(); }
 
     void start(int timeoutMs);
 
-    /// While a command is kept from running its limit of time stands still.
+    /// Stops and continues the time limit, for a command that is paused.
     void holdTimeout();
     void continueTimeout();
 
@@ -39,12 +38,12 @@ public:
     bool hasTimedOut() const { return m_timedOut; }
     bool hasStarted() const { return m_process.error() != QProcess::FailedToStart; }
 
-    /// What a command that came to its own end said; nothing for others.
+    /// The exit code of a command that has exited by itself; nothing for others.
     std::optional<int> exitCode() const { return m_exitCode; }
 
 Q_SIGNALS:
-    /// An empty sentence is success.
-    void finished(const QString& sentence);
+    /// Exactly once; an empty text is success.
+    void finished(const QString& errorText);
 
 private:
     class GroupProcess : public QProcess {
@@ -61,7 +60,7 @@ private:
 
     void onFinished(int exitCode, QProcess::ExitStatus status);
     void onError(QProcess::ProcessError error);
-    void finish(const QString& sentence);
+    void finish(const QString& errorText);
 
     GroupProcess m_process;
     QTimer m_timeout;

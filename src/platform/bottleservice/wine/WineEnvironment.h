@@ -6,13 +6,14 @@
 /// The environment in which the service starts Wine.
 namespace WineEnvironment {
 
-/// This process's environment without what belongs to another prefix or program, with a UTF-8 LC_CTYPE (Wine
-/// needs one for file names; a service that the bus started may have none), with the given variables over it.
-/// The locale's other categories stay as they are.
+/// This process's environment with the given variables, without those of another prefix or program, and with
+/// a UTF-8 LC_CTYPE: Wine needs one for file names, and a service that the bus started may have none. The
+/// locale's other categories are unchanged.
 QProcessEnvironment forProcess(const QJsonObject& variables,
                                const QProcessEnvironment& base = QProcessEnvironment::systemEnvironment());
 
-/// For making a prefix: silent, and without Wine's questions about packages that this machine does not have.
+/// The variables for making a prefix: no output, and no questions of Wine about packages that this machine
+/// does not have.
 QJsonObject forCreation(const QString& prefix);
 
 }  // namespace WineEnvironment

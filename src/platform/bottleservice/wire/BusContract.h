@@ -4,8 +4,8 @@
 #include <QList>
 #include <QString>
 
-/// One D-Bus interface as its XML file describes it. The file is what the service announces and what it
-/// checks every call against, so that contract and service cannot drift apart.
+/// A D-Bus interface as its XML file describes it. The service announces this file and checks every call
+/// against it, so that contract and service cannot differ.
 class BusContract {
 public:
     struct Method {
@@ -13,13 +13,12 @@ public:
         QString outSignature;
     };
 
-    /// Reads a file of the resources; a file that is no valid interface ends the process, since it is part of
-    /// it.
+    /// Reads a file of the resources. An invalid file ends the process, since it is part of the program.
     static BusContract load(const QString& resource);
 
     QString interface() const { return m_interface; }
 
-    /// The interface element, as introspection answers it.
+    /// The interface element, for introspection.
     QString introspection() const { return m_introspection; }
 
     bool hasMethod(const QString& name) const { return m_methods.contains(name); }

@@ -7,16 +7,17 @@
 #include "bottleservice/result/Answer.h"
 #include "bottleservice/wire/BusContract.h"
 
-/// One object on the bus: checks a call against the contract, hands it to the function that the table of
-/// methods names and sends the answer when it comes. Methods of the contract without a function answer
-/// NotSupported. Derived classes and functions in this folder only fill the table.
+/// One object on the bus: checks a call against the contract, passes it to the function in the table of
+/// methods and sends the reply when the answer comes. A method of the contract without a function answers
+/// NotSupported. Derived classes and the functions in this folder only fill the table. Owned by
+/// BottleService; lives in the main thread.
 class BusObject : public QDBusVirtualObject {
     Q_OBJECT
 
 public:
     BusObject(const QString& path, const QString& contractResource, QObject* parent = nullptr);
 
-    /// Puts the object on the bus; false if the path is taken.
+    /// Registers the object on the bus; false if its path is in use.
     bool registerOn(const QDBusConnection& connection);
 
     QString introspect(const QString& path) const override;
@@ -24,14 +25,14 @@ public:
 
     using Handler = std::function<void(const QVariantList& arguments, const Reply& reply)>;
 
-    /// Puts a method of the contract into the table.
+    /// Adds a method of the contract to the table.
     void handle(const QString& method, Handler handler);
 
     /// Sends a signal of the contract.
     void emitSignal(const QString& name, const QVariantList& arguments);
 
 Q_SIGNALS:
-    /// Somebody asks for something.
+    /// A method was called.
     void called();
 
 private:

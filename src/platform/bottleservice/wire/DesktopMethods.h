@@ -3,5 +3,5 @@
 class BusObject;
 class DesktopRequests;
 
-/// Puts the requests about the desktop on the bus.
+/// Adds the methods about the desktop to the object.
 void addDesktopMethods(BusObject* object, DesktopRequests* requests);

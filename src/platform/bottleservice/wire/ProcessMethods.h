@@ -3,5 +3,5 @@
 class BusObject;
 class ProcessRequests;
 
-/// Puts the methods about what runs in bottles on the object.
+/// Adds the methods about processes of bottles, and program_exited, to the object.
 void addProcessMethods(BusObject* object, ProcessRequests* requests);

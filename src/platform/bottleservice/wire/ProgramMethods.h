@@ -3,5 +3,5 @@
 class BusObject;
 class ProgramRequests;
 
-/// Puts the methods and signals about programs on the object.
+/// Adds the methods and signals about programs to the object.
 void addProgramMethods(BusObject* object, ProgramRequests* requests);

@@ -3,5 +3,5 @@
 class BusObject;
 class SettingsRequests;
 
-/// Puts the methods about settings on the object.
+/// Adds the methods about settings to the object.
 void addSettingsMethods(BusObject* object, SettingsRequests* requests);

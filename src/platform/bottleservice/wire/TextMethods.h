@@ -5,7 +5,7 @@
 
 #include "bottleservice/wire/BusObject.h"
 
-/// Puts methods on the object that take one text, or two, and answer when they are done.
+/// Adds methods to the object that take one text, or two, and answer when they are done.
 template <class Requests>
 void handleOneText(
     BusObject* object, Requests* requests,
