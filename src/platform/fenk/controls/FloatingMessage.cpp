@@ -12,10 +12,10 @@
 
 namespace Fenk {
 
-FloatingMessage* FloatingMessage::show(QWidget* over, const QIcon& icon, const QString& sentence, int ms) {
+FloatingMessage* FloatingMessage::show(QWidget* over, const QIcon& icon, const QString& text, int ms) {
     QWidget* window = over->window();
     delete window->findChild<FloatingMessage*>(QString(), Qt::FindDirectChildrenOnly);
-    auto* message = new FloatingMessage(window, icon, sentence);
+    auto* message = new FloatingMessage(window, icon, text);
     message->place();
     message->QWidget::show();
     message->raise();
@@ -25,9 +25,8 @@ FloatingMessage* FloatingMessage::show(QWidget* over, const QIcon& icon, const Q
     return message;
 }
 
-FloatingMessage::FloatingMessage(QWidget* window, const QIcon& icon, const QString& sentence)
-    : QWidget(window) {
-    setAccessibleName(sentence);
+FloatingMessage::FloatingMessage(QWidget* window, const QIcon& icon, const QString& text) : QWidget(window) {
+    setAccessibleName(text);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Tokens::Space16, Tokens::Space12, Tokens::Space16, Tokens::Space12);
     layout->setSpacing(Tokens::Space12);
@@ -37,9 +36,9 @@ FloatingMessage::FloatingMessage(QWidget* window, const QIcon& icon, const QStri
         picture->setPixmap(icon.pixmap(window->windowHandle(), picture->size()));
         layout->addWidget(picture, 0, Qt::AlignTop);
     }
-    auto* text = new Label(sentence);
-    text->setWordWrap(text->sizeHint().width() > Tokens::DialogMaxWidth);
-    layout->addWidget(text, 1);
+    auto* label = new Label(text);
+    label->setWordWrap(label->sizeHint().width() > Tokens::DialogMaxWidth);
+    layout->addWidget(label, 1);
     window->installEventFilter(this);
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &QObject::deleteLater);

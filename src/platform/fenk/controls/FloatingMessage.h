@@ -13,12 +13,12 @@ class FloatingMessage : public QWidget {
     Q_OBJECT
 public:
     /// `over` is any widget of the window. The message is plain text.
-    static FloatingMessage* show(QWidget* over, const QIcon& icon, const QString& sentence, int ms = 4000);
+    static FloatingMessage* show(QWidget* over, const QIcon& icon, const QString& text, int ms = 4000);
 
-    QString sentence() const { return accessibleName(); }
+    QString text() const { return accessibleName(); }
 
 protected:
-    FloatingMessage(QWidget* window, const QIcon& icon, const QString& sentence);
+    FloatingMessage(QWidget* window, const QIcon& icon, const QString& text);
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;

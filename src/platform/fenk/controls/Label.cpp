@@ -69,7 +69,7 @@ void Label::setElidedAfter(int lines) {
 }
 
 /// At most as many lines as are shown; the last one has all the remaining text.
-QStringList Label::brokenLines(int width) const {
+QStringList Label::wrappedLines(int width) const {
     const QString all = text().simplified();
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -103,7 +103,7 @@ int Label::heightForWidth(int width) const {
 QSize Label::sizeHint() const {
     if (m_lines > 1) {
         const int width = qMin(QLabel::sizeHint().width(), maximumWidth());
-        return {width, qMax(1, brokenLines(width).size()) * fontMetrics().lineSpacing()};
+        return {width, qMax(1, wrappedLines(width).size()) * fontMetrics().lineSpacing()};
     }
     if (m_readingWidth == 0)
         return QLabel::sizeHint();
@@ -115,10 +115,10 @@ QSize Label::sizeHint() const {
     return {width, heightForWidth(width)};
 }
 
-bool Label::cuts() const {
+bool Label::isTooLong() const {
     const int room = contentsRect().width();
     if (m_lines > 1)
-        return fontMetrics().horizontalAdvance(brokenLines(room).value(m_lines - 1)) > room;
+        return fontMetrics().horizontalAdvance(wrappedLines(room).value(m_lines - 1)) > room;
     return m_elided && fontMetrics().horizontalAdvance(text()) > room;
 }
 
@@ -134,24 +134,24 @@ QSize Label::minimumSizeHint() const {
 bool Label::event(QEvent* event) {
     // A new text of the same width causes no resize event.
     if (event->type() == QEvent::ToolTip && m_elided)
-        setToolTip(cuts() ? plainToolTip(text()) : QString());
+        setToolTip(isTooLong() ? plainToolTip(text()) : QString());
     return QLabel::event(event);
 }
 
 void Label::resizeEvent(QResizeEvent* event) {
     QLabel::resizeEvent(event);
     if (m_elided)
-        setToolTip(cuts() ? plainToolTip(text()) : QString());
+        setToolTip(isTooLong() ? plainToolTip(text()) : QString());
 }
 
 void Label::paintEvent(QPaintEvent* event) {
-    if (m_lines == 1 && !cuts()) {
+    if (m_lines == 1 && !isTooLong()) {
         QLabel::paintEvent(event);
         return;
     }
     QPainter painter(this);
     const QRect room = contentsRect();
-    QStringList shown = m_lines > 1 ? brokenLines(room.width()) : QStringList(text());
+    QStringList shown = m_lines > 1 ? wrappedLines(room.width()) : QStringList(text());
     for (QString& line : shown)
         line = fontMetrics().elidedText(line, Qt::ElideRight, room.width());
     style()->drawItemText(&painter, room, int(QStyle::visualAlignment(layoutDirection(), alignment())),

@@ -40,8 +40,8 @@ protected:
 
 private:
     void applyColor();
-    QStringList brokenLines(int width) const;
-    bool cuts() const;
+    QStringList wrappedLines(int width) const;
+    bool isTooLong() const;
 
     Theme::Role m_role = Theme::Text;
     int m_readingWidth = 0;

@@ -9,15 +9,15 @@
 namespace Fenk {
 
 LineEdit::LineEdit(QWidget* parent)
-    : QWidget(parent), m_edit(new QLineEdit), m_sentence(new Label(Label::Small)) {
-    m_sentence->setTextRole(Theme::Danger);
-    m_sentence->setWordWrap(true);
-    m_sentence->hide();
+    : QWidget(parent), m_edit(new QLineEdit), m_message(new Label(Label::Small)) {
+    m_message->setTextRole(Theme::Danger);
+    m_message->setWordWrap(true);
+    m_message->hide();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Tokens::Space4);
     layout->addWidget(m_edit);
-    layout->addWidget(m_sentence);
+    layout->addWidget(m_message);
     setFocusProxy(m_edit);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_timer.setSingleShot(true);
@@ -39,11 +39,11 @@ void LineEdit::setAlert(bool alert) {
     setAlertState(m_edit, alert);
 }
 
-void LineEdit::showAlertMessage(const QString& sentence, int ms) {
+void LineEdit::showAlertMessage(const QString& message, int ms) {
     setAlert(true);
-    m_sentence->setText(sentence);
-    m_sentence->show();
-    m_edit->setAccessibleDescription(sentence);
+    m_message->setText(message);
+    m_message->show();
+    m_edit->setAccessibleDescription(message);
     QAccessibleEvent event(m_edit, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);
     if (ms > 0)
@@ -53,13 +53,13 @@ void LineEdit::showAlertMessage(const QString& sentence, int ms) {
 }
 
 QString LineEdit::alertMessage() const {
-    return m_sentence->isHidden() ? QString() : m_sentence->text();
+    return m_message->isHidden() ? QString() : m_message->text();
 }
 
 void LineEdit::hideAlertMessage() {
     m_timer.stop();
     setAlert(false);
-    m_sentence->hide();
+    m_message->hide();
     m_edit->setAccessibleDescription({});
 }
 

@@ -27,7 +27,7 @@ public:
     void setAlert(bool alert);
 
     /// Shows red border and message until the text changes, or for `ms` milliseconds; 0: no time limit.
-    void showAlertMessage(const QString& sentence, int ms = Tokens::AlertMs);
+    void showAlertMessage(const QString& message, int ms = Tokens::AlertMs);
     QString alertMessage() const;
     void hideAlertMessage();
 
@@ -39,7 +39,7 @@ Q_SIGNALS:
 
 private:
     QLineEdit* m_edit;
-    Label* m_sentence;
+    Label* m_message;
     QTimer m_timer;
     bool m_alert = false;
 };

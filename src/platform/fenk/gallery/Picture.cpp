@@ -24,9 +24,9 @@ namespace {
 QImage grabbed(QWidget& widget) {
     widget.show();
     widget.activateWindow();
-    QElapsedTimer settled;
-    settled.start();
-    while (settled.elapsed() < Tokens::FadeMs)
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < Tokens::FadeMs)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     if (auto* sample = widget.findChild<QWidget*>("focus_sample"))
         sample->setFocus(Qt::TabFocusReason);

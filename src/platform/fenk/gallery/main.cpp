@@ -24,8 +24,8 @@ QImage pictureIn(Theme::ColorType type, const QString& page) {
     return Gallery::picture(page);
 }
 
-int fail(const QString& sentence) {
-    QTextStream(stderr) << sentence << '\n';
+int fail(const QString& text) {
+    QTextStream(stderr) << text << '\n';
     return 1;
 }
 

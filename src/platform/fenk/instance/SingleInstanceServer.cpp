@@ -83,7 +83,7 @@ void SingleInstanceServer::addPeer(OwnedFd socket) {
     peer->idle.setSingleShot(true);
     connect(&peer->idle, &QTimer::timeout, this, [this, fd] {
         qWarning() << "single instance: a peer sent nothing whole, dropped:" << m_peers.at(fd)->pid;
-        answerAndDrop(fd, Refused);
+        replyAndDisconnect(fd, Refused);
     });
     peer->idle.start(IdleMs);
     m_peers.emplace(fd, std::move(peer));
@@ -112,14 +112,14 @@ void SingleInstanceServer::readPeer(int fd) {
     switch (parsed.state) {
         case SingleInstanceMessage::State::Incomplete:
             if (ended)
-                answerAndDrop(fd, Refused);
+                replyAndDisconnect(fd, Refused);
             return;
         case SingleInstanceMessage::State::Invalid:
             qWarning() << "single instance: a peer sent something else than arguments, dropped:" << pid;
-            answerAndDrop(fd, Refused);
+            replyAndDisconnect(fd, Refused);
             return;
         case SingleInstanceMessage::State::Value:
-            answerAndDrop(fd, Confirmed);
+            replyAndDisconnect(fd, Confirmed);
             // Queued, since a receiver may run an event loop of its own.
             QMetaObject::invokeMethod(
                 this, [this, pid, arguments = parsed.arguments] { Q_EMIT received(pid, arguments); },
@@ -127,7 +127,7 @@ void SingleInstanceServer::readPeer(int fd) {
     }
 }
 
-void SingleInstanceServer::answerAndDrop(int fd, char answer) {
+void SingleInstanceServer::replyAndDisconnect(int fd, char answer) {
     const auto found = m_peers.find(fd);
     if (found == m_peers.end())
         return;

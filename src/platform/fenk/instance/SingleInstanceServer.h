@@ -39,7 +39,7 @@ private:
     void acceptPeers();
     void addPeer(OwnedFd socket);
     void readPeer(int fd);
-    void answerAndDrop(int fd, char answer);
+    void replyAndDisconnect(int fd, char answer);
 
     OwnedFd m_socket;
     std::unique_ptr<QSocketNotifier> m_notifier;

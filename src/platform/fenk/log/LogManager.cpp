@@ -11,28 +11,28 @@
 namespace Fenk {
 namespace {
 
-struct Choices {
+struct State {
     std::mutex mutex;
     QString format =
         QStringLiteral("%{time}{yyyy-MM-dd, HH:mm:ss.zzz} [%{type:-7}] %{category}: %{message}\n");
     QString filePath;
 };
 
-Choices& choices() {
-    static Choices instance;
+State& state() {
+    static State instance;
     return instance;
 }
 
 }  // namespace
 
 void LogManager::setLogFormat(const QString& format) {
-    const std::lock_guard<std::mutex> lock(choices().mutex);
-    choices().format = format;
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    state().format = format;
 }
 
 QString LogManager::logFormat() {
-    const std::lock_guard<std::mutex> lock(choices().mutex);
-    return choices().format;
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    return state().format;
 }
 
 void LogManager::registerConsoleAppender() {
@@ -40,16 +40,16 @@ void LogManager::registerConsoleAppender() {
 }
 
 QString LogManager::getlogFilePath() {
-    const std::lock_guard<std::mutex> lock(choices().mutex);
-    if (!choices().filePath.isEmpty())
-        return choices().filePath;
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    if (!state().filePath.isEmpty())
+        return state().filePath;
     return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + '/' +
            QCoreApplication::applicationName() + ".log";
 }
 
 void LogManager::setlogFilePath(const QString& path) {
-    const std::lock_guard<std::mutex> lock(choices().mutex);
-    choices().filePath = path;
+    const std::lock_guard<std::mutex> lock(state().mutex);
+    state().filePath = path;
 }
 
 }  // namespace Fenk

@@ -36,10 +36,10 @@ void Logger::removeAppender(AbstractAppender* appender) {
     const auto is = [appender](const std::unique_ptr<AbstractAppender>& item) {
         return item.get() == appender;
     };
-    const auto gone = std::remove_if(m_appenders.begin(), m_appenders.end(), is);
-    if (gone == m_appenders.end())
+    const auto removed = std::remove_if(m_appenders.begin(), m_appenders.end(), is);
+    if (removed == m_appenders.end())
         return;
-    m_appenders.erase(gone, m_appenders.end());
+    m_appenders.erase(removed, m_appenders.end());
     if (m_appenders.empty())
         qInstallMessageHandler(m_previous);
 }

@@ -69,7 +69,7 @@ Read readFile(const QString& path) {
 }
 
 /// Renames an invalid file before the next write.
-bool setAside(const QString& path) {
+bool renameBroken(const QString& path) {
     const QString aside = path + ".broken";
     if (!QFileInfo(path).isFile() ||
         std::rename(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) != 0)
@@ -184,7 +184,7 @@ bool Settings::sync() {
     }
     // Read again, to keep what other processes have changed under other keys.
     Read read = readFile(m_iniPath);
-    if (read.state == Read::Unusable && !setAside(m_iniPath)) {
+    if (read.state == Read::Unusable && !renameBroken(m_iniPath)) {
         qWarning() << "settings: not overwriting" << m_iniPath << read.reason;
         return false;
     }

@@ -68,7 +68,7 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
             break;
         case QEvent::FocusIn:
             if (auto* widget = qobject_cast<QWidget*>(watched))
-                focusCame(widget, static_cast<QFocusEvent*>(event)->reason());
+                onFocusIn(widget, static_cast<QFocusEvent*>(event)->reason());
             break;
         default:
             break;
@@ -76,7 +76,7 @@ bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-void FocusRing::focusCame(QWidget* widget, Qt::FocusReason reason) {
+void FocusRing::onFocusIn(QWidget* widget, Qt::FocusReason reason) {
     // Dialogs send the focus event to their first control before their window is active.
     if (!widget->hasFocus())
         return;

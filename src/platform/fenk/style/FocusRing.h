@@ -19,7 +19,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void focusCame(QWidget* widget, Qt::FocusReason reason);
+    void onFocusIn(QWidget* widget, Qt::FocusReason reason);
     void show(QWidget* widget);
     void hide();
 

@@ -19,7 +19,7 @@ namespace {
 using Paint::color;
 
 /// Whether the cell is the first of its row, which has the accent edge.
-bool begins(const QStyleOptionViewItem* option, const QWidget* widget) {
+bool isFirstCell(const QStyleOptionViewItem* option, const QWidget* widget) {
     if (const auto* table = qobject_cast<const QTableView*>(widget))
         return option->index.isValid() && table->horizontalHeader()->visualIndex(option->index.column()) == 0;
     if (qobject_cast<const QTreeView*>(widget))
@@ -61,7 +61,7 @@ void row(QPainter* painter, const QStyleOptionViewItem* option, const QWidget* w
     }
     // Opaque, since trees draw the background of a row and then of its cells.
     painter->fillRect(option->rect, chosen ? soft : mix(option->palette.color(QPalette::Base), soft, 0.6));
-    if (!chosen || !begins(option, widget))
+    if (!chosen || !isFirstCell(option, widget))
         return;
     const QRect edge =
         QStyle::visualRect(option->direction, option->rect,

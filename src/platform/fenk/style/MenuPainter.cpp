@@ -31,7 +31,7 @@ bool rounded(const QWidget* widget) {
 }
 
 /// Whether the entry is destructive, which is a property of its action.
-bool loses(const QStyleOptionMenuItem* option, const QWidget* widget) {
+bool isDestructiveEntry(const QStyleOptionMenuItem* option, const QWidget* widget) {
     const auto* menu = qobject_cast<const QMenu*>(widget);
     return menu && isDestructive(menu->actionAt(option->rect.center()));
 }
@@ -70,7 +70,7 @@ void item(QPainter* painter, const QStyleOptionMenuItem* option, const QWidget* 
     const bool usable = Paint::enabled(option);
     if (usable && (option->state & QStyle::State_Selected))
         Paint::box(painter, row, Tokens::RadiusControl, color(Theme::AccentSoft));
-    const bool danger = usable && loses(option, widget);
+    const bool danger = usable && isDestructiveEntry(option, widget);
     const QColor ink = color(!usable ? Theme::Disabled : danger ? Theme::Danger : Theme::Text);
 
     const QRect mark =

@@ -66,16 +66,16 @@ void SystemAppearance::read(const QString& group, const QString& key) {
             [this, group, key](QDBusPendingCallWatcher* done) {
                 const QDBusPendingReply<QDBusVariant> reply = *done;
                 if (reply.isValid())
-                    take(group, key, reply.value().variant());
+                    apply(group, key, reply.value().variant());
                 done->deleteLater();
             });
 }
 
 void SystemAppearance::onSettingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
-    take(group, key, value.variant());
+    apply(group, key, value.variant());
 }
 
-void SystemAppearance::take(const QString& group, const QString& key, const QVariant& value) {
+void SystemAppearance::apply(const QString& group, const QString& key, const QVariant& value) {
     const QVariant plain = unwrapped(value);
     if (group == Appearance && key == "color-scheme") {
         if (const auto dark = darkFrom(plain))

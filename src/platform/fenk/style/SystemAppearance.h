@@ -33,7 +33,7 @@ private Q_SLOTS:
 
 private:
     void read(const QString& group, const QString& key);
-    void take(const QString& group, const QString& key, const QVariant& value);
+    void apply(const QString& group, const QString& key, const QVariant& value);
 };
 
 }  // namespace Fenk

@@ -33,7 +33,7 @@ qreal Transitions::hover(const QWidget* widget, bool over) {
     auto found = m_fades.find(widget);
     if (found == m_fades.end()) {
         found = m_fades.insert(widget, Fade{over ? qreal(1) : qreal(0), over, {}});
-        connect(widget, &QObject::destroyed, this, [this](QObject* gone) { m_fades.remove(gone); });
+        connect(widget, &QObject::destroyed, this, [this](QObject* object) { m_fades.remove(object); });
     } else if (found->target != over) {
         found->from = valueOf(*found);
         found->target = over;
@@ -47,8 +47,8 @@ void Transitions::watchBusyBar(QWidget* bar) {
     if (m_bars.contains(bar))
         return;
     m_bars.append(bar);
-    connect(bar, &QObject::destroyed, this, [this](QObject* gone) {
-        m_bars.erase(std::remove(m_bars.begin(), m_bars.end(), gone), m_bars.end());
+    connect(bar, &QObject::destroyed, this, [this](QObject* object) {
+        m_bars.erase(std::remove(m_bars.begin(), m_bars.end(), object), m_bars.end());
     });
     m_timer.start();
 }

@@ -28,7 +28,7 @@ ButtonKind kindOf(Dialog::ButtonType type) {
     }
 }
 
-bool destroys(const QPushButton* button) {
+bool isDestructive(const QPushButton* button) {
     return buttonKind(button) == ButtonKind::Destructive;
 }
 
@@ -175,7 +175,7 @@ QPushButton* Dialog::answerToReturn() const {
         return *recommended;
     if (m_default)
         return m_default;
-    return m_buttons.size() == 1 && !destroys(m_buttons.first()) ? m_buttons.first() : nullptr;
+    return m_buttons.size() == 1 && !isDestructive(m_buttons.first()) ? m_buttons.first() : nullptr;
 }
 
 void Dialog::showEvent(QShowEvent* event) {
@@ -186,7 +186,7 @@ void Dialog::showEvent(QShowEvent* event) {
     QPushButton* first = answerToReturn();
     if (!first) {
         const auto harmless = std::find_if(m_buttons.begin(), m_buttons.end(),
-                                           [](const QPushButton* button) { return !destroys(button); });
+                                           [](const QPushButton* button) { return !isDestructive(button); });
         first = harmless != m_buttons.end() ? *harmless : nullptr;
     }
     if (first)

@@ -20,23 +20,23 @@ DialogAnchor::DialogAnchor(QWidget* dialog) : QObject(dialog), m_dialog(dialog) 
 }
 
 DialogAnchor::~DialogAnchor() {
-    release();
+    detach();
 }
 
 bool DialogAnchor::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_dialog) {
         // A spontaneous show event only restores a minimised dialog.
         if (event->type() == QEvent::Show && !event->spontaneous())
-            take();
+            attach();
         else if (event->type() == QEvent::Hide && !event->spontaneous())
-            release();
+            detach();
     } else if (watched == m_window && (event->type() == QEvent::Move || event->type() == QEvent::Resize)) {
-        follow();
+        moveWithWindow();
     }
     return false;
 }
 
-void DialogAnchor::take() {
+void DialogAnchor::attach() {
     QWidget* window = m_dialog->parentWidget() ? m_dialog->parentWidget()->window() : nullptr;
     if (m_window || !window || !window->isVisible())
         return;
@@ -51,7 +51,7 @@ void DialogAnchor::take() {
     m_veil->add(m_dialog);
 }
 
-void DialogAnchor::release() {
+void DialogAnchor::detach() {
     if (!m_window)
         return;
     m_window->removeEventFilter(this);
@@ -59,11 +59,11 @@ void DialogAnchor::release() {
         m_veil->remove(m_dialog);
     if (m_dialog->isActiveWindow())
         m_window->activateWindow();
-    returnFocus();
+    restoreFocus();
     m_window.clear();
 }
 
-void DialogAnchor::follow() {
+void DialogAnchor::moveWithWindow() {
     const QPoint middle = m_window->geometry().center();
     if (middle != m_middle)
         m_dialog->move(m_dialog->pos() + middle - m_middle);
@@ -71,7 +71,7 @@ void DialogAnchor::follow() {
 }
 
 /// Does nothing if another control has taken the focus meanwhile.
-void DialogAnchor::returnFocus() const {
+void DialogAnchor::restoreFocus() const {
     if (canHaveFocus(m_window->focusWidget()))
         return;
     for (const QPointer<QWidget>& widget : m_focusChain) {

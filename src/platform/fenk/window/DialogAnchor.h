@@ -25,10 +25,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void take();
-    void release();
-    void follow();
-    void returnFocus() const;
+    void attach();
+    void detach();
+    void moveWithWindow();
+    void restoreFocus() const;
 
     QWidget* m_dialog;
     QPointer<QWidget> m_window;               ///< null while the dialog is over no window

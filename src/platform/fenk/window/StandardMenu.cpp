@@ -10,12 +10,12 @@ namespace Fenk {
 
 namespace {
 
-QString word(const char* text) {
+QString translated(const char* text) {
     return QCoreApplication::translate("TitleBarMenu", text);
 }
 
 void addThemeMenu(QMenu* menu) {
-    QMenu* themes = menu->addMenu(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Theme")));
+    QMenu* themes = menu->addMenu(translated(QT_TRANSLATE_NOOP("TitleBarMenu", "Theme")));
     themes->setObjectName("theme_menu");
     auto* group = new QActionGroup(themes);
     Theme* theme = Theme::instance();
@@ -25,13 +25,13 @@ void addThemeMenu(QMenu* menu) {
         group->addAction(action);
         return action;
     };
-    QAction* system =
-        add(word(QT_TRANSLATE_NOOP("TitleBarMenu", "System theme")), [theme] { theme->followSystem(); });
+    QAction* system = add(translated(QT_TRANSLATE_NOOP("TitleBarMenu", "System theme")),
+                          [theme] { theme->followSystem(); });
     themes->addSeparator();
-    QAction* light =
-        add(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Light")), [theme] { theme->setColorType(Theme::Light); });
-    QAction* dark =
-        add(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Dark")), [theme] { theme->setColorType(Theme::Dark); });
+    QAction* light = add(translated(QT_TRANSLATE_NOOP("TitleBarMenu", "Light")),
+                         [theme] { theme->setColorType(Theme::Light); });
+    QAction* dark = add(translated(QT_TRANSLATE_NOOP("TitleBarMenu", "Dark")),
+                        [theme] { theme->setColorType(Theme::Dark); });
     QObject::connect(themes, &QMenu::aboutToShow, themes, [=] {
         (theme->followsSystem() ? system : theme->isDark() ? dark : light)->setChecked(true);
     });
@@ -46,10 +46,10 @@ void appendStandardActions(QMenu* menu) {
     auto* application = qobject_cast<Application*>(QCoreApplication::instance());
     if (!application)
         return;
-    menu->addAction(word(QT_TRANSLATE_NOOP("TitleBarMenu", "About")), application,
+    menu->addAction(translated(QT_TRANSLATE_NOOP("TitleBarMenu", "About")), application,
                     &Application::handleAboutAction);
     menu->addSeparator();
-    menu->addAction(word(QT_TRANSLATE_NOOP("TitleBarMenu", "Exit")), application,
+    menu->addAction(translated(QT_TRANSLATE_NOOP("TitleBarMenu", "Exit")), application,
                     &Application::handleQuitAction);
 }
 

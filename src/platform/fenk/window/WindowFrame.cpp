@@ -17,7 +17,7 @@ namespace Fenk {
 
 namespace {
 
-constexpr int SettleMs = 200;  ///< time for the window manager to place a new window
+constexpr int PlacementMs = 200;  ///< time for the window manager to place a new window
 
 /// Covers one corner of the window: clears what is outside the curve and draws the border along it.
 class Corner : public QWidget {
@@ -74,9 +74,9 @@ WindowFrame::WindowFrame(QWidget* window) : QObject(window), m_window(window) {
     for (const auto corner :
          {Qt::TopLeftCorner, Qt::TopRightCorner, Qt::BottomLeftCorner, Qt::BottomRightCorner})
         m_corners.append(new Corner(window, corner));
-    m_settle.setSingleShot(true);
-    m_settle.setInterval(SettleMs);
-    connect(&m_settle, &QTimer::timeout, this, &WindowFrame::takeActualPosition);
+    m_placementTimer.setSingleShot(true);
+    m_placementTimer.setInterval(PlacementMs);
+    connect(&m_placementTimer, &QTimer::timeout, this, &WindowFrame::adoptActualPosition);
     connect(Theme::instance(), &Theme::changed, window, [window] { window->update(); });
     update();
 }
@@ -116,7 +116,7 @@ void WindowFrame::update() {
 
 /// Some window managers move their frame after Qt has queried the position of the window, without an event.
 /// Without this, Qt would move the window at the next resize.
-void WindowFrame::takeActualPosition() {
+void WindowFrame::adoptActualPosition() {
     const auto actual = WindowPlatform::actualPosition(m_window->windowHandle());
     if (framed() && actual && *actual != m_window->pos())
         m_window->move(*actual);
@@ -149,7 +149,7 @@ bool WindowFrame::eventFilter(QObject* watched, QEvent* event) {
             // Nested layouts have cached the height of wrapped text for another width.
             if (QLayout* layout = m_window->layout())
                 layout->invalidate();
-            m_settle.start();
+            m_placementTimer.start();
             break;
         case QEvent::Resize:
         case QEvent::WindowStateChange:

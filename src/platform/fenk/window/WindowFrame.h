@@ -34,12 +34,12 @@ public:
 
 private:
     void update();
-    void takeActualPosition();
+    void adoptActualPosition();
     bool handleWindowEvent(QEvent* event);
 
     QWidget* m_window;
     QVector<QWidget*> m_corners;
-    QTimer m_settle;
+    QTimer m_placementTimer;
     int m_alpha = 255;
     bool m_cursorSet = false;
 };
