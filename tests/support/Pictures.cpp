@@ -6,7 +6,6 @@
 #include <QTextStream>
 #include <QWidget>
 
-#include "core/ApplicationWindows.h"
 #include "core/ProductFacts.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
@@ -73,8 +72,6 @@ int takePicture(int argc, char** argv, const QVector<PictureState>& states) {
                         {"screenshot", "Where to write the picture.", "file"}});
     options.process(application);
     WindowPlatform::assumeCompositing(true);
-    ApplicationWindows windows;
-    LaunchWindows::setInstance(&windows);
     nameProduct(application);
     Theme::instance()->setAnimationsEnabled(false);
     Theme::instance()->setColorType(options.value("theme") == "dark" ? Theme::Dark : Theme::Light);

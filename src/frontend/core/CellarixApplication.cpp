@@ -9,6 +9,7 @@
 #include "backend/DesktopUtils.h"
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
+#include "core/ApplicationWindows.h"
 #include "core/BackendVersion.h"
 #include "core/CommandLineHandler.h"
 #include "core/ImageCache.h"
@@ -19,10 +20,10 @@
 #include "environment/BottleEnvScript.h"
 #include "fenk/style/Theme.h"
 #include "fenk/window/Dialog.h"
+#include "launch/LaunchWindows.h"
 #include "launch/bottle/PrivateBottleName.h"
 #include "launch/run/ExeFileRunner.h"
 #include "programs/AppItemWidgetStateManager.h"
-#include "programs/ShellWindows.h"
 #include "shell/Mainwindow.h"
 #include "shell/library/AppLocalView.h"
 
@@ -38,8 +39,7 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
       m_windowMonitor(new WindowMonitor(this)),
       m_leavingLimit(new QTimer(this)) {
     installEventFilter(m_windowMonitor);
-    LaunchWindows::setInstance(&m_windows);
-    ShellWindows::instance().repair = [this](const ProgramRef& program, const QStringList& components) {
+    LaunchWindows::instance().repair = [this](const ProgramRef& program, const QStringList& components) {
         repairProgram(program.bottle, program.uuid, components);
     };
     Fenk::Theme::addIconSearchPath(Paths::iconsDir());
@@ -73,7 +73,7 @@ CellarixApplication::~CellarixApplication() {
     delete m_mainWindow;
     abandonBackendVersion();
     ServiceThreads::settle();
-    LaunchWindows::setInstance(nullptr);
+    LaunchWindows::instance() = {};
     purgeImageCache(ImageCacheDays);
 }
 
@@ -177,10 +177,15 @@ void CellarixApplication::openExe(const QString& path, bool debug) {
             showAlreadyRunning(running->displayName());
         return !m_runners.contains(bottle);
     };
-    if ((debug ? runner->runInBottlesConfigWindow() : runner->run(isFree)) == 0)
+    if ((debug ? runner->runInBottlesConfigWindow() : runner->run(isFree)) == 0) {
         addExeRunner(runner);
-    else if (runner)
-        runner->deleteLater();
+        return;
+    }
+    if (!runner)
+        return;
+    if (debug && !runner->id().isEmpty() && !LaunchWindows::instance().configuration)
+        ApplicationWindows::tellNoConfiguration(runner->id());
+    runner->deleteLater();
 }
 
 int CellarixApplication::openProgram(const QString& bottleName, const QString& programUuid) {

@@ -6,7 +6,6 @@
 #include <QTranslator>
 #include <optional>
 
-#include "core/ApplicationWindows.h"
 #include "core/LeaveRule.h"
 #include "core/Refusals.h"
 #include "fenk/window/Application.h"
@@ -90,7 +89,6 @@ private:
     void onBottleDeleted(const QString& bottle);
     void showAlreadyRunning(const QString& displayName);
 
-    ApplicationWindows m_windows;
     QPointer<Mainwindow> m_mainWindow;
     QMap<QString, ExeFileRunner*> m_runners;
     QTranslator* m_translator;

@@ -1,44 +1,49 @@
 #pragma once
 
 #include <QObject>
-#include <QString>
+#include <functional>
+
+#include "backend/ProgramRef.h"
 
 class QWidget;
 
-/// The bottle configuration as a launch sees it. Belongs to who made it; ends itself when it is closed.
+/// The bottle configuration as a launch sees it. Whoever opened it for the launch owns it; it deletes itself
+/// after it was closed. GUI thread.
 class BottleConfigWindow : public QObject {
     Q_OBJECT
 public:
     using QObject::QObject;
 
     virtual void setLoading(bool loading) = 0;
-    /// The program that is made of this file, as soon as the bottle has it.
+    /// Selects the program that is made of this file, as soon as the bottle has it.
     virtual void selectProgram(const QString& exePath) = 0;
 
 Q_SIGNALS:
     void closed();
 };
 
-/// The windows that a launch opens and that live above it. The application hands in its own at start; without
-/// them a launch does without.
-class LaunchWindows {
-public:
+/// The windows and pages that a room opens although they belong to a room above it. The application sets the
+/// openers at start and clears them at its end. A button or menu entry whose opener is not set is hidden.
+/// GUI thread. The program's id is empty for a file that is not stored yet; `over` may be null.
+struct LaunchWindows {
     enum class ConfigMode { Ordinary, Debugging };
+    using ForProgram = std::function<void(const ProgramRef& program, QWidget* over)>;
 
-    virtual ~LaunchWindows() = default;
+    /// Opens the configuration of the program's bottle. Returns null when that is not possible; the user has
+    /// then been told why.
+    std::function<BottleConfigWindow*(const ProgramRef& program, ConfigMode mode, QWidget* over)>
+        configuration;
+    /// Asks for feedback on a program, or on this application when the reference is empty. Runs an event loop
+    /// until the user is done. Returns the rating, 0 for none.
+    std::function<int(const ProgramRef& program, const QString& appName, const QString& version,
+                      QWidget* over)>
+        feedback;
+    ForProgram packaging;
+    ForProgram manifestExport;
+    std::function<QWidget*()> storePage;
+    /// Shows the launch banner of a program whose last start failed: it offers to install the components, or
+    /// starts the program and watches it when there are none.
+    std::function<void(const ProgramRef& program, const QStringList& components)> repair;
 
-    /// Whether there is such a window at all; buttons that lead to one that is not are hidden.
-    virtual bool hasBottleConfig() const { return true; }
-    virtual bool hasFeedback() const { return true; }
-
-    /// Shows the configuration of a bottle above `over`. Null when that is not possible; the user has been
-    /// told why.
-    virtual BottleConfigWindow* openBottleConfig(const QString& bottle, ConfigMode mode, QWidget* over) = 0;
-
-    /// Asks for feedback on a program and returns when that has been given or not: the rating, 0 for none.
-    virtual int askFeedback(const QString& bottle, const QString& appName, const QString& version,
-                            QWidget* over) = 0;
-
-    static LaunchWindows* instance();
-    static void setInstance(LaunchWindows* windows);  ///< not taken over; null takes it away
+    static LaunchWindows& instance();
 };

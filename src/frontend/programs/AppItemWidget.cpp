@@ -2,12 +2,12 @@
 
 #include <QApplication>
 
+#include "launch/LaunchWindows.h"
 #include "launch/records/FailedStarts.h"
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
 #include "programs/ProgramStarts.h"
 #include "programs/RunStateButton.h"
-#include "programs/ShellWindows.h"
 
 AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
     : QWidget(parent), m_program(program), m_runButton(new RunStateButton(this)) {
@@ -55,7 +55,7 @@ void AppItemWidget::activate() {
 }
 
 void AppItemWidget::repair() {
-    const auto& open = ShellWindows::instance().repair;
+    const auto& open = LaunchWindows::instance().repair;
     const FailedStart* failed = failedStart();
     if (open && failed)
         open(ref(), failed->components);

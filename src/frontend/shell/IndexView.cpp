@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QStackedWidget>
 
-#include "programs/ShellWindows.h"
+#include "launch/LaunchWindows.h"
 #include "shell/SearchWidget.h"
 #include "shell/library/AppLocalView.h"
 
@@ -23,7 +23,7 @@ void IndexView::buildPages() {
         return;
     m_local = new AppLocalView;
     m_pages->addWidget(m_local);
-    if (const auto& makeStore = ShellWindows::instance().storePage)
+    if (const auto& makeStore = LaunchWindows::instance().storePage)
         m_pages->addWidget(makeStore());
     connect(m_search, &SearchWidget::textChanged, m_local, &AppLocalView::search);
     connect(m_search, &SearchWidget::leaveForResults, m_local, &AppLocalView::focusPrograms);

@@ -15,10 +15,10 @@
 #include "core/base/BuildInfo.h"
 #include "fenk/style/Theme.h"
 #include "fenk/window/TitleBar.h"
+#include "launch/LaunchWindows.h"
 #include "launch/records/EventRecord.h"
 #include "launch/records/EventWriter.h"
 #include "probes/HardwareInfo.h"
-#include "programs/ShellWindows.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/SearchWidget.h"
@@ -88,11 +88,11 @@ void Mainwindow::setUpTitlebarMenu() {
             [] { QDesktopServices::openUrl(QUrl(BuildInfo::forumUrl())); });
     auto* feedback = new QAction(tr("Feedback"), menu);
     connect(feedback, &QAction::triggered, this, [this] {
-        if (const auto& open = ShellWindows::instance().productFeedback)
-            open(this);
+        if (const auto& ask = LaunchWindows::instance().feedback)
+            ask({}, "Cellarix", BuildInfo::version(), this);
     });
     connect(menu, &QMenu::aboutToShow, feedback,
-            [feedback] { feedback->setVisible(bool(ShellWindows::instance().productFeedback)); });
+            [feedback] { feedback->setVisible(bool(LaunchWindows::instance().feedback)); });
     QAction* first = standard.value(0);
     menu->insertActions(first, {forums, feedback});
     menu->insertSeparator(first);

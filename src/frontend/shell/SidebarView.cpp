@@ -10,7 +10,7 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
-#include "programs/ShellWindows.h"
+#include "launch/LaunchWindows.h"
 
 using namespace Fenk;
 
@@ -84,7 +84,7 @@ SidebarView::SidebarView(QWidget* parent) : QTreeView(parent), m_model(new QStan
     QStandardItem* start = addRow(mine, tr("My Apps"), "cxb_my_apps");
     QStandardItem* all = addGroup(tr("All Apps"));
     addRow(all, tr("All Apps"), "cxb_add_app");
-    setRowHidden(AllApps, QModelIndex(), !ShellWindows::instance().storePage);
+    setRowHidden(AllApps, QModelIndex(), !LaunchWindows::instance().storePage);
     refreshIcons();
     expandAll();
     setCurrentIndex(start->index());

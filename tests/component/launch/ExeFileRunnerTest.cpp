@@ -29,21 +29,6 @@ public:
     void selectProgram(const QString& exePath) override { said << QFileInfo(exePath).fileName(); }
 };
 
-/// Windows of the rooms above, which answer at once.
-class Windows : public LaunchWindows {
-public:
-    std::unique_ptr<ConfigWindow> window;  ///< null: there is none
-    QStringList asked;
-    BottleConfigWindow* openBottleConfig(const QString&, ConfigMode mode, QWidget*) override {
-        asked << (mode == ConfigMode::Debugging ? "debugging" : "ordinary");
-        return window.get();
-    }
-    int askFeedback(const QString&, const QString& appName, const QString& version, QWidget*) override {
-        asked << appName + "|" + version;
-        return 4;
-    }
-};
-
 }  // namespace
 
 /// What a launch shows and what becomes of its bottle, with the real launch script and a Wine and a service
@@ -51,7 +36,8 @@ public:
 class ExeFileRunnerTest : public QObject, private LaunchFixture {
     Q_OBJECT
 
-    Windows m_windows;
+    std::unique_ptr<ConfigWindow> m_window;  ///< null: there is none
+    bool m_isDebugging = false;              ///< how it was opened
     QPointer<ExeFileRunner> m_runner;
     int m_ends = 0;
 
@@ -111,9 +97,12 @@ class ExeFileRunnerTest : public QObject, private LaunchFixture {
 private Q_SLOTS:
     void init() {
         QVERIFY(startService());
-        m_windows.asked.clear();
-        m_windows.window.reset();
-        LaunchWindows::setInstance(&m_windows);
+        m_window.reset();
+        LaunchWindows::instance().configuration = [this](const ProgramRef&, LaunchWindows::ConfigMode mode,
+                                                         QWidget*) {
+            m_isDebugging = mode == LaunchWindows::ConfigMode::Debugging;
+            return m_window.get();
+        };
     }
     void cleanup() {
         delete m_runner;
@@ -192,14 +181,14 @@ private Q_SLOTS:
         }
         if (user.startsWith("debug")) {
             if (user.endsWith("window"))
-                m_windows.window = std::make_unique<ConfigWindow>();
+                m_window = std::make_unique<ConfigWindow>();
             click("debug_btn");
-            QCOMPARE(m_windows.asked, QStringList{"debugging"});
-            QCOMPARE(banner()->isVisible(), !m_windows.window);
+            QVERIFY(m_isDebugging);
+            QCOMPARE(banner()->isVisible(), !m_window);
         }
-        if (m_windows.window) {
+        if (m_window) {
             const int scans = m_service->calls("scanApplicationLinks").size();
-            Q_EMIT m_windows.window->closed();
+            Q_EMIT m_window->closed();
             QCOMPARE(m_service->calls("scanApplicationLinks").size(), scans + 1);
         }
         if (user.startsWith("repair")) {
@@ -340,15 +329,15 @@ private Q_SLOTS:
         QCOMPARE(m_runner->runInBottlesConfigWindow(), -1);
         delete m_runner;
 
-        m_windows.window = std::make_unique<ConfigWindow>();
+        m_window = std::make_unique<ConfigWindow>();
         m_runner = new ExeFileRunner(path, this);
         QSignalSpy ends(m_runner, &ExeFileRunner::emit_finished);
         QCOMPARE(m_runner->runInBottlesConfigWindow(), 0);
         QCOMPARE(m_service->calls("createBottles").size(), 1);
-        QCOMPARE(m_windows.window->said, QStringList({"loading", "a.exe", "loaded"}));
+        QCOMPARE(m_window->said, QStringList({"loading", "a.exe", "loaded"}));
         QVERIFY(!banner()->isVisible());
         QCOMPARE(m_service->calls("scanApplicationLinks").size(), 0);
-        Q_EMIT m_windows.window->closed();
+        Q_EMIT m_window->closed();
         QCOMPARE(ends.size(), 1);
         QTRY_COMPARE(changes(), QString("added"));
         QCOMPARE(m_service->calls("scanApplicationLinks").size(), 1);

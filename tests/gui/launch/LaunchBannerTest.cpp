@@ -28,14 +28,6 @@ Q_DECLARE_METATYPE(Signal)
 
 namespace {
 
-struct Windows : LaunchWindows {
-    bool isThere = true;
-    bool hasBottleConfig() const override { return isThere; }
-    bool hasFeedback() const override { return isThere; }
-    BottleConfigWindow* openBottleConfig(const QString&, ConfigMode, QWidget*) override { return nullptr; }
-    int askFeedback(const QString&, const QString&, const QString&, QWidget*) override { return 0; }
-};
-
 QWidget* part(QWidget* window, const QString& name) {
     for (QWidget* widget : window->findChildren<QWidget*>()) {
         if (widget->accessibleName() == name)
@@ -51,8 +43,11 @@ class LaunchBannerTest : public QObject {
 private Q_SLOTS:
     void init() {
         Fenk::Theme::instance()->setAnimationsEnabled(false);
-        m_windows.isThere = true;
-        LaunchWindows::setInstance(&m_windows);
+        LaunchWindows& windows = LaunchWindows::instance();
+        windows.configuration = [](const ProgramRef&, LaunchWindows::ConfigMode, QWidget*) {
+            return nullptr;
+        };
+        windows.feedback = [](const ProgramRef&, const QString&, const QString&, QWidget*) { return 0; };
         m_banner = std::make_unique<Banner>();
         m_banner->show();
         m_banner->activateWindow();
@@ -60,7 +55,7 @@ private Q_SLOTS:
     }
     void cleanup() {
         m_banner.reset();
-        LaunchWindows::setInstance(nullptr);
+        LaunchWindows::instance() = {};
     }
 
     void closes_data() {
@@ -144,7 +139,8 @@ private Q_SLOTS:
         QFETCH(bool, canFix);
         QFETCH(QStringList, names);  // in the order of Tab
         QCOMPARE(m_banner->size(), QSize(660, 432));
-        m_windows.isThere = isThere;
+        if (!isThere)
+            LaunchWindows::instance() = {};
         m_banner->setCanRepair(canRepair);
         m_banner->showFailed(canFix);
         QTEST(m_banner->height(), "height");
@@ -293,7 +289,6 @@ private:
         return m_banner->findChildren<BannerCloseConfirmDialog*>();
     }
 
-    Windows m_windows;
     std::unique_ptr<Banner> m_banner;
 };
 

@@ -14,10 +14,10 @@
 #include "fenk/style/Theme.h"
 #include "fenk/window/Application.h"
 #include "fenk/window/Dialog.h"
+#include "launch/LaunchWindows.h"
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
 #include "programs/ProgramStarts.h"
-#include "programs/ShellWindows.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
@@ -26,6 +26,7 @@
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/ProgramGrid.h"
 #include "shell/library/ProgramLibrary.h"
+#include "shell/properties/AppPropertyDlg.h"
 #include "support/FakeBottleService.h"
 #include "support/KeyWalk.h"
 #include "support/PrivateBus.h"
@@ -120,7 +121,7 @@ private Q_SLOTS:
     void cleanup() {
         m_window.reset();
         m_service.reset();
-        ShellWindows::instance() = {};
+        LaunchWindows::instance() = {};
     }
 
     void live() {
@@ -254,14 +255,12 @@ private Q_SLOTS:
                                           {"Runner", runner},
                                           {"External_Programs", external}});
         m_service->setText("getEmulators", emulators);
-        bool opened = false;
-        ShellWindows& windows = ShellWindows::instance();
-        windows.properties = [&](const Program&, QWidget*) { opened = true; };
-        const QVector<ShellWindows::ForProgram*> later = {&windows.configuration, &windows.fileAssociations,
-                                                          &windows.packaging, &windows.manifestExport,
-                                                          &windows.feedback};
-        for (ShellWindows::ForProgram* window : later)
-            *window = [](const ProgramRef&, QWidget*) {};
+        LaunchWindows& windows = LaunchWindows::instance();
+        windows.configuration = [](const ProgramRef&, LaunchWindows::ConfigMode, QWidget*) {
+            return nullptr;
+        };
+        windows.feedback = [](const ProgramRef&, const QString&, const QString&, QWidget*) { return 0; };
+        windows.packaging = windows.manifestExport = [](const ProgramRef&, QWidget*) {};
         open({summary(1, "a", bottle)});
         LocalAppItemWidget* item = tile(1, bottle);
         const QMenu* menu = openMenu(item);
@@ -272,13 +271,14 @@ private Q_SLOTS:
             QVERIFY2(entry->isEnabled() || !entry->isVisible() || entry->toolTip() != entry->text(),
                      qPrintable(entry->text()));
         item->action(Action::EditDetails)->trigger();
-        QVERIFY(opened);
+        auto* properties = m_window->findChild<AppPropertyDlg*>();
+        QVERIFY(properties && properties->isVisible());
+        delete properties;
         item->optionMenu()->hide();
-        for (ShellWindows::ForProgram* window : later)
-            *window = nullptr;
+        windows = {};
         openMenu(item);
-        for (const Action which : {Action::AdvancedDebugging, Action::FileAssociations, Action::PackagedApps,
-                                   Action::DumpManifest, Action::Feedback})
+        for (const Action which :
+             {Action::AdvancedDebugging, Action::PackagedApps, Action::DumpManifest, Action::Feedback})
             QVERIFY2(!item->action(which)->isVisible(), qPrintable(item->action(which)->text()));
         QFile::remove(m_home.path() + "/Desktop/office-" + uuid(1) + ".desktop");
     }

@@ -8,9 +8,9 @@
 #include "fenk/style/Theme.h"
 #include "fenk/window/Application.h"
 #include "fenk/window/Dialog.h"
+#include "launch/LaunchWindows.h"
 #include "launch/records/FailedStarts.h"
 #include "programs/ProgramRuns.h"
-#include "programs/ShellWindows.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
 #include "shell/library/AppLocalView.h"
@@ -91,7 +91,7 @@ private Q_SLOTS:
         ProgramRuns::instance()->load();
         QTRY_VERIFY(!ProgramRuns::instance()->isRunning("a"));
         FailedStarts::instance()->clearBottle("office");
-        ShellWindows::instance() = {};
+        LaunchWindows::instance() = {};
         m_window.reset();
         m_service.reset();
     }
@@ -134,7 +134,7 @@ private Q_SLOTS:
                              "/data/failed_starts.json";
         QVERIFY(TestSupport::readFile(file).contains("vcrun"));
         QStringList repaired;
-        ShellWindows::instance().repair = [&](const ProgramRef& ref, const QStringList& components) {
+        LaunchWindows::instance().repair = [&](const ProgramRef& ref, const QStringList& components) {
             repaired << ref.uuid + components.join(',');
         };
         open();
@@ -174,7 +174,6 @@ private Q_SLOTS:
             QTest::keyClick(static_cast<QWidget*>(tile("a")->optionMenu()), Qt::Key_Escape);
         }
         // F2 edits the name, and the focus comes back.
-        ShellWindows::instance().rename = &AppPropertyDlg::openForRename;
         tile("b")->setFocus();
         press(Qt::Key_F2);
         QTRY_COMPARE(QApplication::focusWidget()->objectName(), QString("property_name_field"));

@@ -110,8 +110,8 @@ QLayout* BannerFailedPart::makeQuietRow() {
 }
 
 void BannerFailedPart::offer(bool canRepair, bool canFix) {
-    const LaunchWindows* windows = LaunchWindows::instance();
-    const bool canDebug = windows && windows->hasBottleConfig();
+    const LaunchWindows& windows = LaunchWindows::instance();
+    const bool canDebug = bool(windows.configuration);
     const bool hasOffer = canRepair && (canFix || canDebug);
     if (canDebug)
         m_advice->setText(canFix
@@ -127,7 +127,7 @@ void BannerFailedPart::offer(bool canRepair, bool canFix) {
     m_retryRow->hide();
     m_repairDebug->setVisible(canDebug);
     m_repairLine->setVisible(canDebug);
-    m_feedback->setVisible(windows && windows->hasFeedback());
+    m_feedback->setVisible(bool(windows.feedback));
     m_spacer->changeSize(0, hasOffer ? OfferSpacer : NoOfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed);
     layout()->invalidate();
 }

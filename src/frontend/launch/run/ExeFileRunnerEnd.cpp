@@ -32,10 +32,9 @@ int ExeFileRunner::runInBottlesConfigWindow() {
     m_banner->allowClose();
     m_banner->hide();
     m_bottlesName = m_executor->bottlesName();
-    LaunchWindows* windows = LaunchWindows::instance();
+    const auto open = LaunchWindows::instance().configuration;
     const QPointer<BottleConfigWindow> window =
-        windows ? windows->openBottleConfig(m_bottlesName, LaunchWindows::ConfigMode::Ordinary, m_banner)
-                : nullptr;
+        open ? open({m_bottlesName, {}}, LaunchWindows::ConfigMode::Ordinary, m_banner) : nullptr;
     if (!window)
         return -1;
     connect(window, &BottleConfigWindow::closed, this, [this] {
@@ -87,10 +86,9 @@ void ExeFileRunner::collectLinks() {
 }
 
 void ExeFileRunner::slotsDebugButtonClicked() {
-    LaunchWindows* windows = LaunchWindows::instance();
+    const auto open = LaunchWindows::instance().configuration;
     BottleConfigWindow* window =
-        windows ? windows->openBottleConfig(m_bottlesName, LaunchWindows::ConfigMode::Debugging, m_banner)
-                : nullptr;
+        open ? open({m_bottlesName, m_programUuid}, LaunchWindows::ConfigMode::Debugging, m_banner) : nullptr;
     if (!window)
         return;
     m_banner->hide();
@@ -116,11 +114,11 @@ void ExeFileRunner::askFeedback() {
     if (version.isEmpty())
         version = peInfo.value("FileVersion").toString();
     version.replace(QRegularExpression(QStringLiteral("[,.\uff0c]")), ".").remove(' ');
-    LaunchWindows* windows = LaunchWindows::instance();
-    if (!windows)
+    const auto ask = LaunchWindows::instance().feedback;
+    if (!ask)
         return;
     const QPointer<ExeFileRunner> alive(this);
-    const int rating = windows->askFeedback(m_bottlesName, m_appName, version, m_banner);
+    const int rating = ask({m_bottlesName, m_programUuid}, m_appName, version, m_banner);
     if (alive && rating != 0)
         m_rating = rating;
 }

@@ -7,8 +7,8 @@
 #include "backend/BottlesConfig.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
+#include "launch/LaunchWindows.h"
 #include "programs/AppItemWidget.h"
-#include "programs/ShellWindows.h"
 
 using ProgramMenu::Action;
 
@@ -35,14 +35,10 @@ const char* const Words[ProgramMenu::ActionCount] = {
 
 /// True for an entry that opens no window of another room, too.
 bool hasWindow(Action action) {
-    const ShellWindows& windows = ShellWindows::instance();
+    const LaunchWindows& windows = LaunchWindows::instance();
     switch (action) {
-        case Action::EditDetails:
-            return bool(windows.properties);
         case Action::AdvancedDebugging:
             return bool(windows.configuration);
-        case Action::FileAssociations:
-            return bool(windows.fileAssociations);
         case Action::PackagedApps:
             return bool(windows.packaging);
         case Action::DumpManifest:

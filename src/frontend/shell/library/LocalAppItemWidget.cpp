@@ -18,17 +18,19 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
+#include "launch/LaunchWindows.h"
 #include "launch/records/FailedStarts.h"
 #include "launch/run/BottleTasks.h"
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramIcons.h"
 #include "programs/RunStateButton.h"
-#include "programs/ShellWindows.h"
 #include "programs/StarRating.h"
 #include "programs/TileName.h"
+#include "shell/associations/FileAssosiationsExportDialog.h"
 #include "shell/library/LocalAppItemMenu.h"
 #include "shell/library/RemovalQuestion.h"
 #include "shell/library/TileIcon.h"
+#include "shell/properties/AppPropertyDlg.h"
 
 using namespace Fenk;
 using ProgramMenu::Action;
@@ -236,8 +238,7 @@ void LocalAppItemWidget::keyPressEvent(QKeyEvent* event) {
                 activate();
             return;
         case Qt::Key_F2:
-            if (const auto& open = ShellWindows::instance().rename)
-                open(*program(), window());
+            AppPropertyDlg::openForRename(*program(), window());
             return;
         case Qt::Key_F10:
             onBtnOptionClicked();
@@ -296,33 +297,31 @@ void LocalAppItemWidget::connectActions() {
 }
 
 void LocalAppItemWidget::onCreatePackageTriggered() {
-    if (const auto& open = ShellWindows::instance().packaging)
+    if (const auto& open = LaunchWindows::instance().packaging)
         open(ref(), window());
 }
 
 void LocalAppItemWidget::onDumpManifestActionTriggered() {
-    if (const auto& open = ShellWindows::instance().manifestExport)
+    if (const auto& open = LaunchWindows::instance().manifestExport)
         open(ref(), window());
 }
 
 void LocalAppItemWidget::onOpenConfigureTriggered() {
-    if (const auto& open = ShellWindows::instance().configuration)
-        open(ref(), window());
+    if (const auto& open = LaunchWindows::instance().configuration)
+        open(ref(), LaunchWindows::ConfigMode::Ordinary, window());
 }
 
 void LocalAppItemWidget::onOpenFeedbackDialogTriggered() {
-    if (const auto& open = ShellWindows::instance().feedback)
-        open(ref(), window());
+    if (const auto& ask = LaunchWindows::instance().feedback)
+        ask(ref(), program()->name, {}, window());
 }
 
 void LocalAppItemWidget::onOpenPropDialogActionTriggered() {
-    if (const auto& open = ShellWindows::instance().properties)
-        open(*program(), window());
+    AppPropertyDlg::openFor(*program(), window());
 }
 
 void LocalAppItemWidget::onExportFileAssosiationsActionTriggered() {
-    if (const auto& open = ShellWindows::instance().fileAssociations)
-        open(ref(), window());
+    FileAssosiationsExportDialog::openFor(ref(), window());
 }
 
 void LocalAppItemWidget::onInternetOptActionTriggered() {
