@@ -138,10 +138,6 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
         <source>This version of Cellarix has no window yet to configure a bottle.</source>
         <translation>此版本的 Cellarix 暂不支持配置容器。</translation>
     </message>
-    <message>
-        <source>This version of Cellarix cannot send feedback yet.</source>
-        <translation>此版本的 Cellarix 暂不支持发送反馈。</translation>
-    </message>
 </context>
 <context>
     <name>AssociationModel</name>
