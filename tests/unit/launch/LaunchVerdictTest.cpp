@@ -13,56 +13,61 @@
 #include "launch/winelog/WineLogParser.h"
 #include "support/Table.h"
 
+using TestSupport::Table;
 using V = LaunchVerdict;
 
 Q_DECLARE_METATYPE(LaunchFacts)
+Q_DECLARE_METATYPE(LogFindings::Asked)
 
-/// What an ended program and its log mean.
+/// How an ended program and its log are judged, and what is offered then.
 class LaunchVerdictTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void verdicts_data() {
         using F = LaunchFacts;
-        // facts: those that differ from a windowed file's first start of which nothing was seen
-        const TestSupport::Table<F, int, bool, bool, QString> table("facts", "next", "canWeFix",
-                                                                    "isSuccessed", "message");
+        // facts: those that differ from the first start of a file that showed no window
+        const Table<F, int, QString, QString> table("facts", "next", "offer", "message");
         const auto row = [&table](const char* tag, std::initializer_list<bool F::*> set, int next,
-                                  bool canWeFix, bool isSuccessed, const char* message) {
+                                  const char* offer = "", const char* message = "") {
             F facts;
             for (const auto fact : set)
                 facts.*fact = !(facts.*fact);
-            table(tag, facts, next, canWeFix, isSuccessed, message);
+            table(tag, facts, next, offer, message);
         };
-        const char lost[] = "No any fixing applied, launch failed";
-        const char won[] = "No any fixing applied, but seems app not crashed";
-        const char staging[] =
-            "Application is not running as expected, try to using lumora-wine-staging and relaunch";
+        const char failed[] = "No any fixing applied, launch failed";
+        const char succeeded[] = "No any fixing applied, but seems app not crashed";
         const auto stored = &F::isFirstRun;
-        row("ran", {&F::windowSeen}, V::Succeeded, false, false, won);
-        row("no window", {}, V::Failed, false, false, lost);
-        row("in a terminal", {&F::isConsole}, V::Succeeded, false, false, won);
-        row("in none", {&F::isConsole, &F::isNotStarted}, V::Failed, false, false, lost);
-        row("set-up failed", {&F::windowSeen, &F::installFailed}, V::Failed, false, false, lost);
-        row("components", {&F::hasComponents, stored}, V::Offer, true, false, "");
-        row("of one that ran", {&F::windowSeen, &F::hasComponents, &F::hasFonts}, V::Offer, true, false, "");
-        row("by itself", {&F::autoFix, &F::hasFonts, &F::finished}, V::Repair, false, false, "");
-        row("fonts", {&F::windowSeen, &F::hasFonts}, V::Offer, true, true, "");
-        row("fonts, no window", {&F::hasFonts, &F::stagingKnown}, V::Offer, true, false, "");
-        row("fonts, stored", {&F::windowSeen, &F::hasFonts, stored}, V::Offer, false, true, "");
-        row("other repair", {&F::hasOtherRepair, &F::stagingKnown, stored}, V::Offer, true, false, "");
-        row("other repair, ran", {&F::windowSeen, &F::hasOtherRepair}, V::Succeeded, false, false, won);
-        row("staging", {&F::stagingKnown}, V::Offer, true, false, staging);
-        row("staging, stored", {&F::stagingKnown, stored}, V::Offer, false, false, "");
-        row("staging, by itself", {&F::stagingKnown, &F::autoFix}, V::Failed, false, false, lost);
-        row("told already", {&F::finished}, V::Nothing, false, false, "");
+        row("window seen", {&F::windowSeen}, V::Succeeded, "", succeeded);
+        row("no window", {}, V::Failed, "", failed);
+        row("in a terminal", {&F::isConsole}, V::Succeeded, "", succeeded);
+        row("no terminal", {&F::isConsole, &F::isNotStarted}, V::Failed, "", failed);
+        row("set-up failed", {&F::windowSeen, &F::installFailed}, V::Failed, "", failed);
+        row("components, stored", {&F::hasComponents, stored}, V::Offer, "repair");
+        row("components of one that ran", {&F::windowSeen, &F::hasComponents, &F::hasFonts}, V::Offer,
+            "repair");
+        row("repair without asking", {&F::autoFix, &F::hasFonts, &F::finished}, V::Repair);
+        row("fonts of one that ran", {&F::windowSeen, &F::hasFonts}, V::Offer, "repair, it ran");
+        row("fonts, no window", {&F::hasFonts, &F::stagingKnown}, V::Offer, "repair");
+        row("fonts, stored, it ran", {&F::windowSeen, &F::hasFonts, stored}, V::Offer, "it ran");
+        row("another repair", {&F::hasOtherRepair, &F::stagingKnown, stored}, V::Offer, "repair");
+        row("another repair, it ran", {&F::windowSeen, &F::hasOtherRepair}, V::Succeeded, "", succeeded);
+        row("staging", {&F::stagingKnown}, V::Offer, "repair",
+            "Application is not running as expected, try to using lumora-wine-staging and relaunch");
+        row("staging, stored", {&F::stagingKnown, stored}, V::Offer);
+        row("staging, not asked for", {&F::stagingKnown, &F::autoFix}, V::Failed, "", failed);
+        row("result given already", {&F::finished}, V::Nothing);
     }
     void verdicts() {
         QFETCH(LaunchFacts, facts);
         const LaunchVerdict verdict = LaunchVerdict::of(facts);
         QTEST(int(verdict.next), "next");
-        QTEST(verdict.canWeFix, "canWeFix");
-        QTEST(verdict.isSuccessed, "isSuccessed");
+        QStringList offer;
+        if (verdict.canWeFix)
+            offer << "repair";
+        if (verdict.isSuccessed)
+            offer << "it ran";
+        QTEST(offer.join(", "), "offer");
         QTEST(verdict.message, "message");
     }
 
@@ -77,57 +82,51 @@ private Q_SLOTS:
         QCOMPARE(LaunchVerdict::endMessage(53, facts), ended);
     }
 
+    /// The same log each time: of a crashed set-up that misses Mono, components and fonts.
     void findings_data() {
-        // how: stored program, repairs by itself. names: found/fonts/runtime's version/its
-        // component/tried/tried fonts
-        const TestSupport::Table<int, QString, QString, QString> table("mask", "how", "names", "expected");
-        const auto row = [&table](int mask, const char* how, const char* names, const char* expected) {
-            table(qPrintable(QString("%1%2 %3").arg(mask).arg(how, names)), mask, how, names, expected);
-        };
-        const int mono = LogMissingMono;
-        row(1, "", "/////", "/");
-        row(2, "", "b a/////", "a b/|1 Try to install components:|1 a\nb");
-        row(LogCrash | LogSetupApiError, "", "/////", "/ failed|0 Detech crash in wine logs");
-        row(LogCrash | LogSetupApiError, "s", "/////", "/");
-        row(mono, "", "/////", "mono9/|1 Try to install components:|1 mono9");
-        row(mono, "", "dotnet48 a//4.0/dotnet48//",
-            "dotnet48 a/|1 This application need .NET Framework 4.0.|1 Try to install components:|1 "
-            "dotnet48\na");
-        row(mono, "s", "a/////", "mono9 a/|1 Try to install components:|1 mono9\na");
-        row(mono, "a", "a//4.0/dotnet48//", "a/|1 Try to install components:|1 a");
-        row(mono, "", "////mono9/", "/|1 Try to install components:|1 mono9");
-        row(6, "", "a b/x y///a/x",
-            "b/y|1 This application missing fonts: y|1 Try to install components:|1 b");
-        row(6, "a", "a/x///a/x", "/");
-        row(4, "", "/y x////", "/x y|1 This application missing fonts: x,y");
-        row(4, "s", "/x////", "/");
+        using Asked = LogFindings::Asked;
+        const Table<Asked, QString, QString, QString> row("asked", "components", "fonts", "lines");
+        Asked stored, byItself, version, tried;
+        stored.isFirstRun = false;
+        byItself.autoFix = true;
+        version.dotnetVersion = "4.0";
+        version.requiredComponent = "dotnet48";
+        tried.triedComponents = QStringList{"jet40"};
+        tried.triedFonts = QStringList{"a.ttf"};
+        const QString crash = "Detech crash in wine logs|";
+        const QString fonts = "This application missing fonts: a.ttf,b.ttf|",
+                      install = "Try to install components:|";
+        row("first start", Asked(), "mono9 dotnet48 jet40", "a.ttf b.ttf",
+            crash + fonts + install + "mono9\ndotnet48\njet40");
+        row("stored program", stored, "mono9 dotnet48 jet40", "", install + "mono9\ndotnet48\njet40");
+        row("repair without asking", byItself, "dotnet48 jet40", "a.ttf b.ttf",
+            crash + fonts + install + "dotnet48\njet40");
+        row(".NET version known", version, "dotnet48 jet40", "a.ttf b.ttf",
+            crash + "This application need .NET Framework 4.0.|" + fonts + install + "dotnet48\njet40");
+        row("tried before", tried, "mono9 dotnet48", "b.ttf",
+            crash + "This application missing fonts: b.ttf|" + install + "mono9\ndotnet48");
     }
     void findings() {
-        QFETCH(int, mask);
-        QFETCH(QString, how);
-        QFETCH(QString, names);
-        const auto words = [&names](int part) {
-            return names.section('/', part, part).split(' ', Qt::SkipEmptyParts);
-        };
+        QFETCH(LogFindings::Asked, asked);
         WineLogParser log;
-        for (const QString& component : words(0))
-            log.missingComponents.insert(component);
-        for (const QString& font : words(1))
-            log.missingFonts.insert(font);
-        log.monoMissing = mask & LogMissingMono;
-        const LogFindings::Asked asked{how != "s",        how == "a", words(2).value(0),
-                                       words(3).value(0), words(4),   words(5)};
+        log.missingComponents = QSet<QString>{"jet40", "dotnet48"};
+        log.missingFonts = QSet<QString>{"b.ttf", "a.ttf"};
+        log.monoMissing = true;
+        const int mask = LogCrash | LogSetupApiError | LogMissingFont;
         const LogFindings findings = LogFindings::of(log, mask, asked);
-        QString told = findings.components.join(' ') + '/' + findings.fonts.join(' ') +
-                       (findings.installFailed ? " failed" : "");
+        QTEST(findings.components.join(' '), "components");
+        QTEST(findings.fonts.join(' '), "fonts");
+        QCOMPARE(findings.installFailed, asked.isFirstRun);
+        QStringList lines;
         for (const LaunchMessage& message : findings.messages)
-            told += '|' + QString::number(message.type) + ' ' + message.text;
-        QTEST(told, "expected");
+            lines << message.text;
+        QTEST(lines.join('|'), "lines");
     }
 
-    /// Of a stored program that nobody watches; -1 is an exit code that is not known.
+    /// Of a stored program that was started without a banner; -1 is an unknown exit code.
     void failedStarts_data() {
-        const TestSupport::Table<int, bool, bool, bool, bool> row("exit", "up", "stopped", "lacks", "failed");
+        const Table<int, bool, bool, bool, bool> row("exitCode", "isUp", "isStopped", "hasComponents",
+                                                     "isFailure");
         row("ended well", 0, false, false, false, false);
         row("ended badly", 53, false, false, false, true);
         row("after its window", 53, true, false, true, false);
@@ -137,14 +136,14 @@ private Q_SLOTS:
         row("end unknown", -1, false, false, false, false);
     }
     void failedStarts() {
-        QFETCH(int, exit);
-        QFETCH(bool, up);
-        QFETCH(bool, stopped);
-        QFETCH(bool, lacks);
-        StartEnd end{"b", "u", {}, up, stopped};
-        if (exit >= 0)
-            end.exitCode = exit;
-        QTEST(StartCheck::isFailure(end, lacks), "failed");
+        QFETCH(int, exitCode);
+        QFETCH(bool, isUp);
+        QFETCH(bool, isStopped);
+        QFETCH(bool, hasComponents);
+        StartEnd end{"b", "u", {}, isUp, isStopped};
+        if (exitCode >= 0)
+            end.exitCode = exitCode;
+        QTEST(StartCheck::isFailure(end, hasComponents), "isFailure");
     }
 
     void linesAreShown() {
@@ -162,7 +161,7 @@ private Q_SLOTS:
     }
 
     void offers_data() {
-        const TestSupport::Table<QString, QString, QString> table("described", "fonts", "expected");
+        const Table<QString, QString, QString> table("described", "fonts", "expected");
         const auto row = [&table](const char* tag, const char* described, const char* fonts,
                                   const char* expected) {
             table(tag, '[' + QString(described) + ']', fonts, expected);
@@ -224,8 +223,7 @@ private Q_SLOTS:
     }
 
     void runnerFor32Bit_data() {
-        const TestSupport::Table<QString, QString, QString, QString> row("installed", "supported", "isNew",
-                                                                         "repaired");
+        const Table<QString, QString, QString, QString> row("installed", "supported", "isNew", "repaired");
         const QString stable = "lumora-wine10-stable", staging = "lumora-wine-staging";
         row("nothing known", "", "", stable, "");
         row("the default runs both", "wine-11.22 " + stable, "", stable, stable);
