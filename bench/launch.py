@@ -92,7 +92,7 @@ def bare(file, prefix):
 
 def probe(file, *options):
     """The lines of launch-probe with their times in s, and the time when this closed the window."""
-    process = subprocess.Popen([str(BUILD / "tests/support/launch-probe"), *options, str(file)], text=True,
+    process = subprocess.Popen([str(BUILD / "tools/launch-probe"), *options, str(file)], text=True,
                                env={**os.environ, "QT_QPA_PLATFORM": "offscreen"}, stdout=subprocess.PIPE,
                                stderr=subprocess.DEVNULL)
     begin = time.time()

@@ -14,7 +14,7 @@ LaunchProbe::LaunchProbe(const QStringList& arguments) {
     m_process.setVariable("QT_QPA_PLATFORM", "offscreen");
     m_process.setVariable("LANGUAGE", "en");
     QObject::connect(&m_process, &QProcess::readyRead, &m_process, [this] { read(); });
-    m_process.start(TEST_BINARY_DIR "/tests/support/launch-probe", arguments);
+    m_process.start(TEST_BINARY_DIR "/tools/launch-probe", arguments);
 }
 
 void LaunchProbe::read() {

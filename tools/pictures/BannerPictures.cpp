@@ -1,9 +1,10 @@
 // Pictures of the launch's windows with sample data: banner-pictures STATE [--theme light|dark] --screenshot
-// FILE In Chinese where LANG says so. A new state is a line in the table below.
+// FILE. LANG chooses English or Chinese. A new state is a line in the table below.
 #include <QApplication>
 #include <QPushButton>
 #include <QTimer>
 
+#include "Pictures.h"
 #include "backend/SessionBus.h"
 #include "core/ServiceAgreement.h"
 #include "environment/BottleEnvScript.h"
@@ -18,12 +19,10 @@
 #include "launch/repair/FailureFacts.h"
 #include "launch/repair/RepairOffer.h"
 #include "launch/script/LauncherExit.h"
-#include "support/Pictures.h"
 #include "widgets/LogsWidget.h"
 #include "widgets/RunningLogsDialog.h"
 
 using namespace Fenk;
-using namespace TestSupport;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "support/Pictures.h"
+#include "Pictures.h"
 
 #include <QCommandLineParser>
 #include <QElapsedTimer>
@@ -14,12 +14,10 @@
 
 using namespace Fenk;
 
-namespace TestSupport {
-
 namespace {
 
-int fail(const QString& sentence) {
-    QTextStream(stderr) << sentence << '\n';
+int fail(const QString& errorText) {
+    QTextStream(stderr) << errorText << '\n';
     return 1;
 }
 
@@ -85,5 +83,3 @@ int takePicture(int argc, char** argv, const QVector<PictureState>& states) {
     }
     return fail("The states are " + names.join(", "));
 }
-
-}  // namespace TestSupport

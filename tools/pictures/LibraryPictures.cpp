@@ -1,6 +1,6 @@
 // Pictures of the library with sample data: library-pictures STATE [--theme light|dark] --screenshot FILE
-// In Chinese where LANG says so. Needs a session bus on which nobody is the bottle service yet. A new state
-// is a line in the table below.
+// LANG chooses English or Chinese. Needs a session bus on which the name of the bottle service is free. A new
+// state is a line in the table below.
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <functional>
 
+#include "Pictures.h"
 #include "fenk/controls/SearchEdit.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
@@ -33,7 +34,6 @@
 #include "shell/library/RemovalQuestion.h"
 #include "shell/properties/AppPropertyDlg.h"
 #include "support/FakeBottleService.h"
-#include "support/Pictures.h"
 
 using namespace Fenk;
 using namespace TestSupport;
