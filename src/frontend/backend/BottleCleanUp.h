@@ -1,13 +1,10 @@
 #pragma once
 
-#include <QDBusAbstractInterface>
-
-#include "backend/BusCall.h"
-#include "fenk/system/Singleton.h"
+#include "backend/ServiceProxy.h"
 
 /// The client of the background service's interface for what launches leave behind; holds no state. Lives in
 /// the GUI thread.
-class BottleCleanUp : public QDBusAbstractInterface, public Fenk::Singleton<BottleCleanUp> {
+class BottleCleanUp : public ServiceProxy<BottleCleanUp> {
     Q_OBJECT
     friend class Fenk::Singleton<BottleCleanUp>;
 
@@ -16,8 +13,10 @@ public:
     /// does not count. The answer is an object: "deleted"; and unless that is true "reason", a text for the
     /// log, and "programs", the ids that the bottle has besides the ignored one.
     void deleteIfUnused(const QString& bottle, const QString& ignoredProgram, QObject* context,
-                        const BusCall::Handler& handler);
+                        const Handler& handler) {
+        watch("deleteIfUnused", {bottle, ignoredProgram}, context, handler);
+    }
 
 private:
-    BottleCleanUp();
+    BottleCleanUp() : ServiceProxy("CleanUp", LongTimeoutMs) {}
 };

@@ -1,39 +1,50 @@
 #pragma once
 
-#include <QDBusAbstractInterface>
-
-#include "backend/BusCall.h"
-#include "fenk/system/Singleton.h"
+#include "backend/ServiceProxy.h"
 
 /// The client of the background service's interface for repairs; holds no state. Lives in the GUI thread.
-/// com.lumora.Manager.Repair.xml says what the answers hold.
-class BottleRepair : public QDBusAbstractInterface, public Fenk::Singleton<BottleRepair> {
+/// com.lumora.Manager.Repair.xml says what the answers hold. Questions fail after some seconds without an
+/// answer.
+class BottleRepair : public ServiceProxy<BottleRepair> {
     Q_OBJECT
     friend class Fenk::Singleton<BottleRepair>;
 
 public:
     /// What the installation of the components would bring; the answer is an array.
     void describeDependencies(const QString& bottle, const QStringList& names, QObject* context,
-                              const BusCall::Handler& handler);
+                              const Handler& handler) {
+        ask("describe", {bottle, QString("dependency"), names}, context, handler);
+    }
     /// The same for a Wine.
     void describeRunner(const QString& bottle, const QString& name, QObject* context,
-                        const BusCall::Handler& handler);
+                        const Handler& handler) {
+        ask("describe", {bottle, QString("runner"), QStringList{name}}, context, handler);
+    }
     /// Lets the service take an installer that the user has chosen. The path is absolute and leads through no
     /// link.
     void takeFile(const QString& bottle, const QString& dependency, const QString& path, QObject* context,
-                  const BusCall::Handler& handler);
+                  const Handler& handler) {
+        work("takeFile", {bottle, dependency, path}, context, handler);
+    }
     /// The answer is an object: "installed" and "supported", names of runners on which 32-bit programs run.
-    void runnersFor32Bit(QObject* context, const BusCall::Handler& handler);
-    /// What the bottle has lost of Wine's files: an object with "count" and some paths as "files". Fails
-    /// after some seconds without an answer.
-    void damage(const QString& bottle, QObject* context, const BusCall::Handler& handler);
+    void runnersFor32Bit(QObject* context, const Handler& handler) {
+        ask("runnersFor32Bit", {}, context, handler);
+    }
+    /// What the bottle has lost of Wine's files: an object with "count" and some paths as "files".
+    void damage(const QString& bottle, QObject* context, const Handler& handler) {
+        ask("damage", {bottle}, context, handler);
+    }
     /// Brings that back. The answer is an object: "ok", and "mended" (a number) or "error" and, where
     /// programs run in the bottle, their names as "busy".
-    void renew(const QString& bottle, QObject* context, const BusCall::Handler& handler);
+    void renew(const QString& bottle, QObject* context, const Handler& handler) {
+        work("renewBottle", {bottle}, context, handler);
+    }
+    /// The process stays until the service has answered. A failure is logged.
     void cancelRenewal(const QString& bottle);
 
 private:
-    BottleRepair();
-    void call(const char* method, int timeoutMs, const QVariantList& arguments, QObject* context,
-              const BusCall::Handler& handler);
+    BottleRepair() : ServiceProxy("Repair", LongTimeoutMs) {}
+
+    void ask(const QString& method, const QVariantList& arguments, QObject* context, const Handler& handler);
+    void work(const QString& method, const QVariantList& arguments, QObject* context, const Handler& handler);
 };

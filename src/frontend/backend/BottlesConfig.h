@@ -1,103 +1,155 @@
 #pragma once
 
-#include <QDBusAbstractInterface>
 #include <QDateTime>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
 
-#include "backend/BusCall.h"
-#include "backend/BusResult.h"
 #include "backend/EmulatorsInfo.h"
-#include "fenk/system/Singleton.h"
+#include "backend/ServiceProxy.h"
 
 /// The client of the background service's bottle interface; holds no state. Structured data crosses the bus
-/// as JSON text. The time-out of 3600000 ms is deliberate: a blocking call may wait behind a long Wine
-/// operation. A block or fire call may come from any thread, watch and loop calls and signals belong to the
-/// GUI thread. Methods that hand out a BusResult leave the words for a failure to their caller.
-class BottlesConfig : public QDBusAbstractInterface, public Fenk::Singleton<BottlesConfig> {
+/// as JSON text. A call may take an hour, since it may wait behind a long Wine operation. Calls that block
+/// may come from any thread; those with a handler or an owner, and signals, belong to the GUI thread. Methods
+/// that return a BusResult leave the error message to their caller.
+class BottlesConfig : public ServiceProxy<BottlesConfig> {
     Q_OBJECT
     friend class Fenk::Singleton<BottlesConfig>;
 
 public:
-    using Handler = BusCall::Handler;
-
     // Bottles. A failure reads as empty and leaves a warning.
     QStringList list();
     QJsonObject get(const QString& bottle);
-    void watchBottle(const QString& bottle, QObject* context,
-                     const Handler& handler);                          ///< get, without a wait
-    void createBottles(const QString& bottle, const QString& runner);  ///< ends in bottlesCreated
-    void deleteBottle(const QString& bottle);                          ///< ends in bottles_deleted
-    BusResult deleteBottleAndWait(const QString& bottle);              ///< not in the GUI thread
+    /// get() without waiting.
+    void watchBottle(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("get", {bottle}, context, handler);
+    }
+    /// Ends in the signal bottlesCreated().
+    void createBottles(const QString& bottle, const QString& runner);
+    /// Ends in the signal bottles_deleted().
+    void deleteBottle(const QString& bottle) { fire("delete", {bottle}); }
+    /// Not in the GUI thread.
+    BusResult deleteBottleAndWait(const QString& bottle) { return block("delete", {bottle}, Ignored); }
     EmulatorsInfo getEmulators(const QString& bottle);
     /// The handler gets what EmulatorsInfo::fromObject() reads.
-    void watchEmulators(const QString& bottle, QObject* context, const Handler& handler);
-    void setEmulator(const QString& bottle, const QString& emulator);
+    void watchEmulators(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("getEmulators", {bottle}, context, handler);
+    }
+    void setEmulator(const QString& bottle, const QString& emulator) {
+        fire("setEmulator", {bottle, emulator});
+    }
 
     // Components and dependencies. kind is one of ComponentKind; the version "-" turns DXVK or VKD3D off.
     // The optional handlers get the call's own end: signals tell how the work went, and never come when the
     // service could not be reached or has refused.
     void setRunner(const QString& bottle, const QString& version, QObject* context = nullptr,
-                   const Handler& handler = {});
-    void setDxvk(const QString& bottle, const QString& version);
-    void setVkD3D(const QString& bottle, const QString& version);
+                   const Handler& handler = {}) {
+        fireOrWatch("setRunner", {bottle, version, true}, context, handler);
+    }
+    void setDxvk(const QString& bottle, const QString& version) { fire("setDxvk", {bottle, version, true}); }
+    void setVkD3D(const QString& bottle, const QString& version) {
+        fire("setVkD3D", {bottle, version, true});
+    }
     QJsonObject getInstallingComponents(const QString& bottle, const QString& kind);
-    BusResult cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name);
+    BusResult cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name) {
+        return block("cancelInstallingComponent", {bottle, kind, name}, Ignored);
+    }
     void installDependency(const QString& bottle, const QString& dependency, QObject* context = nullptr,
-                           const Handler& handler = {});
-    void reinstallDependency(const QString& bottle, const QString& dependency);
+                           const Handler& handler = {}) {
+        fireOrWatch("installDependency", {bottle, dependency}, context, handler);
+    }
+    void reinstallDependency(const QString& bottle, const QString& dependency) {
+        fire("reinstallDependency", {bottle, dependency});
+    }
     QString getInstallingDependency(const QString& bottle);
-    BusResult cancelInstallingDependency(const QString& bottle);
-    /// The same two without a wait.
+    BusResult cancelInstallingDependency(const QString& bottle) {
+        return block("cancelInstallingDependency", {bottle}, Ignored);
+    }
+    // The same two without waiting.
     void cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name,
-                                   QObject* context, const Handler& handler);
-    void cancelInstallingDependency(const QString& bottle, QObject* context, const Handler& handler);
-    BusResult getRunnerVersion(const QString& runner);
-    void watchRunnerVersion(const QString& runner, QObject* context, const Handler& handler);
+                                   QObject* context, const Handler& handler) {
+        watch("cancelInstallingComponent", {bottle, kind, name}, context, handler, Ignored);
+    }
+    void cancelInstallingDependency(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("cancelInstallingDependency", {bottle}, context, handler, Ignored);
+    }
+    BusResult getRunnerVersion(const QString& runner) { return block("getRunnerVersion", {runner}); }
+    void watchRunnerVersion(const QString& runner, QObject* context, const Handler& handler) {
+        watch("getRunnerVersion", {runner}, context, handler);
+    }
 
     // Switches; none of them confirms.
-    void setDPI(const QString& bottle, int dpi);
-    void setCpuRendering(const QString& bottle, bool on);
-    void setDiscreteGpu(const QString& bottle, bool on);
-    void setMemOptimized(const QString& bottle, bool on);
-    void setNTSync(const QString& bottle, bool on);
-    void setD3dRenderer(const QString& bottle, const QString& renderer);
-    void setWindowsVersion(const QString& bottle, const QString& version);
+    void setDPI(const QString& bottle, int dpi) { fire("setDPI", {bottle, dpi}); }
+    void setCpuRendering(const QString& bottle, bool on) { fire("setCpuRendering", {bottle, on}); }
+    void setDiscreteGpu(const QString& bottle, bool on) { fire("setDiscreteGpu", {bottle, on}); }
+    void setMemOptimized(const QString& bottle, bool on) { fire("setMemOptimized", {bottle, on}); }
+    void setNTSync(const QString& bottle, bool on) { fire("setNTSync", {bottle, on}); }
+    void setD3dRenderer(const QString& bottle, const QString& renderer) {
+        fire("setD3dRenderer", {bottle, renderer});
+    }
+    void setWindowsVersion(const QString& bottle, const QString& version) {
+        fire("setWindowsVersion", {bottle, version});
+    }
 
     // DLL overrides and fonts. The handlers get objects as text.
-    void listDllOverrides(const QString& bottle, QObject* context, const Handler& handler);
-    void updateDllOverride(const QString& bottle, const QString& dll, const QString& method);
-    void removeDllOverride(const QString& bottle, const QString& dll);
-    BusResult getExternalProgramsDllList(const QString& bottle);
-    BusResult getExternalProgramsUpdateExes(const QString& bottle);
-    void listFontReplacements(const QString& bottle, QObject* context, const Handler& handler);
-    void addFontReplacements(const QString& bottle, const QString& font, const QString& replacement);
-    void removeFontReplacement(const QString& bottle, const QString& font);
+    void listDllOverrides(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("listDllOverrides", {bottle}, context, handler);
+    }
+    void updateDllOverride(const QString& bottle, const QString& dll, const QString& method) {
+        fire("updateDllOverride", {bottle, dll, method, false});
+    }
+    void removeDllOverride(const QString& bottle, const QString& dll) {
+        fire("updateDllOverride", {bottle, dll, QString(""), true});
+    }
+    BusResult getExternalProgramsDllList(const QString& bottle) {
+        return block("getExternalProgramsDllList", {bottle});
+    }
+    BusResult getExternalProgramsUpdateExes(const QString& bottle) {
+        return block("getExternalProgramsUpdateExes", {bottle});
+    }
+    void listFontReplacements(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("listFontReplacements", {bottle}, context, handler);
+    }
+    void addFontReplacements(const QString& bottle, const QString& font, const QString& replacement) {
+        fire("addFontReplacements", {bottle, font, replacement});
+    }
+    void removeFontReplacement(const QString& bottle, const QString& font) {
+        fire("removeFontReplacement", {bottle, font});
+    }
 
-    // Programs. The two waits with a live event loop end early when owner goes.
-    BusResult listAllPrograms(QObject* owner);
-    /// The same without a wait.
-    void watchAllPrograms(QObject* context, const Handler& handler);
-    void listBottlesAllPrograms(const QString& bottle, QObject* context, const Handler& handler);
+    // Programs. The two waits with a running event loop end early when owner is destroyed.
+    BusResult listAllPrograms(QObject* owner) { return loop("listAllPrograms", {}, owner); }
+    /// The same without waiting.
+    void watchAllPrograms(QObject* context, const Handler& handler) {
+        watch("listAllPrograms", {}, context, handler);
+    }
+    void listBottlesAllPrograms(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("listBottlesAllPrograms", {bottle}, context, handler);
+    }
     BusResult updateExternalProgram(const QString& bottle, const QJsonObject& record);
     void fireUpdateExternalProgram(const QString& bottle, const QJsonObject& record);
     /// Also takes the program out of the bottle's fileinfo.cache.
     BusResult removeExternalProgram(const QString& bottle, const QString& programId);
     /// The shortcuts added since the time; empty on every failure.
     QJsonArray scanApplicationLinks(const QString& bottle, const QDateTime& since, QObject* owner = nullptr);
-    /// The same without a wait.
+    /// The same without waiting.
     void watchApplicationLinks(const QString& bottle, const QDateTime& since, QObject* context,
                                const Handler& handler);
-    BusResult createDesktopEntry(const QString& bottle, const QString& programId);
+    BusResult createDesktopEntry(const QString& bottle, const QString& programId) {
+        return block("createDesktopEntry", {bottle, programId}, Ignored);
+    }
     void killProgram(const QString& bottle, const QString& programId);
     void killWineServer(const QString& bottle, QObject* context = nullptr, const Handler& handler = {});
-    void runCommand(const QString& bottle, const QString& commandLine);
-    void exportFileAssociations(const QString& bottle, const QStringList& keys);
+    void runCommand(const QString& bottle, const QString& commandLine) {
+        fire("run_command", {bottle, commandLine});
+    }
+    void exportFileAssociations(const QString& bottle, const QStringList& keys) {
+        fire("exportFileAssociations", {bottle, keys});
+    }
 
     // Questions with JSON text as argument.
-    BusResult dumpManifest(const QString& json);
-    BusResult checkPublicBottles(const QString& json);
+    BusResult dumpManifest(const QString& json) { return block("dumpManifest", {json}); }
+    BusResult checkPublicBottles(const QString& json) { return block("checkPublicBottles", {json}); }
 
 Q_SIGNALS:
     // bottlesCreated, dependecyInstalled and endRequested are local; all others come from the bus under these
@@ -127,6 +179,8 @@ Q_SIGNALS:
                               const QString& component_name, const QString& result);
 
 private:
+    static constexpr auto Ignored = BusReply::Wanted::Ignored;
+
     BottlesConfig();
 
     void forgetFileInfo(const QString& bottle, const QString& programId);

@@ -1,19 +1,15 @@
 #include "backend/ComponentManager.h"
 
-#include <QDBusConnection>
 #include <QDebug>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
 
-#include "backend/BusCall.h"
 #include "backend/ComponentKind.h"
 #include "backend/PendingWork.h"
 
 namespace {
-
-const int kTimeoutMs = 3600000;
 
 QStringList names(const QJsonObject& catalogue, const QString& kind, const char* state) {
     QStringList result;
@@ -24,16 +20,13 @@ QStringList names(const QJsonObject& catalogue, const QString& kind, const char*
 
 }  // namespace
 
-ComponentManager::ComponentManager()
-    : QDBusAbstractInterface("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Components",
-                             "com.lumora.Manager.Components", QDBusConnection::sessionBus(), nullptr) {
-    setTimeout(kTimeoutMs);
+ComponentManager::ComponentManager() : ServiceProxy("Components", LongTimeoutMs) {
     refreshLists();
     connect(this, &ComponentManager::refresh, this, &ComponentManager::onRefresh);
 }
 
 void ComponentManager::refreshLists() {
-    const BusResult result = BusCall::block(*this, "list");
+    const BusResult result = block("list");
     if (!result.ok) {
         qWarning("Failed to get components list");
         return;
@@ -56,9 +49,9 @@ void ComponentManager::read(const QJsonObject& catalogue) {
 }
 
 void ComponentManager::install(const QString& kind, const QString& name, QObject* context,
-                               const BusCall::Handler& handler) {
+                               const Handler& handler) {
     const QPointer<QObject> guard(context);
-    BusCall::watch(*this, "install", {kind, name}, this, [this, guard, handler](const BusResult& result) {
+    watch("install", {kind, name}, this, [this, guard, handler](const BusResult& result) {
         if (result.ok && result.object().value("ok").toBool())
             refreshLists();
         if (result.ok)
@@ -73,7 +66,7 @@ void ComponentManager::cancelInstall(const QString& kind, const QString& name) {
         if (!answer.ok)
             qWarning().noquote() << "cannot cancel the installation of" << name << answer.errorMessage;
     };
-    BusCall::watch(*this, "cancelInstall", {kind, name}, this, onAnswer, BusReply::Wanted::Ignored);
+    watch("cancelInstall", {kind, name}, this, onAnswer, BusReply::Wanted::Ignored);
 }
 
 QStringList ComponentManager::knownRunners() const {

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QDBusAbstractInterface>
 #include <QStringList>
 
-#include "backend/BusCall.h"
-#include "fenk/system/Singleton.h"
+#include "backend/ServiceProxy.h"
 
 class QJsonObject;
 
@@ -12,7 +10,7 @@ class QJsonObject;
 /// for the whole machine and relays download progress. A component's name is a version's full name, such as
 /// "lumora-wine10-stable"; kind is one of ComponentKind. Lives in the GUI thread; its construction waits for
 /// the service. Without the service the lists are empty.
-class ComponentManager : public QDBusAbstractInterface, public Fenk::Singleton<ComponentManager> {
+class ComponentManager : public ServiceProxy<ComponentManager> {
     Q_OBJECT
     friend class Fenk::Singleton<ComponentManager>;
 
@@ -27,9 +25,9 @@ public:
     /// Ends in the signal installed(), which the service sends. The optional handler gets the end of the call
     /// itself: a service that can't be reached sends no signal.
     void install(const QString& kind, const QString& name, QObject* context = nullptr,
-                 const BusCall::Handler& handler = {});
+                 const Handler& handler = {});
 
-    /// Takes back one install(), which then ends as failed unless somebody else wants the component. A
+    /// Cancels one install(), which then ends as failed unless another caller wants the component, too. A
     /// failure is logged.
     void cancelInstall(const QString& kind, const QString& name);
 

@@ -1,19 +1,16 @@
 #pragma once
 
-#include <QDBusAbstractInterface>
-
-#include "backend/BusCall.h"
-#include "fenk/system/Singleton.h"
+#include "backend/ServiceProxy.h"
 
 /// The client of the background service's interface for what runs; holds no state. Lives in the GUI thread.
-class RunningPrograms : public QDBusAbstractInterface, public Fenk::Singleton<RunningPrograms> {
+class RunningPrograms : public ServiceProxy<RunningPrograms> {
     Q_OBJECT
     friend class Fenk::Singleton<RunningPrograms>;
 
 public:
     /// The answer is an array of objects: "bottle", "program" (its id), "pids" (an array, which may be
     /// empty).
-    void watchRunning(QObject* context, const BusCall::Handler& handler);
+    void watchRunning(QObject* context, const Handler& handler) { watch("running", {}, context, handler); }
 
 Q_SIGNALS:
     // From the bus, under these names.
@@ -21,5 +18,5 @@ Q_SIGNALS:
     void ended(const QString& bottle, const QString& program);
 
 private:
-    RunningPrograms();
+    RunningPrograms() : ServiceProxy("Programs", BusTimeoutMs) {}
 };

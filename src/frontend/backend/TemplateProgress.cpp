@@ -2,8 +2,10 @@
 
 #include <QDBusConnection>
 
+#include "backend/ServiceNames.h"
+
 TemplateProgress::TemplateProgress(QObject* parent) : QObject(parent) {
-    QDBusConnection::sessionBus().connect("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Templates",
-                                          "com.lumora.Manager.Templates", "preparing", this,
+    QDBusConnection::sessionBus().connect(ServiceNames::Service, QString(ServiceNames::Path) + "/Templates",
+                                          QString(ServiceNames::Interface) + ".Templates", "preparing", this,
                                           SIGNAL(preparing(QString, int)));
 }

@@ -8,11 +8,11 @@
 #include <QEventLoop>
 #include <QMutex>
 
+#include "backend/ServiceNames.h"
 #include "core/base/BuildInfo.h"
 
 namespace {
 
-const char ServiceName[] = "com.lumora.LumoraWineLauncher";
 const char ConnectionName[] = "backend-version";
 constexpr int TimeoutMs = 10000;
 
@@ -21,7 +21,8 @@ QEventLoop* waiting = nullptr;  ///< the loop that waits for an answer, if there
 bool isAbandoned = false;
 
 QDBusMessage managerCall(const QString& method) {
-    return QDBusMessage::createMethodCall(ServiceName, "/com/lumora/Manager", "com.lumora.Manager", method);
+    return QDBusMessage::createMethodCall(ServiceNames::Service, ServiceNames::Path, ServiceNames::Interface,
+                                          method);
 }
 
 /// Whether an error says that there is no service to ask, not that it could not answer.

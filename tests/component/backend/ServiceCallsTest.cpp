@@ -1,34 +1,33 @@
-#include <QDBusAbstractInterface>
-#include <QDBusConnection>
 #include <QtTest>
 
-#include "backend/BusCall.h"
+#include "backend/ServiceCalls.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
 
 using TestSupport::FakeBottleService;
 
 namespace {
-/// A proxy that, unlike the product's, can be deleted while a call is under way.
-class MortalProxy : public QDBusAbstractInterface {
+/// A client that, unlike the product's, can be deleted while a call is under way.
+class MortalClient : public ServiceCalls {
 public:
-    explicit MortalProxy(const QDBusConnection& bus = QDBusConnection::sessionBus())
-        : QDBusAbstractInterface("com.lumora.LumoraWineLauncher", "/com/lumora/Manager/Bottles",
-                                 "com.lumora.Manager.Bottles", bus, nullptr) {
-        setTimeout(20000);
-    }
+    explicit MortalClient(const QDBusConnection& bus = QDBusConnection::sessionBus())
+        : ServiceCalls("Bottles", 20000, bus) {}
+    using ServiceCalls::block;
+    using ServiceCalls::fire;
+    using ServiceCalls::loop;
+    using ServiceCalls::watch;
 };
 }  // namespace
 
-/// Who may go while a call is under way, in each mode: the caller's object, the proxy, the service, the bus.
-class BusCallTest : public QObject {
+/// Who may go while a call is under way, in each mode: the caller's object, the client, the service, the bus.
+class ServiceCallsTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void init() {
         fake = std::make_unique<FakeBottleService>();
         QVERIFY(fake->start());
         fake->setHeld("listAllPrograms", "[]");
-        proxy = std::make_unique<MortalProxy>();
+        client = std::make_unique<MortalClient>();
     }
 
     void watch_data() {
@@ -37,7 +36,7 @@ private Q_SLOTS:
         QTest::newRow("answer") << "" << QStringList{"[]"};
         QTest::newRow("context goes") << "context" << QStringList();
         QTest::newRow("context goes in the handler") << "handler" << QStringList{"[]"};
-        QTest::newRow("proxy goes") << "proxy" << QStringList{"[]"};
+        QTest::newRow("client goes") << "client" << QStringList{"[]"};
         QTest::newRow("service goes") << "service" << QStringList{"error"};
         QTest::newRow("time-out") << "late" << QStringList{"goes on"};
     }
@@ -47,8 +46,8 @@ private Q_SLOTS:
         auto context = std::make_unique<QObject>();
         QStringList results;
         if (event == "late")
-            proxy->setTimeout(100);
-        BusCall::watch(*proxy, "listAllPrograms", {}, context.get(), [&](const BusResult& result) {
+            client->setTimeout(100);
+        client->watch("listAllPrograms", {}, context.get(), [&](const BusResult& result) {
             results << (result.timedOut ? "goes on" : result.errorMessage.isEmpty() ? result.text : "error");
             if (event == "handler")
                 context.reset();
@@ -56,15 +55,15 @@ private Q_SLOTS:
         fake->waitForCall("listAllPrograms");
         if (event == "context")
             context.reset();
-        else if (event == "proxy")
-            proxy.reset();
+        else if (event == "client")
+            client.reset();
         if (event == "service") {
             fake->kill();
         } else if (event != "late") {
             QCOMPARE(fake->release(), 1);
             bool isLaterAnswered = false;
-            MortalProxy later;
-            BusCall::watch(later, "list", {}, this, [&](const BusResult&) { isLaterAnswered = true; });
+            MortalClient later;
+            later.watch("list", {}, this, [&](const BusResult&) { isLaterAnswered = true; });
             QTRY_VERIFY(isLaterAnswered);
         }
         QTRY_COMPARE(results, heard);
@@ -77,7 +76,7 @@ private Q_SLOTS:
         QTest::newRow("answer") << "answer" << true << false;
         QTest::newRow("owner goes") << "owner" << false << true;
         QTest::newRow("owner goes as the answer comes") << "owner and answer" << false << true;
-        QTest::newRow("proxy goes, then the answer") << "proxy" << true << false;
+        QTest::newRow("client goes, then the answer") << "client" << true << false;
         QTest::newRow("service goes") << "service" << false << false;
         QTest::newRow("without an owner") << "no owner" << true << false;
     }
@@ -91,15 +90,15 @@ private Q_SLOTS:
                 fake->kill();
                 return;
             }
-            if (event == "proxy")
-                proxy.reset();
+            if (event == "client")
+                client.reset();
             if (event != "owner")
                 fake->release();
             if (event.startsWith("owner"))
                 owner.reset();
         });
         const BusResult result =
-            BusCall::loop(*proxy, "listAllPrograms", {}, event == "no owner" ? nullptr : owner.get());
+            client->loop("listAllPrograms", {}, event == "no owner" ? nullptr : owner.get());
         QCOMPARE(result.ok, ok);
         QTEST(result.abandoned, "abandoned");
         QCOMPARE(result.errorMessage.isEmpty(), ok);
@@ -112,31 +111,31 @@ private Q_SLOTS:
         QString inner;
         QTimer::singleShot(0, this, [&] {
             fake->waitForCall("listAllPrograms");
-            inner = BusCall::loop(*proxy, "scanApplicationLinks", {"b", qlonglong(1), true}, this).text;
+            inner = client->loop("scanApplicationLinks", {"b", qlonglong(1), true}, this).text;
             fake->release();
         });
-        QCOMPARE(BusCall::loop(*proxy, "listAllPrograms", {}, this).text, QString("[]"));
+        QCOMPARE(client->loop("listAllPrograms", {}, this).text, QString("[]"));
         QCOMPARE(inner, QString("[1]"));
     }
 
     void valueThatCannotTravel() {
         const QVariantList arguments{"b", QVariant::fromValue(QJsonObject{{"id", "u"}})};
-        QVERIFY(!BusCall::block(*proxy, "updateExternalProgram", arguments).ok);
-        QVERIFY(!BusCall::loop(*proxy, "updateExternalProgram", arguments, nullptr).ok);
-        BusCall::fire(*proxy, "updateExternalProgram", arguments);
+        QVERIFY(!client->block("updateExternalProgram", arguments).ok);
+        QVERIFY(!client->loop("updateExternalProgram", arguments, nullptr).ok);
+        client->fire("updateExternalProgram", arguments);
         QVERIFY(fake->calls("updateExternalProgram").isEmpty());
     }
 
     void noBus() {
-        MortalProxy lost(QDBusConnection("never connected"));
-        QVERIFY(!BusCall::block(lost, "list").ok);
-        QVERIFY(!BusCall::loop(lost, "list", {}, this).ok);
-        BusCall::fire(lost, "list", {});
+        MortalClient lost(QDBusConnection("never connected"));
+        QVERIFY(!lost.block("list").ok);
+        QVERIFY(!lost.loop("list", {}, this).ok);
+        lost.fire("list", {});
         QStringList heard;
         auto context = std::make_unique<QObject>();
-        BusCall::watch(lost, "list", {}, context.get(), [&](const BusResult&) { heard << "deleted"; });
+        lost.watch("list", {}, context.get(), [&](const BusResult&) { heard << "deleted"; });
         context.reset();
-        BusCall::watch(lost, "list", {}, this, [&](const BusResult& result) { heard << result.errorName; });
+        lost.watch("list", {}, this, [&](const BusResult& result) { heard << result.errorName; });
         QVERIFY(heard.isEmpty());
         QTRY_COMPARE(heard, QStringList{"org.freedesktop.DBus.Error.Disconnected"});
     }
@@ -147,18 +146,18 @@ private Q_SLOTS:
             fake->waitForCall("listAllPrograms");
             bus.stop();
         });
-        QVERIFY(!BusCall::loop(*proxy, "listAllPrograms", {}, this).ok);
-        QVERIFY(!BusCall::block(*proxy, "list").ok);
+        QVERIFY(!client->loop("listAllPrograms", {}, this).ok);
+        QVERIFY(!client->block("list").ok);
         bool failed = false;
-        BusCall::watch(*proxy, "list", {}, this, [&](const BusResult& result) { failed = !result.ok; });
+        client->watch("list", {}, this, [&](const BusResult& result) { failed = !result.ok; });
         QTRY_VERIFY(failed);
     }
 
 private:
     TestSupport::PrivateBus bus;
     std::unique_ptr<FakeBottleService> fake;
-    std::unique_ptr<MortalProxy> proxy;
+    std::unique_ptr<MortalClient> client;
 };
 
-QTEST_GUILESS_MAIN(BusCallTest)
-#include "BusCallTest.moc"
+QTEST_GUILESS_MAIN(ServiceCallsTest)
+#include "ServiceCallsTest.moc"
