@@ -1,27 +1,20 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QFutureWatcher>
-#include <QObject>
 #include <QPointer>
 #include <QThreadPool>
 #include <QtConcurrent>
 
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
+#include "backend/WhenDone.h"
 
-/// Hands the result of work on another thread to `take`, unless the context is gone by then. The work is done
-/// in any case.
+/// Does work on another thread and calls take with its result in the thread of context, unless context is
+/// destroyed first. The work is done in any case.
 template <class Work, class Take>
 void inBackground(QObject* context, Work work, Take take,
                   QThreadPool* threads = QThreadPool::globalInstance()) {
-    using Result = decltype(work());
-    auto* watcher = new QFutureWatcher<Result>(context);
-    QObject::connect(watcher, &QFutureWatcherBase::finished, context, [watcher, take] {
-        watcher->deleteLater();
-        take(watcher->result());
-    });
-    watcher->setFuture(QtConcurrent::run(threads, work));
+    whenDone(context, QtConcurrent::run(threads, work), take);
 }
 
 /// The same for work that waits for the background service.
@@ -30,7 +23,7 @@ void callServiceAsync(QObject* context, Work work, Take take) {
     inBackground(context, work, take, ServiceThreads::pool());
 }
 
-/// The same for what a user wants done: the process does not end before.
+/// The same for what the user wants done: the process does not end before.
 template <class Work, class Take>
 void changeServiceAsync(QObject* context, Work work, Take take,
                         QThreadPool* threads = ServiceThreads::pool()) {

@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr int MostAtOnce = 4;  ///< they sleep
-constexpr int LongestEndMs = 3000;
+constexpr int MostThreads = 4;  ///< which sleep
+constexpr int LongestWaitMs = 3000;
 
-/// Never taken down: the destructor would wait for as long as the service does.
+/// Never deleted: the destructor would wait for the service.
 QThreadPool* makePool(int threads) {
     auto* pool = new QThreadPool;
     pool->setMaxThreadCount(threads);
@@ -19,7 +19,7 @@ QThreadPool* makePool(int threads) {
 }  // namespace
 
 QThreadPool* ServiceThreads::pool() {
-    static QThreadPool* const threads = makePool(MostAtOnce);
+    static QThreadPool* const threads = makePool(MostThreads);
     return threads;
 }
 
@@ -28,12 +28,12 @@ QThreadPool* ServiceThreads::inOrder() {
     return thread;
 }
 
-void ServiceThreads::settle() {
-    static const QDeadlineTimer end(LongestEndMs);
+void ServiceThreads::waitForDone() {
+    static const QDeadlineTimer end(LongestWaitMs);
     if (!pool()->waitForDone(int(end.remainingTime())) || !inOrder()->waitForDone(int(end.remainingTime())))
         qWarning() << "the bottle service does not answer";
 }
 
-bool ServiceThreads::isQuiet() {
+bool ServiceThreads::isIdle() {
     return pool()->activeThreadCount() == 0 && inOrder()->activeThreadCount() == 0;
 }

@@ -2,17 +2,19 @@
 
 class QThreadPool;
 
-/// The threads of work that waits for the background service. It may answer late or never, and nothing else
-/// must stand in line behind it: neither the work of the global pool nor the end of the process.
+/// The threads of work that waits for the background service. The service may answer late or never; so
+/// neither other work, which has the global pool, nor the end of the process waits for these threads.
 namespace ServiceThreads {
 
 QThreadPool* pool();
-/// One thread, for what depends on the order.
+/// One thread, for work that depends on the order.
 QThreadPool* inOrder();
 
-/// At the end of the process: lets what is under way come to its own, for some seconds in all.
-void settle();
-/// When false, the process must not be torn down to the end: the bus can't go around a call that still waits.
-bool isQuiet();
+/// At the end of the process: waits until the running work is done, for at most 3 s in all calls together.
+/// Logs a warning when work remains.
+void waitForDone();
+/// Whether no work is running. Otherwise leave the process with _exit(): the bus connection can't be
+/// destroyed while a call waits on it.
+bool isIdle();
 
 }  // namespace ServiceThreads

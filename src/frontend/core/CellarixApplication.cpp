@@ -72,7 +72,7 @@ CellarixApplication::~CellarixApplication() {
     m_runners.clear();
     delete m_mainWindow;
     abandonBackendVersion();
-    ServiceThreads::settle();
+    ServiceThreads::waitForDone();
     LaunchWindows::instance() = {};
     purgeImageCache(ImageCacheDays);
 }

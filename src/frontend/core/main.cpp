@@ -73,7 +73,7 @@ int main(int argc, char* argv[]) {
         }
         exitCode = run(application);
     }
-    if (!ServiceThreads::isQuiet()) {
+    if (!ServiceThreads::isIdle()) {
         std::fflush(nullptr);
         ::_exit(exitCode);
     }

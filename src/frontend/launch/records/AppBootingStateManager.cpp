@@ -38,7 +38,7 @@ void AppBootingStateManager::shutDown() {
         finishRecording(programId, false);
     m_waitThread->stop();
     m_waitThread->wait();
-    ServiceThreads::settle();
+    ServiceThreads::waitForDone();
 }
 
 void AppBootingStateManager::startRecording(const QString& bottleName, const QString& programId) {
