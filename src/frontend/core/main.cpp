@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QLoggingCategory>
 #include <QtConcurrent>
+#include <csignal>
 #include <cstdio>
 #include <optional>
 
@@ -13,8 +14,8 @@
 #include "core/DisplayCheck.h"
 #include "core/ProductFacts.h"
 #include "core/ServiceAgreement.h"
-#include "core/UnixSignals.h"
 #include "core/base/Logging.h"
+#include "fenk/system/UnixSignals.h"
 
 namespace {
 
@@ -36,12 +37,20 @@ int run(CellarixApplication& application) {
     QtConcurrent::run(&application, &CellarixApplication::checkBackendVersion);
     qDebug() << "load icon font";
     QFontDatabase::addApplicationFont(":/fonts/icon.ttf");
-    const UnixSignals signalHandlers;
+    const Fenk::UnixSignals signalHandlers({SIGQUIT, SIGINT, SIGTERM, SIGHUP},
+                                           Fenk::UnixSignals::Repeated::Fatal);
+    QObject::connect(&signalHandlers, &Fenk::UnixSignals::received, [&signalHandlers] {
+        qInfo() << "ending on signal" << signalHandlers.lastReceived();
+        QCoreApplication::quit();
+    });
     const CellarixService service(&application);
     // What others have started meanwhile goes on.
-    if (application.handleCommandLine({}) != 0 && (signalHandlers.endRequested() || application.canQuit()))
+    const int handled = application.handleCommandLine({});
+    // A signal that came while a dialog ran before the event loop has ended the dialog only.
+    const bool isEndRequested = signalHandlers.lastReceived() != 0;
+    if (handled != 0 && (isEndRequested || application.canQuit()))
         return 1;
-    if (signalHandlers.endRequested())
+    if (isEndRequested)
         return application.hasOnlyRefused() ? 1 : 0;
     if (!application.isNeeded()) {
         if (application.isUpdate())

@@ -10,17 +10,18 @@
 #include <cstdio>
 #include <limits>
 
+#include "bottleservice/EndSignals.h"
 #include "bottleservice/ServiceLog.h"
-#include "bottleservice/ShutdownSignals.h"
+#include "bottleservice/ServiceName.h"
 #include "bottleservice/files/DataDirLock.h"
 #include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/TemplateRecord.h"
 #include "bottleservice/wine/Templates.h"
+#include "fenk/system/UnixSignals.h"
 
 namespace {
 
-const char ServiceName[] = "com.lumora.LumoraWineLauncher";
 const char ObjectPath[] = "/com/lumora/Manager/Templates";
 const char InterfaceName[] = "com.lumora.Manager.Templates";
 constexpr int LookMs = 250;
@@ -69,8 +70,8 @@ int TemplateCommand::prepare(const QString& dataDir) {
         if (!templates.isAlmostDone())
             templates.cancel();
     };
-    ShutdownSignals shutdown;
-    QObject::connect(&shutdown, &ShutdownSignals::received, &templates, leave);
+    const Fenk::UnixSignals shutdown(EndSignals, Fenk::UnixSignals::Repeated::Received);
+    QObject::connect(&shutdown, &Fenk::UnixSignals::received, &templates, leave);
     // A service waits for the directory for a shorter time than a template takes.
     QTimer looks;
     QObject::connect(&looks, &QTimer::timeout, &templates, [&lock, &leave] {

@@ -12,16 +12,17 @@
 #include <QTimer>
 
 #include "bottleservice/BottleService.h"
+#include "bottleservice/EndSignals.h"
 #include "bottleservice/IdleExit.h"
 #include "bottleservice/ServiceLog.h"
-#include "bottleservice/ShutdownSignals.h"
+#include "bottleservice/ServiceName.h"
 #include "bottleservice/TemplateCommand.h"
 #include "bottleservice/files/DataDirLock.h"
 #include "bottleservice/requests/TemplatePreparation.h"
+#include "fenk/system/UnixSignals.h"
 
 namespace {
 
-const char ServiceName[] = "com.lumora.LumoraWineLauncher";
 constexpr int LockTimeoutMs = 15000;
 constexpr int CloseTimeoutMs = 10000;
 const char IdleSeconds[] = "600";
@@ -99,9 +100,9 @@ int main(int argc, char** argv) {
         QTimer::singleShot(CloseTimeoutMs, &application, &QCoreApplication::quit);
         service.close();
     };
-    ShutdownSignals shutdown;
+    Fenk::UnixSignals shutdown(EndSignals, Fenk::UnixSignals::Repeated::Received);
     QObject::connect(&service, &BottleService::quitRequested, &application, close);
-    QObject::connect(&shutdown, &ShutdownSignals::received, &application, close);
+    QObject::connect(&shutdown, &Fenk::UnixSignals::received, &application, close);
     QObject::connect(&service, &BottleService::closed, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
     IdleExit idle(
