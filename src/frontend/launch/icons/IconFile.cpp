@@ -8,7 +8,7 @@
 #include <QPixmap>
 #include <QtEndian>
 
-#include "core/base/RegularFile.h"
+#include "fenk/system/RegularFile.h"
 #include "launch/icons/SvgPicture.h"
 
 namespace {
@@ -111,7 +111,8 @@ QMap<int, Entry> bestOfEachSize(const QByteArray& file) {
 
 QList<QImage> IconFile::images(const QString& path) {
     QFile file;
-    if (!RegularFile::open(file, path, RegularFile::Links::Followed) || file.size() > MaximumBytes)
+    if (!Fenk::RegularFile::open(file, path, Fenk::RegularFile::Links::Followed) ||
+        file.size() > MaximumBytes)
         return {};
     const QByteArray bytes = file.read(MaximumBytes);
     QList<QImage> found;

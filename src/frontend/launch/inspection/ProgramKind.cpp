@@ -6,7 +6,7 @@
 #include <QtEndian>
 
 #include "core/base/Paths.h"
-#include "core/base/RegularFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -188,7 +188,7 @@ ProgramKind portableKind(const ProgramHeader& header, const ProgramHost& host) {
 ProgramHeader ProgramHeader::read(const QString& path) {
     ProgramHeader result;
     QFile file;
-    if (!RegularFile::open(file, path, RegularFile::Links::Followed))
+    if (!Fenk::RegularFile::open(file, path, Fenk::RegularFile::Links::Followed))
         return result;
     const QByteArray start = file.read(HeadBytes);
     const Bytes head(start);

@@ -5,7 +5,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 
-#include "core/base/RegularFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ QJsonObject FileAssociation::all(const QString& bottlePath) {
     if (bottlePath.isEmpty() || (!info.exists() && !info.isSymLink()))
         return {};
     QFile file;
-    if (!RegularFile::open(file, path) || file.size() > MaximumBytes) {
+    if (!Fenk::RegularFile::open(file, path) || file.size() > MaximumBytes) {
         qWarning().noquote() << "can't read" << path;
         return {};
     }

@@ -4,7 +4,7 @@
 #include <QJsonDocument>
 
 #include "core/base/BuildInfo.h"
-#include "core/base/RegularFile.h"
+#include "fenk/system/RegularFile.h"
 #include "launch/inspection/ExeFileInfo.h"
 
 namespace {
@@ -31,7 +31,7 @@ QString EventRecord::fileInfo64(const QString& path) {
 
 QStringList EventRecord::logTail(const QString& path) {
     QFile file;
-    if (!RegularFile::open(file, path))
+    if (!Fenk::RegularFile::open(file, path))
         return {};
     if (file.size() > MaximumLogBytes)
         file.seek(file.size() - MaximumLogBytes);

@@ -10,7 +10,7 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
-#include "core/base/RegularFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -34,7 +34,7 @@ void FailedStarts::read() {
     QFile file;
     if (!QFileInfo::exists(m_file))
         return;
-    if (!RegularFile::open(file, m_file)) {
+    if (!Fenk::RegularFile::open(file, m_file)) {
         qWarning().noquote() << "cannot read" << m_file;
         return;
     }

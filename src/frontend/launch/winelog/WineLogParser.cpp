@@ -5,7 +5,7 @@
 #include <QTextCodec>
 #include <array>
 
-#include "core/base/RegularFile.h"
+#include "fenk/system/RegularFile.h"
 #include "launch/winelog/CommonRule.h"
 #include "launch/winelog/DialogTextRule.h"
 #include "launch/winelog/DllRules.h"
@@ -65,7 +65,7 @@ WineLogParser::~WineLogParser() = default;
 
 int WineLogParser::parseFile(const QString& path) {
     QFile file;
-    if (!RegularFile::open(file, path))
+    if (!Fenk::RegularFile::open(file, path))
         qWarning() << "failed to read logs file: " << path;
     else if (file.size() > MaximumBytes)
         file.seek(file.size() - MaximumBytes);

@@ -5,7 +5,7 @@
 #include <QJsonDocument>
 
 #include "core/base/Paths.h"
-#include "core/base/RegularFile.h"
+#include "fenk/system/RegularFile.h"
 #include "fenk/system/SystemInfo.h"
 #include "launch/open/FileAssociation.h"
 
@@ -38,7 +38,7 @@ QJsonObject BottleAssociations::read(const QString& bottlePath, int systemVersio
 
 QStringList BottleAssociations::exported(const QString& bottle) {
     QFile file;
-    if (!RegularFile::open(file, Paths::bottlesDataDir() + "/exported_associations.json"))
+    if (!Fenk::RegularFile::open(file, Paths::bottlesDataDir() + "/exported_associations.json"))
         return {};
     QStringList keys;
     const QJsonObject all = QJsonDocument::fromJson(file.read(MaximumBytes)).object();

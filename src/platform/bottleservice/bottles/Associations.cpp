@@ -7,7 +7,7 @@
 #include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/bottles/WindowsCommandLine.h"
 #include "bottleservice/bottles/WindowsPath.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace Associations {
 
@@ -113,7 +113,8 @@ RegistryFile::Keys classesOf(const QString& bottlePath) {
 }
 
 QJsonObject load(const QString& bottlePath) {
-    const QByteArray text = PlainFile::read(bottlePath + FileName, MaximumBytes).value_or(QByteArray());
+    const QByteArray text =
+        Fenk::RegularFile::read(bottlePath + FileName, MaximumBytes).value_or(QByteArray());
     QJsonObject all = QJsonDocument::fromJson(text).object();
     for (auto it = all.begin(); it != all.end();) {
         const bool isGood = (isExtension(it.key()) || isScheme(it.key())) &&

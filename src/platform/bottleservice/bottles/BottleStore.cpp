@@ -6,7 +6,7 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/YamlText.h"
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -77,7 +77,7 @@ QString BottleStore::check(const QString& name) const {
 }
 
 std::optional<BottleYaml> BottleStore::load(const QString& name, QString* error) const {
-    const auto text = PlainFile::read(pathOf(name) + SettingsFile, YamlText::MaximumBytes);
+    const auto text = Fenk::RegularFile::read(pathOf(name) + SettingsFile, YamlText::MaximumBytes);
     if (!text) {
         *error = QString("The bottle \"%1\" is damaged: its bottle.yml is no file or cannot be read.")
                      .arg(BottleName::shown(name));

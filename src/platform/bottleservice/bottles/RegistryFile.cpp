@@ -1,6 +1,6 @@
 #include "bottleservice/bottles/RegistryFile.h"
 
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace RegistryFile {
 
@@ -65,7 +65,7 @@ void readValue(const QByteArray& line, Values* values) {
 }  // namespace
 
 Keys read(const QString& path, const QString& prefix) {
-    const auto content = PlainFile::read(path, MaximumBytes);
+    const auto content = Fenk::RegularFile::read(path, MaximumBytes);
     return content && content->size() <= MaximumBytes ? parse(*content, prefix) : Keys();
 }
 

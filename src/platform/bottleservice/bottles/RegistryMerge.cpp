@@ -5,7 +5,7 @@
 #include <QVector>
 
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace RegistryMerge {
 
@@ -161,11 +161,12 @@ QByteArray merged(const QByteArray& own, const QByteArray& oldTemplate, const QB
 
 QString update(const QString& prefix, const QString& oldTemplate, const QString& newTemplate) {
     for (const char* file : {"/system.reg", "/user.reg", "/userdef.reg"}) {
-        const auto own = PlainFile::read(prefix + file, MaximumBytes);
-        const auto now = PlainFile::read(newTemplate + file, MaximumBytes);
+        const auto own = Fenk::RegularFile::read(prefix + file, MaximumBytes);
+        const auto now = Fenk::RegularFile::read(newTemplate + file, MaximumBytes);
         if (!own || !now)
             continue;
-        const QByteArray before = PlainFile::read(oldTemplate + file, MaximumBytes).value_or(QByteArray());
+        const QByteArray before =
+            Fenk::RegularFile::read(oldTemplate + file, MaximumBytes).value_or(QByteArray());
         if (own->size() > MaximumBytes || now->size() > MaximumBytes || before.size() > MaximumBytes) {
             qWarning() << prefix + file << "is too large to be brought up to another Wine";
             continue;

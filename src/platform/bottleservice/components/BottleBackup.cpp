@@ -12,7 +12,7 @@
 
 #include "bottleservice/files/AtomicFile.h"
 #include "bottleservice/files/FileTree.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace BottleBackup {
 
@@ -44,7 +44,7 @@ QString pathOf(const QString& bottlePath) {
 QString idOf(const QString& bottlePath) {
     if (!isRealDirectory(pathOf(bottlePath)))
         return {};
-    const auto text = PlainFile::read(pathOf(bottlePath) + Journal, MaximumJournalBytes);
+    const auto text = Fenk::RegularFile::read(pathOf(bottlePath) + Journal, MaximumJournalBytes);
     return text ? QJsonDocument::fromJson(*text).object()["id"].toString() : QString();
 }
 

@@ -15,7 +15,7 @@
 #include <algorithm>
 
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -135,7 +135,7 @@ Reason ChosenFile::remember(const QString& dataDir, const QString& file, const Q
 }
 
 QJsonObject ChosenFile::remembered(const QString& dataDir) {
-    const auto text = PlainFile::read(dataDir + RecordFile, MaximumRecord);
+    const auto text = Fenk::RegularFile::read(dataDir + RecordFile, MaximumRecord);
     return QJsonDocument::fromJson(text.value_or(QByteArray())).object();
 }
 

@@ -10,8 +10,8 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Sources.h"
-#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/settings/DllOverrides.h"
+#include "fenk/system/RegularFile.h"
 
 using Kind = RecipeStep::Kind;
 using Bottles = RecipeStep::Bottles;
@@ -150,7 +150,7 @@ Recipes::Recipes(const QString& catalogueDir, const QString& dataDir) {
         if (!QFile::exists(path))
             continue;
         QJsonParseError error;
-        const QByteArray text = PlainFile::read(path, MaximumBytes).value_or(QByteArray());
+        const QByteArray text = Fenk::RegularFile::read(path, MaximumBytes).value_or(QByteArray());
         const QJsonObject entries = QJsonDocument::fromJson(text, &error).object();
         if (error.error != QJsonParseError::NoError)
             qWarning() << path << "cannot be used:" << error.errorString();

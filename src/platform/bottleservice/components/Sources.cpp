@@ -11,7 +11,7 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/ComponentStore.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -57,7 +57,7 @@ QString Source::shownAddress(const QString& address) {
 void Sources::add(const QString& path) {
     if (!QFile::exists(path))
         return;
-    const QByteArray text = PlainFile::read(path, MaximumBytes).value_or(QByteArray());
+    const QByteArray text = Fenk::RegularFile::read(path, MaximumBytes).value_or(QByteArray());
     QJsonParseError error;
     const QJsonObject content = QJsonDocument::fromJson(text, &error).object();
     if (error.error != QJsonParseError::NoError)

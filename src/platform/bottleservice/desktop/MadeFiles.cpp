@@ -10,7 +10,7 @@
 #include <QSet>
 
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -117,7 +117,7 @@ void MadeFiles::removeUnfinished() const {
 std::optional<QJsonObject> MadeFiles::load() const {
     if (!QFileInfo::exists(m_file))
         return QJsonObject();
-    const auto text = PlainFile::read(m_file, MaximumBytes);
+    const auto text = Fenk::RegularFile::read(m_file, MaximumBytes);
     if (!text)
         return std::nullopt;
     const QJsonDocument document = QJsonDocument::fromJson(*text);

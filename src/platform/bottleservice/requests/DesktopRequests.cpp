@@ -14,13 +14,13 @@
 #include "bottleservice/desktop/AssociationFiles.h"
 #include "bottleservice/desktop/DesktopEntry.h"
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/BottleRequests.h"
 #include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/requests/RequestChecks.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
+#include "fenk/system/RegularFile.h"
 
 using Fault = Answer::Fault;
 
@@ -167,7 +167,7 @@ Answer DesktopRequests::writeAssociations(const QString& bottle, const QStringLi
 
 bool DesktopRequests::rememberExported(const QString& bottle, const QStringList& keys, QString* error) {
     const QString path = m_engine->dataDir() + "/exported_associations.json";
-    const auto text = PlainFile::read(path, MaximumExportedBytes);
+    const auto text = Fenk::RegularFile::read(path, MaximumExportedBytes);
     const QJsonDocument document = QJsonDocument::fromJson(text.value_or("{}"));
     if ((!text && QFileInfo::exists(path)) || !document.isObject()) {
         *error = QString("%1 cannot be read or understood; nothing was changed in it.").arg(path);

@@ -8,9 +8,9 @@
 
 #include "bottleservice/bottles/Emulators.h"
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/settings/SettingRules.h"
+#include "fenk/system/RegularFile.h"
 
 namespace LaunchData {
 
@@ -88,7 +88,7 @@ bool write(const QString& directory, QJsonObject data, QString* error) {
 }
 
 bool isStale(const QString& bottlePath) {
-    const auto text = PlainFile::read(bottlePath + FileName, MaximumBytes);
+    const auto text = Fenk::RegularFile::read(bottlePath + FileName, MaximumBytes);
     if (!text)
         return true;
     const QJsonObject data = QJsonDocument::fromJson(*text).object();

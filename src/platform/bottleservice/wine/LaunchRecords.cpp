@@ -5,8 +5,8 @@
 #include <QJsonObject>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/wine/ProcessEnd.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ constexpr int MaximumIdCharacters = 128;
 constexpr int MaximumNameCharacters = 255;
 
 QJsonObject contentOf(const QString& file) {
-    const QByteArray text = PlainFile::read(file, MaximumBytes).value_or(QByteArray());
+    const QByteArray text = Fenk::RegularFile::read(file, MaximumBytes).value_or(QByteArray());
     return QJsonDocument::fromJson(text).object();
 }
 

@@ -1,7 +1,7 @@
 #include "bottleservice/wine/MenuBuilder.h"
 
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ const char Value[] = "\n\"winemenubuilder\"=";
 
 QString MenuBuilder::removeFromStart(const QString& prefix) {
     const QString path = prefix + "/system.reg";
-    QByteArray registry = PlainFile::read(path, MaximumBytes).value_or(QByteArray());
+    QByteArray registry = Fenk::RegularFile::read(path, MaximumBytes).value_or(QByteArray());
     if (registry.isEmpty() || registry.size() > MaximumBytes)
         return QString("Cannot read %1.").arg(path);
     const int section = registry.indexOf(Section);

@@ -8,11 +8,11 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/files/AtomicFile.h"
-#include "bottleservice/files/PlainFile.h"
 #include "bottleservice/files/WorkingDirectory.h"
 #include "bottleservice/wine/PrefixBuilder.h"
 #include "bottleservice/wine/Runners.h"
 #include "bottleservice/wine/Templates.h"
+#include "fenk/system/RegularFile.h"
 
 namespace {
 
@@ -23,7 +23,8 @@ QString fileOf(const QString& dataDir) {
 }
 
 QJsonObject load(const QString& dataDir) {
-    return QJsonDocument::fromJson(PlainFile::read(fileOf(dataDir), MaximumBytes).value_or(QByteArray()))
+    return QJsonDocument::fromJson(
+               Fenk::RegularFile::read(fileOf(dataDir), MaximumBytes).value_or(QByteArray()))
         .object();
 }
 
