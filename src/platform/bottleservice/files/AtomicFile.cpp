@@ -10,27 +10,14 @@
 #include <cerrno>
 #include <cstring>
 
+#include "fenk/system/OwnedFd.h"
+
 namespace AtomicFile {
 
 namespace {
 
 const char Suffix[] = ".cellarix-new";
 constexpr mode_t NewFileMode = 0666;
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor() {
-        if (m_fd >= 0)
-            close(m_fd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    operator int() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 bool writeAll(int fd, const QByteArray& content) {
     for (int at = 0; at < content.size();) {
@@ -44,12 +31,13 @@ bool writeAll(int fd, const QByteArray& content) {
 
 bool fill(const QByteArray& path, const QByteArray& target, const QByteArray& content, Safety safety) {
     unlink(path.constData());
-    const Descriptor file(open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NewFileMode));
+    const Fenk::OwnedFd file(open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, NewFileMode));
     struct stat old = {};
-    if (file >= 0 && stat(target.constData(), &old) == 0)
-        fchmod(file, old.st_mode & ~mode_t(S_IFMT));
+    if (file.isValid() && stat(target.constData(), &old) == 0)
+        fchmod(file.get(), old.st_mode & ~mode_t(S_IFMT));
     // Only what has reached the disk may take the old file's place.
-    return file >= 0 && writeAll(file, content) && (safety == Safety::Quick || fsync(file) == 0);
+    return file.isValid() && writeAll(file.get(), content) &&
+           (safety == Safety::Quick || fsync(file.get()) == 0);
 }
 
 }  // namespace
@@ -70,9 +58,9 @@ bool replace(const QString& path, const QByteArray& content, QString* error, Saf
     if (safety == Safety::Quick)
         return true;
     // A failure here is no failure of the change, which everybody can see by now.
-    const Descriptor directory(open(QFile::encodeName(info.path()).constData(), O_RDONLY | O_CLOEXEC));
-    if (directory >= 0)
-        fsync(directory);
+    const Fenk::OwnedFd directory(open(QFile::encodeName(info.path()).constData(), O_RDONLY | O_CLOEXEC));
+    if (directory.isValid())
+        fsync(directory.get());
     return true;
 }
 

@@ -13,24 +13,11 @@
 #include <cerrno>
 #include <cstring>
 
+#include "fenk/system/OwnedFd.h"
+
 namespace {
 
 constexpr int BlockBytes = 256 * 1024;
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    operator int() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 QString fault(const QString& path) {
     return QString("Cannot copy %1: %2.").arg(path, QString::fromLocal8Bit(strerror(errno)));
@@ -55,16 +42,18 @@ QByteArray linkTarget(const QByteArray& path) {
 }  // namespace
 
 bool FileTree::copyFile(const QString& from, const QString& to) {
-    const Descriptor source(::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const Fenk::OwnedFd source(
+        ::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
-    if (source < 0 || ::fstat(source, &status) != 0 || !S_ISREG(status.st_mode))
+    if (!source.isValid() || ::fstat(source.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return false;
-    const Descriptor target(::open(QFile::encodeName(to).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                                   (status.st_mode & 0777) | S_IWUSR));
-    if (target < 0 || !copyBytes(source, target))
+    const Fenk::OwnedFd target(::open(QFile::encodeName(to).constData(),
+                                      O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
+                                      (status.st_mode & 0777) | S_IWUSR));
+    if (!target.isValid() || !copyBytes(source.get(), target.get()))
         return false;
     const struct timespec times[] = {status.st_atim, status.st_mtim};
-    ::futimens(target, times);
+    ::futimens(target.get(), times);
     return true;
 }
 
