@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include "fenk/system/FindIgnoringCase.h"
+
 bool WindowsPath::isWindowsPath(const QString& path) {
     static const QRegularExpression absolute(R"(^[a-zA-Z]:\\)");
     return absolute.match(path).hasMatch() || isDrive(path);
@@ -26,18 +28,10 @@ QString WindowsPath::toUnix(const QString& bottlePath, const QString& windowsPat
     return resolved.isEmpty() ? path : resolved;
 }
 
-// Names are compared here and not given to QDir as filters, for which the brackets of "setup[1].exe" are a
-// pattern.
 QString WindowsPath::resolveIgnoringCase(const QString& base, const QString& relative) {
-    const QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System;
     QString current = base;
     for (const QString& part : relative.split('/', Qt::SkipEmptyParts)) {
-        const QStringList entries = QDir(current).entryList(everything);
-        QString match = entries.contains(part) ? part : QString();
-        for (int i = 0; i < entries.size() && match.isEmpty(); ++i) {
-            if (entries.at(i).compare(part, Qt::CaseInsensitive) == 0)
-                match = entries.at(i);
-        }
+        const QString match = Fenk::findIgnoringCase(current, part);
         if (match.isEmpty())
             return {};
         current += "/" + match;

@@ -1,27 +1,10 @@
 #include "bottleservice/bottles/WindowsPath.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QStringList>
+
+#include "fenk/system/FindIgnoringCase.h"
 
 namespace WindowsPath {
-
-namespace {
-
-QString entryIgnoringCase(const QString& directory, const QString& name) {
-    if (name == "." || name == "..")
-        return name;
-    if (QFileInfo::exists(directory + '/' + name))
-        return name;
-    const QStringList entries = QDir(directory).entryList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::NoSort);
-    for (const QString& entry : entries) {
-        if (entry.compare(name, Qt::CaseInsensitive) == 0)
-            return entry;
-    }
-    return {};
-}
-
-}  // namespace
 
 bool isWindowsPath(const QString& path) {
     if (path.size() < 2 || path[1] != ':')
@@ -37,7 +20,7 @@ QString toUnix(const QString& bottlePath, const QString& path) {
     const QStringList parts = path.mid(2).replace('\\', '/').split('/', Qt::SkipEmptyParts);
     QString directory = bottlePath + "/dosdevices/" + drive;
     for (int i = 0; i < parts.size(); ++i) {
-        const QString entry = entryIgnoringCase(directory, parts[i]);
+        const QString entry = Fenk::findIgnoringCase(directory, parts[i]);
         if (entry.isEmpty())
             return directory + '/' + QStringList(parts.mid(i)).join('/');
         directory += '/' + entry;
