@@ -28,4 +28,18 @@ inline bool isPublicBottle(const QString& bottle) {
     return bottle.startsWith(QLatin1String("public/"));
 }
 
+/// A Proton runner, such as "ge-proton9".
+inline bool isProton(const QString& runner) {
+    return runner.contains(QLatin1String("-proton"));
+}
+
+/// Whether a program started this process when it crashed. The crash handler that programs built on a browser
+/// start each time is none.
+inline bool isCrashReporter(const QString& processName) {
+    const auto has = [&](const char* part) {
+        return processName.contains(QLatin1String(part), Qt::CaseInsensitive);
+    };
+    return (has("bugreport") || has("crash") || has("winedbg")) && !has("crashpad");
+}
+
 }  // namespace WineNames

@@ -1,7 +1,8 @@
 #include "launch/monitor/MonitorCycle.h"
 
 #include <QDebug>
-#include <QRegularExpression>
+
+#include "core/base/WineNames.h"
 
 namespace {
 
@@ -68,11 +69,9 @@ bool MonitorCycle::hasTimedOut(const Processes& processes) {
 }
 
 void MonitorCycle::checkForCrash(const Processes& processes) {
-    static const QRegularExpression reporter("bugreport|crash|winedbg",
-                                             QRegularExpression::CaseInsensitiveOption);
     for (auto process = processes.begin(); process != processes.end() && !crashed; ++process) {
         const QString& name = process.value();
-        if (!reporter.match(name).hasMatch() || name.contains("crashpad", Qt::CaseInsensitive))
+        if (!WineNames::isCrashReporter(name))
             continue;
         qInfo() << "Seems app crash. process_name: " << name;
         crashed = true;

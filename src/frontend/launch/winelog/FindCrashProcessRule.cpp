@@ -1,5 +1,7 @@
 #include "launch/winelog/FindCrashProcessRule.h"
 
+#include "core/base/WineNames.h"
+
 namespace {
 
 /// Undoes the escapes that Wine writes for what is not ASCII.
@@ -25,8 +27,5 @@ LogParseResult FindCrashProcessRule::result(const QString& line) {
     if (path.isEmpty())
         return {};
     const QString file = path.split('\\').last();
-    static const QRegularExpression reporter("bugreport|crash|winedbg",
-                                             QRegularExpression::CaseInsensitiveOption);
-    const bool isCrash = reporter.match(file).hasMatch() && !file.contains("crashpad", Qt::CaseInsensitive);
-    return isCrash ? LogParseResult{LogCrash, {}} : LogParseResult{};
+    return WineNames::isCrashReporter(file) ? LogParseResult{LogCrash, {}} : LogParseResult{};
 }

@@ -4,6 +4,7 @@
 
 #include "backend/BottleRecord.h"
 #include "backend/DesktopUtils.h"
+#include "core/base/WineNames.h"
 #include "shell/associations/BottleAssociations.h"
 
 namespace ProgramMenu {
@@ -29,7 +30,7 @@ Facts Facts::of(const QString& bottle, const QString& programId, const QJsonObje
 }
 
 Layout layoutFor(const QString& bottle) {
-    if (bottle.startsWith(QLatin1String("public/")))
+    if (WineNames::isPublicBottle(bottle))
         return {{Action::EditDetails, Action::CreateDesktopIcon, Action::Feedback, Action::Remove}, {}, {}};
     return {{Action::EditDetails, Action::AdvancedDebugging},
             {Action::OpenInTerminal, Action::OpenFolder, Action::OpenDriveC, Action::FileAssociations,
@@ -43,7 +44,7 @@ bool isShown(Action action, const Facts& facts) {
         case Action::CreateDesktopIcon:
             return !facts.hasShortcut;
         case Action::PackagedApps:
-            return !facts.runner.isEmpty() && !facts.runner.contains(QLatin1String("-proton"));
+            return !facts.runner.isEmpty() && !WineNames::isProton(facts.runner);
         case Action::DumpManifest:
             return !isFromStore(facts.bottle);
         case Action::FileAssociations:
