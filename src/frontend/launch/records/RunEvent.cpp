@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <cmath>
 
+#include "backend/BottleLogs.h"
 #include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
@@ -46,13 +47,6 @@ FileInfoCache::Entry completed(FileInfoCache::Entry entry, const QJsonObject& bo
     return entry;
 }
 
-/// Empty if the bottle has no directory, or if the id would lead out of it.
-QString logFile(const QString& bottlePath, const QString& programId) {
-    if (bottlePath.isEmpty() || programId.contains('/'))
-        return {};
-    return QString("%1/logs/wine-program-%2.txt").arg(bottlePath, programId);
-}
-
 }  // namespace
 
 QJsonObject RunEvent::build(const QString& bottleName, const QString& programId, bool successed,
@@ -76,7 +70,8 @@ QJsonObject RunEvent::build(const QString& bottleName, const QString& programId,
     record["runner"] = BottleRecord::runner(bottle);
     record["runner_version"] = runnerVersion(BottleRecord::runner(bottle));
     record["memory_optimization"] = BottleRecord::memOptimized(bottle, true);
-    record["winelogs"] = EventRecord::base64(EventRecord::logTail(logFile(path, programId)).join('\n'));
+    record["winelogs"] =
+        EventRecord::base64(EventRecord::logTail(BottleLogs::ofProgram(path, programId)).join('\n'));
     record["raiting"] = ProgramRecord::stars(BottleRecord::programs(bottle).value(programId).toObject());
     static const QRegularExpression storeBottle("program-[0-9a-f]{8,}");
     if (storeBottle.match(bottleName).hasMatch())

@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QFileInfo>
 
+#include "backend/BottleLogs.h"
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
@@ -38,10 +39,7 @@ ProgramAppFixer::ProgramAppFixer(const QString& bottlesName, const QString& prog
     : QObject(parent), m_bottlesName(bottlesName), m_programUuid(programUuid), m_notifyUser(notifyUser) {}
 
 QString ProgramAppFixer::logOf(const QJsonObject& bottle, const QString& programUuid) {
-    const QString directory = BottleRecord::path(bottle);
-    if (directory.isEmpty() || programUuid.contains('/'))
-        return {};
-    const QString log = directory + "/logs/wine-program-" + programUuid + ".txt";
+    const QString log = BottleLogs::ofProgram(BottleRecord::path(bottle), programUuid);
     return QFileInfo(log).isFile() ? log : QString();
 }
 

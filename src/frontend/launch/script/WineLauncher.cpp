@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include "backend/BottleLogs.h"
 #include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"
 #include "core/base/Paths.h"
@@ -62,7 +63,7 @@ void WineLauncher::setLogDirectory(const QString& bottlePath) {
     if (bottlePath.isEmpty())
         qWarning().noquote() << "Bottle " << m_bottleName << " not exists";
     else
-        m_logDir = bottlePath + "/logs";
+        m_logDir = BottleLogs::directory(bottlePath);
 }
 
 void WineLauncher::addEnvironment(const QString& entry) {
@@ -108,7 +109,7 @@ LauncherExit::Report WineLauncher::report() {
 }
 
 void WineLauncher::launchProgram(const QString& programUuid) {
-    m_logPath = m_logDir + "/wine-program-" + programUuid + ".txt";
+    m_logPath = m_logDir + "/" + BottleLogs::programFile(programUuid);
     const QStringList arguments =
         QStringList{m_bottleName} + commonOptions() + QStringList{"--uuid", programUuid};
 
