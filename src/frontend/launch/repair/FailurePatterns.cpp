@@ -1,5 +1,7 @@
 #include "launch/repair/FailurePatterns.h"
 
+#include "launch/winelog/PrintedLines.h"
+
 namespace {
 
 struct Row {
@@ -129,7 +131,7 @@ constexpr Row Rows[] = {
      "connect|\u65e0\u6cd5\u8fde\u63a5|\u7f51\u7edc\u8fde\u63a5\u5931\u8d25)"},
     {Failure::UnimplementedFunction, Logged, "unimplemented function ",
      "unimplemented function (\\S+?\\.(?:dll|exe|drv|ocx|sys))\\."},
-    {Failure::Crash, Logged, "starting debugger...", "wine: Unhandled (.+?)(?: on | at address| in thread)"},
+    {Failure::Crash, Logged, CrashPrinted, "wine: Unhandled (.+?)(?: on | at address| in thread)"},
     {Failure::Crash, Logged, ":seh:NtRaiseException Unhandled exception code ", "code ([0-9a-f]+)"},
     {Failure::ManagedException, Logged, "",
      "(?i)unhandled exception:\\s*(?:\\r?\\n)?((?:\\w+\\.)+\\w*Exception)"},

@@ -2,7 +2,7 @@
 
 bool DialogTextRule::match(const QString& line) {
     text.clear();
-    if (m_drawn.match(line).hasMatch())
+    if (line.contains(Drawn))
         text = line;
     return !text.isEmpty();
 }

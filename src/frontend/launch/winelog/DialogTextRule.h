@@ -8,12 +8,13 @@
 /// character is a backslash followed by four hexadecimal digits.
 class DialogTextRule final : public LogParseRule {
 public:
+    static constexpr char Drawn[] = "trace:text:DrawTextExW L\"";
+
     bool match(const QString& line) override;
     LogParseResult result(const QString& line) override;
 
 private:
     QString text;
-    QRegularExpression m_drawn{"trace:text:DrawTextExW L\""};
     QRegularExpression m_runtime{
         R"rx(The following component.*required.*Microsoft Visual C\+\+ Runtime.*)rx"};
     // Chinese for "must", "needs ... to run", "download" and "install".

@@ -12,7 +12,7 @@ LogParseResult componentOf(const QString& key) {
 }  // namespace
 
 bool MissingDLLRule::match(const QString& line) {
-    return line.contains("err:module:import_dll");
+    return line.contains(Import);
 }
 
 LogParseResult MissingDLLRule::result(const QString& line) {

@@ -8,13 +8,16 @@
 /// some lines later which version, so this rule keeps state from line to line, and from one log to the next.
 class DotNetCoreDesktopRule final : public LogParseRule {
 public:
+    static constexpr char Reported[] = "err:eventlog:ReportEventW";
+
     bool match(const QString& line) override;
     LogParseResult result(const QString& line) override;
 
 private:
-    QRegularExpression m_install{
-        R"rx(err:eventlog:ReportEventW.*You must install.*\.NET.*to run this application)rx"};
+    QRegularExpression m_install{Reported +
+                                 QString(R"rx(.*You must install.*\.NET.*to run this application)rx")};
     QRegularExpression m_version{
-        R"rx(err:eventlog:ReportEventW.*(?:App host version: |Framework: 'Microsoft\.NETCore\.App', version ')(\d+)\.*)rx"};
+        Reported +
+        QString(R"rx(.*(?:App host version: |Framework: 'Microsoft\.NETCore\.App', version ')(\d+)\.*)rx")};
     bool waitingForVersion = false;
 };

@@ -8,9 +8,11 @@
 /// time is none.
 class FindCrashProcessRule final : public LogParseRule {
 public:
+    static constexpr char Started[] = "trace:process:NtCreateUserProcess ";
+
     bool match(const QString& line) override;
     LogParseResult result(const QString& line) override;
 
 private:
-    QRegularExpression m_process{R"rx(trace:process:NtCreateUserProcess .* image L"(.*)" cmdline L")rx"};
+    QRegularExpression m_process{Started + QString(R"rx(.* image L"(.*)" cmdline L")rx")};
 };

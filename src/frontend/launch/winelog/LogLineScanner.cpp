@@ -3,12 +3,24 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
+
+#include "launch/winelog/CommonRule.h"
+#include "launch/winelog/DialogTextRule.h"
+#include "launch/winelog/DllRules.h"
+#include "launch/winelog/DotNetCoreDesktopRule.h"
+#include "launch/winelog/FindCrashProcessRule.h"
+#include "launch/winelog/MissingFontsRule.h"
+#include "launch/winelog/MissingODBCRule.h"
 
 namespace {
 
 constexpr unsigned OfInterest = 256, NotOfInterest = 512;  // beside the bits of the rules
 constexpr int BlockSize = 16;
 constexpr int LongestNeedle = 32;
+constexpr char Error[] = "err";
+constexpr char Fixme[] = "fixme";
+constexpr char Ignored[] = "err:environ:init_peb";
 
 using Block = std::uint8_t __attribute__((vector_size(BlockSize)));
 
@@ -24,32 +36,37 @@ struct Rest {
     unsigned facts;
 };
 
+/// What follows the word in a text. Fails to compile when the word is not in the text.
+constexpr const char* behind(std::string_view word, const char* text) {
+    return text + std::string_view(text).find(word) + word.size();
+}
+
 // Each rule needs one of these to match, or one of the rests behind the first two.
 constexpr std::array<Needle, 7> Exact = {{
-    {"err", 0, 2, OfInterest},
-    {"fixme", 2, 3, OfInterest},
-    {"Wine Mono is not installed", 0, 5, LogLineScanner::Common},
-    {"dbghelp:elf_search_auxv", 3, 11, LogLineScanner::Common},
-    {"seh:start_debugger", 4, 9, LogLineScanner::Common},
-    {"trace:text:DrawTextExW L\"", 11, 15, LogLineScanner::DialogText},
-    {"trace:process:NtCreateUserProcess ", 14, 22, LogLineScanner::CrashProcess},
+    {Error, 0, 2, OfInterest},
+    {Fixme, 2, 3, OfInterest},
+    {CommonRule::NoMono, 0, 5, LogLineScanner::Common},
+    {CommonRule::NoSymbol, 3, 11, LogLineScanner::Common},
+    {CommonRule::Debugger, 4, 9, LogLineScanner::Common},
+    {DialogTextRule::Drawn, 11, 15, LogLineScanner::DialogText},
+    {FindCrashProcessRule::Started, 14, 22, LogLineScanner::CrashProcess},
 }};
 // In any case of the letters. None of them may hold an s or a k: those have relatives that are not ASCII.
 constexpr std::array<Needle, 2> AnyCase = {{
-    {"unimplemented", 0, 4, LogLineScanner::UnimplementedFunction},
-    {"\\\\font", 1, 2, LogLineScanner::MissingFonts},
+    {UnimplementedFunctionRule::Unimplemented, 0, 4, LogLineScanner::UnimplementedFunction},
+    {MissingFontsRule::Folder, 1, 2, LogLineScanner::MissingFonts},
 }};
 constexpr std::array<Rest, 7> BehindError = {{
-    {":module:import_dll", LogLineScanner::MissingDll},
-    {":combase:RoGetActivationFactory", LogLineScanner::Common},
-    {":mshtml:create_document_object", LogLineScanner::Common},
-    {":setupapi:", LogLineScanner::Common},
-    {":eventlog:ReportEventW", LogLineScanner::DotNetCoreDesktop},
-    {"or while loading shared libraries", LogLineScanner::Common},
-    {":environ:init_peb", NotOfInterest},
+    {behind(Error, MissingDLLRule::Import), LogLineScanner::MissingDll},
+    {behind(Error, CommonRule::NoWinRT), LogLineScanner::Common},
+    {behind(Error, CommonRule::NoGecko), LogLineScanner::Common},
+    {behind(Error, CommonRule::SetupApi), LogLineScanner::Common},
+    {behind(Error, DotNetCoreDesktopRule::Reported), LogLineScanner::DotNetCoreDesktop},
+    {behind(Error, CommonRule::NoLibraries), LogLineScanner::Common},
+    {behind(Error, Ignored), NotOfInterest},
 }};
 constexpr std::array<Rest, 1> BehindFixme = {{
-    {":msado15:recordset", LogLineScanner::Common | LogLineScanner::MissingOdbc},
+    {behind(Fixme, MissingODBCRule::Database), LogLineScanner::Common | LogLineScanner::MissingOdbc},
 }};
 
 constexpr std::uint8_t CaseBit = 0x20;
@@ -97,6 +114,10 @@ unsigned factsBehind(const char* at, const char* end, const std::array<Rest, Cou
 }
 
 }  // namespace
+
+bool LogLineScanner::isOfInterest(const QString& line) {
+    return !line.contains(Ignored) && (line.contains(Error) || line.contains(Fixme));
+}
 
 LogLineScanner::LogLineScanner(const QByteArray& bytes)
     : m_position(bytes.constData()), m_end(bytes.constData() + bytes.size()) {}

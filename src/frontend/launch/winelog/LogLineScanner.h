@@ -1,9 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
-/// Finds the lines of a log that can matter to anybody, in one pass over the raw bytes: most of a log is
-/// traces that no rule knows. For UTF-8, or whatever else keeps ASCII letters apart from others.
+/// Finds the lines of a log that a rule may match or that are listed as they are, in one pass over the raw
+/// bytes: most of a log is traces that no rule knows. For encodings in which no part of a character is ASCII.
 class LogLineScanner {
 public:
     /// Bits in the order of the parser's rules.
@@ -23,8 +24,11 @@ public:
         const char* text = nullptr;
         int length = 0;
         unsigned rules = 0;         ///< those that may match; no other can
-        bool isOfInterest = false;  ///< holds what has it listed as it is
+        bool isOfInterest = false;  ///< to be listed as it is
     };
+
+    /// Whether a line is listed as it is.
+    static bool isOfInterest(const QString& line);
 
     /// The bytes must outlive the scanner.
     explicit LogLineScanner(const QByteArray& bytes);

@@ -6,8 +6,8 @@
 /// needed.
 class MissingODBCRule final : public LogParseRule {
 public:
-    bool match(const QString& line) override {
-        return line.contains("fixme:msado15:recordset_supporterrorinfo_InterfaceSupportsErrorInfo");
-    }
+    static constexpr char Database[] = "fixme:msado15:recordset_supporterrorinfo_InterfaceSupportsErrorInfo";
+
+    bool match(const QString& line) override { return line.contains(Database); }
     LogParseResult result(const QString&) override { return {LogMissingComponent, "mdac28"}; }
 };

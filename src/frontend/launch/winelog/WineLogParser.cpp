@@ -24,12 +24,6 @@ constexpr int LongestLine = 1024;  // characters of a kept crash line
 constexpr unsigned AllRules = 0xff;
 constexpr int DrawnTexts = 200;
 constexpr int StartedPrograms = 200;
-const QLatin1String Started(":process:NtCreateUserProcess ");
-const QLatin1String Drawn(":text:DrawTextExW L\"");
-
-bool isOfInterest(const QString& line) {
-    return !line.contains("err:environ:init_peb") && (line.contains("err") || line.contains("fixme"));
-}
 
 bool hasByteOrderMark(const QByteArray& bytes) {
     return bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff") || bytes.startsWith("\xef\xbb\xbf") ||
@@ -73,7 +67,7 @@ int WineLogParser::parseFile(const QString& path) {
     const int findings = parse(bytes);
     printedLines = ::printedLines(bytes);
     // The crash line, which may be far from both ends of the log.
-    const int crash = findings & LogCrash ? bytes.indexOf(", starting debugger...") : -1;
+    const int crash = findings & LogCrash ? bytes.indexOf(CrashPrinted) : -1;
     if (crash >= 0)
         printedLines += ::printedLines(bytes.mid(bytes.lastIndexOf('\n', crash) + 1, LongestLine));
     return findings;
@@ -126,17 +120,19 @@ void WineLogParser::keep(const QString& line, unsigned rules) {
     if (rules & LogLineScanner::DialogText)
         keepDrawnText(line);
     const bool mayBeStart = rules & LogLineScanner::CrashProcess;
-    if (mayBeStart && startedPrograms.size() < StartedPrograms && line.contains(Started))
+    if (mayBeStart && startedPrograms.size() < StartedPrograms &&
+        line.contains(FindCrashProcessRule::Started))
         startedPrograms.append(line);
 }
 
 void WineLogParser::keepDrawnText(const QString& line) {
-    const int at = line.indexOf(Drawn);
+    const QLatin1String drawn(DialogTextRule::Drawn);
+    const int at = line.indexOf(drawn);
     if (at < 0)
         return;
     if (drawnTexts.size() == DrawnTexts)
         drawnTexts.removeFirst();
-    drawnTexts.append(line.mid(at + Drawn.size()));
+    drawnTexts.append(line.mid(at + drawn.size()));
 }
 
 void WineLogParser::parseLine(const QString& line, unsigned rules, int* findings) {
@@ -163,6 +159,6 @@ void WineLogParser::parseLine(const QString& line, unsigned rules, int* findings
             missingComponents.insert(finding.value);
     }
     // A line with a finding is listed here as well, since the other rules found nothing in it.
-    if (isOther && isOfInterest(line))
+    if (isOther && LogLineScanner::isOfInterest(line))
         m_other.add(line, &otherLogs);
 }
