@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QPointer>
 #include <QThreadPool>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"

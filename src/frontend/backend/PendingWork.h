@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QThreadPool>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 #include <memory>
 
 #include "backend/WhenDone.h"

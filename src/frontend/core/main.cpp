@@ -3,7 +3,7 @@
 #include <QDebug>
 #include <QFontDatabase>
 #include <QLoggingCategory>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 #include <csignal>
 #include <cstdio>
 #include <optional>

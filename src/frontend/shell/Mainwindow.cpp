@@ -10,7 +10,7 @@
 #include <QShortcut>
 #include <QTimer>
 #include <QUrl>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 
 #include "core/base/BuildInfo.h"
 #include "fenk/style/Theme.h"

@@ -7,7 +7,7 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QUuid>
-#include <QtConcurrent/QtConcurrent>
+#include <QtConcurrentRun>
 
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"

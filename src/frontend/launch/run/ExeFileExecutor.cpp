@@ -1,7 +1,7 @@
 #include "launch/run/ExeFileExecutor.h"
 
 #include <QFileInfo>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 
 #include "backend/BottleRepair.h"
 #include "backend/BottlesConfig.h"

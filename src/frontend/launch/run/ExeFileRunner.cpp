@@ -5,7 +5,7 @@
 #include <QEvent>
 #include <QFileInfo>
 #include <QTimer>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottleUtils.h"

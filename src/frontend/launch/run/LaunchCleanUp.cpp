@@ -4,7 +4,7 @@
 #include <QFutureWatcher>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 #include <functional>
 
 #include "backend/BottleCleanUp.h"

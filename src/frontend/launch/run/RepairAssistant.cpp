@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QStandardPaths>
-#include <QtConcurrent>
+#include <QtConcurrentRun>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottleRepair.h"

@@ -2,7 +2,7 @@
 
 #include <QFutureWatcher>
 #include <QThreadPool>
-#include <QtConcurrent/QtConcurrent>
+#include <QtConcurrentRun>
 
 /// Runs blocking work in a thread of a pool. The one way of the service to do so when somebody waits for the
 /// result.

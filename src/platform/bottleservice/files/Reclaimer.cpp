@@ -2,7 +2,7 @@
 
 #include <QDebug>
 #include <QElapsedTimer>
-#include <QtConcurrent/QtConcurrent>
+#include <QtConcurrentRun>
 
 #include "bottleservice/files/TreeRemover.h"
 #include "bottleservice/files/WorkingDirectory.h"
