@@ -14,6 +14,7 @@
 #include <QTemporaryFile>
 #include <algorithm>
 
+#include "bottleservice/components/SourceFile.h"
 #include "bottleservice/files/AtomicFile.h"
 #include "fenk/system/RegularFile.h"
 
@@ -22,15 +23,15 @@ namespace {
 constexpr int BlockBytes = 1024 * 1024;
 constexpr qint64 MaximumRecord = 1024 * 1024;
 const char RecordFile[] = "/chosen-files.json";
-const QLatin1String CopyPrefix(".chosen-");  // no name of a wanted file begins so
+const QLatin1String CopyPrefix(".chosen-");  // wanted files never have such names
 QMutex recordMutex;
 
-/// Whether a checksum is known that somebody else than the user has given.
+/// Whether a checksum is known that does not come from a file of the user.
 bool hasChecksum(const Source& source) {
     return !source.sha256.isEmpty() && !source.isChosen;
 }
 
-/// Whether it is worth the while, and the room on the disk, to copy a file of this size and name.
+/// Whether a file of this size and name may be wanted; others are not even copied.
 bool mayBeWanted(const QVector<Source>& wanted, qint64 size, const QString& name) {
     return std::any_of(wanted.begin(), wanted.end(), [size, &name](const Source& source) {
         return hasChecksum(source) ? source.size < 0 || source.size == size
@@ -38,7 +39,7 @@ bool mayBeWanted(const QVector<Source>& wanted, qint64 size, const QString& name
     });
 }
 
-/// The wanted file that has this content or, without a checksum to compare, this name.
+/// The wanted file with this checksum or, where none is known, with this name.
 const Source* match(const QVector<Source>& wanted, const QByteArray& sha256, const QString& name) {
     for (const Source& source : wanted) {
         if (hasChecksum(source) && source.sha256 == sha256)
@@ -61,7 +62,7 @@ Reason otherFile(const QVector<Source>& wanted, const QString& name) {
 }
 
 bool openPlain(QFile* file, const QString& path) {
-    // Without waiting for somebody at the other end of a pipe.
+    // Does not wait for the other end of a pipe.
     const int descriptor = ::open(QFile::encodeName(path).constData(),
                                   O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     struct stat status = {};
@@ -76,10 +77,6 @@ bool openPlain(QFile* file, const QString& path) {
 }
 
 Reason copy(QFile* from, QFile* to, QCryptographicHash* hash, const std::atomic_bool& cancelled) {
-    const auto writeFault = [to] {
-        return Reason::ofWriting(to->fileName(), to->error() == QFileDevice::ResourceError,
-                                 to->errorString());
-    };
     QByteArray block(BlockBytes, Qt::Uninitialized);
     qint64 total = 0;
     for (;;) {
@@ -89,10 +86,10 @@ Reason copy(QFile* from, QFile* to, QCryptographicHash* hash, const std::atomic_
         if (count < 0 || (total += count) > Source::MaximumBytes)
             return Reason(Reason::NoOrdinaryFile, {QFileInfo(*from).fileName()});
         if (count == 0)
-            return to->flush() && ::fsync(to->handle()) == 0 ? Reason() : writeFault();
+            return to->flush() && ::fsync(to->handle()) == 0 ? Reason() : SourceFile::writeFailure(*to);
         hash->addData(block.constData(), int(count));
         if (to->write(block.constData(), count) != count)
-            return writeFault();
+            return SourceFile::writeFailure(*to);
     }
 }
 

@@ -11,6 +11,7 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Archive.h"
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/components/FileFetch.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/files/WorkingDirectory.h"
@@ -18,11 +19,11 @@
 namespace {
 
 constexpr int MaximumDepth = 2;
-// Proton brings a prefix with a link to the whole disk. Bottles are made from templates instead.
+// Proton contains a prefix with a link to the root of the disk. Bottles are made from templates instead.
 const QLatin1String ReadyPrefix("share/default_pfx");
 
-/// The component in what was unpacked: most archives hold it in one directory, named after the version, some
-/// beside other files or one directory deeper. The nearest one counts.
+/// Finds the component in the unpacked files. Most archives have it in one directory, named after the
+/// version, some beside other files or one directory deeper. The nearest one counts.
 QString rootOf(const QString& kind, const QString& directory) {
     QStringList level{directory};
     for (int depth = 0; depth <= MaximumDepth; ++depth) {

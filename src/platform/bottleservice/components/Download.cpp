@@ -1,6 +1,5 @@
 #include "bottleservice/components/Download.h"
 
-#include <QCryptographicHash>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -8,67 +7,17 @@
 #include <QNetworkReply>
 #include <QRegularExpression>
 
+#include "bottleservice/components/SourceFile.h"
 #include "bottleservice/files/Background.h"
 
 namespace {
 
 constexpr int MaximumBreaks = 3;
-constexpr int BlockBytes = 1024 * 1024;
 constexpr int ReportMs = 250;
 constexpr qint64 BufferBytes = 4 * 1024 * 1024;
-constexpr qint64 LeastBytes = 4096;  // that must come while a server counts as not silent
+constexpr qint64 LeastBytes = 4096;  // that must arrive within the stall time
 
-/// Empty, or what is wrong with the file that came from an address.
-Reason faultOf(const QString& path, const Source& source, const QString& address,
-               const std::atomic_bool& cancelled) {
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-        return Reason(Reason::NoOrdinaryFile, {path});
-    if (source.size >= 0 && file.size() != source.size)
-        return Reason(Reason::OtherSize,
-                      {source.file, address, QString::number(file.size()), QString::number(source.size)});
-    if (source.sha256.isEmpty())
-        return {};
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    while (!file.atEnd()) {
-        const QByteArray block = file.read(BlockBytes);
-        if (cancelled)
-            return Reason::Cancelled;
-        if (block.isEmpty())
-            return Reason(Reason::NoOrdinaryFile, {path});
-        hash.addData(block);
-    }
-    return hash.result().toHex() == source.sha256 ? Reason()
-                                                  : Reason(Reason::OtherChecksum, {source.file, address});
-}
-
-Reason writeFault(const QFile& file) {
-    return Reason::ofWriting(file.fileName(), file.error() == QFileDevice::ResourceError, file.errorString());
-}
-
-Reason copied(const QString& from, const QString& to, const Source& wanted, qint64 limit,
-              const std::atomic_bool& cancelled) {
-    QFile source(from);
-    QFile target(to);
-    if (!QFileInfo(from).isFile() || !source.open(QIODevice::ReadOnly))
-        return Reason(Reason::FetchFailed, {wanted.file, from, "it is not there"});
-    if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return writeFault(target);
-    while (!source.atEnd()) {
-        const QByteArray block = source.read(BlockBytes);
-        if (cancelled)
-            return Reason::Cancelled;
-        if (block.isEmpty())
-            return Reason(Reason::FetchFailed, {wanted.file, from, source.errorString()});
-        if (target.size() + block.size() > limit)
-            return Reason(Reason::TooLarge, {wanted.file, from});
-        if (target.write(block) != block.size())
-            return writeFault(target);
-    }
-    return target.flush() ? Reason() : writeFault(target);
-}
-
-/// A server that no connection leads to, as against one that answers badly.
+/// Whether no connection was possible, in contrast to a server that answers with an error.
 bool isUnreachable(QNetworkReply::NetworkError error) {
     switch (error) {
         case QNetworkReply::ConnectionRefusedError:
@@ -86,7 +35,7 @@ bool isUnreachable(QNetworkReply::NetworkError error) {
     }
 }
 
-/// The first byte that a partial answer brings, or -1.
+/// The offset of the first byte of a partial answer, or -1.
 qint64 beginOf(const QByteArray& contentRange) {
     static const QRegularExpression pattern("\\Abytes (\\d+)-");
     const QRegularExpressionMatch match = pattern.match(QString::fromLatin1(contentRange));
@@ -149,7 +98,7 @@ void Download::tryNext() {
         addressFailed(Reason(Reason::FetchFailed, {m_source.file, shownAddress(), "it is no address"}));
 }
 
-/// The present one, as it may be shown.
+/// The current address, as it may be shown.
 QString Download::shownAddress() const {
     return Source::shownAddress(m_source.addresses.value(m_next - 1));
 }
@@ -158,7 +107,7 @@ void Download::copy(const QString& path) {
     Background::run(
         this,
         [path, part = partPath(), wanted = m_source, limit = limit(), cancelled = m_cancelled] {
-            return copied(path, part, wanted, limit, *cancelled);
+            return SourceFile::copy(path, part, wanted, limit, *cancelled);
         },
         [this](const Reason& fault) {
             if (fault.isEmpty())
@@ -169,10 +118,10 @@ void Download::copy(const QString& path) {
 }
 
 void Download::fetch(const QString& address) {
-    // Without a checksum nobody would notice that the two halves are of different files.
+    // Without a checksum two halves of different files would not be noticed.
     const bool resume = !m_source.sha256.isEmpty();
     if (!m_part.open(resume ? QIODevice::Append : QIODevice::WriteOnly | QIODevice::Truncate)) {
-        finish(writeFault(m_part));
+        finish(SourceFile::writeFailure(m_part));
         return;
     }
     m_begin = m_part.size();
@@ -212,7 +161,7 @@ void Download::onBytes() {
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const QByteArray bytes = m_reply->readAll();
     if (status < 200 || status >= 300)
-        return;  // the text of a redirection
+        return;  // the body of a redirection
     m_sinceStall += bytes.size();
     if (m_sinceStall >= LeastBytes) {
         m_sinceStall = 0;
@@ -220,7 +169,7 @@ void Download::onBytes() {
     }
     if (!keep(bytes))
         return;
-    tellProgress(false);
+    reportProgress(false);
 }
 
 bool Download::keep(const QByteArray& bytes) {
@@ -232,19 +181,19 @@ bool Download::keep(const QByteArray& bytes) {
     }
     if (m_part.write(bytes) == bytes.size() && m_part.flush())
         return true;
-    const Reason fault = writeFault(m_part);
+    const Reason fault = SourceFile::writeFailure(m_part);
     dropReply();
     finish(fault);
     return false;
 }
 
 void Download::onReplyFinished() {
-    onBytes();  // what came with the end
+    onBytes();  // the last bytes
     if (!m_reply)
         return;
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const QString address = m_reply->request().url().toString();
-    // A connection that closes too soon is not always told as an error.
+    // A connection that closes too soon is not always reported as an error.
     const bool isShort = m_total > 0 && m_part.size() < m_total;
     const bool isError = m_reply->error() != QNetworkReply::NoError;
     const Reason fault = replyFault();
@@ -253,7 +202,7 @@ void Download::onReplyFinished() {
     const qint64 have = m_part.size();
     dropReply();
     if (isWhole || (status == 416 && have > 0 && have == m_source.size)) {
-        tellProgress(true);
+        reportProgress(true);
         verify(partPath(), true);
     } else if (status == 416) {
         QFile::remove(partPath());
@@ -269,7 +218,7 @@ void Download::onReplyFinished() {
     }
 }
 
-/// What is wrong where the reply at hand does not bring the whole file.
+/// Why the current reply did not bring the whole file.
 Reason Download::replyFault() const {
     if (m_reply->error() == QNetworkReply::NoError ||
         m_reply->error() == QNetworkReply::RemoteHostClosedError)
@@ -283,7 +232,7 @@ void Download::verify(const QString& path, bool isPart) {
     Background::run(
         this,
         [path, source = m_source, from = shownAddress(), cancelled = m_cancelled] {
-            return faultOf(path, source, from, *cancelled);
+            return SourceFile::check(path, source, from, *cancelled);
         },
         [this, path, isPart](const Reason& fault) { onVerified(fault, path, isPart); });
 }
@@ -293,7 +242,7 @@ void Download::onVerified(const Reason& fault, const QString& path, bool isPart)
         return;
     if (!fault.isEmpty()) {
         QFile::remove(path);
-        // What was there before may have been half of something else.
+        // The part that was resumed may have been of another file: try the address again from the start.
         const bool isMixed = isPart && std::exchange(m_isResumed, false);
         if (isMixed)
             --m_next;
@@ -337,7 +286,7 @@ void Download::finish(const Reason& reason) {
         Qt::QueuedConnection);
 }
 
-void Download::tellProgress(bool always) {
+void Download::reportProgress(bool always) {
     if (m_quiet.isActive() && !always)
         return;
     m_quiet.start();

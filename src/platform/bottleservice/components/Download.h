@@ -56,7 +56,7 @@ private:
     Reason replyFault() const;
     void addressFailed(const Reason& reason);
     void finish(const Reason& reason);
-    void tellProgress(bool always);
+    void reportProgress(bool always);
 
     QNetworkAccessManager* m_network;
     Source m_source;

@@ -7,6 +7,7 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/components/FileFetch.h"
 #include "bottleservice/components/InstallPlan.h"
 #include "bottleservice/components/Sources.h"
 #include "bottleservice/jobs/InstallDependencyJob.h"
@@ -151,7 +152,7 @@ void DependencyRequests::firstEnded(const QString& bottle, const Answer& result)
     if (!result.isGood())
         qWarning() << BottleName::shown(first.dependency) << "did not come into" << BottleName::shown(bottle)
                    << result.reason.text();
-    // The next one begins when whoever hears of this one's end is done.
+    // Queued: the receivers of done() come first.
     if (!isLast)
         QMetaObject::invokeMethod(
             this, [this, bottle] { startFirst(bottle, [](const Answer&) {}); }, Qt::QueuedConnection);

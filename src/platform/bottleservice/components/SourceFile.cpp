@@ -1,0 +1,64 @@
+#include "bottleservice/components/SourceFile.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+
+namespace SourceFile {
+
+namespace {
+
+constexpr int BlockBytes = 1024 * 1024;
+
+}  // namespace
+
+Reason writeFailure(const QFile& file) {
+    return Reason::ofWriting(file.fileName(), file.error() == QFileDevice::ResourceError, file.errorString());
+}
+
+Reason check(const QString& path, const Source& source, const QString& address,
+             const std::atomic_bool& cancelled) {
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return Reason(Reason::NoOrdinaryFile, {path});
+    if (source.size >= 0 && file.size() != source.size)
+        return Reason(Reason::OtherSize,
+                      {source.file, address, QString::number(file.size()), QString::number(source.size)});
+    if (source.sha256.isEmpty())
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    while (!file.atEnd()) {
+        const QByteArray block = file.read(BlockBytes);
+        if (cancelled)
+            return Reason::Cancelled;
+        if (block.isEmpty())
+            return Reason(Reason::NoOrdinaryFile, {path});
+        hash.addData(block);
+    }
+    return hash.result().toHex() == source.sha256 ? Reason()
+                                                  : Reason(Reason::OtherChecksum, {source.file, address});
+}
+
+Reason copy(const QString& from, const QString& to, const Source& wanted, qint64 limit,
+            const std::atomic_bool& cancelled) {
+    QFile source(from);
+    QFile target(to);
+    if (!QFileInfo(from).isFile() || !source.open(QIODevice::ReadOnly))
+        return Reason(Reason::FetchFailed, {wanted.file, from, "it is not there"});
+    if (!target.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return writeFailure(target);
+    while (!source.atEnd()) {
+        const QByteArray block = source.read(BlockBytes);
+        if (cancelled)
+            return Reason::Cancelled;
+        if (block.isEmpty())
+            return Reason(Reason::FetchFailed, {wanted.file, from, source.errorString()});
+        if (target.size() + block.size() > limit)
+            return Reason(Reason::TooLarge, {wanted.file, from});
+        if (target.write(block) != block.size())
+            return writeFailure(target);
+    }
+    return target.flush() ? Reason() : writeFailure(target);
+}
+
+}  // namespace SourceFile
