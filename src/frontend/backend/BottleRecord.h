@@ -24,7 +24,7 @@ QString renderer(const QJsonObject& record);  ///< "gl", "vulkan" or "gdi"
 bool cpuRendering(const QJsonObject& record);
 bool ntsync(const QJsonObject& record);
 
-// Old bottles lack these two keys: what that means is the reader's choice.
+// Old bottles lack these two keys; the caller decides what that means.
 bool hasDiscreteGpu(const QJsonObject& record);
 bool discreteGpu(const QJsonObject& record);
 bool hasMemOptimized(const QJsonObject& record);

@@ -3,8 +3,8 @@
 #include <QJsonObject>
 #include <QString>
 
-/// Small chores on bottles and their programs, each through the background service. Readers ask the service
-/// every time. Failures are logged and read as empty; nothing here shows a window.
+/// Single operations on bottles and their programs, each through the background service. Readers call the
+/// service every time and block. Failures are logged and read as empty; nothing here shows a window.
 namespace BottleUtils {
 
 QString bottlePath(const QString& bottle);
@@ -17,21 +17,21 @@ QString programPath(const QJsonObject& bottleRecord, const QString& programId);
 
 bool createDesktopEntry(const QString& bottle, const QString& programId);
 void killProgram(const QString& bottle, const QString& programId);
-/// Open when the service has told where the bottle is; GUI thread.
+/// These two return at once and open when the service has answered; GUI thread.
 void openDriveC(const QString& bottle);
 void openProgramFolder(const QString& bottle, const QString& programId);
 void runCommand(const QString& bottle, const QString& commandLine);
 
 enum class Removal { Done, ProgramRefused, BottleRefused };
-/// Removes a program; with the flag, also the bottle when that was its last one. Waits for both, so not for
-/// the GUI thread.
+/// Removes a program; with the flag, also the bottle when that was its last one. Blocks; not in the GUI
+/// thread.
 Removal deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle);
-/// Makes a program of an executable. Returns the new program's id, or nothing when the service has refused.
+/// Adds an executable as a program. Returns the new program's id, or nothing when the service has refused.
 QString addExe(const QString& bottle, const QString& name, const QString& path);
 bool setStars(const QString& bottle, const QString& programId, int stars);
 
 enum class Change { Done, NoProgram, Refused };
-/// What the user calls a program and by which picture; always both, so that the last of several counts.
+/// Sets a program's display name and icon file; always both, so that the last of several calls wins.
 Change setNameAndIcon(const QString& bottle, const QString& programId, const QString& name,
                       const QString& icon);
 void warnNotInBottle(const QString& bottle, const QString& programId);

@@ -7,20 +7,20 @@
 
 class QDBusMessage;
 
-/// What came of one bus call, for every proxy of the background service: the text of the reply, or the reason
-/// why there is none. Malformed JSON reads as the empty object or array.
+/// The result of one call of the background service: the text of the reply, or why there is none. Malformed
+/// JSON reads as the empty object or array.
 struct BusResult {
     bool ok = false;
     QString text;
     QString errorMessage;      ///< set when !ok; for logs, in English where the service has made it
-    QJsonArray reasons;        ///< the same for ServiceErrorText
-    QString errorName;         ///< of the reply; empty for what went wrong on this side
-    bool serviceGone = false;  ///< the service was there and left without an answer
+    QJsonArray reasons;        ///< the same as codes, for ServiceErrorText
+    QString errorName;         ///< D-Bus name of the error; empty for an error of this process
+    bool serviceGone = false;  ///< the service was running and ended without an answer
     bool timedOut = false;     ///< no answer yet; the service goes on, and its signal may still come
     bool abandoned =
         false;  ///< the owner, or the program's event loop, ended first; owner must not be touched
 
-    /// Refused because programs run in the bottle; a signal tells which.
+    /// Refused because programs run in the bottle; a signal names them.
     bool isBusy() const { return errorName == QLatin1String("com.lumora.Error.Busy"); }
 
     /// For the user, in the language of the session.
@@ -33,8 +33,8 @@ struct BusResult {
 
 namespace BusReply {
 
-/// Text: the reply must bring a first argument that is a string or can be made one. Ignored: any reply will
-/// do.
+/// Text: a reply without a first argument that is, or converts to, a string is an error. Ignored: any reply
+/// is good.
 enum class Wanted { Text, Ignored };
 
 BusResult fromMessage(const QDBusMessage& message, Wanted wanted = Wanted::Text);

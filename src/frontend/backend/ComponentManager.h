@@ -6,10 +6,10 @@
 
 class QJsonObject;
 
-/// The client of the background service's component catalogue: mirrors it in six lists, installs a component
-/// for the whole machine and relays download progress. A component's name is a version's full name, such as
-/// "lumora-wine10-stable"; kind is one of ComponentKind. Lives in the GUI thread; its construction waits for
-/// the service. Without the service the lists are empty.
+/// The client of the background service's component catalogue: keeps it in six lists, installs components for
+/// all bottles and relays the progress of downloads. A component's name is a version's full name, such as
+/// "lumora-wine10-stable"; kind is one of ComponentKind. Lives in the GUI thread; the constructor blocks
+/// until the service has answered. Without the service the lists are empty.
 class ComponentManager : public ServiceProxy<ComponentManager> {
     Q_OBJECT
     friend class Fenk::Singleton<ComponentManager>;

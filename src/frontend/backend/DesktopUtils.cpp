@@ -36,7 +36,7 @@ bool DesktopUtils::notify(const QString& title, const QString& body, const QStri
 }
 
 QString DesktopUtils::notificationText(const QString& name) {
-    // Ordinary names save the question.
+    // Other names are the same in both cases, without a call.
     if (!name.contains('&') && !name.contains('<'))
         return name;
     const QDBusMessage reply = QDBusConnection::sessionBus().call(notificationCall("GetCapabilities"));

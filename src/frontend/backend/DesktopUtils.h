@@ -4,14 +4,14 @@
 #include <QStringList>
 #include <QVariantMap>
 
-/// Small services of the desktop. Failures are logged, not reported.
+/// Calls of the desktop's own services. Failures are logged; only notify() reports them.
 namespace DesktopUtils {
 
 /// A desktop notification that stays 3 s. actions are pairs of key and label; hints go as they are. Blocks
-/// until the notification service has taken it; false when there is none, or it does not answer in time.
+/// until the notification service has answered; false when there is none, or it does not answer in 5 s.
 bool notify(const QString& title, const QString& body, const QStringList& actions = {},
             const QVariantMap& hints = {});
-/// A name as it stands in the body of a notification: escaped where the service takes the body for markup.
+/// A name as it must be put into the body of a notification: escaped when the service reads markup there.
 QString notificationText(const QString& name);
 
 /// Shows a file, selected, in the file manager; starts the file manager when it isn't running.

@@ -4,10 +4,10 @@
 #include <QStringList>
 #include <functional>
 
-/// Which package an emulator comes from, for reports.
+/// The package that an emulator comes from, for reports.
 namespace EmulatorPackage {
 
-/// What describe() must know of the machine's packages.
+/// The queries about the machine's packages that describe() makes.
 struct PackageSource {
     std::function<QStringList(const QString& pattern)> installed;  ///< names of installed packages that match
     std::function<QString(const QString& package)> version;        ///< installed version

@@ -8,9 +8,8 @@
 #include <QSaveFile>
 
 namespace {
-// Programs of the bottle can write here as well. A record takes a few kilobytes, so no honest file is near
-// this.
-const qint64 kMaxSize = 32 * 1024 * 1024;
+// Programs of the bottle can write here as well. A record takes a few kilobytes.
+constexpr qint64 MaximumBytes = 32 * 1024 * 1024;
 QMutex changes;
 }  // namespace
 
@@ -19,7 +18,7 @@ std::optional<QJsonObject> FileInfoCache::load() const {
     const QFileInfo info(file);
     if (!info.exists() && !info.isSymLink())
         return QJsonObject();
-    if (info.isSymLink() || !info.isFile() || file.size() > kMaxSize || !file.open(QIODevice::ReadOnly)) {
+    if (info.isSymLink() || !info.isFile() || file.size() > MaximumBytes || !file.open(QIODevice::ReadOnly)) {
         qWarning().noquote() << "can't read" << filePath() << file.errorString();
         return std::nullopt;
     }

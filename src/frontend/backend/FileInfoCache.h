@@ -4,8 +4,8 @@
 #include <QString>
 #include <optional>
 
-/// The file fileinfo.cache in a bottle's directory: what the launch record needs to know of each program,
-/// keyed by program id. Read whole, rewritten whole and atomically, in compact JSON. A missing, unreadable or
+/// The file fileinfo.cache in a bottle's directory: what the launch record needs of each program, keyed by
+/// program id. Read whole, rewritten whole and atomically, in compact JSON. A missing, unreadable or
 /// malformed file reads as empty, the last two with a warning. Changes of single programs may come from
 /// several threads.
 class FileInfoCache {
@@ -14,7 +14,7 @@ public:
         QString exeName;     ///< "exename": file name of the executable
         QString fileInfo64;  ///< "fileinfo_64": Base64 of the inspection's compact JSON in the local 8-bit
                              ///< encoding
-        bool successed = false;  ///< "successed": whether the last launch came up
+        bool successed = false;  ///< "successed": whether the last launch succeeded
     };
 
     explicit FileInfoCache(const QString& bottlePath) : m_directory(bottlePath) {}
@@ -32,7 +32,7 @@ public:
     bool remove(const QString& programId) const;
 
 private:
-    /// Nothing for a file that is there and can't be read, which must not be written over.
+    /// Nothing for a file that exists and can't be read; it must not be overwritten.
     std::optional<QJsonObject> load() const;
 
     QString m_directory;

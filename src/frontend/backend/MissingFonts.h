@@ -6,11 +6,11 @@
 /// Makes font files that a program looks for by name exist in a bottle.
 namespace MissingFonts {
 
-/// What every missing font becomes: a program asks by file name only, any font with Chinese glyphs will do.
+/// Stands in for every missing font: programs ask by file name only, and any font with Chinese glyphs serves.
 QString replacementFile();
 
 /// Links each name in the bottle's Windows font directory to replacementFile(). A name that exists stays as
-/// it is; one that isn't a plain file name (names come from logs) is passed over with a warning.
+/// it is; one that isn't a plain file name (names come from logs) is skipped with a warning.
 void fix(const QString& bottlePath, const QStringList& fontFileNames);
 
 }  // namespace MissingFonts

@@ -17,9 +17,9 @@ int stars(const QJsonObject& record);            ///< 0: unrated
 bool autoDiscovered(const QJsonObject& record);  ///< the service found it by itself
 QString iconFallback();                          ///< icon theme name
 
-/// The least record that makes a new program.
+/// The smallest record that adds a program.
 QJsonObject minimal(const QString& id, const QString& name, const QString& path);
-/// A found record as the client adopts it: without the mark of discovery.
+/// A discovered program's record as the client stores it: without "auto_discovered".
 QJsonObject adopted(QJsonObject record);
 /// Compact JSON, the form that goes on the wire.
 QString toText(const QJsonObject& record);

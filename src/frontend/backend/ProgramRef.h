@@ -3,7 +3,7 @@
 #include <QHash>
 #include <QString>
 
-/// Which program: a copied bottle may hold the ids of the one that it was copied from.
+/// Identifies a program. The id alone does not: a copied bottle has the ids of the original.
 struct ProgramRef {
     QString bottle;
     QString uuid;

@@ -85,8 +85,8 @@ const char* formatOf(const QString& code) {
     return nullptr;
 }
 
-/// In one go, since an argument may hold "%1" itself.
-QString filledIn(QString text, const QJsonArray& arguments) {
+/// Replaces all places at once, since an argument may contain "%1".
+QString withArguments(QString text, const QJsonArray& arguments) {
     const int count = qMin(arguments.size(), 9);
     for (int i = 1; i <= count; ++i)
         text.replace('%' + QString::number(i), QString(QChar(0xe000 + i)));
@@ -98,8 +98,8 @@ QString filledIn(QString text, const QJsonArray& arguments) {
 /// Empty when the code is not known.
 QString textOf(const QJsonObject& reason) {
     const char* format = formatOf(reason["code"].toString());
-    return format ? filledIn(QCoreApplication::translate("ServiceErrorText", format),
-                             reason["arguments"].toArray())
+    return format ? withArguments(QCoreApplication::translate("ServiceErrorText", format),
+                                  reason["arguments"].toArray())
                   : reason["text"].toString();
 }
 
@@ -113,7 +113,7 @@ QString ServiceErrorText::of(const QJsonArray& reasons, const QString& english) 
         const QString text = textOf(reason.toObject());
         if (text.isEmpty())
             return english;
-        // A full-width stop brings its own space.
+        // A full-width stop needs no space.
         if (!all.isEmpty() && !all.endsWith(QChar(0x3002)))
             all += ' ';
         all += text;

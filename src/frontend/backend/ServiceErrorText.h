@@ -4,12 +4,12 @@
 #include <QJsonObject>
 #include <QString>
 
-/// Tells in the user's language why the background service has failed or refused something. The service sends
-/// codes with arguments beside its English text; com.lumora.Manager.Repair.xml says how. A code that is not
-/// known here, as of a newer service, is told in the service's English.
+/// Says in the user's language why the background service has failed or refused something. The service sends
+/// codes with arguments beside its English text; com.lumora.Manager.Repair.xml describes them. For a code
+/// that is not known here, as from a newer service, the English text is used.
 namespace ServiceErrorText {
 
-/// Whole statements, one after the other. `english` stands in when nothing can be made of the reasons.
+/// One text per reason, joined. Returns `english` when there are no reasons or one of them is malformed.
 QString of(const QJsonArray& reasons, const QString& english);
 
 /// The same for a result object with "reasons" and "error"; empty when it has neither.

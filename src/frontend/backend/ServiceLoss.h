@@ -4,7 +4,7 @@
 
 class QObject;
 
-/// Calls the handler, in context's thread and as long as context lives, each time the background service that
-/// was on the bus has left it, also when another has taken its place at once. For whoever waits for one of
-/// its signals: what the old one had under way will never be told.
+/// Calls the handler, in context's thread until context is destroyed, each time the background service has
+/// left the bus, also when another took its place at once. For callers that wait for a signal of it: the new
+/// service never reports what the old one was doing.
 void whenServiceIsLost(QObject* context, const std::function<void()>& handler);

@@ -2,12 +2,12 @@
 
 #include <QString>
 
-/// Whether there is a session bus, without which no bottle can be made or changed. One that has gone does not
-/// come back in the life of a process.
+/// Whether there is a session bus, without which no bottle can be created or changed. A lost connection is
+/// not restored while the process lives.
 namespace SessionBus {
 
 bool isConnected();
-/// For the user: what is missing, and what to do about it.
+/// The error text for the user, with what to do.
 QString missingText();
 
 }  // namespace SessionBus

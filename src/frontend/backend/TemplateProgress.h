@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-/// Hears from the background service how far the template of bottles is that somebody waits for: the first
+/// Relays how far the background service is with the template of bottles that a caller waits for: the first
 /// bottle on a Wine takes half a minute, later ones are copies. Lives in the GUI thread; starts no service.
 class TemplateProgress : public QObject {
     Q_OBJECT

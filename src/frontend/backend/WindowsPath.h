@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// Paths as Windows programs write them, and where they lie on this machine.
+/// Windows paths in the records of programs, and the files that they name.
 namespace WindowsPath {
 
 /// Whether the text is an absolute Windows path, such as C:\x, C: or C:\\.

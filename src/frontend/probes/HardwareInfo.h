@@ -4,13 +4,13 @@
 #include <QJsonObject>
 #include <QString>
 
-/// What the machine is made of: "cpu", "mesa", "nvidia" (strings, empty where unknown) and "gpus", an array
+/// The machine's hardware: "cpu", "mesa", "nvidia" (strings, empty where unknown) and "gpus", an array
 /// of
 /// {"gpu", "module"}. Starts child processes and waits for each at most 30 s.
 QJsonObject hardwareInfo();
 
-/// "hardware", "os", "arch" and "machine_id"; made once per process. The first call takes seconds, from any
-/// thread.
+/// "hardware", "os", "arch" and "machine_id"; collected once per process. The first call takes seconds. May
+/// be called from any thread.
 QJsonObject machineInfo();
 
 /// The graphics devices in the text of "lspci -vv".

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QSysInfo>
 
-/// Small facts about the machine, in the words that packages and records use.
+/// Facts about the machine, in the terms of packages and records.
 namespace MachineUtils {
 
 /// "amd64", "arm64" and the like, from the word of the toolkit ("x86_64").

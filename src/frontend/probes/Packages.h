@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <functional>
 
-/// Questions to the package manager. Each starts child processes in an English locale and waits for them, at
+/// Queries of the package manager. Each starts child processes in an English locale and waits for them, at
 /// most 30 s each. A name without architecture stands for all those that have the package. A machine without
 /// the package manager has no package installed.
 /// @{
@@ -17,13 +17,13 @@ QStringList parseInstalledPackages(const QString& output);
 
 /// The installed version with epoch and revision; empty when there is none.
 QString packageVersion(const QString& package);
-/// What stands behind "Version:" in the text of "dpkg -s".
+/// The value of "Version:" in the text of "dpkg -s".
 QString parsePackageVersion(const QString& status);
 
 /// Whether exactly this package is installed; version, if given, is set when it is.
 bool packageInstalled(const QString& package, QString* version = nullptr);
-/// The version behind "install ok installed". What dpkg-query says of several architectures stands there one
-/// after the other without anything between. Empty when none of them is installed.
+/// The version after "install ok installed"; empty when no architecture is installed. dpkg-query prints the
+/// status and version of each architecture directly after one another.
 QString parseInstalledVersion(const QString& output);
 /// @}
 
@@ -31,7 +31,7 @@ QString parseInstalledVersion(const QString& output);
 /// do.
 using PackageRequirements = QMap<QString, QString>;
 
-/// What the evaluation of a dependency expression asks of the machine.
+/// The queries that unmetDependencies() makes.
 struct PackageQueries {
     std::function<bool(const QString& package, QString* version)> installed;
     /// relation is a word of dpkg: "lt", "le", "eq", "ge", "gt".

@@ -2,8 +2,8 @@
 
 #include "fenk/log/RollingFileAppender.h"
 
-/// The program's log file. Home directories are taken out of every message, as logs leave the machine with
-/// feedback; the console shows them as they are.
+/// The program's log file. Home directories are replaced in every message, since logs leave the machine with
+/// feedback; the console shows messages unchanged.
 class CxbRollingFileAppender : public Fenk::RollingFileAppender {
 public:
     using Fenk::RollingFileAppender::RollingFileAppender;

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// Where the installed tree and the user's files lie. The only place that knows the prefix.
+/// Paths of the installed files and of the user's data. Only this file knows the installation prefix.
 namespace Paths {
 
 QString prefix();    ///< "/opt/apps/cellarix" unless configured otherwise

@@ -4,7 +4,7 @@
 
 #include "fenk/settings/Settings.h"
 
-/// The program's settings, one store per process, made on first use from the description that the program
-/// carries. The values lie in <AppConfigLocation>/settings.conf, so the application's name must be set
-/// before. Never null. For the main thread; getOption, setOption and sync are what callers need.
+/// The program's settings: one store per process, created on first use from the description in the program's
+/// resources. The values are in <AppConfigLocation>/settings.conf, so set the application's name before.
+/// Never null. Main thread only. Callers need getOption, setOption and sync.
 std::shared_ptr<Fenk::Settings> settingsStore();

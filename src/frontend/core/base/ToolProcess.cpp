@@ -11,7 +11,7 @@ namespace {
 constexpr int ReapMs = 3000;
 constexpr int QuotedErrorBytes = 300;
 
-/// A child at the head of a group of its own, so that its children can be ended with it.
+/// A child that leads a process group of its own, so that its children can be killed with it.
 class GroupProcess : public QProcess {
 public:
     void killGroup() {
@@ -36,7 +36,7 @@ ToolProcess::Result finish(GroupProcess& process, int timeoutMs) {
         collect(process.readAllStandardOutput(), result.standardOutput, result.truncated);
         collect(process.readAllStandardError(), result.standardError, result.truncated);
     };
-    // As it comes, or a child that prints without end would fill the memory.
+    // While the child runs: one that prints without end would fill the memory.
     QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, drain);
     QObject::connect(&process, &QProcess::readyReadStandardError, &process, drain);
 

@@ -32,6 +32,6 @@ public:
     static Result run(const QString& program, const QStringList& arguments, int timeoutMs = DefaultTimeoutMs,
                       const QProcessEnvironment& environment = QProcessEnvironment());
 
-    /// The same where every ending is as good as any other: without a warning.
+    /// The same without a warning, for commands whose failure is normal.
     static Result runQuietly(const QString& program, const QStringList& arguments);
 };

@@ -2,20 +2,20 @@
 
 #include <QString>
 
-/// Names that the launch pipeline and the bottle service agree on.
+/// Names that the application and the bottle service agree on.
 namespace WineNames {
 
-/// The runner that new bottles get, and the fallback when a wanted runner can't be fetched.
+/// The runner of new bottles, and the fallback when another can't be installed.
 inline QString defaultRunner() {
     return QStringLiteral("lumora-wine10-stable");
 }
 
-/// What a program that does not run is tried with next.
+/// The runner that is tried next for a program that does not run.
 inline QString stagingRunner() {
     return QStringLiteral("lumora-wine-staging");
 }
 
-/// How a program's identity and its prefix show in a process environment.
+/// The beginnings of the variables that name a program and its Wine prefix in a process environment.
 inline QByteArray programUuidPrefix() {
     return QByteArrayLiteral("_CXB_WINE_PROGRAM_UUID=");
 }
