@@ -21,9 +21,9 @@ using Reply = std::unique_ptr<T, FreeDeleter>;
 /// One connection to the display, its root window, and the few requests that are needed here.
 class Display {
 public:
-    explicit Display(const QByteArray& name) {
+    Display() {
         int screen = 0;
-        m_connection = xcb_connect(name.isEmpty() ? nullptr : name.constData(), &screen);
+        m_connection = xcb_connect(nullptr, &screen);
         if (!isOpen())
             return;
         xcb_screen_iterator_t it = xcb_setup_roots_iterator(xcb_get_setup(m_connection));
@@ -89,7 +89,7 @@ WindowInfo topmost(const QVector<WindowInfo>& windows, Predicate matches) {
 
 QVector<WindowInfo> WindowFinder::windows() const {
     QVector<WindowInfo> result;
-    const Display display(m_display);
+    const Display display;
     if (!display.isOpen())
         return result;
     for (const quint32 window : display.words(display.root(), "_NET_CLIENT_LIST_STACKING"))
@@ -128,7 +128,7 @@ bool WindowFinder::waitUntilGone(quint32 id, int timeoutMs) const {
 }
 
 bool WindowFinder::close(quint32 id) const {
-    const Display display(m_display);
+    const Display display;
     if (!display.isOpen())
         return false;
     xcb_client_message_event_t event = {};
@@ -147,8 +147,19 @@ bool WindowFinder::close(quint32 id) const {
     return reply != nullptr;
 }
 
+bool WindowFinder::closeAll(int timeoutMs) const {
+    return waitUntil(
+        [this] {
+            const QVector<WindowInfo> open = windows();
+            for (const WindowInfo& window : open)
+                close(window.id);
+            return open.isEmpty();
+        },
+        timeoutMs);
+}
+
 bool WindowFinder::hasWindowManager() const {
-    const Display display(m_display);
+    const Display display;
     return display.isOpen() && !display.words(display.root(), "_NET_SUPPORTING_WM_CHECK").isEmpty();
 }
 

@@ -7,20 +7,17 @@
 
 namespace TestSupport {
 
-/// One top-level window as the window manager lists it. pid is 0 when the window does not tell.
+/// One top-level window as the window manager lists it. pid is 0 when it is not known.
 struct WindowInfo {
     quint32 id = 0;
     QString title;
     qint64 pid = 0;
 };
 
-/// Looks at the windows of an X display the way a desktop does: through the window manager's list, whatever
+/// Looks at the windows of $DISPLAY the way a desktop does: through the window manager's list, whatever
 /// process they belong to. Needs a window manager that keeps _NET_CLIENT_LIST_STACKING.
 class WindowFinder {
 public:
-    /// An empty name means $DISPLAY.
-    explicit WindowFinder(const QString& display = {}) : m_display(display.toLocal8Bit()) {}
-
     /// Bottom first. Empty when the display can't be reached.
     QVector<WindowInfo> windows() const;
     /// The topmost window whose title contains the text; id 0 when there is none.
@@ -31,11 +28,10 @@ public:
     bool waitUntilGone(quint32 id, int timeoutMs = 10000) const;
     /// Asks as a click on the close button does. False when the display can't be reached.
     bool close(quint32 id) const;
+    /// Closes all windows, also those that only come meanwhile.
+    bool closeAll(int timeoutMs) const;
     /// Whether a window manager runs on the display.
     bool hasWindowManager() const;
-
-private:
-    QByteArray m_display;
 };
 
 /// The environment of a process of this user; empty when it is gone.

@@ -19,13 +19,13 @@ int countError(Display*, XErrorEvent*) {
     return ++strangersErrors;
 }
 
-/// A desktop without a window manager: the list of windows is what the test says.
+/// A desktop without a window manager, on which the test itself sets the list of windows.
 class Desktop {
 public:
     Desktop() : m_display(XOpenDisplay(nullptr)) {}
     ~Desktop() { XCloseDisplay(m_display); }
 
-    /// The process's number as 32 bits, or as something else.
+    /// A window of a process, whose number is stored in 32 bits or in another format.
     Window window(unsigned width, unsigned height, qint64 pid, int format = 32) {
         const Window made =
             XCreateSimpleWindow(m_display, DefaultRootWindow(m_display), 0, 0, width, height, 0, 0, 0);
@@ -50,7 +50,7 @@ private:
 
 }  // namespace
 
-/// The watchers on a real X server, where processes that are mapped and named like Wine's stand for Wine's.
+/// The watchers on a real X server; copies of "sleep" under the name of Wine's loader stand for Wine.
 class WindowWatchTest : public QObject {
     Q_OBJECT
 
@@ -75,7 +75,7 @@ private Q_SLOTS:
         QVERIFY(QFile::copy("/bin/sleep", m_dir.filePath("wine64-preloader")));
         QVERIFY(QDir(m_dir.path()).mkdir("bottle"));
         QVERIFY(QFile::link("bottle", m_dir.filePath("link")));
-        m_session = std::make_unique<XSession>("640x480x24", false);
+        m_session = std::make_unique<XSession>();
         if (!m_session->isRunning())
             QSKIP("no X server on this machine");
     }
@@ -105,7 +105,7 @@ private Q_SLOTS:
                 desktop.list(windows);
                 return !reports.isEmpty();
             };
-            // Windows that go while they are looked at, and errors that are none of the thread's.
+            // Windows that are destroyed while the thread reads them, and an X error of another connection.
             for (int i = 0; i < 200; ++i) {
                 windows.insert(windows.begin(), desktop.window(100, 100, small));
                 desktop.list(windows);
@@ -144,9 +144,9 @@ private Q_SLOTS:
         QTRY_COMPARE(found, (QStringList{"present", "wanted"}));
     }
 
-    /// Nobody keeps a list; then the server goes, and then there is none. The process stays.
+    /// No list of windows; then the server is killed; then there is none from the start.
     void noDesktop() {
-        auto session = std::make_unique<XSession>("640x480x24", false);
+        auto session = std::make_unique<XSession>();
         X11FindWindowThread finder("/tmp", nullptr);
         X11WaitWineProgramThread waiter(nullptr);
         EnvironmentGuard environment;
