@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -15,7 +13,7 @@ using namespace TestSupport;
 
 namespace {
 
-/// Headers for 64 bits, and nothing to run.
+/// The headers of a 64-bit program, without code.
 QByteArray smallProgram() {
     QByteArray bytes(1024, '\0');
     bytes.replace(0, 2, "MZ").replace(60, 1, "\x40");
@@ -25,8 +23,8 @@ QByteArray smallProgram() {
 
 }  // namespace
 
-/// The installed application against nonsense: on the command line, on the bus, on the disk. Nothing may
-/// hang, each start says why it ends, and no file of the user's is lost.
+/// The installed application with bad arguments, a missing or hanging service, no bus and no display: nothing
+/// hangs, and each start says why it ends.
 class BadInputTest : public QObject {
     Q_OBJECT
 
@@ -51,35 +49,24 @@ private Q_SLOTS:
 
     void commandLine_data() {
         const Table<QStringList, QString> row("arguments", "message");
-        const QString some = "../some file.exe";
-        row("no such file", QStringList{"/nowhere/a.exe"}, "No such file:");
         row("no bottle in the url", QStringList{"lumorawine://abc"}, "Invalid url:");
         row("unknown bottle", QStringList{"lumorawine://gone/uuid"}, "Invalid bottles name:");
-        row("empty word", QStringList{""}, "Invalid url:");
-        row("batch file without debug", QStringList{"@/run.bat"}, "Not a Windows program:");
         row("package", QStringList{"@/x.cxb"}, "open cxb file:");
-        row("pipe", QStringList{"@/pipe.exe"}, "not a file");
         row("short fixup", QStringList{"--fixup", "b", "u"},
             "Invalid fixup arguments, need at least bottlesName and programUuid");
         row("short open", QStringList{"--open", "b"}, "Invalid open arguments, eg:");
     }
-
     void commandLine() {
         QFETCH(QStringList, arguments);
         QFETCH(QString, message);
-        m_home->write("run.bat", "@echo off");
         m_home->write("x.cxb", "x");
-        QCOMPARE(::mkfifo(qPrintable(m_home->path() + "/pipe.exe"), 0600), 0);
         arguments.replaceInStrings("@", m_home->path());
         InstalledApp app(arguments);
-        QVERIFY2(app.waitForLog(message), qPrintable(app.log()));
-        // It may still show why.
-        if (app.isRunning())
-            app.signal(SIGTERM);
         QCOMPARE(app.waitForExit(), 1);
+        QVERIFY2(app.log().contains(message), qPrintable(app.log()));
     }
 
-    /// Where the desktop takes notifications, there is no window to close.
+    /// Where the desktop shows notifications, no window is opened.
     void noProgramIsNotified() {
         m_service = std::make_unique<FakeBottleService>();
         QVERIFY(m_service->start(true));
@@ -98,7 +85,6 @@ private Q_SLOTS:
         row("version", "--version", 0, "cellarix 3.3.4.008");
         row("a file", "/nowhere/a.exe", 1, "Cellarix cannot open the display \":4711\".");
     }
-
     void noDisplay() {
         QFETCH(QString, argument);
         QFETCH(QString, message);
@@ -107,7 +93,7 @@ private Q_SLOTS:
         QVERIFY2(app.log().contains(message), qPrintable(app.log()));
     }
 
-    /// Each way into the program ends by itself, with a reason on the screen, instead of waiting.
+    /// Each kind of start ends with a reason on the screen instead of waiting.
     void noSessionBus_data() {
         const Table<QStringList, QString, int> row("arguments", "message", "status");
         row("file", {"@/program.exe"}, "show failed", 0);
@@ -115,7 +101,6 @@ private Q_SLOTS:
         row("program", {"lumorawine://b/u"}, "no session bus", 1);
         row("no program", {"@/run.bat"}, "refusal_notice", 1);
     }
-
     void noSessionBus() {
         QFETCH(QStringList, arguments);
         QFETCH(QString, message);
@@ -143,14 +128,13 @@ private Q_SLOTS:
         QCOMPARE(app.waitForExit(), 0);
     }
 
-    /// Nothing ever waits for the version check.
+    /// No start waits for the version check.
     void hungService_data() {
         const Table<QStringList, int> row("arguments", "status");
         row("bad file", QStringList{"/nowhere/a.exe"}, 1);
         row("version", QStringList{"--version"}, 0);
         row("bad option", QStringList{"--nonsense"}, 1);
     }
-
     void hungService() {
         QFETCH(QStringList, arguments);
         m_service->setHeld("Manager.GetVersion", "3.3.4.008");
@@ -164,7 +148,7 @@ private Q_SLOTS:
         row("other version", "version", "D-Bus version mismatch. Expected:");
     }
 
-    /// A launch goes as far as the service lets it, then waits in its banner.
+    /// The launch fails, and its banner waits for the user.
     void serviceTrouble() {
         QFETCH(QString, trouble);
         QFETCH(QString, message);
@@ -182,7 +166,7 @@ private Q_SLOTS:
         QCOMPARE(app.waitForExit(), 0);
     }
 
-    /// What another start hands over waits for the answer, and goes with the refusal.
+    /// What another start hands over waits until the agreement is answered, and is dropped with a refusal.
     void agreementIsNotOvertaken() {
         QVERIFY(QFile::remove(settingsFile()));
         InstalledApp app({"/nowhere/first.exe"});

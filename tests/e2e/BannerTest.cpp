@@ -1,11 +1,8 @@
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QStandardPaths>
 #include <QtTest>
 
 #include "e2e/InstalledApp.h"
-#include "e2e/LaunchProbe.h"
 #include "support/AccessibleTree.h"
 #include "support/WindowFinder.h"
 
@@ -16,29 +13,10 @@ namespace {
 constexpr int LaunchMs = 120000;
 const char SampleTitle[] = "Cellarix sample window";
 
-QJsonArray bottleNames() {
-    return QJsonDocument::fromJson(callBottles("list").toUtf8()).array();
-}
-
-QString bottleOf(const QString& program) {
-    for (const QJsonValue& name : bottleNames()) {
-        if (name.toString().startsWith(program))
-            return name.toString();
-    }
-    return {};
-}
-
-QJsonObject programs(const QString& bottle) {
-    return QJsonDocument::fromJson(callBottles("get", {bottle}).toUtf8())
-        .object()
-        .value("External_Programs")
-        .toObject();
-}
-
 }  // namespace
 
-/// What a person sees of launches and does with them, on real Wine: the installed application, its buttons
-/// pressed from outside.
+/// What a user sees and does in the banner, on real Wine: the installed application, whose buttons are
+/// pressed over the accessibility bus.
 class BannerTest : public QObject {
     Q_OBJECT
 
@@ -62,19 +40,11 @@ private Q_SLOTS:
         if (QStandardPaths::findExecutable("wine").isEmpty() || sample("needs_sqlite3").isEmpty())
             QSKIP("Wine or the Windows compiler is not on this machine");
         InstalledApp::acceptAgreement();
-        const QString mirror =
-            useMirror({{"sqlite3", R"([{"extract": "sqlite3.tar", "files": ["sqlite3.dll"]}])"}});
-        QProcess tar;
-        tar.start("tar",
-                  {"-C", QFileInfo(sample("window")).path(), "-cf", mirror + "/sqlite3.tar", "sqlite3.dll"});
-        QVERIFY(tar.waitForFinished() && tar.exitCode() == 0);
+        QVERIFY(offerSampleLibraries());
     }
-    void cleanup() {
-        for (const QJsonValue& bottle : bottleNames())
-            callBottles("killWineServer", {bottle.toString()});
-    }
+    void cleanup() { killAllWineServers(); }
 
-    /// A repair ends what runs in the bottle only when the user has said so.
+    /// A repair ends other programs of the bottle only when the user agrees.
     void otherProgramsRun() {
         InstalledApp app({program("needs_sqlite3", "beside")}, variables());
         QVERIFY2(app.waitForLog("show failed", LaunchMs), qPrintable(app.log()));
@@ -92,7 +62,7 @@ private Q_SLOTS:
         QCOMPARE(app.waitForExit(), 0);
     }
 
-    /// A stored program fails, and what its log asks for is offered by way of the command line.
+    /// A stored program fails, and --fixup offers the component that its log asks for.
     void fixup() {
         {
             InstalledApp app({program("needs_sqlite3", "later")});
@@ -101,7 +71,8 @@ private Q_SLOTS:
             QCOMPARE(app.waitForExit(), 0);
         }
         const QString bottle = bottleOf("later");
-        const QString uuid = programs(bottle).keys().value(0);
+        const QJsonObject record = bottlesJson("get", {bottle}).object();
+        const QString uuid = record["External_Programs"].toObject().keys().value(0);
         QVERIFY(!uuid.isEmpty());
         InstalledApp app({"--fixup", bottle, uuid, "sqlite3"}, variables());
         QVERIFY(AccessibleTree().press("repair_btn"));
@@ -109,7 +80,7 @@ private Q_SLOTS:
         QCOMPARE(app.waitForExit(), 0);
     }
 
-    /// The question comes first; then nothing of the bottle goes on.
+    /// The user is asked first; then every process of the bottle is ended.
     void closedDuringStart() {
         InstalledApp app({program("fault", "fault-wait")}, variables());
         const WindowInfo banner = m_windows.waitForTitle("fault-wait.exe");

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QStandardPaths>
 #include <QVariant>
 #include <csignal>
@@ -98,6 +100,51 @@ QString callBottles(const QString& method, const QVariantList& arguments) {
         .arguments()
         .value(0)
         .toString();
+}
+
+QJsonDocument bottlesJson(const QString& method, const QVariantList& arguments) {
+    return QJsonDocument::fromJson(callBottles(method, arguments).toUtf8());
+}
+
+QStringList bottleNames() {
+    return bottlesJson("list").toVariant().toStringList();
+}
+
+QString bottleOf(const QString& program) {
+    for (const QString& name : bottleNames()) {
+        if (name.startsWith(program))
+            return name;
+    }
+    return {};
+}
+
+void killAllWineServers() {
+    for (const QString& name : bottleNames())
+        callBottles("killWineServer", {name});
+}
+
+bool offerSampleLibraries() {
+    const QString data =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
+    QDir().mkpath(data + "/mirror");
+    for (const char* name : {"sqlite3", "vcamp140"}) {
+        const QString archive = QString("%1/mirror/%2.tar").arg(data, name);
+        const QString directory = TEST_BINARY_DIR "/tests/programs/x64";
+        if (!runProcess("tar", {"-C", directory, "-cf", archive, QString(name) + ".dll"}).ok())
+            return false;
+    }
+    const QByteArray files[][2] = {{"/dependency.json", R"({
+            "sqlite3": {"recipe": {"steps": [{"extract": "sqlite3.tar", "files": ["sqlite3.dll"]}]}},
+            "vcredist2022": {"recipe": {"steps": [{"extract": "vcamp140.tar", "files": ["vcamp140.dll"]},
+                                                  {"override": ["vcamp140"], "mode": "native,builtin"}]}}})"},
+                                   {"/sources.json", R"({"allow_unverified": true, "mirrors": [")" +
+                                                         QFile::encodeName(data) + R"(/mirror"]})"}};
+    for (const auto& [name, content] : files) {
+        QFile file(data + name);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            return false;
+    }
+    return true;
 }
 
 }  // namespace TestSupport

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonDocument>
 #include <QString>
 #include <QStringList>
 #include <memory>
@@ -37,7 +38,18 @@ QString sample(const QString& name, int bits = 64);
 /// The same sample under another file name in a new directory.
 QString sampleAs(const QString& name, const QString& directory, const QString& fileName, int bits = 64);
 
-/// The real service's answer to one of its string methods, as text.
+/// The real service's answer to one of its string methods, as text and as JSON.
 QString callBottles(const QString& method, const QVariantList& arguments = {});
+QJsonDocument bottlesJson(const QString& method, const QVariantList& arguments = {});
+
+QStringList bottleNames();
+/// The first bottle whose name begins with that of a program's file; empty when there is none.
+QString bottleOf(const QString& program);
+/// Ends whatever runs in any bottle.
+void killAllWineServers();
+
+/// Lets the service install the sample libraries sqlite3 and vcamp140, as parts of the components sqlite3 and
+/// vcredist2022, from a directory of this machine. False when they were not built.
+bool offerSampleLibraries();
 
 }  // namespace TestSupport

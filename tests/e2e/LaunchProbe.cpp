@@ -1,12 +1,7 @@
 #include "e2e/LaunchProbe.h"
 
 #include <QDebug>
-#include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
-#include <QStandardPaths>
 
 namespace TestSupport {
 
@@ -27,12 +22,10 @@ void LaunchProbe::read() {
 }
 
 bool LaunchProbe::waitFor(const QString& line, int timeoutMs) {
-    const int known = m_lines.count(line);
-    const bool came =
-        known > 0 || waitUntil([&] { return m_lines.contains(line) || !isRunning(); }, timeoutMs);
+    waitUntil([&] { return m_lines.contains(line) || !isRunning(); }, timeoutMs);
     if (!m_lines.contains(line))
         qWarning().noquote() << "no" << line << "in" << m_lines.join("\n  ");
-    return came && m_lines.contains(line);
+    return m_lines.contains(line);
 }
 
 int LaunchProbe::waitForEnd(int timeoutMs) {
@@ -42,26 +35,6 @@ int LaunchProbe::waitForEnd(int timeoutMs) {
     }
     read();
     return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
-}
-
-QString useMirror(const QMap<QString, QByteArray>& recipes) {
-    const QString data =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
-    const QString mirror = data + "/mirror";
-    QDir().mkpath(mirror);
-    QJsonObject entries;
-    for (auto it = recipes.begin(); it != recipes.end(); ++it)
-        entries.insert(
-            it.key(),
-            QJsonObject{{"recipe", QJsonObject{{"steps", QJsonDocument::fromJson(it.value()).array()}}}});
-    const QJsonObject sources{{"mirrors", QJsonArray{mirror}}, {"allow_unverified", true}};
-    for (const auto& [name, content] :
-         {std::pair("dependency.json", entries), std::pair("sources.json", sources)}) {
-        QFile file(data + '/' + name);
-        if (file.open(QIODevice::WriteOnly))
-            file.write(QJsonDocument(content).toJson());
-    }
-    return mirror;
 }
 
 }  // namespace TestSupport

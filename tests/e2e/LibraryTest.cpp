@@ -21,8 +21,7 @@ QByteArray xdotool(const QStringList& arguments) {
     return tool.readAllStandardOutput();
 }
 
-/// Presses keys in the menu of the only program: assistive tools follow the focus through it, and see no menu
-/// in the tree.
+/// Opens the menu of the only program and presses keys in it. The accessibility tree does not hold menus.
 bool chooseOption(const InstalledApp& app, const AccessibleTree& tree, const QStringList& keys) {
     const auto windows = [&app] {
         return xdotool({"search", "--onlyvisible", "--pid", QString::number(app.pid()), ""}).count('\n');
@@ -34,7 +33,7 @@ bool chooseOption(const InstalledApp& app, const AccessibleTree& tree, const QSt
     return true;
 }
 
-/// What stands where a desktop looks, and in the directory of bottles.
+/// All bottles, and all files that programs have put where the desktop reads them.
 QStringList traces() {
     const QString data = QDir::homePath() + "/.local/share";
     QStringList found =
@@ -51,8 +50,7 @@ QStringList traces() {
 
 }  // namespace
 
-/// Everything real: someone who has never seen the program installs another with it, runs, renames and
-/// removes it.
+/// With everything real, a new user installs a program, runs, renames and removes it.
 class LibraryTest : public QObject {
     Q_OBJECT
 
@@ -63,7 +61,7 @@ private Q_SLOTS:
         InstalledApp::acceptAgreement();
         QVERIFY(QDir::home().mkpath("Desktop"));
         InstalledApp app({}, {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"});
-        const WindowFinder windows;
+        WindowFinder windows;
         const WindowInfo library = windows.waitForTitle("Cellarix", LongMs);
         QVERIFY2(library.id, qPrintable(app.log()));
         const AccessibleTree tree;
@@ -73,7 +71,7 @@ private Q_SLOTS:
         InstalledApp setup({sample("setup_links")});
         QCOMPARE(setup.waitForExit(), 1);  // handed over
         QTRY_VERIFY2_WITH_TIMEOUT(shows("Sample program"), qPrintable(app.log()), LongMs);
-        // The set-up's own entry goes last, and a press on it would go with it.
+        // The set-up's own entry is removed last; a button pressed before that would be the wrong one.
         QVERIFY2(app.waitForLog("slotRemoveApp: ", LongMs), qPrintable(app.log()));
 
         xdotool({"key", "Down"});  // from the search to the first tile, which then has its buttons
@@ -82,7 +80,7 @@ private Q_SLOTS:
         QVERIFY2(window.id, qPrintable(app.log()));
         const QString uuid = environmentOf(window.pid).value("_CXB_WINE_PROGRAM_UUID");
         QVERIFY2(app.waitForLog(QString("program %1 popuped window").arg(uuid)), qPrintable(app.log()));
-        // A press that follows the first at once counts as the other half of a double click.
+        // A press right after the first would count as a double click.
         const auto quits = [&] {
             return tree.press("appitem_running_state") && app.waitForLog("stop program", 1000);
         };

@@ -1,12 +1,9 @@
-#include <QAbstractButton>
 #include <QTimer>
 #include <QtTest>
 
 #include "backend/PendingWork.h"
 #include "core/CellarixApplication.h"
-#include "core/base/SettingsStore.h"
 #include "e2e/InstalledApp.h"
-#include "fenk/window/Dialog.h"
 #include "shell/Mainwindow.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
@@ -16,10 +13,9 @@ using namespace TestSupport;
 
 namespace {
 
-template <class Window>
-Window* visible() {
+Mainwindow* mainWindow() {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* window = qobject_cast<Window*>(widget); window && window->isVisible())
+        if (auto* window = qobject_cast<Mainwindow*>(widget); window && window->isVisible())
             return window;
     }
     return nullptr;
@@ -27,7 +23,7 @@ Window* visible() {
 
 }  // namespace
 
-/// When the application object ends its event loop, with a service that does not answer.
+/// When the application ends its event loop, with a fake service.
 class LifeTest : public QObject {
     Q_OBJECT
 
@@ -35,8 +31,8 @@ class LifeTest : public QObject {
     FakeBottleService m_service;
     PendingWork::Hold m_hold;
 
-    /// Carries out the steps in the running loop, each when its condition holds. True when all of them came
-    /// to their turn before the loop ended.
+    /// Runs the event loop and carries out each step once its condition holds. True when all were carried out
+    /// before the loop ended.
     bool run(const QList<QPair<std::function<bool()>, std::function<void()>>>& steps) {
         int next = 0;
         QTimer poll;
@@ -61,7 +57,7 @@ private Q_SLOTS:
     }
     void init() { m_hold = PendingWork::instance()->hold(); }
 
-    /// Work that was pending when the user left must not end what the user has begun since.
+    /// The end of work that was pending when the user left must not close a window opened since.
     void leavingEndsWithANewWindow_data() {
         QTest::addColumn<bool>("byMenu");
         QTest::newRow("quit") << true;
@@ -70,12 +66,12 @@ private Q_SLOTS:
     void leavingEndsWithANewWindow() {
         QFETCH(bool, byMenu);
         const auto always = [] { return true; };
-        const auto isShown = [] { return visible<Mainwindow>() != nullptr; };
+        const auto isShown = [] { return mainWindow() != nullptr; };
         const auto leave = [this, byMenu] {
             if (byMenu)
                 m_application.handleQuitAction();
             else
-                visible<Mainwindow>()->close();
+                mainWindow()->close();
         };
         m_application.showMainWindow();
         QVERIFY(run({{isShown, leave},
@@ -86,6 +82,7 @@ private Q_SLOTS:
                      {[&] { return !isShown(); }, [this] { m_hold.reset(); }}}));
     }
 
+    /// Its timer is shortened.
     void leavingHasALimit() {
         m_application.showMainWindow();
         const auto limit = [this] {
@@ -94,26 +91,7 @@ private Q_SLOTS:
                     timer->start(0);
             }
         };
-        QVERIFY(run(
-            {{[] { return true; }, [] { visible<Mainwindow>()->close(); }}, {[] { return true; }, limit}}));
-    }
-
-    /// The dialog's window is the only one, and it closes under the start that follows.
-    void dialogsOfAStartAreNotTheLastWindow() {
-        const auto isAsked = [] { return visible<Fenk::Dialog>() != nullptr; };
-        const auto agree = [] {
-            for (auto* button : visible<Fenk::Dialog>()->findChildren<QAbstractButton*>()) {
-                if (button->text().contains("Agree"))
-                    button->click();
-            }
-        };
-        m_hold.reset();
-        QCOMPARE(m_application.handleCommandLine({"cellarix", "--service"}), 0);
-        settingsStore()->setOption("basic.update_log.version", "");
-        QTimer::singleShot(0, &m_application, [this] { m_application.handleCommandLine({"cellarix"}); });
-        QVERIFY(run({{isAsked, agree},
-                     {[] { return visible<Mainwindow>() != nullptr; }, [] {}},
-                     {[] { return true; }, [] { visible<Mainwindow>()->close(); }}}));
+        QVERIFY(run({{[] { return true; }, [] { mainWindow()->close(); }}, {[] { return true; }, limit}}));
     }
 };
 

@@ -1,8 +1,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QStandardPaths>
 #include <QUuid>
@@ -22,18 +20,14 @@ namespace {
 constexpr int LongMs = 120000;
 const char SampleTitle[] = "Cellarix sample window";
 
-QJsonDocument json(const QString& method, const QVariantList& arguments = {}) {
-    return QJsonDocument::fromJson(callBottles(method, arguments).toUtf8());
-}
-
 }  // namespace
 
-/// The library knows what runs, whoever has started it: everything real.
+/// The library shows which programs run, whoever started them. With everything real.
 class RunsTest : public QObject {
     Q_OBJECT
 
     const QStringList m_variables{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
-    const WindowFinder m_windows;
+    WindowFinder m_windows;
     std::unique_ptr<InstalledApp> m_app;
     std::unique_ptr<AccessibleTree> m_tree;
 
@@ -64,15 +58,16 @@ private Q_SLOTS:
     void startedElsewhere() {
         openLibrary();
 
-        // By the command line: the file becomes a program while it runs already.
+        // By the command line: the file becomes a program of the library while it runs.
         InstalledApp starter({sample("window")});
         QCOMPARE(starter.waitForExit(), 1);  // handed over
         WindowInfo window = m_windows.waitForTitle(SampleTitle, LongMs);
         QVERIFY2(window.id, qPrintable(m_app->log()));
         QTRY_VERIFY2_WITH_TIMEOUT(isShownRunning(), qPrintable(m_app->log()), LongMs);
-        const QString bottle = json("list").array().first().toString();
+        const QString bottle = bottleNames().value(0);
         const auto icon = [&bottle] {
-            const QJsonObject programs = json("get", {bottle}).object()["External_Programs"].toObject();
+            const QJsonObject programs =
+                bottlesJson("get", {bottle}).object()["External_Programs"].toObject();
             return programs.isEmpty() ? QString() : programs.begin()->toObject()["icon"].toString();
         };
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(icon()).isFile(), LongMs);
@@ -80,7 +75,7 @@ private Q_SLOTS:
         QVERIFY2(m_windows.waitUntilGone(window.id, LongMs), qPrintable(m_app->log()));
         QTRY_VERIFY_WITH_TIMEOUT(!isShownRunning(), LongMs);
 
-        // By a process that knows nothing of the library; also for a library that comes later.
+        // By the launch script alone; also seen by a library that is opened later.
         ChildProcess script;
         script.start(Paths::launcherScript(), {bottle, sample("window")});
         window = m_windows.waitForTitle(SampleTitle, LongMs);
@@ -94,7 +89,7 @@ private Q_SLOTS:
         QProcess::execute("xdotool", {"key", "--delay", "200", "Down", "Return"});
         QTRY_COMPARE_WITH_TIMEOUT(m_windows.windows().last().id, window.id, LongMs);
 
-        // A service that comes later knows it too.
+        // A service that is started later knows it, too.
         QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
             "com.lumora.LumoraWineLauncher", "/com/lumora/Manager", "com.lumora.Manager", "Quit"));
         QVERIFY(m_tree->press("appitem_running_state"));
@@ -124,7 +119,7 @@ private Q_SLOTS:
         openLibrary();
         QTRY_VERIFY_WITH_TIMEOUT(isMarked(), LongMs);
 
-        // Somebody has mended it. Repair shows the banner, and the good start takes the mark away.
+        // The file is replaced by a good one. Repair shows the banner, and the good start removes the mark.
         QVERIFY(!sampleAs("window", QDir::homePath() + "/programs", "changing.exe").isEmpty());
         QProcess::execute("xdotool", {"key", "Down"});
         QVERIFY(m_tree->press("appitem_running_state"));

@@ -1,7 +1,6 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
 #include <QStandardPaths>
@@ -10,7 +9,6 @@
 
 #include "backend/PendingWork.h"
 #include "e2e/InstalledApp.h"
-#include "e2e/LaunchProbe.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/run/ExeFileRunner.h"
 #include "support/TestHome.h"
@@ -26,7 +24,7 @@ QString dataDir() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
 }
 
-/// One set-up, what is done to it, and what it has left.
+/// One set-up: what it does, what the user does, and what it left.
 struct Case {
     QString manner;  ///< see setup.cpp
     QString ending;
@@ -62,8 +60,8 @@ void killService() {
 
 }  // namespace
 
-/// Whatever becomes of the launch of a set-up: a file that it has written stays, and the library leads to it;
-/// a bottle in which nothing was written goes. Real Wine, several launches at once.
+/// However the launch of a set-up ends: a file that it has written stays, and the library leads to it; a
+/// bottle in which nothing was written is deleted. Real Wine, several launches at once.
 class SetUpTest : public QObject {
     Q_OBJECT
 
@@ -97,7 +95,7 @@ class SetUpTest : public QObject {
         if (item->ending == "creation") {
             Q_EMIT item->banner->stopRunning();
         } else if (item->ending == "stop" && !isFailed) {
-            // Hidden ones have the first banner up; of the others it comes back.
+            // Hidden set-ups keep the first banner; for the others it is shown again.
             const bool isThere = item->manner == "nothing"
                                      ? QFile::exists(item->directory() + "/logs/wine-" +
                                                      QFileInfo(item->file).fileName() + ".txt")
@@ -142,19 +140,18 @@ class SetUpTest : public QObject {
                 found << item.name() + ' ' + fault;
         };
         const bool isKept = QFile::exists(item.directory() + "/drive_c/Program Files/Sample/kept.txt");
-        const QJsonObject record =
-            QJsonDocument::fromJson(callBottles("get", {item.bottle}).toUtf8()).object();
+        const QJsonObject record = bottlesJson("get", {item.bottle}).object();
         QStringList programs;
         for (const QJsonValue& program : record["External_Programs"].toObject())
             programs << program.toObject()["path"].toString().section('\\', -1).section('/', -1);
         expect(isKept || !item.hasWritten(), "is lost");
         if (isKept) {
-            // The set-up itself leads to a bottle that nothing else leads to.
+            // The set-up itself is listed when there is no other program in the bottle.
             const QString program =
                 item.manner == "data" ? QFileInfo(item.file).fileName() : QString("Sample.exe");
             expect(programs == QStringList{program}, "has " + programs.join(", "));
         }
-        // A component that the service has installed is something, too.
+        // A bottle with an installed component is kept, too.
         const bool isRepaired = QFile::exists(item.directory() + "/drive_c/windows/system32/sqlite3.dll");
         if (!item.hasWritten() && !isRepaired)
             expect(!QFile::exists(item.directory()), "stays");
@@ -168,11 +165,7 @@ private Q_SLOTS:
         if (QStandardPaths::findExecutable("wine").isEmpty() || sample("setup").isEmpty())
             QSKIP("Wine or the Windows compiler is not on this machine");
         QApplication::setQuitOnLastWindowClosed(false);
-        const QString mirror =
-            useMirror({{"sqlite3", R"([{"extract": "sqlite3.tar", "files": ["sqlite3.dll"]}])"}});
-        QVERIFY(runProcess("tar", {"-C", QFileInfo(sample("window")).path(), "-cf", mirror + "/sqlite3.tar",
-                                   "sqlite3.dll"})
-                    .ok());
+        QVERIFY(offerSampleLibraries());
     }
 
     void everyEnding_data() {

@@ -1,5 +1,5 @@
-// A library that programs need and Windows does not bring. Built under the names of real ones, since those
-// are what a repair knows; with NEXT it needs another one itself.
+// A library that programs need and Windows does not have. It is built under the names of real ones, for which
+// repairs exist; with NEXT it needs another one itself.
 #include <windows.h>
 
 extern "C" {
