@@ -29,7 +29,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Channels& c) {
     return argument;
 }
 
-/// A desktop portal that knows a few settings and wraps what is read once more, as portals do.
+/// A desktop portal with a few settings. It wraps a value twice when it is read, as real portals do.
 class FakePortal : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -70,9 +70,9 @@ private Q_SLOTS:
 
         Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "color-scheme", QDBusVariant(2u));
         QTRY_VERIFY(!theme->isDark());
-        // No preference and nonsense both leave what was; the value after them shows that they have been
-        // heard.
-        Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "color-scheme", QDBusVariant("dark"));
+        // No preference and unknown values leave what was; the value after them shows that they were heard.
+        for (const QVariant& nothing : {QVariant("dark"), QVariant(0u), QVariant(7u)})
+            Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "color-scheme", QDBusVariant(nothing));
         Q_EMIT portal.SettingChanged("org.freedesktop.appearance", "accent-color",
                                      QDBusVariant(QVariant::fromValue(Channels{-1, 2, 0})));
         QTRY_VERIFY(theme->color(Theme::Light, Theme::Accent) != violet);

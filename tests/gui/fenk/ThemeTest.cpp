@@ -1,11 +1,9 @@
-#include <QDBusArgument>
 #include <QMetaEnum>
 #include <QPushButton>
 #include <QSignalSpy>
 
 #include "FenkTestMain.h"
 #include "fenk/style/Color.h"
-#include "fenk/style/SystemAppearance.h"
 #include "fenk/style/Theme.h"
 #include "support/Table.h"
 
@@ -131,15 +129,6 @@ private Q_SLOTS:
         broken.close();
         theme->setChoiceFile(file);
         QVERIFY(!theme->isDark() && theme->followsSystem());
-    }
-
-    void portalValues() {
-        QCOMPARE(SystemAppearance::darkFrom(1u), std::optional<bool>(true));
-        QCOMPARE(SystemAppearance::darkFrom(2u), std::optional<bool>(false));
-        for (const QVariant& nothing : {QVariant(0u), QVariant(7u), QVariant("dark"), QVariant()})
-            QCOMPARE(SystemAppearance::darkFrom(nothing), std::optional<bool>());
-        QVERIFY(!SystemAppearance::accentFrom(QVariant("red")).isValid());
-        QVERIFY(!SystemAppearance::accentFrom(QVariant::fromValue(QDBusArgument())).isValid());
     }
 
     void changeReachesEveryWidget() {

@@ -79,16 +79,6 @@ private Q_SLOTS:
         QCOMPARE(window.edgesAt({300, 200}), Qt::Edges());
     }
 
-    void disabledFlagsHideButtons() {
-        SampleWindow window;
-        window.titlebar()->setDisableFlags(Qt::WindowMaximizeButtonHint | Qt::CustomizeWindowHint);
-        window.show();
-        QVERIFY(!window.button("titlebar_maximize")->isVisible());
-        QVERIFY(window.button("titlebar_minimize")->isVisible());
-        window.titlebar()->setMenuVisible(false);
-        QVERIFY(!window.button("titlebar_menu")->isVisible());
-    }
-
     void customWidgetStaysInTheMiddle() {
         MainWindow window;
         window.setFixedSize(950, 700);

@@ -125,8 +125,7 @@ private Q_SLOTS:
         const TestHome home;
         for (const char* name : {"setup.exe", "sub/b.exe", "--debug"})
             home.write(name, "");
-        // The program's own name, a directory (a bottle may be named so) and what is no file stay as they
-        // are.
+        // The program's own name, directories (a bottle may have the same name) and other words stay.
         const QStringList words{"setup.exe",
                                 "setup.exe",
                                 "sub/b.exe",
