@@ -1,4 +1,4 @@
-"""A home with bottles of its own, and a Wine that writes down how it was called and then does what it is told."""
+"""A home with bottles, and a fake Wine that records how it was called and then runs a piece of Python."""
 
 import json
 import os

@@ -1,4 +1,4 @@
-"""What the scanner says of Windows files, and that mere words in a program say nothing."""
+"""What the scanner finds in Windows files, and that words inside a program are not mistaken for its kind."""
 
 import json
 import os
@@ -77,7 +77,7 @@ INSTALLERS = {
     "Archive: ZIP[self-extracting] ": program(section="_winzip_"),
     "Archive: Archive": ZIP,
 }
-# What launchers of the different versions have; of a publisher's own block only some of it is left.
+# Launchers of different versions; publishers replace some of the texts by their own.
 INSTALLSHIELD = [
     described(CompanyName="Stirling Technologies, Inc.", FileDescription="Setup Launcher", ProductName="InstallShield"),
     described(CompanyName="InstallShield Software Corporation", FileDescription="32-bit Setup Launcher"),
@@ -115,12 +115,12 @@ PROGRAMS = [
      net("v2.0.50727", text=b".NET Reactor v4.9\0" + wide(KEY))),
     (["Library: .NET(v4.0.30319)", "Protector: .NET Reactor"], net(text=wide(KEY))),
     (["Library: .NET(v4.0.30319)"], net(text=b"knows .NET Reactor 4.9")),
-    # Programs that only speak of such tools, or carry an archive of their own.
+    # Programs that only mention such tools, or contain an archive of their own.
     ([], program(EVERY_WORD)),
     ([], program(EVERY_WORD, resources={("DATA", 7): EVERY_WORD, (10, 1): b"x" + EVERY_WORD})),
     ([], program(EVERY_WORD, overlay=b"signature" + bytes(0x20000))),
     ([], program(overlay=ZIP)),
-    # The makers of set-up tools have written other programs, and their engine's libraries have the same texts.
+    # Other programs of the makers of set-up tools, and libraries of their engines, have the same texts.
     ([], described(CompanyName="InstallShield Software Corporation", FileDescription="InstallShield Uninstaller",
                    OriginalFilename="IsUninst.exe")),
     ([], described(CompanyName="Flexera Software LLC", FileDescription="License Server", OriginalFilename="lmgrd.exe")),
@@ -135,7 +135,7 @@ PROGRAMS = [
     ([], program(overlay=compound(bytes(16), directory=90)[:9000])),
     ([], compound(bytes(16), elsewhere=MSI)),
     (["Library: .NET(v4.0.30319)"], net(text=EVERY_WORD.replace(wide(KEY), b""))),
-    # So many signs that going through them one by one would take too long.
+    # Too many matches to examine one by one.
     ([], program(overlay=b"x" + NSIS * 250000)),
     (["Loader: .NET Core host"], program(overlay=(bytes(8) + BUNDLE) * 120000)),
     ([], program(overlay=b"x" + b"a\0Disk1\\a\0001" * 300000)),

@@ -1,4 +1,4 @@
-"""One launch with a fake Wine: words, environment, records, exit codes, signals."""
+"""One launch with a fake Wine: arguments, environment, records, exit codes, signals."""
 
 import json
 import os
@@ -259,7 +259,7 @@ class Life(HomeCase):
         self.assertEqual((code, os.path.exists(done)), (3, True))
 
         pidfile = self.path("pid")
-        # Its name is the helper's only after a while, as between fork and exec.
+        # It takes the helper's name only after a while, as between fork and exec.
         helper = (f"import os, time; open({pidfile!r}, 'w').write(str(os.getpid())); time.sleep(0.5);"
                   "os.execv('/usr/bin/sleep', ['C:/windows/services.exe', '600'])")
         do = f"os.spawnve(os.P_NOWAIT, '/usr/bin/python3', ['app.exe', '-c', {helper!r}], os.environ)"

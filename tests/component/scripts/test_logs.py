@@ -1,4 +1,4 @@
-"""The log of a launch: complete, bounded on disk, and never a reason for a program not to run."""
+"""The log of a launch: complete, limited on disk, and without influence on the program."""
 
 import os
 import subprocess
@@ -20,7 +20,7 @@ while left > 0:
     os.write(2, block)
     left -= len(block)
 """
-# As launcher.py, on a file system that knows no holes.
+# launcher.py as on a file system without holes.
 WITHOUT_HOLES = f"""
 import sys
 sys.path.insert(0, {SCRIPTS!r})
@@ -80,9 +80,9 @@ class Logs(HomeCase):
 
     def test_a_flood_stays_small_on_disk_and_its_end_whole(self):
         self.need_holes()
-        process = self.start("t", "--log-path", self.log, "x.exe", do=FLOOD.format(mib=300))
+        process = self.start("t", "--log-path", self.log, "x.exe", do=FLOOD.format(mib=120))
         self.assertLess(self.peak_while(process, self.log), 40 * MIB)
-        self.assert_tail_whole(300)
+        self.assert_tail_whole(120)
 
     def test_the_bound_outlives_the_launcher(self):
         self.need_holes()
@@ -104,7 +104,7 @@ class Logs(HomeCase):
                 ["/usr/bin/python3", "-c", WITHOUT_HOLES, "t", "--log-path", self.log, *options, "x.exe"], cwd=self.top,
                 env=self.env | {"FAKE_DO": FLOOD.format(mib=70)}, stderr=subprocess.DEVNULL)
             self.assertLess(self.peak_while(process, self.log), 21 * MIB)
-            wait_until(self.settled)
+            wait_until(self.is_complete)
             self.assert_tail_whole(70)
             self.assertEqual(os.listdir(os.path.dirname(self.log)), ["记录.txt"])
 
@@ -137,8 +137,8 @@ class Logs(HomeCase):
     def children(self, pid):
         return Path(f"/proc/{pid}/task/{pid}/children").read_text().split()
 
-    def settled(self):
-        """The pump has taken in the last line."""
+    def is_complete(self):
+        """Whether the last line has arrived in the log."""
         return Path(self.log).read_bytes()[-64:].startswith(b"line %010d " % (70 * MIB // 64 - 1))
 
     def need_holes(self):

@@ -1,4 +1,4 @@
-"""The readers of Windows files: on real samples, and on files that mean harm."""
+"""The readers of Windows files, with real samples and with damaged and hostile files."""
 
 import json
 import os

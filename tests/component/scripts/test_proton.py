@@ -1,4 +1,4 @@
-"""init-proton-in-client.sh: what it finds, mends and tells."""
+"""init-proton-in-client.sh: what it finds, repairs and prints."""
 
 import os
 import subprocess

@@ -1,4 +1,4 @@
-"""Rules on words and paths, as tables."""
+"""How arguments and paths are read, as tables."""
 
 import os
 import unittest

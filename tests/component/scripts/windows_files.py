@@ -1,4 +1,4 @@
-"""Windows programs made byte by byte: one section that holds all, with what the caller asks for."""
+"""Makes Windows programs byte by byte: one section, with the contents that the caller asks for."""
 
 import struct
 
@@ -25,7 +25,7 @@ class _Body:
 
 
 def _imports(body, names):
-    """One function of each library, by its number."""
+    """The import table: one function of each library, by its ordinal."""
     descriptors = b""
     for name in names:
         thunks = body.add(struct.pack("<II", 0x80000064, 0))
@@ -70,7 +70,7 @@ def version_block(**texts):
 
 
 def metadata(version, references=(), blobs=b""):
-    """What a .NET program tells of itself. References are (library, major, minor)."""
+    """The metadata of a .NET program. References are (library, major, minor)."""
     strings, rows = b"\0", b""
     for name, major, minor in references:
         rows += struct.pack("<4HI4H", major, minor, 0, 0, 0, 0, len(strings), 0, 0)
