@@ -6,18 +6,18 @@
 
 namespace TestSupport {
 
-/// What an assistive tool sees of the programs of this session, and does there, over the accessibility bus. A
-/// Qt program shows itself when QT_LINUX_ACCESSIBILITY_ALWAYS_ON is set in its environment.
+/// Reads and presses the controls of all programs of this session over the accessibility bus. A Qt program
+/// takes part when QT_LINUX_ACCESSIBILITY_ALWAYS_ON is set in its environment.
 class AccessibleTree {
 public:
     AccessibleTree();
     ~AccessibleTree();
 
-    /// The names of all objects that show, depth first.
+    /// The names of all visible objects, depth first.
     QStringList names() const;
     /// Their descriptions that are not empty.
     QStringList descriptions() const;
-    /// Presses the showing, enabled button of that name, waiting for it. False when it does not come.
+    /// Waits for a visible, enabled button of that name and presses it. False when there is none in time.
     bool press(const QString& name, int timeoutMs = 20000) const;
 
 private:

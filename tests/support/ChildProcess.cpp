@@ -10,7 +10,7 @@
 namespace TestSupport {
 
 namespace {
-const int kPoliteMs = 2000;
+constexpr int TerminateMs = 2000;
 }
 
 ChildProcess::ChildProcess(QObject* parent) : QProcess(parent) {
@@ -31,9 +31,9 @@ void ChildProcess::stop() {
     if (state() == NotRunning)
         return;
     terminate();
-    if (!waitForFinished(kPoliteMs)) {
+    if (!waitForFinished(TerminateMs)) {
         kill();
-        waitForFinished(kPoliteMs);
+        waitForFinished(TerminateMs);
     }
 }
 

@@ -21,9 +21,9 @@ struct RecordedCall {
     QJsonArray arguments;
 };
 
-/// The background service's stand-in, a process of its own on the session bus of the environment. It records
-/// what it is asked and answers as it is told; see Scenario.h for keys and answers. Without orders it answers
-/// like a service that is running but has no bottle.
+/// A fake of the background service, in a process of its own on the session bus of the environment. It
+/// records all calls and answers as set here; see Scenario.h for keys and answers. Without settings it
+/// answers like a service that runs and has no bottle.
 class FakeBottleService {
 public:
     /// Starts the process. A nameless one comes to the bus but does not take the service's name until
@@ -35,7 +35,7 @@ public:
     bool waitUntilGone(int timeoutMs = 10000) {
         return waitUntil([this] { return !isRunning(); }, timeoutMs);
     }
-    /// Also names of the desktop's own services, which it then stands in for.
+    /// Takes a name on the bus, also that of one of the desktop's services.
     bool takeName(const QString& name = "com.lumora.LumoraWineLauncher");
 
     void setText(const QString& key, const QString& text) { setAnswers(key, {{{"text", text}}}); }

@@ -30,8 +30,8 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
     const QString path = QString::fromLatin1(request).section(' ', 1, 1).mid(1);
     const int begin = range.match(QString::fromLatin1(request)).captured(1).toInt();
     requests += QString("%1@%2").arg(path).arg(begin);
-    const QString vice = path.contains('/') ? path.section('/', 0, 0) : QString();
-    if (vice == "silent")
+    const QString fault = path.contains('/') ? path.section('/', 0, 0) : QString();
+    if (fault == "silent")
         return;
     const QString name = path.section('/', -1);
     if (!files.contains(name)) {
@@ -44,13 +44,13 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
                                       QByteArray::number(begin) + "-" +
                                       QByteArray::number(files[name].size() - 1) + "/*\r\n"
                                 : QByteArray("HTTP/1.1 200 OK\r\n");
-    if (vice != "endless")
+    if (fault != "endless")
         head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
     socket->write(head + "Connection: close\r\n\r\n");
-    socket->write(vice == "half" ? body.left(body.size() / 2) : body);
-    if (vice == "endless")
+    socket->write(fault == "half" ? body.left(body.size() / 2) : body);
+    if (fault == "endless")
         socket->write(body + body);
-    if (vice == "half")  // what was sent has arrived by then
+    if (fault == "half")  // what was sent has arrived by then
         QTimer::singleShot(BreakMs, socket, &QTcpSocket::disconnectFromHost);
     else
         socket->disconnectFromHost();

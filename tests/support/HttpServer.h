@@ -8,7 +8,7 @@ class QTcpSocket;
 
 namespace TestSupport {
 
-/// A web server on a free port of this machine, with the vices of real ones. Files are served under their
+/// A web server on a free port of this machine, with the faults of real ones. Files are served under their
 /// names: "/name" whole or from a byte on, "/half/name" breaks off in the middle of what is left,
 /// "/endless/name" goes on after its end, "/silent/name" never answers, everything else is 404.
 class HttpServer : public QObject {

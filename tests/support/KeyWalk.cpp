@@ -26,7 +26,7 @@ QList<QWidget*> walk(QWidget* window) {
         QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
         QCoreApplication::processEvents();
         QWidget* now = window->focusWidget();
-        // A text goes from link to link before it lets the focus go.
+        // A text moves from link to link before Tab leaves it.
         if (!stops.isEmpty() && now == stops.last())
             continue;
         if (!now || stops.contains(now))
@@ -46,7 +46,7 @@ bool isControl(const QWidget* widget) {
             qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QAbstractItemView*>(widget));
 }
 
-/// Lists draw theirs inside, and texts mark the link.
+/// Lists draw the ring inside, and texts mark the link.
 bool hasRing(QWidget* window, const QWidget* control) {
     if (qobject_cast<const QAbstractItemView*>(control) || qobject_cast<const QLabel*>(control))
         return true;

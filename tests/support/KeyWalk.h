@@ -7,11 +7,11 @@ class QWidget;
 
 namespace TestSupport {
 
-/// Controls that can be seen and used, but that Tab does not come to, and those that have the focus without
-/// the ring that says so; empty where a window can be used by keys alone. The focus is where it was then.
+/// The names of visible, enabled controls that Tab does not reach, and of those that show no focus ring;
+/// empty when the window can be used by keys alone. Restores the focus.
 QString outOfReach(QWidget* window);
 
-/// A key for the window, which may close it for good.
+/// Sends a key to the window, which may be deleted by it.
 void press(QWidget* window, Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 
 }  // namespace TestSupport

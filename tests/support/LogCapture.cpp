@@ -32,14 +32,6 @@ int LogCapture::count(const QString& text) const {
     return found;
 }
 
-bool LogCapture::contains(QtMsgType type, const QString& text) const {
-    for (const Line& line : lines()) {
-        if (line.type == type && line.text.contains(text))
-            return true;
-    }
-    return false;
-}
-
 QString LogCapture::text() const {
     QString all;
     for (const Line& line : lines())

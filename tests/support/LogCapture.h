@@ -6,8 +6,8 @@
 
 namespace TestSupport {
 
-/// Collects everything that goes through Qt's message functions while it lives, from every thread; the
-/// handler that was there before comes back afterwards. One at a time.
+/// Collects the messages of Qt's message functions during its life, from every thread, and restores the
+/// previous handler. One at a time.
 class LogCapture {
 public:
     struct Line {
@@ -24,7 +24,6 @@ public:
     /// Number of lines that contain the text.
     int count(const QString& text) const;
     bool contains(const QString& text) const { return count(text) > 0; }
-    bool contains(QtMsgType type, const QString& text) const;
     /// All lines joined, to show when a test fails.
     QString text() const;
 

@@ -8,7 +8,7 @@ namespace TestSupport {
 
 namespace {
 
-const char kConfiguration[] =
+const char Configuration[] =
     R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -29,7 +29,7 @@ PrivateBus::PrivateBus() {
     QFile configuration(m_dir.path() + "/bus.conf");
     if (!configuration.open(QIODevice::WriteOnly))
         qFatal("can't write %s", qPrintable(configuration.fileName()));
-    configuration.write(QString(kConfiguration).arg(m_dir.path()).toUtf8());
+    configuration.write(QString(Configuration).arg(m_dir.path()).toUtf8());
     configuration.close();
     const QString log = m_dir.path() + "/bus.log";
     m_daemon.setStandardErrorFile(log);

@@ -9,12 +9,11 @@ namespace TestSupport {
 
 namespace {
 
-/// Stands where a bottle's Wine stands. What it is to do as program of the n-th launch is in the file
-/// "program", and what it says in "log<n>"; the files "alive" and "window" are what the window tool sees.
+/// The bottle's Wine; see the class. The files "alive" and "window" say what the window tool reports.
 const char StandIn[] = R"sh(#!/bin/sh
 cd "$WINEPREFIX" || exit
 count() { cat "$1" 2>/dev/null | wc -l; }
-# A bound, so that nothing stays behind.
+# Limited, so that no process stays behind.
 wait_for() { n=0; until [ -e "$1" ] || [ $n -gt 400 ]; do n=$((n + 1)); sleep 0.05; done; }
 show() { touch alive window; wait_for close; rm -f window close; }
 case $1 in

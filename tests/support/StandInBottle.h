@@ -5,18 +5,18 @@
 
 namespace TestSupport {
 
-/// A bottle's directory with a shell script for its Wine, which the real launch script runs. What the program
-/// of a launch is to do stands in the file "program", a piece of shell that knows `show` (a window comes up,
-/// and stays until "close" is there), `wait_for FILE` and $RUN (1 for the first launch); what Wine says of
-/// the n-th launch in "log<n>".
+/// A bottle's directory whose Wine is a shell script, run by the real launch script. The file "program" is
+/// the piece of shell that the program of a launch runs; it may use `show` (shows a window until the file
+/// "close" exists), `wait_for FILE` and $RUN (1 for the first launch). Wine prints the file "log<n>" in the
+/// n-th launch.
 class StandInBottle {
 public:
     StandInBottle() = default;
-    /// `data` is the directory of the user's data. What lay there before goes away.
+    /// `data` is the directory of the user's data. An existing bottle is removed.
     StandInBottle(const QString& data, const QString& name);
 
     QString directory() const { return m_directory; }
-    /// Nothing for one that was never made.
+    /// Writes a file of the bottle; does nothing for a default constructed object.
     void write(const QString& name, const QByteArray& content) const;
 
 private:

@@ -21,7 +21,7 @@ QString text(const QJsonObject& object) {
 }
 }  // namespace
 
-/// What repairs a bottle, against a service that is a real process.
+/// The install queue and the component manager, with a fake service in a process of its own.
 class DependencyInstallQueueTest : public QObject {
     Q_OBJECT
 
@@ -94,7 +94,7 @@ private Q_SLOTS:
                               "1 Fixing", "2 Fixing ... 0%", "0 winetricks would do", "2 Setup Failed"}));
     }
 
-    /// Refused, failed, and a service that goes in the middle: each is the end of one component.
+    /// A call that is refused, one that fails, and a service that is killed each end one component.
     void noReport() {
         DependencyInstallQueue repair;
         QStringList words;

@@ -11,7 +11,7 @@
 
 using namespace TestSupport;
 
-/// The writer with the library that this project brings along, up to the file.
+/// The writer with the installed library, up to the file.
 class EventLogTest : public QObject {
     Q_OBJECT
 
@@ -62,7 +62,7 @@ private Q_SLOTS:
         QCOMPARE(log.count("logs is to big"), 21);
     }
 
-    /// Switched off; then a pipe, which would hold the writer up, and a link, which would lead elsewhere.
+    /// Switched off; then a pipe, which would block the writer, and a link to another file.
     void nothingIsWritten() {
         const EventFile file("cellarix");
         const QString off = m_home.write(".config/lumora-event-log/off", "");

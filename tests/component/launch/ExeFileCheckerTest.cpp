@@ -1,25 +1,24 @@
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QtTest>
 
 #include "launch/inspection/ExeDetection.h"
 #include "launch/inspection/ExeFileChecker.h"
 #include "launch/inspection/ExeFileInfo.h"
 #include "support/EnvironmentGuard.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 using namespace TestSupport;
 
-/// What is known of a file before it runs. The tools are those of the machine and of the installed tree.
+/// The inspection of a file before it runs, with the tools of this machine and of the installed tree.
 class ExeFileCheckerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void classification_data() {
-        QTest::addColumn<QString>("values");
-        QTest::addColumn<QString>("verdict");
-        const auto row = [](const char* values, const char* verdict) {
-            QTest::newRow(values) << values << verdict;
+        const Table<QString, QString> table("values", "verdict");
+        const auto row = [&table](const char* values, const char* verdict) {
+            table(values, values, verdict);
         };
         row("", "");
         row(R"({"type":"Packer"},{"type":"Installer"})", "installer");
@@ -62,17 +61,15 @@ private Q_SLOTS:
     }
 
     void answers_data() {
-        QTest::addColumn<QString>("printed");
-        QTest::addColumn<bool>("isDocument");
-        QTest::addColumn<bool>("installer");
+        const Table<QString, bool, bool> row("printed", "isDocument", "installer");
         const QString values = R"({"values":[{"type":"Installer"}]})",
                       answer = R"({"detects":[)" + values + "]}";
-        QTest::newRow("text ahead") << "warning: no rules for x [1]\n" + answer << true << true;
-        QTest::newRow("other document") << values << false << false;
-        QTest::newRow("torn") << answer.chopped(3) << false << false;
-        QTest::newRow("list") << '[' + answer + ']' << false << false;
-        QTest::newRow("other kinds") << R"({"detects":)" + values + '}' << true << false;
-        QTest::newRow("nothing") << "" << false << false;
+        row("text ahead", "warning: no rules for x [1]\n" + answer, true, true);
+        row("other document", values, false, false);
+        row("torn", answer.chopped(3), false, false);
+        row("list", '[' + answer + ']', false, false);
+        row("other kinds", R"({"detects":)" + values + '}', true, false);
+        row("nothing", "", false, false);
     }
     void answers() {
         QFETCH(QString, printed);
@@ -81,7 +78,7 @@ private Q_SLOTS:
         QTEST(ExeDetection::classify(document).installer, "installer");
     }
 
-    /// The largest file that is scanned where it is, and one that is a byte too large for that.
+    /// The largest file that is scanned in place, and one that is a byte larger, of which a part is copied.
     void largeFiles() {
         QTemporaryDir dir;
         QFile file(dir.filePath("large.exe"));

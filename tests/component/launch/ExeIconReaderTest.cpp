@@ -2,9 +2,9 @@
 
 #include <QBuffer>
 #include <QtEndian>
-#include <QtTest>
 
 #include "launch/icons/IconFile.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 
 class ExeIconReaderTest : public QObject {
@@ -19,7 +19,7 @@ class ExeIconReaderTest : public QObject {
         image.save(&buffer, "png");
         return buffer.data();
     }
-    /// Of images that say they are so wide and have so many bits, and of what else stands in the data.
+    /// An icon file of images: a head with width and bits (see head()), and the image data.
     static QByteArray ico(const QList<QPair<QByteArray, QByteArray>>& images) {
         QByteArray head("\0\0\1\0\0\0", 6), data;
         head[4] = char(images.size());
@@ -44,11 +44,7 @@ class ExeIconReaderTest : public QObject {
 
 private Q_SLOTS:
     void files_data() {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QList<int>>("expected");
-        const auto row = [](const char* name, const QByteArray& file, const QList<int>& expected) {
-            QTest::newRow(name) << file << expected;
-        };
+        const TestSupport::Table<QByteArray, QList<int>> row("file", "expected");
         QByteArray dib("\x28\0\0\0\2\0\0\0\4\0\0\0\1\0\x20\0", 16);
         dib += QByteArray(24, 0);
         const QByteArray huge = png(64).replace(16, 8, QByteArray("\0\0\x9c\x40\0\0\x9c\x40", 8));
@@ -91,7 +87,7 @@ private Q_SLOTS:
             QSKIP("the Windows compiler is not on this machine");
         const QByteArray bytes = sample.readAll();
         ExeIconReader package(m_home.write("a.msi", "\xd0\xcf\x11\xe0")), none(m_home.write("a.exe", "MZ"));
-        // Of the same name at the same time.
+        // Three files of the same name at the same time.
         ExeIconReader first(m_home.write("b/ö 'x'.exe", bytes)), second(m_home.write("c/ö 'x'.exe", "MZ")),
             third(m_home.write("d/ö 'x'.exe", bytes));
         QSignalSpy ready(&first, &ExeIconReader::ready), other(&third, &ExeIconReader::ready);

@@ -3,17 +3,17 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
-#include <QtTest>
 
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/open/FileAssociation.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
+#include "support/Table.h"
 #include "support/TestHome.h"
 
 using namespace TestSupport;
 
-/// With the real launch script, and a Wine that notes what it is asked.
+/// Documents are opened with the real launch script and a Wine that writes down its arguments.
 class WineFileHandlerTest : public QObject {
     Q_OBJECT
 
@@ -46,11 +46,8 @@ class WineFileHandlerTest : public QObject {
 
 private Q_SLOTS:
     void associations_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("expected");  // ProgID and name; empty when nothing is found
-        const auto row = [](const char* name, const QByteArray& text, const char* expected) {
-            QTest::newRow(name) << text << expected;
-        };
+        // expected: ProgID and name; empty when nothing is found
+        const Table<QByteArray, QString> row("text", "expected");
         row("broken", R"({".x":{"progid":"p"})", "");
         row("array", R"([{".x":{"progid":"p"}}])", "");
         row("too large", R"({".x":{"progid":"p"}})" + QByteArray(17 << 20, ' '), "");
@@ -87,7 +84,7 @@ private Q_SLOTS:
         QCOMPARE(WineFileHandler("b", ".y", "/1.y").open(), -1);
         QVERIFY(shown().isEmpty() && calls().isEmpty());
 
-        // The second comes while the first is shown, and is closed after it.
+        // The second document is opened while the first banner is shown, and is closed by the user.
         QElapsedTimer time;
         time.start();
         QTimer::singleShot(1000, this, [&] {

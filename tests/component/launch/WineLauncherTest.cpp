@@ -15,7 +15,7 @@ const char Bottle[] = "notes";
 const char Uuid[] = "0b6e6f9e-0000-4000-8000-000000000001";
 }  // namespace
 
-/// What the launch script is handed. The script itself refuses the bottle, which does not exist on disk.
+/// The arguments and variables of the launch script, which itself fails: the bottle is not on the disk.
 class WineLauncherTest : public QObject {
     Q_OBJECT
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-const QString kBottles = "com.lumora.Manager.Bottles";
+const char BottlesInterface[] = "com.lumora.Manager.Bottles";
 
 QJsonArray toJson(const QVariantList& arguments) {
     QJsonArray result;
@@ -40,7 +40,7 @@ bool FakeService::handleMessage(const QDBusMessage& message, const QDBusConnecti
         return false;
     record(message);
     const QString signature = Scenario::bottleSignature(message.member());
-    if (message.interface() == kBottles && (signature.isNull() || signature != message.signature())) {
+    if (message.interface() == BottlesInterface && (signature.isNull() || signature != message.signature())) {
         const QString text = QString("no method %1(%2)").arg(message.member(), message.signature());
         return m_connection.send(message.createErrorReply(QDBusError::UnknownMethod, text));
     }

@@ -43,7 +43,7 @@ private:
     QList<Held> m_held;
 };
 
-/// com.lumora.Test.Control: what the test steers the fake with, reachable whether or not the fake holds its
+/// com.lumora.Test.Control: the test controls the fake with it, whether or not the fake has the service's
 /// name.
 class FakeServiceControl : public QObject {
     Q_OBJECT

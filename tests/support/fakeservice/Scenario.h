@@ -7,8 +7,8 @@
 #include <QString>
 #include <QStringList>
 
-/// What the fake answers. Keys, most telling first: "Bottles.get:office", "Bottles.get", "get:office", "get";
-/// the part before the point is the interface's last word, the part behind the colon the call's first
+/// What the fake answers. Keys, most specific first: "Bottles.get:office", "Bottles.get", "get:office",
+/// "get"; the part before the point is the interface's last word, the part behind the colon the call's first
 /// argument. Several answers under one key are used one after the other and the last one stays.
 ///
 /// An answer is an object with one of "text" (string reply), "number", "list" (of strings), "empty": true

@@ -85,8 +85,8 @@ private Q_SLOTS:
             QVERIFY2(!ServiceAgreement::mustAsk(recorded), recorded);
     }
 
-    /// One letter for what has ended (last Window, Launch, Start, work that is Done, the User's quit) and one
-    /// verdict for each: -, later or quit.
+    /// One letter for what has ended (last Window, Launch, Start, Done: pending work, User: quit) and the
+    /// verdict on it: -, later or quit.
     void leaving_data() {
         const TestSupport::Table<LeaveRule::Facts, QString> row("facts", "verdicts");
         const auto with = [](std::initializer_list<bool LeaveRule::Facts::*> set) {

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The files of the component catalogue fit together, and each file that it names has a checksum."""
+"""The files of the component catalogue are consistent, and each file that it names has a checksum."""
 
 import json
 import pathlib

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The start without a display, with a stand-in for the program."""
+"""scripts/run-app without a display, with a stand-in for the program."""
 
 import os
 import pathlib

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The session around a command: what it finds there, and that nothing is left when it ends."""
+"""scripts/session: what a command finds in its session, and that no process is left when it ends."""
 
 import json
 import os

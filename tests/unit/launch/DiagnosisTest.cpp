@@ -18,7 +18,7 @@ class DiagnosisTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    /// What each way of failing leaves in a log, and what the user reads then: a row of the table each.
+    /// The rows of data/diagnosis.tsv: the reason that the user reads, and the lines of the log behind it.
     void ofALog_data() {
         const TestSupport::Table<QString, QByteArray> table("expected", "log");
         const QList<QByteArray> rows =
@@ -45,7 +45,7 @@ private Q_SLOTS:
         QTEST(Diagnosis::of(facts).reason, "expected");
     }
 
-    /// What Repair can do decides what is said of it, and the reason decides what Repair does.
+    /// The repairs that are possible change the text, and the reason selects the repair.
     void repairs_data() {
         using Repairs = QVector<RepairAction>;
         const FailureSign dll{Failure::MissingDll, "mfc42.dll", "mfc42"};
@@ -71,12 +71,12 @@ private Q_SLOTS:
             "driver.");
         row("components first", facts({dll}, {"mfc42"}, {staging}), RepairAction::InstallComponents,
             "It needs mfc42.dll, which is part of Visual C++ 6. Repair installs it.");
-        row("of an ill bottle", facts({damaged}, {"mfc42"}, {RepairAction::RenewBottle}),
+        row("damaged bottle", facts({damaged}, {"mfc42"}, {RepairAction::RenewBottle}),
             RepairAction::RenewBottle,
             "The bottle is damaged: x.dll of Windows cannot be loaded. Repair renews the files of Windows "
             "and "
             "keeps your own.");
-        row("of a sound one", facts({crash}, {}, {RepairAction::RenewBottle}), RepairAction::None,
+        row("bottle not damaged", facts({crash}, {}, {RepairAction::RenewBottle}), RepairAction::None,
             "It crashed. Another version of Wine may run it.");
         FailureFacts tried = facts({dll}, {});
         tried.triedComponents << "mfc42";
@@ -114,7 +114,7 @@ private Q_SLOTS:
         QTEST(diagnosis.reason, "reason");
     }
 
-    /// A log can be as long as it likes, and names in it of any kind.
+    /// Many signs, long names and control characters are limited.
     void hostileLog() {
         QByteArray log = CommandLine;
         for (int i = 0; i < 20000; ++i)

@@ -5,13 +5,13 @@
 using Processes = MonitorCycle::Processes;
 using Windows = MonitorCycle::Windows;
 
-/// What one look at a bottle after the other means.
+/// What the monitor concludes from one list of processes and windows after the other.
 class MonitorCycleTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    /// "a" is a process, "w" a window, "+" one more process, "!" a crash reporter, "?" a harmless one.
-    /// What is told stands as start@n and quit@n, counted from 1.
+    /// One word per cycle: "a" is a process, "w" a window, "+" one more process, "!" a crash reporter, "?" a
+    /// harmless one. Expected are start and quit with the number of the cycle, from 1.
     void cycles_data() {
         const TestSupport::Table<QString, QString, bool> row("cycles", "told", "crashed");
         row("window, closed, gone", "a aw aw a -", "start@2 quit@5", false);

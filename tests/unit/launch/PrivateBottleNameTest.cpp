@@ -24,7 +24,7 @@ class PrivateBottleNameTest : public QObject {
     TestSupport::TestHome m_home;
 
 private Q_SLOTS:
-    /// The block is laid out here as one buffer, as the format tells it.
+    /// Builds the block that is hashed as one buffer: the last MiB, the first ten, zeros.
     void key() {
         for (const int size : {0, 1, MiB - 1, MiB, MiB + 1, 10 * MiB, 11 * MiB, 12 * MiB}) {
             const QByteArray bytes = content(size);

@@ -18,7 +18,7 @@ void put(QByteArray& bytes, int at, Number value) {
     qToLittleEndian(value, bytes.data() + at);
 }
 
-/// Whose newer header begins at 64.
+/// A DOS header that points to a newer one at 64.
 QByteArray stub(const QByteArray& newHeader) {
     QByteArray bytes("MZ" + QByteArray(62, '\0'));
     put<quint16>(bytes, 24, 64);
@@ -62,7 +62,7 @@ QByteArray compound(quint32 classId) {
 
 }  // namespace
 
-/// Which files are launched, and what is said about the others.
+/// Which files are launched, and why the others are refused.
 class ProgramKindTest : public QObject {
     Q_OBJECT
 
@@ -119,7 +119,7 @@ private Q_SLOTS:
         QFETCH(ProgramHost, host);
         const QString path = m_home.write("program", content);
         QTEST(programKind(ProgramHeader::read(path), suffix, host), "kind");
-        // Whatever is cut off anywhere is no reason to read too far.
+        // A file that is cut anywhere is not read beyond its end.
         for (int size = 0; size < qMin(content.size(), 600); size += 41) {
             m_home.write("cut", content.left(size));
             programKind(ProgramHeader::read(m_home.path() + "/cut"), suffix, host);
@@ -157,7 +157,7 @@ private Q_SLOTS:
         QVERIFY(!OpenRefusal::ofOther(path).advice.isEmpty());
     }
 
-    /// A file in the directory's way stops root too.
+    /// A file where the directory should be stops root, too.
     void dataCannotBeWritten() {
         const QString file = m_home.write("good.exe", pe(0x8664));
         m_home.write("in the way", "");

@@ -20,7 +20,7 @@ const QByteArray Database = "0024:fixme:msado15:recordset_supporterrorinfo_Inter
 
 }  // namespace
 
-/// What lines of Wine's log mean. The catalogue of DLLs is the real one.
+/// What is found in Wine's logs, with the real catalogue of DLLs.
 class WineLogParserTest : public QObject {
     Q_OBJECT
 
@@ -116,7 +116,7 @@ private Q_SLOTS:
         const QByteArray install =
             "err:eventlog:ReportEventW You must install .NET to run this application\n";
         const QByteArray version = "err:eventlog:ReportEventW App host version: 6.0.1\n";
-        // Each log begins with what the rules of another one wait for.
+        // Each log begins with the second half of what the other's rules look for.
         const QList<QPair<QString, QString>> logs = {
             {m_home.write("one", version + QByteArray(0x10000, '\n') + Database + "\n" + install),
              "jet40 mdac28"},
@@ -141,7 +141,7 @@ private Q_SLOTS:
         QCOMPARE(wrong.load(), 0);
     }
 
-    /// Logs that real programs left, each named after what it must give: components and fonts, then findings.
+    /// Logs of real programs; each file's name holds the expected components or fonts and the findings.
     void corpus() {
         QDirIterator logs(QString(TEST_SOURCE_DIR) + "/tests/data/winelog", {"*.txt"}, QDir::Files);
         int count = 0;
@@ -162,7 +162,7 @@ private Q_SLOTS:
 private:
     QString write(const QByteArray& log) const { return m_home.write("log", log); }
 
-    /// The quick way through a file gives what the plain loop over its lines gives.
+    /// The fast scan of a file finds the same as the loop over its lines.
     void sameAsStream(const QByteArray& log) {
         WineLogParser quick, plain;
         QTextStream stream(log);
