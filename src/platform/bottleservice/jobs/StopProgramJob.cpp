@@ -5,14 +5,13 @@
 #include <QDebug>
 
 #include "bottleservice/wine/LaunchRecords.h"
-#include "bottleservice/wine/RunOwners.h"
 
 namespace {
 
 constexpr int PollMs = 25;
 constexpr int KillAfterMs = 1000;
 constexpr int GiveUpAfterMs = 2000;
-constexpr int EmptyLooks = 3;  // in the midst of an exec a process shows no mark
+constexpr int EmptyChecks = 3;  // during an exec a process has no environment
 
 void signalAll(const QVector<pid_t>& pids, int number) {
     for (const pid_t pid : pids)
@@ -35,8 +34,9 @@ void StopProgramJob::start() {
         return;
     }
     QString error;
-    if (const auto settings = m_store.load(m_name, &error))
-        m_programs = settings->programs();
+    const auto settings = m_store.load(m_name, &error);
+    m_owners =
+        std::make_unique<RunOwners>(m_store.pathOf(m_name), settings ? settings->programs() : QJsonObject());
     m_elapsed.start();
     m_poll.start();
     step();
@@ -45,18 +45,17 @@ void StopProgramJob::start() {
 // Reads the processes again each time: a pid may belong to another process by now, and the program may have
 // started more of them.
 void StopProgramJob::step() {
-    const RunOwners owners(m_store.pathOf(m_name), m_programs);
     const std::vector<Processes::Entry> rest =
-        owners.processesOf(m_programId, m_processes.ofBottle(m_store.pathOf(m_name)));
+        m_owners->processesOf(m_programId, m_processes.ofBottle(m_store.pathOf(m_name)));
     QVector<pid_t> launchers = LaunchRecord::launchers(m_store.runningDir(), m_name, m_programId);
     for (const LaunchRecord::Claim& claim : LaunchRecord::claims(m_store.runningDir())) {
-        if (claim.bottle == m_name && owners.of(claim) == m_programId && !launchers.contains(claim.pid))
+        if (claim.bottle == m_name && m_owners->of(claim) == m_programId && !launchers.contains(claim.pid))
             launchers += claim.pid;
     }
     const bool isEmpty = rest.empty() && launchers.isEmpty();
-    m_emptyLooks = isEmpty ? m_emptyLooks + 1 : 0;
+    m_emptyChecks = isEmpty ? m_emptyChecks + 1 : 0;
     if (isEmpty) {
-        if (m_emptyLooks < EmptyLooks)
+        if (m_emptyChecks < EmptyChecks)
             return;
         m_poll.stop();
         finish(Answer::of());

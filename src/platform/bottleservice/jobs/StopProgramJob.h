@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QJsonObject>
 #include <QTimer>
+#include <memory>
 
 #include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/jobs/Job.h"
 #include "bottleservice/wine/Processes.h"
+#include "bottleservice/wine/RunOwners.h"
 
 /// Ends the processes of one program, however it was started: SIGTERM first, after a second SIGKILL. Fails
 /// when some are left after two seconds.
@@ -23,10 +24,10 @@ private:
     BottleStore m_store;
     QString m_name;
     QString m_programId;
-    QJsonObject m_programs;  ///< of the bottle
+    std::unique_ptr<RunOwners> m_owners;
     Processes m_processes;
     QTimer m_poll;
     QElapsedTimer m_elapsed;
     bool m_asked = false;
-    int m_emptyLooks = 0;
+    int m_emptyChecks = 0;
 };

@@ -18,7 +18,7 @@ using Fault = Answer::Fault;
 
 namespace {
 
-constexpr int MaximumCommandCharacters = 32767;  // what Windows takes
+constexpr int MaximumCommandCharacters = 32767;  // the limit of Windows
 constexpr int MaximumIdCharacters = 128;
 
 }  // namespace
@@ -40,7 +40,7 @@ void ProcessRequests::watchPrograms() {
 
 Answer ProcessRequests::running() {
     QJsonArray programs;
-    for (const auto& [key, pids] : m_runs.look()) {
+    for (const auto& [key, pids] : m_runs.check()) {
         QJsonArray numbers;
         for (const pid_t pid : pids)
             numbers.append(pid);
@@ -50,7 +50,7 @@ Answer ProcessRequests::running() {
 }
 
 void ProcessRequests::onProgramsChanged() {
-    m_runs.lookSoon();
+    m_runs.checkSoon();
 }
 
 void ProcessRequests::killProgram(const QString& bottle, const QString& programId, const Reply& reply) {
@@ -75,7 +75,7 @@ void ProcessRequests::runCommand(const QString& bottle, const QString& commandLi
     if (RequestChecks::refuseName(bottle, reply))
         return;
     const QStringList arguments = WindowsCommandLine::split(commandLine);
-    // Wine itself would take a leading "-" for its own option.
+    // Wine would read a leading "-" as an option of its own.
     if (arguments.isEmpty() || arguments.first().startsWith('-') || commandLine.contains(QChar(0)) ||
         commandLine.size() > MaximumCommandCharacters) {
         reply(

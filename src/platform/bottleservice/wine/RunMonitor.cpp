@@ -12,9 +12,9 @@
 
 namespace {
 
-constexpr int SoonMs = 50;  // in the midst of an exec a process shows no mark
+constexpr int SoonMs = 50;  // during an exec a process has no environment
 constexpr int QuickMs = 250;
-constexpr int QuickLooks = 20;
+constexpr int QuickChecks = 20;
 constexpr int RegularMs = 2000;
 
 }  // namespace
@@ -23,56 +23,56 @@ RunMonitor::RunMonitor(const BottleStore& store, QObject* parent) : QObject(pare
     m_soon.setSingleShot(true);
     m_soon.setInterval(SoonMs);
     m_regular.setSingleShot(true);
-    connect(&m_soon, &QTimer::timeout, this, &RunMonitor::look);
-    connect(&m_regular, &QTimer::timeout, this, &RunMonitor::look);
+    connect(&m_soon, &QTimer::timeout, this, &RunMonitor::check);
+    connect(&m_regular, &QTimer::timeout, this, &RunMonitor::check);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &RunMonitor::onScript);
 }
 
 void RunMonitor::start() {
     if (!QDir().mkpath(m_store.runningDir()) || !m_watcher.addPath(m_store.runningDir()))
         qWarning() << "starts of programs will be noticed late: cannot watch" << m_store.runningDir();
-    look();
+    check();
 }
 
 void RunMonitor::onScript() {
-    m_quickLooks = QuickLooks;
-    lookSoon();
+    m_quickChecks = QuickChecks;
+    checkSoon();
 }
 
-void RunMonitor::lookSoon() {
+void RunMonitor::checkSoon() {
     if (!m_soon.isActive())
         m_soon.start();
 }
 
-const RunMonitor::Runs& RunMonitor::look() {
+const RunMonitor::Runs& RunMonitor::check() {
     std::set<pid_t> alive;
     Runs now = find(&alive);
     bool isMissing = false;
     for (const auto& run : m_runs)
         isMissing = isMissing || !now.count(run.first);
-    // A run has ended when two looks in a row have not found it.
+    // A program has ended when it was not found twice in a row.
     if (isMissing && !m_isMissing) {
         for (const auto& run : m_runs) {
             if (!now.count(run.first))
                 now[run.first] = {};
         }
-        lookSoon();
+        checkSoon();
     }
     m_isMissing = isMissing && !m_isMissing;
     change(now);
     follow(alive);
     if (alive.empty() && m_claims == 0) {
-        m_quickLooks = 0;
+        m_quickChecks = 0;
         m_regular.stop();
     } else {
-        const bool isQuick = m_quickLooks > 0 && --m_quickLooks > 0;
+        const bool isQuick = m_quickChecks > 0 && --m_quickChecks > 0;
         m_regular.setTimerType(isQuick ? Qt::CoarseTimer : Qt::VeryCoarseTimer);
         m_regular.start(isQuick ? QuickMs : RegularMs);
     }
     return m_runs;
 }
 
-/// Alive gets all that may still become something: scripts, and programs whether they are entered or not.
+/// `alive` gets all processes that may start an entered program: scripts, and programs that are not entered.
 RunMonitor::Runs RunMonitor::find(std::set<pid_t>* alive) {
     std::map<QString, std::vector<Processes::Entry>> processes;
     for (const Processes::Entry& process : m_processes.all()) {
@@ -84,28 +84,41 @@ RunMonitor::Runs RunMonitor::find(std::set<pid_t>* alive) {
     m_claims = claims.size();
     for (const LaunchRecord::Claim& claim : claims)
         processes[claim.bottle];
+    for (auto it = m_owners.begin(); it != m_owners.end();)
+        it = processes.count(it->first) ? std::next(it) : m_owners.erase(it);
     Runs runs;
     for (const auto& [bottle, entries] : processes) {
-        QString error;
-        const auto settings = m_store.check(bottle).isEmpty() ? m_store.load(bottle, &error) : std::nullopt;
-        if (!settings)
+        const RunOwners* owners = ownersIn(bottle);
+        if (!owners)
             continue;
-        const RunOwners owners(m_store.pathOf(bottle), settings->programs());
         for (const Processes::Entry& process : entries) {
             alive->insert(process.pid);
-            for (const QString& program : owners.of(process))
+            for (const QString& program : owners->of(process))
                 runs[{bottle, program}].insert(process.pid);
         }
         for (const LaunchRecord::Claim& claim : claims) {
             if (claim.bottle != bottle)
                 continue;
             alive->insert(claim.pid);
-            const QString program = owners.of(claim);
+            const QString program = owners->of(claim);
             if (!program.isEmpty())
                 runs[{bottle, program}];
         }
     }
     return runs;
+}
+
+/// Nothing for a bottle whose settings cannot be read.
+const RunOwners* RunMonitor::ownersIn(const QString& bottle) {
+    QString error;
+    const auto settings = m_store.check(bottle).isEmpty() ? m_store.load(bottle, &error) : std::nullopt;
+    if (!settings)
+        return nullptr;
+    const QJsonObject records = settings->programs();
+    const auto known = m_owners.find(bottle);
+    if (known != m_owners.end() && known->second.records() == records)
+        return &known->second;
+    return &m_owners.insert_or_assign(bottle, RunOwners(m_store.pathOf(bottle), records)).first->second;
 }
 
 /// Empty for a prefix that is none of the bottles.
@@ -139,7 +152,7 @@ void RunMonitor::follow(const std::set<pid_t>& alive) {
         if (m_followed.count(pid))
             continue;
         auto process = std::make_unique<ProcessEnd>(pid);
-        connect(process.get(), &ProcessEnd::ended, this, &RunMonitor::lookSoon);
+        connect(process.get(), &ProcessEnd::ended, this, &RunMonitor::checkSoon);
         m_followed.emplace(pid, std::move(process));
     }
 }

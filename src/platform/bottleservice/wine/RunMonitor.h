@@ -11,9 +11,10 @@
 #include "bottleservice/wine/LaunchRecords.h"
 #include "bottleservice/wine/ProcessEnd.h"
 #include "bottleservice/wine/Processes.h"
+#include "bottleservice/wine/RunOwners.h"
 
 /// Knows which of the entered programs run, however they were started (RunOwners decides which program a
-/// process belongs to). Looks again when a launch script writes a file (LaunchRecord) and when a process
+/// process belongs to). Checks again when a launch script writes a file (LaunchRecord) and when a process
 /// ends; while something runs, also regularly, since a program may start another. Stores nothing: a new
 /// service finds out by itself what runs. Owned by ProcessRequests; lives in the main thread.
 class RunMonitor : public QObject {
@@ -26,11 +27,11 @@ public:
     explicit RunMonitor(const BottleStore& store, QObject* parent = nullptr);
 
     void start();
-    /// Looks again soon, for instance after the programs of a bottle have changed.
-    void lookSoon();
-    /// Looks now and returns the running programs with their processes; a program without processes is still
+    /// Checks again soon, for instance after the programs of a bottle have changed.
+    void checkSoon();
+    /// Checks now and returns the running programs with their processes; a program without processes is still
     /// being started by its launch script.
-    const Runs& look();
+    const Runs& check();
     /// No program runs, and no launch script.
     bool isIdle() const { return m_runs.empty() && m_claims == 0; }
 
@@ -40,6 +41,7 @@ Q_SIGNALS:
 
 private:
     Runs find(std::set<pid_t>* alive);
+    const RunOwners* ownersIn(const QString& bottle);
     QString bottleOf(const Processes::Entry& process) const;
     void change(const Runs& now);
     void follow(const std::set<pid_t>& alive);
@@ -50,9 +52,10 @@ private:
     QFileSystemWatcher m_watcher;
     QTimer m_soon;
     QTimer m_regular;
-    int m_quickLooks = 0;  ///< that are left after a script has written a file
+    int m_quickChecks = 0;  ///< that are left after a script has written a file
     bool m_isMissing = false;
     int m_claims = 0;
     Runs m_runs;
     std::map<pid_t, std::unique_ptr<ProcessEnd>> m_followed;
+    std::map<QString, RunOwners> m_owners;  ///< by bottle, for those with processes or launch scripts
 };

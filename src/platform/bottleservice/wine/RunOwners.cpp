@@ -7,10 +7,17 @@
 #include "bottleservice/bottles/WindowsPath.h"
 #include "bottleservice/wine/RunningPrograms.h"
 
-RunOwners::RunOwners(const QString& bottlePath, const QJsonObject& records) : m_bottlePath(bottlePath) {
+namespace {
+
+constexpr int MaximumFiles = 1000;
+
+}  // namespace
+
+RunOwners::RunOwners(const QString& bottlePath, const QJsonObject& records)
+    : m_bottlePath(bottlePath), m_records(records) {
     for (auto record = records.begin(); record != records.end(); ++record) {
         const QJsonObject program = record.value().toObject();
-        const Program known{record.key(), realFile(program["path"].toString())};
+        const Program known{record.key(), program["path"].toString()};
         if (program["arguments"].toString().isEmpty())
             m_programs.prepend(known);
         else
@@ -18,16 +25,24 @@ RunOwners::RunOwners(const QString& bottlePath, const QJsonObject& records) : m_
     }
 }
 
-/// Empty for what is no file.
+/// Empty when there is no such file, which is looked for again the next time.
 QString RunOwners::realFile(const QString& path) const {
+    const auto known = m_files.constFind(path);
+    if (known != m_files.constEnd())
+        return *known;
     const QString file = WindowsPath::toUnix(m_bottlePath, path);
-    return file.startsWith('/') ? QFileInfo(file).canonicalFilePath() : QString();
+    const QString real = file.startsWith('/') ? QFileInfo(file).canonicalFilePath() : QString();
+    if (m_files.size() >= MaximumFiles)
+        m_files.clear();
+    if (!real.isEmpty())
+        m_files.insert(path, real);
+    return real;
 }
 
 QString RunOwners::ownerOf(const QString& path) const {
     const QString file = realFile(path);
-    const auto found = std::find_if(m_programs.begin(), m_programs.end(), [&file](const Program& program) {
-        return !file.isEmpty() && program.file == file;
+    const auto found = std::find_if(m_programs.begin(), m_programs.end(), [&](const Program& program) {
+        return !file.isEmpty() && realFile(program.path) == file;
     });
     return found == m_programs.end() ? QString() : found->id;
 }
@@ -42,8 +57,8 @@ QStringList RunOwners::of(const Processes::Entry& process) const {
     QStringList owners;
     if (marked == m_programs.end())
         owners << ownerOf(QFile::decodeName(process.file)) << ownerOf(own);
-    else if (realFile(own) == marked->file)
-        owners << mark;  // another program may have the same file and other arguments
+    else if (realFile(own) == realFile(marked->path))
+        owners << mark;  // other programs may have the same file and other arguments
     else
         owners << mark << ownerOf(own);
     owners.removeAll({});

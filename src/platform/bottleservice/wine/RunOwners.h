@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QJsonObject>
 #include <QStringList>
 #include <QVector>
@@ -9,12 +10,14 @@
 #include "bottleservice/wine/Processes.h"
 
 /// Decides which of a bottle's programs a process belongs to: the program whose id it carries, the one whose
-/// file it was started from, and the one whose executable it runs. Reads the file system to compare paths;
-/// for the main thread.
+/// file it was started from, and the one whose executable it runs. Reads the file system to compare paths and
+/// remembers the results, since RunMonitor asks every two seconds. For the main thread.
 class RunOwners {
 public:
     /// `records` are the programs by id, as bottle.yml has them.
     RunOwners(const QString& bottlePath, const QJsonObject& records);
+
+    QJsonObject records() const { return m_records; }
 
     /// The ids of the programs; more than one when a program has started another that is entered too. Empty
     /// for Wine's own helpers.
@@ -30,11 +33,13 @@ public:
 private:
     struct Program {
         QString id;
-        QString file;
+        QString path;  ///< as the record has it
     };
     QString realFile(const QString& path) const;
     QString ownerOf(const QString& path) const;
 
     QString m_bottlePath;
-    QVector<Program> m_programs;  ///< those without arguments first
+    QJsonObject m_records;
+    QVector<Program> m_programs;              ///< those without arguments first
+    mutable QHash<QString, QString> m_files;  ///< path to the real file that was found for it
 };
