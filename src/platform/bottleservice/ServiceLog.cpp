@@ -18,7 +18,7 @@ const char Format[] = "%{time}{yyyy-MM-dd HH:mm:ss.zzz} [%{type:-7}] [%{file}:%{
 void start(const QString& dataDir) {
     QLoggingCategory::setFilterRules("*.debug=false");
     Fenk::LogManager::setLogFormat(Format);
-    // A pipe that nobody empties would one day stop the service.
+    // A pipe that nobody reads would block the service.
     if (isatty(STDERR_FILENO) || qEnvironmentVariableIsSet("JOURNAL_STREAM"))
         Fenk::LogManager::registerConsoleAppender();
     auto file = std::make_unique<Fenk::RollingFileAppender>(dataDir + "/service.log");

@@ -36,7 +36,7 @@ void TemplatePrinter::print(const QString& line) {
 int TemplateCommand::check(const QString& dataDir) {
     if (TemplateRecord::isOutdated(dataDir))
         return 1;
-    // Unfinished ones are somebody's work, unless no service is there that could be at it.
+    // A running service may be making unfinished ones.
     return TemplateRecord::hasUnfinished(dataDir) && DataDirLock(dataDir).acquire(0) ? 1 : 0;
 }
 
@@ -72,7 +72,7 @@ int TemplateCommand::prepare(const QString& dataDir) {
     };
     const Fenk::UnixSignals shutdown(EndSignals, Fenk::UnixSignals::Repeated::Received);
     QObject::connect(&shutdown, &Fenk::UnixSignals::received, &templates, leave);
-    // A service waits for the directory for a shorter time than a template takes.
+    // A service does not wait for the directory as long as a template takes.
     QTimer looks;
     QObject::connect(&looks, &QTimer::timeout, &templates, [&lock, &leave] {
         if (lock.isWanted())

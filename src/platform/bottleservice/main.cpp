@@ -60,7 +60,7 @@ Arguments parse(const QCoreApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // What a worker has used for a moment is to go back when the service rests.
+    // One arena, so that memory of worker threads can be given back to the system.
     mallopt(M_ARENA_MAX, 1);
     QCoreApplication application(argc, argv);
     application.setApplicationName("lumora-wine-launcher");
@@ -93,7 +93,8 @@ int main(int argc, char** argv) {
     qInfo() << "bottle service" << application.applicationVersion() << "serves" << dataDir;
     service.watchPrograms();
 
-    // The name goes first, so that the next call starts a new service, which waits for this one's lock.
+    // The name is released first, so that the next call starts a new service, which waits for this one's
+    // lock.
     const auto close = [&] {
         qInfo() << "bottle service is ending";
         bus.unregisterService(ServiceName);
@@ -110,15 +111,15 @@ int main(int argc, char** argv) {
     TemplatePreparation preparation(service.engine(), [&] { return service.isQuiet(); });
     QObject::connect(&service, &BottleService::called, &idle, &IdleExit::touch);
     QObject::connect(&service, &BottleService::called, &preparation, &TemplatePreparation::touch);
-    // A service without its name must not begin anything: the next one waits for its lock.
+    // A service without its name must not begin any work: the next one waits for its lock.
     QObject::connect(&idle, &IdleExit::leaving, &preparation, &TemplatePreparation::stop);
     QObject::connect(&idle, &IdleExit::leaving, &application, [&] { bus.unregisterService(ServiceName); });
     QObject::connect(&idle, &IdleExit::left, &application, close);
     preparation.start();
-    // The bus going away is the end of the session.
+    // The bus disconnects at the end of the session.
     bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &shutdown,
                 SIGNAL(received()));
     const int code = application.exec();
-    QThreadPool::globalInstance()->waitForDone();  // while the lock still keeps the next service away
+    QThreadPool::globalInstance()->waitForDone();  // before the lock is released for the next service
     return code;
 }

@@ -51,13 +51,14 @@ QString programOf(const QString& command) {
     return isFull && !ExecutableRules::isOfWine(path) ? path : QString();
 }
 
-/// Texts that stand in a program's resources ("@x.dll,-5") are of no use.
+/// Texts of a program's resources ("@x.dll,-5") cannot be read.
 QString plain(const QString& text) {
     return text.startsWith('@') || text.contains("%") ? QString()
                                                       : text.simplified().left(MaximumTextCharacters);
 }
 
-/// What the machine knows of an extension stands above what a Windows program says of it.
+/// The machine's MIME type of an extension takes precedence over the one that a Windows program has
+/// registered.
 QString mimeOf(const QString& extension, const QString& contentType) {
     const QMimeType known = QMimeDatabase().mimeTypeForFile('x' + extension, QMimeDatabase::MatchExtension);
     if (!known.isDefault())

@@ -85,7 +85,7 @@ QStringList onUsersDesktop(const QString& bottlePath) {
     return files;
 }
 
-/// Nothing for one that is older, or that makes no sense.
+/// Nothing for an older or invalid shortcut.
 std::optional<ShellLink> readLink(const QString& path, const QDateTime& since) {
     QFile file(path);
     if (QFileInfo(path).lastModified().toSecsSinceEpoch() < since.toSecsSinceEpoch() ||
@@ -114,7 +114,7 @@ QStringList filesBeside(const QString& bottlePath, const QJsonObject& programs, 
     QStringList names;
     const QString windows = QFileInfo(bottlePath + "/drive_c/windows").canonicalFilePath();
     for (const QString& folder : foldersOf(bottlePath, programs)) {
-        // Wine's own directory is no program's.
+        // Programs in Wine's own directory are left out.
         if (folder == windows || folder.startsWith(windows + '/'))
             continue;
         for (const QString& name :
@@ -160,7 +160,7 @@ QVector<Shortcut> shortcuts(const QString& bottlePath, const QDateTime& since) {
 }
 
 void clearUsersDesktop(const QString& bottlePath, const QDateTime& since) {
-    // A bottle can lead its desktops anywhere; only the user's own is cleared.
+    // A bottle's desktops may be links to anywhere; only the user's own desktop is cleared.
     const QDir desktop(QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
     const QString own = resolvedAll(bottlePath, {"users/Public/Desktop"}).value(0);
     if (own.isEmpty() || desktop == QDir::home())

@@ -17,8 +17,8 @@ bool isRealDirectory(const QString& path) {
     return info.isDir() && !info.isSymLink();
 }
 
-/// Whatever has the name makes the directory a bottle: one whose settings are a link, a pipe or a directory
-/// is damaged, and can be deleted.
+/// A bottle.yml of any type makes the directory a bottle. If it is a link, a pipe or a directory, the bottle
+/// is damaged and can be deleted.
 bool hasSettings(const QString& directory) {
     const QFileInfo info(directory + SettingsFile);
     return info.isSymLink() || info.exists();
@@ -102,7 +102,7 @@ bool BottleStore::save(const QString& name, const BottleYaml& settings, QString*
 
 bool BottleStore::saveTo(const QString& directory, const BottleYaml& settings, QString* error) {
     const QByteArray text = settings.toText();
-    // What could not be read again would lock its owner out of the bottle.
+    // Settings that cannot be read back would make the bottle unusable.
     QString fault;
     YamlText::parse(text, &fault);
     if (text.size() > YamlText::MaximumBytes || !fault.isEmpty()) {

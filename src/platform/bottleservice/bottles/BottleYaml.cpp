@@ -16,7 +16,7 @@ struct KnownKey {
     Kind kind;
 };
 
-// "Path" is known so that a hand-written one never reaches a reader with another type.
+// "Path" is listed so that a hand-written one has the type that readers expect.
 const KnownKey BottleKeys[] = {
     {"Name", Kind::Text},
     {"Path", Kind::Text},
@@ -127,7 +127,8 @@ QJsonObject BottleYaml::record() const {
                 programs.insert(id, renderProgram(entry.second, id));
         }
     }
-    // Left out where entries are there that nobody can read: an empty list means that a bottle may go.
+    // Left out when entries exist that cannot be read: an empty list would mean that the bottle may be
+    // deleted.
     if (entries.IsMap() && (!programs.isEmpty() || entries.size() == 0))
         record.insert("External_Programs", programs);
     if (!record.contains("Installed_Dependencies"))
@@ -199,7 +200,7 @@ YAML::Node BottleYaml::mapping(const char* key) {
     return m_root[key];
 }
 
-// Never the non-const operator: it would add the key.
+// Not the non-const operator, which would add the key.
 YAML::Node BottleYaml::valueOf(const char* key) const {
     const YAML::Node root = m_root;
     const YAML::Node value = root[key];

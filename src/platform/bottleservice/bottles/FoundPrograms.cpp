@@ -63,7 +63,7 @@ QStringList FoundPrograms::likely(const QString& bottlePath, QStringList files) 
         return std::make_pair(depth(one), one) < std::make_pair(depth(other), other);
     });
     QStringList kept;
-    QStringList folders;  // whose subfolders hold parts of a program that is kept
+    QStringList folders;  // whose subfolders belong to a program in the list
     for (const QString& file : qAsConst(files)) {
         if (kept.size() == MaximumLikely)
             break;

@@ -60,7 +60,7 @@ QByteArray render(const QJsonObject& form, const QJsonObject& record, const QJso
                                      {"DLL_Overrides", "DLL_Overrides"},
                                      {"Font_Replacements", "Font_Replacements"},
                                      {"Dependencies", "Installed_Dependencies"}});
-    // A path outside the bottle would tell of the user's home and lead nowhere elsewhere.
+    // A path outside the bottle would reveal the user's home and be useless elsewhere.
     QJsonObject shown = program;
     const QString path = program["path"].toString();
     if (!WindowsPath::isWindowsPath(path) || !path.startsWith("c:", Qt::CaseInsensitive))

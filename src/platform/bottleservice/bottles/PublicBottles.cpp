@@ -13,7 +13,7 @@ namespace {
 constexpr qint64 MaximumTableBytes = 1024 * 1024;
 
 bool matchesWildcard(const QString& pattern, const QString& text) {
-    // File names hold no "/", but values of an inspection may, and "*" shall cross it.
+    // "*" must also match "/", which values of an inspection may contain.
     QString expression = QRegularExpression::escape(pattern);
     expression.replace("\\*", ".*").replace("\\?", ".");
     return QRegularExpression("\\A" + expression + "\\z", QRegularExpression::CaseInsensitiveOption |

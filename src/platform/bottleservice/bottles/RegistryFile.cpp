@@ -11,7 +11,7 @@ constexpr int MaximumHexDigits = 4;
 constexpr int MaximumLineBytes = 4096;
 constexpr int MaximumKeys = 50000;
 
-/// A quoted text from the quote on; moves behind the closing quote. Null if it is none.
+/// Reads a quoted text and moves behind the closing quote. Null if there is none.
 QString unquoted(const QByteArray& line, int* at, char end) {
     QByteArray plain;
     QString text("");

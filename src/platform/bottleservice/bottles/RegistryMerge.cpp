@@ -13,7 +13,7 @@ namespace {
 
 constexpr qint64 MaximumBytes = 64 * 1024 * 1024;
 const char Magic[] = "WINE REGISTRY Version 2";
-/// Hardware that Wine looks up at each start.
+/// Keys of hardware, which Wine writes at each start.
 const char* const StartKeys[] = {"system\\\\currentcontrolset\\\\enum\\\\",
                                  "system\\\\currentcontrolset\\\\control\\\\class\\\\",
                                  "system\\\\currentcontrolset\\\\control\\\\video\\\\", "hardware\\\\"};
@@ -50,7 +50,7 @@ struct Registry {
     }
 };
 
-/// The first place of a letter from which no backslash takes its meaning; -1 if there is none.
+/// The position of the first such character that is not escaped by a backslash; -1 if there is none.
 int indexOfPlain(const QByteArray& line, char letter, int from) {
     for (int i = from; i < line.size(); ++i) {
         if (line[i] == '\\')

@@ -24,7 +24,7 @@ enum Flag : quint32 {
     IsUnicode = 0x80,
 };
 
-/// Reads within a part of the file; what lies outside reads as 0 or empty.
+/// Reads within a part of the file; outside of it reads 0 or empty.
 class Bytes {
 public:
     Bytes(const char* data, qint64 size) : m_data(data), m_size(qMax<qint64>(size, 0)) {}
@@ -66,7 +66,7 @@ private:
     qint64 m_size;
 };
 
-/// Where the long name begins behind the dates; later Windows versions put more ahead of it.
+/// The offset of the long name behind the dates; later Windows versions have more fields before it.
 qint64 longNameOffset(quint16 version) {
     return version >= 9 ? 46 : version >= 8 ? 42 : version >= 7 ? 38 : 20;
 }
@@ -98,7 +98,7 @@ QString pathOfItems(Bytes list) {
     return parts.size() > 1 ? parts.join('\\') : QString();
 }
 
-/// wide is the path in Unicode, where the file has one, narrow that of the maker's code page.
+/// `wide` is the path in Unicode, if the file has one, `narrow` the one in the code page of its maker.
 struct LinkInfo {
     QString wide;
     QString narrow;

@@ -16,7 +16,8 @@ struct TooLarge : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Copies without aliases; a few bytes of anchors can stand for billions of nodes, or for an endless tree.
+// Expands aliases with a limit: a few bytes of anchors can stand for billions of nodes, or for an endless
+// tree.
 YAML::Node copyBounded(const YAML::Node& node, int depth, int* nodes) {
     if (depth > MaximumDepth)
         throw TooLarge("it is nested too deeply");
@@ -134,7 +135,7 @@ YAML::Node parse(const QByteArray& text, QString* error) {
         *error = "it is too large";
         return {};
     }
-    // Written again, it would not be what it was.
+    // Such a text would not be read back unchanged.
     QTextCodec::ConverterState state;
     QTextCodec::codecForName("UTF-8")->toUnicode(text.constData(), text.size(), &state);
     if (state.invalidChars > 0 || state.remainingChars > 0) {

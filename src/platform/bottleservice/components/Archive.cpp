@@ -24,7 +24,7 @@ const char Cancelled[] = "the work was cancelled";
 
 struct Close {
     void operator()(archive* handle) const {
-        archive_read_free(handle);  // frees writers too
+        archive_read_free(handle);  // frees writers as well
     }
 };
 using Handle = std::unique_ptr<archive, Close>;
@@ -54,8 +54,8 @@ QString nameOf(archive_entry* entry) {
     return QString::fromUtf8(name).replace('\\', '/');
 }
 
-/// Whether a link of a real directory at that depth stays in the archive. After a name there is no "..": the
-/// name may be another link.
+/// Whether a link in a real directory at that depth stays in the archive. ".." is not allowed after a name,
+/// which may itself be a link.
 bool staysInside(const QString& target, int depth) {
     bool hasName = false;
     for (const QString& part : target.split('/', Qt::SkipEmptyParts)) {
@@ -71,7 +71,7 @@ bool isInside(const QString& name) {
            !name.split('/').contains("..");
 }
 
-/// Empty, or why the entry must not be unpacked.
+/// Returns why the entry must not be unpacked, empty if it may.
 QString objection(archive_entry* entry, const QString& name) {
     if (!isInside(name))
         return "its name leads out of the archive";
@@ -96,7 +96,7 @@ struct Budget {
     bool takeEntry() { return --entries >= 0; }
 };
 
-/// What went wrong for a writer, noting whether that was for want of room.
+/// The error of a writer; also records whether the disk was full.
 QString writeFault(archive* writer, Budget* budget) {
     budget->isDiskFull = archive_errno(writer) == ENOSPC || archive_errno(writer) == EDQUOT;
     return fault(writer);
@@ -135,7 +135,7 @@ QString unpackEntry(archive* reader, archive* writer, archive_entry* entry, cons
     if (const char* link = archive_entry_hardlink(entry))
         archive_entry_set_hardlink(entry,
                                    QFile::encodeName(root + '/' + QString::fromUtf8(link)).constData());
-    // Neither foreign owners nor special bits, and always something that can be removed again.
+    // No foreign owners or special bits, and always writable, so that it can be removed again.
     archive_entry_set_perm(entry, (archive_entry_perm(entry) & 0755) | 0600 |
                                       (archive_entry_filetype(entry) == AE_IFDIR ? 0700 : 0));
     if (archive_write_header(writer, entry) < ARCHIVE_WARN)
@@ -146,7 +146,7 @@ QString unpackEntry(archive* reader, archive* writer, archive_entry* entry, cons
     return error;
 }
 
-/// One file into memory-bounded pieces on disk.
+/// Copies one file to the disk in blocks of limited size.
 QString writeTo(archive* reader, const QString& path, Budget* budget, const std::atomic_bool& cancelled) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
@@ -215,7 +215,7 @@ private:
         if (error.isEmpty() && !isWanted) {
             error = from(path, depth + 1).text();
             QFile::remove(path);
-            // Most programs hold nothing that could be unpacked.
+            // Most programs are no archives.
             if (isProgram && !m_cancelled)
                 error.clear();
         }
@@ -239,7 +239,7 @@ Reason unpack(const QString& archivePath, const QString& directory, const std::a
     if (!failure.isEmpty())
         return failure;
     const Handle writer(archive_write_disk_new());
-    // The directory's own path is absolute, and may lead through links of the user's.
+    // The path of the directory itself is absolute and may contain links of the user.
     const QString root = QFileInfo(directory).canonicalFilePath();
     archive_write_disk_set_options(writer.get(), ARCHIVE_EXTRACT_TIME | ARCHIVE_EXTRACT_PERM |
                                                      ARCHIVE_EXTRACT_SECURE_SYMLINKS |

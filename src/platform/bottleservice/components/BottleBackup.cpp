@@ -23,7 +23,7 @@ const char Journal[] = "/journal.json";
 const char* const Registries[] = {"/system.reg", "/user.reg", "/userdef.reg"};
 constexpr qint64 MaximumJournalBytes = 4096;
 
-/// Links count as missing: what a program put there is never followed.
+/// Links count as missing, since programs can make them; they are never followed.
 bool isRealDirectory(const QString& path) {
     struct stat status = {};
     return ::lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -59,7 +59,7 @@ QString announce(const QString& bottlePath) {
     if (!isRealDirectory(bottlePath + "/drive_c") || !isRealDirectory(bottlePath + "/drive_c/windows"))
         return "The bottle has no directory drive_c/windows.";
     if (!isRealDirectory(backup))
-        QFile::remove(backup);  // what a program has put there
+        QFile::remove(backup);  // a file of a program
     if (!QDir().mkdir(backup))
         return QString("Cannot make %1.").arg(backup);
     QString error;
@@ -88,7 +88,7 @@ QString restore(const QString& bottlePath) {
     const QString windows = drive + "/windows";
     QString error;
     if (isRealDirectory(backup + "/windows")) {
-        // An installer may have put links there, or nothing.
+        // An installer may have replaced it by a link, or removed it.
         if (!isRealDirectory(drive)) {
             QFile::remove(drive);
             QDir().mkdir(drive);

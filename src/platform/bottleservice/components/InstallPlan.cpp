@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Empty, or why a recipe's own steps cannot be carried out.
+/// Returns why a recipe's own steps cannot be carried out, empty if they can.
 Reason refusalOf(const Recipe& recipe, bool hadSteps, const Sources& sources) {
     const QString name = BottleName::shown(recipe.name);
     if (recipe.steps.isEmpty())

@@ -45,7 +45,7 @@ RegistryChange valuesOf(const QString& key, const QJsonObject& values) {
     return change;
 }
 
-/// False when the words make no sense.
+/// Returns false for unknown words.
 bool readConditions(const QJsonObject& entry, RecipeStep* step) {
     static const QRegularExpression addon("\\A(wine-(gecko|mono)-[0-9.]+)?\\z");
     const QString only = entry["only"].toString();
@@ -92,7 +92,7 @@ std::optional<RecipeStep> stepOf(const QJsonObject& entry) {
     return readConditions(entry, &step) && isGood ? std::optional(step) : std::nullopt;
 }
 
-/// Nothing, and why, when a part of the entry makes no sense.
+/// Returns nothing, and the reason, when a part of the entry is invalid.
 std::optional<Recipe> recipeOf(const QString& name, const QJsonValue& value, QString* fault) {
     static const QRegularExpression verb("\\A([A-Za-z0-9][A-Za-z0-9_.]*)?\\z");
     const QJsonObject entry = value.toObject();
@@ -121,7 +121,7 @@ QStringList RecipeStep::files() const {
         return {};
     if (!archive.isEmpty())
         return {archive};
-    // Wine's own installer of packages is there; the package is not.
+    // Wine would install the package itself, but it is not there.
     return file == Installer ? arguments.filter(".msi", Qt::CaseInsensitive) : QStringList{file};
 }
 

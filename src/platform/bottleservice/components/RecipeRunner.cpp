@@ -20,15 +20,15 @@ using Kind = RecipeStep::Kind;
 namespace {
 
 constexpr int InstallerTimeoutMs = 60 * 60 * 1000;
-// What installers say for "done, after a restart" and "a newer one is there", as far as a process can pass it
-// on: 3010, 1641 and 1638 modulo 256.
+// Exit codes of installers for "done, after a restart" and "a newer version is installed": 3010, 1641 and
+// 1638 modulo 256, which is what a process can return.
 constexpr int GoodCodes[] = {0, 3010 & 0xff, 1641 & 0xff, 1638 & 0xff};
 
 QString windowsPath(const QString& path) {
     return "Z:" + QDir::toNativeSeparators(path).replace('/', '\\');
 }
 
-/// Unpacks what a step names and puts it into the prefix.
+/// Unpacks the files of a step and copies them into the prefix.
 Reason placeFiles(const RecipeStep& step, const QString& archive, const QString& directory,
                   const QString& prefix, QStringList* files, const std::atomic_bool& cancelled) {
     const Reason fault = Archive::extract(archive, step.names, directory, files, cancelled);
@@ -83,7 +83,7 @@ RecipeRunner::~RecipeRunner() {
 
 void RecipeRunner::start() {
     if (m_steps.isEmpty()) {
-        // It was planned for another Wine, which the bottle had until now.
+        // The installation was planned for the Wine that the bottle had before.
         QMetaObject::invokeMethod(
             this, [this] { finish("Nothing of it is made for the Wine of this bottle."); },
             Qt::QueuedConnection);
@@ -180,9 +180,9 @@ void RecipeRunner::unpack(const RecipeStep& step) {
         });
 }
 
-/// Does work in the background that fills a directory, which stays until the end of the step.
+/// Runs work in a worker thread that fills a directory, which exists until the end of the step.
 void RecipeRunner::inDirectory(const Work& work, std::function<void(const QStringList& files)> done) {
-    // Beside the backup, so that it goes with it after a kill.
+    // In the backup's directory, so that it is removed with it after a kill.
     const QString place = BottleBackup::pathOf(m_bottlePath);
     m_unpacked = std::make_unique<QTemporaryDir>(place + "/unpacked-XXXXXX");
     if (!m_unpacked->isValid()) {
@@ -237,8 +237,8 @@ void RecipeRunner::command(const QString& program, const QStringList& arguments,
     m_command->start(InstallerTimeoutMs);
 }
 
-/// Without the questions about Mono and Gecko that a silent installation must not ask, but with the native
-/// DLLs that earlier steps have brought.
+/// Without Wine's questions about Mono and Gecko, which would block a silent installation, and with the
+/// native DLLs of earlier steps.
 QProcessEnvironment RecipeRunner::environment() const {
     QJsonObject variables = WineEnvironment::forCreation(m_bottlePath);
     QStringList overrides{variables["WINEDLLOVERRIDES"].toString()};

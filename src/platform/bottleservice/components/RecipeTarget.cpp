@@ -14,7 +14,7 @@ QByteArray utf16(const QString& text) {
     return {reinterpret_cast<const char*>(text.utf16()), text.size() * 2};
 }
 
-/// The names stand there in UTF-16, little-endian as on every machine that Wine runs on.
+/// The names are in UTF-16, little-endian as on every machine that Wine runs on.
 QStringList addonsNamedIn(const QString& path) {
     QFile file(path);
     if (file.size() > MaximumBytes || !file.open(QIODevice::ReadOnly))
@@ -42,7 +42,7 @@ RecipeTarget RecipeTarget::of(const QString& bottlePath, const QString& wine) {
     RecipeTarget target;
     target.is64Bit = PrefixFiles::is64Bit(bottlePath);
     const QStringList directories = SlimPrefix::peDirectories(wine);
-    // An old Wine keeps its files elsewhere, and then nothing is known.
+    // An old Wine has its files elsewhere, and nothing is known about it.
     target.runs32Bit = directories.isEmpty() || Runners::runs32Bit(wine);
     for (const QString& directory : directories)
         target.addons += addonsNamedIn(directory + "/appwiz.cpl");

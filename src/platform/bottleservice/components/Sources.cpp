@@ -26,7 +26,7 @@ bool isAddress(const QJsonValue& value) {
     return pattern.match(value.toString()).hasMatch();
 }
 
-/// Null, or what is wrong with the entry of a file.
+/// Returns what is wrong with the entry of a file, or null.
 const char* faultOf(const QString& name, const QJsonObject& entry) {
     static const QRegularExpression checksum("\\A[0-9A-Fa-f]{64}\\z");
     if (!Sources::isPlainName(name))

@@ -21,7 +21,7 @@ bool isOfMachine(const QString& mime) {
     return false;
 }
 
-/// XML knows no control characters.
+/// XML does not allow control characters.
 QString printable(const QString& text) {
     QString result;
     for (const QChar& c : text)

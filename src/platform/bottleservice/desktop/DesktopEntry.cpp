@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Control characters end a line or mean nothing; a backslash begins an escape.
+/// Control characters are replaced and backslashes escaped.
 QString value(const QString& text) {
     QString line;
     for (const QChar& c : text) {

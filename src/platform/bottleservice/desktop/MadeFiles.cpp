@@ -30,7 +30,7 @@ QStringList pathsOf(const QJsonObject& record, const QString& bottle, const QStr
     return paths;
 }
 
-/// What could not be removed.
+/// Returns the paths that could not be removed.
 QStringList remove(const QString& bottle, const QStringList& paths) {
     QStringList left;
     for (const QString& path : paths) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int RetryMs = 50;
 
-/// Those who wait share a lock of their own on one byte of the file.
+/// Waiting processes hold a shared lock on one byte of the file.
 struct flock waitersLock(short type) {
     struct flock lock = {};
     lock.l_type = type;

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int GraceMs = 5000;  // the next service waits three times as long for this one's end
+constexpr int GraceMs = 5000;  // the next service waits for the lock three times as long
 
 }  // namespace
 

@@ -20,7 +20,8 @@ struct CloseDirectory {
 };
 using Directory = std::unique_ptr<DIR, CloseDirectory>;
 
-// Every level of the walk holds one descriptor; what is deeper is moved up to the root and taken from there.
+// Every level of the walk needs a descriptor; directories below the limit are moved up to the root and
+// removed from there.
 constexpr int MaximumDepth = 64;
 
 struct Removal {
@@ -46,7 +47,7 @@ std::vector<std::string> entriesOf(DIR* directory) {
     return names;
 }
 
-// An own directory without permissions must not stop its removal.
+// A directory without permissions must not prevent its removal.
 Directory openDirectory(int parent, const char* name) {
     constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
     int fd = openat(parent, name, flags);
@@ -67,8 +68,8 @@ Directory openDirectory(int parent, const char* name) {
     return directory;
 }
 
-// What a name is, not what it points to. A mount point counts even when it shows a directory of the same
-// device.
+// The type of the name itself, not of its target. A mount point counts even when it shows a directory of the
+// same device.
 struct Status {
     bool known = false;
     bool isDirectory = false;
@@ -166,7 +167,7 @@ bool remove(const QString& path, QString* error, const std::atomic_bool* stop) {
     removal.rootFd = dirfd(root.get());
     int movedBefore = 0;
     do {
-        // Each further round only serves what was moved up in the one before.
+        // Each further round removes only what the previous one has moved up.
         movedBefore = removal.moved;
         removal.firstError.clear();
         rewinddir(root.get());

@@ -23,7 +23,7 @@ QString moveInto(const QString& from, const QString& to) {
     const QByteArray source = QFile::encodeName(from);
     const QByteArray target = QFile::encodeName(to);
     int result = renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE);
-    // Some file systems cannot promise it; there an empty directory would be replaced, and nothing else.
+    // Some file systems do not support this; there an empty directory would be replaced, and nothing else.
     if (result != 0 && errno == EINVAL)
         result = rename(source.constData(), target.constData());
     if (result == 0)

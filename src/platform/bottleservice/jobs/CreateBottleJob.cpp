@@ -16,6 +16,15 @@
 #include "bottleservice/wine/LaunchData.h"
 #include "bottleservice/wine/Templates.h"
 
+namespace {
+
+Answer refusal(const Reason& reason) {
+    const QJsonObject answer{{"ok", false}, {"error", reason.text()}, {"reasons", reason.toJson()}};
+    return Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact));
+}
+
+}  // namespace
+
 CreateBottleJob::CreateBottleJob(const BottleStore& store, const QString& name, const QString& runner,
                                  const Runners& runners, Templates* templates, Reclaimer* reclaimer,
                                  Reply reply)
@@ -26,11 +35,6 @@ CreateBottleJob::CreateBottleJob(const BottleStore& store, const QString& name, 
       m_runners(runners),
       m_templates(templates),
       m_reclaimer(reclaimer) {}
-
-Answer CreateBottleJob::refusal(const Reason& reason) {
-    const QJsonObject answer{{"ok", false}, {"error", reason.text()}, {"reasons", reason.toJson()}};
-    return Answer::of(QJsonDocument(answer).toJson(QJsonDocument::Compact));
-}
 
 void CreateBottleJob::start() {
     const BottleStore::State state = m_store.state(m_name);

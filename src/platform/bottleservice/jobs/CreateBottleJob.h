@@ -24,9 +24,6 @@ public:
     void start() override;
     void cancel() override;
 
-    /// The answer that a failure gets.
-    static Answer refusal(const Reason& reason);
-
 private:
     void onTemplate(const QString& path, const Reason& reason);
     void onCopied(const QString& errorText);

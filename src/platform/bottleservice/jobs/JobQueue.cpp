@@ -17,7 +17,7 @@ void JobQueue::add(const QString& bottle, std::unique_ptr<Job> job) {
 
 void JobQueue::startFirst(const QString& bottle) {
     Job* job = m_lines.value(bottle)->front().get();
-    // Queued: the job is on the stack when it says that it has finished.
+    // Queued: the job is still on the stack when it emits finished().
     connect(
         job, &Job::finished, this, [this, bottle] { removeFirst(bottle); }, Qt::QueuedConnection);
     job->start();

@@ -40,7 +40,7 @@ Answer failed(const QString& errorText) {
     return Answer::failure(Fault::Failed, errorText);
 }
 
-/// For file names: a key may hold signs that they cannot.
+/// A name for files: keys may contain characters that file names cannot.
 QString digest(const QString& key) {
     return QString::fromLatin1(QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Md5).toHex());
 }
@@ -60,7 +60,7 @@ DesktopRequests::DesktopRequests(BottleEngine* engine, BottleRequests* bottles, 
             [this](const QString& bottle, const QString& id) { m_made.undo(bottle, id); });
     connect(programs, &ProgramRequests::programUpdated, this,
             [this](const QString& bottle, const QString& id) {
-                // What the user has removed by hand stays away.
+                // Entries that the user has removed by hand are not made again.
                 QStringList places;
                 for (const QString& path : m_made.existing(bottle, id))
                     places += QFileInfo(path).path();
@@ -77,7 +77,7 @@ DesktopRequests::DesktopRequests(BottleEngine* engine, BottleRequests* bottles, 
 
 void DesktopRequests::recover() {
     m_made.removeUnfinished();
-    // A disk that is not there now has not lost its bottles.
+    // An unmounted disk does not mean that the bottles are deleted.
     if (!QDir(m_engine->bottles().store().root()).isReadable() ||
         m_engine->bottles().store().names().isEmpty())
         return;
@@ -106,7 +106,7 @@ Answer DesktopRequests::writeEntry(const QString& bottle, const QString& program
     const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
         return failure;
-    // An id that somebody wrote into bottle.yml by hand could be a path.
+    // An id that was written into bottle.yml by hand could be a path.
     if (!settings->hasProgram(programId) || !Programs::isProgramId(programId))
         return RequestChecks::noProgram(bottle, programId);
     const QJsonObject program = settings->program(programId);

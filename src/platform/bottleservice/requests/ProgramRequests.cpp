@@ -63,7 +63,7 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
         return Answer::failure(Fault::InvalidArgs, error);
     if (!isNew && record == settings->program(id))
         return Answer::of();
-    // Only what was given: the rest stays as it was written.
+    // Writes only the given keys; the others stay as they are in the file.
     settings->setProgram(id, isNew ? record : given);
     if (!m_engine->bottles().save(bottle, *settings, &error))
         return Answer::failure(Fault::Failed, error);
@@ -79,7 +79,7 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
     return Answer::of();
 }
 
-/// A file that was opened from anywhere looks in the library as it did in its banner.
+/// Gives a program that was entered without an icon the icon of its file, as its banner has it.
 void ProgramRequests::takeIcon(const QString& bottle, const QString& id, const QString& programPath) {
     const QString path = m_engine->bottles().pathOf(bottle);
     inWorker(

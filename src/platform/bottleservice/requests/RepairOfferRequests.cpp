@@ -117,7 +117,7 @@ QJsonObject RepairOfferRequests::runner(const QString& name) const {
 }
 
 QJsonObject RepairOfferRequests::fileOf(const Source& source) const {
-    // The first one is a mirror where the user has any; without an address there is nothing to show.
+    // The first address is a mirror where the user has any.
     const QString address = source.addresses.value(0);
     const QFileInfo cached(m_downloads->pathOf(source.file));
     const qint64 size = cached.isFile() ? cached.size() : source.size;
@@ -137,7 +137,7 @@ Answer RepairOfferRequests::runnersFor32Bit() const {
             installed += name;
     }
     for (const QString& name : sources.components(RunnerKind)) {
-        // So do those who publish them call the builds that need no 32-bit libraries.
+        // Publishers put "wow64" into the names of builds that need no 32-bit libraries.
         if (!present.contains(name) &&
             sources.archiveOf(RunnerKind, name).contains("wow64", Qt::CaseInsensitive))
             supported += name;

@@ -8,13 +8,13 @@ namespace {
 
 const char SecondsVariable[] = "CELLARIX_PREPARE_SECONDS";
 constexpr int DefaultSeconds = 2;
-constexpr int LookMs = 500;
+constexpr int CheckMs = 500;
 
 }  // namespace
 
 TemplatePreparation::TemplatePreparation(BottleEngine* engine, std::function<bool()> isQuiet, QObject* parent)
     : QObject(parent), m_engine(engine), m_isQuiet(std::move(isQuiet)) {
-    connect(&m_timer, &QTimer::timeout, this, &TemplatePreparation::look);
+    connect(&m_timer, &QTimer::timeout, this, &TemplatePreparation::check);
 }
 
 void TemplatePreparation::start() {
@@ -30,7 +30,7 @@ void TemplatePreparation::touch() {
     if (!m_timer.isActive())
         return;
     if (m_hasBegun)
-        QTimer::singleShot(0, this, &TemplatePreparation::look);  // once the work is in its queue
+        QTimer::singleShot(0, this, &TemplatePreparation::check);  // when the request is in its queue
     else
         m_timer.start();
 }
@@ -39,7 +39,7 @@ void TemplatePreparation::stop() {
     m_timer.stop();
 }
 
-void TemplatePreparation::look() {
+void TemplatePreparation::check() {
     if (!m_timer.isActive())
         return;
     if (m_engine->isClosing()) {
@@ -49,7 +49,7 @@ void TemplatePreparation::look() {
     Templates* templates = m_engine->templates();
     if (!m_isQuiet()) {
         templates->pausePreparation();
-        m_timer.start(qMax(LookMs, m_timer.interval()));
+        m_timer.start(qMax(CheckMs, m_timer.interval()));
         return;
     }
     if (m_hasBegun) {
@@ -62,6 +62,6 @@ void TemplatePreparation::look() {
         return;
     }
     m_hasBegun = true;
-    m_timer.start(LookMs);
+    m_timer.start(CheckMs);
     templates->prepare(*runner, this, [this](const QString&, const Reason&) { stop(); });
 }

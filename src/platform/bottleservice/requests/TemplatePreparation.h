@@ -27,7 +27,7 @@ public Q_SLOTS:
     void stop();
 
 private:
-    void look();
+    void check();
 
     BottleEngine* m_engine;
     std::function<bool()> m_isQuiet;

@@ -54,7 +54,7 @@ void TemplateRequests::renewBottles() {
     for (const QString& bottle : bottles) {
         Q_EMIT progress(QString("Bringing the bottle \"%1\" up to date.").arg(BottleName::shown(bottle)));
         m_engine->renew(bottle);
-        // In the same line, so it comes when the bottle is done.
+        // In the same queue, so it answers when the bottle is up to date.
         m_engine->enqueue(
             bottle,
             [self = QPointer<TemplateRequests>(this)](const Answer& answer) {

@@ -73,7 +73,7 @@ Reason& Reason::operator+=(const Reason& other) {
 QString Reason::Part::text() const {
     if (code == NoCode)
         return arguments.first();
-    // In one go: an argument may hold "%1" itself.
+    // All at once, since an argument may contain "%1" itself.
     QString text = formatOf(code).text;
     for (int i = arguments.size(); i > 0; --i)
         text.replace(QString("%%1").arg(i), QString(QChar(0xe000 + i)));

@@ -10,7 +10,7 @@ const QLatin1String MenuBuilder("winemenubuilder.exe");
 }  // namespace
 
 bool DllOverrides::isName(const QString& name) {
-    // Nothing that would break out of the variable, and no directory.
+    // No character that could end the entry, and no directory.
     static const QRegularExpression pattern("\\A\\*?[^;=,\"*/\\\\:[:cntrl:]]+\\z");
     return name.size() <= 255 && name == name.trimmed() && pattern.match(name).hasMatch();
 }

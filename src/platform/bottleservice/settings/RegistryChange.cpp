@@ -18,14 +18,14 @@ QString dword(quint32 number) {
     return QString("dword:%1").arg(number, 8, 16, QChar('0'));
 }
 
-/// A line that ends too soon would begin another entry.
+/// An unescaped line end would begin another entry.
 bool isOneLine(const QString& text) {
     return !text.contains('\n') && !text.contains('\r') && !text.contains(QChar(0));
 }
 
 }  // namespace
 
-// Wine reads the first and keeps the second for programs that ask there.
+// Wine reads the first value; the second is for programs that read it.
 RegistryChange RegistryChange::dpi(int dpi) {
     const QString value = dword(quint32(dpi));
     RegistryChange change;

@@ -11,15 +11,15 @@ namespace {
 
 constexpr int MaximumEntries = 500000;
 
-/// Paths in lower case. Windows has no case, and installers create directories in whatever they like.
+/// Paths in lower case, since case does not matter in Windows.
 const char* const Expected[] = {
-    // Of the service and the application.
+    // Files of the service and the application.
     "^(bottle\\.yml|launch\\.json|assosiate\\.json|fileinfo\\.cache)$",
     "^(logs|icons)/",
-    // Of Wine: the registry, also one whose writing was cut short, and what its processes note there.
+    // Files of Wine: the registry, also an unfinished one, and what its processes write there.
     "^((system|user|userdef)\\.reg|reg[0-9a-f]+\\.tmp)$",
     "^(wineserver|\\.update-timestamp)$",
-    // What Wine's plug and play and its spooler make when a bottle is used, if the template was ready before.
+    // Files of Wine's plug and play and spooler, which may be made after the template.
     "^drive_c/windows/inf/[^/]*\\.pnf$",
     "^drive_c/windows/system32/spool/",
     // Logs and temporary files of Windows itself.
@@ -29,8 +29,8 @@ const char* const Expected[] = {
     "^drive_c/users/[^/]+/appdata/local/microsoft/windows/(inetcookies|inetcache|history|temporary internet "
     "files)/",
     "^drive_c/users/[^/]+/(local settings/)?(cookies|history|temporary internet files)/index\\.dat$",
-    // What a killed installer leaves in the user's directory for temporary files. Whatever has a name of its
-    // own there may be a program that was unpacked.
+    // What a killed installer leaves in the user's directory for temporary files. Anything with a proper name
+    // there may be a program that was unpacked.
     "^drive_c/users/[^/]+/(appdata/local/|local settings/)?temp/(~[^/]*|[^/]*\\.(tmp|log))(/|$)",
 };
 
@@ -41,7 +41,7 @@ QRegularExpression expectedPattern() {
     return QRegularExpression(parts.join('|'));
 }
 
-/// Some of Wine's own files may come into a bottle after the template was made.
+/// Some of Wine's own files may be added to a bottle after the template was made.
 bool isOfWine(const QString& relative, const QFileInfo& file) {
     return relative.startsWith("drive_c/windows/", Qt::CaseInsensitive) &&
            BottleScan::isOfWine(file.filePath());

@@ -10,7 +10,7 @@ namespace {
 constexpr int ServerTimeoutMs = 1500;
 constexpr int KillTimeoutMs = 2500;
 constexpr int PollMs = 20;
-constexpr int EmptyLooks = 3;  // in the midst of an exec a process shows no mark
+constexpr int EmptyChecks = 3;  // during an exec a process has no environment
 
 }  // namespace
 
@@ -29,7 +29,7 @@ void BottleStopper::start() {
         startKilling();
         return;
     }
-    // It answers with an error when nothing ran, which is as good.
+    // Its exit code does not matter: it is an error when nothing ran.
     m_command =
         new WineCommand(m_wineserver, {"-k"}, WineEnvironment::forProcess({{"WINEPREFIX", m_prefix}}), this);
     connect(m_command, &WineCommand::finished, this, startKilling);
@@ -43,8 +43,8 @@ void BottleStopper::killRest() {
         ::kill(launcher, SIGKILL);
     Processes::signal(rest, SIGKILL);
     const bool isEmpty = rest.empty() && launchers.isEmpty();
-    m_emptyLooks = isEmpty ? m_emptyLooks + 1 : 0;
-    if (m_emptyLooks < EmptyLooks && m_elapsed.elapsed() < KillTimeoutMs)
+    m_emptyChecks = isEmpty ? m_emptyChecks + 1 : 0;
+    if (m_emptyChecks < EmptyChecks && m_elapsed.elapsed() < KillTimeoutMs)
         return;
     m_poll.stop();
     Q_EMIT finished(isEmpty);

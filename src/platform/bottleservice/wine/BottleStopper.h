@@ -37,7 +37,7 @@ private:
     QString m_wineserver;
     Processes m_processes;
     std::function<QVector<pid_t>()> m_launchers = [] { return QVector<pid_t>(); };
-    int m_emptyLooks = 0;
+    int m_emptyChecks = 0;
     WineCommand* m_command = nullptr;
     QTimer m_poll;
     QElapsedTimer m_elapsed;

@@ -11,8 +11,7 @@ namespace {
 
 constexpr int MaximumLogNameCharacters = 64;
 
-// The bottle's programs may have put anything in there; a link would make this process write to where it
-// points.
+// The bottle's programs may have put a link there, which must not be followed.
 QString usableLogFile(const QString& bottlePath, const QString& name) {
     const QString directory = bottlePath + "/logs";
     if (!QFileInfo::exists(directory))

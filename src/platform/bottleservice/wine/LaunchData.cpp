@@ -24,7 +24,7 @@ void insertAll(QJsonObject* variables, std::initializer_list<std::pair<const cha
         variables->insert(name, value);
 }
 
-/// Size and time of bottle.yml, so that every edit by hand is noticed, also one that brings an older file.
+/// Size and time of bottle.yml tell of every edit by hand, also when an older file was copied over it.
 QJsonObject stampOf(const QString& directory) {
     struct stat status = {};
     if (::stat(QFile::encodeName(directory + "/bottle.yml").constData(), &status) != 0)
@@ -52,7 +52,7 @@ QJsonObject environment(const QString& bottlePath, const QJsonObject& record) {
     }
     if (parameters["cpu_rendering"].toBool())
         insertAll(&variables, {{"LIBGL_ALWAYS_SOFTWARE", "1"}, {"GALLIUM_DRIVER", "llvmpipe"}});
-    // Few heaps, given back early: costs a little speed in programs with many threads.
+    // Few heaps whose memory is given back early; costs programs with many threads a little speed.
     if (parameters["mem_optimized"].toBool())
         insertAll(&variables, {{"MALLOC_ARENA_MAX", "2"}, {"MALLOC_TRIM_THRESHOLD_", "131072"}});
     if (parameters["ntsync"].toBool())

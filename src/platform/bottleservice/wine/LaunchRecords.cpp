@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qint64 MaximumBytes = 32768;  // a path, escaped
+constexpr qint64 MaximumBytes = 32768;  // enough for an escaped path
 constexpr int MaximumIdCharacters = 128;
 constexpr int MaximumNameCharacters = 255;
 

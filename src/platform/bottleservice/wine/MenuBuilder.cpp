@@ -18,7 +18,7 @@ QString MenuBuilder::removeFromStart(const QString& prefix) {
         return QString("Cannot read %1.").arg(path);
     const int section = registry.indexOf(Section);
     const int value = section < 0 ? -1 : registry.indexOf(Value, section);
-    // Of another section.
+    // It belongs to another section.
     if (value < 0 || registry.mid(section, value - section).contains("\n["))
         return {};
     const int end = registry.indexOf('\n', value + 1);

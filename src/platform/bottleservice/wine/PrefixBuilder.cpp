@@ -14,8 +14,8 @@
 namespace {
 
 constexpr int BootTimeoutMs = 300000;
-constexpr int LookMs = 50;
-constexpr int Looks = 5;          // in the midst of an exec a process shows no mark
+constexpr int RepeatMs = 50;
+constexpr int Repeats = 5;          // during an exec a process has no environment
 constexpr int FilesPercent = 90;  // copying Wine's files takes nearly all of the time
 
 int filesIn(const QString& directory) {
@@ -26,7 +26,7 @@ int filesIn(const QString& directory) {
 
 PrefixBuilder::PrefixBuilder(const Runner& runner, const QString& directory, QObject* parent)
     : QObject(parent), m_runner(runner), m_directory(directory) {
-    m_looks.setInterval(LookMs);
+    m_repeat.setInterval(RepeatMs);
 }
 
 void PrefixBuilder::start(Priority priority) {
@@ -34,7 +34,7 @@ void PrefixBuilder::start(Priority priority) {
     for (const QString& directory : SlimPrefix::peDirectories(m_runner.wine))
         m_expectedFiles += filesIn(directory);
     QProcessEnvironment environment = WineEnvironment::forProcess(WineEnvironment::forCreation(m_directory));
-    // Wine's own "is being updated" window would be the first that a user sees.
+    // No display: otherwise Wine shows a window of its own that the prefix is being updated.
     environment.remove("DISPLAY");
     environment.remove("WAYLAND_DISPLAY");
     m_boot = new WineCommand(m_runner.wine, {"wineboot.exe", "--init"}, environment, this);
@@ -64,7 +64,7 @@ void PrefixBuilder::pause() {
     qInfo() << "pausing the work in" << m_directory;
     m_isPaused = true;
     m_boot->holdTimeout();
-    lookAgain(&PrefixBuilder::stopProcesses);
+    actRepeatedly(&PrefixBuilder::stopProcesses);
 }
 
 void PrefixBuilder::resume() {
@@ -72,7 +72,7 @@ void PrefixBuilder::resume() {
         return;
     qInfo() << "going on with the work in" << m_directory;
     m_isPaused = false;
-    lookAgain(&PrefixBuilder::continueProcesses);
+    actRepeatedly(&PrefixBuilder::continueProcesses);
     m_boot->continueTimeout();
 }
 
@@ -81,19 +81,19 @@ void PrefixBuilder::raise() {
     if (!m_isLow || m_state != State::Booting)
         return;
     m_isLow = false;
-    lookAgain(&PrefixBuilder::raiseProcesses);
+    actRepeatedly(&PrefixBuilder::raiseProcesses);
 }
 
-void PrefixBuilder::lookAgain(void (PrefixBuilder::*act)()) {
-    m_looks.disconnect();
-    m_looksLeft = Looks;
-    connect(&m_looks, &QTimer::timeout, this, [this, act] {
+void PrefixBuilder::actRepeatedly(void (PrefixBuilder::*act)()) {
+    m_repeat.disconnect();
+    m_repeatsLeft = Repeats;
+    connect(&m_repeat, &QTimer::timeout, this, [this, act] {
         (this->*act)();
-        if (--m_looksLeft == 0)
-            m_looks.stop();
+        if (--m_repeatsLeft == 0)
+            m_repeat.stop();
     });
     (this->*act)();
-    m_looks.start();
+    m_repeat.start();
 }
 
 void PrefixBuilder::stopProcesses() {
@@ -110,10 +110,10 @@ void PrefixBuilder::raiseProcesses() {
         ProcessPriority::raise(entry.pid);
 }
 
-// The server lives on for a while after the last program; it would write into a directory that is gone.
+// The wineserver runs on for a while after the last program and would write into a renamed directory.
 void PrefixBuilder::onBooted(const QString& errorText) {
     resume();
-    m_looks.stop();
+    m_repeat.stop();
     m_state = State::Stopping;
     m_fault = errorText;
     if (!errorText.isEmpty() && !m_cancelled)

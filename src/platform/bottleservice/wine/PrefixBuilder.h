@@ -48,7 +48,7 @@ private:
     enum class State { Booting, Stopping };
 
     /// Acts now and a few more times, for processes that are just being started.
-    void lookAgain(void (PrefixBuilder::*act)());
+    void actRepeatedly(void (PrefixBuilder::*act)());
     void stopProcesses();
     void continueProcesses();
     void raiseProcesses();
@@ -65,6 +65,6 @@ private:
     bool m_isPaused = false;
     int m_expectedFiles = 0;
     Processes m_processes;
-    QTimer m_looks;  ///< for processes that were just being started
-    int m_looksLeft = 0;
+    QTimer m_repeat;  ///< for processes that were just being started
+    int m_repeatsLeft = 0;
 };

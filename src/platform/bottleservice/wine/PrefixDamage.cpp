@@ -15,7 +15,7 @@ namespace {
 const char* const Registries[] = {"system.reg", "user.reg", "userdef.reg"};
 const QLatin1String DriveC("dosdevices/c:");
 
-/// No directory between the prefix and the path is a link or a file; those that are missing can be made.
+/// Whether no directory between the prefix and the path is a link or a file; missing ones can be made.
 bool isReachable(const QString& prefix, const QString& relative) {
     QString path = prefix;
     const QStringList parts = relative.split('/', Qt::SkipEmptyParts);
@@ -34,7 +34,7 @@ bool isReachable(const QString& prefix, const QString& relative) {
 
 bool isDamaged(const QFileInfo& original, const QFileInfo& present) {
     if (!present.exists())
-        return true;  // or a link that leads nowhere
+        return true;  // or a dangling link
     if (!present.isFile() ||
         (present.isSymLink() && original.isSymLink() && present.symLinkTarget() == original.symLinkTarget()))
         return false;

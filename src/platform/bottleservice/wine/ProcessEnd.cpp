@@ -12,7 +12,7 @@
 namespace {
 
 constexpr int PollMs = 500;
-constexpr int StartTimeField = 19;  // counted behind the name, which may itself hold blanks
+constexpr int StartTimeField = 19;  // counted from the end of the name, which may contain blanks
 
 }  // namespace
 
@@ -47,7 +47,7 @@ QString ProcessEnd::startTime(pid_t pid) {
         return {};
     const QByteArray text = file.readAll();
     const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
-    // A process whose parent has not asked for its exit code yet has ended all the same.
+    // A zombie has ended, too.
     if (fields.first() == "Z" || fields.first() == "X")
         return {};
     return QString::fromLatin1(fields.value(StartTimeField));

@@ -25,7 +25,7 @@ QByteArray linkBaseName(const QString& path) {
     return name.endsWith(deleted) ? name.left(name.size() - deleted.size()) : name;
 }
 
-/// Of a process whose first thread has ended only its other threads tell what it is.
+/// When the first thread of a process has ended, only its other threads have its data.
 QString livingThread(const QString& process) {
     const QStringList threads = QDir(process + "/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString& thread : threads) {
@@ -96,7 +96,7 @@ QHash<QByteArray, QByteArray> Processes::parseEnvironment(const QByteArray& bloc
     QHash<QByteArray, QByteArray> variables;
     for (const QByteArray& item : block.split('\0')) {
         const int equals = item.indexOf('=');
-        // The first of two equal names is the one that getenv finds.
+        // Of two equal names the first one counts, as for getenv.
         if (equals > 0 && !variables.contains(item.left(equals)))
             variables.insert(item.left(equals), item.mid(equals + 1));
     }

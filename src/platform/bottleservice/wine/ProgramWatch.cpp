@@ -10,7 +10,7 @@
 
 namespace {
 
-/// In the midst of an exec a process shows no mark.
+/// During an exec a process has no environment.
 constexpr int SettleMs = 50;
 
 }  // namespace
@@ -51,7 +51,7 @@ void ProgramWatch::readFile(const QString& path) {
     if (record.pid != 0)
         follow(key, record.pid);
     else
-        look(key, true);
+        check(key, true);
 }
 
 void ProgramWatch::follow(const Key& key, pid_t pid) {
@@ -64,12 +64,12 @@ void ProgramWatch::follow(const Key& key, pid_t pid) {
         rest[pid].release()->deleteLater();
         rest.erase(pid);
         if (rest.empty())
-            look(key, false);
+            check(key, false);
     });
     alive.emplace(pid, std::move(process));
 }
 
-void ProgramWatch::look(const Key& key, bool isLast) {
+void ProgramWatch::check(const Key& key, bool isLast) {
     const auto found = m_runs.find(key);
     if (found == m_runs.end() || !found->second.alive.empty())
         return;
@@ -80,7 +80,7 @@ void ProgramWatch::look(const Key& key, bool isLast) {
     if (!members.empty())
         return;
     if (!isLast) {
-        QTimer::singleShot(SettleMs, this, [this, key] { look(key, true); });
+        QTimer::singleShot(SettleMs, this, [this, key] { check(key, true); });
         return;
     }
     for (const QString& file : qAsConst(run.files))

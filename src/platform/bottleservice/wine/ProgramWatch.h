@@ -41,7 +41,7 @@ private:
     void readDirectory();
     void readFile(const QString& path);
     void follow(const Key& key, pid_t pid);
-    void look(const Key& key, bool isLast);
+    void check(const Key& key, bool isLast);
 
     BottleStore m_store;
     QString m_directory;

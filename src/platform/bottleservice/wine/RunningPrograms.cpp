@@ -9,10 +9,10 @@ namespace RunningPrograms {
 namespace {
 
 constexpr int PollMs = 40;
-constexpr int EmptyLooks = 3;       // in the midst of an exec a process shows no mark
-constexpr int LoaderArguments = 3;  // an emulator and a loader may stand before the program
+constexpr int EmptyChecks = 3;      // during an exec a process has no environment
+constexpr int LoaderArguments = 3;  // an emulator and a loader may come before the program
 
-/// Besides those that serve the whole bottle.
+/// In addition to those that serve the whole bottle.
 const char* const Helpers[] = {
     "conhost.exe", "dllhost.exe",  "enum_process_window.exe", "mscorsvw.exe", "spoolsv.exe", "start.exe",
     "tabtip.exe",  "taskkill.exe", "winemenubuilder.exe",     "wineboot.exe", "winedbg.exe"};
@@ -67,7 +67,7 @@ QStringList names(const std::vector<Processes::Entry>& processes, const QStringL
         files += baseName(path).toLower();
         found += nameOf(process, path, programs);
     }
-    // A script lives as long as its program does.
+    // A launch script runs as long as its program does.
     for (const QString& word : starting) {
         const QString name = programs[word].toObject()["name"].toString();
         if (!isHelperName(word) && !files.contains(word.toLower()))
@@ -78,16 +78,16 @@ QStringList names(const std::vector<Processes::Entry>& processes, const QStringL
     return found;
 }
 
-void await(QObject* context, int limitMs, const std::function<QStringList()>& look,
+void await(QObject* context, int limitMs, const std::function<QStringList()>& findRunning,
            const std::function<void(const QStringList&)>& then) {
     auto* poll = new QTimer(context);
     QElapsedTimer since;
     since.start();
     QObject::connect(poll, &QTimer::timeout, context,
-                     [poll, since, limitMs, look, then, emptyLooks = 0]() mutable {
-                         const QStringList running = look();
-                         emptyLooks = running.isEmpty() ? emptyLooks + 1 : 0;
-                         if (running.isEmpty() ? emptyLooks < EmptyLooks : !since.hasExpired(limitMs))
+                     [poll, since, limitMs, findRunning, then, emptyChecks = 0]() mutable {
+                         const QStringList running = findRunning();
+                         emptyChecks = running.isEmpty() ? emptyChecks + 1 : 0;
+                         if (running.isEmpty() ? emptyChecks < EmptyChecks : !since.hasExpired(limitMs))
                              return;
                          poll->stop();
                          poll->deleteLater();

@@ -25,10 +25,10 @@ QString programOf(const QByteArray& commandLine);
 /// Whether it is a service or helper of Wine, or this system's window tool.
 bool isHelper(const Processes::Entry& process);
 
-/// Calls `look` until it has returned nothing for a tenth of a second, or until the limit, since a program
-/// that has closed its window ends a moment later. Then calls `then` with the last result, in the main
-/// thread, unless context has been destroyed.
-void await(QObject* context, int limitMs, const std::function<QStringList()>& look,
+/// Calls `findRunning` until it has returned nothing for a tenth of a second, or until the limit, since a
+/// program that has closed its window ends a moment later. Then calls `then` with the last result, in the
+/// main thread, unless context has been destroyed.
+void await(QObject* context, int limitMs, const std::function<QStringList()>& findRunning,
            const std::function<void(const QStringList&)>& then);
 
 }  // namespace RunningPrograms

@@ -18,7 +18,7 @@ namespace {
 const char Temporary[] = ".cellarix-new";
 constexpr qint64 MaximumTrimBytes = 64 * 1024 * 1024;
 
-/// Exchanges one of Wine's own files for a smaller one, where there is something to leave out.
+/// Replaces one of Wine's own files by a smaller one, if it has debug information.
 bool trim(const QString& path) {
     QFile file(path);
     if (file.size() > MaximumTrimBytes || !file.open(QIODevice::ReadOnly))
@@ -34,7 +34,7 @@ bool isEntry(const QFileInfo& info) {
     return info.exists() || info.isSymLink();
 }
 
-/// Every directory between the prefix and the path is a real one.
+/// Whether every directory between the prefix and the path is a real one.
 bool isInside(const QString& prefix, const QString& relative) {
     QString path = prefix;
     const QStringList parts = relative.split('/', Qt::SkipEmptyParts);

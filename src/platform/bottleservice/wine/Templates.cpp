@@ -20,7 +20,7 @@
 
 namespace {
 
-// Changes when what a template holds changes with this program.
+// Increase when this program changes the content of templates.
 constexpr int Generation = 2;
 constexpr int Threads = 2;
 constexpr int ProgressMs = 300;
@@ -55,7 +55,7 @@ QString Templates::keyOf(const Runner& runner) {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(QByteArray::number(Generation));
     addFile(&hash, runner.wine);
-    // Packages for 32 and 64 bits come and go one by one.
+    // Packages for 32 and 64 bits are installed separately.
     for (const QString& directory : SlimPrefix::peDirectories(runner.wine)) {
         for (const char* name : {"/ntdll.dll", "/kernel32.dll", "/wineboot.exe"})
             addFile(&hash, directory + name);
@@ -85,7 +85,7 @@ void Templates::obtain(const Runner& runner, QObject* context, Ready ready) {
 
 void Templates::recreate(const Runner& runner, QObject* context, Ready ready) {
     const QString key = keyOf(runner);
-    // Also when it fails: nobody shall be asked to try the same again at each start.
+    // Also on failure, so that nobody is asked to try the same again at each start.
     TemplateRecord::note(m_dataDir, {runner.name}, key);
     await(key, runner, context, std::move(ready));
 }
@@ -96,7 +96,7 @@ void Templates::await(const QString& key, const Runner& runner, QObject* context
     Build& entry = m_builds[key];
     entry.waiters.append({context, std::move(ready)});
     entry.runners.append(runner.name);
-    entry.toldPercent = -1;  // the newcomer has heard nothing yet
+    entry.toldPercent = -1;  // the new caller needs the progress so far
     if (urgency == Urgency::Awaited && !std::exchange(entry.isAwaited, true) && entry.builder) {
         qInfo() << "the template that is being prepared is needed now";
         entry.builder->raise();
@@ -222,7 +222,7 @@ void Templates::conclude(const QString& key, const QString& fault) {
     } else {
         qWarning() << "the template was not made:" << reason.text();
     }
-    // What is left of a failure, or the template that was there before.
+    // The rest of a failed template, or the old template.
     if (QFileInfo::exists(entry.directory))
         m_reclaimer->remove(entry.directory);
     for (const Waiter& waiter : entry.waiters) {

@@ -25,7 +25,7 @@ QString effectiveLocale(const QProcessEnvironment& environment) {
     return "C";
 }
 
-/// The same language first: Wine also takes the character set of old programs from it.
+/// Prefers the same language, since Wine also derives the character set of old programs from it.
 QString utf8LocaleFor(const QString& present) {
     const QString language = present.section('@', 0, 0).section('.', 0, 0);
     for (const QString& name : {language + ".UTF-8", QString("C.UTF-8"), QString("en_US.UTF-8")}) {
@@ -35,7 +35,7 @@ QString utf8LocaleFor(const QString& present) {
     return {};
 }
 
-/// The launch script holds to the same rule (characters.py).
+/// The launch script has the same rule (characters.py).
 void useUtf8(QProcessEnvironment* environment) {
     const QString present = effectiveLocale(*environment);
     const QString chosen = isUtf8(present) ? QString() : utf8LocaleFor(present);

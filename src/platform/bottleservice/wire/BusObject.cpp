@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int MaximumArgumentCharacters = 4 * 1024 * 1024;
-constexpr int ListItemCharacters = 1024;  // what an item costs at least, in the same measure
+constexpr int ListItemCharacters = 1024;  // each item counts as at least so many
 
 int sizeOf(const QVariant& argument) {
     int size = argument.toString().size();
@@ -36,7 +36,7 @@ QString errorName(Answer::Fault fault) {
     }
 }
 
-/// The English text comes first, as every client expects; behind it the same for one that knows the codes.
+/// The first argument is the English text, as every client expects; the second has the codes.
 QDBusMessage errorReply(const QDBusMessage& message, const Answer& result) {
     QDBusMessage reply = message.createErrorReply(errorName(result.fault), result.reason.text());
     reply << JsonText::compact(result.reason.toJson());
