@@ -81,7 +81,6 @@ private Q_SLOTS:
         QTest::newRow("last one, flag") << empty << true << true;
         QTest::newRow("last one, no flag") << empty << false << false;
         QTest::newRow("others left") << R"({"External_Programs":{"o":{"id":"o"}}})" << true << false;
-        QTest::newRow("no programs key") << R"({"Path":"/x"})" << true << false;
         QTest::newRow("record can't be had") << "" << true << false;
     }
     void deleteEntry() {

@@ -16,14 +16,12 @@ private Q_SLOTS:
                                                                         "okWhenIgnored");
         const QDBusMessage call = QDBusMessage::createMethodCall("a.b", "/", "a.b", "c");
         row("text", call.createReply(QString("[1]")), true, "[1]", true);
-        row("empty text", call.createReply(QString("")), true, "", true);
         row("number", call.createReply(7), true, "7", true);
         row("variant", call.createReply(QVariant::fromValue(QDBusVariant("v"))), true, "v", true);
         row("two arguments", call.createReply(QVariantList{"first", "second"}), true, "first", true);
         row("no argument", call.createReply(), false, "", true);
         row("a map", call.createReply(QVariantMap{{"a", 1}}), false, "", true);
         row("error", call.createErrorReply(QDBusError::NoReply, "gone"), false, "", false);
-        row("not a reply", call, false, "", false);
         row("nothing", QDBusMessage(), false, "", false);
     }
     void fromMessage() {

@@ -1,10 +1,6 @@
 #include <signal.h>
 
-#include <thread>
-#include <vector>
-
 #include "core/base/ToolProcess.h"
-#include "support/EnvironmentGuard.h"
 #include "support/Table.h"
 
 using State = ToolProcess::State;
@@ -32,8 +28,6 @@ private Q_SLOTS:
             "tool crashed: .*/bin/sh");
         row("missing", "no-such-tool", {"x"}, State::FailedToStart, -1,
             "tool failed to start: \"no-such-tool\"");
-        row("no program", "", {}, State::FailedToStart, -1, "tool failed to start");
-        row("a directory", "/tmp", {}, State::FailedToStart, -1, "tool failed to start");
         row("out of PATH", "true", {}, State::Exited, 0, "");
         row("standard input is empty", "/bin/sh", {"-c", "! read -r line"}, State::Exited, 0, "");
     }
@@ -59,7 +53,6 @@ private Q_SLOTS:
 
     void largeOutput_data() {
         const TestSupport::Table<int, int> row("out", "err");
-        row("both whole", 3, 3);
         row("as much as may be", 16, 0);
         row("too much output", 40, 1);
         row("too much error", 0, 40);
@@ -77,19 +70,16 @@ private Q_SLOTS:
     }
 
     void environment() {
-        TestSupport::EnvironmentGuard guard;
-        guard.set("TOOL_TEST", "ours");
-        guard.set("TOOL_OTHER", "ours too");
-        const QString script = "printf '%s, %s' \"${TOOL_TEST-unset}\" \"${TOOL_OTHER-unset}\"";
-        QCOMPARE(shell(script).standardOutput, QByteArray("ours, ours too"));
         QProcessEnvironment own;
         own.insert("TOOL_TEST", "its own");
+        const QString script = "printf '%s, %s' \"${TOOL_TEST-unset}\" \"${HOME-unset}\"";
+        QCOMPARE(shell(script).standardOutput, "unset, " + qgetenv("HOME"));
         QCOMPARE(shell(script, {}, 30000, own).standardOutput, QByteArray("its own, unset"));
     }
 
     void timeOutKillsTheGroup() {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("tool did not end within 300 ms: .*sleep"));
-        const ToolProcess::Result result = shell("sleep 300 & echo $!; wait", {}, 300);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("tool did not end within 1500 ms: .*sleep"));
+        const ToolProcess::Result result = shell("sleep 300 & echo $!; wait", {}, 1500);
         QCOMPARE(result.state, State::TimedOut);
         QCOMPARE(result.exitCode, -1);
         const pid_t grandchild = result.standardOutput.trimmed().toInt();
@@ -108,20 +98,6 @@ private Q_SLOTS:
         const pid_t left = result.standardOutput.trimmed().toInt();
         QVERIFY(left > 0);
         QCOMPARE(::kill(left, SIGKILL), 0);
-    }
-
-    void fromManyThreads() {
-        std::atomic_int good{0};
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i) {
-            threads.emplace_back([&good, i] {
-                const QByteArray number = QByteArray::number(i);
-                good += shell("printf $1", {QString(number)}).standardOutput == number;
-            });
-        }
-        for (std::thread& thread : threads)
-            thread.join();
-        QCOMPARE(int(good), 8);
     }
 };
 

@@ -28,10 +28,7 @@ private Q_SLOTS:
         QCOMPARE(
             parseCpuModel("Architecture:   x86_64\nModel name:    A: B @ 2 GHz \nBIOS Model name: other\n"),
             QString("A: B @ 2 GHz"));
-        QCOMPARE(parseCpuModel(""), QString());
         QCOMPARE(upstreamVersion("1:21.2.6-1"), QString("21.2.6"));
-        QCOMPARE(upstreamVersion("22.3.6"), QString("22.3.6"));
-        QCOMPARE(upstreamVersion(""), QString());
     }
 
     void thisMachine() {
