@@ -1,12 +1,13 @@
-// Prints the processes and windows of a bottle once a second, and in the first minute also as soon as a window
-// appears, so that a window closed within a second is reported too. Exits when its output is closed. Format:
+// Prints the processes and windows of a bottle once a second, and in the first minute also as soon as a
+// window appears, so that a window closed within a second is reported too. Exits when its output is closed.
+// Format:
 //   ::process list
 //   id - parent's id - name
 //   ::window list
 //   id - title
 //   ::end
-// Text is UTF-8; one cycle is one write. A window is listed from the first cycle in which it is visible with an
-// area until it is destroyed: a program that hides its window in the tray is still in use.
+// Text is UTF-8; one cycle is one write. A window is listed from the first cycle in which it is visible with
+// an area until it is destroyed: a program that hides its window in the tray is still in use.
 #include <windows.h>
 
 #include <tlhelp32.h>
@@ -17,7 +18,7 @@
 namespace {
 
 constexpr DWORD IntervalMs = 1000;
-constexpr DWORD CheckMs = 100;         // between checks for a new window
+constexpr DWORD CheckMs = 100;        // between checks for a new window
 constexpr ULONGLONG QuickMs = 60000;  // duration of these checks; later programs are started from a window
 constexpr int TitleUnits = 1024;
 
