@@ -8,7 +8,8 @@ namespace TestSupport {
 
 namespace {
 constexpr int BreakMs = 60;
-}
+constexpr int SlowMs = 20;
+}  // namespace
 
 HttpServer::HttpServer() {
     m_server.listen(QHostAddress::LocalHost);
@@ -16,10 +17,14 @@ HttpServer::HttpServer() {
         QTcpSocket* socket = m_server.nextPendingConnection();
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+            static const QRegularExpression length("Content-Length: (\\d+)");
             const QByteArray request = socket->peek(65536);
-            if (!request.contains("\r\n\r\n"))
+            const int head = request.indexOf("\r\n\r\n") + 4;
+            const int wanted = length.match(QString::fromLatin1(request)).captured(1).toInt();
+            if (head < 4 || request.size() < head + wanted)
                 return;
             socket->readAll();
+            bodies += request.mid(head);
             answer(socket, request);
         });
     });
@@ -33,6 +38,15 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
     const QString fault = path.contains('/') ? path.section('/', 0, 0) : QString();
     if (fault == "silent")
         return;
+    if (fault == "moved" || fault == "loop" || fault == "away") {
+        const QByteArray target = fault == "moved"  ? '/' + path.section('/', 1).toUtf8()
+                                  : fault == "loop" ? '/' + path.toUtf8()
+                                                   : QByteArray("file:///etc/hostname");
+        socket->write("HTTP/1.1 302 Found\r\nContent-Length: 0\r\nConnection: close\r\nLocation: " + target +
+                      "\r\n\r\n");
+        socket->disconnectFromHost();
+        return;
+    }
     const QString name = path.section('/', -1);
     if (!files.contains(name)) {
         socket->write("HTTP/1.1 404 Not Found\r\nContent-Length: 4\r\nConnection: close\r\n\r\ngone");
@@ -46,13 +60,20 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
                                 : QByteArray("HTTP/1.1 200 OK\r\n");
     if (fault != "endless")
         head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+    if (fault == "packed")
+        head += "Content-Encoding: gzip\r\n";
     socket->write(head + "Connection: close\r\n\r\n");
-    socket->write(fault == "half" ? body.left(body.size() / 2) : body);
+    const bool isCut = fault == "half" || fault == "stalled" || fault == "slow";
+    socket->write(isCut ? body.left(body.size() / 2) : body);
     if (fault == "endless")
         socket->write(body + body);
-    if (fault == "half")  // what was sent has arrived by then
+    if (fault == "slow") {
+        auto* timer = new QTimer(socket);
+        connect(timer, &QTimer::timeout, socket, [socket] { socket->write("."); });
+        timer->start(SlowMs);
+    } else if (fault == "half")  // what was sent has arrived by then
         QTimer::singleShot(BreakMs, socket, &QTcpSocket::disconnectFromHost);
-    else
+    else if (fault != "stalled")
         socket->disconnectFromHost();
 }
 

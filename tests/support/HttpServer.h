@@ -10,7 +10,9 @@ namespace TestSupport {
 
 /// A web server on a free port of this machine, with the faults of real ones. Files are served under their
 /// names: "/name" whole or from a byte on, "/half/name" breaks off in the middle of what is left,
-/// "/endless/name" goes on after its end, "/silent/name" never answers, everything else is 404.
+/// "/stalled/name" sends no more from there, "/slow/name" a byte every 20 ms, "/endless/name" goes on after
+/// its end, "/silent/name" never answers, "/packed/name" claims to be compressed, "/moved/name" redirects to
+/// "/name", "/loop/name" to itself, "/away/name" to a local file, everything else is 404.
 class HttpServer : public QObject {
     Q_OBJECT
 
@@ -23,6 +25,7 @@ public:
 
     QHash<QString, QByteArray> files;
     QStringList requests;  ///< path and first byte
+    QByteArrayList bodies;
 
 private:
     void answer(QTcpSocket* socket, const QByteArray& request);
