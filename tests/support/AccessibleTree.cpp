@@ -89,19 +89,12 @@ QVector<AccessibleTree::Node> AccessibleTree::all() const {
     return nodes;
 }
 
-QStringList AccessibleTree::names() const {
-    QStringList names;
+QStringList AccessibleTree::properties(const QString& name) const {
+    QStringList values;
     for (const Node& node : all())
-        names << property(node, "Name");
-    return names;
-}
-
-QStringList AccessibleTree::descriptions() const {
-    QStringList descriptions;
-    for (const Node& node : all())
-        descriptions << property(node, "Description");
-    descriptions.removeAll(QString());
-    return descriptions;
+        values << property(node, name);
+    values.removeAll(QString());
+    return values;
 }
 
 bool AccessibleTree::press(const QString& name, int timeoutMs) const {

@@ -13,10 +13,9 @@ public:
     AccessibleTree();
     ~AccessibleTree();
 
-    /// The names of all visible objects, depth first.
-    QStringList names() const;
-    /// Their descriptions that are not empty.
-    QStringList descriptions() const;
+    /// The names or descriptions, where they are not empty, of all visible objects, depth first.
+    QStringList names() const { return properties("Name"); }
+    QStringList descriptions() const { return properties("Description"); }
     /// Waits for a visible, enabled button of that name and presses it. False when there is none in time.
     bool press(const QString& name, int timeoutMs = 20000) const;
 
@@ -31,6 +30,7 @@ private:
     QVector<Node> all() const;
     void collect(const Node& node, int depth, QVector<Node>* found) const;
     QString property(const Node& node, const QString& name) const;
+    QStringList properties(const QString& name) const;
     bool isIn(uint states, const Node& node) const;
 
     QDBusConnection m_bus;

@@ -80,9 +80,7 @@ INSTALLERS = {
 # Launchers of different versions; publishers replace some of the texts by their own.
 INSTALLSHIELD = [
     described(CompanyName="Stirling Technologies, Inc.", FileDescription="Setup Launcher", ProductName="InstallShield"),
-    described(CompanyName="InstallShield Software Corporation", FileDescription="32-bit Setup Launcher"),
     described(CompanyName="InstallShield Software Corporation", FileDescription="PackageForTheWeb Stub"),
-    described(ProductName="InstallShield (R)", FileDescription="InstallShield (R) Setup Launcher"),
     described(CompanyName="Macrovision Corporation", FileDescription="Setup.exe", OriginalFilename="Setup.exe"),
     described(CompanyName="Contoso", LegalCopyright="Copyright (C) 2009 Acresso Software Inc.",
               FileDescription="Setup Launcher Unicode"),
