@@ -75,6 +75,14 @@ std::string utf8(const QString& text) {
 
 }  // namespace
 
+BottleYaml::BottleYaml(const YAML::Node& root) : m_root(std::make_unique<YAML::Node>(root)) {}
+
+BottleYaml::BottleYaml(BottleYaml&& other) noexcept = default;
+
+BottleYaml& BottleYaml::operator=(BottleYaml&& other) noexcept = default;
+
+BottleYaml::~BottleYaml() = default;
+
 std::optional<BottleYaml> BottleYaml::parse(const QByteArray& text, QString* error) {
     const YAML::Node root = YamlText::parse(text, error);
     if (!error->isEmpty())
@@ -112,11 +120,11 @@ BottleYaml BottleYaml::fresh(const QString& name, const QString& runner, const Q
 }
 
 QByteArray BottleYaml::toText() const {
-    return YamlText::dump(m_root);
+    return YamlText::dump(*m_root);
 }
 
 QJsonObject BottleYaml::record() const {
-    QJsonObject record = render(m_root, BottleKeys);
+    QJsonObject record = render(*m_root, BottleKeys);
     record.insert("Parameters", render(valueOf("Parameters"), ParameterKeys));
     QJsonObject programs;
     const YAML::Node entries = valueOf("External_Programs");
@@ -164,7 +172,7 @@ void BottleYaml::setProgram(const QString& id, const QJsonObject& record) {
 }
 
 bool BottleYaml::removeProgram(const QString& id) {
-    return hasProgram(id) && m_root["External_Programs"].remove(utf8(id));
+    return hasProgram(id) && (*m_root)["External_Programs"].remove(utf8(id));
 }
 
 RegistryChange BottleYaml::pendingRegistry() const {
@@ -175,11 +183,11 @@ void BottleYaml::setPendingRegistry(const RegistryChange& change) {
     if (!change.isEmpty())
         set("Pending_Registry", change.toJson());
     else if (valueOf("Pending_Registry").IsDefined())
-        m_root.remove("Pending_Registry");
+        m_root->remove("Pending_Registry");
 }
 
 void BottleYaml::set(const char* key, const QJsonValue& value) {
-    m_root[key] = YamlText::fromJson(value);
+    (*m_root)[key] = YamlText::fromJson(value);
 }
 
 void BottleYaml::setIn(const char* map, const QString& key, const QJsonValue& value) {
@@ -188,21 +196,21 @@ void BottleYaml::setIn(const char* map, const QString& key, const QJsonValue& va
 
 void BottleYaml::removeFrom(const char* map, const QString& key) {
     if (valueOf(map).IsMap())
-        m_root[map].remove(utf8(key));
+        (*m_root)[map].remove(utf8(key));
 }
 
 YAML::Node BottleYaml::mapping(const char* key) {
     if (!valueOf(key).IsMap()) {
-        if (m_root[key] && !m_root[key].IsNull())
+        if ((*m_root)[key] && !(*m_root)[key].IsNull())
             qWarning() << key << "was no mapping and is replaced";
-        m_root[key] = YAML::Node(YAML::NodeType::Map);
+        (*m_root)[key] = YAML::Node(YAML::NodeType::Map);
     }
-    return m_root[key];
+    return (*m_root)[key];
 }
 
 // Not the non-const operator, which would add the key.
 YAML::Node BottleYaml::valueOf(const char* key) const {
-    const YAML::Node root = m_root;
+    const YAML::Node root = *m_root;
     const YAML::Node value = root[key];
     return value ? value : YAML::Node(YAML::NodeType::Null);
 }

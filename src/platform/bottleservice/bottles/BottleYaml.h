@@ -1,12 +1,15 @@
 #pragma once
 
-#include <yaml-cpp/yaml.h>
-
 #include <QDateTime>
 #include <QJsonObject>
+#include <memory>
 #include <optional>
 
 #include "bottleservice/settings/RegistryChange.h"
+
+namespace YAML {
+class Node;
+}
 
 /// The content of a bottle.yml. Unknown keys and the order of keys survive a change; comments do not. A value
 /// of the wrong type reads as the empty value of its key and stays in the file until that key is written.
@@ -19,10 +22,9 @@ public:
     /// The file of a new bottle.
     static BottleYaml fresh(const QString& name, const QString& runner, const QDateTime& now);
 
-    BottleYaml(BottleYaml&&) = default;
-    BottleYaml& operator=(BottleYaml&&) = default;
-    BottleYaml(const BottleYaml&) = delete;
-    BottleYaml& operator=(const BottleYaml&) = delete;
+    BottleYaml(BottleYaml&& other) noexcept;
+    BottleYaml& operator=(BottleYaml&& other) noexcept;
+    ~BottleYaml();
 
     QByteArray toText() const;
 
@@ -52,9 +54,9 @@ public:
     bool removeProgram(const QString& id);
 
 private:
-    explicit BottleYaml(const YAML::Node& root) : m_root(root) {}
+    explicit BottleYaml(const YAML::Node& root);
     YAML::Node valueOf(const char* key) const;
     YAML::Node mapping(const char* key);
 
-    YAML::Node m_root;
+    std::unique_ptr<YAML::Node> m_root;  ///< null only after a move
 };
