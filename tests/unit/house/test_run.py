@@ -26,7 +26,7 @@ class RunWithoutDisplay(unittest.TestCase):
         self.tmp = pathlib.Path(directory.name)
         for name in ("scripts", "runtime", "prefix/files/bin", "home/.config/lumora/cellarix", "sub"):
             (self.tmp / name).mkdir(parents=True, mode=0o700)
-        for name in ("session", "run-app"):
+        for name in ("session", "session_environment.py", "run-app"):
             shutil.copy(ROOT / "scripts" / name, self.tmp / "scripts")
         program = self.tmp / "prefix/files/bin/cellarix"
         program.write_text(STAND_IN, encoding="utf-8")
