@@ -7,6 +7,7 @@
 #include "LaunchFixture.h"
 #include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
+#include "launch/LaunchWindows.h"
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
 #include "launch/bottle/PrivateBottleName.h"

@@ -1,24 +1,24 @@
 #pragma once
 
 #include <QDateTime>
-#include <QFuture>
-#include <QObject>
+#include <QPointer>
 #include <functional>
 
-#include "launch/LaunchWindows.h"
-#include "launch/MsgType.h"
+#include "launch/run/LaunchRecorder.h"
+#include "launch/run/LaunchedProgram.h"
 
+class ConfigWindowSession;
 class ExeFileExecutor;
-class LogsWidget;
+class LaunchView;
 class RepairAssistant;
 class WineExeLaunchBanner;
 
-/// One visible launch: owns the executor, the banner and the lines of the launch, decides what a result means
-/// for the library, and writes the launch's record. Created by the application object, which keeps it under
-/// id() until emit_finished; the runner deletes itself after that signal.
+/// One visible launch: owns the executor, the banner and the log of the launch, and decides what a result
+/// means for the library and for the bottle. Created by the application, which keeps it under id() until
+/// emit_finished; the runner deletes itself after that signal. GUI thread.
 ///
-/// The banner is up while the program has no window of its own; a failed launch waits in it for the user, who
-/// repairs, looks closer or closes it.
+/// The banner is shown while the program has no window of its own. After a failure it stays until the user
+/// repairs, opens the configuration or closes it.
 class ExeFileRunner : public QObject {
     Q_OBJECT
 public:
@@ -26,23 +26,24 @@ public:
     ExeFileRunner(const QString& bottle, const QString& programUuid, QObject* parent);
     ~ExeFileRunner() override;
 
-    /// 0 when the launch is under way, -1 for a bad file, and when the bottle that has been chosen is not
-    /// free.
-    int run(const std::function<bool(const QString&)>& isFree = {});
-    /// The same for a file that is to be looked at in the configuration window first. Runs an event loop
-    /// while its bottle is made.
+    /// Launches the file. 0 when the launch is under way, -1 for a bad file or when `isFree` says that the
+    /// chosen bottle is in use.
+    int run(const std::function<bool(const QString& bottle)>& isFree = {});
+    /// Opens the file in the configuration window instead. Results as for run(), and -1 without such a
+    /// window. Runs an event loop while the bottle is made.
     int runInBottlesConfigWindow();
-    /// 0 when the launch is under way. -1 for an unknown bottle or program; emit_finished has then been sent.
+    /// Launches the stored program. 0 when the launch is under way; -1 for an unknown bottle or program,
+    /// after emit_finished.
     int runProgram();
-    /// Offers to install the components and to launch the program then: nothing happens until the user asks.
+    /// Offers to install the components and then to launch the program: nothing happens until the user asks.
     /// Results as for runProgram().
     int fixup(const QString& bottle, const QString& uuid, const QStringList& components);
-    /// Ends the launch. May be reached several times; only the first counts. `cleanUp` removes what an
-    /// installer that has installed nothing left behind; see LaunchCleanUp.
+    /// Ends the launch; every call but the first is ignored. `cleanUp` removes the traces of an installer
+    /// that has installed nothing; see LaunchCleanUp.
     void finish(bool cleanUp);
 
-    QString id() const { return m_bottlesName; }
-    QString displayName() const { return m_appName; }
+    QString id() const { return m_program.file.bottle; }
+    QString displayName() const { return m_program.file.name; }
 
 Q_SIGNALS:
     void emit_finished();
@@ -53,56 +54,31 @@ private Q_SLOTS:
     void handleExecutorSuccess();
     void handleWindowPopup();
     void showLogsDialog();
-    void askToClosePrograms(const QStringList& names);
 
 private:
-    enum Mode { StoredProgram = 0, File = 1, FileInConfigWindow = 2 };
+    enum class Mode { StoredProgram, File, FileInConfigWindow, Fixup };
 
     int init(const QString& path);
-    int checkEntry() const;
-    void raiseBanner();
-    void showBanner();
-    void fillFromFile();
-    void fillFromRecord();
-    void createStored();
+    bool readEntry();
+    void createExecutor();
     void connectRun();
-    void onStep(const QString& text, MsgType type);
-    void onMessage(const QString& text, MsgType type);
-    void repair();
-    void retryRepair();
-    void handleExecutorStopped();
     void stop();
+    void cancel();
     void askFeedback();
-    void createBottle();
-    void collectLinks();
-    void checkLinks(bool success);
-    void addFile();
-    QString addedUuid() const;
-    void recordStart(bool good);
-    void leaveBottle(bool cleanUp, const std::function<void()>& then);
-    void writeRunRecord() const;
-    std::function<void()> launchRecord() const;
-    bool isPublic() const;
+    void addFileUnlessLinked(bool success);
+    bool isBottleOurs() const;
+    std::function<void()> fileRecord() const;
+    QJsonObject bottleRecord() const;
     bool isInstaller() const;
 
-    ExeFileExecutor* m_executor = nullptr;
-    WineExeLaunchBanner* m_banner;
-    LogsWidget* m_logsWidget;
+    LaunchedProgram m_program;
+    LaunchView* m_view;
+    WineExeLaunchBanner* m_banner;  ///< of m_view
     RepairAssistant* m_assistant;
-    QString m_appName;
+    LaunchRecorder m_recorder;
+    ExeFileExecutor* m_executor = nullptr;
+    QPointer<ConfigWindowSession> m_configWindow;
     QDateTime m_startTime;
-    int m_elapsedSeconds = 0;
-    Mode m_mode = File;
-    bool m_isFixup = false;
-    bool m_linksCreated = false;
-    QFuture<QString> m_added;  ///< the id of the entry that was made of the file, or nothing
-    QString m_exePath;
-    QString m_bottlesName;
-    QString m_programUuid;
-    int m_rating = 0;
-    bool m_succeeded = false;
-    bool m_repaired = false;
-    bool m_canceled = false;
-    bool m_isBottleNew = false;  ///< the configuration window's bottle was asked for and has no entry yet
+    Mode m_mode = Mode::File;
     bool m_finishedOnce = false;
 };

@@ -12,7 +12,6 @@
 #include "backend/BottleRepair.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceErrorText.h"
-#include "core/base/Logging.h"
 #include "core/base/WineNames.h"
 #include "fenk/system/SystemInfo.h"
 #include "fenk/window/Dialog.h"
@@ -20,13 +19,12 @@
 #include "launch/repair/ComponentTitle.h"
 #include "launch/repair/ProblemReport.h"
 #include "launch/run/ExeFileExecutor.h"
+#include "launch/run/LaunchView.h"
 #include "probes/HardwareInfo.h"
 #include "widgets/FileChoice.h"
-#include "widgets/LogsWidget.h"
 
 namespace {
 
-enum LogLevel { ErrorLine = 1, OrdinaryLine = 3 };
 enum RefusedButton { CloseButton, ChooseAgainButton };
 
 QString systemName() {
@@ -45,9 +43,13 @@ QString sessionName() {
 
 }  // namespace
 
-RepairAssistant::RepairAssistant(WineExeLaunchBanner* banner, LogsWidget* logs, QObject* parent)
-    : QObject(parent), m_banner(banner), m_logs(logs) {
-    connect(m_banner, &WineExeLaunchBanner::retryButtonClicked, this, &RepairAssistant::retry);
+RepairAssistant::RepairAssistant(LaunchView* view, QObject* parent)
+    : QObject(parent), m_view(view), m_banner(view->banner()) {
+    // Queued: a repair changes the buttons that were clicked.
+    connect(m_banner, &WineExeLaunchBanner::repairButtonClicked, this, &RepairAssistant::repair,
+            Qt::QueuedConnection);
+    connect(m_banner, &WineExeLaunchBanner::retryButtonClicked, this, &RepairAssistant::retry,
+            Qt::QueuedConnection);
     connect(m_banner, &WineExeLaunchBanner::chooseFileButtonClicked, this, &RepairAssistant::chooseFile);
 }
 
@@ -65,6 +67,27 @@ void RepairAssistant::follow(ExeFileExecutor* executor, const QString& bottle) {
             });
 }
 
+void RepairAssistant::stop() {
+    m_executor = nullptr;
+}
+
+void RepairAssistant::repair() {
+    if (!m_executor)
+        return;
+    Q_EMIT repairing();
+    m_banner->showRunning();
+    m_executor->applyFix();
+}
+
+void RepairAssistant::retry() {
+    const QStringList components = failedComponents();
+    if (!m_executor || components.isEmpty())
+        return;
+    Q_EMIT repairing();
+    m_banner->showRunning();
+    m_executor->retryFix(components);
+}
+
 QStringList RepairAssistant::failedComponents() const {
     QStringList names;
     for (const Failure& failure : m_failures) {
@@ -74,32 +97,40 @@ QStringList RepairAssistant::failedComponents() const {
     return names;
 }
 
-void RepairAssistant::showWays(bool canFix) {
+void RepairAssistant::showOptions(bool canFix) {
     ++m_round;
     m_choosable.clear();
     m_banner->setRepairDetails({});
-    askForFacts();
-    tellFailures();
+    fetchFacts();
+    showFailures();
     if (canFix)
-        askAboutOffer();
+        describeOffer();
     else if (!failedComponents().isEmpty())
-        askAboutFailed();
+        describeFailed();
 }
 
-/// After everything else, so that it is the description that stays.
-void RepairAssistant::tellFailures() {
+void RepairAssistant::showFixup(const QStringList& components) {
+    // The executor has sent one line for each, of which only the last would stay.
+    m_banner->setDescription(
+        QCoreApplication::translate("ExeFileExecutor", "Try to fix application with those components:") +
+        ' ' + components.join(", "));
+    showOptions(true);
+}
+
+/// Called last: its text stays as the description.
+void RepairAssistant::showFailures() {
     QString last;
     for (const Failure& failure : qAsConst(m_failures)) {
         const QString title = componentTitle(failure.component);
         last = failure.reason.isEmpty() ? tr("%1 could not be installed.").arg(title)
                                         : tr("%1 could not be installed: %2").arg(title, failure.reason);
-        m_logs->appendLine(cleanHomePaths(last), ErrorLine);
+        m_view->addErrorLine(last);
     }
     if (!last.isEmpty())
         m_banner->setDescription(last);
 }
 
-void RepairAssistant::askAboutOffer() {
+void RepairAssistant::describeOffer() {
     const int round = m_round;
     RepairOffer offer;
     offer.action = m_executor->diagnosis().action;
@@ -110,7 +141,7 @@ void RepairAssistant::askAboutOffer() {
         if (!answer.ok)
             qWarning().noquote() << "no description of the repair of" << m_bottle << answer.errorMessage;
         offer.components = OfferedComponent::read(answer.array());
-        tellOffer(offer);
+        showOffer(offer);
     };
     const QStringList components = m_executor->components();
     if (!components.isEmpty())
@@ -118,16 +149,16 @@ void RepairAssistant::askAboutOffer() {
     else if (offer.action == RepairAction::SwitchToStaging)
         BottleRepair::instance()->describeRunner(m_bottle, WineNames::stagingRunner(), this, onAnswer);
     else
-        tellOffer(offer);
+        showOffer(offer);
 }
 
-void RepairAssistant::tellOffer(const RepairOffer& offer) {
+void RepairAssistant::showOffer(const RepairOffer& offer) {
     for (const RepairOffer::Line& line : offer.lines())
-        m_logs->appendLine(cleanHomePaths(line.text), line.isError ? ErrorLine : OrdinaryLine);
+        line.isError ? m_view->addErrorLine(line.text) : m_view->addLine(line.text);
     m_banner->setRepairDetails(offer.toolTip());
 }
 
-void RepairAssistant::askAboutFailed() {
+void RepairAssistant::describeFailed() {
     const int round = m_round;
     BottleRepair::instance()->describeDependencies(
         m_bottle, failedComponents(), this, [this, round](const BusResult& answer) {
@@ -142,7 +173,7 @@ void RepairAssistant::askAboutFailed() {
         });
 }
 
-void RepairAssistant::askForFacts() {
+void RepairAssistant::fetchFacts() {
     m_machine = QtConcurrent::run(machineInfo);
     BottlesConfig* config = BottlesConfig::instance();
     config->watchBottle(m_bottle, this, [this, config](const BusResult& answer) {
@@ -169,15 +200,15 @@ void RepairAssistant::chooseFile() {
                          tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z);;" + tr("All files") + " (*)");
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
         m_banner->setDescription(tr("Checking %1").arg(QFileInfo(path).fileName()));
-        take(QFileInfo(path).canonicalFilePath(), 0, {});
+        submitFile(QFileInfo(path).canonicalFilePath(), 0, {});
     });
     dialog->open();
 }
 
-/// Of several components that failed, the file may be for any.
-void RepairAssistant::take(const QString& path, int index, const QString& firstReason) {
+/// Offers the file to each component that failed, until one accepts it.
+void RepairAssistant::submitFile(const QString& path, int index, const QString& firstReason) {
     if (index >= m_choosable.size()) {
-        refuse(firstReason);
+        showRefusal(firstReason);
         return;
     }
     const int round = m_round;
@@ -189,16 +220,16 @@ void RepairAssistant::take(const QString& path, int index, const QString& firstR
             const QJsonObject result = answer.object();
             if (!answer.ok || !result["ok"].toBool()) {
                 const QString reason = answer.ok ? ServiceErrorText::of(result) : answer.errorText();
-                take(path, index + 1, firstReason.isEmpty() ? reason : firstReason);
+                submitFile(path, index + 1, firstReason.isEmpty() ? reason : firstReason);
                 return;
             }
-            m_logs->appendLine(tr("%1 was chosen by hand.").arg(result["file"].toString()), OrdinaryLine);
-            Q_EMIT retry();
+            m_view->addLine(tr("%1 was chosen by hand.").arg(result["file"].toString()));
+            QMetaObject::invokeMethod(this, &RepairAssistant::retry, Qt::QueuedConnection);
         });
 }
 
-void RepairAssistant::refuse(const QString& reason) {
-    m_logs->appendLine(cleanHomePaths(reason), ErrorLine);
+void RepairAssistant::showRefusal(const QString& reason) {
+    m_view->addErrorLine(reason);
     m_banner->setDescription(reason);
     auto* dialog = new Fenk::Dialog(tr("This File Cannot Be Used"), reason, m_banner);
     dialog->setAccessibleName("other_file_dialog");
@@ -235,6 +266,6 @@ QString RepairAssistant::report(const QString& appName) const {
         report.tried +=
             tr("%1 could not be installed: %2").arg(componentTitle(failure.component), failure.reason);
     }
-    report.log = m_logs->lastLines(ProblemReport::LogLines);
+    report.log = m_view->lastLines(ProblemReport::LogLines);
     return report.text(QDir::homePath(), qEnvironmentVariable("USER"));
 }

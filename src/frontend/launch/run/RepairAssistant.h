@@ -9,33 +9,35 @@
 #include "launch/repair/RepairOffer.h"
 
 class ExeFileExecutor;
-class LogsWidget;
+class LaunchView;
 class WineExeLaunchBanner;
 
-/// Helps the user with a launch that has failed: tells what "Repair" is going to bring and why a component
-/// could not be had, lets them try again or choose the installer's file by hand, and makes the report that
-/// they may pass on. Owned by an ExeFileRunner, whose banner and log it writes to. Asks the service without
-/// waiting.
+/// The repairs of a failed launch as the user sees them: explains in the banner and the log what "Repair"
+/// would install and why a component could not be installed, runs the repair that the user asks for, lets the
+/// user try again or choose an installer's file, and makes the problem report. Owned by an ExeFileRunner; GUI
+/// thread. Asks the service without waiting; without an answer the explanation is missing.
 class RepairAssistant : public QObject {
     Q_OBJECT
 public:
-    RepairAssistant(WineExeLaunchBanner* banner, LogsWidget* logs, QObject* parent);
+    RepairAssistant(LaunchView* view, QObject* parent);
 
-    /// Follows a launch in the bottle.
+    /// From now on repairs are those of this launch.
     void follow(ExeFileExecutor* executor, const QString& bottle);
+    /// The launch is over: no further repair starts.
+    void stop();
 
-    /// Offers in the banner of a failed launch to try again or to choose a file, and explains "Repair" where
-    /// `canFix` says that it is on offer.
-    void showWays(bool canFix);
+    /// After a failure: explains the repair when `canFix` says that one is on offer, otherwise offers to try
+    /// again what could not be installed.
+    void showOptions(bool canFix);
 
-    /// The components that could not be installed by the last repair; a Wine is none of them.
-    QStringList failedComponents() const;
+    /// Offers a repair that was asked for before any launch.
+    void showFixup(const QStringList& components);
 
     QString report(const QString& appName) const;
 
 Q_SIGNALS:
-    /// What has failed is to be tried once more.
-    void retry();
+    /// The user has asked for a repair, which starts now.
+    void repairing();
 
 private:
     struct Failure {
@@ -43,23 +45,27 @@ private:
         QString reason;
     };
 
-    void tellFailures();
-    void askAboutOffer();
-    void tellOffer(const RepairOffer& offer);
-    void askAboutFailed();
-    void askForFacts();
+    void repair();
+    void retry();
+    /// What the last repair could not install, without runners.
+    QStringList failedComponents() const;
+    void showFailures();
+    void describeOffer();
+    void showOffer(const RepairOffer& offer);
+    void describeFailed();
+    void fetchFacts();
     void chooseFile();
-    void take(const QString& path, int index, const QString& firstReason);
-    void refuse(const QString& reason);
+    void submitFile(const QString& path, int index, const QString& firstReason);
+    void showRefusal(const QString& reason);
 
+    LaunchView* m_view;
     WineExeLaunchBanner* m_banner;
-    LogsWidget* m_logs;
     QPointer<ExeFileExecutor> m_executor;
     QString m_bottle;
-    QVector<Failure> m_failures;            ///< of the repair that is under way or was the last
+    QVector<Failure> m_failures;            ///< of the running repair, or of the last one
     QVector<Failure> m_allFailures;         ///< of the whole launch
     QVector<OfferedComponent> m_choosable;  ///< those of m_failures that have files to choose
-    int m_round = 0;                        ///< counts repairs, so that late answers are dropped
+    int m_round = 0;                        ///< counts repairs: answers for an older one are dropped
     QString m_runner;
     QString m_wine;
     QFuture<QJsonObject> m_machine;
