@@ -5,6 +5,6 @@
 /// only the log. At most once a process.
 void checkBackendVersion();
 
-/// Ends the wait, from another thread: the end of the process waits for the pool, and must not wait for a
-/// service that hangs.
+/// Ends a running check, and each later one, without a result. For the end of the process, which waits for
+/// the pool and must not wait for a service that hangs. Called from another thread than the check.
 void abandonBackendVersion();

@@ -18,7 +18,7 @@ CellarixService::CellarixService(CellarixApplication* application)
         qCWarning(serviceLog) << "Failed to register DBus service";
         return;
     }
-    // Only what this class offers goes on the bus, not the slots of the application object.
+    // Adaptors only: the slots of the application object are not for others.
     if (!bus.registerObject(ObjectPath, application, QDBusConnection::ExportAdaptors))
         qCWarning(serviceLog) << "Failed to register DBus object";
 }
@@ -26,7 +26,7 @@ CellarixService::CellarixService(CellarixApplication* application)
 CellarixService::~CellarixService() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.unregisterObject(ObjectPath);
-    // The end may take its time, and the next process wants the name.
+    // The rest of the shutdown may take seconds, and the next process needs the name.
     bus.unregisterService(ServiceName);
 }
 

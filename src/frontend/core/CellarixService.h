@@ -7,8 +7,9 @@ class CellarixApplication;
 
 Q_DECLARE_LOGGING_CATEGORY(serviceLog)
 
-/// What other programs of the desktop may ask of the running process, on the session bus as
-/// com.lumora.Cellarix. Without a bus, or when the name is taken, the process runs on and only logs it.
+/// The methods that other programs of the desktop can call, on the session bus as com.lumora.Cellarix.
+/// Created by main on its stack. Without a bus, or when the name is taken, the process goes on and only logs
+/// it.
 class CellarixService : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.lumora.Cellarix")

@@ -72,10 +72,10 @@ int CommandLineHandler::handleCommandLine(const QStringList& args) {
                                                      : handleUrl(positional.first());
 }
 
-/// Prints help, version or an error and leaves, where that is asked for.
+/// Exits after printing when help or version is asked for or an option is unknown.
 void CommandLineHandler::parseOwnArguments() {
     const bool parsed = m_parser.parse(QCoreApplication::arguments());
-    // Leaving takes the bus connection away, which never ends under a call that still waits on it.
+    // The exit closes the bus connection, which would hang while a call waits on it.
     if (!parsed || m_parser.isSet("help") || m_parser.isSet("version")) {
         abandonBackendVersion();
         QThreadPool::globalInstance()->waitForDone();
@@ -102,14 +102,14 @@ bool CommandLineHandler::checkClientUpgrade() {
     dialog.addButton(tr("Quit"), true, Fenk::Dialog::ButtonRecommend);
     if (dialog.exec() == 1) {
         QGuiApplication::setQuitOnLastWindowClosed(true);
-        // Also when the loop has not begun yet.
+        // Queued, so that it also works before the event loop runs.
         QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
                                   Qt::QueuedConnection);
     }
     return true;
 }
 
-/// True when the start must not go on.
+/// Returns true when the start must not go on.
 bool CommandLineHandler::checkEnvironment(const QStringList& positional) {
     BottleEnvScript& script = envInitScript();
     if (EnvironmentSetup::refuses(script, positional))

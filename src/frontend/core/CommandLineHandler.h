@@ -18,9 +18,9 @@ struct ScannedExecutable {
     QJsonObject peInfo;
 };
 
-/// Decides what a start of the program means. Serves the first process's own arguments and those that a
-/// second process hands over, so each branch works with an event loop already running. Bad arguments log a
-/// warning and never show a dialog.
+/// Decides what a start of the program does. Handles the first process's own arguments and those that a
+/// second process hands over, when the event loop is already running. Owned by the application object; GUI
+/// thread. Bad arguments are logged as a warning and never show a dialog.
 class CommandLineHandler : public QObject {
     Q_OBJECT
 public:
@@ -30,17 +30,18 @@ public:
     /// list means the process's own arguments; only those may print help and leave.
     int handleCommandLine(const QStringList& args);
 
-    /// Whether a start asked for a service without a window, which then waits for the bus.
+    /// Whether a start asked for a service without a window, which waits for calls from the bus.
     bool isService() const { return m_service; }
 
-    /// Whether a start asked for an update of the environment, which leaves nothing to wait for at its end.
+    /// Whether a start asked for an update of the environment; nothing is left to wait for after that.
     bool isUpdate() const { return m_update; }
 
-    /// For a start that comes while another one shows the banner of the environment: true when it has to be
-    /// made again later, of which the user has been told; otherwise it can wait.
+    /// For a start that comes while another is handled. True when it is refused since the environment is
+    /// being set up; the user has been told to start again later. Otherwise it can be queued.
     static bool refuseForNow(const QStringList& args);
 
-    /// Lists the executables below a directory. Blocks without a limit.
+    /// Lists the executables below a directory. Blocks without a time limit; a failure is logged and returns
+    /// nothing.
     QVector<ScannedExecutable> scanExecutables(const QString& directory, const QString& output);
 
 private:

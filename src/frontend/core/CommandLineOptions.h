@@ -15,8 +15,8 @@ extern const char Service[];
 
 void fill(QCommandLineParser& parser);
 
-/// What is to be printed where help or version is asked for, otherwise empty. Needs no application object in
-/// working order.
+/// The text to print when the arguments ask for help or version, otherwise empty. Works without a complete
+/// application object.
 QString answer(const QStringList& arguments);
 
 }  // namespace CommandLineOptions

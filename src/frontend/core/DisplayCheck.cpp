@@ -16,7 +16,7 @@ namespace {
 
 QtMessageHandler previous = nullptr;
 
-/// The application's own translations are not loaded yet.
+/// Loads the translations itself: the application has not done so yet.
 QString text(const char* source) {
     QTranslator translator;
     translator.load(QLocale::system(), "cellarix", "_", Paths::translationsDir());
@@ -24,9 +24,9 @@ QString text(const char* source) {
     return translated.isEmpty() ? QString::fromUtf8(source) : translated;
 }
 
-QString reason(const QString& said) {
+QString reason(const QString& qtMessage) {
     if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        return said;
+        return qtMessage;
     const QString display = qEnvironmentVariable("DISPLAY");
     const QString wayland = qEnvironmentVariable("WAYLAND_DISPLAY");
     if (display.isEmpty() && wayland.isEmpty())
@@ -44,7 +44,7 @@ QString reason(const QString& said) {
 }
 
 void onMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    // What Qt says before it gives up is told in one line below.
+    // Qt's own lines about the display are replaced by the one below.
     if (type != QtFatalMsg) {
         if (qstrncmp(context.category, "qt.qpa", 6) != 0 && previous)
             previous(type, context, message);

@@ -1,8 +1,9 @@
 #pragma once
 
-/// While the application object is being made, Qt ends a program that finds no display with an abort. As long
-/// as an object of this class lives, it ends with a line on standard error and status 1 instead; --help and
-/// --version, which need no display, are answered. One at a time, before the log is set up.
+/// Without a display, Qt aborts the process while the application object is constructed. As long as an object
+/// of this class lives, the process exits instead, with a line on standard error and status 1; --help and
+/// --version, which need no display, are answered. Created by main, at most one at a time, before logging is
+/// set up.
 class DisplayCheck {
 public:
     DisplayCheck();

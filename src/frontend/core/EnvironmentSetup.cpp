@@ -14,7 +14,7 @@ namespace EnvironmentSetup {
 bool refuses(const BottleEnvScript& script, const QStringList& positional) {
     if (!script.running || positional.isEmpty())
         return false;
-    static QPointer<Fenk::Dialog> open;  // one is enough, however many files are clicked
+    static QPointer<Fenk::Dialog> open;  // one for all refused starts
     if (open) {
         open->raise();
         open->activateWindow();

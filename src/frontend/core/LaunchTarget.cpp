@@ -15,13 +15,13 @@ QString canonicalPath(const QString& url) {
     if (path.startsWith(FileScheme))
         path.remove(0, FileScheme.size());
     QString canonical = QFileInfo(path).canonicalFilePath();
-    // Desktops hand over a file's url with blanks and the like encoded.
+    // Desktops percent-encode the url of a file.
     if (canonical.isEmpty() && url.startsWith(FileScheme))
         canonical = QFileInfo(QUrl(url).toLocalFile()).canonicalFilePath();
     return canonical;
 }
 
-/// Screen savers, old tools and self-extractors go by many names.
+/// By content: screen savers, old tools and self-extractors have many suffixes.
 bool isProgram(const QString& path, const QString& suffix) {
     const bool isKnownByName = suffix == QLatin1String("msp") || suffix == QLatin1String("bat");
     return !isKnownByName && ProgramHeader::read(path).isProgram();
@@ -75,7 +75,7 @@ OpenTarget OpenTarget::fromWords(const QStringList& words) {
     if (words.size() == 2)
         target.extension = isLink ? scheme : "." + target.file.split('.').last().toLower();
     const QString path = target.file.startsWith(FileScheme) ? QUrl(target.file).toLocalFile() : target.file;
-    // Not what a link leads to: its own name says what it is.
+    // Symbolic links are not resolved: the link's own suffix counts.
     if (QFileInfo::exists(path))
         target.file = QFileInfo(path).absoluteFilePath();
     return target;

@@ -2,7 +2,8 @@
 
 #include <QStringList>
 
-/// What a word of the command line names: a stored program, a file, or nothing that can be opened.
+/// What a positional argument of the command line names: a stored program, a file, or nothing that can be
+/// opened.
 struct LaunchTarget {
     enum Kind { Invalid, Missing, StoredProgram, Executable, PackageFile, OtherFile };
 

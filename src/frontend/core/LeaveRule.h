@@ -1,9 +1,9 @@
 #pragma once
 
-/// When the process may leave. Only the rule: the application object collects the facts and acts.
+/// When the process may leave. Only the rule: ProcessEnd acts on it.
 namespace LeaveRule {
 
-/// What has come to its end, so that the question arises.
+/// What has ended: the occasion on which the process asks whether it may leave.
 enum class Ended {
     LastWindow,
     Launch,
@@ -15,13 +15,13 @@ enum class Ended {
 struct Facts {
     bool hasRunner = false;         ///< a launch
     bool isSettingUp = false;       ///< an application
-    bool hasVisibleWindow = false;  ///< looked for only when the two above are false
+    bool hasVisibleWindow = false;  ///< not determined when one of the two above is true
     bool isHandlingStart = false;
-    bool hasWaitingStarts = false;  ///< behind one that asks the user something
+    bool hasWaitingStarts = false;  ///< queued behind a start that asks the user something
     bool isService = false;         ///< waits for calls from the bus
     bool isScriptRunning = false;   ///< sets up the environment
-    bool hasPendingWork = false;    ///< asked for, and not yet done by the bottle service
-    bool isOverdue = false;         ///< the pending work has been waited for long enough
+    bool hasPendingWork = false;    ///< requested by the user, not yet done by the bottle service
+    bool isOverdue = false;         ///< the pending work was waited for as long as allowed
 };
 
 enum class Verdict {

@@ -5,19 +5,19 @@
 
 struct OpenRefusal;
 
-/// Decides which starts are refused and shows the reason: over the main window for a file that was chosen
+/// Refuses starts that cannot succeed and shows the reason: over the main window for a file that was chosen
 /// there, otherwise in a window of its own. Owned by the application object; GUI thread.
 class Refusals {
 public:
-    /// The window over which reasons are shown; null for none.
+    /// The window over which reasons are shown; null: in a window of their own.
     void setWindow(QWidget* window) { m_window = window; }
 
-    /// These three return true after they have shown why the start is refused, false when it may go on.
+    /// These three return true when the start is refused and the reason has been shown.
     bool refusesFile(const QString& path);
     bool refusesWithoutBus();
     bool refusesStoredProgram();
-    /// Tells why a word of the command line is not opened: by a notification, or in a window for a file that
-    /// was chosen in one.
+    /// Tells why something is not opened that is no Windows program: by a notification, or over the window in
+    /// which the file was chosen.
     void refuseOther(const QString& path);
 
     /// Whether a reason was shown in a window.

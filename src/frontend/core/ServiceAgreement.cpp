@@ -15,7 +15,7 @@
 namespace {
 
 const char VersionKey[] = "basic.update_log.version";
-constexpr useconds_t SettleTime = 100 * 1000;
+constexpr useconds_t DiskWriteTime = 100 * 1000;  // microseconds
 
 /// Returns what the last start recorded and records this one.
 QString lastRecordedVersion() {
@@ -71,7 +71,7 @@ bool check() {
     const auto store = settingsStore();
     store->setOption(VersionKey, "");
     store->sync();
-    usleep(SettleTime);
+    usleep(DiskWriteTime);
     return false;
 }
 

@@ -2,14 +2,14 @@
 
 #include <QString>
 
-/// The service agreement that is asked at the first start. A question that was answered is remembered as the
-/// version in the settings' "basic.update_log.version".
+/// The service agreement that the user has to accept at the first start. An accepted agreement is stored as
+/// the program's version in the settings' "basic.update_log.version".
 namespace ServiceAgreement {
 
-/// False means that the process must not go on. Shows a modal dialog when it has to ask.
+/// False means that the process must not go on. Shows a modal dialog when the user has to be asked.
 bool check();
 
-/// Whether a start has to ask, given the version that the last start recorded.
+/// Whether the user has to be asked, given the version that the last start stored.
 bool mustAsk(const QString& recordedVersion);
 
 /// Link to the agreement page in the user's language, as rich text.

@@ -5,9 +5,9 @@
 
 class QWidget;
 
-/// Knows every window that has been shown and still exists: the windows that can keep the process alive.
-/// Installed as event filter on the application object, so that it sees dialogs of the toolkit too; it never
-/// consumes an event. Main thread only.
+/// Keeps the set of windows that have been shown and still exist: those that can keep the process alive.
+/// Child of the application object and its event filter, so that it sees the toolkit's dialogs too; it never
+/// consumes an event. GUI thread.
 class WindowMonitor : public QObject {
     Q_OBJECT
 public:
@@ -16,11 +16,11 @@ public:
     bool contains(QWidget* widget) const { return m_windows.contains(widget); }
     bool eventFilter(QObject* object, QEvent* event) override;
 
-    /// The words by which a window is named in the log.
+    /// Logs name, class, title and id of the window.
     static void logWindow(const QWidget* widget);
 
 Q_SIGNALS:
-    /// A window or dialog (no menu, no tool tip) comes up, for the first time or again.
+    /// A window or dialog is shown, for the first time or again. Not sent for menus and tool tips.
     void shown();
 
 private:

@@ -44,7 +44,7 @@ int run(CellarixApplication& application) {
         QCoreApplication::quit();
     });
     const CellarixService service(&application);
-    // What others have started meanwhile goes on.
+    // Starts that other processes have handed over meanwhile go on.
     const int handled = application.handleCommandLine({});
     // A signal that came while a dialog ran before the event loop has ended the dialog only.
     const bool isEndRequested = signalHandlers.lastReceived() != 0;
@@ -66,7 +66,7 @@ int run(CellarixApplication& application) {
 
 int main(int argc, char* argv[]) {
     QLoggingCategory::setFilterRules("common.veskhttp.debug=false");
-    // Nothing here draws with OpenGL, whose libraries would take the first window a tenth of a second.
+    // Nothing draws with OpenGL; loading its libraries would delay the first window by 0.1 s.
     QCoreApplication::setAttribute(Qt::AA_ForceRasterWidgets);
     setHighDpi();
     int exitCode = 1;
@@ -74,8 +74,7 @@ int main(int argc, char* argv[]) {
         std::optional<DisplayCheck> displayCheck(std::in_place);
         CellarixApplication application(argc, argv);
         displayCheck.reset();
-        // Spelt so since the first release: a corrected key would let an old and a new version run side by
-        // side.
+        // The misspelt key of the first release: another would let an old and a new version run side by side.
         if (!application.setSingleInstance("cellarrix")) {
             qWarning() << "another instance is running";
             return 1;
