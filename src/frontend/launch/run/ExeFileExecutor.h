@@ -1,45 +1,36 @@
 #pragma once
 
-#include <QDateTime>
-#include <QFutureWatcher>
-#include <QIcon>
-#include <QJsonObject>
 #include <QObject>
-#include <QProcess>
-#include <QTimer>
+#include <QStringList>
 
 #include "launch/MsgType.h"
 #include "launch/repair/Diagnosis.h"
-#include "launch/repair/FailureFacts.h"
-#include "launch/repair/RunnerChoice.h"
 #include "launch/run/LaunchVerdict.h"
-#include "launch/script/LauncherExit.h"
+#include "launch/run/LaunchedFile.h"
 
-struct BusResult;
-class DependencyInstallQueue;
-class ExeFileChecker;
-class ExeIconReader;
-class RepairStep;
-class WineExeProcessMonitor;
-class WineLauncher;
+class BottlePreparation;
+class LaunchAnalysis;
+class LaunchRepair;
+class LinkCollector;
+class WatchedRun;
+enum class RepairEnd;
+struct RunEnd;
 
-/// One launch without any window of its own: inspects the file, picks or creates a bottle, sees to the
-/// runner, starts the program, watches it, and when it has gone reads Wine's log and decides what that means.
-/// Reports in words and signals. Owned by an ExeFileRunner.
+/// One launch without any window of its own: orders the preparation of the bottle, the watched run, the
+/// analysis of its end and the repair, which leads to the next run. Reports in words and signals. Owned by an
+/// ExeFileRunner; GUI thread.
 ///
-/// Construction blocks until the file has been read (its key parts, at most 11 MiB, and its version block);
-/// the choice of the bottle goes on in the background. Each start ends once: in runSuccessed, in runFailed,
-/// in stopped, or in a repair of its own accord and the next start. After runFailed with canWeFix the launch
-/// waits for applyFix. A Wine that hangs, so that nothing is heard of the bottle for 75 s, counts as the
-/// program's end. A set-up lasts as long as anything of it runs, with or without a window: what unpacks it
-/// goes before it has come. The one ending without a signal is a file that can't be read, which is only
-/// logged. A service that goes away in the middle counts as the failure of what it was asked for.
+/// Construction blocks until the file has been read (see LaunchedFile); the choice of the bottle goes on in
+/// the background. Each start ends once: in runSuccessed, in runFailed, in stopped, or in a repair that needs
+/// no consent and the next start. After runFailed with canWeFix the launch waits for applyFix. The one ending
+/// without a signal is a file that can't be read, which is only logged. A service that goes away counts as
+/// the failure of what it was asked for.
 class ExeFileExecutor : public QObject {
     Q_OBJECT
 public:
     /// An empty path is for programs that are stored in a bottle already.
     ExeFileExecutor(const QString& exePath, QObject* parent);
-    /// Lets the Windows program go on: that is ended by killWineServer, never by the loss of its watcher.
+    /// The Windows program goes on: only killWineServer ends it.
     ~ExeFileExecutor() override;
 
     void start();
@@ -63,29 +54,29 @@ public:
 
     /// Waits for the bottle choice if it is still under way.
     QString bottlesName();
-    /// Never waits: the first call begins to look for the file's own icon, and until iconReady the desktop's
-    /// ordinary one for programs stands in for it.
-    QIcon exeIcon();
+    /// Never waits: until iconReady the desktop's ordinary icon for programs stands in for the file's own.
+    QIcon exeIcon() { return m_file->icon(); }
     QString displayName();
     /// This launch has asked the service to make the bottle, which may be under way.
-    bool hasAskedForBottle() const { return m_isBottleNew; }
-    bool isInstaller();  ///< waits for the inspection; false for a stored program
-    QJsonObject peInfo();
-    QJsonObject fileInfo();  ///< as exeFileInfo() tells it, without running the tools again
-    QString md5();
+    bool hasAskedForBottle() const;
+    /// Waits for the inspection; false for a stored program.
+    bool isInstaller() { return m_file->isInstaller(); }
+    QJsonObject peInfo() { return m_file->peInfo(); }
+    QJsonObject fileInfo() { return m_file->fileInfo(); }
+    QString md5() { return m_file->md5(); }
 
     void setAppName(const QString& name) { m_appName = name; }
     /// 1 for a launch of a file, 0 for a stored program and a fixup.
     void setFirstRun(int firstRun) { m_firstRun = firstRun; }
-    int seconds() const { return m_seconds; }
-    /// The last start came up, whatever was amiss with the program later on.
-    bool hasComeUp() const { return m_hasComeUp; }
+    int seconds() const;
+    /// The last start came up, whatever was wrong with the program later on.
+    bool hasComeUp() const;
     /// Of the last start that has failed; valid from runFailed on.
     const Diagnosis& diagnosis() const { return m_diagnosis; }
     /// What applyFix() would install, and what repairs have been tried for.
-    const QStringList& components() const { return m_components; }
-    const QStringList& fonts() const { return m_fonts; }
-    const QStringList& triedComponents() const { return m_triedComponents; }
+    const QStringList& components() const;
+    const QStringList& fonts() const;
+    const QStringList& triedComponents() const;
 
 Q_SIGNALS:
     void emitStep(const QString& text, MsgType recordType = MsgLine);
@@ -117,100 +108,32 @@ public Q_SLOTS:
                             const QString& component_name, const QString& result);
 
 private:
-    /// What is to come from the service.
-    enum class Awaited { Nothing, Runner, Bottle, Components, RunnerSwitch, Step };
+    /// Idle: before the first start, and from a start's result or offer on.
+    enum class State { Idle, Preparing, Running, Analysing, CollectingLinks, Repairing, Cancelled };
 
     void connectParts();
-    void inspect();
-    void prepareBottle(const QString& runner);
-    void installRunner();
-    void createBottle();
-    void requestBottle(int attempts);
-    void onBottleCreated(const QJsonObject& result, int attempts);
-    void launch();
-    void launchInTerminal();
-    void readLog(bool hasLog);
-    void askForSize();
-    LaunchFacts facts(int exitCode);
-    void carryOut(const LaunchVerdict& verdict);
-    void enterLinks();
-    void collectLinks();
-    void report(const LaunchVerdict& verdict);
-    void diagnose(int exitCode, const LaunchFacts& found);
+    void setBottle(const QString& bottle);
+    void launch(const QString& startError = {});
+    void dropLastRun();
+    void dropAnalysis();
+    void onRunEnded(const RunEnd& end);
+    void onAnalysed(const LaunchVerdict& verdict);
+    void onLinksCollected();
+    void repair();
+    void onRepairEnded(RepairEnd end, const QString& errorText);
     void fail(bool canWeFix, bool isSuccessed);
-    bool hasTriedRepair() const;
-    static bool isStagingKnown();
-    void lookForDamage(int exitCode);
-    void decide(int exitCode);
-    void addPossibleRepairs();
-    void applyOtherRepair(RepairAction action);
-    void onStepDone(const QString& error);
-    void switchRunner();
-    void requestRunner();
-    void askForPrograms(const QStringList& names);
-    void giveUp();
-    void onServiceLost();
-    void onTemplateProgress(const QString& runner, int percent);
-    void onTick();
-    void onAppStart();
-    void onAppQuit();
-    void onEndRequested(const QString& bottle, const QString& programId);
-    void onSilence();
-    void onProcesses(const QMap<QString, QString>& processes);
-    void onAppLingers();
-    void onLauncherFinished(int exitCode, QProcess::ExitStatus status);
-    void onLauncherError(QProcess::ProcessError error);
 
-    QString m_exePath;
-    QString m_programUuid;
+    LaunchedFile* m_file;
+    BottlePreparation* m_preparation;
+    LinkCollector* m_links;
+    LaunchRepair* m_repair;
+    WatchedRun* m_run = nullptr;           ///< of the last start
+    LaunchAnalysis* m_analysis = nullptr;  ///< of the last start's end
+    State m_state = State::Idle;
     QString m_bottlesName;
-    QFutureWatcher<QString> m_watcher;  ///< on the choice of the bottle
-    QString m_runner;
+    QString m_programUuid;
     QString m_appName;
-    ExeFileChecker* m_checker = nullptr;
-    ExeIconReader* m_iconReader = nullptr;
-    QIcon m_icon;
-    WineExeProcessMonitor* m_monitor;
-    WineLauncher* m_launcher;
-    bool m_installFailed = false;   ///< by the log of the last start
-    LauncherExit::Report m_script;  ///< what the launch script has told when the start had ended
-    QString m_startError;           ///< why the present start cannot come to anything, known before its end
-    bool m_hasHandedOver = false;   ///< the first process has ended, and the monitor tells when the rest has
-    int m_exitCode = 0;             ///< of the process that has handed over
-    bool m_isExitKnown = false;     ///< the launch script has ended with the program's exit code
-    bool m_isEndedFromOutside = false;  ///< the present start, by a signal or in another window
-    bool m_areLinksEntered = false;     ///< in the present start, before its end
-    bool m_isBottleNew = false;
-    bool m_autoFix = false;
-    QStringList m_components;  ///< that are to be tried
-    QStringList m_fonts;
-    DependencyInstallQueue* m_queue;
-    bool m_finished = false;
-    bool m_isCancelled = false;
-    QStringList m_triedComponents;
-    QStringList m_triedFonts;
-    QStringList m_failedComponents;  ///< of the tried ones
-    bool m_hasSwitchedRunner = false;
-    int m_seconds = 0;
-    QTimer* m_secondTimer;  ///< runs as long as a program does
-    QJsonObject m_peInfo;
-    bool m_peInfoRead = false;
-    QString m_md5;
     int m_firstRun = 1;
-
-    Awaited m_awaited = Awaited::Nothing;
-    bool m_isAsking = false;  ///< the service has refused what is awaited, and the user is asked
-    int m_starts = 0;
-    bool m_hasBeenSeen = false;                        ///< a process of the present start, by the monitor
-    int m_looks = 0;                                   ///< that the monitor has begun anew for it
-    QDateTime m_since = QDateTime::currentDateTime();  ///< shortcuts made from then on are the program's
-    LaunchVerdict m_verdict;                           ///< while links are collected
-    RunnerChoice m_runnersFor32Bit;
-    RepairStep* m_step = nullptr;  ///< the one under way
-    QVector<RepairAction> m_triedRepairs;
-    FailureFacts m_failure;  ///< of the last start
+    LaunchVerdict m_verdict;  ///< of the last start
     Diagnosis m_diagnosis;
-    bool m_hasComeUp = false;
-    QTimer m_linksTimer;
-    QTimer m_silenceTimer;  ///< since the monitor has last told anything
 };
