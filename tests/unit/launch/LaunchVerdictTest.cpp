@@ -46,7 +46,7 @@ private Q_SLOTS:
         row("components, stored", {&F::hasComponents, stored}, V::Offer, "repair");
         row("components of one that ran", {&F::windowSeen, &F::hasComponents, &F::hasFonts}, V::Offer,
             "repair");
-        row("repair without asking", {&F::autoFix, &F::hasFonts, &F::finished}, V::Repair);
+        row("repair without asking", {&F::autoFix, &F::hasFonts}, V::Repair);
         row("fonts of one that ran", {&F::windowSeen, &F::hasFonts}, V::Offer, "repair, it ran");
         row("fonts, no window", {&F::hasFonts, &F::stagingKnown}, V::Offer, "repair");
         row("fonts, stored, it ran", {&F::windowSeen, &F::hasFonts, stored}, V::Offer, "it ran");
@@ -56,7 +56,6 @@ private Q_SLOTS:
             "Application is not running as expected, try to using lumora-wine-staging and relaunch");
         row("staging, stored", {&F::stagingKnown, stored}, V::Offer);
         row("staging, not asked for", {&F::stagingKnown, &F::autoFix}, V::Failed, "", failed);
-        row("result given already", {&F::finished}, V::Nothing);
     }
     void verdicts() {
         QFETCH(LaunchFacts, facts);

@@ -1,6 +1,6 @@
 #include "launch/run/LaunchVerdict.h"
 
-#include <QCoreApplication>
+#include "launch/LaunchText.h"
 
 namespace {
 
@@ -9,15 +9,11 @@ LaunchVerdict offer(bool canWeFix, bool isSuccessed, const QString& message = {}
 }
 
 LaunchVerdict result(const LaunchFacts& facts, bool isSuccessed) {
-    if (facts.finished)
-        return {};
     if (facts.isFailed())
         return {LaunchVerdict::Failed, LaunchVerdict::nothingFixedMessage(facts.hasTriedRepair), false,
                 isSuccessed};
-    return {
-        LaunchVerdict::Succeeded,
-        QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, but seems app not crashed"),
-        false, isSuccessed};
+    return {LaunchVerdict::Succeeded, LaunchText::tr("No any fixing applied, but seems app not crashed"),
+            false, isSuccessed};
 }
 
 }  // namespace
@@ -35,10 +31,10 @@ LaunchVerdict LaunchVerdict::of(const LaunchFacts& facts) {
         return result(facts, isSuccessed);
     if (!facts.isFirstRun)
         return offer(false, isSuccessed);
-    return offer(true, isSuccessed,
-                 QCoreApplication::translate("ExeFileExecutor",
-                                             "Application is not running as expected, try to using "
-                                             "lumora-wine-staging and relaunch"));
+    return offer(
+        true, isSuccessed,
+        LaunchText::tr("Application is not running as expected, try to using lumora-wine-staging and "
+                       "relaunch"));
 }
 
 QString LaunchVerdict::endMessage(int exitCode, const LaunchFacts& facts) {
@@ -50,12 +46,11 @@ QString LaunchVerdict::endMessage(int exitCode, const LaunchFacts& facts) {
     else if (facts.neverCameUp())
         text = QT_TRANSLATE_NOOP("ExeFileExecutor",
                                  "Seems application has finished, exit code: %1, and app not been launched");
-    return QCoreApplication::translate("ExeFileExecutor", text).arg(exitCode);
+    return LaunchText::tr(text).arg(exitCode);
 }
 
 QString LaunchVerdict::nothingFixedMessage(bool hasTriedRepair) {
     if (hasTriedRepair)
-        return QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed",
-                                           "what was repaired did not help");
-    return QCoreApplication::translate("ExeFileExecutor", "No any fixing applied, launch failed");
+        return LaunchText::tr("No any fixing applied, launch failed", "what was repaired did not help");
+    return LaunchText::tr("No any fixing applied, launch failed");
 }

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// What is known of a program that has gone, before anybody says what it means.
+/// What is known of a program that has ended, before anybody says what it means.
 struct LaunchFacts {
     bool isConsole = false;       ///< runs in a terminal, so that nobody watched its windows
     bool isNotStarted = false;    ///< the launch script itself could not run or was killed
@@ -16,7 +16,6 @@ struct LaunchFacts {
     bool stagingKnown = false;    ///< asked only when isFailed()
     bool hasOtherRepair = false;  ///< neither components, fonts nor staging, but something Repair can do
     bool hasTriedRepair = false;  ///< something was installed or switched in this run
-    bool finished = false;        ///< the result of this start has been given
 
     /// The program never came up. A terminal program counts as started whatever its exit code says; only one
     /// whose launch script did not run does not.
@@ -27,18 +26,15 @@ struct LaunchFacts {
 /// What an ended program means.
 struct LaunchVerdict {
     enum Next {
-        Nothing,    ///< the result has been given already
         Repair,     ///< at once
         Offer,      ///< runFailed(canWeFix, isSuccessed); the user may still repair
         Succeeded,  ///< final: runSuccessed()
         Failed      ///< final: runFailed(false, isSuccessed)
     };
-    Next next = Nothing;
+    Next next = Failed;
     QString message;  ///< an ordinary line that goes ahead of the signal; empty for none
     bool canWeFix = false;
     bool isSuccessed = false;  ///< the program ran, and only fonts are missing
-
-    bool isFinal() const { return next == Succeeded || next == Failed; }
 
     static LaunchVerdict of(const LaunchFacts& facts);
     /// The line about the end itself.
