@@ -6,7 +6,7 @@
 
 #include "backend/BottleLogs.h"
 #include "backend/BottleRecord.h"
-#include "backend/BottleUtils.h"
+#include "backend/BottlesConfig.h"
 #include "core/base/Paths.h"
 
 namespace {
@@ -46,24 +46,19 @@ WineLauncher::WineLauncher(const QString& bottle, QObject* parent) : WineLaunche
 }
 
 void WineLauncher::setBottle(const QString& bottle) {
-    m_bottleName = bottle;
-    m_programs.reset();
-    if (m_logPath.isEmpty())
-        setLogDirectory(BottleUtils::bottlePath(bottle));
+    setBottle(bottle, BottlesConfig::instance()->get(bottle));
 }
 
 void WineLauncher::setBottle(const QString& bottle, const QJsonObject& record) {
     m_bottleName = bottle;
     m_programs = BottleRecord::programs(record);
-    if (m_logPath.isEmpty())
-        setLogDirectory(BottleRecord::path(record));
-}
-
-void WineLauncher::setLogDirectory(const QString& bottlePath) {
-    if (bottlePath.isEmpty())
+    if (!m_logPath.isEmpty())
+        return;
+    const QString path = BottleRecord::path(record);
+    if (path.isEmpty())
         qWarning().noquote() << "Bottle " << m_bottleName << " not exists";
     else
-        m_logDir = BottleLogs::directory(bottlePath);
+        m_logDir = BottleLogs::directory(path);
 }
 
 void WineLauncher::addEnvironment(const QString& entry) {
@@ -113,8 +108,7 @@ void WineLauncher::launchProgram(const QString& programUuid) {
     const QStringList arguments =
         QStringList{m_bottleName} + commonOptions() + QStringList{"--uuid", programUuid};
 
-    const QJsonObject programs = m_programs ? *m_programs : BottleUtils::bottlePrograms(m_bottleName);
-    const QJsonObject entry = programs.value(programUuid).toObject();
+    const QJsonObject entry = m_programs.value(programUuid).toObject();
     if (entry.isEmpty())
         qWarning().noquote() << "program " << programUuid << " not in bottles: " << m_bottleName;
 

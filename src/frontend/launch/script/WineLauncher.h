@@ -4,7 +4,6 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 #include "launch/script/LauncherExit.h"
 
@@ -46,13 +45,12 @@ public:
 
 private:
     QStringList commonOptions();
-    void setLogDirectory(const QString& bottlePath);
     void addWindowClass(const QString& name);
     void startScript(const QString& what, const QStringList& arguments);
 
     bool m_cli = false;
     QString m_bottleName;
-    std::optional<QJsonObject> m_programs;  ///< of the bottle, if its record was passed
+    QJsonObject m_programs;  ///< of the bottle
     QString m_logPath;
     QString m_logDir;
     bool m_showLogs = false;
