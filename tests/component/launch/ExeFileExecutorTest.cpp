@@ -225,6 +225,7 @@ private Q_SLOTS:
             m_executor->start();
         }
         if (how == "quit") {
+            m_service->waitForCall("get");
             BottlesConfig::instance()->killProgram(name, "the file's entry");
             m_standIn.write("close", "");
         }
@@ -238,6 +239,9 @@ private Q_SLOTS:
         const int offers = told().count("failed ");
         QCOMPARE(m_service->calls("scanApplicationLinks").size(), offers + int(isFinal));
         QCOMPARE(m_service->calls("setRunner").size(), told().count("switched"));
+        // The bottle's record is fetched once, and once more after each change of the bottle.
+        const int changes = told().count("setup Success") + told().count("switched");
+        QCOMPARE(m_service->calls("get").size(), how.contains("fixup") ? 1 : 1 + changes);
     }
 
     void resultWaitsForTheLinks() {
@@ -294,6 +298,8 @@ private Q_SLOTS:
             manager->setTimeout(100);
         create();
         m_executor->start();
+        if (isLate || install == "kill")
+            m_service->waitForCall("install");
         if (isLate) {
             bool hasTimedOut = false;  // and so has the executor's call, which came before
             manager->install("runner", Stable, this,
@@ -449,6 +455,8 @@ private Q_SLOTS:
         create(1);
         m_executor->start();
         QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
+        if (call == "get")
+            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_standIn.directory() + "/alive"), LaunchMs);
         if (QTest::currentDataTag() == QString("asked")) {
             QSignalSpy asked(m_executor.get(), &ExeFileExecutor::programsRunning);
             m_service->emitSignal("dependencySetupDone", "sss", {bottle, "gecko", "{\"busy\":[\"x\"]}"});

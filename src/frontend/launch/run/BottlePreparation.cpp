@@ -9,6 +9,7 @@
 #include "backend/BottlesConfig.h"
 #include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
+#include "backend/InBackground.h"
 #include "backend/ServiceErrorText.h"
 #include "backend/ServiceLoss.h"
 #include "backend/ServiceThreads.h"
@@ -47,9 +48,19 @@ QString BottlePreparation::bottle() {
 }
 
 void BottlePreparation::start() {
-    const QStringList bottles = BottlesConfig::instance()->list();
     qInfo().noquote() << "bottles name: " << bottle();
-    if (bottles.contains(bottle())) {
+    m_state = State::LookingForBottle;
+    inBackground(
+        this, [] { return BottlesConfig::instance()->list(); },
+        [this](const QStringList& bottles) {
+            if (m_state == State::LookingForBottle)
+                onBottlesListed(bottles);
+        },
+        ServiceThreads::pool());
+}
+
+void BottlePreparation::onBottlesListed(const QStringList& bottles) {
+    if (bottles.contains(m_bottle)) {
         end({});
         return;
     }

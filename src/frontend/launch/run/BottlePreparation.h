@@ -38,8 +38,9 @@ Q_SIGNALS:
     void done(const QString& errorText);
 
 private:
-    enum class State { Idle, ChoosingRunner, FetchingRunner, CreatingBottle, Cancelled };
+    enum class State { Idle, LookingForBottle, ChoosingRunner, FetchingRunner, CreatingBottle, Cancelled };
 
+    void onBottlesListed(const QStringList& bottles);
     void prepare(const QString& runner);
     void fetchRunner();
     void createBottle();

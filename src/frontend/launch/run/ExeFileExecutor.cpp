@@ -5,6 +5,7 @@
 
 #include "backend/SessionBus.h"
 #include "core/base/WineNames.h"
+#include "launch/bottle/LaunchBottle.h"
 #include "launch/records/ExecutorRecord.h"
 #include "launch/run/BottlePreparation.h"
 #include "launch/run/LaunchAnalysis.h"
@@ -15,9 +16,10 @@
 ExeFileExecutor::ExeFileExecutor(const QString& exePath, QObject* parent)
     : QObject(parent),
       m_file(new LaunchedFile(exePath, this)),
+      m_bottle(new LaunchBottle(this)),
       m_preparation(new BottlePreparation(m_file, this)),
-      m_links(new LinkCollector(this)),
-      m_repair(new LaunchRepair(this)) {
+      m_links(new LinkCollector(m_bottle, this)),
+      m_repair(new LaunchRepair(m_bottle, this)) {
     new ExecutorRecord(this);  // so that its table is there from the first launch on
     connectParts();
 }
@@ -50,7 +52,7 @@ void ExeFileExecutor::start() {
         return;
     }
     m_appName = displayName();
-    setBottle(bottlesName());
+    m_bottle->setName(bottlesName());
     m_state = State::Preparing;
     m_preparation->start();
 }
@@ -59,14 +61,14 @@ void ExeFileExecutor::launchProgram(const QString& bottle, const QString& progra
     qInfo() << "Launch via desktop file...";
     Q_EMIT emitStep(tr("Launching"), MsgLine);
     Q_EMIT emitMsg(tr("Launching %1").arg(m_appName), MsgStatus);
-    setBottle(bottle);
+    m_bottle->setName(bottle);
     m_programUuid = programUuid;
     launch();
 }
 
 void ExeFileExecutor::prepareFix(const QString& bottle, const QString& programUuid,
                                  const QStringList& components) {
-    setBottle(bottle);
+    m_bottle->setName(bottle);
     m_programUuid = programUuid;
     m_repair->allowUnasked();
     m_repair->setMissing(components, {});
@@ -75,11 +77,6 @@ void ExeFileExecutor::prepareFix(const QString& bottle, const QString& programUu
     Q_EMIT emitMsg(tr("Try to fix application with those components:"), MsgLine);
     for (const QString& component : components)
         Q_EMIT emitMsg("- " + component, MsgLine);
-}
-
-void ExeFileExecutor::setBottle(const QString& bottle) {
-    m_bottlesName = bottle;
-    m_repair->setBottle(bottle);
 }
 
 /// A bottle that is not ready is no reason to stop here: the launch fails by itself, for the given reason.
@@ -93,12 +90,11 @@ void ExeFileExecutor::launch(const QString& startError) {
     m_state = State::Running;
     if (m_file->isStoredProgram() || m_file->is32BitOnly())
         m_repair->lookUpRunners();
-    m_run = new WatchedRun({m_bottlesName, m_programUuid, displayName()}, m_file, startError, this);
+    m_run = new WatchedRun({m_file, m_programUuid, displayName()}, m_bottle, startError, this);
     connect(m_run, &WatchedRun::emitMsg, this, &ExeFileExecutor::emitMsg);
     connect(m_run, &WatchedRun::windowPopuped, this, &ExeFileExecutor::windowPopuped);
     connect(m_run, &WatchedRun::lingers, this, &ExeFileExecutor::lingers);
-    connect(m_run, &WatchedRun::mayHaveInstalled, this,
-            [this] { m_links->collectInBackground(m_bottlesName); });
+    connect(m_run, &WatchedRun::mayHaveInstalled, m_links, &LinkCollector::collectInBackground);
     connect(m_run, &WatchedRun::ended, this, &ExeFileExecutor::onRunEnded);
     m_run->start();
 }
@@ -127,10 +123,10 @@ void ExeFileExecutor::onRunEnded(const RunEnd& end) {
         return;
     }
     m_state = State::Analysing;
-    if (WineNames::isPublicBottle(m_bottlesName))
+    if (WineNames::isPublicBottle(m_bottle->name()))
         m_repair->allowUnasked();
     m_analysis =
-        new LaunchAnalysis({m_bottlesName, displayName(), m_firstRun != 0}, m_file, m_repair, end, this);
+        new LaunchAnalysis({m_bottle->name(), displayName(), m_firstRun != 0}, m_file, m_repair, end, this);
     connect(m_analysis, &LaunchAnalysis::emitMsg, this, &ExeFileExecutor::emitMsg);
     connect(m_analysis, &LaunchAnalysis::done, this, &ExeFileExecutor::onAnalysed);
     m_analysis->start();
@@ -146,7 +142,7 @@ void ExeFileExecutor::onAnalysed(const LaunchVerdict& verdict) {
         return;
     }
     m_state = State::CollectingLinks;
-    m_links->collect(m_bottlesName);
+    m_links->collect();
 }
 
 void ExeFileExecutor::onLinksCollected() {
@@ -238,7 +234,7 @@ void ExeFileExecutor::closeLauncher() {
 }
 
 QString ExeFileExecutor::bottlesName() {
-    return m_bottlesName.isEmpty() ? m_preparation->bottle() : m_bottlesName;
+    return m_bottle->name().isEmpty() ? m_preparation->bottle() : m_bottle->name();
 }
 
 QString ExeFileExecutor::displayName() {

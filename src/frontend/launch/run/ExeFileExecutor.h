@@ -10,6 +10,7 @@
 
 class BottlePreparation;
 class LaunchAnalysis;
+class LaunchBottle;
 class LaunchRepair;
 class LinkCollector;
 class WatchedRun;
@@ -54,6 +55,8 @@ public:
 
     /// Waits for the bottle choice if it is still under way.
     QString bottlesName();
+    /// The bottle and its record, for whoever needs it besides the launch. Has a name from the start on.
+    LaunchBottle* bottle() const { return m_bottle; }
     /// Never waits: until iconReady the desktop's ordinary icon for programs stands in for the file's own.
     QIcon exeIcon() { return m_file->icon(); }
     QString displayName();
@@ -112,7 +115,6 @@ private:
     enum class State { Idle, Preparing, Running, Analysing, CollectingLinks, Repairing, Cancelled };
 
     void connectParts();
-    void setBottle(const QString& bottle);
     void launch(const QString& startError = {});
     void dropLastRun();
     void dropAnalysis();
@@ -124,13 +126,13 @@ private:
     void fail(bool canWeFix, bool isSuccessed);
 
     LaunchedFile* m_file;
+    LaunchBottle* m_bottle;
     BottlePreparation* m_preparation;
     LinkCollector* m_links;
     LaunchRepair* m_repair;
     WatchedRun* m_run = nullptr;           ///< of the last start
     LaunchAnalysis* m_analysis = nullptr;  ///< of the last start's end
     State m_state = State::Idle;
-    QString m_bottlesName;
     QString m_programUuid;
     QString m_appName;
     int m_firstRun = 1;

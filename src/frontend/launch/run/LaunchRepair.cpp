@@ -17,13 +17,15 @@
 #include "backend/TemplateProgress.h"
 #include "core/base/WineNames.h"
 #include "launch/LaunchText.h"
+#include "launch/bottle/LaunchBottle.h"
 #include "launch/repair/DependencyInstallQueue.h"
 #include "launch/repair/RenewBottleStep.h"
 #include "launch/repair/Runner32Step.h"
 #include "launch/run/BottleTasks.h"
 #include "launch/run/LaunchVerdict.h"
 
-LaunchRepair::LaunchRepair(QObject* parent) : QObject(parent), m_queue(new DependencyInstallQueue(this)) {
+LaunchRepair::LaunchRepair(LaunchBottle* bottle, QObject* parent)
+    : QObject(parent), m_bottle(bottle), m_queue(new DependencyInstallQueue(this)) {
     connect(m_queue, &DependencyInstallQueue::emitMsg, this, &LaunchRepair::emitMsg);
     connect(m_queue, &DependencyInstallQueue::emitStep, this, &LaunchRepair::emitStep);
     connect(m_queue, &DependencyInstallQueue::failed, this,
@@ -81,35 +83,46 @@ void LaunchRepair::start(RepairAction action) {
         startStep(action);
     else if (!isStagingKnown())
         giveUp();
-    else if (BottleRecord::runner(BottlesConfig::instance()->get(m_bottle)) == WineNames::stagingRunner())
-        end(RepairEnd::OnStaging);
     else
-        switchRunner();
+        checkRunner();
 }
 
 void LaunchRepair::installMissing() {
     m_work = Work::Components;
     Q_EMIT begun();
-    m_queue->install(m_bottle, m_components);
+    m_queue->install(m_bottle->name(), m_components);
 }
 
 void LaunchRepair::onComponentsDone() {
     if (m_work != Work::Components)
         return;
     m_tried.components += m_components;
-    if (!m_fonts.isEmpty()) {
-        MissingFonts::fix(BottleRecord::path(BottlesConfig::instance()->get(m_bottle)), m_fonts);
-        m_tried.fonts += m_fonts;
+    if (m_fonts.isEmpty()) {
+        endInstallation();
+        return;
     }
+    m_work = Work::Fonts;
+    m_bottle->withRecord(this, [this](const QJsonObject& record) {
+        if (m_work != Work::Fonts)
+            return;
+        MissingFonts::fix(BottleRecord::path(record), m_fonts);
+        m_tried.fonts += m_fonts;
+        endInstallation();
+    });
+}
+
+void LaunchRepair::endInstallation() {
+    if (!m_components.isEmpty())
+        m_bottle->setChanged();
     end(RepairEnd::Repaired);
 }
 
 void LaunchRepair::startStep(RepairAction action) {
     const QString runner = runnerFor32Bit();
     if (action == RepairAction::RenewBottle)
-        m_step = new RenewBottleStep(m_bottle, this);
+        m_step = new RenewBottleStep(m_bottle->name(), this);
     else
-        m_step = new Runner32Step(m_bottle, runner, m_runnersFor32Bit.isInstalled(runner), this);
+        m_step = new Runner32Step(m_bottle->name(), runner, m_runnersFor32Bit.isInstalled(runner), this);
     m_work = Work::Step;
     connect(m_step, &RepairStep::emitMsg, this, &LaunchRepair::emitMsg);
     connect(m_step, &RepairStep::blocked, this, &LaunchRepair::askForPrograms);
@@ -124,11 +137,25 @@ void LaunchRepair::onStepDone(RepairAction action, const QString& error) {
     std::exchange(m_step, nullptr)->deleteLater();
     if (error.isEmpty()) {
         m_tried.actions.append(action);
+        if (action == RepairAction::InstallWow64Runner)
+            m_bottle->setChanged();
         end(RepairEnd::Repaired);
         return;
     }
     Q_EMIT emitMsg(LaunchVerdict::nothingFixedMessage(m_tried.any()), MsgLine);
     end(RepairEnd::Failed, error);
+}
+
+void LaunchRepair::checkRunner() {
+    m_work = Work::RunnerCheck;
+    m_bottle->withRecord(this, [this](const QJsonObject& record) {
+        if (m_work != Work::RunnerCheck)
+            return;
+        if (BottleRecord::runner(record) == WineNames::stagingRunner())
+            end(RepairEnd::OnStaging);
+        else
+            switchRunner();
+    });
 }
 
 void LaunchRepair::switchRunner() {
@@ -142,18 +169,18 @@ void LaunchRepair::switchRunner() {
 
 void LaunchRepair::requestRunner() {
     BottlesConfig::instance()->setRunner(
-        m_bottle, WineNames::stagingRunner(), this, [this](const BusResult& answer) {
+        m_bottle->name(), WineNames::stagingRunner(), this, [this](const BusResult& answer) {
             if (answer.ok || answer.isBusy() || answer.timedOut || m_work != Work::RunnerSwitch)
                 return;
-            qWarning().noquote() << "cannot switch the runner of" << m_bottle << answer.errorMessage;
+            qWarning().noquote() << "cannot switch the runner of" << m_bottle->name() << answer.errorMessage;
             giveUp();
         });
 }
 
 void LaunchRepair::onRunnerSwitchDone(const QString& bottle, const QString& kind, const QString& name,
                                       const QString& result) {
-    if (m_isAsking || m_work != Work::RunnerSwitch || kind != ComponentKind::runner() || bottle != m_bottle ||
-        name != WineNames::stagingRunner())
+    if (m_isAsking || m_work != Work::RunnerSwitch || kind != ComponentKind::runner() ||
+        bottle != m_bottle->name() || name != WineNames::stagingRunner())
         return;
     const QJsonObject object = QJsonDocument::fromJson(result.toUtf8()).object();
     const QStringList programs = object.value("busy").toVariant().toStringList();
@@ -162,6 +189,7 @@ void LaunchRepair::onRunnerSwitchDone(const QString& bottle, const QString& kind
         return;
     }
     m_tried.actions.append(RepairAction::SwitchToStaging);
+    m_bottle->setChanged();
     if (!object.value("ok").toBool(true))
         Q_EMIT componentFailed(name, ServiceErrorText::of(object));
     qInfo() << "Relaunch program...";
@@ -172,13 +200,13 @@ void LaunchRepair::onRunnerSwitchDone(const QString& bottle, const QString& kind
 void LaunchRepair::onServiceLost() {
     if (m_work != Work::RunnerSwitch || m_isAsking)
         return;
-    qWarning() << "the bottle service has gone while it switched the runner of" << m_bottle;
+    qWarning() << "the bottle service has gone while it switched the runner of" << m_bottle->name();
     giveUp();
 }
 
 void LaunchRepair::askForPrograms(const QStringList& names) {
     m_isAsking = true;
-    qInfo() << "programs run in" << m_bottle << names;
+    qInfo() << "programs run in" << m_bottle->name() << names;
     Q_EMIT programsRunning(names);
 }
 
@@ -187,7 +215,7 @@ void LaunchRepair::answerProgramsRunning(bool close) {
         return;
     m_isAsking = false;
     if (close) {
-        BottleTasks::killWineServer(m_bottle, this, [this] { resume(); });
+        BottleTasks::killWineServer(m_bottle->name(), this, [this] { resume(); });
         return;
     }
     m_queue->cancel();
@@ -220,10 +248,10 @@ void LaunchRepair::cancel() {
             qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
     };
     if (underWay == Work::Components)
-        config->cancelInstallingDependency(m_bottle, config, onAnswer);
+        config->cancelInstallingDependency(m_bottle->name(), config, onAnswer);
     else if (underWay == Work::RunnerSwitch)
-        config->cancelInstallingComponent(m_bottle, ComponentKind::runner(), WineNames::stagingRunner(),
-                                          config, onAnswer);
+        config->cancelInstallingComponent(m_bottle->name(), ComponentKind::runner(),
+                                          WineNames::stagingRunner(), config, onAnswer);
 }
 
 void LaunchRepair::giveUp() {

@@ -9,6 +9,7 @@
 #include "launch/repair/RunnerChoice.h"
 
 class DependencyInstallQueue;
+class LaunchBottle;
 class RepairStep;
 
 /// How a repair has ended.
@@ -39,9 +40,10 @@ public:
         bool any() const { return !components.isEmpty() || !fonts.isEmpty() || !actions.isEmpty(); }
     };
 
-    explicit LaunchRepair(QObject* parent);
+    /// The bottle must outlive this object. It is marked as changed by what a repair has changed in its
+    /// record.
+    LaunchRepair(LaunchBottle* bottle, QObject* parent);
 
-    void setBottle(const QString& bottle) { m_bottle = bottle; }
     /// What the next start() installs.
     void setMissing(const QStringList& components, const QStringList& fonts);
     /// Of the failed components, what the next start() tries once more.
@@ -82,10 +84,12 @@ Q_SIGNALS:
     void ended(RepairEnd result, const QString& errorText);
 
 private:
-    enum class Work { None, Components, RunnerSwitch, Step };
+    enum class Work { None, Components, Fonts, RunnerCheck, RunnerSwitch, Step };
 
     void installMissing();
+    void endInstallation();
     void startStep(RepairAction action);
+    void checkRunner();
     void switchRunner();
     void requestRunner();
     void onStepDone(RepairAction action, const QString& error);
@@ -95,7 +99,7 @@ private:
     void giveUp();
     void end(RepairEnd result, const QString& errorText = {});
 
-    QString m_bottle;
+    LaunchBottle* m_bottle;
     QStringList m_components;
     QStringList m_fonts;
     Tried m_tried;

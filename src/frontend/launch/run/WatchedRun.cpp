@@ -1,11 +1,13 @@
 #include "launch/run/WatchedRun.h"
 
 #include <QDebug>
+#include <QJsonObject>
 #include <utility>
 
 #include "backend/BottlesConfig.h"
 #include "core/base/WineNames.h"
 #include "launch/LaunchText.h"
+#include "launch/bottle/LaunchBottle.h"
 #include "launch/monitor/WineExeProcessMonitor.h"
 #include "launch/run/LaunchedFile.h"
 #include "launch/script/WineLauncher.h"
@@ -23,10 +25,11 @@ constexpr int MaximumMonitorRestarts = 6;  // of five cycles each
 
 }  // namespace
 
-WatchedRun::WatchedRun(const Program& program, LaunchedFile* file, const QString& startError, QObject* parent)
+WatchedRun::WatchedRun(const Program& program, LaunchBottle* bottle, const QString& startError,
+                       QObject* parent)
     : QObject(parent),
       m_program(program),
-      m_file(file),
+      m_bottle(bottle),
       m_monitor(new WineExeProcessMonitor),
       m_launcher(new WineLauncher(this)) {
     m_end.startError = startError;
@@ -67,19 +70,27 @@ void WatchedRun::connectParts() {
 }
 
 void WatchedRun::start() {
+    m_state = State::Starting;
+    m_secondTimer.start();
+    m_bottle->withRecord(this, [this](const QJsonObject& record) {
+        if (m_state == State::Starting)
+            launch(record);
+    });
+}
+
+void WatchedRun::launch(const QJsonObject& record) {
     m_state = State::Running;
-    m_launcher->setBottle(m_program.bottle);
-    const bool isConsole = m_file->isConsole();
+    m_launcher->setBottle(m_bottle->name(), record);
+    const bool isConsole = m_program.file->isConsole();
     m_launcher->setCli(isConsole);
     if (isConsole)
         launchInTerminal();
     else
         launchWatched();
-    m_secondTimer.start();
     if (!m_program.uuid.isEmpty())
         m_launcher->launchProgram(m_program.uuid);
-    else if (!m_file->isStoredProgram())
-        m_launcher->launchExe(m_file->path(), {});
+    else if (!m_program.file->isStoredProgram())
+        m_launcher->launchExe(m_program.file->path(), {});
 }
 
 /// The terminal's window is none of the program's, so that its coming up is taken for granted.
@@ -93,8 +104,8 @@ void WatchedRun::launchInTerminal() {
 
 void WatchedRun::launchWatched() {
     m_launcher->addEnvironment(LaunchDebugChannels);
-    m_monitor->waitsForAll = m_file->isInstaller();
-    m_monitor->start(m_program.bottle);
+    m_monitor->waitsForAll = m_program.file->isInstaller();
+    m_monitor->start(m_bottle->name());
     m_silenceTimer.start();
 }
 
@@ -150,15 +161,18 @@ void WatchedRun::restartMonitor() {
         return;
     qInfo() << "no process yet; looking again";
     ++m_monitorRestarts;
-    m_monitor->start(m_program.bottle);
+    m_monitor->start(m_bottle->name());
 }
 
 /// The library knows a file's program by an id that this launch has not heard of.
 void WatchedRun::onEndRequested(const QString& bottle, const QString& programId) {
     const bool isOurs = programId.isEmpty() || programId == m_program.uuid ||
                         (m_program.uuid.isEmpty() && !WineNames::isPublicBottle(bottle));
-    if (bottle == m_program.bottle && isOurs && isRunning())
-        m_end.isEndedFromOutside = true;
+    if (bottle != m_bottle->name() || !isOurs || !isRunning())
+        return;
+    m_end.isEndedFromOutside = true;
+    if (m_state == State::Starting)
+        finish(0);
 }
 
 void WatchedRun::tellInstalled() {
@@ -167,7 +181,7 @@ void WatchedRun::tellInstalled() {
 }
 
 void WatchedRun::onAppLingers() {
-    qInfo().noquote() << "the set-up in" << m_program.bottle << "goes on without a window";
+    qInfo().noquote() << "the set-up in" << m_bottle->name() << "goes on without a window";
     tellInstalled();
     Q_EMIT lingers();
 }
@@ -200,7 +214,8 @@ void WatchedRun::onLauncherFinished(int exitCode, QProcess::ExitStatus status) {
         if (isExit && LauncherExit::isEndedFromOutside(exitCode))
             m_end.isEndedFromOutside = true;
     }
-    if (isExit && m_monitor->isWatching() && (m_monitor->windowSeen ? m_file->isInstaller() : exitCode == 0))
+    if (isExit && m_monitor->isWatching() &&
+        (m_monitor->windowSeen ? m_program.file->isInstaller() : exitCode == 0))
         m_state = State::HandedOver;
     else
         finish(isExit ? exitCode : LauncherExit::NotStarted);
@@ -216,7 +231,7 @@ void WatchedRun::onLauncherError(QProcess::ProcessError error) {
 
 /// When Wine's server dies while others start, they wait for it for ever, the program and the monitor alike.
 void WatchedRun::onSilence() {
-    qWarning().noquote() << "nothing was heard of" << m_program.bottle << "for long; Wine seems to hang";
+    qWarning().noquote() << "nothing was heard of" << m_bottle->name() << "for long; Wine seems to hang";
     m_end.isSilent = true;
     finish(0);
 }
@@ -227,6 +242,8 @@ void WatchedRun::finish(int exitCode) {
         return;
     }
     qInfo() << "exe finished: " << exitCode;
+    if (m_state != State::Starting)
+        m_end.script = m_launcher->report();
     m_state = State::Ended;
     m_secondTimer.stop();
     m_silenceTimer.stop();
@@ -235,7 +252,6 @@ void WatchedRun::finish(int exitCode) {
     m_end.exitCode = exitCode;
     m_end.windowSeen = m_monitor->windowSeen;
     m_end.crashed = m_monitor->crashed;
-    m_end.script = m_launcher->report();
     m_end.logPath = m_launcher->logPath();
     if (m_end.isStopped())
         qInfo() << "ended from outside";

@@ -8,7 +8,9 @@
 #include "launch/MsgType.h"
 #include "launch/script/LauncherExit.h"
 
+class LaunchBottle;
 class LaunchedFile;
+class QJsonObject;
 class WineExeProcessMonitor;
 class WineLauncher;
 
@@ -40,16 +42,17 @@ class WatchedRun : public QObject {
     Q_OBJECT
 public:
     struct Program {
-        QString bottle;
+        LaunchedFile* file;
         QString uuid;  ///< of a stored program; empty for the file
         QString name;  ///< for the user
     };
 
-    /// The file must outlive this object. A known start error explains the end, which comes soon.
-    WatchedRun(const Program& program, LaunchedFile* file, const QString& startError, QObject* parent);
+    /// File and bottle must outlive this object. A known start error explains the end, which comes soon.
+    WatchedRun(const Program& program, LaunchBottle* bottle, const QString& startError, QObject* parent);
     /// Ends the launch script and the monitor; the Windows program goes on.
     ~WatchedRun() override;
 
+    /// Does not wait for the bottle's record: the script starts when it is known.
     void start();
     /// The end, told from outside the run. Only logged when the run has ended already.
     void finish(int exitCode);
@@ -69,10 +72,11 @@ Q_SIGNALS:
     void ended(const RunEnd& end);
 
 private:
-    enum class State { NotStarted, Running, HandedOver, Ended };
+    enum class State { NotStarted, Starting, Running, HandedOver, Ended };
 
-    bool isRunning() const { return m_state == State::Running || m_state == State::HandedOver; }
+    bool isRunning() const { return m_state != State::NotStarted && m_state != State::Ended; }
     void connectParts();
+    void launch(const QJsonObject& record);
     void launchInTerminal();
     void launchWatched();
     void tellInstalled();
@@ -88,7 +92,7 @@ private:
     void restartMonitor();
 
     Program m_program;
-    LaunchedFile* m_file;
+    LaunchBottle* m_bottle;
     WineExeProcessMonitor* m_monitor;
     WineLauncher* m_launcher;
     State m_state = State::NotStarted;
