@@ -3,6 +3,7 @@
 #include "backend/DesktopUtils.h"
 #include "backend/FileInfoCache.h"
 #include "backend/MissingFonts.h"
+#include "backend/WindowsPath.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
@@ -13,6 +14,9 @@ using TestSupport::TestHome;
 
 class BottleFilesTest : public QObject {
     Q_OBJECT
+
+    TestHome m_bottle;  // for the paths
+
 private Q_SLOTS:
     void fonts() {
         const TestHome home;
@@ -84,6 +88,43 @@ private Q_SLOTS:
         const LogCapture log;
         QVERIFY(!FileInfoCache("/nonexistent/bottle").remove("one"));
         QVERIFY(log.contains(QtWarningMsg, "/nonexistent/bottle/fileinfo.cache"));
+    }
+
+    void initTestCase() {
+        for (const char* file : {"Program Files/App/A.exe", "Program Files/App/setup[1].exe",
+                                 "Program Files/App/.Hidden.exe", "a b.exe", "Twin.exe", "twin.exe"})
+            m_bottle.write(QString("drive_c/") + file, "");
+        QVERIFY(QDir().mkpath(m_bottle.path() + "/dosdevices"));
+        QVERIFY(QFile::link("../drive_c", m_bottle.path() + "/dosdevices/c:"));
+    }
+
+    void isWindowsPath() {
+        for (const char* path : {R"(C:\Program Files\x.exe)", R"(z:\x)", "C:", R"(C:\)", R"(C:\\)"})
+            QVERIFY2(WindowsPath::isWindowsPath(path), path);
+        for (const char* path : {"C:/x", "C:x", R"(CC:\x)", R"(x C:\x)", "/usr/bin/x", R"(\\host\x)", ""})
+            QVERIFY2(!WindowsPath::isWindowsPath(path), path);
+    }
+
+    void toUnix_data() {
+        const TestSupport::Table<QString, QString> row("path", "expected");  // below dosdevices
+        row("wrong case", R"(C:\program files\aPP\a.EXE)", "c:/Program Files/App/A.exe");
+        row("missing part", R"(C:\program files\None\a.exe)", "c:/program files/None/a.exe");
+        row("brackets are letters", R"(C:\program files\app\SETUP[1].exe)",
+            "c:/Program Files/App/setup[1].exe");
+        row("stars match nothing", R"(C:\program files\app\*.exe)", "c:/program files/app/*.exe");
+        row("hidden", R"(C:\program files\app\.hidden.exe)", "c:/Program Files/App/.Hidden.exe");
+        row("exact before alike", R"(C:\twin.exe)", "c:/twin.exe");
+        row("line end, wrong case", "C:\\A\nB.exe", "c:/a b.exe");
+        row("doubled backslashes", R"(C:\\program files\\App\\a.exe)", "c:/Program Files/App/A.exe");
+        row("bare drive", "C:", "c:");
+        row("empty", "", "");
+    }
+    void toUnix() {
+        QFETCH(QString, path);
+        QFETCH(QString, expected);
+        QCOMPARE(WindowsPath::toUnix(m_bottle.path(), path), m_bottle.path() + "/dosdevices/" + expected);
+        QCOMPARE(WindowsPath::toUnix("/nonexistent/b", R"(C:\X.exe)"),
+                 QString("/nonexistent/b/dosdevices/c:/X.exe"));
     }
 };
 

@@ -1,3 +1,9 @@
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusVariant>
+
+#include "backend/BusResult.h"
+#include "backend/EmulatorPackage.h"
 #include "backend/TextUtils.h"
 #include "probes/MachineUtils.h"
 #include "support/LogCapture.h"
@@ -54,6 +60,59 @@ private Q_SLOTS:
         QTEST(MachineUtils::osVersion(home.write("os-version", content)), "version");
         QCOMPARE(MachineUtils::osVersion("/nonexistent/os-version"), QString());
         QVERIFY2(log.contains(QtWarningMsg, "/nonexistent/os-version"), qPrintable(log.text()));
+    }
+
+    void emulatorPackage_data() {
+        // The pattern is asked of the package manager; empty: nothing is.
+        const Table<QString, QString, QString> row("emulator", "pattern", "text");
+        row("none in use", "", "", "");
+        row("known by another name", "exagear", "", "exagear-core-x64a64 1.2");
+        row("found", "fex", "*fex*", "fex-emu 1.2");
+        row("not found", "qemu9", "*qemu9*", "");
+    }
+    void emulatorPackage() {
+        QFETCH(QString, emulator);
+        QFETCH(QString, pattern);
+        const TestSupport::LogCapture log;
+        QString asked;
+        const EmulatorPackage::PackageSource queries{
+            [&](const QString& text) {
+                asked = text;
+                return text == "*fex*" ? QStringList{"fex-emu", "fex-extra"} : QStringList();
+            },
+            [](const QString&) { return QString("1.2"); }};
+        QTEST(EmulatorPackage::describeEmulator(emulator, queries), "text");
+        QCOMPARE(asked, pattern);
+        QCOMPARE(log.contains(QtWarningMsg, "unknown emulator: " + emulator + ", search via dpkg"),
+                 !pattern.isEmpty());
+    }
+
+    void busResult_data() {
+        const Table<QDBusMessage, bool, QString, bool> row("message", "ok", "text", "okWhenIgnored");
+        const QDBusMessage call = QDBusMessage::createMethodCall("a.b", "/", "a.b", "c");
+        row("text", call.createReply(QString("[1]")), true, "[1]", true);
+        row("number", call.createReply(7), true, "7", true);
+        row("variant", call.createReply(QVariant::fromValue(QDBusVariant("v"))), true, "v", true);
+        row("two arguments", call.createReply(QVariantList{"first", "second"}), true, "first", true);
+        row("no argument", call.createReply(), false, "", true);
+        row("a map", call.createReply(QVariantMap{{"a", 1}}), false, "", true);
+        row("error", call.createErrorReply(QDBusError::NoReply, "gone"), false, "", false);
+        row("nothing", QDBusMessage(), false, "", false);
+    }
+    void busResult() {
+        QFETCH(QDBusMessage, message);
+        QFETCH(bool, ok);
+        const BusResult result = BusReply::fromMessage(message);
+        QCOMPARE(result.ok, ok);
+        QTEST(result.text, "text");
+        QCOMPARE(result.errorMessage.isEmpty(), ok);
+        QTEST(BusReply::fromMessage(message, BusReply::Wanted::Ignored).ok, "okWhenIgnored");
+    }
+
+    void errorWithoutMessageIsNamed() {
+        const QDBusMessage call = QDBusMessage::createMethodCall("a.b", "/", "a.b", "c");
+        QCOMPARE(BusReply::fromMessage(call.createErrorReply("a.b.Broken", "")).errorMessage,
+                 QString("a.b.Broken"));
     }
 };
 
