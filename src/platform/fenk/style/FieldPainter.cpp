@@ -1,10 +1,8 @@
 #include "fenk/style/FieldPainter.h"
 
 #include <QAbstractScrollArea>
-#include <QPlainTextEdit>
 #include <QStyle>
 #include <QStyleOption>
-#include <QTextEdit>
 #include <QWidget>
 
 #include "fenk/style/Color.h"
@@ -36,7 +34,7 @@ void field(QPainter* painter, const QStyleOption* option, const QWidget* widget)
 }
 
 void areaFrame(QPainter* painter, const QStyleOption* option, const QWidget* widget) {
-    const bool editor = qobject_cast<const QTextEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget);
+    const bool editor = hasTextAreaLook(widget);
     const QColor ground = widget ? widget->palette().color(QPalette::Base) : color(Theme::Surface);
     Paint::box(painter, option->rect, editor ? Tokens::RadiusControl : Tokens::RadiusCard, ground,
                editor ? line(option, widget) : color(Theme::Border));

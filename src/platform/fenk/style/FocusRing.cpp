@@ -8,9 +8,7 @@
 #include <QFocusEvent>
 #include <QFocusFrame>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QScrollBar>
-#include <QTextEdit>
 
 #include "fenk/style/WidgetLook.h"
 
@@ -20,7 +18,7 @@ namespace {
 
 bool isField(const QWidget* widget) {
     return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
-           qobject_cast<const QTextEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget);
+           hasTextAreaLook(widget);
 }
 
 bool hasRing(const QWidget* widget) {

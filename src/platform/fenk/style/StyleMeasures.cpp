@@ -4,10 +4,8 @@
 #include <QFocusFrame>
 #include <QGroupBox>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QStyleOption>
 #include <QTabBar>
-#include <QTextEdit>
 
 #include "fenk/style/BarPainter.h"
 #include "fenk/style/MenuPainter.h"
@@ -109,7 +107,7 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
         case PM_DefaultFrameWidth:
             if (qobject_cast<const QLineEdit*>(widget))
                 return Tokens::Space8;
-            if (qobject_cast<const QTextEdit*>(widget) || qobject_cast<const QPlainTextEdit*>(widget))
+            if (hasTextAreaLook(widget))
                 return Tokens::Space8;
             if (widget && widget->inherits("QComboBoxPrivateContainer"))
                 return Tokens::Space4;

@@ -2,6 +2,8 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QPlainTextEdit>
+#include <QTextEdit>
 #include <QVariant>
 #include <QWidget>
 
@@ -15,6 +17,7 @@ const char KindProperty[] = "fenkButtonKind";
 const char AlertProperty[] = "fenkAlert";
 const char SidebarProperty[] = "fenkSidebar";
 const char DestructiveProperty[] = "fenkDestructive";
+const char TextAreaProperty[] = "fenkTextArea";
 const char RingProperty[] = "fenkRingRadius";
 }  // namespace
 
@@ -47,6 +50,15 @@ int ringRadius(const QWidget* control) {
 
 bool hasRingRadius(const QWidget* control) {
     return control && control->property(RingProperty).isValid();
+}
+
+void setTextAreaLook(QWidget* view) {
+    view->setProperty(TextAreaProperty, true);
+}
+
+bool hasTextAreaLook(const QWidget* view) {
+    return qobject_cast<const QTextEdit*>(view) || qobject_cast<const QPlainTextEdit*>(view) ||
+           (view && view->property(TextAreaProperty).toBool());
 }
 
 void setSidebarLook(QAbstractItemView* view) {

@@ -25,6 +25,10 @@ void setRingRadius(QWidget* control, int radius);
 int ringRadius(const QWidget* control);
 bool hasRingRadius(const QWidget* control);
 
+/// A frame and a focus ring like those of a text edit, which has them by itself.
+void setTextAreaLook(QWidget* view);
+bool hasTextAreaLook(const QWidget* view);
+
 /// The look of a list at the side of a window: sunken background, no frame, rounded rows.
 void setSidebarLook(QAbstractItemView* view);
 bool hasSidebarLook(const QWidget* view);
