@@ -1423,6 +1423,10 @@ please wait for the component download to complete!</source>
 <context>
     <name>LogsWidget</name>
     <message>
+        <source>The oldest lines were dropped: %1</source>
+        <translation>已丢弃最早的行：%1</translation>
+    </message>
+    <message>
         <source>The log was saved to %1</source>
         <translation>日志已保存到 %1</translation>
     </message>
