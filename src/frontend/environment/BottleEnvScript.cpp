@@ -8,7 +8,7 @@
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
 #include "environment/EnvInitBanner.h"
-#include "environment/ScriptOutput.h"
+#include "widgets/LogLineReader.h"
 
 namespace {
 
@@ -77,8 +77,8 @@ void BottleEnvScript::start(bool force) {
 void BottleEnvScript::launch() {
     banner->showRunning(title);
     process = new QProcess;
-    auto standardOutput = std::make_shared<ScriptOutput>();
-    auto standardError = std::make_shared<ScriptOutput>();
+    auto standardOutput = std::make_shared<LogLineReader>();
+    auto standardError = std::make_shared<LogLineReader>();
     const auto readOutput = [this, standardOutput] {
         show(standardOutput->add(process->readAllStandardOutput()));
     };

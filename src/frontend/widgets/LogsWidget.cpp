@@ -7,14 +7,14 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QMenu>
-#include <QRegularExpression>
 #include <QSaveFile>
 #include <QScrollBar>
 #include <QStandardPaths>
-#include <QtMath>
 
 #include "fenk/controls/FloatingMessage.h"
+#include "fenk/controls/Label.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "widgets/FileChoice.h"
@@ -24,92 +24,52 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int ErrorLevel = 1;
-constexpr int FillDelayMs = 50;
-constexpr int FillAtOnce = 4000;      ///< lines; takes some tens of milliseconds
 constexpr int OtherScriptMore = 3;    ///< pixels, by which lines with Chinese characters are higher
-constexpr int RemarkWithin = 40;      ///< bytes; time, process and thread stand before the word
-constexpr int MostLinesShown = 1000;  // no window is larger
-constexpr int MostPixelsShown = 10000;
-
-/// What Wine says in passing; the log has it beside the errors, and it is none.
-bool isRemark(const QByteArray& line) {
-    const QByteArray begin = line.left(RemarkWithin);
-    return begin.contains(":fixme:") || begin.contains(":warn:") || begin.contains(":trace:");
-}
-
-/// Whatever a text document would take for the end of a line or for its own marks.
-const QRegularExpression& lineEnds() {
-    static const QRegularExpression pattern("\r\n|[\n\r\u2028\u2029\ufdd0\ufdd1]");
-    return pattern;
-}
+constexpr int MaxLinesOfSize = 1000;  // no window is larger
+constexpr int MaxWidthOfSize = 10000;
 
 }  // namespace
 
 LogsWidget::LogsWidget(QWidget* parent)
-    : QPlainTextEdit(parent), m_left(new LogsWidget_LeftIconWidget(this)) {
+    : LogView(parent), m_left(new LogsWidget_LeftIconWidget(this)), m_dropped(new Label(Label::Small, this)) {
     setAccessibleName("running_logs");
-    setReadOnly(true);
-    setCursorWidth(0);
-    setTabChangesFocus(true);
-    setUndoRedoEnabled(false);
-    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setFont(Theme::instance()->font(Theme::Fixed));
-    m_fillTimer.setSingleShot(true);
-    connect(&m_fillTimer, &QTimer::timeout, this, &LogsWidget::fill);
-    connect(this, &QPlainTextEdit::updateRequest, this, &LogsWidget::updateLineNumberArea);
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
-            [this](int value) { m_follows = value >= verticalScrollBar()->maximum(); });
-    connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &LogsWidget::followEnd);
+    m_dropped->setObjectName("dropped_lines");
+    m_dropped->hide();
+    connect(this, &LogView::shownLinesChanged, this, [this] { updateLineNumberArea(viewport()->rect(), 0); });
+    connect(this, &LogView::shownLinesChanged, this, &LogsWidget::showDropped);
     connect(Theme::instance(), &Theme::changed, this, &LogsWidget::applyTheme);
     applyTheme();
     updateIconAreaWidth();
 }
 
-void LogsWidget::appendLine(const QString& text, int level) {
-    const int now = QTime::currentTime().msecsSinceStartOfDay();
-    const QStringList lines = text.split(lineEnds());
-    for (const QString& line : lines) {
-        QByteArray bytes = line.toUtf8();
-        bytes.squeeze();  // it has room for three bytes a character
-        m_lines.append({bytes, now, level});
-        if (bytes.size() > m_lines[m_longest].text.size())
-            m_longest = m_lines.size() - 1;
+void LogsWidget::showDropped() {
+    if (store().droppedLines() == 0)
+        return;
+    m_dropped->setText(droppedText());
+    if (m_dropped->isHidden()) {
+        m_dropped->show();
+        updateIconAreaWidth();
     }
-    if (isVisible() && !m_fillTimer.isActive())
-        m_fillTimer.start(FillDelayMs);
 }
 
-bool LogsWidget::isError(int line) const {
-    return m_lines[line].level == ErrorLevel && !isRemark(m_lines[line].text);
-}
-
-QString LogsWidget::timeOf(int line) const {
-    return QTime::fromMSecsSinceStartOfDay(m_lines[line].time).toString("HH:mm:ss");
-}
-
-QStringList LogsWidget::lastLines(int count) const {
-    QStringList result;
-    for (int i = qMax(0, m_lines.size() - count); i < m_lines.size(); ++i)
-        result.append(QString::fromUtf8(m_lines[i].text));
-    return result;
+QString LogsWidget::droppedText() const {
+    return tr("The oldest lines were dropped: %1").arg(QLocale().toString(store().droppedLines()));
 }
 
 QSize LogsWidget::unbrokenSize() const {
-    const int longest =
-        m_lines.isEmpty() ? 0 : fontMetrics().horizontalAdvance(QString::fromUtf8(m_lines[m_longest].text));
-    const int around = m_left->sizeHint().width() + verticalScrollBar()->sizeHint().width() +
-                       2 * (frameWidth() + qCeil(document()->documentMargin())) + Tokens::Space8;
-    const int height = qMin(m_lines.size(), MostLinesShown) * (fontMetrics().lineSpacing() + OtherScriptMore);
-    return {qMin(longest, MostPixelsShown) + around,
-            height + 2 * (frameWidth() + qCeil(document()->documentMargin()))};
+    const int longest = fontMetrics().horizontalAdvance(store().longestLine());
+    const int frame = 2 * (frameWidth() + Margin);
+    const int around =
+        m_left->sizeHint().width() + verticalScrollBar()->sizeHint().width() + frame + Tokens::Space8;
+    const int lines = qMin(store().lineCount(), MaxLinesOfSize);
+    return {qMin(longest, MaxWidthOfSize) + around,
+            lines * (fontMetrics().lineSpacing() + OtherScriptMore) + frame};
 }
 
 QByteArray LogsWidget::allLines() const {
-    QByteArray result;
-    for (int i = 0; i < m_lines.size(); ++i)
-        result += timeOf(i).toUtf8() + ' ' + m_lines[i].text + '\n';
-    return result;
+    const QByteArray dropped = store().droppedLines() > 0 ? droppedText().toUtf8() + '\n' : QByteArray();
+    return dropped + store().allLines();
 }
 
 void LogsWidget::applyTheme() {
@@ -117,53 +77,11 @@ void LogsWidget::applyTheme() {
     QPalette colors = theme->palette();
     colors.setColor(QPalette::Base, theme->color(Theme::Sunken));
     setPalette(colors);
-    // The colour of the error lines is part of the text.
-    const int place = verticalScrollBar()->value();
-    const bool follows = m_follows;
-    clear();
-    m_filled = 0;
-    fill();
-    m_follows = follows;
-    if (!follows)
-        verticalScrollBar()->setValue(place);
-}
-
-void LogsWidget::fill() {
-    if (!isVisible() || m_filled == m_lines.size())
-        return;
-    QTextCharFormat ordinary;
-    QTextCharFormat error;
-    error.setForeground(Theme::instance()->color(Theme::Danger));
-    QTextCursor end(document());
-    end.movePosition(QTextCursor::End);
-    end.beginEditBlock();
-    const int until = qMin(m_lines.size(), m_filled + FillAtOnce);
-    while (m_filled < until) {
-        const bool errors = isError(m_filled);
-        QString run;
-        for (; m_filled < until && isError(m_filled) == errors; ++m_filled) {
-            if (m_filled > 0)
-                run += '\n';
-            run += QString::fromUtf8(m_lines[m_filled].text);
-        }
-        end.insertText(run, errors ? error : ordinary);
-    }
-    end.endEditBlock();
-    followEnd();
-    if (m_filled < m_lines.size())
-        m_fillTimer.start(0);
-}
-
-void LogsWidget::followEnd() {
-    if (m_follows)
-        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
 void LogsWidget::copyText() {
-    if (textCursor().hasSelection())
-        copy();
-    else
-        QGuiApplication::clipboard()->setText(QString::fromUtf8(allLines()));
+    QGuiApplication::clipboard()->setText(cursor().hasSelection() ? cursor().selectedText()
+                                                                  : QString::fromUtf8(allLines()));
 }
 
 bool LogsWidget::saveTo(const QString& path) {
@@ -189,25 +107,21 @@ void LogsWidget::askWhereToSave() {
 }
 
 void LogsWidget::updateIconAreaWidth() {
-    setViewportMargins(m_left->sizeHint().width(), 0, 0, 0);
+    const int above = m_dropped->isHidden() ? 0 : m_dropped->sizeHint().height();
+    setViewportMargins(m_left->sizeHint().width(), above, 0, 0);
 }
 
-void LogsWidget::updateLineNumberArea(const QRect& area, int scrolledBy) {
-    if (scrolledBy != 0)
-        m_left->scroll(0, scrolledBy);
-    else
-        m_left->update(0, area.y(), m_left->width(), area.height());
-}
-
-void LogsWidget::showEvent(QShowEvent* event) {
-    QPlainTextEdit::showEvent(event);
-    fill();
+/// However far the text was scrolled, all of the margin is painted anew.
+void LogsWidget::updateLineNumberArea(const QRect& area, int) {
+    m_left->update(0, area.y(), m_left->width(), area.height());
 }
 
 void LogsWidget::resizeEvent(QResizeEvent* event) {
-    QPlainTextEdit::resizeEvent(event);
+    LogView::resizeEvent(event);
     const QRect inside = contentsRect();
-    m_left->setGeometry(inside.left(), inside.top(), m_left->sizeHint().width(), inside.height());
+    const QRect text = viewport()->geometry();
+    m_left->setGeometry(inside.left(), text.top(), m_left->sizeHint().width(), text.height());
+    m_dropped->setGeometry(inside.left(), inside.top(), inside.width(), m_dropped->sizeHint().height());
 }
 
 void LogsWidget::keyPressEvent(QKeyEvent* event) {
@@ -216,14 +130,14 @@ void LogsWidget::keyPressEvent(QKeyEvent* event) {
     else if (event->matches(QKeySequence::Save))
         askWhereToSave();
     else
-        QPlainTextEdit::keyPressEvent(event);
+        LogView::keyPressEvent(event);
 }
 
 void LogsWidget::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(tr("Copy"), this, &LogsWidget::copyText)->setShortcut(QKeySequence::Copy);
-    menu->addAction(tr("Select all"), this, &QPlainTextEdit::selectAll)->setShortcut(QKeySequence::SelectAll);
+    menu->addAction(tr("Select all"), this, &LogView::selectAll)->setShortcut(QKeySequence::SelectAll);
     menu->addSeparator();
     menu->addAction(tr("Save..."), this, &LogsWidget::askWhereToSave)->setShortcut(QKeySequence::Save);
     menu->popup(event->globalPos());

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QPaintEvent>
-#include <QTextBlock>
 
 #include "fenk/style/Paint.h"
 #include "fenk/style/SymbolicIconEngine.h"
@@ -32,16 +31,13 @@ void LogsWidget_LeftIconWidget::paintEvent(QPaintEvent* event) {
         tintedPixmap(Theme::icon("fenk-error"), side, devicePixelRatioF(), Paint::color(Theme::Danger));
     const int lineHeight = fontMetrics().height();
     painter.setPen(Paint::color(Theme::Secondary));
-    QTextBlock block = m_logs->firstVisibleBlock();
-    qreal top = m_logs->blockBoundingGeometry(block).translated(m_logs->contentOffset()).top();
-    for (; block.isValid() && top <= event->rect().bottom(); block = block.next()) {
-        const int line = block.blockNumber();
-        if (line < m_logs->lineCount()) {
-            if (m_logs->isError(line))
-                painter.drawPixmap(QPointF(0, top + (lineHeight - MarkerSide) / 2.0), marker);
-            painter.drawText(QRectF(TimeLeft, top, width() - TimeLeft, lineHeight), m_logs->timeOf(line));
-        }
-        top += m_logs->blockBoundingRect(block).height();
+    for (const LogView::ShownLine& shown : m_logs->shownLines()) {
+        if (shown.top + lineHeight < event->rect().top() || shown.top > event->rect().bottom())
+            continue;
+        if (m_logs->store().isError(shown.line))
+            painter.drawPixmap(QPointF(0, shown.top + (lineHeight - MarkerSide) / 2.0), marker);
+        painter.drawText(QRectF(TimeLeft, shown.top, width() - TimeLeft, lineHeight),
+                         m_logs->store().timeOf(shown.line));
     }
 }
 

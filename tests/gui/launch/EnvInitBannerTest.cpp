@@ -8,7 +8,6 @@
 #include "core/EnvironmentSetup.h"
 #include "core/ServiceAgreement.h"
 #include "environment/BottleEnvScript.h"
-#include "environment/ScriptOutput.h"
 #include "fenk/window/Application.h"
 #include "support/KeyWalk.h"
 #include "support/LogCapture.h"
@@ -64,27 +63,6 @@ class EnvInitBannerTest : public QObject {
     int m_count = 0;
 
 private Q_SLOTS:
-    void output_data() {
-        const Table<QByteArrayList, QStringList> row("chunks", "lines");
-        const QByteArray longLine(ScriptOutput::MaxLineBytes - 1, 'x');
-        row("partial", {"a\nb", "c\nd"}, {"a", "bc", "d"});
-        row("empty line", {"\n\n"}, {"", ""});
-        row("split character", {"\xe4\xb8", "\xad\n"}, {"中"});
-        row("colours", {"\x1b[1;3", "1mred\x1b[0m \x1b]0;title\x07z\a\n"}, {"red z"});
-        row("progress", {"10 %\r20 %\r\n"}, {"20 %"});
-        row("too long", {longLine + "\xe4\xb8\xad!\n"},
-            {QString(longLine) + QChar(QChar::ReplacementCharacter)});
-        row("without end", {longLine + "\xe4\xb8\xad!"}, {QString(longLine), "中!"});
-    }
-    void output() {
-        QFETCH(QByteArrayList, chunks);
-        ScriptOutput output;
-        QStringList lines;
-        for (const QByteArray& chunk : chunks)
-            lines += output.add(chunk);
-        QTEST(lines + output.rest(), "lines");
-    }
-
     void needsRun_data() {
         const Table<QString, bool> row("check", "needed");
         row("nothing to do", "0", false);
