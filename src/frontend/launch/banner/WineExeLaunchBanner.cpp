@@ -3,9 +3,7 @@
 #include <QAccessible>
 #include <QCloseEvent>
 #include <QDebug>
-#include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 
 #include "fenk/controls/Label.h"
@@ -14,7 +12,9 @@
 #include "fenk/style/Tokens.h"
 #include "fenk/window/TitleBar.h"
 #include "launch/banner/BannerCloseConfirmDialog.h"
+#include "launch/banner/BannerDescription.h"
 #include "launch/banner/BannerFailedPart.h"
+#include "launch/banner/BannerMotion.h"
 #include "launch/banner/BannerPicture.h"
 #include "launch/banner/SteadyText.h"
 
@@ -28,10 +28,7 @@ constexpr int FailedHeight = 500;
 constexpr int MaskAlpha = 204;
 constexpr int NameMaxWidth = 200;
 constexpr int StatusMaxWidth = 400;
-constexpr int ReasonMaxWidth = 480;
-constexpr int FewestReasonLines = 2;
-constexpr int AboveIcon = 68;  ///< puts what the running look holds into its middle; the failed one keeps it
-constexpr qreal FailedIconOpacity = 0.6;
+constexpr int AboveIcon = 68;  ///< centres the content of the running look; the failed look keeps it
 
 }  // namespace
 
@@ -40,7 +37,7 @@ WineExeLaunchBanner::WineExeLaunchBanner(QWidget* parent)
       m_icon(new BannerPicture(Tokens::IconBanner)),
       m_name(new Label(Label::Heading)),
       m_status(new Label(Label::Body)),
-      m_description(new Label(Label::Small)),
+      m_description(new BannerDescription),
       m_statusText(new SteadyText(this)),
       m_descriptionText(new SteadyText(this)),
       m_ring(new Spinner),
@@ -48,14 +45,11 @@ WineExeLaunchBanner::WineExeLaunchBanner(QWidget* parent)
       m_failed(new BannerFailedPart),
       m_above(new QSpacerItem(0, AboveIcon, QSizePolicy::Minimum, QSizePolicy::Fixed)),
       m_changing(new QWidget),
-      m_opacity(new QGraphicsOpacityEffect(this)) {
+      m_motion(new BannerMotion(this, m_icon, m_changing, m_failed)) {
     setAccessibleName("exelaunch_banner");
     setBackgroundAlpha(MaskAlpha);
     titlebar()->setMenuVisible(false);
     setFixedSize(Width, RunningHeight);
-    m_fade.setDuration(Tokens::FadeMs);
-    m_movement.setDuration(Tokens::MoveMs);
-    m_movement.setEasingCurve(QEasingCurve::OutCubic);
     arrange();
     connectParts();
     m_runningStatus = tr("A Wine App is executing");
@@ -67,8 +61,7 @@ WineExeLaunchBanner::WineExeLaunchBanner(QWidget* parent)
 }
 
 void WineExeLaunchBanner::arrange() {
-    for (Label* line : {m_status, m_description})
-        line->setElided(true);
+    m_status->setElided(true);
     m_name->setElidedAfter(2);
     m_name->setObjectName("app_name");
     m_name->setAlignment(Qt::AlignCenter);
@@ -76,7 +69,6 @@ void WineExeLaunchBanner::arrange() {
     m_status->setObjectName("status");
     m_status->setMaximumWidth(StatusMaxWidth);
     m_description->setObjectName("description");
-    m_description->setAlignment(Qt::AlignCenter);
     m_description->setMaximumWidth(Width - 2 * Tokens::Space32);
     m_failed->hide();
 
@@ -89,8 +81,6 @@ void WineExeLaunchBanner::arrange() {
     changing->addSpacing(Tokens::Space24);
     changing->addWidget(m_failed);
     changing->addStretch();
-    m_changing->setGraphicsEffect(m_opacity);
-    m_opacity->setEnabled(false);
 
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
@@ -124,19 +114,17 @@ void WineExeLaunchBanner::connectParts() {
         m_runningStatus = text;
         showStatus(text);
     });
-    connect(m_descriptionText, &SteadyText::shown, m_description,
-            [this](const QString& text) { showDescription(text); });
+    connect(m_descriptionText, &SteadyText::shown, this, [this](const QString& text) {
+        m_description->showText(text);
+        if (m_closeState == Failed)
+            keepRoomBelow(failedHeight());
+    });
     connect(m_failed, &BannerFailedPart::feedback, this, &WineExeLaunchBanner::feedBackButtonClicked);
     connect(m_failed, &BannerFailedPart::viewLogs, this, &WineExeLaunchBanner::showLogsButtonClicked);
     connect(m_failed, &BannerFailedPart::debug, this, &WineExeLaunchBanner::debugButtonClicked);
     connect(m_failed, &BannerFailedPart::repair, this, &WineExeLaunchBanner::repairButtonClicked);
     connect(m_failed, &BannerFailedPart::retry, this, &WineExeLaunchBanner::retryButtonClicked);
     connect(m_failed, &BannerFailedPart::chooseFile, this, &WineExeLaunchBanner::chooseFileButtonClicked);
-    connect(&m_movement, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& height) { setFixedSize(Width, height.toInt()); });
-    connect(&m_fade, &QVariantAnimation::valueChanged, this,
-            [this](const QVariant& opacity) { showFade(opacity.toReal()); });
-    connect(&m_fade, &QVariantAnimation::finished, this, &WineExeLaunchBanner::endFade);
 }
 
 void WineExeLaunchBanner::setAppName(const QString& name) {
@@ -157,17 +145,6 @@ void WineExeLaunchBanner::setDescription(const QString& description) {
     m_descriptionText->set(description);
 }
 
-/// A reason may hold commands, each on a line of its own.
-void WineExeLaunchBanner::showDescription(const QString& text) {
-    m_shownDescription = text;
-    QStringList lines;
-    for (const QString& line : m_isReason ? text.split('\n') : QStringList{text})
-        lines += line.simplified();
-    m_description->setText(lines.join('\n').trimmed());
-    if (m_closeState == Failed)
-        keepRoomBelow(m_canRepair ? FailedHeight : RunningHeight);
-}
-
 void WineExeLaunchBanner::showStatus(const QString& status) {
     const QString line = status.simplified();
     m_status->setText(line);
@@ -180,16 +157,16 @@ void WineExeLaunchBanner::showFailed(bool canFix) {
     m_statusText->restart();
     m_descriptionText->restart();
     showStatus(tr("The app fails to run"));
-    giveDescriptionRoom(true);
+    m_description->setReason(true);
     closeQuestion();
     m_ring->hide();
     m_failedMark->show();
     m_failed->offer(m_canRepair, canFix);
     m_failed->show();
-    keepRoomBelow(m_canRepair ? FailedHeight : RunningHeight);
+    keepRoomBelow(failedHeight());
     if (m_canRepair)
-        moveHeight(FailedHeight);
-    fade(0, 1);
+        m_motion->moveHeight(FailedHeight);
+    m_motion->fadeFailedIn();
     m_closeState = Failed;
     if (QPushButton* suggested = m_failed->suggested())
         suggested->setFocus(Qt::ActiveWindowFocusReason);
@@ -200,16 +177,15 @@ void WineExeLaunchBanner::showFailed(bool canFix) {
 void WineExeLaunchBanner::showRunning() {
     m_statusText->restart();
     m_descriptionText->restart();
-    // Before its button goes: Qt would hand the focus on to a button of the title bar.
+    // Before the focused button is hidden: Qt would give the focus to a button of the title bar.
     setFocus(Qt::OtherFocusReason);
-    leaveFailedPicture();
-    moveHeight(RunningHeight);
-    fade(1, 0);
+    m_motion->fadeFailedOut();
+    m_motion->moveHeight(RunningHeight);
     m_closeState = Running;
     m_failed->hideOffers();
     m_failed->hide();
     m_failedMark->hide();
-    giveDescriptionRoom(false);
+    m_description->setReason(false);
     keepRoomBelow(RunningHeight);
     m_ring->show();
     showStatus(m_runningStatus);
@@ -227,30 +203,17 @@ void WineExeLaunchBanner::offerRetry(bool canChooseFile) {
     m_failed->suggested()->setFocus(Qt::ActiveWindowFocusReason);
 }
 
-/// A reason is read, a step only seen: the one has as many lines as it takes, the other has one.
-void WineExeLaunchBanner::giveDescriptionRoom(bool isReason) {
-    m_isReason = isReason;
-    m_description->setTextInteractionFlags(isReason ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
-                                                    : Qt::NoTextInteraction);
-    showDescription(m_shownDescription);
-    m_description->setTextRole(isReason ? Theme::Text : Theme::Secondary);
-    limitDescription(isReason ? 0 : 1);
+int WineExeLaunchBanner::failedHeight() const {
+    return m_canRepair ? FailedHeight : RunningHeight;
 }
 
-/// `lines` 0 is as many as it takes. "View Logs" and the tool tip have the rest.
-void WineExeLaunchBanner::limitDescription(int lines) {
-    m_description->setReadingWidth(lines == 0 ? ReasonMaxWidth : 0);
-    m_description->setElidedAfter(qMax(1, lines));
-    m_description->setElided(lines > 0);
-}
-
-/// What a long reason takes more than there is comes off the space above the icon, then off its own lines.
+/// Gives a long reason the space above the icon; if that is not enough, the reason loses lines.
 void WineExeLaunchBanner::keepRoomBelow(int windowHeight) {
     QLayout* layout = centralWidget()->layout();
     m_above->changeSize(0, AboveIcon, QSizePolicy::Minimum, QSizePolicy::Fixed);
-    if (m_isReason)
-        limitDescription(0);
-    // Layouts forget the sizes of widgets inside widgets only when the event loop runs again.
+    if (m_description->isReason())
+        m_description->limitLines(0);
+    // By itself, a layout learns of new sizes of inner widgets only when the event loop runs again.
     m_failed->updateGeometry();
     m_changing->layout()->invalidate();
     m_changing->updateGeometry();
@@ -259,69 +222,11 @@ void WineExeLaunchBanner::keepRoomBelow(int windowHeight) {
     const int room = windowHeight - Tokens::TitleBarHeight - frame.top() - frame.bottom();
     const int missing = layout->totalHeightForWidth(Width) - room;
     const int stillMissing = missing - (AboveIcon - Tokens::Space16);
-    if (m_isReason && stillMissing > 0) {
-        const int line = m_description->fontMetrics().lineSpacing();
-        const int lines = (m_description->heightForWidth(ReasonMaxWidth) - stillMissing) / line;
-        limitDescription(qMax(FewestReasonLines, lines));
-    }
+    if (m_description->isReason() && stillMissing > 0)
+        m_description->limitLines(m_description->linesWithout(stillMissing));
     m_above->changeSize(0, qBound(Tokens::Space16, AboveIcon - missing, AboveIcon), QSizePolicy::Minimum,
                         QSizePolicy::Fixed);
     layout->invalidate();
-}
-
-void WineExeLaunchBanner::moveHeight(int height) {
-    m_movement.stop();
-    if (!isVisible() || !Theme::instance()->animationsEnabled()) {
-        setFixedSize(Width, height);
-        return;
-    }
-    m_movement.setStartValue(this->height());
-    m_movement.setEndValue(height);
-    m_movement.start();
-}
-
-void WineExeLaunchBanner::leaveFailedPicture() {
-    delete m_leftover;
-    if (!isVisible() || !m_failed->isVisible() || !Theme::instance()->animationsEnabled())
-        return;
-    m_opacity->setEnabled(false);
-    QPixmap picture(m_failed->size() * devicePixelRatioF());
-    picture.setDevicePixelRatio(devicePixelRatioF());
-    picture.fill(Qt::transparent);
-    m_failed->render(&picture, {}, {}, QWidget::DrawChildren);
-    m_leftover = new QLabel(centralWidget());
-    m_leftover->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_leftover->setPixmap(picture);
-    m_leftover->setGraphicsEffect(new QGraphicsOpacityEffect(m_leftover));
-    m_leftover->setGeometry(QRect(m_failed->mapTo(centralWidget(), QPoint()), m_failed->size()));
-    m_leftover->show();
-}
-
-void WineExeLaunchBanner::fade(qreal from, qreal to) {
-    m_fade.stop();
-    m_fade.setStartValue(from);
-    m_fade.setEndValue(to);
-    if (isVisible() && Theme::instance()->animationsEnabled()) {
-        m_opacity->setEnabled(to > from);
-        m_fade.start();
-    } else {
-        showFade(to);
-        endFade();
-    }
-}
-
-/// `failed` is how much of the failed look is there. The running look never fades: it is there at once, and
-/// what is left of the other one fades above it.
-void WineExeLaunchBanner::showFade(qreal failed) {
-    m_icon->setOpacity(1 - failed * (1 - FailedIconOpacity));
-    m_opacity->setOpacity(failed);
-    if (m_leftover)
-        static_cast<QGraphicsOpacityEffect*>(m_leftover->graphicsEffect())->setOpacity(failed);
-}
-
-void WineExeLaunchBanner::endFade() {
-    m_opacity->setEnabled(false);
-    delete m_leftover;
 }
 
 void WineExeLaunchBanner::closeQuestion() {
@@ -333,7 +238,8 @@ void WineExeLaunchBanner::closeQuestion() {
 }
 
 bool WineExeLaunchBanner::event(QEvent* event) {
-    // Title and icon are for the desktop's lists of windows. The title bar would only say them again.
+    // Title and icon are for the desktop's lists of windows; the title bar would repeat what the banner
+    // shows.
     if (event->type() == QEvent::WindowTitleChange || event->type() == QEvent::WindowIconChange)
         return QMainWindow::event(event);
     return MainWindow::event(event);
@@ -365,7 +271,7 @@ void WineExeLaunchBanner::showEvent(QShowEvent* event) {
 
 void WineExeLaunchBanner::hideEvent(QHideEvent* event) {
     MainWindow::hideEvent(event);
-    // Minimising leaves the question open; a launch that has come to its window has answered it.
+    // Minimising leaves the question open. A launch that hides its banner needs no answer any more.
     if (!event->spontaneous())
         closeQuestion();
 }

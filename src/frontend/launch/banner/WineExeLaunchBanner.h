@@ -1,15 +1,14 @@
 #pragma once
 
 #include <QPointer>
-#include <QVariantAnimation>
 
 #include "fenk/window/MainWindow.h"
 
 class BannerCloseConfirmDialog;
+class BannerDescription;
 class BannerFailedPart;
+class BannerMotion;
 class BannerPicture;
-class QGraphicsOpacityEffect;
-class QLabel;
 class QSpacerItem;
 class SteadyText;
 
@@ -18,9 +17,9 @@ class Label;
 class Spinner;
 }  // namespace Fenk
 
-/// Stands for a launch while no window of the program itself exists: which program, what is happening, that
-/// it is alive; after a failure what can be done. Only shows and asks: whoever owns it listens and decides.
-/// Closing it while the launch is running asks first; otherwise it says finished() and closes.
+/// The window of a launch that has no window of its own program yet: shows which program it is and what
+/// happens, and after a failure what can be done. Only shows and asks; its owner decides what a click does.
+/// Closing it while the launch runs asks first; otherwise it emits finished() and closes. GUI thread.
 class WineExeLaunchBanner : public Fenk::MainWindow {
     Q_OBJECT
 public:
@@ -29,26 +28,26 @@ public:
     explicit WineExeLaunchBanner(QWidget* parent = nullptr);
 
     void setAppName(const QString& name);
-    /// One line each, as plain text. They follow the calls at a pace that can be read, and a percentage in
-    /// them never falls within one step.
+    /// One line each, plain text. They change at most every 400 ms, so that they can be read (SteadyText),
+    /// and the percentage of a step never falls.
     void setStatus(const QString& status);
     void setDescription(const QString& description);
     void setIcon(const QIcon& icon);
 
-    /// `canFix`: a repair is on offer.
+    /// `canFix`: a repair is offered.
     void showFailed(bool canFix);
     void showRunning();
 
-    /// After showFailed(true): what the repair is going to bring, as plain text.
+    /// After showFailed(true): what the repair will install or change, plain text, shown as a tool tip.
     void setRepairDetails(const QString& text);
-    /// After showFailed(false): a repair has failed and can be tried again, perhaps with a file that the user
-    /// chooses.
+    /// After showFailed(false), if a repair has failed: offers to try it again. `canChooseFile` offers to use
+    /// a file of the user as well.
     void offerRetry(bool canChooseFile);
 
     /// False for programs that the user cannot change: a failure then offers neither repair nor debugging.
     void setCanRepair(bool canRepair) { m_canRepair = canRepair; }
 
-    /// From now on closing asks nothing.
+    /// Closing does not ask from now on.
     void allowClose() { m_closeState = Closable; }
     int closeState() const { return m_closeState; }
 
@@ -74,34 +73,22 @@ private:
     QWidget* makeStatusRow();
     void connectParts();
     void showStatus(const QString& status);
-    void showDescription(const QString& text);
-    void giveDescriptionRoom(bool isReason);
-    void limitDescription(int lines);
+    int failedHeight() const;
     void keepRoomBelow(int windowHeight);
-    void moveHeight(int height);
-    void leaveFailedPicture();
-    void fade(qreal from, qreal to);
-    void showFade(qreal failed);
-    void endFade();
     void closeQuestion();
 
     BannerPicture* m_icon;
     Fenk::Label* m_name;
     Fenk::Label* m_status;
-    Fenk::Label* m_description;
+    BannerDescription* m_description;
     SteadyText* m_statusText;
     SteadyText* m_descriptionText;
-    QString m_shownDescription;
-    bool m_isReason = false;  ///< the description is the one of a failure
     Fenk::Spinner* m_ring;
     BannerPicture* m_failedMark;
     BannerFailedPart* m_failed;
     QSpacerItem* m_above;
     QWidget* m_changing;  ///< all that differs between the two looks
-    QGraphicsOpacityEffect* m_opacity;
-    QPointer<QLabel> m_leftover;  ///< picture of the failed part, which fades
-    QVariantAnimation m_fade;
-    QVariantAnimation m_movement;
+    BannerMotion* m_motion;
     QPointer<BannerCloseConfirmDialog> m_confirm;
     CloseState m_closeState = Running;
     QString m_runningStatus;  ///< what the running look comes back with
