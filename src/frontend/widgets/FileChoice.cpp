@@ -29,8 +29,8 @@ QFileDialog* FileChoice::make(Kind kind, QWidget* over, const QString& title, co
                               const QString& filter) {
     const QString key = keyOf(kind);
     const QString last = settingsStore()->getOption(key).toString();
-    const bool isThere = !last.isEmpty() && QFileInfo(last).isDir();
-    auto* dialog = new QFileDialog(over, title, isThere ? last : firstFolder, filter);
+    const bool lastExists = !last.isEmpty() && QFileInfo(last).isDir();
+    auto* dialog = new QFileDialog(over, title, lastExists ? last : firstFolder, filter);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
     new Fenk::DialogAnchor(dialog);

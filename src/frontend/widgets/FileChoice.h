@@ -5,14 +5,14 @@
 class QFileDialog;
 class QWidget;
 
-/// Dialogs that choose a file of one kind. Each kind begins in the folder of the file that was chosen last,
-/// also after the program was started anew.
+/// Dialogs that choose a file. Each kind opens in the folder of the file that was chosen last, which the
+/// settings keep.
 namespace FileChoice {
 
 enum class Kind { Program, Registry, Installer, Log, Icon };
 
-/// Over the window of `over`, not open yet; deletes itself when it is closed. `firstFolder` is where it
-/// begins as long as none was chosen from, or that folder is gone. Asks for a file that is there.
+/// A dialog over the window of `over`; the caller opens it, and it deletes itself when it is closed. Opens in
+/// `firstFolder` if no file was chosen before or that folder is gone. Only existing files can be chosen.
 QFileDialog* make(Kind kind, QWidget* over, const QString& title, const QString& firstFolder,
                   const QString& filter);
 

@@ -41,7 +41,7 @@ RunningLogsDialog::RunningLogsDialog(LogsWidget* logs, QWidget* banner) : Dialog
             &LogsWidget::askWhereToSave);
     connect(new QShortcut(QKeySequence::Copy, this), &QShortcut::activated, logs, &LogsWidget::copyText);
     setMinimumSize(SmallestSize);
-    takeRoom();
+    resizeToLines();
 }
 
 RunningLogsDialog::~RunningLogsDialog() {
@@ -51,14 +51,14 @@ RunningLogsDialog::~RunningLogsDialog() {
     m_logs->setParent(nullptr);
 }
 
-/// Long lines are read in one piece where the screen is wide enough.
-void RunningLogsDialog::takeRoom() {
+/// Lines are not wrapped where the screen is wide enough.
+void RunningLogsDialog::resizeToLines() {
     resize(SmallestSize);
     layout()->activate();
-    const QSize wanted = SmallestSize + (m_logs->unbrokenSize() - m_logs->size());
+    const QSize unbroken = SmallestSize + (m_logs->unbrokenSize() - m_logs->size());
     const QScreen* screen = parentWidget() ? parentWidget()->screen() : QGuiApplication::primaryScreen();
-    const QSize room = screen->availableSize() * ShareOfScreen;
-    resize(wanted.boundedTo(LargestSize).boundedTo(room).expandedTo(SmallestSize));
+    const QSize limit = screen->availableSize() * ShareOfScreen;
+    resize(unbroken.boundedTo(LargestSize).boundedTo(limit).expandedTo(SmallestSize));
 }
 
 void RunningLogsDialog::copyReport(const QString& text) {

@@ -6,9 +6,9 @@
 
 class LogsWidget;
 
-/// Shows the log of a launch over its banner. Opens as large as the lines need, from 478 x 331 up to what the
-/// screen has room for, and can be resized. The log stays its owner's: the dialog takes it in while it lives
-/// and gives it back, hidden and without a parent, when it goes.
+/// Shows the log of a launch over its banner. Opens as large as the lines need, from 478 x 331 up to
+/// 1040 x 620 or 90 % of the screen, and can be resized. The log remains its owner's: it is a child of the
+/// dialog while that lives; afterwards it is hidden and has no parent.
 class RunningLogsDialog : public Fenk::Dialog {
     Q_OBJECT
 public:
@@ -19,14 +19,14 @@ public:
     void copyReport(const QString& text);
 
 Q_SIGNALS:
-    /// The user wants a report of the launch; whoever can make one calls copyReport().
+    /// The user asks for a report of the launch. The receiver makes it and calls copyReport().
     void reportWanted();
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    void takeRoom();
+    void resizeToLines();
 
     QPointer<LogsWidget> m_logs;
 };
