@@ -25,7 +25,7 @@ BottleEnvScript* made(const char* script, const QStringList& arguments, const QS
 
 }  // namespace
 
-// Both live as long as the process: an end of the record would be the end of the script.
+// Neither is ever deleted: that would kill the script.
 BottleEnvScript& envInitScript() {
     static BottleEnvScript* const script =
         made("init-bottle-in-client.sh", {"-r", "--recreate"}, EnvInitBanner::tr("Initializing Environment"),
@@ -109,7 +109,8 @@ void BottleEnvScript::launch() {
     running = true;
     qInfo() << "running" << scriptPath << arguments;
     process->start(scriptPath, arguments, QIODevice::ReadWrite);
-    process->closeWriteChannel();  // a script that asks something gets no answer, instead of waiting for one
+    process
+        ->closeWriteChannel();  // a script that reads an answer sees the end of its input and does not wait
 }
 
 void BottleEnvScript::show(const QStringList& lines) const {

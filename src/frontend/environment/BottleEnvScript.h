@@ -6,9 +6,9 @@
 class EnvInitBanner;
 class QProcess;
 
-/// A script that sets up what all bottles, or all of a kind, stand on, and the banner that shows it. At most
-/// one run at a time. The script outlives the banner, and the process too: it is never killed, since half of
-/// its work may be worse than none. Main thread only; a record that has a process must not go.
+/// A script that sets up something for all bottles, and the banner that shows its run. At most one run at a
+/// time. The script is never killed, since work that is half done may be worse than none: it goes on after
+/// its banner is closed and after Cellarix has ended. GUI thread; must not be deleted while it has a process.
 struct BottleEnvScript {
     QPointer<EnvInitBanner> banner;
     QProcess* process = nullptr;
@@ -19,14 +19,13 @@ struct BottleEnvScript {
     QString completedTitle;
     QString completedMessage;
 
-    /// Asks the script, with "-c", whether it has something to do. Blocks for 30000 ms at most; a script that
-    /// is missing, cannot be run or gives no answer in time has nothing to do.
+    /// Runs the script with "-c", which exits with 0 if it has nothing to do. Blocks, for 30000 ms at most.
+    /// False as well if the script is missing, cannot be run or does not exit in time.
     bool needsRun() const;
 
-    /// Runs the script, if it has something to do or `force`, and shows the banner until it is closed. While
-    /// there is a banner of an earlier run, only shows that one again. A run that failed can be made again
-    /// from its banner. Afterwards `running` tells whether the user closed the banner before the script's
-    /// end.
+    /// Runs the script, if needsRun() or `force`, and returns when its banner is closed. If the banner of an
+    /// earlier run still exists, only shows that one. The banner of a failed run offers another one. When
+    /// this returns, `running` is true if the user closed the banner before the script exited.
     void start(bool force);
 
 private:
@@ -35,7 +34,7 @@ private:
     void end(bool started);
 };
 
-/// Makes the templates of bottles anew after an update of Wine.
+/// Renews the templates of bottles after an update of Wine.
 BottleEnvScript& envInitScript();
-/// Makes the Proton runners ready to be used.
+/// Prepares the Proton runners.
 BottleEnvScript& protonInitScript();

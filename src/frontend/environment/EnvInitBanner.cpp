@@ -32,7 +32,7 @@ Label* centred(Label::Kind kind) {
     return label;
 }
 
-void takeLogGround(QWidget* logs) {
+void applyLogBackground(QWidget* logs) {
     QPalette palette = logs->palette();
     palette.setColor(QPalette::Base, Theme::instance()->color(Theme::Sunken));
     logs->setPalette(palette);
@@ -57,7 +57,7 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
     setAccessibleName("env_init_banner");
     setFixedSize(BannerSize);
     setIcon(Theme::icon("cellarix"));
-    // The program's other windows may be hidden meanwhile; it does not end with this one.
+    // The other windows may be hidden meanwhile; closing this one must not quit the program.
     setAttribute(Qt::WA_QuitOnClose, false);
 
     m_picture->setAlignment(Qt::AlignCenter);
@@ -68,8 +68,8 @@ EnvInitBanner::EnvInitBanner(QWidget* parent)
     m_logs->setTabChangesFocus(true);
     m_logs->setMaximumBlockCount(MaxLines);
     m_logs->setFont(Theme::instance()->font(Theme::Fixed));
-    connect(Theme::instance(), &Theme::changed, m_logs, [this] { takeLogGround(m_logs); });
-    takeLogGround(m_logs);
+    connect(Theme::instance(), &Theme::changed, m_logs, [this] { applyLogBackground(m_logs); });
+    applyLogBackground(m_logs);
     m_stage->setFixedSize(StageSize);
     m_stage->addWidget(m_picture);
     m_stage->addWidget(m_logs);

@@ -12,25 +12,25 @@ class Spinner;
 class SuggestButton;
 }  // namespace Fenk
 
-/// The window of a script that sets something up: that it is at work, what it prints, and its end. It only
-/// shows; BottleEnvScript runs the script, and runs it again after a failure. Closing it, with "Start Using",
-/// the close button or Escape, ends nothing. Nothing moves when the logs are shown: they take the place of
-/// the picture.
+/// The window of a set-up script: shows that it runs, what it prints and how it ended. Only shows;
+/// BottleEnvScript runs the script, and runs it again after a failure. Closing the window with "Start Using",
+/// the close button or Escape does not end the script. The logs are shown in the place of the picture, so
+/// that nothing else moves. GUI thread.
 class EnvInitBanner : public Fenk::Dialog {
     Q_OBJECT
 public:
-    static constexpr int MaxLines = 5000;  ///< of the output that are kept, the last ones
+    static constexpr int MaxLines = 5000;  ///< of output that are kept; the oldest are dropped
 
     explicit EnvInitBanner(QWidget* parent = nullptr);
 
-    /// The look while the script is at work, which the banner begins with.
+    /// The script runs. The banner begins with this.
     void showRunning(const QString& title);
-    /// Whole lines, shown as plain text. The view follows the end unless the user has scrolled up.
+    /// Plain text, a line each. The view stays at the end unless the user has scrolled up.
     void appendLines(const QStringList& lines);
     void showCompleted(const QString& title, const QString& message);
-    /// The end look of a script that did not even start.
+    /// The script could not be started.
     void showNotStarted(const QString& title, const QString& message);
-    /// Below an end look: what went wrong, if there is more to say, and the button that asks for another run.
+    /// After one of those: shows why it failed, if given, and the button that asks for another run.
     void offerRetry(const QString& reason = {});
 
 Q_SIGNALS:
