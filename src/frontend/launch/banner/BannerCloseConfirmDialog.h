@@ -2,8 +2,8 @@
 
 #include "fenk/window/Dialog.h"
 
-/// Asks whether what the banner stands for shall really be stopped. Modal over the banner, shown without
-/// blocking and deleted when answered. Escape and the close button leave everything as it is.
+/// Asks whether the launch or the installation of a banner shall be stopped. Modal over the banner, shown
+/// without blocking, deleted when answered. Escape and the close button mean no.
 class BannerCloseConfirmDialog : public Fenk::Dialog {
     Q_OBJECT
 public:
@@ -12,5 +12,5 @@ public:
     explicit BannerCloseConfirmDialog(QWidget* banner, Form form = Starting);
 
 Q_SIGNALS:
-    void confirmClose();  ///< stop it
+    void confirmClose();  ///< the answer is to stop it
 };

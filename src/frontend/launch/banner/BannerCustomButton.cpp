@@ -17,7 +17,7 @@ namespace {
 
 constexpr double PressedOpacity = 0.6;
 
-/// What assistive tools see: a plain widget would be no button and could not be pressed.
+/// To assistive tools a plain QWidget is no button and cannot be pressed.
 class ButtonInterface : public QAccessibleWidget {
 public:
     explicit ButtonInterface(BannerCustomButton* button)

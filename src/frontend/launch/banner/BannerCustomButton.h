@@ -5,8 +5,8 @@
 
 class QLabel;
 
-/// A quiet button of the banner: a picture of 20 x 20 and a small word beside it. Pressed by mouse, Space,
-/// Return, and by assistive tools, for which it is a button.
+/// A small button of the banner: a picture of 20 x 20 pixels and a word. Pressed by mouse, Space, Return and
+/// assistive tools.
 class BannerCustomButton : public QWidget {
     Q_OBJECT
 public:

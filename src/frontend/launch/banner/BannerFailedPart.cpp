@@ -27,13 +27,13 @@ QPushButton* named(QPushButton* button, const char* name, int width) {
     button->setAccessibleName(name);
     button->setAccessibleDescription(button->text());
     button->setFixedWidth(width);
-    button->setMinimumHeight(Tokens::ControlHeight);  // where long texts need room, something else gives way
+    button->setMinimumHeight(Tokens::ControlHeight);  // long texts may not make it lower
     return button;
 }
 
 }  // namespace
 
-// The order in which the buttons are made is the order of Tab.
+// Tab visits the buttons in the order in which they are created.
 BannerFailedPart::BannerFailedPart(QWidget* parent)
     : QWidget(parent),
       m_advice(new Label(Label::Secondary)),
@@ -148,7 +148,7 @@ void BannerFailedPart::offerRetry(bool canChooseFile) {
                                     : tr("You can try again"));
     m_advice->show();
     m_spacer->changeSize(0, OfferSpacer, QSizePolicy::Minimum, QSizePolicy::Fixed);
-    // One suggested button is enough.
+    // A window has at most one suggested button.
     setButtonKind(m_retry, m_debug->isHidden() ? ButtonKind::Suggested : ButtonKind::Normal);
     m_retryRow->layout()->setContentsMargins(0, m_debug->isHidden() ? 0 : Tokens::Space12, 0, 0);
     m_choose->setVisible(canChooseFile);

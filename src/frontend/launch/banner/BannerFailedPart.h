@@ -11,21 +11,21 @@ namespace Fenk {
 class Label;
 }
 
-/// The lower part of a banner whose launch has failed: what can be done, and the buttons for it. Those that
-/// lead to a window which LaunchWindows does not have are hidden.
+/// The lower part of a banner whose launch has failed: advice and the buttons for it. Buttons for a window
+/// that LaunchWindows does not offer are hidden.
 class BannerFailedPart : public QWidget {
     Q_OBJECT
 public:
     explicit BannerFailedPart(QWidget* parent = nullptr);
 
-    /// `canRepair`: the user may change the program at all. `canFix`: there is a repair for this failure.
+    /// `canRepair`: the user may change the program. `canFix`: there is a repair for this failure.
     void offer(bool canRepair, bool canFix);
     void hideOffers();
     /// See WineExeLaunchBanner.
     void setRepairDetails(const QString& text);
     void offerRetry(bool canChooseFile);
 
-    /// What Return presses: "Repair", "Try Again", otherwise "Debug", or none where nothing is offered.
+    /// The button that Return presses: "Repair", "Try Again", otherwise "Debug"; null if none is offered.
     QPushButton* suggested() const;
 
 Q_SIGNALS:

@@ -6,15 +6,15 @@
 
 #include "fenk/style/Theme.h"
 
-/// An icon in a square of fixed size, drawn at the screen's own resolution. A small icon is enlarged to twice
-/// its size at most, since more would only show its pixels.
+/// An icon in a square of fixed size in pixels, drawn at the resolution of the screen. A small icon is
+/// enlarged to twice its size at most; more would show its pixels.
 class BannerPicture : public QWidget {
     Q_OBJECT
 public:
     explicit BannerPicture(int side, QWidget* parent = nullptr);
 
     void setIcon(const QIcon& icon);
-    /// Only the shape of the icon, filled with a colour of the theme.
+    /// Draws only the shape of the icon, in a colour of the theme.
     void setTint(Fenk::Theme::Role role);
     void setOpacity(qreal opacity);
 

@@ -16,7 +16,7 @@ constexpr int NoticeMs = 12000;
 constexpr int NameLimit = 30;
 const QLatin1String ObjectName("refusal_notice");
 
-/// As one line that fits a title, whatever it is made of.
+/// Shortened to fit a title, without control characters.
 QString shownName(const QString& path) {
     QString name = QFileInfo(path).fileName();
     if (name.isEmpty())

@@ -4,15 +4,15 @@
 
 class QWidget;
 
-/// Tells the user why a file is not opened. Lives in the GUI thread.
+/// Tells the user why a file is not opened. GUI thread.
 namespace RefusalNotice {
 
-/// A window with the file's name, the reason and the advice; over the parent where there is one. The same
-/// refusal is shown once: a second time raises the window that is there.
+/// A window with the file's name, the reason and the advice, over `parent` unless it is null. If the same
+/// refusal is already shown, raises its window.
 void show(const QString& path, const OpenRefusal& refusal, QWidget* parent);
 
-/// Sends a notification of the desktop. Where no service takes it, an existing file gets a window that closes
-/// by itself after a while, since nobody may be sitting before a command line. True when it is a window.
+/// Sends a desktop notification. If there is no notification service and the file exists, shows a window that
+/// closes by itself after 12 s, since a command line may have no user. True if a window is shown.
 bool notify(const QString& path, const OpenRefusal& refusal);
 
 }  // namespace RefusalNotice

@@ -5,8 +5,7 @@
 #include "fenk/window/Dialog.h"
 
 /// Asks whether the programs that run in a bottle may be closed, so that a repair can change the bottle.
-/// Modal over the banner, shown without blocking and deleted when answered. Escape and the close button mean
-/// no.
+/// Modal over the banner, shown without blocking, deleted when answered. Escape and the close button mean no.
 class RunningProgramsQuestion : public Fenk::Dialog {
     Q_OBJECT
 public:
@@ -14,5 +13,5 @@ public:
     RunningProgramsQuestion(const QString& appName, const QStringList& programs, QWidget* banner);
 
 Q_SIGNALS:
-    void answered(bool close);  ///< once, unless the dialog is destroyed before
+    void answered(bool close);  ///< once, or never if the dialog is destroyed before
 };

@@ -17,7 +17,7 @@ SteadyText::SteadyText(QObject* parent) : QObject(parent) {
     m_pause.setSingleShot(true);
     m_pause.setInterval(PauseMs);
     connect(&m_pause, &QTimer::timeout, this, [this] {
-        if (m_waits)
+        if (m_isWaiting)
             show();
     });
 }
@@ -37,21 +37,21 @@ void SteadyText::set(const QString& text) {
     if (fallsBack(m_latest, text))
         return;
     m_latest = text;
-    m_waits = m_pause.isActive();
-    if (!m_waits)
+    m_isWaiting = m_pause.isActive();
+    if (!m_isWaiting)
         show();
 }
 
 void SteadyText::restart() {
     m_pause.stop();
-    if (m_waits)
+    if (m_isWaiting)
         show();
     m_pause.stop();
     m_latest.clear();
 }
 
 void SteadyText::show() {
-    m_waits = false;
+    m_isWaiting = false;
     if (!m_latest.isEmpty())
         m_pause.start();
     Q_EMIT shown(m_latest);

@@ -3,8 +3,8 @@
 #include <QObject>
 #include <QTimer>
 
-/// Keeps a line of status readable: it changes at most every 400 ms, the latest text always arrives, and the
-/// percentage of a step never falls. Empty text needs no time to be read.
+/// Keeps a status line readable: it changes at most every 400 ms, the latest text is always shown in the end,
+/// and the percentage of a step never falls. After an empty text the next one is shown at once.
 class SteadyText : public QObject {
     Q_OBJECT
 public:
@@ -12,13 +12,14 @@ public:
 
     void set(const QString& text);
 
-    /// Something new begins: what waits is shown now, whatever comes next at once, and it may count anew.
+    /// A new phase begins: shows a waiting text now and the next one without delay; its percentage may be
+    /// lower.
     void restart();
 
-    /// Whether `next` is the text of `last` but for a lower percentage.
+    /// Whether `next` differs from `last` only by a lower percentage.
     static bool fallsBack(const QString& last, const QString& next);
 
-    /// `text` with every percentage at its widest, to measure the room that the step will need.
+    /// `text` with every percentage replaced by 100 %, to measure the width that the step needs at most.
     static QString widest(const QString& text);
 
 Q_SIGNALS:
@@ -29,5 +30,5 @@ private:
 
     QTimer m_pause;
     QString m_latest;
-    bool m_waits = false;
+    bool m_isWaiting = false;
 };
