@@ -212,21 +212,6 @@ private Q_SLOTS:
         QCOMPARE(installed[1][2].toJsonObject(), QJsonObject());
     }
 
-    // Signals of the wire arrive with the wire's types or not at all, and the local ones never come from the
-    // bus.
-    void foreignSignals() {
-        QSignalSpy created(&config(), &BottlesConfig::bottlesCreated);
-        QSignalSpy step(&config(), &BottlesConfig::dependencySetupStepNotify);
-        QSignalSpy exited(&config(), &BottlesConfig::program_exited);
-        config().list();
-        QVERIFY(fake->emitSignal("bottlesCreated", "ss", {"b", "{}"}));
-        QVERIFY(fake->emitSignal("dependencySetupStepNotify", "ssss", {"b", "d", "1", "2"}));
-        QVERIFY(fake->emitSignal("program_exited", "s", {"u"}));
-        QTRY_COMPARE(exited.count(), 1);
-        QCOMPARE(created.count(), 0);
-        QCOMPARE(step.count(), 0);
-    }
-
     void scanApplicationLinks_data() {
         const Table<QJsonObject, QJsonArray, QString> row("answer", "links", "line");
         row("found", {{"text", R"(["a.lnk"])"}}, {"a.lnk"}, "added lnks: ");

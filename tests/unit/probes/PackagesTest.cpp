@@ -45,10 +45,7 @@ private Q_SLOTS:
             QSKIP("needs dpkg-query");
         const TestSupport::LogCapture log;
         QCOMPARE(installedPackages({"dpk?", "no-such-package-at-all"}), QStringList{"dpkg"});
-        QString version;
-        QVERIFY(packageInstalled("dpkg", &version));
-        QCOMPARE(packageVersion("dpkg"), version);
-        QVERIFY(!packageInstalled("no-such-package-at-all", &version));
+        QVERIFY(!packageInstalled("no-such-package-at-all"));
         QCOMPARE(packageVersion("--help"), QString());
         QVERIFY(dependenciesMet("no-such-package-at-all | dpkg (>= 1.0), libc-bin"));
         QCOMPARE(unmetDependencies("dpkg (>> 999)"), (PackageRequirements{{"dpkg", ">> 999"}}));
