@@ -81,23 +81,6 @@ private Q_SLOTS:
         QCOMPARE(m_service->unfinished("bottles"), QStringList());
     }
 
-    void recordAndLaunchData() {
-        const QString path = m_service->bottlePath(Name);
-        const QJsonDocument record = m_service->json("get", {Name});
-        QCOMPARE(record["Path"].toString(), path);
-        QCOMPARE(record["Runner"].toString(), "lumora-wine10-stable");
-        QCOMPARE(record["Name"].toString(), Name);
-        for (const char* part :
-             {"/drive_c/windows/system32/kernel32.dll", "/dosdevices/c:", "/logs", "/system.reg"})
-            QVERIFY2(QFileInfo::exists(path + part), part);
-        const auto data = QJsonDocument::fromJson(TestSupport::readFile(path + "/launch.json"));
-        QCOMPARE(data["path"].toString(), path);
-        QCOMPARE(data["env"]["WINEPREFIX"].toString(), path);
-        QVERIFY(QFileInfo(data["wine"].toString()).isExecutable());
-        QVERIFY(QFileInfo(data["wineserver"].toString()).isExecutable());
-        QVERIFY(!m_service->text("getRunnerVersion", {"lumora-wine10-stable"}).isEmpty());
-    }
-
     void runCommand() {
         const QString mark = m_service->home().path() + "/touched";
         const QString command = "cmd.exe /c echo \"two words\" ; touch %1 $(touch %1)";

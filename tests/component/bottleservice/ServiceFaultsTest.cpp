@@ -17,7 +17,10 @@ const QString Id = "7b1b4b1e-0000-4000-8000-000000000001";
 QStringList texts() {
     QStringList all{QString(), QString(300, 'x'), QString(5 * 1024 * 1024, '{'), Id};
     all << QString::fromUtf8("\u202e\u0001\n名") << "{\"id\":\"" + Id + "\",\"path\":\"../../outside/x\"}";
-    return all + QString("real .. ../outside /etc public/../real [[[ {} -rf %s%n win10 gl").split(' ')
+    return all + QString(
+                     "real linked real/drive_c .creating-x .. ../outside /etc public/../real [[[ {} -rf %s%n "
+                     "gl")
+                     .split(' ')
            << "; touch /tmp/x $(touch /tmp/x) `id` | cat";
 }
 
@@ -73,6 +76,7 @@ private Q_SLOTS:
         QVERIFY(service.start());
         service.write("bottles/real/bottle.yml", "Runner: none\n");
         service.home().write("outside/bottle.yml", "Runner: none\n");
+        QVERIFY(QFile::link(service.home().path() + "/outside", service.bottlePath("linked")));
         QCOMPARE(service.error("updateExternalProgram", renamed("n")), QString());
         const QSet<QString> before = census(service);
         const QStringList methods = service.introspect("com.lumora.Manager.Bottles").methods;
@@ -98,6 +102,7 @@ private Q_SLOTS:
         }
         QVERIFY(service.isOnBus());
         QVERIFY(!nameOf(service).isEmpty());
+        QVERIFY(!service.text("list").contains("linked"));
         const QSet<QString> after = census(service);
         QCOMPARE(before - after, QSet<QString>());
         // The one thing that a caller could rightly ask for.

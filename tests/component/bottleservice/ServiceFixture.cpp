@@ -96,12 +96,11 @@ QString ServiceFixture::errorName(const QString& method, const QVariantList& arg
 ServiceFixture::Interface ServiceFixture::parse(const QString& xml, const QString& interface) {
     Interface result;
     QXmlStreamReader reader(xml);
-    QString current, in, out;
+    QString current, member, in;
     int undocumented = 0;  // arguments and the member itself, less what is told of them
     while (!reader.atEnd()) {
         reader.readNext();
         const auto element = reader.name();
-        const bool isMember = element == "method" || element == "signal";
         const auto attribute = [&reader](const char* key) {
             return reader.attributes().value(QLatin1String(key)).toString();
         };
@@ -109,21 +108,21 @@ ServiceFixture::Interface ServiceFixture::parse(const QString& xml, const QStrin
             current = attribute("name");
         if (current != interface)
             continue;
+        const bool isMember = element == "method" || element == "signal";
         if (reader.isStartElement() && isMember) {
             in.clear();
-            out.clear();
+            member = attribute("name");
             undocumented = 1;
-            (element == "signal" ? result.signalNames : result.methods) += attribute("name");
         } else if (reader.isStartElement() && element == "arg") {
-            (attribute("direction") == "out" ? out : in) += attribute("type");
+            in += attribute("direction") == "out" ? QString() : attribute("type");
             ++undocumented;
         } else if (reader.isStartElement() && element == "annotation") {
             --undocumented;
         } else if (reader.isEndElement() && isMember) {
-            QString& member = (element == "signal" ? result.signalNames : result.methods).last();
             if (undocumented)
                 result.undocumented += member;
-            member += ':' + in + (element == "signal" ? QString() : ':' + out);
+            if (element == "method")
+                result.methods += member + ':' + in;
         }
     }
     return result;

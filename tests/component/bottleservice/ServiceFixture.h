@@ -35,13 +35,14 @@ public:
     QDBusMessage callManager(const QString& method) const { return call(method, {}, {}); }
     QString text(const QString& method, const QVariantList& arguments = {}) const;
     QJsonDocument json(const QString& method, const QVariantList& arguments = {}) const;
-    /// The sentence of the error, and its name without "com.lumora.Error."; empty when all went well.
+    /// The text of the error, and its name without "com.lumora.Error."; empty when all went well.
     QString error(const QString& method, const QVariantList& arguments = {}) const;
     QString errorName(const QString& method, const QVariantList& arguments = {}) const;
 
-    /// What an interface says of itself: "name:types in:types out" of methods, "name:types" of signals.
+    /// What an interface says of itself: "name:types in" of its methods, and the names of members without
+    /// documentation.
     struct Interface {
-        QStringList methods, signalNames, undocumented;
+        QStringList methods, undocumented;
     };
     static Interface parse(const QString& xml, const QString& interface);
     Interface introspect(const QString& interface) const;

@@ -34,31 +34,8 @@ private Q_SLOTS:
         const qint64 before = QDateTime::currentSecsSinceEpoch();
         QVERIFY(listed("listBottlesAllPrograms", {"b"}).isEmpty());
 
-        const QString setup = service.home().write("work/setup.nsi", R"(Unicode true
-Target amd64-unicode
-Name x
-OutFile setup.exe
-SilentInstall silent
-RequestExecutionLevel user
-InstallDir "$PROGRAMFILES64\应用 程序"
-Section
-SetOutPath $INSTDIR
-File window64.exe
-File /oname=主程序.exe window64.exe
-File /oname=AppUpdater.exe window64.exe
-File /oname=Own.dll window64.exe
-WriteUninstaller $INSTDIR\uninst.exe
-CreateShortCut "$DESKTOP\主程序.lnk" "$INSTDIR\主程序.exe" '--mode "a b"'
-CreateDirectory $SMPROGRAMS\App
-CreateShortCut $SMPROGRAMS\App\主程序.lnk $INSTDIR\主程序.exe '--mode "a b"'
-CreateShortCut $SMPROGRAMS\App\Uninstall.lnk $INSTDIR\uninst.exe
-WriteRegStr HKCU Software\Classes\.cxt '' Cx.Doc
-WriteRegStr HKCU Software\Classes\Cx.Doc '' '文档'
-WriteRegStr HKLM Software\Classes\Cx.Doc\shell\open\command '' '"$INSTDIR\主程序.exe" "%1"'
-SectionEnd
-Section Uninstall
-SectionEnd
-)");
+        const QString setup = service.home().write(
+            "work/setup.nsi", TestSupport::readFile(TEST_SOURCE_DIR "/tests/data/service/registering.nsi"));
         const QString work = QFileInfo(setup).path();
         QVERIFY(QFile::copy(SAMPLE_PROGRAM, work + "/window64.exe"));
         QVERIFY(TestSupport::runProcess("makensis", {"-V1", "-INPUTCHARSET", "UTF8", setup}).ok());

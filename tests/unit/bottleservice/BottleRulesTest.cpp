@@ -87,19 +87,13 @@ private Q_SLOTS:
     void record_data() {
         const Table<QString, bool> row("json", "valid");
         const QString with = QString(R"({"id":"%1",%2})").arg(Id);
-        row("partial", with.arg(R"("stars":4)"), true);
         row("unknown key", with.arg(R"("own":[1,{}])"), true);
         row("empty text", "", false);
-        row("no object", "[1]", false);
         row("no id", R"({"name":"n"})", false);
         row("id is a path", R"({"id":"../../x"})", false);
         row("id with braces", QString(R"({"id":"{%1}"})").arg(Id), false);
-        row("id with a line end", QString(R"({"id":"%1\n"})").arg(Id), false);
         row("name is a number", with.arg(R"("name":1)"), false);
-        row("stars is text", with.arg(R"("stars":"4")"), false);
-        row("path is null", with.arg(R"("path":null)"), false);
         row("null character", with.arg(R"("path":"a\u0000b")"), false);
-        row("envs is a list", with.arg(R"("envs":[])"), false);
         row("env value is a number", with.arg(R"("envs":{"A":1})"), false);
         row("env name with =", with.arg(R"("envs":{"A=B":"1"})"), false);
         row("too large", with.arg("\"name\":\"" + QString(1100000, 'x') + "\""), false);
@@ -141,7 +135,6 @@ private Q_SLOTS:
     void publicBottle_data() {
         const Table<QByteArray, QString> row("table", "bottle");
         row("md5", R"([{"bottle":"public/a","md5sum":["x","ABC"]}])", "public/a");
-        row("wildcard", R"([{"bottle":"public/a","filename":["*setup?.EXE"]}])", "public/a");
         row("wildcard is anchored", R"([{"bottle":"public/a","filename":["setup"]}])", "");
         row("no expression", R"([{"bottle":"public/a","filename":[".*"]}])", "");
         row("inspection", R"([{"bottle":"public/a","peinfo":{"brief":"PE32*windows/x","console":"false"}}])",
@@ -153,7 +146,6 @@ private Q_SLOTS:
             R"([7,{"bottle":"private","md5sum":["abc"]},{"bottle":"public/../x","md5sum":["abc"]},{"bottle":"public/n"},
                 {"bottle":"public/e","md5sum":[]},{"bottle":"public/o","peinfo":{}},{"bottle":"public/g","md5sum":["abc"]}])",
             "public/g");
-        row("garbage", "{\"bottle\":", "");
     }
     void publicBottle() {
         QFETCH(QByteArray, table);

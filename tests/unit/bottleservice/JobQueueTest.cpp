@@ -79,22 +79,6 @@ private Q_SLOTS:
         queue.reset();
         QCOMPARE(m_log.filter("refused").size(), 2);
     }
-
-    void immediateJobsKeepTheirOrder() {
-        JobQueue queue;
-        QVector<int> order;
-        QVector<int> expected;
-        for (int i = 0; i < 50; ++i) {
-            const auto work = [&order, i] {
-                order += i;
-                return Answer::of();
-            };
-            queue.add("a", std::make_unique<ImmediateJob>(work, Reply()));
-            expected += i;
-        }
-        QTRY_VERIFY(queue.isIdle());
-        QCOMPARE(order, expected);
-    }
 };
 
 QTEST_GUILESS_MAIN(JobQueueTest)

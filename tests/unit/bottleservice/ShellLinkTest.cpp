@@ -89,22 +89,6 @@ private Q_SLOTS:
         QCOMPARE(link->description, QString("about"));
     }
 
-    // The sanitizers watch.
-    void damaged() {
-        for (int length = 0; length < Unicode.size(); ++length)
-            ShellLink::parse(Unicode.left(length));
-        quint32 seed = 1;
-        for (int round = 0; round < 20000; ++round) {
-            QByteArray file = Unicode;
-            for (int i = 0; i < 4; ++i) {
-                seed = seed * 1664525 + 1013904223;
-                file[int(seed >> 8) % file.size()] = char(seed >> 24);
-            }
-            const auto link = ShellLink::parse(file);
-            QVERIFY(!link || link->target.size() < 40000);
-        }
-    }
-
     void rules() {
         using Kind = ExecutableRules::Kind;
         QCOMPARE(ExecutableRules::kindOf("App.exe"), Kind::Program);
