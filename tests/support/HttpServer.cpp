@@ -41,7 +41,7 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
     if (fault == "moved" || fault == "loop" || fault == "away") {
         const QByteArray target = fault == "moved"  ? '/' + path.section('/', 1).toUtf8()
                                   : fault == "loop" ? '/' + path.toUtf8()
-                                                   : QByteArray("file:///etc/hostname");
+                                                    : QByteArray("file:///etc/hostname");
         socket->write("HTTP/1.1 302 Found\r\nContent-Length: 0\r\nConnection: close\r\nLocation: " + target +
                       "\r\n\r\n");
         socket->disconnectFromHost();

@@ -1,5 +1,7 @@
 #include "support/LogCapture.h"
 
+#include <algorithm>
+
 #include <QMutexLocker>
 #include <atomic>
 
@@ -30,6 +32,12 @@ int LogCapture::count(const QString& text) const {
     for (const Line& line : lines())
         found += line.text.contains(text) ? 1 : 0;
     return found;
+}
+
+bool LogCapture::contains(QtMsgType type, const QString& text) const {
+    const QVector<Line> all = lines();
+    return std::any_of(all.begin(), all.end(),
+                       [&](const Line& line) { return line.type == type && line.text.contains(text); });
 }
 
 QString LogCapture::text() const {

@@ -24,6 +24,7 @@ public:
     /// Number of lines that contain the text.
     int count(const QString& text) const;
     bool contains(const QString& text) const { return count(text) > 0; }
+    bool contains(QtMsgType type, const QString& text) const;
     /// All lines joined, to show when a test fails.
     QString text() const;
 

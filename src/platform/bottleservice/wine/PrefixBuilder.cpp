@@ -15,7 +15,7 @@ namespace {
 
 constexpr int BootTimeoutMs = 300000;
 constexpr int RepeatMs = 50;
-constexpr int Repeats = 5;          // during an exec a process has no environment
+constexpr int Repeats = 5;        // during an exec a process has no environment
 constexpr int FilesPercent = 90;  // copying Wine's files takes nearly all of the time
 
 int filesIn(const QString& directory) {
