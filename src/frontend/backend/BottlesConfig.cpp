@@ -49,6 +49,10 @@ QJsonObject BottlesConfig::get(const QString& bottle) {
     return objectOrWarning(block("get", {bottle}), "Failed to fetch bottles config.");
 }
 
+QJsonObject BottlesConfig::getInLoop(const QString& bottle, QObject* owner) {
+    return objectOrWarning(loop("get", {bottle}, owner), "Failed to fetch bottles config.");
+}
+
 void BottlesConfig::createBottles(const QString& bottle, const QString& runner) {
     watch("createBottles", {bottle, runner}, this, [this, bottle](const BusResult& result) {
         if (!result.ok) {

@@ -54,8 +54,15 @@ int RunningLaunches::openProgram(const QString& bottle, const QString& uuid) {
     }
     if (m_refusals->refusesStoredProgram())
         return 1;
-    auto* runner = new ExeFileRunner(bottle, uuid, this);
+    if (m_opening.contains(bottle))
+        return 0;
+    // The service is asked meanwhile, and the same may be asked for once more.
+    m_opening.insert(bottle);
+    const QPointer<ExeFileRunner> runner(new ExeFileRunner(bottle, uuid, this));
     const int result = runner->runProgram();
+    if (!runner)
+        return result;
+    m_opening.remove(bottle);
     if (result == 0)
         add(runner);
     else
@@ -69,10 +76,10 @@ int RunningLaunches::repairProgram(const QString& bottle, const QString& uuid,
         return openProgram(bottle, uuid);
     if (m_refusals->refusesStoredProgram())
         return 1;
-    auto* runner = new ExeFileRunner(bottle, uuid, this);
+    const QPointer<ExeFileRunner> runner(new ExeFileRunner(bottle, uuid, this));
     add(runner);
     const int result = runner->fixup(bottle, uuid, components);
-    if (result != 0)
+    if (result != 0 && runner)
         runner->deleteLater();
     return result;
 }

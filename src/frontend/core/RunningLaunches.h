@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 
 class ExeFileRunner;
 class Refusals;
@@ -49,6 +50,7 @@ private:
     Fenk::Application* m_application;
     Refusals* m_refusals;
     QMap<QString, ExeFileRunner*> m_runners;                  ///< by bottle
+    QSet<QString> m_opening;                                  ///< bottles whose stored program is looked up
     QHash<QString, QPointer<Fenk::Dialog>> m_runningDialogs;  ///< by the program's name
     bool m_hasLaunched = false;
 };

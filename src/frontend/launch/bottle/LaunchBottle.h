@@ -19,7 +19,9 @@ public:
     /// Another name drops the record.
     void setName(const QString& name);
     /// For a record that was fetched elsewhere.
-    void setRecord(const QJsonObject& record) { m_record = record; }
+    void setRecord(const QJsonObject& record) { m_record = m_lastRecord = record; }
+    /// The record as it was fetched last, changed since or not; empty before the first.
+    const QJsonObject& lastRecord() const { return m_lastRecord; }
     /// The service has changed the bottle: the record is fetched again when it is needed.
     void setChanged() { m_record.reset(); }
 
@@ -30,4 +32,5 @@ public:
 private:
     QString m_name;
     std::optional<QJsonObject> m_record;
+    QJsonObject m_lastRecord;
 };

@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QFileInfo>
 #include <QIcon>
+#include <QPointer>
 #include <QtConcurrentRun>
 
 #include "backend/BottleRecord.h"
@@ -10,6 +11,7 @@
 #include "backend/ProgramRecord.h"
 #include "backend/SessionBus.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/bottle/LaunchBottle.h"
 #include "launch/icons/IconFile.h"
 #include "launch/records/FailedStarts.h"
 #include "launch/run/BottleTasks.h"
@@ -107,14 +109,16 @@ int ExeFileRunner::runInBottlesConfigWindow() {
 }
 
 int ExeFileRunner::runProgram() {
+    const QPointer<ExeFileRunner> alive(this);
     if (!readEntry()) {
-        Q_EMIT emit_finished();
+        if (alive)
+            Q_EMIT emit_finished();
         return -1;
     }
     m_mode = Mode::StoredProgram;
     m_view->showBanner();
     m_startTime = QDateTime::currentDateTime();
-    createExecutor();
+    connectRun();
     m_executor->launchProgram(m_program.file.bottle, m_program.uuid);
     return 0;
 }
@@ -122,13 +126,15 @@ int ExeFileRunner::runProgram() {
 int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStringList& components) {
     m_program.file.bottle = bottle;
     m_program.uuid = uuid;
+    const QPointer<ExeFileRunner> alive(this);
     if (!readEntry()) {
-        Q_EMIT emit_finished();
+        if (alive)
+            Q_EMIT emit_finished();
         return -1;
     }
     m_mode = Mode::Fixup;
     m_startTime = QDateTime::currentDateTime();
-    createExecutor();
+    connectRun();
     m_view->raiseBanner();
     m_banner->showFailed(true);
     m_executor->prepareFix(bottle, uuid, components);
@@ -136,21 +142,22 @@ int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStri
     return 0;
 }
 
-/// Shows the stored program in the banner. False when the bottle does not have it.
+/// Shows the stored program in the banner and makes its executor. False when the bottle does not have the
+/// program, and when this object has been deleted while the service was asked.
 bool ExeFileRunner::readEntry() {
-    const std::optional<QJsonObject> entry = m_program.entry(bottleRecord());
+    const QPointer<ExeFileRunner> alive(this);
+    const QJsonObject record = BottlesConfig::instance()->getInLoop(m_program.file.bottle, this);
+    const std::optional<QJsonObject> entry = alive ? m_program.entry(record) : std::nullopt;
     if (!entry)
         return false;
     m_program.file.name = ProgramRecord::name(*entry);
     m_view->setProgram(m_program.file.name, IconFile::read(ProgramRecord::icon(*entry)));
-    return true;
-}
-
-void ExeFileRunner::createExecutor() {
     m_executor = new ExeFileExecutor(QString(), this);
     m_executor->setFirstRun(0);
     m_executor->setAppName(m_program.file.name);
-    connectRun();
+    m_executor->bottle()->setName(m_program.file.bottle);
+    m_executor->bottle()->setRecord(record);
+    return true;
 }
 
 void ExeFileRunner::connectRun() {
@@ -186,7 +193,7 @@ void ExeFileRunner::handleExecutorSuccess() {
     qInfo() << "show successed";
     m_recorder.seconds = m_executor->seconds();
     m_banner->hide();
-    addFileUnlessLinked(true);
+    m_program.checkLinks(true, isInstaller());
     m_banner->allowClose();
     m_recorder.succeeded = true;
     m_program.recordStart({});
@@ -197,7 +204,7 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     qInfo() << "show failed";
     m_recorder.seconds = m_executor->seconds();
     m_recorder.succeeded = isReportSussessed;
-    addFileUnlessLinked(false);
+    m_program.checkLinks(false, isInstaller());
     m_program.recordStart(m_executor->hasComeUp() ? FailedStart() : m_recorder.failedStart(*m_executor));
     if (m_mode == Mode::Fixup && !canFix) {
         finish(true);
@@ -210,14 +217,6 @@ void ExeFileRunner::handleExecutorFailed(bool canFix, bool isReportSussessed) {
     m_banner->showFailed(canFix && !m_program.isPublic());
     if (!m_program.isPublic())
         m_assistant->showOptions(canFix);
-}
-
-/// An installer that succeeded without shortcuts gets no entry: the clean-up decides about its bottle.
-void ExeFileRunner::addFileUnlessLinked(bool success) {
-    const bool linksCreated = !BottleRecord::programs(bottleRecord()).isEmpty();
-    qInfo().noquote() << "lnk created: " << (linksCreated ? "true" : "false");
-    if (!linksCreated && (!isInstaller() || !success))
-        m_program.addFile();
 }
 
 void ExeFileRunner::slotsDebugButtonClicked() {
@@ -287,11 +286,8 @@ bool ExeFileRunner::isBottleOurs() const {
 std::function<void()> ExeFileRunner::fileRecord() const {
     if (m_mode != Mode::File || !m_executor || !QFileInfo(m_program.file.exePath).isFile())
         return [] {};
-    return m_recorder.fileRecord(m_program, *m_executor, *m_view, BottleRecord::runner(bottleRecord()));
-}
-
-QJsonObject ExeFileRunner::bottleRecord() const {
-    return BottlesConfig::instance()->get(m_program.file.bottle);
+    return m_recorder.fileRecord(m_program, *m_executor, *m_view,
+                                 BottleRecord::runner(m_executor->bottle()->lastRecord()));
 }
 
 bool ExeFileRunner::isInstaller() const {

@@ -60,15 +60,12 @@ private:
 
     int init(const QString& path);
     bool readEntry();
-    void createExecutor();
     void connectRun();
     void stop();
     void cancel();
     void askFeedback();
-    void addFileUnlessLinked(bool success);
     bool isBottleOurs() const;
     std::function<void()> fileRecord() const;
-    QJsonObject bottleRecord() const;
     bool isInstaller() const;
 
     LaunchedProgram m_program;

@@ -3,6 +3,7 @@
 #include <QDebug>
 
 #include "backend/BottleRecord.h"
+#include "backend/BottleUtils.h"
 #include "backend/InBackground.h"
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
@@ -32,6 +33,16 @@ void LaunchedProgram::addFile() {
     added = PendingWork::instance()->run(ServiceThreads::pool(), [program = *this] {
         const QString known = program.addedUuid();
         return known.isEmpty() ? program.file.add() : known;
+    });
+}
+
+void LaunchedProgram::checkLinks(bool success, bool isInstaller) {
+    const bool isAdded = !isStored() && (!isInstaller || !success);
+    added = PendingWork::instance()->run(ServiceThreads::pool(), [program = *this, isAdded] {
+        const QString known = program.addedUuid();
+        const bool linksCreated = !BottleUtils::bottlePrograms(program.file.bottle).isEmpty();
+        qInfo().noquote() << "lnk created: " << (linksCreated ? "true" : "false");
+        return known.isEmpty() && !linksCreated && isAdded ? program.file.add() : known;
     });
 }
 

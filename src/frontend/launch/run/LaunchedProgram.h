@@ -27,6 +27,10 @@ struct LaunchedProgram {
 
     /// Makes a program of the file, unless the bottle has it. Does nothing for a stored program.
     void addFile();
+    /// After the program's end: makes a program of the file if the bottle has no program, in which case it
+    /// has got no shortcuts either. A set-up that has succeeded without shortcuts gets no entry, since its
+    /// clean-up decides about the bottle.
+    void checkLinks(bool success, bool isInstaller);
     /// The id of the program that addFile() made, or empty. Waits for an addition that is under way.
     QString addedUuid() const;
     /// Records for the program's tile whether the start was good (no reason) or has failed.
