@@ -109,11 +109,18 @@ void HttpRequest::readEnd() {
     m_answer.networkError = m_reply->error();
     const bool isSuccess = m_answer.status >= 200 && m_answer.status < 300;
     const QString said = m_reply->errorString();
+    // The network layer does not always call it an error when the connection breaks off.
+    const qint64 announced = m_reply->operation() == QNetworkAccessManager::HeadOperation
+                                 ? 0
+                                 : m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+    const bool isCut = m_answer.networkError == QNetworkReply::NoError && m_answer.body.size() < announced;
+    if (isCut)
+        m_answer.networkError = QNetworkReply::RemoteHostClosedError;
     const bool isRedirect = m_answer.status >= 300 && m_answer.status < 400;
     if (isRedirect && m_answer.networkError != QNetworkReply::NoError)
         finish(Error::Redirect, said);
     else if (m_answer.networkError != QNetworkReply::NoError && (isSuccess || m_answer.status == 0))
-        finish(Error::Network, said);
+        finish(Error::Network, isCut ? QStringLiteral("the connection broke off") : said);
     else if (!isSuccess)
         finish(Error::Status, m_answer.networkError != QNetworkReply::NoError
                                   ? said
