@@ -14,7 +14,10 @@ bool RegularFile::open(QFile& file, const QString& path, Links links) {
     struct stat facts = {};
     if (!fd.isValid() || ::fstat(fd.get(), &facts) != 0 || !S_ISREG(facts.st_mode))
         return false;
-    return file.open(fd.release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+    if (!file.open(fd.get(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return false;
+    fd.release();
+    return true;
 }
 
 std::optional<QByteArray> RegularFile::read(const QString& path, qint64 maximum) {

@@ -12,12 +12,15 @@ namespace Fenk {
 namespace {
 
 volatile int pipeEnd = -1;
+volatile bool isRepeatFatal = false;
 
 void onSignal(int number) {
     const int savedErrno = errno;
     const char byte = char(number);
     // A full pipe holds enough signals already.
     [[maybe_unused]] const ssize_t written = ::write(pipeEnd, &byte, 1);
+    if (isRepeatFatal)
+        ::signal(number, SIG_DFL);
     errno = savedErrno;
 }
 
@@ -33,12 +36,13 @@ UnixSignals::UnixSignals(std::initializer_list<int> numbers, Repeated repeated, 
     m_readEnd.reset(ends[0]);
     m_writeEnd.reset(ends[1]);
     pipeEnd = m_writeEnd.get();
+    isRepeatFatal = repeated == Repeated::Fatal;
     m_notifier = std::make_unique<QSocketNotifier>(m_readEnd.get(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &UnixSignals::onReadable);
 
     struct sigaction action = {};
     action.sa_handler = onSignal;
-    action.sa_flags = SA_RESTART | (repeated == Repeated::Fatal ? int(SA_RESETHAND) : 0);
+    action.sa_flags = isRepeatFatal ? 0 : SA_RESTART;
     sigemptyset(&action.sa_mask);
     for (const int number : m_numbers)
         sigaddset(&action.sa_mask, number);
