@@ -49,8 +49,11 @@ QJsonObject BottlesConfig::get(const QString& bottle) {
     return objectOrWarning(block("get", {bottle}), "Failed to fetch bottles config.");
 }
 
-QJsonObject BottlesConfig::getInLoop(const QString& bottle, QObject* owner) {
-    return objectOrWarning(loop("get", {bottle}, owner), "Failed to fetch bottles config.");
+std::optional<QJsonObject> BottlesConfig::getInLoop(const QString& bottle, QObject* owner) {
+    const BusResult result = loop("get", {bottle}, owner);
+    if (result.abandoned)
+        return {};
+    return objectOrWarning(result, "Failed to fetch bottles config.");
 }
 
 void BottlesConfig::createBottles(const QString& bottle, const QString& runner) {

@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
+#include <optional>
 
 #include "backend/EmulatorsInfo.h"
 #include "backend/ServiceProxy.h"
@@ -20,8 +21,8 @@ public:
     // Bottles. A failure reads as empty and leaves a warning.
     QStringList list();
     QJsonObject get(const QString& bottle);
-    /// get, with a live event loop; ends early when owner goes.
-    QJsonObject getInLoop(const QString& bottle, QObject* owner);
+    /// get, with a live event loop. Without a value when owner goes or the program quits meanwhile.
+    std::optional<QJsonObject> getInLoop(const QString& bottle, QObject* owner);
     /// get() without waiting.
     void watchBottle(const QString& bottle, QObject* context, const Handler& handler) {
         watch("get", {bottle}, context, handler);

@@ -37,7 +37,10 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
       m_end(new ProcessEnd([this] { return leaveFacts(); }, this)) {
     installEventFilter(m_windowMonitor);
     LaunchWindows::instance().repair = [this](const ProgramRef& program, const QStringList& components) {
-        repairProgram(program.bottle, program.uuid, components);
+        // A start runs an event loop, in which the caller and its list may go.
+        QMetaObject::invokeMethod(
+            this, [this, program, components] { repairProgram(program.bottle, program.uuid, components); },
+            Qt::QueuedConnection);
     };
     Fenk::Theme::addIconSearchPath(Paths::iconsDir());
     loadTranslators(QString::fromLocal8Bit(qgetenv("LANG")));

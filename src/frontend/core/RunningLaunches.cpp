@@ -24,8 +24,10 @@ void RunningLaunches::openFile(const QString& path, bool debug) {
     if (m_refusals->refusesFile(path) || (debug && m_refusals->refusesWithoutBus()))
         return;
     // The key takes the time to read the file.
-    if (const ExeFileRunner* running =
-            m_runners.isEmpty() ? nullptr : m_runners.value(privateBottleNameOf(path))) {
+    const QString own = isEmpty() ? QString() : privateBottleNameOf(path);
+    if (m_opening.contains(own))
+        return;
+    if (const ExeFileRunner* running = m_runners.value(own)) {
         showAlreadyRunning(running->displayName());
         return;
     }
@@ -34,7 +36,7 @@ void RunningLaunches::openFile(const QString& path, bool debug) {
     const auto isFree = [this](const QString& bottle) {
         if (const ExeFileRunner* running = m_runners.value(bottle))
             showAlreadyRunning(running->displayName());
-        return !m_runners.contains(bottle);
+        return !contains(bottle);
     };
     if ((debug ? runner->runInBottlesConfigWindow() : runner->run(isFree)) == 0) {
         add(runner);
@@ -48,37 +50,47 @@ void RunningLaunches::openFile(const QString& path, bool debug) {
 }
 
 int RunningLaunches::openProgram(const QString& bottle, const QString& uuid) {
+    if (m_opening.contains(bottle))
+        return 0;
     if (ExeFileRunner* running = m_runners.value(bottle)) {
         showAlreadyRunning(running->displayName());
         return 0;
     }
     if (m_refusals->refusesStoredProgram())
         return 1;
-    if (m_opening.contains(bottle))
-        return 0;
     // The service is asked meanwhile, and the same may be asked for once more.
     m_opening.insert(bottle);
     const QPointer<ExeFileRunner> runner(new ExeFileRunner(bottle, uuid, this));
+    const QPointer<RunningLaunches> alive(this);
     const int result = runner->runProgram();
-    if (!runner)
+    if (!alive)
         return result;
     m_opening.remove(bottle);
-    if (result == 0)
+    if (!runner)
+        return result;
+    if (result == 0) {
         add(runner);
-    else
+    } else {
         runner->deleteLater();
+        Q_EMIT ended();
+    }
     return result;
 }
 
 int RunningLaunches::repairProgram(const QString& bottle, const QString& uuid,
                                    const QStringList& components) {
-    if (components.isEmpty() || m_runners.contains(bottle))
+    if (components.isEmpty() || contains(bottle))
         return openProgram(bottle, uuid);
     if (m_refusals->refusesStoredProgram())
         return 1;
     const QPointer<ExeFileRunner> runner(new ExeFileRunner(bottle, uuid, this));
     add(runner);
+    m_opening.insert(bottle);
+    const QPointer<RunningLaunches> alive(this);
     const int result = runner->fixup(bottle, uuid, components);
+    if (!alive)
+        return result;
+    m_opening.remove(bottle);
     if (result != 0 && runner)
         runner->deleteLater();
     return result;

@@ -33,9 +33,12 @@ public:
     /// Ends the launch of a bottle that was deleted, if there is one.
     void endDeleted(const QString& bottle);
 
-    bool contains(const QString& bottle) const { return m_runners.contains(bottle); }
-    bool isEmpty() const { return m_runners.isEmpty(); }
-    QString firstBottle() const { return m_runners.firstKey(); }
+    bool contains(const QString& bottle) const {
+        return m_runners.contains(bottle) || m_opening.contains(bottle);
+    }
+    bool isEmpty() const { return m_runners.isEmpty() && m_opening.isEmpty(); }
+    /// Of those that are not empty.
+    QString firstBottle() const { return m_runners.isEmpty() ? *m_opening.cbegin() : m_runners.firstKey(); }
     /// Whether any launch has begun since the process was started.
     bool hasLaunched() const { return m_hasLaunched; }
 

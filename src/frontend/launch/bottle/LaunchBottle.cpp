@@ -21,7 +21,7 @@ void LaunchBottle::withRecord(QObject* context, const std::function<void(const Q
         if (!answer.ok)
             qWarning("Failed to fetch bottles config.");
         const QJsonObject record = answer.object();
-        if (bottle)
+        if (bottle && answer.ok)
             bottle->setRecord(record);
         take(record);
     });

@@ -9,7 +9,7 @@
 /// The bottle of one launch and its record, which is fetched once and then handed to whoever needs it. Owned
 /// by the launch; GUI thread; never waits for the service.
 ///
-/// A record that can't be fetched reads as the empty one and is not asked for again until setChanged().
+/// A record that can't be fetched reads as the empty one and is asked for again when it is needed again.
 class LaunchBottle : public QObject {
     Q_OBJECT
 public:

@@ -95,7 +95,6 @@ int ExeFileRunner::runInBottlesConfigWindow() {
     m_banner->allowClose();
     m_banner->hide();
     m_program.file.bottle = m_executor->bottlesName();
-    m_program.file.name = m_executor->displayName();
     m_startTime = QDateTime::currentDateTime();
     m_configWindow = ConfigWindowSession::open(m_program.ref(), LaunchWindows::ConfigMode::Ordinary,
                                                m_startTime, m_banner, this);
@@ -105,20 +104,22 @@ int ExeFileRunner::runInBottlesConfigWindow() {
         m_recorder.canceled = m_configWindow->isBottleUnfinished();
         finish(false);
     });
+    m_program.file.name = m_executor->displayName();
     return m_configWindow->showFile(m_program) ? 0 : -1;
 }
 
 int ExeFileRunner::runProgram() {
     const QPointer<ExeFileRunner> alive(this);
-    if (!readEntry()) {
-        if (alive)
+    const auto record = readEntry();
+    if (!record) {
+        if (alive && !m_finishedOnce)
             Q_EMIT emit_finished();
         return -1;
     }
     m_mode = Mode::StoredProgram;
     m_view->showBanner();
     m_startTime = QDateTime::currentDateTime();
-    connectRun();
+    createStored(*record);
     m_executor->launchProgram(m_program.file.bottle, m_program.uuid);
     return 0;
 }
@@ -127,14 +128,15 @@ int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStri
     m_program.file.bottle = bottle;
     m_program.uuid = uuid;
     const QPointer<ExeFileRunner> alive(this);
-    if (!readEntry()) {
-        if (alive)
+    const auto record = readEntry();
+    if (!record) {
+        if (alive && !m_finishedOnce)
             Q_EMIT emit_finished();
         return -1;
     }
     m_mode = Mode::Fixup;
     m_startTime = QDateTime::currentDateTime();
-    connectRun();
+    createStored(*record);
     m_view->raiseBanner();
     m_banner->showFailed(true);
     m_executor->prepareFix(bottle, uuid, components);
@@ -142,22 +144,28 @@ int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStri
     return 0;
 }
 
-/// Shows the stored program in the banner and makes its executor. False when the bottle does not have the
-/// program, and when this object has been deleted while the service was asked.
-bool ExeFileRunner::readEntry() {
+/// Shows the stored program in the banner; returns the record of its bottle. Nothing when the bottle does not
+/// have the program, and when the launch or the process ends while the service is asked.
+std::optional<QJsonObject> ExeFileRunner::readEntry() {
     const QPointer<ExeFileRunner> alive(this);
-    const QJsonObject record = BottlesConfig::instance()->getInLoop(m_program.file.bottle, this);
-    const std::optional<QJsonObject> entry = alive ? m_program.entry(record) : std::nullopt;
+    const auto record = BottlesConfig::instance()->getInLoop(m_program.file.bottle, this);
+    if (!alive || m_finishedOnce || !record)
+        return {};
+    const std::optional<QJsonObject> entry = m_program.entry(*record);
     if (!entry)
-        return false;
+        return {};
     m_program.file.name = ProgramRecord::name(*entry);
     m_view->setProgram(m_program.file.name, IconFile::read(ProgramRecord::icon(*entry)));
+    return record;
+}
+
+void ExeFileRunner::createStored(const QJsonObject& record) {
     m_executor = new ExeFileExecutor(QString(), this);
     m_executor->setFirstRun(0);
     m_executor->setAppName(m_program.file.name);
     m_executor->bottle()->setName(m_program.file.bottle);
     m_executor->bottle()->setRecord(record);
-    return true;
+    connectRun();
 }
 
 void ExeFileRunner::connectRun() {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QDateTime>
+#include <QJsonObject>
 #include <QPointer>
 #include <functional>
+#include <optional>
 
 #include "launch/run/LaunchRecorder.h"
 #include "launch/run/LaunchedProgram.h"
@@ -59,7 +61,8 @@ private:
     enum class Mode { StoredProgram, File, FileInConfigWindow, Fixup };
 
     int init(const QString& path);
-    bool readEntry();
+    std::optional<QJsonObject> readEntry();
+    void createStored(const QJsonObject& record);
     void connectRun();
     void stop();
     void cancel();

@@ -1,6 +1,7 @@
 #include "launch/run/LaunchRecorder.h"
 
-#include "backend/BottleUtils.h"
+#include "backend/BottleRecord.h"
+#include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
 #include "launch/records/AppBootingStateManager.h"
@@ -39,7 +40,10 @@ std::function<void()> LaunchRecorder::fileRecord(const LaunchedProgram& program,
     return [record, program, now = QDateTime::currentDateTime()] {
         PendingWork::instance()->run(ServiceThreads::inOrder(), [record, program, now]() mutable {
             program.addedUuid();  // waits for an entry that is being made, which counts
-            record.programs = BottleUtils::bottlePrograms(program.file.bottle).size();
+            const QJsonObject bottle = BottlesConfig::instance()->get(program.file.bottle);
+            record.programs = BottleRecord::programs(bottle).size();
+            if (!BottleRecord::runner(bottle).isEmpty())  // else the bottle was deleted
+                record.runner = BottleRecord::runner(bottle);
             EventWriter::instance().writeEvent(record.toJson(EventRecord::common(now, machineInfo())));
         });
     };

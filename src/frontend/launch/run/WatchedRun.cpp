@@ -87,6 +87,8 @@ void WatchedRun::launch(const QJsonObject& record) {
         launchInTerminal();
     else
         launchWatched();
+    m_end.seconds = 0;  // without the wait for the record
+    m_secondTimer.start();
     if (!m_program.uuid.isEmpty())
         m_launcher->launchProgram(m_program.uuid);
     else if (!m_program.file->isStoredProgram())
