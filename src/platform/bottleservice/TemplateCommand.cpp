@@ -24,7 +24,7 @@ namespace {
 
 const char ObjectPath[] = "/com/lumora/Manager/Templates";
 const char InterfaceName[] = "com.lumora.Manager.Templates";
-constexpr int LookMs = 250;
+constexpr int PollMs = 250;
 
 }  // namespace
 
@@ -73,12 +73,12 @@ int TemplateCommand::prepare(const QString& dataDir) {
     const Fenk::UnixSignals shutdown(EndSignals, Fenk::UnixSignals::Repeated::Received);
     QObject::connect(&shutdown, &Fenk::UnixSignals::received, &templates, leave);
     // A service does not wait for the directory as long as a template takes.
-    QTimer looks;
-    QObject::connect(&looks, &QTimer::timeout, &templates, [&lock, &leave] {
+    QTimer pollTimer;
+    QObject::connect(&pollTimer, &QTimer::timeout, &templates, [&lock, &leave] {
         if (lock.isWanted())
             leave();
     });
-    looks.start(LookMs);
+    pollTimer.start(PollMs);
     templates.obtain(*runner, &templates, [](const QString&, const Reason&) {});
     QObject::connect(&templates, &Templates::idle, QCoreApplication::instance(), &QCoreApplication::quit,
                      Qt::QueuedConnection);

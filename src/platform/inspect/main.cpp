@@ -1,6 +1,6 @@
 // diec --json FILE: says what made a file, as JSON:
 //   {"detects": [{"filetype", "values": [{"type", "name", "version", "info", "string"}]}]}
-// Exit code 0 with an answer, 1 with a sentence on standard error.
+// Exit code 0 with an answer, 1 with an error text on standard error.
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>

@@ -4,9 +4,9 @@
 
 namespace BottleName {
 
-namespace {
-
 const char PublicPrefix[] = "public/";
+
+namespace {
 
 bool isWellFormed(const QString& text) {
     for (int i = 0; i < text.size(); ++i) {
@@ -39,7 +39,7 @@ QString check(const QString& name) {
         return "The name of the bottle contains a control character.";
     if (name.startsWith('/'))
         return "The name of the bottle is a path.";
-    const QString part = isPublic(name) ? name.mid(int(sizeof PublicPrefix) - 1) : name;
+    const QString part = isPublic(name) ? name.mid(int(qstrlen(PublicPrefix))) : name;
     if (part.contains('/'))
         return "The name of the bottle contains a \"/\" that does not follow \"public\".";
     if (part.isEmpty() || part == "." || part == ".." || name == "public")

@@ -12,6 +12,8 @@ constexpr int MaximumPartBytes = 255;  ///< what file systems take for one name,
 /// Returns an error text, empty when the name may be used.
 QString check(const QString& name);
 
+/// Of the names of public bottles, and the directory of these.
+extern const char PublicPrefix[];
 bool isPublic(const QString& name);
 
 /// The name as log lines and error texts may show it: of limited length, control characters replaced.

@@ -30,8 +30,9 @@ BottleStore::BottleStore(const QString& dataDir) : m_dataDir(dataDir), m_root(da
 
 QStringList BottleStore::names() const {
     QStringList names = namesIn(m_root, {});
-    if (isRealDirectory(m_root + "/public"))
-        names += namesIn(m_root + "/public", "public/");
+    const QString shared = pathOf(QString(BottleName::PublicPrefix).chopped(1));
+    if (isRealDirectory(shared))
+        names += namesIn(shared, BottleName::PublicPrefix);
     names.sort();
     return names;
 }
@@ -49,7 +50,7 @@ QStringList BottleStore::namesIn(const QString& directory, const QString& prefix
 
 BottleStore::State BottleStore::state(const QString& name) const {
     if (BottleName::isPublic(name)) {
-        const QFileInfo shared(m_root + "/public");
+        const QFileInfo shared(pathOf(QString(BottleName::PublicPrefix).chopped(1)));
         if (shared.isSymLink() || (shared.exists() && !shared.isDir()))
             return State::Foreign;
     }

@@ -1,7 +1,5 @@
 #include "bottleservice/components/ChosenFile.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCryptographicHash>
@@ -61,21 +59,6 @@ Reason otherFile(const QVector<Source>& wanted, const QString& name) {
     return Reason(Reason::OtherFile, {name, files.join(", ")});
 }
 
-bool openPlain(QFile* file, const QString& path) {
-    // Does not wait for the other end of a pipe.
-    const int descriptor = ::open(QFile::encodeName(path).constData(),
-                                  O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    struct stat status = {};
-    if (descriptor < 0)
-        return false;
-    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0 &&
-        status.st_size <= Source::MaximumBytes &&
-        file->open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle))
-        return true;
-    ::close(descriptor);
-    return false;
-}
-
 Reason copy(QFile* from, QFile* to, QCryptographicHash* hash, const std::atomic_bool& cancelled) {
     QByteArray block(BlockBytes, Qt::Uninitialized);
     qint64 total = 0;
@@ -99,7 +82,8 @@ ChosenFile::Taken ChosenFile::take(const QString& path, const QVector<Source>& w
                                    const QString& directory, const std::atomic_bool& cancelled) {
     const QString name = QFileInfo(path).fileName().left(200);
     QFile from;
-    if (!QDir::isAbsolutePath(path) || path.contains(QChar(0)) || !openPlain(&from, path))
+    if (!QDir::isAbsolutePath(path) || path.contains(QChar(0)) || !Fenk::RegularFile::open(from, path) ||
+        from.size() == 0 || from.size() > Source::MaximumBytes)
         return {{}, {}, Reason(Reason::NoOrdinaryFile, {name})};
     if (!mayBeWanted(wanted, from.size(), name))
         return {{}, {}, otherFile(wanted, name)};

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -26,33 +25,28 @@ struct flock waitersLock(short type) {
 
 DataDirLock::DataDirLock(const QString& dataDir) {
     QDir().mkpath(dataDir);
-    m_fd = open(QFile::encodeName(dataDir + "/.service-lock").constData(),
-                O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-}
-
-DataDirLock::~DataDirLock() {
-    if (m_fd >= 0)
-        close(m_fd);
+    m_fd = Fenk::OwnedFd(open(QFile::encodeName(dataDir + "/.service-lock").constData(),
+                              O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
 }
 
 bool DataDirLock::acquire(int timeoutMs) {
     QElapsedTimer elapsed;
     elapsed.start();
-    bool isHeld = m_fd >= 0 && flock(m_fd, LOCK_EX | LOCK_NB) == 0;
-    if (m_fd < 0 || isHeld || timeoutMs <= 0)
+    bool isHeld = m_fd.isValid() && flock(m_fd.get(), LOCK_EX | LOCK_NB) == 0;
+    if (!m_fd.isValid() || isHeld || timeoutMs <= 0)
         return isHeld;
     struct flock waiting = waitersLock(F_RDLCK);
-    fcntl(m_fd, F_OFD_SETLK, &waiting);
+    fcntl(m_fd.get(), F_OFD_SETLK, &waiting);
     while (!isHeld && elapsed.elapsed() < timeoutMs) {
         QThread::msleep(RetryMs);
-        isHeld = flock(m_fd, LOCK_EX | LOCK_NB) == 0;
+        isHeld = flock(m_fd.get(), LOCK_EX | LOCK_NB) == 0;
     }
     waiting = waitersLock(F_UNLCK);
-    fcntl(m_fd, F_OFD_SETLK, &waiting);
+    fcntl(m_fd.get(), F_OFD_SETLK, &waiting);
     return isHeld;
 }
 
 bool DataDirLock::isWanted() const {
     struct flock lock = waitersLock(F_WRLCK);
-    return m_fd >= 0 && fcntl(m_fd, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+    return m_fd.isValid() && fcntl(m_fd.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }

@@ -2,14 +2,13 @@
 
 #include <QString>
 
+#include "fenk/system/OwnedFd.h"
+
 /// Reserves the data directory for one process. Two sessions of a user have two buses but the same bottles,
 /// and the queues work within one process only. The kernel releases the lock however the process ends.
 class DataDirLock {
 public:
     explicit DataDirLock(const QString& dataDir);
-    ~DataDirLock();
-    DataDirLock(const DataDirLock&) = delete;
-    DataDirLock& operator=(const DataDirLock&) = delete;
 
     /// Waits for an earlier service that is about to end. Returns false when the time is over.
     bool acquire(int timeoutMs);
@@ -17,5 +16,5 @@ public:
     bool isWanted() const;
 
 private:
-    int m_fd = -1;
+    Fenk::OwnedFd m_fd;
 };

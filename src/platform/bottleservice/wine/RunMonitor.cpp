@@ -116,8 +116,10 @@ const RunOwners* RunMonitor::ownersIn(const QString& bottle) {
         return nullptr;
     const QJsonObject records = settings->programs();
     const auto known = m_owners.find(bottle);
-    if (known != m_owners.end() && known->second.records() == records)
+    if (known != m_owners.end() && known->second.records() == records) {
+        known->second.forgetFiles();
         return &known->second;
+    }
     return &m_owners.insert_or_assign(bottle, RunOwners(m_store.pathOf(bottle), records)).first->second;
 }
 

@@ -25,7 +25,7 @@ RunOwners::RunOwners(const QString& bottlePath, const QJsonObject& records)
     }
 }
 
-/// Empty when there is no such file, which is looked for again the next time.
+/// Empty when there is no such file.
 QString RunOwners::realFile(const QString& path) const {
     const auto known = m_files.constFind(path);
     if (known != m_files.constEnd())
@@ -34,8 +34,7 @@ QString RunOwners::realFile(const QString& path) const {
     const QString real = file.startsWith('/') ? QFileInfo(file).canonicalFilePath() : QString();
     if (m_files.size() >= MaximumFiles)
         m_files.clear();
-    if (!real.isEmpty())
-        m_files.insert(path, real);
+    m_files.insert(path, real);
     return real;
 }
 

@@ -11,13 +11,16 @@
 
 /// Decides which of a bottle's programs a process belongs to: the program whose id it carries, the one whose
 /// file it was started from, and the one whose executable it runs. Reads the file system to compare paths and
-/// remembers the results, since RunMonitor asks every two seconds. For the main thread.
+/// remembers the results until forgetFiles(), since one check compares each path many times. For the main
+/// thread.
 class RunOwners {
 public:
     /// `records` are the programs by id, as bottle.yml has them.
     RunOwners(const QString& bottlePath, const QJsonObject& records);
 
     QJsonObject records() const { return m_records; }
+    /// Before each check: a link may lead elsewhere by then, and a file may be gone.
+    void forgetFiles() { m_files.clear(); }
 
     /// The ids of the programs; more than one when a program has started another that is entered too. Empty
     /// for Wine's own helpers.
@@ -41,5 +44,5 @@ private:
     QString m_bottlePath;
     QJsonObject m_records;
     QVector<Program> m_programs;              ///< those without arguments first
-    mutable QHash<QString, QString> m_files;  ///< path to the real file that was found for it
+    mutable QHash<QString, QString> m_files;  ///< path to the real file, empty where there is none
 };

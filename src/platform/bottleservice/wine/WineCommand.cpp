@@ -42,10 +42,6 @@ WineCommand::~WineCommand() {
     m_process.waitForFinished(1000);
 }
 
-void WineCommand::setOutputFile(const QString& path) {
-    m_process.setStandardOutputFile(path, QIODevice::Append);
-}
-
 void WineCommand::start(int timeoutMs) {
     m_timeout.start(timeoutMs);
     m_process.start(QIODevice::ReadOnly);

@@ -15,9 +15,6 @@ public:
     /// Kills the group if the command still runs.
     ~WineCommand() override;
 
-    /// Sends the command's output to a file; otherwise it is kept for output().
-    void setOutputFile(const QString& path);
-
     /// The file that the command reads; by default it reads nothing.
     void setInputFile(const QString& path) { m_process.setStandardInputFile(path); }
 
