@@ -20,6 +20,6 @@ QString TextUtils::formatSize(qint64 bytes) {
     return QString("%1%2").arg(value, 0, 'f', 0).arg(units[level]);
 }
 
-QString TextUtils::readableSize(qint64 bytes, int decimals) {
-    return QLocale().formattedDataSize(bytes, decimals, QLocale::DataSizeSIFormat);
+QString TextUtils::readableSize(qint64 bytes, int decimals, QLocale::DataSizeFormats units) {
+    return QLocale().formattedDataSize(bytes, decimals, units);
 }

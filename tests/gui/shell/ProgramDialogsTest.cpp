@@ -192,7 +192,7 @@ private Q_SLOTS:
         auto* link = part<QAbstractButton>("property_path");
         QTRY_COMPARE(link->accessibleName(), path);
         if (opened.endsWith("/a"))
-            QTRY_COMPARE(part<QLabel>("property_size")->text(), QString("1.5 kB"));
+            QTRY_COMPARE(part<QLabel>("property_size")->text(), QString("1.50 KiB"));
         QTest::keyClick(link, Qt::Key_Return);
         QTRY_VERIFY(m_opened.size() == 1 || !errorText().isEmpty());
         const QString home = QFileInfo(m_home.path()).canonicalFilePath();

@@ -13,7 +13,6 @@ using namespace Fenk;
 namespace {
 constexpr int LongestName = 256;
 /// Between the edge of the pen button and its picture.
-constexpr int PenMargin = (Tokens::CompactHeight - Tokens::IconSmall) / 2;
 }  // namespace
 
 NameEditor::NameEditor(QWidget* parent)

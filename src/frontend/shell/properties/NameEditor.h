@@ -23,7 +23,6 @@ public:
     void setName(const QString& name);
     void setEditable(bool editable);
 
-    bool isEditing() const { return m_editing; }
     void beginEditing();
     void commit() { endEditing(true); }
 

@@ -173,7 +173,9 @@ void ProgramDetails::openFolder() {
 QString ProgramDetails::readableSize(const QString& text) {
     bool isNumber = false;
     const qint64 bytes = text.trimmed().toLongLong(&isNumber);
-    return isNumber && bytes >= 0 ? TextUtils::readableSize(bytes) : text.simplified();
+    // In the units of the service, which sends other sizes as texts.
+    return isNumber && bytes >= 0 ? TextUtils::readableSize(bytes, 2, QLocale::DataSizeIecFormat)
+                                  : text.simplified();
 }
 
 QString ProgramDetails::folderOf(const QString& bottlePath, const QString& programPath) {
