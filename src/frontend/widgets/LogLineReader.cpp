@@ -33,12 +33,15 @@ QStringList LogLineReader::add(const QByteArray& bytes) {
     QStringList lines;
     int from = 0;
     for (int end = m_partial.indexOf('\n'); end >= 0; end = m_partial.indexOf('\n', from)) {
+        int stop = end;
+        while (stop > from && m_partial[stop - 1] == '\r')
+            --stop;
         do {
-            const int size = pieceSize(m_partial, from, end);
+            const int size = pieceSize(m_partial, from, stop);
             lines += plain(m_partial.mid(from, size));
             from += size;
-        } while (from < end);
-        ++from;
+        } while (from < stop);
+        from = end + 1;
     }
     while (m_partial.size() - from > MaxLineBytes) {
         const int size = pieceSize(m_partial, from, m_partial.size());

@@ -285,6 +285,8 @@ void LogView::keyPressEvent(QKeyEvent* event) {
         scrollBy(row);
     } else if (event->matches(QKeySequence::MoveToPreviousLine)) {
         scrollBy(-row);
+    } else if (event->key() == Qt::Key_Space) {
+        scrollBy(event->modifiers() & Qt::ShiftModifier ? -page : page);
     } else if (event->matches(QKeySequence::MoveToNextPage)) {
         scrollBy(page);
     } else if (event->matches(QKeySequence::MoveToPreviousPage)) {
