@@ -38,10 +38,6 @@ QJsonObject BottleUtils::bottlePrograms(const QString& bottle) {
     return BottleRecord::programs(service().get(bottle));
 }
 
-QString BottleUtils::bottleRunner(const QString& bottle) {
-    return BottleRecord::runner(service().get(bottle));
-}
-
 QString BottleUtils::programPath(const QString& bottle, const QString& programId) {
     return programPath(service().get(bottle), programId);
 }

@@ -9,7 +9,6 @@ namespace BottleUtils {
 
 QString bottlePath(const QString& bottle);
 QJsonObject bottlePrograms(const QString& bottle);  ///< program id to program record
-QString bottleRunner(const QString& bottle);
 /// The program's executable as a Unix path; empty for an unknown program, or for a Unix path that isn't a
 /// file.
 QString programPath(const QString& bottle, const QString& programId);

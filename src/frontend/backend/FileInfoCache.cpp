@@ -7,6 +7,8 @@
 #include <QMutex>
 #include <QSaveFile>
 
+#include "fenk/system/RegularFile.h"
+
 namespace {
 // Programs of the bottle can write here as well. A record takes a few kilobytes.
 constexpr qint64 MaximumBytes = 32 * 1024 * 1024;
@@ -18,7 +20,7 @@ std::optional<QJsonObject> FileInfoCache::load() const {
     const QFileInfo info(file);
     if (!info.exists() && !info.isSymLink())
         return QJsonObject();
-    if (info.isSymLink() || !info.isFile() || file.size() > MaximumBytes || !file.open(QIODevice::ReadOnly)) {
+    if (!Fenk::RegularFile::open(file, filePath()) || file.size() > MaximumBytes) {
         qWarning().noquote() << "can't read" << filePath() << file.errorString();
         return std::nullopt;
     }

@@ -14,10 +14,6 @@ QString MachineUtils::cpuArchitecture(const QString& word) {
     return word;
 }
 
-bool MachineUtils::isAmd64() {
-    return cpuArchitecture() == "amd64";
-}
-
 QString MachineUtils::osVersion(const QString& file) {
     const Fenk::DesktopEntry entry(file);
     // The reader calls any file without an application's group faulty, and this one has none.

@@ -9,7 +9,6 @@ namespace MachineUtils {
 
 /// "amd64", "arm64" and the like, from the word of the toolkit ("x86_64").
 QString cpuArchitecture(const QString& word = QSysInfo::currentCpuArchitecture());
-bool isAmd64();
 
 /// "name,edition,major,minor" of the system; empty, with a log line, when the file can't be read.
 QString osVersion(const QString& file = "/etc/os-version");

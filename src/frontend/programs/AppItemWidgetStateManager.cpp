@@ -9,6 +9,7 @@
 #include "programs/ProgramStarts.h"
 
 AppItemWidgetStateManager::AppItemWidgetStateManager() {
+    ProgramStarts::instance();  // hears of a deleted program first, so that its end can still be told
     connect(BottlesConfig::instance(), &BottlesConfig::program_deleted, this,
             &AppItemWidgetStateManager::onProgramUuidDeleted);
     connect(ProgramStarts::instance(), &ProgramStarts::failed, this, &AppItemWidgetStateManager::failed);

@@ -47,7 +47,6 @@ private Q_SLOTS:
 
     void readers() {
         QCOMPARE(BottleUtils::bottlePath("b"), root);
-        QCOMPARE(BottleUtils::bottleRunner("b"), "lumora-wine10-stable");
         QCOMPARE(BottleUtils::bottlePrograms("b").size(), 3);
         const QString program = "/Program Files/App/a.exe";
         QCOMPARE(BottleUtils::programPath("b", "w"), root + "/dosdevices/c:" + program);

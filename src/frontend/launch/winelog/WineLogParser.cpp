@@ -67,7 +67,7 @@ int WineLogParser::parseFile(const QString& path) {
     const int findings = parse(bytes);
     printedLines = ::printedLines(bytes);
     // The crash line, which may be far from both ends of the log.
-    const int crash = findings & LogCrash ? bytes.indexOf(CrashPrinted) : -1;
+    const int crash = findings & LogCrash ? bytes.indexOf(QByteArray(", ") + CrashPrinted) : -1;
     if (crash >= 0)
         printedLines += ::printedLines(bytes.mid(bytes.lastIndexOf('\n', crash) + 1, LongestLine));
     return findings;
