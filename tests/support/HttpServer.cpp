@@ -24,6 +24,7 @@ HttpServer::HttpServer() {
             if (head < 4 || request.size() < head + wanted)
                 return;
             socket->readAll();
+            heads += request.left(head);
             bodies += request.mid(head);
             answer(socket, request);
         });
@@ -60,6 +61,8 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
                                 : QByteArray("HTTP/1.1 200 OK\r\n");
     if (fault != "endless")
         head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
+    if (!contentType.isEmpty())
+        head += "Content-Type: " + contentType + "\r\n";
     if (fault == "packed")
         head += "Content-Encoding: gzip\r\n";
     socket->write(head + "Connection: close\r\n\r\n");

@@ -25,7 +25,9 @@ public:
 
     QHash<QString, QByteArray> files;
     QStringList requests;  ///< path and first byte
+    QByteArrayList heads;
     QByteArrayList bodies;
+    QByteArray contentType;  ///< of the answers; none when empty
 
 private:
     void answer(QTcpSocket* socket, const QByteArray& request);

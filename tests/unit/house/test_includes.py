@@ -26,6 +26,7 @@ ARROWS["inspect"] = ARROWS["eventlog"] = set()
 ORDER = {
     "fenk": "system style controls instance settings log window gallery",
     "launch": ". icons inspection banner bottle monitor script open watch records winelog repair run",
+    "store": "records client .",
     "shell": "associations properties library .",
     "bottleservice": "result files settings bottles wine components desktop jobs requests wire .",
 }

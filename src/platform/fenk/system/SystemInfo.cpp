@@ -56,6 +56,12 @@ SystemInfo::SystemInfo(const QString& osVersionFile, const QString& osReleaseFil
     m_editionName = pick("EditionName", release.value("VERSION_CODENAME"));
     m_majorVersion = pick("MajorVersion", id.section('.', 0, 0));
     m_minorVersion = pick("MinorVersion", id.section('.', 1));
+    m_osBuild = pick("OsBuild", release.value("BUILD_ID"));
+}
+
+int SystemInfo::editionType() const {
+    static const QHash<QString, int> types{{"Professional", 1}, {"Home", 2}, {"Community", 3}, {"E", 10}};
+    return types.value(m_editionName);
 }
 
 }  // namespace Fenk

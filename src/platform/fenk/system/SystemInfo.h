@@ -19,6 +19,9 @@ public:
     QString editionName() const { return m_editionName; }    ///< "bookworm", "Community"
     QString majorVersion() const { return m_majorVersion; }  ///< "12"
     QString minorVersion() const { return m_minorVersion; }  ///< "7"; empty when there is none
+    QString osBuild() const { return m_osBuild; }            ///< empty where the system tells none
+    /// 1 Professional, 2 Home, 3 Community, 10 E, by the edition's name; 0 for any other.
+    int editionType() const;
 
 private:
     QString m_productType;
@@ -26,6 +29,7 @@ private:
     QString m_editionName;
     QString m_majorVersion;
     QString m_minorVersion;
+    QString m_osBuild;
 };
 
 }  // namespace Fenk
