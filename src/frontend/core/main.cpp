@@ -48,7 +48,7 @@ int run(CellarixApplication& application) {
     const int handled = application.handleCommandLine({});
     // A signal that came while a dialog ran before the event loop has ended the dialog only.
     const bool isEndRequested = signalHandlers.lastReceived() != 0;
-    if (handled != 0 && !isEndRequested && application.canQuit())
+    if (handled != 0 && (isEndRequested || application.canQuit()))
         return 1;
     if (isEndRequested)
         return application.hasOnlyRefused() ? 1 : 0;
