@@ -109,17 +109,8 @@ int ExeFileRunner::runInBottlesConfigWindow() {
 }
 
 int ExeFileRunner::runProgram() {
-    const QPointer<ExeFileRunner> alive(this);
-    const auto record = readEntry();
-    if (!record) {
-        if (alive && !m_finishedOnce)
-            Q_EMIT emit_finished();
+    if (!prepareStored(Mode::StoredProgram))
         return -1;
-    }
-    m_mode = Mode::StoredProgram;
-    m_view->showBanner();
-    m_startTime = QDateTime::currentDateTime();
-    createStored(*record);
     m_executor->launchProgram(m_program.file.bottle, m_program.uuid);
     return 0;
 }
@@ -127,21 +118,30 @@ int ExeFileRunner::runProgram() {
 int ExeFileRunner::fixup(const QString& bottle, const QString& uuid, const QStringList& components) {
     m_program.file.bottle = bottle;
     m_program.uuid = uuid;
-    const QPointer<ExeFileRunner> alive(this);
-    const auto record = readEntry();
-    if (!record) {
-        if (alive && !m_finishedOnce)
-            Q_EMIT emit_finished();
+    if (!prepareStored(Mode::Fixup))
         return -1;
-    }
-    m_mode = Mode::Fixup;
-    m_startTime = QDateTime::currentDateTime();
-    createStored(*record);
     m_view->raiseBanner();
     m_banner->showFailed(true);
     m_executor->prepareFix(bottle, uuid, components);
     m_assistant->showFixup(components);
     return 0;
+}
+
+/// False when the program cannot be started; the launch has then ended.
+bool ExeFileRunner::prepareStored(Mode mode) {
+    const QPointer<ExeFileRunner> alive(this);
+    const auto record = readEntry();
+    if (!record) {
+        if (alive && !m_finishedOnce)
+            Q_EMIT emit_finished();
+        return false;
+    }
+    m_mode = mode;
+    if (mode == Mode::StoredProgram)
+        m_view->showBanner();
+    m_startTime = QDateTime::currentDateTime();
+    createStored(*record);
+    return true;
 }
 
 /// Shows the stored program in the banner; returns the record of its bottle. Nothing when the bottle does not

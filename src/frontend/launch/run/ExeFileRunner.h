@@ -61,6 +61,7 @@ private:
     enum class Mode { StoredProgram, File, FileInConfigWindow, Fixup };
 
     int init(const QString& path);
+    bool prepareStored(Mode mode);
     std::optional<QJsonObject> readEntry();
     void createStored(const QJsonObject& record);
     void connectRun();
