@@ -118,10 +118,10 @@ void RunningLaunches::add(ExeFileRunner* runner) {
     m_hasLaunched = true;
     m_runners.insert(bottle, runner);
     qInfo().noquote() << "add exe runner:" << bottle;
-    connect(runner, &ExeFileRunner::emit_finished, this, [this, runner] { remove(runner); });
+    connect(runner, &ExeFileRunner::emit_finished, this, [this, runner] { onRunnerFinished(runner); });
 }
 
-void RunningLaunches::remove(ExeFileRunner* runner) {
+void RunningLaunches::onRunnerFinished(ExeFileRunner* runner) {
     for (const QString& bottle : m_runners.keys(runner)) {
         m_runners.remove(bottle);
         qInfo().noquote() << "remove exe runner:" << bottle;

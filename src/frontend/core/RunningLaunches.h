@@ -47,7 +47,7 @@ Q_SIGNALS:
     void ended();
 
 private:
-    void remove(ExeFileRunner* runner);
+    void onRunnerFinished(ExeFileRunner* runner);
     void showAlreadyRunning(const QString& displayName);
 
     Fenk::Application* m_application;
