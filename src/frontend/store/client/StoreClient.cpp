@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QLocale>
-#include <QLoggingCategory>
 
 #include "core/base/BuildInfo.h"
 #include "core/base/SettingsStore.h"
@@ -12,8 +11,6 @@
 #include "store/client/VeskClientDefaultApi.h"
 
 namespace {
-
-Q_LOGGING_CATEGORY(httpLog, "common.veskhttp")
 
 constexpr int TimeOutMs = 20000;
 
@@ -54,7 +51,7 @@ const QMap<QString, QString>& storeHeaders() {
         QString text = QStringLiteral("default headers:\n");
         for (auto header = made.begin(); header != made.end(); ++header)
             text += header.key() + ": " + header.value() + '\n';
-        qCDebug(httpLog).noquote() << text;
+        qCDebug(VeskHttpClient::httpLog).noquote() << text;
         return made;
     }();
     return headers;

@@ -1,6 +1,5 @@
 #include "store/client/VeskClientApiLogger.h"
 
-#include <QLoggingCategory>
 #include <QMetaMethod>
 
 namespace VeskHttpClient {
