@@ -19,14 +19,16 @@ ARROWS["programs"] = ARROWS["launch"] | {"launch"}
 ARROWS["store"] = ARROWS["packaging"] = ARROWS["feedback"] = ARROWS["programs"] | {"programs"}
 ARROWS["shell"] = ARROWS["store"] | {"store", "packaging", "feedback"}
 ARROWS["core"] = ARROWS["shell"] | {"shell", "environment"}
-ARROWS["bottleservice"] = {"fenk"}
+ARROWS["manifest"] = set()
+ARROWS["bottleservice"] = {"fenk", "manifest"}
+ARROWS["storeserver"] = {"manifest"}
 ARROWS["inspect"] = ARROWS["eventlog"] = set()
 
 # The sub-rooms of a room from the ground up: one includes those before it. "." is the room's own folder.
 ORDER = {
     "fenk": "system style controls instance settings log window gallery",
     "launch": ". icons inspection banner bottle monitor script open watch records winelog repair run",
-    "store": "records client .",
+    "store": "records client images install view .",
     "shell": "associations properties library .",
     "bottleservice": "result files settings bottles wine components desktop jobs requests wire .",
 }
