@@ -9,7 +9,7 @@ set(CELLARIX_SANITIZE "" CACHE STRING "Value for -fsanitize, empty for none")
 
 set(CELLARIX_AGREEMENT_URL "http://localhost/cellarix/agreement/%1.html" CACHE STRING
     "Service agreement page; %1 becomes cn or en")
-set(CELLARIX_STORE_URL "http://localhost/cellarix/store" CACHE STRING "The store, without a slash at its end")
+set(CELLARIX_STORE_URL "" CACHE STRING "The store, without a slash at its end; empty for the store server on each machine")
 set(CELLARIX_FORUM_URL "http://localhost/cellarix/forum/" CACHE STRING "Where users talk to each other")
 
 set(CELLARIX_BIN_DIR ${CELLARIX_PREFIX}/files/bin)

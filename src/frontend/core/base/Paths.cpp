@@ -34,6 +34,9 @@ QString peVersionInfoScript() {
 QString exeScannerScript() {
     return shareDir() + "/scripts/exe_scanner.py";
 }
+QString storeServer() {
+    return binDir() + "/cellarix-store-server";
+}
 QString diecTool() {
     return BuildInfo::isRelease()
                ? shareDir() + "/diec/diec"

@@ -15,6 +15,7 @@ QString dataFile(
 QString launcherScript();  ///< service/launcher.py
 QString peVersionInfoScript();  ///< pe_version_info.py
 QString exeScannerScript();     ///< scripts/exe_scanner.py
+QString storeServer();          ///< cellarix-store-server, which answers when no other store is configured
 QString diecTool();             ///< the scanner of signatures
 QString processWindowTool();    ///< enum_process_window.exe, which runs inside bottles
 QString iconExtractorScript();  ///< scripts/icon_extractor.py

@@ -7,6 +7,7 @@
 #include "core/base/SettingsStore.h"
 #include "fenk/system/SystemInfo.h"
 #include "probes/MachineUtils.h"
+#include "store/client/LocalStore.h"
 #include "store/client/VeskClientApiLogger.h"
 #include "store/client/VeskClientDefaultApi.h"
 
@@ -63,7 +64,7 @@ OpenAPI::VeskClientDefaultApi* makeStoreClient(const QString& baseUrl, QObject* 
     if (url.isEmpty())
         url = settingsStore()->getOption(QStringLiteral("client.base_url.")).toString();
     if (url.isEmpty())
-        url = BuildInfo::storeUrl();
+        url = BuildInfo::storeUrl().isEmpty() ? LocalStore::placeholder() : BuildInfo::storeUrl();
     else if (baseUrl.isEmpty())
         qWarning().noquote() << "Using test server: " + url;
     api->setNewServerForAllOperations(url);

@@ -1,11 +1,13 @@
 #include "store/client/VeskClientHttpRequestWorker.h"
 
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
 #include <algorithm>
 
 #include "net/HttpRequest.h"
+#include "store/client/LocalStore.h"
 #include "store/client/VeskClientAnswerFiles.h"
 #include "store/client/VeskClientHttpRequestInput.h"
 #include "store/client/VeskClientRequestBody.h"
@@ -41,6 +43,26 @@ VeskClientHttpRequestWorker::VeskClientHttpRequestWorker(QObject* parent, QNetwo
     : QObject(parent), m_manager(manager ? manager : new QNetworkAccessManager(this)) {}
 
 void VeskClientHttpRequestWorker::execute(const VeskClientHttpRequestInput& input) {
+    if (!LocalStore::isMeant(input.url_str)) {
+        send(input, _timeOut);
+        return;
+    }
+    QElapsedTimer time;
+    time.start();
+    LocalStore::resolve(input.url_str, this, [this, input, time](const QString& url) {
+        if (url.isEmpty()) {
+            error_type = QNetworkReply::HostNotFoundError;
+            error_str = QStringLiteral("The local store does not answer");
+            Q_EMIT on_execution_finished(this);
+            return;
+        }
+        auto found = input;
+        found.url_str = url;
+        send(found, _timeOut > 0 ? std::max(1, _timeOut - int(time.elapsed())) : 0);
+    });
+}
+
+void VeskClientHttpRequestWorker::send(const VeskClientHttpRequestInput& input, int timeOutMs) {
     VeskClientRequestBody made = VeskClientRequestBody::of(input);
     QNetworkRequest request((QUrl(made.url)));
     setHeaders(input, &request);
@@ -55,7 +77,7 @@ void VeskClientHttpRequestWorker::execute(const VeskClientHttpRequestInput& inpu
 
     m_request = new HttpRequest(m_manager, this);
     HttpRequest::Limits limits;
-    limits.wholeMs = _timeOut;
+    limits.wholeMs = timeOutMs;
     limits.silenceMs = 0;
     limits.answerBytes = MaxAnswerBytes;
     m_request->setLimits(limits);

@@ -52,6 +52,8 @@ Q_SIGNALS:
     void downloadProgress(qint64 received, qint64 total);
 
 private:
+    /// What is left of the time-out is `timeOutMs`.
+    void send(const VeskClientHttpRequestInput& input, int timeOutMs);
     void onFinished(const HttpAnswer& answer);
     void takeBody(const QByteArray& body);
 
