@@ -2,7 +2,7 @@
 #include <QJsonDocument>
 
 #include "bottleservice/bottles/BottleYaml.h"
-#include "bottleservice/bottles/YamlText.h"
+#include "manifest/YamlText.h"
 #include "support/Table.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <QFileInfo>
 
 #include "bottleservice/bottles/BottleName.h"
-#include "bottleservice/bottles/YamlText.h"
 #include "bottleservice/files/AtomicFile.h"
 #include "fenk/system/RegularFile.h"
+#include "manifest/YamlText.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <QDebug>
 #include <QJsonArray>
 
-#include "bottleservice/bottles/YamlText.h"
+#include "manifest/YamlText.h"
 
 using YamlText::Kind;
 

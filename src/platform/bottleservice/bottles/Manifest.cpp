@@ -4,7 +4,7 @@
 #include <QJsonDocument>
 
 #include "bottleservice/bottles/WindowsPath.h"
-#include "bottleservice/bottles/YamlText.h"
+#include "manifest/YamlText.h"
 
 namespace Manifest {
 

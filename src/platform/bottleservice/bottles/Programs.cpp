@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 #include "bottleservice/bottles/WindowsPath.h"
+#include "manifest/SettingRules.h"
 
 namespace Programs {
 
@@ -40,7 +41,7 @@ QString checkFields(const QJsonObject& record) {
     }
     const QJsonObject envs = record.value("envs").toObject();
     for (auto it = envs.begin(); it != envs.end(); ++it) {
-        if (it.key().isEmpty() || it.key().contains('=') || it.key().contains(QChar(0)))
+        if (!SettingRules::isVariableName(it.key()))
             return "\"envs\" of the program contains a name that no environment variable can have.";
         if (!it.value().isString() || it.value().toString().contains(QChar(0)))
             return QString("The value of \"%1\" in \"envs\" of the program must be text.").arg(it.key());

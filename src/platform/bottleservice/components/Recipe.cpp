@@ -10,8 +10,8 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Sources.h"
-#include "bottleservice/settings/DllOverrides.h"
 #include "fenk/system/RegularFile.h"
+#include "manifest/SettingRules.h"
 
 using Kind = RecipeStep::Kind;
 using Bottles = RecipeStep::Bottles;
@@ -79,9 +79,9 @@ std::optional<RecipeStep> stepOf(const QJsonObject& entry) {
         step.kind = Kind::Override;
         step.names = texts(entry["override"]);
         step.mode = methodOf(entry["mode"].toString());
-        isGood = DllOverrides::isMethod(step.mode);
+        isGood = SettingRules::isLoadMethod(step.mode);
         for (const QString& name : qAsConst(step.names))
-            isGood = isGood && DllOverrides::isName(name);
+            isGood = isGood && SettingRules::isDllName(name);
     } else if (entry.contains("registry")) {
         step.kind = Kind::Registry;
         step.registry = valuesOf(entry["registry"].toString(), entry["values"].toObject());

@@ -10,7 +10,6 @@
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/components/PrefixFiles.h"
 #include "bottleservice/files/Background.h"
-#include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/wine/RegistryWriter.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"

@@ -12,6 +12,7 @@
 #include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/ComponentStore.h"
 #include "fenk/system/RegularFile.h"
+#include "manifest/SettingRules.h"
 
 namespace {
 
@@ -101,8 +102,7 @@ void Sources::addArchives(const QString& path, const QJsonObject& archives) {
 }
 
 bool Sources::isPlainName(const QString& name) {
-    static const QRegularExpression pattern("\\A[A-Za-z0-9_][A-Za-z0-9_.+() -]{0,199}\\z");
-    return pattern.match(name).hasMatch();
+    return SettingRules::isPlainName(name);
 }
 
 Source Sources::find(const QString& file) const {

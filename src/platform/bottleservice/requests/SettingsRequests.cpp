@@ -9,8 +9,7 @@
 #include "bottleservice/jobs/ChangeSettingsJob.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/RequestChecks.h"
-#include "bottleservice/settings/DllOverrides.h"
-#include "bottleservice/settings/SettingRules.h"
+#include "manifest/SettingRules.h"
 
 namespace {
 
@@ -109,7 +108,7 @@ Answer SettingsRequests::listDllOverrides(const QString& bottle) const {
 
 void SettingsRequests::updateDllOverride(const QString& bottle, const QString& dll, const QString& method,
                                          bool remove, const Reply& reply) {
-    const bool wrong = !DllOverrides::isName(dll) || (!remove && !DllOverrides::isMethod(method));
+    const bool wrong = !SettingRules::isDllName(dll) || (!remove && !SettingRules::isLoadMethod(method));
     if (refuse(wrong, bottle,
                QString("\"%1\" is no name of a DLL, or \"%2\" no way to load it.")
                    .arg(BottleName::shown(dll), BottleName::shown(method)),

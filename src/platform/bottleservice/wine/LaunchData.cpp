@@ -9,8 +9,8 @@
 #include "bottleservice/bottles/Emulators.h"
 #include "bottleservice/files/AtomicFile.h"
 #include "bottleservice/settings/DllOverrides.h"
-#include "bottleservice/settings/SettingRules.h"
 #include "fenk/system/RegularFile.h"
+#include "manifest/SettingRules.h"
 
 namespace LaunchData {
 

@@ -1,4 +1,4 @@
-#include "bottleservice/bottles/YamlText.h"
+#include "manifest/YamlText.h"
 
 #include <yaml-cpp/yaml.h>
 
