@@ -37,6 +37,10 @@ public:
     /// Emits finished() before it returns, unless it was emitted before.
     void abort();
 
+    /// Null before send(), for an address that is not sent to, and after finished(). Aborting it ends the
+    /// request as aborted.
+    QNetworkReply* reply() const { return m_reply; }
+
 Q_SIGNALS:
     /// In bytes; `total` is -1 as long as it is not known.
     void uploadProgress(qint64 sent, qint64 total);
