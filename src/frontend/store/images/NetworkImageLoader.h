@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QNetworkAccessManager>
+#include <QPixmap>
+#include <QThreadPool>
+#include <QUrl>
+
+class QNetworkReply;
+struct HttpAnswer;
+
+/// Fetches pictures by their addresses, http or https, and keeps them on disk: Paths::imageCacheDir(), a file
+/// named by the hexadecimal MD5 of the encoded address, which holds the bytes as they came (of a picture of
+/// more than 512 pixels a smaller PNG). Local files are read where they lie. The limits are those of
+/// UntrustedImage. Keeps no picture in memory. One for the process, owned by the application object; GUI
+/// thread. New pictures are decoded and written on other threads.
+class NetworkImageLoader : public QObject {
+    Q_OBJECT
+public:
+    static NetworkImageLoader* instance();
+
+    /// Emits imageLoaded() before it returns, and returns null, for a local file and for a picture on disk.
+    /// Otherwise imageLoaded() follows, unless the reply is aborted or deleted; the reply is the loader's.
+    QNetworkReply* load(const QUrl& url);
+    /// What stands for a picture that cannot be had: 256 by 256.
+    QPixmap defaultPixmap();
+    static QString cacheFile(const QUrl& url);
+
+Q_SIGNALS:
+    void imageLoaded(const QUrl& url, const QPixmap& pixmap);
+
+private:
+    NetworkImageLoader();
+    void onImageDownloaded(const QUrl& url, const HttpAnswer& answer);
+    void show(const QUrl& url, const QImage& image);
+
+    QNetworkAccessManager m_manager;
+    QThreadPool m_decoders;
+    QPixmap m_default;
+};

@@ -1,0 +1,50 @@
+#include "store/images/UntrustedImage.h"
+
+#include <QBuffer>
+#include <QImageReader>
+
+#include "fenk/system/RegularFile.h"
+#include "launch/icons/SvgPicture.h"
+
+namespace UntrustedImage {
+
+namespace {
+
+/// Formats whose decoders are bounded by the size that the header tells.
+bool isKnown(const QByteArray& format) {
+    static const QByteArrayList formats = {"png", "jpg", "jpeg", "gif", "bmp", "ico", "webp"};
+    return formats.contains(format);
+}
+
+Result keep(const QImage& image) {
+    if (qMax(image.width(), image.height()) <= KeptEdge)
+        return {image, false, image.isNull() ? "it cannot be decoded" : ""};
+    return {image.scaled(KeptEdge, KeptEdge, Qt::KeepAspectRatio, Qt::SmoothTransformation), true, ""};
+}
+
+}  // namespace
+
+Result decode(const QByteArray& bytes) {
+    if (bytes.size() > MaxBytes)
+        return {{}, false, "it is larger than 5 MiB"};
+    if (bytes.trimmed().startsWith('<'))
+        return keep(SvgPicture::draw(bytes, KeptEdge));
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    if (!isKnown(reader.format()))
+        return {{}, false, "it is no picture"};
+    const QSize size = reader.size();
+    if (!size.isValid() || qMax(size.width(), size.height()) > MaxEdge)
+        return {{}, false, "it is larger than 4096 pixels"};
+    reader.setAutoTransform(true);
+    return keep(reader.read());
+}
+
+Result read(const QString& path) {
+    const auto bytes = Fenk::RegularFile::read(path, MaxBytes);
+    return bytes ? decode(*bytes) : Result{{}, false, "it cannot be read"};
+}
+
+}  // namespace UntrustedImage

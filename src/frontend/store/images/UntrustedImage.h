@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+
+/// Decodes pictures that come from the net or lie in a cache. Thread-safe; for a worker thread where it can
+/// be, because a large picture takes some 100 ms.
+namespace UntrustedImage {
+
+constexpr int MaxBytes = 5 << 20;
+constexpr int MaxEdge = 4096;  ///< in pixels, as the file says; larger ones are not decoded
+constexpr int KeptEdge = 512;  ///< larger pictures are scaled down to it
+
+struct Result {
+    QImage image;            ///< null for what is no picture or above a limit
+    bool isScaled = false;   ///< `image` is smaller than the picture of the file
+    const char* error = "";  ///< for logs
+};
+
+/// PNG, JPEG, GIF (the first frame), BMP, ICO, WebP where Qt has it, and SVG that is not compressed.
+Result decode(const QByteArray& bytes);
+/// Refuses anything but a regular file, links included.
+Result read(const QString& path);
+
+}  // namespace UntrustedImage

@@ -1,0 +1,173 @@
+#include <QBuffer>
+#include <QDir>
+#include <QNetworkReply>
+#include <QSignalSpy>
+#include <QtTest>
+#include <memory>
+
+#include "core/base/Paths.h"
+#include "fenk/style/Theme.h"
+#include "store/images/LoadingAnimation.h"
+#include "store/images/NetworkImageLabel.h"
+#include "store/images/NetworkImageLoader.h"
+#include "support/HttpServer.h"
+#include "support/LogCapture.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
+
+using TestSupport::Table;
+
+namespace {
+
+QByteArray picture(const QSize& size, const char* format = "PNG") {
+    QImage image(size, QImage::Format_Grayscale8);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+}  // namespace
+
+class NetworkImageTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() {
+        QDir(Paths::imageCacheDir()).removeRecursively();
+        m_server = std::make_unique<TestSupport::HttpServer>();
+        m_server->files["icon.png"] = picture({48, 48});
+    }
+
+    void loads_data() {
+        const Table<QByteArray, QString, int, bool> row("bytes", "address", "edge", "isKept");
+        constexpr int Default = 256;
+        row("a picture", picture({48, 48}), "", 48, true);
+        row("behind a redirect", picture({48, 48}), "moved/", 48, true);
+        row("a large one", picture({4096, 8}), "", 512, true);
+        row("one that is too wide", picture({4097, 8}), "", Default, false);
+        row("more than 5 MiB", picture({48, 48}) + QByteArray((5 << 20) + 1, ' '), "", Default, false);
+        row("one that does not end", picture({48, 48}) + QByteArray(2 << 20, ' '), "endless/", Default,
+            false);
+        row("no picture", "Name: One", "", Default, false);
+        row("a format with a decoder that is not bounded", picture({48, 48}, "XPM"), "", Default, false);
+        row("nothing", "", "", Default, false);
+        row("cut", picture({48, 48}), "half/", Default, false);
+        row("missing", picture({48, 48}), "missing/no", Default, false);
+        row("a redirect to a local file", picture({48, 48}), "away/", Default, false);
+        row("a vector picture", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>", "", 512,
+            true);
+    }
+    void loads() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, address);
+        QFETCH(int, edge);
+        QFETCH(bool, isKept);
+        m_server->files["icon.png"] = bytes;
+        const QUrl url(m_server->address(address + "icon.png"));
+        const QString kept = NetworkImageLoader::cacheFile(url);
+        auto* loader = NetworkImageLoader::instance();
+        QSignalSpy loaded(loader, &NetworkImageLoader::imageLoaded);
+        QVERIFY(loader->load(url));
+        QVERIFY(loaded.isEmpty());
+        QTRY_COMPARE(loaded.size(), 1);
+        QCOMPARE(loaded[0][0].toUrl(), url);
+        QCOMPARE(loaded[0][1].value<QPixmap>().width(), edge);
+        QCOMPARE(QFile::exists(kept), isKept);
+        if (isKept && edge == 48)
+            QCOMPARE(TestSupport::readFile(kept), bytes);
+        if (!isKept)
+            return;
+        // Inside the call, without asking again.
+        const int requests = m_server->requests.size();
+        QVERIFY(!loader->load(url));
+        QCOMPARE(loaded.size(), 2);
+        QCOMPARE(loaded[1][1].value<QPixmap>().width(), edge);
+        QCOMPARE(m_server->requests.size(), requests);
+    }
+
+    void nameOfTheCacheFile() {
+        QCOMPARE(NetworkImageLoader::cacheFile(QUrl("http://localhost/a b")),
+                 Paths::imageCacheDir() + "/" +
+                     QCryptographicHash::hash("http://localhost/a%20b", QCryptographicHash::Md5).toHex());
+    }
+
+    void brokenCacheFileGivesTheDefaultOnce() {
+        const QUrl url(m_server->address("icon.png"));
+        QDir().mkpath(Paths::imageCacheDir());
+        QFile file(NetworkImageLoader::cacheFile(url));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        auto* loader = NetworkImageLoader::instance();
+        QSignalSpy loaded(loader, &NetworkImageLoader::imageLoaded);
+        QVERIFY(!loader->load(url));
+        QCOMPARE(loaded.size(), 1);
+        QCOMPARE(loaded[0][1].value<QPixmap>().width(), 256);
+        QVERIFY(loader->load(url));
+        QTRY_COMPARE(loaded.size(), 2);
+        QCOMPARE(loaded[1][1].value<QPixmap>().width(), 48);
+    }
+
+    void localFilesAndBadAddresses() {
+        auto* loader = NetworkImageLoader::instance();
+        QSignalSpy loaded(loader, &NetworkImageLoader::imageLoaded);
+        const QString file = m_home.write("icon.png", picture({16, 16}));
+        QVERIFY(!loader->load(QUrl::fromLocalFile(file)));
+        QCOMPARE(loaded.takeFirst()[1].value<QPixmap>().width(), 16);
+        // A device would be read for ever.
+        QVERIFY(!loader->load(QUrl("file:///dev/zero")));
+        QCOMPARE(loaded.takeFirst()[1].value<QPixmap>().width(), 256);
+        for (const char* address : {"", "data:image/png;base64,AAAA", "qrc:/animate/loading_000.png"}) {
+            QVERIFY(!loader->load(QUrl(address)));
+            QTRY_COMPARE(loaded.size(), 1);
+            QCOMPARE(loaded.takeFirst()[1].value<QPixmap>().width(), 256);
+        }
+    }
+
+    void labelFollowsItsAddress() {
+        m_server->files["other.png"] = picture({20, 20});
+        NetworkImageLabel label;
+        label.resize(56, 56);
+        QSignalSpy loaded(&label, &NetworkImageLabel::loaded);
+        label.setUrl(QUrl(m_server->address("silent/icon.png")));
+        QTRY_COMPARE(m_server->requests.size(), 1);
+        QVERIFY(label.isLoading());
+        label.setUrl(QUrl(m_server->address("other.png")));  // aborts the first
+        QVERIFY(loaded.wait());
+        QCOMPARE(label.pixmap().width(), 20);
+        label.setUrl(QUrl(m_server->address("other.png")));  // from disk, inside the call
+        QCOMPARE(loaded.size(), 2);
+        label.setUrl(QUrl(m_server->address("silent/icon.png")));
+        label.setPixmap(QPixmap(5, 5));
+        QCOMPARE(label.pixmap().width(), 5);
+    }
+
+    void oneTimerForAllAnimations() {
+        auto* animation = LoadingAnimation::instance();
+        for (int frame = 0; frame < LoadingAnimation::Frames; ++frame)
+            QVERIFY(QFile::exists(QString(":/animate/loading_%1.png").arg(frame, 3, 10, QChar('0'))));
+        Fenk::Theme::instance()->setAnimationsEnabled(true);
+        auto first = std::make_unique<NetworkImageLabel>();
+        NetworkImageLabel second;
+        QVERIFY(!animation->isRunning());  // nothing is visible
+        first->show();
+        second.show();
+        QVERIFY(animation->isRunning());
+        second.setPixmap(QPixmap(5, 5));
+        QVERIFY(animation->isRunning());
+        Fenk::Theme::instance()->setAnimationsEnabled(false);
+        QVERIFY(!animation->isRunning());
+        Fenk::Theme::instance()->setAnimationsEnabled(true);
+        QVERIFY(animation->isRunning());
+        first.reset();
+        QVERIFY(!animation->isRunning());
+    }
+
+private:
+    TestSupport::TestHome m_home;
+    std::unique_ptr<TestSupport::HttpServer> m_server;
+};
+
+QTEST_MAIN(NetworkImageTest)
+#include "NetworkImageTest.moc"
