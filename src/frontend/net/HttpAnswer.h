@@ -15,7 +15,7 @@ struct HttpAnswer {
         Redirect,  ///< too many, or to an address that is not followed
         Status,    ///< the server answered with a status outside 200 to 299; `body` holds what it said
         Network,   ///< no connection, or it broke off
-        File,      ///< the file to send cannot be read; nothing was sent
+        File,      ///< the file to send cannot be read, so nothing was sent; or the target cannot be written
         Json       ///< set by readJson()
     };
 

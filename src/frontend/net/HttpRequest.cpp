@@ -9,6 +9,10 @@
 
 using Error = HttpAnswer::Error;
 
+namespace {
+constexpr qint64 MaximumBuffer = 1 << 20;  // of what has come and was not yet read
+}
+
 HttpRequest::HttpRequest(QNetworkAccessManager* manager, QObject* parent)
     : QObject(parent), m_manager(manager) {
     m_wholeTimer.setSingleShot(true);
@@ -71,7 +75,7 @@ void HttpRequest::start(const QByteArray& verb, QNetworkRequest request, QIODevi
 }
 
 void HttpRequest::connectReply() {
-    m_reply->setReadBufferSize(m_limits.answerBytes + qint64(1));
+    m_reply->setReadBufferSize(m_target ? MaximumBuffer : m_limits.answerBytes + 1);
     connect(m_reply, &QNetworkReply::metaDataChanged, this, &HttpRequest::noteActivity);
     connect(m_reply, &QNetworkReply::readyRead, this, &HttpRequest::readAvailable);
     connect(m_reply, &QNetworkReply::finished, this, &HttpRequest::readEnd);
@@ -88,16 +92,26 @@ void HttpRequest::noteActivity() {
 
 void HttpRequest::readAvailable() {
     noteActivity();
-    const QByteArray bytes = m_reply->read(m_limits.answerBytes + qint64(1) - m_answer.body.size());
-    m_answer.body += bytes;
-    if (m_answer.body.size() > m_limits.answerBytes) {
+    const QByteArray bytes = m_reply->read(m_limits.answerBytes + 1 - m_received);
+    m_received += bytes.size();
+    if (m_received > m_limits.answerBytes) {
         m_answer.body.clear();
         finish(Error::TooLarge,
                QStringLiteral("the answer is larger than %1 bytes").arg(m_limits.answerBytes));
-    } else if (!bytes.isEmpty()) {
+    } else if (!bytes.isEmpty() && take(bytes)) {
         const QVariant total = m_reply->header(QNetworkRequest::ContentLengthHeader);
-        Q_EMIT downloadProgress(m_answer.body.size(), total.isValid() ? total.toLongLong() : -1);
+        Q_EMIT downloadProgress(m_received, total.isValid() ? total.toLongLong() : -1);
     }
+}
+
+bool HttpRequest::take(const QByteArray& bytes) {
+    if (!m_target) {
+        m_answer.body += bytes;
+    } else if (m_target->write(bytes) != bytes.size()) {
+        finish(Error::File, m_target->errorString());
+        return false;
+    }
+    return true;
 }
 
 void HttpRequest::readEnd() {
@@ -113,7 +127,7 @@ void HttpRequest::readEnd() {
     const qint64 announced = m_reply->operation() == QNetworkAccessManager::HeadOperation
                                  ? 0
                                  : m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
-    const bool isCut = m_answer.networkError == QNetworkReply::NoError && m_answer.body.size() < announced;
+    const bool isCut = m_answer.networkError == QNetworkReply::NoError && m_received < announced;
     if (isCut)
         m_answer.networkError = QNetworkReply::RemoteHostClosedError;
     const bool isRedirect = m_answer.status >= 300 && m_answer.status < 400;

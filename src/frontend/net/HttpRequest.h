@@ -5,6 +5,7 @@
 
 #include "net/HttpAnswer.h"
 
+class QIODevice;
 class QNetworkAccessManager;
 class QNetworkRequest;
 
@@ -17,7 +18,7 @@ public:
     struct Limits {
         int wholeMs = 30000;    ///< from send() to the end; 0 is no limit
         int silenceMs = 15000;  ///< without a byte sent or received; 0 is no limit
-        int answerBytes = 4 << 20;
+        qint64 answerBytes = 4 << 20;
     };
     static constexpr int MaxRedirects = 5;
 
@@ -26,6 +27,9 @@ public:
     ~HttpRequest() override;
 
     void setLimits(const Limits& limits) { m_limits = limits; }
+    /// Before send(): the body goes into this open device while it comes, and HttpAnswer::body stays empty. The
+    /// device must outlive the request.
+    void setTarget(QIODevice* target) { m_target = target; }
 
     /// `verb` is a method of HTTP in capitals. Call one of these once. The request brings its address and
     /// headers; unless it says otherwise, the answer is asked for uncompressed. GET and HEAD have no body and
@@ -52,6 +56,7 @@ private:
     void connectReply();
     void noteActivity();
     void readAvailable();
+    bool take(const QByteArray& bytes);
     void readEnd();
     void closeReply();
     void finish(HttpAnswer::Error error, const QString& errorText);
@@ -59,6 +64,8 @@ private:
 
     QPointer<QNetworkAccessManager> m_manager;
     QPointer<QNetworkReply> m_reply;
+    QIODevice* m_target = nullptr;
+    qint64 m_received = 0;
     Limits m_limits;
     QTimer m_wholeTimer;
     QTimer m_silenceTimer;

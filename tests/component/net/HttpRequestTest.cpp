@@ -1,5 +1,6 @@
 #include "net/HttpRequest.h"
 
+#include <QBuffer>
 #include <QNetworkAccessManager>
 
 #include "support/HttpServer.h"
@@ -67,6 +68,31 @@ private Q_SLOTS:
         QVERIFY(m_server->requests.size() <= 1 + HttpRequest::MaxRedirects);
         m_request->abort();
         QCOMPARE(m_ends, 1);
+    }
+
+    /// Into a device: within the limit, over it, cut off, and where nothing can be written.
+    void fillsItsTarget_data() {
+        const Table<QString, int, bool, Error, int> row("path", "limit", "isWritable", "error", "written");
+        row("whole", "long", 5000, true, Error::None, 5000);
+        row("too large", "long", 4999, true, Error::TooLarge, 0);
+        row("breaks off", "half/long", 5000, true, Error::Network, 2500);
+        row("full disk", "long", 5000, false, Error::File, 0);
+    }
+    void fillsItsTarget() {
+        QFETCH(int, limit);
+        QFETCH(bool, isWritable);
+        QFETCH(QString, path);
+        QBuffer target;
+        target.open(isWritable ? QIODevice::WriteOnly : QIODevice::ReadOnly);
+        m_request->setLimits({10000, 10000, limit});
+        m_request->setTarget(&target);
+        m_request->send("GET", QNetworkRequest(QUrl(m_server->address(path))));
+        QTRY_COMPARE(m_ends, 1);
+        QTEST(m_answer.error, "error");
+        QCOMPARE(m_answer.body, QByteArray());
+        QFETCH(int, written);
+        if (m_answer.error != Error::TooLarge)
+            QCOMPARE(target.size(), written);
     }
 
     void readsJson_data() {
