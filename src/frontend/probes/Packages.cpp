@@ -61,3 +61,15 @@ QString parseInstalledVersion(const QString& output) {
         "install ok installed (\\S+?)(?=(?:unknown|install|hold|deinstall|purge) |$)");
     return installed.match(output).captured(1);
 }
+
+bool packageAvailable(const QString& package) {
+    static const QRegularExpression name("\\A[a-z0-9][a-z0-9+.-]+\\z");
+    return name.match(package).hasMatch() &&
+           parseHasCandidate(QString::fromUtf8(run("apt-cache", {"policy", package}).standardOutput));
+}
+
+bool parseHasCandidate(const QString& policy) {
+    static const QRegularExpression candidate("^\\s+Candidate: *(?!\\(none\\))\\S",
+                                              QRegularExpression::MultilineOption);
+    return candidate.match(policy).hasMatch();
+}

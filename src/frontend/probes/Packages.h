@@ -25,6 +25,12 @@ bool packageInstalled(const QString& package, QString* version = nullptr);
 /// The version after "install ok installed"; empty when no architecture is installed. dpkg-query prints the
 /// status and version of each architecture directly after one another.
 QString parseInstalledVersion(const QString& output);
+
+/// Whether the package manager could install the package: it has a version of it. False for what is no name of
+/// a package.
+bool packageAvailable(const QString& package);
+/// The rule behind packageAvailable(): the text of "apt-cache policy".
+bool parseHasCandidate(const QString& policy);
 /// @}
 
 /// Package name to the version requirement that is not met; the requirement is empty where any version would

@@ -88,6 +88,17 @@ private Q_SLOTS:
         QCOMPARE(parsePackageVersion("Package: x\nConfig-Version: 9\nVersion:  1:2.0-3 \n"),
                  QString("1:2.0-3"));
     }
+
+    void candidates_data() {
+        const TestSupport::Table<QString, bool> row("policy", "isAvailable");
+        row("unknown", "", false);
+        row("only known", "x:\n  Installed: (none)\n  Candidate: (none)\n  Version table:\n", false);
+        row("to be had", "x:\n  Installed: (none)\n  Candidate: 1:2.0-3\n  Version table:\n", true);
+    }
+    void candidates() {
+        QFETCH(QString, policy);
+        QTEST(parseHasCandidate(policy), "isAvailable");
+    }
 };
 
 QTEST_GUILESS_MAIN(PackagesTest)
