@@ -11,7 +11,6 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/window/TitleBar.h"
-#include "launch/banner/BannerCloseConfirmDialog.h"
 #include "launch/banner/BannerDescription.h"
 #include "launch/banner/BannerFailedPart.h"
 #include "launch/banner/BannerMotion.h"
@@ -127,6 +126,12 @@ void WineExeLaunchBanner::connectParts() {
     connect(m_failed, &BannerFailedPart::chooseFile, this, &WineExeLaunchBanner::chooseFileButtonClicked);
 }
 
+void WineExeLaunchBanner::addRunningPart(QWidget* part) {
+    auto* changing = static_cast<QVBoxLayout*>(m_changing->layout());
+    changing->insertWidget(changing->indexOf(m_failed), part, 0, Qt::AlignHCenter);
+    m_runningPart = part;
+}
+
 void WineExeLaunchBanner::setAppName(const QString& name) {
     m_name->setText(name);
     setWindowTitle(name);
@@ -160,6 +165,8 @@ void WineExeLaunchBanner::showFailed(bool canFix) {
     m_description->setReason(true);
     closeQuestion();
     m_ring->hide();
+    if (m_runningPart)
+        m_runningPart->hide();
     m_failedMark->show();
     m_failed->offer(m_canRepair, canFix);
     m_failed->show();
@@ -254,7 +261,7 @@ void WineExeLaunchBanner::closeEvent(QCloseEvent* event) {
     }
     event->ignore();
     if (!m_confirm) {
-        m_confirm = new BannerCloseConfirmDialog(this);
+        m_confirm = new BannerCloseConfirmDialog(this, questionForm());
         connect(m_confirm, &BannerCloseConfirmDialog::confirmClose, this, &WineExeLaunchBanner::stopRunning);
     }
     m_confirm->show();

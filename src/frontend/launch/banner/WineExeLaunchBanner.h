@@ -3,8 +3,8 @@
 #include <QPointer>
 
 #include "fenk/window/MainWindow.h"
+#include "launch/banner/BannerCloseConfirmDialog.h"
 
-class BannerCloseConfirmDialog;
 class BannerDescription;
 class BannerFailedPart;
 class BannerMotion;
@@ -68,6 +68,11 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
+    /// The form of the question that closing asks while something runs.
+    virtual BannerCloseConfirmDialog::Form questionForm() const { return BannerCloseConfirmDialog::Starting; }
+    /// Puts a part below the description, which is shown by its owner and hidden by a failure.
+    void addRunningPart(QWidget* part);
+
 private:
     void arrange();
     QWidget* makeStatusRow();
@@ -89,6 +94,7 @@ private:
     QSpacerItem* m_above;
     QWidget* m_changing;  ///< all that differs between the two looks
     BannerMotion* m_motion;
+    QPointer<QWidget> m_runningPart;
     QPointer<BannerCloseConfirmDialog> m_confirm;
     CloseState m_closeState = Running;
     QString m_runningStatus;  ///< what the running look comes back with

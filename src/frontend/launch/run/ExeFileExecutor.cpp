@@ -57,6 +57,12 @@ void ExeFileExecutor::start() {
     m_preparation->start();
 }
 
+void ExeFileExecutor::startIn(const QString& bottle) {
+    m_appName = displayName();
+    m_bottle->setName(bottle);
+    launch();
+}
+
 void ExeFileExecutor::launchProgram(const QString& bottle, const QString& programUuid) {
     qInfo() << "Launch via desktop file...";
     Q_EMIT emitStep(tr("Launching"), MsgLine);

@@ -35,6 +35,8 @@ public:
     ~ExeFileExecutor() override;
 
     void start();
+    /// Launches the file in a bottle that is ready.
+    void startIn(const QString& bottle);
     void launchProgram(const QString& bottle, const QString& programUuid);
     /// A repair that was asked for beforehand: applyFix installs the components and launches the program.
     void prepareFix(const QString& bottle, const QString& programUuid, const QStringList& components);

@@ -49,8 +49,8 @@ QString feedbackVersion(const QJsonObject& versionBlock) {
 
 }  // namespace
 
-LaunchView::LaunchView(QObject* parent)
-    : QObject(parent), m_banner(new WineExeLaunchBanner), m_log(new LogsWidget) {}
+LaunchView::LaunchView(QObject* parent, WineExeLaunchBanner* banner)
+    : QObject(parent), m_banner(banner ? banner : new WineExeLaunchBanner), m_log(new LogsWidget) {}
 
 LaunchView::~LaunchView() {
     delete m_banner;

@@ -12,12 +12,13 @@ class QIcon;
 class QJsonObject;
 class WineExeLaunchBanner;
 
-/// What the user sees of one launch: its banner, its log and the dialogs over the banner. Owned by an
-/// ExeFileRunner; GUI thread. Home directories are taken out of the lines of the log, not of the banner's.
+/// What the user sees of one launch: its banner, its log and the dialogs over the banner. Owned by the
+/// launch; GUI thread. Home directories are taken out of the lines of the log, not of the banner's.
 class LaunchView : public QObject {
     Q_OBJECT
 public:
-    explicit LaunchView(QObject* parent);
+    /// Takes the banner over; makes an ordinary one when there is none.
+    explicit LaunchView(QObject* parent, WineExeLaunchBanner* banner = nullptr);
     ~LaunchView() override;
 
     WineExeLaunchBanner* banner() const { return m_banner; }
