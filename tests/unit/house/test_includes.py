@@ -29,7 +29,7 @@ ORDER = {
     "fenk": "system style controls instance settings log window gallery",
     "launch": ". icons inspection banner bottle monitor script open watch records winelog repair run",
     "store": "records client images install view .",
-    "shell": "associations properties library .",
+    "shell": "associations properties configuration library .",
     "bottleservice": "result files settings bottles wine components desktop jobs requests wire .",
 }
 ORDER = {name: order.split() for name, order in ORDER.items()}

@@ -1,0 +1,96 @@
+#include "shell/configuration/rules/ComponentSetup.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("ComponentsSwitcherWidget", text);
+}
+
+}  // namespace
+
+QString ComponentSetup::shown(const QString& value) {
+    return value.isEmpty() ? tr("Disabled") : value;
+}
+
+void ComponentSetup::setGood(const QString& value) {
+    *this = ComponentSetup();
+    m_good = value;
+}
+
+void ComponentSetup::choose(const QString& value) {
+    m_name = nameOf(value);
+    m_reason.clear();
+    m_percent = -1;
+    m_phase = Phase::Asked;
+}
+
+void ComponentSetup::adopt(const QString& name, bool isSettingUp) {
+    choose(valueOf(name));
+    m_phase = isSettingUp ? Phase::SettingUp : Phase::Waiting;
+}
+
+bool ComponentSetup::enter(Phase phase) {
+    const bool isNew = m_phase != phase;
+    m_phase = phase;
+    return isNew;
+}
+
+/// A phase that is over does not come back.
+bool ComponentSetup::waiting(const QString& name) {
+    return isOurs(name) && m_phase == Phase::Asked && enter(Phase::Waiting);
+}
+
+bool ComponentSetup::progress(const QString& name, quint64 received, quint64 total) {
+    if (!isOurs(name) || m_phase == Phase::SettingUp)
+        return false;
+    const int percent = total > 0 ? int(qMin<quint64>(100, received * 100 / total)) : -1;
+    const bool isFurther = percent > m_percent;
+    m_percent = qMax(m_percent, percent);
+    return enter(Phase::Downloading) || isFurther;
+}
+
+bool ComponentSetup::started(const QString& name) {
+    return isOurs(name) && enter(Phase::SettingUp);
+}
+
+bool ComponentSetup::done(const QString& name, bool isGood, const QString& reason) {
+    if (isOurs(name)) {
+        if (!isGood)
+            return fail(reason);
+        setGood(valueOf(name));
+        return true;
+    }
+    if (m_phase != Phase::Idle || !isGood || valueOf(name) == m_good)
+        return false;
+    setGood(valueOf(name));
+    return true;
+}
+
+bool ComponentSetup::fail(const QString& reason) {
+    if (!isUnderWay())
+        return false;
+    m_reason = reason;
+    return enter(Phase::Failed);
+}
+
+void ComponentSetup::leave() {
+    setGood(QString(m_good));
+}
+
+QString ComponentSetup::text() const {
+    const QString name = shown(valueOf(m_name));
+    switch (m_phase) {
+        case Phase::Waiting:
+            return tr("Waiting for download %1").arg(name);
+        case Phase::Downloading:
+            return tr("downloading...");
+        case Phase::SettingUp:
+            return tr("Setuping %1").arg(name);
+        case Phase::Failed:
+            return tr("Setup failed: %1").arg(name);
+        default:
+            return {};
+    }
+}

@@ -1,0 +1,64 @@
+#include "shell/configuration/rules/SettingRules.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("BasicPage", text);
+}
+
+const QLatin1String Vulkan("vulkan");
+
+}  // namespace
+
+bool SettingRules::canUseNtSync(const QString& runner) {
+    static const QStringList runners{"lumora-ge-proton10"};
+    return runners.contains(runner);
+}
+
+SettingRowStates SettingRules::rowStates(const SettingValues& values, bool hasNtSync) {
+    SettingRowStates states;
+    const auto row = [&states](Setting setting) -> SettingRowState& { return states[size_t(setting)]; };
+    const auto disable = [&row](Setting setting, const QString& reason) {
+        row(setting).isEnabled = false;
+        row(setting).reason = reason;
+    };
+    const QString renderer = values.text(Setting::Renderer);
+    if (renderer != Vulkan)
+        disable(Setting::DiscreteGpu, tr("Only for the rendering method vulkan"));
+    if (renderer != QLatin1String("gl"))
+        disable(Setting::CpuRendering, tr("Only for the rendering method opengl"));
+
+    const QString runner = values.text(Setting::Runner);
+    SettingRowState& memory = row(Setting::MemOptimized);
+    if (runner == QLatin1String("lumora-wine6-stable")) {
+        memory.isForcedOn = true;
+        memory.isControlEnabled = false;
+        memory.reason = tr("Always on with this Wine version");
+    }
+    if (runner.contains(QLatin1String("proton")))
+        disable(Setting::MemOptimized, tr("Not for Proton"));
+
+    if (!canUseNtSync(runner))
+        disable(Setting::NtSync, tr("Needs the Wine version lumora-ge-proton10"));
+    else if (!hasNtSync)
+        disable(Setting::NtSync, tr("The kernel of this computer does not have the module ntsync"));
+    return states;
+}
+
+SettingRules::Effect SettingRules::effectOf(const SettingValues& before, Setting setting,
+                                            const QVariant& value) {
+    Effect effect{before};
+    effect.values.set(setting, value);
+    const bool isGraphics = setting == Setting::Dxvk || setting == Setting::Vkd3d;
+    if (setting == Setting::Renderer && value.toString() != Vulkan) {
+        effect.values.set(Setting::Dxvk, QString());
+        effect.values.set(Setting::Vkd3d, QString());
+    } else if (isGraphics && !value.toString().isEmpty() && before.text(Setting::Renderer) != Vulkan) {
+        effect.values.set(Setting::Renderer, QString(Vulkan));
+        effect.setsVulkan = true;
+    }
+    return effect;
+}
