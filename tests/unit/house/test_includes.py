@@ -21,7 +21,7 @@ ARROWS["shell"] = ARROWS["store"] | {"store", "packaging", "feedback"}
 ARROWS["core"] = ARROWS["shell"] | {"shell", "environment"}
 ARROWS["manifest"] = set()
 ARROWS["bottleservice"] = {"fenk", "manifest"}
-ARROWS["storeserver"] = {"manifest"}
+ARROWS["storeserver"] = {"fenk", "manifest"}
 ARROWS["inspect"] = ARROWS["eventlog"] = set()
 
 # The sub-rooms of a room from the ground up: one includes those before it. "." is the room's own folder.
@@ -30,12 +30,13 @@ ORDER = {
     "launch": ". icons inspection banner bottle monitor script open watch records winelog repair run",
     "store": "records client images install view .",
     "shell": "associations properties configuration library .",
+    "storeserver": "data catalogue request server wire .",
     "bottleservice": "result files settings bottles wine components desktop jobs requests wire .",
 }
 ORDER = {name: order.split() for name, order in ORDER.items()}
 
-# Plumbing apart from meaning: in the service only the wire and the process entry know the bus.
-BUS_FREE = re.compile(r"bottleservice/(?!wire/)[^/]+/")
+# Plumbing apart from meaning: in the services only the wire and the process entry know the bus.
+BUS_FREE = re.compile(r"(bottleservice|storeserver)/(?!wire/)[^/]+/")
 
 
 def room(path):
@@ -63,7 +64,7 @@ def faults(path, text):
         elif own and target == own in ORDER and storey(name, own) > storey(path, own):
             found.append(f"{path} includes {name}, which lies above it in {own}")
         elif BUS_FREE.match(path) and ("QDBus" in name or name.startswith("QtDBus")):
-            found.append(f"{path} includes {name}: only bottleservice/wire speaks to the bus")
+            found.append(f"{path} includes {name}: only {own}/wire speaks to the bus")
     return found
 
 
