@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <memory>
+
+#include "storeserver/catalogue/Catalogue.h"
+#include "storeserver/catalogue/CatalogueWriter.h"
+
+namespace StoreServer {
+
+/// Makes catalogues of a store's directory. Only what has changed since the last look is read again. An
+/// application with a fault is left out, or stays as it was before the fault came in; the same holds for the
+/// categories and for a directory that cannot be listed. For one thread at a time.
+class CatalogueLoader {
+public:
+    /// Throws SqlError if there is no room for temporary files.
+    CatalogueLoader(const QString& directory, int readers);
+
+    struct Result {
+        std::shared_ptr<const Catalogue> catalogue;  ///< null if nothing has changed or none can be made
+        Faults faults;
+    };
+    Result refresh();
+
+private:
+    using Entries = QHash<QString, QByteArray>;
+
+    bool readCategories(Faults& faults);
+    void update(const QStringList& names, Faults& faults);
+    bool replace(const QString& appInfoId, Faults& faults);
+    std::shared_ptr<const Catalogue> snapshot() const;
+
+    StoreDirectory m_directory;
+    int m_readers;
+    std::unique_ptr<CatalogueWriter> m_writer;
+    QList<CategoryRecord> m_categories;
+    QSet<qint64> m_categoryIds;
+    QByteArray m_categoriesSignature;
+    Entries m_signatures;  ///< of the applications that were read without a fault
+    bool m_isChanged = false;
+};
+
+}  // namespace StoreServer
