@@ -1,0 +1,209 @@
+#include "storeserver/server/ServerThread.h"
+
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <QtGlobal>
+#include <algorithm>
+#include <array>
+#include <system_error>
+
+namespace StoreServer {
+
+namespace {
+
+constexpr int SweepMs = 1000;
+constexpr int EventsAtOnce = 64;
+constexpr size_t ReceiveBytes = 16 * 1024;
+
+Fenk::OwnedFd owned(int fd, const char* what) {
+    if (fd < 0)
+        throw std::system_error(errno, std::generic_category(), what);
+    return Fenk::OwnedFd(fd);
+}
+
+bool change(const Fenk::OwnedFd& epoll, int operation, int fd, unsigned events) {
+    epoll_event event = {};
+    event.events = events;
+    event.data.fd = fd;
+    return ::epoll_ctl(epoll.get(), operation, fd, &event) == 0;
+}
+
+bool isTransient(int error) {
+    return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
+}
+
+}  // namespace
+
+ServerThread::ServerThread(int listener, HttpExchange::Handler handler, const ServerLimits& limits,
+                           ServerActivity& activity)
+    : m_listener(listener),
+      m_exchange(std::move(handler)),
+      m_limits(limits),
+      m_activity(activity),
+      m_epoll(owned(::epoll_create1(EPOLL_CLOEXEC), "epoll")),
+      m_wake(owned(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "eventfd")) {
+    // Of the threads that wait only one is woken for a connection; a busy one leaves it to the others.
+    if (!change(m_epoll, EPOLL_CTL_ADD, m_listener, EPOLLIN | EPOLLEXCLUSIVE) ||
+        !change(m_epoll, EPOLL_CTL_ADD, m_wake.get(), EPOLLIN))
+        throw std::system_error(errno, std::generic_category(), "epoll");
+    m_thread = std::thread([this] { run(); });
+}
+
+ServerThread::~ServerThread() {
+    stop();
+    m_thread.join();
+}
+
+void ServerThread::stop() {
+    m_isStopped = true;
+    const uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(m_wake.get(), &one, sizeof one);
+}
+
+void ServerThread::run() {
+    std::array<epoll_event, EventsAtOnce> events;
+    while (!m_isClosing || !m_connections.empty()) {
+        const int count = ::epoll_wait(m_epoll.get(), events.data(), int(events.size()), waitMs());
+        if (m_isStopped && !m_isClosing)
+            beginClosing();
+        for (int index = 0; index < count; ++index) {
+            const epoll_event& event = events[size_t(index)];
+            if (event.data.fd == m_listener)
+                accept();
+            else if (event.data.fd != m_wake.get())
+                handle(event.data.fd, event.events);
+        }
+        if (Clock::now() - m_lastSweep >= std::chrono::milliseconds(SweepMs))
+            endLateOnes();
+    }
+}
+
+int ServerThread::waitMs() const {
+    return m_connections.empty() ? -1 : SweepMs;
+}
+
+/// One at a time: the listener stays readable, and a thread with fewer connections may be faster.
+void ServerThread::accept() {
+    if (m_isClosing)
+        return;
+    const int fd = ::accept4(m_listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+    if (fd < 0) {
+        if (!isTransient(errno) && errno != ECONNABORTED) {
+            qWarning("a connection cannot be accepted: %s", qPrintable(qt_error_string(errno)));
+            makeRoom();
+        }
+        return;
+    }
+    if (int(m_connections.size()) >= m_limits.connections)
+        makeRoom();
+    const auto [place, isNew] = m_connections.try_emplace(fd, fd, m_exchange);
+    if (!isNew || !change(m_epoll, EPOLL_CTL_ADD, fd, EPOLLIN | EPOLLRDHUP))
+        m_connections.erase(fd);
+}
+
+void ServerThread::makeRoom() {
+    const auto longest = std::min_element(
+        m_connections.begin(), m_connections.end(),
+        [](const auto& left, const auto& right) { return left.second.since < right.second.since; });
+    if (longest != m_connections.end())
+        m_connections.erase(longest);
+}
+
+void ServerThread::handle(int fd, unsigned events) {
+    const auto place = m_connections.find(fd);
+    if (place == m_connections.end())
+        return;  // it was ended for another in this round
+    Connection& connection = place->second;
+    bool isAlive = (events & EPOLLERR) == 0;
+    if (isAlive && connection.phase != Conversation::Phase::Writing)
+        isAlive = receive(connection);
+    if (isAlive)
+        isAlive = send(connection);
+    if (isAlive && connection.conversation.phase() != Conversation::Phase::Over)
+        watch(connection);
+    else
+        m_connections.erase(place);
+}
+
+/// False if the connection is broken.
+bool ServerThread::receive(Connection& connection) {
+    std::array<char, ReceiveBytes> bytes;
+    const ssize_t count = ::recv(connection.fd.get(), bytes.data(), bytes.size(), 0);
+    if (count < 0)
+        return isTransient(errno);
+    if (count == 0) {
+        connection.conversation.finish();
+        return true;
+    }
+    m_activity.touch();
+    connection.conversation.receive({bytes.data(), size_t(count)});
+    return true;
+}
+
+/// Once: a client that has sent many requests in a row does not keep the others waiting.
+bool ServerThread::send(Connection& connection) {
+    const std::string_view output = connection.conversation.output();
+    if (output.empty())
+        return true;
+    const ssize_t count = ::send(connection.fd.get(), output.data(), output.size(), MSG_NOSIGNAL);
+    if (count < 0)
+        return isTransient(errno);
+    if (size_t(count) == output.size())
+        connection.since = Clock::now();  // the next answer has its own time
+    connection.conversation.sent(size_t(count));
+    return true;
+}
+
+void ServerThread::watch(Connection& connection) {
+    const Conversation::Phase phase = connection.conversation.phase();
+    if (phase != connection.phase) {
+        connection.phase = phase;
+        connection.since = Clock::now();
+    }
+    const bool isWriting = phase == Conversation::Phase::Writing;
+    if (isWriting != connection.isWatchedForWriting) {
+        connection.isWatchedForWriting = isWriting;
+        change(m_epoll, EPOLL_CTL_MOD, connection.fd.get(), isWriting ? EPOLLOUT : EPOLLIN | EPOLLRDHUP);
+    }
+}
+
+ServerThread::Clock::duration ServerThread::limitOf(Conversation::Phase phase) const {
+    switch (phase) {
+        case Conversation::Phase::Idle:
+            return m_limits.idle;
+        case Conversation::Phase::Reading:
+            return m_limits.reading;
+        case Conversation::Phase::Writing:
+            return m_limits.writing;
+        case Conversation::Phase::Over:
+            break;
+    }
+    return Clock::duration::zero();
+}
+
+void ServerThread::endLateOnes() {
+    const Clock::time_point now = Clock::now();
+    m_lastSweep = now;
+    const bool isAllOver = m_isClosing && now - m_closingSince > m_limits.closing;
+    for (auto place = m_connections.begin(); place != m_connections.end();) {
+        const Connection& connection = place->second;
+        const bool isLate = isAllOver || now - connection.since > limitOf(connection.phase);
+        place = isLate ? m_connections.erase(place) : std::next(place);
+    }
+}
+
+void ServerThread::beginClosing() {
+    m_isClosing = true;
+    m_closingSince = Clock::now();
+    ::epoll_ctl(m_epoll.get(), EPOLL_CTL_DEL, m_listener, nullptr);
+    ::epoll_ctl(m_epoll.get(), EPOLL_CTL_DEL, m_wake.get(), nullptr);
+    for (auto place = m_connections.begin(); place != m_connections.end();) {
+        place->second.conversation.finish();
+        const bool isOver = place->second.conversation.phase() == Conversation::Phase::Over;
+        place = isOver ? m_connections.erase(place) : std::next(place);
+    }
+}
+
+}  // namespace StoreServer

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <atomic>
+#include <list>
+#include <thread>
+#include <unordered_map>
+
+#include "fenk/system/OwnedFd.h"
+#include "storeserver/server/Conversation.h"
+#include "storeserver/server/ServerLimits.h"
+
+namespace StoreServer {
+
+/// When somebody last sent a request, for a server that ends when it is not used. For all threads.
+class ServerActivity {
+public:
+    ServerActivity() { touch(); }
+    void touch() { m_last = std::chrono::steady_clock::now(); }
+    std::chrono::steady_clock::duration sinceLast() const {
+        return std::chrono::steady_clock::now() - m_last.load();
+    }
+
+private:
+    std::atomic<std::chrono::steady_clock::time_point> m_last;
+};
+
+/// One thread of the server with an event loop of its own. It accepts connections from the socket that all
+/// threads share and serves them to their end without ever waiting for a client.
+class ServerThread {
+public:
+    /// `listener` and `activity` must outlive the thread. The handler is called in the thread. Throws
+    /// std::system_error if the system has no more descriptors.
+    ServerThread(int listener, HttpExchange::Handler handler, const ServerLimits& limits,
+                 ServerActivity& activity);
+    /// Ends within the limit for closing.
+    ~ServerThread();
+
+    /// Begins the end: no more requests are read, and what is answered is still sent.
+    void stop();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Connection {
+        Connection(int descriptor, HttpExchange& exchange) : fd(descriptor), conversation(exchange) {}
+
+        Fenk::OwnedFd fd;
+        Conversation conversation;
+        Conversation::Phase phase = Conversation::Phase::Idle;
+        Clock::time_point since = Clock::now();  ///< of the phase; each answer is a phase of its own
+        bool isWatchedForWriting = false;
+    };
+    using Connections = std::unordered_map<int, Connection>;
+
+    void run();
+    int waitMs() const;
+    void accept();
+    void makeRoom();
+    void handle(int fd, unsigned events);
+    bool receive(Connection& connection);
+    bool send(Connection& connection);
+    void watch(Connection& connection);
+    void endLateOnes();
+    void beginClosing();
+    Clock::duration limitOf(Conversation::Phase phase) const;
+
+    int m_listener;
+    HttpExchange m_exchange;
+    ServerLimits m_limits;
+    ServerActivity& m_activity;
+    Fenk::OwnedFd m_epoll;
+    Fenk::OwnedFd m_wake;
+    Connections m_connections;
+    Clock::time_point m_lastSweep = Clock::now();
+    Clock::time_point m_closingSince;
+    bool m_isClosing = false;
+    std::atomic<bool> m_isStopped = false;
+    std::thread m_thread;
+};
+
+}  // namespace StoreServer
