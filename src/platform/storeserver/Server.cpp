@@ -1,0 +1,60 @@
+#include "storeserver/Server.h"
+
+#include <unistd.h>
+
+#include "storeserver/request/StoreAnswers.h"
+
+namespace StoreServer {
+
+namespace {
+
+constexpr int FirstSessionPort = 20000;
+constexpr unsigned SessionPorts = 10000;
+constexpr unsigned Spread = 2654435761U;
+
+// The same for a user each time, so that addresses of icons stay the same and what was fetched is kept.
+int sessionPort() {
+    return FirstSessionPort + int(unsigned(::getuid()) * Spread % SessionPorts);
+}
+
+}  // namespace
+
+Server::Server(const Options& options)
+    : m_options(options), m_keeper(options.data, options.threads), m_publicAddress(options.publicAddress) {}
+
+QString Server::start() {
+    if (m_isStarted)
+        return {};
+    const std::string error = listen();
+    if (!error.empty())
+        return QString::fromStdString(error);
+    if (!m_keeper.start()) {
+        m_http.stop();
+        return "There is no catalogue to serve in " + m_options.data + '.';
+    }
+    m_http.start(m_options.threads, [this](int thread) { return handlerOf(thread); });
+    m_isStarted = true;
+    return {};
+}
+
+std::string Server::listen() {
+    const bool isSession = m_options.task == Options::Task::ServeSession;
+    std::string error = m_http.listen(m_options.host, isSession ? sessionPort() : m_options.port);
+    if (!error.empty() && isSession)
+        error = m_http.listen(m_options.host, 0);
+    const bool isSixth = m_options.host.find(':') != std::string::npos;
+    m_address = "http://" + (isSixth ? '[' + m_options.host + ']' : m_options.host) + ':' +
+                std::to_string(m_http.port());
+    if (isSession)
+        m_publicAddress.set(m_address);
+    return error;
+}
+
+HttpExchange::Handler Server::handlerOf(int thread) const {
+    return [this, thread](const StoreRequest& request) {
+        const std::shared_ptr<const Catalogue> catalogue = m_keeper.current();
+        return storeAnswer(request, m_publicAddress, *catalogue, thread);
+    };
+}
+
+}  // namespace StoreServer
