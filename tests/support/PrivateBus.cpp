@@ -15,6 +15,7 @@ const char Configuration[] =
   <type>session</type>
   <listen>unix:tmpdir=%1</listen>
   <auth>EXTERNAL</auth>
+  %2
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -25,11 +26,12 @@ const char Configuration[] =
 
 }  // namespace
 
-PrivateBus::PrivateBus() {
+PrivateBus::PrivateBus(const QString& services) {
     QFile configuration(m_dir.path() + "/bus.conf");
     if (!configuration.open(QIODevice::WriteOnly))
         qFatal("can't write %s", qPrintable(configuration.fileName()));
-    configuration.write(QString(Configuration).arg(m_dir.path()).toUtf8());
+    const QString directory = services.isEmpty() ? QString() : "<servicedir>" + services + "</servicedir>";
+    configuration.write(QString(Configuration).arg(m_dir.path(), directory).toUtf8());
     configuration.close();
     const QString log = m_dir.path() + "/bus.log";
     m_daemon.setStandardErrorFile(log);
