@@ -1,0 +1,87 @@
+#include "store/install/SetupDownloadRow.h"
+
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStandardPaths>
+
+#include "backend/TextUtils.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "store/install/SetupDownload.h"
+
+using namespace Fenk;
+
+namespace {
+constexpr int BarSteps = 1000;
+}
+
+SetupDownloadRow::SetupDownloadRow(const QUrl& url, const QString& appName, QWidget* parent)
+    : QWidget(parent),
+      m_url(url),
+      m_appName(appName),
+      m_download(new SetupDownload(this)),
+      m_button(new QPushButton(tr("Download"))),
+      m_bar(new QProgressBar),
+      m_text(new Label(Label::Small)) {
+    setObjectName("setup_download_row");
+    m_button->setAccessibleName("download_btn");
+    m_button->setAutoDefault(false);
+    m_bar->setObjectName("download_bar");
+    m_bar->setTextVisible(false);
+    m_bar->setRange(0, BarSteps);
+    m_bar->hide();
+    m_text->setObjectName("download_text");
+    m_text->setWordWrap(true);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space12);
+    layout->addWidget(m_button);
+    auto* progress = new QVBoxLayout;
+    progress->setSpacing(Tokens::Space4);
+    progress->addWidget(m_bar);
+    progress->addWidget(m_text);
+    layout->addLayout(progress, 1);
+    connect(m_button, &QPushButton::clicked, this, &SetupDownloadRow::toggle);
+    connect(m_download, &SetupDownload::progressChanged, this, &SetupDownloadRow::showProgress);
+    connect(m_download, &SetupDownload::cancelled, this, [this] { showIdle(tr("Cancelled"), false); });
+    connect(m_download, &SetupDownload::failed, this, [this](const QString& text) { showIdle(text, true); });
+    connect(m_download, &SetupDownload::succeeded, this, [this](const QString& path) {
+        showIdle(tr("Saved as %1").arg(path), false);
+        Q_EMIT downloaded(path);
+    });
+    showIdle(tr("It comes from %1").arg(m_url.host()), false);
+}
+
+void SetupDownloadRow::toggle() {
+    if (m_download->isRunning()) {
+        m_download->cancel();
+        return;
+    }
+    m_button->setText(tr("Cancel"));
+    m_button->setAccessibleDescription(m_button->text());
+    m_text->setTextRole(Theme::Secondary);
+    m_text->setText(tr("Connecting to %1").arg(m_url.host()));
+    m_bar->setRange(0, 0);
+    m_bar->show();
+    m_download->start(m_url, QStandardPaths::writableLocation(QStandardPaths::DownloadLocation), m_appName);
+}
+
+void SetupDownloadRow::showProgress(qint64 received, qint64 total) {
+    const QString done = TextUtils::readableSize(received);
+    if (total > 0) {
+        m_bar->setRange(0, BarSteps);
+        m_bar->setValue(int(double(received) / double(total) * BarSteps));
+        m_text->setText(tr("%1 of %2").arg(done, TextUtils::readableSize(total)));
+    } else {
+        m_text->setText(done);
+    }
+}
+
+void SetupDownloadRow::showIdle(const QString& text, bool isError) {
+    m_button->setText(tr("Download"));
+    m_button->setAccessibleDescription(m_button->text());
+    m_bar->hide();
+    m_text->setTextRole(isError ? Theme::Danger : Theme::Secondary);
+    m_text->setText(text);
+}

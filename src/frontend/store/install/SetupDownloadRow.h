@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QUrl>
+#include <QWidget>
+
+class QProgressBar;
+class QPushButton;
+class SetupDownload;
+
+namespace Fenk {
+class Label;
+}
+
+/// Offers to download the set-up program, and shows how far that is. Only the user starts it.
+class SetupDownloadRow : public QWidget {
+    Q_OBJECT
+public:
+    /// `appName` names the file where the address does not.
+    SetupDownloadRow(const QUrl& url, const QString& appName, QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void downloaded(const QString& path);
+
+private:
+    void toggle();
+    void showProgress(qint64 received, qint64 total);
+    void showIdle(const QString& text, bool isError);
+
+    QUrl m_url;
+    QString m_appName;
+    SetupDownload* m_download;
+    QPushButton* m_button;
+    QProgressBar* m_bar;
+    Fenk::Label* m_text;
+};

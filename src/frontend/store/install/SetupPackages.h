@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QStringList>
+
+/// Whether what a set-up wants is there. Facts of the machine and of the background service.
+struct SetupPackages {
+    QStringList installed;         ///< of the wanted names, the packages that are installed
+    QStringList available;         ///< of the wanted names, those that the package manager could install
+    QStringList runnersInstalled;  ///< of the background service
+    QStringList runnersSupported;  ///< that the service could fetch
+
+    enum class State {
+        Installed,
+        Missing,   ///< can be had as a package or from the service
+        Replaced,  ///< cannot be had here; the service uses the Wine that it has
+    };
+    /// Where nothing of this is known, and the service has no Wine, the name is missing.
+    State of(const QString& name) const;
+
+    /// Asks the package manager, which may take seconds. The runners stay empty. For any thread.
+    static SetupPackages ask(const QStringList& names);
+};

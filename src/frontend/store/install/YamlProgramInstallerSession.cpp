@@ -1,0 +1,199 @@
+#include "store/install/YamlProgramInstallerSession.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QFile>
+#include <QIcon>
+#include <QUrl>
+
+#include "backend/DesktopUtils.h"
+#include "programs/AppItemWidgetStateManager.h"
+#include "store/client/StoreClient.h"
+#include "store/client/VeskClientDefaultApi.h"
+#include "store/client/VeskClientHttpRequestWorker.h"
+#include "store/images/NetworkImageLoader.h"
+#include "store/install/SetupAppInfoDialog.h"
+#include "store/install/StoreProgram.h"
+#include "store/install/YamlProgramInstaller.h"
+
+using namespace OpenAPI;
+
+namespace {
+
+constexpr int GoodCode = 200;
+constexpr int UnknownAppCode = 4000;
+constexpr int LoggedBytes = 4096;
+
+VeskClientDefaultApi* makeClient(QObject* parent) {
+    VeskClientDefaultApi* client = makeStoreClient({}, parent);
+    QObject::connect(client, &VeskClientDefaultApi::allPendingRequestsCompleted, client,
+                     &QObject::deleteLater);
+    return client;
+}
+
+/// A body that the client has stored as a file is read and removed.
+QByteArray bodyOf(const VeskClientHttpRequestWorker& worker) {
+    const HttpFileElement file = worker.getHttpFileElement();
+    if (file.local_filename.isEmpty())
+        return worker.response;
+    const QByteArray bytes = file.readFile();
+    QFile::remove(file.local_filename);
+    return bytes;
+}
+
+}  // namespace
+
+YamlProgramInstallerSession::YamlProgramInstallerSession(const VeskClientAppInfo& app, QObject* parent)
+    : QObject(parent),
+      m_app(app),
+      m_appInfoId(app.getAppInfoId()),
+      m_appIdText(QString::number(app.getAppId())) {}
+
+YamlProgramInstallerSession::YamlProgramInstallerSession(const QString& appId, const QString& appInfoId,
+                                                         QObject* parent)
+    : QObject(parent), m_appInfoId(appInfoId), m_appIdText(appId) {}
+
+YamlProgramInstallerSession::~YamlProgramInstallerSession() {
+    m_isOver = true;
+    delete m_dialog;
+    delete m_installer;
+}
+
+void YamlProgramInstallerSession::start() {
+    if (hasRecord())
+        findProgram();
+    else
+        fetchRecord();
+}
+
+bool YamlProgramInstallerSession::hasRecord() const {
+    return m_app.is_appId_Set() && m_app.isValid();
+}
+
+void YamlProgramInstallerSession::fetchRecord() {
+    VeskClientDefaultApi* client = makeClient(this);
+    connect(client, &VeskClientDefaultApi::getAppInfoSignal, this, &YamlProgramInstallerSession::onRecord);
+    connect(client, &VeskClientDefaultApi::getAppInfoSignalErrorFull, this,
+            [this](VeskClientHttpRequestWorker*, QNetworkReply::NetworkError type, const QString& text) {
+                qWarning() << "Failed to query appinfo: " << type << ", " << text;
+                takeRecord({});
+            });
+    client->getAppInfo(m_appIdText, m_appInfoId);
+}
+
+void YamlProgramInstallerSession::onRecord(const VeskClientAppInfoQueryResponse& answer) {
+    if (answer.getCode() == UnknownAppCode) {
+        fail(tr("Failed to fetch setup manifest, the application does not exist"));
+        return;
+    }
+    if (answer.getCode() != GoodCode)
+        qWarning() << "Failed to query appinfo: " << answer.getCode();
+    takeRecord(answer.getCode() == GoodCode ? answer.getData().getAppInfo() : VeskClientAppInfo());
+}
+
+void YamlProgramInstallerSession::takeRecord(const VeskClientAppInfo& app) {
+    m_app = app;
+    if (!hasRecord()) {
+        failForNetwork();
+        return;
+    }
+    m_appInfoId = m_app.getAppInfoId();
+    m_appIdText = QString::number(m_app.getAppId());
+    findProgram();
+}
+
+void YamlProgramInstallerSession::findProgram() {
+    StoreProgram::find(m_app, this, [this](const ProgramRef& program) {
+        if (program.uuid.isEmpty())
+            fetchManifest();
+        else
+            fail(tr("%1 has been installed").arg(m_app.getAppName()));
+    });
+}
+
+void YamlProgramInstallerSession::fetchManifest() {
+    VeskClientDefaultApi* client = makeClient(this);
+    connect(client, &VeskClientDefaultApi::downloadYmlSignalE, this,
+            &YamlProgramInstallerSession::failForNetwork);
+    connect(client, &VeskClientDefaultApi::downloadYmlSignalFull, this,
+            &YamlProgramInstallerSession::onManifest);
+    client->downloadYml(m_appInfoId);
+}
+
+void YamlProgramInstallerSession::onManifest(VeskClientHttpRequestWorker* worker) {
+    const QByteArray bytes = bodyOf(*worker);
+    QString error;
+    const auto manifest = ManifestFacts::read(bytes, &error);
+    if (!manifest) {
+        qWarning() << "failed to load yaml contents, response: " << bytes.left(LoggedBytes) << error;
+        failForNetwork();
+        return;
+    }
+    AppItemWidgetStateManager::instance()->startSetup(m_appIdText);
+    m_manifestBytes = bytes;
+    openDialog(*manifest);
+}
+
+void YamlProgramInstallerSession::openDialog(const ManifestFacts& manifest) {
+    m_dialog =
+        new SetupAppInfoDialog(SetupAppInfo::of(m_app, manifest), manifest, QApplication::activeWindow());
+    connect(m_dialog, &SetupAppInfoDialog::slotsOpenAppStorePage, this,
+            [](const QString& package) { DesktopUtils::openInAppStore(package); });
+    connect(m_dialog, &QDialog::finished, this, &YamlProgramInstallerSession::onDialogFinished);
+    // The window that it lies over may go with it.
+    connect(m_dialog, &QObject::destroyed, this, [this] {
+        if (!m_installer)
+            end();
+    });
+    m_dialog->open();
+}
+
+void YamlProgramInstallerSession::onDialogFinished(int result) {
+    const QString setupFile = m_dialog->filePath();
+    if (result == SetupAppInfoDialog::InstallButton && !setupFile.isEmpty())
+        startInstaller(setupFile);
+    if (m_dialog)
+        m_dialog->deleteLater();
+    if (!m_installer)
+        end();
+}
+
+void YamlProgramInstallerSession::startInstaller(const QString& setupFile) {
+    qInfo().noquote() << "start install app: " << m_appIdText << m_app.getAppName() << setupFile;
+    m_installer = new YamlProgramInstaller(StoreProgram::bottle(m_appIdText),
+                                           QString::fromLatin1(m_manifestBytes.toBase64()), setupFile, this);
+    m_installer->setDisplayName(m_app.getAppName());
+    connect(m_installer, &QObject::destroyed, this, &YamlProgramInstallerSession::end);
+    const QUrl icon(m_app.getIconSaveKey());
+    NetworkImageLoader* images = NetworkImageLoader::instance();
+    connect(images, &NetworkImageLoader::imageLoaded, m_installer,
+            [installer = m_installer.data(), icon](const QUrl& url, const QPixmap& picture) {
+                if (url == icon)
+                    installer->setIcon(QIcon(picture));
+            });
+    // A picture that has to be fetched comes while the installer runs.
+    if (icon.isValid() && !icon.isEmpty())
+        images->load(icon);
+    qInfo().noquote() << "start install ... " << m_appIdText;
+    m_installer->start();
+}
+
+void YamlProgramInstallerSession::failForNetwork() {
+    fail(tr("Failed to fetch setup manifest, please check your network"));
+}
+
+void YamlProgramInstallerSession::fail(const QString& text) {
+    if (m_isOver)
+        return;
+    Q_EMIT signalError(text);
+    end();
+}
+
+void YamlProgramInstallerSession::end() {
+    if (m_isOver)
+        return;
+    m_isOver = true;
+    AppItemWidgetStateManager::instance()->onSetupingYmlDone(m_appIdText, {}, false);
+    Q_EMIT signalDone();
+    deleteLater();
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include "store/install/ManifestFacts.h"
+#include "store/records/VeskClientAppInfo.h"
+
+class SetupAppInfoDialog;
+class YamlProgramInstaller;
+
+namespace OpenAPI {
+class VeskClientAppInfoQueryResponse;
+class VeskClientHttpRequestWorker;
+}  // namespace OpenAPI
+
+/// One attempt to install an application of the store: fetches its record and its manifest, asks the user
+/// for the set-up program, and hands both to a YamlProgramInstaller, which it owns. Ends once, in
+/// signalDone(), and deletes itself afterwards; a failure comes before, in signalError(). GUI thread; nothing
+/// waits.
+class YamlProgramInstallerSession : public QObject {
+    Q_OBJECT
+public:
+    explicit YamlProgramInstallerSession(const OpenAPI::VeskClientAppInfo& app, QObject* parent = nullptr);
+    /// The number and the key of an application whose record is not known yet.
+    YamlProgramInstallerSession(const QString& appId, const QString& appInfoId, QObject* parent = nullptr);
+    ~YamlProgramInstallerSession() override;
+
+    void start();
+
+Q_SIGNALS:
+    /// For the user; the application's name in it is untrusted.
+    void signalError(const QString& text);
+    void signalDone();
+
+private:
+    bool hasRecord() const;
+    void fetchRecord();
+    void onRecord(const OpenAPI::VeskClientAppInfoQueryResponse& answer);
+    void takeRecord(const OpenAPI::VeskClientAppInfo& app);
+    void findProgram();
+    void fetchManifest();
+    void onManifest(OpenAPI::VeskClientHttpRequestWorker* worker);
+    void openDialog(const ManifestFacts& manifest);
+    void onDialogFinished(int result);
+    void startInstaller(const QString& setupFile);
+    void failForNetwork();
+    void fail(const QString& text);
+    void end();
+
+    OpenAPI::VeskClientAppInfo m_app;
+    QString m_appInfoId;
+    QString m_appIdText;
+    QByteArray m_manifestBytes;
+    QPointer<SetupAppInfoDialog> m_dialog;
+    QPointer<YamlProgramInstaller> m_installer;
+    bool m_isOver = false;
+};
