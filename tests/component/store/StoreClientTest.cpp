@@ -73,6 +73,12 @@ private Q_SLOTS:
         }
     }
 
+    void categoryMayBeOmitted() {
+        std::unique_ptr<VeskClientDefaultApi> api(makeStoreClient(m_server->address({}).chopped(1)));
+        api->listApps({}, firstPage(), {});
+        QTRY_COMPARE(m_server->requests, QStringList("vesk/client/apps?pageIndex=1&pageSize=20@0"));
+    }
+
     void manifestIsTheRawAnswer() {
         std::unique_ptr<VeskClientDefaultApi> api(makeStoreClient(m_server->address({}).chopped(1)));
         QByteArray response;

@@ -88,10 +88,11 @@ void VeskClientDefaultApi::getCategories() {
     start(addressOf("getCategories", "/vesk/client/categories"), &VeskClientDefaultApi::onGetCategories);
 }
 
-void VeskClientDefaultApi::listApps(qint32 category, const VeskClientPagination& pagination,
+void VeskClientDefaultApi::listApps(const std::optional<qint32>& category, const VeskClientPagination& pagination,
                                     const VeskClientFieldSort& pagesort) {
     QString url = addressOf("listApps", "/vesk/client/apps");
-    VeskClientParameters::addQueryParameter(&url, "category", toStringValue(category));
+    if (category)
+        VeskClientParameters::addQueryParameter(&url, "category", toStringValue(*category));
     VeskClientParameters::addQueryParameter(&url, "pagination", pagination.asJsonObject());
     VeskClientParameters::addQueryParameter(&url, "pagesort", pagesort.asJsonObject());
     start(url, &VeskClientDefaultApi::onListApps);

@@ -5,6 +5,7 @@
 #include <QNetworkReply>
 #include <QObject>
 #include <QSet>
+#include <optional>
 
 #include "store/client/ServerConfiguration.h"
 #include "store/records/VeskClientAppInfoQueryResponse.h"
@@ -31,7 +32,8 @@ public:
     void downloadYml(const QString& appInfoId);
     void getAppInfo(const QString& appId, const QString& appInfoId);
     void getCategories();
-    void listApps(qint32 category, const VeskClientPagination& pagination,
+    /// Without a category: of all.
+    void listApps(const std::optional<qint32>& category, const VeskClientPagination& pagination,
                   const VeskClientFieldSort& pagesort);
     void search(const QString& keyword, const VeskClientPagination& pagination);
 
