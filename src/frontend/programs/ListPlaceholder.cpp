@@ -12,17 +12,15 @@ using namespace Fenk;
 
 ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& text, const QString& buttonText,
                                  QWidget* parent)
-    : QWidget(parent), m_detail(new Label(Label::Secondary)) {
-    setAccessibleName(text);
-    auto* picture = new QLabel;
-    const auto draw = [picture, icon] {
-        picture->setPixmap(icon.pixmap(Tokens::IconTile, Tokens::IconTile));
-    };
-    draw();
-    connect(Theme::instance(), &Theme::themeTypeChanged, picture, draw);
-    picture->setAlignment(Qt::AlignCenter);
-    auto* label = new Label(text, Label::Secondary);
-    label->setAlignment(Qt::AlignCenter);
+    : QWidget(parent),
+      m_picture(new QLabel),
+      m_label(new Label(Label::Secondary)),
+      m_detail(new Label(Label::Secondary)) {
+    setIcon(icon);
+    connect(Theme::instance(), &Theme::themeTypeChanged, this, [this] { setIcon(m_icon); });
+    m_picture->setAlignment(Qt::AlignCenter);
+    setText(text);
+    m_label->setAlignment(Qt::AlignCenter);
     m_detail->setAlignment(Qt::AlignCenter);
     m_detail->setReadingWidth(Tokens::DialogMaxWidth);
     m_detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -30,8 +28,8 @@ ListPlaceholder::ListPlaceholder(const QIcon& icon, const QString& text, const Q
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(Tokens::Space16);
     layout->addStretch(2);
-    layout->addWidget(picture);
-    layout->addWidget(label);
+    layout->addWidget(m_picture);
+    layout->addWidget(m_label);
     layout->addWidget(m_detail, 0, Qt::AlignHCenter);
     if (!buttonText.isEmpty()) {
         m_button = new QPushButton(buttonText);
@@ -47,4 +45,14 @@ void ListPlaceholder::setDetail(const QString& text) {
     m_detail->setText(text);
     m_detail->setVisible(!text.isEmpty());
     setAccessibleDescription(text);
+}
+
+void ListPlaceholder::setText(const QString& text) {
+    m_label->setText(text);
+    setAccessibleName(text);
+}
+
+void ListPlaceholder::setIcon(const QIcon& icon) {
+    m_icon = icon;
+    m_picture->setPixmap(icon.pixmap(Tokens::IconTile, Tokens::IconTile));
 }

@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QWidget>
 
+class QLabel;
 class QPushButton;
 
 namespace Fenk {
@@ -19,6 +20,9 @@ public:
 
     /// A second text, such as the reason of a failure; hidden when empty.
     void setDetail(const QString& text);
+    void setText(const QString& text);
+    /// Replaces the picture, such as by the one for another theme.
+    void setIcon(const QIcon& icon);
 
     /// Null without one.
     QPushButton* button() const { return m_button; }
@@ -27,6 +31,9 @@ Q_SIGNALS:
     void pressed();
 
 private:
+    QIcon m_icon;
+    QLabel* m_picture;
     QPushButton* m_button = nullptr;
+    Fenk::Label* m_label;
     Fenk::Label* m_detail;
 };

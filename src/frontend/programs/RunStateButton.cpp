@@ -26,23 +26,31 @@ RunStateButton::RunStateButton(QWidget* parent) : QPushButton(parent) {
 
 void RunStateButton::setState(State state) {
     m_state = state;
-    const QString texts[] = {QString(), tr(" Quit"), tr("Installing"), tr("Repair")};
+    const QString texts[] = {m_isWordy ? tr("Run") : QString(), m_isWordy ? tr("Quit") : tr(" Quit"),
+                             tr("Installing"), tr("Repair"), tr("Install")};
     setText(texts[state]);
-    setToolTip(state == Idle ? tr("Run") : QString());
+    setToolTip(state == Idle && !m_isWordy ? tr("Run") : QString());
     setEnabled(state != Installing);
     setFixedWidth(sizeHint().width());
     update();
 }
 
-const char* RunStateButton::picture() const {
-    return m_state == Idle ? "play.svg" : m_state == Running ? "stop.svg" : nullptr;
+void RunStateButton::setWordy(bool wordy) {
+    m_isWordy = wordy;
+    setState(m_state);
+}
+
+QIcon RunStateButton::picture() const {
+    if (m_state == Install)
+        return Theme::icon("cxb_install_app");
+    return QIcon(widgetImage(m_state == Idle ? "play.svg" : "stop.svg"));
 }
 
 QSize RunStateButton::sizeHint() const {
     const int textWidth = fontMetrics().horizontalAdvance(text().trimmed());
     if (textWidth == 0)
         return {Tokens::CompactHeight, Tokens::CompactHeight};
-    const int left = !picture() ? Tokens::Space12 : Tokens::Space8 + Tokens::IconSmall + Gap;
+    const int left = !hasPicture() ? Tokens::Space12 : Tokens::Space8 + Tokens::IconSmall + Gap;
     return {left + textWidth + Tokens::Space12, Tokens::CompactHeight};
 }
 
@@ -52,22 +60,21 @@ void RunStateButton::paintEvent(QPaintEvent*) {
                          : m_state == Installing ? Paint::color(Theme::Secondary)
                          : m_state == Repair     ? Paint::color(Theme::Warning)
                                                  : Paint::color(Theme::Accent);
-    QColor ground = m_state == Idle ? Paint::color(Theme::AccentSoft) : Paint::color(Theme::Surface);
+    QColor ground = m_state == Idle || m_state == Install ? Paint::color(Theme::AccentSoft) : Paint::color(Theme::Surface);
     if (m_state != Installing && (underMouse() || isDown()))
         ground = mix(ground, color, isDown() ? 0.24 : 0.12);
     Paint::box(&painter, rect(), Tokens::RadiusControl, ground,
                m_state == Running || m_state == Repair ? withAlpha(color, 0.5) : QColor());
     const QString words = text().trimmed();
-    if (!picture()) {
+    if (!hasPicture()) {
         painter.setPen(color);
         painter.drawText(rect(), Qt::AlignCenter, words);
         return;
     }
     int x = words.isEmpty() ? (width() - Tokens::IconSmall) / 2 : Tokens::Space8;
-    const QIcon icon(widgetImage(picture()));
     painter.drawPixmap(
         x, (height() - Tokens::IconSmall) / 2,
-        tintedPixmap(icon, QSize(Tokens::IconSmall, Tokens::IconSmall), devicePixelRatioF(), color));
+        tintedPixmap(picture(), QSize(Tokens::IconSmall, Tokens::IconSmall), devicePixelRatioF(), color));
     x += Tokens::IconSmall + Gap;
     painter.setPen(color);
     painter.drawText(QRect(x, 0, width() - x, height()), Qt::AlignVCenter | Qt::AlignLeft, words);

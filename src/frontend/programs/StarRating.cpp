@@ -51,7 +51,7 @@ int StarRating::starAt(const QPoint& position) const {
 }
 
 void StarRating::setPreview(int stars) {
-    m_preview = stars;
+    m_preview = m_isReadOnly ? 0 : stars;
     update();
 }
 
@@ -74,11 +74,11 @@ void StarRating::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void StarRating::mousePressEvent(QMouseEvent* event) {
-    event->accept();
+    event->setAccepted(!m_isReadOnly);
 }
 
 void StarRating::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && rect().contains(event->pos()))
+    if (!m_isReadOnly && event->button() == Qt::LeftButton && rect().contains(event->pos()))
         Q_EMIT rated(starAt(event->pos()));
 }
 
@@ -88,7 +88,9 @@ void StarRating::leaveEvent(QEvent*) {
 
 void StarRating::keyPressEvent(QKeyEvent* event) {
     const int now = m_preview ? m_preview : m_stars;
-    if (event->key() == Qt::Key_Left)
+    if (m_isReadOnly)
+        QWidget::keyPressEvent(event);
+    else if (event->key() == Qt::Key_Left)
         setPreview(qMax(1, now - 1));
     else if (event->key() == Qt::Key_Right)
         setPreview(qMin(Count, now + 1));

@@ -3,7 +3,7 @@
 #include <QWidget>
 
 /// Five stars that show a rating. A click, or the arrow keys and Return, emit rated(); the stars change only
-/// by setStars().
+/// by setStars(). Read-only ones take no part in mouse and keys.
 class StarRating : public QWidget {
     Q_OBJECT
 public:
@@ -12,6 +12,7 @@ public:
     /// 0 (not rated) to 5; other numbers are clamped.
     void setStars(int stars);
     int stars() const { return m_stars; }
+    void setReadOnly(bool readOnly) { m_isReadOnly = readOnly; }
     QSize sizeHint() const override;
 
 Q_SIGNALS:
@@ -31,5 +32,6 @@ private:
     void setPreview(int stars);
 
     int m_stars = 0;
+    bool m_isReadOnly = false;
     int m_preview = 0;  ///< what a click would give; 0 for none
 };
