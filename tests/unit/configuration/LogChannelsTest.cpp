@@ -1,0 +1,54 @@
+#include "shell/configuration/parameters/LogChannels.h"
+#include "support/Table.h"
+
+using TestSupport::Table;
+
+class LogChannelsTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void withEntry_data() {
+        const Table<QString, int, QString> row("stored", "entry", "expected");
+        row("first", "", 1, "+event,+win,+x11drv");
+        row("second", "+event,+win,+x11drv", 6, "+event,+key,+keyboard,+win,+x11drv");
+        row("the same again", "+d3d", 5, "+d3d");
+        row("written by hand", " err+all ,, +d3d,fixme-all,err+all,", 2,
+            "+d3d,+file,+ntdll,err+all,fixme-all");
+        row("below the list", " b,a", -1, " b,a");
+        row("behind the list", " b,a", 10, " b,a");
+        row("basic", "", 0, "+loaddll,+module,+pid,+process,+seh,+text,+tid,+timestamp");
+    }
+    void withEntry() {
+        QFETCH(QString, stored);
+        QFETCH(int, entry);
+        QTEST(LogChannels::withEntry(stored, entry), "expected");
+    }
+
+    void entries() {
+        QCOMPARE(LogChannels::count(), 10);
+        QCOMPARE(LogChannels::name(0), "Basic Logs");
+        QCOMPARE(LogChannels::name(9), "Sound Logs");
+        for (int entry = 0; entry < LogChannels::count(); ++entry) {
+            for (const QString& channel : LogChannels::channels(entry).split(','))
+                QVERIFY2(QRegularExpression("^\\+[a-z0-9]+$").match(channel).hasMatch(), qPrintable(channel));
+        }
+    }
+
+    void environment_data() {
+        const Table<QString, QString, QString> row("channels", "wine", "expected");
+        row("none", "", "lumora-wine10-stable",
+            "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file");
+        row("none, Proton", "", "ge-proton9",
+            "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,");
+        row("own", "+d3d,warn+file", "lumora-wine10-stable", "WINEDEBUG=+d3d,warn+file");
+        row("own, Proton", "+d3d,warn+file", "lumora-ge-proton10", "WINEDEBUG=+d3d,");
+        row("not at the beginning", "warn+file", "my-ge-proton", "WINEDEBUG=warn+file");
+    }
+    void environment() {
+        QFETCH(QString, channels);
+        QFETCH(QString, wine);
+        QTEST(LogChannels::environment(channels, wine), "expected");
+    }
+};
+
+QTEST_GUILESS_MAIN(LogChannelsTest)
+#include "LogChannelsTest.moc"
