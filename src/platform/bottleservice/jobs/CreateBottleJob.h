@@ -1,13 +1,11 @@
 #pragma once
 
-#include <atomic>
-#include <memory>
-
 #include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/jobs/Job.h"
 #include "bottleservice/wine/Runners.h"
 
 class Reclaimer;
+class StagedBottle;
 class Templates;
 
 /// Makes a bottle in a hidden directory as a copy of its Wine's template and gives it its name when it is
@@ -25,20 +23,16 @@ public:
     void cancel() override;
 
 private:
-    void onTemplate(const QString& path, const Reason& reason);
-    void onCopied(const QString& errorText);
-    QString complete();
+    void onCopied(const Reason& reason);
     void succeed(bool created, const QString& runner);
-    void fail(const Reason& fault);
+    void fail(const Reason& reason);
 
     BottleStore m_store;
     QString m_name;
     QString m_runnerName;
     Runners m_runners;
-    Runner m_runner;
     Templates* m_templates;
     Reclaimer* m_reclaimer;
-    QString m_workingDirectory;
-    QString m_templateKey;
-    std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
+    StagedBottle* m_staged = nullptr;
+    bool m_cancelled = false;
 };

@@ -6,6 +6,7 @@
 #include <QStandardPaths>
 #include <algorithm>
 
+#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/wine/SlimPrefix.h"
 
 const char Runners::DefaultName[] = "lumora-wine10-stable";
@@ -67,6 +68,10 @@ std::optional<Runner> Runners::find(const QString& name) const {
     if (name == StagingName)
         return runnerOf(name, wineIn(m_stagingDirectory));
     return name == DefaultName ? machineWine() : std::nullopt;
+}
+
+Reason Runners::missing(const QString& name) {
+    return name == DefaultName ? Reason(Reason::NoWine) : Reason(Reason::NoRunner, {BottleName::shown(name)});
 }
 
 QString Runners::wineIn(const QString& directory) {

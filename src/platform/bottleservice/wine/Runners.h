@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <optional>
 
+#include "bottleservice/result/Reason.h"
+
 /// A Wine that bottles can run on. Both paths are absolute.
 struct Runner {
     QString name;
@@ -25,6 +27,9 @@ public:
 
     QStringList names() const;
     std::optional<Runner> find(const QString& name) const;
+
+    /// Why a runner cannot be used that find() does not know.
+    static Reason missing(const QString& name);
 
     /// The wineserver of a runner, or of the default Wine when that runner is not installed; empty if there
     /// is none.
