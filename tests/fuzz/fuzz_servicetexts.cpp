@@ -4,7 +4,7 @@
 
 #include "bottleservice/bottles/Associations.h"
 #include "bottleservice/bottles/BottleYaml.h"
-#include "bottleservice/bottles/Manifest.h"
+#include "bottleservice/bottles/ManifestExport.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/WindowsCommandLine.h"
 
@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             Associations::collect(RegistryFile::parse(text, "Software\\Classes\\"));
             break;
         case 3:
-            Manifest::parseForm(QString::fromUtf8(text), &error);
+            ManifestExport::parseForm(QString::fromUtf8(text), &error);
             break;
         default:
             WindowsCommandLine::split(QString::fromUtf8(text));

@@ -1,12 +1,15 @@
-#include "bottleservice/bottles/Manifest.h"
+#include "bottleservice/bottles/ManifestExport.h"
 
+#include <QDebug>
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include "bottleservice/bottles/WindowsPath.h"
-#include "manifest/YamlText.h"
+#include "manifest/ManifestPath.h"
+#include "manifest/ManifestReader.h"
+#include "manifest/ManifestWriter.h"
+#include "manifest/SettingRules.h"
 
-namespace Manifest {
+namespace ManifestExport {
 
 const char FileName[] = "/manifest.yml";
 
@@ -16,13 +19,51 @@ constexpr int MaximumTextCharacters = 4096;
 const char* const FormKeys[] = {"bottlesName", "programUuid", "name",     "introduction",    "downloadUrl",
                                 "packageSize", "contributor", "category", "contributorEmail"};
 
-YAML::Node picked(const QJsonObject& from, std::initializer_list<std::pair<const char*, const char*>> keys) {
-    YAML::Node node(YAML::NodeType::Map);
-    for (const auto& [target, source] : keys) {
-        if (from.contains(QLatin1String(source)))
-            node[target] = YamlText::fromJson(from[QLatin1String(source)]);
+QMap<QString, QString> textsOf(const QJsonValue& object,
+                               bool (*isAllowed)(const QString& name, const QString& value)) {
+    QMap<QString, QString> texts;
+    const QJsonObject from = object.toObject();
+    for (auto it = from.begin(); it != from.end(); ++it) {
+        if (isAllowed(it.key(), it.value().toString()))
+            texts.insert(it.key(), it.value().toString());
+        else
+            qInfo() << it.key() << "is left out of the manifest";
     }
-    return node;
+    return texts;
+}
+
+bool isOverride(const QString& dll, const QString& method) {
+    return SettingRules::isDllName(dll) && SettingRules::isLoadMethod(method);
+}
+
+bool isFontPair(const QString& font, const QString& replacement) {
+    return SettingRules::isFontName(font) && SettingRules::isFontName(replacement);
+}
+
+bool isShared(const QString& variable, const QString&) {
+    return SettingRules::isSharedVariable(variable);
+}
+
+Manifest::Parameters parametersOf(const QJsonObject& record) {
+    Manifest::Parameters parameters;
+    const int dpi = record["custom_dpi"].toInt();
+    if (dpi >= SettingRules::MinimumDpi && dpi <= SettingRules::MaximumDpi)
+        parameters.dpi = dpi;
+    if (SettingRules::isRenderer(record["renderer"].toString()))
+        parameters.renderer = record["renderer"].toString();
+    for (const QString& name : Manifest::Parameters::switchNames()) {
+        if (record.contains(name))
+            parameters.switches.insert(name, record[name].toBool());
+    }
+    return parameters;
+}
+
+Manifest::Program programOf(const QJsonObject& record) {
+    // A path outside the bottle would reveal the user's home and be useless elsewhere.
+    QString path = record["path"].toString();
+    if (!ManifestPath::check(path, ManifestPath::Use::Run).isEmpty())
+        path = path.replace('\\', '/').section('/', -1);
+    return {record["name"].toString(), path, record["arguments"].toString(), textsOf(record["envs"], isShared)};
 }
 
 }  // namespace
@@ -44,30 +85,40 @@ QJsonObject parseForm(const QString& json, QString* error) {
     return error->isEmpty() ? form : QJsonObject();
 }
 
-QByteArray render(const QJsonObject& form, const QJsonObject& record, const QJsonObject& program) {
-    YAML::Node root = picked(form, {{"Name", "name"},
-                                    {"Introduction", "introduction"},
-                                    {"Category", "category"},
-                                    {"downloadUrl", "downloadUrl"},
-                                    {"packageSize", "packageSize"}});
-    root["Contributor"] = picked(form, {{"Name", "contributor"}, {"Email", "contributorEmail"}});
-    root["DebInfo"] = picked({{"wine_cmd", record["Runner"]}, {"wine_deps", ""}},
-                             {{"wine_cmd", "wine_cmd"}, {"wine_deps", "wine_deps"}});
-    root["Bottle"] = picked(record, {{"Windows", "Windows"},
-                                     {"DXVK", "DXVK"},
-                                     {"VKD3D", "VKD3D"},
-                                     {"Parameters", "Parameters"},
-                                     {"DLL_Overrides", "DLL_Overrides"},
-                                     {"Font_Replacements", "Font_Replacements"},
-                                     {"Dependencies", "Installed_Dependencies"}});
-    // A path outside the bottle would reveal the user's home and be useless elsewhere.
-    QJsonObject shown = program;
-    const QString path = program["path"].toString();
-    if (!WindowsPath::isWindowsPath(path) || !path.startsWith("c:", Qt::CaseInsensitive))
-        shown["path"] = QString(path).replace('\\', '/').section('/', -1);
-    root["Program"] =
-        picked(shown, {{"name", "name"}, {"path", "path"}, {"arguments", "arguments"}, {"envs", "envs"}});
-    return YamlText::dump(root);
+Manifest make(const QJsonObject& form, const QJsonObject& record, const QJsonObject& program,
+              const std::optional<Manifest>& origin) {
+    Manifest manifest;
+    manifest.name = form["name"].toString();
+    manifest.introduction = form["introduction"].toString();
+    manifest.category = form["category"].toString();
+    manifest.downloadUrl = form["downloadUrl"].toString();
+    manifest.packageSize = form["packageSize"].toString();
+    manifest.contributor = {form["contributor"].toString(), form["contributorEmail"].toString()};
+    manifest.wineCommand = record["Runner"].toString();
+    Manifest::Bottle& bottle = manifest.bottle;
+    bottle.windows = record["Windows"].toString();
+    bottle.dxvk = record["DXVK"].toString();
+    bottle.vkd3d = record["VKD3D"].toString();
+    bottle.parameters = parametersOf(record["Parameters"].toObject());
+    bottle.dllOverrides = textsOf(record["DLL_Overrides"], isOverride);
+    bottle.fontReplacements = textsOf(record["Font_Replacements"], isFontPair);
+    for (const QJsonValue& name : record["Installed_Dependencies"].toArray())
+        bottle.dependencies += name.toString();
+    manifest.programs = {programOf(program)};
+    if (origin) {
+        manifest.setup = origin->setup;
+        manifest.wineDeps = origin->wineDeps;
+        bottle.registry = origin->bottle.registry;
+        bottle.files = origin->bottle.files;
+        bottle.commands = origin->bottle.commands;
+    }
+    return manifest;
 }
 
-}  // namespace Manifest
+QByteArray render(const Manifest& manifest, QString* error) {
+    const QByteArray text = ManifestWriter::write(manifest);
+    *error = ManifestReader::read(text).error;
+    return error->isEmpty() ? text : QByteArray();
+}
+
+}  // namespace ManifestExport

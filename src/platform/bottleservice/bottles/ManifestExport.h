@@ -3,15 +3,14 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
+#include <optional>
 
-/// A file that describes the bottle in which a program works, for other users: what the program is, and with
-/// which Wine, components, settings and overrides it was made to work. YAML:
-///   Name, Introduction, Category, downloadUrl, packageSize, Contributor {Name, Email},
-///   DebInfo {wine_cmd, wine_deps}: the package of the Wine and further ones,
-///   Bottle {Windows, DXVK, VKD3D, Parameters, DLL_Overrides, Font_Replacements, Dependencies},
-///   Program {name, path, arguments, envs}
-/// It contains no path of this user's machine.
-namespace Manifest {
+#include "manifest/Manifest.h"
+
+/// The export of a bottle in which a program works as a manifest for other users (docs/MANIFEST.md): what the
+/// program is, and with which Wine, components, settings and overrides it was made to work. It contains no path
+/// of this user's machine.
+namespace ManifestExport {
 
 extern const char FileName[];
 
@@ -20,7 +19,12 @@ extern const char FileName[];
 /// and an error text.
 QJsonObject parseForm(const QString& json, QString* error);
 
-/// `record` is the bottle, `program` its program.
-QByteArray render(const QJsonObject& form, const QJsonObject& record, const QJsonObject& program);
+/// `record` is the bottle, `program` its program. From the manifest that the bottle was set up from come what a
+/// bottle does not record: the facts of the set-up file, registry values, files and commands.
+Manifest make(const QJsonObject& form, const QJsonObject& record, const QJsonObject& program,
+              const std::optional<Manifest>& origin);
 
-}  // namespace Manifest
+/// The text of the manifest; empty, with an error text, when a value makes it one that nobody could read.
+QByteArray render(const Manifest& manifest, QString* error);
+
+}  // namespace ManifestExport

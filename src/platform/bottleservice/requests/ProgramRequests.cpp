@@ -8,9 +8,10 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/FoundPrograms.h"
 #include "bottleservice/bottles/JsonText.h"
-#include "bottleservice/bottles/Manifest.h"
+#include "bottleservice/bottles/ManifestExport.h"
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/Programs.h"
+#include "bottleservice/bottles/SetupManifest.h"
 #include "bottleservice/bottles/WindowsPath.h"
 #include "bottleservice/files/AtomicFile.h"
 #include "bottleservice/files/Background.h"
@@ -57,8 +58,11 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
     QString error;
     const QString id = given.value("id").toString();
     const bool isNew = !settings->hasProgram(id);
-    const QJsonObject record = isNew ? Programs::completed(given, QDateTime::currentDateTime(), &error)
-                                     : Programs::merged(settings->program(id), given);
+    const QJsonObject record =
+        isNew ? Programs::completed(
+                    SetupManifest::completed(given, SetupManifest::load(m_engine->bottles().pathOf(bottle))),
+                    QDateTime::currentDateTime(), &error)
+              : Programs::merged(settings->program(id), given);
     if (record.isEmpty())
         return Answer::failure(Fault::InvalidArgs, error);
     if (!isNew && record == settings->program(id))
@@ -77,6 +81,18 @@ Answer ProgramRequests::updateProgram(const QString& bottle, const QJsonObject& 
         Q_EMIT programUpdated(bottle, id, text);
     }
     return Answer::of();
+}
+
+void ProgramRequests::announce(const QString& bottle) {
+    Answer failure;
+    const auto settings = m_engine->bottles().load(bottle, &failure);
+    const QJsonObject programs = settings ? settings->programs() : QJsonObject();
+    for (auto it = programs.begin(); it != programs.end(); ++it) {
+        const QJsonObject record = it.value().toObject();
+        Q_EMIT programAdded(bottle, it.key(), compact(record));
+        if (record["icon"].toString().isEmpty())
+            takeIcon(bottle, it.key(), record["path"].toString());
+    }
 }
 
 /// Gives a program that was entered without an icon the icon of its file, as its banner has it.
@@ -212,7 +228,7 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
 
 void ProgramRequests::dumpManifest(const QString& formJson, const Reply& reply) {
     QString error;
-    const QJsonObject form = Manifest::parseForm(formJson, &error);
+    const QJsonObject form = ManifestExport::parseForm(formJson, &error);
     if (!error.isEmpty()) {
         reply(Answer::failure(Fault::InvalidArgs, error));
         return;
@@ -230,9 +246,13 @@ Answer ProgramRequests::writeManifest(const QString& bottle, const QJsonObject& 
     const QString id = form["programUuid"].toString();
     if (!settings->hasProgram(id))
         return RequestChecks::noProgram(bottle, id);
-    const QString path = m_engine->bottles().pathOf(bottle) + Manifest::FileName;
+    const QString directory = m_engine->bottles().pathOf(bottle);
+    const QString path = directory + ManifestExport::FileName;
     QString error;
-    if (!AtomicFile::replace(path, Manifest::render(form, settings->record(), settings->program(id)), &error))
+    const QByteArray text = ManifestExport::render(
+        ManifestExport::make(form, settings->record(), settings->program(id), SetupManifest::load(directory)),
+        &error);
+    if (text.isEmpty() || !AtomicFile::replace(path, text, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << "wrote" << path;
     return Answer::of(path);
@@ -245,8 +265,10 @@ Answer ProgramRequests::enter(const QString& bottle, const Found& found) {
         return failure;
     QJsonArray added;
     QString error;
+    const auto manifest = SetupManifest::load(m_engine->bottles().pathOf(bottle));
     for (const QJsonObject& given : found) {
-        const QJsonObject record = Programs::completed(given, QDateTime::currentDateTime(), &error);
+        const QJsonObject record = Programs::completed(SetupManifest::completed(given, manifest),
+                                                       QDateTime::currentDateTime(), &error);
         settings->setProgram(given["id"].toString(), record);
         added.append(record);
     }

@@ -44,7 +44,11 @@ public:
     /// Enters records of new programs; answers with the complete records. Only from a job of that bottle.
     Answer enter(const QString& bottle, const Found& found);
 
-    /// Writes the manifest of a bottle into it and answers with the file's path. See Manifest for the form.
+    /// Announces all programs of a bottle that was made with them, and gives them icons.
+    void announce(const QString& bottle);
+
+    /// Writes the manifest of a bottle into it and answers with the file's path. See ManifestExport for the
+    /// form.
     void dumpManifest(const QString& formJson, const Reply& reply);
 
 Q_SIGNALS:

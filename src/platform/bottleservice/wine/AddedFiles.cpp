@@ -14,7 +14,7 @@ constexpr int MaximumEntries = 500000;
 /// Paths in lower case, since case does not matter in Windows.
 const char* const Expected[] = {
     // Files of the service and the application.
-    "^(bottle\\.yml|launch\\.json|assosiate\\.json|fileinfo\\.cache)$",
+    "^(bottle\\.yml|launch\\.json|assosiate\\.json|setup-manifest\\.yml|fileinfo\\.cache)$",
     "^(logs|icons)/",
     // Files of Wine: the registry, also an unfinished one, and what its processes write there.
     "^((system|user|userdef)\\.reg|reg[0-9a-f]+\\.tmp)$",
