@@ -23,15 +23,17 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_bottleRepairs(&m_engine),
       m_dependencies(&m_engine, &m_downloads, CELLARIX_CATALOGUE),
       m_repairOffers(&m_engine, &m_downloads, &m_dependencies),
+      m_setups(&m_engine, &m_downloads, &m_components, &m_cleanUps, CELLARIX_CATALOGUE),
       m_bottlesObject(&m_bottles),
       m_componentsObject(&m_components),
       m_templatesObject(&m_templates),
       m_cleanUpObject(&m_cleanUps),
       m_programsObject(&m_processes),
       m_repairObject(&m_repairOffers, &m_bottleRepairs),
+      m_installerObject(&m_setups),
       m_managerObject(version),
       m_objects{&m_bottlesObject,  &m_componentsObject, &m_templatesObject, &m_cleanUpObject,
-                &m_programsObject, &m_repairObject,     &m_managerObject} {
+                &m_programsObject, &m_repairObject,     &m_installerObject, &m_managerObject} {
     connectRequests();
     addMethods();
     BottleRecovery::run(&m_engine);
@@ -48,8 +50,10 @@ void BottleService::connectRequests() {
     connect(&m_bottles, &BottleRequests::aboutToDelete, this, [this](const QString& bottle) {
         m_bottleComponents.cancelAll(bottle);
         m_bottleRepairs.cancelAll(bottle);
+        m_setups.cancelForDeletion(bottle);
         m_dependencies.cancel(bottle, [](const Answer&) {});
     });
+    connect(&m_setups, &SetupRequests::succeeded, &m_programs, &ProgramRequests::announce);
     connect(&m_engine, &BottleEngine::closed, this, &BottleService::closed);
 }
 
@@ -72,10 +76,11 @@ bool BottleService::registerOn(const QDBusConnection& bus) {
 
 bool BottleService::areRequestsDone() const {
     return m_programs.isIdle() && m_desktop.isIdle() && m_components.isIdle() &&
-           m_bottleComponents.isIdle() && m_dependencies.isIdle() && m_repairOffers.isIdle();
+           m_bottleComponents.isIdle() && m_dependencies.isIdle() && m_repairOffers.isIdle() && m_setups.isIdle();
 }
 
 void BottleService::close() {
+    m_setups.close();
     m_components.close();
     m_dependencies.close();
     m_repairOffers.close();

@@ -17,10 +17,12 @@
 #include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/requests/RepairOfferRequests.h"
 #include "bottleservice/requests/SettingsRequests.h"
+#include "bottleservice/requests/SetupRequests.h"
 #include "bottleservice/requests/TemplateRequests.h"
 #include "bottleservice/wire/BottlesObject.h"
 #include "bottleservice/wire/CleanUpObject.h"
 #include "bottleservice/wire/ComponentMethods.h"
+#include "bottleservice/wire/InstallerObject.h"
 #include "bottleservice/wire/ManagerObject.h"
 #include "bottleservice/wire/ProgramsObject.h"
 #include "bottleservice/wire/RepairObject.h"
@@ -76,6 +78,7 @@ private:
     BottleRepairRequests m_bottleRepairs;
     DependencyRequests m_dependencies;
     RepairOfferRequests m_repairOffers;
+    SetupRequests m_setups;
 
     BottlesObject m_bottlesObject;
     ComponentsObject m_componentsObject;
@@ -83,6 +86,7 @@ private:
     CleanUpObject m_cleanUpObject;
     ProgramsObject m_programsObject;
     RepairObject m_repairObject;
+    InstallerObject m_installerObject;
     ManagerObject m_managerObject;
     std::vector<BusObject*> m_objects;
 };

@@ -7,7 +7,6 @@
 #include <QTemporaryDir>
 
 #include "bottleservice/components/Archive.h"
-#include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/components/PrefixFiles.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/wine/RegistryWriter.h"
@@ -60,11 +59,13 @@ Reason reasonOf(const WineCommand& ended, const QString& file, const QString& de
 
 }  // namespace
 
-RecipeRunner::RecipeRunner(const Runner& runner, const QString& bottlePath, const QVector<Recipe>& recipes,
-                           std::function<QString(const QString&)> fileOf, QObject* parent)
+RecipeRunner::RecipeRunner(const Runner& runner, const QString& bottlePath, const QString& workPath,
+                           const QVector<Recipe>& recipes, std::function<QString(const QString&)> fileOf,
+                           QObject* parent)
     : QObject(parent),
       m_runner(runner),
       m_bottlePath(bottlePath),
+      m_workPath(workPath),
       m_target(RecipeTarget::of(bottlePath, runner.wine)),
       m_fileOf(std::move(fileOf)) {
     for (const Recipe& recipe : recipes) {
@@ -181,11 +182,9 @@ void RecipeRunner::unpack(const RecipeStep& step) {
 
 /// Runs work in a worker thread that fills a directory, which exists until the end of the step.
 void RecipeRunner::inDirectory(const Work& work, std::function<void(const QStringList& files)> done) {
-    // In the backup's directory, so that it is removed with it after a kill.
-    const QString place = BottleBackup::pathOf(m_bottlePath);
-    m_unpacked = std::make_unique<QTemporaryDir>(place + "/unpacked-XXXXXX");
+    m_unpacked = std::make_unique<QTemporaryDir>(m_workPath + "/unpacked-XXXXXX");
     if (!m_unpacked->isValid()) {
-        stepEnded(QString("Cannot make a directory in %1.").arg(place));
+        stepEnded(QString("Cannot make a directory in %1.").arg(m_workPath));
         return;
     }
     const auto files = std::make_shared<QStringList>();

@@ -21,9 +21,11 @@ class RecipeRunner : public QObject {
     Q_OBJECT
 
 public:
+    /// Files are unpacked below workPath, which exists and is removed with what an interrupted work has left.
     /// fileOf returns the path of a fetched file.
-    RecipeRunner(const Runner& runner, const QString& bottlePath, const QVector<Recipe>& recipes,
-                 std::function<QString(const QString&)> fileOf, QObject* parent = nullptr);
+    RecipeRunner(const Runner& runner, const QString& bottlePath, const QString& workPath,
+                 const QVector<Recipe>& recipes, std::function<QString(const QString&)> fileOf,
+                 QObject* parent = nullptr);
     ~RecipeRunner() override;
 
     void start();
@@ -60,6 +62,7 @@ private:
 
     Runner m_runner;
     QString m_bottlePath;
+    QString m_workPath;
     RecipeTarget m_target;
     std::function<QString(const QString&)> m_fileOf;
     QQueue<RecipeStep> m_steps;

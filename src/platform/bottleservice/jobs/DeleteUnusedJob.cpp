@@ -58,7 +58,8 @@ void DeleteUnusedJob::inspect() {
     const auto work = [findings, key, cancelled = m_cancelled,
                        hasPrograms = !otherPrograms().value_or(QJsonObject()).isEmpty(),
                        path = m_bottle.path(), original = m_bottle.templates()->pathOf(key),
-                       script = m_tools.iconScript](const std::atomic_bool&) -> QString {
+                       script = m_tools.iconScript,
+                       entersPrograms = bool(m_tools.enterPrograms)](const std::atomic_bool&) -> QString {
         findings->isInstalling = BottleBackup::state(path) != BottleBackup::State::None;
         const auto shortcuts = BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(0));
         findings->hasShortcuts = !shortcuts.isEmpty();
@@ -66,7 +67,7 @@ void DeleteUnusedJob::inspect() {
         if (added.isComplete || !added.first.isEmpty())
             findings->hasFiles = !added.first.isEmpty();
         findings->firstFile = added.first;
-        if (hasPrograms)
+        if (hasPrograms || !entersPrograms)
             return {};
         const FoundPrograms found(path, script, *cancelled);
         findings->programs = found.ofShortcuts(shortcuts, {});

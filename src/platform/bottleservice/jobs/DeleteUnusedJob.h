@@ -25,7 +25,7 @@ public:
         QString iconScript;  ///< path of icon_extractor.py
         /// Makes the job that deletes the bottle.
         std::function<std::unique_ptr<Job>(const Reply&)> makeDeletion;
-        /// Enters records of new programs into the bottle.
+        /// Enters records of new programs into the bottle. Without it a bottle that stays is left unchanged.
         std::function<Answer(const QVector<QJsonObject>& records)> enterPrograms;
     };
 

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/components/RecipeRunner.h"
 
@@ -26,7 +27,8 @@ InstallJob::Need InstallDependencyJob::prepare(const BottleYaml& settings, const
 
 void InstallDependencyJob::work() {
     m_steps = new RecipeRunner(
-        m_runner, bottle().path(), m_recipes,
+        // Unpacks in the backup's directory, so that it is removed with it after a kill.
+        m_runner, bottle().path(), BottleBackup::pathOf(bottle().path()), m_recipes,
         [downloads = m_downloads](const QString& file) { return downloads->pathOf(file); }, this);
     connect(m_steps, &RecipeRunner::described, this, &InstallDependencyJob::described);
     connect(m_steps, &RecipeRunner::stepDone, this, &InstallDependencyJob::stepDone);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "bottleservice/jobs/DeleteUnusedJob.h"
 #include "bottleservice/result/Answer.h"
 
 class BottleEngine;
@@ -15,7 +18,13 @@ public:
     /// See DeleteUnusedJob.
     void deleteIfUnused(const QString& bottle, const QString& ignoredProgram, const Reply& reply);
 
+    /// The job of deleteIfUnused(), for a job of that bottle which replaces it when it is unused. A bottle that
+    /// stays is left unchanged.
+    std::unique_ptr<Job> makeDeletionOfUnused(const QString& bottle, const Reply& reply);
+
 private:
+    DeleteUnusedJob::Tools toolsFor(const QString& bottle) const;
+
     BottleEngine* m_engine;
     BottleRequests* m_bottles;
     ProgramRequests* m_programs;

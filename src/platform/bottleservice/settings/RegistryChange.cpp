@@ -18,6 +18,50 @@ QString dword(quint32 number) {
     return QString("dword:%1").arg(number, 8, 16, QChar('0'));
 }
 
+QString hexadecimal(const char* type, const QByteArray& bytes) {
+    return type + QString::fromLatin1(bytes.toHex(','));
+}
+
+/// The texts in UTF-16, little-endian, each with its null character.
+QByteArray utf16(const QStringList& texts) {
+    QByteArray bytes;
+    for (const QString& text : texts) {
+        for (const QChar c : text)
+            bytes.append(char(c.unicode() & 0xff)).append(char(c.unicode() >> 8));
+        bytes.append(2, '\0');
+    }
+    return bytes;
+}
+
+QByteArray littleEndian(quint64 number) {
+    QByteArray bytes;
+    for (int i = 0; i < 8; ++i)
+        bytes += char(number >> (8 * i));
+    return bytes;
+}
+
+/// The data of a value as a .reg file has it. Numbers in "hex(...)" are those of the registry's types.
+QString dataOf(const Manifest::RegistryValue& value) {
+    using Type = Manifest::RegistryValue::Type;
+    switch (value.type) {
+        case Type::Text:
+            return hexadecimal("hex(1):", utf16(value.texts));
+        case Type::ExpandText:
+            return hexadecimal("hex(2):", utf16(value.texts));
+        case Type::Texts:
+            return hexadecimal("hex(7):", utf16(value.texts + QStringList(QString())));
+        case Type::Number:
+            return dword(quint32(value.number));
+        case Type::LongNumber:
+            return hexadecimal("hex(b):", littleEndian(value.number));
+        case Type::Bytes:
+            return hexadecimal("hex:", value.bytes);
+        case Type::Deleted:
+            break;
+    }
+    return "-";
+}
+
 /// An unescaped line end would begin another entry.
 bool isOneLine(const QString& text) {
     return !text.contains('\n') && !text.contains('\r') && !text.contains(QChar(0));
@@ -72,6 +116,16 @@ RegistryChange RegistryChange::number(const QString& key, const QString& name, q
     RegistryChange change;
     if (isOneLine(key + name) && key.startsWith("HKEY_"))
         change.m_entries = entry(key, name, dword(value));
+    return change;
+}
+
+RegistryChange RegistryChange::value(const Manifest::RegistryValue& value) {
+    RegistryChange change;
+    if (isOneLine(value.key + value.name))
+        change.m_entries =
+            value.name.isEmpty()
+                ? QString("[%1]\n@=%2\n\n").arg(value.key, dataOf(value))
+                : entry(value.key, value.name, dataOf(value));
     return change;
 }
 

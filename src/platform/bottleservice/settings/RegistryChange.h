@@ -4,6 +4,8 @@
 #include <QJsonObject>
 #include <QString>
 
+#include "manifest/Manifest.h"
+
 /// A change of a bottle's registry that can be stored in bottle.yml until it is done, and can be repeated.
 /// Texts must have passed SettingRules.
 class RegistryChange {
@@ -18,6 +20,8 @@ public:
     /// Sets a value of any key; texts may hold whatever .reg files can.
     static RegistryChange text(const QString& key, const QString& name, const QString& value);
     static RegistryChange number(const QString& key, const QString& name, quint32 value);
+    /// Sets or deletes what a manifest says.
+    static RegistryChange value(const Manifest::RegistryValue& value);
 
     /// JSON with the keys "registry" (the entries of a .reg file) and "windows" (a version).
     static RegistryChange fromJson(const QJsonObject& object);

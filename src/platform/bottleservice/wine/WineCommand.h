@@ -18,6 +18,9 @@ public:
     /// The file that the command reads; by default it reads nothing.
     void setInputFile(const QString& path) { m_process.setStandardInputFile(path); }
 
+    /// Where the command runs; by default where the service does.
+    void setDirectory(const QString& path) { m_process.setWorkingDirectory(path); }
+
     /// Runs the command and its children at low priority. Before start().
     void setLowPriority() { m_process.setLowPriority(); }
 

@@ -1,6 +1,5 @@
 #include "bottleservice/wire/ComponentMethods.h"
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <limits>
 
@@ -8,20 +7,10 @@
 #include "bottleservice/requests/BottleComponentRequests.h"
 #include "bottleservice/requests/ComponentRequests.h"
 #include "bottleservice/requests/DependencyRequests.h"
+#include "bottleservice/wire/ResultObject.h"
 #include "bottleservice/wire/TextMethods.h"
 
 namespace {
-
-QString resultOf(const Answer& answer) {
-    QJsonObject result{{"ok", answer.isGood()}};
-    if (!answer.isGood()) {
-        result.insert("error", answer.reason.text());
-        result.insert("reasons", answer.reason.toJson());
-    }
-    if (answer.fault == Answer::Fault::Busy)
-        result.insert("busy", QJsonArray::fromStringList(answer.running));
-    return JsonText::compact(result);
-}
 
 /// Received, total and status as the contract has them: 32 bits, in bytes or, for more, in kibibytes.
 QVariantList progressOf(qint64 received, qint64 total) {
@@ -75,7 +64,7 @@ void addComponentMethods(BusObject* object, BottleComponentRequests* requests) {
     QObject::connect(
         requests, &BottleComponentRequests::setupDone, object,
         [object](const QString& bottle, const QString& kind, const QString& name, const Answer& result) {
-            object->emitSignal("component_setup_done", {bottle, kind, name, resultOf(result)});
+            object->emitSignal("component_setup_done", {bottle, kind, name, JsonText::compact(resultOf(result))});
         });
 }
 
@@ -101,6 +90,6 @@ void addDependencyMethods(BusObject* object, DependencyRequests* requests) {
                      });
     QObject::connect(requests, &DependencyRequests::done, object,
                      [object](const QString& bottle, const QString& name, const Answer& result) {
-                         object->emitSignal("dependencySetupDone", {bottle, name, resultOf(result)});
+                         object->emitSignal("dependencySetupDone", {bottle, name, JsonText::compact(resultOf(result))});
                      });
 }

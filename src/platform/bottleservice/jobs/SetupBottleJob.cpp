@@ -1,0 +1,340 @@
+#include "bottleservice/jobs/SetupBottleJob.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStandardPaths>
+
+#include "bottleservice/bottles/SetupManifest.h"
+#include "bottleservice/components/BottleFiles.h"
+#include "bottleservice/components/GraphicsLayer.h"
+#include "bottleservice/components/InstallPlan.h"
+#include "bottleservice/components/PrefixFiles.h"
+#include "bottleservice/files/Background.h"
+#include "bottleservice/files/FullDisk.h"
+#include "bottleservice/jobs/SetupDependency.h"
+#include "bottleservice/jobs/SetupSettings.h"
+#include "bottleservice/jobs/StagedBottle.h"
+#include "bottleservice/wine/BottleStopper.h"
+#include "bottleservice/wine/LaunchData.h"
+#include "bottleservice/wine/RegistryWriter.h"
+#include "bottleservice/wine/WineCommand.h"
+#include "bottleservice/wine/WineEnvironment.h"
+
+using Fault = Answer::Fault;
+using Kind = SetupStep::Kind;
+
+namespace {
+
+constexpr int CommandTimeoutMs = 30 * 60 * 1000;
+constexpr int WineserverMs = 60000;
+
+}  // namespace
+
+SetupBottleJob::SetupBottleJob(const JobBottle& bottle, const Manifest& manifest, const Runner& runner,
+                               Tools tools, Reply reply)
+    : Job(std::move(reply)),
+      m_bottle(bottle),
+      m_manifest(manifest),
+      m_runner(runner),
+      m_tools(std::move(tools)),
+      m_steps(SetupSteps::of(manifest)) {}
+
+SetupBottleJob::~SetupBottleJob() {
+    *m_cancelled = true;
+}
+
+void SetupBottleJob::start() {
+    switch (m_tools.store.state(m_bottle.name())) {
+        case BottleStore::State::Missing:
+            next();
+            break;
+        case BottleStore::State::Present:
+            replaceExisting();
+            break;
+        case BottleStore::State::Foreign:
+            fail(m_tools.store.check(m_bottle.name()));
+    }
+}
+
+void SetupBottleJob::cancel() {
+    *m_cancelled = true;
+    if (m_deletion)
+        m_deletion->cancel();
+    if (m_staged)
+        m_staged->cancel();
+    if (m_dependency)
+        m_dependency->cancel();
+    if (m_writer)
+        m_writer->cancel();
+    if (m_command)
+        m_command->kill();
+}
+
+void SetupBottleJob::replaceExisting() {
+    auto result = std::make_shared<Answer>();
+    m_deletion = m_tools.makeDeletion([result](const Answer& answer) { *result = answer; });
+    // Queued: the job is still on the stack when it emits finished().
+    connect(
+        m_deletion.get(), &Job::finished, this,
+        [this, result] {
+            m_deletion.reset();
+            const QJsonObject verdict = QJsonDocument::fromJson(result->text.toUtf8()).object();
+            if (verdict["deleted"].toBool() || *m_cancelled)
+                next();
+            else
+                fail(result->isGood()
+                         ? QString("There is a bottle \"%1\" already, which is not replaced: %2.")
+                               .arg(m_bottle.shownName(), verdict["reason"].toString())
+                         : result->reason);
+        },
+        Qt::QueuedConnection);
+    m_deletion->start();
+}
+
+void SetupBottleJob::next() {
+    if (*m_cancelled) {
+        fail(Reason::Cancelled);
+        return;
+    }
+    const SetupStep step = m_steps[m_next];
+    Q_EMIT stepStarted(m_next++, step.title);
+    carryOut(step);
+}
+
+void SetupBottleJob::carryOut(const SetupStep& step) {
+    switch (step.kind) {
+        case Kind::Create:
+            create();
+            break;
+        case Kind::Layers:
+            installLayers();
+            break;
+        case Kind::Dependency:
+            installDependency(step.index);
+            break;
+        case Kind::Settings:
+            applySettings();
+            break;
+        case Kind::Files:
+            writeFiles();
+            break;
+        case Kind::Command:
+            run(m_manifest.bottle.commands[step.index]);
+            break;
+        case Kind::Finish:
+            finishWine();
+    }
+}
+
+void SetupBottleJob::stepEnded(const Reason& reason) {
+    if (*m_cancelled || !reason.isEmpty())
+        fail(*m_cancelled ? Reason(Reason::Cancelled) : reason);
+    else
+        QMetaObject::invokeMethod(this, &SetupBottleJob::next, Qt::QueuedConnection);
+}
+
+void SetupBottleJob::create() {
+    m_staged = new StagedBottle(m_tools.store, m_bottle.name(), m_runner, m_bottle.templates(),
+                                m_tools.reclaimer, this);
+    connect(m_staged, &StagedBottle::finished, this, [this](const Reason& reason) {
+        if (reason.isEmpty())
+            m_settings.emplace(m_staged->freshSettings());
+        stepEnded(reason.isEmpty() ? planDependencies() : reason);
+    });
+    m_staged->start();
+}
+
+/// All of them before the first one is fetched, so that a component that cannot be had is told at once.
+Reason SetupBottleJob::planDependencies() {
+    InstallPlan::Asked asked;
+    asked.hasWinetricks = !QStandardPaths::findExecutable("winetricks").isEmpty();
+    asked.target = RecipeTarget::of(m_staged->path(), m_runner.wine);
+    for (const QString& dependency : qAsConst(m_manifest.bottle.dependencies)) {
+        m_plans += QVector<Recipe>();
+        if (asked.installed.contains(dependency))
+            continue;
+        asked.component = dependency;
+        const InstallPlan plan = InstallPlan::make(asked, m_tools.recipes, m_tools.sources);
+        if (!plan.refusal.isEmpty())
+            return plan.refusal;
+        for (const Recipe& recipe : plan.recipes)
+            asked.installed += recipe.name;
+        m_plans.last() = plan.recipes;
+    }
+    return {};
+}
+
+void SetupBottleJob::installLayers() {
+    const struct {
+        const char* key;
+        const char* kind;
+        QString version;
+    } layers[] = {{"DXVK", "dxvk", m_manifest.bottle.dxvk}, {"VKD3D", "vkd3d", m_manifest.bottle.vkd3d}};
+    QStringList files;
+    for (const auto& layer : layers) {
+        if (layer.version.isEmpty())
+            continue;
+        const QStringList dlls =
+            GraphicsLayer::dllsOf(m_tools.components.pathOf(layer.kind, layer.version));
+        if (dlls.isEmpty()) {
+            stepEnded(QString("\"%1\" holds no DLLs.").arg(layer.version));
+            return;
+        }
+        for (const QString& dll : dlls)
+            m_settings->setIn("DLL_Overrides", QFileInfo(dll).baseName(), "n");
+        m_settings->set(layer.key, layer.version);
+        files += dlls;
+    }
+    Background::run(
+        this, [path = m_staged->path(), files] { return PrefixFiles::putSystemFiles(path, files, false); },
+        [this](const QString& fault) { stepEnded(fault); });
+}
+
+void SetupBottleJob::installDependency(int index) {
+    const QVector<Recipe> recipes = m_plans[index];
+    if (recipes.isEmpty()) {
+        stepEnded({});
+        return;
+    }
+    m_dependency =
+        new SetupDependency(m_runner, m_staged->path(), recipes, m_tools.sources, m_tools.downloads, this);
+    connect(m_dependency, &SetupDependency::described, this, &SetupBottleJob::described);
+    connect(m_dependency, &SetupDependency::progress, this, &SetupBottleJob::progress);
+    connect(m_dependency, &SetupDependency::finished, this, [this, recipes](const Reason& reason) {
+        QJsonArray installed = m_settings->record()["Installed_Dependencies"].toArray();
+        for (const Recipe& recipe : recipes)
+            installed += recipe.name;
+        m_settings->set("Installed_Dependencies", installed);
+        const QJsonObject overrides = m_dependency->overrides();
+        for (auto it = overrides.begin(); it != overrides.end(); ++it)
+            m_settings->setIn("DLL_Overrides", it.key(), it.value());
+        m_dependency->deleteLater();
+        stepEnded(reason);
+    });
+    m_dependency->start();
+}
+
+void SetupBottleJob::applySettings() {
+    QStringList warnings;
+    const RegistryChange change = SetupSettings::apply(m_manifest, PrefixFiles::is64Bit(m_staged->path()),
+                                                       &*m_settings, &warnings);
+    for (const QString& warning : qAsConst(warnings))
+        Q_EMIT described(warning);
+    if (change.isEmpty()) {
+        stepEnded({});
+        return;
+    }
+    m_writer = new RegistryWriter(m_runner, m_staged->path(), change, this);
+    connect(m_writer, &RegistryWriter::finished, this, [this](const QString& errorText) {
+        m_writer->deleteLater();
+        stepEnded(errorText);
+    });
+    m_writer->start();
+}
+
+void SetupBottleJob::writeFiles() {
+    Background::run(
+        this,
+        [path = m_staged->path(), files = m_manifest.bottle.files, cancelled = m_cancelled] {
+            return BottleFiles::write(path, files, *cancelled);
+        },
+        [this](const QString& fault) { stepEnded(fault); });
+}
+
+void SetupBottleJob::run(const Manifest::Command& command) {
+    Q_EMIT described(command.description.isEmpty() ? QString("Running %1").arg(command.program)
+                                                   : command.description);
+    m_command = new WineCommand(m_runner.wine, QStringList(command.program) + command.arguments,
+                                commandEnvironment(), this);
+    // A plain name must not find a file of the user.
+    m_command->setDirectory(m_staged->path() + "/drive_c");
+    connect(m_command, &WineCommand::finished, this, [this, command](const QString& errorText) {
+        m_command->deleteLater();
+        if (!errorText.isEmpty())
+            qWarning().noquote() << "output of a failed command:" << m_command->output().right(4000);
+        stepEnded(errorText.isEmpty() ? Reason()
+                                      : QString("The command \"%1\" of the manifest has failed: %2")
+                                            .arg(command.program, errorText));
+    });
+    m_command->start(CommandTimeoutMs);
+}
+
+/// As programs of the bottle get it, without Wine's questions about Mono and Gecko, which would block a command.
+QProcessEnvironment SetupBottleJob::commandEnvironment() const {
+    QJsonObject variables = LaunchData::environment(m_staged->path(), m_settings->record());
+    const QJsonObject quiet = WineEnvironment::forCreation(m_staged->path());
+    variables.insert("WINEDLLOVERRIDES", quiet["WINEDLLOVERRIDES"].toString() + ';' +
+                                             variables["WINEDLLOVERRIDES"].toString());
+    variables.insert("WINEDEBUG", quiet["WINEDEBUG"]);
+    return WineEnvironment::forProcess(variables);
+}
+
+/// An installer's first process may end before its others; they get a minute to end by themselves.
+void SetupBottleJob::finishWine() {
+    const auto stop = [this] {
+        stopProcesses([this](bool isClean) {
+            if (isClean)
+                place();
+            else
+                fail(Reason::ProgramsNotEnded);
+        });
+    };
+    if (m_manifest.bottle.commands.isEmpty() && m_manifest.bottle.dependencies.isEmpty()) {
+        stop();
+        return;
+    }
+    m_command = new WineCommand(m_runner.wineserver, {"-w"},
+                                WineEnvironment::forProcess({{"WINEPREFIX", m_staged->path()}}), this);
+    connect(m_command, &WineCommand::finished, this, [this, stop](const QString& errorText) {
+        m_command->deleteLater();
+        if (!errorText.isEmpty())
+            qInfo() << "something in" << m_bottle.shownName() << "goes on after its set-up:" << errorText;
+        stop();
+    });
+    m_command->start(WineserverMs);
+}
+
+void SetupBottleJob::stopProcesses(std::function<void(bool)> then) {
+    auto* stopper = new BottleStopper(m_staged->path(), m_runner.wineserver, this);
+    connect(stopper, &BottleStopper::finished, this, [stopper, then = std::move(then)](bool isClean) {
+        stopper->deleteLater();
+        then(isClean);
+    });
+    stopper->start();
+}
+
+void SetupBottleJob::place() {
+    if (*m_cancelled) {
+        fail(Reason::Cancelled);
+        return;
+    }
+    SetupSettings::enterPrograms(m_manifest, m_staged->path(), &*m_settings);
+    Reason reason = SetupManifest::save(m_staged->path(), m_manifest);
+    if (reason.isEmpty())
+        reason = m_staged->place(*m_settings);
+    if (!reason.isEmpty()) {
+        fail(reason);
+        return;
+    }
+    qInfo() << "set up bottle" << m_bottle.shownName();
+    finish(Answer::of());
+}
+
+void SetupBottleJob::fail(const Reason& cause) {
+    if (std::exchange(m_isFailing, true))
+        return;
+    // Asked before removing files makes room again.
+    const Reason reason = *m_cancelled ? cause : FullDisk::explain(m_tools.store.root(), cause);
+    qWarning() << "bottle" << m_bottle.shownName() << "was not set up:" << reason.text();
+    const auto conclude = [this, reason] {
+        if (m_staged)
+            m_staged->discard();
+        finish(Answer::failure(Fault::Failed, reason));
+    };
+    if (m_staged && !m_staged->path().isEmpty())
+        stopProcesses([conclude](bool) { conclude(); });
+    else
+        conclude();
+}
