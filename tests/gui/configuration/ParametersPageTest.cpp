@@ -1,0 +1,277 @@
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QWheelEvent>
+
+#include "fenk/controls/LineEdit.h"
+#include "fenk/window/Application.h"
+#include "shell/configuration/parameters/EmulatorComboBox.h"
+#include "shell/configuration/parameters/LogFileEdit.h"
+#include "shell/configuration/parameters/WineChannerCombobox.h"
+#include "shell/configuration/parameters/WineParamsCfgWidget.h"
+#include "support/FakeBottleService.h"
+#include "support/KeyWalk.h"
+#include "support/LogCapture.h"
+#include "support/PrivateBus.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
+
+using namespace TestSupport;
+
+namespace {
+
+QJsonObject emulators(const QString& usingName) {
+    return {{"installed", QJsonObject{{"hangover", "one"}, {"box64", "another"}}}, {"using", usingName}};
+}
+
+}  // namespace
+
+class ParametersPageTest : public QObject {
+    Q_OBJECT
+
+    TestHome m_home;
+    std::unique_ptr<FakeBottleService> m_service;
+    std::unique_ptr<WineParamsCfgWidget> m_page;
+    std::shared_ptr<EntryParameters> m_entry;
+
+    template <class Control>
+    Control* part(const char* name) const {
+        return m_page->findChild<Control*>(name);
+    }
+    WineChannerCombobox* channels() const { return part<WineChannerCombobox>("params_channels"); }
+    EmulatorComboBox* translatorCombo() const { return part<EmulatorComboBox>("params_emulator"); }
+    Fenk::LineEdit* environment() const { return part<Fenk::LineEdit>("params_environment"); }
+    QLineEdit* logPath() const { return part<LogFileEdit>("params_log_file")->findChild<QLineEdit*>(); }
+
+    void open() {
+        m_page->setBottle("office", m_home.path());
+        m_page->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_page.get()));
+        m_service->waitForCall("getEmulators");
+    }
+    void chooseChannels(int entry) {
+        QTest::mouseClick(channels(), Qt::LeftButton, {}, channels()->rect().center() + QPoint(145, 0));
+        QTRY_VERIFY(channels()->view()->isVisible());
+        for (int row = channels()->view()->currentIndex().row(); row < entry; ++row)
+            QTest::keyClick(channels()->view(), Qt::Key_Down);
+        QTest::keyClick(channels()->view(), Qt::Key_Return);
+        QTRY_VERIFY(!channels()->view()->isVisible());
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_service = std::make_unique<FakeBottleService>();
+        QVERIFY(m_service->start());
+        m_page = std::make_unique<WineParamsCfgWidget>();
+        m_entry = std::make_shared<EntryParameters>(
+            QJsonObject{{"id", "u1"}, {"arguments", "-a"}, {"envs", QJsonObject{{"B", "x y"}}}});
+        m_page->setEntry(m_entry);
+    }
+    void cleanup() {
+        m_page.reset();
+        m_service.reset();
+    }
+
+    void entriesAreShownAndEdited() {
+        open();
+        QCOMPARE(part<Fenk::LineEdit>("params_arguments")->text(), QString("-a"));
+        QCOMPARE(environment()->text(), QString("B=x y"));
+        QCOMPARE(environment()->alertMessage(), QString());  // what nobody has edited stays as it is
+        for (QWidget* edit : {part<QWidget>("params_arguments")->focusProxy(), environment()->focusProxy()})
+            QTest::keyClick(edit, Qt::Key_End);
+        QTest::keyClicks(part<QWidget>("params_arguments")->focusProxy(), " -b");
+        QTest::keyClicks(environment()->lineEdit(), " C=3");
+        QTest::keyClicks(channels()->lineEdit(), "+d3d");
+        QTest::keyClicks(logPath(), "/tmp/a.log");
+        const auto other = std::make_shared<EntryParameters>();
+        m_page->setEntry(other);
+        QCOMPARE(m_entry->arguments, QString("-a -b"));
+        QCOMPARE(m_entry->environment, QString("B=x y C=3"));
+        QCOMPARE(m_entry->channels, QString("+d3d"));
+        QCOMPARE(m_entry->logPath, QString("/tmp/a.log"));
+        QVERIFY(environment()->text().isEmpty() && channels()->channels().isEmpty());
+        QTest::keyClicks(channels()->lineEdit(), "+x");
+        QCOMPARE(other->channels, QString("+x"));
+        m_page->setEntry(m_entry);
+        QCOMPARE(channels()->channels(), QString("+d3d"));
+        QCOMPARE(logPath()->text(), QString("/tmp/a.log"));
+        QCOMPARE(m_service->calls("updateExternalProgram").size(), 0);
+        m_page->setEntry(nullptr);
+        QVERIFY(!environment()->isEnabled() && !channels()->isEnabled());
+    }
+
+    void channelsAreAdded() {
+        open();
+        chooseChannels(1);
+        QCOMPARE(m_entry->channels, QString("+event,+win,+x11drv"));
+        channels()->lineEdit()->setText("err+all,+win");
+        chooseChannels(6);
+        QCOMPARE(channels()->channels(), QString("+event,+key,+keyboard,+win,err+all"));
+        QCOMPARE(m_entry->channels, channels()->channels());
+        QCOMPARE(channels()->currentIndex(), -1);
+    }
+
+    /// What chooses an entry of other lists adds no channel here.
+    void keysAndWheelAddNothing() {
+        open();
+        channels()->setFocus();
+        for (const Qt::Key key : {Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp})
+            QTest::keyClick(channels(), key);
+        QWheelEvent wheel(QPointF(9, 9), channels()->mapToGlobal(QPoint(9, 9)), {}, {0, -120}, Qt::NoButton,
+                          {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(channels(), &wheel);
+        QVERIFY(m_entry->channels.isEmpty());
+        QTest::keyClick(channels(), Qt::Key_Down);
+        QTRY_VERIFY(channels()->view()->isVisible());
+        QTest::keyClick(channels()->view(), Qt::Key_Escape);
+        QVERIFY(m_entry->channels.isEmpty());
+    }
+
+    void faultsOfTheEnvironmentAreTold_data() {
+        const Table<QString, QString> row("text", "part");
+        row("good", "A=1 B='x y'", "");
+        row("name", "1A=2", "does not begin with a digit");
+        row("word", "A=1 word", "“word”");
+        row("markup", "<b>x</b>", "“<b>x</b>”");
+        row("quote", "A='x", "quote");
+    }
+    void faultsOfTheEnvironmentAreTold() {
+        QFETCH(QString, text);
+        QFETCH(QString, part);
+        open();
+        environment()->lineEdit()->setFocus();
+        environment()->lineEdit()->setText(text);
+        QVERIFY2(environment()->alertMessage().isEmpty() || !part.isEmpty(), "not while the user types");
+        QTest::keyClick(environment()->lineEdit(), Qt::Key_Return);
+        QVERIFY2(environment()->alertMessage().contains(part), qPrintable(environment()->alertMessage()));
+        QCOMPARE(environment()->alertMessage().isEmpty(), part.isEmpty());
+    }
+
+    void translators_data() {
+        const Table<QJsonObject, QString> row("answer", "shown");
+        row("none", {}, "");
+        row("none is used", emulators(""), "box64 hangover");
+        row("one is used", emulators("hangover"), "box64 [hangover]");
+        row("a foreign one", emulators("qemu"), "box64 hangover");
+    }
+    void translators() {
+        QFETCH(QJsonObject, answer);
+        m_service->setJson("Bottles.getEmulators:office", answer);
+        open();
+        QFETCH(QString, shown);
+        QTRY_COMPARE(translatorCombo()->isEnabled(), !shown.isEmpty());
+        const EmulatorComboBox* const combo = translatorCombo();
+        QStringList names;
+        for (int i = 0; i < combo->count(); ++i)
+            names << QString(i == combo->currentIndex() ? "[%1]" : "%1").arg(combo->itemData(i).toString());
+        QCOMPARE(names.join(' '), shown);
+        QCOMPARE(m_page->hasTranslators(), !shown.isEmpty());
+        QCOMPARE(m_service->calls("setEmulator").size(), 0);
+    }
+
+    void translatorIsSetAtOnce() {
+        m_service->setJson("Bottles.getEmulators:office", emulators("hangover"));
+        open();
+        QTRY_COMPARE(translatorCombo()->currentText(), QString("hangover"));
+        QTest::mouseClick(translatorCombo(), Qt::LeftButton);
+        QTRY_VERIFY(translatorCombo()->view()->isVisible());
+        QTest::keyClick(translatorCombo()->view(), Qt::Key_Up);
+        QTest::keyClick(translatorCombo()->view(), Qt::Key_Return);
+        const RecordedCall call = m_service->waitForCall("setEmulator");
+        QCOMPARE(call.arguments, (QJsonArray{"office", "box64"}));
+    }
+
+    /// A late answer about one bottle does not show on another.
+    void lateTranslators() {
+        m_service->setHeld("Bottles.getEmulators:office", R"({"installed":{"late":"x"},"using":"late"})");
+        m_service->setJson("Bottles.getEmulators:games", emulators("box64"));
+        open();
+        m_page->setBottle("games", {});
+        QTRY_COMPARE(translatorCombo()->currentText(), QString("box64"));
+        m_service->release();
+        m_service->setJson("Bottles.getEmulators:games", emulators("hangover"));
+        m_page->refreshTranslators();
+        QTRY_COMPARE(translatorCombo()->currentText(), QString("hangover"));
+        QCOMPARE(translatorCombo()->findData("late"), -1);
+    }
+
+    void serviceRefusesTranslators() {
+        const LogCapture log;
+        m_service->setError("Bottles.getEmulators", "busy");
+        open();
+        QTRY_VERIFY(log.contains(QtWarningMsg, "Failed to fetch emulators info."));
+        QVERIFY(!m_page->hasTranslators());
+    }
+
+    void saving() {
+        m_entry->arguments = "-c";
+        int ended = 0;
+        saveParameters("office", *m_entry, this,
+                       [&ended](const BusResult& result) { ended += result.ok ? 1 : 9; });
+        QCOMPARE(ended, 0);
+        QTRY_COMPARE(ended, 1);
+        QCOMPARE(m_service->calls("updateExternalProgram").last().arguments,
+                 (QJsonArray{"office", R"({"arguments":"-c","envs":{"B":"x y"},"id":"u1"})"}));
+
+        const LogCapture log;
+        m_service->setError("Bottles.updateExternalProgram", "the disk is full");
+        saveParameters("office", *m_entry, this,
+                       [&ended](const BusResult& result) { ended += result.ok ? 9 : 1; });
+        auto gone = std::make_unique<QObject>();
+        saveParameters("office", *m_entry, gone.get(), [&ended](const BusResult&) { ended += 9; });
+        gone.reset();
+        saveParameters("office", *m_entry);
+        m_service->waitForCall("updateExternalProgram", 4);
+        QTRY_COMPARE(ended, 2);
+        QTRY_COMPARE(log.count("can't save the parameters of u1 in office: the disk is full"), 3);
+    }
+
+    void logFileIsChosen() {
+        QDir(m_home.path()).mkpath("logs");
+        open();
+        part<QAbstractButton>("params_log_file_button")->click();
+        auto* dialog = m_page->findChild<QFileDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QCOMPARE(dialog->windowTitle(), QString("Log files"));
+        QCOMPARE(dialog->nameFilters(), QStringList("Log files (*.log)"));
+        QCOMPARE(dialog->selectedFiles(), QStringList(m_home.path() + "/logs/Unnamed.log"));
+        static_cast<QDialog*>(dialog)->accept();
+        QCOMPARE(m_entry->logPath, m_home.path() + "/logs/Unnamed.log");
+        QTRY_VERIFY(!m_page->findChild<QFileDialog*>());
+        logPath()->setText(m_home.write("elsewhere/x.log", {}));
+        part<QAbstractButton>("params_log_file_button")->click();
+        dialog = m_page->findChild<QFileDialog*>();
+        QCOMPARE(dialog->directory().path(), m_home.path() + "/elsewhere");
+        dialog->reject();
+        QVERIFY(m_entry->logPath.endsWith("elsewhere/x.log"));
+    }
+
+    void folderOfTheLogIsMissing() {
+        open();
+        auto* edit = part<LogFileEdit>("params_log_file")->findChild<Fenk::LineEdit*>();
+        for (const char* path : {"/nonexistent/x.log", "x.log"}) {
+            edit->setText(path);
+            QTest::keyClick(logPath(), Qt::Key_Return);
+            QTRY_COMPARE(edit->alertMessage(), QString("There is no such folder"));
+            QTest::keyClick(logPath(), Qt::Key_End);
+            QTest::keyClicks(logPath(), "x");
+            QVERIFY(edit->alertMessage().isEmpty());
+        }
+    }
+
+    void keysReachAll() {
+        m_service->setJson("Bottles.getEmulators", emulators(""));
+        open();
+        QTRY_VERIFY(translatorCombo()->isEnabled());
+        QCOMPARE(outOfReach(m_page.get()), QString());
+    }
+};
+
+int main(int argc, char** argv) {
+    const PrivateBus bus;  // before the application, which connects to it
+    Fenk::Application app(argc, argv);
+    ParametersPageTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "ParametersPageTest.moc"
