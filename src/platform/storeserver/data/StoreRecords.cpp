@@ -90,7 +90,7 @@ QList<CategoryRecord> readCategories(const QByteArray& text, const QString& file
         record.names = translated(map, "names", NameLength, Need::Required);
         record.sort = int(map.number("sort", 0, MaximumInteger));
         if (ids.contains(record.id))
-            map.refuse("id", QString("another category has the id %1.").arg(record.id));
+            map.refuse("id", QString("Another category has the id %1.").arg(record.id));
         map.finish();
         ids.insert(record.id);
         records.append(record);
