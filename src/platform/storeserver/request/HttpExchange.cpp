@@ -68,10 +68,12 @@ public:
     explicit Parser(HttpExchange::Handler handler) {
         set_keep_alive_timeout(KeepAliveSeconds);
         set_keep_alive_max_count(KeepAliveRequests);
-        set_pre_routing_handler([handler](const httplib::Request& request, httplib::Response& response) {
-            write(handler(requestOf(request)), response);
-            return HandlerResponse::Handled;
-        });
+        set_pre_routing_handler(
+            [this, handler](const httplib::Request& request, httplib::Response& response) {
+                m_isParsed = true;
+                write(handler(requestOf(request)), response);
+                return HandlerResponse::Handled;
+            });
         set_exception_handler([](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
             qWarning("a request ended with an exception");
             response.status = 500;
@@ -81,8 +83,13 @@ public:
     bool answer(std::string_view head, std::string& output) {
         MemoryStream stream(head, output);
         bool isClosed = false;
-        return process_request(stream, false, isClosed, nullptr) && !isClosed;
+        m_isParsed = false;
+        // What is no request is answered as well, but whatever follows it is not trusted.
+        return process_request(stream, false, isClosed, nullptr) && !isClosed && m_isParsed;
     }
+
+private:
+    bool m_isParsed = false;
 };
 
 HttpExchange::HttpExchange(Handler handler) : m_parser(std::make_unique<Parser>(std::move(handler))) {}

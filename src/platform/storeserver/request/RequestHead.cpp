@@ -85,6 +85,9 @@ State stateOf(std::string_view head) {
 }  // namespace
 
 Scan scan(std::string_view bytes) {
+    // At once, for what speaks another protocol.
+    if (!bytes.empty() && (lower(bytes.front()) < 'a' || lower(bytes.front()) > 'z'))
+        return {State::Malformed, 0};
     const size_t end = bytes.substr(0, MaximumBytes).find(End);
     if (end != std::string_view::npos) {
         const size_t length = end + End.size();
