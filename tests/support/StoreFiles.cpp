@@ -1,7 +1,7 @@
 #include "support/StoreFiles.h"
 
 #include <QDir>
-#include <QSaveFile>
+#include <QFile>
 
 namespace TestSupport {
 
@@ -15,8 +15,11 @@ StoreFiles::StoreFiles() {
 void StoreFiles::write(const QString& file, const QByteArray& content) const {
     const QString name = path(file);
     QDir().mkpath(name.section('/', 0, -2));
-    QSaveFile target(name);
-    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size() || !target.commit())
+    // By a rename, as no reader may see half of a file; without QSaveFile's waits for the disk.
+    QFile target(name + ".new");
+    const bool isWritten = target.open(QIODevice::WriteOnly) && target.write(content) == content.size();
+    target.close();
+    if (!isWritten || ::rename(qPrintable(target.fileName()), qPrintable(name)) != 0)
         qFatal("can't write %s", qPrintable(name));
 }
 
