@@ -92,7 +92,8 @@ void HttpRequest::noteActivity() {
 
 void HttpRequest::readAvailable() {
     noteActivity();
-    const QByteArray bytes = m_reply->read(m_limits.answerBytes + 1 - m_received);
+    const QByteArray bytes =
+        m_reply->read(qMin(m_limits.answerBytes + 1 - m_received, m_reply->bytesAvailable()));
     m_received += bytes.size();
     if (m_received > m_limits.answerBytes) {
         m_answer.body.clear();

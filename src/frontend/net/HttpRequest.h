@@ -27,8 +27,8 @@ public:
     ~HttpRequest() override;
 
     void setLimits(const Limits& limits) { m_limits = limits; }
-    /// Before send(): the body goes into this open device while it comes, and HttpAnswer::body stays empty. The
-    /// device must outlive the request.
+    /// Before send(): the body goes into this open device while it comes, and HttpAnswer::body stays empty.
+    /// The device must outlive the request.
     void setTarget(QIODevice* target) { m_target = target; }
 
     /// `verb` is a method of HTTP in capitals. Call one of these once. The request brings its address and
