@@ -57,6 +57,8 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
                 if (!m_mainWindow || !m_mainWindow->isVisible())
                     DesktopUtils::notify(productName(), DesktopUtils::notificationText(errorText));
             });
+    connect(AppItemWidgetStateManager::instance(), &AppItemWidgetStateManager::setupDone, this,
+            &CellarixApplication::leaveAfterSetUp);
     connect(m_windowMonitor, &WindowMonitor::shown, m_end, &ProcessEnd::stay);
     connect(m_launches, &RunningLaunches::ended, m_end,
             [this] { m_end->leaveIfPossible(LeaveRule::Ended::Launch); });
@@ -221,6 +223,12 @@ bool CellarixApplication::isUpdate() const {
 void CellarixApplication::leaveAfter(const BottleEnvScript& script) {
     if (script.running)
         connect(script.process, &QObject::destroyed, m_end, &ProcessEnd::onWorkEnded, Qt::QueuedConnection);
+}
+
+/// Queued: the set-up still counts while its end is told.
+void CellarixApplication::leaveAfterSetUp() {
+    QMetaObject::invokeMethod(
+        m_end, [this] { m_end->leaveIfPossible(LeaveRule::Ended::SetUp); }, Qt::QueuedConnection);
 }
 
 void CellarixApplication::onLastWindowClosed() {

@@ -54,6 +54,8 @@ public:
     bool isUpdate() const;
     /// Ends the process when the script has ended, unless there is something else to wait for.
     void leaveAfter(const BottleEnvScript& script);
+    /// The same when an attempt to install an application has ended.
+    void leaveAfterSetUp();
 
     bool checkServiceAgreement();
     void checkBackendVersion();

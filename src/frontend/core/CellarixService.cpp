@@ -1,14 +1,31 @@
 #include "core/CellarixService.h"
 
 #include <QDBusConnection>
+#include <QDialog>
+#include <QTimer>
+#include <algorithm>
 
+#include "backend/DesktopUtils.h"
 #include "core/CellarixApplication.h"
+#include "store/install/YamlProgramInstallerSession.h"
 
 Q_LOGGING_CATEGORY(serviceLog, "service")
 
 namespace {
 const char ServiceName[] = "com.lumora.Cellarix";
 const char ObjectPath[] = "/com/lumora/Cellarix";
+constexpr int SessionDelayMs = 100;
+const char* const BusyWindows[] = {"BottlesConfigView", "EnvInitBanner", "YamlProgramInstallerBanner"};
+
+bool isBusy(const QWidget* window) {
+    if (!window->isVisible())
+        return false;
+    if (qobject_cast<const QDialog*>(window) && window->isModal())
+        return true;
+    return std::any_of(std::begin(BusyWindows), std::end(BusyWindows),
+                       [window](const char* name) { return window->inherits(name); });
+}
+
 }  // namespace
 
 CellarixService::CellarixService(CellarixApplication* application)
@@ -36,4 +53,43 @@ QString CellarixService::clientVersion() const {
 
 void CellarixService::showMainWindow() {
     m_application->requestMainWindow();
+}
+
+void CellarixService::installProgram(const QString& appId, const QString& appInfoId) {
+    if (isWindowBusy()) {
+        notifyBusy();
+        return;
+    }
+    qCInfo(serviceLog) << "Installing program:" << appId << "with appInfo:" << appInfoId;
+    QTimer::singleShot(SessionDelayMs, this, [this, appId, appInfoId] { startSession(appId, appInfoId); });
+}
+
+void CellarixService::startSession(const QString& appId, const QString& appInfoId) {
+    if (m_installer) {  // of a call that came as soon
+        notifyBusy();
+        return;
+    }
+    m_installer = new YamlProgramInstallerSession(appId, appInfoId, this);
+    connect(m_installer, &YamlProgramInstallerSession::signalError, this, [this](const QString& text) {
+        DesktopUtils::notify(m_application->productName(), DesktopUtils::notificationText(text));
+    });
+    connect(m_installer, &YamlProgramInstallerSession::signalDone, this, &CellarixService::onSessionDone);
+    m_installer->start();
+}
+
+void CellarixService::onSessionDone() {
+    m_installer->deleteLater();
+    m_installer = nullptr;
+    m_application->leaveAfterSetUp();
+}
+
+bool CellarixService::isWindowBusy() const {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return m_installer || std::any_of(windows.begin(), windows.end(), isBusy);
+}
+
+void CellarixService::notifyBusy() const {
+    DesktopUtils::notify(m_application->productName(),
+                         tr("A window session is currently in progress; unable to open a new session window. "
+                            "Please close the current session and try again!"));
 }

@@ -2,8 +2,10 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QLoggingCategory>
+#include <QPointer>
 
 class CellarixApplication;
+class YamlProgramInstallerSession;
 
 Q_DECLARE_LOGGING_CATEGORY(serviceLog)
 
@@ -21,8 +23,17 @@ public:
     QString clientVersion() const;
 
 public Q_SLOTS:
+    /// Installs an application of the store. Refused, with a notification, while another is being installed
+    /// from here or a window is shown that such an installation would get in the way of.
+    Q_NOREPLY void installProgram(const QString& appId, const QString& appInfoId);
     void showMainWindow();
 
 private:
+    bool isWindowBusy() const;
+    void startSession(const QString& appId, const QString& appInfoId);
+    void onSessionDone();
+    void notifyBusy() const;
+
+    QPointer<YamlProgramInstallerSession> m_installer;
     CellarixApplication* m_application;
 };

@@ -12,7 +12,7 @@ bool isInUse(const LeaveRule::Facts& facts) {
 LeaveRule::Verdict LeaveRule::of(Ended what, const Facts& facts) {
     if (what != Ended::User && isInUse(facts))
         return Verdict::Stay;
-    // The last window and the last launch also end a process that waits for the bus.
+    // The last window, launch or set-up also ends a process that waits for the bus.
     if ((what == Ended::Start || what == Ended::Work) && (facts.isService || facts.isScriptRunning))
         return Verdict::Stay;
     return facts.hasPendingWork && !facts.isOverdue ? Verdict::LeaveLater : Verdict::Leave;

@@ -7,6 +7,7 @@ namespace LeaveRule {
 enum class Ended {
     LastWindow,
     Launch,
+    SetUp,  ///< the attempt to install an application of the store
     Start,  ///< the handling of the process's own start, or of one that was handed over
     Work,   ///< pending work, or the script that sets up the environment
     User,   ///< has chosen to quit

@@ -85,8 +85,8 @@ private Q_SLOTS:
             QVERIFY2(!ServiceAgreement::mustAsk(recorded), recorded);
     }
 
-    /// One letter for what has ended (last Window, Launch, Start, Done: pending work, User: quit) and the
-    /// verdict on it: -, later or quit.
+    /// One letter for what has ended (last Window, Launch, Installation, Start, Done: pending work, User:
+    /// quit) and the verdict on it: -, later or quit.
     void leaving_data() {
         const TestSupport::Table<LeaveRule::Facts, QString> row("facts", "verdicts");
         const auto with = [](std::initializer_list<bool LeaveRule::Facts::*> set) {
@@ -96,26 +96,28 @@ private Q_SLOTS:
             return facts;
         };
         using F = LeaveRule::Facts;
-        row("nothing is left", {}, "W:quit L:quit S:quit D:quit U:quit");
-        row("a launch", with({&F::hasRunner}), "W:- L:- S:- D:- U:quit");
-        row("a set-up", with({&F::isSettingUp}), "W:- L:- S:- D:- U:quit");
-        row("a window", with({&F::hasVisibleWindow}), "W:- L:- S:- D:- U:quit");
-        row("a start that asks", with({&F::isHandlingStart}), "W:- L:- S:- D:- U:quit");
-        row("a start behind it", with({&F::hasWaitingStarts}), "W:- L:- S:- D:- U:quit");
-        row("service", with({&F::isService}), "W:quit L:quit S:- D:- U:quit");
-        row("script", with({&F::isScriptRunning}), "W:quit L:quit S:- D:- U:quit");
-        row("pending work", with({&F::hasPendingWork}), "W:later L:later S:later D:later U:later");
-        row("overdue work", with({&F::hasPendingWork, &F::isOverdue}), "W:quit L:quit S:quit D:quit U:quit");
+        row("nothing is left", {}, "W:quit L:quit I:quit S:quit D:quit U:quit");
+        row("a launch", with({&F::hasRunner}), "W:- L:- I:- S:- D:- U:quit");
+        row("a set-up", with({&F::isSettingUp}), "W:- L:- I:- S:- D:- U:quit");
+        row("a window", with({&F::hasVisibleWindow}), "W:- L:- I:- S:- D:- U:quit");
+        row("a start that asks", with({&F::isHandlingStart}), "W:- L:- I:- S:- D:- U:quit");
+        row("a start behind it", with({&F::hasWaitingStarts}), "W:- L:- I:- S:- D:- U:quit");
+        row("service", with({&F::isService}), "W:quit L:quit I:quit S:- D:- U:quit");
+        row("script", with({&F::isScriptRunning}), "W:quit L:quit I:quit S:- D:- U:quit");
+        row("pending work", with({&F::hasPendingWork}), "W:later L:later I:later S:later D:later U:later");
+        row("overdue work", with({&F::hasPendingWork, &F::isOverdue}),
+            "W:quit L:quit I:quit S:quit D:quit U:quit");
         row("service with work", with({&F::isService, &F::hasPendingWork}),
-            "W:later L:later S:- D:- U:later");
+            "W:later L:later I:later S:- D:- U:later");
         row("a launch and overdue work", with({&F::hasRunner, &F::hasPendingWork, &F::isOverdue}),
-            "W:- L:- S:- D:- U:quit");
+            "W:- L:- I:- S:- D:- U:quit");
     }
     void leaving() {
         QFETCH(LeaveRule::Facts, facts);
         QStringList verdicts;
         for (const auto& [letter, ended] : {std::pair("W", Ended::LastWindow),
                                             {"L", Ended::Launch},
+                                            {"I", Ended::SetUp},
                                             {"S", Ended::Start},
                                             {"D", Ended::Work},
                                             {"U", Ended::User}}) {
