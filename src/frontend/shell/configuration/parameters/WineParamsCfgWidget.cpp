@@ -21,6 +21,7 @@ using namespace Fenk;
 namespace {
 
 constexpr int ControlWidth = 320;
+constexpr int LongestQuote = 40;  ///< characters of a faulty text that a message repeats
 
 template <class Control>
 Control* named(Control* control, const char* objectName) {
@@ -123,7 +124,8 @@ void WineParamsCfgWidget::checkEnvironment() {
                                                ? EnvironmentText::parse(m_entry->environment)
                                                : EnvironmentText::Parsed();
     if (!parsed.leftOut.isEmpty())
-        m_environment->showAlertMessage(tr("“%1” is not NAME=value and is not used").arg(parsed.leftOut), 0);
+        m_environment->showAlertMessage(
+            tr("“%1” is not NAME=value and is not used").arg(parsed.leftOut.left(LongestQuote)), 0);
     else if (parsed.openQuote)
         m_environment->showAlertMessage(tr("The last value has no closing quote"), 0);
     else if (parsed.error)
@@ -151,7 +153,7 @@ void WineParamsCfgWidget::refreshTranslators() {
 void WineParamsCfgWidget::showTranslators(const EmulatorsInfo& translators, bool asked) {
     m_emulators->fill(translators);
     m_emulators->setEnabled(hasTranslators());
-    m_emulatorRow->setTip(!asked             ? tr("The translators could not be asked for")
+    m_emulatorRow->setTip(!asked ? tr("The translators could not be read; open this page again to retry")
                           : hasTranslators() ? tr("Runs x86 programs on this machine")
                                              : tr("This machine has no translator"));
 }
