@@ -174,6 +174,14 @@ void LogView::selectAll() {
     viewport()->update();
 }
 
+void LogView::clear() {
+    m_store = LogStore();
+    m_cursor.moveTo({0, 0}, false);
+    m_top = {};
+    m_follows = true;
+    arrange();
+}
+
 void LogView::select(const LogCursor::Place& anchor, const LogCursor::Place& caret) {
     m_cursor.moveTo(anchor, false);
     m_cursor.moveTo(caret, true);

@@ -40,6 +40,8 @@ public:
 
 public Q_SLOTS:
     void selectAll();
+    /// Drops all lines, and follows the end again.
+    void clear();
 
 Q_SIGNALS:
     /// Other lines are shown, or the same ones elsewhere.

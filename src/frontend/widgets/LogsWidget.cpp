@@ -44,11 +44,11 @@ LogsWidget::LogsWidget(QWidget* parent)
 }
 
 void LogsWidget::showDropped() {
-    if (store().droppedLines() == 0)
-        return;
-    m_dropped->setText(droppedText());
-    if (m_dropped->isHidden()) {
-        m_dropped->show();
+    const bool hasDropped = store().droppedLines() > 0;
+    if (hasDropped)
+        m_dropped->setText(droppedText());
+    if (m_dropped->isHidden() == hasDropped) {
+        m_dropped->setVisible(hasDropped);
         updateIconAreaWidth();
     }
 }
