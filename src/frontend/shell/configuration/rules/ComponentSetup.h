@@ -20,6 +20,8 @@ public:
     /// The value in use, with nothing under way.
     void setGood(const QString& value);
     QString good() const { return m_good; }
+    /// The value that the bottle has now; what is under way, or has failed, stays.
+    void read(const QString& value) { m_good = value; }
 
     void choose(const QString& value);
     /// Takes over what the service was doing before this window was there.

@@ -1,0 +1,105 @@
+#include "shell/configuration/page/BasicPage.h"
+
+#include <QVBoxLayout>
+
+#include "fenk/controls/Card.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "shell/configuration/page/BottleSettings.h"
+#include "shell/configuration/page/ComponentsSwitcherWidget.h"
+#include "shell/configuration/page/SettingControlRow.h"
+#include "shell/configuration/rules/SettingTable.h"
+
+using namespace Fenk;
+
+namespace {
+
+/// Where a card begins.
+const struct {
+    Setting first;
+    const char* title;
+} Groups[] = {
+    {Setting::Renderer, QT_TRANSLATE_NOOP("BasicPage", "Graphics")},
+    {Setting::WindowsVersion, QT_TRANSLATE_NOOP("BasicPage", "Windows and Wine")},
+};
+
+}  // namespace
+
+BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
+    : QScrollArea(parent),
+      m_settings(settings),
+      m_nothing(new Label(tr("No setting has been found"), Label::Secondary)) {
+    setObjectName("basic_page");
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto* inner = new QWidget;
+    auto* layout = new QVBoxLayout(inner);
+    layout->setContentsMargins(Tokens::RingExtent, 0, Tokens::Space12, Tokens::Space8);
+    layout->setSpacing(Tokens::Space8);
+    QVBoxLayout* rows = nullptr;
+    for (const SettingInfo& info : SettingTable::all()) {
+        for (const auto& group : Groups) {
+            if (group.first != info.setting)
+                continue;
+            m_groups.append({new Label(tr(group.title), Label::Strong), new Card, {}});
+            auto* content = new QWidget;
+            rows = new QVBoxLayout(content);
+            rows->setContentsMargins(0, 0, 0, 0);
+            rows->setSpacing(0);
+            m_groups.last().card->addRow(content);
+            layout->addWidget(m_groups.last().title);
+            layout->addWidget(m_groups.last().card);
+            layout->addSpacing(Tokens::Space8);
+        }
+        auto* row = new SettingControlRow(info);
+        connect(row, &SettingControlRow::chosen, settings, &BottleSettings::choose);
+        connect(row, &SettingControlRow::setupLeft, settings, &BottleSettings::cancelSetup);
+        rows->addWidget(row);
+        m_rows.append(row);
+        m_groups.last().rows.append(row);
+    }
+    m_nothing->setAlignment(Qt::AlignCenter);
+    layout->addWidget(m_nothing);
+    layout->addStretch();
+    setWidget(inner);
+    // The window's own ground shows through.
+    viewport()->setAutoFillBackground(false);
+    inner->setAutoFillBackground(false);
+    filter({});
+    connect(settings, &BottleSettings::changed, this, &BasicPage::refresh);
+    refresh();
+}
+
+void BasicPage::refresh() {
+    const SettingRowStates states = m_settings->rowStates();
+    for (SettingControlRow* row : m_rows) {
+        const Setting setting = row->setting();
+        row->setValue(m_settings->values().value(setting), states[size_t(setting)]);
+        if (!row->switcher())
+            continue;
+        const ComponentSetup& setup = m_settings->setup(setting);
+        row->switcher()->setOffer(m_settings->offer(setting), m_settings->values().text(setting));
+        row->switcher()->setSetup(setup);
+        row->setProblem(setup.reason());
+        row->setBusy(setup.isUnderWay());
+    }
+}
+
+int BasicPage::filter(const QString& text) {
+    int count = 0;
+    for (const Group& group : m_groups) {
+        int shown = 0;
+        for (SettingControlRow* row : group.rows) {
+            const bool fits = text.isEmpty() || row->matches(text);
+            row->setVisible(fits);
+            row->setSeparated(fits && shown > 0);
+            shown += fits;
+        }
+        group.title->setVisible(shown > 0);
+        group.card->setVisible(shown > 0);
+        count += shown;
+    }
+    m_nothing->setVisible(count == 0);
+    return count;
+}

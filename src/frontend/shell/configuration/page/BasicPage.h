@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QScrollArea>
+#include <QVector>
+
+#include "shell/configuration/rules/SettingValues.h"
+
+class BottleSettings;
+class SettingControlRow;
+
+namespace Fenk {
+class Card;
+class Label;
+}  // namespace Fenk
+
+/// The page with the basic settings of a bottle: a row for each line of SettingTable, in cards. Shows what
+/// BottleSettings has and hands on what the user chooses.
+class BasicPage : public QScrollArea {
+    Q_OBJECT
+public:
+    explicit BasicPage(BottleSettings* settings, QWidget* parent = nullptr);
+
+    SettingControlRow* row(Setting setting) const { return m_rows[int(setting)]; }
+
+    /// Shows only the rows that match; all of them for an empty text. Returns how many are shown.
+    int filter(const QString& text);
+
+private:
+    struct Group {
+        Fenk::Label* title;
+        Fenk::Card* card;
+        QVector<SettingControlRow*> rows;
+    };
+
+    void refresh();
+
+    BottleSettings* m_settings;
+    QVector<SettingControlRow*> m_rows;  ///< in the order of the settings
+    QVector<Group> m_groups;
+    Fenk::Label* m_nothing;
+};

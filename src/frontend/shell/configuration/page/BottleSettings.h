@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QTimer>
+
+#include "shell/configuration/rules/ComponentOffer.h"
+#include "shell/configuration/rules/ComponentSetup.h"
+#include "shell/configuration/rules/SettingRules.h"
+
+struct BusResult;
+
+/// The settings of one bottle behind the configuration window: reads the record, sends each change to the
+/// service at once and follows the components that it sets up. Shown values are those of the last change; a
+/// refused change is taken back. Holds nothing that the bottle does not. GUI thread; waits for nothing.
+class BottleSettings : public QObject {
+    Q_OBJECT
+public:
+    enum class State { Loading, Ready, Failed };
+
+    BottleSettings(const QString& bottle, QObject* parent);
+    /// Sends a DPI that is still held back.
+    ~BottleSettings() override;
+
+    /// Reads the record again. Also done by itself when the service has left the bus or has come back.
+    void load();
+
+    State state() const { return m_state; }
+    QString errorText() const { return m_errorText; }  ///< for State::Failed
+    const QString& bottle() const { return m_bottle; }
+    const QJsonObject& record() const { return m_record; }
+    const SettingValues& values() const { return m_values; }
+    SettingRowStates rowStates() const { return SettingRules::rowStates(m_values, m_hasNtSync); }
+    const ComponentSetup& setup(Setting component) const { return m_setups[size_t(component)]; }
+    ComponentOffer offer(Setting component) const;
+    void setGraphics(const GraphicsSupport& graphics);
+
+    /// What the user does. The DPI is sent 600 ms after its last change.
+    void choose(Setting setting, const QVariant& value);
+    void cancelSetup(Setting component);
+    /// The answer to programsRunning().
+    void answerProgramsRunning(Setting component, bool close);
+    /// Takes back the last change.
+    void undo();
+    bool canUndo() const { return !m_undo.sent.isEmpty(); }
+
+Q_SIGNALS:
+    void stateChanged();
+    /// Values, rows, lists or what is under way.
+    void changed();
+    /// A change has been sent that undo() takes back.
+    void undoable(Setting setting);
+    /// A change was not taken; for the user.
+    void refused(const QString& errorText);
+    /// The component can only be changed when these programs have been closed.
+    void programsRunning(Setting component, const QStringList& programs);
+    void runnerChanged();
+
+private:
+    struct Undo {
+        SettingValues before;
+        QVector<Setting> sent;
+    };
+
+    void onRecord(const BusResult& result);
+    void readInstalling();
+    void setState(State state, const QString& errorText = {});
+    void send(Setting setting, const QVariant& value);
+    void sendComponent(Setting component);
+    void sendDpi();
+    void followService();
+    void followComponents();
+    void onSetupDone(const QString& kind, const QString& name, const QString& result);
+    void onServiceLost();
+    /// Tells the setup of that kind; shows its value when the change has ended.
+    void tell(const QString& kind, const std::function<bool(ComponentSetup*)>& event);
+    void checkNtSync();
+    ComponentSetup& setupOf(Setting component) { return m_setups[size_t(component)]; }
+
+    const QString m_bottle;
+    State m_state = State::Loading;
+    QString m_errorText;
+    QJsonObject m_record;
+    SettingValues m_values;
+    std::array<ComponentSetup, size_t(SettingCount)> m_setups;  ///< used for components only
+    GraphicsSupport m_graphics;
+    bool m_hasNtSync = false;
+    bool m_followsComponents = false;
+    int m_loads = 0;  ///< answers to older ones are dropped
+    int m_ntSyncChecks = 0;
+    QTimer m_dpiTimer;
+    Undo m_undo;
+    std::array<Undo, size_t(SettingCount)> m_waitingUndo;  ///< of components, until they are set up
+};

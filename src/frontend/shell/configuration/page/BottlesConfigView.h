@@ -1,0 +1,124 @@
+#pragma once
+
+#include <QVariantAnimation>
+
+#include "backend/ProgramRef.h"
+#include "fenk/window/AbstractDialog.h"
+#include "shell/configuration/rules/SettingValues.h"
+
+class AppEntryButton;
+class BasicPage;
+class BottlePrograms;
+class BottleSettings;
+class DebugRun;
+class DebuggingLogsFrame;
+class EntriesColumn;
+class ListPlaceholder;
+class QButtonGroup;
+class QHBoxLayout;
+class QPushButton;
+class QSplitter;
+class QStackedWidget;
+class UndoBar;
+
+namespace Fenk {
+class IconButton;
+class SearchEdit;
+class Spinner;
+}  // namespace Fenk
+
+/// The window in which a user tunes one bottle and tries its programs: the programs on the left, pages of
+/// settings on the right, the log of debugging runs below them. Every change goes to the service at once; the
+/// window holds no configuration of its own. Closes when its bottle is deleted. Deletes itself when it is
+/// closed; programs that it has started go on. GUI thread; waits for nothing.
+class BottlesConfigView : public Fenk::AbstractDialog {
+    Q_OBJECT
+public:
+    /// The pages by the index that links name.
+    enum Page { Basic, WineParameter, DllOverride, FontReplacement, Components, DebuggingTools };
+
+    explicit BottlesConfigView(QWidget* parent = nullptr);
+
+    /// The open window of the bottle, or null.
+    static BottlesConfigView* openWindowOf(const QString& bottle);
+
+    void loadBottle(const QString& bottle);
+    const QString& bottle() const { return m_bottle; }
+    /// Shows the loading view until it is taken back, and then reads the bottle anew.
+    void setLoading(bool loading);
+    void selectProgram(const QString& exePath);
+    void selectProgramById(const QString& id);
+    void showLogs();
+
+Q_SIGNALS:
+    void bottlesLoaded();
+    void closed();
+
+public Q_SLOTS:
+    void onConfigurePageToggled(int page);
+    void onAppEntryBtnClicked(AppEntryButton* button);
+    void onAppEntryBtnRightClicked(AppEntryButton* button, const QPoint& at);
+    void changeSelectedIndex(AppEntryButton* button);
+    void changeSelectedIndex(int index);
+    void onOpenInTerminalActionTriggered();
+    void onOpenFolderActionTriggered();
+    void onDeleteActionTriggered();
+    void onOpenInternalOptsTriggered();
+    void slotsOpenLogsDir();
+    void slotsimportRegs();
+    void slotstoggleLogsView();
+    void slotsAppendLogs(const QString& line);
+    void onAddEntryButtonClicked();
+    void openBottlesDebugTerminal();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QWidget* makeContent();
+    QWidget* makeRightSide();
+    QWidget* makeHead();
+    QWidget* makeFoot();
+    QWidget* makeLoadingView();
+    QWidget* makeToolsPage();
+    void addPage(Page page, const QString& title, QWidget* content);
+    void connectBottle();
+    void refreshState();
+    void refreshPrograms();
+    void refreshRun();
+    void startRun(bool inTerminal);
+    void askAboutPrograms(Setting component, const QStringList& programs);
+    void showError(const QString& errorText);
+    void search(const QString& text);
+    void setExpanded(bool expanded, bool animated);
+    void toggleExpanded();
+    ProgramRef currentRef() const;
+
+    QString m_bottle;
+    BottleSettings* m_settings = nullptr;
+    BottlePrograms* m_programs = nullptr;
+    DebugRun* m_run;
+    bool m_isLoading = false;  ///< the launch that has opened the window says so
+    bool m_isExpanded = true;
+    bool m_hasLoaded = false;
+    QVariantAnimation m_slide;
+
+    QStackedWidget* m_states;
+    Fenk::Spinner* m_spinner = nullptr;
+    ListPlaceholder* m_failed = nullptr;
+    EntriesColumn* m_entries = nullptr;
+    QButtonGroup* m_buttonBox;
+    QHBoxLayout* m_buttonRow = nullptr;
+    QStackedWidget* m_pages;
+    BasicPage* m_basic = nullptr;
+    Fenk::SearchEdit* m_search = nullptr;
+    QSplitter* m_splitter = nullptr;
+    DebuggingLogsFrame* m_logs = nullptr;
+    UndoBar* m_undo = nullptr;
+    QPushButton* m_debug = nullptr;
+    QPushButton* m_stop = nullptr;
+    Fenk::IconButton* m_toggleLogs = nullptr;
+};

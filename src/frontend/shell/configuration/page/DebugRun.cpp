@@ -1,0 +1,94 @@
+#include "shell/configuration/page/DebugRun.h"
+
+#include <QDebug>
+#include <QTimer>
+
+#include "backend/BottleUtils.h"
+#include "launch/records/AppBootingStateManager.h"
+#include "launch/script/LauncherExit.h"
+#include "programs/ProgramRuns.h"
+#include "shell/configuration/rules/DebugLog.h"
+
+namespace {
+constexpr int StopGraceMs = 5000;
+}
+
+DebugRun::DebugRun(QObject* parent) : QObject(parent) {}
+
+DebugRun::~DebugRun() {
+    if (!m_launcher)
+        return;
+    WineLauncher* launcher = m_launcher;
+    launcher->disconnect(this);
+    ProgramRuns::instance()->setStarting(m_ref, false);
+    // The program would wait for somebody who reads what it prints.
+    connect(launcher, &QProcess::readyReadStandardError, launcher,
+            [launcher] { launcher->readAllStandardError(); });
+    connect(launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), launcher,
+            &QObject::deleteLater);
+}
+
+void DebugRun::start(const Request& request) {
+    if (m_launcher)
+        return;
+    m_ref = {request.bottle, request.program.id};
+    m_reader = {};
+    auto* launcher = new WineLauncher(this);
+    m_launcher = launcher;
+    launcher->setBottle(request.bottle, request.record);
+    launcher->setCli(request.inTerminal);
+    launcher->setShowLogs(true);
+    launcher->setWait(true);
+    for (const QString& entry : request.environment)
+        launcher->addEnvironment(entry);
+    connect(launcher, &QProcess::readyReadStandardError, this,
+            [this, launcher] { readLines(m_reader.add(launcher->readAllStandardError())); });
+    connect(launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            [this, launcher, name = request.program.name()] {
+                readLines(m_reader.add(launcher->readAllStandardError()));
+                readLines(m_reader.rest());
+                finish(launcher, LauncherExit::errorText(launcher->report(), name));
+            });
+    connect(launcher, &QProcess::errorOccurred, this, [this, launcher](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            finish(launcher, tr("The launch script cannot be run. Please install Cellarix again."));
+    });
+    ProgramRuns::instance()->setStarting(m_ref, true);
+    launcher->launchProgram(m_ref.uuid);
+    if (!m_launcher)
+        return;
+    AppBootingStateManager::instance()->startRecording(m_ref.bottle, m_ref.uuid);
+    Q_EMIT started();
+}
+
+void DebugRun::readLines(const QStringList& lines) {
+    for (const QString& text : lines) {
+        const DebugLog::Kind kind = DebugLog::kindOf(text);
+        if (kind != DebugLog::Kind::Dropped)
+            Q_EMIT line(text.trimmed(), kind == DebugLog::Kind::Error);
+    }
+}
+
+void DebugRun::finish(WineLauncher* launcher, const QString& errorText) {
+    if (launcher != m_launcher)
+        return;
+    m_launcher = nullptr;
+    launcher->deleteLater();
+    ProgramRuns::instance()->setStarting(m_ref, false);
+    if (AppBootingStateManager::instance()->isRecording(m_ref.uuid))
+        AppBootingStateManager::instance()->finishRecording(m_ref.uuid, !errorText.isEmpty());
+    if (!errorText.isEmpty())
+        qWarning().noquote() << errorText;
+    Q_EMIT ended(errorText);
+}
+
+void DebugRun::stop() {
+    if (!m_launcher)
+        return;
+    BottleUtils::killProgram(m_ref.bottle, m_ref.uuid);
+    // The script ends with its program; one that does not is ended itself.
+    QTimer::singleShot(StopGraceMs, m_launcher.data(), [launcher = m_launcher] {
+        if (launcher && launcher->state() != QProcess::NotRunning)
+            launcher->terminate();
+    });
+}

@@ -1,0 +1,157 @@
+#include "shell/configuration/page/SettingControlRow.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+#include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/SettingRow.h"
+#include "fenk/controls/SwitchButton.h"
+#include "fenk/style/Tokens.h"
+#include "shell/configuration/page/ComponentsSwitcherWidget.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr int ComboWidth = 280;
+constexpr int SpinWidth = 120;
+
+QString translated(const char* text) {
+    return *text ? QCoreApplication::translate("BasicPage", text) : QString();
+}
+
+/// Enables or disables the whole row that a control stands in.
+void setItemEnabled(QWidget* control, bool enabled) {
+    QWidget* item = control;
+    while (item && item->accessibleName() != QLatin1String("basic_settings_item"))
+        item = item->parentWidget();
+    if (item)
+        item->setEnabled(enabled);
+}
+
+}  // namespace
+
+SettingControlRow::SettingControlRow(const SettingInfo& info, QWidget* parent)
+    : QWidget(parent),
+      m_info(info),
+      m_control(makeControl()),
+      m_reset(new IconButton("fenk-refresh", tr("Reset"), nullptr, IconButton::Compact)),
+      m_line(new QWidget) {
+    m_control->setObjectName(info.objectName);
+    m_control->setAccessibleName(SettingTable::label(info.setting));
+    m_control->setAccessibleDescription(translated(info.help));
+    m_reset->setObjectName("reset_btn");
+    m_reset->setAccessibleName(tr("Reset %1").arg(SettingTable::label(info.setting)));
+    QSizePolicy keepsPlace = m_reset->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    m_reset->setSizePolicy(keepsPlace);
+    connect(m_reset, &QToolButton::clicked, this,
+            [this] { Q_EMIT chosen(setting(), SettingValues::standard(setting())); });
+
+    auto* side = new QWidget;
+    auto* controls = new QHBoxLayout(side);
+    controls->setContentsMargins(0, 0, 0, 0);
+    controls->setSpacing(Tokens::Space8);
+    controls->addWidget(m_reset);
+    controls->addWidget(m_control);
+    m_row = new SettingRow(SettingTable::label(info.setting), translated(info.tip), side);
+    m_row->setAccessibleName("basic_settings_item");
+    m_row->setToolTip(plainToolTip(translated(info.help)));
+
+    auto* line = new QFrame;
+    line->setFrameShape(QFrame::HLine);
+    line->setFixedHeight(1);
+    auto* inset = new QHBoxLayout(m_line);
+    inset->setContentsMargins(Tokens::Space16, 0, Tokens::Space16, 0);
+    inset->addWidget(line);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_line);
+    layout->addWidget(m_row);
+}
+
+QWidget* SettingControlRow::makeControl() {
+    const auto report = [this](const QVariant& value) { Q_EMIT chosen(setting(), value); };
+    switch (m_info.control) {
+        case SettingControl::Switch:
+            m_switch = new SwitchButton;
+            connect(m_switch, &QAbstractButton::clicked, this, report);
+            return m_switch;
+        case SettingControl::Number:
+            m_spin = new QSpinBox;
+            m_spin->setRange(SettingChoices::MinimumDpi, SettingChoices::MaximumDpi);
+            m_spin->setSingleStep(SettingChoices::DpiStep);
+            m_spin->setFixedWidth(SpinWidth);
+            connect(m_spin, qOverload<int>(&QSpinBox::valueChanged), this, report);
+            return m_spin;
+        case SettingControl::Component:
+            m_switcher = new ComponentsSwitcherWidget;
+            m_switcher->setName(SettingTable::label(setting()));
+            connect(m_switcher, &ComponentsSwitcherWidget::chosen, this, report);
+            connect(m_switcher, &ComponentsSwitcherWidget::left, this,
+                    [this] { Q_EMIT setupLeft(setting()); });
+            return m_switcher;
+        default:
+            break;
+    }
+    m_combo = new QComboBox;
+    m_combo->setFixedWidth(ComboWidth);
+    for (const SettingChoice& choice : SettingChoices::of(setting()))
+        m_combo->addItem(choice.text, choice.value);
+    connect(m_combo, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            [this, report](int index) { report(m_combo->itemData(index)); });
+    return m_combo;
+}
+
+void SettingControlRow::setValue(const QVariant& value, const SettingRowState& state) {
+    const QSignalBlocker blocker(m_control);
+    if (m_switch)
+        m_switch->setChecked(state.isForcedOn || value.toBool());
+    else if (m_spin)
+        m_spin->setValue(value.toInt());
+    else if (m_combo)
+        m_combo->setCurrentIndex(m_combo->findData(value));
+    m_control->setEnabled(state.isControlEnabled);
+    setItemEnabled(m_control, state.isEnabled);
+    m_isStandard = value == SettingValues::standard(setting());
+    m_canBeUsed = state.canBeUsed();
+    updateReset();
+    m_reason = state.reason;
+    updateTip();
+}
+
+void SettingControlRow::setBusy(bool busy) {
+    m_isBusy = busy;
+    updateReset();
+}
+
+void SettingControlRow::updateReset() {
+    const bool shows = !m_isStandard && m_canBeUsed && !m_isBusy;
+    if (m_reset->hasFocus() && !shows)
+        m_control->setFocus();
+    m_reset->setVisible(shows);
+}
+
+void SettingControlRow::setProblem(const QString& text) {
+    m_problem = text;
+    updateTip();
+}
+
+void SettingControlRow::updateTip() {
+    m_row->setTip(!m_problem.isEmpty() ? m_problem : !m_reason.isEmpty() ? m_reason : translated(m_info.tip));
+}
+
+bool SettingControlRow::matches(const QString& text) const {
+    const QString all = SettingTable::label(setting()) + '\n' + translated(m_info.tip) + '\n' +
+                        translated(m_info.help) + '\n' + m_info.label;
+    return all.contains(text, Qt::CaseInsensitive);
+}
+
+void SettingControlRow::setSeparated(bool separated) {
+    m_line->setVisible(separated);
+}

@@ -1,0 +1,318 @@
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+#include <QProgressBar>
+#include <QSpinBox>
+
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
+#include "fenk/window/Dialog.h"
+#include "shell/configuration/page/AppEntryButton.h"
+#include "shell/configuration/page/BottlesConfigView.h"
+#include "shell/configuration/page/ComponentsSwitcherWidget.h"
+#include "support/FakeBottleService.h"
+#include "support/PrivateBus.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
+
+using TestSupport::RecordedCall;
+using TestSupport::Table;
+
+/// The configuration window of the bottle "office" over a fake service.
+class ConfigurationWindowTest : public QObject {
+    Q_OBJECT
+
+    TestSupport::TestHome m_home;
+    std::unique_ptr<TestSupport::FakeBottleService> m_service;
+    QPointer<BottlesConfigView> m_view;
+
+    void startService() {
+        m_service = std::make_unique<TestSupport::FakeBottleService>();
+        QVERIFY(m_service->start(true));
+        m_service->setJson(
+            "Components.list",
+            QJsonObject{{"runner", QJsonObject{{"installed", QJsonArray{"wine", "ge-proton9"}}}},
+                        {"dxvk", QJsonObject{{"supported", QJsonArray{"dxvk-1", "dxvk-2"}}}}});
+        QVERIFY(m_service->takeName());
+    }
+    void setBottle(const QStringList& programs, QJsonObject record = {}) {
+        QJsonObject entries;
+        for (const QString& id : programs)
+            entries.insert(id, QJsonObject{{"name", "Program " + id}, {"path", "C:\\" + id + ".exe"}});
+        record.insert("Path", m_home.path());
+        record.insert("External_Programs", entries);
+        for (const auto& [key, value] : {std::pair{"Runner", "wine"}, {"Windows", "win10"}}) {
+            if (!record.contains(key))
+                record.insert(key, value);
+        }
+        if (!record.contains("Parameters"))
+            record.insert("Parameters", QJsonObject{{"custom_dpi", 96}, {"renderer", "gl"}});
+        m_service->setBottle("office", record);
+    }
+    void open() {
+        m_view = new BottlesConfigView;
+        QSignalSpy loaded(m_view, &BottlesConfigView::bottlesLoaded);
+        m_view->loadBottle("office");
+        m_view->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_view));
+        QTRY_COMPARE(loaded.count(), 1);
+    }
+    template <class Widget = QWidget>
+    Widget* find(const QString& name) const {
+        return m_view->findChild<Widget*>(name);
+    }
+    ComponentsSwitcherWidget* dxvk() const {
+        return find<ComponentsSwitcherWidget>("dxvk_versions_combobox");
+    }
+    void activate(QComboBox* combo, int index) {
+        combo->setCurrentIndex(index);
+        Q_EMIT combo->activated(index);
+    }
+    bool tell(const QString& signal, const QString& name, const QString& kind = "dxvk",
+              const QString& bottle = "office") {
+        return m_service->emitSignal(signal, "sss", {bottle, kind, name});
+    }
+    bool tellDone(const QString& name, const QString& result) {
+        return m_service->emitSignal("component_setup_done", "ssss", {"office", "dxvk", name, result});
+    }
+    QString tips() const { return dxvk()->findChild<QLabel*>("tips_label")->text(); }
+    QStringList settingCalls() {
+        QStringList methods;
+        for (const RecordedCall& call : m_service->calls()) {
+            if (call.method.startsWith("set"))
+                methods << call.method;
+        }
+        return methods;
+    }
+    QVector<AppEntryButton*> entries() const { return m_view->findChildren<AppEntryButton*>().toVector(); }
+    void chooseDxvk() {
+        activate(dxvk()->combo(), 2);
+        QCOMPARE(m_service->waitForCall("setDxvk").arguments, QJsonArray({"office", "dxvk-2", true}));
+    }
+
+private Q_SLOTS:
+    void init() {
+        Fenk::Theme::instance()->setAnimationsEnabled(false);
+        startService();
+    }
+    void cleanup() {
+        delete m_view;
+        m_service.reset();
+    }
+
+    void loadingNeverWrites() {
+        setBottle({"a"}, {{"Windows", "winxp64"},
+                          {"DXVK", "dxvk-1"},
+                          {"Parameters", QJsonObject{{"custom_dpi", 0},
+                                                     {"renderer", "vulkan"},
+                                                     {"discrete_gpu", true},
+                                                     {"mem_optimized", true}}}});
+        open();
+        QCOMPARE(find<QComboBox>("window_version_combobox")->currentText(), QString("Windows XP"));
+        QCOMPARE(find<QComboBox>("d3drenderer_combobox")->currentText(), QString("vulkan"));
+        QCOMPARE(find<QSpinBox>("dpi_spinbox")->value(), 96);
+        QVERIFY(find<QAbstractButton>("discrete_gpu_switch_btn")->isChecked());
+        QVERIFY(!find("software_render_switch_btn")->isEnabled());
+        QVERIFY(!find("ntsync_switch_btn")->isEnabled());
+        QCOMPARE(dxvk()->combo()->currentText(), QString("dxvk-1"));
+        QCOMPARE(find<ComponentsSwitcherWidget>("vkd3d_versions_combobox")->combo()->currentText(),
+                 QString("Disabled"));
+        m_service->waitForCall("getInstallingComponents");
+        QCOMPARE(settingCalls(), QStringList());
+    }
+
+    void changesAreSent() {
+        setBottle({"a"});
+        open();
+        const auto sent = [this](const QString& method) { return m_service->waitForCall(method).arguments; };
+        find<QAbstractButton>("software_render_switch_btn")->click();
+        QCOMPARE(sent("setCpuRendering"), QJsonArray({"office", true}));
+        find<QComboBox>("window_version_combobox")->setCurrentIndex(3);
+        QCOMPARE(sent("setWindowsVersion"), QJsonArray({"office", "win7"}));
+        find<QComboBox>("d3drenderer_combobox")->setCurrentIndex(1);
+        QCOMPARE(sent("setD3dRenderer"), QJsonArray({"office", "gdi"}));
+        QVERIFY(!find("software_render_switch_btn")->isEnabled());
+        for (int i = 0; i < 5; ++i)
+            find<QSpinBox>("dpi_spinbox")->stepUp();
+        QCOMPARE(sent("setDPI"), QJsonArray({"office", 246}));
+        // Undo takes back the last one, and reset goes to the usual value.
+        find<QAbstractButton>("undo_btn")->click();
+        m_service->waitForCall("setDPI", 2);
+        QCOMPARE(sent("setDPI"), QJsonArray({"office", 96}));
+        auto* row = find("window_version_combobox")->parentWidget();
+        row->findChild<QAbstractButton*>("reset_btn")->click();
+        QTRY_COMPARE(m_service->calls("setWindowsVersion").size(), 2);
+        QCOMPARE(m_service->calls("setWindowsVersion").last().arguments, QJsonArray({"office", "win10"}));
+        // What is held back is sent when the window closes.
+        find<QSpinBox>("dpi_spinbox")->stepUp();
+        m_view->close();
+        m_service->waitForCall("setDPI", 3);
+        QTRY_VERIFY(!m_view);
+    }
+
+    void componentIsSetUp() {
+        setBottle({"a"});
+        open();
+        chooseDxvk();
+        QCOMPARE(m_service->waitForCall("setD3dRenderer").arguments, QJsonArray({"office", "vulkan"}));
+        QCOMPARE(dxvk()->currentIndex(), 0);
+        QVERIFY(tell("component_waiting_downloaded", "dxvk-1") &&
+                tell("component_waiting_downloaded", "dxvk-2", "dxvk", "home") &&
+                tell("component_waiting_downloaded", "dxvk-2"));
+        QTRY_COMPARE(tips(), QString("Waiting for download dxvk-2"));
+        QCOMPARE(dxvk()->currentIndex(), 1);
+        QVERIFY(m_service->emitSignal("/com/lumora/Manager/Components", "com.lumora.Manager.Components",
+                                      "updateProgress", "ssuus", {"dxvk", "dxvk-2", 30, 60, ""}));
+        QTRY_COMPARE(dxvk()->findChild<QProgressBar*>()->value(), 50);
+        QVERIFY(tell("component_setup_start", "dxvk-2"));
+        QTRY_COMPARE(dxvk()->currentIndex(), 2);
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": true}") && tellDone("dxvk-2", "{\"ok\": true}"));
+        QTRY_COMPARE(dxvk()->currentIndex(), 0);
+        QCOMPARE(dxvk()->combo()->currentText(), QString("dxvk-2"));
+        QVERIFY(find<QAbstractButton>("undo_btn")->isVisible());
+    }
+
+    void componentFails() {
+        setBottle({"a"});
+        open();
+        chooseDxvk();
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": false, \"error\": \"no network\"}"));
+        QTRY_COMPARE(tips(), QString("Setup failed: dxvk-2"));
+        QCOMPARE(dxvk()->combo()->currentText(), QString("Disabled"));
+        dxvk()->findChild<QAbstractButton*>("tips_closebtn")->click();
+        QCOMPARE(m_service->waitForCall("cancelInstallingComponent").arguments,
+                 QJsonArray({"office", "dxvk", "dxvk-2"}));
+        QCOMPARE(dxvk()->currentIndex(), 0);
+    }
+
+    void callFails() {
+        m_service->setError("Bottles.setDxvk", "out of order");
+        m_service->setError("Bottles.setCpuRendering", "out of order");
+        setBottle({"a"});
+        open();
+        chooseDxvk();
+        QTRY_COMPARE(tips(), QString("Setup failed: dxvk-2"));
+        auto* gpu = find<QAbstractButton>("software_render_switch_btn");
+        find<QComboBox>("d3drenderer_combobox")->setCurrentIndex(0);
+        gpu->click();
+        QTRY_VERIFY(m_view->findChild<Fenk::FloatingMessage*>());
+        QTRY_VERIFY(!gpu->isChecked());
+    }
+
+    void programsRunning_data() {
+        const Table<int, int, int> row("answer", "kills", "calls");
+        row("close them", 1, 1, 2);
+        row("cancel", 0, 0, 1);
+    }
+    void programsRunning() {
+        QFETCH(int, answer);
+        setBottle({"a"});
+        open();
+        chooseDxvk();
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": false, \"busy\": [\"notepad.exe\"]}"));
+        QTRY_VERIFY(QApplication::activeModalWidget());
+        qobject_cast<Fenk::Dialog*>(QApplication::activeModalWidget())->button(answer)->click();
+        if (answer == 0)
+            m_service->waitForCall("cancelInstallingComponent");
+        else
+            m_service->waitForCall("setDxvk", 2);
+        QFETCH(int, kills);
+        QTEST(m_service->calls("setDxvk").size(), "calls");
+        QCOMPARE(m_service->calls("killWineServer").size(), kills);
+        QCOMPARE(dxvk()->combo()->currentText(), answer ? QString("dxvk-2") : QString("Disabled"));
+    }
+
+    void serviceIsLost() {
+        setBottle({"a"});
+        open();
+        chooseDxvk();
+        m_service->kill();
+        auto* failed = find("failed_view");
+        QTRY_VERIFY(failed->isVisible());
+        startService();
+        setBottle({"a", "b"});
+        QTRY_VERIFY(!failed->isVisible());
+        QTRY_COMPARE(entries().size(), 2);
+        QCOMPARE(tips(), QString("Setup failed: dxvk-2"));
+    }
+
+    void bottleIsNotThere() {
+        m_service->setHeld("Bottles.get:office", "{}");
+        m_view = new BottlesConfigView;
+        m_view->loadBottle("office");
+        m_view->show();
+        QVERIFY(find("loading_view")->isVisible());
+        m_service->waitForCall("get");
+        m_service->release();
+        QTRY_VERIFY(find("failed_view")->isVisible());
+        setBottle({"a"});
+        find("failed_view")->findChild<QAbstractButton*>()->click();
+        QTRY_COMPARE(entries().size(), 1);
+    }
+
+    void programs() {
+        setBottle({"a"});
+        open();
+        const auto menu = [this](AppEntryButton* button) {
+            QStringList texts;
+            Q_EMIT button->menuRequested({});
+            auto* opened = m_view->findChild<QMenu*>("entry_menu");
+            for (const QAction* action : opened->actions())
+                texts << action->text();
+            delete opened;
+            return texts;
+        };
+        QVERIFY(!menu(entries().first()).contains("Delete"));
+        setBottle({"a", "b"});
+        QVERIFY(m_service->emitSignal("program_added", "sss", {"home", "b", "{}"}) &&
+                m_service->emitSignal("program_added", "sss", {"office", "b", "{}"}));
+        QTRY_COMPARE(entries().size(), 2);
+        QVERIFY(menu(entries().last()).contains("Delete"));
+        QVERIFY(entries().last()->isChecked());
+        QCOMPARE(m_view->title(), QString("Configuration of Program b"));
+        m_view->onDeleteActionTriggered();
+        find<Fenk::Dialog>("delete_entry_question")->button(1)->click();
+        QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments, QJsonArray({"office", "b"}));
+        QTRY_COMPARE(entries().size(), 1);
+        QVERIFY(entries().first()->isChecked());
+    }
+
+    void searchFindsSettings() {
+        setBottle({"a"});
+        open();
+        auto* edit = m_view->findChild<QLineEdit*>(QString());
+        for (QLineEdit* candidate : m_view->findChildren<QLineEdit*>()) {
+            if (candidate->accessibleName() == "Search settings")
+                edit = candidate;
+        }
+        edit->setText("memory");
+        QVERIFY(find("mem_optimized_switch_btn")->isVisible());
+        QVERIFY(!find("dpi_spinbox")->isVisible());
+        edit->clear();
+        QVERIFY(find("dpi_spinbox")->isVisible());
+    }
+
+    void closesWithItsBottle() {
+        setBottle({"a"});
+        open();
+        QCOMPARE(BottlesConfigView::openWindowOf("office"), m_view.data());
+        QSignalSpy closed(m_view, &BottlesConfigView::closed);
+        QVERIFY(m_service->emitSignal("bottles_deleted", "s", {"home"}) &&
+                m_service->emitSignal("bottles_deleted", "s", {"office"}));
+        QTRY_VERIFY(!m_view);
+        QCOMPARE(closed.count(), 1);
+        QVERIFY(!BottlesConfigView::openWindowOf("office"));
+    }
+};
+
+int main(int argc, char** argv) {
+    const TestSupport::PrivateBus bus;  // before the application, which connects to it
+    Fenk::Application app(argc, argv);
+    ConfigurationWindowTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "ConfigurationWindowTest.moc"
