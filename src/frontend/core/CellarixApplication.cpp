@@ -8,6 +8,7 @@
 #include "backend/DesktopUtils.h"
 #include "backend/PendingWork.h"
 #include "backend/ServiceThreads.h"
+#include "core/ApplicationWindows.h"
 #include "core/BackendVersion.h"
 #include "core/CommandLineHandler.h"
 #include "core/ImageCache.h"
@@ -36,6 +37,7 @@ CellarixApplication::CellarixApplication(int& argc, char** argv)
       m_windowMonitor(new WindowMonitor(this)),
       m_end(new ProcessEnd([this] { return leaveFacts(); }, this)) {
     installEventFilter(m_windowMonitor);
+    ApplicationWindows::setOpeners();
     LaunchWindows::instance().repair = [this](const ProgramRef& program, const QStringList& components) {
         // A start runs an event loop, in which the caller and its list may go.
         QMetaObject::invokeMethod(

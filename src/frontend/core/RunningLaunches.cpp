@@ -3,11 +3,9 @@
 #include <QCoreApplication>
 #include <QDebug>
 
-#include "core/ApplicationWindows.h"
 #include "core/Refusals.h"
 #include "fenk/window/Application.h"
 #include "fenk/window/Dialog.h"
-#include "launch/LaunchWindows.h"
 #include "launch/bottle/PrivateBottleName.h"
 #include "launch/run/ExeFileRunner.h"
 
@@ -42,11 +40,8 @@ void RunningLaunches::openFile(const QString& path, bool debug) {
         add(runner);
         return;
     }
-    if (!runner)
-        return;
-    if (debug && !runner->id().isEmpty() && !LaunchWindows::instance().configuration)
-        ApplicationWindows::tellNoConfiguration(runner->id());
-    runner->deleteLater();
+    if (runner)
+        runner->deleteLater();
 }
 
 int RunningLaunches::openProgram(const QString& bottle, const QString& uuid) {

@@ -1,0 +1,171 @@
+// Pictures of the configuration window with sample data: configuration-pictures STATE [--theme light|dark]
+// --screenshot FILE. LANG chooses English or Chinese. Needs a session bus on which the name of the bottle
+// service is free. A new state is a line in the table below.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QJsonArray>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <functional>
+
+#include "Pictures.h"
+#include "fenk/controls/SearchEdit.h"
+#include "shell/configuration/page/AppEntryButton.h"
+#include "shell/configuration/page/BottlesConfigView.h"
+#include "shell/configuration/page/ComponentsSwitcherWidget.h"
+#include "shell/configuration/page/DebuggingLogsFrame.h"
+#include "support/FakeBottleService.h"
+
+using namespace TestSupport;
+
+namespace {
+
+const char Bottle[] = "office";
+
+struct Scene {
+    FakeBottleService* service;
+    BottlesConfigView* view;
+    bool tell(const QString& signal, const QString& kind, const QString& name) const {
+        return service->emitSignal(signal, "sss", {Bottle, kind, name});
+    }
+    void choose(const QString& switcher, int index) const {
+        auto* widget = view->findChild<ComponentsSwitcherWidget*>(switcher);
+        Q_EMIT widget->chosen(widget->findChild<QComboBox*>()->itemData(index).toString());
+        settle(300);
+    }
+};
+
+QList<QWidget*> plain(const Scene& scene) {
+    return {scene.view};
+}
+
+QList<QWidget*> changed(const Scene& scene) {
+    scene.view->findChild<QAbstractButton*>("software_render_switch_btn")->click();
+    scene.view->findChild<QComboBox*>("window_version_combobox")->setCurrentIndex(3);
+    settle(300);
+    return {scene.view};
+}
+
+/// One component is fetched, one set up, one has failed.
+QList<QWidget*> setups(const Scene& scene) {
+    scene.choose("dxvk_versions_combobox", 1);
+    scene.choose("vkd3d_versions_combobox", 1);
+    scene.choose("wine_version_combobox", 1);
+    scene.tell("component_waiting_downloaded", "dxvk", "dxvk-2.3");
+    scene.service->emitSignal("/com/lumora/Manager/Components", "com.lumora.Manager.Components",
+                              "updateProgress", "ssuus", {"dxvk", "dxvk-2.3", 3000000, 8000000, ""});
+    scene.tell("component_setup_start", "vkd3d", "vkd3d-proton-2.11");
+    scene.service->emitSignal("component_setup_done", "ssss",
+                              {Bottle, "runner", "lumora-wine-staging",
+                               "{\"ok\": false, \"reasons\": [{\"code\": \"no-connection\", \"arguments\": "
+                               "[\"wine-staging.tar.xz\", \"dl.example.org\"]}]}"});
+    settle(500);
+    return {scene.view};
+}
+
+QList<QWidget*> question(const Scene& scene) {
+    scene.choose("dxvk_versions_combobox", 1);
+    scene.service->emitSignal(
+        "component_setup_done", "ssss",
+        {Bottle, "dxvk", "dxvk-2.3", "{\"ok\": false, \"busy\": [\"Harbour Office\"]}"});
+    settle(500);
+    return {scene.view, QApplication::activeModalWidget()};
+}
+
+QList<QWidget*> logs(const Scene& scene) {
+    scene.view->showLogs();
+    auto* log = scene.view->findChild<DebuggingLogsFrame*>();
+    log->append("0024:fixme:win:RegisterTouchWindow (0000000000010058 00000000): stub", false);
+    log->append(
+        "0024:err:module:import_dll Library mfc42.dll (which is needed by L\"C:\\\\office.exe\") not found",
+        true);
+    settle(300);
+    return {scene.view};
+}
+
+QList<QWidget*> menu(const Scene& scene) {
+    auto* button = scene.view->findChild<AppEntryButton*>();
+    Q_EMIT button->menuRequested(button->mapToGlobal(button->rect().bottomLeft()));
+    settle(300);
+    return {scene.view, scene.view->findChild<QMenu*>("entry_menu")};
+}
+
+QList<QWidget*> tools(const Scene& scene) {
+    scene.view->onConfigurePageToggled(BottlesConfigView::DebuggingTools);
+    settle(100);
+    return {scene.view};
+}
+
+QList<QWidget*> search(const Scene& scene) {
+    scene.view->findChild<Fenk::SearchEdit*>()->setText("vulkan");
+    settle(100);
+    return {scene.view};
+}
+
+QList<QWidget*> narrow(const Scene& scene) {
+    scene.view->findChild<QAbstractButton*>("expand_toolbar_btn")->click();
+    settle(600);
+    return {scene.view};
+}
+
+QList<QWidget*> failed(const Scene& scene) {
+    scene.service->setError("Bottles.get", "the disk is on fire");
+    scene.view->setLoading(true);
+    scene.view->setLoading(false);
+    settle(500);
+    return {scene.view};
+}
+
+QList<QWidget*> loading(const Scene& scene) {
+    scene.view->setLoading(true);
+    settle(900);
+    return {scene.view};
+}
+
+QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
+    const QTemporaryDir directory;
+    FakeBottleService service;
+    if (!service.start(true))
+        return {};
+    service.setJson("Components.list",
+                    QJsonObject{{"runner", QJsonObject{{"installed", QJsonArray{"lumora-wine10-stable"}},
+                                                       {"supported", QJsonArray{"lumora-wine-staging"}}}},
+                                {"dxvk", QJsonObject{{"supported", QJsonArray{"dxvk-2.3", "dxvk-1.10.3"}}}},
+                                {"vkd3d", QJsonObject{{"supported", QJsonArray{"vkd3d-proton-2.11"}}}}});
+    service.setBottle(
+        Bottle,
+        {{"Path", directory.path()},
+         {"Runner", "lumora-wine10-stable"},
+         {"Windows", "win10"},
+         {"Parameters", QJsonObject{{"custom_dpi", 96}, {"renderer", "gl"}}},
+         {"External_Programs",
+          QJsonObject{
+              {"a", QJsonObject{{"name", "Harbour Office"}}},
+              {"b", QJsonObject{{"name", QString::fromUtf8("迅捷屏幕录像工具专业版")}}},
+              {"c", QJsonObject{{"name", "The Very Long Name of a Program That Nobody Can Remember"}}}}}});
+    if (!service.takeName())
+        return {};
+    BottlesConfigView view;
+    view.setAttribute(Qt::WA_DeleteOnClose, false);
+    view.loadBottle(Bottle);
+    view.show();
+    view.activateWindow();
+    settle(800);
+    return picture(windows({&service, &view}));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const struct {
+        const char* name;
+        QList<QWidget*> (*windows)(const Scene&);
+    } states[] = {{"plain", plain},   {"changed", changed}, {"setups", setups},  {"question", question},
+                  {"logs", logs},     {"menu", menu},       {"tools", tools},    {"search", search},
+                  {"narrow", narrow}, {"failed", failed},   {"loading", loading}};
+    QVector<PictureState> pictures;
+    for (const auto& state : states)
+        pictures.append({state.name, [&state] { return paint(state.windows); }});
+    return takePicture(argc, argv, pictures);
+}
