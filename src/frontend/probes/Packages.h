@@ -26,8 +26,8 @@ bool packageInstalled(const QString& package, QString* version = nullptr);
 /// status and version of each architecture directly after one another.
 QString parseInstalledVersion(const QString& output);
 
-/// Whether the package manager could install the package: it has a version of it. False for what is no name of
-/// a package.
+/// Whether the package manager could install the package: it has a version of it. False for what is no name
+/// of a package.
 bool packageAvailable(const QString& package);
 /// The rule behind packageAvailable(): the text of "apt-cache policy".
 bool parseHasCandidate(const QString& policy);

@@ -82,7 +82,8 @@ void SetupAppInfoDialog::addParts() {
     addButton(tr("Cancel"));
     addButton(tr("Install"), true, ButtonRecommend);
     setOnButtonClickedClose(false);
-    for (const auto& [index, name] : {std::pair(CancelButton, "cancel_btn"), {InstallButton, "install_btn"}}) {
+    for (const auto& [index, name] :
+         {std::pair(CancelButton, "cancel_btn"), {InstallButton, "install_btn"}}) {
         button(index)->setAccessibleName(name);
         button(index)->setAccessibleDescription(button(index)->text());
         button(index)->setFixedWidth(ButtonWidth);
@@ -121,8 +122,11 @@ void SetupAppInfoDialog::addPackage(const QString& package) {
 }
 
 void SetupAppInfoDialog::askPackages(bool isClick) {
+    QStringList unknown = m_wanted;
+    for (const QString& runner : qAsConst(ComponentManager::instance()->runnerInstalled))
+        unknown.removeAll(runner);
     inBackground(
-        this, [wanted = m_wanted] { return SetupPackages::ask(wanted); },
+        this, [unknown] { return SetupPackages::ask(unknown); },
         [this, isClick](const SetupPackages& packages) {
             m_packages = packages;
             m_isAsked = true;
@@ -147,8 +151,9 @@ void SetupAppInfoDialog::checkPackages() {
             m_card->add(package);
     }
     m_replaced->setVisible(!replaced.isEmpty());
-    m_replaced->setText(tr("%1 is not available for this computer. The Wine of this computer is used instead.")
-                            .arg(replaced.join(", ")));
+    m_replaced->setText(
+        tr("%1 is not available for this computer. The Wine of this computer is used instead.")
+            .arg(replaced.join(", ")));
     showStep();
 }
 
@@ -160,9 +165,10 @@ void SetupAppInfoDialog::showStep() {
     const Step now = step();
     QString text;
     if (now.isMissing) {
-        text = tr("Required packages and components are missing for install application, please click the "
-                  "missing packages below to install them from App Store. After install all missing packages, "
-                  "click the Next button to continue.");
+        text =
+            tr("Required packages and components are missing for install application, please click the "
+               "missing packages below to install them from App Store. After install all missing packages, "
+               "click the Next button to continue.");
     } else {
         text = tr("You need to provide the setup program of the software in Windows to install it.");
         if (!m_info.downloadUrl.isEmpty())

@@ -1,6 +1,7 @@
 #include "store/install/SetupCleanUp.h"
 
 #include <QDebug>
+#include <QJsonArray>
 #include <QJsonObject>
 
 #include "backend/BottleCleanUp.h"
@@ -12,17 +13,22 @@
 
 namespace {
 
-/// In a thread that may wait for the service. A bottle without a record is not known.
+// Both in a thread that may wait for the service.
+
+QString add(const SetupCleanUp& cleanUp) {
+    return BottleUtils::addExe(cleanUp.bottle, cleanUp.name, cleanUp.setupFile);
+}
+
+/// A bottle without a record is not known.
 PostRunStep settle(const SetupCleanUp& cleanUp) {
     const QJsonObject record = BottlesConfig::instance()->get(cleanUp.bottle);
     if (record.isEmpty())
         return PostRunStep::Keep;
-    const PostRunStep step =
-        postRunStep(BottleRecord::programs(record), cleanUp.setupFile, cleanUp.isSetUp);
+    const PostRunStep step = postRunStep(BottleRecord::programs(record), cleanUp.setupFile, cleanUp.isSetUp);
     if (step == PostRunStep::AlreadyAdded)
         qInfo().noquote() << "program" << cleanUp.setupFile << "already added in bottles";
     else if (step == PostRunStep::AddFile)
-        BottleUtils::addExe(cleanUp.bottle, cleanUp.name, cleanUp.setupFile);
+        add(cleanUp);
     return step;
 }
 
@@ -43,14 +49,25 @@ void SetupCleanUp::start(const std::function<void()>& then) const {
 
 void SetupCleanUp::deleteBottle(const std::function<void()>& end) const {
     BottleCleanUp* service = BottleCleanUp::instance();
-    service->deleteIfUnused(bottle, {}, service, [name = bottle, end](const BusResult& answer) {
+    service->deleteIfUnused(bottle, {}, service, [cleanUp = *this, end](const BusResult& answer) {
         const QJsonObject result = answer.object();
+        const bool isDeleted = answer.ok && result.value("deleted").toBool();
         if (!answer.ok)
-            qWarning().noquote() << "no answer about bottle" << name << answer.errorMessage;
-        else if (result.value("deleted").toBool())
+            qWarning().noquote() << "no answer about bottle" << cleanUp.bottle << answer.errorMessage;
+        else if (isDeleted)
             qInfo() << "Delete bottle because no apps installed";
         else
-            qInfo().noquote() << "bottle" << name << "stays:" << result.value("reason").toString();
-        end();
+            qInfo().noquote() << "bottle" << cleanUp.bottle << "stays:" << result.value("reason").toString();
+        if (answer.ok && !isDeleted && result.value("programs").toArray().isEmpty())
+            cleanUp.addFile(end);
+        else
+            end();
     });
+}
+
+/// So that something leads to the bottle.
+void SetupCleanUp::addFile(const std::function<void()>& end) const {
+    inBackground(
+        BottleCleanUp::instance(), [cleanUp = *this] { return add(cleanUp); },
+        [end](const QString&) { end(); }, ServiceThreads::inOrder());
 }

@@ -11,10 +11,11 @@ struct SetupCleanUp {
     bool isSetUp = false;
 
     /// Returns at once; holds a PendingWork until the end, then calls `then` in the GUI thread. A bottle is
-    /// deleted only when the service knows that it holds nothing. Without an answer of the service everything
-    /// stays. GUI thread.
+    /// deleted only when the service knows that it holds nothing; one that stays without a program gets the
+    /// file as its entry. Without an answer of the service everything stays. GUI thread.
     void start(const std::function<void()>& then) const;
 
 private:
     void deleteBottle(const std::function<void()>& end) const;
+    void addFile(const std::function<void()>& end) const;
 };

@@ -121,10 +121,11 @@ void YamlProgramInstaller::connectService() {
                 if (isSettingUp(bottle))
                     onDescription(text, level);
             });
-    connect(manager, &Manager::setupProgressChanged, this, [this](const QString& bottle, int step, int steps) {
-        if (isSettingUp(bottle))
-            onStep(step, steps);
-    });
+    connect(manager, &Manager::setupProgressChanged, this,
+            [this](const QString& bottle, int step, int steps) {
+                if (isSettingUp(bottle))
+                    onStep(step, steps);
+            });
     connect(manager, &Manager::setupSuccessed, this, [this](const QString& bottle) {
         if (isSettingUp(bottle))
             onSetupDone();

@@ -1,0 +1,128 @@
+#include "store/install/SetupDownload.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+
+#include "store/install/FileHash.h"
+#include "support/HttpServer.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
+
+using TestSupport::Table;
+
+class SetupDownloadTest : public QObject {
+    Q_OBJECT
+
+    TestSupport::TestHome m_home;
+    TestSupport::HttpServer m_server;
+    const QString m_directory = m_home.path() + "/Downloads";
+
+    /// What is in the directory, hidden files too.
+    QStringList found() const {
+        return QDir(m_directory)
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        m_server.files = {{"setup.exe", "MZ" + QByteArray(300000, 'x')},
+                          {"packed.msi", QByteArray("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 rest")},
+                          {"page.exe", "<html>Download</html>"},
+                          {"empty.exe", ""}};
+    }
+    void init() { QDir(m_directory).removeRecursively(); }
+
+    void downloads_data() {
+        const Table<QString, QString, QString> row("path", "file", "error");
+        row("program", "setup.exe", "setup.exe", "");
+        row("package", "moved/packed.msi", "packed.msi", "");
+        row("a page", "page.exe", "", "The address leads to a page");
+        row("empty", "empty.exe", "", "The address leads to a page");
+        row("gone", "gone.exe", "", "no longer at its address");
+        row("cut", "half/setup.exe", "", "check your network");
+        row("to a local file", "away/setup.exe", "", "check your network");
+    }
+    void downloads() {
+        QFETCH(QString, path);
+        QFETCH(QString, file);
+        QFETCH(QString, error);
+        SetupDownload download(nullptr);
+        QSignalSpy good(&download, &SetupDownload::succeeded);
+        QSignalSpy bad(&download, &SetupDownload::failed);
+        download.start(QUrl(m_server.address(path)), m_directory, "App");
+        QTRY_COMPARE(good.size() + bad.size(), 1);
+        QVERIFY(!download.isRunning());
+        QCOMPARE(found(), file.isEmpty() ? QStringList() : QStringList(file));
+        if (!file.isEmpty()) {
+            QCOMPARE(good.first().first().toString(), m_directory + '/' + file);
+            QCOMPARE(TestSupport::readFile(m_directory + '/' + file), m_server.files[file]);
+        } else {
+            QVERIFY2(bad.first().first().toString().contains(error),
+                     qPrintable(bad.first().first().toString()));
+        }
+    }
+
+    void keepsWhatIsThere() {
+        m_home.write("Downloads/setup.exe", "mine");
+        SetupDownload download(nullptr);
+        QSignalSpy good(&download, &SetupDownload::succeeded);
+        download.start(QUrl(m_server.address("setup.exe")), m_directory, "App");
+        QVERIFY(good.wait());
+        QCOMPARE(TestSupport::readFile(m_directory + "/setup.exe"), QByteArray("mine"));
+        QCOMPARE(found(), QStringList({"setup (1).exe", "setup.exe"}));
+    }
+
+    void leavesNothing_data() {
+        const Table<bool> row("isDeleted");
+        row("cancelled", false);
+        row("deleted", true);
+    }
+    void leavesNothing() {
+        QFETCH(bool, isDeleted);
+        auto download = std::make_unique<SetupDownload>(nullptr);
+        QSignalSpy progress(download.get(), &SetupDownload::progressChanged);
+        QSignalSpy cancelled(download.get(), &SetupDownload::cancelled);
+        download->start(QUrl(m_server.address("stalled/setup.exe")), m_directory, "App");
+        QVERIFY(progress.wait());
+        if (isDeleted)
+            download.reset();
+        else
+            download->cancel();
+        QCOMPARE(cancelled.size(), isDeleted ? 0 : 1);
+        QCOMPARE(found(), QStringList());
+    }
+
+    void nothingCanBeSaved() {
+        const QString file = m_home.write("file", "");
+        SetupDownload download(nullptr);
+        QSignalSpy bad(&download, &SetupDownload::failed);
+        download.start(QUrl(m_server.address("setup.exe")), file + "/below", "App");
+        QVERIFY(bad.wait());
+        QVERIFY(!download.isRunning());
+    }
+
+    /// The second file's sum comes, and only that.
+    void hashes() {
+        const QByteArray content(3 << 20, 'y');
+        const QString first = m_home.write("first", "1"), second = m_home.write("second", content);
+        FileHash hash(nullptr);
+        QSignalSpy done(&hash, &FileHash::done);
+        hash.start(first);
+        hash.start(second);
+        QVERIFY(done.wait());
+        QCOMPARE(done.takeFirst().first().toByteArray(),
+                 QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex());
+        hash.start(m_home.path());
+        QVERIFY(done.wait());
+        QCOMPARE(done.takeFirst().first().toByteArray(), QByteArray());
+        hash.start(first);
+        hash.cancel();
+        QVERIFY(!hash.isRunning());
+        hash.start(second);
+        QVERIFY(done.wait());
+        QCOMPARE(done.size(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(SetupDownloadTest)
+#include "SetupDownloadTest.moc"
