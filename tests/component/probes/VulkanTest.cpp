@@ -53,17 +53,11 @@ private Q_SLOTS:
     void windowsAreToldLater() {
         EnvironmentGuard environment;
         useDriver(environment, softwareDevice().isEmpty() ? "/nonexistent" : softwareDevice());
-        int answers = 0;
-        bool available = false;
-        for (int caller = 0; caller < 2; ++caller) {
-            whenDone(this, GraphicsSupport::facts(), [&](const GraphicsSupport::Facts& facts) {
-                ++answers;
-                available = facts.available;
-            });
-        }
-        QCOMPARE(answers, 0);
-        QTRY_COMPARE(answers, 2);
-        QCOMPARE(available, !softwareDevice().isEmpty());
+        QVector<bool> answers;
+        for (int caller = 0; caller < 2; ++caller)
+            whenDone(this, GraphicsSupport::facts(), [&](const auto& facts) { answers << facts.available; });
+        QVERIFY(answers.isEmpty());
+        QTRY_COMPARE(answers, QVector<bool>(2, !softwareDevice().isEmpty()));
     }
 
     void drivers_data() {

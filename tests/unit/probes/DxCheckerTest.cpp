@@ -10,38 +10,32 @@ using TestSupport::Table;
 
 namespace {
 
-/// A loader whose answers a test sets.
+/// A loader with devices of these versions, which fails at one call.
 struct FakeLoader {
-    VkResult created = VK_SUCCESS;
-    QVector<VkResult> enumerations;  ///< results of the calls that fill the list; then VK_SUCCESS
-    QVector<quint32> devices;        ///< API versions
-    VkResult extensions = VK_SUCCESS;
-    QByteArray missing;  ///< a function that it does not have
+    QVector<quint32> devices;
+    QByteArray failing;
+    int incomplete = 2;  ///< lists that come too short
     int instances = 0;
     quint32 wantedVersion = 0;
-    QString application;
+
+    VkResult result(const char* call) const { return failing == call ? VK_ERROR_DEVICE_LOST : VK_SUCCESS; }
 } loader;
 
 VkResult createInstance(const VkInstanceCreateInfo* info, const VkAllocationCallbacks*,
                         VkInstance* instance) {
     loader.wantedVersion = info->pApplicationInfo->apiVersion;
-    loader.application = info->pApplicationInfo->pApplicationName;
-    if (loader.created == VK_SUCCESS) {
-        *instance = reinterpret_cast<VkInstance>(&loader);
-        ++loader.instances;
-    }
-    return loader.created;
+    *instance = reinterpret_cast<VkInstance>(&loader);
+    loader.instances += loader.result("create") == VK_SUCCESS;
+    return loader.result("create");
 }
 void destroyInstance(VkInstance, const VkAllocationCallbacks*) {
     --loader.instances;
 }
 VkResult enumerateDevices(VkInstance, uint32_t* count, VkPhysicalDevice* devices) {
     *count = uint32_t(loader.devices.size());
-    if (!devices)
-        return VK_SUCCESS;
-    for (quint32& version : loader.devices)
-        *devices++ = reinterpret_cast<VkPhysicalDevice>(&version);
-    return loader.enumerations.isEmpty() ? VK_SUCCESS : loader.enumerations.takeFirst();
+    for (int i = 0; devices && i < loader.devices.size(); ++i)
+        devices[i] = reinterpret_cast<VkPhysicalDevice>(&loader.devices[i]);
+    return devices && loader.incomplete-- > 0 ? VK_INCOMPLETE : loader.result("list");
 }
 void properties(VkPhysicalDevice device, VkPhysicalDeviceProperties* result) {
     *result = {};
@@ -49,37 +43,25 @@ void properties(VkPhysicalDevice device, VkPhysicalDeviceProperties* result) {
     result->driverVersion = VK_MAKE_API_VERSION(0, 22, 3, 6);
     std::memset(result->deviceName, 'x', sizeof result->deviceName);  // without an end
 }
-VkResult deviceExtensions(VkPhysicalDevice, const char*, uint32_t* count, VkExtensionProperties* result) {
+VkResult extensions(VkPhysicalDevice, const char*, uint32_t* count, VkExtensionProperties* result) {
     static const char* const names[] = {
         "VK_EXT_descriptor_indexing", "VK_KHR_timeline_semaphore",
         "VK_KHR_create_renderpass2",  "VK_KHR_sampler_mirror_clamp_to_edge",
         "VK_EXT_robustness2",         "VK_KHR_separate_depth_stencil_layouts"};
     *count = 6;
-    for (int i = 0; result && i < 6; ++i) {
-        std::memset(&result[i], 0, sizeof *result);
+    for (int i = 0; result && i < 6; ++i)
         std::strcpy(result[i].extensionName, names[i]);
-    }
-    return loader.extensions;
-}
-
-template <class Function>
-PFN_vkVoidFunction untyped(Function function) {
-    return reinterpret_cast<PFN_vkVoidFunction>(function);
+    return loader.result("extensions");
 }
 
 PFN_vkVoidFunction getProc(VkInstance, const char* name) {
-    const QByteArray wanted = name;
-    if (wanted == loader.missing)
-        return nullptr;
-    if (wanted == "vkCreateInstance")
-        return untyped(createInstance);
-    if (wanted == "vkDestroyInstance")
-        return untyped(destroyInstance);
-    if (wanted == "vkEnumeratePhysicalDevices")
-        return untyped(enumerateDevices);
-    if (wanted == "vkGetPhysicalDeviceProperties")
-        return untyped(properties);
-    return wanted == "vkEnumerateDeviceExtensionProperties" ? untyped(deviceExtensions) : nullptr;
+    static const QHash<QByteArray, PFN_vkVoidFunction> functions = {
+        {"vkCreateInstance", reinterpret_cast<PFN_vkVoidFunction>(createInstance)},
+        {"vkDestroyInstance", reinterpret_cast<PFN_vkVoidFunction>(destroyInstance)},
+        {"vkEnumeratePhysicalDevices", reinterpret_cast<PFN_vkVoidFunction>(enumerateDevices)},
+        {"vkGetPhysicalDeviceProperties", reinterpret_cast<PFN_vkVoidFunction>(properties)},
+        {"vkEnumerateDeviceExtensionProperties", reinterpret_cast<PFN_vkVoidFunction>(extensions)}};
+    return loader.failing == name ? nullptr : functions.value(name);
 }
 
 }  // namespace
@@ -87,79 +69,40 @@ PFN_vkVoidFunction getProc(VkInstance, const char* name) {
 class DxCheckerTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init() { loader = {}; }
-
-    void devices_data() {
-        const Table<QVector<quint32>, bool, int> row("devices", "available", "dxvk");
-        row("none", {}, false, 0);
-        row("1.2", {0x4020e7}, true, 1);
-        row("1.1 and 1.3", {0x401000, 0x403000}, true, 2);
+    void answers_data() {
+        const Table<QVector<quint32>, QString, QString> row("devices", "failing", "logged");
+        row("-00 no device", {}, "", "physical vulkan device supported: 0");
+        row("+1v 1.2", {0x4020e7}, "", "  - 0: xxxxx");
+        row("+2v 1.1 and 1.3", {0x401000, 0x403000}, "", "x (apiVersion: 1.3.0, driverVersion: 22.3.6)");
+        row("+2- no extensions", {0x403000}, "extensions", "failed with vk::PhysicalDevice::enumerate");
+        row("-0- no list", {0x403000}, "list",
+            "failed with vk::Instance::enumeratePhysicalDevices: ErrorDev");
+        row("-0- no instance", {0x403000}, "create", "Failed to create vulkan instance");
+        row("-0- no loader", {0x403000}, "loader", "Failed to create vulkan instance");
+        row("-0- no function", {0x403000}, "vkGetPhysicalDeviceProperties", "has no vkGetPhysicalDeviceProp");
     }
-    void devices() {
+    /// The name of a row begins with the answers: available, level of DXVK, VKD3D.
+    void answers() {
         QFETCH(QVector<quint32>, devices);
-        loader.devices = devices;
-        loader.enumerations = {VK_INCOMPLETE, VK_INCOMPLETE};
-        const LogCapture log;
-        const DxChecker checker(std::make_shared<const DxCheckerImpl>(getProc));
-        QTEST(checker.isAvailable(), "available");
-        QTEST(int(checker.dxvkSupport()), "dxvk");
-        QTEST(checker.vkd3dSupport(), "available");
-        QCOMPARE(loader.application, QString("DxChecker"));
-        QCOMPARE(loader.wantedVersion, 0x400000U);
-        QVERIFY(log.contains(QString("physical vulkan device supported: %1").arg(devices.size())));
-        if (devices.size() == 2)
-            QVERIFY2(
-                log.contains("  - 1: " + QString(256, 'x') + " (apiVersion: 1.3.0, driverVersion: 22.3.6)"),
-                qPrintable(log.text()));
-    }
-
-    void faults_data() {
-        const Table<QString, QString> row("fault", "logged");
-        row("no loader", "", "Failed to create vulkan instance");
-        row("no instance", "created", "Failed to create vulkan instance");
-        row("no list", "list", "failed with vk::Instance::enumeratePhysicalDevices: ErrorOutOfHostMemory");
-        row("no create", "vkCreateInstance", "Failed to create vulkan instance");
-        row("no function", "vkGetPhysicalDeviceProperties", "has no vkGetPhysicalDeviceProperties");
-    }
-    void faults() {
-        QFETCH(QString, fault);
-        loader.devices = {0x403000};
-        loader.missing = fault.toUtf8();
-        if (fault == "created")
-            loader.created = VK_ERROR_INCOMPATIBLE_DRIVER;
-        if (fault == "list")
-            loader.enumerations = {VK_ERROR_OUT_OF_HOST_MEMORY};
+        QFETCH(QString, failing);
+        QFETCH(QString, logged);
+        loader = {devices, failing.toUtf8()};
         const LogCapture log;
         {
-            const DxChecker checker(
-                std::make_shared<const DxCheckerImpl>(fault.isEmpty() ? nullptr : getProc));
-            QVERIFY(!checker.isAvailable());
-            QCOMPARE(checker.dxvkSupport(), DxvkSupportResult::DontSupport);
-            QVERIFY(!checker.vkd3dSupport());
+            const QByteArray expected = QTest::currentDataTag();
+            auto first = std::make_unique<DxChecker>(
+                std::make_shared<const DxCheckerImpl>(failing == "loader" ? nullptr : getProc));
+            const DxChecker checker(*first);
+            first.reset();  // the instance goes with the last copy
+            QCOMPARE(checker.isAvailable(), expected[0] == '+');
+            QCOMPARE(int(checker.dxvkSupport()), expected[1] - '0');
+            QCOMPARE(checker.vkd3dSupport(), expected[2] == 'v');
+            if (checker.isAvailable())
+                QCOMPARE(loader.instances, 1);
         }
-        QFETCH(QString, logged);
-        QVERIFY2(log.contains(QtWarningMsg, logged), qPrintable(log.text()));
         QCOMPARE(loader.instances, 0);
-    }
-
-    void extensionsUnknown() {
-        loader.devices = {0x403000};
-        loader.extensions = VK_ERROR_DEVICE_LOST;
-        const LogCapture log;
-        const DxChecker checker(std::make_shared<const DxCheckerImpl>(getProc));
-        QVERIFY(checker.isAvailable() && !checker.vkd3dSupport());
-        QVERIFY2(log.contains(QtWarningMsg, "failed with"), qPrintable(log.text()));
-    }
-
-    void copiesShareTheInstance() {
-        loader.devices = {0x403000};
-        auto first = std::make_unique<DxChecker>(std::make_shared<const DxCheckerImpl>(getProc));
-        auto second = std::make_unique<DxChecker>(*first);
-        first.reset();
-        QCOMPARE(loader.instances, 1);
-        QVERIFY(second->isAvailable());
-        second.reset();
-        QCOMPARE(loader.instances, 0);
+        QCOMPARE(loader.wantedVersion, failing == "loader" ? 0U : 0x400000U);
+        QVERIFY2(log.contains(logged), qPrintable(log.text()));
     }
 };
 

@@ -37,22 +37,23 @@ class GraphicsVerdictsTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void dxvk_data() {
-        const Table<QVector<quint32>, QString, QStringList> row("devices", "printed", "offered");
+        const Table<QVector<quint32>, QString, QStringList> row("devices", "name", "offered");
         const QStringList all = {"dxvk-2.3", "dxvk-1.10.3", "v2.4-async", "1.9.2"};
-        row("none", {}, "DxvkSupportResult::DontSupport", {});
-        row("below 1.0", {0x3fffff}, "DxvkSupportResult::DontSupport", {});
-        row("1.0.0", {0x400000}, "DxvkSupportResult::Supportv1", {"dxvk-1.10.3", "1.9.2"});
-        row("1.2.231", {0x4020e7}, "DxvkSupportResult::Supportv1", {"dxvk-1.10.3", "1.9.2"});
-        row("1.3.0", {0x403000}, "DxvkSupportResult::Supportv2", all);
-        row("1.1 and 1.3", {0x401000, 0x403001}, "DxvkSupportResult::Supportv2", all);
-        row("1.3 and 1.1", {0x403001, 0x401000}, "DxvkSupportResult::Supportv2", all);
+        row("none", {}, "DontSupport", {});
+        row("below 1.0", {0x3fffff}, "DontSupport", {});
+        row("1.0.0", {0x400000}, "Supportv1", {"dxvk-1.10.3", "1.9.2"});
+        row("1.2.231", {0x4020e7}, "Supportv1", {"dxvk-1.10.3", "1.9.2"});
+        row("1.3.0", {0x403000}, "Supportv2", all);
+        row("1.1 and 1.3", {0x401000, 0x403001}, "Supportv2", all);
+        row("1.3 and 1.1", {0x403001, 0x401000}, "Supportv2", all);
     }
     void dxvk() {
         QFETCH(QVector<quint32>, devices);
         const DxvkSupportResult support = GraphicsVerdicts::dxvkSupport(devices);
         QString printed;
         QDebug(&printed) << support;
-        QTEST(printed.trimmed(), "printed");
+        QFETCH(QString, name);
+        QCOMPARE(printed.trimmed(), "DxvkSupportResult::" + name);
         QTEST(
             GraphicsVerdicts::usableDxvkVersions(support, {"dxvk-2.3", "dxvk-1.10.3", "v2.4-async", "1.9.2"}),
             "offered");
