@@ -5,6 +5,10 @@
 
 #include "backend/EmulatorsInfo.h"
 
+EmulatorComboBox::EmulatorComboBox(QWidget* parent) : QComboBox(parent) {
+    setFocusPolicy(Qt::StrongFocus);
+}
+
 void EmulatorComboBox::fill(const EmulatorsInfo& emulators) {
     const QSignalBlocker quiet(this);
     clear();

@@ -9,7 +9,7 @@ struct EmulatorsInfo;
 class EmulatorComboBox : public QComboBox {
     Q_OBJECT
 public:
-    using QComboBox::QComboBox;
+    explicit EmulatorComboBox(QWidget* parent = nullptr);
 
     /// Shows these, and the bottle's one as chosen, without a signal.
     void fill(const EmulatorsInfo& emulators);

@@ -8,6 +8,7 @@
 
 WineChannerCombobox::WineChannerCombobox(QWidget* parent) : QComboBox(parent) {
     setEditable(true);
+    setFocusPolicy(Qt::StrongFocus);
     setInsertPolicy(NoInsert);
     setCompleter(nullptr);  // it would complete the names of entries, which are no channels
     for (int entry = 0; entry < LogChannels::count(); ++entry)
