@@ -1421,6 +1421,33 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>LogFileEdit</name>
+    <message>
+        <source>Please select the path to save log files</source>
+        <translation>请选择日志文件的保存路径</translation>
+    </message>
+    <message>
+        <source>Log files</source>
+        <translation>日志文件</translation>
+    </message>
+    <message>
+        <source>Choose a file</source>
+        <translation>选择文件</translation>
+    </message>
+    <message>
+        <source>Log files (*.log)</source>
+        <translation>日志文件 (*.log)</translation>
+    </message>
+    <message>
+        <source>Unnamed</source>
+        <translation>未命名</translation>
+    </message>
+    <message>
+        <source>There is no such folder</source>
+        <translation>没有这个文件夹</translation>
+    </message>
+</context>
+<context>
     <name>LogsWidget</name>
     <message>
         <source>The oldest lines were dropped: %1</source>
@@ -2303,6 +2330,49 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>WineChannerCombobox</name>
+    <message>
+        <source>Basic Logs</source>
+        <translation>基础日志</translation>
+    </message>
+    <message>
+        <source>Window Logs</source>
+        <translation>窗口日志</translation>
+    </message>
+    <message>
+        <source>File Logs</source>
+        <translation>文件日志</translation>
+    </message>
+    <message>
+        <source>Font Logs</source>
+        <translation>字体日志</translation>
+    </message>
+    <message>
+        <source>Game Controls</source>
+        <translation>游戏控制</translation>
+    </message>
+    <message>
+        <source>Game Graphics</source>
+        <translation>游戏图形</translation>
+    </message>
+    <message>
+        <source>Keyboard Input</source>
+        <translation>键盘输入</translation>
+    </message>
+    <message>
+        <source>Mouse Logs</source>
+        <translation>鼠标日志</translation>
+    </message>
+    <message>
+        <source>Network Logs</source>
+        <translation>网络日志</translation>
+    </message>
+    <message>
+        <source>Sound Logs</source>
+        <translation>声音日志</translation>
+    </message>
+</context>
+<context>
     <name>WineExeLaunchBanner</name>
     <message>
         <source>A Wine App is executing</source>
@@ -2330,6 +2400,77 @@ please wait for the component download to complete!</source>
     <message>
         <source>Launching</source>
         <translation>正在启动</translation>
+    </message>
+</context>
+<context>
+    <name>WineParamsCfgWidget</name>
+    <message>
+        <source>Please enter startup parameters</source>
+        <translation>请输入启动参数</translation>
+    </message>
+    <message>
+        <source>Please enter the environment variable</source>
+        <translation>请输入环境变量</translation>
+    </message>
+    <message>
+        <source>Translator</source>
+        <translation>转译器</translation>
+    </message>
+    <message>
+        <source>This machine has no translator</source>
+        <translation>本机没有转译器</translation>
+    </message>
+    <message>
+        <source>Please select the log channel</source>
+        <translation>请选择日志通道</translation>
+    </message>
+    <message>
+        <source>Startup parameter</source>
+        <translation>启动参数</translation>
+    </message>
+    <message>
+        <source>Environment Variables</source>
+        <translation>环境变量</translation>
+    </message>
+    <message>
+        <source>Wine Log Channel</source>
+        <translation>Wine 日志通道</translation>
+    </message>
+    <message>
+        <source>What a debugging run logs</source>
+        <translation>调试运行时记录的内容</translation>
+    </message>
+    <message>
+        <source>NAME=value, separated by blanks; quotes keep blanks in a value</source>
+        <translation>名称=值，以空格分隔；值中含空格时请加引号</translation>
+    </message>
+    <message>
+        <source>Log files</source>
+        <translation>日志文件</translation>
+    </message>
+    <message>
+        <source>Where a debugging run is logged</source>
+        <translation>调试运行日志的保存位置</translation>
+    </message>
+    <message>
+        <source>“%1” is not NAME=value and is not used</source>
+        <translation>“%1”不是“名称=值”的形式，未被采用</translation>
+    </message>
+    <message>
+        <source>The last value has no closing quote</source>
+        <translation>最后一个值缺少结束引号</translation>
+    </message>
+    <message>
+        <source>A name has only letters, digits and “_”, and does not begin with a digit</source>
+        <translation>名称只能包含字母、数字和“_”，且不能以数字开头</translation>
+    </message>
+    <message>
+        <source>The translators could not be read; open this page again to retry</source>
+        <translation>未能读取转译器；请重新打开此页重试</translation>
+    </message>
+    <message>
+        <source>Runs x86 programs on this machine</source>
+        <translation>用于在本机运行 x86 程序</translation>
     </message>
 </context>
 </TS>
