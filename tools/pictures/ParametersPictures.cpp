@@ -3,6 +3,7 @@
 // service is free.
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QFileDialog>
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QVBoxLayout>
@@ -69,6 +70,13 @@ QList<QWidget*> faults(const Scene& scene) {
     return {scene.window};
 }
 
+QList<QWidget*> save(const Scene& scene) {
+    filled(scene);
+    scene.page->onSetLogSaveDir();
+    settle(400);
+    return {scene.window, scene.page->findChild<QFileDialog*>()};
+}
+
 QList<QWidget*> focus(const Scene& scene) {
     filled(scene);
     scene.part<QAbstractButton>("params_log_file_button")->setFocus(Qt::TabFocusReason);
@@ -105,5 +113,6 @@ int main(int argc, char** argv) {
                         {"filled", [] { return paint(true, filled); }},
                         {"channels", [] { return paint(true, channels); }},
                         {"faults", [] { return paint(true, faults); }},
+                        {"save", [] { return paint(true, save); }},
                         {"focus", [] { return paint(true, focus); }}});
 }
