@@ -10,6 +10,8 @@ set(CELLARIX_SANITIZE "" CACHE STRING "Value for -fsanitize, empty for none")
 set(CELLARIX_AGREEMENT_URL "http://localhost/cellarix/agreement/%1.html" CACHE STRING
     "Service agreement page; %1 becomes cn or en")
 set(CELLARIX_STORE_URL "" CACHE STRING "The store, without a slash at its end; empty for the store server on each machine")
+set(CELLARIX_DRIVER_HELP_URL "http://localhost/cellarix/help/%1/drivers.html" CACHE STRING
+    "How to install drivers of graphics cards; %1 becomes cn or en")
 set(CELLARIX_FORUM_URL "http://localhost/cellarix/forum/" CACHE STRING "Where users talk to each other")
 
 set(CELLARIX_BIN_DIR ${CELLARIX_PREFIX}/files/bin)

@@ -1,8 +1,30 @@
 #include "core/ApplicationWindows.h"
 
+#include <QPointer>
+
+#include "backend/InBackground.h"
+#include "environment/BottleEnvScript.h"
 #include "launch/LaunchWindows.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
+#include "shell/configuration/page/ProtonSetup.h"
+
+namespace {
+
+/// The check may take long; the set-up itself runs an event loop until its window is closed.
+void prepareProton(QObject* context, const std::function<void()>& then) {
+    inBackground(
+        context, [] { return protonInitScript().needsRun(); },
+        [alive = QPointer<QObject>(context), then](bool needsRun) {
+            if (needsRun)
+                protonInitScript().start(true);
+            if (alive)
+                then();
+        });
+}
+
+}  // namespace
 
 void ApplicationWindows::setOpeners() {
+    ProtonSetup::set(prepareProton);
     LaunchWindows::instance().configuration = &LaunchedConfigWindow::open;
 }

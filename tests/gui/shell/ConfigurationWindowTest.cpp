@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -279,6 +280,23 @@ private Q_SLOTS:
         QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments, QJsonArray({"office", "b"}));
         QTRY_COMPARE(entries().size(), 1);
         QVERIFY(entries().first()->isChecked());
+    }
+
+    void parametersAreSaved() {
+        setBottle({"a", "b"});
+        open();
+        m_view->onConfigurePageToggled(BottlesConfigView::WineParameter);
+        for (QLineEdit* edit : m_view->findChildren<QLineEdit*>()) {
+            if (edit->placeholderText() == "Please enter startup parameters")
+                edit->setText("-x 1");
+        }
+        m_view->changeSelectedIndex(1);
+        m_view->close();
+        const RecordedCall call = m_service->waitForCall("updateExternalProgram");
+        const QJsonObject saved = QJsonDocument::fromJson(call.arguments.at(1).toString().toUtf8()).object();
+        QCOMPARE(saved.value("id").toString(), QString("a"));
+        QCOMPARE(saved.value("arguments").toString(), QString("-x 1"));
+        QCOMPARE(m_service->calls("updateExternalProgram").size(), 1);
     }
 
     void searchFindsSettings() {

@@ -1,6 +1,8 @@
 #include "shell/configuration/rules/SettingRules.h"
 
 #include "shell/configuration/rules/ComponentOffer.h"
+#include "shell/configuration/rules/DebugLog.h"
+#include "shell/configuration/rules/DriverRule.h"
 #include "shell/configuration/rules/EntryList.h"
 #include "shell/configuration/rules/SettingTable.h"
 #include "support/LogCapture.h"
@@ -151,9 +153,33 @@ private Q_SLOTS:
         QFETCH(QString, current);
         const ComponentOffer offer =
             ComponentOffer::of(Setting(setting), {"a-2.3", "a-1.10"}, {"a-1.10", "", "b-21"}, current,
-                               {known, driver, level, vkd3d});
+                               {known, driver, DxvkSupportResult(level), vkd3d});
         QTEST(offer.values, "values");
         QTEST(offer.obstacle, "obstacle");
+    }
+
+    void logLines_data() {
+        const Table<QString, int> row("line", "kind");
+        row("trace", "0024:trace:seh:start_debugger x", int(DebugLog::Kind::Dropped));
+        row("traced error", "12.5:0024:trace:seh:err", int(DebugLog::Kind::Dropped));
+        row("error", "0024:err:module:import_dll", int(DebugLog::Kind::Error));
+        row("capitals", "ERROR: no disk", int(DebugLog::Kind::Error));
+        row("other case", "Error", int(DebugLog::Kind::Plain));
+        row("plain", "0024:fixme:win:stub", int(DebugLog::Kind::Plain));
+        row("word", "a trace of it", int(DebugLog::Kind::Plain));
+    }
+    void logLines() {
+        QFETCH(QString, line);
+        QTEST(int(DebugLog::kindOf(line)), "kind");
+    }
+
+    void drivers() {
+        QVERIFY(DriverRule::isConcerned("amd64", "ge-proton9"));
+        QVERIFY(DriverRule::isConcerned("amd64", "lumora-ge-proton10"));
+        QVERIFY(!DriverRule::isConcerned("amd64", "lumora-proton9"));
+        QVERIFY(!DriverRule::isConcerned("arm64", "ge-proton9"));
+        QVERIFY(DriverRule::isFor32Bit("PE32 executable (GUI) Intel 80386, for MS Windows"));
+        QVERIFY(!DriverRule::isFor32Bit("PE32+ executable (GUI) x86-64, for MS Windows"));
     }
 
     void entries() {

@@ -53,7 +53,7 @@ BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
             layout->addSpacing(Tokens::Space8);
         }
         auto* row = new SettingControlRow(info);
-        connect(row, &SettingControlRow::chosen, settings, &BottleSettings::choose);
+        connect(row, &SettingControlRow::chosen, this, &BasicPage::chosen);
         connect(row, &SettingControlRow::setupLeft, settings, &BottleSettings::cancelSetup);
         rows->addWidget(row);
         m_rows.append(row);

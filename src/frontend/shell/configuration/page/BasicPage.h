@@ -25,6 +25,9 @@ public:
     /// Shows only the rows that match; all of them for an empty text. Returns how many are shown.
     int filter(const QString& text);
 
+Q_SIGNALS:
+    void chosen(Setting setting, const QVariant& value);
+
 private:
     struct Group {
         Fenk::Label* title;

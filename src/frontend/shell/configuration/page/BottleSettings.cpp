@@ -14,6 +14,7 @@
 #include "backend/ServiceNames.h"
 #include "core/base/ToolProcess.h"
 #include "launch/run/BottleTasks.h"
+#include "probes/GraphicsSupport.h"
 #include "shell/configuration/rules/SettingTable.h"
 
 namespace {
@@ -47,6 +48,7 @@ BottleSettings::BottleSettings(const QString& bottle, QObject* parent) : QObject
     m_dpiTimer.setInterval(DpiDelayMs);
     connect(&m_dpiTimer, &QTimer::timeout, this, &BottleSettings::sendDpi);
     followService();
+    checkGraphics();
 }
 
 BottleSettings::~BottleSettings() {
@@ -163,12 +165,6 @@ ComponentOffer BottleSettings::offer(Setting component) const {
                               : isDxvk ? manager->dxvkSupported
                                        : manager->vkd3dSupported,
                               m_values.text(component), m_graphics);
-}
-
-void BottleSettings::setGraphics(const GraphicsSupport& graphics) {
-    m_graphics = graphics;
-    qInfo() << "dxvk supported: " << graphics.dxvkLevel;
-    Q_EMIT changed();
 }
 
 void BottleSettings::choose(Setting setting, const QVariant& value) {
@@ -346,6 +342,14 @@ void BottleSettings::checkNtSync() {
         if (number != m_ntSyncChecks || hasNtSync == m_hasNtSync)
             return;
         m_hasNtSync = hasNtSync;
+        Q_EMIT changed();
+    });
+}
+
+void BottleSettings::checkGraphics() {
+    whenDone(this, GraphicsSupport::facts(), [this](const GraphicsSupport::Facts& facts) {
+        qInfo() << "dxvk supported: " << facts.dxvk;
+        m_graphics = {true, facts.available, facts.dxvk, facts.vkd3d};
         Q_EMIT changed();
     });
 }

@@ -32,7 +32,6 @@ public:
     SettingRowStates rowStates() const { return SettingRules::rowStates(m_values, m_hasNtSync); }
     const ComponentSetup& setup(Setting component) const { return m_setups[size_t(component)]; }
     ComponentOffer offer(Setting component) const;
-    void setGraphics(const GraphicsSupport& graphics);
 
     /// What the user does. The DPI is sent 600 ms after its last change.
     void choose(Setting setting, const QVariant& value);
@@ -74,6 +73,7 @@ private:
     /// Tells the setup of that kind; shows its value when the change has ended.
     void tell(const QString& kind, const std::function<bool(ComponentSetup*)>& event);
     void checkNtSync();
+    void checkGraphics();
     ComponentSetup& setupOf(Setting component) { return m_setups[size_t(component)]; }
 
     const QString m_bottle;
@@ -82,7 +82,7 @@ private:
     QJsonObject m_record;
     SettingValues m_values;
     std::array<ComponentSetup, size_t(SettingCount)> m_setups;  ///< used for components only
-    GraphicsSupport m_graphics;
+    GraphicsFacts m_graphics;
     bool m_hasNtSync = false;
     bool m_followsComponents = false;
     int m_loads = 0;  ///< answers to older ones are dropped

@@ -20,6 +20,7 @@
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
+#include "backend/ProgramRecord.h"
 #include "core/base/SettingsStore.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/IconButton.h"
@@ -41,9 +42,12 @@
 #include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/DebugRun.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
+#include "shell/configuration/page/DriverWarning.h"
 #include "shell/configuration/page/EntriesColumn.h"
+#include "shell/configuration/page/ProtonSetup.h"
 #include "shell/configuration/page/UndoBar.h"
-#include "shell/configuration/rules/DebugLog.h"
+#include "shell/configuration/parameters/LogChannels.h"
+#include "shell/configuration/parameters/WineParamsCfgWidget.h"
 #include "shell/configuration/rules/SettingTable.h"
 #include "widgets/FileChoice.h"
 
@@ -66,6 +70,7 @@ int widthOf(bool expanded) {
 BottlesConfigView::BottlesConfigView(QWidget* parent)
     : AbstractDialog(parent),
       m_run(new DebugRun(this)),
+      m_driverCheck(new DriverCheck(this)),
       m_states(new QStackedWidget),
       m_buttonBox(new QButtonGroup(this)),
       m_pages(new QStackedWidget) {
@@ -81,6 +86,10 @@ BottlesConfigView::BottlesConfigView(QWidget* parent)
         if (bottle == m_bottle)
             close();
     });
+}
+
+BottlesConfigView::~BottlesConfigView() {
+    saveEditedParameters();
 }
 
 BottlesConfigView* BottlesConfigView::openWindowOf(const QString& bottle) {
@@ -122,9 +131,12 @@ void BottlesConfigView::connectBottle() {
             m_undo->withdraw();
     });
     connect(m_undo, &UndoBar::undone, m_settings, &BottleSettings::undo);
+    connect(m_settings, &BottleSettings::runnerChanged, this, &BottlesConfigView::checkDriver);
+    connect(m_basic, &BasicPage::chosen, this, &BottlesConfigView::choose);
     connect(m_programs, &BottlePrograms::changed, this, &BottlesConfigView::refreshPrograms);
     connect(m_programs, &BottlePrograms::failed, this, &BottlesConfigView::showError);
     connect(m_run, &DebugRun::line, m_logs, &DebuggingLogsFrame::append);
+    connect(m_run, &DebugRun::failed, this, &BottlesConfigView::showError);
     connect(m_run, &DebugRun::ended, this, [this](const QString& errorText) {
         if (!errorText.isEmpty())
             m_logs->append(errorText, true);
@@ -178,6 +190,8 @@ QWidget* BottlesConfigView::makeRightSide() {
     pages->addWidget(m_pages, 1);
     m_basic = new BasicPage(m_settings);
     addPage(Basic, tr("Basic Configuration"), m_basic);
+    m_params = new WineParamsCfgWidget;
+    addPage(WineParameter, tr("Wine Parameter"), m_params);
     addPage(DebuggingTools, tr("Debugging Tools"), makeToolsPage());
 
     m_logs = new DebuggingLogsFrame;
@@ -317,6 +331,7 @@ void BottlesConfigView::refreshState() {
     m_hasLoaded = m_hasLoaded && state != State::Failed;
     if (state != State::Ready || m_isLoading)
         return;
+    m_params->setBottle(m_bottle, BottleRecord::path(m_settings->record()));
     m_programs->setRecord(m_settings->record());
     const bool isFirst = !m_hasLoaded;
     m_hasLoaded = true;
@@ -348,6 +363,7 @@ void BottlesConfigView::refreshPrograms() {
     const ProgramEntry* entry = m_programs->list().currentEntry();
     m_debug->setEnabled(entry);
     m_debug->setToolTip(entry ? QString() : tr("There is no application in this container"));
+    showParameters();
     setTitle(entry ? tr("Configuration of %1").arg(entry->name()) : tr("Container Configuration"));
 }
 
@@ -371,8 +387,68 @@ void BottlesConfigView::startRun(bool inTerminal) {
         return;
     m_logs->clear();
     showLogs();
-    const QString channels = DebugLog::channels({}, m_settings->values().text(Setting::Runner));
-    m_run->start({m_bottle, m_settings->record(), *entry, {"WINEDEBUG=" + channels}, inTerminal});
+    m_debug->setEnabled(false);
+    saveParameters(m_bottle, *m_parameters.value(entry->id), this,
+                   [this, id = entry->id, inTerminal](const BusResult& result) {
+                       m_debug->setEnabled(m_programs->list().currentEntry());
+                       if (result.ok)
+                           run(id, inTerminal);
+                       else
+                           showError(tr("The parameters could not be saved: %1").arg(result.errorText()));
+                   });
+}
+
+/// Once its parameters are saved, since the launch script reads them from the bottle.
+void BottlesConfigView::run(const QString& id, bool inTerminal) {
+    const int index = m_programs->list().indexOf(id);
+    if (index < 0 || m_run->isRunning())
+        return;
+    const EntryParameters& parameters = *m_parameters.value(id);
+    const QString channels =
+        LogChannels::environment(parameters.channels, m_settings->values().text(Setting::Runner));
+    m_run->start({m_bottle,
+                  m_settings->record(),
+                  m_programs->list().entries()[index],
+                  {channels},
+                  parameters.logPath,
+                  inTerminal});
+}
+
+/// The parameters of the programs that are there; what was set for one stays while the window is open.
+void BottlesConfigView::showParameters() {
+    for (const ProgramEntry& entry : m_programs->list().entries()) {
+        std::shared_ptr<EntryParameters>& parameters = m_parameters[entry.id];
+        if (!parameters)
+            parameters = std::make_shared<EntryParameters>(entry.recordWithId());
+    }
+    m_params->setEntry(m_parameters.value(currentRef().uuid));
+}
+
+/// What was not edited may have been changed elsewhere, and stays.
+void BottlesConfigView::saveEditedParameters() {
+    if (!m_programs)
+        return;
+    for (const ProgramEntry& entry : m_programs->list().entries()) {
+        const auto parameters = m_parameters.value(entry.id);
+        if (parameters && parameters->toRecord() != EntryParameters(entry.recordWithId()).toRecord())
+            saveParameters(m_bottle, *parameters);
+    }
+}
+
+void BottlesConfigView::choose(Setting setting, const QVariant& value) {
+    if (setting != Setting::Runner || !LogChannels::isProtonVersion(value.toString())) {
+        m_settings->choose(setting, value);
+        return;
+    }
+    ProtonSetup::prepare(m_settings,
+                         [settings = m_settings, setting, value] { settings->choose(setting, value); });
+}
+
+void BottlesConfigView::checkDriver() {
+    const ProgramEntry* entry = m_programs->list().currentEntry();
+    m_driverCheck->check(BottleRecord::path(m_settings->record()),
+                         entry ? ProgramRecord::path(entry->record) : QString(),
+                         m_settings->values().text(Setting::Runner));
 }
 
 void BottlesConfigView::askAboutPrograms(Setting component, const QStringList& programs) {
@@ -431,6 +507,7 @@ void BottlesConfigView::onConfigurePageToggled(int page) {
         m_pages->setCurrentIndex(i);
         m_buttonBox->button(page)->setChecked(true);
     }
+    m_params->refreshTranslators();
 }
 
 void BottlesConfigView::onAppEntryBtnClicked(AppEntryButton* button) {

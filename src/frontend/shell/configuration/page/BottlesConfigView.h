@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QVariantAnimation>
+#include <memory>
 
 #include "backend/ProgramRef.h"
 #include "fenk/window/AbstractDialog.h"
@@ -10,6 +12,8 @@ class AppEntryButton;
 class BasicPage;
 class BottlePrograms;
 class BottleSettings;
+class DriverCheck;
+class EntryParameters;
 class DebugRun;
 class DebuggingLogsFrame;
 class EntriesColumn;
@@ -20,6 +24,7 @@ class QPushButton;
 class QSplitter;
 class QStackedWidget;
 class UndoBar;
+class WineParamsCfgWidget;
 
 namespace Fenk {
 class IconButton;
@@ -38,6 +43,7 @@ public:
     enum Page { Basic, WineParameter, DllOverride, FontReplacement, Components, DebuggingTools };
 
     explicit BottlesConfigView(QWidget* parent = nullptr);
+    ~BottlesConfigView() override;
 
     /// The open window of the bottle, or null.
     static BottlesConfigView* openWindowOf(const QString& bottle);
@@ -90,6 +96,11 @@ private:
     void refreshPrograms();
     void refreshRun();
     void startRun(bool inTerminal);
+    void run(const QString& id, bool inTerminal);
+    void saveEditedParameters();
+    void showParameters();
+    void checkDriver();
+    void choose(Setting setting, const QVariant& value);
     void askAboutPrograms(Setting component, const QStringList& programs);
     void showError(const QString& errorText);
     void search(const QString& text);
@@ -101,6 +112,8 @@ private:
     BottleSettings* m_settings = nullptr;
     BottlePrograms* m_programs = nullptr;
     DebugRun* m_run;
+    DriverCheck* m_driverCheck;
+    QHash<QString, std::shared_ptr<EntryParameters>> m_parameters;  ///< by the program's id
     bool m_isLoading = false;  ///< the launch that has opened the window says so
     bool m_isExpanded = true;
     bool m_hasLoaded = false;
@@ -114,6 +127,7 @@ private:
     QHBoxLayout* m_buttonRow = nullptr;
     QStackedWidget* m_pages;
     BasicPage* m_basic = nullptr;
+    WineParamsCfgWidget* m_params = nullptr;
     Fenk::SearchEdit* m_search = nullptr;
     QSplitter* m_splitter = nullptr;
     DebuggingLogsFrame* m_logs = nullptr;

@@ -1,9 +1,12 @@
 #include "shell/configuration/page/DebugRun.h"
 
 #include <QDebug>
+#include <QFile>
+#include <QSaveFile>
 #include <QTimer>
 
 #include "backend/BottleUtils.h"
+#include "backend/InBackground.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/script/LauncherExit.h"
 #include "programs/ProgramRuns.h"
@@ -11,7 +14,21 @@
 
 namespace {
 constexpr int StopGraceMs = 5000;
+constexpr qint64 PieceBytes = 1 << 20;
+
+bool copyFile(const QString& from, const QString& to) {
+    QFile source(from);
+    QSaveFile target(to);
+    if (!source.open(QIODevice::ReadOnly) || !target.open(QIODevice::WriteOnly))
+        return false;
+    while (!source.atEnd()) {
+        const QByteArray piece = source.read(PieceBytes);
+        if (piece.isEmpty() || target.write(piece) != piece.size())
+            return false;
+    }
+    return target.commit();
 }
+}  // namespace
 
 DebugRun::DebugRun(QObject* parent) : QObject(parent) {}
 
@@ -33,6 +50,7 @@ void DebugRun::start(const Request& request) {
         return;
     m_ref = {request.bottle, request.program.id};
     m_reader = {};
+    m_keptLogPath = request.logPath;
     auto* launcher = new WineLauncher(this);
     m_launcher = launcher;
     launcher->setBottle(request.bottle, request.record);
@@ -55,6 +73,7 @@ void DebugRun::start(const Request& request) {
     });
     ProgramRuns::instance()->setStarting(m_ref, true);
     launcher->launchProgram(m_ref.uuid);
+    m_logPath = launcher->logPath();
     if (!m_launcher)
         return;
     AppBootingStateManager::instance()->startRecording(m_ref.bottle, m_ref.uuid);
@@ -77,6 +96,7 @@ void DebugRun::finish(WineLauncher* launcher, const QString& errorText) {
     ProgramRuns::instance()->setStarting(m_ref, false);
     if (AppBootingStateManager::instance()->isRecording(m_ref.uuid))
         AppBootingStateManager::instance()->finishRecording(m_ref.uuid, !errorText.isEmpty());
+    keepLog();
     if (!errorText.isEmpty())
         qWarning().noquote() << errorText;
     Q_EMIT ended(errorText);
@@ -90,5 +110,18 @@ void DebugRun::stop() {
     QTimer::singleShot(StopGraceMs, m_launcher.data(), [launcher = m_launcher] {
         if (launcher && launcher->state() != QProcess::NotRunning)
             launcher->terminate();
+    });
+}
+
+/// The launch script always writes the program's own log.
+void DebugRun::keepLog() {
+    if (m_keptLogPath.isEmpty())
+        return;
+    const auto copy = [from = m_logPath, to = m_keptLogPath] { return copyFile(from, to); };
+    inBackground(this, copy, [this, path = m_keptLogPath](bool isKept) {
+        if (isKept)
+            return;
+        qWarning().noquote() << "cannot write the log to" << path;
+        Q_EMIT failed(tr("The log could not be written to %1.").arg(path));
     });
 }

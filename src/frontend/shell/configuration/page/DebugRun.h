@@ -18,6 +18,7 @@ public:
         QJsonObject record;  ///< of the bottle
         ProgramEntry program;
         QStringList environment;  ///< "KEY=value"
+        QString logPath;          ///< where the log is kept, too, when the run has ended; may be empty
         bool inTerminal = false;
     };
 
@@ -35,12 +36,17 @@ Q_SIGNALS:
     void started();
     /// Once for each start. The text is for the user; empty when the program was started.
     void ended(const QString& errorText);
+    /// The log could not be kept.
+    void failed(const QString& errorText);
 
 private:
     void readLines(const QStringList& lines);
+    void keepLog();
     void finish(WineLauncher* launcher, const QString& errorText);
 
     QPointer<WineLauncher> m_launcher;
     LogLineReader m_reader;
     ProgramRef m_ref;
+    QString m_logPath;      ///< of the running program
+    QString m_keptLogPath;  ///< where the user wants it; may be empty
 };

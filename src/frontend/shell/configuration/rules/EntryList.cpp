@@ -11,6 +11,12 @@ QString ProgramEntry::name() const {
     return name.isEmpty() ? id : name;
 }
 
+QJsonObject ProgramEntry::recordWithId() const {
+    QJsonObject result = record;
+    result.insert("id", id);
+    return result;
+}
+
 const ProgramEntry* EntryList::currentEntry() const {
     return m_current >= 0 && m_current < m_entries.size() ? &m_entries[m_current] : nullptr;
 }

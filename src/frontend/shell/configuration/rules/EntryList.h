@@ -11,6 +11,8 @@ struct ProgramEntry {
     QJsonObject record;
 
     QString name() const;
+    /// The record with its id in it, which old ones lack.
+    QJsonObject recordWithId() const;
 };
 
 /// The programs of a bottle in the order in which the window got to know them, and which of them is current.

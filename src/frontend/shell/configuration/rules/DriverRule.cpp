@@ -1,0 +1,11 @@
+#include "shell/configuration/rules/DriverRule.h"
+
+#include "shell/configuration/parameters/LogChannels.h"
+
+bool DriverRule::isConcerned(const QString& architecture, const QString& runner) {
+    return architecture == QLatin1String("amd64") && LogChannels::isProtonVersion(runner);
+}
+
+bool DriverRule::isFor32Bit(const QString& fileDescription) {
+    return fileDescription.contains(QLatin1String("PE32 executable"));
+}
