@@ -76,7 +76,8 @@ bool BottleService::registerOn(const QDBusConnection& bus) {
 
 bool BottleService::areRequestsDone() const {
     return m_programs.isIdle() && m_desktop.isIdle() && m_components.isIdle() &&
-           m_bottleComponents.isIdle() && m_dependencies.isIdle() && m_repairOffers.isIdle() && m_setups.isIdle();
+           m_bottleComponents.isIdle() && m_dependencies.isIdle() && m_repairOffers.isIdle() &&
+           m_setups.isIdle();
 }
 
 void BottleService::close() {

@@ -63,7 +63,8 @@ Manifest::Program programOf(const QJsonObject& record) {
     QString path = record["path"].toString();
     if (!ManifestPath::check(path, ManifestPath::Use::Run).isEmpty())
         path = path.replace('\\', '/').section('/', -1);
-    return {record["name"].toString(), path, record["arguments"].toString(), textsOf(record["envs"], isShared)};
+    return {record["name"].toString(), path, record["arguments"].toString(),
+            textsOf(record["envs"], isShared)};
 }
 
 }  // namespace

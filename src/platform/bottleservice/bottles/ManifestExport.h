@@ -8,8 +8,8 @@
 #include "manifest/Manifest.h"
 
 /// The export of a bottle in which a program works as a manifest for other users (docs/MANIFEST.md): what the
-/// program is, and with which Wine, components, settings and overrides it was made to work. It contains no path
-/// of this user's machine.
+/// program is, and with which Wine, components, settings and overrides it was made to work. It contains no
+/// path of this user's machine.
 namespace ManifestExport {
 
 extern const char FileName[];
@@ -19,8 +19,8 @@ extern const char FileName[];
 /// and an error text.
 QJsonObject parseForm(const QString& json, QString* error);
 
-/// `record` is the bottle, `program` its program. From the manifest that the bottle was set up from come what a
-/// bottle does not record: the facts of the set-up file, registry values, files and commands.
+/// `record` is the bottle, `program` its program. From the manifest that the bottle was set up from come what
+/// a bottle does not record: the facts of the set-up file, registry values, files and commands.
 Manifest make(const QJsonObject& form, const QJsonObject& record, const QJsonObject& program,
               const std::optional<Manifest>& origin);
 

@@ -31,8 +31,8 @@ std::optional<Manifest> load(const QString& bottlePath) {
     if (!QFileInfo::exists(bottlePath + FileName))
         return std::nullopt;
     const auto text = Fenk::RegularFile::read(bottlePath + FileName, ManifestReader::MaximumBytes);
-    const auto result = text ? ManifestReader::read(*text)
-                             : ManifestReader::Result{{}, "It is no file, or too large."};
+    const auto result =
+        text ? ManifestReader::read(*text) : ManifestReader::Result{{}, "It is no file, or too large."};
     if (result.error.isEmpty())
         return result.manifest;
     qWarning().noquote() << bottlePath + FileName << "is ignored:" << result.error;

@@ -6,15 +6,16 @@
 
 #include "manifest/Manifest.h"
 
-/// The manifest that a bottle was set up from, which stays in the bottle as setup-manifest.yml. Programs in the
-/// bottle can change it, so it is checked as any other when it is read.
+/// The manifest that a bottle was set up from, which stays in the bottle as setup-manifest.yml. Programs in
+/// the bottle can change it, so it is checked as any other when it is read.
 namespace SetupManifest {
 
 extern const char FileName[];
 
 /// Nothing when the bottle has none, or an invalid one, which is logged.
 std::optional<Manifest> load(const QString& bottlePath);
-/// Writes it into a directory that does not have the bottle's name yet. Returns an error text, empty on success.
+/// Writes it into a directory that does not have the bottle's name yet. Returns an error text, empty on
+/// success.
 QString save(const QString& directory, const Manifest& manifest);
 
 /// The record of a program that enters the bottle, with the arguments and variables that the manifest has for

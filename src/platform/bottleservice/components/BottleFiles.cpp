@@ -39,8 +39,9 @@ QString writeOne(const QString& bottlePath, const Manifest::File& file) {
     const QString found = isReached ? Fenk::findIgnoringCase(directory, name) : QString();
     const QString path = directory + '/' + (found.isEmpty() ? name : found);
     if (!isReached || isRealDirectory(path))
-        return QString("The file \"%1\" cannot be put into the bottle: its folder leads elsewhere or cannot be "
-                       "made, or a folder has its name.")
+        return QString(
+                   "The file \"%1\" cannot be put into the bottle: its folder leads elsewhere or cannot be "
+                   "made, or a folder has its name.")
             .arg(file.path);
     QString error;
     AtomicFile::replace(path, file.content, &error, AtomicFile::Safety::Quick);

@@ -2,8 +2,8 @@
 
 #include <QStringList>
 
-/// DXVK and VKD3D as they lie on the machine: a directory for each version, with its DLLs below "x64" and "x32"
-/// or "x86".
+/// DXVK and VKD3D as they lie on the machine: a directory for each version, with its DLLs below "x64" and
+/// "x32" or "x86".
 namespace GraphicsLayer {
 
 /// The paths of the DLLs of a version.

@@ -26,7 +26,8 @@ InstallJob::Need ChangeGraphicsJob::prepare(const BottleYaml& settings, const Ru
 void ChangeGraphicsJob::work() {
     Background::run(
         this,
-        [prefix = bottle().path(), own = m_template, dlls = GraphicsLayer::knownDlls(m_key), files = m_files] {
+        [prefix = bottle().path(), own = m_template, dlls = GraphicsLayer::knownDlls(m_key),
+         files = m_files] {
             QString fault;
             for (const QString& dll : dlls) {
                 if (fault.isEmpty())

@@ -68,6 +68,6 @@ void CreateBottleJob::fail(const Reason& reason) {
     qWarning() << "bottle" << BottleName::shown(m_name) << "was not made:" << told.text();
     if (m_staged)
         m_staged->discard();
-    finish(Answer::of(JsonText::compact(
-        QJsonObject{{"ok", false}, {"error", told.text()}, {"reasons", told.toJson()}})));
+    finish(Answer::of(
+        JsonText::compact(QJsonObject{{"ok", false}, {"error", told.text()}, {"reasons", told.toJson()}})));
 }

@@ -16,9 +16,11 @@
 #include "bottleservice/jobs/SetupDependency.h"
 #include "bottleservice/jobs/SetupSettings.h"
 #include "bottleservice/jobs/StagedBottle.h"
+#include "bottleservice/wine/AddedFiles.h"
 #include "bottleservice/wine/BottleStopper.h"
 #include "bottleservice/wine/LaunchData.h"
 #include "bottleservice/wine/RegistryWriter.h"
+#include "bottleservice/wine/Templates.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
 
@@ -29,6 +31,17 @@ namespace {
 
 constexpr int CommandTimeoutMs = 30 * 60 * 1000;
 constexpr int WineserverMs = 60000;
+
+Reason reasonOf(const WineCommand& ended, const QString& program, const QString& detail) {
+    QString what = detail;
+    if (ended.hasTimedOut())
+        what = "it took too long and was ended.";
+    else if (ended.exitCode())
+        what = QString("it ended with code %1.").arg(*ended.exitCode());
+    else if (ended.hasStarted())
+        what = "it was killed or crashed.";
+    return QString("The command \"%1\" of the manifest has failed: %2").arg(program, what);
+}
 
 }  // namespace
 
@@ -176,8 +189,7 @@ void SetupBottleJob::installLayers() {
     for (const auto& layer : layers) {
         if (layer.version.isEmpty())
             continue;
-        const QStringList dlls =
-            GraphicsLayer::dllsOf(m_tools.components.pathOf(layer.kind, layer.version));
+        const QStringList dlls = GraphicsLayer::dllsOf(m_tools.components.pathOf(layer.kind, layer.version));
         if (dlls.isEmpty()) {
             stepEnded(QString("\"%1\" holds no DLLs.").arg(layer.version));
             return;
@@ -218,8 +230,8 @@ void SetupBottleJob::installDependency(int index) {
 
 void SetupBottleJob::applySettings() {
     QStringList warnings;
-    const RegistryChange change = SetupSettings::apply(m_manifest, PrefixFiles::is64Bit(m_staged->path()),
-                                                       &*m_settings, &warnings);
+    const RegistryChange change =
+        SetupSettings::apply(m_manifest, PrefixFiles::is64Bit(m_staged->path()), &*m_settings, &warnings);
     for (const QString& warning : qAsConst(warnings))
         Q_EMIT described(warning);
     if (change.isEmpty()) {
@@ -254,19 +266,18 @@ void SetupBottleJob::run(const Manifest::Command& command) {
         m_command->deleteLater();
         if (!errorText.isEmpty())
             qWarning().noquote() << "output of a failed command:" << m_command->output().right(4000);
-        stepEnded(errorText.isEmpty() ? Reason()
-                                      : QString("The command \"%1\" of the manifest has failed: %2")
-                                            .arg(command.program, errorText));
+        stepEnded(errorText.isEmpty() ? Reason() : reasonOf(*m_command, command.program, errorText));
     });
     m_command->start(CommandTimeoutMs);
 }
 
-/// As programs of the bottle get it, without Wine's questions about Mono and Gecko, which would block a command.
+/// As programs of the bottle get it, without Wine's questions about Mono and Gecko, which would block a
+/// command.
 QProcessEnvironment SetupBottleJob::commandEnvironment() const {
     QJsonObject variables = LaunchData::environment(m_staged->path(), m_settings->record());
     const QJsonObject quiet = WineEnvironment::forCreation(m_staged->path());
-    variables.insert("WINEDLLOVERRIDES", quiet["WINEDLLOVERRIDES"].toString() + ';' +
-                                             variables["WINEDLLOVERRIDES"].toString());
+    variables.insert("WINEDLLOVERRIDES",
+                     quiet["WINEDLLOVERRIDES"].toString() + ';' + variables["WINEDLLOVERRIDES"].toString());
     variables.insert("WINEDEBUG", quiet["WINEDEBUG"]);
     return WineEnvironment::forProcess(variables);
 }
@@ -276,7 +287,7 @@ void SetupBottleJob::finishWine() {
     const auto stop = [this] {
         stopProcesses([this](bool isClean) {
             if (isClean)
-                place();
+                recordFiles();
             else
                 fail(Reason::ProgramsNotEnded);
         });
@@ -303,6 +314,22 @@ void SetupBottleJob::stopProcesses(std::function<void(bool)> then) {
         then(isClean);
     });
     stopper->start();
+}
+
+/// So that a bottle into which nothing was installed after its set-up is known to hold nothing.
+void SetupBottleJob::recordFiles() {
+    m_bottle.templates()->run(
+        this,
+        [path = m_staged->path(), original = m_bottle.templates()->pathOf(m_settings->templateKey()),
+         cancelled = m_cancelled](const std::atomic_bool&) {
+            return AddedFiles::record(path, original, *cancelled);
+        },
+        [this](const QString& fault) {
+            if (fault.isEmpty())
+                place();
+            else
+                fail(*m_cancelled ? Reason(Reason::Cancelled) : Reason(fault));
+        });
 }
 
 void SetupBottleJob::place() {

@@ -21,11 +21,11 @@ class SetupDependency;
 class StagedBottle;
 class WineCommand;
 
-/// Makes a bottle as a manifest describes it. All work is done in a hidden directory (StagedBottle) that gets the
-/// bottle's name as the last step, so that failure, cancel() and a kill of the service at any moment leave no
-/// bottle. An existing bottle is replaced only when it is known to hold nothing; otherwise the job fails. Runs
-/// only Wine's own programs and the manifest's commands, without a shell and with a time limit. Owned by the
-/// bottle's queue; lives in the main thread, works in child processes and worker threads.
+/// Makes a bottle as a manifest describes it. All work is done in a hidden directory (StagedBottle) that gets
+/// the bottle's name as the last step, so that failure, cancel() and a kill of the service at any moment
+/// leave no bottle. An existing bottle is replaced only when it is known to hold nothing; otherwise the job
+/// fails. Runs only Wine's own programs and the manifest's commands, without a shell and with a time limit.
+/// Owned by the bottle's queue; lives in the main thread, works in child processes and worker threads.
 class SetupBottleJob : public Job {
     Q_OBJECT
 
@@ -38,8 +38,8 @@ public:
         Recipes recipes;
         Sources sources;
         ComponentStore components;
-        /// Makes a job that deletes the bottle if it holds nothing, as DeleteUnusedJob does, and changes nothing
-        /// otherwise.
+        /// Makes a job that deletes the bottle if it holds nothing, as DeleteUnusedJob does, and changes
+        /// nothing otherwise.
         std::function<std::unique_ptr<Job>(const Reply&)> makeDeletion;
     };
 
@@ -76,6 +76,7 @@ private:
     QProcessEnvironment commandEnvironment() const;
     void finishWine();
     void stopProcesses(std::function<void(bool isClean)> then);
+    void recordFiles();
     void place();
     void fail(const Reason& reason);
 

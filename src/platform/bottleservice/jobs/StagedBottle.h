@@ -12,8 +12,8 @@ class Reclaimer;
 class Templates;
 
 /// A bottle that is being made: a copy of its Wine's template in a hidden directory beside the other bottles,
-/// which the next start of the service removes if this one is killed. Owned by a job; lives in the main thread,
-/// copies in a worker thread.
+/// which the next start of the service removes if this one is killed. Owned by a job; lives in the main
+/// thread, copies in a worker thread.
 class StagedBottle : public QObject {
     Q_OBJECT
 
@@ -23,8 +23,8 @@ public:
 
     /// Makes the copy; finished() follows.
     void start();
-    /// Ends the work; finished() follows with a reason. A template that is being made is finished all the same,
-    /// for the next bottle.
+    /// Ends the work; finished() follows with a reason. A template that is being made is finished all the
+    /// same, for the next bottle.
     void cancel();
 
     /// The hidden directory; empty before start().
@@ -33,8 +33,8 @@ public:
     /// The settings of a new bottle on this Wine.
     BottleYaml freshSettings() const;
 
-    /// Writes the settings and gives the directory the bottle's name, which must be free. Nothing may run in it.
-    /// Returns a reason on failure, an empty one on success.
+    /// Writes the settings and gives the directory the bottle's name, which must be free. Nothing may run in
+    /// it. Returns a reason on failure, an empty one on success.
     Reason place(const BottleYaml& settings);
     /// Removes the hidden directory in the background.
     void discard();

@@ -18,8 +18,8 @@ public:
     /// See DeleteUnusedJob.
     void deleteIfUnused(const QString& bottle, const QString& ignoredProgram, const Reply& reply);
 
-    /// The job of deleteIfUnused(), for a job of that bottle which replaces it when it is unused. A bottle that
-    /// stays is left unchanged.
+    /// The job of deleteIfUnused(), for a job of that bottle which replaces it when it is unused. A bottle
+    /// that stays is left unchanged.
     std::unique_ptr<Job> makeDeletionOfUnused(const QString& bottle, const Reply& reply);
 
 private:

@@ -137,7 +137,7 @@ void SetupRequests::onFetched(const QString& kind, const QString& name, const Re
 void SetupRequests::enqueue(const QString& bottle) {
     Setup& setup = m_setups[bottle];
     const BottleAccess& bottles = m_engine->bottles();
-    if (setup.runner != setup.manifest.wineCommand)
+    if (setup.runner != setup.manifest.wineCommand && !setup.manifest.wineCommand.isEmpty())
         Q_EMIT described(bottle,
                          QString("The Wine \"%1\" is not to be had on this machine; using %2 instead.")
                              .arg(BottleName::shown(setup.manifest.wineCommand), setup.runner),
@@ -184,10 +184,10 @@ void SetupRequests::tellStep(const QString& bottle, int step, const QString& tit
 
 void SetupRequests::tellBytes(const QString& bottle, const QString& file, qint64 received, qint64 total) {
     const QLocale locale = QLocale::c();
-    const QString text = total > 0 ? QString("Downloading %1: %2 of %3")
-                                         .arg(file, locale.formattedDataSize(received),
-                                              locale.formattedDataSize(total))
-                                   : QString("Downloading %1: %2").arg(file, locale.formattedDataSize(received));
+    const QString text =
+        total > 0 ? QString("Downloading %1: %2 of %3")
+                        .arg(file, locale.formattedDataSize(received), locale.formattedDataSize(total))
+                  : QString("Downloading %1: %2").arg(file, locale.formattedDataSize(received));
     QString& last = m_setups[bottle].lastMoment;
     if (last == text)
         return;

@@ -14,10 +14,10 @@ class ComponentRequests;
 class Downloads;
 class SetupBottleJob;
 
-/// The requests to set up bottles from manifests. The components of the machine that a manifest needs are fetched
-/// first; the rest is done by one SetupBottleJob in the bottle's queue. Every setup() ends in exactly one
-/// succeeded() or failed(), also one with an invalid argument; of a request that is repeated while it is being
-/// carried out, both end in the same. Owned by BottleService; lives in the main thread.
+/// The requests to set up bottles from manifests. The components of the machine that a manifest needs are
+/// fetched first; the rest is done by one SetupBottleJob in the bottle's queue. Every setup() ends in exactly
+/// one succeeded() or failed(), also one with an invalid argument; of a request that is repeated while it is
+/// being carried out, both end in the same. Owned by BottleService; lives in the main thread.
 class SetupRequests : public QObject {
     Q_OBJECT
 
@@ -25,7 +25,8 @@ public:
     SetupRequests(BottleEngine* engine, Downloads* downloads, ComponentRequests* components,
                   CleanUpRequests* cleanUps, const QString& catalogueDir, QObject* parent = nullptr);
 
-    /// `manifest` is Base64. Answers at once; with Busy when the bottle is being set up from another manifest.
+    /// `manifest` is Base64. Answers at once; with Busy when the bottle is being set up from another
+    /// manifest.
     void setup(const QString& bottle, const QString& manifest, const Reply& reply);
     /// Answers at once; failed() follows where there was something to cancel.
     void cancel(const QString& bottle, const Reply& reply);

@@ -122,10 +122,8 @@ RegistryChange RegistryChange::number(const QString& key, const QString& name, q
 RegistryChange RegistryChange::value(const Manifest::RegistryValue& value) {
     RegistryChange change;
     if (isOneLine(value.key + value.name))
-        change.m_entries =
-            value.name.isEmpty()
-                ? QString("[%1]\n@=%2\n\n").arg(value.key, dataOf(value))
-                : entry(value.key, value.name, dataOf(value));
+        change.m_entries = value.name.isEmpty() ? QString("[%1]\n@=%2\n\n").arg(value.key, dataOf(value))
+                                                : entry(value.key, value.name, dataOf(value));
     return change;
 }
 

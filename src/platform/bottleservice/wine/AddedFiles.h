@@ -15,6 +15,12 @@ struct AddedFiles {
 
     static constexpr int MaximumExecutables = 500;
 
+    /// Records the files that a new bottle has beyond its template (setup-files.json), since whoever has made
+    /// it can make it again: as long as they keep their size and time, they do not count. Returns an error
+    /// text, empty on success.
+    static QString record(const QString& directory, const QString& templatePath,
+                          const std::atomic_bool& cancelled);
+
     static AddedFiles of(const QString& bottlePath, const QString& templatePath,
                          const std::atomic_bool& cancelled);
 

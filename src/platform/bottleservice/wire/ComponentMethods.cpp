@@ -64,7 +64,8 @@ void addComponentMethods(BusObject* object, BottleComponentRequests* requests) {
     QObject::connect(
         requests, &BottleComponentRequests::setupDone, object,
         [object](const QString& bottle, const QString& kind, const QString& name, const Answer& result) {
-            object->emitSignal("component_setup_done", {bottle, kind, name, JsonText::compact(resultOf(result))});
+            object->emitSignal("component_setup_done",
+                               {bottle, kind, name, JsonText::compact(resultOf(result))});
         });
 }
 
@@ -88,8 +89,9 @@ void addDependencyMethods(BusObject* object, DependencyRequests* requests) {
                      [object](const QString& bottle, const QString& name, int done, int total) {
                          object->emitSignal("dependencySetupStepNotify", {bottle, name, done, total});
                      });
-    QObject::connect(requests, &DependencyRequests::done, object,
-                     [object](const QString& bottle, const QString& name, const Answer& result) {
-                         object->emitSignal("dependencySetupDone", {bottle, name, JsonText::compact(resultOf(result))});
-                     });
+    QObject::connect(
+        requests, &DependencyRequests::done, object,
+        [object](const QString& bottle, const QString& name, const Answer& result) {
+            object->emitSignal("dependencySetupDone", {bottle, name, JsonText::compact(resultOf(result))});
+        });
 }

@@ -21,9 +21,10 @@ InstallerObject::InstallerObject(SetupRequests* requests, QObject* parent)
                     object.insert("cancelled", true);
                 emitSignal("setupFailed", {bottle, JsonText::compact(object)});
             });
-    connect(requests, &SetupRequests::titleChanged, this, [this](const QString& bottle, const QString& title) {
-        emitSignal("setupTitleChanged", {bottle, title});
-    });
+    connect(requests, &SetupRequests::titleChanged, this,
+            [this](const QString& bottle, const QString& title) {
+                emitSignal("setupTitleChanged", {bottle, title});
+            });
     connect(requests, &SetupRequests::described, this,
             [this](const QString& bottle, const QString& text, int level) {
                 emitSignal("setupDescriptionChanged", {bottle, text, level});
