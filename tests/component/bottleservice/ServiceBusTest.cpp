@@ -40,8 +40,8 @@ private Q_SLOTS:
 
     /// What clients may call and how is compared with their proxies elsewhere.
     void contract() {
-        for (const char* name :
-             {"", ".Bottles", ".Components", ".Templates", ".Programs", ".CleanUp", ".Repair"}) {
+        for (const char* name : {"", ".Bottles", ".Components", ".Templates", ".Programs", ".CleanUp",
+                                 ".Repair", ".InstallerManager"}) {
             const auto live = m_service.introspect(QString("com.lumora.Manager") + name);
             QVERIFY2(!live.methods.isEmpty(), name);
             QCOMPARE(live.undocumented, QStringList());
@@ -119,7 +119,7 @@ private Q_SLOTS:
         QVERIFY(dump().contains("must be text"));
         for (const char* key :
              {"introduction", "downloadUrl", "packageSize", "contributor", "category", "contributorEmail"})
-            form[key] = "t";
+            form[key] = key == QLatin1String("downloadUrl") ? "http://t.example" : "t";
         const QByteArray recipe = TestSupport::readFile(dump());
         QVERIFY2(recipe.contains("Name: \"N: #\"") && recipe.contains("edited.exe"), recipe.constData());
 

@@ -24,8 +24,8 @@ QDBusMessage callOf(const QString& object, const QString& method, const QVariant
 
 ServiceFixture::ServiceFixture()
     : m_connection(QDBusConnection::connectToBus(m_bus.address(), "bottleservice-test")) {
-    for (const char* interface :
-         {"com.lumora.Manager.Bottles", "com.lumora.Manager.Components", "com.lumora.Manager.Templates"})
+    for (const char* interface : {"com.lumora.Manager.Bottles", "com.lumora.Manager.Components",
+                                  "com.lumora.Manager.Templates", "com.lumora.Manager.InstallerManager"})
         m_connection.connect(Service, {}, interface, {}, this, SLOT(onSignal(QDBusMessage)));
 }
 
@@ -151,6 +151,9 @@ void ServiceFixture::onSignal(const QDBusMessage& message) {
     QStringList arguments;
     for (const QVariant& argument : message.arguments())
         arguments += argument.toString();
-    QStringList& log = message.interface().endsWith(".Templates") ? templateLog : signalLog;
+    const QString interface = message.interface().section('.', -1);
+    QStringList& log = interface == "Templates"          ? templateLog
+                       : interface == "InstallerManager" ? setupLog
+                                                         : signalLog;
     log += message.member() + '(' + arguments.join(", ") + ')';
 }

@@ -61,6 +61,8 @@ public:
     QStringList signalLog;
     /// The same of the templates' object, which tells of every first bottle.
     QStringList templateLog;
+    /// And of the installer's.
+    QStringList setupLog;
     /// Variables of the service's environment besides its own, for the next start.
     QMap<QString, QString> variables;
 
