@@ -88,7 +88,8 @@ void VeskClientDefaultApi::getCategories() {
     start(addressOf("getCategories", "/vesk/client/categories"), &VeskClientDefaultApi::onGetCategories);
 }
 
-void VeskClientDefaultApi::listApps(const std::optional<qint32>& category, const VeskClientPagination& pagination,
+void VeskClientDefaultApi::listApps(const std::optional<qint32>& category,
+                                    const VeskClientPagination& pagination,
                                     const VeskClientFieldSort& pagesort) {
     QString url = addressOf("listApps", "/vesk/client/apps");
     if (category)

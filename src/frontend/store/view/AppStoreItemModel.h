@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QCache>
+#include <QHash>
+#include <QIcon>
+#include <QStandardItemModel>
+#include <QUrl>
+
+#include "store/view/AppStoreViewUtils.h"
+
+/// The applications of one page of the store, a row each. Finds out by itself which of them are installed,
+/// being installed or running, and loads their icons: one request for all rows with the same address, at most
+/// 32 MiB of pictures at a time. A picture that had to go is null again, until requestIcon(). GUI thread;
+/// waits for nothing.
+class AppStoreItemModel : public QStandardItemModel {
+    Q_OBJECT
+public:
+    enum Role { AppRole = Qt::UserRole, InstalledRole, InstallingRole, RunningRole };
+    static constexpr int IconEdge = 112;  ///< of the pictures, in device pixels: a card's at 200 %
+
+    explicit AppStoreItemModel(QObject* parent = nullptr);
+
+    void appendApps(const QList<AppStoreViewUtils::StoreAppModelData>& apps);
+    void clearApps();
+    AppStoreViewUtils::StoreAppModelData app(const QModelIndex& index) const;
+    AppStoreViewUtils::ButtonState buttonState(const QModelIndex& index) const;
+    /// Adds Qt::AccessibleTextRole, and the picture as Qt::DecorationRole.
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    void requestIcon(const QModelIndex& index);
+    /// Looks again whether the application is installed; it is not being installed any more.
+    void updateInstalled(const QModelIndex& index);
+    /// Takes over whether the program runs.
+    void updateRunning(const QModelIndex& index);
+
+private:
+    void onImageLoaded(const QUrl& url, const QPixmap& pixmap);
+    void onAppSetuping(const QString& appId);
+    void onSetupDone(const QString& appId);
+    void lookUp(const QModelIndex& index, bool endsInstalling);
+    void setProgram(const QModelIndex& index, const ProgramRef& program);
+    template <class Fits>
+    QList<QPersistentModelIndex> rows(Fits fits) const;
+
+    mutable QCache<QUrl, QIcon> m_icons;  ///< costs in KiB
+    QHash<QUrl, QList<QPersistentModelIndex>> m_waiting;
+};
