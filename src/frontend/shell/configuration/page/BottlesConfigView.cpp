@@ -368,8 +368,13 @@ void BottlesConfigView::refreshPrograms() {
 }
 
 void BottlesConfigView::refreshRun() {
-    m_debug->setVisible(!m_run->isRunning());
-    m_stop->setVisible(m_run->isRunning());
+    // One button takes the place of the other, and the focus with it.
+    const bool hadFocus = m_debug->hasFocus() || m_stop->hasFocus();
+    QPushButton* shown = m_run->isRunning() ? m_stop : m_debug;
+    shown->show();
+    if (hadFocus)
+        shown->setFocus();
+    (m_run->isRunning() ? m_debug : m_stop)->hide();
 }
 
 ProgramRef BottlesConfigView::currentRef() const {

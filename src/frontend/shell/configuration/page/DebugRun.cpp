@@ -53,7 +53,10 @@ void DebugRun::start(const Request& request) {
     m_keptLogPath = request.logPath;
     auto* launcher = new WineLauncher(this);
     m_launcher = launcher;
-    launcher->setBottle(request.bottle, request.record);
+    // The program may be newer than the record.
+    QJsonObject record = request.record;
+    record.insert("External_Programs", QJsonObject{{m_ref.uuid, request.program.record}});
+    launcher->setBottle(request.bottle, record);
     launcher->setCli(request.inTerminal);
     launcher->setShowLogs(true);
     launcher->setWait(true);

@@ -1,22 +1,18 @@
 #include "shell/configuration/rules/ComponentOffer.h"
 
-#include <QCoreApplication>
+#include "shell/configuration/rules/SettingText.h"
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("ComponentsSwitcherWidget", text);
-}
 
 QString obstacleOf(Setting setting, const GraphicsFacts& graphics) {
     if (setting == Setting::Runner || !graphics.isKnown)
         return {};
     if (!graphics.hasDriver)
-        return tr("Vulkan driver not installed");
+        return SwitcherText::tr("Vulkan driver not installed");
     if (setting == Setting::Dxvk && graphics.dxvk == DxvkSupportResult::DontSupport)
-        return tr("Your devices not support dxvk");
+        return SwitcherText::tr("Your devices not support dxvk");
     if (setting == Setting::Vkd3d && !graphics.hasVkd3d)
-        return tr("Your devices not support vkd3d");
+        return SwitcherText::tr("Your devices not support vkd3d");
     return {};
 }
 

@@ -1,17 +1,9 @@
 #include "shell/configuration/rules/ComponentSetup.h"
 
-#include <QCoreApplication>
-
-namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("ComponentsSwitcherWidget", text);
-}
-
-}  // namespace
+#include "shell/configuration/rules/SettingText.h"
 
 QString ComponentSetup::shown(const QString& value) {
-    return value.isEmpty() ? tr("Disabled") : value;
+    return value.isEmpty() ? SwitcherText::tr("Disabled") : value;
 }
 
 void ComponentSetup::setGood(const QString& value) {
@@ -83,13 +75,13 @@ QString ComponentSetup::text() const {
     const QString name = shown(valueOf(m_name));
     switch (m_phase) {
         case Phase::Waiting:
-            return tr("Waiting for download %1").arg(name);
+            return SwitcherText::tr("Waiting for download %1").arg(name);
         case Phase::Downloading:
-            return tr("downloading...");
+            return SwitcherText::tr("downloading...");
         case Phase::SettingUp:
-            return tr("Setuping %1").arg(name);
+            return SwitcherText::tr("Setuping %1").arg(name);
         case Phase::Failed:
-            return tr("Setup failed: %1").arg(name);
+            return SwitcherText::tr("Setup failed: %1").arg(name);
         default:
             return {};
     }

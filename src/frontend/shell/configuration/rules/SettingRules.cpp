@@ -1,13 +1,10 @@
 #include "shell/configuration/rules/SettingRules.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
-namespace {
+#include "shell/configuration/rules/SettingText.h"
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("BasicPage", text);
-}
+namespace {
 
 const QLatin1String Vulkan("vulkan");
 
@@ -27,24 +24,25 @@ SettingRowStates SettingRules::rowStates(const SettingValues& values, bool hasNt
     };
     const QString renderer = values.text(Setting::Renderer);
     if (renderer != Vulkan)
-        disable(Setting::DiscreteGpu, tr("Only for the rendering method vulkan"));
+        disable(Setting::DiscreteGpu, BasicPageText::tr("Only for the rendering method vulkan"));
     if (renderer != QLatin1String("gl"))
-        disable(Setting::CpuRendering, tr("Only for the rendering method opengl"));
+        disable(Setting::CpuRendering, BasicPageText::tr("Only for the rendering method opengl"));
 
     const QString runner = values.text(Setting::Runner);
     SettingRowState& memory = row(Setting::MemOptimized);
     if (runner == QLatin1String("lumora-wine6-stable")) {
         memory.isForcedOn = true;
         memory.isControlEnabled = false;
-        memory.reason = tr("Always on with this Wine version");
+        memory.reason = BasicPageText::tr("Always on with this Wine version");
     }
     if (runner.contains(QLatin1String("proton")))
-        disable(Setting::MemOptimized, tr("Not for Proton"));
+        disable(Setting::MemOptimized, BasicPageText::tr("Not for Proton"));
 
     if (!canUseNtSync(runner))
-        disable(Setting::NtSync, tr("Needs the Wine version lumora-ge-proton10"));
+        disable(Setting::NtSync, BasicPageText::tr("Needs the Wine version lumora-ge-proton10"));
     else if (!hasNtSync)
-        disable(Setting::NtSync, tr("The kernel of this computer does not have the module ntsync"));
+        disable(Setting::NtSync,
+                BasicPageText::tr("The kernel of this computer does not have the module ntsync"));
     return states;
 }
 
