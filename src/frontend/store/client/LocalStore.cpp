@@ -25,6 +25,12 @@ bool isOwnMachine(const QString& address) {
            url.userInfo().isEmpty();
 }
 
+/// The bus knows no store, or that of another installation.
+bool isNotStarted(const QString& error) {
+    return error == "org.freedesktop.DBus.Error.ServiceUnknown" ||
+           error.startsWith("org.freedesktop.DBus.Error.Spawn.");
+}
+
 /// Asks the store for its address, and starts it when the bus can't. Deletes itself.
 class Inquiry : public QObject {
 public:
@@ -59,7 +65,7 @@ private:
         const QString address = reply.arguments().value(0).toString();
         if (reply.type() != QDBusMessage::ErrorMessage)
             end(address, isOwnMachine(address) ? QString() : "its address is no address of this machine");
-        else if (reply.errorName() != "org.freedesktop.DBus.Error.ServiceUnknown")
+        else if (!isNotStarted(reply.errorName()))
             end({}, reply.errorMessage());
         else if (!m_isStarted)
             start();
