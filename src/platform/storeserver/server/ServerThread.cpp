@@ -15,6 +15,7 @@ namespace {
 
 constexpr int SweepMs = 1000;
 constexpr int EventsAtOnce = 64;
+constexpr int AcceptedAtOnce = 16;
 constexpr size_t ReceiveBytes = 16 * 1024;
 
 Fenk::OwnedFd owned(int fd, const char* what) {
@@ -84,22 +85,29 @@ int ServerThread::waitMs() const {
     return m_connections.empty() ? -1 : SweepMs;
 }
 
-/// One at a time: the listener stays readable, and a thread with fewer connections may be faster.
+/// Some at once, as a busy thread seldom comes here; the rest is left to threads that have less to do.
 void ServerThread::accept() {
-    if (m_isClosing)
-        return;
-    const int fd = ::accept4(m_listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-    if (fd < 0) {
-        if (!isTransient(errno) && errno != ECONNABORTED) {
+    for (int count = 0; count < AcceptedAtOnce && !m_isClosing; ++count) {
+        const int fd = ::accept4(m_listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+        if (fd >= 0)
+            add(fd);
+        else if (errno == ECONNABORTED)
+            continue;
+        else if (isTransient(errno))
+            return;
+        else {
             qWarning("a connection cannot be accepted: %s", qPrintable(qt_error_string(errno)));
             makeRoom();
+            return;
         }
-        return;
     }
+}
+
+void ServerThread::add(int fd) {
     if (int(m_connections.size()) >= m_limits.connections)
         makeRoom();
-    const auto [place, isNew] = m_connections.try_emplace(fd, fd, m_exchange);
-    if (!isNew || !change(m_epoll, EPOLL_CTL_ADD, fd, EPOLLIN | EPOLLRDHUP))
+    m_connections.try_emplace(fd, fd, m_exchange);
+    if (!change(m_epoll, EPOLL_CTL_ADD, fd, EPOLLIN | EPOLLRDHUP))
         m_connections.erase(fd);
 }
 

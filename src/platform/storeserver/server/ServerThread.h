@@ -55,6 +55,7 @@ private:
     void run();
     int waitMs() const;
     void accept();
+    void add(int fd);
     void makeRoom();
     void handle(int fd, unsigned events);
     bool receive(Connection& connection);
