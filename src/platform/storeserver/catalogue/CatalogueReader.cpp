@@ -32,13 +32,15 @@ std::string listStatement(const ListQuery& query) {
 }
 
 std::string searchStatement(bool hasWords, bool hasTriples) {
-    std::string found;
-    if (hasWords)
-        found += "id IN (SELECT rowid FROM words WHERE words MATCH ?1)";
-    if (hasTriples)
-        found +=
-            std::string(hasWords ? " AND " : "") + "id IN (SELECT rowid FROM triples WHERE triples MATCH ?2)";
-    return "SELECT id FROM apps WHERE " + found +
+    // A cross join, so that the index is always read first.
+    const std::string words = "words CROSS JOIN apps ON id = words.rowid";
+    const std::string triples = "triples CROSS JOIN apps ON id = triples.rowid";
+    const std::string both =
+        words + " WHERE words MATCH ?1 AND id IN (SELECT rowid FROM triples WHERE triples MATCH ?2)";
+    const std::string found = hasWords && hasTriples ? both
+                              : hasWords             ? words + " WHERE words MATCH ?1"
+                                                     : triples + " WHERE triples MATCH ?2";
+    return "SELECT id FROM " + found +
            " ORDER BY CASE WHEN en = ?3 OR zh = ?3 THEN 0"
            " WHEN substr(en, 1, length(?3)) = ?3 OR substr(zh, 1, length(?3)) = ?3 THEN 1"
            " WHEN instr(en, ?3) OR instr(zh, ?3) THEN 2 ELSE 3 END, installations DESC, id";
@@ -53,7 +55,11 @@ long long offsetOf(const PageQuery& page) {
 CatalogueReader::CatalogueReader(const std::string& file)
     : m_database(addressOf(file), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX) {
     m_database.run(Settings);
-    count();  // reads the file for the first time
+    SqlStatement select(m_database, "SELECT category, count(*) FROM apps GROUP BY category");
+    while (select.step()) {
+        m_totals[select.number(0)] = select.number(1);
+        m_total += select.number(1);
+    }
 }
 
 SqlStatement& CatalogueReader::prepared(SqlStatement& statement, const std::string& text) {
@@ -83,15 +89,8 @@ Page CatalogueReader::list(const ListQuery& query, const Rendering& rendering) {
     const bool hasCategory = query.category.has_value();
     const size_t index = size_t(query.field) * 4 + (query.isAscending ? 2 : 0) + (hasCategory ? 1 : 0);
     Page page;
-    SqlStatement& count = hasCategory
-                              ? prepared(m_countOfCategory, "SELECT count(*) FROM apps WHERE category = ?1")
-                              : prepared(m_count, "SELECT count(*) FROM apps");
-    if (hasCategory)
-        count.bind(1, *query.category);
-    if (count.step())
-        page.total = count.number(0);
-    count.reset();
-
+    const auto known = hasCategory ? m_totals.find(*query.category) : m_totals.end();
+    page.total = !hasCategory ? m_total : known != m_totals.end() ? known->second : 0;
     SqlStatement& select = prepared(m_lists[index], listStatement(query));
     select.bind(1, query.page.pageSize).bind(2, offsetOf(query.page));
     if (hasCategory)
@@ -108,6 +107,7 @@ Page CatalogueReader::search(const std::string& keyword, const PageQuery& page, 
     if (query.isEmpty())
         return {};
     const std::string typed = folded.toStdString();
+    // A cross join, so that the index is always read first.
     const std::string words = query.words.toStdString();
     const std::string triples = query.triples.toStdString();
     const size_t index = words.empty() ? 0 : triples.empty() ? 1 : 2;
@@ -163,13 +163,6 @@ std::optional<std::string> CatalogueReader::blob(SqlStatement& statement, const 
         content = std::string(select.text(0));
     select.reset();
     return content;
-}
-
-long long CatalogueReader::count() {
-    SqlStatement& select = prepared(m_count, "SELECT count(*) FROM apps");
-    const long long count = select.step() ? select.number(0) : 0;
-    select.reset();
-    return count;
 }
 
 }  // namespace StoreServer

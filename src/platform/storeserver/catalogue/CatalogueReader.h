@@ -3,6 +3,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "storeserver/catalogue/Sql.h"
 
@@ -52,7 +53,7 @@ public:
     /// By the name under which it is served.
     std::optional<std::string> icon(const std::string& name);
 
-    long long count();
+    long long count() const { return m_total; }
 
 private:
     SqlStatement& prepared(SqlStatement& statement, const std::string& text);
@@ -63,8 +64,8 @@ private:
     std::array<SqlStatement, 12> m_lists;
     std::array<SqlStatement, 3> m_searches;
     std::array<SqlStatement, 2> m_records;
-    SqlStatement m_count;
-    SqlStatement m_countOfCategory;
+    std::unordered_map<long long, long long> m_totals;  ///< of categories
+    long long m_total = 0;
     SqlStatement m_byKey;
     SqlStatement m_byId;
     SqlStatement m_manifest;

@@ -1,8 +1,18 @@
 #include "storeserver/catalogue/Sql.h"
 
+#include <QtGlobal>
+
 namespace StoreServer {
 
+namespace {
+
+// Its counters are behind one lock for all threads.
+const int isWithoutCounters = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+
+}  // namespace
+
 SqlDatabase::SqlDatabase(const std::string& name, int flags) {
+    Q_UNUSED(isWithoutCounters)
     sqlite3* handle = nullptr;
     const int code = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
     m_handle.reset(handle);
