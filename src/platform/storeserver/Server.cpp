@@ -2,12 +2,14 @@
 
 #include <unistd.h>
 
+#include "storeserver/request/AnswerCache.h"
 #include "storeserver/request/StoreAnswers.h"
 
 namespace StoreServer {
 
 namespace {
 
+constexpr size_t CacheBytes = 16 * 1024 * 1024;  // of one thread
 constexpr int FirstSessionPort = 20000;
 constexpr unsigned SessionPorts = 10000;
 constexpr unsigned Spread = 2654435761U;
@@ -51,9 +53,17 @@ std::string Server::listen() {
 }
 
 HttpExchange::Handler Server::handlerOf(int thread) const {
-    return [this, thread](const StoreRequest& request) {
+    const auto cache = std::make_shared<AnswerCache>(CacheBytes);
+    return [this, thread, cache](const StoreRequest& request) {
         const std::shared_ptr<const Catalogue> catalogue = m_keeper.current();
-        return storeAnswer(request, m_publicAddress, *catalogue, thread);
+        const std::string key = answerKey(request, m_publicAddress);
+        if (key.empty())
+            return storeAnswer(request, m_publicAddress, *catalogue, thread);
+        if (const StoreAnswer* known = cache->find(catalogue, key))
+            return *known;
+        StoreAnswer answer = storeAnswer(request, m_publicAddress, *catalogue, thread);
+        cache->insert(key, answer);
+        return answer;
     };
 }
 

@@ -135,4 +135,21 @@ StoreAnswer storeAnswer(const StoreRequest& request, const StoreAddress& address
     }
 }
 
+std::string answerKey(const StoreRequest& request, const StoreAddress& address) {
+    const std::string path = address.pathBelow(request.path);
+    const std::string base = address.of(request);
+    const bool isList = path == ClientPath + "apps";
+    if ((!isList && path != ClientPath + "search") || base.empty() ||
+        (request.method != "GET" && request.method != "HEAD"))
+        return {};
+    // Of good requests only the keyword may have a line feed.
+    std::string key = (isList ? "apps\n" : "search\n") + base;
+    key += languageOf(request) == Language::Chinese ? "\nzh" : "\nen";
+    for (const char* name : {"pageIndex", "pageSize", isList ? "category" : "keyword"})
+        key += '\n' + request.parameter(name);
+    if (isList)
+        key += '\n' + request.parameter("field") + '\n' + request.parameter("sort");
+    return key;
+}
+
 }  // namespace StoreServer

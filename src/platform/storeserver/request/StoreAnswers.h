@@ -11,4 +11,8 @@ namespace StoreServer {
 StoreAnswer storeAnswer(const StoreRequest& request, const StoreAddress& address, const Catalogue& catalogue,
                         int reader);
 
+/// The same for requests that have the same answer from one catalogue; empty for answers that are made
+/// quickly.
+std::string answerKey(const StoreRequest& request, const StoreAddress& address);
+
 }  // namespace StoreServer
