@@ -1,0 +1,143 @@
+#include <QTcpSocket>
+#include <QtTest>
+
+#include "storeserver/catalogue/CatalogueLoader.h"
+#include "storeserver/request/AnswerCache.h"
+#include "storeserver/server/HttpServer.h"
+#include "support/StoreFiles.h"
+#include "support/Table.h"
+
+using namespace StoreServer;
+using TestSupport::Table;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int WaitMs = 20000;
+constexpr int LargeBytes = 32 * 1024 * 1024;
+const QByteArray Request = "GET /small HTTP/1.1\r\nHost: h\r\n\r\n";
+
+StoreAnswer answerOf(const StoreRequest& request) {
+    StoreAnswer answer;
+    answer.contentType = "text/plain";
+    answer.body = request.path == "/large" ? std::string(LargeBytes, 'x') : "small";
+    return answer;
+}
+
+}  // namespace
+
+/// A server in this process with short limits, and clients that exceed them.
+class StoreLimitsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void endsSlowConnections_data() {
+        const Table<QByteArray, int> row("bytes", "slow");
+        row("says nothing", "", 0);
+        row("half a request", "GET /small HT", 1);
+        row("request and a half", Request + "GET", 1);
+        row("takes no answer", "GET /large HTTP/1.1\r\nHost: h\r\n\r\n", 2);
+    }
+    void endsSlowConnections() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, slow);
+        ServerLimits limits{1h, 1h, 1h, 1s, 10};
+        *(std::array{&limits.idle, &limits.reading, &limits.writing}[size_t(slow)]) = 1s;
+        start(limits);
+        const auto client = connected();
+        if (slow == 2)
+            client->setReadBufferSize(1);  // the system's buffers are full soon
+        client->write(bytes);
+        QTRY_COMPARE_WITH_TIMEOUT(isEnded(*client, slow != 2), true, WaitMs);
+    }
+
+    void longestWaitingMakesRoom() {
+        start({1h, 1h, 1h, 1s, 3});
+        std::vector<std::unique_ptr<QTcpSocket>> clients;
+        for (int index = 0; index < 3; ++index) {
+            clients.push_back(connected());
+            clients.back()->write(Request);
+            QVERIFY(clients.back()->waitForReadyRead(WaitMs));
+        }
+        clients.front()->readAll();
+        clients.front()->write(Request);  // now the second has waited longest
+        QVERIFY(clients.front()->waitForReadyRead(WaitMs));
+        const auto fresh = connected();
+        fresh->write(Request);
+        QVERIFY(fresh->waitForReadyRead(WaitMs));
+        QTRY_COMPARE(clients[1]->state(), QAbstractSocket::UnconnectedState);
+        QCOMPARE(clients[0]->state(), QAbstractSocket::ConnectedState);
+        QCOMPARE(clients[2]->state(), QAbstractSocket::ConnectedState);
+    }
+
+    void endSendsWhatIsAnswered() {
+        start({1h, 1h, 1h, 10s, 10});
+        const auto idle = connected();
+        const auto client = connected();
+        client->write("GET /large HTTP/1.1\r\nHost: h\r\n\r\n");
+        QVERIFY(client->waitForReadyRead(WaitMs));
+        std::thread end([this] { m_server->stop(); });
+        qint64 received = 0;
+        while (client->state() == QAbstractSocket::ConnectedState && client->waitForReadyRead(WaitMs))
+            received += client->readAll().size();
+        end.join();
+        QVERIFY2(received > LargeBytes, qPrintable(QString::number(received)));
+        QTRY_COMPARE(idle->state(), QAbstractSocket::UnconnectedState);
+    }
+
+    void cacheIsBoundedAndOfOneCatalogue() {
+        TestSupport::StoreFiles files;
+        files.add("notes", {7, "Notes", "记事本"});
+        CatalogueLoader loader(files.path(), 1);
+        const auto first = loader.refresh().catalogue;
+        AnswerCache cache(64 * 1024);
+        StoreAnswer answer;
+        answer.body = std::string(2000, 'x');
+        cache.find(first, "");
+        for (int index = 0; index < 30; ++index) {
+            cache.insert(std::to_string(index), answer);
+            QVERIFY(cache.find(first, "0"));  // used each time, so that others go
+        }
+        QVERIFY(!cache.find(first, "1"));
+        QVERIFY(cache.find(first, "29"));
+        answer.body = std::string(60 * 1024, 'x');
+        cache.insert("large", answer);
+        QVERIFY(!cache.find(first, "large"));
+        answer = {};
+        answer.status = 500;
+        cache.insert("failed", answer);
+        QVERIFY(!cache.find(first, "failed"));
+        files.add("more", {8, "More", "更多"});
+        QVERIFY(!cache.find(loader.refresh().catalogue, "0"));
+    }
+
+    void cleanup() { m_server.reset(); }
+
+private:
+    void start(const ServerLimits& limits) {
+        m_server = std::make_unique<HttpServer>();
+        QCOMPARE(m_server->listen("127.0.0.1", 0), std::string());
+        m_server->start(
+            1, [](int) { return answerOf; }, limits);
+    }
+    std::unique_ptr<QTcpSocket> connected() const {
+        auto socket = std::make_unique<QTcpSocket>();
+        socket->connectToHost("127.0.0.1", quint16(m_server->port()));
+        if (!socket->waitForConnected(WaitMs))
+            qFatal("no connection");
+        return socket;
+    }
+    /// A client that reads nothing does not see the end before it writes.
+    static bool isEnded(QTcpSocket& socket, bool isReading) {
+        if (isReading)
+            socket.readAll();
+        else
+            socket.write("x");
+        return socket.state() == QAbstractSocket::UnconnectedState;
+    }
+
+    std::unique_ptr<HttpServer> m_server;
+};
+
+QTEST_GUILESS_MAIN(StoreLimitsTest)
+#include "StoreLimitsTest.moc"
