@@ -97,7 +97,9 @@ void Label::setReadingWidth(int width) {
 }
 
 int Label::heightForWidth(int width) const {
-    return QLabel::heightForWidth(m_readingWidth > 0 ? qMin(width, m_readingWidth) : width);
+    // A layout asks for the width that it has, also where the label may not be as wide.
+    const int shown = qMin(width, maximumWidth());
+    return QLabel::heightForWidth(m_readingWidth > 0 ? qMin(shown, m_readingWidth) : shown);
 }
 
 QSize Label::sizeHint() const {
