@@ -132,9 +132,15 @@ void WineExeLaunchBanner::addRunningPart(QWidget* part) {
     m_runningPart = part;
 }
 
+void WineExeLaunchBanner::fitRunningPart() {
+    if (m_runningPart && m_closeState != Failed)
+        keepRoomBelow(RunningHeight);
+}
+
 void WineExeLaunchBanner::setAppName(const QString& name) {
     m_name->setText(name);
     setWindowTitle(name);
+    fitRunningPart();
 }
 
 void WineExeLaunchBanner::setIcon(const QIcon& icon) {
@@ -271,6 +277,7 @@ void WineExeLaunchBanner::closeEvent(QCloseEvent* event) {
 
 void WineExeLaunchBanner::showEvent(QShowEvent* event) {
     MainWindow::showEvent(event);
+    fitRunningPart();
     if (!m_placed)
         moveToCenter();
     m_placed = true;

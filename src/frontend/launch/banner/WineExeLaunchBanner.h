@@ -70,8 +70,10 @@ protected:
 
     /// The form of the question that closing asks while something runs.
     virtual BannerCloseConfirmDialog::Form questionForm() const { return BannerCloseConfirmDialog::Starting; }
-    /// Puts a part below the description, which is shown by its owner and hidden by a failure.
+    /// Puts a part below the description, which a failure hides. Otherwise its owner shows and hides it, and
+    /// calls fitRunningPart() then.
     void addRunningPart(QWidget* part);
+    void fitRunningPart();
 
 private:
     void arrange();
