@@ -81,6 +81,12 @@ void CommonInfoBaseDialog::addRow(const QString& title, QWidget* value, const QS
     }
     layout->addLayout(values, 1);
     name->setBuddy(value);
+    m_names += name;
+    int widest = 0;
+    for (const QWidget* other : qAsConst(m_names))
+        widest = qMax(widest, other->sizeHint().width());
+    for (QWidget* other : qAsConst(m_names))
+        other->setMinimumWidth(widest);
     value->setAccessibleName(title);
     m_card->addRow(row);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QVector>
+
 #include "fenk/window/Dialog.h"
 
 namespace Fenk {
@@ -22,6 +24,7 @@ private:
     void addRow(const QString& title, QWidget* value, const QString& remark);
 
     Fenk::Card* m_card;
+    QVector<QWidget*> m_names;  ///< equally wide, so that the values stand below each other
 };
 
 /// The web address as a link that can be shown as rich text, or the escaped text of what is none.

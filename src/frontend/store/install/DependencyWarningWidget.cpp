@@ -9,6 +9,11 @@
 
 using namespace Fenk;
 
+QIcon warningIcon() {
+    const QIcon icon = Theme::icon("dialog-warning");
+    return icon.isNull() ? QIcon(widgetImage("warning.svg")) : icon;
+}
+
 DependencyWarningWidget::DependencyWarningWidget(QWidget* parent)
     : QWidget(parent), m_picture(new QLabel), m_text(new Label(Label::Body)) {
     setObjectName("dependency_warning");
@@ -37,7 +42,7 @@ void DependencyWarningWidget::setGood(bool isGood) {
 }
 
 void DependencyWarningWidget::showPicture() {
-    const QIcon icon = m_isGood ? QIcon(widgetImage("ok.svg")) : Theme::icon("dialog-warning");
+    const QIcon icon = m_isGood ? QIcon(widgetImage("ok.svg")) : warningIcon();
     m_picture->setPixmap(icon.pixmap(window()->windowHandle(), m_picture->size()));
     m_picture->setAccessibleName(m_isGood ? tr("Ready") : tr("Needs attention"));
 }

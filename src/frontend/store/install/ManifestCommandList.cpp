@@ -12,7 +12,7 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int ListHeight = 120;
+constexpr int ListHeight = 76;
 
 QString visible(const QString& text) {
     QString result;
@@ -38,7 +38,9 @@ QString ManifestCommandList::text(const ManifestCommand& command) {
 
 ManifestCommandList::ManifestCommandList(const QVector<ManifestCommand>& commands, QWidget* parent)
     : QWidget(parent), m_fold(new QPushButton), m_list(new QPlainTextEdit) {
-    m_fold->setText(tr("The setup runs %n command(s) in the container", nullptr, commands.size()));
+    m_fold->setText(commands.size() == 1
+                        ? tr("The setup runs a command in the container")
+                        : tr("The setup runs %1 commands in the container").arg(commands.size()));
     m_fold->setAccessibleName("show_commands_btn");
     m_fold->setAccessibleDescription(m_fold->text());
     m_fold->setAutoDefault(false);

@@ -132,7 +132,7 @@ void SetupAppInfoDialog::askPackages(bool isClick) {
             m_isAsked = true;
             checkPackages();
             if (isClick && step().isMissing)
-                FloatingMessage::show(this, Theme::icon("dialog-warning"),
+                FloatingMessage::show(this, warningIcon(),
                                       tr("Required packages and components have not installed"));
         });
 }
@@ -140,16 +140,15 @@ void SetupAppInfoDialog::askPackages(bool isClick) {
 void SetupAppInfoDialog::checkPackages() {
     m_packages.runnersInstalled = ComponentManager::instance()->runnerInstalled;
     m_packages.runnersSupported = ComponentManager::instance()->runnerSupported;
-    QStringList replaced;
+    QStringList replaced, missing;
     for (const QString& package : qAsConst(m_wanted)) {
         const SetupPackages::State state = m_packages.of(package);
         if (state == SetupPackages::State::Replaced)
             replaced += package;
-        if (state != SetupPackages::State::Missing)
-            m_card->remove(package);
-        else if (!m_card->packages().contains(package))
-            m_card->add(package);
+        else if (state == SetupPackages::State::Missing)
+            missing += m_packages.toInstall(package);
     }
+    m_card->showPackages(missing);
     m_replaced->setVisible(!replaced.isEmpty());
     m_replaced->setText(
         tr("%1 is not available for this computer. The Wine of this computer is used instead.")
@@ -237,7 +236,7 @@ void SetupAppInfoDialog::onDownload(const QString& kind, const QString& name, ui
 void SetupAppInfoDialog::onInstalled(const QString& name, const QString& errorText) {
     m_card->setState(name, {});
     if (!errorText.isEmpty())
-        FloatingMessage::show(this, Theme::icon("dialog-warning"), errorText);
+        FloatingMessage::show(this, warningIcon(), errorText);
     askPackages(false);
 }
 

@@ -11,6 +11,12 @@ SetupPackages::State SetupPackages::of(const QString& name) const {
     return runnersInstalled.contains(WineNames::defaultRunner()) ? State::Replaced : State::Missing;
 }
 
+QString SetupPackages::toInstall(const QString& name) const {
+    const bool canBeHad = available.contains(name) || runnersSupported.contains(name);
+    return canBeHad || !runnersSupported.contains(WineNames::defaultRunner()) ? name
+                                                                              : WineNames::defaultRunner();
+}
+
 SetupPackages SetupPackages::ask(const QStringList& names) {
     SetupPackages packages;
     for (const QString& name : names) {

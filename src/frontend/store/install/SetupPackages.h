@@ -16,6 +16,8 @@ struct SetupPackages {
     };
     /// Where nothing of this is known, and the service has no Wine, the name is missing.
     State of(const QString& name) const;
+    /// What has to be installed for a missing name: the service's ordinary Wine, if only that can be had.
+    QString toInstall(const QString& name) const;
 
     /// Asks the package manager, which may take seconds. The runners stay empty. For any thread.
     static SetupPackages ask(const QStringList& names);

@@ -1,6 +1,5 @@
 #include "store/install/WineDepsCard.h"
 
-#include <QDebug>
 #include <QPushButton>
 
 #include "fenk/controls/Label.h"
@@ -14,11 +13,20 @@ WineDepsCard::WineDepsCard(QWidget* parent) : Card(parent) {
     hide();
 }
 
-void WineDepsCard::add(const QString& package) {
-    if (m_links.contains(package)) {
-        qInfo().noquote() << package << "already exists";
-        return;
+void WineDepsCard::showPackages(const QStringList& packages) {
+    const QStringList known = m_links.keys();
+    for (const QString& package : known) {
+        if (!packages.contains(package))
+            delete m_links.take(package);
     }
+    for (const QString& package : packages) {
+        if (!m_links.contains(package))
+            add(package);
+    }
+    setVisible(!m_links.isEmpty());
+}
+
+void WineDepsCard::add(const QString& package) {
     auto* link = new QPushButton;
     link->setAccessibleName(package);
     link->setAutoDefault(false);
@@ -28,12 +36,6 @@ void WineDepsCard::add(const QString& package) {
     m_links.insert(package, link);
     addRow(link);
     setState(package, {});
-    show();
-}
-
-void WineDepsCard::remove(const QString& package) {
-    delete m_links.take(package);
-    setVisible(!m_links.isEmpty());
 }
 
 void WineDepsCard::setState(const QString& package, const QString& text) {

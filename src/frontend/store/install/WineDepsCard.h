@@ -12,9 +12,8 @@ class WineDepsCard : public Fenk::Card {
 public:
     explicit WineDepsCard(QWidget* parent = nullptr);
 
-    /// Logs a package that is already listed.
-    void add(const QString& package);
-    void remove(const QString& package);
+    /// Exactly these; a link that is already there stays.
+    void showPackages(const QStringList& packages);
     /// What is being done for a package that is listed; plain text.
     void setState(const QString& package, const QString& text);
     QStringList packages() const { return m_links.keys(); }
@@ -23,5 +22,7 @@ Q_SIGNALS:
     void clicked(const QString& package);
 
 private:
+    void add(const QString& package);
+
     QMap<QString, QPushButton*> m_links;
 };

@@ -23,6 +23,7 @@
 #include "probes/HardwareInfo.h"
 #include "store/install/SetupCleanUp.h"
 #include "store/install/SetupRecord.h"
+#include "store/install/SetupTitle.h"
 #include "store/install/YamlProgramInstallerBanner.h"
 
 namespace {
@@ -147,7 +148,7 @@ bool YamlProgramInstaller::isSettingUp(const QString& bottle) const {
 }
 
 void YamlProgramInstaller::onTitle(const QString& title) {
-    m_stepTitle = title;
+    m_stepTitle = setupTitle(title);
     showTitle();
     m_view->addLine(title);
 }

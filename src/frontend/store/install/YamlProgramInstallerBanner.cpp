@@ -48,12 +48,14 @@ void YamlProgramInstallerBanner::showSetupStage() {
     m_isSetup = true;
     setCanRepair(false);
     m_setupPart->show();
+    fitRunningPart();
 }
 
 void YamlProgramInstallerBanner::showRunStage() {
     m_isSetup = false;
     setCanRepair(true);
     m_setupPart->hide();
+    fitRunningPart();
 }
 
 void YamlProgramInstallerBanner::setProgress(int percent) {
