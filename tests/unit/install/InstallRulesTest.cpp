@@ -65,19 +65,21 @@ private Q_SLOTS:
     }
 
     void packages_data() {
-        const Table<SetupPackages, State> row("packages", "state");
+        const Table<SetupPackages, State, QString> row("packages", "state", "toInstall");
         const QStringList wine{"w"}, standard{"lumora-wine10-stable"};
-        row("a package", {wine, {}, {}, {}}, State::Installed);
-        row("a runner", {{}, {}, wine, {}}, State::Installed);
-        row("in the archive", {{}, wine, standard, {}}, State::Missing);
-        row("at the service", {{}, {}, standard, wine}, State::Missing);
-        row("not to be had", {{}, {}, standard, {}}, State::Replaced);
-        row("no Wine at all", {{}, {}, {}, {}}, State::Missing);
-        row("another runner", {{}, {}, {"x"}, {}}, State::Missing);
+        row("a package", {wine, {}, {}, {}}, State::Installed, "w");
+        row("a runner", {{}, {}, wine, {}}, State::Installed, "w");
+        row("in the archive", {{}, wine, standard, {}}, State::Missing, "w");
+        row("at the service", {{}, {}, standard, wine}, State::Missing, "w");
+        row("not to be had", {{}, {}, standard, {}}, State::Replaced, "w");
+        row("no Wine at all", {{}, {}, {}, {}}, State::Missing, "w");
+        row("no Wine yet", {{}, {}, {}, standard}, State::Missing, standard.first());
+        row("another runner", {{}, {}, {"x"}, {}}, State::Missing, "w");
     }
     void packages() {
         QFETCH(SetupPackages, packages);
         QTEST(packages.of("w"), "state");
+        QTEST(packages.toInstall("w"), "toInstall");
     }
 
     /// No pattern, option or path passes for a package.
