@@ -3,6 +3,8 @@
 #include <QTextCodec>
 #include <algorithm>
 
+#include "manifest/YamlTree.h"
+
 namespace ManifestValues {
 
 using Type = Manifest::RegistryValue::Type;
@@ -17,6 +19,7 @@ namespace {
 
 constexpr int MaximumKeyCharacters = 1024;
 constexpr int MaximumKeyPartCharacters = 255;
+constexpr int MaximumTextIndicators = YamlTree::MaximumIndicators / 2;
 
 }  // namespace
 
@@ -81,6 +84,8 @@ std::optional<QByteArray> base64(const QString& text) {
 }
 
 bool isText(const QByteArray& content) {
+    if (std::count_if(content.begin(), content.end(), YamlTree::isIndicator) > MaximumTextIndicators)
+        return false;
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     const QString text =
         QTextCodec::codecForName("UTF-8")->toUnicode(content.constData(), content.size(), &state);

@@ -5,9 +5,12 @@
 
 #include <QSet>
 #include <QTextCodec>
+#include <algorithm>
+#include <cstring>
+#include <istream>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
+#include <streambuf>
 #include <vector>
 
 namespace {
@@ -22,10 +25,42 @@ QString at(const YAML::Mark& mark, const QString& sentence) {
     return QString("Line %1, column %2: %3").arg(mark.line + 1).arg(mark.column + 1).arg(sentence);
 }
 
+/// The text as a stream that refuses too many flow indicators between two events. The parser queues the
+/// tokens of a list or map in brackets before it tells of any, so that two megabytes of them would take half
+/// a gigabyte.
+class BoundedText : public std::streambuf {
+public:
+    explicit BoundedText(const QByteArray& text) : m_text(text) {
+        char* begin = m_text.data();
+        setg(begin, begin, begin + m_text.size());
+    }
+
+    void onEvent() { m_indicators = 0; }
+
+protected:
+    std::streamsize xsgetn(char* to, std::streamsize count) override {
+        const std::streamsize size = std::min<std::streamsize>(count, egptr() - gptr());
+        memcpy(to, gptr(), size_t(size));
+        gbump(int(size));
+        m_indicators += int(std::count_if(to, to + size, YamlTree::isIndicator));
+        if (m_indicators > YamlTree::MaximumIndicators)
+            throw Refusal(QString("More than %1 brackets, commas and colons stand in one value; a file with "
+                                  "so many must be Base64.")
+                              .arg(YamlTree::MaximumIndicators));
+        return size;
+    }
+
+private:
+    QByteArray m_text;
+    int m_indicators = 0;
+};
+
 /// Builds the tree from the parser's events. The innermost list or map that is being read is the last of
 /// m_open.
 class TreeBuilder : public YAML::EventHandler {
 public:
+    explicit TreeBuilder(BoundedText* text) : m_text(text) {}
+
     YamlTree take() { return std::move(m_root); }
 
     void OnDocumentStart(const YAML::Mark&) override {}
@@ -89,6 +124,7 @@ private:
         add(std::move(done));
     }
     void add(YamlTree node) {
+        m_text->onEvent();
         if (m_open.empty()) {
             m_root = std::move(node);
             return;
@@ -112,6 +148,7 @@ private:
         known->insert(key.text);
     }
 
+    BoundedText* m_text;
     YamlTree m_root;
     std::vector<Open> m_open;
     int m_nodes = 0;
@@ -135,12 +172,13 @@ YamlTree YamlTree::parse(const QByteArray& text, QString* error) {
     *error = encodingFault(text);
     if (!error->isEmpty())
         return {};
-    TreeBuilder builder;
+    BoundedText bounded(text);
+    TreeBuilder builder(&bounded);
     try {
-        std::istringstream stream(text.toStdString());
+        std::istream stream(&bounded);
         YAML::Parser parser(stream);
         const bool isRead = parser.HandleNextDocument(builder);
-        TreeBuilder second;
+        TreeBuilder second(&bounded);
         if (!isRead)
             *error = "The text is empty.";
         else if (parser.HandleNextDocument(second))

@@ -14,6 +14,9 @@ struct YamlTree {
 
     static constexpr int MaximumDepth = 16;
     static constexpr int MaximumNodes = 20000;
+    /// Brackets, commas and colons from one node to the next, also inside of a text.
+    static constexpr int MaximumIndicators = 100000;
+    static bool isIndicator(char c) { return c == '[' || c == '{' || c == ',' || c == ':'; }
 
     Kind kind = Kind::Null;
     bool isQuoted = false;  ///< of a text; a plain one may stand for a number or a truth value

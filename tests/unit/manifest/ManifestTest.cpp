@@ -106,6 +106,9 @@ private Q_SLOTS:
             "Line 1, column 22: The text is nested too deeply.");
         row("wide", "Name: [" + QByteArray("a,").repeated(20001) + "]",
             "Line 1, column 40002: The text has too many entries.");
+        row("brackets", QByteArray(200000, '['),
+            "More than 100000 brackets, commas and colons stand in one value; a file with so many must be "
+            "Base64.");
         row("large", QByteArray(2 * 1024 * 1024 + 1, ' '), "The manifest is larger than 2097152 bytes.");
         row("twice", "Name: n\nName: m", "Line 2, column 1: \"Name\" is given twice.");
         row("key of a map", "? {a: b}\n: c", "Line 1, column 3: A key must be text.");
@@ -193,6 +196,17 @@ private Q_SLOTS:
         QFETCH(QString, path);
         QTEST(ManifestPath::check(path, ManifestPath::Use::Write).isEmpty(), "mayBeWritten");
         QTEST(ManifestPath::check(path, ManifestPath::Use::Run).isEmpty(), "mayBeRun");
+    }
+
+    /// What the parser would refuse as text.
+    void largeFiles() {
+        Manifest manifest;
+        manifest.name = "n";
+        manifest.bottle.files = {{"c:/table.csv", QByteArray("1,").repeated(150000)},
+                                 {"c:/text", QByteArray("x\n").repeated(300000)}};
+        const auto [again, error] = ManifestReader::read(ManifestWriter::write(manifest));
+        QCOMPARE(error, QString());
+        QVERIFY(again == manifest);
     }
 
     void writtenIsReadAgain() {

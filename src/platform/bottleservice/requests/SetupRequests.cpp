@@ -80,11 +80,18 @@ Reason SetupRequests::begin(const QString& bottle, const QString& text) {
     const Sources sources(m_catalogueDir, m_engine->dataDir());
     const QString wanted = manifest.wineCommand;
     const bool canBeHad = bottles.runners().find(wanted) || sources.components("runner").contains(wanted);
-    setup.runner = canBeHad ? wanted : QString(Runners::DefaultName);
+    setup.runner = canBeHad ? wanted : otherRunner();
     setup.components = missingComponents(setup);
     setup.fetches = setup.components.size();
     m_setups.insert(bottle, setup);
     return {};
+}
+
+/// The default Wine or, on a machine without it, the first one that there is.
+QString SetupRequests::otherRunner() const {
+    const QStringList names = m_engine->bottles().runners().names();
+    return names.isEmpty() || names.contains(Runners::DefaultName) ? QString(Runners::DefaultName)
+                                                                   : names.first();
 }
 
 /// In the order in which they are fetched.
@@ -128,7 +135,7 @@ void SetupRequests::onFetched(const QString& kind, const QString& name, const Re
         }
         if (!reason.isEmpty()) {
             Q_EMIT described(bottle, reason.text(), ForLog);
-            setup->runner = Runners::DefaultName;
+            setup->runner = otherRunner();
         }
         next(bottle);
     }

@@ -66,6 +66,7 @@ private:
     };
 
     Reason begin(const QString& bottle, const QString& text);
+    QString otherRunner() const;
     QVector<Component> missingComponents(const Setup& setup) const;
     void next(const QString& bottle);
     void onFetched(const QString& kind, const QString& name, const Reason& reason);
