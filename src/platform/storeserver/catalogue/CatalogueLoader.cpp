@@ -89,8 +89,13 @@ bool CatalogueLoader::replace(const QString& appInfoId, Faults& faults) {
     }
     const QString other = m_writer->appWithId(entry->record.appId);
     if (!other.isEmpty() && other != appInfoId) {
-        faults.append({file, QString("The appId %1 is that of %2.").arg(entry->record.appId).arg(other)});
-        return false;
+        if (m_directory.signature(other) == m_signatures.value(other)) {
+            faults.append({file, QString("The appId %1 is that of %2.").arg(entry->record.appId).arg(other)});
+            return false;
+        }
+        // It has changed as well, and comes back with the number that it has now.
+        m_writer->remove(other);
+        m_signatures.remove(other);
     }
     m_writer->remove(appInfoId);
     m_writer->add(*entry);
