@@ -11,7 +11,7 @@ constexpr size_t LargestShare = 16;  // an answer may have this part of the whol
 
 const StoreAnswer* AnswerCache::find(const std::shared_ptr<const Catalogue>& catalogue,
                                      const std::string& key) {
-    if (catalogue != m_catalogue) {
+    if (catalogue != m_catalogue.lock()) {
         m_catalogue = catalogue;
         m_places.clear();
         m_entries.clear();

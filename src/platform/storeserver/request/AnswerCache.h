@@ -33,8 +33,8 @@ private:
 
     const size_t m_maximumBytes;
     size_t m_bytes = 0;
-    std::shared_ptr<const Catalogue> m_catalogue;
-    Entries m_entries;  // the most recently used first
+    std::weak_ptr<const Catalogue> m_catalogue;  // an old one must not be kept for this
+    Entries m_entries;                           // the most recently used first
     std::unordered_map<std::string, Entries::iterator> m_places;
 };
 
