@@ -149,6 +149,15 @@ private Q_SLOTS:
         QVERIFY(m_first.catalogue->reader(0).manifest("note-pad"));
     }
 
+    void numbersMayBeExchanged() {
+        m_files->add("notes", {8, "Notes", "记事本"});
+        m_files->add("seven-zip", {7, "7-Zip", "压缩"});
+        const CatalogueLoader::Result result = m_loader->refresh();
+        QCOMPARE(faultsOf(result), QString());
+        QVERIFY(result.catalogue->reader(0).app("notes", 8, {}));
+        QVERIFY(result.catalogue->reader(0).app("seven-zip", 7, {}));
+    }
+
     void keepsWhatWasGood_data() {
         const Table<QString, QByteArray, QString> row("file", "content", "fault");
         row("facts", "apps/notes/store.yml", "appId: [", "apps/notes/store.yml: Line");
