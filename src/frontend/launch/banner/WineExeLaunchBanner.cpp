@@ -27,6 +27,7 @@ constexpr int FailedHeight = 500;
 constexpr int MaskAlpha = 204;
 constexpr int NameMaxWidth = 200;
 constexpr int StatusMaxWidth = 400;
+constexpr int AboveIconWithPart = Tokens::Space24;
 constexpr int AboveIcon = 68;  ///< centres the content of the running look; the failed look keeps it
 
 }  // namespace
@@ -133,14 +134,16 @@ void WineExeLaunchBanner::addRunningPart(QWidget* part) {
 }
 
 void WineExeLaunchBanner::fitRunningPart() {
-    if (m_runningPart && m_closeState != Failed)
-        keepRoomBelow(RunningHeight);
+    if (!m_runningPart || m_closeState == Failed)
+        return;
+    const int above = m_runningPart->isHidden() ? AboveIcon : AboveIconWithPart;
+    m_above->changeSize(0, above, QSizePolicy::Minimum, QSizePolicy::Fixed);
+    centralWidget()->layout()->invalidate();
 }
 
 void WineExeLaunchBanner::setAppName(const QString& name) {
     m_name->setText(name);
     setWindowTitle(name);
-    fitRunningPart();
 }
 
 void WineExeLaunchBanner::setIcon(const QIcon& icon) {
@@ -277,7 +280,6 @@ void WineExeLaunchBanner::closeEvent(QCloseEvent* event) {
 
 void WineExeLaunchBanner::showEvent(QShowEvent* event) {
     MainWindow::showEvent(event);
-    fitRunningPart();
     if (!m_placed)
         moveToCenter();
     m_placed = true;
