@@ -16,6 +16,7 @@ namespace {
 
 constexpr int MinimumWidth = 500;
 constexpr int MaximumWidth = 585;
+constexpr int OrdinaryWidth = 568;
 
 }  // namespace
 
@@ -36,6 +37,7 @@ void openWebLink(const QString& url) {
 CommonInfoBaseDialog::CommonInfoBaseDialog(QWidget* parent) : Dialog(parent), m_card(new Card) {
     setMinimumWidth(MinimumWidth);
     setMaximumWidth(MaximumWidth);
+    resize(OrdinaryWidth, height());
     addContent(m_card);
 }
 
@@ -76,7 +78,7 @@ void CommonInfoBaseDialog::addRow(const QString& title, QWidget* value, const QS
     values->addWidget(value);
     if (!remark.isEmpty()) {
         auto* quiet = new Label(remark, Label::Small);
-        quiet->setWordWrap(true);
+        quiet->setElided(true);
         values->addWidget(quiet);
     }
     layout->addLayout(values, 1);

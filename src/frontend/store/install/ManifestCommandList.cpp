@@ -12,7 +12,7 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int ListHeight = 76;
+constexpr int ListHeight = 88;
 
 QString visible(const QString& text) {
     QString result;
