@@ -17,6 +17,7 @@
 #include "store/install/DependencyWarningWidget.h"
 #include "store/install/FileSelectWidget.h"
 #include "store/install/WineDepsCard.h"
+#include "store/install/YamlProgramInstallerBanner.h"
 #include "support/FakeBottleService.h"
 #include "support/FakePackages.h"
 #include "support/HttpServer.h"
@@ -261,6 +262,27 @@ private Q_SLOTS:
         part<QAbstractButton>("download_btn")->click();
         QTRY_VERIFY(part<QLabel>("download_text")->text().contains("no longer at its address"));
         QVERIFY(install()->isEnabled());
+    }
+
+    /// While the bottle is set up.
+    void bannerByKeys() {
+        YamlProgramInstallerBanner banner;
+        banner.show();
+        banner.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&banner));
+        QCOMPARE(outOfReach(&banner), QString());
+        QSignalSpy logs(&banner, &WineExeLaunchBanner::showLogsButtonClicked);
+        QSignalSpy stopped(&banner, &WineExeLaunchBanner::stopRunning);
+        for (auto* widget : banner.findChildren<QWidget*>()) {
+            if (widget->accessibleName() == "setup_logs_btn")
+                QTest::keyClick(widget, Qt::Key_Space);
+        }
+        QCOMPARE(logs.size(), 1);
+        press(&banner, Qt::Key_Escape);
+        auto* question = banner.findChild<BannerCloseConfirmDialog*>();
+        QVERIFY(question && question->isVisible());
+        question->button(0)->click();
+        QCOMPARE(stopped.size(), 1);
     }
 
     void foldsCommandsOut() {

@@ -4,18 +4,23 @@
 #include <QtTest>
 
 #include "backend/BottlesConfig.h"
+#include "backend/InstallerManager.h"
 #include "backend/ServiceErrorText.h"
 #include "bottleservice/result/Reason.h"
 #include "support/fakeservice/Scenario.h"
 
-/// The contract file of the bottle interface against the proxy's signals and the stand-in's methods, both
-/// ways. (What the proxy calls is checked against the stand-in, which refuses everything else.)
-class WireContractTest : public QObject {
-    Q_OBJECT
-private Q_SLOTS:
-    void initTestCase() {
-        QFile file(TEST_SOURCE_DIR "/src/platform/bottleservice/wire/com.lumora.Manager.Bottles.xml");
-        QVERIFY(file.open(QIODevice::ReadOnly));
+namespace {
+
+/// Signatures by name.
+struct Contract {
+    QMap<QString, QString> methods;
+    QMap<QString, QString> busSignals;
+    QString error;
+
+    explicit Contract(const QString& part) {
+        QFile file(
+            QString(TEST_SOURCE_DIR "/src/platform/bottleservice/wire/com.lumora.Manager.%1.xml").arg(part));
+        file.open(QIODevice::ReadOnly);
         QXmlStreamReader xml(&file);
         QString* signature = nullptr;
         while (!xml.atEnd()) {
@@ -27,32 +32,51 @@ private Q_SLOTS:
             else if (xml.name() == "arg" && attribute("direction") != "out")
                 *signature += attribute("type");
         }
-        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        error = xml.errorString();
     }
+};
 
+QMap<QString, QString> signalsOf(const QMetaObject& meta, const QStringList& local) {
+    const QMap<QString, QString> letters = {{"QString", "s"}, {"uint", "u"}, {"int", "i"}};
+    QMap<QString, QString> declared;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        const QString name = QString::fromLatin1(method.name());
+        if (method.methodType() != QMetaMethod::Signal || local.contains(name))
+            continue;
+        QString signature;
+        for (const QByteArray& type : method.parameterTypes())
+            signature += letters.value(QString::fromLatin1(type), "?");
+        declared.insert(name, signature);
+    }
+    return declared;
+}
+
+}  // namespace
+
+/// The contract files of the bottle and the installer interface against the proxies' signals, and the first
+/// against the stand-in's methods, both ways. (What the proxy calls is checked against the stand-in, which
+/// refuses everything else.)
+class WireContractTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
     void methodsOfTheStandIn() {
+        const Contract contract("Bottles");
+        QCOMPARE(contract.error, QString());
+        const auto methods = contract.methods;
         QVERIFY(!methods.isEmpty());
         for (auto it = methods.cbegin(); it != methods.cend(); ++it)
             QCOMPARE(it.key() + " " + Scenario::bottleSignature(it.key()), it.key() + " " + it.value());
         QCOMPARE(Scenario::bottleMethods(), QStringList(methods.keys()));
     }
 
-    void signalsOfTheProxy() {
-        const QMap<QString, QString> letters = {{"QString", "s"}, {"uint", "u"}, {"int", "i"}};
-        const QStringList local = {"bottlesCreated", "dependecyInstalled", "endRequested"};
-        QMap<QString, QString> declared;
-        const QMetaObject& meta = BottlesConfig::staticMetaObject;
-        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-            const QMetaMethod method = meta.method(i);
-            const QString name = QString::fromLatin1(method.name());
-            if (method.methodType() != QMetaMethod::Signal || local.contains(name))
-                continue;
-            QString signature;
-            for (const QByteArray& type : method.parameterTypes())
-                signature += letters.value(QString::fromLatin1(type), "?");
-            declared.insert(name, signature);
-        }
-        QCOMPARE(declared, busSignals);
+    void signalsOfTheProxies() {
+        QCOMPARE(signalsOf(BottlesConfig::staticMetaObject,
+                           {"bottlesCreated", "dependecyInstalled", "endRequested"}),
+                 Contract("Bottles").busSignals);
+        QCOMPARE(signalsOf(InstallerManager::staticMetaObject, {}), Contract("InstallerManager").busSignals);
+        QCOMPARE(Contract("InstallerManager").methods,
+                 (QMap<QString, QString>{{"cancelSetup", "s"}, {"setupYaml", "ss"}}));
     }
 
     /// Each reason of the service has its text here, with the same arguments.
@@ -69,10 +93,6 @@ private Q_SLOTS:
         QCOMPARE(ServiceErrorText::of(QJsonArray{7, "x", QJsonArray()}, "In English."),
                  QString("In English."));
     }
-
-private:
-    QMap<QString, QString> methods;
-    QMap<QString, QString> busSignals;
 };
 
 QTEST_GUILESS_MAIN(WireContractTest)
