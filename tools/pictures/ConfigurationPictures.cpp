@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QJsonArray>
 #include <QMenu>
+#include <QScrollArea>
 #include <QTemporaryDir>
 #include <functional>
 
@@ -60,6 +61,8 @@ QList<QWidget*> setups(const Scene& scene) {
                               {Bottle, "runner", "lumora-wine-staging",
                                "{\"ok\": false, \"reasons\": [{\"code\": \"no-connection\", \"arguments\": "
                                "[\"wine-staging.tar.xz\", \"dl.example.org\"]}]}"});
+    scene.view->findChild<QScrollArea*>("basic_page")
+        ->ensureWidgetVisible(scene.view->findChild<QWidget*>("wine_version_combobox"));
     settle(500);
     return {scene.view};
 }
@@ -110,7 +113,7 @@ QList<QWidget*> narrow(const Scene& scene) {
 }
 
 QList<QWidget*> failed(const Scene& scene) {
-    scene.service->setError("Bottles.get", "the disk is on fire");
+    scene.service->setError("Bottles.get:office", "the disk is on fire");
     scene.view->setLoading(true);
     scene.view->setLoading(false);
     settle(500);

@@ -1,9 +1,11 @@
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 #include <QProgressBar>
 #include <QSpinBox>
@@ -15,6 +17,8 @@
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BottlesConfigView.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
+#include "shell/configuration/page/LaunchedConfigWindow.h"
+#include "shell/configuration/page/ProtonSetup.h"
 #include "support/FakeBottleService.h"
 #include "support/PrivateBus.h"
 #include "support/Table.h"
@@ -299,14 +303,129 @@ private Q_SLOTS:
         QCOMPARE(m_service->calls("updateExternalProgram").size(), 1);
     }
 
+    void componentCanBeUndone() {
+        setBottle({"a"});
+        open();
+        chooseDxvk();
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": true}"));
+        QTRY_VERIFY(find("undo_btn")->isVisible());
+        find<QAbstractButton>("undo_btn")->click();
+        m_service->waitForCall("setDxvk", 2);
+        QCOMPARE(m_service->calls("setDxvk").last().arguments, QJsonArray({"office", "-", true}));
+        m_service->waitForCall("setD3dRenderer", 2);
+        QCOMPARE(m_service->calls("setD3dRenderer").last().arguments, QJsonArray({"office", "gl"}));
+        QVERIFY(!find("undo_btn")->isVisible());
+    }
+
+    void installingBefore_data() {
+        const Table<QString, int, QString> row("state", "page", "text");
+        row("fetched", "DOWNLOADING", 1, "Waiting for download ge-proton9");
+        row("set up", "SETUPING", 2, "Setuping ge-proton9");
+    }
+    void installingBefore() {
+        QFETCH(QString, state);
+        QFETCH(int, page);
+        QFETCH(QString, text);
+        m_service->setJson("getInstallingComponents", QJsonObject{{"ge-proton9", state}});
+        setBottle({"a"});
+        open();
+        auto* wine = find<ComponentsSwitcherWidget>("wine_version_combobox");
+        QTRY_COMPARE(wine->currentIndex(), page);
+        QCOMPARE(wine->findChild<QLabel*>(page == 1 ? "tips_label" : "setup_label")->text(), text);
+        QVERIFY(m_service->emitSignal("component_setup_done", "ssss",
+                                      {"office", "runner", "ge-proton9", "{\"ok\": true}"}));
+        QTRY_COMPARE(wine->currentIndex(), 0);
+        QVERIFY(!find("mem_optimized_switch_btn")->isEnabled());
+    }
+
+    void protonIsMadeReady() {
+        std::function<void()> isReady;
+        ProtonSetup::set([&](QObject*, const std::function<void()>& then) { isReady = then; });
+        setBottle({"a"});
+        open();
+        auto* wine = find<ComponentsSwitcherWidget>("wine_version_combobox");
+        activate(wine->combo(), wine->combo()->findData("ge-proton9"));
+        QVERIFY(isReady);
+        QVERIFY(m_service->calls("setRunner").isEmpty());
+        isReady();
+        QCOMPARE(m_service->waitForCall("setRunner").arguments, QJsonArray({"office", "ge-proton9", true}));
+        ProtonSetup::set({});
+    }
+
+    void filesAreDropped() {
+        setBottle({"a"});
+        open();
+        const auto drop = [this](const QString& file) {
+            QMimeData data;
+            data.setUrls({QUrl::fromLocalFile(file)});
+            QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(m_view, &enter);
+            QDropEvent event({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(m_view, &event);
+        };
+        drop(m_home.write("notes.txt", "x"));
+        QVERIFY(m_view->findChild<Fenk::FloatingMessage*>());
+        drop(m_home.path() + "/gone.exe");
+        const QString file = m_home.write("Setup 1.EXE", "x");
+        drop(file);
+        const QString saved = m_service->waitForCall("updateExternalProgram").arguments.at(1).toString();
+        const QJsonObject record = QJsonDocument::fromJson(saved.toUtf8()).object();
+        QCOMPARE(record.value("path").toString(), file);
+        QCOMPARE(record.value("name").toString(), QString("Setup 1"));
+        QCOMPARE(m_service->calls("updateExternalProgram").size(), 1);
+    }
+
+    void launchOpensIt() {
+        const QString file = m_home.write("drive_c/b.exe", "x");
+        setBottle({"a", "b"});
+        m_service->setBottle("office",
+                             {{"Path", m_home.path()},
+                              {"External_Programs", QJsonObject{{"a", QJsonObject{{"path", "C:\\a.exe"}}},
+                                                                {"b", QJsonObject{{"path", file}}}}}});
+        auto over = std::make_unique<QWidget>();
+        const auto open = [&over](const QString& id) {
+            return LaunchedConfigWindow::open({"office", id}, LaunchWindows::ConfigMode::Ordinary,
+                                              over.get());
+        };
+        BottleConfigWindow* window = open({});
+        m_view = BottlesConfigView::openWindowOf("office");
+        QVERIFY(m_view);
+        window->setLoading(true);
+        QVERIFY(find("loading_view")->isVisible());
+        window->selectProgram(file);
+        window->setLoading(false);
+        QTRY_VERIFY(entries().size() == 2 && entries().last()->isChecked());
+        open("a");
+        QCOMPARE(BottlesConfigView::openWindowOf("office"), m_view.data());
+        QTRY_VERIFY(entries().first()->isChecked());
+        QSignalSpy closed(window, &BottleConfigWindow::closed);
+        m_view->close();
+        QCOMPARE(closed.count(), 1);
+        QTRY_VERIFY(!m_view);
+        open({});
+        m_view = BottlesConfigView::openWindowOf("office");
+        over.reset();
+        QVERIFY(!m_view);
+    }
+
+    void columnStaysNarrow() {
+        setBottle({"a"});
+        open();
+        const int wide = m_view->width();
+        find<QAbstractButton>("expand_toolbar_btn")->click();
+        QTRY_VERIFY(m_view->width() < wide);
+        QCOMPARE(m_view->height(), 700);
+        delete m_view;
+        open();
+        QVERIFY(m_view->width() < wide);
+        find<QAbstractButton>("expand_toolbar_btn")->click();
+        QTRY_COMPARE(m_view->width(), wide);
+    }
+
     void searchFindsSettings() {
         setBottle({"a"});
         open();
-        auto* edit = m_view->findChild<QLineEdit*>(QString());
-        for (QLineEdit* candidate : m_view->findChildren<QLineEdit*>()) {
-            if (candidate->accessibleName() == "Search settings")
-                edit = candidate;
-        }
+        auto* edit = find<QLineEdit>("settings_search");
         edit->setText("memory");
         QVERIFY(find("mem_optimized_switch_btn")->isVisible());
         QVERIFY(!find("dpi_spinbox")->isVisible());

@@ -17,6 +17,11 @@ public:
 
     const EntryList& list() const { return m_list; }
     ProgramRef ref(const ProgramEntry& entry) const { return {m_bottle, entry.id}; }
+    /// Without an id when there is no program.
+    ProgramRef currentRef() const {
+        const ProgramEntry* entry = m_list.currentEntry();
+        return {m_bottle, entry ? entry->id : QString()};
+    }
 
     void select(int index);
     /// Selects a program at once, or as soon as the bottle has it.

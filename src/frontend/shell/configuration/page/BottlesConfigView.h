@@ -1,10 +1,7 @@
 #pragma once
 
-#include <QHash>
 #include <QVariantAnimation>
-#include <memory>
 
-#include "backend/ProgramRef.h"
 #include "fenk/window/AbstractDialog.h"
 #include "shell/configuration/rules/SettingValues.h"
 
@@ -13,22 +10,17 @@ class BasicPage;
 class BottlePrograms;
 class BottleSettings;
 class DriverCheck;
-class EntryParameters;
-class DebugRun;
+class ConfigFoot;
+class ConfigPages;
 class DebuggingLogsFrame;
 class EntriesColumn;
 class ListPlaceholder;
-class QButtonGroup;
-class QHBoxLayout;
-class QPushButton;
 class QSplitter;
 class QStackedWidget;
-class UndoBar;
+class ProgramTrials;
 class WineParamsCfgWidget;
 
 namespace Fenk {
-class IconButton;
-class SearchEdit;
 class Spinner;
 }  // namespace Fenk
 
@@ -86,19 +78,11 @@ protected:
 private:
     QWidget* makeContent();
     QWidget* makeRightSide();
-    QWidget* makeHead();
-    QWidget* makeFoot();
     QWidget* makeLoadingView();
-    QWidget* makeToolsPage();
-    void addPage(Page page, const QString& title, QWidget* content);
     void connectBottle();
     void refreshState();
     void refreshPrograms();
-    void refreshRun();
     void startRun(bool inTerminal);
-    void run(const QString& id, bool inTerminal);
-    void saveEditedParameters();
-    void showParameters();
     void checkDriver();
     void choose(Setting setting, const QVariant& value);
     void askAboutPrograms(Setting component, const QStringList& programs);
@@ -106,14 +90,12 @@ private:
     void search(const QString& text);
     void setExpanded(bool expanded, bool animated);
     void toggleExpanded();
-    ProgramRef currentRef() const;
 
     QString m_bottle;
     BottleSettings* m_settings = nullptr;
     BottlePrograms* m_programs = nullptr;
-    DebugRun* m_run;
+    ProgramTrials* m_trials = nullptr;
     DriverCheck* m_driverCheck;
-    QHash<QString, std::shared_ptr<EntryParameters>> m_parameters;  ///< by the program's id
     bool m_isLoading = false;  ///< the launch that has opened the window says so
     bool m_isExpanded = true;
     bool m_hasLoaded = false;
@@ -123,16 +105,10 @@ private:
     Fenk::Spinner* m_spinner = nullptr;
     ListPlaceholder* m_failed = nullptr;
     EntriesColumn* m_entries = nullptr;
-    QButtonGroup* m_buttonBox;
-    QHBoxLayout* m_buttonRow = nullptr;
-    QStackedWidget* m_pages;
+    ConfigPages* m_pages = nullptr;
     BasicPage* m_basic = nullptr;
     WineParamsCfgWidget* m_params = nullptr;
-    Fenk::SearchEdit* m_search = nullptr;
     QSplitter* m_splitter = nullptr;
     DebuggingLogsFrame* m_logs = nullptr;
-    UndoBar* m_undo = nullptr;
-    QPushButton* m_debug = nullptr;
-    QPushButton* m_stop = nullptr;
-    Fenk::IconButton* m_toggleLogs = nullptr;
+    ConfigFoot* m_foot = nullptr;
 };

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <memory>
+
+#include "shell/configuration/parameters/EntryParameters.h"
+
+class BottlePrograms;
+class BottleSettings;
+class DebugRun;
+
+/// The parameters of a bottle's programs as the window edits them, and the debugging runs with them. Edited
+/// parameters are saved before a run, and when this object goes. GUI thread; waits for nothing.
+class ProgramTrials : public QObject {
+    Q_OBJECT
+public:
+    ProgramTrials(BottleSettings* settings, BottlePrograms* programs, QObject* parent);
+    ~ProgramTrials() override;
+
+    /// Of the current program; null without one. They live as long as the window, also when the record
+    /// changes.
+    std::shared_ptr<EntryParameters> currentParameters();
+
+    /// Whether a run is under way, or its parameters are being saved.
+    bool isBusy() const { return m_isSaving || isRunning(); }
+    bool isRunning() const;
+    /// Runs the current program. False, with a log line, without one.
+    bool start(bool inTerminal);
+    void stop();
+
+Q_SIGNALS:
+    /// isBusy() or isRunning() has changed.
+    void changed();
+    void line(const QString& text, bool isError);
+    /// For the user.
+    void failed(const QString& errorText);
+
+private:
+    std::shared_ptr<EntryParameters> parameters(const QString& id);
+    void run(const QString& id, bool inTerminal);
+
+    BottleSettings* m_settings;
+    BottlePrograms* m_programs;
+    DebugRun* m_run;
+    bool m_isSaving = false;
+    QHash<QString, std::shared_ptr<EntryParameters>> m_parameters;  ///< by the program's id
+};
