@@ -16,6 +16,7 @@ const QString Id = "7b1b4b1e-0000-4000-8000-000000000001";
 /// What callers say, where they mean harm or make mistakes.
 QStringList texts() {
     QStringList all{QString(), QString(300, 'x'), QString(5 * 1024 * 1024, '{'), Id};
+    all << QString("Name: n\nDebInfo: {}\nBottle: {Files: [{Path: 'c:/a', Text: b}]}").toUtf8().toBase64();
     all << QString::fromUtf8("\u202e\u0001\n名") << "{\"id\":\"" + Id + "\",\"path\":\"../../outside/x\"}";
     return all + QString(
                      "real linked real/drive_c .creating-x .. ../outside /etc public/../real [[[ {} -rf %s%n "
@@ -79,8 +80,10 @@ private Q_SLOTS:
         QVERIFY(QFile::link(service.home().path() + "/outside", service.bottlePath("linked")));
         QCOMPARE(service.error("updateExternalProgram", renamed("n")), QString());
         const QSet<QString> before = census(service);
-        const QStringList methods = service.introspect("com.lumora.Manager.Bottles").methods;
+        QStringList methods = service.introspect("com.lumora.Manager.Bottles").methods;
         QVERIFY(methods.size() > 40);
+        const QStringList own = service.introspect("com.lumora.Manager.InstallerManager").methods;
+        methods += own;
         QRandomGenerator random(1);
         for (int round = 0; round < rounds(6); ++round) {
             for (const QString& method : methods) {
@@ -93,7 +96,8 @@ private Q_SLOTS:
                     arguments[0] = "another";
                 else if (round % 2 && !arguments.isEmpty())
                     arguments[0] = "real";
-                const QDBusMessage reply = service.call(name, arguments);
+                const QDBusMessage reply =
+                    service.call(name, arguments, own.contains(method) ? "InstallerManager" : "Bottles");
                 const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage ||
                                       reply.errorName().startsWith("com.lumora.Error.");
                 QVERIFY2(isAnswer, qPrintable(name + ": " + reply.errorMessage()));
