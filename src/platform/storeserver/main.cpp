@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusError>
@@ -18,6 +20,7 @@ using namespace StoreServer;
 namespace {
 
 constexpr int WrongArguments = 2;
+constexpr int KeptBytes = 4 * 1024 * 1024;
 
 int serve(Server& server) {
     const QString error = server.start();
@@ -70,6 +73,9 @@ int run(QCoreApplication& application, const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // Answers come and go all the time; their memory need not go back to the system in between.
+    mallopt(M_TRIM_THRESHOLD, KeptBytes);
+    mallopt(M_TOP_PAD, KeptBytes / 4);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("cellarix-store-server");
     QCoreApplication::setApplicationVersion(CELLARIX_VERSION);

@@ -12,6 +12,8 @@ const char Settings[] =
     "PRAGMA query_only = ON; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -2000;"
     "PRAGMA mmap_size = 67108864;";
 
+constexpr size_t RecordBytes = 512;  // about
+
 // Nobody else writes the file, so that it needs no locks.
 std::string addressOf(const std::string& file) {
     return "file:" + QUrl::toPercentEncoding(QString::fromStdString(file), "/").toStdString() +
@@ -95,6 +97,7 @@ Page CatalogueReader::list(const ListQuery& query, const Rendering& rendering) {
     select.bind(1, query.page.pageSize).bind(2, offsetOf(query.page));
     if (hasCategory)
         select.bind(3, *query.category);
+    page.items.reserve(size_t(query.page.pageSize) * RecordBytes);
     while (select.step())
         appendRecord(page.items, select.number(0), rendering);
     select.reset();

@@ -39,10 +39,14 @@ StoreAnswer refusal(int status, const std::string& text) {
 }
 
 StoreAnswer table(const std::string& items, const PageQuery& page, long long total) {
-    return json(200, R"({"result":true,"code":200,"msg":"","err":"","data":{"list":[)" + items +
-                         R"(],"pagination":{"total":)" + std::to_string(total) + R"(,"pageIndex":)" +
-                         std::to_string(page.pageIndex) + R"(,"pageSize":)" + std::to_string(page.pageSize) +
-                         "}}}");
+    static const std::string begin = R"({"result":true,"code":200,"msg":"","err":"","data":{"list":[)";
+    const std::string end = R"(],"pagination":{"total":)" + std::to_string(total) + R"(,"pageIndex":)" +
+                            std::to_string(page.pageIndex) + R"(,"pageSize":)" +
+                            std::to_string(page.pageSize) + "}}}";
+    std::string body;
+    body.reserve(begin.size() + items.size() + end.size());
+    body.append(begin).append(items).append(end);
+    return json(200, std::move(body));
 }
 
 StoreAnswer categories(const Context& context) {
