@@ -143,7 +143,9 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(!banner->isVisible(), LongMs);
             QVERIFY(m_windows.close(m_windows.byTitle(SampleTitle).id));
         } else if (user == "cancel setup") {
-            QTRY_VERIFY_WITH_TIMEOUT(banner->findChild<QLabel*>("status")->text().contains('%'), LongMs);
+            QTRY_VERIFY_WITH_TIMEOUT(isFailed() || banner->findChild<QLabel*>("status")->text().contains('%'),
+                                     LongMs);
+            QVERIFY2(!isFailed(), qPrintable(banner->findChild<QLabel*>("description")->text()));
             Q_EMIT banner->stopRunning();
         } else if (user == "cancel run") {
             const QString log =

@@ -227,6 +227,7 @@ void YamlProgramInstaller::onDebug() {
 }
 
 void YamlProgramInstaller::fail(const QString& errorText) {
+    qWarning().noquote() << "set-up of" << m_bottleId << "failed:" << errorText;
     m_hasFailed = true;
     stopProgress();
     m_banner->showFailed(false);
