@@ -32,7 +32,10 @@ QString ProgramIcon::idFor(const QString& source) {
 QString ProgramIcon::extract(const QString& script, const QString& bottlePath, const QString& id,
                              const QStringList& files, const std::atomic_bool& cancelled) {
     const QString directory = directoryOf(bottlePath);
-    if (!Programs::isProgramId(id) || QFileInfo(directory).isSymLink() || !QDir().mkpath(directory))
+    if (!Programs::isProgramId(id) || QFileInfo(directory).isSymLink())
+        return {};
+    // Not the directories above: a bottle that was deleted meanwhile must not come back as an empty one.
+    if (!QFileInfo(directory).isDir() && !QDir().mkdir(directory))
         return {};
     const QString icon = directory + '/' + nameOf(id);
     for (const QString& file : files) {
