@@ -118,8 +118,11 @@ void AppStoreItemListView::updateCards() {
 
 void AppStoreItemListView::scrollContentsBy(int dx, int dy) {
     LoadingListView::scrollContentsBy(dx, dy);
-    updateCards();
-    m_visibility.start();
+    // A leap shows skeleton cards until the list rests: filling all cards for each frame would take too long.
+    if (qAbs(dy) < viewport()->height())
+        updateCards();
+    if (!m_visibility.isActive())
+        m_visibility.start();
 }
 
 void AppStoreItemListView::resizeEvent(QResizeEvent* event) {
@@ -189,6 +192,11 @@ bool AppStoreItemListView::eventFilter(QObject* watched, QEvent* event) {
             setCurrentIndex(focused->index());
     }
     return LoadingListView::eventFilter(watched, event);
+}
+
+/// QAbstractItemView would give the focus to the card of a row that becomes the current one.
+bool AppStoreItemListView::edit(const QModelIndex&, EditTrigger, QEvent*) {
+    return false;
 }
 
 /// QAbstractItemView would move among its rows.

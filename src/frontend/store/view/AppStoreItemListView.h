@@ -38,6 +38,8 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
     void showEvent(QShowEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    using LoadingListView::edit;
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:

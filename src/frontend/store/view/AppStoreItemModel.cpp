@@ -1,12 +1,14 @@
 #include "store/view/AppStoreItemModel.h"
 
 #include <QDebug>
+#include <QGuiApplication>
 
 #include "backend/BottlesConfig.h"
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
 #include "store/images/NetworkImageLoader.h"
 #include "store/install/StoreProgram.h"
+#include "store/view/SkeletonCard.h"
 
 using AppStoreViewUtils::StoreAppModelData;
 
@@ -121,10 +123,8 @@ void AppStoreItemModel::onImageLoaded(const QUrl& url, const QPixmap& pixmap) {
     const auto waiting = m_waiting.take(url);
     if (waiting.isEmpty())
         return;
-    const QPixmap fitting =
-        qMax(pixmap.width(), pixmap.height()) > IconEdge
-            ? pixmap.scaled(IconEdge, IconEdge, Qt::KeepAspectRatio, Qt::SmoothTransformation)
-            : pixmap;
+    const int edge = qRound(SkeletonCard::IconEdge * qApp->devicePixelRatio());
+    const QPixmap fitting = pixmap.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     m_icons.insert(url, new QIcon(fitting), qMax(1, fitting.width() * fitting.height() * 4 / 1024));
     for (const auto& index : waiting) {
         if (index.isValid())

@@ -16,7 +16,6 @@ class AppStoreItemModel : public QStandardItemModel {
     Q_OBJECT
 public:
     enum Role { AppRole = Qt::UserRole, InstalledRole, InstallingRole, RunningRole };
-    static constexpr int IconEdge = 112;  ///< of the pictures, in device pixels: a card's at 200 %
 
     explicit AppStoreItemModel(QObject* parent = nullptr);
 

@@ -18,12 +18,12 @@ constexpr QRect Blocks[] = {{10, 20, 56, 56},  {76, 13, 132, 14}, {76, 35, 64, 1
 void SkeletonCard::paint(QPainter* painter, const QPoint& cell) {
     const Paint::Scope scope(painter);
     painter->translate(cell.x() + CellLeft, cell.y());
-    Paint::box(painter, QRect(QPoint(), Card), Tokens::RadiusCard, Paint::color(Theme::Surface),
-               Paint::color(Theme::Border));
     QPainterPath shapes;
-    for (const QRect& block : Blocks)
-        shapes.addRoundedRect(block, qMin(block.height() / 2, int(Tokens::RadiusCard)),
-                              qMin(block.height() / 2, int(Tokens::RadiusCard)));
+    for (const QRect& block : Blocks) {
+        const int radius =
+            block.height() > Tokens::CompactHeight ? Tokens::RadiusCard : Tokens::RadiusControl;
+        shapes.addRoundedRect(block, qMin(block.height() / 2, radius), qMin(block.height() / 2, radius));
+    }
     painter->setClipPath(shapes);
     // One band of light crosses the whole card.
     painter->setRenderHint(QPainter::SmoothPixmapTransform);

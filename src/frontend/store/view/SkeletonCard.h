@@ -8,7 +8,7 @@ class QPainter;
 namespace SkeletonCard {
 
 constexpr QSize Card(364, 96);
-constexpr QSize Pitch(368, 104);  ///< from card to card: two of them fit into the main window
+constexpr QSize Pitch(367, 104);  ///< from card to card: two of them fit into the main window
 constexpr int CellLeft = 4;       ///< a card's place in its cell
 constexpr int IconEdge = 56;
 constexpr int SideMargin = 10;

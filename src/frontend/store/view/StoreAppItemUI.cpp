@@ -2,6 +2,7 @@
 
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -12,7 +13,6 @@
 #include "programs/RunStateButton.h"
 #include "programs/StarRating.h"
 #include "store/images/NetworkImageLabel.h"
-#include "store/view/AppStoreItemModel.h"
 #include "store/view/HotLabel.h"
 #include "store/view/SkeletonCard.h"
 
@@ -109,8 +109,7 @@ void StoreAppItemUI::setIcon(const QIcon& icon) {
     if (icon.cacheKey() == m_iconKey)
         return;
     m_iconKey = icon.cacheKey();
-    m_icon->setPixmap(icon.isNull() ? QPixmap()
-                                    : icon.pixmap(AppStoreItemModel::IconEdge, AppStoreItemModel::IconEdge));
+    m_icon->setPixmap(icon.isNull() ? QPixmap() : icon.pixmap(icon.availableSizes().value(0)));
 }
 
 void StoreAppItemUI::setState(ButtonState state) {
@@ -158,12 +157,22 @@ void StoreAppItemUI::press() {
 }
 
 bool StoreAppItemUI::event(QEvent* event) {
-    if (event->type() == QEvent::HoverEnter || event->type() == QEvent::HoverLeave)
-        update();
+    switch (event->type()) {
+        case QEvent::HoverEnter:
+        case QEvent::HoverLeave:
+        case QEvent::FocusIn:
+        case QEvent::FocusOut:
+            update();
+            break;
+        default:
+            break;
+    }
     return QWidget::event(event);
 }
 
 bool StoreAppItemUI::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        update();
     if (watched == m_button && event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
@@ -187,7 +196,9 @@ void StoreAppItemUI::keyPressEvent(QKeyEvent* event) {
 }
 
 void StoreAppItemUI::paintEvent(QPaintEvent*) {
+    if (!underMouse() && !isBusy())
+        return;
     QPainter painter(this);
     Paint::box(&painter, rect(), Tokens::RadiusCard, Paint::color(Theme::Surface),
-               Paint::color(underMouse() ? Theme::Disabled : Theme::Border));
+               Paint::color(Theme::Border));
 }

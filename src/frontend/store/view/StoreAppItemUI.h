@@ -17,7 +17,8 @@ class Label;
 }
 
 /// The card of one application: icon, name, stars, version, brief text and the button that installs, runs or
-/// quits. Made by the delegate and used again for other rows. Return and Space on the card press its button.
+/// quits. Raised under the pointer and with the focus. Made by the delegate and used again for other rows.
+/// Return and Space on the card press its button.
 class StoreAppItemUI : public QWidget {
     Q_OBJECT
 public:
