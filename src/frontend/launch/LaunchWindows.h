@@ -22,7 +22,7 @@ Q_SIGNALS:
     void closed();
 };
 
-/// The windows and pages that a room opens although they belong to a room above it. The application sets the
+/// The windows that a room opens although they belong to a room above it. The application sets the
 /// openers at start and clears them at its end. A button or menu entry whose opener is not set is hidden.
 /// GUI thread. The program's id is empty for a file that is not stored yet; `over` may be null.
 struct LaunchWindows {
@@ -40,7 +40,6 @@ struct LaunchWindows {
         feedback;
     ForProgram packaging;
     ForProgram manifestExport;
-    std::function<QWidget*()> storePage;
     /// Shows the launch banner of a program whose last start failed: it offers to install the components, or
     /// starts the program and watches it when there are none.
     std::function<void(const ProgramRef& program, const QStringList& components)> repair;

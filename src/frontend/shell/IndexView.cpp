@@ -3,9 +3,9 @@
 #include <QHBoxLayout>
 #include <QStackedWidget>
 
-#include "launch/LaunchWindows.h"
 #include "shell/SearchWidget.h"
 #include "shell/library/AppLocalView.h"
+#include "store/view/AppStoreView.h"
 
 IndexView::IndexView(SearchWidget* search, QWidget* parent)
     : QWidget(parent), m_search(search), m_sidebar(new SidebarView), m_pages(new QStackedWidget) {
@@ -22,15 +22,30 @@ void IndexView::buildPages() {
     if (m_local)
         return;
     m_local = new AppLocalView;
+    m_store = new AppStoreView;
     m_pages->addWidget(m_local);
-    if (const auto& makeStore = LaunchWindows::instance().storePage)
-        m_pages->addWidget(makeStore());
-    connect(m_search, &SearchWidget::textChanged, m_local, &AppLocalView::search);
-    connect(m_search, &SearchWidget::leaveForResults, m_local, &AppLocalView::focusPrograms);
+    m_pages->addWidget(m_store);
+    connect(m_search, &SearchWidget::textChanged, this, &IndexView::onSearchTextChanged);
+    connect(m_search, &SearchWidget::leaveForResults, this, &IndexView::focusPage);
     connect(m_local, &AppLocalView::searchObsolete, m_search, &SearchWidget::clear);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);
+    connect(m_store, &AppStoreView::categoriesFetched, m_sidebar, &SidebarView::setCategories);
     if (!m_search->text().isEmpty())
         m_local->search(m_search->text());  // typed before the page was built
+}
+
+void IndexView::onSearchTextChanged(const QString& text) {
+    if (m_pages->currentWidget() == m_store)
+        m_store->onSearchTextChanged(text);
+    else
+        m_local->search(text);
+}
+
+void IndexView::focusPage() {
+    if (m_pages->currentWidget() == m_store)
+        m_store->focusApps();
+    else
+        m_local->focusPrograms();
 }
 
 void IndexView::addProgram() {
@@ -38,8 +53,14 @@ void IndexView::addProgram() {
         m_local->slotAddApp();
 }
 
-void IndexView::choosePage(SidebarView::Group group) {
+void IndexView::choosePage(SidebarView::Group group, const QModelIndex& row) {
     m_search->clear();
-    if (group < m_pages->count())
-        m_pages->setCurrentIndex(group);
+    if (!m_local)
+        return;
+    m_pages->setCurrentIndex(group);
+    if (group != SidebarView::AllApps)
+        return;
+    const QVariant category = row.data(SidebarView::CategoryRole);
+    if (category.isValid())
+        m_store->selectCategory(category.toInt());
 }

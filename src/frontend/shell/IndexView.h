@@ -5,11 +5,13 @@
 #include "shell/SidebarView.h"
 
 class AppLocalView;
+class AppStoreView;
 class QStackedWidget;
 class SearchWidget;
 
 /// The contents of the main window: the sidebar and the page that it chooses. The pages are built by
-/// buildPages(), after the window is shown.
+/// buildPages(), after the window is shown. The search field searches the page that is shown; another page
+/// clears it.
 class IndexView : public QWidget {
     Q_OBJECT
 public:
@@ -21,6 +23,8 @@ public:
     void addProgram();
     /// Null before buildPages().
     AppLocalView* localView() const { return m_local; }
+    /// Null before buildPages().
+    AppStoreView* storeView() const { return m_store; }
     SidebarView* sidebar() const { return m_sidebar; }
 
 Q_SIGNALS:
@@ -28,10 +32,13 @@ Q_SIGNALS:
     void openRequested(const QString& path);
 
 private:
-    void choosePage(SidebarView::Group group);
+    void choosePage(SidebarView::Group group, const QModelIndex& row);
+    void onSearchTextChanged(const QString& text);
+    void focusPage();
 
     SearchWidget* m_search;
     SidebarView* m_sidebar;
     QStackedWidget* m_pages;
     AppLocalView* m_local = nullptr;
+    AppStoreView* m_store = nullptr;
 };

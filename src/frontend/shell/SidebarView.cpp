@@ -10,7 +10,6 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
-#include "launch/LaunchWindows.h"
 
 using namespace Fenk;
 
@@ -19,6 +18,7 @@ namespace {
 constexpr int Width = 200;
 constexpr int RowHeight = 40;
 constexpr int GroupHeight = 36;
+constexpr int LongestName = 64;
 
 class Delegate : public QStyledItemDelegate {
 public:
@@ -55,7 +55,9 @@ private:
 /// In the text colour of the present theme.
 QIcon tintedIcon(const QString& name) {
     QIcon result;
-    const QIcon shape = Theme::icon(name);
+    QIcon shape = Theme::icon(name);
+    if (shape.isNull())
+        shape = Theme::icon("cxb_add_app");  // a category that the theme has no icon for
     const QSize size(Tokens::IconMedium, Tokens::IconMedium);
     for (const qreal ratio : {1.0, 2.0}) {
         result.addPixmap(tintedPixmap(shape, size, ratio, Paint::color(Theme::Text)), QIcon::Normal);
@@ -84,7 +86,6 @@ SidebarView::SidebarView(QWidget* parent) : QTreeView(parent), m_model(new QStan
     QStandardItem* start = addRow(mine, tr("My Apps"), "cxb_my_apps");
     QStandardItem* all = addGroup(tr("All Apps"));
     addRow(all, tr("All Apps"), "cxb_add_app");
-    setRowHidden(AllApps, QModelIndex(), !LaunchWindows::instance().storePage);
     refreshIcons();
     expandAll();
     setCurrentIndex(start->index());
@@ -112,6 +113,29 @@ void SidebarView::refreshIcons() {
             item->setIcon(tintedIcon(item->data(IconNameRole).toString()));
         }
     }
+}
+
+void SidebarView::setCategories(const QList<OpenAPI::VeskClientCategoryInfo>& categories) {
+    if (categories.isEmpty())
+        return;
+    QStandardItem* group = m_model->item(AllApps);
+    const QModelIndex current = currentIndex();
+    const bool wasBelow = current.parent() == group->index();
+    const QVariant chosen = wasBelow ? current.data(CategoryRole) : QVariant();
+    // Qt would choose a row of another page instead of the one that is removed.
+    if (wasBelow) {
+        setCurrentIndex(group->index());
+        selectionModel()->clearSelection();
+    }
+    group->removeRows(0, group->rowCount());
+    for (const auto& category : categories) {
+        QStandardItem* row = addRow(group, category.getName().left(LongestName).simplified(),
+                                    QString("cxb_category_%1").arg(category.getId()));
+        row->setData(category.getId(), CategoryRole);
+        if (chosen.isValid() && chosen == category.getId())
+            setCurrentIndex(row->index());
+    }
+    refreshIcons();
 }
 
 void SidebarView::onClicked(const QModelIndex& index) {

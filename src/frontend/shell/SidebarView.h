@@ -2,6 +2,8 @@
 
 #include <QTreeView>
 
+#include "store/records/VeskClientCategoryInfo.h"
+
 class QStandardItem;
 class QStandardItemModel;
 
@@ -18,6 +20,8 @@ public:
     QStandardItemModel* sidebarModel() const { return m_model; }
     /// Draws the icons in the colours of the present theme.
     void refreshIcons();
+    /// The rows of the group AllApps. Without categories the rows stay as they are.
+    void setCategories(const QList<OpenAPI::VeskClientCategoryInfo>& categories);
 
 Q_SIGNALS:
     void pageChosen(SidebarView::Group group, const QModelIndex& row);
