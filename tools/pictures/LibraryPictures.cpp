@@ -56,31 +56,9 @@ const char* const Names[] = {"Harbour Office",
                              "Tide Tables",
                              "Uplift"};
 
-/// An icon as programs have them: a colour, a shape, a letter.
 QString drawIcon(const QString& directory, int number, const QString& name) {
-    QPixmap picture(128, 128);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QColor colour = QColor::fromHsv(number * 67 % 360, 150, 215);
-    QLinearGradient ground(0, 0, 0, 128);
-    ground.setColorAt(0, colour.lighter(115));
-    ground.setColorAt(1, colour.darker(115));
-    painter.setBrush(ground);
-    painter.setPen(Qt::NoPen);
-    if (number % 3)
-        painter.drawRoundedRect(QRectF(8, 8, 112, 112), 26, 26);
-    else
-        painter.drawEllipse(QRectF(6, 6, 116, 116));
-    QFont font;
-    font.setPixelSize(62);
-    font.setBold(true);
-    painter.setFont(font);
-    painter.setPen(Qt::white);
-    painter.drawText(QRectF(0, 0, 128, 128), Qt::AlignCenter, name.left(1));
-    painter.end();
     const QString file = directory + QString("/icon%1.png").arg(number);
-    picture.save(file);
+    sampleIcon(number, name).save(file);
     return file;
 }
 

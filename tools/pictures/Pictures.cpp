@@ -53,6 +53,30 @@ QImage picture(const QList<QWidget*>& windows) {
     return result;
 }
 
+QPixmap sampleIcon(int number, const QString& name) {
+    QPixmap pixmap(128, 128);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor colour = QColor::fromHsv(number * 67 % 360, 150, 215);
+    QLinearGradient ground(0, 0, 0, 128);
+    ground.setColorAt(0, colour.lighter(115));
+    ground.setColorAt(1, colour.darker(115));
+    painter.setBrush(ground);
+    painter.setPen(Qt::NoPen);
+    if (number % 3)
+        painter.drawRoundedRect(QRectF(8, 8, 112, 112), 26, 26);
+    else
+        painter.drawEllipse(QRectF(6, 6, 116, 116));
+    QFont font;
+    font.setPixelSize(62);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRectF(0, 0, 128, 128), Qt::AlignCenter, name.left(1));
+    return pixmap;
+}
+
 int takePicture(int argc, char** argv, const QVector<PictureState>& states) {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

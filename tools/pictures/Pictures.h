@@ -5,6 +5,7 @@
 #include <QVector>
 #include <functional>
 
+class QPixmap;
 class QWidget;
 
 /// One picture that such a program can take. A null image means that it failed.
@@ -22,3 +23,5 @@ int takePicture(int argc, char** argv, const QVector<PictureState>& states);
 void settle(int ms);
 /// Shows the windows and paints them over each other, the lowest first, on a ground of two colours.
 QImage picture(const QList<QWidget*>& windows);
+/// An icon as programs have them: a colour, a shape, a letter.
+QPixmap sampleIcon(int number, const QString& name);
