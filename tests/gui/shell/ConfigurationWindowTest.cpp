@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QSpinBox>
+#include <QWheelEvent>
 
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/style/Theme.h"
@@ -420,6 +421,22 @@ private Q_SLOTS:
         QVERIFY(m_view->width() < wide);
         find<QAbstractButton>("expand_toolbar_btn")->click();
         QTRY_COMPARE(m_view->width(), wide);
+    }
+
+    void wheelChangesNothing() {
+        setBottle({"a"});
+        open();
+        for (QWidget* control :
+             {static_cast<QWidget*>(dxvk()->combo()), find("window_version_combobox"), find("dpi_spinbox")}) {
+            control->setFocus();
+            QWheelEvent event({5, 5}, control->mapToGlobal({5, 5}), {}, {0, -120}, Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(control, &event);
+        }
+        QCOMPARE(find<QSpinBox>("dpi_spinbox")->value(), 96);
+        QCOMPARE(dxvk()->combo()->currentIndex(), 0);
+        QCOMPARE(find<QComboBox>("window_version_combobox")->currentText(), QString("Windows 10"));
+        QCOMPARE(settingCalls(), QStringList());
     }
 
     void searchFindsSettings() {

@@ -1,6 +1,7 @@
 #include "shell/configuration/page/SettingControlRow.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 #include <QSpinBox>
@@ -87,11 +88,13 @@ QWidget* SettingControlRow::makeControl() {
             m_spin->setRange(SettingChoices::MinimumDpi, SettingChoices::MaximumDpi);
             m_spin->setSingleStep(SettingChoices::DpiStep);
             m_spin->setFixedWidth(SpinWidth);
+            guardWheel(m_spin);
             connect(m_spin, qOverload<int>(&QSpinBox::valueChanged), this, report);
             return m_spin;
         case SettingControl::Component:
             m_switcher = new ComponentsSwitcherWidget;
             m_switcher->setName(SettingTable::label(setting()));
+            guardWheel(m_switcher->combo());
             connect(m_switcher, &ComponentsSwitcherWidget::chosen, this, report);
             connect(m_switcher, &ComponentsSwitcherWidget::left, this,
                     [this] { Q_EMIT setupLeft(setting()); });
@@ -101,11 +104,24 @@ QWidget* SettingControlRow::makeControl() {
     }
     m_combo = new QComboBox;
     m_combo->setFixedWidth(ComboWidth);
+    guardWheel(m_combo);
     for (const SettingChoice& choice : SettingChoices::of(setting()))
         m_combo->addItem(choice.text, choice.value);
     connect(m_combo, qOverload<int>(&QComboBox::currentIndexChanged), this,
             [this, report](int index) { report(m_combo->itemData(index)); });
     return m_combo;
+}
+
+void SettingControlRow::guardWheel(QWidget* control) {
+    control->setFocusPolicy(Qt::StrongFocus);
+    control->installEventFilter(this);
+}
+
+bool SettingControlRow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Wheel)
+        return QWidget::eventFilter(watched, event);
+    event->ignore();  // goes on to the page
+    return true;
 }
 
 void SettingControlRow::setValue(const QVariant& value, const SettingRowState& state) {

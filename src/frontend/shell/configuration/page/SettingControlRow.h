@@ -44,8 +44,13 @@ Q_SIGNALS:
     void chosen(Setting setting, const QVariant& value);
     void setupLeft(Setting setting);
 
+protected:
+    /// The wheel scrolls the page: over a list it would change the bottle.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     QWidget* makeControl();
+    void guardWheel(QWidget* control);
     void updateTip();
     void updateReset();
 
