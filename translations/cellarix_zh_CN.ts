@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AppEntryButton</name>
+    <message>
+        <source>is running</source>
+        <translation>正在运行</translation>
+    </message>
+</context>
+<context>
     <name>AppEntryIconEditor</name>
     <message>
         <source>Change the icon</source>
@@ -128,15 +135,15 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
     <name>ApplicationWindows</name>
     <message>
         <source>Not in this version</source>
-        <translation>此版本暂无此功能</translation>
+        <translation type="vanished">此版本暂无此功能</translation>
     </message>
     <message>
         <source>Close</source>
-        <translation>关闭</translation>
+        <translation type="vanished">关闭</translation>
     </message>
     <message>
         <source>This version of Cellarix has no window yet to configure a bottle.</source>
-        <translation>此版本的 Cellarix 暂不支持配置容器。</translation>
+        <translation type="vanished">此版本的 Cellarix 暂不支持配置容器。</translation>
     </message>
 </context>
 <context>
@@ -249,10 +256,260 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>BasicPage</name>
+    <message>
+        <source>Graphics</source>
+        <translation>图形</translation>
+    </message>
+    <message>
+        <source>Windows and Wine</source>
+        <translation>Windows 与 Wine</translation>
+    </message>
+    <message>
+        <source>No setting has been found</source>
+        <translation>没有找到设置项</translation>
+    </message>
+    <message>
+        <source>WineD3D Rendering Method</source>
+        <translation>WineD3D 渲染方式</translation>
+    </message>
+    <message>
+        <source>If there is a black screen, you can set wineD3D rendering mode to gdi.</source>
+        <translation>如果出现黑屏，可以将 wineD3D 渲染方式设为 gdi。</translation>
+    </message>
+    <message>
+        <source>How Wine draws Direct3D: opengl suits most programs, vulkan is for dxvk and vkd3d, gdi draws without the graphics card.</source>
+        <translation>Wine 绘制 Direct3D 的方式：opengl 适合大多数程序，vulkan 用于 dxvk 和 vkd3d，gdi 不使用显卡。</translation>
+    </message>
+    <message>
+        <source>Use discrete GPU</source>
+        <translation>使用独立显卡</translation>
+    </message>
+    <message>
+        <source>On a computer with two graphics cards, programs run on the faster one. It takes more power.</source>
+        <translation>在有两块显卡的电脑上，程序使用较快的一块，耗电更多。</translation>
+    </message>
+    <message>
+        <source>CPU rendering</source>
+        <translation>CPU 渲染</translation>
+    </message>
+    <message>
+        <source>Draws without the graphics card. Slow, but right where a driver draws wrongly.</source>
+        <translation>不使用显卡绘制。速度慢，但在驱动绘制出错时结果正确。</translation>
+    </message>
+    <message>
+        <source>Display DPI</source>
+        <translation>显示 DPI</translation>
+    </message>
+    <message>
+        <source>Range 96-480</source>
+        <translation>范围 96-480</translation>
+    </message>
+    <message>
+        <source>How large programs draw text and windows; 96 is 100 %, 192 is 200 %.</source>
+        <translation>程序绘制文字和窗口的大小：96 为 100%，192 为 200%。</translation>
+    </message>
+    <message>
+        <source>dxvk</source>
+        <translation>dxvk</translation>
+    </message>
+    <message>
+        <source>Draws Direct3D 9 to 11 through Vulkan, which makes games faster. Needs a graphics driver with Vulkan.</source>
+        <translation>通过 Vulkan 绘制 Direct3D 9 至 11，让游戏更快。需要支持 Vulkan 的显卡驱动。</translation>
+    </message>
+    <message>
+        <source>vkd3d</source>
+        <translation>vkd3d</translation>
+    </message>
+    <message>
+        <source>Draws Direct3D 12 through Vulkan. Needs a graphics driver with Vulkan.</source>
+        <translation>通过 Vulkan 绘制 Direct3D 12。需要支持 Vulkan 的显卡驱动。</translation>
+    </message>
+    <message>
+        <source>Windows version</source>
+        <translation>Windows 版本</translation>
+    </message>
+    <message>
+        <source>The version of Windows that programs believe they run on.</source>
+        <translation>程序所识别到的 Windows 版本。</translation>
+    </message>
+    <message>
+        <source>Wine version</source>
+        <translation>Wine 版本</translation>
+    </message>
+    <message>
+        <source>The Wine that runs the programs of this container. A program that fails with one version may run with another.</source>
+        <translation>运行此容器中程序的 Wine。在某个版本下无法运行的程序，换一个版本可能可以运行。</translation>
+    </message>
+    <message>
+        <source>Memory optimization</source>
+        <translation>内存优化</translation>
+    </message>
+    <message>
+        <source>Programs take less memory.</source>
+        <translation>程序占用更少的内存。</translation>
+    </message>
+    <message>
+        <source>NTSync</source>
+        <translation>NTSync</translation>
+    </message>
+    <message>
+        <source>Optimize the operational efficiency in high-concurrency scenarios such as gaming</source>
+        <translation>优化游戏等高并发场景下的运行效率</translation>
+    </message>
+    <message>
+        <source>The kernel itself does what programs wait for each other with.</source>
+        <translation>由内核直接处理程序之间的等待与同步。</translation>
+    </message>
+</context>
+<context>
+    <name>BasicPageText</name>
+    <message>
+        <source>Only for the rendering method vulkan</source>
+        <translation>仅用于渲染方式 vulkan</translation>
+    </message>
+    <message>
+        <source>Only for the rendering method opengl</source>
+        <translation>仅用于渲染方式 opengl</translation>
+    </message>
+    <message>
+        <source>Always on with this Wine version</source>
+        <translation>在此 Wine 版本下始终开启</translation>
+    </message>
+    <message>
+        <source>Not for Proton</source>
+        <translation>不适用于 Proton</translation>
+    </message>
+    <message>
+        <source>Needs the Wine version lumora-ge-proton10</source>
+        <translation>需要 Wine 版本 lumora-ge-proton10</translation>
+    </message>
+    <message>
+        <source>The kernel of this computer does not have the module ntsync</source>
+        <translation>此电脑的内核没有 ntsync 模块</translation>
+    </message>
+</context>
+<context>
+    <name>BottleCommands</name>
+    <message>
+        <source>Wine Configuration</source>
+        <translation>Wine 设置</translation>
+    </message>
+    <message>
+        <source>Registry Editor</source>
+        <translation>注册表编辑器</translation>
+    </message>
+    <message>
+        <source>Add/Remove Programs</source>
+        <translation>添加/删除程序</translation>
+    </message>
+    <message>
+        <source>Internet Settings</source>
+        <translation>Internet 设置</translation>
+    </message>
+    <message>
+        <source>Open in terminal</source>
+        <translation>在终端中打开</translation>
+    </message>
+    <message>
+        <source>Task Manager</source>
+        <translation>任务管理器</translation>
+    </message>
+    <message>
+        <source>Open c-drive</source>
+        <translation>打开 C 盘</translation>
+    </message>
+    <message>
+        <source>Open folder of app</source>
+        <translation>打开应用所在目录</translation>
+    </message>
+    <message>
+        <source>Quit All Apps</source>
+        <translation>退出所有应用</translation>
+    </message>
+</context>
+<context>
+    <name>BottlePrograms</name>
+    <message>
+        <source>%1 could not be added. Please try again later.</source>
+        <translation>无法添加 %1，请稍后再试。</translation>
+    </message>
+    <message>
+        <source>%1 could not be deleted: %2</source>
+        <translation>无法删除 %1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>BottleSettings</name>
+    <message>
+        <source>%1 could not be changed: %2</source>
+        <translation>无法修改“%1”：%2</translation>
+    </message>
+    <message>
+        <source>The bottle service has ended.</source>
+        <translation>容器服务已退出。</translation>
+    </message>
+</context>
+<context>
     <name>BottleTasks</name>
     <message>
         <source>Import registry files (*.reg)</source>
         <translation>注册表文件 (*.reg)</translation>
+    </message>
+</context>
+<context>
+    <name>BottlesConfigView</name>
+    <message>
+        <source>Container Configuration</source>
+        <translation>容器配置</translation>
+    </message>
+    <message>
+        <source>The settings of this container cannot be read at the moment.</source>
+        <translation>暂时无法读取此容器的设置。</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Initializing the wine Container, please wait…</source>
+        <translation>正在初始化 Wine 容器，请稍候…</translation>
+    </message>
+    <message>
+        <source>Loading Bottles</source>
+        <translation>正在加载容器</translation>
+    </message>
+    <message>
+        <source>Basic Configuration</source>
+        <translation>基本配置</translation>
+    </message>
+    <message>
+        <source>Wine Parameter</source>
+        <translation>Wine 参数</translation>
+    </message>
+    <message>
+        <source>Debugging Tools</source>
+        <translation>调试工具</translation>
+    </message>
+    <message>
+        <source>Configuration of %1</source>
+        <translation>%1 的配置</translation>
+    </message>
+    <message>
+        <source>%1 can only be changed while nothing runs in the container. These programs have to be closed first: what has not been saved in them will be lost.</source>
+        <translation>只有容器中没有程序运行时才能修改“%1”。必须先关闭以下程序，其中未保存的内容将会丢失。</translation>
+    </message>
+    <message>
+        <source>Adding application shortcuts</source>
+        <translation>添加应用快捷方式</translation>
+    </message>
+    <message>
+        <source>Windows Application Programs (*.exe *.msi *.bat)</source>
+        <translation>Windows 应用程序 (*.exe *.msi *.bat)</translation>
+    </message>
+    <message>
+        <source>Only Windows programs (exe, msi, bat) can be added.</source>
+        <translation>只能添加 Windows 程序（exe、msi、bat）。</translation>
     </message>
 </context>
 <context>
@@ -307,6 +564,85 @@ please wait for the component download to complete!</source>
     <message>
         <source>Quit</source>
         <translation>退出</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentsSwitcherWidget</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>downloading...</source>
+        <translation>正在下载...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>ConfigFoot</name>
+    <message>
+        <source>Debugging Runs</source>
+        <translation>调试运行</translation>
+    </message>
+    <message>
+        <source>Stop Debugging</source>
+        <translation>停止调试</translation>
+    </message>
+    <message>
+        <source>Toggle logs</source>
+        <translation>显示或隐藏日志</translation>
+    </message>
+    <message>
+        <source>There is no application in this container</source>
+        <translation>此容器中没有应用</translation>
+    </message>
+</context>
+<context>
+    <name>ConfigPages</name>
+    <message>
+        <source>Setting container to improve the success rate of the application, you can debug and preview multiple times.</source>
+        <translation>设置容器可以提高应用运行的成功率，您可以多次调试和预览。</translation>
+    </message>
+    <message>
+        <source>Search settings</source>
+        <translation>搜索设置</translation>
+    </message>
+    <message>
+        <source>Advanced Debugging Tools</source>
+        <translation>高级调试工具</translation>
+    </message>
+</context>
+<context>
+    <name>DebugRun</name>
+    <message>
+        <source>The launch script cannot be run. Please install Cellarix again.</source>
+        <translation>无法运行启动脚本，请重新安装 Cellarix。</translation>
+    </message>
+    <message>
+        <source>The log could not be written to %1.</source>
+        <translation>无法将日志写入 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>DebuggingLogsFrame</name>
+    <message>
+        <source>Debug Log</source>
+        <translation>调试日志</translation>
+    </message>
+    <message>
+        <source>Clear Log</source>
+        <translation>清空日志</translation>
+    </message>
+    <message>
+        <source>Open folder of log</source>
+        <translation>打开日志所在目录</translation>
+    </message>
+    <message>
+        <source>No debugging logs yet</source>
+        <translation>暂无调试日志</translation>
     </message>
 </context>
 <context>
@@ -972,10 +1308,83 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>DriverWarning</name>
+    <message>
+        <source>Currently you are running a program that requires a 32-bit graphics card driver, please confirm the model and type of your current device&apos;s graphics cardand install the corresponding driver.</source>
+        <translation>您正在运行的程序需要 32 位显卡驱动，请确认当前设备显卡的型号和类型，并安装相应的驱动。</translation>
+    </message>
+    <message>
+        <source>Please refer to </source>
+        <translation>请参考</translation>
+    </message>
+    <message>
+        <source>&quot;Installing drivers of graphics cards&quot;</source>
+        <translation>《安装显卡驱动》</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
     <name>DropFrame</name>
     <message>
         <source>Drop to run</source>
         <translation>松开即可运行</translation>
+    </message>
+</context>
+<context>
+    <name>EntriesColumn</name>
+    <message>
+        <source>Application list</source>
+        <translation>应用列表</translation>
+    </message>
+    <message>
+        <source>Apps shown in launcher (click the &quot;+&quot; buttons to add apps and shortcuts)</source>
+        <translation>启动器中显示的应用（点击“+”按钮添加应用和快捷方式）</translation>
+    </message>
+    <message>
+        <source>Add an application</source>
+        <translation>添加应用</translation>
+    </message>
+    <message>
+        <source>Show names</source>
+        <translation>显示名称</translation>
+    </message>
+    <message>
+        <source>Show icons only</source>
+        <translation>只显示图标</translation>
+    </message>
+</context>
+<context>
+    <name>EntryMenu</name>
+    <message>
+        <source>Run in terminal</source>
+        <translation>在终端中运行</translation>
+    </message>
+    <message>
+        <source>Open folder of app</source>
+        <translation>打开应用所在目录</translation>
+    </message>
+    <message>
+        <source>Internet Settings</source>
+        <translation>Internet 设置</translation>
+    </message>
+    <message>
+        <source>Frequently Used Functions</source>
+        <translation>常用功能</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>%1 is taken off the list of applications. Its files stay in the container.</source>
+        <translation>将 %1 从应用列表中移除，其文件仍保留在容器中。</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
 </context>
 <context>
@@ -1842,6 +2251,13 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ProgramTrials</name>
+    <message>
+        <source>The parameters could not be saved: %1</source>
+        <translation>无法保存参数：%1</translation>
+    </message>
+</context>
+<context>
     <name>RefusalNotice</name>
     <message>
         <source>&quot;%1&quot; cannot be opened</source>
@@ -2269,6 +2685,17 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>SettingControlRow</name>
+    <message>
+        <source>Reset</source>
+        <translation>恢复默认</translation>
+    </message>
+    <message>
+        <source>Reset %1</source>
+        <translation>将“%1”恢复默认</translation>
+    </message>
+</context>
+<context>
     <name>SidebarView</name>
     <message>
         <source>Pages</source>
@@ -2296,6 +2723,41 @@ please wait for the component download to complete!</source>
     <message>
         <source>Not rated</source>
         <translation>尚未评分</translation>
+    </message>
+</context>
+<context>
+    <name>SwitcherText</name>
+    <message>
+        <source>Vulkan driver not installed</source>
+        <translation>未安装 Vulkan 驱动</translation>
+    </message>
+    <message>
+        <source>Your devices not support dxvk</source>
+        <translation>您的设备不支持 dxvk</translation>
+    </message>
+    <message>
+        <source>Your devices not support vkd3d</source>
+        <translation>您的设备不支持 vkd3d</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>已禁用</translation>
+    </message>
+    <message>
+        <source>Waiting for download %1</source>
+        <translation>等待下载 %1</translation>
+    </message>
+    <message>
+        <source>downloading...</source>
+        <translation>正在下载...</translation>
+    </message>
+    <message>
+        <source>Setuping %1</source>
+        <translation>正在设置 %1</translation>
+    </message>
+    <message>
+        <source>Setup failed: %1</source>
+        <translation>设置失败：%1</translation>
     </message>
 </context>
 <context>
@@ -2327,6 +2789,32 @@ please wait for the component download to complete!</source>
     <message>
         <source>Feedback</source>
         <translation>反馈</translation>
+    </message>
+</context>
+<context>
+    <name>ToolsPage</name>
+    <message>
+        <source>Container Operation</source>
+        <translation>容器操作</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>Importing the registry</source>
+        <translation>导入注册表</translation>
+    </message>
+</context>
+<context>
+    <name>UndoBar</name>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>%1 has been changed</source>
+        <translation>已修改“%1”</translation>
     </message>
 </context>
 <context>
