@@ -1,4 +1,5 @@
 // The text of a manifest, as a store or anybody on the bus hands it to the bottle service.
+#include <algorithm>
 #include <cstdlib>
 
 #include "manifest/ManifestReader.h"
@@ -9,7 +10,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto [manifest, error] = ManifestReader::read(text);
     if (!error.isEmpty()) {
         // A refusal is one sentence that names nothing of the machine, and no half manifest.
-        if (!error.endsWith('.') || manifest != Manifest())
+        const bool isOneLine =
+            std::all_of(error.begin(), error.end(), [](QChar c) { return c.isPrint() || c.isSurrogate(); });
+        if (!error.endsWith('.') || !isOneLine || manifest != Manifest())
             std::abort();
         return 0;
     }

@@ -8,8 +8,6 @@ using Kind = YamlTree::Kind;
 
 namespace {
 
-constexpr int ShownCharacters = 60;
-
 QString atMost(int count, const char* what) {
     return QString("must have at most %1 %2").arg(count).arg(what);
 }
@@ -148,8 +146,8 @@ void ManifestSection::finish() const {
     for (const auto& entry : m_map.entries) {
         const YamlTree& name = entry.first;
         if (!m_asked.contains(name.text))
-            throw ManifestRefusal(name.located(
-                QString("\"%1\" is not a key of %2.").arg(name.text.left(ShownCharacters), m_title)));
+            throw ManifestRefusal(
+                name.located(QString("\"%1\" is not a key of %2.").arg(YamlTree::shown(name.text), m_title)));
     }
 }
 

@@ -144,7 +144,7 @@ private:
         if (key.kind != YamlTree::Kind::Text)
             throw Refusal(key.located("A key must be text."));
         if (known->contains(key.text))
-            throw Refusal(key.located(QString("\"%1\" is given twice.").arg(key.text.left(ShownCharacters))));
+            throw Refusal(key.located(QString("\"%1\" is given twice.").arg(YamlTree::shown(key.text))));
         known->insert(key.text);
     }
 
@@ -163,6 +163,15 @@ QString encodingFault(const QByteArray& text) {
 }
 
 }  // namespace
+
+QString YamlTree::shown(const QString& text) {
+    QString shown = text.left(ShownCharacters);
+    for (QChar& c : shown) {
+        if (!c.isPrint() || c.isSurrogate())
+            c = QChar('?');
+    }
+    return shown;
+}
 
 QString YamlTree::located(const QString& sentence) const {
     return QString("Line %1, column %2: %3").arg(line).arg(column).arg(sentence);
@@ -184,7 +193,7 @@ YamlTree YamlTree::parse(const QByteArray& text, QString* error) {
         else if (parser.HandleNextDocument(second))
             *error = "The text must be one YAML document, not several.";
     } catch (const YAML::Exception& failure) {
-        *error = at(failure.mark, QString::fromStdString(failure.msg) + '.');
+        *error = at(failure.mark, shown(QString::fromStdString(failure.msg)) + '.');
     } catch (const std::exception& failure) {
         *error = QString::fromUtf8(failure.what());
     }

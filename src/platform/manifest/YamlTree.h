@@ -31,4 +31,6 @@ struct YamlTree {
 
     /// "Line 12, column 5: " and the sentence.
     QString located(const QString& sentence) const;
+    /// A text of the tree as an error text may show it: of limited length, control characters replaced.
+    static QString shown(const QString& text);
 };

@@ -116,6 +116,8 @@ private Q_SLOTS:
         more("alias", "Category: *a", "Line 3, column 11: the referenced anchor is not defined.");
         more("tag", "Category: !!str x", "Line 3, column 11: Tags (!name) are not allowed.");
         more("unknown key", "Foo: 1", "Line 3, column 1: \"Foo\" is not a key of the manifest.");
+        more("hostile key", "\"a\\nb\\u202e\": 1",
+             "Line 3, column 1: \"a?b?\" is not a key of the manifest.");
         bottle("unknown key of Bottle", "Foo: 1", "10: \"Foo\" is not a key of Bottle.");
         more("text wanted", "Category: [a]", "Line 3, column 11: \"Category\" of the manifest must be text.");
         more("address", "downloadUrl: ftp://x.example",
