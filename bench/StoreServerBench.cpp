@@ -17,8 +17,10 @@
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <random>
 #include <thread>
 
@@ -99,7 +101,7 @@ Result load(int port, int clients, double seconds, const RequestMaker& request) 
     for (size_t index = 0; index < all.size(); ++index) {
         all[index].fd.reset(::socket(AF_INET, SOCK_STREAM, 0));
         if (::connect(all[index].fd.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-            qFatal("no connection to port %d", port);
+            qFatal("no connection to port %d: %s", port, std::strerror(errno));
         epoll_event event = {};
         event.events = EPOLLIN;
         event.data.u64 = index;
