@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QUuid>
 
 #include "bottleservice/bottles/Programs.h"
@@ -23,6 +24,15 @@ QString nameOf(const QString& id) {
     return id + ".png";
 }
 
+/// The script makes the directory that it is given, also when the bottle was deleted while it ran.
+void removeLeftover(const QString& bottlePath, const QString& id) {
+    if (QFileInfo::exists(bottlePath + "/drive_c"))
+        return;
+    ProgramIcon::remove(bottlePath, id);
+    QDir().rmdir(directoryOf(bottlePath));  // only when it is empty
+    QDir().rmdir(bottlePath);
+}
+
 }  // namespace
 
 QString ProgramIcon::idFor(const QString& source) {
@@ -38,6 +48,7 @@ QString ProgramIcon::extract(const QString& script, const QString& bottlePath, c
     if (!QFileInfo(directory).isDir() && !QDir().mkdir(directory))
         return {};
     const QString icon = directory + '/' + nameOf(id);
+    const auto cleanUp = qScopeGuard([&] { removeLeftover(bottlePath, id); });
     for (const QString& file : files) {
         if (!QFileInfo(file).isFile())
             continue;
