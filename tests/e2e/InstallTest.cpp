@@ -192,13 +192,14 @@ private Q_SLOTS:
         QTRY_VERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered("com.lumora.Cellarix"));
         callApplication("installProgram", {appId, appInfoId});
         if (appId == "7") {
-            const WindowInfo dialog =
-                m_windows.waitForTitle("Please select the installation program", LongMs);
-            QVERIFY2(dialog.id, qPrintable(app.log()));
+            const QString title = "Please select the installation program";
+            QTRY_VERIFY2_WITH_TIMEOUT(m_windows.byTitle(title).id, qPrintable(app.log()), LongMs);
             callApplication("installProgram", {"8", "k8"});
             QVERIFY(app.isRunning() && !app.log().contains("Installing program: \"8\""));
-            QVERIFY(m_windows.close(dialog.id));
+            QVERIFY(m_windows.close(m_windows.byTitle(title).id));
         }
+        // The server of the store answers in this event loop.
+        QTRY_VERIFY2_WITH_TIMEOUT(!app.isRunning(), qPrintable(app.log()), LongMs);
         QCOMPARE(app.waitForExit(), 0);
         QVERIFY2(app.log().contains("Installing program:"), qPrintable(app.log()));
     }
