@@ -44,7 +44,7 @@ void AppStoreItemDelegate::setModelData(QWidget*, QAbstractItemModel*, const QMo
 
 void AppStoreItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                                 const QModelIndex&) const {
-    editor->move(option.rect.left() + SkeletonCard::CellLeft, option.rect.top());
+    editor->move(option.rect.topLeft() + SkeletonCard::CellOffset);
 }
 
 QSize AppStoreItemDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {

@@ -34,7 +34,7 @@ void LoadingWidget::paintEvent(QPaintEvent*) {
     using SkeletonCard::Card;
     using SkeletonCard::Pitch;
     for (int y = 0; y < height(); y += Pitch.height()) {
-        for (int x = 0; x + SkeletonCard::CellLeft + Card.width() <= width(); x += Pitch.width())
+        for (int x = 0; x + SkeletonCard::CellOffset.x() + Card.width() <= width(); x += Pitch.width())
             SkeletonCard::paint(&painter, QPoint(x, y));
     }
 }

@@ -17,7 +17,7 @@ constexpr QRect Blocks[] = {{10, 20, 56, 56},  {76, 13, 132, 14}, {76, 35, 64, 1
 
 void SkeletonCard::paint(QPainter* painter, const QPoint& cell) {
     const Paint::Scope scope(painter);
-    painter->translate(cell.x() + CellLeft, cell.y());
+    painter->translate(cell + CellOffset);
     QPainterPath shapes;
     for (const QRect& block : Blocks) {
         const int radius =

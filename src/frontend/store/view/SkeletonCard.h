@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QRect>
+#include <QPoint>
+#include <QSize>
 
 class QPainter;
 
@@ -8,8 +9,8 @@ class QPainter;
 namespace SkeletonCard {
 
 constexpr QSize Card(364, 96);
-constexpr QSize Pitch(367, 104);  ///< from card to card: two of them fit into the main window
-constexpr int CellLeft = 4;       ///< a card's place in its cell
+constexpr QSize Pitch(367, 104);    ///< from card to card: two of them fit into the main window
+constexpr QPoint CellOffset(4, 4);  ///< a card's place in its cell, which leaves room for the focus ring
 constexpr int IconEdge = 56;
 constexpr int SideMargin = 10;
 constexpr int TopMargin = 6;
