@@ -60,7 +60,8 @@ void RunStateButton::paintEvent(QPaintEvent*) {
                          : m_state == Installing ? Paint::color(Theme::Secondary)
                          : m_state == Repair     ? Paint::color(Theme::Warning)
                                                  : Paint::color(Theme::Accent);
-    QColor ground = m_state == Idle || m_state == Install ? Paint::color(Theme::AccentSoft) : Paint::color(Theme::Surface);
+    QColor ground = m_state == Idle || m_state == Install ? Paint::color(Theme::AccentSoft)
+                                                          : Paint::color(Theme::Surface);
     if (m_state != Installing && (underMouse() || isDown()))
         ground = mix(ground, color, isDown() ? 0.24 : 0.12);
     Paint::box(&painter, rect(), Tokens::RadiusControl, ground,
