@@ -8,7 +8,6 @@
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
 #include "programs/RunStateButton.h"
-#include "store/view/HotLabel.h"
 #include "support/KeyWalk.h"
 
 using AppStoreViewUtils::ButtonState;

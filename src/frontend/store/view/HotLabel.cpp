@@ -1,6 +1,5 @@
 #include "store/view/HotLabel.h"
 
-#include <QIcon>
 #include <QPainter>
 
 #include "fenk/style/Theme.h"
@@ -25,12 +24,8 @@ HotLabel::HotLabel(QWidget* parent) : QWidget(parent) {
 }
 
 void HotLabel::paintEvent(QPaintEvent*) {
-    const qreal ratio = devicePixelRatioF();
-    if (m_picture.isNull() || m_picture.devicePixelRatio() != ratio) {
-        const bool isLight = Theme::instance()->colorType() == Theme::Light;
-        const QIcon icon(storeImage(isLight ? "hot_label.svg" : "hot_label_dark.svg"));
-        m_picture = icon.pixmap(Size * ratio);
-        m_picture.setDevicePixelRatio(ratio);
-    }
-    QPainter(this).drawPixmap(0, 0, m_picture);
+    if (m_picture.isNull())
+        m_picture = QIcon(storeImage(Theme::instance()->isDark() ? "hot_label_dark.svg" : "hot_label.svg"));
+    QPainter painter(this);
+    m_picture.paint(&painter, rect());
 }

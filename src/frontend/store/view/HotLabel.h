@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QPixmap>
+#include <QIcon>
 #include <QWidget>
 
 /// The mark of a recommended application, 22 by 11, in the picture of the present theme.
@@ -13,5 +13,5 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QPixmap m_picture;
+    QIcon m_picture;
 };
