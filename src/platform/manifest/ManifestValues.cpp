@@ -21,6 +21,11 @@ constexpr int MaximumKeyCharacters = 1024;
 constexpr int MaximumKeyPartCharacters = 255;
 constexpr int MaximumTextIndicators = YamlTree::MaximumIndicators / 2;
 
+/// YAML's writer puts U+FFFD in the place of these.
+bool isNonCharacter(uint code) {
+    return (code >= 0xfdd0 && code <= 0xfdef) || (code & 0xfffe) == 0xfffe;
+}
+
 }  // namespace
 
 std::optional<QString> registryKey(const QString& given) {
@@ -95,12 +100,16 @@ bool isText(const QByteArray& content) {
 
 bool hasOnlyAllowed(const QString& text, const char* allowed) {
     const QString exceptions = QLatin1String(allowed);
-    return std::all_of(text.begin(), text.end(), [&exceptions](QChar c) {
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        const bool isPair = c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        const uint code = isPair ? QChar::surrogateToUcs4(c, text[++i]) : c.unicode();
         const bool isControl = c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-                               c == QChar::ParagraphSeparator || c == QChar(0xfeff) || c == QChar(0xfffe) ||
-                               c == QChar(0xffff);
-        return !isControl || exceptions.contains(c);
-    });
+                               c == QChar::ParagraphSeparator || c == QChar(0xfeff);
+        if (isNonCharacter(code) || (isControl && !exceptions.contains(c)))
+            return false;
+    }
+    return true;
 }
 
 }  // namespace ManifestValues

@@ -29,7 +29,8 @@ std::optional<QByteArray> base64(const QString& text);
 /// Whether a file's content may stand as text in a manifest: UTF-8 whose only control characters are line
 /// feeds and tabs.
 bool isText(const QByteArray& content);
-/// Whether a text has no control characters but those that are allowed.
+/// Whether a text has no control characters but those that are allowed, and no code points that are never
+/// characters.
 bool hasOnlyAllowed(const QString& text, const char* allowed);
 
 }  // namespace ManifestValues
