@@ -64,4 +64,17 @@ bool isProgramName(const QString& name) {
     return name.size() <= 64 && plain.match(name).hasMatch() && !name.endsWith('.') && !isReserved(name);
 }
 
+bool leadsOutOfWine(const QString& text) {
+    static const QRegularExpression outside(
+        "/unix(?![a-z0-9_.])|[\\\\/]{2}[?.][\\\\/]|\\\\\\?\\?\\\\|(?<![a-z0-9])z:|"
+        "(?<![a-z0-9.:/\\\\])/"
+        "(bin|sbin|usr|home|root|etc|tmp|var|opt|proc|dev|sys|run|mnt|media|lib|lib64|srv)"
+        "[\\\\/]",
+        QRegularExpression::CaseInsensitiveOption);
+    // cmd.exe takes these out.
+    QString plain = text;
+    plain.remove('^').remove('"');
+    return outside.match(plain).hasMatch();
+}
+
 }  // namespace ManifestPath

@@ -24,4 +24,8 @@ QStringList parts(const QString& path);
 /// Whether the text is a plain file name such as "regedit.exe", for a program that comes with Wine.
 bool isProgramName(const QString& name);
 
+/// Whether a text for a program names something outside of the bottle: drive Z:, a path of Unix, Wine's own
+/// form of one, or the switch with which start.exe runs native programs. Finds what is written plainly.
+bool leadsOutOfWine(const QString& text);
+
 }  // namespace ManifestPath

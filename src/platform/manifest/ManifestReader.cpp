@@ -2,10 +2,12 @@
 
 #include <QRegularExpression>
 #include <QUrl>
+#include <algorithm>
 
 #include "manifest/ManifestPath.h"
 #include "manifest/ManifestSection.h"
 #include "manifest/ManifestValues.h"
+#include "manifest/RegistryRules.h"
 #include "manifest/SettingRules.h"
 #include "manifest/YamlTree.h"
 
@@ -14,11 +16,11 @@ using Registry = Manifest::RegistryValue;
 
 namespace {
 
-constexpr int Short = 255;    // characters: names
-constexpr int Medium = 4096;  // descriptions, addresses, arguments
-constexpr int Long = 65536;   // data of a registry value
+using ManifestReader::Long;
+using ManifestReader::MaximumEntries;
+using ManifestReader::Medium;
+using ManifestReader::Short;
 constexpr qint64 MaximumSetupBytes = qint64(1) << 40;
-constexpr int MaximumEntries = 200;  // of a map or a list
 constexpr int MaximumRegistryValues = 2000;
 constexpr int MaximumCommands = 50;
 
@@ -107,6 +109,9 @@ void readRegistryValue(ManifestSection& section, Manifest::Bottle* bottle) {
                        "must be REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ, REG_DWORD, REG_QWORD, REG_BINARY or "
                        "delete");
     value.type = found->type;
+    const QString fault = RegistryRules::fault(value.key, value.name);
+    if (value.type != Registry::Type::Deleted && !fault.isEmpty())
+        section.refuse("Key", fault);
     readRegistryData(section, &value);
     bottle->registry += value;
 }
@@ -149,7 +154,12 @@ void readCommand(ManifestSection& section, Manifest::Bottle* bottle) {
         if (!fault.isEmpty())
             section.refuse("Program", fault + ", or be the plain name of a program that comes with Wine");
     }
+    const QString name = command.program.section(QRegularExpression("[\\\\/]"), -1).toLower();
+    if (name == "start" || name == "start.exe")
+        section.refuse("Program", "must not be start.exe, which also starts programs outside of Wine");
     command.arguments = section.texts("Arguments", MaximumEntries, Medium);
+    if (std::any_of(command.arguments.begin(), command.arguments.end(), ManifestPath::leadsOutOfWine))
+        section.refuse("Arguments", "must not name drive Z:, a path of Unix, \"/unix\" or \"\\\\?\\\"");
     command.description = section.text("Description", Short * 2);
     bottle->commands += command;
 }

@@ -12,6 +12,11 @@ namespace ManifestReader {
 
 constexpr int MaximumBytes = 2 * 1024 * 1024;
 constexpr int MaximumFileBytes = 1024 * 1024;  ///< of all Files together
+constexpr int MaximumEntries = 200;            ///< of a map or a list, where nothing else is said
+/// The longest texts, in characters.
+constexpr int Short = 255;    ///< names
+constexpr int Medium = 4096;  ///< descriptions, addresses, arguments of a command
+constexpr int Long = 65536;   ///< data of a registry value, arguments of a program
 
 struct Result {
     Manifest manifest;

@@ -3,6 +3,7 @@
 #include "manifest/ManifestReader.h"
 #include "manifest/ManifestValues.h"
 #include "manifest/ManifestWriter.h"
+#include "manifest/RegistryRules.h"
 #include "support/Table.h"
 
 using TestSupport::Table;
@@ -157,16 +158,55 @@ private Q_SLOTS:
                "31: \"Program\" of an entry of Commands must lie on drive C:, such as "
                "\"c:\\folder\\file.ini\", or be "
                "the plain name of a program that comes with Wine.");
+        const QString noArgument =
+            "51: \"Arguments\" of an entry of Commands must not name drive Z:, a path of Unix, \"/unix\" or "
+            "\"\\\\?\\\".";
+        for (const char* argument : {"/c start /u^nix x", "copy z:\\x c:", "\\\\?\\unix\\bin", "/B /bin/sh"})
+            bottle(argument, "Commands: [{Program: cmd.exe, Arguments: ['" + QByteArray(argument) + "']}]",
+                   noArgument);
+        bottle("start.exe", "Commands: [{Program: Start}]",
+               "31: \"Program\" of an entry of Commands must not be start.exe, which also starts programs "
+               "outside of Wine.");
+        bottle("non-character", "Files: [{Path: c:/a, Text: \"\\uFDD0\"}]",
+               "37: \"Text\" of an entry of Files has a character that is not allowed there.");
         more("both forms", "Program: {path: a}\nPrograms: [{path: a}]",
              "Line 3, column 10: \"Program\" of the manifest must not stand beside Programs.");
-        more("loader", "Programs: [{path: a, envs: {LD_PRELOAD: x}}]",
-             "Line 3, column 29: \"envs\" of an entry of Programs must have names of variables that may be "
-             "shared, "
-             "each with a text.");
+        for (const char* name : {"LD_PRELOAD", "VK_ADD_DRIVER_FILES", "__EGL_VENDOR_LIBRARY_DIRS",
+                                 "GBM_BACKENDS_PATH", "OPENSSL_CONF", "SPA_PLUGIN_DIR", "SDL_DYNAMIC_API"})
+            more(name, "Programs: [{path: a, envs: {" + QByteArray(name) + ": x}}]",
+                 "Line 3, column 29: \"envs\" of an entry of Programs must have names of variables that may "
+                 "be shared, each with a text.");
     }
     void refusals() {
         QFETCH(QByteArray, text);
         QTEST(ManifestReader::read(text).error, "error");
+    }
+
+    void registryRules_data() {
+        const Table<QString, QString, bool> row("key", "name", "mayBeSet");
+        row("software", "HKEY_CURRENT_USER\\Software\\Studio", "Run", true);
+        row("start", "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce", "a", false);
+        row("32 bits", "HKEY_CURRENT_USER\\SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Run",
+            "a", false);
+        row("beside", "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\App Paths", "a",
+            true);
+        row("service", "HKEY_LOCAL_MACHINE\\System\\ControlSet001\\Services\\x", "ImagePath", false);
+        row("autorun", "HKEY_CURRENT_USER\\Software\\Microsoft\\Command Processor", "AutoRun", false);
+        row("not autorun", "HKEY_CURRENT_USER\\Software\\Microsoft\\Command Processor", "Color", true);
+        row("browser", "HKEY_CURRENT_USER\\Software\\Wine\\WineBrowser", "Browsers", false);
+        row("variable", "HKEY_CURRENT_USER\\Environment", "STUDIO", true);
+        row("loader", "HKEY_CURRENT_USER\\environment", "LD_AUDIT", false);
+        row("machine's variable",
+            "HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\Session Manager\\Environment",
+            "VK_ADD_X", false);
+    }
+    void registryRules() {
+        QFETCH(QString, key);
+        QFETCH(QString, name);
+        QTEST(RegistryRules::fault(key, name).isEmpty(), "mayBeSet");
+        // What only takes away starts nothing.
+        const QByteArray entry = "Bottle: {Registry: [{Type: delete, Key: '" + key.toUtf8() + "'}]}";
+        QCOMPARE(ManifestReader::read(withRequired(entry)).error, QString());
     }
 
     void paths_data() {
@@ -205,7 +245,8 @@ private Q_SLOTS:
         Manifest manifest;
         manifest.name = "n";
         manifest.bottle.files = {{"c:/table.csv", QByteArray("1,").repeated(150000)},
-                                 {"c:/text", QByteArray("x\n").repeated(300000)}};
+                                 {"c:/text", QByteArray("x\n").repeated(300000)},
+                                 {"c:/never", QString::fromUcs4(U"\U0001fffe \ufdef").toUtf8()}};
         const auto [again, error] = ManifestReader::read(ManifestWriter::write(manifest));
         QCOMPARE(error, QString());
         QVERIFY(again == manifest);
