@@ -1,10 +1,13 @@
 #include "storeserver/data/StoreDirectory.h"
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <cerrno>
+#include <memory>
 
 #include "fenk/system/RegularFile.h"
 #include "manifest/ManifestReader.h"
@@ -28,23 +31,65 @@ void addFacts(QByteArray& signature, const QString& path) {
     signature.append(reinterpret_cast<const char*>(numbers), sizeof numbers);
 }
 
+struct StreamCloser {
+    void operator()(DIR* stream) const { ::closedir(stream); }
+};
+
+struct Listing {
+    QStringList directories;  ///< and links to some
+    QStringList strayLinks;   ///< whose target is missing or no directory
+    int error = 0;            ///< an errno, with which the names are not all there
+};
+
+/// Names that start with a point are left out. QDir says nothing of an error and returns no names then.
+Listing listed(const QString& path) {
+    Listing listing;
+    const std::unique_ptr<DIR, StreamCloser> stream(::opendir(QFile::encodeName(path).constData()));
+    if (!stream)
+        listing.error = errno;
+    while (listing.error == 0) {
+        errno = 0;
+        const dirent* entry = ::readdir(stream.get());
+        if (!entry) {
+            listing.error = errno;
+            break;
+        }
+        if (entry->d_name[0] == '.')
+            continue;
+        const int directory = ::dirfd(stream.get());
+        struct stat facts = {};
+        if (::fstatat(directory, entry->d_name, &facts, 0) == 0 && S_ISDIR(facts.st_mode))
+            listing.directories += QFile::decodeName(entry->d_name);
+        else if (::fstatat(directory, entry->d_name, &facts, AT_SYMLINK_NOFOLLOW) != 0)
+            listing.error = errno == ENOENT ? 0 : errno;  // it may just have been removed
+        else if (S_ISLNK(facts.st_mode))
+            listing.strayLinks += QFile::decodeName(entry->d_name);
+    }
+    return listing;
+}
+
 }  // namespace
 
 std::optional<QStringList> StoreDirectory::appInfoIds(Faults& faults) const {
-    const QDir apps(m_path + '/' + AppsDirectory);
-    if (!apps.isReadable()) {
-        faults.append({AppsDirectory, "The directory is missing or cannot be read."});
+    const Listing apps = listed(m_path + '/' + AppsDirectory);
+    if (apps.error != 0) {
+        faults.append({AppsDirectory,
+                       "The directory is missing or cannot be read: " + qt_error_string(apps.error) + '.'});
         return std::nullopt;
     }
+    for (const QString& name : apps.strayLinks)
+        faults.append({AppsDirectory + '/' + name, "The link leads to no directory."});
+    QStringList all = apps.directories + apps.strayLinks;
+    all.sort();
     QStringList names;
-    for (const QString& name : apps.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+    for (const QString& name : all) {
         if (isAppInfoId(name))
             names.append(name);
         else
             faults.append(
                 {AppsDirectory + '/' + name,
                  "The name of an application's directory has 1 to 64 of the characters a-z, 0-9, '.' "
-                 "and '-', and starts with one of the first two kinds."});
+                 "and '-', starts with one of the first two kinds, and is not a number."});
     }
     return names;
 }

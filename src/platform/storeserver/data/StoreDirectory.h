@@ -24,7 +24,8 @@ public:
 
     const QString& path() const { return m_path; }
 
-    /// The names of all applications in their order; nothing, with a fault, if they cannot be listed.
+    /// The names of all applications in their order, with faults at those that are no names; nothing, with a
+    /// fault, if they cannot be listed. A link that leads nowhere has a fault but is still an application's.
     std::optional<QStringList> appInfoIds(Faults& faults) const;
     /// Each reads and checks; nothing after a fault.
     std::optional<QList<CategoryRecord>> categories(Faults& faults) const;
