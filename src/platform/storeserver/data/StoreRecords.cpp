@@ -66,7 +66,7 @@ YamlTree parse(const QByteArray& text, const QString& file, Faults& faults) {
 }  // namespace
 
 bool isAppInfoId(const QString& name) {
-    static const QRegularExpression form("\\A[a-z0-9][a-z0-9.-]{0,63}\\z");
+    static const QRegularExpression form("\\A(?![0-9]+\\z)[a-z0-9][a-z0-9.-]{0,63}\\z");
     return form.match(name).hasMatch();
 }
 

@@ -23,7 +23,7 @@ struct CategoryRecord {
 
 /// The facts of one application: its store.yml, under the name of its directory.
 struct AppRecord {
-    QString appInfoId;  ///< [a-z0-9][a-z0-9.-]{0,63}
+    QString appInfoId;  ///< isAppInfoId()
     qint64 appId = 0;   ///< at least 1
     Translated names;
     qint64 category = 0;
@@ -41,6 +41,8 @@ struct AppRecord {
     qint64 installations = 0;
 };
 
+/// [a-z0-9][a-z0-9.-]{0,63}, but not digits alone: bottles are named by appInfoId or by appId, and one's name
+/// must not be the other's number.
 bool isAppInfoId(const QString& name);
 
 /// Both readers take the content of a file, whose path below the store's directory is only for the faults.
