@@ -1,6 +1,7 @@
 #include "storeserver/data/IconFile.h"
 
 #include <QCryptographicHash>
+#include <QRegularExpression>
 #include <QXmlStreamReader>
 #include <QtEndian>
 
@@ -23,11 +24,18 @@ QString pngFault(const QByteArray& data) {
     return {};
 }
 
+/// Whether a style asks for something that is not in the image, or has escapes that may hide this.
+bool leadsOut(const QString& style) {
+    static const QRegularExpression form(R"(@import|\\|url\s*\((?!\s*['"]?#))",
+                                         QRegularExpression::CaseInsensitiveOption);
+    return form.match(style).hasMatch();
+}
+
 bool isOutside(const QXmlStreamAttribute& attribute) {
     const QString value = attribute.value().toString().trimmed();
     if (attribute.name().compare(QLatin1String("href"), Qt::CaseInsensitive) == 0)
         return !value.startsWith('#') && !value.startsWith("data:image/png;base64,");
-    return attribute.name().startsWith(QLatin1String("on"), Qt::CaseInsensitive);
+    return attribute.name().startsWith(QLatin1String("on"), Qt::CaseInsensitive) || leadsOut(value);
 }
 
 QString svgFault(const QByteArray& data) {
@@ -37,6 +45,8 @@ QString svgFault(const QByteArray& data) {
         const QXmlStreamReader::TokenType token = reader.readNext();
         if (token == QXmlStreamReader::DTD)
             return "The image has a document type, which icons must not have.";
+        if (token == QXmlStreamReader::ProcessingInstruction)
+            return "The image has a processing instruction, which icons must not have.";
         if (token != QXmlStreamReader::StartElement)
             continue;
         if (isFirst && reader.name() != QLatin1String("svg"))
@@ -50,6 +60,8 @@ QString svgFault(const QByteArray& data) {
                 return QString("The image has a \"%1\" that leads out of it.")
                     .arg(attribute.name().toString());
         }
+        if (reader.name() == QLatin1String("style") && leadsOut(reader.readElementText()))
+            return "The image has a \"style\" that leads out of it.";
     }
     return reader.hasError() ? "The file is not an SVG image: " + reader.errorString() + '.' : QString();
 }

@@ -5,8 +5,8 @@
 
 namespace StoreServer {
 
-/// An application's icon: a PNG of at most 512 x 512, or an SVG without scripts, entities and links to other
-/// files. Clients draw it, so it is checked before it is served.
+/// An application's icon: a PNG of at most 512 x 512, or an SVG without scripts, entities and anything of
+/// other files. Clients draw it, so it is checked before it is served.
 struct IconFile {
     enum class Kind { None, Png, Svg };
 
