@@ -129,6 +129,11 @@ private Q_SLOTS:
         row("other file", false, "<svg xmlns:x='u'><image x:href='file:///etc/passwd'/></svg>",
             "\"href\" that leads");
         row("own part", false, "<svg xmlns:x='u'><use x:href='#a'/></svg>", "");
+        for (const char* style : {"url(http://a/b)", "URL ( 'file:///a#b' )", "u\\72l(a)"})
+            row(style, false, "<svg fill=\"" + QByteArray(style) + "\"/>", "\"fill\" that leads out of it");
+        row("own gradient", false, "<svg fill='url(#a)' style='fill: url( \"#b\")'/>", "");
+        row("style sheet", false, "<svg><style>@im<!-- -->port 'a.css';</style></svg>", "\"style\" that");
+        row("outer style sheet", false, "<?xml-stylesheet href='a.css'?><svg/>", "processing instruction");
         row("entity", false, "<!DOCTYPE svg [<!ENTITY a 'b'>]><svg/>", "document type");
         row("huge", false, "<svg/>" + QByteArray(int(MaximumIconBytes), ' '), "larger than");
     }
@@ -163,15 +168,19 @@ private Q_SLOTS:
         files.write("apps/notes/manifest.yml", StoreFiles::manifestText("Notes") + "Trick: 1\n");
         files.write("apps/notes/icon.png", "");
         files.write("apps/Big/x", "");
+        files.write("apps/1042/x", "");
         QDir(files.path("apps/empty")).mkpath(".");
+        QFile::link(files.path("nowhere"), files.path("apps/lost"));
+        QFile::link("turning", files.path("apps/turning"));
         Faults faults;
         const StoreDirectory directory(files.path());
-        QCOMPARE(directory.appInfoIds(faults).value(), QStringList({"empty", "notes"}));
+        QCOMPARE(directory.appInfoIds(faults).value(), QStringList({"empty", "lost", "notes", "turning"}));
         QVERIFY(!directory.app("notes", faults));
         QVERIFY(!directory.app("empty", faults));
         const QString text = textOf(faults);
         for (const char* fault :
-             {"apps/Big: The name", "apps/notes/manifest.yml: Line 3, column 1: ",
+             {"apps/Big: The name", "apps/1042: The name", "apps/lost: The link leads to no directory.",
+              "apps/turning: The link", "apps/notes/manifest.yml: Line 3, column 1: ",
               "apps/notes/icon.svg: There is an icon.png as well",
               "apps/empty/store.yml: The file is missing", "apps/empty/manifest.yml: The file"})
             QVERIFY2(text.contains(fault), qPrintable(text));
