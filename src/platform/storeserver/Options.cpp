@@ -10,6 +10,7 @@ namespace {
 
 constexpr int MaximumThreads = 64;
 constexpr int StandardThreads = 4;
+constexpr int MaximumIdleSeconds = 7 * 24 * 60 * 60;
 constexpr int MaximumPort = 65535;
 const char StandardListen[] = "127.0.0.1:8630";
 const char StandardIdleSeconds[] = "300";
@@ -77,8 +78,11 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
         options.error = "Unexpected argument: " + parser.positionalArguments().constFirst();
     else if (!areThreads || options.threads < 1 || options.threads > MaximumThreads)
         options.error = QString("--threads must be a number from 1 to %1.").arg(MaximumThreads);
-    else if (!areSeconds || options.idleSeconds < 0)
-        options.error = "--idle-seconds must be a number from 0.";
+    else if (!areSeconds || options.idleSeconds < 0 || options.idleSeconds > MaximumIdleSeconds)
+        options.error = QString("--idle-seconds must be a number from 0 to %1.").arg(MaximumIdleSeconds);
+    else if (parser.isSet(session) && (parser.isSet(listen) || parser.isSet(publicUrl)))
+        options.error =
+            "--listen and --public-url cannot be used with --session, which serves this user only.";
     else if (!readListen(parser.value(listen), options))
         options.error = QString("--listen must be an address and a port, such as %1.").arg(StandardListen);
     else if (parser.isSet(publicUrl) && !options.publicAddress.set(parser.value(publicUrl).toStdString()))

@@ -224,6 +224,9 @@ private Q_SLOTS:
         row("no threads", {"--threads", "0"}, "--threads must be");
         row("address", {"--public-url", "x"}, "--public-url must be");
         row("idle", {"--idle-seconds", "-1"}, "--idle-seconds must be");
+        row("idle for ever", {"--idle-seconds", "2147484"}, "--idle-seconds must be");
+        row("session elsewhere", {"--session", "--listen", "0.0.0.0:1"}, "--listen and --public-url cannot");
+        row("session as another", {"--session", "--public-url", "http://a"}, "--listen and --public-url");
         row("unknown", {"--dta", "x"}, "Unknown option 'dta'.");
         row("stray", {"x"}, "Unexpected argument: x");
     }
