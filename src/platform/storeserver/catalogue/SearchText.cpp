@@ -59,10 +59,26 @@ QString quoted(QString text) {
     return '"' + text.replace('"', "\"\"") + '"';
 }
 
+bool hasAccents(uint letter) {
+    const QChar::Script script = QChar::script(letter);
+    return script == QChar::Script_Latin || script == QChar::Script_Greek || script == QChar::Script_Cyrillic;
+}
+
 }  // namespace
 
 QString folded(const QString& text) {
-    return text.normalized(QString::NormalizationForm_KC).toCaseFolded();
+    QVector<uint> kept;
+    bool isAccented = false;
+    for (const uint character : text.normalized(QString::NormalizationForm_KD).toUcs4()) {
+        const bool isMark = QChar::category(character) == QChar::Mark_NonSpacing;
+        if (!isMark)
+            isAccented = hasAccents(character);
+        if (!isMark || !isAccented)
+            kept.append(character);
+    }
+    return QString::fromUcs4(kept.constData(), kept.size())
+        .normalized(QString::NormalizationForm_C)
+        .toCaseFolded();
 }
 
 QString spaced(const QString& folded) {

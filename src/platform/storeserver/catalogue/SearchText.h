@@ -6,12 +6,13 @@ namespace StoreServer {
 
 /// How texts are searched. What is typed is split into words, and within these into Chinese and other parts;
 /// an application is found if it has all of them. Chinese parts, and other parts of three characters or more,
-/// are found anywhere; shorter ones where a word starts with them. Letters match in either case and width.
+/// are found anywhere; shorter ones where a word starts with them. Letters match in either case and width,
+/// and those of Latin, Greek and Cyrillic with or without their accents.
 namespace SearchText {
 
 constexpr int MaximumTerms = 8;
 
-/// In one case and width, as all other functions and both indexes expect it.
+/// In one case and width and without accents, as all other functions and both indexes expect it.
 QString folded(const QString& text);
 
 /// A text for the index of words: every Chinese character is a word of its own.
