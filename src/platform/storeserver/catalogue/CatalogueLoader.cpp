@@ -104,6 +104,8 @@ bool CatalogueLoader::replace(const QString& appInfoId, Faults& faults) {
 
 std::shared_ptr<const Catalogue> CatalogueLoader::snapshot() const {
     const QTemporaryDir directory;
+    if (!directory.isValid())
+        throw SqlError(directory.errorString().toStdString());
     const QString file = directory.filePath("catalogue");
     m_writer->copyTo(file);
     return std::make_shared<const Catalogue>(file, m_readers, m_categories);
