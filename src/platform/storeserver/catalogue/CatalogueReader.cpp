@@ -21,16 +21,8 @@ std::string addressOf(const std::string& file) {
 }
 
 std::string listStatement(const ListQuery& query) {
-    static const std::array<std::vector<std::string>, 3> columns = {{
-        {"updated", "installations", "id"},
-        {"installations", "id"},
-        {"score", "installations", "id"},
-    }};
-    std::string order;
-    for (const std::string& column : columns[size_t(query.field)])
-        order += (order.empty() ? "" : ", ") + column + (query.isAscending ? " ASC" : " DESC");
     return std::string("SELECT id FROM apps") + (query.category ? " WHERE category = ?3" : "") +
-           " ORDER BY " + order + " LIMIT ?1 OFFSET ?2";
+           " ORDER BY " + listOrder(query.field, query.isAscending) + ", id LIMIT ?1 OFFSET ?2";
 }
 
 std::string searchStatement(bool hasWords, bool hasTriples) {

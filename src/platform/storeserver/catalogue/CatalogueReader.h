@@ -5,12 +5,12 @@
 #include <string>
 #include <unordered_map>
 
+#include "storeserver/catalogue/ListOrder.h"
 #include "storeserver/catalogue/Sql.h"
 
 namespace StoreServer {
 
 enum class Language { English, Chinese };
-enum class SortField { Updated, Installations, Score };
 
 /// In what form applications are written: JSON objects with texts in a language and icons below an address.
 struct Rendering {

@@ -5,33 +5,42 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
+#include "storeserver/catalogue/ListOrder.h"
 #include "storeserver/catalogue/SearchText.h"
 
 namespace StoreServer {
 
 namespace {
 
-// The table of applications is slim, since it is what is sorted and searched. Every order has its index,
-// which ends in the id.
+// The table of applications is slim, since it is what is sorted and searched.
 const char Schema[] = R"(
 PRAGMA journal_mode = MEMORY;
 PRAGMA synchronous = OFF;
 PRAGMA cache_size = -8000;
 CREATE TABLE apps (
     id INTEGER PRIMARY KEY, key TEXT NOT NULL UNIQUE, category INTEGER NOT NULL, updated INTEGER NOT NULL,
-    installations INTEGER NOT NULL, score INTEGER NOT NULL, en TEXT NOT NULL, zh TEXT NOT NULL);
-CREATE INDEX by_updated ON apps (updated, installations);
-CREATE INDEX by_installations ON apps (installations);
-CREATE INDEX by_score ON apps (score, installations);
-CREATE INDEX by_category_updated ON apps (category, updated, installations);
-CREATE INDEX by_category_installations ON apps (category, installations);
-CREATE INDEX by_category_score ON apps (category, score, installations);
+    installations INTEGER NOT NULL, score INTEGER NOT NULL, rank INTEGER NOT NULL,
+    en TEXT NOT NULL, zh TEXT NOT NULL);
 CREATE TABLE records (id INTEGER PRIMARY KEY, icon TEXT NOT NULL, en BLOB NOT NULL, zh BLOB NOT NULL);
 CREATE TABLE manifests (id INTEGER PRIMARY KEY, text BLOB NOT NULL);
 CREATE TABLE icons (id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE, data BLOB NOT NULL);
 CREATE VIRTUAL TABLE words USING fts5 (text, tokenize = "unicode61 remove_diacritics 2", prefix = '1 2');
 CREATE VIRTUAL TABLE triples USING fts5 (text, tokenize = "trigram");
 )";
+
+/// One for each order of all applications and of a category's; every index ends in the id by itself.
+std::string indexes() {
+    std::string statements;
+    int count = 0;
+    for (const SortField field : {SortField::Updated, SortField::Installations, SortField::Score}) {
+        for (const bool isAscending : {false, true}) {
+            for (const char* first : {"", "category, "})
+                statements += "CREATE INDEX list" + std::to_string(++count) + " ON apps (" + first +
+                              listOrder(field, isAscending) + ");";
+        }
+    }
+    return statements;
+}
 
 std::string unnamedFile(const QTemporaryDir& directory) {
     if (!directory.isValid())
@@ -68,7 +77,7 @@ std::string_view view(const QByteArray& bytes) {
 CatalogueWriter::CatalogueWriter()
     : m_database(unnamedFile(QTemporaryDir()),
                  SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX) {
-    m_database.run(Schema);
+    m_database.run(Schema + indexes());
 }
 
 void CatalogueWriter::rollBack() {
@@ -111,15 +120,16 @@ void CatalogueWriter::add(const AppEntry& entry) {
     const QByteArray key = app.appInfoId.toUtf8();
     const QByteArray english = SearchText::folded(app.names.english()).toUtf8();
     const QByteArray chinese = SearchText::folded(app.names.chinese()).toUtf8();
-    SqlStatement(m_database, "INSERT INTO apps VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)")
+    SqlStatement(m_database, "INSERT INTO apps VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)")
         .bind(1, app.appId)
         .bind(2, view(key))
         .bind(3, app.category)
         .bind(4, app.updated.toJulianDay())
         .bind(5, app.installations)
         .bind(6, app.score)
-        .bind(7, view(english))
-        .bind(8, view(chinese))
+        .bind(7, app.recommend > 0 ? 0 : 1)
+        .bind(8, view(english))
+        .bind(9, view(chinese))
         .run();
 
     const QByteArray icon = entry.icon.servedName(app.appInfoId).toUtf8();
