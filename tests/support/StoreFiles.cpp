@@ -38,12 +38,13 @@ QByteArray StoreFiles::storeText(const App& app) {
     return QString(
                "appId: %1\nnames: {en: \"%2\", zh: \"%3\"}\ncategory: %4\nversion: \"1.2\"\nsize: 123456789\n"
                "brief: {en: An editor of %2, zh: %3的编辑器}\ndescription: {en: \"One\\ntwo\", zh: 一二}\n"
-               "score: %5\nrecommend: 1\ncontributor: {name: Ann, email: ann@store.example}\n"
+               "score: %5\nrecommend: %6\ncontributor: {name: Ann, email: ann@store.example}\n"
                "site: https://app.example\ndownload: https://app.example/setup.exe\n")
                .arg(app.appId)
                .arg(app.english, app.chinese)
                .arg(app.category)
                .arg(app.score)
+               .arg(app.recommend)
                .toUtf8() +
            QString("updated: %1\ninstallations: %2\n").arg(app.updated).arg(app.installations).toUtf8();
 }

@@ -16,6 +16,7 @@ public:
         int installations = 0;
         int score = 3;
         QString updated = "2024-05-31";
+        int recommend = 1;
     };
 
     StoreFiles();

@@ -1,8 +1,11 @@
+#include <sys/resource.h>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include "storeserver/catalogue/CatalogueLoader.h"
+#include "support/EnvironmentGuard.h"
 #include "support/StoreFiles.h"
 #include "support/Table.h"
 
@@ -37,7 +40,7 @@ private Q_SLOTS:
         m_files = std::make_unique<StoreFiles>();
         m_files->add("notes", {7, "Notes", "记事本", 1, 50, 4, "2024-05-01"});
         m_files->add("seven-zip", {8, "7-Zip", "压缩", 2, 90, 4, "2024-03-01"});
-        m_files->add("note-pad", {9, "Fine Notes Pad", "微信电脑版", 1, 70, 2, "2024-04-01"});
+        m_files->add("note-pad", {9, "Finé Notes Pad", "微信电脑版", 1, 70, 2, "2024-04-01"});
         m_loader = std::make_unique<CatalogueLoader>(m_files->path(), 2);
         m_first = m_loader->refresh();
     }
@@ -72,6 +75,28 @@ private Q_SLOTS:
         QTEST(int(result.total), "total");
     }
 
+    void equalsAreInOneOrder_data() {
+        const Table<int, bool> row("field", "isAscending");
+        for (const int field : {0, 1, 2}) {
+            row(qPrintable(QString("%1 up").arg(field)), field, true);
+            row(qPrintable(QString("%1 down").arg(field)), field, false);
+        }
+    }
+    void equalsAreInOneOrder() {
+        QFETCH(int, field);
+        QFETCH(bool, isAscending);
+        StoreFiles files;
+        for (const int id : {1, 2, 3, 4})
+            files.add(QString("a%1").arg(id), {id, "A", "甲", 1, 0, 3, "2024-05-01", id > 2});
+        ListQuery query{{}, SortField(field), isAscending, {1, 3}};
+        const auto catalogue = CatalogueLoader(files.path(), 1).refresh().catalogue;
+        CatalogueReader& reader = catalogue->reader(0);
+        QCOMPARE(idsOf(reader.list(query, {})), QStringList({"a3", "a4", "a1"}));
+        query.category = 1;
+        query.page.pageIndex = 2;
+        QCOMPARE(idsOf(reader.list(query, {})), QStringList("a2"));
+    }
+
     void searches_data() {
         const Table<QString, QStringList> row("text", "ids");
         row("name before other places", "notes", {"notes", "note-pad"});
@@ -81,6 +106,8 @@ private Q_SLOTS:
         row("one Chinese character", "信", {"note-pad"});
         row("Chinese within", "电脑", {"note-pad"});
         row("Chinese, other order", "脑电", {});
+        row("without its accent", "FINE", {"note-pad"});
+        row("accents typed", "nótés", {"notes", "note-pad"});
         row("all words", "微信 pad", {"note-pad"});
         row("brief", "编辑器", {"seven-zip", "note-pad", "notes"});
         row("other language", "压缩", {"seven-zip"});
@@ -183,6 +210,29 @@ private Q_SLOTS:
                 QVERIFY(result.catalogue->reader(0).manifest("new"));
             }
         }
+    }
+
+    void applicationsStayWhenTheyCannotBeListed() {
+        rlimit limit = {};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+        const rlimit none{0, limit.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &none), 0);
+        const CatalogueLoader::Result result = m_loader->refresh();
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+        QVERIFY(!result.catalogue);
+        QVERIFY2(faultsOf(result).startsWith("apps: The directory is missing"), qPrintable(faultsOf(result)));
+        QVERIFY(!m_loader->refresh().catalogue);
+    }
+
+    void tellsThatThereIsNoRoomForACatalogue() {
+        m_files->add("new", {30, "New one", "新"});
+        {
+            TestSupport::EnvironmentGuard guard;
+            guard.set("TMPDIR", "/proc");
+            const QString faults = faultsOf(m_loader->refresh());
+            QCOMPARE(faults, QString("catalogue: It cannot be written: No such file or directory."));
+        }
+        QVERIFY(m_loader->refresh().catalogue->reader(0).manifest("new"));
     }
 
     void withoutADirectoryThereIsNone() {
