@@ -132,18 +132,79 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
     </message>
 </context>
 <context>
-    <name>ApplicationWindows</name>
+    <name>AppStoreCatelogWidget</name>
     <message>
-        <source>Not in this version</source>
-        <translation type="vanished">此版本暂无此功能</translation>
+        <source>There are no applications here yet</source>
+        <translation>这里还没有应用</translation>
     </message>
+    <message>
+        <source>All Apps</source>
+        <translation>全部应用</translation>
+    </message>
+    <message>
+        <source>Sort by</source>
+        <translation>排序方式</translation>
+    </message>
+    <message>
+        <source>No more data to fetch</source>
+        <translation>没有更多数据了</translation>
+    </message>
+    <message>
+        <source>Updated time</source>
+        <translation>更新时间</translation>
+    </message>
+    <message>
+        <source>App Installations</source>
+        <translation>安装次数</translation>
+    </message>
+    <message>
+        <source>App Ratings</source>
+        <translation>应用评分</translation>
+    </message>
+</context>
+<context>
+    <name>AppStoreItemListView</name>
     <message>
         <source>Close</source>
-        <translation type="vanished">关闭</translation>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>AppStoreSearchWidget</name>
+    <message>
+        <source>The store has no such application</source>
+        <translation>商店中没有这样的应用</translation>
     </message>
     <message>
-        <source>This version of Cellarix has no window yet to configure a bottle.</source>
-        <translation type="vanished">此版本的 Cellarix 暂不支持配置容器。</translation>
+        <source>No more data to fetch</source>
+        <translation>没有更多数据了</translation>
+    </message>
+</context>
+<context>
+    <name>AppStoreViewUtils</name>
+    <message>
+        <source>No Ratings</source>
+        <translation>暂无评分</translation>
+    </message>
+    <message>
+        <source>Cannot start after installation</source>
+        <translation>安装后无法启动</translation>
+    </message>
+    <message>
+        <source>Only startup after installation</source>
+        <translation>安装后仅能启动</translation>
+    </message>
+    <message>
+        <source>Some functions are available</source>
+        <translation>部分功能可用</translation>
+    </message>
+    <message>
+        <source>Working well</source>
+        <translation>运行良好</translation>
+    </message>
+    <message>
+        <source>Nearly perfect operation</source>
+        <translation>运行近乎完美</translation>
     </message>
 </context>
 <context>
@@ -548,6 +609,13 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>CellarixService</name>
+    <message>
+        <source>A window session is currently in progress; unable to open a new session window. Please close the current session and try again!</source>
+        <translation>已有窗口会话正在进行，无法打开新的会话窗口。请关闭当前会话后重试。</translation>
+    </message>
+</context>
+<context>
     <name>CommandLineHandler</name>
     <message>
         <source>Cellarix has upgrade</source>
@@ -674,6 +742,17 @@ please wait for the component download to complete!</source>
     <message>
         <source>Setup %1, please waiting...</source>
         <translation>正在安装 %1，请稍候…</translation>
+    </message>
+</context>
+<context>
+    <name>DependencyWarningWidget</name>
+    <message>
+        <source>Ready</source>
+        <translation>已就绪</translation>
+    </message>
+    <message>
+        <source>Needs attention</source>
+        <translation>需要处理</translation>
     </message>
 </context>
 <context>
@@ -1712,6 +1791,47 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>FileSelectWidget</name>
+    <message>
+        <source>Drop the setup program here</source>
+        <translation>将安装程序拖到此处</translation>
+    </message>
+    <message>
+        <source>Choose File...</source>
+        <translation>选择文件...</translation>
+    </message>
+    <message>
+        <source>Choose Another File...</source>
+        <translation>选择其他文件...</translation>
+    </message>
+    <message>
+        <source>Please select the installation program</source>
+        <translation>请选择安装程序</translation>
+    </message>
+    <message>
+        <source>Windows Application Programs (*.exe *.msi)</source>
+        <translation>Windows 应用程序 (*.exe *.msi)</translation>
+    </message>
+    <message>
+        <source>This is no setup program of Windows (.exe or .msi)</source>
+        <translation>这不是 Windows 安装程序（.exe 或 .msi）</translation>
+    </message>
+</context>
+<context>
+    <name>HotLabel</name>
+    <message>
+        <source>Recommended</source>
+        <translation>推荐</translation>
+    </message>
+</context>
+<context>
+    <name>LoadingWidget</name>
+    <message>
+        <source>Loading</source>
+        <translation>正在加载</translation>
+    </message>
+</context>
+<context>
     <name>LocalAppItemMenu</name>
     <message>
         <source>Edit Details</source>
@@ -1931,6 +2051,17 @@ please wait for the component download to complete!</source>
     <message>
         <source>Feedback</source>
         <translation>反馈</translation>
+    </message>
+</context>
+<context>
+    <name>ManifestCommandList</name>
+    <message>
+        <source>The setup runs a command in the container</source>
+        <translation>安装时将在容器中运行 1 条命令</translation>
+    </message>
+    <message>
+        <source>The setup runs %1 commands in the container</source>
+        <translation>安装时将在容器中运行 %1 条命令</translation>
     </message>
 </context>
 <context>
@@ -2258,6 +2389,21 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>RefreshWidget</name>
+    <message>
+        <source>The applications could not be fetched from the store.</source>
+        <translation>无法从商店获取应用。</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Check the network connection, then try again.</source>
+        <translation>请检查网络连接，然后重试。</translation>
+    </message>
+</context>
+<context>
     <name>RefusalNotice</name>
     <message>
         <source>&quot;%1&quot; cannot be opened</source>
@@ -2455,6 +2601,14 @@ please wait for the component download to complete!</source>
     <message>
         <source>Repair</source>
         <translation>修复</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>安装</translation>
     </message>
 </context>
 <context>
@@ -2696,6 +2850,190 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>SetupAppInfoDialog</name>
+    <message>
+        <source>Please select the installation program</source>
+        <translation>请选择安装程序</translation>
+    </message>
+    <message>
+        <source>App Name: </source>
+        <translation>应用名称：</translation>
+    </message>
+    <message>
+        <source>App Size: </source>
+        <translation>应用大小：</translation>
+    </message>
+    <message>
+        <source>App Version: </source>
+        <translation>应用版本：</translation>
+    </message>
+    <message>
+        <source>(Using same installer version for better compatibility)</source>
+        <translation>（使用相同版本的安装程序，兼容性更好）</translation>
+    </message>
+    <message>
+        <source>App Official Site: </source>
+        <translation>官方网站：</translation>
+    </message>
+    <message>
+        <source>Software Contributors: </source>
+        <translation>贡献者：</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>安装</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Required packages:&lt;/b&gt;&lt;br/&gt;%1</source>
+        <translation>&lt;b&gt;所需软件包：&lt;/b&gt;&lt;br/&gt;%1</translation>
+    </message>
+    <message>
+        <source>Checking the file: %1%</source>
+        <translation>正在检查文件：%1%</translation>
+    </message>
+    <message>
+        <source>Required packages and components have not installed</source>
+        <translation>所需的软件包和组件尚未安装</translation>
+    </message>
+    <message>
+        <source>%1 is not available for this computer. The Wine of this computer is used instead.</source>
+        <translation>此电脑无法获取 %1，将使用本机的 Wine。</translation>
+    </message>
+    <message>
+        <source>Required packages and components are missing for install application, please click the missing packages below to install them from App Store. After install all missing packages, click the Next button to continue.</source>
+        <translation>缺少安装应用所需的软件包和组件，请点击下方缺少的软件包，从应用商店安装。全部安装后，点击“下一步”继续。</translation>
+    </message>
+    <message>
+        <source>You need to provide the setup program of the software in Windows to install it.</source>
+        <translation>您需要提供该软件的 Windows 安装程序才能安装。</translation>
+    </message>
+    <message>
+        <source>&lt;br/&gt;You can download the setup program from %1</source>
+        <translation>&lt;br/&gt;安装程序下载地址：%1</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>下一步</translation>
+    </message>
+    <message>
+        <source>This file cannot be read</source>
+        <translation>无法读取此文件</translation>
+    </message>
+    <message>
+        <source>This is the expected file</source>
+        <translation>文件与所需版本一致</translation>
+    </message>
+    <message>
+        <source>This is another version than the expected one</source>
+        <translation>此文件与所需版本不同</translation>
+    </message>
+    <message>
+        <source>Downloading</source>
+        <translation>正在下载</translation>
+    </message>
+    <message>
+        <source>Downloading: %1%</source>
+        <translation>正在下载：%1%</translation>
+    </message>
+</context>
+<context>
+    <name>SetupDownload</name>
+    <message>
+        <source>Nothing can be saved in %1.</source>
+        <translation>无法在 %1 中保存文件。</translation>
+    </message>
+    <message>
+        <source>There is not enough room in %1.</source>
+        <translation>%1 的可用空间不足。</translation>
+    </message>
+    <message>
+        <source>The setup program is no longer at its address.</source>
+        <translation>该地址已没有安装程序。</translation>
+    </message>
+    <message>
+        <source>The setup program is too large.</source>
+        <translation>安装程序过大。</translation>
+    </message>
+    <message>
+        <source>The setup program could not be downloaded, please check your network.</source>
+        <translation>无法下载安装程序，请检查网络。</translation>
+    </message>
+    <message>
+        <source>The address leads to a page and not to a setup program. Download it there and choose the file below.</source>
+        <translation>该地址是网页而不是安装程序。请在网页中下载，然后在下方选择文件。</translation>
+    </message>
+</context>
+<context>
+    <name>SetupDownloadRow</name>
+    <message>
+        <source>Download</source>
+        <translation>下载</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>已取消</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>已保存为 %1</translation>
+    </message>
+    <message>
+        <source>It comes from %1</source>
+        <translation>来自 %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Connecting to %1</source>
+        <translation>正在连接 %1</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 / %2</translation>
+    </message>
+</context>
+<context>
+    <name>SetupTitle</name>
+    <message>
+        <source>Creating the bottle</source>
+        <translation>正在创建容器</translation>
+    </message>
+    <message>
+        <source>Installing graphics components</source>
+        <translation>正在安装图形组件</translation>
+    </message>
+    <message>
+        <source>Applying settings</source>
+        <translation>正在应用设置</translation>
+    </message>
+    <message>
+        <source>Writing files</source>
+        <translation>正在写入文件</translation>
+    </message>
+    <message>
+        <source>Running commands</source>
+        <translation>正在运行命令</translation>
+    </message>
+    <message>
+        <source>Finishing</source>
+        <translation>正在完成</translation>
+    </message>
+    <message>
+        <source>Fetching %1</source>
+        <translation>正在获取 %1</translation>
+    </message>
+    <message>
+        <source>Installing %1</source>
+        <translation>正在安装 %1</translation>
+    </message>
+</context>
+<context>
     <name>SidebarView</name>
     <message>
         <source>Pages</source>
@@ -2723,6 +3061,30 @@ please wait for the component download to complete!</source>
     <message>
         <source>Not rated</source>
         <translation>尚未评分</translation>
+    </message>
+</context>
+<context>
+    <name>StoreAppGridScrollView</name>
+    <message>
+        <source>No applications were found</source>
+        <translation>没有找到应用</translation>
+    </message>
+</context>
+<context>
+    <name>StoreAppItemUI</name>
+    <message>
+        <source>App Version: </source>
+        <translation>应用版本：</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <extracomment>the name of an application, and what its button does or says</extracomment>
+        <translation>%1，%2</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <comment>button, name</comment>
+        <translation>%1 %2</translation>
     </message>
 </context>
 <context>
@@ -2861,6 +3223,13 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>WineDepsCard</name>
+    <message>
+        <source>Install %1</source>
+        <translation>安装 %1</translation>
+    </message>
+</context>
+<context>
     <name>WineExeLaunchBanner</name>
     <message>
         <source>A Wine App is executing</source>
@@ -2959,6 +3328,71 @@ please wait for the component download to complete!</source>
     <message>
         <source>Runs x86 programs on this machine</source>
         <translation>用于在本机运行 x86 程序</translation>
+    </message>
+</context>
+<context>
+    <name>YamlProgramInstaller</name>
+    <message>
+        <source>Preparing to installing</source>
+        <translation>准备安装</translation>
+    </message>
+    <message>
+        <source>Please wait, it may take a few minutes...</source>
+        <translation>请稍候，可能需要几分钟...</translation>
+    </message>
+    <message>
+        <source>%1 ... %2%</source>
+        <translation>%1 ... %2%</translation>
+    </message>
+    <message>
+        <source>Preparing to run</source>
+        <translation>准备运行</translation>
+    </message>
+    <message>
+        <source>waiting for application to start...</source>
+        <translation>正在等待应用启动...</translation>
+    </message>
+    <message>
+        <source>Abort by user</source>
+        <translation>已被用户中止</translation>
+    </message>
+    <message>
+        <source>Manifest file setup failed</source>
+        <translation>安装清单执行失败</translation>
+    </message>
+    <message>
+        <source>Setup installer failed</source>
+        <translation>安装失败</translation>
+    </message>
+    <message>
+        <source>Error message: %1</source>
+        <translation>错误信息：%1</translation>
+    </message>
+</context>
+<context>
+    <name>YamlProgramInstallerBanner</name>
+    <message>
+        <source>View Logs</source>
+        <translation>查看日志</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>YamlProgramInstallerSession</name>
+    <message>
+        <source>Failed to fetch setup manifest, the application does not exist</source>
+        <translation>获取安装清单失败，应用不存在</translation>
+    </message>
+    <message>
+        <source>%1 has been installed</source>
+        <translation>%1 已安装</translation>
+    </message>
+    <message>
+        <source>Failed to fetch setup manifest, please check your network</source>
+        <translation>获取安装清单失败，请检查网络</translation>
     </message>
 </context>
 </TS>
