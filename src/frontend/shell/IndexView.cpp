@@ -30,6 +30,7 @@ void IndexView::buildPages() {
     connect(m_local, &AppLocalView::searchObsolete, m_search, &SearchWidget::clear);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);
     connect(m_store, &AppStoreView::categoriesFetched, m_sidebar, &SidebarView::setCategories);
+    connect(m_store, &AppStoreView::categoryLeft, m_sidebar, &SidebarView::leaveCategory);
     if (!m_search->text().isEmpty())
         m_local->search(m_search->text());  // typed before the page was built
 }

@@ -123,10 +123,8 @@ void SidebarView::setCategories(const QList<OpenAPI::VeskClientCategoryInfo>& ca
     const bool wasBelow = current.parent() == group->index();
     const QVariant chosen = wasBelow ? current.data(CategoryRole) : QVariant();
     // Qt would choose a row of another page instead of the one that is removed.
-    if (wasBelow) {
-        setCurrentIndex(group->index());
-        selectionModel()->clearSelection();
-    }
+    if (wasBelow)
+        leaveCategory();
     group->removeRows(0, group->rowCount());
     for (const auto& category : categories) {
         QStandardItem* row = addRow(group, category.getName().left(LongestName).simplified(),
@@ -136,6 +134,11 @@ void SidebarView::setCategories(const QList<OpenAPI::VeskClientCategoryInfo>& ca
             setCurrentIndex(row->index());
     }
     refreshIcons();
+}
+
+void SidebarView::leaveCategory() {
+    setCurrentIndex(m_model->item(AllApps)->index());
+    selectionModel()->clearSelection();
 }
 
 void SidebarView::onClicked(const QModelIndex& index) {

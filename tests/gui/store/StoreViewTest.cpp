@@ -74,6 +74,13 @@ private Q_SLOTS:
         order->setCurrentIndex(2);
         QTRY_COMPARE(catalogue()->appCount(), 1);
         QCOMPARE(requests(apps(77, 1)), 0);
+        answer(apps(0, 1, "score"), someApps(70, 4));
+        auto* all = m_view->findChild<QPushButton*>("appstore_catelog_all");
+        QVERIFY(all->isVisible());
+        all->click();
+        QTRY_COMPARE(catalogue()->appCount(), 4);
+        QCOMPARE(header(), QString("All Apps"));
+        QVERIFY(!all->isVisible());
     }
 
     void aNewRequestEndsTheOneBefore() {

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QListView>
 #include <QMetaEnum>
+#include <QPushButton>
 
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
@@ -59,6 +60,11 @@ QWidget* AppStoreCatelogWidget::makeHead() {
     m_header->setObjectName("appstore_catelog_header");
     m_header->setAccessibleName("appstore_catelog_header");
     m_header->setElided(true);
+    m_all = new QPushButton(tr("All Apps"));
+    m_all->setObjectName("appstore_catelog_all");
+    m_all->setToolTip(tr("Show the applications of every category"));
+    m_all->hide();
+    connect(m_all, &QPushButton::clicked, this, &AppStoreCatelogWidget::leaveCategory);
     m_sort = new QComboBox;
     m_sort->setObjectName("appstore_catelog_sort");
     m_sort->setAccessibleName(tr("Sort by"));
@@ -72,6 +78,7 @@ QWidget* AppStoreCatelogWidget::makeHead() {
     auto* row = new QHBoxLayout(head);
     row->setContentsMargins(Tokens::Space16, Tokens::Space8, Tokens::Space16, Tokens::Space8);
     row->addWidget(m_header, 1);
+    row->addWidget(m_all);
     row->addWidget(m_sort);
     return head;
 }
@@ -146,6 +153,18 @@ void AppStoreCatelogWidget::selectCategory(int id) {
     m_category = id;
     m_sortField.setSort(Descending);
     m_header->setText(AppStoreViewUtils::oneLine(*category));
+    m_all->show();
+    requestFresh();
+}
+
+void AppStoreCatelogWidget::leaveCategory() {
+    if (!m_category)
+        return;
+    m_category.reset();
+    m_header->setText(tr("All Apps"));
+    m_all->hide();
+    focusApps();
+    Q_EMIT categoryLeft();
     requestFresh();
 }
 

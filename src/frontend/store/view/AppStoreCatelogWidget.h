@@ -10,6 +10,7 @@
 #include "store/records/VeskClientFieldSort.h"
 
 class QComboBox;
+class QPushButton;
 class StoreAppGridScrollView;
 
 namespace Fenk {
@@ -30,11 +31,15 @@ public:
     void start();
     /// Does nothing for an id that is none of the categories'.
     void selectCategory(int id);
+    /// Shows the applications of every category again.
+    void leaveCategory();
     void focusApps();
     StoreAppGridScrollView* grid() const { return m_grid; }
 
 Q_SIGNALS:
     void categoriesFetched(const QList<OpenAPI::VeskClientCategoryInfo>& categories);
+    /// No category is chosen any more.
+    void categoryLeft();
 
 public Q_SLOTS:
     void onGetCategoriesDone(const OpenAPI::VeskClientCategoriesResponse& summary);
@@ -60,6 +65,7 @@ private:
     bool m_resetOnNextResult = false;
     bool m_hasFailed = false;  ///< the retry page stays in front until the next request
     Fenk::Label* m_header = nullptr;
+    QPushButton* m_all = nullptr;  ///< leaves the category; hidden without one
     QComboBox* m_sort = nullptr;
     StoreAppGridScrollView* m_grid;
 };

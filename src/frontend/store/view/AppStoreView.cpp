@@ -35,6 +35,7 @@ void AppStoreView::setCatelogWidget(AppStoreCatelogWidget* catelog) {
     replace(m_catelog, catelog, 0);
     m_catelog = catelog;
     connect(m_catelog, &AppStoreCatelogWidget::categoriesFetched, this, &AppStoreView::categoriesFetched);
+    connect(m_catelog, &AppStoreCatelogWidget::categoryLeft, this, &AppStoreView::categoryLeft);
     if (m_wasShown)
         m_catelog->start();
 }

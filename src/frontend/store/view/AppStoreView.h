@@ -26,6 +26,8 @@ public:
 
 Q_SIGNALS:
     void categoriesFetched(const QList<OpenAPI::VeskClientCategoryInfo>& categories);
+    /// The catalogue shows every category again.
+    void categoryLeft();
 
 public Q_SLOTS:
     void onSearchTextChanged(const QString& searchText);
