@@ -31,6 +31,8 @@ public:
     void refuse(int status);
 
     std::string_view output() const { return std::string_view(m_output).substr(m_sent); }
+    /// The bytes in memory until the client has taken the whole output.
+    size_t held() const { return m_output.size(); }
     /// So many bytes of the output have been sent.
     void sent(size_t count);
 

@@ -6,6 +6,8 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 
+#include <QtGlobal>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -15,7 +17,9 @@ namespace StoreServer {
 namespace {
 
 constexpr int Backlog = 1024;
-constexpr rlim_t SpareDescriptors = 128;
+constexpr int SendBufferBytes = 64 * 1024;  // of the system, for each connection
+constexpr rlim_t SpareDescriptors = 64;
+constexpr rlim_t DescriptorsOfThread = 4;  // its events and a catalogue, of which there are two for a while
 
 struct AddressList {
     explicit AddressList(const std::string& host, int port) {
@@ -45,12 +49,23 @@ int portOf(int fd) {
                                                : reinterpret_cast<sockaddr_in&>(address).sin_port);
 }
 
-void allowDescriptors(rlim_t count) {
+/// How many descriptors this process may have, of so many that it wants.
+rlim_t allowDescriptors(rlim_t count) {
     rlimit limit = {};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= count)
-        return;
+        return count;
+    const rlim_t before = limit.rlim_cur;
     limit.rlim_cur = std::min(count, limit.rlim_max);
-    ::setrlimit(RLIMIT_NOFILE, &limit);
+    return ::setrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : before;
+}
+
+/// The connections of each thread that the system has descriptors for. The rest of the process keeps its own,
+/// or half of very few.
+int possibleConnections(rlim_t threads, rlim_t wanted) {
+    const rlim_t spare = SpareDescriptors + threads * DescriptorsOfThread;
+    const rlim_t allowed = allowDescriptors(threads * wanted + spare);
+    const rlim_t left = allowed - std::min(spare, allowed / 2);
+    return int(std::clamp<rlim_t>(left / threads, 1, wanted));
 }
 
 }  // namespace
@@ -66,6 +81,7 @@ std::string HttpServer::listen(const std::string& host, int port) {
     if (!listener.isValid() ||
         ::setsockopt(listener.get(), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes) != 0 ||
         ::setsockopt(listener.get(), IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes) != 0 ||
+        ::setsockopt(listener.get(), SOL_SOCKET, SO_SNDBUF, &SendBufferBytes, sizeof SendBufferBytes) != 0 ||
         ::bind(listener.get(), address.ai_addr, address.ai_addrlen) != 0 ||
         ::listen(listener.get(), Backlog) != 0)
         return host + " port " + std::to_string(port) + " cannot be listened on: " + std::strerror(errno);
@@ -75,9 +91,13 @@ std::string HttpServer::listen(const std::string& host, int port) {
 }
 
 void HttpServer::start(int threads, const HandlerMaker& handlerOf, const ServerLimits& limits) {
-    allowDescriptors(rlim_t(threads) * rlim_t(limits.connections) + SpareDescriptors);
+    ServerLimits possible = limits;
+    possible.connections = possibleConnections(rlim_t(threads), rlim_t(limits.connections));
+    if (possible.connections < limits.connections)
+        qWarning("the system's limit of descriptors allows %d connections for each of %d threads",
+                 possible.connections, threads);
     for (int index = 0; index < threads; ++index)
-        m_threads.emplace_back(m_listener.get(), handlerOf(index), limits, m_activity);
+        m_threads.emplace_back(m_listener.get(), handlerOf(index), possible, m_activity);
 }
 
 void HttpServer::stop() {

@@ -21,6 +21,7 @@ public:
     /// `host` is an address of this machine in numbers, port 0 any that is free. On failure an English text;
     /// another address may be tried then.
     std::string listen(const std::string& host, int port);
+    /// Throws std::system_error if there are no descriptors or threads for it; stop() ends what has begun.
     void start(int threads, const HandlerMaker& handlerOf, const ServerLimits& limits = {});
     void stop();
 

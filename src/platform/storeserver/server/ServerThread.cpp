@@ -16,6 +16,7 @@ namespace {
 constexpr int SweepMs = 1000;
 constexpr int EventsAtOnce = 64;
 constexpr int AcceptedAtOnce = 16;
+constexpr std::chrono::minutes WarningPause{1};
 constexpr size_t ReceiveBytes = 16 * 1024;
 
 Fenk::OwnedFd owned(int fd, const char* what) {
@@ -45,9 +46,7 @@ ServerThread::ServerThread(int listener, HttpExchange::Handler handler, const Se
       m_activity(activity),
       m_epoll(owned(::epoll_create1(EPOLL_CLOEXEC), "epoll")),
       m_wake(owned(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "eventfd")) {
-    // Of the threads that wait only one is woken for a connection; a busy one leaves it to the others.
-    if (!change(m_epoll, EPOLL_CTL_ADD, m_listener, EPOLLIN | EPOLLEXCLUSIVE) ||
-        !change(m_epoll, EPOLL_CTL_ADD, m_wake.get(), EPOLLIN))
+    if (!listen(true) || !change(m_epoll, EPOLL_CTL_ADD, m_wake.get(), EPOLLIN))
         throw std::system_error(errno, std::generic_category(), "epoll");
     m_thread = std::thread([this] { run(); });
 }
@@ -69,20 +68,24 @@ void ServerThread::run() {
         const int count = ::epoll_wait(m_epoll.get(), events.data(), int(events.size()), waitMs());
         if (m_isStopped && !m_isClosing)
             beginClosing();
+        bool isCalled = false;
         for (int index = 0; index < count; ++index) {
             const epoll_event& event = events[size_t(index)];
             if (event.data.fd == m_listener)
-                accept();
+                isCalled = true;
             else if (event.data.fd != m_wake.get())
                 handle(event.data.fd, event.events);
         }
+        // After the rest, whose events would be taken for those of a new connection with the same descriptor.
+        if (isCalled)
+            accept();
         if (Clock::now() - m_lastSweep >= std::chrono::milliseconds(SweepMs))
             endLateOnes();
     }
 }
 
 int ServerThread::waitMs() const {
-    return m_connections.empty() ? -1 : SweepMs;
+    return m_connections.empty() && m_isListening ? -1 : SweepMs;
 }
 
 /// Some at once, as a busy thread seldom comes here; the rest is left to threads that have less to do.
@@ -96,11 +99,33 @@ void ServerThread::accept() {
         else if (isTransient(errno))
             return;
         else {
-            qWarning("a connection cannot be accepted: %s", qPrintable(qt_error_string(errno)));
-            makeRoom();
+            onNotAccepted(errno);
             return;
         }
     }
+}
+
+/// The system has no descriptor or memory for it. Where there is nothing to end, the connection waits until
+/// the next sweep, as its event would come again at once.
+void ServerThread::onNotAccepted(int error) {
+    const Clock::time_point now = Clock::now();
+    if (now >= m_nextWarning) {
+        qWarning("a connection cannot be accepted: %s", qPrintable(qt_error_string(error)));
+        m_nextWarning = now + WarningPause;
+    }
+    if (m_connections.empty())
+        listen(false);
+    else
+        makeRoom();
+}
+
+bool ServerThread::listen(bool isListening) {
+    m_isListening = isListening;
+    if (!isListening)
+        return ::epoll_ctl(m_epoll.get(), EPOLL_CTL_DEL, m_listener, nullptr) == 0;
+    // Of the threads that wait only one is woken for a connection; a busy one leaves it to the others.
+    m_isListening = change(m_epoll, EPOLL_CTL_ADD, m_listener, EPOLLIN | EPOLLEXCLUSIVE);
+    return m_isListening;
 }
 
 void ServerThread::add(int fd) {
@@ -116,7 +141,29 @@ void ServerThread::makeRoom() {
         m_connections.begin(), m_connections.end(),
         [](const auto& left, const auto& right) { return left.second.since < right.second.since; });
     if (longest != m_connections.end())
-        m_connections.erase(longest);
+        end(longest);
+}
+
+ServerThread::Connections::iterator ServerThread::end(Connections::iterator place) {
+    m_held -= place->second.held;
+    return m_connections.erase(place);
+}
+
+void ServerThread::countHeld(Connection& connection) {
+    m_held -= connection.held;
+    connection.held = connection.conversation.held();
+    m_held += connection.held;
+}
+
+void ServerThread::endLongestWriter() {
+    auto longest = m_connections.end();
+    for (auto place = m_connections.begin(); place != m_connections.end(); ++place) {
+        if (place->second.held > 0 &&
+            (longest == m_connections.end() || place->second.since < longest->second.since))
+            longest = place;
+    }
+    if (longest != m_connections.end())
+        end(longest);
 }
 
 void ServerThread::handle(int fd, unsigned events) {
@@ -129,10 +176,13 @@ void ServerThread::handle(int fd, unsigned events) {
         isAlive = receive(connection);
     if (isAlive)
         isAlive = send(connection);
+    countHeld(connection);
     if (isAlive && connection.conversation.phase() != Conversation::Phase::Over)
         watch(connection);
     else
-        m_connections.erase(place);
+        end(place);
+    while (m_held > m_limits.heldBytes)
+        endLongestWriter();
 }
 
 /// False if the connection is broken.
@@ -194,23 +244,26 @@ ServerThread::Clock::duration ServerThread::limitOf(Conversation::Phase phase) c
 void ServerThread::endLateOnes() {
     const Clock::time_point now = Clock::now();
     m_lastSweep = now;
+    if (!m_isListening && !m_isClosing)
+        listen(true);
     const bool isAllOver = m_isClosing && now - m_closingSince > m_limits.closing;
     for (auto place = m_connections.begin(); place != m_connections.end();) {
         const Connection& connection = place->second;
         const bool isLate = isAllOver || now - connection.since > limitOf(connection.phase);
-        place = isLate ? m_connections.erase(place) : std::next(place);
+        place = isLate ? end(place) : std::next(place);
     }
 }
 
 void ServerThread::beginClosing() {
     m_isClosing = true;
     m_closingSince = Clock::now();
-    ::epoll_ctl(m_epoll.get(), EPOLL_CTL_DEL, m_listener, nullptr);
+    if (m_isListening)
+        listen(false);
     ::epoll_ctl(m_epoll.get(), EPOLL_CTL_DEL, m_wake.get(), nullptr);
     for (auto place = m_connections.begin(); place != m_connections.end();) {
         place->second.conversation.finish();
         const bool isOver = place->second.conversation.phase() == Conversation::Phase::Over;
-        place = isOver ? m_connections.erase(place) : std::next(place);
+        place = isOver ? end(place) : std::next(place);
     }
 }
 

@@ -48,6 +48,7 @@ private:
         Conversation conversation;
         Conversation::Phase phase = Conversation::Phase::Idle;
         Clock::time_point since = Clock::now();  ///< of the phase; each answer is a phase of its own
+        size_t held = 0;                         ///< as it is counted in all that are held
         bool isWatchedForWriting = false;
     };
     using Connections = std::unordered_map<int, Connection>;
@@ -55,8 +56,13 @@ private:
     void run();
     int waitMs() const;
     void accept();
+    void onNotAccepted(int error);
+    bool listen(bool isListening);
     void add(int fd);
     void makeRoom();
+    void countHeld(Connection& connection);
+    void endLongestWriter();
+    Connections::iterator end(Connections::iterator place);
     void handle(int fd, unsigned events);
     bool receive(Connection& connection);
     bool send(Connection& connection);
@@ -72,8 +78,11 @@ private:
     Fenk::OwnedFd m_epoll;
     Fenk::OwnedFd m_wake;
     Connections m_connections;
+    size_t m_held = 0;  ///< bytes of all conversations
     Clock::time_point m_lastSweep = Clock::now();
+    Clock::time_point m_nextWarning;
     Clock::time_point m_closingSince;
+    bool m_isListening = false;
     bool m_isClosing = false;
     std::atomic<bool> m_isStopped = false;
     std::thread m_thread;
