@@ -22,6 +22,8 @@ CatalogueKeeper::~CatalogueKeeper() {
 }
 
 bool CatalogueKeeper::start() {
+    if (m_thread.joinable())
+        return true;
     refresh();
     if (!current())
         return false;

@@ -22,6 +22,7 @@ public:
     ~CatalogueKeeper();
 
     /// Makes the first catalogue and starts the thread. False, after logging, if there is nothing to serve.
+    /// Does nothing if it has started already.
     bool start();
     /// Looks now.
     void poke();
