@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include <system_error>
+#include <thread>
+
 #include "storeserver/request/AnswerCache.h"
 #include "storeserver/request/StoreAnswers.h"
 
@@ -11,6 +14,8 @@ namespace {
 
 constexpr size_t CacheBytes = 16 * 1024 * 1024;  // of one thread
 constexpr int FirstSessionPort = 20000;
+constexpr std::chrono::seconds PortPatience{3};
+constexpr std::chrono::milliseconds PortPause{100};
 constexpr unsigned SessionPorts = 10000;
 constexpr unsigned Spread = 2654435761U;
 
@@ -27,21 +32,36 @@ Server::Server(const Options& options)
 QString Server::start() {
     if (m_isStarted)
         return {};
+    QString error;
+    try {
+        error = begin();
+    } catch (const std::system_error& failure) {
+        error = QString("The server's threads cannot be started: %1.").arg(failure.what());
+    }
+    m_isStarted = error.isEmpty();
+    if (!m_isStarted)
+        m_http.stop();
+    return error;
+}
+
+QString Server::begin() {
     const std::string error = listen();
     if (!error.empty())
         return QString::fromStdString(error);
-    if (!m_keeper.start()) {
-        m_http.stop();
+    if (!m_keeper.start())
         return "There is no catalogue to serve in " + m_options.data + '.';
-    }
     m_http.start(m_options.threads, [this](int thread) { return handlerOf(thread); });
-    m_isStarted = true;
     return {};
 }
 
 std::string Server::listen() {
     const bool isSession = m_options.task == Options::Task::ServeSession;
     std::string error = m_http.listen(m_options.host, isSession ? sessionPort() : m_options.port);
+    // The server that was here before may still be answering its last requests.
+    while (!error.empty() && isSession && std::chrono::steady_clock::now() - m_created < PortPatience) {
+        std::this_thread::sleep_for(PortPause);
+        error = m_http.listen(m_options.host, sessionPort());
+    }
     if (!error.empty() && isSession)
         error = m_http.listen(m_options.host, 0);
     const bool isSixth = m_options.host.find(':') != std::string::npos;

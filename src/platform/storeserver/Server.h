@@ -13,7 +13,8 @@ public:
     explicit Server(const Options& options);
 
     /// Listens, reads the directory and begins to answer. On failure an English text; a later call tries
-    /// again, one after success does nothing.
+    /// again, one after success does nothing. In a session it may wait some seconds for the usual port,
+    /// within the first few of this object.
     QString start();
     /// "http://127.0.0.1:8630", where it listens.
     const std::string& address() const { return m_address; }
@@ -24,6 +25,7 @@ public:
     void touch() { m_http.touch(); }
 
 private:
+    QString begin();
     std::string listen();
     HttpExchange::Handler handlerOf(int thread) const;
 
@@ -31,6 +33,7 @@ private:
     CatalogueKeeper m_keeper;
     StoreAddress m_publicAddress;
     std::string m_address;
+    const std::chrono::steady_clock::time_point m_created = std::chrono::steady_clock::now();
     bool m_isStarted = false;
     HttpServer m_http;  // the last, since its threads use the rest
 };

@@ -4,7 +4,8 @@ namespace StoreServer {
 
 namespace {
 
-constexpr int LeavingMs = 300;
+constexpr std::chrono::milliseconds Arriving{300};  // of calls that were sent before the name was released
+constexpr std::chrono::milliseconds Lingering{2000};
 
 }  // namespace
 
@@ -18,14 +19,15 @@ SessionLife::SessionLife(const ServerActivity& activity, int seconds, QObject* p
 
 void SessionLife::onTimeout() {
     const auto unused = std::chrono::duration_cast<std::chrono::milliseconds>(m_activity.sinceLast());
-    if (m_isLeaving) {
+    const std::chrono::milliseconds wanted = m_isLeaving ? Lingering : m_limit;
+    if (unused < wanted) {
+        m_timer.start(wanted - unused);
+    } else if (m_isLeaving) {
         Q_EMIT left();
-    } else if (unused < m_limit) {
-        m_timer.start(m_limit - unused);
     } else {
         m_isLeaving = true;
         Q_EMIT leaving();
-        m_timer.start(LeavingMs);
+        m_timer.start(Arriving);
     }
 }
 

@@ -7,8 +7,9 @@
 
 namespace StoreServer {
 
-/// Ends a server that nobody uses. It does so in two steps, so that a call that was already on its way is
-/// still answered. Lives in the main thread.
+/// Ends a server that nobody uses. It does so in two steps: calls that were already on their way when the
+/// name was released are still answered, and so is what their callers ask for with the address that they got.
+/// Lives in the main thread.
 class SessionLife : public QObject {
     Q_OBJECT
 
@@ -19,7 +20,7 @@ public:
 Q_SIGNALS:
     /// The bus name must be released now, so that new calls reach the next process.
     void leaving();
-    /// All calls that came before have been answered.
+    /// Nobody has used the server for a while since.
     void left();
 
 private:
