@@ -185,6 +185,31 @@ private Q_SLOTS:
         QVERIFY(get("/vesk/client/categories").contains("Office"));
     }
 
+    void fewDescriptorsLoseNoApplication() {
+        StoreFiles files;
+        files.add("notes", {7, "Notes", "记事本"});
+        TestSupport::ChildProcess server;
+        server.setProcessChannelMode(QProcess::MergedChannels);
+        server.start("/bin/sh", {"-c", "ulimit -n 60; exec \"$0\" \"$@\"", STORE_SERVER, "--data",
+                                 files.path(), "--listen", "127.0.0.1:0"});
+        QByteArray log;
+        QVERIFY(waitForLine(server, log, "listening on "));
+        const QString address = log.mid(log.lastIndexOf("http://")).trimmed();
+        std::vector<std::unique_ptr<QTcpSocket>> slow;
+        for (int index = 0; index < 80; ++index) {
+            slow.push_back(std::make_unique<QTcpSocket>());
+            slow.back()->connectToHost("127.0.0.1", quint16(QUrl(address).port()));
+            QVERIFY(slow.back()->waitForConnected(WaitMs));
+            slow.back()->write("GET /");
+            slow.back()->flush();
+        }
+        files.add("fresh", {9, "Fresh", "新"});
+        QVERIFY2(waitForLine(server, log, "serving 2 applications"), log.constData());
+        QVERIFY2(!log.contains("serving 0") && !log.contains("apps:"), log.constData());
+        server.terminate();
+        QVERIFY(server.waitForFinished(WaitMs));
+    }
+
     void servesChanges() {
         m_files.add("fresh", {9, "Fresh", "新", 1});
         QTRY_VERIFY_WITH_TIMEOUT(get("/vesk/client/appInfo?appId=9").contains("Fresh"), WaitMs);
@@ -249,10 +274,11 @@ private:
         return send("GET " + path + " HTTP/1.1\r\nHost: " + m_address.mid(7).toUtf8() + "\r\n" + headers +
                     "Connection: close\r\n\r\n");
     }
-    bool waitForLine(const QByteArray& text) {
+    bool waitForLine(const QByteArray& text) { return waitForLine(*m_server, m_log, text); }
+    static bool waitForLine(QProcess& server, QByteArray& log, const QByteArray& text) {
         return TestSupport::waitUntil([&] {
-            m_log += m_server->readAll();
-            return m_log.contains(text) && m_log.endsWith('\n');
+            log += server.readAll();
+            return log.contains(text) && log.endsWith('\n');
         });
     }
 

@@ -1,9 +1,13 @@
+#include <sys/resource.h>
+
 #include <QTcpSocket>
 #include <QtTest>
 
+#include "storeserver/SessionLife.h"
 #include "storeserver/catalogue/CatalogueLoader.h"
 #include "storeserver/request/AnswerCache.h"
 #include "storeserver/server/HttpServer.h"
+#include "support/LogCapture.h"
 #include "support/StoreFiles.h"
 #include "support/Table.h"
 
@@ -68,6 +72,49 @@ private Q_SLOTS:
         QTRY_COMPARE(clients[1]->state(), QAbstractSocket::UnconnectedState);
         QCOMPARE(clients[0]->state(), QAbstractSocket::ConnectedState);
         QCOMPARE(clients[2]->state(), QAbstractSocket::ConnectedState);
+    }
+
+    void answersNotTakenMakeRoom() {
+        start({1h, 1h, 1h, 1s, 10, LargeBytes * 3 / 2});
+        std::vector<std::unique_ptr<QTcpSocket>> clients;
+        for (int index = 0; index < 2; ++index) {
+            clients.push_back(connected());
+            clients.back()->setReadBufferSize(1);
+            clients.back()->write("GET /large HTTP/1.1\r\nHost: h\r\n\r\n");
+            QVERIFY(clients.back()->waitForReadyRead(WaitMs));
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(isEnded(*clients.front(), false), true, WaitMs);
+        clients.back()->setReadBufferSize(0);
+        qint64 received = 0;
+        QTRY_VERIFY_WITH_TIMEOUT((received += clients.back()->readAll().size()) > LargeBytes, WaitMs);
+    }
+
+    void connectionWaitsForADescriptor() {
+        start({1h, 1h, 1h, 1s, 10});
+        const TestSupport::LogCapture log;
+        rlimit limit = {};
+        QCOMPARE(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+        QTcpSocket client;
+        QVERIFY(client.bind(QHostAddress::LocalHost));  // has its descriptor now
+        const int next = Fenk::OwnedFd(::dup(0)).get();
+        const rlimit noMore{rlim_t(next), limit.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &noMore), 0);
+        client.connectToHost("127.0.0.1", quint16(m_server->port()));
+        QVERIFY(client.waitForConnected(WaitMs));
+        client.write(Request);
+        QTRY_VERIFY(log.contains("a connection cannot be accepted"));
+        QCOMPARE(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+        QVERIFY(client.waitForReadyRead(WaitMs));
+        QCOMPARE(log.count("a connection cannot be accepted"), 1);
+    }
+
+    void lateUseIsServedBeforeTheEnd() {
+        ServerActivity activity;
+        SessionLife life(activity, 1);
+        connect(&life, &SessionLife::leaving, this, [&activity] { activity.touch(); });
+        QSignalSpy left(&life, &SessionLife::left);
+        QVERIFY(left.wait(WaitMs));
+        QVERIFY(activity.sinceLast() >= 2s);
     }
 
     void endSendsWhatIsAnswered() {
