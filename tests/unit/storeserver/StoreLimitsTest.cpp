@@ -95,7 +95,7 @@ private Q_SLOTS:
         rlimit limit = {};
         QCOMPARE(::getrlimit(RLIMIT_NOFILE, &limit), 0);
         QTcpSocket client;
-        QVERIFY(client.bind(QHostAddress::LocalHost));  // has its descriptor now
+        QVERIFY(client.bind(QHostAddress(QHostAddress::LocalHost)));  // has its descriptor now
         const int next = Fenk::OwnedFd(::dup(0)).get();
         const rlimit noMore{rlim_t(next), limit.rlim_max};
         QCOMPARE(::setrlimit(RLIMIT_NOFILE, &noMore), 0);
