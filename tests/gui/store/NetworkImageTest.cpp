@@ -29,6 +29,22 @@ QByteArray picture(const QSize& size, const char* format = "PNG") {
     return bytes;
 }
 
+QByteArray number(int value) {
+    return QByteArray(1, char(value)) + char(value >> 8);
+}
+
+/// One pixel at a place of a screen that is as high as wide.
+QByteArray gif(int screen, int left) {
+    return "GIF89a" + number(screen) + number(screen) + '\x80' + QByteArray(2, 0) + QByteArray(6, 'c') + ',' +
+           number(left) + QByteArray("\0\0\1\0\1\0\0\2\2\x44\1\0;", 13);
+}
+
+/// With an entry that says 16 pixels.
+QByteArray ico(const QByteArray& png) {
+    return QByteArray("\0\0\1\0\1\0\x10\x10\0\0\1\0\x20\0", 14) + number(png.size()) +
+           number(png.size() >> 16) + QByteArray("\x16\0\0\0", 4) + png;
+}
+
 }  // namespace
 
 class NetworkImageTest : public QObject {
@@ -52,6 +68,11 @@ private Q_SLOTS:
             false);
         row("no picture", "Name: One", "", Default, false);
         row("a format with a decoder that is not bounded", picture({48, 48}, "XPM"), "", Default, false);
+        row("a GIF", gif(9, 0), "", 9, true);
+        row("a GIF with a large screen", gif(16000, 0), "", Default, false);
+        row("a GIF with a frame far away", gif(4000, 60000), "", Default, false);
+        row("an ICO", ico(picture({48, 48})), "", 48, true);
+        row("an ICO with a large picture", ico(picture({6000, 6000})), "", Default, false);
         row("nothing", "", "", Default, false);
         row("cut", picture({48, 48}), "half/", Default, false);
         row("missing", picture({48, 48}), "missing/no", Default, false);

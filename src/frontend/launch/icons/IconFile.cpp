@@ -56,7 +56,7 @@ QImage decodePicture(const QByteArray& data) {
         return SvgPicture::draw(data, MaximumPixels);
     const QSize size = reader.size();
     const int edge = qMax(size.width(), size.height());
-    if (!size.isValid() || edge > MaximumPixelsInFile)
+    if (!size.isValid() || qMax(edge, IconFile::gifEdge(data)) > MaximumPixelsInFile)
         return {};
     if (edge > MaximumPixels)
         reader.setScaledSize(
@@ -64,10 +64,23 @@ QImage decodePicture(const QByteArray& data) {
     return reader.read();
 }
 
+/// The height in the header counts colours and mask.
+bool hasSmallBitmap(const QByteArray& bmp) {
+    constexpr int SizeEnd = 12;
+    if (bmp.size() < SizeEnd)
+        return false;
+    const qint64 width = qFromLittleEndian<qint32>(bmp.constData() + 4);
+    const qint64 height = qFromLittleEndian<qint32>(bmp.constData() + 8);
+    return qAbs(width) <= MaximumPixels && qAbs(height) <= 2 * MaximumPixels;
+}
+
 QImage decode(const Entry& entry) {
     // The directory entry of a PNG image may be wrong; the decoder uses the header in the PNG.
     if (entry.data.startsWith(PngMagic))
         return decode(entry.data, "png");
+    // The decoder takes a width of 0 from the header of the BMP.
+    if (!hasSmallBitmap(entry.data))
+        return {};
     QByteArray file = IcoMagic + QByteArray("\1\0", 2) + entry.head.left(8) + QByteArray(8, 0);
     qToLittleEndian<quint32>(quint32(entry.data.size()), file.data() + HeadBytes + 8);
     qToLittleEndian<quint32>(HeadBytes + EntryBytes, file.data() + HeadBytes + 12);
@@ -114,9 +127,35 @@ QList<QImage> IconFile::images(const QString& path) {
     if (!Fenk::RegularFile::open(file, path, Fenk::RegularFile::Links::Followed) ||
         file.size() > MaximumBytes)
         return {};
-    const QByteArray bytes = file.read(MaximumBytes);
+    return imagesIn(file.read(MaximumBytes));
+}
+
+bool IconFile::isIco(const QByteArray& bytes) {
+    return bytes.startsWith(IcoMagic) && bytes.size() >= HeadBytes;
+}
+
+int IconFile::gifEdge(const QByteArray& bytes) {
+    constexpr int GifHeadBytes = 13, FrameBytes = 10;
+    if (!bytes.startsWith("GIF8") || bytes.size() < GifHeadBytes)
+        return -1;
+    const auto number = [&bytes](int at) { return int(qFromLittleEndian<quint16>(bytes.constData() + at)); };
+    const int screen = qMax(number(6), number(8));
+    const int flags = uchar(bytes[10]);
+    int at = GifHeadBytes + (flags & 0x80 ? 3 << ((flags & 7) + 1) : 0);
+    while (at + 2 < bytes.size() && bytes[at] == '!') {  // an extension: blocks with their length in front
+        at += 2;
+        while (at < bytes.size() && bytes[at] != 0)
+            at += uchar(bytes[at]) + 1;
+        ++at;
+    }
+    if (at + FrameBytes > bytes.size())
+        return screen;
+    return qMax(screen, qMax(number(at + 1) + number(at + 5), number(at + 3) + number(at + 7)));
+}
+
+QList<QImage> IconFile::imagesIn(const QByteArray& bytes) {
     QList<QImage> found;
-    if (bytes.startsWith(IcoMagic) && bytes.size() >= HeadBytes) {
+    if (isIco(bytes)) {
         for (const Entry& entry : bestOfEachSize(bytes))
             found << decode(entry);
     } else {

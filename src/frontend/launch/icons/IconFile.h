@@ -12,6 +12,14 @@ namespace IconFile {
 /// another format, also scaled to at most 512 pixels. Empty if nothing is visible or an edge has more than
 /// 4096 pixels. Thread-safe.
 QList<QImage> images(const QString& path);
+/// Those of a file's bytes.
+QList<QImage> imagesIn(const QByteArray& bytes);
+
+/// Whether the bytes begin like an .ico file.
+bool isIco(const QByteArray& bytes);
+/// The edge in pixels of what a decoder makes room for when it reads the first frame of a GIF, which may be
+/// larger than the frame. -1 for what is no GIF.
+int gifEdge(const QByteArray& bytes);
 
 /// The images as one icon; GUI thread only.
 QIcon read(const QString& path);

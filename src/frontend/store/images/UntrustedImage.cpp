@@ -4,6 +4,7 @@
 #include <QImageReader>
 
 #include "fenk/system/RegularFile.h"
+#include "launch/icons/IconFile.h"
 #include "launch/icons/SvgPicture.h"
 
 namespace UntrustedImage {
@@ -12,7 +13,7 @@ namespace {
 
 /// Formats whose decoders are bounded by the size that the header tells.
 bool isKnown(const QByteArray& format) {
-    static const QByteArrayList formats = {"png", "jpg", "jpeg", "gif", "bmp", "ico", "webp"};
+    static const QByteArrayList formats = {"png", "jpg", "jpeg", "gif", "bmp", "webp"};
     return formats.contains(format);
 }
 
@@ -29,6 +30,12 @@ Result decode(const QByteArray& bytes) {
         return {{}, false, "it is larger than 5 MiB"};
     if (bytes.trimmed().startsWith('<'))
         return keep(SvgPicture::draw(bytes, KeptEdge));
+    if (IconFile::isIco(bytes)) {
+        const QList<QImage> images = IconFile::imagesIn(bytes);
+        return keep(images.isEmpty() ? QImage() : images.last());
+    }
+    if (IconFile::gifEdge(bytes) > MaxEdge)
+        return {{}, false, "it is larger than 4096 pixels"};
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);

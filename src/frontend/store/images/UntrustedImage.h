@@ -17,7 +17,8 @@ struct Result {
     const char* error = "";  ///< for logs
 };
 
-/// PNG, JPEG, GIF (the first frame), BMP, ICO, WebP where Qt has it, and SVG that is not compressed.
+/// PNG, JPEG, GIF (the first frame), BMP, ICO (its widest image), WebP where Qt has it, and SVG that is not
+/// compressed.
 Result decode(const QByteArray& bytes);
 /// Refuses anything but a regular file, links included.
 Result read(const QString& path);
