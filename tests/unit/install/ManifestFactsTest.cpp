@@ -21,6 +21,8 @@ private Q_SLOTS:
             "", "");
         row("one of the two", "Name: A\nDebInfo: {wine_deps: d}", standard, "d", "");
         row("an empty text", "Name: A\nDebInfo: {wine_cmd: ''}", "", "", "");
+        row("brackets in texts", "Name: A\nDebInfo: {}\nZ: ['" + QByteArray(30, '[') + "']", standard, "",
+            "");
         row("more than we read", "Name: A\nDebInfo: {x: 1}\nBottle: {Windows: win10, Commands: 7}\nZ: [1]",
             standard, "", "");
     }

@@ -4,12 +4,14 @@
 #include <yaml-cpp/yaml.h>
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 
 namespace {
 
 constexpr int MaximumDepth = 32;
+constexpr int MaximumOpenBrackets = 64;  // those in texts count as well
 constexpr int MaximumNodes = 50000;
 constexpr int MaximumCommands = 1000;
 const char DefaultWinePackage[] = "lumora-wine8-stable";
@@ -54,6 +56,20 @@ private:
     int m_nodes = 0;
     int m_depth = 0;
 };
+
+/// The parser looks far ahead after each bracket: thousands of open ones cost it seconds before the first is
+/// reported.
+void checkBrackets(const QByteArray& yaml) {
+    int open = 0;
+    for (const char letter : yaml) {
+        if (letter == '[' || letter == '{')
+            ++open;
+        else if (letter == ']' || letter == '}')
+            open = std::max(0, open - 1);
+        if (open > MaximumOpenBrackets)
+            throw Refused("it is nested too deeply");
+    }
+}
 
 QString scalar(const YAML::Node& node, const QString& absent = {}) {
     return node.IsDefined() && node.IsScalar() ? QString::fromStdString(node.Scalar()) : absent;
@@ -112,6 +128,7 @@ std::optional<ManifestFacts> ManifestFacts::read(const QByteArray& yaml, QString
     try {
         if (yaml.size() > MaximumBytes)
             throw Refused("it is too large");
+        checkBrackets(yaml);
         std::istringstream text(yaml.toStdString());
         LimitCheck check;
         YAML::Parser(text).HandleNextDocument(check);

@@ -26,6 +26,7 @@ struct ManifestFacts {
     static constexpr int MaximumBytes = 2 << 20;
 
     /// Reads UTF-8 YAML. Nothing, with the reason in `error`, for what is no manifest: it must be a map with
-    /// a Name and a DebInfo. Aliases, and a text that is too large or too deep, are refused as well.
+    /// a Name and a DebInfo. Aliases, and a text that is too large or too deep, are refused as well. Takes
+    /// up to some tenths of a second. For any thread.
     static std::optional<ManifestFacts> read(const QByteArray& yaml, QString* error);
 };
