@@ -7,6 +7,7 @@
 
 #include "backend/DesktopUtils.h"
 #include "core/CellarixApplication.h"
+#include "programs/AppItemWidgetStateManager.h"
 #include "store/install/YamlProgramInstallerSession.h"
 
 Q_LOGGING_CATEGORY(serviceLog, "service")
@@ -65,7 +66,7 @@ void CellarixService::installProgram(const QString& appId, const QString& appInf
 }
 
 void CellarixService::startSession(const QString& appId, const QString& appInfoId) {
-    if (m_installer) {  // of a call that came as soon
+    if (isInstalling()) {  // of a call that came as soon
         notifyBusy();
         return;
     }
@@ -83,9 +84,14 @@ void CellarixService::onSessionDone() {
     m_application->leaveAfterSetUp();
 }
 
+/// From here or from a page of the store.
+bool CellarixService::isInstalling() const {
+    return m_installer || AppItemWidgetStateManager::instance()->isSettingUp();
+}
+
 bool CellarixService::isWindowBusy() const {
     const QWidgetList windows = QApplication::topLevelWidgets();
-    return m_installer || std::any_of(windows.begin(), windows.end(), isBusy);
+    return isInstalling() || std::any_of(windows.begin(), windows.end(), isBusy);
 }
 
 void CellarixService::notifyBusy() const {

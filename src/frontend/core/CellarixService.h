@@ -29,6 +29,7 @@ public Q_SLOTS:
     void showMainWindow();
 
 private:
+    bool isInstalling() const;
     bool isWindowBusy() const;
     void startSession(const QString& appId, const QString& appInfoId);
     void onSessionDone();

@@ -30,7 +30,8 @@ void AppItemWidgetStateManager::onSetupingYmlDone(const QString& appInfoId, cons
     if (!m_setups.contains(appInfoId))
         return;
     qInfo().noquote().nospace() << "appInfoId [" << appInfoId << "] Setup done, check the widgets state...";
-    Q_EMIT setupDone(appInfoId);
+    if (m_setups.count(appInfoId) == 1)
+        Q_EMIT setupDone(appInfoId);
     if (needRemove)
         QFile::remove(yamlFile);
     m_setups.remove(appInfoId);

@@ -18,7 +18,7 @@ class AppItemWidgetStateManager : public QObject, public Fenk::Singleton<AppItem
     friend class Fenk::Singleton<AppItemWidgetStateManager>;
 
 public:
-    /// A set-up keeps the process alive until onSetupingYmlDone().
+    /// A set-up keeps the process alive until its onSetupingYmlDone().
     void startSetup(const QString& appId);
     bool isSettingUp() const { return !m_setups.isEmpty(); }
     bool isSettingUp(const QString& appId) const { return m_setups.contains(appId); }
@@ -41,7 +41,8 @@ Q_SIGNALS:
     void failed(const QString& uuid, const QString& errorText);
 
 public Q_SLOTS:
-    /// Ignores an application that is not being set up.
+    /// Ends one set-up of the application; setupDone() comes with the last. Ignores an application that is
+    /// not being set up.
     void onSetupingYmlDone(const QString& appInfoId, const QString& yamlFile, bool needRemove);
     void onProgramUuidDeleted(const QString& bottlesName, const QString& programUuid);
 

@@ -178,7 +178,7 @@ private Q_SLOTS:
             parent.reset();
         } else {
             delete m_session;
-            QVERIFY(!shown<SetupAppInfoDialog>());
+            QVERIFY(!shown<SetupAppInfoDialog>() && !isSettingUp());
             return;
         }
         QTRY_COMPARE(m_ends, 1);
@@ -211,6 +211,13 @@ private Q_SLOTS:
         QTRY_VERIFY(!banner->windowIcon().isNull() && m_server->requests.contains("icon@0"));
         QVERIFY(log.contains("start install app:  7 Seven " + file) && log.contains("start install ...  7"));
         QCOMPARE(m_ends, 0);
+        // One that fails meanwhile leaves the application registered.
+        m_server->files.remove("k7");
+        auto* second = new YamlProgramInstallerSession("7", "k7", this);
+        QSignalSpy failed(second, &YamlProgramInstallerSession::signalError);
+        second->start();
+        QTRY_COMPARE(failed.size(), 1);
+        QVERIFY(isSettingUp());
         Q_EMIT banner->stopRunning();
         QTRY_COMPARE(m_ends, 1);
         QCOMPARE(m_service.waitForCall("cancelSetup").arguments, QJsonArray({"program-7"}));

@@ -5,8 +5,10 @@
 #include <QFile>
 #include <QIcon>
 #include <QUrl>
+#include <utility>
 
 #include "backend/DesktopUtils.h"
+#include "backend/InBackground.h"
 #include "programs/AppItemWidgetStateManager.h"
 #include "store/client/StoreClient.h"
 #include "store/client/VeskClientDefaultApi.h"
@@ -47,16 +49,26 @@ YamlProgramInstallerSession::YamlProgramInstallerSession(const VeskClientAppInfo
     : QObject(parent),
       m_app(app),
       m_appInfoId(app.getAppInfoId()),
-      m_appIdText(QString::number(app.getAppId())) {}
+      m_appIdText(QString::number(app.getAppId())) {
+    endWithProcess();
+}
 
 YamlProgramInstallerSession::YamlProgramInstallerSession(const QString& appId, const QString& appInfoId,
                                                          QObject* parent)
-    : QObject(parent), m_appInfoId(appInfoId), m_appIdText(appId) {}
+    : QObject(parent), m_appInfoId(appInfoId), m_appIdText(appId) {
+    endWithProcess();
+}
+
+/// While there is still a bus to cancel the set-up of the bottle.
+void YamlProgramInstallerSession::endWithProcess() {
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { delete this; });
+}
 
 YamlProgramInstallerSession::~YamlProgramInstallerSession() {
     m_isOver = true;
     delete m_dialog;
     delete m_installer;
+    endSetup();
 }
 
 void YamlProgramInstallerSession::start() {
@@ -121,17 +133,28 @@ void YamlProgramInstallerSession::fetchManifest() {
 }
 
 void YamlProgramInstallerSession::onManifest(VeskClientHttpRequestWorker* worker) {
-    const QByteArray bytes = bodyOf(*worker);
-    QString error;
-    const auto manifest = ManifestFacts::read(bytes, &error);
-    if (!manifest) {
-        qWarning() << "failed to load yaml contents, response: " << bytes.left(LoggedBytes) << error;
+    m_manifestBytes = bodyOf(*worker);
+    inBackground(
+        this, [bytes = m_manifestBytes] { return parse(bytes); },
+        [this](const ParsedManifest& manifest) { takeManifest(manifest); });
+}
+
+YamlProgramInstallerSession::ParsedManifest YamlProgramInstallerSession::parse(const QByteArray& yaml) {
+    ParsedManifest manifest;
+    manifest.facts = ManifestFacts::read(yaml, &manifest.error);
+    return manifest;
+}
+
+void YamlProgramInstallerSession::takeManifest(const ParsedManifest& manifest) {
+    if (!manifest.facts) {
+        qWarning() << "failed to load yaml contents, response: " << m_manifestBytes.left(LoggedBytes)
+                   << manifest.error;
         failForNetwork();
         return;
     }
+    m_isSetup = true;
     AppItemWidgetStateManager::instance()->startSetup(m_appIdText);
-    m_manifestBytes = bytes;
-    openDialog(*manifest);
+    openDialog(*manifest.facts);
 }
 
 void YamlProgramInstallerSession::openDialog(const ManifestFacts& manifest) {
@@ -189,11 +212,17 @@ void YamlProgramInstallerSession::fail(const QString& text) {
     end();
 }
 
+/// Another session of the same application may be in its set-up.
+void YamlProgramInstallerSession::endSetup() {
+    if (std::exchange(m_isSetup, false))
+        AppItemWidgetStateManager::instance()->onSetupingYmlDone(m_appIdText, {}, false);
+}
+
 void YamlProgramInstallerSession::end() {
     if (m_isOver)
         return;
     m_isOver = true;
-    AppItemWidgetStateManager::instance()->onSetupingYmlDone(m_appIdText, {}, false);
+    endSetup();
     Q_EMIT signalDone();
     deleteLater();
 }

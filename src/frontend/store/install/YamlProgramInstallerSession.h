@@ -16,8 +16,8 @@ class VeskClientHttpRequestWorker;
 
 /// One attempt to install an application of the store: fetches its record and its manifest, asks the user
 /// for the set-up program, and hands both to a YamlProgramInstaller, which it owns. Ends once, in
-/// signalDone(), and deletes itself afterwards; a failure comes before, in signalError(). GUI thread; nothing
-/// waits.
+/// signalDone(), and deletes itself afterwards; a failure comes before, in signalError(). The end of the
+/// process destroys it. GUI thread; nothing waits.
 class YamlProgramInstallerSession : public QObject {
     Q_OBJECT
 public:
@@ -34,6 +34,13 @@ Q_SIGNALS:
     void signalDone();
 
 private:
+    struct ParsedManifest {
+        std::optional<ManifestFacts> facts;
+        QString error;  ///< for the log
+    };
+    static ParsedManifest parse(const QByteArray& yaml);
+
+    void endWithProcess();
     bool hasRecord() const;
     void fetchRecord();
     void onRecord(const OpenAPI::VeskClientAppInfoQueryResponse& answer);
@@ -41,11 +48,13 @@ private:
     void findProgram();
     void fetchManifest();
     void onManifest(OpenAPI::VeskClientHttpRequestWorker* worker);
+    void takeManifest(const ParsedManifest& manifest);
     void openDialog(const ManifestFacts& manifest);
     void onDialogFinished(int result);
     void startInstaller(const QString& setupFile);
     void failForNetwork();
     void fail(const QString& text);
+    void endSetup();
     void end();
 
     OpenAPI::VeskClientAppInfo m_app;
@@ -54,5 +63,6 @@ private:
     QByteArray m_manifestBytes;
     QPointer<SetupAppInfoDialog> m_dialog;
     QPointer<YamlProgramInstaller> m_installer;
+    bool m_isSetup = false;  ///< registered as one
     bool m_isOver = false;
 };
