@@ -5,6 +5,7 @@
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
 
+#include "fenk/controls/Label.h"
 #include "fenk/style/Paint.h"
 #include "fenk/style/SymbolicIconEngine.h"
 #include "fenk/style/Theme.h"
@@ -130,6 +131,7 @@ void SidebarView::setCategories(const QList<OpenAPI::VeskClientCategoryInfo>& ca
         QStandardItem* row = addRow(group, category.getName().left(LongestName).simplified(),
                                     QString("cxb_category_%1").arg(category.getId()));
         row->setData(category.getId(), CategoryRole);
+        row->setToolTip(plainToolTip(row->text()));
         if (chosen.isValid() && chosen == category.getId())
             setCurrentIndex(row->index());
     }

@@ -262,12 +262,18 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), card(catalogue(), 3));
         press(Qt::Key_Tab);
         QCOMPARE(QApplication::focusWidget(), card(catalogue(), 3)->button());
+        press(Qt::Key_Up);
+        QCOMPARE(QApplication::focusWidget(), card(catalogue(), 1));
         press(Qt::Key_End);
         QCOMPARE(QApplication::focusWidget(), card(catalogue(), 19));
         QVERIFY(!card(catalogue(), 0));  // out of sight
         const auto* accessible = QAccessible::queryAccessibleInterface(QApplication::focusWidget());
         QCOMPARE(accessible->role(), QAccessible::ListItem);
         QCOMPARE(accessible->text(QAccessible::Name), QString("App 20, Install"));
+        // A list that was scrolled with the wheel has a card in sight for the Tab key.
+        QApplication::focusWidget()->clearFocus();
+        catalogue()->list()->verticalScrollBar()->setValue(0);
+        QTRY_VERIFY(card(catalogue(), 0) && card(catalogue(), 0)->focusPolicy() == Qt::StrongFocus);
     }
 
     void fewCardsForManyApps() {

@@ -21,6 +21,7 @@ namespace {
 
 constexpr int CodeGood = 200;
 constexpr int PageSize = 20;
+constexpr int MaximumCategories = 200;
 constexpr int SortMinWidth = 64;
 constexpr int SortListMinWidth = 240;
 constexpr int SortVisibleItems = 12;
@@ -93,14 +94,15 @@ VeskClientDefaultApi* AppStoreCatelogWidget::api() {
     connect(
         m_api, &VeskClientDefaultApi::listAppsSignalError, this,
         [this](const OpenAPI::VeskClientAppInfoResponse&, QNetworkReply::NetworkError, const QString& text) {
-            qWarning().noquote() << "failed to list apps: " + text;
+            qWarning().noquote() << "failed to list apps: " + AppStoreViewUtils::oneLine(text);
             onNetworkError();
         });
     connect(m_api, &VeskClientDefaultApi::getCategoriesSignalError, this,
             [this](const OpenAPI::VeskClientCategoriesResponse&, QNetworkReply::NetworkError type,
                    const QString& text) {
                 const char* name = QMetaEnum::fromType<QNetworkReply::NetworkError>().valueToKey(type);
-                qWarning().noquote() << QString("failed to get categories: %1, %2").arg(name, text);
+                qWarning().noquote() << QString("failed to get categories: %1, %2")
+                                            .arg(name, AppStoreViewUtils::oneLine(text));
                 onNetworkError();
             });
     return m_api;
@@ -179,7 +181,7 @@ void AppStoreCatelogWidget::onLoadNextPage() {
 void AppStoreCatelogWidget::onListAppsDone(const OpenAPI::VeskClientAppInfoResponse& summary) {
     m_grid->setBottomLoading(false);
     if (summary.getCode() != CodeGood) {
-        qWarning().noquote() << "list apps error: " + summary.getMsg();
+        qWarning().noquote() << "list apps error: " + AppStoreViewUtils::oneLine(summary.getMsg());
         onNetworkError();
         return;
     }
@@ -198,15 +200,20 @@ void AppStoreCatelogWidget::onListAppsDone(const OpenAPI::VeskClientAppInfoRespo
 
 void AppStoreCatelogWidget::onGetCategoriesDone(const OpenAPI::VeskClientCategoriesResponse& summary) {
     if (summary.getCode() != CodeGood) {
-        qWarning().noquote() << "get categories error: " + summary.getMsg();
+        qWarning().noquote() << "get categories error: " + AppStoreViewUtils::oneLine(summary.getMsg());
         onNetworkError();
         return;
     }
     m_lacksCategories = false;
     QList<OpenAPI::VeskClientCategoryInfo> categories;
     for (const auto& category : summary.getData().getList()) {
-        if (!category.is_id_Valid() || category.getName().trimmed().isEmpty())
+        const bool isUsable = category.is_id_Valid() && !category.getName().trimmed().isEmpty();
+        if (!isUsable || categories.size() == MaximumCategories) {
+            qWarning() << "the store sent a category without id or name, or too many of them";
+            if (isUsable)
+                break;
             continue;
+        }
         m_categories.insert(category.getId(), category.getName());
         categories.append(category);
     }

@@ -44,6 +44,7 @@ AppStoreItemListView::AppStoreItemListView(QWidget* parent)
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerPixel);
+    setAutoScroll(false);  // the pressed button of a card that is cut off would move from under the pointer
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     viewport()->setAutoFillBackground(false);
@@ -91,17 +92,17 @@ void AppStoreItemListView::updateCards() {
     const int first = qMax(0, top / SkeletonCard::Pitch.height()) * count;
     const int last =
         qMin(m_model->rowCount(), ((top + viewport()->height()) / SkeletonCard::Pitch.height() + 1) * count);
-    QList<QPersistentModelIndex> kept;
+    QList<QPersistentModelIndex> open;
     for (const QPersistentModelIndex& index : qAsConst(m_open)) {
-        const StoreAppItemUI* open = card(index);
-        if (!open)
+        const StoreAppItemUI* item = card(index);
+        if (!item)
             continue;
-        if ((index.row() >= first && index.row() < last) || open->isBusy())
-            kept.append(index);
+        if ((index.row() >= first && index.row() < last) || item->isBusy())
+            open.append(index);
         else
             closePersistentEditor(index);
     }
-    m_open = kept;
+    m_open = open;
     for (int row = first; row < last; ++row) {
         const QModelIndex index = m_model->index(row, 0);
         if (isPersistentEditorOpen(index))
@@ -111,8 +112,10 @@ void AppStoreItemListView::updateCards() {
         card(index)->setTabStop(index == currentIndex());
         m_model->requestIcon(index);
     }
-    // Tab needs a card to go to.
-    if (!currentIndex().isValid())
+    // Tab needs a card in sight to go to.
+    const int current = currentIndex().row();
+    const StoreAppItemUI* kept = card(currentIndex());
+    if ((current < first || current >= last) && !(kept && kept->isBusy()))
         setCurrentIndex(m_model->index(first, 0));
 }
 

@@ -60,7 +60,7 @@ void AppStoreSearchWidget::onRetry() {
 void AppStoreSearchWidget::onSearchResult(const OpenAPI::VeskClientAppInfoResponse& summary) {
     setBottomLoading(false);
     if (summary.getCode() != CodeGood) {
-        qWarning().noquote() << "failed to search app: " + summary.getMsg();
+        qWarning().noquote() << "failed to search app: " + AppStoreViewUtils::oneLine(summary.getMsg());
         setPage(Failed);
         return;
     }
@@ -80,7 +80,7 @@ void AppStoreSearchWidget::onSearchResult(const OpenAPI::VeskClientAppInfoRespon
 }
 
 void AppStoreSearchWidget::onSearchError(QNetworkReply::NetworkError error_type, const QString& error_str) {
-    qWarning().noquote() << "failed to search app: " + error_str << error_type;
+    qWarning().noquote() << "failed to search app: " + AppStoreViewUtils::oneLine(error_str) << error_type;
     setBottomLoading(false);
     setPage(Failed);
 }

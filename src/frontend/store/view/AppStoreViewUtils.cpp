@@ -12,13 +12,16 @@
 namespace AppStoreViewUtils {
 
 namespace {
+constexpr int MaximumApps = 200;  ///< of one answer; 20 are asked for
 constexpr int LongestLine = 512;
 constexpr int MaxScore = 5;
 }  // namespace
 
 QList<StoreAppModelData> toModelData(const QList<OpenAPI::VeskClientAppInfo>& apps) {
     QList<StoreAppModelData> list;
-    for (const auto& app : apps) {
+    if (apps.size() > MaximumApps)
+        qWarning() << "the store sent too many applications at once:" << apps.size();
+    for (const auto& app : apps.mid(0, MaximumApps)) {
         if (app.isSet())
             list.append({app, {}, {}});
         else

@@ -50,6 +50,11 @@ RunStateButton::State faceOf(ButtonState state) {
     }
 }
 
+/// The keys that move among the cards.
+bool isMove(int key) {
+    return key >= Qt::Key_Home && key <= Qt::Key_PageDown;
+}
+
 Label* makeLine(QWidget* card, const char* name, Label::Kind kind) {
     auto* line = new Label(kind, card);
     line->setObjectName(name);
@@ -136,6 +141,7 @@ void StoreAppItemUI::updateNames() {
     //: the name of an application, and what its button does or says
     setAccessibleName(tr("%1, %2").arg(m_appName, m_button->text()));
     setAccessibleDescription(m_brief->text());
+    m_button->setAccessibleName(m_button->text());
     m_button->setAccessibleDescription(tr("%1 %2", "button, name").arg(m_button->text(), m_appName));
 }
 
@@ -178,6 +184,10 @@ bool StoreAppItemUI::eventFilter(QObject* watched, QEvent* event) {
         if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
             if (!key->isAutoRepeat())
                 m_button->animateClick();
+            return true;
+        }
+        if (isMove(key->key())) {  // a button would give the focus to another widget of the window
+            QCoreApplication::sendEvent(this, event);
             return true;
         }
     }
