@@ -1,11 +1,13 @@
 #include "bottleservice/bottles/ManifestExport.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 
 #include "manifest/ManifestPath.h"
 #include "manifest/ManifestReader.h"
+#include "manifest/ManifestValues.h"
 #include "manifest/ManifestWriter.h"
 #include "manifest/SettingRules.h"
 
@@ -15,16 +17,35 @@ const char FileName[] = "/manifest.yml";
 
 namespace {
 
-constexpr int MaximumTextCharacters = 4096;
-const char* const FormKeys[] = {"bottlesName", "programUuid", "name",     "introduction",    "downloadUrl",
-                                "packageSize", "contributor", "category", "contributorEmail"};
+using ManifestReader::Long;
+using ManifestReader::Medium;
+using ManifestReader::Short;
+
+/// With the characters that the reader takes.
+const struct {
+    const char* key;
+    int maximum;
+} FormKeys[] = {{"bottlesName", Medium},  {"programUuid", Medium}, {"name", Short},
+                {"introduction", Medium}, {"downloadUrl", Medium}, {"packageSize", Short},
+                {"contributor", Short},   {"category", Short},     {"contributorEmail", Short}};
+
+/// Whether a text says where something lies on this user's machine.
+bool namesThisMachine(const QString& text) {
+    const QString home = QDir::homePath();
+    return ManifestPath::leadsOutOfWine(text) ||
+           (home.size() > 1 && QString(text).replace('\\', '/').contains(home, Qt::CaseInsensitive));
+}
+
+bool canBeText(const QString& text, int maximum) {
+    return text.size() <= maximum && ManifestValues::hasOnlyAllowed(text, "\n\t");
+}
 
 QMap<QString, QString> textsOf(const QJsonValue& object,
                                bool (*isAllowed)(const QString& name, const QString& value)) {
     QMap<QString, QString> texts;
     const QJsonObject from = object.toObject();
     for (auto it = from.begin(); it != from.end(); ++it) {
-        if (isAllowed(it.key(), it.value().toString()))
+        if (isAllowed(it.key(), it.value().toString()) && texts.size() < ManifestReader::MaximumEntries)
             texts.insert(it.key(), it.value().toString());
         else
             qInfo() << it.key() << "is left out of the manifest";
@@ -40,8 +61,8 @@ bool isFontPair(const QString& font, const QString& replacement) {
     return SettingRules::isFontName(font) && SettingRules::isFontName(replacement);
 }
 
-bool isShared(const QString& variable, const QString&) {
-    return SettingRules::isSharedVariable(variable);
+bool isShared(const QString& variable, const QString& value) {
+    return SettingRules::isSharedVariable(variable) && canBeText(value, Medium) && !namesThisMachine(value);
 }
 
 Manifest::Parameters parametersOf(const QJsonObject& record) {
@@ -63,8 +84,12 @@ Manifest::Program programOf(const QJsonObject& record) {
     QString path = record["path"].toString();
     if (!ManifestPath::check(path, ManifestPath::Use::Run).isEmpty())
         path = path.replace('\\', '/').section('/', -1);
-    return {record["name"].toString(), path, record["arguments"].toString(),
-            textsOf(record["envs"], isShared)};
+    QString arguments = record["arguments"].toString();
+    if (!canBeText(arguments, Long) || namesThisMachine(arguments)) {
+        qInfo() << "the arguments are left out of the manifest";
+        arguments.clear();
+    }
+    return {record["name"].toString(), path, arguments, textsOf(record["envs"], isShared)};
 }
 
 }  // namespace
@@ -74,12 +99,12 @@ QJsonObject parseForm(const QString& json, QString* error) {
     const QJsonObject form = document.object();
     if (!document.isObject())
         *error = "The description of the manifest is no JSON object.";
-    for (const char* key : FormKeys) {
+    for (const auto& [key, maximum] : FormKeys) {
         const QJsonValue value = form[QLatin1String(key)];
-        if (error->isEmpty() && (!value.isString() || value.toString().size() > MaximumTextCharacters))
+        if (error->isEmpty() && (!value.isString() || value.toString().size() > maximum))
             *error = QString("\"%1\" of the manifest must be text of at most %2 characters.")
                          .arg(key)
-                         .arg(MaximumTextCharacters);
+                         .arg(maximum);
     }
     if (error->isEmpty() && form["name"].toString().trimmed().isEmpty())
         *error = "The manifest needs a name.";
@@ -118,7 +143,10 @@ Manifest make(const QJsonObject& form, const QJsonObject& record, const QJsonObj
 
 QByteArray render(const Manifest& manifest, QString* error) {
     const QByteArray text = ManifestWriter::write(manifest);
-    *error = ManifestReader::read(text).error;
+    const ManifestReader::Result again = ManifestReader::read(text);
+    *error = again.error;
+    if (error->isEmpty() && again.manifest != manifest)
+        *error = "A value of the manifest has a character that YAML cannot keep.";
     return error->isEmpty() ? text : QByteArray();
 }
 

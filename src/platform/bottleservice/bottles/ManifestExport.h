@@ -9,7 +9,8 @@
 
 /// The export of a bottle in which a program works as a manifest for other users (docs/MANIFEST.md): what the
 /// program is, and with which Wine, components, settings and overrides it was made to work. It contains no
-/// path of this user's machine.
+/// path of this user's machine: arguments and variables that name the home or drive Z: are left out, as are
+/// values that the language cannot say.
 namespace ManifestExport {
 
 extern const char FileName[];
