@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 
 #include "bottleservice/files/AtomicFile.h"
@@ -38,11 +39,14 @@ QString writeOne(const QString& bottlePath, const Manifest::File& file) {
     }
     const QString found = isReached ? Fenk::findIgnoringCase(directory, name) : QString();
     const QString path = directory + '/' + (found.isEmpty() ? name : found);
-    if (!isReached || isRealDirectory(path))
+    if (!isReached || QFileInfo(path).isDir())
         return QString(
                    "The file \"%1\" cannot be put into the bottle: its folder leads elsewhere or cannot be "
                    "made, or a folder has its name.")
             .arg(file.path);
+    // AtomicFile refuses a link.
+    if (QFileInfo(path).isSymLink())
+        QFile::remove(path);
     QString error;
     AtomicFile::replace(path, file.content, &error, AtomicFile::Safety::Quick);
     return error;
