@@ -7,6 +7,12 @@
 
 #include "bottleservice/wine/ProcessPriority.h"
 
+namespace {
+
+constexpr int MaximumOutputBytes = 16 * 1024;
+
+}  // namespace
+
 void WineCommand::GroupProcess::setLowPriority() {
     m_isLow = true;
     m_withNice = ProcessPriority::canRaise();
@@ -27,6 +33,7 @@ WineCommand::WineCommand(const QString& program, const QStringList& arguments,
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_timeout.setSingleShot(true);
+    connect(&m_process, &QProcess::readyReadStandardOutput, this, &WineCommand::readOutput);
     connect(&m_timeout, &QTimer::timeout, this, [this] {
         m_timedOut = true;
         kill();
@@ -67,6 +74,12 @@ void WineCommand::kill() {
     if (group > 1)
         ::kill(-group, SIGKILL);
     m_process.kill();
+}
+
+void WineCommand::readOutput() {
+    m_output += m_process.readAllStandardOutput();
+    if (m_output.size() > MaximumOutputBytes)
+        m_output = m_output.right(MaximumOutputBytes);
 }
 
 void WineCommand::onFinished(int exitCode, QProcess::ExitStatus status) {

@@ -33,7 +33,8 @@ public:
     /// Kills the whole group; finished() follows.
     void kill();
 
-    QByteArray output() { return m_process.readAllStandardOutput(); }
+    /// The last 16 KiB of what the command has written.
+    QByteArray output() const { return m_output; }
 
     bool hasTimedOut() const { return m_timedOut; }
     bool hasStarted() const { return m_process.error() != QProcess::FailedToStart; }
@@ -58,11 +59,13 @@ private:
         bool m_withNice = false;
     };
 
+    void readOutput();
     void onFinished(int exitCode, QProcess::ExitStatus status);
     void onError(QProcess::ProcessError error);
     void finish(const QString& errorText);
 
     GroupProcess m_process;
+    QByteArray m_output;
     QTimer m_timeout;
     int m_heldMs = 0;  ///< what is left of the limit while it stands still
     bool m_timedOut = false;
