@@ -33,7 +33,7 @@ void RegistryWriter::setWindows(const QString& code) {
     run({"winecfg.exe", "/v", code}, {}, [this, code](const QString& errorText) {
         if (errorText.isEmpty()) {
             importEntries();
-        } else if (code == Windows11) {
+        } else if (code == Windows11 && !m_cancelled) {
             qInfo() << "this Wine does not know" << Windows11 << "by name; telling it the build number";
             m_change = RegistryChange::windows11OverWindows10().then(m_change);
             setWindows("win10");
@@ -58,6 +58,8 @@ void RegistryWriter::importEntries() {
         Q_EMIT finished(errorText.isEmpty() ? QString()
                                             : "The registry of the bottle was not changed: " + errorText);
     });
+    // The command has it open; a killed service must not leave it.
+    m_file.remove();
 }
 
 void RegistryWriter::run(const QStringList& arguments, const QString& input,
