@@ -80,8 +80,12 @@ bool BottleService::areRequestsDone() const {
            m_setups.isIdle();
 }
 
-void BottleService::close() {
+void BottleService::closeSetups() {
     m_setups.close();
+}
+
+void BottleService::close() {
+    closeSetups();
     m_components.close();
     m_dependencies.close();
     m_repairOffers.close();

@@ -50,6 +50,8 @@ public:
     /// Nobody waits for anything and no program runs.
     bool isQuiet() const { return m_engine.isQuiet() && areRequestsDone() && m_processes.isIdle(); }
 
+    /// Ends the set-ups of bottles: their signals are sent.
+    void closeSetups();
     /// Cancels running work and accepts no new requests; closed() follows.
     void close();
 

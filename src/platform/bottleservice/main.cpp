@@ -93,10 +93,11 @@ int main(int argc, char** argv) {
     qInfo() << "bottle service" << application.applicationVersion() << "serves" << dataDir;
     service.watchPrograms();
 
-    // The name is released first, so that the next call starts a new service, which waits for this one's
-    // lock.
+    // Clients take signals only from the owner of the name, so the set-ups end before it is released. The
+    // rest ends afterwards, so that the next call starts a new service, which waits for this one's lock.
     const auto close = [&] {
         qInfo() << "bottle service is ending";
+        service.closeSetups();
         bus.unregisterService(ServiceName);
         QTimer::singleShot(CloseTimeoutMs, &application, &QCoreApplication::quit);
         service.close();

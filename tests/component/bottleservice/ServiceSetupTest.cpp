@@ -233,7 +233,39 @@ private Q_SLOTS:
         m_service->call("setupYaml", {Bottle, "no base 64!"}, "InstallerManager");
         QTRY_COMPARE(ends().size(), 1);
         QCOMPARE(failure()["error"].toString(), QString("The manifest is not Base64."));
+        m_service->setupLog.clear();
+        m_service->call("setupYaml", {Bottle, QString(5 * 1024 * 1024, 'A')}, "InstallerManager");
+        QTRY_COMPARE(ends().size(), 1);
+        QVERIFY(failure()["error"].toString().endsWith("is too long."));
         QCOMPARE(m_service->call("cancelSetup", {"none"}, "InstallerManager").errorName(), QString());
+    }
+
+    /// Neither a native program nor another drive is at hand, also when a command hides what it does.
+    void confined() {
+        const QString touched = m_service->home().path() + "/touched";
+        const QByteArray script =
+            manifest("Files: [{Path: 'c:\\x.bat', Text: \"@start %1 /usr/bin/touch " + touched.toUtf8() +
+                     "\\n@if exist %2:\\\\etc echo x> c:\\\\seen\\n@exit 0\\n\"}], "
+                     "Commands: [{Program: cmd.exe, Arguments: [/c, 'set s=/uni&& set d=z&& call c:\\x.bat "
+                     "%s%x %d%']}, {Program: cmd.exe, Arguments: [/c, 'echo y> c:\\ran']}]");
+        QVERIFY2(setUp(script), qPrintable(m_service->setupLog.join('\n')));
+        QVERIFY(QFile::exists(path("drive_c/ran")));
+        QVERIFY(!QFile::exists(path("drive_c/seen")));
+        QVERIFY(!QFile::exists(touched));
+        QVERIFY(QFileInfo(path("dosdevices/z:")).isSymLink());
+    }
+
+    /// A set-up that is cancelled has ended for everybody, also while it waits, and leaves the bottle alone.
+    void cancelledBefore() {
+        m_service->call("createBottles", {Bottle, ""});
+        m_service->callLater("setWindowsVersion", {Bottle, "win7"});  // in front of it in the queue
+        begin(manifest(Slow));
+        m_service->call("cancelSetup", {Bottle}, "InstallerManager");
+        call(manifest("Commands: [{Program: 'c:\\none.exe'}]"));  // fails after the other one
+        QTRY_COMPARE_WITH_TIMEOUT(ends().size(), 2, SetupMs);
+        QVERIFY(ends()[0].contains("cancelled") && ends()[1].contains("none.exe"));
+        QCOMPARE(record()["Windows"].toString(), QString("win7"));
+        QVERIFY(!m_service->setupLog.contains("setupDescriptionChanged(program-1, Running ping.exe, 0)"));
     }
 
     /// Only what is known to hold nothing is replaced.
@@ -264,6 +296,8 @@ private Q_SLOTS:
             m_service->call("setupYaml", {Bottle, QString(manifest("").toBase64())}, "InstallerManager");
         QCOMPARE(other.errorName(), QString("com.lumora.Error.Busy"));
         QVERIFY(ends().isEmpty());
+        m_service->call("setupYaml", {Bottle, QString(5 * 1024 * 1024, 'A')}, "InstallerManager");
+        QVERIFY(ends().isEmpty());
         m_service->call("cancelSetup", {Bottle}, "InstallerManager");
         QTRY_COMPARE(ends().size(), 1);
     }
@@ -285,7 +319,7 @@ private Q_SLOTS:
         m_service->call("cancelSetup", {Bottle}, "InstallerManager");
         QTRY_COMPARE_WITH_TIMEOUT(ends().size(), 1, 20000);
         QCOMPARE(failure()["cancelled"], QJsonValue(true));
-        QTRY_VERIFY(isClean());
+        QTRY_VERIFY_WITH_TIMEOUT(isClean(), 20000);
     }
 
     void deleting() {

@@ -68,6 +68,8 @@ private Q_SLOTS:
             return list;
         };
         QCOMPARE(pids(processes.ofBottle(bottle)), QList<int>({10, 11, 12, 13, 14, 15, 19}));
+        QCOMPARE(pids(processes.ofBottle(bottle, Processes::Kind::Any)),
+                 QList<int>({10, 11, 12, 13, 14, 15, 17, 18, 19}));
         QCOMPARE(pids(processes.ofProgram(bottle, "id")), QList<int>({10, 15}));
         QCOMPARE(pids(processes.ofProgram(bottle, "")), QList<int>({11, 19}));
     }

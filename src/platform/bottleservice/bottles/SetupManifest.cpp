@@ -6,7 +6,6 @@
 #include "bottleservice/files/AtomicFile.h"
 #include "fenk/system/RegularFile.h"
 #include "manifest/ManifestReader.h"
-#include "manifest/ManifestWriter.h"
 
 namespace SetupManifest {
 
@@ -39,16 +38,18 @@ std::optional<Manifest> load(const QString& bottlePath) {
     return std::nullopt;
 }
 
-QString save(const QString& directory, const Manifest& manifest) {
+QString save(const QString& directory, const QByteArray& text) {
     QString error;
-    AtomicFile::replace(directory + FileName, ManifestWriter::write(manifest), &error);
+    AtomicFile::replace(directory + FileName, text, &error);
     return error;
 }
 
 QJsonObject completed(const QJsonObject& program, const std::optional<Manifest>& manifest) {
     QJsonObject record = program;
     for (const Manifest::Program& known : manifest ? manifest->programs : QVector<Manifest::Program>()) {
-        if (comparable(known.path) != comparable(program["path"].toString()))
+        const QString path = comparable(program["path"].toString());
+        // A manifest has only the name of a program that lay outside of its bottle.
+        if (comparable(known.path) != (comparable(known.path).contains('\\') ? path : path.section('\\', -1)))
             continue;
         if (record["arguments"].toString().isEmpty())
             record.insert("arguments", known.arguments);

@@ -14,12 +14,12 @@ extern const char FileName[];
 
 /// Nothing when the bottle has none, or an invalid one, which is logged.
 std::optional<Manifest> load(const QString& bottlePath);
-/// Writes it into a directory that does not have the bottle's name yet. Returns an error text, empty on
-/// success.
-QString save(const QString& directory, const Manifest& manifest);
+/// Writes its text, as it was given, into a directory that does not have the bottle's name yet. Returns an
+/// error text, empty on success.
+QString save(const QString& directory, const QByteArray& text);
 
 /// The record of a program that enters the bottle, with the arguments and variables that the manifest has for
-/// its path, where the record has none.
+/// its path, or for its file name where the manifest has only that, where the record has none.
 QJsonObject completed(const QJsonObject& program, const std::optional<Manifest>& manifest);
 
 /// A program of a manifest as a record without an id.

@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <algorithm>
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/FoundPrograms.h"
@@ -62,7 +63,10 @@ void DeleteUnusedJob::inspect() {
                        entersPrograms = bool(m_tools.enterPrograms)](const std::atomic_bool&) -> QString {
         findings->isInstalling = BottleBackup::state(path) != BottleBackup::State::None;
         const auto shortcuts = BottleScan::shortcuts(path, QDateTime::fromSecsSinceEpoch(0));
-        findings->hasShortcuts = !shortcuts.isEmpty();
+        const QSet<QString> made = AddedFiles::unchanged(path);
+        findings->hasShortcuts = std::any_of(
+            shortcuts.begin(), shortcuts.end(),
+            [&made](const BottleScan::Shortcut& shortcut) { return !made.contains(shortcut.file); });
         const AddedFiles added = key.isEmpty() ? AddedFiles() : AddedFiles::of(path, original, *cancelled);
         if (added.isComplete || !added.first.isEmpty())
             findings->hasFiles = !added.first.isEmpty();
@@ -89,6 +93,10 @@ void DeleteUnusedJob::conclude(const Findings& findings) {
     if (const auto programs = otherPrograms())
         use.hasPrograms = !programs->isEmpty();
     const QString reason = *m_cancelled ? "the service is ending" : use.reasonToKeep();
+    if (reason.isEmpty() && !m_tools.makeDeletion) {
+        finish(Answer::of(JsonText::compact(QJsonObject{{"deleted", false}, {"unused", true}})));
+        return;
+    }
     if (reason.isEmpty()) {
         deleteBottle();
         return;

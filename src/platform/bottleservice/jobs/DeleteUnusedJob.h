@@ -23,7 +23,8 @@ public:
     /// What the job needs of the requests that started it.
     struct Tools {
         QString iconScript;  ///< path of icon_extractor.py
-        /// Makes the job that deletes the bottle.
+        /// Makes the job that deletes the bottle. Without it a bottle to be deleted stays, and the answer is
+        /// {"deleted": false, "unused": true}.
         std::function<std::unique_ptr<Job>(const Reply&)> makeDeletion;
         /// Enters records of new programs into the bottle. Without it a bottle that stays is left unchanged.
         std::function<Answer(const QVector<QJsonObject>& records)> enterPrograms;

@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QStandardPaths>
 
+#include "bottleservice/bottles/BottleScan.h"
 #include "bottleservice/bottles/SetupManifest.h"
 #include "bottleservice/components/BottleFiles.h"
 #include "bottleservice/components/GraphicsLayer.h"
@@ -13,12 +14,12 @@
 #include "bottleservice/components/PrefixFiles.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/files/FullDisk.h"
+#include "bottleservice/jobs/SetupCommand.h"
 #include "bottleservice/jobs/SetupDependency.h"
 #include "bottleservice/jobs/SetupSettings.h"
 #include "bottleservice/jobs/StagedBottle.h"
 #include "bottleservice/wine/AddedFiles.h"
 #include "bottleservice/wine/BottleStopper.h"
-#include "bottleservice/wine/LaunchData.h"
 #include "bottleservice/wine/RegistryWriter.h"
 #include "bottleservice/wine/Templates.h"
 #include "bottleservice/wine/WineCommand.h"
@@ -29,27 +30,16 @@ using Kind = SetupStep::Kind;
 
 namespace {
 
-constexpr int CommandTimeoutMs = 30 * 60 * 1000;
 constexpr int WineserverMs = 60000;
-
-Reason reasonOf(const WineCommand& ended, const QString& program, const QString& detail) {
-    QString what = detail;
-    if (ended.hasTimedOut())
-        what = "it took too long and was ended.";
-    else if (ended.exitCode())
-        what = QString("it ended with code %1.").arg(*ended.exitCode());
-    else if (ended.hasStarted())
-        what = "it was killed or crashed.";
-    return QString("The command \"%1\" of the manifest has failed: %2").arg(program, what);
-}
 
 }  // namespace
 
-SetupBottleJob::SetupBottleJob(const JobBottle& bottle, const Manifest& manifest, const Runner& runner,
-                               Tools tools, Reply reply)
+SetupBottleJob::SetupBottleJob(const JobBottle& bottle, const Manifest& manifest, const QByteArray& text,
+                               const Runner& runner, Tools tools, Reply reply)
     : Job(std::move(reply)),
       m_bottle(bottle),
       m_manifest(manifest),
+      m_text(text),
       m_runner(runner),
       m_tools(std::move(tools)),
       m_steps(SetupSteps::of(manifest)) {}
@@ -59,12 +49,16 @@ SetupBottleJob::~SetupBottleJob() {
 }
 
 void SetupBottleJob::start() {
+    if (*m_cancelled) {
+        fail(Reason::Cancelled);
+        return;
+    }
     switch (m_tools.store.state(m_bottle.name())) {
         case BottleStore::State::Missing:
             next();
             break;
         case BottleStore::State::Present:
-            replaceExisting();
+            withExisting(m_tools.makeJudgement, "unused", [this] { next(); });
             break;
         case BottleStore::State::Foreign:
             fail(m_tools.store.check(m_bottle.name()));
@@ -72,9 +66,10 @@ void SetupBottleJob::start() {
 }
 
 void SetupBottleJob::cancel() {
-    *m_cancelled = true;
-    if (m_deletion)
-        m_deletion->cancel();
+    if (m_cancelled->exchange(true))
+        return;
+    if (m_existing)
+        m_existing->cancel();
     if (m_staged)
         m_staged->cancel();
     if (m_dependency)
@@ -82,20 +77,23 @@ void SetupBottleJob::cancel() {
     if (m_writer)
         m_writer->cancel();
     if (m_command)
-        m_command->kill();
+        m_command->cancel();
+    if (m_waiting)
+        m_waiting->kill();
 }
 
-void SetupBottleJob::replaceExisting() {
+/// Lets a job judge or delete the bottle that has the name already, and goes on when its answer has the key.
+void SetupBottleJob::withExisting(const MakeJob& make, const QString& key, std::function<void()> then) {
     auto result = std::make_shared<Answer>();
-    m_deletion = m_tools.makeDeletion([result](const Answer& answer) { *result = answer; });
+    m_existing = make([result](const Answer& answer) { *result = answer; });
     // Queued: the job is still on the stack when it emits finished().
     connect(
-        m_deletion.get(), &Job::finished, this,
-        [this, result] {
-            m_deletion.reset();
+        m_existing.get(), &Job::finished, this,
+        [this, result, key, then = std::move(then)] {
+            m_existing.reset();
             const QJsonObject verdict = QJsonDocument::fromJson(result->text.toUtf8()).object();
-            if (verdict["deleted"].toBool() || *m_cancelled)
-                next();
+            if (verdict[key].toBool() || *m_cancelled)
+                then();
             else
                 fail(result->isGood()
                          ? QString("There is a bottle \"%1\" already, which is not replaced: %2.")
@@ -103,7 +101,7 @@ void SetupBottleJob::replaceExisting() {
                          : result->reason);
         },
         Qt::QueuedConnection);
-    m_deletion->start();
+    m_existing->start();
 }
 
 void SetupBottleJob::next() {
@@ -149,6 +147,7 @@ void SetupBottleJob::stepEnded(const Reason& reason) {
 }
 
 void SetupBottleJob::create() {
+    m_begun = QDateTime::currentDateTime();
     m_staged = new StagedBottle(m_tools.store, m_bottle.name(), m_runner, m_bottle.templates(),
                                 m_tools.reclaimer, this);
     connect(m_staged, &StagedBottle::finished, this, [this](const Reason& reason) {
@@ -255,31 +254,17 @@ void SetupBottleJob::writeFiles() {
         [this](const QString& fault) { stepEnded(fault); });
 }
 
+/// What a command has started may run on, so the drives stay away until the end.
 void SetupBottleJob::run(const Manifest::Command& command) {
     Q_EMIT described(command.description.isEmpty() ? QString("Running %1").arg(command.program)
                                                    : command.description);
-    m_command = new WineCommand(m_runner.wine, QStringList(command.program) + command.arguments,
-                                commandEnvironment(), this);
-    // A plain name must not find a file of the user.
-    m_command->setDirectory(m_staged->path() + "/drive_c");
-    connect(m_command, &WineCommand::finished, this, [this, command](const QString& errorText) {
+    m_drives.hide(m_staged->path());
+    m_command = new SetupCommand(m_runner, m_staged->path(), m_settings->record(), command, this);
+    connect(m_command, &SetupCommand::finished, this, [this](const Reason& reason) {
         m_command->deleteLater();
-        if (!errorText.isEmpty())
-            qWarning().noquote() << "output of a failed command:" << m_command->output().right(4000);
-        stepEnded(errorText.isEmpty() ? Reason() : reasonOf(*m_command, command.program, errorText));
+        stepEnded(reason);
     });
-    m_command->start(CommandTimeoutMs);
-}
-
-/// As programs of the bottle get it, without Wine's questions about Mono and Gecko, which would block a
-/// command.
-QProcessEnvironment SetupBottleJob::commandEnvironment() const {
-    QJsonObject variables = LaunchData::environment(m_staged->path(), m_settings->record());
-    const QJsonObject quiet = WineEnvironment::forCreation(m_staged->path());
-    variables.insert("WINEDLLOVERRIDES",
-                     quiet["WINEDLLOVERRIDES"].toString() + ';' + variables["WINEDLLOVERRIDES"].toString());
-    variables.insert("WINEDEBUG", quiet["WINEDEBUG"]);
-    return WineEnvironment::forProcess(variables);
+    m_command->start();
 }
 
 /// An installer's first process may end before its others; they get a minute to end by themselves.
@@ -296,19 +281,20 @@ void SetupBottleJob::finishWine() {
         stop();
         return;
     }
-    m_command = new WineCommand(m_runner.wineserver, {"-w"},
+    m_waiting = new WineCommand(m_runner.wineserver, {"-w"},
                                 WineEnvironment::forProcess({{"WINEPREFIX", m_staged->path()}}), this);
-    connect(m_command, &WineCommand::finished, this, [this, stop](const QString& errorText) {
-        m_command->deleteLater();
+    connect(m_waiting, &WineCommand::finished, this, [this, stop](const QString& errorText) {
+        m_waiting->deleteLater();
         if (!errorText.isEmpty())
             qInfo() << "something in" << m_bottle.shownName() << "goes on after its set-up:" << errorText;
         stop();
     });
-    m_command->start(WineserverMs);
+    m_waiting->start(WineserverMs);
 }
 
 void SetupBottleJob::stopProcesses(std::function<void(bool)> then) {
     auto* stopper = new BottleStopper(m_staged->path(), m_runner.wineserver, this);
+    stopper->setKind(Processes::Kind::Any);
     connect(stopper, &BottleStopper::finished, this, [stopper, then = std::move(then)](bool isClean) {
         stopper->deleteLater();
         then(isClean);
@@ -321,15 +307,24 @@ void SetupBottleJob::recordFiles() {
     m_bottle.templates()->run(
         this,
         [path = m_staged->path(), original = m_bottle.templates()->pathOf(m_settings->templateKey()),
-         cancelled = m_cancelled](const std::atomic_bool&) {
+         since = m_begun, cancelled = m_cancelled](const std::atomic_bool&) {
+            BottleScan::clearUsersDesktop(path, since);
             return AddedFiles::record(path, original, *cancelled);
         },
         [this](const QString& fault) {
-            if (fault.isEmpty())
-                place();
-            else
-                fail(*m_cancelled ? Reason(Reason::Cancelled) : Reason(fault));
+            if (!fault.isEmpty() && !*m_cancelled)
+                qWarning() << "what is in" << m_bottle.shownName() << "will count as content:" << fault;
+            takeName();
         });
+}
+
+void SetupBottleJob::takeName() {
+    if (*m_cancelled || m_tools.store.state(m_bottle.name()) != BottleStore::State::Present) {
+        place();
+        return;
+    }
+    m_isReplacing = true;
+    withExisting(m_tools.makeDeletion, "deleted", [this] { place(); });
 }
 
 void SetupBottleJob::place() {
@@ -338,7 +333,9 @@ void SetupBottleJob::place() {
         return;
     }
     SetupSettings::enterPrograms(m_manifest, m_staged->path(), &*m_settings);
-    Reason reason = SetupManifest::save(m_staged->path(), m_manifest);
+    Reason reason = m_drives.putBack();
+    if (reason.isEmpty())
+        reason = SetupManifest::save(m_staged->path(), m_text);
     if (reason.isEmpty())
         reason = m_staged->place(*m_settings);
     if (!reason.isEmpty()) {
@@ -360,8 +357,17 @@ void SetupBottleJob::fail(const Reason& cause) {
             m_staged->discard();
         finish(Answer::failure(Fault::Failed, reason));
     };
-    if (m_staged && !m_staged->path().isEmpty())
-        stopProcesses([conclude](bool) { conclude(); });
-    else
+    if (!m_staged || m_staged->path().isEmpty()) {
         conclude();
+        return;
+    }
+    stopProcesses([this, conclude](bool) {
+        Background::run(
+            this,
+            [path = m_staged->path(), since = m_begun] {
+                BottleScan::clearUsersDesktop(path, since);
+                return true;
+            },
+            [conclude](bool) { conclude(); });
+    });
 }

@@ -38,6 +38,8 @@ public:
     /// For jobs that only end processes. They run beside the bottle's queue, so that nobody waits for an
     /// installation before a program is ended.
     void enqueueStop(const QString& bottle, std::unique_ptr<Job> job);
+    /// Whether jobs of the bottle run or wait.
+    bool hasJobs(const QString& bottle) const { return m_queue.hasJobs(bottle); }
     /// Adds a job that updates the bottle to the installed build of its Wine (RenewBottleJob).
     void renew(const QString& bottle);
     /// Waits as BottleAccess::waitForPrograms() does, for a request to install something. While the bottle's

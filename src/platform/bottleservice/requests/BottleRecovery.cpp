@@ -26,6 +26,7 @@ void removeDirectories(BottleEngine* engine) {
     for (const QString& path : qAsConst(leftovers)) {
         logLeftover(path);
         auto* stopper = new BottleStopper(path, bottles.runners().wineserverFor({}), engine);
+        stopper->setKind(Processes::Kind::Any);
         QObject::connect(stopper, &BottleStopper::finished, engine, [engine, stopper, path] {
             engine->reclaimer()->remove(path);
             stopper->deleteLater();

@@ -21,6 +21,12 @@ std::unique_ptr<Job> CleanUpRequests::makeDeletionOfUnused(const QString& bottle
     return std::make_unique<DeleteUnusedJob>(m_engine->jobBottle(bottle), QString(), toolsFor(bottle), reply);
 }
 
+std::unique_ptr<Job> CleanUpRequests::makeJudgement(const QString& bottle, const Reply& reply) {
+    DeleteUnusedJob::Tools tools = toolsFor(bottle);
+    tools.makeDeletion = nullptr;
+    return std::make_unique<DeleteUnusedJob>(m_engine->jobBottle(bottle), QString(), tools, reply);
+}
+
 DeleteUnusedJob::Tools CleanUpRequests::toolsFor(const QString& bottle) const {
     return {m_programs->iconScript(),
             [bottles = m_bottles, bottle](const Reply& deleted) {

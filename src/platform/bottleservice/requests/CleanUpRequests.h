@@ -21,6 +21,8 @@ public:
     /// The job of deleteIfUnused(), for a job of that bottle which replaces it when it is unused. A bottle
     /// that stays is left unchanged.
     std::unique_ptr<Job> makeDeletionOfUnused(const QString& bottle, const Reply& reply);
+    /// The same job, but it only judges.
+    std::unique_ptr<Job> makeJudgement(const QString& bottle, const Reply& reply);
 
 private:
     DeleteUnusedJob::Tools toolsFor(const QString& bottle) const;

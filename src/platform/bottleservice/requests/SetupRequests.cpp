@@ -38,7 +38,7 @@ SetupRequests::SetupRequests(BottleEngine* engine, Downloads* downloads, Compone
 void SetupRequests::setup(const QString& bottle, const QString& manifest, const Reply& reply) {
     const auto running = m_setups.constFind(bottle);
     if (running != m_setups.constEnd()) {
-        reply(running->text == manifest && !running->isCancelled
+        reply(running->text == manifest
                   ? Answer::of()
                   : Answer::failure(Fault::Busy, QString("The bottle \"%1\" is being set up already.")
                                                      .arg(BottleName::shown(bottle))));
@@ -67,14 +67,17 @@ Reason SetupRequests::begin(const QString& bottle, const QString& text) {
     const auto [manifest, error] = ManifestReader::read(*bytes);
     if (!error.isEmpty())
         return "The manifest cannot be used. " + error;
-    // SetupBottleJob looks closer; this saves a download in vain.
+    // SetupBottleJob looks closer; this saves a download in vain. What waits in the queue may delete it.
     const BottleAccess& bottles = m_engine->bottles();
     Answer failure;
-    const auto existing = bottles.check(bottle).isGood() ? bottles.load(bottle, &failure) : std::nullopt;
+    const auto existing = !m_engine->hasJobs(bottle) && bottles.check(bottle).isGood()
+                              ? bottles.load(bottle, &failure)
+                              : std::nullopt;
     if (existing && !existing->programs().isEmpty())
         return QString("There is a bottle \"%1\" already, which is not replaced: it has programs.")
             .arg(BottleName::shown(bottle));
     Setup setup;
+    setup.id = ++m_lastId;
     setup.text = text;
     setup.manifest = manifest;
     const Sources sources(m_catalogueDir, m_engine->dataDir());
@@ -161,12 +164,16 @@ void SetupRequests::enqueue(const QString& bottle) {
                                       Sources(m_catalogueDir, m_engine->dataDir()),
                                       m_components->store(),
                                       [cleanUps = m_cleanUps, bottle](const Reply& reply) {
+                                          return cleanUps->makeJudgement(bottle, reply);
+                                      },
+                                      [cleanUps = m_cleanUps, bottle](const Reply& reply) {
                                           return cleanUps->makeDeletionOfUnused(bottle, reply);
                                       }};
     auto job = std::make_unique<SetupBottleJob>(
-        m_engine->jobBottle(bottle), setup.manifest, *runner, tools,
-        [self = QPointer<SetupRequests>(this), bottle](const Answer& answer) {
-            if (self)
+        m_engine->jobBottle(bottle), setup.manifest, *ManifestValues::base64(setup.text), *runner, tools,
+        [self = QPointer<SetupRequests>(this), bottle, id = setup.id](const Answer& answer) {
+            // A cancelled one has ended before.
+            if (self && self->m_setups.value(bottle).id == id)
                 self->end(bottle, answer);
         });
     connect(job.get(), &SetupBottleJob::stepStarted, this,
@@ -202,7 +209,7 @@ void SetupRequests::tellBytes(const QString& bottle, const QString& file, qint64
     Q_EMIT described(bottle, text, OfTheMoment);
 }
 
-void SetupRequests::end(const QString& bottle, const Answer& result) {
+void SetupRequests::end(const QString& bottle, const Answer& result, bool isCancelled) {
     const auto found = m_setups.find(bottle);
     if (found == m_setups.end())
         return;
@@ -218,7 +225,12 @@ void SetupRequests::end(const QString& bottle, const Answer& result) {
     if (result.isGood())
         Q_EMIT succeeded(bottle);
     else
-        Q_EMIT failed(bottle, result, setup.isCancelled);
+        Q_EMIT failed(bottle, result, isCancelled);
+}
+
+void SetupRequests::refuse(const QString& bottle, const Answer& verdict) {
+    if (!m_setups.contains(bottle))
+        Q_EMIT failed(bottle, verdict, false);
 }
 
 void SetupRequests::cancel(const QString& bottle, const Reply& reply) {
@@ -234,17 +246,17 @@ void SetupRequests::cancelForDeletion(const QString& bottle) {
 }
 
 void SetupRequests::stop(const QString& bottle) {
-    const auto setup = m_setups.find(bottle);
-    if (setup == m_setups.end() || setup->isCancelled)
+    if (!m_setups.contains(bottle))
         return;
-    setup->isCancelled = true;
-    if (setup->job) {
-        setup->job->cancel();  // end() follows when nothing is left
-        return;
-    }
-    if (setup->isFetching)
-        m_components->release(setup->components.first().kind, setup->components.first().name);
-    end(bottle, Answer::failure(Fault::Failed, Reason::Cancelled));
+    const Setup setup = m_setups[bottle];
+    if (setup.isFetching)
+        m_components->release(setup.components.first().kind, setup.components.first().name);
+    if (setup.job)
+        setup.job->disconnect(this);
+    end(bottle, Answer::failure(Fault::Failed, Reason::Cancelled), true);
+    // Undoes its work in the bottle's queue, before anything else of this bottle.
+    if (setup.job)
+        setup.job->cancel();
 }
 
 void SetupRequests::close() {

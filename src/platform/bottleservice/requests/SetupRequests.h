@@ -28,7 +28,11 @@ public:
     /// `manifest` is Base64. Answers at once; with Busy when the bottle is being set up from another
     /// manifest.
     void setup(const QString& bottle, const QString& manifest, const Reply& reply);
-    /// Answers at once; failed() follows where there was something to cancel.
+    /// For a setup() that did not get here: failed() follows, unless a set-up of the bottle is under way and
+    /// has its own end.
+    void refuse(const QString& bottle, const Answer& verdict);
+    /// Answers at once; failed() follows at once where there was something to cancel. What the set-up has
+    /// begun is undone afterwards, and the next request waits for that.
     void cancel(const QString& bottle, const Reply& reply);
     /// For a bottle that is being deleted.
     void cancelForDeletion(const QString& bottle);
@@ -54,13 +58,13 @@ private:
         QString name;
     };
     struct Setup {
+        int id = 0;    ///< since a cancelled job of the same bottle may still run
         QString text;  ///< as it was given
         Manifest manifest;
         QString runner;
         QVector<Component> components;  ///< that must be fetched, the one that is being fetched first
         int fetches = 0;                ///< how many of them there were
         bool isFetching = false;
-        bool isCancelled = false;
         QPointer<SetupBottleJob> job;
         QString lastMoment;
     };
@@ -71,7 +75,7 @@ private:
     void next(const QString& bottle);
     void onFetched(const QString& kind, const QString& name, const Reason& reason);
     void enqueue(const QString& bottle);
-    void end(const QString& bottle, const Answer& result);
+    void end(const QString& bottle, const Answer& result, bool isCancelled = false);
     void stop(const QString& bottle);
     void tellStep(const QString& bottle, int step, const QString& title);
     void tellBytes(const QString& bottle, const QString& file, qint64 received, qint64 total);
@@ -82,4 +86,5 @@ private:
     CleanUpRequests* m_cleanUps;
     QString m_catalogueDir;
     QHash<QString, Setup> m_setups;  ///< by bottle
+    int m_lastId = 0;
 };

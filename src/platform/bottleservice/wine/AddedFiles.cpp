@@ -67,6 +67,12 @@ QString stampOf(const QFileInfo& file) {
     return QString("%1 %2").arg(file.size()).arg(file.lastModified().toMSecsSinceEpoch());
 }
 
+QJsonObject readRecord(const QString& bottlePath) {
+    const QByteArray text =
+        Fenk::RegularFile::read(bottlePath + MadeFiles, MaximumMadeBytes).value_or(QByteArray());
+    return QJsonDocument::fromJson(text).object();
+}
+
 /// Calls `onAdded` for each file that is not of the template. False when not everything could be read.
 bool walk(const QString& bottlePath, const QString& templatePath, const std::atomic_bool& cancelled,
           const std::function<void(const QString& relative, const QFileInfo& file)>& onAdded) {
@@ -118,12 +124,21 @@ QString AddedFiles::record(const QString& directory, const QString& templatePath
     return error;
 }
 
+QSet<QString> AddedFiles::unchanged(const QString& bottlePath) {
+    QSet<QString> paths;
+    const QJsonObject made = readRecord(bottlePath);
+    for (auto it = made.begin(); it != made.end(); ++it) {
+        const QFileInfo file(bottlePath + '/' + it.key());
+        if (it.value().toString() == stampOf(file))
+            paths += file.filePath();
+    }
+    return paths;
+}
+
 AddedFiles AddedFiles::of(const QString& bottlePath, const QString& templatePath,
                           const std::atomic_bool& cancelled) {
     AddedFiles added;
-    const QByteArray text =
-        Fenk::RegularFile::read(bottlePath + MadeFiles, MaximumMadeBytes).value_or(QByteArray());
-    const QJsonObject made = QJsonDocument::fromJson(text).object();
+    const QJsonObject made = readRecord(bottlePath);
     added.isComplete =
         walk(bottlePath, templatePath, cancelled, [&](const QString& relative, const QFileInfo& file) {
             if (made[relative].toString() == stampOf(file))

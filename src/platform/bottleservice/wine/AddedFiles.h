@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <atomic>
@@ -20,6 +21,9 @@ struct AddedFiles {
     /// text, empty on success.
     static QString record(const QString& directory, const QString& templatePath,
                           const std::atomic_bool& cancelled);
+
+    /// The paths of the recorded files that have kept their size and time.
+    static QSet<QString> unchanged(const QString& bottlePath);
 
     static AddedFiles of(const QString& bottlePath, const QString& templatePath,
                          const std::atomic_bool& cancelled);

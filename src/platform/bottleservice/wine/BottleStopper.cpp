@@ -37,7 +37,7 @@ void BottleStopper::start() {
 }
 
 void BottleStopper::killRest() {
-    const std::vector<Processes::Entry> rest = m_processes.ofBottle(m_prefix);
+    const std::vector<Processes::Entry> rest = m_processes.ofBottle(m_prefix, m_kind);
     const QVector<pid_t> launchers = m_launchers();
     for (const pid_t launcher : launchers)
         ::kill(launcher, SIGKILL);

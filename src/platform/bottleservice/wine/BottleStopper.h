@@ -24,6 +24,9 @@ public:
     /// be about to start a program.
     void setLaunchers(std::function<QVector<pid_t>()> launchers) { m_launchers = std::move(launchers); }
 
+    /// Also ends native programs that were started from Wine; for a prefix that is only the service's.
+    void setKind(Processes::Kind kind) { m_kind = kind; }
+
     void start();
 
 Q_SIGNALS:
@@ -36,6 +39,7 @@ private:
     QString m_prefix;
     QString m_wineserver;
     Processes m_processes;
+    Processes::Kind m_kind = Processes::Kind::Wine;
     std::function<QVector<pid_t>()> m_launchers = [] { return QVector<pid_t>(); };
     int m_emptyChecks = 0;
     WineCommand* m_command = nullptr;

@@ -43,7 +43,7 @@ QString normalized(const QString& path) {
 
 }  // namespace
 
-std::vector<Processes::Entry> Processes::all() const {
+std::vector<Processes::Entry> Processes::all(Kind kind) const {
     std::vector<Entry> entries;
     const QStringList names = QDir(m_procDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort);
     for (const QString& name : names) {
@@ -58,7 +58,7 @@ std::vector<Processes::Entry> Processes::all() const {
             directory = livingThread(directory);
             entry.executable = linkBaseName(directory + "/exe");
         }
-        if (!isWineExecutable(entry.executable))
+        if (entry.executable.isEmpty() || (kind == Kind::Wine && !isWineExecutable(entry.executable)))
             continue;
         const QHash<QByteArray, QByteArray> environment =
             parseEnvironment(readBounded(directory + "/environ"));
@@ -72,10 +72,10 @@ std::vector<Processes::Entry> Processes::all() const {
     return entries;
 }
 
-std::vector<Processes::Entry> Processes::ofBottle(const QString& bottlePath) const {
+std::vector<Processes::Entry> Processes::ofBottle(const QString& bottlePath, Kind kind) const {
     const QString wanted = normalized(bottlePath);
     std::vector<Entry> entries;
-    for (const Entry& entry : all()) {
+    for (const Entry& entry : all(kind)) {
         if (normalized(QFile::decodeName(entry.prefix)) == wanted)
             entries.push_back(entry);
     }

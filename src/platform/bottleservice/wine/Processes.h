@@ -7,7 +7,7 @@
 #include <QString>
 #include <vector>
 
-/// Finds the Wine processes of a bottle by the variables of their environment. Only executables of Wine
+/// Finds the processes of a bottle by the variables of their environment. As a rule only executables of Wine
 /// itself (and the emulators that run it) count: a shell in which somebody exported WINEPREFIX, or a browser
 /// that a Windows program has opened, must never be killed. Reads /proc, which takes milliseconds.
 class Processes {
@@ -23,8 +23,13 @@ public:
 
     explicit Processes(const QString& procDir = "/proc") : m_procDir(procDir) {}
 
-    std::vector<Entry> all() const;
-    std::vector<Entry> ofBottle(const QString& bottlePath) const;
+    enum class Kind {
+        Wine,
+        Any  ///< also native programs that were started from Wine; for a prefix that is only the service's
+    };
+
+    std::vector<Entry> all(Kind kind = Kind::Wine) const;
+    std::vector<Entry> ofBottle(const QString& bottlePath, Kind kind = Kind::Wine) const;
 
     /// The processes that carry the program's id. Those that serve the whole bottle are left out; they carry
     /// the id of the program that started first.

@@ -68,7 +68,7 @@ QProcessEnvironment forProcess(const QJsonObject& variables, const QProcessEnvir
 
 QJsonObject forCreation(const QString& prefix) {
     return {{"WINEPREFIX", prefix},
-            {"WINEDLLOVERRIDES", "mscoree,mshtml,winemenubuilder.exe="},
+            {"WINEDLLOVERRIDES", "mscoree,mshtml,winebrowser.exe,winemenubuilder.exe="},
             {"WINEDEBUG", "-all"}};
 }
 

@@ -12,8 +12,8 @@ namespace WineEnvironment {
 QProcessEnvironment forProcess(const QJsonObject& variables,
                                const QProcessEnvironment& base = QProcessEnvironment::systemEnvironment());
 
-/// The variables for making a prefix: no output, and no questions of Wine about packages that this machine
-/// does not have.
+/// The variables for making a prefix: no output, no questions of Wine about packages that this machine does
+/// not have, and nothing that reaches the user's browser or menus.
 QJsonObject forCreation(const QString& prefix);
 
 }  // namespace WineEnvironment

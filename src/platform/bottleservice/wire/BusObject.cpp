@@ -80,6 +80,7 @@ bool BusObject::handleMessage(const QDBusMessage& message, const QDBusConnection
     const Answer verdict = check(message);
     if (!verdict.isGood()) {
         answer(connection, message, verdict);
+        Q_EMIT refused(message.member(), message.arguments(), verdict);
         return true;
     }
     Q_EMIT called();

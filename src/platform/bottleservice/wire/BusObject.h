@@ -34,6 +34,8 @@ public:
 Q_SIGNALS:
     /// A method was called.
     void called();
+    /// A call of a method of the contract was answered with an error without being carried out.
+    void refused(const QString& method, const QVariantList& arguments, const Answer& verdict);
 
 private:
     Answer check(const QDBusMessage& message) const;
