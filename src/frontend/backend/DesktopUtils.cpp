@@ -1,10 +1,12 @@
 #include "backend/DesktopUtils.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QDBusInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDir>
@@ -14,6 +16,7 @@
 namespace {
 
 const char Notifications[] = "org.freedesktop.Notifications";
+const char AppStore[] = "com.home.appstore.client";
 constexpr int NotifyMs = 5000;  // the bus may have to start the service
 
 QDBusMessage notificationCall(const QString& method) {
@@ -65,12 +68,35 @@ QString DesktopUtils::appStorePackage(const QString& packageId) {
     return packageId == "ge-proton9" ? QStringLiteral("lumora-ge-proton9") : packageId;
 }
 
-void DesktopUtils::openInAppStore(const QString& packageId) {
-    const QString name = "com.home.appstore.client";
-    QDBusInterface store(name, "/com/home/appstore/client", name, QDBusConnection::sessionBus());
-    store.asyncCall("openBusinessUri", QString("app_detail_info/" + appStorePackage(packageId)));
-    if (!store.isValid())
-        qWarning("open app store failed");
+void DesktopUtils::openInAppStore(const QString& packageId, QObject* context,
+                                  const std::function<void()>& onFailed) {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(AppStore, "/com/home/appstore/client", AppStore, "openBusinessUri");
+    // No path or query of the store's own.
+    const QByteArray page = QUrl::toPercentEncoding(appStorePackage(packageId), "+");
+    call << "app_detail_info/" + QString::fromLatin1(page);
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), qApp);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher] {
+        watcher->deleteLater();
+        if (watcher->isError())
+            qWarning("open app store failed");
+    });
+    if (context && onFailed)
+        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
+                         [onFailed](QDBusPendingCallWatcher* ended) {
+                             if (ended->isError())
+                                 onFailed();
+                         });
+}
+
+bool DesktopUtils::hasAppStore() {
+    for (const char* method : {"ListNames", "ListActivatableNames"}) {
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(QDBusMessage::createMethodCall(
+            "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method));
+        if (reply.arguments().value(0).toStringList().contains(AppStore))
+            return true;
+    }
+    return false;
 }
 
 bool DesktopUtils::hasDesktopShortcut(const QString& name) {

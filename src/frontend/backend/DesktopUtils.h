@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
+#include <functional>
 
 /// Calls of the desktop's own services. Failures are logged; only notify() reports them.
 namespace DesktopUtils {
@@ -17,8 +19,11 @@ QString notificationText(const QString& name);
 /// Shows a file, selected, in the file manager; starts the file manager when it isn't running.
 void showInFileManager(const QString& path);
 
-/// Opens a package's page in the desktop's app store. Doesn't wait.
-void openInAppStore(const QString& packageId);
+/// Opens a package's page in the desktop's app store. Doesn't wait; a failure is told to `onFailed`.
+void openInAppStore(const QString& packageId, QObject* context = nullptr,
+                    const std::function<void()>& onFailed = {});
+/// Whether the app store runs or could be started. Waits for the bus; for any thread.
+bool hasAppStore();
 /// The name under which the app store knows the package.
 QString appStorePackage(const QString& packageId);
 

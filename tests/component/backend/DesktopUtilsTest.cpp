@@ -22,7 +22,10 @@ private Q_SLOTS:
         QVERIFY(!DesktopUtils::notify("t", "b"));
         QVERIFY(log.contains(QtWarningMsg, "Failed to send notification:"));
         DesktopUtils::showInFileManager("/tmp/x");
-        DesktopUtils::openInAppStore("p");
+        bool isTold = false;
+        DesktopUtils::openInAppStore("p", this, [&isTold] { isTold = true; });
+        QTRY_VERIFY(isTold);
+        QVERIFY(!DesktopUtils::hasAppStore());
         QVERIFY(log.contains(QtWarningMsg, "open app store failed"));
     }
 
@@ -59,6 +62,7 @@ private Q_SLOTS:
         DesktopUtils::openInAppStore("ge-proton9");
         QCOMPARE(desktop.waitForCall("openBusinessUri").arguments,
                  QJsonArray{"app_detail_info/lumora-ge-proton9"});
+        QVERIFY(DesktopUtils::hasAppStore());
         DesktopUtils::openInAppStore("lumora-box64");
         QCOMPARE(desktop.waitForCall("openBusinessUri", 2).arguments,
                  QJsonArray{"app_detail_info/lumora-box64"});
