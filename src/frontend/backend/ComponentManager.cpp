@@ -34,6 +34,16 @@ void ComponentManager::refreshLists() {
     read(result.object());
 }
 
+void ComponentManager::update(QObject* context, const std::function<void()>& then) {
+    watch("list", {}, context, [this, then](const BusResult& result) {
+        if (result.ok)
+            read(result.object());
+        else
+            qWarning("Failed to get components list");
+        then();
+    });
+}
+
 void ComponentManager::onRefresh(const QString& components) {
     qInfo("--- Refresh components list");
     read(QJsonDocument::fromJson(components.toUtf8()).object());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <functional>
 
 #include "backend/ServiceProxy.h"
 
@@ -30,6 +31,9 @@ public:
     /// Cancels one install(), which then ends as failed unless another caller wants the component, too. A
     /// failure is logged.
     void cancelInstall(const QString& kind, const QString& name);
+
+    /// Asks the service for the lists and calls `then` at the end, whether there was an answer or not.
+    void update(QObject* context, const std::function<void()>& then);
 
     /// Runners that are installed, then those that may be fetched.
     QStringList knownRunners() const;
