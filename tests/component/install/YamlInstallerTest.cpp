@@ -168,7 +168,7 @@ private Q_SLOTS:
             QCOMPARE(changes().isEmpty(), !isMeant || changes().isEmpty());
         }
         QTRY_VERIFY(!m_installer && !banner());
-        QTRY_COMPARE(changes(), QString("cancelSetup"));
+        QTRY_COMPARE(changes(), QString("cancelSetup deleteIfUnused"));
         QTRY_VERIFY(!PendingWork::instance()->isPending());
         const QJsonObject event = lastEvent();
         QCOMPARE(event["action"].toString() + event["canceled"].toString() + event["exename"].toString(),

@@ -47,6 +47,15 @@ void SetupCleanUp::start(const std::function<void()>& then) const {
         ServiceThreads::inOrder());
 }
 
+void SetupCleanUp::deleteUnused(const QString& bottle) {
+    BottleCleanUp* service = BottleCleanUp::instance();
+    service->deleteIfUnused(
+        bottle, {}, service, [bottle, hold = PendingWork::instance()->hold()](const BusResult& answer) {
+            if (answer.ok && answer.object().value("deleted").toBool())
+                qInfo().noquote() << "bottle" << bottle << "of a cancelled set-up is deleted";
+        });
+}
+
 void SetupCleanUp::deleteBottle(const std::function<void()>& end) const {
     BottleCleanUp* service = BottleCleanUp::instance();
     service->deleteIfUnused(bottle, {}, service, [cleanUp = *this, end](const BusResult& answer) {

@@ -15,6 +15,9 @@ struct SetupCleanUp {
     /// file as its entry. Without an answer of the service everything stays. GUI thread.
     void start(const std::function<void()>& then) const;
 
+    /// Deletes a bottle in which nothing was installed, if there is one. Like start().
+    static void deleteUnused(const QString& bottle);
+
 private:
     void deleteBottle(const std::function<void()>& end) const;
     void addFile(const std::function<void()>& end) const;

@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSignalBlocker>
 #include <QtConcurrentRun>
 
 #include "backend/BottleRecord.h"
@@ -65,7 +66,7 @@ YamlProgramInstaller::YamlProgramInstaller(const QString& bottleId, const QStrin
 
 YamlProgramInstaller::~YamlProgramInstaller() {
     if (m_isRequested && !m_setupDone && !m_hasFailed && !m_closing)
-        InstallerManager::instance()->cancelSetup(m_bottleId);
+        cancelSetup();
     delete m_executor;
     delete m_view;
 }
@@ -163,8 +164,11 @@ void YamlProgramInstaller::onStep(int step, int steps) {
     stopProgress();
     const int before = m_progress.beginStep(step, steps);
     const int now = m_progress.progress;
-    m_animation.setStartValue(before);
-    m_animation.setEndValue(now);
+    {
+        const QSignalBlocker quiet(m_animation);  // a new end value would be shown at once
+        m_animation.setStartValue(before);
+        m_animation.setEndValue(now);
+    }
     m_animation.start();
 }
 
@@ -239,11 +243,17 @@ void YamlProgramInstaller::fail(const QString& errorText) {
     m_view->addErrorLine(tr("Error message: %1").arg(errorText));
 }
 
+/// The bottle may have been ready already.
+void YamlProgramInstaller::cancelSetup() {
+    InstallerManager::instance()->cancelSetup(m_bottleId);
+    SetupCleanUp::deleteUnused(m_bottleId);
+}
+
 void YamlProgramInstaller::cancel() {
     if (m_closing)
         return;
     if (!m_setupDone) {
-        InstallerManager::instance()->cancelSetup(m_bottleId);
+        cancelSetup();
     } else {
         m_executor->cancelRepair();
         m_executor->closeLauncher();

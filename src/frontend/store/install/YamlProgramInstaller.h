@@ -51,6 +51,7 @@ private:
     void connectRun();
     void onRunFailed(bool canFix, bool isSuccessed);
     void onDebug();
+    void cancelSetup();
     void fail(const QString& errorText);
     void stopProgress();
     void showTitle();
