@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QCryptographicHash>
+#include <QDBusConnection>
 #include <QDropEvent>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void initTestCase() {
         Fenk::Theme::instance()->setAnimationsEnabled(false);
         QVERIFY(m_service.start());
+        QVERIFY(QDBusConnection::sessionBus().registerService("com.home.appstore.client"));
     }
     void init() {
         m_info = {"Seven <b>",
@@ -229,6 +231,22 @@ private Q_SLOTS:
         m_service.release("install");
         QTRY_COMPARE(missing(), QStringList());
         QCOMPARE(asked.size(), 0);
+        m_dialog->reject();
+        QVERIFY(m_service.calls("cancelInstall").isEmpty());
+    }
+
+    void cancelsAFetch() {
+        m_info.winePackage = "lumora-wine-staging";
+        setRunners({"lumora-wine10-stable"}, {"lumora-wine-staging"});
+        m_service.setHeld("Components.install", "{\"ok\":false}");
+        open();
+        QTRY_VERIFY(part<QAbstractButton>("lumora-wine-staging"));
+        part<QAbstractButton>("lumora-wine-staging")->click();
+        m_service.waitForCall("install");
+        m_dialog->reject();
+        QCOMPARE(m_service.waitForCall("cancelInstall").arguments,
+                 QJsonArray({"runner", "lumora-wine-staging"}));
+        m_service.release("install");
     }
 
     void comparesTheFile_data() {
@@ -258,6 +276,11 @@ private Q_SLOTS:
         QTRY_COMPARE(QFileInfo(m_dialog->filePath()).fileName(), QString("Seven.exe"));
         QTRY_COMPARE(hint(), QString("This is the expected file"));
         QTRY_VERIFY(install()->isEnabled());
+        // One that the user chooses meanwhile stays.
+        part<QAbstractButton>("download_btn")->click();
+        part<FileSelectWidget>()->setFile(file());
+        QTRY_VERIFY(part<QLabel>("download_text")->text().startsWith("Saved as"));
+        QVERIFY(m_dialog->filePath().endsWith("/d/Setup.exe"));
         server.files.clear();
         part<QAbstractButton>("download_btn")->click();
         QTRY_VERIFY(part<QLabel>("download_text")->text().contains("no longer at its address"));

@@ -69,7 +69,8 @@ private Q_SLOTS:
         const QStringList wine{"w"}, standard{"lumora-wine10-stable"};
         row("a package", {wine, {}, {}, {}}, State::Installed, "w");
         row("a runner", {{}, {}, wine, {}}, State::Installed, "w");
-        row("in the archive", {{}, wine, standard, {}}, State::Missing, "w");
+        row("in the archive", {{}, wine, standard, {}, true}, State::Missing, "w");
+        row("in the archive, no store", {{}, wine, standard, {}}, State::Replaced, "w");
         row("at the service", {{}, {}, standard, wine}, State::Missing, "w");
         row("not to be had", {{}, {}, standard, {}}, State::Replaced, "w");
         row("no Wine at all", {{}, {}, {}, {}}, State::Missing, "w");
@@ -146,6 +147,7 @@ private Q_SLOTS:
         QFETCH(QString, url);
         const QString html = webLinkHtml(url);
         QTEST(html.startsWith("<a "), "isLink");
+        QVERIFY(!breakable(QString(5000, 'a')).contains(QString(17, 'a')));
         QVERIFY2(!html.contains("<d>") && !html.contains("<b>"), qPrintable(html));
     }
 

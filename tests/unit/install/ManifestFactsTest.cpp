@@ -20,7 +20,9 @@ private Q_SLOTS:
         row("no scalars", "Name: A\nDebInfo: {wine_cmd: [w], wine_deps: {a: b}}\ndownloadUrl: [u]", standard,
             "", "");
         row("one of the two", "Name: A\nDebInfo: {wine_deps: d}", standard, "d", "");
-        row("an empty text", "Name: A\nDebInfo: {wine_cmd: ''}", "", "", "");
+        row("an empty text", "Name: A\nDebInfo: {wine_cmd: ''}", standard, "", "");
+        row("no name of a package", "Name: A\nDebInfo: {wine_cmd: '../x?y'}", standard, "", "");
+        row("a long name", "Name: A\nDebInfo: {wine_cmd: " + QByteArray(256, 'w') + "}", standard, "", "");
         row("brackets in texts", "Name: A\nDebInfo: {}\nZ: ['" + QByteArray(30, '[') + "']", standard, "",
             "");
         row("more than we read", "Name: A\nDebInfo: {x: 1}\nBottle: {Windows: win10, Commands: 7}\nZ: [1]",
@@ -94,12 +96,13 @@ private Q_SLOTS:
     void dialogRecord_data() {
         const Table<QString, QString, QString> row("json", "url", "size");
         row("of the record", R"({"downloadUrl":"r.example","packageSize":2097152})", "r.example", "2M");
-        row("of the manifest", R"({"downloadUrl":"","packageSize":0})", "http://m/", "");
+        row("of the manifest", R"({"downloadUrl":"","packageSize":0})", "http://m/", "1M");
     }
     void dialogRecord() {
         QFETCH(QString, json);
         ManifestFacts facts;
         facts.downloadUrl = "http://m/";
+        facts.setupBytes = 1 << 20;
         const SetupAppInfo info = SetupAppInfo::of(OpenAPI::VeskClientAppInfo(json), facts);
         QTEST(info.downloadUrl, "url");
         QTEST(info.size, "size");

@@ -20,12 +20,21 @@ constexpr int OrdinaryWidth = 568;
 
 }  // namespace
 
+QString breakable(const QString& text) {
+    constexpr int Longest = 300, Part = 16;
+    const QString shortened = text.size() > Longest ? text.left(Longest) + QChar(0x2026) : text;
+    QString result;
+    for (int at = 0; at < shortened.size(); at += Part)
+        result += (at > 0 ? QString(QChar(0x200B)) : QString()) + shortened.mid(at, Part);
+    return result;
+}
+
 QString webLinkHtml(const QString& url) {
     const QUrl address(url.trimmed(), QUrl::TolerantMode);
     if (!SetupDownload::canFetch(address))
-        return url.toHtmlEscaped();
+        return breakable(url).toHtmlEscaped();
     const QString encoded = QString::fromLatin1(address.toEncoded());
-    return TextUtils::linkHtml(encoded, encoded);
+    return TextUtils::linkHtml(encoded, breakable(encoded));
 }
 
 void openWebLink(const QString& url) {
@@ -59,7 +68,7 @@ void CommonInfoBaseDialog::addLinkRow(const QString& title, const QString& url) 
     label->setTextFormat(Qt::RichText);
     label->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     label->setText(html);
-    label->setToolTip(plainToolTip(url));
+    label->setToolTip(plainToolTip(breakable(url)));
     label->setMinimumWidth(0);
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     connect(label, &QLabel::linkActivated, label, &openWebLink);

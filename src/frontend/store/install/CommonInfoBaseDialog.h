@@ -27,6 +27,9 @@ private:
     QVector<QWidget*> m_names;  ///< equally wide, so that the values stand below each other
 };
 
+/// A text from elsewhere, shortened, that can be broken anywhere: it asks for no width.
+QString breakable(const QString& text);
+
 /// The web address as a link that can be shown as rich text, or the escaped text of what is none.
 QString webLinkHtml(const QString& url);
 /// Opens a web address in the browser, and nothing else.

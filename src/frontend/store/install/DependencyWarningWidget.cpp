@@ -16,7 +16,7 @@ QIcon warningIcon() {
 
 DependencyWarningWidget::DependencyWarningWidget(QWidget* parent)
     : QWidget(parent), m_picture(new QLabel), m_text(new Label(Label::Body)) {
-    setObjectName("dependency_warning");
+    setObjectName("dependencyWarningWidget");
     m_picture->setFixedSize(Tokens::IconLarge, Tokens::IconLarge);
     m_text->setObjectName("dependency_warning_text");
     m_text->setTextFormat(Qt::RichText);

@@ -22,7 +22,7 @@ FileSelectWidget::FileSelectWidget(QWidget* parent)
       m_name(new Label(Label::Strong)),
       m_hint(new Label(Label::Small)),
       m_choose(new QPushButton) {
-    setObjectName("select_files_widget");
+    setObjectName("selectFilesWidget");
     setAcceptDrops(true);
     m_name->setObjectName("setup_file_name");
     m_name->setAlignment(Qt::AlignCenter);

@@ -71,8 +71,8 @@ void checkBrackets(const QByteArray& yaml) {
     }
 }
 
-QString scalar(const YAML::Node& node, const QString& absent = {}) {
-    return node.IsDefined() && node.IsScalar() ? QString::fromStdString(node.Scalar()) : absent;
+QString scalar(const YAML::Node& node) {
+    return node.IsDefined() && node.IsScalar() ? QString::fromStdString(node.Scalar()) : QString();
 }
 
 /// The node below a map; undefined for anything else.
@@ -105,6 +105,12 @@ QByteArray sha256Of(const QString& text) {
     return digits.match(text).hasMatch() ? text.toLatin1().toLower() : QByteArray();
 }
 
+/// What is no name of a package is as good as none.
+QString packageName(const QString& text) {
+    static const QRegularExpression name("\\A[A-Za-z0-9][A-Za-z0-9+._~-]{0,254}\\z");
+    return name.match(text).hasMatch() ? text : DefaultWinePackage;
+}
+
 ManifestFacts factsOf(const YAML::Node& root) {
     if (!root.IsMap() || !root["Name"].IsDefined())
         throw Refused("it is no map with a Name");
@@ -112,7 +118,7 @@ ManifestFacts factsOf(const YAML::Node& root) {
     if (!package.IsDefined() || (!package.IsMap() && !package.IsNull()))
         throw Refused("it has no map DebInfo");
     ManifestFacts facts;
-    facts.winePackage = scalar(below(package, "wine_cmd"), DefaultWinePackage);
+    facts.winePackage = packageName(scalar(below(package, "wine_cmd")));
     facts.wineDependencies = scalar(below(package, "wine_deps"));
     facts.downloadUrl = scalar(root["downloadUrl"]);
     const YAML::Node setup = root["Setup"];

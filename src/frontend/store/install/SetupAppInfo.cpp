@@ -5,11 +5,12 @@
 #include "store/records/VeskClientAppInfo.h"
 
 SetupAppInfo SetupAppInfo::of(const OpenAPI::VeskClientAppInfo& app, const ManifestFacts& manifest) {
+    const qint64 bytes = app.getPackageSize() > 0 ? app.getPackageSize() : manifest.setupBytes;
     return {app.getAppName(),
             app.getPackageVersion(),
             app.getOfficialSite(),
             app.getDownloadUrl().isEmpty() ? manifest.downloadUrl : app.getDownloadUrl(),
-            app.getPackageSize() > 0 ? TextUtils::formatSize(app.getPackageSize()) : QString(),
+            bytes > 0 ? TextUtils::formatSize(bytes) : QString(),
             app.getDevName(),
             app.getDevEmail(),
             manifest.winePackage,

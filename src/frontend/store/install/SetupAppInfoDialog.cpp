@@ -25,6 +25,7 @@ namespace {
 
 constexpr int ButtonWidth = 185;
 constexpr int FileHeight = 125;
+constexpr int LongestToolTip = 2000;
 
 }  // namespace
 
@@ -61,6 +62,7 @@ void SetupAppInfoDialog::addRows() {
 void SetupAppInfoDialog::addParts() {
     m_replaced->setObjectName("replaced_wine");
     m_replaced->setWordWrap(true);
+    m_replaced->setTextFormat(Qt::PlainText);
     m_replaced->hide();
     m_file->setMinimumHeight(FileHeight);
     addContent(m_warning);
@@ -68,9 +70,13 @@ void SetupAppInfoDialog::addParts() {
     addContent(m_replaced);
     const QUrl url(m_info.downloadUrl.trimmed());
     if (SetupDownload::canFetch(url)) {
-        m_download = new SetupDownloadRow(url, m_info.appName);
+        m_download = new SetupDownloadRow(url, m_info.appName, m_manifest.setupBytes);
         addContent(m_download);
-        connect(m_download, &SetupDownloadRow::downloaded, m_file, &FileSelectWidget::setFile);
+        connect(m_download, &SetupDownloadRow::started, this, [this] { m_fileBefore = m_file->file(); });
+        connect(m_download, &SetupDownloadRow::downloaded, this, [this](const QString& path) {
+            if (m_file->file() == m_fileBefore)  // the user has chosen none meanwhile
+                m_file->setFile(path);
+        });
     }
     addContent(m_file);
     if (!m_manifest.commands.isEmpty()) {
@@ -90,10 +96,15 @@ void SetupAppInfoDialog::addParts() {
     }
     if (!m_info.wineDependencies.isEmpty())
         button(InstallButton)
-            ->setToolTip(tr("<b>Required packages:</b><br/>%1").arg(m_info.wineDependencies.toHtmlEscaped()));
+            ->setToolTip(tr("<b>Required packages:</b><br/>%1")
+                             .arg(m_info.wineDependencies.left(LongestToolTip).toHtmlEscaped()));
 }
 
 void SetupAppInfoDialog::connectParts() {
+    connect(this, &QDialog::finished, this, [this](int result) {
+        if (result != InstallButton)
+            cancelFetches();
+    });
     connect(this, &Dialog::buttonClicked, this, &SetupAppInfoDialog::onButton);
     connect(m_file, &FileSelectWidget::fileChanged, this, &SetupAppInfoDialog::onFile);
     connect(m_hash, &FileHash::done, this, &SetupAppInfoDialog::onHash);
@@ -121,7 +132,16 @@ void SetupAppInfoDialog::addPackage(const QString& package) {
     askPackages(false);
 }
 
+/// The service may have been away when the lists were asked for.
 void SetupAppInfoDialog::askPackages(bool isClick) {
+    ComponentManager* manager = ComponentManager::instance();
+    if (isClick || manager->knownRunners().isEmpty())
+        manager->update(this, [this, isClick] { askMachine(isClick); });
+    else
+        askMachine(isClick);
+}
+
+void SetupAppInfoDialog::askMachine(bool isClick) {
     QStringList unknown = m_wanted;
     for (const QString& runner : qAsConst(ComponentManager::instance()->runnerInstalled))
         unknown.removeAll(runner);
@@ -152,7 +172,7 @@ void SetupAppInfoDialog::checkPackages() {
     m_replaced->setVisible(!replaced.isEmpty());
     m_replaced->setText(
         tr("%1 is not available for this computer. The Wine of this computer is used instead.")
-            .arg(replaced.join(", ")));
+            .arg(breakable(replaced.join(", "))));
     showStep();
 }
 
@@ -221,11 +241,18 @@ void SetupAppInfoDialog::getPackage(const QString& package) {
         return;
     }
     m_card->setState(package, tr("Downloading"));
+    m_fetched.insert(package);
     manager->install(ComponentKind::runner(), package, this, [this, package](const BusResult& answer) {
         const bool isGood = answer.ok && answer.object().value("ok").toBool();
         const QString reason = answer.ok ? ServiceErrorText::of(answer.object()) : answer.errorText();
         onInstalled(package, isGood ? QString() : reason);
     });
+}
+
+void SetupAppInfoDialog::cancelFetches() {
+    for (const QString& package : qAsConst(m_fetched))
+        ComponentManager::instance()->cancelInstall(ComponentKind::runner(), package);
+    m_fetched.clear();
 }
 
 void SetupAppInfoDialog::onDownload(const QString& kind, const QString& name, uint received, uint total) {
@@ -234,10 +261,17 @@ void SetupAppInfoDialog::onDownload(const QString& kind, const QString& name, ui
 }
 
 void SetupAppInfoDialog::onInstalled(const QString& name, const QString& errorText) {
+    m_fetched.remove(name);
     m_card->setState(name, {});
     if (!errorText.isEmpty())
         FloatingMessage::show(this, warningIcon(), errorText);
     askPackages(false);
+}
+
+void SetupAppInfoDialog::tellNoStore(const QString& package) {
+    FloatingMessage::show(this, warningIcon(),
+                          tr("No app store could be opened. Please install %1 yourself, then click Next.")
+                              .arg(breakable(package)));
 }
 
 void SetupAppInfoDialog::fitHeight() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSet>
+
 #include "store/install/CommonInfoBaseDialog.h"
 #include "store/install/ManifestFacts.h"
 #include "store/install/SetupAppInfo.h"
@@ -33,6 +35,8 @@ public:
     QString wineDependencies() const { return m_info.wineDependencies; }
     /// A package that the set-up needs.
     void addPackage(const QString& package);
+    /// The desktop's store could not be opened for a package.
+    void tellNoStore(const QString& package);
 
 Q_SIGNALS:
     /// The user wants a missing package, which the desktop's store may have.
@@ -48,8 +52,10 @@ private:
     void onFile(const QString& path);
     void onHash(const QByteArray& sha256);
     void askPackages(bool isClick);
+    void askMachine(bool isClick);
     void checkPackages();
     void getPackage(const QString& package);
+    void cancelFetches();
     void onDownload(const QString& kind, const QString& name, uint received, uint total);
     void onInstalled(const QString& name, const QString& errorText);
     void fitHeight();
@@ -58,7 +64,9 @@ private:
     ManifestFacts m_manifest;
     SetupPackages m_packages;
     QStringList m_wanted;
-    bool m_isAsked = false;  ///< what is installed is known
+    QSet<QString> m_fetched;  ///< what the service is fetching for this dialog
+    QString m_fileBefore;     ///< the download
+    bool m_isAsked = false;   ///< what is installed is known
     DependencyWarningWidget* m_warning;
     WineDepsCard* m_card;
     Fenk::Label* m_replaced;

@@ -64,7 +64,24 @@ void SetupDownload::cancel() {
         m_request->abort();
 }
 
+QString SetupDownload::statusText(int status) {
+    constexpr int Unauthorized = 401, Forbidden = 403, NotFound = 404, Gone = 410, FirstServerError = 500;
+    if (status == NotFound || status == Gone)
+        return tr("The setup program is no longer at its address.");
+    if (status == Unauthorized || status == Forbidden)
+        return tr(
+            "The server does not give the setup program to this program. Download it in a browser and "
+            "choose the file below.");
+    if (status >= FirstServerError)
+        return tr("The server has a problem, please try again later.");
+    return tr("The server did not send the setup program (status %1).").arg(status);
+}
+
 void SetupDownload::onProgress(qint64 received, qint64 total) {
+    if (total > MaximumBytes) {
+        fail(tr("The setup program is too large."), QString("%1 bytes are announced").arg(total));
+        return;
+    }
     const qint64 room = QStorageInfo(m_directory).bytesAvailable();
     if (room >= 0 && room - SpareBytes < qMax<qint64>(0, total - received)) {
         fail(tr("There is not enough room in %1.").arg(m_directory),
@@ -89,7 +106,7 @@ void SetupDownload::onFinished(const HttpAnswer& answer) {
             fail(tr("Nothing can be saved in %1.").arg(m_directory), answer.errorText);
             break;
         case Error::Status:
-            fail(tr("The setup program is no longer at its address."), answer.errorText);
+            fail(statusText(answer.status), answer.errorText);
             break;
         case Error::TooLarge:
             fail(tr("The setup program is too large."), answer.errorText);

@@ -37,6 +37,7 @@ Q_SIGNALS:
     void cancelled();
 
 private:
+    static QString statusText(int status);
     void onProgress(qint64 received, qint64 total);
     void onFinished(const HttpAnswer& answer);
     void save(const HttpAnswer& answer);

@@ -1,5 +1,6 @@
 #include "store/install/SetupDownloadRow.h"
 
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QProgressBar>
 #include <QPushButton>
@@ -16,10 +17,12 @@ namespace {
 constexpr int BarSteps = 1000;
 }
 
-SetupDownloadRow::SetupDownloadRow(const QUrl& url, const QString& appName, QWidget* parent)
+SetupDownloadRow::SetupDownloadRow(const QUrl& url, const QString& appName, qint64 expectedBytes,
+                                   QWidget* parent)
     : QWidget(parent),
       m_url(url),
       m_appName(appName),
+      m_expectedBytes(expectedBytes),
       m_download(new SetupDownload(this)),
       m_button(new QPushButton(tr("Download"))),
       m_bar(new QProgressBar),
@@ -46,10 +49,7 @@ SetupDownloadRow::SetupDownloadRow(const QUrl& url, const QString& appName, QWid
     connect(m_download, &SetupDownload::progressChanged, this, &SetupDownloadRow::showProgress);
     connect(m_download, &SetupDownload::cancelled, this, [this] { showIdle(tr("Cancelled"), false); });
     connect(m_download, &SetupDownload::failed, this, [this](const QString& text) { showIdle(text, true); });
-    connect(m_download, &SetupDownload::succeeded, this, [this](const QString& path) {
-        showIdle(tr("Saved as %1").arg(path), false);
-        Q_EMIT downloaded(path);
-    });
+    connect(m_download, &SetupDownload::succeeded, this, &SetupDownloadRow::onSaved);
     showIdle(tr("It comes from %1").arg(m_url.host()), false);
 }
 
@@ -64,7 +64,18 @@ void SetupDownloadRow::toggle() {
     m_text->setText(tr("Connecting to %1").arg(m_url.host()));
     m_bar->setRange(0, 0);
     m_bar->show();
+    Q_EMIT started();
     m_download->start(m_url, QStandardPaths::writableLocation(QStandardPaths::DownloadLocation), m_appName);
+}
+
+void SetupDownloadRow::onSaved(const QString& path) {
+    const bool isOther = m_expectedBytes > 0 && QFileInfo(path).size() != m_expectedBytes;
+    showIdle(isOther ? tr("Saved as %1. It has another size than expected.").arg(path)
+                     : tr("Saved as %1").arg(path),
+             false);
+    if (isOther)
+        m_text->setTextRole(Theme::Warning);
+    Q_EMIT downloaded(path);
 }
 
 void SetupDownloadRow::showProgress(qint64 received, qint64 total) {

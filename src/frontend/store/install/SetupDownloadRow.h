@@ -15,19 +15,23 @@ class Label;
 class SetupDownloadRow : public QWidget {
     Q_OBJECT
 public:
-    /// `appName` names the file where the address does not.
-    SetupDownloadRow(const QUrl& url, const QString& appName, QWidget* parent = nullptr);
+    /// `appName` names the file where the address does not. `expectedBytes` is 0 when the size is not known.
+    SetupDownloadRow(const QUrl& url, const QString& appName, qint64 expectedBytes,
+                     QWidget* parent = nullptr);
 
 Q_SIGNALS:
+    void started();
     void downloaded(const QString& path);
 
 private:
     void toggle();
+    void onSaved(const QString& path);
     void showProgress(qint64 received, qint64 total);
     void showIdle(const QString& text, bool isError);
 
     QUrl m_url;
     QString m_appName;
+    qint64 m_expectedBytes;
     SetupDownload* m_download;
     QPushButton* m_button;
     QProgressBar* m_bar;

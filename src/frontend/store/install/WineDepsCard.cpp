@@ -1,5 +1,6 @@
 #include "store/install/WineDepsCard.h"
 
+#include <QFontMetrics>
 #include <QPushButton>
 
 #include "fenk/controls/Label.h"
@@ -8,8 +9,12 @@
 
 using namespace Fenk;
 
+namespace {
+constexpr int NameWidth = 320;
+}
+
 WineDepsCard::WineDepsCard(QWidget* parent) : Card(parent) {
-    setObjectName("wine_deps_card");
+    setObjectName("wineDepsCard");
     hide();
 }
 
@@ -42,7 +47,8 @@ void WineDepsCard::setState(const QString& package, const QString& text) {
     QPushButton* link = m_links.value(package);
     if (!link)
         return;
-    link->setText(text.isEmpty() ? package : package + "  " + text);
+    const QString name = link->fontMetrics().elidedText(package, Qt::ElideMiddle, NameWidth);
+    link->setText(text.isEmpty() ? name : name + "  " + text);
     link->setToolTip(text.isEmpty() ? plainToolTip(tr("Install %1").arg(package)) : QString());
     link->setEnabled(text.isEmpty());
 }

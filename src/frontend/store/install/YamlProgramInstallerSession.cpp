@@ -161,7 +161,10 @@ void YamlProgramInstallerSession::openDialog(const ManifestFacts& manifest) {
     m_dialog =
         new SetupAppInfoDialog(SetupAppInfo::of(m_app, manifest), manifest, QApplication::activeWindow());
     connect(m_dialog, &SetupAppInfoDialog::slotsOpenAppStorePage, this,
-            [](const QString& package) { DesktopUtils::openInAppStore(package); });
+            [dialog = m_dialog.data()](const QString& package) {
+                DesktopUtils::openInAppStore(package, dialog,
+                                             [dialog, package] { dialog->tellNoStore(package); });
+            });
     connect(m_dialog, &QDialog::finished, this, &YamlProgramInstallerSession::onDialogFinished);
     // The window that it lies over may go with it.
     connect(m_dialog, &QObject::destroyed, this, [this] {
