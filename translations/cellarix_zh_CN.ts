@@ -161,6 +161,10 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
         <source>App Ratings</source>
         <translation>应用评分</translation>
     </message>
+    <message>
+        <source>Show the applications of every category</source>
+        <translation>显示所有类别的应用</translation>
+    </message>
 </context>
 <context>
     <name>AppStoreItemListView</name>
@@ -2939,6 +2943,10 @@ please wait for the component download to complete!</source>
         <source>Downloading: %1%</source>
         <translation>正在下载：%1%</translation>
     </message>
+    <message>
+        <source>No app store could be opened. Please install %1 yourself, then click Next.</source>
+        <translation>无法打开应用商店。请自行安装 %1，然后点击“下一步”。</translation>
+    </message>
 </context>
 <context>
     <name>SetupDownload</name>
@@ -2965,6 +2973,18 @@ please wait for the component download to complete!</source>
     <message>
         <source>The address leads to a page and not to a setup program. Download it there and choose the file below.</source>
         <translation>该地址是网页而不是安装程序。请在网页中下载，然后在下方选择文件。</translation>
+    </message>
+    <message>
+        <source>The server does not give the setup program to this program. Download it in a browser and choose the file below.</source>
+        <translation>服务器不向本程序提供该安装程序。请用浏览器下载，然后在下方选择该文件。</translation>
+    </message>
+    <message>
+        <source>The server has a problem, please try again later.</source>
+        <translation>服务器出现问题，请稍后重试。</translation>
+    </message>
+    <message>
+        <source>The server did not send the setup program (status %1).</source>
+        <translation>服务器没有发送安装程序（状态码 %1）。</translation>
     </message>
 </context>
 <context>
@@ -2996,6 +3016,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 of %2</source>
         <translation>%1 / %2</translation>
+    </message>
+    <message>
+        <source>Saved as %1. It has another size than expected.</source>
+        <translation>已保存为 %1。文件大小与预期不同。</translation>
     </message>
 </context>
 <context>
