@@ -50,6 +50,9 @@ void AppItemWidgetStateManager::watchItem(const ProgramRef& ref, QObject* item,
 
 void AppItemWidgetStateManager::watchCard(const QString& uuid, const QModelIndex& card) {
     qInfo() << "watching installed store app [ " << uuid << " ] -> " << card;
+    // Cards of a list that was emptied since.
+    for (auto it = m_cards.find(uuid); it != m_cards.end() && it.key() == uuid;)
+        it = it->isValid() ? std::next(it) : m_cards.erase(it);
     if (!m_cards.contains(uuid, card))
         m_cards.insert(uuid, card);
 }
