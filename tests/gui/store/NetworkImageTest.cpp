@@ -100,6 +100,7 @@ private Q_SLOTS:
             QCOMPARE(TestSupport::readFile(kept), bytes);
         if (!isKept)
             return;
+        QVERIFY(!TestSupport::readFile(kept).startsWith('<'));  // drawn once
         // Inside the call, without asking again.
         const int requests = m_server->requests.size();
         QVERIFY(!loader->load(url));

@@ -10,9 +10,9 @@ struct HttpAnswer;
 
 /// Fetches pictures by their addresses, http or https, and keeps them on disk: Paths::imageCacheDir(), a file
 /// named by the hexadecimal MD5 of the encoded address, which holds the bytes as they came (of a picture of
-/// more than 512 pixels a smaller PNG). Local files are read where they lie. The limits are those of
-/// UntrustedImage. Keeps no picture in memory. One for the process, owned by the application object; GUI
-/// thread. New pictures are decoded and written on other threads.
+/// more than 512 pixels a smaller PNG, of an SVG a PNG of what was drawn). Local files are read where they
+/// lie. The limits are those of UntrustedImage. Keeps no picture in memory. One for the process, owned by the
+/// application object; GUI thread. New pictures are decoded and written on other threads.
 class NetworkImageLoader : public QObject {
     Q_OBJECT
 public:
