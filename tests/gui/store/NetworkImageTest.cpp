@@ -165,6 +165,30 @@ private Q_SLOTS:
         QCOMPARE(label.pixmap().width(), 5);
     }
 
+    void oneDownloadForAllWhoAsk() {
+        const QUrl url(m_server->address("icon.png"));
+        NetworkImageLabel first;
+        NetworkImageLabel second;
+        QSignalSpy loaded(&first, &NetworkImageLabel::loaded);
+        first.setUrl(url);
+        second.setUrl(url);
+        second.setPixmap(QPixmap(5, 5));  // leaves the other's load alone
+        QVERIFY(loaded.wait());
+        QCOMPARE(first.pixmap().width(), 48);
+        QCOMPARE(m_server->requests, QStringList("icon.png@0"));
+
+        auto* loader = NetworkImageLoader::instance();
+        const QUrl silent(m_server->address("silent/icon.png"));
+        QPointer<QNetworkReply> reply = loader->load(silent);
+        QCOMPARE(loader->load(silent), reply.data());
+        loader->release(silent);
+        QVERIFY(reply->isRunning());
+        loader->release(silent);
+        QVERIFY(!reply->isRunning());
+        QVERIFY(loader->load(silent) != reply);
+        loader->release(silent);
+    }
+
     void oneTimerForAllAnimations() {
         auto* animation = LoadingAnimation::instance();
         for (int frame = 0; frame < LoadingAnimation::Frames; ++frame)

@@ -1,8 +1,8 @@
 #include "store/images/NetworkImageLabel.h"
 
-#include <QNetworkReply>
 #include <QPainter>
 #include <QPainterPath>
+#include <utility>
 
 #include "fenk/style/Paint.h"
 #include "fenk/style/Tokens.h"
@@ -22,12 +22,9 @@ NetworkImageLabel::~NetworkImageLabel() {
 
 void NetworkImageLabel::abortLoad() {
     disconnect(m_loaded);
+    if (std::exchange(m_isWaiting, false))
+        NetworkImageLoader::instance()->release(m_url);
     m_url.clear();
-    if (m_reply) {
-        m_reply->abort();
-        m_reply->deleteLater();
-    }
-    m_reply = nullptr;
 }
 
 void NetworkImageLabel::setUrl(const QUrl& url) {
@@ -38,11 +35,12 @@ void NetworkImageLabel::setUrl(const QUrl& url) {
                        [this](const QUrl& of, const QPixmap& pixmap) {
                            if (of != m_url)
                                return;
-                           m_reply = nullptr;  // it has ended
+                           m_isWaiting = false;
                            setPixmap(pixmap);
                            Q_EMIT loaded();
                        });
-    m_reply = NetworkImageLoader::instance()->load(url);
+    m_isWaiting = true;
+    NetworkImageLoader::instance()->load(url);
 }
 
 void NetworkImageLabel::setPixmap(const QPixmap& pixmap) {

@@ -1,11 +1,8 @@
 #pragma once
 
 #include <QPixmap>
-#include <QPointer>
 #include <QUrl>
 #include <QWidget>
-
-class QNetworkReply;
 
 /// A picture with rounded corners, scaled to fit, and an animation until it is there. Belongs to its parent.
 class NetworkImageLabel : public QWidget {
@@ -14,7 +11,7 @@ public:
     explicit NetworkImageLabel(QWidget* parent = nullptr);
     ~NetworkImageLabel() override;
 
-    /// Shows the animation until the picture has been loaded. Aborts a load that is under way.
+    /// Shows the animation until the picture has been loaded. Takes back a load that is under way.
     void setUrl(const QUrl& url);
     /// Shows a picture at once; a null one shows the animation. The caller loads.
     void setPixmap(const QPixmap& pixmap);
@@ -36,7 +33,7 @@ private:
     void updateAnimation();
 
     QUrl m_url;
-    QPointer<QNetworkReply> m_reply;
+    bool m_isWaiting = false;  ///< for the picture of m_url
     QMetaObject::Connection m_loaded;
     QPixmap m_pixmap;
     QPixmap m_scaled;  ///< in device pixels

@@ -87,6 +87,11 @@ QNetworkReply* NetworkImageLoader::load(const QUrl& url) {
         show(url, UntrustedImage::read(url.toLocalFile()).image);
         return nullptr;
     }
+    const auto running = m_running.find(url);
+    if (running != m_running.end()) {
+        ++running->users;
+        return running->request ? running->request->reply() : nullptr;
+    }
     const QString kept = cacheFile(url);
     if (QFile::exists(kept)) {
         const auto result = UntrustedImage::read(kept);
@@ -105,14 +110,27 @@ QNetworkReply* NetworkImageLoader::load(const QUrl& url) {
         request->deleteLater();
         onImageDownloaded(url, answer);
     });
+    m_running.insert(url, {request, 1});
     request->send("GET", QNetworkRequest(url));
     return request->reply();
 }
 
+void NetworkImageLoader::release(const QUrl& url) {
+    const auto running = m_running.find(url);
+    if (running == m_running.end() || running->users == 0)
+        return;
+    --running->users;
+    // What has come already is decoded and kept.
+    if (running->users == 0 && running->request)
+        running->request->abort();
+}
+
 void NetworkImageLoader::onImageDownloaded(const QUrl& url, const HttpAnswer& answer) {
     if (answer.error == HttpAnswer::Error::Aborted ||
-        answer.networkError == QNetworkReply::OperationCanceledError)
+        answer.networkError == QNetworkReply::OperationCanceledError) {
+        m_running.remove(url);
         return;
+    }
     if (answer.error != HttpAnswer::Error::None) {
         qWarning().noquote() << "failed to fetch the picture of" << url.toDisplayString() << answer.errorText;
         show(url, {});
@@ -124,5 +142,6 @@ void NetworkImageLoader::onImageDownloaded(const QUrl& url, const HttpAnswer& an
 }
 
 void NetworkImageLoader::show(const QUrl& url, const QImage& image) {
+    m_running.remove(url);
     Q_EMIT imageLoaded(url, image.isNull() ? defaultPixmap() : QPixmap::fromImage(image));
 }

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QHash>
 #include <QNetworkAccessManager>
 #include <QPixmap>
+#include <QPointer>
 #include <QThreadPool>
 #include <QUrl>
 
+class HttpRequest;
 class QNetworkReply;
 struct HttpAnswer;
 
@@ -19,8 +22,12 @@ public:
     static NetworkImageLoader* instance();
 
     /// Emits imageLoaded() before it returns, and returns null, for a local file and for a picture on disk.
-    /// Otherwise imageLoaded() follows, unless the reply is aborted or deleted; the reply is the loader's.
+    /// Otherwise imageLoaded() follows, unless all who asked take it back. The reply is the loader's and the
+    /// same for all who ask for the address meanwhile; null for a bad address and while the picture is
+    /// decoded.
     QNetworkReply* load(const QUrl& url);
+    /// Takes back one load() whose imageLoaded() has not come: with the last one the download is aborted.
+    void release(const QUrl& url);
     /// What stands for a picture that cannot be had: 256 by 256.
     QPixmap defaultPixmap();
     static QString cacheFile(const QUrl& url);
@@ -29,11 +36,17 @@ Q_SIGNALS:
     void imageLoaded(const QUrl& url, const QPixmap& pixmap);
 
 private:
+    struct Running {
+        QPointer<HttpRequest> request;
+        int users;  ///< the calls of load() that were not taken back
+    };
+
     NetworkImageLoader();
     void onImageDownloaded(const QUrl& url, const HttpAnswer& answer);
     void show(const QUrl& url, const QImage& image);
 
-    QNetworkAccessManager m_manager;
+    QHash<QUrl, Running> m_running;   ///< until their pictures are shown
+    QNetworkAccessManager m_manager;  ///< goes before m_running: it ends the requests
     QThreadPool m_decoders;
     QPixmap m_default;
 };
