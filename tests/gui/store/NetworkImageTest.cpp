@@ -115,6 +115,20 @@ private Q_SLOTS:
                      QCryptographicHash::hash("http://localhost/a%20b", QCryptographicHash::Md5).toHex());
     }
 
+    void addressesFromTheNet_data() {
+        const Table<QString, bool> row("text", "isWeb");
+        row("http", "http://localhost/a.png", true);
+        row("https", "HTTPS://localhost/a.png", true);
+        row("a local file", "file:///dev/zero", false);
+        row("a path", "/etc/hostname", false);
+        row("a resource", "qrc:/animate/loading_000.png", false);
+        row("nothing", "", false);
+    }
+    void addressesFromTheNet() {
+        QFETCH(QString, text);
+        QTEST(!NetworkImageLoader::webUrl(text).isEmpty(), "isWeb");
+    }
+
     void brokenCacheFileGivesTheDefaultOnce() {
         const QUrl url(m_server->address("icon.png"));
         QDir().mkpath(Paths::imageCacheDir());

@@ -72,6 +72,11 @@ QString NetworkImageLoader::cacheFile(const QUrl& url) {
     return Paths::imageCacheDir() + '/' + QString::fromLatin1(hash.toHex());
 }
 
+QUrl NetworkImageLoader::webUrl(const QString& text) {
+    const QUrl url(text);
+    return url.scheme() == "http" || url.scheme() == "https" ? url : QUrl();
+}
+
 QPixmap NetworkImageLoader::defaultPixmap() {
     if (m_default.isNull()) {
         m_default = QPixmap(DefaultEdge, DefaultEdge);

@@ -31,6 +31,8 @@ public:
     /// What stands for a picture that cannot be had: 256 by 256.
     QPixmap defaultPixmap();
     static QString cacheFile(const QUrl& url);
+    /// An address that came from the net; empty unless it is http or https.
+    static QUrl webUrl(const QString& text);
 
 Q_SIGNALS:
     void imageLoaded(const QUrl& url, const QPixmap& pixmap);

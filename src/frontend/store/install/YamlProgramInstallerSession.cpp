@@ -190,7 +190,7 @@ void YamlProgramInstallerSession::startInstaller(const QString& setupFile) {
                                            QString::fromLatin1(m_manifestBytes.toBase64()), setupFile, this);
     m_installer->setDisplayName(m_app.getAppName());
     connect(m_installer, &QObject::destroyed, this, &YamlProgramInstallerSession::end);
-    const QUrl icon(m_app.getIconSaveKey());
+    const QUrl icon = NetworkImageLoader::webUrl(m_app.getIconSaveKey());
     NetworkImageLoader* images = NetworkImageLoader::instance();
     connect(images, &NetworkImageLoader::imageLoaded, m_installer,
             [installer = m_installer.data(), icon](const QUrl& url, const QPixmap& picture) {
@@ -198,7 +198,7 @@ void YamlProgramInstallerSession::startInstaller(const QString& setupFile) {
                     installer->setIcon(QIcon(picture));
             });
     // A picture that has to be fetched comes while the installer runs.
-    if (icon.isValid() && !icon.isEmpty())
+    if (!icon.isEmpty())
         images->load(icon);
     qInfo().noquote() << "start install ... " << m_appIdText;
     m_installer->start();

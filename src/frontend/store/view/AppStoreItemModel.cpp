@@ -17,7 +17,7 @@ namespace {
 constexpr int IconsKiB = 32 * 1024;
 
 QUrl iconUrl(const StoreAppModelData& data) {
-    return QUrl(data.app.getIconSaveKey());
+    return NetworkImageLoader::webUrl(data.app.getIconSaveKey());
 }
 
 /// An id that arrives as text.
