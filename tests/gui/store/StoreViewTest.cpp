@@ -1,4 +1,6 @@
 #include <QComboBox>
+#include <QNetworkReply>
+#include <QPointer>
 #include <QPushButton>
 
 #include "StoreFixture.h"
@@ -8,6 +10,7 @@
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
 #include "programs/RunStateButton.h"
+#include "store/images/NetworkImageLoader.h"
 #include "support/KeyWalk.h"
 
 using AppStoreViewUtils::ButtonState;
@@ -31,6 +34,14 @@ class StoreViewTest : public StoreFixture {
         open();
         QTRY_COMPARE(shownPage(catalogue()), int(Page::Grid));
         QTRY_VERIFY(card(catalogue(), 0));
+    }
+    static AppStoreViewUtils::StoreAppModelData appWithIcon(const QString& address) {
+        OpenAPI::VeskClientAppInfo app;
+        app.setIconSaveKey(address);
+        return {app, {}, {}};
+    }
+    static QIcon icon(const AppStoreItemModel& model, int row) {
+        return model.index(row, 0).data(Qt::DecorationRole).value<QIcon>();
     }
     QString face(int row) const { return card(catalogue(), row)->button()->text(); }
 
@@ -277,7 +288,40 @@ private Q_SLOTS:
         QTRY_VERIFY(card(catalogue(), 0) && card(catalogue(), 0)->focusPolicy() == Qt::StrongFocus);
     }
 
+    void failedIconIsAskedForAgain() {
+        const QByteArray picture =
+            TestSupport::readFile(TEST_SOURCE_DIR "/src/frontend/resources/images/search_history.png");
+        AppStoreItemModel model;
+        model.appendApps({appWithIcon(m_server->address("icons/late.png")),
+                          appWithIcon("file://" + m_home.write("local.png", picture))});
+        QTRY_VERIFY(!icon(model, 0).isNull() && !icon(model, 1).isNull());
+        const qint64 failed = icon(model, 0).cacheKey();
+        QCOMPARE(icon(model, 1).cacheKey(), failed);
+        m_server->files["late.png"] = picture;
+        model.requestIcon(model.index(0, 0));
+        QCOMPARE(icon(model, 0).cacheKey(), failed);  // meanwhile
+        QTRY_VERIFY(icon(model, 0).cacheKey() != failed);
+    }
+
+    void clearedListTakesItsRequestsBack() {
+        const QString silent = m_server->address("silent/icon.png");
+        AppStoreItemModel model;
+        model.appendApps({appWithIcon(silent), appWithIcon(silent)});
+        auto* loader = NetworkImageLoader::instance();
+        QPointer<QNetworkReply> reply = loader->load(QUrl(silent));
+        model.clearApps();
+        QVERIFY(reply->isRunning());  // another waits
+        model.appendApps({appWithIcon(silent)});
+        loader->release(QUrl(silent));
+        QVERIFY(reply->isRunning());
+        model.clearApps();
+        QVERIFY(!reply->isRunning());
+    }
+
     void fewCardsForManyApps() {
+        for (const char* name : {"0.png", "1.png", "2.png"})
+            m_server->files[name] =
+                TestSupport::readFile(TEST_SOURCE_DIR "/src/frontend/resources/images/search_history.png");
         answer(apps(0, 1), someApps(1, 400));
         openUntilShown();
         QScrollBar* bar = catalogue()->list()->verticalScrollBar();

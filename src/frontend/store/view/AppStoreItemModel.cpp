@@ -76,7 +76,9 @@ AppStoreViewUtils::ButtonState AppStoreItemModel::buttonState(const QModelIndex&
 QVariant AppStoreItemModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::DecorationRole && index.isValid()) {
         const QIcon* icon = m_icons.object(iconUrl(app(index)));
-        return icon ? *icon : QIcon();
+        if (icon)
+            return *icon;
+        return m_failed.contains(iconUrl(app(index))) ? m_defaultIcon : QIcon();
     }
     return QStandardItemModel::data(index, role);
 }
@@ -103,7 +105,11 @@ void AppStoreItemModel::appendApps(const QList<StoreAppModelData>& apps) {
 }
 
 void AppStoreItemModel::clearApps() {
+    // New requests would wait behind the old ones.
+    for (auto it = m_waiting.cbegin(); it != m_waiting.cend(); ++it)
+        NetworkImageLoader::instance()->release(it.key());
     m_waiting.clear();
+    m_failed.clear();
     clear();
 }
 
@@ -125,7 +131,14 @@ void AppStoreItemModel::onImageLoaded(const QUrl& url, const QPixmap& pixmap) {
         return;
     const int edge = qRound(SkeletonCard::IconEdge * qApp->devicePixelRatio());
     const QPixmap fitting = pixmap.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    m_icons.insert(url, new QIcon(fitting), qMax(1, fitting.width() * fitting.height() * 4 / 1024));
+    if (pixmap.cacheKey() == NetworkImageLoader::instance()->defaultPixmap().cacheKey()) {
+        if (m_defaultIcon.isNull())
+            m_defaultIcon = QIcon(fitting);
+        m_failed.insert(url);
+    } else {
+        m_failed.remove(url);
+        m_icons.insert(url, new QIcon(fitting), qMax(1, fitting.width() * fitting.height() * 4 / 1024));
+    }
     for (const auto& index : waiting) {
         if (index.isValid())
             Q_EMIT dataChanged(index, index, {Qt::DecorationRole});

@@ -3,6 +3,7 @@
 #include <QCache>
 #include <QHash>
 #include <QIcon>
+#include <QSet>
 #include <QStandardItemModel>
 #include <QUrl>
 
@@ -10,8 +11,9 @@
 
 /// The applications of one page of the store, a row each. Finds out by itself which of them are installed,
 /// being installed or running, and loads their icons: one request for all rows with the same address, at most
-/// 32 MiB of pictures at a time. A picture that had to go is null again, until requestIcon(). GUI thread;
-/// waits for nothing.
+/// 32 MiB of pictures at a time. A picture that had to go is null again, until requestIcon(); for one that
+/// could not be had the loader's default stands, and requestIcon() tries again. GUI thread; waits for
+/// nothing.
 class AppStoreItemModel : public QStandardItemModel {
     Q_OBJECT
 public:
@@ -20,6 +22,7 @@ public:
     explicit AppStoreItemModel(QObject* parent = nullptr);
 
     void appendApps(const QList<AppStoreViewUtils::StoreAppModelData>& apps);
+    /// Takes back the requests for icons as well.
     void clearApps();
     AppStoreViewUtils::StoreAppModelData app(const QModelIndex& index) const;
     AppStoreViewUtils::ButtonState buttonState(const QModelIndex& index) const;
@@ -41,5 +44,7 @@ private:
     QList<QPersistentModelIndex> rows(Fits fits) const;
 
     mutable QCache<QUrl, QIcon> m_icons;  ///< costs in KiB
+    QSet<QUrl> m_failed;
+    QIcon m_defaultIcon;  ///< of all in m_failed; null before the first
     QHash<QUrl, QList<QPersistentModelIndex>> m_waiting;
 };
