@@ -13,12 +13,14 @@
 #include "core/base/SettingsStore.h"
 #include "e2e/InstalledApp.h"
 #include "programs/ProgramRuns.h"
-#include "programs/ProgramStarts.h"
+#include "programs/RunStateButton.h"
 #include "store/install/FileSelectWidget.h"
 #include "store/install/SetupAppInfoDialog.h"
 #include "store/install/StoreProgram.h"
 #include "store/install/YamlProgramInstallerBanner.h"
 #include "store/install/YamlProgramInstallerSession.h"
+#include "store/view/AppStoreView.h"
+#include "store/view/StoreAppItemUI.h"
 #include "support/HttpServer.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
@@ -67,6 +69,7 @@ class InstallTest : public QObject {
     WindowFinder m_windows;
     QPointer<YamlProgramInstallerSession> m_session;
     QStringList m_errors;
+    std::unique_ptr<AppStoreView> m_page;
 
     static QJsonObject programs() {
         return bottlesJson("get", {Bottle}).object()["External_Programs"].toObject();
@@ -80,9 +83,26 @@ class InstallTest : public QObject {
         m_session->start();
     }
 
+    /// The button of the only card of the store's page.
+    RunStateButton* button() const {
+        auto* card = m_page->findChild<StoreAppItemUI*>();
+        return card ? card->button() : nullptr;
+    }
+    bool says(const QString& text) const { return button() && button()->text() == text; }
+
+    void openPage() {
+        m_page = std::make_unique<AppStoreView>();
+        m_page->resize(760, 600);
+        m_page->show();
+        QTRY_VERIFY(says("Install"));
+    }
+
     /// As far as the banner.
     void choose(const QString& file) {
-        start();
+        if (m_page)
+            button()->click();
+        else
+            start();
         QTRY_VERIFY_WITH_TIMEOUT(shown<SetupAppInfoDialog>(), LongMs);
         auto* dialog = shown<SetupAppInfoDialog>();
         dialog->findChild<FileSelectWidget*>()->setFile(file);
@@ -108,10 +128,14 @@ private Q_SLOTS:
         m_server.files = {
             {"appInfo?appId=7&appInfoId=k7", QByteArray(R"({"code":200,"data":{"AppInfo":)") + Record + "}}"},
             {"appInfo?appId=8&appInfoId=k8", R"({"code":4000})"},
-            {"k7", Manifest}};
+            {"k7", Manifest},
+            {"categories", R"({"code":200,"data":{"list":[]}})"},
+            {"apps?pageIndex=1&pageSize=20&field=update_time&sort=desc",
+             QByteArray(R"({"code":200,"data":{"list":[)") + Record + "]}}"}};
     }
     void cleanup() {
         delete m_session;
+        m_page.reset();
         if (bottleNames().contains(Bottle))
             callBottles("delete", {Bottle});
     }
@@ -119,7 +143,7 @@ private Q_SLOTS:
     void installs_data() {
         // sample: see installer.nsi and setup.cpp; user: what is done meanwhile
         const Table<QString, QString, QString> row("sample", "user", "programs");
-        row("installer", "setup_links", "", "window.exe");
+        row("installer, from a card", "setup_links", "card", "window.exe");
         row("installer that installs nothing", "setup_nothing", "", "");
         row("portable program", "window", "close window", "seven-window.exe");
         row("cancelled while the bottle is made", "setup_links", "cancel setup", "");
@@ -137,6 +161,8 @@ private Q_SLOTS:
             QSKIP("the installer was not built");
         if (user == "fail")
             m_server.files["k7"].replace("  Windows: win10\n", "  Dependencies: [no-such-component]\n");
+        if (user == "card")
+            openPage();
         choose(file);
         const QPointer<YamlProgramInstallerBanner> banner = shown<YamlProgramInstallerBanner>();
         if (user == "close window") {
@@ -160,6 +186,8 @@ private Q_SLOTS:
         }
         QTRY_VERIFY2_WITH_TIMEOUT(!m_session, qPrintable(m_errors.join('\n')), LongMs);
         QCOMPARE(m_errors, QStringList());
+        if (m_page)
+            QTRY_VERIFY_WITH_TIMEOUT(says("Run"), LongMs);
         QVERIFY(!banner);
         QTRY_VERIFY_WITH_TIMEOUT(!PendingWork::instance()->isPending(), LongMs);
         QStringList found;
@@ -167,7 +195,7 @@ private Q_SLOTS:
             found += program.toObject()["path"].toString().section('\\', -1).section('/', -1);
         QCOMPARE(found.join(' '), programs);
         QTRY_COMPARE_WITH_TIMEOUT(bottleNames().contains(Bottle), !programs.isEmpty(), LongMs);
-        if (sample == "setup_links" && !programs.isEmpty())
+        if (m_page)
             runsAndQuits();
     }
 
@@ -214,14 +242,13 @@ private:
         start();
         QTRY_VERIFY(!m_session);
         QCOMPARE(m_errors, QStringList("Seven has been installed"));
-        Program program;
-        program.ref = ref;
-        program.name = "Seven";
         ProgramRuns::instance()->load();
-        ProgramStarts::instance()->start(program, false);
+        button()->click();
         QTRY_VERIFY_WITH_TIMEOUT(m_windows.byTitle(SampleTitle).id, LongMs);
-        ProgramStarts::instance()->stop(ref);
+        QTRY_VERIFY_WITH_TIMEOUT(says("Quit"), LongMs);
+        button()->click();
         QTRY_VERIFY_WITH_TIMEOUT(!m_windows.byTitle(SampleTitle).id, LongMs);
+        QTRY_VERIFY_WITH_TIMEOUT(says("Run"), LongMs);
         QTRY_VERIFY_WITH_TIMEOUT(!ProgramRuns::instance()->isRunning(ref), LongMs);
     }
 };
