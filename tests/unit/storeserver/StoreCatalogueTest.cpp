@@ -111,6 +111,7 @@ private Q_SLOTS:
         row("all words", "微信 pad", {"note-pad"});
         row("brief", "编辑器", {"seven-zip", "note-pad", "notes"});
         row("other language", "压缩", {"seven-zip"});
+        row("description", "一二", {"seven-zip", "note-pad", "notes"});
         row("wildcards", "%%%", {});
         row("syntax", "\"OR NEAR(a* b) {x}:^", {});
         row("nothing", "", {});

@@ -152,8 +152,10 @@ void CatalogueWriter::add(const AppEntry& entry) {
             .bind(3, view(entry.icon.data))
             .run();
 
-    const QString text = SearchText::folded(
-        QStringList{app.names.en, app.names.zh, app.appInfoId, app.brief.en, app.brief.zh}.join('\n'));
+    const QString text =
+        SearchText::folded(QStringList{app.names.en, app.names.zh, app.appInfoId, app.brief.en, app.brief.zh,
+                                       app.description.en, app.description.zh}
+                               .join('\n'));
     const QByteArray triples = text.toUtf8();
     const QByteArray words = SearchText::spaced(text).toUtf8();
     SqlStatement(m_database, "INSERT INTO words (rowid, text) VALUES (?1, ?2)")

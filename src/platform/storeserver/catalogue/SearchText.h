@@ -4,10 +4,10 @@
 
 namespace StoreServer {
 
-/// How texts are searched. What is typed is split into words, and within these into Chinese and other parts;
-/// an application is found if it has all of them. Chinese parts, and other parts of three characters or more,
-/// are found anywhere; shorter ones where a word starts with them. Letters match in either case and width,
-/// and those of Latin, Greek and Cyrillic with or without their accents.
+/// How names, briefs and descriptions are searched. What is typed is split into words, and within these into
+/// Chinese and other parts; an application is found if it has all of them. Chinese parts, and other parts of
+/// three characters or more, are found anywhere; shorter ones where a word starts with them. Letters match in
+/// either case and width, and those of Latin, Greek and Cyrillic with or without their accents.
 namespace SearchText {
 
 constexpr int MaximumTerms = 8;
