@@ -9,6 +9,7 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "shell/library/LocalAppItemWidget.h"
+#include "widgets/GridKeys.h"
 
 using namespace Fenk;
 
@@ -203,32 +204,14 @@ void ProgramGrid::moveTo(int index) {
         scrollTo(bottom - viewport()->height());
 }
 
+/// What it leaves alone the window takes: Up for the search field, letters for a search.
 void ProgramGrid::keyPressEvent(QKeyEvent* event) {
-    const int at = indexOf(m_current);
-    const int count = columns();
-    const int page = qMax(1, viewport()->height() / (LocalAppItemWidget::tileSize().height() + Gap)) * count;
-    switch (event->key()) {
-        case Qt::Key_Left:
-            return moveTo(at - 1);
-        case Qt::Key_Right:
-            return moveTo(at + 1);
-        case Qt::Key_Up:
-            if (at >= count)
-                return moveTo(at - count);
-            return event->ignore();  // the window moves the focus to the search field
-        case Qt::Key_Down:
-            return moveTo(at + count);
-        case Qt::Key_PageUp:
-            return moveTo(at - page);
-        case Qt::Key_PageDown:
-            return moveTo(at + page);
-        case Qt::Key_Home:
-            return moveTo(0);
-        case Qt::Key_End:
-            return moveTo(m_programs.size() - 1);
-        default:
-            event->ignore();
-    }
+    const int rows = qMax(1, viewport()->height() / (LocalAppItemWidget::tileSize().height() + Gap));
+    if (const auto to =
+            GridKeys::target(event->key(), indexOf(m_current), columns(), rows, m_programs.size()))
+        moveTo(*to);
+    else
+        event->ignore();
 }
 
 bool ProgramGrid::eventFilter(QObject* watched, QEvent* event) {

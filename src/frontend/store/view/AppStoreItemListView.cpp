@@ -13,6 +13,7 @@
 #include "store/view/AppStoreItemModel.h"
 #include "store/view/SkeletonCard.h"
 #include "store/view/StoreAppItemUI.h"
+#include "widgets/GridKeys.h"
 
 using AppStoreViewUtils::ButtonState;
 
@@ -161,32 +162,14 @@ void AppStoreItemListView::moveTo(int row) {
         now->setFocus(Qt::TabFocusReason);
 }
 
+/// What it leaves alone the window takes: Up for the search field, letters for a search.
 void AppStoreItemListView::keyPressEvent(QKeyEvent* event) {
-    const int at = currentIndex().row();
-    const int count = columns();
-    const int page = qMax(1, viewport()->height() / SkeletonCard::Pitch.height()) * count;
-    switch (event->key()) {
-        case Qt::Key_Left:
-            return moveTo(at - 1);
-        case Qt::Key_Right:
-            return moveTo(at + 1);
-        case Qt::Key_Up:
-            if (at >= count)
-                return moveTo(at - count);
-            return event->ignore();  // the window moves the focus to the search field
-        case Qt::Key_Down:
-            return moveTo(at + count);
-        case Qt::Key_PageUp:
-            return moveTo(at - page);
-        case Qt::Key_PageDown:
-            return moveTo(at + page);
-        case Qt::Key_Home:
-            return moveTo(0);
-        case Qt::Key_End:
-            return moveTo(m_model->rowCount() - 1);
-        default:
-            event->ignore();  // letters start a search in the main window
-    }
+    const int rows = qMax(1, viewport()->height() / SkeletonCard::Pitch.height());
+    if (const auto to =
+            GridKeys::target(event->key(), currentIndex().row(), columns(), rows, m_model->rowCount()))
+        moveTo(*to);
+    else
+        event->ignore();
 }
 
 bool AppStoreItemListView::eventFilter(QObject* watched, QEvent* event) {
