@@ -36,18 +36,12 @@ QByteArray png(const QImage& image) {
     return bytes;
 }
 
-/// Rendering one again would take the GUI thread too long.
-bool isVector(const QByteArray& bytes) {
-    return bytes.trimmed().startsWith('<');
-}
-
 QImage decodeAndKeep(const QUrl& url, const QByteArray& bytes) {
     const auto result = UntrustedImage::decode(bytes);
     if (result.image.isNull())
         qWarning().noquote() << "failed to decode the picture of" << url.toDisplayString() << result.error;
-    else
-        writeFile(NetworkImageLoader::cacheFile(url),
-                  result.isScaled || isVector(bytes) ? png(result.image) : bytes);
+    else  // drawing an SVG again would take the GUI thread too long
+        writeFile(NetworkImageLoader::cacheFile(url), result.isDrawn ? png(result.image) : bytes);
     return result.image;
 }
 

@@ -17,9 +17,9 @@ bool isKnown(const QByteArray& format) {
     return formats.contains(format);
 }
 
-Result keep(const QImage& image) {
+Result keep(const QImage& image, bool isDrawn = false) {
     if (qMax(image.width(), image.height()) <= KeptEdge)
-        return {image, false, image.isNull() ? "it cannot be decoded" : ""};
+        return {image, isDrawn, image.isNull() ? "it cannot be decoded" : ""};
     return {image.scaled(KeptEdge, KeptEdge, Qt::KeepAspectRatio, Qt::SmoothTransformation), true, ""};
 }
 
@@ -29,7 +29,7 @@ Result decode(const QByteArray& bytes) {
     if (bytes.size() > MaxBytes)
         return {{}, false, "it is larger than 5 MiB"};
     if (bytes.trimmed().startsWith('<'))
-        return keep(SvgPicture::draw(bytes, KeptEdge));
+        return keep(SvgPicture::draw(bytes, KeptEdge), true);
     if (IconFile::isIco(bytes)) {
         const QList<QImage> images = IconFile::imagesIn(bytes);
         return keep(images.isEmpty() ? QImage() : images.last());

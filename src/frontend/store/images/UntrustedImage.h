@@ -13,7 +13,7 @@ constexpr int KeptEdge = 512;  ///< larger pictures are scaled down to it
 
 struct Result {
     QImage image;            ///< null for what is no picture or above a limit
-    bool isScaled = false;   ///< `image` is smaller than the picture of the file
+    bool isDrawn = false;    ///< `image` has other pixels than the file: scaled down, or drawn from an SVG
     const char* error = "";  ///< for logs
 };
 
