@@ -1,9 +1,18 @@
 #include "widgets/LogLineReader.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <utility>
 
 namespace {
+
+/// Whether a character may have to be removed; the two-byte control characters begin with 0xc2.
+bool mayHaveControls(const QByteArray& line) {
+    return std::any_of(line.begin(), line.end(), [](char c) {
+        const auto byte = uchar(c);
+        return (byte < ' ' && byte != '\t') || byte == 0x7f || byte == 0xc2;
+    });
+}
 
 QString plain(const QByteArray& bytes) {
     // Colours and cursor movements; window titles; other escape sequences; other control characters.
@@ -13,6 +22,9 @@ QString plain(const QByteArray& bytes) {
     QByteArray line = bytes;
     while (line.endsWith('\r'))
         line.chop(1);
+    // Most lines have none, and the search for them takes longer than all the rest.
+    if (!mayHaveControls(line))
+        return QString::fromUtf8(line);
     return QString::fromUtf8(line.mid(line.lastIndexOf('\r') + 1)).remove(controls);
 }
 

@@ -53,7 +53,7 @@ void LogStore::appendLine(QByteArray text, int time, int level) {
     text.squeeze();  // toUtf8() reserves three bytes a character
     m_lines.push_back({text, time, level});
     m_bytes += bytesOf(m_lines.back());
-    while (lineCount() > MaxLines || m_bytes > MaxBytes) {
+    while (lineCount() > m_maxLines || m_bytes > MaxBytes) {
         m_bytes -= bytesOf(m_lines.front());
         m_lines.pop_front();
         ++m_dropped;

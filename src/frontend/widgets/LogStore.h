@@ -9,14 +9,17 @@
 /// that is kept.
 class LogStore {
 public:
-    static constexpr int MaxLines = 200000;
+    static constexpr int MaxLines = 200000;         ///< unless told otherwise
     static constexpr qint64 MaxBytes = 32 << 20;    ///< of memory, as bytes() counts
     static constexpr int LineOverhead = 64;         ///< bytes that a line takes beside its text
     static constexpr int MaxLineBytes = 16 * 1024;  ///< of UTF-8; what is longer is cut and ends with "..."
 
+    explicit LogStore(int maxLines = MaxLines) : m_maxLines(maxLines) {}
+
     /// `level` 1 is an error line, 3 an ordinary one. A text of several lines becomes as many lines.
     void append(const QString& text, int level);
 
+    int maxLines() const { return m_maxLines; }
     int lineCount() const { return int(m_lines.size()); }
     qint64 droppedLines() const { return m_dropped; }
     /// The memory that the lines take, in bytes.
@@ -45,6 +48,7 @@ private:
     void appendLine(QByteArray text, int time, int level);
     static qint64 bytesOf(const Line& line) { return line.text.size() + LineOverhead; }
 
+    int m_maxLines;
     std::deque<Line> m_lines;
     qint64 m_bytes = 0;
     qint64 m_dropped = 0;

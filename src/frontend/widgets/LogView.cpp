@@ -41,7 +41,8 @@ constexpr SelectionKey SelectionKeys[] = {
 
 }  // namespace
 
-LogView::LogView(QWidget* parent) : QAbstractScrollArea(parent), m_cursor(this) {
+LogView::LogView(QWidget* parent, int maxLines)
+    : QAbstractScrollArea(parent), m_store(maxLines), m_cursor(this) {
     LogTextInterface::install();
     Fenk::setTextAreaLook(this);
     setFocusPolicy(Qt::StrongFocus);
@@ -115,9 +116,10 @@ void LogView::scrollToValue(int value) {
     arrange();
 }
 
-void LogView::appendLine(const QString& text, int level) {
+void LogView::appendLines(const QVector<NewLine>& lines) {
     const qint64 dropped = m_store.droppedLines();
-    m_store.append(text, level);
+    for (const NewLine& line : lines)
+        m_store.append(line.text, line.level);
     if (m_store.droppedLines() > dropped)
         forgetDropped(int(m_store.droppedLines() - dropped));
     if (isVisible() && !m_showTimer.isActive())
@@ -175,7 +177,7 @@ void LogView::selectAll() {
 }
 
 void LogView::clear() {
-    m_store = LogStore();
+    m_store = LogStore(m_store.maxLines());
     m_cursor.moveTo({0, 0}, false);
     m_top = {};
     m_follows = true;

@@ -3,6 +3,7 @@
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <QTextLayout>
+#include <QVector>
 #include <memory>
 #include <vector>
 
@@ -23,10 +24,17 @@ public:
         std::shared_ptr<QTextLayout> layout;
     };
 
-    explicit LogView(QWidget* parent = nullptr);
+    /// See LogStore::append().
+    struct NewLine {
+        QString text;
+        int level;
+    };
 
-    /// See LogStore::append(). Shown within 50 ms; kept only, while the view is hidden.
-    void appendLine(const QString& text, int level);
+    explicit LogView(QWidget* parent = nullptr, int maxLines = LogStore::MaxLines);
+
+    /// Shown within 50 ms; kept only, while the view is hidden.
+    void appendLine(const QString& text, int level) { appendLines({NewLine{text, level}}); }
+    void appendLines(const QVector<NewLine>& lines);
 
     const LogStore& store() const { return m_store; }
     const std::vector<ShownLine>& shownLines() const { return m_shown; }

@@ -30,8 +30,10 @@ constexpr int MaxWidthOfSize = 10000;
 
 }  // namespace
 
-LogsWidget::LogsWidget(QWidget* parent)
-    : LogView(parent), m_left(new LogsWidget_LeftIconWidget(this)), m_dropped(new Label(Label::Small, this)) {
+LogsWidget::LogsWidget(QWidget* parent, int maxLines)
+    : LogView(parent, maxLines),
+      m_left(new LogsWidget_LeftIconWidget(this)),
+      m_dropped(new Label(Label::Small, this)) {
     setAccessibleName("running_logs");
     setFont(Theme::instance()->font(Theme::Fixed));
     m_dropped->setObjectName("dropped_lines");

@@ -12,7 +12,8 @@ class Label;
 class LogsWidget : public LogView {
     Q_OBJECT
 public:
-    explicit LogsWidget(QWidget* parent = nullptr);
+    /// The oldest lines above `maxLines` are dropped.
+    explicit LogsWidget(QWidget* parent = nullptr, int maxLines = LogStore::MaxLines);
 
     /// The newest lines, oldest first, without their times.
     QStringList lastLines(int count) const { return store().lastLines(count); }
