@@ -14,4 +14,10 @@ QString programFile(const QString& programId);
 /// that would lead out of it.
 QString ofProgram(const QString& bottlePath, const QString& programId);
 
+/// The name of the log of a file that is started without being stored as a program.
+QString exeFile(const QString& fileName);
+
+/// That log. Empty for a bottle without a directory, and for what is no plain file name.
+QString ofExe(const QString& bottlePath, const QString& fileName);
+
 }  // namespace BottleLogs

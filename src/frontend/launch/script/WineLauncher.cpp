@@ -13,14 +13,6 @@ namespace {
 
 constexpr int MaximumOutput = 64 * 1024;  // bytes
 constexpr int WindowClassLimit = 64;
-constexpr int FileNameLimit = 255 - int(sizeof("wine-.txt")) + 1;
-
-/// Cut so that the name of the log fits the 255 bytes of a file name.
-QString logNamePart(QString fileName) {
-    while (fileName.toUtf8().size() > FileNameLimit)
-        fileName.chop(fileName.at(fileName.size() - 1).isLowSurrogate() ? 2 : 1);
-    return fileName;
-}
 
 const QString& launcherScript() {
     static const QString script = Paths::launcherScript();
@@ -125,7 +117,7 @@ void WineLauncher::launchProgram(const QString& programUuid) {
 void WineLauncher::launchExe(const QString& exePath, const QStringList& args) {
     const QString fileName = QFileInfo(exePath).fileName();
     if (m_logPath.isEmpty())
-        m_logPath = m_logDir + "/wine-" + logNamePart(fileName) + ".txt";
+        m_logPath = m_logDir + "/" + BottleLogs::exeFile(fileName);
     const QStringList arguments = QStringList{m_bottleName} + commonOptions() + QStringList{exePath} + args;
     addWindowClass(fileName);
     startScript(exePath, arguments);
