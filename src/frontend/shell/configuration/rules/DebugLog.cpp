@@ -1,10 +1,8 @@
 #include "shell/configuration/rules/DebugLog.h"
 
-#include <QRegularExpression>
-
 DebugLog::Kind DebugLog::kindOf(const QString& line) {
-    static const QRegularExpression error("ERROR|err");
     if (line.contains(QLatin1String(":trace:")))
         return Kind::Dropped;
-    return line.contains(error) ? Kind::Error : Kind::Plain;
+    const bool isError = line.contains(QLatin1String("ERROR")) || line.contains(QLatin1String("err"));
+    return isError ? Kind::Error : Kind::Plain;
 }
