@@ -12,6 +12,7 @@
 
 #include "Pictures.h"
 #include "fenk/controls/SearchEdit.h"
+#include "launch/winelog/LogParseRule.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BottlesConfigView.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
@@ -79,10 +80,24 @@ QList<QWidget*> question(const Scene& scene) {
 QList<QWidget*> logs(const Scene& scene) {
     scene.view->showLogs();
     auto* log = scene.view->findChild<DebuggingLogsFrame*>();
-    log->append("0024:fixme:win:RegisterTouchWindow (0000000000010058 00000000): stub", false);
     log->append(
-        "0024:err:module:import_dll Library mfc42.dll (which is needed by L\"C:\\\\office.exe\") not found",
-        true);
+        {{"0024:fixme:win:RegisterTouchWindow (0000000000010058 00000000): stub", false},
+         {"0024:err:module:import_dll Library mfc42.dll (which is needed by L\"C:\\\\office.exe\") not found",
+          true}});
+    settle(300);
+    return {scene.view};
+}
+
+/// After a debugging run, with every kind of hint.
+QList<QWidget*> hints(const Scene& scene) {
+    logs(scene);
+    HintFacts facts;
+    facts.isMonoMissing = true;
+    facts.missingFonts = QStringList{"simsun.ttc", "msyh.ttf"};
+    facts.missingComponents = QStringList{"mfc42"};
+    facts.isGame = true;
+    facts.findings = LogMissingWinRT;
+    scene.view->findChild<DebuggingLogsFrame*>()->showHints(HintRules::of(facts));
     settle(300);
     return {scene.view};
 }
@@ -164,9 +179,9 @@ int main(int argc, char** argv) {
     const struct {
         const char* name;
         QList<QWidget*> (*windows)(const Scene&);
-    } states[] = {{"plain", plain},   {"changed", changed}, {"setups", setups},  {"question", question},
-                  {"logs", logs},     {"menu", menu},       {"tools", tools},    {"search", search},
-                  {"narrow", narrow}, {"failed", failed},   {"loading", loading}};
+    } states[] = {{"plain", plain},   {"changed", changed}, {"setups", setups}, {"question", question},
+                  {"logs", logs},     {"hints", hints},     {"menu", menu},     {"tools", tools},
+                  {"search", search}, {"narrow", narrow},   {"failed", failed}, {"loading", loading}};
     QVector<PictureState> pictures;
     for (const auto& state : states)
         pictures.append({state.name, [&state] { return paint(state.windows); }});

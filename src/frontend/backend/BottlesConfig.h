@@ -131,6 +131,11 @@ public:
     }
     BusResult updateExternalProgram(const QString& bottle, const QJsonObject& record);
     void fireUpdateExternalProgram(const QString& bottle, const QJsonObject& record);
+    /// Sends the record as a value and not as text. The bus has no such type: the call fails in this process
+    /// and nothing reaches the service.
+    void syncExternalProgram(const QString& bottle, const QJsonObject& record) {
+        fire("updateExternalProgram", {bottle, record});
+    }
     /// Also takes the program out of the bottle's fileinfo.cache.
     BusResult removeExternalProgram(const QString& bottle, const QString& programId);
     /// The shortcuts added since the time; empty on every failure.

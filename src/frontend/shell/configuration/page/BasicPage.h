@@ -3,6 +3,7 @@
 #include <QScrollArea>
 #include <QVector>
 
+#include "shell/configuration/rules/SearchedPage.h"
 #include "shell/configuration/rules/SettingValues.h"
 
 class BottleSettings;
@@ -15,15 +16,16 @@ class Label;
 
 /// The page with the basic settings of a bottle: a row for each line of SettingTable, in cards. Shows what
 /// BottleSettings has and hands on what the user chooses.
-class BasicPage : public QScrollArea {
+class BasicPage : public QScrollArea, public SearchedPage {
     Q_OBJECT
 public:
     explicit BasicPage(BottleSettings* settings, QWidget* parent = nullptr);
 
     SettingControlRow* row(Setting setting) const { return m_rows[int(setting)]; }
 
-    /// Shows only the rows that match; all of them for an empty text. Returns how many are shown.
-    int filter(const QString& text);
+    int filter(const QString& text) override;
+    /// Shows what the settings have.
+    void refresh();
 
 Q_SIGNALS:
     void chosen(Setting setting, const QVariant& value);
@@ -34,8 +36,6 @@ private:
         Fenk::Card* card;
         QVector<SettingControlRow*> rows;
     };
-
-    void refresh();
 
     BottleSettings* m_settings;
     QVector<SettingControlRow*> m_rows;  ///< in the order of the settings

@@ -1,14 +1,14 @@
 #include "shell/configuration/page/BottlesConfigView.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
+#include <QDebug>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QShortcut>
-#include <QSplitter>
-#include <QStackedWidget>
-#include <QTimer>
 
 #include "backend/BottleLogs.h"
 #include "backend/BottleRecord.h"
@@ -16,28 +16,31 @@
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
 #include "backend/ProgramRecord.h"
-#include "core/base/SettingsStore.h"
 #include "fenk/controls/FloatingMessage.h"
-#include "fenk/controls/Label.h"
-#include "fenk/controls/Spinner.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
-#include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/run/BottleTasks.h"
-#include "programs/ListPlaceholder.h"
+#include "shell/configuration/hints/CustomSPitter.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BasicPage.h"
 #include "shell/configuration/page/BottleCommands.h"
 #include "shell/configuration/page/BottlePrograms.h"
 #include "shell/configuration/page/BottleSettings.h"
+#include "shell/configuration/page/ColumnSlide.h"
+#include "shell/configuration/page/ComponentQuestion.h"
+#include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/ConfigFoot.h"
 #include "shell/configuration/page/ConfigPages.h"
+#include "shell/configuration/page/ConfigStates.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
 #include "shell/configuration/page/DriverWarning.h"
 #include "shell/configuration/page/EntriesColumn.h"
 #include "shell/configuration/page/EntryMenu.h"
+#include "shell/configuration/page/HintNavigator.h"
+#include "shell/configuration/page/ProgramFindings.h"
 #include "shell/configuration/page/ProgramTrials.h"
 #include "shell/configuration/page/ProtonSetup.h"
+#include "shell/configuration/page/SettingControlRow.h"
 #include "shell/configuration/page/ToolsPage.h"
 #include "shell/configuration/page/UndoBar.h"
 #include "shell/configuration/parameters/LogChannels.h"
@@ -49,26 +52,17 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int PagesWidth = 720;
-constexpr int Height = 700;
 constexpr int LogHeight = 220;
-constexpr int ToggleDelayMs = 200;
-const char ExpandKey[] = "bottles_configview.expand_toolbar.";
-
-int widthOf(bool expanded) {
-    return PagesWidth + (expanded ? EntriesColumn::WideWidth : EntriesColumn::NarrowWidth);
-}
 
 }  // namespace
 
 BottlesConfigView::BottlesConfigView(QWidget* parent)
-    : AbstractDialog(parent), m_driverCheck(new DriverCheck(this)), m_states(new QStackedWidget) {
+    : AbstractDialog(parent), m_driverCheck(new DriverCheck(this)) {
     setObjectName("bottles_config_view");
     setAccessibleName("bottles_config_view");
     setAttribute(Qt::WA_DeleteOnClose);
     setAcceptDrops(true);
     setTitle(tr("Container Configuration"));
-    bodyLayout()->addWidget(m_states);
     connect(this, &QDialog::finished, this, &BottlesConfigView::closed);
     connect(BottlesConfig::instance(), &BottlesConfig::bottles_deleted, this, [this](const QString& bottle) {
         if (bottle == m_bottle)
@@ -97,16 +91,11 @@ void BottlesConfigView::loadBottle(const QString& bottle) {
     m_settings = new BottleSettings(bottle, this);
     m_programs = new BottlePrograms(bottle, this);
     m_trials = new ProgramTrials(m_settings, m_programs, this);
-    m_states->addWidget(makeLoadingView());
-    m_failed =
-        new ListPlaceholder(Theme::icon("fenk-warning"),
-                            tr("The settings of this container cannot be read at the moment."), tr("Retry"));
-    m_failed->setObjectName("failed_view");
-    m_states->addWidget(m_failed);
-    m_states->addWidget(makeContent());
-    connect(m_failed, &ListPlaceholder::pressed, m_settings, &BottleSettings::load);
+    m_states = new ConfigStates(makeContent());
+    bodyLayout()->addWidget(m_states);
+    connect(m_states, &ConfigStates::retried, m_settings, &BottleSettings::load);
     connectBottle();
-    setExpanded(settingsStore()->getOption(ExpandKey).toBool(), false);
+    m_slide->restore();
     m_settings->load();
 }
 
@@ -122,28 +111,17 @@ void BottlesConfigView::connectBottle() {
     });
     connect(m_foot->undoBar(), &UndoBar::undone, m_settings, &BottleSettings::undo);
     connect(m_settings, &BottleSettings::runnerChanged, this, &BottlesConfigView::checkDriver);
+    connect(m_settings, &BottleSettings::runnerChanged, this, [this] {
+        slotsUpdateMemOptimizedSwitchButtonStates(
+            m_basic->row(Setting::Runner)->switcher()->combo()->currentIndex());
+    });
     connect(m_basic, &BasicPage::chosen, this, &BottlesConfigView::choose);
     connect(m_programs, &BottlePrograms::changed, this, &BottlesConfigView::refreshPrograms);
     connect(m_programs, &BottlePrograms::failed, this, &BottlesConfigView::showError);
-    connect(m_trials, &ProgramTrials::line, m_logs, &DebuggingLogsFrame::append);
+    // The hints may ask for another translator.
+    connect(m_trials, &ProgramTrials::runStarted, m_params, &WineParamsCfgWidget::refreshTranslators);
     connect(m_trials, &ProgramTrials::failed, this, &BottlesConfigView::showError);
     refreshPrograms();
-}
-
-QWidget* BottlesConfigView::makeLoadingView() {
-    auto* text = new Label(tr("Initializing the wine Container, please wait…"), Label::Heading);
-    auto* detail = new Label(tr("Loading Bottles"), Label::Secondary);
-    m_spinner = new Spinner;
-    auto* view = new QWidget;
-    view->setObjectName("loading_view");
-    auto* layout = new QVBoxLayout(view);
-    layout->setSpacing(Tokens::Space12);
-    layout->addStretch(2);
-    layout->addWidget(m_spinner, 0, Qt::AlignHCenter);
-    layout->addWidget(text, 0, Qt::AlignHCenter);
-    layout->addWidget(detail, 0, Qt::AlignHCenter);
-    layout->addStretch(3);
-    return view;
 }
 
 QWidget* BottlesConfigView::makeContent() {
@@ -151,11 +129,7 @@ QWidget* BottlesConfigView::makeContent() {
     connect(m_entries, &EntriesColumn::clicked, this, &BottlesConfigView::onAppEntryBtnClicked);
     connect(m_entries, &EntriesColumn::menuRequested, this, &BottlesConfigView::onAppEntryBtnRightClicked);
     connect(m_entries, &EntriesColumn::addRequested, this, &BottlesConfigView::onAddEntryButtonClicked);
-    connect(m_entries, &EntriesColumn::toggleRequested, this, &BottlesConfigView::toggleExpanded);
-    connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant& width) {
-        m_entries->setFixedWidth(width.toInt());
-        setFixedWidth(PagesWidth + width.toInt());
-    });
+    m_slide = new ColumnSlide(m_entries, this);
     auto* content = new QWidget;
     auto* layout = new QHBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -175,17 +149,17 @@ QWidget* BottlesConfigView::makeRightSide() {
     m_pages->addPage(DebuggingTools, tr("Debugging Tools"), tools);
     connect(tools, &ToolsPage::importRequested, this, &BottlesConfigView::slotsimportRegs);
     connect(m_pages, &ConfigPages::pageShown, m_params, &WineParamsCfgWidget::refreshTranslators);
-    connect(m_pages, &ConfigPages::searched, this, &BottlesConfigView::search);
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
-        onConfigurePageToggled(Basic);
-        m_pages->focusSearch();
-    });
+    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_pages,
+            &ConfigPages::focusSearch);
 
     m_logs = new DebuggingLogsFrame;
     m_logs->hide();
     connect(m_logs, &DebuggingLogsFrame::folderRequested, this, &BottlesConfigView::slotsOpenLogsDir);
-    m_splitter = new QSplitter(Qt::Vertical);
-    m_splitter->setChildrenCollapsible(false);
+    connect(m_logs, &DebuggingLogsFrame::anchorClicked, this,
+            &BottlesConfigView::slotsHandleLogsAnchorClicked);
+    m_hintLinks = new HintNavigator(m_settings, m_pages, m_basic, m_logs->hints(), this);
+    m_findings = new ProgramFindings({m_settings, m_programs, m_trials, m_params, m_logs}, this);
+    m_splitter = new CustomSPitter(Qt::Vertical);
     m_splitter->addWidget(m_pages);
     m_splitter->addWidget(m_logs);
     m_splitter->setStretchFactor(0, 1);
@@ -208,16 +182,12 @@ void BottlesConfigView::refreshState() {
     using State = BottleSettings::State;
     const State state = m_settings->state();
     const bool isLoading = m_isLoading || (state == State::Loading && !m_hasLoaded);
-    m_spinner->stop();
     if (isLoading)
-        m_spinner->startDelayed();
-    m_failed->setDetail(m_settings->errorText());
-    if (isLoading)
-        m_states->setCurrentIndex(0);
+        m_states->showLoading();
     else if (state == State::Failed)
-        m_states->setCurrentIndex(1);
+        m_states->showFailed(m_settings->errorText());
     else
-        m_states->setCurrentIndex(2);
+        m_states->showContent();
     m_hasLoaded = m_hasLoaded && state != State::Failed;
     if (state != State::Ready || m_isLoading)
         return;
@@ -281,51 +251,11 @@ void BottlesConfigView::checkDriver() {
 
 void BottlesConfigView::askAboutPrograms(Setting component, const QStringList& programs) {
     const ProgramEntry* entry = m_programs->list().currentEntry();
-    auto* question = new RunningProgramsQuestion(entry ? entry->name() : m_bottle, programs, this);
-    question->setMessage(
-        tr("%1 can only be changed while nothing runs in the container. These programs have to "
-           "be closed first: what has not been saved in them will be lost.")
-            .arg(SettingTable::label(component)));
-    connect(question, &RunningProgramsQuestion::answered, m_settings,
-            [settings = m_settings, component](bool close) {
-                settings->answerProgramsRunning(component, close);
-            });
-    question->open();
+    askToClosePrograms(m_settings, component, programs, entry ? entry->name() : m_bottle, this);
 }
 
 void BottlesConfigView::showError(const QString& errorText) {
     FloatingMessage::show(this, Theme::icon("fenk-error"), errorText);
-}
-
-void BottlesConfigView::search(const QString& text) {
-    m_basic->filter(text.trimmed());
-    if (!text.isEmpty())
-        onConfigurePageToggled(Basic);
-}
-
-void BottlesConfigView::setExpanded(bool expanded, bool animated) {
-    m_isExpanded = expanded;
-    m_entries->setNarrow(!expanded);
-    const int column = widthOf(expanded) - PagesWidth;
-    const int duration = animated ? Theme::instance()->duration(Tokens::MoveMs) : 0;
-    m_slide.stop();
-    if (duration > 0) {
-        m_slide.setDuration(duration);
-        m_slide.setEasingCurve(QEasingCurve::OutCubic);
-        m_slide.setStartValue(m_entries->width());
-        m_slide.setEndValue(column);
-        m_slide.start();
-    } else {
-        m_entries->setFixedWidth(column);
-        setFixedSize(widthOf(expanded), Height);
-    }
-}
-
-void BottlesConfigView::toggleExpanded() {
-    const bool expanded = !m_isExpanded;
-    settingsStore()->setOption(ExpandKey, expanded);
-    settingsStore()->sync();
-    QTimer::singleShot(ToggleDelayMs, this, [this, expanded] { setExpanded(expanded, true); });
 }
 
 void BottlesConfigView::onConfigurePageToggled(int page) {
@@ -342,6 +272,14 @@ void BottlesConfigView::changeSelectedIndex(AppEntryButton* button) {
 
 void BottlesConfigView::changeSelectedIndex(int index) {
     m_programs->select(index);
+}
+
+void BottlesConfigView::syncCurrentAppEntry() {
+    const ProgramEntry* entry = m_programs->list().currentEntry();
+    if (entry)
+        BottlesConfig::instance()->syncExternalProgram(m_bottle, entry->recordWithId());
+    else
+        qWarning("Entry not found");
 }
 
 void BottlesConfigView::onAppEntryBtnRightClicked(AppEntryButton* button, const QPoint& at) {
@@ -390,12 +328,43 @@ void BottlesConfigView::slotstoggleLogsView() {
     const bool shows = m_logs->isHidden();
     m_logs->setVisible(shows);
     m_foot->setLogShown(shows);
-    if (shows)
-        m_splitter->setSizes({m_splitter->height() - LogHeight, LogHeight});
+    if (!shows)
+        return;
+    m_splitter->setSizes({m_splitter->height() - LogHeight, LogHeight});
+    m_findings->showLast();
+}
+
+void BottlesConfigView::explainFailure() {
+    m_findings->explainFailure();
+    if (m_logs->isHidden())
+        showLogs();
+    else
+        m_findings->showLast();
 }
 
 void BottlesConfigView::slotsAppendLogs(const QString& line) {
-    m_logs->append(line, false);
+    m_logs->append({{line, false}});
+}
+
+void BottlesConfigView::slotsHandleLogsAnchorClicked(const QUrl& anchor) {
+    m_hintLinks->follow(anchor);
+}
+
+void BottlesConfigView::slotsStopInstallingDeps() {
+    BottlesConfig::instance()->cancelInstallingDependency(
+        m_bottle, this, [bottle = m_bottle](const BusResult& answer) {
+            if (!answer.ok)
+                qWarning().noquote() << "cannot cancel the installation in" << bottle << answer.errorMessage;
+        });
+}
+
+void BottlesConfigView::slotsUpdateMemOptimizedSwitchButtonStates(int) {
+    m_basic->refresh();
+}
+
+void BottlesConfigView::onNtSyncSwitchBtnClicked() {
+    auto* button = qobject_cast<QAbstractButton*>(m_basic->row(Setting::NtSync)->control());
+    choose(Setting::NtSync, button->isChecked());
 }
 
 void BottlesConfigView::onAddEntryButtonClicked() {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QVariantAnimation>
-
 #include "fenk/window/AbstractDialog.h"
 #include "shell/configuration/rules/SettingValues.h"
 
@@ -10,19 +8,17 @@ class BasicPage;
 class BottlePrograms;
 class BottleSettings;
 class DriverCheck;
+class ColumnSlide;
 class ConfigFoot;
 class ConfigPages;
+class ConfigStates;
 class DebuggingLogsFrame;
 class EntriesColumn;
-class ListPlaceholder;
-class QSplitter;
-class QStackedWidget;
+class HintNavigator;
+class ProgramFindings;
 class ProgramTrials;
+class QSplitter;
 class WineParamsCfgWidget;
-
-namespace Fenk {
-class Spinner;
-}  // namespace Fenk
 
 /// The window in which a user tunes one bottle and tries its programs: the programs on the left, pages of
 /// settings on the right, the log of debugging runs below them. Every change goes to the service at once; the
@@ -47,9 +43,13 @@ public:
     void selectProgram(const QString& exePath);
     void selectProgramById(const QString& id);
     void showLogs();
+    /// The window is opened because a launch has failed: the log pane shows its log and what may be tried.
+    void explainFailure();
 
 Q_SIGNALS:
     void bottlesLoaded();
+    void resetBottles();
+    void startPackageBottle(const QString& bottleName);
     void closed();
 
 public Q_SLOTS:
@@ -58,6 +58,7 @@ public Q_SLOTS:
     void onAppEntryBtnRightClicked(AppEntryButton* button, const QPoint& at);
     void changeSelectedIndex(AppEntryButton* button);
     void changeSelectedIndex(int index);
+    void syncCurrentAppEntry();
     void onOpenInTerminalActionTriggered();
     void onOpenFolderActionTriggered();
     void onDeleteActionTriggered();
@@ -66,8 +67,12 @@ public Q_SLOTS:
     void slotsimportRegs();
     void slotstoggleLogsView();
     void slotsAppendLogs(const QString& line);
+    void slotsHandleLogsAnchorClicked(const QUrl& anchor);
     void onAddEntryButtonClicked();
+    void slotsStopInstallingDeps();
+    void slotsUpdateMemOptimizedSwitchButtonStates(int index);
     void openBottlesDebugTerminal();
+    void onNtSyncSwitchBtnClicked();
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -78,7 +83,6 @@ protected:
 private:
     QWidget* makeContent();
     QWidget* makeRightSide();
-    QWidget* makeLoadingView();
     void connectBottle();
     void refreshState();
     void refreshPrograms();
@@ -87,9 +91,6 @@ private:
     void choose(Setting setting, const QVariant& value);
     void askAboutPrograms(Setting component, const QStringList& programs);
     void showError(const QString& errorText);
-    void search(const QString& text);
-    void setExpanded(bool expanded, bool animated);
-    void toggleExpanded();
 
     QString m_bottle;
     BottleSettings* m_settings = nullptr;
@@ -97,18 +98,17 @@ private:
     ProgramTrials* m_trials = nullptr;
     DriverCheck* m_driverCheck;
     bool m_isLoading = false;  ///< the launch that has opened the window says so
-    bool m_isExpanded = true;
     bool m_hasLoaded = false;
-    QVariantAnimation m_slide;
 
-    QStackedWidget* m_states;
-    Fenk::Spinner* m_spinner = nullptr;
-    ListPlaceholder* m_failed = nullptr;
+    ConfigStates* m_states = nullptr;
     EntriesColumn* m_entries = nullptr;
+    ColumnSlide* m_slide = nullptr;
     ConfigPages* m_pages = nullptr;
     BasicPage* m_basic = nullptr;
     WineParamsCfgWidget* m_params = nullptr;
     QSplitter* m_splitter = nullptr;
     DebuggingLogsFrame* m_logs = nullptr;
+    ProgramFindings* m_findings = nullptr;
+    HintNavigator* m_hintLinks = nullptr;
     ConfigFoot* m_foot = nullptr;
 };

@@ -9,12 +9,22 @@
 #include "fenk/controls/SearchEdit.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
+#include "shell/configuration/page/PageTexts.h"
+#include "shell/configuration/rules/SearchedPage.h"
 
 using namespace Fenk;
 
 namespace {
 constexpr int SearchWidth = 200;
 const char NumberKey[] = "page";
+
+/// Shows only what matches in the page, if it can. Whether anything does.
+bool filterPage(QWidget* page, const QString& text) {
+    if (auto* searched = dynamic_cast<SearchedPage*>(page))
+        return searched->filter(text) > 0;
+    return PageTexts::matches(page, text);
+}
+
 }  // namespace
 
 ConfigPages::ConfigPages(QWidget* parent)
@@ -48,7 +58,7 @@ ConfigPages::ConfigPages(QWidget* parent)
     layout->setSpacing(Tokens::Space12);
     layout->addLayout(head);
     layout->addWidget(m_pages, 1);
-    connect(m_search, &QLineEdit::textChanged, this, &ConfigPages::searched);
+    connect(m_search, &QLineEdit::textChanged, this, &ConfigPages::search);
     connect(m_buttons, &QButtonGroup::idClicked, this, &ConfigPages::showPage);
 }
 
@@ -63,16 +73,42 @@ void ConfigPages::addPage(int number, const QString& title, QWidget* page) {
     m_pages->addWidget(page);
 }
 
-void ConfigPages::showPage(int number) {
-    QAbstractButton* button = m_buttons->button(number);
-    if (!button)
-        return;
-    button->setChecked(true);
+QWidget* ConfigPages::page(int number) const {
     for (int i = 0; i < m_pages->count(); ++i) {
         if (m_pages->widget(i)->property(NumberKey).toInt() == number)
-            m_pages->setCurrentIndex(i);
+            return m_pages->widget(i);
     }
+    return nullptr;
+}
+
+void ConfigPages::showPage(int number) {
+    QWidget* shown = page(number);
+    if (!shown)
+        return;
+    m_buttons->button(number)->setChecked(true);
+    m_pages->setCurrentWidget(shown);
     Q_EMIT pageShown(number);
+}
+
+void ConfigPages::showMatches(int number, const QString& text) {
+    QWidget* shown = page(number);
+    if (!shown)
+        return;
+    showPage(number);
+    const QSignalBlocker blocker(m_search);
+    m_search->setText(text);
+    filterPage(shown, text);
+}
+
+void ConfigPages::search(const QString& text) {
+    const QString wanted = text.trimmed();
+    QVector<QWidget*> found;
+    for (int i = 0; i < m_pages->count(); ++i) {
+        if (filterPage(m_pages->widget(i), wanted))
+            found.append(m_pages->widget(i));
+    }
+    if (!wanted.isEmpty() && !found.isEmpty() && !found.contains(m_pages->currentWidget()))
+        showPage(found.first()->property(NumberKey).toInt());
 }
 
 void ConfigPages::focusSearch() {

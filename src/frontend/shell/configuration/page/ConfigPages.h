@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QVector>
 #include <QWidget>
 
 class QButtonGroup;
@@ -12,7 +13,8 @@ class SearchEdit;
 
 /// The right side of the configuration window above the log: heading, search field, the box of buttons that
 /// chooses a page, and the page. Pages have the numbers that links use; those that are missing have no
-/// button.
+/// button. The search looks through all pages and shows the first one that has what is searched for, the
+/// current one if it has.
 class ConfigPages : public QWidget {
     Q_OBJECT
 public:
@@ -21,13 +23,18 @@ public:
     void addPage(int number, const QString& title, QWidget* page);
     /// Does nothing for a page that is not there.
     void showPage(int number);
+    /// Null for a page that is not there.
+    QWidget* page(int number) const;
     void focusSearch();
+    /// Shows the page with only what matches the text. Does nothing for a page that is not there.
+    void showMatches(int number, const QString& text);
 
 Q_SIGNALS:
     void pageShown(int number);
-    void searched(const QString& text);
 
 private:
+    void search(const QString& text);
+
     QButtonGroup* m_buttons;
     QHBoxLayout* m_row;
     QStackedWidget* m_pages;

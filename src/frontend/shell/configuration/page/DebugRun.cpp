@@ -1,19 +1,23 @@
 #include "shell/configuration/page/DebugRun.h"
 
+#include <fcntl.h>
+
 #include <QDebug>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QTimer>
 
 #include "backend/BottleUtils.h"
 #include "backend/InBackground.h"
+#include "fenk/system/OwnedFd.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/script/LauncherExit.h"
 #include "programs/ProgramRuns.h"
-#include "shell/configuration/rules/DebugLog.h"
 
 namespace {
-constexpr int StopGraceMs = 5000;
+constexpr int StopGraceMs = 1500;  // the service itself kills a program after a second
 constexpr qint64 PieceBytes = 1 << 20;
 
 bool copyFile(const QString& from, const QString& to) {
@@ -46,10 +50,12 @@ DebugRun::~DebugRun() {
 }
 
 void DebugRun::start(const Request& request) {
-    if (m_launcher)
+    if (isRunning())
         return;
     m_ref = {request.bottle, request.program.id};
-    m_reader = {};
+    delete m_log;
+    m_log = new LiveLog(this);
+    connect(m_log, &LiveLog::linesRead, this, &DebugRun::linesRead);
     m_keptLogPath = request.logPath;
     auto* launcher = new WineLauncher(this);
     m_launcher = launcher;
@@ -63,16 +69,15 @@ void DebugRun::start(const Request& request) {
     for (const QString& entry : request.environment)
         launcher->addEnvironment(entry);
     connect(launcher, &QProcess::readyReadStandardError, this,
-            [this, launcher] { readLines(m_reader.add(launcher->readAllStandardError())); });
+            [log = m_log, launcher] { log->add(launcher->readAllStandardError()); });
     connect(launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             [this, launcher, name = request.program.name()] {
-                readLines(m_reader.add(launcher->readAllStandardError()));
-                readLines(m_reader.rest());
-                finish(launcher, LauncherExit::errorText(launcher->report(), name));
+                m_log->add(launcher->readAllStandardError());
+                onEnd(launcher, LauncherExit::errorText(launcher->report(), name));
             });
     connect(launcher, &QProcess::errorOccurred, this, [this, launcher](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            finish(launcher, tr("The launch script cannot be run. Please install Cellarix again."));
+            onEnd(launcher, tr("The launch script cannot be run. Please install Cellarix again."));
     });
     ProgramRuns::instance()->setStarting(m_ref, true);
     launcher->launchProgram(m_ref.uuid);
@@ -83,15 +88,20 @@ void DebugRun::start(const Request& request) {
     Q_EMIT started();
 }
 
-void DebugRun::readLines(const QStringList& lines) {
-    for (const QString& text : lines) {
-        const DebugLog::Kind kind = DebugLog::kindOf(text);
-        if (kind != DebugLog::Kind::Dropped)
-            Q_EMIT line(text.trimmed(), kind == DebugLog::Kind::Error);
-    }
+bool DebugRun::emptyLog(const QString& path) {
+    const bool hasFolder = !path.isEmpty() && QDir().mkpath(QFileInfo(path).path());
+    // A link could lead to a file that is not the bottle's, and a pipe would wait for ever.
+    const Fenk::OwnedFd file(
+        hasFolder ? ::open(QFile::encodeName(path).constData(),
+                           O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0644)
+                  : -1);
+    if (file.isValid())
+        return true;
+    qWarning().noquote() << "cannot empty the log" << path;
+    return false;
 }
 
-void DebugRun::finish(WineLauncher* launcher, const QString& errorText) {
+void DebugRun::onEnd(WineLauncher* launcher, const QString& errorText) {
     if (launcher != m_launcher)
         return;
     m_launcher = nullptr;
@@ -102,7 +112,12 @@ void DebugRun::finish(WineLauncher* launcher, const QString& errorText) {
     keepLog();
     if (!errorText.isEmpty())
         qWarning().noquote() << errorText;
-    Q_EMIT ended(errorText);
+    connect(m_log, &LiveLog::ended, this, [this, errorText] {
+        m_isReadingLog = false;
+        Q_EMIT ended(errorText);
+    });
+    m_isReadingLog = true;
+    m_log->end();
 }
 
 void DebugRun::stop() {

@@ -5,8 +5,8 @@
 #include <QPointer>
 
 #include "launch/script/WineLauncher.h"
+#include "shell/configuration/page/LiveLog.h"
 #include "shell/configuration/rules/EntryList.h"
-#include "widgets/LogLineReader.h"
 
 /// One program at a time, started from the configuration window with what Wine prints on it. A program goes
 /// on when its run is destroyed: only stop() ends it. GUI thread.
@@ -25,27 +25,35 @@ public:
     explicit DebugRun(QObject* parent);
     ~DebugRun() override;
 
-    bool isRunning() const { return m_launcher; }
+    bool isRunning() const { return m_launcher || m_isReadingLog; }
     /// Does nothing while a run is under way.
     void start(const Request& request);
-    /// Ends the program.
+    /// Ends the program, which takes at most two seconds.
     void stop();
 
+    const ProgramRef& program() const { return m_ref; }
+    /// The file that the launch script writes.
+    const QString& logPath() const { return m_logPath; }
+    /// Makes sure that the file is there and empty. False, with a log line, when it can't be. Blocks on the
+    /// disk.
+    static bool emptyLog(const QString& path);
+
 Q_SIGNALS:
-    void line(const QString& text, bool isError);
+    void linesRead(const QVector<LiveLogLine>& lines);
     void started();
-    /// Once for each start. The text is for the user; empty when the program was started.
+    /// Once for each start, after the last line. The text is for the user; empty when the program was
+    /// started.
     void ended(const QString& errorText);
     /// The log could not be kept.
     void failed(const QString& errorText);
 
 private:
-    void readLines(const QStringList& lines);
     void keepLog();
-    void finish(WineLauncher* launcher, const QString& errorText);
+    void onEnd(WineLauncher* launcher, const QString& errorText);
 
     QPointer<WineLauncher> m_launcher;
-    LogLineReader m_reader;
+    LiveLog* m_log = nullptr;     ///< of the last run
+    bool m_isReadingLog = false;  ///< the rest of it, after the end of the script
     ProgramRef m_ref;
     QString m_logPath;      ///< of the running program
     QString m_keptLogPath;  ///< where the user wants it; may be empty

@@ -2,24 +2,45 @@
 
 #include <QWidget>
 
-class LogsWidget;
+#include "shell/configuration/hints/HintRules.h"
+#include "shell/configuration/page/LiveLog.h"
+
+class DebuggingLogsEdit;
+class DebuggingLogsView;
 class QStackedWidget;
 
-/// The log pane below the pages: the lines of the last debugging run, with a header that empties it and
-/// opens the folder of the logs.
+namespace Fenk {
+class Spinner;
+}
+
+/// The log pane below the pages: the lines of the last debugging run and, when it has ended, hints beside
+/// them; a header that empties it and opens the folder of the logs.
 class DebuggingLogsFrame : public QWidget {
     Q_OBJECT
 public:
     explicit DebuggingLogsFrame(QWidget* parent = nullptr);
 
-    LogsWidget* log() const { return m_log; }
-    void append(const QString& line, bool isError);
+    DebuggingLogsEdit* log() const { return m_log; }
+    DebuggingLogsView* hints() const { return m_hints; }
+    void append(const QVector<LiveLogLine>& lines);
+    /// Drops lines and hints.
     void clear();
+
+    /// Shows that the log is being read.
+    void setReading(bool reading);
+    void showHints(const QVector<Hint>& hints);
 
 Q_SIGNALS:
     void folderRequested();
+    void anchorClicked(const QUrl& anchor);
 
 private:
+    QWidget* makeHead();
+    QWidget* makeHintsPart();
+
     QStackedWidget* m_pages;
-    LogsWidget* m_log;
+    DebuggingLogsEdit* m_log;
+    DebuggingLogsView* m_hints;
+    QWidget* m_hintsPart = nullptr;
+    Fenk::Spinner* m_spinner;
 };

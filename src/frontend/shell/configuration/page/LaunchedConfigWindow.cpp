@@ -19,7 +19,7 @@ BottleConfigWindow* LaunchedConfigWindow::open(const ProgramRef& program, Launch
     }
     auto* window = new LaunchedConfigWindow(view);
     if (mode == LaunchWindows::ConfigMode::Debugging)
-        view->showLogs();
+        view->explainFailure();
     view->show();
     view->raise();
     view->activateWindow();

@@ -2,6 +2,9 @@
 
 #include <QDebug>
 
+#include "backend/BottleLogs.h"
+#include "backend/BottleRecord.h"
+#include "backend/InBackground.h"
 #include "shell/configuration/page/BottlePrograms.h"
 #include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/DebugRun.h"
@@ -9,12 +12,15 @@
 
 ProgramTrials::ProgramTrials(BottleSettings* settings, BottlePrograms* programs, QObject* parent)
     : QObject(parent), m_settings(settings), m_programs(programs), m_run(new DebugRun(this)) {
-    connect(m_run, &DebugRun::line, this, &ProgramTrials::line);
+    connect(m_run, &DebugRun::linesRead, this, &ProgramTrials::linesRead);
     connect(m_run, &DebugRun::failed, this, &ProgramTrials::failed);
+    connect(m_run, &DebugRun::started, this, [this] { Q_EMIT runStarted(m_run->program().uuid); });
     connect(m_run, &DebugRun::started, this, &ProgramTrials::changed);
     connect(m_run, &DebugRun::ended, this, [this](const QString& errorText) {
-        if (!errorText.isEmpty())
-            Q_EMIT line(errorText, true);
+        if (errorText.isEmpty())
+            Q_EMIT runEnded(m_run->program().uuid, m_run->logPath());
+        else
+            Q_EMIT linesRead({{errorText, true}});
         Q_EMIT changed();
     });
 }
@@ -55,18 +61,31 @@ bool ProgramTrials::start(bool inTerminal) {
     }
     if (isBusy())
         return false;
-    m_isSaving = true;
+    m_isPreparing = true;
     saveParameters(m_settings->bottle(), *chosen, this,
                    [this, id = m_programs->currentRef().uuid, inTerminal](const BusResult& result) {
-                       m_isSaving = false;
-                       if (result.ok)
-                           run(id, inTerminal);
-                       else
-                           Q_EMIT failed(tr("The parameters could not be saved: %1").arg(result.errorText()));
+                       if (result.ok) {
+                           prepare(id, inTerminal);
+                           return;
+                       }
+                       m_isPreparing = false;
+                       Q_EMIT failed(tr("The parameters could not be saved: %1").arg(result.errorText()));
                        Q_EMIT changed();
                    });
     Q_EMIT changed();
     return true;
+}
+
+/// What the log says afterwards is said by this run.
+void ProgramTrials::prepare(const QString& id, bool inTerminal) {
+    const QString log = BottleLogs::ofProgram(BottleRecord::path(m_settings->record()), id);
+    inBackground(
+        this, [log] { return DebugRun::emptyLog(log); },
+        [this, id, inTerminal](bool) {
+            m_isPreparing = false;
+            run(id, inTerminal);
+            Q_EMIT changed();
+        });
 }
 
 void ProgramTrials::run(const QString& id, bool inTerminal) {

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <memory>
 
+#include "shell/configuration/page/LiveLog.h"
 #include "shell/configuration/parameters/EntryParameters.h"
 
 class BottlePrograms;
@@ -22,8 +23,8 @@ public:
     /// changes.
     std::shared_ptr<EntryParameters> currentParameters();
 
-    /// Whether a run is under way, or its parameters are being saved.
-    bool isBusy() const { return m_isSaving || isRunning(); }
+    /// Whether a run is under way, or is being prepared.
+    bool isBusy() const { return m_isPreparing || isRunning(); }
     bool isRunning() const;
     /// Runs the current program. False, with a log line, without one.
     bool start(bool inTerminal);
@@ -32,17 +33,21 @@ public:
 Q_SIGNALS:
     /// isBusy() or isRunning() has changed.
     void changed();
-    void line(const QString& text, bool isError);
+    void linesRead(const QVector<LiveLogLine>& lines);
+    void runStarted(const QString& programId);
+    /// Once for each runStarted(). Not for a run whose program was not started: linesRead() has told why.
+    void runEnded(const QString& programId, const QString& logPath);
     /// For the user.
     void failed(const QString& errorText);
 
 private:
     std::shared_ptr<EntryParameters> parameters(const QString& id);
+    void prepare(const QString& id, bool inTerminal);
     void run(const QString& id, bool inTerminal);
 
     BottleSettings* m_settings;
     BottlePrograms* m_programs;
     DebugRun* m_run;
-    bool m_isSaving = false;
+    bool m_isPreparing = false;
     QHash<QString, std::shared_ptr<EntryParameters>> m_parameters;  ///< by the program's id
 };

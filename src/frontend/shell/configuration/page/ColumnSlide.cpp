@@ -1,0 +1,57 @@
+#include "shell/configuration/page/ColumnSlide.h"
+
+#include <QTimer>
+
+#include "core/base/SettingsStore.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "shell/configuration/page/EntriesColumn.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr int PagesWidth = 720;
+constexpr int Height = 700;
+constexpr int ToggleDelayMs = 200;
+const char ExpandKey[] = "bottles_configview.expand_toolbar.";
+
+}  // namespace
+
+ColumnSlide::ColumnSlide(EntriesColumn* column, QWidget* window)
+    : QObject(window), m_column(column), m_window(window) {
+    connect(column, &EntriesColumn::toggleRequested, this, &ColumnSlide::toggle);
+    connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant& width) {
+        m_column->setFixedWidth(width.toInt());
+        m_window->setFixedWidth(PagesWidth + width.toInt());
+    });
+}
+
+void ColumnSlide::restore() {
+    setExpanded(settingsStore()->getOption(ExpandKey).toBool(), false);
+}
+
+void ColumnSlide::toggle() {
+    const bool expanded = !m_isExpanded;
+    settingsStore()->setOption(ExpandKey, expanded);
+    settingsStore()->sync();
+    QTimer::singleShot(ToggleDelayMs, this, [this, expanded] { setExpanded(expanded, true); });
+}
+
+void ColumnSlide::setExpanded(bool expanded, bool animated) {
+    m_isExpanded = expanded;
+    m_column->setNarrow(!expanded);
+    const int column = expanded ? EntriesColumn::WideWidth : EntriesColumn::NarrowWidth;
+    const int duration = animated ? Theme::instance()->duration(Tokens::MoveMs) : 0;
+    m_slide.stop();
+    if (duration > 0) {
+        m_slide.setDuration(duration);
+        m_slide.setEasingCurve(QEasingCurve::OutCubic);
+        m_slide.setStartValue(m_column->width());
+        m_slide.setEndValue(column);
+        m_slide.start();
+    } else {
+        m_column->setFixedWidth(column);
+        m_window->setFixedSize(PagesWidth + column, Height);
+    }
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "shell/configuration/rules/SettingValues.h"
+
+class BottleSettings;
+class QWidget;
+
+/// Asks over the window whether the programs that run in the bottle may be closed, so that the component can
+/// be changed. The answer goes to the settings. `appName` is the program or bottle that the window is about.
+void askToClosePrograms(BottleSettings* settings, Setting component, const QStringList& programs,
+                        const QString& appName, QWidget* window);

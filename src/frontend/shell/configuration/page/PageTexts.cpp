@@ -1,0 +1,32 @@
+#include "shell/configuration/page/PageTexts.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace {
+
+QString textsOf(const QWidget* widget) {
+    QStringList texts{widget->accessibleName(), widget->toolTip()};
+    if (const auto* label = qobject_cast<const QLabel*>(widget))
+        texts << label->text();
+    if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
+        texts << button->text();
+    if (const auto* edit = qobject_cast<const QLineEdit*>(widget))
+        texts << edit->placeholderText();
+    return texts.join('\n');
+}
+
+}  // namespace
+
+bool PageTexts::matches(QWidget* page, const QString& text) {
+    bool isFound = false;
+    for (QWidget* widget : page->findChildren<QWidget*>()) {
+        auto* edit = qobject_cast<QLineEdit*>(widget);
+        if (edit && edit->objectName().endsWith(QLatin1String("_search_edit")))
+            edit->setText(text);
+        else
+            isFound = isFound || textsOf(widget).contains(text, Qt::CaseInsensitive);
+    }
+    return isFound;
+}

@@ -1,0 +1,126 @@
+#include "shell/configuration/page/ProgramFindings.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include "backend/BottleLogs.h"
+#include "backend/BottleRecord.h"
+#include "backend/InBackground.h"
+#include "backend/ProgramRecord.h"
+#include "fenk/system/RegularFile.h"
+#include "launch/records/AppBootingStateManager.h"
+#include "shell/configuration/page/BottlePrograms.h"
+#include "shell/configuration/page/BottleSettings.h"
+#include "shell/configuration/page/DebuggingLogsFrame.h"
+#include "shell/configuration/page/LiveLog.h"
+#include "shell/configuration/page/ProgramTrials.h"
+#include "shell/configuration/parameters/WineParamsCfgWidget.h"
+
+namespace {
+
+constexpr qint64 LastLogBytes = 2 << 20;  ///< more than the pane keeps of lines of usual length
+
+/// The end of a log, without the line that is cut.
+QByteArray endOf(const QString& path) {
+    QFile file;
+    if (!Fenk::RegularFile::open(file, path))
+        return {};
+    const bool isCut = file.size() > LastLogBytes;
+    if (isCut)
+        file.seek(file.size() - LastLogBytes);
+    const QByteArray bytes = file.read(LastLogBytes);
+    return isCut ? bytes.mid(bytes.indexOf('\n') + 1) : bytes;
+}
+
+/// The log of the program's last start, as a stored program or as a file.
+QString lastLog(const QString& bottlePath, const ProgramEntry& entry) {
+    const QString file = ProgramRecord::path(entry.record).section(QRegularExpression("[/\\\\]"), -1);
+    QFileInfo log(BottleLogs::ofProgram(bottlePath, entry.id));
+    const QFileInfo ofFile(BottleLogs::ofExe(bottlePath, file));
+    if (!log.isFile() || (ofFile.isFile() && ofFile.lastModified() > log.lastModified()))
+        log = ofFile;
+    return log.isFile() ? log.filePath() : QString();
+}
+
+}  // namespace
+
+ProgramFindings::ProgramFindings(const Parts& parts, QObject* parent) : QObject(parent), m_parts(parts) {
+    const ProgramTrials* trials = parts.trials;
+    connect(trials, &ProgramTrials::linesRead, parts.frame, &DebuggingLogsFrame::append);
+    connect(trials, &ProgramTrials::runStarted, this, &ProgramFindings::onRunStarted);
+    connect(trials, &ProgramTrials::runEnded, this,
+            [this](const QString& id, const QString& logPath) { look(id, logPath, m_hasLaunchResult); });
+    connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
+            [this](const QString& id) {
+                m_hasLaunchResult = m_hasLaunchResult || id == m_parts.programs->currentRef().uuid;
+            });
+    connect(parts.programs, &BottlePrograms::currentChanged, this, &ProgramFindings::onCurrentChanged);
+    connect(&m_search, &HintSearch::found, parts.frame, &DebuggingLogsFrame::showHints);
+    connect(&m_search, &HintSearch::changed, this,
+            [this] { m_parts.frame->setReading(m_search.isUnderWay()); });
+}
+
+void ProgramFindings::onRunStarted(const QString& programId) {
+    m_search.cancel();
+    delete std::exchange(m_lastLog, nullptr);
+    m_hasFailed = false;
+    m_hasLaunchResult = false;
+    m_shownProgram = programId;
+    m_parts.frame->clear();
+}
+
+void ProgramFindings::showLast() {
+    m_isShown = true;
+    onCurrentChanged();
+}
+
+void ProgramFindings::explainFailure() {
+    m_hasFailed = true;
+    m_shownProgram.clear();
+}
+
+void ProgramFindings::onCurrentChanged() {
+    const ProgramEntry* entry = m_parts.programs->list().currentEntry();
+    const QString bottlePath = BottleRecord::path(m_parts.settings->record());
+    if (!m_isShown || !entry || entry->id == m_shownProgram || m_parts.trials->isBusy() ||
+        bottlePath.isEmpty())
+        return;
+    m_shownProgram = entry->id;
+    m_search.cancel();
+    delete std::exchange(m_lastLog, nullptr);
+    m_parts.frame->clear();
+    inBackground(
+        this, [bottlePath, entry = *entry] { return lastLog(bottlePath, entry); },
+        [this, id = entry->id](const QString& log) {
+            if (id == m_shownProgram && !log.isEmpty() && !m_parts.trials->isBusy())
+                readLast(id, log);
+        });
+}
+
+void ProgramFindings::readLast(const QString& programId, const QString& logPath) {
+    m_lastLog = new LiveLog(this);
+    connect(m_lastLog, &LiveLog::linesRead, m_parts.frame, &DebuggingLogsFrame::append);
+    inBackground(
+        m_lastLog, [logPath] { return endOf(logPath); },
+        [log = m_lastLog](const QByteArray& bytes) {
+            log->add(bytes);
+            log->end();
+        });
+    // Nobody has seen how a run before this window went, except that a failed launch has opened it.
+    look(programId, logPath, !m_hasFailed);
+}
+
+void ProgramFindings::look(const QString& programId, const QString& logPath, bool hasLaunchResult) {
+    const EntryList& list = m_parts.programs->list();
+    const int index = list.indexOf(programId);
+    const BottleSettings* settings = m_parts.settings;
+    HintFacts shown;
+    shown.runner = settings->values().text(Setting::Runner);
+    shown.hasDxvk = !settings->values().text(Setting::Dxvk).isEmpty();
+    shown.hasTranslators = m_parts.parameters->hasTranslators();
+    shown.hasLaunchResult = hasLaunchResult;
+    m_search.start({settings->bottle(), BottleRecord::path(settings->record()),
+                    index < 0 ? QString() : ProgramRecord::path(list.entries()[index].record), logPath,
+                    shown});
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QObject>
+
+#include "shell/configuration/hints/HintSearch.h"
+
+class BottlePrograms;
+class BottleSettings;
+class DebuggingLogsFrame;
+class LiveLog;
+class ProgramTrials;
+class WineParamsCfgWidget;
+
+/// What the log pane shows: the debugging run under way and the hints after it; without one, the last log of
+/// the current program. GUI thread; waits for nothing.
+class ProgramFindings : public QObject {
+    Q_OBJECT
+public:
+    struct Parts {
+        BottleSettings* settings;
+        BottlePrograms* programs;
+        ProgramTrials* trials;
+        const WineParamsCfgWidget* parameters;
+        DebuggingLogsFrame* frame;
+    };
+
+    ProgramFindings(const Parts& parts, QObject* parent);
+
+    /// The pane is visible now. Until then no log is read.
+    void showLast();
+    /// The window was opened because of a failed launch: the hints are about that.
+    void explainFailure();
+
+private:
+    void onRunStarted(const QString& programId);
+    void onCurrentChanged();
+    void readLast(const QString& programId, const QString& logPath);
+    void look(const QString& programId, const QString& logPath, bool hasLaunchResult);
+
+    const Parts m_parts;
+    HintSearch m_search;
+    LiveLog* m_lastLog = nullptr;
+    QString m_shownProgram;          ///< the program whose log the pane shows
+    bool m_isShown = false;          ///< showLast() was called
+    bool m_hasFailed = false;        ///< the launch before this window
+    bool m_hasLaunchResult = false;  ///< of the current program since the run began
+};
