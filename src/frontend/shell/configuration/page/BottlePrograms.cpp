@@ -7,6 +7,7 @@
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
+#include "backend/ProgramRecord.h"
 
 BottlePrograms::BottlePrograms(const QString& bottle, QObject* parent) : QObject(parent), m_bottle(bottle) {
     follow();
@@ -116,6 +117,21 @@ int BottlePrograms::addFiles(const QStringList& files) {
         });
     }
     return count;
+}
+
+void BottlePrograms::addFound(const QJsonObject& record) {
+    const auto add = [bottle = m_bottle, record] {
+        return BottlesConfig::instance()->updateExternalProgram(bottle, record);
+    };
+    changeServiceAsync(this, add, [this, record](const BusResult& result) {
+        const QString name = ProgramRecord::name(record);
+        if (result.ok) {
+            readProgram(ProgramRecord::id(record));
+            return;
+        }
+        qWarning().noquote() << "can't add" << name << "to" << m_bottle << result.errorMessage;
+        Q_EMIT failed(tr("%1 could not be added: %2").arg(name, result.errorText()));
+    });
 }
 
 void BottlePrograms::remove(const QString& id) {

@@ -30,6 +30,8 @@ public:
     void selectFile(const QString& file);
     /// Adds those files that are Windows programs; returns how many are.
     int addFiles(const QStringList& files);
+    /// Enters a program that the service has found.
+    void addFound(const QJsonObject& record);
     /// Takes the program off the bottle's list; its files stay.
     void remove(const QString& id);
 

@@ -20,6 +20,7 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "launch/run/BottleTasks.h"
+#include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "shell/configuration/hints/CustomSPitter.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BasicPage.h"
@@ -368,6 +369,13 @@ void BottlesConfigView::onNtSyncSwitchBtnClicked() {
 }
 
 void BottlesConfigView::onAddEntryButtonClicked() {
+    auto* dialog = new ChooseExecutableDialog(tr("Adding application shortcuts"), m_bottle, this);
+    connect(dialog, &ChooseExecutableDialog::programChosen, m_programs, &BottlePrograms::addFound);
+    connect(dialog, &ChooseExecutableDialog::fileRequested, this, &BottlesConfigView::chooseFile);
+    dialog->open();
+}
+
+void BottlesConfigView::chooseFile() {
     const QString path = BottleRecord::path(m_settings->record());
     QFileDialog* dialog =
         FileChoice::make(FileChoice::Kind::Program, this, tr("Adding application shortcuts"),

@@ -88,6 +88,7 @@ private:
     void refreshPrograms();
     void startRun(bool inTerminal);
     void checkDriver();
+    void chooseFile();
     void choose(Setting setting, const QVariant& value);
     void askAboutPrograms(Setting component, const QStringList& programs);
     void showError(const QString& errorText);

@@ -1,0 +1,141 @@
+#include "shell/configuration/executables/ChooseExecutableDialog.h"
+
+#include <QAbstractButton>
+#include <QDebug>
+#include <QHeaderView>
+#include <QStackedWidget>
+#include <QStandardItemModel>
+#include <QTreeView>
+
+#include "backend/BottleRecord.h"
+#include "backend/BottlesConfig.h"
+#include "backend/InBackground.h"
+#include "backend/ProgramRecord.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/Spinner.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "programs/ListPlaceholder.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr QSize ListSize(520, 320);
+constexpr int NameWidth = 220;
+enum Column { Name, Location };
+
+QStandardItem* makeItem(const QString& text, bool isEntered) {
+    auto* item = new QStandardItem(text);
+    item->setEditable(false);
+    item->setEnabled(!isEntered);
+    item->setToolTip(isEntered ? ChooseExecutableDialog::tr("Already in the list of applications")
+                               : plainToolTip(text));
+    return item;
+}
+
+}  // namespace
+
+ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QString& bottle, QWidget* parent)
+    : Dialog(title, {}, parent),
+      m_bottle(bottle),
+      m_model(new QStandardItemModel(this)),
+      m_list(new QTreeView),
+      m_nothing(new ListPlaceholder(Theme::icon("cxb_app_default_icon"), {})),
+      m_pages(new QStackedWidget) {
+    setObjectName("choose_executable_dialog");
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_list->setObjectName("executables_list");
+    m_list->setAccessibleName(tr("Programs in this container"));
+    m_list->setModel(m_model);
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setTextElideMode(Qt::ElideMiddle);
+    auto* spinner = new Spinner;
+    spinner->startDelayed();
+    m_pages->setFixedSize(ListSize);
+    m_pages->addWidget(spinner);
+    m_pages->addWidget(m_nothing);
+    m_pages->addWidget(m_list);
+    addContent(m_pages);
+    addButton(tr("Cancel"));
+    const int other = addButton(tr("Another file..."));
+    m_add = addButton(tr("Add"), true, ButtonRecommend);
+    button(m_add)->setEnabled(false);
+    connect(m_list, &QTreeView::clicked, this, &ChooseExecutableDialog::onItemClicked);
+    connect(m_list, &QTreeView::activated, this, [this] { button(m_add)->click(); });
+    connect(this, &Dialog::buttonClicked, this, [this, other](int index) {
+        if (index == m_add)
+            onOkBtnClicked();
+        else if (index == other)
+            Q_EMIT fileRequested();
+    });
+    load();
+}
+
+void ChooseExecutableDialog::load() {
+    BottlesConfig::instance()->listBottlesAllPrograms(m_bottle, this, [this](const BusResult& result) {
+        if (result.ok) {
+            onPrograms(result.array());
+            return;
+        }
+        qWarning().noquote() << "cannot list the programs in" << m_bottle << result.errorMessage;
+        showText(tr("The programs in this container cannot be read at the moment."), result.errorText());
+    });
+}
+
+void ChooseExecutableDialog::onPrograms(const QJsonArray& programs) {
+    BottlesConfig::instance()->watchBottle(m_bottle, this, [this, programs](const BusResult& result) {
+        const auto look = [path = BottleRecord::path(result.object()), programs] {
+            return ExecutableList::of(path, programs, ExecutableList::nameInVersionBlock);
+        };
+        inBackground(this, look, [this](const QVector<Executable>& found) { fill(found); });
+    });
+}
+
+void ChooseExecutableDialog::fill(const QVector<Executable>& executables) {
+    m_executables = executables;
+    m_model->setHorizontalHeaderLabels({tr("Name"), tr("Location")});
+    m_list->header()->resizeSection(Name, NameWidth);
+    int first = -1;
+    for (const Executable& found : executables) {
+        if (!found.isEntered && first < 0)
+            first = m_model->rowCount();
+        m_model->appendRow({makeItem(found.name, found.isEntered), makeItem(found.path, found.isEntered)});
+    }
+    if (first < 0) {
+        showText(tr("No other program has been found in this container."));
+        return;
+    }
+    m_list->setCurrentIndex(m_model->index(first, Name));
+    m_pages->setCurrentWidget(m_list);
+    m_list->setFocus();
+    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &ChooseExecutableDialog::onItemClicked);
+    onItemClicked(m_list->currentIndex());
+}
+
+void ChooseExecutableDialog::showText(const QString& text, const QString& detail) {
+    m_nothing->setText(text);
+    m_nothing->setDetail(detail);
+    m_pages->setCurrentWidget(m_nothing);
+}
+
+const Executable* ChooseExecutableDialog::chosen() const {
+    const int row = m_list->currentIndex().row();
+    const bool canBeAdded = row >= 0 && row < m_executables.size() && !m_executables[row].isEntered;
+    return canBeAdded ? &m_executables[row] : nullptr;
+}
+
+void ChooseExecutableDialog::onItemClicked(const QModelIndex&) {
+    button(m_add)->setEnabled(chosen());
+}
+
+void ChooseExecutableDialog::onOkBtnClicked() {
+    const Executable* executable = chosen();
+    if (!executable)
+        return;
+    QJsonObject record = ProgramRecord::adopted(executable->record);
+    record.insert("name", executable->name);
+    Q_EMIT programChosen(record);
+}

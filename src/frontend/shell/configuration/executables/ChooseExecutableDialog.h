@@ -1,0 +1,43 @@
+#pragma once
+
+#include "fenk/window/Dialog.h"
+#include "shell/configuration/executables/ExecutableList.h"
+
+class ListPlaceholder;
+class QModelIndex;
+class QStackedWidget;
+class QStandardItemModel;
+class QTreeView;
+
+/// Lets the user pick one of the programs that lie in a bottle: those that are entered already are shown, but
+/// can't be picked. Does not wait for the service.
+class ChooseExecutableDialog : public Fenk::Dialog {
+    Q_OBJECT
+public:
+    ChooseExecutableDialog(const QString& title, const QString& bottle, QWidget* parent = nullptr);
+
+public Q_SLOTS:
+    void onOkBtnClicked();
+    void onItemClicked(const QModelIndex& index);
+
+Q_SIGNALS:
+    /// The record with which the picked one can be entered.
+    void programChosen(const QJsonObject& record);
+    /// The user wants to choose a file that is not in the list.
+    void fileRequested();
+
+private:
+    void load();
+    void onPrograms(const QJsonArray& programs);
+    void fill(const QVector<Executable>& executables);
+    void showText(const QString& text, const QString& detail = {});
+    const Executable* chosen() const;
+
+    const QString m_bottle;
+    QVector<Executable> m_executables;
+    QStandardItemModel* m_model;
+    QTreeView* m_list;
+    ListPlaceholder* m_nothing;
+    QStackedWidget* m_pages;
+    int m_add = 0;  ///< index of the button
+};

@@ -1,0 +1,50 @@
+#include "shell/configuration/executables/ExecutableList.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QSet>
+
+#include "backend/ProgramRecord.h"
+#include "backend/WindowsPath.h"
+#include "launch/inspection/ExeFileInfo.h"
+
+QVector<Executable> ExecutableList::of(const QString& bottlePath, const QJsonArray& programs,
+                                       const std::function<QString(const QString& file)>& nameOfFile) {
+    QVector<Executable> list;
+    QSet<QString> known;
+    for (const QJsonValue& value : programs) {
+        const QJsonObject record = value.toObject();
+        const QString path = ProgramRecord::path(record);
+        const bool isWindows = WindowsPath::isWindowsPath(path);
+        if (path.isEmpty() || WindowsPath::isDrive(path))
+            continue;
+        const QString file = isWindows ? WindowsPath::toUnix(bottlePath, path) : path;
+        const QString canonical = QFileInfo(file).canonicalFilePath();
+        const QString key = canonical.isEmpty() ? file : canonical;
+        if (known.contains(key)) {
+            qInfo().noquote() << "Program already exists: " << path;
+            continue;
+        }
+        known.insert(key);
+        qInfo().noquote() << "Append program: " << path;
+        QString name = ProgramRecord::name(record).simplified();
+        if (name.isEmpty())
+            name = nameOfFile(file).simplified();
+        if (name.isEmpty())
+            name = QFileInfo(file).completeBaseName();
+        list.append({name, path, record, !ProgramRecord::autoDiscovered(record)});
+    }
+    return list;
+}
+
+QString ExecutableList::nameInVersionBlock(const QString& file) {
+    if (!QFileInfo(file).isFile())
+        return {};
+    const QJsonObject block = peVersionInfo(file);
+    for (const char* key : {"ProductName", "FileDescription"}) {
+        const QString name = block.value(QLatin1String(key)).toString().simplified();
+        if (!name.isEmpty())
+            return name;
+    }
+    return {};
+}
