@@ -3,6 +3,8 @@
 #include <QScrollBar>
 
 #include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 #include "shell/configuration/hints/HintHtml.h"
 
 using Fenk::Theme;
@@ -11,7 +13,7 @@ DebuggingLogsView::DebuggingLogsView(QWidget* parent) : QTextBrowser(parent) {
     setObjectName("debugging_hints");
     setAccessibleName(tr("Hints"));
     setOpenLinks(false);
-    setFrameShape(QFrame::NoFrame);
+    Fenk::setTextAreaLook(this);
     connect(Theme::instance(), &Theme::changed, this, &DebuggingLogsView::render);
     render();
 }
@@ -31,6 +33,7 @@ void DebuggingLogsView::render() {
     QPalette colors = theme->palette();
     colors.setColor(QPalette::Base, theme->color(Theme::Sunken));
     setPalette(colors);
+    document()->setIndentWidth(Fenk::Tokens::Space16);
     const int place = verticalScrollBar()->value();
     document()->setDefaultStyleSheet(QString("a { color: %1; }").arg(theme->color(Theme::Accent).name()));
     setHtml(QString(m_page).replace(QLatin1String(HintHtml::FixedStyle),

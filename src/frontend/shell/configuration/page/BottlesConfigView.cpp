@@ -53,7 +53,7 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int LogHeight = 220;
+constexpr int LogHeight = 260;
 
 }  // namespace
 

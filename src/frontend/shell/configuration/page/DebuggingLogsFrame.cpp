@@ -28,6 +28,24 @@ QString helpUrl() {
     return BuildInfo::driverHelpUrl().arg(isChinese ? "cn" : "en");
 }
 
+/// A heading with buttons at its right edge, and what it is the heading of.
+QWidget* makePart(const QString& title, const QVector<QWidget*>& buttons, QWidget* content) {
+    auto* head = new QHBoxLayout;
+    head->setSpacing(Tokens::Space8);
+    auto* label = new Label(title, Label::Strong);
+    label->setMinimumHeight(Tokens::CompactHeight);
+    head->addWidget(label, 1);
+    for (QWidget* button : buttons)
+        head->addWidget(button);
+    auto* part = new QWidget;
+    auto* layout = new QVBoxLayout(part);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space4);
+    layout->addLayout(head);
+    layout->addWidget(content, 1);
+    return part;
+}
+
 }  // namespace
 
 DebuggingLogsFrame::DebuggingLogsFrame(QWidget* parent)
@@ -37,28 +55,22 @@ DebuggingLogsFrame::DebuggingLogsFrame(QWidget* parent)
       m_hints(new DebuggingLogsView),
       m_spinner(new Spinner) {
     setObjectName("debugging_logs");
-    auto* nothing = new Label(tr("No debugging logs yet"), Label::Secondary);
-    nothing->setAlignment(Qt::AlignCenter);
-    m_pages->addWidget(nothing);
-    m_pages->addWidget(m_log);
+    m_spinner->setToolTip(tr("Looking for hints in the log"));
+    m_spinner->setAccessibleName(m_spinner->toolTip());
     auto* splitter = new CustomSPitter(Qt::Horizontal);
-    splitter->addWidget(m_pages);
+    splitter->addWidget(makeLogPart());
     splitter->addWidget(makeHintsPart());
     splitter->setStretchFactor(0, LogShare);
     splitter->setStretchFactor(1, HintsShare);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Tokens::RingExtent, Tokens::Space4, Tokens::Space12, 0);
-    layout->setSpacing(Tokens::Space4);
-    layout->addWidget(makeHead());
-    layout->addWidget(splitter, 1);
+    layout->addWidget(splitter);
     connect(m_hints, &QTextBrowser::anchorClicked, this, &DebuggingLogsFrame::anchorClicked);
-    m_spinner->setToolTip(tr("Looking for hints in the log"));
-    m_spinner->setAccessibleName(m_spinner->toolTip());
     setReading(false);
     m_hintsPart->hide();
 }
 
-QWidget* DebuggingLogsFrame::makeHead() {
+QWidget* DebuggingLogsFrame::makeLogPart() {
     auto* clearButton = new IconButton("fenk-delete", tr("Clear Log"), nullptr, IconButton::Compact);
     clearButton->setObjectName("cxb_refresh_terminal");
     auto* folderButton =
@@ -66,24 +78,15 @@ QWidget* DebuggingLogsFrame::makeHead() {
     folderButton->setObjectName("cxb_show_winelogs");
     connect(clearButton, &QToolButton::clicked, this, &DebuggingLogsFrame::clear);
     connect(folderButton, &QToolButton::clicked, this, &DebuggingLogsFrame::folderRequested);
-    auto* head = new QWidget;
-    auto* row = new QHBoxLayout(head);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(Tokens::Space8);
-    row->addWidget(new Label(tr("Debug Log"), Label::Strong), 1);
-    row->addWidget(m_spinner);
-    row->addWidget(clearButton);
-    row->addWidget(folderButton);
-    return head;
+    auto* nothing = new Label(tr("No debugging logs yet"), Label::Secondary);
+    nothing->setAlignment(Qt::AlignCenter);
+    m_pages->addWidget(nothing);
+    m_pages->addWidget(m_log);
+    return makePart(tr("Debug Log"), {m_spinner, clearButton, folderButton}, m_pages);
 }
 
 QWidget* DebuggingLogsFrame::makeHintsPart() {
-    m_hintsPart = new QWidget;
-    auto* layout = new QVBoxLayout(m_hintsPart);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Tokens::Space4);
-    layout->addWidget(new Label(tr("What you can try"), Label::Strong));
-    layout->addWidget(m_hints, 1);
+    m_hintsPart = makePart(tr("What you can try"), {}, m_hints);
     return m_hintsPart;
 }
 

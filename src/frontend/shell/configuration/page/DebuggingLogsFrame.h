@@ -35,7 +35,7 @@ Q_SIGNALS:
     void anchorClicked(const QUrl& anchor);
 
 private:
-    QWidget* makeHead();
+    QWidget* makeLogPart();
     QWidget* makeHintsPart();
 
     QStackedWidget* m_pages;
