@@ -28,9 +28,21 @@ inline bool isPublicBottle(const QString& bottle) {
     return bottle.startsWith(QLatin1String("public/"));
 }
 
-/// A Proton runner, such as "ge-proton9".
+/// A Proton of any origin, such as "lumora-proton9" or "ge-proton9".
 inline bool isProton(const QString& runner) {
     return runner.contains(QLatin1String("-proton"));
+}
+
+/// A Proton that has to be set up before its first use and needs 32-bit drivers for 32-bit programs, such as
+/// "ge-proton9". Also of a version as windows show it.
+inline bool isGeProton(const QString& runner) {
+    return runner.startsWith(QLatin1String("ge-proton")) ||
+           runner.startsWith(QLatin1String("lumora-ge-proton"));
+}
+
+/// The debug channels that a launch logs when the user has not chosen others: those that a diagnosis reads.
+inline QString launchDebugChannels() {
+    return QStringLiteral("err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file");
 }
 
 /// Whether a program started this process when it crashed. The crash handler that programs built on a browser

@@ -14,8 +14,6 @@
 
 namespace {
 
-const char LaunchDebugChannels[] =
-    "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file";
 constexpr int TickMs = 1000;
 constexpr int TerminalWindowMs = 3000;
 constexpr int SilenceMs = 75000;  // a launch script waits 60 s for an installation, and says so then
@@ -105,7 +103,7 @@ void WatchedRun::launchInTerminal() {
 }
 
 void WatchedRun::launchWatched() {
-    m_launcher->addEnvironment(LaunchDebugChannels);
+    m_launcher->addEnvironment("WINEDEBUG=" + WineNames::launchDebugChannels());
     m_monitor->waitsForAll = m_program.file->isInstaller();
     m_monitor->start(m_bottle->name());
     m_silenceTimer.start();

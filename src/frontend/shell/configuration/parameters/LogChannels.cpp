@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include "core/base/WineNames.h"
+
 namespace LogChannels {
 
 namespace {
@@ -25,8 +27,6 @@ const struct {
      "alsa,"
      "+coreaudio"},
 };
-
-const char Default[] = "err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file";
 
 }  // namespace
 
@@ -55,12 +55,12 @@ QString withEntry(const QString& stored, int entry) {
 }
 
 bool isProtonVersion(const QString& wine) {
-    return wine.startsWith("ge-proton") || wine.startsWith("lumora-ge-proton");
+    return WineNames::isGeProton(wine);
 }
 
 QString environment(const QString& channels, const QString& wine) {
-    QString text = "WINEDEBUG=" + (channels.isEmpty() ? QString(Default) : channels);
-    if (isProtonVersion(wine))
+    QString text = "WINEDEBUG=" + (channels.isEmpty() ? WineNames::launchDebugChannels() : channels);
+    if (WineNames::isGeProton(wine))
         text.remove("warn+file");
     return text;
 }

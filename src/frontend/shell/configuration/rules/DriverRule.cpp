@@ -1,9 +1,9 @@
 #include "shell/configuration/rules/DriverRule.h"
 
-#include "shell/configuration/parameters/LogChannels.h"
+#include "core/base/WineNames.h"
 
 bool DriverRule::isConcerned(const QString& architecture, const QString& runner) {
-    return architecture == QLatin1String("amd64") && LogChannels::isProtonVersion(runner);
+    return architecture == QLatin1String("amd64") && WineNames::isGeProton(runner);
 }
 
 bool DriverRule::isFor32Bit(const QString& fileDescription) {
