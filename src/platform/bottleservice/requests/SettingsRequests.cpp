@@ -6,6 +6,7 @@
 
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/Emulators.h"
+#include "bottleservice/components/GraphicsLayer.h"
 #include "bottleservice/jobs/ChangeSettingsJob.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/RequestChecks.h"
@@ -16,6 +17,18 @@ namespace {
 const char Overrides[] = "DLL_Overrides";
 const char Fonts[] = "Font_Replacements";
 const char Parameters[] = "Parameters";
+
+/// DXVK and VKD3D draw with Vulkan only. Without the overrides Wine takes its own DLLs, whatever lies beside
+/// them, so that this needs no installation.
+void endGraphicsLayers(BottleYaml& settings) {
+    for (const char* key : {"DXVK", "VKD3D"}) {
+        if (settings.record()[QLatin1String(key)].toString().isEmpty())
+            continue;
+        for (const QString& dll : GraphicsLayer::knownDlls(key))
+            settings.removeFrom(Overrides, QFileInfo(dll).baseName());
+        settings.set(key, QString());
+    }
+}
 
 }  // namespace
 
@@ -74,8 +87,13 @@ void SettingsRequests::setRenderer(const QString& bottle, const QString& rendere
             reply))
         return;
     change(
-        bottle, [renderer](BottleYaml& settings) { settings.setIn(Parameters, "renderer", renderer); }, {},
-        reply);
+        bottle,
+        [renderer](BottleYaml& settings) {
+            settings.setIn(Parameters, "renderer", renderer);
+            if (renderer != QLatin1String("vulkan"))
+                endGraphicsLayers(settings);
+        },
+        {}, reply);
 }
 
 void SettingsRequests::setWindowsVersion(const QString& bottle, const QString& code, const Reply& reply) {
