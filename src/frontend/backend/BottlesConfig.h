@@ -49,9 +49,13 @@ public:
                    const Handler& handler = {}) {
         fireOrWatch("setRunner", {bottle, version, true}, context, handler);
     }
-    void setDxvk(const QString& bottle, const QString& version) { fire("setDxvk", {bottle, version, true}); }
-    void setVkD3D(const QString& bottle, const QString& version) {
-        fire("setVkD3D", {bottle, version, true});
+    void setDxvk(const QString& bottle, const QString& version, QObject* context = nullptr,
+                 const Handler& handler = {}) {
+        fireOrWatch("setDxvk", {bottle, version, true}, context, handler);
+    }
+    void setVkD3D(const QString& bottle, const QString& version, QObject* context = nullptr,
+                  const Handler& handler = {}) {
+        fireOrWatch("setVkD3D", {bottle, version, true}, context, handler);
     }
     QJsonObject getInstallingComponents(const QString& bottle, const QString& kind);
     BusResult cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name) {
@@ -63,6 +67,11 @@ public:
     }
     void reinstallDependency(const QString& bottle, const QString& dependency) {
         fire("reinstallDependency", {bottle, dependency});
+    }
+    /// The same without waiting.
+    void watchInstallingComponents(const QString& bottle, const QString& kind, QObject* context,
+                                   const Handler& handler) {
+        watch("getInstallingComponents", {bottle, kind}, context, handler);
     }
     QString getInstallingDependency(const QString& bottle);
     BusResult cancelInstallingDependency(const QString& bottle) {
@@ -81,17 +90,32 @@ public:
         watch("getRunnerVersion", {runner}, context, handler);
     }
 
-    // Switches; none of them confirms.
-    void setDPI(const QString& bottle, int dpi) { fire("setDPI", {bottle, dpi}); }
-    void setCpuRendering(const QString& bottle, bool on) { fire("setCpuRendering", {bottle, on}); }
-    void setDiscreteGpu(const QString& bottle, bool on) { fire("setDiscreteGpu", {bottle, on}); }
-    void setMemOptimized(const QString& bottle, bool on) { fire("setMemOptimized", {bottle, on}); }
-    void setNTSync(const QString& bottle, bool on) { fire("setNTSync", {bottle, on}); }
-    void setD3dRenderer(const QString& bottle, const QString& renderer) {
-        fire("setD3dRenderer", {bottle, renderer});
+    // Switches. No signal confirms them; the optional handlers get the call's own end.
+    void setDPI(const QString& bottle, int dpi, QObject* context = nullptr, const Handler& handler = {}) {
+        fireOrWatch("setDPI", {bottle, dpi}, context, handler);
     }
-    void setWindowsVersion(const QString& bottle, const QString& version) {
-        fire("setWindowsVersion", {bottle, version});
+    void setCpuRendering(const QString& bottle, bool on, QObject* context = nullptr,
+                         const Handler& handler = {}) {
+        fireOrWatch("setCpuRendering", {bottle, on}, context, handler);
+    }
+    void setDiscreteGpu(const QString& bottle, bool on, QObject* context = nullptr,
+                        const Handler& handler = {}) {
+        fireOrWatch("setDiscreteGpu", {bottle, on}, context, handler);
+    }
+    void setMemOptimized(const QString& bottle, bool on, QObject* context = nullptr,
+                         const Handler& handler = {}) {
+        fireOrWatch("setMemOptimized", {bottle, on}, context, handler);
+    }
+    void setNTSync(const QString& bottle, bool on, QObject* context = nullptr, const Handler& handler = {}) {
+        fireOrWatch("setNTSync", {bottle, on}, context, handler);
+    }
+    void setD3dRenderer(const QString& bottle, const QString& renderer, QObject* context = nullptr,
+                        const Handler& handler = {}) {
+        fireOrWatch("setD3dRenderer", {bottle, renderer}, context, handler);
+    }
+    void setWindowsVersion(const QString& bottle, const QString& version, QObject* context = nullptr,
+                           const Handler& handler = {}) {
+        fireOrWatch("setWindowsVersion", {bottle, version}, context, handler);
     }
 
     // DLL overrides and fonts. The handlers get objects as text.

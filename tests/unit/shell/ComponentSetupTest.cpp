@@ -15,7 +15,7 @@ class ComponentSetupTest : public QObject {
         if (words[0] == "choose")
             setup->choose(ComponentSetup::valueOf(name));
         else if (words[0] == "adopt")
-            setup->adopt(name, false);
+            setup->adopt({{"other", "DONE"}, {name, "DOWNLOADING"}});
         else if (words[0] == "wait")
             setup->waiting(name);
         else if (words[0] == "progress")

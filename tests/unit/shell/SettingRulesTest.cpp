@@ -121,9 +121,6 @@ private Q_SLOTS:
     void calls() {
         for (int i = 0; i < SettingCount; ++i)
             QCOMPARE(int(SettingTable::all()[size_t(i)].setting), i);
-        QCOMPARE(SettingTable::arguments(Setting::Dxvk, "b", QString()), QVariantList({"b", "-", true}));
-        QCOMPARE(SettingTable::arguments(Setting::Runner, "b", "w"), QVariantList({"b", "w", true}));
-        QCOMPARE(SettingTable::arguments(Setting::Dpi, "b", 120), QVariantList({"b", 120}));
         Setting setting = Setting::Dpi;
         QVERIFY(SettingTable::settingOfKind("vkd3d", &setting) && setting == Setting::Vkd3d);
         QVERIFY(!SettingTable::settingOfKind("", &setting));

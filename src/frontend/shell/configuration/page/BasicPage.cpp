@@ -79,9 +79,11 @@ void BasicPage::refresh() {
         if (!row->switcher())
             continue;
         const ComponentSetup& setup = m_settings->setup(setting);
-        row->switcher()->setOffer(m_settings->offer(setting), m_settings->values().text(setting));
+        const ComponentOffer offer = m_settings->offer(setting);
+        row->switcher()->setOffer(offer, m_settings->values().text(setting));
         row->switcher()->setSetup(setup);
-        row->setProblem(setup.reason());
+        // A bare list shows its obstacle itself.
+        row->setProblem(!setup.reason().isEmpty() || offer.isBare() ? setup.reason() : offer.obstacle);
         row->setBusy(setup.isUnderWay());
     }
 }

@@ -22,21 +22,6 @@ namespace {
 constexpr int DpiDelayMs = 600;
 constexpr Setting Components[] = {Setting::Dxvk, Setting::Vkd3d, Setting::Runner};
 
-/// Sends settings, and is told when the service refuses one.
-class SettingCalls : public ServiceProxy<SettingCalls> {
-    friend class Fenk::Singleton<SettingCalls>;
-
-public:
-    void set(Setting setting, const QString& bottle, const QVariant& value, QObject* context,
-             const Handler& handler) {
-        watch(SettingTable::of(setting).method, SettingTable::arguments(setting, bottle, value), context,
-              handler, BusReply::Wanted::Ignored);
-    }
-
-private:
-    SettingCalls() : ServiceProxy("Bottles", LongTimeoutMs) {}
-};
-
 bool isComponent(Setting setting) {
     return SettingTable::of(setting).control == SettingControl::Component;
 }
@@ -132,18 +117,18 @@ void BottleSettings::onRecord(const BusResult& result) {
 }
 
 void BottleSettings::readInstalling() {
-    const auto read = [bottle = m_bottle] {
-        return BottlesConfig::instance()->getInstallingComponents(bottle, ComponentKind::runner());
-    };
-    callServiceAsync(this, read, [this](const QJsonObject& installing) {
+    const auto adopt = [this](const BusResult& result) {
+        if (!result.ok)
+            qWarning("Failed to fetch bottles config.");
+        const QJsonObject installing = result.object();
         qInfo() << "bottles is installing " << installing;
-        if (installing.isEmpty() || setup(Setting::Runner).isUnderWay())
+        if (setup(Setting::Runner).isUnderWay() || !setupOf(Setting::Runner).adopt(installing))
             return;
-        const QString name = installing.keys().first();
-        setupOf(Setting::Runner).adopt(name, installing.value(name).toString() == QLatin1String("SETUPING"));
-        m_values.set(Setting::Runner, ComponentSetup::valueOf(name));
+        m_values.set(Setting::Runner, ComponentSetup::valueOf(setup(Setting::Runner).name()));
         Q_EMIT changed();
-    });
+    };
+    // Not from another thread: the signal of the end could overtake this answer.
+    BottlesConfig::instance()->watchInstallingComponents(m_bottle, ComponentKind::runner(), this, adopt);
 }
 
 void BottleSettings::setState(State state, const QString& errorText) {
@@ -170,10 +155,14 @@ ComponentOffer BottleSettings::offer(Setting component) const {
 void BottleSettings::choose(Setting setting, const QVariant& value) {
     if (m_state != State::Ready || value == m_values.value(setting))
         return;
+    if (SettingRules::endsGraphicsLayers(setting, value))
+        cancelGraphics();
     const SettingRules::Effect effect = SettingRules::effectOf(m_values, setting, value);
     Undo undo{m_values, {setting}};
-    if (effect.setsVulkan)
-        undo.sent.append(Setting::Renderer);
+    for (const Setting other : {Setting::Renderer, Setting::Dxvk, Setting::Vkd3d}) {
+        if (other != setting && effect.values.value(other) != m_values.value(other))
+            undo.sent.append(other);
+    }
     if (setting == Setting::Dpi && m_dpiTimer.isActive())
         undo = m_undo;
     m_values = effect.values;
@@ -207,7 +196,7 @@ void BottleSettings::sendDpi() {
 
 /// A refused change is taken back by reading the record again.
 void BottleSettings::send(Setting setting, const QVariant& value) {
-    SettingCalls::instance()->set(setting, m_bottle, value, this, [this, setting](const BusResult& answer) {
+    SettingTable::of(setting).send(m_bottle, value, this, [this, setting](const BusResult& answer) {
         if (answer.ok || answer.timedOut)
             return;
         qWarning().noquote() << "the setting" << SettingTable::of(setting).objectName << "of" << m_bottle
@@ -222,9 +211,8 @@ void BottleSettings::send(Setting setting, const QVariant& value) {
 
 void BottleSettings::sendComponent(Setting component) {
     const QString name = setup(component).name();
-    SettingCalls::instance()->set(
-        component, m_bottle, ComponentSetup::valueOf(name), this,
-        [this, component, name](const BusResult& answer) {
+    SettingTable::of(component).send(
+        m_bottle, ComponentSetup::valueOf(name), this, [this, component, name](const BusResult& answer) {
             // The signal says more about a refusal because of running programs, and all about the work
             // itself.
             if (answer.ok || answer.isBusy() || answer.timedOut || setup(component).name() != name)
@@ -302,6 +290,14 @@ void BottleSettings::cancelSetup(Setting component) {
         Q_EMIT runnerChanged();
     }
     Q_EMIT changed();
+}
+
+/// A layer whose setup ended later would be one that the renderer does not use.
+void BottleSettings::cancelGraphics() {
+    for (const Setting layer : {Setting::Dxvk, Setting::Vkd3d}) {
+        if (setup(layer).isUnderWay())
+            cancelSetup(layer);
+    }
 }
 
 void BottleSettings::undo() {

@@ -70,6 +70,7 @@ private:
     void followComponents();
     void onSetupDone(const QString& kind, const QString& name, const QString& result);
     void onServiceLost();
+    void cancelGraphics();
     /// Tells the setup of that kind; shows its value when the change has ended.
     void tell(const QString& kind, const std::function<bool(ComponentSetup*)>& event);
     void checkNtSync();

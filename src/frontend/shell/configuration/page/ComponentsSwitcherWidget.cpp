@@ -91,10 +91,9 @@ void ComponentsSwitcherWidget::setOffer(const ComponentOffer& offer, const QStri
     if (m_combo->count() == 0 || offer.values != m_offer.values || offer.obstacle != m_offer.obstacle) {
         m_offer = offer;
         m_combo->clear();
-        const bool hasNothing = !offer.obstacle.isEmpty() && offer.values.size() == 1;
         for (const QString& version : offer.values)
-            m_combo->addItem(hasNothing ? offer.obstacle : ComponentSetup::shown(version), version);
-        m_combo->setEnabled(!hasNothing);
+            m_combo->addItem(offer.isBare() ? offer.obstacle : ComponentSetup::shown(version), version);
+        m_combo->setEnabled(!offer.isBare());
         m_combo->setToolTip(plainToolTip(offer.obstacle));
     }
     m_combo->setCurrentIndex(m_combo->findData(value));

@@ -18,6 +18,9 @@ struct ComponentOffer {
     QStringList values;  ///< an empty one stands for "Disabled"
     QString obstacle;    ///< why no version is offered, for the user; empty otherwise
 
+    /// There is nothing to choose.
+    bool isBare() const { return !obstacle.isEmpty() && values.size() == 1; }
+
     /// `current` is always among the values. Duplicates are left out.
     static ComponentOffer of(Setting setting, const QStringList& installed, const QStringList& supported,
                              const QString& current, const GraphicsFacts& graphics);

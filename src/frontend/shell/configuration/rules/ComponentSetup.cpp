@@ -18,9 +18,16 @@ void ComponentSetup::choose(const QString& value) {
     m_phase = Phase::Asked;
 }
 
-void ComponentSetup::adopt(const QString& name, bool isSettingUp) {
-    choose(valueOf(name));
-    m_phase = isSettingUp ? Phase::SettingUp : Phase::Waiting;
+bool ComponentSetup::adopt(const QJsonObject& installing) {
+    for (auto it = installing.begin(); it != installing.end(); ++it) {
+        const bool isSettingUp = it.value() == QLatin1String("SETUPING");
+        if (!isSettingUp && it.value() != QLatin1String("DOWNLOADING"))
+            continue;
+        choose(valueOf(it.key()));
+        m_phase = isSettingUp ? Phase::SettingUp : Phase::Waiting;
+        return true;
+    }
+    return false;
 }
 
 bool ComponentSetup::enter(Phase phase) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
-#include <QStringList>
 
 /// The change of one component of a bottle, from the user's choice to its end. A plain value that is told
 /// what happens; names are those of the wire, where "-" is a component that is off. What is told of another
@@ -24,8 +24,9 @@ public:
     void read(const QString& value) { m_good = value; }
 
     void choose(const QString& value);
-    /// Takes over what the service was doing before this window was there.
-    void adopt(const QString& name, bool isSettingUp);
+    /// Takes over what the service was doing before this window was there, by its answer to
+    /// getInstallingComponents. False when that is nothing.
+    bool adopt(const QJsonObject& installing);
 
     // These are what the service tells. They return whether anything has changed.
     bool waiting(const QString& name);

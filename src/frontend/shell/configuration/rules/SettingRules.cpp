@@ -46,12 +46,16 @@ SettingRowStates SettingRules::rowStates(const SettingValues& values, bool hasNt
     return states;
 }
 
+bool SettingRules::endsGraphicsLayers(Setting setting, const QVariant& value) {
+    return setting == Setting::Renderer && value.toString() != Vulkan;
+}
+
 SettingRules::Effect SettingRules::effectOf(const SettingValues& before, Setting setting,
                                             const QVariant& value) {
     Effect effect{before};
     effect.values.set(setting, value);
     const bool isGraphics = setting == Setting::Dxvk || setting == Setting::Vkd3d;
-    if (setting == Setting::Renderer && value.toString() != Vulkan) {
+    if (endsGraphicsLayers(setting, value)) {
         effect.values.set(Setting::Dxvk, QString());
         effect.values.set(Setting::Vkd3d, QString());
     } else if (isGraphics && !value.toString().isEmpty() && before.text(Setting::Renderer) != Vulkan) {

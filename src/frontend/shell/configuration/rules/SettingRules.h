@@ -29,6 +29,9 @@ SettingRowStates rowStates(const SettingValues& values, bool hasNtSync);
 /// Whether the runner can use that module at all; only then it is worth looking for.
 bool canUseNtSync(const QString& runner);
 
+/// Whether the choice turns off dxvk and vkd3d, which the bottle does by itself when it is told the renderer.
+bool endsGraphicsLayers(Setting setting, const QVariant& value);
+
 /// The values after the user has chosen one.
 struct Effect {
     SettingValues values;

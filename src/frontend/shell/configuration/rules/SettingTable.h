@@ -1,6 +1,11 @@
 #pragma once
 
+#include <functional>
+
 #include "shell/configuration/rules/SettingValues.h"
+
+class QObject;
+struct BusResult;
 
 enum class SettingControl { Choice, Switch, Number, Component };
 
@@ -10,9 +15,11 @@ struct SettingInfo {
     const char* objectName;
     SettingControl control;
     const char* label;
-    const char* tip;     ///< below the label; may be empty
-    const char* help;    ///< what the setting does, as a tool tip
-    const char* method;  ///< of the service: bottle and value are its arguments
+    const char* tip;   ///< below the label; may be empty
+    const char* help;  ///< what the setting does, as a tool tip
+    /// Sets the value in the bottle. The handler gets the end of the call, unless the context goes first.
+    void (*send)(const QString& bottle, const QVariant& value, QObject* context,
+                 const std::function<void(const BusResult&)>& handler);
 };
 
 namespace SettingTable {
@@ -27,8 +34,5 @@ QString label(Setting setting);
 QString componentKind(Setting setting);
 /// The setting of a kind as signals name it; false for an unknown one.
 bool settingOfKind(const QString& kind, Setting* setting);
-
-/// The arguments of the call that sets the value in the bottle. A component that is off is "-" on the wire.
-QVariantList arguments(Setting setting, const QString& bottle, const QVariant& value);
 
 }  // namespace SettingTable
