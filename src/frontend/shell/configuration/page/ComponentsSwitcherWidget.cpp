@@ -105,7 +105,8 @@ void ComponentsSwitcherWidget::setSetup(const ComponentSetup& setup) {
     const bool isFailed = phase == Phase::Failed;
     m_tips->setText(setup.text());
     m_tips->setTextRole(isFailed ? Theme::Danger : Theme::Text);
-    m_tips->setToolTip(plainToolTip(setup.reason()));
+    // Not of the label, which has its own when it is cut.
+    m_tips->parentWidget()->setToolTip(plainToolTip(setup.reason()));
     m_progress->setVisible(!isFailed);
     m_progress->setRange(0, setup.percent() < 0 ? 0 : 100);
     m_progress->setValue(qMax(0, setup.percent()));
