@@ -209,6 +209,40 @@ private Q_SLOTS:
         QTRY_VERIFY(!gpu->isChecked());
     }
 
+    /// The end of the work counts, whenever the call itself is answered, and only one end.
+    void answersComeLate() {
+        m_service->setHeld("Bottles.setDxvk", "");
+        setBottle({"a"}, {{"DXVK", "dxvk-1"}});
+        open();
+        chooseDxvk();
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": true}") && tellDone("dxvk-2", "{\"ok\": false}") &&
+                tellDone("dxvk-1", "nonsense"));
+        QTRY_VERIFY(find("undo_btn")->isVisible());
+        QCOMPARE(m_service->release("setDxvk"), 1);
+        // Somebody else's change is shown; another bottle's is not.
+        QVERIFY(m_service->emitSignal("component_setup_done", "ssss",
+                                      {"home", "dxvk", "dxvk-7", "{\"ok\": true}"}) &&
+                tellDone("dxvk-1", "{\"ok\": true}"));
+        QTRY_COMPARE(dxvk()->combo()->currentText(), QString("dxvk-1"));
+        QCOMPARE(dxvk()->currentIndex(), 0);
+    }
+
+    /// A renderer that has no use for a layer takes it along, also one that is still being fetched, and undo
+    /// brings it back.
+    void rendererEndsLayers() {
+        setBottle({"a"}, {{"DXVK", "dxvk-1"}, {"Parameters", QJsonObject{{"renderer", "vulkan"}}}});
+        open();
+        chooseDxvk();
+        find<QComboBox>("d3drenderer_combobox")->setCurrentIndex(1);
+        QCOMPARE(m_service->waitForCall("cancelInstallingComponent").arguments,
+                 QJsonArray({"office", "dxvk", "dxvk-2"}));
+        QCOMPARE(dxvk()->combo()->currentText(), QString("Disabled"));
+        find<QAbstractButton>("undo_btn")->click();
+        m_service->waitForCall("setDxvk", 2);
+        QCOMPARE(m_service->calls("setDxvk").last().arguments, QJsonArray({"office", "dxvk-1", true}));
+        QCOMPARE(m_service->calls("setD3dRenderer").last().arguments, QJsonArray({"office", "vulkan"}));
+    }
+
     void programsRunning_data() {
         const Table<int, int, int> row("answer", "kills", "calls");
         row("close them", 1, 1, 2);
@@ -232,10 +266,21 @@ private Q_SLOTS:
         QCOMPARE(dxvk()->combo()->currentText(), answer ? QString("dxvk-2") : QString("Disabled"));
     }
 
+    void serviceIsLost_data() {
+        const Table<QStringList> row("signals");
+        row("asked", {});
+        row("waiting", {"component_waiting_downloaded"});
+        row("being set up", {"component_waiting_downloaded", "component_setup_start"});
+        row("failed", {"component_setup_done"});
+    }
     void serviceIsLost() {
+        QFETCH(QStringList, signals);
         setBottle({"a"});
         open();
         chooseDxvk();
+        for (const QString& signal : signals)
+            QVERIFY(signal.endsWith("done") ? tellDone("dxvk-2", "{}") : tell(signal, "dxvk-2"));
+        QTRY_COMPARE(dxvk()->currentIndex(), signals.size() == 1 ? 1 : signals.size());
         m_service->kill();
         auto* failed = find("failed_view");
         QTRY_VERIFY(failed->isVisible());
