@@ -75,6 +75,14 @@ constexpr Row Rows[] = {
     {"other-file",
      QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is not the file that is needed. What is needed is %2.")},
     {"template-failed", QT_TRANSLATE_NOOP("ServiceErrorText", "Wine could not prepare an environment: %1.")},
+    {"bad-export",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is no file of exported components, or it is damaged: %2.")},
+    {"not-on-machine",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The installation needs %1, which is not on this machine.")},
+    {"export-running", QT_TRANSLATE_NOOP("ServiceErrorText",
+                                         "Components are being exported already. Wait until that is done.")},
+    {"import-running", QT_TRANSLATE_NOOP("ServiceErrorText",
+                                         "Components are being imported already. Wait until that is done.")},
 };
 
 const char* formatOf(const QString& code) {

@@ -48,6 +48,10 @@ constexpr Reason::Format Formats[] = {
     {"no-ordinary-file", "%1 is no ordinary file that can be read."},
     {"other-file", "%1 is not the file that is needed. What is needed is %2."},
     {"template-failed", "Wine could not prepare an environment: %1."},
+    {"bad-export", "%1 is no file of exported components, or it is damaged: %2."},
+    {"not-on-machine", "The installation needs %1, which is not on this machine."},
+    {"export-running", "Components are being exported already. Wait until that is done."},
+    {"import-running", "Components are being imported already. Wait until that is done."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -48,6 +48,10 @@ public:
         NoOrdinaryFile,
         OtherFile,
         TemplateFailed,
+        BadExport,
+        NotOnMachine,
+        ExportRunning,
+        ImportRunning,
         CodeCount
     };
 
