@@ -1,6 +1,7 @@
 #include "bottleservice/requests/DependencyRequests.h"
 
 #include <QDebug>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QStandardPaths>
 #include <algorithm>
@@ -34,7 +35,21 @@ Sources DependencyRequests::sources() const {
     return Sources(m_catalogueDir, m_engine->dataDir());
 }
 
+Recipes DependencyRequests::recipes() const {
+    return Recipes(m_catalogueDir, m_engine->dataDir());
+}
+
 void DependencyRequests::install(const QString& bottle, const QString& dependency, const Reply& reply) {
+    add(bottle, {dependency, {}, {}, false, false}, reply);
+}
+
+void DependencyRequests::installFromStore(const QString& bottle, const QString& dependency,
+                                          const Reply& reply) {
+    add(bottle, {dependency, {}, {}, false, true}, reply);
+}
+
+void DependencyRequests::add(const QString& bottle, const Install& install, const Reply& reply) {
+    const QString& dependency = install.dependency;
     if (!Sources::isPlainName(dependency)) {
         reply(
             Answer::failure(Answer::Fault::InvalidArgs,
@@ -48,7 +63,7 @@ void DependencyRequests::install(const QString& bottle, const QString& dependenc
         return;
     }
     QQueue<Install>& line = m_lines[bottle];
-    line.enqueue({dependency, {}, {}, false});
+    line.enqueue(install);
     if (line.size() == 1)
         startFirst(bottle, reply);
     else
@@ -72,14 +87,16 @@ void DependencyRequests::planFirst(const QString& bottle) {
         firstEnded(bottle, cancelled());
         return;
     }
-    const InstallPlan plan = planOf(bottle, m_lines[bottle].head().dependency);
+    const Install first = m_lines[bottle].head();
+    const InstallPlan plan = planOf(bottle, first.dependency, first.fromStore);
     if (plan.refusal.isEmpty())
         fetch(bottle, plan.recipes);
     else
         firstEnded(bottle, failed(plan.refusal));
 }
 
-InstallPlan DependencyRequests::planOf(const QString& bottle, const QString& dependency) const {
+InstallPlan DependencyRequests::planOf(const QString& bottle, const QString& dependency,
+                                       bool fromStore) const {
     Answer failure;
     const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
@@ -87,12 +104,13 @@ InstallPlan DependencyRequests::planOf(const QString& bottle, const QString& dep
     QStringList installed;
     for (const QJsonValue& name : settings->record()["Installed_Dependencies"].toArray())
         installed += name.toString();
-    InstallPlan::Asked asked{
-        dependency, installed, !QStandardPaths::findExecutable("winetricks").isEmpty(), {}};
+    // Winetricks fetches what it installs.
+    const bool hasWinetricks = !fromStore && !QStandardPaths::findExecutable("winetricks").isEmpty();
+    InstallPlan::Asked asked{dependency, installed, hasWinetricks, {}};
     const Runner runner = m_engine->bottles().runnerOf(*settings);
     if (!runner.wine.isEmpty())
         asked.target = RecipeTarget::of(m_engine->bottles().pathOf(bottle), runner.wine);
-    return InstallPlan::make(asked, Recipes(m_catalogueDir, m_engine->dataDir()), sources());
+    return InstallPlan::make(asked, recipes(), sources());
 }
 
 void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& recipes) {
@@ -105,6 +123,15 @@ void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& rec
     QVector<Source> wanted;
     for (const QString& file : qAsConst(files))
         wanted += from.find(file);
+    if (m_lines[bottle].head().fromStore) {
+        for (Source& source : wanted) {
+            source.addresses.clear();  // what is there is only checked
+            if (!QFileInfo(m_downloads->pathOf(source.file)).isFile()) {
+                firstEnded(bottle, failed(Reason(Reason::NotOnMachine, {source.file})));
+                return;
+            }
+        }
+    }
     auto* fetch = new FileFetch(m_downloads, wanted, this);
     m_lines[bottle].head().fetch = fetch;
     connect(fetch, &FileFetch::fileStarted, this, [this, bottle, dependency](const QString& file) {

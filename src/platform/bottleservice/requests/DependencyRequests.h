@@ -29,14 +29,17 @@ public:
     /// once when other installations come first. done() tells the result, also of a refusal, unless the name
     /// is invalid.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
+    /// The same without the network: every file must be on this machine.
+    void installFromStore(const QString& bottle, const QString& dependency, const Reply& reply);
     /// Answers with the name of the component that is being installed, or an empty text.
     void installing(const QString& bottle, const Reply& reply);
     /// Cancels the running installation and those that wait.
     void cancel(const QString& bottle, const Reply& reply);
 
     /// What the installation into the bottle would consist of. Changes nothing.
-    InstallPlan planOf(const QString& bottle, const QString& dependency) const;
+    InstallPlan planOf(const QString& bottle, const QString& dependency, bool fromStore = false) const;
     Sources sources() const;
+    Recipes recipes() const;
 
     /// Ends all downloads; the service ends.
     void close();
@@ -57,8 +60,10 @@ private:
         QPointer<FileFetch> fetch;
         QPointer<InstallDependencyJob> job;
         bool cancelled = false;
+        bool fromStore = false;
     };
 
+    void add(const QString& bottle, const Install& install, const Reply& reply);
     void startFirst(const QString& bottle, const Reply& reply);
     void planFirst(const QString& bottle);
     void fetch(const QString& bottle, const QVector<Recipe>& recipes);
