@@ -24,6 +24,7 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_dependencies(&m_engine, &m_downloads, CELLARIX_CATALOGUE),
       m_repairOffers(&m_engine, &m_downloads, &m_dependencies),
       m_setups(&m_engine, &m_downloads, &m_components, &m_cleanUps, CELLARIX_CATALOGUE),
+      m_offline(&m_engine, &m_downloads, &m_dependencies),
       m_bottlesObject(&m_bottles),
       m_componentsObject(&m_components),
       m_templatesObject(&m_templates),
@@ -31,15 +32,18 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_programsObject(&m_processes),
       m_repairObject(&m_repairOffers, &m_bottleRepairs),
       m_installerObject(&m_setups),
+      m_offlineObject(&m_offline),
       m_managerObject(version),
-      m_objects{&m_bottlesObject,  &m_componentsObject, &m_templatesObject, &m_cleanUpObject,
-                &m_programsObject, &m_repairObject,     &m_installerObject, &m_managerObject} {
+      m_objects{&m_bottlesObject,   &m_componentsObject, &m_templatesObject,
+                &m_cleanUpObject,   &m_programsObject,   &m_repairObject,
+                &m_installerObject, &m_offlineObject,    &m_managerObject} {
     connectRequests();
     addMethods();
     BottleRecovery::run(&m_engine);
     m_settings.recover();
     m_desktop.recover();
     m_repairOffers.recover();
+    m_offline.recover();
 }
 
 void BottleService::connectRequests() {
@@ -77,7 +81,7 @@ bool BottleService::registerOn(const QDBusConnection& bus) {
 bool BottleService::areRequestsDone() const {
     return m_programs.isIdle() && m_desktop.isIdle() && m_components.isIdle() &&
            m_bottleComponents.isIdle() && m_dependencies.isIdle() && m_repairOffers.isIdle() &&
-           m_setups.isIdle();
+           m_setups.isIdle() && m_offline.isIdle();
 }
 
 void BottleService::closeSetups() {
@@ -87,6 +91,7 @@ void BottleService::closeSetups() {
 void BottleService::close() {
     closeSetups();
     m_components.close();
+    m_offline.close();
     m_dependencies.close();
     m_repairOffers.close();
     m_engine.close();

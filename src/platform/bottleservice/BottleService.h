@@ -13,6 +13,7 @@
 #include "bottleservice/requests/ComponentRequests.h"
 #include "bottleservice/requests/DependencyRequests.h"
 #include "bottleservice/requests/DesktopRequests.h"
+#include "bottleservice/requests/OfflineRequests.h"
 #include "bottleservice/requests/ProcessRequests.h"
 #include "bottleservice/requests/ProgramRequests.h"
 #include "bottleservice/requests/RepairOfferRequests.h"
@@ -24,6 +25,7 @@
 #include "bottleservice/wire/ComponentMethods.h"
 #include "bottleservice/wire/InstallerObject.h"
 #include "bottleservice/wire/ManagerObject.h"
+#include "bottleservice/wire/OfflineObject.h"
 #include "bottleservice/wire/ProgramsObject.h"
 #include "bottleservice/wire/RepairObject.h"
 #include "bottleservice/wire/TemplatesObject.h"
@@ -81,6 +83,7 @@ private:
     DependencyRequests m_dependencies;
     RepairOfferRequests m_repairOffers;
     SetupRequests m_setups;
+    OfflineRequests m_offline;
 
     BottlesObject m_bottlesObject;
     ComponentsObject m_componentsObject;
@@ -89,6 +92,7 @@ private:
     ProgramsObject m_programsObject;
     RepairObject m_repairObject;
     InstallerObject m_installerObject;
+    OfflineObject m_offlineObject;
     ManagerObject m_managerObject;
     std::vector<BusObject*> m_objects;
 };

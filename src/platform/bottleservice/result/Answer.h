@@ -12,6 +12,9 @@ struct Answer {
     enum class Fault { None, InvalidArgs, NoSuchBottle, NoSuchProgram, NotSupported, Busy, Failed };
 
     static Answer of(const QString& text = {}) { return {text, Fault::None, {}, {}}; }
+    /// For methods that answer with a boolean.
+    static constexpr char True[] = "true";
+    static Answer yesOrNo(bool yes) { return of(yes ? True : "false"); }
     static Answer failure(Fault fault, const Reason& reason) { return {{}, fault, reason, {}}; }
     /// A refusal because these programs run in the bottle.
     static Answer busy(const QStringList& programs) {

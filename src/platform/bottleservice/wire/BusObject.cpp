@@ -43,6 +43,13 @@ QDBusMessage errorReply(const QDBusMessage& message, const Answer& result) {
     return reply;
 }
 
+QDBusMessage goodReply(const QDBusMessage& message, const QString& signature, const Answer& result) {
+    if (signature.isEmpty())
+        return message.createReply();
+    return message.createReply(signature == "b" ? QVariant(result.text == Answer::True)
+                                                : QVariant(result.text));
+}
+
 }  // namespace
 
 BusObject::BusObject(const QString& path, const QString& contractResource, QObject* parent)
@@ -121,10 +128,8 @@ void BusObject::answer(const QDBusConnection& connection, const QDBusMessage& me
         return;
     if (!result.isGood())
         connection.send(errorReply(message, result));
-    else if (m_contract.method(message.member()).outSignature.isEmpty())
-        connection.send(message.createReply());
     else
-        connection.send(message.createReply(result.text));
+        connection.send(goodReply(message, m_contract.method(message.member()).outSignature, result));
 }
 
 void BusObject::emitSignal(const QString& name, const QVariantList& arguments) {
