@@ -41,7 +41,7 @@ private Q_SLOTS:
     /// What clients may call and how is compared with their proxies elsewhere.
     void contract() {
         for (const char* name : {"", ".Bottles", ".Components", ".Templates", ".Programs", ".CleanUp",
-                                 ".Repair", ".InstallerManager"}) {
+                                 ".Repair", ".InstallerManager", ".OfflineDependency"}) {
             const auto live = m_service.introspect(QString("com.lumora.Manager") + name);
             QVERIFY2(!live.methods.isEmpty(), name);
             QCOMPARE(live.undocumented, QStringList());

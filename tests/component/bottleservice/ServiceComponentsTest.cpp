@@ -45,16 +45,6 @@ class ServiceComponentsTest : public QObject {
         m_service->write("sources.json", QJsonDocument(sources).toJson());
     }
 
-    /// Something that is called as Wine's processes are, and runs for a minute.
-    void startProgram(TestSupport::ChildProcess* process, const QString& windowsPath) const {
-        const QString wine = m_service->home().path() + "/wine64";
-        QFile::copy("/bin/sleep", wine);
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("WINEPREFIX", m_service->bottlePath(Bottle));
-        process->setProcessEnvironment(environment);
-        process->start("bash", {"-c", "exec -a \"$0\" \"$1\" 60", windowsPath, wine});
-    }
-
 private Q_SLOTS:
     void init() {
         m_service = std::make_unique<ServiceFixture>();
@@ -278,9 +268,9 @@ private Q_SLOTS:
             a: {id: a, name: Harbour, path: 'C:\game.exe'}}})");
         m_service->call("setDxvk", {Bottle, "late", true});
         TestSupport::ChildProcess game, other, server;
-        startProgram(&game, "C:\\Game.exe");
-        startProgram(&other, "Z:\\x\\edit.exe");
-        startProgram(&server, "C:\\windows\\system32\\services.exe");
+        m_service->startProgram(&game, Bottle, "C:\\Game.exe");
+        m_service->startProgram(&other, Bottle, "Z:\\x\\edit.exe");
+        m_service->startProgram(&server, Bottle, "C:\\windows\\system32\\services.exe");
         const auto runs = [](const QProcess& process) {
             return QFile::symLinkTarget(QString("/proc/%1/exe").arg(process.processId())).endsWith("/wine64");
         };

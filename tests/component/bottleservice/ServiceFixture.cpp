@@ -24,8 +24,9 @@ QDBusMessage callOf(const QString& object, const QString& method, const QVariant
 
 ServiceFixture::ServiceFixture()
     : m_connection(QDBusConnection::connectToBus(m_bus.address(), "bottleservice-test")) {
-    for (const char* interface : {"com.lumora.Manager.Bottles", "com.lumora.Manager.Components",
-                                  "com.lumora.Manager.Templates", "com.lumora.Manager.InstallerManager"})
+    for (const char* interface :
+         {"com.lumora.Manager.Bottles", "com.lumora.Manager.Components", "com.lumora.Manager.Templates",
+          "com.lumora.Manager.InstallerManager", "com.lumora.Manager.OfflineDependency"})
         m_connection.connect(Service, {}, interface, {}, this, SLOT(onSignal(QDBusMessage)));
 }
 
@@ -133,6 +134,16 @@ ServiceFixture::Interface ServiceFixture::introspect(const QString& interface) c
         QDBusMessage::createMethodCall(Service, '/' + QString(interface).replace('.', '/'),
                                        "org.freedesktop.DBus.Introspectable", "Introspect");
     return parse(m_connection.call(message).arguments().value(0).toString(), interface);
+}
+
+void ServiceFixture::startProgram(TestSupport::ChildProcess* process, const QString& bottle,
+                                  const QString& windowsPath) const {
+    const QString wine = m_home.path() + "/wine64";
+    QFile::copy("/bin/sleep", wine);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("WINEPREFIX", bottlePath(bottle));
+    process->setProcessEnvironment(environment);
+    process->start("bash", {"-c", "exec -a \"$0\" \"$1\" 60", windowsPath, wine});
 }
 
 QString ServiceFixture::write(const QString& name, const QByteArray& content, bool isProgram) const {

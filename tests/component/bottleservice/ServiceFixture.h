@@ -53,6 +53,9 @@ public:
     QString bottlePath(const QString& name) const { return dataDir() + "/bottles/" + name; }
     /// Writes a file below the service's data.
     QString write(const QString& name, const QByteArray& content, bool isProgram = false) const;
+    /// Something that is called as Wine's processes are, and runs in the bottle for a minute.
+    void startProgram(TestSupport::ChildProcess* process, const QString& bottle,
+                      const QString& windowsPath) const;
     /// What is half made or half deleted below a directory of the service's data.
     QStringList unfinished(const QString& directory) const;
     QProcessEnvironment environment() const;
