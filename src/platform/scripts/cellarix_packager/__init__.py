@@ -1,0 +1,8 @@
+"""Packages: from a bottle to a .deb, and from an installed package to a user's bottle.
+
+Packing (bottles_packager.py): request reads what the user has chosen, contents lists what goes along by the rules of
+private, registry and links, menu and debian add what Debian needs, archive writes the .deb into a savefile.
+
+Starting (packaged_program.py): userbottle makes the user's bottle from the package, upgrade brings it to the version
+of an upgraded package, start hands it to the application. layout has the places that both sides know.
+"""

@@ -1,0 +1,151 @@
+"""The list of everything in a package, in the order of the archive; reads names and sizes, no contents."""
+
+import os
+import stat
+from dataclasses import dataclass
+
+from cellarix_packager import layout, links, private
+from cellarix_packager.errors import PackageError
+
+DIRECTORY, FILE, LINK = "directory", "file", "link"
+
+
+@dataclass
+class Entry:
+    """`path` is relative to the root of the package. A FILE has a `source` or `data`; a LINK has a `target`."""
+
+    path: str
+    kind: str
+    size: int = 0
+    source: str = ""
+    data: bytes = None
+    target: str = ""
+    executable: bool = False
+
+
+def text_entry(path, text, executable=False):
+    data = text.encode() if isinstance(text, str) else text
+    return Entry(path, FILE, len(data), data=data, executable=executable)
+
+
+class Contents:
+    """Collects entries by path, so that each is there once, and the bottle's links that are made anew on the other
+    machine. `left_out` has pairs of a path and the reason, for the log."""
+
+    def __init__(self):
+        self.entries = {}
+        self.system_links = {}
+        self.folders = {}
+        self.left_out = []
+
+    def add(self, entry):
+        known = self.entries.setdefault(entry.path, entry)
+        if known is not entry and DIRECTORY not in (known.kind, entry.kind):
+            raise PackageError(f"Two files of the package have the same place: {entry.path}")
+        for parent in _parents(entry.path):
+            if self.entries.setdefault(parent, Entry(parent, DIRECTORY)).kind != DIRECTORY:
+                raise PackageError(f"A file and a directory of the package have the same place: {parent}")
+
+    def in_order(self):
+        return [self.entries[path] for path in sorted(self.entries, key=os.fsencode)]
+
+
+def _parents(path):
+    while path := os.path.dirname(path):
+        yield path
+
+
+class BottleWalk:
+    """Adds what lies below directories of a bottle, or beside it, to the contents."""
+
+    def __init__(self, contents, bottle_dir, data_dir, user):
+        self.contents = contents
+        self.bottle_dir = os.path.realpath(bottle_dir)
+        self.data_dir = os.path.realpath(data_dir)
+        self.user = user
+
+    def add_drive(self, prefix):
+        """The drive C of the bottle below `prefix`."""
+        self._walk(os.path.join(self.bottle_dir, "drive_c"), "drive_c", prefix, self._is_left_out)
+
+    def add_tree(self, source, target, prefix):
+        """A directory outside of the bottle, which the user has chosen, to `target`."""
+        source = os.path.realpath(source)
+        if self.bottle_dir.startswith(source.rstrip("/") + "/"):
+            raise PackageError(f"{source} contains the bottle itself and cannot go into the package.")
+        self._walk(source, target, prefix, lambda _: False)
+
+    def add_file(self, source, target, prefix):
+        self._add(source, target, prefix)
+
+    def _is_left_out(self, relative):
+        inside = relative[len("drive_c/"):]
+        parts = inside.split("/")
+        if parts[0].lower() == "users" and len(parts) > 1 and parts[1] not in (self.user, "Public"):
+            return True
+        return private.is_private(inside)
+
+    def _walk(self, source, relative, prefix, is_left_out):
+        if not os.path.isdir(source):
+            raise PackageError(f"{source} is not a directory.")
+        self.contents.add(Entry(self._place(relative, prefix), DIRECTORY))
+        pending = [(source, relative)]
+        while pending:
+            directory, below = pending.pop()
+            for item in _scan(directory):
+                inside = f"{below}/{item.name}"
+                is_real_directory = item.is_dir(follow_symlinks=False)
+                if is_left_out(inside) and not (item.is_symlink() and self._kind(item.path, inside) == links.FOLDER):
+                    self.contents.left_out.append((inside, "private"))
+                elif is_real_directory:
+                    self.contents.add(Entry(self._place(inside, prefix), DIRECTORY))
+                    pending.append((item.path, inside))
+                else:
+                    self._add(item.path, inside, prefix)
+
+    def _place(self, relative, prefix):
+        """The path in the package. The user's name does not go along."""
+        profile = f"drive_c/users/{self.user}"
+        if relative == profile or relative.startswith(profile + "/"):
+            relative = layout.PROFILE + relative[len(profile):]
+        return f"{prefix}/{relative}"
+
+    def _kind(self, path, relative):
+        return links.kind(self.bottle_dir, self.data_dir, relative, os.path.realpath(path))
+
+    def _add(self, path, relative, prefix):
+        if any(sign in relative for sign in "\n\r"):
+            raise PackageError(f"A file name with a line break cannot go into a package: {relative!r}")
+        status = os.lstat(path)
+        place = self._place(relative, prefix)
+        if stat.S_ISREG(status.st_mode):
+            self.contents.add(Entry(place, FILE, status.st_size, source=path))
+        elif stat.S_ISLNK(status.st_mode):
+            self._add_link(path, relative, prefix)
+        else:
+            self.contents.left_out.append((relative, "not a file"))
+
+    def _add_link(self, path, relative, prefix):
+        target = os.path.realpath(path)
+        place = self._place(relative, prefix)
+        kind = self._kind(path, relative)
+        in_bottle = place[len(prefix) + 1:]
+        if kind == links.SYSTEM_FILE:
+            self.contents.system_links[in_bottle] = target
+        elif kind == links.FOLDER:
+            self.contents.folders[in_bottle] = links.FOLDERS[os.path.basename(relative).lower()]
+        elif kind == links.FULL:
+            self.contents.add(Entry(place, FILE, os.stat(target).st_size, source=target))
+        elif kind == links.INSIDE and not self._is_left_out(os.path.relpath(target, self.bottle_dir)):
+            there = self._place(os.path.relpath(target, self.bottle_dir), prefix)
+            self.contents.add(Entry(place, LINK, target=os.path.relpath(there, os.path.dirname(place))))
+        else:
+            self.contents.left_out.append((relative, "a link that leads out of the bottle"))
+
+
+def _scan(directory):
+    try:
+        with os.scandir(directory) as items:
+            return sorted(items, key=lambda item: os.fsencode(item.name))
+    except OSError as error:
+        raise PackageError(f"{directory} cannot be read: {error.strerror}") from None

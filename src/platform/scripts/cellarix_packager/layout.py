@@ -1,0 +1,26 @@
+"""The places of a package that the packer and the installed program both know.
+
+/opt/apps/PACKAGE/files has "run" (what the menu starts), "package.json" (FORMAT, name, version, programs), "files.json"
+(what a bottle consists of) and "bottle", the shared files themselves.
+"""
+
+import os
+
+FORMAT = 1
+USER = "packaged-user"  # stands for the user's name in paths and registry files of a package
+PROFILE = f"drive_c/users/{USER}"
+REGISTRIES = ("system.reg", "user.reg", "userdef.reg")
+SETTINGS = "bottle.yml"
+RECORD = ".package"  # of a user's bottle: the package.json, files.json and registry files that it was made from
+NO_UPDATE = (".update-timestamp", b"disable\n")  # Wine must not update a prefix with links into its own directory
+
+
+def program_root(package):
+    return f"opt/apps/{package}/files"
+
+
+def data_directory(environ):
+    data = environ.get("XDG_DATA_HOME", "")
+    if not data.startswith("/"):
+        data = os.path.join(environ.get("HOME") or "/", ".local/share")
+    return os.path.join(data, "lumora-wine-bottles")

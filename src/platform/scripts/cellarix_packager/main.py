@@ -1,0 +1,212 @@
+"""The steps of packing: arguments, request, list of contents, limits and free room, archive.
+
+usage: bottles_packager.py BOTTLE --savedir DIRECTORY [--compression xz|zstd]
+
+Prints what it does; lines "::progress:: N" tell the progress in percent. Exits with 0 when DIRECTORY has the package
+PACKAGE_VERSION_ARCHITECTURE.deb, else with 1 after a sentence on stderr. An interrupted run leaves nothing.
+"""
+
+import argparse
+import json
+import os
+import pwd
+import re
+import signal
+import sys
+
+from cellarix_launcher.bottle import bottle_directory
+
+from cellarix_packager import archive, contents, debian, layout, menu, registry, request, running, savefile, settings
+from cellarix_packager.errors import PackageError
+
+IDLE_SECONDS = 10
+REGISTRY_LIMIT = 256 << 20
+
+
+def main(argv):
+    parser = argparse.ArgumentParser(prog="bottles_packager.py", allow_abbrev=False)
+    parser.add_argument("bottle")
+    parser.add_argument("--savedir", required=True)
+    parser.add_argument("--compression", choices=tuple(archive.SUFFIXES), default="xz")
+    options = parser.parse_args(argv)
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        signal.signal(number, _interrupt)
+    try:
+        print("packed:", pack(options), flush=True)
+        return 0
+    except PackageError as error:
+        print(error, file=sys.stderr)
+    except OSError as error:
+        print(f"{error.filename or options.savedir}: {error.strerror}", file=sys.stderr)
+    return 1
+
+
+def _interrupt(number, _frame):
+    sys.exit(128 + number)
+
+
+def pack(options):
+    """Returns the path of the package."""
+    bottle_dir = bottle_directory(options.bottle, os.environ)
+    if bottle_dir is None:
+        raise PackageError(f"There is no bottle named \"{options.bottle}\".")
+    wanted = request.load(bottle_dir)
+    if os.path.exists(os.path.join(bottle_dir, ".before-install", "journal.json")):
+        raise PackageError("Something is being installed into the bottle. Try again when that is done.")
+    if not running.wait_until_idle(bottle_dir, IDLE_SECONDS):
+        raise PackageError("Programs run in the bottle. Close them and try again.")
+    print(f"listing the files of {options.bottle}", flush=True)
+    packing = Packing(wanted, bottle_dir)
+    entries = packing.entries()
+    total = archive.check_limits(entries)
+    _check_room(options.savedir, total)
+    name = f"{wanted.package}_{wanted.version}_{wanted.architecture}.deb"
+    print(f"packing {len(entries)} files and directories, {total >> 20} MiB", flush=True)
+    with savefile.SaveFile(options.savedir, name) as file:
+        archive.write(file.fd, entries, packing.file_list, packing.control_files, options.compression, packing.time,
+                      Progress(total))
+        file.commit()
+        print("::progress:: 100", flush=True)
+        return file.path
+
+
+def _check_room(directory, needed):
+    """Compressed, it takes less; how much is known only afterwards."""
+    free = os.statvfs(directory)
+    if free.f_bavail * free.f_frsize < needed:
+        raise PackageError(f"{directory} has not enough room: the package may need {needed >> 20} MiB, "
+                           f"{free.f_bavail * free.f_frsize >> 20} MiB are free.")
+
+
+class Progress:
+    """Prints a line for each half percent, up to 99."""
+
+    def __init__(self, total):
+        self.total = max(total, 1)
+        self.halves = -1
+
+    def __call__(self, written):
+        halves = min(198 * written // self.total, 198)
+        if halves > self.halves:
+            self.halves = halves
+            print(f"::progress:: {halves / 2:.1f}", flush=True)
+
+
+class Packing:
+    """Puts the contents of one package together. `time` is that of the newest file, for a package must not depend on
+    when it is made; SOURCE_DATE_EPOCH overrides it."""
+
+    def __init__(self, wanted, bottle_dir):
+        self.request = wanted
+        self.bottle_dir = bottle_dir
+        self.user = self._wine_user()
+        self.contents = contents.Contents()
+        self.root = layout.program_root(wanted.package)
+        self.prefix = self.root + "/bottle"
+        self.time = 0
+        self.size = 0
+        self.who = debian.packer(os.environ)
+
+    def entries(self):
+        """Everything but the list of files, which is the last."""
+        walk = contents.BottleWalk(self.contents, self.bottle_dir, layout.data_directory(os.environ), self.user)
+        walk.add_drive(self.prefix)
+        for source in self.request.sources:
+            self._add_source(walk, source)
+        self._add_registry()
+        record = settings.for_package(settings.read(os.path.join(self.bottle_dir, layout.SETTINGS)), self.request,
+                                      self._personal_words())
+        menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
+        self.contents.add(settings.entry(record, self.prefix))
+        self.time = self._newest()
+        service_dir = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
+        made = [debian.run_script(self.request, service_dir), self._package_record()]
+        made += debian.documents(self.request, self.who, self.time)
+        for entry in made:
+            self.contents.add(entry)
+        entries = self.contents.in_order()
+        self.size = sum(-(-entry.size // 4096) * 4096 or 4096 for entry in entries)
+        self._report()
+        return entries
+
+    def _wine_user(self):
+        """The name of the profile in the bottle, which Wine takes from the user's."""
+        text = self._read_text("system.reg")
+        match = re.search(r'"ProfileImagePath"="C:\\\\users\\\\([^"\\]+)"', text)
+        return match[1] if match else os.environ.get("USER") or pwd.getpwuid(os.getuid()).pw_name
+
+    def _personal_words(self):
+        return [word for word in (os.path.expanduser("~"), os.path.expanduser("~").replace("/", "\\")) if len(word) > 1]
+
+    def _read_text(self, name):
+        path = os.path.join(self.bottle_dir, name)
+        with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_CLOEXEC), "rb") as file:
+            data = file.read(REGISTRY_LIMIT + 1)
+        if len(data) > REGISTRY_LIMIT:
+            raise PackageError(f"{path} is too large.")
+        return data.decode("utf-8", "surrogateescape")
+
+    def _add_registry(self):
+        for name in layout.REGISTRIES:
+            if name != "userdef.reg" or os.path.exists(os.path.join(self.bottle_dir, name)):
+                text, left = registry.cleaned(self._read_text(name), self.user, os.path.expanduser("~"))
+                if left:
+                    self.contents.left_out.append((name, f"{left} private keys and values"))
+                self.contents.add(contents.text_entry(f"{self.prefix}/{name}", text.encode("utf-8", "surrogateescape")))
+
+    def _add_source(self, walk, source):
+        """Copies a program from outside of the bottle into drive C."""
+        if source.in_bottle:
+            return
+        inside = source.directory and os.path.realpath(source.path).startswith(os.path.realpath(source.directory) + "/")
+        relative = os.path.relpath(os.path.realpath(source.path), os.path.realpath(source.directory)) if inside else \
+            os.path.basename(source.path)
+        if not source.target.endswith("/" + relative):
+            folder = os.path.basename(os.path.realpath(source.directory)) if inside else relative.rpartition(".")[0]
+            source.target = f"drive_c/{folder or 'Program'}/{relative}"
+        if source.directory:
+            walk.add_tree(source.directory, source.target[:-len(relative)].rstrip("/") if inside else
+                          f"drive_c/{os.path.basename(os.path.realpath(source.directory))}", self.prefix)
+        if not inside:
+            walk.add_file(os.path.realpath(source.path), source.target, self.prefix)
+
+    def _newest(self):
+        if os.environ.get("SOURCE_DATE_EPOCH", "").isdecimal():
+            return int(os.environ["SOURCE_DATE_EPOCH"])
+        paths = [entry.source for entry in self.contents.entries.values() if entry.source]
+        paths += [os.path.join(self.bottle_dir, name) for name in
+                  ("system.reg", "user.reg", layout.SETTINGS, "pkgcfg/pkginfo.json", "pkgcfg/pkgsrc.json")]
+        return max(archive.EARLIEST, *(int(os.stat(path).st_mtime) for path in paths))
+
+    def _package_record(self):
+        record = {"format": layout.FORMAT, "package": self.request.package, "version": self.request.version,
+                  "name": self.request.name, "user": "steamuser" if self.user == "steamuser" else "",
+                  "systemLinks": self.contents.system_links, "folders": self.contents.folders}
+        return contents.text_entry(self.root + "/package.json", _json(record))
+
+    def file_list(self, sums):
+        """Of the bottle: the directories, and the files with size and MD5 sum."""
+        start = len(self.prefix) + 1
+        directories, files, found_links = [], {}, {}
+        for entry in self.contents.in_order():
+            if not entry.path.startswith(self.prefix + "/"):
+                continue
+            if entry.kind == contents.FILE:
+                files[entry.path[start:]] = [entry.size, sums[entry.path]]
+            elif entry.kind == contents.LINK:
+                found_links[entry.path[start:]] = entry.target
+            else:
+                directories.append(entry.path[start:])
+        return contents.text_entry(self.root + "/files.json", _json(
+            {"format": layout.FORMAT, "directories": directories, "files": files, "links": found_links}))
+
+    def control_files(self, sums):
+        return {"control": debian.control(self.request, self.size, self.who), "md5sums": debian.md5sums(sums)}
+
+    def _report(self):
+        for path, reason in self.contents.left_out:
+            print(f"left out ({reason}): {path}")
+
+
+def _json(value):
+    return json.dumps(value, indent=0, sort_keys=True, ensure_ascii=True) + "\n"

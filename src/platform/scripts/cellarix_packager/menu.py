@@ -1,0 +1,59 @@
+"""The menu entries of a package and their icons."""
+
+import os
+import struct
+
+from cellarix_packager import contents, layout
+
+ICON_LIMIT = 4 << 20
+THEME_SIZES = (16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512)
+FALLBACK_ICON = "application-x-executable"
+CATEGORIES = {
+    "Internet": "Network;", "Chat": "Network;InstantMessaging;", "Music": "AudioVideo;Audio;",
+    "Video": "AudioVideo;Video;", "Graphics": "Graphics;", "Game": "Game;", "Office": "Office;", "Reading": "Office;",
+    "Development": "Development;", "System": "System;",
+}
+
+
+def add(request, programs, bottle_dir, add_entry):
+    """A desktop entry for each program, and the icon of each that has one, whose place goes into the program's record.
+    `programs` maps ids to records."""
+    for number, (uuid, program) in enumerate(sorted(programs.items())):
+        name = request.package if len(programs) == 1 else f"{request.package}.{number + 1}"
+        icon = _icon(bottle_dir, uuid)
+        if icon:
+            width, data = icon
+            add_entry(contents.text_entry(_icon_path(width, name), data))
+            program["icon"] = "/" + _icon_path(width, name)
+        title = request.name if len(programs) == 1 else str(program.get("name") or request.name)
+        add_entry(contents.text_entry(f"usr/share/applications/{name}.desktop",
+                                      _desktop_entry(request, title, name if icon else FALLBACK_ICON, uuid)))
+
+
+def _icon(bottle_dir, uuid):
+    """(width, bytes) of the picture that the bottle has for the program."""
+    try:
+        with open(os.open(os.path.join(bottle_dir, "icons", uuid + ".png"), os.O_RDONLY | os.O_NOFOLLOW), "rb") as file:
+            data = file.read(ICON_LIMIT)
+    except (OSError, ValueError):
+        return None
+    if len(data) < 24 or len(data) == ICON_LIMIT or data[:8] != b"\x89PNG\r\n\x1a\n":
+        return None
+    width, height = struct.unpack(">II", data[16:24])
+    return (width, data) if width == height else (0, data)
+
+
+def _icon_path(width, name):
+    place = f"icons/hicolor/{width}x{width}/apps" if width in THEME_SIZES else "pixmaps"
+    return f"usr/share/{place}/{name}.png"
+
+
+def _desktop_entry(request, title, icon, uuid):
+    lines = ("[Desktop Entry]", "Type=Application", "Version=1.1", f"Name={_value(title)}",
+             f"Icon={icon}", f"Exec=/{layout.program_root(request.package)}/run {uuid}",
+             f"Categories={CATEGORIES.get(request.category, 'Utility;')}", "StartupNotify=true")
+    return "\n".join(lines) + "\n"
+
+
+def _value(text):
+    return "".join(c if c.isprintable() else " " for c in text).replace("\\", "\\\\").strip()

@@ -1,0 +1,45 @@
+"""An installed package as its programs see it."""
+
+import json
+import os
+
+from cellarix_packager import layout
+from cellarix_packager.errors import PackageError
+
+
+class Package:
+    """`root` is the directory with package.json; `shared` the files that all users share."""
+
+    def __init__(self, root):
+        self.root = root
+        self.shared = os.path.join(root, "bottle")
+        record = _read(os.path.join(root, "package.json"))
+        if record.get("format") != layout.FORMAT:
+            raise PackageError(f"{root} was packed by another version of Cellarix.")
+        self.name = str(record.get("package", ""))
+        self.version = str(record.get("version", ""))
+        self.user = str(record.get("user", ""))
+        self.system_links = _texts(record.get("systemLinks"))
+        self.folders = _texts(record.get("folders"))
+
+    def file_list(self):
+        """(directories, {path: [size, md5]}, {path: target}), relative to the bottle."""
+        return file_list(os.path.join(self.root, "files.json"))
+
+
+def file_list(path):
+    record = _read(path)
+    return record.get("directories", []), record.get("files", {}), record.get("links", {})
+
+
+def _read(path):
+    try:
+        with open(path, "rb") as file:
+            record = json.load(file)
+    except (OSError, ValueError) as error:
+        raise PackageError(f"{path} cannot be read: {error}") from None
+    return record if isinstance(record, dict) else {}
+
+
+def _texts(value):
+    return {str(key): str(text) for key, text in value.items()} if isinstance(value, dict) else {}

@@ -1,0 +1,78 @@
+"""How a file of a package gets into a user's bottle: as a link to the shared, read-only file, or as a copy.
+
+Programs write beside themselves: settings, saved games, databases. Those need files of their own. What is only read
+and large, or code, is shared. A clone of a file system that shares blocks is both, and preferred.
+"""
+
+import fcntl
+import os
+import shutil
+
+FICLONE = 0x40049409
+LARGE = 1 << 20
+CODE = frozenset((".exe", ".dll", ".ocx", ".drv", ".sys", ".cpl", ".ax", ".acm", ".com", ".scr", ".tlb", ".nls", ".mui"))
+READ_ONLY = CODE | frozenset((".ttf", ".ttc", ".otf", ".fon", ".chm", ".hlp", ".pdf", ".png", ".jpg", ".jpeg", ".bmp",
+                              ".ico", ".cur", ".wav", ".mp3", ".ogg", ".avi", ".mp4", ".wmv", ".bik", ".pak", ".cab",
+                              ".msi", ".jar", ".zip", ".qm"))
+WRITTEN = frozenset((".db", ".sqlite", ".sqlite3", ".mdb", ".accdb", ".ldb", ".ini", ".cfg", ".conf", ".xml", ".json",
+                     ".log", ".txt", ".sav", ".save", ".reg", ".tmp", ".edb", ".fdb", ".gdb", ".dbf"))
+# Installers and components replace these, and Wine opens a link's target for writing.
+REPLACED = ("drive_c/windows/system32/", "drive_c/windows/syswow64/")
+OWN = ("drive_c/users/", "drive_c/programdata/")
+
+
+def is_shared(path, size):
+    """Whether a file of the bottle is a link into the package; `path` is relative to the bottle."""
+    lower = path.lower()
+    suffix = os.path.splitext(lower)[1]
+    if not lower.startswith("drive_c/") or lower.startswith(OWN) or suffix in WRITTEN:
+        return False
+    if lower.startswith(REPLACED) and lower.count("/") == 3:
+        return False
+    return suffix in READ_ONLY or size >= LARGE
+
+
+class Placer:
+    """Puts files of `shared` into a bottle, each in one step. Remembers whether the file systems can clone."""
+
+    def __init__(self, shared):
+        self.shared = shared
+        self.can_clone = True
+
+    def put(self, path, size, target):
+        """`path` is relative to the shared bottle, `target` the absolute place."""
+        source = os.path.join(self.shared, path)
+        fresh = target + ".cellarix-new"
+        _remove(fresh)
+        if not self._clone(source, fresh):
+            if is_shared(path, size):
+                os.symlink(source, fresh)
+            else:
+                shutil.copyfile(source, fresh)
+        os.rename(fresh, target)
+
+    def _clone(self, source, target):
+        if not self.can_clone:
+            return False
+        try:
+            with open(source, "rb") as old, open(target, "wb") as new:
+                fcntl.ioctl(new.fileno(), FICLONE, old.fileno())
+            return True
+        except OSError:
+            self.can_clone = False
+            _remove(target)
+            return False
+
+    def is_link(self, path, target):
+        """Whether the file at `target` is a link to the package's file `path`."""
+        try:
+            return os.readlink(target) == os.path.join(self.shared, path)
+        except OSError:
+            return False
+
+
+def _remove(path):
+    try:
+        os.unlink(path)
+    except FileNotFoundError:
+        pass

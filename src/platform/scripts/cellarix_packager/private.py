@@ -1,0 +1,64 @@
+"""What of a bottle is the packer's own business and stays at home."""
+
+import fnmatch
+
+# Relative to drive_c, in lower case; a directory stays, its contents do not go along.
+DIRECTORIES = (
+    "windows/temp", "windows/logs", "users/*/temp", "users/*/recent", "users/*/cookies",
+    "users/*/documents", "users/*/desktop", "users/*/downloads", "users/*/pictures", "users/*/music", "users/*/videos",
+    "users/*/my documents", "users/*/.ssh", "users/*/.gnupg", "users/*/.aws",
+    "users/*/appdata/local/temp", "users/*/appdata/local/crashdumps", "users/*/appdata/*/microsoft/windows/recent",
+    "users/*/appdata/*/microsoft/windows/inetcache", "users/*/appdata/*/microsoft/windows/inetcookies",
+    "users/*/appdata/*/microsoft/windows/history", "users/*/appdata/*/microsoft/windows/webcache",
+    "users/*/appdata/*/microsoft/credentials", "users/*/appdata/*/microsoft/protect",
+    "users/*/appdata/*/microsoft/vault", "users/*/appdata/*/microsoft/crypto",
+    "users/*/local settings/temp", "users/*/local settings/history", "users/*/local settings/temporary internet files",
+)
+# Names of directories and files below a user's profile, wherever they lie.
+CACHES = ("cache", "cache_data", "code cache", "gpucache", "shadercache", "dawncache", "grshadercache", "crashpad",
+          "crash reports", "service worker", "sessions", "session storage", "logs")
+FILES = ("*.log", "*.dmp", "cookies", "cookies-journal", "login data*", "web data*", "history", "history-journal",
+         "top sites*", "visited links", "cookies.sqlite*", "places.sqlite*", "formhistory.sqlite*", "key3.db", "key4.db",
+         "cert8.db", "cert9.db", "logins.json", "logins-backup.json", "signons.sqlite", "sessionstore*",
+         "recentservers.xml", "sitemanager.xml", "winscp.ini", "_netrc", ".netrc", ".git-credentials", "wallet.dat")
+WINDOWS_FILES = ("windows/*.log",)
+
+# Registry keys, in lower case as the files of Wine have them, with everything below.
+KEYS = tuple(key.replace("\\", "\\\\") for key in (
+    r"volatile environment",
+    r"software\microsoft\windows\currentversion\explorer\recentdocs",
+    r"software\microsoft\windows\currentversion\explorer\comdlg32",
+    r"software\microsoft\windows\currentversion\explorer\runmru",
+    r"software\microsoft\windows\currentversion\explorer\typedpaths",
+    r"software\microsoft\windows\currentversion\explorer\userassist",
+    r"software\microsoft\windows\currentversion\explorer\wordwheelquery",
+    r"software\microsoft\internet explorer\typedurls",
+    r"software\microsoft\internet explorer\intelliforms",
+    r"software\microsoft\protected storage system provider",
+    r"software\microsoft\terminal server client\default",
+    r"software\microsoft\terminal server client\servers",
+    r"software\martin prikryl\winscp 2\sessions",
+    r"software\simontatham\putty\sshhostkeys",
+    r"software\orl\winvnc3", r"software\realvnc\vncserver", r"software\tightvnc\server",
+    r"software\wine\wine\config\recent",
+))
+
+
+def is_private(path):
+    """Whether a file or directory, relative to drive_c, stays at home."""
+    lower = path.lower()
+    parts = lower.split("/")
+    if any(len(parts) > depth and fnmatch.fnmatchcase("/".join(parts[:depth]), pattern)
+           for pattern, depth in _DIRECTORIES):
+        return True
+    if parts[0] != "users":
+        return len(parts) == 2 and any(fnmatch.fnmatchcase(lower, pattern) for pattern in WINDOWS_FILES)
+    return any(part in CACHES for part in parts[2:-1]) or any(fnmatch.fnmatchcase(parts[-1], name) for name in FILES)
+
+
+_DIRECTORIES = tuple((pattern, pattern.count("/") + 1) for pattern in DIRECTORIES)
+
+
+def is_private_key(key):
+    """Whether a registry key stays at home. `key` is its path as Wine's files have it, in lower case."""
+    return any(key == private or key.startswith(private + "\\\\") for private in KEYS)

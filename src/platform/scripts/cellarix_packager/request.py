@@ -1,0 +1,99 @@
+"""What the user wants packed: pkgcfg/pkginfo.json and pkgcfg/pkgsrc.json of the bottle, checked."""
+
+import json
+import os
+import re
+from dataclasses import dataclass, field
+
+from cellarix_packager.errors import PackageError
+
+RECORD_LIMIT = 16 << 20
+NAME = re.compile(r"[a-z0-9]+(\.[a-z0-9]+)*")
+VERSION = re.compile(r"[0-9][a-zA-Z0-9]*(\.[a-zA-Z0-9]+)*")
+ARCHITECTURES = ("amd64", "arm64")
+CATEGORIES = ("Internet", "Chat", "Music", "Video", "Graphics", "Game", "Office", "Reading", "Development", "System",
+              "Other")
+
+
+@dataclass
+class Source:
+    """A chosen program. `directory` goes along if it is not empty; a program outside of the bottle without one goes
+    along alone. `target` is where the file lies in the package's bottle, relative to it; empty if not chosen."""
+
+    uuid: str
+    path: str
+    target: str = ""
+    directory: str = ""
+    in_bottle: bool = False
+
+
+@dataclass
+class Request:
+    name: str
+    package: str
+    version: str
+    description: str
+    category: str
+    architectures: list
+    sources: list = field(default_factory=list)
+
+    @property
+    def architecture(self):
+        """Windows programs run on every machine that has Wine for them, so that one package serves several."""
+        return self.architectures[0] if len(self.architectures) == 1 else "all"
+
+
+def load(bottle_dir):
+    info = _read_object(bottle_dir, "pkginfo.json")
+    chosen = _read_object(bottle_dir, "pkgsrc.json")
+    text = {key: _one_line(info.get(key)) for key in ("appname", "pkgname", "pkgversion", "category")}
+    if len(text["pkgname"]) < 2 or len(text["pkgname"]) > 200 or not NAME.fullmatch(text["pkgname"]):
+        raise PackageError(f"\"{text['pkgname']}\" is not a valid package name.")
+    if len(text["pkgversion"]) > 200 or not VERSION.fullmatch(text["pkgversion"]):
+        raise PackageError(f"\"{text['pkgversion']}\" is not a valid package version.")
+    words = info.get("arch") if isinstance(info.get("arch"), list) else []
+    architectures = [word for word in ARCHITECTURES if word in words]
+    if not architectures:
+        raise PackageError("No architecture is chosen for the package.")
+    sources = [_source(bottle_dir, uuid, entry) for uuid, entry in sorted(chosen.items()) if isinstance(entry, dict)]
+    if not sources:
+        raise PackageError("No program of the bottle is chosen for the package.")
+    description = info.get("pkgdesc") if isinstance(info.get("pkgdesc"), str) else ""
+    category = text["category"] if text["category"] in CATEGORIES else "Other"
+    return Request(text["appname"] or text["pkgname"], text["pkgname"], text["pkgversion"], description, category,
+                   architectures, sources)
+
+
+def _read_object(bottle_dir, name):
+    path = os.path.join(bottle_dir, "pkgcfg", name)
+    try:
+        with open(path, "rb") as file:
+            value = json.loads(file.read(RECORD_LIMIT))
+    except FileNotFoundError:
+        raise PackageError(f"The package is not described yet: {path} is missing.") from None
+    except (OSError, ValueError, RecursionError) as error:
+        raise PackageError(f"{path} cannot be read: {error}") from None
+    return value if isinstance(value, dict) else {}
+
+
+def _one_line(value):
+    text = value if isinstance(value, str) else ""
+    return " ".join("".join(c if c.isprintable() else " " for c in text).split())
+
+
+def _source(bottle_dir, uuid, entry):
+    text = {key: entry[key] if isinstance(entry.get(key), str) else ""
+            for key in ("path", "path_packaged", "dir_to_package")}
+    source = Source(uuid, text["path"], in_bottle=entry.get("in_bottles") is True)
+    if source.in_bottle:
+        return source
+    if entry.get("only_copy_exe") is not True:
+        source.directory = text["dir_to_package"]
+    source.target = _inside_drive(bottle_dir, text["path_packaged"])
+    return source
+
+
+def _inside_drive(bottle_dir, path):
+    """The path relative to the bottle; empty unless it lies in drive C."""
+    relative = os.path.relpath(path, bottle_dir) if path.startswith("/") else ""
+    return relative if relative.startswith("drive_c/") and "\0" not in relative else ""

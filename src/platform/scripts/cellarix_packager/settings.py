@@ -1,0 +1,60 @@
+"""The bottle.yml of a package: the settings of the bottle, and of its programs those that go along."""
+
+import os
+
+import yaml
+
+from cellarix_packager import contents, layout
+from cellarix_packager.errors import PackageError
+
+KEYS = ("Runner", "Windows", "Template", "DXVK", "VKD3D", "Emulator", "Parameters", "DLL_Overrides",
+        "Font_Replacements", "Installed_Dependencies")
+PROGRAM_KEYS = ("name", "path", "folder", "arguments", "envs")
+PROGRAMS = "External_Programs"
+LIMIT = 16 << 20
+
+
+def read(path):
+    try:
+        with open(path, "rb") as file:
+            record = yaml.load(file.read(LIMIT), Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
+    except (OSError, ValueError, RecursionError, yaml.YAMLError) as error:
+        raise PackageError(f"{path} cannot be read: {error}") from None
+    return record if isinstance(record, dict) else {}
+
+
+def dump(record):
+    return yaml.dump(record, Dumper=getattr(yaml, "CSafeDumper", yaml.SafeDumper), allow_unicode=True, sort_keys=False)
+
+
+def windows_path(target):
+    return "C:\\" + target.partition("/")[2].replace("/", "\\")
+
+
+def for_package(record, request, words):
+    """The record for the package. Texts with one of `words`, which tell the packer's places, do not go along."""
+    programs = record.get(PROGRAMS) if isinstance(record.get(PROGRAMS), dict) else {}
+    kept = {}
+    for source in request.sources:
+        own = programs.get(source.uuid)
+        if not isinstance(own, dict):
+            continue
+        program = {key: own[key] for key in PROGRAM_KEYS if key in own}
+        if not source.in_bottle:
+            program["path"] = windows_path(source.target)
+            program["folder"] = windows_path(os.path.dirname(source.target))
+        kept[source.uuid] = _without(program, words)
+    if not kept:
+        raise PackageError("None of the chosen programs is in the bottle any more.")
+    return {key: record[key] for key in KEYS if key in record} | {PROGRAMS: kept}
+
+
+def _without(value, words):
+    if isinstance(value, dict):
+        return {key: _without(item, words) for key, item in value.items()
+                if not (isinstance(item, str) and any(word in item for word in words))}
+    return value
+
+
+def entry(record, prefix):
+    return contents.text_entry(f"{prefix}/{layout.SETTINGS}", dump(record))
