@@ -48,7 +48,9 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
         socket->disconnectFromHost();
         return;
     }
-    const QString name = path.section('/', -1);
+    QString name = path.section('/', -1);
+    if (!files.contains(name))
+        name = name.section('?', 0, 0);
     if (!files.contains(name)) {
         socket->write("HTTP/1.1 404 Not Found\r\nContent-Length: 4\r\nConnection: close\r\n\r\ngone");
         socket->disconnectFromHost();

@@ -9,7 +9,8 @@ class QTcpSocket;
 namespace TestSupport {
 
 /// A web server on a free port of this machine, with the faults of real ones. Files are served under their
-/// names: "/name" whole or from a byte on, "/half/name" breaks off in the middle of what is left,
+/// names, with the query of the address or else without: "/name" whole or from a byte on, "/half/name" breaks
+/// off in the middle of what is left,
 /// "/stalled/name" sends no more from there, "/slow/name" a byte every 20 ms, "/endless/name" goes on after
 /// its end, "/silent/name" never answers, "/packed/name" claims to be compressed, "/moved/name" redirects to
 /// "/name", "/loop/name" to itself, "/away/name" to a local file, everything else is 404.
