@@ -13,6 +13,12 @@ set(CELLARIX_STORE_URL "" CACHE STRING "The store, without a slash at its end; e
 set(CELLARIX_DRIVER_HELP_URL "http://localhost/cellarix/help/%1/drivers.html" CACHE STRING
     "How to install drivers of graphics cards; %1 becomes cn or en")
 set(CELLARIX_FORUM_URL "http://localhost/cellarix/forum/" CACHE STRING "Where users talk to each other")
+# Both services are signed; without an address or a secret the program sends them nothing.
+set(CELLARIX_REPORT_URL "" CACHE STRING "The report service, without a slash at its end")
+set(CELLARIX_REPORT_SECRET "" CACHE STRING "Its secret, as hexadecimal digits")
+set(CELLARIX_MODERATION_URL "" CACHE STRING "Text moderation, such as the address of Aliyun's in cn-shenzhen")
+set(CELLARIX_MODERATION_KEY_ID "" CACHE STRING "Its key id, as hexadecimal digits")
+set(CELLARIX_MODERATION_KEY_SECRET "" CACHE STRING "Its key's secret, as hexadecimal digits")
 
 set(CELLARIX_BIN_DIR ${CELLARIX_PREFIX}/files/bin)
 set(CELLARIX_SHARE_DIR ${CELLARIX_PREFIX}/files/share/cellarix)

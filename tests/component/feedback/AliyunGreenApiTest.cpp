@@ -1,0 +1,107 @@
+#include "feedback/client/AliyunGreenApi.h"
+
+#include <QUrlQuery>
+
+#include "feedback/client/ModerationVerdict.h"
+#include "feedback/client/RpcSignature.h"
+#include "support/HttpServer.h"
+#include "support/Table.h"
+
+using TestSupport::Table;
+
+class AliyunGreenApiTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    // By hand: the three parameters sorted by name give the query
+    //   AccessKeyId=testid&Action=TextModerationPlus&ServiceParameters=%7B%22content%22%3A%22%E7%BA%B8%20a%2B%2A~%22%7D
+    // which is encoded once more for the text below. Its HMAC is what this prints:
+    //   printf %s "$TEXT" | openssl dgst -sha1 -hmac 'testsecret&' -binary | base64
+    void signsAsDocumented() {
+        const RpcSignature::Parameters parameters{
+            {"ServiceParameters", QString::fromUtf8("{\"content\":\"纸 a+*~\"}")},
+            {"Action", "TextModerationPlus"},
+            {"AccessKeyId", "testid"}};
+        QCOMPARE(RpcSignature::stringToSign(parameters),
+                 QByteArray("POST&%2F&AccessKeyId%3Dtestid%26Action%3DTextModerationPlus%26ServiceParameters"
+                            "%3D%257B%2522content%2522%253A%2522%25E7%25BA%25B8%2520a%252B%252A~%2522%257D"));
+        QCOMPARE(RpcSignature::sign(parameters, "testsecret"), QByteArray("Qx6Cspr/mF7p2Dem8ejSwMOLWko="));
+    }
+
+    /// The server checks the signature over what has arrived.
+    void asks() {
+        m_server.files["check"] = R"({"Data":{"RiskLevel":"none"}})";
+        AliyunGreenApi api("testid", "testsecret");
+        api.setEndpoint(m_server.address("check"));
+        QSignalSpy replied(&api, &AliyunGreenApi::replyOccurred);
+        for (int i = 0; i < 20; ++i)  // some signatures have a "+"
+            api.checkContent(QString::fromUtf8("纸 & \"a+b\"\n%1").arg(i));
+        QTRY_COMPARE(replied.size(), 20);
+        QCOMPARE(replied[0][0].toString(), QString::fromUtf8(m_server.files["check"]));
+        QStringList nonces;
+        for (const QByteArray& head : qAsConst(m_server.heads)) {
+            QVERIFY(head.startsWith("POST ") && head.contains("Content-Length: 0"));
+            QVERIFY(head.contains("Content-Type: application/x-www-form-urlencoded"));
+            QVERIFY(head.contains("Accept-Charset: utf-8"));
+            RpcSignature::Parameters sent;
+            QStringList names;
+            for (const QByteArray& item : head.split(' ')[1].split('?')[1].split('&')) {
+                names += QString::fromLatin1(item.split('=')[0]);
+                // A server reads a bare plus sign as a blank.
+                sent[names.last()] =
+                    QUrl::fromPercentEncoding(item.mid(item.indexOf('=') + 1).replace('+', ' '));
+            }
+            QCOMPARE(names.join(' '), QString("Action Format Version AccessKeyId SignatureMethod "
+                                              "SignatureVersion SignatureNonce Timestamp ServiceParameters "
+                                              "Service Signature"));
+            const QString signature = sent.take("Signature");
+            QCOMPARE(signature, QString::fromLatin1(RpcSignature::sign(sent, "testsecret")));
+            QVERIFY(QRegularExpression("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ$")
+                        .match(sent["Timestamp"])
+                        .hasMatch());
+            nonces += sent["SignatureNonce"];
+        }
+        QCOMPARE(nonces.removeDuplicates(), 0);
+    }
+
+    void fails_data() {
+        const Table<QString, QString, QString> row("key", "path", "error");
+        row("no credentials", "", "check", "no account");
+        row("no address", "id", "", "no account");
+        row("refused", "id", "gone", "Response: gone");
+        row("broken off", "id", "half/check", "Error: ");
+    }
+    void fails() {
+        QFETCH(QString, key);
+        QFETCH(QString, path);
+        QFETCH(QString, error);
+        m_server.files["check"] = "{\"Data\":{}}";
+        AliyunGreenApi api(key, key);
+        api.setEndpoint(path.isEmpty() ? QString() : m_server.address(path));
+        QSignalSpy failed(&api, &AliyunGreenApi::errorOccurred);
+        api.checkContent("a");
+        QCOMPARE(failed.size(), 0);
+        QVERIFY(failed.wait());
+        QVERIFY2(failed[0][0].toString().contains(error), qPrintable(failed[0][0].toString()));
+    }
+
+    void verdict_data() {
+        const Table<QString, bool> row("reply", "isRefused");
+        row("none", R"({"Code":200,"Data":{"RiskLevel":"none"}})", false);
+        row("high", R"({"Data":{"RiskLevel":"high"}})", true);
+        row("a new word", R"({"Data":{"RiskLevel":"odd"}})", true);
+        row("no word", R"({"Data":{"RiskLevel":null}})", true);
+        row("no level", R"({"Data":{}})", false);
+        row("no data", R"({"RiskLevel":"high"})", false);
+        row("no JSON", "<html>", false);
+    }
+    void verdict() {
+        QFETCH(QString, reply);
+        QTEST(ModerationVerdict::isRefused(reply), "isRefused");
+    }
+
+private:
+    TestSupport::HttpServer m_server;
+};
+
+QTEST_GUILESS_MAIN(AliyunGreenApiTest)
+#include "AliyunGreenApiTest.moc"
