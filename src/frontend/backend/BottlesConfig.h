@@ -180,7 +180,10 @@ public:
     }
 
     // Questions with JSON text as argument.
-    BusResult dumpManifest(const QString& json) { return block("dumpManifest", {json}); }
+    /// The handler gets the path of the written manifest.
+    void dumpManifest(const QString& json, QObject* context, const Handler& handler) {
+        watch("dumpManifest", {json}, context, handler);
+    }
     BusResult checkPublicBottles(const QString& json) { return block("checkPublicBottles", {json}); }
 
 Q_SIGNALS:

@@ -121,7 +121,7 @@ private Q_SLOTS:
                                 CALL(fireUpdateExternalProgram("b", {})),
                                 CALL(listBottlesAllPrograms("b", &owner, ignore)),
                                 CALL(getExternalProgramsUpdateExes("b")),
-                                CALL(dumpManifest("{}")),
+                                CALL(dumpManifest("{}", &owner, ignore)),
                                 CALL(getRunnerVersion("r"))};
         for (const Call& method : methods)
             method(config());
