@@ -16,8 +16,9 @@ ARROWS["backend"] = BASE | {"probes"}
 ARROWS["environment"] = BASE | {"backend", "widgets"}
 ARROWS["launch"] = BASE | {"backend", "net", "probes", "widgets"}
 ARROWS["programs"] = ARROWS["launch"] | {"launch"}
-ARROWS["store"] = ARROWS["packaging"] = ARROWS["feedback"] = ARROWS["programs"] | {"programs"}
-ARROWS["shell"] = ARROWS["store"] | {"store", "packaging", "feedback"}
+ARROWS["store"] = ARROWS["feedback"] = ARROWS["programs"] | {"programs"}
+ARROWS["packaging"] = ARROWS["store"] | {"store", "feedback"}
+ARROWS["shell"] = ARROWS["packaging"] | {"packaging"}
 ARROWS["core"] = ARROWS["shell"] | {"shell", "environment"}
 ARROWS["manifest"] = set()
 ARROWS["bottleservice"] = {"fenk", "manifest"}
