@@ -1,0 +1,137 @@
+#include "packaging/manifest/ExportYamlDialog.h"
+
+#include <QAbstractButton>
+#include <QDebug>
+#include <QShowEvent>
+
+#include "backend/BottleRecord.h"
+#include "backend/BottlesConfig.h"
+#include "backend/DesktopUtils.h"
+#include "backend/InBackground.h"
+#include "backend/ProgramRecord.h"
+#include "backend/ProgramRef.h"
+#include "feedback/client/AliyunGreenApi.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "packaging/manifest/CategoryChoice.h"
+#include "packaging/manifest/ManifestExporter.h"
+#include "packaging/manifest/ManifestFormRows.h"
+#include "packaging/manifest/RememberedAnswers.h"
+
+using namespace Fenk;
+using Step = ManifestExporter::Step;
+
+ExportYamlDialog::ExportYamlDialog(const QString& bottleName, const QString& programUuid, QWidget* parent)
+    : ExportYamlDialog(bottleName, programUuid, new AliyunGreenApi, parent) {}
+
+ExportYamlDialog::ExportYamlDialog(const QString& bottleName, const QString& programUuid,
+                                   AliyunGreenApi* moderation, QWidget* parent)
+    : Dialog(tr("Export Configuration"), QString(), parent),
+      m_bottle(bottleName),
+      m_programUuid(programUuid),
+      m_rows(new ManifestFormRows),
+      m_exporter(new ManifestExporter(moderation, this)),
+      m_status(new Label(Label::Small)) {
+    setObjectName("export_yaml_dialog");
+    setFixedWidth(Tokens::DialogMaxWidth);
+    m_status->setObjectName("export_status");
+    m_status->setWordWrap(true);
+    m_status->hide();
+    addContent(m_rows);
+    addContent(m_status);
+    addButton(tr("Cancel"));
+    m_ok = addButton(tr("OK"), true, ButtonRecommend);
+    setOnButtonClickedClose(false);
+    connect(this, &Dialog::buttonClicked, this, [this](int index) {
+        if (index == m_ok)
+            startExport();
+        else
+            reject();
+    });
+    connect(m_rows, &ManifestFormRows::changed, this, &ExportYamlDialog::updateOk);
+    connect(m_rows->categories(), &CategoryChoice::fetchFailed, this,
+            [this] { warn(tr("Failed to fetch categories, please check your network connection")); });
+    connect(m_exporter, &ManifestExporter::stepChanged, this, &ExportYamlDialog::onStep);
+    connect(m_exporter, &ManifestExporter::refused, this,
+            [this] { warn(tr("The input contains sensitive information, please check it")); });
+    connect(m_exporter, &ManifestExporter::failed, this, [this](const QString& errorText) {
+        showStatus(errorText, true);
+        warn(tr("Failed to dump manifest"));
+    });
+    connect(m_exporter, &ManifestExporter::exported, this, [this](const QString& path) {
+        // The file manager may have to be started first.
+        callServiceAsync(
+            qApp, [path] { DesktopUtils::showInFileManager(path); }, [] {});
+        accept();
+    });
+    updateOk();
+    m_rows->setFocus();
+    BottlesConfig::instance()->watchBottle(m_bottle, this,
+                                           [this](const BusResult& result) { onRecord(result); });
+}
+
+void ExportYamlDialog::openFor(const ProgramRef& program, QWidget* over) {
+    auto* dialog = new ExportYamlDialog(program.bottle, program.uuid, over);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void ExportYamlDialog::showEvent(QShowEvent* event) {
+    Dialog::showEvent(event);
+    if (!event->spontaneous())
+        m_rows->categories()->fetch();
+}
+
+void ExportYamlDialog::onRecord(const BusResult& result) {
+    if (!result.ok)
+        qWarning().noquote() << "no remembered answers of" << m_bottle << result.errorMessage;
+    const QJsonObject bottle = result.object();
+    const QJsonObject program = BottleRecord::programs(bottle).value(m_programUuid).toObject();
+    m_bottlePath = BottleRecord::path(bottle);
+    m_rows->setLogo(ProgramRecord::icon(program));
+    ManifestForm form = RememberedAnswers::read(m_bottlePath).value_or(ManifestForm());
+    form.name = ProgramRecord::name(program);
+    m_rows->propose(form);
+}
+
+void ExportYamlDialog::startExport() {
+    ManifestForm form = m_rows->values();
+    form.bottle = m_bottle;
+    form.programUuid = m_programUuid;
+    RememberedAnswers::write(m_bottlePath, form);
+    m_exporter->start(form);
+}
+
+void ExportYamlDialog::onStep() {
+    const Step step = m_exporter->step();
+    m_rows->setEnabled(step == Step::Idle);
+    updateOk();
+    if (step == Step::Checking)
+        showStatus(tr("Checking the texts…"));
+    else if (step == Step::Writing)
+        showStatus(tr("Writing the manifest…"));
+    else
+        showStatus({});
+    // A disabled button loses the focus.
+    button(step == Step::Idle ? m_ok : 0)->setFocus();
+}
+
+void ExportYamlDialog::updateOk() {
+    ManifestForm form = m_rows->values();
+    form.bottle = m_bottle;
+    form.programUuid = m_programUuid;
+    const bool isComplete = ManifestFormRules::isComplete(form);
+    button(m_ok)->setEnabled(isComplete && m_exporter->step() == Step::Idle);
+    button(m_ok)->setToolTip(isComplete ? QString() : tr("Please fill in all fields"));
+}
+
+void ExportYamlDialog::showStatus(const QString& text, bool isError) {
+    m_status->setText(text);
+    m_status->setTextRole(isError ? Theme::Danger : Theme::Secondary);
+    m_status->setVisible(!text.isEmpty());
+}
+
+void ExportYamlDialog::warn(const QString& text) {
+    FloatingMessage::show(this, Theme::icon("dialog-warning"), text);
+}

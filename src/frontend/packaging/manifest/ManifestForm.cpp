@@ -1,0 +1,76 @@
+#include "packaging/manifest/ManifestForm.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+namespace {
+
+struct Member {
+    const char* key;
+    QString ManifestForm::*value;
+};
+
+const Member ServiceMembers[] = {{"bottlesName", &ManifestForm::bottle},
+                                 {"programUuid", &ManifestForm::programUuid},
+                                 {"name", &ManifestForm::name},
+                                 {"introduction", &ManifestForm::introduction},
+                                 {"downloadUrl", &ManifestForm::downloadUrl},
+                                 {"packageSize", &ManifestForm::packageSize},
+                                 {"contributor", &ManifestForm::contributor},
+                                 {"contributorEmail", &ManifestForm::contributorEmail},
+                                 {"category", &ManifestForm::category}};
+
+bool matches(const char* pattern, const QString& text) {
+    return QRegularExpression(pattern).match(text).hasMatch();
+}
+
+}  // namespace
+
+QString ManifestForm::toServiceText() const {
+    // QJsonObject would sort the keys.
+    QByteArray text;
+    for (const auto& [key, value] : ServiceMembers) {
+        const QJsonObject member{{key, this->*value}};
+        text += (text.isEmpty() ? "" : ",") +
+                QJsonDocument(member).toJson(QJsonDocument::Compact).mid(1).chopped(1);
+    }
+    return QString::fromUtf8('{' + text + '}');
+}
+
+QString ManifestForm::textForModeration() const {
+    return QString("%1\n%2\n%3").arg(name, introduction, contributor);
+}
+
+namespace ManifestFormRules {
+
+const char WebAddress[] = "^(http|https)://.*";
+const char Megabytes[] = "^[0-9]{1,9}(\\.[0-9]{1,3})?$";
+const char Email[] = "^[a-zA-Z0-9._%+-]+@[a-zA-Z0-9.-]+\\.[a-zA-Z]{2,}$";
+
+bool isComplete(const ManifestForm& form) {
+    for (const Member& member : ServiceMembers) {
+        if ((form.*member.value).trimmed().isEmpty())
+            return false;
+    }
+    return matches(WebAddress, form.downloadUrl) && matches(Megabytes, form.packageSize) &&
+           matches(Email, form.contributorEmail);
+}
+
+bool isTemporary(const QString& url) {
+    for (const char* mark : {"timestamp=", "auth_key=", "x-sid=", "x-redirect="}) {
+        if (url.contains(QLatin1String(mark)))
+            return true;
+    }
+    return false;
+}
+
+QString cutIntroduction(const QString& text) {
+    const int length = MaximumIntroduction;
+    if (text.size() <= length)
+        return text;
+    // A character outside the basic plane takes two units, which belong together.
+    return text.left(text[length - 1].isHighSurrogate() ? length - 1 : length);
+}
+
+}  // namespace ManifestFormRules
