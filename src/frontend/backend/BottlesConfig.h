@@ -122,11 +122,13 @@ public:
     void listDllOverrides(const QString& bottle, QObject* context, const Handler& handler) {
         watch("listDllOverrides", {bottle}, context, handler);
     }
-    void updateDllOverride(const QString& bottle, const QString& dll, const QString& method) {
-        fire("updateDllOverride", {bottle, dll, method, false});
+    void updateDllOverride(const QString& bottle, const QString& dll, const QString& method,
+                           QObject* context = nullptr, const Handler& handler = {}) {
+        fireOrWatch("updateDllOverride", {bottle, dll, method, false}, context, handler);
     }
-    void removeDllOverride(const QString& bottle, const QString& dll) {
-        fire("updateDllOverride", {bottle, dll, QString(""), true});
+    void removeDllOverride(const QString& bottle, const QString& dll, QObject* context = nullptr,
+                           const Handler& handler = {}) {
+        fireOrWatch("updateDllOverride", {bottle, dll, QString(""), true}, context, handler);
     }
     BusResult getExternalProgramsDllList(const QString& bottle) {
         return block("getExternalProgramsDllList", {bottle});
@@ -134,14 +136,23 @@ public:
     BusResult getExternalProgramsUpdateExes(const QString& bottle) {
         return block("getExternalProgramsUpdateExes", {bottle});
     }
+    // The same two without waiting.
+    void watchExternalProgramsDllList(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("getExternalProgramsDllList", {bottle}, context, handler);
+    }
+    void watchExternalProgramsUpdateExes(const QString& bottle, QObject* context, const Handler& handler) {
+        watch("getExternalProgramsUpdateExes", {bottle}, context, handler);
+    }
     void listFontReplacements(const QString& bottle, QObject* context, const Handler& handler) {
         watch("listFontReplacements", {bottle}, context, handler);
     }
-    void addFontReplacements(const QString& bottle, const QString& font, const QString& replacement) {
-        fire("addFontReplacements", {bottle, font, replacement});
+    void addFontReplacements(const QString& bottle, const QString& font, const QString& replacement,
+                             QObject* context = nullptr, const Handler& handler = {}) {
+        fireOrWatch("addFontReplacements", {bottle, font, replacement}, context, handler);
     }
-    void removeFontReplacement(const QString& bottle, const QString& font) {
-        fire("removeFontReplacement", {bottle, font});
+    void removeFontReplacement(const QString& bottle, const QString& font, QObject* context = nullptr,
+                               const Handler& handler = {}) {
+        fireOrWatch("removeFontReplacement", {bottle, font}, context, handler);
     }
 
     // Programs. The two waits with a running event loop end early when owner is destroyed.
