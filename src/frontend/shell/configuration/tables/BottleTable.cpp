@@ -1,0 +1,75 @@
+#include "shell/configuration/tables/BottleTable.h"
+
+#include <QStandardItemModel>
+
+#include "backend/BottlesConfig.h"
+
+BottleTable::BottleTable(const QString& listMethod, const QString& firstTitle, const QString& secondTitle,
+                         QWidget* parent)
+    : EditableTable(firstTitle, secondTitle, parent), m_sync(new TableSync(listMethod, this)) {
+    connect(m_sync, &TableSync::listed, this, [this](const QJsonObject& list) {
+        take(TableDifference::rowsOf(list));
+        Q_EMIT loaded();
+    });
+    connect(m_sync, &TableSync::failed, this, &BottleTable::loaded);
+    connect(m_sync, &TableSync::refused, this, &BottleTable::refused);
+    followBottle();
+}
+
+/// Components bring overrides and fonts with them.
+void BottleTable::followBottle() {
+    const auto reload = [this](const QString& bottle) {
+        if (bottle == m_bottle)
+            load();
+    };
+    BottlesConfig* service = BottlesConfig::instance();
+    connect(service, &BottlesConfig::component_setup_done, this, reload);
+    connect(service, &BottlesConfig::dependencySetupDone, this, reload);
+}
+
+void BottleTable::clear() {
+    rows()->removeRows(0, rows()->rowCount());
+}
+
+void BottleTable::take(const TableRows& rows) {
+    m_waiting.reset();
+    if (state() == EditingState)
+        m_waiting = rows;
+    else if (rows != sentRows())
+        fill(rows);
+}
+
+void BottleTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    EditableTable::closeEditor(editor, hint);
+    if (m_waiting && state() != EditingState)
+        take(*m_waiting);
+}
+
+void BottleTable::step(const std::function<void()>& work) {
+    if (m_isInStep) {
+        work();
+        return;
+    }
+    m_isInStep = true;
+    const TableRows before = sentRows();
+    work();
+    m_isInStep = false;
+    if (sentRows() == before)
+        return;
+    m_before = before;
+    Q_EMIT undoable();
+}
+
+void BottleTable::undo() {
+    const TableRows wanted = m_before;
+    for (const TableChange& change : TableDifference::between(sentRows(), wanted))
+        send(change);
+    fill(wanted);
+}
+
+void BottleTable::change(const QString& what, const TableSync::Call& call, bool isIdle) {
+    m_sync->change(what, call, isIdle);
+    // A list that waits for the editor is older than this change.
+    if (std::exchange(m_waiting, std::nullopt))
+        load();
+}

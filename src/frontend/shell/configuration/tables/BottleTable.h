@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+
+#include "shell/configuration/tables/EditableTable.h"
+#include "shell/configuration/tables/TableRows.h"
+#include "shell/configuration/tables/TableSync.h"
+
+/// A table of one bottle. Each edit is sent at once; the last step can be undone. The list is read by load(),
+/// and again whenever the bottle may have changed by itself; never while a cell is edited. Rows that the
+/// service does not have yet stay. GUI thread.
+class BottleTable : public EditableTable {
+    Q_OBJECT
+public:
+    /// `listMethod` as for TableSync.
+    BottleTable(const QString& listMethod, const QString& firstTitle, const QString& secondTitle,
+                QWidget* parent = nullptr);
+
+    void setBottle(const QString& bottle) { m_bottle = bottle; }
+    const QString& bottle() const { return m_bottle; }
+    /// Removes all rows; sends nothing.
+    void clear();
+    void load() { m_sync->load(); }
+    /// Takes the last step back.
+    void undo();
+
+    /// What the service has, or will have when the changes on their way are done.
+    virtual TableRows sentRows() const = 0;
+
+Q_SIGNALS:
+    /// The list has come, or could not be read.
+    void loaded();
+    void refused(const QString& errorText);
+    /// A step has been sent that undo() takes back.
+    void undoable();
+
+protected:
+    /// Replaces the rows that the service has; sends nothing.
+    virtual void fill(const TableRows& rows) = 0;
+    /// Sends one change.
+    virtual void send(const TableChange& change) = 0;
+
+    /// What the user does at once, such as to delete three rows.
+    void step(const std::function<void()>& work);
+    void change(const QString& what, const TableSync::Call& call, bool isIdle = false);
+    TableSync* sync() const { return m_sync; }
+
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
+
+private:
+    void take(const TableRows& rows);
+    void followBottle();
+
+    TableSync* m_sync;
+    QString m_bottle;
+    TableRows m_before;
+    bool m_isInStep = false;
+    std::optional<TableRows> m_waiting;  ///< until the editor closes
+};

@@ -1,0 +1,66 @@
+#include "shell/configuration/tables/ComboCellDelegate.h"
+
+#include <QComboBox>
+#include <QCompleter>
+#include <QLineEdit>
+#include <QTimer>
+
+#include "fenk/style/Paint.h"
+
+using namespace Fenk;
+
+QWidget* ComboCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                         const QModelIndex& index) const {
+    auto* combo = new QComboBox(parent);
+    combo->setFocusPolicy(Qt::StrongFocus);
+    prepare(combo, index.column());
+    connect(combo, qOverload<int>(&QComboBox::activated), this, [this, combo] {
+        auto* self = const_cast<ComboCellDelegate*>(this);
+        Q_EMIT self->commitData(combo);
+        Q_EMIT self->closeEditor(combo);
+    });
+    // There is nothing to do but to choose.
+    if (!combo->isEditable())
+        QTimer::singleShot(0, combo, &QComboBox::showPopup);
+    return combo;
+}
+
+void ComboCellDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    auto* combo = static_cast<QComboBox*>(editor);
+    const QString text = index.data().toString();
+    combo->setCurrentIndex(combo->findText(text, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+    if (combo->isEditable()) {
+        combo->setEditText(text);
+        combo->lineEdit()->selectAll();
+    }
+}
+
+void ComboCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                     const QModelIndex& index) const {
+    model->setData(index, static_cast<QComboBox*>(editor)->currentText().trimmed());
+}
+
+void ComboCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                             const QModelIndex&) const {
+    const QRectF room = QRectF(option.rect).adjusted(Tokens::Space4, 0, -Tokens::Space4, 0);
+    editor->setGeometry(Paint::centred(room, room.width(), Tokens::ControlHeight).toRect());
+}
+
+void ComboCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const {
+    QStyledItemDelegate::paint(painter, option, index);
+    QStyleOptionViewItem cell(option);
+    if (Paint::keyboardFocus(&cell))
+        Paint::ring(painter, QRectF(option.rect).adjusted(2, 2, -2, -2), Tokens::RadiusControl);
+}
+
+void ComboCellDelegate::makeEditable(QComboBox* combo, const QStringList& entries, int visibleItems) {
+    combo->setEditable(true);
+    combo->setInsertPolicy(QComboBox::NoInsert);
+    combo->setMaxVisibleItems(visibleItems);
+    combo->addItems(entries);
+    combo->completer()->setCompletionMode(QCompleter::PopupCompletion);
+    combo->completer()->setCaseSensitivity(Qt::CaseInsensitive);
+    combo->completer()->setFilterMode(Qt::MatchContains);
+    combo->completer()->setMaxVisibleItems(visibleItems);
+}

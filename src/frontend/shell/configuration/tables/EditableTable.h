@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QTableView>
+
+class QMenu;
+class QStandardItemModel;
+
+/// A table of two columns whose rows the user adds, edits in place and deletes: double click or F2 edits a
+/// cell, Delete deletes the selected rows, Insert adds one, the menu key opens the context menu. Without a
+/// frame of its own, for a card.
+class EditableTable : public QTableView {
+    Q_OBJECT
+public:
+    EditableTable(const QString& firstTitle, const QString& secondTitle, QWidget* parent = nullptr);
+
+    QStandardItemModel* rows() const { return m_rows; }
+    /// In rising order.
+    QList<int> selectedRows() const;
+    /// Shows the row, selects it and edits its first cell.
+    void editRow(int row);
+
+Q_SIGNALS:
+    /// The number of rows has changed, perhaps.
+    void countChanged();
+
+protected:
+    virtual void addMenuEntries(QMenu* menu) = 0;
+    virtual void deleteSelected() = 0;
+    virtual void addRow() = 0;
+
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QStandardItemModel* m_rows;
+};

@@ -1,0 +1,66 @@
+#include "shell/configuration/tables/TablePage.h"
+
+#include <QStackedWidget>
+#include <QStandardItemModel>
+#include <QVBoxLayout>
+
+#include "fenk/controls/Card.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
+#include "programs/ListPlaceholder.h"
+#include "shell/configuration/tables/BottleTable.h"
+
+using namespace Fenk;
+
+TablePage::TablePage(const QString& name, const QString& icon, const Texts& texts, BottleTable* table,
+                     QWidget* parent)
+    : QWidget(parent),
+      m_table(table),
+      m_add(new IconButton("fenk-add", texts.add)),
+      m_tools(new QHBoxLayout),
+      m_stack(new QStackedWidget),
+      m_empty(new ListPlaceholder(Theme::icon(icon), texts.empty, texts.add)) {
+    setObjectName(name + "_area");
+    m_add->setObjectName(name + "_addbtn");
+    auto* tip = new Label(texts.tip, Label::Secondary);
+    tip->setWordWrap(true);
+    m_tools->setSpacing(Tokens::Space8);
+    m_tools->addWidget(tip, 1);
+    m_tools->addWidget(m_add);
+    m_stack->addWidget(m_table);
+    m_stack->addWidget(m_empty);
+    auto* frame = new Card;
+    frame->setObjectName(name + "_listview_frame");
+    frame->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+    frame->addRow(m_stack);
+    frame->layout()->setContentsMargins(Tokens::Space4, Tokens::Space4, Tokens::Space4, Tokens::Space4);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(Tokens::RingExtent, 0, Tokens::Space12, Tokens::Space8);
+    layout->setSpacing(Tokens::Space8);
+    layout->addLayout(m_tools);
+    layout->addWidget(frame, 1);
+    connect(m_add, &QToolButton::clicked, this, &TablePage::addRequested);
+    connect(m_empty, &ListPlaceholder::pressed, this, &TablePage::addRequested);
+    connect(m_table, &BottleTable::countChanged, this, &TablePage::refresh);
+    connect(m_table, &BottleTable::refused, this, &TablePage::showError);
+    refresh();
+}
+
+void TablePage::addTool(QWidget* button) {
+    m_tools->insertWidget(m_tools->count() - 1, button);
+}
+
+void TablePage::showError(const QString& errorText) {
+    FloatingMessage::show(this, Theme::icon("fenk-error"), errorText);
+}
+
+void TablePage::refresh() {
+    const bool hadFocus = m_stack->isAncestorOf(focusWidget());
+    const bool isEmpty = m_table->rows()->rowCount() == 0;
+    m_stack->setCurrentWidget(isEmpty ? static_cast<QWidget*>(m_empty) : m_table);
+    if (hadFocus)
+        m_stack->currentWidget()->setFocus();
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QWidget>
+
+class BottleTable;
+class ListPlaceholder;
+class QHBoxLayout;
+class QStackedWidget;
+
+namespace Fenk {
+class IconButton;
+}
+
+/// A page with one table: a tip and buttons above, the table in a frame, and while it is empty a placeholder
+/// with the same action as the button that adds a row. Shows what the service has refused.
+class TablePage : public QWidget {
+    Q_OBJECT
+public:
+    struct Texts {
+        QString tip;
+        QString add;
+        QString empty;
+    };
+    /// `name` begins the names of area, buttons and frame; `icon` is that of the placeholder.
+    TablePage(const QString& name, const QString& icon, const Texts& texts, BottleTable* table,
+              QWidget* parent = nullptr);
+
+    BottleTable* table() const { return m_table; }
+
+Q_SIGNALS:
+    void addRequested();
+
+protected:
+    Fenk::IconButton* addButton() const { return m_add; }
+    /// Adds a button before the one that adds rows.
+    void addTool(QWidget* button);
+    void showError(const QString& errorText);
+
+private:
+    void refresh();
+
+    BottleTable* m_table;
+    Fenk::IconButton* m_add;
+    QHBoxLayout* m_tools;
+    QStackedWidget* m_stack;
+    ListPlaceholder* m_empty;
+};

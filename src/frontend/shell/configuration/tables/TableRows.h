@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QMap>
+#include <QString>
+#include <QVector>
+
+/// The rows of a table as the service has them: name to value.
+using TableRows = QMap<QString, QString>;
+
+struct TableChange {
+    QString name;
+    QString value;
+    bool isRemoved = false;
+};
+
+namespace TableDifference {
+
+TableRows rowsOf(const QJsonObject& list);
+/// The changes that make one table into the other, removals first.
+QVector<TableChange> between(const TableRows& from, const TableRows& to);
+
+}  // namespace TableDifference
