@@ -7,6 +7,7 @@
 
 #include "shell/configuration/dlls/DllOverrideListView.h"
 #include "shell/configuration/dlls/LoadMethods.h"
+#include "shell/configuration/tables/CompletingCombo.h"
 
 namespace {
 constexpr int VisibleItems = 15;
@@ -36,7 +37,7 @@ QStringList DllOverrideItemDelegate::builtinDlls(const QString& path) {
 void DllOverrideItemDelegate::prepare(QComboBox* combo, int column) const {
     if (column == 0) {
         combo->setAccessibleName("dllname_edit");
-        makeEditable(combo, m_dlls, VisibleItems);
+        makeCompleting(combo, m_dlls, VisibleItems);
         // What ends a name for Wine, and directories.
         static const QRegularExpression allowed("\\*?[^;=,\"*/\\\\:]*");
         combo->setValidator(new QRegularExpressionValidator(allowed, combo));

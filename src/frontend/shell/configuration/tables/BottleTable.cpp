@@ -33,10 +33,12 @@ void BottleTable::clear() {
 
 void BottleTable::take(const TableRows& rows) {
     m_waiting.reset();
-    if (state() == EditingState)
+    if (state() == EditingState) {
         m_waiting = rows;
-    else if (rows != sentRows())
+    } else if (rows != sentRows()) {
         fill(rows);
+        Q_EMIT replaced();
+    }
 }
 
 void BottleTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {

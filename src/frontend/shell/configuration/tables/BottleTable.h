@@ -33,6 +33,8 @@ Q_SIGNALS:
     void refused(const QString& errorText);
     /// A step has been sent that undo() takes back.
     void undoable();
+    /// The bottle has other rows than were shown; there is no step to take back any more.
+    void replaced();
 
 protected:
     /// Replaces the rows that the service has; sends nothing.

@@ -1,7 +1,6 @@
 #include "shell/configuration/tables/ComboCellDelegate.h"
 
 #include <QComboBox>
-#include <QCompleter>
 #include <QLineEdit>
 #include <QTimer>
 
@@ -52,15 +51,4 @@ void ComboCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     QStyleOptionViewItem cell(option);
     if (Paint::keyboardFocus(&cell))
         Paint::ring(painter, QRectF(option.rect).adjusted(2, 2, -2, -2), Tokens::RadiusControl);
-}
-
-void ComboCellDelegate::makeEditable(QComboBox* combo, const QStringList& entries, int visibleItems) {
-    combo->setEditable(true);
-    combo->setInsertPolicy(QComboBox::NoInsert);
-    combo->setMaxVisibleItems(visibleItems);
-    combo->addItems(entries);
-    combo->completer()->setCompletionMode(QCompleter::PopupCompletion);
-    combo->completer()->setCaseSensitivity(Qt::CaseInsensitive);
-    combo->completer()->setFilterMode(Qt::MatchContains);
-    combo->completer()->setMaxVisibleItems(visibleItems);
 }

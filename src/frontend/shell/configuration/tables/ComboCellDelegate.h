@@ -23,7 +23,4 @@ public:
 protected:
     /// Gives the combo box of a column its accessible name and entries.
     virtual void prepare(QComboBox* combo, int column) const = 0;
-
-    /// Lets the user type, and completes what is in the list, in any case and anywhere in the name.
-    static void makeEditable(QComboBox* combo, const QStringList& entries, int visibleItems);
 };

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QStringList>
+
+/// The names of fonts that the user chooses from.
+namespace FontNames {
+
+/// What Windows and its language packs have; the first are those that Chinese programs ask for most.
+QStringList ofWindows();
+/// The families of this machine.
+QStringList ofSystem();
+
+/// Fonts of Windows that nearly every program uses, and the one family that stands in for all of them.
+QStringList replacedByDefault();
+QString defaultReplacement();
+
+}  // namespace FontNames

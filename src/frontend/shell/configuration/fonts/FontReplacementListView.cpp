@@ -1,0 +1,178 @@
+#include "shell/configuration/fonts/FontReplacementListView.h"
+
+#include <QDebug>
+#include <QFontDialog>
+#include <QMenu>
+#include <QStandardItemModel>
+
+#include "backend/BottlesConfig.h"
+#include "fenk/style/WidgetLook.h"
+#include "shell/configuration/fonts/FontNames.h"
+#include "shell/configuration/fonts/FontReplacementItemDelegate.h"
+
+namespace {
+/// What the service has in this row and column; empty for a row that it does not have.
+constexpr int SentRole = Qt::UserRole + 1;
+}  // namespace
+
+FontReplacementListView::FontReplacementListView(QWidget* parent)
+    : BottleTable("listFontReplacements", tr("Windows font"), tr("Replacement"), parent) {
+    setObjectName("fontreplacement_listview");
+    setAccessibleName(tr("Font Replacement"));
+    auto* delegate = new FontReplacementItemDelegate(this);
+    setItemDelegate(delegate);
+    connect(delegate, &FontReplacementItemDelegate::edited, this,
+            [this](const QModelIndex& index) { sendRow(index.row()); });
+    sync()->setList([this](QObject* context, const TableSync::Handler& handler) {
+        BottlesConfig::instance()->listFontReplacements(bottle(), context, handler);
+    });
+    connect(sync(), &TableSync::listed, this, [](const QJsonObject& list) {
+        for (auto it = list.begin(); it != list.end(); ++it)
+            qInfo() << "load font replacement: " << it.key() << "->" << it.value().toString();
+    });
+}
+
+QString FontReplacementListView::text(int row, int column) const {
+    return rows()->item(row, column)->text();
+}
+
+QString FontReplacementListView::sentFont(int row) const {
+    return rows()->item(row, 0)->data(SentRole).toString();
+}
+
+void FontReplacementListView::setSent(int row) {
+    for (int column : {0, 1})
+        rows()->item(row, column)->setData(text(row, column), SentRole);
+}
+
+TableRows FontReplacementListView::sentRows() const {
+    TableRows sent;
+    for (int row = 0; row < rows()->rowCount(); ++row) {
+        if (!sentFont(row).isEmpty())
+            sent.insert(sentFont(row), rows()->item(row, 1)->data(SentRole).toString());
+    }
+    return sent;
+}
+
+void FontReplacementListView::addNewReplacements(const QString& from, const QString& to, bool sync) {
+    rows()->insertRow(0, {new QStandardItem(from), new QStandardItem(to)});
+    if (!sync)
+        setSent(0);
+    else if (from.isEmpty() && to.isEmpty())
+        editRow(0);
+    else
+        sendRow(0);
+}
+
+void FontReplacementListView::fill(const TableRows& list) {
+    for (int row = rows()->rowCount() - 1; row >= 0; --row) {
+        if (!sentFont(row).isEmpty())
+            rows()->removeRow(row);
+    }
+    for (auto it = list.begin(); it != list.end(); ++it)
+        addNewReplacements(it.key(), it.value(), false);
+}
+
+void FontReplacementListView::sendRow(int row) {
+    const QString font = text(row, 0), replacement = text(row, 1), oldFont = sentFont(row);
+    if (font.isEmpty() || replacement.isEmpty()) {
+        // The service keeps what it has.
+        for (int column = 0; column < 2 && !oldFont.isEmpty(); ++column)
+            rows()->item(row, column)->setText(rows()->item(row, column)->data(SentRole).toString());
+        return;
+    }
+    step([&] {
+        const TableRows before = sentRows();
+        const QPersistentModelIndex current = rows()->index(row, 0);
+        set(font, replacement);
+        setSent(row);
+        for (int other = rows()->rowCount() - 1; other >= 0; --other) {
+            if (other != current.row() && sentFont(other) == font)
+                rows()->removeRow(other);
+        }
+        // Another font in this row replaces one more; it does not end the replacement of the old one.
+        if (before.contains(oldFont) && oldFont != font) {
+            rows()->insertRow(current.row() + 1,
+                              {new QStandardItem(oldFont), new QStandardItem(before.value(oldFont))});
+            setSent(current.row() + 1);
+        }
+    });
+}
+
+void FontReplacementListView::set(const QString& font, const QString& replacement) {
+    change("the replacement of the font " + font,
+           [this, font, replacement](QObject* context, const TableSync::Handler& handler) {
+               BottlesConfig::instance()->addFontReplacements(bottle(), font, replacement, context, handler);
+           });
+}
+
+void FontReplacementListView::remove(const QString& font, bool isSent) {
+    change(
+        "the removal of the replacement of the font " + font,
+        [this, font](QObject* context, const TableSync::Handler& handler) {
+            BottlesConfig::instance()->removeFontReplacement(bottle(), font, context, handler);
+        },
+        !isSent);
+}
+
+void FontReplacementListView::send(const TableChange& change) {
+    if (change.isRemoved)
+        remove(change.name, true);
+    else
+        set(change.name, change.value);
+}
+
+void FontReplacementListView::addMenuEntries(QMenu* menu) {
+    const bool hasRows = !selectedRows().isEmpty();
+    menu->addAction(tr("To..."), this, &FontReplacementListView::chooseReplacement)->setEnabled(hasRows);
+    menu->addAction(tr("Add default replacements"), this, &FontReplacementListView::addDefaults);
+    menu->addSeparator();
+    QAction* removal = menu->addAction(tr("Delete selected"), this, &FontReplacementListView::deleteSelected);
+    removal->setEnabled(hasRows);
+    Fenk::setDestructive(removal);
+}
+
+void FontReplacementListView::deleteSelected() {
+    const QList<int> selected = selectedRows();
+    step([&] {
+        for (int i = selected.size() - 1; i >= 0; --i) {
+            const QString font = text(selected[i], 0);
+            const bool isSent = !sentFont(selected[i]).isEmpty();
+            rows()->removeRow(selected[i]);
+            remove(font, isSent);
+        }
+    });
+}
+
+void FontReplacementListView::chooseReplacement() {
+    const QList<int> selected = selectedRows();
+    if (selected.isEmpty())
+        return;
+    auto* dialog = new QFontDialog(QFont(text(selected.first(), 1)), this);
+    dialog->setObjectName("replacement_dialog");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QFontDialog::fontSelected, this,
+            [this](const QFont& font) { replaceBy(font.family()); });
+    dialog->open();
+}
+
+void FontReplacementListView::replaceBy(const QString& family) {
+    QList<QPersistentModelIndex> chosen;
+    for (const int row : selectedRows())
+        chosen << rows()->index(row, 1);
+    step([&] {
+        for (const QPersistentModelIndex& index : qAsConst(chosen)) {
+            rows()->setData(index, family);
+            sendRow(index.row());
+        }
+    });
+}
+
+void FontReplacementListView::addDefaults() {
+    step([this] {
+        for (const QString& font : FontNames::replacedByDefault()) {
+            if (rows()->findItems(font, Qt::MatchExactly | Qt::MatchCaseSensitive, 0).isEmpty())
+                addNewReplacements(font, FontNames::defaultReplacement(), true);
+        }
+    });
+}

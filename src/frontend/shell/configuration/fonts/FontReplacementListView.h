@@ -1,0 +1,37 @@
+#pragma once
+
+#include "shell/configuration/tables/BottleTable.h"
+
+/// The font replacements of a bottle: the font that programs ask for, and the one that Wine takes. A row
+/// that lacks one of them has not been sent.
+class FontReplacementListView : public BottleTable {
+    Q_OBJECT
+public:
+    explicit FontReplacementListView(QWidget* parent = nullptr);
+
+    TableRows sentRows() const override;
+
+public Q_SLOTS:
+    /// Adds a row at the top. With sync a full row is sent; without it the service has the row already. An
+    /// empty row is edited at once.
+    void addNewReplacements(const QString& from = QString(), const QString& to = QString(), bool sync = true);
+
+protected:
+    void fill(const TableRows& rows) override;
+    void send(const TableChange& change) override;
+    void addMenuEntries(QMenu* menu) override;
+    void deleteSelected() override;
+    void addRow() override { addNewReplacements(); }
+
+private:
+    QString text(int row, int column) const;
+    QString sentFont(int row) const;
+    void setSent(int row);
+    /// Sends the row if both cells are filled.
+    void sendRow(int row);
+    void chooseReplacement();
+    void replaceBy(const QString& family);
+    void addDefaults();
+    void set(const QString& font, const QString& replacement);
+    void remove(const QString& font, bool isSent);
+};
