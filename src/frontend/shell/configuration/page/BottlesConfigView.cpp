@@ -104,13 +104,13 @@ void BottlesConfigView::connectBottle() {
     connect(m_settings, &BottleSettings::stateChanged, this, &BottlesConfigView::refreshState);
     connect(m_settings, &BottleSettings::refused, this, &BottlesConfigView::showError);
     connect(m_settings, &BottleSettings::programsRunning, this, &BottlesConfigView::askAboutPrograms);
-    connect(m_settings, &BottleSettings::undoable, this,
-            [this](Setting setting) { m_foot->undoBar()->offer(SettingTable::label(setting)); });
+    connect(m_settings, &BottleSettings::undoable, this, [this](Setting setting) {
+        m_foot->undoBar()->offer(SettingTable::label(setting), m_settings, [this] { m_settings->undo(); });
+    });
     connect(m_settings, &BottleSettings::changed, this, [this] {
         if (!m_settings->canUndo())
-            m_foot->undoBar()->withdraw();
+            m_foot->undoBar()->withdraw(m_settings);
     });
-    connect(m_foot->undoBar(), &UndoBar::undone, m_settings, &BottleSettings::undo);
     connect(m_settings, &BottleSettings::runnerChanged, this, &BottlesConfigView::checkDriver);
     connect(m_settings, &BottleSettings::runnerChanged, this, [this] {
         slotsUpdateMemOptimizedSwitchButtonStates(

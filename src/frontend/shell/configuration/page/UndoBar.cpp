@@ -31,23 +31,33 @@ UndoBar::UndoBar(QWidget* parent)
     const auto take = [this] {
         if (!isOffering())
             return;
-        withdraw();
-        Q_EMIT undone();
+        const auto undo = m_undo;
+        end();
+        undo();
     };
     connect(m_button, &QPushButton::clicked, this, take);
-    connect(&m_timer, &QTimer::timeout, this, &UndoBar::withdraw);
+    connect(&m_timer, &QTimer::timeout, this, &UndoBar::end);
     connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this, take);
-    withdraw();
+    end();
 }
 
-void UndoBar::offer(const QString& what) {
+void UndoBar::offer(const QString& what, const QObject* owner, const std::function<void()>& undo) {
+    m_owner = owner;
+    m_undo = undo;
     m_text->setText(tr("%1 has been changed").arg(what));
     m_text->show();
     m_button->show();
     m_timer.start();
 }
 
-void UndoBar::withdraw() {
+void UndoBar::withdraw(const QObject* owner) {
+    if (owner == m_owner)
+        end();
+}
+
+void UndoBar::end() {
+    m_owner = nullptr;
+    m_undo = {};
     m_timer.stop();
     m_text->hide();
     m_button->hide();
