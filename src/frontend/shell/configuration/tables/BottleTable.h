@@ -20,7 +20,8 @@ public:
     const QString& bottle() const { return m_bottle; }
     /// Removes all rows; sends nothing.
     void clear();
-    void load() { m_sync->load(); }
+    /// Ends in loaded(). False when edits are on their way; the list is read after them.
+    bool load() { return m_sync->load(); }
     /// Takes the last step back.
     void undo();
 

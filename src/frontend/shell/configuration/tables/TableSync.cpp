@@ -1,47 +1,28 @@
 #include "shell/configuration/tables/TableSync.h"
 
-#include <QDBusServiceWatcher>
 #include <QDebug>
 #include <QPointer>
 
 #include "backend/PendingWork.h"
-#include "backend/ServiceLoss.h"
-#include "backend/ServiceNames.h"
 
-TableSync::TableSync(const QString& method, QObject* parent) : QObject(parent), m_method(method) {
-    followService();
-}
+TableSync::TableSync(const QString& method, QObject* parent) : QObject(parent), m_method(method) {}
 
-/// Asks a new service; what the old one had not done is lost.
-void TableSync::followService() {
-    whenServiceIsLost(this, [this] {
-        if (m_loads > 0)
-            load();
-    });
-    auto* arrival = new QDBusServiceWatcher(ServiceNames::Service, QDBusConnection::sessionBus(),
-                                            QDBusServiceWatcher::WatchForRegistration, this);
-    connect(arrival, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-        if (m_hasFailed)
-            load();
-    });
-}
-
-void TableSync::load() {
+bool TableSync::load() {
     m_isLoading = true;
     m_isStale = m_pending > 0;
     if (m_isStale)
-        return;
+        return false;
     m_list(this, [this, number = ++m_loads](const BusResult& result) {
         if (number == m_loads)
             onListed(result);
     });
+    return true;
 }
 
 void TableSync::onListed(const BusResult& result) {
     if (m_isStale)
         return;
     m_isLoading = false;
-    m_hasFailed = !result.ok;
     if (result.ok) {
         Q_EMIT listed(result.object());
         return;

@@ -7,8 +7,7 @@
 
 /// Keeps a table equal to a list of the background service, a JSON object. An answer that is older than a
 /// change on its way, or than another question, is dropped, and the list is asked for again; so it is after
-/// a refused change and with a new service. Changes hold a PendingWork until they are done. GUI thread;
-/// waits for nothing.
+/// a refused change. Changes hold a PendingWork until they are done. GUI thread; waits for nothing.
 class TableSync : public QObject {
     Q_OBJECT
 public:
@@ -21,8 +20,8 @@ public:
 
     /// The call that answers with the list.
     void setList(const Call& list) { m_list = list; }
-    /// Ends in listed() or failed(); never in both.
-    void load();
+    /// Ends in listed() or failed(). False when changes are on their way: the list is asked for after them.
+    bool load();
     /// Sends a change. `what` is for the log; a refusal of an idle change, which the service did not have to
     /// do, is only logged.
     void change(const QString& what, const Call& call, bool isIdle = false);
@@ -34,7 +33,6 @@ Q_SIGNALS:
     void refused(const QString& errorText);
 
 private:
-    void followService();
     void onListed(const BusResult& result);
     void onChanged(const BusResult& result, bool isIdle);
 
@@ -44,6 +42,5 @@ private:
     int m_pending = 0;         ///< changes on their way
     bool m_isLoading = false;  ///< load() has not ended
     bool m_isStale = false;    ///< to be asked for when the changes are done
-    bool m_hasFailed = false;
     bool m_hasRefused = false;
 };
