@@ -83,11 +83,17 @@ void BottleSettings::followComponents() {
 void BottleSettings::load() {
     qInfo().noquote() << "Loading" << m_bottle;
     setState(State::Loading);
-    BottlesConfig::instance()->watchBottle(m_bottle, this,
-                                           [this, number = ++m_loads](const BusResult& result) {
-                                               if (number == m_loads)
-                                                   onRecord(result);
-                                           });
+    const int number = ++m_loads;
+    const auto read = [this, number] {
+        BottlesConfig::instance()->watchBottle(m_bottle, this, [this, number](const BusResult& result) {
+            if (number == m_loads)
+                onRecord(result);
+        });
+    };
+    if (m_readBefore)
+        m_readBefore(read);
+    else
+        read();
 }
 
 void BottleSettings::onRecord(const BusResult& result) {

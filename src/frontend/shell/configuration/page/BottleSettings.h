@@ -23,6 +23,9 @@ public:
 
     /// Reads the record again. Also done by itself when the service has left the bus or has come back.
     void load();
+    /// What load() does first; it calls `then` once, in the GUI thread.
+    using ReadBefore = std::function<void(const std::function<void()>& then)>;
+    void setReadBefore(const ReadBefore& read) { m_readBefore = read; }
 
     State state() const { return m_state; }
     QString errorText() const { return m_errorText; }  ///< for State::Failed
@@ -86,6 +89,7 @@ private:
     GraphicsFacts m_graphics;
     bool m_hasNtSync = false;
     bool m_followsComponents = false;
+    ReadBefore m_readBefore;
     int m_loads = 0;  ///< answers to older ones are dropped
     int m_ntSyncChecks = 0;
     QTimer m_dpiTimer;

@@ -22,6 +22,8 @@
 #include "launch/run/BottleTasks.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "shell/configuration/hints/CustomSPitter.h"
+#include "shell/configuration/dlls/DllOverridePage.h"
+#include "shell/configuration/fonts/FontReplacementPage.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BasicPage.h"
 #include "shell/configuration/page/BottleCommands.h"
@@ -42,6 +44,7 @@
 #include "shell/configuration/page/ProgramTrials.h"
 #include "shell/configuration/page/ProtonSetup.h"
 #include "shell/configuration/page/SettingControlRow.h"
+#include "shell/configuration/page/TablePages.h"
 #include "shell/configuration/page/ToolsPage.h"
 #include "shell/configuration/page/UndoBar.h"
 #include "shell/configuration/parameters/LogChannels.h"
@@ -111,6 +114,7 @@ void BottlesConfigView::connectBottle() {
         if (!m_settings->canUndo())
             m_foot->undoBar()->withdraw(m_settings);
     });
+    m_tables->offerUndo(m_foot->undoBar());
     connect(m_settings, &BottleSettings::runnerChanged, this, &BottlesConfigView::checkDriver);
     connect(m_settings, &BottleSettings::runnerChanged, this, [this] {
         slotsUpdateMemOptimizedSwitchButtonStates(
@@ -147,6 +151,9 @@ QWidget* BottlesConfigView::makeRightSide() {
     auto* tools = new ToolsPage(m_programs);
     m_pages->addPage(Basic, tr("Basic Configuration"), m_basic);
     m_pages->addPage(WineParameter, tr("Wine Parameter"), m_params);
+    m_tables = new TablePages(m_settings, this);
+    m_pages->addPage(DllOverride, tr("DLL Override"), m_tables->dlls());
+    m_pages->addPage(FontReplacement, tr("Font Replacement"), m_tables->fonts());
     m_pages->addPage(DebuggingTools, tr("Debugging Tools"), tools);
     connect(tools, &ToolsPage::importRequested, this, &BottlesConfigView::slotsimportRegs);
     connect(m_pages, &ConfigPages::pageShown, m_params, &WineParamsCfgWidget::refreshTranslators);

@@ -18,6 +18,7 @@ class HintNavigator;
 class ProgramFindings;
 class ProgramTrials;
 class QSplitter;
+class TablePages;
 class WineParamsCfgWidget;
 
 /// The window in which a user tunes one bottle and tries its programs: the programs on the left, pages of
@@ -107,6 +108,7 @@ private:
     ConfigPages* m_pages = nullptr;
     BasicPage* m_basic = nullptr;
     WineParamsCfgWidget* m_params = nullptr;
+    TablePages* m_tables = nullptr;
     QSplitter* m_splitter = nullptr;
     DebuggingLogsFrame* m_logs = nullptr;
     ProgramFindings* m_findings = nullptr;
