@@ -4,8 +4,10 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QJsonArray>
 #include <QMenu>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QTemporaryDir>
 #include <functional>
@@ -17,6 +19,7 @@
 #include "shell/configuration/page/BottlesConfigView.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
+#include "shell/configuration/tables/BottleTable.h"
 #include "support/FakeBottleService.h"
 
 using namespace TestSupport;
@@ -141,6 +144,80 @@ QList<QWidget*> loading(const Scene& scene) {
     return {scene.view};
 }
 
+BottleTable* tableOn(const Scene& scene, BottlesConfigView::Page page, const QString& name) {
+    scene.view->onConfigurePageToggled(page);
+    settle(100);
+    return scene.view->findChild<BottleTable*>(name);
+}
+
+BottleTable* dllTable(const Scene& scene) {
+    return tableOn(scene, BottlesConfigView::DllOverride, "dlloverride_listview");
+}
+
+BottleTable* fontTable(const Scene& scene) {
+    return tableOn(scene, BottlesConfigView::FontReplacement, "fontreplacement_listview");
+}
+
+QList<QWidget*> withMenu(const Scene& scene, BottleTable* table) {
+    table->selectRow(1);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {200, 60}, table->viewport()->mapToGlobal({200, 60}));
+    QApplication::sendEvent(table->viewport(), &event);
+    settle(300);
+    return {scene.view, table->findChild<QMenu*>("table_menu")};
+}
+
+QList<QWidget*> dlls(const Scene& scene) {
+    dllTable(scene)->selectRow(1);
+    return {scene.view};
+}
+
+QList<QWidget*> dllsEdited(const Scene& scene) {
+    BottleTable* table = dllTable(scene);
+    table->setFocus(Qt::TabFocusReason);
+    table->editRow(1);
+    settle(300);
+    return {scene.view};
+}
+
+QList<QWidget*> dllsEmpty(const Scene& scene) {
+    dllTable(scene)->clear();
+    settle(100);
+    return {scene.view};
+}
+
+QList<QWidget*> dllsMenu(const Scene& scene) {
+    return withMenu(scene, dllTable(scene));
+}
+
+QList<QWidget*> scan(const Scene& scene) {
+    dllTable(scene);
+    scene.view->findChild<QPushButton*>("dlloverride_scanbtn")->menu()->actions().first()->trigger();
+    settle(500);
+    return {scene.view, scene.view->findChild<QWidget*>("scan_dialog")};
+}
+
+QList<QWidget*> fonts(const Scene& scene) {
+    fontTable(scene)->selectRow(0);
+    return {scene.view};
+}
+
+QList<QWidget*> fontsEmpty(const Scene& scene) {
+    fontTable(scene)->clear();
+    settle(100);
+    return {scene.view};
+}
+
+QList<QWidget*> fontsMenu(const Scene& scene) {
+    return withMenu(scene, fontTable(scene));
+}
+
+QList<QWidget*> fontDialog(const Scene& scene) {
+    fontTable(scene);
+    scene.view->findChild<QAbstractButton*>("fontreplacement_addbtn")->click();
+    settle(300);
+    return {scene.view, scene.view->findChild<QWidget*>("fontreplacement_add_dialog")};
+}
+
 QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
     const QTemporaryDir directory;
     FakeBottleService service;
@@ -151,6 +228,13 @@ QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
                                                        {"supported", QJsonArray{"lumora-wine-staging"}}}},
                                 {"dxvk", QJsonObject{{"supported", QJsonArray{"dxvk-2.3", "dxvk-1.10.3"}}}},
                                 {"vkd3d", QJsonObject{{"supported", QJsonArray{"vkd3d-proton-2.11"}}}}});
+    service.setJson("Bottles.listDllOverrides",
+                    QJsonObject{{"d3d9", "n,b"}, {"mshtml", ""}, {"msvcp140", "n"}, {"updater.exe", ""}});
+    service.setJson("Bottles.listFontReplacements",
+                    QJsonObject{{"Arial", "WenQuanYi Micro Hei"},
+                                {QString::fromUtf8("微软雅黑"), "Noto Sans CJK SC"},
+                                {"Segoe UI", "DejaVu Sans"}});
+    service.setJson("Bottles.getExternalProgramsDllList", QJsonArray{"D3D9", "MSVCP140", "zlib1", "ffmpeg"});
     service.setBottle(
         Bottle,
         {{"Path", directory.path()},
@@ -179,9 +263,27 @@ int main(int argc, char** argv) {
     const struct {
         const char* name;
         QList<QWidget*> (*windows)(const Scene&);
-    } states[] = {{"plain", plain},   {"changed", changed}, {"setups", setups}, {"question", question},
-                  {"logs", logs},     {"hints", hints},     {"menu", menu},     {"tools", tools},
-                  {"search", search}, {"narrow", narrow},   {"failed", failed}, {"loading", loading}};
+    } states[] = {{"plain", plain},
+                  {"changed", changed},
+                  {"setups", setups},
+                  {"question", question},
+                  {"logs", logs},
+                  {"hints", hints},
+                  {"menu", menu},
+                  {"tools", tools},
+                  {"search", search},
+                  {"narrow", narrow},
+                  {"failed", failed},
+                  {"loading", loading},
+                  {"dlls", dlls},
+                  {"dlls-edited", dllsEdited},
+                  {"dlls-empty", dllsEmpty},
+                  {"dlls-menu", dllsMenu},
+                  {"scan", scan},
+                  {"fonts", fonts},
+                  {"fonts-empty", fontsEmpty},
+                  {"fonts-menu", fontsMenu},
+                  {"font-dialog", fontDialog}};
     QVector<PictureState> pictures;
     for (const auto& state : states)
         pictures.append({state.name, [&state] { return paint(state.windows); }});

@@ -37,7 +37,7 @@ ScanDialog::ScanDialog(const QString& title, const QVector<ScanChange>& changes,
         item->setCheckState(0, Qt::Checked);
     }
     const int rows = qMin(changes.size(), MostRows);
-    m_list->setFixedHeight(Tokens::HeadHeight + rows * Tokens::RowHeight + Tokens::Space8);
+    m_list->setFixedHeight(Tokens::HeadHeight + rows * Tokens::RowHeight + Tokens::Space24);
     m_list->setCurrentItem(m_list->topLevelItem(0));
     addContent(m_list);
     addButton(tr("Cancel"));

@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "fenk/style/Paint.h"
+#include "shell/configuration/tables/EditableTable.h"
 
 using namespace Fenk;
 
@@ -43,6 +44,13 @@ void ComboCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOption
                                              const QModelIndex&) const {
     const QRectF room = QRectF(option.rect).adjusted(Tokens::Space4, 0, -Tokens::Space4, 0);
     editor->setGeometry(Paint::centred(room, room.width(), Tokens::ControlHeight).toRect());
+}
+
+/// The whole row is hovered.
+void ComboCellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const auto* table = qobject_cast<const EditableTable*>(option->widget);
+    option->state.setFlag(QStyle::State_MouseOver, table && table->hoveredRow() == index.row());
 }
 
 void ComboCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -4,8 +4,8 @@
 
 class QComboBox;
 
-/// Edits cells with combo boxes. A chosen entry, Return and the loss of the focus write the text to the cell;
-/// Escape leaves the cell as it was. Marks the current cell for keys.
+/// Edits cells of an EditableTable with combo boxes. A chosen entry, Return and the loss of the focus write
+/// the text to the cell; Escape leaves the cell as it was. Marks the current cell for keys.
 class ComboCellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -21,6 +21,8 @@ public:
                const QModelIndex& index) const override;
 
 protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
     /// Gives the combo box of a column its accessible name and entries.
     virtual void prepare(QComboBox* combo, int column) const = 0;
 };

@@ -64,6 +64,16 @@ void EditableTable::contextMenuEvent(QContextMenuEvent* event) {
         chooseFirstEntry(menu);
 }
 
+bool EditableTable::viewportEvent(QEvent* event) {
+    const bool isMove = event->type() == QEvent::HoverMove || event->type() == QEvent::HoverEnter;
+    if (isMove || event->type() == QEvent::HoverLeave) {
+        const int row = isMove ? rowAt(static_cast<QHoverEvent*>(event)->pos().y()) : -1;
+        if (std::exchange(m_hoveredRow, row) != row)
+            viewport()->update();
+    }
+    return QTableView::viewportEvent(event);
+}
+
 void EditableTable::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Delete && !selectedRows().isEmpty())
         deleteSelected();

@@ -16,6 +16,8 @@ public:
     QStandardItemModel* rows() const { return m_rows; }
     /// In rising order.
     QList<int> selectedRows() const;
+    /// The row below the mouse, -1 when there is none.
+    int hoveredRow() const { return m_hoveredRow; }
     /// Shows the row, selects it and edits its first cell.
     void editRow(int row);
 
@@ -30,7 +32,9 @@ protected:
 
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
 private:
     QStandardItemModel* m_rows;
+    int m_hoveredRow = -1;
 };
