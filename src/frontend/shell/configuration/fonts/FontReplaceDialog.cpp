@@ -38,8 +38,8 @@ FontReplaceDialog::FontReplaceDialog(QWidget* parent)
     setTitle(tr("Replace a font"));
     m_ok->setObjectName("ok_btn");
     m_ok->setIcon(QIcon(new SymbolicIconEngine(QString(":/images/checked.svg"))));
-    m_ok->setAccessibleName(tr("Replace"));
-    m_ok->setToolTip(tr("Replace"));
+    m_ok->setAccessibleName(tr("Replace a font"));
+    m_ok->setToolTip(tr("Replace a font"));
     m_ok->setDefault(true);
     auto* row = new QHBoxLayout;
     row->setContentsMargins(Tokens::Space24, Tokens::Space8, Tokens::Space24, Tokens::Space24);
