@@ -30,7 +30,7 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_templatesObject(&m_templates),
       m_cleanUpObject(&m_cleanUps),
       m_programsObject(&m_processes),
-      m_repairObject(&m_repairOffers, &m_bottleRepairs),
+      m_repairObject(&m_repairOffers, &m_bottleRepairs, &m_dependencies),
       m_installerObject(&m_setups),
       m_offlineObject(&m_offline),
       m_managerObject(version),
@@ -55,7 +55,7 @@ void BottleService::connectRequests() {
         m_bottleComponents.cancelAll(bottle);
         m_bottleRepairs.cancelAll(bottle);
         m_setups.cancelForDeletion(bottle);
-        m_dependencies.cancel(bottle, [](const Answer&) {});
+        m_dependencies.cancelAll(bottle);
     });
     connect(&m_setups, &SetupRequests::succeeded, &m_programs, &ProgramRequests::announce);
     connect(&m_engine, &BottleEngine::closed, this, &BottleService::closed);

@@ -93,9 +93,11 @@ private Q_SLOTS:
         QCOMPARE(m_service->text("getInstallingDependency", {Bottle}), "needy");
         // The second waits for the first.
         QCOMPARE(install("good"), QString());
-        QTRY_COMPARE(told("dependencySetupDone"),
-                     QStringList({"dependencySetupDone(real, needy, {\"ok\":true})",
-                                  "dependencySetupDone(real, good, {\"ok\":true})"}));
+        QTRY_COMPARE(
+            told("dependencySetupDone"),
+            QStringList(
+                {"dependencySetupDone(real, needy, {\"data\":\"[\\\"good\\\",\\\"needy\\\"]\",\"ok\":true})",
+                 "dependencySetupDone(real, good, {\"ok\":true})"}));
         QStringList steps = told("StepNotify(real, needy");
         steps.replaceInStrings("dependencySetupStepNotify(real, needy, ", "");
         QCOMPARE(steps.join(' '), "0, 4) 1, 4) 2, 4) 3, 4) 4, 4)");
@@ -205,13 +207,23 @@ private Q_SLOTS:
     }
     void cancelling() {
         install(QTest::currentDataTag());
-        install("good");
+        for (const char* name : {"good", "needy", "needy"})
+            install(name);
         QTRY_VERIFY(!m_server.requests.isEmpty());
         QFETCH(QByteArray, reached);
         QTRY_COMPARE(state(), reached);
+        // One that waits is taken back, the first is cancelled, and the other goes on.
+        m_service->call("cancelDependency", {Bottle, "needy"}, "Repair");
+        m_service->call("cancelDependency", {Bottle, "never-heard-of"}, "Repair");
+        const QDBusMessage queue = m_service->call("queuedDependencies", {Bottle}, "Repair");
+        QCOMPARE(queue.arguments().value(0).toString(),
+                 QString("[\"%1\",\"good\"]").arg(QTest::currentDataTag()));
         QCOMPARE(m_service->error("cancelInstallingDependency", {Bottle}), QString());
-        QTRY_COMPARE(told("dependencySetupDone").filter("\"ok\":false").size(), 2);
-        QCOMPARE(state(), QByteArray("oldold"));
+        QTRY_COMPARE(told("dependencySetupDone").size(), 3);
+        QCOMPARE(told("dependencySetupDone").filter("\"ok\":false").size(), 2);
+        QCOMPARE(told("dependencySetupDone").last(),
+                 QString("dependencySetupDone(real, good, {\"ok\":true})"));
+        QCOMPARE(record()["Installed_Dependencies"].toArray(), QJsonArray{"good"});
     }
 
     void downloadThroughTheProxy() {

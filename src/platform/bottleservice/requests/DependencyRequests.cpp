@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/components/FileFetch.h"
 #include "bottleservice/components/InstallPlan.h"
@@ -23,6 +24,14 @@ Answer failed(const Reason& reason) {
 
 Answer cancelled() {
     return failed(Reason::Cancelled);
+}
+
+/// As done() tells them.
+QString namesOf(const QVector<Recipe>& recipes) {
+    QJsonArray names;
+    for (const Recipe& recipe : recipes)
+        names += recipe.name;
+    return names.size() > 1 ? JsonText::compact(names) : QString();
 }
 
 }  // namespace
@@ -95,22 +104,28 @@ void DependencyRequests::planFirst(const QString& bottle) {
         firstEnded(bottle, failed(plan.refusal));
 }
 
-InstallPlan DependencyRequests::planOf(const QString& bottle, const QString& dependency,
-                                       bool fromStore) const {
+QVector<InstallPlan> DependencyRequests::plansOf(const QString& bottle, const QStringList& dependencies,
+                                                 bool fromStore) const {
     Answer failure;
     const auto settings = m_engine->bottles().load(bottle, &failure);
     if (!settings)
-        return {{}, failure.reason};
-    QStringList installed;
+        return QVector<InstallPlan>(dependencies.size(), {{}, failure.reason});
+    InstallPlan::Asked asked;
     for (const QJsonValue& name : settings->record()["Installed_Dependencies"].toArray())
-        installed += name.toString();
+        asked.installed += name.toString();
     // Winetricks fetches what it installs.
-    const bool hasWinetricks = !fromStore && !QStandardPaths::findExecutable("winetricks").isEmpty();
-    InstallPlan::Asked asked{dependency, installed, hasWinetricks, {}};
+    asked.hasWinetricks = !fromStore && !QStandardPaths::findExecutable("winetricks").isEmpty();
     const Runner runner = m_engine->bottles().runnerOf(*settings);
     if (!runner.wine.isEmpty())
         asked.target = RecipeTarget::of(m_engine->bottles().pathOf(bottle), runner.wine);
-    return InstallPlan::make(asked, recipes(), sources());
+    const Recipes known = recipes();
+    const Sources files = sources();
+    QVector<InstallPlan> plans;
+    for (const QString& dependency : dependencies) {
+        asked.component = dependency;
+        plans += InstallPlan::make(asked, known, files);
+    }
+    return plans;
 }
 
 void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& recipes) {
@@ -154,9 +169,9 @@ void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& r
     const QString dependency = m_lines[bottle].head().dependency;
     auto job = std::make_unique<InstallDependencyJob>(
         m_engine->jobBottle(bottle), recipes, m_downloads,
-        [self = QPointer<DependencyRequests>(this), bottle](const Answer& answer) {
+        [self = QPointer<DependencyRequests>(this), bottle, names = namesOf(recipes)](const Answer& answer) {
             if (self)
-                self->firstEnded(bottle, answer);
+                self->firstEnded(bottle, answer.isGood() ? Answer::of(names) : answer);
         });
     connect(job.get(), &InstallDependencyJob::described, this,
             [this, bottle, dependency](const QString& text) { Q_EMIT described(bottle, dependency, text); });
@@ -193,26 +208,60 @@ void DependencyRequests::installing(const QString& bottle, const Reply& reply) {
         reply(Answer::of(line == m_lines.constEnd() ? QString() : line->head().dependency));
 }
 
+void DependencyRequests::queue(const QString& bottle, const Reply& reply) {
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
+        return;
+    QJsonArray names;
+    for (const Install& install : m_lines.value(bottle))
+        names += install.dependency;
+    reply(Answer::of(JsonText::compact(names)));
+}
+
+void DependencyRequests::cancelFirst(const QString& bottle) {
+    const auto line = m_lines.find(bottle);
+    if (line == m_lines.end())
+        return;
+    line->head().cancelled = true;
+    const Install first = line->head();
+    if (first.job)
+        first.job->cancel();
+    else if (first.fetch)
+        first.fetch->cancel();
+}
+
 void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
     if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
-    const auto line = m_lines.find(bottle);
-    if (line != m_lines.end()) {
-        while (line->size() > 1) {
-            const QString waiting = line->takeLast().dependency;
-            Q_EMIT done(bottle, waiting, cancelled());
-        }
-        line->head().cancelled = true;
-        const Install first = line->head();
-        if (first.job)
-            first.job->cancel();
-        else if (first.fetch)
-            first.fetch->cancel();
-    }
+    cancelFirst(bottle);
     reply(Answer::of());
+}
+
+void DependencyRequests::cancelOne(const QString& bottle, const QString& dependency, const Reply& reply) {
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
+        return;
+    const auto line = m_lines.find(bottle);
+    bool isWaiting = false;
+    for (int i = line == m_lines.end() ? 0 : line->size() - 1; i > 0; --i) {
+        if (line->at(i).dependency == dependency) {
+            line->removeAt(i);
+            isWaiting = true;
+        }
+    }
+    if (line != m_lines.end() && line->head().dependency == dependency && !line->head().cancelled)
+        cancelFirst(bottle);
+    else if (isWaiting)
+        Q_EMIT done(bottle, dependency, cancelled());
+    reply(Answer::of());
+}
+
+void DependencyRequests::cancelAll(const QString& bottle) {
+    const auto line = m_lines.find(bottle);
+    while (line != m_lines.end() && line->size() > 1)
+        Q_EMIT done(bottle, line->takeLast().dependency, cancelled());
+    cancelFirst(bottle);
 }
 
 void DependencyRequests::close() {
     for (const QString& bottle : m_lines.keys())
-        cancel(bottle, [](const Answer&) {});
+        cancelAll(bottle);
 }

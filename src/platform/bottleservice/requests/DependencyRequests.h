@@ -33,11 +33,22 @@ public:
     void installFromStore(const QString& bottle, const QString& dependency, const Reply& reply);
     /// Answers with the name of the component that is being installed, or an empty text.
     void installing(const QString& bottle, const Reply& reply);
-    /// Cancels the running installation and those that wait.
+    /// Answers with an array: that component and then those that wait, in their order.
+    void queue(const QString& bottle, const Reply& reply);
+    /// Cancels the running installation. Those that wait are carried out.
     void cancel(const QString& bottle, const Reply& reply);
+    /// Cancels one installation, whether it runs or waits. Does nothing where there is none.
+    void cancelOne(const QString& bottle, const QString& dependency, const Reply& reply);
+    /// The bottle is being deleted: cancels the running installation and those that wait.
+    void cancelAll(const QString& bottle);
 
     /// What the installation into the bottle would consist of. Changes nothing.
-    InstallPlan planOf(const QString& bottle, const QString& dependency, bool fromStore = false) const;
+    InstallPlan planOf(const QString& bottle, const QString& dependency, bool fromStore = false) const {
+        return plansOf(bottle, {dependency}, fromStore).first();
+    }
+    /// The same for each of several; they are not added up.
+    QVector<InstallPlan> plansOf(const QString& bottle, const QStringList& dependencies,
+                                 bool fromStore = false) const;
     Sources sources() const;
     Recipes recipes() const;
 
@@ -52,6 +63,7 @@ Q_SIGNALS:
     void described(const QString& bottle, const QString& dependency, const QString& text);
     void stepDone(const QString& bottle, const QString& dependency, int done, int total);
     /// When the same component is requested again after a cancel, only the end of the second request is told.
+    /// The text of a good result is empty or, where others were installed with it, the array of all names.
     void done(const QString& bottle, const QString& dependency, const Answer& result);
 
 private:
@@ -69,6 +81,7 @@ private:
     void fetch(const QString& bottle, const QVector<Recipe>& recipes);
     void enqueue(const QString& bottle, const QVector<Recipe>& recipes);
     void firstEnded(const QString& bottle, const Answer& result);
+    void cancelFirst(const QString& bottle);
 
     BottleEngine* m_engine;
     Downloads* m_downloads;

@@ -77,14 +77,16 @@ void RepairOfferRequests::describe(const QString& bottle, const QString& kind, c
         return;
     }
     QJsonArray result;
-    for (const QString& name : names)
-        result += kind == RunnerKind ? runner(name) : dependency(bottle, name);
+    const QVector<InstallPlan> plans =
+        kind == DependencyKind ? m_dependencies->plansOf(bottle, names) : QVector<InstallPlan>();
+    const Sources sources = m_dependencies->sources();
+    for (int i = 0; i < names.size(); ++i)
+        result += kind == RunnerKind ? runner(names[i], sources) : dependency(names[i], plans[i], sources);
     reply(Answer::of(JsonText::compact(result)));
 }
 
-QJsonObject RepairOfferRequests::dependency(const QString& bottle, const QString& name) const {
-    const InstallPlan plan = m_dependencies->planOf(bottle, name);
-    const Sources sources = m_dependencies->sources();
+QJsonObject RepairOfferRequests::dependency(const QString& name, const InstallPlan& plan,
+                                            const Sources& sources) const {
     QJsonObject result{{"name", name},
                        {"title", plan.recipes.isEmpty() ? QString() : plan.recipes.last().description}};
     QJsonArray needs;
@@ -100,8 +102,7 @@ QJsonObject RepairOfferRequests::dependency(const QString& bottle, const QString
     return result;
 }
 
-QJsonObject RepairOfferRequests::runner(const QString& name) const {
-    const Sources sources = m_dependencies->sources();
+QJsonObject RepairOfferRequests::runner(const QString& name, const Sources& sources) const {
     const bool isInstalled = m_engine->bottles().runners().find(name).has_value();
     const QString archive = sources.archiveOf(RunnerKind, name);
     QJsonArray files;

@@ -9,6 +9,8 @@
 class BottleEngine;
 class DependencyRequests;
 class Downloads;
+class Sources;
+struct InstallPlan;
 struct Source;
 
 /// The requests that come before a repair: what an installation would need, and files that the user has got
@@ -40,8 +42,8 @@ public:
     void close() { *m_cancelled = true; }
 
 private:
-    QJsonObject dependency(const QString& bottle, const QString& name) const;
-    QJsonObject runner(const QString& name) const;
+    QJsonObject dependency(const QString& name, const InstallPlan& plan, const Sources& sources) const;
+    QJsonObject runner(const QString& name, const Sources& sources) const;
     QJsonObject fileOf(const Source& source) const;
 
     BottleEngine* m_engine;

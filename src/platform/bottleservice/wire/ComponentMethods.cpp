@@ -89,9 +89,11 @@ void addDependencyMethods(BusObject* object, DependencyRequests* requests) {
                      [object](const QString& bottle, const QString& name, int done, int total) {
                          object->emitSignal("dependencySetupStepNotify", {bottle, name, done, total});
                      });
-    QObject::connect(
-        requests, &DependencyRequests::done, object,
-        [object](const QString& bottle, const QString& name, const Answer& result) {
-            object->emitSignal("dependencySetupDone", {bottle, name, JsonText::compact(resultOf(result))});
-        });
+    QObject::connect(requests, &DependencyRequests::done, object,
+                     [object](const QString& bottle, const QString& name, const Answer& result) {
+                         QJsonObject told = resultOf(result);
+                         if (!result.text.isEmpty())
+                             told.insert("data", result.text);
+                         object->emitSignal("dependencySetupDone", {bottle, name, JsonText::compact(told)});
+                     });
 }

@@ -3,6 +3,7 @@
 #include "bottleservice/wire/BusObject.h"
 
 class BottleRepairRequests;
+class DependencyRequests;
 class RepairOfferRequests;
 
 /// com.lumora.Manager.Repair at /com/lumora/Manager/Repair.
@@ -10,5 +11,6 @@ class RepairObject : public BusObject {
     Q_OBJECT
 
 public:
-    RepairObject(RepairOfferRequests* offers, BottleRepairRequests* repairs, QObject* parent = nullptr);
+    RepairObject(RepairOfferRequests* offers, BottleRepairRequests* repairs, DependencyRequests* dependencies,
+                 QObject* parent = nullptr);
 };
