@@ -20,6 +20,14 @@ public:
                         const Handler& handler) {
         ask("describe", {bottle, QString("runner"), QStringList{name}}, context, handler);
     }
+    /// The answer is an array of names: the one that is being installed, then those that wait.
+    void queuedDependencies(const QString& bottle, QObject* context, const Handler& handler) {
+        ask("queuedDependencies", {bottle}, context, handler);
+    }
+    /// Aborts one installation, whether it runs or waits.
+    void cancelDependency(const QString& bottle, const QString& name, const Handler& handler) {
+        work("cancelDependency", {bottle, name}, this, handler);
+    }
     /// Lets the service take an installer that the user has chosen. The path is absolute and leads through no
     /// link.
     void takeFile(const QString& bottle, const QString& dependency, const QString& path, QObject* context,

@@ -65,8 +65,9 @@ public:
                            const Handler& handler = {}) {
         fireOrWatch("installDependency", {bottle, dependency}, context, handler);
     }
-    void reinstallDependency(const QString& bottle, const QString& dependency) {
-        fire("reinstallDependency", {bottle, dependency});
+    void reinstallDependency(const QString& bottle, const QString& dependency, QObject* context = nullptr,
+                             const Handler& handler = {}) {
+        fireOrWatch("reinstallDependency", {bottle, dependency}, context, handler);
     }
     /// The same without waiting.
     void watchInstallingComponents(const QString& bottle, const QString& kind, QObject* context,

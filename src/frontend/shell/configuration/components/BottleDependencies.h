@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+
+#include "launch/repair/RepairOffer.h"
+#include "shell/configuration/components/DependencyStates.h"
+
+struct BusResult;
+
+/// The components of one bottle behind the components page: asks the service for what the user wants,
+/// follows its work, whoever asked for it, and knows what an installation would bring. The service installs
+/// one at a time into a bottle and goes on when the window is closed. GUI thread; waits for nothing.
+class BottleDependencies : public QObject {
+    Q_OBJECT
+public:
+    explicit BottleDependencies(QObject* parent = nullptr);
+
+    /// Another bottle starts with nothing known. What is under way in the old one goes on.
+    void setBottle(const QString& bottle);
+    const QString& bottle() const { return m_bottle; }
+    /// The components that the bottle's record names. Asks the service what it is installing.
+    void load(const QStringList& installed);
+
+    const DependencyStates& states() const { return m_states; }
+    DependencyState state(const QString& name) const { return m_states.of(name); }
+    /// What the service said about the running one, in its words; may be empty.
+    const QString& description() const { return m_description; }
+
+    void install(const QString& name);
+    void reinstall(const QString& name);
+    /// Takes one back, whether it runs or waits.
+    void cancel(const QString& name);
+    /// The answer to programsRunning().
+    void answerProgramsRunning(bool close);
+
+    /// Asks the service once for what the installation of each would bring; factsChanged() follows.
+    void describe(const QStringList& names);
+    bool hasFacts(const QString& name) const { return m_facts.contains(name); }
+    OfferedComponent facts(const QString& name) const { return m_facts.value(name); }
+
+Q_SIGNALS:
+    void changed(const QString& name);
+    /// Which one is being installed, how far, or how many wait.
+    void queueChanged();
+    void factsChanged(const QStringList& names);
+    /// Asked for now (downloading), or found under way.
+    void startSetup(const QString& name, bool downloading);
+    void setupDone();
+    /// Components can only be installed when these programs have been closed.
+    void programsRunning(const QStringList& programs);
+
+private:
+    void followService();
+    void request(const QString& name);
+    void send(const QString& name);
+    void onInstalled(const QString& name, const QJsonObject& result);
+    void onServiceLost();
+    void readQueue();
+    void tell(const QStringList& names);
+    bool isForeign(const QString& bottle, const QString& name);
+
+    QString m_bottle;
+    DependencyStates m_states;
+    QString m_description;
+    QHash<QString, bool> m_requests;  ///< of those under way that this window asked for: whether again
+    QHash<QString, int> m_attempts;   ///< answers to older ones are ignored
+    QStringList m_blocked;            ///< refused because programs run; the user is asked
+    QHash<QString, OfferedComponent> m_facts;
+    bool m_isReadingQueue = false;
+    int m_bottles = 0;  ///< answers for older ones are dropped
+};

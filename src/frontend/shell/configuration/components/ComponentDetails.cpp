@@ -1,0 +1,100 @@
+#include "shell/configuration/components/ComponentDetails.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "launch/repair/ComponentTitle.h"
+#include "shell/configuration/components/BottleDependencies.h"
+#include "shell/configuration/components/ComponentsItemDelegate.h"
+#include "shell/configuration/components/ComponentsListView.h"
+
+using namespace Fenk;
+
+namespace {
+
+constexpr int MostFiles = 3;  ///< shown by name
+constexpr int Height = 84;
+
+QStringList titles(const QStringList& names) {
+    QStringList result;
+    for (const QString& name : names)
+        result += componentTitle(name);
+    return result;
+}
+
+}  // namespace
+
+ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
+    : QWidget(parent),
+      m_list(list),
+      m_title(new Label(Label::Strong)),
+      m_text(new Label(Label::Small)),
+      m_reason(new Label(Label::Small)),
+      m_button(new QPushButton) {
+    setObjectName("component_details");
+    setFixedHeight(Height);
+    m_title->setElided(true);
+    m_text->setObjectName("component_facts");
+    m_text->setElidedAfter(3);
+    m_reason->setObjectName("component_reason");
+    m_reason->setElidedAfter(3);
+    m_reason->setTextRole(Theme::Danger);
+    m_reason->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_button->setObjectName("component_action_btn");
+    m_button->setMinimumWidth(Tokens::ButtonMinWidth);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(2);
+    words->addWidget(m_title);
+    words->addWidget(m_reason);
+    words->addWidget(m_text);
+    words->addStretch();
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Tokens::Space16, Tokens::Space8, Tokens::RingExtent, Tokens::Space8);
+    layout->setSpacing(Tokens::Space16);
+    layout->addLayout(words, 1);
+    layout->addWidget(m_button, 0, Qt::AlignTop);
+    connect(m_button, &QPushButton::clicked, list, &ComponentsListView::onDownloadComponents);
+    connect(list, &ComponentsListView::currentChangedTo, this, &ComponentDetails::refresh);
+    connect(list, &ComponentsListView::rowChanged, this, [this](const QString& name) {
+        if (name == m_list->currentName())
+            refresh();
+    });
+    refresh();
+}
+
+QString ComponentDetails::factsText(const QString& name) const {
+    const BottleDependencies* dependencies = m_list->dependencies();
+    QStringList lines;
+    QStringList missing;
+    for (const QString& needed : m_list->needsOf(name)) {
+        if (!dependencies->state(needed).isInstalled)
+            missing += needed;
+    }
+    if (!missing.isEmpty())
+        lines += tr("Installed first: %1").arg(titles(missing).join(", "));
+    const OfferedComponent facts = dependencies->facts(name);
+    for (const OfferedFile& file : facts.files.mid(0, MostFiles))
+        lines += file.text();
+    if (facts.files.size() > MostFiles)
+        lines += tr("and %n more file(s)", nullptr, facts.files.size() - MostFiles);
+    if (!facts.winetricks.isEmpty())
+        lines += tr("The tool winetricks installs it (as \"%1\").").arg(facts.winetricks);
+    return lines.join(' ');
+}
+
+void ComponentDetails::refresh() {
+    const QString name = m_list->currentName();
+    const DependencyState state = m_list->dependencies()->state(name);
+    const OfferedComponent facts = m_list->dependencies()->facts(name);
+    const QString reason = !state.reason.isEmpty() ? state.reason : facts.reason;
+    setVisible(!name.isEmpty());
+    m_title->setText(componentTitle(name));
+    m_reason->setText(reason);
+    m_reason->setVisible(!reason.isEmpty());
+    m_text->setText(factsText(name));
+    m_text->setVisible(reason.isEmpty());
+    m_button->setText(ComponentsItemDelegate::actionText(state.action()));
+    m_button->setAccessibleDescription(name);
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+class ComponentsListView;
+class QPushButton;
+
+namespace Fenk {
+class Label;
+}
+
+/// Below the list: what the current component is, what is installed before it, which files it comes from and
+/// why it has failed, with the button of its row.
+class ComponentDetails : public QWidget {
+    Q_OBJECT
+public:
+    explicit ComponentDetails(ComponentsListView* list, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+    QString factsText(const QString& name) const;
+
+    ComponentsListView* m_list;
+    Fenk::Label* m_title;
+    Fenk::Label* m_text;
+    Fenk::Label* m_reason;
+    QPushButton* m_button;
+};

@@ -1,0 +1,159 @@
+#include "shell/configuration/components/DependencyStates.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include "backend/ServiceErrorText.h"
+#include "backend/TextUtils.h"
+
+namespace {
+
+using Phase = DependencyState::Phase;
+
+bool isCancelled(const QJsonObject& result) {
+    for (const QJsonValue& reason : result["reasons"].toArray()) {
+        if (reason["code"].toString() == QLatin1String("cancelled"))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+DependencyState::Action DependencyState::action() const {
+    if (isUnderWay())
+        return Cancel;
+    return isInstalled ? Reinstall : Install;
+}
+
+QString DependencyState::text() const {
+    switch (phase) {
+        case Phase::Waiting:
+            return tr("Waiting for Download");
+        case Phase::Downloading:
+            return QString("%1/%2").arg(TextUtils::formatSize(qint64(received)),
+                                        TextUtils::formatSize(qint64(total)));
+        case Phase::Installing:
+            return tr("Installing");
+        case Phase::Failed:
+            return tr("Installation Failed");
+        default:
+            return isInstalled ? tr("Installed") : QString();
+    }
+}
+
+int DependencyState::percent() const {
+    if (phase != Phase::Downloading || total == 0)
+        return -1;
+    return int(qMin<quint64>(100, received * 100 / total));
+}
+
+bool DependencyStates::enter(const QString& name) {
+    if (m_queue.contains(name))
+        return false;
+    m_queue += name;
+    const bool isInstalled = of(name).isInstalled;
+    m_states[name] = DependencyState{Phase::Waiting, isInstalled, 0, 0, {}};
+    return true;
+}
+
+void DependencyStates::leave(const QString& name, Phase phase, const QString& reason) {
+    m_queue.removeAll(name);
+    DependencyState& state = m_states[name];
+    state.phase = phase;
+    state.reason = reason;
+}
+
+QStringList DependencyStates::readInstalled(const QStringList& names) {
+    QStringList changed;
+    for (auto it = m_states.begin(); it != m_states.end(); ++it) {
+        if (!it->isInstalled || names.contains(it.key()))
+            continue;
+        it->isInstalled = false;
+        changed += it.key();
+    }
+    for (const QString& name : names) {
+        DependencyState& state = m_states[name];
+        if (!state.isInstalled)
+            changed += name;
+        state.isInstalled = true;
+    }
+    return changed;
+}
+
+QStringList DependencyStates::adopt(const QStringList& queue) {
+    QStringList added;
+    for (const QString& name : queue) {
+        if (!name.isEmpty() && enter(name))
+            added += name;
+    }
+    if (queue.isEmpty() || queue.first().isEmpty())
+        return added;
+    // The service's order, and then what it has not been told yet.
+    QStringList others = m_queue;
+    for (const QString& name : queue)
+        others.removeAll(name);
+    m_queue = queue + others;
+    m_queue.removeAll({});
+    m_queue.removeDuplicates();
+    if (of(queue.first()).phase == Phase::Waiting && installing(queue.first()) &&
+        !added.contains(queue.first()))
+        added += queue.first();
+    return added;
+}
+
+bool DependencyStates::request(const QString& name) {
+    return enter(name);
+}
+
+bool DependencyStates::download(const QString& name, quint64 received, quint64 total) {
+    if (!of(name).isUnderWay())
+        return false;
+    DependencyState& state = m_states[name];
+    state.phase = Phase::Downloading;
+    state.received = received;
+    state.total = total;
+    return true;
+}
+
+bool DependencyStates::installing(const QString& name) {
+    if (!of(name).isUnderWay() || of(name).phase == Phase::Installing)
+        return false;
+    m_states[name].phase = Phase::Installing;
+    return true;
+}
+
+bool DependencyStates::fail(const QString& name, const QString& reason) {
+    if (!of(name).isUnderWay())
+        return false;
+    leave(name, Phase::Failed, reason);
+    return true;
+}
+
+bool DependencyStates::withdraw(const QString& name) {
+    if (!of(name).isUnderWay())
+        return false;
+    leave(name, Phase::Idle);
+    return true;
+}
+
+QStringList DependencyStates::done(const QString& name, const QJsonObject& result) {
+    if (!result["ok"].toBool()) {
+        const bool isChanged =
+            isCancelled(result) ? withdraw(name) : fail(name, ServiceErrorText::of(result));
+        return isChanged ? QStringList{name} : QStringList();
+    }
+    QStringList changed{name};
+    for (const QJsonValue& other : QJsonDocument::fromJson(result["data"].toString().toUtf8()).array())
+        changed += other.toString();
+    changed.removeAll({});
+    changed.removeDuplicates();
+    for (const QString& installed : qAsConst(changed)) {
+        DependencyState& state = m_states[installed];
+        state.isInstalled = true;
+        // One that is to be installed by itself, too, goes on.
+        if (installed == name || !state.isUnderWay())
+            leave(installed, Phase::Idle);
+    }
+    return changed;
+}
