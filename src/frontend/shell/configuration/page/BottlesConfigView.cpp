@@ -24,6 +24,7 @@
 #include "shell/configuration/hints/CustomSPitter.h"
 #include "shell/configuration/dlls/DllOverridePage.h"
 #include "shell/configuration/fonts/FontReplacementPage.h"
+#include "shell/configuration/components/ComponentsPage.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BasicPage.h"
 #include "shell/configuration/page/BottleCommands.h"
@@ -148,12 +149,14 @@ QWidget* BottlesConfigView::makeRightSide() {
     m_pages = new ConfigPages;
     m_basic = new BasicPage(m_settings);
     m_params = new WineParamsCfgWidget;
+    m_components = new ComponentsPage;
     auto* tools = new ToolsPage(m_programs);
     m_pages->addPage(Basic, tr("Basic Configuration"), m_basic);
     m_pages->addPage(WineParameter, tr("Wine Parameter"), m_params);
     m_tables = new TablePages(m_settings, this);
     m_pages->addPage(DllOverride, tr("DLL Override"), m_tables->dlls());
     m_pages->addPage(FontReplacement, tr("Font Replacement"), m_tables->fonts());
+    m_pages->addPage(Components, tr("Component Installation"), m_components);
     m_pages->addPage(DebuggingTools, tr("Debugging Tools"), tools);
     connect(tools, &ToolsPage::importRequested, this, &BottlesConfigView::slotsimportRegs);
     connect(m_pages, &ConfigPages::pageShown, m_params, &WineParamsCfgWidget::refreshTranslators);
@@ -200,6 +203,7 @@ void BottlesConfigView::refreshState() {
     if (state != State::Ready || m_isLoading)
         return;
     m_params->setBottle(m_bottle, BottleRecord::path(m_settings->record()));
+    m_components->setBottle(m_bottle, m_settings->record());
     m_programs->setRecord(m_settings->record());
     const bool isFirst = !m_hasLoaded;
     m_hasLoaded = true;

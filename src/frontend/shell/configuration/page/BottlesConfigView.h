@@ -7,6 +7,7 @@ class AppEntryButton;
 class BasicPage;
 class BottlePrograms;
 class BottleSettings;
+class ComponentsPage;
 class DriverCheck;
 class ColumnSlide;
 class ConfigFoot;
@@ -109,6 +110,7 @@ private:
     BasicPage* m_basic = nullptr;
     WineParamsCfgWidget* m_params = nullptr;
     TablePages* m_tables = nullptr;
+    ComponentsPage* m_components = nullptr;
     QSplitter* m_splitter = nullptr;
     DebuggingLogsFrame* m_logs = nullptr;
     ProgramFindings* m_findings = nullptr;
