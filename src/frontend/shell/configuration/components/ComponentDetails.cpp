@@ -15,7 +15,8 @@ using namespace Fenk;
 namespace {
 
 constexpr int MostFiles = 3;  ///< shown by name
-constexpr int Height = 84;
+constexpr int MostLines = 2;
+constexpr int Height = 68;
 
 QStringList titles(const QStringList& names) {
     QStringList result;
@@ -37,9 +38,7 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     setFixedHeight(Height);
     m_title->setElided(true);
     m_text->setObjectName("component_facts");
-    m_text->setElidedAfter(3);
     m_reason->setObjectName("component_reason");
-    m_reason->setElidedAfter(3);
     m_reason->setTextRole(Theme::Danger);
     m_reason->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_button->setObjectName("component_action_btn");
@@ -47,11 +46,13 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     auto* words = new QVBoxLayout;
     words->setSpacing(2);
     words->addWidget(m_title);
-    words->addWidget(m_reason);
-    words->addWidget(m_text);
-    words->addStretch();
+    for (Label* label : {m_reason, m_text}) {
+        label->setElidedAfter(MostLines);
+        label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+        words->addWidget(label, 1);
+    }
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Tokens::Space16, Tokens::Space8, Tokens::RingExtent, Tokens::Space8);
+    layout->setContentsMargins(Tokens::Space16, Tokens::Space4, Tokens::RingExtent, Tokens::Space4);
     layout->setSpacing(Tokens::Space16);
     layout->addLayout(words, 1);
     layout->addWidget(m_button, 0, Qt::AlignTop);
@@ -90,7 +91,8 @@ void ComponentDetails::refresh() {
     const OfferedComponent facts = m_list->dependencies()->facts(name);
     const QString reason = !state.reason.isEmpty() ? state.reason : facts.reason;
     setVisible(!name.isEmpty());
-    m_title->setText(componentTitle(name));
+    const QString title = componentTitle(name);
+    m_title->setText(title == name ? m_list->descriptionOf(name) : title);
     m_reason->setText(reason);
     m_reason->setVisible(!reason.isEmpty());
     m_text->setText(factsText(name));

@@ -91,6 +91,11 @@ QString ComponentsListView::currentName() const {
     return currentIndex().data(Qt::DisplayRole).toString();
 }
 
+QString ComponentsListView::descriptionOf(const QString& name) const {
+    const QStandardItem* item = m_rows.value(name);
+    return item ? item->data(ComponentRoles::Description).toString() : QString();
+}
+
 void ComponentsListView::select(const QString& name) {
     const QStandardItem* item = m_rows.value(name);
     const QModelIndex found = item ? m_proxy->mapFromSource(item->index()) : QModelIndex();

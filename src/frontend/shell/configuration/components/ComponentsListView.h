@@ -25,6 +25,7 @@ public:
     bool hasRows() const { return !m_rows.isEmpty(); }
     QStringList names() const { return m_rows.keys(); }
     QString currentName() const;
+    QString descriptionOf(const QString& name) const;
     /// Names of the components that are installed before this one, as the catalogue has them.
     QStringList needsOf(const QString& name) const { return m_needs.value(name); }
     /// Goes to the row with this name, or else to the first row.

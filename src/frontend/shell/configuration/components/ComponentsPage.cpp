@@ -55,7 +55,6 @@ ComponentsPage::ComponentsPage(QWidget* parent)
     layout->addWidget(makeHead());
     layout->addWidget(m_area, 1);
     layout->addWidget(new ComponentDetails(m_list));
-    layout->addWidget(new InstallingTips(m_list->dependencies()));
     connect(m_search, &QLineEdit::textChanged, this, &ComponentsPage::search);
     connect(m_search, &QLineEdit::returnPressed, m_list, qOverload<>(&QWidget::setFocus));
     connect(m_list->dependencies(), &BottleDependencies::programsRunning, this,
@@ -66,10 +65,19 @@ ComponentsPage::ComponentsPage(QWidget* parent)
 
 QWidget* ComponentsPage::makeHead() {
     auto* head = new QWidget;
+    // What is being installed takes the place of the tip, so that nothing moves.
+    auto* above = new QStackedWidget;
+    above->setFixedHeight(Tokens::ControlHeight + 2 * Tokens::RingExtent);
+    BottleDependencies* dependencies = m_list->dependencies();
+    connect(dependencies, &BottleDependencies::queueChanged, above, [above, dependencies] {
+        above->setCurrentIndex(dependencies->states().queue().isEmpty() ? 0 : 1);
+    });
     auto* tip = new Label(
         tr("Install the recommended system components to improve the success rate of the application."),
         Label::Secondary);
     tip->setWordWrap(true);
+    above->addWidget(tip);
+    above->addWidget(new InstallingTips(dependencies));
     m_search->setObjectName("components_search_edit");
     m_search->setPlaceholderText(tr("Search by name, description or DLL"));
     m_search->setAccessibleName(m_search->placeholderText());
@@ -83,9 +91,9 @@ QWidget* ComponentsPage::makeHead() {
     row->addWidget(importButton);
     row->addWidget(exportButton);
     auto* layout = new QVBoxLayout(head);
-    layout->setContentsMargins(0, Tokens::RingExtent, 0, 0);
-    layout->setSpacing(Tokens::Space8);
-    layout->addWidget(tip);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space4);
+    layout->addWidget(above);
     layout->addLayout(row);
     return head;
 }

@@ -11,6 +11,28 @@
 
 using namespace Fenk;
 
+namespace {
+
+/// What the service says in English, for the user. What is not known here is shown as it is.
+constexpr const char* Steps[] = {
+    QT_TRANSLATE_NOOP("InstallingTips", "Downloading %1"),
+    QT_TRANSLATE_NOOP("InstallingTips", "Unpacking %1"),
+    QT_TRANSLATE_NOOP("InstallingTips", "Installing %1 with winetricks"),
+    QT_TRANSLATE_NOOP("InstallingTips", "Installing %1"),
+};
+
+QString translated(const QString& step) {
+    for (const char* format : Steps) {
+        const QStringList around = QString(format).split("%1");
+        if (step.startsWith(around[0]) && step.endsWith(around[1]))
+            return InstallingTips::tr(format).arg(
+                step.mid(around[0].size(), step.size() - around[0].size() - around[1].size()));
+    }
+    return step;
+}
+
+}  // namespace
+
 InstallingTips::InstallingTips(BottleDependencies* dependencies, QWidget* parent)
     : QWidget(parent),
       m_dependencies(dependencies),
@@ -21,20 +43,22 @@ InstallingTips::InstallingTips(BottleDependencies* dependencies, QWidget* parent
       m_cancel(new QPushButton(tr("Cancel"))) {
     setObjectName("components_tips_widget");
     m_tips->setObjectName("installing_tips");
-    m_tips->setElided(true);
     m_detail->setObjectName("installing_detail");
     m_detail->setElided(true);
     m_progress->setObjectName("installing_progressbar");
     m_progress->setTextVisible(false);
     m_progress->setRange(0, 100);
     m_cancel->setObjectName("cancel_btn");
+    auto* line = new QHBoxLayout;
+    line->setSpacing(Tokens::Space16);
+    line->addWidget(m_tips);
+    line->addWidget(m_detail, 1);
     auto* words = new QVBoxLayout;
     words->setSpacing(Tokens::Space4);
-    words->addWidget(m_tips);
+    words->addLayout(line);
     words->addWidget(m_progress);
-    words->addWidget(m_detail);
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(Tokens::Space16, Tokens::Space8, Tokens::RingExtent, Tokens::Space8);
+    layout->setContentsMargins(0, 0, Tokens::RingExtent, 0);
     layout->setSpacing(Tokens::Space12);
     layout->addWidget(m_spinner);
     layout->addLayout(words, 1);
@@ -55,7 +79,6 @@ void InstallingTips::refresh() {
     m_cancel->setAccessibleDescription(name);
     if (name.isEmpty()) {
         m_spinner->stop();
-        hide();
         return;
     }
     const DependencyState state = m_dependencies->state(name);
@@ -67,12 +90,10 @@ void InstallingTips::refresh() {
     if (state.phase == DependencyState::Phase::Downloading)
         details += state.text();
     if (!m_dependencies->description().isEmpty())
-        details += m_dependencies->description();
+        details += translated(m_dependencies->description());
     const int waiting = m_dependencies->states().queue().size() - 1;
     if (waiting > 0)
         details += tr("%n more waiting", nullptr, waiting);
     m_detail->setText(details.join(QString::fromUtf8("  ·  ")));
-    m_detail->setVisible(!details.isEmpty());
     m_spinner->start();
-    show();
 }

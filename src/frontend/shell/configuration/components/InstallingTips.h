@@ -12,14 +12,11 @@ class Spinner;
 }  // namespace Fenk
 
 /// What is being installed into the bottle, how far it is and how many components wait, with a button that
-/// cancels the first of them. Hidden while there is nothing.
+/// cancels the first of them.
 class InstallingTips : public QWidget {
     Q_OBJECT
 public:
     explicit InstallingTips(BottleDependencies* dependencies, QWidget* parent = nullptr);
-
-Q_SIGNALS:
-    void cancelled();
 
 private:
     void refresh();
