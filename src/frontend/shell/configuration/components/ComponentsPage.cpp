@@ -83,6 +83,8 @@ QWidget* ComponentsPage::makeHead() {
     m_search->setAccessibleName(m_search->placeholderText());
     auto* importButton = makeDepsButton(tr("Import"), tr("Import the components that app needed"));
     auto* exportButton = makeDepsButton(tr("Export"), tr("Export the components that installed"));
+    importButton->setObjectName("import_deps_btn");
+    exportButton->setObjectName("export_deps_btn");
     connect(importButton, &QToolButton::clicked, this, &ComponentsPage::importRequested);
     connect(exportButton, &QToolButton::clicked, this, &ComponentsPage::exportRequested);
     auto* row = new QHBoxLayout;
