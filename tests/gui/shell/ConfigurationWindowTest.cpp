@@ -125,8 +125,9 @@ private Q_SLOTS:
         QVERIFY(!find("software_render_switch_btn")->isEnabled());
         QVERIFY(!find("ntsync_switch_btn")->isEnabled());
         QCOMPARE(dxvk()->combo()->currentText(), QString("dxvk-1"));
-        QCOMPARE(find<ComponentsSwitcherWidget>("vkd3d_versions_combobox")->combo()->currentText(),
-                 QString("Disabled"));
+        // Its text may be that the machine's graphics cannot do it.
+        QCOMPARE(find<ComponentsSwitcherWidget>("vkd3d_versions_combobox")->combo()->currentData(),
+                 QVariant(QString()));
         m_service->waitForCall("getInstallingComponents");
         QCOMPARE(settingCalls(), QStringList());
     }
