@@ -1,10 +1,12 @@
 #include "shell/configuration/page/BasicPage.h"
 
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "fenk/controls/Card.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
+#include "fenk/style/WidgetLook.h"
 #include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/SettingControlRow.h"
@@ -28,6 +30,7 @@ const struct {
 BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
     : QScrollArea(parent),
       m_settings(settings),
+      m_proton(makeProtonLink()),
       m_nothing(new Label(tr("No setting has been found"), Label::Secondary)) {
     setObjectName("basic_page");
     setFrameShape(QFrame::NoFrame);
@@ -56,6 +59,8 @@ BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
         connect(row, &SettingControlRow::chosen, this, &BasicPage::chosen);
         connect(row, &SettingControlRow::setupLeft, settings, &BottleSettings::cancelSetup);
         rows->addWidget(row);
+        if (info.setting == Setting::Runner)
+            rows->addWidget(m_proton);
         m_rows.append(row);
         m_groups.last().rows.append(row);
     }
@@ -69,6 +74,20 @@ BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
     filter({});
     connect(settings, &BottleSettings::changed, this, &BasicPage::refresh);
     refresh();
+}
+
+QWidget* BasicPage::makeProtonLink() {
+    auto* link = new QPushButton(tr("Install proton"));
+    link->setObjectName("proton_tips_btn");
+    setButtonKind(link, ButtonKind::Quiet);
+    connect(link, &QPushButton::clicked, this, &BasicPage::protonRequested);
+    auto* item = new QWidget;
+    item->setAccessibleName("basic_settings_item");
+    auto* layout = new QHBoxLayout(item);
+    layout->setContentsMargins(Tokens::Space16, 0, Tokens::Space16, Tokens::Space8);
+    layout->addStretch();
+    layout->addWidget(link);
+    return item;
 }
 
 void BasicPage::refresh() {
@@ -96,6 +115,8 @@ int BasicPage::filter(const QString& text) {
             const bool fits = text.isEmpty() || row->matches(text);
             row->setVisible(fits);
             row->setSeparated(fits && shown > 0);
+            if (row->setting() == Setting::Runner)
+                m_proton->setVisible(fits);
             shown += fits;
         }
         group.title->setVisible(shown > 0);

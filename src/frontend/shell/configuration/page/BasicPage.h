@@ -29,6 +29,8 @@ public:
 
 Q_SIGNALS:
     void chosen(Setting setting, const QVariant& value);
+    /// The user wants to see which Proton there is.
+    void protonRequested();
 
 private:
     struct Group {
@@ -37,7 +39,10 @@ private:
         QVector<SettingControlRow*> rows;
     };
 
+    QWidget* makeProtonLink();
+
     BottleSettings* m_settings;
+    QWidget* m_proton;  ///< below the Wine version
     QVector<SettingControlRow*> m_rows;  ///< in the order of the settings
     QVector<Group> m_groups;
     Fenk::Label* m_nothing;

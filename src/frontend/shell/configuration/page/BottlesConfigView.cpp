@@ -25,6 +25,7 @@
 #include "shell/configuration/dlls/DllOverridePage.h"
 #include "shell/configuration/fonts/FontReplacementPage.h"
 #include "shell/configuration/components/ComponentsPage.h"
+#include "shell/configuration/components/InstallProtonDialog.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BasicPage.h"
 #include "shell/configuration/page/BottleCommands.h"
@@ -158,6 +159,7 @@ QWidget* BottlesConfigView::makeRightSide() {
     m_pages->addPage(FontReplacement, tr("Font Replacement"), m_tables->fonts());
     m_pages->addPage(Components, tr("Component Installation"), m_components);
     m_pages->addPage(DebuggingTools, tr("Debugging Tools"), tools);
+    connect(m_basic, &BasicPage::protonRequested, this, [this] { InstallProtonDialog::openOver(this); });
     connect(tools, &ToolsPage::importRequested, this, &BottlesConfigView::slotsimportRegs);
     connect(m_pages, &ConfigPages::pageShown, m_params, &WineParamsCfgWidget::refreshTranslators);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_pages,
