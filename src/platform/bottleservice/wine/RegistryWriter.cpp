@@ -67,9 +67,11 @@ void RegistryWriter::run(const QStringList& arguments, const QString& input,
     if (m_command)
         m_command->deleteLater();
     // With the user's display, although these programs show nothing: the desktop that the first of them makes
-    // lives on for some seconds, and a program that is started meanwhile could not open a window on one without.
-    m_command = new WineCommand(m_runner.wine, arguments,
-                                WineEnvironment::forProcess(WineEnvironment::forCreation(m_bottlePath)), this);
+    // lives on for some seconds, and a program that is started meanwhile could not open a window on one
+    // without.
+    m_command =
+        new WineCommand(m_runner.wine, arguments,
+                        WineEnvironment::forProcess(WineEnvironment::forCreation(m_bottlePath)), this);
     if (!input.isEmpty())
         m_command->setInputFile(input);
     connect(m_command, &WineCommand::finished, this,

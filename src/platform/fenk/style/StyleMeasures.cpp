@@ -159,7 +159,9 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     switch (type) {
         case CT_PushButton:
             if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
-                int width = size.width() + 2 * Tokens::Space16;
+                // Quiet ones have no ground of their own and may stand closer.
+                const bool isQuiet = buttonKind(widget) == ButtonKind::Quiet;
+                int width = size.width() + 2 * (isQuiet ? Tokens::Space12 : Tokens::Space16);
                 if (!button->icon.isNull() && !button->text.isEmpty())
                     width += Tokens::Space8;
                 if (button->features & QStyleOptionButton::HasMenu)

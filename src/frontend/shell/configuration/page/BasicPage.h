@@ -42,7 +42,7 @@ private:
     QWidget* makeProtonLink();
 
     BottleSettings* m_settings;
-    QWidget* m_proton;  ///< below the Wine version
+    QWidget* m_proton;                   ///< below the Wine version
     QVector<SettingControlRow*> m_rows;  ///< in the order of the settings
     QVector<Group> m_groups;
     Fenk::Label* m_nothing;

@@ -11,7 +11,7 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int PagesWidth = 720;
+constexpr int PagesWidth = 944;  // the titles of all pages fit in English
 constexpr int Height = 700;
 constexpr int ToggleDelayMs = 200;
 const char ExpandKey[] = "bottles_configview.expand_toolbar.";

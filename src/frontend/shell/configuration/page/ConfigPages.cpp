@@ -45,7 +45,7 @@ ConfigPages::ConfigPages(QWidget* parent)
     auto* titles = new QHBoxLayout;
     titles->addWidget(new Label(tr("Advanced Debugging Tools"), Label::Heading), 1);
     titles->addWidget(m_search);
-    m_row->setSpacing(Tokens::Space8);
+    m_row->setSpacing(Tokens::Space4);
     m_row->addStretch();
     auto* head = new QVBoxLayout;
     head->setContentsMargins(Tokens::RingExtent, Tokens::RingExtent, Tokens::Space12, 0);
