@@ -90,6 +90,16 @@ void FocusRing::show(QWidget* widget) {
         m_frame = new QFocusFrame(widget);
     m_frame->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_frame->setWidget(widget);
+    // A frame hides outside its scroll area and does not come back when the area has scrolled to the control.
+    QMetaObject::invokeMethod(
+        this,
+        [this, shown = QPointer<QWidget>(widget)] {
+            if (!shown || !m_frame || m_frame->widget() != shown || m_frame->isVisible())
+                return;
+            m_frame->setWidget(nullptr);
+            m_frame->setWidget(shown);
+        },
+        Qt::QueuedConnection);
 }
 
 void FocusRing::hide() {
