@@ -34,6 +34,7 @@ BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
       m_nothing(new Label(tr("No setting has been found"), Label::Secondary)) {
     setObjectName("basic_page");
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);  // its controls have it
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* inner = new QWidget;

@@ -85,7 +85,11 @@ void ConfigPages::showPage(int number) {
     QWidget* shown = page(number);
     if (!shown)
         return;
-    m_buttons->button(number)->setChecked(true);
+    QAbstractButton* button = m_buttons->button(number);
+    button->setChecked(true);
+    // Tab reaches the chosen button, arrow keys the others, also when a link has chosen it.
+    for (QAbstractButton* other : m_buttons->buttons())
+        other->setFocusPolicy(other == button ? Qt::StrongFocus : Qt::ClickFocus);
     m_pages->setCurrentWidget(shown);
     Q_EMIT pageShown(number);
 }

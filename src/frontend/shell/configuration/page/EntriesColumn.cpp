@@ -41,6 +41,7 @@ EntriesColumn::EntriesColumn(BottlePrograms* programs, QWidget* parent)
     m_list->addStretch();
     auto* area = new QScrollArea;
     area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidget(entries);
