@@ -1,6 +1,5 @@
 #include "widgets/LogStore.h"
 
-#include <QTime>
 #include <algorithm>
 
 namespace {
@@ -35,8 +34,12 @@ QString timeText(int milliseconds) {
 
 }  // namespace
 
-void LogStore::append(const QString& text, int level) {
-    const int now = QTime::currentTime().msecsSinceStartOfDay();
+void LogStore::append(const QString& text, int level, const QTime& time) {
+    const int now = time.msecsSinceStartOfDay();
+    if (std::none_of(text.begin(), text.end(), endsLine)) {
+        appendLine(text.toUtf8(), now, level);
+        return;
+    }
     int begin = 0;
     for (int end = 0; end <= text.size(); ++end) {
         if (end < text.size() && !endsLine(text[end]))

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <QTime>
 #include <deque>
 
 /// The newest lines of a log, each with the time of day when it came and its level. Bounded in lines and in
@@ -17,7 +18,7 @@ public:
     explicit LogStore(int maxLines = MaxLines) : m_maxLines(maxLines) {}
 
     /// `level` 1 is an error line, 3 an ordinary one. A text of several lines becomes as many lines.
-    void append(const QString& text, int level);
+    void append(const QString& text, int level, const QTime& now = QTime::currentTime());
 
     int maxLines() const { return m_maxLines; }
     int lineCount() const { return int(m_lines.size()); }

@@ -118,8 +118,9 @@ void LogView::scrollToValue(int value) {
 
 void LogView::appendLines(const QVector<NewLine>& lines) {
     const qint64 dropped = m_store.droppedLines();
+    const QTime now = QTime::currentTime();
     for (const NewLine& line : lines)
-        m_store.append(line.text, line.level);
+        m_store.append(line.text, line.level, now);
     if (m_store.droppedLines() > dropped)
         forgetDropped(int(m_store.droppedLines() - dropped));
     if (isVisible() && !m_showTimer.isActive())

@@ -2,10 +2,9 @@
 
 #include <QObject>
 #include <QThreadPool>
+#include <QTimer>
 #include <QVector>
 #include <memory>
-
-class LogLineReader;
 
 /// One line of a debugging run as the pane shows it.
 struct LiveLogLine {
@@ -14,12 +13,12 @@ struct LiveLogLine {
 };
 
 /// Makes lines of what a debugging run prints, in a thread of its own, and leaves out those that only trace
-/// calls (see DebugLog). Lines come in batches; a batch has at most MaxLines, the newest, so that a flood of
-/// them neither takes memory nor stops the window. GUI thread; one for each run.
+/// calls (see DebugLog). Lines come a few at a time; of what has come meanwhile only the newest MaxLines
+/// count, so that a flood of them neither takes memory nor stops the window. GUI thread; one for each run.
 class LiveLog : public QObject {
     Q_OBJECT
 public:
-    static constexpr int MaxLines = 20000;  ///< of a batch, and of the pane
+    static constexpr int MaxLines = 20000;  ///< as many as the pane keeps
 
     explicit LiveLog(QObject* parent);
     /// Waits for the batch under way, which takes milliseconds.
@@ -36,11 +35,18 @@ Q_SIGNALS:
     void ended();
 
 private:
-    void readNext();
+    struct Reader;
 
-    std::shared_ptr<LogLineReader> m_reader;  ///< used by one batch at a time
+    void readNext();
+    void deliver();
+
+    std::shared_ptr<Reader> m_reader;  ///< used by one batch at a time
     QThreadPool m_thread;
     QByteArray m_waiting;
+    QVector<LiveLogLine> m_lines;  ///< of the last batch
+    int m_delivered = 0;           ///< of these
+    bool m_isLast = false;         ///< no batch follows
+    QTimer m_delivery;             ///< other events come between two deliveries
     bool m_isReading = false;
     bool m_isAtEnd = false;
 };
