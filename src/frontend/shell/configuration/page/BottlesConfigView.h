@@ -83,6 +83,8 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    static constexpr int LogHeight = 260;  ///< pixels, until the user changes it
+
     QWidget* makeContent();
     QWidget* makeRightSide();
     void connectBottle();

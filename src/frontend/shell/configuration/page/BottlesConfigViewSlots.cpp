@@ -1,0 +1,159 @@
+// What the buttons, menus and links of the window do; BottlesConfigView.cpp makes and fills it.
+#include <QAbstractButton>
+#include <QDebug>
+#include <QFileDialog>
+
+#include "backend/BottleLogs.h"
+#include "backend/BottleRecord.h"
+#include "backend/BottleUtils.h"
+#include "backend/BottlesConfig.h"
+#include "backend/DesktopUtils.h"
+#include "launch/run/BottleTasks.h"
+#include "shell/configuration/executables/ChooseExecutableDialog.h"
+#include "shell/configuration/hints/CustomSPitter.h"
+#include "shell/configuration/page/AppEntryButton.h"
+#include "shell/configuration/page/BasicPage.h"
+#include "shell/configuration/page/BottleCommands.h"
+#include "shell/configuration/page/BottlePrograms.h"
+#include "shell/configuration/page/BottleSettings.h"
+#include "shell/configuration/page/BottlesConfigView.h"
+#include "shell/configuration/page/ConfigFoot.h"
+#include "shell/configuration/page/ConfigPages.h"
+#include "shell/configuration/page/DebuggingLogsFrame.h"
+#include "shell/configuration/page/EntryMenu.h"
+#include "shell/configuration/page/HintNavigator.h"
+#include "shell/configuration/page/ProgramFindings.h"
+#include "shell/configuration/page/ProgramTrials.h"
+#include "shell/configuration/page/SettingControlRow.h"
+#include "widgets/FileChoice.h"
+
+void BottlesConfigView::onConfigurePageToggled(int page) {
+    m_pages->showPage(page);
+}
+
+void BottlesConfigView::onAppEntryBtnClicked(AppEntryButton* button) {
+    changeSelectedIndex(button);
+}
+
+void BottlesConfigView::changeSelectedIndex(AppEntryButton* button) {
+    changeSelectedIndex(m_programs->list().indexOf(button->id()));
+}
+
+void BottlesConfigView::changeSelectedIndex(int index) {
+    m_programs->select(index);
+}
+
+void BottlesConfigView::syncCurrentAppEntry() {
+    const ProgramEntry* entry = m_programs->list().currentEntry();
+    if (entry)
+        BottlesConfig::instance()->syncExternalProgram(m_bottle, entry->recordWithId());
+    else
+        qWarning("Entry not found");
+}
+
+void BottlesConfigView::onAppEntryBtnRightClicked(AppEntryButton* button, const QPoint& at) {
+    changeSelectedIndex(button);
+    auto* menu = new EntryMenu(m_programs, !m_trials->isBusy(), this);
+    using Self = BottlesConfigView;
+    connect(menu, &EntryMenu::terminalRequested, this, &Self::onOpenInTerminalActionTriggered);
+    connect(menu, &EntryMenu::folderRequested, this, &Self::onOpenFolderActionTriggered);
+    connect(menu, &EntryMenu::internetSettingsRequested, this, &Self::onOpenInternalOptsTriggered);
+    connect(menu, &EntryMenu::deleteRequested, this, &Self::onDeleteActionTriggered);
+    menu->popup(at);
+}
+
+void BottlesConfigView::onOpenInTerminalActionTriggered() {
+    startRun(true);
+}
+
+void BottlesConfigView::onOpenFolderActionTriggered() {
+    BottleUtils::openProgramFolder(m_bottle, m_programs->currentRef().uuid);
+}
+
+void BottlesConfigView::onOpenInternalOptsTriggered() {
+    BottleTasks::openInternetOptions(m_bottle);
+}
+
+void BottlesConfigView::onDeleteActionTriggered() {
+    askToDeleteEntry(m_programs, this);
+}
+
+void BottlesConfigView::slotsOpenLogsDir() {
+    const QString path = BottleRecord::path(m_settings->record());
+    if (!path.isEmpty())
+        DesktopUtils::openLocal(BottleLogs::directory(path));
+}
+
+void BottlesConfigView::slotsimportRegs() {
+    BottleTasks::importRegistry(this, m_bottle);
+}
+
+void BottlesConfigView::showLogs() {
+    if (m_logs->isHidden())
+        slotstoggleLogsView();
+}
+
+void BottlesConfigView::slotstoggleLogsView() {
+    const bool shows = m_logs->isHidden();
+    m_logs->setVisible(shows);
+    m_foot->setLogShown(shows);
+    if (!shows)
+        return;
+    m_splitter->setSizes({m_splitter->height() - LogHeight, LogHeight});
+    m_findings->showLast();
+}
+
+void BottlesConfigView::explainFailure() {
+    m_findings->explainFailure();
+    if (m_logs->isHidden())
+        showLogs();
+    else
+        m_findings->showLast();
+}
+
+void BottlesConfigView::slotsAppendLogs(const QString& line) {
+    m_logs->append({{line, false}});
+}
+
+void BottlesConfigView::slotsHandleLogsAnchorClicked(const QUrl& anchor) {
+    m_hintLinks->follow(anchor);
+}
+
+void BottlesConfigView::slotsStopInstallingDeps() {
+    BottlesConfig::instance()->cancelInstallingDependency(
+        m_bottle, this, [bottle = m_bottle](const BusResult& answer) {
+            if (!answer.ok)
+                qWarning().noquote() << "cannot cancel the installation in" << bottle << answer.errorMessage;
+        });
+}
+
+void BottlesConfigView::slotsUpdateMemOptimizedSwitchButtonStates(int) {
+    m_basic->refresh();
+}
+
+void BottlesConfigView::onNtSyncSwitchBtnClicked() {
+    auto* button = qobject_cast<QAbstractButton*>(m_basic->row(Setting::NtSync)->control());
+    choose(Setting::NtSync, button->isChecked());
+}
+
+void BottlesConfigView::onAddEntryButtonClicked() {
+    auto* dialog = new ChooseExecutableDialog(tr("Adding application shortcuts"), m_bottle, this);
+    connect(dialog, &ChooseExecutableDialog::programChosen, m_programs, &BottlePrograms::addFound);
+    connect(dialog, &ChooseExecutableDialog::fileRequested, this, &BottlesConfigView::chooseFile);
+    dialog->open();
+}
+
+void BottlesConfigView::chooseFile() {
+    const QString path = BottleRecord::path(m_settings->record());
+    QFileDialog* dialog =
+        FileChoice::make(FileChoice::Kind::Program, this, tr("Adding application shortcuts"),
+                         path + "/drive_c", tr("Windows Application Programs (*.exe *.msi *.bat)"));
+    dialog->setObjectName("add_entry_dialog");
+    connect(dialog, &QFileDialog::fileSelected, m_programs,
+            [programs = m_programs](const QString& file) { programs->addFiles({file}); });
+    dialog->open();
+}
+
+void BottlesConfigView::openBottlesDebugTerminal() {
+    BottleCommands::openTerminal(m_bottle);
+}
