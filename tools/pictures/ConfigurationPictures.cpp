@@ -105,6 +105,20 @@ QList<QWidget*> hints(const Scene& scene) {
     return {scene.view};
 }
 
+QList<QWidget*> choose(const Scene& scene) {
+    const auto found = [](const char* id, const char* name, const char* path) {
+        return QJsonObject{{"id", id}, {"name", name}, {"path", path}, {"auto_discovered", true}};
+    };
+    scene.service->setJson(
+        "listBottlesAllPrograms",
+        QJsonArray{QJsonObject{{"id", "a"}, {"name", "Harbour Office"}, {"path", "C:\\Harbour\\office.exe"}},
+                   found("d", "Harbour Notes", "C:\\Program Files (x86)\\Harbour\\Suite\\bin\\notes.exe"),
+                   found("e", "Harbour Sheets", "C:\\Program Files (x86)\\Harbour\\Suite\\bin\\sheets.exe")});
+    scene.view->onAddEntryButtonClicked();
+    settle(800);
+    return {scene.view, QApplication::activeModalWidget()};
+}
+
 QList<QWidget*> menu(const Scene& scene) {
     auto* button = scene.view->findChild<AppEntryButton*>();
     Q_EMIT button->menuRequested(button->mapToGlobal(button->rect().bottomLeft()));
@@ -269,6 +283,7 @@ int main(int argc, char** argv) {
                   {"question", question},
                   {"logs", logs},
                   {"hints", hints},
+                  {"choose", choose},
                   {"menu", menu},
                   {"tools", tools},
                   {"search", search},

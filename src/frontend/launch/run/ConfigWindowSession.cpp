@@ -40,6 +40,11 @@ bool ConfigWindowSession::showFile(LaunchedProgram& program) {
     return true;
 }
 
+void ConfigWindowSession::selectProgram(const QString& exePath) {
+    if (m_window)
+        m_window->selectProgram(exePath);
+}
+
 /// False when the window was closed meanwhile; this object may be gone by then.
 bool ConfigWindowSession::prepareBottle() {
     const QPointer<ConfigWindowSession> alive(this);

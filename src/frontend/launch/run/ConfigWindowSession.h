@@ -22,6 +22,8 @@ public:
     /// made first, while the window shows that it loads and an event loop runs; a failure of that is the
     /// window's to show. False when the window was closed meanwhile; this object may be gone by then.
     bool showFile(LaunchedProgram& program);
+    /// Lets the window select the program that is made of the file, once the bottle has it.
+    void selectProgram(const QString& exePath);
     /// The bottle was asked for, and the window has been closed before it was there.
     bool isBottleUnfinished() const { return m_isBottleUnfinished; }
 

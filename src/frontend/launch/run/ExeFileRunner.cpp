@@ -232,6 +232,8 @@ void ExeFileRunner::slotsDebugButtonClicked() {
                                                m_startTime, m_banner, this);
     if (!m_configWindow)
         return;
+    if (!m_program.isStored())
+        m_configWindow->selectProgram(m_program.file.exePath);
     m_banner->hide();
     connect(m_configWindow, &ConfigWindowSession::closed, m_banner, &QWidget::close);
 }

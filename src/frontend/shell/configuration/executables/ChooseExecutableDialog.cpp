@@ -50,6 +50,7 @@ ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QStri
     m_list->setModel(m_model);
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
+    m_list->setAllColumnsShowFocus(true);
     m_list->setTextElideMode(Qt::ElideMiddle);
     auto* spinner = new Spinner;
     spinner->startDelayed();

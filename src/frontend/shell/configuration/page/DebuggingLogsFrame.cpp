@@ -71,10 +71,10 @@ DebuggingLogsFrame::DebuggingLogsFrame(QWidget* parent)
 }
 
 QWidget* DebuggingLogsFrame::makeLogPart() {
-    auto* clearButton = new IconButton("fenk-delete", tr("Clear Log"), nullptr, IconButton::Compact);
+    auto* clearButton = new IconButton("cxb_refresh_terminal", tr("Clear Log"), nullptr, IconButton::Compact);
     clearButton->setObjectName("cxb_refresh_terminal");
     auto* folderButton =
-        new IconButton("fenk-folder", tr("Open folder of log"), nullptr, IconButton::Compact);
+        new IconButton("cxb_show_winelogs", tr("Open folder of log"), nullptr, IconButton::Compact);
     folderButton->setObjectName("cxb_show_winelogs");
     connect(clearButton, &QToolButton::clicked, this, &DebuggingLogsFrame::clear);
     connect(folderButton, &QToolButton::clicked, this, &DebuggingLogsFrame::folderRequested);
