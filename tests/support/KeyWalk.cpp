@@ -2,6 +2,10 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QButtonGroup>
+#include <QComboBox>
 #include <QFocusFrame>
 #include <QLabel>
 #include <QLineEdit>
@@ -16,8 +20,9 @@ namespace {
 
 constexpr int MostKeys = 100;
 
-QString nameOf(const QWidget* widget) {
-    return widget->accessibleName().isEmpty() ? widget->objectName() : widget->accessibleName();
+QString nameOf(QWidget* widget) {
+    const QString name = QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+    return name.isEmpty() ? widget->metaObject()->className() + (' ' + widget->objectName()) : name;
 }
 
 QList<QWidget*> walk(QWidget* window) {
@@ -37,7 +42,15 @@ QList<QWidget*> walk(QWidget* window) {
 }
 
 bool isControl(const QWidget* widget) {
-    const bool isPart = qobject_cast<QLineEdit*>(widget->parentWidget());
+    const bool isPart = qobject_cast<QLineEdit*>(widget->parentWidget()) ||
+                        qobject_cast<QAbstractSpinBox*>(widget->parentWidget()) ||
+                        qobject_cast<QComboBox*>(widget->parentWidget());
+    // Of a group Tab reaches the checked one, and arrow keys the others.
+    const auto* button = qobject_cast<const QAbstractButton*>(widget);
+    const bool isInGroup =
+        button && (button->autoExclusive() || (button->group() && button->group()->exclusive()));
+    if (isInGroup && !button->isChecked())
+        return false;
     const auto* label = qobject_cast<const QLabel*>(widget);
     if (label && label->text().contains("<a href"))
         return true;
@@ -65,7 +78,7 @@ QString outOfReach(QWidget* window) {
     for (int i = 0; i < stops.size(); ++i) {
         QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
         QCoreApplication::processEvents();
-        const QWidget* now = window->focusWidget();
+        QWidget* now = window->focusWidget();
         if (isControl(now) && !hasRing(window, now))
             names << nameOf(now) + " has no ring";
     }

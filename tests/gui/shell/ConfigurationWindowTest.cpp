@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QComboBox>
 #include <QDropEvent>
 #include <QJsonDocument>
@@ -20,7 +21,9 @@
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
 #include "shell/configuration/page/ProtonSetup.h"
+#include "support/EnvironmentGuard.h"
 #include "support/FakeBottleService.h"
+#include "support/KeyWalk.h"
 #include "support/PrivateBus.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
@@ -397,6 +400,56 @@ private Q_SLOTS:
         isReady();
         QCOMPARE(m_service->waitForCall("setRunner").arguments, QJsonArray({"office", "ge-proton9", true}));
         ProtonSetup::set({});
+    }
+
+    /// Told once, however often a Proton is chosen.
+    void driverIsMissing() {
+        TestSupport::EnvironmentGuard environment;
+        for (const auto& [name, script] : {std::pair{"file", "echo PE32 executable"},
+                                           {"apt", "echo libvulkan1"},
+                                           {"lspci", "echo '00:01.0 VGA compatible controller: A card'"},
+                                           {"dpkg", "exit 1"}})
+            QFile::setPermissions(m_home.write(QString("bin/") + name, QByteArray("#!/bin/sh\n") + script),
+                                  QFile::ReadOwner | QFile::ExeOwner);
+        environment.set("PATH", QFile::encodeName(m_home.path() + "/bin:") + qgetenv("PATH"));
+        setBottle({"a"});
+        open();
+        auto* wine = find<ComponentsSwitcherWidget>("wine_version_combobox");
+        for (const char* version : {"ge-proton9", "wine", "ge-proton9"})
+            activate(wine->combo(), wine->combo()->findData(version));
+        QTRY_VERIFY(find("driver_warning"));
+        auto* warning = find<Fenk::Dialog>("driver_warning");
+        QVERIFY(warning->isModal() && warning->title().endsWith("install the corresponding driver."));
+        QCOMPARE(warning->size(), QSize(514, 550));
+        QCOMPARE(TestSupport::outOfReach(warning), QString());
+        TestSupport::press(warning, Qt::Key_Escape);
+        QTRY_VERIFY(!find("driver_warning"));
+    }
+
+    void keysReachEverything_data() {
+        const Table<int> row("page");
+        row("basic", BottlesConfigView::Basic);
+        row("parameters", BottlesConfigView::WineParameter);
+        row("tools", BottlesConfigView::DebuggingTools);
+    }
+    void keysReachEverything() {
+        QFETCH(int, page);
+        setBottle({"a", "b"});
+        open();
+        m_view->onConfigurePageToggled(page);
+        m_view->showLogs();
+        QCOMPARE(TestSupport::outOfReach(m_view), QString());
+        entries().first()->setFocus();
+        TestSupport::press(m_view, Qt::Key_Down);
+        QVERIFY(entries().last()->isChecked() && entries().last()->hasFocus());
+        QStringList nameless;
+        for (QWidget* widget : m_view->findChildren<QWidget*>()) {
+            const bool isControl = widget->isVisible() && (widget->focusPolicy() & Qt::TabFocus);
+            if (isControl && !widget->focusProxy() &&
+                QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
+                nameless << widget->metaObject()->className() + QString(" ") + widget->objectName();
+        }
+        QCOMPARE(nameless.join(", "), QString());
     }
 
     void filesAreDropped() {
