@@ -48,13 +48,19 @@ QWidget* ComponentsSwitcherWidget::makeTipsView() {
     m_tips = new Label(tr("downloading..."), Label::Small);
     m_tips->setObjectName("tips_label");
     m_tips->setElided(true);
+    m_percent = new Label(Label::Small);
+    m_percent->setObjectName("tips_percent");
     m_progress = new QProgressBar;
     m_progress->setObjectName("tips_progressbar");
     m_progress->setTextVisible(false);
     m_close = makeCloseButton("tips_closebtn");
+    auto* line = new QHBoxLayout;
+    line->setSpacing(Tokens::Space8);
+    line->addWidget(m_tips, 1);
+    line->addWidget(m_percent);
     auto* words = new QVBoxLayout;
     words->setSpacing(Tokens::Space4);
-    words->addWidget(m_tips);
+    words->addLayout(line);
     words->addWidget(m_progress);
     auto* layout = new QHBoxLayout(view);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -107,6 +113,8 @@ void ComponentsSwitcherWidget::setSetup(const ComponentSetup& setup) {
     m_tips->setTextRole(isFailed ? Theme::Danger : Theme::Text);
     // Not of the label, which has its own when it is cut.
     m_tips->parentWidget()->setToolTip(plainToolTip(setup.reason()));
+    m_percent->setText(tr("%1 %").arg(setup.percent()));
+    m_percent->setVisible(!isFailed && setup.percent() >= 0);
     m_progress->setVisible(!isFailed);
     m_progress->setRange(0, setup.percent() < 0 ? 0 : 100);
     m_progress->setValue(qMax(0, setup.percent()));

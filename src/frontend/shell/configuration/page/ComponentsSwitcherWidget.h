@@ -39,6 +39,7 @@ private:
 
     QComboBox* m_combo;
     Fenk::Label* m_tips = nullptr;
+    Fenk::Label* m_percent = nullptr;
     QProgressBar* m_progress = nullptr;
     Fenk::IconButton* m_close = nullptr;
     Fenk::Label* m_setup = nullptr;
