@@ -113,11 +113,6 @@ class ConfigurationTest : public QObject {
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("#!/bin/sh\n" + script) > 0);
         QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
     }
-    static void addProgram(const QString& id, const QString& name, const QString& arguments) {
-        const QJsonObject program{
-            {"id", id}, {"name", name}, {"path", sample(name)}, {"arguments", arguments}};
-        callBottles("updateExternalProgram", {Bottle, QString::fromUtf8(QJsonDocument(program).toJson())});
-    }
     void offerComponents() {
         const QString data = QDir::homePath() + "/.local/share/lumora-wine-bottles/";
         QVERIFY(QDir().mkpath(data + "runners/lumora-ge-proton10/bin"));
@@ -153,7 +148,8 @@ private Q_SLOTS:
         addTool("x-terminal-emulator", "shift\n\"$@\" > \"${0%/*}/terminal.txt\"\n");
         offerComponents();
         QVERIFY(bottlesJson("createBottles", {Bottle, ""})["ok"].toBool());
-        addProgram("11111111-0000-4000-8000-000000000000", "window", QString("\"%1\" report").arg(Title));
+        addProgram(Bottle, "11111111-0000-4000-8000-000000000000", "window", sample("window"),
+                   QString("\"%1\" report").arg(Title));
         m_view = new BottlesConfigView;
         QSignalSpy loaded(m_view, &BottlesConfigView::bottlesLoaded);
         m_view->loadBottle(Bottle);
@@ -283,7 +279,8 @@ private Q_SLOTS:
     }
 
     void terminal() {
-        addProgram("22222222-0000-4000-8000-000000000000", "console", "one \"two three\"");
+        addProgram(Bottle, "22222222-0000-4000-8000-000000000000", "console", sample("console"),
+                   "one \"two three\"");
         QTRY_COMPARE(m_view->findChildren<AppEntryButton*>().size(), 2);
         auto* entry = m_view->findChildren<AppEntryButton*>().last();
         entry->click();

@@ -118,6 +118,12 @@ QString bottleOf(const QString& program) {
     return {};
 }
 
+void addProgram(const QString& bottle, const QString& id, const QString& name, const QString& path,
+                const QString& arguments) {
+    const QJsonObject program{{"id", id}, {"name", name}, {"path", path}, {"arguments", arguments}};
+    callBottles("updateExternalProgram", {bottle, QString::fromUtf8(QJsonDocument(program).toJson())});
+}
+
 void killAllWineServers() {
     for (const QString& name : bottleNames())
         callBottles("killWineServer", {name});

@@ -45,6 +45,9 @@ QJsonDocument bottlesJson(const QString& method, const QVariantList& arguments =
 QStringList bottleNames();
 /// The first bottle whose name begins with that of a program's file; empty when there is none.
 QString bottleOf(const QString& program);
+/// Enters a program into a bottle.
+void addProgram(const QString& bottle, const QString& id, const QString& name, const QString& path,
+                const QString& arguments = {});
 /// Ends whatever runs in any bottle.
 void killAllWineServers();
 
