@@ -1,7 +1,7 @@
-// The configuration window of a bottle with 1 and with 200 programs: from its construction to the first picture,
-// and until the bottle's settings and programs are shown. Against a baseline in the same run: a bare dialog until
-// it is painted, and the service's answer alone. Limits: 100 ms and 300 ms. The argument is the largest number of
-// programs; with 1 it only shows that all of it works.
+// The configuration window of a bottle with 1 and with 200 programs: from its construction to the first
+// picture, and until the bottle's settings and programs are shown. Against a baseline in the same run: a bare
+// dialog until it is painted, and the service's answer alone. Limits: 100 ms and 300 ms. The argument is the
+// largest number of programs; with 1 it only shows that all of it works.
 //
 //     QT_QPA_PLATFORM=offscreen build/<preset>/bench/ConfigurationBench [200]
 #include <QElapsedTimer>
