@@ -14,28 +14,20 @@ class EnvironmentTextTest : public QObject {
 private Q_SLOTS:
     void parse_data() {
         const Table<QString, Values, QString> row("text", "values", "faults");
-        row("empty", "", {}, "");
         row("pairs", "A=1 B='x y'", {{"A", "1"}, {"B", "x y"}}, "");
         row("white space", "\tA=1\r\n\v\fB=2 ", {{"A", "1"}, {"B", "2"}}, "");
         row("wide spaces", QString::fromUtf8("A=1\u0085B=2\u00a0C=3\u3000D=4"),
             {{"A", "1"}, {"B", "2"}, {"C", "3"}, {"D", "4"}}, "");
-        row("no value", "A= B=", {{"A", ""}, {"B", ""}}, "");
         row("later", "A=1 B=2 A=3", {{"A", "3"}, {"B", "2"}}, "");
-        row("equal signs", "A=b=c", {{"A", "b=c"}}, "");
         row("quotes within", "A=a'b \"c'd\"e 'f\"", {{"A", "ab \"cde 'f"}}, "");
         row("backslashes", "A=a\\ b B='it\\'s' C=C:\\\\x D=\\",
             {{"A", "a b"}, {"B", "it's"}, {"C", "C:\\x"}, {"D", "\\"}}, "");
         row("number first", "1A=2", {{"1A", "2"}}, "error");
-        row("number later", "A1_=2", {{"A1_", "2"}}, "");
         row("letters", QString::fromUtf8("größe=1 变量=2"),
             {{QString::fromUtf8("größe"), "1"}, {QString::fromUtf8("变量"), "2"}}, "");
-        row("other number", QString::fromUtf8("²A=1"), {{QString::fromUtf8("²A"), "1"}}, "error");
-        row("dash", "A-B=1 C=2", {{"A-B", "1"}, {"C", "2"}}, "error");
         row("beyond 16 bits", QString::fromUtf8("😀=1"), {{QString::fromUtf8("😀"), "1"}}, "error");
         row("quoted name", "'A B'=1", {{"B'", "1"}}, "error left:'A");
-        row("backslash in a name", "A\\=1", {{"A\\", "1"}}, "error");
         row("word", "A=1 word C=2", {{"A", "1"}, {"C", "2"}}, "left:word");
-        row("blank before =", "A =1", {}, "left:A");
         row("no name", "=1 B=2", {{"B", "2"}}, "left:=1");
         row("last word", "A=1 B", {{"A", "1"}}, "left:B");
         row("open quote", "A='x y", {{"A", "x y"}}, "open");
@@ -70,11 +62,9 @@ private Q_SLOTS:
     void records_data() {
         const Table<QJsonObject, QString, QString, QJsonObject> row("read", "text", "edited", "saved");
         const QJsonObject blanks = {{"A", "1"}, {"B", " x y "}, {"C", "C:\\x"}};
-        row("none", {}, "", "", {});
         row("sorted, trimmed", {{"B", " 2\t"}, {"A", "1"}}, "A=1 B=2", "A=1 B=3", {{"A", "1"}, {"B", "3"}});
         row("untouched", blanks, "A=1 B=x y C=C:\\x", "A=1 B=x y C=C:\\x", blanks);
         row("with quotes", blanks, "A=1 B=x y C=C:\\x", "A=1 B='x y'", {{"A", "1"}, {"B", "x y"}});
-        row("cleared", blanks, "A=1 B=x y C=C:\\x", "", {});
         row("faulty names", {}, "", "1A=2 B=3", {{"1A", "2"}, {"B", "3"}});
     }
     void records() {

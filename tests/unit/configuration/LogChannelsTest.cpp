@@ -14,18 +14,11 @@ private Q_SLOTS:
             "+d3d,+file,+ntdll,err+all,fixme-all");
         row("below the list", " b,a", -1, " b,a");
         row("behind the list", " b,a", 10, " b,a");
-        row("basic", "", 0, "+loaddll,+module,+pid,+process,+seh,+text,+tid,+timestamp");
     }
     void withEntry() {
         QFETCH(QString, stored);
         QFETCH(int, entry);
         QTEST(LogChannels::withEntry(stored, entry), "expected");
-    }
-
-    void entries() {
-        QCOMPARE(LogChannels::count(), 10);
-        QCOMPARE(LogChannels::name(0), "Basic Logs");
-        QCOMPARE(LogChannels::name(9), "Sound Logs");
     }
 
     void environment_data() {
@@ -34,7 +27,6 @@ private Q_SLOTS:
             "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,warn+file");
         row("none, Proton", "", "ge-proton9",
             "WINEDEBUG=err+all,fixme+all,trace+process,+pid,+tid,trace+seh,+text,");
-        row("own", "+d3d,warn+file", "lumora-wine10-stable", "WINEDEBUG=+d3d,warn+file");
         row("own, Proton", "+d3d,warn+file", "lumora-ge-proton10", "WINEDEBUG=+d3d,");
     }
     void environment() {
