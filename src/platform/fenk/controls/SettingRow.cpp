@@ -38,8 +38,19 @@ SettingRow::SettingRow(const QString& name, const QString& tip, QWidget* control
 void SettingRow::setTip(const QString& tip) {
     m_tip->setText(tip);
     m_tip->setVisible(!tip.isEmpty());
+    fitTip();
     if (m_control && m_control->accessibleDescription().isEmpty())
         m_control->setAccessibleDescription(tip);
+}
+
+void SettingRow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fitTip();
+}
+
+/// The row is no higher than its size hint, which guesses into how many lines the tip breaks.
+void SettingRow::fitTip() {
+    m_tip->setMinimumHeight(m_tip->isHidden() ? 0 : m_tip->heightForWidth(m_tip->width()));
 }
 
 }  // namespace Fenk

@@ -16,7 +16,12 @@ public:
     QWidget* control() const { return m_control; }
     void setTip(const QString& tip);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    void fitTip();
+
     Label* m_name;
     Label* m_tip;
     QWidget* m_control;
