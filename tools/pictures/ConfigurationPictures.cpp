@@ -132,6 +132,30 @@ QList<QWidget*> tools(const Scene& scene) {
     return {scene.view};
 }
 
+QList<QWidget*> parameters(const Scene& scene) {
+    scene.view->onConfigurePageToggled(BottlesConfigView::WineParameter);
+    scene.view->showLogs();
+    settle(300);
+    return {scene.view};
+}
+
+/// Rows that depend on the runner, and a layer that the machine cannot run.
+QList<QWidget*> proton(const Scene& scene) {
+    scene.service->setBottle(Bottle,
+                             {{"Path", "/tmp"},
+                              {"Runner", "lumora-ge-proton10"},
+                              {"Windows", "win11"},
+                              {"VKD3D", "vkd3d-proton-2.11"},
+                              {"Parameters", QJsonObject{{"custom_dpi", 144}, {"renderer", "vulkan"}}}});
+    scene.view->setLoading(true);
+    scene.view->setLoading(false);
+    settle(500);
+    scene.view->findChild<QScrollArea*>("basic_page")
+        ->ensureWidgetVisible(scene.view->findChild<QWidget*>("ntsync_switch_btn"));
+    settle(100);
+    return {scene.view};
+}
+
 QList<QWidget*> search(const Scene& scene) {
     scene.view->findChild<Fenk::SearchEdit*>()->setText("vulkan");
     settle(100);
@@ -298,7 +322,9 @@ int main(int argc, char** argv) {
                   {"fonts", fonts},
                   {"fonts-empty", fontsEmpty},
                   {"fonts-menu", fontsMenu},
-                  {"font-dialog", fontDialog}};
+                  {"font-dialog", fontDialog},
+                  {"parameters", parameters},
+                  {"proton", proton}};
     QVector<PictureState> pictures;
     for (const auto& state : states)
         pictures.append({state.name, [&state] { return paint(state.windows); }});

@@ -11,6 +11,7 @@
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/SettingControlRow.h"
 #include "shell/configuration/rules/SettingTable.h"
+#include "widgets/PageArea.h"
 
 using namespace Fenk;
 
@@ -33,10 +34,6 @@ BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
       m_proton(makeProtonLink()),
       m_nothing(new Label(tr("No setting has been found"), Label::Secondary)) {
     setObjectName("basic_page");
-    setFrameShape(QFrame::NoFrame);
-    setFocusPolicy(Qt::NoFocus);  // its controls have it
-    setWidgetResizable(true);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* inner = new QWidget;
     auto* layout = new QVBoxLayout(inner);
     layout->setContentsMargins(Tokens::RingExtent, 0, Tokens::Space12, Tokens::Space8);
@@ -68,10 +65,7 @@ BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
     m_nothing->setAlignment(Qt::AlignCenter);
     layout->addWidget(m_nothing);
     layout->addStretch();
-    setWidget(inner);
-    // The window's own ground shows through.
-    viewport()->setAutoFillBackground(false);
-    inner->setAutoFillBackground(false);
+    PageArea::setUp(this, inner);
     filter({});
     connect(settings, &BottleSettings::changed, this, &BasicPage::refresh);
     refresh();

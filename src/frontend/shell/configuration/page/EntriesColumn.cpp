@@ -12,6 +12,7 @@
 #include "programs/ProgramRuns.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BottlePrograms.h"
+#include "widgets/PageArea.h"
 
 using namespace Fenk;
 
@@ -39,16 +40,6 @@ EntriesColumn::EntriesColumn(BottlePrograms* programs, QWidget* parent)
                                Tokens::RingExtent);
     m_list->setSpacing(0);
     m_list->addStretch();
-    auto* area = new QScrollArea;
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->setWidgetResizable(true);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setWidget(entries);
-    // The column's own ground shows through.
-    area->viewport()->setAutoFillBackground(false);
-    entries->setAutoFillBackground(false);
-
     auto* head = new QHBoxLayout;
     head->setSpacing(0);
     head->addWidget(m_title, 1);
@@ -58,7 +49,7 @@ EntriesColumn::EntriesColumn(BottlePrograms* programs, QWidget* parent)
     layout->setSpacing(Tokens::Space4);
     layout->addLayout(head);
     layout->addWidget(m_hint);
-    layout->addWidget(area, 1);
+    layout->addWidget(PageArea::around(entries), 1);
     layout->addWidget(m_toggle, 0, Qt::AlignLeft);
     connect(programs, &BottlePrograms::changed, this, &EntriesColumn::refresh);
     connect(ProgramRuns::instance(), &ProgramRuns::changed, this, &EntriesColumn::refresh);

@@ -2,11 +2,14 @@
 
 #include <QGridLayout>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
 
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
 #include "shell/configuration/page/BottleCommands.h"
 #include "shell/configuration/page/BottlePrograms.h"
+#include "widgets/PageArea.h"
 
 using namespace Fenk;
 
@@ -15,7 +18,8 @@ constexpr int Columns = 3;
 }
 
 ToolsPage::ToolsPage(BottlePrograms* programs, QWidget* parent) : QWidget(parent) {
-    auto* grid = new QGridLayout(this);
+    auto* tools = new QWidget;
+    auto* grid = new QGridLayout(tools);
     grid->setContentsMargins(Tokens::RingExtent, 0, Tokens::Space12, 0);
     grid->setSpacing(Tokens::Space12);
     const auto addButton = [grid](const QString& text, int row, int column) {
@@ -42,4 +46,7 @@ ToolsPage::ToolsPage(BottlePrograms* programs, QWidget* parent) : QWidget(parent
     for (int column = 0; column < Columns; ++column)
         grid->setColumnStretch(column, 1);
     grid->setRowStretch(below + 2, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(PageArea::around(tools));
 }

@@ -11,8 +11,10 @@ WineChannerCombobox::WineChannerCombobox(QWidget* parent) : QComboBox(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setInsertPolicy(NoInsert);
     setCompleter(nullptr);  // it would complete the names of entries, which are no channels
-    for (int entry = 0; entry < LogChannels::count(); ++entry)
+    for (int entry = 0; entry < LogChannels::count(); ++entry) {
         addItem(tr(LogChannels::name(entry)));
+        setItemData(entry, LogChannels::channels(entry), Qt::ToolTipRole);
+    }
     setMaxVisibleItems(LogChannels::count());
     setCurrentIndex(-1);
     connect(this, &QComboBox::editTextChanged, this, &WineChannerCombobox::textChanged);

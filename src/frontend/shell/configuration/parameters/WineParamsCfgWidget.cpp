@@ -1,6 +1,7 @@
 #include "shell/configuration/parameters/WineParamsCfgWidget.h"
 
 #include <QLineEdit>
+#include <QScrollArea>
 #include <QShowEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -15,6 +16,7 @@
 #include "shell/configuration/parameters/EnvironmentText.h"
 #include "shell/configuration/parameters/LogFileEdit.h"
 #include "shell/configuration/parameters/WineChannerCombobox.h"
+#include "widgets/PageArea.h"
 
 using namespace Fenk;
 
@@ -74,10 +76,14 @@ void WineParamsCfgWidget::makeCard() {
                                 m_environment));
     card->addRow(m_emulatorRow);
     card->addRow(new SettingRow(tr("Log files"), tr("Where a debugging run is logged"), m_logFile));
+    auto* content = new QWidget;
+    auto* rows = new QVBoxLayout(content);
+    rows->setContentsMargins(Tokens::RingExtent, 0, Tokens::Space12, 0);
+    rows->addWidget(card);
+    rows->addStretch();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(card);
-    layout->addStretch();
+    layout->addWidget(PageArea::around(content));
 }
 
 void WineParamsCfgWidget::connectControls() {
