@@ -37,7 +37,7 @@ QStringList DllOverrideItemDelegate::builtinDlls(const QString& path) {
 void DllOverrideItemDelegate::prepare(QComboBox* combo, int column) const {
     if (column == 0) {
         combo->setAccessibleName("dllname_edit");
-        makeCompleting(combo, m_dlls, VisibleItems);
+        makeCompleting(combo, m_dlls, VisibleItems, true);
         // What ends a name for Wine, and directories.
         static const QRegularExpression allowed("\\*?[^;=,\"*/\\\\:]*");
         combo->setValidator(new QRegularExpressionValidator(allowed, combo));

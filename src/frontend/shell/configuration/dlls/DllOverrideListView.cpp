@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QMenu>
-#include <QScopedValueRollback>
 #include <QStandardItemModel>
 
 #include "backend/BottlesConfig.h"
@@ -76,7 +75,6 @@ void DllOverrideListView::setSent(int row) {
 }
 
 void DllOverrideListView::fill(const TableRows& list) {
-    const QScopedValueRollback<bool> filling(m_isFilling, true);
     clear();
     for (auto it = list.begin(); it != list.end(); ++it) {
         insert(rows()->rowCount(), it.key(), LoadMethods::ofWireValue(it.value()));
@@ -103,7 +101,7 @@ void DllOverrideListView::onDataChanged(const QModelIndex& topLeft, const QModel
 }
 
 void DllOverrideListView::onDataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight) {
-    if (m_isFilling)
+    if (isFilling())
         return;
     step([&] {
         for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
@@ -126,8 +124,9 @@ void DllOverrideListView::sendRow(int row) {
         return;
     qInfo() << "dll name changed" << sentName << "-->" << name;
     if (name.isEmpty() || rowOf(name, row) >= 0) {
-        const QScopedValueRollback<bool> filling(m_isFilling, true);
+        setFilling(true);
         nameItem->setText(sentName);
+        setFilling(false);
         return;
     }
     if (!sentName.isEmpty())

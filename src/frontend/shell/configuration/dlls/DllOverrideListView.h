@@ -42,6 +42,4 @@ private:
     void setMethod(int method);
     void set(const QString& name, int method);
     void remove(const QString& name);
-
-    bool m_isFilling = false;
 };

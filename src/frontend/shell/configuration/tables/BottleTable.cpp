@@ -36,15 +36,22 @@ void BottleTable::take(const TableRows& rows) {
     if (state() == EditingState) {
         m_waiting = rows;
     } else if (rows != sentRows()) {
-        fill(rows);
+        refill(rows);
+        m_before.reset();
         Q_EMIT replaced();
     }
+}
+
+void BottleTable::refill(const TableRows& rows) {
+    setFilling(true);
+    fill(rows);
+    setFilling(false);
 }
 
 void BottleTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
     EditableTable::closeEditor(editor, hint);
     if (m_waiting && state() != EditingState)
-        take(*m_waiting);
+        take(TableRows(*m_waiting));
 }
 
 void BottleTable::step(const std::function<void()>& work) {
@@ -63,10 +70,12 @@ void BottleTable::step(const std::function<void()>& work) {
 }
 
 void BottleTable::undo() {
-    const TableRows wanted = m_before;
-    for (const TableChange& change : TableDifference::between(sentRows(), wanted))
+    const auto wanted = std::exchange(m_before, std::nullopt);
+    if (!wanted)
+        return;
+    for (const TableChange& change : TableDifference::between(sentRows(), *wanted))
         send(change);
-    fill(wanted);
+    refill(*wanted);
 }
 
 void BottleTable::change(const QString& what, const TableSync::Call& call, bool isIdle) {

@@ -22,7 +22,7 @@ public:
     void clear();
     /// Ends in loaded(). False when edits are on their way; the list is read after them.
     bool load() { return m_sync->load(); }
-    /// Takes the last step back.
+    /// Takes the last step back; does nothing when there is none.
     void undo();
 
     /// What the service has, or will have when the changes on their way are done.
@@ -52,11 +52,12 @@ protected:
 
 private:
     void take(const TableRows& rows);
+    void refill(const TableRows& rows);
     void followBottle();
 
     TableSync* m_sync;
     QString m_bottle;
-    TableRows m_before;
+    std::optional<TableRows> m_before;  ///< the last step
     bool m_isInStep = false;
     std::optional<TableRows> m_waiting;  ///< until the editor closes
 };

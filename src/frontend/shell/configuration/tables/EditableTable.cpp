@@ -30,8 +30,18 @@ EditableTable::EditableTable(const QString& firstTitle, const QString& secondTit
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setHighlightSections(false);
-    connect(m_rows, &QAbstractItemModel::rowsInserted, this, &EditableTable::countChanged);
-    connect(m_rows, &QAbstractItemModel::rowsRemoved, this, &EditableTable::countChanged);
+    const auto count = [this] {
+        if (!m_isFilling)
+            Q_EMIT countChanged();
+    };
+    connect(m_rows, &QAbstractItemModel::rowsInserted, this, count);
+    connect(m_rows, &QAbstractItemModel::rowsRemoved, this, count);
+}
+
+void EditableTable::setFilling(bool filling) {
+    m_isFilling = filling;
+    if (!filling)
+        Q_EMIT countChanged();
 }
 
 QList<int> EditableTable::selectedRows() const {
@@ -54,12 +64,16 @@ void EditableTable::contextMenuEvent(QContextMenuEvent* event) {
     const QModelIndex at = byKey ? currentIndex() : indexAt(event->pos());
     if (at.isValid() && !selectionModel()->isRowSelected(at.row(), {}))
         setCurrentIndex(at);
+    const QPoint below = at.isValid() ? visualRect(at).bottomLeft() : QPoint();
+    openMenu(byKey ? viewport()->mapToGlobal(below) : event->globalPos(), byKey);
+}
+
+void EditableTable::openMenu(const QPoint& globalPos, bool byKey) {
     auto* menu = new QMenu(this);
     menu->setObjectName("table_menu");
     menu->setAttribute(Qt::WA_DeleteOnClose);
     addMenuEntries(menu);
-    const QPoint below = at.isValid() ? visualRect(at).bottomLeft() : QPoint();
-    menu->popup(byKey ? viewport()->mapToGlobal(below) : event->globalPos());
+    menu->popup(globalPos);
     if (byKey)
         chooseFirstEntry(menu);
 }

@@ -20,6 +20,8 @@ public:
     int hoveredRow() const { return m_hoveredRow; }
     /// Shows the row, selects it and edits its first cell.
     void editRow(int row);
+    /// `byKey` selects the first entry.
+    void openMenu(const QPoint& globalPos, bool byKey);
 
 Q_SIGNALS:
     /// The number of rows has changed, perhaps.
@@ -30,6 +32,10 @@ protected:
     virtual void deleteSelected() = 0;
     virtual void addRow() = 0;
 
+    /// While it is true, rows are no edits, and countChanged() waits.
+    void setFilling(bool filling);
+    bool isFilling() const { return m_isFilling; }
+
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool viewportEvent(QEvent* event) override;
@@ -37,4 +43,5 @@ protected:
 private:
     QStandardItemModel* m_rows;
     int m_hoveredRow = -1;
+    bool m_isFilling = false;
 };

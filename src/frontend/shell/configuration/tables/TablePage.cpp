@@ -1,5 +1,6 @@
 #include "shell/configuration/tables/TablePage.h"
 
+#include <QContextMenuEvent>
 #include <QStackedWidget>
 #include <QStandardItemModel>
 #include <QVBoxLayout>
@@ -55,6 +56,15 @@ void TablePage::addTool(QWidget* button) {
 
 void TablePage::showError(const QString& errorText) {
     FloatingMessage::show(this, Theme::icon("fenk-error"), errorText);
+}
+
+/// Of the placeholder: the menu may have a way to fill the list.
+void TablePage::contextMenuEvent(QContextMenuEvent* event) {
+    if (m_stack->currentWidget() == m_empty &&
+        m_empty->geometry().contains(m_stack->mapFromGlobal(event->globalPos())))
+        m_table->openMenu(event->globalPos(), event->reason() == QContextMenuEvent::Keyboard);
+    else
+        event->ignore();
 }
 
 void TablePage::refresh() {

@@ -31,10 +31,11 @@ Q_SIGNALS:
     void addRequested();
 
 protected:
-    Fenk::IconButton* addButton() const { return m_add; }
     /// Adds a button before the one that adds rows.
     void addTool(QWidget* button);
     void showError(const QString& errorText);
+
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void refresh();

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <QComboBox>
+#include <QMenu>
+#include <QPointer>
+#include <QStandardItemModel>
+#include <QtTest>
+
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
+#include "shell/configuration/tables/BottleTable.h"
+#include "shell/configuration/tables/TablePage.h"
+#include "support/FakeBottleService.h"
+#include "support/KeyWalk.h"
+#include "support/LogCapture.h"
+#include "support/PrivateBus.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
+
+/// A page with a table of the bottle "office" over a fake service, which has the list of `listMethod`.
+template <class Page, class List>
+class TableFixture {
+public:
+    explicit TableFixture(const QString& listMethod, const QJsonObject& list) {
+        Fenk::Theme::instance()->setAnimationsEnabled(false);
+        if (!service.start(true))
+            return;
+        service.setJson(listMethod, list);
+        service.takeName();
+        table = static_cast<List*>(page.table());
+        table->setBottle("office");
+    }
+
+    bool open() {
+        QSignalSpy loaded(table, &BottleTable::loaded);
+        page.resize(640, 400);
+        page.show();
+        table->load();
+        return QTest::qWaitForWindowActive(&page) && (loaded.count() || loaded.wait());
+    }
+    QString cell(int row, int column) const { return table->rows()->item(row, column)->text(); }
+    /// "name=value" by row, as shown.
+    QStringList shown() const {
+        QStringList lines;
+        for (int row = 0; row < table->rows()->rowCount(); ++row)
+            lines << table->rows()->index(row, 0).data().toString() + '=' +
+                         table->rows()->index(row, 1).data().toString();
+        return lines;
+    }
+    QComboBox* editor() const {
+        for (auto* combo : table->template findChildren<QComboBox*>()) {
+            if (combo->isVisible())
+                return combo;
+        }
+        return nullptr;
+    }
+    /// By keys: F2, the text, and then the last key.
+    void edit(int row, int column, const QString& text, Qt::Key last = Qt::Key_Return) {
+        table->setCurrentIndex(table->rows()->index(row, column));
+        QTest::keyClick(table, Qt::Key_F2);
+        type(text, last);
+    }
+    void type(const QString& text, Qt::Key last = Qt::Key_Return) {
+        QComboBox* combo = editor();
+        QVERIFY(combo);
+        combo->setEditText(text);
+        QTest::keyClick(combo, last);
+        QTRY_VERIFY(!editor());
+    }
+    void choose(const QStringList& names) {
+        table->clearSelection();
+        for (int row = 0; row < table->rows()->rowCount(); ++row) {
+            if (names.contains(cell(row, 0)))
+                table->selectionModel()->select(table->rows()->index(row, 0),
+                                                QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        }
+    }
+    /// Chooses an entry of the context menu, one of a submenu by "menu/entry".
+    void trigger(const QString& path) {
+        table->openMenu(page.mapToGlobal({50, 50}), false);
+        auto* menu = table->template findChild<QMenu*>("table_menu");
+        const QStringList words = path.split('/');
+        for (int i = 0; i < words.size(); ++i) {
+            for (QAction* action : menu->actions()) {
+                if (action->text() != words[i])
+                    continue;
+                if (i == words.size() - 1)
+                    action->trigger();
+                else
+                    menu = action->menu();
+                break;
+            }
+        }
+        delete table->template findChild<QMenu*>("table_menu");
+    }
+    /// "argument|argument" of each change; without the bottle's name.
+    QStringList changes(const QStringList& methods) {
+        QStringList lines;
+        for (const TestSupport::RecordedCall& call : service.calls()) {
+            if (!methods.contains(call.method))
+                continue;
+            QStringList words;
+            for (const QVariant& argument : call.arguments.toVariantList().mid(1))
+                words << argument.toString();
+            lines << (methods.size() > 1 ? call.method + '|' : QString()) + words.join('|');
+        }
+        return lines;
+    }
+
+    TestSupport::FakeBottleService service;
+    Page page;
+    List* table = nullptr;
+};
+
+template <class Test>
+int runTableTest(int argc, char** argv) {
+    const TestSupport::PrivateBus bus;  // before the application, which connects to it
+    const TestSupport::TestHome home;
+    Fenk::Application app(argc, argv);
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
