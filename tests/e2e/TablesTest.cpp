@@ -1,0 +1,161 @@
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
+#include <QJsonObject>
+#include <QMenu>
+#include <QPointer>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QtTest>
+
+#include "backend/BottlesConfig.h"
+#include "e2e/InstalledApp.h"
+#include "fenk/window/Application.h"
+#include "fenk/window/Dialog.h"
+#include "launch/script/WineLauncher.h"
+#include "shell/configuration/dlls/DllOverrideListView.h"
+#include "shell/configuration/dlls/LoadMethods.h"
+#include "shell/configuration/fonts/FontReplacementListView.h"
+#include "shell/configuration/page/BottlesConfigView.h"
+#include "support/TestHome.h"
+
+using namespace TestSupport;
+
+namespace {
+constexpr int LimitMs = 120000;
+const char Bottle[] = "tables";
+}  // namespace
+
+/// What the configuration window's tables say is what programs of the bottle get: real widgets, service and
+/// Wine.
+class TablesTest : public QObject {
+    Q_OBJECT
+
+    QPointer<BottlesConfigView> m_view;
+    QString m_folder;
+
+    /// The line that probe.cpp writes; empty when the program cannot be started.
+    QString probe(const QString& program, const QString& what, const QString& name) const {
+        const QString file = m_folder + "/line.txt";
+        QFile::remove(file);
+        WineLauncher launcher(Bottle, nullptr);
+        launcher.setWait(true);
+        QSignalSpy finished(&launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished));
+        launcher.launchExe(m_folder + '/' + program, {"C:\\app\\line.txt", what, name});
+        if (!finished.wait(LimitMs))
+            qWarning() << "the program does not end";
+        return QString::fromUtf8(readFile(file));
+    }
+    QString loaded() const { return probe("probe.exe", "dll", "d3d8.dll"); }
+    QString size(const QString& font) const { return probe("probe.exe", "font", font); }
+
+    template <class Widget>
+    Widget* find(const QString& name) const {
+        return m_view->findChild<Widget*>(name);
+    }
+    QJsonObject list(const QString& method) const { return bottlesJson(method, {Bottle}).object(); }
+    void setMethod(int row, int method) {
+        auto* table = find<DllOverrideListView>("dlloverride_listview");
+        table->setCurrentIndex(table->rows()->index(row, 1));
+        QTest::keyClick(table, Qt::Key_F2);
+        auto* combo = table->findChild<QComboBox*>();
+        QTRY_VERIFY(combo->view()->isVisible());
+        combo->view()->setCurrentIndex(combo->model()->index(method, 0));
+        QTest::keyClick(combo->view(), Qt::Key_Return);
+        QTRY_VERIFY(table->findChildren<QComboBox*>().isEmpty());
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (QStandardPaths::findExecutable("wine").isEmpty() || sample("probe").isEmpty())
+            QSKIP("Wine or the Windows compiler is not on this machine");
+        BottlesConfig* service = BottlesConfig::instance();
+        QSignalSpy created(service, &BottlesConfig::bottlesCreated);
+        service->createBottles(Bottle, "lumora-wine10-stable");
+        QVERIFY(created.wait(2 * LimitMs));
+        m_folder = bottlesJson("get", {Bottle}).object().value("Path").toString() + "/drive_c/app";
+        QVERIFY(QDir().mkpath(m_folder));
+        const QString probe = sample("probe");
+        QVERIFY(QFile::copy(probe, m_folder + "/probe.exe") &&
+                QFile::copy(probe, m_folder + "/AppUpdater.exe"));
+        QVERIFY(QFile::copy(QFileInfo(probe).path() + "/sqlite3.dll", m_folder + "/d3d8.dll"));
+        QVERIFY(service
+                    ->updateExternalProgram(Bottle, {{"id", "0f9d1e2c-1111-4222-8333-444455556666"},
+                                                     {"name", "Probe"},
+                                                     {"path", "C:\\app\\probe.exe"}})
+                    .ok);
+        m_view = new BottlesConfigView;
+        QSignalSpy ready(m_view, &BottlesConfigView::bottlesLoaded);
+        m_view->loadBottle(Bottle);
+        m_view->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_view) && (ready.count() || ready.wait(LimitMs)));
+    }
+    void cleanupTestCase() {
+        delete m_view;
+        killAllWineServers();
+    }
+
+    void overrides() {
+        m_view->onConfigurePageToggled(BottlesConfigView::DllOverride);
+        QCOMPARE(loaded(), QString("builtin"));
+
+        QTest::mouseClick(find<QAbstractButton>("dlloverride_addbtn"), Qt::LeftButton);
+        auto* table = find<DllOverrideListView>("dlloverride_listview");
+        auto* combo = table->findChild<QComboBox*>();
+        QVERIFY(combo);
+        QTest::keyClicks(combo, "d3d8");
+        QTest::keyClick(combo, Qt::Key_Return);
+        QTRY_VERIFY(list("listDllOverrides").contains("d3d8"));
+        QCOMPARE(loaded(), QString("native"));
+        setMethod(0, 1);
+        QTRY_COMPARE(list("listDllOverrides").value("d3d8").toString(), QString("b"));
+        QCOMPARE(loaded(), QString("builtin"));
+        setMethod(0, LoadMethods::Disabled);
+        QTRY_COMPARE(list("listDllOverrides").value("d3d8").toString(), QString());
+        QVERIFY(loaded().startsWith("error "));
+        QTest::keyClick(table, Qt::Key_Delete);
+        QTRY_VERIFY(!list("listDllOverrides").contains("d3d8"));
+        QCOMPARE(loaded(), QString("builtin"));
+    }
+
+    void updaters() {
+        QVERIFY(!probe("AppUpdater.exe", "dll", "d3d8.dll").isEmpty());
+        find<QPushButton>("dlloverride_scanbtn")->menu()->actions().last()->trigger();
+        QTRY_VERIFY(find<Fenk::Dialog>("scan_dialog"));
+        QTest::mouseClick(find<Fenk::Dialog>("scan_dialog")->button(1), Qt::LeftButton);
+        QTRY_VERIFY(list("listDllOverrides").contains("appupdater.exe"));
+        QCOMPARE(probe("AppUpdater.exe", "dll", "d3d8.dll"), QString());
+        QTest::mouseClick(find<QAbstractButton>("undo_btn"), Qt::LeftButton);
+        QTRY_VERIFY(!list("listDllOverrides").contains("appupdater.exe"));
+        QVERIFY(!probe("AppUpdater.exe", "dll", "d3d8.dll").isEmpty());
+    }
+
+    void fonts() {
+        m_view->onConfigurePageToggled(BottlesConfigView::FontReplacement);
+        const QString before = size("Segoe UI"), serif = size("DejaVu Serif");
+        QVERIFY(!before.isEmpty() && before != serif);
+        QTest::mouseClick(find<QAbstractButton>("fontreplacement_addbtn"), Qt::LeftButton);
+        find<QComboBox>("windows_font_combobox")->setEditText("Segoe UI");
+        find<QComboBox>("linux_font_combobox")->setEditText("DejaVu Serif");
+        QTest::mouseClick(find<QAbstractButton>("ok_btn"), Qt::LeftButton);
+        // The change of the registry is done when the file has no pending one.
+        const auto isDone = [] {
+            return !bottlesJson("get", {Bottle}).object().contains("Pending_Registry");
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").contains("Segoe UI") && isDone(), LimitMs);
+        QCOMPARE(size("Segoe UI"), serif);
+        auto* table = find<FontReplacementListView>("fontreplacement_listview");
+        table->selectRow(0);
+        QTest::keyClick(table, Qt::Key_Delete);
+        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").isEmpty() && isDone(), LimitMs);
+        QCOMPARE(size("Segoe UI"), before);
+    }
+};
+
+int main(int argc, char** argv) {
+    Fenk::Application app(argc, argv);
+    app.setQuitOnLastWindowClosed(false);
+    TablesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "TablesTest.moc"
