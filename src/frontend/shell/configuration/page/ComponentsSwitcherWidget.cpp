@@ -21,8 +21,8 @@ enum Page { ChoicePage, TipsPage, SetupPage };
 
 }  // namespace
 
-ComponentsSwitcherWidget::ComponentsSwitcherWidget(QWidget* parent)
-    : QStackedWidget(parent), m_combo(new QComboBox) {
+ComponentsSwitcherWidget::ComponentsSwitcherWidget(QComboBox* combo, QWidget* parent)
+    : QStackedWidget(parent), m_combo(combo) {
     setFixedWidth(Width);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_combo->setObjectName("component_combobox");

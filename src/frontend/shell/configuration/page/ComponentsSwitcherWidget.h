@@ -19,7 +19,8 @@ class Spinner;
 class ComponentsSwitcherWidget : public QStackedWidget {
     Q_OBJECT
 public:
-    explicit ComponentsSwitcherWidget(QWidget* parent = nullptr);
+    /// `combo` becomes the list; the widget takes it over.
+    explicit ComponentsSwitcherWidget(QComboBox* combo, QWidget* parent = nullptr);
 
     QComboBox* combo() const { return m_combo; }
     /// Emits nothing.

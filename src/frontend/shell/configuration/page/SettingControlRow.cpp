@@ -12,6 +12,7 @@
 #include "fenk/controls/SettingRow.h"
 #include "fenk/controls/SwitchButton.h"
 #include "fenk/style/Tokens.h"
+#include "shell/configuration/components/WineVersionCombobox.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 
 using namespace Fenk;
@@ -92,7 +93,8 @@ QWidget* SettingControlRow::makeControl() {
             connect(m_spin, qOverload<int>(&QSpinBox::valueChanged), this, report);
             return m_spin;
         case SettingControl::Component:
-            m_switcher = new ComponentsSwitcherWidget;
+            m_switcher = new ComponentsSwitcherWidget(setting() == Setting::Runner ? new WineVersionCombobox
+                                                                                   : new QComboBox);
             m_switcher->setName(SettingTable::label(setting()));
             guardWheel(m_switcher->combo());
             connect(m_switcher, &ComponentsSwitcherWidget::chosen, this, report);
