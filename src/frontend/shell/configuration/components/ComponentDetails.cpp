@@ -79,7 +79,7 @@ QString ComponentDetails::factsText(const QString& name) const {
     for (const OfferedFile& file : facts.files.mid(0, MostFiles))
         lines += file.text();
     if (facts.files.size() > MostFiles)
-        lines += tr("and %n more file(s)", nullptr, facts.files.size() - MostFiles);
+        lines += tr("and %1 more").arg(facts.files.size() - MostFiles);
     if (!facts.winetricks.isEmpty())
         lines += tr("The tool winetricks installs it (as \"%1\").").arg(facts.winetricks);
     return lines.join(' ');

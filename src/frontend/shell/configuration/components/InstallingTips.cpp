@@ -93,7 +93,7 @@ void InstallingTips::refresh() {
         details += translated(m_dependencies->description());
     const int waiting = m_dependencies->states().queue().size() - 1;
     if (waiting > 0)
-        details += tr("%n more waiting", nullptr, waiting);
+        details += tr("%1 more waiting").arg(waiting);
     m_detail->setText(details.join(QString::fromUtf8("  ·  ")));
     m_spinner->start();
 }
