@@ -255,10 +255,10 @@ private Q_SLOTS:
         QCOMPARE(list()->model()->rowCount(), 1);
         QCOMPARE(list()->currentName(), QString("alpha"));
         QTRY_COMPARE(row("alpha").data(ComponentRoles::Detail).toString(), QString("5.0 MB"));
-        QVERIFY(
-            find<QLabel>("component_facts")->text().contains("setup.exe (5.0 MB) comes from files.example"));
+        QCOMPARE(find<QLabel>("component_facts")->text(),
+                 QString("From files.example.org: setup.exe (5.0 MB)."));
         m_page->searchFor("gamma");
-        QCOMPARE(find<QLabel>("component_facts")->text(), QString("Installed first: beta"));
+        QCOMPARE(find<QLabel>("component_facts")->text(), QString("Installed first: beta."));
         m_page->searchFor("<b>.*");
         QVERIFY(find("components_placeholder")->isVisible());
         QVERIFY(!find("component_details")->isVisible());

@@ -22,6 +22,17 @@ OfferedFile fileOf(const QJsonObject& described) {
     return file;
 }
 
+QString textOf(const OfferedFile& file) {
+    const QString size = TextUtils::readableSize(file.size);
+    if (file.isCached)
+        return RepairOffer::tr("%1 (%2) has been fetched already.").arg(file.name, size);
+    if (file.source.isEmpty())
+        return RepairOffer::tr("It is not known where %1 can be had.").arg(file.name);
+    return file.size > 0
+               ? RepairOffer::tr("%1 (%2) comes from %3.").arg(file.name, size, file.source)
+               : RepairOffer::tr("%1 comes from %2; its size is not known yet.").arg(file.name, file.source);
+}
+
 void addLines(const OfferedComponent& component, QVector<RepairOffer::Line>* lines) {
     if (!component.isAvailable) {
         lines->append({RepairOffer::tr("%1 cannot be installed.").arg(component.title), true});
@@ -33,7 +44,7 @@ void addLines(const OfferedComponent& component, QVector<RepairOffer::Line>* lin
     if (!component.needs.isEmpty())
         lines->append({RepairOffer::tr("%1 is installed first.").arg(component.needs.join(", ")), false});
     for (const OfferedFile& file : component.files)
-        lines->append({file.text(), false});
+        lines->append({textOf(file), false});
     if (!component.winetricks.isEmpty())
         lines->append(
             {RepairOffer::tr("The tool winetricks installs it (as \"%1\") and fetches what it needs.")
@@ -42,16 +53,6 @@ void addLines(const OfferedComponent& component, QVector<RepairOffer::Line>* lin
 }
 
 }  // namespace
-
-QString OfferedFile::text() const {
-    const QString readable = TextUtils::readableSize(size);
-    if (isCached)
-        return RepairOffer::tr("%1 (%2) has been fetched already.").arg(name, readable);
-    if (source.isEmpty())
-        return RepairOffer::tr("It is not known where %1 can be had.").arg(name);
-    return size > 0 ? RepairOffer::tr("%1 (%2) comes from %3.").arg(name, readable, source)
-                    : RepairOffer::tr("%1 comes from %2; its size is not known yet.").arg(name, source);
-}
 
 QVector<OfferedComponent> OfferedComponent::read(const QJsonArray& described) {
     QVector<OfferedComponent> result;

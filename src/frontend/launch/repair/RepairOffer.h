@@ -14,9 +14,6 @@ struct OfferedFile {
     qint64 size = -1;  ///< bytes; -1: unknown
     bool isCached = false;
     QString source;  ///< host or directory; empty when unknown
-
-    /// How large it is and where it comes from, for the user.
-    QString text() const;
 };
 
 /// A component or runner that a repair would install.

@@ -1,8 +1,10 @@
 #include "shell/configuration/components/ComponentDetails.h"
 
 #include <QHBoxLayout>
+#include <QMap>
 #include <QPushButton>
 
+#include "backend/TextUtils.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
 #include "launch/repair/ComponentTitle.h"
@@ -14,9 +16,13 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int MostFiles = 3;  ///< shown by name
 constexpr int MostLines = 2;
 constexpr int Height = 68;
+
+/// With its size where that is known.
+QString shown(const OfferedFile& file) {
+    return file.size > 0 ? QString("%1 (%2)").arg(file.name, TextUtils::readableSize(file.size)) : file.name;
+}
 
 QStringList titles(const QStringList& names) {
     QStringList result;
@@ -74,12 +80,21 @@ QString ComponentDetails::factsText(const QString& name) const {
             missing += needed;
     }
     if (!missing.isEmpty())
-        lines += tr("Installed first: %1").arg(titles(missing).join(", "));
+        lines += tr("Installed first: %1.").arg(titles(missing).join(", "));
     const OfferedComponent facts = dependencies->facts(name);
-    for (const OfferedFile& file : facts.files.mid(0, MostFiles))
-        lines += file.text();
-    if (facts.files.size() > MostFiles)
-        lines += tr("and %1 more").arg(facts.files.size() - MostFiles);
+    QStringList cached;
+    QMap<QString, QStringList> bySource;
+    for (const OfferedFile& file : facts.files) {
+        if (file.isCached)
+            cached += shown(file);
+        else
+            bySource[file.source] += shown(file);
+    }
+    for (auto it = bySource.cbegin(); it != bySource.cend(); ++it)
+        lines += it.key().isEmpty() ? tr("Of unknown origin: %1.").arg(it->join(", "))
+                                    : tr("From %1: %2.").arg(it.key(), it->join(", "));
+    if (!cached.isEmpty())
+        lines += tr("Fetched already: %1.").arg(cached.join(", "));
     if (!facts.winetricks.isEmpty())
         lines += tr("The tool winetricks installs it (as \"%1\").").arg(facts.winetricks);
     return lines.join(' ');

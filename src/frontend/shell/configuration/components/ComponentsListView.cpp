@@ -69,7 +69,7 @@ void ComponentsListView::makeRows() {
         auto* item = new QStandardItem(entry.name);
         item->setData(Group + entry.name, ComponentRoles::Name);
         item->setData(entry.searchText(), ComponentRoles::SearchText);
-        item->setData(entry.description, ComponentRoles::Description);
+        item->setData(entry.shownDescription(), ComponentRoles::Description);
         m_rows.insert(entry.name, item);
         m_needs.insert(entry.name, entry.needs);
         refreshRow(entry.name);

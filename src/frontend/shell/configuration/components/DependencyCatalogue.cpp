@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QLocale>
 
 #include "core/base/Paths.h"
 #include "fenk/system/RegularFile.h"
@@ -35,7 +36,14 @@ QJsonObject objectIn(const QString& path) {
 }  // namespace
 
 QString DependencyEntry::searchText() const {
-    return name + ' ' + description + ' ' + dlls.join(' ');
+    QStringList all{name, description, dlls.join(' ')};
+    if (!localDescription.isEmpty())
+        all += localDescription;
+    return all.join(' ');
+}
+
+QString DependencyEntry::shownDescription() const {
+    return localDescription.isEmpty() ? description : localDescription;
 }
 
 QVector<DependencyEntry> DependencyCatalogue::merge(const QJsonObject& dependencies,
@@ -47,8 +55,9 @@ QVector<DependencyEntry> DependencyCatalogue::merge(const QJsonObject& dependenc
         if (it.key().isEmpty() || entry.isEmpty())
             continue;
         rows.insert(it.key(), entries.size());
-        entries.append(
-            {it.key(), entry["Description"].toString(), texts(entry["dlls"]), texts(entry["needs"])});
+        entries.append({it.key(), entry["Description"].toString(),
+                        entry["Description_" + QLocale().name()].toString(), texts(entry["dlls"]),
+                        texts(entry["needs"])});
     }
     for (auto it = dllsSearch.begin(); it != dllsSearch.end(); ++it) {
         for (const QString& name : texts(it.value())) {

@@ -8,11 +8,13 @@
 struct DependencyEntry {
     QString name;
     QString description;
-    QStringList dlls;   ///< in lower case, without ".dll"
-    QStringList needs;  ///< names of components that are installed first
+    QString localDescription;  ///< in the user's language, where the catalogue has it
+    QStringList dlls;          ///< in lower case, without ".dll"
+    QStringList needs;         ///< names of components that are installed first
 
     /// What a search looks at.
     QString searchText() const;
+    QString shownDescription() const;
 };
 
 /// The components that can be installed into a bottle, by name. The README of the catalogue describes the
