@@ -1,11 +1,13 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 
 #include "backend/ComponentManager.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/style/Theme.h"
 #include "fenk/window/Application.h"
 #include "fenk/window/Dialog.h"
@@ -163,6 +165,26 @@ private Q_SLOTS:
         m_service->setText("installDependency", "");
         QTest::keyClick(list(), Qt::Key_Return);
         QCOMPARE(status("alpha"), QString("Waiting for Download"));
+    }
+
+    void fileByHand() {
+        m_service->setAnswers("takeFile", {{{"text", R"({"ok":false,"error":"another file"})"}},
+                                           {{"text", R"({"ok":true,"file":"setup.exe"})"}}});
+        load();
+        press("alpha");
+        QVERIFY(done("alpha", R"({"ok":false,"error":"no network"})"));
+        auto* choose = find<QAbstractButton>("component_file_btn");
+        QTRY_VERIFY(choose->isVisible());
+        const QString file = m_home.write("setup.exe", "x");
+        for (const char* expected : {"Installation Failed", "Waiting for Download"}) {
+            choose->click();
+            auto* dialog = find<QFileDialog>("component_file_dialog");
+            Q_EMIT dialog->fileSelected(file);
+            delete dialog;
+            QTRY_COMPARE(status("alpha"), QString(expected));
+            QTRY_VERIFY(expected[0] == 'W' || m_page->findChild<Fenk::FloatingMessage*>());
+        }
+        QCOMPARE(m_service->calls("takeFile").last().arguments, QJsonArray({"office", "alpha", file}));
     }
 
     /// One fails, one is taken back while it waits, one while it runs.

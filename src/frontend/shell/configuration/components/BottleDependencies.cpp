@@ -6,6 +6,7 @@
 #include "backend/BottleRepair.h"
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
+#include "backend/ServiceErrorText.h"
 #include "backend/ServiceLoss.h"
 #include "launch/run/BottleTasks.h"
 
@@ -122,6 +123,21 @@ void BottleDependencies::reinstall(const QString& name) {
     request(name);
 }
 
+void BottleDependencies::installFrom(const QString& path, const QString& name) {
+    BottleRepair::instance()->takeFile(
+        m_bottle, name, path, this, [this, name, number = m_bottles](const BusResult& answer) {
+            if (number != m_bottles)
+                return;
+            const QJsonObject result = answer.object();
+            if (!answer.ok || !result["ok"].toBool()) {
+                Q_EMIT refused(answer.ok ? ServiceErrorText::of(result) : answer.errorText());
+                return;
+            }
+            m_facts.remove(name);
+            install(name);
+        });
+}
+
 void BottleDependencies::request(const QString& name) {
     m_states.request(name);
     send(name);
@@ -147,12 +163,8 @@ void BottleDependencies::send(const QString& name) {
 
 void BottleDependencies::onInstalled(const QString& name, const QJsonObject& result) {
     const QStringList programs = result["busy"].toVariant().toStringList();
-    if (!programs.isEmpty() && m_requests.contains(name) && state(name).isUnderWay()) {
-        if (m_blocked.contains(name))
-            return;
-        m_blocked += name;
-        if (m_blocked.size() == 1)
-            Q_EMIT programsRunning(programs);
+    if (!programs.isEmpty()) {
+        onBusy(name, programs);
         return;
     }
     const QStringList names = m_states.done(name, result);
@@ -166,6 +178,20 @@ void BottleDependencies::onInstalled(const QString& name, const QJsonObject& res
         m_facts.remove(installed);
     tell(names);
     Q_EMIT setupDone();
+}
+
+/// Somebody else's request is somebody else's question.
+void BottleDependencies::onBusy(const QString& name, const QStringList& programs) {
+    if (!m_requests.contains(name)) {
+        if (m_states.withdraw(name))
+            tell({name});
+        return;
+    }
+    if (!state(name).isUnderWay() || m_blocked.contains(name))
+        return;
+    m_blocked += name;
+    if (m_blocked.size() == 1)
+        Q_EMIT programsRunning(programs);
 }
 
 void BottleDependencies::answerProgramsRunning(bool close) {

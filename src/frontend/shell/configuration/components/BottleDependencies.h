@@ -31,6 +31,8 @@ public:
     void reinstall(const QString& name);
     /// Takes one back, whether it runs or waits.
     void cancel(const QString& name);
+    /// Installs from a file that the user has got by hand, if the service takes it; refused() otherwise.
+    void installFrom(const QString& path, const QString& name);
     /// The answer to programsRunning().
     void answerProgramsRunning(bool close);
 
@@ -47,6 +49,8 @@ Q_SIGNALS:
     /// Asked for now (downloading), or found under way.
     void startSetup(const QString& name, bool downloading);
     void setupDone();
+    /// A chosen file is another one than is needed; for the user.
+    void refused(const QString& reason);
     /// Components can only be installed when these programs have been closed.
     void programsRunning(const QStringList& programs);
 
@@ -55,6 +59,7 @@ private:
     void request(const QString& name);
     void send(const QString& name);
     void onInstalled(const QString& name, const QJsonObject& result);
+    void onBusy(const QString& name, const QStringList& programs);
     void onServiceLost();
     void readQueue();
     void tell(const QStringList& names);

@@ -1,16 +1,20 @@
 #include "shell/configuration/components/ComponentDetails.h"
 
+#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QMap>
 #include <QPushButton>
+#include <QStandardPaths>
 
 #include "backend/TextUtils.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
 #include "launch/repair/ComponentTitle.h"
 #include "shell/configuration/components/BottleDependencies.h"
 #include "shell/configuration/components/ComponentsItemDelegate.h"
 #include "shell/configuration/components/ComponentsListView.h"
+#include "widgets/FileChoice.h"
 
 using namespace Fenk;
 
@@ -39,6 +43,7 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
       m_title(new Label(Label::Strong)),
       m_text(new Label(Label::Small)),
       m_reason(new Label(Label::Small)),
+      m_choose(new QPushButton(tr("Choose File"))),
       m_button(new QPushButton) {
     setObjectName("component_details");
     setFixedHeight(Height);
@@ -48,6 +53,8 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     m_reason->setTextRole(Theme::Danger);
     m_reason->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_button->setObjectName("component_action_btn");
+    m_choose->setObjectName("component_file_btn");
+    m_choose->setToolTip(tr("Install from a file that you have downloaded yourself"));
     m_button->setMinimumWidth(Tokens::ButtonMinWidth);
     auto* words = new QVBoxLayout;
     words->setSpacing(2);
@@ -61,7 +68,11 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     layout->setContentsMargins(Tokens::Space16, Tokens::Space4, Tokens::RingExtent, Tokens::Space4);
     layout->setSpacing(Tokens::Space16);
     layout->addLayout(words, 1);
+    layout->addWidget(m_choose, 0, Qt::AlignTop);
     layout->addWidget(m_button, 0, Qt::AlignTop);
+    connect(m_choose, &QPushButton::clicked, this, &ComponentDetails::chooseFile);
+    connect(list->dependencies(), &BottleDependencies::refused, this,
+            [this](const QString& text) { FloatingMessage::show(this, Theme::icon("fenk-error"), text); });
     connect(m_button, &QPushButton::clicked, list, &ComponentsListView::onDownloadComponents);
     connect(list, &ComponentsListView::currentChangedTo, this, &ComponentDetails::refresh);
     connect(list, &ComponentsListView::rowChanged, this, [this](const QString& name) {
@@ -112,6 +123,28 @@ void ComponentDetails::refresh() {
     m_reason->setVisible(!reason.isEmpty());
     m_text->setText(factsText(name));
     m_text->setVisible(reason.isEmpty());
+    const bool isFailed = state.phase == DependencyState::Phase::Failed || !facts.isAvailable;
+    m_choose->setVisible(isFailed && !state.isUnderWay() && !facts.files.isEmpty());
     m_button->setText(ComponentsItemDelegate::actionText(state.action()));
     m_button->setAccessibleDescription(name);
+}
+
+void ComponentDetails::chooseFile() {
+    const QString name = m_list->currentName();
+    QString wanted = name;
+    for (const OfferedFile& file : m_list->dependencies()->facts(name).files) {
+        if (!file.isCached) {
+            wanted = file.name;
+            break;
+        }
+    }
+    QFileDialog* dialog =
+        FileChoice::make(FileChoice::Kind::Installer, this, tr("Choose %1").arg(wanted),
+                         QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
+                         tr("Installers") + " (*.exe *.msi *.cab *.zip *.7z);;" + tr("All files") + " (*)");
+    dialog->setObjectName("component_file_dialog");
+    connect(dialog, &QFileDialog::fileSelected, m_list, [list = m_list, name](const QString& path) {
+        list->dependencies()->installFrom(QFileInfo(path).canonicalFilePath(), name);
+    });
+    dialog->open();
 }

@@ -10,7 +10,7 @@ class Label;
 }
 
 /// Below the list: what the current component is, what is installed before it, which files it comes from and
-/// why it has failed, with the button of its row.
+/// why it has failed, with the button of its row. Where a file cannot be had, the user can choose it.
 class ComponentDetails : public QWidget {
     Q_OBJECT
 public:
@@ -19,10 +19,12 @@ public:
 private:
     void refresh();
     QString factsText(const QString& name) const;
+    void chooseFile();
 
     ComponentsListView* m_list;
     Fenk::Label* m_title;
     Fenk::Label* m_text;
     Fenk::Label* m_reason;
+    QPushButton* m_choose;
     QPushButton* m_button;
 };
