@@ -50,7 +50,9 @@ private Q_SLOTS:
         row("brings others", "ask a,good a with b", "a: Installed|b: Installed", "");
         row("brings what is asked for", "ask a,ask b,good a with b", "a: Installed|b: Waiting for Download",
             "b");
-        row("somebody else's", "download a 1,install a,bad a", "a: ", "");
+        row("somebody else's", "download a 1,install a", "a: ", "");
+        row("somebody else's failure", "bad a", "a: Installation Failed", "");
+        row("somebody else's again, in vain", "have a,bad a", "a: Installed", "");
         row("somebody else's success", "good a", "a: Installed", "");
         row("found under way", "adopt a b,ask c", "a: Installing|b: Waiting for Download", "a b c");
         row("found behind ours", "ask c,adopt a c", "a: Installing|c: Waiting for Download", "a c");

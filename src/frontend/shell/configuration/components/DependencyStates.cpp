@@ -124,7 +124,9 @@ bool DependencyStates::installing(const QString& name) {
 }
 
 bool DependencyStates::fail(const QString& name, const QString& reason) {
-    if (!of(name).isUnderWay())
+    const DependencyState state = of(name);
+    // One that is installed stays so, whoever else has tried it again.
+    if (!state.isUnderWay() && (state.isInstalled || state.phase == Phase::Failed))
         return false;
     leave(name, Phase::Failed, reason);
     return true;

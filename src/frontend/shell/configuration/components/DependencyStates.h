@@ -28,8 +28,8 @@ public:
 };
 
 /// The components of one bottle: which are installed, under way or failed, and in which order those under way
-/// are installed. A plain value that is told what happens. Names are those of the catalogue; what is told of
-/// a component that is not under way changes nothing, except that somebody else has installed it.
+/// are installed. A plain value that is told what happens. Names are those of the catalogue; of a component
+/// that is not under way only the end counts, since somebody else may have asked for it.
 class DependencyStates {
 public:
     DependencyState of(const QString& name) const { return m_states.value(name); }
