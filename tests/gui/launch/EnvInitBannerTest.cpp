@@ -5,10 +5,12 @@
 #include <QPushButton>
 #include <QtTest>
 
+#include "core/ApplicationWindows.h"
 #include "core/EnvironmentSetup.h"
 #include "core/ServiceAgreement.h"
 #include "environment/BottleEnvScript.h"
 #include "fenk/window/Application.h"
+#include "shell/configuration/page/ProtonSetup.h"
 #include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
@@ -218,6 +220,46 @@ private Q_SLOTS:
         QCOMPARE(needed, code != 0);
         QVERIFY(!script.banner);
         QTEST(QString(runs()), "runs");
+    }
+
+    /// A Proton is chosen: its set-up comes first where it is needed, and the choice follows unless its
+    /// window is gone.
+    void protonBeforeItsFirstUse_data() {
+        const Table<int, bool, QByteArray, bool> row("code", "isClosed", "runs", "goesOn");
+        row("ready", 0, false, "-c\n", true);
+        row("not ready", 1, false, "-c\n\n", true);
+        row("not ready, window closed", 1, true, "-c\n\n", false);
+    }
+    void protonBeforeItsFirstUse() {
+        QFETCH(int, code);
+        QFETCH(bool, isClosed);
+        QFETCH(bool, goesOn);
+        record("echo done", code);
+        BottleEnvScript& script = protonInitScript();
+        script.scriptPath = m_path;
+        ApplicationWindows::setOpeners();
+        auto window = std::make_unique<QObject>();
+        bool isChosen = false;
+        QString title;
+        ProtonSetup::prepare(window.get(), [&isChosen] { isChosen = true; });
+        QTimer look;
+        connect(&look, &QTimer::timeout, &look, [&] {
+            if (!script.banner || !hasEnded(script))
+                return;
+            title = script.banner->windowTitle();
+            if (isClosed)
+                window.reset();
+            script.banner->close();
+        });
+        look.start(10);
+        if (goesOn)
+            QTRY_VERIFY(isChosen);
+        else
+            QTRY_VERIFY(!window && !script.banner);
+        QTEST(runs(), "runs");
+        QCOMPARE(title, code ? QString("Setup Proton Completed") : QString());
+        QCOMPARE(isChosen, goesOn);
+        ProtonSetup::set({});
     }
 };
 
