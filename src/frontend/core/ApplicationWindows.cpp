@@ -6,7 +6,6 @@
 #include "environment/BottleEnvScript.h"
 #include "launch/LaunchWindows.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
-#include "shell/configuration/page/ProtonSetup.h"
 
 namespace {
 
@@ -25,6 +24,6 @@ void prepareProton(QObject* context, const std::function<void()>& then) {
 }  // namespace
 
 void ApplicationWindows::setOpeners() {
-    ProtonSetup::set(prepareProton);
+    LaunchWindows::instance().prepareProton = &prepareProton;
     LaunchWindows::instance().configuration = &LaunchedConfigWindow::open;
 }

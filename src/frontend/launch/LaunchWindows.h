@@ -44,5 +44,9 @@ struct LaunchWindows {
     /// starts the program and watches it when there are none.
     std::function<void(const ProgramRef& program, const QStringList& components)> repair;
 
+    /// Makes the Proton runners ready before the first one is chosen, with a window that shows it. Calls
+    /// `then` in any case, at once or when the set-up has ended, unless `context` is destroyed first.
+    std::function<void(QObject* context, const std::function<void()>& then)> prepareProton;
+
     static LaunchWindows& instance();
 };

@@ -10,6 +10,7 @@
 #include "core/ServiceAgreement.h"
 #include "environment/BottleEnvScript.h"
 #include "fenk/window/Application.h"
+#include "launch/LaunchWindows.h"
 #include "shell/configuration/page/ProtonSetup.h"
 #include "support/KeyWalk.h"
 #include "support/LogCapture.h"
@@ -259,7 +260,7 @@ private Q_SLOTS:
         QTEST(runs(), "runs");
         QCOMPARE(title, code ? QString("Setup Proton Completed") : QString());
         QCOMPARE(isChosen, goesOn);
-        ProtonSetup::set({});
+        LaunchWindows::instance() = {};
     }
 };
 

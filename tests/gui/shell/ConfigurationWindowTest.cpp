@@ -16,11 +16,11 @@
 #include "fenk/style/Theme.h"
 #include "fenk/window/Application.h"
 #include "fenk/window/Dialog.h"
+#include "launch/LaunchWindows.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BottlesConfigView.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
-#include "shell/configuration/page/ProtonSetup.h"
 #include "support/EnvironmentGuard.h"
 #include "support/FakeBottleService.h"
 #include "support/KeyWalk.h"
@@ -390,7 +390,9 @@ private Q_SLOTS:
 
     void protonIsMadeReady() {
         std::function<void()> isReady;
-        ProtonSetup::set([&](QObject*, const std::function<void()>& then) { isReady = then; });
+        LaunchWindows::instance().prepareProton = [&](QObject*, const std::function<void()>& then) {
+            isReady = then;
+        };
         setBottle({"a"});
         open();
         auto* wine = find<ComponentsSwitcherWidget>("wine_version_combobox");
@@ -399,7 +401,7 @@ private Q_SLOTS:
         QVERIFY(m_service->calls("setRunner").isEmpty());
         isReady();
         QCOMPARE(m_service->waitForCall("setRunner").arguments, QJsonArray({"office", "ge-proton9", true}));
-        ProtonSetup::set({});
+        LaunchWindows::instance().prepareProton = {};
     }
 
     /// Told once, however often a Proton is chosen.

@@ -1,20 +1,9 @@
 #include "shell/configuration/page/ProtonSetup.h"
 
-namespace {
-
-ProtonSetup::Prepare& current() {
-    static ProtonSetup::Prepare prepare;
-    return prepare;
-}
-
-}  // namespace
-
-void ProtonSetup::set(const Prepare& prepare) {
-    current() = prepare;
-}
+#include "launch/LaunchWindows.h"
 
 void ProtonSetup::prepare(QObject* context, const std::function<void()>& then) {
-    if (const Prepare prepare = current())
+    if (const auto prepare = LaunchWindows::instance().prepareProton)
         prepare(context, then);
     else
         then();

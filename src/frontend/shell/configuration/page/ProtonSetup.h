@@ -4,14 +4,11 @@
 
 class QObject;
 
-/// Makes the Proton runners ready before the first one is chosen. The application sets it; without it nothing
-/// is made ready.
+/// Makes the Proton runners ready before the first one is chosen.
 namespace ProtonSetup {
 
-/// Calls `then` in any case, at once or when the set-up has ended, unless `context` is destroyed first.
-using Prepare = std::function<void(QObject* context, const std::function<void()>& then)>;
-
-void set(const Prepare& prepare);
+/// Calls `then` in any case, at once or when the set-up has ended, unless `context` is destroyed first. Where
+/// the application has set nothing up for it, that is at once.
 void prepare(QObject* context, const std::function<void()>& then);
 
 }  // namespace ProtonSetup
