@@ -18,6 +18,8 @@ QString keyOf(FileChoice::Kind kind) {
             return QStringLiteral("basic.last_folder.log");
         case FileChoice::Kind::Icon:
             return QStringLiteral("basic.last_folder.icon");
+        case FileChoice::Kind::Components:
+            return QStringLiteral("basic.last_folder.components");
         default:
             return QStringLiteral("basic.last_folder.program");
     }
@@ -34,8 +36,12 @@ QFileDialog* FileChoice::make(Kind kind, QWidget* over, const QString& title, co
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
     new Fenk::DialogAnchor(dialog);
-    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [key](const QString& file) {
-        settingsStore()->setOption(key, QFileInfo(file).absolutePath());
-    });
+    const auto remember = [key](const QString& chosen) {
+        const QFileInfo file(chosen);
+        settingsStore()->setOption(key, file.isDir() ? file.absoluteFilePath() : file.absolutePath());
+    };
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, remember);
+    QObject::connect(dialog, &QFileDialog::filesSelected, dialog,
+                     [remember](const QStringList& files) { remember(files.value(0)); });
     return dialog;
 }

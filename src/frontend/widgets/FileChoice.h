@@ -9,10 +9,11 @@ class QWidget;
 /// settings keep.
 namespace FileChoice {
 
-enum class Kind { Program, Registry, Installer, Log, Icon };
+enum class Kind { Program, Registry, Installer, Log, Icon, Components };
 
 /// A dialog over the window of `over`; the caller opens it, and it deletes itself when it is closed. Opens in
-/// `firstFolder` if no file was chosen before or that folder is gone. Only existing files can be chosen.
+/// `firstFolder` if no file was chosen before or that folder is gone. One existing file can be chosen; the
+/// caller may set another mode.
 QFileDialog* make(Kind kind, QWidget* over, const QString& title, const QString& firstFolder,
                   const QString& filter);
 
