@@ -5,6 +5,7 @@
 
 #include "backend/BottlesConfig.h"
 #include "backend/InstallerManager.h"
+#include "backend/OfflineDependency.h"
 #include "backend/ServiceErrorText.h"
 #include "bottleservice/result/Reason.h"
 #include "support/fakeservice/Scenario.h"
@@ -75,6 +76,8 @@ private Q_SLOTS:
                            {"bottlesCreated", "dependecyInstalled", "endRequested"}),
                  Contract("Bottles").busSignals);
         QCOMPARE(signalsOf(InstallerManager::staticMetaObject, {}), Contract("InstallerManager").busSignals);
+        QCOMPARE(signalsOf(OfflineDependency::staticMetaObject, {"progressNotified"}),
+                 Contract("OfflineDependency").busSignals);
         QCOMPARE(Contract("InstallerManager").methods,
                  (QMap<QString, QString>{{"cancelSetup", "s"}, {"setupYaml", "ss"}}));
     }
