@@ -17,7 +17,7 @@ constexpr int SelectColumn = 112;
 OfflineComponentsListView::OfflineComponentsListView(OfflineComponentsModel* model, QWidget* parent)
     : QTreeView(parent), m_head(new OfflineComponentsHeaderView) {
     setObjectName("offline_components");
-    setAccessibleName(tr("Offline components"));
+    setAccessibleName(tr("Offline Components"));
     setItemDelegate(new OfflineComponentsItemDelegate(this));
     setHeader(m_head);
     setModel(model);
