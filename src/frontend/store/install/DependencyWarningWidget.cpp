@@ -9,11 +9,6 @@
 
 using namespace Fenk;
 
-QIcon warningIcon() {
-    const QIcon icon = Theme::icon("dialog-warning");
-    return icon.isNull() ? QIcon(widgetImage("warning.svg")) : icon;
-}
-
 DependencyWarningWidget::DependencyWarningWidget(QWidget* parent)
     : QWidget(parent), m_picture(new QLabel), m_text(new Label(Label::Body)) {
     setObjectName("dependencyWarningWidget");

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QIcon>
 #include <QWidget>
 
 class QLabel;
@@ -8,9 +7,6 @@ class QLabel;
 namespace Fenk {
 class Label;
 }
-
-/// The desktop's picture of a warning, or our own.
-QIcon warningIcon();
 
 /// What a dialog wants of the user before it can go on, with a picture that says whether it is there.
 class DependencyWarningWidget : public QWidget {

@@ -18,6 +18,7 @@
 #include "store/install/SetupDownload.h"
 #include "store/install/SetupDownloadRow.h"
 #include "store/install/WineDepsCard.h"
+#include "widgets/WidgetImages.h"
 
 using namespace Fenk;
 
