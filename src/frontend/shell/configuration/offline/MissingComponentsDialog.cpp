@@ -7,12 +7,12 @@
 #include <QSaveFile>
 #include <QUrl>
 
-#include "fenk/style/Theme.h"
+#include "widgets/WidgetImages.h"
 
 MissingComponentsDialog::MissingComponentsDialog(const QJsonObject& missing, QWidget* parent)
     : Dialog(parent), m_missing(missing) {
     setObjectName("missing_components_dialog");
-    setIcon(Fenk::Theme::icon("dialog-warning"));
+    setIcon(warningIcon());
     setTitle(tr("Components may can't be installed in offline"));
     setMessage(
         tr("One or more components are missing dependencies and cannot be installed in offline mode: %1")

@@ -94,6 +94,7 @@ void OfflineComponentsDialog::setPhase(Phase phase) {
     m_list->head()->setCheckable(phase == Phase::Choosing);
     button(m_main)->setText(isDone ? m_words.end : m_words.start);
     button(m_main)->setAccessibleName(button(m_main)->text());
+    button(m_main)->setVisible(true);
     button(m_main)->setEnabled(isDone || (phase == Phase::Choosing && !m_model->checkedNames().isEmpty()));
     // Closing does not stop what the service does.
     button(m_close)->setText(phase == Phase::Running ? tr("Close") : tr("Cancel"));
@@ -135,18 +136,19 @@ void OfflineComponentsDialog::showWaiting() {
     m_spinner->startDelayed();
 }
 
-void OfflineComponentsDialog::showPage(QWidget* page) {
+void OfflineComponentsDialog::showPage(QWidget* page, Leads leads) {
     delete std::exchange(m_page, page);
     m_pages->addWidget(page);
     m_pages->setCurrentWidget(page);
     m_spinner->stop();
+    button(m_main)->setVisible(leads == Leads::ToChoice);
 }
 
 void OfflineComponentsDialog::showFailure(const BusResult& result) {
     auto* page = new ListPlaceholder(Theme::icon("fenk-error"), result.errorText(), tr("Retry"));
     // Later, since the page of the button is deleted.
     connect(page, &ListPlaceholder::pressed, this, &OfflineComponentsDialog::attach, Qt::QueuedConnection);
-    showPage(page);
+    showPage(page, Leads::Nowhere);
 }
 
 void OfflineComponentsDialog::showComponents(const QStringList& names, bool areChecked) {

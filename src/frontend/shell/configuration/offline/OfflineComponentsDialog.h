@@ -43,8 +43,10 @@ protected:
     bool isChoosing() const { return m_phase == Phase::Choosing; }
 
     void showWaiting();
-    /// Replaces the table by a page, which the dialog takes over.
-    void showPage(QWidget* page);
+    /// Replaces the table by a page, which the dialog takes over. Without the main button if the page does
+    /// not lead to a choice.
+    enum class Leads { ToChoice, Nowhere };
+    void showPage(QWidget* page, Leads leads);
     /// What happened in a sentence, with a button to try again.
     void showFailure(const BusResult& result);
     void showComponents(const QStringList& names, bool areChecked);

@@ -30,7 +30,8 @@ void OfflineComponentsExportDialog::offer() {
             showFailure(result);
         else if (names.isEmpty())
             showPage(
-                new ListPlaceholder(Fenk::Theme::icon("fenk-info"), tr("No installed components to export")));
+                new ListPlaceholder(Fenk::Theme::icon("fenk-info"), tr("No installed components to export")),
+                Leads::Nowhere);
         else
             showComponents(names, false);
     });

@@ -7,6 +7,7 @@
 
 #include "backend/ServiceErrorText.h"
 #include "fenk/style/Theme.h"
+#include "fenk/style/WidgetLook.h"
 #include "programs/ListPlaceholder.h"
 #include "shell/configuration/offline/MissingComponentsDialog.h"
 #include "widgets/FileChoice.h"
@@ -62,7 +63,8 @@ void OfflineComponentsImportDialog::showTip(const QString& detail) {
     tip->button()->setObjectName("offline_import_choose");
     tip->setDetail(detail);
     connect(tip, &ListPlaceholder::pressed, this, &OfflineComponentsImportDialog::chooseFiles);
-    showPage(tip);
+    setButtonKind(tip->button(), Fenk::ButtonKind::Suggested);
+    showPage(tip, Leads::ToChoice);
     tip->button()->setFocus();
 }
 

@@ -51,7 +51,8 @@ void OfflineComponentsItemDelegate::paint(QPainter* painter, const QStyleOptionV
     const QString status = index.data(OfflineComponentsModel::StatusRole).toString();
     const QFontMetrics small(Theme::instance()->font(Theme::Small));
     const int needed = qMin(cell.fontMetrics.horizontalAdvance(name), room.width() / 2);
-    const int width = qMin(small.horizontalAdvance(status), room.width() - needed - Tokens::Space12);
+    const int width =
+        qMin(small.horizontalAdvance(status) + Tokens::Space4, room.width() - needed - Tokens::Space12);
     QRect left = room, right = room;
     left.setWidth(room.width() - (status.isEmpty() ? 0 : width + Tokens::Space12));
     right.setLeft(room.right() + 1 - width);
