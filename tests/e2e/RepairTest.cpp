@@ -1,6 +1,8 @@
 #include <unistd.h>
 #include <csignal>
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -48,6 +50,16 @@ class RepairTest : public QObject {
     QString program(const QString& name, const QString& as) {
         return sampleAs(name, m_dir.path() + "/programs", as + ".exe");
     }
+    static QVariant callOffline(const QString& method, const QVariantList& arguments = {}) {
+        QDBusMessage call = QDBusMessage::createMethodCall("com.lumora.LumoraWineLauncher",
+                                                           "/com/lumora/Manager/OfflineDependency",
+                                                           "com.lumora.Manager.OfflineDependency", method);
+        call.setArguments(arguments);
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+        if (!reply.errorMessage().isEmpty())
+            qWarning().noquote() << method << reply.errorMessage();
+        return reply.arguments().value(0);
+    }
     /// The wanted lines must come in this order, among others.
     static void verifyOrder(const QStringList& lines, const QStringList& wanted) {
         int at = 0;
@@ -84,6 +96,24 @@ private Q_SLOTS:
                      "msg 1 Seems application has finished, exit code: 0", "runSuccessed"});
         const QJsonObject record = bottlesJson("get", {bottleOf("needs_vcamp140")}).object();
         QCOMPARE(record["Installed_Dependencies"].toArray(), (QJsonArray{"vcredist2022", "sqlite3"}));
+    }
+
+    /// A component goes from one machine to another in a file: when nothing else has its files any more, the
+    /// program that needs it runs.
+    void componentFromAFile() {
+        const QString data =
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/lumora-wine-bottles";
+        const QString file = m_dir.path() + "/exported.tar";
+        callOffline("exportDeps", {QStringList("sqlite3"), file});
+        QTRY_COMPARE_WITH_TIMEOUT(callOffline("isExporting").toBool(), false, LaunchMs);
+        QVERIFY(QDir(data + "/mirror").removeRecursively() && QDir(data + "/downloads").removeRecursively());
+        callBottles("createBottles", {"offline", ""});
+        callOffline("importDeps", {"offline", QStringList(file)});
+        QTRY_COMPARE_WITH_TIMEOUT(callOffline("isImporting").toBool(), false, LaunchMs);
+        QCOMPARE(callOffline("importingStatus").toString(), QString(R"({"sqlite3":{"status":"ok"}})"));
+        callBottles("run_command", {"offline", program("needs_sqlite3", "offline")});
+        QVERIFY(m_windows.close(m_windows.waitForTitle(SampleTitle).id));
+        QVERIFY(offerSampleLibraries());
     }
 
     /// Wine says what it misses only when it is asked to.
