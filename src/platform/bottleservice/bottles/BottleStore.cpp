@@ -78,16 +78,20 @@ QString BottleStore::check(const QString& name) const {
 }
 
 std::optional<BottleYaml> BottleStore::load(const QString& name, QString* error) const {
-    const auto text = Fenk::RegularFile::read(pathOf(name) + SettingsFile, YamlText::MaximumBytes);
+    return loadFrom(pathOf(name), BottleName::shown(name), error);
+}
+
+std::optional<BottleYaml> BottleStore::loadFrom(const QString& directory, const QString& shownName,
+                                                QString* error) {
+    const auto text = Fenk::RegularFile::read(directory + SettingsFile, YamlText::MaximumBytes);
     if (!text) {
         *error = QString("The bottle \"%1\" is damaged: its bottle.yml is no file or cannot be read.")
-                     .arg(BottleName::shown(name));
+                     .arg(shownName);
         return std::nullopt;
     }
     std::optional<BottleYaml> settings = BottleYaml::parse(*text, error);
     if (!settings)
-        *error =
-            QString("bottle.yml of \"%1\" cannot be understood: %2.").arg(BottleName::shown(name), *error);
+        *error = QString("bottle.yml of \"%1\" cannot be understood: %2.").arg(shownName, *error);
     return settings;
 }
 

@@ -35,6 +35,10 @@ public:
     /// The settings of a bottle that exists; nothing, with an error text, when they cannot be read.
     std::optional<BottleYaml> load(const QString& name, QString* error) const;
 
+    /// The same for a directory that does not have its final name yet.
+    static std::optional<BottleYaml> loadFrom(const QString& directory, const QString& shownName,
+                                              QString* error);
+
     /// The name of the bottle's runner; empty when the settings cannot be read.
     QString runnerOf(const QString& name) const;
 

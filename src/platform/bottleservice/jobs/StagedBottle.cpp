@@ -23,7 +23,7 @@ StagedBottle::StagedBottle(const BottleStore& store, const QString& name, const 
       m_templates(templates),
       m_reclaimer(reclaimer) {}
 
-void StagedBottle::start() {
+void StagedBottle::start(Content content) {
     const QString target = m_store.pathOf(m_name);
     m_directory = WorkingDirectory::pathBeside(target, WorkingDirectory::CreatingPrefix);
     if (!QDir().mkpath(m_directory + "/logs")) {
@@ -35,10 +35,10 @@ void StagedBottle::start() {
     qInfo() << "making bottle" << BottleName::shown(m_name) << "on" << m_runner.name << "in" << m_directory;
     m_templateKey = Templates::keyOf(m_runner);
     m_isWaiting = true;
-    m_templates->obtain(m_runner, this, [this](const QString& path, const Reason& reason) {
+    m_templates->obtain(m_runner, this, [this, content](const QString& path, const Reason& reason) {
         if (!std::exchange(m_isWaiting, false))
             return;
-        if (path.isEmpty())
+        if (path.isEmpty() || content == Content::Nothing)
             Q_EMIT finished(reason);
         else
             copy(path);

@@ -21,8 +21,9 @@ public:
     StagedBottle(const BottleStore& store, const QString& name, const Runner& runner, Templates* templates,
                  Reclaimer* reclaimer, QObject* parent = nullptr);
 
-    /// Makes the copy; finished() follows.
-    void start();
+    enum class Content { Template, Nothing };
+    /// Makes the copy, or only sees to it that there is a template; finished() follows.
+    void start(Content content = Content::Template);
     /// Ends the work; finished() follows with a reason. A template that is being made is finished all the
     /// same, for the next bottle.
     void cancel();
@@ -30,6 +31,10 @@ public:
     /// The hidden directory; empty before start().
     QString path() const { return m_directory; }
     const Runner& runner() const { return m_runner; }
+    /// The key of the Wine's template.
+    QString templateKey() const { return m_templateKey; }
+    /// Another name for the bottle, before place().
+    void rename(const QString& name) { m_name = name; }
     /// The settings of a new bottle on this Wine.
     BottleYaml freshSettings() const;
 
