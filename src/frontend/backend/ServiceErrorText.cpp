@@ -83,6 +83,13 @@ constexpr Row Rows[] = {
                                          "Components are being exported already. Wait until that is done.")},
     {"import-running", QT_TRANSLATE_NOOP("ServiceErrorText",
                                          "Components are being imported already. Wait until that is done.")},
+    {"bad-backup", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is no backup that can be restored: %2.")},
+    {"bottle-changed",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "Files of the bottle were changed while it was being backed up.")},
+    {"too-little-room",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "There is not enough room: %1 are needed and %2 are free.")},
+    {"copy-under-way",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The file %1 is being written or read already.")},
 };
 
 const char* formatOf(const QString& code) {

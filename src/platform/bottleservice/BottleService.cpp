@@ -25,6 +25,7 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_repairOffers(&m_engine, &m_downloads, &m_dependencies),
       m_setups(&m_engine, &m_downloads, &m_components, &m_cleanUps, CELLARIX_CATALOGUE),
       m_offline(&m_engine, &m_downloads, &m_dependencies),
+      m_backups(&m_engine),
       m_bottlesObject(&m_bottles),
       m_componentsObject(&m_components),
       m_templatesObject(&m_templates),
@@ -33,10 +34,11 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_repairObject(&m_repairOffers, &m_bottleRepairs, &m_dependencies),
       m_installerObject(&m_setups),
       m_offlineObject(&m_offline),
+      m_backupObject(&m_backups),
       m_managerObject(version),
-      m_objects{&m_bottlesObject,   &m_componentsObject, &m_templatesObject,
-                &m_cleanUpObject,   &m_programsObject,   &m_repairObject,
-                &m_installerObject, &m_offlineObject,    &m_managerObject} {
+      m_objects{&m_bottlesObject, &m_componentsObject, &m_templatesObject, &m_cleanUpObject,
+                &m_programsObject, &m_repairObject, &m_installerObject, &m_offlineObject,
+                &m_backupObject, &m_managerObject} {
     connectRequests();
     addMethods();
     BottleRecovery::run(&m_engine);
@@ -44,6 +46,7 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
     m_desktop.recover();
     m_repairOffers.recover();
     m_offline.recover();
+    m_backups.recover();
 }
 
 void BottleService::connectRequests() {
@@ -54,10 +57,12 @@ void BottleService::connectRequests() {
     connect(&m_bottles, &BottleRequests::aboutToDelete, this, [this](const QString& bottle) {
         m_bottleComponents.cancelAll(bottle);
         m_bottleRepairs.cancelAll(bottle);
+        m_backups.cancelFor(bottle);
         m_setups.cancelForDeletion(bottle);
         m_dependencies.cancelAll(bottle);
     });
     connect(&m_setups, &SetupRequests::succeeded, &m_programs, &ProgramRequests::announce);
+    connect(&m_backups, &BackupRequests::restored, &m_programs, &ProgramRequests::announce);
     connect(&m_engine, &BottleEngine::closed, this, &BottleService::closed);
 }
 
@@ -81,7 +86,7 @@ bool BottleService::registerOn(const QDBusConnection& bus) {
 bool BottleService::areRequestsDone() const {
     return m_programs.isIdle() && m_desktop.isIdle() && m_components.isIdle() &&
            m_bottleComponents.isIdle() && m_dependencies.isIdle() && m_repairOffers.isIdle() &&
-           m_setups.isIdle() && m_offline.isIdle();
+           m_setups.isIdle() && m_offline.isIdle() && m_backups.isIdle();
 }
 
 void BottleService::closeSetups() {

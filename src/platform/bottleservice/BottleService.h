@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "bottleservice/components/Downloads.h"
+#include "bottleservice/requests/BackupRequests.h"
 #include "bottleservice/requests/BottleComponentRequests.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/BottleRepairRequests.h"
@@ -20,6 +21,7 @@
 #include "bottleservice/requests/SettingsRequests.h"
 #include "bottleservice/requests/SetupRequests.h"
 #include "bottleservice/requests/TemplateRequests.h"
+#include "bottleservice/wire/BackupObject.h"
 #include "bottleservice/wire/BottlesObject.h"
 #include "bottleservice/wire/CleanUpObject.h"
 #include "bottleservice/wire/ComponentMethods.h"
@@ -84,6 +86,7 @@ private:
     RepairOfferRequests m_repairOffers;
     SetupRequests m_setups;
     OfflineRequests m_offline;
+    BackupRequests m_backups;
 
     BottlesObject m_bottlesObject;
     ComponentsObject m_componentsObject;
@@ -93,6 +96,7 @@ private:
     RepairObject m_repairObject;
     InstallerObject m_installerObject;
     OfflineObject m_offlineObject;
+    BackupObject m_backupObject;
     ManagerObject m_managerObject;
     std::vector<BusObject*> m_objects;
 };

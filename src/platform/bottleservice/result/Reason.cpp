@@ -52,6 +52,10 @@ constexpr Reason::Format Formats[] = {
     {"not-on-machine", "The installation needs %1, which is not on this machine."},
     {"export-running", "Components are being exported already. Wait until that is done."},
     {"import-running", "Components are being imported already. Wait until that is done."},
+    {"bad-backup", "%1 is no backup that can be restored: %2."},
+    {"bottle-changed", "Files of the bottle were changed while it was being backed up."},
+    {"too-little-room", "There is not enough room: %1 are needed and %2 are free."},
+    {"copy-under-way", "The file %1 is being written or read already."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -52,6 +52,10 @@ public:
         NotOnMachine,
         ExportRunning,
         ImportRunning,
+        BadBackup,
+        BottleChanged,
+        TooLittleRoom,
+        CopyUnderWay,
         CodeCount
     };
 

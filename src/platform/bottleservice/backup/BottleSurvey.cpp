@@ -1,0 +1,194 @@
+#include "bottleservice/backup/BottleSurvey.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+#include "bottleservice/backup/BackupPath.h"
+#include "bottleservice/files/FileTree.h"
+
+namespace {
+
+using Type = BackupEntry::Type;
+
+constexpr int MaximumLeftOut = 1000;
+constexpr int MaximumTargetBytes = 4096;
+
+struct CloseDirectory {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+
+QByteArray targetOf(const QByteArray& path) {
+    QByteArray target(MaximumTargetBytes, 0);
+    const ssize_t length = ::readlink(path.constData(), target.data(), size_t(target.size()));
+    return target.left(int(std::max<ssize_t>(length, 0)));
+}
+
+/// What Wine keeps of attributes that Linux does not have.
+QByteArray attributesOf(const QByteArray& path) {
+    char value[16];
+    const ssize_t length = ::lgetxattr(path.constData(), "user.DOSATTRIB", value, sizeof value);
+    const QByteArray text(value, int(std::max<ssize_t>(length, 0)));
+    static const QRegularExpression form("^0x[0-9a-f]{1,8}$");
+    return form.match(QString::fromLatin1(text)).hasMatch() ? text : QByteArray();
+}
+
+qint64 milliseconds(const timespec& time) {
+    return qint64(time.tv_sec) * 1000 + time.tv_nsec / 1000000;
+}
+
+bool isSame(const timespec& one, const timespec& other) {
+    return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+}
+
+Reason unreadable(const QByteArray& path) {
+    return QString("Cannot read %1: %2.")
+        .arg(QString::fromUtf8(path), QString::fromLocal8Bit(strerror(errno)));
+}
+
+}  // namespace
+
+QByteArray BottleSurvey::pathOf(const QByteArray& path) const {
+    return QFile::encodeName(m_place.bottlePath) + '/' + path;
+}
+
+Reason BottleSurvey::take(const std::atomic_bool& cancelled) {
+    struct stat root = {};
+    if (::stat(QFile::encodeName(m_place.bottlePath).constData(), &root) != 0)
+        return unreadable(QFile::encodeName(m_place.bottlePath));
+    m_device = root.st_dev;
+    return walk({}, cancelled);
+}
+
+Reason BottleSurvey::walk(const QByteArray& directory, const std::atomic_bool& cancelled) {
+    const std::unique_ptr<DIR, CloseDirectory> handle(::opendir(pathOf(directory).constData()));
+    if (!handle)
+        return unreadable(pathOf(directory));
+    std::vector<Found> found;
+    while (const dirent* item = ::readdir(handle.get())) {
+        const QByteArray name = item->d_name;
+        const QByteArray path = directory.isEmpty() ? name : directory + '/' + name;
+        Found entry{path, {}};
+        if (name == "." || name == ".." || BackupPath::isPassedOver(path))
+            continue;
+        if (::fstatat(dirfd(handle.get()), item->d_name, &entry.status, AT_SYMLINK_NOFOLLOW) != 0)
+            return unreadable(pathOf(path));
+        found.push_back(entry);
+    }
+    std::sort(found.begin(), found.end(),
+              [](const Found& one, const Found& other) { return one.path < other.path; });
+    for (const Found& entry : found) {
+        if (cancelled)
+            return Reason::Cancelled;
+        if (!BackupPath::isInside(entry.path))
+            return QString("The path is too long for a backup: %1.")
+                .arg(QString::fromUtf8(entry.path.left(400)));
+        const bool isForeign = entry.status.st_dev != m_device;
+        if (S_ISLNK(entry.status.st_mode)) {
+            addLink(entry.path);
+        } else if (S_ISREG(entry.status.st_mode)) {
+            addFile(entry.path, entry.status);
+        } else if (S_ISDIR(entry.status.st_mode) && !isForeign) {
+            stamp(entry.path, entry.status);
+            list.entries +=
+                BackupEntry{Type::Directory, entry.path, 0, 0, 0, {}, attributesOf(pathOf(entry.path))};
+            const Reason fault = walk(entry.path, cancelled);
+            if (!fault.isEmpty())
+                return fault;
+        } else {
+            leaveOut(entry.path, {});
+        }
+        if (list.entries.size() > BackupList::MaximumEntries)
+            return "The bottle has too many files for a backup.";
+    }
+    return {};
+}
+
+void BottleSurvey::addFile(const QByteArray& path, const struct stat& status) {
+    stamp(path, status);
+    const QString file = QFile::decodeName(pathOf(path));
+    if (!m_place.templatePath.isEmpty() && BackupPath::isWinePlace(path) &&
+        targetOf(QFile::encodeName(m_place.templatePath) + '/' + path).isEmpty() &&
+        FileTree::sameContent(file, m_place.templatePath + '/' + QFile::decodeName(path))) {
+        list.wineFiles += path;
+        return;
+    }
+    list.entries += BackupEntry{Type::File,
+                                path,
+                                status.st_size,
+                                milliseconds(status.st_mtim),
+                                int(status.st_mode) & 0755,
+                                {},
+                                attributesOf(pathOf(path))};
+}
+
+bool BottleSurvey::isInTemplate(const QByteArray& path, const QByteArray& target) const {
+    const QByteArray original = targetOf(QFile::encodeName(m_place.templatePath) + '/' + path);
+    return !m_place.templatePath.isEmpty() && !original.isEmpty() && (target.isEmpty() || original == target);
+}
+
+/// Links out of the bottle that every new bottle gets, or Wine at its start.
+bool BottleSurvey::isMadeByWine(const QByteArray& path, const QByteArray& target) const {
+    if (path.startsWith("dosdevices/"))
+        return target == "/" || target.startsWith("/dev/") || isInTemplate(path, {});
+    return m_place.templatePath.isEmpty() || isInTemplate(path, {});
+}
+
+void BottleSurvey::addLink(const QByteArray& path) {
+    QByteArray target = targetOf(pathOf(path));
+    const QByteArray root = QFile::encodeName(m_place.bottlePath) + '/';
+    if (target.startsWith(root))
+        target = QByteArray("../").repeated(path.count('/')) + target.mid(root.size());
+    if (BackupPath::staysInside(path, target)) {
+        list.entries += BackupEntry{Type::Link, path, 0, 0, 0, target, {}};
+        return;
+    }
+    if (BackupPath::isWinePlace(path) && isInTemplate(path, target)) {
+        list.wineFiles += path;
+        return;
+    }
+    if (BackupPath::isStandardLink(path) && isMadeByWine(path, target)) {
+        list.standardLinks += path;
+        return;
+    }
+    // A file of Wine or of a component becomes a real one.
+    struct stat status = {};
+    const QString real = QFileInfo(QFile::decodeName(pathOf(path))).canonicalFilePath();
+    const bool isOwn =
+        std::any_of(m_place.ownDirectories.begin(), m_place.ownDirectories.end(),
+                    [&real](const QString& directory) { return real.startsWith(directory + '/'); });
+    if (isOwn && ::stat(pathOf(path).constData(), &status) == 0 && S_ISREG(status.st_mode))
+        addFile(path, status);
+    else
+        leaveOut(path, target);
+}
+
+void BottleSurvey::leaveOut(const QByteArray& path, const QByteArray& target) {
+    if (list.leftOut.size() >= MaximumLeftOut)
+        return;
+    const QString text = BackupPath::toText(path);
+    list.leftOut += target.isEmpty() ? text : text + " -> " + BackupPath::toText(target);
+}
+
+void BottleSurvey::stamp(const QByteArray& path, const struct stat& status) {
+    // The application keeps notes and icons beside the drives.
+    if (path.startsWith("drive_") || path.endsWith(".reg") || path == "bottle.yml")
+        m_stamps.push_back({path, status.st_mtim, status.st_ctim, status.st_size});
+}
+
+bool BottleSurvey::isUnchanged() const {
+    return std::all_of(m_stamps.begin(), m_stamps.end(), [this](const Stamp& stamp) {
+        struct stat now = {};
+        return ::stat(pathOf(stamp.path).constData(), &now) == 0 && isSame(now.st_mtim, stamp.modified) &&
+               isSame(now.st_ctim, stamp.changed) && now.st_size == stamp.size;
+    });
+}

@@ -1,0 +1,152 @@
+#include "bottleservice/jobs/ExportBottleJob.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include "bottleservice/backup/BackupWriter.h"
+#include "bottleservice/backup/BottleSurvey.h"
+#include "bottleservice/backup/RestoredPrefix.h"
+#include "bottleservice/backup/UnfinishedBackups.h"
+#include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/components/BottleBackup.h"
+#include "bottleservice/files/Background.h"
+#include "bottleservice/wine/SlimPrefix.h"
+#include "bottleservice/wine/Templates.h"
+#include "bottleservice/wine/WineBuild.h"
+
+using Fault = Answer::Fault;
+
+namespace {
+
+QStringList programNames(const QJsonObject& programs) {
+    QStringList names;
+    for (const QJsonValue& program : programs)
+        names += program.toObject()["name"].toString();
+    names.sort();
+    return names;
+}
+
+}  // namespace
+
+ExportBottleJob::ExportBottleJob(const JobBottle& bottle, const QString& target, Tools tools, Reply reply)
+    : Job(std::move(reply)), m_bottle(bottle), m_target(target), m_tools(std::move(tools)) {}
+
+void ExportBottleJob::start() {
+    Answer failure;
+    const auto settings = m_bottle.load(&failure);
+    if (!settings) {
+        finish(failure);
+        return;
+    }
+    if (BottleBackup::state(m_bottle.path()) != BottleBackup::State::None) {
+        conclude("An earlier installation could not be taken back yet.");
+        return;
+    }
+    m_bottle.waitForPrograms(this, [this, runner = m_bottle.runnerOf(*settings)](const QStringList& running) {
+        if (running.isEmpty())
+            stopWine(runner);
+        else
+            finish(Answer::busy(running));
+    });
+}
+
+/// A wineserver writes the registry when it ends.
+void ExportBottleJob::stopWine(const Runner& runner) {
+    m_bottle.stopProcesses(this, runner.wineserver, [this](bool isClean) {
+        Answer failure;
+        const auto settings = m_bottle.load(&failure);
+        if (!isClean)
+            conclude(Reason::ProgramsNotEnded);
+        else if (!settings)
+            conclude(failure.reason);
+        else
+            survey(*settings);
+    });
+}
+
+void ExportBottleJob::survey(const BottleYaml& settings) {
+    const Runner runner = m_bottle.runnerOf(settings);
+    const QString key = settings.templateKey();
+    m_templatePath = key.isEmpty() ? QString() : m_bottle.templates()->pathOf(key);
+    if (!QFileInfo(m_templatePath + "/drive_c/windows").isDir())
+        m_templatePath.clear();
+    BottleSurvey::Place place{m_bottle.path(), m_templatePath, {}};
+    QStringList directories = SlimPrefix::peDirectories(runner.wine);
+    for (const char* components : {"/dxvk", "/vkd3d", "/runners"})
+        directories += m_tools.dataDir + components;
+    for (const QString& directory : qAsConst(directories)) {
+        const QString real = QFileInfo(directory).canonicalFilePath();
+        if (!real.isEmpty())
+            place.ownDirectories += real;
+    }
+    m_survey = std::make_shared<BottleSurvey>(place);
+    BackupList& list = m_survey->list;
+    list.name = m_bottle.name();
+    list.runner = runner.name;
+    list.home = QDir::homePath();
+    list.path = m_bottle.path();
+    list.created = QDateTime::currentDateTimeUtc();
+    list.programs = programNames(settings.programs());
+    m_bottle.templates()->run(
+        this,
+        [survey = m_survey, wine = runner.wine, isCopy = !m_templatePath.isEmpty(), target = m_target,
+         progress = m_tools.progress](const std::atomic_bool&) {
+            const Reason fault = survey->take(progress->cancelled);
+            if (fault.isEmpty() && isCopy)
+                survey->list.build = WineBuild::checksum(wine);
+            survey->list.user = RestoredPrefix::userOf(survey->list.path);
+            progress->total = survey->list.bytes();
+            return fault.text();
+        },
+        [this](const QString& fault) {
+            if (m_tools.progress->cancelled)
+                conclude(Reason::Cancelled);
+            else if (!fault.isEmpty())
+                conclude(fault);
+            else
+                write();
+        });
+}
+
+void ExportBottleJob::write() {
+    const Reason refusal = BackupWriter::check(m_target, m_survey->list.bytes());
+    QString fault;
+    if (refusal.isEmpty())
+        m_note = UnfinishedBackups::note(m_tools.dataDir, BackupWriter::temporaryPathOf(m_target), &fault);
+    if (!refusal.isEmpty() || !fault.isEmpty()) {
+        conclude(refusal.isEmpty() ? Reason(fault) : refusal);
+        return;
+    }
+    Background::run(
+        m_tools.worker, this,
+        [survey = m_survey, target = m_target, bottle = m_bottle.path(), original = m_templatePath,
+         progress = m_tools.progress]() -> Reason {
+            BackupWriter writer(target);
+            Reason reason = writer.write(survey->list, bottle, original, progress.get());
+            if (reason.isEmpty() && !survey->isUnchanged())
+                reason = Reason::BottleChanged;
+            if (reason.isEmpty() && progress->cancelled)
+                reason = Reason::Cancelled;
+            return reason.isEmpty() ? writer.place() : reason;
+        },
+        [this](const Reason& reason) { conclude(reason); });
+}
+
+void ExportBottleJob::conclude(const Reason& reason) {
+    UnfinishedBackups::forget(m_note);
+    if (!reason.isEmpty()) {
+        finish(Answer::failure(Fault::Failed, reason));
+        return;
+    }
+    const QFileInfo file(m_target);
+    const QStringList leftOut = m_survey->list.leftOut;
+    qInfo() << "backed up bottle" << m_bottle.shownName() << "to" << m_target << file.size()
+            << "bytes; left out:" << leftOut;
+    finish(Answer::of(JsonText::compact(QJsonObject{{"ok", true},
+                                                    {"path", m_target},
+                                                    {"bytes", file.size()},
+                                                    {"leftOut", QJsonArray::fromStringList(leftOut)}})));
+}

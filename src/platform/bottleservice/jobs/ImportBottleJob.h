@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QSet>
+#include <QThreadPool>
+#include <memory>
+#include <optional>
+
+#include "bottleservice/backup/BackupFile.h"
+#include "bottleservice/backup/BackupList.h"
+#include "bottleservice/backup/BackupReader.h"
+#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/jobs/Job.h"
+#include "bottleservice/wine/Runners.h"
+
+class Reclaimer;
+class StagedBottle;
+class Templates;
+
+/// Makes a bottle from a backup (BackupReader), on the runner that it had or, where that is missing, on
+/// another one. No bottle is replaced: a name that is taken gets a number. The bottle is made in a hidden
+/// directory, which is removed on failure and by the next service after a kill, and is renamed last. Answers
+/// with JSON: {"ok", "bottle": its name, "runner", "otherWine": whether Wine's own files are another build's,
+/// "programs": their number, "leftOut": what the backup does not hold}.
+class ImportBottleJob : public Job {
+    Q_OBJECT
+
+public:
+    struct Tools {
+        BottleStore store;
+        Runners runners;
+        Templates* templates;
+        Reclaimer* reclaimer;
+        QThreadPool* worker;  ///< outlives the job
+        std::shared_ptr<BackupFile::Progress> progress;
+    };
+
+    /// Without a name the bottle gets the one that it had.
+    ImportBottleJob(const QString& file, const QString& name, Tools tools, Reply reply);
+
+    void start() override;
+    void cancel() override;
+
+private:
+    void onListed(const Reason& reason);
+    std::optional<Runner> chooseRunner() const;
+    void unpack(const Reason& reason);
+    void complete(const Reason& reason);
+    void place(const Reason& reason);
+    QSet<QString> takenIds() const;
+    void fail(const Reason& reason);
+
+    /// What the worker threads fill.
+    struct Work {
+        explicit Work(const QString& file) : reader(file) {}
+        BackupReader reader;
+        std::optional<BackupList> list;
+        bool isOtherBuild = false;
+    };
+
+    QString m_name;
+    Tools m_tools;
+    std::shared_ptr<Work> m_work;
+    StagedBottle* m_staged = nullptr;
+};

@@ -1,0 +1,150 @@
+#include "bottleservice/requests/BackupRequests.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPointer>
+
+#include "bottleservice/backup/BackupReader.h"
+#include "bottleservice/backup/UnfinishedBackups.h"
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/files/Background.h"
+#include "bottleservice/jobs/ExportBottleJob.h"
+#include "bottleservice/jobs/ImportBottleJob.h"
+#include "bottleservice/requests/BottleEngine.h"
+#include "bottleservice/requests/RequestChecks.h"
+
+using Fault = Answer::Fault;
+
+namespace {
+
+constexpr int ProgressMs = 200;
+
+Answer describe(const QString& file) {
+    Reason failure;
+    const auto list = BackupReader(file).readList(&failure);
+    if (!list)
+        return Answer::failure(Fault::Failed, failure);
+    return Answer::of(JsonText::compact(QJsonObject{{"ok", true},
+                                                    {"name", list->name},
+                                                    {"runner", list->runner},
+                                                    {"created", list->created.toString(Qt::ISODate)},
+                                                    {"programs", QJsonArray::fromStringList(list->programs)},
+                                                    {"bytes", list->bytes()},
+                                                    {"files", list->entries.size()},
+                                                    {"leftOut", QJsonArray::fromStringList(list->leftOut)}}));
+}
+
+}  // namespace
+
+BackupRequests::BackupRequests(BottleEngine* engine, QObject* parent) : QObject(parent), m_engine(engine) {
+    m_worker.setMaxThreadCount(1);
+    m_timer.setInterval(ProgressMs);
+    connect(&m_timer, &QTimer::timeout, this, &BackupRequests::tellProgress);
+}
+
+BackupRequests::~BackupRequests() {
+    for (const Copy& copy : qAsConst(m_copies))
+        copy.progress->cancelled = true;
+    m_worker.waitForDone();
+}
+
+void BackupRequests::recover() {
+    UnfinishedBackups::removeAll(m_engine->dataDir());
+}
+
+bool BackupRequests::refuse(const QString& file, const Reply& reply) const {
+    if (m_copies.contains(file))
+        reply(Answer::failure(Fault::Failed, Reason(Reason::CopyUnderWay, {file})));
+    return m_copies.contains(file);
+}
+
+void BackupRequests::exportBottle(const QString& bottle, const QString& file, const Reply& reply) {
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply) || refuse(file, reply))
+        return;
+    auto progress = std::make_shared<BackupFile::Progress>();
+    auto job = std::make_unique<ExportBottleJob>(
+        m_engine->jobBottle(bottle), file, ExportBottleJob::Tools{m_engine->dataDir(), &m_worker, progress},
+        [self = QPointer<BackupRequests>(this), file, reply](const Answer& answer) {
+            if (self)
+                self->end(file);
+            reply(answer);
+        });
+    begin(file, {bottle, progress, [job = QPointer<Job>(job.get()), progress] {
+                     progress->cancelled = true;
+                     if (job)
+                         job->cancel();
+                 }});
+    m_engine->enqueue(bottle, std::move(job));
+}
+
+void BackupRequests::importBottle(const QString& file, const QString& name, const Reply& reply) {
+    if ((!name.isEmpty() && RequestChecks::refuseName(name, reply)) || refuse(file, reply))
+        return;
+    auto progress = std::make_shared<BackupFile::Progress>();
+    const BottleAccess& bottles = m_engine->bottles();
+    auto job = std::make_unique<ImportBottleJob>(
+        file, name,
+        ImportBottleJob::Tools{bottles.store(), bottles.runners(), m_engine->templates(),
+                               m_engine->reclaimer(), &m_worker, progress},
+        [self = QPointer<BackupRequests>(this), file, reply](const Answer& answer) {
+            if (self)
+                self->end(file);
+            reply(answer);
+            if (self && answer.isGood())
+                Q_EMIT self->restored(
+                    QJsonDocument::fromJson(answer.text.toUtf8()).object()["bottle"].toString());
+        });
+    begin(file, {QString(), progress, [job = QPointer<Job>(job.get()), progress] {
+                     progress->cancelled = true;
+                     if (job)
+                         job->cancel();
+                 }});
+    // A queue of its own: the bottle's name is chosen at the end.
+    m_engine->enqueue("/" + file, std::move(job));
+}
+
+void BackupRequests::describeBackup(const QString& file, const Reply& reply) {
+    ++m_descriptions;
+    Background::run(
+        this, [file] { return describe(file); },
+        [this, reply](const Answer& answer) {
+            --m_descriptions;
+            reply(answer);
+        });
+}
+
+void BackupRequests::cancelBottleCopy(const QString& file, const Reply& reply) {
+    const auto copy = m_copies.constFind(file);
+    if (copy != m_copies.constEnd())
+        copy->cancel();
+    reply(Answer::of());
+}
+
+void BackupRequests::cancelFor(const QString& bottle) {
+    for (const Copy& copy : qAsConst(m_copies)) {
+        if (copy.bottle == bottle)
+            copy.cancel();
+    }
+}
+
+void BackupRequests::begin(const QString& file, const Copy& copy) {
+    m_copies.insert(file, copy);
+    m_timer.start();
+}
+
+void BackupRequests::end(const QString& file) {
+    m_copies.remove(file);
+    if (m_copies.isEmpty())
+        m_timer.stop();
+}
+
+void BackupRequests::tellProgress() {
+    for (auto copy = m_copies.begin(); copy != m_copies.end(); ++copy) {
+        const qint64 done = copy->progress->done;
+        if (std::exchange(copy->told, done) != done)
+            Q_EMIT progress(copy.key(), done, copy->progress->total);
+    }
+}

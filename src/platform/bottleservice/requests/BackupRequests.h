@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QThreadPool>
+#include <QTimer>
+#include <memory>
+
+#include "bottleservice/backup/BackupFile.h"
+#include "bottleservice/result/Answer.h"
+
+class BottleEngine;
+
+/// The requests to back up and restore whole bottles. Files are written and read one after the other, in one
+/// thread. Each copy is known by the path of its file. Owned by BottleService; lives in the main thread.
+class BackupRequests : public QObject {
+    Q_OBJECT
+
+public:
+    explicit BackupRequests(BottleEngine* engine, QObject* parent = nullptr);
+    ~BackupRequests() override;
+
+    /// Removes what a killed service has left of backups.
+    void recover();
+
+    /// See ExportBottleJob; answers at the end.
+    void exportBottle(const QString& bottle, const QString& file, const Reply& reply);
+    /// See ImportBottleJob; answers at the end.
+    void importBottle(const QString& file, const QString& name, const Reply& reply);
+    /// What a backup holds, without unpacking it: {"name", "runner", "created", "programs", "bytes", "files",
+    /// "leftOut"}.
+    void describeBackup(const QString& file, const Reply& reply);
+    /// Cancels the copy to or from that file, if there is one. Answers at once.
+    void cancelBottleCopy(const QString& file, const Reply& reply);
+    /// For a bottle that is being deleted.
+    void cancelFor(const QString& bottle);
+
+    bool isIdle() const { return m_copies.isEmpty() && m_descriptions == 0; }
+
+Q_SIGNALS:
+    /// Bytes of the bottle's files, some times a second; the total is 0 as long as it is not known.
+    void progress(const QString& file, qint64 done, qint64 total);
+    /// A bottle was made from a backup.
+    void restored(const QString& bottle);
+
+private:
+    struct Copy {
+        QString bottle;  ///< that is backed up; empty for a restoration
+        std::shared_ptr<BackupFile::Progress> progress;
+        std::function<void()> cancel;
+        qint64 told = -1;
+    };
+
+    /// Replies and returns true when there is a copy with that file.
+    bool refuse(const QString& file, const Reply& reply) const;
+    void begin(const QString& file, const Copy& copy);
+    void end(const QString& file);
+    void tellProgress();
+
+    BottleEngine* m_engine;
+    QHash<QString, Copy> m_copies;  ///< by path of the file
+    QTimer m_timer;
+    int m_descriptions = 0;
+    QThreadPool m_worker;
+};
