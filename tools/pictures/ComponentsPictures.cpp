@@ -54,20 +54,20 @@ QList<QWidget*> work(const Scene& scene) {
 }
 
 QList<QWidget*> search(const Scene& scene) {
-    scene.page()->searchFor("msvcp140");
+    scene.page()->filter("msvcp140");
     settle(200);
     return {scene.view};
 }
 
 QList<QWidget*> installed(const Scene& scene) {
-    scene.page()->searchFor("vcredist2019");
+    scene.page()->filter("vcredist2019");
     scene.page()->list()->setFocus();
     settle(200);
     return {scene.view};
 }
 
 QList<QWidget*> nothing(const Scene& scene) {
-    scene.page()->searchFor("no such thing");
+    scene.page()->filter("no such thing");
     settle(200);
     return {scene.view};
 }

@@ -279,9 +279,10 @@ private Q_SLOTS:
         QTRY_COMPARE(row("alpha").data(ComponentRoles::Detail).toString(), QString("5.0 MB"));
         QCOMPARE(find<QLabel>("component_facts")->text(),
                  QString("From files.example.org: setup.exe (5.0 MB)."));
-        m_page->searchFor("gamma");
+        QCOMPARE(m_page->filter("gamma"), 1);
+        QCOMPARE(list()->currentName(), QString("gamma"));
         QCOMPARE(find<QLabel>("component_facts")->text(), QString("Installed first: beta."));
-        m_page->searchFor("<b>.*");
+        m_page->filter("<b>.*");
         QVERIFY(find("components_placeholder")->isVisible());
         QVERIFY(!find("component_details")->isVisible());
         QTest::keyClick(edit, Qt::Key_Escape);

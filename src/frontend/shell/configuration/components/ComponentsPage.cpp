@@ -108,13 +108,15 @@ void ComponentsPage::setBottle(const QString& bottle, const QJsonObject& record)
 }
 
 void ComponentsPage::search(const QString& text) {
-    m_list->filter(text.trimmed());
+    const QString wanted = text.trimmed();
+    m_list->filter(wanted);
+    m_list->select(m_list->names().contains(wanted) ? wanted : m_list->currentName());
     m_area->setCurrentWidget(m_list->currentName().isEmpty() ? static_cast<QWidget*>(m_nothing) : m_list);
 }
 
-void ComponentsPage::searchFor(const QString& text) {
+int ComponentsPage::filter(const QString& text) {
     m_search->setText(text);
-    m_list->select(text);
+    return m_list->model()->rowCount();
 }
 
 /// Only a page that is looked at asks what all of them would bring.

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "shell/configuration/rules/SearchedPage.h"
+
 class ComponentsListView;
 class ListPlaceholder;
 class QJsonObject;
@@ -13,15 +15,15 @@ class SearchEdit;
 
 /// The page that installs the components that programs need: a search, the list, what the current component
 /// is, and what is being installed. The two dialogs for archives of components belong to others.
-class ComponentsPage : public QWidget {
+class ComponentsPage : public QWidget, public SearchedPage {
     Q_OBJECT
 public:
     explicit ComponentsPage(QWidget* parent = nullptr);
 
     /// A bottle by its name and its record. Call again with each new record.
     void setBottle(const QString& bottle, const QJsonObject& record);
-    /// Shows what has to do with the text, and goes to the component of that name.
-    void searchFor(const QString& text);
+    /// Also goes to the component of that name.
+    int filter(const QString& text) override;
 
     ComponentsListView* list() const { return m_list; }
 
