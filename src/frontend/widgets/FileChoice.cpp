@@ -20,6 +20,8 @@ QString keyOf(FileChoice::Kind kind) {
             return QStringLiteral("basic.last_folder.icon");
         case FileChoice::Kind::Components:
             return QStringLiteral("basic.last_folder.components");
+        case FileChoice::Kind::Backup:
+            return QStringLiteral("basic.last_folder.backup");
         default:
             return QStringLiteral("basic.last_folder.program");
     }
