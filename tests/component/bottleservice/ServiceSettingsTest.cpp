@@ -52,7 +52,11 @@ private Q_SLOTS:
         row("setDiscreteGpu", {true}, {"Parameters", "discrete_gpu"}, true);
         row("setMemOptimized", {true}, {"Parameters", "mem_optimized"}, true);
         row("setNTSync", {true}, {"Parameters", "ntsync"}, true);
-        row("updateDllOverride", {"My Updater.exe", "", false}, {"DLL_Overrides", "My Updater.exe"}, "");
+        const QString dlls = "HKCU\\Software\\Wine\\DllOverrides";
+        row("updateDllOverride", {"My Updater.exe", "", false}, {"DLL_Overrides", "My Updater.exe"}, "",
+            {"reg.exe", "query", dlls}, "My Updater.exe");
+        row("updateDllOverride", {"My Updater.exe", "", true}, {"DLL_Overrides", "My Updater.exe"},
+            QJsonValue::Undefined, {"reg.exe", "query", dlls}, "");
         row("updateDllOverride", {"d3d9", "n,b", false}, {"DLL_Overrides", "d3d9"}, "n,b");
         row("updateDllOverride", {"d3d9", "", true}, {"DLL_Overrides", "d3d9"}, QJsonValue::Undefined);
         row("addFontReplacements", {"A \"b\\c\"", "宋体"}, {"Font_Replacements", "A \"b\\c\""}, "宋体",
@@ -73,7 +77,8 @@ private Q_SLOTS:
         QTEST(path.size() > 1 ? after[path[0]][path[1]] : after[path[0]], "value");
         if (!command.isEmpty()) {
             const QString output = wine(command);
-            QVERIFY2(output.contains(printed) && (!printed.isEmpty() || !output.contains("A \"b")),
+            QVERIFY2(output.contains(printed) &&
+                         (!printed.isEmpty() || !output.contains(QRegularExpression("A \"b|My Upd"))),
                      qPrintable(output));
         }
         const QString list = path[0] == "DLL_Overrides" ? "listDllOverrides" : "listFontReplacements";

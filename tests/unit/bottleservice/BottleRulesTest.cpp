@@ -186,8 +186,8 @@ private Q_SLOTS:
     }
 
     void launchData() {
-        const QJsonObject record =
-            object(R"({"Runner":"r","DLL_Overrides":{"d3d9":"n,b","bad;x":"n","mshtml":"","y":"rm"},
+        const QJsonObject record = object(
+            R"({"Runner":"r","DLL_Overrides":{"d3d9":"n,b","bad;x":"n","my updater.exe":"","mshtml":"","y":"rm"},
         "Parameters":{"renderer":"vulkan","discrete_gpu":true,"cpu_rendering":true,"ntsync":true},
         "External_Programs":{"1":{"id":"1","name":"n","path":"C:\\a","envs":{"A":"1"},"stars":3,"own":1}}})");
         QCOMPARE(

@@ -7,6 +7,7 @@
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/SetupManifest.h"
 #include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/settings/DllOverrides.h"
 #include "manifest/SettingRules.h"
 
 namespace SetupSettings {
@@ -45,8 +46,11 @@ RegistryChange apply(const Manifest& manifest, bool is64Bit, BottleYaml* setting
     const Manifest::Bottle& bottle = manifest.bottle;
     RegistryChange change = applyWindows(bottle.windows, is64Bit, settings, warnings)
                                 .then(applyParameters(bottle.parameters, settings));
-    for (auto it = bottle.dllOverrides.begin(); it != bottle.dllOverrides.end(); ++it)
+    for (auto it = bottle.dllOverrides.begin(); it != bottle.dllOverrides.end(); ++it) {
         settings->setIn("DLL_Overrides", it.key(), it.value());
+        if (!DllOverrides::fitsVariable(it.key()))
+            change = change.then(RegistryChange::dllOverride(it.key(), it.value()));
+    }
     for (auto it = bottle.fontReplacements.begin(); it != bottle.fontReplacements.end(); ++it) {
         settings->setIn("Font_Replacements", it.key(), it.value());
         change = change.then(RegistryChange::fontReplacement(it.key(), it.value()));

@@ -10,6 +10,7 @@
 #include "bottleservice/jobs/ChangeSettingsJob.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/RequestChecks.h"
+#include "bottleservice/settings/DllOverrides.h"
 #include "manifest/SettingRules.h"
 
 namespace {
@@ -132,6 +133,9 @@ void SettingsRequests::updateDllOverride(const QString& bottle, const QString& d
                    .arg(BottleName::shown(dll), BottleName::shown(method)),
                reply))
         return;
+    RegistryChange registry;
+    if (!DllOverrides::fitsVariable(dll))
+        registry = remove ? RegistryChange::noDllOverride(dll) : RegistryChange::dllOverride(dll, method);
     change(
         bottle,
         [dll, method, remove](BottleYaml& settings) {
@@ -140,7 +144,7 @@ void SettingsRequests::updateDllOverride(const QString& bottle, const QString& d
             else
                 settings.setIn(Overrides, dll, method);
         },
-        {}, reply);
+        registry, reply);
 }
 
 Answer SettingsRequests::listFontReplacements(const QString& bottle) const {

@@ -9,7 +9,8 @@ class BottleYaml;
 class RegistryChange;
 
 /// The requests about the settings of bottles. bottle.yml has all settings. Switches, the renderer and DLL
-/// overrides act through the environment of a launch; the others are also written into the bottle's registry.
+/// overrides act through the environment of a launch; the others, and the overrides that the environment
+/// cannot hold, are also written into the bottle's registry.
 /// Owned by BottleService; lives in the main thread.
 class SettingsRequests : public QObject {
     Q_OBJECT

@@ -4,6 +4,7 @@
 
 namespace {
 
+const char Overrides[] = "HKEY_CURRENT_USER\\Software\\Wine\\DllOverrides";
 const char Replacements[] = "HKEY_CURRENT_USER\\Software\\Wine\\Fonts\\Replacements";
 
 QString quoted(QString text) {
@@ -87,6 +88,18 @@ RegistryChange RegistryChange::fontReplacement(const QString& font, const QStrin
 RegistryChange RegistryChange::noFontReplacement(const QString& font) {
     RegistryChange change;
     change.m_entries = entry(Replacements, font, "-");
+    return change;
+}
+
+RegistryChange RegistryChange::dllOverride(const QString& dll, const QString& method) {
+    RegistryChange change;
+    change.m_entries = entry(Overrides, dll, quoted(method));
+    return change;
+}
+
+RegistryChange RegistryChange::noDllOverride(const QString& dll) {
+    RegistryChange change;
+    change.m_entries = entry(Overrides, dll, "-");
     return change;
 }
 

@@ -15,6 +15,8 @@ public:
     static RegistryChange dpi(int dpi);
     static RegistryChange fontReplacement(const QString& font, const QString& replacement);
     static RegistryChange noFontReplacement(const QString& font);
+    static RegistryChange dllOverride(const QString& dll, const QString& method);
+    static RegistryChange noDllOverride(const QString& dll);
     static RegistryChange windowsVersion(const QString& code);
 
     /// Sets a value of any key; texts may hold whatever .reg files can.
