@@ -28,6 +28,8 @@
 #include "shell/Mainwindow.h"
 #include "shell/associations/FileAssosiationsExportDialog.h"
 #include "shell/library/AppLocalView.h"
+#include "shell/library/BottleBackupActions.h"
+#include "shell/library/BottleCopyDialog.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/ProgramGrid.h"
 #include "shell/library/ProgramLibrary.h"
@@ -142,6 +144,39 @@ QList<QWidget*> menu(const Scene& scene) {
 QList<QWidget*> removal(const Scene& scene) {
     RemovalQuestion::ask(*scene.tile(3)->program(), true, scene.window);
     settle(300);
+    return {scene.window, QApplication::activeModalWidget()};
+}
+
+/// A backup as it goes on, and after the service has answered.
+QList<QWidget*> backup(const Scene& scene, const QString& answer) {
+    const QString file = scene.directory + "/Harbour Office 2026-01-02.cellarix-backup";
+    if (answer.isEmpty())
+        scene.service->setHeld("Backup.exportBottle", "{}");
+    else
+        scene.service->setText("Backup.exportBottle", answer);
+    auto* copy = BottleCopy::backUp(*scene.tile(0)->program(), file);
+    auto* dialog = new BottleCopyDialog(copy, scene.window);
+    dialog->open();
+    settle(300);
+    if (answer.isEmpty())
+        scene.service->emitSignal("/com/lumora/Manager/Backup", "com.lumora.Manager.Backup", "copyProgress",
+                                  "sxx", {file, 412000000, 1240000000});
+    settle(500);
+    return {scene.window, dialog};
+}
+
+QList<QWidget*> restoreQuestion(const Scene& scene) {
+    scene.service->setJson("Backup.describeBackup",
+                           QJsonObject{{"ok", true},
+                                       {"programs", QJsonArray{"Harbour Office", "微信", "Ledger"}},
+                                       {"bytes", 1240000000},
+                                       {"created", "2026-01-02T10:00:00Z"}});
+    BottleBackupActions::restore(scene.window);
+    settle(100);
+    auto* chooser = scene.window->findChild<QFileDialog*>("restore_file_dialog");
+    chooser->close();
+    Q_EMIT chooser->fileSelected(scene.directory + "/a.cellarix-backup");
+    settle(800);
     return {scene.window, QApplication::activeModalWidget()};
 }
 
@@ -296,6 +331,16 @@ const struct {
     {"title-menu", 60, titleMenu},
     {"about", 60, about},
     {"removal", 60, removal},
+    {"backup", 60, [](const Scene& scene) { return backup(scene, {}); }},
+    {"backup-done", 60, [](const Scene& scene) { return backup(scene, R"({"ok":true,"bytes":412000000})"); }},
+    {"backup-busy", 60,
+     [](const Scene& scene) { return backup(scene, R"({"ok":false,"busy":["微信","Ledger"]})"); }},
+    {"backup-failed", 60,
+     [](const Scene& scene) {
+         return backup(scene,
+                       R"({"ok":false,"reasons":[{"code":"disk-full","arguments":["/media/stick"]}]})");
+     }},
+    {"restore", 60, restoreQuestion},
     {"removal-running", 60, removalOfRunning},
     {"states", 60, states},
     {"states-menu", 60, failedMenu},

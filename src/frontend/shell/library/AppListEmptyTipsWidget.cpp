@@ -35,6 +35,9 @@ AppListEmptyTipsWidget::AppListEmptyTipsWidget(QWidget* parent) : QWidget(parent
     button->setDefault(true);
     setFocusProxy(button);
     connect(button, &QPushButton::clicked, this, &AppListEmptyTipsWidget::addRequested);
+    auto* restore = new QPushButton(tr("Restore Backup…"));
+    restore->setObjectName("welcome_restorebtn");
+    connect(restore, &QPushButton::clicked, this, &AppListEmptyTipsWidget::restoreRequested);
 
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(Fenk::Tokens::Space16);
@@ -44,5 +47,6 @@ AppListEmptyTipsWidget::AppListEmptyTipsWidget(QWidget* parent) : QWidget(parent
     layout->addWidget(text, 0, Qt::AlignHCenter);
     layout->addSpacing(Fenk::Tokens::Space8);
     layout->addWidget(button, 0, Qt::AlignHCenter);
+    layout->addWidget(restore, 0, Qt::AlignHCenter);
     layout->addStretch(3);
 }

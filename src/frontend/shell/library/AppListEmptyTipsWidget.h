@@ -2,7 +2,8 @@
 
 #include <QWidget>
 
-/// Shown by the library while there is no program: says how to add one and has a button for it.
+/// Shown by the library while there is no program: says how to add one and has buttons for that
+/// and for restoring a backup.
 class AppListEmptyTipsWidget : public QWidget {
     Q_OBJECT
 public:
@@ -10,4 +11,5 @@ public:
 
 Q_SIGNALS:
     void addRequested();
+    void restoreRequested();
 };

@@ -21,6 +21,7 @@
 #include "programs/ProgramIcons.h"
 #include "programs/ProgramRuns.h"
 #include "shell/library/AppListEmptyTipsWidget.h"
+#include "shell/library/BottleBackupActions.h"
 #include "shell/library/LocalAppItemWidget.h"
 #include "shell/library/ProgramGrid.h"
 #include "shell/library/ProgramLibrary.h"
@@ -70,7 +71,12 @@ QWidget* AppLocalView::makeHead() {
     add->setObjectName("applistview_addappbtn");
     add->setAccessibleName("applistview_addappbtn");
     connect(add, &QPushButton::clicked, this, &AppLocalView::slotAddApp);
+    auto* restore = new QPushButton(tr("Restore Backup…"));
+    restore->setObjectName("applistview_restorebtn");
+    connect(restore, &QPushButton::clicked, this, &AppLocalView::onRestoreClicked);
     row->addWidget(m_count, 1);
+    row->addWidget(restore);
+    row->addSpacing(Tokens::Space12);
     row->addWidget(add);
     return head;
 }
@@ -81,6 +87,7 @@ void AppLocalView::makePages() {
     m_found->setObjectName("found_grid");
     m_empty = new AppListEmptyTipsWidget;
     connect(m_empty, &AppListEmptyTipsWidget::addRequested, this, &AppLocalView::slotAddApp);
+    connect(m_empty, &AppListEmptyTipsWidget::restoreRequested, this, &AppLocalView::onRestoreClicked);
     m_nothingFound =
         new ListPlaceholder(QIcon(widgetImage("search_history.png")), tr("Nothing was searched"));
     m_nothingFound->setObjectName("applist_nothing_found");
@@ -219,6 +226,10 @@ void AppLocalView::onAddAppClicked() {
                               .replace(QLatin1String("*.bat"), QLatin1String("*.bat *.EXE *.MSI *.BAT")));
     connect(dialog, &QFileDialog::fileSelected, this, &AppLocalView::openRequested);
     dialog->open();
+}
+
+void AppLocalView::onRestoreClicked() {
+    BottleBackupActions::restore(window());
 }
 
 void AppLocalView::onShowAppsClicked() {

@@ -47,6 +47,7 @@ public Q_SLOTS:
     void slotAppStarsUpdate(const QString& appName, int score);
     void onShowAppsClicked();
     void onAddAppClicked();
+    void onRestoreClicked();
 
 private:
     QWidget* makeHead();

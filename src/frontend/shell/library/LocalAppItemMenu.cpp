@@ -28,6 +28,7 @@ const char* const Words[ProgramMenu::ActionCount] = {
     QT_TRANSLATE_NOOP("LocalAppItemMenu", "Translator"),
     QT_TRANSLATE_NOOP("LocalAppItemMenu", "Packaged apps"),
     QT_TRANSLATE_NOOP("LocalAppItemMenu", "Dump Manifest"),
+    QT_TRANSLATE_NOOP("LocalAppItemMenu", "Back Up…"),
     QT_TRANSLATE_NOOP("LocalAppItemMenu", "Create Desktop Icon"),
     QT_TRANSLATE_NOOP("LocalAppItemMenu", "Feedback"),
     QT_TRANSLATE_NOOP("LocalAppItemMenu", "Delete"),

@@ -27,6 +27,7 @@
 #include "programs/StarRating.h"
 #include "programs/TileName.h"
 #include "shell/associations/FileAssosiationsExportDialog.h"
+#include "shell/library/BottleBackupActions.h"
 #include "shell/library/LocalAppItemMenu.h"
 #include "shell/library/RemovalQuestion.h"
 #include "shell/library/TileIcon.h"
@@ -291,6 +292,7 @@ void LocalAppItemWidget::connectActions() {
     on(Action::QuitAllApps, [bottle] { BottleTasks::killWineServer(bottle()); });
     on(Action::PackagedApps, &Self::onCreatePackageTriggered);
     on(Action::DumpManifest, &Self::onDumpManifestActionTriggered);
+    on(Action::BackUp, [this] { BottleBackupActions::backUp(*program(), window()); });
     on(Action::CreateDesktopIcon, &Self::oncreateDesktopFileAction);
     on(Action::Feedback, &Self::onOpenFeedbackDialogTriggered);
     on(Action::Remove, &Self::onRemoveActionTriggered);

@@ -35,8 +35,8 @@ Layout layoutFor(const QString& bottle) {
     return {{Action::EditDetails, Action::AdvancedDebugging},
             {Action::OpenInTerminal, Action::OpenFolder, Action::OpenDriveC, Action::FileAssociations,
              Action::RegistryEditor, Action::ImportRegistry, Action::InternetSettings, Action::QuitAllApps},
-            {Action::Translator, Action::PackagedApps, Action::DumpManifest, Action::CreateDesktopIcon,
-             Action::Feedback, Action::Remove}};
+            {Action::Translator, Action::PackagedApps, Action::DumpManifest, Action::BackUp,
+             Action::CreateDesktopIcon, Action::Feedback, Action::Remove}};
 }
 
 bool isShown(Action action, const Facts& facts) {

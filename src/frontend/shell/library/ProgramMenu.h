@@ -24,6 +24,7 @@ enum class Action {
     Translator,
     PackagedApps,
     DumpManifest,
+    BackUp,
     CreateDesktopIcon,
     Feedback,
     Remove

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+
+#include "backend/PendingWork.h"
+#include "programs/Program.h"
+
+struct BusResult;
+
+/// A bottle that the service is backing up into a file or restoring from one, asked for by the user. Goes on
+/// without a window, keeps the process running until the end, and deletes itself after finished(). GUI
+/// thread.
+class BottleCopy : public QObject {
+    Q_OBJECT
+public:
+    enum class Kind { BackUp, Restore };
+
+    /// How it ended. Everything for the user, in the user's language.
+    struct Outcome {
+        enum class End { Done, Failed, Cancelled, Busy };
+        End end = End::Failed;
+        QString text;  ///< what was done, or why it was not
+        QString note;  ///< what else to know; may be empty
+    };
+
+    static BottleCopy* backUp(const Program& program, const QString& file);
+    static BottleCopy* restore(const QString& name, const QString& file);
+
+    Kind kind() const { return m_kind; }
+    /// Of the program, or of the restored programs, for texts.
+    QString name() const { return m_name; }
+    QString file() const { return m_file; }
+    void cancel();
+
+    /// The rule of the end, from the service's answer.
+    static Outcome outcomeOf(Kind kind, const QString& name, const QString& file, const BusResult& result);
+
+Q_SIGNALS:
+    /// In bytes; the total is 0 as long as it is not known.
+    void progress(qint64 done, qint64 total);
+    /// Exactly once.
+    void finished(const BottleCopy::Outcome& outcome);
+
+private:
+    BottleCopy(Kind kind, const QString& name, const QString& file);
+    void finish(const BusResult& result);
+
+    Kind m_kind;
+    QString m_name;
+    QString m_file;
+    PendingWork::Hold m_hold;
+};
