@@ -12,10 +12,16 @@ namespace {
 
 using Outcome = BottleCopy::Outcome;
 
+constexpr int MostNames = 5;
+
 QString joined(const QJsonArray& names) {
     QStringList texts;
-    for (const QJsonValue& name : names)
-        texts += name.toString();
+    for (const QJsonValue& name : names) {
+        if (texts.size() == MostNames)
+            texts.last() = QChar(0x2026);
+        else
+            texts += name.toString();
+    }
     return QLocale().createSeparatedList(texts);
 }
 
@@ -75,13 +81,14 @@ Outcome BottleCopy::outcomeOf(Kind kind, const QString& name, const QString& fil
     if (!result.ok || !object["ok"].toBool())
         return failureOf(kind, name, result);
     Outcome outcome{Outcome::End::Done, {}, {}};
-    const int leftOut = object["leftOut"].toArray().size();
+    const QJsonArray leftOut = object["leftOut"].toArray();
     if (kind == Kind::BackUp) {
         outcome.text = tr("%1 is backed up (%2).")
                            .arg(name, TextUtils::readableSize(qint64(object["bytes"].toDouble())));
-        outcome.note = leftOut > 0 ? tr("Links that lead out of the container are not in the file: %1")
-                                         .arg(joined(object["leftOut"].toArray()))
-                                   : QDir::toNativeSeparators(file);
+        outcome.note =
+            leftOut.isEmpty()
+                ? QDir::toNativeSeparators(file)
+                : tr("Links that lead out of the container are not in the file: %1").arg(joined(leftOut));
     } else {
         outcome.text = tr("Back in the library: %1").arg(name);
         if (object["otherWine"].toBool())
