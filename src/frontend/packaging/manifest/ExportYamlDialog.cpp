@@ -36,8 +36,8 @@ ExportYamlDialog::ExportYamlDialog(const QString& bottleName, const QString& pro
     setObjectName("export_yaml_dialog");
     setFixedWidth(Tokens::DialogMaxWidth);
     m_status->setObjectName("export_status");
-    m_status->setWordWrap(true);
-    m_status->hide();
+    m_status->setElided(true);
+    m_status->setFixedHeight(m_status->sizeHint().height());  // nothing moves when a text comes or goes
     addContent(m_rows);
     addContent(m_status);
     addButton(tr("Cancel"));
@@ -129,9 +129,9 @@ void ExportYamlDialog::updateOk() {
 void ExportYamlDialog::showStatus(const QString& text, bool isError) {
     m_status->setText(text);
     m_status->setTextRole(isError ? Theme::Danger : Theme::Secondary);
-    m_status->setVisible(!text.isEmpty());
 }
 
 void ExportYamlDialog::warn(const QString& text) {
-    FloatingMessage::show(this, Theme::icon("dialog-warning"), text);
+    const QIcon icon = Theme::icon("dialog-warning");
+    FloatingMessage::show(this, icon.isNull() ? Theme::icon("fenk-warning") : icon, text);
 }

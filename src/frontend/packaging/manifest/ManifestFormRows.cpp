@@ -71,6 +71,14 @@ public:
     }
 };
 
+void warnOfTemporary(LineEdit* edit) {
+    if (ManifestFormRules::isTemporary(edit->text()))
+        edit->showAlertMessage(translated(
+            QT_TRANSLATE_NOOP("ExportYamlDialog", "This appears to be a temporary URL that may expire")));
+    else
+        edit->hideAlertMessage();
+}
+
 }  // namespace
 
 ManifestFormRows::ManifestFormRows(QWidget* parent) : QWidget(parent) {
@@ -85,7 +93,7 @@ ManifestFormRows::ManifestFormRows(QWidget* parent) : QWidget(parent) {
         // At the height of the first line of whatever stands beside it.
         label->setFixedHeight(Tokens::ControlHeight);
         label->setBuddy(control);
-        grid->addWidget(label, i, 0, Qt::AlignRight | Qt::AlignTop);
+        grid->addWidget(label, i, 0, Qt::AlignTop);
         grid->addWidget(control, i, 1, control == m_logo ? Qt::AlignLeft : Qt::Alignment());
     }
     setFocusProxy(m_fields.first().edit);
@@ -130,8 +138,13 @@ QWidget* ManifestFormRows::makeControl(int row) {
     edit->setPlaceholderText(placeholder);
     if (facts.validator)
         edit->lineEdit()->setValidator(new TrimmingValidator(QRegularExpression(facts.validator), edit));
-    if (facts.value == &ManifestForm::downloadUrl)
-        connect(edit, &LineEdit::textChanged, this, [this, edit] { warnOfTemporary(edit); });
+    if (facts.value == &ManifestForm::downloadUrl) {
+        connect(edit, &LineEdit::textChanged, this, [edit] { warnOfTemporary(edit); });
+        // There is always room for the warning, so that nothing moves when it comes or goes.
+        edit->layout()->setAlignment(Qt::AlignTop);
+        edit->setFixedHeight(Tokens::ControlHeight + Tokens::Space4 +
+                             QFontMetrics(Theme::instance()->font(Theme::Small)).height());
+    }
     connect(edit, &LineEdit::textChanged, this, &ManifestFormRows::changed);
     m_fields.append({edit, facts.value});
     return edit;
@@ -171,12 +184,4 @@ void ManifestFormRows::showLogo() {
     else
         picture = Theme::icon(ProgramRecord::iconFallback()).pixmap(window()->windowHandle(), m_logo->size());
     m_logo->setPixmap(picture);
-}
-
-void ManifestFormRows::warnOfTemporary(LineEdit* edit) {
-    if (ManifestFormRules::isTemporary(edit->text()))
-        edit->showAlertMessage(translated(
-            QT_TRANSLATE_NOOP("ExportYamlDialog", "This appears to be a temporary URL that may expire")));
-    else
-        edit->hideAlertMessage();
 }

@@ -38,7 +38,6 @@ private:
     };
     QWidget* makeControl(int row);
     void showLogo();
-    void warnOfTemporary(Fenk::LineEdit* edit);
 
     QVector<Field> m_fields;
     QLabel* m_logo = nullptr;

@@ -37,7 +37,7 @@ std::optional<ManifestForm> RememberedAnswers::read(const QString& bottlePath) {
         return std::nullopt;
     const auto text = Fenk::RegularFile::read(path, MaximumBytes);
     const QJsonDocument document = QJsonDocument::fromJson(text.value_or(QByteArray()));
-    if (!document.isObject()) {
+    if (!document.isObject() || text->size() > MaximumBytes) {
         qWarning().noquote() << "no answers of an export in" << path;
         return std::nullopt;
     }

@@ -1,0 +1,65 @@
+#include <QSignalSpy>
+#include <QtTest>
+
+#include "component/bottleservice/ServiceFixture.h"
+#include "feedback/client/AliyunGreenApi.h"
+#include "manifest/ManifestReader.h"
+#include "packaging/manifest/ManifestExporter.h"
+#include "store/install/ManifestFacts.h"
+
+/// What a form exports, the installer and the service can read.
+class ManifestReadBackTest : public QObject {
+    Q_OBJECT
+
+    ServiceFixture m_service;
+
+private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_service.start()); }
+
+    void exportsAndReads() {
+        const QString id = "7b1b4b1e-0000-4000-8000-000000000001";
+        m_service.write("bottles/mine/bottle.yml", "Runner: lumora-wine10-stable\nWindows: win10\n");
+        const QString program = R"({"id":"%1","name":"n","path":"C:\\a.exe"})";
+        QCOMPARE(m_service.error("updateExternalProgram", {"mine", program.arg(id)}), QString());
+        const ManifestForm form{"mine",
+                                id,
+                                QString::fromUtf8("海港: #\"办公\""),
+                                "One: line\nand 'another'",
+                                "https://a.example/?b=1&auth_key=2",
+                                "84.5",
+                                "Ann",
+                                "ann@a.example",
+                                "Office"};
+        ManifestExporter exporter(new AliyunGreenApi);
+        QSignalSpy exported(&exporter, &ManifestExporter::exported);
+        exporter.start(form);
+        QVERIFY(exported.wait());
+        const QByteArray text = TestSupport::readFile(exported[0][0].toString());
+
+        QString error;
+        const auto facts = ManifestFacts::read(text, &error);
+        QVERIFY2(facts, qPrintable(error));
+        QCOMPARE(facts->downloadUrl, form.downloadUrl);
+        QCOMPARE(facts->winePackage, QString("lumora-wine10-stable"));
+        const auto [manifest, refusal] = ManifestReader::read(text);
+        QCOMPARE(refusal, QString());
+        QCOMPARE(manifest.name, form.name);
+        QCOMPARE(manifest.introduction, form.introduction);
+        QCOMPARE(manifest.packageSize, form.packageSize);
+        QCOMPARE(manifest.category, form.category);
+        QCOMPARE(manifest.contributor.email, form.contributorEmail);
+        QCOMPARE(manifest.programs.value(0).path, QString("C:\\a.exe"));
+    }
+
+    void refusesUnknownPrograms() {
+        ManifestExporter exporter(new AliyunGreenApi);
+        QSignalSpy failed(&exporter, &ManifestExporter::failed);
+        exporter.start({"mine", "other", "A", "I", "http://a", "1", "C", "c@d.ef", "Office"});
+        QVERIFY(failed.wait());
+        QVERIFY(!failed[0][0].toString().isEmpty());
+        QCOMPARE(exporter.step(), ManifestExporter::Step::Idle);
+    }
+};
+
+QTEST_GUILESS_MAIN(ManifestReadBackTest)
+#include "ManifestReadBackTest.moc"
