@@ -5,6 +5,7 @@
 #include "backend/InBackground.h"
 #include "environment/BottleEnvScript.h"
 #include "launch/LaunchWindows.h"
+#include "packaging/manifest/ExportYamlDialog.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
 
 namespace {
@@ -24,6 +25,8 @@ void prepareProton(QObject* context, const std::function<void()>& then) {
 }  // namespace
 
 void ApplicationWindows::setOpeners() {
-    LaunchWindows::instance().prepareProton = &prepareProton;
-    LaunchWindows::instance().configuration = &LaunchedConfigWindow::open;
+    LaunchWindows& windows = LaunchWindows::instance();
+    windows.prepareProton = &prepareProton;
+    windows.configuration = &LaunchedConfigWindow::open;
+    windows.manifestExport = &ExportYamlDialog::openFor;
 }
