@@ -74,10 +74,14 @@ QJsonObject hardwareInfo() {
             {"mesa", upstreamVersion(packageVersion("libglx-mesa0"))}};
 }
 
+QString machineId() {
+    return contentOf("/etc/machine-id");
+}
+
 QJsonObject machineInfo() {
     static const QJsonObject machine = {{"hardware", hardwareInfo()},
                                         {"os", MachineUtils::osVersion()},
                                         {"arch", MachineUtils::cpuArchitecture()},
-                                        {"machine_id", contentOf("/etc/machine-id")}};
+                                        {"machine_id", machineId()}};
     return machine;
 }

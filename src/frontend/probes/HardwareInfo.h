@@ -9,6 +9,9 @@
 /// {"gpu", "module"}. Starts child processes and waits for each at most 30 s.
 QJsonObject hardwareInfo();
 
+/// The content of /etc/machine-id; empty if unreadable.
+QString machineId();
+
 /// "hardware", "os", "arch" and "machine_id"; collected once per process. The first call takes seconds. May
 /// be called from any thread.
 QJsonObject machineInfo();
