@@ -18,7 +18,7 @@ HttpServer::HttpServer() {
         connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
             static const QRegularExpression length("Content-Length: (\\d+)");
-            const QByteArray request = socket->peek(65536);
+            const QByteArray request = socket->peek(socket->bytesAvailable());
             const int head = request.indexOf("\r\n\r\n") + 4;
             const int wanted = length.match(QString::fromLatin1(request)).captured(1).toInt();
             if (head < 4 || request.size() < head + wanted)
