@@ -1,0 +1,74 @@
+#include "feedback/client/FeedBackApi.h"
+
+#include <QDebug>
+#include <QNetworkAccessManager>
+#include <QTimer>
+
+#include "feedback/client/ReportReply.h"
+#include "net/HttpRequest.h"
+
+namespace {
+constexpr int LongestMs = 5000;
+}
+
+void FeedBackApi::getIssueTypes(QObject* context, const IssueTypesHandler& handler) {
+    const ReportAccess access = ReportAccess::current();
+    if (!access.hasService()) {
+        qInfo("no report service is configured");
+        QTimer::singleShot(0, context, [handler] { handler({}); });
+        return;
+    }
+    send("GET", access.request("/store-common-report/wineAssist/feedback/issueTypeDef"), {}, context,
+         [handler](const ReportReply& reply) {
+             QVector<IssueType> types;
+             for (const QJsonValue& row : reply.datas)
+                 types.append(
+                     {row["id"].toVariant().toString(), row["name"].toString(), row["enName"].toString()});
+             handler(types);
+         });
+}
+
+void FeedBackApi::submitFeedback(const QJsonObject& json, const BottleVersions& versions, QObject* context,
+                                 const SubmitHandler& handler) {
+    submit("/store-common-report/wineAssist/feedback", json, versions, context, handler);
+}
+
+void FeedBackApi::submitAppScore(const AppScoreRequest& score, const BottleVersions& versions,
+                                 QObject* context, const SubmitHandler& handler) {
+    // A null text would be written as the empty one, too; the key is always there.
+    submit("/store-common-report/wineAssist/appScore",
+           {{"appName", score.appName},
+            {"appVersion", score.appVersion},
+            {"score", score.score},
+            {"cfgFileKey", score.cfgFileKey}},
+           versions, context, handler);
+}
+
+void FeedBackApi::submit(const QString& path, const QJsonObject& body, const BottleVersions& versions,
+                         QObject* context, const SubmitHandler& handler) {
+    const ReportAccess access = ReportAccess::current();
+    if (!access.canSign()) {
+        qInfo("no report service is configured");
+        QTimer::singleShot(0, context, [handler, reason = tr("This version cannot send reports.")] {
+            handler(false, reason);
+        });
+        return;
+    }
+    QNetworkRequest request = access.request(path);
+    ReportAccess::addVersions(versions, &request);
+    const QByteArray text = access.signedBody(body, &request);
+    send("POST", request, text, context,
+         [handler](const ReportReply& reply) { handler(reply.ok, reply.ok ? QString() : reply.desc); });
+}
+
+void FeedBackApi::send(const QByteArray& verb, const QNetworkRequest& request, const QByteArray& body,
+                       QObject* context, const ReplyHandler& handler) {
+    auto* network = new QNetworkAccessManager(context);
+    auto* http = new HttpRequest(network, network);
+    http->setLimits({LongestMs, 0});
+    connect(http, &HttpRequest::finished, context, [network, handler](const HttpAnswer& answer) {
+        network->deleteLater();
+        handler(ReportReply::of(answer));
+    });
+    http->send(verb, request, body);
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Copies of the logs that explain a problem with a program, for an archive of bounded size. For any thread.
+namespace LogCollection {
+
+constexpr qint64 MaximumLogBytes = 2097152;        ///< of one log; of a longer one the end is kept
+constexpr qint64 MaximumBytes = 32 * 1024 * 1024;  ///< of all copies; the newest logs come first
+
+struct Sources {
+    QString bottlePath;
+    QString serviceDirectory;      ///< where the background service has its logs
+    QString applicationDirectory;  ///< where this program has its log
+
+    /// Those of this user.
+    static Sources of(const QString& bottlePath);
+};
+
+/// Copies bottle.yml and the logs; links, which may lead anywhere, are left out. Failures are logged.
+void gather(const Sources& sources, const QString& directory);
+
+/// Whether it is a directory of this user and no link: what is to be removed, or lies where others can write.
+bool isOwnDirectory(const QString& path);
+
+/// What a rating brings with it: the bottle's bottle.yml and the files of an own directory. Empty, with a
+/// line in the log, without a bottle.yml.
+QStringList ratingFiles(const QString& bottleName, const QString& bottlePath, const QString& directory);
+
+}  // namespace LogCollection

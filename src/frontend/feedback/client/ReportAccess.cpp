@@ -1,0 +1,73 @@
+#include "feedback/client/ReportAccess.h"
+
+#include <QDebug>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+#include <QUrl>
+
+#include "backend/BottleRecord.h"
+#include "core/base/BuildInfo.h"
+#include "core/base/SettingsStore.h"
+#include "feedback/client/FeedbackDeployment.h"
+#include "feedback/client/ReportSignature.h"
+#include "probes/HardwareInfo.h"
+#include "probes/MachineUtils.h"
+
+namespace {
+
+constexpr int LongestHeader = 512;
+
+/// Texts from a bottle or the system could otherwise begin a header of their own.
+QByteArray headerValue(QString text) {
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control)
+            c = ' ';
+    }
+    return text.trimmed().left(LongestHeader).toUtf8();
+}
+
+QString findSecret() {
+    const QString custom = settingsStore()->getOption("feedback.cfg.secret").toString();
+    const QString secret =
+        custom.isEmpty() ? FeedbackDeployment::decoded(FeedbackDeployment::reportSecret()) : custom;
+    qDebug().noquote() << "Using sec:" << (secret.isEmpty() ? "none" : "***");
+    return secret;
+}
+
+}  // namespace
+
+BottleVersions BottleVersions::of(const QString& bottleName, const QJsonObject& record) {
+    if (record.isEmpty())
+        qWarning().noquote() << "get bottles config failed: " + bottleName;
+    return {BottleRecord::windows(record), {}, BottleRecord::runner(record)};
+}
+
+ReportAccess ReportAccess::current() {
+    static const QString secret = findSecret();
+    const QString custom = settingsStore()->getOption("feedback.cfg.base_url").toString();
+    if (!custom.isEmpty())
+        qInfo().noquote() << "Using custom base url:" << custom;
+    return {custom.isEmpty() ? FeedbackDeployment::reportUrl() : custom, secret};
+}
+
+QNetworkRequest ReportAccess::request(const QString& path) const {
+    QNetworkRequest request(QUrl(baseUrl + path));
+    request.setRawHeader("X-Device-Id", headerValue(machineId()));
+    request.setRawHeader("X-Device-Arch", headerValue(MachineUtils::cpuArchitecture()));
+    request.setRawHeader("X-Client-Ver", headerValue(BuildInfo::version()));
+    request.setRawHeader("X-System-Info", headerValue(MachineUtils::osVersion()));
+    request.setRawHeader("AcceptLanguage", QLocale().name() == "zh_CN" ? "zh_CN" : "en_US");
+    return request;
+}
+
+QByteArray ReportAccess::signedBody(const QJsonObject& body, QNetworkRequest* request) const {
+    request->setHeader(QNetworkRequest::ContentTypeHeader, "application/json");
+    return QJsonDocument(ReportSignature::sign(body, secret)).toJson(QJsonDocument::Compact);
+}
+
+void ReportAccess::addVersions(const BottleVersions& versions, QNetworkRequest* request) {
+    request->setRawHeader("X-Wine-Ver", headerValue(versions.runner));
+    request->setRawHeader("X-Windows-Ver", headerValue(versions.windowsVersion));
+    request->setRawHeader("X-Simulator-Ver", headerValue(versions.emulatorVersion));
+}

@@ -1,0 +1,70 @@
+#include "feedback/client/UploadFilesManager.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+UploadFilesManager::UploadFilesManager() {
+    qRegisterMetaType<UploadFilesTaskStatus>("UploadFilesTaskStatus");
+    m_imagePool.setExpiryTimeout(-1);
+    m_imagePool.setMaxThreadCount(qMax(1, QThread::idealThreadCount() - 1));
+    m_logPool.setExpiryTimeout(-1);
+    m_logPool.setMaxThreadCount(1);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
+        cancelAll();
+        m_imagePool.waitForDone();
+        m_logPool.waitForDone();
+    });
+}
+
+UploadFilesManager::~UploadFilesManager() {
+    cancelAll();
+    m_imagePool.waitForDone();
+    m_logPool.waitForDone();
+    qDeleteAll(m_tasks);
+}
+
+int UploadFilesManager::addTask(const QStringList& filePaths, int fileType) {
+    auto* task = new UploadFilesTask(filePaths, fileType, ReportAccess::current(), ++m_replyCount);
+    m_tasks += task;
+    connect(task, &UploadFilesTask::sigUploadProgress, this, &UploadFilesManager::sigUploadProgress);
+    connect(task, &UploadFilesTask::sigUploadFinished, this,
+            [this, task](UploadFilesTaskStatus status, const QString& path, const QString& key, int count) {
+                onFinished(task);
+                Q_EMIT sigUploadFinished(status, path, key, count);
+            });
+    connect(this, &UploadFilesManager::sigCancelUpload, task, &UploadFilesTask::onCancelUpload);
+    (fileType == UploadFilesTask::Image ? m_imagePool : m_logPool).start(task);
+    return m_replyCount;
+}
+
+void UploadFilesManager::onFinished(UploadFilesTask* task) {
+    m_tasks.removeOne(task);
+    task->deleteLater();
+}
+
+void UploadFilesManager::endIfQueued(UploadFilesTask* task) {
+    if (m_imagePool.tryTake(task) || m_logPool.tryTake(task))
+        task->endUnstarted();
+}
+
+void UploadFilesManager::cancel(int replyCount) {
+    for (UploadFilesTask* task : qAsConst(m_tasks)) {
+        if (task->replyCount() != replyCount)
+            continue;
+        endIfQueued(task);
+        task->onCancelUpload();
+    }
+}
+
+void UploadFilesManager::cancelAll() {
+    for (UploadFilesTask* task : qAsConst(m_tasks))
+        endIfQueued(task);
+    Q_EMIT sigCancelUpload();
+}
+
+QStringList UploadFilesManager::pathsUnderWay() const {
+    QStringList paths;
+    for (const UploadFilesTask* task : m_tasks)
+        paths += task->firstPath();
+    return paths;
+}

@@ -1,0 +1,230 @@
+#include "feedback/client/UploadFilesTask.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+#include <QUuid>
+
+#include "fenk/system/RegularFile.h"
+#include "net/HttpRequest.h"
+
+using Error = HttpAnswer::Error;
+
+namespace {
+
+const char ArchiveSuffix[] = "tar.gz";
+const char Cancelled[] = "cancelled";
+
+/// The query of such an address is as good as a password.
+QString withoutSecrets(const QString& url) {
+    return QUrl(url).toString(QUrl::RemoveQuery | QUrl::RemoveUserInfo);
+}
+
+/// Nothing with an error text: no regular file, unreadable or too large.
+QByteArray readWhole(const QString& path, QString* errorText) {
+    QFile file;
+    if (!Fenk::RegularFile::open(file, path, Fenk::RegularFile::Links::Followed))
+        *errorText = QStringLiteral("cannot be opened");
+    else if (file.size() > UploadFilesTask::MaximumBytes)
+        *errorText = QStringLiteral("is larger than %1 bytes").arg(UploadFilesTask::MaximumBytes);
+    return errorText->isEmpty() ? file.read(UploadFilesTask::MaximumBytes) : QByteArray();
+}
+
+}  // namespace
+
+UploadFilesTask::UploadFilesTask(const QStringList& filePaths, int fileType, const ReportAccess& access,
+                                 int replyCount, QObject* parent)
+    : QObject(parent),
+      m_filePaths(filePaths),
+      m_fileType(fileType),
+      m_access(access),
+      m_replyCount(replyCount) {
+    setAutoDelete(false);
+}
+
+void UploadFilesTask::onCancelUpload() {
+    m_isCancelled = true;
+    Q_EMIT cancelRequested();
+}
+
+void UploadFilesTask::onUploadProgress(qint64 bytesSent, qint64 bytesTotal) {
+    qDebug().noquote() << QString("Upload %1 progress:").arg(firstPath()) << "Sent:" << bytesSent
+                       << "Total:" << bytesTotal;
+    Q_EMIT sigUploadProgress(firstPath(), bytesSent, bytesTotal);
+}
+
+void UploadFilesTask::endUnstarted() {
+    m_isCancelled = true;
+    deliver(Cancelled);
+}
+
+void UploadFilesTask::run() {
+    qInfo("UploadFilesTask started");
+    QString errorText;
+    {
+        QNetworkAccessManager network;
+        errorText = uploadFile(&network);
+    }
+    deliver(errorText);
+}
+
+/// The last that the pool's thread does with this object, which the receiver of the signal may delete.
+void UploadFilesTask::deliver(const QString& errorText) {
+    QMetaObject::invokeMethod(
+        this,
+        [this, errorText] {
+            const bool isGood = errorText.isEmpty();
+            Q_EMIT sigUploadFinished(isGood ? UploadFilesTaskStatus::Success : UploadFilesTaskStatus::Failure,
+                                     firstPath(), isGood ? m_fileKey : errorText, m_replyCount);
+        },
+        Qt::QueuedConnection);
+}
+
+/// These return an error text, empty when all is well.
+QString UploadFilesTask::uploadFile(QNetworkAccessManager* network) {
+    if (const QString errorText = fetchAddress(network); !errorText.isEmpty()) {
+        qWarning().noquote() << "Get file upload address failed" << errorText;
+        return errorText;
+    }
+    qInfo().noquote() << "Get file upload address finished:" << withoutSecrets(m_uploadUrl)
+                      << ", fileKey: " + m_fileKey;
+    return m_fileType == Image ? uploadImage(network) : uploadLogs(network);
+}
+
+QString UploadFilesTask::fetchAddress(QNetworkAccessManager* network) {
+    if (m_fileType != Image && m_fileType != Logs) {
+        qWarning() << "Unknown file type:" << m_fileType;
+        return QStringLiteral("unknown file type");
+    }
+    const QFileInfo file(firstPath());
+    if (m_fileType == Image && !file.isFile()) {
+        qWarning().noquote() << "File not exist:" << firstPath();
+        return QStringLiteral("no such file");
+    }
+    if (!m_access.canSign())
+        return QStringLiteral("no report service is configured");
+    QNetworkRequest request = m_access.request("/store-common-report/file/getUploadInfo");
+    const QByteArray body =
+        m_access.signedBody({{"from", "wineAssist"},
+                             {"type", m_fileType == Image ? "image" : "attach"},
+                             {"fileSuffix", m_fileType == Image ? file.suffix() : ArchiveSuffix}},
+                            &request);
+    const HttpAnswer answer = send(network, "POST", request, body, false);
+    if (answer.error == Error::None)
+        return takeAddress(answer);
+    qWarning().noquote() << "GET network request failed:" << answer.errorText;
+    return answer.errorText;
+}
+
+QString UploadFilesTask::takeAddress(const HttpAnswer& answer) {
+    QJsonParseError error;
+    const QJsonObject reply = QJsonDocument::fromJson(answer.body, &error).object();
+    if (!reply.contains("status") || !reply.value("datas").isArray()) {
+        qWarning().noquote() << "Parse upload address failed" << error.errorString();
+        return QStringLiteral("no address in the answer");
+    }
+    for (const QJsonValue& data : reply.value("datas").toArray()) {
+        if (data["upload_url"].isString())
+            m_uploadUrl = data["upload_url"].toString();
+        if (data["file_key"].isString())
+            m_fileKey = data["file_key"].toString();
+    }
+    const bool isWhole = !m_uploadUrl.isEmpty() && !m_fileKey.isEmpty();
+    return isWhole ? QString() : QStringLiteral("no address in the answer");
+}
+
+QString UploadFilesTask::uploadImage(QNetworkAccessManager* network) {
+    qInfo().noquote() << "Start upload image:" << firstPath();
+    QString errorText;
+    const QByteArray bytes = readWhole(firstPath(), &errorText);
+    if (!errorText.isEmpty()) {
+        qWarning().noquote() << "Open image file failed:" << firstPath() << errorText;
+        return errorText;
+    }
+    errorText = put(network, bytes);
+    if (errorText.isEmpty())
+        qInfo().noquote() << "Upload image succeeded:" << firstPath();
+    else
+        qWarning().noquote() << "Upload image failed:" << firstPath() << errorText;
+    return errorText;
+}
+
+QString UploadFilesTask::uploadLogs(QNetworkAccessManager* network) {
+    qInfo("Start upload log");
+    const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
+    QDir().mkpath(directory);
+    const QString archive =
+        directory + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + '.' + ArchiveSuffix;
+    QString errorText = makeArchive(archive);
+    if (errorText.isEmpty()) {
+        const QByteArray bytes = readWhole(archive, &errorText);
+        if (errorText.isEmpty())
+            errorText = put(network, bytes);
+        else
+            qWarning().noquote() << "Open archive file failed:" << archive << errorText;
+    }
+    const bool isRemoved = QFile::remove(archive);
+    const QString end = errorText.isEmpty() ? QStringLiteral("Upload log succeeded: %1, remove tmp file:")
+                                            : QStringLiteral("Upload log failed: %1, remove tmp file:");
+    qInfo().noquote() << end.arg(firstPath()) << (isRemoved ? "true" : "false") << errorText;
+    return errorText;
+}
+
+/// Its exit code only goes to the log: an archive that lacks a file is better than none.
+QString UploadFilesTask::makeArchive(const QString& archive) {
+    QProcess tar;
+    QEventLoop loop;
+    tar.setStandardOutputFile(QProcess::nullDevice());
+    tar.setStandardErrorFile(QProcess::nullDevice());
+    QObject::connect(&tar, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop,
+                     &QEventLoop::quit);
+    QObject::connect(&tar, &QProcess::errorOccurred, &loop, &QEventLoop::quit);
+    QObject::connect(this, &UploadFilesTask::cancelRequested, &tar, &QProcess::kill);
+    if (!isCancelled()) {
+        tar.start("tar", QStringList{"-zcvf", archive} + m_filePaths);
+        if (tar.state() != QProcess::NotRunning)
+            loop.exec();
+        tar.waitForFinished(-1);
+    }
+    qInfo() << "Compress log files finished:" << tar.exitCode();
+    return isCancelled() ? QString(Cancelled) : QString();
+}
+
+QString UploadFilesTask::put(QNetworkAccessManager* network, const QByteArray& bytes) {
+    const HttpAnswer answer = send(network, "PUT", QNetworkRequest(QUrl(m_uploadUrl)), bytes, true);
+    if (answer.error != Error::None)
+        qWarning().noquote() << "PUT network request failed:" << answer.errorText;
+    return answer.errorText;
+}
+
+HttpAnswer UploadFilesTask::send(QNetworkAccessManager* network, const QByteArray& verb,
+                                 const QNetworkRequest& request, const QByteArray& body, bool showsProgress) {
+    QEventLoop loop;
+    HttpRequest http(network);
+    http.setLimits({m_timeOutMs, 0});
+    HttpAnswer result;
+    bool isFinished = false;
+    QObject::connect(&http, &HttpRequest::finished, &loop, [&](const HttpAnswer& answer) {
+        result = answer;
+        isFinished = true;
+        loop.quit();
+    });
+    if (showsProgress)
+        QObject::connect(&http, &HttpRequest::uploadProgress, &http,
+                         [this](qint64 sent, qint64 total) { onUploadProgress(sent, total); });
+    // Arrives in this thread's loop. A request of before the connection is seen by the flag.
+    QObject::connect(this, &UploadFilesTask::cancelRequested, &http, &HttpRequest::abort);
+    http.send(verb, request, body);
+    if (isCancelled())
+        http.abort();
+    if (!isFinished)
+        loop.exec();
+    return result;
+}
