@@ -12,6 +12,7 @@
 #include "fenk/style/Theme.h"
 #include "fenk/window/Application.h"
 #include "launch/records/AppBootingStateManager.h"
+#include "launch/records/FailedStarts.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "shell/configuration/hints/DebuggingLogsEdit.h"
 #include "shell/configuration/hints/DebuggingLogsView.h"
@@ -48,7 +49,14 @@ class HintsWindowTest : public QObject {
     StandInBottle m_bottle;
     QPointer<BottlesConfigView> m_view;
     QStringList m_opened;
+    QJsonObject m_program;
 
+    void setBottle(const QString& runner) {
+        m_service->setBottle(Bottle, {{"Path", m_bottle.directory()},
+                                      {"Runner", runner},
+                                      {"Parameters", QJsonObject{{"renderer", "gl"}}},
+                                      {"External_Programs", QJsonObject{{Id, m_program}}}});
+    }
     void open() {
         m_view = new BottlesConfigView;
         QSignalSpy loaded(m_view, &BottlesConfigView::bottlesLoaded);
@@ -141,10 +149,8 @@ private Q_SLOTS:
         QDir(m_bottle.directory()).mkdir("dosdevices");
         QDir(m_bottle.directory()).mkdir("logs");
         QVERIFY(QFile::link("../drive_c", m_bottle.directory() + "/dosdevices/c:"));
-        m_service->setBottle(Bottle, {{"Path", m_bottle.directory()},
-                                      {"Runner", "wine"},
-                                      {"Parameters", QJsonObject{{"renderer", "gl"}}},
-                                      {"External_Programs", QJsonObject{{Id, program}}}});
+        m_program = program;
+        setBottle("wine");
     }
     void cleanup() {
         m_bottle.write("close", "");
@@ -237,6 +243,27 @@ private Q_SLOTS:
         QTEST(!hints()->page().contains(NotComeUp), "isExpected");
     }
 
+    void brokenSteamRuntimeIsEnded_data() {
+        const Table<bool, QString> row("isThere", "log");
+        row("not there", false, "Kill steam runtime failed");
+        row("there", true, "Kill steam runtime success");
+    }
+    void brokenSteamRuntimeIsEnded() {
+        QFETCH(bool, isThere);
+        QFETCH(QString, log);
+        const LogCapture messages;
+        if (isThere)
+            QVERIFY(m_service->takeName("com.lumora.SteamRuntimeService"));
+        setBottle("ge-proton9");
+        m_bottle.write("log1", "python3: error while loading shared libraries: libx.so\n");
+        open();
+        run();
+        waitForEnd();
+        QTRY_VERIFY2(messages.contains(log), qPrintable(messages.text()));
+        QCOMPARE(m_service->calls("Terminate").size(), int(isThere));
+        QTRY_COMPARE(hints()->page().contains("Killed broken steam runtime"), isThere);
+    }
+
     void stopEndsTheRun() {
         m_bottle.write("program", "wait_for never");
         m_bottle.write("log1", "0024:fixme:a\n");
@@ -257,6 +284,7 @@ private Q_SLOTS:
         QTRY_VERIFY(hints()->page().contains("simsun.ttc"));
         QTRY_VERIFY(lines().contains("0024:err:seen before"));
         m_bottle.write("logs/wine-notes.exe.txt", "0024:fixme:a\n");
+        FailedStarts::instance()->mark(Bottle, Id, {"No window came up.", {}});
         LaunchedConfigWindow::open({Bottle, Id}, LaunchWindows::ConfigMode::Debugging, nullptr);
         QTRY_VERIFY(hints()->page().contains(NotComeUp));
     }

@@ -31,7 +31,7 @@ QVariant typed(QChar type, const QJsonValue& value) {
 }  // namespace
 
 FakeService::FakeService(const QDBusConnection& connection) : m_connection(connection) {
-    for (const char* path : {"/com/lumora/Manager", "/org/freedesktop", "/com/home"})
+    for (const char* path : {"/com/lumora/Manager", "/org/freedesktop", "/com/home", "/com/steampowered"})
         m_connection.registerVirtualObject(path, this, QDBusConnection::SubPath);
 }
 

@@ -104,11 +104,8 @@ void BottlesConfigView::slotstoggleLogsView() {
 }
 
 void BottlesConfigView::explainFailure() {
-    m_findings->explainFailure();
-    if (m_logs->isHidden())
-        showLogs();
-    else
-        m_findings->showLast();
+    showLogs();
+    m_findings->readAgain();
 }
 
 void BottlesConfigView::slotsAppendLogs(const QString& line) {

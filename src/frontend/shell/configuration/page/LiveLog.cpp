@@ -14,7 +14,7 @@ constexpr int LinesAtOnce = 1000;
 
 QVector<LiveLogLine> shownOf(const QStringList& lines) {
     QVector<LiveLogLine> shown;
-    for (auto line = lines.crbegin(); line != lines.crend() && shown.size() < LiveLog::MaxLines; ++line) {
+    for (auto line = lines.crbegin(); line != lines.crend() && shown.size() < DebugLog::MaxLines; ++line) {
         const DebugLog::Kind kind = DebugLog::kindOf(*line);
         if (kind != DebugLog::Kind::Dropped)
             shown.append({line->trimmed(), kind == DebugLog::Kind::Error});

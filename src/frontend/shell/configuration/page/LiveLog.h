@@ -13,13 +13,12 @@ struct LiveLogLine {
 };
 
 /// Makes lines of what a debugging run prints, in a thread of its own, and leaves out those that only trace
-/// calls (see DebugLog). Lines come a few at a time; of what has come meanwhile only the newest MaxLines
-/// count, so that a flood of them neither takes memory nor stops the window. GUI thread; one for each run.
+/// calls (see DebugLog). Lines come a few at a time; of what has come meanwhile only the newest lines count,
+/// as many as the pane keeps, so that a flood of them neither takes memory nor stops the window. GUI thread;
+/// one for each run.
 class LiveLog : public QObject {
     Q_OBJECT
 public:
-    static constexpr int MaxLines = 20000;  ///< as many as the pane keeps
-
     explicit LiveLog(QObject* parent);
     /// Waits for the batch under way, which takes milliseconds.
     ~LiveLog() override;

@@ -10,6 +10,7 @@
 #include "backend/ProgramRecord.h"
 #include "fenk/system/RegularFile.h"
 #include "launch/records/AppBootingStateManager.h"
+#include "launch/records/FailedStarts.h"
 #include "shell/configuration/page/BottlePrograms.h"
 #include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
@@ -64,7 +65,6 @@ ProgramFindings::ProgramFindings(const Parts& parts, QObject* parent) : QObject(
 void ProgramFindings::onRunStarted(const QString& programId) {
     m_search.cancel();
     delete std::exchange(m_lastLog, nullptr);
-    m_hasFailed = false;
     m_hasLaunchResult = false;
     m_shownProgram = programId;
     m_parts.frame->clear();
@@ -75,9 +75,9 @@ void ProgramFindings::showLast() {
     onCurrentChanged();
 }
 
-void ProgramFindings::explainFailure() {
-    m_hasFailed = true;
+void ProgramFindings::readAgain() {
     m_shownProgram.clear();
+    showLast();
 }
 
 void ProgramFindings::onCurrentChanged() {
@@ -107,8 +107,7 @@ void ProgramFindings::readLast(const QString& programId, const QString& logPath)
             log->add(bytes);
             log->end();
         });
-    // Nobody has seen how a run before this window went, except that a failed launch has opened it.
-    look(programId, logPath, !m_hasFailed);
+    look(programId, logPath, !FailedStarts::instance()->find(m_parts.settings->bottle(), programId));
 }
 
 void ProgramFindings::look(const QString& programId, const QString& logPath, bool hasLaunchResult) {

@@ -28,8 +28,8 @@ public:
 
     /// The pane is visible now. Until then no log is read.
     void showLast();
-    /// The window was opened because of a failed launch: the hints are about that.
-    void explainFailure();
+    /// The last log is another one than before.
+    void readAgain();
 
 private:
     void onRunStarted(const QString& programId);
@@ -42,6 +42,5 @@ private:
     LiveLog* m_lastLog = nullptr;
     QString m_shownProgram;          ///< the program whose log the pane shows
     bool m_isShown = false;          ///< showLast() was called
-    bool m_hasFailed = false;        ///< the launch before this window
     bool m_hasLaunchResult = false;  ///< of the current program since the run began
 };

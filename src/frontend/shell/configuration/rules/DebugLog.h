@@ -5,6 +5,8 @@
 /// What the log pane shows of the lines that a debugging run prints.
 namespace DebugLog {
 
+constexpr int MaxLines = 20000;  ///< that the pane keeps
+
 enum class Kind { Dropped, Plain, Error };
 
 /// Of a line without escape sequences.
