@@ -12,6 +12,7 @@
 #include "shell/configuration/hints/DebuggingLogsView.h"
 #include "shell/configuration/page/BottlesConfigView.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
+#include "support/AccessibleTree.h"
 #include "support/Table.h"
 #include "support/WindowFinder.h"
 
@@ -67,6 +68,7 @@ private Q_SLOTS:
         if (QStandardPaths::findExecutable("wine").isEmpty() || sample("window").isEmpty())
             QSKIP("Wine or the Windows compiler is not on this machine");
         QApplication::setQuitOnLastWindowClosed(false);
+        InstalledApp::acceptAgreement();
         QVERIFY(bottlesJson("createBottles", {Bottle, ""})["ok"].toBool());
     }
     void cleanup() { delete m_view; }
@@ -104,6 +106,21 @@ private Q_SLOTS:
         QTRY_VERIFY(frame()->hints()->toPlainText().contains("Missing fonts has been fixed"));
         const QString path = bottlesJson("get", {Bottle}).object()["Path"].toString();
         QVERIFY(QFileInfo(path + "/drive_c/windows/Fonts/simsun.ttc").isSymLink());
+    }
+
+    /// The banner of a failed launch leads to the same hints.
+    void bannerLeadsToTheHints() {
+        const QTemporaryDir directory;
+        const QString file = sampleAs("needs_sqlite3", directory.path(), "needy.exe");
+        InstalledApp app({file}, {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"});
+        QVERIFY2(app.waitForLog("show failed", LongMs), qPrintable(app.log()));
+        const AccessibleTree tree;
+        QVERIFY(tree.press("repair_debug_btn"));
+        const WindowInfo window = m_windows.waitForTitle("Configuration of needy", LongMs);
+        QVERIFY2(window.id, qPrintable(app.log()));
+        QTRY_VERIFY2_WITH_TIMEOUT(tree.names().contains("What you can try"), qPrintable(app.log()), LongMs);
+        QVERIFY(m_windows.close(window.id));
+        QCOMPARE(app.waitForExit(), 0);
     }
 };
 

@@ -28,8 +28,8 @@ public:
     static void acceptAgreement();
 
 private:
+    QString m_log;  ///< outlives the process, which is read until its end
     ChildProcess m_process;
-    QString m_log;
 };
 
 /// A built Windows sample ("window", "console", ...), 64 or 32 bit. Empty when its compiler was missing or
