@@ -180,6 +180,28 @@ private Q_SLOTS:
         QCOMPARE(edit->text(), QString(link.startsWith("component") ? "dotnet48" : ""));
     }
 
+    void linksAreFollowedByKeys() {
+        open();
+        QLineEdit* edit = componentSearch();
+        showAllHints();
+        hints()->setFocus();
+        for (int i = 0; i < 2; ++i)
+            QTest::keyClick(hints(), Qt::Key_Tab);
+        QTest::keyClick(hints(), Qt::Key_Return);
+        QTRY_COMPARE(edit->text(), QString("mono9"));
+        QVERIFY(m_view->isVisible());
+    }
+
+    void logIsBounded() {
+        open();
+        m_view->showLogs();
+        frame()->append(QVector<LiveLogLine>(DebugLog::MaxLines + 7, {"x", false}));
+        QCOMPARE(frame()->log()->store().lineCount(), DebugLog::MaxLines);
+        QTRY_VERIFY(find("dropped_lines")->isVisible());
+        m_view->slotsAppendLogs("y");
+        QCOMPARE(frame()->log()->store().droppedLines(), 8);
+    }
+
     void fontsAreFixed() {
         open();
         showAllHints();

@@ -50,6 +50,7 @@ public:
 
 Q_SIGNALS:
     void bottlesLoaded();
+    // For rooms above that reset or package a bottle; no control of the window asks for either.
     void resetBottles();
     void startPackageBottle(const QString& bottleName);
     void closed();

@@ -99,8 +99,6 @@ void ConfigPages::showMatches(int number, const QString& text) {
     if (!shown)
         return;
     showPage(number);
-    const QSignalBlocker blocker(m_search);
-    m_search->setText(text);
     filterPage(shown, text);
 }
 
