@@ -432,6 +432,9 @@ private Q_SLOTS:
         const Table<int> row("page");
         row("basic", BottlesConfigView::Basic);
         row("parameters", BottlesConfigView::WineParameter);
+        row("libraries", BottlesConfigView::DllOverride);
+        row("fonts", BottlesConfigView::FontReplacement);
+        row("components", BottlesConfigView::Components);
         row("tools", BottlesConfigView::DebuggingTools);
     }
     void keysReachEverything() {

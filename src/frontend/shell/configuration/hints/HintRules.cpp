@@ -2,7 +2,6 @@
 
 #include "core/base/WineNames.h"
 #include "launch/winelog/LogParseRule.h"
-#include "shell/configuration/parameters/LogChannels.h"
 
 namespace {
 
@@ -53,5 +52,5 @@ QVector<Hint> HintRules::of(const HintFacts& facts) {
 }
 
 bool HintRules::isSteamRuntimeBroken(const HintFacts& facts) {
-    return LogChannels::isProtonVersion(facts.runner) && (facts.findings & LogBrokenSteamRuntime);
+    return WineNames::isGeProton(facts.runner) && (facts.findings & LogBrokenSteamRuntime);
 }

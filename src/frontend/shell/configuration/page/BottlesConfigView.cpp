@@ -10,6 +10,7 @@
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ProgramRecord.h"
+#include "core/base/WineNames.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
@@ -39,7 +40,6 @@
 #include "shell/configuration/page/TablePages.h"
 #include "shell/configuration/page/ToolsPage.h"
 #include "shell/configuration/page/UndoBar.h"
-#include "shell/configuration/parameters/LogChannels.h"
 #include "shell/configuration/parameters/WineParamsCfgWidget.h"
 #include "shell/configuration/rules/SettingTable.h"
 
@@ -231,7 +231,7 @@ void BottlesConfigView::startRun(bool inTerminal) {
 }
 
 void BottlesConfigView::choose(Setting setting, const QVariant& value) {
-    if (setting != Setting::Runner || !LogChannels::isProtonVersion(value.toString())) {
+    if (setting != Setting::Runner || !WineNames::isGeProton(value.toString())) {
         m_settings->choose(setting, value);
         return;
     }

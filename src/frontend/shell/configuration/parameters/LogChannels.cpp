@@ -54,10 +54,6 @@ QString withEntry(const QString& stored, int entry) {
     return all.join(',');
 }
 
-bool isProtonVersion(const QString& wine) {
-    return WineNames::isGeProton(wine);
-}
-
 QString environment(const QString& channels, const QString& wine) {
     QString text = "WINEDEBUG=" + (channels.isEmpty() ? WineNames::launchDebugChannels() : channels);
     if (WineNames::isGeProton(wine))

@@ -16,9 +16,6 @@ QString channels(int entry);
 /// entry that does not exist.
 QString withEntry(const QString& stored, int entry);
 
-/// Whether a shown Wine version is a Proton runner.
-bool isProtonVersion(const QString& wine);
-
 /// "WINEDEBUG=..." for a debugging run with this Wine version.
 QString environment(const QString& channels, const QString& wine);
 
