@@ -54,6 +54,8 @@ class TablesTest : public QObject {
         return m_view->findChild<Widget*>(name);
     }
     QJsonObject list(const QString& method) const { return bottlesJson(method, {Bottle}).object(); }
+    /// The registry has no change that is not done yet.
+    bool isWritten() const { return !bottlesJson("get", {Bottle}).object().contains("Pending_Registry"); }
     void setMethod(int row, int method) {
         auto* table = find<DllOverrideListView>("dlloverride_listview");
         table->setCurrentIndex(table->rows()->index(row, 1));
@@ -77,7 +79,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(m_folder));
         const QString probe = sample("probe");
         QVERIFY(QFile::copy(probe, m_folder + "/probe.exe") &&
-                QFile::copy(probe, m_folder + "/AppUpdater.exe"));
+                QFile::copy(probe, m_folder + "/App Updater.exe"));
         QVERIFY(QFile::copy(QFileInfo(probe).path() + "/sqlite3.dll", m_folder + "/d3d8.dll"));
         QVERIFY(service
                     ->updateExternalProgram(Bottle, {{"id", "0f9d1e2c-1111-4222-8333-444455556666"},
@@ -119,15 +121,17 @@ private Q_SLOTS:
     }
 
     void updaters() {
-        QVERIFY(!probe("AppUpdater.exe", "dll", "d3d8.dll").isEmpty());
+        QVERIFY(!probe("App Updater.exe", "dll", "d3d8.dll").isEmpty());
         find<QPushButton>("dlloverride_scanbtn")->menu()->actions().last()->trigger();
         QTRY_VERIFY(find<Fenk::Dialog>("scan_dialog"));
         QTest::mouseClick(find<Fenk::Dialog>("scan_dialog")->button(1), Qt::LeftButton);
-        QTRY_VERIFY(list("listDllOverrides").contains("appupdater.exe"));
-        QCOMPARE(probe("AppUpdater.exe", "dll", "d3d8.dll"), QString());
+        QTRY_VERIFY_WITH_TIMEOUT(list("listDllOverrides").contains("app updater.exe") && isWritten(),
+                                 LimitMs);
+        QCOMPARE(probe("App Updater.exe", "dll", "d3d8.dll"), QString());
         QTest::mouseClick(find<QAbstractButton>("undo_btn"), Qt::LeftButton);
-        QTRY_VERIFY(!list("listDllOverrides").contains("appupdater.exe"));
-        QVERIFY(!probe("AppUpdater.exe", "dll", "d3d8.dll").isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!list("listDllOverrides").contains("app updater.exe") && isWritten(),
+                                 LimitMs);
+        QVERIFY(!probe("App Updater.exe", "dll", "d3d8.dll").isEmpty());
     }
 
     void fonts() {
@@ -138,16 +142,12 @@ private Q_SLOTS:
         find<QComboBox>("windows_font_combobox")->setEditText("Segoe UI");
         find<QComboBox>("linux_font_combobox")->setEditText("DejaVu Serif");
         QTest::mouseClick(find<QAbstractButton>("ok_btn"), Qt::LeftButton);
-        // The change of the registry is done when the file has no pending one.
-        const auto isDone = [] {
-            return !bottlesJson("get", {Bottle}).object().contains("Pending_Registry");
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").contains("Segoe UI") && isDone(), LimitMs);
+        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").contains("Segoe UI") && isWritten(), LimitMs);
         QCOMPARE(size("Segoe UI"), serif);
         auto* table = find<FontReplacementListView>("fontreplacement_listview");
         table->selectRow(0);
         QTest::keyClick(table, Qt::Key_Delete);
-        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").isEmpty() && isDone(), LimitMs);
+        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").isEmpty() && isWritten(), LimitMs);
         QCOMPARE(size("Segoe UI"), before);
     }
 };

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QSpinBox>
+#include <QStandardItemModel>
 #include <QWheelEvent>
 
 #include "fenk/controls/FloatingMessage.h"
@@ -22,6 +23,7 @@
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
 #include "support/EnvironmentGuard.h"
+#include "shell/configuration/tables/BottleTable.h"
 #include "support/FakeBottleService.h"
 #include "support/KeyWalk.h"
 #include "support/PrivateBus.h"
@@ -455,6 +457,32 @@ private Q_SLOTS:
                 nameless << widget->metaObject()->className() + QString(" ") + widget->objectName();
         }
         QCOMPARE(nameless.join(", "), QString());
+    }
+
+    void tablesAreReadFirst() {
+        m_service->setAnswers("listDllOverrides",
+                              {{{"error", "no"}, {"hold", true}}, {{"text", R"({"a": "n"})"}}});
+        setBottle({"a"});
+        m_view = new BottlesConfigView;
+        m_view->loadBottle("office");
+        m_service->waitForCall("listDllOverrides");
+        QVERIFY(m_service->calls("get").isEmpty());
+        QVERIFY(m_service->calls().first().method == "listFontReplacements");
+        QSignalSpy loaded(m_view, &BottlesConfigView::bottlesLoaded);
+        m_service->release();
+        QTRY_COMPARE(loaded.count(), 1);
+        // The service says more when the window reads anew; a step in a table is offered to be taken back.
+        m_view->setLoading(true);
+        m_view->setLoading(false);
+        auto* table = find<BottleTable>("dlloverride_listview");
+        QTRY_COMPARE(table->rows()->rowCount(), 1);
+        m_view->onConfigurePageToggled(BottlesConfigView::DllOverride);
+        table->selectRow(0);
+        QTest::keyClick(table, Qt::Key_Delete);
+        find<QAbstractButton>("undo_btn")->click();
+        m_service->waitForCall("updateDllOverride", 2);
+        QCOMPARE(m_service->calls("updateDllOverride").last().arguments,
+                 QJsonArray({"office", "a", "n", false}));
     }
 
     void filesAreDropped() {
