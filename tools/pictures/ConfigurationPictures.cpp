@@ -256,6 +256,17 @@ QList<QWidget*> fontDialog(const Scene& scene) {
     return {scene.view, scene.view->findChild<QWidget*>("fontreplacement_add_dialog")};
 }
 
+QList<QWidget*> fontChoice(const Scene& scene) {
+    BottleTable* table = fontTable(scene);
+    table->selectRow(1);
+    table->openMenu(table->mapToGlobal({200, 60}), false);
+    auto* menu = table->findChild<QMenu*>("table_menu");
+    menu->actions().first()->trigger();
+    menu->close();
+    settle(500);
+    return {scene.view, table->findChild<QWidget*>("replacement_dialog")};
+}
+
 QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
     const QTemporaryDir directory;
     FakeBottleService service;
@@ -324,7 +335,8 @@ int main(int argc, char** argv) {
                   {"fonts-menu", fontsMenu},
                   {"font-dialog", fontDialog},
                   {"parameters", parameters},
-                  {"proton", proton}};
+                  {"proton", proton},
+                  {"font-choice", fontChoice}};
     QVector<PictureState> pictures;
     for (const auto& state : states)
         pictures.append({state.name, [&state] { return paint(state.windows); }});

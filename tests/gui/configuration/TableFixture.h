@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QMenu>
 #include <QPointer>
+#include <QRandomGenerator>
 #include <QStandardItemModel>
 #include <QtTest>
 
@@ -38,7 +39,6 @@ public:
         table->load();
         return QTest::qWaitForWindowActive(&page) && (loaded.count() || loaded.wait());
     }
-    QString cell(int row, int column) const { return table->rows()->item(row, column)->text(); }
     /// "name=value" by row, as shown.
     QStringList shown() const {
         QStringList lines;
@@ -67,10 +67,19 @@ public:
         QTest::keyClick(combo, last);
         QTRY_VERIFY(!editor());
     }
+    /// Adds a row by key and types its first cell.
+    void add(const QString& text) {
+        QTest::keyClick(table, Qt::Key_Insert);
+        type(text);
+    }
+    void remove(const QStringList& names) {
+        choose(names);
+        QTest::keyClick(table, Qt::Key_Delete);
+    }
     void choose(const QStringList& names) {
         table->clearSelection();
         for (int row = 0; row < table->rows()->rowCount(); ++row) {
-            if (names.contains(cell(row, 0)))
+            if (names.contains(table->rows()->item(row, 0)->text()))
                 table->selectionModel()->select(table->rows()->index(row, 0),
                                                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
         }
@@ -93,18 +102,37 @@ public:
         }
         delete table->template findChild<QMenu*>("table_menu");
     }
-    /// "argument|argument" of each change; without the bottle's name.
-    QStringList changes(const QStringList& methods) {
+    /// Each change that the service was told, "name=value" or "-name" for a removal.
+    QStringList changes() {
         QStringList lines;
         for (const TestSupport::RecordedCall& call : service.calls()) {
-            if (!methods.contains(call.method))
-                continue;
-            QStringList words;
-            for (const QVariant& argument : call.arguments.toVariantList().mid(1))
-                words << argument.toString();
-            lines << (methods.size() > 1 ? call.method + '|' : QString()) + words.join('|');
+            const QVariantList words = call.arguments.toVariantList();
+            const bool isDll = call.method == "updateDllOverride";
+            if (call.method == "removeFontReplacement" || (isDll && words[3].toBool()))
+                lines << '-' + words[1].toString() + words.value(2).toString();
+            else if (isDll || call.method == "addFontReplacements")
+                lines << words[1].toString() + '=' + words[2].toString();
         }
         return lines;
+    }
+    /// What the changes make of the list.
+    TableRows replayed(const QJsonObject& list) {
+        TableRows rows = TableDifference::rowsOf(list);
+        for (const QString& change : changes()) {
+            if (change.startsWith('-'))
+                rows.remove(change.mid(1));
+            else
+                rows[change.section('=', 0, 0)] = change.section('=', 1);
+        }
+        return rows;
+    }
+
+    /// Does 300 of the actions, which get the number of a row; the first three need none.
+    void play(QRandomGenerator* random, const std::function<void(int)> (&actions)[6]) {
+        for (int i = 0; i < 300; ++i) {
+            const int count = table->rows()->rowCount();
+            actions[random->bounded(count > 0 ? 6 : 3)](random->bounded(qMax(count, 1)));
+        }
     }
 
     TestSupport::FakeBottleService service;

@@ -13,6 +13,8 @@
 namespace {
 /// What the service has in this row and column; empty for a row that it does not have.
 constexpr int SentRole = Qt::UserRole + 1;
+
+constexpr QSize FontDialogSize(640, 560);
 }  // namespace
 
 FontReplacementListView::FontReplacementListView(QWidget* parent)
@@ -151,6 +153,8 @@ void FontReplacementListView::chooseReplacement() {
     auto* dialog = new QFontDialog(QFont(text(selected.first(), 1)), this);
     dialog->setObjectName("replacement_dialog");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(tr("Choose the replacement"));
+    dialog->resize(FontDialogSize);
     connect(dialog, &QFontDialog::fontSelected, this,
             [this](const QFont& font) { replaceBy(font.family()); });
     dialog->open();
