@@ -5,6 +5,7 @@
 namespace {
 
 constexpr int ErrorLevel = 1;
+constexpr int NotKnown = -1;
 constexpr int ChannelWithin = 40;  ///< bytes; time, process and thread stand before the channel's class
 constexpr int MaxUtf8Bytes = 4;    ///< of one character
 
@@ -29,13 +30,15 @@ void cutToLimit(QByteArray* line) {
 }
 
 QString timeText(int milliseconds) {
+    if (milliseconds == NotKnown)
+        return {};
     return QTime::fromMSecsSinceStartOfDay(milliseconds).toString("HH:mm:ss");
 }
 
 }  // namespace
 
 void LogStore::append(const QString& text, int level, const QTime& time) {
-    const int now = time.msecsSinceStartOfDay();
+    const int now = time.isValid() ? time.msecsSinceStartOfDay() : NotKnown;
     if (std::none_of(text.begin(), text.end(), endsLine)) {
         appendLine(text.toUtf8(), now, level);
         return;
@@ -89,14 +92,15 @@ QString LogStore::longestLine() const {
 QByteArray LogStore::allLines() const {
     QByteArray result;
     result.reserve(int(m_bytes));
-    int second = -1;
+    int second = NotKnown;
     QByteArray time;
     for (const Line& line : m_lines) {
-        if (line.time / 1000 != second) {  // making the text of a time takes longer than all the rest
-            second = line.time / 1000;
-            time = timeText(line.time).toUtf8();
+        const int ofLine = line.time == NotKnown ? NotKnown : line.time / 1000;
+        if (ofLine != second) {  // making the text of a time takes longer than all the rest
+            second = ofLine;
+            time = line.time == NotKnown ? QByteArray() : timeText(line.time).toUtf8() + ' ';
         }
-        result += time + ' ' + line.text + '\n';
+        result += time + line.text + '\n';
     }
     return result;
 }

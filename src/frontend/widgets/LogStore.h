@@ -17,7 +17,8 @@ public:
 
     explicit LogStore(int maxLines = MaxLines) : m_maxLines(maxLines) {}
 
-    /// `level` 1 is an error line, 3 an ordinary one. A text of several lines becomes as many lines.
+    /// An invalid time means that it is not known. `level` 1 is an error line, 3 an ordinary one. A text of
+    /// several lines becomes as many lines.
     void append(const QString& text, int level, const QTime& now = QTime::currentTime());
 
     int maxLines() const { return m_maxLines; }
@@ -29,20 +30,20 @@ public:
     QString text(int line) const { return QString::fromUtf8(m_lines[size_t(line)].text); }
     /// Not for the error lines that Wine itself calls a fixme, a warning or a trace.
     bool isError(int line) const;
-    /// "HH:mm:ss"
+    /// "HH:mm:ss", or empty.
     QString timeOf(int line) const;
 
     /// The newest lines, oldest first, without their times.
     QStringList lastLines(int count) const;
     /// The text with the most bytes.
     QString longestLine() const;
-    /// Every line with its time.
+    /// Every line with its time, where that is known.
     QByteArray allLines() const;
 
 private:
     struct Line {
         QByteArray text;  ///< UTF-8, half of what a QString takes
-        int time;         ///< milliseconds since midnight
+        int time;         ///< milliseconds since midnight; -1: not known
         int level;
     };
 

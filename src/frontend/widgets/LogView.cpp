@@ -116,11 +116,10 @@ void LogView::scrollToValue(int value) {
     arrange();
 }
 
-void LogView::appendLines(const QVector<NewLine>& lines) {
+void LogView::appendLines(const QVector<NewLine>& lines, const QTime& time) {
     const qint64 dropped = m_store.droppedLines();
-    const QTime now = QTime::currentTime();
     for (const NewLine& line : lines)
-        m_store.append(line.text, line.level, now);
+        m_store.append(line.text, line.level, time);
     if (m_store.droppedLines() > dropped)
         forgetDropped(int(m_store.droppedLines() - dropped));
     if (isVisible() && !m_showTimer.isActive())

@@ -34,7 +34,7 @@ public:
 
     /// Shown within 50 ms; kept only, while the view is hidden.
     void appendLine(const QString& text, int level) { appendLines({NewLine{text, level}}); }
-    void appendLines(const QVector<NewLine>& lines);
+    void appendLines(const QVector<NewLine>& lines, const QTime& time = QTime::currentTime());
 
     const LogStore& store() const { return m_store; }
     const std::vector<ShownLine>& shownLines() const { return m_shown; }

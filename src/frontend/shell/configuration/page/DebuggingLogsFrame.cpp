@@ -90,13 +90,13 @@ QWidget* DebuggingLogsFrame::makeHintsPart() {
     return m_hintsPart;
 }
 
-void DebuggingLogsFrame::append(const QVector<LiveLogLine>& lines) {
+void DebuggingLogsFrame::addLines(const QVector<LiveLogLine>& lines, const QTime& time) {
     QVector<LogView::NewLine> newLines;
     newLines.reserve(lines.size());
     for (const LiveLogLine& line : lines)
         newLines.append({line.text, line.isError ? ErrorLine : PlainLine});
     m_pages->setCurrentWidget(m_log);
-    m_log->appendLines(newLines);
+    m_log->appendLines(newLines, time);
 }
 
 void DebuggingLogsFrame::clear() {

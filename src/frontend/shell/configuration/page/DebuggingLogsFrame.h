@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTime>
 #include <QWidget>
 
 #include "shell/configuration/hints/HintRules.h"
@@ -22,7 +23,9 @@ public:
 
     DebuggingLogsEdit* log() const { return m_log; }
     DebuggingLogsView* hints() const { return m_hints; }
-    void append(const QVector<LiveLogLine>& lines);
+    void append(const QVector<LiveLogLine>& lines) { addLines(lines, QTime::currentTime()); }
+    /// Lines of an earlier run: when they were printed is not known.
+    void appendEarlier(const QVector<LiveLogLine>& lines) { addLines(lines, {}); }
     /// Drops lines and hints.
     void clear();
 
@@ -35,6 +38,7 @@ Q_SIGNALS:
     void anchorClicked(const QUrl& anchor);
 
 private:
+    void addLines(const QVector<LiveLogLine>& lines, const QTime& time);
     QWidget* makeLogPart();
     QWidget* makeHintsPart();
 

@@ -11,6 +11,7 @@
 #include "fenk/system/RegularFile.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/records/FailedStarts.h"
+#include "programs/ProgramRuns.h"
 #include "shell/configuration/page/BottlePrograms.h"
 #include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
@@ -100,14 +101,16 @@ void ProgramFindings::onCurrentChanged() {
 
 void ProgramFindings::readLast(const QString& programId, const QString& logPath) {
     m_lastLog = new LiveLog(this);
-    connect(m_lastLog, &LiveLog::linesRead, m_parts.frame, &DebuggingLogsFrame::append);
+    connect(m_lastLog, &LiveLog::linesRead, m_parts.frame, &DebuggingLogsFrame::appendEarlier);
     inBackground(
         m_lastLog, [logPath] { return endOf(logPath); },
         [log = m_lastLog](const QByteArray& bytes) {
             log->add(bytes);
             log->end();
         });
-    look(programId, logPath, !FailedStarts::instance()->find(m_parts.settings->bottle(), programId));
+    const ProgramRef program{m_parts.settings->bottle(), programId};
+    if (!ProgramRuns::instance()->isRunning(program))
+        look(programId, logPath, !FailedStarts::instance()->find(program.bottle, programId));
 }
 
 void ProgramFindings::look(const QString& programId, const QString& logPath, bool hasLaunchResult) {
