@@ -424,8 +424,8 @@ private Q_SLOTS:
         row("bottle", "createBottles", true, "", "");
         row("running", "get", false, "", "");
         row("links", "scanApplicationLinks", true, "", "");
-        row("components, not answered", "installDependency", true, Gecko, "cancelInstallingDependency");
-        row("components, downloading", "installDependency", false, Gecko, "cancelInstallingDependency");
+        row("components, not answered", "installDependency", true, Gecko, "cancelDependency");
+        row("components, downloading", "installDependency", false, Gecko, "cancelDependency");
         row("asked", "installDependency", false, Gecko, "");
         row("renewal", "renewBottle", true, "", "cancelRenewal");
         row("switch, not answered", "setRunner", true, "", "cancelInstallingComponent");
@@ -451,7 +451,7 @@ private Q_SLOTS:
             m_service->setHeld(call, "{\"ok\":false}");
         if (call == "renewBottle")
             m_service->setText("damage", "{\"count\":99}");
-        m_service->setError("cancelInstallingDependency", "no");
+        m_service->setError("cancelDependency", "no");
         create(1);
         m_executor->start();
         QVERIFY(!m_service->waitForCall(call, 1, LaunchMs).method.isEmpty());
@@ -482,8 +482,7 @@ private Q_SLOTS:
         for (const RecordedCall& each : m_service->calls())
             calls += each.method;
         QCOMPARE(calls.join(' '), (sent + " list").trimmed());
-        QCOMPARE(errors.contains("Failed to cancel installing dependencies: no"),
-                 sent == "cancelInstallingDependency");
+        QCOMPARE(errors.contains("Failed to cancel installing dependencies: no"), sent == "cancelDependency");
         QCOMPARE(told(), before);  // a launch would be told at once
     }
 

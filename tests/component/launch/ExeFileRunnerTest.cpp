@@ -125,7 +125,7 @@ private Q_SLOTS:
         row("repair fails, again", "a.exe", "", "[ $RUN -gt 2 ] && show || (exit 1)",
             "repair, fail, close window", "added");
         row("repair stopped", "a.exe", "", "(exit 1)", "repair, stop",
-            "added cancelInstallingDependency killWineServer");
+            "added cancelDependency killWineServer");
         row("stopped", "a.exe", "", "touch alive; wait_for close", "stop", "killWineServer");
         row("installer with links", installer, "links", "show", "close window",
             "added clean-but-added removed");

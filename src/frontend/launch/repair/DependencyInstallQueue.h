@@ -21,6 +21,8 @@ public:
     void install(const QString& bottleName, const QStringList& dependencies);
     /// Stops without done(). Does not cancel what the service is installing.
     void cancel();
+    /// The component that the service was asked for; empty when idle.
+    const QString& current() const { return m_currentDependency; }
     /// Requests the current component once more.
     void retry();
 

@@ -239,6 +239,7 @@ void LaunchRepair::cancel() {
     const Work last = std::exchange(m_work, Work::None);
     // While the user is asked, the service has refused already: a cancel would end what others asked for.
     const Work underWay = std::exchange(m_isAsking, false) ? Work::None : last;
+    const QString component = m_queue->current();
     m_queue->cancel();
     if (m_step)
         m_step->cancel();
@@ -247,8 +248,9 @@ void LaunchRepair::cancel() {
         if (!answer.ok)
             qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
     };
+    // By its name: it may wait behind what somebody else has asked for.
     if (underWay == Work::Components)
-        config->cancelInstallingDependency(m_bottle->name(), config, onAnswer);
+        BottleRepair::instance()->cancelDependency(m_bottle->name(), component, onAnswer);
     else if (underWay == Work::RunnerSwitch)
         config->cancelInstallingComponent(m_bottle->name(), ComponentKind::runner(),
                                           WineNames::stagingRunner(), config, onAnswer);
