@@ -40,7 +40,7 @@ QList<QWidget*> plain(const Scene& scene) {
 
 /// One is fetched, two wait, one has failed.
 QList<QWidget*> work(const Scene& scene) {
-    for (const char* name : {"corefonts", "d3dx9", "cjkfonts", "allcodecs"})
+    for (const char* name : {"corefonts", "d3dx9", "cjkfonts", "comctl32"})
         scene.dependencies()->install(name);
     scene.tell("dependencySetupDone", "sss",
                {Bottle, "corefonts",
@@ -62,6 +62,12 @@ QList<QWidget*> search(const Scene& scene) {
 QList<QWidget*> installed(const Scene& scene) {
     scene.page()->filter("vcredist2019");
     scene.page()->list()->setFocus();
+    settle(200);
+    return {scene.view};
+}
+
+QList<QWidget*> unavailable(const Scene& scene) {
+    scene.page()->list()->select("mfc40");
     settle(200);
     return {scene.view};
 }
@@ -108,7 +114,8 @@ QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
                                {"Installed_Dependencies", QJsonArray{"vcredist2019", "dotnet48", "cjkfonts"}},
                                {"External_Programs", QJsonObject{{"a", QJsonObject{{"name", "Office"}}}}}});
     service.setText("describe", R"([
-        {"name":"allcodecs","available":false,"reasons":[{"code":"no-known-file","arguments":["allcodecs"]}]},
+        {"name":"mfc40","available":false,"reasons":[{"code":"no-known-file","arguments":["mfc40"]},
+                                                     {"code":"has-winetricks","arguments":["mfc40"]}]},
         {"name":"corefonts","available":true,"files":[{"name":"andale32.exe","size":198384,"host":"sf.net"}]},
         {"name":"d3dx9","available":true,
          "files":[{"name":"directx_Jun2010.exe","size":100271992,"host":"download.microsoft.com"}]},
@@ -134,10 +141,15 @@ int main(int argc, char** argv) {
     const struct {
         const char* name;
         QList<QWidget*> (*windows)(const Scene&);
-    } states[] = {{"plain", plain},     {"work", work},
-                  {"search", search},   {"installed", installed},
-                  {"nothing", nothing}, {"question", question},
-                  {"proton", proton},   {"proton-without-store", protonWithoutStore}};
+    } states[] = {{"plain", plain},
+                  {"work", work},
+                  {"search", search},
+                  {"installed", installed},
+                  {"unavailable", unavailable},
+                  {"nothing", nothing},
+                  {"question", question},
+                  {"proton", proton},
+                  {"proton-without-store", protonWithoutStore}};
     QVector<PictureState> pictures;
     for (const auto& state : states)
         pictures.append({state.name, [&state] { return paint(state.windows); }});

@@ -28,6 +28,11 @@ QString shown(const OfferedFile& file) {
     return file.size > 0 ? QString("%1 (%2)").arg(file.name, TextUtils::readableSize(file.size)) : file.name;
 }
 
+/// The host, or the directory.
+QString placeOf(const OfferedFile& file) {
+    return file.source.startsWith('/') ? QFileInfo(file.source).path() : file.source;
+}
+
 QStringList titles(const QStringList& names) {
     QStringList result;
     for (const QString& name : names)
@@ -99,7 +104,7 @@ QString ComponentDetails::factsText(const QString& name) const {
         if (file.isCached)
             cached += shown(file);
         else
-            bySource[file.source] += shown(file);
+            bySource[placeOf(file)] += shown(file);
     }
     for (auto it = bySource.cbegin(); it != bySource.cend(); ++it)
         lines += it.key().isEmpty() ? tr("Of unknown origin: %1.").arg(it->join(", "))
@@ -117,8 +122,8 @@ void ComponentDetails::refresh() {
     const OfferedComponent facts = m_list->dependencies()->facts(name);
     const QString reason = !state.reason.isEmpty() ? state.reason : facts.reason;
     setVisible(!name.isEmpty());
-    const QString title = componentTitle(name);
-    m_title->setText(title == name ? m_list->descriptionOf(name) : title);
+    const QString title = componentTitle(name), description = m_list->descriptionOf(name);
+    m_title->setText(title == name && !description.isEmpty() ? description : title);
     m_reason->setText(reason);
     m_reason->setVisible(!reason.isEmpty());
     m_text->setText(factsText(name));

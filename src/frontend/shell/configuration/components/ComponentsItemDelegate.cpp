@@ -95,12 +95,14 @@ void ComponentsItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem
         room.setRight(place.left() - Tokens::Space12);
     }
 
+    const QString description = index.data(ComponentRoles::Description).toString();
     const int titleHeight = QFontMetrics(title).height(), smallHeight = QFontMetrics(small).height();
-    const int top = room.center().y() - (titleHeight + LineGap + smallHeight) / 2 + 1;
+    const int height = titleHeight + (description.isEmpty() ? 0 : LineGap + smallHeight);
+    const int top = room.center().y() - height / 2 + 1;
     drawText(painter, {room.left(), top, room.width(), titleHeight}, title, Theme::Text,
              index.data(Qt::DisplayRole).toString());
     drawText(painter, {room.left(), top + titleHeight + LineGap, room.width(), smallHeight}, small,
-             Theme::Secondary, index.data(ComponentRoles::Description).toString());
+             Theme::Secondary, description);
 }
 
 QRect ComponentsItemDelegate::buttonRect(const QStyleOptionViewItem& option, const QModelIndex& index) const {

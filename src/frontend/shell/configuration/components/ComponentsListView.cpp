@@ -58,7 +58,10 @@ ComponentsListView::ComponentsListView(QWidget* parent)
     m_proxy->sort(0);
     setModel(m_proxy);
     connect(m_dependencies, &BottleDependencies::changed, this, &ComponentsListView::refreshRow);
-    connect(m_dependencies, &BottleDependencies::factsChanged, this, &ComponentsListView::refreshFacts);
+    connect(m_dependencies, &BottleDependencies::factsChanged, this, [this](const QStringList& names) {
+        for (const QString& name : names)
+            refreshRow(name);
+    });
     connect(m_dependencies, &BottleDependencies::startSetup, this, &ComponentsListView::startSetup);
     connect(m_dependencies, &BottleDependencies::setupDone, this, &ComponentsListView::setupDone);
     select({});
@@ -115,26 +118,17 @@ void ComponentsListView::refreshRow(const QString& name) {
     if (!item)
         return;
     const DependencyState state = m_dependencies->state(name);
+    const bool isKnown = m_dependencies->hasFacts(name);
+    const OfferedComponent facts = m_dependencies->facts(name);
+    const qint64 bytes = OfferedComponent::bytes({facts});
     item->setData(state.action(), ComponentRoles::Action);
+    item->setData(bytes > 0 ? TextUtils::readableSize(bytes) : QString(), ComponentRoles::Detail);
     const QString description = item->data(ComponentRoles::Description).toString();
     item->setToolTip(plainToolTip(state.reason.isEmpty() ? description : state.reason));
-    setStatus(item, state.text(), kindOf(state));
+    const QString status = state.text();
+    setStatus(item, status.isEmpty() && isKnown && !facts.isAvailable ? tr("Not available") : status,
+              kindOf(state));
     Q_EMIT rowChanged(name);
-}
-
-void ComponentsListView::refreshFacts(const QStringList& names) {
-    for (const QString& name : names) {
-        QStandardItem* item = m_rows.value(name);
-        if (!item)
-            continue;
-        const OfferedComponent facts = m_dependencies->facts(name);
-        const qint64 bytes = OfferedComponent::bytes({facts});
-        item->setData(!facts.isAvailable ? tr("Not available")
-                      : bytes > 0        ? TextUtils::readableSize(bytes)
-                                         : QString(),
-                      ComponentRoles::Detail);
-        Q_EMIT rowChanged(name);
-    }
 }
 
 void ComponentsListView::filter(const QString& str) {

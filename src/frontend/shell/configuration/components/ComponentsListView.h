@@ -54,7 +54,6 @@ protected:
 private:
     void makeRows();
     void refreshRow(const QString& name);
-    void refreshFacts(const QStringList& names);
     void setStatus(QStandardItem* item, const QString& text, int kind);
 
     BottleDependencies* m_dependencies;
