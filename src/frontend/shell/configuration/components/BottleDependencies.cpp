@@ -225,9 +225,13 @@ void BottleDependencies::cancel(const QString& name) {
         tell({name});
         return;
     }
-    const auto onAnswer = [hold = PendingWork::instance()->hold()](const BusResult& answer) {
-        if (!answer.ok)
-            qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
+    const auto onAnswer = [self = QPointer<BottleDependencies>(this),
+                           hold = PendingWork::instance()->hold()](const BusResult& answer) {
+        if (answer.ok)
+            return;
+        qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
+        if (self)
+            Q_EMIT self->refused(answer.errorText());
     };
     // Named where another one would be cancelled if this one ended meanwhile.
     BottlesConfig* service = BottlesConfig::instance();

@@ -49,7 +49,7 @@ Q_SIGNALS:
     /// Asked for now (downloading), or found under way.
     void startSetup(const QString& name, bool downloading);
     void setupDone();
-    /// A chosen file is another one than is needed; for the user.
+    /// A chosen file is another one than is needed, or a cancel was not carried out; for the user.
     void refused(const QString& reason);
     /// Components can only be installed when these programs have been closed.
     void programsRunning(const QStringList& programs);

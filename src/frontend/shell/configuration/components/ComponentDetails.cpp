@@ -55,7 +55,6 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     m_title->setElided(true);
     m_text->setObjectName("component_facts");
     m_reason->setObjectName("component_reason");
-    m_reason->setTextRole(Theme::Danger);
     m_reason->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_button->setObjectName("component_action_btn");
     m_choose->setObjectName("component_file_btn");
@@ -125,6 +124,7 @@ void ComponentDetails::refresh() {
     const QString title = componentTitle(name), description = m_list->descriptionOf(name);
     m_title->setText(title == name && !description.isEmpty() ? description : title);
     m_reason->setText(reason);
+    m_reason->setTextRole(state.reason.isEmpty() ? Theme::Secondary : Theme::Danger);
     m_reason->setVisible(!reason.isEmpty());
     m_text->setText(factsText(name));
     m_text->setVisible(reason.isEmpty());

@@ -67,6 +67,7 @@ InstallingTips::InstallingTips(BottleDependencies* dependencies, QWidget* parent
         m_cancel->setEnabled(false);
         m_dependencies->cancel(m_dependencies->states().current());
     });
+    connect(dependencies, &BottleDependencies::refused, m_cancel, [this] { m_cancel->setEnabled(true); });
     connect(dependencies, &BottleDependencies::queueChanged, this, &InstallingTips::refresh);
     refresh();
 }
