@@ -10,15 +10,15 @@ using TestSupport::Table;
 class DependencyRulesTest : public QObject {
     Q_OBJECT
 
-    /// "ask X", "download X 30", "install X", "good X", "good X with A", "bad X", "cancelled X", "adopt X Y",
-    /// "have X Y".
+    /// "ask X", "download X 30", "download X 30 of-unknown", "install X", "good X", "good X with A", "bad X",
+    /// "cancelled X", "adopt X Y", "have X Y".
     static void tell(DependencyStates* states, const QString& event) {
         const QStringList words = event.split(' ');
         const QString kind = words[0], name = words[1];
         if (kind == "ask")
             states->request(name);
         else if (kind == "download")
-            states->download(name, words[2].toULongLong() * 1024, 100 * 1024);
+            states->download(name, words[2].toULongLong() * 1024, words.size() > 3 ? 0 : 100 * 1024);
         else if (kind == "install")
             states->installing(name);
         else if (kind == "good")
@@ -38,6 +38,7 @@ private Q_SLOTS:
         const Table<QString, QString, QString> row("events", "states", "queue");
         row("asked", "ask a", "a: Waiting for Download", "a");
         row("download", "ask a,download a 30", "a: 30K/100K", "a");
+        row("download of unknown size", "ask a,download a 30 of-unknown", "a: 30K", "a");
         row("whole way", "ask a,download a 100,install a,good a", "a: Installed", "");
         row("again", "have a,ask a", "a: Waiting for Download", "a");
         row("again, in vain", "have a,ask a,bad a", "a: Installation Failed", "");

@@ -31,8 +31,9 @@ QString DependencyState::text() const {
         case Phase::Waiting:
             return tr("Waiting for Download");
         case Phase::Downloading:
-            return QString("%1/%2").arg(TextUtils::formatSize(qint64(received)),
-                                        TextUtils::formatSize(qint64(total)));
+            return total == 0 ? TextUtils::formatSize(qint64(received))
+                              : QString("%1/%2").arg(TextUtils::formatSize(qint64(received)),
+                                                     TextUtils::formatSize(qint64(total)));
         case Phase::Installing:
             return tr("Installing");
         case Phase::Failed:
