@@ -10,8 +10,8 @@ using TestSupport::Table;
 class DependencyRulesTest : public QObject {
     Q_OBJECT
 
-    /// "ask X", "download X 30", "download X 30 of-unknown", "install X", "good X", "good X with A", "bad X",
-    /// "cancelled X", "adopt X Y", "have X Y".
+    /// "ask X", "download X 30", "download X 30 of-unknown", "install X", "step X 2", "good X", "good X with
+    /// A", "bad X", "cancelled X", "adopt X Y", "have X Y".
     static void tell(DependencyStates* states, const QString& event) {
         const QStringList words = event.split(' ');
         const QString kind = words[0], name = words[1];
@@ -21,6 +21,8 @@ class DependencyRulesTest : public QObject {
             states->download(name, words[2].toULongLong() * 1024, words.size() > 3 ? 0 : 100 * 1024);
         else if (kind == "install")
             states->installing(name);
+        else if (kind == "step")
+            states->step(name, words[2].toInt(), 4);
         else if (kind == "good")
             states->done(name, {{"ok", true}, {"data", words.size() > 2 ? "[\"" + words[3] + "\"]" : ""}});
         else if (kind == "bad")
@@ -70,6 +72,25 @@ private Q_SLOTS:
         for (const QString& state : states.split('|'))
             QCOMPARE(all.of(state.left(1)).text(), state.mid(3));
         QTEST(all.queue().join(' '), "queue");
+    }
+
+    void progress_data() {
+        const Table<QString, int> row("events", "percent");
+        row("nothing known", "ask a,install a,download a 5 of-unknown", -1);
+        row("download", "ask a,download a 30", 15);
+        row("second file", "ask a,download a 100,download a 3", 50);
+        row("steps", "ask a,download a 100,install a,step a 2", 75);
+        row("steps alone", "ask a,install a,step a 2", 50);
+        row("more than all", "ask a,download a 200,step a 9", 100);
+        row("again", "ask a,step a 4,good a,ask a", -1);
+        row("not under way", "step a 2,download a 9", -1);
+    }
+    void progress() {
+        QFETCH(QString, events);
+        DependencyStates all;
+        for (const QString& event : events.split(','))
+            tell(&all, event);
+        QTEST(all.of("a").percent, "percent");
     }
 
     void catalogue() {

@@ -38,6 +38,11 @@ void BottleDependencies::followService() {
                     Q_EMIT changed(name);
                 Q_EMIT queueChanged();
             });
+    connect(service, &BottlesConfig::dependencySetupStepNotify, this,
+            [this](const QString& bottle, const QString& name, int done, int total) {
+                if (!isForeign(bottle, name) && m_states.step(name, done, total))
+                    Q_EMIT queueChanged();
+            });
     connect(service, &BottlesConfig::dependecyInstalled, this,
             [this](const QString& bottle, const QString& name, const QJsonObject& result) {
                 if (!m_bottle.isEmpty() && bottle == m_bottle)

@@ -10,6 +10,8 @@ namespace {
 
 using Phase = DependencyState::Phase;
 
+constexpr int DownloadShare = 50;  ///< of 100, where anything is downloaded
+
 bool isCancelled(const QJsonObject& result) {
     for (const QJsonValue& reason : result["reasons"].toArray()) {
         if (reason["code"].toString() == QLatin1String("cancelled"))
@@ -43,18 +45,14 @@ QString DependencyState::text() const {
     }
 }
 
-int DependencyState::percent() const {
-    if (phase != Phase::Downloading || total == 0)
-        return -1;
-    return int(qMin<quint64>(100, received * 100 / total));
-}
-
 bool DependencyStates::enter(const QString& name) {
     if (m_queue.contains(name))
         return false;
     m_queue += name;
     const bool isInstalled = of(name).isInstalled;
-    m_states[name] = DependencyState{Phase::Waiting, isInstalled, 0, 0, {}};
+    m_states[name] = {};
+    m_states[name].phase = Phase::Waiting;
+    m_states[name].isInstalled = isInstalled;
     return true;
 }
 
@@ -114,6 +112,18 @@ bool DependencyStates::download(const QString& name, quint64 received, quint64 t
     state.phase = Phase::Downloading;
     state.received = received;
     state.total = total;
+    // Of several files each begins anew.
+    if (total > 0)
+        state.percent = qMax(state.percent, int(qMin(received, total) * DownloadShare / total));
+    return true;
+}
+
+bool DependencyStates::step(const QString& name, int done, int total) {
+    if (!of(name).isUnderWay() || total <= 0)
+        return false;
+    DependencyState& state = m_states[name];
+    const int begin = state.total > 0 ? DownloadShare : 0;
+    state.percent = qMax(state.percent, begin + qBound(0, done, total) * (100 - begin) / total);
     return true;
 }
 

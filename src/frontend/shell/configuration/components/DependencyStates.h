@@ -18,13 +18,12 @@ public:
     quint64 received = 0;  ///< bytes
     quint64 total = 0;     ///< 0 while it is not known
     QString reason;        ///< of the failure; for the user, may be empty
+    int percent = -1;      ///< of the whole, never less than before; -1 while nothing is known
 
     bool isUnderWay() const { return phase != Phase::Idle && phase != Phase::Failed; }
     Action action() const;
     /// At the right edge of the row; empty where it can be installed and nothing has happened.
     QString text() const;
-    /// 0 to 100; -1 while it is not known.
-    int percent() const;
 };
 
 /// The components of one bottle: which are installed, under way or failed, and in which order those under way
@@ -46,6 +45,8 @@ public:
     bool request(const QString& name);
     bool download(const QString& name, quint64 received, quint64 total);
     bool installing(const QString& name);
+    /// The steps of the installation, which come after the downloads and count as much as these.
+    bool step(const QString& name, int done, int total);
     bool fail(const QString& name, const QString& reason);
     /// It is not installed after all, and that is no failure: the user wanted it so.
     bool withdraw(const QString& name);

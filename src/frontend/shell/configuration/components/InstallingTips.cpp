@@ -47,7 +47,6 @@ InstallingTips::InstallingTips(BottleDependencies* dependencies, QWidget* parent
     m_detail->setElided(true);
     m_progress->setObjectName("installing_progressbar");
     m_progress->setTextVisible(false);
-    m_progress->setRange(0, 100);
     m_cancel->setObjectName("cancel_btn");
     auto* line = new QHBoxLayout;
     line->setSpacing(Tokens::Space16);
@@ -85,8 +84,8 @@ void InstallingTips::refresh() {
     const DependencyState state = m_dependencies->state(name);
     m_tips->setText(tr("Installing %1...").arg(name));
     m_progress->setAccessibleName(m_tips->text());
-    m_progress->setVisible(state.percent() >= 0);
-    m_progress->setValue(qMax(0, state.percent()));
+    m_progress->setRange(0, state.percent < 0 ? 0 : 100);
+    m_progress->setValue(qMax(0, state.percent));
     QStringList details;
     if (state.phase == DependencyState::Phase::Downloading)
         details += state.text();
