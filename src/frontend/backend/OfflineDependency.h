@@ -41,6 +41,10 @@ public:
     void status(Transfer transfer, QObject* context, const Handler& handler) {
         watch(transfer == Transfer::Export ? "exportingStatus" : "importingStatus", {}, context, handler);
     }
+    /// Cancels what is running; its states tell the end.
+    void cancel(Transfer transfer) {
+        fire(transfer == Transfer::Export ? "cancelExport" : "cancelImport", {});
+    }
     /// Names of components, or paths of exported files; the answer is an object with "valid" and "missing".
     void checkDeps(const QStringList& names, QObject* context, const Handler& handler) {
         watch("checkDeps", {names}, context, handler);

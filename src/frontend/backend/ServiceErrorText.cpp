@@ -81,6 +81,7 @@ constexpr Row Rows[] = {
      QT_TRANSLATE_NOOP("ServiceErrorText", "The installation needs %1, which is not on this machine.")},
     {"export-running", QT_TRANSLATE_NOOP("ServiceErrorText",
                                          "Components are being exported already. Wait until that is done.")},
+    {"export-cancelled", QT_TRANSLATE_NOOP("ServiceErrorText", "The export was cancelled.")},
     {"import-running", QT_TRANSLATE_NOOP("ServiceErrorText",
                                          "Components are being imported already. Wait until that is done.")},
     {"bad-backup", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is no backup that can be restored: %2.")},

@@ -214,6 +214,10 @@ private Q_SLOTS:
         QVERIFY(is("isExporting"));
         QCOMPARE(running(), QString("good running silent running"));
         QVERIFY(error("exportDeps", {QStringList("good"), archive("other.tar")}).contains("already"));
+        call("cancelExport");
+        QTRY_COMPARE(running(), QString("good export-cancelled silent export-cancelled"));
+        QVERIFY(!is("isExporting") && !QFile::exists(archive("late.tar")));
+        QCOMPARE(error("exportDeps", {QStringList{"silent"}, archive("late.tar")}), QString());
         TestSupport::ChildProcess game;
         m_service->startProgram(&game, Bottle, "C:\\game.exe");
         QTRY_COMPARE(call("importDeps", {Bottle, QStringList(archive())}).errorName(),

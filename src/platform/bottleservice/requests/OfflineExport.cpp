@@ -1,6 +1,7 @@
 #include "bottleservice/requests/OfflineExport.h"
 
 #include <QDebug>
+#include <QLocale>
 #include <utility>
 
 #include "bottleservice/bottles/BottleName.h"
@@ -34,12 +35,12 @@ void OfflineExport::next() {
     while (!m_waiting.isEmpty()) {
         const QString component = m_waiting.takeFirst();
         const auto recipe = m_recipes.find(component);
-        const Reason refusal = isCancelled() ? Reason(Reason::Cancelled) : refusalOf(recipe, component);
-        if (refusal.isEmpty()) {
+        const Reason refusal = refusalOf(recipe, component);
+        if (refusal.isEmpty() && !isCancelled()) {
             fetch(*recipe);
             return;
         }
-        setFailed(component, refusal);
+        fail(component, refusal);
     }
     if (m_list.components.isEmpty())
         finish();
@@ -65,23 +66,43 @@ void OfflineExport::fetch(const Recipe& recipe) {
     QVector<Source> wanted;
     for (const QString& file : recipe.files())
         wanted += m_sources.find(file);
+    m_files = wanted.size();
+    m_file = m_percent = 0;
     m_fetch = new FileFetch(m_downloads, wanted, this);
-    connect(m_fetch, &FileFetch::progress, this, [this, name = recipe.name](qint64 received, qint64 total) {
-        setDownloading(name, received, total);
-    });
-    connect(m_fetch, &FileFetch::finished, this, [this, recipe](const Reason& reason) {
-        std::exchange(m_fetch, nullptr)->deleteLater();
-        if (reason.isEmpty()) {
-            setRunning(recipe.name);
-            m_list.components.insert(recipe.name, recipe.files());
-            for (const QString& file : recipe.files())
-                m_list.files.insert(file, {});
-        } else {
-            setFailed(recipe.name, reason);
-        }
-        next();
-    });
+    connect(m_fetch, &FileFetch::fileStarted, this, [this] { ++m_file; });
+    connect(m_fetch, &FileFetch::progress, this,
+            [this, name = recipe.name](qint64 received, qint64 total) { onProgress(name, received, total); });
+    connect(m_fetch, &FileFetch::finished, this,
+            [this, recipe](const Reason& reason) { onFetched(recipe, reason); });
     m_fetch->start();
+}
+
+/// Each file counts the same, since not all sizes are known. Never goes back.
+void OfflineExport::onProgress(const QString& component, qint64 received, qint64 total) {
+    if (total <= 0 && m_files == 1) {
+        setDownloading(component, QLocale::c().formattedDataSize(received));
+        return;
+    }
+    const int ofFile = total > 0 ? int(qMin(received, total) * 100 / total) : 0;
+    m_percent = qMax(m_percent, ((m_file - 1) * 100 + ofFile) / m_files);
+    setDownloading(component, QString("%1%").arg(m_percent));
+}
+
+void OfflineExport::onFetched(const Recipe& recipe, const Reason& reason) {
+    std::exchange(m_fetch, nullptr)->deleteLater();
+    if (reason.isEmpty()) {
+        setRunning(recipe.name);
+        m_list.components.insert(recipe.name, recipe.files());
+        for (const QString& file : recipe.files())
+            m_list.files.insert(file, {});
+    } else {
+        fail(recipe.name, reason);
+    }
+    next();
+}
+
+void OfflineExport::fail(const QString& component, const Reason& reason) {
+    setFailed(component, isCancelled() ? Reason(Reason::ExportCancelled) : reason);
 }
 
 void OfflineExport::write() {
@@ -100,7 +121,7 @@ void OfflineExport::onWritten(const Reason& reason) {
         if (reason.isEmpty())
             setResult(component, Answer::of());
         else
-            setFailed(component, reason);
+            fail(component, reason);
     }
     finish();
 }

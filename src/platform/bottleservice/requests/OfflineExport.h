@@ -30,6 +30,9 @@ private:
     void next();
     Reason refusalOf(const std::optional<Recipe>& recipe, const QString& component) const;
     void fetch(const Recipe& recipe);
+    void onProgress(const QString& component, qint64 received, qint64 total);
+    void onFetched(const Recipe& recipe, const Reason& reason);
+    void fail(const QString& component, const Reason& reason);
     void write();
     void onWritten(const Reason& reason);
 
@@ -40,4 +43,7 @@ private:
     QStringList m_waiting;
     OfflineList m_list;
     FileFetch* m_fetch = nullptr;
+    int m_files = 0;    ///< of the current component
+    int m_file = 0;     ///< the current one of them, from 1
+    int m_percent = 0;  ///< of the current component
 };

@@ -206,9 +206,17 @@ QStringList OfflineRequests::dependencies(const QString& component) const {
     return OfflineCheck::needed(component, m_dependencies->recipes());
 }
 
-void OfflineRequests::close() {
-    if (m_export)
+void OfflineRequests::cancelExport() {
+    if (isExporting())
         m_export->cancel();
-    if (m_import)
+}
+
+void OfflineRequests::cancelImport() {
+    if (m_import && !m_import->isDone())
         m_import->cancel();
+}
+
+void OfflineRequests::close() {
+    cancelExport();
+    cancelImport();
 }

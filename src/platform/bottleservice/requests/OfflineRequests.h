@@ -42,6 +42,10 @@ public:
     /// All components that this one needs.
     QStringList dependencies(const QString& component) const;
 
+    /// Nothing happens when none is running. The components that are not done fail.
+    void cancelExport();
+    void cancelImport();
+    /// Cancels both.
     void close();
     bool isIdle() const { return !isExporting() && !isImporting(); }
 

@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QJsonArray>
-#include <QLocale>
 #include <utility>
 
 void OfflineTransfer::set(const QString& component, const QJsonObject& state) {
@@ -12,9 +11,7 @@ void OfflineTransfer::set(const QString& component, const QJsonObject& state) {
     Q_EMIT changed(component, state);
 }
 
-void OfflineTransfer::setDownloading(const QString& component, qint64 received, qint64 total) {
-    const QString progress = total > 0 ? QString("%1%").arg(qMin(received, total) * 100 / total)
-                                       : QLocale::c().formattedDataSize(received);
+void OfflineTransfer::setDownloading(const QString& component, const QString& progress) {
     set(component, {{"status", "downloading"}, {"progress", progress}});
 }
 

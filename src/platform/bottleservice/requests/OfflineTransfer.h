@@ -33,7 +33,7 @@ Q_SIGNALS:
     void finished();
 
 protected:
-    void setDownloading(const QString& component, qint64 received, qint64 total);
+    void setDownloading(const QString& component, const QString& progress);
     void setRunning(const QString& component);
     void setResult(const QString& component, const Answer& result);
     void setFailed(const QString& component, const Reason& reason);

@@ -51,6 +51,7 @@ constexpr Reason::Format Formats[] = {
     {"bad-export", "%1 is no file of exported components, or it is damaged: %2."},
     {"not-on-machine", "The installation needs %1, which is not on this machine."},
     {"export-running", "Components are being exported already. Wait until that is done."},
+    {"export-cancelled", "The export was cancelled."},
     {"import-running", "Components are being imported already. Wait until that is done."},
     {"bad-backup", "%1 is no backup that can be restored: %2."},
     {"bottle-changed", "Files of the bottle were changed while it was being backed up."},

@@ -51,6 +51,7 @@ public:
         BadExport,
         NotOnMachine,
         ExportRunning,
+        ExportCancelled,
         ImportRunning,
         BadBackup,
         BottleChanged,

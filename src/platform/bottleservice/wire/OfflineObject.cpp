@@ -20,6 +20,14 @@ OfflineObject::OfflineObject(OfflineRequests* requests, QObject* parent)
         requests->importDeps(arguments[0].toString(), arguments[1].toStringList(),
                              arguments[2].toStringList(), reply);
     });
+    handle("cancelExport", [requests](const QVariantList&, const Reply& reply) {
+        requests->cancelExport();
+        reply(Answer::of());
+    });
+    handle("cancelImport", [requests](const QVariantList&, const Reply& reply) {
+        requests->cancelImport();
+        reply(Answer::of());
+    });
     handle("checkDeps", [requests](const QVariantList& arguments, const Reply& reply) {
         requests->check(arguments[0].toStringList(), reply);
     });
