@@ -193,6 +193,8 @@ private Q_SLOTS:
         click(0);
         QTest::keyClick(head(), Qt::Key_Space);
         QCOMPARE(rows(), QStringList({"Imported", "Importing"}));
+        m_dialog->button(2)->click();
+        m_service->waitForCall("cancelImport");
         if (isLost)
             m_service->kill();
         else

@@ -55,9 +55,12 @@ OfflineComponentsDialog::OfflineComponentsDialog(Transfer transfer, const Words&
     setOnButtonClickedClose(false);
     m_close = addButton(tr("Cancel"));
     m_main = addButton(words.start, true, ButtonRecommend);
+    m_stop = addButton(tr("Stop"));
     connect(this, &Dialog::buttonClicked, this, [this](int index) {
         if (index == m_main)
             onMainClicked();
+        else if (index == m_stop)
+            stop();
         else
             reject();
     });
@@ -94,7 +97,9 @@ void OfflineComponentsDialog::setPhase(Phase phase) {
     m_list->head()->setCheckable(phase == Phase::Choosing);
     button(m_main)->setText(isDone ? m_words.end : m_words.start);
     button(m_main)->setAccessibleName(button(m_main)->text());
-    button(m_main)->setVisible(true);
+    button(m_main)->setVisible(phase != Phase::Running);
+    button(m_stop)->setVisible(phase == Phase::Running);
+    button(m_stop)->setEnabled(true);
     button(m_main)->setEnabled(isDone || (phase == Phase::Choosing && !m_model->checkedNames().isEmpty()));
     // Closing does not stop what the service does.
     button(m_close)->setText(phase == Phase::Running ? tr("Close") : tr("Cancel"));
@@ -173,6 +178,11 @@ void OfflineComponentsDialog::onMainClicked() {
         done(m_main);
     else if (m_phase == Phase::Choosing)
         start(m_model->checkedNames());
+}
+
+void OfflineComponentsDialog::stop() {
+    button(m_stop)->setEnabled(false);
+    OfflineDependency::instance()->cancel(m_transfer);
 }
 
 void OfflineComponentsDialog::onTicked(const QString& name) {

@@ -65,6 +65,7 @@ private:
     QWidget* makeTable();
     void setPhase(Phase phase);
     void onMainClicked();
+    void stop();
     void onTicked(const QString& name);
     void reattach(const QJsonObject& states);
     void onProgress(const QString& type, const QJsonObject& info);
@@ -86,4 +87,5 @@ private:
     Fenk::Label* m_note;
     int m_close = 0;  ///< indexes of the buttons
     int m_main = 0;
+    int m_stop = 0;
 };
