@@ -8,6 +8,7 @@
 
 #include "fenk/style/Theme.h"
 #include "fenk/window/Application.h"
+#include "launch/banner/RunningProgramsQuestion.h"
 #include "programs/ListPlaceholder.h"
 #include "shell/configuration/offline/MissingComponentsDialog.h"
 #include "shell/configuration/offline/OfflineComponentsExportDialog.h"
@@ -223,8 +224,16 @@ private Q_SLOTS:
         QCOMPARE(TestSupport::outOfReach(m_dialog), QString());
         if (unticksOne)
             click(1);
+        // Programs of the bottle are only closed when the user says so.
+        m_service->setAnswers(
+            method, {{{"error", "Programs run."}, {"errorName", "com.lumora.Error.Busy"}}, {{"text", ""}}});
         mainButton()->click();
         QCOMPARE(m_service->waitForCall(method).arguments, arguments);
+        QTRY_VERIFY(m_dialog->findChild<RunningProgramsQuestion*>());
+        QCOMPARE(note(), QString("Programs run."));
+        m_dialog->findChild<RunningProgramsQuestion*>()->button(1)->click();
+        QCOMPARE(m_service->waitForCall(method, 2).arguments, arguments);
+        QCOMPARE(m_service->calls("killWineServer").size(), 1);
         QVERIFY(!m_dialog->findChild<MissingComponentsDialog*>());
         tell("import", {{"name", "a"}, {"status", "ok"}});
         tell("import", {{"name", "b"}, {"status", "ok"}});

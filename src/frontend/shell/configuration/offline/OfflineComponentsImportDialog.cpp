@@ -8,6 +8,8 @@
 #include "backend/ServiceErrorText.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/WidgetLook.h"
+#include "launch/banner/RunningProgramsQuestion.h"
+#include "launch/run/BottleTasks.h"
 #include "programs/ListPlaceholder.h"
 #include "shell/configuration/offline/MissingComponentsDialog.h"
 #include "widgets/FileChoice.h"
@@ -28,6 +30,12 @@ QString faultsOf(const QJsonObject& answer) {
         sentences += ServiceErrorText::of(fault.toObject());
     sentences.removeDuplicates();
     return sentences.join('\n');
+}
+
+/// The names of the programs for which the service has refused, as its reason has them.
+QStringList programsIn(const BusResult& refusal) {
+    const QJsonArray arguments = refusal.reasons.at(0).toObject().value("arguments").toArray();
+    return arguments.at(0).toString().split(", ", Qt::SkipEmptyParts);
 }
 
 }  // namespace
@@ -108,14 +116,30 @@ void OfflineComponentsImportDialog::onChecked(const BusResult& result) {
 
 void OfflineComponentsImportDialog::start(const QStringList& names) {
     auto* service = OfflineDependency::instance();
-    const auto answered = [this](const BusResult& result) {
-        m_more->setVisible(!result.ok);
-        onAnswer(result);
-    };
+    const auto answered = [this, names](const BusResult& result) { onStarted(names, result); };
     m_more->hide();
     begun();
     if (names.size() == m_valid.size())
         service->importDeps(bottle(), m_files, this, answered);
     else
         service->importChosenDeps(bottle(), m_files, names, this, answered);
+}
+
+void OfflineComponentsImportDialog::onStarted(const QStringList& names, const BusResult& result) {
+    m_more->setVisible(!result.ok);
+    onAnswer(result);
+    if (result.isBusy())
+        askAboutPrograms(programsIn(result), names);
+}
+
+void OfflineComponentsImportDialog::askAboutPrograms(const QStringList& programs, const QStringList& names) {
+    auto* question = new RunningProgramsQuestion(bottle(), programs, this);
+    question->setMessage(
+        tr("Components can only be installed while nothing runs in the container. These programs have to be "
+           "closed first: what has not been saved in them will be lost."));
+    connect(question, &RunningProgramsQuestion::answered, this, [this, names](bool close) {
+        if (close)
+            BottleTasks::killWineServer(bottle(), this, [this, names] { start(names); });
+    });
+    question->open();
 }

@@ -24,6 +24,8 @@ private:
     void onFilesChosen(const QStringList& files);
     void onChecked(const BusResult& result);
     void showTip(const QString& detail);
+    void onStarted(const QStringList& names, const BusResult& result);
+    void askAboutPrograms(const QStringList& programs, const QStringList& names);
 
     QStringList m_files;
     QStringList m_valid;
