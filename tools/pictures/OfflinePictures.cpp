@@ -134,6 +134,15 @@ Windows missing(FakeBottleService* service) {
     return windows + Windows{QApplication::activeModalWidget()};
 }
 
+Windows busy(FakeBottleService* service) {
+    service->setAnswers("importDeps", {{{"error", "Programs run in the bottle: Harbour Office."},
+                                        {"errorName", "com.lumora.Error.Busy"}}});
+    const Windows windows = import(service);
+    static_cast<OfflineComponentsDialog*>(windows.last())->button(1)->click();
+    settle(500);
+    return windows + Windows{QApplication::activeModalWidget()};
+}
+
 QImage paint(Windows (*windows)(FakeBottleService*)) {
     FakeBottleService service;
     if (!service.start())
@@ -158,7 +167,7 @@ int main(int argc, char** argv) {
         Windows (*windows)(FakeBottleService*);
     } states[] = {{"chosen", chosen}, {"exporting", exporting}, {"exported", exported},
                   {"failed", failed}, {"nothing", nothing},     {"tip", tip},
-                  {"import", import}, {"missing", missing}};
+                  {"import", import}, {"missing", missing},     {"busy", busy}};
     QVector<PictureState> pictures;
     for (const auto& state : states)
         pictures.append({state.name, [&state] { return paint(state.windows); }});
