@@ -49,8 +49,10 @@ def _threads(compression):
 
 
 def _compressor(compression):
-    """A sign before the number makes xz cut blocks with one thread, too."""
-    return XZ + [f"-T+{_threads('xz')}"] if compression == "xz" else ZSTD + [f"-T{_threads('zstd')}"]
+    """Ends with this process, also when that is killed. A sign before the number makes xz cut blocks with one thread,
+    too."""
+    command = XZ + [f"-T+{_threads('xz')}"] if compression == "xz" else ZSTD + [f"-T{_threads('zstd')}"]
+    return ["setpriv", "--pdeathsig", "KILL", *command]
 
 
 def _info(entry, time):

@@ -1,0 +1,188 @@
+"""What goes into a package, what stays at home, which packages are refused, and what an interrupted run leaves."""
+
+import hashlib
+import io
+import json
+import os
+import signal
+import subprocess
+import tarfile
+import unittest
+from pathlib import Path
+
+from packages import ID, PACKER, REGISTRY, BottleCase
+
+from cellarix_packager import archive, contents, debian, links, private, registry, request
+from cellarix_packager.errors import PackageError
+
+ROOT = "./opt/apps/com.example.sample/files/"
+
+
+class Packer(BottleCase):
+    def members(self, deb, part="--fsys-tarfile"):
+        data = subprocess.run(["dpkg-deb", part, deb], capture_output=True, check=True).stdout
+        with tarfile.open(fileobj=io.BytesIO(data)) as tar:
+            return {member.name: (member, tar.extractfile(member).read() if member.isfile() else b"") for member in tar}
+
+    def packed(self, *options):
+        ended = self.pack(*options)
+        self.assertEqual((ended.returncode, ended.stderr), (0, ""))
+        return ended.stdout.rpartition("packed: ")[2].strip(), ended.stdout
+
+    def test_a_package_has_what_was_chosen_and_nothing_private(self):
+        self.choose({ID: r"C:\App Dir\程序.exe"})
+        for name in ("users/packer/AppData/Roaming/App/settings.ini", "users/Public/Documents/x", "windows/win.ini"):
+            self.add("drive_c/" + name, "kept")
+        for name in ("users/packer/AppData/Local/Temp/t", "users/packer/Documents/letter", "users/other/x",
+                     "users/packer/AppData/Roaming/Browser/Login Data", "windows/Temp/x", "../logs/wine.txt"):
+            self.add("drive_c/" + name, "private")
+        os.mkfifo(os.path.join(self.directory, "drive_c", "pipe"))
+        secret = self.write("home 家/secret", "private")
+        for name, target in (("inside", "App Dir"), ("secret", secret), ("windows/ls.exe", "/usr/bin/ls")):
+            os.symlink(target, os.path.join(self.directory, "drive_c", name))
+        deb, out = self.packed()
+        members = self.members(deb)
+        self.assertEqual({os.path.relpath(name, ROOT + "bottle/drive_c") for name, (member, _) in members.items()
+                          if "/drive_c/" in name and not member.isdir()},
+                         {"App Dir/程序.exe", "users/packaged-user/AppData/Roaming/App/settings.ini", "windows/win.ini",
+                          "inside"})
+        everything = b"".join(data for _, data in members.values()) + "".join(members).encode()
+        for word in (b"private", b"packer/", self.home.encode()):
+            self.assertNotIn(word, everything)
+        self.assertIn("left out (a link that leads out of the bottle): drive_c/secret", out)
+        record = json.loads(members[ROOT + "package.json"][1])
+        self.assertEqual(record["systemLinks"], {"drive_c/windows/ls.exe": "/usr/bin/ls"})
+        self.assertEqual({(m.uid, m.gid, m.mode & 0o7022) for m, _ in members.values() if not m.issym()}, {(0, 0, 0)})
+        control = self.members(deb, "--ctrl-tarfile")
+        self.assertEqual(set(control), {"./control", "./md5sums"})
+        for line in control["./md5sums"][1].decode().splitlines():
+            digest, name = line.split("  ", 1)
+            self.assertEqual(hashlib.md5(members["./" + name][1]).hexdigest(), digest)
+
+    def test_the_same_bottle_gives_the_same_bytes(self):
+        self.choose({ID: r"C:\App Dir\程序.exe"})
+        for method in ("xz", "zstd"):
+            with self.subTest(method):
+                first = Path(self.packed("--compression", method)[0]).read_bytes()
+                os.utime(os.path.join(self.directory, "drive_c"), (1, 1))
+                self.env["TZ"] = "Asia/Shanghai"
+                deb, out = self.packed("--compression", method)
+                self.assertEqual(Path(deb).read_bytes(), first)
+                told = [float(line.split()[1]) for line in out.splitlines() if line.startswith("::progress:: ")]
+                self.assertEqual((told[-1], told), (100, sorted(told)))
+
+    def test_programs_from_outside_move_into_the_drive(self):
+        game = self.write("games/Game/bin/game.exe", "MZ game")
+        self.write("games/Game/data/level.dat", "level")
+        alone = self.write("games/alone.exe", "MZ alone")
+        other = ID[:-1] + "7"
+        self.choose({ID: "x", other: "y"}, {
+            ID: {"path": game, "in_bottles": False, "dir_to_package": self.path("games/Game"),
+                 "path_packaged": self.directory + "/drive_c/Game/bin/game.exe"},
+            other: {"path": alone, "in_bottles": False, "only_copy_exe": True, "dir_to_package": self.path("games"),
+                    "path_packaged": "/etc/passwd"}})
+        members = self.members(self.packed()[0])
+        found = {name.partition("drive_c/")[2]: data for name, (_, data) in members.items() if data}
+        self.assertEqual((found["Game/bin/game.exe"], found["Game/data/level.dat"], found["alone/alone.exe"]),
+                         (b"MZ game", b"level", b"MZ alone"))
+        settings = members[ROOT + "bottle/bottle.yml"][1].decode()
+        for text in (r"path: C:\Game\bin\game.exe", r"folder: C:\Game\bin", r"path: C:\alone\alone.exe"):
+            self.assertIn(text, settings)
+
+    def test_what_cannot_be_packed_is_refused_with_a_sentence(self):
+        good = {ID: r"C:\App Dir\程序.exe"}
+        newline = os.path.join(self.directory, "drive_c", "a\nb")
+        for programs, info, prepare, words in (
+            (good, {"pkgname": "../x"}, None, "not a valid package name"),
+            (good, {"pkgversion": "1.0\nEvil: x"}, None, "not a valid package version"),
+            (good, {"arch": ["mips"]}, None, "No architecture"),
+            ({}, {}, None, "No program"),
+            (good, {}, lambda: os.truncate(self.add("drive_c/huge", ""), 9 << 30), "huge is larger than 8 GiB"),
+            (good, {}, lambda: [os.truncate(self.add(f"drive_c/huge{n}", ""), 6 << 30) for n in "12"], "at most 10 GB"),
+            (good, {}, lambda: Path(newline).write_text(""), "line break"),
+            (good, {}, lambda: self.add(".before-install/journal.json", ""), "being installed"),
+        ):
+            with self.subTest(words):
+                self.choose(programs, **info)
+                if prepare:
+                    prepare()
+                ended = self.pack()
+                self.assertEqual(ended.returncode, 1)
+                self.assertIn(words, ended.stderr)
+                self.assertNotIn("Traceback", ended.stderr)
+                self.assertEqual(os.listdir(self.path("out")), [])
+                for name in ("huge", "huge1", "huge2", "a\nb"):
+                    Path(self.directory, "drive_c", name).unlink(missing_ok=True)
+
+    def test_an_interrupted_run_leaves_nothing(self):
+        self.choose({ID: r"C:\App Dir\程序.exe"})
+        with open(self.add("drive_c/noise", ""), "wb") as file:
+            for _ in range(16):
+                file.write(os.urandom(1 << 20))
+        os.makedirs(self.path("out"))
+        for number in (signal.SIGTERM, signal.SIGKILL):
+            with self.subTest(number):
+                process = subprocess.Popen([PACKER, "t", "--savedir", self.path("out")], env=self.env, text=True,
+                                           stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                while not process.stdout.readline().startswith("::progress:: 1"):
+                    self.assertIsNone(process.poll())
+                process.send_signal(number)
+                process.communicate(timeout=30)
+                self.assertNotEqual(process.returncode, 0)
+                self.assertEqual(os.listdir(self.path("out")), [])
+
+
+class Rules(unittest.TestCase):
+    def test_private_places(self):
+        for path, wanted in (
+            ("users/a/Temp/x", True), ("users/a/Temp", False), ("windows/temp/x/y", True), ("windows/system32/temp.dll", False),
+            ("users/a/AppData/Local/Microsoft/Credentials/x", True), ("users/a/AppData/Local/Chat/Code Cache/js/1", True),
+            ("users/a/AppData/Roaming/App/app.log", True), ("Program Files/App/app.log", False), ("windows/setup.log", True),
+            ("users/a/AppData/Roaming/App/config.xml", False), ("Games/Cache/level", False), ("users/a/Cache", False),
+        ):
+            with self.subTest(path):
+                self.assertEqual(private.is_private(path), wanted)
+
+    def test_registry_files_lose_what_is_private_and_get_another_user(self):
+        text = REGISTRY.format("User") + (
+            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\Packer\\\\x"\n"Doc"="Z:\\\\home\\\\packer\\\\letter"\n'
+            '"Raw"=hex:2f,00,68,00,6f,00,6d,00,65,00,2f,00,70,00,61,00,63,00,\\\n  6b,00,65,00,72,00\n@="p"\n\n'
+            '[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Explorer\\\\RunMRU] 1\n"a"="x"\n')
+        clean, left = registry.cleaned(text, "packer", "/home/packer")
+        self.assertEqual((clean, left), (REGISTRY.format("User") + (
+            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n\n'), 4))
+        self.assertIn(r"users\\me\\x", registry.personal(clean, "me"))
+
+    def test_registry_files_are_merged_by_value(self):
+        def file(**values):
+            return "WINE\n\n[A] 1\n" + "".join(f'"{k}"="{v}"\n' for k, v in values.items()) + "\n"
+        own = file(same="1", mine="user", old="1", gone="1", extra="u")
+        merged = registry.merged(own, file(same="1", mine="1", old="1", gone="1"),
+                                 file(same="1", mine="2", old="2", new="n"))
+        self.assertEqual(merged, file(same="1", mine="user", old="2", extra="u", new="n"))
+
+    def test_links(self):
+        for path, target, wanted in (
+            ("drive_c/x", "/d/bottles/t/drive_c/y", links.INSIDE), ("drive_c/x", "/usr/bin/ls", links.SYSTEM_FILE),
+            ("drive_c/x", "/usr/bin/none", links.OUTSIDE), ("drive_c/x", "/d/runners/r/none.dll", links.OUTSIDE),
+            ("drive_c/users/a/Music", "/home/a/m", links.FOLDER), ("drive_c/Music", "/home/a/m", links.OUTSIDE),
+        ):
+            with self.subTest(path=path, target=target):
+                self.assertEqual(links.kind("/d/bottles/t", "/d", path, target), wanted)
+
+    def test_texts_of_users_do_not_become_fields(self):
+        wanted = request.Request("A\\B", "a.b", "1", "One\n\nDepends: evil\n" + "w " * 60, "Game", ["amd64", "arm64"])
+        text = debian.control(wanted, 1, "x").decode()
+        self.assertIn("Architecture: all\n", text)
+        self.assertEqual([line for line in text.splitlines() if line.startswith("Depends")], ["Depends: cellarix"])
+        self.assertTrue(all(len(line) < 81 for line in text.splitlines()))
+        self.assertEqual(debian.packer({"DEBFULLNAME": "A\nB", "DEBEMAIL": "a@b.c"}), debian.PACKER)
+
+    def test_two_files_in_one_place_are_refused(self):
+        files = contents.Contents()
+        files.add(contents.text_entry("a/b", "1"))
+        for path in ("a/b", "a/b/c"):
+            with self.subTest(path), self.assertRaises(PackageError):
+                files.add(contents.text_entry(path, "2"))
+        self.assertEqual([entry.path for entry in files.in_order()][:2], ["a", "a/b"])
+        self.assertGreater(archive.tar_size(files.in_order()), 10240)
