@@ -1,6 +1,7 @@
 #include "packaging/manifest/ExportYamlDialog.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QDebug>
 #include <QShowEvent>
 
@@ -129,6 +130,10 @@ void ExportYamlDialog::updateOk() {
 void ExportYamlDialog::showStatus(const QString& text, bool isError) {
     m_status->setText(text);
     m_status->setTextRole(isError ? Theme::Danger : Theme::Secondary);
+    if (text.isEmpty())
+        return;
+    QAccessibleEvent event(m_status, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
 }
 
 void ExportYamlDialog::warn(const QString& text) {
