@@ -23,6 +23,10 @@
 using namespace Fenk;
 using Step = ManifestExporter::Step;
 
+namespace {
+constexpr int WrittenMs = 8000;  // long enough to read a path
+}
+
 ExportYamlDialog::ExportYamlDialog(const QString& bottleName, const QString& programUuid, QWidget* parent)
     : ExportYamlDialog(bottleName, programUuid, new AliyunGreenApi, parent) {}
 
@@ -64,6 +68,9 @@ ExportYamlDialog::ExportYamlDialog(const QString& bottleName, const QString& pro
         // The file manager may have to be started first.
         callServiceAsync(
             qApp, [path] { DesktopUtils::showInFileManager(path); }, [] {});
+        if (parentWidget())  // there may be no file manager
+            FloatingMessage::show(parentWidget(), Theme::icon("fenk-success"),
+                                  tr("The manifest is in %1").arg(path), WrittenMs);
         accept();
     });
     updateOk();
