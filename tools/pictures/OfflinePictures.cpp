@@ -20,8 +20,10 @@ using namespace TestSupport;
 namespace {
 
 const QStringList Installed{
-    "dotnet20", "dotnet40", "vcredist2022", "d3dcompiler_47",
-    "sqlite3",  "vbrun6",   "corefonts",    "a-component-with-a-very-long-name-that-hardly-fits-2026"};
+    "dotnet20",     "dotnet40",
+    "vcredist2022", "a-component-with-a-very-long-name-that-hardly-fits-into-one-row-2026",
+    "sqlite3",      "corefonts",
+    "vbrun6",       "d3dcompiler_47"};
 
 using Windows = QList<QWidget*>;
 
@@ -59,7 +61,7 @@ void choose(OfflineComponentsDialog* dialog, const char* button, const QStringLi
 }
 
 void exportTo(OfflineComponentsDialog* dialog) {
-    for (const int row : {1, 2, 4})
+    for (const int row : {1, 2, 3, 4})
         tick(dialog, row);
     dialog->button(1)->click();
     auto* choice = dialog->findChild<QFileDialog*>();
@@ -89,6 +91,7 @@ Windows exporting(FakeBottleService* service) {
     return shown<OfflineComponentsExportDialog>([service](OfflineComponentsDialog* dialog) {
         exportTo(dialog);
         tell(service, "dotnet40", "downloading", "42%");
+        tell(service, Installed[3], "ok");
         tell(service, "dotnet20", "ok");
         tell(service, "sqlite3", "failed");
     });
@@ -97,7 +100,7 @@ Windows exporting(FakeBottleService* service) {
 Windows exported(FakeBottleService* service) {
     return shown<OfflineComponentsExportDialog>([service](OfflineComponentsDialog* dialog) {
         exportTo(dialog);
-        for (const QString name : {"dotnet40", "dotnet20", "vcredist2022", "sqlite3"})
+        for (const QString& name : Installed.mid(0, 5))
             tell(service, name, "ok");
     });
 }
@@ -105,7 +108,7 @@ Windows exported(FakeBottleService* service) {
 Windows failed(FakeBottleService* service) {
     return shown<OfflineComponentsExportDialog>([service](OfflineComponentsDialog* dialog) {
         exportTo(dialog);
-        for (const QString name : {"dotnet40", "dotnet20", "vcredist2022"})
+        for (const QString& name : Installed.mid(0, 4))
             tell(service, name, "ok");
         tell(service, "sqlite3", "failed");
     });

@@ -130,8 +130,9 @@ QVariant OfflineComponentsModel::dataOfName(const Row& row, int role) const {
         case Qt::AccessibleDescriptionRole:
             return row.state.reason;
         case Qt::ToolTipRole: {
-            const QString tip = row.state.reason.isEmpty() ? status : row.state.reason;
-            return tip.isEmpty() ? QVariant() : Fenk::plainToolTip(tip);
+            // The row may be too narrow for both.
+            const QString detail = row.state.reason.isEmpty() ? status : row.state.reason;
+            return Fenk::plainToolTip(detail.isEmpty() ? row.name : row.name + '\n' + detail);
         }
         default:
             return {};
