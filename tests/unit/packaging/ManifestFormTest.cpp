@@ -9,7 +9,9 @@
 
 using TestSupport::Table;
 using Value = QString ManifestForm::*;
+using Problem = ManifestFormRules::Problem;
 Q_DECLARE_METATYPE(Value)
+Q_DECLARE_METATYPE(Problem)
 
 namespace {
 
@@ -22,28 +24,28 @@ ManifestForm sample() {
 class ManifestFormTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void complete_data() {
-        const Table<Value, QString, bool> row("field", "value", "isComplete");
-        row("good", &ManifestForm::name, "A", true);
-        row("no name", &ManifestForm::name, "", false);
-        row("blank introduction", &ManifestForm::introduction, " \n", false);
-        row("no category", &ManifestForm::category, "", false);
-        row("temporary address", &ManifestForm::downloadUrl, "https://a.example/?auth_key=1", true);
-        row("half an address", &ManifestForm::downloadUrl, "http:/", false);
-        row("other scheme", &ManifestForm::downloadUrl, "ftp://a.example", false);
-        row("whole size", &ManifestForm::packageSize, "84", true);
-        row("half a size", &ManifestForm::packageSize, "84.", false);
-        row("size with a unit", &ManifestForm::packageSize, "84M", false);
-        row("long mail", &ManifestForm::contributorEmail, "a.b+c%d_e-f@g-h.example.org", true);
-        row("short top level", &ManifestForm::contributorEmail, "a@b.c", false);
-        row("two signs", &ManifestForm::contributorEmail, "a@b@c.de", false);
+    void problems_data() {
+        const Table<Value, QString, Problem> row("field", "value", "problem");
+        row("good", &ManifestForm::name, "A", Problem::None);
+        row("no name", &ManifestForm::name, "", Problem::Missing);
+        row("blank introduction", &ManifestForm::introduction, " \n", Problem::Missing);
+        row("no category", &ManifestForm::category, "", Problem::Missing);
+        row("temporary address", &ManifestForm::downloadUrl, "https://a.example/?auth_key=1", Problem::None);
+        row("half an address", &ManifestForm::downloadUrl, "http:/", Problem::WebAddress);
+        row("other scheme", &ManifestForm::downloadUrl, "ftp://a.example", Problem::WebAddress);
+        row("whole size", &ManifestForm::packageSize, "84", Problem::None);
+        row("half a size", &ManifestForm::packageSize, "84.", Problem::Megabytes);
+        row("size with a unit", &ManifestForm::packageSize, "84M", Problem::Megabytes);
+        row("long mail", &ManifestForm::contributorEmail, "a.b+c%d_e-f@g-h.example.org", Problem::None);
+        row("short top level", &ManifestForm::contributorEmail, "a@b.c", Problem::Email);
+        row("two signs", &ManifestForm::contributorEmail, "a@b@c.de", Problem::Email);
     }
-    void complete() {
+    void problems() {
         QFETCH(Value, field);
         QFETCH(QString, value);
         ManifestForm form = sample();
         form.*field = value;
-        QTEST(ManifestFormRules::isComplete(form), "isComplete");
+        QTEST(ManifestFormRules::problemOf(form), "problem");
     }
 
     void temporary() {

@@ -98,17 +98,21 @@ void ExportYamlDialog::onRecord(const BusResult& result) {
     const QJsonObject program = BottleRecord::programs(bottle).value(m_programUuid).toObject();
     m_bottlePath = BottleRecord::path(bottle);
     m_rows->setLogo(ProgramRecord::icon(program));
-    ManifestForm form = RememberedAnswers::read(m_bottlePath).value_or(ManifestForm());
-    form.name = ProgramRecord::name(program);
-    m_rows->propose(form);
+    ManifestForm known = RememberedAnswers::read(m_bottlePath).value_or(ManifestForm());
+    known.name = ProgramRecord::name(program).simplified();
+    m_rows->propose(known);
 }
 
-void ExportYamlDialog::startExport() {
+ManifestForm ExportYamlDialog::form() const {
     ManifestForm form = m_rows->values();
     form.bottle = m_bottle;
     form.programUuid = m_programUuid;
-    RememberedAnswers::write(m_bottlePath, form);
-    m_exporter->start(form);
+    return form;
+}
+
+void ExportYamlDialog::startExport() {
+    RememberedAnswers::write(m_bottlePath, form());
+    m_exporter->start(form());
 }
 
 void ExportYamlDialog::onStep() {
@@ -126,12 +130,25 @@ void ExportYamlDialog::onStep() {
 }
 
 void ExportYamlDialog::updateOk() {
-    ManifestForm form = m_rows->values();
-    form.bottle = m_bottle;
-    form.programUuid = m_programUuid;
-    const bool isComplete = ManifestFormRules::isComplete(form);
-    button(m_ok)->setEnabled(isComplete && m_exporter->step() == Step::Idle);
-    button(m_ok)->setToolTip(isComplete ? QString() : tr("Please fill in all fields"));
+    const Problem problem = ManifestFormRules::problemOf(form());
+    button(m_ok)->setEnabled(problem == Problem::None && m_exporter->step() == Step::Idle);
+    button(m_ok)->setToolTip(textOf(problem));
+}
+
+QString ExportYamlDialog::textOf(Problem problem) {
+    switch (problem) {
+        case Problem::Missing:
+            return tr("Please fill in all fields");
+        case Problem::WebAddress:
+            return tr("The download URL must begin with http:// or https://");
+        case Problem::Megabytes:
+            return tr("The package size must be a number");
+        case Problem::Email:
+            return tr("The email address is not complete");
+        case Problem::None:
+            break;
+    }
+    return {};
 }
 
 void ExportYamlDialog::showStatus(const QString& text, bool isError) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fenk/window/Dialog.h"
+#include "packaging/manifest/ManifestForm.h"
 
 class AliyunGreenApi;
 class ManifestExporter;
@@ -30,6 +31,9 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    using Problem = ManifestFormRules::Problem;
+    static QString textOf(Problem problem);
+    ManifestForm form() const;
     void onRecord(const BusResult& result);
     void startExport();
     void onStep();

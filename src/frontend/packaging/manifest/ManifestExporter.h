@@ -22,7 +22,7 @@ public:
     void start(const ManifestForm& form);
     Step step() const { return m_step; }
 
-    /// For tests.
+    /// Instead of 30 s.
     void setLongestCheckMs(int ms) { m_checkTimer.setInterval(ms); }
 
 Q_SIGNALS:

@@ -44,17 +44,20 @@ QString ManifestForm::textForModeration() const {
 
 namespace ManifestFormRules {
 
-const char WebAddress[] = "^(http|https)://.*";
-const char Megabytes[] = "^[0-9]{1,9}(\\.[0-9]{1,3})?$";
-const char Email[] = "^[a-zA-Z0-9._%+-]+@[a-zA-Z0-9.-]+\\.[a-zA-Z]{2,}$";
+const char WebAddressPattern[] = "^(http|https)://.*";
+const char MegabytesPattern[] = "^[0-9]{1,9}(\\.[0-9]{1,3})?$";
+const char EmailPattern[] = "^[a-zA-Z0-9._%+-]+@[a-zA-Z0-9.-]+\\.[a-zA-Z]{2,}$";
 
-bool isComplete(const ManifestForm& form) {
+Problem problemOf(const ManifestForm& form) {
     for (const Member& member : ServiceMembers) {
         if ((form.*member.value).trimmed().isEmpty())
-            return false;
+            return Problem::Missing;
     }
-    return matches(WebAddress, form.downloadUrl) && matches(Megabytes, form.packageSize) &&
-           matches(Email, form.contributorEmail);
+    if (!matches(WebAddressPattern, form.downloadUrl))
+        return Problem::WebAddress;
+    if (!matches(MegabytesPattern, form.packageSize))
+        return Problem::Megabytes;
+    return matches(EmailPattern, form.contributorEmail) ? Problem::None : Problem::Email;
 }
 
 bool isTemporary(const QString& url) {

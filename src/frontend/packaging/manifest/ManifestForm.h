@@ -24,12 +24,13 @@ namespace ManifestFormRules {
 
 constexpr int MaximumIntroduction = 100;  ///< characters
 
-extern const char WebAddress[];  ///< regular expressions
-extern const char Megabytes[];
-extern const char Email[];
+extern const char WebAddressPattern[];  ///< regular expressions
+extern const char MegabytesPattern[];
+extern const char EmailPattern[];
 
-/// Whether the form can be exported: no value is empty or breaks its rule.
-bool isComplete(const ManifestForm& form);
+enum class Problem { None, Missing, WebAddress, Megabytes, Email };
+/// What keeps a form from being exported: a value that is empty, or the first that breaks its rule.
+Problem problemOf(const ManifestForm& form);
 
 /// Whether an address looks like one that was made for a single download.
 bool isTemporary(const QString& url);
