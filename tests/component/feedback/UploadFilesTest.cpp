@@ -170,12 +170,14 @@ private Q_SLOTS:
         QVERIFY(service.start());
         m_home.write("bottle/bottle.yml", "Runner: w\n");
         service.setBottle("office", {{"Path", m_home.path() + "/bottle"}});
-        for (const QString& bottle : {QString("none"), QString("office")}) {
-            LogUpload upload;
-            QSignalSpy ended(&upload, &LogUpload::finished);
-            upload.collectLogs(bottle);
-            QTRY_COMPARE(ended.size(), 1);
-            QCOMPARE(ended[0][0].toString(), QString(bottle == "office" ? "key" : ""));
+        for (const auto start : {&LogUpload::uploadConfiguration, &LogUpload::collectLogs}) {
+            for (const QString& bottle : {QString("none"), QString("office")}) {
+                LogUpload upload;
+                QSignalSpy ended(&upload, &LogUpload::finished);
+                (upload.*start)(bottle);
+                QTRY_COMPARE(ended.size(), 1);
+                QCOMPARE(ended[0][0].toString(), QString(bottle == "office" ? "key" : ""));
+            }
         }
         QProcess tar;
         tar.start("tar", {"-tzf", m_home.write("sent.tar.gz", m_server.bodies.last())});
