@@ -95,13 +95,25 @@ void BottleDependencies::load(const QStringList& installed) {
 void BottleDependencies::readQueue() {
     if (std::exchange(m_isReadingQueue, true))
         return;
-    BottleRepair::instance()->queuedDependencies(m_bottle, this,
-                                                 [this, number = m_bottles](const BusResult& answer) {
-                                                     if (number != m_bottles)
-                                                         return;
-                                                     m_isReadingQueue = false;
-                                                     tell(m_states.adopt(answer.strings()));
-                                                 });
+    const auto onAnswer = [this, number = m_bottles](const BusResult& answer) {
+        if (number != m_bottles)
+            return;
+        m_isReadingQueue = false;
+        if (answer.text.startsWith('['))
+            takeQueue(answer.strings());
+    };
+    BottleRepair::instance()->queuedDependencies(m_bottle, this, onAnswer);
+}
+
+/// Signals come in the order of the answers to watched calls: what somebody else has asked for and is not in
+/// the queue has ended.
+void BottleDependencies::takeQueue(const QStringList& queue) {
+    QStringList changed;
+    for (const QString& name : QStringList(m_states.queue())) {
+        if (!m_requests.contains(name) && !queue.contains(name) && m_states.withdraw(name))
+            changed += name;
+    }
+    tell(changed + m_states.adopt(queue));
 }
 
 void BottleDependencies::tell(const QStringList& names) {

@@ -62,6 +62,7 @@ private:
     void onBusy(const QString& name, const QStringList& programs);
     void onServiceLost();
     void readQueue();
+    void takeQueue(const QStringList& queue);
     void tell(const QStringList& names);
     bool isForeign(const QString& bottle, const QString& name);
 
