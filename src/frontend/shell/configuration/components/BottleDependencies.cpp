@@ -9,14 +9,10 @@
 #include "backend/ServiceErrorText.h"
 #include "backend/ServiceLoss.h"
 #include "launch/run/BottleTasks.h"
+#include "shell/configuration/components/DependencyFacts.h"
 
-namespace {
-
-constexpr int NamesPerQuestion = 100;
-
-}  // namespace
-
-BottleDependencies::BottleDependencies(QObject* parent) : QObject(parent) {
+BottleDependencies::BottleDependencies(QObject* parent)
+    : QObject(parent), m_facts(new DependencyFacts(this)) {
     followService();
 }
 
@@ -72,7 +68,7 @@ void BottleDependencies::setBottle(const QString& bottle) {
     m_description.clear();
     m_requests.clear();
     m_blocked.clear();
-    m_facts.clear();
+    m_facts->setBottle(bottle);
     m_isReadingQueue = false;
 }
 
@@ -150,7 +146,7 @@ void BottleDependencies::installFrom(const QString& path, const QString& name) {
                 Q_EMIT refused(answer.ok ? ServiceErrorText::of(result) : answer.errorText());
                 return;
             }
-            m_facts.remove(name);
+            m_facts->forget({name});
             install(name);
         });
 }
@@ -191,8 +187,7 @@ void BottleDependencies::onInstalled(const QString& name, const QJsonObject& res
     m_requests.remove(name);
     m_blocked.removeAll(name);
     m_description.clear();
-    for (const QString& installed : names)
-        m_facts.remove(installed);
+    m_facts->forget(names);
     tell(names);
     Q_EMIT setupDone();
 }
@@ -272,28 +267,4 @@ void BottleDependencies::onServiceLost() {
     tell(queue);
     if (!queue.isEmpty())
         Q_EMIT setupDone();
-}
-
-void BottleDependencies::describe(const QStringList& names) {
-    QStringList wanted;
-    for (const QString& name : names) {
-        if (!m_facts.contains(name))
-            wanted += name;
-    }
-    for (int i = 0; i < wanted.size(); i += NamesPerQuestion) {
-        BottleRepair::instance()->describeDependencies(
-            m_bottle, wanted.mid(i, NamesPerQuestion), this,
-            [this, number = m_bottles](const BusResult& answer) {
-                if (number != m_bottles)
-                    return;
-                if (!answer.ok)
-                    qWarning().noquote() << "nothing is known about the components" << answer.errorMessage;
-                QStringList described;
-                for (const OfferedComponent& component : OfferedComponent::read(answer.array())) {
-                    m_facts.insert(component.name, component);
-                    described += component.name;
-                }
-                Q_EMIT factsChanged(described);
-            });
-    }
 }

@@ -3,10 +3,10 @@
 #include <QHash>
 #include <QObject>
 
-#include "launch/repair/RepairOffer.h"
 #include "shell/configuration/components/DependencyStates.h"
 
-struct BusResult;
+class DependencyFacts;
+class QJsonObject;
 
 /// The components of one bottle behind the components page: asks the service for what the user wants,
 /// follows its work, whoever asked for it, and knows what an installation would bring. The service installs
@@ -36,16 +36,13 @@ public:
     /// The answer to programsRunning().
     void answerProgramsRunning(bool close);
 
-    /// Asks the service once for what the installation of each would bring; factsChanged() follows.
-    void describe(const QStringList& names);
-    bool hasFacts(const QString& name) const { return m_facts.contains(name); }
-    OfferedComponent facts(const QString& name) const { return m_facts.value(name); }
+    /// What the installations would bring.
+    DependencyFacts* facts() const { return m_facts; }
 
 Q_SIGNALS:
     void changed(const QString& name);
     /// Which one is being installed, how far, or how many wait.
     void queueChanged();
-    void factsChanged(const QStringList& names);
     /// Asked for now (downloading), or found under way.
     void startSetup(const QString& name, bool downloading);
     void setupDone();
@@ -72,7 +69,7 @@ private:
     QHash<QString, bool> m_requests;  ///< of those under way that this window asked for: whether again
     QHash<QString, int> m_attempts;   ///< answers to older ones are ignored
     QStringList m_blocked;            ///< refused because programs run; the user is asked
-    QHash<QString, OfferedComponent> m_facts;
+    DependencyFacts* m_facts;
     bool m_isReadingQueue = false;
     int m_bottles = 0;  ///< answers for older ones are dropped
 };

@@ -14,6 +14,7 @@
 #include "shell/configuration/components/BottleDependencies.h"
 #include "shell/configuration/components/ComponentsItemDelegate.h"
 #include "shell/configuration/components/ComponentsListView.h"
+#include "shell/configuration/components/DependencyFacts.h"
 #include "widgets/FileChoice.h"
 
 using namespace Fenk;
@@ -96,7 +97,7 @@ QString ComponentDetails::factsText(const QString& name) const {
     }
     if (!missing.isEmpty())
         lines += tr("Installed first: %1.").arg(titles(missing).join(", "));
-    const OfferedComponent facts = dependencies->facts(name);
+    const OfferedComponent facts = dependencies->facts()->of(name);
     QStringList cached;
     QMap<QString, QStringList> bySource;
     for (const OfferedFile& file : facts.files) {
@@ -118,7 +119,7 @@ QString ComponentDetails::factsText(const QString& name) const {
 void ComponentDetails::refresh() {
     const QString name = m_list->currentName();
     const DependencyState state = m_list->dependencies()->state(name);
-    const OfferedComponent facts = m_list->dependencies()->facts(name);
+    const OfferedComponent facts = m_list->dependencies()->facts()->of(name);
     const QString reason = !state.reason.isEmpty() ? state.reason : facts.reason;
     setVisible(!name.isEmpty());
     const QString title = componentTitle(name), description = m_list->descriptionOf(name);
@@ -137,7 +138,7 @@ void ComponentDetails::refresh() {
 void ComponentDetails::chooseFile() {
     const QString name = m_list->currentName();
     QString wanted = name;
-    for (const OfferedFile& file : m_list->dependencies()->facts(name).files) {
+    for (const OfferedFile& file : m_list->dependencies()->facts()->of(name).files) {
         if (!file.isCached) {
             wanted = file.name;
             break;

@@ -13,6 +13,7 @@
 #include "shell/configuration/components/ComponentRoles.h"
 #include "shell/configuration/components/ComponentsItemDelegate.h"
 #include "shell/configuration/components/DependencyCatalogue.h"
+#include "shell/configuration/components/DependencyFacts.h"
 
 using namespace Fenk;
 
@@ -58,7 +59,7 @@ ComponentsListView::ComponentsListView(QWidget* parent)
     m_proxy->sort(0);
     setModel(m_proxy);
     connect(m_dependencies, &BottleDependencies::changed, this, &ComponentsListView::refreshRow);
-    connect(m_dependencies, &BottleDependencies::factsChanged, this, [this](const QStringList& names) {
+    connect(m_dependencies->facts(), &DependencyFacts::changed, this, [this](const QStringList& names) {
         for (const QString& name : names)
             refreshRow(name);
     });
@@ -118,8 +119,8 @@ void ComponentsListView::refreshRow(const QString& name) {
     if (!item)
         return;
     const DependencyState state = m_dependencies->state(name);
-    const bool isKnown = m_dependencies->hasFacts(name);
-    const OfferedComponent facts = m_dependencies->facts(name);
+    const bool isKnown = m_dependencies->facts()->has(name);
+    const OfferedComponent facts = m_dependencies->facts()->of(name);
     const qint64 bytes = OfferedComponent::bytes({facts});
     item->setData(state.action(), ComponentRoles::Action);
     item->setData(bytes > 0 ? TextUtils::readableSize(bytes) : QString(), ComponentRoles::Detail);

@@ -15,6 +15,7 @@
 #include "shell/configuration/components/BottleDependencies.h"
 #include "shell/configuration/components/ComponentDetails.h"
 #include "shell/configuration/components/ComponentsListView.h"
+#include "shell/configuration/components/DependencyFacts.h"
 #include "shell/configuration/components/InstallingTips.h"
 
 using namespace Fenk;
@@ -127,7 +128,7 @@ void ComponentsPage::showEvent(QShowEvent* event) {
 
 void ComponentsPage::describe() {
     if (isVisible() && !m_list->dependencies()->bottle().isEmpty())
-        m_list->dependencies()->describe(m_list->names());
+        m_list->dependencies()->facts()->fetch(m_list->names());
 }
 
 void ComponentsPage::askAboutPrograms(const QStringList& programs) {
