@@ -12,7 +12,8 @@ from support import BUILD, SOURCE
 SAMPLE = os.path.join(BUILD, "tests", "programs", "x64", "window.exe")
 PREFIX = os.path.join(os.path.dirname(BUILD), "prefix")
 INSTALLED = os.path.join(PREFIX, "files", "share", "cellarix", "service", "bottles_packager.py")
-WINE_FILES = "/usr/lib/x86_64-linux-gnu/wine/x86_64-windows"
+WINE_FILES = {"system32": "/usr/lib/x86_64-linux-gnu/wine/x86_64-windows",
+              "syswow64": "/usr/lib/i386-linux-gnu/wine/i386-windows"}
 WALK = os.path.join(os.path.dirname(os.path.abspath(__file__)), "package_walk.sh")
 TOOLS = all(shutil.which(tool) for tool in ("wine", "unshare", "Xvfb", "openbox", "xdotool", "lintian"))
 
@@ -22,7 +23,7 @@ def can_overlay():
     return os.getuid() == 0 and subprocess.run(words, capture_output=True, check=False).returncode == 0
 
 
-@unittest.skipUnless(TOOLS and os.path.isfile(SAMPLE) and os.path.isfile(INSTALLED) and os.path.isdir(WINE_FILES),
+@unittest.skipUnless(TOOLS and os.path.isfile(SAMPLE) and os.path.isfile(INSTALLED) and os.path.isdir(WINE_FILES["system32"]),
                      "needs Wine, the sample programs, the installed tree, Xvfb, openbox, xdotool and lintian")
 @unittest.skipUnless(can_overlay(), "needs root and overlay mounts")
 class Walk(BottleCase):
@@ -34,13 +35,14 @@ class Walk(BottleCase):
         subprocess.run(["wine", "wineboot", "-i"], env=env, check=True, timeout=150)
         subprocess.run(["wineserver", "-w"], env=env, check=True, timeout=60)
         windows = os.path.join(self.directory, "drive_c", "windows")
-        for name in ("syswow64", "winsxs", "Installer"):
-            shutil.rmtree(os.path.join(windows, name), ignore_errors=True)
-        for item in list(os.scandir(os.path.join(windows, "system32"))):
-            own = os.path.join(WINE_FILES, item.name)
-            if item.is_file(follow_symlinks=False) and os.path.isfile(own):
-                os.unlink(item.path)
-                os.symlink(own, item.path)
+        shutil.rmtree(os.path.join(windows, "winsxs"))
+        for name, source in WINE_FILES.items():
+            directory = os.path.join(windows, name)
+            for item in list(os.scandir(directory)) if os.path.isdir(directory) else ():
+                own = os.path.join(source, item.name)
+                if item.is_file(follow_symlinks=False) and os.path.isfile(own):
+                    os.unlink(item.path)
+                    os.symlink(own, item.path)
         Path(self.directory, ".update-timestamp").write_text("disable\n")
 
     def pack_version(self, version, words):

@@ -27,6 +27,9 @@ QString dataFile(const QString& name) {
 QString launcherScript() {
     return shareDir() + "/service/launcher.py";
 }
+QString packagerScript() {
+    return shareDir() + "/service/bottles_packager.py";
+}
 QString peVersionInfoScript() {
     return BuildInfo::isRelease() ? binDir() + "/pe_version_info.py"
                                   : shareDir() + "/tools/pe_version_info.py";

@@ -13,6 +13,7 @@ QString shareDir();  ///< files/share/cellarix
 QString dataFile(
     const QString& name);  ///< a catalogue file beside the share directory; source/ in development builds
 QString launcherScript();  ///< service/launcher.py
+QString packagerScript();  ///< service/bottles_packager.py
 QString peVersionInfoScript();  ///< pe_version_info.py
 QString exeScannerScript();     ///< scripts/exe_scanner.py
 QString storeServer();          ///< cellarix-store-server, which answers when no other store is configured

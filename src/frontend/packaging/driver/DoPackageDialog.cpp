@@ -1,0 +1,136 @@
+#include "packaging/driver/DoPackageDialog.h"
+
+#include <QDebug>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPointer>
+#include <QStackedWidget>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include "fenk/style/Tokens.h"
+#include "fenk/window/Dialog.h"
+#include "packaging/driver/PackagePages.h"
+#include "packaging/driver/SaveDirectory.h"
+
+DoPackageDialog::DoPackageDialog(QWidget* parent)
+    : AbstractDialog(parent),
+      m_pages(new QStackedWidget),
+      m_progress(new ShowPackagingProgressWidget),
+      m_done(new ShowPackageDoneWidget),
+      m_failed(new ShowPackageFailedWidget),
+      m_log(new ShowPackagingLogWidget) {
+    setObjectName("packaging_dialog");
+    setAccessibleName("packaging_dialog");
+    setFixedWidth(Fenk::Tokens::DialogMaxWidth);
+    m_pages->setObjectName("packaging_stacked_widget");
+    m_pages->setAccessibleName("packaging_dialog");
+    for (QWidget* page : std::initializer_list<QWidget*>{m_progress, m_done, m_failed})
+        m_pages->addWidget(page);
+    bodyLayout()->addWidget(m_pages);
+    bodyLayout()->addWidget(m_log);
+    m_log->hide();
+
+    connect(&m_run, &PackagingRun::progress, this, &DoPackageDialog::updateProgress);
+    connect(this, &DoPackageDialog::updateProgress, m_progress, &ShowPackagingProgressWidget::setProgress);
+    connect(&m_run, &PackagingRun::line, this, &DoPackageDialog::slotsPackageOutput);
+    connect(&m_run, &PackagingRun::finished, this, &DoPackageDialog::onFinished);
+    connect(m_progress, &ShowPackagingProgressWidget::detailsToggled, this,
+            [this](bool shown) { shown ? slotsShowLogs() : slotsHideLogs(); });
+    connect(m_done, &ShowPackageDoneWidget::changePathClicked, this, &DoPackageDialog::changeSavedPath);
+    connect(m_done, &ShowPackageDoneWidget::viewClicked, this, &DoPackageDialog::openPackage);
+    connect(m_done->info(), &AppPkgInfoWidget::pkgDirClicked, this,
+            [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_saveDirectory)); });
+    connect(m_failed, &ShowPackageFailedWidget::logClicked, this,
+            [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_run.logPath())); });
+}
+
+void DoPackageDialog::start(const QString& bottleName, const QString& packageName,
+                            const QString& packageVersion, const QString& logDir) {
+    m_packageName = packageName;
+    m_packageVersion = packageVersion;
+    m_saveDirectory = SaveDirectory::current();
+    setTitle(tr("Packaging application in progress ..."));
+    m_progress->reset();
+    m_pages->setCurrentWidget(m_progress);
+    m_run.start(bottleName, m_saveDirectory, logDir);
+}
+
+void DoPackageDialog::slotsPackageOutput(const QString& line) {
+    m_lastLine = line;
+    m_log->append(line);
+}
+
+void DoPackageDialog::slotsShowLogs() {
+    m_progress->setDetailsShown(true);
+    m_log->show();
+    adjustHeight();
+}
+
+void DoPackageDialog::slotsHideLogs() {
+    m_progress->setDetailsShown(false);
+    m_log->hide();
+    adjustHeight();
+}
+
+void DoPackageDialog::adjustHeight() {
+    resize(width(), layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width())
+                                                  : layout()->totalSizeHint().height());
+}
+
+void DoPackageDialog::onFinished(PackagingRun::End end) {
+    slotsHideLogs();
+    setTitle({});
+    if (end == PackagingRun::End::Cancelled) {
+        done(Rejected);
+        return;
+    }
+    if (end == PackagingRun::End::Packed) {
+        m_done->info()->setPackage(m_packageName, m_packageVersion, m_saveDirectory);
+        m_pages->setCurrentWidget(m_done);
+    } else {
+        m_failed->setReason(m_lastLine);
+        m_pages->setCurrentWidget(m_failed);
+    }
+    adjustHeight();
+}
+
+void DoPackageDialog::changeSavedPath() {
+    // The text is the product's in every language.
+    const QString chosen = QFileDialog::getExistingDirectory(this, "选择保存位置", m_saveDirectory);
+    if (chosen.isEmpty() || SaveDirectory::usable(chosen, {}) != chosen)
+        return;
+    SaveDirectory::set(chosen);
+    m_done->showNextDirectory(chosen);
+    adjustHeight();
+}
+
+void DoPackageDialog::openPackage() {
+    const QString package = SaveDirectory::newestPackage(m_saveDirectory, m_packageName);
+    const QUrl url = QUrl::fromLocalFile(package.isEmpty() ? m_saveDirectory : package);
+    qInfo().nospace().noquote() << "open: " << url.toString();
+    QDesktopServices::openUrl(url);
+}
+
+void DoPackageDialog::reject() {
+    if (!m_run.isRunning()) {
+        AbstractDialog::reject();
+        return;
+    }
+    Fenk::Dialog question(tr("The application is not yet packed, are you sure you want to close?"),
+                          tr("The current file will not be saved and will need to be repacked after closing"),
+                          this);
+    question.addButton(tr("Cancel"));
+    const int close = question.addButton(tr("OK"), false, Fenk::Dialog::ButtonWarning);
+    // The run may have ended, and its page is worth seeing, while the question was open.
+    const QPointer<DoPackageDialog> alive(this);
+    const int answer = question.exec();
+    if (!alive || answer != close)
+        return;
+    qInfo() << "close? ";
+    if (m_run.isRunning())
+        m_run.cancel();
+    else
+        AbstractDialog::reject();
+}

@@ -1,0 +1,102 @@
+#include "packaging/driver/PackagingRun.h"
+
+#include <QDebug>
+#include <QDir>
+
+#include "core/base/Logging.h"
+#include "core/base/Paths.h"
+
+namespace {
+const QLatin1String ProgressPrefix("::progress:: ");
+}
+
+PackagingRun::PackagingRun(QObject* parent) : QObject(parent) {
+    m_startTimer.setSingleShot(true);
+    m_startTimer.setInterval(StartTimeoutMs);
+    connect(&m_startTimer, &QTimer::timeout, this, [this] {
+        m_process.kill();
+        end(End::Failed);
+    });
+    connect(&m_process, &QProcess::started, this, [this] {
+        m_startTimer.stop();
+        qInfo() << "started";
+    });
+    connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+        if (error != QProcess::FailedToStart)
+            return;
+        take({m_process.errorString()});
+        end(End::Failed);
+    });
+    connect(&m_process, &QProcess::readyReadStandardOutput, this,
+            [this] { take(m_output.add(m_process.readAllStandardOutput())); });
+    connect(&m_process, &QProcess::readyReadStandardError, this,
+            [this] { take(m_errors.add(m_process.readAllStandardError())); });
+    connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            [this](int code, QProcess::ExitStatus status) {
+                take(m_output.rest());
+                take(m_errors.rest());
+                if (m_isCancelled)
+                    end(End::Cancelled);
+                else
+                    end(code == 0 && status == QProcess::NormalExit ? End::Packed : End::Failed);
+            });
+}
+
+PackagingRun::~PackagingRun() {
+    disconnect(&m_process, nullptr, this, nullptr);
+    if (!isRunning())
+        return;
+    m_process.kill();
+    m_process.waitForFinished(-1);  // a killed process ends at once
+}
+
+void PackagingRun::start(const QString& bottleName, const QString& saveDirectory,
+                         const QString& logDirectory) {
+    QDir().mkpath(logDirectory);
+    m_log.setFileName(logDirectory + "/" + "package.log");
+    if (!m_log.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        qWarning().noquote() << "can't write" << m_log.fileName() << m_log.errorString();
+    m_process.setProgram(Paths::packagerScript());
+    m_process.setArguments({bottleName, "--savedir", saveDirectory});
+    m_startTimer.start();
+    m_process.start(QIODevice::ReadWrite);
+}
+
+void PackagingRun::cancel() {
+    if (!isRunning())
+        return;
+    m_isCancelled = true;
+    m_process.terminate();
+}
+
+double PackagingRun::progressOf(const QString& line) {
+    if (!line.startsWith(ProgressPrefix))
+        return -1;
+    bool isNumber = false;
+    const double percent = line.mid(ProgressPrefix.size()).toDouble(&isNumber);
+    return isNumber && percent >= 0 && percent <= 100 ? percent : -1;
+}
+
+void PackagingRun::take(const QStringList& lines) {
+    for (const QString& raw : lines) {
+        const QString text = raw.trimmed();
+        if (m_log.isOpen())
+            m_log.write(text.toUtf8() + '\n');
+        const double percent = progressOf(text);
+        if (percent >= 0) {
+            qDebug() << "Progress::" << percent;
+            Q_EMIT progress(percent);
+        } else if (!text.isEmpty()) {
+            Q_EMIT line(cleanHomePaths(text));
+        }
+    }
+}
+
+void PackagingRun::end(End end) {
+    if (std::exchange(m_hasEnded, true))
+        return;
+    m_startTimer.stop();
+    m_log.close();
+    qInfo().nospace().noquote() << "saved package logs: " << m_log.fileName();
+    Q_EMIT finished(end);
+}

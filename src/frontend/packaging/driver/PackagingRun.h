@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QFile>
+#include <QObject>
+#include <QProcess>
+#include <QTimer>
+
+#include "widgets/LogLineReader.h"
+
+/// One run of the packing script: starts it, reads its output, keeps its log. Ends with finished(), exactly
+/// once; its destruction ends the script, which then leaves no package. GUI thread.
+class PackagingRun : public QObject {
+    Q_OBJECT
+
+public:
+    enum class End { Packed, Failed, Cancelled };
+
+    static constexpr int StartTimeoutMs = 30000;
+
+    explicit PackagingRun(QObject* parent = nullptr);
+    ~PackagingRun() override;
+
+    /// The log goes to package.log in `logDirectory`, which is made if it is missing.
+    void start(const QString& bottleName, const QString& saveDirectory, const QString& logDirectory);
+    /// Has the script end; finished() follows.
+    void cancel();
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    QString logPath() const { return m_log.fileName(); }
+
+    /// The percentage that a line of the script tells, within 0 and 100; -1 for any other line.
+    static double progressOf(const QString& line);
+
+Q_SIGNALS:
+    void progress(double percent);
+    /// A line for the user, without home directories.
+    void line(const QString& text);
+    void finished(PackagingRun::End end);
+
+private:
+    void take(const QStringList& lines);
+    void end(End end);
+
+    QProcess m_process;
+    LogLineReader m_output;
+    LogLineReader m_errors;
+    QFile m_log;
+    QTimer m_startTimer;
+    bool m_isCancelled = false;
+    bool m_hasEnded = false;
+};

@@ -1,0 +1,145 @@
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QProgressBar>
+#include <QStackedWidget>
+#include <QtTest>
+
+#include "core/base/Paths.h"
+#include "core/base/SettingsStore.h"
+#include "fenk/window/Dialog.h"
+#include "packaging/driver/DoPackageDialog.h"
+#include "packaging/driver/PackagePages.h"
+#include "packaging/driver/SaveDirectory.h"
+#include "support/LogCapture.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
+
+using namespace TestSupport;
+
+namespace {
+const char Registry[] = "WINE REGISTRY Version 2\n;; All keys relative to REGISTRY\\\\Machine\n\n";
+const char Pkginfo[] = R"({"appname": "Sample", "pkgname": "com.example.sample", "pkgversion": "1.0",
+    "arch": ["amd64"]})";
+const char Pkgsrc[] = R"({"u": {"path": "C:\\a.exe", "in_bottles": true}})";
+const char Settings[] = "Name: t\nExternal_Programs:\n  u:\n    path: 'C:\\a.exe'\n";
+}  // namespace
+
+/// Packs with the installed script.
+class PackagingTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void progressLines_data();
+    void progressLines();
+    void theSaveDirectoryFallsBackToTheDesktop();
+    void progressNeverRunsBackwards();
+    void aBottleBecomesAPackage();
+    void aFailureTellsItsReason();
+    void closingAsksAndCancelKeepsTheScriptRunning();
+
+private:
+    QString bottle(const QString& name, qint64 noise = 0);
+    QStackedWidget* pages(QWidget* dialog) { return dialog->findChild<QStackedWidget*>(); }
+    QString logs() const { return m_home.path() + "/.cache/cellarix/pkglogs/"; }
+
+    TestHome m_home;
+};
+
+void PackagingTest::initTestCase() {
+    QCoreApplication::setApplicationName("packaging-test");
+    QVERIFY(QDir().mkpath(m_home.desktop()));
+    if (!QFileInfo::exists(Paths::packagerScript()))
+        QSKIP("needs the installed tree");
+}
+
+QString PackagingTest::bottle(const QString& name, qint64 noise) {
+    const QString place = ".local/share/lumora-wine-bottles/bottles/" + name + '/';
+    m_home.write(place + "system.reg", Registry);
+    m_home.write(place + "user.reg", Registry);
+    m_home.write(place + "bottle.yml", Settings);
+    m_home.write(place + "pkgcfg/pkginfo.json", Pkginfo);
+    m_home.write(place + "drive_c/a.exe", "MZ");
+    QByteArray bytes(int(noise), '\0');
+    std::generate(bytes.begin(), bytes.end(), [] { return char(QRandomGenerator::global()->generate()); });
+    m_home.write(place + "drive_c/noise", bytes);
+    return m_home.write(place + "pkgcfg/pkgsrc.json", Pkgsrc);
+}
+
+void PackagingTest::progressLines_data() {
+    const Table<QString, double> row("line", "percent");
+    row("half", "::progress:: 41.5", 41.5);
+    row("none", "progress 41", -1);
+    row("no number", "::progress:: much", -1);
+    row("too much", "::progress:: 1e9", -1);
+}
+
+void PackagingTest::progressLines() {
+    QFETCH(QString, line);
+    QTEST(PackagingRun::progressOf(line), "percent");
+}
+
+void PackagingTest::theSaveDirectoryFallsBackToTheDesktop() {
+    const LogCapture log;
+    const QString file = m_home.write("file", "");
+    settingsStore()->setOption("basic.deb_save_path.", file);
+    QCOMPARE(SaveDirectory::current(), m_home.desktop());
+    QCOMPARE(settingsStore()->getOption("basic.deb_save_path.").toString(), m_home.desktop());
+    QVERIFY(log.contains("not writable, try to use desktop"));
+    const QString fresh = m_home.path() + "/a/b";
+    QCOMPARE(SaveDirectory::usable(fresh, {}), fresh);
+}
+
+void PackagingTest::progressNeverRunsBackwards() {
+    ShowPackagingProgressWidget page;
+    auto* bar = page.findChild<QProgressBar*>("package_progressbar");
+    for (const double percent : {41.5, 7.0})
+        page.setProgress(percent);
+    QCOMPARE(bar->value(), 41);
+}
+
+void PackagingTest::aBottleBecomesAPackage() {
+    bottle("t");
+    DoPackageDialog dialog;
+    dialog.start("t", "com.example.sample", "1.0", logs());
+    dialog.show();
+    QTRY_VERIFY_WITH_TIMEOUT(qobject_cast<ShowPackageDoneWidget*>(pages(&dialog)->currentWidget()), 60000);
+    const QString package = m_home.desktop() + "/com.example.sample_1.0_amd64.deb";
+    QCOMPARE(SaveDirectory::newestPackage(m_home.desktop(), "com.example.sample"), package);
+    QVERIFY(readFile(logs() + "package.log").contains("packed: " + package.toUtf8()));
+    QVERIFY(dialog.close());
+}
+
+void PackagingTest::aFailureTellsItsReason() {
+    QVERIFY(QFile::remove(bottle("empty")));
+    DoPackageDialog dialog;
+    dialog.start("empty", "com.example.sample", "1.0", logs());
+    auto* failed = dialog.findChild<ShowPackageFailedWidget*>();
+    QTRY_COMPARE_WITH_TIMEOUT(pages(&dialog)->currentWidget(), failed, 60000);
+    QStringList texts;
+    for (const QLabel* label : failed->findChildren<QLabel*>())
+        texts += label->text();
+    QVERIFY2(texts.join('\n').contains("pkgsrc.json is missing"), qPrintable(texts.join('\n')));
+}
+
+void PackagingTest::closingAsksAndCancelKeepsTheScriptRunning() {
+    bottle("large", 24 << 20);
+    QFile::remove(m_home.desktop() + "/com.example.sample_1.0_amd64.deb");
+    DoPackageDialog dialog;
+    QSignalSpy progress(&dialog, &DoPackageDialog::updateProgress);
+    dialog.start("large", "com.example.sample", "1.0", logs());
+    dialog.show();
+    QVERIFY(progress.wait(60000));
+    Fenk::Dialog::setNextAnswer(0);
+    dialog.reject();
+    QVERIFY(dialog.isVisible());
+    QVERIFY(progress.wait(60000));
+    Fenk::Dialog::setNextAnswer(1);
+    dialog.reject();
+    QTRY_VERIFY_WITH_TIMEOUT(!dialog.isVisible(), 60000);
+    QCOMPARE(QDir(m_home.desktop()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+QTEST_MAIN(PackagingTest)
+#include "PackagingTest.moc"
