@@ -41,7 +41,11 @@ ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QStri
       m_bottle(bottle),
       m_model(new QStandardItemModel(this)),
       m_list(new QTreeView),
-      m_nothing(new ListPlaceholder(Theme::icon("cxb_app_default_icon"), {})),
+      m_nothing(new ListPlaceholder(Theme::icon("cxb_app_default_icon"),
+                                    tr("No other program has been found in this container."))),
+      m_failed(new ListPlaceholder(Theme::icon("fenk-warning"),
+                                   tr("The programs in this container cannot be read at the moment."),
+                                   tr("Retry"))),
       m_pages(new QStackedWidget) {
     setObjectName("choose_executable_dialog");
     setAttribute(Qt::WA_DeleteOnClose);
@@ -57,12 +61,14 @@ ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QStri
     m_pages->setFixedSize(ListSize);
     m_pages->addWidget(spinner);
     m_pages->addWidget(m_nothing);
+    m_pages->addWidget(m_failed);
     m_pages->addWidget(m_list);
     addContent(m_pages);
     addButton(tr("Cancel"));
     const int other = addButton(tr("Another file..."));
     m_add = addButton(tr("Add"), true, ButtonRecommend);
     button(m_add)->setEnabled(false);
+    connect(m_failed, &ListPlaceholder::pressed, this, &ChooseExecutableDialog::load);
     connect(m_list, &QTreeView::clicked, this, &ChooseExecutableDialog::onItemClicked);
     connect(m_list, &QTreeView::activated, this, [this] { button(m_add)->click(); });
     connect(this, &Dialog::buttonClicked, this, [this, other](int index) {
@@ -75,13 +81,15 @@ ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QStri
 }
 
 void ChooseExecutableDialog::load() {
+    m_pages->setCurrentIndex(0);
     BottlesConfig::instance()->listBottlesAllPrograms(m_bottle, this, [this](const BusResult& result) {
         if (result.ok) {
             onPrograms(result.array());
             return;
         }
         qWarning().noquote() << "cannot list the programs in" << m_bottle << result.errorMessage;
-        showText(tr("The programs in this container cannot be read at the moment."), result.errorText());
+        m_failed->setDetail(result.errorText());
+        m_pages->setCurrentWidget(m_failed);
     });
 }
 
@@ -105,7 +113,7 @@ void ChooseExecutableDialog::fill(const QVector<Executable>& executables) {
         m_model->appendRow({makeItem(found.name, found.isEntered), makeItem(found.path, found.isEntered)});
     }
     if (first < 0) {
-        showText(tr("No other program has been found in this container."));
+        m_pages->setCurrentWidget(m_nothing);
         return;
     }
     m_list->setCurrentIndex(m_model->index(first, Name));
@@ -114,12 +122,6 @@ void ChooseExecutableDialog::fill(const QVector<Executable>& executables) {
     connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &ChooseExecutableDialog::onItemClicked);
     onItemClicked(m_list->currentIndex());
-}
-
-void ChooseExecutableDialog::showText(const QString& text, const QString& detail) {
-    m_nothing->setText(text);
-    m_nothing->setDetail(detail);
-    m_pages->setCurrentWidget(m_nothing);
 }
 
 const Executable* ChooseExecutableDialog::chosen() const {

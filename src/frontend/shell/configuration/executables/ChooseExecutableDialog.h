@@ -30,7 +30,6 @@ private:
     void load();
     void onPrograms(const QJsonArray& programs);
     void fill(const QVector<Executable>& executables);
-    void showText(const QString& text, const QString& detail = {});
     const Executable* chosen() const;
 
     const QString m_bottle;
@@ -38,6 +37,7 @@ private:
     QStandardItemModel* m_model;
     QTreeView* m_list;
     ListPlaceholder* m_nothing;
+    ListPlaceholder* m_failed;
     QStackedWidget* m_pages;
     int m_add = 0;  ///< index of the button
 };
