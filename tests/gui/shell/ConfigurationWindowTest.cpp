@@ -195,6 +195,9 @@ private Q_SLOTS:
         QVERIFY(tellDone("dxvk-2", "{\"ok\": false, \"error\": \"no network\"}"));
         QTRY_COMPARE(tips(), QString("Setup failed: dxvk-2"));
         QCOMPARE(dxvk()->combo()->currentText(), QString("Disabled"));
+        m_service->waitForCall("setD3dRenderer", 2);  // nothing that draws with Vulkan has come
+        QCOMPARE(m_service->calls("setD3dRenderer").last().arguments, QJsonArray({"office", "gl"}));
+        QCOMPARE(find<QComboBox>("d3drenderer_combobox")->currentText(), QString("opengl"));
         dxvk()->findChild<QAbstractButton*>("tips_closebtn")->click();
         QCOMPARE(m_service->waitForCall("cancelInstallingComponent").arguments,
                  QJsonArray({"office", "dxvk", "dxvk-2"}));
@@ -359,14 +362,16 @@ private Q_SLOTS:
         setBottle({"a"});
         open();
         chooseDxvk();
+        find<QComboBox>("window_version_combobox")->setCurrentIndex(3);
         QVERIFY(tellDone("dxvk-2", "{\"ok\": true}"));
-        QTRY_VERIFY(find("undo_btn")->isVisible());
+        QTRY_COMPARE(find<QLabel>("undo_label")->text(), QString("dxvk has been changed"));
         find<QAbstractButton>("undo_btn")->click();
         m_service->waitForCall("setDxvk", 2);
         QCOMPARE(m_service->calls("setDxvk").last().arguments, QJsonArray({"office", "-", true}));
         m_service->waitForCall("setD3dRenderer", 2);
         QCOMPARE(m_service->calls("setD3dRenderer").last().arguments, QJsonArray({"office", "gl"}));
         QVERIFY(!find("undo_btn")->isVisible());
+        QCOMPARE(find<QComboBox>("window_version_combobox")->currentText(), QString("Windows 7"));
     }
 
     void installingBefore_data() {

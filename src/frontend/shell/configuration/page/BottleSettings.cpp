@@ -175,7 +175,8 @@ void BottleSettings::choose(Setting setting, const QVariant& value) {
     if (effect.setsVulkan)
         send(Setting::Renderer, m_values.value(Setting::Renderer));
     if (isComponent(setting)) {
-        m_waitingUndo[size_t(setting)] = undo;
+        if (!setup(setting).isUnderWay())
+            m_waitingUndo[size_t(setting)] = undo;
         setupOf(setting).choose(value.toString());
         sendComponent(setting);
     } else if (setting == Setting::Dpi) {
@@ -241,8 +242,10 @@ void BottleSettings::tell(const QString& kind, const std::function<bool(Componen
             checkNtSync();
             Q_EMIT runnerChanged();
         }
+        if (now.phase() == ComponentSetup::Phase::Failed)
+            restoreRenderer(component);
         const Undo undo = std::exchange(m_waitingUndo[size_t(component)], {});
-        if (now.phase() == ComponentSetup::Phase::Idle && !undo.sent.isEmpty()) {
+        if (!undo.sent.isEmpty()) {
             m_undo = undo;
             Q_EMIT undoable(component);
         }
@@ -289,8 +292,8 @@ void BottleSettings::cancelSetup(Setting component) {
                 qWarning().noquote() << "cannot cancel the setup of" << name << answer.errorMessage;
         });
     setupOf(component).leave();
-    m_waitingUndo[size_t(component)] = {};
     m_values.set(component, setup(component).good());
+    restoreRenderer(component);
     if (component == Setting::Runner) {
         checkNtSync();
         Q_EMIT runnerChanged();
@@ -298,9 +301,19 @@ void BottleSettings::cancelSetup(Setting component) {
     Q_EMIT changed();
 }
 
+/// The choice of a layer has changed the renderer, and the layer has not come.
+void BottleSettings::restoreRenderer(Setting component) {
+    const Undo given = std::exchange(m_waitingUndo[size_t(component)], {});
+    if (!given.sent.contains(Setting::Renderer) || SettingRules::usesGraphicsLayers(m_values))
+        return;
+    m_values.set(Setting::Renderer, given.before.value(Setting::Renderer));
+    send(Setting::Renderer, given.before.value(Setting::Renderer));
+}
+
 /// A layer whose setup ended later would be one that the renderer does not use.
 void BottleSettings::cancelGraphics() {
     for (const Setting layer : {Setting::Dxvk, Setting::Vkd3d}) {
+        m_waitingUndo[size_t(layer)] = {};  // there is a new renderer
         if (setup(layer).isUnderWay())
             cancelSetup(layer);
     }
@@ -311,8 +324,8 @@ void BottleSettings::undo() {
         return;
     const Undo last = std::exchange(m_undo, {});
     m_dpiTimer.stop();
-    m_values = last.before;
     for (const Setting setting : last.sent) {
+        m_values.set(setting, last.before.value(setting));
         if (isComponent(setting)) {
             setupOf(setting).choose(last.before.text(setting));
             sendComponent(setting);

@@ -74,6 +74,7 @@ private:
     void onSetupDone(const QString& kind, const QString& name, const QString& result);
     void onServiceLost();
     void cancelGraphics();
+    void restoreRenderer(Setting component);
     /// Tells the setup of that kind; shows its value when the change has ended.
     void tell(const QString& kind, const std::function<bool(ComponentSetup*)>& event);
     void checkNtSync();

@@ -46,6 +46,10 @@ SettingRowStates SettingRules::rowStates(const SettingValues& values, bool hasNt
     return states;
 }
 
+bool SettingRules::usesGraphicsLayers(const SettingValues& values) {
+    return !values.text(Setting::Dxvk).isEmpty() || !values.text(Setting::Vkd3d).isEmpty();
+}
+
 bool SettingRules::endsGraphicsLayers(Setting setting, const QVariant& value) {
     return setting == Setting::Renderer && value.toString() != Vulkan;
 }

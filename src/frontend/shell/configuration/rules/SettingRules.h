@@ -32,6 +32,9 @@ bool canUseNtSync(const QString& runner);
 /// Whether the choice turns off dxvk and vkd3d, which the bottle does by itself when it is told the renderer.
 bool endsGraphicsLayers(Setting setting, const QVariant& value);
 
+/// Whether dxvk or vkd3d is on.
+bool usesGraphicsLayers(const SettingValues& values);
+
 /// The values after the user has chosen one.
 struct Effect {
     SettingValues values;
