@@ -63,6 +63,11 @@ QString dataOf(const Manifest::RegistryValue& value) {
     return "-";
 }
 
+/// Wine looks for "d3d9" when it loads d3d9.dll.
+QString moduleName(const QString& dll) {
+    return dll.endsWith(".dll", Qt::CaseInsensitive) ? dll.chopped(int(strlen(".dll"))) : dll;
+}
+
 /// An unescaped line end would begin another entry.
 bool isOneLine(const QString& text) {
     return !text.contains('\n') && !text.contains('\r') && !text.contains(QChar(0));
@@ -93,13 +98,13 @@ RegistryChange RegistryChange::noFontReplacement(const QString& font) {
 
 RegistryChange RegistryChange::dllOverride(const QString& dll, const QString& method) {
     RegistryChange change;
-    change.m_entries = entry(Overrides, dll, quoted(method));
+    change.m_entries = entry(Overrides, moduleName(dll), quoted(method));
     return change;
 }
 
 RegistryChange RegistryChange::noDllOverride(const QString& dll) {
     RegistryChange change;
-    change.m_entries = entry(Overrides, dll, "-");
+    change.m_entries = entry(Overrides, moduleName(dll), "-");
     return change;
 }
 
