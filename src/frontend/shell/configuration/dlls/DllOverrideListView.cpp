@@ -158,17 +158,21 @@ void DllOverrideListView::send(const TableChange& change) {
 }
 
 void DllOverrideListView::merge(const QStringList& names, int method) {
+    QHash<QString, int> known;
+    for (int row = 0; row < rows()->rowCount(); ++row)
+        known.insert(nameOf(row).toLower(), row);
     step([&] {
         for (const QString& found : names) {
             const QString name = found.toLower();
-            int row = rowOf(name);
-            if (row >= 0) {
+            const int row = known.value(name, rows()->rowCount());
+            if (row < rows()->rowCount()) {
                 rows()->item(row, 1)->setData(method, MethodRole);
                 continue;
             }
-            row = rows()->rowCount();
             insert(row, name, method);
-            sendRow(row);
+            set(name, method);
+            setSent(row);
+            known.insert(name, row);
         }
     });
     scrollToBottom();
