@@ -2,14 +2,17 @@
 // --screenshot FILE. LANG chooses English or Chinese. Needs a session bus on which the name of the bottle
 // service is free. A new state is a line in the table below.
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QCompleter>
 #include <QContextMenuEvent>
 #include <QJsonArray>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QTemporaryDir>
+#include <QtTest>
 #include <functional>
 
 #include "Pictures.h"
@@ -217,6 +220,24 @@ QList<QWidget*> dllsEdited(const Scene& scene) {
     return {scene.view};
 }
 
+QList<QWidget*> dllsTyped(const Scene& scene) {
+    BottleTable* table = dllTable(scene);
+    table->setFocus(Qt::TabFocusReason);
+    table->editRow(1);
+    auto* combo = table->findChild<QComboBox*>();
+    QTest::keyClicks(combo, "d3d");
+    settle(300);
+    return {scene.view, combo->completer()->popup()};
+}
+
+QList<QWidget*> dllsMethods(const Scene& scene) {
+    BottleTable* table = dllTable(scene);
+    table->setCurrentIndex(table->model()->index(1, 1));
+    table->edit(table->currentIndex());
+    settle(300);
+    return {scene.view, table->findChild<QComboBox*>()->view()->window()};
+}
+
 QList<QWidget*> dllsEmpty(const Scene& scene) {
     dllTable(scene)->clear();
     settle(100);
@@ -327,6 +348,8 @@ int main(int argc, char** argv) {
                   {"loading", loading},
                   {"dlls", dlls},
                   {"dlls-edited", dllsEdited},
+                  {"dlls-typed", dllsTyped},
+                  {"dlls-methods", dllsMethods},
                   {"dlls-empty", dllsEmpty},
                   {"dlls-menu", dllsMenu},
                   {"scan", scan},
