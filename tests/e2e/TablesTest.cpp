@@ -1,7 +1,6 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDir>
-#include <QJsonObject>
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
@@ -53,9 +52,15 @@ class TablesTest : public QObject {
     Widget* find(const QString& name) const {
         return m_view->findChild<Widget*>(name);
     }
-    QJsonObject list(const QString& method) const { return bottlesJson(method, {Bottle}).object(); }
-    /// The registry has no change that is not done yet.
-    bool isWritten() const { return !bottlesJson("get", {Bottle}).object().contains("Pending_Registry"); }
+    /// The service has this list, and the registry no change that is not done yet.
+    bool becomes(const QString& method, const QJsonObject& list) const {
+        const auto is = [&] {
+            return bottlesJson(method, {Bottle}).object() == list &&
+                   !bottlesJson("get", {Bottle}).object().contains("Pending_Registry");
+        };
+        return QTest::qWaitFor(is, LimitMs);
+    }
+    bool overridesBecome(const QJsonObject& list) const { return becomes("listDllOverrides", list); }
     void setMethod(int row, int method) {
         auto* table = find<DllOverrideListView>("dlloverride_listview");
         table->setCurrentIndex(table->rows()->index(row, 1));
@@ -81,11 +86,9 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(probe, m_folder + "/probe.exe") &&
                 QFile::copy(probe, m_folder + "/App Updater.exe"));
         QVERIFY(QFile::copy(QFileInfo(probe).path() + "/sqlite3.dll", m_folder + "/d3d8.dll"));
-        QVERIFY(service
-                    ->updateExternalProgram(Bottle, {{"id", "0f9d1e2c-1111-4222-8333-444455556666"},
-                                                     {"name", "Probe"},
-                                                     {"path", "C:\\app\\probe.exe"}})
-                    .ok);
+        const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        const QJsonObject record{{"id", id}, {"name", "Probe"}, {"path", "C:\\app\\probe.exe"}};
+        QVERIFY(service->updateExternalProgram(Bottle, record).ok);
         m_view = new BottlesConfigView;
         QSignalSpy ready(m_view, &BottlesConfigView::bottlesLoaded);
         m_view->loadBottle(Bottle);
@@ -100,23 +103,21 @@ private Q_SLOTS:
     void overrides() {
         m_view->onConfigurePageToggled(BottlesConfigView::DllOverride);
         QCOMPARE(loaded(), QString("builtin"));
-
         QTest::mouseClick(find<QAbstractButton>("dlloverride_addbtn"), Qt::LeftButton);
         auto* table = find<DllOverrideListView>("dlloverride_listview");
         auto* combo = table->findChild<QComboBox*>();
-        QVERIFY(combo);
         QTest::keyClicks(combo, "d3d8");
         QTest::keyClick(combo, Qt::Key_Return);
-        QTRY_VERIFY(list("listDllOverrides").contains("d3d8"));
+        QVERIFY(overridesBecome({{"d3d8", "n,b"}}));
         QCOMPARE(loaded(), QString("native"));
         setMethod(0, 1);
-        QTRY_COMPARE(list("listDllOverrides").value("d3d8").toString(), QString("b"));
+        QVERIFY(overridesBecome({{"d3d8", "b"}}));
         QCOMPARE(loaded(), QString("builtin"));
         setMethod(0, LoadMethods::Disabled);
-        QTRY_COMPARE(list("listDllOverrides").value("d3d8").toString(), QString());
+        QVERIFY(overridesBecome({{"d3d8", ""}}));
         QVERIFY(loaded().startsWith("error "));
         QTest::keyClick(table, Qt::Key_Delete);
-        QTRY_VERIFY(!list("listDllOverrides").contains("d3d8"));
+        QVERIFY(overridesBecome({}));
         QCOMPARE(loaded(), QString("builtin"));
     }
 
@@ -125,12 +126,10 @@ private Q_SLOTS:
         find<QPushButton>("dlloverride_scanbtn")->menu()->actions().last()->trigger();
         QTRY_VERIFY(find<Fenk::Dialog>("scan_dialog"));
         QTest::mouseClick(find<Fenk::Dialog>("scan_dialog")->button(1), Qt::LeftButton);
-        QTRY_VERIFY_WITH_TIMEOUT(list("listDllOverrides").contains("app updater.exe") && isWritten(),
-                                 LimitMs);
+        QVERIFY(overridesBecome({{"app updater.exe", ""}}));
         QCOMPARE(probe("App Updater.exe", "dll", "d3d8.dll"), QString());
         QTest::mouseClick(find<QAbstractButton>("undo_btn"), Qt::LeftButton);
-        QTRY_VERIFY_WITH_TIMEOUT(!list("listDllOverrides").contains("app updater.exe") && isWritten(),
-                                 LimitMs);
+        QVERIFY(overridesBecome({}));
         QVERIFY(!probe("App Updater.exe", "dll", "d3d8.dll").isEmpty());
     }
 
@@ -142,12 +141,12 @@ private Q_SLOTS:
         find<QComboBox>("windows_font_combobox")->setEditText("Segoe UI");
         find<QComboBox>("linux_font_combobox")->setEditText("DejaVu Serif");
         QTest::mouseClick(find<QAbstractButton>("ok_btn"), Qt::LeftButton);
-        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").contains("Segoe UI") && isWritten(), LimitMs);
+        QVERIFY(becomes("listFontReplacements", {{"Segoe UI", "DejaVu Serif"}}));
         QCOMPARE(size("Segoe UI"), serif);
         auto* table = find<FontReplacementListView>("fontreplacement_listview");
         table->selectRow(0);
         QTest::keyClick(table, Qt::Key_Delete);
-        QTRY_VERIFY_WITH_TIMEOUT(list("listFontReplacements").isEmpty() && isWritten(), LimitMs);
+        QVERIFY(becomes("listFontReplacements", {}));
         QCOMPARE(size("Segoe UI"), before);
     }
 };
