@@ -124,6 +124,8 @@ void DllOverrideListView::sendRow(int row) {
         return;
     qInfo() << "dll name changed" << sentName << "-->" << name;
     if (name.isEmpty() || rowOf(name, row) >= 0) {
+        if (!name.isEmpty())
+            Q_EMIT refused(tr("There is an override of %1 already.").arg(name));
         setFilling(true);
         nameItem->setText(sentName);
         setFilling(false);
@@ -179,15 +181,13 @@ void DllOverrideListView::merge(const QStringList& names, int method) {
 }
 
 void DllOverrideListView::addMenuEntries(QMenu* menu) {
-    const bool hasRows = !selectedRows().isEmpty();
+    if (selectedRows().isEmpty())
+        return;
     QMenu* methods = menu->addMenu(tr("Set to ..."));
-    methods->setEnabled(hasRows);
     for (int method = 0; method < LoadMethods::Count; ++method)
         methods->addAction(LoadMethods::text(method), this, [this, method] { setMethod(method); });
     menu->addSeparator();
-    QAction* removal = menu->addAction(tr("Delete selected"), this, &DllOverrideListView::deleteSelected);
-    removal->setEnabled(hasRows);
-    Fenk::setDestructive(removal);
+    Fenk::setDestructive(menu->addAction(tr("Delete selected"), this, &DllOverrideListView::deleteSelected));
 }
 
 void DllOverrideListView::setMethod(int method) {

@@ -6,6 +6,8 @@
 #include <QStandardItemModel>
 
 #include "backend/BottlesConfig.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Theme.h"
 #include "fenk/style/WidgetLook.h"
 #include "shell/configuration/fonts/FontNames.h"
 #include "shell/configuration/fonts/FontReplacementItemDelegate.h"
@@ -15,12 +17,36 @@ namespace {
 constexpr int SentRole = Qt::UserRole + 1;
 
 constexpr QSize FontDialogSize(640, 560);
+
+/// A replacement, with a warning when this machine does not have the font.
+class ReplacementItem : public QStandardItem {
+public:
+    ReplacementItem(const QString& family, const QSet<QString>* families)
+        : QStandardItem(family), m_families(families) {}
+
+    QVariant data(int role) const override {
+        const bool warns =
+            role == Qt::DecorationRole || role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole;
+        if (!warns || text().isEmpty() || m_families->contains(text().toLower()))
+            return QStandardItem::data(role);
+        if (role == Qt::DecorationRole)
+            return Fenk::Theme::icon("fenk-warning");
+        return Fenk::plainToolTip(
+            FontReplacementListView::tr("%1 is not among the fonts of this machine.").arg(text()));
+    }
+
+private:
+    const QSet<QString>* m_families;
+};
+
 }  // namespace
 
 FontReplacementListView::FontReplacementListView(QWidget* parent)
     : BottleTable("listFontReplacements", tr("Windows font"), tr("Replacement"), parent) {
     setObjectName("fontreplacement_listview");
     setAccessibleName(tr("Font Replacement"));
+    for (const QString& family : FontNames::ofSystem())
+        m_families.insert(family.toLower());
     auto* delegate = new FontReplacementItemDelegate(this);
     setItemDelegate(delegate);
     connect(delegate, &FontReplacementItemDelegate::edited, this,
@@ -57,7 +83,7 @@ TableRows FontReplacementListView::sentRows() const {
 }
 
 void FontReplacementListView::addNewReplacements(const QString& from, const QString& to, bool sync) {
-    rows()->insertRow(0, {new QStandardItem(from), new QStandardItem(to)});
+    rows()->insertRow(0, {new QStandardItem(from), new ReplacementItem(to, &m_families)});
     if (!sync)
         setSent(0);
     else if (from.isEmpty() && to.isEmpty())
@@ -94,8 +120,8 @@ void FontReplacementListView::sendRow(int row) {
         }
         // Another font in this row replaces one more; it does not end the replacement of the old one.
         if (before.contains(oldFont) && oldFont != font) {
-            rows()->insertRow(current.row() + 1,
-                              {new QStandardItem(oldFont), new QStandardItem(before.value(oldFont))});
+            rows()->insertRow(current.row() + 1, {new QStandardItem(oldFont),
+                                                  new ReplacementItem(before.value(oldFont), &m_families)});
             setSent(current.row() + 1);
         }
     });
@@ -126,12 +152,14 @@ void FontReplacementListView::send(const TableChange& change) {
 
 void FontReplacementListView::addMenuEntries(QMenu* menu) {
     const bool hasRows = !selectedRows().isEmpty();
-    menu->addAction(tr("To..."), this, &FontReplacementListView::chooseReplacement)->setEnabled(hasRows);
+    if (hasRows)
+        menu->addAction(tr("To..."), this, &FontReplacementListView::chooseReplacement);
     menu->addAction(tr("Add default replacements"), this, &FontReplacementListView::addDefaults);
+    if (!hasRows)
+        return;
     menu->addSeparator();
-    QAction* removal = menu->addAction(tr("Delete selected"), this, &FontReplacementListView::deleteSelected);
-    removal->setEnabled(hasRows);
-    Fenk::setDestructive(removal);
+    Fenk::setDestructive(
+        menu->addAction(tr("Delete selected"), this, &FontReplacementListView::deleteSelected));
 }
 
 void FontReplacementListView::deleteSelected() {

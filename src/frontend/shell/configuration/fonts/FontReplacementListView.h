@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSet>
+
 #include "shell/configuration/tables/BottleTable.h"
 
 /// The font replacements of a bottle: the font that programs ask for, and the one that Wine takes. A row
@@ -34,4 +36,6 @@ private:
     void addDefaults();
     void set(const QString& font, const QString& replacement);
     void remove(const QString& font, bool isSent);
+
+    QSet<QString> m_families;  ///< of this machine, in lower case
 };

@@ -73,6 +73,10 @@ void EditableTable::openMenu(const QPoint& globalPos, bool byKey) {
     menu->setObjectName("table_menu");
     menu->setAttribute(Qt::WA_DeleteOnClose);
     addMenuEntries(menu);
+    if (menu->isEmpty()) {
+        delete menu;
+        return;
+    }
     menu->popup(globalPos);
     if (byKey)
         chooseFirstEntry(menu);

@@ -20,7 +20,7 @@ public:
     int hoveredRow() const { return m_hoveredRow; }
     /// Shows the row, selects it and edits its first cell.
     void editRow(int row);
-    /// `byKey` selects the first entry.
+    /// `byKey` selects the first entry. There is no menu when it would be empty.
     void openMenu(const QPoint& globalPos, bool byKey);
 
 Q_SIGNALS:
@@ -28,6 +28,7 @@ Q_SIGNALS:
     void countChanged();
 
 protected:
+    /// What can't be done now is left out.
     virtual void addMenuEntries(QMenu* menu) = 0;
     virtual void deleteSelected() = 0;
     virtual void addRow() = 0;
