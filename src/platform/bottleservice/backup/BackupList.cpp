@@ -192,6 +192,8 @@ private:
 
 }  // namespace
 
+const char BackupList::NewerFormat[] = "it was made by a newer version of this program";
+
 qint64 BackupList::bytes() const {
     qint64 total = 0;
     for (const BackupEntry& entry : entries)
@@ -229,7 +231,7 @@ std::optional<BackupList> BackupList::parse(const QByteArray& text, QString* err
         return std::nullopt;
     }
     if (format > Format) {
-        *error = "it was made by a newer version of this program";
+        *error = NewerFormat;
         return std::nullopt;
     }
     BackupList list;

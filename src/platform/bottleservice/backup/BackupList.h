@@ -25,13 +25,13 @@ struct BackupEntry {
 /// before it, no name is taken twice, no link leads out, and the sizes add up.
 struct BackupList {
     static constexpr int Format = 1;
-    static constexpr int MaximumBytes = 160 * 1024 * 1024;  ///< of the list's text
-    static constexpr int MaximumEntries = 1000000;
+    static constexpr int MaximumBytes = 96 * 1024 * 1024;  ///< of the list's text
+    static constexpr int MaximumEntries = 500000;
     static constexpr int MaximumWineFiles = 200000;
 
     QString name;    ///< of the bottle
     QString runner;  ///< of the bottle
-    QString build;   ///< checksum of the Wine (WineBuild); empty for a bottle that is no copy of a template
+    QString build;   ///< checksum of the Wine (WineBuild) or "unknown"; empty for no copy of a template
     QString user;    ///< name of the directory below drive_c/users; may be empty
     QString home;    ///< of the user
     QString path;    ///< of the bottle
@@ -47,6 +47,8 @@ struct BackupList {
     qint64 bytes() const;
 
     QByteArray toJson() const;
-    /// Nothing, with a reason in English, when the text is no list that can be used.
+    /// Nothing, with a reason in English, when the text is no list that can be used. The reason is
+    /// NewerFormat for a list of a later version of this program.
+    static const char NewerFormat[];
     static std::optional<BackupList> parse(const QByteArray& text, QString* error);
 };

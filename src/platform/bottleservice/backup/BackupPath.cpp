@@ -1,5 +1,6 @@
 #include "bottleservice/backup/BackupPath.h"
 
+#include <QList>
 #include <algorithm>
 
 namespace BackupPath {

@@ -95,7 +95,9 @@ std::optional<BackupList> BackupReader::readList(Reason* failure) {
     QString error;
     auto list = text ? BackupList::parse(*text, &error) : std::nullopt;
     if (failure->isEmpty() && !list)
-        *failure = broken(error);
+        *failure = error == BackupList::NewerFormat
+                       ? Reason(Reason::NewerBackup, {QFileInfo(m_path).fileName()})
+                       : broken(error);
     return list;
 }
 

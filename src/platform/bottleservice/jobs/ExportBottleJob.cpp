@@ -16,10 +16,14 @@
 #include "bottleservice/wine/SlimPrefix.h"
 #include "bottleservice/wine/Templates.h"
 #include "bottleservice/wine/WineBuild.h"
+#include "bottleservice/wine/WineCommand.h"
+#include "bottleservice/wine/WineEnvironment.h"
 
 using Fault = Answer::Fault;
 
 namespace {
+
+constexpr int WineserverMs = 20000;
 
 QStringList programNames(const QJsonObject& programs) {
     QStringList names;
@@ -47,34 +51,50 @@ void ExportBottleJob::start() {
     }
     m_bottle.waitForPrograms(this, [this, runner = m_bottle.runnerOf(*settings)](const QStringList& running) {
         if (running.isEmpty())
-            stopWine(runner);
+            waitForWine(runner);
         else
             finish(Answer::busy(running));
     });
 }
 
-/// A wineserver writes the registry when it ends.
-void ExportBottleJob::stopWine(const Runner& runner) {
-    m_bottle.stopProcesses(this, runner.wineserver, [this](bool isClean) {
-        Answer failure;
-        const auto settings = m_bottle.load(&failure);
-        if (!isClean)
+/// A wineserver writes the registry when it ends, which it does some seconds after the last program. Nothing
+/// is ended here, since a program may be started at any moment.
+void ExportBottleJob::waitForWine(const Runner& runner) {
+    if (runner.wineserver.isEmpty()) {
+        survey();
+        return;
+    }
+    auto* wait = new WineCommand(runner.wineserver, {"-w"},
+                                 WineEnvironment::forProcess({{"WINEPREFIX", m_bottle.path()}}), this);
+    connect(wait, &WineCommand::finished, this, [this, wait] {
+        wait->deleteLater();
+        const QStringList running = m_bottle.runningPrograms();
+        if (m_tools.progress->cancelled)
+            conclude(Reason::Cancelled);
+        else if (!running.isEmpty())
+            finish(Answer::busy(running));
+        else if (wait->hasTimedOut())
             conclude(Reason::ProgramsNotEnded);
-        else if (!settings)
-            conclude(failure.reason);
         else
-            survey(*settings);
+            survey();
     });
+    wait->start(WineserverMs);
 }
 
-void ExportBottleJob::survey(const BottleYaml& settings) {
-    const Runner runner = m_bottle.runnerOf(settings);
-    const QString key = settings.templateKey();
+void ExportBottleJob::survey() {
+    Answer failure;
+    const auto settings = m_bottle.load(&failure);
+    if (!settings) {
+        finish(failure);
+        return;
+    }
+    const Runner runner = m_bottle.runnerOf(*settings);
+    const QString key = settings->templateKey();
     m_templatePath = key.isEmpty() ? QString() : m_bottle.templates()->pathOf(key);
     if (!QFileInfo(m_templatePath + "/drive_c/windows").isDir())
         m_templatePath.clear();
     BottleSurvey::Place place{m_bottle.path(), m_templatePath, {}};
-    QStringList directories = SlimPrefix::peDirectories(runner.wine);
+    QStringList directories = runner.wine.isEmpty() ? QStringList() : SlimPrefix::peDirectories(runner.wine);
     for (const char* components : {"/dxvk", "/vkd3d", "/runners"})
         directories += m_tools.dataDir + components;
     for (const QString& directory : qAsConst(directories)) {
@@ -89,14 +109,16 @@ void ExportBottleJob::survey(const BottleYaml& settings) {
     list.home = QDir::homePath();
     list.path = m_bottle.path();
     list.created = QDateTime::currentDateTimeUtc();
-    list.programs = programNames(settings.programs());
+    list.programs = programNames(settings->programs());
     m_bottle.templates()->run(
         this,
         [survey = m_survey, wine = runner.wine, isCopy = !m_templatePath.isEmpty(), target = m_target,
          progress = m_tools.progress](const std::atomic_bool&) {
             const Reason fault = survey->take(progress->cancelled);
-            if (fault.isEmpty() && isCopy)
-                survey->list.build = WineBuild::checksum(wine);
+            if (isCopy) {
+                const QString build = WineBuild::checksum(wine);
+                survey->list.build = build.isEmpty() ? QString("unknown") : build;
+            }
             survey->list.user = RestoredPrefix::userOf(survey->list.path);
             progress->total = survey->list.bytes();
             return fault.text();

@@ -10,9 +10,9 @@
 class BottleSurvey;
 
 /// Writes a whole bottle into a file (BackupWriter). Fails with Busy while programs run in the bottle, and
-/// ends none; Wine's own services end. A program may be started meanwhile: the files that it changes make
-/// the job fail, so that a backup is always of one moment. Answers with JSON: {"ok", "path", "bytes": size
-/// of the file, "leftOut": what it does not hold}.
+/// ends none; waits until Wine has left the bottle. A program may be started meanwhile: the files that it
+/// changes make the job fail, so that a backup is always of one moment. Answers with JSON: {"ok", "path",
+/// "bytes": size of the file, "leftOut": what it does not hold}.
 class ExportBottleJob : public Job {
     Q_OBJECT
 
@@ -29,8 +29,8 @@ public:
     void cancel() override { m_tools.progress->cancelled = true; }
 
 private:
-    void stopWine(const Runner& runner);
-    void survey(const BottleYaml& settings);
+    void waitForWine(const Runner& runner);
+    void survey();
     void write();
     void conclude(const Reason& reason);
 

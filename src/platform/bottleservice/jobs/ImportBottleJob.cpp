@@ -1,5 +1,8 @@
 #include "bottleservice/jobs/ImportBottleJob.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -7,6 +10,8 @@
 #include <QJsonObject>
 #include <QLocale>
 #include <QStorageInfo>
+#include <cerrno>
+#include <cstring>
 
 #include "bottleservice/backup/RestoredPrefix.h"
 #include "bottleservice/backup/RestoredSettings.h"
@@ -17,6 +22,7 @@
 #include "bottleservice/files/TreeRemover.h"
 #include "bottleservice/jobs/StagedBottle.h"
 #include "bottleservice/wine/Templates.h"
+#include "fenk/system/OwnedFd.h"
 
 using Fault = Answer::Fault;
 
@@ -117,6 +123,11 @@ void ImportBottleJob::complete(const Reason& reason) {
                 RestoredPrefix::complete(*work->list, place, &work->isOtherBuild, progress->cancelled);
             if (fault.isEmpty())
                 TreeRemover::remove(place.oldRegistry, &fault);
+            // The bottle must not appear before its files have reached the disk.
+            const Fenk::OwnedFd made(::open(QFile::encodeName(place.directory).constData(), O_RDONLY));
+            if (fault.isEmpty() && ::syncfs(made.get()) != 0)
+                fault = QString("Cannot write %1: %2.")
+                            .arg(place.directory, QString::fromLocal8Bit(strerror(errno)));
             return fault;
         },
         [this](const QString& fault) {

@@ -54,6 +54,7 @@ constexpr Reason::Format Formats[] = {
     {"export-cancelled", "The export was cancelled."},
     {"import-running", "Components are being imported already. Wait until that is done."},
     {"bad-backup", "%1 is no backup that can be restored: %2."},
+    {"newer-backup", "%1 was made by a newer version of this program."},
     {"bottle-changed", "Files of the bottle were changed while it was being backed up."},
     {"too-little-room", "There is not enough room: %1 are needed and %2 are free."},
     {"copy-under-way", "The file %1 is being written or read already."},

@@ -54,6 +54,7 @@ public:
         ExportCancelled,
         ImportRunning,
         BadBackup,
+        NewerBackup,
         BottleChanged,
         TooLittleRoom,
         CopyUnderWay,

@@ -9,7 +9,7 @@
 QString WineBuild::checksum(const QString& wine) {
     constexpr int HeaderBytes = 1024;
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    const QStringList directories = SlimPrefix::peDirectories(wine);
+    const QStringList directories = wine.isEmpty() ? QStringList() : SlimPrefix::peDirectories(wine);
     for (const QString& directory : directories) {
         hash.addData(directory.section('/', -1).toUtf8());
         for (const QString& name : QDir(directory).entryList(QDir::Files, QDir::Name)) {
