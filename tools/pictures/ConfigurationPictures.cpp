@@ -22,6 +22,7 @@
 #include "shell/configuration/page/BottlesConfigView.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
+#include "shell/configuration/page/DriverWarning.h"
 #include "shell/configuration/tables/BottleTable.h"
 #include "support/FakeBottleService.h"
 
@@ -157,6 +158,13 @@ QList<QWidget*> proton(const Scene& scene) {
         ->ensureWidgetVisible(scene.view->findChild<QWidget*>("ntsync_switch_btn"));
     settle(100);
     return {scene.view};
+}
+
+QList<QWidget*> driver(const Scene& scene) {
+    auto* warning = new DriverWarning(scene.view);
+    warning->open();
+    settle(300);
+    return {scene.view, warning};
 }
 
 QList<QWidget*> search(const Scene& scene) {
@@ -358,8 +366,9 @@ int main(int argc, char** argv) {
                   {"fonts-menu", fontsMenu},
                   {"font-dialog", fontDialog},
                   {"parameters", parameters},
-                  {"proton", proton},
-                  {"font-choice", fontChoice}};
+                  {"driver", driver},
+                  {"font-choice", fontChoice},
+                  {"proton", proton}};
     QVector<PictureState> pictures;
     for (const auto& state : states)
         pictures.append({state.name, [&state] { return paint(state.windows); }});

@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QLocale>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include "backend/InBackground.h"
 #include "backend/TextUtils.h"
@@ -10,10 +11,11 @@
 #include "core/base/BuildInfo.h"
 #include "core/base/ToolProcess.h"
 #include "fenk/controls/Label.h"
-#include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 #include "probes/GraphicsSupport.h"
 #include "probes/MachineUtils.h"
 #include "shell/configuration/rules/DriverRule.h"
+#include "widgets/WidgetImages.h"
 
 using namespace Fenk;
 
@@ -31,7 +33,7 @@ bool isChinese() {
 DriverWarning::DriverWarning(QWidget* parent) : Dialog(parent) {
     setObjectName("driver_warning");
     setAttribute(Qt::WA_DeleteOnClose);
-    setIcon(Theme::icon("dialog-warning"));
+    setWindowIcon(warningIcon());
     setTitle(
         tr("Currently you are running a program that requires a 32-bit graphics card driver, please confirm "
            "the model and type of your current device's graphics cardand install the corresponding driver."));
@@ -45,7 +47,17 @@ DriverWarning::DriverWarning(QWidget* parent) : Dialog(parent) {
     help->setTextInteractionFlags(Qt::TextBrowserInteraction);
     connect(help, &QLabel::linkActivated, help,
             [](const QString& link) { QDesktopServices::openUrl(QUrl(link)); });
-    addContent(help);
+    auto* picture = new QLabel;
+    picture->setPixmap(warningIcon().pixmap(Tokens::IconTile, Tokens::IconTile));
+    picture->setAlignment(Qt::AlignCenter);
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    layout->setSpacing(Tokens::Space16);
+    layout->addStretch();
+    layout->addWidget(picture);
+    layout->addWidget(help);
+    layout->addStretch();
+    addContent(content);
     addButton(tr("Close"), true);
     setFixedSize(isChinese() ? ChineseSize : OtherSize);
 }
