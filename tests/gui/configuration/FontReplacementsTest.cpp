@@ -26,6 +26,7 @@ private Q_SLOTS:
     void names() {
         const QStringList windows = FontNames::ofWindows();
         QCOMPARE(windows.mid(0, 4), QStringList({"微软雅黑", "微软雅黑 Bold", "Arial", "Arial Black"}));
+        QCOMPARE(FontNames::withoutFoundry("D050000L [urw]"), QString("D050000L"));
         QCOMPARE(QSet<QString>(windows.begin(), windows.end()).size(), windows.size());
     }
 

@@ -19,7 +19,16 @@ QStringList FontNames::ofWindows() {
 }
 
 QStringList FontNames::ofSystem() {
-    return QFontDatabase().families();
+    QStringList families;
+    for (const QString& family : QFontDatabase().families())
+        families << withoutFoundry(family);
+    families.removeDuplicates();
+    return families;
+}
+
+QString FontNames::withoutFoundry(const QString& family) {
+    const int foundry = family.indexOf(" [");
+    return foundry > 0 && family.endsWith(']') ? family.left(foundry) : family;
 }
 
 QStringList FontNames::replacedByDefault() {

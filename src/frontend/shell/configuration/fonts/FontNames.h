@@ -9,6 +9,8 @@ namespace FontNames {
 QStringList ofWindows();
 /// The families of this machine.
 QStringList ofSystem();
+/// Without the foundry in brackets by which Qt tells two families of one name apart; Wine knows the name.
+QString withoutFoundry(const QString& family);
 
 /// Fonts of Windows that nearly every program uses, and the one family that stands in for all of them.
 QStringList replacedByDefault();

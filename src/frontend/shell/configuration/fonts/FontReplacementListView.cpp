@@ -184,7 +184,7 @@ void FontReplacementListView::chooseReplacement() {
     dialog->setWindowTitle(tr("Choose the replacement"));
     dialog->resize(FontDialogSize);
     connect(dialog, &QFontDialog::fontSelected, this,
-            [this](const QFont& font) { replaceBy(font.family()); });
+            [this](const QFont& font) { replaceBy(FontNames::withoutFoundry(font.family())); });
     dialog->open();
 }
 
