@@ -36,9 +36,9 @@ BottleService::BottleService(const QString& dataDir, const QString& version)
       m_offlineObject(&m_offline),
       m_backupObject(&m_backups),
       m_managerObject(version),
-      m_objects{&m_bottlesObject, &m_componentsObject, &m_templatesObject, &m_cleanUpObject,
-                &m_programsObject, &m_repairObject, &m_installerObject, &m_offlineObject,
-                &m_backupObject, &m_managerObject} {
+      m_objects{&m_bottlesObject,  &m_componentsObject, &m_templatesObject, &m_cleanUpObject,
+                &m_programsObject, &m_repairObject,     &m_installerObject, &m_offlineObject,
+                &m_backupObject,   &m_managerObject} {
     connectRequests();
     addMethods();
     BottleRecovery::run(&m_engine);

@@ -19,6 +19,8 @@
 #include "shell/configuration/dlls/DllOverridePage.h"
 #include "shell/configuration/fonts/FontReplacementPage.h"
 #include "shell/configuration/hints/CustomSPitter.h"
+#include "shell/configuration/offline/OfflineComponentsExportDialog.h"
+#include "shell/configuration/offline/OfflineComponentsImportDialog.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BasicPage.h"
 #include "shell/configuration/page/BottlePrograms.h"
@@ -143,6 +145,10 @@ QWidget* BottlesConfigView::makeRightSide() {
     m_pages->addPage(Components, tr("Component Installation"), m_components);
     m_pages->addPage(DebuggingTools, tr("Debugging Tools"), tools);
     connect(m_basic, &BasicPage::protonRequested, this, [this] { InstallProtonDialog::openOver(this); });
+    connect(m_components, &ComponentsPage::exportRequested, this,
+            [this] { OfflineComponentsExportDialog::openFor(m_bottle, this); });
+    connect(m_components, &ComponentsPage::importRequested, this,
+            [this] { OfflineComponentsImportDialog::openFor(m_bottle, this); });
     connect(tools, &ToolsPage::importRequested, this, &BottlesConfigView::slotsimportRegs);
     connect(m_pages, &ConfigPages::pageShown, m_params, &WineParamsCfgWidget::refreshTranslators);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_pages,
