@@ -131,11 +131,16 @@ QWidget* ManifestFormRows::makeControl(int row) {
                 &ManifestFormRows::changed);
         return m_category;
     }
+    return makeLine(row);
+}
+
+QWidget* ManifestFormRows::makeLine(int row) {
+    const Row& facts = Rows[row];
     auto* edit = new LineEdit;
     edit->lineEdit()->setObjectName(facts.objectName);
     edit->lineEdit()->setMaxLength(facts.maximum);
-    edit->setAccessibleName(label);
-    edit->setPlaceholderText(placeholder);
+    edit->setAccessibleName(translated(facts.label));
+    edit->setPlaceholderText(translated(facts.placeholder));
     if (facts.validator)
         edit->lineEdit()->setValidator(new TrimmingValidator(QRegularExpression(facts.validator), edit));
     if (facts.value == &ManifestForm::downloadUrl) {

@@ -7,7 +7,6 @@
 
 class CategoryChoice;
 class IntroductionEdit;
-class QGridLayout;
 class QLabel;
 
 namespace Fenk {
@@ -37,6 +36,7 @@ private:
         QString ManifestForm::*value;
     };
     QWidget* makeControl(int row);
+    QWidget* makeLine(int row);
     void showLogo();
 
     QVector<Field> m_fields;
