@@ -55,7 +55,7 @@ ComponentsPage::ComponentsPage(QWidget* parent)
     layout->setSpacing(Tokens::Space8);
     layout->addWidget(makeHead());
     layout->addWidget(m_area, 1);
-    layout->addWidget(new ComponentDetails(m_list));
+    layout->addWidget(new ComponentDetails(m_list, this));
     connect(m_search, &QLineEdit::textChanged, this, &ComponentsPage::search);
     connect(m_search, &QLineEdit::returnPressed, m_list, qOverload<>(&QWidget::setFocus));
     connect(m_list->dependencies(), &BottleDependencies::programsRunning, this,

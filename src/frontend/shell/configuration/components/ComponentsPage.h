@@ -14,7 +14,7 @@ class SearchEdit;
 }
 
 /// The page that installs the components that programs need: a search, the list, what the current component
-/// is, and what is being installed. The two dialogs for archives of components belong to others.
+/// is, and what is being installed. The owner opens the dialogs for archives of components.
 class ComponentsPage : public QWidget, public SearchedPage {
     Q_OBJECT
 public:
