@@ -37,10 +37,18 @@ bottle=.local/share/lumora-wine-bottles/bottles/$package
 run() {
     # shellcheck disable=SC2016  # expanded by the inner shell
     as_user "$1" timeout 240 "$sources/scripts/session" bash -c '
-        "$1" "$2" >/dev/null 2>"$HOME/errors" & until timeout 120 xdotool search --sync --onlyvisible --name "$3" >/dev/null; do
-            tail -n 40 "$HOME/errors" >&2; exit 1; done
-        echo "window: $USER"; [[ -z $4 ]] || import -window root "$4"
-        xdotool search --name "$3" windowclose; WINEPREFIX=$HOME/$5 wineserver -w; kill %1' \
+        "$1" "$2" >/dev/null 2>"$HOME/errors" &
+        # A window may go while xdotool looks at it, which ends xdotool.
+        until found=$(xdotool search --onlyvisible --name "$3" 2>/dev/null) && [[ $found ]]; do
+            ((++turn < 200)) || { tail -n 40 "$HOME/errors" >&2; exit 1; }
+            sleep 0.5
+        done
+        echo "window: $USER"
+        [[ -z $4 ]] || import -window root "$4"
+        export WINEPREFIX=$HOME/$5
+        wineserver -k
+        wineserver -w
+        kill %1' \
         walk "$exec_path" "$program" 'Cellarix Sample' "${CELLARIX_PICTURES:+$directory/$1.png}" "$bottle" || true
 }
 

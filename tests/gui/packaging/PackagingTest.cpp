@@ -1,13 +1,20 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCheckBox>
+#include <QJsonObject>
 #include <QLabel>
+#include <QPointer>
 #include <QProgressBar>
 #include <QStackedWidget>
 #include <QtTest>
 
 #include "core/base/Paths.h"
 #include "core/base/SettingsStore.h"
+#include "fenk/controls/LineEdit.h"
 #include "fenk/window/Dialog.h"
+#include "packaging/AppConfigDialog.h"
+#include "packaging/config/PackageChecker.h"
+#include "packaging/config/ShowPackageCheckerWidget.h"
 #include "packaging/driver/DoPackageDialog.h"
 #include "packaging/driver/PackagePages.h"
 #include "packaging/driver/SaveDirectory.h"
@@ -38,6 +45,7 @@ private Q_SLOTS:
     void aBottleBecomesAPackage();
     void aFailureTellsItsReason();
     void closingAsksAndCancelKeepsTheScriptRunning();
+    void theFormRefusesAndSaves();
 
 private:
     QString bottle(const QString& name, qint64 noise = 0);
@@ -139,6 +147,55 @@ void PackagingTest::closingAsksAndCancelKeepsTheScriptRunning() {
     dialog.reject();
     QTRY_VERIFY_WITH_TIMEOUT(!dialog.isVisible(), 60000);
     QCOMPARE(QDir(m_home.desktop()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+void PackagingTest::theFormRefusesAndSaves() {
+    const QString directory = QFileInfo(QFileInfo(bottle("form")).path()).path();
+    const QString outside = m_home.write("games/Suite/b.exe", "MZ");
+    PackageChecker checker;
+    AppConfigDialog dialog("form", &checker);
+    checker.take("form",
+                 {{"Path", directory},
+                  {"External_Programs", QJsonObject{{"b", QJsonObject{{"name", "B"}, {"path", outside}}}}}});
+    dialog.show();
+    QCOMPARE(dialog.width(), 500);
+    auto* name = dialog.findChild<Fenk::LineEdit*>("package_pkgname");
+    auto* version = dialog.findChild<Fenk::LineEdit*>("package_pkgversion");
+    auto* ok = dialog.findChild<QAbstractButton*>("package_okbtn");
+    QCOMPARE(name->text(), QString("com.example.sample"));  // from the file
+    name->lineEdit()->clear();
+    QTest::keyClicks(name->lineEdit(), "A-b");
+    QCOMPARE(name->text(), QString("b"));
+    ok->click();
+    QCOMPARE(name->alertMessage(), QString("At least 2 characters"));
+    name->setText("a.b");
+    version->setText("x1");
+    ok->click();
+    QCOMPARE(version->alertMessage(), QString("Your input is not a valid package version"));
+    version->setText("2.0A");
+    auto* arm = dialog.findChild<QCheckBox*>("package_arm_arch");
+    QVERIFY(!arm->isChecked());
+    dialog.findChild<QCheckBox*>("package_x86_arch")->click();  // the last one stays
+    Fenk::Dialog::setNextAnswer(0);
+    ok->click();  // no program is chosen
+    QVERIFY(dialog.isVisible());
+    checker.select("b");
+    checker.setDirectory("b", QFileInfo(outside).path());
+    QString rows;
+    for (const QLabel* label : dialog.findChild<ShowPackageCheckerWidget*>()->findChildren<QLabel*>())
+        rows += label->text();
+    QVERIFY2(rows.contains("Suite"), qPrintable(rows));
+    ok->click();
+    QVERIFY(!dialog.isVisible());
+    QVERIFY(readFile(directory + "/pkgcfg/pkginfo.json").contains("\"pkgversion\": \"2.0A\""));
+    QVERIFY(readFile(directory + "/pkgcfg/pkgsrc.json").contains("drive_c/Suite/b.exe"));
+    QPointer<DoPackageDialog> packaging;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* found = qobject_cast<DoPackageDialog*>(window))
+            packaging = found;
+    }
+    QVERIFY(packaging);
+    delete packaging;  // ends the script
 }
 
 QTEST_MAIN(PackagingTest)

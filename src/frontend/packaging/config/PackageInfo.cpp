@@ -2,9 +2,22 @@
 
 #include <QJsonArray>
 
+namespace {
+const char* const Categories[] = {
+    QT_TRANSLATE_NOOP("AppConfigDialog", "Internet"),    QT_TRANSLATE_NOOP("AppConfigDialog", "Chat"),
+    QT_TRANSLATE_NOOP("AppConfigDialog", "Music"),       QT_TRANSLATE_NOOP("AppConfigDialog", "Video"),
+    QT_TRANSLATE_NOOP("AppConfigDialog", "Graphics"),    QT_TRANSLATE_NOOP("AppConfigDialog", "Game"),
+    QT_TRANSLATE_NOOP("AppConfigDialog", "Office"),      QT_TRANSLATE_NOOP("AppConfigDialog", "Reading"),
+    QT_TRANSLATE_NOOP("AppConfigDialog", "Development"), QT_TRANSLATE_NOOP("AppConfigDialog", "System"),
+    QT_TRANSLATE_NOOP("AppConfigDialog", "Other")};
+}
+
 QStringList PackageInfo::categories() {
-    return {"Internet", "Chat",    "Music",       "Video",  "Graphics", "Game",
-            "Office",   "Reading", "Development", "System", "Other"};
+    return QStringList(std::begin(Categories), std::end(Categories));
+}
+
+QString PackageInfo::categoryText(const QString& word) {
+    return tr(word.toUtf8().constData());
 }
 
 QRegularExpression PackageInfo::typedPackageName() {

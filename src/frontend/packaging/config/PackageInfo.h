@@ -22,6 +22,7 @@ public:
 
     /// The words of the categories, as they are stored.
     static QStringList categories();
+    static QString categoryText(const QString& word);  ///< in the user's language
 
     /// What may be typed, more narrowly than what is accepted.
     static QRegularExpression typedPackageName();

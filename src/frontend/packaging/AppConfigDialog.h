@@ -1,0 +1,61 @@
+#pragma once
+
+#include "fenk/window/AbstractDialog.h"
+#include "packaging/config/PackageInfo.h"
+
+class PackageChecker;
+class QCheckBox;
+class QComboBox;
+class QScrollArea;
+class QVBoxLayout;
+
+namespace Fenk {
+class LineEdit;
+}
+
+/// What a package is and which programs go into it. OK saves both files of the package's configuration and
+/// opens the DoPackageDialog. The checker must outlive the dialog.
+class AppConfigDialog : public Fenk::AbstractDialog {
+    Q_OBJECT
+
+public:
+    AppConfigDialog(const QString& bottleName, PackageChecker* checker, QWidget* parent = nullptr);
+
+    PackageInfo info() const;
+
+public Q_SLOTS:
+    void onAppConfigOK();
+    void onAppConfigCancle();
+    /// Shows what is wrong at the fields; returns whether nothing is.
+    bool slotsValidateWidgets();
+    /// One architecture stays checked.
+    void slotsCheckArchsState();
+
+Q_SIGNALS:
+    /// The form has changed.
+    void dateChange();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void addRow(const QString& label, QWidget* field, const QString& rule = {});
+    Fenk::LineEdit* makeEdit(const char* name, const QString& sample, int maximumLength);
+    QWidget* makeArchitectures();
+    QWidget* makeButtons();
+    void fill();
+    void fitHeight();
+
+    QString m_bottleName;
+    PackageChecker* m_checker;
+    QScrollArea* m_area;
+    QVBoxLayout* m_rows;
+    Fenk::LineEdit* m_appName;
+    Fenk::LineEdit* m_packageName;
+    Fenk::LineEdit* m_version;
+    QComboBox* m_category;
+    Fenk::LineEdit* m_description;
+    QCheckBox* m_x86;
+    QCheckBox* m_arm;
+    bool m_isFilled = false;
+};

@@ -1,0 +1,67 @@
+#include "packaging/config/ShowPackageCheckerWidget.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <utility>
+
+#include "fenk/controls/Card.h"
+#include "fenk/controls/Label.h"
+#include "fenk/style/Tokens.h"
+#include "packaging/config/PackageChecker.h"
+#include "packaging/config/PackageEntryWidget.h"
+
+using namespace Fenk;
+
+namespace {
+constexpr int ShownRows = 3;
+}
+
+ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWidget* parent)
+    : QScrollArea(parent),
+      m_checker(checker),
+      m_card(new Card),
+      m_empty(new Label(tr("The bottle has no programs yet"), Label::Secondary)) {
+    setObjectName("package_shortcuts");
+    setAccessibleName("package_shortcuts");
+    setFrameShape(NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFixedHeight(ShownRows * Tokens::RowHeight + Tokens::Space8);
+    setWidget(m_card);
+    viewport()->setAutoFillBackground(false);
+    m_card->setAutoFillBackground(false);
+    m_empty->setAlignment(Qt::AlignCenter);
+    m_card->addRow(m_empty);
+    for (const QString& id : checker->entries().keys())
+        showEntry(id);
+    connect(checker, &PackageChecker::update, this, &ShowPackageCheckerWidget::showEntry);
+}
+
+void ShowPackageCheckerWidget::showEntry(const QString& id) {
+    PackageEntryWidget* row = m_rows.value(id);
+    (row ? row : add(id))->setEntry(m_checker->entries().value(id));
+}
+
+PackageEntryWidget* ShowPackageCheckerWidget::add(const QString& id) {
+    delete std::exchange(m_empty, nullptr);
+    auto* row = new PackageEntryWidget(id);
+    m_rows.insert(id, row);
+    m_card->addRow(row);
+    connect(row, &PackageEntryWidget::closed, this,
+            [this](PackageEntryWidget* widget) { m_checker->unselect(widget->id()); });
+    connect(row, &PackageEntryWidget::added, m_checker, &PackageChecker::select);
+    connect(row, &PackageEntryWidget::onlyExeWanted, m_checker, &PackageChecker::setOnlyCopyExe);
+    connect(row, &PackageEntryWidget::directoryWanted, this, &ShowPackageCheckerWidget::chooseDirectory);
+    return row;
+}
+
+void ShowPackageCheckerWidget::chooseDirectory(const QString& id) {
+    const QString folder = QFileInfo(m_checker->entries().value(id).path).absolutePath();
+    auto* dialog = new QFileDialog(window(), tr("Choose a Folder"), folder);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, m_checker,
+            [this, id](const QString& directory) { m_checker->setDirectory(id, directory); });
+    dialog->open();
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QMap>
+#include <QScrollArea>
+
+class PackageChecker;
+class PackageEntryWidget;
+
+namespace Fenk {
+class Card;
+class Label;
+}  // namespace Fenk
+
+/// The list of the programs of a PackageChecker, which must outlive it; follows its update().
+class ShowPackageCheckerWidget : public QScrollArea {
+    Q_OBJECT
+
+public:
+    explicit ShowPackageCheckerWidget(PackageChecker* checker, QWidget* parent = nullptr);
+
+private:
+    void showEntry(const QString& id);
+    PackageEntryWidget* add(const QString& id);
+    void chooseDirectory(const QString& id);
+
+    PackageChecker* m_checker;
+    Fenk::Card* m_card;
+    Fenk::Label* m_empty;
+    QMap<QString, PackageEntryWidget*> m_rows;
+};
