@@ -90,6 +90,7 @@ private Q_SLOTS:
     void failuresAreExplained_data() {
         const Table<QString, QString, QString> row("program", "arguments", "hint");
         row("font", "fault", "window-font", "Missing Fonts for app: simsun.ttc");
+        row("crash", "fault", "crash", "Application is not running as expected");
         row("console", "console", "", "For console applications, you can run it in terminal");
     }
     void failuresAreExplained() {
@@ -97,6 +98,10 @@ private Q_SLOTS:
         QFETCH(QString, arguments);
         QFETCH(QString, hint);
         start(program, arguments);
+        if (arguments == "crash") {  // Wine's own window says so and waits
+            QVERIFY(m_windows.waitForTitle("Program Error", LongMs).id);
+            button("stop_debug_btn")->click();
+        }
         waitForEnd();
         QTRY_VERIFY2_WITH_TIMEOUT(frame()->hints()->toPlainText().contains(hint),
                                   frame()->log()->allLines().constData(), LongMs);
