@@ -27,6 +27,9 @@ AbstractDialog::AbstractDialog(QWidget* parent)
     m_title->setAlignment(Qt::AlignCenter);
     m_title->setWordWrap(true);
     m_title->setObjectName("dialog_title");
+    // A title of several lines keeps the distance from the edge that one line has.
+    const int above = (Tokens::ControlHeight - m_title->fontMetrics().height()) / 2;
+    m_title->setContentsMargins(0, above, 0, above);
     m_icon->setFixedSize(Tokens::IconLarge, Tokens::IconLarge);
     m_close->setObjectName("dialog_close");
     m_close->setFocusPolicy(Qt::TabFocus);
