@@ -164,9 +164,7 @@ private Q_SLOTS:
             [&](int) {
                 m_f->table->merge({name() + 'x', name() + 'Y'}, random.bounded(5));
             },
-            [&](int) {
-                m_f->remove({name(), name()});
-            },
+            [&](int row) { m_f->remove(row); },
             [&](int row) { m_f->edit(row, 0, name()); },
             [&](int row) {
                 m_f->table->rows()->item(row, 1)->setData(random.bounded(5), DllOverrideListView::MethodRole);

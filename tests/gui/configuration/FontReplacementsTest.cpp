@@ -123,9 +123,7 @@ private Q_SLOTS:
             [&](int) { m_f->table->addNewReplacements(name() + 'x', family()); },
             [&](int) { m_f->table->undo(); },
             [&](int) { m_f->trigger("Add default replacements"); },
-            [&](int) {
-                m_f->remove({name(), name() + 'x'});
-            },
+            [&](int row) { m_f->remove(row); },
             [&](int row) { m_f->edit(row, 0, name()); },
             [&](int row) { m_f->edit(row, 1, family()); }};
         m_f->play(&random, actions);

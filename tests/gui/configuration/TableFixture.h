@@ -76,6 +76,10 @@ public:
         choose(names);
         QTest::keyClick(table, Qt::Key_Delete);
     }
+    void remove(int row) {
+        table->selectRow(row);
+        QTest::keyClick(table, Qt::Key_Delete);
+    }
     void choose(const QStringList& names) {
         table->clearSelection();
         for (int row = 0; row < table->rows()->rowCount(); ++row) {

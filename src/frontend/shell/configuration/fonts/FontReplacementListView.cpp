@@ -114,10 +114,7 @@ void FontReplacementListView::sendRow(int row) {
         const QPersistentModelIndex current = rows()->index(row, 0);
         set(font, replacement);
         setSent(row);
-        for (int other = rows()->rowCount() - 1; other >= 0; --other) {
-            if (other != current.row() && sentFont(other) == font)
-                rows()->removeRow(other);
-        }
+        removeSent(font, row);
         // Another font in this row replaces one more; it does not end the replacement of the old one.
         if (before.contains(oldFont) && oldFont != font) {
             rows()->insertRow(current.row() + 1, {new QStandardItem(oldFont),
@@ -163,15 +160,32 @@ void FontReplacementListView::addMenuEntries(QMenu* menu) {
 }
 
 void FontReplacementListView::deleteSelected() {
-    const QList<int> selected = selectedRows();
+    const QList<QPersistentModelIndex> selected = selectedCells(0);
     step([&] {
         for (int i = selected.size() - 1; i >= 0; --i) {
-            const QString font = text(selected[i], 0);
-            const bool isSent = !sentFont(selected[i]).isEmpty();
-            rows()->removeRow(selected[i]);
+            if (!selected[i].isValid())
+                continue;
+            const QString font = text(selected[i].row(), 0);
+            const bool isSent = sentRows().contains(font);
+            rows()->removeRow(selected[i].row());
+            removeSent(font, -1);
             remove(font, isSent);
         }
     });
+}
+
+QList<QPersistentModelIndex> FontReplacementListView::selectedCells(int column) const {
+    QList<QPersistentModelIndex> cells;
+    for (const int row : selectedRows())
+        cells << rows()->index(row, column);
+    return cells;
+}
+
+void FontReplacementListView::removeSent(const QString& font, int except) {
+    for (int row = rows()->rowCount() - 1; row >= 0; --row) {
+        if (row != except && !font.isEmpty() && sentFont(row) == font)
+            rows()->removeRow(row);
+    }
 }
 
 void FontReplacementListView::chooseReplacement() {
@@ -189,13 +203,12 @@ void FontReplacementListView::chooseReplacement() {
 }
 
 void FontReplacementListView::replaceBy(const QString& family) {
-    QList<QPersistentModelIndex> chosen;
-    for (const int row : selectedRows())
-        chosen << rows()->index(row, 1);
+    const QList<QPersistentModelIndex> chosen = selectedCells(1);
     step([&] {
-        for (const QPersistentModelIndex& index : qAsConst(chosen)) {
-            rows()->setData(index, family);
-            sendRow(index.row());
+        for (const QPersistentModelIndex& index : chosen) {
+            // Of two rows of one font the first replaces the other.
+            if (rows()->setData(index, family))
+                sendRow(index.row());
         }
     });
 }

@@ -31,6 +31,9 @@ private:
     void setSent(int row);
     /// Sends the row if both cells are filled.
     void sendRow(int row);
+    QList<QPersistentModelIndex> selectedCells(int column) const;
+    /// Removes the rows in which the service has the font, but one.
+    void removeSent(const QString& font, int except);
     void chooseReplacement();
     void replaceBy(const QString& family);
     void addDefaults();
