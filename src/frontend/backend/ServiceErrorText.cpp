@@ -84,7 +84,6 @@ constexpr Row Rows[] = {
     {"export-cancelled", QT_TRANSLATE_NOOP("ServiceErrorText", "The export was cancelled.")},
     {"import-running", QT_TRANSLATE_NOOP("ServiceErrorText",
                                          "Components are being imported already. Wait until that is done.")},
-    // The second argument is a detail for the log.
     {"bad-backup", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 is no backup, or it is damaged.")},
     {"newer-backup", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 was made by a newer version of Cellarix.")},
     {"bottle-changed",

@@ -104,6 +104,7 @@ class ServiceBackupTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ServiceFixture> m_service;
+    QString m_key;  ///< of the template
 
     QJsonObject copy(const QString& method, const QVariantList& arguments) const {
         return QJsonDocument::fromJson(
@@ -113,28 +114,40 @@ class ServiceBackupTest : public QObject {
     QString file(const QString& name = "b.backup") const { return m_service->home().path() + '/' + name; }
     QString bottle(const QString& name) const { return m_service->bottlePath(name); }
 
-    /// A service whose only Wine is a script, with a finished template.
-    void startWithStandIn(const QByteArray& wine = "#!/bin/sh\n") {
+    /// Installs a script as the only Wine, with a finished template; another content is another build.
+    void installStandIn(const QByteArray& build) {
+        const QString program = m_service->write("runners/w/bin/wine", "#!/bin/sh\n# " + build, true);
+        m_key = Templates::keyOf({"w", program, program});
+        const QString original = "templates/" + m_key;
+        const QByteArray registry =
+            "WINE REGISTRY Version 2\n\n#arch=win64\n\n[Software\\\\Wine] 1\n\"Build\"=\"" + build + "\"\n";
+        for (const char* name : {"/system.reg", "/user.reg"})
+            m_service->write(original + name, registry);
+        m_service->write(original + "/dosdevices/c:", "");
+        for (const QByteArray& name : {QByteArray("kernel32"), build})
+            m_service->write(original + "/drive_c/windows/system32/" + name + ".dll", build);
+        m_service->write(original + "/drive_c/users/me/a", "");
+        QVERIFY(QFile::link(m_service->home().path(),
+                            m_service->dataDir() + '/' + original + "/drive_c/users/me/Documents"));
+    }
+    void startWithStandIn() {
         m_service.reset();
         m_service = std::make_unique<ServiceFixture>();
         m_service->variables["PATH"] = "/nowhere";
-        const QString program = m_service->write("runners/w/bin/wine", wine, true);
-        const QString key = "templates/" + Templates::keyOf({"w", program, program});
-        for (const char* name : {"/system.reg", "/user.reg", "/dosdevices/c:"})
-            m_service->write(key + name, "x");
-        m_service->write(key + "/drive_c/windows/system32/kernel32.dll", "Wine's");
-        m_service->write(key + "/drive_c/users/me/a", "");
-        const QString documents = m_service->dataDir() + '/' + key + "/drive_c/users/me/Documents";
-        QVERIFY(QFile::link(m_service->home().path(), documents));
+        installStandIn("one");
         QVERIFY(m_service->start());
     }
     /// A bottle with a file of so many bytes that cannot be compressed.
     void makeBottle(const QString& name, int bytes) {
         m_service->write("bottles/" + name + "/bottle.yml",
-                         QByteArray("Runner: w\nExternal_Programs:\n  ") + Id + ":\n    id: " + Id +
-                             "\n    name: App\n    path: C:\\App\\a.exe\n");
+                         "Runner: w\nTemplate: " + m_key.toLatin1() + "\nExternal_Programs:\n  " + Id +
+                             ":\n    id: " + Id + "\n    name: App\n    path: C:\\App\\a.exe\n");
         m_service->write("bottles/" + name + "/drive_c/App/a.exe", "MZ");
         m_service->write("bottles/" + name + "/icons/x.png", "icon");
+        for (const char* file :
+             {"/system.reg", "/drive_c/windows/system32/kernel32.dll", "/drive_c/windows/system32/one.dll"})
+            m_service->write("bottles/" + name + file,
+                             readFile(m_service->dataDir() + "/templates/" + m_key + file));
         QByteArray data(bytes, 0);
         QRandomGenerator random(1);
         std::generate(data.begin(), data.end(), [&random] { return char(random.generate()); });
@@ -181,7 +194,17 @@ private Q_SLOTS:
         QCOMPARE(m_service->error("run_command", {name, command}), QString());
         const QString log = "/logs/command-cmd.exe.txt";
         QTRY_VERIFY_WITH_TIMEOUT(readFile(root + log).contains("ready"), 60000);
-        // Only what is stored is in the backup; it also ends Wine, but the comparison comes before.
+        QProcess running;
+        QProcessEnvironment environment = m_service->environment();
+        environment.insert("WINEPREFIX", root);
+        environment.insert("LC_ALL", "C.UTF-8");
+        running.setProcessEnvironment(environment);
+        running.start("wine", {"cmd.exe", "/c", "echo ready & set /p x="});
+        QVERIFY(running.waitForReadyRead(60000));
+        QCOMPARE(copy("exportBottle", {name, file()})["busy"].toArray(), QJsonArray{"cmd.exe"});
+        QCOMPARE(running.state(), QProcess::Running);
+        running.write("\n");
+        QVERIFY(running.waitForFinished(60000));
         QCOMPARE(m_service->error("killWineServer", {name}), QString());
         QVERIFY(readFile(root + "/user.reg").contains("[Mine]"));
         auto before = treeOf(root);
@@ -301,7 +324,9 @@ private Q_SLOTS:
         writeArchive(file(), items << Item{BackupFile::ChecksumsEntry, sums});
         const QJsonObject result = copy("importBottle", {file(), ""});
         QCOMPARE(result["ok"].toBool(), fault.isEmpty());
-        QVERIFY2(result["error"].toString().contains(fault), qPrintable(result["error"].toString()));
+        const QByteArray reasons =
+            QJsonDocument(result["reasons"].toArray()).toJson() + result["error"].toString().toUtf8();
+        QVERIFY2(QString(reasons).contains(fault), reasons.constData());
         QCOMPARE(QFileInfo::exists(bottle("s")), fault.isEmpty());
         QTRY_COMPARE(leftovers(), QStringList());
         if (fault.isEmpty())
@@ -341,13 +366,21 @@ private Q_SLOTS:
     void otherMachine() {
         startWithStandIn();
         makeBottle("b", 10);
+        m_service->write("bottles/b/drive_c/windows/system32/one.dll", "an installer's");
         const QString root = m_service->dataDir() + "/bottles/b/drive_c/users/";
         QVERIFY(QDir().mkpath(root + "old/AppData"));
         QVERIFY(QFile::link("/home/old", root + "old/Documents"));
         QVERIFY(copy("exportBottle", {"b", file()})["ok"].toBool());
         QCOMPARE(m_service->error("delete", {"b"}), QString());
+        installStandIn("two");
         const QJsonObject result = copy("importBottle", {file(), "c"});
         QVERIFY2(result["ok"].toBool(), qPrintable(result["error"].toString()));
+        QVERIFY(result["otherWine"].toBool());
+        const QString system = bottle("c") + "/drive_c/windows/system32/";
+        QCOMPARE(readFile(system + "kernel32.dll"), QByteArray("two"));
+        QCOMPARE(readFile(system + "two.dll"), QByteArray("two"));
+        QCOMPARE(readFile(system + "one.dll"), QByteArray("an installer's"));
+        QVERIFY(readFile(bottle("c") + "/system.reg").contains("\"Build\"=\"two\""));
         QCOMPARE(m_service->json("get", {"c"})["External_Programs"][Id]["path"].toString(), "C:\\App\\a.exe");
         const QString users = bottle("c") + "/drive_c/users/";
         QVERIFY(QFileInfo(users + "me/AppData").isDir() && !QFileInfo(users + "me").isSymLink());

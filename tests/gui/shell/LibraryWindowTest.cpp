@@ -173,7 +173,7 @@ private Q_SLOTS:
         QCOMPARE(entries(menu),
                  QString("Edit Details, Quick Tools (Open in Terminal, Open folder of app, Open c-drive, "
                          "File Associations, Registry Editor, Importing the registry, Internet Settings, "
-                         "Quit All Apps), Translator (box), Create Desktop Icon, Uninstall"));
+                         "Quit All Apps), Translator (box), Back Up…, Create Desktop Icon, Uninstall"));
         tile("1")->optionMenu()->hide();
         LaunchWindows& windows = LaunchWindows::instance();
         windows.configuration = [](const ProgramRef&, LaunchWindows::ConfigMode, QWidget*) {

@@ -55,6 +55,7 @@ void setAttributes(int fd, const BackupEntry& entry) {
 BackupReader::BackupReader(const QString& path) : m_path(path) {}
 
 Reason BackupReader::broken(const QString& detail) const {
+    // The detail is for the log.
     return Reason(Reason::BadBackup, {QFileInfo(m_path).fileName(), detail});
 }
 

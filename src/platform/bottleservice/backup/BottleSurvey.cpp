@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "bottleservice/backup/BackupPath.h"
+#include "bottleservice/backup/RestoredPrefix.h"
 #include "bottleservice/files/FileTree.h"
 
 namespace {
@@ -140,7 +141,12 @@ bool BottleSurvey::isInTemplate(const QByteArray& path, const QByteArray& target
 bool BottleSurvey::isMadeByWine(const QByteArray& path, const QByteArray& target) const {
     if (path.startsWith("dosdevices/"))
         return target == "/" || target.startsWith("/dev/") || isInTemplate(path, {});
-    return m_place.templatePath.isEmpty() || isInTemplate(path, {});
+    if (m_place.templatePath.isEmpty() || isInTemplate(path, {}))
+        return true;
+    // A bottle that came from elsewhere may have another user.
+    const QList<QByteArray> parts = path.split('/');
+    const QByteArray user = RestoredPrefix::userOf(m_place.templatePath).toUtf8();
+    return parts.size() == 4 && isInTemplate("drive_c/users/" + user + '/' + parts[3], {});
 }
 
 void BottleSurvey::addLink(const QByteArray& path) {

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
 #include <QStorageInfo>
@@ -183,6 +184,8 @@ void ImportBottleJob::place(const Reason& reason) {
 void ImportBottleJob::fail(const Reason& reason) {
     const Reason told = m_tools.progress->cancelled ? Reason(Reason::Cancelled)
                                                     : FullDisk::explain(m_tools.store.root(), reason);
+    qWarning().noquote() << "no bottle was restored:"
+                         << QJsonDocument(told.toJson()).toJson(QJsonDocument::Compact);
     if (m_staged)
         m_staged->discard();
     finish(Answer::failure(Fault::Failed, told));
