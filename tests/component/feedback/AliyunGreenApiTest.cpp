@@ -65,33 +65,24 @@ private Q_SLOTS:
         row("no credentials", "", "check", "no account");
         row("no address", "id", "", "no account");
         row("refused", "id", "gone", "Response: gone");
-        row("broken off", "id", "half/check", "Error: ");
     }
     void fails() {
         QFETCH(QString, key);
         QFETCH(QString, path);
         QFETCH(QString, error);
-        m_server.files["check"] = "{\"Data\":{}}";
         AliyunGreenApi api(key, key);
         api.setEndpoint(path.isEmpty() ? QString() : m_server.address(path));
         QSignalSpy failed(&api, &AliyunGreenApi::errorOccurred);
         api.checkContent("a");
-        QCOMPARE(failed.size(), 0);
-        QVERIFY(failed.wait());
+        QVERIFY(failed.isEmpty() && failed.wait());
         QVERIFY2(failed[0][0].toString().contains(error), qPrintable(failed[0][0].toString()));
     }
 
-    void verdict_data() {
-        const Table<QString, bool> row("reply", "isRefused");
-        row("none", R"({"Code":200,"Data":{"RiskLevel":"none"}})", false);
-        row("high", R"({"Data":{"RiskLevel":"high"}})", true);
-        row("no word", R"({"Data":{"RiskLevel":null}})", true);
-        row("no data", R"({"RiskLevel":"high"})", false);
-        row("no JSON", "<html>", false);
-    }
     void verdict() {
-        QFETCH(QString, reply);
-        QTEST(ModerationVerdict::isRefused(reply), "isRefused");
+        for (const char* level : {"\"high\"", "\"a new word\"", "null"})
+            QVERIFY2(ModerationVerdict::isRefused(QString(R"({"Data":{"RiskLevel":%1}})").arg(level)), level);
+        for (const char* reply : {R"({"Data":{"RiskLevel":"none"}})", R"({"RiskLevel":"high"})", "<html>"})
+            QVERIFY2(!ModerationVerdict::isRefused(reply), reply);
     }
 
 private:
