@@ -115,7 +115,7 @@ private Q_SLOTS:
             LaunchedConfigWindow::open({Bottle, Id}, LaunchWindows::ConfigMode::Debugging, nullptr);
         m_view = BottlesConfigView::openWindowOf(Bottle);
         QTRY_VERIFY(hints()->page().contains("simsun.ttc"));
-        QTRY_VERIFY(lines().contains("0024:err:seen before"));
+        QTRY_COMPARE(lines().filter("0024:err:seen before").size(), 1);
         m_bottle.write("logs/wine-notes.exe.txt", "0024:fixme:a\n");
         FailedStarts::instance()->mark(Bottle, Id, {"No window came up.", {}});
         LaunchedConfigWindow::open({Bottle, Id}, LaunchWindows::ConfigMode::Debugging, nullptr);

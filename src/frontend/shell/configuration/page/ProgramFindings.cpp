@@ -51,8 +51,10 @@ ProgramFindings::ProgramFindings(const Parts& parts, QObject* parent) : QObject(
     const ProgramTrials* trials = parts.trials;
     connect(trials, &ProgramTrials::linesRead, parts.frame, &DebuggingLogsFrame::append);
     connect(trials, &ProgramTrials::runStarted, this, &ProgramFindings::onRunStarted);
-    connect(trials, &ProgramTrials::runEnded, this,
-            [this](const QString& id, const QString& logPath) { look(id, logPath, m_hasLaunchResult); });
+    connect(trials, &ProgramTrials::runEnded, this, [this](const QString& id, const QString& logPath) {
+        m_results.insert(id, m_hasLaunchResult);
+        look(id, logPath);
+    });
     connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
             [this](const QString& id) {
                 m_hasLaunchResult = m_hasLaunchResult || id == m_parts.programs->currentRef().uuid;
@@ -66,6 +68,7 @@ ProgramFindings::ProgramFindings(const Parts& parts, QObject* parent) : QObject(
 void ProgramFindings::onRunStarted(const QString& programId) {
     m_search.cancel();
     delete std::exchange(m_lastLog, nullptr);
+    ++m_reads;
     m_hasLaunchResult = false;
     m_shownProgram = programId;
     m_parts.frame->clear();
@@ -77,6 +80,7 @@ void ProgramFindings::showLast() {
 }
 
 void ProgramFindings::readAgain() {
+    m_results.clear();
     m_shownProgram.clear();
     showLast();
 }
@@ -93,8 +97,8 @@ void ProgramFindings::onCurrentChanged() {
     m_parts.frame->clear();
     inBackground(
         this, [bottlePath, entry = *entry] { return lastLog(bottlePath, entry); },
-        [this, id = entry->id](const QString& log) {
-            if (id == m_shownProgram && !log.isEmpty() && !m_parts.trials->isBusy())
+        [this, id = entry->id, number = ++m_reads](const QString& log) {
+            if (number == m_reads && !log.isEmpty())
                 readLast(id, log);
         });
 }
@@ -108,12 +112,18 @@ void ProgramFindings::readLast(const QString& programId, const QString& logPath)
             log->add(bytes);
             log->end();
         });
-    const ProgramRef program{m_parts.settings->bottle(), programId};
-    if (!ProgramRuns::instance()->isRunning(program))
-        look(programId, logPath, !FailedStarts::instance()->find(program.bottle, programId));
+    if (!ProgramRuns::instance()->isRunning({m_parts.settings->bottle(), programId}))
+        look(programId, logPath);
 }
 
-void ProgramFindings::look(const QString& programId, const QString& logPath, bool hasLaunchResult) {
+/// Of a run before this window only a failure is known.
+bool ProgramFindings::hasLaunchResult(const QString& programId) const {
+    return m_results.contains(programId)
+               ? m_results.value(programId)
+               : !FailedStarts::instance()->find(m_parts.settings->bottle(), programId);
+}
+
+void ProgramFindings::look(const QString& programId, const QString& logPath) {
     const EntryList& list = m_parts.programs->list();
     const int index = list.indexOf(programId);
     const BottleSettings* settings = m_parts.settings;
@@ -121,7 +131,7 @@ void ProgramFindings::look(const QString& programId, const QString& logPath, boo
     shown.runner = settings->values().text(Setting::Runner);
     shown.hasDxvk = !settings->values().text(Setting::Dxvk).isEmpty();
     shown.hasTranslators = m_parts.parameters->hasTranslators();
-    shown.hasLaunchResult = hasLaunchResult;
+    shown.hasLaunchResult = hasLaunchResult(programId);
     m_search.start({settings->bottle(), BottleRecord::path(settings->record()),
                     index < 0 ? QString() : ProgramRecord::path(list.entries()[index].record), logPath,
                     shown});

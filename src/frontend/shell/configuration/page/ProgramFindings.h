@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 
 #include "shell/configuration/hints/HintSearch.h"
@@ -35,11 +36,14 @@ private:
     void onRunStarted(const QString& programId);
     void onCurrentChanged();
     void readLast(const QString& programId, const QString& logPath);
-    void look(const QString& programId, const QString& logPath, bool hasLaunchResult);
+    void look(const QString& programId, const QString& logPath);
+    bool hasLaunchResult(const QString& programId) const;
 
     const Parts m_parts;
     HintSearch m_search;
     LiveLog* m_lastLog = nullptr;
+    int m_reads = 0;                 ///< of last logs; only the newest one counts
+    QHash<QString, bool> m_results;  ///< of the runs of this window, by program: whether one came up
     QString m_shownProgram;          ///< the program whose log the pane shows
     bool m_isShown = false;          ///< showLast() was called
     bool m_hasLaunchResult = false;  ///< of the current program since the run began
