@@ -1,7 +1,8 @@
 #!/bin/bash
 # package_walk.sh INSTALLED_PREFIX SOURCES DIRECTORY OLD_DEB NEW_DEB PROGRAM
 # On a copy of this machine that vanishes with the process: installs a package, starts its program as two ordinary
-# users, upgrades and purges it. Prints what it sees as lines "word: text". Needs root.
+# users, upgrades and purges it. Prints what it sees as lines "word: text". Needs root. With CELLARIX_PICTURES, a
+# directory, it takes a picture of each window.
 set -euo pipefail
 if [[ $$ != 1 ]]; then
     exec unshare --mount --pid --fork --kill-child --propagation private --mount-proc "$0" "$@"
@@ -48,8 +49,9 @@ run() {
         export WINEPREFIX=$HOME/$5
         wineserver -k
         wineserver -w
-        kill %1' \
-        walk "$exec_path" "$program" 'Cellarix Sample' "${CELLARIX_PICTURES:+$directory/$1.png}" "$bottle" || true
+        kill %1 2>/dev/null' \
+        walk "$exec_path" "$program" 'Cellarix Sample' "${CELLARIX_PICTURES:+/home/$1/window.png}" "$bottle" || true
+    [[ -z ${CELLARIX_PICTURES:-} ]] || cp "$root/home/$1/window.png" "$CELLARIX_PICTURES/$1.png"
 }
 
 for user in first second; do

@@ -4,6 +4,7 @@ import hashlib
 import io
 import json
 import os
+import shutil
 import signal
 import subprocess
 import tarfile
@@ -12,8 +13,9 @@ from pathlib import Path
 
 from packages import ID, PACKER, REGISTRY, BottleCase
 
-from cellarix_packager import archive, contents, debian, links, private, registry, request
+from cellarix_packager import archive, contents, debian, links, place, private, registry, request, userbottle
 from cellarix_packager.errors import PackageError
+from cellarix_packager.package import Package
 
 ROOT = "./opt/apps/com.example.sample/files/"
 
@@ -130,6 +132,72 @@ class Packer(BottleCase):
                 process.communicate(timeout=30)
                 self.assertNotEqual(process.returncode, 0)
                 self.assertEqual(os.listdir(self.path("out")), [])
+
+
+class UsersBottle(BottleCase):
+    """The bottle of a user, made from an unpacked package and upgraded."""
+
+    def unpack(self, version, files):
+        for name, text in files.items():
+            self.add("drive_c/App/" + name, text)
+        self.choose({ID: r"C:\App\a.exe"}, pkgversion=version)
+        ended = self.pack("--compression", "zstd")
+        self.assertEqual(ended.returncode, 0, ended.stderr)
+        shutil.rmtree(self.path("root"), ignore_errors=True)
+        subprocess.run(["dpkg-deb", "-x", ended.stdout.rpartition("packed: ")[2].strip(), self.path("root")], check=True)
+        return Package(self.path("root/opt/apps/com.example.sample/files"))
+
+    def provide(self, package):
+        bottle = userbottle.UserBottle(package, {"HOME": self.path("user"), "USER": "me"})
+        bottle.provide()
+        return bottle, Path(bottle.directory, "drive_c", "App")
+
+    def test_an_upgrade_changes_what_nobody_has_changed(self):
+        os.symlink("/usr/bin/ls", os.path.join(self.directory, "drive_c", "wine.dll"))
+        self.add("drive_c/users/packer/AppData/x.ini", "profile")
+        self.add("user.reg", REGISTRY.format("User") + '[A] 1\n"Path"="C:\\\\users\\\\packer"\n"New"="1"\n')
+        old = {"a.exe": "MZ 1", "same.ini": "1", "mine.ini": "1", "gone.txt": "1", "gone.dll": "1", "deleted.txt": "1"}
+        package = self.unpack("1.0", old)
+        bottle, app = self.provide(package)
+        drive = app.parent
+        self.assertEqual(os.readlink(app / "a.exe"), package.shared + "/drive_c/App/a.exe")
+        self.assertFalse((app / "same.ini").is_symlink())
+        self.assertEqual(os.readlink(drive / "wine.dll"), "/usr/bin/ls")
+        self.assertEqual((drive / "users/me/AppData/x.ini").read_text(), "profile")
+        self.assertIn(r"users\\me", Path(bottle.directory, "user.reg").read_text())
+        (app / "mine.ini").write_text("user")
+        (app / "own.sav").write_text("user")
+        (app / "deleted.txt").unlink()
+        for name in ("gone.txt", "gone.dll"):
+            os.unlink(os.path.join(self.directory, "drive_c/App", name))
+        self.add("user.reg", REGISTRY.format("User") + '[A] 1\n"Path"="C:\\\\users\\\\packer"\n"New"="2"\n')
+        package = self.unpack("2.0", {"a.exe": "MZ 2", "same.ini": "2", "mine.ini": "2", "new.txt": "2"})
+        for _ in range(2):  # the second time nothing is left to do
+            self.provide(package)
+            self.assertEqual({path.name: path.read_text() for path in app.iterdir()},
+                             {"a.exe": "MZ 2", "same.ini": "2", "mine.ini": "user", "own.sav": "user", "new.txt": "2"})
+            self.assertIn('"New"="2"', Path(bottle.directory, "user.reg").read_text())
+            Path(bottle.directory, ".package/version").write_text("interrupted")
+
+    def test_another_bottle_of_that_name_is_left_alone(self):
+        package = self.unpack("1.0", {"a.exe": "MZ"})
+        other = Path(self.path("user/.local/share/lumora-wine-bottles/bottles/com.example.sample"))
+        other.mkdir(parents=True)
+        bottle = self.provide(package)[0]
+        self.assertEqual((bottle.name, os.listdir(other)), ("com.example.sample.package", []))
+        shutil.rmtree(bottle.directory)
+        os.makedirs(bottle.directory)
+        with self.assertRaises(PackageError):
+            self.provide(package)
+
+    def test_what_is_shared(self):
+        for path, size, wanted in (
+            ("drive_c/App/a.EXE", 1, True), ("drive_c/App/data.bin", 2 << 20, True), ("drive_c/App/data.bin", 9, False),
+            ("drive_c/App/large.sqlite", 2 << 20, False), ("drive_c/users/me/a.exe", 1, False), ("user.reg", 2 << 20, False),
+            ("drive_c/windows/system32/x.dll", 1, False), ("drive_c/windows/system32/spool/x.dll", 1, True),
+        ):
+            with self.subTest(path):
+                self.assertEqual(place.is_shared(path, size), wanted)
 
 
 class Rules(unittest.TestCase):
