@@ -40,6 +40,7 @@ private Q_SLOTS:
     void initTestCase();
     void progressLines_data();
     void progressLines();
+    void causesOfFailuresAreTold();
     void theSaveDirectoryFallsBackToTheDesktop();
     void progressNeverRunsBackwards();
     void aBottleBecomesAPackage();
@@ -86,6 +87,18 @@ void PackagingTest::progressLines_data() {
 void PackagingTest::progressLines() {
     QFETCH(QString, line);
     QTEST(PackagingRun::progressOf(line), "percent");
+}
+
+void PackagingTest::causesOfFailuresAreTold() {
+    PackagingFailure failure;
+    QVERIFY(!failure.take("cause changed: x"));
+    QCOMPARE(failure.text(), QString());
+    QVERIFY(failure.take("packager: cause too-large: 10.4"));
+    QVERIFY(failure.text().contains("10.4 GB"));
+    QVERIFY(failure.take("packager: cause changed: C: %1 x"));
+    QVERIFY(failure.text().contains("The file C: %1 x has"));
+    QVERIFY(failure.take("packager: cause none: x"));
+    QCOMPARE(failure.text(), QString());
 }
 
 void PackagingTest::theSaveDirectoryFallsBackToTheDesktop() {

@@ -90,7 +90,7 @@ void DoPackageDialog::onFinished(PackagingRun::End end) {
         m_done->info()->setPackage(m_packageName, m_packageVersion, m_saveDirectory);
         m_pages->setCurrentWidget(m_done);
     } else {
-        m_failed->setReason(m_lastLine);
+        m_failed->setReason(m_run.failureText().isEmpty() ? m_lastLine : m_run.failureText());
         m_pages->setCurrentWidget(m_failed);
     }
     adjustHeight();

@@ -86,7 +86,7 @@ void PackagingRun::take(const QStringList& lines) {
         if (percent >= 0) {
             qDebug() << "Progress::" << percent;
             Q_EMIT progress(percent);
-        } else if (!text.isEmpty()) {
+        } else if (!m_failure.take(text) && !text.isEmpty()) {
             Q_EMIT line(cleanHomePaths(text));
         }
     }

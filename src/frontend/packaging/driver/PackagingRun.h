@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QTimer>
 
+#include "packaging/driver/PackagingFailure.h"
 #include "widgets/LogLineReader.h"
 
 /// One run of the packing script: starts it, reads its output, keeps its log. Ends with finished(), exactly
@@ -25,6 +26,8 @@ public:
     /// Has the script end; finished() follows.
     void cancel();
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    /// After a failure; empty if the reason is unknown.
+    QString failureText() const { return m_failure.text(); }
     QString logPath() const { return m_log.fileName(); }
 
     /// The percentage that a line of the script tells, within 0 and 100; -1 for any other line.
@@ -45,6 +48,7 @@ private:
     LogLineReader m_errors;
     QFile m_log;
     QTimer m_startTimer;
+    PackagingFailure m_failure;
     bool m_isCancelled = false;
     bool m_hasEnded = false;
 };

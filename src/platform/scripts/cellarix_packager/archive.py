@@ -32,10 +32,12 @@ def check_limits(entries):
     """Raises before any work if a file or the whole is larger than the format can hold."""
     for entry in entries:
         if entry.size >= FILE_LIMIT:
-            raise PackageError(f"{entry.source or entry.path} is larger than 8 GiB, which a .deb cannot hold.")
+            raise PackageError(f"{entry.source or entry.path} is larger than 8 GiB, which a .deb cannot hold.",
+                               "large-file", entry.source or entry.path)
     total = tar_size(entries)
     if total > MEMBER_LIMIT:
-        raise PackageError(f"The program takes {total / 10**9:.1f} GB; a .deb can hold at most 10 GB.")
+        raise PackageError(f"The program takes {total / 10**9:.1f} GB; a .deb can hold at most 10 GB.", "too-large",
+                           f"{total / 10**9:.1f}")
     return total
 
 
@@ -104,7 +106,7 @@ class DataTar:
         self._put(bytes(2 * tarfile.BLOCKSIZE))
         self.out.close()
         if self.process.wait() != 0:
-            raise PackageError("The package could not be compressed; is the disk full?")
+            raise PackageError("The package could not be compressed; is the disk full?", "compressor")
 
     def _copy(self, entry, file):
         digest = hashlib.md5(usedforsecurity=False)
@@ -114,7 +116,8 @@ class DataTar:
             self._put(data)
             left -= len(data)
         if left or file.read(1):
-            raise PackageError(f"{entry.source} has changed while it was packed. Close the programs of the bottle.")
+            raise PackageError(f"{entry.source} has changed while it was packed. Close the programs of the bottle.",
+                               "changed", entry.source)
         self._put(bytes(-entry.size % tarfile.BLOCKSIZE))
         self.sums[entry.path] = digest.hexdigest()
 
@@ -122,7 +125,7 @@ class DataTar:
         try:
             self.out.write(data)
         except BrokenPipeError:
-            raise PackageError("The package could not be compressed; is the disk full?") from None
+            raise PackageError("The package could not be compressed; is the disk full?", "compressor") from None
         self.written += len(data)
         self.progress(self.written)
 
@@ -158,7 +161,7 @@ def write(fd, entries, last, control, compression, latest, progress):
         tar.finish()
     size = os.lseek(fd, 0, os.SEEK_END) - data_at
     if size > MEMBER_LIMIT:
-        raise PackageError("The package is larger than a .deb can hold.")
+        raise PackageError("The package is larger than a .deb can hold.", "too-large", f"{size / 10**9:.1f}")
     packed = control_tar(control(tar.sums), latest)
     if len(packed) != reserved:
         raise PackageError("The checksums of the package have an unexpected size.")

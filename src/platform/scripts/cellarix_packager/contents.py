@@ -41,10 +41,10 @@ class Contents:
     def add(self, entry):
         known = self.entries.setdefault(entry.path, entry)
         if known is not entry and DIRECTORY not in (known.kind, entry.kind):
-            raise PackageError(f"Two files of the package have the same place: {entry.path}")
+            raise PackageError(f"Two files of the package have the same place: {entry.path}", "same-place", entry.path)
         for parent in _parents(entry.path):
             if self.entries.setdefault(parent, Entry(parent, DIRECTORY)).kind != DIRECTORY:
-                raise PackageError(f"A file and a directory of the package have the same place: {parent}")
+                raise PackageError(f"A file and a directory of the package have the same place: {parent}", "same-place", parent)
 
     def in_order(self):
         return [self.entries[path] for path in sorted(self.entries, key=os.fsencode)]
@@ -72,7 +72,8 @@ class BottleWalk:
         """A directory outside of the bottle, which the user has chosen, to `target`."""
         source = os.path.realpath(source)
         if self.bottle_dir.startswith(source.rstrip("/") + "/"):
-            raise PackageError(f"{source} contains the bottle itself and cannot go into the package.")
+            raise PackageError(f"{source} contains the bottle itself and cannot go into the package.",
+                               "contains-bottle", source)
         self._walk(source, target, prefix, lambda _: False)
 
     def add_file(self, source, target, prefix):
@@ -87,7 +88,7 @@ class BottleWalk:
 
     def _walk(self, source, relative, prefix, is_left_out):
         if not os.path.isdir(source):
-            raise PackageError(f"{source} is not a directory.")
+            raise PackageError(f"{source} is not a directory.", "unreadable", source)
         self.contents.add(Entry(self._place(relative, prefix), DIRECTORY))
         pending = [(source, relative)]
         while pending:
@@ -115,7 +116,8 @@ class BottleWalk:
 
     def _add(self, path, relative, prefix):
         if any(sign in relative for sign in "\n\r"):
-            raise PackageError(f"A file name with a line break cannot go into a package: {relative!r}")
+            raise PackageError(f"A file name with a line break cannot go into a package: {relative!r}",
+                               "line-break", repr(relative))
         status = os.lstat(path)
         place = self._place(relative, prefix)
         if stat.S_ISREG(status.st_mode):
@@ -148,4 +150,4 @@ def _scan(directory):
         with os.scandir(directory) as items:
             return sorted(items, key=lambda item: os.fsencode(item.name))
     except OSError as error:
-        raise PackageError(f"{directory} cannot be read: {error.strerror}") from None
+        raise PackageError(f"{directory} cannot be read: {error.strerror}", "unreadable", directory) from None

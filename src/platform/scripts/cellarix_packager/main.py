@@ -2,7 +2,8 @@
 
 usage: bottles_packager.py BOTTLE --savedir DIRECTORY [--compression xz|zstd]
 
-Prints what it does; lines "::progress:: N" tell the progress in percent. Exits with 0 when DIRECTORY has the package
+Prints what it does; lines "::progress:: N" tell the progress in percent, and "packager: cause WORD: SUBJECT" the reason
+of a failure for callers that translate it. Exits with 0 when DIRECTORY has the package
 PACKAGE_VERSION_ARCHITECTURE.deb, else with 1 after a sentence on stderr. An interrupted run leaves nothing.
 """
 
@@ -35,6 +36,8 @@ def main(argv):
         print("packed:", pack(options), flush=True)
         return 0
     except PackageError as error:
+        if error.cause:
+            print(f"packager: cause {error.cause}: {error.subject}", flush=True)
         print(error, file=sys.stderr)
     except OSError as error:
         print(f"{error.filename or options.savedir}: {error.strerror}", file=sys.stderr)
@@ -52,9 +55,9 @@ def pack(options):
         raise PackageError(f"There is no bottle named \"{options.bottle}\".")
     wanted = request.load(bottle_dir)
     if os.path.exists(os.path.join(bottle_dir, ".before-install", "journal.json")):
-        raise PackageError("Something is being installed into the bottle. Try again when that is done.")
+        raise PackageError("Something is being installed into the bottle. Try again when that is done.", "installing")
     if not running.wait_until_idle(bottle_dir, IDLE_SECONDS):
-        raise PackageError("Programs run in the bottle. Close them and try again.")
+        raise PackageError("Programs run in the bottle. Close them and try again.", "running")
     print(f"listing the files of {options.bottle}", flush=True)
     packing = Packing(wanted, bottle_dir)
     entries = packing.entries()
@@ -75,7 +78,7 @@ def _check_room(directory, needed):
     free = os.statvfs(directory)
     if free.f_bavail * free.f_frsize < needed:
         raise PackageError(f"{directory} has not enough room: the package may need {needed >> 20} MiB, "
-                           f"{free.f_bavail * free.f_frsize >> 20} MiB are free.")
+                           f"{free.f_bavail * free.f_frsize >> 20} MiB are free.", "no-room", f"{needed >> 20}")
 
 
 class Progress:

@@ -21,7 +21,8 @@ class SaveFile:
             self.fd = os.open(directory, os.O_TMPFILE | os.O_RDWR | os.O_CLOEXEC, 0o644)
         except OSError as error:
             if error.errno not in UNNAMED_UNSUPPORTED or not os.path.isdir(directory):
-                raise PackageError(f"{directory} cannot be written to: {error.strerror}") from None
+                raise PackageError(f"{directory} cannot be written to: {error.strerror}", "not-writable",
+                                   directory) from None
             self.fd = os.open(self.hidden, os.O_CREAT | os.O_EXCL | os.O_RDWR | os.O_CLOEXEC, 0o644)
             self.is_hidden = True
 

@@ -1,0 +1,62 @@
+#include "packaging/driver/PackagingFailure.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+const QLatin1String Prefix("packager: cause ");
+
+struct Row {
+    const char* cause;
+    const char* text;  ///< %1 is the subject
+};
+
+const Row Table[] = {
+    {"installing", QT_TRANSLATE_NOOP("DoPackageDialog",
+                                     "Something is being installed into the bottle. Try again when that is "
+                                     "done.")},
+    {"running",
+     QT_TRANSLATE_NOOP("DoPackageDialog", "Programs run in the bottle. Close them and try again.")},
+    {"no-room",
+     QT_TRANSLATE_NOOP("DoPackageDialog",
+                       "There is not enough room where packages are saved: up to %1 MiB are needed.")},
+    {"not-writable", QT_TRANSLATE_NOOP("DoPackageDialog", "Nothing can be saved in %1.")},
+    {"same-place", QT_TRANSLATE_NOOP("DoPackageDialog", "Two files of the package have the same place: %1")},
+    {"contains-bottle",
+     QT_TRANSLATE_NOOP("DoPackageDialog",
+                       "The folder %1 has the bottle itself in it. Choose a smaller one.")},
+    {"line-break", QT_TRANSLATE_NOOP("DoPackageDialog",
+                                     "A file has a line break in its name: %1. Rename it and try again.")},
+    {"unreadable", QT_TRANSLATE_NOOP("DoPackageDialog", "The folder %1 cannot be read.")},
+    {"large-file",
+     QT_TRANSLATE_NOOP("DoPackageDialog", "The file %1 is larger than 8 GiB, which a package cannot hold.")},
+    {"too-large",
+     QT_TRANSLATE_NOOP("DoPackageDialog", "The program takes %1 GB. A package can hold at most 10 GB.")},
+    {"compressor",
+     QT_TRANSLATE_NOOP("DoPackageDialog", "The package could not be written. The disk may be full.")},
+    {"changed",
+     QT_TRANSLATE_NOOP("DoPackageDialog",
+                       "The file %1 has changed meanwhile. Close the programs of the bottle and try "
+                       "again.")},
+};
+
+}  // namespace
+
+bool PackagingFailure::take(const QString& line) {
+    if (!line.startsWith(Prefix))
+        return false;
+    const QString rest = line.mid(Prefix.size());
+    m_cause = rest.section(": ", 0, 0);
+    m_subject = rest.section(": ", 1);
+    return true;
+}
+
+QString PackagingFailure::text() const {
+    for (const Row& row : Table) {
+        if (m_cause != QLatin1String(row.cause))
+            continue;
+        const QString text = QCoreApplication::translate("DoPackageDialog", row.text);
+        return text.contains("%1") ? text.arg(m_subject) : text;
+    }
+    return {};
+}
