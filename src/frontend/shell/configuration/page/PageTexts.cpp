@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollArea>
 
 namespace {
 
@@ -17,16 +18,25 @@ QString textsOf(const QWidget* widget) {
     return texts.join('\n');
 }
 
+void reveal(QWidget* widget) {
+    for (QWidget* outer = widget->parentWidget(); outer; outer = outer->parentWidget()) {
+        if (auto* area = qobject_cast<QScrollArea*>(outer))
+            area->ensureWidgetVisible(widget);
+    }
+}
+
 }  // namespace
 
 bool PageTexts::matches(QWidget* page, const QString& text) {
-    bool isFound = false;
+    QWidget* found = nullptr;
     for (QWidget* widget : page->findChildren<QWidget*>()) {
         auto* edit = qobject_cast<QLineEdit*>(widget);
         if (edit && edit->objectName().endsWith(QLatin1String("_search_edit")))
             edit->setText(text);
-        else
-            isFound = isFound || textsOf(widget).contains(text, Qt::CaseInsensitive);
+        else if (!found && textsOf(widget).contains(text, Qt::CaseInsensitive))
+            found = widget;
     }
-    return isFound;
+    if (found && !text.isEmpty())
+        reveal(found);
+    return found;
 }
