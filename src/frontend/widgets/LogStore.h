@@ -21,6 +21,9 @@ public:
     /// several lines becomes as many lines.
     void append(const QString& text, int level, const QTime& now = QTime::currentTime());
 
+    /// Counts lines as dropped that were never appended.
+    void skip(int lines) { m_dropped += lines; }
+
     int maxLines() const { return m_maxLines; }
     int lineCount() const { return int(m_lines.size()); }
     qint64 droppedLines() const { return m_dropped; }

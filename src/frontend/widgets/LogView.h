@@ -36,6 +36,9 @@ public:
     void appendLine(const QString& text, int level) { appendLines({NewLine{text, level}}); }
     void appendLines(const QVector<NewLine>& lines, const QTime& time = QTime::currentTime());
 
+    /// See LogStore::skip(). Shown with the next lines.
+    void skipLines(int count) { m_store.skip(count); }
+
     const LogStore& store() const { return m_store; }
     const std::vector<ShownLine>& shownLines() const { return m_shown; }
     std::shared_ptr<QTextLayout> layoutOf(int line) const;

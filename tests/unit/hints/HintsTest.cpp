@@ -7,6 +7,7 @@
 #include "shell/configuration/hints/HintLink.h"
 #include "shell/configuration/hints/HintRules.h"
 #include "shell/configuration/page/LiveLog.h"
+#include "shell/configuration/rules/DebugLog.h"
 #include "support/Table.h"
 
 using TestSupport::Table;
@@ -230,6 +231,19 @@ private Q_SLOTS:
         log.end();
         QTRY_COMPARE(ended.count(), 1);
         QTEST(lines, "lines");
+    }
+
+    void floodIsCut() {
+        LiveLog log(nullptr);
+        QVector<LiveLogLine> lines;
+        connect(&log, &LiveLog::linesRead, this,
+                [&lines](const QVector<LiveLogLine>& read) { lines += read; });
+        QSignalSpy ended(&log, &LiveLog::ended);
+        log.add(QByteArray("first\n") + QByteArray("a\n").repeated(DebugLog::MaxLines));
+        log.end();
+        QTRY_COMPARE(ended.count(), 1);
+        QCOMPARE(lines.size(), DebugLog::MaxLines);
+        QCOMPARE(lines.first().skipped, 1);
     }
 };
 

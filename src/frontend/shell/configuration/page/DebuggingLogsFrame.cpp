@@ -93,8 +93,10 @@ QWidget* DebuggingLogsFrame::makeHintsPart() {
 void DebuggingLogsFrame::addLines(const QVector<LiveLogLine>& lines, const QTime& time) {
     QVector<LogView::NewLine> newLines;
     newLines.reserve(lines.size());
-    for (const LiveLogLine& line : lines)
+    for (const LiveLogLine& line : lines) {
         newLines.append({line.text, line.isError ? ErrorLine : PlainLine});
+        m_log->skipLines(line.skipped);
+    }
     m_pages->setCurrentWidget(m_log);
     m_log->appendLines(newLines, time);
 }

@@ -14,12 +14,15 @@ constexpr int LinesAtOnce = 1000;
 
 QVector<LiveLogLine> shownOf(const QStringList& lines) {
     QVector<LiveLogLine> shown;
-    for (auto line = lines.crbegin(); line != lines.crend() && shown.size() < DebugLog::MaxLines; ++line) {
+    auto line = lines.crbegin();
+    for (; line != lines.crend() && shown.size() < DebugLog::MaxLines; ++line) {
         const DebugLog::Kind kind = DebugLog::kindOf(*line);
         if (kind != DebugLog::Kind::Dropped)
             shown.append({line->trimmed(), kind == DebugLog::Kind::Error});
     }
     std::reverse(shown.begin(), shown.end());
+    if (line != lines.crend())
+        shown.first().skipped = int(lines.crend() - line);
     return shown;
 }
 

@@ -10,6 +10,7 @@
 struct LiveLogLine {
     QString text;
     bool isError;
+    int skipped = 0;  ///< lines before it that were left out
 };
 
 /// Makes lines of what a debugging run prints, in a thread of its own, and leaves out those that only trace
