@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QContextMenuEvent>
 #include <QPushButton>
 #include <QTreeWidget>
 
@@ -148,6 +149,12 @@ private Q_SLOTS:
     void usableByKeys() {
         QVERIFY(m_f->open());
         QCOMPARE(TestSupport::outOfReach(&m_f->page), QString());
+        m_f->table->setFocus();
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {});
+        QApplication::sendEvent(m_f->table->viewport(), &menuKey);
+        auto* menu = m_f->table->findChild<QMenu*>("table_menu");
+        QVERIFY(menu && menu->activeAction());
+        delete menu;
         m_f->table->clear();
         QCOMPARE(TestSupport::outOfReach(&m_f->page), QString());
     }

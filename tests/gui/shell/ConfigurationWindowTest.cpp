@@ -168,18 +168,10 @@ private Q_SLOTS:
         QSignalSpy loaded(m_view, &BottlesConfigView::bottlesLoaded);
         m_service->release();
         QTRY_COMPARE(loaded.count(), 1);
-        // The service says more when the window reads anew; a step in a table is offered to be taken back.
+        // The service says more when the window reads anew.
         m_view->setLoading(true);
         m_view->setLoading(false);
-        auto* table = find<BottleTable>("dlloverride_listview");
-        QTRY_COMPARE(table->rows()->rowCount(), 1);
-        m_view->onConfigurePageToggled(BottlesConfigView::DllOverride);
-        table->selectRow(0);
-        QTest::keyClick(table, Qt::Key_Delete);
-        find<QAbstractButton>("undo_btn")->click();
-        m_service->waitForCall("updateDllOverride", 2);
-        QCOMPARE(m_service->calls("updateDllOverride").last().arguments,
-                 QJsonArray({"office", "a", "n", false}));
+        QTRY_COMPARE(find<BottleTable>("dlloverride_listview")->rows()->rowCount(), 1);
     }
 
     void filesAreDropped() {
