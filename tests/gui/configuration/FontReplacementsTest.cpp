@@ -1,7 +1,9 @@
 #include <QAbstractButton>
+#include <QContextMenuEvent>
 #include <QFontDialog>
 
 #include "TableFixture.h"
+#include "programs/ListPlaceholder.h"
 #include "shell/configuration/fonts/FontNames.h"
 #include "shell/configuration/fonts/FontReplaceDialog.h"
 #include "shell/configuration/fonts/FontReplacementListView.h"
@@ -75,6 +77,11 @@ private Q_SLOTS:
         const TestSupport::LogCapture log;
         QVERIFY(m_f->open());
         QVERIFY(log.contains(QtWarningMsg, "listFontReplacements error: no bottle"));
+        auto* empty = m_f->page.findChild<ListPlaceholder*>();
+        QContextMenuEvent menu(QContextMenuEvent::Mouse, {9, 9}, empty->mapToGlobal({9, 9}));
+        QApplication::sendEvent(empty, &menu);
+        QVERIFY(m_f->table->findChild<QMenu*>("table_menu"));
+        delete m_f->table->findChild<QMenu*>("table_menu");
         m_f->table->addNewReplacements("Arial", "X");
         m_f->trigger("Add default replacements");
         QTRY_COMPARE(m_f->changes().size(), 8);
