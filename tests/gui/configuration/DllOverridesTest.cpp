@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -102,6 +103,13 @@ private Q_SLOTS:
         QCOMPARE(list->topLevelItemCount(), 3);
         QCOMPARE(list->topLevelItem(0)->text(1), QString("Builtin (Wine) → Native then Builtin"));
         list->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
+        auto* all = preview->findChild<QCheckBox*>("scan_all");
+        QCOMPARE(all->checkState(), Qt::PartiallyChecked);
+        all->click();
+        all->click();
+        QVERIFY(!preview->button(1)->isEnabled());
+        for (int i : {0, 1})
+            list->topLevelItem(i)->setCheckState(0, Qt::Checked);
         preview->button(1)->click();
         QTRY_COMPARE(m_f->changes(), QStringList({"zlib=n,b", "own=n,b"}));
         m_f->table->undo();

@@ -1,6 +1,7 @@
 #include "shell/configuration/dlls/ScanDialog.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QHeaderView>
 #include <QTreeWidget>
 
@@ -16,7 +17,9 @@ constexpr int MostRows = 7;
 }  // namespace
 
 ScanDialog::ScanDialog(const QString& title, const QVector<ScanChange>& changes, int method, QWidget* parent)
-    : Dialog(title, tr("These overrides would be changed:"), parent), m_list(new QTreeWidget) {
+    : Dialog(title, tr("These overrides would be changed:"), parent),
+      m_list(new QTreeWidget),
+      m_all(new QCheckBox(tr("All"))) {
     setObjectName("scan_dialog");
     setAttribute(Qt::WA_DeleteOnClose);
     m_list->setObjectName("scan_list");
@@ -39,9 +42,13 @@ ScanDialog::ScanDialog(const QString& title, const QVector<ScanChange>& changes,
     const int rows = qMin(changes.size(), MostRows);
     m_list->setFixedHeight(Tokens::HeadHeight + rows * Tokens::RowHeight + Tokens::Space24);
     m_list->setCurrentItem(m_list->topLevelItem(0));
+    m_all->setObjectName("scan_all");
+    addContent(m_all);
     addContent(m_list);
     addButton(tr("Cancel"));
     m_apply = addButton(tr("Apply"), true, ButtonRecommend);
+    refresh();
+    connect(m_all, &QCheckBox::clicked, this, &ScanDialog::checkAll);
     connect(m_list, &QTreeWidget::itemChanged, this, &ScanDialog::refresh);
     connect(this, &QDialog::finished, this, [this](int answer) {
         if (answer == m_apply)
@@ -59,6 +66,24 @@ QStringList ScanDialog::checked() const {
     return names;
 }
 
+void ScanDialog::checkAll(bool checked) {
+    {
+        const QSignalBlocker once(m_list);
+        for (int i = 0; i < m_list->topLevelItemCount(); ++i)
+            m_list->topLevelItem(i)->setCheckState(0, checked ? Qt::Checked : Qt::Unchecked);
+    }
+    m_list->viewport()->update();
+    refresh();
+}
+
+/// A click on the box for all goes from some to all, never to some.
 void ScanDialog::refresh() {
-    button(m_apply)->setEnabled(!checked().isEmpty());
+    const int count = checked().size();
+    button(m_apply)->setEnabled(count > 0);
+    if (count > 0 && count < m_list->topLevelItemCount()) {
+        m_all->setCheckState(Qt::PartiallyChecked);
+        return;
+    }
+    m_all->setTristate(false);
+    m_all->setChecked(count > 0);
 }

@@ -3,9 +3,11 @@
 #include "fenk/window/Dialog.h"
 #include "shell/configuration/dlls/ScanChanges.h"
 
+class QCheckBox;
 class QTreeWidget;
 
-/// Shows what a scan would change, each with a check box. Deletes itself when it is closed.
+/// Shows what a scan would change, each with a check box, and one for all of them. Deletes itself when it is
+/// closed.
 class ScanDialog : public Fenk::Dialog {
     Q_OBJECT
 public:
@@ -18,8 +20,10 @@ Q_SIGNALS:
 
 private:
     QStringList checked() const;
+    void checkAll(bool checked);
     void refresh();
 
     QTreeWidget* m_list;
+    QCheckBox* m_all;
     int m_apply = 0;
 };
