@@ -114,6 +114,26 @@ private Q_SLOTS:
         QTRY_VERIFY(copyDialog() && textOf(copyDialog()) == "why");
     }
 
+    void noWindow_data() {
+        const Table<bool> row("isDeleted");
+        row("closed", false);
+        row("deleted", true);
+    }
+    void noWindow() {
+        QFETCH(bool, isDeleted);
+        QVERIFY(m_service->takeName("org.freedesktop.Notifications"));
+        m_service->setHeld("Backup.exportBottle", R"({"ok":false,"error":"why"})");
+        backUp();
+        m_window->close();
+        if (isDeleted)
+            m_window.reset();
+        m_service->release("exportBottle");
+        const QString call = QJsonDocument(m_service->waitForCall("Notify").arguments).toJson();
+        QVERIFY2(call.contains("Harbour Office could not be backed up.") && call.contains("why"),
+                 qPrintable(call));
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
+    }
+
     void restore() {
         m_service->setText("Backup.describeBackup",
                            R"({"ok":true,"name":"b","programs":["One","Two"],"bytes":5000000})");

@@ -3,8 +3,11 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
+#include <QMetaMethod>
 
 #include "backend/BottleBackups.h"
+#include "backend/DesktopUtils.h"
+#include "backend/InBackground.h"
 #include "backend/ServiceErrorText.h"
 #include "backend/TextUtils.h"
 
@@ -71,9 +74,23 @@ void BottleCopy::cancel() {
 void BottleCopy::finish(const BusResult& result) {
     if (!result.ok || !result.object()["ok"].toBool())
         qWarning().noquote() << "no copy of a bottle:" << m_file << result.errorMessage << result.text;
+    const Outcome outcome = outcomeOf(m_kind, m_name, m_file, result);
+    if (!isSignalConnected(QMetaMethod::fromSignal(&BottleCopy::finished)))
+        notify(outcome);
     m_hold.reset();
     deleteLater();
-    Q_EMIT finished(outcomeOf(m_kind, m_name, m_file, result));
+    Q_EMIT finished(outcome);
+}
+
+void BottleCopy::notify(const Outcome& outcome) {
+    if (outcome.end == Outcome::End::Cancelled)
+        return;
+    inBackground(
+        qApp,
+        [outcome] {
+            return DesktopUtils::notify(outcome.text, DesktopUtils::notificationText(outcome.note));
+        },
+        [hold = PendingWork::instance()->hold()](bool) {});
 }
 
 Outcome BottleCopy::outcomeOf(Kind kind, const QString& name, const QString& file, const BusResult& result) {

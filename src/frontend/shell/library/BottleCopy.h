@@ -32,13 +32,16 @@ public:
     QString file() const { return m_file; }
     void cancel();
 
+    /// Tells the end by a notification of the desktop, for when there is no window.
+    static void notify(const Outcome& outcome);
+
     /// The rule of the end, from the service's answer.
     static Outcome outcomeOf(Kind kind, const QString& name, const QString& file, const BusResult& result);
 
 Q_SIGNALS:
     /// In bytes; the total is 0 as long as it is not known.
     void progress(qint64 done, qint64 total);
-    /// Exactly once.
+    /// Exactly once. When nobody listens, because the windows are closed, the desktop notifies the user.
     void finished(const BottleCopy::Outcome& outcome);
 
 private:

@@ -67,6 +67,11 @@ void BottleCopyDialog::showProgress(qint64 done, qint64 total) {
 
 void BottleCopyDialog::showOutcome(const BottleCopy::Outcome& outcome) {
     m_hasEnded = true;
+    if (!parentWidget()->window()->isVisible()) {
+        BottleCopy::notify(outcome);
+        deleteLater();
+        return;
+    }
     if (outcome.end == End::Cancelled || (outcome.end == End::Done && !isVisible())) {
         if (outcome.end == End::Done)
             Fenk::FloatingMessage::show(parentWidget(), Theme::icon("fenk-success"), outcome.text, MessageMs);
