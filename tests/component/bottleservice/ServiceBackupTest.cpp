@@ -399,6 +399,8 @@ private Q_SLOTS:
         QCOMPARE(code("exportBottle", {"b", file("link")}), QString("no-ordinary-file"));
         QCOMPARE(code("exportBottle", {"b", "relative"}), QString("no-ordinary-file"));
         QCOMPARE(code("exportBottle", {"b", "/proc/none/x"}), QString("cannot-write"));
+        QVERIFY(QFile::link("App", bottle("b") + "/drive_c/app"));
+        QVERIFY(copy("exportBottle", {"b", file()})["error"].toString().contains("case alone"));
         QCOMPARE(code("importBottle", {file("none"), ""}), QString("no-ordinary-file"));
         QCOMPARE(code("importBottle", {"/etc/passwd", ""}), QString("bad-backup"));
         QCOMPARE(code("describeBackup", {"/etc/passwd"}), QString("bad-backup"));

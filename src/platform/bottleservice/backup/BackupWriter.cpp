@@ -71,6 +71,11 @@ Reason BackupWriter::writeFault() const {
 
 Reason BackupWriter::write(const BackupList& list, const QString& bottlePath, const QString& templatePath,
                            Progress* progress) {
+    // What a restoration would refuse is no backup.
+    const QByteArray text = list.toJson();
+    QString error;
+    if (!BackupList::parse(text, &error))
+        return QString("The bottle cannot be backed up: %1.").arg(error);
     const QByteArray path = QFile::encodeName(m_temporary);
     ::unlink(path.constData());
     m_file.reset(::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
@@ -88,11 +93,11 @@ Reason BackupWriter::write(const BackupList& list, const QString& bottlePath, co
     archive_write_set_bytes_in_last_block(handle, 1);
     if (archive_write_open_fd(handle, m_file.get()) != ARCHIVE_OK)
         return writeFault();
-    Reason fault = addText(ListEntry, list.toJson());
+    Reason fault = addText(ListEntry, text);
     for (const QString& name : templatePath.isEmpty() ? QStringList() : registries()) {
-        const auto text = Fenk::RegularFile::read(templatePath + '/' + name, MaximumRegistryBytes);
+        const auto registry = Fenk::RegularFile::read(templatePath + '/' + name, MaximumRegistryBytes);
         if (fault.isEmpty())
-            fault = addText(TemplatePrefix + name.toUtf8(), text.value_or(QByteArray()));
+            fault = addText(TemplatePrefix + name.toUtf8(), registry.value_or(QByteArray()));
     }
     for (const BackupEntry& entry : list.entries) {
         if (fault.isEmpty())
