@@ -49,6 +49,31 @@ private Q_SLOTS:
         QCOMPARE(dxvk()->currentIndex(), 0);
     }
 
+    void userCancels_data() {
+        const Table<QString, QString> row("signal", "button");
+        row("while it waits", "component_waiting_downloaded", "tips_closebtn");
+        row("while it is set up", "component_setup_start", "setup_closebtn");
+    }
+    void userCancels() {
+        QFETCH(QString, signal);
+        QFETCH(QString, button);
+        setBottle({"a"}, {{"DXVK", "dxvk-1"}, {"Parameters", QJsonObject{{"renderer", "vulkan"}}}});
+        open();
+        chooseDxvk();
+        QVERIFY(tell(signal, "dxvk-2"));
+        auto* close = dxvk()->findChild<QAbstractButton*>(button);
+        QTRY_VERIFY(close->isVisible());
+        close->setFocus();
+        QTest::keyClick(close, Qt::Key_Space);
+        QCOMPARE(m_service->waitForCall("cancelInstallingComponent").arguments,
+                 QJsonArray({"office", "dxvk", "dxvk-2"}));
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": false}") && tell("component_setup_start", "dxvk-2"));
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": true}"));  // it was done already: what the bottle has is shown
+        QTRY_COMPARE(dxvk()->combo()->currentText(), QString("dxvk-2"));
+        QCOMPARE(dxvk()->currentIndex(), 0);
+        QVERIFY(dxvk()->combo()->hasFocus());
+    }
+
     void callFails() {
         m_service->setError("Bottles.setDxvk", "out of order");
         m_service->setError("Bottles.setCpuRendering", "out of order");
