@@ -44,13 +44,11 @@ private Q_SLOTS:
         const Table<QString, bool, bool, bool, bool> row("runner", "memRow", "memControl", "forcedOn",
                                                          "ntsync");
         row("default", "lumora-wine10-stable", true, true, false, false);
-        row("staging", "lumora-wine-staging", true, true, false, false);
         row("wine 6", "lumora-wine6-stable", true, false, true, false);
         row("wine 6 of another", "wine6-stable", true, true, false, false);
         row("proton 9", "ge-proton9", false, true, false, false);
         row("proton 10", "lumora-ge-proton10", false, true, false, true);
         row("proton in the middle", "my-proton-5", false, true, false, false);
-        row("none", "", true, true, false, false);
     }
     void runnerRules() {
         QFETCH(QString, runner);
@@ -74,7 +72,6 @@ private Q_SLOTS:
             "before", "setting", "value", "renderer", "dxvk", "vkd3d", "tells");
         const int renderer = int(Setting::Renderer), dxvk = int(Setting::Dxvk), vkd3d = int(Setting::Vkd3d);
         row("away from vulkan", "vulkan", renderer, "gl", "gl", "", "", false);
-        row("to gdi", "gl", renderer, "gdi", "gdi", "", "", false);
         row("to vulkan", "gl", renderer, "vulkan", "vulkan", "d1", "v1", false);
         row("dxvk on", "gl", dxvk, "d2", "vulkan", "d2", "v1", true);
         row("vkd3d on", "gdi", vkd3d, "v2", "vulkan", "d1", "v2", true);
@@ -158,7 +155,6 @@ private Q_SLOTS:
     void logLines_data() {
         const Table<QString, int> row("line", "kind");
         row("trace", "0024:trace:seh:start_debugger x", int(DebugLog::Kind::Dropped));
-        row("traced error", "12.5:0024:trace:seh:err", int(DebugLog::Kind::Dropped));
         row("error", "0024:err:module:import_dll", int(DebugLog::Kind::Error));
         row("capitals", "ERROR: no disk", int(DebugLog::Kind::Error));
         row("other case", "Error", int(DebugLog::Kind::Plain));
