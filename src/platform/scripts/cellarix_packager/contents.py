@@ -96,7 +96,7 @@ class BottleWalk:
             for item in _scan(directory):
                 inside = f"{below}/{item.name}"
                 is_real_directory = item.is_dir(follow_symlinks=False)
-                if is_left_out(inside) and not (item.is_symlink() and self._kind(item.path, inside) == links.FOLDER):
+                if is_left_out(inside):
                     self.contents.left_out.append((inside, "private"))
                 elif is_real_directory:
                     self.contents.add(Entry(self._place(inside, prefix), DIRECTORY))

@@ -207,8 +207,19 @@ class Packing:
         return {"control": debian.control(self.request, self.size, self.who), "md5sums": debian.md5sums(sums)}
 
     def _report(self):
+        """Tells what stays at home, a line for each directory, and how much of each folder goes along."""
+        groups = {}
         for path, reason in self.contents.left_out:
-            print(f"left out ({reason}): {path}")
+            groups.setdefault((os.path.dirname(path), reason), []).append(path)
+        for (directory, reason), paths in sorted(groups.items()):
+            print(f"left out ({reason}):", paths[0] if len(paths) == 1 else f"{len(paths)} entries of {directory}")
+        sizes = {}
+        for entry in self.contents.entries.values():
+            folder = "/".join(entry.path[len(self.prefix) + 1:].split("/")[:2])
+            if entry.path.startswith(self.prefix + "/drive_c/"):
+                sizes[folder] = sizes.get(folder, 0) + entry.size
+        for folder, size in sorted(sizes.items()):
+            print(f"goes along: {folder}, {-(-size // (1 << 20))} MiB")
 
 
 def _json(value):
