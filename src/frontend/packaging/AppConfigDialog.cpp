@@ -10,7 +10,7 @@
 #include <QShowEvent>
 #include <QVBoxLayout>
 
-#include "fenk/controls/FloatingMessage.h"
+#include "backend/ProgramRef.h"
 #include "fenk/controls/Label.h"
 #include "fenk/controls/LineEdit.h"
 #include "fenk/controls/SuggestButton.h"
@@ -89,6 +89,15 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     bodyLayout()->addWidget(makeButtons());
     fill();
     connect(checker, &PackageChecker::update, this, &AppConfigDialog::fill);
+}
+
+void AppConfigDialog::openFor(const ProgramRef& program, QWidget* over) {
+    auto* checker = new PackageChecker;
+    auto* dialog = new AppConfigDialog(program.bottle, checker, over);
+    checker->setParent(dialog);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    checker->load(program.bottle);
+    dialog->open();
 }
 
 LineEdit* AppConfigDialog::makeEdit(const char* name, const QString& sample, int maximumLength) {

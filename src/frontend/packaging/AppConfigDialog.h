@@ -4,6 +4,7 @@
 #include "packaging/config/PackageInfo.h"
 
 class PackageChecker;
+struct ProgramRef;
 class QCheckBox;
 class QComboBox;
 class QScrollArea;
@@ -20,6 +21,9 @@ class AppConfigDialog : public Fenk::AbstractDialog {
 
 public:
     AppConfigDialog(const QString& bottleName, PackageChecker* checker, QWidget* parent = nullptr);
+
+    /// Opens a form that deletes itself, and asks the service for the programs of the bottle.
+    static void openFor(const ProgramRef& program, QWidget* over);
 
     PackageInfo info() const;
 

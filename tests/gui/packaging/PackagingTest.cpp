@@ -8,6 +8,7 @@
 #include <QStackedWidget>
 #include <QtTest>
 
+#include "backend/ProgramRef.h"
 #include "core/base/Paths.h"
 #include "core/base/SettingsStore.h"
 #include "fenk/controls/LineEdit.h"
@@ -18,7 +19,9 @@
 #include "packaging/driver/DoPackageDialog.h"
 #include "packaging/driver/PackagePages.h"
 #include "packaging/driver/SaveDirectory.h"
+#include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
+#include "support/PrivateBus.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -47,6 +50,7 @@ private Q_SLOTS:
     void aFailureTellsItsReason();
     void closingAsksAndCancelKeepsTheScriptRunning();
     void theFormRefusesAndSaves();
+    void theFormAsksTheService();
 
 private:
     QString bottle(const QString& name, qint64 noise = 0);
@@ -211,5 +215,27 @@ void PackagingTest::theFormRefusesAndSaves() {
     delete packaging;  // ends the script
 }
 
-QTEST_MAIN(PackagingTest)
+void PackagingTest::theFormAsksTheService() {
+    FakeBottleService service;
+    QVERIFY(service.start());
+    service.setBottle("asked", {{"Path", m_home.path()},
+                                {"External_Programs", QJsonObject{{"a", QJsonObject{{"name", "Answer"}}}}}});
+    QWidget window;
+    window.show();
+    AppConfigDialog::openFor({"asked", "a"}, &window);
+    QPointer<AppConfigDialog> dialog = window.findChild<AppConfigDialog*>();
+    QVERIFY(dialog && dialog->isVisible());
+    auto* name = dialog->findChild<Fenk::LineEdit*>("package_appname");
+    QTRY_COMPARE(name->text(), QString("Answer"));
+    dialog->findChild<QAbstractButton*>("package_cancelbtn")->click();
+    QTRY_VERIFY(!dialog);
+}
+
+int main(int argc, char** argv) {
+    const PrivateBus bus;  // before the application, which connects to it
+    QApplication application(argc, argv);
+    PackagingTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "PackagingTest.moc"
