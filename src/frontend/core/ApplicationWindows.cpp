@@ -5,6 +5,7 @@
 #include "backend/InBackground.h"
 #include "environment/BottleEnvScript.h"
 #include "launch/LaunchWindows.h"
+#include "packaging/AppConfigDialog.h"
 #include "packaging/manifest/ExportYamlDialog.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
 
@@ -29,4 +30,5 @@ void ApplicationWindows::setOpeners() {
     windows.prepareProton = &prepareProton;
     windows.configuration = &LaunchedConfigWindow::open;
     windows.manifestExport = &ExportYamlDialog::openFor;
+    windows.packaging = &AppConfigDialog::openFor;
 }
