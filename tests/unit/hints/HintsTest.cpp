@@ -117,6 +117,15 @@ private Q_SLOTS:
         QTEST(described(HintRules::of(known)), "hints");
     }
 
+    void namesAreLimited() {
+        HintFacts known;
+        known.missingFonts = QStringList{QString(HintRules::LongestName + 1, 'x')};
+        QVERIFY(HintRules::of(known).isEmpty());
+        for (int i = 0; i < 100000; ++i)
+            known.missingFonts << QString("%1.ttf").arg(i);
+        QCOMPARE(HintRules::of(known).first().names.size(), HintRules::MostNames);
+    }
+
     void steamRuntime_data() {
         const Table<QString, int, bool> row("runner", "findings", "isBroken");
         row("proton", "lumora-ge-proton10", LogBrokenSteamRuntime, true);

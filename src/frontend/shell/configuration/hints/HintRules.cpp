@@ -7,6 +7,15 @@ namespace {
 
 const char VisualBasicRuntime[] = "vbrun";
 
+QStringList limited(const QStringList& names) {
+    QStringList kept;
+    for (const QString& name : names) {
+        if (kept.size() < HintRules::MostNames && name.size() <= HintRules::LongestName)
+            kept.append(name);
+    }
+    return kept;
+}
+
 /// What the log names, and a Visual Basic runtime, which no log names.
 QStringList missingComponents(const HintFacts& facts) {
     QStringList names = facts.missingComponents;
@@ -30,12 +39,13 @@ bool callsForOtherWine(const HintFacts& facts) {
 
 QVector<Hint> HintRules::of(const HintFacts& facts) {
     using Kind = Hint::Kind;
-    const QStringList components = missingComponents(facts);
+    const QStringList components = limited(missingComponents(facts));
+    const QStringList fonts = limited(facts.missingFonts);
     QVector<Hint> hints;
     if (facts.isMonoMissing)
         hints.append({Kind::DotNetRuntime, {"dotnet48", "mono9"}});
-    if (!facts.missingFonts.isEmpty())
-        hints.append({Kind::MissingFonts, facts.missingFonts});
+    if (!fonts.isEmpty())
+        hints.append({Kind::MissingFonts, fonts});
     if (!components.isEmpty())
         hints.append({Kind::MissingComponents, components});
     if (facts.isGame && !facts.hasDxvk)

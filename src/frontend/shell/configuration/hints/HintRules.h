@@ -43,7 +43,11 @@ struct Hint {
 
 namespace HintRules {
 
-/// In the order of display.
+constexpr int MostNames = 200;    ///< in one hint
+constexpr int LongestName = 255;  ///< characters; no file has a longer one
+
+/// In the order of display. A program can print any number of names, of any length: only those count that are
+/// within the limits above.
 QVector<Hint> of(const HintFacts& facts);
 
 /// Whether the runtime around a Proton runner is broken, so that it has to be ended before of() is asked.
