@@ -82,8 +82,12 @@ private Q_SLOTS:
         const QSet<QString> before = census(service);
         QStringList methods = service.introspect("com.lumora.Manager.Bottles").methods;
         QVERIFY(methods.size() > 40);
-        const QStringList own = service.introspect("com.lumora.Manager.InstallerManager").methods;
-        methods += own;
+        QMap<QString, QString> objects;  // of the methods that the bottles' object does not have
+        for (const char* object : {"InstallerManager", "Backup"}) {
+            for (const QString& method : service.introspect(QString("com.lumora.Manager.") + object).methods)
+                objects[method] = object;
+        }
+        methods += objects.keys();
         QRandomGenerator random(1);
         for (int round = 0; round < rounds(6); ++round) {
             for (const QString& method : methods) {
@@ -96,8 +100,7 @@ private Q_SLOTS:
                     arguments[0] = "another";
                 else if (round % 2 && !arguments.isEmpty())
                     arguments[0] = "real";
-                const QDBusMessage reply =
-                    service.call(name, arguments, own.contains(method) ? "InstallerManager" : "Bottles");
+                const QDBusMessage reply = service.call(name, arguments, objects.value(method, "Bottles"));
                 const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage ||
                                       reply.errorName().startsWith("com.lumora.Error.");
                 QVERIFY2(isAnswer, qPrintable(name + ": " + reply.errorMessage()));
