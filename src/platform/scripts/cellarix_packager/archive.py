@@ -20,7 +20,7 @@ MEMBER_LIMIT = 10**10 - 1  # of ar: ten decimal digits
 FILE_LIMIT = 8 << 30  # of tar: eleven octal digits
 CHUNK = 1 << 20
 EARLIEST = 315532800  # 1980: older times are mistakes
-MEMORY = 200 << 20  # for all threads of xz
+MEMORY = 200 << 20  # for all threads of xz; zstd takes 100 MiB for each of its own
 # A thread of xz needs 94 MiB for -6 and twice the block. Smaller windows let it use more processors in that memory.
 XZ_THREAD = 66 << 20
 XZ = ["xz", "-c", "--block-size=8MiB", "--lzma2=preset=6,dict=4MiB"]
@@ -47,7 +47,7 @@ def tar_size(entries):
 
 def _threads(compression):
     count = len(os.sched_getaffinity(0))
-    return max(1, min(count, MEMORY // XZ_THREAD)) if compression == "xz" else min(count, 4)
+    return max(1, min(count, MEMORY // XZ_THREAD)) if compression == "xz" else min(count, 2)
 
 
 def _compressor(compression):
