@@ -2,6 +2,129 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AppConfigDialog</name>
+    <message>
+        <source>WeChat is a chat tool</source>
+        <translation>微信是一款聊天工具</translation>
+    </message>
+    <message>
+        <source>x86</source>
+        <translation>x86</translation>
+    </message>
+    <message>
+        <source>arm</source>
+        <translation>arm</translation>
+    </message>
+    <message>
+        <source>Application Deb Package Information</source>
+        <translation>应用 Deb 包信息</translation>
+    </message>
+    <message>
+        <source>App Name:</source>
+        <translation>应用名称：</translation>
+    </message>
+    <message>
+        <source>Shortcuts:</source>
+        <translation>快捷方式：</translation>
+    </message>
+    <message>
+        <source>Lists the shortcuts contained in the current container and generates shortcuts on the desktop after installation.</source>
+        <translation>列出当前容器中包含的快捷方式，安装后会在桌面生成快捷方式。</translation>
+    </message>
+    <message>
+        <source>App package name:</source>
+        <translation>应用包名：</translation>
+    </message>
+    <message>
+        <source>Package name rule: official website domain name + author, e.g: com.qq.weixin.lumora</source>
+        <translation>包名规则：官网域名+作者，例如：com.qq.weixin.lumora</translation>
+    </message>
+    <message>
+        <source>Package version:</source>
+        <translation>包版本号：</translation>
+    </message>
+    <message>
+        <source>Version number rule: Application version number + author + number, e.g: 3.9.7lumora9</source>
+        <translation>版本号规则：应用版本号+作者+序号，例如：3.9.7lumora9</translation>
+    </message>
+    <message>
+        <source>App Type:</source>
+        <translation>应用分类：</translation>
+    </message>
+    <message>
+        <source>App Description:</source>
+        <translation>应用描述：</translation>
+    </message>
+    <message>
+        <source>Support Architecture:</source>
+        <translation>支持架构：</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Internet</source>
+        <translation>网络应用</translation>
+    </message>
+    <message>
+        <source>Chat</source>
+        <translation>社交沟通</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>音乐欣赏</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>视频播放</translation>
+    </message>
+    <message>
+        <source>Graphics</source>
+        <translation>图形图像</translation>
+    </message>
+    <message>
+        <source>Game</source>
+        <translation>游戏娱乐</translation>
+    </message>
+    <message>
+        <source>Office</source>
+        <translation>办公学习</translation>
+    </message>
+    <message>
+        <source>Reading</source>
+        <translation>阅读翻译</translation>
+    </message>
+    <message>
+        <source>Development</source>
+        <translation>编程开发</translation>
+    </message>
+    <message>
+        <source>System</source>
+        <translation>系统管理</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>At least 2 characters</source>
+        <translation>至少 2 个字符</translation>
+    </message>
+    <message>
+        <source>Your input is not a valid package name</source>
+        <translation>您输入的包名不合法</translation>
+    </message>
+    <message>
+        <source>Your input is not a valid package version</source>
+        <translation>您输入的版本号不合法</translation>
+    </message>
+</context>
+<context>
     <name>AppEntryButton</name>
     <message>
         <source>is running</source>
@@ -56,6 +179,10 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
         <source>Add Program…</source>
         <translation>添加应用…</translation>
     </message>
+    <message>
+        <source>Restore Backup…</source>
+        <translation>恢复备份…</translation>
+    </message>
 </context>
 <context>
     <name>AppLocalView</name>
@@ -94,6 +221,17 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
     <message>
         <source>Windows Application Programs (*.exe *.msi *.bat)</source>
         <translation>Windows 应用程序 (*.exe *.msi *.bat)</translation>
+    </message>
+    <message>
+        <source>Restore Backup…</source>
+        <translation>恢复备份…</translation>
+    </message>
+</context>
+<context>
+    <name>AppPkgInfoWidget</name>
+    <message>
+        <source>Saved path: </source>
+        <translation>保存路径：</translation>
     </message>
 </context>
 <context>
@@ -426,6 +564,10 @@ please wait for the component download to complete!</source>
         <source>The kernel itself does what programs wait for each other with.</source>
         <translation>由内核直接处理程序之间的等待与同步。</translation>
     </message>
+    <message>
+        <source>Install proton</source>
+        <translation>安装 Proton</translation>
+    </message>
 </context>
 <context>
     <name>BasicPageText</name>
@@ -452,6 +594,45 @@ please wait for the component download to complete!</source>
     <message>
         <source>The kernel of this computer does not have the module ntsync</source>
         <translation>此电脑的内核没有 ntsync 模块</translation>
+    </message>
+</context>
+<context>
+    <name>BottleBackupActions</name>
+    <message>
+        <source>Backups (*.%1)</source>
+        <translation>备份文件 (*.%1)</translation>
+    </message>
+    <message>
+        <source>This file cannot be restored.</source>
+        <translation>无法恢复此文件。</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Restore Backup</source>
+        <translation>恢复备份</translation>
+    </message>
+    <message>
+        <source>The programs come back in a container of their own. Nothing that is in the library is replaced.</source>
+        <translation>程序将恢复到独立的容器中，应用列表中已有的内容不会被替换。</translation>
+    </message>
+    <message>
+        <source>Backed up on %1. It takes %2 on the disk.</source>
+        <translation>备份于 %1，需占用 %2 磁盘空间。</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>恢复</translation>
+    </message>
+    <message>
+        <source>Back Up</source>
+        <translation>备份</translation>
     </message>
 </context>
 <context>
@@ -494,6 +675,88 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>BottleCopy</name>
+    <message>
+        <source>%1 cannot be backed up while programs run in its container.</source>
+        <translation>%1 的容器中有程序正在运行，暂时无法备份。</translation>
+    </message>
+    <message>
+        <source>Close them and try again: %1</source>
+        <translation>请先关闭以下程序再重试：%1</translation>
+    </message>
+    <message>
+        <source>%1 could not be backed up.</source>
+        <translation>未能备份 %1。</translation>
+    </message>
+    <message>
+        <source>The backup could not be restored.</source>
+        <translation>未能恢复备份。</translation>
+    </message>
+    <message>
+        <source>%1 is backed up (%2).</source>
+        <translation>%1 已备份（%2）。</translation>
+    </message>
+    <message>
+        <source>Links that lead out of the container are not in the file: %1</source>
+        <translation>指向容器之外的链接未包含在备份文件中：%1</translation>
+    </message>
+    <message>
+        <source>Back in the library: %1</source>
+        <translation>已恢复到应用列表：%1</translation>
+    </message>
+    <message>
+        <source>This machine has another Wine; the files of Windows were updated to it.</source>
+        <translation>本机的 Wine 版本不同，已相应更新 Windows 文件。</translation>
+    </message>
+</context>
+<context>
+    <name>BottleCopyDialog</name>
+    <message>
+        <source>Preparing</source>
+        <translation>正在准备</translation>
+    </message>
+    <message>
+        <source>Backing Up %1</source>
+        <translation>正在备份 %1</translation>
+    </message>
+    <message>
+        <source>Restoring %1</source>
+        <translation>正在恢复 %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Go On in Background</source>
+        <translation>在后台继续</translation>
+    </message>
+    <message>
+        <source>Finishing</source>
+        <translation>正在完成</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 / %2</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Show File</source>
+        <translation>显示文件</translation>
+    </message>
+    <message>
+        <source>Cancelling</source>
+        <translation>正在取消</translation>
+    </message>
+</context>
+<context>
     <name>BottlePrograms</name>
     <message>
         <source>%1 could not be added. Please try again later.</source>
@@ -502,6 +765,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 could not be deleted: %2</source>
         <translation>无法删除 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 could not be added: %2</source>
+        <translation>无法添加 %1：%2</translation>
     </message>
 </context>
 <context>
@@ -530,19 +797,19 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The settings of this container cannot be read at the moment.</source>
-        <translation>暂时无法读取此容器的设置。</translation>
+        <translation type="vanished">暂时无法读取此容器的设置。</translation>
     </message>
     <message>
         <source>Retry</source>
-        <translation>重试</translation>
+        <translation type="vanished">重试</translation>
     </message>
     <message>
         <source>Initializing the wine Container, please wait…</source>
-        <translation>正在初始化 Wine 容器，请稍候…</translation>
+        <translation type="vanished">正在初始化 Wine 容器，请稍候…</translation>
     </message>
     <message>
         <source>Loading Bottles</source>
-        <translation>正在加载容器</translation>
+        <translation type="vanished">正在加载容器</translation>
     </message>
     <message>
         <source>Basic Configuration</source>
@@ -575,6 +842,18 @@ please wait for the component download to complete!</source>
     <message>
         <source>Only Windows programs (exe, msi, bat) can be added.</source>
         <translation>只能添加 Windows 程序（exe、msi、bat）。</translation>
+    </message>
+    <message>
+        <source>DLL Override</source>
+        <translation>DLL 覆盖</translation>
+    </message>
+    <message>
+        <source>Font Replacement</source>
+        <translation>字体替换</translation>
+    </message>
+    <message>
+        <source>Component Installation</source>
+        <translation>组件安装</translation>
     </message>
 </context>
 <context>
@@ -620,6 +899,49 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ChooseExecutableDialog</name>
+    <message>
+        <source>Already in the list of applications</source>
+        <translation>已在应用列表中</translation>
+    </message>
+    <message>
+        <source>No other program has been found in this container.</source>
+        <translation>在此容器中未找到其他程序。</translation>
+    </message>
+    <message>
+        <source>The programs in this container cannot be read at the moment.</source>
+        <translation>暂时无法读取此容器中的程序。</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Programs in this container</source>
+        <translation>此容器中的程序</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Another file...</source>
+        <translation>其他文件...</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>位置</translation>
+    </message>
+</context>
+<context>
     <name>CommandLineHandler</name>
     <message>
         <source>Cellarix has upgrade</source>
@@ -639,6 +961,114 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ComponentDetails</name>
+    <message>
+        <source>Choose File</source>
+        <translation>选择文件</translation>
+    </message>
+    <message>
+        <source>Install from a file that you have downloaded yourself</source>
+        <translation>使用自行下载的文件安装</translation>
+    </message>
+    <message>
+        <source>Installed first: %1.</source>
+        <translation>先安装：%1。</translation>
+    </message>
+    <message>
+        <source>Of unknown origin: %1.</source>
+        <translation>来源未知：%1。</translation>
+    </message>
+    <message>
+        <source>From %1: %2.</source>
+        <translation>来自 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Fetched already: %1.</source>
+        <translation>已下载：%1。</translation>
+    </message>
+    <message>
+        <source>The tool winetricks installs it (as &quot;%1&quot;).</source>
+        <translation>由 winetricks 工具安装（名称为“%1”）。</translation>
+    </message>
+    <message>
+        <source>Choose %1</source>
+        <translation>选择 %1</translation>
+    </message>
+    <message>
+        <source>Installers</source>
+        <translation>安装文件</translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation>所有文件</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentsItemDelegate</name>
+    <message>
+        <source>Install</source>
+        <translation>安装</translation>
+    </message>
+    <message>
+        <source>Reinstall</source>
+        <translation>重新安装</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentsListView</name>
+    <message>
+        <source>Components</source>
+        <translation>组件</translation>
+    </message>
+    <message>
+        <source>Not available</source>
+        <translation>不可用</translation>
+    </message>
+</context>
+<context>
+    <name>ComponentsPage</name>
+    <message>
+        <source>No component has been found</source>
+        <translation>没有找到组件</translation>
+    </message>
+    <message>
+        <source>The list of components is missing. Please install Cellarix again.</source>
+        <translation>缺少组件列表。请重新安装 Cellarix。</translation>
+    </message>
+    <message>
+        <source>Install the recommended system components to improve the success rate of the application.</source>
+        <translation>安装推荐的系统组件，可提高应用运行的成功率。</translation>
+    </message>
+    <message>
+        <source>Search by name, description or DLL</source>
+        <translation>按名称、描述或 DLL 搜索</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Import the components that app needed</source>
+        <translation>导入应用所需的组件</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Export the components that installed</source>
+        <translation>导出已安装的组件</translation>
+    </message>
+    <message>
+        <source>Components can only be installed while nothing runs in the container. These programs have to be closed first: what has not been saved in them will be lost.</source>
+        <translation>只有容器中没有程序运行时才能安装组件。需要先关闭以下程序，其中未保存的内容将会丢失。</translation>
+    </message>
+</context>
+<context>
     <name>ComponentsSwitcherWidget</name>
     <message>
         <source>Cancel</source>
@@ -651,6 +1081,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1%</translation>
     </message>
 </context>
 <context>
@@ -688,6 +1122,32 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ConfigStates</name>
+    <message>
+        <source>The settings of this container cannot be read at the moment.</source>
+        <translation>暂时无法读取此容器的设置。</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Initializing the wine Container, please wait…</source>
+        <translation>正在初始化 Wine 容器，请稍候…</translation>
+    </message>
+    <message>
+        <source>Loading Bottles</source>
+        <translation>正在加载容器</translation>
+    </message>
+</context>
+<context>
+    <name>CustomSplitterHandle</name>
+    <message>
+        <source>Change the size of the parts</source>
+        <translation>调整各部分的大小</translation>
+    </message>
+</context>
+<context>
     <name>DebugRun</name>
     <message>
         <source>The launch script cannot be run. Please install Cellarix again.</source>
@@ -696,6 +1156,13 @@ please wait for the component download to complete!</source>
     <message>
         <source>The log could not be written to %1.</source>
         <translation>无法将日志写入 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>DebuggingLogsEdit</name>
+    <message>
+        <source>Debug Log</source>
+        <translation>调试日志</translation>
     </message>
 </context>
 <context>
@@ -715,6 +1182,85 @@ please wait for the component download to complete!</source>
     <message>
         <source>No debugging logs yet</source>
         <translation>暂无调试日志</translation>
+    </message>
+    <message>
+        <source>Looking for hints in the log</source>
+        <translation>正在日志中查找线索</translation>
+    </message>
+    <message>
+        <source>What you can try</source>
+        <translation>可以尝试的办法</translation>
+    </message>
+</context>
+<context>
+    <name>DebuggingLogsView</name>
+    <message>
+        <source>Hints</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The application need .NET runtime, you can try to install it by click follow link:</source>
+        <translation>该应用需要 .NET 运行环境，您可以点击以下链接尝试安装：</translation>
+    </message>
+    <message>
+        <source>Missing Components for app:</source>
+        <translation>应用缺少以下组件：</translation>
+    </message>
+    <message>
+        <source>You can try to %1 , and setup %2 for gamming.</source>
+        <translation>您可以尝试%1，并为游戏安装 %2。</translation>
+    </message>
+    <message>
+        <source>install graphics card driver</source>
+        <translation>安装显卡驱动</translation>
+    </message>
+    <message>
+        <source>dxvk, vkd3d or proton</source>
+        <translation>dxvk、vkd3d 或 proton</translation>
+    </message>
+    <message>
+        <source>For console applications, you can run it in terminal</source>
+        <translation>控制台应用可以在终端中运行</translation>
+    </message>
+    <message>
+        <source>Killed broken steam runtime, please restart the application</source>
+        <translation>已结束出错的 steam 运行环境，请重新启动应用</translation>
+    </message>
+    <message>
+        <source>or, you can try to change the translator in Wine Parameter page</source>
+        <translation>或者，您可以尝试在“Wine 参数”页面更换转译器</translation>
+    </message>
+    <message>
+        <source>Application use some windows runtime libs that not been implemented in wine,you can try to switch Windows version to Windows 7 and relaunch</source>
+        <translation>应用使用了 Wine 尚未实现的 Windows 运行库，您可以尝试将 Windows 版本切换为 Windows 7 后重新运行</translation>
+    </message>
+    <message>
+        <source>Missing fonts has been fixed</source>
+        <translation>缺少的字体已修复</translation>
+    </message>
+    <message>
+        <source>Application is not running as expected, you can try switch wine version and relaunch in Basic Configuration page</source>
+        <translation>应用未按预期运行，您可以尝试在“基本配置”页面切换 Wine 版本后重新运行</translation>
+    </message>
+    <message>
+        <source>Missing Fonts for app: %1</source>
+        <translation>应用缺少字体：%1</translation>
+    </message>
+    <message>
+        <source>Try to fix the missing fonts</source>
+        <translation>尝试修复缺少的字体</translation>
+    </message>
+    <message>
+        <source>or, </source>
+        <translation>或者，</translation>
+    </message>
+    <message>
+        <source>open the C:\\\\Windows\\Fonts directory</source>
+        <translation>打开 C:\Windows\Fonts 目录</translation>
+    </message>
+    <message>
+        <source>, download and copy missing fonts to the font directory by yourself.</source>
+        <translation>，自行下载缺少的字体并复制到字体目录。</translation>
     </message>
 </context>
 <context>
@@ -746,6 +1292,25 @@ please wait for the component download to complete!</source>
     <message>
         <source>Setup %1, please waiting...</source>
         <translation>正在安装 %1，请稍候…</translation>
+    </message>
+</context>
+<context>
+    <name>DependencyState</name>
+    <message>
+        <source>Installation Failed</source>
+        <translation>安装失败</translation>
+    </message>
+    <message>
+        <source>Waiting for Download</source>
+        <translation>等待下载</translation>
+    </message>
+    <message>
+        <source>Installing</source>
+        <translation>安装中</translation>
+    </message>
+    <message>
+        <source>Installed</source>
+        <translation>已安装</translation>
     </message>
 </context>
 <context>
@@ -1391,6 +1956,139 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>DllOverrideListView</name>
+    <message>
+        <source>dll name</source>
+        <translation>DLL 名称</translation>
+    </message>
+    <message>
+        <source>Load method</source>
+        <translation>加载方式</translation>
+    </message>
+    <message>
+        <source>DLL Override</source>
+        <translation>DLL 覆盖</translation>
+    </message>
+    <message>
+        <source>There is an override of %1 already.</source>
+        <translation>已有 %1 的覆盖。</translation>
+    </message>
+    <message>
+        <source>Set to ...</source>
+        <translation>设置为……</translation>
+    </message>
+    <message>
+        <source>Delete selected</source>
+        <translation>删除所选</translation>
+    </message>
+</context>
+<context>
+    <name>DllOverridePage</name>
+    <message>
+        <source>Set the way to load the dll, double click the option to edit</source>
+        <translation>设置 DLL 的加载方式，双击选项可编辑</translation>
+    </message>
+    <message>
+        <source>Add an override</source>
+        <translation>添加 DLL 覆盖</translation>
+    </message>
+    <message>
+        <source>There are no DLLs overridden</source>
+        <translation>没有被覆盖的 DLL</translation>
+    </message>
+    <message>
+        <source>Scan</source>
+        <translation>扫描</translation>
+    </message>
+    <message>
+        <source>Scan app dlls from bottles</source>
+        <translation>扫描容器中应用的 DLL</translation>
+    </message>
+    <message>
+        <source>Disable app updater</source>
+        <translation>禁用应用的更新程序</translation>
+    </message>
+    <message>
+        <source>The programs of this container cannot be scanned: %1</source>
+        <translation>无法扫描此容器中的程序：%1</translation>
+    </message>
+    <message>
+        <source>The scan has found nothing to change.</source>
+        <translation>扫描未发现需要更改的内容。</translation>
+    </message>
+</context>
+<context>
+    <name>DoPackageDialog</name>
+    <message>
+        <source>Packaging application in progress ...</source>
+        <translation>正在打包应用...</translation>
+    </message>
+    <message>
+        <source>The application is not yet packed, are you sure you want to close?</source>
+        <translation>应用尚未打包完成，确定要关闭吗？</translation>
+    </message>
+    <message>
+        <source>The current file will not be saved and will need to be repacked after closing</source>
+        <translation>关闭后当前文件不会保存，需要重新打包</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Something is being installed into the bottle. Try again when that is done.</source>
+        <translation>正在向此容器安装组件，请在安装完成后重试。</translation>
+    </message>
+    <message>
+        <source>Programs run in the bottle. Close them and try again.</source>
+        <translation>容器中有程序正在运行，请关闭后重试。</translation>
+    </message>
+    <message>
+        <source>There is not enough room where packages are saved: up to %1 MiB are needed.</source>
+        <translation>软件包保存位置的空间不足：最多需要 %1 MiB。</translation>
+    </message>
+    <message>
+        <source>Nothing can be saved in %1.</source>
+        <translation>无法在 %1 中保存文件。</translation>
+    </message>
+    <message>
+        <source>Two files of the package have the same place: %1</source>
+        <translation>软件包中有两个文件位置相同：%1</translation>
+    </message>
+    <message>
+        <source>The folder %1 has the bottle itself in it. Choose a smaller one.</source>
+        <translation>文件夹 %1 包含容器本身，请选择更小的范围。</translation>
+    </message>
+    <message>
+        <source>A file has a line break in its name: %1. Rename it and try again.</source>
+        <translation>有文件的名称中含有换行符：%1。请重命名后重试。</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be read.</source>
+        <translation>无法读取文件夹 %1。</translation>
+    </message>
+    <message>
+        <source>The file %1 is larger than 8 GiB, which a package cannot hold.</source>
+        <translation>文件 %1 大于 8 GiB，软件包无法容纳。</translation>
+    </message>
+    <message>
+        <source>The program takes %1 GB. A package can hold at most 10 GB.</source>
+        <translation>程序占用 %1 GB，软件包最多容纳 10 GB。</translation>
+    </message>
+    <message>
+        <source>The package could not be written. The disk may be full.</source>
+        <translation>无法写入软件包，磁盘可能已满。</translation>
+    </message>
+    <message>
+        <source>The file %1 has changed meanwhile. Close the programs of the bottle and try again.</source>
+        <translation>文件 %1 在打包期间发生了变化，请关闭容器中的程序后重试。</translation>
+    </message>
+</context>
+<context>
     <name>DriverWarning</name>
     <message>
         <source>Currently you are running a program that requires a 32-bit graphics card driver, please confirm the model and type of your current device&apos;s graphics cardand install the corresponding driver.</source>
@@ -1706,6 +2404,132 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ExportYamlDialog</name>
+    <message>
+        <source>Export Configuration</source>
+        <translation>导出配置</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Failed to fetch categories, please check your network connection</source>
+        <translation>获取分类失败，请检查网络连接</translation>
+    </message>
+    <message>
+        <source>The input contains sensitive information, please check it</source>
+        <translation>输入内容含有敏感信息，请检查</translation>
+    </message>
+    <message>
+        <source>Failed to dump manifest</source>
+        <translation>导出清单失败</translation>
+    </message>
+    <message>
+        <source>The manifest is in %1</source>
+        <translation>清单位于 %1</translation>
+    </message>
+    <message>
+        <source>Checking the texts…</source>
+        <translation>正在检查文字内容…</translation>
+    </message>
+    <message>
+        <source>Writing the manifest…</source>
+        <translation>正在写入清单…</translation>
+    </message>
+    <message>
+        <source>Please fill in all fields</source>
+        <translation>请填写所有项目</translation>
+    </message>
+    <message>
+        <source>The download URL must begin with http:// or https://</source>
+        <translation>下载地址必须以 http:// 或 https:// 开头</translation>
+    </message>
+    <message>
+        <source>The package size must be a number</source>
+        <translation>安装包大小必须是数字</translation>
+    </message>
+    <message>
+        <source>The email address is not complete</source>
+        <translation>邮箱地址不完整</translation>
+    </message>
+    <message>
+        <source>App name:</source>
+        <translation>应用名称：</translation>
+    </message>
+    <message>
+        <source>Please enter the name of the app</source>
+        <translation>请输入应用名称</translation>
+    </message>
+    <message>
+        <source>App logo:</source>
+        <translation>应用图标：</translation>
+    </message>
+    <message>
+        <source>App introduction:</source>
+        <translation>应用简介：</translation>
+    </message>
+    <message>
+        <source>The introduction of the app, limited to 100 characters</source>
+        <translation>应用的简介，不超过 100 个字符</translation>
+    </message>
+    <message>
+        <source>App category:</source>
+        <translation>应用分类：</translation>
+    </message>
+    <message>
+        <source>Select category</source>
+        <translation>请选择分类</translation>
+    </message>
+    <message>
+        <source>Download URL:</source>
+        <translation>下载地址：</translation>
+    </message>
+    <message>
+        <source>Download url of the app, for review your app</source>
+        <translation>应用的下载地址，用于审核您的应用</translation>
+    </message>
+    <message>
+        <source>Package size:</source>
+        <translation>安装包大小：</translation>
+    </message>
+    <message>
+        <source>The size of the app package, units: MB</source>
+        <translation>应用安装包的大小，单位：MB</translation>
+    </message>
+    <message>
+        <source>Contributor name:</source>
+        <translation>贡献者名称：</translation>
+    </message>
+    <message>
+        <source>Please enter your nickname</source>
+        <translation>请输入您的昵称</translation>
+    </message>
+    <message>
+        <source>Contributor email:</source>
+        <translation>贡献者邮箱：</translation>
+    </message>
+    <message>
+        <source>Please enter your email</source>
+        <translation>请输入您的邮箱</translation>
+    </message>
+    <message>
+        <source>This appears to be a temporary URL that may expire</source>
+        <translation>这似乎是一个可能会失效的临时地址</translation>
+    </message>
+</context>
+<context>
+    <name>FeedBackApi</name>
+    <message>
+        <source>This version cannot send reports.</source>
+        <translation>此版本无法发送报告。</translation>
+    </message>
+</context>
+<context>
     <name>Fenk::AboutDialog</name>
     <message>
         <source>About %1</source>
@@ -1822,10 +2646,171 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>FontReplaceDialog</name>
+    <message>
+        <source>Windows font</source>
+        <translation>Windows 字体</translation>
+    </message>
+    <message>
+        <source>Font of this machine</source>
+        <translation>本机字体</translation>
+    </message>
+    <message>
+        <source>Replace a font</source>
+        <translation>替换字体</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>将</translation>
+    </message>
+    <message>
+        <source>to</source>
+        <translation>替换为</translation>
+    </message>
+</context>
+<context>
+    <name>FontReplacementListView</name>
+    <message>
+        <source>%1 is not among the fonts of this machine.</source>
+        <translation>本机没有字体 %1。</translation>
+    </message>
+    <message>
+        <source>Windows font</source>
+        <translation>Windows 字体</translation>
+    </message>
+    <message>
+        <source>Replacement</source>
+        <translation>替换字体</translation>
+    </message>
+    <message>
+        <source>Font Replacement</source>
+        <translation>字体替换</translation>
+    </message>
+    <message>
+        <source>To...</source>
+        <translation>替换为……</translation>
+    </message>
+    <message>
+        <source>Add default replacements</source>
+        <translation>添加默认替换</translation>
+    </message>
+    <message>
+        <source>Delete selected</source>
+        <translation>删除所选</translation>
+    </message>
+    <message>
+        <source>Choose the replacement</source>
+        <translation>选择替换字体</translation>
+    </message>
+</context>
+<context>
+    <name>FontReplacementPage</name>
+    <message>
+        <source>If windows fonts don&apos;t exist, use system fonts instead.</source>
+        <translation>如果 Windows 字体不存在，则使用系统字体代替。</translation>
+    </message>
+    <message>
+        <source>Replace a font</source>
+        <translation>替换字体</translation>
+    </message>
+    <message>
+        <source>There are no fonts replaced</source>
+        <translation>没有被替换的字体</translation>
+    </message>
+</context>
+<context>
     <name>HotLabel</name>
     <message>
         <source>Recommended</source>
         <translation>推荐</translation>
+    </message>
+</context>
+<context>
+    <name>InstallProtonDialog</name>
+    <message>
+        <source>Install proton</source>
+        <translation>安装 Proton</translation>
+    </message>
+    <message>
+        <source>Application Status</source>
+        <translation>应用状态</translation>
+    </message>
+    <message>
+        <source>Proton Version</source>
+        <translation>Proton 版本</translation>
+    </message>
+    <message>
+        <source>The app store cannot be opened. Choose %1 as Wine version instead: it is downloaded then.</source>
+        <translation>无法打开应用商店。可以改为在“Wine 版本”中选择 %1，届时会自动下载。</translation>
+    </message>
+    <message>
+        <source>The app store cannot be opened.</source>
+        <translation>无法打开应用商店。</translation>
+    </message>
+</context>
+<context>
+    <name>InstallingTips</name>
+    <message>
+        <source>Downloading %1</source>
+        <translation>正在下载 %1</translation>
+    </message>
+    <message>
+        <source>Unpacking %1</source>
+        <translation>正在解压 %1</translation>
+    </message>
+    <message>
+        <source>Installing %1 with winetricks</source>
+        <translation>正在用 winetricks 安装 %1</translation>
+    </message>
+    <message>
+        <source>Installing %1</source>
+        <translation>正在安装 %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Installing %1...</source>
+        <translation>正在安装 %1……</translation>
+    </message>
+    <message>
+        <source>%1 more waiting</source>
+        <translation>另有 %1 个等待中</translation>
+    </message>
+</context>
+<context>
+    <name>IntroductionEdit</name>
+    <message>
+        <source>(0/%1)</source>
+        <translation>(0/%1)</translation>
+    </message>
+    <message>
+        <source>(%1/%2)</source>
+        <translation>(%1/%2)</translation>
+    </message>
+</context>
+<context>
+    <name>LoadMethods</name>
+    <message>
+        <source>Native (Windows)</source>
+        <translation>原装（Windows）</translation>
+    </message>
+    <message>
+        <source>Builtin (Wine)</source>
+        <translation>内建（Wine）</translation>
+    </message>
+    <message>
+        <source>Native then Builtin</source>
+        <translation>原装先于内建</translation>
+    </message>
+    <message>
+        <source>Builtin then Native</source>
+        <translation>内建先于原装</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>已禁用</translation>
     </message>
 </context>
 <context>
@@ -1920,6 +2905,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Uninstall</source>
         <translation>卸载</translation>
+    </message>
+    <message>
+        <source>Back Up…</source>
+        <translation>备份…</translation>
     </message>
 </context>
 <context>
@@ -2069,6 +3058,29 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>MissingComponentsDialog</name>
+    <message>
+        <source>Components may can&apos;t be installed in offline</source>
+        <translation>部分组件可能无法离线安装</translation>
+    </message>
+    <message>
+        <source>One or more components are missing dependencies and cannot be installed in offline mode: %1</source>
+        <translation>以下组件缺少依赖，无法在离线模式下安装：%1</translation>
+    </message>
+    <message>
+        <source>Show Logs</source>
+        <translation>查看日志</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>The log could not be written to %1.</source>
+        <translation>无法将日志写入 %1。</translation>
+    </message>
+</context>
+<context>
     <name>NameEditor</name>
     <message>
         <source>Edit application name</source>
@@ -2077,6 +3089,167 @@ please wait for the component download to complete!</source>
     <message>
         <source>App Name</source>
         <translation>应用名称</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineComponentState</name>
+    <message>
+        <source>Downloading %1</source>
+        <translation>正在下载 %1</translation>
+    </message>
+    <message>
+        <source>Exported</source>
+        <translation>已导出</translation>
+    </message>
+    <message>
+        <source>Imported</source>
+        <translation>已导入</translation>
+    </message>
+    <message>
+        <source>Exporting</source>
+        <translation>正在导出</translation>
+    </message>
+    <message>
+        <source>Importing</source>
+        <translation>正在导入</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>失败</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineComponentsDialog</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Offline Components</source>
+        <translation>离线组件</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineComponentsExportDialog</name>
+    <message>
+        <source>Export Components</source>
+        <translation>导出组件</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>No installed components to export</source>
+        <translation>没有可导出的已安装组件</translation>
+    </message>
+    <message>
+        <source>Select Save Directory</source>
+        <translation>选择保存目录</translation>
+    </message>
+    <message>
+        <source>The components are in %1.</source>
+        <translation>组件已保存到 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineComponentsHeaderView</name>
+    <message>
+        <source>Select all</source>
+        <translation>全选</translation>
+    </message>
+    <message>
+        <source>All components are selected</source>
+        <translation>已选择全部组件</translation>
+    </message>
+    <message>
+        <source>Some components are selected</source>
+        <translation>已选择部分组件</translation>
+    </message>
+    <message>
+        <source>No component is selected</source>
+        <translation>未选择任何组件</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineComponentsImportDialog</name>
+    <message>
+        <source>Import Components</source>
+        <translation>导入组件</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Select Manually</source>
+        <translation>手动选择</translation>
+    </message>
+    <message>
+        <source>Please select components to import manually</source>
+        <translation>请手动选择要导入的组件</translation>
+    </message>
+    <message>
+        <source>Select Components exported</source>
+        <translation>选择已导出的组件</translation>
+    </message>
+    <message>
+        <source>Exported Components (*.tar)</source>
+        <translation>已导出的组件 (*.tar)</translation>
+    </message>
+    <message>
+        <source>Components can only be installed while nothing runs in the container. These programs have to be closed first: what has not been saved in them will be lost.</source>
+        <translation>只有容器中没有程序运行时才能安装组件。必须先关闭以下程序，其中未保存的内容将会丢失。</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineComponentsListView</name>
+    <message>
+        <source>Offline Components</source>
+        <translation>离线组件</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineComponentsModel</name>
+    <message>
+        <source>Select %1</source>
+        <translation>选择 %1</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>选择</translation>
+    </message>
+    <message>
+        <source>Components Name</source>
+        <translation>组件名称</translation>
+    </message>
+    <message>
+        <source>Component is needed by %1</source>
+        <translation>%1 需要此组件</translation>
     </message>
 </context>
 <context>
@@ -2275,6 +3448,37 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>PackageEntryWidget</name>
+    <message>
+        <source>Only the program file</source>
+        <translation>仅打包程序文件</translation>
+    </message>
+    <message>
+        <source>Choose a folder that goes along</source>
+        <translation>选择一起打包的文件夹</translation>
+    </message>
+    <message>
+        <source>Add to the package</source>
+        <translation>添加到软件包</translation>
+    </message>
+    <message>
+        <source>Leave out of the package</source>
+        <translation>不放入软件包</translation>
+    </message>
+    <message>
+        <source>It is in the bottle</source>
+        <translation>已在容器中</translation>
+    </message>
+    <message>
+        <source>Only the program</source>
+        <translation>仅打包程序</translation>
+    </message>
+    <message>
+        <source>With the folder %1</source>
+        <translation>包含文件夹 %1</translation>
+    </message>
+</context>
+<context>
     <name>PathLink</name>
     <message>
         <source>Opens the folder of the application</source>
@@ -2390,6 +3594,25 @@ please wait for the component download to complete!</source>
     <message>
         <source>The parameters could not be saved: %1</source>
         <translation>无法保存参数：%1</translation>
+    </message>
+</context>
+<context>
+    <name>ProtonItemRow</name>
+    <message>
+        <source>installed</source>
+        <translation>已安装</translation>
+    </message>
+    <message>
+        <source>not installed</source>
+        <translation>未安装</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>查看</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>安装</translation>
     </message>
 </context>
 <context>
@@ -2685,6 +3908,37 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ScanDialog</name>
+    <message>
+        <source>These overrides would be changed:</source>
+        <translation>将更改以下 DLL 覆盖：</translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation>全部</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Load method</source>
+        <translation>加载方式</translation>
+    </message>
+    <message>
+        <source>%1 → %2</source>
+        <translation>%1 → %2</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>应用</translation>
+    </message>
+</context>
+<context>
     <name>ServiceErrorText</name>
     <message>
         <source>The bottle service has ended unexpectedly.</source>
@@ -2833,6 +4087,46 @@ please wait for the component download to complete!</source>
     <message>
         <source>Wine could not prepare an environment: %1.</source>
         <translation>Wine 未能完成环境准备：%1。</translation>
+    </message>
+    <message>
+        <source>%1 is no file of exported components, or it is damaged: %2.</source>
+        <translation>%1 不是导出的组件文件，或已损坏：%2。</translation>
+    </message>
+    <message>
+        <source>The installation needs %1, which is not on this machine.</source>
+        <translation>安装需要 %1，但本机没有该文件。</translation>
+    </message>
+    <message>
+        <source>Components are being exported already. Wait until that is done.</source>
+        <translation>正在导出组件，请等待完成。</translation>
+    </message>
+    <message>
+        <source>The export was cancelled.</source>
+        <translation>导出已取消。</translation>
+    </message>
+    <message>
+        <source>Components are being imported already. Wait until that is done.</source>
+        <translation>正在导入组件，请等待完成。</translation>
+    </message>
+    <message>
+        <source>%1 is no backup, or it is damaged.</source>
+        <translation>%1 不是备份文件，或已损坏。</translation>
+    </message>
+    <message>
+        <source>%1 was made by a newer version of Cellarix.</source>
+        <translation>%1 由更新版本的 Cellarix 创建。</translation>
+    </message>
+    <message>
+        <source>Files of the bottle were changed while it was being backed up.</source>
+        <translation>备份期间容器中的文件发生了变化。</translation>
+    </message>
+    <message>
+        <source>There is not enough room: %1 are needed and %2 are free.</source>
+        <translation>磁盘空间不足：需要 %1，可用 %2。</translation>
+    </message>
+    <message>
+        <source>The file %1 is being written or read already.</source>
+        <translation>文件 %1 正在写入或读取中。</translation>
     </message>
 </context>
 <context>
@@ -3055,6 +4349,70 @@ please wait for the component download to complete!</source>
     <message>
         <source>Installing %1</source>
         <translation>正在安装 %1</translation>
+    </message>
+</context>
+<context>
+    <name>ShowPackageCheckerWidget</name>
+    <message>
+        <source>The bottle has no programs yet</source>
+        <translation>容器中还没有程序</translation>
+    </message>
+    <message>
+        <source>Choose a Folder</source>
+        <translation>选择文件夹</translation>
+    </message>
+</context>
+<context>
+    <name>ShowPackageDoneWidget</name>
+    <message>
+        <source>Change saved path</source>
+        <translation>更改保存路径</translation>
+    </message>
+    <message>
+        <source>View App</source>
+        <translation>查看应用</translation>
+    </message>
+    <message>
+        <source>Packaging is complete</source>
+        <translation>打包完成</translation>
+    </message>
+    <message>
+        <source>Next will be saved to: </source>
+        <translation>下次将保存到：</translation>
+    </message>
+</context>
+<context>
+    <name>ShowPackageFailedWidget</name>
+    <message>
+        <source>View Logs</source>
+        <translation>查看日志</translation>
+    </message>
+    <message>
+        <source>Application Packaging Failed</source>
+        <translation>应用打包失败</translation>
+    </message>
+    <message>
+        <source>You can try using the advanced debugging tools to improve the success rate of the run</source>
+        <translation>您可以尝试使用高级调试工具提高运行成功率</translation>
+    </message>
+</context>
+<context>
+    <name>ShowPackagingProgressWidget</name>
+    <message>
+        <source>Packaging, please wait...</source>
+        <translation>正在打包，请稍候...</translation>
+    </message>
+    <message>
+        <source>Packaging app in progress ...%1%</source>
+        <translation>正在打包应用 ...%1%</translation>
+    </message>
+    <message>
+        <source>Put away details</source>
+        <translation>收起详情</translation>
+    </message>
+    <message>
+        <source>Show details</source>
+        <translation>显示详情</translation>
     </message>
 </context>
 <context>
