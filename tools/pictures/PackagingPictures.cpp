@@ -72,7 +72,6 @@ QImage ended(Fill fill) {
 QImage done() {
     return ended<ShowPackageDoneWidget>([](ShowPackageDoneWidget* page) {
         page->info()->setPackage("com.example.harbour", "7.2lumora1", "/home/user/Desktop");
-        page->showNextDirectory("/srv/packages");
     });
 }
 

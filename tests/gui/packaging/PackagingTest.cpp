@@ -1,6 +1,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QJsonObject>
 #include <QLabel>
 #include <QPointer>
@@ -133,6 +134,14 @@ void PackagingTest::aBottleBecomesAPackage() {
     const QString package = m_home.desktop() + "/com.example.sample_1.0_amd64.deb";
     QCOMPARE(SaveDirectory::newestPackage(m_home.desktop(), "com.example.sample"), package);
     QVERIFY(readFile(logs() + "package.log").contains("packed: " + package.toUtf8()));
+
+    const QString next = m_home.path() + "/next";
+    QVERIFY(QDir().mkpath(next));
+    dialog.findChild<QAbstractButton*>("package_change_path_btn")->click();
+    Q_EMIT dialog.findChild<QFileDialog*>()->fileSelected(next);
+    QCOMPARE(settingsStore()->getOption("basic.deb_save_path.").toString(), next);
+    QVERIFY(dialog.findChild<Fenk::Dialog*>()->message().endsWith(next));
+    settingsStore()->setOption("basic.deb_save_path.", m_home.desktop());
     QVERIFY(dialog.close());
 }
 

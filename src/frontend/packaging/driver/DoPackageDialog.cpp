@@ -9,6 +9,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/window/Dialog.h"
 #include "packaging/driver/PackagePages.h"
@@ -97,13 +99,26 @@ void DoPackageDialog::onFinished(PackagingRun::End end) {
 }
 
 void DoPackageDialog::changeSavedPath() {
-    // The text is the product's in every language.
-    const QString chosen = QFileDialog::getExistingDirectory(this, "选择保存位置", m_saveDirectory);
-    if (chosen.isEmpty() || SaveDirectory::usable(chosen, {}) != chosen)
+    // The title is the product's in every language.
+    auto* chooser = new QFileDialog(this, "选择保存位置", m_saveDirectory);
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setFileMode(QFileDialog::Directory);
+    chooser->setOption(QFileDialog::ShowDirsOnly);
+    connect(chooser, &QFileDialog::fileSelected, this, &DoPackageDialog::setSavedPath);
+    chooser->open();
+}
+
+void DoPackageDialog::setSavedPath(const QString& directory) {
+    if (SaveDirectory::usable(directory, {}) != directory) {
+        Fenk::FloatingMessage::show(this, Fenk::Theme::icon("dialog-warning"),
+                                    tr("Nothing can be saved in %1.").arg(directory));
         return;
-    SaveDirectory::set(chosen);
-    m_done->showNextDirectory(chosen);
-    adjustHeight();
+    }
+    SaveDirectory::set(directory);
+    auto* note = new Fenk::Dialog({}, tr("Next will be saved to: ") + directory, this);
+    note->setAttribute(Qt::WA_DeleteOnClose);
+    note->addButton(tr("OK"), true, Fenk::Dialog::ButtonRecommend);
+    note->open();
 }
 
 void DoPackageDialog::openPackage() {

@@ -34,6 +34,7 @@ public Q_SLOTS:
 private:
     void onFinished(PackagingRun::End end);
     void changeSavedPath();
+    void setSavedPath(const QString& directory);
     void openPackage();
     void adjustHeight();
 

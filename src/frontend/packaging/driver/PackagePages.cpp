@@ -109,14 +109,12 @@ void AppPkgInfoWidget::setPackage(const QString& name, const QString& version, c
 }
 
 ShowPackageDoneWidget::ShowPackageDoneWidget(QWidget* parent)
-    : QWidget(parent), m_info(new AppPkgInfoWidget), m_next(centred({}, Label::Small)) {
+    : QWidget(parent), m_info(new AppPkgInfoWidget) {
     auto* change = button(new QPushButton(tr("Change saved path")), "package_change_path_btn");
     auto* view = button(new SuggestButton(tr("View App")), "package_view_btn");
     auto* layout = column(this);
     layout->addWidget(centred(tr("Packaging is complete"), Label::Heading));
     layout->addWidget(m_info);
-    layout->addWidget(m_next);
-    m_next->hide();
     auto* row = new QHBoxLayout;
     row->setSpacing(Tokens::Space12);
     row->addWidget(change, 1);
@@ -124,11 +122,6 @@ ShowPackageDoneWidget::ShowPackageDoneWidget(QWidget* parent)
     layout->addLayout(row);
     connect(change, &QPushButton::clicked, this, &ShowPackageDoneWidget::changePathClicked);
     connect(view, &QPushButton::clicked, this, &ShowPackageDoneWidget::viewClicked);
-}
-
-void ShowPackageDoneWidget::showNextDirectory(const QString& directory) {
-    m_next->setText(tr("Next will be saved to: ") + directory);
-    m_next->show();
 }
 
 ShowPackageFailedWidget::ShowPackageFailedWidget(QWidget* parent)

@@ -64,7 +64,6 @@ class ShowPackageDoneWidget : public QWidget {
 public:
     explicit ShowPackageDoneWidget(QWidget* parent = nullptr);
     AppPkgInfoWidget* info() const { return m_info; }
-    void showNextDirectory(const QString& directory);
 
 Q_SIGNALS:
     void changePathClicked();
@@ -72,7 +71,6 @@ Q_SIGNALS:
 
 private:
     AppPkgInfoWidget* m_info;
-    Fenk::Label* m_next;
 };
 
 /// There is no package, and why: the script's last line.
