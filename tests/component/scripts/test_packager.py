@@ -13,7 +13,7 @@ from pathlib import Path
 
 from packages import ID, PACKER, REGISTRY, BottleCase
 
-from cellarix_packager import archive, contents, debian, links, place, private, registry, request, userbottle
+from cellarix_packager import archive, contents, debian, links, place, private, registry, request, settings, userbottle
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 
@@ -76,6 +76,7 @@ class Packer(BottleCase):
     def test_programs_from_outside_move_into_the_drive(self):
         game = self.write("games/Game/bin/game.exe", "MZ game")
         self.write("games/Game/data/level.dat", "level")
+        os.symlink("data", self.path("games/Game/link"))
         alone = self.write("games/alone.exe", "MZ alone")
         other = ID[:-1] + "7"
         self.choose({ID: "x", other: "y"}, {
@@ -87,6 +88,7 @@ class Packer(BottleCase):
         found = {name.partition("drive_c/")[2]: data for name, (_, data) in members.items() if data}
         self.assertEqual((found["Game/bin/game.exe"], found["Game/data/level.dat"], found["alone/alone.exe"]),
                          (b"MZ game", b"level", b"MZ alone"))
+        self.assertEqual(members[ROOT + "bottle/drive_c/Game/link"][0].linkname, "data")
         settings = members[ROOT + "bottle/bottle.yml"][1].decode()
         for text in (r"path: C:\Game\bin\game.exe", r"folder: C:\Game\bin", r"path: C:\alone\alone.exe"):
             self.assertIn(text, settings)
@@ -201,6 +203,12 @@ class UsersBottle(BottleCase):
 
 
 class Rules(unittest.TestCase):
+    def test_paths_in_records_become_portable(self):
+        for path, wanted in (("/b/t/drive_c/A/a.exe", r"C:\A\a.exe"), ("/b/t/dosdevices/c:/a.exe", r"C:\a.exe"),
+                             (r"D:\a.exe", r"D:\a.exe"), ("/b/t2/drive_c/a.exe", "/b/t2/drive_c/a.exe"), (7, 7)):
+            with self.subTest(path):
+                self.assertEqual(settings.portable_path(path, "/b/t"), wanted)
+
     def test_private_places(self):
         for path, wanted in (
             ("users/a/Temp/x", True), ("users/a/Temp", False), ("windows/temp/x/y", True), ("windows/system32/temp.dll", False),

@@ -63,6 +63,7 @@ class BottleWalk:
         self.bottle_dir = os.path.realpath(bottle_dir)
         self.data_dir = os.path.realpath(data_dir)
         self.user = user
+        self.moved = [(self.bottle_dir, "")]  # directories, and where their contents lie in the bottle of the package
 
     def add_drive(self, prefix):
         """The drive C of the bottle below `prefix`."""
@@ -74,6 +75,7 @@ class BottleWalk:
         if self.bottle_dir.startswith(source.rstrip("/") + "/"):
             raise PackageError(f"{source} contains the bottle itself and cannot go into the package.",
                                "contains-bottle", source)
+        self.moved.append((source, target))
         self._walk(source, target, prefix, lambda _: False)
 
     def add_file(self, source, target, prefix):
@@ -111,9 +113,6 @@ class BottleWalk:
             relative = layout.PROFILE + relative[len(profile):]
         return f"{prefix}/{relative}"
 
-    def _kind(self, path, relative):
-        return links.kind(self.bottle_dir, self.data_dir, relative, os.path.realpath(path))
-
     def _add(self, path, relative, prefix):
         if any(sign in relative for sign in "\n\r"):
             raise PackageError(f"A file name with a line break cannot go into a package: {relative!r}",
@@ -130,19 +129,27 @@ class BottleWalk:
     def _add_link(self, path, relative, prefix):
         target = os.path.realpath(path)
         place = self._place(relative, prefix)
-        kind = self._kind(path, relative)
+        kind = links.kind(self.bottle_dir, self.data_dir, relative, target)
         in_bottle = place[len(prefix) + 1:]
-        if kind == links.SYSTEM_FILE:
+        if there := self._moved_place(target):
+            there = self._place(there, prefix)
+            self.contents.add(Entry(place, LINK, target=os.path.relpath(there, os.path.dirname(place))))
+        elif kind == links.SYSTEM_FILE:
             self.contents.system_links[in_bottle] = target
         elif kind == links.FOLDER:
             self.contents.folders[in_bottle] = links.FOLDERS[os.path.basename(relative).lower()]
         elif kind == links.FULL:
             self.contents.add(Entry(place, FILE, os.stat(target).st_size, source=target))
-        elif kind == links.INSIDE and not self._is_left_out(os.path.relpath(target, self.bottle_dir)):
-            there = self._place(os.path.relpath(target, self.bottle_dir), prefix)
-            self.contents.add(Entry(place, LINK, target=os.path.relpath(there, os.path.dirname(place))))
         else:
             self.contents.left_out.append((relative, "a link that leads out of the bottle"))
+
+    def _moved_place(self, target):
+        """Where the target of a link lies in the bottle of the package; empty if it does not go along."""
+        for source, moved in reversed(self.moved):
+            if target.startswith(source + "/"):
+                relative = os.path.join(moved, target[len(source) + 1:])
+                return relative if moved or not self._is_left_out(relative) else ""
+        return ""
 
 
 def _scan(directory):

@@ -31,7 +31,16 @@ def windows_path(target):
     return "C:\\" + target.partition("/")[2].replace("/", "\\")
 
 
-def for_package(record, request, words):
+def portable_path(path, bottle_dir):
+    """The Windows path of a file on drive C that a record has as a Unix path; other paths are returned as they are."""
+    for drive in ("drive_c", "dosdevices/c:"):
+        start = os.path.join(bottle_dir, drive) + "/"
+        if isinstance(path, str) and path.startswith(start):
+            return "C:\\" + path[len(start):].replace("/", "\\")
+    return path
+
+
+def for_package(record, request, bottle_dir, words):
     """The record for the package. Texts with one of `words`, which tell the packer's places, do not go along."""
     programs = record.get(PROGRAMS) if isinstance(record.get(PROGRAMS), dict) else {}
     kept = {}
@@ -40,6 +49,9 @@ def for_package(record, request, words):
         if not isinstance(own, dict):
             continue
         program = {key: own[key] for key in PROGRAM_KEYS if key in own}
+        for key in ("path", "folder"):
+            if key in program:
+                program[key] = portable_path(program[key], bottle_dir)
         if not source.in_bottle:
             program["path"] = windows_path(source.target)
             program["folder"] = windows_path(os.path.dirname(source.target))
