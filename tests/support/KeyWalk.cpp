@@ -7,6 +7,7 @@
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QFocusFrame>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -50,6 +51,9 @@ bool isControl(const QWidget* widget) {
     const bool isInGroup =
         button && (button->autoExclusive() || (button->group() && button->group()->exclusive()));
     if (isInGroup && !button->isChecked())
+        return false;
+    // The head row of a table, unless one can do something with it by keys.
+    if (qobject_cast<const QHeaderView*>(widget) && widget->focusPolicy() == Qt::NoFocus)
         return false;
     const auto* label = qobject_cast<const QLabel*>(widget);
     if (label && label->text().contains("<a href"))
