@@ -27,7 +27,7 @@ using namespace Fenk;
 namespace {
 
 constexpr int DialogWidth = 500;
-constexpr double ShareOfScreen = 0.95;
+constexpr double ShareOfScreen = 0.9;
 constexpr int AroundForm = 128;  ///< title and buttons
 const char Amd64[] = "amd64";
 const char Arm64[] = "arm64";
@@ -89,6 +89,7 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     bodyLayout()->addWidget(makeButtons());
     fill();
     connect(checker, &PackageChecker::update, this, &AppConfigDialog::fill);
+    connect(checker, &PackageChecker::update, this, &AppConfigDialog::fitHeight);
 }
 
 void AppConfigDialog::openFor(const ProgramRef& program, QWidget* over) {

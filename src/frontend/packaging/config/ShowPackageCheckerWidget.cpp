@@ -13,7 +13,7 @@
 using namespace Fenk;
 
 namespace {
-constexpr int ShownRows = 3;
+constexpr int ShownRows = 3;  // more scroll
 }
 
 ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWidget* parent)
@@ -26,7 +26,7 @@ ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWid
     setFrameShape(NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFixedHeight(ShownRows * Tokens::RowHeight + Tokens::Space8);
+    fitHeight();
     setWidget(m_card);
     viewport()->setAutoFillBackground(false);
     m_card->setAutoFillBackground(false);
@@ -47,12 +47,17 @@ PackageEntryWidget* ShowPackageCheckerWidget::add(const QString& id) {
     auto* row = new PackageEntryWidget(id);
     m_rows.insert(id, row);
     m_card->addRow(row);
+    fitHeight();
     connect(row, &PackageEntryWidget::closed, this,
             [this](PackageEntryWidget* widget) { m_checker->unselect(widget->id()); });
     connect(row, &PackageEntryWidget::added, m_checker, &PackageChecker::select);
     connect(row, &PackageEntryWidget::onlyExeWanted, m_checker, &PackageChecker::setOnlyCopyExe);
     connect(row, &PackageEntryWidget::directoryWanted, this, &ShowPackageCheckerWidget::chooseDirectory);
     return row;
+}
+
+void ShowPackageCheckerWidget::fitHeight() {
+    setFixedHeight(qBound(1, m_rows.size(), ShownRows) * Tokens::RowHeight + Tokens::Space8);
 }
 
 void ShowPackageCheckerWidget::chooseDirectory(const QString& id) {

@@ -21,6 +21,7 @@ public:
 private:
     void showEntry(const QString& id);
     PackageEntryWidget* add(const QString& id);
+    void fitHeight();
     void chooseDirectory(const QString& id);
 
     PackageChecker* m_checker;
