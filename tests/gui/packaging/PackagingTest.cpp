@@ -113,6 +113,9 @@ void PackagingTest::theSaveDirectoryFallsBackToTheDesktop() {
     QCOMPARE(SaveDirectory::current(), m_home.desktop());
     QCOMPARE(settingsStore()->getOption("basic.deb_save_path.").toString(), m_home.desktop());
     QVERIFY(log.contains("not writable, try to use desktop"));
+    const QString missing = m_home.path() + "/missing";
+    QCOMPARE(SaveDirectory::usable(file, missing), missing);
+    QVERIFY(QFileInfo(missing).isDir());
     const QString fresh = m_home.path() + "/a/b";
     QCOMPARE(SaveDirectory::usable(fresh, {}), fresh);
 }

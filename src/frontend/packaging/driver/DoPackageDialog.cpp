@@ -60,7 +60,6 @@ void DoPackageDialog::start(const QString& bottleName, const QString& packageNam
 }
 
 void DoPackageDialog::slotsPackageOutput(const QString& line) {
-    m_lastLine = line;
     m_log->append(line);
 }
 
@@ -92,7 +91,7 @@ void DoPackageDialog::onFinished(PackagingRun::End end) {
         m_done->info()->setPackage(m_packageName, m_packageVersion, m_saveDirectory);
         m_pages->setCurrentWidget(m_done);
     } else {
-        m_failed->setReason(m_run.failureText().isEmpty() ? m_lastLine : m_run.failureText());
+        m_failed->setReason(m_run.failureText());
         m_pages->setCurrentWidget(m_failed);
     }
     adjustHeight();

@@ -41,7 +41,6 @@ private:
     QString m_packageName;
     QString m_packageVersion;
     QString m_saveDirectory;
-    QString m_lastLine;
     PackagingRun m_run;
     QStackedWidget* m_pages;
     ShowPackagingProgressWidget* m_progress;

@@ -24,17 +24,17 @@ PackagingRun::PackagingRun(QObject* parent) : QObject(parent) {
     connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error != QProcess::FailedToStart)
             return;
-        take({m_process.errorString()});
+        takeErrors({m_process.errorString()});
         end(End::Failed);
     });
     connect(&m_process, &QProcess::readyReadStandardOutput, this,
             [this] { take(m_output.add(m_process.readAllStandardOutput())); });
     connect(&m_process, &QProcess::readyReadStandardError, this,
-            [this] { take(m_errors.add(m_process.readAllStandardError())); });
+            [this] { takeErrors(m_errors.add(m_process.readAllStandardError())); });
     connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             [this](int code, QProcess::ExitStatus status) {
                 take(m_output.rest());
-                take(m_errors.rest());
+                takeErrors(m_errors.rest());
                 if (m_isCancelled)
                     end(End::Cancelled);
                 else
@@ -75,6 +75,17 @@ double PackagingRun::progressOf(const QString& line) {
     bool isNumber = false;
     const double percent = line.mid(ProgressPrefix.size()).toDouble(&isNumber);
     return isNumber && percent >= 0 && percent <= 100 ? percent : -1;
+}
+
+QString PackagingRun::failureText() const {
+    const QString text = m_failure.text();
+    return text.isEmpty() ? m_lastError : text;
+}
+
+void PackagingRun::takeErrors(const QStringList& lines) {
+    if (!lines.isEmpty())
+        m_lastError = cleanHomePaths(lines.last().trimmed());
+    take(lines);
 }
 
 void PackagingRun::take(const QStringList& lines) {

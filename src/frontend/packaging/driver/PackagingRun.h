@@ -26,8 +26,8 @@ public:
     /// Has the script end; finished() follows.
     void cancel();
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
-    /// After a failure; empty if the reason is unknown.
-    QString failureText() const { return m_failure.text(); }
+    /// Why there is no package: in the user's language, or else the script's last sentence.
+    QString failureText() const;
     QString logPath() const { return m_log.fileName(); }
 
     /// The percentage that a line of the script tells, within 0 and 100; -1 for any other line.
@@ -41,6 +41,7 @@ Q_SIGNALS:
 
 private:
     void take(const QStringList& lines);
+    void takeErrors(const QStringList& lines);
     void end(End end);
 
     QProcess m_process;
@@ -49,6 +50,7 @@ private:
     QFile m_log;
     QTimer m_startTimer;
     PackagingFailure m_failure;
+    QString m_lastError;
     bool m_isCancelled = false;
     bool m_hasEnded = false;
 };

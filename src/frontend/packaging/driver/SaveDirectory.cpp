@@ -27,6 +27,8 @@ QString usable(const QString& configured, const QString& fallback) {
     if (!configured.isEmpty() && QDir().mkpath(configured) && isUsable(configured))
         return configured;
     qInfo() << "not writable, try to use desktop";
+    if (!fallback.isEmpty())
+        QDir().mkpath(fallback);
     return fallback;
 }
 

@@ -30,6 +30,7 @@ def main(argv):
     parser.add_argument("--savedir", required=True)
     parser.add_argument("--compression", choices=tuple(archive.SUFFIXES), default="xz")
     options = parser.parse_args(argv)
+    sys.stdout.reconfigure(line_buffering=True)
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
         signal.signal(number, _interrupt)
     try:
