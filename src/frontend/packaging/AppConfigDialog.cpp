@@ -145,6 +145,7 @@ QWidget* AppConfigDialog::makeButtons() {
     layout->setSpacing(Tokens::Space12);
     auto* cancel = named(new QPushButton(tr("Cancel")), "package_cancelbtn");
     auto* ok = named(new SuggestButton(tr("OK")), "package_okbtn");
+    cancel->setAutoDefault(false);
     ok->setDefault(true);
     layout->addWidget(cancel, 1);
     layout->addWidget(ok, 1);
@@ -190,6 +191,7 @@ PackageInfo AppConfigDialog::info() const {
 
 void AppConfigDialog::showEvent(QShowEvent* event) {
     fitHeight();
+    m_appName->lineEdit()->setFocus();
     AbstractDialog::showEvent(event);
 }
 
@@ -200,6 +202,8 @@ void AppConfigDialog::fitHeight() {
     const int limit = int(screen()->availableSize().height() * ShareOfScreen) - AroundForm;
     m_area->setFixedHeight(qMin(wanted, limit));
     adjustSize();
+    if (isVisible())
+        moveToCenter();
 }
 
 void AppConfigDialog::slotsCheckArchsState() {
