@@ -18,7 +18,6 @@
 
 namespace {
 
-constexpr int BlockBytes = 1024 * 1024;
 constexpr qint64 MaximumRecord = 1024 * 1024;
 const char RecordFile[] = "/chosen-files.json";
 const QLatin1String CopyPrefix(".chosen-");  // wanted files never have such names
@@ -59,21 +58,21 @@ Reason otherFile(const QVector<Source>& wanted, const QString& name) {
     return Reason(Reason::OtherFile, {name, files.join(", ")});
 }
 
-Reason copy(QFile* from, QFile* to, QCryptographicHash* hash, const std::atomic_bool& cancelled) {
-    QByteArray block(BlockBytes, Qt::Uninitialized);
+/// `name` is that of the file to read, for the reason.
+Reason copy(QFile* from, const QString& name, QFile* to, QCryptographicHash* hash,
+            const std::atomic_bool& cancelled) {
     qint64 total = 0;
-    for (;;) {
-        const qint64 count = from->read(block.data(), block.size());
-        if (cancelled)
-            return Reason::Cancelled;
-        if (count < 0 || (total += count) > Source::MaximumBytes)
-            return Reason(Reason::NoOrdinaryFile, {QFileInfo(*from).fileName()});
-        if (count == 0)
-            return to->flush() && ::fsync(to->handle()) == 0 ? Reason() : SourceFile::writeFailure(*to);
-        hash->addData(block.constData(), int(count));
-        if (to->write(block.constData(), count) != count)
-            return SourceFile::writeFailure(*to);
-    }
+    const Reason failure =
+        SourceFile::readBlocks(from, name, cancelled, [&](const QByteArray& block) -> Reason {
+            total += block.size();
+            if (total > Source::MaximumBytes)
+                return Reason(Reason::NoOrdinaryFile, {name});
+            hash->addData(block);
+            return to->write(block) == block.size() ? Reason() : SourceFile::writeFailure(*to);
+        });
+    if (!failure.isEmpty())
+        return failure;
+    return to->flush() && ::fsync(to->handle()) == 0 ? Reason() : SourceFile::writeFailure(*to);
 }
 
 }  // namespace
@@ -92,7 +91,7 @@ ChosenFile::Taken ChosenFile::take(const QString& path, const QVector<Source>& w
     if (!to.open())
         return {{}, {}, Reason::ofWriting(directory, false, to.errorString())};
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    const Reason fault = copy(&from, &to, &hash, cancelled);
+    const Reason fault = copy(&from, name, &to, &hash, cancelled);
     if (!fault.isEmpty())
         return {{}, {}, fault};
     const QByteArray sha256 = hash.result().toHex();

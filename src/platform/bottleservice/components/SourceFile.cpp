@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "fenk/system/RegularFile.h"
+
 namespace SourceFile {
 
 namespace {
@@ -16,10 +18,23 @@ Reason writeFailure(const QFile& file) {
     return Reason::ofWriting(file.fileName(), file.error() == QFileDevice::ResourceError, file.errorString());
 }
 
+Reason readBlocks(QFile* file, const QString& name, const std::atomic_bool& cancelled, const Take& take) {
+    for (;;) {
+        const QByteArray block = file->read(BlockBytes);
+        if (cancelled)
+            return Reason::Cancelled;
+        if (block.isEmpty())
+            return file->error() == QFileDevice::NoError ? Reason() : Reason(Reason::NoOrdinaryFile, {name});
+        const Reason failure = take(block);
+        if (!failure.isEmpty())
+            return failure;
+    }
+}
+
 Reason check(const QString& path, const Source& source, const QString& address,
              const std::atomic_bool& cancelled) {
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    QFile file;
+    if (!Fenk::RegularFile::open(file, path, Fenk::RegularFile::Links::Followed))
         return Reason(Reason::NoOrdinaryFile, {path});
     if (source.size >= 0 && file.size() != source.size)
         return Reason(Reason::OtherSize,
@@ -27,14 +42,12 @@ Reason check(const QString& path, const Source& source, const QString& address,
     if (source.sha256.isEmpty())
         return {};
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    while (!file.atEnd()) {
-        const QByteArray block = file.read(BlockBytes);
-        if (cancelled)
-            return Reason::Cancelled;
-        if (block.isEmpty())
-            return Reason(Reason::NoOrdinaryFile, {path});
+    const Reason failure = readBlocks(&file, path, cancelled, [&hash](const QByteArray& block) -> Reason {
         hash.addData(block);
-    }
+        return {};
+    });
+    if (!failure.isEmpty())
+        return failure;
     return hash.result().toHex() == source.sha256 ? Reason()
                                                   : Reason(Reason::OtherChecksum, {source.file, address});
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <atomic>
+#include <functional>
 
 #include "bottleservice/components/Sources.h"
 #include "bottleservice/result/Reason.h"
@@ -10,6 +11,12 @@ class QFile;
 
 /// Checks and copies the files of sources on the disk. Blocks; for worker threads.
 namespace SourceFile {
+
+/// Gets a block of a file, and returns why no more is wanted; empty to go on.
+using Take = std::function<Reason(const QByteArray& block)>;
+
+/// Passes the rest of an open file to a function, block by block. `name` is for the reason.
+Reason readBlocks(QFile* file, const QString& name, const std::atomic_bool& cancelled, const Take& take);
 
 /// Compares a file with the size and checksum of its source. Returns a reason when they differ, empty when
 /// they agree or are not known. `address` is for the reason.
