@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -19,14 +21,34 @@ QString pathBeside(const QString& bottlePath, const char* prefix) {
     return QFileInfo(bottlePath).path() + '/' + prefix + QUuid::createUuid().toString(QUuid::Id128);
 }
 
+namespace {
+
+/// rename(), but fails with EEXIST rather than replacing a file.
+int moveWithoutReplacing(const char* from, const char* to) {
+    const int result = renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+    if (result == 0 || errno != EINVAL)
+        return result;
+    // The file system does not support this. A directory only takes the place of an empty one.
+    struct stat facts = {};
+    if (lstat(from, &facts) != 0)
+        return -1;
+    if (S_ISDIR(facts.st_mode))
+        return rename(from, to);
+    if (link(from, to) == 0)
+        return unlink(from);
+    if (errno != EPERM && errno != EOPNOTSUPP)
+        return -1;
+    if (lstat(to, &facts) == 0)
+        errno = EEXIST;
+    return errno == ENOENT ? rename(from, to) : -1;
+}
+
+}  // namespace
+
 QString moveInto(const QString& from, const QString& to) {
     const QByteArray source = QFile::encodeName(from);
     const QByteArray target = QFile::encodeName(to);
-    int result = renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE);
-    // Some file systems do not support this; there an empty directory would be replaced, and nothing else.
-    if (result != 0 && errno == EINVAL)
-        result = rename(source.constData(), target.constData());
-    if (result == 0)
+    if (moveWithoutReplacing(source.constData(), target.constData()) == 0)
         return {};
     return QString("Cannot move %1 to %2: %3.").arg(from, to, QString::fromLocal8Bit(strerror(errno)));
 }
