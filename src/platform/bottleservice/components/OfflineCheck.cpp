@@ -1,5 +1,7 @@
 #include "bottleservice/components/OfflineCheck.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <algorithm>
 
 #include "bottleservice/components/Recipe.h"
@@ -11,7 +13,8 @@ Verdict verdict(const QStringList& names, const QSet<QString>& files, const Reci
     Verdict result;
     for (const QString& name : names) {
         Reason error;
-        const QVector<Recipe> plan = recipes.plan(name, {}, &error);
+        QString unusable;
+        const QVector<Recipe> plan = recipes.plan(name, {}, &error, &unusable);
         QStringList lacking;
         for (const Recipe& recipe : plan) {
             const QStringList needs = recipe.files();
@@ -23,13 +26,23 @@ Verdict verdict(const QStringList& names, const QSet<QString>& files, const Reci
                 lacking += recipe.name;
         }
         if (plan.isEmpty())
-            lacking += name;
+            lacking += unusable;
         if (lacking.isEmpty())
             result.valid += name;
         else
             result.missing.insert(name, lacking);
     }
     return result;
+}
+
+QSet<QString> usableFiles(const QString& directory, const Sources& sources) {
+    QSet<QString> files;
+    for (const QFileInfo& file : QDir(directory).entryInfoList(QDir::Files)) {
+        const qint64 size = sources.find(file.fileName()).size;
+        if (size < 0 || size == file.size())
+            files += file.fileName();
+    }
+    return files;
 }
 
 QStringList needed(const QString& name, const Recipes& recipes) {

@@ -21,6 +21,10 @@ struct Verdict {
 /// Which components can be installed when there are only these files. An unknown component lacks itself.
 Verdict verdict(const QStringList& names, const QSet<QString>& files, const Recipes& recipes);
 
+/// The files in the directory of downloads that may be what this machine knows under their names, by their
+/// sizes; that they are, an installation checks.
+QSet<QString> usableFiles(const QString& directory, const Sources& sources);
+
 /// All components that this one needs, in the order of their installation; empty for an unknown one.
 QStringList needed(const QString& name, const Recipes& recipes);
 

@@ -169,16 +169,17 @@ std::optional<Recipe> Recipes::find(const QString& name) const {
     return recipe == m_recipes.constEnd() ? std::nullopt : std::optional(*recipe);
 }
 
-QVector<Recipe> Recipes::plan(const QString& name, const QStringList& installed, Reason* error) const {
+QVector<Recipe> Recipes::plan(const QString& name, const QStringList& installed, Reason* error,
+                              QString* unusable) const {
     QVector<Recipe> plan;
     QStringList path;
     QStringList others = installed;
     others.removeAll(name);
-    return add(name, others, &path, &plan, error) ? plan : QVector<Recipe>();
+    return add(name, others, &path, &plan, error, unusable) ? plan : QVector<Recipe>();
 }
 
 bool Recipes::add(const QString& name, const QStringList& installed, QStringList* path, QVector<Recipe>* plan,
-                  Reason* error) const {
+                  Reason* error, QString* unusable) const {
     const auto isPlanned = [plan](const QString& wanted) {
         for (const Recipe& recipe : *plan) {
             if (recipe.name == wanted)
@@ -190,13 +191,15 @@ bool Recipes::add(const QString& name, const QStringList& installed, QStringList
         return true;
     const auto recipe = find(name);
     if (!recipe || path->contains(name)) {
+        if (unusable)
+            *unusable = name;
         *error = recipe ? QString("The component \"%1\" needs itself.").arg(BottleName::shown(name))
                         : Reason(Reason::NoComponent, {BottleName::shown(name)});
         return false;
     }
     *path += name;
     for (const QString& needed : recipe->needs) {
-        if (!add(needed, installed, path, plan, error))
+        if (!add(needed, installed, path, plan, error, unusable))
             return false;
     }
     path->removeLast();

@@ -55,12 +55,14 @@ public:
     QStringList names() const { return m_recipes.keys(); }
 
     /// The recipes to install for a component, in order: first the components that it needs and the bottle
-    /// does not have, last the component itself. Empty, with a reason, when one is unknown or needs itself.
-    QVector<Recipe> plan(const QString& name, const QStringList& installed, Reason* error) const;
+    /// does not have, last the component itself. Empty, with a reason, when one is unknown or needs itself;
+    /// `unusable` is its name then.
+    QVector<Recipe> plan(const QString& name, const QStringList& installed, Reason* error,
+                         QString* unusable = nullptr) const;
 
 private:
     bool add(const QString& name, const QStringList& installed, QStringList* path, QVector<Recipe>* plan,
-             Reason* error) const;
+             Reason* error, QString* unusable) const;
 
     QMap<QString, Recipe> m_recipes;
 };
