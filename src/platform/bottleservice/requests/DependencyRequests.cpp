@@ -1,7 +1,7 @@
 #include "bottleservice/requests/DependencyRequests.h"
 
 #include <QDebug>
-#include <QFileInfo>
+#include <QFile>
 #include <QJsonArray>
 #include <QStandardPaths>
 #include <algorithm>
@@ -11,7 +11,9 @@
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/components/FileFetch.h"
 #include "bottleservice/components/InstallPlan.h"
+#include "bottleservice/components/SourceFile.h"
 #include "bottleservice/components/Sources.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/jobs/InstallDependencyJob.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/RequestChecks.h"
@@ -24,6 +26,25 @@ Answer failed(const Reason& reason) {
 
 Answer cancelled() {
     return failed(Reason::Cancelled);
+}
+
+void tellEnd(const Reply& ended, const Answer& result) {
+    if (ended)
+        ended(result);
+}
+
+/// Why a file cannot be used as it lies in the directory; empty when all can.
+Reason checkFiles(const QVector<Source>& wanted, const QString& directory,
+                  const std::atomic_bool& cancelled) {
+    for (const Source& source : wanted) {
+        const QString path = directory + '/' + source.file;
+        if (!QFile::exists(path))
+            return Reason(Reason::NotOnMachine, {source.file});
+        const Reason reason = SourceFile::check(path, source, directory, cancelled);
+        if (!reason.isEmpty())
+            return reason;
+    }
+    return {};
 }
 
 /// As done() tells them.
@@ -49,25 +70,36 @@ Recipes DependencyRequests::recipes() const {
 }
 
 void DependencyRequests::install(const QString& bottle, const QString& dependency, const Reply& reply) {
-    add(bottle, {dependency, {}, {}, false, false}, reply);
+    Install install;
+    install.dependency = dependency;
+    add(bottle, install, reply);
 }
 
-void DependencyRequests::installFromStore(const QString& bottle, const QString& dependency,
-                                          const Reply& reply) {
-    add(bottle, {dependency, {}, {}, false, true}, reply);
+int DependencyRequests::installFromStore(const QString& bottle, const QString& dependency,
+                                         const Reply& ended) {
+    Install install;
+    install.dependency = dependency;
+    install.fromStore = true;
+    install.ended = ended;
+    install.number = ++m_lastNumber;
+    add(bottle, install, [](const Answer&) {});
+    return install.number;
 }
 
 void DependencyRequests::add(const QString& bottle, const Install& install, const Reply& reply) {
     const QString& dependency = install.dependency;
     if (!Sources::isPlainName(dependency)) {
-        reply(
+        const Answer refusal =
             Answer::failure(Answer::Fault::InvalidArgs,
-                            QString("\"%1\" is no name of a component.").arg(BottleName::shown(dependency))));
+                            QString("\"%1\" is no name of a component.").arg(BottleName::shown(dependency)));
+        tellEnd(install.ended, refusal);
+        reply(refusal);
         return;
     }
     const Answer check = m_engine->bottles().check(bottle);
     if (!check.isGood()) {
         reply(check);
+        tellEnd(install.ended, check);
         Q_EMIT done(bottle, dependency, check);
         return;
     }
@@ -81,7 +113,7 @@ void DependencyRequests::add(const QString& bottle, const Install& install, cons
 
 void DependencyRequests::startFirst(const QString& bottle, const Reply& reply) {
     m_engine->waitBeforeInstall(bottle, this, [this, bottle, reply](const QStringList& running) {
-        if (running.isEmpty() || m_lines[bottle].head().cancelled) {
+        if (running.isEmpty() || *m_lines[bottle].head().cancelled) {
             reply(Answer::of());
             planFirst(bottle);
         } else {
@@ -92,14 +124,14 @@ void DependencyRequests::startFirst(const QString& bottle, const Reply& reply) {
 }
 
 void DependencyRequests::planFirst(const QString& bottle) {
-    if (m_lines[bottle].head().cancelled) {
+    if (*m_lines[bottle].head().cancelled) {
         firstEnded(bottle, cancelled());
         return;
     }
     const Install first = m_lines[bottle].head();
     const InstallPlan plan = planOf(bottle, first.dependency, first.fromStore);
     if (plan.refusal.isEmpty())
-        fetch(bottle, plan.recipes);
+        obtainFiles(bottle, plan.recipes);
     else
         firstEnded(bottle, failed(plan.refusal));
 }
@@ -128,9 +160,8 @@ QVector<InstallPlan> DependencyRequests::plansOf(const QString& bottle, const QS
     return plans;
 }
 
-void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& recipes) {
+void DependencyRequests::obtainFiles(const QString& bottle, const QVector<Recipe>& recipes) {
     const Sources from = sources();
-    const QString dependency = m_lines[bottle].head().dependency;
     QStringList files;
     for (const Recipe& recipe : recipes)
         files += recipe.files();
@@ -138,15 +169,36 @@ void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& rec
     QVector<Source> wanted;
     for (const QString& file : qAsConst(files))
         wanted += from.find(file);
-    if (m_lines[bottle].head().fromStore) {
-        for (Source& source : wanted) {
-            source.addresses.clear();  // what is there is only checked
-            if (!QFileInfo(m_downloads->pathOf(source.file)).isFile()) {
-                firstEnded(bottle, failed(Reason(Reason::NotOnMachine, {source.file})));
-                return;
-            }
-        }
-    }
+    if (m_lines[bottle].head().fromStore)
+        checkStore(bottle, recipes, wanted);
+    else
+        fetch(bottle, recipes, wanted);
+}
+
+void DependencyRequests::checkStore(const QString& bottle, const QVector<Recipe>& recipes,
+                                    const QVector<Source>& wanted) {
+    Background::run(
+        this,
+        [wanted, directory = m_downloads->directory(), cancelled = m_lines[bottle].head().cancelled] {
+            return checkFiles(wanted, directory, *cancelled);
+        },
+        [this, bottle, recipes](const Reason& reason) {
+            onFilesReady(bottle, recipes,
+                         *m_lines[bottle].head().cancelled ? Reason(Reason::Cancelled) : reason);
+        });
+}
+
+void DependencyRequests::onFilesReady(const QString& bottle, const QVector<Recipe>& recipes,
+                                      const Reason& reason) {
+    if (reason.isEmpty())
+        enqueue(bottle, recipes);
+    else
+        firstEnded(bottle, failed(reason));
+}
+
+void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& recipes,
+                               const QVector<Source>& wanted) {
+    const QString dependency = m_lines[bottle].head().dependency;
     auto* fetch = new FileFetch(m_downloads, wanted, this);
     m_lines[bottle].head().fetch = fetch;
     connect(fetch, &FileFetch::fileStarted, this, [this, bottle, dependency](const QString& file) {
@@ -157,10 +209,7 @@ void DependencyRequests::fetch(const QString& bottle, const QVector<Recipe>& rec
     });
     connect(fetch, &FileFetch::finished, this, [this, fetch, bottle, recipes](const Reason& reason) {
         fetch->deleteLater();
-        if (reason.isEmpty())
-            enqueue(bottle, recipes);
-        else
-            firstEnded(bottle, failed(reason));
+        onFilesReady(bottle, recipes, reason);
     });
     fetch->start();
 }
@@ -187,7 +236,7 @@ void DependencyRequests::firstEnded(const QString& bottle, const Answer& result)
     const auto line = m_lines.find(bottle);
     const Install first = line->dequeue();
     const auto isSame = [&first](const Install& other) { return other.dependency == first.dependency; };
-    const bool isRepeated = first.cancelled && std::any_of(line->cbegin(), line->cend(), isSame);
+    const bool isRepeated = *first.cancelled && std::any_of(line->cbegin(), line->cend(), isSame);
     const bool isLast = line->isEmpty();
     if (isLast)
         m_lines.erase(line);
@@ -198,6 +247,7 @@ void DependencyRequests::firstEnded(const QString& bottle, const Answer& result)
     if (!isLast)
         QMetaObject::invokeMethod(
             this, [this, bottle] { startFirst(bottle, [](const Answer&) {}); }, Qt::QueuedConnection);
+    tellEnd(first.ended, result);
     if (!isRepeated)
         Q_EMIT done(bottle, first.dependency, result);
 }
@@ -221,7 +271,7 @@ void DependencyRequests::cancelFirst(const QString& bottle) {
     const auto line = m_lines.find(bottle);
     if (line == m_lines.end())
         return;
-    line->head().cancelled = true;
+    *line->head().cancelled = true;
     const Install first = line->head();
     if (first.job)
         first.job->cancel();
@@ -239,25 +289,40 @@ void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
 void DependencyRequests::cancelOne(const QString& bottle, const QString& dependency, const Reply& reply) {
     if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
-    const auto line = m_lines.find(bottle);
-    bool isWaiting = false;
-    for (int i = line == m_lines.end() ? 0 : line->size() - 1; i > 0; --i) {
-        if (line->at(i).dependency == dependency) {
-            line->removeAt(i);
-            isWaiting = true;
-        }
-    }
-    if (line != m_lines.end() && line->head().dependency == dependency && !line->head().cancelled)
-        cancelFirst(bottle);
-    else if (isWaiting)
-        Q_EMIT done(bottle, dependency, cancelled());
+    cancelMeant(bottle, [dependency](const Install& install) { return install.dependency == dependency; });
     reply(Answer::of());
+}
+
+void DependencyRequests::cancelNumber(const QString& bottle, int number) {
+    cancelMeant(bottle, [number](const Install& install) { return install.number == number; });
+}
+
+void DependencyRequests::cancelMeant(const QString& bottle, const Meant& isMeant) {
+    const auto line = m_lines.find(bottle);
+    if (line == m_lines.end())
+        return;
+    QVector<Install> waiting;
+    for (int i = line->size() - 1; i > 0; --i) {
+        if (isMeant(line->at(i)))
+            waiting += line->takeAt(i);
+    }
+    // Where the first is meant as well, its end is that of all.
+    const bool isFirstMeant = isMeant(line->head()) && !*line->head().cancelled;
+    if (isFirstMeant)
+        cancelFirst(bottle);
+    for (const Install& install : qAsConst(waiting))
+        tellEnd(install.ended, cancelled());
+    if (!isFirstMeant && !waiting.isEmpty())
+        Q_EMIT done(bottle, waiting.first().dependency, cancelled());
 }
 
 void DependencyRequests::cancelAll(const QString& bottle) {
     const auto line = m_lines.find(bottle);
-    while (line != m_lines.end() && line->size() > 1)
-        Q_EMIT done(bottle, line->takeLast().dependency, cancelled());
+    while (line != m_lines.end() && line->size() > 1) {
+        const Install install = line->takeLast();
+        tellEnd(install.ended, cancelled());
+        Q_EMIT done(bottle, install.dependency, cancelled());
+    }
     cancelFirst(bottle);
 }
 

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QPointer>
 #include <QQueue>
+#include <atomic>
+#include <memory>
 
 #include "bottleservice/components/InstallPlan.h"
 #include "bottleservice/components/Sources.h"
@@ -29,8 +31,10 @@ public:
     /// once when other installations come first. done() tells the result, also of a refusal, unless the name
     /// is invalid.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
-    /// The same without the network: every file must be on this machine.
-    void installFromStore(const QString& bottle, const QString& dependency, const Reply& reply);
+    /// The same without the network: every file must be on this machine, and is only read. `ended` gets the
+    /// result of this very installation, exactly once and perhaps at once. Returns its number, for
+    /// cancelNumber().
+    int installFromStore(const QString& bottle, const QString& dependency, const Reply& ended);
     /// Answers with the name of the component that is being installed, or an empty text.
     void installing(const QString& bottle, const Reply& reply);
     /// Answers with an array: that component and then those that wait, in their order.
@@ -39,6 +43,8 @@ public:
     void cancel(const QString& bottle, const Reply& reply);
     /// Cancels one installation, whether it runs or waits. Does nothing where there is none.
     void cancelOne(const QString& bottle, const QString& dependency, const Reply& reply);
+    /// The same for the one with this number alone.
+    void cancelNumber(const QString& bottle, int number);
     /// The bottle is being deleted: cancels the running installation and those that wait.
     void cancelAll(const QString& bottle);
 
@@ -69,22 +75,30 @@ Q_SIGNALS:
 private:
     struct Install {
         QString dependency;
+        bool fromStore = false;
+        Reply ended;     ///< may be empty
+        int number = 0;  ///< unique, of those from the store
         QPointer<FileFetch> fetch;
         QPointer<InstallDependencyJob> job;
-        bool cancelled = false;
-        bool fromStore = false;
+        std::shared_ptr<std::atomic_bool> cancelled = std::make_shared<std::atomic_bool>(false);
     };
+    using Meant = std::function<bool(const Install&)>;
 
     void add(const QString& bottle, const Install& install, const Reply& reply);
     void startFirst(const QString& bottle, const Reply& reply);
     void planFirst(const QString& bottle);
-    void fetch(const QString& bottle, const QVector<Recipe>& recipes);
+    void obtainFiles(const QString& bottle, const QVector<Recipe>& recipes);
+    void fetch(const QString& bottle, const QVector<Recipe>& recipes, const QVector<Source>& wanted);
+    void checkStore(const QString& bottle, const QVector<Recipe>& recipes, const QVector<Source>& wanted);
+    void onFilesReady(const QString& bottle, const QVector<Recipe>& recipes, const Reason& reason);
     void enqueue(const QString& bottle, const QVector<Recipe>& recipes);
     void firstEnded(const QString& bottle, const Answer& result);
     void cancelFirst(const QString& bottle);
+    void cancelMeant(const QString& bottle, const Meant& isMeant);
 
     BottleEngine* m_engine;
     Downloads* m_downloads;
     QString m_catalogueDir;
     QHash<QString, QQueue<Install>> m_lines;  ///< by bottle
+    int m_lastNumber = 0;
 };
