@@ -153,14 +153,14 @@ private Q_SLOTS:
         const QString out = home.path() + "/deep/out";
         QVERIFY(QDir().mkpath(out));
         OfflineList list;
+        const TestSupport::LogCapture log;
         const Reason reason =
             OfflineArchive::unpack(home.write("deep/x.tar", archive), out, &list, NotCancelled);
         const bool isGood =
             QString(QTest::currentDataTag()).contains(QRegularExpression("^(good|any order)$"));
         QCOMPARE(reason.isEmpty(), isGood);
         if (!fault.isEmpty())
-            QVERIFY2(reason.text().startsWith("x.tar ") && reason.text().contains(fault),
-                     qPrintable(reason.text()));
+            QVERIFY2(reason.text().startsWith("x.tar ") && log.contains(fault), qPrintable(log.text()));
         QCOMPARE(
             QDir(home.path() + "/deep").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
             QStringList({"out", "x.tar"}));
@@ -178,6 +178,7 @@ private Q_SLOTS:
         OfflineList list;
         list.components = {{"one", {"a.exe"}}, {"two", {"a.exe", "b.cab"}}};
         list.files = {{"a.exe", {}}, {"b.cab", {}}};
+        QVERIFY(OfflineArchive::measure(&list, store, NotCancelled).isEmpty());
         const auto write = [&] { return OfflineArchive::write(target, list, store, record, NotCancelled); };
         const auto left = [&home] {
             return QDir(home.path() + "/out")
@@ -210,6 +211,12 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(store + "/b.cab") && QFile::remove(target));
         QVERIFY(!write().isEmpty());
         QCOMPARE(left(), QStringList());
+        // What can't be read goes alone, with its component.
+        QCOMPARE(OfflineArchive::measure(&list, store, NotCancelled).keys(), QStringList("two"));
+        QCOMPARE(list.files.keys() + list.components.keys(), QStringList({"a.exe", "one"}));
+        for (int i = 0; i <= OfflineList::MaximumFiles; ++i)
+            list.files.insert(QString::number(i), {});
+        QCOMPARE(write().text(), Reason(Reason::ExportTooLarge).text());
     }
 
     /// The record of a killed service leads to its own unfinished file, and to nothing else.
@@ -239,16 +246,22 @@ private Q_SLOTS:
             "mid":{"needs":["base"],"recipe":{"steps":[{"run":"mid.exe"},{"run":"mid64.exe","only":"win64"}]}},
             "plain":{"recipe":{"steps":[{"override":["d3d9"],"mode":"native"}]}},
             "tricks":{"recipe":{"winetricks":"tricks"}},
+            "far":{"needs":["vain"],"recipe":{"steps":[{"run":"base.exe"}]}},
+            "vain":{"needs":["never-heard"],"recipe":{"steps":[{"run":"base.exe"}]}},
             "loop":{"needs":["loop"],"recipe":{"steps":[{"run":"base.exe"}]}}})");
         home.write("sources.json", QString(R"({"files":{"base.exe":{"sha256":"%1","size":5},"mid.exe":{}}})")
                                        .arg(QString(fileOf("first").sha256))
                                        .toUtf8());
         const Recipes recipes(home.path(), home.path() + "/none");
-        const auto verdict = OfflineCheck::verdict({"top", "base", "plain", "tricks", "loop", "never-heard"},
-                                                   {"base.exe", "top.exe", "mid.exe"}, recipes);
+        const auto verdict =
+            OfflineCheck::verdict({"top", "base", "plain", "tricks", "loop", "never-heard", "far"},
+                                  {"base.exe", "top.exe", "mid.exe"}, recipes);
         QCOMPARE(verdict.valid, QStringList({"base", "plain"}));
-        const QMap<QString, QStringList> missing{
-            {"top", {"mid"}}, {"tricks", {"tricks"}}, {"loop", {"loop"}}, {"never-heard", {"never-heard"}}};
+        const QMap<QString, QStringList> missing{{"top", {"mid"}},
+                                                 {"tricks", {"tricks"}},
+                                                 {"loop", {"loop"}},
+                                                 {"never-heard", {"never-heard"}},
+                                                 {"far", {"never-heard"}}};
         QCOMPARE(verdict.missing, missing);
         QCOMPARE(OfflineCheck::needed("top", recipes), QStringList({"base", "mid"}));
         QCOMPARE(OfflineCheck::inOrder({"top", "never-heard", "base", "top"}, recipes),

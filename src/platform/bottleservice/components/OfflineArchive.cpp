@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <QCryptographicHash>
+#include <QDebug>
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
@@ -78,7 +79,10 @@ public:
 private:
     static QString nameOf(archive_entry* entry) { return QString::fromUtf8(archive_entry_pathname(entry)); }
     QString archiveFault() const { return QString::fromUtf8(archive_error_string(m_reader.get())); }
-    Reason bad(const QString& detail) const { return Reason(Reason::BadExport, {m_name, detail}); }
+    Reason bad(const QString& detail) const {
+        qWarning() << m_name << "cannot be used:" << detail;
+        return Reason(Reason::BadExport, {m_name});
+    }
 
     /// False at the end, and on a failure.
     bool next() {

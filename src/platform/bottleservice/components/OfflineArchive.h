@@ -11,7 +11,7 @@ class QFile;
 /// Reads and writes files of exported components (format: OfflineList.h). Such a file is not trusted: it is a
 /// plain tar file, so that it cannot unpack to more than it is, and it has exactly the regular files that its
 /// list names, each once, with the listed size and checksum; anything else in it makes all of it unusable.
-/// Blocks; for worker threads. Reasons name the file without its directory.
+/// Blocks; for worker threads. Reasons name the file without its directory; what is wrong with it is logged.
 namespace OfflineArchive {
 
 extern const char ListEntry[];    ///< name of the list's entry
@@ -26,11 +26,15 @@ Reason readList(QFile* file, const QString& name, OfflineList* list);
 Reason unpack(const QString& path, const QString& directory, OfflineList* list,
               const std::atomic_bool& cancelled);
 
-/// Writes the files of the list, which lie in the directory, into an archive of that absolute path, which
-/// must not exist. Measures them first: sizes and checksums of the list need not be set. The archive has its
-/// name only when it is complete. `record` is the path of a file that has the name of the unfinished archive
+/// Sets the sizes and checksums of the list's files, which lie in the directory. Takes the components out of
+/// the list that have a file which can't be read, and the files that no other has; returns why, by component.
+QMap<QString, Reason> measure(OfflineList* list, const QString& directory, const std::atomic_bool& cancelled);
+
+/// Writes the files of a measured list into an archive of that absolute path, which must not exist, and must
+/// not have more files or a longer list than readList() takes. The archive has its name only when it is
+/// complete. `record` is the path of a file that has the name of the unfinished archive
 /// while there is one, for removeUnfinished().
-Reason write(const QString& path, OfflineList list, const QString& directory, const QString& record,
+Reason write(const QString& path, const OfflineList& list, const QString& directory, const QString& record,
              const std::atomic_bool& cancelled);
 
 /// Removes the unfinished archive of a service that was killed.

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "bottleservice/components/OfflineArchive.h"
+#include "bottleservice/components/SourceFile.h"
 #include "bottleservice/files/AtomicFile.h"
 #include "bottleservice/files/WorkingDirectory.h"
 #include "fenk/system/OwnedFd.h"
@@ -20,7 +21,6 @@
 
 namespace {
 
-constexpr int BlockBytes = 256 * 1024;
 constexpr mode_t FileMode = 0644;
 constexpr qint64 MaximumPath = 4096;
 const QLatin1String Suffix(".cellarix-new");
@@ -35,40 +35,20 @@ Reason systemFailure(const QString& path, int error) {
                              QString::fromLocal8Bit(strerror(error)));
 }
 
-/// Passes a file of the store, block by block, to a function that returns why it fails.
-template <class Take>
-Reason readBlocks(const QString& path, const std::atomic_bool& cancelled, Take take) {
+/// Passes a file of the store, block by block, to a function, and sets what it is. A link is the user's own.
+Reason measureFile(const QString& path, OfflineList::File* measured, const std::atomic_bool& cancelled,
+                   const SourceFile::Take& take) {
     QFile file;
-    if (!Fenk::RegularFile::open(file, path))
+    if (!Fenk::RegularFile::open(file, path, Fenk::RegularFile::Links::Followed))
         return Reason(Reason::NoOrdinaryFile, {path});
-    while (!file.atEnd()) {
-        const QByteArray block = file.read(BlockBytes);
-        if (cancelled)
-            return Reason::Cancelled;
-        if (block.isEmpty())
-            return Reason(Reason::NoOrdinaryFile, {path});
-        const Reason failure = take(block);
-        if (!failure.isEmpty())
-            return failure;
-    }
-    return {};
-}
-
-Reason measure(OfflineList* list, const QString& directory, const std::atomic_bool& cancelled) {
-    for (auto file = list->files.begin(); file != list->files.end(); ++file) {
-        QCryptographicHash hash(QCryptographicHash::Sha256);
-        file->size = 0;
-        const Reason failure =
-            readBlocks(directory + '/' + file.key(), cancelled, [&](const QByteArray& block) -> Reason {
-                hash.addData(block);
-                file->size += block.size();
-                return {};
-            });
-        if (!failure.isEmpty())
-            return failure;
-        file->sha256 = hash.result().toHex();
-    }
-    return {};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    const Reason failure = SourceFile::readBlocks(&file, path, cancelled, [&](const QByteArray& block) {
+        hash.addData(block);
+        measured->size += block.size();
+        return take(block);
+    });
+    measured->sha256 = hash.result().toHex();
+    return failure;
 }
 
 class Writer {
@@ -112,17 +92,13 @@ Reason fill(Writer* writer, const OfflineList& list, const QString& directory,
         failure = writer->add(text);
     for (auto file = list.files.begin(); file != list.files.end() && failure.isEmpty(); ++file) {
         failure = writer->begin(OfflineArchive::FilesPrefix + file.key(), file->size);
-        qint64 size = 0;
-        QCryptographicHash hash(QCryptographicHash::Sha256);
+        OfflineList::File now;
         if (failure.isEmpty())
-            failure = readBlocks(directory + '/' + file.key(), cancelled, [&](const QByteArray& block) {
-                size += block.size();
-                hash.addData(block);
-                return writer->add(block);
-            });
+            failure = measureFile(directory + '/' + file.key(), &now, cancelled,
+                                  [writer](const QByteArray& block) { return writer->add(block); });
         // Another request may have fetched it anew meanwhile.
-        if (failure.isEmpty() && (size != file->size || hash.result().toHex() != file->sha256))
-            failure = Reason(Reason::CannotWrite, {file.key(), "it has changed meanwhile"});
+        if (failure.isEmpty() && (now.size != file->size || now.sha256 != file->sha256))
+            failure = Reason(Reason::OtherChecksum, {file.key(), directory});
     }
     return failure.isEmpty() ? writer->end() : failure;
 }
@@ -143,22 +119,51 @@ Reason writeNew(const QString& unfinished, const QString& path, const OfflineLis
 
 }  // namespace
 
-Reason OfflineArchive::write(const QString& path, OfflineList list, const QString& directory,
+QMap<QString, Reason> OfflineArchive::measure(OfflineList* list, const QString& directory,
+                                              const std::atomic_bool& cancelled) {
+    const auto pass = [](const QByteArray&) { return Reason(); };
+    QMap<QString, Reason> failures, ofFiles;
+    for (auto file = list->files.begin(); file != list->files.end(); ++file) {
+        *file = {};
+        const Reason failure = measureFile(directory + '/' + file.key(), &*file, cancelled, pass);
+        if (!failure.isEmpty())
+            ofFiles.insert(file.key(), failure);
+    }
+    QMap<QString, OfflineList::File> kept;
+    for (const QString& component : list->components.keys()) {
+        Reason failure;
+        for (const QString& file : list->components.value(component))
+            failure += ofFiles.value(file);
+        if (!failure.isEmpty()) {
+            failures.insert(component, failure);
+            list->components.remove(component);
+            continue;
+        }
+        for (const QString& file : list->components.value(component))
+            kept.insert(file, list->files.value(file));
+    }
+    list->files = kept;
+    return failures;
+}
+
+Reason OfflineArchive::write(const QString& path, const OfflineList& list, const QString& directory,
                              const QString& record, const std::atomic_bool& cancelled) {
+    if (list.files.size() > OfflineList::MaximumFiles || list.toJson().size() > OfflineList::MaximumBytes)
+        return Reason::ExportTooLarge;
     const QFileInfo target(path);
     if (target.exists() || target.isSymLink())
-        return Reason(Reason::CannotWrite, {path, QString::fromLocal8Bit(strerror(EEXIST))});
-    Reason failure = measure(&list, directory, cancelled);
-    if (!failure.isEmpty())
-        return failure;
+        return systemFailure(path, EEXIST);
     const QString unfinished = target.path() + "/." + target.fileName() + Suffix;
     QString error;
     if (!AtomicFile::replace(record, unfinished.toUtf8(), &error))
-        return error;
+        return Reason(Reason::CannotWrite, {record, error});
     QFile::remove(unfinished);
-    failure = writeNew(unfinished, path, list, directory, cancelled);
-    if (failure.isEmpty())
-        failure = WorkingDirectory::moveInto(unfinished, path);
+    Reason failure = writeNew(unfinished, path, list, directory, cancelled);
+    error = failure.isEmpty() ? WorkingDirectory::moveInto(unfinished, path) : QString();
+    if (!error.isEmpty()) {
+        qWarning().noquote() << error;
+        failure = systemFailure(path, QFileInfo::exists(path) ? EEXIST : EIO);
+    }
     if (!failure.isEmpty())
         QFile::remove(unfinished);
     QFile::remove(record);

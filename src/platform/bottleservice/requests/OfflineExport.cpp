@@ -80,7 +80,7 @@ void OfflineExport::fetch(const Recipe& recipe) {
 /// Each file counts the same, since not all sizes are known. Never goes back.
 void OfflineExport::onProgress(const QString& component, qint64 received, qint64 total) {
     if (total <= 0 && m_files == 1) {
-        setDownloading(component, QLocale::c().formattedDataSize(received));
+        setDownloading(component, QLocale().formattedDataSize(received));
         return;
     }
     const int ofFile = total > 0 ? int(qMin(received, total) * 100 / total) : 0;
@@ -108,20 +108,28 @@ void OfflineExport::fail(const QString& component, const Reason& reason) {
 void OfflineExport::write() {
     Background::run(
         this,
-        [asked = m_asked, list = m_list, directory = m_downloads->directory(), cancelled = cancelled()] {
-            return OfflineArchive::write(asked.target, list, directory, asked.record, *cancelled);
+        [asked = m_asked, list = m_list, directory = m_downloads->directory(),
+         cancelled = cancelled()]() mutable {
+            Failures failures = OfflineArchive::measure(&list, directory, *cancelled);
+            Reason reason;
+            if (!list.components.isEmpty())
+                reason = OfflineArchive::write(asked.target, list, directory, asked.record, *cancelled);
+            for (const QString& component : reason.isEmpty() ? QStringList() : list.components.keys())
+                failures.insert(component, reason);
+            return failures;
         },
-        [this](const Reason& reason) { onWritten(reason); });
+        [this](const Failures& failures) { onWritten(failures); });
 }
 
-void OfflineExport::onWritten(const Reason& reason) {
-    if (reason.isEmpty())
-        qInfo() << "exported" << m_list.components.keys() << "to" << m_asked.target;
-    for (const QString& component : m_list.components.keys()) {
-        if (reason.isEmpty())
-            setResult(component, Answer::of());
-        else
-            fail(component, reason);
+void OfflineExport::onWritten(const Failures& failures) {
+    QStringList written = m_list.components.keys();
+    for (auto it = failures.begin(); it != failures.end(); ++it) {
+        fail(it.key(), *it);
+        written.removeAll(it.key());
     }
+    for (const QString& component : qAsConst(written))
+        setResult(component, Answer::of());
+    if (!written.isEmpty())
+        qInfo() << "exported" << written << "to" << m_asked.target;
     finish();
 }

@@ -27,6 +27,8 @@ public:
     void cancel() override;
 
 private:
+    using Failures = QMap<QString, Reason>;  // by component
+
     void next();
     Reason refusalOf(const std::optional<Recipe>& recipe, const QString& component) const;
     void fetch(const Recipe& recipe);
@@ -34,7 +36,7 @@ private:
     void onFetched(const Recipe& recipe, const Reason& reason);
     void fail(const QString& component, const Reason& reason);
     void write();
-    void onWritten(const Reason& reason);
+    void onWritten(const Failures& failures);
 
     Asked m_asked;
     Downloads* m_downloads;

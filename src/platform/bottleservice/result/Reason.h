@@ -53,6 +53,8 @@ public:
         ExportRunning,
         ExportCancelled,
         ImportRunning,
+        ExportTooLarge,
+        TooManyFiles,
         BadBackup,
         NewerBackup,
         BottleChanged,
