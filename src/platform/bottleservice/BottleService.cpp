@@ -59,6 +59,7 @@ void BottleService::connectRequests() {
         m_bottleRepairs.cancelAll(bottle);
         m_backups.cancelFor(bottle);
         m_setups.cancelForDeletion(bottle);
+        m_offline.cancelForDeletion(bottle);
         m_dependencies.cancelAll(bottle);
     });
     connect(&m_setups, &SetupRequests::succeeded, &m_programs, &ProgramRequests::announce);

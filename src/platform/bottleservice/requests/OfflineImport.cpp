@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPointer>
 #include <QTemporaryDir>
 #include <cerrno>
 #include <cstring>
@@ -13,7 +14,9 @@
 #include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/OfflineArchive.h"
 #include "bottleservice/components/OfflineCheck.h"
+#include "bottleservice/components/OfflineLists.h"
 #include "bottleservice/files/Background.h"
+#include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/DependencyRequests.h"
 
 namespace {
@@ -22,7 +25,9 @@ const QLatin1String StagingPrefix(".importing-");
 
 /// What the worker thread needs, all of it copies.
 struct Taking {
-    OfflineImport::Asked asked;
+    QMap<QString, QStringList> archives;  ///< path to the components that its list names
+    QString dataDir;
+    QString store;
     Sources sources;
     QStringList wanted;  ///< files; others of the archives are left out
 };
@@ -32,25 +37,26 @@ Reason store(const OfflineList& list, const QString& from, const Taking& taking)
     for (auto file = list.files.begin(); file != list.files.end(); ++file) {
         if (!taking.wanted.contains(file.key()))
             continue;
-        const QString target = taking.asked.store + '/' + file.key();
+        // First, since a file that is there without its checksum could be used unchecked.
+        const Source known = taking.sources.find(file.key());
+        if (known.sha256.isEmpty() || known.isChosen) {
+            const Reason failure = ChosenFile::remember(taking.dataDir, file.key(), file->sha256);
+            if (!failure.isEmpty())
+                return failure;
+        }
+        const QString target = taking.store + '/' + file.key();
         if (::rename(QFile::encodeName(from + '/' + file.key()).constData(),
                      QFile::encodeName(target).constData()) != 0)
             return Reason::ofWriting(target, false, QString::fromLocal8Bit(strerror(errno)));
-        const Source known = taking.sources.find(file.key());
-        if (!known.sha256.isEmpty() && !known.isChosen)
-            continue;
-        const Reason failure = ChosenFile::remember(taking.asked.dataDir, file.key(), file->sha256);
-        if (!failure.isEmpty())
-            return failure;
     }
     return {};
 }
 
 Reason takeArchive(const QString& archive, const Taking& taking, const std::atomic_bool& cancelled) {
-    QDir().mkpath(taking.asked.store);
-    const QTemporaryDir staging(taking.asked.store + '/' + StagingPrefix + "XXXXXX");
+    QDir().mkpath(taking.store);
+    const QTemporaryDir staging(taking.store + '/' + StagingPrefix + "XXXXXX");
     if (!staging.isValid())
-        return Reason::ofWriting(taking.asked.store, false, staging.errorString());
+        return Reason::ofWriting(taking.store, false, staging.errorString());
     OfflineList list;
     Reason failure = OfflineArchive::unpack(archive, staging.path(), &list, cancelled);
     if (failure.isEmpty())
@@ -62,7 +68,7 @@ Reason takeArchive(const QString& archive, const Taking& taking, const std::atom
 QHash<QString, Reason> takeArchives(const Taking& taking, const std::atomic_bool& cancelled) {
     QHash<QString, Reason> failures;
     QStringList taken;
-    const auto& archives = taking.asked.archives;
+    const auto& archives = taking.archives;
     for (auto archive = archives.begin(); archive != archives.end(); ++archive) {
         const Reason failure = takeArchive(archive.key(), taking, cancelled);
         if (failure.isEmpty())
@@ -79,40 +85,88 @@ QHash<QString, Reason> takeArchives(const Taking& taking, const std::atomic_bool
 
 }  // namespace
 
-OfflineImport::OfflineImport(const Asked& asked, DependencyRequests* dependencies, QObject* parent)
-    : OfflineTransfer(parent), m_asked(asked), m_dependencies(dependencies) {}
+OfflineImport::OfflineImport(const Asked& asked, BottleEngine* engine, DependencyRequests* dependencies,
+                             QObject* parent)
+    : OfflineTransfer(parent), m_asked(asked), m_engine(engine), m_dependencies(dependencies) {}
 
 void OfflineImport::start() {
-    for (const QString& component : qAsConst(m_asked.components))
-        setRunning(component);
-    Taking taking{m_asked, m_dependencies->sources(), {}};
-    const Recipes recipes = m_dependencies->recipes();
-    for (const QString& component : qAsConst(m_asked.components)) {
-        if (const auto recipe = recipes.find(component))
-            taking.wanted += recipe->files();
-    }
-    Background::run(
-        this, [taking, cancelled = cancelled()] { return takeArchives(taking, *cancelled); },
-        [this](const Failures& failures) {
-            m_failures = failures;
-            install();
-        });
+    m_engine->waitBeforeInstall(m_asked.bottle, this, [this](const QStringList& running) {
+        if (running.isEmpty() || isCancelled())
+            readLists();
+        else
+            refuse(Answer::busy(running));
+    });
 }
 
 void OfflineImport::cancel() {
     OfflineTransfer::cancel();
     if (!m_current.isEmpty())
-        m_dependencies->cancel(m_asked.bottle, [](const Answer&) {});
+        m_dependencies->cancelNumber(m_asked.bottle, m_currentNumber);
 }
 
-void OfflineImport::install() {
-    m_waiting = OfflineCheck::inOrder(m_asked.components, m_dependencies->recipes());
-    connect(m_dependencies, &DependencyRequests::done, this,
-            [this](const QString& bottle, const QString& component, const Answer& result) {
-                if (bottle == m_asked.bottle && component == m_current)
-                    onInstalled(component, result);
-            });
-    next();
+void OfflineImport::refuse(const Answer& answer) {
+    finish();
+    Q_EMIT begun(answer);
+}
+
+void OfflineImport::readLists() {
+    Background::run(
+        this,
+        [paths = m_asked.archives, sources = m_dependencies->sources(), cancelled = cancelled()] {
+            return OfflineLists::read(paths, sources, *cancelled);
+        },
+        [this](const OfflineLists& lists) { onListsRead(lists); });
+}
+
+void OfflineImport::onListsRead(const OfflineLists& lists) {
+    const auto isAsked = [this](const QString& component) {
+        return m_asked.components.isEmpty() || m_asked.components.contains(component);
+    };
+    QMap<QString, QStringList> archives;
+    QStringList found;
+    for (auto it = lists.good.begin(); it != lists.good.end(); ++it) {
+        for (const QString& component : it->components.keys()) {
+            if (isAsked(component))
+                archives[it.key()] += component;
+        }
+        found += archives.value(it.key());
+    }
+    found.removeDuplicates();
+    const Reason faults = lists.faults();
+    const Reason absent =
+        faults.isEmpty() ? Reason(Reason::NoComponent, {m_asked.components.value(0)}) : faults;
+    if (found.isEmpty() || isCancelled()) {
+        refuse(Answer::failure(Answer::Fault::Failed, isCancelled() ? Reason(Reason::Cancelled) : absent));
+        return;
+    }
+    Q_EMIT begun(Answer::of());
+    for (const QString& component : qAsConst(found))
+        setRunning(component);
+    for (const QString& component : m_asked.components + lists.lost.keys()) {
+        if (isAsked(component) && !found.contains(component))
+            setFailed(component,
+                      lists.lost.value(component,
+                                       faults.isEmpty() ? Reason(Reason::NoComponent, {component}) : faults));
+    }
+    m_waiting = OfflineCheck::inOrder(found, m_dependencies->recipes());
+    unpack(archives);
+}
+
+void OfflineImport::unpack(const QMap<QString, QStringList>& archives) {
+    Taking taking{archives, m_asked.dataDir, m_asked.store, m_dependencies->sources(), {}};
+    const Recipes recipes = m_dependencies->recipes();
+    for (const QString& component : qAsConst(m_waiting)) {
+        for (const QString& each : OfflineCheck::needed(component, recipes) + QStringList{component}) {
+            if (const auto recipe = recipes.find(each))
+                taking.wanted += recipe->files();
+        }
+    }
+    Background::run(
+        this, [taking, cancelled = cancelled()] { return takeArchives(taking, *cancelled); },
+        [this](const Failures& failures) {
+            m_failures = failures;
+            next();
+        });
 }
 
 void OfflineImport::next() {
@@ -126,8 +180,12 @@ void OfflineImport::next() {
         }
         if (failure.isEmpty()) {
             m_current = component;
-            // The result comes with done().
-            m_dependencies->installFromStore(m_asked.bottle, component, [](const Answer&) {});
+            m_currentNumber = m_dependencies->installFromStore(
+                m_asked.bottle, component,
+                [self = QPointer<OfflineImport>(this), component](const Answer& result) {
+                    if (self)
+                        self->onInstalled(component, result);
+                });
             return;
         }
         m_failures.insert(component, failure);

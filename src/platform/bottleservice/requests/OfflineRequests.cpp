@@ -1,15 +1,21 @@
 #include "bottleservice/requests/OfflineRequests.h"
 
+#include <unistd.h>
+
 #include <QDebug>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/components/Downloads.h"
 #include "bottleservice/components/OfflineArchive.h"
 #include "bottleservice/components/OfflineCheck.h"
+#include "bottleservice/components/OfflineLists.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/DependencyRequests.h"
@@ -22,29 +28,13 @@ namespace {
 constexpr int MaximumArchives = 200;
 const char UnfinishedExport[] = "/unfinished-export";
 
-/// The lists of files that a client has named.
-struct Lists {
-    QMap<QString, OfflineList> good;  ///< by path
-    QMap<QString, Reason> bad;        ///< by path
-};
-
 bool isArchivePath(const QString& text) {
     return text.startsWith('/') && !text.contains(QChar(0));
 }
 
-Lists listsOf(const QStringList& archives, const Sources& sources) {
-    Lists lists;
-    for (const QString& path : archives) {
-        OfflineList list;
-        Reason failure = OfflineArchive::readList(path, &list);
-        if (failure.isEmpty())
-            failure = OfflineCheck::conflict(list, sources, QFileInfo(path).fileName());
-        if (failure.isEmpty())
-            lists.good.insert(path, list);
-        else
-            lists.bad.insert(path, failure);
-    }
-    return lists;
+Answer tooMany() {
+    return Answer::failure(Fault::InvalidArgs,
+                           Reason(Reason::TooManyFiles, {QString::number(MaximumArchives)}));
 }
 
 QJsonObject toJson(const OfflineCheck::Verdict& verdict, const QMap<QString, Reason>& bad) {
@@ -64,11 +54,10 @@ QJsonObject toJson(const OfflineCheck::Verdict& verdict, const QMap<QString, Rea
 Answer refusalOf(const QString& target) {
     if (!isArchivePath(target) || QDir::cleanPath(target) != target || !target.endsWith(".tar"))
         return Answer::failure(Fault::InvalidArgs, "The target is no absolute path of a .tar file.");
-    const QFileInfo directory(QFileInfo(target).path());
-    if (!directory.isDir() || !directory.isWritable())
-        return Answer::failure(Fault::Failed,
-                               Reason(Reason::CannotWrite, {target, "the directory cannot be written to"}));
-    return Answer::of();
+    if (::access(QFile::encodeName(QFileInfo(target).path() + '/').constData(), W_OK | X_OK) == 0)
+        return Answer::of();
+    return Answer::failure(Fault::Failed,
+                           Reason::ofWriting(target, false, QString::fromLocal8Bit(strerror(errno))));
 }
 
 }  // namespace
@@ -86,13 +75,12 @@ void OfflineRequests::recover() {
 }
 
 void OfflineRequests::exportDeps(const QStringList& components, const QString& target, const Reply& reply) {
-    const bool areNames = std::all_of(components.begin(), components.end(), &Sources::isPlainName);
-    if (components.isEmpty() || components.size() > OfflineList::MaximumComponents || !areNames) {
-        reply(Answer::failure(Fault::InvalidArgs, "No components, too many, or names that are none."));
-        return;
-    }
-    const Answer refusal =
+    Answer refusal =
         isExporting() ? Answer::failure(Fault::Failed, Reason::ExportRunning) : refusalOf(target);
+    if (components.isEmpty())
+        refusal = Answer::failure(Fault::InvalidArgs, "No components are named.");
+    else if (components.size() > OfflineList::MaximumComponents)
+        refusal = Answer::failure(Fault::InvalidArgs, Reason::ExportTooLarge);
     if (!refusal.isGood()) {
         reply(refusal);
         return;
@@ -109,58 +97,26 @@ void OfflineRequests::importDeps(const QString& bottle, const QStringList& archi
                                  const QStringList& components, const Reply& reply) {
     if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
-    if (archives.isEmpty() || archives.size() > MaximumArchives ||
-        !std::all_of(archives.begin(), archives.end(), &isArchivePath)) {
-        reply(Answer::failure(Fault::InvalidArgs, "No files, too many, or paths that are not absolute."));
+    if (archives.size() > MaximumArchives) {
+        reply(tooMany());
+        return;
+    }
+    if (archives.isEmpty() || !std::all_of(archives.begin(), archives.end(), &isArchivePath)) {
+        reply(Answer::failure(Fault::InvalidArgs, "No files are named, or paths that are not absolute."));
         return;
     }
     if (isImporting()) {
         reply(Answer::failure(Fault::Failed, Reason::ImportRunning));
         return;
     }
-    m_isPreparing = true;
-    m_import.reset();
-    m_engine->waitBeforeInstall(bottle, this, [=](const QStringList& running) {
-        m_isPreparing = running.isEmpty();
-        if (running.isEmpty())
-            readLists(bottle, archives, components, reply);
-        else
-            reply(Answer::busy(running));
+    const OfflineImport::Asked asked{bottle, archives, components, m_engine->dataDir(),
+                                     m_downloads->directory()};
+    m_import = std::make_unique<OfflineImport>(asked, m_engine, m_dependencies);
+    connect(m_import.get(), &OfflineImport::begun, this, [this, reply](const Answer& answer) {
+        reply(answer);
+        if (!answer.isGood())
+            m_import.release()->deleteLater();
     });
-}
-
-void OfflineRequests::readLists(const QString& bottle, const QStringList& archives,
-                                const QStringList& components, const Reply& reply) {
-    Background::run(
-        this, [archives, sources = m_dependencies->sources()] { return listsOf(archives, sources); },
-        [=](const Lists& lists) {
-            m_isPreparing = false;
-            OfflineImport::Asked asked{bottle, {}, {}, m_engine->dataDir(), m_downloads->directory()};
-            Reason failure;
-            for (const Reason& reason : lists.bad) {
-                qWarning().noquote() << "not imported:" << reason.text();
-                failure += reason;
-            }
-            for (auto it = lists.good.begin(); it != lists.good.end(); ++it) {
-                for (const QString& component : it->components.keys()) {
-                    if (components.isEmpty() || components.contains(component))
-                        asked.archives[it.key()] += component;
-                }
-                asked.components += asked.archives.value(it.key());
-            }
-            asked.components.removeDuplicates();
-            if (asked.components.isEmpty() && failure.isEmpty())
-                failure = Reason(Reason::NoComponent, {components.value(0)});
-            if (asked.components.isEmpty())
-                reply(Answer::failure(Fault::Failed, failure));
-            else
-                startImport(asked, reply);
-        });
-}
-
-void OfflineRequests::startImport(const OfflineImport::Asked& asked, const Reply& reply) {
-    m_import = std::make_unique<OfflineImport>(asked, m_dependencies);
-    reply(Answer::of());
     start(m_import.get(), "import");
 }
 
@@ -179,24 +135,24 @@ void OfflineRequests::check(const QStringList& namesAndArchives, const Reply& re
     for (const QString& each : namesAndArchives)
         (isArchivePath(each) ? archives : names) += each;
     if (names.size() > OfflineList::MaximumComponents || archives.size() > MaximumArchives) {
-        reply(Answer::failure(Fault::InvalidArgs, "Too many components or files."));
+        reply(archives.size() > MaximumArchives
+                  ? tooMany()
+                  : Answer::failure(Fault::InvalidArgs, "Too many components are named."));
         return;
     }
     Background::run(
         this,
         [names, archives, recipes = m_dependencies->recipes(), sources = m_dependencies->sources(),
          store = m_downloads->directory()] {
-            const Lists lists = listsOf(archives, sources);
+            const auto lists = OfflineLists::read(archives, sources, false);
             QStringList all = names;
-            QSet<QString> files;
+            QSet<QString> files = OfflineCheck::usableFiles(store, sources);
             for (const OfflineList& list : lists.good) {
                 all += list.components.keys();
                 for (const QString& file : list.files.keys())
                     files += file;
             }
             all.removeDuplicates();
-            for (const QString& file : QDir(store).entryList(QDir::Files))
-                files += file;
             return JsonText::compact(toJson(OfflineCheck::verdict(all, files, recipes), lists.bad));
         },
         [reply](const QString& result) { reply(Answer::of(result)); });
@@ -214,6 +170,11 @@ void OfflineRequests::cancelExport() {
 void OfflineRequests::cancelImport() {
     if (m_import && !m_import->isDone())
         m_import->cancel();
+}
+
+void OfflineRequests::cancelForDeletion(const QString& bottle) {
+    if (m_import && m_import->bottle() == bottle)
+        cancelImport();
 }
 
 void OfflineRequests::close() {

@@ -28,11 +28,11 @@ public:
     /// exist.
     void exportDeps(const QStringList& components, const QString& target, const Reply& reply);
     /// Answers when the lists of the files have been read and the import begins, or with Busy while programs
-    /// run in the bottle. Imports those of the components, all without any.
+    /// run in the bottle; until then there are no states. Imports those of the components, all without any.
     void importDeps(const QString& bottle, const QStringList& archives, const QStringList& components,
                     const Reply& reply);
     bool isExporting() const { return m_export && !m_export->isDone(); }
-    bool isImporting() const { return m_isPreparing || (m_import && !m_import->isDone()); }
+    bool isImporting() const { return m_import && !m_import->isDone(); }
     QJsonObject exportingStatus() const { return m_export ? m_export->states() : QJsonObject(); }
     QJsonObject importingStatus() const { return m_import ? m_import->states() : QJsonObject(); }
 
@@ -45,6 +45,8 @@ public:
     /// Nothing happens when none is running. The components that are not done fail.
     void cancelExport();
     void cancelImport();
+    /// The bottle is being deleted: cancels its import.
+    void cancelForDeletion(const QString& bottle);
     /// Cancels both.
     void close();
     bool isIdle() const { return !isExporting() && !isImporting(); }
@@ -54,9 +56,6 @@ Q_SIGNALS:
     void progress(const QString& type, const QJsonObject& info);
 
 private:
-    void readLists(const QString& bottle, const QStringList& archives, const QStringList& components,
-                   const Reply& reply);
-    void startImport(const OfflineImport::Asked& asked, const Reply& reply);
     void start(OfflineTransfer* transfer, const QString& type);
 
     BottleEngine* m_engine;
@@ -64,5 +63,4 @@ private:
     DependencyRequests* m_dependencies;
     std::unique_ptr<OfflineExport> m_export;
     std::unique_ptr<OfflineImport> m_import;
-    bool m_isPreparing = false;
 };

@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QJsonArray>
-#include <utility>
 
 void OfflineTransfer::set(const QString& component, const QJsonObject& state) {
     if (m_states.value(component) == state)
@@ -33,9 +32,4 @@ void OfflineTransfer::setResult(const QString& component, const Answer& result) 
 
 void OfflineTransfer::setFailed(const QString& component, const Reason& reason) {
     setResult(component, Answer::failure(Answer::Fault::Failed, reason));
-}
-
-void OfflineTransfer::finish() {
-    if (!std::exchange(m_done, true))
-        QMetaObject::invokeMethod(this, &OfflineTransfer::finished, Qt::QueuedConnection);
 }

@@ -21,16 +21,15 @@ public:
     ~OfflineTransfer() override { *m_cancelled = true; }
 
     virtual void start() = 0;
-    /// finished() follows.
+    /// What is not done fails.
     virtual void cancel() { *m_cancelled = true; }
 
+    /// Every component has succeeded or failed.
     bool isDone() const { return m_done; }
     QJsonObject states() const { return m_states; }
 
 Q_SIGNALS:
     void changed(const QString& component, const QJsonObject& state);
-    /// Exactly once, when every component has succeeded or failed.
-    void finished();
 
 protected:
     void setDownloading(const QString& component, const QString& progress);
@@ -39,8 +38,7 @@ protected:
     void setFailed(const QString& component, const Reason& reason);
     bool isCancelled() const { return *m_cancelled; }
     std::shared_ptr<std::atomic_bool> cancelled() const { return m_cancelled; }
-    /// Emits finished(), later.
-    void finish();
+    void finish() { m_done = true; }
 
 private:
     void set(const QString& component, const QJsonObject& state);

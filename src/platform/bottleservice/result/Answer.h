@@ -18,7 +18,7 @@ struct Answer {
     static Answer failure(Fault fault, const Reason& reason) { return {{}, fault, reason, {}}; }
     /// A refusal because these programs run in the bottle.
     static Answer busy(const QStringList& programs) {
-        return {{}, Fault::Busy, Reason(Reason::Busy, {programs.join(", ")}), programs};
+        return {{}, Fault::Busy, Reason(Reason::Busy, QStringList(programs.join(", ")) + programs), programs};
     }
 
     bool isGood() const { return fault == Fault::None; }
