@@ -2,6 +2,8 @@
 
 #include <QJsonArray>
 
+#include "backend/BusResult.h"
+
 namespace BottleRecord {
 
 QString path(const QJsonObject& record) {
@@ -30,9 +32,8 @@ bool hasPrograms(const QJsonObject& record) {
 }
 
 QStringList installedDependencies(const QJsonObject& record) {
-    QStringList names;
-    for (const QJsonValue& name : record.value("Installed_Dependencies").toArray())
-        names.append(name.toString());
+    QStringList names = BusResult::stringsOf(record.value("Installed_Dependencies").toArray());
+    names.removeAll(QString());
     return names;
 }
 

@@ -15,9 +15,9 @@ QString windows(const QJsonObject& record);  ///< Windows version code
 QString dxvk(const QJsonObject& record);     ///< empty: disabled
 QString vkd3d(const QJsonObject& record);    ///< empty: disabled
 QJsonObject parameters(const QJsonObject& record);
-QJsonObject programs(const QJsonObject& record);  ///< program id to program record
-bool hasPrograms(const QJsonObject& record);      ///< whether the key is there at all
-QStringList installedDependencies(const QJsonObject& record);
+QJsonObject programs(const QJsonObject& record);               ///< program id to program record
+bool hasPrograms(const QJsonObject& record);                   ///< whether the key is there at all
+QStringList installedDependencies(const QJsonObject& record);  ///< without empty names
 
 int customDpi(const QJsonObject& record);     ///< 96 to 480; 0 when absent
 QString renderer(const QJsonObject& record);  ///< "gl", "vulkan" or "gdi"

@@ -68,8 +68,12 @@ QJsonArray BusResult::array() const {
 }
 
 QStringList BusResult::strings() const {
+    return stringsOf(array());
+}
+
+QStringList BusResult::stringsOf(const QJsonArray& array) {
     QStringList result;
-    for (const QJsonValue& value : array())
+    for (const QJsonValue& value : array)
         result.append(value.toString());
     return result;
 }

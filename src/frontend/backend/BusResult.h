@@ -29,6 +29,7 @@ struct BusResult {
     QJsonObject object() const;
     QJsonArray array() const;
     QStringList strings() const;  ///< the array's elements, each as a string
+    static QStringList stringsOf(const QJsonArray& array);
 };
 
 namespace BusReply {
