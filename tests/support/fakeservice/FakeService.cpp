@@ -77,7 +77,10 @@ void FakeService::send(const QDBusMessage& message, const QJsonObject& answer) {
         ::_exit(1);
     if (answer.contains("error")) {
         const QString name = answer.value("errorName").toString("com.lumora.Error.Failed");
-        m_connection.send(message.createErrorReply(name, answer.value("error").toString()));
+        QDBusMessage refusal = message.createErrorReply(name, answer.value("error").toString());
+        if (answer.contains("reasons"))
+            refusal << QString::fromUtf8(QJsonDocument(answer.value("reasons").toArray()).toJson());
+        m_connection.send(refusal);
     } else if (answer.contains("number")) {
         m_connection.send(message.createReply(answer.value("number").toInt()));
     } else if (answer.contains("list")) {

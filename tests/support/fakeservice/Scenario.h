@@ -12,8 +12,8 @@
 /// argument. Several answers under one key are used one after the other and the last one stays.
 ///
 /// An answer is an object with one of "text" (string reply), "number", "list" (of strings), "empty": true
-/// (reply without arguments), "error" (message, with "errorName" if wanted), "vanish": true (the process ends
-/// without a reply); and, if wanted, "delay" (ms) or "hold": true (until released).
+/// (reply without arguments), "error" (message, with "errorName" and "reasons" if wanted), "vanish": true
+/// (the process ends without a reply); and, if wanted, "delay" (ms) or "hold": true (until released).
 class Scenario {
 public:
     void set(const QString& key, const QList<QJsonObject>& answers) { m_answers.insert(key, answers); }
