@@ -1,12 +1,12 @@
 #include "shell/configuration/offline/MissingComponentsDialog.h"
 
-#include <QDateTime>
 #include <QDebug>
 #include <QDesktopServices>
+#include <QFile>
 #include <QJsonArray>
-#include <QSaveFile>
 #include <QUrl>
 
+#include "shell/configuration/offline/FileTime.h"
 #include "widgets/WidgetImages.h"
 
 MissingComponentsDialog::MissingComponentsDialog(const QJsonObject& missing, QWidget* parent)
@@ -40,14 +40,23 @@ QString MissingComponentsDialog::logText(const QJsonObject& missing) {
 }
 
 void MissingComponentsDialog::showLog() {
-    const QString now = QDateTime::currentDateTime().toString("yyyy-MM-dd_HH-mm-ss");
-    // A new file takes the place of whatever lies there, and no link is followed.
-    QSaveFile file(QString("/tmp/%1-check-import.log").arg(now));
-    const QByteArray text = logText(m_missing).toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        qWarning().noquote() << "cannot write" << file.fileName() << file.errorString();
-        setMessage(tr("The log could not be written to %1.").arg(file.fileName()));
+    if (m_log.isEmpty() && !writeLog())
         return;
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(m_log)))
+        setMessage(tr("The log is in the file %1.").arg(m_log));
+}
+
+bool MissingComponentsDialog::writeLog() {
+    QFile file(QString("/tmp/%1-check-import.log").arg(nowInFileName()));
+    const QByteArray text = logText(m_missing).toUtf8();
+    const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
+    if (isOpen && file.write(text) == text.size() && file.flush()) {
+        m_log = file.fileName();
+        return true;
     }
-    QDesktopServices::openUrl(QUrl::fromLocalFile(file.fileName()));
+    qWarning().noquote() << "cannot write" << file.fileName() << file.errorString();
+    setMessage(tr("The log could not be written to %1.").arg(file.fileName()));
+    if (isOpen)
+        file.remove();
+    return false;
 }

@@ -16,6 +16,9 @@ public:
 
 private:
     void showLog();
+    /// Into a new file; says so when that fails.
+    bool writeLog();
 
     QJsonObject m_missing;
+    QString m_log;  ///< path, once it is written
 };
