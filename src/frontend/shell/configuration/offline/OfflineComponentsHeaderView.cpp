@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <utility>
 
 #include "fenk/style/Paint.h"
 #include "fenk/style/Tokens.h"
@@ -73,9 +74,15 @@ void OfflineComponentsHeaderView::toggle() {
         Q_EMIT headerCheckBoxClicked(m_state == Qt::Checked ? Qt::Unchecked : Qt::Checked);
 }
 
+void OfflineComponentsHeaderView::mousePressEvent(QMouseEvent* event) {
+    QHeaderView::mousePressEvent(event);
+    m_isBoxPressed = event->button() == Qt::LeftButton && logicalIndexAt(event->pos()) == 0;
+}
+
 void OfflineComponentsHeaderView::mouseReleaseEvent(QMouseEvent* event) {
     QHeaderView::mouseReleaseEvent(event);
-    if (event->button() == Qt::LeftButton && logicalIndexAt(event->pos()) == 0)
+    if (event->button() == Qt::LeftButton && std::exchange(m_isBoxPressed, false) &&
+        logicalIndexAt(event->pos()) == 0)
         toggle();
 }
 

@@ -20,6 +20,7 @@ Q_SIGNALS:
 
 protected:
     void paintSection(QPainter* painter, const QRect& rect, int logicalIndex) const override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -31,4 +32,5 @@ private:
 
     Qt::CheckState m_state = Qt::Unchecked;
     bool m_isCheckable = true;
+    bool m_isBoxPressed = false;
 };
