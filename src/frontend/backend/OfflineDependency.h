@@ -33,13 +33,15 @@ public:
         begin("importChosenDeps", {bottle, files, names}, context, handler);
     }
 
-    /// isExporting or isImporting; the answer's text is "true" or "false".
-    void isRunning(Transfer transfer, QObject* context, const Handler& handler) {
-        watch(transfer == Transfer::Export ? "isExporting" : "isImporting", {}, context, handler);
+    /// The answer's text is "true" or "false".
+    void isExporting(QObject* context, const Handler& handler) { watch("isExporting", {}, context, handler); }
+    void isImporting(QObject* context, const Handler& handler) { watch("isImporting", {}, context, handler); }
+    /// The answer is an object, component name to state; empty while the work is being prepared.
+    void exportingStatus(QObject* context, const Handler& handler) {
+        watch("exportingStatus", {}, context, handler);
     }
-    /// exportingStatus or importingStatus: an object, component name to state.
-    void status(Transfer transfer, QObject* context, const Handler& handler) {
-        watch(transfer == Transfer::Export ? "exportingStatus" : "importingStatus", {}, context, handler);
+    void importingStatus(QObject* context, const Handler& handler) {
+        watch("importingStatus", {}, context, handler);
     }
     /// Cancels what is running; its states tell the end.
     void cancel(Transfer transfer) {

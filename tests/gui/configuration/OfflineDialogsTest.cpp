@@ -143,6 +143,7 @@ private Q_SLOTS:
         choose({directory});
         QTRY_COMPARE(note(), QString("the stick is full"));
         m_service->setText("exportDeps", "");
+        QVERIFY(mainButton()->isEnabled());
         mainButton()->click();
         choose({directory});
         const auto call = m_service->waitForCall("exportDeps", 2);
@@ -175,50 +176,139 @@ private Q_SLOTS:
         m_dialog->findChild<ListPlaceholder*>()->button()->click();
         QTRY_COMPARE(m_dialog->findChild<ListPlaceholder*>()->accessibleName(),
                      QString("No installed components to export"));
-        QVERIFY(!mainButton()->isVisible());
+        QVERIFY(mainButton()->isVisible() && !mainButton()->isEnabled());
     }
 
     /// Closing stops nothing: the next dialog shows how far the work is, and a lost service is an end, too.
     void reattaching_data() {
-        const Table<bool> row("isLost");
-        row("to its end", false);
-        row("service lost", true);
+        const Table<bool, bool> row("isExport", "isLost");
+        row("import to its end", false, false);
+        row("import, service lost", false, true);
+        row("export to its end", true, false);
+        row("export, service lost", true, true);
     }
     void reattaching() {
+        QFETCH(bool, isExport);
         QFETCH(bool, isLost);
-        m_service->setText("isImporting", "true");
-        m_service->setText("importingStatus", R"({"a":{"status":"ok"},"b":{"status":"running"}})");
-        open<OfflineComponentsImportDialog>();
-        QTRY_COMPARE(rows(), QStringList({"Imported", "Importing"}));
+        const QString type = isExport ? "export" : "import", done = isExport ? "Exported" : "Imported";
+        const QStringList started{done, isExport ? "Exporting" : "Importing"};
+        m_service->setText(isExport ? "isExporting" : "isImporting", "true");
+        // At first it is being prepared.
+        m_service->setAnswers(
+            type + "ingStatus",
+            {{{"text", "{}"}}, {{"text", R"({"a":{"status":"ok"},"b":{"status":"running"}})"}}});
+        isExport ? open<OfflineComponentsExportDialog>() : open<OfflineComponentsImportDialog>();
+        QTRY_COMPARE(rows(), started);
         QVERIFY(!mainButton()->isEnabled());
         click(0);
         QTest::keyClick(head(), Qt::Key_Space);
-        QCOMPARE(rows(), QStringList({"Imported", "Importing"}));
+        QCOMPARE(rows(), started);
         m_dialog->button(2)->click();
-        m_service->waitForCall("cancelImport");
+        m_service->waitForCall(isExport ? "cancelExport" : "cancelImport");
         if (isLost)
             m_service->kill();
         else
-            tell("import", {{"name", "b"}, {"status", "ok"}});
-        QTRY_COMPARE(mainButton()->text(), QString("OK"));
-        QCOMPARE(rows(), QStringList({"Imported", isLost ? "Failed" : "Imported"}));
+            tell(type, {{"name", "b"}, {"status", "ok"}});
+        QTRY_COMPARE(mainButton()->text(), QString(isExport ? "Ok" : "OK"));
+        QCOMPARE(rows(), QStringList({done, isLost ? "Failed" : done}));
         QCOMPARE(note().isEmpty(), !isLost);
+        QVERIFY(isExport || !m_dialog->findChild<QPushButton*>("offline_import_more")->isVisible());
+    }
+
+    /// Nothing is started, or ticked, behind the user's back.
+    void neededInTime() {
+        setInstalled(Names);
+        m_service->setHeld("getDependencies:needy", R"(["dotnet20"])");
+        open<OfflineComponentsExportDialog>();
+        QTRY_COMPARE(model()->rowCount(), 3);
+        click(1);
+        m_service->waitForCall("getDependencies");
+        QVERIFY(!mainButton()->isEnabled());
+        m_service->release();
+        QTRY_VERIFY(mainButton()->isEnabled());
+        QCOMPARE(rows(), QStringList({"xComponent is needed by needy", "x", ""}));
+        model()->setChoosing(false);
+        model()->setNeeded("needy", {"vbrun6"});
+        QCOMPARE(rows()[2], QString());
+    }
+
+    /// A dialog that was closed too early comes back with the refusal, and goes when there is none.
+    void closedBeforeTheAnswer_data() {
+        const Table<QJsonObject, bool> row("answer", "isBack");
+        row("begun", {{"text", ""}}, false);
+        row("refused", {{"error", "No."}}, true);
+    }
+    void closedBeforeTheAnswer() {
+        QFETCH(QJsonObject, answer);
+        QFETCH(bool, isBack);
+        openImport({{"valid", QJsonArray{"a"}}});
+        QTRY_COMPARE(rows(), QStringList("x"));
+        answer.insert("hold", true);
+        m_service->setAnswers("importDeps", {answer});
+        QTRY_VERIFY(mainButton()->isEnabled());
+        mainButton()->click();
+        m_service->waitForCall("importDeps");
+        m_dialog->button(0)->click();
+        QVERIFY(m_dialog && !m_dialog->isVisible());
+        m_service->release();
+        QTRY_COMPARE(m_dialog && m_dialog->isVisible(), isBack);
+        QTRY_COMPARE(m_dialog.isNull(), !isBack);
+        if (isBack)
+            QCOMPARE(note(), QString("No."));
+    }
+
+    /// The files are kept; what went from them meanwhile fails; an import of another window is shown.
+    void changedMeanwhile() {
+        m_service->setAnswers("checkDeps",
+                              {{{"error", "Not now."}}, {{"text", R"({"valid":["a","b"],"missing":{}})"}}});
+        open<OfflineComponentsImportDialog>();
+        QTRY_VERIFY(m_dialog->findChild<QPushButton*>("offline_import_choose"));
+        m_dialog->findChild<QPushButton*>("offline_import_choose")->click();
+        choose({"/a.tar", "/b.tar"});
+        QTRY_VERIFY(m_dialog->findChild<ListPlaceholder*>());
+        QTRY_COMPARE(m_dialog->findChild<ListPlaceholder*>()->accessibleName(), QString("Not now."));
+        m_dialog->findChild<ListPlaceholder*>()->button()->click();
+        QTRY_COMPARE(rows(), QStringList({"x", "x"}));
+        QCOMPARE(m_service->waitForCall("checkDeps", 2).arguments,
+                 QJsonArray{(QJsonArray{"/a.tar", "/b.tar"})});
+        m_service->setAnswers(
+            "importDeps",
+            {{{"error", "Already."}, {"reasons", QJsonArray{QJsonObject{{"code", "import-running"}}}}},
+             {{"text", ""}}});
+        QTRY_VERIFY(mainButton()->isEnabled());
+        m_service->setText("isImporting", "true");
+        m_service->setText("importingStatus", R"({"other":{"status":"running"}})");
+        mainButton()->click();
+        QTRY_COMPARE(rows(), QStringList("Importing"));
+        delete m_dialog;
+        m_service->setText("isImporting", "false");
+        m_service->setText("importingStatus", R"({"a":{"status":"ok"}})");
+        openImport({{"valid", QJsonArray{"a", "b"}}});
+        QTRY_VERIFY(model()->rowCount() == 2 && mainButton()->isEnabled());
+        mainButton()->click();
+        QTRY_COMPARE(rows(), QStringList({"xImported", "xFailed"}));
+        QCOMPARE(note(), QString("b is not there any more."));
     }
 
     void importing_data() {
-        const Table<bool, QString, QJsonArray> row("unticksOne", "method", "arguments");
+        const Table<bool, QJsonObject, QString, QJsonArray> row("unticksOne", "missing", "method",
+                                                                "arguments");
         const QJsonArray files{"/a.tar", "/b.tar"};
-        row("all", false, "importDeps", {"office", files});
-        row("all but one", true, "importChosenDeps", {"office", files, QJsonArray{"a"}});
+        row("all", false, {}, "importDeps", {"office", files});
+        row("all but one", true, {}, "importChosenDeps", {"office", files, QJsonArray{"a"}});
+        row("others have no row", false, {{"c", QJsonArray{"d"}}}, "importChosenDeps",
+            {"office", files, QJsonArray{"a", "b"}});
     }
     void importing() {
         QFETCH(bool, unticksOne);
+        QFETCH(QJsonObject, missing);
         QFETCH(QString, method);
         QFETCH(QJsonArray, arguments);
-        openImport({{"valid", QJsonArray{"a", "b"}}, {"missing", QJsonObject()}});
+        openImport({{"valid", QJsonArray{"a", "b"}}, {"missing", missing}});
         QTRY_COMPARE(rows(), QStringList({"x", "x"}));
         QCOMPARE(m_service->waitForCall("checkDeps").arguments, QJsonArray{arguments[1]});
         QCOMPARE(head()->checkState(), Qt::Checked);
+        delete m_dialog->findChild<MissingComponentsDialog*>();
         m_dialog->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_dialog));
         QCOMPARE(TestSupport::outOfReach(m_dialog), QString());
@@ -226,15 +316,26 @@ private Q_SLOTS:
             click(1);
         // Programs of the bottle are only closed when the user says so.
         m_service->setAnswers(
-            method, {{{"error", "Programs run."}, {"errorName", "com.lumora.Error.Busy"}}, {{"text", ""}}});
+            method, {{{"error", "Programs run."},
+                      {"errorName", "com.lumora.Error.Busy"},
+                      {"reasons", QJsonArray{QJsonObject{
+                                      {"code", "busy"}, {"arguments", QJsonArray{"A, B, C", "A, B", "C"}}}}}},
+                     {{"text", ""}}});
+        m_service->setHeld("killWineServer", "");
         mainButton()->click();
         QCOMPARE(m_service->waitForCall(method).arguments, arguments);
         QTRY_VERIFY(m_dialog->findChild<RunningProgramsQuestion*>());
-        QCOMPARE(note(), QString("Programs run."));
+        QCOMPARE(note(), QString("Programs run in the bottle: A, B, C."));
+        QStringList programs;
+        for (const QLabel* label : m_dialog->findChild<RunningProgramsQuestion*>()->findChildren<QLabel*>())
+            programs += label->text();
+        QVERIFY(programs.contains("A, B") && programs.contains("C"));
         m_dialog->findChild<RunningProgramsQuestion*>()->button(1)->click();
+        m_service->waitForCall("killWineServer");
+        QVERIFY(!mainButton()->isEnabled());
+        m_service->release();
         QCOMPARE(m_service->waitForCall(method, 2).arguments, arguments);
         QCOMPARE(m_service->calls("killWineServer").size(), 1);
-        QVERIFY(!m_dialog->findChild<MissingComponentsDialog*>());
         tell("import", {{"name", "a"}, {"status", "ok"}});
         tell("import", {{"name", "b"}, {"status", "ok"}});
         QTRY_COMPARE(mainButton()->text(), QString("OK"));

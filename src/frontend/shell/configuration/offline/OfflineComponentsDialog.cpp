@@ -2,8 +2,11 @@
 
 #include <QAbstractButton>
 #include <QHBoxLayout>
+#include <QPushButton>
 #include <QStackedWidget>
+#include <QTimer>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "backend/ServiceLoss.h"
 #include "fenk/controls/Label.h"
@@ -20,7 +23,14 @@ using namespace Fenk;
 namespace {
 
 constexpr int ShownRows = 6;
+constexpr int AskAgainMs = 1000;
 constexpr int MaximumReasons = 2;  // the others are in the tool tips of their rows
+
+/// Refused since another window, or another bottle's, has begun the same.
+bool isRunningAlready(const BusResult& refusal) {
+    const QString code = refusal.reasons.at(0).toObject().value("code").toString();
+    return code == "import-running" || code == "export-running";
+}
 
 }  // namespace
 
@@ -65,10 +75,8 @@ OfflineComponentsDialog::OfflineComponentsDialog(Transfer transfer, const Words&
             reject();
     });
     connect(m_model, &OfflineComponentsModel::ticked, this, &OfflineComponentsDialog::onTicked);
-    connect(m_model, &OfflineComponentsModel::checkedCountChanged, this, [this](int count) {
-        if (m_phase == Phase::Choosing)
-            button(m_main)->setEnabled(count > 0);
-    });
+    connect(m_model, &OfflineComponentsModel::checkedCountChanged, this,
+            &OfflineComponentsDialog::updateMainButton);
     connect(OfflineDependency::instance(), &OfflineDependency::progressNotified, this,
             &OfflineComponentsDialog::onProgress);
     whenServiceIsLost(this, [this] { onServiceLost(); });
@@ -86,8 +94,10 @@ QWidget* OfflineComponentsDialog::makeTable() {
     return table;
 }
 
-void OfflineComponentsDialog::addToTableTitle(QWidget* widget) {
-    m_titleRow->addWidget(widget);
+void OfflineComponentsDialog::setTitleButton(QPushButton* button) {
+    m_titleButton = button;
+    m_titleRow->addWidget(button);
+    button->setVisible(m_phase == Phase::Choosing);
 }
 
 void OfflineComponentsDialog::setPhase(Phase phase) {
@@ -100,7 +110,9 @@ void OfflineComponentsDialog::setPhase(Phase phase) {
     button(m_main)->setVisible(phase != Phase::Running);
     button(m_stop)->setVisible(phase == Phase::Running);
     button(m_stop)->setEnabled(true);
-    button(m_main)->setEnabled(isDone || (phase == Phase::Choosing && !m_model->checkedNames().isEmpty()));
+    updateMainButton();
+    if (m_titleButton)
+        m_titleButton->setVisible(phase == Phase::Choosing);
     // Closing does not stop what the service does.
     button(m_close)->setText(phase == Phase::Running ? tr("Close") : tr("Cancel"));
     button(m_close)->setAccessibleName(button(m_close)->text());
@@ -109,26 +121,48 @@ void OfflineComponentsDialog::setPhase(Phase phase) {
         button(m_main)->setFocus();
 }
 
+/// Not before it is known what the ticked components need.
+void OfflineComponentsDialog::updateMainButton() {
+    const bool isChosen =
+        m_phase == Phase::Choosing && m_questions == 0 && !m_model->checkedNames().isEmpty();
+    button(m_main)->setEnabled(m_phase == Phase::Done || isChosen);
+}
+
 void OfflineComponentsDialog::attach() {
     showWaiting();
-    auto* service = OfflineDependency::instance();
-    service->isRunning(m_transfer, this, [this, service](const BusResult& result) {
+    const auto onAnswered = [this](const BusResult& result) {
         if (!result.ok)
-            showFailure(result);
+            showFailure(result, [this] { attach(); });
         else if (result.text != "true")
             offer();
         else
-            service->status(m_transfer, this, [this](const BusResult& states) { reattach(states.object()); });
-    });
+            askStates([this](const BusResult& states) { reattach(states.object()); });
+    };
+    if (m_transfer == Transfer::Export)
+        OfflineDependency::instance()->isExporting(this, onAnswered);
+    else
+        OfflineDependency::instance()->isImporting(this, onAnswered);
+}
+
+void OfflineComponentsDialog::askStates(const ServiceCalls::Handler& handler) {
+    if (m_transfer == Transfer::Export)
+        OfflineDependency::instance()->exportingStatus(this, handler);
+    else
+        OfflineDependency::instance()->importingStatus(this, handler);
 }
 
 void OfflineComponentsDialog::reattach(const QJsonObject& states) {
     if (states.isEmpty()) {
-        offer();
+        // It is being prepared, and may still be refused.
+        QTimer::singleShot(AskAgainMs, this, &OfflineComponentsDialog::attach);
         return;
     }
     showComponents(states.keys(), false);
     setPhase(Phase::Running);
+    showStates(states);
+}
+
+void OfflineComponentsDialog::showStates(const QJsonObject& states) {
     for (auto it = states.begin(); it != states.end(); ++it)
         m_model->setState(it.key(), OfflineComponentState::of(m_transfer, it.value().toObject()));
     endIfDone();
@@ -141,19 +175,18 @@ void OfflineComponentsDialog::showWaiting() {
     m_spinner->startDelayed();
 }
 
-void OfflineComponentsDialog::showPage(QWidget* page, Leads leads) {
+void OfflineComponentsDialog::showPage(QWidget* page) {
     delete std::exchange(m_page, page);
     m_pages->addWidget(page);
     m_pages->setCurrentWidget(page);
     m_spinner->stop();
-    button(m_main)->setVisible(leads == Leads::ToChoice);
 }
 
-void OfflineComponentsDialog::showFailure(const BusResult& result) {
+void OfflineComponentsDialog::showFailure(const BusResult& result, const std::function<void()>& retry) {
     auto* page = new ListPlaceholder(Theme::icon("fenk-error"), result.errorText(), tr("Retry"));
     // Later, since the page of the button is deleted.
-    connect(page, &ListPlaceholder::pressed, this, &OfflineComponentsDialog::attach, Qt::QueuedConnection);
-    showPage(page, Leads::Nowhere);
+    connect(page, &ListPlaceholder::pressed, this, retry, Qt::QueuedConnection);
+    showPage(page);
 }
 
 void OfflineComponentsDialog::showComponents(const QStringList& names, bool areChecked) {
@@ -186,24 +219,69 @@ void OfflineComponentsDialog::stop() {
 }
 
 void OfflineComponentsDialog::onTicked(const QString& name) {
-    OfflineDependency::instance()->getDependencies(
-        name, this, [this, name](const BusResult& result) { m_model->setNeeded(name, result.strings()); });
+    ++m_questions;
+    updateMainButton();
+    OfflineDependency::instance()->getDependencies(name, this, [this, name](const BusResult& result) {
+        --m_questions;
+        m_model->setNeeded(name, result.strings());
+        updateMainButton();
+    });
 }
 
-void OfflineComponentsDialog::begun() {
+void OfflineComponentsDialog::waitForStart() {
+    setNote({}, false);
+    setPhase(Phase::Waiting);
+}
+
+void OfflineComponentsDialog::begun(const QStringList& names) {
+    m_asked = names;
+    m_isUnanswered = true;
     setNote({}, false);
     setPhase(Phase::Running);
-    for (const QString& name : m_model->checkedNames())
+    for (const QString& name : names)
         m_model->setState(name, OfflineComponentState::started(m_transfer));
     button(m_close)->setFocus();
 }
 
+void OfflineComponentsDialog::reject() {
+    m_closesAfterwards = m_isUnanswered;
+    if (m_isUnanswered)
+        hide();
+    else
+        Dialog::reject();
+}
+
 void OfflineComponentsDialog::onAnswer(const BusResult& result) {
-    if (result.ok || m_phase != Phase::Running)
+    m_isUnanswered = false;
+    if (std::exchange(m_closesAfterwards, false)) {
+        if (result.ok) {
+            Dialog::reject();
+            return;
+        }
+        show();
+    }
+    if (m_phase != Phase::Running)
         return;
-    setPhase(Phase::Choosing);
-    m_list->setFocus();
-    setNote(result.errorText(), true);
+    if (result.ok) {
+        askStates([this](const BusResult& states) { failUnknown(states.object()); });
+    } else if (isRunningAlready(result)) {
+        attach();
+    } else {
+        setPhase(Phase::Choosing);
+        m_list->setFocus();
+        setNote(result.errorText(), true);
+    }
+}
+
+/// What a file had when it was checked may have gone from it before the work began.
+void OfflineComponentsDialog::failUnknown(const QJsonObject& states) {
+    if (m_phase != Phase::Running || states.isEmpty())
+        return;
+    for (const QString& name : qAsConst(m_asked)) {
+        if (!states.contains(name))
+            m_model->setState(name, OfflineComponentState::failed(tr("%1 is not there any more.").arg(name)));
+    }
+    showStates(states);
 }
 
 void OfflineComponentsDialog::onProgress(const QString& type, const QJsonObject& info) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "backend/BusResult.h"
 #include "backend/OfflineDependency.h"
 #include "fenk/window/Dialog.h"
@@ -7,6 +9,7 @@
 class OfflineComponentsListView;
 class OfflineComponentsModel;
 class QHBoxLayout;
+class QPushButton;
 class QStackedWidget;
 
 namespace Fenk {
@@ -40,34 +43,40 @@ protected:
     virtual void onDone() {}
 
     const QString& bottle() const { return m_bottle; }
-    bool isChoosing() const { return m_phase == Phase::Choosing; }
 
     void showWaiting();
-    /// Replaces the table by a page, which the dialog takes over. Without the main button if the page does
-    /// not lead to a choice.
-    enum class Leads { ToChoice, Nowhere };
-    void showPage(QWidget* page, Leads leads);
+    /// Replaces the table by a page, which the dialog takes over.
+    void showPage(QWidget* page);
     /// What happened in a sentence, with a button to try again.
-    void showFailure(const BusResult& result);
+    void showFailure(const BusResult& result, const std::function<void()>& retry);
     void showComponents(const QStringList& names, bool areChecked);
     /// A sentence below the table; hidden when empty.
     void setNote(const QString& text, bool isFailure);
-    /// Beside the title of the table.
-    void addToTableTitle(QWidget* widget);
+    /// Beside the title of the table, while the user chooses.
+    void setTitleButton(QPushButton* button);
 
-    /// The request to start was sent, and was answered.
-    void begun();
+    /// The request to start has to wait for something else; nothing can be chosen meanwhile.
+    void waitForStart();
+    /// The request to start these was sent, and was answered.
+    void begun(const QStringList& names);
     void onAnswer(const BusResult& result);
 
+    /// Before the request to start is answered, hides the dialog; it comes back to tell a refusal.
+    void reject() override;
+
 private:
-    enum class Phase { Loading, Choosing, Running, Done };
+    enum class Phase { Loading, Choosing, Waiting, Running, Done };
 
     QWidget* makeTable();
     void setPhase(Phase phase);
+    void updateMainButton();
+    void askStates(const ServiceCalls::Handler& handler);
     void onMainClicked();
     void stop();
     void onTicked(const QString& name);
     void reattach(const QJsonObject& states);
+    void failUnknown(const QJsonObject& states);
+    void showStates(const QJsonObject& states);
     void onProgress(const QString& type, const QJsonObject& info);
     void onServiceLost();
     void endIfDone();
@@ -83,9 +92,14 @@ private:
     QHBoxLayout* m_titleRow;
     QWidget* m_table;
     QWidget* m_page = nullptr;  ///< of showPage()
+    QPushButton* m_titleButton = nullptr;
     Fenk::Spinner* m_spinner;
     Fenk::Label* m_note;
-    int m_close = 0;  ///< indexes of the buttons
+    QStringList m_asked;              ///< for which the work was requested
+    int m_questions = 0;              ///< about needed components that are not answered
+    bool m_isUnanswered = false;      ///< the request to start
+    bool m_closesAfterwards = false;  ///< as soon as that is answered well
+    int m_close = 0;                  ///< indexes of the buttons
     int m_main = 0;
     int m_stop = 0;
 };

@@ -1,6 +1,5 @@
 #include "shell/configuration/offline/OfflineComponentsExportDialog.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
 
@@ -8,6 +7,7 @@
 #include "backend/BottlesConfig.h"
 #include "fenk/style/Theme.h"
 #include "programs/ListPlaceholder.h"
+#include "shell/configuration/offline/FileTime.h"
 #include "widgets/FileChoice.h"
 
 OfflineComponentsExportDialog::OfflineComponentsExportDialog(const QString& bottle, QWidget* parent)
@@ -27,11 +27,10 @@ void OfflineComponentsExportDialog::offer() {
     BottlesConfig::instance()->watchBottle(bottle(), this, [this](const BusResult& result) {
         const QStringList names = BottleRecord::installedDependencies(result.object());
         if (!result.ok)
-            showFailure(result);
+            showFailure(result, [this] { attach(); });
         else if (names.isEmpty())
             showPage(
-                new ListPlaceholder(Fenk::Theme::icon("fenk-info"), tr("No installed components to export")),
-                Leads::Nowhere);
+                new ListPlaceholder(Fenk::Theme::icon("fenk-info"), tr("No installed components to export")));
         else
             showComponents(names, false);
     });
@@ -49,9 +48,9 @@ void OfflineComponentsExportDialog::start(const QStringList& names) {
 }
 
 void OfflineComponentsExportDialog::exportTo(const QString& directory, const QStringList& names) {
-    const QString now = QDateTime::currentDateTime().toString("yyyy-MM-dd_HH-mm-ss");
-    m_target = QDir(directory).absoluteFilePath(QString("Exported_Components_%1").arg(now) + ".tar");
-    begun();
+    m_target =
+        QDir(directory).absoluteFilePath(QString("Exported_Components_%1").arg(nowInFileName()) + ".tar");
+    begun(names);
     OfflineDependency::instance()->exportDeps(names, m_target, this,
                                               [this](const BusResult& result) { onAnswer(result); });
 }

@@ -16,13 +16,6 @@
 
 namespace {
 
-QStringList textsOf(const QJsonArray& values) {
-    QStringList texts;
-    for (const QJsonValue& value : values)
-        texts += value.toString();
-    return texts;
-}
-
 /// Why files can't be used, a sentence each.
 QString faultsOf(const QJsonObject& answer) {
     QStringList sentences;
@@ -32,25 +25,23 @@ QString faultsOf(const QJsonObject& answer) {
     return sentences.join('\n');
 }
 
-/// The names of the programs for which the service has refused, as its reason has them.
+/// The names of the programs for which the service has refused; its reason has them behind a text of all.
 QStringList programsIn(const BusResult& refusal) {
-    const QJsonArray arguments = refusal.reasons.at(0).toObject().value("arguments").toArray();
-    return arguments.at(0).toString().split(", ", Qt::SkipEmptyParts);
+    return BusResult::stringsOf(refusal.reasons.at(0).toObject().value("arguments").toArray()).mid(1);
 }
 
 }  // namespace
 
 OfflineComponentsImportDialog::OfflineComponentsImportDialog(const QString& bottle, QWidget* parent)
     : OfflineComponentsDialog(Transfer::Import, {tr("Import Components"), tr("Import"), tr("OK")}, bottle,
-                              parent),
-      m_more(new QPushButton(tr("Select Manually"))) {
+                              parent) {
     setObjectName("offline_import_dialog");
-    m_more->setObjectName("offline_import_more");
-    m_more->setAccessibleName(m_more->text());
-    m_more->setAutoDefault(false);
-    connect(m_more, &QPushButton::clicked, this, &OfflineComponentsImportDialog::chooseFiles);
-    addToTableTitle(m_more);
-    m_more->hide();
+    auto* more = new QPushButton(tr("Select Manually"));
+    more->setObjectName("offline_import_more");
+    more->setAccessibleName(more->text());
+    more->setAutoDefault(false);
+    connect(more, &QPushButton::clicked, this, &OfflineComponentsImportDialog::chooseFiles);
+    setTitleButton(more);
     attach();
 }
 
@@ -72,7 +63,7 @@ void OfflineComponentsImportDialog::showTip(const QString& detail) {
     tip->setDetail(detail);
     connect(tip, &ListPlaceholder::pressed, this, &OfflineComponentsImportDialog::chooseFiles);
     setButtonKind(tip->button(), Fenk::ButtonKind::Suggested);
-    showPage(tip, Leads::ToChoice);
+    showPage(tip);
     tip->button()->setFocus();
 }
 
@@ -89,25 +80,39 @@ void OfflineComponentsImportDialog::chooseFiles() {
 void OfflineComponentsImportDialog::onFilesChosen(const QStringList& files) {
     m_files += files;
     m_files.removeDuplicates();
+    check();
+}
+
+void OfflineComponentsImportDialog::check() {
     showWaiting();
     OfflineDependency::instance()->checkDeps(m_files, this,
                                              [this](const BusResult& result) { onChecked(result); });
 }
 
 void OfflineComponentsImportDialog::onChecked(const BusResult& result) {
-    const QJsonObject answer = result.object();
-    const QJsonObject missing = answer.value("missing").toObject();
-    const QString faults = result.ok ? faultsOf(answer) : result.errorText();
-    m_valid = textsOf(answer.value("valid").toArray());
-    m_more->setVisible(!m_valid.isEmpty());
-    if (m_valid.isEmpty()) {
+    if (result.errorName == QLatin1String("com.lumora.Error.InvalidArgs")) {
         m_files.clear();
-        showTip(faults);
+        showTip(result.errorText());
+    } else if (!result.ok) {
+        showFailure(result, [this] { check(); });
+    } else {
+        showAnswer(result.object());
+    }
+}
+
+void OfflineComponentsImportDialog::showAnswer(const QJsonObject& answer) {
+    m_valid = BusResult::stringsOf(answer.value("valid").toArray());
+    const QJsonObject missing = answer.value("missing").toObject();
+    m_isPartial = !missing.isEmpty();
+    for (const QJsonValue& fault : answer.value("faults").toArray())
+        m_files.removeAll(fault.toObject().value("file").toString());
+    if (m_valid.isEmpty()) {
+        showTip(faultsOf(answer));
     } else {
         showComponents(m_valid, true);
-        setNote(faults, true);
+        setNote(faultsOf(answer), true);
     }
-    if (missing.isEmpty())
+    if (!m_isPartial)
         return;
     auto* warning = new MissingComponentsDialog(missing, this);
     warning->setAttribute(Qt::WA_DeleteOnClose);
@@ -116,20 +121,17 @@ void OfflineComponentsImportDialog::onChecked(const BusResult& result) {
 
 void OfflineComponentsImportDialog::start(const QStringList& names) {
     auto* service = OfflineDependency::instance();
-    const auto answered = [this, names](const BusResult& result) { onStarted(names, result); };
-    m_more->hide();
-    begun();
-    if (names.size() == m_valid.size())
+    const auto answered = [this, names](const BusResult& result) {
+        onAnswer(result);
+        if (result.isBusy())
+            askAboutPrograms(programsIn(result), names);
+    };
+    begun(names);
+    // Without names the service also installs what was missing and has no row.
+    if (names.size() == m_valid.size() && !m_isPartial)
         service->importDeps(bottle(), m_files, this, answered);
     else
         service->importChosenDeps(bottle(), m_files, names, this, answered);
-}
-
-void OfflineComponentsImportDialog::onStarted(const QStringList& names, const BusResult& result) {
-    m_more->setVisible(!result.ok);
-    onAnswer(result);
-    if (result.isBusy())
-        askAboutPrograms(programsIn(result), names);
 }
 
 void OfflineComponentsImportDialog::askAboutPrograms(const QStringList& programs, const QStringList& names) {
@@ -138,8 +140,10 @@ void OfflineComponentsImportDialog::askAboutPrograms(const QStringList& programs
         tr("Components can only be installed while nothing runs in the container. These programs have to be "
            "closed first: what has not been saved in them will be lost."));
     connect(question, &RunningProgramsQuestion::answered, this, [this, names](bool close) {
-        if (close)
-            BottleTasks::killWineServer(bottle(), this, [this, names] { start(names); });
+        if (!close)
+            return;
+        waitForStart();
+        BottleTasks::killWineServer(bottle(), this, [this, names] { start(names); });
     });
     question->open();
 }

@@ -4,8 +4,6 @@
 
 #include "shell/configuration/offline/OfflineComponentsDialog.h"
 
-class QPushButton;
-
 /// Installs components into a bottle from exported files that the user chooses.
 class OfflineComponentsImportDialog : public OfflineComponentsDialog {
     Q_OBJECT
@@ -22,12 +20,13 @@ protected:
 private:
     void chooseFiles();
     void onFilesChosen(const QStringList& files);
+    void check();
     void onChecked(const BusResult& result);
+    void showAnswer(const QJsonObject& answer);
     void showTip(const QString& detail);
-    void onStarted(const QStringList& names, const BusResult& result);
     void askAboutPrograms(const QStringList& programs, const QStringList& names);
 
     QStringList m_files;
     QStringList m_valid;
-    QPushButton* m_more;  ///< "Select Manually" once more
+    bool m_isPartial = false;  ///< some components in the files are missing others
 };

@@ -21,7 +21,7 @@ void OfflineComponentsModel::setComponents(const QStringList& names, bool areChe
 void OfflineComponentsModel::setNeeded(const QString& name, const QStringList& needed) {
     m_needed.insert(name, needed);
     const int row = rowOf(name);
-    if (row < 0 || !m_rows[row].checked)
+    if (row < 0 || !m_rows[row].checked || !m_isChoosing)
         return;
     QStringList added;
     for (const QString& other : needed) {

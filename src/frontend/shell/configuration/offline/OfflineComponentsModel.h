@@ -20,7 +20,8 @@ public:
 
     /// Replaces the rows; without doubles. Ticked ones emit ticked().
     void setComponents(const QStringList& names, bool areChecked);
-    /// What a component needs, also indirectly; ticks it if the component is ticked.
+    /// What a component needs, also indirectly; ticks it if the component is ticked, and while the
+    /// user chooses.
     void setNeeded(const QString& name, const QStringList& needed);
     void setAllChecked(bool checked);
     /// False: no row can be ticked or unticked.
