@@ -258,7 +258,7 @@ void OfflineComponentsDialog::onAnswer(const BusResult& result) {
             Dialog::reject();
             return;
         }
-        show();
+        open();
     }
     if (m_phase != Phase::Running)
         return;
