@@ -296,7 +296,8 @@ private Q_SLOTS:
         }
         const QString result = R"({"busy":["edit.exe","Harbour"],)"
                                R"("error":"Programs run in the bottle: edit.exe, Harbour.","ok":false,)"
-                               R"("reasons":[{"arguments":["edit.exe, Harbour"],"code":"busy"}]})";
+                               R"("reasons":[{"arguments":["edit.exe, Harbour","edit.exe","Harbour"],)"
+                               R"("code":"busy"}]})";
         QTRY_VERIFY(told("dependencySetupDone").contains("dependencySetupDone(real, good, " + result + ')'));
         QTRY_VERIFY(told("setup_done").contains("component_setup_done(real, dxvk, layer, " + result + ')'));
         QTRY_VERIFY(
