@@ -138,6 +138,7 @@ private Q_SLOTS:
         QTest::keyClick(list(), Qt::Key_Space);
         QTRY_COMPARE(rows()[0], QString("xComponent is needed by needy"));
 
+        QTRY_VERIFY(mainButton()->isEnabled());
         m_service->setError("exportDeps", "the stick is full");
         mainButton()->click();
         choose({directory});
@@ -248,7 +249,7 @@ private Q_SLOTS:
         QTRY_VERIFY(mainButton()->isEnabled());
         mainButton()->click();
         m_service->waitForCall("importDeps");
-        m_dialog->button(0)->click();
+        m_dialog->close();
         QVERIFY(m_dialog && !m_dialog->isVisible());
         m_service->release();
         QTRY_COMPARE(m_dialog && m_dialog->isVisible(), isBack);
@@ -321,6 +322,7 @@ private Q_SLOTS:
                       {"reasons", QJsonArray{QJsonObject{
                                       {"code", "busy"}, {"arguments", QJsonArray{"A, B, C", "A, B", "C"}}}}}},
                      {{"text", ""}}});
+        QTRY_VERIFY(mainButton()->isEnabled());
         m_service->setHeld("killWineServer", "");
         mainButton()->click();
         QCOMPARE(m_service->waitForCall(method).arguments, arguments);

@@ -16,7 +16,8 @@ struct Answer {
     static constexpr char True[] = "true";
     static Answer yesOrNo(bool yes) { return of(yes ? True : "false"); }
     static Answer failure(Fault fault, const Reason& reason) { return {{}, fault, reason, {}}; }
-    /// A refusal because these programs run in the bottle. The arguments are a text with all names, then each.
+    /// A refusal because these programs run in the bottle. The arguments are a text with all names, then
+    /// each.
     static Answer busy(const QStringList& programs) {
         return {{}, Fault::Busy, Reason(Reason::Busy, QStringList(programs.join(", ")) + programs), programs};
     }

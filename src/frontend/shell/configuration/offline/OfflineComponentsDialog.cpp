@@ -1,6 +1,7 @@
 #include "shell/configuration/offline/OfflineComponentsDialog.h"
 
 #include <QAbstractButton>
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QStackedWidget>
@@ -249,6 +250,13 @@ void OfflineComponentsDialog::reject() {
         hide();
     else
         Dialog::reject();
+}
+
+void OfflineComponentsDialog::closeEvent(QCloseEvent* event) {
+    Dialog::closeEvent(event);
+    // Or the hidden dialog would be deleted.
+    if (m_closesAfterwards)
+        event->ignore();
 }
 
 void OfflineComponentsDialog::onAnswer(const BusResult& result) {

@@ -63,6 +63,7 @@ protected:
 
     /// Before the request to start is answered, hides the dialog; it comes back to tell a refusal.
     void reject() override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     enum class Phase { Loading, Choosing, Waiting, Running, Done };
