@@ -138,8 +138,11 @@ Windows missing(FakeBottleService* service) {
 }
 
 Windows busy(FakeBottleService* service) {
-    service->setAnswers("importDeps", {{{"error", "Programs run in the bottle: Harbour Office."},
-                                        {"errorName", "com.lumora.Error.Busy"}}});
+    const QJsonArray names{"Harbour Office, Notes", "Harbour Office", "Notes"};
+    service->setAnswers("importDeps",
+                        {{{"error", "Programs run in the bottle."},
+                          {"errorName", "com.lumora.Error.Busy"},
+                          {"reasons", QJsonArray{QJsonObject{{"code", "busy"}, {"arguments", names}}}}}});
     const Windows windows = import(service);
     static_cast<OfflineComponentsDialog*>(windows.last())->button(1)->click();
     settle(500);
