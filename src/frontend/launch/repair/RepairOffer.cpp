@@ -89,6 +89,19 @@ qint64 OfferedComponent::bytes(const QVector<OfferedComponent>& components) {
     return sum;
 }
 
+QString OfferedComponent::sizeText() const {
+    qint64 known = 0;
+    bool isWhole = winetricks.isEmpty();
+    for (const OfferedFile& file : files) {
+        known += qMax<qint64>(0, file.size);
+        isWhole = isWhole && file.size > 0;
+    }
+    const QString text = TextUtils::readableSize(known);
+    if (isWhole)
+        return known > 0 ? text : QString();
+    return known > 0 ? tr("at least %1").arg(text) : tr("size unknown");
+}
+
 QVector<RepairOffer::Line> RepairOffer::lines() const {
     QVector<Line> lines;
     for (const OfferedComponent& component : components)

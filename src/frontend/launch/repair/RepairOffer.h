@@ -18,6 +18,8 @@ struct OfferedFile {
 
 /// A component or runner that a repair would install.
 struct OfferedComponent {
+    Q_DECLARE_TR_FUNCTIONS(OfferedComponent)
+public:
     QString name;
     QString title;  ///< display name
     bool isAvailable = true;
@@ -30,6 +32,8 @@ struct OfferedComponent {
     static QVector<OfferedComponent> read(const QJsonArray& described);
     /// Total size of all files; 0 if any size is unknown.
     static qint64 bytes(const QVector<OfferedComponent>& components);
+    /// The same for the user: says what is not known. Empty if nothing is fetched.
+    QString sizeText() const;
 };
 
 /// What "Repair" is going to do, shown before the user chooses it.
