@@ -210,6 +210,9 @@ private Q_SLOTS:
         QVERIFY(done("gamma", cancelled));
         QTRY_COMPARE(status("gamma"), QString());
         auto* cancel = find<QAbstractButton>("cancel_btn");
+        // Unnamed once it is known to be this one's turn.
+        QVERIFY(download("beta"));
+        QTRY_COMPARE(status("beta"), QString("3M/12M"));
         m_service->setAnswers("cancelInstallingDependency", {{{"error", "no"}}, {{"text", ""}}});
         cancel->click();
         QVERIFY(!cancel->isEnabled());
@@ -220,17 +223,28 @@ private Q_SLOTS:
         QTRY_COMPARE(status("beta"), QString());
         press("beta");
         QVERIFY(cancel->isEnabled());
+        // Somebody else wants it, too, and then nobody does.
+        m_service->setText("queuedDependencies", R"(["gamma","beta"])");
+        cancel->click();
+        QCOMPARE(m_service->waitForCall("cancelDependency", 2).arguments, QJsonArray({"office", "beta"}));
+        QTRY_COMPARE(status("gamma"), QString("Installing"));
+        QCOMPARE(status("beta"), QString("Waiting for Download"));
+        m_service->setText("queuedDependencies", "[]");
+        press("beta");
+        QTRY_COMPARE(status("beta"), QString());
     }
 
     void programsRunning_data() {
-        const Table<int, int, QString> row("button", "calls", "status");
-        row("close them", 1, 4, "Waiting for Download");
-        row("leave them", 0, 2, "");
+        const Table<int, QString, int, QString> row("button", "meanwhile", "calls", "status");
+        row("close them", 1, "", 4, "Waiting for Download");
+        row("leave them", 0, "", 2, "");
+        row("close them, window closed", 1, "window closed", 4, "");
+        row("close them, another service", 1, "another service", 2, "Waiting for Download");
     }
     void programsRunning() {
         QFETCH(int, button);
+        QFETCH(QString, meanwhile);
         QFETCH(int, calls);
-        QFETCH(QString, status);
         load();
         press("alpha");
         press("beta");
@@ -238,17 +252,28 @@ private Q_SLOTS:
         QVERIFY(done("alpha", busy));
         QTRY_VERIFY(question());
         // Somebody else's, which the service is asked about.
+        m_service->setText("queuedDependencies", R"(["gamma"])");
         QVERIFY(done("beta", busy) && download("gamma"));
-        m_service->waitForCall("queuedDependencies");
+        QTRY_COMPARE(status("gamma"), QString("Installing"));
+        if (meanwhile == "another service") {
+            m_service->kill();
+            QTRY_COMPARE(status("gamma"), QString("Installation Failed"));
+            startService();
+        }
+        m_service->setHeld("killWineServer", "");
         QPointer<Fenk::Dialog> asked = question();
         asked->button(button)->click();
         QTRY_VERIFY(!asked);
         QVERIFY(!question());
+        if (button)
+            m_service->waitForCall("killWineServer");
+        if (meanwhile == "window closed")
+            delete m_page;
+        QCOMPARE(m_service->release(), button);
         m_service->waitForCall("installDependency", calls);
         QCOMPARE(m_service->calls("installDependency").size(), calls);
-        QCOMPARE(m_service->calls("killWineServer").size(), button);
-        QCOMPARE(this->status("alpha"), status);
-        QCOMPARE(this->status("beta"), status);
+        if (m_page)
+            QTEST(status("beta"), "status");
     }
 
     void serviceIsLost() {

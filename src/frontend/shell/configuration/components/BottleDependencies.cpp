@@ -11,6 +11,18 @@
 #include "launch/run/BottleTasks.h"
 #include "shell/configuration/components/DependencyFacts.h"
 
+namespace {
+
+void send(const QString& bottle, const QString& name, bool again, QObject* context,
+          const std::function<void(const BusResult&)>& onAnswer) {
+    if (again)
+        BottlesConfig::instance()->reinstallDependency(bottle, name, context, onAnswer);
+    else
+        BottlesConfig::instance()->installDependency(bottle, name, context, onAnswer);
+}
+
+}  // namespace
+
 BottleDependencies::BottleDependencies(QObject* parent)
     : QObject(parent), m_facts(new DependencyFacts(this)) {
     followService();
@@ -27,12 +39,8 @@ void BottleDependencies::followService() {
             });
     connect(service, &BottlesConfig::dependencySetupDescription, this,
             [this](const QString& bottle, const QString& name, const QString& description) {
-                if (isForeign(bottle, name))
-                    return;
-                m_description = description;
-                if (m_states.installing(name))
-                    Q_EMIT changed(name);
-                Q_EMIT queueChanged();
+                if (!isForeign(bottle, name) && m_states.describe(name, description))
+                    tell({name});
             });
     connect(service, &BottlesConfig::dependencySetupStepNotify, this,
             [this](const QString& bottle, const QString& name, int done, int total) {
@@ -65,11 +73,10 @@ void BottleDependencies::setBottle(const QString& bottle) {
     ++m_bottles;
     m_bottle = bottle;
     m_states = {};
-    m_description.clear();
     m_requests.clear();
-    m_blocked.clear();
+    m_blocked = std::make_shared<QStringList>();
     m_facts->setBottle(bottle);
-    m_isReadingQueue = false;
+    m_isReadingQueue = m_readsQueueAgain = false;
 }
 
 void BottleDependencies::load(const QStringList& installed) {
@@ -88,15 +95,21 @@ void BottleDependencies::load(const QStringList& installed) {
     });
 }
 
+/// One question at a time; what happens meanwhile is asked about by another one.
 void BottleDependencies::readQueue() {
-    if (std::exchange(m_isReadingQueue, true))
+    if (m_isReadingQueue) {
+        m_readsQueueAgain = true;
         return;
+    }
+    m_isReadingQueue = true;
     const auto onAnswer = [this, number = m_bottles](const BusResult& answer) {
         if (number != m_bottles)
             return;
         m_isReadingQueue = false;
         if (answer.text.startsWith('['))
             takeQueue(answer.strings());
+        if (std::exchange(m_readsQueueAgain, false))
+            readQueue();
     };
     BottleRepair::instance()->queuedDependencies(m_bottle, this, onAnswer);
 }
@@ -147,6 +160,7 @@ void BottleDependencies::installFrom(const QString& path, const QString& name) {
                 return;
             }
             m_facts->forget({name});
+            m_facts->fetch({name});
             install(name);
         });
 }
@@ -160,18 +174,21 @@ void BottleDependencies::request(const QString& name) {
 void BottleDependencies::send(const QString& name) {
     const int attempt = ++m_attempts[name];
     const auto onAnswer = [this, name, attempt, number = m_bottles](const BusResult& answer) {
-        // A signal says more about a refusal because of running programs, and all about the work itself.
-        if (answer.ok || answer.isBusy() || answer.timedOut || number != m_bottles ||
-            attempt != m_attempts.value(name))
+        if (number != m_bottles || attempt != m_attempts.value(name))
             return;
-        qWarning().noquote() << "cannot install" << name << "into" << m_bottle << answer.errorMessage;
-        if (m_states.fail(name, answer.errorText()))
-            tell({name});
+        // A signal says more about a refusal because of running programs, and all about the work itself.
+        if (answer.ok)
+            readQueue();
+        else if (!answer.isBusy() && !answer.timedOut)
+            onRefused(name, answer);
     };
-    if (m_requests.value(name))
-        BottlesConfig::instance()->reinstallDependency(m_bottle, name, this, onAnswer);
-    else
-        BottlesConfig::instance()->installDependency(m_bottle, name, this, onAnswer);
+    ::send(m_bottle, name, m_requests.value(name), this, onAnswer);
+}
+
+void BottleDependencies::onRefused(const QString& name, const BusResult& answer) {
+    qWarning().noquote() << "cannot install" << name << "into" << m_bottle << answer.errorMessage;
+    if (m_states.fail(name, answer.errorText()))
+        finish(name, {name});
 }
 
 void BottleDependencies::onInstalled(const QString& name, const QJsonObject& result) {
@@ -183,88 +200,120 @@ void BottleDependencies::onInstalled(const QString& name, const QJsonObject& res
     const QStringList names = m_states.done(name, result);
     if (names.isEmpty())
         return;
-    qInfo().noquote() << name << "installed?" << result["ok"].toBool() << result["error"].toString();
+    const bool isInstalled = result["ok"].toBool();
+    qInfo().noquote() << name << "installed?" << isInstalled << result["error"].toString();
+    // Others need less once it is there.
+    if (isInstalled)
+        m_facts->forgetAll();
+    else
+        m_facts->forget(names);
+    finish(name, names);
+}
+
+/// The end of a request, in whatever way.
+void BottleDependencies::finish(const QString& name, const QStringList& changed) {
     m_requests.remove(name);
-    m_blocked.removeAll(name);
-    m_description.clear();
-    m_facts->forget(names);
-    tell(names);
+    m_blocked->removeAll(name);
+    tell(changed);
     Q_EMIT setupDone();
+}
+
+void BottleDependencies::withdraw(const QString& name) {
+    m_requests.remove(name);
+    m_blocked->removeAll(name);
+    if (m_states.withdraw(name))
+        tell({name});
 }
 
 /// Somebody else's request is somebody else's question.
 void BottleDependencies::onBusy(const QString& name, const QStringList& programs) {
     if (!m_requests.contains(name)) {
-        if (m_states.withdraw(name))
-            tell({name});
+        withdraw(name);
         return;
     }
-    if (!state(name).isUnderWay() || m_blocked.contains(name))
+    if (!state(name).isUnderWay() || m_blocked->contains(name))
         return;
-    m_blocked += name;
-    if (m_blocked.size() == 1)
+    *m_blocked += name;
+    if (m_blocked->size() == 1)
         Q_EMIT programsRunning(programs);
 }
 
 void BottleDependencies::answerProgramsRunning(bool close) {
-    const QStringList blocked = std::exchange(m_blocked, {});
-    if (blocked.isEmpty())
+    if (m_blocked->isEmpty())
         return;
     if (!close) {
-        for (const QString& name : blocked) {
-            m_requests.remove(name);
-            m_states.withdraw(name);
-        }
-        tell(blocked);
+        for (const QString& name : QStringList(*m_blocked))
+            withdraw(name);
         Q_EMIT setupDone();
         return;
     }
-    BottleTasks::killWineServer(m_bottle, this, [this, blocked, number = m_bottles] {
-        for (const QString& name : blocked) {
-            if (number == m_bottles && state(name).isUnderWay())
-                send(name);
+    // The programs are gone then, so the request is made in any case, also when this window has been closed.
+    BottlesConfig* service = BottlesConfig::instance();
+    const auto request = [self = QPointer<BottleDependencies>(this), number = m_bottles, bottle = m_bottle,
+                          requests = m_requests, blocked = m_blocked, service,
+                          hold = PendingWork::instance()->hold()] {
+        for (const QString& name : std::exchange(*blocked, {})) {
+            if (self && number == self->m_bottles)
+                self->send(name);
+            else
+                ::send(bottle, name, requests.value(name), service, [hold, name](const BusResult& answer) {
+                    if (!answer.ok)
+                        qWarning().noquote() << "cannot install" << name << answer.errorMessage;
+                });
         }
-    });
+    };
+    BottleTasks::killWineServer(m_bottle, service, request);
 }
 
 void BottleDependencies::cancel(const QString& name) {
     if (!state(name).isUnderWay())
         return;
-    if (m_blocked.contains(name)) {
-        m_blocked.removeAll(name);
-        m_requests.remove(name);
-        m_states.withdraw(name);
-        tell({name});
+    if (m_blocked->contains(name)) {
+        withdraw(name);
         return;
     }
-    const auto onAnswer = [self = QPointer<BottleDependencies>(this),
+    const auto onAnswer = [self = QPointer<BottleDependencies>(this), name, attempt = m_attempts.value(name),
+                           number = m_bottles,
                            hold = PendingWork::instance()->hold()](const BusResult& answer) {
-        if (answer.ok)
-            return;
-        qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
-        if (self)
-            Q_EMIT self->refused(answer.errorText());
+        if (!answer.ok)
+            qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
+        if (self && number == self->m_bottles)
+            self->onCancelled(name, attempt, answer);
     };
-    // Named where another one would be cancelled if this one ended meanwhile.
+    // Unnamed, the one is cancelled that the service installs just now, whoever has asked for it.
     BottlesConfig* service = BottlesConfig::instance();
-    if (m_states.queue().size() == 1)
+    const bool isAlone = m_states.queue().size() == 1 && m_requests.contains(name);
+    if (isAlone && m_states.isAtWork(name))
         service->cancelInstallingDependency(m_bottle, service, onAnswer);
     else
         BottleRepair::instance()->cancelDependency(m_bottle, name, onAnswer);
 }
 
-/// A new service does not know what the old one was doing.
+/// Whether it was there, and whether somebody else wants it, the queue tells.
+void BottleDependencies::onCancelled(const QString& name, int attempt, const BusResult& answer) {
+    if (!answer.ok) {
+        Q_EMIT refused(answer.errorText());
+        return;
+    }
+    if (attempt == m_attempts.value(name))
+        m_requests.remove(name);
+    readQueue();
+}
+
+/// A new service does not know what the old one was doing. It was not doing what waits for the user's answer.
 void BottleDependencies::onServiceLost() {
-    m_isReadingQueue = false;
-    m_requests.clear();
-    m_blocked.clear();
-    m_description.clear();
+    m_isReadingQueue = m_readsQueueAgain = false;
     BusResult gone;
     gone.serviceGone = true;
-    const QStringList queue = m_states.queue();
-    for (const QString& name : queue)
+    QStringList failed;
+    for (const QString& name : QStringList(m_states.queue())) {
+        if (m_blocked->contains(name))
+            continue;
+        m_requests.remove(name);
         m_states.fail(name, gone.errorText());
-    tell(queue);
-    if (!queue.isEmpty())
+        failed += name;
+    }
+    tell(failed);
+    if (!failed.isEmpty())
         Q_EMIT setupDone();
 }

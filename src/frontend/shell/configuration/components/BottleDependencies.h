@@ -2,11 +2,13 @@
 
 #include <QHash>
 #include <QObject>
+#include <memory>
 
 #include "shell/configuration/components/DependencyStates.h"
 
 class DependencyFacts;
 class QJsonObject;
+struct BusResult;
 
 /// The components of one bottle behind the components page: asks the service for what the user wants,
 /// follows its work, whoever asked for it, and knows what an installation would bring. The service installs
@@ -24,12 +26,10 @@ public:
 
     const DependencyStates& states() const { return m_states; }
     DependencyState state(const QString& name) const { return m_states.of(name); }
-    /// What the service said about the running one, in its words; may be empty.
-    const QString& description() const { return m_description; }
 
     void install(const QString& name);
     void reinstall(const QString& name);
-    /// Takes one back, whether it runs or waits.
+    /// Takes one back, whether it runs or waits. It goes on where somebody else has asked for it, too.
     void cancel(const QString& name);
     /// Installs from a file that the user has got by hand, if the service takes it; refused() otherwise.
     void installFrom(const QString& path, const QString& name);
@@ -55,9 +55,13 @@ private:
     void followService();
     void request(const QString& name);
     void send(const QString& name);
+    void onRefused(const QString& name, const BusResult& answer);
     void onInstalled(const QString& name, const QJsonObject& result);
     void onBusy(const QString& name, const QStringList& programs);
+    void finish(const QString& name, const QStringList& changed);
+    void withdraw(const QString& name);
     void onServiceLost();
+    void onCancelled(const QString& name, int attempt, const BusResult& answer);
     void readQueue();
     void takeQueue(const QStringList& queue);
     void tell(const QStringList& names);
@@ -65,11 +69,13 @@ private:
 
     QString m_bottle;
     DependencyStates m_states;
-    QString m_description;
     QHash<QString, bool> m_requests;  ///< of those under way that this window asked for: whether again
     QHash<QString, int> m_attempts;   ///< answers to older ones are ignored
-    QStringList m_blocked;            ///< refused because programs run; the user is asked
+    /// Refused because programs run: the user is asked, or they are being closed. Outlives this object until
+    /// then.
+    std::shared_ptr<QStringList> m_blocked = std::make_shared<QStringList>();
     DependencyFacts* m_facts;
     bool m_isReadingQueue = false;
+    bool m_readsQueueAgain = false;
     int m_bottles = 0;  ///< answers for older ones are dropped
 };

@@ -61,6 +61,7 @@ void DependencyStates::leave(const QString& name, Phase phase, const QString& re
     DependencyState& state = m_states[name];
     state.phase = phase;
     state.reason = reason;
+    state.description.clear();
 }
 
 QStringList DependencyStates::readInstalled(const QStringList& names) {
@@ -132,6 +133,19 @@ bool DependencyStates::installing(const QString& name) {
         return false;
     m_states[name].phase = Phase::Installing;
     return true;
+}
+
+bool DependencyStates::describe(const QString& name, const QString& description) {
+    const bool isNew = installing(name);
+    if (!of(name).isUnderWay() || (!isNew && of(name).description == description))
+        return false;
+    m_states[name].description = description;
+    return true;
+}
+
+bool DependencyStates::isAtWork(const QString& name) const {
+    const DependencyState::Phase phase = of(name).phase;
+    return phase == Phase::Downloading || phase == Phase::Installing;
 }
 
 bool DependencyStates::fail(const QString& name, const QString& reason) {

@@ -18,6 +18,7 @@ public:
     quint64 received = 0;  ///< bytes
     quint64 total = 0;     ///< 0 while it is not known
     QString reason;        ///< of the failure; for the user, may be empty
+    QString description;   ///< what the service says about its work, in its words; may be empty
     int percent = -1;      ///< of the whole, never less than before; -1 while nothing is known
 
     bool isUnderWay() const { return phase != Phase::Idle && phase != Phase::Failed; }
@@ -35,6 +36,8 @@ public:
     /// The first of those under way, or empty.
     QString current() const { return m_queue.value(0); }
     const QStringList& queue() const { return m_queue; }
+    /// The service has told that it is this one's turn.
+    bool isAtWork(const QString& name) const;
 
     /// The bottle has these; what is under way, or has failed, stays. Returns the names that changed.
     QStringList readInstalled(const QStringList& names);
@@ -45,6 +48,8 @@ public:
     bool request(const QString& name);
     bool download(const QString& name, quint64 received, quint64 total);
     bool installing(const QString& name);
+    /// It is being worked on, as the service says.
+    bool describe(const QString& name, const QString& description);
     /// The steps of the installation, which come after the downloads and count as much as these.
     bool step(const QString& name, int done, int total);
     bool fail(const QString& name, const QString& reason);

@@ -89,8 +89,8 @@ void InstallingTips::refresh() {
     QStringList details;
     if (state.phase == DependencyState::Phase::Downloading)
         details += state.text();
-    if (!m_dependencies->description().isEmpty())
-        details += translated(m_dependencies->description());
+    if (!state.description.isEmpty())
+        details += translated(state.description);
     const int waiting = m_dependencies->states().queue().size() - 1;
     if (waiting > 0)
         details += tr("%1 more waiting").arg(waiting);
