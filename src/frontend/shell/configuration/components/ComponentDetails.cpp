@@ -22,16 +22,23 @@ using namespace Fenk;
 namespace {
 
 constexpr int MostLines = 2;
-constexpr int Height = 68;
+constexpr int Height = 84;
 
-/// With its size where that is known.
 QString shown(const OfferedFile& file) {
-    return file.size > 0 ? QString("%1 (%2)").arg(file.name, TextUtils::readableSize(file.size)) : file.name;
+    return QString("%1 (%2)").arg(
+        file.name, file.size > 0 ? TextUtils::readableSize(file.size) : ComponentDetails::tr("size unknown"));
 }
 
 /// The host, or the directory.
 QString placeOf(const OfferedFile& file) {
     return file.source.startsWith('/') ? QFileInfo(file.source).path() : file.source;
+}
+
+/// The row has the name alone.
+QString titleOf(const QString& name, const QString& description) {
+    const QString known = componentTitle(name);
+    const QString title = known == name ? description : known;
+    return title.isEmpty() ? name : ComponentDetails::tr("%1: %2").arg(name, title);
 }
 
 QStringList titles(const QStringList& names) {
@@ -87,17 +94,23 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     refresh();
 }
 
+/// What the catalogue has, until the service has answered.
+QStringList ComponentDetails::missingNeedsOf(const QString& name) const {
+    QStringList missing;
+    for (const QString& needed : m_list->needsOf(name)) {
+        if (!m_list->dependencies()->state(needed).isInstalled)
+            missing += needed;
+    }
+    return titles(missing);
+}
+
 QString ComponentDetails::factsText(const QString& name) const {
     const BottleDependencies* dependencies = m_list->dependencies();
     QStringList lines;
-    QStringList missing;
-    for (const QString& needed : m_list->needsOf(name)) {
-        if (!dependencies->state(needed).isInstalled)
-            missing += needed;
-    }
-    if (!missing.isEmpty())
-        lines += tr("Installed first: %1.").arg(titles(missing).join(", "));
     const OfferedComponent facts = dependencies->facts()->of(name);
+    const QStringList first = dependencies->facts()->has(name) ? facts.needs : missingNeedsOf(name);
+    if (!first.isEmpty())
+        lines += tr("Installed first: %1.").arg(first.join(", "));
     QStringList cached;
     QMap<QString, QStringList> bySource;
     for (const OfferedFile& file : facts.files) {
@@ -122,13 +135,13 @@ void ComponentDetails::refresh() {
     const OfferedComponent facts = m_list->dependencies()->facts()->of(name);
     const QString reason = !state.reason.isEmpty() ? state.reason : facts.reason;
     setVisible(!name.isEmpty());
-    const QString title = componentTitle(name), description = m_list->descriptionOf(name);
-    m_title->setText(title == name && !description.isEmpty() ? description : title);
+    m_title->setText(titleOf(name, m_list->descriptionOf(name)));
     m_reason->setText(reason);
     m_reason->setTextRole(state.reason.isEmpty() ? Theme::Secondary : Theme::Danger);
     m_reason->setVisible(!reason.isEmpty());
     m_text->setText(factsText(name));
-    m_text->setVisible(reason.isEmpty());
+    // Where it has failed, the user needs to know the files all the more.
+    m_text->setElidedAfter(reason.isEmpty() ? MostLines : 1);
     const bool isFailed = state.phase == DependencyState::Phase::Failed || !facts.isAvailable;
     m_choose->setVisible(isFailed && !state.isUnderWay() && !facts.files.isEmpty());
     m_button->setText(ComponentsItemDelegate::actionText(state.action()));

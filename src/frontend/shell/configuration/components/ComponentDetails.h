@@ -18,6 +18,7 @@ public:
 
 private:
     void refresh();
+    QStringList missingNeedsOf(const QString& name) const;
     QString factsText(const QString& name) const;
     void chooseFile();
 

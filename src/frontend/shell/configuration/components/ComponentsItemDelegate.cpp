@@ -16,7 +16,7 @@ namespace {
 
 constexpr int LineGap = 2;
 constexpr int ButtonHeight = Tokens::CompactHeight;
-constexpr int DetailWidth = 96;
+constexpr int DetailWidth = 112;
 
 Theme::Role colorOf(int kind) {
     switch (kind) {
@@ -37,11 +37,15 @@ bool showsButton(const QStyleOptionViewItem& option) {
     return (option.state & QStyle::State_MouseOver) || hasKeys;
 }
 
-void drawText(QPainter* painter, const QRect& place, const QFont& font, Theme::Role role, const QString& text,
-              int alignment = Qt::AlignLeft | Qt::AlignVCenter) {
+/// The place is that of a row from left to right.
+void drawText(QPainter* painter, const QStyleOptionViewItem& row, const QRect& place, Theme::FontRole kind,
+              Theme::Role role, const QString& text, Qt::Alignment alignment = Qt::AlignLeft) {
+    const QFont font = Theme::instance()->font(kind);
     painter->setFont(font);
     painter->setPen(Paint::color(role));
-    painter->drawText(place, alignment, QFontMetrics(font).elidedText(text, Qt::ElideRight, place.width()));
+    painter->drawText(QStyle::visualRect(row.direction, row.rect, place),
+                      int(QStyle::visualAlignment(row.direction, alignment) | Qt::AlignVCenter),
+                      QFontMetrics(font).elidedText(text, Qt::ElideRight, place.width()));
 }
 
 }  // namespace
@@ -68,41 +72,41 @@ void ComponentsItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem
     style->drawControl(QStyle::CE_ItemViewItem, &row, painter, option.widget);
 
     const Paint::Scope scope(painter);
-    const QFont title = Theme::instance()->font(Theme::Body);
-    const QFont small = Theme::instance()->font(Theme::Small);
     const QString status = index.data(ComponentRoles::Status).toString();
     QRect room = option.rect.adjusted(Tokens::Space16, 0, -Tokens::Space12, 0);
     QRect right = room;
     if (showsButton(option)) {
         drawButton(painter, option, index);
-        right = buttonRect(option, index);
+        right.setLeft(room.right() - buttonRect(option, index).width());
     } else if (!status.isEmpty()) {
-        right.setLeft(room.right() - QFontMetrics(small).horizontalAdvance(status));
+        const QFontMetrics metrics(Theme::instance()->font(Theme::Small));
+        right.setLeft(room.right() - metrics.horizontalAdvance(status));
         const auto kind = index.data(ComponentRoles::Kind).toInt();
-        drawText(painter, right, small, colorOf(kind), status, Qt::AlignRight | Qt::AlignVCenter);
+        drawText(painter, option, right, Theme::Small, colorOf(kind), status, Qt::AlignRight);
     } else {
         right.setLeft(room.right() - Tokens::IconSmall);
-        const QRectF place = Paint::centred(right, Tokens::IconSmall, Tokens::IconSmall);
+        const QRect icon = QStyle::visualRect(option.direction, option.rect, right);
         painter->setOpacity(0.6);
-        Theme::icon("fenk-save").paint(painter, place.toRect());
+        Theme::icon("fenk-save")
+            .paint(painter, Paint::centred(icon, Tokens::IconSmall, Tokens::IconSmall).toRect());
         painter->setOpacity(1);
     }
     room.setRight(right.left() - Tokens::Space12);
     const QString detail = index.data(ComponentRoles::Detail).toString();
     if (!detail.isEmpty()) {
         const QRect place(room.right() - DetailWidth, room.top(), DetailWidth, room.height());
-        drawText(painter, place, small, Theme::Secondary, detail, Qt::AlignRight | Qt::AlignVCenter);
+        drawText(painter, option, place, Theme::Small, Theme::Secondary, detail, Qt::AlignRight);
         room.setRight(place.left() - Tokens::Space12);
     }
 
     const QString description = index.data(ComponentRoles::Description).toString();
-    const int titleHeight = QFontMetrics(title).height(), smallHeight = QFontMetrics(small).height();
+    const int titleHeight = QFontMetrics(Theme::instance()->font(Theme::Body)).height();
+    const int smallHeight = QFontMetrics(Theme::instance()->font(Theme::Small)).height();
     const int height = titleHeight + (description.isEmpty() ? 0 : LineGap + smallHeight);
-    const int top = room.center().y() - height / 2 + 1;
-    drawText(painter, {room.left(), top, room.width(), titleHeight}, title, Theme::Text,
-             index.data(Qt::DisplayRole).toString());
-    drawText(painter, {room.left(), top + titleHeight + LineGap, room.width(), smallHeight}, small,
-             Theme::Secondary, description);
+    QRect line(room.left(), room.center().y() - height / 2 + 1, room.width(), titleHeight);
+    drawText(painter, option, line, Theme::Body, Theme::Text, index.data(Qt::DisplayRole).toString());
+    line.setRect(line.left(), line.bottom() + 1 + LineGap, line.width(), smallHeight);
+    drawText(painter, option, line, Theme::Small, Theme::Secondary, description);
 }
 
 QRect ComponentsItemDelegate::buttonRect(const QStyleOptionViewItem& option, const QModelIndex& index) const {

@@ -6,9 +6,9 @@
 #include <QSortFilterProxyModel>
 #include <QStandardItemModel>
 
-#include "backend/TextUtils.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
+#include "launch/repair/ComponentTitle.h"
 #include "shell/configuration/components/BottleDependencies.h"
 #include "shell/configuration/components/ComponentRoles.h"
 #include "shell/configuration/components/ComponentsItemDelegate.h"
@@ -72,7 +72,9 @@ void ComponentsListView::makeRows() {
     for (const DependencyEntry& entry : DependencyCatalogue::read()) {
         auto* item = new QStandardItem(entry.name);
         item->setData(Group + entry.name, ComponentRoles::Name);
-        item->setData(entry.searchText(), ComponentRoles::SearchText);
+        const QString title = componentTitle(entry.name);
+        item->setData(entry.searchText() + (title == entry.name ? QString() : ' ' + title),
+                      ComponentRoles::SearchText);
         item->setData(entry.shownDescription(), ComponentRoles::Description);
         m_rows.insert(entry.name, item);
         m_needs.insert(entry.name, entry.needs);
@@ -82,6 +84,8 @@ void ComponentsListView::makeRows() {
 }
 
 void ComponentsListView::setBottle(const QString& bottle) {
+    if (bottle == m_dependencies->bottle())
+        return;
     m_dependencies->setBottle(bottle);
     for (const QString& name : names())
         refreshRow(name);
@@ -121,9 +125,8 @@ void ComponentsListView::refreshRow(const QString& name) {
     const DependencyState state = m_dependencies->state(name);
     const bool isKnown = m_dependencies->facts()->has(name);
     const OfferedComponent facts = m_dependencies->facts()->of(name);
-    const qint64 bytes = OfferedComponent::bytes({facts});
     item->setData(state.action(), ComponentRoles::Action);
-    item->setData(bytes > 0 ? TextUtils::readableSize(bytes) : QString(), ComponentRoles::Detail);
+    item->setData(isKnown && facts.isAvailable ? facts.sizeText() : QString(), ComponentRoles::Detail);
     const QString description = item->data(ComponentRoles::Description).toString();
     item->setToolTip(plainToolTip(state.reason.isEmpty() ? description : state.reason));
     const QString status = state.text();

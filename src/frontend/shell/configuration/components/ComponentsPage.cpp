@@ -117,6 +117,7 @@ void ComponentsPage::search(const QString& text) {
 
 int ComponentsPage::filter(const QString& text) {
     m_search->setText(text);
+    search(text);  // also where the field had this text before
     return m_list->model()->rowCount();
 }
 

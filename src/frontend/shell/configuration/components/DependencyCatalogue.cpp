@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr qint64 MaximumBytes = 16 * 1024 * 1024;
+constexpr qint64 MaximumBytes = 4 * 1024 * 1024;  // the service reads no larger one
 
 QStringList texts(const QJsonValue& array) {
     QStringList result;
