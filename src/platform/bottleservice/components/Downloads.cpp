@@ -1,9 +1,12 @@
 #include "bottleservice/components/Downloads.h"
 
+#include <QFileInfo>
+
 #include "bottleservice/components/Download.h"
+#include "bottleservice/components/FileSizes.h"
 
 Downloads::Downloads(const QString& dataDir, QObject* parent)
-    : QObject(parent), m_directory(dataDir + "/downloads") {}
+    : QObject(parent), m_dataDir(dataDir), m_directory(dataDir + "/downloads") {}
 
 Downloads::~Downloads() = default;
 
@@ -12,11 +15,19 @@ Download* Downloads::obtain(const Source& source) {
     ++entry.users;
     if (!entry.download) {
         entry.download = new Download(&m_network, source, m_directory, this);
-        const QString file = source.file;
-        connect(entry.download, &Download::finished, this, [this, file] { m_running.remove(file); });
+        connect(entry.download, &Download::finished, this, [this, source](const QString& path) {
+            m_running.remove(source.file);
+            if (!path.isEmpty())
+                onFetched(source, path);
+        });
         entry.download->start();
     }
     return entry.download;
+}
+
+void Downloads::onFetched(const Source& source, const QString& path) {
+    if (!source.sha256.isEmpty() && source.size < 0)
+        FileSizes::remember(m_dataDir, source.sha256, QFileInfo(path).size());
 }
 
 void Downloads::release(Download* download) {

@@ -34,6 +34,9 @@ private:
         int users = 0;
     };
 
+    void onFetched(const Source& source, const QString& path);
+
+    QString m_dataDir;
     QString m_directory;
     QNetworkAccessManager m_network;
     QHash<QString, Entry> m_running;  ///< by file

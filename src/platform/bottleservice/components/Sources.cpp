@@ -11,6 +11,7 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/ChosenFile.h"
 #include "bottleservice/components/ComponentStore.h"
+#include "bottleservice/components/FileSizes.h"
 #include "fenk/system/RegularFile.h"
 #include "manifest/SettingRules.h"
 
@@ -49,6 +50,7 @@ Sources::Sources(const QString& catalogueDir, const QString& dataDir) {
     add(catalogueDir + "/sources.json");
     add(dataDir + "/sources.json");
     m_chosen = ChosenFile::remembered(dataDir);
+    m_sizes = FileSizes::remembered(dataDir);
 }
 
 QString Source::shownAddress(const QString& address) {
@@ -122,6 +124,9 @@ Source Sources::find(const QString& file) const {
         source.sha256 = chosen;
         source.isChosen = true;
     }
+    const double fetched = m_sizes[QString::fromLatin1(source.sha256)].toDouble();
+    if (source.size < 0 && fetched > 0 && fetched <= double(Source::MaximumBytes))
+        source.size = qint64(fetched);
     return source;
 }
 

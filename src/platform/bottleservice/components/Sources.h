@@ -28,7 +28,7 @@ struct Source {
 ///    "mirrors": [directory or address, ...],    tried first, for every file
 ///    "allow_unverified": bool}                  allow files without a known checksum; false by default
 /// Invalid entries are logged and ignored. Where no checksum is known, that of a file which the user has
-/// chosen (ChosenFile) is used.
+/// chosen (ChosenFile) is used; where no size is known, that of the file when it was fetched (FileSizes).
 class Sources {
 public:
     Sources(const QString& catalogueDir, const QString& dataDir);
@@ -55,6 +55,7 @@ private:
     QJsonObject m_files;
     QJsonObject m_archives;
     QJsonObject m_chosen;
+    QJsonObject m_sizes;  ///< by checksum, of files that were fetched before
     QStringList m_mirrors;
     bool m_allowUnverified = false;
 };
