@@ -12,11 +12,12 @@
 
 namespace {
 
-/// Received, total and status as the contract has them: 32 bits, in bytes or, for more, in kibibytes.
+/// Received, total and status as the contract has them: bytes in 32 bits, which more than 4 GiB only fill.
 QVariantList progressOf(qint64 received, qint64 total) {
-    const int shift = qMax(received, total) > std::numeric_limits<quint32>::max() ? 10 : 0;
-    return {uint(received >> shift), uint(total >> shift),
-            QString(total > 0 && received >= total ? "done" : "downloading")};
+    const auto told = [](qint64 bytes) {
+        return uint(qBound<qint64>(0, bytes, std::numeric_limits<quint32>::max()));
+    };
+    return {told(received), told(total), QString(total > 0 && received >= total ? "done" : "downloading")};
 }
 
 }  // namespace
