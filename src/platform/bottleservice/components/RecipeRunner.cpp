@@ -6,6 +6,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/components/Archive.h"
 #include "bottleservice/components/PrefixFiles.h"
 #include "bottleservice/files/Background.h"
@@ -66,6 +67,7 @@ RecipeRunner::RecipeRunner(const Runner& runner, const QString& bottlePath, cons
       m_runner(runner),
       m_bottlePath(bottlePath),
       m_workPath(workPath),
+      m_name(recipes.isEmpty() ? QString() : BottleName::shown(recipes.last().name)),
       m_target(RecipeTarget::of(bottlePath, runner.wine)),
       m_fileOf(std::move(fileOf)) {
     for (const Recipe& recipe : recipes) {
@@ -85,8 +87,7 @@ void RecipeRunner::start() {
     if (m_steps.isEmpty()) {
         // The installation was planned for the Wine that the bottle had before.
         QMetaObject::invokeMethod(
-            this, [this] { finish("Nothing of it is made for the Wine of this bottle."); },
-            Qt::QueuedConnection);
+            this, [this] { finish(Reason(Reason::NotForThisWine, {m_name})); }, Qt::QueuedConnection);
         return;
     }
     Q_EMIT stepDone(0, m_total);

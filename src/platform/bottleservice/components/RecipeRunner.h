@@ -63,6 +63,7 @@ private:
     Runner m_runner;
     QString m_bottlePath;
     QString m_workPath;
+    QString m_name;  ///< of the component, for messages
     RecipeTarget m_target;
     std::function<QString(const QString&)> m_fileOf;
     QQueue<RecipeStep> m_steps;
