@@ -144,6 +144,14 @@ QStringList Recipe::files() const {
     return all;
 }
 
+QStringList Recipe::filesOf(const QVector<Recipe>& recipes) {
+    QStringList all;
+    for (const Recipe& recipe : recipes)
+        all += recipe.files();
+    all.removeDuplicates();
+    return all;
+}
+
 Recipes::Recipes(const QString& catalogueDir, const QString& dataDir) {
     for (const QString& directory : {catalogueDir, dataDir}) {
         const QString path = directory + "/dependency.json";

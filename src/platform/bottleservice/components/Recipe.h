@@ -42,6 +42,8 @@ struct Recipe {
     QString winetricks;  ///< the verb that installs the same component
 
     QStringList files() const;
+    /// The files of all of them, each once.
+    static QStringList filesOf(const QVector<Recipe>& recipes);
     void keepFitting(const RecipeTarget& target);
 };
 

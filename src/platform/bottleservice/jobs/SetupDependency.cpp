@@ -7,12 +7,8 @@
 namespace {
 
 QVector<Source> sourcesOf(const QVector<Recipe>& recipes, const Sources& sources) {
-    QStringList files;
-    for (const Recipe& recipe : recipes)
-        files += recipe.files();
-    files.removeDuplicates();
     QVector<Source> wanted;
-    for (const QString& file : qAsConst(files))
+    for (const QString& file : Recipe::filesOf(recipes))
         wanted += sources.find(file);
     return wanted;
 }

@@ -22,14 +22,6 @@ constexpr int MaximumNames = 100;
 const QLatin1String DependencyKind("dependency");
 const QLatin1String RunnerKind("runner");
 
-QStringList filesOf(const InstallPlan& plan) {
-    QStringList files;
-    for (const Recipe& recipe : plan.recipes)
-        files += recipe.files();
-    files.removeDuplicates();
-    return files;
-}
-
 QString winetricksOf(const InstallPlan& plan) {
     for (const Recipe& recipe : plan.recipes) {
         for (const RecipeStep& step : recipe.steps) {
@@ -94,7 +86,7 @@ QJsonObject RepairOfferRequests::dependency(const QString& name, const InstallPl
         needs += plan.recipes[i].description.isEmpty() ? plan.recipes[i].name : plan.recipes[i].description;
     result.insert("needs", needs);
     QJsonArray files;
-    for (const QString& file : filesOf(plan))
+    for (const QString& file : Recipe::filesOf(plan.recipes))
         files += fileOf(sources.find(file));
     result.insert("files", files);
     result.insert("winetricks", winetricksOf(plan));
@@ -153,7 +145,7 @@ void RepairOfferRequests::takeFile(const QString& bottle, const QString& depende
     const Sources sources = m_dependencies->sources();
     const InstallPlan plan = m_dependencies->planOf(bottle, dependency);
     QVector<Source> wanted;
-    for (const QString& file : filesOf(plan))
+    for (const QString& file : Recipe::filesOf(plan.recipes))
         wanted += sources.find(file);
     if (wanted.isEmpty()) {
         reply(failure(plan.refusal.isEmpty() ? Reason(Reason::NoKnownFile, {BottleName::shown(dependency)})
