@@ -91,8 +91,9 @@ private Q_SLOTS:
     void installing() {
         QCOMPARE(install("needy"), QString());
         QCOMPARE(m_service->text("getInstallingDependency", {Bottle}), "needy");
-        // The second waits for the first.
+        // The second waits for the first, which brings it; the third is the first.
         QCOMPARE(install("good"), QString());
+        QCOMPARE(install("needy"), QString());
         QTRY_COMPARE(
             told("dependencySetupDone"),
             QStringList(
@@ -103,6 +104,7 @@ private Q_SLOTS:
         QCOMPARE(steps.join(' '), "0, 4) 1, 4) 2, 4) 3, 4) 4, 4)");
         QVERIFY(!told("DownloadProgress(real, needy, 9, 9, done)").isEmpty());
         QVERIFY(!told("Description(real, needy, Downloading setup.exe)").isEmpty());
+        QCOMPARE(told("StepNotify(real, good").size(), 0);
         QCOMPARE(state(), QByteArray("newnewnew"));
         QVERIFY(!QFile::exists(path("unannounced")));
         QCOMPARE(record()["Installed_Dependencies"].toArray(), QJsonArray({"good", "needy"}));
@@ -110,6 +112,31 @@ private Q_SLOTS:
         QCOMPARE(record()["Own"].toInt(), 1);
         QCOMPARE(m_server.requests, QStringList{"setup.exe@0"});
         QTRY_COMPARE(QDir(path("")).entryList({".before*"}, QDir::AllEntries | QDir::Hidden), QStringList());
+        // The size of what was fetched stays known.
+        QVERIFY(QFile::remove(m_service->dataDir() + "/downloads/setup.exe"));
+        const QDBusMessage facts =
+            m_service->call("describe", {Bottle, "dependency", QStringList{"good"}}, "Repair");
+        QVERIFY(facts.arguments().value(0).toString().contains(R"("size":9)"));
+    }
+
+    /// Programs that are started meanwhile are found before anything is fetched for the next one.
+    void busyAfterAnother() {
+        install("slow");
+        install("gone");
+        QTRY_VERIFY(state() == "newnewnew");
+        TestSupport::ChildProcess launcher;
+        launcher.start("sleep", {"60"});
+        QVERIFY(launcher.waitForStarted());
+        const QString stat = readFile(QString("/proc/%1/stat").arg(launcher.processId()));
+        const QJsonObject start{{"pid", launcher.processId()},
+                                {"start", stat.section(") ", -1).section(' ', 19, 19)},
+                                {"bottle", Bottle},
+                                {"name", "edit.exe"}};
+        m_service->write("running/x.start", QJsonDocument(start).toJson());
+        m_service->call("cancelInstallingDependency", {Bottle});
+        QTRY_COMPARE(told("dependencySetupDone(real, gone").size(), 1);
+        QVERIFY(told("dependencySetupDone(real, gone")[0].contains("edit.exe"));
+        QCOMPARE(m_server.requests, QStringList{"setup.exe@0"});
     }
 
     /// Whatever goes wrong, the bottle is what it was, and it is told.
@@ -207,20 +234,25 @@ private Q_SLOTS:
     }
     void cancelling() {
         install(QTest::currentDataTag());
-        for (const char* name : {"good", "needy", "needy"})
+        for (const char* name : {"good", "needy", "needy", "gone"})
             install(name);
         QTRY_VERIFY(!m_server.requests.isEmpty());
         QFETCH(QByteArray, reached);
         QTRY_COMPARE(state(), reached);
-        // One that waits is taken back, the first is cancelled, and the other goes on.
-        m_service->call("cancelDependency", {Bottle, "needy"}, "Repair");
-        m_service->call("cancelDependency", {Bottle, "never-heard-of"}, "Repair");
-        const QDBusMessage queue = m_service->call("queuedDependencies", {Bottle}, "Repair");
-        QCOMPARE(queue.arguments().value(0).toString(),
-                 QString("[\"%1\",\"good\"]").arg(QTest::currentDataTag()));
+        // Those that wait are taken back, the first is cancelled, and the other goes on.
+        const auto rest = [this](const QString& cancelled) {
+            m_service->call("cancelDependency", {Bottle, cancelled}, "Repair");
+            const QDBusMessage queue = m_service->call("queuedDependencies", {Bottle}, "Repair");
+            return QJsonDocument::fromJson(queue.arguments().value(0).toString().toUtf8()).array();
+        };
+        const QString first = QTest::currentDataTag();
+        QCOMPARE(rest("gone"), QJsonArray({first, "good", "needy"}));
+        QCOMPARE(rest("needy"), QJsonArray({first, "good", "needy"}));  // somebody else wants it, too
+        QCOMPARE(rest("needy"), QJsonArray({first, "good"}));
+        QCOMPARE(rest("never-heard-of"), QJsonArray({first, "good"}));
         QCOMPARE(m_service->error("cancelInstallingDependency", {Bottle}), QString());
-        QTRY_COMPARE(told("dependencySetupDone").size(), 3);
-        QCOMPARE(told("dependencySetupDone").filter("\"ok\":false").size(), 2);
+        QTRY_COMPARE(told("dependencySetupDone").size(), 4);
+        QCOMPARE(told("dependencySetupDone").filter("\"ok\":false").size(), 3);
         QCOMPARE(told("dependencySetupDone").last(),
                  QString("dependencySetupDone(real, good, {\"ok\":true})"));
         QCOMPARE(record()["Installed_Dependencies"].toArray(), QJsonArray{"good"});

@@ -70,20 +70,20 @@ Recipes DependencyRequests::recipes() const {
 }
 
 void DependencyRequests::install(const QString& bottle, const QString& dependency, const Reply& reply) {
-    Install install;
-    install.dependency = dependency;
-    add(bottle, install, reply);
+    Install wanted;
+    wanted.dependency = dependency;
+    add(bottle, wanted, reply);
 }
 
 int DependencyRequests::installFromStore(const QString& bottle, const QString& dependency,
                                          const Reply& ended) {
-    Install install;
-    install.dependency = dependency;
-    install.fromStore = true;
-    install.ended = ended;
-    install.number = ++m_lastNumber;
-    add(bottle, install, [](const Answer&) {});
-    return install.number;
+    Install wanted;
+    wanted.dependency = dependency;
+    wanted.fromStore = true;
+    wanted.ended = ended;
+    wanted.number = ++m_lastNumber;
+    add(bottle, wanted, [](const Answer&) {});
+    return wanted.number;
 }
 
 void DependencyRequests::add(const QString& bottle, const Install& install, const Reply& reply) {
@@ -104,6 +104,16 @@ void DependencyRequests::add(const QString& bottle, const Install& install, cons
         return;
     }
     QQueue<Install>& line = m_lines[bottle];
+    const auto isSame = [&install](const Install& other) {
+        return other.dependency == install.dependency && !other.fromStore && !install.fromStore &&
+               !*other.cancelled;
+    };
+    const auto same = std::find_if(line.begin(), line.end(), isSame);
+    if (same != line.end()) {
+        ++same->askers;
+        reply(Answer::of());
+        return;
+    }
     line.enqueue(install);
     if (line.size() == 1)
         startFirst(bottle, reply);
@@ -112,6 +122,11 @@ void DependencyRequests::add(const QString& bottle, const Install& install, cons
 }
 
 void DependencyRequests::startFirst(const QString& bottle, const Reply& reply) {
+    if (m_lines[bottle].head().hasCome) {
+        reply(Answer::of());
+        firstEnded(bottle, Answer::of());
+        return;
+    }
     m_engine->waitBeforeInstall(bottle, this, [this, bottle, reply](const QStringList& running) {
         if (running.isEmpty() || *m_lines[bottle].head().cancelled) {
             reply(Answer::of());
@@ -162,12 +177,8 @@ QVector<InstallPlan> DependencyRequests::plansOf(const QString& bottle, const QS
 
 void DependencyRequests::obtainFiles(const QString& bottle, const QVector<Recipe>& recipes) {
     const Sources from = sources();
-    QStringList files;
-    for (const Recipe& recipe : recipes)
-        files += recipe.files();
-    files.removeDuplicates();
     QVector<Source> wanted;
-    for (const QString& file : qAsConst(files))
+    for (const QString& file : Recipe::filesOf(recipes))
         wanted += from.find(file);
     if (m_lines[bottle].head().fromStore)
         checkStore(bottle, recipes, wanted);
@@ -218,9 +229,11 @@ void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& r
     const QString dependency = m_lines[bottle].head().dependency;
     auto job = std::make_unique<InstallDependencyJob>(
         m_engine->jobBottle(bottle), recipes, m_downloads,
-        [self = QPointer<DependencyRequests>(this), bottle, names = namesOf(recipes)](const Answer& answer) {
-            if (self)
-                self->firstEnded(bottle, answer.isGood() ? Answer::of(names) : answer);
+        [self = QPointer<DependencyRequests>(this), bottle, recipes](const Answer& answer) {
+            if (self && answer.isGood())
+                self->firstInstalled(bottle, recipes);
+            else if (self)
+                self->firstEnded(bottle, answer);
         });
     connect(job.get(), &InstallDependencyJob::described, this,
             [this, bottle, dependency](const QString& text) { Q_EMIT described(bottle, dependency, text); });
@@ -230,6 +243,15 @@ void DependencyRequests::enqueue(const QString& bottle, const QVector<Recipe>& r
             });
     m_lines[bottle].head().job = job.get();
     m_engine->enqueue(bottle, std::move(job));
+}
+
+/// What came along is not installed again for those who wait for it.
+void DependencyRequests::firstInstalled(const QString& bottle, const QVector<Recipe>& recipes) {
+    for (Install& install : m_lines[bottle]) {
+        for (const Recipe& recipe : recipes)
+            install.hasCome = install.hasCome || install.dependency == recipe.name;
+    }
+    firstEnded(bottle, Answer::of(namesOf(recipes)));
 }
 
 void DependencyRequests::firstEnded(const QString& bottle, const Answer& result) {
@@ -243,10 +265,13 @@ void DependencyRequests::firstEnded(const QString& bottle, const Answer& result)
     if (!result.isGood())
         qWarning() << BottleName::shown(first.dependency) << "did not come into" << BottleName::shown(bottle)
                    << result.reason.text();
-    // Queued: the receivers of done() come first.
-    if (!isLast)
-        QMetaObject::invokeMethod(
-            this, [this, bottle] { startFirst(bottle, [](const Answer&) {}); }, Qt::QueuedConnection);
+    // Queued: the receivers of done() come first. While the bottle's queue still has the job that has ended,
+    // nobody would look for programs that run.
+    const auto startNext = [this, bottle] { startFirst(bottle, [](const Answer&) {}); };
+    if (!isLast && first.job)
+        connect(first.job, &QObject::destroyed, this, startNext, Qt::QueuedConnection);
+    else if (!isLast)
+        QMetaObject::invokeMethod(this, startNext, Qt::QueuedConnection);
     tellEnd(first.ended, result);
     if (!isRepeated)
         Q_EMIT done(bottle, first.dependency, result);
@@ -289,31 +314,35 @@ void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
 void DependencyRequests::cancelOne(const QString& bottle, const QString& dependency, const Reply& reply) {
     if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
-    cancelMeant(bottle, [dependency](const Install& install) { return install.dependency == dependency; });
+    const auto line = m_lines.find(bottle);
+    int place = line == m_lines.end() ? -1 : line->size() - 1;
+    while (place >= 0 && (line->at(place).dependency != dependency || *line->at(place).cancelled))
+        --place;
+    if (place >= 0 && --(*line)[place].askers == 0)
+        cancelAt(bottle, place);
     reply(Answer::of());
 }
 
 void DependencyRequests::cancelNumber(const QString& bottle, int number) {
-    cancelMeant(bottle, [number](const Install& install) { return install.number == number; });
+    const auto line = m_lines.constFind(bottle);
+    for (int place = 0; line != m_lines.constEnd() && place < line->size(); ++place) {
+        if (line->at(place).number == number)
+            return cancelAt(bottle, place);
+    }
 }
 
-void DependencyRequests::cancelMeant(const QString& bottle, const Meant& isMeant) {
-    const auto line = m_lines.find(bottle);
-    if (line == m_lines.end())
-        return;
-    QVector<Install> waiting;
-    for (int i = line->size() - 1; i > 0; --i) {
-        if (isMeant(line->at(i)))
-            waiting += line->takeAt(i);
-    }
-    // Where the first is meant as well, its end is that of all.
-    const bool isFirstMeant = isMeant(line->head()) && !*line->head().cancelled;
-    if (isFirstMeant)
-        cancelFirst(bottle);
-    for (const Install& install : qAsConst(waiting))
-        tellEnd(install.ended, cancelled());
-    if (!isFirstMeant && !waiting.isEmpty())
-        Q_EMIT done(bottle, waiting.first().dependency, cancelled());
+void DependencyRequests::cancelAt(const QString& bottle, int place) {
+    if (place == 0)
+        return cancelFirst(bottle);
+    QQueue<Install>& line = m_lines[bottle];
+    const Install waiting = line.takeAt(place);
+    const auto isSame = [&waiting](const Install& other) {
+        return other.dependency == waiting.dependency && !*other.cancelled;
+    };
+    const bool isAsked = std::any_of(line.cbegin(), line.cend(), isSame);
+    tellEnd(waiting.ended, cancelled());
+    if (!isAsked)
+        Q_EMIT done(bottle, waiting.dependency, cancelled());
 }
 
 void DependencyRequests::cancelAll(const QString& bottle) {

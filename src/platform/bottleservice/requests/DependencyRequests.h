@@ -29,7 +29,7 @@ public:
 
     /// Answers when it is known whether programs run in the bottle, in which case it fails with Busy, or at
     /// once when other installations come first. done() tells the result, also of a refusal, unless the name
-    /// is invalid.
+    /// is invalid. One that is under way already is joined.
     void install(const QString& bottle, const QString& dependency, const Reply& reply);
     /// The same without the network: every file must be on this machine, and is only read. `ended` gets the
     /// result of this very installation, exactly once and perhaps at once. Returns its number, for
@@ -41,7 +41,8 @@ public:
     void queue(const QString& bottle, const Reply& reply);
     /// Cancels the running installation. Those that wait are carried out.
     void cancel(const QString& bottle, const Reply& reply);
-    /// Cancels one installation, whether it runs or waits. Does nothing where there is none.
+    /// Cancels one request for the component, whether its installation runs or waits; where there are others,
+    /// the installation goes on. Does nothing where there is none.
     void cancelOne(const QString& bottle, const QString& dependency, const Reply& reply);
     /// The same for the one with this number alone.
     void cancelNumber(const QString& bottle, int number);
@@ -81,8 +82,9 @@ private:
         QPointer<FileFetch> fetch;
         QPointer<InstallDependencyJob> job;
         std::shared_ptr<std::atomic_bool> cancelled = std::make_shared<std::atomic_bool>(false);
+        int askers = 1;
+        bool hasCome = false;  ///< an earlier installation has brought it
     };
-    using Meant = std::function<bool(const Install&)>;
 
     void add(const QString& bottle, const Install& install, const Reply& reply);
     void startFirst(const QString& bottle, const Reply& reply);
@@ -92,9 +94,10 @@ private:
     void checkStore(const QString& bottle, const QVector<Recipe>& recipes, const QVector<Source>& wanted);
     void onFilesReady(const QString& bottle, const QVector<Recipe>& recipes, const Reason& reason);
     void enqueue(const QString& bottle, const QVector<Recipe>& recipes);
+    void firstInstalled(const QString& bottle, const QVector<Recipe>& recipes);
     void firstEnded(const QString& bottle, const Answer& result);
     void cancelFirst(const QString& bottle);
-    void cancelMeant(const QString& bottle, const Meant& isMeant);
+    void cancelAt(const QString& bottle, int place);
 
     BottleEngine* m_engine;
     Downloads* m_downloads;
