@@ -11,7 +11,8 @@
 
 namespace {
 
-/// The check may take long; the set-up itself runs an event loop until its window is closed.
+/// The check may take long; the set-up itself runs an event loop until its window is closed, which the user
+/// may do before the script has ended.
 void prepareProton(QObject* context, const std::function<void()>& then) {
     inBackground(
         context, [] { return protonInitScript().needsRun(); },
@@ -19,7 +20,7 @@ void prepareProton(QObject* context, const std::function<void()>& then) {
             if (needsRun)
                 protonInitScript().start(true);
             if (alive)
-                then();
+                protonInitScript().whenEnded(alive, then);
         });
 }
 

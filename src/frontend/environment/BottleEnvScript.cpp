@@ -74,6 +74,17 @@ void BottleEnvScript::start(bool force) {
         delete banner;
 }
 
+void BottleEnvScript::whenEnded(QObject* context, const std::function<void()>& then) {
+    const auto call = [alive = QPointer<QObject>(context), then] {
+        if (alive)
+            then();
+    };
+    if (running)
+        waiting += call;
+    else
+        call();
+}
+
 void BottleEnvScript::launch() {
     banner->showRunning(title);
     process = new QProcess;
@@ -134,4 +145,6 @@ void BottleEnvScript::end(bool started) {
     }
     process->deleteLater();
     process = nullptr;
+    for (const auto& call : std::exchange(waiting, {}))
+        call();
 }

@@ -2,8 +2,11 @@
 
 #include <QPointer>
 #include <QStringList>
+#include <QVector>
+#include <functional>
 
 class EnvInitBanner;
+class QObject;
 class QProcess;
 
 /// A script that sets up something for all bottles, and the banner that shows its run. At most one run at a
@@ -18,6 +21,7 @@ struct BottleEnvScript {
     QString title;
     QString completedTitle;
     QString completedMessage;
+    QVector<std::function<void()>> waiting = {};  ///< for its end
 
     /// Runs the script with "-c", which exits with 0 if it has nothing to do. Blocks, for 30000 ms at most.
     /// False as well if the script is missing, cannot be run or does not exit in time.
@@ -27,6 +31,10 @@ struct BottleEnvScript {
     /// earlier run still exists, only shows that one. The banner of a failed run offers another one. When
     /// this returns, `running` is true if the user closed the banner before the script exited.
     void start(bool force);
+
+    /// Calls `then` when the script does not run any more, at once or at its end, unless `context` is
+    /// destroyed first.
+    void whenEnded(QObject* context, const std::function<void()>& then);
 
 private:
     void launch();

@@ -224,28 +224,32 @@ private Q_SLOTS:
     }
 
     /// A Proton is chosen: its set-up comes first where it is needed, and the choice follows unless its
-    /// window is gone.
+    /// window is gone. The banner may be closed before the script has ended.
     void protonBeforeItsFirstUse_data() {
-        const Table<int, bool, QByteArray, bool> row("code", "isClosed", "runs", "goesOn");
-        row("ready", 0, false, "-c\n", true);
-        row("not ready", 1, false, "-c\n\n", true);
-        row("not ready, window closed", 1, true, "-c\n\n", false);
+        const Table<int, bool, bool, QByteArray, bool> row("code", "isEarly", "isClosed", "runs", "goesOn");
+        row("ready", 0, false, false, "-c\n", true);
+        row("not ready", 1, false, false, "-c\n\n", true);
+        row("not ready, banner closed early", 1, true, false, "-c\n\n", true);
+        row("not ready, window closed", 1, false, true, "-c\n\n", false);
     }
     void protonBeforeItsFirstUse() {
         QFETCH(int, code);
+        QFETCH(bool, isEarly);
         QFETCH(bool, isClosed);
         QFETCH(bool, goesOn);
-        record("echo done", code);
+        record(Waits, code);
         BottleEnvScript& script = protonInitScript();
         script.scriptPath = m_path;
         ApplicationWindows::setOpeners();
         auto window = std::make_unique<QObject>();
-        bool isChosen = false;
+        bool isChosen = false, wasEarly = false;
         QString title;
         ProtonSetup::prepare(window.get(), [&isChosen] { isChosen = true; });
+        if (!isEarly)
+            release();
         QTimer look;
         connect(&look, &QTimer::timeout, &look, [&] {
-            if (!script.banner || !hasEnded(script))
+            if (!script.banner || !script.banner->isVisible() || (!isEarly && !hasEnded(script)))
                 return;
             title = script.banner->windowTitle();
             if (isClosed)
@@ -253,12 +257,20 @@ private Q_SLOTS:
             script.banner->close();
         });
         look.start(10);
+        if (isEarly) {
+            QTRY_VERIFY(!title.isEmpty() && !script.banner->isVisible());
+            QVERIFY(script.running);
+            wasEarly = isChosen;
+            release();
+        }
         if (goesOn)
             QTRY_VERIFY(isChosen);
         else
             QTRY_VERIFY(!window && !script.banner);
+        QVERIFY(!wasEarly && !script.running);
+        delete script.banner;
         QTEST(runs(), "runs");
-        QCOMPARE(title, code ? QString("Setup Proton Completed") : QString());
+        QCOMPARE(title, !code ? QString() : isEarly ? script.title : script.completedTitle);
         QCOMPARE(isChosen, goesOn);
         LaunchWindows::instance() = {};
     }
