@@ -123,26 +123,32 @@ private Q_SLOTS:
     }
 
     void programsRunning_data() {
-        const Table<int, int, int> row("answer", "kills", "calls");
-        row("close them", 1, 1, 2);
-        row("cancel", 0, 0, 1);
+        const Table<int, bool, int, int> row("answer", "isClosed", "kills", "calls");
+        row("close them", 1, false, 1, 2);
+        row("close them, window closed", 1, true, 1, 2);
+        row("cancel", 0, false, 0, 1);
     }
     void programsRunning() {
         QFETCH(int, answer);
+        QFETCH(bool, isClosed);
         setBottle({"a"});
         open();
         chooseDxvk();
+        m_service->setHeld("killWineServer", "");
         QVERIFY(tellDone("dxvk-2", "{\"ok\": false, \"busy\": [\"notepad.exe\"]}"));
         QTRY_VERIFY(QApplication::activeModalWidget());
         qobject_cast<Fenk::Dialog*>(QApplication::activeModalWidget())->button(answer)->click();
-        if (answer == 0)
-            m_service->waitForCall("cancelInstallingComponent");
-        else
-            m_service->waitForCall("setDxvk", 2);
+        m_service->waitForCall(answer ? "killWineServer" : "cancelInstallingComponent");
+        if (isClosed)
+            delete m_view;
+        QCOMPARE(m_service->release(), answer);
+        if (answer)
+            QCOMPARE(m_service->waitForCall("setDxvk", 2).arguments, QJsonArray({"office", "dxvk-2", true}));
         QFETCH(int, kills);
         QTEST(m_service->calls("setDxvk").size(), "calls");
         QCOMPARE(m_service->calls("killWineServer").size(), kills);
-        QCOMPARE(dxvk()->combo()->currentText(), answer ? QString("dxvk-2") : QString("Disabled"));
+        if (m_view)
+            QCOMPARE(dxvk()->combo()->currentText(), answer ? QString("dxvk-2") : QString("Disabled"));
     }
 
     void serviceIsLost_data() {
@@ -207,18 +213,28 @@ private Q_SLOTS:
         QVERIFY(!find("mem_optimized_switch_btn")->isEnabled());
     }
 
+    /// Of several choices only the last one counts, and none that was taken back.
     void protonIsMadeReady() {
-        std::function<void()> isReady;
+        QVector<std::function<void()>> ready;
         LaunchWindows::instance().prepareProton = [&](QObject*, const std::function<void()>& then) {
-            isReady = then;
+            ready += then;
         };
         setBottle({"a"});
         open();
         auto* wine = find<ComponentsSwitcherWidget>("wine_version_combobox");
-        activate(wine->combo(), wine->combo()->findData("ge-proton9"));
-        QVERIFY(isReady);
+        for (int i = 1; i <= 3; ++i) {
+            activate(wine->combo(), wine->combo()->findData("ge-proton9"));
+            QCOMPARE(ready.size(), i);
+            QCOMPARE(wine->currentIndex(), 2);
+            QCOMPARE(wine->findChild<QLabel*>("setup_label")->text(), QString("Preparing ge-proton9"));
+            if (i == 1)
+                wine->findChild<QAbstractButton*>("setup_closebtn")->click();
+        }
+        ready[0]();
+        ready[1]();
+        QCOMPARE(wine->currentIndex(), 2);
         QVERIFY(m_service->calls("setRunner").isEmpty());
-        isReady();
+        ready[2]();
         QCOMPARE(m_service->waitForCall("setRunner").arguments, QJsonArray({"office", "ge-proton9", true}));
         LaunchWindows::instance().prepareProton = {};
     }

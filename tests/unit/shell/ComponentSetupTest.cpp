@@ -5,7 +5,8 @@
 using TestSupport::Table;
 
 /// Events in the order in which they come, as words: "wait X", "progress X 50", "start X", "good X", "bad X",
-/// "lost", "leave", "choose X", "adopt X".
+/// "lost", "leave", "choose X", "prepare X",
+/// "adopt X".
 class ComponentSetupTest : public QObject {
     Q_OBJECT
 
@@ -14,6 +15,8 @@ class ComponentSetupTest : public QObject {
         const QString name = words.value(1);
         if (words[0] == "choose")
             setup->choose(ComponentSetup::valueOf(name));
+        else if (words[0] == "prepare")
+            setup->prepare(name);
         else if (words[0] == "adopt")
             setup->adopt({{"other", "DONE"}, {name, "DOWNLOADING"}});
         else if (words[0] == "wait")
@@ -35,6 +38,8 @@ private Q_SLOTS:
         using Phase = ComponentSetup::Phase;
         const Table<QString, int, QString, QString> row("events", "phase", "good", "text");
         row("asked", "choose n", int(Phase::Asked), "old", "");
+        row("made ready", "prepare n,progress n 7,lost,bad n", int(Phase::Preparing), "old", "Preparing n");
+        row("was made ready", "prepare n,choose n,good n", int(Phase::Idle), "n", "");
         row("waits", "choose n,wait n", int(Phase::Waiting), "old", "Waiting for download n");
         row("downloads", "choose n,wait n,progress n 7", int(Phase::Downloading), "old", "downloading...");
         row("sets up", "choose n,wait n,start n", int(Phase::SettingUp), "old", "Setuping n");

@@ -158,7 +158,28 @@ ComponentOffer BottleSettings::offer(Setting component) const {
                               m_values.text(component), m_graphics);
 }
 
+void BottleSettings::chooseAfter(const Preparation& prepare, Setting component, const QString& value) {
+    leavePreparation(component);
+    if (m_state != State::Ready || value == m_values.text(component))
+        return;
+    setupOf(component).prepare(value);
+    Q_EMIT changed();
+    prepare(this, [this, component, value, number = ++m_preparations] {
+        if (number == m_preparations && setup(component).phase() == ComponentSetup::Phase::Preparing)
+            choose(component, value);
+    });
+}
+
+bool BottleSettings::leavePreparation(Setting component) {
+    if (setup(component).phase() != ComponentSetup::Phase::Preparing)
+        return false;
+    setupOf(component).leave();
+    Q_EMIT changed();
+    return true;
+}
+
 void BottleSettings::choose(Setting setting, const QVariant& value) {
+    leavePreparation(setting);
     if (m_state != State::Ready || value == m_values.value(setting))
         return;
     if (SettingRules::endsGraphicsLayers(setting, value))
@@ -218,6 +239,9 @@ void BottleSettings::send(Setting setting, const QVariant& value) {
 
 void BottleSettings::sendComponent(Setting component) {
     const QString name = setup(component).name();
+    auto& wanted = m_wanted[size_t(component)];
+    if (wanted)
+        *wanted = name;
     SettingTable::of(component).send(
         m_bottle, ComponentSetup::valueOf(name), this, [this, component, name](const BusResult& answer) {
             // The signal says more about a refusal because of running programs, and all about the work
@@ -276,16 +300,35 @@ void BottleSettings::answerProgramsRunning(Setting component, bool close) {
         cancelSetup(component);
         return;
     }
-    BottleTasks::killWineServer(m_bottle, this, [this, component] {
-        if (setup(component).phase() == ComponentSetup::Phase::Asked)
-            sendComponent(component);
-    });
+    // The programs are gone then, so the change is asked for in any case, also when this window has been
+    // closed.
+    BottlesConfig* service = BottlesConfig::instance();
+    const auto wanted = std::make_shared<QString>(setup(component).name());
+    m_wanted[size_t(component)] = wanted;
+    const auto request = [self = QPointer<BottleSettings>(this), bottle = m_bottle, component, wanted,
+                          service, hold = PendingWork::instance()->hold()] {
+        if (self) {
+            if (self->setup(component).phase() == ComponentSetup::Phase::Asked)
+                self->sendComponent(component);
+        } else if (!wanted->isEmpty()) {
+            SettingTable::of(component).send(
+                bottle, ComponentSetup::valueOf(*wanted), service, [hold, wanted](const BusResult& answer) {
+                    if (!answer.ok)
+                        qWarning().noquote() << "cannot set up" << *wanted << answer.errorMessage;
+                });
+        }
+    };
+    BottleTasks::killWineServer(m_bottle, service, request);
 }
 
 void BottleSettings::cancelSetup(Setting component) {
+    if (leavePreparation(component))
+        return;
     const QString name = setup(component).name();
     if (name.isEmpty())
         return;
+    if (const auto& wanted = m_wanted[size_t(component)])
+        wanted->clear();
     BottlesConfig::instance()->cancelInstallingComponent(
         m_bottle, SettingTable::componentKind(component), name, this, [name](const BusResult& answer) {
             if (!answer.ok)

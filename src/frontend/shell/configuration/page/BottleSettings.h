@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QTimer>
+#include <memory>
 
 #include "shell/configuration/rules/ComponentOffer.h"
 #include "shell/configuration/rules/ComponentSetup.h"
@@ -38,6 +39,9 @@ public:
 
     /// What the user does. The DPI is sent 600 ms after its last change.
     void choose(Setting setting, const QVariant& value);
+    /// The same when `prepare` has called what it is given. Of several choices the last one counts.
+    using Preparation = std::function<void(QObject* context, const std::function<void()>& then)>;
+    void chooseAfter(const Preparation& prepare, Setting component, const QString& value);
     void cancelSetup(Setting component);
     /// The answer to programsRunning().
     void answerProgramsRunning(Setting component, bool close);
@@ -73,6 +77,7 @@ private:
     void followComponents();
     void onSetupDone(const QString& kind, const QString& name, const QString& result);
     void onServiceLost();
+    bool leavePreparation(Setting component);
     void cancelGraphics();
     void restoreRenderer(Setting component);
     /// Tells the setup of that kind; shows its value when the change has ended.
@@ -93,6 +98,9 @@ private:
     ReadBefore m_readBefore;
     int m_loads = 0;  ///< answers to older ones are dropped
     int m_ntSyncChecks = 0;
+    int m_preparations = 0;
+    /// What the service is to set up; outlives this object until programs have been closed for it.
+    std::array<std::shared_ptr<QString>, size_t(SettingCount)> m_wanted;
     QTimer m_dpiTimer;
     Undo m_undo;
     std::array<Undo, size_t(SettingCount)> m_waitingUndo;  ///< of components, until they are set up

@@ -237,12 +237,10 @@ void BottlesConfigView::startRun(bool inTerminal) {
 }
 
 void BottlesConfigView::choose(Setting setting, const QVariant& value) {
-    if (setting != Setting::Runner || !WineNames::isGeProton(value.toString())) {
+    if (setting == Setting::Runner && WineNames::isGeProton(value.toString()))
+        m_settings->chooseAfter(&ProtonSetup::prepare, setting, value.toString());
+    else
         m_settings->choose(setting, value);
-        return;
-    }
-    ProtonSetup::prepare(m_settings,
-                         [settings = m_settings, setting, value] { settings->choose(setting, value); });
 }
 
 void BottlesConfigView::checkDriver() {

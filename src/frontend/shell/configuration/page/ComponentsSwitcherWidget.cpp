@@ -120,12 +120,13 @@ void ComponentsSwitcherWidget::setSetup(const ComponentSetup& setup) {
     m_progress->setValue(qMax(0, setup.percent()));
     m_close->setWord(isFailed ? tr("Close") : tr("Cancel"));
     m_setup->setText(setup.text());
-    if (phase == Phase::SettingUp)
+    const bool isBusy = phase == Phase::Preparing || phase == Phase::SettingUp;
+    if (isBusy)
         m_spinner->start();
     else
         m_spinner->stop();
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
-    setCurrentIndex(phase == Phase::SettingUp                       ? SetupPage
+    setCurrentIndex(isBusy                                          ? SetupPage
                     : phase == Phase::Idle || phase == Phase::Asked ? ChoicePage
                                                                     : TipsPage);
     // The focus would otherwise go to another row.

@@ -18,6 +18,11 @@ void ComponentSetup::choose(const QString& value) {
     m_phase = Phase::Asked;
 }
 
+void ComponentSetup::prepare(const QString& value) {
+    choose(value);
+    m_phase = Phase::Preparing;
+}
+
 bool ComponentSetup::adopt(const QJsonObject& installing) {
     for (auto it = installing.begin(); it != installing.end(); ++it) {
         const bool isSettingUp = it.value() == QLatin1String("SETUPING");
@@ -68,7 +73,7 @@ bool ComponentSetup::done(const QString& name, bool isGood, const QString& reaso
 }
 
 bool ComponentSetup::fail(const QString& reason) {
-    if (!isUnderWay())
+    if (!isUnderWay() || m_phase == Phase::Preparing)
         return false;
     m_reason = reason;
     return enter(Phase::Failed);
@@ -81,6 +86,8 @@ void ComponentSetup::leave() {
 QString ComponentSetup::text() const {
     const QString name = shown(valueOf(m_name));
     switch (m_phase) {
+        case Phase::Preparing:
+            return SwitcherText::tr("Preparing %1").arg(name);
         case Phase::Waiting:
             return SwitcherText::tr("Waiting for download %1").arg(name);
         case Phase::Downloading:

@@ -10,8 +10,9 @@ class ComponentSetup {
 public:
     enum class Phase {
         Idle,
-        Asked,    ///< the service has been asked, and has not said anything yet
-        Waiting,  ///< for the download
+        Preparing,  ///< what it needs is made ready; the service has not been asked
+        Asked,      ///< the service has been asked, and has not said anything yet
+        Waiting,    ///< for the download
         Downloading,
         SettingUp,
         Failed  ///< shown until the user has seen it
@@ -24,6 +25,8 @@ public:
     void read(const QString& value) { m_good = value; }
 
     void choose(const QString& value);
+    /// The user's choice, which choose() follows.
+    void prepare(const QString& value);
     /// Takes over what the service was doing before this window was there, by its answer to
     /// getInstallingComponents. False when that is nothing.
     bool adopt(const QJsonObject& installing);
@@ -54,7 +57,9 @@ public:
     static QString shown(const QString& value);
 
 private:
-    bool isOurs(const QString& name) const { return isUnderWay() && name == m_name; }
+    bool isOurs(const QString& name) const {
+        return isUnderWay() && m_phase != Phase::Preparing && name == m_name;
+    }
     bool enter(Phase phase);
 
     Phase m_phase = Phase::Idle;
