@@ -116,7 +116,8 @@ QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
     service.setText("describe", R"([
         {"name":"mfc40","available":false,"reasons":[{"code":"no-known-file","arguments":["mfc40"]},
                                                      {"code":"has-winetricks","arguments":["mfc40"]}]},
-        {"name":"corefonts","available":true,"files":[{"name":"andale32.exe","size":198384,"host":"sf.net"}]},
+        {"name":"corefonts","available":true,"files":[
+         {"name":"andale32.exe","size":198384,"host":"sf.net"},{"name":"arial32.exe","host":"sf.net"}]},
         {"name":"d3dx9","available":true,
          "files":[{"name":"directx_Jun2010.exe","size":100271992,"host":"download.microsoft.com"}]},
         {"name":"vcredist2019","available":true,"needs":[],"files":[

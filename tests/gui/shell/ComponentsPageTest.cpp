@@ -83,6 +83,7 @@ private Q_SLOTS:
         m_home.write(".local/share/lumora-wine-bottles/dependency.json",
                      R"({"alpha": {"Description": "First of all", "dlls": ["quickdll"]},
                          "beta": {"Description": "Second"},
+                         "mfc40": {"Description": "Old classes"},
                          "gamma": {"Description": "Third", "needs": ["beta"]}})");
     }
     void init() {
@@ -182,6 +183,8 @@ private Q_SLOTS:
         QVERIFY(done("alpha", R"({"ok":false,"error":"no network"})"));
         auto* choose = find<QAbstractButton>("component_file_btn");
         QTRY_VERIFY(choose->isVisible());
+        QCOMPARE(find<QLabel>("component_reason")->text(), QString("no network"));
+        QVERIFY(find<QLabel>("component_facts")->isVisible());
         const QString file = m_home.write("setup.exe", "x");
         for (const char* expected : {"Installation Failed", "Waiting for Download"}) {
             choose->click();
@@ -317,6 +320,8 @@ private Q_SLOTS:
         QCOMPARE(m_page->filter("gamma"), 1);
         QCOMPARE(list()->currentName(), QString("gamma"));
         QCOMPARE(find<QLabel>("component_facts")->text(), QString("Installed first: beta."));
+        m_page->filter("visual c++ 4");
+        QVERIFY(row("mfc40").isValid());
         m_page->filter("<b>.*");
         QVERIFY(find("components_placeholder")->isVisible());
         QVERIFY(!find("component_details")->isVisible());

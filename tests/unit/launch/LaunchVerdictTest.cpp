@@ -201,6 +201,24 @@ private Q_SLOTS:
         QCOMPARE(offer.toolTip(), expected.replace("!", "").replace('|', '\n'));
     }
 
+    void offeredSizes_data() {
+        const Table<QVector<qint64>, QString, QString> row("sizes", "winetricks", "text");
+        row("all known", {2000000, 1000000}, "", "3.0 MB");
+        row("one unknown", {2000000, -1}, "", "at least 2.0 MB");
+        row("none known", {-1, -1}, "", "size unknown");
+        row("nothing fetched", {}, "", "");
+        row("fetched by winetricks", {}, "mfc40", "size unknown");
+    }
+    void offeredSizes() {
+        QFETCH(QVector<qint64>, sizes);
+        OfferedComponent component;
+        for (const qint64 size : sizes)
+            component.files += OfferedFile{{}, size, false, {}};
+        QFETCH(QString, winetricks);
+        component.winetricks = winetricks;
+        QTEST(component.sizeText(), "text");
+    }
+
     void reports() {
         ProblemReport report;
         report.program = "Harbour";

@@ -53,6 +53,7 @@ QStringList titles(const QStringList& names) {
 ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     : QWidget(parent),
       m_list(list),
+      m_words(new QVBoxLayout),
       m_title(new Label(Label::Strong)),
       m_text(new Label(Label::Small)),
       m_reason(new Label(Label::Small)),
@@ -68,18 +69,17 @@ ComponentDetails::ComponentDetails(ComponentsListView* list, QWidget* parent)
     m_choose->setObjectName("component_file_btn");
     m_choose->setToolTip(tr("Install from a file that you have downloaded yourself"));
     m_button->setMinimumWidth(Tokens::ButtonMinWidth);
-    auto* words = new QVBoxLayout;
-    words->setSpacing(2);
-    words->addWidget(m_title);
+    m_words->setSpacing(2);
+    m_words->addWidget(m_title);
     for (Label* label : {m_reason, m_text}) {
         label->setElidedAfter(MostLines);
         label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-        words->addWidget(label, 1);
+        m_words->addWidget(label, 1);
     }
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(Tokens::Space16, Tokens::Space4, Tokens::RingExtent, Tokens::Space4);
     layout->setSpacing(Tokens::Space16);
-    layout->addLayout(words, 1);
+    layout->addLayout(m_words, 1);
     layout->addWidget(m_choose, 0, Qt::AlignTop);
     layout->addWidget(m_button, 0, Qt::AlignTop);
     connect(m_choose, &QPushButton::clicked, this, &ComponentDetails::chooseFile);
@@ -140,12 +140,27 @@ void ComponentDetails::refresh() {
     m_reason->setTextRole(state.reason.isEmpty() ? Theme::Secondary : Theme::Danger);
     m_reason->setVisible(!reason.isEmpty());
     m_text->setText(factsText(name));
-    // Where it has failed, the user needs to know the files all the more.
-    m_text->setElidedAfter(reason.isEmpty() ? MostLines : 1);
+    m_text->setVisible(reason.isEmpty() || !m_text->text().isEmpty());
+    shareLines();
     const bool isFailed = state.phase == DependencyState::Phase::Failed || !facts.isAvailable;
     m_choose->setVisible(isFailed && !state.isUnderWay() && !facts.files.isEmpty());
     m_button->setText(ComponentsItemDelegate::actionText(state.action()));
     m_button->setAccessibleDescription(name);
+}
+
+/// Where it has failed, the user needs to know the files all the more: there are three lines for both.
+void ComponentDetails::shareLines() {
+    const bool hasReason = !m_reason->text().isEmpty();
+    const bool isLong =
+        hasReason && m_reason->fontMetrics().horizontalAdvance(m_reason->text()) > m_title->width();
+    m_text->setElidedAfter(isLong ? 1 : MostLines);
+    m_words->setStretchFactor(m_reason, isLong ? MostLines : 1);
+    m_words->setStretchFactor(m_text, isLong ? 1 : MostLines);
+}
+
+void ComponentDetails::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    shareLines();
 }
 
 void ComponentDetails::chooseFile() {

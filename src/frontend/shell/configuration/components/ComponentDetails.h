@@ -4,6 +4,7 @@
 
 class ComponentsListView;
 class QPushButton;
+class QVBoxLayout;
 
 namespace Fenk {
 class Label;
@@ -16,13 +17,18 @@ class ComponentDetails : public QWidget {
 public:
     explicit ComponentDetails(ComponentsListView* list, QWidget* parent = nullptr);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void refresh();
+    void shareLines();
     QStringList missingNeedsOf(const QString& name) const;
     QString factsText(const QString& name) const;
     void chooseFile();
 
     ComponentsListView* m_list;
+    QVBoxLayout* m_words;
     Fenk::Label* m_title;
     Fenk::Label* m_text;
     Fenk::Label* m_reason;
