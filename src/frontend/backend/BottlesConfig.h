@@ -75,14 +75,12 @@ public:
         watch("getInstallingComponents", {bottle, kind}, context, handler);
     }
     QString getInstallingDependency(const QString& bottle);
-    BusResult cancelInstallingDependency(const QString& bottle) {
-        return block("cancelInstallingDependency", {bottle}, Ignored);
-    }
-    // The same two without waiting.
+    /// The same without waiting.
     void cancelInstallingComponent(const QString& bottle, const QString& kind, const QString& name,
                                    QObject* context, const Handler& handler) {
         watch("cancelInstallingComponent", {bottle, kind, name}, context, handler, Ignored);
     }
+    /// Aborts the one that is being installed, whoever has asked for it.
     void cancelInstallingDependency(const QString& bottle, QObject* context, const Handler& handler) {
         watch("cancelInstallingDependency", {bottle}, context, handler, Ignored);
     }

@@ -118,9 +118,9 @@ void BottlesConfigView::slotsHandleLogsAnchorClicked(const QUrl& anchor) {
 
 void BottlesConfigView::slotsStopInstallingDeps() {
     BottlesConfig::instance()->cancelInstallingDependency(
-        m_bottle, this, [bottle = m_bottle](const BusResult& answer) {
+        m_bottle, BottlesConfig::instance(), [](const BusResult& answer) {
             if (!answer.ok)
-                qWarning().noquote() << "cannot cancel the installation in" << bottle << answer.errorMessage;
+                qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
         });
 }
 
