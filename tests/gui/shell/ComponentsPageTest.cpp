@@ -15,6 +15,7 @@
 #include "shell/configuration/components/ComponentRoles.h"
 #include "shell/configuration/components/ComponentsListView.h"
 #include "shell/configuration/components/ComponentsPage.h"
+#include "shell/configuration/components/DependencyFacts.h"
 #include "shell/configuration/components/InstallProtonDialog.h"
 #include "shell/configuration/components/ProtonItemRow.h"
 #include "shell/configuration/components/WineVersionCombobox.h"
@@ -327,6 +328,29 @@ private Q_SLOTS:
         QVERIFY(!find("component_details")->isVisible());
         QTest::keyClick(edit, Qt::Key_Escape);
         QVERIFY(list()->model()->rowCount() >= 3);
+    }
+
+    /// An answer that was asked for before the facts were forgotten is dropped.
+    void factsAreAskedOnce() {
+        DependencyFacts* facts = list()->dependencies()->facts();
+        const auto described = [](const char* size) {
+            return QString(R"([{"name":"alpha","available":true,"files":[{"name":"a","size":%1}]}])")
+                .arg(size);
+        };
+        m_service->setHeld("describe", described("1000000"));
+        load();
+        m_service->waitForCall("describe");
+        const int asked = m_service->calls("describe").size();
+        facts->fetch(list()->names());
+        QCOMPARE(m_service->calls("describe").size(), asked);
+        m_service->setText("describe", described("2000000"));
+        facts->forgetAll();
+        facts->fetch(list()->names());
+        QTRY_COMPARE(row("alpha").data(ComponentRoles::Detail).toString(), QString("2.0 MB"));
+        QCOMPARE(m_service->release(), asked);
+        QVERIFY(done("beta", R"({"ok":false})"));
+        QTRY_COMPARE(status("beta"), QString("Installation Failed"));
+        QCOMPARE(row("alpha").data(ComponentRoles::Detail).toString(), QString("2.0 MB"));
     }
 
     void stateFromOutside_data() {
