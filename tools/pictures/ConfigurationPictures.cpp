@@ -17,6 +17,7 @@
 
 #include "Pictures.h"
 #include "fenk/controls/SearchEdit.h"
+#include "launch/LaunchWindows.h"
 #include "launch/winelog/LogParseRule.h"
 #include "shell/configuration/page/AppEntryButton.h"
 #include "shell/configuration/page/BottlesConfigView.h"
@@ -72,6 +73,16 @@ QList<QWidget*> setups(const Scene& scene) {
     scene.view->findChild<QScrollArea*>("basic_page")
         ->ensureWidgetVisible(scene.view->findChild<QWidget*>("wine_version_combobox"));
     settle(500);
+    return {scene.view};
+}
+
+/// A Proton has been chosen, and its set-up is being checked.
+QList<QWidget*> preparing(const Scene& scene) {
+    LaunchWindows::instance().prepareProton = [](QObject*, const std::function<void()>&) {};
+    Q_EMIT scene.view->findChild<ComponentsSwitcherWidget*>("wine_version_combobox")->chosen("ge-proton9");
+    scene.view->findChild<QScrollArea*>("basic_page")
+        ->ensureWidgetVisible(scene.view->findChild<QWidget*>("ntsync_switch_btn"));
+    settle(300);
     return {scene.view};
 }
 
@@ -344,6 +355,7 @@ int main(int argc, char** argv) {
     } states[] = {{"plain", plain},
                   {"changed", changed},
                   {"setups", setups},
+                  {"preparing", preparing},
                   {"question", question},
                   {"logs", logs},
                   {"hints", hints},
