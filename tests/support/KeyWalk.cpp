@@ -45,7 +45,8 @@ QList<QWidget*> walk(QWidget* window) {
 bool isControl(const QWidget* widget) {
     const bool isPart = qobject_cast<QLineEdit*>(widget->parentWidget()) ||
                         qobject_cast<QAbstractSpinBox*>(widget->parentWidget()) ||
-                        qobject_cast<QComboBox*>(widget->parentWidget());
+                        qobject_cast<QComboBox*>(widget->parentWidget()) ||
+                        qobject_cast<const QHeaderView*>(widget);
     // Of a group Tab reaches the checked one, and arrow keys the others.
     const auto* button = qobject_cast<const QAbstractButton*>(widget);
     const bool isInGroup =
