@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QPushButton>
@@ -89,6 +90,41 @@ private Q_SLOTS:
         action(*m_f);
         QTEST(m_f->shown(), "shown");
         QTRY_COMPARE(m_f->changes(), sent);
+    }
+
+    /// Nothing is chosen but in the list.
+    void closedEditor_data() {
+        const Table<int, int> row("column", "key");
+        for (int column : {0, 1}) {
+            row("wheel", column, 0);
+            row("down", column, Qt::Key_Down);
+            row("page", column, Qt::Key_PageUp);
+        }
+        row("letter", 1, Qt::Key_D);
+    }
+    void closedEditor() {
+        QFETCH(int, column);
+        QFETCH(int, key);
+        QVERIFY(m_f->open());
+        m_f->table->setCurrentIndex(m_f->table->rows()->index(0, column));
+        QTest::keyClick(m_f->table, Qt::Key_F2);
+        QComboBox* editor = m_f->editor();
+        if (column == 1)
+            QTRY_VERIFY(editor->view()->isVisible());
+        editor->hidePopup();
+        QTRY_VERIFY(!editor->view()->isVisible());
+        const int before = editor->currentIndex();
+        if (key)
+            QTest::keyClick(editor, Qt::Key(key));
+        else
+            m_f->turnWheel(editor);
+        QVERIFY(m_f->editor() && editor->currentIndex() == before);
+        QCOMPARE(editor->view()->isVisible(), key != 0);
+        editor->hidePopup();
+        QTest::keyClick(editor, Qt::Key_Escape);
+        QTRY_VERIFY(!m_f->editor());
+        m_f->add("last");
+        QTRY_COMPARE(m_f->changes(), QStringList{"last=n,b"});
     }
 
     void scans() {

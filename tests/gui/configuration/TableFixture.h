@@ -67,6 +67,12 @@ public:
         QTest::keyClick(combo, last);
         QTRY_VERIFY(!editor());
     }
+    static void turnWheel(QWidget* widget) {
+        const QPointF at = widget->rect().center();
+        QWheelEvent turn(at, widget->mapToGlobal(at.toPoint()), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                         Qt::NoScrollPhase, false);
+        QApplication::sendEvent(widget, &turn);
+    }
     /// Adds a row by key and types its first cell.
     void add(const QString& text) {
         QTest::keyClick(table, Qt::Key_Insert);

@@ -1,6 +1,7 @@
 #include "shell/configuration/tables/ComboCellDelegate.h"
 
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QTimer>
 
@@ -8,6 +9,26 @@
 #include "shell/configuration/tables/EditableTable.h"
 
 using namespace Fenk;
+
+namespace {
+
+/// Whether a closed combo box would take another entry for the key, as if the user had chosen it.
+bool stepsThroughEntries(const QKeyEvent& key, bool isEditable) {
+    switch (key.key()) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+            return true;
+        case Qt::Key_Home:
+        case Qt::Key_End:
+            return !isEditable;
+        default:
+            return !isEditable && !key.text().isEmpty() && key.text().at(0).isPrint();
+    }
+}
+
+}  // namespace
 
 QWidget* ComboCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                          const QModelIndex& index) const {
@@ -23,6 +44,18 @@ QWidget* ComboCellDelegate::createEditor(QWidget* parent, const QStyleOptionView
     if (!combo->isEditable())
         QTimer::singleShot(0, combo, &QComboBox::showPopup);
     return combo;
+}
+
+bool ComboCellDelegate::eventFilter(QObject* editor, QEvent* event) {
+    auto* combo = qobject_cast<QComboBox*>(editor);
+    if (combo && event->type() == QEvent::Wheel)
+        return true;
+    if (combo && event->type() == QEvent::KeyPress &&
+        stepsThroughEntries(*static_cast<QKeyEvent*>(event), combo->isEditable())) {
+        combo->showPopup();
+        return true;
+    }
+    return QStyledItemDelegate::eventFilter(editor, event);
 }
 
 void ComboCellDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
