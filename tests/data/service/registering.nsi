@@ -12,6 +12,7 @@ File window64.exe
 File /oname=主程序.exe window64.exe
 File /oname=AppUpdater.exe window64.exe
 File /oname=Own.dll window64.exe
+File /oname=a=b.dll window64.exe
 WriteUninstaller $INSTDIR\uninst.exe
 CreateShortCut "$DESKTOP\主程序.lnk" "$INSTDIR\主程序.exe" '--mode "a b"'
 CreateDirectory $SMPROGRAMS\App

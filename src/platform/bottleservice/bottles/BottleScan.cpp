@@ -6,10 +6,13 @@
 #include <QSet>
 #include <QStandardPaths>
 #include <QUuid>
+#include <algorithm>
+#include <iterator>
 
 #include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/bottles/Programs.h"
 #include "bottleservice/bottles/WindowsPath.h"
+#include "manifest/SettingRules.h"
 
 namespace BottleScan {
 
@@ -128,6 +131,13 @@ QStringList filesBeside(const QString& bottlePath, const QJsonObject& programs, 
     return names;
 }
 
+/// A file may have a name that no override can have.
+QStringList overridable(const QStringList& names) {
+    QStringList good;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(good), SettingRules::isDllName);
+    return good;
+}
+
 }  // namespace
 
 bool isOfWine(const QString& file) {
@@ -210,7 +220,7 @@ QStringList dllsBeside(const QString& bottlePath, const QJsonObject& programs) {
     for (const QString& name : filesBeside(bottlePath, programs, "*.dll"))
         names += QFileInfo(name).completeBaseName();
     names.removeDuplicates();
-    return names;
+    return overridable(names);
 }
 
 QStringList updatersBeside(const QString& bottlePath, const QJsonObject& programs) {
@@ -219,7 +229,7 @@ QStringList updatersBeside(const QString& bottlePath, const QJsonObject& program
         if (ExecutableRules::kindOf(name) == ExecutableRules::Kind::Updater)
             names += name;
     }
-    return names;
+    return overridable(names);
 }
 
 bool isSameStart(const QJsonObject& one, const QJsonObject& other) {

@@ -30,7 +30,8 @@ void clearUsersDesktop(const QString& bottlePath, const QDateTime& since);
 /// stays the same for bottle and path.
 QJsonArray discovered(const QString& bottle, const QString& bottlePath);
 
-/// The names of DLLs (without suffix) and of updaters that lie beside these programs.
+/// The names of DLLs (without suffix) and of updaters that lie beside these programs, as far as overrides can
+/// have them.
 QStringList dllsBeside(const QString& bottlePath, const QJsonObject& programs);
 QStringList updatersBeside(const QString& bottlePath, const QJsonObject& programs);
 
