@@ -190,6 +190,19 @@ private Q_SLOTS:
         QCOMPARE(refused.count(), 1);
     }
 
+    /// What was done of a step can be taken back.
+    void partlyRefused() {
+        QVERIFY(m_f->open());
+        m_f->service.setAnswers("updateDllOverride", {{{"error", "no"}}, {{"text", ""}}});
+        m_f->service.setJson("listDllOverrides", QJsonObject{{"mshtml", ""}, {"zlib", "b"}});
+        QSignalSpy replaced(m_f->table, &BottleTable::replaced);
+        m_f->remove({"d3d9", "zlib"});
+        QTRY_COMPARE(m_f->shown(), QStringList({"mshtml=Disabled", "zlib=Builtin (Wine)"}));
+        QCOMPARE(replaced.count(), 0);
+        m_f->table->undo();
+        QTRY_COMPARE(m_f->changes().mid(2), QStringList{"d3d9=n,b"});
+    }
+
     void usableByKeys() {
         QVERIFY(m_f->open());
         QCOMPARE(TestSupport::outOfReach(&m_f->page), QString());

@@ -12,7 +12,10 @@ BottleTable::BottleTable(const QString& listMethod, const QString& firstTitle, c
         Q_EMIT loaded();
     });
     connect(m_sync, &TableSync::failed, this, &BottleTable::loaded);
-    connect(m_sync, &TableSync::refused, this, &BottleTable::refused);
+    connect(m_sync, &TableSync::refused, this, [this](const QString& errorText) {
+        m_hasRefused = true;
+        Q_EMIT refused(errorText);
+    });
     followBottle();
 }
 
@@ -35,11 +38,16 @@ void BottleTable::take(const TableRows& rows) {
     m_waiting.reset();
     if (state() == EditingState) {
         m_waiting = rows;
-    } else if (rows != sentRows()) {
-        refill(rows);
-        m_before.reset();
-        Q_EMIT replaced();
+        return;
     }
+    const bool hasRefused = std::exchange(m_hasRefused, false);
+    if (rows == sentRows())
+        return;
+    refill(rows);
+    // Of a refused step what was done can be taken back.
+    m_undo = hasRefused ? TableDifference::needed(rows, m_undo) : QVector<TableChange>();
+    if (m_undo.isEmpty())
+        Q_EMIT replaced();
 }
 
 void BottleTable::refill(const TableRows& rows) {
@@ -63,19 +71,21 @@ void BottleTable::step(const std::function<void()>& work) {
     const TableRows before = sentRows();
     work();
     m_isInStep = false;
-    if (sentRows() == before)
+    const QVector<TableChange> undo = TableDifference::between(sentRows(), before);
+    if (undo.isEmpty())
         return;
-    m_before = before;
+    m_undo = undo;
     Q_EMIT undoable();
 }
 
 void BottleTable::undo() {
-    const auto wanted = std::exchange(m_before, std::nullopt);
-    if (!wanted)
-        return;
-    for (const TableChange& change : TableDifference::between(sentRows(), *wanted))
+    TableRows rows = sentRows();
+    for (const TableChange& change : TableDifference::needed(rows, std::exchange(m_undo, {}))) {
         send(change);
-    refill(*wanted);
+        TableDifference::apply(change, &rows);
+    }
+    if (rows != sentRows())
+        refill(rows);
 }
 
 void BottleTable::change(const QString& what, const TableSync::Call& call, bool isIdle) {

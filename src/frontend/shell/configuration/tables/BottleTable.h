@@ -22,7 +22,7 @@ public:
     void clear();
     /// Ends in loaded(). False when edits are on their way; the list is read after them.
     bool load() { return m_sync->load(); }
-    /// Takes the last step back; does nothing when there is none.
+    /// Takes the last step back, or what was done of it; does nothing when there is none.
     void undo();
 
     /// What the service has, or will have when the changes on their way are done.
@@ -34,7 +34,7 @@ Q_SIGNALS:
     void refused(const QString& errorText);
     /// A step has been sent that undo() takes back.
     void undoable();
-    /// The bottle has other rows than were shown; there is no step to take back any more.
+    /// There is no step to take back any more: the bottle has other rows than were shown, or refused it.
     void replaced();
 
 protected:
@@ -57,7 +57,8 @@ private:
 
     TableSync* m_sync;
     QString m_bottle;
-    std::optional<TableRows> m_before;  ///< the last step
+    QVector<TableChange> m_undo;  ///< of the last step
     bool m_isInStep = false;
+    bool m_hasRefused = false;           ///< the list is read again because of that
     std::optional<TableRows> m_waiting;  ///< until the editor closes
 };

@@ -20,3 +20,21 @@ QVector<TableChange> TableDifference::between(const TableRows& from, const Table
     }
     return changes;
 }
+
+QVector<TableChange> TableDifference::needed(const TableRows& rows, const QVector<TableChange>& changes) {
+    QVector<TableChange> needed;
+    for (const TableChange& change : changes) {
+        const auto row = rows.find(change.name);
+        const bool isThere = row != rows.end();
+        if (change.isRemoved ? isThere : !isThere || *row != change.value)
+            needed.append(change);
+    }
+    return needed;
+}
+
+void TableDifference::apply(const TableChange& change, TableRows* rows) {
+    if (change.isRemoved)
+        rows->remove(change.name);
+    else
+        rows->insert(change.name, change.value);
+}

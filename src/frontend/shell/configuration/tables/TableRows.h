@@ -19,5 +19,8 @@ namespace TableDifference {
 TableRows rowsOf(const QJsonObject& list);
 /// The changes that make one table into the other, removals first.
 QVector<TableChange> between(const TableRows& from, const TableRows& to);
+/// Those of the changes that change the rows.
+QVector<TableChange> needed(const TableRows& rows, const QVector<TableChange>& changes);
+void apply(const TableChange& change, TableRows* rows);
 
 }  // namespace TableDifference
