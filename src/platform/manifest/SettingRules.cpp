@@ -35,6 +35,19 @@ bool SettingRules::isLoadMethod(const QString& method) {
     return methods.contains(method);
 }
 
+QString SettingRules::loadMethod(const QString& text) {
+    QStringList letters;
+    for (const QString& word : text.split(',', Qt::SkipEmptyParts))
+        letters += word.trimmed().left(1).toLower();
+    const QString method = letters.join(',');
+    return isLoadMethod(method) ? method : text;
+}
+
+QString SettingRules::moduleName(const QString& dll) {
+    const QLatin1String suffix(".dll");
+    return dll.endsWith(suffix, Qt::CaseInsensitive) ? dll.chopped(suffix.size()) : dll;
+}
+
 bool SettingRules::isVariableName(const QString& name) {
     return !name.isEmpty() && !name.contains('=') && !name.contains(QChar(0));
 }

@@ -24,6 +24,10 @@ bool isFontName(const QString& name);
 bool isDllName(const QString& name);
 /// How a DLL is loaded: "n" (native), "b" (Wine's own), "n,b", "b,n" or empty (not at all).
 bool isLoadMethod(const QString& method);
+/// The method that Wine takes from a text such as "native, builtin"; other texts as they are.
+QString loadMethod(const QString& text);
+/// The module that an override is about: Wine looks for "d3d9" when it loads d3d9.dll. Case does not matter.
+QString moduleName(const QString& dll);
 
 /// Whether an environment variable can have this name.
 bool isVariableName(const QString& name);

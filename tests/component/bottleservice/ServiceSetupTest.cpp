@@ -119,7 +119,7 @@ private Q_SLOTS:
                                              R"("]},"late.tgz":{"addresses":[")" + address.toUtf8() +
                                              R"("]}}})");
         m_service->write("dependency.json", R"({
-            "good":{"recipe":{"steps":[{"override":["made"],"mode":"native"}]}},
+            "good":{"recipe":{"steps":[{"override":["made","by it"],"mode":"native"}]}},
             "needy":{"needs":["good"],"recipe":{"steps":[
                 {"registry":"HKEY_CURRENT_USER\\Software\\Needy","values":{"a":"b"}}]}},
             "late":{"recipe":{"steps":[{"run":"late.exe","arguments":[]}]}},
@@ -148,7 +148,7 @@ private Q_SLOTS:
                                                                {"discrete_gpu", false},
                                                                {"mem_optimized", false}}));
         QCOMPARE(bottle["DLL_Overrides"].toObject(),
-                 QJsonObject({{"a.dll", "n,b"}, {"d3d9", "n"}, {"made", "n"}}));
+                 QJsonObject({{"a.dll", "n,b"}, {"d3d9", "n"}, {"made", "n"}, {"by it", "n"}}));
         QCOMPARE(bottle["Font_Replacements"].toObject(), QJsonObject({{"SimSun", "Noto"}}));
         QCOMPARE(bottle["Installed_Dependencies"].toArray(), QJsonArray({"good", "needy"}));
         QCOMPARE(readFile(path("drive_c/Game Data/sub/x.ini")), QByteArray("[a]\nb=名\n"));
@@ -160,6 +160,7 @@ private Q_SLOTS:
         QCOMPARE(programs.begin()->toObject()["arguments"].toString(), QString("-h"));
         QTRY_VERIFY(!m_service->signalLog.filter("program_added(program-1").isEmpty());
 
+        QVERIFY(readFile(path("user.reg")).contains("\"by it\"=\"n\""));
         QVERIFY(readFile(path("user.reg")).contains("\"long\"=hex(b):02,00,00,00,01,00,00,00"));
         const QString test = wine({"reg.exe", "query", "HKCU\\Software\\Test"});
         for (const char* data : {"one\\0two", "REG_QWORD", "text"})

@@ -51,6 +51,21 @@ private Q_SLOTS:
         QVERIFY(!parsed(settings.toText()).hasProgram("one"));
     }
 
+    /// As Wine reads them.
+    void namesOfWine() {
+        BottleYaml settings = parsed(
+            "DLL_Overrides: {D3D9.dll: 'Native, builtin', d3d9: x, z: b}\n"
+            "Font_Replacements: {ARIAL: A, Arial: B, Sans: C}\n");
+        QCOMPARE(settings.record()["DLL_Overrides"].toObject(),
+                 QJsonObject({{"D3D9.dll", "n,b"}, {"d3d9", "x"}, {"z", "b"}}));
+        settings.setOverride("d3D9", "b");
+        settings.removeOverride("Z.DLL");
+        settings.setFontReplacement("arial", "D");
+        settings.removeFontReplacement("SANS");
+        QCOMPARE(settings.record()["DLL_Overrides"].toObject(), QJsonObject({{"d3D9", "b"}}));
+        QCOMPARE(settings.record()["Font_Replacements"].toObject(), QJsonObject({{"arial", "D"}}));
+    }
+
     void wrongTypesReadAsEmpty() {
         BottleYaml settings = parsed(
             "Runner: [a]\nDXVK: 1.10\nVKD3D: ~\nWindows: 7\nParameters: 5\nInstalled_Dependencies: x\n"

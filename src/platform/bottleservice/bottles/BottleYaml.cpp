@@ -5,11 +5,15 @@
 #include <QDebug>
 #include <QJsonArray>
 
+#include "manifest/SettingRules.h"
 #include "manifest/YamlText.h"
 
 using YamlText::Kind;
 
 namespace {
+
+const char Overrides[] = "DLL_Overrides";
+const char Fonts[] = "Font_Replacements";
 
 struct KnownKey {
     const char* name;
@@ -27,8 +31,8 @@ const KnownKey BottleKeys[] = {
     {"VKD3D", Kind::Text},
     {"Emulator", Kind::Text},
     {"Parameters", Kind::Object},
-    {"DLL_Overrides", Kind::TextMap},
-    {"Font_Replacements", Kind::TextMap},
+    {Overrides, Kind::TextMap},
+    {Fonts, Kind::TextMap},
     {"Pending_Registry", Kind::TextMap},
     {"External_Programs", Kind::Object},
     {"Installed_Dependencies", Kind::TextList},
@@ -71,6 +75,11 @@ QJsonObject renderProgram(const YAML::Node& node, const QString& id) {
 
 std::string utf8(const QString& text) {
     return text.toStdString();
+}
+
+/// Fonts have no suffix.
+QString itself(const QString& name) {
+    return name;
 }
 
 }  // namespace
@@ -135,6 +144,11 @@ QJsonObject BottleYaml::record() const {
                 programs.insert(id, renderProgram(entry.second, id));
         }
     }
+    QJsonObject overrides = record.value(Overrides).toObject();
+    for (auto it = overrides.begin(); it != overrides.end(); ++it)
+        it.value() = SettingRules::loadMethod(it.value().toString());
+    if (record.contains(Overrides))
+        record.insert(Overrides, overrides);
     // Left out when entries exist that cannot be read: an empty list would mean that the bottle may be
     // deleted.
     if (entries.IsMap() && (!programs.isEmpty() || entries.size() == 0))
@@ -194,9 +208,42 @@ void BottleYaml::setIn(const char* map, const QString& key, const QJsonValue& va
     mapping(map)[utf8(key)] = YamlText::fromJson(value);
 }
 
-void BottleYaml::removeFrom(const char* map, const QString& key) {
+void BottleYaml::remove(const char* map, const QString& key) {
     if (valueOf(map).IsMap())
         (*m_root)[map].remove(utf8(key));
+}
+
+void BottleYaml::removeSame(const char* map, const QString& key, Meaning meaning) {
+    if (!valueOf(map).IsMap())
+        return;
+    QStringList same;
+    for (const auto& entry : valueOf(map)) {
+        const QString other = YamlText::scalarText(entry.first);
+        if (other != key && meaning(other).compare(meaning(key), Qt::CaseInsensitive) == 0)
+            same += other;
+    }
+    for (const QString& other : qAsConst(same))
+        remove(map, other);
+}
+
+void BottleYaml::setOverride(const QString& dll, const QString& method) {
+    removeSame(Overrides, dll, &SettingRules::moduleName);
+    setIn(Overrides, dll, method);
+}
+
+void BottleYaml::removeOverride(const QString& dll) {
+    removeSame(Overrides, dll, &SettingRules::moduleName);
+    remove(Overrides, dll);
+}
+
+void BottleYaml::setFontReplacement(const QString& font, const QString& replacement) {
+    removeSame(Fonts, font, &itself);
+    setIn(Fonts, font, replacement);
+}
+
+void BottleYaml::removeFontReplacement(const QString& font) {
+    removeSame(Fonts, font, &itself);
+    remove(Fonts, font);
 }
 
 YAML::Node BottleYaml::mapping(const char* key) {

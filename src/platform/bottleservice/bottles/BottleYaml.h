@@ -47,7 +47,13 @@ public:
     void set(const char* key, const QJsonValue& value);
     /// Sets an entry of a mapping such as "Parameters", which is made if it is missing.
     void setIn(const char* map, const QString& key, const QJsonValue& value);
-    void removeFrom(const char* map, const QString& key);
+
+    /// Wine knows one override for a module and one replacement for a font, whatever the case of the name;
+    /// these replace or remove every entry that means the same.
+    void setOverride(const QString& dll, const QString& method);
+    void removeOverride(const QString& dll);
+    void setFontReplacement(const QString& font, const QString& replacement);
+    void removeFontReplacement(const QString& font);
 
     /// Writes the given keys of a program; its other keys stay in the file.
     void setProgram(const QString& id, const QJsonObject& record);
@@ -57,6 +63,10 @@ private:
     explicit BottleYaml(const YAML::Node& root);
     YAML::Node valueOf(const char* key) const;
     YAML::Node mapping(const char* key);
+    using Meaning = QString (*)(const QString& key);
+    /// All but the one that is written in this way.
+    void removeSame(const char* map, const QString& key, Meaning meaning);
+    void remove(const char* map, const QString& key);
 
     std::unique_ptr<YAML::Node> m_root;  ///< null only after a move
 };

@@ -28,14 +28,6 @@ QStringList texts(const QJsonValue& value) {
     return list;
 }
 
-/// "native,builtin" is "n,b" in a bottle.
-QString methodOf(const QString& mode) {
-    QStringList letters;
-    for (const QString& word : mode.split(',', Qt::SkipEmptyParts))
-        letters += word.trimmed().left(1);
-    return letters.join(',');
-}
-
 RegistryChange valuesOf(const QString& key, const QJsonObject& values) {
     RegistryChange change;
     for (auto it = values.begin(); it != values.end(); ++it)
@@ -78,7 +70,7 @@ std::optional<RecipeStep> stepOf(const QJsonObject& entry) {
     } else if (entry.contains("override")) {
         step.kind = Kind::Override;
         step.names = texts(entry["override"]);
-        step.mode = methodOf(entry["mode"].toString());
+        step.mode = SettingRules::loadMethod(entry["mode"].toString());
         isGood = SettingRules::isLoadMethod(step.mode);
         for (const QString& name : qAsConst(step.names))
             isGood = isGood && SettingRules::isDllName(name);

@@ -10,6 +10,7 @@
 #include "bottleservice/components/Archive.h"
 #include "bottleservice/components/PrefixFiles.h"
 #include "bottleservice/files/Background.h"
+#include "bottleservice/settings/DllOverrides.h"
 #include "bottleservice/wine/RegistryWriter.h"
 #include "bottleservice/wine/WineCommand.h"
 #include "bottleservice/wine/WineEnvironment.h"
@@ -123,12 +124,10 @@ void RecipeRunner::carryOut(const RecipeStep& step) {
             unpack(step);
             break;
         case Kind::Registry:
-            writeRegistry(step);
+            writeRegistry(step.registry);
             break;
         case Kind::Override:
-            for (const QString& dll : step.names)
-                m_overrides.insert(dll, step.mode);
-            stepEnded({});
+            addOverrides(step);
             break;
     }
 }
@@ -208,8 +207,20 @@ void RecipeRunner::registerFiles(QStringList files) {
     command(m_runner.wine, {"regsvr32", "/s", name}, name, [this, files] { registerFiles(files); });
 }
 
-void RecipeRunner::writeRegistry(const RecipeStep& step) {
-    m_writer = new RegistryWriter(m_runner, m_bottlePath, step.registry, this);
+void RecipeRunner::addOverrides(const RecipeStep& step) {
+    RegistryChange registry;
+    for (const QString& dll : step.names) {
+        m_overrides.insert(dll, step.mode);
+        registry = registry.then(DllOverrides::registry(dll, step.mode));
+    }
+    if (registry.isEmpty())
+        stepEnded({});
+    else
+        writeRegistry(registry);
+}
+
+void RecipeRunner::writeRegistry(const RegistryChange& change) {
+    m_writer = new RegistryWriter(m_runner, m_bottlePath, change, this);
     connect(m_writer, &RegistryWriter::finished, this, [this](const QString& errorText) {
         std::exchange(m_writer, nullptr)->deleteLater();
         stepEnded(errorText);
@@ -241,8 +252,7 @@ void RecipeRunner::command(const QString& program, const QStringList& arguments,
 QProcessEnvironment RecipeRunner::environment() const {
     QJsonObject variables = WineEnvironment::forCreation(m_bottlePath);
     QStringList overrides{variables["WINEDLLOVERRIDES"].toString()};
-    for (auto it = m_overrides.begin(); it != m_overrides.end(); ++it)
-        overrides += it.key() + '=' + it.value().toString();
+    overrides += DllOverrides::pairs(m_overrides);
     variables.insert("WINEDLLOVERRIDES", overrides.join(';'));
     variables.insert("WINE", m_runner.wine);
     variables.insert("WINESERVER", m_runner.wineserver);

@@ -52,7 +52,8 @@ private:
     using Work = std::function<Reason(const QString& directory, QStringList* files)>;
     void inDirectory(const Work& work, std::function<void(const QStringList& files)> done);
     void registerFiles(QStringList files);
-    void writeRegistry(const RecipeStep& step);
+    void addOverrides(const RecipeStep& step);
+    void writeRegistry(const RegistryChange& change);
     /// `file` is the name in error texts.
     void command(const QString& program, const QStringList& arguments, const QString& file,
                  std::function<void()> done);

@@ -40,8 +40,8 @@ void ChangeGraphicsJob::work() {
 
 void ChangeGraphicsJob::enter(BottleYaml* settings) {
     for (const QString& dll : GraphicsLayer::knownDlls(m_key))
-        settings->removeFrom("DLL_Overrides", QFileInfo(dll).baseName());
+        settings->removeOverride(QFileInfo(dll).baseName());
     for (const QString& file : qAsConst(m_files))
-        settings->setIn("DLL_Overrides", QFileInfo(file).baseName(), "n");
+        settings->setOverride(QFileInfo(file).baseName(), "n");
     settings->set(m_key, m_version);
 }

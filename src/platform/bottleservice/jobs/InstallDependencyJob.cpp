@@ -49,5 +49,5 @@ void InstallDependencyJob::enter(BottleYaml* settings) {
     settings->set(Installed.data(), installed);
     const QJsonObject overrides = m_steps->overrides();
     for (auto it = overrides.begin(); it != overrides.end(); ++it)
-        settings->setIn("DLL_Overrides", it.key(), it.value());
+        settings->setOverride(it.key(), it.value().toString());
 }

@@ -194,7 +194,7 @@ void SetupBottleJob::installLayers() {
             return;
         }
         for (const QString& dll : dlls)
-            m_settings->setIn("DLL_Overrides", QFileInfo(dll).baseName(), "n");
+            m_settings->setOverride(QFileInfo(dll).baseName(), "n");
         m_settings->set(layer.key, layer.version);
         files += dlls;
     }
@@ -220,7 +220,7 @@ void SetupBottleJob::installDependency(int index) {
         m_settings->set("Installed_Dependencies", installed);
         const QJsonObject overrides = m_dependency->overrides();
         for (auto it = overrides.begin(); it != overrides.end(); ++it)
-            m_settings->setIn("DLL_Overrides", it.key(), it.value());
+            m_settings->setOverride(it.key(), it.value().toString());
         m_dependency->deleteLater();
         stepEnded(reason);
     });

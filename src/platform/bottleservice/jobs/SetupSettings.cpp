@@ -47,12 +47,11 @@ RegistryChange apply(const Manifest& manifest, bool is64Bit, BottleYaml* setting
     RegistryChange change = applyWindows(bottle.windows, is64Bit, settings, warnings)
                                 .then(applyParameters(bottle.parameters, settings));
     for (auto it = bottle.dllOverrides.begin(); it != bottle.dllOverrides.end(); ++it) {
-        settings->setIn("DLL_Overrides", it.key(), it.value());
-        if (!DllOverrides::fitsVariable(it.key()))
-            change = change.then(RegistryChange::dllOverride(it.key(), it.value()));
+        settings->setOverride(it.key(), it.value());
+        change = change.then(DllOverrides::registry(it.key(), it.value()));
     }
     for (auto it = bottle.fontReplacements.begin(); it != bottle.fontReplacements.end(); ++it) {
-        settings->setIn("Font_Replacements", it.key(), it.value());
+        settings->setFontReplacement(it.key(), it.value());
         change = change.then(RegistryChange::fontReplacement(it.key(), it.value()));
     }
     for (const Manifest::RegistryValue& value : bottle.registry)

@@ -26,7 +26,7 @@ void endGraphicsLayers(BottleYaml& settings) {
         if (settings.record()[QLatin1String(key)].toString().isEmpty())
             continue;
         for (const QString& dll : GraphicsLayer::knownDlls(key))
-            settings.removeFrom(Overrides, QFileInfo(dll).baseName());
+            settings.removeOverride(QFileInfo(dll).baseName());
         settings.set(key, QString());
     }
 }
@@ -133,18 +133,15 @@ void SettingsRequests::updateDllOverride(const QString& bottle, const QString& d
                    .arg(BottleName::shown(dll), BottleName::shown(method)),
                reply))
         return;
-    RegistryChange registry;
-    if (!DllOverrides::fitsVariable(dll))
-        registry = remove ? RegistryChange::noDllOverride(dll) : RegistryChange::dllOverride(dll, method);
     change(
         bottle,
         [dll, method, remove](BottleYaml& settings) {
             if (remove)
-                settings.removeFrom(Overrides, dll);
+                settings.removeOverride(dll);
             else
-                settings.setIn(Overrides, dll, method);
+                settings.setOverride(dll, method);
         },
-        registry, reply);
+        remove ? DllOverrides::registryWithout(dll) : DllOverrides::registry(dll, method), reply);
 }
 
 Answer SettingsRequests::listFontReplacements(const QString& bottle) const {
@@ -160,7 +157,7 @@ void SettingsRequests::addFontReplacement(const QString& bottle, const QString& 
                reply))
         return;
     change(
-        bottle, [font, replacement](BottleYaml& settings) { settings.setIn(Fonts, font, replacement); },
+        bottle, [font, replacement](BottleYaml& settings) { settings.setFontReplacement(font, replacement); },
         RegistryChange::fontReplacement(font, replacement), reply);
 }
 
@@ -169,7 +166,7 @@ void SettingsRequests::removeFontReplacement(const QString& bottle, const QStrin
                QString("\"%1\" is no name of a font.").arg(BottleName::shown(font)), reply))
         return;
     change(
-        bottle, [font](BottleYaml& settings) { settings.removeFrom(Fonts, font); },
+        bottle, [font](BottleYaml& settings) { settings.removeFontReplacement(font); },
         RegistryChange::noFontReplacement(font), reply);
 }
 

@@ -1,16 +1,22 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QString>
+#include <QStringList>
+
+#include "bottleservice/settings/RegistryChange.h"
 
 /// DLL overrides: which DLLs Wine loads, and from where (SettingRules has what they may be).
 namespace DllOverrides {
 
-/// Whether the variable can hold the name. Wine takes a name with a blank in it for two; such an override
-/// must stand in the registry.
-bool fitsVariable(const QString& name);
+/// The change of the registry that an override needs; mostly none. The variable cannot hold a name with a
+/// blank, which Wine takes for two names; such an override must stand in the registry.
+RegistryChange registry(const QString& dll, const QString& method);
+RegistryChange registryWithout(const QString& dll);
 
-/// The value of WINEDLLOVERRIDES: "name=method" joined by ";". Invalid pairs are left out. Switches off
+/// "name=method" for each override that the variable can hold. Invalid ones are left out.
+QStringList pairs(const QJsonObject& overrides);
+
+/// The value of WINEDLLOVERRIDES: the pairs, joined by ";". Switches off
 /// winemenubuilder unless the bottle says otherwise: programs and associations are read from the bottle, and
 /// nothing reaches the desktop unasked.
 QString variable(const QJsonObject& overrides);

@@ -2,6 +2,8 @@
 
 #include <QTextCodec>
 
+#include "manifest/SettingRules.h"
+
 namespace {
 
 const char Overrides[] = "HKEY_CURRENT_USER\\Software\\Wine\\DllOverrides";
@@ -63,11 +65,6 @@ QString dataOf(const Manifest::RegistryValue& value) {
     return "-";
 }
 
-/// Wine looks for "d3d9" when it loads d3d9.dll.
-QString moduleName(const QString& dll) {
-    return dll.endsWith(".dll", Qt::CaseInsensitive) ? dll.chopped(int(strlen(".dll"))) : dll;
-}
-
 /// An unescaped line end would begin another entry.
 bool isOneLine(const QString& text) {
     return !text.contains('\n') && !text.contains('\r') && !text.contains(QChar(0));
@@ -98,13 +95,13 @@ RegistryChange RegistryChange::noFontReplacement(const QString& font) {
 
 RegistryChange RegistryChange::dllOverride(const QString& dll, const QString& method) {
     RegistryChange change;
-    change.m_entries = entry(Overrides, moduleName(dll), quoted(method));
+    change.m_entries = entry(Overrides, SettingRules::moduleName(dll), quoted(method));
     return change;
 }
 
 RegistryChange RegistryChange::noDllOverride(const QString& dll) {
     RegistryChange change;
-    change.m_entries = entry(Overrides, moduleName(dll), "-");
+    change.m_entries = entry(Overrides, SettingRules::moduleName(dll), "-");
     return change;
 }
 
