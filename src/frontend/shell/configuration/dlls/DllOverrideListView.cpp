@@ -11,7 +11,8 @@
 
 namespace {
 
-/// Of the first column: the name that the service has, empty for a new row. Of the second: its method.
+/// Of the first column: the name that the service has, empty for a new row. Of the second: its method in the
+/// service's words.
 constexpr int SentRole = Qt::UserRole + 2;
 
 /// A load method, shown as text.
@@ -60,7 +61,7 @@ TableRows DllOverrideListView::sentRows() const {
     for (int row = 0; row < rows()->rowCount(); ++row) {
         const QString name = rows()->item(row, 0)->data(SentRole).toString();
         if (!name.isEmpty())
-            sent.insert(name, LoadMethods::wireValue(rows()->item(row, 1)->data(SentRole).toInt()));
+            sent.insert(name, rows()->item(row, 1)->data(SentRole).toString());
     }
     return sent;
 }
@@ -69,16 +70,16 @@ void DllOverrideListView::insert(int row, const QString& name, int method) {
     rows()->insertRow(row, {new QStandardItem(name), new MethodItem(method)});
 }
 
-void DllOverrideListView::setSent(int row) {
+void DllOverrideListView::setSent(int row, const QString& value) {
     rows()->item(row, 0)->setData(nameOf(row), SentRole);
-    rows()->item(row, 1)->setData(methodOf(row), SentRole);
+    rows()->item(row, 1)->setData(value, SentRole);
 }
 
 void DllOverrideListView::fill(const TableRows& list) {
     clear();
     for (auto it = list.begin(); it != list.end(); ++it) {
         insert(rows()->rowCount(), it.key(), LoadMethods::ofWireValue(it.value()));
-        setSent(rows()->rowCount() - 1);
+        setSent(rows()->rowCount() - 1, it.value());
     }
 }
 
@@ -112,13 +113,13 @@ void DllOverrideListView::onDataChanged(const QModelIndex& topLeft, const QModel
 void DllOverrideListView::sendRow(int row) {
     QStandardItem* nameItem = rows()->item(row, 0);
     const QString sentName = nameItem->data(SentRole).toString();
-    const int sentMethod = rows()->item(row, 1)->data(SentRole).toInt();
+    const QString sentValue = rows()->item(row, 1)->data(SentRole).toString();
     const int method = methodOf(row);
     const QString name = nameOf(row);
-    if (!sentName.isEmpty() && method != sentMethod) {
-        qInfo() << LoadMethods::wireValue(sentMethod) << "-->" << LoadMethods::wireValue(method);
+    if (!sentName.isEmpty() && method != LoadMethods::ofWireValue(sentValue)) {
+        qInfo() << sentValue << "-->" << LoadMethods::wireValue(method);
         set(sentName, method);
-        rows()->item(row, 1)->setData(method, SentRole);
+        rows()->item(row, 1)->setData(LoadMethods::wireValue(method), SentRole);
     }
     if (name == sentName)
         return;
@@ -134,7 +135,7 @@ void DllOverrideListView::sendRow(int row) {
     if (!sentName.isEmpty())
         remove(sentName);
     set(name, method);
-    setSent(row);
+    setSent(row, LoadMethods::wireValue(method));
 }
 
 void DllOverrideListView::set(const QString& name, int method) {
@@ -173,7 +174,7 @@ void DllOverrideListView::merge(const QStringList& names, int method) {
             }
             insert(row, name, method);
             set(name, method);
-            setSent(row);
+            setSent(row, LoadMethods::wireValue(method));
             known.insert(name, row);
         }
     });

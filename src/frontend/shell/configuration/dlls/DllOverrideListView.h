@@ -37,7 +37,7 @@ private:
     int methodOf(int row) const;
     /// Sends what the row has now and the service has not.
     void sendRow(int row);
-    void setSent(int row);
+    void setSent(int row, const QString& value);
     void insert(int row, const QString& name, int method);
     void setMethod(int method);
     void set(const QString& name, int method);
