@@ -53,6 +53,7 @@ private Q_SLOTS:
         row("half a row", [](F& f) { f.table->addNewReplacements("T"); }, {}, {"T=", s, a});
         row("filled", filled, {"T=X"}, {"T=X", s, a});
         row("again", [](F& f) { f.table->addNewReplacements("Arial", "X"); }, {"Arial=X"}, {"Arial=X", s});
+        row("case", [](F& f) { f.table->addNewReplacements("ARIAL", "X"); }, {"ARIAL=X"}, {"ARIAL=X", s});
         row("other font", [](F& f) { f.edit(1, 0, "T"); }, {"T=Sans"}, {s, "T=Sans", a});
         row("cleared", [](F& f) { f.edit(1, 1, ""); }, {}, {s, a});
         row("delete", [](F& f) { f.remove({"宋体", "Arial"}); }, {"-Arial", "-宋体"}, {});
@@ -82,14 +83,14 @@ private Q_SLOTS:
         QApplication::sendEvent(empty, &menu);
         QVERIFY(m_f->table->findChild<QMenu*>("table_menu"));
         delete m_f->table->findChild<QMenu*>("table_menu");
-        m_f->table->addNewReplacements("Arial", "X");
+        m_f->table->addNewReplacements("arial", "X");
         m_f->trigger("Add default replacements");
         QTRY_COMPARE(m_f->changes().size(), 8);
         QVERIFY(m_f->changes().contains("Microsoft YaHei=WenQuanYi Micro Hei"));
         m_f->trigger("Add default replacements");
         m_f->table->undo();
         QTRY_COMPARE(m_f->changes().size(), 15);
-        QCOMPARE(m_f->shown(), QStringList{"Arial=X"});
+        QCOMPARE(m_f->shown(), QStringList{"arial=X"});
     }
 
     void fontIsChosen() {
@@ -98,6 +99,11 @@ private Q_SLOTS:
         m_f->trigger("To...");
         auto* dialog = m_f->page.findChild<QFontDialog*>();
         QVERIFY(dialog);
+        // The rows stay chosen when they are read again.
+        m_f->service.setJson("listFontReplacements", QJsonObject{{"Arial", "Other"}, {"宋体", "Serif"}});
+        m_f->table->load();
+        QTRY_COMPARE(m_f->shown(), QStringList({"宋体=Serif", "Arial=Other"}));
+        m_f->table->clearSelection();
         dialog->setCurrentFont(QFont("DejaVu Serif"));
         dialog->accept();
         QTRY_COMPARE(m_f->changes(), QStringList({"宋体=DejaVu Serif", "Arial=DejaVu Serif"}));

@@ -125,14 +125,18 @@ public:
         }
         return lines;
     }
-    /// What the changes make of the list.
+    /// What the changes make of the list in Wine, which reads names without case.
     TableRows replayed(const QJsonObject& list) {
         TableRows rows = TableDifference::rowsOf(list);
         for (const QString& change : changes()) {
-            if (change.startsWith('-'))
-                rows.remove(change.mid(1));
-            else
-                rows[change.section('=', 0, 0)] = change.section('=', 1);
+            const bool isRemoval = change.startsWith('-');
+            const QString name = isRemoval ? change.mid(1) : change.section('=', 0, 0);
+            for (const QString& other : rows.keys()) {
+                if (other.compare(name, Qt::CaseInsensitive) == 0)
+                    rows.remove(other);
+            }
+            if (!isRemoval)
+                rows[name] = change.section('=', 1);
         }
         return rows;
     }

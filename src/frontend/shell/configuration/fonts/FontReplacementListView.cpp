@@ -18,6 +18,11 @@ constexpr int SentRole = Qt::UserRole + 1;
 
 constexpr QSize FontDialogSize(640, 560);
 
+/// Wine reads the names of fonts without case.
+bool isSame(const QString& font, const QString& other) {
+    return font.compare(other, Qt::CaseInsensitive) == 0;
+}
+
 /// A replacement, with a warning when this machine does not have the font.
 class ReplacementItem : public QStandardItem {
 public:
@@ -116,7 +121,7 @@ void FontReplacementListView::sendRow(int row) {
         setSent(row);
         removeSent(font, row);
         // Another font in this row replaces one more; it does not end the replacement of the old one.
-        if (before.contains(oldFont) && oldFont != font) {
+        if (before.contains(oldFont) && !isSame(oldFont, font)) {
             rows()->insertRow(current.row() + 1, {new QStandardItem(oldFont),
                                                   new ReplacementItem(before.value(oldFont), &m_families)});
             setSent(current.row() + 1);
@@ -166,7 +171,8 @@ void FontReplacementListView::deleteSelected() {
             if (!selected[i].isValid())
                 continue;
             const QString font = text(selected[i].row(), 0);
-            const bool isSent = sentRows().contains(font);
+            const QStringList sent = sentRows().keys();
+            const bool isSent = sent.contains(font, Qt::CaseInsensitive);
             rows()->removeRow(selected[i].row());
             removeSent(font, -1);
             remove(font, isSent);
@@ -183,32 +189,44 @@ QList<QPersistentModelIndex> FontReplacementListView::selectedCells(int column) 
 
 void FontReplacementListView::removeSent(const QString& font, int except) {
     for (int row = rows()->rowCount() - 1; row >= 0; --row) {
-        if (row != except && !font.isEmpty() && sentFont(row) == font)
+        if (row != except && !font.isEmpty() && isSame(sentFont(row), font))
             rows()->removeRow(row);
     }
 }
 
+int FontReplacementListView::rowOf(const QString& font) const {
+    const QList<QStandardItem*> items = rows()->findItems(font, Qt::MatchFixedString, 0);
+    return items.isEmpty() ? -1 : items.first()->row();
+}
+
+/// For the rows that are selected now, by name should the list be read again meanwhile.
 void FontReplacementListView::chooseReplacement() {
-    const QList<int> selected = selectedRows();
-    if (selected.isEmpty())
+    const QList<QPersistentModelIndex> cells = selectedCells(1);
+    if (cells.isEmpty())
         return;
-    auto* dialog = new QFontDialog(QFont(text(selected.first(), 1)), this);
+    QStringList fonts;
+    for (const QPersistentModelIndex& cell : cells)
+        fonts << text(cell.row(), 0);
+    auto* dialog = new QFontDialog(QFont(cells.first().data().toString()), this);
     dialog->setObjectName("replacement_dialog");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Choose the replacement"));
     dialog->resize(FontDialogSize);
-    connect(dialog, &QFontDialog::fontSelected, this,
-            [this](const QFont& font) { replaceBy(FontNames::withoutFoundry(font.family())); });
+    connect(dialog, &QFontDialog::fontSelected, this, [this, cells, fonts](const QFont& font) {
+        QList<QPersistentModelIndex> now;
+        for (int i = 0; i < cells.size(); ++i)
+            now << (cells[i].isValid() ? cells[i] : QPersistentModelIndex(rows()->index(rowOf(fonts[i]), 1)));
+        replaceBy(now, FontNames::withoutFoundry(font.family()));
+    });
     dialog->open();
 }
 
-void FontReplacementListView::replaceBy(const QString& family) {
-    const QList<QPersistentModelIndex> chosen = selectedCells(1);
+void FontReplacementListView::replaceBy(const QList<QPersistentModelIndex>& cells, const QString& family) {
     step([&] {
-        for (const QPersistentModelIndex& index : chosen) {
+        for (const QPersistentModelIndex& cell : cells) {
             // Of two rows of one font the first replaces the other.
-            if (rows()->setData(index, family))
-                sendRow(index.row());
+            if (rows()->setData(cell, family))
+                sendRow(cell.row());
         }
     });
 }
@@ -216,7 +234,7 @@ void FontReplacementListView::replaceBy(const QString& family) {
 void FontReplacementListView::addDefaults() {
     step([this] {
         for (const QString& font : FontNames::replacedByDefault()) {
-            if (rows()->findItems(font, Qt::MatchExactly | Qt::MatchCaseSensitive, 0).isEmpty())
+            if (rowOf(font) < 0)
                 addNewReplacements(font, FontNames::defaultReplacement(), true);
         }
     });

@@ -32,10 +32,12 @@ private:
     /// Sends the row if both cells are filled.
     void sendRow(int row);
     QList<QPersistentModelIndex> selectedCells(int column) const;
+    /// The row that shows the font, whatever its case; -1 when there is none.
+    int rowOf(const QString& font) const;
     /// Removes the rows in which the service has the font, but one.
     void removeSent(const QString& font, int except);
     void chooseReplacement();
-    void replaceBy(const QString& family);
+    void replaceBy(const QList<QPersistentModelIndex>& cells, const QString& family);
     void addDefaults();
     void set(const QString& font, const QString& replacement);
     void remove(const QString& font, bool isSent);
