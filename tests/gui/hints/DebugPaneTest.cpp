@@ -97,6 +97,18 @@ private Q_SLOTS:
         QTRY_COMPARE(hints()->page().contains("Killed broken steam runtime"), isThere);
     }
 
+    /// What runs in it now is not what the log of an earlier run is about.
+    void steamRuntimeOfAnEarlierRunIsLeft() {
+        QVERIFY(m_service->takeName("com.lumora.SteamRuntimeService"));
+        setBottle("ge-proton9");
+        m_bottle.write(QString("logs/wine-program-%1.txt").arg(Id),
+                       QByteArray("python3: error while loading shared libraries: libx.so\n") + MissingFont);
+        open();
+        m_view->showLogs();
+        QTRY_VERIFY(hints()->page().contains("simsun.ttc"));
+        QVERIFY(m_service->calls("Terminate").isEmpty());
+    }
+
     void stopEndsTheRun() {
         m_bottle.write("program", "wait_for never");
         m_bottle.write("log1", "0024:fixme:a\n");

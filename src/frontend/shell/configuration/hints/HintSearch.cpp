@@ -51,9 +51,9 @@ void HintSearch::start(const Request& request) {
         return facts;
     };
     setUnderWay(true);
-    inBackground(this, look, [this, number, bottle = request.bottle](const HintFacts& facts) {
+    inBackground(this, look, [this, number, request](const HintFacts& facts) {
         if (isCurrent(number))
-            askForComponents(number, bottle, facts);
+            askForComponents(number, request, facts);
     });
 }
 
@@ -62,19 +62,21 @@ void HintSearch::cancel() {
     setUnderWay(false);
 }
 
-void HintSearch::askForComponents(int number, const QString& bottle, const HintFacts& known) {
-    BottlesConfig::instance()->watchBottle(bottle, this, [=](const BusResult& result) {
-        if (!isCurrent(number))
-            return;
-        HintFacts facts = known;
-        facts.installedComponents = BottleRecord::installedDependencies(result.object());
-        facts.knownRunners = ComponentManager::instance()->knownRunners();
-        qDebug() << "::: " << facts.runner;
-        if (HintRules::isSteamRuntimeBroken(facts))
-            endSteamRuntime(number, facts);
-        else
-            finish(number, facts);
-    });
+void HintSearch::askForComponents(int number, const Request& request, const HintFacts& known) {
+    BottlesConfig::instance()->watchBottle(
+        request.bottle, this,
+        [this, number, known, isAfterRun = request.isAfterRun](const BusResult& result) {
+            if (!isCurrent(number))
+                return;
+            HintFacts facts = known;
+            facts.installedComponents = BottleRecord::installedDependencies(result.object());
+            facts.knownRunners = ComponentManager::instance()->knownRunners();
+            qDebug() << "::: " << facts.runner;
+            if (isAfterRun && HintRules::isSteamRuntimeBroken(facts))
+                endSteamRuntime(number, facts);
+            else
+                finish(number, facts);
+        });
 }
 
 void HintSearch::endSteamRuntime(int number, HintFacts facts) {

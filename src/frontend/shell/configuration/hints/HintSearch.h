@@ -17,6 +17,9 @@ public:
         QString programPath;  ///< as in the program's record; may be empty
         QString logPath;
         HintFacts shown;  ///< what the window knows: runner, DXVK, translators, launch result
+        /// After a run of this window. Only then a broken Steam runtime is ended: an old log says nothing
+        /// about the programs that run now.
+        bool isAfterRun = false;
     };
 
     using QObject::QObject;
@@ -33,7 +36,7 @@ Q_SIGNALS:
     void found(const QVector<Hint>& hints);
 
 private:
-    void askForComponents(int number, const QString& bottle, const HintFacts& facts);
+    void askForComponents(int number, const Request& request, const HintFacts& facts);
     void endSteamRuntime(int number, HintFacts facts);
     void finish(int number, const HintFacts& facts);
     bool isCurrent(int number) const { return m_isUnderWay && number == m_number; }

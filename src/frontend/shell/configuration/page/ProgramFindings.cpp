@@ -53,7 +53,7 @@ ProgramFindings::ProgramFindings(const Parts& parts, QObject* parent) : QObject(
     connect(trials, &ProgramTrials::runStarted, this, &ProgramFindings::onRunStarted);
     connect(trials, &ProgramTrials::runEnded, this, [this](const QString& id, const QString& logPath) {
         m_results.insert(id, m_hasLaunchResult);
-        look(id, logPath);
+        look(id, logPath, true);
     });
     connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
             [this](const QString& id) {
@@ -113,7 +113,7 @@ void ProgramFindings::readLast(const QString& programId, const QString& logPath)
             log->end();
         });
     if (!ProgramRuns::instance()->isRunning({m_parts.settings->bottle(), programId}))
-        look(programId, logPath);
+        look(programId, logPath, false);
 }
 
 /// Of a run before this window only a failure is known.
@@ -123,7 +123,7 @@ bool ProgramFindings::hasLaunchResult(const QString& programId) const {
                : !FailedStarts::instance()->find(m_parts.settings->bottle(), programId);
 }
 
-void ProgramFindings::look(const QString& programId, const QString& logPath) {
+void ProgramFindings::look(const QString& programId, const QString& logPath, bool isAfterRun) {
     const EntryList& list = m_parts.programs->list();
     const int index = list.indexOf(programId);
     const BottleSettings* settings = m_parts.settings;
@@ -133,6 +133,6 @@ void ProgramFindings::look(const QString& programId, const QString& logPath) {
     shown.hasTranslators = m_parts.parameters->hasTranslators();
     shown.hasLaunchResult = hasLaunchResult(programId);
     m_search.start({settings->bottle(), BottleRecord::path(settings->record()),
-                    index < 0 ? QString() : ProgramRecord::path(list.entries()[index].record), logPath,
-                    shown});
+                    index < 0 ? QString() : ProgramRecord::path(list.entries()[index].record), logPath, shown,
+                    isAfterRun});
 }

@@ -36,7 +36,7 @@ private:
     void onRunStarted(const QString& programId);
     void onCurrentChanged();
     void readLast(const QString& programId, const QString& logPath);
-    void look(const QString& programId, const QString& logPath);
+    void look(const QString& programId, const QString& logPath, bool isAfterRun);
     bool hasLaunchResult(const QString& programId) const;
 
     const Parts m_parts;
