@@ -224,6 +224,11 @@ private Q_SLOTS:
         row("colours", {"\x1b[31", "mred\x1b[0m  \n"}, {"red"});
         row("trace", {"0024:trace:seh:x\n0024:fixme:win:y\n"}, {"0024:fixme:win:y"});
         row("coloured trace", {"0024:\x1b[33mtrace:seh:x\n0024:err:a\n"}, {"!0024:err:a"});
+        const QByteArray ends("end\nnext\n");
+        const QByteArray lines = QByteArray("0024:trace:x\n").repeated(6000);
+        row("a piece above 64 KiB ends in a trace", {lines + "0024:tra", "ce:x\nplain\n"}, {"plain"});
+        row("a piece above 64 KiB ends in a line", {lines + "pl", "ain :trace:\n" + ends}, {"end", "next"});
+        row("a trace above 64 KiB", {"0024:trace:" + lines.simplified().left(70000), ends}, {"next"});
         row("errors", {"ERROR x\nan error\nError\n"}, {"!ERROR x", "!an error", "Error"});
     }
     void runningLog() {
@@ -240,6 +245,29 @@ private Q_SLOTS:
         log.end();
         QTRY_COMPARE(ended.count(), 1);
         QTEST(lines, "lines");
+    }
+
+    /// What waits while a batch is read: the newest whole lines, and a count of the others.
+    void waitingBytesAreBounded() {
+        LiveLog log(nullptr);
+        qint64 count = 0;
+        QStringList parts;
+        connect(&log, &LiveLog::linesRead, this, [&](const QVector<LiveLogLine>& read) {
+            for (const LiveLogLine& line : read) {
+                count += 1 + line.skipped;
+                parts << line.text;
+            }
+        });
+        QSignalSpy ended(&log, &LiveLog::ended);
+        log.add("first\nincomplete ");
+        const QByteArray line = QByteArray(1000, 'x') + '\n';
+        for (int i = 0; i < 80; ++i)
+            log.add(line.repeated(1000));
+        log.end();
+        QTRY_COMPARE(ended.count(), 1);
+        QCOMPARE(count, 80001);
+        parts.removeDuplicates();
+        QCOMPARE(parts, (QStringList{"first", line.trimmed()}));
     }
 
     void floodIsCut() {

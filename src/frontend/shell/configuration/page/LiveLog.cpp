@@ -28,73 +28,114 @@ QVector<LiveLogLine> shownOf(const QStringList& lines) {
 
 /// Whether the line is dropped whatever the reader makes of it: nothing in it is removed first.
 bool isPlainTrace(const char* line, size_t length) {
-    return memmem(line, length, ":trace:", 7) && !memchr(line, '\x1b', length) &&
-           !memchr(line, '\r', length - 1);
+    while (length > 0 && (line[length - 1] == '\n' || line[length - 1] == '\r'))
+        --length;
+    return memmem(line, length, ":trace:", 7) && !memchr(line, '\x1b', length) && !memchr(line, '\r', length);
 }
 
 }  // namespace
 
 /// Most bytes of a busy log are traces: they are left out before any text is made of them.
-struct LiveLog::Reader {
-    QVector<LiveLogLine> read(const QByteArray& bytes, bool isLast) {
-        m_rest += bytes;
-        const int end = isLast || m_rest.size() > LogLineReader::MaxLineBytes * 8
-                            ? m_rest.size()
-                            : m_rest.lastIndexOf('\n') + 1;
+class LiveLog::Reader {
+public:
+    QVector<LiveLogLine> read(const Batch& batch) {
+        if (batch.skipped > 0)
+            forget();
+        m_rest += batch.bytes;
+        const int end = batch.isLast ? m_rest.size() : m_rest.lastIndexOf('\n') + 1;
+        QByteArray kept = untraced(end);
+        m_rest.remove(0, end);
+        if (m_rest.size() > LongestLine)
+            kept += beginOfLongLine();
+        QStringList lines = m_lines.add(kept);
+        if (batch.isLast)
+            lines += m_lines.rest();
+        QVector<LiveLogLine> shown = shownOf(lines);
+        m_skipped += batch.skipped;
+        if (!shown.isEmpty())
+            shown.first().skipped += std::exchange(m_skipped, 0);
+        return shown;
+    }
+
+private:
+    /// Of a line that is handed over before its end is known.
+    enum class LongLine { None, Shown, Dropped };
+
+    static constexpr int LongestLine = LogLineReader::MaxLineBytes * 8;
+
+    /// The line that is incomplete has lost its end.
+    void forget() {
+        m_rest.clear();
+        m_lines.rest();
+        m_longLine = LongLine::None;
+    }
+
+    QByteArray untraced(int end) {
         QByteArray kept;
         for (int from = 0; from < end;) {
             const char* line = m_rest.constData() + from;
             const auto* stop = static_cast<const char*>(memchr(line, '\n', size_t(end - from)));
             const int length = stop ? int(stop - line) + 1 : end - from;
-            if (!stop || !isPlainTrace(line, size_t(length) - 1))
+            const bool isTrace = m_longLine == LongLine::None && isPlainTrace(line, size_t(length));
+            if (m_longLine != LongLine::Dropped && !isTrace)
                 kept.append(line, length);
+            m_longLine = LongLine::None;
             from += length;
         }
-        m_rest.remove(0, end);
-        QStringList lines = m_lines.add(kept);
-        if (isLast)
-            lines += m_lines.rest();
-        return shownOf(lines);
+        return kept;
     }
 
-private:
+    QByteArray beginOfLongLine() {
+        const QByteArray begin = std::exchange(m_rest, {});
+        if (m_longLine == LongLine::None)
+            m_longLine =
+                isPlainTrace(begin.constData(), size_t(begin.size())) ? LongLine::Dropped : LongLine::Shown;
+        return m_longLine == LongLine::Shown ? begin : QByteArray();
+    }
+
     QByteArray m_rest;  ///< an incomplete line, while it is short
+    LongLine m_longLine = LongLine::None;
     LogLineReader m_lines;
+    int m_skipped = 0;  ///< lines, to be told with the next one
 };
 
 LiveLog::LiveLog(QObject* parent) : QObject(parent), m_reader(std::make_shared<Reader>()) {
-    m_thread.setMaxThreadCount(1);
     connect(&m_delivery, &QTimer::timeout, this, &LiveLog::deliver);
 }
 
-LiveLog::~LiveLog() {
-    m_thread.waitForDone();
-}
-
 void LiveLog::add(const QByteArray& bytes) {
-    m_waiting += bytes;
+    m_waiting.bytes += bytes;
+    if (m_waiting.bytes.size() > MaxWaitingBytes)
+        dropOldest();
     readNext();
 }
 
+/// Half of what waits, so that the next bytes do not drop again.
+void LiveLog::dropOldest() {
+    QByteArray& bytes = m_waiting.bytes;
+    const int lineEnd = bytes.indexOf('\n', bytes.size() - MaxWaitingBytes / 2);
+    const int end = lineEnd < 0 ? bytes.size() : lineEnd + 1;
+    m_waiting.skipped += std::max(1, int(std::count(bytes.constData(), bytes.constData() + end, '\n')));
+    bytes.remove(0, end);
+}
+
 void LiveLog::end() {
-    m_isAtEnd = true;
+    m_waiting.isLast = true;
     readNext();
 }
 
 void LiveLog::readNext() {
-    if (m_isReading || (m_waiting.isEmpty() && !m_isAtEnd))
+    if (m_isReading || (m_waiting.bytes.isEmpty() && !m_waiting.isLast))
         return;
     m_isReading = true;
-    const bool isLast = m_isAtEnd;
-    const auto read = [reader = m_reader, bytes = std::exchange(m_waiting, {}), isLast] {
-        return reader->read(bytes, isLast);
-    };
-    const auto take = [this, isLast](const QVector<LiveLogLine>& lines) {
+    const Batch batch = std::exchange(m_waiting, {});
+    const auto read = [reader = m_reader, batch] { return reader->read(batch); };
+    const auto take = [this, isLast = batch.isLast](const QVector<LiveLogLine>& lines) {
         m_lines = lines;
         m_isLast = isLast;
         m_delivery.start(0);
     };
-    inBackground(this, read, take, &m_thread);
+    inBackground(this, read, take, m_thread.pool());
 }
 
 void LiveLog::deliver() {
