@@ -9,7 +9,7 @@ from pathlib import Path
 
 from support import LAUNCHER, SCRIPTS, HomeCase, wait_until
 
-from cellarix_launcher import boundedlog, logfile, logkeeper
+from cellarix_launcher import boundedlog, logfile, logkeeper, supervise
 
 MIB = 1 << 20
 FLOOD = """
@@ -152,7 +152,7 @@ class Keeper(unittest.TestCase):
         with tempfile.NamedTemporaryFile() as file:
             if not logfile.can_punch(file.fileno()):
                 self.skipTest("the file system of the temporary directory has no holes")
-            keeper = logkeeper.Keeper(os.open(file.name, os.O_RDONLY), os.getpid(), True)
+            keeper = logkeeper.Keeper(os.open(file.name, os.O_RDONLY), os.getpid())
             self.assertTrue(keeper.has_writers())
             data = b"".join(b"%015d\n" % n for n in range(16 * MIB // 16))
             Path(file.name).write_bytes(data)
@@ -165,6 +165,26 @@ class Keeper(unittest.TestCase):
             file.close()
             self.assertFalse(keeper.has_writers())
             os.close(keeper.fd)
+
+    def test_the_tail_does_not_join_lines_over_freed_space(self):
+        with tempfile.NamedTemporaryFile() as file, tempfile.TemporaryFile() as shown:
+            if not logfile.can_punch(file.fileno()):
+                self.skipTest("the file system of the temporary directory has no holes")
+            Path(file.name).write_bytes(b"first\ncut ")
+            stderr = os.dup(2)
+            os.dup2(shown.fileno(), 2)
+            try:
+                tail = supervise.Tail(file.fileno())
+                tail.show()
+                with open(file.name, "ab") as log:
+                    log.write(b"x" * (MIB - 14) + b" lost\nlast\n")
+                logfile.punch(file.fileno(), 0, MIB - 4096)
+                tail.show()
+            finally:
+                os.dup2(stderr, 2)
+                os.close(stderr)
+            shown.seek(0)
+            self.assertEqual(shown.read(), b"first\ncut \nlast\n")
 
 
 if __name__ == "__main__":

@@ -17,7 +17,7 @@ STEP = 1 << 20           # growth of the log between two holes
 BLOCK = 1 << 16
 QUICK, CALM = 0.003, 0.02  # seconds between checks of a log that is being written
 SILENCE = 30             # seconds without a write before the keeper checks for writers
-TIDY_AFTER = 60          # seconds for readers of the complete log
+SHORTEN_AFTER = 60       # seconds for readers of the complete log
 COLLAPSE_RANGE = 8
 IN_MODIFY, IN_CLOSE_WRITE = 2, 8
 
@@ -84,10 +84,9 @@ def _writes(pid, fd, path):
 class Keeper:
     """Punches holes into the log behind read_fd. wine_pid is used on file systems without leases."""
 
-    def __init__(self, read_fd, wine_pid, tidy):
+    def __init__(self, read_fd, wine_pid):
         self.fd = read_fd
         self.wine = f"/proc/{wine_pid}"
-        self.tidy = tidy
         self.punched = 0
 
     def run(self, at_end):
@@ -104,8 +103,8 @@ class Keeper:
             time.sleep(QUICK if size - before > STEP else CALM)
         self.thin(os.fstat(self.fd).st_size)
         at_end()
-        if self.tidy and self.punched:
-            for _ in range(TIDY_AFTER):
+        if self.punched:
+            for _ in range(SHORTEN_AFTER):
                 time.sleep(1)
                 if os.fstat(self.fd).st_nlink == 0:
                     return

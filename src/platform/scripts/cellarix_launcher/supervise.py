@@ -10,6 +10,7 @@ from cellarix_launcher import orphans
 PASSED_ON = tuple(number for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT)
                   if signal.getsignal(number) != signal.SIG_IGN)
 TAIL_INTERVAL = 0.05
+LONGEST_LINE = 1 << 16  # bytes that are searched for the end of a cut line
 
 
 class Start:
@@ -125,7 +126,7 @@ def _sink(log):
 def _keep(log, read_fd, child, start, request):
     from cellarix_launcher import logkeeper
     os.close(log.fd)
-    keeper = logkeeper.Keeper(read_fd, child.pid, not request.show_logs)
+    keeper = logkeeper.Keeper(read_fd, child.pid)
 
     def keep():
         orphans.watch(start.env["WINEPREFIX"], lambda: logkeeper.leave_if_unused(read_fd))
@@ -161,6 +162,7 @@ class Tail:
     def __init__(self, fd):
         self.fd = fd
         self.at = 0
+        self.is_within_line = False
 
     def show(self, patience=100):
         """Copies up to the current end; `patience` is the time in ms that the reader may stall."""
@@ -173,17 +175,26 @@ class Tail:
         self.at = min(self.at, end)
         while self.fd >= 0 and self.at < end and pipe.poll(patience):
             try:
-                # Skip the part that has been freed meanwhile.
-                self.at = os.lseek(self.fd, self.at, os.SEEK_DATA)
+                self._skip_freed()
                 data = os.pread(self.fd, 4096, self.at)
             except OSError:
                 return
             if not data:
                 return
             try:
-                self.at += os.write(2, data)
+                written = os.write(2, data)
+                self.at += written
+                self.is_within_line = not data[:written].endswith(b"\n")
             except OSError:
                 self.fd = -1
+
+    def _skip_freed(self):
+        """Skips the part that has been freed meanwhile and the rest of the line that was cut there."""
+        data_at = os.lseek(self.fd, self.at, os.SEEK_DATA)
+        if data_at > self.at:
+            line_end = max(os.pread(self.fd, LONGEST_LINE, data_at).find(b"\n"), 0)
+            # The line feed itself ends the line before the gap.
+            self.at = data_at + line_end + (not self.is_within_line)
 
 
 def _wait(child, tail, start, request, say):
