@@ -1,8 +1,10 @@
+#include "backend/PendingWork.h"
 #include "fenk/window/Application.h"
 #include "gui/hints/HintsFixture.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/records/FailedStarts.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
+#include "shell/configuration/parameters/LogFileEdit.h"
 #include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
@@ -107,6 +109,21 @@ private Q_SLOTS:
         m_view->showLogs();
         QTRY_VERIFY(hints()->page().contains("simsun.ttc"));
         QVERIFY(m_service->calls("Terminate").isEmpty());
+    }
+
+    void chosenLogIsWrittenWithoutTheWindow() {
+        m_bottle.write("program", "wait_for close");
+        m_bottle.write("log1", "0024:fixme:a\n");
+        open();
+        const QString kept = m_home.path() + "/kept.log";
+        find<LogFileEdit>("params_log_file")->setPath(kept);
+        run();
+        QTRY_VERIFY_WITH_TIMEOUT(lines().contains("0024:fixme:a"), 30000);
+        delete m_view;
+        QVERIFY(PendingWork::instance()->isPending());
+        m_bottle.write("close", "");
+        QTRY_VERIFY_WITH_TIMEOUT(!PendingWork::instance()->isPending(), 30000);
+        QVERIFY(readFile(kept).contains("0024:fixme:a"));
     }
 
     void stopEndsTheRun() {

@@ -1,12 +1,17 @@
+#include <sys/stat.h>
+
 #include <QCoreApplication>
 #include <QDomDocument>
+#include <QFileInfo>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
 #include "launch/winelog/LogParseRule.h"
 #include "shell/configuration/hints/HintHtml.h"
 #include "shell/configuration/hints/HintLink.h"
 #include "shell/configuration/hints/HintRules.h"
 #include "shell/configuration/page/LiveLog.h"
+#include "shell/configuration/page/LogFile.h"
 #include "shell/configuration/rules/DebugLog.h"
 #include "support/Table.h"
 
@@ -268,6 +273,34 @@ private Q_SLOTS:
         QCOMPARE(count, 80001);
         parts.removeDuplicates();
         QCOMPARE(parts, (QStringList{"first", line.trimmed()}));
+    }
+
+    /// Zeros are what the launch script leaves of the beginning.
+    void endOfTheLogIsCopied() {
+        const QTemporaryDir folder;
+        const QString log = folder.filePath("log");
+        const QString target = folder.filePath("kept.log");
+        QFile file(log);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(qint64(1) << 40) && file.seek(file.size()));
+        file.write("cut\n" + QByteArray("line\n").repeated(LogFile::KeptBytes / 5 - 1));
+        file.close();
+        const LogFile::Copy copy = LogFile::copy(log, target);
+        QVERIFY(copy.isWritten && copy.isShortened);
+        const QByteArray kept = LogFile::end(target, LogFile::KeptBytes).value_or(QByteArray());
+        QCOMPARE(kept.size(), LogFile::KeptBytes / 5 * 5 - 5);
+        QVERIFY(kept.startsWith("line\n"));
+    }
+
+    void onlyRegularLogsAreRead() {
+        const QTemporaryDir folder;
+        const QString pipe = folder.filePath("pipe");
+        const QString link = folder.filePath("link");
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        QVERIFY(QFile::link("/etc/passwd", link));
+        for (const QString& log : {pipe, link, folder.path(), folder.filePath("absent")}) {
+            QVERIFY2(!LogFile::copy(log, folder.filePath("kept.log")).isWritten, qPrintable(log));
+            QVERIFY(!QFileInfo::exists(folder.filePath("kept.log")));
+        }
     }
 
     void floodIsCut() {

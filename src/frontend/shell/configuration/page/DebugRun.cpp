@@ -1,37 +1,19 @@
 #include "shell/configuration/page/DebugRun.h"
 
-#include <fcntl.h>
-
 #include <QDebug>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QTimer>
 
 #include "backend/BottleUtils.h"
-#include "backend/InBackground.h"
-#include "fenk/system/OwnedFd.h"
+#include "backend/PendingWork.h"
+#include "backend/WhenDone.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/script/LauncherExit.h"
 #include "programs/ProgramRuns.h"
+#include "shell/configuration/page/LogFile.h"
 
 namespace {
 constexpr int StopGraceMs = 1500;  // the service itself kills a program after a second
-constexpr qint64 PieceBytes = 1 << 20;
-
-bool copyFile(const QString& from, const QString& to) {
-    QFile source(from);
-    QSaveFile target(to);
-    if (!source.open(QIODevice::ReadOnly) || !target.open(QIODevice::WriteOnly))
-        return false;
-    while (!source.atEnd()) {
-        const QByteArray piece = source.read(PieceBytes);
-        if (piece.isEmpty() || target.write(piece) != piece.size())
-            return false;
-    }
-    return target.commit();
-}
+constexpr int MiB = 1 << 20;
 }  // namespace
 
 DebugRun::DebugRun(QObject* parent) : QObject(parent) {}
@@ -45,8 +27,13 @@ DebugRun::~DebugRun() {
     // The program would wait for somebody who reads what it prints.
     connect(launcher, &QProcess::readyReadStandardError, launcher,
             [launcher] { launcher->readAllStandardError(); });
+    // The user still wants the log where it was chosen to be.
+    const PendingWork::Hold hold = m_keptLogPath.isEmpty() ? nullptr : PendingWork::instance()->hold();
     connect(launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), launcher,
-            &QObject::deleteLater);
+            [launcher, hold, from = m_logPath, to = m_keptLogPath] {
+                launcher->deleteLater();
+                keepLog(from, to, nullptr);
+            });
 }
 
 void DebugRun::start(const Request& request) {
@@ -88,19 +75,6 @@ void DebugRun::start(const Request& request) {
     Q_EMIT started();
 }
 
-bool DebugRun::emptyLog(const QString& path) {
-    const bool hasFolder = !path.isEmpty() && QDir().mkpath(QFileInfo(path).path());
-    // A link could lead to a file that is not the bottle's, and a pipe would wait for ever.
-    const Fenk::OwnedFd file(
-        hasFolder ? ::open(QFile::encodeName(path).constData(),
-                           O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0644)
-                  : -1);
-    if (file.isValid())
-        return true;
-    qWarning().noquote() << "cannot empty the log" << path;
-    return false;
-}
-
 void DebugRun::onEnd(WineLauncher* launcher, const QString& errorText) {
     if (launcher != m_launcher)
         return;
@@ -109,7 +83,7 @@ void DebugRun::onEnd(WineLauncher* launcher, const QString& errorText) {
     ProgramRuns::instance()->setStarting(m_ref, false);
     if (AppBootingStateManager::instance()->isRecording(m_ref.uuid))
         AppBootingStateManager::instance()->finishRecording(m_ref.uuid, !errorText.isEmpty());
-    keepLog();
+    keepLog(m_logPath, m_keptLogPath, this);
     if (!errorText.isEmpty())
         qWarning().noquote() << errorText;
     connect(m_log, &LiveLog::ended, this, [this, errorText] {
@@ -131,15 +105,25 @@ void DebugRun::stop() {
     });
 }
 
-/// The launch script always writes the program's own log.
-void DebugRun::keepLog() {
-    if (m_keptLogPath.isEmpty())
+/// The launch script always writes the program's own log. The process does not end before the copy.
+void DebugRun::keepLog(const QString& from, const QString& to, DebugRun* run) {
+    if (to.isEmpty())
         return;
-    const auto copy = [from = m_logPath, to = m_keptLogPath] { return copyFile(from, to); };
-    inBackground(this, copy, [this, path = m_keptLogPath](bool isKept) {
-        if (isKept)
-            return;
-        qWarning().noquote() << "cannot write the log to" << path;
-        Q_EMIT failed(tr("The log could not be written to %1.").arg(path));
+    const auto copy = [from, to] {
+        const LogFile::Copy written = LogFile::copy(from, to);
+        if (!written.isWritten)
+            qWarning().noquote() << "cannot write the log to" << to;
+        return written;
+    };
+    const QFuture<LogFile::Copy> copying = PendingWork::instance()->run(QThreadPool::globalInstance(), copy);
+    if (!run)
+        return;
+    whenDone(run, copying, [run, to](const LogFile::Copy& written) {
+        if (!written.isWritten)
+            Q_EMIT run->failed(tr("The log could not be written to %1.").arg(to));
+        else if (written.isShortened)
+            Q_EMIT run->linesRead({{tr("%1 keeps the last %2 MiB of the log.")
+                                        .arg(to, QString::number(LogFile::KeptBytes / MiB)),
+                                    false}});
     });
 }

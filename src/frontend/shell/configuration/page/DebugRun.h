@@ -9,7 +9,8 @@
 #include "shell/configuration/rules/EntryList.h"
 
 /// One program at a time, started from the configuration window with what Wine prints on it. A program goes
-/// on when its run is destroyed: only stop() ends it. GUI thread.
+/// on when its run is destroyed: only stop() ends it, and its log is still kept where the user wants it. GUI
+/// thread.
 class DebugRun : public QObject {
     Q_OBJECT
 public:
@@ -34,9 +35,6 @@ public:
     const ProgramRef& program() const { return m_ref; }
     /// The file that the launch script writes.
     const QString& logPath() const { return m_logPath; }
-    /// Makes sure that the file is there and empty. False, with a log line, when it can't be. Blocks on the
-    /// disk.
-    static bool emptyLog(const QString& path);
 
 Q_SIGNALS:
     void linesRead(const QVector<LiveLogLine>& lines);
@@ -48,7 +46,8 @@ Q_SIGNALS:
     void failed(const QString& errorText);
 
 private:
-    void keepLog();
+    /// Tells `run`, unless it is null, how that ended.
+    static void keepLog(const QString& from, const QString& to, DebugRun* run);
     void onEnd(WineLauncher* launcher, const QString& errorText);
 
     QPointer<WineLauncher> m_launcher;

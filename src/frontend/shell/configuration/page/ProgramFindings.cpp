@@ -8,7 +8,6 @@
 #include "backend/BottleRecord.h"
 #include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
-#include "fenk/system/RegularFile.h"
 #include "launch/records/AppBootingStateManager.h"
 #include "launch/records/FailedStarts.h"
 #include "programs/ProgramRuns.h"
@@ -16,24 +15,13 @@
 #include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/DebuggingLogsFrame.h"
 #include "shell/configuration/page/LiveLog.h"
+#include "shell/configuration/page/LogFile.h"
 #include "shell/configuration/page/ProgramTrials.h"
 #include "shell/configuration/parameters/WineParamsCfgWidget.h"
 
 namespace {
 
 constexpr qint64 LastLogBytes = 2 << 20;  ///< more than the pane keeps of lines of usual length
-
-/// The end of a log, without the line that is cut.
-QByteArray endOf(const QString& path) {
-    QFile file;
-    if (!Fenk::RegularFile::open(file, path))
-        return {};
-    const bool isCut = file.size() > LastLogBytes;
-    if (isCut)
-        file.seek(file.size() - LastLogBytes);
-    const QByteArray bytes = file.read(LastLogBytes);
-    return isCut ? bytes.mid(bytes.indexOf('\n') + 1) : bytes;
-}
 
 /// The log of the program's last start, as a stored program or as a file.
 QString lastLog(const QString& bottlePath, const ProgramEntry& entry) {
@@ -107,7 +95,7 @@ void ProgramFindings::readLast(const QString& programId, const QString& logPath)
     m_lastLog = new LiveLog(this);
     connect(m_lastLog, &LiveLog::linesRead, m_parts.frame, &DebuggingLogsFrame::appendEarlier);
     inBackground(
-        m_lastLog, [logPath] { return endOf(logPath); },
+        m_lastLog, [logPath] { return LogFile::end(logPath, LastLogBytes).value_or(QByteArray()); },
         [log = m_lastLog](const QByteArray& bytes) {
             log->add(bytes);
             log->end();

@@ -8,6 +8,7 @@
 #include "shell/configuration/page/BottlePrograms.h"
 #include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/DebugRun.h"
+#include "shell/configuration/page/LogFile.h"
 #include "shell/configuration/parameters/LogChannels.h"
 
 ProgramTrials::ProgramTrials(BottleSettings* settings, BottlePrograms* programs, QObject* parent)
@@ -80,7 +81,7 @@ bool ProgramTrials::start(bool inTerminal) {
 void ProgramTrials::prepare(const QString& id, bool inTerminal) {
     const QString log = BottleLogs::ofProgram(BottleRecord::path(m_settings->record()), id);
     inBackground(
-        this, [log] { return DebugRun::emptyLog(log); },
+        this, [log] { return LogFile::empty(log); },
         [this, id, inTerminal](bool) {
             m_isPreparing = false;
             run(id, inTerminal);
