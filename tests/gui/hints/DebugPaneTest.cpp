@@ -1,4 +1,5 @@
 #include "backend/PendingWork.h"
+#include "fenk/controls/LineEdit.h"
 #include "fenk/window/Application.h"
 #include "gui/hints/HintsFixture.h"
 #include "launch/records/AppBootingStateManager.h"
@@ -124,6 +125,29 @@ private Q_SLOTS:
         m_bottle.write("close", "");
         QTRY_VERIFY_WITH_TIMEOUT(!PendingWork::instance()->isPending(), 30000);
         QVERIFY(readFile(kept).contains("0024:fixme:a"));
+    }
+
+    /// The record changes elsewhere: what is typed stays, the rest follows and is not put back at the end.
+    void typedParametersStay() {
+        open();
+        m_view->onConfigurePageToggled(BottlesConfigView::WineParameter);
+        auto* arguments = find<Fenk::LineEdit>("params_arguments")->lineEdit();
+        auto* environment = find<Fenk::LineEdit>("params_environment")->lineEdit();
+        QTest::keyClicks(arguments, "-b");
+        const auto changeElsewhere = [this](const QString& value) {
+            m_program.insert("envs", QJsonObject{{"A", value}});
+            setBottle("wine");
+            QVERIFY(m_service->emitSignal("program_updated", "sss", {Bottle, Id, "{}"}));
+        };
+        changeElsewhere("1");
+        QTRY_COMPARE(environment->text(), QString("A=1"));
+        QCOMPARE(arguments->text(), QString("-b"));
+        changeElsewhere("2");
+        QTRY_COMPARE(environment->text(), QString("A=2"));
+        delete m_view;
+        const QJsonArray sent = m_service->waitForCall("updateExternalProgram").arguments;
+        QCOMPARE(QJsonDocument::fromJson(sent.at(1).toString().toUtf8()).object(),
+                 (QJsonObject{{"id", Id}, {"arguments", "-b"}, {"envs", QJsonObject{{"A", "2"}}}}));
     }
 
     void stopEndsTheRun() {

@@ -78,6 +78,30 @@ private Q_SLOTS:
         QFETCH(QJsonObject, saved);
         QCOMPARE(entry.toRecord(), (QJsonObject{{"id", "u1"}, {"arguments", "-a  'b'"}, {"envs", saved}}));
     }
+
+    /// Another window or the service changes the record while the texts are shown.
+    void newerRecord_data() {
+        const Table<QString, QString, QString, QString, bool> row(
+            "arguments", "environment", "argumentsAfter", "environmentAfter", "isEdited");
+        row("nothing edited", "-a", "A=1", "-new", "A=2", false);
+        row("arguments edited", "-mine", "A=1", "-mine", "A=2", true);
+        row("variables edited", "-a", "A=3", "-new", "A=3", true);
+        row("the same edited", "-new", "A='2'", "-new", "A='2'", false);
+    }
+    void newerRecord() {
+        QFETCH(QString, arguments);
+        QFETCH(QString, environment);
+        EntryParameters entry({{"id", "u1"}, {"arguments", "-a"}, {"envs", QJsonObject{{"A", "1"}}}});
+        entry.arguments = arguments;
+        entry.environment = environment;
+        const QJsonObject newer{{"id", "u1"}, {"arguments", "-new"}, {"envs", QJsonObject{{"A", "2"}}}};
+        const bool hasChanged = entry.setRecord(newer);
+        QTEST(entry.arguments, "argumentsAfter");
+        QTEST(entry.environment, "environmentAfter");
+        QTEST(entry.isEdited(), "isEdited");
+        QCOMPARE(hasChanged, entry.arguments != arguments || entry.environment != environment);
+        QVERIFY(entry.isEdited() || entry.toRecord() == newer);
+    }
 };
 
 QTEST_GUILESS_MAIN(EnvironmentTextTest)

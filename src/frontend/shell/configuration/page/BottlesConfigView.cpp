@@ -112,6 +112,7 @@ void BottlesConfigView::connectBottle() {
     connect(m_programs, &BottlePrograms::failed, this, &BottlesConfigView::showError);
     // The hints may ask for another translator.
     connect(m_trials, &ProgramTrials::runStarted, m_params, &WineParamsCfgWidget::refreshTranslators);
+    connect(m_trials, &ProgramTrials::parametersChanged, m_params, &WineParamsCfgWidget::setEntry);
     connect(m_trials, &ProgramTrials::failed, this, &BottlesConfigView::showError);
     refreshPrograms();
 }
@@ -225,7 +226,6 @@ void BottlesConfigView::selectProgramById(const QString& id) {
 void BottlesConfigView::refreshPrograms() {
     const ProgramEntry* entry = m_programs->list().currentEntry();
     m_foot->setHasProgram(entry);
-    m_params->setEntry(m_trials->currentParameters());
     setTitle(entry ? tr("Configuration of %1").arg(entry->name()) : tr("Container Configuration"));
 }
 

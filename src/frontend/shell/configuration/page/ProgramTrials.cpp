@@ -13,6 +13,7 @@
 
 ProgramTrials::ProgramTrials(BottleSettings* settings, BottlePrograms* programs, QObject* parent)
     : QObject(parent), m_settings(settings), m_programs(programs), m_run(new DebugRun(this)) {
+    connect(programs, &BottlePrograms::changed, this, &ProgramTrials::onProgramsChanged);
     connect(m_run, &DebugRun::linesRead, this, &ProgramTrials::linesRead);
     connect(m_run, &DebugRun::failed, this, &ProgramTrials::failed);
     connect(m_run, &DebugRun::started, this, [this] { Q_EMIT runStarted(m_run->program().uuid); });
@@ -30,7 +31,7 @@ ProgramTrials::ProgramTrials(BottleSettings* settings, BottlePrograms* programs,
 ProgramTrials::~ProgramTrials() {
     for (const ProgramEntry& entry : m_programs->list().entries()) {
         const auto edited = m_parameters.value(entry.id);
-        if (edited && edited->toRecord() != EntryParameters(entry.recordWithId()).toRecord())
+        if (edited && edited->isEdited())
             saveParameters(m_settings->bottle(), *edited);
     }
 }
@@ -47,6 +48,19 @@ std::shared_ptr<EntryParameters> ProgramTrials::parameters(const QString& id) {
 
 std::shared_ptr<EntryParameters> ProgramTrials::currentParameters() {
     return parameters(m_programs->currentRef().uuid);
+}
+
+void ProgramTrials::onProgramsChanged() {
+    const auto current = currentParameters();
+    bool isOther = current != m_current;
+    for (const ProgramEntry& entry : m_programs->list().entries()) {
+        const auto known = m_parameters.value(entry.id);
+        const bool hasChanged = known && known->setRecord(entry.recordWithId());
+        isOther = isOther || (hasChanged && known == current);
+    }
+    m_current = current;
+    if (isOther)
+        Q_EMIT parametersChanged(current);
 }
 
 bool ProgramTrials::isRunning() const {

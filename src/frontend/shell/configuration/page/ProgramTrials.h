@@ -37,11 +37,14 @@ Q_SIGNALS:
     void runStarted(const QString& programId);
     /// Once for each runStarted(). Not for a run whose program was not started: linesRead() has told why.
     void runEnded(const QString& programId, const QString& logPath);
+    /// Of the current program: it is another one, or its record has changed. Null without a program.
+    void parametersChanged(const std::shared_ptr<EntryParameters>& parameters);
     /// For the user.
     void failed(const QString& errorText);
 
 private:
     std::shared_ptr<EntryParameters> parameters(const QString& id);
+    void onProgramsChanged();
     void prepare(const QString& id, bool inTerminal);
     void run(const QString& id, bool inTerminal);
 
@@ -49,5 +52,6 @@ private:
     BottlePrograms* m_programs;
     DebugRun* m_run;
     bool m_isPreparing = false;
+    std::shared_ptr<EntryParameters> m_current;
     QHash<QString, std::shared_ptr<EntryParameters>> m_parameters;  ///< by the program's id
 };

@@ -7,12 +7,26 @@
 #include "backend/ProgramRecord.h"
 #include "shell/configuration/parameters/EnvironmentText.h"
 
-EntryParameters::EntryParameters(const QJsonObject& record)
-    : arguments(ProgramRecord::arguments(record)),
-      environment(EnvironmentText::write(ProgramRecord::envs(record))),
-      m_id(ProgramRecord::id(record)),
-      m_envs(ProgramRecord::envs(record)),
-      m_envsText(environment) {}
+EntryParameters::EntryParameters(const QJsonObject& record) : m_id(ProgramRecord::id(record)) {
+    setRecord(record);
+}
+
+bool EntryParameters::setRecord(const QJsonObject& record) {
+    const QString oldArguments = arguments;
+    const QString oldEnvironment = environment;
+    const QJsonObject envs = ProgramRecord::envs(record);
+    const bool isSaved = toRecord().value("envs") == envs;
+    if (arguments == m_arguments)
+        arguments = ProgramRecord::arguments(record);
+    m_arguments = ProgramRecord::arguments(record);
+    // There are several texts for the same variables: that of the user stays.
+    const QString envsText = isSaved ? environment : EnvironmentText::write(envs);
+    if (!isEnvironmentEdited())
+        environment = envsText;
+    m_envs = envs;
+    m_envsText = envsText;
+    return arguments != oldArguments || environment != oldEnvironment;
+}
 
 QJsonObject EntryParameters::toRecord() const {
     QJsonObject envs = m_envs;

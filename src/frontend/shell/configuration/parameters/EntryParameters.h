@@ -16,12 +16,17 @@ public:
     /// With the arguments and variables of a program record.
     explicit EntryParameters(const QJsonObject& record);
 
+    /// Takes what has not been edited from the record as it is now. Returns whether a text has changed.
+    bool setRecord(const QJsonObject& record);
+
     /// {"id", "arguments", "envs"}, to be merged into the program's record. Variables whose text nobody has
     /// edited stay exactly as they were read.
     QJsonObject toRecord() const;
 
     /// Whether the text of the variables differs from what was read.
     bool isEnvironmentEdited() const { return environment != m_envsText; }
+    /// Whether anything that is saved differs from what was read.
+    bool isEdited() const { return isEnvironmentEdited() || arguments != m_arguments; }
 
     QString arguments;
     QString environment;  ///< as of EnvironmentText
@@ -30,6 +35,7 @@ public:
 
 private:
     QString m_id;
+    QString m_arguments;  ///< this and the next two as they were read
     QJsonObject m_envs;
     QString m_envsText;
 };
