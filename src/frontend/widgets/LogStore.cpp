@@ -4,6 +4,7 @@
 
 namespace {
 
+constexpr int CertainErrorLevel = 0;
 constexpr int ErrorLevel = 1;
 constexpr int NotKnown = -1;
 constexpr int ChannelWithin = 40;  ///< bytes; time, process and thread stand before the channel's class
@@ -68,7 +69,7 @@ void LogStore::appendLine(QByteArray text, int time, int level) {
 
 bool LogStore::isError(int line) const {
     const Line& it = m_lines[size_t(line)];
-    return it.level == ErrorLevel && !isRemark(it.text);
+    return it.level == CertainErrorLevel || (it.level == ErrorLevel && !isRemark(it.text));
 }
 
 QString LogStore::timeOf(int line) const {

@@ -11,14 +11,14 @@
 class LogStore {
 public:
     static constexpr int MaxLines = 200000;         ///< unless told otherwise
-    static constexpr qint64 MaxBytes = 32 << 20;    ///< of memory, as bytes() counts
+    static constexpr qint64 MaxBytes = 32 << 20;    ///< of memory, as bytes() counts; long lines drop earlier
     static constexpr int LineOverhead = 64;         ///< bytes that a line takes beside its text
     static constexpr int MaxLineBytes = 16 * 1024;  ///< of UTF-8; what is longer is cut and ends with "..."
 
     explicit LogStore(int maxLines = MaxLines) : m_maxLines(maxLines) {}
 
-    /// An invalid time means that it is not known. `level` 1 is an error line, 3 an ordinary one. A text of
-    /// several lines becomes as many lines.
+    /// An invalid time means that it is not known. `level` 1 is an error line, 3 an ordinary one, 0 an
+    /// error line whatever its text says. A text of several lines becomes as many lines.
     void append(const QString& text, int level, const QTime& now = QTime::currentTime());
 
     /// Counts lines as dropped that were never appended.
@@ -31,7 +31,7 @@ public:
     qint64 bytes() const { return m_bytes; }
 
     QString text(int line) const { return QString::fromUtf8(m_lines[size_t(line)].text); }
-    /// Not for the error lines that Wine itself calls a fixme, a warning or a trace.
+    /// Not for the lines of level 1 that Wine itself calls a fixme, a warning or a trace.
     bool isError(int line) const;
     /// "HH:mm:ss", or empty.
     QString timeOf(int line) const;

@@ -175,6 +175,15 @@ private Q_SLOTS:
         QTRY_VERIFY(hints()->page().contains(NotComeUp));
     }
 
+    /// Also a line that Wine calls a fixme, where the rule of the pane finds an error in it.
+    void errorsAreMarked() {
+        open();
+        m_view->showLogs();
+        frame()->append({{"0024:fixme:ole:x stderr", true}, {"0024:fixme:ole:x", false}});
+        const LogStore& store = frame()->log()->store();
+        QVERIFY(store.isError(0) && !store.isError(1));
+    }
+
     void logIsBounded() {
         open();
         m_view->showLogs();

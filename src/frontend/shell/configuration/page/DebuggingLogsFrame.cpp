@@ -18,7 +18,7 @@ using namespace Fenk;
 
 namespace {
 
-constexpr int ErrorLine = 1;
+constexpr int ErrorLine = 0;  // DebugLog has decided
 constexpr int PlainLine = 3;
 constexpr int LogShare = 3;  ///< of five parts of the width
 constexpr int HintsShare = 2;
