@@ -150,6 +150,43 @@ private Q_SLOTS:
                  (QJsonObject{{"id", Id}, {"arguments", "-b"}, {"envs", QJsonObject{{"A", "2"}}}}));
     }
 
+    void selectionDuringARunIsShownAfterIt() {
+        m_bottle.write("program", "wait_for close");
+        m_bottle.write("log1", "0024:fixme:a\n");
+        m_bottle.write("logs/wine-program-z.txt", "0024:fixme:of another\n");
+        m_service->setBottle(
+            Bottle, {{"Path", m_bottle.directory()},
+                     {"Runner", "wine"},
+                     {"External_Programs", QJsonObject{{Id, m_program}, {"z", QJsonObject{{"name", "z"}}}}}});
+        open();
+        run();
+        QTRY_VERIFY_WITH_TIMEOUT(lines().contains("0024:fixme:a"), 30000);
+        m_view->selectProgramById("z");
+        QVERIFY(find("stop_debug_btn")->toolTip().contains("Notes"));
+        m_view->explainFailure();
+        QVERIFY(lines().contains("0024:fixme:a"));
+        m_bottle.write("close", "");
+        waitForEnd();
+        QTRY_COMPARE(lines(), QStringList{"0024:fixme:of another"});
+    }
+
+    void failedStartIsLookedThrough() {
+        QVERIFY(QFile::remove(m_bottle.directory() + "/drive_c/notes.exe"));
+        const LogCapture log;
+        open();
+        run();
+        waitForEnd();
+        QTRY_VERIFY2(log.contains(":::"), qPrintable(lines().join('\n')));
+    }
+
+    void appendedPiecesAreLines() {
+        open();
+        m_view->showLogs();
+        for (const char* piece : {"0024:fix", "me:a\n0024:tra", "ce:b\n0024:fixme:c\n"})
+            m_view->slotsAppendLogs(piece);
+        QTRY_COMPARE(lines(), (QStringList{"0024:fixme:a", "0024:fixme:c"}));
+    }
+
     void stopEndsTheRun() {
         m_bottle.write("program", "wait_for never");
         m_bottle.write("log1", "0024:fixme:a\n");

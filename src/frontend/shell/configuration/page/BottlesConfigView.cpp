@@ -230,10 +230,8 @@ void BottlesConfigView::refreshPrograms() {
 }
 
 void BottlesConfigView::startRun(bool inTerminal) {
-    if (!m_trials->start(inTerminal))
-        return;
-    m_logs->clear();
-    showLogs();
+    if (m_trials->start(inTerminal))
+        showLogs();
 }
 
 void BottlesConfigView::choose(Setting setting, const QVariant& value) {

@@ -69,7 +69,7 @@ public Q_SLOTS:
     void slotsOpenLogsDir();
     void slotsimportRegs();
     void slotstoggleLogsView();
-    void slotsAppendLogs(const QString& line);
+    void slotsAppendLogs(const QString& text);
     void slotsHandleLogsAnchorClicked(const QUrl& anchor);
     void onAddEntryButtonClicked();
     void slotsStopInstallingDeps();

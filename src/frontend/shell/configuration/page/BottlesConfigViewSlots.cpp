@@ -108,8 +108,8 @@ void BottlesConfigView::explainFailure() {
     m_findings->readAgain();
 }
 
-void BottlesConfigView::slotsAppendLogs(const QString& line) {
-    m_logs->append({{line, false}});
+void BottlesConfigView::slotsAppendLogs(const QString& text) {
+    m_findings->append(text);
 }
 
 void BottlesConfigView::slotsHandleLogsAnchorClicked(const QUrl& anchor) {

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 
 #include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
 #include "fenk/controls/SuggestButton.h"
 #include "fenk/style/Tokens.h"
 #include "shell/configuration/page/ProgramTrials.h"
@@ -50,6 +51,8 @@ void ConfigFoot::refresh() {
     const bool hadFocus = m_debug->hasFocus() || m_stop->hasFocus();
     m_debug->setEnabled(m_hasProgram && !m_trials->isBusy());
     m_debug->setToolTip(m_hasProgram ? QString() : tr("There is no application in this container"));
+    const QString running = m_trials->runningName();
+    m_stop->setToolTip(running.isEmpty() ? QString() : plainToolTip(tr("Ends %1").arg(running)));
     QPushButton* shown = isRunning ? m_stop : m_debug;
     shown->show();
     if (hadFocus)

@@ -60,22 +60,21 @@ void DebugRun::start(const Request& request) {
     connect(launcher, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             [this, launcher, name = request.program.name()] {
                 m_log->add(launcher->readAllStandardError());
-                onEnd(launcher, LauncherExit::errorText(launcher->report(), name));
+                onEnd(launcher, LauncherExit::errorText(launcher->report(), name), true);
             });
     connect(launcher, &QProcess::errorOccurred, this, [this, launcher](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            onEnd(launcher, tr("The launch script cannot be run. Please install Cellarix again."));
+            onEnd(launcher, tr("The launch script cannot be run. Please install Cellarix again."), false);
     });
     ProgramRuns::instance()->setStarting(m_ref, true);
     launcher->launchProgram(m_ref.uuid);
     m_logPath = launcher->logPath();
-    if (!m_launcher)
-        return;
-    AppBootingStateManager::instance()->startRecording(m_ref.bottle, m_ref.uuid);
+    if (m_launcher)
+        AppBootingStateManager::instance()->startRecording(m_ref.bottle, m_ref.uuid);
     Q_EMIT started();
 }
 
-void DebugRun::onEnd(WineLauncher* launcher, const QString& errorText) {
+void DebugRun::onEnd(WineLauncher* launcher, const QString& errorText, bool hasRun) {
     if (launcher != m_launcher)
         return;
     m_launcher = nullptr;
@@ -86,9 +85,9 @@ void DebugRun::onEnd(WineLauncher* launcher, const QString& errorText) {
     keepLog(m_logPath, m_keptLogPath, this);
     if (!errorText.isEmpty())
         qWarning().noquote() << errorText;
-    connect(m_log, &LiveLog::ended, this, [this, errorText] {
+    connect(m_log, &LiveLog::ended, this, [this, errorText, hasRun] {
         m_isReadingLog = false;
-        Q_EMIT ended(errorText);
+        Q_EMIT ended(errorText, hasRun);
     });
     m_isReadingLog = true;
     m_log->end();

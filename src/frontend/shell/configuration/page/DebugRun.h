@@ -40,15 +40,15 @@ Q_SIGNALS:
     void linesRead(const QVector<LiveLogLine>& lines);
     void started();
     /// Once for each start, after the last line. The text is for the user; empty when the program was
-    /// started.
-    void ended(const QString& errorText);
+    /// started. `hasRun` is false when not even the launch script was.
+    void ended(const QString& errorText, bool hasRun);
     /// The log could not be kept.
     void failed(const QString& errorText);
 
 private:
     /// Tells `run`, unless it is null, how that ended.
     static void keepLog(const QString& from, const QString& to, DebugRun* run);
-    void onEnd(WineLauncher* launcher, const QString& errorText);
+    void onEnd(WineLauncher* launcher, const QString& errorText, bool hasRun);
 
     QPointer<WineLauncher> m_launcher;
     LiveLog* m_log = nullptr;     ///< of the last run

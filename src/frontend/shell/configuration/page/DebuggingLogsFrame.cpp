@@ -76,6 +76,7 @@ QWidget* DebuggingLogsFrame::makeLogPart() {
     auto* folderButton =
         new IconButton("cxb_show_winelogs", tr("Open folder of log"), nullptr, IconButton::Compact);
     folderButton->setObjectName("cxb_show_winelogs");
+    connect(clearButton, &QToolButton::clicked, this, &DebuggingLogsFrame::cleared);
     connect(clearButton, &QToolButton::clicked, this, &DebuggingLogsFrame::clear);
     connect(folderButton, &QToolButton::clicked, this, &DebuggingLogsFrame::folderRequested);
     auto* nothing = new Label(tr("No debugging logs yet"), Label::Secondary);

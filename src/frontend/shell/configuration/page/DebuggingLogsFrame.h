@@ -34,6 +34,8 @@ public:
     void showHints(const QVector<Hint>& hints);
 
 Q_SIGNALS:
+    /// By the user; what is still being read is not wanted either.
+    void cleared();
     void folderRequested();
     void anchorClicked(const QUrl& anchor);
 

@@ -37,15 +37,25 @@ QString lastLog(const QString& bottlePath, const ProgramEntry& entry) {
 
 ProgramFindings::ProgramFindings(const Parts& parts, QObject* parent) : QObject(parent), m_parts(parts) {
     const ProgramTrials* trials = parts.trials;
-    connect(trials, &ProgramTrials::linesRead, parts.frame, &DebuggingLogsFrame::append);
+    connect(trials, &ProgramTrials::linesRead, this,
+            [this](const QString& id, const QVector<LiveLogLine>& lines) {
+                if (id == m_shownProgram)
+                    m_parts.frame->append(lines);
+            });
     connect(trials, &ProgramTrials::runStarted, this, &ProgramFindings::onRunStarted);
     connect(trials, &ProgramTrials::runEnded, this, [this](const QString& id, const QString& logPath) {
         m_results.insert(id, m_hasLaunchResult);
         look(id, logPath, true);
     });
+    // What was chosen during a run is shown after it.
+    connect(trials, &ProgramTrials::changed, this, &ProgramFindings::onCurrentChanged);
+    connect(parts.frame, &DebuggingLogsFrame::cleared, this, &ProgramFindings::stopReading);
     connect(AppBootingStateManager::instance(), &AppBootingStateManager::launchResult, this,
-            [this](const QString& id) {
-                m_hasLaunchResult = m_hasLaunchResult || id == m_parts.programs->currentRef().uuid;
+            [this](const QString& id) { m_hasLaunchResult = m_hasLaunchResult || id == m_runProgram; });
+    connect(ProgramRuns::instance(), &ProgramRuns::changed, this,
+            [this](const ProgramRef& ref, bool isRunning) {
+                if (isRunning && ref.bottle == m_parts.settings->bottle())
+                    m_results.remove(ref.uuid);
             });
     connect(parts.programs, &BottlePrograms::currentChanged, this, &ProgramFindings::onCurrentChanged);
     connect(&m_search, &HintSearch::found, parts.frame, &DebuggingLogsFrame::showHints);
@@ -54,12 +64,25 @@ ProgramFindings::ProgramFindings(const Parts& parts, QObject* parent) : QObject(
 }
 
 void ProgramFindings::onRunStarted(const QString& programId) {
+    stopReading();
+    m_hasLaunchResult = false;
+    m_runProgram = programId;
+    m_shownProgram = programId;
+    m_parts.frame->clear();
+}
+
+void ProgramFindings::stopReading() {
     m_search.cancel();
     delete std::exchange(m_lastLog, nullptr);
     ++m_reads;
-    m_hasLaunchResult = false;
-    m_shownProgram = programId;
-    m_parts.frame->clear();
+}
+
+void ProgramFindings::append(const QString& text) {
+    if (!m_appended) {
+        m_appended = new LiveLog(this);
+        connect(m_appended, &LiveLog::linesRead, m_parts.frame, &DebuggingLogsFrame::append);
+    }
+    m_appended->add(text.toUtf8());
 }
 
 void ProgramFindings::showLast() {
@@ -69,7 +92,8 @@ void ProgramFindings::showLast() {
 
 void ProgramFindings::readAgain() {
     m_results.clear();
-    m_shownProgram.clear();
+    if (!m_parts.trials->isBusy())
+        m_shownProgram.clear();
     showLast();
 }
 
@@ -80,12 +104,11 @@ void ProgramFindings::onCurrentChanged() {
         bottlePath.isEmpty())
         return;
     m_shownProgram = entry->id;
-    m_search.cancel();
-    delete std::exchange(m_lastLog, nullptr);
+    stopReading();
     m_parts.frame->clear();
     inBackground(
         this, [bottlePath, entry = *entry] { return lastLog(bottlePath, entry); },
-        [this, id = entry->id, number = ++m_reads](const QString& log) {
+        [this, id = entry->id, number = m_reads](const QString& log) {
             if (number == m_reads && !log.isEmpty())
                 readLast(id, log);
         });

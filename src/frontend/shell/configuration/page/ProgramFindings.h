@@ -31,9 +31,12 @@ public:
     void showLast();
     /// The last log is another one than before.
     void readAgain();
+    /// What was printed, as a debugging run prints it: in whatever pieces.
+    void append(const QString& text);
 
 private:
     void onRunStarted(const QString& programId);
+    void stopReading();
     void onCurrentChanged();
     void readLast(const QString& programId, const QString& logPath);
     void look(const QString& programId, const QString& logPath, bool isAfterRun);
@@ -42,9 +45,11 @@ private:
     const Parts m_parts;
     HintSearch m_search;
     LiveLog* m_lastLog = nullptr;
+    LiveLog* m_appended = nullptr;   ///< since the first append()
     int m_reads = 0;                 ///< of last logs; only the newest one counts
     QHash<QString, bool> m_results;  ///< of the runs of this window, by program: whether one came up
     QString m_shownProgram;          ///< the program whose log the pane shows
     bool m_isShown = false;          ///< showLast() was called
-    bool m_hasLaunchResult = false;  ///< of the current program since the run began
+    QString m_runProgram;            ///< of the run under way, or the last one
+    bool m_hasLaunchResult = false;  ///< of that run
 };

@@ -14,15 +14,17 @@
 ProgramTrials::ProgramTrials(BottleSettings* settings, BottlePrograms* programs, QObject* parent)
     : QObject(parent), m_settings(settings), m_programs(programs), m_run(new DebugRun(this)) {
     connect(programs, &BottlePrograms::changed, this, &ProgramTrials::onProgramsChanged);
-    connect(m_run, &DebugRun::linesRead, this, &ProgramTrials::linesRead);
+    connect(m_run, &DebugRun::linesRead, this,
+            [this](const QVector<LiveLogLine>& lines) { Q_EMIT linesRead(m_run->program().uuid, lines); });
     connect(m_run, &DebugRun::failed, this, &ProgramTrials::failed);
     connect(m_run, &DebugRun::started, this, [this] { Q_EMIT runStarted(m_run->program().uuid); });
     connect(m_run, &DebugRun::started, this, &ProgramTrials::changed);
-    connect(m_run, &DebugRun::ended, this, [this](const QString& errorText) {
-        if (errorText.isEmpty())
-            Q_EMIT runEnded(m_run->program().uuid, m_run->logPath());
-        else
-            Q_EMIT linesRead({{errorText, true}});
+    connect(m_run, &DebugRun::ended, this, [this](const QString& errorText, bool hasRun) {
+        const QString id = m_run->program().uuid;
+        if (!errorText.isEmpty())
+            Q_EMIT linesRead(id, {{errorText, true}});
+        if (hasRun)
+            Q_EMIT runEnded(id, m_run->logPath());
         Q_EMIT changed();
     });
 }
@@ -105,13 +107,20 @@ void ProgramTrials::prepare(const QString& id, bool inTerminal) {
 
 void ProgramTrials::run(const QString& id, bool inTerminal) {
     const auto chosen = parameters(id);
-    if (!chosen)
+    if (!chosen) {
+        Q_EMIT failed(tr("The application is no longer in this container."));
         return;
+    }
     const QString channels =
         LogChannels::environment(chosen->channels, m_settings->values().text(Setting::Runner));
     const ProgramEntry entry = m_programs->list().entries()[m_programs->list().indexOf(id)];
     m_run->start(
         {m_settings->bottle(), m_settings->record(), entry, {channels}, chosen->logPath, inTerminal});
+}
+
+QString ProgramTrials::runningName() const {
+    const int index = isRunning() ? m_programs->list().indexOf(m_run->program().uuid) : -1;
+    return index < 0 ? QString() : m_programs->list().entries()[index].name();
 }
 
 void ProgramTrials::stop() {

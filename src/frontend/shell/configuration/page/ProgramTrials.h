@@ -26,6 +26,8 @@ public:
     /// Whether a run is under way, or is being prepared.
     bool isBusy() const { return m_isPreparing || isRunning(); }
     bool isRunning() const;
+    /// Empty without a run, or when the program is no longer in the list.
+    QString runningName() const;
     /// Runs the current program. False, with a log line, without one.
     bool start(bool inTerminal);
     void stop();
@@ -33,9 +35,10 @@ public:
 Q_SIGNALS:
     /// isBusy() or isRunning() has changed.
     void changed();
-    void linesRead(const QVector<LiveLogLine>& lines);
+    void linesRead(const QString& programId, const QVector<LiveLogLine>& lines);
     void runStarted(const QString& programId);
-    /// Once for each runStarted(). Not for a run whose program was not started: linesRead() has told why.
+    /// Once for each runStarted(), also when the launch script could not start the program. Not when the
+    /// script itself could not be run: linesRead() has told so.
     void runEnded(const QString& programId, const QString& logPath);
     /// Of the current program: it is another one, or its record has changed. Null without a program.
     void parametersChanged(const std::shared_ptr<EntryParameters>& parameters);
