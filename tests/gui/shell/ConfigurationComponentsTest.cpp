@@ -123,10 +123,12 @@ private Q_SLOTS:
     }
 
     void programsRunning_data() {
-        const Table<int, bool, int, int> row("answer", "isClosed", "kills", "calls");
-        row("close them", 1, false, 1, 2);
-        row("close them, window closed", 1, true, 1, 2);
-        row("cancel", 0, false, 0, 1);
+        const Table<int, bool, bool, int, int> row("answer", "isFetched", "isClosed", "kills", "calls");
+        row("close them", 1, false, false, 1, 2);
+        row("close them, window closed", 1, false, true, 1, 2);
+        row("cancel", 0, false, false, 0, 1);
+        row("close them, after the download", 1, true, false, 1, 2);
+        row("cancel, after the download", 0, true, false, 0, 1);
     }
     void programsRunning() {
         QFETCH(int, answer);
@@ -135,8 +137,12 @@ private Q_SLOTS:
         open();
         chooseDxvk();
         m_service->setHeld("killWineServer", "");
-        QVERIFY(tellDone("dxvk-2", "{\"ok\": false, \"busy\": [\"notepad.exe\"]}"));
+        QFETCH(bool, isFetched);
+        QVERIFY(!isFetched || tell("component_waiting_downloaded", "dxvk-2"));
+        const QString busy = "{\"ok\": false, \"busy\": [\"notepad.exe\"]}";
+        QVERIFY(tellDone("dxvk-2", busy) && tellDone("dxvk-2", busy));
         QTRY_VERIFY(QApplication::activeModalWidget());
+        QCOMPARE(dxvk()->currentIndex(), 0);
         qobject_cast<Fenk::Dialog*>(QApplication::activeModalWidget())->button(answer)->click();
         m_service->waitForCall(answer ? "killWineServer" : "cancelInstallingComponent");
         if (isClosed)

@@ -4,9 +4,8 @@
 
 using TestSupport::Table;
 
-/// Events in the order in which they come, as words: "wait X", "progress X 50", "start X", "good X", "bad X",
-/// "lost", "leave", "choose X", "prepare X",
-/// "adopt X".
+/// Events in the order in which they come, as words: "wait X", "progress X 50", "start X", "busy X", "good
+/// X", "bad X", "lost", "leave", "choose X", "prepare X", "adopt X".
 class ComponentSetupTest : public QObject {
     Q_OBJECT
 
@@ -25,6 +24,8 @@ class ComponentSetupTest : public QObject {
             setup->progress(name, words.value(2).toULongLong(), 100);
         else if (words[0] == "start")
             setup->started(name);
+        else if (words[0] == "busy")
+            setup->blocked(name);
         else if (words[0] == "good" || words[0] == "bad")
             setup->done(name, words[0] == "good", "why");
         else if (words[0] == "lost")
@@ -45,6 +46,8 @@ private Q_SLOTS:
         row("sets up", "choose n,wait n,start n", int(Phase::SettingUp), "old", "Setuping n");
         row("installed already", "choose n,start n,good n", int(Phase::Idle), "n", "");
         row("whole way", "choose n,wait n,progress n 7,start n,good n", int(Phase::Idle), "n", "");
+        row("programs run", "choose n,wait n,progress n 7,busy n", int(Phase::Asked), "old", "");
+        row("programs ran", "adopt n,busy x,busy n,start n,good n", int(Phase::Idle), "n", "");
         row("off", "choose -,start -,good -", int(Phase::Idle), "", "");
         row("fails", "choose n,wait n,start n,bad n", int(Phase::Failed), "old", "Setup failed: n");
         row("turning off fails", "choose -,bad -", int(Phase::Failed), "old", "Setup failed: Disabled");

@@ -285,6 +285,7 @@ void BottleSettings::onSetupDone(const QString& kind, const QString& name, const
     const bool isOurs = SettingTable::settingOfKind(kind, &component) && setup(component).isUnderWay() &&
                         setup(component).name() == name;
     if (isOurs && !programs.isEmpty()) {
+        tell(kind, [&name](ComponentSetup* setup) { return setup->blocked(name); });
         Q_EMIT programsRunning(component, programs);
         return;
     }

@@ -59,6 +59,13 @@ bool ComponentSetup::started(const QString& name) {
     return isOurs(name) && enter(Phase::SettingUp);
 }
 
+bool ComponentSetup::blocked(const QString& name) {
+    if (!isOurs(name))
+        return false;
+    m_percent = -1;
+    return enter(Phase::Asked);
+}
+
 bool ComponentSetup::done(const QString& name, bool isGood, const QString& reason) {
     if (isOurs(name)) {
         if (!isGood)

@@ -35,6 +35,8 @@ public:
     bool waiting(const QString& name);
     bool progress(const QString& name, quint64 received, quint64 total);
     bool started(const QString& name);
+    /// Programs run in the bottle: the service has stopped, and can be asked once more.
+    bool blocked(const QString& name);
     /// Also for a change that somebody else has asked for.
     bool done(const QString& name, bool isGood, const QString& reason);
     /// The call itself has failed, or the service has gone.
