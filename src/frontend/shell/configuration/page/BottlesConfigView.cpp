@@ -185,6 +185,7 @@ void BottlesConfigView::refreshState() {
     using State = BottleSettings::State;
     const State state = m_settings->state();
     const bool isLoading = m_isLoading || (state == State::Loading && !m_hasLoaded);
+    const bool isEnd = std::exchange(m_showsLoading, isLoading) && !isLoading;
     if (isLoading)
         m_states->showLoading();
     else if (state == State::Failed)
@@ -192,14 +193,14 @@ void BottlesConfigView::refreshState() {
     else
         m_states->showContent();
     m_hasLoaded = m_hasLoaded && state != State::Failed;
-    if (state != State::Ready || m_isLoading)
-        return;
-    m_params->setBottle(m_bottle, BottleRecord::path(m_settings->record()));
-    m_components->setBottle(m_bottle, m_settings->record());
-    m_programs->setRecord(m_settings->record());
-    const bool isFirst = !m_hasLoaded;
-    m_hasLoaded = true;
-    if (isFirst)
+    if (state == State::Ready && !m_isLoading) {
+        m_params->setBottle(m_bottle, BottleRecord::path(m_settings->record()));
+        m_components->setBottle(m_bottle, m_settings->record());
+        m_programs->setRecord(m_settings->record());
+        m_hasLoaded = true;
+    }
+    // After the fill, so that nobody sees an unfilled page.
+    if (isEnd)
         Q_EMIT bottlesLoaded();
 }
 

@@ -49,6 +49,7 @@ public:
     void explainFailure();
 
 Q_SIGNALS:
+    /// The loading view has gone: the bottle is shown, or that it cannot be read.
     void bottlesLoaded();
     // For rooms above that reset or package a bottle; no control of the window asks for either.
     void resetBottles();
@@ -105,6 +106,7 @@ private:
     DriverCheck* m_driverCheck;
     bool m_isLoading = false;  ///< the launch that has opened the window says so
     bool m_hasLoaded = false;
+    bool m_showsLoading = false;
 
     ConfigStates* m_states = nullptr;
     EntriesColumn* m_entries = nullptr;
