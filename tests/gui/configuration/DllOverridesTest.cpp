@@ -188,6 +188,7 @@ private Q_SLOTS:
         m_f->remove({"d3d9", "zlib"});
         QTRY_COMPARE(m_f->shown(), before);
         QCOMPARE(refused.count(), 1);
+        QCOMPARE(refused[0][0].toString(), QString("zlib could not be changed: no"));
     }
 
     /// What was done of a step can be taken back.

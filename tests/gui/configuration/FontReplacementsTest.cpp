@@ -1,6 +1,7 @@
 #include <QAbstractButton>
 #include <QContextMenuEvent>
 #include <QFontDialog>
+#include <QPushButton>
 
 #include "TableFixture.h"
 #include "programs/ListPlaceholder.h"
@@ -73,11 +74,26 @@ private Q_SLOTS:
         QCOMPARE(refused.count(), 0);
     }
 
-    void defaults() {
+    /// A list that is not known is not taken for an empty one.
+    void unreadList() {
         m_f->service.setError("listFontReplacements", "no bottle");
         const TestSupport::LogCapture log;
         QVERIFY(m_f->open());
         QVERIFY(log.contains(QtWarningMsg, "listFontReplacements error: no bottle"));
+        auto* add = m_f->page.findChild<QAbstractButton*>("fontreplacement_addbtn");
+        QVERIFY(!add->isEnabled() && !m_f->table->isVisible());
+        m_f->service.setJson("listFontReplacements", m_list);
+        for (auto* placeholder : m_f->page.findChildren<ListPlaceholder*>()) {
+            if (placeholder->isVisible())
+                placeholder->button()->click();
+        }
+        QTRY_COMPARE(m_f->shown().size(), 2);
+        QTRY_VERIFY(add->isEnabled() && m_f->table->isVisible());
+    }
+
+    void defaults() {
+        m_f->service.setJson("listFontReplacements", QJsonObject());
+        QVERIFY(m_f->open());
         auto* empty = m_f->page.findChild<ListPlaceholder*>();
         QContextMenuEvent menu(QContextMenuEvent::Mouse, {9, 9}, empty->mapToGlobal({9, 9}));
         QApplication::sendEvent(empty, &menu);

@@ -139,7 +139,7 @@ void DllOverrideListView::sendRow(int row) {
 }
 
 void DllOverrideListView::set(const QString& name, int method) {
-    change("the override of " + name,
+    change(name, "the override of",
            [this, name, method](QObject* context, const TableSync::Handler& handler) {
                BottlesConfig::instance()->updateDllOverride(bottle(), name, LoadMethods::wireValue(method),
                                                             context, handler);
@@ -147,7 +147,7 @@ void DllOverrideListView::set(const QString& name, int method) {
 }
 
 void DllOverrideListView::remove(const QString& name) {
-    change("the removal of the override of " + name,
+    change(name, "the removal of the override of",
            [this, name](QObject* context, const TableSync::Handler& handler) {
                BottlesConfig::instance()->removeDllOverride(bottle(), name, context, handler);
            });

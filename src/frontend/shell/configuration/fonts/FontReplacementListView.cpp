@@ -130,7 +130,7 @@ void FontReplacementListView::sendRow(int row) {
 }
 
 void FontReplacementListView::set(const QString& font, const QString& replacement) {
-    change("the replacement of the font " + font,
+    change(font, "the replacement of the font",
            [this, font, replacement](QObject* context, const TableSync::Handler& handler) {
                BottlesConfig::instance()->addFontReplacements(bottle(), font, replacement, context, handler);
            });
@@ -138,7 +138,7 @@ void FontReplacementListView::set(const QString& font, const QString& replacemen
 
 void FontReplacementListView::remove(const QString& font, bool isSent) {
     change(
-        "the removal of the replacement of the font " + font,
+        font, "the removal of the replacement of the font",
         [this, font](QObject* context, const TableSync::Handler& handler) {
             BottlesConfig::instance()->removeFontReplacement(bottle(), font, context, handler);
         },

@@ -8,15 +8,27 @@ BottleTable::BottleTable(const QString& listMethod, const QString& firstTitle, c
                          QWidget* parent)
     : EditableTable(firstTitle, secondTitle, parent), m_sync(new TableSync(listMethod, this)) {
     connect(m_sync, &TableSync::listed, this, [this](const QJsonObject& list) {
+        m_isKnown = true;
+        m_errorText.clear();
         take(TableDifference::rowsOf(list));
         Q_EMIT loaded();
     });
-    connect(m_sync, &TableSync::failed, this, &BottleTable::loaded);
+    connect(m_sync, &TableSync::failed, this, [this](const QString& errorText) {
+        if (!m_isKnown)
+            m_errorText = errorText;
+        Q_EMIT loaded();
+    });
     connect(m_sync, &TableSync::refused, this, [this](const QString& errorText) {
         m_hasRefused = true;
         Q_EMIT refused(errorText);
     });
     followBottle();
+}
+
+void BottleTable::setBottle(const QString& bottle) {
+    m_bottle = bottle;
+    m_isKnown = false;
+    m_errorText.clear();
 }
 
 /// Components bring overrides and fonts with them.
@@ -88,8 +100,8 @@ void BottleTable::undo() {
         refill(rows);
 }
 
-void BottleTable::change(const QString& what, const TableSync::Call& call, bool isIdle) {
-    m_sync->change(what, call, isIdle);
+void BottleTable::change(const QString& name, const char* what, const TableSync::Call& call, bool isIdle) {
+    m_sync->change(name, what, call, isIdle);
     // A list that waits for the editor is older than this change.
     if (std::exchange(m_waiting, std::nullopt))
         load();

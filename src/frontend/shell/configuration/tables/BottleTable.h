@@ -16,12 +16,14 @@ public:
     BottleTable(const QString& listMethod, const QString& firstTitle, const QString& secondTitle,
                 QWidget* parent = nullptr);
 
-    void setBottle(const QString& bottle) { m_bottle = bottle; }
+    void setBottle(const QString& bottle);
     const QString& bottle() const { return m_bottle; }
     /// Removes all rows; sends nothing.
     void clear();
     /// Ends in loaded(). False when edits are on their way; the list is read after them.
     bool load() { return m_sync->load(); }
+    /// Why the list is not known: it could not be read, and no earlier one is shown. For the user.
+    const QString& errorText() const { return m_errorText; }
     /// Takes the last step back, or what was done of it; does nothing when there is none.
     void undo();
 
@@ -45,7 +47,8 @@ protected:
 
     /// What the user does at once, such as to delete three rows.
     void step(const std::function<void()>& work);
-    void change(const QString& what, const TableSync::Call& call, bool isIdle = false);
+    /// As TableSync::change().
+    void change(const QString& name, const char* what, const TableSync::Call& call, bool isIdle = false);
     TableSync* sync() const { return m_sync; }
 
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
@@ -57,6 +60,8 @@ private:
 
     TableSync* m_sync;
     QString m_bottle;
+    QString m_errorText;
+    bool m_isKnown = false;       ///< the list has come
     QVector<TableChange> m_undo;  ///< of the last step
     bool m_isInStep = false;
     bool m_hasRefused = false;           ///< the list is read again because of that

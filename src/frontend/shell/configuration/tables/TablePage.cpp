@@ -23,7 +23,11 @@ TablePage::TablePage(const QString& name, const QString& icon, const Texts& text
       m_add(new IconButton("fenk-add", texts.add)),
       m_tools(new QHBoxLayout),
       m_stack(new QStackedWidget),
-      m_empty(new ListPlaceholder(Theme::icon(icon), texts.empty, texts.add)) {
+      m_empty(new ListPlaceholder(Theme::icon(icon), texts.empty, texts.add)),
+      m_failed(new ListPlaceholder(Theme::icon("fenk-error"),
+                                   tr("The list of this container cannot be read at the moment."),
+                                   tr("Retry"))),
+      m_buttons{m_add} {
     setObjectName(name + "_area");
     m_add->setObjectName(name + "_addbtn");
     auto* tip = new Label(texts.tip, Label::Secondary);
@@ -33,6 +37,7 @@ TablePage::TablePage(const QString& name, const QString& icon, const Texts& text
     m_tools->addWidget(m_add);
     m_stack->addWidget(m_table);
     m_stack->addWidget(m_empty);
+    m_stack->addWidget(m_failed);
     auto* frame = new Card;
     frame->setObjectName(name + "_listview_frame");
     frame->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
@@ -45,13 +50,16 @@ TablePage::TablePage(const QString& name, const QString& icon, const Texts& text
     layout->addWidget(frame, 1);
     connect(m_add, &QToolButton::clicked, this, &TablePage::addRequested);
     connect(m_empty, &ListPlaceholder::pressed, this, &TablePage::addRequested);
+    connect(m_failed, &ListPlaceholder::pressed, m_table, &BottleTable::load);
     connect(m_table, &BottleTable::countChanged, this, &TablePage::refresh);
+    connect(m_table, &BottleTable::loaded, this, &TablePage::refresh);
     connect(m_table, &BottleTable::refused, this, &TablePage::showError);
     refresh();
 }
 
 void TablePage::addTool(QWidget* button) {
     m_tools->insertWidget(m_tools->count() - 1, button);
+    m_buttons << button;
 }
 
 void TablePage::showError(const QString& errorText) {
@@ -69,8 +77,12 @@ void TablePage::contextMenuEvent(QContextMenuEvent* event) {
 
 void TablePage::refresh() {
     const bool hadFocus = m_stack->isAncestorOf(focusWidget());
-    const bool isEmpty = m_table->rows()->rowCount() == 0;
-    m_stack->setCurrentWidget(isEmpty ? static_cast<QWidget*>(m_empty) : m_table);
-    if (hadFocus)
+    const QWidget* before = m_stack->currentWidget();
+    const bool isEmpty = m_table->rows()->rowCount() == 0, isUnread = !m_table->errorText().isEmpty();
+    m_failed->setDetail(m_table->errorText());
+    for (QWidget* button : qAsConst(m_buttons))
+        button->setEnabled(!isUnread);
+    m_stack->setCurrentWidget(isUnread ? m_failed : isEmpty ? static_cast<QWidget*>(m_empty) : m_table);
+    if (hadFocus && m_stack->currentWidget() != before)
         m_stack->currentWidget()->setFocus();
 }

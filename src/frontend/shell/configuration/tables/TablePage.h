@@ -12,7 +12,8 @@ class IconButton;
 }
 
 /// A page with one table: a tip and buttons above, the table in a frame, and while it is empty a placeholder
-/// with the same action as the button that adds a row. Shows what the service has refused.
+/// with the same action as the button that adds a row. While the list could not be read, it offers to read it
+/// again and nothing else. Shows what the service has refused.
 class TablePage : public QWidget {
     Q_OBJECT
 public:
@@ -45,4 +46,6 @@ private:
     QHBoxLayout* m_tools;
     QStackedWidget* m_stack;
     ListPlaceholder* m_empty;
+    ListPlaceholder* m_failed;
+    QWidgetList m_buttons;  ///< for a list that is known
 };

@@ -28,29 +28,29 @@ void TableSync::onListed(const BusResult& result) {
         return;
     }
     qWarning().noquote().nospace() << m_method << " error: " << result.errorMessage;
-    Q_EMIT failed();
+    Q_EMIT failed(result.errorText());
 }
 
-void TableSync::change(const QString& what, const Call& call, bool isIdle) {
+void TableSync::change(const QString& name, const char* what, const Call& call, bool isIdle) {
     ++m_pending;
     m_isStale = m_isStale || m_isLoading;
     // Not of this object: the change goes on without the window.
     auto* context = PendingWork::instance();
-    call(context,
-         [sync = QPointer<TableSync>(this), hold = context->hold(), what, isIdle](const BusResult& result) {
-             if (!result.ok)
-                 qWarning().noquote() << what << "was not done:" << result.errorMessage;
-             if (sync)
-                 sync->onChanged(result, isIdle);
-         });
+    call(context, [sync = QPointer<TableSync>(this), hold = context->hold(), name, what,
+                   isIdle](const BusResult& result) {
+        if (!result.ok)
+            qWarning().noquote() << what << name << "was not done:" << result.errorMessage;
+        if (sync)
+            sync->onChanged(name, result, isIdle);
+    });
 }
 
-void TableSync::onChanged(const BusResult& result, bool isIdle) {
+void TableSync::onChanged(const QString& name, const BusResult& result, bool isIdle) {
     --m_pending;
     if (!result.ok && !result.timedOut && !isIdle) {
         m_isStale = true;
         if (!m_hasRefused)
-            Q_EMIT refused(result.errorText());
+            Q_EMIT refused(tr("%1 could not be changed: %2").arg(name, result.errorText()));
         m_hasRefused = true;
     }
     if (m_pending > 0)

@@ -22,19 +22,19 @@ public:
     void setList(const Call& list) { m_list = list; }
     /// Ends in listed() or failed(). False when changes are on their way: the list is asked for after them.
     bool load();
-    /// Sends a change. `what` is for the log; a refusal of an idle change, which the service did not have to
-    /// do, is only logged.
-    void change(const QString& what, const Call& call, bool isIdle = false);
+    /// Sends a change of the row `name`. `what` is for the log; a refusal of an idle change, which the
+    /// service did not have to do, is only logged.
+    void change(const QString& name, const char* what, const Call& call, bool isIdle = false);
 
 Q_SIGNALS:
     void listed(const QJsonObject& list);
-    void failed();
+    void failed(const QString& errorText);
     /// A change was not done; for the user. Once for changes that are on their way together.
     void refused(const QString& errorText);
 
 private:
     void onListed(const BusResult& result);
-    void onChanged(const BusResult& result, bool isIdle);
+    void onChanged(const QString& name, const BusResult& result, bool isIdle);
 
     const QString m_method;
     Call m_list;
