@@ -21,17 +21,7 @@ QStringList names(const QJsonObject& catalogue, const QString& kind, const char*
 }  // namespace
 
 ComponentManager::ComponentManager() : ServiceProxy("Components", LongTimeoutMs) {
-    refreshLists();
     connect(this, &ComponentManager::refresh, this, &ComponentManager::onRefresh);
-}
-
-void ComponentManager::refreshLists() {
-    const BusResult result = block("list");
-    if (!result.ok) {
-        qWarning("Failed to get components list");
-        return;
-    }
-    read(result.object());
 }
 
 void ComponentManager::update(QObject* context, const std::function<void()>& then) {
@@ -42,6 +32,13 @@ void ComponentManager::update(QObject* context, const std::function<void()>& the
             qWarning("Failed to get components list");
         then();
     });
+}
+
+void ComponentManager::whenKnown(QObject* context, const std::function<void()>& then) {
+    if (knownRunners().isEmpty())
+        update(context, then);
+    else
+        then();
 }
 
 void ComponentManager::onRefresh(const QString& components) {
@@ -62,12 +59,16 @@ void ComponentManager::install(const QString& kind, const QString& name, QObject
                                const Handler& handler) {
     const QPointer<QObject> guard(context);
     watch("install", {kind, name}, this, [this, guard, handler](const BusResult& result) {
-        if (result.ok && result.object().value("ok").toBool())
-            refreshLists();
         if (result.ok)
             qInfo().noquote() << result.text;
-        if (guard)
-            handler(result);
+        const auto tell = [guard, handler, result] {
+            if (guard)
+                handler(result);
+        };
+        if (result.ok && result.object().value("ok").toBool())
+            update(this, tell);
+        else
+            tell();
     });
 }
 

@@ -9,8 +9,8 @@ class QJsonObject;
 
 /// The client of the background service's component catalogue: keeps it in six lists, installs components for
 /// all bottles and relays the progress of downloads. A component's name is a version's full name, such as
-/// "lumora-wine10-stable"; kind is one of ComponentKind. Lives in the GUI thread; the constructor blocks
-/// until the service has answered. Without the service the lists are empty.
+/// "lumora-wine10-stable"; kind is one of ComponentKind. Lives in the GUI thread and
+/// never waits: the lists are empty until the service has been asked for them, and without the service.
 class ComponentManager : public ServiceProxy<ComponentManager> {
     Q_OBJECT
     friend class Fenk::Singleton<ComponentManager>;
@@ -35,6 +35,10 @@ public:
     /// Asks the service for the lists and calls `then` at the end, whether there was an answer or not.
     void update(QObject* context, const std::function<void()>& then);
 
+    /// Calls `then` when there are lists: at once, or after asking for them, whether there was an answer or
+    /// not.
+    void whenKnown(QObject* context, const std::function<void()>& then);
+
     /// Runners that are installed, then those that may be fetched.
     QStringList knownRunners() const;
 
@@ -49,7 +53,6 @@ Q_SIGNALS:
 private:
     ComponentManager();
 
-    void refreshLists();
     void onRefresh(const QString& components);
     void read(const QJsonObject& catalogue);
 };

@@ -82,13 +82,18 @@ void BottlePreparation::cancel() {
 
 void BottlePreparation::prepare(const QString& runner) {
     m_runner = runner;
+    m_state = State::ChoosingRunner;
     Q_EMIT emitMsg(LaunchText::tr("Choose wine version: %1").arg(m_runner), MsgLine);
-    // Another than the default is chosen only from what is installed.
-    if (m_runner != WineNames::defaultRunner() ||
-        ComponentManager::instance()->runnerInstalled.contains(m_runner))
-        createBottle();
-    else
-        fetchRunner();
+    ComponentManager::instance()->whenKnown(this, [this] {
+        if (m_state != State::ChoosingRunner)
+            return;
+        // Another than the default is chosen only from what is installed.
+        if (m_runner != WineNames::defaultRunner() ||
+            ComponentManager::instance()->runnerInstalled.contains(m_runner))
+            createBottle();
+        else
+            fetchRunner();
+    });
 }
 
 void BottlePreparation::fetchRunner() {

@@ -58,6 +58,7 @@ void LaunchRepair::setRetried(const QStringList& components) {
 }
 
 void LaunchRepair::lookUpRunners() {
+    ComponentManager::instance()->whenKnown(this, [] {});
     BottleRepair::instance()->runnersFor32Bit(
         this, [this](const BusResult& answer) { m_runnersFor32Bit = RunnerChoice::of(answer.object()); });
 }
