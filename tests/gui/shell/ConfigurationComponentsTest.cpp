@@ -4,6 +4,7 @@
 #include "ConfigurationFixture.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "launch/LaunchWindows.h"
+#include "shell/configuration/page/BottleSettings.h"
 #include "support/EnvironmentGuard.h"
 
 /// The change of a component in the window, from the choice to its end, whatever comes between.
@@ -120,6 +121,39 @@ private Q_SLOTS:
         m_service->waitForCall("setDxvk", 2);
         QCOMPARE(m_service->calls("setDxvk").last().arguments, QJsonArray({"office", "dxvk-1", true}));
         QCOMPARE(m_service->calls("setD3dRenderer").last().arguments, QJsonArray({"office", "vulkan"}));
+    }
+
+    /// The renderer from before comes back with the end of the last layer.
+    void twoLayersFail() {
+        setBottle({"a"});
+        open();
+        auto* settings = m_view->findChild<BottleSettings*>();
+        settings->choose(Setting::Vkd3d, "vkd3d-1");
+        chooseDxvk();
+        m_service->waitForCall("setVkD3D");
+        QVERIFY(tellDone("dxvk-2", "{\"ok\": false}"));
+        QTRY_COMPARE(tips(), QString("Setup failed: dxvk-2"));
+        QCOMPARE(settings->values().text(Setting::Renderer), QString("vulkan"));
+        settings->cancelSetup(Setting::Vkd3d);
+        QCOMPARE(m_service->waitForCall("setD3dRenderer", 2).arguments, QJsonArray({"office", "gl"}));
+    }
+
+    /// Of a choice that is refused the record is read again; what is chosen meanwhile is sent then.
+    void choicesWhileReading() {
+        m_service->setError("Bottles.setCpuRendering", "out of order");
+        setBottle({"a"});
+        open();
+        m_service->setHeld("Bottles.get:office", R"({"Path": "/b", "Runner": "ge-proton9"})");
+        auto* settings = m_view->findChild<BottleSettings*>();
+        QSignalSpy runners(settings, &BottleSettings::runnerChanged);
+        find<QAbstractButton>("software_render_switch_btn")->click();
+        m_service->waitForCall("get", 2);
+        find<QComboBox>("window_version_combobox")->setCurrentIndex(3);
+        QCOMPARE(settings->state(), BottleSettings::State::Loading);
+        m_service->release();
+        QCOMPARE(m_service->waitForCall("setWindowsVersion").arguments, QJsonArray({"office", "win7"}));
+        QCOMPARE(find<QComboBox>("window_version_combobox")->currentText(), QString("Windows 7"));
+        QCOMPARE(runners.count(), 1);
     }
 
     void programsRunning_data() {

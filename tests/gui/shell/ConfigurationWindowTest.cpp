@@ -22,7 +22,7 @@ private Q_SLOTS:
         setBottle({"a"}, {{"Windows", "winxp64"},
                           {"DXVK", "dxvk-1"},
                           {"Parameters", QJsonObject{{"custom_dpi", 0},
-                                                     {"renderer", "vulkan"},
+                                                     {"renderer", "gl"},  // as an old record has it
                                                      {"discrete_gpu", true},
                                                      {"mem_optimized", true}}}});
         open();
@@ -62,10 +62,16 @@ private Q_SLOTS:
         row->findChild<QAbstractButton*>("reset_btn")->click();
         QTRY_COMPARE(m_service->calls("setWindowsVersion").size(), 2);
         QCOMPARE(m_service->calls("setWindowsVersion").last().arguments, QJsonArray({"office", "win10"}));
+        // Another step does not lose a DPI that is held back, nor mistake it for the one on offer.
+        find<QSpinBox>("dpi_spinbox")->stepUp();
+        find<QAbstractButton>("undo_btn")->click();
+        m_service->waitForCall("setWindowsVersion", 3);
+        QCOMPARE(m_service->calls("setWindowsVersion").last().arguments, QJsonArray({"office", "win7"}));
+        QCOMPARE(m_service->calls("setDPI").last().arguments, QJsonArray({"office", 126}));
         // What is held back is sent when the window closes.
         find<QSpinBox>("dpi_spinbox")->stepUp();
         m_view->close();
-        m_service->waitForCall("setDPI", 3);
+        m_service->waitForCall("setDPI", 4);
         QTRY_VERIFY(!m_view);
     }
 

@@ -13,12 +13,12 @@ using TestSupport::Table;
 class SettingRulesTest : public QObject {
     Q_OBJECT
 
-    static SettingRowState state(const QString& renderer, const QString& runner, bool hasNtSync,
+    static SettingRowState state(const QString& renderer, const QString& runner, KernelModule ntSync,
                                  Setting setting) {
         SettingValues values;
         values.set(Setting::Renderer, renderer);
         values.set(Setting::Runner, runner);
-        return SettingRules::rowStates(values, hasNtSync)[size_t(setting)];
+        return SettingRules::rowStates(values, ntSync)[size_t(setting)];
     }
 
 private Q_SLOTS:
@@ -32,8 +32,8 @@ private Q_SLOTS:
         QFETCH(QString, renderer);
         QFETCH(bool, gpu);
         QFETCH(bool, cpu);
-        const SettingRowState gpuRow = state(renderer, "wine", false, Setting::DiscreteGpu);
-        const SettingRowState cpuRow = state(renderer, "wine", false, Setting::CpuRendering);
+        const SettingRowState gpuRow = state(renderer, "wine", KernelModule::Missing, Setting::DiscreteGpu);
+        const SettingRowState cpuRow = state(renderer, "wine", KernelModule::Missing, Setting::CpuRendering);
         QCOMPARE(gpuRow.isEnabled, gpu);
         QCOMPARE(cpuRow.isEnabled, cpu);
         QCOMPARE(gpuRow.reason.isEmpty(), gpu);  // what is grey says why
@@ -56,15 +56,17 @@ private Q_SLOTS:
         QFETCH(bool, memControl);
         QFETCH(bool, forcedOn);
         QFETCH(bool, ntsync);
-        const SettingRowState memory = state("gl", runner, true, Setting::MemOptimized);
+        const SettingRowState memory = state("gl", runner, KernelModule::Present, Setting::MemOptimized);
         QCOMPARE(memory.isEnabled, memRow);
         QCOMPARE(memory.isControlEnabled, memControl);
         QCOMPARE(memory.isForcedOn, forcedOn);
-        QCOMPARE(state("gl", runner, true, Setting::NtSync).isEnabled, ntsync);
-        QVERIFY(!state("gl", runner, false, Setting::NtSync).isEnabled);
+        QCOMPARE(state("gl", runner, KernelModule::Present, Setting::NtSync).isEnabled, ntsync);
+        for (const KernelModule ntSync :
+             {KernelModule::NotAsked, KernelModule::Missing, KernelModule::NoTool})
+            QVERIFY(!state("gl", runner, ntSync, Setting::NtSync).isEnabled);
         for (const Setting setting : {Setting::Renderer, Setting::Dpi, Setting::Dxvk, Setting::Vkd3d,
                                       Setting::WindowsVersion, Setting::Runner})
-            QVERIFY(state("gl", runner, true, setting) == SettingRowState());
+            QVERIFY(state("gl", runner, KernelModule::Present, setting) == SettingRowState());
     }
 
     void choices_data() {
@@ -107,6 +109,7 @@ private Q_SLOTS:
         QCOMPARE(values.text(Setting::Renderer), QString("vulkan"));
         QVERIFY(values.isOn(Setting::NtSync) && !values.isOn(Setting::DiscreteGpu));
         QVERIFY(!values.isStandard(Setting::Dxvk) && values.isStandard(Setting::Vkd3d));
+        QCOMPARE(SettingRules::withRendererOfLayers(SettingValues()), SettingValues());
         // What is not in the tables leaves the shown value.
         values.read({{"Windows", "win3"}, {"Parameters", QJsonObject{{"renderer", "d3d"}}}});
         QCOMPARE(values.text(Setting::WindowsVersion), QString("winxp"));

@@ -1,26 +1,20 @@
 #include "shell/configuration/page/BottleSettings.h"
 
-#include <QDBusServiceWatcher>
+#include <QCoreApplication>
 #include <QDebug>
-#include <QJsonDocument>
+#include <algorithm>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
-#include "backend/ComponentKind.h"
 #include "backend/ComponentManager.h"
 #include "backend/InBackground.h"
-#include "backend/ServiceErrorText.h"
-#include "backend/ServiceLoss.h"
-#include "backend/ServiceNames.h"
-#include "core/base/ToolProcess.h"
-#include "launch/run/BottleTasks.h"
+#include "backend/PendingWork.h"
 #include "probes/GraphicsSupport.h"
 #include "shell/configuration/rules/SettingTable.h"
 
 namespace {
 
 constexpr int DpiDelayMs = 600;
-constexpr Setting Components[] = {Setting::Dxvk, Setting::Vkd3d, Setting::Runner};
 
 bool isComponent(Setting setting) {
     return SettingTable::of(setting).control == SettingControl::Component;
@@ -37,47 +31,16 @@ BottleSettings::BottleSettings(const QString& bottle, QObject* parent) : QObject
 }
 
 BottleSettings::~BottleSettings() {
-    if (m_dpiTimer.isActive())
-        BottlesConfig::instance()->setDPI(m_bottle, m_values.value(Setting::Dpi).toInt());
-}
-
-void BottleSettings::followService() {
-    BottlesConfig* service = BottlesConfig::instance();
-    connect(service, &BottlesConfig::component_waiting_downloaded, this,
-            [this](const QString& bottle, const QString& kind, const QString& name) {
-                if (bottle == m_bottle)
-                    tell(kind, [name](ComponentSetup* setup) { return setup->waiting(name); });
-            });
-    connect(service, &BottlesConfig::component_setup_start, this,
-            [this](const QString& bottle, const QString& kind, const QString& name) {
-                if (bottle == m_bottle)
-                    tell(kind, [name](ComponentSetup* setup) { return setup->started(name); });
-            });
-    connect(service, &BottlesConfig::component_setup_done, this,
-            [this](const QString& bottle, const QString& kind, const QString& name, const QString& result) {
-                if (bottle == m_bottle)
-                    onSetupDone(kind, name, result);
-            });
-    whenServiceIsLost(this, [this] { onServiceLost(); });
-    auto* arrival = new QDBusServiceWatcher(ServiceNames::Service, QDBusConnection::sessionBus(),
-                                            QDBusServiceWatcher::WatchForRegistration, this);
-    connect(arrival, &QDBusServiceWatcher::serviceRegistered, this, [this] {
-        if (m_state == State::Failed)
-            load();
-    });
-}
-
-/// Not before the service has answered, since the first use of the catalogue waits for it.
-void BottleSettings::followComponents() {
-    if (m_followsComponents)
+    if (!m_dpiTimer.isActive())
         return;
-    m_followsComponents = true;
-    ComponentManager* manager = ComponentManager::instance();
-    connect(manager, &ComponentManager::refresh, this, &BottleSettings::changed);
-    connect(manager, &ComponentManager::updateProgress, this,
-            [this](const QString& kind, const QString& name, uint received, uint total) {
-                tell(kind, [=](ComponentSetup* setup) { return setup->progress(name, received, total); });
-            });
+    const int dpi = m_values.value(Setting::Dpi).toInt();
+    qDebug() << "setdpi: " << dpi;
+    const auto onAnswer = [bottle = m_bottle,
+                           hold = PendingWork::instance()->hold()](const BusResult& answer) {
+        if (!answer.ok)
+            qWarning().noquote() << "the DPI of" << bottle << "was not changed:" << answer.errorMessage;
+    };
+    BottlesConfig::instance()->setDPI(m_bottle, dpi, qApp, onAnswer);
 }
 
 void BottleSettings::load() {
@@ -85,6 +48,7 @@ void BottleSettings::load() {
     setState(State::Loading);
     const int number = ++m_loads;
     const auto read = [this, number] {
+        ComponentManager::instance()->update(this, [this] { announce(); });
         BottlesConfig::instance()->watchBottle(m_bottle, this, [this, number](const BusResult& result) {
             if (number == m_loads)
                 onRecord(result);
@@ -105,84 +69,59 @@ void BottleSettings::onRecord(const BusResult& result) {
     }
     qInfo() << record;
     m_record = record;
-    SettingValues values = m_values;
+    SettingValues values = m_kept.isEmpty() ? m_values : m_beforeKept;
     values.read(record);
     if (m_dpiTimer.isActive())
         values.set(Setting::Dpi, m_values.value(Setting::Dpi));
     for (const Setting component : Components) {
         setupOf(component).read(values.text(component));
         if (setup(component).isUnderWay())
-            values.set(component, m_values.value(component));
+            values.set(component, ComponentSetup::valueOf(setup(component).name()));
     }
-    m_values = values;
-    followComponents();
+    m_values = SettingRules::withRendererOfLayers(values);
     readInstalling();
-    checkNtSync();
+    if (m_shownRunner == m_values.text(Setting::Runner))
+        checkNtSync();  // otherwise the new one is looked at
     setState(State::Ready);
-    Q_EMIT changed();
-}
-
-void BottleSettings::readInstalling() {
-    const auto adopt = [this](const BusResult& result) {
-        if (!result.ok)
-            qWarning("Failed to fetch bottles config.");
-        const QJsonObject installing = result.object();
-        qInfo() << "bottles is installing " << installing;
-        if (setup(Setting::Runner).isUnderWay() || !setupOf(Setting::Runner).adopt(installing))
-            return;
-        m_values.set(Setting::Runner, ComponentSetup::valueOf(setup(Setting::Runner).name()));
-        Q_EMIT changed();
-    };
-    // Not from another thread: the signal of the end could overtake this answer.
-    BottlesConfig::instance()->watchInstallingComponents(m_bottle, ComponentKind::runner(), this, adopt);
+    chooseKept();
+    announce();
 }
 
 void BottleSettings::setState(State state, const QString& errorText) {
     m_state = state;
     m_errorText = errorText;
+    if (state == State::Failed)
+        m_kept.clear();
     Q_EMIT stateChanged();
 }
 
-ComponentOffer BottleSettings::offer(Setting component) const {
-    if (!m_followsComponents)
-        return ComponentOffer::of(component, {}, {}, m_values.text(component), m_graphics);
-    const ComponentManager* manager = ComponentManager::instance();
-    const bool isRunner = component == Setting::Runner, isDxvk = component == Setting::Dxvk;
-    return ComponentOffer::of(component,
-                              isRunner ? manager->runnerInstalled
-                              : isDxvk ? manager->dxvkInstalled
-                                       : manager->vkd3dInstalled,
-                              isRunner ? manager->runnerSupported
-                              : isDxvk ? manager->dxvkSupported
-                                       : manager->vkd3dSupported,
-                              m_values.text(component), m_graphics);
-}
-
-void BottleSettings::chooseAfter(const Preparation& prepare, Setting component, const QString& value) {
-    leavePreparation(component);
-    if (m_state != State::Ready || value == m_values.text(component))
-        return;
-    setupOf(component).prepare(value);
+/// That something has changed, and first whether the runner has.
+void BottleSettings::announce() {
+    const QString runner = m_values.text(Setting::Runner);
+    if (m_state != State::Loading && m_shownRunner != runner) {
+        const bool isFirst = !m_shownRunner;
+        m_shownRunner = runner;
+        checkNtSync();
+        if (!isFirst)
+            Q_EMIT runnerChanged();
+    }
     Q_EMIT changed();
-    prepare(this, [this, component, value, number = ++m_preparations] {
-        if (number == m_preparations && setup(component).phase() == ComponentSetup::Phase::Preparing)
-            choose(component, value);
-    });
-}
-
-bool BottleSettings::leavePreparation(Setting component) {
-    if (setup(component).phase() != ComponentSetup::Phase::Preparing)
-        return false;
-    setupOf(component).leave();
-    Q_EMIT changed();
-    return true;
 }
 
 void BottleSettings::choose(Setting setting, const QVariant& value) {
     leavePreparation(setting);
-    if (m_state != State::Ready || value == m_values.value(setting))
+    if (value == m_values.value(setting))
         return;
-    if (SettingRules::endsGraphicsLayers(setting, value))
+    if (m_state != State::Ready) {
+        keep(setting, value);
+        return;
+    }
+    if (setting != Setting::Dpi)
+        flushDpi();
+    const bool endsLayers = SettingRules::endsGraphicsLayers(setting, value);
+    if (setting == Setting::Renderer)
+        m_rendererBefore.clear();
+    if (endsLayers)
         cancelGraphics();
     const SettingRules::Effect effect = SettingRules::effectOf(m_values, setting, value);
     Undo undo{m_values, {setting}};
@@ -190,36 +129,68 @@ void BottleSettings::choose(Setting setting, const QVariant& value) {
         if (other != setting && effect.values.value(other) != m_values.value(other))
             undo.sent.append(other);
     }
-    if (setting == Setting::Dpi && m_dpiTimer.isActive())
-        undo = m_undo;
     m_values = effect.values;
-    if (effect.setsVulkan)
+    if (endsLayers) {
+        setupOf(Setting::Dxvk).read({});
+        setupOf(Setting::Vkd3d).read({});
+    }
+    if (effect.setsVulkan) {
+        if (m_rendererBefore.isEmpty())
+            m_rendererBefore = undo.before.text(Setting::Renderer);
         send(Setting::Renderer, m_values.value(Setting::Renderer));
+    }
     if (isComponent(setting)) {
         if (!setup(setting).isUnderWay())
             m_waitingUndo[size_t(setting)] = undo;
         setupOf(setting).choose(value.toString());
         sendComponent(setting);
     } else if (setting == Setting::Dpi) {
-        m_undo = undo;
+        if (!m_dpiTimer.isActive())
+            m_dpiUndo = undo;
         m_dpiTimer.start();
     } else {
-        m_undo = undo;
         send(setting, value);
-        Q_EMIT undoable(setting);
+        offerUndo(setting, undo);
     }
-    if (setting == Setting::Runner) {
-        checkNtSync();
-        Q_EMIT runnerChanged();
-    }
-    Q_EMIT changed();
+    announce();
+}
+
+/// While the record is read again, which may say what was there before the choice. Shown at once.
+void BottleSettings::keep(Setting setting, const QVariant& value) {
+    if (m_state == State::Failed || m_record.isEmpty())
+        return;
+    if (m_kept.isEmpty())
+        m_beforeKept = m_values;
+    const auto isSame = [setting](const auto& choice) { return choice.first == setting; };
+    m_kept.erase(std::remove_if(m_kept.begin(), m_kept.end(), isSame), m_kept.end());
+    m_kept.append({setting, value});
+    m_values.set(setting, value);
+    announce();
+}
+
+void BottleSettings::chooseKept() {
+    const auto kept = std::exchange(m_kept, {});
+    for (const auto& [setting, value] : kept)
+        choose(setting, value);
+}
+
+void BottleSettings::offerUndo(Setting setting, const Undo& undo) {
+    m_undo = undo;
+    Q_EMIT undoable(setting);
+}
+
+void BottleSettings::flushDpi() {
+    if (!m_dpiTimer.isActive())
+        return;
+    m_dpiTimer.stop();
+    sendDpi();
 }
 
 void BottleSettings::sendDpi() {
     const QVariant dpi = m_values.value(Setting::Dpi);
     qDebug() << "setdpi: " << dpi.toInt();
     send(Setting::Dpi, dpi);
-    Q_EMIT undoable(Setting::Dpi);
+    offerUndo(Setting::Dpi, m_dpiUndo);
 }
 
 /// A refused change is taken back by reading the record again.
@@ -229,7 +200,9 @@ void BottleSettings::send(Setting setting, const QVariant& value) {
             return;
         qWarning().noquote() << "the setting" << SettingTable::of(setting).objectName << "of" << m_bottle
                              << "was not changed:" << answer.errorMessage;
-        m_undo = {};
+        if (m_undo.sent.contains(setting))
+            m_undo = {};
+        announce();
         Q_EMIT refused(
             tr("%1 could not be changed: %2").arg(SettingTable::label(setting), answer.errorText()));
         if (!answer.serviceGone)
@@ -237,137 +210,21 @@ void BottleSettings::send(Setting setting, const QVariant& value) {
     });
 }
 
-void BottleSettings::sendComponent(Setting component) {
-    const QString name = setup(component).name();
-    auto& wanted = m_wanted[size_t(component)];
-    if (wanted)
-        *wanted = name;
-    SettingTable::of(component).send(
-        m_bottle, ComponentSetup::valueOf(name), this, [this, component, name](const BusResult& answer) {
-            // The signal says more about a refusal because of running programs, and all about the work
-            // itself.
-            if (answer.ok || answer.isBusy() || answer.timedOut || setup(component).name() != name)
-                return;
-            qWarning().noquote() << "cannot set up" << name << "in" << m_bottle << answer.errorMessage;
-            tell(SettingTable::componentKind(component),
-                 [&answer](ComponentSetup* setup) { return setup->fail(answer.errorText()); });
-        });
-}
-
-void BottleSettings::tell(const QString& kind, const std::function<bool(ComponentSetup*)>& event) {
-    Setting component = Setting::Runner;
-    if (!SettingTable::settingOfKind(kind, &component) || !event(&setupOf(component)))
-        return;
-    const ComponentSetup& now = setup(component);
-    if (!now.isUnderWay()) {
-        const bool isOther = m_values.text(component) != now.good();
-        m_values.set(component, now.good());
-        if (isOther && component == Setting::Runner) {
-            checkNtSync();
-            Q_EMIT runnerChanged();
-        }
-        if (now.phase() == ComponentSetup::Phase::Failed)
-            restoreRenderer(component);
-        const Undo undo = std::exchange(m_waitingUndo[size_t(component)], {});
-        if (!undo.sent.isEmpty()) {
-            m_undo = undo;
-            Q_EMIT undoable(component);
-        }
-    }
-    Q_EMIT changed();
-}
-
-void BottleSettings::onSetupDone(const QString& kind, const QString& name, const QString& result) {
-    qInfo() << "setup result: " << m_bottle << kind << name << result;
-    const QJsonObject object = QJsonDocument::fromJson(result.toUtf8()).object();
-    const QStringList programs = object.value("busy").toVariant().toStringList();
-    Setting component = Setting::Runner;
-    const bool isOurs = SettingTable::settingOfKind(kind, &component) && setup(component).isUnderWay() &&
-                        setup(component).name() == name;
-    if (isOurs && !programs.isEmpty()) {
-        tell(kind, [&name](ComponentSetup* setup) { return setup->blocked(name); });
-        Q_EMIT programsRunning(component, programs);
-        return;
-    }
-    tell(kind, [&](ComponentSetup* setup) {
-        return setup->done(name, object.value("ok").toBool(), ServiceErrorText::of(object));
-    });
-}
-
-void BottleSettings::answerProgramsRunning(Setting component, bool close) {
-    if (setup(component).phase() != ComponentSetup::Phase::Asked)
-        return;
-    if (!close) {
-        cancelSetup(component);
-        return;
-    }
-    // The programs are gone then, so the change is asked for in any case, also when this window has been
-    // closed.
-    BottlesConfig* service = BottlesConfig::instance();
-    const auto wanted = std::make_shared<QString>(setup(component).name());
-    m_wanted[size_t(component)] = wanted;
-    const auto request = [self = QPointer<BottleSettings>(this), bottle = m_bottle, component, wanted,
-                          service, hold = PendingWork::instance()->hold()] {
-        if (self) {
-            if (self->setup(component).phase() == ComponentSetup::Phase::Asked)
-                self->sendComponent(component);
-        } else if (!wanted->isEmpty()) {
-            SettingTable::of(component).send(
-                bottle, ComponentSetup::valueOf(*wanted), service, [hold, wanted](const BusResult& answer) {
-                    if (!answer.ok)
-                        qWarning().noquote() << "cannot set up" << *wanted << answer.errorMessage;
-                });
-        }
-    };
-    BottleTasks::killWineServer(m_bottle, service, request);
-}
-
-void BottleSettings::cancelSetup(Setting component) {
-    if (leavePreparation(component))
-        return;
-    const QString name = setup(component).name();
-    if (name.isEmpty())
-        return;
-    if (const auto& wanted = m_wanted[size_t(component)])
-        wanted->clear();
-    BottlesConfig::instance()->cancelInstallingComponent(
-        m_bottle, SettingTable::componentKind(component), name, this, [name](const BusResult& answer) {
-            if (!answer.ok)
-                qWarning().noquote() << "cannot cancel the setup of" << name << answer.errorMessage;
-        });
-    setupOf(component).leave();
-    m_values.set(component, setup(component).good());
-    restoreRenderer(component);
-    if (component == Setting::Runner) {
-        checkNtSync();
-        Q_EMIT runnerChanged();
-    }
-    Q_EMIT changed();
-}
-
-/// The choice of a layer has changed the renderer, and the layer has not come.
-void BottleSettings::restoreRenderer(Setting component) {
-    const Undo given = std::exchange(m_waitingUndo[size_t(component)], {});
-    if (!given.sent.contains(Setting::Renderer) || SettingRules::usesGraphicsLayers(m_values))
-        return;
-    m_values.set(Setting::Renderer, given.before.value(Setting::Renderer));
-    send(Setting::Renderer, given.before.value(Setting::Renderer));
-}
-
-/// A layer whose setup ended later would be one that the renderer does not use.
-void BottleSettings::cancelGraphics() {
-    for (const Setting layer : {Setting::Dxvk, Setting::Vkd3d}) {
-        m_waitingUndo[size_t(layer)] = {};  // there is a new renderer
-        if (setup(layer).isUnderWay())
-            cancelSetup(layer);
-    }
-}
-
 void BottleSettings::undo() {
-    if (!canUndo() || m_state != State::Ready)
+    if (!canUndo())
         return;
     const Undo last = std::exchange(m_undo, {});
-    m_dpiTimer.stop();
+    if (m_state != State::Ready) {
+        for (const Setting setting : last.sent)
+            keep(setting, last.before.value(setting));
+        return;
+    }
+    if (last.sent.contains(Setting::Dpi))
+        m_dpiTimer.stop();
+    else
+        flushDpi();
+    if (last.sent.contains(Setting::Renderer))
+        m_rendererBefore.clear();
     for (const Setting setting : last.sent) {
         m_values.set(setting, last.before.value(setting));
         if (isComponent(setting)) {
@@ -377,31 +234,19 @@ void BottleSettings::undo() {
             send(setting, last.before.value(setting));
         }
     }
-    if (last.sent.contains(Setting::Runner)) {
-        checkNtSync();
-        Q_EMIT runnerChanged();
-    }
-    Q_EMIT changed();
-}
-
-/// A new service does not know what the old one was doing.
-void BottleSettings::onServiceLost() {
-    for (const Setting component : Components)
-        tell(SettingTable::componentKind(component),
-             [](ComponentSetup* setup) { return setup->fail(tr("The bottle service has ended.")); });
-    load();
+    announce();
 }
 
 void BottleSettings::checkNtSync() {
     const int number = ++m_ntSyncChecks;
     if (!SettingRules::canUseNtSync(m_values.text(Setting::Runner)))
         return;
-    const auto check = [] { return ToolProcess::runQuietly("modinfo", {"-n", "ntsync"}).succeeded(); };
-    inBackground(this, check, [this, number](bool hasNtSync) {
-        if (number != m_ntSyncChecks || hasNtSync == m_hasNtSync)
+    const auto check = [] { return kernelModule("ntsync"); };
+    inBackground(this, check, [this, number](KernelModule ntSync) {
+        if (number != m_ntSyncChecks || ntSync == m_ntSync)
             return;
-        m_hasNtSync = hasNtSync;
-        Q_EMIT changed();
+        m_ntSync = ntSync;
+        announce();
     });
 }
 
@@ -409,6 +254,6 @@ void BottleSettings::checkGraphics() {
     whenDone(this, GraphicsSupport::facts(), [this](const GraphicsSupport::Facts& facts) {
         qInfo() << "dxvk supported: " << facts.dxvk;
         m_graphics = {true, facts.available, facts.dxvk, facts.vkd3d};
-        Q_EMIT changed();
+        announce();
     });
 }

@@ -2,7 +2,10 @@
 
 #include <QJsonObject>
 #include <QTimer>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "shell/configuration/rules/ComponentOffer.h"
 #include "shell/configuration/rules/ComponentSetup.h"
@@ -33,11 +36,12 @@ public:
     const QString& bottle() const { return m_bottle; }
     const QJsonObject& record() const { return m_record; }
     const SettingValues& values() const { return m_values; }
-    SettingRowStates rowStates() const { return SettingRules::rowStates(m_values, m_hasNtSync); }
+    SettingRowStates rowStates() const { return SettingRules::rowStates(m_values, m_ntSync); }
     const ComponentSetup& setup(Setting component) const { return m_setups[size_t(component)]; }
     ComponentOffer offer(Setting component) const;
 
-    /// What the user does. The DPI is sent 600 ms after its last change.
+    /// What the user does. The DPI is sent 600 ms after its last change, or before the next other one. While
+    /// the record is read again, choices are kept until it has come.
     void choose(Setting setting, const QVariant& value);
     /// The same when `prepare` has called what it is given. Of several choices the last one counts.
     using Preparation = std::function<void(QObject* context, const std::function<void()>& then)>;
@@ -59,9 +63,12 @@ Q_SIGNALS:
     void refused(const QString& errorText);
     /// The component can only be changed when these programs have been closed.
     void programsRunning(Setting component, const QStringList& programs);
+    /// Another runner is shown than before.
     void runnerChanged();
 
 private:
+    static constexpr Setting Components[] = {Setting::Dxvk, Setting::Vkd3d, Setting::Runner};
+
     struct Undo {
         SettingValues before;
         QVector<Setting> sent;
@@ -70,16 +77,20 @@ private:
     void onRecord(const BusResult& result);
     void readInstalling();
     void setState(State state, const QString& errorText = {});
+    void announce();
+    void keep(Setting setting, const QVariant& value);
+    void chooseKept();
+    void offerUndo(Setting setting, const Undo& undo);
+    void flushDpi();
     void send(Setting setting, const QVariant& value);
     void sendComponent(Setting component);
     void sendDpi();
     void followService();
-    void followComponents();
     void onSetupDone(const QString& kind, const QString& name, const QString& result);
     void onServiceLost();
     bool leavePreparation(Setting component);
     void cancelGraphics();
-    void restoreRenderer(Setting component);
+    void restoreRenderer();
     /// Tells the setup of that kind; shows its value when the change has ended.
     void tell(const QString& kind, const std::function<bool(ComponentSetup*)>& event);
     void checkNtSync();
@@ -93,8 +104,11 @@ private:
     SettingValues m_values;
     std::array<ComponentSetup, size_t(SettingCount)> m_setups;  ///< used for components only
     GraphicsFacts m_graphics;
-    bool m_hasNtSync = false;
-    bool m_followsComponents = false;
+    KernelModule m_ntSync = KernelModule::NotAsked;
+    std::optional<QString> m_shownRunner;  ///< unset before the first record
+    QVector<std::pair<Setting, QVariant>> m_kept;
+    SettingValues m_beforeKept;
+    QString m_rendererBefore;  ///< a layer that is not set up yet has changed it
     ReadBefore m_readBefore;
     int m_loads = 0;  ///< answers to older ones are dropped
     int m_ntSyncChecks = 0;
@@ -102,6 +116,7 @@ private:
     /// What the service is to set up; outlives this object until programs have been closed for it.
     std::array<std::shared_ptr<QString>, size_t(SettingCount)> m_wanted;
     QTimer m_dpiTimer;
-    Undo m_undo;
+    Undo m_dpiUndo;                                        ///< while the DPI is held back
+    Undo m_undo;                                           ///< of what undoable() has told
     std::array<Undo, size_t(SettingCount)> m_waitingUndo;  ///< of components, until they are set up
 };

@@ -8,6 +8,17 @@ namespace {
 
 const QLatin1String Vulkan("vulkan");
 
+QString reasonOf(KernelModule ntSync) {
+    switch (ntSync) {
+        case KernelModule::Missing:
+            return BasicPageText::tr("The kernel of this computer does not have the module ntsync");
+        case KernelModule::NoTool:
+            return BasicPageText::tr("The tool modinfo, which knows the modules of the kernel, is missing");
+        default:
+            return BasicPageText::tr("Looking for the module ntsync of the kernel");
+    }
+}
+
 }  // namespace
 
 bool SettingRules::canUseNtSync(const QString& runner) {
@@ -15,7 +26,7 @@ bool SettingRules::canUseNtSync(const QString& runner) {
     return runners.contains(runner);
 }
 
-SettingRowStates SettingRules::rowStates(const SettingValues& values, bool hasNtSync) {
+SettingRowStates SettingRules::rowStates(const SettingValues& values, KernelModule ntSync) {
     SettingRowStates states;
     const auto row = [&states](Setting setting) -> SettingRowState& { return states[size_t(setting)]; };
     const auto disable = [&row](Setting setting, const QString& reason) {
@@ -40,9 +51,8 @@ SettingRowStates SettingRules::rowStates(const SettingValues& values, bool hasNt
 
     if (!canUseNtSync(runner))
         disable(Setting::NtSync, BasicPageText::tr("Needs the Wine version lumora-ge-proton10"));
-    else if (!hasNtSync)
-        disable(Setting::NtSync,
-                BasicPageText::tr("The kernel of this computer does not have the module ntsync"));
+    else if (ntSync != KernelModule::Present)
+        disable(Setting::NtSync, reasonOf(ntSync));
     return states;
 }
 
@@ -52,6 +62,13 @@ bool SettingRules::usesGraphicsLayers(const SettingValues& values) {
 
 bool SettingRules::endsGraphicsLayers(Setting setting, const QVariant& value) {
     return setting == Setting::Renderer && value.toString() != Vulkan;
+}
+
+SettingValues SettingRules::withRendererOfLayers(const SettingValues& values) {
+    SettingValues result = values;
+    if (usesGraphicsLayers(values))
+        result.set(Setting::Renderer, QString(Vulkan));
+    return result;
 }
 
 SettingRules::Effect SettingRules::effectOf(const SettingValues& before, Setting setting,

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "probes/KernelModule.h"
 #include "shell/configuration/rules/SettingValues.h"
 
 /// What of a setting's row can be used.
@@ -23,8 +24,8 @@ using SettingRowStates = std::array<SettingRowState, size_t(SettingCount)>;
 /// Which rows of the basic page can be used, and what a change of one setting does to the others.
 namespace SettingRules {
 
-/// `hasNtSync`: the kernel has the module "ntsync".
-SettingRowStates rowStates(const SettingValues& values, bool hasNtSync);
+/// `ntSync` is the kernel's module of that name.
+SettingRowStates rowStates(const SettingValues& values, KernelModule ntSync);
 
 /// Whether the runner can use that module at all; only then it is worth looking for.
 bool canUseNtSync(const QString& runner);
@@ -34,6 +35,9 @@ bool endsGraphicsLayers(Setting setting, const QVariant& value);
 
 /// Whether dxvk or vkd3d is on.
 bool usesGraphicsLayers(const SettingValues& values);
+
+/// The values with the renderer that dxvk or vkd3d draw with, if one of them is on.
+SettingValues withRendererOfLayers(const SettingValues& values);
 
 /// The values after the user has chosen one.
 struct Effect {
