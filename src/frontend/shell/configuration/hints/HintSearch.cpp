@@ -42,23 +42,33 @@ void inspect(const HintSearch::Request& request, HintFacts* facts) {
 
 }  // namespace
 
+HintSearch::HintSearch(QObject* parent) : QObject(parent), m_wanted(std::make_shared<std::atomic<int>>(0)) {}
+
+HintSearch::~HintSearch() {
+    *m_wanted = 0;
+}
+
 void HintSearch::start(const Request& request) {
     const int number = ++m_number;
-    const auto look = [request] {
+    *m_wanted = number;
+    const auto look = [request, number, wanted = m_wanted] {
         HintFacts facts = request.shown;
-        readLog(request.logPath, &facts);
-        inspect(request, &facts);
+        if (*wanted == number)
+            readLog(request.logPath, &facts);
+        if (*wanted == number)
+            inspect(request, &facts);
         return facts;
     };
     setUnderWay(true);
-    inBackground(this, look, [this, number, request](const HintFacts& facts) {
+    const auto take = [this, number, request](const HintFacts& facts) {
         if (isCurrent(number))
             askForComponents(number, request, facts);
-    });
+    };
+    inBackground(this, look, take, m_thread.pool());
 }
 
 void HintSearch::cancel() {
-    ++m_number;
+    *m_wanted = ++m_number;
     setUnderWay(false);
 }
 

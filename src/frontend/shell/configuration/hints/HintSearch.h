@@ -2,12 +2,15 @@
 
 #include <QObject>
 #include <QVector>
+#include <atomic>
+#include <memory>
 
+#include "backend/OwnThread.h"
 #include "shell/configuration/hints/HintRules.h"
 
 /// Finds out what may be tried after a debugging run: reads the program's log and inspects the program in the
-/// background, up to 30 s. One search at a time; a new one replaces the one under way. Waits for nothing. GUI
-/// thread.
+/// background, up to 30 s. One search at a time; a new one replaces the one under way, which goes no further
+/// than its next step. Waits for nothing. GUI thread.
 class HintSearch : public QObject {
     Q_OBJECT
 public:
@@ -22,7 +25,8 @@ public:
         bool isAfterRun = false;
     };
 
-    using QObject::QObject;
+    explicit HintSearch(QObject* parent = nullptr);
+    ~HintSearch() override;
 
     void start(const Request& request);
     /// found() does not come for the search under way.
@@ -44,4 +48,6 @@ private:
 
     int m_number = 0;
     bool m_isUnderWay = false;
+    const std::shared_ptr<std::atomic<int>> m_wanted;  ///< the number of the search that goes on
+    OwnThread m_thread;
 };

@@ -48,6 +48,10 @@ void BottlePrograms::setRecord(const QJsonObject& record) {
 
 void BottlePrograms::readProgram(const QString& id) {
     BottlesConfig::instance()->watchBottle(m_bottle, this, [this, id](const BusResult& result) {
+        if (!result.ok) {
+            qWarning().noquote() << "cannot read the program" << id << result.errorMessage;
+            return;
+        }
         const QJsonObject program = BottleRecord::programs(result.object()).value(id).toObject();
         if (program.isEmpty()) {
             qWarning("The program is empty.");

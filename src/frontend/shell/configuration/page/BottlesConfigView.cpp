@@ -107,7 +107,12 @@ void BottlesConfigView::connectBottle() {
         slotsUpdateMemOptimizedSwitchButtonStates(
             m_basic->row(Setting::Runner)->switcher()->combo()->currentIndex());
     });
-    connect(m_basic, &BasicPage::chosen, this, &BottlesConfigView::choose);
+    connect(m_basic, &BasicPage::chosen, this, [this](Setting setting, const QVariant& value) {
+        if (setting == Setting::NtSync)
+            onNtSyncSwitchBtnClicked();
+        else
+            choose(setting, value);
+    });
     connect(m_programs, &BottlePrograms::changed, this, &BottlesConfigView::refreshPrograms);
     connect(m_programs, &BottlePrograms::failed, this, &BottlesConfigView::showError);
     // The hints may ask for another translator.
@@ -120,7 +125,7 @@ void BottlesConfigView::connectBottle() {
 QWidget* BottlesConfigView::makeContent() {
     m_entries = new EntriesColumn(m_programs);
     connect(m_entries, &EntriesColumn::clicked, this, &BottlesConfigView::onAppEntryBtnClicked);
-    connect(m_entries, &EntriesColumn::menuRequested, this, &BottlesConfigView::onAppEntryBtnRightClicked);
+    connect(m_entries, &EntriesColumn::menuRequested, this, &BottlesConfigView::showEntryMenu);
     connect(m_entries, &EntriesColumn::addRequested, this, &BottlesConfigView::onAddEntryButtonClicked);
     m_slide = new ColumnSlide(m_entries, this);
     auto* content = new QWidget;

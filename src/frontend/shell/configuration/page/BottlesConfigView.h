@@ -59,7 +59,7 @@ Q_SIGNALS:
 public Q_SLOTS:
     void onConfigurePageToggled(int page);
     void onAppEntryBtnClicked(AppEntryButton* button);
-    void onAppEntryBtnRightClicked(AppEntryButton* button, const QPoint& at);
+    void onAppEntryBtnRightClicked(AppEntryButton* button);
     void changeSelectedIndex(AppEntryButton* button);
     void changeSelectedIndex(int index);
     void syncCurrentAppEntry();
@@ -92,6 +92,7 @@ private:
     void connectBottle();
     void refreshState();
     void refreshPrograms();
+    void showEntryMenu(AppEntryButton* button, const QPoint& at);
     void startRun(bool inTerminal);
     void checkDriver();
     void chooseFile();
@@ -107,6 +108,7 @@ private:
     bool m_isLoading = false;  ///< the launch that has opened the window says so
     bool m_hasLoaded = false;
     bool m_showsLoading = false;
+    bool m_hasShownLogs = false;
 
     ConfigStates* m_states = nullptr;
     EntriesColumn* m_entries = nullptr;

@@ -1,6 +1,7 @@
 // What the buttons, menus and links of the window do; BottlesConfigView.cpp makes and fills it.
 #include <QAbstractButton>
 #include <QDebug>
+#include <QDir>
 #include <QFileDialog>
 
 #include "backend/BottleLogs.h"
@@ -51,14 +52,27 @@ void BottlesConfigView::syncCurrentAppEntry() {
         qWarning("Entry not found");
 }
 
-void BottlesConfigView::onAppEntryBtnRightClicked(AppEntryButton* button, const QPoint& at) {
+void BottlesConfigView::onAppEntryBtnRightClicked(AppEntryButton* button) {
+    showEntryMenu(button, button->mapToGlobal(button->rect().center()));
+}
+
+/// The menu acts on the program that it was opened for, also when another one is current by then.
+void BottlesConfigView::showEntryMenu(AppEntryButton* button, const QPoint& at) {
     changeSelectedIndex(button);
     auto* menu = new EntryMenu(m_programs, !m_trials->isBusy(), this);
     using Self = BottlesConfigView;
-    connect(menu, &EntryMenu::terminalRequested, this, &Self::onOpenInTerminalActionTriggered);
-    connect(menu, &EntryMenu::folderRequested, this, &Self::onOpenFolderActionTriggered);
-    connect(menu, &EntryMenu::internetSettingsRequested, this, &Self::onOpenInternalOptsTriggered);
-    connect(menu, &EntryMenu::deleteRequested, this, &Self::onDeleteActionTriggered);
+    const auto onEntry = [this, id = button->id()](void (Self::*act)()) {
+        return [this, id, act] {
+            const int index = m_programs->list().indexOf(id);
+            changeSelectedIndex(index);
+            if (index >= 0)
+                (this->*act)();
+        };
+    };
+    connect(menu, &EntryMenu::terminalRequested, this, onEntry(&Self::onOpenInTerminalActionTriggered));
+    connect(menu, &EntryMenu::folderRequested, this, onEntry(&Self::onOpenFolderActionTriggered));
+    connect(menu, &EntryMenu::internetSettingsRequested, this, onEntry(&Self::onOpenInternalOptsTriggered));
+    connect(menu, &EntryMenu::deleteRequested, this, onEntry(&Self::onDeleteActionTriggered));
     menu->popup(at);
 }
 
@@ -80,8 +94,14 @@ void BottlesConfigView::onDeleteActionTriggered() {
 
 void BottlesConfigView::slotsOpenLogsDir() {
     const QString path = BottleRecord::path(m_settings->record());
-    if (!path.isEmpty())
-        DesktopUtils::openLocal(BottleLogs::directory(path));
+    if (path.isEmpty())
+        return;
+    // Before the first run there is none.
+    const QString folder = BottleLogs::directory(path);
+    if (QDir().mkpath(folder))
+        DesktopUtils::openLocal(folder);
+    else
+        showError(tr("The folder %1 cannot be created.").arg(folder));
 }
 
 void BottlesConfigView::slotsimportRegs() {
@@ -99,7 +119,9 @@ void BottlesConfigView::slotstoggleLogsView() {
     m_foot->setLogShown(shows);
     if (!shows)
         return;
-    m_splitter->setSizes({m_splitter->height() - LogHeight, LogHeight});
+    if (!m_hasShownLogs)
+        m_splitter->setSizes({m_splitter->height() - LogHeight, LogHeight});
+    m_hasShownLogs = true;
     m_findings->showLast();
 }
 
@@ -117,11 +139,11 @@ void BottlesConfigView::slotsHandleLogsAnchorClicked(const QUrl& anchor) {
 }
 
 void BottlesConfigView::slotsStopInstallingDeps() {
-    BottlesConfig::instance()->cancelInstallingDependency(
-        m_bottle, BottlesConfig::instance(), [](const BusResult& answer) {
-            if (!answer.ok)
-                qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
-        });
+    BottlesConfig* service = BottlesConfig::instance();
+    service->cancelInstallingDependency(m_bottle, service, [](const BusResult& answer) {
+        if (!answer.ok)
+            qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
+    });
 }
 
 void BottlesConfigView::slotsUpdateMemOptimizedSwitchButtonStates(int) {

@@ -16,7 +16,7 @@ EntryMenu::EntryMenu(BottlePrograms* programs, bool canRun, QWidget* parent) : Q
     QMenu* tools = addMenu(tr("Frequently Used Functions"));
     for (const BottleCommand& command : BottleCommands::all())
         tools->addAction(command.text(), programs,
-                         [programs, run = command.run] { run(programs->currentRef()); });
+                         [program = programs->currentRef(), run = command.run] { run(program); });
     if (programs->list().entries().size() > 1) {
         addSeparator();
         Fenk::setDestructive(addAction(tr("Delete"), this, &EntryMenu::deleteRequested));

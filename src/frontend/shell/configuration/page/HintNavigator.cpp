@@ -55,7 +55,10 @@ void HintNavigator::fixFonts(const QStringList& names) {
     const auto fix = [path = BottleRecord::path(m_settings->record()), names] {
         MissingFonts::fix(path, names);
     };
-    inBackground(this, fix, [this] { m_hints->showPage(HintHtml::withFontsFixed(m_hints->page())); });
+    inBackground(this, fix, [this, page = m_hints->page()] {
+        if (m_hints->page() == page)  // and not the hints of another program
+            m_hints->showPage(HintHtml::withFontsFixed(page));
+    });
 }
 
 void HintNavigator::openFolder(const QString& path) {
