@@ -38,6 +38,12 @@ private Q_SLOTS:
     void catalogue() {
         fake->setJson("Components.list", Catalogue);
         auto* manager = ComponentManager::instance();
+        int answers = 0;
+        manager->whenKnown(this, [&answers] { ++answers; });
+        QCOMPARE(answers, 0);  // nobody waits for the service
+        QTRY_COMPARE(answers, 1);
+        manager->whenKnown(this, [&answers] { ++answers; });
+        QCOMPARE(answers, 2);
         QCOMPARE(manager->knownRunners(), QStringList({"a", "b", "c"}));
         QCOMPARE(manager->dxvkSupported, QStringList{"e"});
         QVERIFY(manager->vkd3dInstalled.isEmpty());
