@@ -1,6 +1,6 @@
 #include "shell/configuration/rules/ComponentOffer.h"
 
-#include "shell/configuration/rules/SettingText.h"
+#include <QCoreApplication>
 
 namespace {
 
@@ -8,11 +8,11 @@ QString obstacleOf(Setting setting, const GraphicsFacts& graphics) {
     if (setting == Setting::Runner || !graphics.isKnown)
         return {};
     if (!graphics.hasDriver)
-        return SwitcherText::tr("Vulkan driver not installed");
+        return QCoreApplication::translate("ComponentsSwitcherWidget", "Vulkan driver not installed");
     if (setting == Setting::Dxvk && graphics.dxvk == DxvkSupportResult::DontSupport)
-        return SwitcherText::tr("Your devices not support dxvk");
+        return QCoreApplication::translate("ComponentsSwitcherWidget", "Your devices not support dxvk");
     if (setting == Setting::Vkd3d && !graphics.hasVkd3d)
-        return SwitcherText::tr("Your devices not support vkd3d");
+        return QCoreApplication::translate("ComponentsSwitcherWidget", "Your devices not support vkd3d");
     return {};
 }
 
@@ -29,7 +29,8 @@ ComponentOffer ComponentOffer::of(Setting setting, const QStringList& installed,
         versions = GraphicsVerdicts::usableDxvkVersions(graphics.dxvk, versions);
     versions.removeAll({});
     offer.values << versions;
-    if (!offer.values.contains(current))
+    const bool isUnset = setting == Setting::Runner && current.isEmpty();
+    if (!isUnset && !offer.values.contains(current))
         offer.values << current;
     offer.values.removeDuplicates();
     return offer;

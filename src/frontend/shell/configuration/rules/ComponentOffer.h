@@ -21,7 +21,7 @@ struct ComponentOffer {
     /// There is nothing to choose.
     bool isBare() const { return !obstacle.isEmpty() && values.size() == 1; }
 
-    /// `current` is always among the values. Duplicates are left out.
+    /// `current` is always among the values, but for a runner that is not set. Duplicates are left out.
     static ComponentOffer of(Setting setting, const QStringList& installed, const QStringList& supported,
                              const QString& current, const GraphicsFacts& graphics);
 };

@@ -1,9 +1,9 @@
 #include "shell/configuration/rules/ComponentSetup.h"
 
-#include "shell/configuration/rules/SettingText.h"
+#include <QCoreApplication>
 
 QString ComponentSetup::shown(const QString& value) {
-    return value.isEmpty() ? SwitcherText::tr("Disabled") : value;
+    return value.isEmpty() ? QCoreApplication::translate("ComponentsSwitcherWidget", "Disabled") : value;
 }
 
 void ComponentSetup::setGood(const QString& value) {
@@ -96,13 +96,14 @@ QString ComponentSetup::text() const {
         case Phase::Preparing:
             return SwitcherText::tr("Preparing %1").arg(name);
         case Phase::Waiting:
-            return SwitcherText::tr("Waiting for download %1").arg(name);
+            return QCoreApplication::translate("ComponentsSwitcherWidget", "Waiting for download %1")
+                .arg(name);
         case Phase::Downloading:
-            return SwitcherText::tr("downloading...");
+            return QCoreApplication::translate("ComponentsSwitcherWidget", "downloading...");
         case Phase::SettingUp:
-            return SwitcherText::tr("Setuping %1").arg(name);
+            return QCoreApplication::translate("ComponentsSwitcherWidget", "Setuping %1").arg(name);
         case Phase::Failed:
-            return SwitcherText::tr("Setup failed: %1").arg(name);
+            return QCoreApplication::translate("ComponentsSwitcherWidget", "Setup failed: %1").arg(name);
         default:
             return {};
     }

@@ -1,8 +1,7 @@
 #include "shell/configuration/rules/SettingRules.h"
 
+#include <QCoreApplication>
 #include <QStringList>
-
-#include "shell/configuration/rules/SettingText.h"
 
 namespace {
 
@@ -11,11 +10,13 @@ const QLatin1String Vulkan("vulkan");
 QString reasonOf(KernelModule ntSync) {
     switch (ntSync) {
         case KernelModule::Missing:
-            return BasicPageText::tr("The kernel of this computer does not have the module ntsync");
+            return QCoreApplication::translate("BasicPage",
+                                               "The kernel of this computer does not have the module ntsync");
         case KernelModule::NoTool:
-            return BasicPageText::tr("The tool modinfo, which knows the modules of the kernel, is missing");
+            return QCoreApplication::translate(
+                "BasicPage", "The tool modinfo, which knows the modules of the kernel, is missing");
         default:
-            return BasicPageText::tr("Looking for the module ntsync of the kernel");
+            return QCoreApplication::translate("BasicPage", "Looking for the module ntsync of the kernel");
     }
 }
 
@@ -35,22 +36,25 @@ SettingRowStates SettingRules::rowStates(const SettingValues& values, KernelModu
     };
     const QString renderer = values.text(Setting::Renderer);
     if (renderer != Vulkan)
-        disable(Setting::DiscreteGpu, BasicPageText::tr("Only for the rendering method vulkan"));
+        disable(Setting::DiscreteGpu,
+                QCoreApplication::translate("BasicPage", "Only for the rendering method vulkan"));
     if (renderer != QLatin1String("gl"))
-        disable(Setting::CpuRendering, BasicPageText::tr("Only for the rendering method opengl"));
+        disable(Setting::CpuRendering,
+                QCoreApplication::translate("BasicPage", "Only for the rendering method opengl"));
 
     const QString runner = values.text(Setting::Runner);
     SettingRowState& memory = row(Setting::MemOptimized);
     if (runner == QLatin1String("lumora-wine6-stable")) {
         memory.isForcedOn = true;
         memory.isControlEnabled = false;
-        memory.reason = BasicPageText::tr("Always on with this Wine version");
+        memory.reason = QCoreApplication::translate("BasicPage", "Always on with this Wine version");
     }
     if (runner.contains(QLatin1String("proton")))
-        disable(Setting::MemOptimized, BasicPageText::tr("Not for Proton"));
+        disable(Setting::MemOptimized, QCoreApplication::translate("BasicPage", "Not for Proton"));
 
     if (!canUseNtSync(runner))
-        disable(Setting::NtSync, BasicPageText::tr("Needs the Wine version lumora-ge-proton10"));
+        disable(Setting::NtSync,
+                QCoreApplication::translate("BasicPage", "Needs the Wine version lumora-ge-proton10"));
     else if (ntSync != KernelModule::Present)
         disable(Setting::NtSync, reasonOf(ntSync));
     return states;
