@@ -16,6 +16,7 @@
 #include "core/ServiceAgreement.h"
 #include "core/base/Logging.h"
 #include "fenk/system/UnixSignals.h"
+#include "probes/GraphicsSupport.h"
 
 namespace {
 
@@ -81,7 +82,7 @@ int main(int argc, char* argv[]) {
         }
         exitCode = run(application);
     }
-    if (!ServiceThreads::isIdle()) {
+    if (!ServiceThreads::isIdle() || !GraphicsSupport::isIdle()) {
         std::fflush(nullptr);
         ::_exit(exitCode);
     }

@@ -20,7 +20,8 @@ public:
     DxCheckerImpl(const DxCheckerImpl&) = delete;
     DxCheckerImpl& operator=(const DxCheckerImpl&) = delete;
 
-    /// With the loader of the system, which stays loaded until the process ends.
+    /// With the loader of the system, which stays loaded until the process ends. It is not linked, but looked
+    /// for when it is asked: the application also runs on a machine without one.
     static std::shared_ptr<const DxCheckerImpl> ofSystem();
 
     /// Of each device, packed as Vulkan packs versions.

@@ -10,10 +10,11 @@ namespace GraphicsSupport {
 
 namespace {
 
-/// Apart from the global pool, which others wait for: drivers and package tools may take long.
+/// Apart from the global pool, which others wait for: drivers and package tools may take long. Never deleted:
+/// the destructor would wait for them.
 QThreadPool* threads() {
-    static QThreadPool pool;
-    return &pool;
+    static auto* const pool = new QThreadPool;
+    return pool;
 }
 
 }  // namespace
@@ -35,6 +36,10 @@ QFuture<bool> driverComplete() {
     if (!check || (check->isFinished() && !check->result()))
         check = QtConcurrent::run(threads(), vulkanDriverComplete);
     return *check;
+}
+
+bool isIdle() {
+    return threads()->activeThreadCount() == 0;
 }
 
 }  // namespace GraphicsSupport
