@@ -201,8 +201,9 @@ private Q_SLOTS:
         QDir(m_home.path()).mkpath("logs");
         open();
         part<QAbstractButton>("params_log_file_button")->click();
+        QTRY_VERIFY(m_page->findChild<QFileDialog*>());
         auto* dialog = m_page->findChild<QFileDialog*>();
-        QVERIFY(dialog && dialog->isVisible());
+        QVERIFY(dialog->isVisible());
         QCOMPARE(dialog->windowTitle(), QString("Log files"));
         QCOMPARE(dialog->nameFilters(), QStringList("Log files (*.log)"));
         QCOMPARE(dialog->selectedFiles(), QStringList(m_home.path() + "/logs/Unnamed.log"));

@@ -46,12 +46,18 @@ QString LogFileEdit::path() const {
 }
 
 void LogFileEdit::choose() {
-    if (findChild<QFileDialog*>())
-        return;
-    const QString chosen = QFileInfo(path()).absolutePath();
-    const bool chosenExists = !path().isEmpty() && QFileInfo(chosen).isDir();
-    auto* dialog = new QFileDialog(this, tr("Log files"), chosenExists ? chosen : m_defaultDirectory,
-                                   tr("Log files (*.log)"));
+    const auto existingDirectory = [path = path()] {
+        const QString directory = QFileInfo(path).absolutePath();
+        return !path.isEmpty() && QFileInfo(directory).isDir() ? directory : QString();
+    };
+    inBackground(this, existingDirectory, [this](const QString& directory) {
+        if (!findChild<QFileDialog*>())
+            openDialog(directory.isEmpty() ? m_defaultDirectory : directory);
+    });
+}
+
+void LogFileEdit::openDialog(const QString& directory) {
+    auto* dialog = new QFileDialog(this, tr("Log files"), directory, tr("Log files (*.log)"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(Suffix);

@@ -26,6 +26,7 @@ Q_SIGNALS:
 
 private:
     void check();
+    void openDialog(const QString& directory);
 
     Fenk::LineEdit* m_edit;
     QString m_defaultDirectory;
