@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QDropEvent>
 #include <QLineEdit>
@@ -10,6 +11,7 @@
 
 #include "ConfigurationFixture.h"
 #include "fenk/controls/FloatingMessage.h"
+#include "shell/configuration/page/BottleSettings.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
 #include "shell/configuration/tables/BottleTable.h"
 
@@ -246,11 +248,13 @@ private Q_SLOTS:
         delete m_view;
         open();
         QVERIFY(m_view->width() < wide);
-        find<QAbstractButton>("expand_toolbar_btn")->click();
+        for (int i = 0; i < 3; ++i)  // each of quick ones counts
+            find<QAbstractButton>("expand_toolbar_btn")->click();
         QTRY_COMPARE(m_view->width(), wide);
     }
 
-    void wheelChangesNothing() {
+    /// Neither the wheel nor a key on a list that is not open, nor what is told while digits are typed.
+    void nothingChangesUnseen() {
         setBottle({"a"});
         open();
         for (QWidget* control :
@@ -259,8 +263,18 @@ private Q_SLOTS:
             QWheelEvent event({5, 5}, control->mapToGlobal({5, 5}), {}, {0, -120}, Qt::NoButton,
                               Qt::NoModifier, Qt::NoScrollPhase, false);
             QApplication::sendEvent(control, &event);
+            if (qobject_cast<QComboBox*>(control))
+                QTest::keyClicks(control, "dw");
         }
-        QCOMPARE(find<QSpinBox>("dpi_spinbox")->value(), 96);
+        auto* dpi = find<QSpinBox>("dpi_spinbox");
+        dpi->selectAll();
+        QTest::keyClick(dpi, Qt::Key_2);
+        Q_EMIT m_view->findChild<BottleSettings*>()->changed();
+        QCOMPARE(dpi->text(), QString("2"));
+        QCOMPARE(dpi->value(), 96);
+        QTest::keyClick(dxvk()->combo(), Qt::Key_Down);
+        QVERIFY(dxvk()->combo()->view()->isVisible());
+        dxvk()->combo()->hidePopup();
         QCOMPARE(dxvk()->combo()->currentIndex(), 0);
         QCOMPARE(find<QComboBox>("window_version_combobox")->currentText(), QString("Windows 10"));
         QCOMPARE(settingCalls(), QStringList());

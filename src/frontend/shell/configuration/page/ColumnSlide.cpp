@@ -1,7 +1,5 @@
 #include "shell/configuration/page/ColumnSlide.h"
 
-#include <QTimer>
-
 #include "core/base/SettingsStore.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
@@ -20,6 +18,9 @@ const char ExpandKey[] = "bottles_configview.expand_toolbar.";
 
 ColumnSlide::ColumnSlide(EntriesColumn* column, QWidget* window)
     : QObject(window), m_column(column), m_window(window) {
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(ToggleDelayMs);
+    connect(&m_delay, &QTimer::timeout, this, [this] { slide(true); });
     connect(column, &EntriesColumn::toggleRequested, this, &ColumnSlide::toggle);
     connect(&m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant& width) {
         m_column->setFixedWidth(width.toInt());
@@ -28,20 +29,20 @@ ColumnSlide::ColumnSlide(EntriesColumn* column, QWidget* window)
 }
 
 void ColumnSlide::restore() {
-    setExpanded(settingsStore()->getOption(ExpandKey).toBool(), false);
+    m_isExpanded = settingsStore()->getOption(ExpandKey).toBool();
+    slide(false);
 }
 
 void ColumnSlide::toggle() {
-    const bool expanded = !m_isExpanded;
-    settingsStore()->setOption(ExpandKey, expanded);
+    m_isExpanded = !m_isExpanded;
+    settingsStore()->setOption(ExpandKey, m_isExpanded);
     settingsStore()->sync();
-    QTimer::singleShot(ToggleDelayMs, this, [this, expanded] { setExpanded(expanded, true); });
+    m_delay.start();
 }
 
-void ColumnSlide::setExpanded(bool expanded, bool animated) {
-    m_isExpanded = expanded;
-    m_column->setNarrow(!expanded);
-    const int column = expanded ? EntriesColumn::WideWidth : EntriesColumn::NarrowWidth;
+void ColumnSlide::slide(bool animated) {
+    m_column->setNarrow(!m_isExpanded);
+    const int column = m_isExpanded ? EntriesColumn::WideWidth : EntriesColumn::NarrowWidth;
     const int duration = animated ? Theme::instance()->duration(Tokens::MoveMs) : 0;
     m_slide.stop();
     if (duration > 0) {

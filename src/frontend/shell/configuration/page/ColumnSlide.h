@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <QVariantAnimation>
 
 class EntriesColumn;
@@ -19,10 +20,11 @@ public:
     void toggle();
 
 private:
-    void setExpanded(bool expanded, bool animated);
+    void slide(bool animated);
 
     EntriesColumn* m_column;
     QWidget* m_window;
-    bool m_isExpanded = true;
+    bool m_isExpanded = true;  ///< wanted; the width may follow
+    QTimer m_delay;
     QVariantAnimation m_slide;
 };

@@ -3,9 +3,12 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <iterator>
 
 #include "fenk/controls/IconButton.h"
 #include "fenk/controls/Label.h"
@@ -24,6 +27,18 @@ constexpr int SpinWidth = 120;
 
 QString translated(const char* text) {
     return *text ? QCoreApplication::translate("BasicPage", text) : QString();
+}
+
+bool isVertical(const QKeyEvent* event) {
+    return event->key() == Qt::Key_Up || event->key() == Qt::Key_Down;
+}
+
+/// Whether a list that is not in sight would take the key for a choice. Space opens it.
+bool choosesUnseen(const QKeyEvent* event) {
+    constexpr int Keys[] = {Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End};
+    const bool isText =
+        event->key() != Qt::Key_Space && !event->text().isEmpty() && event->text().at(0).isPrint();
+    return isVertical(event) || isText || std::count(std::begin(Keys), std::end(Keys), event->key()) > 0;
 }
 
 /// Enables or disables the whole row that a control stands in.
@@ -89,14 +104,14 @@ QWidget* SettingControlRow::makeControl() {
             m_spin->setRange(SettingChoices::MinimumDpi, SettingChoices::MaximumDpi);
             m_spin->setSingleStep(SettingChoices::DpiStep);
             m_spin->setFixedWidth(SpinWidth);
-            guardWheel(m_spin);
+            guard(m_spin);
             connect(m_spin, qOverload<int>(&QSpinBox::valueChanged), this, report);
             return m_spin;
         case SettingControl::Component:
             m_switcher = new ComponentsSwitcherWidget(setting() == Setting::Runner ? new WineVersionCombobox
                                                                                    : new QComboBox);
             m_switcher->setName(SettingTable::label(setting()));
-            guardWheel(m_switcher->combo());
+            guard(m_switcher->combo());
             connect(m_switcher, &ComponentsSwitcherWidget::chosen, this, report);
             connect(m_switcher, &ComponentsSwitcherWidget::left, this,
                     [this] { Q_EMIT setupLeft(setting()); });
@@ -106,7 +121,7 @@ QWidget* SettingControlRow::makeControl() {
     }
     m_combo = new QComboBox;
     m_combo->setFixedWidth(ComboWidth);
-    guardWheel(m_combo);
+    guard(m_combo);
     for (const SettingChoice& choice : SettingChoices::of(setting()))
         m_combo->addItem(choice.text, choice.value);
     connect(m_combo, qOverload<int>(&QComboBox::currentIndexChanged), this,
@@ -114,15 +129,20 @@ QWidget* SettingControlRow::makeControl() {
     return m_combo;
 }
 
-void SettingControlRow::guardWheel(QWidget* control) {
+void SettingControlRow::guard(QWidget* control) {
     control->setFocusPolicy(Qt::StrongFocus);
     control->installEventFilter(this);
 }
 
 bool SettingControlRow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::Wheel)
+    auto* combo = qobject_cast<QComboBox*>(watched);
+    const bool isKey = combo && event->type() == QEvent::KeyPress;
+    if (event->type() != QEvent::Wheel && !(isKey && choosesUnseen(static_cast<QKeyEvent*>(event))))
         return QWidget::eventFilter(watched, event);
-    event->ignore();  // goes on to the page
+    if (isKey && isVertical(static_cast<QKeyEvent*>(event)))
+        combo->showPopup();
+    else
+        event->ignore();  // goes on to the page
     return true;
 }
 
@@ -130,7 +150,7 @@ void SettingControlRow::setValue(const QVariant& value, const SettingRowState& s
     const QSignalBlocker blocker(m_control);
     if (m_switch)
         m_switch->setChecked(state.isForcedOn || value.toBool());
-    else if (m_spin)
+    else if (m_spin && m_spin->value() != value.toInt())  // or digits that are being typed would go
         m_spin->setValue(value.toInt());
     else if (m_combo)
         m_combo->setCurrentIndex(m_combo->findData(value));

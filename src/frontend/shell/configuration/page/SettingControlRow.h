@@ -45,12 +45,13 @@ Q_SIGNALS:
     void setupLeft(Setting setting);
 
 protected:
-    /// The wheel scrolls the page: over a list it would change the bottle.
+    /// The wheel scrolls the page: over a list it would change the bottle. Keys choose only from an open
+    /// list, or each version that they pass over would be fetched.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QWidget* makeControl();
-    void guardWheel(QWidget* control);
+    void guard(QWidget* control);
     void updateTip();
     void updateReset();
 
