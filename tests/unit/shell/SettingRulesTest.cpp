@@ -140,6 +140,7 @@ private Q_SLOTS:
         row("vkd3d", vkd3d, true, true, 1, true, "", all, "");
         row("no vkd3d", vkd3d, true, true, 2, false, "", {""}, "Your devices not support vkd3d");
         row("runners", runner, true, false, 0, false, "gone", {"a-2.3", "a-1.10", "b-21", "gone"}, "");
+        row("no runner", runner, true, false, 0, false, "", {"a-2.3", "a-1.10", "b-21"}, "");
     }
     void offers() {
         QFETCH(int, setting);
