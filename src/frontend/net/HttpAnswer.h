@@ -5,7 +5,8 @@
 #include <QMetaType>
 #include <QNetworkReply>
 
-/// How an HttpRequest ended. `errorText` is for logs: English, or what the network layer says.
+/// How an HttpRequest ended. `errorText` is for logs: English, or what the network layer says. It
+/// contains no query and no user of an address.
 struct HttpAnswer {
     enum class Error {
         None,

@@ -7,11 +7,30 @@
 #include <QNetworkRequest>
 #include <memory>
 
+#include "net/LoggedAddress.h"
+
 using Error = HttpAnswer::Error;
 
 namespace {
+
 constexpr qint64 MaximumBuffer = 1 << 20;  // of what has come and was not yet read
+constexpr int LongestPhrase = 100;
+
+/// The network layer's own text would contain the whole address.
+QString statusText(const QNetworkReply& reply, int status) {
+    const QString phrase = reply.attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString();
+    return QStringLiteral("the server's status is %1 %2")
+        .arg(status)
+        .arg(phrase.left(LongestPhrase).simplified())
+        .trimmed();
 }
+
+QString errorTextOf(const QNetworkReply& reply) {
+    const QString text = reply.errorString();
+    return text.contains("://") ? QStringLiteral("network error %1").arg(reply.error()) : text;
+}
+
+}  // namespace
 
 HttpRequest::HttpRequest(QNetworkAccessManager* manager, QObject* parent)
     : QObject(parent), m_manager(manager) {
@@ -51,7 +70,7 @@ void HttpRequest::start(const QByteArray& verb, QNetworkRequest request, QIODevi
     const QString scheme = request.url().scheme();
     if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
         // The network layer would read files of this machine as well.
-        finishLater(Error::Network, QStringLiteral("no web address: %1").arg(request.url().toString()));
+        finishLater(Error::Network, QStringLiteral("no web address: %1").arg(loggedAddress(request.url())));
         return;
     }
     if (!request.hasRawHeader("Accept-Encoding"))
@@ -123,7 +142,7 @@ void HttpRequest::readEnd() {
     m_answer.headers = m_reply->rawHeaderPairs();
     m_answer.networkError = m_reply->error();
     const bool isSuccess = m_answer.status >= 200 && m_answer.status < 300;
-    const QString said = m_reply->errorString();
+    const QString errorText = errorTextOf(*m_reply);
     // The network layer does not always call it an error when the connection breaks off.
     const qint64 announced = m_reply->operation() == QNetworkAccessManager::HeadOperation
                                  ? 0
@@ -133,13 +152,11 @@ void HttpRequest::readEnd() {
         m_answer.networkError = QNetworkReply::RemoteHostClosedError;
     const bool isRedirect = m_answer.status >= 300 && m_answer.status < 400;
     if (isRedirect && m_answer.networkError != QNetworkReply::NoError)
-        finish(Error::Redirect, said);
+        finish(Error::Redirect, errorText);
     else if (m_answer.networkError != QNetworkReply::NoError && (isSuccess || m_answer.status == 0))
-        finish(Error::Network, isCut ? QStringLiteral("the connection broke off") : said);
+        finish(Error::Network, isCut ? QStringLiteral("the connection broke off") : errorText);
     else if (!isSuccess)
-        finish(Error::Status, m_answer.networkError != QNetworkReply::NoError
-                                  ? said
-                                  : QStringLiteral("the server's status is %1").arg(m_answer.status));
+        finish(Error::Status, statusText(*m_reply, m_answer.status));
     else
         finish(Error::None, QString());
 }

@@ -53,7 +53,7 @@ private Q_SLOTS:
 
     void ends_data() {
         const Table<int, QString, QByteArray, QString> row("type", "path", "info", "error");
-        const auto to = [this](const QString& path) { return info(m_server.address(path)); };
+        const auto to = [this](const QString& path) { return info(m_server.address(path + "?sig=hidden")); };
         row("good", 0, m_picture, to("put"), "");
         row("good archive", 1, m_picture, to("put"), "");
         row("no such type", 2, m_picture, to("put"), "unknown");
@@ -61,7 +61,7 @@ private Q_SLOTS:
         row("no status", 0, m_picture, R"({"datas":[]})", "no address");
         row("no list", 0, m_picture, R"({"status":200,"datas":{}})", "no address");
         row("no JSON", 0, m_picture, "<html>", "no address");
-        row("local address", 0, m_picture, info("file:///etc/passwd"), "no web address");
+        row("local address", 0, m_picture, info("file:///etc/passwd?sig=hidden"), "no web address");
         row("refused", 1, m_picture, to("gone"), "Not Found");
         row("breaks off", 0, m_picture, to("half/getUploadInfo"), "onnection");
         row("too slow", 0, m_picture, to("silent/put"), "not answered");

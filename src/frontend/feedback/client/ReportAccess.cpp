@@ -11,6 +11,7 @@
 #include "core/base/SettingsStore.h"
 #include "feedback/client/FeedbackDeployment.h"
 #include "feedback/client/ReportSignature.h"
+#include "net/LoggedAddress.h"
 #include "probes/HardwareInfo.h"
 #include "probes/MachineUtils.h"
 
@@ -47,7 +48,7 @@ ReportAccess ReportAccess::current() {
     static const QString secret = findSecret();
     const QString custom = settingsStore()->getOption("feedback.cfg.base_url").toString();
     if (!custom.isEmpty())
-        qInfo().noquote() << "Using custom base url:" << custom;
+        qInfo().noquote() << "Using custom base url:" << loggedAddress(QUrl(custom));
     return {custom.isEmpty() ? FeedbackDeployment::reportUrl() : custom, secret};
 }
 

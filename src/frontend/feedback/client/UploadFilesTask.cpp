@@ -14,6 +14,7 @@
 
 #include "fenk/system/RegularFile.h"
 #include "net/HttpRequest.h"
+#include "net/LoggedAddress.h"
 
 using Error = HttpAnswer::Error;
 
@@ -21,11 +22,6 @@ namespace {
 
 const char ArchiveSuffix[] = "tar.gz";
 const char Cancelled[] = "cancelled";
-
-/// The query of such an address is as good as a password.
-QString withoutSecrets(const QString& url) {
-    return QUrl(url).toString(QUrl::RemoveQuery | QUrl::RemoveUserInfo);
-}
 
 /// Nothing with an error text: no regular file, unreadable or too large.
 QByteArray readWhole(const QString& path, QString* errorText) {
@@ -93,7 +89,7 @@ QString UploadFilesTask::uploadFile(QNetworkAccessManager* network) {
         qWarning().noquote() << "Get file upload address failed" << errorText;
         return errorText;
     }
-    qInfo().noquote() << "Get file upload address finished:" << withoutSecrets(m_uploadUrl)
+    qInfo().noquote() << "Get file upload address finished:" << loggedAddress(QUrl(m_uploadUrl))
                       << ", fileKey: " + m_fileKey;
     return m_fileType == Image ? uploadImage(network) : uploadLogs(network);
 }
