@@ -160,6 +160,24 @@ private Q_SLOTS:
         QCOMPARE(m_service->calls("dumpManifest").size(), int(outcome.startsWith("written")));
     }
 
+    void answerOfAnEarlierCheck() {
+        const LogCapture log;
+        m_server->files["first"] = "the first ";
+        m_server->files["second"] = "the second";
+        m_service->setAnswers("dumpManifest", {{{"error", "no"}}});
+        open("half/first");
+        auto* exporter = m_dialog->findChild<ManifestExporter*>();
+        exporter->setLongestCheckMs(0);
+        fill();
+        ok()->click();
+        QTRY_VERIFY(ok()->isEnabled());
+        exporter->setLongestCheckMs(30000);
+        exporter->findChild<AliyunGreenApi*>()->setEndpoint(m_server->address("half/second"));
+        ok()->click();
+        QTRY_COMPARE(log.count("err:"), 2);
+        QVERIFY(log.contains("Response: the s") && !log.contains("Response: the f"));
+    }
+
     void dumpFails() {
         const LogCapture log;
         m_service->setAnswers("dumpManifest", {{{"error", "the disk is full"}}, {{"text", ""}}});

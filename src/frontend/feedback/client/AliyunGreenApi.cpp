@@ -37,7 +37,8 @@ AliyunGreenApi::AliyunGreenApi(const QString& accessKeyId, const QString& access
       m_endpoint(FeedbackDeployment::moderationUrl()),
       m_accessKeyId(accessKeyId),
       m_accessKeySecret(accessKeySecret),
-      m_network(new QNetworkAccessManager(this)) {}
+      m_network(new QNetworkAccessManager(this)),
+      m_checks(std::make_unique<QObject>()) {}
 
 AliyunGreenApi::AliyunGreenApi(QObject* parent)
     : AliyunGreenApi(FeedbackDeployment::decoded(FeedbackDeployment::moderationKeyId()),
@@ -45,7 +46,7 @@ AliyunGreenApi::AliyunGreenApi(QObject* parent)
 
 void AliyunGreenApi::checkContent(const QString& text) {
     if (m_endpoint.isEmpty() || m_accessKeyId.isEmpty() || m_accessKeySecret.isEmpty()) {
-        QTimer::singleShot(0, this, [this] {
+        QTimer::singleShot(0, m_checks.get(), [this] {
             Q_EMIT errorOccurred(QStringLiteral("this build has no account for text moderation"));
         });
         return;
@@ -65,7 +66,7 @@ void AliyunGreenApi::checkContent(const QString& text) {
     QNetworkRequest request(url);
     request.setRawHeader("Content-Type", "application/x-www-form-urlencoded");
     request.setRawHeader("Accept-Charset", "utf-8");
-    auto* http = new HttpRequest(m_network, this);
+    auto* http = new HttpRequest(m_network, m_checks.get());
     HttpRequest::Limits limits;
     limits.wholeMs = limits.silenceMs = 0;
     http->setLimits(limits);
@@ -78,4 +79,8 @@ void AliyunGreenApi::checkContent(const QString& text) {
             Q_EMIT errorOccurred(QStringLiteral("Error: %1\nResponse: %2").arg(answer.errorText, body));
     });
     http->send("POST", request);
+}
+
+void AliyunGreenApi::abort() {
+    m_checks = std::make_unique<QObject>();
 }

@@ -2,12 +2,13 @@
 
 #include <QObject>
 #include <QString>
+#include <memory>
 
 class QNetworkAccessManager;
 
 /// Asks Aliyun's text moderation (action TextModerationPlus, version 2022-03-02) whether a text may be
 /// published. Each check ends in exactly one of the signals, later than the call, and has no limit in time;
-/// one that is under way when this object is deleted ends without a signal. GUI thread.
+/// one that is aborted, or under way when this object is deleted, ends without a signal. GUI thread.
 class AliyunGreenApi : public QObject {
     Q_OBJECT
 public:
@@ -21,6 +22,8 @@ public:
     void setEndpoint(const QString& url) { m_endpoint = url; }
 
     void checkContent(const QString& text);
+    /// The checks under way end without a signal. Not from a slot of one.
+    void abort();
 
 Q_SIGNALS:
     /// The body of the answer; ModerationVerdict reads it.
@@ -33,4 +36,5 @@ private:
     QString m_accessKeyId;
     QString m_accessKeySecret;
     QNetworkAccessManager* m_network;
+    std::unique_ptr<QObject> m_checks;  ///< owns the requests
 };

@@ -15,8 +15,10 @@ ManifestExporter::ManifestExporter(AliyunGreenApi* moderation, QObject* parent)
     m_moderation->setParent(this);
     m_checkTimer.setSingleShot(true);
     m_checkTimer.setInterval(LongestCheckMs);
-    connect(&m_checkTimer, &QTimer::timeout, this,
-            [this] { onModerationFailed(QStringLiteral("no answer of the text moderation")); });
+    connect(&m_checkTimer, &QTimer::timeout, this, [this] {
+        m_moderation->abort();  // its answer would be taken for that of the next check
+        onModerationFailed(QStringLiteral("no answer of the text moderation"));
+    });
     connect(m_moderation, &AliyunGreenApi::replyOccurred, this, &ManifestExporter::onModerated);
     connect(m_moderation, &AliyunGreenApi::errorOccurred, this, &ManifestExporter::onModerationFailed);
 }
@@ -36,9 +38,6 @@ void ManifestExporter::setStep(Step step) {
 }
 
 void ManifestExporter::onModerated(const QString& reply) {
-    // An answer may still come after its time.
-    if (m_step != Step::Checking)
-        return;
     m_checkTimer.stop();
     if (!ModerationVerdict::isRefused(reply)) {
         write();
@@ -49,8 +48,6 @@ void ManifestExporter::onModerated(const QString& reply) {
 }
 
 void ManifestExporter::onModerationFailed(const QString& error) {
-    if (m_step != Step::Checking)
-        return;
     m_checkTimer.stop();
     qWarning().noquote() << "err:" << error;
     write();
