@@ -32,6 +32,7 @@ private Q_SLOTS:
         row("no category", &ManifestForm::category, "", Problem::Missing);
         row("temporary address", &ManifestForm::downloadUrl, "https://a.example/?auth_key=1", Problem::None);
         row("half an address", &ManifestForm::downloadUrl, "http:/", Problem::WebAddress);
+        row("no host", &ManifestForm::downloadUrl, "http://", Problem::WebAddress);
         row("other scheme", &ManifestForm::downloadUrl, "ftp://a.example", Problem::WebAddress);
         row("whole size", &ManifestForm::packageSize, "84", Problem::None);
         row("half a size", &ManifestForm::packageSize, "84.", Problem::Megabytes);

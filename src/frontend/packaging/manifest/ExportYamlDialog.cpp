@@ -140,7 +140,7 @@ QString ExportYamlDialog::textOf(Problem problem) {
         case Problem::Missing:
             return tr("Please fill in all fields");
         case Problem::WebAddress:
-            return tr("The download URL must begin with http:// or https://");
+            return tr("The download URL must be a whole address that begins with http:// or https://");
         case Problem::Megabytes:
             return tr("The package size must be a number");
         case Problem::Email:

@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QUrl>
 
 namespace {
 
@@ -53,7 +54,8 @@ Problem problemOf(const ManifestForm& form) {
         if ((form.*member.value).trimmed().isEmpty())
             return Problem::Missing;
     }
-    if (!matches(WebAddressPattern, form.downloadUrl))
+    const QUrl address(form.downloadUrl, QUrl::TolerantMode);
+    if (!matches(WebAddressPattern, form.downloadUrl) || !address.isValid() || address.host().isEmpty())
         return Problem::WebAddress;
     if (!matches(MegabytesPattern, form.packageSize))
         return Problem::Megabytes;
