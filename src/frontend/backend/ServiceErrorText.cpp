@@ -97,6 +97,12 @@ constexpr Row Rows[] = {
      QT_TRANSLATE_NOOP("ServiceErrorText", "There is not enough room: %1 are needed and %2 are free.")},
     {"copy-under-way",
      QT_TRANSLATE_NOOP("ServiceErrorText", "The file %1 is being written or read already.")},
+    {"manifest-value",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "\"%1\" of the manifest must be text of at most %2 characters.")},
+    {"manifest-name", QT_TRANSLATE_NOOP("ServiceErrorText", "The manifest needs a name.")},
+    {"unfit-manifest",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "A setting of the bottle or an answer of the form cannot be written to a manifest.")},
 };
 
 const char* formatOf(const QString& code) {

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 #include "manifest/ManifestPath.h"
 #include "manifest/ManifestReader.h"
@@ -29,10 +30,13 @@ const struct {
                 {"introduction", Medium}, {"downloadUrl", Medium}, {"packageSize", Short},
                 {"contributor", Short},   {"category", Short},     {"contributorEmail", Short}};
 
-/// Whether a text says where something lies on this user's machine.
+/// Whether a text says where something lies on this user's machine, or names the user by a profile of Wine.
 bool namesThisMachine(const QString& text) {
+    static const QRegularExpression profile(
+        "(\\\\|(?<![a-z0-9])[a-z]:/)users[\\\\/]+(?!public\\b)[^\\\\/\\s]",
+        QRegularExpression::CaseInsensitiveOption);
     const QString home = QDir::homePath();
-    return ManifestPath::leadsOutOfWine(text) ||
+    return ManifestPath::leadsOutOfWine(text) || profile.match(text).hasMatch() ||
            (home.size() > 1 && QString(text).replace('\\', '/').contains(home, Qt::CaseInsensitive));
 }
 
@@ -80,9 +84,9 @@ Manifest::Parameters parametersOf(const QJsonObject& record) {
 }
 
 Manifest::Program programOf(const QJsonObject& record) {
-    // A path outside the bottle would reveal the user's home and be useless elsewhere.
+    // A path outside the bottle or in a profile would reveal the user and be useless elsewhere.
     QString path = record["path"].toString();
-    if (!ManifestPath::check(path, ManifestPath::Use::Run).isEmpty())
+    if (!ManifestPath::check(path, ManifestPath::Use::Run).isEmpty() || namesThisMachine(path))
         path = path.replace('\\', '/').section('/', -1);
     QString arguments = record["arguments"].toString();
     if (!canBeText(arguments, Long) || namesThisMachine(arguments)) {
@@ -94,21 +98,19 @@ Manifest::Program programOf(const QJsonObject& record) {
 
 }  // namespace
 
-QJsonObject parseForm(const QString& json, QString* error) {
+QJsonObject parseForm(const QString& json, Reason* reason) {
     const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8());
     const QJsonObject form = document.object();
     if (!document.isObject())
-        *error = "The description of the manifest is no JSON object.";
+        *reason = "The description of the manifest is no JSON object.";
     for (const auto& [key, maximum] : FormKeys) {
         const QJsonValue value = form[QLatin1String(key)];
-        if (error->isEmpty() && (!value.isString() || value.toString().size() > maximum))
-            *error = QString("\"%1\" of the manifest must be text of at most %2 characters.")
-                         .arg(key)
-                         .arg(maximum);
+        if (reason->isEmpty() && (!value.isString() || value.toString().size() > maximum))
+            *reason = Reason(Reason::ManifestValue, {key, QString::number(maximum)});
     }
-    if (error->isEmpty() && form["name"].toString().trimmed().isEmpty())
-        *error = "The manifest needs a name.";
-    return error->isEmpty() ? form : QJsonObject();
+    if (reason->isEmpty() && form["name"].toString().trimmed().isEmpty())
+        *reason = Reason::ManifestName;
+    return reason->isEmpty() ? form : QJsonObject();
 }
 
 Manifest make(const QJsonObject& form, const QJsonObject& record, const QJsonObject& program,
@@ -132,7 +134,8 @@ Manifest make(const QJsonObject& form, const QJsonObject& record, const QJsonObj
         bottle.dependencies += name.toString();
     manifest.programs = {programOf(program)};
     if (origin) {
-        manifest.setup = origin->setup;
+        if (origin->downloadUrl == manifest.downloadUrl)
+            manifest.setup = origin->setup;
         manifest.wineDeps = origin->wineDeps;
         bottle.registry = origin->bottle.registry;
         bottle.files = origin->bottle.files;
@@ -141,13 +144,15 @@ Manifest make(const QJsonObject& form, const QJsonObject& record, const QJsonObj
     return manifest;
 }
 
-QByteArray render(const Manifest& manifest, QString* error) {
+QByteArray render(const Manifest& manifest, Reason* reason) {
     const QByteArray text = ManifestWriter::write(manifest);
     const ManifestReader::Result again = ManifestReader::read(text);
-    *error = again.error;
-    if (error->isEmpty() && again.manifest != manifest)
-        *error = "A value of the manifest has a character that YAML cannot keep.";
-    return error->isEmpty() ? text : QByteArray();
+    if (again.error.isEmpty() && again.manifest == manifest)
+        return text;
+    qWarning().noquote() << "no manifest can hold these values:"
+                         << (again.error.isEmpty() ? "a character is lost" : again.error);
+    *reason = Reason::UnfitManifest;
+    return {};
 }
 
 }  // namespace ManifestExport

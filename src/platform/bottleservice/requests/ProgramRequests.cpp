@@ -227,10 +227,10 @@ void ProgramRequests::scanApplicationLinks(const QString& bottle, qint64 since, 
 }
 
 void ProgramRequests::dumpManifest(const QString& formJson, const Reply& reply) {
-    QString error;
-    const QJsonObject form = ManifestExport::parseForm(formJson, &error);
-    if (!error.isEmpty()) {
-        reply(Answer::failure(Fault::InvalidArgs, error));
+    Reason reason;
+    const QJsonObject form = ManifestExport::parseForm(formJson, &reason);
+    if (!reason.isEmpty()) {
+        reply(Answer::failure(Fault::InvalidArgs, reason));
         return;
     }
     const QString bottle = form["bottlesName"].toString();
@@ -248,11 +248,14 @@ Answer ProgramRequests::writeManifest(const QString& bottle, const QJsonObject& 
         return RequestChecks::noProgram(bottle, id);
     const QString directory = m_engine->bottles().pathOf(bottle);
     const QString path = directory + ManifestExport::FileName;
-    QString error;
+    Reason reason;
     const QByteArray text = ManifestExport::render(
         ManifestExport::make(form, settings->record(), settings->program(id), SetupManifest::load(directory)),
-        &error);
-    if (text.isEmpty() || !AtomicFile::replace(path, text, &error))
+        &reason);
+    if (text.isEmpty())
+        return Answer::failure(Fault::Failed, reason);
+    QString error;
+    if (!AtomicFile::replace(path, text, &error))
         return Answer::failure(Fault::Failed, error);
     qInfo() << "wrote" << path;
     return Answer::of(path);

@@ -60,6 +60,9 @@ constexpr Reason::Format Formats[] = {
     {"bottle-changed", "Files of the bottle were changed while it was being backed up."},
     {"too-little-room", "There is not enough room: %1 are needed and %2 are free."},
     {"copy-under-way", "The file %1 is being written or read already."},
+    {"manifest-value", "\"%1\" of the manifest must be text of at most %2 characters."},
+    {"manifest-name", "The manifest needs a name."},
+    {"unfit-manifest", "A setting of the bottle or an answer of the form cannot be written to a manifest."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

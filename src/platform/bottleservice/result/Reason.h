@@ -60,6 +60,9 @@ public:
         BottleChanged,
         TooLittleRoom,
         CopyUnderWay,
+        ManifestValue,
+        ManifestName,
+        UnfitManifest,
         CodeCount
     };
 
