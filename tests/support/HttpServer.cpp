@@ -39,10 +39,13 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
     const QString fault = path.contains('/') ? path.section('/', 0, 0) : QString();
     if (fault == "silent")
         return;
-    if (fault == "moved" || fault == "loop" || fault == "away") {
+    if (fault == "moved" || fault == "loop" || fault == "away" || fault == "other") {
         const QByteArray target = fault == "moved"  ? '/' + path.section('/', 1).toUtf8()
                                   : fault == "loop" ? '/' + path.toUtf8()
-                                                    : QByteArray("file:///etc/hostname");
+                                  : fault == "other"
+                                      ? "http://localhost:" + QByteArray::number(m_server.serverPort()) +
+                                            '/' + path.section('/', -1).toUtf8()
+                                      : QByteArray("file:///etc/hostname");
         socket->write("HTTP/1.1 302 Found\r\nContent-Length: 0\r\nConnection: close\r\nLocation: " + target +
                       "\r\n\r\n");
         socket->disconnectFromHost();

@@ -13,7 +13,8 @@ namespace TestSupport {
 /// off in the middle of what is left,
 /// "/stalled/name" sends no more from there, "/slow/name" a byte every 20 ms, "/endless/name" goes on after
 /// its end, "/silent/name" never answers, "/packed/name" claims to be compressed, "/moved/name" redirects to
-/// "/name", "/loop/name" to itself, "/away/name" to a local file, everything else is 404.
+/// "/name", "/loop/name" to itself, "/away/name" to a local file, "/other/name" to this server under another
+/// name, everything else is 404.
 class HttpServer : public QObject {
     Q_OBJECT
 

@@ -76,9 +76,11 @@ void HttpRequest::start(const QByteArray& verb, QNetworkRequest request, QIODevi
     if (!request.hasRawHeader("Accept-Encoding"))
         request.setRawHeader("Accept-Encoding", "identity");
     const bool hasBody = verb != "GET" && verb != "HEAD";
-    request.setAttribute(
-        QNetworkRequest::RedirectPolicyAttribute,
-        hasBody ? QNetworkRequest::ManualRedirectPolicy : QNetworkRequest::NoLessSafeRedirectPolicy);
+    const auto policy = QNetworkRequest::RedirectPolicyAttribute;
+    if (hasBody)
+        request.setAttribute(policy, QNetworkRequest::ManualRedirectPolicy);
+    else if (!request.attribute(policy).isValid())
+        request.setAttribute(policy, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setMaximumRedirectsAllowed(MaxRedirects);
     if (verb == "GET")
         m_reply = m_manager->get(request);
@@ -99,7 +101,10 @@ void HttpRequest::connectReply() {
     connect(m_reply, &QNetworkReply::readyRead, this, &HttpRequest::readAvailable);
     connect(m_reply, &QNetworkReply::finished, this, &HttpRequest::readEnd);
     connect(m_reply, &QNetworkReply::uploadProgress, this, &HttpRequest::noteActivity);
-    connect(m_reply, &QNetworkReply::uploadProgress, this, &HttpRequest::uploadProgress);
+    connect(m_reply, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64 total) {
+        if (total != 0)  // the network layer ends each upload with zeros
+            Q_EMIT uploadProgress(sent, total);
+    });
     connect(m_reply, &QObject::destroyed, this,
             [this] { finish(Error::Aborted, QStringLiteral("the network manager is gone")); });
 }

@@ -33,7 +33,8 @@ public:
 
     /// `verb` is a method of HTTP in capitals. Call one of these once. The request brings its address and
     /// headers; unless it says otherwise, the answer is asked for uncompressed. GET and HEAD have no body and
-    /// follow redirects within the same scheme or from http to https.
+    /// follow redirects within the same scheme or from http to https, unless the request has a redirect
+    /// policy.
     void send(const QByteArray& verb, const QNetworkRequest& request, const QByteArray& body = {});
     /// The body is read from a regular file while it is sent.
     void sendFile(const QByteArray& verb, const QNetworkRequest& request, const QString& path);

@@ -121,7 +121,17 @@ private Q_SLOTS:
         m_server.files["issueTypeDef"] =
             R"({"status":200,"datas":[{"id":7,"name":"n","enName":"e"},{"id":"8"}]})";
         QVector<IssueType> types;
-        m_api.getIssueTypes(this, [&types](const QVector<IssueType>& found) { types = found; });
+        int ends = 0;
+        const auto take = [&](const QVector<IssueType>& found) {
+            types = found;
+            ++ends;
+        };
+        setService("other/");  // it would get the headers
+        m_api.getIssueTypes(this, take);
+        QTRY_COMPARE(ends, 1);
+        QVERIFY(types.isEmpty() && m_server.heads.size() == 1);
+        setService("");
+        m_api.getIssueTypes(this, take);
         QTRY_COMPARE(types.size(), 2);
         QCOMPARE(types[0].id + types[0].name + types[0].enName + types[1].id, QString("7ne8"));
     }

@@ -54,6 +54,8 @@ ReportAccess ReportAccess::current() {
 
 QNetworkRequest ReportAccess::request(const QString& path) const {
     QNetworkRequest request(QUrl(baseUrl + path));
+    // These headers are for this server alone.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
     request.setRawHeader("X-Device-Id", headerValue(machineId()));
     request.setRawHeader("X-Device-Arch", headerValue(MachineUtils::cpuArchitecture()));
     request.setRawHeader("X-Client-Ver", headerValue(BuildInfo::version()));
