@@ -7,6 +7,7 @@
 #include "feedback/client/LogCollection.h"
 #include "feedback/client/LogUpload.h"
 #include "feedback/client/UploadFilesManager.h"
+#include "feedback/client/UploadPlace.h"
 #include "support/FakeBottleService.h"
 #include "support/HttpServer.h"
 #include "support/LogCapture.h"
@@ -41,6 +42,11 @@ class UploadFilesTest : public QObject {
         file.setFileTime(QDateTime::currentDateTime().addDays(-ageDays), QFileDevice::FileModificationTime);
         return path;
     }
+    void putTar(const QByteArray& script, TestSupport::EnvironmentGuard* environment) const {
+        QFile(m_home.write("bin/tar", "#!/bin/sh\n" + script))
+            .setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        environment->set("PATH", m_home.path().toUtf8() + "/bin:" + qgetenv("PATH"));
+    }
 
 private Q_SLOTS:
     void init() {
@@ -62,6 +68,10 @@ private Q_SLOTS:
         row("no list", 0, m_picture, R"({"status":200,"datas":{}})", "no address");
         row("no JSON", 0, m_picture, "<html>", "no address");
         row("local address", 0, m_picture, info("file:///etc/passwd?sig=hidden"), "no web address");
+        row("no archiver", 1, m_picture, to("put"), "cannot be opened");
+        row("archiver crashes", 1, "crash", to("put"), "crashed");
+        row("too large", 0, sparse("large.png", UploadFilesTask::MaximumBytes + 1), to("put"), "is larger");
+        row("is being written", 0, "/proc/self/status", to("put"), "was changed");
         row("refused", 1, m_picture, to("gone"), "Not Found");
         row("breaks off", 0, m_picture, to("half/getUploadInfo"), "onnection");
         row("too slow", 0, m_picture, to("silent/put"), "not answered");
@@ -71,11 +81,17 @@ private Q_SLOTS:
         QFETCH(QString, path);
         QFETCH(QByteArray, info);
         QFETCH(QString, error);
+        TestSupport::EnvironmentGuard environment;
+        if (error == "cannot be opened")
+            environment.set("PATH", "/none");
+        else if (error == "crashed")
+            putTar("kill -9 $$\n", &environment);
         const LogCapture log;
         m_server.files["getUploadInfo"] = info;
         UploadFilesTask task({path}, type, ReportAccess::current(), 7);
         task.setTimeOut(error == "not answered" ? 100 : 20000);
         QSignalSpy ended(&task, &UploadFilesTask::sigUploadFinished);
+        QSignalSpy progress(&task, &UploadFilesTask::sigUploadProgress);
         QThreadPool pool;
         pool.start(&task);
         QTRY_COMPARE(ended.size(), 1);
@@ -83,6 +99,9 @@ private Q_SLOTS:
         const QString text = ended[0][2].toString();
         QVERIFY2(text.contains(error) && (!error.isEmpty() || text == "key"), qPrintable(text));
         QCOMPARE(ended[0][3].toInt(), 7);
+        QVERIFY(!error.isEmpty() || (!progress.isEmpty() && progress.last()[1] == progress.last()[2]));
+        for (int i = 1; i < progress.size(); ++i)
+            QVERIFY(progress[i][1].toLongLong() >= progress[i - 1][1].toLongLong());
         QCOMPARE(leftOvers(), QStringList());
         QVERIFY(!log.text().contains("hidden") && !log.text().contains("s3cret"));
     }
@@ -119,10 +138,8 @@ private Q_SLOTS:
         QFETCH(QString, waitsFor);
         TestSupport::EnvironmentGuard environment;
         const QString packing = m_home.path() + "/packing";
-        QFile(m_home.write("bin/tar", "#!/bin/sh\ntouch '" + packing.toUtf8() + "'\nexec sleep 100\n"))
-            .setPermissions(QFile::ReadOwner | QFile::ExeOwner);
         if (waitsFor == "tar")
-            environment.set("PATH", m_home.path().toUtf8() + "/bin:" + qgetenv("PATH"));
+            putTar("touch '" + packing.toUtf8() + "'\nexec sleep 100\n", &environment);
         settingsStore()->setOption("feedback.cfg.base_url", m_server.address(base).chopped(1));
         m_server.files["getUploadInfo"] = info(m_server.address(put));
         auto* uploads = UploadFilesManager::instance();
@@ -138,6 +155,18 @@ private Q_SLOTS:
         for (const QList<QVariant>& end : qAsConst(ended))  // a picture needs no packing
             QVERIFY(end[0].value<Status>() == Status::Failure || waitsFor == "tar");
         QTRY_COMPARE(leftOvers(), QStringList());
+    }
+
+    void leftOversOfAKilledProcess() {
+        const QString place =
+            QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation).mid(m_home.path().size() + 1);
+        const QString old = place + "/01234567-89ab-cdef-0123-456789abcdef.tar.gz";
+        sparse(old, 5, 1);
+        sparse(place + "/own.tar.gz", 5, 1);
+        m_home.write(place + "/logs-abcDEF/a.log", "of now");
+        UploadPlace::removeLeftOvers();
+        QCOMPARE(leftOvers(), QStringList({"logs-abcDEF", "own.tar.gz"}));
+        QDir(m_home.path() + '/' + place).removeRecursively();
     }
 
     void logsAreBounded() {
@@ -169,14 +198,18 @@ private Q_SLOTS:
         TestSupport::FakeBottleService service;
         QVERIFY(service.start());
         m_home.write("bottle/bottle.yml", "Runner: w\n");
+        const QString suggestion = m_home.write("suggestions/a.log", "better");
         service.setBottle("office", {{"Path", m_home.path() + "/bottle"}});
         for (const auto start : {&LogUpload::uploadConfiguration, &LogUpload::collectLogs}) {
             for (const QString& bottle : {QString("none"), QString("office")}) {
                 LogUpload upload;
+                upload.setSuggestionDirectory(QFileInfo(suggestion).path());
                 QSignalSpy ended(&upload, &LogUpload::finished);
                 (upload.*start)(bottle);
                 QTRY_COMPARE(ended.size(), 1);
                 QCOMPARE(ended[0][0].toString(), QString(bottle == "office" ? "key" : ""));
+                QCOMPARE(QFile::exists(suggestion),
+                         bottle == "none" && start == &LogUpload::uploadConfiguration);
             }
         }
         QProcess tar;

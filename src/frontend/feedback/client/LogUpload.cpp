@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QDir>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include "backend/BottleRecord.h"
@@ -10,6 +9,7 @@
 #include "backend/InBackground.h"
 #include "feedback/client/LogCollection.h"
 #include "feedback/client/UploadFilesManager.h"
+#include "feedback/client/UploadPlace.h"
 
 const char LogUpload::SuggestionDirectory[] = "/tmp/.suggestion_file_path";
 
@@ -21,9 +21,12 @@ LogUpload::~LogUpload() {
 
 void LogUpload::removeFiles() {
     m_copies.reset();
-    if (m_hasSuggestions && LogCollection::isOwnDirectory(SuggestionDirectory))
-        QDir(SuggestionDirectory).removeRecursively();
-    m_hasSuggestions = false;
+    if (m_suggestions.isEmpty() || !LogCollection::isOwnDirectory(m_suggestionDirectory))
+        return;
+    for (const QString& file : qAsConst(m_suggestions))
+        QFile::remove(file);
+    QDir().rmdir(m_suggestionDirectory);  // unless another rating has put something there
+    m_suggestions.clear();
 }
 
 void LogUpload::collectLogs(const QString& bottleName) {
@@ -38,9 +41,7 @@ void LogUpload::onLogsBottle(const QString& bottleName, const BusResult& result)
         finish({});
         return;
     }
-    const QString place = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-    QDir().mkpath(place);
-    m_copies = std::make_shared<QTemporaryDir>(place + "/logs-XXXXXX");
+    m_copies = std::make_shared<QTemporaryDir>(UploadPlace::newLogs());
     if (!m_copies->isValid()) {
         qWarning().noquote() << "no directory for logs:" << m_copies->errorString();
         finish({});
@@ -55,21 +56,25 @@ void LogUpload::onLogsBottle(const QString& bottleName, const BusResult& result)
 }
 
 void LogUpload::uploadConfiguration(const QString& bottleName) {
-    m_hasSuggestions = true;
     BottlesConfig::instance()->watchBottle(
         bottleName, this, [this, bottleName](const BusResult& result) { onRatedBottle(bottleName, result); });
 }
 
 void LogUpload::onRatedBottle(const QString& bottleName, const BusResult& result) {
     const QString path = BottleRecord::path(result.object());
-    const QStringList files = LogCollection::ratingFiles(bottleName, path, SuggestionDirectory);
+    const QStringList files = LogCollection::ratingFiles(bottleName, path, m_suggestionDirectory);
     if (files.isEmpty()) {
         qInfo("nonthing to up");
         finish({});
         return;
     }
     qInfo().noquote() << "up: " + files.join(", ");
+    for (const QString& file : files) {
+        if (QFileInfo(file).path() == m_suggestionDirectory)
+            m_suggestions += file;
+    }
     upload(files);
+    qInfo("start apply score");
 }
 
 void LogUpload::upload(const QStringList& paths) {

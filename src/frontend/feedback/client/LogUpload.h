@@ -18,10 +18,13 @@ public:
 
     /// Files that a user adds to a rating.
     static const char SuggestionDirectory[];
+    /// Instead of SuggestionDirectory.
+    void setSuggestionDirectory(const QString& path) { m_suggestionDirectory = path; }
 
     /// The logs, for a report.
     void collectLogs(const QString& bottleName);
-    /// The bottle's settings and the files of SuggestionDirectory, for a rating; that directory is removed.
+    /// The bottle's settings and the files of SuggestionDirectory, for a rating. Files that were uploaded, or
+    /// should have been, are removed at the end.
     void uploadConfiguration(const QString& bottleName);
 
 Q_SIGNALS:
@@ -36,6 +39,7 @@ private:
     void removeFiles();
 
     std::shared_ptr<QTemporaryDir> m_copies;  ///< removes itself when nobody needs it any more
-    bool m_hasSuggestions = false;            ///< the directory is to be removed
-    int m_upload = 0;                         ///< number of the upload under way
+    QString m_suggestionDirectory = SuggestionDirectory;
+    QStringList m_suggestions;  ///< files of it that are part of this upload
+    int m_upload = 0;           ///< number of the upload under way
 };

@@ -1,26 +1,42 @@
 #include "feedback/client/UploadFilesManager.h"
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QThread>
 
-UploadFilesManager::UploadFilesManager() {
+#include "feedback/client/UploadPlace.h"
+
+namespace {
+constexpr int LongestEndMs = 3000;
+}
+
+UploadFilesManager::UploadFilesManager()
+    : m_imagePool(std::make_unique<QThreadPool>()), m_logPool(std::make_unique<QThreadPool>()) {
     qRegisterMetaType<UploadFilesTaskStatus>("UploadFilesTaskStatus");
-    m_imagePool.setExpiryTimeout(-1);
-    m_imagePool.setMaxThreadCount(qMax(1, QThread::idealThreadCount() - 1));
-    m_logPool.setExpiryTimeout(-1);
-    m_logPool.setMaxThreadCount(1);
-    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
-        cancelAll();
-        m_imagePool.waitForDone();
-        m_logPool.waitForDone();
-    });
+    m_imagePool->setExpiryTimeout(-1);
+    m_imagePool->setMaxThreadCount(qMax(1, QThread::idealThreadCount() - 1));
+    m_logPool->setExpiryTimeout(-1);
+    m_logPool->setMaxThreadCount(1);
+    m_logPool->start(&UploadPlace::removeLeftOvers);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &UploadFilesManager::endAll);
 }
 
 UploadFilesManager::~UploadFilesManager() {
+    if (endAll()) {
+        qDeleteAll(m_tasks);
+        return;
+    }
+    // A pool would wait without limit, and its threads use the tasks: both end with the process.
+    m_imagePool.release();
+    m_logPool.release();
+}
+
+bool UploadFilesManager::endAll() {
     cancelAll();
-    m_imagePool.waitForDone();
-    m_logPool.waitForDone();
-    qDeleteAll(m_tasks);
+    const bool haveEnded = m_imagePool->waitForDone(LongestEndMs) && m_logPool->waitForDone(LongestEndMs);
+    if (!haveEnded)
+        qWarning() << "uploads do not end within" << LongestEndMs << "ms:" << pathsUnderWay();
+    return haveEnded;
 }
 
 int UploadFilesManager::addTask(const QStringList& filePaths, int fileType) {
@@ -33,7 +49,7 @@ int UploadFilesManager::addTask(const QStringList& filePaths, int fileType) {
                 Q_EMIT sigUploadFinished(status, path, key, count);
             });
     connect(this, &UploadFilesManager::sigCancelUpload, task, &UploadFilesTask::onCancelUpload);
-    (fileType == UploadFilesTask::Image ? m_imagePool : m_logPool).start(task);
+    (fileType == UploadFilesTask::Image ? m_imagePool : m_logPool)->start(task);
     return m_replyCount;
 }
 
@@ -43,7 +59,7 @@ void UploadFilesManager::onFinished(UploadFilesTask* task) {
 }
 
 void UploadFilesManager::endIfQueued(UploadFilesTask* task) {
-    if (m_imagePool.tryTake(task) || m_logPool.tryTake(task))
+    if (m_imagePool->tryTake(task) || m_logPool->tryTake(task))
         task->endUnstarted();
 }
 

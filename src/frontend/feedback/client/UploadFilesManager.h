@@ -2,12 +2,14 @@
 
 #include <QList>
 #include <QThreadPool>
+#include <memory>
 
 #include "feedback/client/UploadFilesTask.h"
 #include "fenk/system/Singleton.h"
 
 /// Uploads pictures, several at a time, and archives of logs, one at a time. Owns the tasks until they have
-/// ended; what is under way when the program quits is cancelled. GUI thread.
+/// ended; what is under way when the program quits is cancelled, and waited for during a limited time. GUI
+/// thread.
 class UploadFilesManager : public QObject, public Fenk::Singleton<UploadFilesManager> {
     Q_OBJECT
     friend class Fenk::Singleton<UploadFilesManager>;
@@ -21,8 +23,8 @@ public:
     /// Each task ends as failed, also those that have not begun.
     void cancelAll();
 
-    const QThreadPool& imagePool() const { return m_imagePool; }
-    const QThreadPool& logPool() const { return m_logPool; }
+    const QThreadPool& imagePool() const { return *m_imagePool; }
+    const QThreadPool& logPool() const { return *m_logPool; }
     /// First paths of the tasks under way.
     QStringList pathsUnderWay() const;
 
@@ -36,9 +38,10 @@ private:
     UploadFilesManager();
     void endIfQueued(UploadFilesTask* task);
     void onFinished(UploadFilesTask* task);
+    bool endAll();
 
-    QThreadPool m_imagePool;
-    QThreadPool m_logPool;
+    std::unique_ptr<QThreadPool> m_imagePool;
+    std::unique_ptr<QThreadPool> m_logPool;
     QList<UploadFilesTask*> m_tasks;
     int m_replyCount = 0;
 };

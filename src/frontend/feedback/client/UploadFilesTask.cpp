@@ -1,17 +1,16 @@
 #include "feedback/client/UploadFilesTask.h"
 
 #include <QDebug>
-#include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QUrl>
-#include <QUuid>
 
+#include "feedback/client/UploadPlace.h"
 #include "fenk/system/RegularFile.h"
 #include "net/HttpRequest.h"
 #include "net/LoggedAddress.h"
@@ -22,15 +21,22 @@ namespace {
 
 const char ArchiveSuffix[] = "tar.gz";
 const char Cancelled[] = "cancelled";
+constexpr int LongestText = 2000;  // of the archiver
 
-/// Nothing with an error text: no regular file, unreadable or too large.
+/// With an error text: no regular file, unreadable, too large, or being written.
 QByteArray readWhole(const QString& path, QString* errorText) {
     QFile file;
     if (!Fenk::RegularFile::open(file, path, Fenk::RegularFile::Links::Followed))
         *errorText = QStringLiteral("cannot be opened");
     else if (file.size() > UploadFilesTask::MaximumBytes)
         *errorText = QStringLiteral("is larger than %1 bytes").arg(UploadFilesTask::MaximumBytes);
-    return errorText->isEmpty() ? file.read(UploadFilesTask::MaximumBytes) : QByteArray();
+    if (!errorText->isEmpty())
+        return {};
+    const qint64 size = file.size();
+    const QByteArray bytes = file.read(size + 1);
+    if (bytes.size() != size)
+        *errorText = QStringLiteral("was changed while it was read");
+    return bytes;
 }
 
 }  // namespace
@@ -154,10 +160,7 @@ QString UploadFilesTask::uploadImage(QNetworkAccessManager* network) {
 
 QString UploadFilesTask::uploadLogs(QNetworkAccessManager* network) {
     qInfo("Start upload log");
-    const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-    QDir().mkpath(directory);
-    const QString archive =
-        directory + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + '.' + ArchiveSuffix;
+    const QString archive = UploadPlace::newArchive();
     QString errorText = makeArchive(archive);
     if (errorText.isEmpty()) {
         const QByteArray bytes = readWhole(archive, &errorText);
@@ -173,12 +176,12 @@ QString UploadFilesTask::uploadLogs(QNetworkAccessManager* network) {
     return errorText;
 }
 
-/// Its exit code only goes to the log: an archive that lacks a file is better than none.
+/// The archiver's exit code and messages only go to the log: an archive that lacks a file is better than
+/// none.
 QString UploadFilesTask::makeArchive(const QString& archive) {
     QProcess tar;
     QEventLoop loop;
     tar.setStandardOutputFile(QProcess::nullDevice());
-    tar.setStandardErrorFile(QProcess::nullDevice());
     QObject::connect(&tar, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), &loop,
                      &QEventLoop::quit);
     QObject::connect(&tar, &QProcess::errorOccurred, &loop, &QEventLoop::quit);
@@ -190,7 +193,12 @@ QString UploadFilesTask::makeArchive(const QString& archive) {
         tar.waitForFinished(-1);
     }
     qInfo() << "Compress log files finished:" << tar.exitCode();
-    return isCancelled() ? QString(Cancelled) : QString();
+    if (tar.exitCode() != 0)
+        qWarning().noquote() << "tar says:"
+                             << QString::fromLocal8Bit(tar.readAllStandardError().left(LongestText));
+    if (isCancelled())
+        return Cancelled;
+    return tar.exitStatus() == QProcess::CrashExit ? QStringLiteral("tar was killed or crashed") : QString();
 }
 
 QString UploadFilesTask::put(QNetworkAccessManager* network, const QByteArray& bytes) {

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+/// Where copies of logs and archives lie until they are sent: a directory of this user. For any thread.
+namespace UploadPlace {
+
+/// A template for QTemporaryDir. Makes the directory that it lies in.
+QString newLogs();
+/// The file does not exist yet, its directory does.
+QString newArchive();
+
+/// Removes what an earlier process, which was ended in the middle, has left: what is older than an hour.
+void removeLeftOvers();
+
+}  // namespace UploadPlace
