@@ -57,7 +57,6 @@ void BottleService::connectRequests() {
     connect(&m_bottles, &BottleRequests::aboutToDelete, this, [this](const QString& bottle) {
         m_bottleComponents.cancelAll(bottle);
         m_bottleRepairs.cancelAll(bottle);
-        m_backups.cancelFor(bottle);
         m_setups.cancelForDeletion(bottle);
         m_offline.cancelForDeletion(bottle);
         m_dependencies.cancelAll(bottle);

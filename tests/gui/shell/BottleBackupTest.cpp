@@ -79,6 +79,8 @@ private Q_SLOTS:
         row("busy", R"({"ok":false,"busy":["App <b>"],"reasons":[{"code":"busy","arguments":["App"]}]})",
             "Harbour Office cannot be backed up while programs run in its container.", "App <b>",
             "Try Again");
+        row("ended by another", R"({"ok":false,"reasons":[{"code":"cancelled"}]})",
+            "Harbour Office could not be backed up.", "stopped", "");
     }
     void ends() {
         QFETCH(QString, answer);

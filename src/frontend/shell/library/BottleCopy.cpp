@@ -28,20 +28,6 @@ QString joined(const QJsonArray& names) {
     return QLocale().createSeparatedList(texts);
 }
 
-Outcome failureOf(BottleCopy::Kind kind, const QString& name, const BusResult& result) {
-    const QJsonObject object = result.object();
-    if (object["reasons"][0].toObject()["code"] == "cancelled")
-        return {Outcome::End::Cancelled, {}, {}};
-    if (object.contains("busy"))
-        return {Outcome::End::Busy,
-                BottleCopy::tr("%1 cannot be backed up while programs run in its container.").arg(name),
-                BottleCopy::tr("Close them and try again: %1").arg(joined(object["busy"].toArray()))};
-    return {Outcome::End::Failed,
-            kind == BottleCopy::Kind::BackUp ? BottleCopy::tr("%1 could not be backed up.").arg(name)
-                                             : BottleCopy::tr("The backup could not be restored."),
-            result.ok ? ServiceErrorText::of(object) : result.errorText()};
-}
-
 }  // namespace
 
 BottleCopy* BottleCopy::backUp(const Program& program, const QString& file) {
@@ -68,13 +54,14 @@ BottleCopy::BottleCopy(Kind kind, const QString& name, const QString& file)
 }
 
 void BottleCopy::cancel() {
+    m_isCancelled = true;
     BottleBackups::instance()->cancel(m_file);
 }
 
 void BottleCopy::finish(const BusResult& result) {
     if (!result.ok || !result.object()["ok"].toBool())
         qWarning().noquote() << "no copy of a bottle:" << m_file << result.errorMessage << result.text;
-    const Outcome outcome = outcomeOf(m_kind, m_name, m_file, result);
+    const Outcome outcome = outcomeOf(result);
     if (!isSignalConnected(QMetaMethod::fromSignal(&BottleCopy::finished)))
         notify(outcome);
     m_hold.reset();
@@ -93,21 +80,36 @@ void BottleCopy::notify(const Outcome& outcome) {
         [hold = PendingWork::instance()->hold()](bool) {});
 }
 
-Outcome BottleCopy::outcomeOf(Kind kind, const QString& name, const QString& file, const BusResult& result) {
+Outcome BottleCopy::failureOf(const BusResult& result) const {
+    const QJsonObject object = result.object();
+    const QString failure = m_kind == Kind::BackUp ? tr("%1 could not be backed up.").arg(m_name)
+                                                   : tr("The backup could not be restored.");
+    if (object["reasons"][0].toObject()["code"] == "cancelled")
+        return m_isCancelled ? Outcome{Outcome::End::Cancelled, {}, {}}
+                             : Outcome{Outcome::End::Failed, failure,
+                                       tr("The service stopped the work before its end.")};
+    if (object.contains("busy"))
+        return {Outcome::End::Busy,
+                tr("%1 cannot be backed up while programs run in its container.").arg(m_name),
+                tr("Close them and try again: %1").arg(joined(object["busy"].toArray()))};
+    return {Outcome::End::Failed, failure, result.ok ? ServiceErrorText::of(object) : result.errorText()};
+}
+
+Outcome BottleCopy::outcomeOf(const BusResult& result) const {
     const QJsonObject object = result.object();
     if (!result.ok || !object["ok"].toBool())
-        return failureOf(kind, name, result);
+        return failureOf(result);
     Outcome outcome{Outcome::End::Done, {}, {}};
     const QJsonArray leftOut = object["leftOut"].toArray();
-    if (kind == Kind::BackUp) {
+    if (m_kind == Kind::BackUp) {
         outcome.text = tr("%1 is backed up (%2).")
-                           .arg(name, TextUtils::readableSize(qint64(object["bytes"].toDouble())));
+                           .arg(m_name, TextUtils::readableSize(qint64(object["bytes"].toDouble())));
         outcome.note =
             leftOut.isEmpty()
-                ? QDir::toNativeSeparators(file)
+                ? QDir::toNativeSeparators(m_file)
                 : tr("Links that lead out of the container are not in the file: %1").arg(joined(leftOut));
     } else {
-        outcome.text = tr("Back in the library: %1").arg(name);
+        outcome.text = tr("Back in the library: %1").arg(m_name);
         if (object["otherWine"].toBool())
             outcome.note = tr("This machine has another Wine; the files of Windows were updated to it.");
     }

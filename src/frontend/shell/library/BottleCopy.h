@@ -35,9 +35,6 @@ public:
     /// Tells the end by a notification of the desktop, for when there is no window.
     static void notify(const Outcome& outcome);
 
-    /// The rule of the end, from the service's answer.
-    static Outcome outcomeOf(Kind kind, const QString& name, const QString& file, const BusResult& result);
-
 Q_SIGNALS:
     /// In bytes; the total is 0 as long as it is not known.
     void progress(qint64 done, qint64 total);
@@ -47,9 +44,14 @@ Q_SIGNALS:
 private:
     BottleCopy(Kind kind, const QString& name, const QString& file);
     void finish(const BusResult& result);
+    /// The rule of the end, from the service's answer. A cancelling that the user did not ask for is a
+    /// failure.
+    Outcome outcomeOf(const BusResult& result) const;
+    Outcome failureOf(const BusResult& result) const;
 
     Kind m_kind;
     QString m_name;
     QString m_file;
+    bool m_isCancelled = false;  ///< by the user
     PendingWork::Hold m_hold;
 };

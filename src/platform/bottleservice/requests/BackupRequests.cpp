@@ -72,7 +72,7 @@ void BackupRequests::exportBottle(const QString& bottle, const QString& file, co
                 self->end(file);
             reply(answer);
         });
-    begin(file, {bottle, progress, [job = QPointer<Job>(job.get()), progress] {
+    begin(file, {progress, [job = QPointer<Job>(job.get()), progress] {
                      progress->cancelled = true;
                      if (job)
                          job->cancel();
@@ -97,7 +97,7 @@ void BackupRequests::importBottle(const QString& file, const QString& name, cons
                 Q_EMIT self->restored(
                     QJsonDocument::fromJson(answer.text.toUtf8()).object()["bottle"].toString());
         });
-    begin(file, {QString(), progress, [job = QPointer<Job>(job.get()), progress] {
+    begin(file, {progress, [job = QPointer<Job>(job.get()), progress] {
                      progress->cancelled = true;
                      if (job)
                          job->cancel();
@@ -117,17 +117,10 @@ void BackupRequests::describeBackup(const QString& file, const Reply& reply) {
 }
 
 void BackupRequests::cancelBottleCopy(const QString& file, const Reply& reply) {
-    const auto copy = m_copies.constFind(file);
-    if (copy != m_copies.constEnd())
-        copy->cancel();
+    // A copy of the function, since the copy of the bottle may end meanwhile.
+    if (const auto cancel = m_copies.value(file).cancel)
+        cancel();
     reply(Answer::of());
-}
-
-void BackupRequests::cancelFor(const QString& bottle) {
-    for (const Copy& copy : qAsConst(m_copies)) {
-        if (copy.bottle == bottle)
-            copy.cancel();
-    }
 }
 
 void BackupRequests::begin(const QString& file, const Copy& copy) {

@@ -23,7 +23,7 @@ public:
     /// Removes what a killed service has left of backups.
     void recover();
 
-    /// See ExportBottleJob; answers at the end.
+    /// See ExportBottleJob; answers at the end. A deletion of the bottle waits for it.
     void exportBottle(const QString& bottle, const QString& file, const Reply& reply);
     /// See ImportBottleJob; answers at the end.
     void importBottle(const QString& file, const QString& name, const Reply& reply);
@@ -32,8 +32,6 @@ public:
     void describeBackup(const QString& file, const Reply& reply);
     /// Cancels the copy to or from that file, if there is one. Answers at once.
     void cancelBottleCopy(const QString& file, const Reply& reply);
-    /// For a bottle that is being deleted.
-    void cancelFor(const QString& bottle);
 
     bool isIdle() const { return m_copies.isEmpty() && m_descriptions == 0; }
 
@@ -45,7 +43,6 @@ Q_SIGNALS:
 
 private:
     struct Copy {
-        QString bottle;  ///< that is backed up; empty for a restoration
         std::shared_ptr<BackupFile::Progress> progress;
         std::function<void()> cancel;
         qint64 told = -1;
