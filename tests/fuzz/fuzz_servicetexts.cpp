@@ -28,6 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     const QByteArray text(reinterpret_cast<const char*>(data) + 1, int(size) - 1);
     QString error;
+    Reason fault;
     switch (data[0] % 5) {
         case 0:
             roundTrip(text);
@@ -39,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             Associations::collect(RegistryFile::parse(text, "Software\\Classes\\"));
             break;
         case 3:
-            ManifestExport::parseForm(QString::fromUtf8(text), &error);
+            ManifestExport::parseForm(QString::fromUtf8(text), &fault);
             break;
         default:
             WindowsCommandLine::split(QString::fromUtf8(text));

@@ -94,7 +94,7 @@ QString ComponentSetup::text() const {
     const QString name = shown(valueOf(m_name));
     switch (m_phase) {
         case Phase::Preparing:
-            return SwitcherText::tr("Preparing %1").arg(name);
+            return QCoreApplication::translate("ComponentsSwitcherWidget", "Preparing %1").arg(name);
         case Phase::Waiting:
             return QCoreApplication::translate("ComponentsSwitcherWidget", "Waiting for download %1")
                 .arg(name);
