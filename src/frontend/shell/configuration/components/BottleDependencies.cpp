@@ -13,8 +13,8 @@
 
 namespace {
 
-void send(const QString& bottle, const QString& name, bool again, QObject* context,
-          const std::function<void(const BusResult&)>& onAnswer) {
+void sendRequest(const QString& bottle, const QString& name, bool again, QObject* context,
+                 const std::function<void(const BusResult&)>& onAnswer) {
     if (again)
         BottlesConfig::instance()->reinstallDependency(bottle, name, context, onAnswer);
     else
@@ -182,7 +182,7 @@ void BottleDependencies::send(const QString& name) {
         else if (!answer.isBusy() && !answer.timedOut)
             onRefused(name, answer);
     };
-    ::send(m_bottle, name, m_requests.value(name), this, onAnswer);
+    sendRequest(m_bottle, name, m_requests.value(name), this, onAnswer);
 }
 
 void BottleDependencies::onRefused(const QString& name, const BusResult& answer) {
@@ -256,10 +256,11 @@ void BottleDependencies::answerProgramsRunning(bool close) {
             if (self && number == self->m_bottles)
                 self->send(name);
             else
-                ::send(bottle, name, requests.value(name), service, [hold, name](const BusResult& answer) {
-                    if (!answer.ok)
-                        qWarning().noquote() << "cannot install" << name << answer.errorMessage;
-                });
+                sendRequest(bottle, name, requests.value(name), service,
+                            [hold, name](const BusResult& answer) {
+                                if (!answer.ok)
+                                    qWarning().noquote() << "cannot install" << name << answer.errorMessage;
+                            });
         }
     };
     BottleTasks::killWineServer(m_bottle, service, request);
