@@ -23,6 +23,7 @@ namespace {
 
 constexpr QSize ListSize(520, 320);
 constexpr int NameWidth = 220;
+constexpr int MostReadNames = 200;  ///< each takes a tool, which may take seconds
 enum Column { Name, Location };
 
 QStandardItem* makeItem(const QString& text, bool isEntered) {
@@ -96,7 +97,7 @@ void ChooseExecutableDialog::load() {
 void ChooseExecutableDialog::onPrograms(const QJsonArray& programs) {
     BottlesConfig::instance()->watchBottle(m_bottle, this, [this, programs](const BusResult& result) {
         const auto look = [path = BottleRecord::path(result.object()), programs] {
-            return ExecutableList::of(path, programs, ExecutableList::nameInVersionBlock);
+            return ExecutableList::of(path, programs);
         };
         inBackground(this, look, [this](const QVector<Executable>& found) { fill(found); });
     });
@@ -122,6 +123,28 @@ void ChooseExecutableDialog::fill(const QVector<Executable>& executables) {
     connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &ChooseExecutableDialog::onItemClicked);
     onItemClicked(m_list->currentIndex());
+    readNames(0);
+}
+
+void ChooseExecutableDialog::readNames(int row) {
+    while (row < m_executables.size() && m_executables[row].isNamed)
+        ++row;
+    if (row == m_executables.size() || ++m_readNames > MostReadNames)
+        return;
+    const auto read = [file = m_executables[row].file] { return ExecutableList::nameInVersionBlock(file); };
+    const auto take = [this, row](const QString& name) {
+        if (!name.isEmpty())
+            setName(row, name);
+        readNames(row + 1);
+    };
+    inBackground(this, read, take, m_thread.pool());
+}
+
+void ChooseExecutableDialog::setName(int row, const QString& name) {
+    m_executables[row].name = name;
+    m_model->item(row, Name)->setText(name);
+    if (!m_executables[row].isEntered)
+        m_model->item(row, Name)->setToolTip(plainToolTip(name));
 }
 
 const Executable* ChooseExecutableDialog::chosen() const {

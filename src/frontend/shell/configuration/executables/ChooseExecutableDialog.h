@@ -1,5 +1,6 @@
 #pragma once
 
+#include "backend/OwnThread.h"
 #include "fenk/window/Dialog.h"
 #include "shell/configuration/executables/ExecutableList.h"
 
@@ -10,7 +11,8 @@ class QStandardItemModel;
 class QTreeView;
 
 /// Lets the user pick one of the programs that lie in a bottle: those that are entered already are shown, but
-/// can't be picked. Does not wait for the service.
+/// can't be picked. Programs without a name get that of their version block when the list is shown already;
+/// this stops with the dialog. Does not wait for the service.
 class ChooseExecutableDialog : public Fenk::Dialog {
     Q_OBJECT
 public:
@@ -30,6 +32,9 @@ private:
     void load();
     void onPrograms(const QJsonArray& programs);
     void fill(const QVector<Executable>& executables);
+    /// From this row on, one after the other.
+    void readNames(int row);
+    void setName(int row, const QString& name);
     const Executable* chosen() const;
 
     const QString m_bottle;
@@ -39,5 +44,7 @@ private:
     ListPlaceholder* m_nothing;
     ListPlaceholder* m_failed;
     QStackedWidget* m_pages;
-    int m_add = 0;  ///< index of the button
+    int m_add = 0;        ///< index of the button
+    int m_readNames = 0;  ///< in version blocks
+    OwnThread m_thread;
 };

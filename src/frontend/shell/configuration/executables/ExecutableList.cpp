@@ -8,8 +8,7 @@
 #include "backend/WindowsPath.h"
 #include "launch/inspection/ExeFileInfo.h"
 
-QVector<Executable> ExecutableList::of(const QString& bottlePath, const QJsonArray& programs,
-                                       const std::function<QString(const QString& file)>& nameOfFile) {
+QVector<Executable> ExecutableList::of(const QString& bottlePath, const QJsonArray& programs) {
     QVector<Executable> list;
     QSet<QString> known;
     for (const QJsonValue& value : programs) {
@@ -27,12 +26,10 @@ QVector<Executable> ExecutableList::of(const QString& bottlePath, const QJsonArr
         }
         known.insert(key);
         qInfo().noquote() << "Append program: " << path;
-        QString name = ProgramRecord::name(record).simplified();
-        if (name.isEmpty())
-            name = nameOfFile(file).simplified();
-        if (name.isEmpty())
-            name = QFileInfo(file).completeBaseName();
-        list.append({name, path, record, !ProgramRecord::autoDiscovered(record)});
+        const QString name = ProgramRecord::name(record).simplified();
+        const bool isNamed = !name.isEmpty();
+        list.append({isNamed ? name : QFileInfo(file).completeBaseName(), path, record,
+                     !ProgramRecord::autoDiscovered(record), file, isNamed});
     }
     return list;
 }
