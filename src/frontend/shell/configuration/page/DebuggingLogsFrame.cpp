@@ -1,7 +1,6 @@
 #include "shell/configuration/page/DebuggingLogsFrame.h"
 
 #include <QBoxLayout>
-#include <QLocale>
 #include <QStackedWidget>
 
 #include "core/base/BuildInfo.h"
@@ -22,11 +21,6 @@ constexpr int ErrorLine = 0;  // DebugLog has decided
 constexpr int PlainLine = 3;
 constexpr int LogShare = 3;  ///< of five parts of the width
 constexpr int HintsShare = 2;
-
-QString helpUrl() {
-    const bool isChinese = QLocale().name().startsWith(QLatin1String("zh"));
-    return BuildInfo::driverHelpUrl().arg(isChinese ? "cn" : "en");
-}
 
 /// A heading with buttons at its right edge, and what it is the heading of.
 QWidget* makePart(const QString& title, const QVector<QWidget*>& buttons, QWidget* content) {
@@ -116,6 +110,6 @@ void DebuggingLogsFrame::setReading(bool reading) {
 }
 
 void DebuggingLogsFrame::showHints(const QVector<Hint>& hints) {
-    m_hints->showPage(HintHtml::page(hints, helpUrl()));
+    m_hints->showPage(HintHtml::page(hints, BuildInfo::driverHelpUrl()));
     m_hintsPart->setVisible(!hints.isEmpty());
 }

@@ -39,9 +39,9 @@ DriverWarning::DriverWarning(QWidget* parent) : Dialog(parent) {
            "the model and type of your current device's graphics cardand install the corresponding driver."));
     auto* help = new Label(Label::Body);
     help->setTextFormat(Qt::RichText);
-    help->setText(tr("Please refer to ").toHtmlEscaped() +
-                  TextUtils::linkHtml(BuildInfo::driverHelpUrl().arg(isChinese() ? "cn" : "en"),
-                                      tr("\"Installing drivers of graphics cards\"")));
+    help->setText(
+        tr("Please refer to ").toHtmlEscaped() +
+        TextUtils::linkHtml(BuildInfo::driverHelpUrl(), tr("\"Installing drivers of graphics cards\"")));
     help->setWordWrap(true);
     help->setAlignment(Qt::AlignCenter);
     help->setTextInteractionFlags(Qt::TextBrowserInteraction);
