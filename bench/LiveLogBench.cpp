@@ -1,10 +1,12 @@
 // The log pane while a program prints as fast as a debugging run does: 30 MB/s of lines, most of them traces,
 // from a child process. Longest time in which the window does not react, how long its thread was busy in one
 // turn of its event loop, and CPU time: once for the pane and once, to compare, for plain reading of the same
-// bytes. The arguments are MB/s and seconds; the exit status is 1 if a turn keeps the window busy for more
-// than 50 ms.
+// bytes; and the peak of memory. The arguments are MB/s and seconds; the exit status is 1 if a turn keeps the
+// window busy for more than 50 ms, or if the pane does not account for every line.
 //
 //     QT_QPA_PLATFORM=offscreen build/<preset>/bench/LiveLogBench [30] [3]
+#include <sys/resource.h>
+
 #include <ctime>
 
 #include <QElapsedTimer>
@@ -40,14 +42,33 @@ double milliseconds(clockid_t clock) {
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
-/// The child: a piece of lines every few milliseconds.
-int print(double megabytes, int seconds) {
-    QByteArray piece;
-    for (int i = 0; piece.size() < megabytes * 1e6 * PieceMs / 1000; ++i) {
+/// What is printed every few milliseconds.
+struct Piece {
+    QByteArray bytes;
+    int shownLines = 0;  ///< those that are no traces
+};
+
+Piece makePiece(double megabytes) {
+    Piece piece;
+    for (int i = 0; piece.bytes.size() < megabytes * 1e6 * PieceMs / 1000; ++i) {
         const bool isShown = i % 4 == 0;
-        piece += QByteArray("0024:0028:") + (isShown ? "fixme:dwmapi:" : "trace:module:") +
-                 "LdrGetProcedureAddress called for program " + QByteArray::number(i) + " of usual length\n";
+        piece.shownLines += isShown;
+        piece.bytes += QByteArray("0024:0028:") + (isShown ? "fixme:dwmapi:" : "trace:module:") +
+                       "LdrGetProcedureAddress called for program " + QByteArray::number(i) +
+                       " of usual length\n";
     }
+    return piece;
+}
+
+double peakMegabytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return double(usage.ru_maxrss) / 1024;
+}
+
+/// The child.
+int print(double megabytes, int seconds) {
+    const QByteArray piece = makePiece(megabytes).bytes;
     QElapsedTimer clock;
     clock.start();
     for (int turn = 1; turn * PieceMs <= seconds * 1000; ++turn) {
@@ -109,6 +130,7 @@ int main(int argc, char** argv) {
     const Result plain = measure(
         arguments, [](const QByteArray&) {}, [](QEventLoop* loop) { loop->quit(); });
     report("plain reading", plain);
+    const double plainPeak = peakMegabytes();
 
     DebuggingLogsFrame frame;
     frame.resize(700, 400);
@@ -126,5 +148,10 @@ int main(int argc, char** argv) {
     const LogStore& store = frame.log()->store();
     std::printf("ratio: CPU x%.2f, busiest turn x%.2f; %d lines kept, %lld dropped\n", live.cpu / plain.cpu,
                 live.busiest / std::max(plain.busiest, 1.0), store.lineCount(), store.droppedLines());
-    return live.busiest > LimitMs ? 1 : 0;
+    const Piece piece = makePiece(std::atof(qPrintable(arguments[0])));
+    const qint64 expected = qint64(live.bytes / piece.bytes.size()) * piece.shownLines;
+    const qint64 counted = store.lineCount() + store.droppedLines();
+    std::printf("lines: %lld of %lld; peak of memory: x%.2f (%.0f MB)\n", counted, expected,
+                peakMegabytes() / plainPeak, peakMegabytes());
+    return live.busiest > LimitMs || counted != expected ? 1 : 0;
 }

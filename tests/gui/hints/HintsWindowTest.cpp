@@ -21,16 +21,7 @@ class HintsWindowTest : public QObject, HintsFixture {
 
     QStringList m_opened;
 
-    /// A page that stands in for the one of components while the window has none.
-    QLineEdit* componentSearch() const {
-        if (!find("components_search_edit")) {
-            auto* page = new QWidget;
-            (new QLineEdit(page))->setObjectName("components_search_edit");
-            m_view->findChild<ConfigPages*>()->addPage(BottlesConfigView::Components,
-                                                       "Component Installation", page);
-        }
-        return find<QLineEdit>("components_search_edit");
-    }
+    QLineEdit* componentSearch() const { return find<QLineEdit>("components_search_edit"); }
     /// By the mouse.
     void clickLink(const QString& target) {
         QTextCursor cursor(hints()->document());
@@ -45,11 +36,12 @@ class HintsWindowTest : public QObject, HintsFixture {
         QTest::mouseClick(hints()->viewport(), Qt::LeftButton, {}, place());
     }
     void showAllHints() {
-        HintFacts facts;
-        facts.isMonoMissing = facts.isGame = true;
-        facts.missingFonts = QStringList{"simsun.ttc"};
+        using Kind = Hint::Kind;
         m_view->showLogs();
-        frame()->showHints(HintRules::of(facts));
+        frame()->showHints({{Kind::DotNetRuntime, {"dotnet48", "mono9"}},
+                            {Kind::MissingFonts, {"simsun.ttc"}},
+                            {Kind::GameGraphics, {}},
+                            {Kind::OtherWineOrTranslator, {}}});
     }
 
 private Q_SLOTS:
@@ -71,6 +63,7 @@ private Q_SLOTS:
         const Table<QString, QString, QString> row("link", "page", "opened");
         row("component", "component:dotnet48", "Component Installation", "");
         row("page", "tab:0", "Basic Configuration", "");
+        row("second page", "tab:1", "Wine Parameter", "");
         row("folder", "{drive_c}/windows/Fonts", "", "drive_c/windows/Fonts");
         row("help", "http", "", "http");
     }
@@ -80,7 +73,7 @@ private Q_SLOTS:
         QFETCH(QString, opened);
         open();
         QLineEdit* edit = componentSearch();
-        m_view->onConfigurePageToggled(BottlesConfigView::WineParameter);
+        m_view->onConfigurePageToggled(BottlesConfigView::DebuggingTools);
         showAllHints();
         const QString help = hints()->page().section("href=\"http", 1).section('"', 0, 0);
         clickLink(link == "http" ? link + help : link);

@@ -112,6 +112,14 @@ private Q_SLOTS:
             f->hasLaunchResult = false;
             f->isConsole = true;
         });
+        row("all at once", "net dotnet48 mono9, fonts a.ttf, components mfc42, game, console, steam, windows",
+            [](F f) {
+                f->isMonoMissing = f->isGame = f->isConsole = f->isSteamRuntimeEnded = true;
+                f->missingFonts = QStringList{"a.ttf"};
+                f->missingComponents = QStringList{"mfc42"};
+                f->hasLaunchResult = false;
+                f->findings |= LogMissingWinRT;
+            });
         row("Windows runtime", "wine, windows", [](F f) {
             f->hasLaunchResult = false;
             f->findings |= LogMissingWinRT;
@@ -163,6 +171,36 @@ private Q_SLOTS:
                             "margin-right:0px\">The application need .NET runtime"));
         QVERIFY(page.contains("Missing Fonts for app: simsun.ttc a b.ttf"));
         QCOMPARE(HintHtml::page({}, "https://x"), QString());
+    }
+
+    void itemsOfThePage_data() {
+        using Kind = Hint::Kind;
+        const QString link = R"(<a  style="text-decoration: none;" href="%1">%2</a>)";
+        const Table<int, QString> row("kind", "item");
+        row("components", int(Kind::MissingComponents),
+            "Missing Components for app:<ul><li>" + link.arg("component:mfc42", "mfc42") + "</li></ul>");
+        row("game", int(Kind::GameGraphics),
+            "You can try to " + link.arg("https://x", "install graphics card driver") + " , and setup " +
+                link.arg("tab:0", "dxvk, vkd3d or proton") + " for gamming.");
+        row("console", int(Kind::Console), "For console applications, you can run it in terminal");
+        row("steam", int(Kind::SteamRuntimeEnded),
+            "Killed broken steam runtime, please restart the application");
+        row("wine", int(Kind::OtherWine),
+            link.arg("tab:0",
+                     "Application is not running as expected, you can try switch wine version and "
+                     "relaunch in Basic Configuration page"));
+        row("windows", int(Kind::OlderWindows),
+            link.arg("tab:0",
+                     "Application use some windows runtime libs that not been implemented in wine,"
+                     "you can try to switch Windows version to Windows 7 and relaunch"));
+    }
+    void itemsOfThePage() {
+        QFETCH(int, kind);
+        QFETCH(QString, item);
+        QCOMPARE(
+            HintHtml::page({{Hint::Kind(kind), {"mfc42"}}}, "https://x"),
+            QString("<html><body><ul><li style=\"margin-top:4px; margin-bottom:4px; margin-right:0px\">") +
+                item + "</li></ul></body></html>");
     }
 
     void namesAreEscaped_data() {
