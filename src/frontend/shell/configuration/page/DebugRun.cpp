@@ -34,6 +34,10 @@ DebugRun::~DebugRun() {
                 launcher->deleteLater();
                 keepLog(from, to, nullptr);
             });
+    connect(launcher, &QProcess::errorOccurred, launcher, [launcher](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            launcher->deleteLater();
+    });
 }
 
 void DebugRun::start(const Request& request) {
