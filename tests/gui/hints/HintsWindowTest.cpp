@@ -2,12 +2,14 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTreeView>
 
 #include "fenk/window/Application.h"
 #include "gui/hints/HintsFixture.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
+#include "shell/configuration/page/AppEntryButton.h"
 #include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
@@ -128,6 +130,21 @@ private Q_SLOTS:
         QCOMPARE(pageFor("task manager"), QString("Debugging Tools"));
         QCOMPARE(pageFor("memory"), QString("Basic Configuration"));
         QCOMPARE(pageFor("nowhere at all"), QString("Basic Configuration"));
+    }
+
+    /// Another program is selected, as by a launch, while the menu is open.
+    void menuActsOnItsProgram() {
+        m_service->setBottle(
+            Bottle, {{"Path", m_bottle.directory()},
+                     {"External_Programs", QJsonObject{{Id, m_program}, {"z", QJsonObject{{"name", "z"}}}}}});
+        open();
+        m_view->onAppEntryBtnRightClicked(m_view->findChild<AppEntryButton*>());
+        auto* menu = find<QMenu>("entry_menu");
+        m_view->selectProgramById("z");
+        QCOMPARE(m_view->title(), QString("Configuration of z"));
+        menu->actions().last()->trigger();
+        QCOMPARE(m_view->title(), QString("Configuration of Notes"));
+        QVERIFY(find("delete_entry_question"));
     }
 
     void foundProgramIsAdded() {
