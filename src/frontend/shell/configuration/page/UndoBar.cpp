@@ -29,14 +29,13 @@ UndoBar::UndoBar(QWidget* parent)
     layout->addWidget(m_text, 1);
     layout->addWidget(m_button);
     const auto take = [this] {
-        if (!isOffering())
-            return;
         const auto undo = m_undo;
         end();
-        undo();
+        if (undo)
+            undo();
     };
     connect(m_button, &QPushButton::clicked, this, take);
-    connect(&m_timer, &QTimer::timeout, this, &UndoBar::end);
+    connect(&m_timer, &QTimer::timeout, this, &UndoBar::hideOffer);
     connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, this, take);
     end();
 }
@@ -58,6 +57,10 @@ void UndoBar::withdraw(const QObject* owner) {
 void UndoBar::end() {
     m_owner = nullptr;
     m_undo = {};
+    hideOffer();
+}
+
+void UndoBar::hideOffer() {
     m_timer.stop();
     m_text->hide();
     m_button->hide();

@@ -10,8 +10,8 @@ namespace Fenk {
 class Label;
 }
 
-/// Says what has just been changed and offers for 10 s to take it back. A newer change of any owner replaces
-/// the offer.
+/// Says for 10 s what has just been changed and offers to take it back. The shortcut takes it back later,
+/// too, until a newer change of any owner replaces the offer.
 class UndoBar : public QWidget {
     Q_OBJECT
 public:
@@ -21,10 +21,10 @@ public:
     void offer(const QString& what, const QObject* owner, const std::function<void()>& undo);
     /// Does nothing when a change of another owner is on offer.
     void withdraw(const QObject* owner);
-    bool isOffering() const { return m_timer.isActive(); }
 
 private:
     void end();
+    void hideOffer();
 
     Fenk::Label* m_text;
     QPushButton* m_button;
