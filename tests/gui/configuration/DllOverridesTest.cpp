@@ -156,6 +156,25 @@ private Q_SLOTS:
         QTRY_COMPARE(m_f->changes().last(), QString("updater.exe="));
     }
 
+    void scanIsCancelled() {
+        m_f->service.setHeld("getExternalProgramsDllList", R"(["own"])");
+        m_f->service.setJson("getExternalProgramsUpdateExes", QJsonArray{"updater.exe"});
+        QVERIFY(m_f->open());
+        auto* button = m_f->page.findChild<QPushButton*>("dlloverride_scanbtn");
+        button->setFocus();
+        button->menu()->actions()[0]->trigger();
+        m_f->service.waitForCall("getExternalProgramsDllList");
+        auto* cancel = m_f->page.findChild<QPushButton*>("dlloverride_cancelbtn");
+        QVERIFY(cancel->hasFocus() && !button->isVisible());
+        QTest::keyClick(cancel, Qt::Key_Space);
+        QVERIFY(button->hasFocus() && !cancel->isVisible());
+        m_f->service.release();
+        Fenk::Dialog* preview = scan(1);
+        QVERIFY(preview);
+        QCOMPARE(preview->findChild<QTreeWidget*>()->topLevelItem(0)->text(0), QString("updater.exe"));
+        QCOMPARE(m_f->page.findChildren<Fenk::Dialog*>("scan_dialog").size(), 1);
+    }
+
     void answersInDisorder() {
         m_f->service.setAnswers("listDllOverrides", {{{"text", R"({"d3d9": "n"})"}},
                                                      {{"text", R"({"old": "n"})"}, {"hold", true}},

@@ -1,13 +1,17 @@
 #include "shell/configuration/dlls/DllOverridePage.h"
 
 #include <QDebug>
+#include <QHBoxLayout>
 #include <QMenu>
 #include <QPushButton>
 
 #include "backend/BottlesConfig.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/IconButton.h"
+#include "fenk/controls/Label.h"
+#include "fenk/controls/Spinner.h"
 #include "fenk/style/Theme.h"
+#include "fenk/style/Tokens.h"
 #include "shell/configuration/dlls/DllOverrideListView.h"
 #include "shell/configuration/dlls/LoadMethods.h"
 #include "shell/configuration/dlls/ScanDialog.h"
@@ -20,11 +24,14 @@ DllOverridePage::DllOverridePage(QWidget* parent)
                  tr("There are no DLLs overridden")},
                 new DllOverrideListView, parent),
       m_list(static_cast<DllOverrideListView*>(table())),
-      m_scan(new QPushButton(tr("Scan"))) {
+      m_scan(new QPushButton(tr("Scan"))),
+      m_scanning(makeScanning()) {
     connect(this, &TablePage::addRequested, m_list, &DllOverrideListView::addNewOverride);
     m_scan->setObjectName("dlloverride_scanbtn");
     m_scan->setMenu(new QMenu(m_scan));
     addTool(m_scan);
+    addTool(m_scanning);
+    setScanning(false);
     addScans();
 }
 
@@ -45,11 +52,42 @@ void DllOverridePage::addScans() {
 }
 
 void DllOverridePage::scan(const QString& title, const Scan& call, int method) {
-    m_scan->setEnabled(false);
-    call([this, title, method](const BusResult& result) {
-        m_scan->setEnabled(true);
+    setScanning(true);
+    call([this, title, method, number = ++m_scans](const BusResult& result) {
+        if (number != m_scans)
+            return;
+        setScanning(false);
         onFound(title, result, method);
     });
+}
+
+QWidget* DllOverridePage::makeScanning() {
+    auto* view = new QWidget;
+    auto* spinner = new Spinner;
+    spinner->setFixedSize(Tokens::IconSmall, Tokens::IconSmall);
+    spinner->start();
+    auto* cancel = new QPushButton(tr("Cancel"));
+    cancel->setObjectName("dlloverride_cancelbtn");
+    connect(cancel, &QPushButton::clicked, this, [this] {
+        ++m_scans;
+        setScanning(false);
+    });
+    auto* layout = new QHBoxLayout(view);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space8);
+    layout->addWidget(spinner);
+    layout->addWidget(new Label(tr("Scanning…")));
+    layout->addWidget(cancel);
+    return view;
+}
+
+void DllOverridePage::setScanning(bool scanning) {
+    QPushButton* cancel = m_scanning->findChild<QPushButton*>();
+    const bool hadFocus = m_scan->hasFocus() || cancel->hasFocus();
+    m_scan->setVisible(!scanning);
+    m_scanning->setVisible(scanning);
+    if (hadFocus)
+        (scanning ? cancel : m_scan)->setFocus();
 }
 
 void DllOverridePage::onFound(const QString& title, const BusResult& result, int method) {
