@@ -7,6 +7,8 @@
 
 #include "TableFixture.h"
 #include "fenk/window/Dialog.h"
+#include "manifest/SettingRules.h"
+#include "shell/configuration/dlls/DllNames.h"
 #include "shell/configuration/dlls/DllOverrideItemDelegate.h"
 #include "shell/configuration/dlls/DllOverrideListView.h"
 #include "shell/configuration/dlls/DllOverridePage.h"
@@ -58,6 +60,14 @@ private Q_SLOTS:
         QVERIFY(DllOverrideItemDelegate::builtinDlls().contains("d3d9"));
     }
 
+    /// The rule is the service's.
+    void goodNames() {
+        for (const char* name : {"d3d9", "*a", "my updater.exe", "", "a;b", "a=b", "a,b", "a\"b", "a*", "**a",
+                                 "a/b", "a\\b", "c:a", " a", "a\nb", "*", "名"})
+            QVERIFY2(DllNames::isGood(name) == SettingRules::isDllName(name), name);
+        QVERIFY(DllNames::isGood(QString(255, 'a')) && !DllNames::isGood(QString(256, 'a')));
+    }
+
     void edits_data() {
         const Table<Action, QStringList, QStringList> row("action", "sent", "shown");
         const QString d = "d3d9=Native then Builtin", m = "mshtml=Disabled", z = "zlib=Builtin (Wine)";
@@ -67,6 +77,8 @@ private Q_SLOTS:
         row("case", [](F& f) { f.edit(1, 0, "MSHTML"); }, {"-mshtml", "MSHTML="}, {d, "MSHTML=Disabled", z});
         row("no name", [](F& f) { f.edit(1, 0, ""); }, {}, {d, m, z});
         row("name of another", [](F& f) { f.edit(1, 0, "ZLIB"); }, {}, {d, m, z});
+        row("module of another", [](F& f) { f.edit(1, 0, "Zlib.DLL"); }, {}, {d, m, z});
+        row("bad name", [](F& f) { f.edit(1, 0, "a=b"); }, {}, {d, m, z});
         row("escape", [](F& f) { f.edit(1, 0, "new", Qt::Key_Escape); }, {}, {d, m, z});
         row("new row", [](F& f) { f.add("X"); }, {"X=n,b"}, {"X=Native then Builtin", d, m, z});
         row("new row without name", [](F& f) { f.add(""); }, {}, {d, m, z});

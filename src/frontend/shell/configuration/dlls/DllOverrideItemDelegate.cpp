@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QDebug>
 #include <QFile>
-#include <QRegularExpressionValidator>
 
 #include "shell/configuration/dlls/DllOverrideListView.h"
 #include "shell/configuration/dlls/LoadMethods.h"
@@ -38,9 +37,6 @@ void DllOverrideItemDelegate::prepare(QComboBox* combo, int column) const {
     if (column == 0) {
         combo->setAccessibleName("dllname_edit");
         makeCompleting(combo, m_dlls, VisibleItems, true);
-        // What ends a name for Wine, and directories.
-        static const QRegularExpression allowed("\\*?[^;=,\"*/\\\\:]*");
-        combo->setValidator(new QRegularExpressionValidator(allowed, combo));
         return;
     }
     combo->setAccessibleName("loadmethod_edit");

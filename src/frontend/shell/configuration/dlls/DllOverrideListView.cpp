@@ -6,6 +6,7 @@
 
 #include "backend/BottlesConfig.h"
 #include "fenk/style/WidgetLook.h"
+#include "shell/configuration/dlls/DllNames.h"
 #include "shell/configuration/dlls/DllOverrideItemDelegate.h"
 #include "shell/configuration/dlls/LoadMethods.h"
 
@@ -44,13 +45,22 @@ QString DllOverrideListView::nameOf(int row) const {
     return rows()->item(row, 0)->text();
 }
 
+QString DllOverrideListView::faultOf(int row) const {
+    const QString name = nameOf(row);
+    if (name.isEmpty())
+        return {};
+    if (!DllNames::isGood(name))
+        return tr("%1 is no name of a DLL or program.").arg(name);
+    return rowOf(name, row) < 0 ? QString() : tr("There is an override of %1 already.").arg(name);
+}
+
 int DllOverrideListView::methodOf(int row) const {
     return rows()->item(row, 1)->data(MethodRole).toInt();
 }
 
 int DllOverrideListView::rowOf(const QString& name, int except) const {
     for (int row = 0; row < rows()->rowCount(); ++row) {
-        if (row != except && nameOf(row).toLower() == name.toLower())
+        if (row != except && DllNames::isSame(nameOf(row), name))
             return row;
     }
     return -1;
@@ -124,9 +134,10 @@ void DllOverrideListView::sendRow(int row) {
     if (name == sentName)
         return;
     qInfo() << "dll name changed" << sentName << "-->" << name;
-    if (name.isEmpty() || rowOf(name, row) >= 0) {
-        if (!name.isEmpty())
-            Q_EMIT refused(tr("There is an override of %1 already.").arg(name));
+    const QString fault = faultOf(row);
+    if (name.isEmpty() || !fault.isEmpty()) {
+        if (!fault.isEmpty())
+            Q_EMIT refused(fault);
         setFilling(true);
         nameItem->setText(sentName);
         setFilling(false);

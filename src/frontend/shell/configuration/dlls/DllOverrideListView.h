@@ -13,7 +13,7 @@ public:
 
     /// What a scan has found, in one step; names in lower case. Rows that are there get the method.
     void merge(const QStringList& names, int method);
-    /// The row of a name, whatever its case; -1 when there is none.
+    /// The row whose name Wine takes for the same, whatever its case; -1 when there is none.
     int rowOf(const QString& name, int except = -1) const;
 
     TableRows sentRows() const override;
@@ -34,6 +34,8 @@ protected:
 
 private:
     QString nameOf(int row) const;
+    /// Why the row cannot have its name, for the user; empty when it can.
+    QString faultOf(int row) const;
     int methodOf(int row) const;
     /// Sends what the row has now and the service has not.
     void sendRow(int row);
