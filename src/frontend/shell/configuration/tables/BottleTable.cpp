@@ -1,5 +1,6 @@
 #include "shell/configuration/tables/BottleTable.h"
 
+#include <QScrollBar>
 #include <QStandardItemModel>
 
 #include "backend/BottlesConfig.h"
@@ -62,10 +63,27 @@ void BottleTable::take(const TableRows& rows) {
         Q_EMIT replaced();
 }
 
-void BottleTable::refill(const TableRows& rows) {
+void BottleTable::refill(const TableRows& list) {
+    const auto nameOf = [this](int row) { return rows()->item(row, 0)->text(); };
+    const QModelIndex current = currentIndex();
+    const QString currentName = current.isValid() ? nameOf(current.row()) : QString();
+    const int column = current.column(), place = verticalScrollBar()->value();
+    QStringList selected;
+    for (const int row : selectedRows())
+        selected << nameOf(row);
     setFilling(true);
-    fill(rows);
+    fill(list);
     setFilling(false);
+    clearSelection();
+    for (int row = 0; row < rows()->rowCount(); ++row) {
+        if (selected.contains(nameOf(row)))
+            selectionModel()->select(rows()->index(row, 0),
+                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        if (column >= 0 && nameOf(row) == currentName)
+            selectionModel()->setCurrentIndex(rows()->index(row, column), QItemSelectionModel::NoUpdate);
+    }
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(place);
 }
 
 void BottleTable::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {

@@ -55,7 +55,8 @@ protected:
 
 private:
     void take(const TableRows& rows);
-    void refill(const TableRows& rows);
+    /// The rows are new ones afterwards: place, selection and current cell are kept by name.
+    void refill(const TableRows& list);
     void followBottle();
 
     TableSync* m_sync;
