@@ -200,6 +200,27 @@ private Q_SLOTS:
         QTRY_COMPARE(m_f->shown(), QStringList{"new=Builtin (Wine)"});
     }
 
+    void placeIsKept() {
+        QJsonObject list;
+        for (int i = 10; i < 90; ++i)
+            list.insert(QString("dll%1").arg(i), "n");
+        m_f->service.setJson("listDllOverrides", list);
+        QVERIFY(m_f->open());
+        m_f->table->merge({"dll40", "dll85"}, 1);
+        const auto isShown = [this](int row) {
+            return m_f->table->viewport()->rect().intersects(
+                m_f->table->visualRect(m_f->table->rows()->index(row, 0)));
+        };
+        QVERIFY(isShown(30) && !isShown(75));
+        m_f->choose({"dll41", "dll43"});
+        m_f->table->selectionModel()->setCurrentIndex(m_f->table->rows()->index(31, 1),
+                                                      QItemSelectionModel::NoUpdate);
+        m_f->table->undo();
+        QVERIFY(isShown(30));
+        QCOMPARE(m_f->table->selectedRows(), QList<int>({31, 33}));
+        QCOMPARE(m_f->table->currentIndex(), m_f->table->rows()->index(31, 1));
+    }
+
     void editorStaysOpen() {
         QVERIFY(m_f->open());
         m_f->service.setText("listDllOverrides", R"({"brought": "n"})");

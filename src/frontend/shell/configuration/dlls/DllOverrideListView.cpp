@@ -175,10 +175,12 @@ void DllOverrideListView::merge(const QStringList& names, int method) {
     QHash<QString, int> known;
     for (int row = 0; row < rows()->rowCount(); ++row)
         known.insert(nameOf(row).toLower(), row);
+    int first = rows()->rowCount();
     step([&] {
         for (const QString& found : names) {
             const QString name = found.toLower();
             const int row = known.value(name, rows()->rowCount());
+            first = qMin(first, row);
             if (row < rows()->rowCount()) {
                 rows()->item(row, 1)->setData(method, MethodRole);
                 continue;
@@ -189,7 +191,7 @@ void DllOverrideListView::merge(const QStringList& names, int method) {
             known.insert(name, row);
         }
     });
-    scrollToBottom();
+    scrollTo(rows()->index(first, 0));
 }
 
 void DllOverrideListView::addMenuEntries(QMenu* menu) {
