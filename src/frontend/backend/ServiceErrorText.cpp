@@ -103,6 +103,13 @@ constexpr Row Rows[] = {
     {"unfit-manifest",
      QT_TRANSLATE_NOOP("ServiceErrorText",
                        "A setting of the bottle or an answer of the form cannot be written to a manifest.")},
+    {"bad-dll-name", QT_TRANSLATE_NOOP("ServiceErrorText", "\"%1\" is no name of a DLL or program.")},
+    {"bad-load-method", QT_TRANSLATE_NOOP("ServiceErrorText", "\"%1\" is no way to load a DLL.")},
+    {"bad-font-name", QT_TRANSLATE_NOOP("ServiceErrorText", "\"%1\" is no name of a font.")},
+    {"windows-not-set",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "This Wine cannot be set to the Windows version \"%1\": %2")},
+    {"registry-unchanged",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The registry of the bottle was not changed: %1")},
 };
 
 const char* formatOf(const QString& code) {

@@ -221,9 +221,9 @@ void RecipeRunner::addOverrides(const RecipeStep& step) {
 
 void RecipeRunner::writeRegistry(const RegistryChange& change) {
     m_writer = new RegistryWriter(m_runner, m_bottlePath, change, this);
-    connect(m_writer, &RegistryWriter::finished, this, [this](const QString& errorText) {
+    connect(m_writer, &RegistryWriter::finished, this, [this](const Reason& reason) {
         std::exchange(m_writer, nullptr)->deleteLater();
-        stepEnded(errorText);
+        stepEnded(reason);
     });
     m_writer->start();
 }

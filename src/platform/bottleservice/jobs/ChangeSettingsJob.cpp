@@ -48,19 +48,19 @@ void ChangeSettingsJob::cancel() {
         m_writer->cancel();
 }
 
-void ChangeSettingsJob::onWritten(const QString& errorText) {
+void ChangeSettingsJob::onWritten(const Reason& reason) {
     QString error;
     // Wine may have written a part of it.
-    if (!errorText.isEmpty() && m_cancelled) {
+    if (!reason.isEmpty() && m_cancelled) {
         finish(Answer::failure(Fault::Failed, "The service ends; its next start finishes the change."));
         return;
     }
-    if (!errorText.isEmpty()) {
-        qWarning() << "settings of" << m_bottle.shownName() << "stay as they were:" << errorText;
+    if (!reason.isEmpty()) {
+        qWarning() << "settings of" << m_bottle.shownName() << "stay as they were:" << reason.text();
         const auto before = BottleYaml::parse(m_before, &error);
         if (before)
             m_bottle.save(*before, &error);
-        finish(Answer::failure(Fault::Failed, errorText));
+        finish(Answer::failure(Fault::Failed, reason));
         return;
     }
     Answer failure;

@@ -23,7 +23,7 @@ public:
     void cancel() override;
 
 private:
-    void onWritten(const QString& errorText);
+    void onWritten(const Reason& reason);
 
     JobBottle m_bottle;
     Change m_change;

@@ -238,9 +238,9 @@ void SetupBottleJob::applySettings() {
         return;
     }
     m_writer = new RegistryWriter(m_runner, m_staged->path(), change, this);
-    connect(m_writer, &RegistryWriter::finished, this, [this](const QString& errorText) {
+    connect(m_writer, &RegistryWriter::finished, this, [this](const Reason& reason) {
         m_writer->deleteLater();
-        stepEnded(errorText);
+        stepEnded(reason);
     });
     m_writer->start();
 }

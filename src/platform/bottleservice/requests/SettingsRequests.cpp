@@ -49,13 +49,18 @@ void SettingsRequests::recover() {
     }
 }
 
-bool SettingsRequests::refuse(bool wrong, const QString& bottle, const QString& errorText,
+bool SettingsRequests::refuse(bool wrong, const QString& bottle, const Reason& reason,
                               const Reply& reply) const {
     if (RequestChecks::refuseName(bottle, reply))
         return true;
     if (wrong)
-        reply(Answer::failure(Answer::Fault::InvalidArgs, errorText));
+        reply(Answer::failure(Answer::Fault::InvalidArgs, reason));
     return wrong;
+}
+
+bool SettingsRequests::refuseFont(const QString& font, const QString& bottle, const Reply& reply) const {
+    return refuse(!SettingRules::isFontName(font), bottle,
+                  Reason(Reason::BadFontName, {BottleName::shown(font)}), reply);
 }
 
 void SettingsRequests::change(const QString& bottle, std::function<void(BottleYaml&)> change,
@@ -127,11 +132,10 @@ Answer SettingsRequests::listDllOverrides(const QString& bottle) const {
 
 void SettingsRequests::updateDllOverride(const QString& bottle, const QString& dll, const QString& method,
                                          bool remove, const Reply& reply) {
-    const bool wrong = !SettingRules::isDllName(dll) || (!remove && !SettingRules::isLoadMethod(method));
-    if (refuse(wrong, bottle,
-               QString("\"%1\" is no name of a DLL, or \"%2\" no way to load it.")
-                   .arg(BottleName::shown(dll), BottleName::shown(method)),
-               reply))
+    if (refuse(!SettingRules::isDllName(dll), bottle, Reason(Reason::BadDllName, {BottleName::shown(dll)}),
+               reply) ||
+        refuse(!remove && !SettingRules::isLoadMethod(method), bottle,
+               Reason(Reason::BadLoadMethod, {BottleName::shown(method)}), reply))
         return;
     change(
         bottle,
@@ -150,11 +154,7 @@ Answer SettingsRequests::listFontReplacements(const QString& bottle) const {
 
 void SettingsRequests::addFontReplacement(const QString& bottle, const QString& font,
                                           const QString& replacement, const Reply& reply) {
-    const bool wrong = !SettingRules::isFontName(font) || !SettingRules::isFontName(replacement);
-    if (refuse(wrong, bottle,
-               QString("\"%1\" or \"%2\" is no name of a font.")
-                   .arg(BottleName::shown(font), BottleName::shown(replacement)),
-               reply))
+    if (refuseFont(font, bottle, reply) || refuseFont(replacement, bottle, reply))
         return;
     change(
         bottle, [font, replacement](BottleYaml& settings) { settings.setFontReplacement(font, replacement); },
@@ -162,8 +162,7 @@ void SettingsRequests::addFontReplacement(const QString& bottle, const QString& 
 }
 
 void SettingsRequests::removeFontReplacement(const QString& bottle, const QString& font, const Reply& reply) {
-    if (refuse(!SettingRules::isFontName(font), bottle,
-               QString("\"%1\" is no name of a font.").arg(BottleName::shown(font)), reply))
+    if (refuseFont(font, bottle, reply))
         return;
     change(
         bottle, [font](BottleYaml& settings) { settings.removeFontReplacement(font); },

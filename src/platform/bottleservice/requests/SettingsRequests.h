@@ -42,7 +42,8 @@ private:
     void change(const QString& bottle, std::function<void(BottleYaml&)> change,
                 const RegistryChange& registry, const Reply& reply);
     /// Replies with an error and returns true when the name or the value is wrong.
-    bool refuse(bool wrong, const QString& bottle, const QString& errorText, const Reply& reply) const;
+    bool refuse(bool wrong, const QString& bottle, const Reason& reason, const Reply& reply) const;
+    bool refuseFont(const QString& font, const QString& bottle, const Reply& reply) const;
     Answer listed(const QString& bottle, const char* key) const;
 
     BottleEngine* m_engine;

@@ -63,6 +63,11 @@ constexpr Reason::Format Formats[] = {
     {"manifest-value", "\"%1\" of the manifest must be text of at most %2 characters."},
     {"manifest-name", "The manifest needs a name."},
     {"unfit-manifest", "A setting of the bottle or an answer of the form cannot be written to a manifest."},
+    {"bad-dll-name", "\"%1\" is no name of a DLL or program."},
+    {"bad-load-method", "\"%1\" is no way to load a DLL."},
+    {"bad-font-name", "\"%1\" is no name of a font."},
+    {"windows-not-set", "This Wine cannot be set to the Windows version \"%1\": %2"},
+    {"registry-unchanged", "The registry of the bottle was not changed: %1"},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -63,6 +63,11 @@ public:
         ManifestValue,
         ManifestName,
         UnfitManifest,
+        BadDllName,
+        BadLoadMethod,
+        BadFontName,
+        WindowsNotSet,
+        RegistryUnchanged,
         CodeCount
     };
 

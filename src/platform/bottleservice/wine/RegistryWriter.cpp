@@ -38,8 +38,7 @@ void RegistryWriter::setWindows(const QString& code) {
             m_change = RegistryChange::windows11OverWindows10().then(m_change);
             setWindows("win10");
         } else {
-            Q_EMIT finished(
-                QString("This Wine cannot be set to the Windows version \"%1\": %2").arg(code, errorText));
+            Q_EMIT finished(Reason(Reason::WindowsNotSet, {code, errorText}));
         }
     });
 }
@@ -55,8 +54,7 @@ void RegistryWriter::importEntries() {
         return;
     }
     run({"regedit.exe", "/S", "-"}, m_file.fileName(), [this](const QString& errorText) {
-        Q_EMIT finished(errorText.isEmpty() ? QString()
-                                            : "The registry of the bottle was not changed: " + errorText);
+        Q_EMIT finished(errorText.isEmpty() ? Reason() : Reason(Reason::RegistryUnchanged, {errorText}));
     });
     // The command has it open; a killed service must not leave it.
     m_file.remove();

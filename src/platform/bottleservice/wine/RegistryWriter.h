@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QTemporaryFile>
 
+#include "bottleservice/result/Reason.h"
 #include "bottleservice/settings/RegistryChange.h"
 #include "bottleservice/wine/Runners.h"
 
@@ -18,12 +19,12 @@ public:
                    QObject* parent = nullptr);
 
     void start();
-    /// Ends the work; finished() follows with an error text.
+    /// Ends the work; finished() follows with a reason.
     void cancel();
 
 Q_SIGNALS:
-    /// Exactly once; an empty text is success.
-    void finished(const QString& errorText);
+    /// Exactly once; an empty reason is success.
+    void finished(const Reason& reason);
 
 private:
     void setWindows(const QString& code);
