@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QFontDialog>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QStandardItemModel>
 
@@ -23,21 +24,23 @@ bool isSame(const QString& font, const QString& other) {
     return font.compare(other, Qt::CaseInsensitive) == 0;
 }
 
-/// A replacement, with a warning when this machine does not have the font.
+/// A replacement, with a remark when this machine does not have the font: the bottle itself or its Wine may.
 class ReplacementItem : public QStandardItem {
 public:
     ReplacementItem(const QString& family, const QSet<QString>* families)
         : QStandardItem(family), m_families(families) {}
 
     QVariant data(int role) const override {
-        const bool warns =
+        const bool isRemark =
             role == Qt::DecorationRole || role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole;
-        if (!warns || text().isEmpty() || m_families->contains(text().toLower()))
+        if (!isRemark || text().isEmpty() || m_families->contains(text().toLower()))
             return QStandardItem::data(role);
         if (role == Qt::DecorationRole)
-            return Fenk::Theme::icon("fenk-warning");
+            return Fenk::Theme::icon("fenk-info");
         return Fenk::plainToolTip(
-            FontReplacementListView::tr("%1 is not among the fonts of this machine.").arg(text()));
+            FontReplacementListView::tr(
+                "%1 is not among the fonts of this machine. It is used only if the container has it.")
+                .arg(text()));
     }
 
 private:
@@ -50,8 +53,8 @@ FontReplacementListView::FontReplacementListView(QWidget* parent)
     : BottleTable("listFontReplacements", tr("Windows font"), tr("Replacement"), parent) {
     setObjectName("fontreplacement_listview");
     setAccessibleName(tr("Font Replacement"));
-    for (const QString& family : FontNames::ofSystem())
-        m_families.insert(family.toLower());
+    readFamilies();
+    connect(qApp, &QGuiApplication::fontDatabaseChanged, this, &FontReplacementListView::readFamilies);
     auto* delegate = new FontReplacementItemDelegate(this);
     setItemDelegate(delegate);
     connect(delegate, &FontReplacementItemDelegate::edited, this,
@@ -63,6 +66,13 @@ FontReplacementListView::FontReplacementListView(QWidget* parent)
         for (auto it = list.begin(); it != list.end(); ++it)
             qInfo() << "load font replacement: " << it.key() << "->" << it.value().toString();
     });
+}
+
+void FontReplacementListView::readFamilies() {
+    m_families.clear();
+    for (const QString& family : FontNames::ofSystem())
+        m_families.insert(family.toLower());
+    viewport()->update();
 }
 
 QString FontReplacementListView::text(int row, int column) const {

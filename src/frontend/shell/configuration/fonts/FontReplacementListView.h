@@ -26,6 +26,7 @@ protected:
     void addRow() override { addNewReplacements(); }
 
 private:
+    void readFamilies();
     QString text(int row, int column) const;
     QString sentFont(int row) const;
     void setSent(int row);
