@@ -121,37 +121,30 @@ public:
     void listDllOverrides(const QString& bottle, QObject* context, const Handler& handler) {
         watch("listDllOverrides", {bottle}, context, handler);
     }
-    void updateDllOverride(const QString& bottle, const QString& dll, const QString& method,
-                           QObject* context = nullptr, const Handler& handler = {}) {
-        fireOrWatch("updateDllOverride", {bottle, dll, method, false}, context, handler);
+    void updateDllOverride(const QString& bottle, const QString& dll, const QString& method, QObject* context,
+                           const Handler& handler) {
+        watch("updateDllOverride", {bottle, dll, method, false}, context, handler, Ignored);
     }
-    void removeDllOverride(const QString& bottle, const QString& dll, QObject* context = nullptr,
-                           const Handler& handler = {}) {
-        fireOrWatch("updateDllOverride", {bottle, dll, QString(""), true}, context, handler);
+    void removeDllOverride(const QString& bottle, const QString& dll, QObject* context,
+                           const Handler& handler) {
+        watch("updateDllOverride", {bottle, dll, QString(""), true}, context, handler, Ignored);
     }
-    BusResult getExternalProgramsDllList(const QString& bottle) {
-        return block("getExternalProgramsDllList", {bottle});
-    }
-    BusResult getExternalProgramsUpdateExes(const QString& bottle) {
-        return block("getExternalProgramsUpdateExes", {bottle});
-    }
-    // The same two without waiting.
-    void watchExternalProgramsDllList(const QString& bottle, QObject* context, const Handler& handler) {
+    void getExternalProgramsDllList(const QString& bottle, QObject* context, const Handler& handler) {
         watch("getExternalProgramsDllList", {bottle}, context, handler);
     }
-    void watchExternalProgramsUpdateExes(const QString& bottle, QObject* context, const Handler& handler) {
+    void getExternalProgramsUpdateExes(const QString& bottle, QObject* context, const Handler& handler) {
         watch("getExternalProgramsUpdateExes", {bottle}, context, handler);
     }
     void listFontReplacements(const QString& bottle, QObject* context, const Handler& handler) {
         watch("listFontReplacements", {bottle}, context, handler);
     }
     void addFontReplacements(const QString& bottle, const QString& font, const QString& replacement,
-                             QObject* context = nullptr, const Handler& handler = {}) {
-        fireOrWatch("addFontReplacements", {bottle, font, replacement}, context, handler);
+                             QObject* context, const Handler& handler) {
+        watch("addFontReplacements", {bottle, font, replacement}, context, handler, Ignored);
     }
-    void removeFontReplacement(const QString& bottle, const QString& font, QObject* context = nullptr,
-                               const Handler& handler = {}) {
-        fireOrWatch("removeFontReplacement", {bottle, font}, context, handler);
+    void removeFontReplacement(const QString& bottle, const QString& font, QObject* context,
+                               const Handler& handler) {
+        watch("removeFontReplacement", {bottle, font}, context, handler, Ignored);
     }
 
     // Programs. The two waits with a running event loop end early when owner is destroyed.

@@ -52,8 +52,10 @@ private Q_SLOTS:
         row("setDxvk", Fire, {"b", "-", true}, CALL(setDxvk("b", "-")));
         row("cancelInstallingComponent", Block, {"b", "vkd3d", "c"},
             CALL(cancelInstallingComponent("b", ComponentKind::vkd3d(), "c")));
-        row("updateDllOverride", Fire, {"b", "d", "", true}, CALL(removeDllOverride("b", "d")));
-        row("getExternalProgramsDllList", Block, {"b"}, CALL(getExternalProgramsDllList("b")));
+        row("updateDllOverride", Watch, {"b", "d", "", true},
+            CALL(removeDllOverride("b", "d", &owner, ignore)));
+        row("getExternalProgramsDllList", Watch, {"b"},
+            CALL(getExternalProgramsDllList("b", &owner, ignore)));
         row("listFontReplacements", Watch, {"b"}, CALL(listFontReplacements("b", &owner, ignore)));
         row("listAllPrograms", Loop, {}, CALL(listAllPrograms(&owner)));
         row("updateExternalProgram", Block, {"b", R"({"id":"u","name":"n"})"},
@@ -113,14 +115,14 @@ private Q_SLOTS:
                                 CALL(setD3dRenderer("b", "gdi")),
                                 CALL(setWindowsVersion("b", "win10")),
                                 CALL(killWineServer("b")),
-                                CALL(updateDllOverride("b", "d", "native")),
-                                CALL(addFontReplacements("b", "f", "r")),
-                                CALL(removeFontReplacement("b", "f")),
+                                CALL(updateDllOverride("b", "d", "native", &owner, ignore)),
+                                CALL(addFontReplacements("b", "f", "r", &owner, ignore)),
+                                CALL(removeFontReplacement("b", "f", &owner, ignore)),
                                 CALL(runCommand("b", "regedit.exe")),
                                 CALL(createDesktopEntry("b", "u")),
                                 CALL(fireUpdateExternalProgram("b", {})),
                                 CALL(listBottlesAllPrograms("b", &owner, ignore)),
-                                CALL(getExternalProgramsUpdateExes("b")),
+                                CALL(getExternalProgramsUpdateExes("b", &owner, ignore)),
                                 CALL(dumpManifest("{}", &owner, ignore)),
                                 CALL(getRunnerVersion("r"))};
         for (const Call& method : methods)

@@ -39,13 +39,13 @@ void DllOverridePage::addScans() {
     const QString dlls = tr("Scan app dlls from bottles"), updaters = tr("Disable app updater");
     m_scan->menu()->addAction(dlls, this, [this, dlls] {
         const auto call = [this](const ServiceCalls::Handler& handler) {
-            BottlesConfig::instance()->watchExternalProgramsDllList(m_list->bottle(), this, handler);
+            BottlesConfig::instance()->getExternalProgramsDllList(m_list->bottle(), this, handler);
         };
         scan(dlls, call, LoadMethods::NativeThenBuiltin);
     });
     m_scan->menu()->addAction(updaters, this, [this, updaters] {
         const auto call = [this](const ServiceCalls::Handler& handler) {
-            BottlesConfig::instance()->watchExternalProgramsUpdateExes(m_list->bottle(), this, handler);
+            BottlesConfig::instance()->getExternalProgramsUpdateExes(m_list->bottle(), this, handler);
         };
         scan(updaters, call, LoadMethods::Disabled);
     });
