@@ -85,9 +85,10 @@ void BottleUtils::openProgramFolder(const QString& bottle, const QString& progra
     });
 }
 
-void BottleUtils::runCommand(const QString& bottle, const QString& commandLine) {
+void BottleUtils::runCommand(const QString& bottle, const QString& commandLine, QObject* context,
+                             const std::function<void(const BusResult&)>& handler) {
     qInfo().noquote().nospace() << "[" << bottle << "] " << commandLine;
-    service().runCommand(bottle, commandLine);
+    service().runCommand(bottle, commandLine, context, handler);
 }
 
 BottleUtils::Removal BottleUtils::deleteEntry(const QString& bottle, const QString& programId,

@@ -2,6 +2,10 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <functional>
+
+class QObject;
+struct BusResult;
 
 /// Single operations on bottles and their programs, each through the background service. Readers call the
 /// service every time and block. Failures are logged and read as empty; nothing here shows a window.
@@ -19,7 +23,9 @@ void killProgram(const QString& bottle, const QString& programId);
 /// These two return at once and open when the service has answered; GUI thread.
 void openDriveC(const QString& bottle);
 void openProgramFolder(const QString& bottle, const QString& programId);
-void runCommand(const QString& bottle, const QString& commandLine);
+/// The optional handler gets the end of the call.
+void runCommand(const QString& bottle, const QString& commandLine, QObject* context = nullptr,
+                const std::function<void(const BusResult&)>& handler = {});
 
 enum class Removal { Done, ProgramRefused, BottleRefused };
 /// Removes a program; with the flag, also the bottle when that was its last one. Blocks; not in the GUI

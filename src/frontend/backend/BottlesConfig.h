@@ -38,8 +38,9 @@ public:
     void watchEmulators(const QString& bottle, QObject* context, const Handler& handler) {
         watch("getEmulators", {bottle}, context, handler);
     }
-    void setEmulator(const QString& bottle, const QString& emulator) {
-        fire("setEmulator", {bottle, emulator});
+    void setEmulator(const QString& bottle, const QString& emulator, QObject* context = nullptr,
+                     const Handler& handler = {}) {
+        fireOrWatch("setEmulator", {bottle, emulator}, context, handler);
     }
 
     // Components and dependencies. kind is one of ComponentKind; the version "-" turns DXVK or VKD3D off.
@@ -175,8 +176,9 @@ public:
     }
     void killProgram(const QString& bottle, const QString& programId);
     void killWineServer(const QString& bottle, QObject* context = nullptr, const Handler& handler = {});
-    void runCommand(const QString& bottle, const QString& commandLine) {
-        fire("run_command", {bottle, commandLine});
+    void runCommand(const QString& bottle, const QString& commandLine, QObject* context = nullptr,
+                    const Handler& handler = {}) {
+        fireOrWatch("run_command", {bottle, commandLine}, context, handler);
     }
     void exportFileAssociations(const QString& bottle, const QStringList& keys) {
         fire("exportFileAssociations", {bottle, keys});

@@ -157,11 +157,15 @@ private Q_SLOTS:
         if (shown != "box64 [hangover]")
             return;
         QCOMPARE(outOfReach(m_page.get()), QString());
+        m_service->setError("Bottles.setEmulator", "no");
         QTest::mouseClick(translatorCombo(), Qt::LeftButton);
         QTRY_VERIFY(translatorCombo()->view()->isVisible());
         QTest::keyClick(translatorCombo()->view(), Qt::Key_Up);
         QTest::keyClick(translatorCombo()->view(), Qt::Key_Return);
         QCOMPARE(m_service->waitForCall("setEmulator").arguments, (QJsonArray{"office", "box64"}));
+        QTRY_COMPARE(shownTranslators(), shown);  // it was refused
+        m_page->setBottle("office", m_home.path());
+        QCOMPARE(shownTranslators(), shown);  // until the service has answered
     }
 
     /// A late answer about one bottle does not show on another.

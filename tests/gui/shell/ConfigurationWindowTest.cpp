@@ -238,6 +238,18 @@ private Q_SLOTS:
         QVERIFY(!m_view);
     }
 
+    void toolsSayWhatFails() {
+        m_service->setError("Bottles.run_command", "out of order");
+        setBottle({"a"});
+        open();
+        m_view->onConfigurePageToggled(BottlesConfigView::DebuggingTools);
+        for (QAbstractButton* button : m_view->findChildren<QAbstractButton*>()) {
+            if (button->text() == "Wine Configuration")
+                button->click();
+        }
+        QTRY_VERIFY(m_view->findChild<Fenk::FloatingMessage*>());
+    }
+
     void columnStaysNarrow() {
         setBottle({"a"});
         open();

@@ -15,8 +15,9 @@ EntryMenu::EntryMenu(BottlePrograms* programs, bool canRun, QWidget* parent) : Q
     addAction(tr("Internet Settings"), this, &EntryMenu::internetSettingsRequested);
     QMenu* tools = addMenu(tr("Frequently Used Functions"));
     for (const BottleCommand& command : BottleCommands::all())
-        tools->addAction(command.text(), programs,
-                         [program = programs->currentRef(), run = command.run] { run(program); });
+        tools->addAction(command.text(), programs, [programs, &command, program = programs->currentRef()] {
+            command.start(programs, program);
+        });
     if (programs->list().entries().size() > 1) {
         addSeparator();
         Fenk::setDestructive(addAction(tr("Delete"), this, &EntryMenu::deleteRequested));

@@ -32,8 +32,7 @@ ToolsPage::ToolsPage(BottlePrograms* programs, QWidget* parent) : QWidget(parent
     int count = 0;
     for (const BottleCommand& command : BottleCommands::all()) {
         QPushButton* button = addButton(command.text(), 1 + count / Columns, count % Columns);
-        connect(button, &QPushButton::clicked, programs,
-                [programs, run = command.run] { run(programs->currentRef()); });
+        connect(button, &QPushButton::clicked, programs, [programs, &command] { command.start(programs, programs->currentRef()); });
         if (command.needsProgram)
             connect(programs, &BottlePrograms::changed, button,
                     [programs, button] { button->setEnabled(programs->list().currentEntry()); });

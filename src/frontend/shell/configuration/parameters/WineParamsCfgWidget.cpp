@@ -9,8 +9,10 @@
 #include "backend/BottleLogs.h"
 #include "backend/BottlesConfig.h"
 #include "fenk/controls/Card.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/LineEdit.h"
 #include "fenk/controls/SettingRow.h"
+#include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "shell/configuration/parameters/EmulatorComboBox.h"
 #include "shell/configuration/parameters/EnvironmentText.h"
@@ -98,9 +100,11 @@ void WineParamsCfgWidget::connectControls() {
 }
 
 void WineParamsCfgWidget::setBottle(const QString& name, const QString& path) {
+    const bool isOther = m_bottle != name;
     m_bottle = name;
     m_logFile->setDefaultDirectory(path.isEmpty() ? QString() : BottleLogs::directory(path));
-    showTranslators(EmulatorsInfo(), true);
+    if (isOther)
+        showTranslators(EmulatorsInfo(), true);
     if (isVisible())
         refreshTranslators();
 }
@@ -169,7 +173,17 @@ bool WineParamsCfgWidget::hasTranslators() const {
 }
 
 void WineParamsCfgWidget::onEmulatorChanged() {
-    BottlesConfig::instance()->setEmulator(m_bottle, m_emulators->currentData().toString());
+    ++m_questions;  // an answer from before would show the former one
+    const QString name = m_emulators->currentData().toString();
+    BottlesConfig::instance()->setEmulator(m_bottle, name, this, [this, name](const BusResult& answer) {
+        if (answer.ok || answer.timedOut)
+            return;
+        qWarning().noquote() << "cannot set the translator" << name << "of" << m_bottle
+                             << answer.errorMessage;
+        FloatingMessage::show(this, Theme::icon("fenk-error"),
+                              tr("The translator could not be changed: %1").arg(answer.errorText()));
+        refreshTranslators();
+    });
 }
 
 void WineParamsCfgWidget::showEvent(QShowEvent* event) {
