@@ -34,26 +34,26 @@ constexpr std::array<SettingInfo, size_t(SettingCount)> Table{{
     {Setting::DiscreteGpu, "discrete_gpu_switch_btn", Control::Switch,
      QT_TRANSLATE_NOOP("BasicPage", "Use discrete GPU"), "",
      QT_TRANSLATE_NOOP("BasicPage",
-                       "On a computer with two graphics cards, programs run on the faster one. It takes more "
-                       "power."),
+                       "On a computer with two graphics cards, programs run on the faster one, which takes "
+                       "more power."),
      &sendValue<&Service::setDiscreteGpu, bool>},
     {Setting::CpuRendering, "software_render_switch_btn", Control::Switch,
      QT_TRANSLATE_NOOP("BasicPage", "CPU rendering"), "",
-     QT_TRANSLATE_NOOP("BasicPage",
-                       "Draws without the graphics card. Slow, but right where a driver draws wrongly."),
+     QT_TRANSLATE_NOOP(
+         "BasicPage",
+         "Draws without the graphics card, which is slow, but right where a driver draws wrongly."),
      &sendValue<&Service::setCpuRendering, bool>},
     {Setting::Dpi, "dpi_spinbox", Control::Number, QT_TRANSLATE_NOOP("BasicPage", "Display DPI"),
      QT_TRANSLATE_NOOP("BasicPage", "Range 96-480"),
      QT_TRANSLATE_NOOP("BasicPage", "How large programs draw text and windows; 96 is 100 %, 192 is 200 %."),
      &sendValue<&Service::setDPI, int>},
     {Setting::Dxvk, "dxvk_versions_combobox", Control::Component, QT_TRANSLATE_NOOP("BasicPage", "dxvk"), "",
-     QT_TRANSLATE_NOOP("BasicPage",
-                       "Draws Direct3D 9 to 11 through Vulkan, which makes games faster. Needs a graphics "
-                       "driver with Vulkan."),
+     QT_TRANSLATE_NOOP(
+         "BasicPage",
+         "Draws Direct3D 9 to 11 through a graphics driver with Vulkan, which makes games faster."),
      &sendComponent<&Service::setDxvk>},
     {Setting::Vkd3d, "vkd3d_versions_combobox", Control::Component, QT_TRANSLATE_NOOP("BasicPage", "vkd3d"),
-     "",
-     QT_TRANSLATE_NOOP("BasicPage", "Draws Direct3D 12 through Vulkan. Needs a graphics driver with Vulkan."),
+     "", QT_TRANSLATE_NOOP("BasicPage", "Draws Direct3D 12 through a graphics driver with Vulkan."),
      &sendComponent<&Service::setVkD3D>},
     {Setting::WindowsVersion, "window_version_combobox", Control::Choice,
      QT_TRANSLATE_NOOP("BasicPage", "Windows version"), "",
@@ -62,8 +62,8 @@ constexpr std::array<SettingInfo, size_t(SettingCount)> Table{{
     {Setting::Runner, "wine_version_combobox", Control::Component,
      QT_TRANSLATE_NOOP("BasicPage", "Wine version"), "",
      QT_TRANSLATE_NOOP("BasicPage",
-                       "The Wine that runs the programs of this container. A program that fails with one "
-                       "version may run with another."),
+                       "The Wine that runs the programs of this container: one that fails with one version "
+                       "may run with another."),
      &sendComponent<&Service::setRunner>},
     {Setting::MemOptimized, "mem_optimized_switch_btn", Control::Switch,
      QT_TRANSLATE_NOOP("BasicPage", "Memory optimization"), "",
