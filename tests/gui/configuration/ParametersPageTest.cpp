@@ -95,6 +95,10 @@ private Q_SLOTS:
         QCOMPARE(m_entry->arguments + '|' + m_entry->environment + '|' + m_entry->channels + '|' +
                      m_entry->logPath,
                  QString("-a -b|B=x y C=3|+d3d|/tmp/a.log"));
+        m_page->setEntry(m_entry);
+        for (auto* reset : m_page->findChildren<QAbstractButton*>("reset_btn"))
+            reset->click();
+        QCOMPARE(m_entry->arguments + m_entry->environment + m_entry->channels + m_entry->logPath, QString());
         QVERIFY(environment()->text().isEmpty() && channels()->channels().isEmpty());
         m_page->setEntry(nullptr);
         QVERIFY(!environment()->isEnabled() && !channels()->isEnabled());

@@ -299,8 +299,19 @@ private Q_SLOTS:
         edit->setText("memory");
         QVERIFY(find("mem_optimized_switch_btn")->isVisible());
         QVERIFY(!find("dpi_spinbox")->isVisible());
+        edit->setText("regedit and nothing else");
+        QVERIFY(find("nothing_found")->isVisible());
+        for (const auto& [text, hit] : {std::pair{"Log Channel", "params_channels"}, {"c-drive", ""}}) {
+            edit->setText(text);
+            QVERIFY(!find("nothing_found")->isVisible());
+            QVERIFY(!find("dpi_spinbox")->isVisible() && !find("params_arguments")->isVisible());
+            QVERIFY(!*hit || find(hit)->isVisible());
+        }
+        m_view->onConfigurePageToggled(BottlesConfigView::FontReplacement);
+        QVERIFY(find("nothing_found")->isVisible());
         edit->clear();
-        QVERIFY(find("dpi_spinbox")->isVisible());
+        m_view->onConfigurePageToggled(BottlesConfigView::Basic);
+        QVERIFY(find("dpi_spinbox")->isVisible() && !find("nothing_found")->isVisible());
     }
 
     void closesWithItsBottle() {

@@ -29,10 +29,7 @@ const struct {
 }  // namespace
 
 BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
-    : QScrollArea(parent),
-      m_settings(settings),
-      m_proton(makeProtonLink()),
-      m_nothing(new Label(tr("No setting has been found"), Label::Secondary)) {
+    : QScrollArea(parent), m_settings(settings), m_proton(makeProtonLink()) {
     setObjectName("basic_page");
     auto* inner = new QWidget;
     auto* layout = new QVBoxLayout(inner);
@@ -62,8 +59,6 @@ BasicPage::BasicPage(BottleSettings* settings, QWidget* parent)
         m_rows.append(row);
         m_groups.last().rows.append(row);
     }
-    m_nothing->setAlignment(Qt::AlignCenter);
-    layout->addWidget(m_nothing);
     layout->addStretch();
     PageArea::setUp(this, inner);
     filter({});
@@ -118,6 +113,5 @@ int BasicPage::filter(const QString& text) {
         group.card->setVisible(shown > 0);
         count += shown;
     }
-    m_nothing->setVisible(count == 0);
     return count;
 }

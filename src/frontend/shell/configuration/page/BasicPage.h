@@ -45,5 +45,4 @@ private:
     QWidget* m_proton;                   ///< below the Wine version
     QVector<SettingControlRow*> m_rows;  ///< in the order of the settings
     QVector<Group> m_groups;
-    Fenk::Label* m_nothing;
 };

@@ -9,7 +9,6 @@
 #include "fenk/controls/SearchEdit.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
-#include "shell/configuration/page/PageTexts.h"
 #include "shell/configuration/rules/SearchedPage.h"
 
 using namespace Fenk;
@@ -18,11 +17,10 @@ namespace {
 constexpr int SearchWidth = 200;
 const char NumberKey[] = "page";
 
-/// Shows only what matches in the page, if it can. Whether anything does.
+/// Shows only what matches in the page. Whether anything does.
 bool filterPage(QWidget* page, const QString& text) {
-    if (auto* searched = dynamic_cast<SearchedPage*>(page))
-        return searched->filter(text) > 0;
-    return PageTexts::matches(page, text);
+    auto* searched = dynamic_cast<SearchedPage*>(page);
+    return searched && searched->filter(text) > 0;
 }
 
 }  // namespace
@@ -32,7 +30,8 @@ ConfigPages::ConfigPages(QWidget* parent)
       m_buttons(new QButtonGroup(this)),
       m_row(new QHBoxLayout),
       m_pages(new QStackedWidget),
-      m_search(new SearchEdit) {
+      m_search(new SearchEdit),
+      m_nothing(new Label(tr("Nothing has been found"), Label::Secondary)) {
     auto* hint =
         new Label(tr("Setting container to improve the success rate of the application, you can debug "
                      "and preview multiple times."),
@@ -57,6 +56,10 @@ ConfigPages::ConfigPages(QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Tokens::Space12);
     layout->addLayout(head);
+    m_nothing->setObjectName("nothing_found");
+    m_nothing->setAlignment(Qt::AlignCenter);
+    m_nothing->hide();
+    layout->addWidget(m_nothing);
     layout->addWidget(m_pages, 1);
     connect(m_search, &QLineEdit::textChanged, this, &ConfigPages::search);
     connect(m_buttons, &QButtonGroup::idClicked, this, &ConfigPages::showPage);
@@ -91,6 +94,7 @@ void ConfigPages::showPage(int number) {
     for (QAbstractButton* other : m_buttons->buttons())
         other->setFocusPolicy(other == button ? Qt::StrongFocus : Qt::ClickFocus);
     m_pages->setCurrentWidget(shown);
+    m_nothing->setVisible(m_empty.contains(shown));
     Q_EMIT pageShown(number);
 }
 
@@ -98,6 +102,7 @@ void ConfigPages::showMatches(int number, const QString& text) {
     QWidget* shown = page(number);
     if (!shown)
         return;
+    m_empty.removeAll(shown);  // the page says itself when it has nothing
     showPage(number);
     filterPage(shown, text);
 }
@@ -105,11 +110,15 @@ void ConfigPages::showMatches(int number, const QString& text) {
 void ConfigPages::search(const QString& text) {
     const QString wanted = text.trimmed();
     QVector<QWidget*> found;
+    m_empty.clear();
     for (int i = 0; i < m_pages->count(); ++i) {
         if (filterPage(m_pages->widget(i), wanted))
             found.append(m_pages->widget(i));
+        else if (!wanted.isEmpty())
+            m_empty.append(m_pages->widget(i));
     }
-    if (!wanted.isEmpty() && !found.isEmpty() && !found.contains(m_pages->currentWidget()))
+    m_nothing->setVisible(m_empty.contains(m_pages->currentWidget()));
+    if (!m_nothing->isHidden() && !found.isEmpty())
         showPage(found.first()->property(NumberKey).toInt());
 }
 

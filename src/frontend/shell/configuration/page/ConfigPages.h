@@ -8,13 +8,14 @@ class QHBoxLayout;
 class QStackedWidget;
 
 namespace Fenk {
+class Label;
 class SearchEdit;
-}
+}  // namespace Fenk
 
 /// The right side of the configuration window above the log: heading, search field, the box of buttons that
 /// chooses a page, and the page. Pages have the numbers that links use; those that are missing have no
-/// button. The search looks through all pages and shows the first one that has what is searched for, the
-/// current one if it has.
+/// button. Each is a SearchedPage. The search looks through all pages and shows the first one that has what
+/// is searched for, the current one if it has.
 class ConfigPages : public QWidget {
     Q_OBJECT
 public:
@@ -39,4 +40,6 @@ private:
     QHBoxLayout* m_row;
     QStackedWidget* m_pages;
     Fenk::SearchEdit* m_search;
+    Fenk::Label* m_nothing;
+    QVector<QWidget*> m_empty;  ///< pages without what is searched for
 };

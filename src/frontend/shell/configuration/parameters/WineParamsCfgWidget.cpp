@@ -11,12 +11,12 @@
 #include "fenk/controls/Card.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/LineEdit.h"
-#include "fenk/controls/SettingRow.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "shell/configuration/parameters/EmulatorComboBox.h"
 #include "shell/configuration/parameters/EnvironmentText.h"
 #include "shell/configuration/parameters/LogFileEdit.h"
+#include "shell/configuration/parameters/ParameterRow.h"
 #include "shell/configuration/parameters/WineChannerCombobox.h"
 #include "widgets/PageArea.h"
 
@@ -50,42 +50,72 @@ void fill(Control* control, void (Control::*set)(const QString&), const QString&
 
 WineParamsCfgWidget::WineParamsCfgWidget(QWidget* parent)
     : QWidget(parent),
+      m_card(new Card),
       m_arguments(makeEdit("params_arguments", tr("Please enter startup parameters"))),
       m_channels(named(new WineChannerCombobox, "params_channels")),
       m_environment(makeEdit("params_environment", tr("Please enter the environment variable"))),
       m_emulators(named(new EmulatorComboBox, "params_emulator")),
-      m_emulatorRow(new SettingRow(tr("Translator"), tr("This machine has no translator"), m_emulators)),
       m_logFile(named(new LogFileEdit, "params_log_file")) {
     m_channels->lineEdit()->setPlaceholderText(tr("Please select the log channel"));
+    // The names of the inner edits; the rows name the controls.
     m_arguments->setAccessibleName(tr("Startup parameter"));
     m_environment->setAccessibleName(tr("Environment Variables"));
     m_texts = {{m_arguments, &EntryParameters::arguments},
                {m_channels, &EntryParameters::channels},
                {m_environment, &EntryParameters::environment},
                {m_logFile, &EntryParameters::logPath}};
-    makeCard();
+    makeRows();
     connectControls();
     showTranslators(EmulatorsInfo(), true);
     setEntry(nullptr);
 }
 
-void WineParamsCfgWidget::makeCard() {
-    auto* card = new Card;
-    card->addRow(new SettingRow(tr("Startup parameter"), {}, m_arguments));
-    card->addRow(new SettingRow(tr("Wine Log Channel"), tr("What a debugging run logs"), m_channels));
-    card->addRow(new SettingRow(tr("Environment Variables"),
-                                tr("NAME=value, separated by blanks; quotes keep blanks in a value"),
-                                m_environment));
-    card->addRow(m_emulatorRow);
-    card->addRow(new SettingRow(tr("Log files"), tr("Where a debugging run is logged"), m_logFile));
+void WineParamsCfgWidget::makeRows() {
+    const auto add = [this](QWidget* control, const QString& label, const QString& tip, const QString& help) {
+        auto* row = new ParameterRow(label, tip, help, control);
+        connect(row, &ParameterRow::resetRequested, this, [this, control] { showText(control, {}); });
+        m_rowOf.insert(control, row);
+        m_rows.append(row);
+    };
+    add(m_arguments, tr("Startup parameter"), {},
+        tr("What the program gets on its command line, as after its name in a terminal."));
+    add(m_channels, tr("Wine Log Channel"), tr("What a debugging run logs"),
+        tr("The parts of Wine that write into the log of a debugging run; empty stands for the usual ones."));
+    add(m_environment, tr("Environment Variables"),
+        tr("NAME=value, separated by blanks; quotes keep blanks in a value"),
+        tr("Variables that the program and Wine find in their environment."));
+    add(m_emulators, tr("Translator"), tr("This machine has no translator"),
+        tr("What runs programs for x86 processors on this machine."));
+    add(m_logFile, tr("Log files"), tr("Where a debugging run is logged"),
+        tr("The file that gets the log of a debugging run; empty stands for one in the container."));
     auto* content = new QWidget;
-    auto* rows = new QVBoxLayout(content);
+    auto* lines = new QVBoxLayout(content);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(0);
+    for (ParameterRow* row : qAsConst(m_rows))
+        lines->addWidget(row);
+    m_card->addRow(content);
+    auto* page = new QWidget;
+    auto* rows = new QVBoxLayout(page);
     rows->setContentsMargins(Tokens::RingExtent, 0, Tokens::Space12, 0);
-    rows->addWidget(card);
+    rows->addWidget(m_card);
     rows->addStretch();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(PageArea::around(content));
+    layout->addWidget(PageArea::around(page));
+    filter({});
+}
+
+int WineParamsCfgWidget::filter(const QString& text) {
+    int shown = 0;
+    for (ParameterRow* row : qAsConst(m_rows)) {
+        const bool fits = text.isEmpty() || row->matches(text);
+        row->setVisible(fits);
+        row->setSeparated(fits && shown > 0);
+        shown += fits;
+    }
+    m_card->setVisible(shown > 0);
+    return shown;
 }
 
 void WineParamsCfgWidget::connectControls() {
@@ -122,11 +152,28 @@ void WineParamsCfgWidget::setEntry(std::shared_ptr<EntryParameters> entry) {
                              static_cast<QWidget*>(m_environment), static_cast<QWidget*>(m_logFile)})
         control->setEnabled(m_entry != nullptr);
     checkEnvironment();
+    refreshResets();
+}
+
+/// As if the user had typed it.
+void WineParamsCfgWidget::showText(QWidget* control, const QString& text) {
+    if (auto* edit = qobject_cast<LineEdit*>(control))
+        edit->setText(text);
+    else if (control == m_channels)
+        m_channels->setChannels(text);
+    else if (control == m_logFile)
+        m_logFile->setPath(text);
+}
+
+void WineParamsCfgWidget::refreshResets() {
+    for (auto it = m_texts.begin(); it != m_texts.end(); ++it)
+        m_rowOf.value(it.key())->setChanged(m_entry && !((*m_entry).*it.value()).isEmpty());
 }
 
 void WineParamsCfgWidget::onTextChanged(const QString& text) {
     if (const Text member = m_texts.value(sender()); m_entry && member)
         (*m_entry).*member = text;
+    refreshResets();
 }
 
 void WineParamsCfgWidget::checkEnvironment() {
@@ -163,9 +210,10 @@ void WineParamsCfgWidget::refreshTranslators() {
 void WineParamsCfgWidget::showTranslators(const EmulatorsInfo& translators, bool asked) {
     m_emulators->fill(translators);
     m_emulators->setEnabled(hasTranslators());
-    m_emulatorRow->setTip(!asked ? tr("The translators could not be read; open this page again to retry")
-                          : hasTranslators() ? tr("Runs x86 programs on this machine")
-                                             : tr("This machine has no translator"));
+    m_rowOf.value(m_emulators)
+        ->setTip(!asked             ? tr("The translators could not be read; open this page again to retry")
+                 : hasTranslators() ? tr("Runs x86 programs on this machine")
+                                    : tr("This machine has no translator"));
 }
 
 bool WineParamsCfgWidget::hasTranslators() const {

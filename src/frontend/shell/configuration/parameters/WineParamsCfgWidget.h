@@ -5,19 +5,21 @@
 #include <memory>
 
 #include "shell/configuration/parameters/EntryParameters.h"
+#include "shell/configuration/rules/SearchedPage.h"
 
 class EmulatorComboBox;
 struct EmulatorsInfo;
 class LogFileEdit;
+class ParameterRow;
 class WineChannerCombobox;
 namespace Fenk {
+class Card;
 class LineEdit;
-class SettingRow;
 }  // namespace Fenk
 
 /// The page "Wine Parameter": shows and edits the parameters of the window's current entry, which the window
 /// saves, and the bottle's translator, which is set at once. Never waits for the service.
-class WineParamsCfgWidget : public QWidget {
+class WineParamsCfgWidget : public QWidget, public SearchedPage {
     Q_OBJECT
 public:
     explicit WineParamsCfgWidget(QWidget* parent = nullptr);
@@ -32,6 +34,8 @@ public:
     /// Whether the machine has translators, as far as was asked.
     bool hasTranslators() const;
 
+    int filter(const QString& text) override;
+
 public Q_SLOTS:
     void onTextChanged(const QString& text);
     void onSetLogSaveDir();
@@ -43,7 +47,9 @@ protected:
 private:
     using Text = QString EntryParameters::*;
 
-    void makeCard();
+    void makeRows();
+    void refreshResets();
+    void showText(QWidget* control, const QString& text);
     void connectControls();
     void checkEnvironment();
     void showTranslators(const EmulatorsInfo& translators, bool asked);
@@ -52,10 +58,12 @@ private:
     QString m_bottle;
     int m_questions = 0;            ///< about translators; only the last one's answer counts
     QHash<QObject*, Text> m_texts;  ///< what each control edits
+    QHash<QObject*, ParameterRow*> m_rowOf;
+    QVector<ParameterRow*> m_rows;  ///< in the order of the page
+    Fenk::Card* m_card;
     Fenk::LineEdit* m_arguments;
     WineChannerCombobox* m_channels;
     Fenk::LineEdit* m_environment;
     EmulatorComboBox* m_emulators;
-    Fenk::SettingRow* m_emulatorRow;
     LogFileEdit* m_logFile;
 };

@@ -20,6 +20,7 @@ TablePage::TablePage(const QString& name, const QString& icon, const Texts& text
                      QWidget* parent)
     : QWidget(parent),
       m_table(table),
+      m_words(texts.tip + '\n' + texts.add),
       m_add(new IconButton("fenk-add", texts.add)),
       m_tools(new QHBoxLayout),
       m_stack(new QStackedWidget),
@@ -73,6 +74,20 @@ void TablePage::contextMenuEvent(QContextMenuEvent* event) {
         m_table->openMenu(event->globalPos(), event->reason() == QContextMenuEvent::Keyboard);
     else
         event->ignore();
+}
+
+int TablePage::filter(const QString& text) {
+    const QStandardItemModel* rows = m_table->rows();
+    const bool isPage = m_words.contains(text, Qt::CaseInsensitive);
+    int count = isPage ? 1 : 0;
+    for (int row = 0; row < rows->rowCount(); ++row) {
+        bool fits = isPage;
+        for (int column = 0; column < rows->columnCount(); ++column)
+            fits = fits || rows->index(row, column).data().toString().contains(text, Qt::CaseInsensitive);
+        m_table->setRowHidden(row, !fits);
+        count += fits;
+    }
+    return count;
 }
 
 void TablePage::refresh() {

@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "shell/configuration/rules/SearchedPage.h"
+
 class BottleTable;
 class ListPlaceholder;
 class QHBoxLayout;
@@ -14,7 +16,7 @@ class IconButton;
 /// A page with one table: a tip and buttons above, the table in a frame, and while it is empty a placeholder
 /// with the same action as the button that adds a row. While the list could not be read, it offers to read it
 /// again and nothing else. Shows what the service has refused.
-class TablePage : public QWidget {
+class TablePage : public QWidget, public SearchedPage {
     Q_OBJECT
 public:
     struct Texts {
@@ -27,6 +29,8 @@ public:
               QWidget* parent = nullptr);
 
     BottleTable* table() const { return m_table; }
+    /// All rows stay when it is the page itself that matches.
+    int filter(const QString& text) override;
 
 Q_SIGNALS:
     void addRequested();
@@ -42,6 +46,7 @@ private:
     void refresh();
 
     BottleTable* m_table;
+    QString m_words;  ///< what the page itself says
     Fenk::IconButton* m_add;
     QHBoxLayout* m_tools;
     QStackedWidget* m_stack;
