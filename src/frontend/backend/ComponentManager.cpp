@@ -58,17 +58,21 @@ void ComponentManager::read(const QJsonObject& catalogue) {
 void ComponentManager::install(const QString& kind, const QString& name, QObject* context,
                                const Handler& handler) {
     const QPointer<QObject> guard(context);
-    watch("install", {kind, name}, this, [this, guard, handler](const BusResult& result) {
+    watch("install", {kind, name}, this, [this, name, guard, handler](const BusResult& result) {
         if (result.ok)
             qInfo().noquote() << result.text;
         const auto tell = [guard, handler, result] {
             if (guard)
                 handler(result);
         };
-        if (result.ok && result.object().value("ok").toBool())
+        const bool isGood = result.ok && result.object().value("ok").toBool();
+        if (isGood && !runnerInstalled.contains(name)) {
             update(this, tell);
-        else
-            tell();
+            return;
+        }
+        tell();  // the lists have it already, or nothing has changed
+        if (isGood)
+            update(this, [] {});
     });
 }
 

@@ -228,7 +228,12 @@ private Q_SLOTS:
         Q_EMIT ComponentManager::instance()->updateProgress("runner", "lumora-wine-staging", 1, 4, "");
         QVERIFY(link->text().contains("25%") && !link->isEnabled());
         setRunners({"lumora-wine10-stable", "lumora-wine-staging"}, {});
+        m_service.clearCalls();
         m_service.release("install");
+        m_service.waitForCall("list");
+        bool isRead = false;
+        ComponentManager::instance()->update(this, [&isRead] { isRead = true; });
+        QTRY_VERIFY(isRead);
         QTRY_COMPARE(missing(), QStringList());
         QCOMPARE(asked.size(), 0);
         m_dialog->reject();
