@@ -238,13 +238,19 @@ private Q_SLOTS:
         QVERIFY(!m_view);
     }
 
+    void toolsSayWhatFails_data() {
+        const Table<QString> row("tool");
+        row("service", "Wine Configuration");
+        row("terminal of a bottle that is not there", "Open in terminal");
+    }
     void toolsSayWhatFails() {
+        QFETCH(QString, tool);
         m_service->setError("Bottles.run_command", "out of order");
         setBottle({"a"});
         open();
         m_view->onConfigurePageToggled(BottlesConfigView::DebuggingTools);
         for (QAbstractButton* button : m_view->findChildren<QAbstractButton*>()) {
-            if (button->text() == "Wine Configuration")
+            if (button->text() == tool)
                 button->click();
         }
         QTRY_VERIFY(m_view->findChild<Fenk::FloatingMessage*>());
