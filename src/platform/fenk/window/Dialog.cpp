@@ -199,6 +199,8 @@ void Dialog::keyPressEvent(QKeyEvent* event) {
         AbstractDialog::keyPressEvent(event);
         return;
     }
+    if (event->isAutoRepeat())
+        return;
     auto* focused = qobject_cast<QPushButton*>(focusWidget());
     QPushButton* target = focused && focused->hasFocus() ? focused : answerToReturn();
     if (target && target->isEnabled())
