@@ -58,7 +58,7 @@ bool SettingRules::isSharedVariable(const QString& name) {
         "VK_|__EGL_|__GLX_|EGL_|GALLIUM_PIPE|GBM_|LIBGL_DRIVERS|LIBVA_|VDPAU_|OCL_|OPENCL_|GST_|ALSA_|SPA_|"
         "PIPEWIRE_|SDL_DYNAMIC|SDL_\\w*_DYNAMIC|LADSPA_|OPENSSL_|SSL_|CURL_|GLIBC_|"
         "(PATH|HOME|SHELL|ENV|IFS|USER|LOGNAME|TMPDIR|LOCPATH|DISPLAY|XAUTHORITY|WAYLAND_DISPLAY|WINEPREFIX|"
-        "WINELOADER|WINESERVER|WINEDLLPATH|WINEARCH)\\z)",
+        "WINELOADER|WINESERVER|WINEDLLPATH|WINEARCH|(HTTP|HTTPS|FTP|ALL|NO)_PROXY)\\z)",
         QRegularExpression::CaseInsensitiveOption);
     return isVariableName(name) && !own.match(name).hasMatch();
 }

@@ -171,8 +171,9 @@ private Q_SLOTS:
                "37: \"Text\" of an entry of Files has a character that is not allowed there.");
         more("both forms", "Program: {path: a}\nPrograms: [{path: a}]",
              "Line 3, column 10: \"Program\" of the manifest must not stand beside Programs.");
-        for (const char* name : {"LD_PRELOAD", "VK_ADD_DRIVER_FILES", "__EGL_VENDOR_LIBRARY_DIRS",
-                                 "GBM_BACKENDS_PATH", "OPENSSL_CONF", "SPA_PLUGIN_DIR", "SDL_DYNAMIC_API"})
+        for (const char* name :
+             {"LD_PRELOAD", "VK_ADD_DRIVER_FILES", "__EGL_VENDOR_LIBRARY_DIRS", "GBM_BACKENDS_PATH",
+              "OPENSSL_CONF", "SPA_PLUGIN_DIR", "SDL_DYNAMIC_API", "https_proxy"})
             more(name, "Programs: [{path: a, envs: {" + QByteArray(name) + ": x}}]",
                  "Line 3, column 29: \"envs\" of an entry of Programs must have names of variables that may "
                  "be shared, each with a text.");
