@@ -16,6 +16,11 @@ class ManifestReadBackTest : public QObject {
 private Q_SLOTS:
     void initTestCase() { QVERIFY(m_service.start()); }
 
+    void limitsAreTheReaders() {
+        QCOMPARE(ManifestFormRules::MaximumName, ManifestReader::Short);
+        QCOMPARE(ManifestFormRules::MaximumAddress, ManifestReader::Medium);
+    }
+
     void exportsAndReads() {
         const QString id = "7b1b4b1e-0000-4000-8000-000000000001";
         m_service.write("bottles/mine/bottle.yml", "Runner: lumora-wine10-stable\nWindows: win10\n");

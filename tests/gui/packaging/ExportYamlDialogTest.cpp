@@ -104,6 +104,8 @@ private Q_SLOTS:
         QVERIFY(ok()->isEnabled());
         QTest::keyClick(field("export_email"), Qt::Key_Backspace);
         QVERIFY(!ok()->isEnabled());
+        QCOMPARE(m_dialog->findChild<QLabel*>("export_status")->text(),
+                 QString("The email address is not complete"));
         QTest::keyClick(field("export_email"), 'd');
         const QPointer<ExportYamlDialog> dialog = m_dialog;
         QSignalSpy accepted(m_dialog, &QDialog::accepted);
@@ -122,6 +124,14 @@ private Q_SLOTS:
         QTRY_COMPARE(categories()->currentText(), QString("Games"));
         QCOMPARE(introduction()->toPlainText(), QString("Draws"));
         QVERIFY(ok()->isEnabled());
+
+        // For another program they say only who exports.
+        delete m_dialog;
+        m_home.write("dump-manifest.json",
+                     R"({"programUuid":"v","introduction":"Other","contributor":"Bo"})");
+        open();
+        QTRY_COMPARE(field("export_contributor")->text(), QString("Bo"));
+        QCOMPARE(introduction()->toPlainText(), QString());
     }
 
     void moderation_data() {
@@ -144,7 +154,8 @@ private Q_SLOTS:
         open(path);
         m_dialog->findChild<ManifestExporter*>()->setLongestCheckMs(longestMs);
         fill();
-        ok()->click();
+        for (int i = 0; i < 2; ++i)  // the second does nothing
+            TestSupport::press(m_dialog, Qt::Key_Return);
         QVERIFY(!ok()->isEnabled());
         if (outcome == "refused")
             QTRY_COMPARE(floating(), QString("The input contains sensitive information, please check it"));

@@ -1,15 +1,17 @@
 #include "packaging/manifest/CategoryChoice.h"
 
+#include <QAbstractItemView>
 #include <QDebug>
 
+#include "packaging/manifest/ManifestForm.h"
 #include "store/client/StoreClient.h"
 #include "store/client/VeskClientDefaultApi.h"
 
+using ManifestFormRules::MaximumName;
 using OpenAPI::VeskClientDefaultApi;
 
 namespace {
 constexpr int MaximumCategories = 200;
-constexpr int LongestName = 255;  // in a manifest
 constexpr int CodeOk = 200;
 }  // namespace
 
@@ -38,15 +40,19 @@ void CategoryChoice::onFetched(const OpenAPI::VeskClientCategoriesResponse& summ
     m_isFetching = false;
     for (const auto& category : summary.getData().getList()) {
         const QString name = category.getName().simplified();
-        if (!name.isEmpty() && name.size() <= LongestName && count() <= MaximumCategories)
+        if (!name.isEmpty() && name.size() <= MaximumName && count() <= MaximumCategories)
             addItem(name);
     }
     propose(m_proposed);
+    if (view()->isVisible()) {  // it has the height of one row
+        hidePopup();
+        QComboBox::showPopup();
+    }
 }
 
 void CategoryChoice::onFetchFailed(const QString& errorText) {
     m_isFetching = false;
-    qWarning().noquote() << "failed to get categories:" << errorText.left(LongestName).simplified();
+    qWarning().noquote() << "failed to get categories:" << errorText.left(MaximumName).simplified();
     Q_EMIT fetchFailed();
 }
 

@@ -99,6 +99,12 @@ void ExportYamlDialog::onRecord(const BusResult& result) {
     m_bottlePath = BottleRecord::path(bottle);
     m_rows->setLogo(ProgramRecord::icon(program));
     ManifestForm known = RememberedAnswers::read(m_bottlePath).value_or(ManifestForm());
+    if (known.programUuid != m_programUuid) {
+        ManifestForm contributor;
+        contributor.contributor = known.contributor;
+        contributor.contributorEmail = known.contributorEmail;
+        known = contributor;
+    }
     known.name = ProgramRecord::name(program).simplified();
     m_rows->propose(known);
 }
@@ -111,8 +117,14 @@ ManifestForm ExportYamlDialog::form() const {
 }
 
 void ExportYamlDialog::startExport() {
-    RememberedAnswers::write(m_bottlePath, form());
-    m_exporter->start(form());
+    const ManifestForm answers = form();
+    if (m_bottlePath.isEmpty())  // the service could not tell it when the dialog was opened
+        BottlesConfig::instance()->watchBottle(m_bottle, qApp, [answers](const BusResult& result) {
+            RememberedAnswers::write(BottleRecord::path(result.object()), answers);
+        });
+    else
+        RememberedAnswers::write(m_bottlePath, answers);
+    m_exporter->start(answers);
 }
 
 void ExportYamlDialog::onStep() {
@@ -123,16 +135,19 @@ void ExportYamlDialog::onStep() {
         showStatus(tr("Checking the texts…"));
     else if (step == Step::Writing)
         showStatus(tr("Writing the manifest…"));
+    // A disabled button loses the focus; on "Cancel" a second Return would end the export.
+    if (step == Step::Idle)
+        button(m_ok)->setFocus();
     else
-        showStatus({});
-    // A disabled button loses the focus.
-    button(step == Step::Idle ? m_ok : 0)->setFocus();
+        setFocus();
 }
 
 void ExportYamlDialog::updateOk() {
     const Problem problem = ManifestFormRules::problemOf(form());
-    button(m_ok)->setEnabled(problem == Problem::None && m_exporter->step() == Step::Idle);
-    button(m_ok)->setToolTip(textOf(problem));
+    const bool isIdle = m_exporter->step() == Step::Idle;
+    button(m_ok)->setEnabled(problem == Problem::None && isIdle);
+    if (isIdle)
+        showStatus(textOf(problem));
 }
 
 QString ExportYamlDialog::textOf(Problem problem) {
@@ -152,9 +167,10 @@ QString ExportYamlDialog::textOf(Problem problem) {
 }
 
 void ExportYamlDialog::showStatus(const QString& text, bool isError) {
+    const bool isNew = text != m_status->text();
     m_status->setText(text);
     m_status->setTextRole(isError ? Theme::Danger : Theme::Secondary);
-    if (text.isEmpty())
+    if (text.isEmpty() || !isNew)
         return;
     QAccessibleEvent event(m_status, QAccessible::Alert);
     QAccessible::updateAccessibility(&event);

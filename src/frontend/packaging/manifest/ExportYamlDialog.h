@@ -14,7 +14,8 @@ class Label;
 }
 
 /// Asks what others should know of a program, exports its bottle as a manifest and shows the file in the file
-/// manager. The answers are remembered in the bottle. Nothing waits for the store, for moderation or for the
+/// manager. The answers are remembered in the bottle; of those for another program only the contributor is
+/// proposed. Nothing waits for the store, for moderation or for the
 /// service; closing the dialog drops the export.
 class ExportYamlDialog : public Fenk::Dialog {
     Q_OBJECT

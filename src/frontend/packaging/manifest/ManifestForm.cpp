@@ -7,31 +7,29 @@
 
 namespace {
 
-struct Member {
-    const char* key;
-    QString ManifestForm::*value;
-};
-
-const Member ServiceMembers[] = {{"bottlesName", &ManifestForm::bottle},
-                                 {"programUuid", &ManifestForm::programUuid},
-                                 {"name", &ManifestForm::name},
-                                 {"introduction", &ManifestForm::introduction},
-                                 {"downloadUrl", &ManifestForm::downloadUrl},
-                                 {"packageSize", &ManifestForm::packageSize},
-                                 {"contributor", &ManifestForm::contributor},
-                                 {"contributorEmail", &ManifestForm::contributorEmail},
-                                 {"category", &ManifestForm::category}};
-
 bool matches(const char* pattern, const QString& text) {
     return QRegularExpression(pattern).match(text).hasMatch();
 }
 
 }  // namespace
 
+const QVector<ManifestForm::Member>& ManifestForm::members() {
+    static const QVector<Member> all = {{"bottlesName", &ManifestForm::bottle},
+                                        {"programUuid", &ManifestForm::programUuid},
+                                        {"name", &ManifestForm::name},
+                                        {"introduction", &ManifestForm::introduction},
+                                        {"downloadUrl", &ManifestForm::downloadUrl},
+                                        {"packageSize", &ManifestForm::packageSize},
+                                        {"contributor", &ManifestForm::contributor},
+                                        {"contributorEmail", &ManifestForm::contributorEmail},
+                                        {"category", &ManifestForm::category}};
+    return all;
+}
+
 QString ManifestForm::toServiceText() const {
     // QJsonObject would sort the keys.
     QByteArray text;
-    for (const auto& [key, value] : ServiceMembers) {
+    for (const auto& [key, value] : members()) {
         const QJsonObject member{{key, this->*value}};
         text += (text.isEmpty() ? "" : ",") +
                 QJsonDocument(member).toJson(QJsonDocument::Compact).mid(1).chopped(1);
@@ -50,7 +48,7 @@ const char MegabytesPattern[] = "^[0-9]{1,9}(\\.[0-9]{1,3})?$";
 const char EmailPattern[] = "^[a-zA-Z0-9._%+-]+@[a-zA-Z0-9.-]+\\.[a-zA-Z]{2,}$";
 
 Problem problemOf(const ManifestForm& form) {
-    for (const Member& member : ServiceMembers) {
+    for (const ManifestForm::Member& member : ManifestForm::members()) {
         if ((form.*member.value).trimmed().isEmpty())
             return Problem::Missing;
     }

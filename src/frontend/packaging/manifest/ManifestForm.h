@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 
 /// What a user says of a program whose bottle is exported as a manifest, as typed.
 struct ManifestForm {
@@ -14,6 +15,13 @@ struct ManifestForm {
     QString contributorEmail;
     QString category;
 
+    struct Member {
+        const char* key;  ///< in JSON
+        QString ManifestForm::*value;
+    };
+    /// In the order of these fields.
+    static const QVector<Member>& members();
+
     /// The argument of dumpManifest: one JSON object with the values in the order of these fields.
     QString toServiceText() const;
     /// What is checked before others can read it.
@@ -22,7 +30,10 @@ struct ManifestForm {
 
 namespace ManifestFormRules {
 
-constexpr int MaximumIntroduction = 100;  ///< characters
+/// Characters.
+constexpr int MaximumIntroduction = 100;
+constexpr int MaximumName = 255;  ///< what a manifest takes (docs/MANIFEST.md)
+constexpr int MaximumAddress = 4096;
 
 extern const char WebAddressPattern[];  ///< regular expressions
 extern const char MegabytesPattern[];

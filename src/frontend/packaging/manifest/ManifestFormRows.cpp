@@ -15,11 +15,12 @@
 #include "programs/ProgramIcons.h"
 
 using namespace Fenk;
+using ManifestFormRules::MaximumAddress;
+using ManifestFormRules::MaximumName;
 
 namespace {
 
 constexpr int LogoEdge = 72;
-constexpr int Short = 255, Medium = 4096;  // characters that a manifest can have
 
 enum class Kind { Text, Logo, Introduction, Category };
 
@@ -33,8 +34,8 @@ const struct Row {
     const char* validator;  ///< null: any text can be typed
 } Rows[] = {
     {Kind::Text, "export_name", QT_TRANSLATE_NOOP("ExportYamlDialog", "App name:"),
-     QT_TRANSLATE_NOOP("ExportYamlDialog", "Please enter the name of the app"), &ManifestForm::name, Short,
-     nullptr},
+     QT_TRANSLATE_NOOP("ExportYamlDialog", "Please enter the name of the app"), &ManifestForm::name,
+     MaximumName, nullptr},
     {Kind::Logo, "export_logo", QT_TRANSLATE_NOOP("ExportYamlDialog", "App logo:"), "", nullptr, 0, nullptr},
     {Kind::Introduction, "export_introduction", QT_TRANSLATE_NOOP("ExportYamlDialog", "App introduction:"),
      QT_TRANSLATE_NOOP("ExportYamlDialog", "The introduction of the app, limited to 100 characters"), nullptr,
@@ -43,16 +44,16 @@ const struct Row {
      QT_TRANSLATE_NOOP("ExportYamlDialog", "Select category"), nullptr, 0, nullptr},
     {Kind::Text, "export_url", QT_TRANSLATE_NOOP("ExportYamlDialog", "Download URL:"),
      QT_TRANSLATE_NOOP("ExportYamlDialog", "Download url of the app, for review your app"),
-     &ManifestForm::downloadUrl, Medium, ManifestFormRules::WebAddressPattern},
+     &ManifestForm::downloadUrl, MaximumAddress, ManifestFormRules::WebAddressPattern},
     {Kind::Text, "export_size", QT_TRANSLATE_NOOP("ExportYamlDialog", "Package size:"),
      QT_TRANSLATE_NOOP("ExportYamlDialog", "The size of the app package, units: MB"),
-     &ManifestForm::packageSize, Short, ManifestFormRules::MegabytesPattern},
+     &ManifestForm::packageSize, MaximumName, ManifestFormRules::MegabytesPattern},
     {Kind::Text, "export_contributor", QT_TRANSLATE_NOOP("ExportYamlDialog", "Contributor name:"),
-     QT_TRANSLATE_NOOP("ExportYamlDialog", "Please enter your nickname"), &ManifestForm::contributor, Short,
-     nullptr},
+     QT_TRANSLATE_NOOP("ExportYamlDialog", "Please enter your nickname"), &ManifestForm::contributor,
+     MaximumName, nullptr},
     {Kind::Text, "export_email", QT_TRANSLATE_NOOP("ExportYamlDialog", "Contributor email:"),
-     QT_TRANSLATE_NOOP("ExportYamlDialog", "Please enter your email"), &ManifestForm::contributorEmail, Short,
-     nullptr},
+     QT_TRANSLATE_NOOP("ExportYamlDialog", "Please enter your email"), &ManifestForm::contributorEmail,
+     MaximumName, nullptr},
 };
 
 QString translated(const char* text) {
@@ -112,6 +113,7 @@ QWidget* ManifestFormRows::makeControl(int row) {
         m_logo = new QLabel;
         m_logo->setObjectName(facts.objectName);
         m_logo->setFixedSize(LogoEdge, LogoEdge);
+        m_logo->setAlignment(Qt::AlignCenter);
         m_logo->setAccessibleName(label);
         return m_logo;
     }

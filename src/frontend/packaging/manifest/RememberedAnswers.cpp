@@ -12,17 +12,10 @@ namespace {
 
 constexpr qint64 MaximumBytes = 64 * 1024;
 
-const struct {
-    const char* key;
-    QString ManifestForm::*value;
-} Members[] = {{"bottlesName", &ManifestForm::bottle},
-               {"programUuid", &ManifestForm::programUuid},
-               {"introduction", &ManifestForm::introduction},
-               {"downloadUrl", &ManifestForm::downloadUrl},
-               {"packageSize", &ManifestForm::packageSize},
-               {"contributor", &ManifestForm::contributor},
-               {"contributorEmail", &ManifestForm::contributorEmail},
-               {"category", &ManifestForm::category}};
+/// The name comes from the bottle.
+bool isRemembered(const ManifestForm::Member& member) {
+    return member.value != &ManifestForm::name;
+}
 
 QString fileOf(const QString& bottlePath) {
     return bottlePath + "/dump-manifest.json";
@@ -42,15 +35,19 @@ std::optional<ManifestForm> RememberedAnswers::read(const QString& bottlePath) {
         return std::nullopt;
     }
     ManifestForm form;
-    for (const auto& [key, value] : Members)
-        form.*value = document.object().value(QLatin1String(key)).toString();
+    for (const ManifestForm::Member& member : ManifestForm::members()) {
+        if (isRemembered(member))
+            form.*member.value = document.object().value(QLatin1String(member.key)).toString();
+    }
     return form;
 }
 
 bool RememberedAnswers::write(const QString& bottlePath, const ManifestForm& form) {
     QJsonObject answers;
-    for (const auto& [key, value] : Members)
-        answers.insert(QLatin1String(key), form.*value);
+    for (const ManifestForm::Member& member : ManifestForm::members()) {
+        if (isRemembered(member))
+            answers.insert(QLatin1String(member.key), form.*member.value);
+    }
     const QByteArray text = QJsonDocument(answers).toJson();
     QSaveFile file(fileOf(bottlePath));
     // A link would be followed, to wherever a program of the bottle has made it lead.
