@@ -225,6 +225,11 @@ private Q_SLOTS:
         QTest::keyClicks(introduction(), QString(101, 'a'));
         QCOMPARE(introduction()->toPlainText(), QString(100, 'a'));
         QCOMPARE(counter->text(), QString("(100/100)"));
+        introduction()->moveCursor(QTextCursor::Start);
+        QTest::keyClick(introduction(), 'b');
+        QCOMPARE(introduction()->toPlainText(), 'b' + QString(99, 'a'));
+        QTest::keySequence(introduction(), QKeySequence::Undo);
+        QCOMPARE(introduction()->toPlainText(), QString(100, 'a'));
         type("size", "8x4 MB.2.5");
         QCOMPARE(field("export_size")->text(), QString("84.25"));
         field("export_url")->insert("ftp://a");
