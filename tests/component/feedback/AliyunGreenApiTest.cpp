@@ -37,7 +37,6 @@ private Q_SLOTS:
             api.checkContent(QString::fromUtf8("纸 & \"a+b\"\n%1").arg(i));
         QTRY_COMPARE(replied.size(), 20);
         QCOMPARE(replied[0][0].toString(), QString::fromUtf8(m_server.files["check"]));
-        QStringList nonces;
         for (const QByteArray& head : qAsConst(m_server.heads)) {
             for (const char* part : {"POST ", "Content-Length: 0\r\n", "Accept-Charset: utf-8\r\n",
                                      "Content-Type: application/x-www-form-urlencoded\r\n"})
@@ -55,9 +54,7 @@ private Q_SLOTS:
             const QString signature = sent.take("Signature");
             QCOMPARE(signature, QString::fromLatin1(RpcSignature::sign(sent, "testsecret")));
             QVERIFY(QDateTime::fromString(sent["Timestamp"], "yyyy-MM-ddTHH:mm:ssZ").isValid());
-            nonces += sent["SignatureNonce"];
         }
-        QCOMPARE(nonces.removeDuplicates(), 0);
     }
 
     void fails_data() {
