@@ -61,12 +61,14 @@ private Q_SLOTS:
         const Table<QString, QString, QString> row("key", "path", "error");
         row("no credentials", "", "check", "no account");
         row("no address", "id", "", "no account");
+        row("told what it sent", "testid", "half/echo", "Response: AccessKeyId=***");
         row("refused", "testid", "gone", "Response: gone");
     }
     void fails() {
         QFETCH(QString, key);
         QFETCH(QString, path);
         QFETCH(QString, error);
+        m_server.files["echo"] = "AccessKeyId=testid" + QByteArray(18, ' ');
         AliyunGreenApi api(key, key);
         api.setEndpoint(path.isEmpty() ? QString() : m_server.address(path));
         QSignalSpy failed(&api, &AliyunGreenApi::errorOccurred);

@@ -72,11 +72,13 @@ void AliyunGreenApi::checkContent(const QString& text) {
     http->setLimits(limits);
     connect(http, &HttpRequest::finished, this, [this, http](const HttpAnswer& answer) {
         http->deleteLater();
-        const QString body = QString::fromUtf8(answer.body);
-        if (answer.error == HttpAnswer::Error::None)
+        QString body = QString::fromUtf8(answer.body);
+        if (answer.error == HttpAnswer::Error::None) {
             Q_EMIT replyOccurred(body);
-        else
-            Q_EMIT errorOccurred(QStringLiteral("Error: %1\nResponse: %2").arg(answer.errorText, body));
+            return;
+        }
+        body.replace(m_accessKeyId, "***");  // a refused signature is answered with what was signed
+        Q_EMIT errorOccurred(QStringLiteral("Error: %1\nResponse: %2").arg(answer.errorText, body));
     });
     http->send("POST", request);
 }
