@@ -67,6 +67,19 @@ private Q_SLOTS:
         QTEST(answer(dialog, [&] { QTest::keyClick(dialog.focusWidget(), Qt::Key(key)); }), "expected");
     }
 
+    void heldReturnDoesNotRepeat() {
+        PairDialog dialog;
+        QSignalSpy clicked(&dialog, &Dialog::buttonClicked);
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+        QCOMPARE(answer(dialog,
+                        [&] {
+                            QApplication::sendEvent(&dialog, &held);
+                            QTest::keyClick(&dialog, Qt::Key_Escape);
+                        }),
+                 -1);
+        QCOMPARE(clicked.count(), 0);
+    }
+
     void returnInAFieldOnlySuggests_data() {
         const Table<int, int> row("type", "expected");
         row("recommended", Dialog::ButtonRecommend, 1);
