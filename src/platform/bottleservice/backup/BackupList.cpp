@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 #include <cmath>
 
+#include "bottleservice/backup/BackupLinks.h"
 #include "bottleservice/backup/BackupPath.h"
 
 namespace {
@@ -64,9 +65,9 @@ public:
             return "a path is there twice";
         m_types.insert(path, type);
         // Files of Linux may differ in case alone. A link must not, since another name could lead through it.
-        const QString folded = QString::fromUtf8(path).toCaseFolded();
+        const QString folded = BackupPath::folded(path);
         const auto same = m_folded.constFind(folded);
-        if (same != m_folded.constEnd() && (*same != type || type == Type::Link))
+        if (same != m_folded.constEnd() && (*same == Type::Link || type == Type::Link))
             return "two paths differ in case alone";
         m_folded.insert(folded, type);
         return {};
@@ -82,7 +83,7 @@ public:
     Parser(const QJsonObject& object, BackupList* list) : m_object(object), m_list(list) {}
 
     QString parse() {
-        for (const auto& step : {&Parser::parseHead, &Parser::parseEntries, &Parser::parseNamed}) {
+        for (const auto& step : {&Parser::parseHead, &Parser::parseEntries, &Parser::parseNamed, &Parser::checkLinks}) {
             const QString fault = (this->*step)();
             if (!fault.isEmpty())
                 return fault;
@@ -169,6 +170,15 @@ private:
         return fault.isEmpty() ? parsePaths(m_object["standardLinks"].toArray(), &BackupPath::isStandardLink,
                                             Type::Link, &m_list->standardLinks)
                                : fault;
+    }
+
+    QString checkLinks() {
+        const BackupLinks links(*m_list);
+        for (const BackupEntry& entry : m_list->entries) {
+            if (entry.type == Type::Link && links.leadsOut(entry))
+                return "a link leads out of the bottle over another one";
+        }
+        return {};
     }
 
     QString parsePaths(const QJsonArray& texts, bool (*isAllowed)(const QByteArray&), Type type,

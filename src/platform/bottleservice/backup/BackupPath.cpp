@@ -55,6 +55,10 @@ QByteArray parentOf(const QByteArray& path) {
     return path.left(std::max(path.lastIndexOf('/'), 0));
 }
 
+QString folded(const QByteArray& path) {
+    return toText(path).toCaseFolded();
+}
+
 QString toText(const QByteArray& path) {
     const QString text = QString::fromUtf8(path);
     if (text.toUtf8() == path)

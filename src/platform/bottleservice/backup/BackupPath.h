@@ -31,6 +31,9 @@ bool isWinePlace(const QByteArray& path);
 /// The directory part; empty for a name in the bottle's own directory.
 QByteArray parentOf(const QByteArray& path);
 
+/// The path as Windows compares it: without upper case. Bytes that are no UTF-8 stay apart.
+QString folded(const QByteArray& path);
+
 /// Paths in JSON: percent signs are encoded, and whatever is no UTF-8.
 QString toText(const QByteArray& path);
 QByteArray fromText(const QString& text);

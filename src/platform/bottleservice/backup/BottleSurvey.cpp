@@ -13,6 +13,7 @@
 #include <cstring>
 #include <memory>
 
+#include "bottleservice/backup/BackupLinks.h"
 #include "bottleservice/backup/BackupPath.h"
 #include "bottleservice/backup/RestoredPrefix.h"
 #include "bottleservice/files/FileTree.h"
@@ -67,7 +68,26 @@ Reason BottleSurvey::take(const std::atomic_bool& cancelled) {
     if (::stat(QFile::encodeName(m_place.bottlePath).constData(), &root) != 0)
         return unreadable(QFile::encodeName(m_place.bottlePath));
     m_device = root.st_dev;
-    return walk({}, cancelled);
+    const Reason fault = walk({}, cancelled);
+    checkLinks();
+    return fault;
+}
+
+void BottleSurvey::checkLinks() {
+    // A link may lead over one that was left out before.
+    for (bool hasChanged = true; hasChanged;) {
+        const BackupLinks links(list);
+        QVector<BackupEntry> kept;
+        kept.reserve(list.entries.size());
+        for (const BackupEntry& entry : qAsConst(list.entries)) {
+            if (entry.type == Type::Link && (links.isAmbiguous(entry) || links.leadsOut(entry)))
+                leaveOut(entry.path, entry.target);
+            else
+                kept += entry;
+        }
+        hasChanged = kept.size() < list.entries.size();
+        list.entries = kept;
+    }
 }
 
 Reason BottleSurvey::walk(const QByteArray& directory, const std::atomic_bool& cancelled) {

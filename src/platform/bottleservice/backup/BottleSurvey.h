@@ -43,6 +43,8 @@ private:
     };
 
     Reason walk(const QByteArray& directory, const std::atomic_bool& cancelled);
+    /// Leaves out the links that a restoration would refuse.
+    void checkLinks();
     void addLink(const QByteArray& path);
     void addFile(const QByteArray& path, const struct stat& status);
     void leaveOut(const QByteArray& path, const QByteArray& target);
