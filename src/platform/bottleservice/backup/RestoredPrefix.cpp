@@ -1,5 +1,6 @@
 #include "bottleservice/backup/RestoredPrefix.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,12 +8,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 
 #include "bottleservice/backup/BackupPath.h"
 #include "bottleservice/bottles/RegistryMerge.h"
 #include "bottleservice/files/FileTree.h"
 #include "bottleservice/wine/SlimPrefix.h"
 #include "bottleservice/wine/WineBuild.h"
+#include "fenk/system/OwnedFd.h"
 
 namespace RestoredPrefix {
 
@@ -39,32 +42,50 @@ bool take(const QByteArray& original, const QByteArray& path) {
     return !exists(original) || FileTree::copyFile(QFile::decodeName(original), QFile::decodeName(path));
 }
 
+bool isListedDirectory(const BackupList& list, const QByteArray& path) {
+    return std::any_of(list.entries.begin(), list.entries.end(), [&path](const BackupEntry& entry) {
+        return entry.type == BackupEntry::Type::Directory && entry.path == path;
+    });
+}
+
+Fenk::OwnedFd openDirectory(int parent, const char* name) {
+    return Fenk::OwnedFd(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
 /// The user's directory gets the name that this machine's Wine gives it. The old name stays as a link, since
-/// settings and shortcuts of programs have it.
-QString renameUser(const QString& directory, const QString& from, const QString& to) {
-    const QByteArray users = QFile::encodeName(directory + '/' + Users);
-    const QByteArray old = users + from.toUtf8();
-    const QByteArray now = users + to.toUtf8();
-    if (from.isEmpty() || to.isEmpty() || from == to || !QFileInfo(QFile::decodeName(old)).isDir() ||
-        !targetOf(old).isEmpty())
+/// settings and shortcuts of programs have it. Follows no link. Tells by `isDone` whether it has the name.
+QString renameUser(const BackupList& list, const QString& directory, const QByteArray& to, bool* isDone) {
+    const QByteArray from = list.user.toUtf8();
+    if (from.isEmpty() || to.isEmpty() || from == to || !isListedDirectory(list, Users + from))
         return {};
-    if (!targetOf(now).isEmpty())
-        ::unlink(now.constData());
-    if (exists(now)) {
-        qInfo() << "the bottle has a user" << to << "already;" << from << "keeps its name";
-        return {};
+    const Fenk::OwnedFd root = openDirectory(AT_FDCWD, QFile::encodeName(directory).constData());
+    const Fenk::OwnedFd drive = openDirectory(root.get(), "drive_c");
+    const Fenk::OwnedFd users = openDirectory(drive.get(), "users");
+    struct stat status = {};
+    if (::fstatat(users.get(), to.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
+        if (!S_ISLNK(status.st_mode)) {
+            qInfo() << "the bottle has a user" << to << "already;" << from << "keeps its name";
+            return {};
+        }
+        ::unlinkat(users.get(), to.constData(), 0);
     }
-    if (::rename(old.constData(), now.constData()) != 0 ||
-        ::symlink(to.toUtf8().constData(), old.constData()) != 0)
-        return QString("Cannot rename %1.").arg(QFile::decodeName(old));
+    if (!users.isValid() || ::renameat(users.get(), from.constData(), users.get(), to.constData()) != 0 ||
+        ::symlinkat(to.constData(), users.get(), from.constData()) != 0)
+        return QString("Cannot rename %1.").arg(directory + '/' + Users + list.user);
+    *isDone = true;
     return {};
 }
 
 }  // namespace
 
-QString userOf(const QString& prefix) {
+QString userOf(const QString& prefix, const QString& preferred) {
     const QStringList users =
         QDir(prefix + '/' + Users).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
+    // Wine names the directory as the machine names the user.
+    for (const QString& user : {preferred, QFileInfo("/proc/self").owner()}) {
+        if (!user.isEmpty() && users.contains(user))
+            return user;
+    }
     for (const QString& user : users) {
         if (user.compare("Public", Qt::CaseInsensitive) != 0)
             return user;
@@ -82,23 +103,28 @@ QString complete(const BackupList& list, const Place& place, bool* isOtherBuild,
         if (!take(original + path, root + path))
             return QString("Cannot write %1.").arg(QFile::decodeName(root + path));
     }
-    const QString user = userOf(place.templatePath);
-    const QByteArray oldFolders = Users + list.user.toUtf8() + '/';
-    const QByteArray newFolders = Users + user.toUtf8() + '/';
-    for (const QByteArray& path : list.standardLinks) {
-        const QByteArray here = path.startsWith(oldFolders) && !list.user.isEmpty()
-                                    ? newFolders + path.mid(oldFolders.size())
-                                    : path;
-        const QByteArray target = targetOf(original + here);
-        if (!target.isEmpty() && ::symlink(target.constData(), (root + path).constData()) != 0)
-            return QString("Cannot write %1.").arg(QFile::decodeName(root + path));
-        // A folder of the user that is a real one here.
-        if (target.isEmpty() && path.startsWith(Users))
-            ::mkdir((root + path).constData(), 0777);
-    }
-    QString fault = renameUser(place.directory, list.user, user);
-    if (!fault.isEmpty() || list.build.isEmpty())
+    const QByteArray user = userOf(place.templatePath).toUtf8();
+    // Before there are links that lead out of the bottle.
+    bool isRenamed = false;
+    QString fault = renameUser(list, place.directory, user, &isRenamed);
+    if (!fault.isEmpty())
         return fault;
+    const QByteArray oldFolders = Users + list.user.toUtf8() + '/';
+    const QByteArray newFolders = Users + user + '/';
+    for (const QByteArray& listed : list.standardLinks) {
+        const QByteArray here = listed.startsWith(oldFolders) && !list.user.isEmpty()
+                                    ? newFolders + listed.mid(oldFolders.size())
+                                    : listed;
+        const QByteArray path = root + (isRenamed ? here : listed);
+        const QByteArray target = targetOf(original + here);
+        if (!target.isEmpty() && ::symlink(target.constData(), path.constData()) != 0)
+            return QString("Cannot write %1.").arg(QFile::decodeName(path));
+        // A folder of the user that is a real one here.
+        if (target.isEmpty() && listed.startsWith(Users))
+            ::mkdir(path.constData(), 0777);
+    }
+    if (list.build.isEmpty())
+        return {};
     *isOtherBuild = WineBuild::checksum(place.wine) != list.build;
     if (!*isOtherBuild)
         return {};

@@ -9,8 +9,9 @@
 /// user's folders, the user's name, and on another build of Wine that one's new files and registry.
 namespace RestoredPrefix {
 
-/// The name of the user's directory in a prefix; empty if there is none.
-QString userOf(const QString& prefix);
+/// The name of the user's directory in a prefix; empty if there is none. Of several it is the preferred one,
+/// else that of the user who runs this process.
+QString userOf(const QString& prefix, const QString& preferred = {});
 
 struct Place {
     QString directory;     ///< with the unpacked files
