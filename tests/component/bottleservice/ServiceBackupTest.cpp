@@ -262,17 +262,18 @@ private Q_SLOTS:
             "../../x", outside);
         row("link over link", R"({"path":"drive_c/a","link":"b/../../.."})", "bottle/drive_c/a", "", AE_IFLNK,
             "b/../../..", outside);
-        row("link over a drive", R"({"path":"drive_c/a","link":"../dosdevices/z:/home"})", "bottle/drive_c/a", "",
-            AE_IFLNK, "../dosdevices/z:/home", outside);
+        row("link over a drive", R"({"path":"drive_c/a","link":"../dosdevices/z:/home"})", "bottle/drive_c/a",
+            "", AE_IFLNK, "../dosdevices/z:/home", outside);
         row("link over a drive of another case", R"({"path":"drive_c/a","link":"../DOSDEVICES/Z:"})",
             "bottle/drive_c/a", "", AE_IFLNK, "../DOSDEVICES/Z:", outside);
         row("link over a link over a drive", R"({"path":"drive_c/a","link":"L/../dosdevices/z:"})",
             "bottle/drive_c/a", "", AE_IFLNK, "L/../dosdevices/z:", outside);
-        row("link over a listed link", R"({"path":"drive_c/a","link":"d/z:"})", "bottle/drive_c/a", "", AE_IFLNK,
-            "d/z:", outside);
+        row("link over a listed link", R"({"path":"drive_c/a","link":"d/z:"})", "bottle/drive_c/a", "",
+            AE_IFLNK, "d/z:", outside);
         row("link into a folder of the user", R"({"path":"drive_c/a","link":"users/me/Documents/x"})",
             "bottle/drive_c/a", "", AE_IFLNK, "users/me/Documents/x", outside);
-        row("link to itself", R"({"path":"drive_c/a","link":"A"})", "bottle/drive_c/a", "", AE_IFLNK, "A", outside);
+        row("link to itself", R"({"path":"drive_c/a","link":"A"})", "bottle/drive_c/a", "", AE_IFLNK, "A",
+            outside);
         row("other link than listed", R"({"path":"drive_c/a","link":"b"})", "bottle/drive_c/a", "", AE_IFLNK,
             "/etc", "not those of its list");
         row("below a link", R"({"path":"drive_c/l/a","size":1})", "bottle/drive_c/l/a", "x", file, "",
@@ -317,7 +318,8 @@ private Q_SLOTS:
         const QByteArray list =
             R"({"format":1,"program":"cellarix","name":"s","entries":[{"path":"bottle.yml","size":)" +
             QByteArray::number(settings.size()) + R"(},{"path":"drive_c","type":"directory"},)" +
-            R"({"path":"drive_c/l","link":"../drive_c"},{"path":"drive_c/d","link":"../dosdevices"})" + (entry.isEmpty() ? "" : "," + entry) + "]}";
+            R"({"path":"drive_c/l","link":"../drive_c"},{"path":"drive_c/d","link":"../dosdevices"})" +
+            (entry.isEmpty() ? "" : "," + entry) + "]}";
         const auto line = [](const QByteArray& of, const QByteArray& text) {
             BackupFile::Checksum checksum;
             checksum.add(text.constData(), size_t(text.size()));
@@ -403,6 +405,36 @@ private Q_SLOTS:
         QVERIFY(QFileInfo(users + "me/AppData").isDir() && !QFileInfo(users + "me").isSymLink());
         QCOMPARE(QFile::symLinkTarget(users + "old"), users + "me");
         QCOMPARE(QFile::symLinkTarget(users + "me/Documents"), m_service->home().path());
+    }
+
+    /// Only settings that a caller could make come back, and none makes the service act.
+    void strangersSettings() {
+        startWithStandIn();
+        makeBottle("b", 10);
+        m_service->write(
+            "bottles/b/bottle.yml",
+            "Runner: w\nTemplate: " + m_key.toLatin1() +
+                "\nPending_Registry: {text: x}\nLast_Install: x\nUnknown: 1\nDXVK: ../x\n"
+                "Windows: win7\nParameters: {custom_dpi: 120, renderer: x, other: 1}\n"
+                "DLL_Overrides: {d3d9: 'n,b', ../x: n, a: x}\nInstalled_Dependencies: [a, ../b]\n"
+                "External_Programs:\n  " +
+                Id +
+                ": {path: 'C:\\a.exe', envs: {LD_PRELOAD: x, A: b}}\n"
+                "  x: {name: without a path}\n");
+        QVERIFY(copy("exportBottle", {"b", file()})["ok"].toBool());
+        QCOMPARE(copy("importBottle", {file(), "c"})["programs"].toInt(), 1);
+        const QByteArray text = readFile(bottle("c") + "/bottle.yml");
+        for (const char* dropped : {"Pending", "Last_Install", "Unknown", "..", "LD_PRELOAD", "other"})
+            QVERIFY2(!text.contains(dropped), text.constData());
+        const QJsonObject record = m_service->json("get", {"c"}).object();
+        QCOMPARE(record["Windows"].toString(), QString("win7"));
+        QCOMPARE(record["Parameters"]["custom_dpi"].toInt(), 120);
+        QCOMPARE(record["DLL_Overrides"].toObject(), QJsonObject({{"d3d9", "n,b"}}));
+        const QJsonObject programs = record["External_Programs"].toObject();
+        QCOMPARE(programs[programs.keys().first()].toObject()["envs"].toObject(), QJsonObject({{"A", "b"}}));
+        // A public bottle where "public" is none of the service's.
+        QVERIFY(QFile::link("/tmp", m_service->dataDir() + "/bottles/public"));
+        QVERIFY(copy("importBottle", {file(), "public/x"})["error"].toString().contains("no free name"));
     }
 
     void refusals() {

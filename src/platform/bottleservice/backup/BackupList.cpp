@@ -83,7 +83,8 @@ public:
     Parser(const QJsonObject& object, BackupList* list) : m_object(object), m_list(list) {}
 
     QString parse() {
-        for (const auto& step : {&Parser::parseHead, &Parser::parseEntries, &Parser::parseNamed, &Parser::checkLinks}) {
+        for (const auto& step :
+             {&Parser::parseHead, &Parser::parseEntries, &Parser::parseNamed, &Parser::checkLinks}) {
             const QString fault = (this->*step)();
             if (!fault.isEmpty())
                 return fault;

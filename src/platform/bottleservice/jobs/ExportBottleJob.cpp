@@ -112,14 +112,14 @@ void ExportBottleJob::survey() {
     list.programs = programNames(settings->programs());
     m_bottle.templates()->run(
         this,
-        [survey = m_survey, wine = runner.wine, original = m_templatePath, progress = m_tools.progress](const std::atomic_bool&) {
+        [survey = m_survey, wine = runner.wine, original = m_templatePath,
+         progress = m_tools.progress](const std::atomic_bool&) {
             const Reason fault = survey->take(progress->cancelled);
             if (!original.isEmpty()) {
                 const QString build = WineBuild::checksum(wine);
                 survey->list.build = build.isEmpty() ? QString("unknown") : build;
             }
-            survey->list.user =
-                RestoredPrefix::userOf(survey->list.path, RestoredPrefix::userOf(original));
+            survey->list.user = RestoredPrefix::userOf(survey->list.path, RestoredPrefix::userOf(original));
             progress->total = survey->list.bytes();
             return fault.text();
         },

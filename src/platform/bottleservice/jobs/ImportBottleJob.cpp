@@ -86,6 +86,10 @@ void ImportBottleJob::onListed(const Reason& reason) {
         m_name = m_work->list->name;
     const QString invalid = BottleName::check(m_name);
     const auto runner = chooseRunner();
+    if (invalid.isEmpty() && freeName().isEmpty()) {
+        fail("There is no free name for the bottle.");
+        return;
+    }
     if (!invalid.isEmpty() || !runner) {
         fail(invalid.isEmpty() ? Runners::missing(Runners::DefaultName) : Reason(invalid));
         return;
@@ -136,6 +140,12 @@ void ImportBottleJob::complete(const Reason& reason) {
         });
 }
 
+QString ImportBottleJob::freeName() const {
+    return RestoredSettings::freeName(m_name, [this](const QString& name) {
+        return m_tools.store.state(name) != BottleStore::State::Missing || m_tools.hasJobs(name);
+    });
+}
+
 QSet<QString> ImportBottleJob::takenIds() const {
     QSet<QString> ids;
     for (const QString& bottle : m_tools.store.names()) {
@@ -151,26 +161,28 @@ QSet<QString> ImportBottleJob::takenIds() const {
 void ImportBottleJob::place(const Reason& reason) {
     const BackupList& list = *m_work->list;
     QString error;
-    auto settings = reason.isEmpty()
-                        ? BottleStore::loadFrom(m_staged->path(), BottleName::shown(m_name), &error)
-                        : std::nullopt;
-    if (!settings) {
+    const auto old = reason.isEmpty()
+                         ? BottleStore::loadFrom(m_staged->path(), BottleName::shown(m_name), &error)
+                         : std::nullopt;
+    if (!old) {
         fail(reason.isEmpty() ? Reason(error) : reason);
         return;
     }
-    m_name = RestoredSettings::freeName(m_name, [this](const QString& name) {
-        return m_tools.store.state(name) != BottleStore::State::Missing;
-    });
+    m_name = freeName();
+    if (m_name.isEmpty()) {
+        fail("There is no free name for the bottle.");
+        return;
+    }
     m_staged->rename(m_name);
     const RestoredSettings::Place place{m_name, m_tools.store.pathOf(m_name), QDir::homePath(),
                                         m_staged->runner().name, m_staged->templateKey()};
-    RestoredSettings::adapt(&*settings, list, place, takenIds(), m_staged->path());
-    const Reason fault = m_staged->place(*settings);
+    const BottleYaml settings = RestoredSettings::adapted(*old, list, place, takenIds(), m_staged->path());
+    const Reason fault = m_staged->place(settings);
     if (!fault.isEmpty()) {
         fail(fault);
         return;
     }
-    const int programs = settings->programs().size();
+    const int programs = settings.programs().size();
     qInfo() << "restored bottle" << BottleName::shown(m_name) << "with" << programs << "programs on"
             << place.runner << "; not in the backup:" << list.leftOut;
     finish(Answer::of(JsonText::compact(QJsonObject{{"ok", true},

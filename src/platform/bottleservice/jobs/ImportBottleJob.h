@@ -2,6 +2,7 @@
 
 #include <QSet>
 #include <QThreadPool>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -32,6 +33,8 @@ public:
         Reclaimer* reclaimer;
         QThreadPool* worker;  ///< outlives the job
         std::shared_ptr<BackupFile::Progress> progress;
+        std::function<bool(const QString& bottle)>
+            hasJobs;  ///< whether such a bottle may be about to be made
     };
 
     /// Without a name the bottle gets the one that it had.
@@ -46,6 +49,7 @@ private:
     void unpack(const Reason& reason);
     void complete(const Reason& reason);
     void place(const Reason& reason);
+    QString freeName() const;
     QSet<QString> takenIds() const;
     void fail(const Reason& reason);
 

@@ -87,8 +87,9 @@ void BackupRequests::importBottle(const QString& file, const QString& name, cons
     const BottleAccess& bottles = m_engine->bottles();
     auto job = std::make_unique<ImportBottleJob>(
         file, name,
-        ImportBottleJob::Tools{bottles.store(), bottles.runners(), m_engine->templates(),
-                               m_engine->reclaimer(), &m_worker, progress},
+        ImportBottleJob::Tools{
+            bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
+            progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
         [self = QPointer<BackupRequests>(this), file, reply](const Answer& answer) {
             if (self)
                 self->end(file);
