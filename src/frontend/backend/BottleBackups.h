@@ -4,7 +4,7 @@
 
 /// The client of the background service's interface for backups of whole bottles; holds no state. Lives in
 /// the GUI thread. com.lumora.Manager.Backup.xml says what the answers hold. A copy, in either direction, is
-/// known by the absolute path of its file; its answer comes at its end.
+/// known by the absolute path of its file; its answer comes at its end, however long that takes.
 class BottleBackups : public ServiceProxy<BottleBackups> {
     Q_OBJECT
     friend class Fenk::Singleton<BottleBackups>;
@@ -28,5 +28,5 @@ Q_SIGNALS:
     void copyProgress(const QString& file, qlonglong done, qlonglong total);
 
 private:
-    BottleBackups() : ServiceProxy("Backup", LongTimeoutMs) {}
+    BottleBackups() : ServiceProxy("Backup", NoTimeoutMs) {}
 };

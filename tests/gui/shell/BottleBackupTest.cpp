@@ -64,6 +64,7 @@ private Q_SLOTS:
         QVERIFY(PendingWork::instance()->isPending());
         QTest::mouseClick(dialog->button(0), Qt::LeftButton);
         QCOMPARE(m_service->waitForCall("cancelBottleCopy").arguments, QJsonArray{file()});
+        tellProgress(600000, 2000000);
         m_service->release("exportBottle");
         QTRY_VERIFY(!copyDialog() && !PendingWork::instance()->isPending());
     }
@@ -79,6 +80,8 @@ private Q_SLOTS:
         row("busy", R"({"ok":false,"busy":["App <b>"],"reasons":[{"code":"busy","arguments":["App"]}]})",
             "Harbour Office cannot be backed up while programs run in its container.", "App <b>",
             "Try Again");
+        row("changed", R"({"ok":false,"reasons":[{"code":"bottle-changed"}]})",
+            "Harbour Office could not be backed up.", "were changed", "Try Again");
         row("ended by another", R"({"ok":false,"reasons":[{"code":"cancelled"}]})",
             "Harbour Office could not be backed up.", "stopped", "");
     }
@@ -148,6 +151,25 @@ private Q_SLOTS:
         QCOMPARE(m_service->waitForCall("importBottle").arguments, QJsonArray({file(), ""}));
         QTRY_VERIFY(copyDialog() && copyDialog()->title().startsWith("Back in the library: One"));
         QVERIFY(textOf(copyDialog()).contains("another Wine"));
+    }
+
+    /// A file that exists is replaced only when the user has been asked about that name.
+    void replacesNothingUnasked() {
+        setBottle({"a"});
+        open({summary("a", "Harbour Office")});
+        m_home.write("a.cellarix-backup", "older");
+        Program program;
+        program.name = "Harbour Office";
+        program.ref.bottle = "office";
+        BottleBackupActions::backUp(program, m_window.get());
+        QTRY_VERIFY(find<QFileDialog>("backup_file_dialog"));
+        auto* dialog = find<QFileDialog>("backup_file_dialog");
+        dialog->close();
+        Q_EMIT dialog->fileSelected(m_home.path() + "/a");
+        QTRY_VERIFY(find<Fenk::Dialog>("replace_question"));
+        QVERIFY(m_service->calls("exportBottle").isEmpty());
+        QTest::mouseClick(find<Fenk::Dialog>("replace_question")->button(1), Qt::LeftButton);
+        QCOMPARE(m_service->waitForCall("exportBottle").arguments, QJsonArray({"office", file()}));
     }
 
     void noBackup() {

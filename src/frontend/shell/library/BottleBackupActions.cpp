@@ -4,6 +4,7 @@
 #include <QDate>
 #include <QDateTime>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QPointer>
@@ -43,6 +44,29 @@ void begin(const Program& program, const QString& file, const QPointer<QWidget>&
     dialog->open();
 }
 
+/// The dialog has asked about the name that the user has typed, not about the one with its suffix.
+void onTargetChosen(const Program& program, const QString& typed, QWidget* over) {
+    const QString suffix = QString(".%1").arg(Suffix);
+    const QString file = typed.endsWith(suffix) ? typed : typed + suffix;
+    if (file == typed || !QFileInfo::exists(file)) {
+        begin(program, file, over);
+        return;
+    }
+    auto* dialog = new Fenk::Dialog(
+        Actions::tr("Replace File"),
+        Actions::tr("%1 exists already. Replace it with the new backup?").arg(QFileInfo(file).fileName()),
+        over);
+    dialog->setObjectName("replace_question");
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->addButton(Actions::tr("Cancel"), true);
+    const int replace = dialog->addButton(Actions::tr("Replace"), false, Fenk::Dialog::ButtonWarning);
+    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, over, [replace, program, file, over](int index) {
+        if (index == replace)
+            begin(program, file, over);
+    });
+    dialog->open();
+}
+
 void showRefusal(const BusResult& result, QWidget* over) {
     const QString reason = result.ok ? ServiceErrorText::of(result.object()) : result.errorText();
     auto* dialog = new Fenk::Dialog(Actions::tr("This file cannot be restored."), reason, over);
@@ -59,14 +83,16 @@ void askToRestore(const QString& file, const QJsonObject& description, QWidget* 
     auto* dialog = new Fenk::Dialog(
         Actions::tr("Restore Backup"),
         Actions::tr("The programs come back in a container of their own. Nothing that is in the library is "
-                    "replaced."),
+                    "replaced. Restore only a file that you trust as you would trust an installer."),
         over);
     dialog->setObjectName("restore_question");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
     const QString details =
-        Actions::tr("Backed up on %1. It takes %2 on the disk.")
-            .arg(QLocale().toString(made.toLocalTime().date(), QLocale::LongFormat), size);
+        made.isValid()
+            ? Actions::tr("Backed up on %1. It takes %2 on the disk.")
+                  .arg(QLocale().toString(made.toLocalTime().date(), QLocale::LongFormat), size)
+            : Actions::tr("It takes %1 on the disk.").arg(size);
     for (const auto& [text, kind] :
          {std::make_pair(name, Fenk::Label::Strong), std::make_pair(details, Fenk::Label::Small)}) {
         auto* label = new Fenk::Label(text, kind);
@@ -105,10 +131,9 @@ void BottleBackupActions::backUp(const Program& program, QWidget* over) {
     dialog->setObjectName("backup_file_dialog");
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(Suffix);
     dialog->selectFile(fileNameFor(program.name, QDate::currentDate()));
     QObject::connect(dialog, &QFileDialog::fileSelected, over,
-                     [program, over](const QString& file) { begin(program, file, over); });
+                     [program, over](const QString& file) { onTargetChosen(program, file, over); });
     dialog->open();
 }
 

@@ -92,7 +92,9 @@ Outcome BottleCopy::failureOf(const BusResult& result) const {
         return {Outcome::End::Busy,
                 tr("%1 cannot be backed up while programs run in its container.").arg(m_name),
                 tr("Close them and try again: %1").arg(joined(object["busy"].toArray()))};
-    return {Outcome::End::Failed, failure, result.ok ? ServiceErrorText::of(object) : result.errorText()};
+    const bool hasChanged = object["reasons"][0].toObject()["code"] == "bottle-changed";
+    return {hasChanged ? Outcome::End::Changed : Outcome::End::Failed, failure,
+            result.ok ? ServiceErrorText::of(object) : result.errorText()};
 }
 
 Outcome BottleCopy::outcomeOf(const BusResult& result) const {

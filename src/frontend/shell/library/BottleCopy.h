@@ -17,7 +17,7 @@ public:
 
     /// How it ended. Everything for the user, in the user's language.
     struct Outcome {
-        enum class End { Done, Failed, Cancelled, Busy };
+        enum class End { Done, Failed, Cancelled, Busy, Changed };
         End end = End::Failed;
         QString text;  ///< what was done, or why it was not
         QString note;  ///< what else to know; may be empty

@@ -56,7 +56,7 @@ BottleCopyDialog::BottleCopyDialog(BottleCopy* copy, QWidget* over)
 }
 
 void BottleCopyDialog::showProgress(qint64 done, qint64 total) {
-    if (m_hasEnded || total <= 0)
+    if (m_hasEnded || m_isCancelling || total <= 0)
         return;
     m_bar->setRange(0, BarSteps);
     m_bar->setValue(int(double(done) / double(total) * BarSteps));
@@ -83,9 +83,9 @@ void BottleCopyDialog::showOutcome(const BottleCopy::Outcome& outcome) {
     m_bar->hide();
     m_text->setText(outcome.note);
     m_text->setVisible(!outcome.note.isEmpty());
-    m_canRepeat = outcome.end == End::Busy;
+    m_canRepeat = outcome.end == End::Busy || outcome.end == End::Changed;
     clearButtons();
-    addButton(tr("Close"), outcome.end != End::Busy);
+    addButton(tr("Close"), !m_canRepeat);
     if (m_canRepeat)
         addButton(tr("Try Again"), true, ButtonRecommend);
     else if (outcome.end == End::Done && m_isBackUp)
@@ -97,6 +97,7 @@ void BottleCopyDialog::showOutcome(const BottleCopy::Outcome& outcome) {
 void BottleCopyDialog::onButton(int index) {
     if (!m_hasEnded && index == 0 && m_copy) {
         // It closes when the service has undone its work.
+        m_isCancelling = true;
         button(0)->setEnabled(false);
         m_text->setText(tr("Cancelling"));
         m_copy->cancel();

@@ -16,7 +16,7 @@ public:
     BottleCopyDialog(BottleCopy* copy, QWidget* over);
 
 Q_SIGNALS:
-    /// Programs ran in the bottle, and the user wants to try again.
+    /// Programs ran in the bottle or changed it, and the user wants to try again.
     void repeatRequested();
 
 private:
@@ -29,6 +29,7 @@ private:
     QProgressBar* m_bar;
     Fenk::Label* m_text;
     bool m_isBackUp;
+    bool m_isCancelling = false;
     bool m_hasEnded = false;
     bool m_canRepeat = false;
 };
