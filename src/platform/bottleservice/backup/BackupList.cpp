@@ -17,6 +17,7 @@ using Type = BackupEntry::Type;
 constexpr double MaximumNumber = 9007199254740992.0;  // up to here JSON numbers are exact
 constexpr qint64 MaximumSettingsBytes = 2 * 1024 * 1024;
 constexpr int MaximumTextCharacters = 4096;
+constexpr int MaximumNameCharacters = 1000;
 const char Settings[] = "bottle.yml";
 const char Program[] = "cellarix";
 
@@ -97,6 +98,17 @@ private:
         return m_object[QLatin1String(key)].toString().left(MaximumTextCharacters);
     }
 
+    /// For the user's eyes only; more than fit are dropped.
+    QStringList names(const char* key) const {
+        QStringList all;
+        for (const QJsonValue& name : m_object[QLatin1String(key)].toArray()) {
+            if (all.size() == BackupList::MaximumNames)
+                break;
+            all += name.toString().left(MaximumNameCharacters);
+        }
+        return all;
+    }
+
     QString parseHead() {
         if (text("program") != Program)
             return "it was made by another program";
@@ -107,10 +119,8 @@ private:
         m_list->home = text("home");
         m_list->path = text("path");
         m_list->created = QDateTime::fromString(text("created"), Qt::ISODate);
-        for (const QJsonValue& name : m_object["programs"].toArray())
-            m_list->programs += name.toString().left(MaximumTextCharacters);
-        for (const QJsonValue& path : m_object["leftOut"].toArray())
-            m_list->leftOut += path.toString().left(MaximumTextCharacters);
+        m_list->programs = names("programs");
+        m_list->leftOut = names("leftOut");
         const bool isUser = m_list->user.isEmpty() ||
                             (BackupPath::isInside(m_list->user.toUtf8()) && !m_list->user.contains('/'));
         return isUser ? QString() : QString("the user has no name that can be used");
@@ -165,10 +175,11 @@ private:
 
     QString parseNamed() {
         const QJsonArray wineFiles = m_object["wineFiles"].toArray();
-        if (wineFiles.size() > BackupList::MaximumWineFiles)
+        const QJsonArray links = m_object["standardLinks"].toArray();
+        if (wineFiles.size() > BackupList::MaximumWineFiles || links.size() > BackupList::MaximumNames)
             return "it has too many files";
         const QString fault = parsePaths(wineFiles, &BackupPath::isWinePlace, Type::File, &m_list->wineFiles);
-        return fault.isEmpty() ? parsePaths(m_object["standardLinks"].toArray(), &BackupPath::isStandardLink,
+        return fault.isEmpty() ? parsePaths(links, &BackupPath::isStandardLink,
                                             Type::Link, &m_list->standardLinks)
                                : fault;
     }

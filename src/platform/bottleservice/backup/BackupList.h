@@ -28,6 +28,7 @@ struct BackupList {
     static constexpr int MaximumBytes = 96 * 1024 * 1024;  ///< of the list's text
     static constexpr int MaximumEntries = 500000;
     static constexpr int MaximumWineFiles = 200000;
+    static constexpr int MaximumNames = 1000;  ///< of programs, standard links, and what was left out
 
     QString name;    ///< of the bottle
     QString runner;  ///< of the bottle

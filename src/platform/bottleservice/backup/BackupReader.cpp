@@ -17,9 +17,6 @@ using Type = BackupEntry::Type;
 
 namespace {
 
-/// The checksums of as many files as a list may have, with paths of the usual length.
-constexpr qint64 MaximumChecksumsBytes = 512LL * 1024 * 1024;
-
 unsigned typeOf(const BackupEntry& entry) {
     return entry.type == Type::File ? AE_IFREG : entry.type == Type::Link ? AE_IFLNK : AE_IFDIR;
 }
@@ -153,7 +150,7 @@ Reason BackupReader::unpack(const BackupList& list, const QString& directory,
     if (failure.isEmpty() && (!header || qstrcmp(archive_entry_pathname(header), ChecksumsEntry) != 0))
         return broken("its end is missing");
     const auto checksums =
-        failure.isEmpty() ? readText(header, MaximumChecksumsBytes, &failure) : std::nullopt;
+        failure.isEmpty() ? readText(header, m_checksums.size(), &failure) : std::nullopt;
     if (failure.isEmpty() && *checksums != m_checksums)
         return broken("a file has another checksum than it should have");
     return failure;

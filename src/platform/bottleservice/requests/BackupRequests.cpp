@@ -21,6 +21,7 @@ using Fault = Answer::Fault;
 namespace {
 
 constexpr int ProgressMs = 200;
+constexpr int MaximumShown = 100;  // names in a description
 
 Answer describe(const QString& file) {
     Reason failure;
@@ -31,10 +32,10 @@ Answer describe(const QString& file) {
                                                     {"name", list->name},
                                                     {"runner", list->runner},
                                                     {"created", list->created.toString(Qt::ISODate)},
-                                                    {"programs", QJsonArray::fromStringList(list->programs)},
+                                                    {"programs", QJsonArray::fromStringList(list->programs.mid(0, MaximumShown))},
                                                     {"bytes", list->bytes()},
                                                     {"files", list->entries.size()},
-                                                    {"leftOut", QJsonArray::fromStringList(list->leftOut)}}));
+                                                    {"leftOut", QJsonArray::fromStringList(list->leftOut.mid(0, MaximumShown))}}));
 }
 
 }  // namespace
