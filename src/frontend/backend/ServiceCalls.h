@@ -18,8 +18,9 @@ public:
 
 protected:
     static constexpr int LongTimeoutMs = 3600000;  ///< the call may wait behind a long Wine operation
-    static constexpr int NoTimeoutMs = std::numeric_limits<int>::max();  ///< ends with the service at the latest
-    static constexpr int BusTimeoutMs = -1;        ///< the bus library's own, 25 s
+    static constexpr int NoTimeoutMs =
+        std::numeric_limits<int>::max();     ///< ends with the service at the latest
+    static constexpr int BusTimeoutMs = -1;  ///< the bus library's own, 25 s
 
     /// part is the last part of the object's path and interface.
     ServiceCalls(const QString& part, int timeoutMs,

@@ -110,6 +110,14 @@ constexpr Row Rows[] = {
      QT_TRANSLATE_NOOP("ServiceErrorText", "This Wine cannot be set to the Windows version \"%1\": %2")},
     {"registry-unchanged",
      QT_TRANSLATE_NOOP("ServiceErrorText", "The registry of the bottle was not changed: %1")},
+    {"wine-file-gone",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "The bottle needs a file of a Wine that is no longer installed: %1.")},
+    {"wine-busy",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "Wine is still busy in the bottle. Try again in a moment.")},
+    {"target-in-bottle",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The backup cannot lie in the bottle that it is made of: %1.")},
+    {"bottle-unfit", QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle cannot be backed up: %1.")},
 };
 
 const char* formatOf(const QString& code) {

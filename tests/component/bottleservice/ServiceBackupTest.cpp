@@ -210,6 +210,7 @@ private Q_SLOTS:
         auto before = treeOf(root);
 
         const QJsonObject exported = copy("exportBottle", {name, file()});
+        QCOMPARE(int(QFileInfo(file()).permissions() & (QFile::ReadGroup | QFile::ReadOther)), 0);
         QVERIFY2(exported["ok"].toBool(), QJsonDocument(exported).toJson().constData());
         QCOMPARE(exported["leftOut"].toArray(), QJsonArray{"drive_c/App/outer -> /etc"});
         QCOMPARE(exported["bytes"].toDouble(), double(QFileInfo(file()).size()));
@@ -448,6 +449,9 @@ private Q_SLOTS:
         QCOMPARE(code("exportBottle", {"b", file("link")}), QString("no-ordinary-file"));
         QCOMPARE(code("exportBottle", {"b", "relative"}), QString("no-ordinary-file"));
         QCOMPARE(code("exportBottle", {"b", "/proc/none/x"}), QString("cannot-write"));
+        QCOMPARE(code("exportBottle", {"b", bottle("b") + "/drive_c/x"}), QString("target-in-bottle"));
+        QVERIFY(QFile::link("/gone/a.dll", bottle("b") + "/drive_c/windows/a.dll"));
+        QCOMPARE(code("exportBottle", {"b", file()}), QString("wine-file-gone"));
         QCOMPARE(code("importBottle", {file("none"), ""}), QString("no-ordinary-file"));
         QCOMPARE(code("importBottle", {"/etc/passwd", ""}), QString("bad-backup"));
         QCOMPARE(code("describeBackup", {"/etc/passwd"}), QString("bad-backup"));

@@ -89,10 +89,9 @@ void askToRestore(const QString& file, const QJsonObject& description, QWidget* 
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
     const QString details =
-        made.isValid()
-            ? Actions::tr("Backed up on %1. It takes %2 on the disk.")
-                  .arg(QLocale().toString(made.toLocalTime().date(), QLocale::LongFormat), size)
-            : Actions::tr("It takes %1 on the disk.").arg(size);
+        made.isValid() ? Actions::tr("Backed up on %1. It takes %2 on the disk.")
+                             .arg(QLocale().toString(made.toLocalTime().date(), QLocale::LongFormat), size)
+                       : Actions::tr("It takes %1 on the disk.").arg(size);
     for (const auto& [text, kind] :
          {std::make_pair(name, Fenk::Label::Strong), std::make_pair(details, Fenk::Label::Small)}) {
         auto* label = new Fenk::Label(text, kind);

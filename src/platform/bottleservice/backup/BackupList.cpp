@@ -179,9 +179,9 @@ private:
         if (wineFiles.size() > BackupList::MaximumWineFiles || links.size() > BackupList::MaximumNames)
             return "it has too many files";
         const QString fault = parsePaths(wineFiles, &BackupPath::isWinePlace, Type::File, &m_list->wineFiles);
-        return fault.isEmpty() ? parsePaths(links, &BackupPath::isStandardLink,
-                                            Type::Link, &m_list->standardLinks)
-                               : fault;
+        return fault.isEmpty()
+                   ? parsePaths(links, &BackupPath::isStandardLink, Type::Link, &m_list->standardLinks)
+                   : fault;
     }
 
     QString checkLinks() {

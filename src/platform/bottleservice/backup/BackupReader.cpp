@@ -149,8 +149,7 @@ Reason BackupReader::unpack(const BackupList& list, const QString& directory,
     }
     if (failure.isEmpty() && (!header || qstrcmp(archive_entry_pathname(header), ChecksumsEntry) != 0))
         return broken("its end is missing");
-    const auto checksums =
-        failure.isEmpty() ? readText(header, m_checksums.size(), &failure) : std::nullopt;
+    const auto checksums = failure.isEmpty() ? readText(header, m_checksums.size(), &failure) : std::nullopt;
     if (failure.isEmpty() && *checksums != m_checksums)
         return broken("a file has another checksum than it should have");
     return failure;

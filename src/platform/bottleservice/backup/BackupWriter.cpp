@@ -75,12 +75,16 @@ Reason BackupWriter::write(const BackupList& list, const QString& bottlePath, co
     const QByteArray text = list.toJson();
     QString error;
     if (!BackupList::parse(text, &error))
-        return QString("The bottle cannot be backed up: %1.").arg(error);
+        return Reason(Reason::BottleUnfit, {error});
     const QByteArray path = QFile::encodeName(m_temporary);
     ::unlink(path.constData());
-    m_file.reset(::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
+    m_file.reset(::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!m_file.isValid())
         return Reason(Reason::CannotWrite, {m_target, systemFault(errno)});
+    // What programs keep is for nobody else, unless an older backup of this name was.
+    struct stat older = {};
+    if (::lstat(QFile::encodeName(m_target).constData(), &older) == 0 && S_ISREG(older.st_mode))
+        ::fchmod(m_file.get(), older.st_mode & 0777);
     m_archive.reset(archive_write_new());
     archive* handle = m_archive.get();
     archive_write_set_format_gnutar(handle);

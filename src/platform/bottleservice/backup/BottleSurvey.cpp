@@ -115,7 +115,9 @@ Reason BottleSurvey::walk(const QByteArray& directory, const std::atomic_bool& c
                 .arg(QString::fromUtf8(entry.path.left(400)));
         const bool isForeign = entry.status.st_dev != m_device;
         if (S_ISLNK(entry.status.st_mode)) {
-            addLink(entry.path);
+            const Reason fault = addLink(entry.path);
+            if (!fault.isEmpty())
+                return fault;
         } else if (S_ISREG(entry.status.st_mode)) {
             addFile(entry.path, entry.status);
         } else if (S_ISDIR(entry.status.st_mode) && !isForeign) {
@@ -169,26 +171,29 @@ bool BottleSurvey::isMadeByWine(const QByteArray& path, const QByteArray& target
     return parts.size() == 4 && isInTemplate("drive_c/users/" + user + '/' + parts[3], {});
 }
 
-void BottleSurvey::addLink(const QByteArray& path) {
+Reason BottleSurvey::addLink(const QByteArray& path) {
     QByteArray target = targetOf(pathOf(path));
     const QByteArray root = QFile::encodeName(m_place.bottlePath) + '/';
     if (target.startsWith(root))
         target = QByteArray("../").repeated(path.count('/')) + target.mid(root.size());
     if (BackupPath::staysInside(path, target)) {
         list.entries += BackupEntry{Type::Link, path, 0, 0, 0, target, {}};
-        return;
+        return {};
     }
     if (BackupPath::isWinePlace(path) && isInTemplate(path, target)) {
         list.wineFiles += path;
-        return;
+        return {};
     }
     if (BackupPath::isStandardLink(path) && isMadeByWine(path, target)) {
         list.standardLinks += path;
-        return;
+        return {};
     }
     // A file of Wine or of a component becomes a real one.
     struct stat status = {};
     const QString real = QFileInfo(QFile::decodeName(pathOf(path))).canonicalFilePath();
+    // Nothing of it would be in the backup, and the restored bottle would lack it.
+    if (m_place.isCopy && path.startsWith("drive_c/windows/") && target.startsWith('/') && real.isEmpty())
+        return Reason(Reason::WineFileGone, {QString::fromUtf8(path)});
     const bool isOwn =
         std::any_of(m_place.ownDirectories.begin(), m_place.ownDirectories.end(),
                     [&real](const QString& directory) { return real.startsWith(directory + '/'); });
@@ -196,6 +201,7 @@ void BottleSurvey::addLink(const QByteArray& path) {
         addFile(path, status);
     else
         leaveOut(path, target);
+    return {};
 }
 
 void BottleSurvey::leaveOut(const QByteArray& path, const QByteArray& target) {

@@ -17,6 +17,7 @@ public:
         QString bottlePath;
         QString templatePath;        ///< empty when the bottle is no copy of one
         QStringList ownDirectories;  ///< canonical; links to files below these are Wine's or a component's
+        bool isCopy = false;         ///< of a template, which may be missing
     };
 
     explicit BottleSurvey(const Place& place) : m_place(place) {}
@@ -45,7 +46,7 @@ private:
     Reason walk(const QByteArray& directory, const std::atomic_bool& cancelled);
     /// Leaves out the links that a restoration would refuse.
     void checkLinks();
-    void addLink(const QByteArray& path);
+    Reason addLink(const QByteArray& path);
     void addFile(const QByteArray& path, const struct stat& status);
     void leaveOut(const QByteArray& path, const QByteArray& target);
     void stamp(const QByteArray& path, const struct stat& status);

@@ -40,6 +40,9 @@ void UnfinishedBackups::removeAll(const QString& dataDir) {
         const QString note = dataDir + '/' + name;
         const QString path =
             QFile::decodeName(Fenk::RegularFile::read(note, MaximumBytes).value_or(QByteArray()));
+        // On a drive that is not there now.
+        if (path.startsWith('/') && !QFileInfo(QFileInfo(path).path()).isDir())
+            continue;
         if (isUnfinished(path)) {
             qWarning() << "an earlier run of the service was interrupted; removing what it left:" << path;
             QFile::remove(path);

@@ -45,6 +45,11 @@ void ExportBottleJob::start() {
         finish(failure);
         return;
     }
+    const QString directory = QFileInfo(QFileInfo(m_target).path()).canonicalFilePath();
+    if ((directory + '/').startsWith(QFileInfo(m_bottle.path()).canonicalFilePath() + '/')) {
+        conclude(Reason(Reason::TargetInBottle, {m_target}));
+        return;
+    }
     if (BottleBackup::state(m_bottle.path()) != BottleBackup::State::None) {
         conclude("An earlier installation could not be taken back yet.");
         return;
@@ -55,6 +60,12 @@ void ExportBottleJob::start() {
         else
             finish(Answer::busy(running));
     });
+}
+
+void ExportBottleJob::cancel() {
+    m_tools.progress->cancelled = true;
+    if (m_wait)
+        m_wait->kill();  // the one that waits, not the server
 }
 
 /// A wineserver writes the registry when it ends, which it does some seconds after the last program. Nothing
@@ -74,10 +85,11 @@ void ExportBottleJob::waitForWine(const Runner& runner) {
         else if (!running.isEmpty())
             finish(Answer::busy(running));
         else if (wait->hasTimedOut())
-            conclude(Reason::ProgramsNotEnded);
+            conclude(Reason::WineBusy);
         else
             survey();
     });
+    m_wait = wait;
     wait->start(WineserverMs);
 }
 
@@ -93,7 +105,7 @@ void ExportBottleJob::survey() {
     m_templatePath = key.isEmpty() ? QString() : m_bottle.templates()->pathOf(key);
     if (!QFileInfo(m_templatePath + "/drive_c/windows").isDir())
         m_templatePath.clear();
-    BottleSurvey::Place place{m_bottle.path(), m_templatePath, {}};
+    BottleSurvey::Place place{m_bottle.path(), m_templatePath, {}, !key.isEmpty()};
     QStringList directories = runner.wine.isEmpty() ? QStringList() : SlimPrefix::peDirectories(runner.wine);
     for (const char* components : {"/dxvk", "/vkd3d", "/runners"})
         directories += m_tools.dataDir + components;
@@ -110,24 +122,27 @@ void ExportBottleJob::survey() {
     list.path = m_bottle.path();
     list.created = QDateTime::currentDateTimeUtc();
     list.programs = programNames(settings->programs());
+    auto reason = std::make_shared<Reason>();  // the worker's answer is text only
     m_bottle.templates()->run(
         this,
-        [survey = m_survey, wine = runner.wine, original = m_templatePath,
-         progress = m_tools.progress](const std::atomic_bool&) {
-            const Reason fault = survey->take(progress->cancelled);
-            if (!original.isEmpty()) {
-                const QString build = WineBuild::checksum(wine);
+        [survey = m_survey, reason, wine = runner.wine, original = m_templatePath, key,
+         isCurrent = key == Templates::keyOf(runner), progress = m_tools.progress](const std::atomic_bool&) {
+            *reason = survey->take(progress->cancelled);
+            if (!key.isEmpty()) {
+                // What the bottle was made from may be gone, or be older than the installed Wine.
+                const QString build =
+                    isCurrent && !original.isEmpty() ? WineBuild::checksum(wine) : QString();
                 survey->list.build = build.isEmpty() ? QString("unknown") : build;
             }
             survey->list.user = RestoredPrefix::userOf(survey->list.path, RestoredPrefix::userOf(original));
             progress->total = survey->list.bytes();
-            return fault.text();
+            return reason->text();
         },
-        [this](const QString& fault) {
+        [this, reason](const QString& fault) {
             if (m_tools.progress->cancelled)
                 conclude(Reason::Cancelled);
             else if (!fault.isEmpty())
-                conclude(fault);
+                conclude(reason->isEmpty() ? Reason(fault) : *reason);
             else
                 write();
         });

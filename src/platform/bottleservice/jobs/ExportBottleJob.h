@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QThreadPool>
 #include <memory>
 
@@ -8,6 +9,7 @@
 #include "bottleservice/jobs/JobBottle.h"
 
 class BottleSurvey;
+class WineCommand;
 
 /// Writes a whole bottle into a file (BackupWriter). Fails with Busy while programs run in the bottle, and
 /// ends none; waits until Wine has left the bottle. A program may be started meanwhile: the files that it
@@ -26,7 +28,7 @@ public:
     ExportBottleJob(const JobBottle& bottle, const QString& target, Tools tools, Reply reply);
 
     void start() override;
-    void cancel() override { m_tools.progress->cancelled = true; }
+    void cancel() override;
 
 private:
     void waitForWine(const Runner& runner);
@@ -36,6 +38,7 @@ private:
 
     JobBottle m_bottle;
     QString m_target;
+    QPointer<WineCommand> m_wait;  ///< for the wineserver
     Tools m_tools;
     QString m_note;  ///< file that names the unfinished backup, for the next start of the service
     QString m_templatePath;

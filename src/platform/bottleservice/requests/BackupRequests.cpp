@@ -28,14 +28,15 @@ Answer describe(const QString& file) {
     const auto list = BackupReader(file).readList(&failure);
     if (!list)
         return Answer::failure(Fault::Failed, failure);
-    return Answer::of(JsonText::compact(QJsonObject{{"ok", true},
-                                                    {"name", list->name},
-                                                    {"runner", list->runner},
-                                                    {"created", list->created.toString(Qt::ISODate)},
-                                                    {"programs", QJsonArray::fromStringList(list->programs.mid(0, MaximumShown))},
-                                                    {"bytes", list->bytes()},
-                                                    {"files", list->entries.size()},
-                                                    {"leftOut", QJsonArray::fromStringList(list->leftOut.mid(0, MaximumShown))}}));
+    return Answer::of(JsonText::compact(
+        QJsonObject{{"ok", true},
+                    {"name", list->name},
+                    {"runner", list->runner},
+                    {"created", list->created.toString(Qt::ISODate)},
+                    {"programs", QJsonArray::fromStringList(list->programs.mid(0, MaximumShown))},
+                    {"bytes", list->bytes()},
+                    {"files", list->entries.size()},
+                    {"leftOut", QJsonArray::fromStringList(list->leftOut.mid(0, MaximumShown))}}));
 }
 
 }  // namespace

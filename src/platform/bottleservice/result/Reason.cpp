@@ -68,6 +68,10 @@ constexpr Reason::Format Formats[] = {
     {"bad-font-name", "\"%1\" is no name of a font."},
     {"windows-not-set", "This Wine cannot be set to the Windows version \"%1\": %2"},
     {"registry-unchanged", "The registry of the bottle was not changed: %1"},
+    {"wine-file-gone", "The bottle needs a file of a Wine that is no longer installed: %1."},
+    {"wine-busy", "Wine is still busy in the bottle. Try again in a moment."},
+    {"target-in-bottle", "The backup cannot lie in the bottle that it is made of: %1."},
+    {"bottle-unfit", "The bottle cannot be backed up: %1."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -68,6 +68,10 @@ public:
         BadFontName,
         WindowsNotSet,
         RegistryUnchanged,
+        WineFileGone,
+        WineBusy,
+        TargetInBottle,
+        BottleUnfit,
         CodeCount
     };
 
