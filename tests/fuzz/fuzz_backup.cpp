@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <cstdlib>
 
+#include "bottleservice/backup/BackupLinks.h"
 #include "bottleservice/backup/BackupPath.h"
 #include "bottleservice/backup/BackupReader.h"
 #include "bottleservice/files/TreeRemover.h"
@@ -20,9 +21,11 @@ void require(bool isTrue) {
 /// What a list promises that was accepted.
 void checkList(const BackupList& list) {
     qint64 total = 0;
+    const BackupLinks links(list);
     for (const BackupEntry& entry : list.entries) {
         require(BackupPath::isInside(entry.path) && !BackupPath::isPassedOver(entry.path));
         require(entry.type != BackupEntry::Type::Link || BackupPath::staysInside(entry.path, entry.target));
+        require(entry.type != BackupEntry::Type::Link || !links.leadsOut(entry));
         require(entry.size >= 0 && (entry.mode & ~0755) == 0);
         require(BackupPath::fromText(BackupPath::toText(entry.path)) == entry.path);
         total += entry.size;

@@ -162,7 +162,7 @@ bool BottleSurvey::isInTemplate(const QByteArray& path, const QByteArray& target
 /// Links out of the bottle that every new bottle gets, or Wine at its start.
 bool BottleSurvey::isMadeByWine(const QByteArray& path, const QByteArray& target) const {
     if (path.startsWith("dosdevices/"))
-        return target == "/" || target.startsWith("/dev/") || isInTemplate(path, {});
+        return target == "/" || target.startsWith("/dev/") || isInTemplate(path, target);
     if (m_place.templatePath.isEmpty() || isInTemplate(path, {}))
         return true;
     // A bottle that came from elsewhere may have another user.
