@@ -132,6 +132,7 @@ private:
             return "it has too many files";
         qint64 total = 0;
         bool hasSettings = false;
+        bool hasDrive = false;
         m_list->entries.reserve(entries.size());
         for (const QJsonValue& value : entries) {
             BackupEntry entry;
@@ -143,8 +144,11 @@ private:
                 return "it is too large";
             hasSettings = hasSettings || (entry.path == Settings && entry.type == Type::File &&
                                           entry.size <= MaximumSettingsBytes);
+            hasDrive = hasDrive || (entry.path == "drive_c" && entry.type == Type::Directory);
             m_list->entries += entry;
         }
+        if (!hasDrive)
+            return "it has no drive C";
         return hasSettings ? QString() : QString("it has no settings");
     }
 
