@@ -205,6 +205,9 @@ Reason BottleSurvey::addLink(const QByteArray& path) {
 }
 
 void BottleSurvey::leaveOut(const QByteArray& path, const QByteArray& target) {
+    // The last line says that there are more.
+    if (list.leftOut.size() == MaximumLeftOut - 1)
+        list.leftOut += QString(QChar(0x2026));
     if (list.leftOut.size() >= MaximumLeftOut)
         return;
     const QString text = BackupPath::toText(path);
