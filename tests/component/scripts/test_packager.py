@@ -78,8 +78,10 @@ class Packer(BottleCase):
         self.write("games/Game/data/level.dat", "level")
         os.symlink("data", self.path("games/Game/link"))
         alone = self.write("games/alone.exe", "MZ alone")
-        other = ID[:-1] + "7"
-        self.choose({ID: "x", other: "y"}, {
+        other, second = ID[:-1] + "7", ID[:-1] + "8"
+        self.choose({ID: "x", other: "y", second: "z"}, {
+            second: {"path": self.write("games/Game/tool.exe", "MZ tool"), "dir_to_package": self.path("games/Game"),
+                     "path_packaged": self.directory + "/drive_c/Game/tool.exe", "in_bottles": False},
             ID: {"path": game, "in_bottles": False, "dir_to_package": self.path("games/Game"),
                  "path_packaged": self.directory + "/drive_c/Game/bin/game.exe"},
             other: {"path": alone, "in_bottles": False, "only_copy_exe": True, "dir_to_package": self.path("games"),

@@ -40,7 +40,7 @@ class Contents:
 
     def add(self, entry):
         known = self.entries.setdefault(entry.path, entry)
-        if known is not entry and DIRECTORY not in (known.kind, entry.kind):
+        if known != entry and DIRECTORY not in (known.kind, entry.kind):
             raise PackageError(f"Two files of the package have the same place: {entry.path}", "same-place", entry.path)
         for parent in _parents(entry.path):
             if self.entries.setdefault(parent, Entry(parent, DIRECTORY)).kind != DIRECTORY:
@@ -63,6 +63,7 @@ class BottleWalk:
         self.bottle_dir = os.path.realpath(bottle_dir)
         self.data_dir = os.path.realpath(data_dir)
         self.user = user
+        self.trees = set()
         self.moved = [(self.bottle_dir, "")]  # directories, and where their contents lie in the bottle of the package
 
     def add_drive(self, prefix):
@@ -72,6 +73,9 @@ class BottleWalk:
     def add_tree(self, source, target, prefix):
         """A directory outside of the bottle, which the user has chosen, to `target`."""
         source = os.path.realpath(source)
+        if (source, target) in self.trees:
+            return  # of another program
+        self.trees.add((source, target))
         if self.bottle_dir.startswith(source.rstrip("/") + "/"):
             raise PackageError(f"{source} contains the bottle itself and cannot go into the package.",
                                "contains-bottle", source)
