@@ -95,11 +95,18 @@ class Packer(BottleCase):
         for text in (r"path: C:\Game\bin\game.exe", r"folder: C:\Game\bin", r"path: C:\alone\alone.exe"):
             self.assertIn(text, settings)
 
+    def know_every_package(self):
+        Path(self.directory, ".before-install/journal.json").unlink()
+        os.chmod(self.write("bin/dpkg-query", "#!/bin/sh\necho installed\n"), 0o755)
+        self.env["PATH"] = self.path("bin") + ":" + os.environ["PATH"]
+
     def test_what_cannot_be_packed_is_refused_with_a_sentence(self):
         good = {ID: r"C:\App Dir\程序.exe"}
         newline = os.path.join(self.directory, "drive_c", "a\nb")
         for programs, info, prepare, words in (
             (good, {"pkgname": "../x"}, None, "not a valid package name"),
+            (good, {"pkgname": "cellarix"}, None, "has no dot"),
+            ({"x\nExec=y": "a"}, {}, None, "not the id of a program"),
             (good, {"pkgversion": "1.0\nEvil: x"}, None, "not a valid package version"),
             (good, {"arch": ["mips"]}, None, "No architecture"),
             ({}, {}, None, "No program"),
@@ -107,6 +114,7 @@ class Packer(BottleCase):
             (good, {}, lambda: [os.truncate(self.add(f"drive_c/huge{n}", ""), 6 << 30) for n in "12"], "at most 10 GB"),
             (good, {}, lambda: Path(newline).write_text(""), "line break"),
             (good, {}, lambda: self.add(".before-install/journal.json", ""), "being installed"),
+            (good, {}, self.know_every_package, "Another program's package"),
         ):
             with self.subTest(words):
                 self.choose(programs, **info)

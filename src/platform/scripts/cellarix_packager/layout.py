@@ -5,6 +5,7 @@
 """
 
 import os
+import re
 
 FORMAT = 1
 USER = "packaged-user"  # stands for the user's name in paths and registry files of a package
@@ -13,6 +14,7 @@ REGISTRIES = ("system.reg", "user.reg", "userdef.reg")
 SETTINGS = "bottle.yml"
 RECORD = ".package"  # of a user's bottle: the package.json, files.json and registry files that it was made from
 NO_UPDATE = (".update-timestamp", b"disable\n")  # Wine must not update a prefix with links into its own directory
+PROGRAM_ID = re.compile(r"[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}")
 
 
 def program_root(package):

@@ -3,8 +3,10 @@
 import json
 import os
 import re
+import subprocess
 from dataclasses import dataclass, field
 
+from cellarix_packager import layout
 from cellarix_packager.errors import PackageError
 
 RECORD_LIMIT = 16 << 20
@@ -49,12 +51,15 @@ def load(bottle_dir):
     text = {key: _one_line(info.get(key)) for key in ("appname", "pkgname", "pkgversion", "category")}
     if len(text["pkgname"]) < 2 or len(text["pkgname"]) > 200 or not NAME.fullmatch(text["pkgname"]):
         raise PackageError(f"\"{text['pkgname']}\" is not a valid package name.")
+    _check_owner(text["pkgname"])
     if len(text["pkgversion"]) > 200 or not VERSION.fullmatch(text["pkgversion"]):
         raise PackageError(f"\"{text['pkgversion']}\" is not a valid package version.")
     words = info.get("arch") if isinstance(info.get("arch"), list) else []
     architectures = [word for word in ARCHITECTURES if word in words]
     if not architectures:
         raise PackageError("No architecture is chosen for the package.")
+    if odd := next((uuid for uuid in chosen if not layout.PROGRAM_ID.fullmatch(uuid)), None):
+        raise PackageError(f"{odd!r} is not the id of a program.")
     sources = [_source(bottle_dir, uuid, entry) for uuid, entry in sorted(chosen.items()) if isinstance(entry, dict)]
     if not sources:
         raise PackageError("No program of the bottle is chosen for the package.")
@@ -62,6 +67,23 @@ def load(bottle_dir):
     category = text["category"] if text["category"] in CATEGORIES else "Other"
     return Request(text["appname"] or text["pkgname"], text["pkgname"], text["pkgversion"], description, category,
                    architectures, sources)
+
+
+def _check_owner(name):
+    """A package that Debian or another maker has given that name would be replaced by this one."""
+    if "." not in name:
+        raise PackageError(f"The package name {name} has no dot; choose one such as com.example.program.", "plain-name", name)
+    if not os.path.exists(f"/{layout.program_root(name)}/package.json") and _is_installed(name):
+        raise PackageError(f"Another program's package is named {name}.", "foreign-name", name)
+
+
+def _is_installed(name):
+    try:
+        asked = subprocess.run(["dpkg-query", "-W", "-f", "${db:Status-Status}", name], capture_output=True, text=True,
+                               check=False)
+    except FileNotFoundError:
+        return False
+    return asked.stdout.startswith(("installed", "half", "unpacked", "triggers"))
 
 
 def _read_object(bottle_dir, name):

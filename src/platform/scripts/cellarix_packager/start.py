@@ -9,13 +9,14 @@ the version of the package afterwards, then hands the program to the application
 import os
 import sys
 
+from cellarix_packager import layout
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 from cellarix_packager.userbottle import UserBottle
 
 
 def main(argv):
-    if len(argv) != 2:
+    if len(argv) != 2 or not layout.PROGRAM_ID.fullmatch(argv[1]):
         print("usage: packaged_program.py DIRECTORY PROGRAM", file=sys.stderr)
         return 64
     try:
