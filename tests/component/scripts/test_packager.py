@@ -76,6 +76,8 @@ class Packer(BottleCase):
     def test_programs_from_outside_move_into_the_drive(self):
         game = self.write("games/Game/bin/game.exe", "MZ game")
         self.write("games/Game/data/level.dat", "level")
+        for name in (".git/config", "data/cookies", "data/Cache/x"):
+            self.write("games/Game/" + name, "private")
         os.symlink("data", self.path("games/Game/link"))
         alone = self.write("games/alone.exe", "MZ alone")
         other, second = ID[:-1] + "7", ID[:-1] + "8"
@@ -90,10 +92,17 @@ class Packer(BottleCase):
         found = {name.partition("drive_c/")[2]: data for name, (_, data) in members.items() if data}
         self.assertEqual((found["Game/bin/game.exe"], found["Game/data/level.dat"], found["alone/alone.exe"]),
                          (b"MZ game", b"level", b"MZ alone"))
+        self.assertNotIn(b"private", found.values())
         self.assertEqual(members[ROOT + "bottle/drive_c/Game/link"][0].linkname, "data")
         settings = members[ROOT + "bottle/bottle.yml"][1].decode()
         for text in (r"path: C:\Game\bin\game.exe", r"folder: C:\Game\bin", r"path: C:\alone\alone.exe"):
             self.assertIn(text, settings)
+
+    def link_to(self, target):
+        link = self.path("a/b/c/link")
+        os.makedirs(os.path.dirname(link))
+        os.symlink(target, link)
+        return link
 
     def know_every_package(self):
         Path(self.directory, ".before-install/journal.json").unlink()
@@ -106,6 +115,8 @@ class Packer(BottleCase):
         for programs, info, prepare, words in (
             (good, {"pkgname": "../x"}, None, "not a valid package name"),
             (good, {"pkgname": "cellarix"}, None, "has no dot"),
+            ({ID: "/"}, {}, lambda: self.add("pkgcfg/pkgsrc.json", json.dumps({ID: {
+                "path": "/etc/passwd", "dir_to_package": self.link_to("/etc"), "in_bottles": False}})), "too close to the root"),
             ({"x\nExec=y": "a"}, {}, None, "not the id of a program"),
             (good, {"pkgversion": "1.0\nEvil: x"}, None, "not a valid package version"),
             (good, {"arch": ["mips"]}, None, "No architecture"),

@@ -8,6 +8,7 @@ from cellarix_packager import layout, links, private
 from cellarix_packager.errors import PackageError
 
 DIRECTORY, FILE, LINK = "directory", "file", "link"
+NEAR_ROOT = 3  # slashes: a directory of the user's with fewer is the root, the home directory or a neighbour
 
 
 @dataclass
@@ -64,7 +65,8 @@ class BottleWalk:
         self.data_dir = os.path.realpath(data_dir)
         self.user = user
         self.trees = set()
-        self.moved = [(self.bottle_dir, "")]  # directories, and where their contents lie in the bottle of the package
+        # Directories, where their contents lie in the bottle of the package, and what of them stays at home.
+        self.moved = [(self.bottle_dir, "", self._is_left_out)]
 
     def add_drive(self, prefix):
         """The drive C of the bottle below `prefix`."""
@@ -79,8 +81,14 @@ class BottleWalk:
         if self.bottle_dir.startswith(source.rstrip("/") + "/"):
             raise PackageError(f"{source} contains the bottle itself and cannot go into the package.",
                                "contains-bottle", source)
-        self.moved.append((source, target))
-        self._walk(source, target, prefix, lambda _: False)
+        if source.count("/") < NEAR_ROOT:
+            raise PackageError(f"{source} is too close to the root to be packed whole.", "wide-folder", source)
+
+        def is_left_out(relative):
+            return private.is_private_outside(relative[len(target) + 1:])
+
+        self.moved.append((source, target, is_left_out))
+        self._walk(source, target, prefix, is_left_out)
 
     def add_file(self, source, target, prefix):
         self._add(source, target, prefix)
@@ -101,6 +109,7 @@ class BottleWalk:
             directory, below = pending.pop()
             for item in _scan(directory):
                 inside = f"{below}/{item.name}"
+                _check_name(inside)
                 is_real_directory = item.is_dir(follow_symlinks=False)
                 if is_left_out(inside):
                     self.contents.left_out.append((inside, "private"))
@@ -118,9 +127,7 @@ class BottleWalk:
         return f"{prefix}/{relative}"
 
     def _add(self, path, relative, prefix):
-        if any(sign in relative for sign in "\n\r"):
-            raise PackageError(f"A file name with a line break cannot go into a package: {relative!r}",
-                               "line-break", repr(relative))
+        _check_name(relative)
         status = os.lstat(path)
         place = self._place(relative, prefix)
         if stat.S_ISREG(status.st_mode):
@@ -149,11 +156,16 @@ class BottleWalk:
 
     def _moved_place(self, target):
         """Where the target of a link lies in the bottle of the package; empty if it does not go along."""
-        for source, moved in reversed(self.moved):
+        for source, moved, is_left_out in reversed(self.moved):
             if target.startswith(source + "/"):
                 relative = os.path.join(moved, target[len(source) + 1:])
-                return relative if moved or not self._is_left_out(relative) else ""
+                return "" if is_left_out(relative) else relative
         return ""
+
+
+def _check_name(path):
+    if any(sign in path for sign in "\n\r"):
+        raise PackageError(f"A file name with a line break cannot go into a package: {path!r}", "line-break", repr(path))
 
 
 def _scan(directory):

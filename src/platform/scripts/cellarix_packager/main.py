@@ -38,7 +38,7 @@ def main(argv):
         return 0
     except PackageError as error:
         if error.cause:
-            print(f"packager: cause {error.cause}: {error.subject}", flush=True)
+            print(_line(f"packager: cause {error.cause}: {error.subject}"), flush=True)
         print(error, file=sys.stderr)
     except OSError as error:
         print(f"{error.filename or options.savedir}: {error.strerror}", file=sys.stderr)
@@ -213,14 +213,20 @@ class Packing:
         for path, reason in self.contents.left_out:
             groups.setdefault((os.path.dirname(path), reason), []).append(path)
         for (directory, reason), paths in sorted(groups.items()):
-            print(f"left out ({reason}):", paths[0] if len(paths) == 1 else f"{len(paths)} entries of {directory}")
+            what = paths[0] if len(paths) == 1 else f"{len(paths)} entries of {directory}"
+            print(_line(f"left out ({reason}): {what}"))
         sizes = {}
         for entry in self.contents.entries.values():
             folder = "/".join(entry.path[len(self.prefix) + 1:].split("/")[:2])
             if entry.path.startswith(self.prefix + "/drive_c/"):
                 sizes[folder] = sizes.get(folder, 0) + entry.size
         for folder, size in sorted(sizes.items()):
-            print(f"goes along: {folder}, {-(-size // (1 << 20))} MiB")
+            print(_line(f"goes along: {folder}, {-(-size // (1 << 20))} MiB"))
+
+
+def _line(text):
+    """A name from a bottle cannot begin a line of its own, which callers would take for progress."""
+    return "".join("?" if c in "\n\r\v\f\x1b\x85\u2028\u2029" else c for c in text)
 
 
 def _json(value):

@@ -53,7 +53,19 @@ def is_private(path):
         return True
     if parts[0] != "users":
         return len(parts) == 2 and any(fnmatch.fnmatchcase(lower, pattern) for pattern in WINDOWS_FILES)
-    return any(part in CACHES for part in parts[2:-1]) or any(fnmatch.fnmatchcase(parts[-1], name) for name in FILES)
+    return _has_private_name(parts[2:])
+
+
+def is_private_outside(path):
+    """The same for a path relative to a directory of the user's own. What begins with a dot are settings and histories
+    of other programs there."""
+    parts = path.lower().split("/")
+    return any(part.startswith(".") for part in parts[:-1]) or _has_private_name(parts)
+
+
+def _has_private_name(parts):
+    return any(part in CACHES for part in parts[:-1]) or \
+        bool(parts) and any(fnmatch.fnmatchcase(parts[-1], name) for name in FILES)
 
 
 _DIRECTORIES = tuple((pattern, pattern.count("/") + 1) for pattern in DIRECTORIES)
