@@ -163,7 +163,7 @@ class UsersBottle(BottleCase):
     def unpack(self, version, files):
         for name, text in files.items():
             self.add("drive_c/App/" + name, text)
-        self.choose({ID: r"C:\App\a.exe"}, pkgversion=version)
+        self.choose({ID: r"C:\users\packer\AppData\a.exe"}, pkgversion=version)
         ended = self.pack("--compression", "zstd")
         self.assertEqual(ended.returncode, 0, ended.stderr)
         shutil.rmtree(self.path("root"), ignore_errors=True)
@@ -186,6 +186,8 @@ class UsersBottle(BottleCase):
         self.assertEqual(os.readlink(app / "a.exe"), package.shared + "/drive_c/App/a.exe")
         self.assertFalse((app / "same.ini").is_symlink())
         self.assertEqual(os.readlink(drive / "wine.dll"), "/usr/bin/ls")
+        self.assertIn(r"C:\users\me\AppData\a.exe", Path(bottle.directory, "bottle.yml").read_text())
+        self.assertNotIn("packer", Path(package.shared, "bottle.yml").read_text())
         self.assertEqual((drive / "users/me/AppData/x.ini").read_text(), "profile")
         self.assertIn(r"users\\me", Path(bottle.directory, "user.reg").read_text())
         (app / "mine.ini").write_text("user")

@@ -119,7 +119,7 @@ class Packing:
             self._add_source(walk, source)
         self._add_registry()
         record = settings.for_package(settings.read(os.path.join(self.bottle_dir, layout.SETTINGS)), self.request,
-                                      self.bottle_dir, self._personal_words())
+                                      self.bottle_dir, self._personal_words(), self.user)
         menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
         self.contents.add(settings.entry(record, self.prefix))
         self.time = self._newest()

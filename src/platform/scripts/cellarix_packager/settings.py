@@ -1,6 +1,7 @@
 """The bottle.yml of a package: the settings of the bottle, and of its programs those that go along."""
 
 import os
+import re
 
 import yaml
 
@@ -40,8 +41,20 @@ def portable_path(path, bottle_dir):
     return path
 
 
-def for_package(record, request, bottle_dir, words):
-    """The record for the package. Texts with one of `words`, which tell the packer's places, do not go along."""
+def with_profile(value, old, new):
+    """The value with another user's profile in all Windows paths."""
+    if isinstance(value, dict):
+        return {key: with_profile(item, old, new) for key, item in value.items()}
+    if isinstance(value, list):
+        return [with_profile(item, old, new) for item in value]
+    if isinstance(value, str):
+        return re.sub(rf'([\\/]users[\\/]){re.escape(old)}(?=[\\/";]|$)', lambda match: match[1] + new, value, flags=re.I)
+    return value
+
+
+def for_package(record, request, bottle_dir, words, user):
+    """The record for the package. Texts with one of `words`, which tell the packer's places, do not go along; the
+    profile of `user` becomes that of any user."""
     programs = record.get(PROGRAMS) if isinstance(record.get(PROGRAMS), dict) else {}
     kept = {}
     for source in request.sources:
@@ -55,7 +68,7 @@ def for_package(record, request, bottle_dir, words):
         if not source.in_bottle:
             program["path"] = windows_path(source.target)
             program["folder"] = windows_path(os.path.dirname(source.target))
-        kept[source.uuid] = _without(program, words)
+        kept[source.uuid] = with_profile(_without(program, words), user, layout.USER)
     if not kept:
         raise PackageError("None of the chosen programs is in the bottle any more.")
     return {key: record[key] for key in KEYS if key in record} | {PROGRAMS: kept}

@@ -83,7 +83,7 @@ class UserBottle:
             if name in files:
                 write(os.path.join(fresh, name), registry.personal(self.shared_text(name), self.user))
         write(os.path.join(fresh, layout.NO_UPDATE[0]), layout.NO_UPDATE[1].decode())
-        record = settings.read(os.path.join(self.package.shared, layout.SETTINGS))
+        record = self.own_settings(os.path.join(self.package.shared, layout.SETTINGS))
         created = datetime.now().isoformat(timespec="seconds")
         write(os.path.join(fresh, layout.SETTINGS), settings.dump({"Name": self.name, "Created": created} | record))
         self.write_record(fresh)
@@ -93,6 +93,10 @@ class UserBottle:
         if path == layout.PROFILE or path.startswith(layout.PROFILE + "/"):
             return f"drive_c/users/{self.user}" + path[len(layout.PROFILE):]
         return path
+
+    def own_settings(self, path):
+        """The package's settings with this user's profile."""
+        return settings.with_profile(settings.read(path), layout.USER, self.user)
 
     def shared_text(self, name):
         return _text(os.path.join(self.package.shared, name))
@@ -191,8 +195,8 @@ class Upgrade:
         """Programs come and go with the package; all other settings are the user's."""
         own_path = os.path.join(self.bottle.directory, layout.SETTINGS)
         own = settings.read(own_path)
-        before = _programs(settings.read(os.path.join(self.record, layout.SETTINGS)))
-        now = _programs(settings.read(os.path.join(self.bottle.package.shared, layout.SETTINGS)))
+        before = _programs(self.bottle.own_settings(os.path.join(self.record, layout.SETTINGS)))
+        now = _programs(self.bottle.own_settings(os.path.join(self.bottle.package.shared, layout.SETTINGS)))
         programs = {key: value for key, value in _programs(own).items() if key in now or key not in before}
         for key, program in now.items():
             programs[key] = {**programs.get(key, {}), **program} if program != before.get(key) else \
