@@ -212,8 +212,15 @@ void PackageConfigTest::checkerKeepsWhatTheBottleHas() {
                      "        \"only_copy_exe\": false,\n        \"path\": \"%4/bin/b.exe\",\n"
                      "        \"path_packaged\": \"%3/drive_c/Suite/bin/b.exe\"\n    }\n}\n")
                  .arg(Inside, Outside, bottle, outer));
+    QJsonObject forged = files.read(PackageFiles::SourceName);
+    forged[Outside] = QJsonObject{{"path", "/etc/passwd"}, {"in_bottles", true}, {"dir_to_package", outer}};
+    forged[Inside] = QJsonObject{{"dir_to_package", "/usr"}, {"in_bottles", false}};
+    QVERIFY(files.write(PackageFiles::SourceName, forged));
     PackageChecker again;
     again.take("b", record);
+    QVERIFY(again.entries()[Inside].inBottles && again.entries()[Inside].dirToPackage.isEmpty());
+    QCOMPARE(again.entries()[Outside].path, outer + "/bin/b.exe");
+    QVERIFY(!again.entries()[Outside].inBottles);
     QCOMPARE(again.entries()[Outside].dirToPackage, outer);
     again.take("none", {});
     QVERIFY(log.contains("No config found for: none"));

@@ -58,15 +58,21 @@ void PackageChecker::readFile() {
             continue;
         }
         entry->read(item->toObject());
+        entry->inBottles = isInBottle(*entry);
+        if (PackageDirectories::isNearRoot(PackageDirectories::canonical(entry->dirToPackage)))
+            entry->dirToPackage.clear();
         entry->selected = true;
     }
 }
 
+bool PackageChecker::isInBottle(const PackageEntry& entry) const {
+    return PackageDirectories::isInside(PackageDirectories::canonical(m_bottleDir),
+                                        PackageDirectories::canonical(entry.path));
+}
+
 void PackageChecker::refresh(const QString& id) {
     PackageEntry& entry = m_entries[id];
-    const QString directory = PackageDirectories::canonical(m_bottleDir);
-    if (!entry.selected &&
-        PackageDirectories::isInside(directory, PackageDirectories::canonical(entry.path))) {
+    if (!entry.selected && isInBottle(entry)) {
         qInfo().nospace().noquote() << "exe path " << entry.path << " is in bottles";
         entry.inBottles = true;
         entry.selected = true;

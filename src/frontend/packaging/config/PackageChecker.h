@@ -39,6 +39,7 @@ private:
     void addPrograms(const QJsonObject& programs);
     void readFile();
     void refresh(const QString& id);
+    bool isInBottle(const PackageEntry& entry) const;
     PackageEntry* changeable(const QString& id);
 
     QString m_bottleName;

@@ -18,13 +18,12 @@ struct PackageEntry {
     QString icon;
     bool selected = false;
 
-    /// Reads the stored values, and keeps the others.
+    /// Reads the stored choices. The file lies in the bottle, where programs can write: path and place come
+    /// from the bottle's configuration, not from here.
     void read(const QJsonObject& object) {
-        path = object.value("path").toString(path);
         pathPackaged = object.value("path_packaged").toString();
         dirToPackage = object.value("dir_to_package").toString();
         onlyCopyExe = object.value("only_copy_exe").toBool();
-        inBottles = object.value("in_bottles").toBool();
         isLnkfile = object.value("is_lnkfile").toBool(isLnkfile);
     }
 
