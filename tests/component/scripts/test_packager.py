@@ -10,6 +10,7 @@ import subprocess
 import tarfile
 import unittest
 from pathlib import Path
+from unittest import mock
 
 from packages import ID, PACKER, REGISTRY, BottleCase
 
@@ -176,7 +177,8 @@ class UsersBottle(BottleCase):
         return bottle, Path(bottle.directory, "drive_c", "App")
 
     def test_an_upgrade_changes_what_nobody_has_changed(self):
-        os.symlink("/usr/bin/ls", os.path.join(self.directory, "drive_c", "wine.dll"))
+        os.makedirs(os.path.join(self.directory, "drive_c", "windows"), exist_ok=True)
+        os.symlink("/usr/bin/ls", os.path.join(self.directory, "drive_c", "windows", "wine.dll"))
         self.add("drive_c/users/packer/AppData/x.ini", "profile")
         self.add("user.reg", REGISTRY.format("User") + '[A] 1\n"Path"="C:\\\\users\\\\packer"\n"New"="1"\n')
         old = {"a.exe": "MZ 1", "same.ini": "1", "mine.ini": "1", "gone.txt": "1", "gone.dll": "1", "deleted.txt": "1"}
@@ -185,7 +187,7 @@ class UsersBottle(BottleCase):
         drive = app.parent
         self.assertEqual(os.readlink(app / "a.exe"), package.shared + "/drive_c/App/a.exe")
         self.assertFalse((app / "same.ini").is_symlink())
-        self.assertEqual(os.readlink(drive / "wine.dll"), "/usr/bin/ls")
+        self.assertEqual(os.readlink(drive / "windows/wine.dll"), "/usr/bin/ls")
         self.assertIn(r"C:\users\me\AppData\a.exe", Path(bottle.directory, "bottle.yml").read_text())
         self.assertNotIn("packer", Path(package.shared, "bottle.yml").read_text())
         self.assertEqual((drive / "users/me/AppData/x.ini").read_text(), "profile")
@@ -262,11 +264,14 @@ class Rules(unittest.TestCase):
 
     def test_links(self):
         for path, target, wanted in (
-            ("drive_c/x", "/d/bottles/t/drive_c/y", links.INSIDE), ("drive_c/x", "/usr/bin/ls", links.SYSTEM_FILE),
+            ("drive_c/x", "/d/bottles/t/drive_c/y", links.INSIDE), ("drive_c/x", "/usr/bin/ls", links.OUTSIDE),
+            ("drive_c/windows/x", "/usr/bin/ls", links.SYSTEM_FILE), ("drive_c/x", "/opt/apps/p/files/bottle/y", links.FULL),
+            ("drive_c/x", "/opt/wine-9/lib/wine/x86_64-windows/y", links.SYSTEM_FILE), ("drive_c/x", "/opt/y", links.OUTSIDE),
             ("drive_c/x", "/usr/bin/none", links.OUTSIDE), ("drive_c/x", "/d/runners/r/none.dll", links.OUTSIDE),
             ("drive_c/users/a/Music", "/home/a/m", links.FOLDER), ("drive_c/Music", "/home/a/m", links.OUTSIDE),
         ):
-            with self.subTest(path=path, target=target):
+            is_file = target.endswith(("/y", "/ls"))
+            with self.subTest(path=path, target=target), mock.patch("os.path.isfile", return_value=is_file):
                 self.assertEqual(links.kind("/d/bottles/t", "/d", path, target), wanted)
 
     def test_texts_of_users_do_not_become_fields(self):
