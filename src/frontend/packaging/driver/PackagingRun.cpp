@@ -17,6 +17,9 @@ PackagingRun::PackagingRun(QObject* parent) : QObject(parent) {
         m_process.kill();
         end(End::Failed);
     });
+    m_killTimer.setSingleShot(true);
+    m_killTimer.setInterval(KillTimeoutMs);
+    connect(&m_killTimer, &QTimer::timeout, &m_process, &QProcess::kill);
     connect(&m_process, &QProcess::started, this, [this] {
         m_startTimer.stop();
         qInfo() << "started";
@@ -47,7 +50,7 @@ PackagingRun::~PackagingRun() {
     if (!isRunning())
         return;
     m_process.kill();
-    m_process.waitForFinished(-1);  // a killed process ends at once
+    m_process.waitForFinished(KillTimeoutMs);
 }
 
 void PackagingRun::start(const QString& bottleName, const QString& saveDirectory,
@@ -67,6 +70,7 @@ void PackagingRun::cancel() {
         return;
     m_isCancelled = true;
     m_process.terminate();
+    m_killTimer.start();
 }
 
 double PackagingRun::progressOf(const QString& line) {
@@ -107,6 +111,7 @@ void PackagingRun::end(End end) {
     if (std::exchange(m_hasEnded, true))
         return;
     m_startTimer.stop();
+    m_killTimer.stop();
     m_log.close();
     qInfo().nospace().noquote() << "saved package logs: " << m_log.fileName();
     Q_EMIT finished(end);

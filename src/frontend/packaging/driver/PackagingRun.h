@@ -17,6 +17,7 @@ public:
     enum class End { Packed, Failed, Cancelled };
 
     static constexpr int StartTimeoutMs = 30000;
+    static constexpr int KillTimeoutMs = 5000;  ///< for the script to end by itself
 
     explicit PackagingRun(QObject* parent = nullptr);
     ~PackagingRun() override;
@@ -49,6 +50,7 @@ private:
     LogLineReader m_errors;
     QFile m_log;
     QTimer m_startTimer;
+    QTimer m_killTimer;
     PackagingFailure m_failure;
     QString m_lastError;
     bool m_isCancelled = false;
