@@ -1,25 +1,17 @@
 #include "packaging/config/PackageEntryWidget.h"
 
-#include <QFileInfo>
 #include <QHBoxLayout>
-#include <QIcon>
+#include <QLabel>
 
 #include "fenk/controls/IconButton.h"
 #include "fenk/controls/Label.h"
-#include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "packaging/config/PackageEntry.h"
+#include "programs/ProgramIcons.h"
 
 using namespace Fenk;
 
 namespace {
-
-const char DefaultIcon[] = "cxb_app_default_icon";
-
-QIcon iconOf(const QString& file) {
-    const QIcon icon = QFileInfo(file).isFile() ? QIcon(file) : QIcon();
-    return icon.availableSizes().isEmpty() ? Theme::icon(DefaultIcon) : icon;
-}
 
 IconButton* button(const char* icon, const QString& word) {
     return new IconButton(icon, word, nullptr, IconButton::Compact);
@@ -51,6 +43,10 @@ PackageEntryWidget::PackageEntryWidget(const QString& id, QWidget* parent)
     layout->addLayout(texts, 1);
     for (IconButton* each : {m_alone, m_directory, m_add, m_close})
         layout->addWidget(each);
+    connect(ProgramIcons::instance(), &ProgramIcons::ready, this, [this](const QString& file) {
+        if (file == m_iconFile)
+            showIcon();
+    });
     connect(m_alone, &QToolButton::clicked, this, [this] { Q_EMIT onlyExeWanted(m_id); });
     connect(m_directory, &QToolButton::clicked, this, [this] { Q_EMIT directoryWanted(m_id); });
     connect(m_add, &QToolButton::clicked, this, [this] { Q_EMIT added(m_id); });
@@ -65,8 +61,16 @@ QString PackageEntryWidget::extent(const PackageEntry& entry) {
     return tr("With the folder %1").arg(entry.dirToPackage);
 }
 
+void PackageEntryWidget::showIcon() {
+    const int edge = qRound(Tokens::IconMedium * devicePixelRatioF());
+    QPixmap picture = ProgramIcons::instance()->picture(m_iconFile, edge);
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    m_icon->setPixmap(picture);
+}
+
 void PackageEntryWidget::setEntry(const PackageEntry& entry) {
-    m_icon->setPixmap(iconOf(entry.icon).pixmap(m_icon->size()));
+    m_iconFile = entry.icon;
+    showIcon();
     m_name->setText(entry.name);
     m_name->setEnabled(entry.selected);
     m_extent->setText(entry.selected ? extent(entry) : QString());

@@ -32,7 +32,10 @@ Q_SIGNALS:
     void onlyExeWanted(const QString& id);
 
 private:
+    void showIcon();
+
     QString m_id;
+    QString m_iconFile;
     QLabel* m_icon;
     Fenk::Label* m_name;
     Fenk::Label* m_extent;
