@@ -470,7 +470,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>No setting has been found</source>
-        <translation>没有找到设置项</translation>
+        <translation type="vanished">没有找到设置项</translation>
     </message>
     <message>
         <source>WineD3D Rendering Method</source>
@@ -490,7 +490,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>On a computer with two graphics cards, programs run on the faster one. It takes more power.</source>
-        <translation>在有两块显卡的电脑上，程序使用较快的一块，耗电更多。</translation>
+        <translation type="vanished">在有两块显卡的电脑上，程序使用较快的一块，耗电更多。</translation>
     </message>
     <message>
         <source>CPU rendering</source>
@@ -498,7 +498,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Draws without the graphics card. Slow, but right where a driver draws wrongly.</source>
-        <translation>不使用显卡绘制。速度慢，但在驱动绘制出错时结果正确。</translation>
+        <translation type="vanished">不使用显卡绘制。速度慢，但在驱动绘制出错时结果正确。</translation>
     </message>
     <message>
         <source>Display DPI</source>
@@ -518,7 +518,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Draws Direct3D 9 to 11 through Vulkan, which makes games faster. Needs a graphics driver with Vulkan.</source>
-        <translation>通过 Vulkan 绘制 Direct3D 9 至 11，让游戏更快。需要支持 Vulkan 的显卡驱动。</translation>
+        <translation type="vanished">通过 Vulkan 绘制 Direct3D 9 至 11，让游戏更快。需要支持 Vulkan 的显卡驱动。</translation>
     </message>
     <message>
         <source>vkd3d</source>
@@ -526,7 +526,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Draws Direct3D 12 through Vulkan. Needs a graphics driver with Vulkan.</source>
-        <translation>通过 Vulkan 绘制 Direct3D 12。需要支持 Vulkan 的显卡驱动。</translation>
+        <translation type="vanished">通过 Vulkan 绘制 Direct3D 12。需要支持 Vulkan 的显卡驱动。</translation>
     </message>
     <message>
         <source>Windows version</source>
@@ -542,7 +542,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The Wine that runs the programs of this container. A program that fails with one version may run with another.</source>
-        <translation>运行此容器中程序的 Wine。在某个版本下无法运行的程序，换一个版本可能可以运行。</translation>
+        <translation type="vanished">运行此容器中程序的 Wine。在某个版本下无法运行的程序，换一个版本可能可以运行。</translation>
     </message>
     <message>
         <source>Memory optimization</source>
@@ -568,9 +568,18 @@ please wait for the component download to complete!</source>
         <source>Install proton</source>
         <translation>安装 Proton</translation>
     </message>
-</context>
-<context>
-    <name>BasicPageText</name>
+    <message>
+        <source>The kernel of this computer does not have the module ntsync</source>
+        <translation>此电脑的内核没有 ntsync 模块</translation>
+    </message>
+    <message>
+        <source>The tool modinfo, which knows the modules of the kernel, is missing</source>
+        <translation>缺少工具 modinfo，无法得知内核有哪些模块</translation>
+    </message>
+    <message>
+        <source>Looking for the module ntsync of the kernel</source>
+        <translation>正在查找内核的 ntsync 模块</translation>
+    </message>
     <message>
         <source>Only for the rendering method vulkan</source>
         <translation>仅用于渲染方式 vulkan</translation>
@@ -592,8 +601,51 @@ please wait for the component download to complete!</source>
         <translation>需要 Wine 版本 lumora-ge-proton10</translation>
     </message>
     <message>
+        <source>On a computer with two graphics cards, programs run on the faster one, which takes more power.</source>
+        <translation>在有两块显卡的电脑上，程序使用较快的那块运行，耗电更多。</translation>
+    </message>
+    <message>
+        <source>Draws without the graphics card, which is slow, but right where a driver draws wrongly.</source>
+        <translation>不使用显卡绘制，速度慢，但在驱动绘制有误时能正确显示。</translation>
+    </message>
+    <message>
+        <source>Draws Direct3D 9 to 11 through a graphics driver with Vulkan, which makes games faster.</source>
+        <translation>通过支持 Vulkan 的显卡驱动绘制 Direct3D 9 至 11，使游戏更快。</translation>
+    </message>
+    <message>
+        <source>Draws Direct3D 12 through a graphics driver with Vulkan.</source>
+        <translation>通过支持 Vulkan 的显卡驱动绘制 Direct3D 12。</translation>
+    </message>
+    <message>
+        <source>The Wine that runs the programs of this container: one that fails with one version may run with another.</source>
+        <translation>运行此容器中程序的 Wine：在一个版本下失败的程序，换一个版本可能就能运行。</translation>
+    </message>
+</context>
+<context>
+    <name>BasicPageText</name>
+    <message>
+        <source>Only for the rendering method vulkan</source>
+        <translation type="vanished">仅用于渲染方式 vulkan</translation>
+    </message>
+    <message>
+        <source>Only for the rendering method opengl</source>
+        <translation type="vanished">仅用于渲染方式 opengl</translation>
+    </message>
+    <message>
+        <source>Always on with this Wine version</source>
+        <translation type="vanished">在此 Wine 版本下始终开启</translation>
+    </message>
+    <message>
+        <source>Not for Proton</source>
+        <translation type="vanished">不适用于 Proton</translation>
+    </message>
+    <message>
+        <source>Needs the Wine version lumora-ge-proton10</source>
+        <translation type="vanished">需要 Wine 版本 lumora-ge-proton10</translation>
+    </message>
+    <message>
         <source>The kernel of this computer does not have the module ntsync</source>
-        <translation>此电脑的内核没有 ntsync 模块</translation>
+        <translation type="vanished">此电脑的内核没有 ntsync 模块</translation>
     </message>
 </context>
 <context>
@@ -616,7 +668,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The programs come back in a container of their own. Nothing that is in the library is replaced.</source>
-        <translation>程序将恢复到独立的容器中，应用列表中已有的内容不会被替换。</translation>
+        <translation type="vanished">程序将恢复到独立的容器中，应用列表中已有的内容不会被替换。</translation>
     </message>
     <message>
         <source>Backed up on %1. It takes %2 on the disk.</source>
@@ -633,6 +685,26 @@ please wait for the component download to complete!</source>
     <message>
         <source>Back Up</source>
         <translation>备份</translation>
+    </message>
+    <message>
+        <source>Replace File</source>
+        <translation>替换文件</translation>
+    </message>
+    <message>
+        <source>%1 exists already. Replace it with the new backup?</source>
+        <translation>%1 已存在。要用新的备份替换它吗？</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>替换</translation>
+    </message>
+    <message>
+        <source>The programs come back in a container of their own. Nothing that is in the library is replaced. Restore only a file that you trust as you would trust an installer.</source>
+        <translation>程序会恢复到单独的容器中，应用库中已有的内容不会被替换。请像对待安装程序一样，只恢复您信任的文件。</translation>
+    </message>
+    <message>
+        <source>It takes %1 on the disk.</source>
+        <translation>它将占用 %1 磁盘空间。</translation>
     </message>
 </context>
 <context>
@@ -673,6 +745,18 @@ please wait for the component download to complete!</source>
         <source>Quit All Apps</source>
         <translation>退出所有应用</translation>
     </message>
+    <message>
+        <source>%1 could not be started: %2</source>
+        <translation>无法启动 %1：%2</translation>
+    </message>
+    <message>
+        <source>No terminal program is installed. Install xterm.</source>
+        <translation>未安装终端程序，请安装 xterm。</translation>
+    </message>
+    <message>
+        <source>The terminal could not be opened.</source>
+        <translation>无法打开终端。</translation>
+    </message>
 </context>
 <context>
     <name>BottleCopy</name>
@@ -707,6 +791,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>This machine has another Wine; the files of Windows were updated to it.</source>
         <translation>本机的 Wine 版本不同，已相应更新 Windows 文件。</translation>
+    </message>
+    <message>
+        <source>The service stopped the work before its end.</source>
+        <translation>服务在完成之前停止了这项工作。</translation>
     </message>
 </context>
 <context>
@@ -855,6 +943,10 @@ please wait for the component download to complete!</source>
         <source>Component Installation</source>
         <translation>组件安装</translation>
     </message>
+    <message>
+        <source>The folder %1 cannot be created.</source>
+        <translation>无法创建文件夹 %1。</translation>
+    </message>
 </context>
 <context>
     <name>CellarixApplication</name>
@@ -1002,6 +1094,14 @@ please wait for the component download to complete!</source>
         <source>All files</source>
         <translation>所有文件</translation>
     </message>
+    <message>
+        <source>size unknown</source>
+        <translation>大小未知</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
 </context>
 <context>
     <name>ComponentsItemDelegate</name>
@@ -1086,6 +1186,38 @@ please wait for the component download to complete!</source>
         <source>%1 %</source>
         <translation>%1%</translation>
     </message>
+    <message>
+        <source>Vulkan driver not installed</source>
+        <translation>未安装 Vulkan 驱动</translation>
+    </message>
+    <message>
+        <source>Your devices not support dxvk</source>
+        <translation>您的设备不支持 dxvk</translation>
+    </message>
+    <message>
+        <source>Your devices not support vkd3d</source>
+        <translation>您的设备不支持 vkd3d</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>已禁用</translation>
+    </message>
+    <message>
+        <source>Preparing %1</source>
+        <translation>正在准备 %1</translation>
+    </message>
+    <message>
+        <source>Waiting for download %1</source>
+        <translation>等待下载 %1</translation>
+    </message>
+    <message>
+        <source>Setuping %1</source>
+        <translation>正在设置 %1</translation>
+    </message>
+    <message>
+        <source>Setup failed: %1</source>
+        <translation>设置失败：%1</translation>
+    </message>
 </context>
 <context>
     <name>ConfigFoot</name>
@@ -1105,6 +1237,10 @@ please wait for the component download to complete!</source>
         <source>There is no application in this container</source>
         <translation>此容器中没有应用</translation>
     </message>
+    <message>
+        <source>Ends %1</source>
+        <translation>结束 %1</translation>
+    </message>
 </context>
 <context>
     <name>ConfigPages</name>
@@ -1119,6 +1255,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Advanced Debugging Tools</source>
         <translation>高级调试工具</translation>
+    </message>
+    <message>
+        <source>Nothing has been found</source>
+        <translation>未找到任何内容</translation>
     </message>
 </context>
 <context>
@@ -1156,6 +1296,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>The log could not be written to %1.</source>
         <translation>无法将日志写入 %1。</translation>
+    </message>
+    <message>
+        <source>%1 keeps the last %2 MiB of the log.</source>
+        <translation>%1 保留日志的最后 %2 MiB。</translation>
     </message>
 </context>
 <context>
@@ -1981,6 +2125,10 @@ please wait for the component download to complete!</source>
         <source>Delete selected</source>
         <translation>删除所选</translation>
     </message>
+    <message>
+        <source>%1 is no name of a DLL or program.</source>
+        <translation>%1 不是有效的 DLL 或程序名称。</translation>
+    </message>
 </context>
 <context>
     <name>DllOverridePage</name>
@@ -2015,6 +2163,14 @@ please wait for the component download to complete!</source>
     <message>
         <source>The scan has found nothing to change.</source>
         <translation>扫描未发现需要更改的内容。</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Scanning…</source>
+        <translation>正在扫描…</translation>
     </message>
 </context>
 <context>
@@ -2086,6 +2242,22 @@ please wait for the component download to complete!</source>
     <message>
         <source>The file %1 has changed meanwhile. Close the programs of the bottle and try again.</source>
         <translation>文件 %1 在打包期间发生了变化，请关闭容器中的程序后重试。</translation>
+    </message>
+    <message>
+        <source>Next will be saved to: </source>
+        <translation>下次将保存到：</translation>
+    </message>
+    <message>
+        <source>The package name %1 has no dot. Choose one such as com.example.program.</source>
+        <translation>包名 %1 中没有点。请选用 com.example.program 这样的名称。</translation>
+    </message>
+    <message>
+        <source>Another program&apos;s package is named %1. Choose another name.</source>
+        <translation>已有其他程序的软件包名为 %1。请换一个名称。</translation>
+    </message>
+    <message>
+        <source>The folder %1 is too close to the root of the disk. Choose a smaller one.</source>
+        <translation>文件夹 %1 离磁盘的根目录太近。请选择更小的范围。</translation>
     </message>
 </context>
 <context>
@@ -2447,7 +2619,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The download URL must begin with http:// or https://</source>
-        <translation>下载地址必须以 http:// 或 https:// 开头</translation>
+        <translation type="vanished">下载地址必须以 http:// 或 https:// 开头</translation>
     </message>
     <message>
         <source>The package size must be a number</source>
@@ -2520,6 +2692,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>This appears to be a temporary URL that may expire</source>
         <translation>这似乎是一个可能会失效的临时地址</translation>
+    </message>
+    <message>
+        <source>The download URL must be a whole address that begins with http:// or https://</source>
+        <translation>下载地址必须是以 http:// 或 https:// 开头的完整地址</translation>
     </message>
 </context>
 <context>
@@ -2672,7 +2848,7 @@ please wait for the component download to complete!</source>
     <name>FontReplacementListView</name>
     <message>
         <source>%1 is not among the fonts of this machine.</source>
-        <translation>本机没有字体 %1。</translation>
+        <translation type="vanished">本机没有字体 %1。</translation>
     </message>
     <message>
         <source>Windows font</source>
@@ -2701,6 +2877,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Choose the replacement</source>
         <translation>选择替换字体</translation>
+    </message>
+    <message>
+        <source>%1 is not among the fonts of this machine. It is used only if the container has it.</source>
+        <translation>本机没有字体“%1”，仅当容器中有该字体时才会使用。</translation>
     </message>
 </context>
 <context>
@@ -3079,6 +3259,10 @@ please wait for the component download to complete!</source>
         <source>The log could not be written to %1.</source>
         <translation>无法将日志写入 %1。</translation>
     </message>
+    <message>
+        <source>The log is in the file %1.</source>
+        <translation>日志位于文件 %1。</translation>
+    </message>
 </context>
 <context>
     <name>NameEditor</name>
@@ -3089,6 +3273,17 @@ please wait for the component download to complete!</source>
     <message>
         <source>App Name</source>
         <translation>应用名称</translation>
+    </message>
+</context>
+<context>
+    <name>OfferedComponent</name>
+    <message>
+        <source>at least %1</source>
+        <translation>至少 %1</translation>
+    </message>
+    <message>
+        <source>size unknown</source>
+        <translation>大小未知</translation>
     </message>
 </context>
 <context>
@@ -3139,6 +3334,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Retry</source>
         <translation>重试</translation>
+    </message>
+    <message>
+        <source>%1 is not there any more.</source>
+        <translation>%1 已不存在。</translation>
     </message>
 </context>
 <context>
@@ -3479,6 +3678,17 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ParameterRow</name>
+    <message>
+        <source>Reset</source>
+        <translation>重置</translation>
+    </message>
+    <message>
+        <source>Reset %1</source>
+        <translation>重置%1</translation>
+    </message>
+</context>
+<context>
     <name>PathLink</name>
     <message>
         <source>Opens the folder of the application</source>
@@ -3594,6 +3804,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>The parameters could not be saved: %1</source>
         <translation>无法保存参数：%1</translation>
+    </message>
+    <message>
+        <source>The application is no longer in this container.</source>
+        <translation>此容器中已没有该应用。</translation>
     </message>
 </context>
 <context>
@@ -4090,7 +4304,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 is no file of exported components, or it is damaged: %2.</source>
-        <translation>%1 不是导出的组件文件，或已损坏：%2。</translation>
+        <translation type="vanished">%1 不是导出的组件文件，或已损坏：%2。</translation>
     </message>
     <message>
         <source>The installation needs %1, which is not on this machine.</source>
@@ -4127,6 +4341,66 @@ please wait for the component download to complete!</source>
     <message>
         <source>The file %1 is being written or read already.</source>
         <translation>文件 %1 正在写入或读取中。</translation>
+    </message>
+    <message>
+        <source>%1 is no file of exported components, or it is damaged.</source>
+        <translation>%1 不是导出的组件文件，或者已损坏。</translation>
+    </message>
+    <message>
+        <source>These are too many components for one file. Choose fewer at a time.</source>
+        <translation>一个文件容纳不下这么多组件，请每次少选一些。</translation>
+    </message>
+    <message>
+        <source>Too many files are chosen. Choose %1 at most.</source>
+        <translation>选择的文件过多，最多可选择 %1 个。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; of the manifest must be text of at most %2 characters.</source>
+        <translation>清单中的“%1”必须是不超过 %2 个字符的文本。</translation>
+    </message>
+    <message>
+        <source>The manifest needs a name.</source>
+        <translation>清单需要一个名称。</translation>
+    </message>
+    <message>
+        <source>A setting of the bottle or an answer of the form cannot be written to a manifest.</source>
+        <translation>容器的某项设置或表单中的某项内容无法写入清单。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no name of a DLL or program.</source>
+        <translation>“%1”不是有效的 DLL 或程序名称。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no way to load a DLL.</source>
+        <translation>“%1”不是有效的 DLL 加载方式。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no name of a font.</source>
+        <translation>“%1”不是有效的字体名称。</translation>
+    </message>
+    <message>
+        <source>This Wine cannot be set to the Windows version &quot;%1&quot;: %2</source>
+        <translation>无法将此 Wine 设置为 Windows 版本“%1”：%2</translation>
+    </message>
+    <message>
+        <source>The registry of the bottle was not changed: %1</source>
+        <translation>未能修改容器的注册表：%1</translation>
+    </message>
+    <message>
+        <source>The bottle needs a file of a Wine that is no longer installed: %1.</source>
+        <translation>容器需要的一个文件属于已卸载的 Wine：%1。</translation>
+    </message>
+    <message>
+        <source>Wine is still busy in the bottle. Try again in a moment.</source>
+        <translation>Wine 仍在容器中运行，请稍后再试。</translation>
+    </message>
+    <message>
+        <source>The backup cannot lie in the bottle that it is made of: %1.</source>
+        <translation>备份文件不能放在被备份的容器内：%1。</translation>
+    </message>
+    <message>
+        <source>The bottle cannot be backed up: %1.</source>
+        <translation>无法备份该容器：%1。</translation>
     </message>
 </context>
 <context>
@@ -4378,7 +4652,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Next will be saved to: </source>
-        <translation>下次将保存到：</translation>
+        <translation type="vanished">下次将保存到：</translation>
     </message>
 </context>
 <context>
@@ -4473,35 +4747,53 @@ please wait for the component download to complete!</source>
     <name>SwitcherText</name>
     <message>
         <source>Vulkan driver not installed</source>
-        <translation>未安装 Vulkan 驱动</translation>
+        <translation type="vanished">未安装 Vulkan 驱动</translation>
     </message>
     <message>
         <source>Your devices not support dxvk</source>
-        <translation>您的设备不支持 dxvk</translation>
+        <translation type="vanished">您的设备不支持 dxvk</translation>
     </message>
     <message>
         <source>Your devices not support vkd3d</source>
-        <translation>您的设备不支持 vkd3d</translation>
+        <translation type="vanished">您的设备不支持 vkd3d</translation>
     </message>
     <message>
         <source>Disabled</source>
-        <translation>已禁用</translation>
+        <translation type="vanished">已禁用</translation>
     </message>
     <message>
         <source>Waiting for download %1</source>
-        <translation>等待下载 %1</translation>
+        <translation type="vanished">等待下载 %1</translation>
     </message>
     <message>
         <source>downloading...</source>
-        <translation>正在下载...</translation>
+        <translation type="vanished">正在下载...</translation>
     </message>
     <message>
         <source>Setuping %1</source>
-        <translation>正在设置 %1</translation>
+        <translation type="vanished">正在设置 %1</translation>
     </message>
     <message>
         <source>Setup failed: %1</source>
-        <translation>设置失败：%1</translation>
+        <translation type="vanished">设置失败：%1</translation>
+    </message>
+</context>
+<context>
+    <name>TablePage</name>
+    <message>
+        <source>The list of this container cannot be read at the moment.</source>
+        <translation>暂时无法读取此容器的列表。</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+</context>
+<context>
+    <name>TableSync</name>
+    <message>
+        <source>%1 could not be changed: %2</source>
+        <translation>无法修改“%1”：%2</translation>
     </message>
 </context>
 <context>
@@ -4710,6 +5002,30 @@ please wait for the component download to complete!</source>
     <message>
         <source>Runs x86 programs on this machine</source>
         <translation>用于在本机运行 x86 程序</translation>
+    </message>
+    <message>
+        <source>What the program gets on its command line, as after its name in a terminal.</source>
+        <translation>程序在命令行上得到的参数，如同在终端中写在程序名之后。</translation>
+    </message>
+    <message>
+        <source>The parts of Wine that write into the log of a debugging run; empty stands for the usual ones.</source>
+        <translation>调试运行时写入日志的 Wine 组成部分；留空表示通常的那些。</translation>
+    </message>
+    <message>
+        <source>Variables that the program and Wine find in their environment.</source>
+        <translation>程序和 Wine 在其环境中读取的变量。</translation>
+    </message>
+    <message>
+        <source>What runs programs for x86 processors on this machine.</source>
+        <translation>在此机器上运行 x86 处理器程序的转译器。</translation>
+    </message>
+    <message>
+        <source>The file that gets the log of a debugging run; empty stands for one in the container.</source>
+        <translation>保存调试运行日志的文件；留空表示容器中的默认文件。</translation>
+    </message>
+    <message>
+        <source>The translator could not be changed: %1</source>
+        <translation>无法更改转译器：%1</translation>
     </message>
 </context>
 <context>

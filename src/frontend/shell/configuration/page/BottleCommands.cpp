@@ -49,8 +49,7 @@ QString BottleCommand::text() const {
 }
 
 void BottleCommand::start(BottlePrograms* programs, const ProgramRef& program) const {
-    run(program, programs,
-        [programs](const QString& errorText) { Q_EMIT programs->failed(errorText); });
+    run(program, programs, [programs](const QString& errorText) { Q_EMIT programs->failed(errorText); });
 }
 
 const QVector<BottleCommand>& BottleCommands::all() {

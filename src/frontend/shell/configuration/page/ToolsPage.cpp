@@ -21,7 +21,8 @@ ToolsPage::ToolsPage(BottlePrograms* programs, QWidget* parent) : QWidget(parent
     addGroup(tr("Container Operation"));
     for (const BottleCommand& command : BottleCommands::all()) {
         QPushButton* button = addButton(command.text());
-        connect(button, &QPushButton::clicked, programs, [programs, &command] { command.start(programs, programs->currentRef()); });
+        connect(button, &QPushButton::clicked, programs,
+                [programs, &command] { command.start(programs, programs->currentRef()); });
         if (command.needsProgram)
             connect(programs, &BottlePrograms::changed, button,
                     [programs, button] { button->setEnabled(programs->list().currentEntry()); });
