@@ -182,6 +182,10 @@ class UsersBottle(BottleCase):
         self.add("drive_c/users/packer/AppData/x.ini", "profile")
         self.add("user.reg", REGISTRY.format("User") + '[A] 1\n"Path"="C:\\\\users\\\\packer"\n"New"="1"\n')
         old = {"a.exe": "MZ 1", "same.ini": "1", "mine.ini": "1", "gone.txt": "1", "gone.dll": "1", "deleted.txt": "1"}
+        self.add("drive_c/App/turned", "1")
+        self.add("drive_c/App/taken", "1")
+        os.symlink("a.exe", os.path.join(self.directory, "drive_c/App/link"))
+        os.symlink("users/packer/AppData", os.path.join(self.directory, "drive_c/profile"))
         package = self.unpack("1.0", old)
         bottle, app = self.provide(package)
         drive = app.parent
@@ -192,17 +196,21 @@ class UsersBottle(BottleCase):
         self.assertNotIn("packer", Path(package.shared, "bottle.yml").read_text())
         self.assertEqual((drive / "users/me/AppData/x.ini").read_text(), "profile")
         self.assertIn(r"users\\me", Path(bottle.directory, "user.reg").read_text())
+        self.assertEqual((drive / "profile/x.ini").read_text(), "profile")
         (app / "mine.ini").write_text("user")
+        (app / "taken").write_text("user")
         (app / "own.sav").write_text("user")
         (app / "deleted.txt").unlink()
-        for name in ("gone.txt", "gone.dll"):
+        for name in ("gone.txt", "gone.dll", "turned", "taken", "link"):
             os.unlink(os.path.join(self.directory, "drive_c/App", name))
         self.add("user.reg", REGISTRY.format("User") + '[A] 1\n"Path"="C:\\\\users\\\\packer"\n"New"="2"\n')
-        package = self.unpack("2.0", {"a.exe": "MZ 2", "same.ini": "2", "mine.ini": "2", "new.txt": "2"})
+        for name in ("turned/x", "taken/y"):
+            self.add("drive_c/App/" + name, "2")
+        package = self.unpack("1.0", {"a.exe": "MZ 2", "same.ini": "2", "mine.ini": "2", "new.txt": "2"})
         for _ in range(2):  # the second time nothing is left to do
             self.provide(package)
-            self.assertEqual({path.name: path.read_text() for path in app.iterdir()},
-                             {"a.exe": "MZ 2", "same.ini": "2", "mine.ini": "user", "own.sav": "user", "new.txt": "2"})
+            self.assertEqual({path.name: path.read_text() for path in app.rglob("*") if path.is_file()},
+                             {"a.exe": "MZ 2", "x": "2", "taken": "user", "same.ini": "2", "mine.ini": "user", "own.sav": "user", "new.txt": "2"})
             self.assertIn('"New"="2"', Path(bottle.directory, "user.reg").read_text())
             Path(bottle.directory, ".package/version").write_text("interrupted")
 

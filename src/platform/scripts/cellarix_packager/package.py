@@ -1,5 +1,6 @@
 """An installed package as its programs see it."""
 
+import hashlib
 import json
 import os
 
@@ -18,6 +19,7 @@ class Package:
             raise PackageError(f"{root} was packed by another version of Cellarix.")
         self.name = str(record.get("package", ""))
         self.version = str(record.get("version", ""))
+        self.build = f"{self.version} {_digest(root)}"
         self.user = str(record.get("user", ""))
         self.system_links = _texts(record.get("systemLinks"))
         self.folders = _texts(record.get("folders"))
@@ -25,6 +27,19 @@ class Package:
     def file_list(self):
         """(directories, {path: [size, md5]}, {path: target}), relative to the bottle."""
         return file_list(os.path.join(self.root, "files.json"))
+
+
+def _digest(root):
+    """Tells packages of one version apart whose contents differ."""
+    found = hashlib.md5(usedforsecurity=False)
+    for name in ("package.json", "files.json"):
+        path = os.path.join(root, name)
+        try:
+            with open(path, "rb") as file:
+                found.update(file.read())
+        except OSError as error:
+            raise PackageError(f"{path} cannot be read: {error}") from None
+    return found.hexdigest()
 
 
 def file_list(path):

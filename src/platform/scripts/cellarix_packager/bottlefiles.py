@@ -1,0 +1,40 @@
+"""Files, links and directories of a user's bottle, each made in one step."""
+
+import os
+
+
+def made_directory(path):
+    """Whether there is such a directory now; where a file of the user has its place, there is none."""
+    try:
+        os.makedirs(path, exist_ok=True)
+    except (FileExistsError, NotADirectoryError):
+        return False
+    return True
+
+
+def put_link(target, path):
+    fresh = path + ".cellarix-new"
+    if os.path.lexists(fresh):
+        os.unlink(fresh)
+    if os.path.isdir(path) and not os.path.islink(path):
+        os.rmdir(path)
+    os.symlink(target, fresh)
+    os.rename(fresh, path)
+
+
+def write(path, content):
+    fresh = path + ".cellarix-new"
+    with open(fresh, "w", encoding="utf-8", errors="surrogateescape", newline="") as file:
+        file.write(content)
+        file.flush()
+        os.fsync(file.fileno())
+    os.rename(fresh, path)
+
+
+def text(path):
+    """Empty if the file is missing."""
+    try:
+        with open(path, encoding="utf-8", errors="surrogateescape", newline="") as file:
+            return file.read()
+    except FileNotFoundError:
+        return ""
