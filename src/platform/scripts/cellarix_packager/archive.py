@@ -88,8 +88,22 @@ class DataTar:
     def __exit__(self, kind, *_):
         if kind is not None:
             self.process.kill()
-        self.out.close()
+        try:
+            self._close()
+        except PackageError:
+            if kind is None:
+                raise
         self.process.wait()
+
+    def _close(self):
+        """What is left in the buffer is written here."""
+        try:
+            self.out.close()
+        except BrokenPipeError:
+            raise self._failure() from None
+
+    def _failure(self):
+        return PackageError("The package could not be compressed; is the disk full?", "compressor")
 
     def add(self, entry):
         if entry.source:
@@ -104,9 +118,9 @@ class DataTar:
 
     def finish(self):
         self._put(bytes(2 * tarfile.BLOCKSIZE))
-        self.out.close()
+        self._close()
         if self.process.wait() != 0:
-            raise PackageError("The package could not be compressed; is the disk full?", "compressor")
+            raise self._failure()
 
     def _copy(self, entry, file):
         digest = hashlib.md5(usedforsecurity=False)
@@ -125,7 +139,7 @@ class DataTar:
         try:
             self.out.write(data)
         except BrokenPipeError:
-            raise PackageError("The package could not be compressed; is the disk full?", "compressor") from None
+            raise self._failure() from None
         self.written += len(data)
         self.progress(self.written)
 
