@@ -63,7 +63,8 @@ for user in first second; do
     inside install -d -o "$user" -m 700 "/run/$user"
 done
 # The application itself is the one in the build tree.
-mkdir -p "$root/tmp/stand-in/DEBIAN"
+mkdir -p "$root/tmp/stand-in/DEBIAN" "$root/tmp/stand-in/opt/apps"
+ln -s "$prefix" "$root/tmp/stand-in/opt/apps/cellarix"
 printf '%s\n' 'Package: cellarix' 'Version: 1' 'Architecture: all' 'Maintainer: T <t@example.org>' \
     'Description: stand-in' >"$root/tmp/stand-in/DEBIAN/control"
 inside dpkg-deb -b /tmp/stand-in /tmp/stand-in.deb >/dev/null

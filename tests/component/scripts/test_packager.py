@@ -236,6 +236,14 @@ class UsersBottle(BottleCase):
 
 
 class Rules(unittest.TestCase):
+    def test_a_full_disk_is_told(self):
+        with open("/dev/full", "wb") as full, mock.patch.object(archive, "_compressor", return_value=["/bin/false"]), \
+                self.assertRaisesRegex(PackageError, "disk full"):
+            with archive.DataTar(full.fileno(), "xz", 0, lambda _: None) as tar:
+                tar.process.wait()
+                tar.add(contents.text_entry("a", "x" * 9))
+                tar.finish()
+
     def test_paths_in_records_become_portable(self):
         for path, wanted in (("/b/t/drive_c/A/a.exe", r"C:\A\a.exe"), ("/b/t/dosdevices/c:/a.exe", r"C:\a.exe"),
                              (r"D:\a.exe", r"D:\a.exe"), ("/b/t2/drive_c/a.exe", "/b/t2/drive_c/a.exe"), (7, 7)):
@@ -288,7 +296,10 @@ class Rules(unittest.TestCase):
         self.assertIn("Architecture: all\n", text)
         self.assertEqual([line for line in text.splitlines() if line.startswith("Depends")], ["Depends: cellarix"])
         self.assertTrue(all(len(line) < 81 for line in text.splitlines()))
-        self.assertEqual(debian.packer({"DEBFULLNAME": "A\nB", "DEBEMAIL": "a@b.c"}), debian.PACKER)
+        for name, address, who in (("A\nB", "a@b.c", debian.PACKER), (" ", "a@b.c", debian.PACKER), ("\udcff", "a@b.c", debian.PACKER),
+                                   ("A\u2028B", "a@b.c", debian.PACKER), ("A \udcff", "a@b.c", "A <a@b.c>")):
+            with self.subTest(name):
+                self.assertEqual(debian.packer({"DEBFULLNAME": name, "DEBEMAIL": address}), who)
 
     def test_two_files_in_one_place_are_refused(self):
         files = contents.Contents()

@@ -1,7 +1,6 @@
 """The files that Debian wants in every package, and the fields of its control file."""
 
 import gzip
-import os
 import re
 import textwrap
 from email.utils import formatdate
@@ -21,8 +20,9 @@ ABOUT = ("This package has a Windows program that runs with Wine in a bottle of 
 def packer(environ):
     """Who made the package, as Debian's own tools take it from the environment."""
     name, address = (environ.get(key, "") for key in ("DEBFULLNAME", "DEBEMAIL"))
-    clean = re.fullmatch(r"[^<>\n]+", name) and re.fullmatch(r"[^\s<>@]+@[^\s<>@]+", address)
-    return f"{name.strip()} <{address}>" if clean else PACKER
+    name, address = (text.encode("utf-8", "ignore").decode().strip() for text in (name, address))
+    clean = name.isprintable() and re.fullmatch(r"[^<>]+", name) and re.fullmatch(r"[!-;=?A-~]+@[!-;=?A-~]+", address)
+    return f"{name} <{address}>" if clean else PACKER
 
 
 def _paragraphs(text):
@@ -71,13 +71,8 @@ def documents(request, who, time):
                                 "# Packed programs have their place below /opt/apps.\n" + overrides)]
 
 
-def run_script(request, service_dir):
-    """What the menu starts."""
+def run_script(request):
+    """What the menu starts, with the script of the installed application, wherever this one is."""
     root = "/" + layout.program_root(request.package)
-    program = os.path.join(service_dir, "packaged_program.py")
-    text = f"#!/bin/sh\nexec '{_quoted(program)}' {root} \"$@\"\n"
+    text = f"#!/bin/sh\nexec {layout.STARTER} {root} \"$@\"\n"
     return contents.text_entry(layout.program_root(request.package) + "/run", text, executable=True)
-
-
-def _quoted(text):
-    return text.replace("'", "'\\''")

@@ -14,6 +14,7 @@ REGISTRIES = ("system.reg", "user.reg", "userdef.reg")
 SETTINGS = "bottle.yml"
 RECORD = ".package"  # of a user's bottle: the package.json, files.json and registry files that it was made from
 NO_UPDATE = (".update-timestamp", b"disable\n")  # Wine must not update a prefix with links into its own directory
+STARTER = "/opt/apps/cellarix/files/share/cellarix/service/packaged_program.py"
 PROGRAM_ID = re.compile(r"[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}")
 
 

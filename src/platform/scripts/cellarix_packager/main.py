@@ -123,8 +123,7 @@ class Packing:
         menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
         self.contents.add(settings.entry(record, self.prefix))
         self.time = self._newest()
-        service_dir = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
-        made = [debian.run_script(self.request, service_dir), self._package_record()]
+        made = [debian.run_script(self.request), self._package_record()]
         made += debian.documents(self.request, self.who, self.time)
         for entry in made:
             self.contents.add(entry)
