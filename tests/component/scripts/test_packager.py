@@ -256,6 +256,7 @@ class Rules(unittest.TestCase):
             ("users/a/AppData/Local/Microsoft/Credentials/x", True), ("users/a/AppData/Local/Chat/Code Cache/js/1", True),
             ("users/a/AppData/Roaming/App/app.log", True), ("Program Files/App/app.log", False), ("windows/setup.log", True),
             ("users/a/AppData/Roaming/App/config.xml", False), ("Games/Cache/level", False), ("users/a/Cache", False),
+            ("users/a/Saved Games/x", True),
         ):
             with self.subTest(path):
                 self.assertEqual(private.is_private(path), wanted)
@@ -264,10 +265,15 @@ class Rules(unittest.TestCase):
         text = REGISTRY.format("User") + (
             '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\Packer\\\\x"\n"Doc"="Z:\\\\home\\\\packer\\\\letter"\n'
             '"Raw"=hex:2f,00,68,00,6f,00,6d,00,65,00,2f,00,70,00,61,00,63,00,\\\n  6b,00,65,00,72,00\n@="p"\n\n'
+            '"a:b"=hex:5c,68,6f,6d,65,5c,70,61,63,6b,65,72\n"Disk"="/run/media/packer/x"\n"Url"="C:/users/packer/y"\n'
+            '"MachineGuid"="0c1d2e3f"\n'
+            '[Software\\\\App\\\\Z:/home/packer/x] 1\n@="x"\n'
+            '[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n"Hostname"="mine"\n'
             '[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Explorer\\\\RunMRU] 1\n"a"="x"\n')
         clean, left = registry.cleaned(text, "packer", "/home/packer")
         self.assertEqual((clean, left), (REGISTRY.format("User") + (
-            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n\n'), 4))
+            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n"Url"="C:/users/packaged-user/y"\n'
+            f'"MachineGuid"="{registry.NO_ID}"\n\n[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n\n'), 9))
         self.assertIn(r"users\\me\\x", registry.personal(clean, "me"))
 
     def test_registry_files_are_merged_by_value(self):

@@ -6,7 +6,8 @@ import fnmatch
 DIRECTORIES = (
     "windows/temp", "windows/logs", "users/*/temp", "users/*/recent", "users/*/cookies",
     "users/*/documents", "users/*/desktop", "users/*/downloads", "users/*/pictures", "users/*/music", "users/*/videos",
-    "users/*/my documents", "users/*/.ssh", "users/*/.gnupg", "users/*/.aws",
+    "users/*/my documents", "users/*/my music", "users/*/my pictures", "users/*/my videos", "users/*/favorites",
+    "users/*/saved games", "users/*/contacts", "users/*/.ssh", "users/*/.gnupg", "users/*/.aws",
     "users/*/appdata/local/temp", "users/*/appdata/local/crashdumps", "users/*/appdata/*/microsoft/windows/recent",
     "users/*/appdata/*/microsoft/windows/inetcache", "users/*/appdata/*/microsoft/windows/inetcookies",
     "users/*/appdata/*/microsoft/windows/history", "users/*/appdata/*/microsoft/windows/webcache",
@@ -41,6 +42,17 @@ KEYS = tuple(key.replace("\\", "\\\\") for key in (
     r"software\simontatham\putty\sshhostkeys",
     r"software\orl\winvnc3", r"software\realvnc\vncserver", r"software\tightvnc\server",
     r"software\wine\wine\config\recent",
+    r"printers", r"software\microsoft\windows nt\currentversion\devices",
+    r"software\microsoft\windows nt\currentversion\printerports",
+    *(rf"system\{control}\control\print\printers" for control in ("currentcontrolset", "controlset001")),
+))
+# Values that name the packer's machine; Wine writes them anew.
+VALUES = frozenset((key.replace("\\", "\\\\"), f'"{name}"') for key, name in (
+    *((rf"system\{control}\control\computername\{key}", "computername")
+      for control in ("currentcontrolset", "controlset001") for key in ("computername", "activecomputername")),
+    *((rf"system\{control}\services\tcpip\parameters", name)
+      for control in ("currentcontrolset", "controlset001") for name in ("hostname", "nv hostname", "domain", "nv domain")),
+    (r"software\microsoft\windows nt\currentversion\windows", "device"),
 ))
 
 

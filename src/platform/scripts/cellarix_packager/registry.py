@@ -13,6 +13,7 @@ MAGIC = "WINE REGISTRY Version 2"
 _NAME = re.compile(r'@|"(?:[^"\\]|\\.)*"')
 _KEY = re.compile(r"\[((?:[^\]\\]|\\.)*)\]")
 MACHINE_ID = '"machineguid"'
+NO_ID = uuid.UUID(int=0)  # stands for that of the machine
 
 
 class Key:
@@ -55,17 +56,24 @@ def cleaned(text, user, home):
     home directory. The user's name is replaced in paths."""
     head, keys = parse(text)
     left = 0
-    personal = [word.lower() for word in (home, home.replace("/", "\\\\"), f"/home/{user}") if len(word) > 1]
+    places = (home, f"/home/{user}", f"/media/{user}", f"/users/{user}")
+    words = [place.lower() for place in places if len(place) > 1]
+    personal = [form for word in words[:-1] for form in (word, word.replace("/", "\\\\"))]
+    in_bytes = [form for word in words for form in (word, word.replace("/", "\\"))]
+    in_key = [form for word in words for form in (word, word.replace("/", "\\\\"))]
     for path in list(keys):
-        if private.is_private_key(path):
+        if private.is_private_key(path) or any(word in path for word in in_key):
             left += 1 + len(keys.pop(path).values)
             continue
         key = keys[path]
         for name, value in list(key.values.items()):
             known = _bytes_as_text(value) if "hex" in value else ""
-            if any(word in value.lower() or word in known for word in personal) or f"\\users\\{user.lower()}" in known:
+            if (path, name) in private.VALUES or any(word in value.lower() for word in personal) or \
+                    any(word in known for word in in_bytes):
                 del key.values[name]
                 left += 1
+            elif name == MACHINE_ID:
+                key.values[name] = f'"MachineGuid"="{NO_ID}"\n'
             else:
                 key.values[name] = _with_user(value, user, layout.USER)
     return compose(head, keys), left
@@ -73,13 +81,14 @@ def cleaned(text, user, home):
 
 def _bytes_as_text(value):
     """The text in a binary value, in lower case."""
-    digits = re.sub(r"[^0-9a-f]", "", value.split(":", 1)[-1].lower())
+    content = value[_NAME.match(value).end():]
+    digits = re.sub(r"[^0-9a-f]", "", content.partition(":")[2].lower())
     data = bytes.fromhex(digits[:len(digits) // 2 * 2])
     return (data.decode("utf-16-le", "ignore") + data.decode("latin-1")).lower()
 
 
 def _with_user(value, old, new):
-    return re.sub(rf'(\\\\users\\\\){re.escape(old)}(?=["\\;])', lambda match: match[1] + new, value, flags=re.I)
+    return re.sub(rf'((?:\\\\|/)users(?:\\\\|/)){re.escape(old)}(?=["\\/;])', lambda match: match[1] + new, value, flags=re.I)
 
 
 def personal(text, user):
