@@ -225,6 +225,15 @@ class UsersBottle(BottleCase):
         with self.assertRaises(PackageError):
             self.provide(package)
 
+    def test_a_menu_entry_that_fails_notifies(self):
+        os.chmod(self.write("bin/busctl", '#!/bin/sh\necho "$*" >"$HOME/told"\n'), 0o755)
+        env = self.env | {"PATH": self.path("bin") + ":" + os.environ["PATH"], "HOME": self.home}
+        starter = os.path.join(os.path.dirname(PACKER), "packaged_program.py")
+        ended = subprocess.run([starter, self.path("<none>"), ID], env=env, capture_output=True, text=True, check=False)
+        told = Path(self.home, "told").read_text()
+        self.assertEqual((ended.returncode, "call org.freedesktop.Notifications" in told), (1, True))
+        self.assertIn(f"{self.top}/&lt;none&gt;/package.json cannot be read", told)
+
     def test_what_is_shared(self):
         for path, size, wanted in (
             ("drive_c/App/a.EXE", 1, True), ("drive_c/App/data.bin", 2 << 20, True), ("drive_c/App/data.bin", 9, False),

@@ -6,13 +6,17 @@ DIRECTORY is that of the package ("files"), PROGRAM an id. Makes the user's bott
 the version of the package afterwards, then hands the program to the application, as the menu entries of bottles do.
 """
 
+import html
 import os
+import subprocess
 import sys
 
 from cellarix_packager import layout
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 from cellarix_packager.userbottle import UserBottle
+
+NOTIFY_SECONDS = 5
 
 
 def main(argv):
@@ -24,23 +28,34 @@ def main(argv):
         bottle = UserBottle(package, os.environ)
         _provide(bottle)
     except PackageError as error:
-        print(error, file=sys.stderr)
+        _tell(error)
         return 1
     application = _application()
     try:
         os.execv(application, [application, f"lumorawine://{bottle.name}/{argv[1]}"])
     except OSError as error:
-        print(f"{application}: {error.strerror}", file=sys.stderr)
+        _tell(f"{application}: {error.strerror}")
     return 1
 
 
 def _provide(bottle):
-    """A bottle that cannot be upgraded is started as it is; one that cannot be made is refused by the application in a
-    window, since a menu shows no messages."""
+    """A bottle that cannot be upgraded is started as it is; one that cannot be made is refused by the application."""
     try:
         bottle.provide()
     except (PackageError, OSError) as error:
-        print(error, file=sys.stderr)
+        _tell(error)
+
+
+def _tell(error):
+    """A menu shows no messages: the sentence goes to the notifications of the desktop, which take markup."""
+    print(error, file=sys.stderr)
+    place = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications", "org.freedesktop.Notifications", "Notify")
+    content = ("Cellarix", "0", "cellarix", "Cellarix", html.escape(str(error), quote=False), "0", "0", "-1")
+    try:
+        subprocess.run(["busctl", "--user", "--quiet", "--", "call", *place, "susssasa{sv}i", *content], timeout=NOTIFY_SECONDS,
+                       capture_output=True, check=False)
+    except (OSError, ValueError, subprocess.TimeoutExpired):
+        pass  # there is no desktop
 
 
 def _application():
