@@ -118,6 +118,8 @@ class Packer(BottleCase):
             (good, {"pkgname": "cellarix"}, None, "has no dot"),
             ({ID: "/"}, {}, lambda: self.add("pkgcfg/pkgsrc.json", json.dumps({ID: {
                 "path": "/etc/passwd", "dir_to_package": self.link_to("/etc"), "in_bottles": False}})), "too close to the root"),
+            ({ID: "/"}, {}, lambda: self.add("pkgcfg/pkgsrc.json", json.dumps({ID: {
+                "path": "/etc/passwd", "only_copy_exe": True, "in_bottles": False}})), "not a Windows program"),
             ({"x\nExec=y": "a"}, {}, None, "not the id of a program"),
             (good, {"pkgversion": "1.0\nEvil: x"}, None, "not a valid package version"),
             (good, {"arch": ["mips"]}, None, "No architecture"),

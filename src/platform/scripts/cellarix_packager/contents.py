@@ -8,6 +8,7 @@ from cellarix_packager import layout, links, private
 from cellarix_packager.errors import PackageError
 
 DIRECTORY, FILE, LINK = "directory", "file", "link"
+SUFFIXES = (".exe", ".msi", ".bat", ".cmd", ".com", ".lnk")
 NEAR_ROOT = 3  # slashes: a directory of the user's with fewer is the root, the home directory or a neighbour
 
 
@@ -91,6 +92,9 @@ class BottleWalk:
         self._walk(source, target, prefix, is_left_out)
 
     def add_file(self, source, target, prefix):
+        """A program outside of the bottle. The bottle tells its place, so that it must be one."""
+        if not _is_program(source):
+            raise PackageError(f"{source} is not a Windows program.")
         self._add(source, target, prefix)
 
     def _is_left_out(self, relative):
@@ -161,6 +165,16 @@ class BottleWalk:
                 relative = os.path.join(moved, target[len(source) + 1:])
                 return "" if is_left_out(relative) else relative
         return ""
+
+
+def _is_program(path):
+    try:
+        if not stat.S_ISREG(os.stat(path).st_mode) or path.lower().endswith(SUFFIXES):
+            return os.path.isfile(path)
+        with open(path, "rb") as file:
+            return file.read(2) == b"MZ"
+    except OSError as error:
+        raise PackageError(f"{path} cannot be read: {error.strerror}") from None
 
 
 def _check_name(path):
