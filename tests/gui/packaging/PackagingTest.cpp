@@ -32,8 +32,10 @@ namespace {
 const char Registry[] = "WINE REGISTRY Version 2\n;; All keys relative to REGISTRY\\\\Machine\n\n";
 const char Pkginfo[] = R"({"appname": "Sample", "pkgname": "com.example.sample", "pkgversion": "1.0",
     "arch": ["amd64"]})";
-const char Pkgsrc[] = R"({"u": {"path": "C:\\a.exe", "in_bottles": true}})";
-const char Settings[] = "Name: t\nExternal_Programs:\n  u:\n    path: 'C:\\a.exe'\n";
+const char Pkgsrc[] =
+    R"({"0c1d2e3f-1111-4222-8333-444455556666": {"path": "C:\\a.exe", "in_bottles": true}})";
+const char Settings[] =
+    "Name: t\nExternal_Programs:\n  0c1d2e3f-1111-4222-8333-444455556666:\n    path: 'C:\\a.exe'\n";
 }  // namespace
 
 /// Packs with the installed script.
