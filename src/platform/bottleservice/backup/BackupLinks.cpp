@@ -25,6 +25,11 @@ bool BackupLinks::isAmbiguous(const BackupEntry& link) const {
     return m_entries.value(folded).size() + m_outside.value(folded) > 1;
 }
 
+bool BackupLinks::isTaken(const QByteArray& standardLink) const {
+    const QString folded = BackupPath::folded(standardLink);
+    return m_entries.contains(folded) || m_outside.value(folded) > 1;
+}
+
 bool BackupLinks::leadsOut(const BackupEntry& link) const {
     QByteArray place = BackupPath::parentOf(link.path);
     QList<QByteArray> parts = link.target.split('/');
@@ -39,6 +44,8 @@ bool BackupLinks::leadsOut(const BackupEntry& link) const {
             continue;
         }
         const QByteArray path = place.isEmpty() ? part : place + '/' + part;
+        if (!BackupPath::isInside(path))  // also bounds the work on a stranger's link
+            return true;
         const QString folded = BackupPath::folded(path);
         const auto entries = m_entries.value(folded);
         // What is not in the backup may be made later, by Wine or by the service.

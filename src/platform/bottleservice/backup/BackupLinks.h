@@ -18,6 +18,8 @@ public:
 
     /// Whether something else has the link's name but for case. Windows might then mean either.
     bool isAmbiguous(const BackupEntry& link) const;
+    /// The same for a standard link of the list.
+    bool isTaken(const QByteArray& standardLink) const;
 
 private:
     QHash<QString, QVector<const BackupEntry*>> m_entries;  ///< by folded path

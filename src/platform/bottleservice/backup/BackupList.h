@@ -29,10 +29,11 @@ struct BackupList {
     static constexpr int MaximumEntries = 500000;
     static constexpr int MaximumWineFiles = 200000;
     static constexpr int MaximumNames = 1000;  ///< of programs, standard links, and what was left out
+    static constexpr char UnknownBuild[] = "unknown";
 
     QString name;    ///< of the bottle
     QString runner;  ///< of the bottle
-    QString build;   ///< checksum of the Wine (WineBuild) or "unknown"; empty for no copy of a template
+    QString build;   ///< checksum of the Wine (WineBuild) or UnknownBuild; empty for no copy of a template
     QString user;    ///< name of the directory below drive_c/users; may be empty
     QString home;    ///< of the user
     QString path;    ///< of the bottle

@@ -77,6 +77,14 @@ void BottleSurvey::checkLinks() {
     // A link may lead over one that was left out before.
     for (bool hasChanged = true; hasChanged;) {
         const BackupLinks links(list);
+        QVector<QByteArray> standard;
+        for (const QByteArray& path : qAsConst(list.standardLinks)) {
+            if (links.isTaken(path))
+                leaveOut(path, {});
+            else
+                standard += path;
+        }
+        list.standardLinks = standard;
         QVector<BackupEntry> kept;
         kept.reserve(list.entries.size());
         for (const BackupEntry& entry : qAsConst(list.entries)) {
@@ -163,10 +171,12 @@ bool BottleSurvey::isInTemplate(const QByteArray& path, const QByteArray& target
 bool BottleSurvey::isMadeByWine(const QByteArray& path, const QByteArray& target) const {
     if (path.startsWith("dosdevices/"))
         return target == "/" || target.startsWith("/dev/") || isInTemplate(path, target);
-    if (m_place.templatePath.isEmpty() || isInTemplate(path, {}))
+    const QList<QByteArray> parts = path.split('/');
+    if (m_place.templatePath.isEmpty())
+        return parts.size() == 4 && QFileInfo(QFile::decodeName(pathOf(path))).isDir();
+    if (isInTemplate(path, {}))
         return true;
     // A bottle that came from elsewhere may have another user.
-    const QList<QByteArray> parts = path.split('/');
     const QByteArray user = RestoredPrefix::userOf(m_place.templatePath).toUtf8();
     return parts.size() == 4 && isInTemplate("drive_c/users/" + user + '/' + parts[3], {});
 }
@@ -191,8 +201,11 @@ Reason BottleSurvey::addLink(const QByteArray& path) {
     // A file of Wine or of a component becomes a real one.
     struct stat status = {};
     const QString real = QFileInfo(QFile::decodeName(pathOf(path))).canonicalFilePath();
-    // Nothing of it would be in the backup, and the restored bottle would lack it.
-    if (m_place.isCopy && path.startsWith("drive_c/windows/") && target.startsWith('/') && real.isEmpty())
+    // Nothing of it would be in the backup, and the restored bottle would lack it. What the template does not
+    // have either is no file of Wine's any more.
+    const bool isWines = m_place.templatePath.isEmpty() || isInTemplate(path, {});
+    if (m_place.isCopy && isWines && path.startsWith("drive_c/windows/") && target.startsWith('/') &&
+        real.isEmpty())
         return Reason(Reason::WineFileGone, {QString::fromUtf8(path)});
     const bool isOwn =
         std::any_of(m_place.ownDirectories.begin(), m_place.ownDirectories.end(),

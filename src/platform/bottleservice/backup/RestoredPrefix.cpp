@@ -63,7 +63,8 @@ QString renameUser(const BackupList& list, const QString& directory, const QByte
     const Fenk::OwnedFd users = openDirectory(drive.get(), "users");
     struct stat status = {};
     if (::fstatat(users.get(), to.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
-        if (!S_ISLNK(status.st_mode)) {
+        // A link of an earlier renaming may go. Other links have been judged with the one that is there.
+        if (targetOf(QFile::encodeName(directory) + '/' + Users + to) != from) {
             qInfo() << "the bottle has a user" << to << "already;" << from << "keeps its name";
             return {};
         }
@@ -125,9 +126,9 @@ QString complete(const BackupList& list, const Place& place, bool* isOtherBuild,
     }
     if (list.build.isEmpty())
         return {};
-    *isOtherBuild = WineBuild::checksum(place.wine) != list.build;
-    if (!*isOtherBuild)
+    if (WineBuild::checksum(place.wine) == list.build)
         return {};
+    *isOtherBuild = list.build != QLatin1String(BackupList::UnknownBuild);
     qInfo() << "the backup was made with another build of Wine; updating" << place.directory;
     fault = SlimPrefix::renew(place.directory, {}, place.templatePath, cancelled);
     return fault.isEmpty() ? RegistryMerge::update(place.directory, place.oldRegistry, place.templatePath)

@@ -132,7 +132,7 @@ void ExportBottleJob::survey() {
                 // What the bottle was made from may be gone, or be older than the installed Wine.
                 const QString build =
                     isCurrent && !original.isEmpty() ? WineBuild::checksum(wine) : QString();
-                survey->list.build = build.isEmpty() ? QString("unknown") : build;
+                survey->list.build = build.isEmpty() ? QString(BackupList::UnknownBuild) : build;
             }
             survey->list.user = RestoredPrefix::userOf(survey->list.path, RestoredPrefix::userOf(original));
             progress->total = survey->list.bytes();
