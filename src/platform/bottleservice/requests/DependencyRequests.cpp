@@ -315,11 +315,15 @@ void DependencyRequests::cancelOne(const QString& bottle, const QString& depende
     if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
     const auto line = m_lines.find(bottle);
-    int place = line == m_lines.end() ? -1 : line->size() - 1;
-    while (place >= 0 && (line->at(place).dependency != dependency || *line->at(place).cancelled))
-        --place;
-    if (place >= 0 && --(*line)[place].askers == 0)
-        cancelAt(bottle, place);
+    // One of an import is meant only where there is no other.
+    int found = -1;
+    for (int place = 0; line != m_lines.end() && place < line->size(); ++place) {
+        const Install& install = line->at(place);
+        if (install.dependency == dependency && !*install.cancelled && (found < 0 || !install.fromStore))
+            found = place;
+    }
+    if (found >= 0 && --(*line)[found].askers == 0)
+        cancelAt(bottle, found);
     reply(Answer::of());
 }
 
