@@ -273,11 +273,16 @@ void BottleDependencies::cancel(const QString& name) {
         withdraw(name);
         return;
     }
+    if (m_cancelling.contains(name))
+        return;
+    m_cancelling.insert(name);
     const auto onAnswer = [self = QPointer<BottleDependencies>(this), name, attempt = m_attempts.value(name),
                            number = m_bottles,
                            hold = PendingWork::instance()->hold()](const BusResult& answer) {
         if (!answer.ok)
             qWarning().noquote() << "Failed to cancel installing dependencies:" << answer.errorMessage;
+        if (self)
+            self->m_cancelling.remove(name);
         if (self && number == self->m_bottles)
             self->onCancelled(name, attempt, answer);
     };

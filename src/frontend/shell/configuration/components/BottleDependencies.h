@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
 #include <memory>
 
 #include "shell/configuration/components/DependencyStates.h"
@@ -69,6 +70,7 @@ private:
 
     QString m_bottle;
     DependencyStates m_states;
+    QSet<QString> m_cancelling;       ///< until the service has answered
     QHash<QString, bool> m_requests;  ///< of those under way that this window asked for: whether again
     QHash<QString, int> m_attempts;   ///< answers to older ones are ignored
     /// Refused because programs run: the user is asked, or they are being closed. Outlives this object until

@@ -75,7 +75,8 @@ void BottleSettings::onRecord(const BusResult& result) {
         values.set(Setting::Dpi, m_values.value(Setting::Dpi));
     for (const Setting component : Components) {
         setupOf(component).read(values.text(component));
-        if (setup(component).isUnderWay())
+        // One that is being prepared is not asked for yet.
+        if (setup(component).isUnderWay() && setup(component).phase() != ComponentSetup::Phase::Preparing)
             values.set(component, ComponentSetup::valueOf(setup(component).name()));
     }
     m_values = SettingRules::withRendererOfLayers(values);

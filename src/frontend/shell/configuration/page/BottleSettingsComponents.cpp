@@ -77,7 +77,7 @@ ComponentOffer BottleSettings::offer(Setting component) const {
 
 void BottleSettings::chooseAfter(const Preparation& prepare, Setting component, const QString& value) {
     leavePreparation(component);
-    if (m_state != State::Ready || value == m_values.text(component))
+    if (value == m_values.text(component))
         return;
     setupOf(component).prepare(value);
     Q_EMIT changed();

@@ -107,12 +107,7 @@ void BottlesConfigView::connectBottle() {
         slotsUpdateMemOptimizedSwitchButtonStates(
             m_basic->row(Setting::Runner)->switcher()->combo()->currentIndex());
     });
-    connect(m_basic, &BasicPage::chosen, this, [this](Setting setting, const QVariant& value) {
-        if (setting == Setting::NtSync)
-            onNtSyncSwitchBtnClicked();
-        else
-            choose(setting, value);
-    });
+    connect(m_basic, &BasicPage::chosen, this, &BottlesConfigView::choose);
     connect(m_programs, &BottlePrograms::changed, this, &BottlesConfigView::refreshPrograms);
     connect(m_programs, &BottlePrograms::failed, this, &BottlesConfigView::showError);
     // The hints may ask for another translator.

@@ -174,5 +174,5 @@ void BottlesConfigView::chooseFile() {
 }
 
 void BottlesConfigView::openBottlesDebugTerminal() {
-    BottleCommands::openTerminal(m_bottle);
+    BottleCommands::openTerminal(m_bottle, this, [this](const QString& errorText) { showError(errorText); });
 }

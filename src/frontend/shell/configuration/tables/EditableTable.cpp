@@ -46,8 +46,10 @@ void EditableTable::setFilling(bool filling) {
 
 QList<int> EditableTable::selectedRows() const {
     QList<int> numbers;
-    for (const QModelIndex& index : selectionModel()->selectedRows())
-        numbers << index.row();
+    for (const QModelIndex& index : selectionModel()->selectedRows()) {
+        if (!isRowHidden(index.row()))  // Qt selects those that a search hides, too
+            numbers << index.row();
+    }
     std::sort(numbers.begin(), numbers.end());
     return numbers;
 }

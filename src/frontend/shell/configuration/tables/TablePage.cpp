@@ -77,6 +77,7 @@ void TablePage::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 int TablePage::filter(const QString& text) {
+    m_filter = text;
     const QStandardItemModel* rows = m_table->rows();
     const bool isPage = m_words.contains(text, Qt::CaseInsensitive);
     int count = isPage ? 1 : 0;
@@ -94,6 +95,8 @@ void TablePage::refresh() {
     const bool hadFocus = m_stack->isAncestorOf(focusWidget());
     const QWidget* before = m_stack->currentWidget();
     const bool isEmpty = m_table->rows()->rowCount() == 0, isUnread = !m_table->errorText().isEmpty();
+    if (!m_filter.isEmpty())
+        filter(QString(m_filter));
     m_failed->setDetail(m_table->errorText());
     for (QWidget* button : qAsConst(m_buttons))
         button->setEnabled(!isUnread);

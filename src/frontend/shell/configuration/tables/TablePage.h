@@ -47,6 +47,7 @@ private:
 
     BottleTable* m_table;
     QString m_words;  ///< what the page itself says
+    QString m_filter;
     Fenk::IconButton* m_add;
     QHBoxLayout* m_tools;
     QStackedWidget* m_stack;
