@@ -18,6 +18,7 @@ MIB = int(sys.argv[1]) if len(sys.argv) > 1 else 100
 SCRIPT = pathlib.Path(__file__).resolve().parent.parent / "src/platform/scripts/bottles_packager.py"
 SOURCES = ("/usr/lib/x86_64-linux-gnu/wine/x86_64-windows", "/usr/lib/x86_64-linux-gnu")
 REGISTRY = "WINE REGISTRY Version 2\n\n"
+PROGRAM = "0f0e0d0c-0b0a-4908-8706-050403020100"
 
 
 def make_bottle(home):
@@ -33,11 +34,13 @@ def make_bottle(home):
                 left -= len(data)
     for name in ("system.reg", "user.reg"):
         (bottle / name).write_text(REGISTRY, encoding="utf-8")
-    (bottle / "bottle.yml").write_text("External_Programs:\n  u: {name: Bench, path: 'C:\\x.exe'}\n", encoding="utf-8")
+    (bottle / "bottle.yml").write_text(f"External_Programs:\n  {PROGRAM}: {{name: Bench, path: 'C:\\x.exe'}}\n",
+                                       encoding="utf-8")
     (bottle / "pkgcfg").mkdir()
     info = {"pkgname": "org.example.bench", "pkgversion": "1", "arch": ["amd64"]}
     (bottle / "pkgcfg/pkginfo.json").write_text(json.dumps(info), encoding="utf-8")
-    (bottle / "pkgcfg/pkgsrc.json").write_text('{"u": {"path": "C:\\\\x.exe", "in_bottles": true}}', encoding="utf-8")
+    programs = {PROGRAM: {"path": "C:\\x.exe", "in_bottles": True}}
+    (bottle / "pkgcfg/pkgsrc.json").write_text(json.dumps(programs), encoding="utf-8")
     return bottle
 
 
