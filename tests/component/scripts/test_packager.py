@@ -238,7 +238,7 @@ class UsersBottle(BottleCase):
 
     def test_what_is_shared(self):
         for path, size, wanted in (
-            ("drive_c/App/a.EXE", 1, True), ("drive_c/App/data.bin", 2 << 20, True), ("drive_c/App/data.bin", 9, False),
+            ("drive_c/App/a.EXE", 1, True), ("drive_c/App/data.bin", 64 << 20, True), ("drive_c/App/data.bin", 2 << 20, False),
             ("drive_c/App/large.sqlite", 2 << 20, False), ("drive_c/users/me/a.exe", 1, False), ("user.reg", 2 << 20, False),
             ("drive_c/windows/system32/x.dll", 1, False), ("drive_c/windows/system32/spool/x.dll", 1, True),
         ):
@@ -267,7 +267,8 @@ class Rules(unittest.TestCase):
             ("users/a/AppData/Local/Microsoft/Credentials/x", True), ("users/a/AppData/Local/Chat/Code Cache/js/1", True),
             ("users/a/AppData/Roaming/App/app.log", True), ("Program Files/App/app.log", False), ("windows/setup.log", True),
             ("users/a/AppData/Roaming/App/config.xml", False), ("Games/Cache/level", False), ("users/a/Cache", False),
-            ("users/a/Saved Games/x", True),
+            ("users/a/Saved Games/x", True), ("Program Files/Mail/key4.db", True), ("Games/Chat/Local Storage/x", False),
+            ("users/a/AppData/Roaming/Chat/Local Storage/x", True), ("windows/system32/cookies", False),
         ):
             with self.subTest(path):
                 self.assertEqual(private.is_private(path), wanted)

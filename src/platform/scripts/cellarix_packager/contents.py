@@ -82,6 +82,8 @@ class BottleWalk:
         if self.bottle_dir.startswith(source.rstrip("/") + "/"):
             raise PackageError(f"{source} contains the bottle itself and cannot go into the package.",
                                "contains-bottle", source)
+        if private.is_secret_directory(source):
+            raise PackageError(f"{source} has keys or settings of yours and cannot go into the package.")
         if source.count("/") < NEAR_ROOT:
             raise PackageError(f"{source} is too close to the root to be packed whole.", "wide-folder", source)
 

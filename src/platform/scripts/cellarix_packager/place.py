@@ -9,7 +9,7 @@ import os
 import shutil
 
 FICLONE = 0x40049409
-LARGE = 1 << 20
+LARGE = 64 << 20  # programs seldom write files of this size beside themselves
 CODE = frozenset((".exe", ".dll", ".ocx", ".drv", ".sys", ".cpl", ".ax", ".acm", ".com", ".scr", ".tlb", ".nls", ".mui"))
 READ_ONLY = CODE | frozenset((".ttf", ".ttc", ".otf", ".fon", ".chm", ".hlp", ".pdf", ".png", ".jpg", ".jpeg", ".bmp",
                               ".ico", ".cur", ".wav", ".mp3", ".ogg", ".avi", ".mp4", ".wmv", ".bik", ".pak", ".cab",

@@ -18,10 +18,17 @@ DIRECTORIES = (
 # Names of directories and files below a user's profile, wherever they lie.
 CACHES = ("cache", "cache_data", "code cache", "gpucache", "shadercache", "dawncache", "grshadercache", "crashpad",
           "crash reports", "service worker", "sessions", "session storage", "logs")
-FILES = ("*.log", "*.dmp", "cookies", "cookies-journal", "login data*", "web data*", "history", "history-journal",
-         "top sites*", "visited links", "cookies.sqlite*", "places.sqlite*", "formhistory.sqlite*", "key3.db", "key4.db",
-         "cert8.db", "cert9.db", "logins.json", "logins-backup.json", "signons.sqlite", "sessionstore*",
-         "recentservers.xml", "sitemanager.xml", "winscp.ini", "_netrc", ".netrc", ".git-credentials", "wallet.dat")
+# The log-ins of programs that are made of a browser.
+PROFILE_CACHES = CACHES + ("local storage", "indexeddb")
+# Passwords, keys and log-ins: at home wherever they lie, since programs also keep them beside themselves.
+CREDENTIALS = ("cookies", "cookies-journal", "login data*", "web data*", "cookies.sqlite*", "places.sqlite*",
+               "formhistory.sqlite*", "key3.db", "key4.db", "cert8.db", "cert9.db", "logins.json", "logins-backup.json",
+               "signons.sqlite", "sessionstore*", "recentservers.xml", "sitemanager.xml", "winscp.ini", "_netrc", ".netrc",
+               ".git-credentials", "wallet.dat", "ssfn*", "loginusers.vdf", "id_rsa*", "id_dsa*", "id_ecdsa*",
+               "id_ed25519*", "*.ppk", "*.kdbx")
+FILES = CREDENTIALS + ("*.log", "*.dmp", "history", "history-journal", "top sites*", "visited links")
+# Directories of the user's own that are never packed, not even when they are chosen.
+SECRET_DIRECTORIES = frozenset((".ssh", ".gnupg", ".aws", ".config", ".mozilla", ".thunderbird", ".password-store"))
 WINDOWS_FILES = ("windows/*.log",)
 
 # Registry keys, in lower case as the files of Wine have them, with everything below.
@@ -40,6 +47,8 @@ KEYS = tuple(key.replace("\\", "\\\\") for key in (
     r"software\microsoft\terminal server client\servers",
     r"software\martin prikryl\winscp 2\sessions",
     r"software\simontatham\putty\sshhostkeys",
+    r"software\simontatham\putty\sessions", r"software\wine\credential manager", r"software\wine\crypto",
+    r"software\microsoft\systemcertificates\my",
     r"software\orl\winvnc3", r"software\realvnc\vncserver", r"software\tightvnc\server",
     r"software\wine\wine\config\recent",
     r"printers", r"software\microsoft\windows nt\currentversion\devices",
@@ -64,20 +73,27 @@ def is_private(path):
            for pattern, depth in _DIRECTORIES):
         return True
     if parts[0] != "users":
-        return len(parts) == 2 and any(fnmatch.fnmatchcase(lower, pattern) for pattern in WINDOWS_FILES)
-    return _has_private_name(parts[2:])
+        if parts[0] == "windows":
+            return len(parts) == 2 and any(fnmatch.fnmatchcase(lower, pattern) for pattern in WINDOWS_FILES)
+        return _has_name(parts, CREDENTIALS)
+    return any(part in PROFILE_CACHES for part in parts[2:-1]) or _has_name(parts[2:], FILES)
 
 
 def is_private_outside(path):
     """The same for a path relative to a directory of the user's own. What begins with a dot are settings and histories
     of other programs there."""
     parts = path.lower().split("/")
-    return any(part.startswith(".") for part in parts[:-1]) or _has_private_name(parts)
+    return any(part.startswith(".") or part in CACHES for part in parts[:-1]) or parts[-1].startswith(".") or \
+        _has_name(parts, FILES)
 
 
-def _has_private_name(parts):
-    return any(part in CACHES for part in parts[:-1]) or \
-        bool(parts) and any(fnmatch.fnmatchcase(parts[-1], name) for name in FILES)
+def is_secret_directory(path):
+    """Whether an absolute path leads into a directory of keys or settings of the user's own."""
+    return not SECRET_DIRECTORIES.isdisjoint(path.split("/"))
+
+
+def _has_name(parts, names):
+    return bool(parts) and any(fnmatch.fnmatchcase(parts[-1], name) for name in names)
 
 
 _DIRECTORIES = tuple((pattern, pattern.count("/") + 1) for pattern in DIRECTORIES)

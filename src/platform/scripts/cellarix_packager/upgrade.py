@@ -3,7 +3,7 @@
 import hashlib
 import os
 
-from cellarix_packager import bottlefiles, layout, place, registry, settings
+from cellarix_packager import bottlefiles, layout, place, registry, running, settings
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import file_list
 
@@ -30,6 +30,8 @@ class Upgrade:
             for path, target in links.items():
                 self._upgrade_link(path, old[2].get(path), target)
             self.bottle.link_system_files(self.bottle.directory)
+            if running.is_running(self.bottle.directory):
+                return  # Wine would write its own registry over this; the next start goes on
             for name in layout.REGISTRIES:
                 if name in files:
                     self._merge_registry(name)
@@ -80,15 +82,18 @@ class Upgrade:
             bottlefiles.write(own, registry.merged(bottlefiles.text(own), registry.personal(before, user), registry.personal(now, user)))
 
     def _merge_settings(self):
-        """Programs come and go with the package; all other settings are the user's."""
+        """Programs come and go with the package, and what of them the user has not changed follows it; all other
+        settings are the user's."""
         own_path = os.path.join(self.bottle.directory, layout.SETTINGS)
         own = settings.read(own_path)
         before = _programs(self.bottle.own_settings(os.path.join(self.record, layout.SETTINGS)))
         now = _programs(self.bottle.own_settings(os.path.join(self.bottle.package.shared, layout.SETTINGS)))
         programs = {key: value for key, value in _programs(own).items() if key in now or key not in before}
         for key, program in now.items():
-            programs[key] = {**programs.get(key, {}), **program} if program != before.get(key) else \
-                programs.get(key, program)
+            own_program, old = programs.get(key), before.get(key, {})
+            programs[key] = program if own_program is None else own_program | {
+                field: value for field, value in program.items()
+                if value != old.get(field) and own_program.get(field) == old.get(field)}
         bottlefiles.write(own_path, settings.dump(own | {settings.PROGRAMS: programs}))
 
 
