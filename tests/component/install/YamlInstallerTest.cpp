@@ -190,7 +190,7 @@ private Q_SLOTS:
         row("set-up without, but with files", "show", "setup, files, close window", "",
             "deleteIfUnused updateExternalProgram", "yes no");
         row("already there", "show", "close window", "self", "", "yes no");
-        row("fails", ":", "close", "", "updateExternalProgram", "no no");
+        row("fails", "wait_for close; rm close", "close", "", "updateExternalProgram", "no no");
         row("stopped", "touch alive; wait_for close", "stop", "", "killWineServer updateExternalProgram",
             "no yes");
         row("told twice", "show", "twice, close window", "", "updateExternalProgram", "yes no");
@@ -230,6 +230,7 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_standIn.directory() + "/alive"), LaunchMs);
             Q_EMIT banner()->stopRunning();
         } else {
+            m_standIn.write("close", "");
             QTRY_COMPARE_WITH_TIMEOUT(banner()->closeState(), int(WineExeLaunchBanner::Failed), LaunchMs);
             banner()->close();
         }
