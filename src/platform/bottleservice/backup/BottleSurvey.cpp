@@ -203,7 +203,9 @@ Reason BottleSurvey::addLink(const QByteArray& path) {
     const QString real = QFileInfo(QFile::decodeName(pathOf(path))).canonicalFilePath();
     // Nothing of it would be in the backup, and the restored bottle would lack it. What the template does not
     // have either is no file of Wine's any more.
-    const bool isWines = m_place.templatePath.isEmpty() || isInTemplate(path, {});
+    const bool isWines =
+        m_place.templatePath.isEmpty() ||
+        ::lstat((QFile::encodeName(m_place.templatePath) + '/' + path).constData(), &status) == 0;
     if (m_place.isCopy && isWines && path.startsWith("drive_c/windows/") && target.startsWith('/') &&
         real.isEmpty())
         return Reason(Reason::WineFileGone, {QString::fromUtf8(path)});

@@ -126,9 +126,9 @@ QString complete(const BackupList& list, const Place& place, bool* isOtherBuild,
     }
     if (list.build.isEmpty())
         return {};
-    if (WineBuild::checksum(place.wine) == list.build)
+    *isOtherBuild = WineBuild::checksum(place.wine) != list.build;
+    if (!*isOtherBuild)
         return {};
-    *isOtherBuild = list.build != QLatin1String(BackupList::UnknownBuild);
     qInfo() << "the backup was made with another build of Wine; updating" << place.directory;
     fault = SlimPrefix::renew(place.directory, {}, place.templatePath, cancelled);
     return fault.isEmpty() ? RegistryMerge::update(place.directory, place.oldRegistry, place.templatePath)
