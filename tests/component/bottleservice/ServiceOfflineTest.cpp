@@ -125,9 +125,9 @@ private Q_SLOTS:
         QCOMPARE(exported({"needy", "good", "unsigned", "gone", "tricks", "never-heard", "../x"}),
                  QStringList({"../x no-component", "gone http-status", "good ok", "needy ok",
                               "never-heard no-component", "tricks no-known-file", "unsigned ok"}));
-        QVERIFY(!m_service->signalLog
-                     .filter("export, {\"name\":\"needy\",\"progress\":\"100%\",\"status\":\"downl")
-                     .isEmpty());
+        QTRY_VERIFY(!m_service->signalLog
+                         .filter("export, {\"name\":\"needy\",\"progress\":\"100%\",\"status\":\"downl")
+                         .isEmpty());
         QTRY_VERIFY(
             m_service->signalLog.contains("notifyProgress(export, {\"name\":\"good\",\"status\":\"ok\"})"));
         QCOMPARE(QDir(m_stick.path()).entryList(QDir::Files | QDir::Hidden), QStringList("e.tar"));
@@ -151,7 +151,7 @@ private Q_SLOTS:
         QCOMPARE(store(), QStringList({"second.exe", "setup.exe", "unsigned.exe"}));
         QCOMPARE(call("getDependencies", {"needy"}).arguments().value(0).toString(), QString("[\"good\"]"));
         QCOMPARE(object("checkDeps", {QStringList{"needy"}})["valid"].toArray(), QJsonArray{"needy"});
-        QCOMPARE(m_service->signalLog.filter("dependencySetupDone").size(), 3);
+        QTRY_COMPARE(m_service->signalLog.filter("dependencySetupDone").size(), 3);
     }
 
     /// What fails fails alone, but for those that need it.
