@@ -105,7 +105,8 @@ def main():
                  (f"{name}: size of the file", size["ours"], size["theirs"], "MB")]
     print("| what | backup | tar and zstd | ratio |\n|---|---|---|---|")
     for what, ours, theirs, unit in rows:
-        print(f"| {what} | {ours:.2f} {unit} | {theirs:.2f} {unit} | {ours / theirs:.2f} |")
+        ratio = f"{ours / theirs:.2f}" if theirs else "-"  # too short for the clock of processor times
+        print(f"| {what} | {ours:.2f} {unit} | {theirs:.2f} {unit} | {ratio} |")
     shutil.rmtree(WORK)
 
 

@@ -86,6 +86,8 @@ void BottleSettings::onRecord(const BusResult& result) {
     setState(State::Ready);
     chooseKept();
     announce();
+    if (isSent())
+        Q_EMIT sent();
 }
 
 void BottleSettings::setState(State state, const QString& errorText) {
@@ -94,6 +96,8 @@ void BottleSettings::setState(State state, const QString& errorText) {
     if (state == State::Failed)
         m_kept.clear();
     Q_EMIT stateChanged();
+    if (state == State::Failed && isSent())
+        Q_EMIT sent();
 }
 
 /// That something has changed, and first whether the runner has.
@@ -194,20 +198,40 @@ void BottleSettings::sendDpi() {
     offerUndo(Setting::Dpi, m_dpiUndo);
 }
 
-/// A refused change is taken back by reading the record again.
 void BottleSettings::send(Setting setting, const QVariant& value) {
+    ++m_openSends;
     SettingTable::of(setting).send(m_bottle, value, this, [this, setting](const BusResult& answer) {
-        if (answer.ok || answer.timedOut)
-            return;
-        qWarning().noquote() << "the setting" << SettingTable::of(setting).objectName << "of" << m_bottle
-                             << "was not changed:" << answer.errorMessage;
-        if (m_undo.sent.contains(setting))
-            m_undo = {};
-        announce();
-        Q_EMIT refused(
-            tr("%1 could not be changed: %2").arg(SettingTable::label(setting), answer.errorText()));
-        if (!answer.serviceGone)
-            load();
+        --m_openSends;
+        if (!answer.ok && !answer.timedOut)
+            takeBack(setting, answer);
+        if (isSent())
+            Q_EMIT sent();
+    });
+}
+
+/// A refused change, by reading the record again.
+void BottleSettings::takeBack(Setting setting, const BusResult& answer) {
+    qWarning().noquote() << "the setting" << SettingTable::of(setting).objectName << "of" << m_bottle
+                         << "was not changed:" << answer.errorMessage;
+    if (m_undo.sent.contains(setting))
+        m_undo = {};
+    announce();
+    Q_EMIT refused(tr("%1 could not be changed: %2").arg(SettingTable::label(setting), answer.errorText()));
+    if (!answer.serviceGone)
+        load();
+}
+
+void BottleSettings::whenSent(QObject* context, const std::function<void()>& then) {
+    flushDpi();
+    if (isSent()) {
+        then();
+        return;
+    }
+    auto* once = new QObject(context);
+    connect(this, &BottleSettings::sent, once, [this, once, then] {
+        disconnect(once);
+        once->deleteLater();
+        then();
     });
 }
 

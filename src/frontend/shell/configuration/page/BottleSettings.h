@@ -53,6 +53,10 @@ public:
     void undo();
     bool canUndo() const { return !m_undo.sent.isEmpty(); }
 
+    /// Calls `then` once the service has answered for every choice so far, whatever it answered; components,
+    /// which take their time, are not waited for. At once when nothing is open. Never when the context goes.
+    void whenSent(QObject* context, const std::function<void()>& then);
+
 Q_SIGNALS:
     void stateChanged();
     /// Values, rows, lists or what is under way.
@@ -65,6 +69,8 @@ Q_SIGNALS:
     void programsRunning(Setting component, const QStringList& programs);
     /// Another runner is shown than before.
     void runnerChanged();
+    /// The service has answered for every choice.
+    void sent();
 
 private:
     static constexpr Setting Components[] = {Setting::Dxvk, Setting::Vkd3d, Setting::Runner};
@@ -82,7 +88,9 @@ private:
     void chooseKept();
     void offerUndo(Setting setting, const Undo& undo);
     void flushDpi();
+    bool isSent() const { return m_state != State::Loading && m_openSends == 0; }
     void send(Setting setting, const QVariant& value);
+    void takeBack(Setting setting, const BusResult& answer);
     void sendComponent(Setting component);
     void sendDpi();
     void followService();
@@ -111,6 +119,7 @@ private:
     QString m_rendererBefore;  ///< a layer that is not set up yet has changed it
     ReadBefore m_readBefore;
     int m_loads = 0;  ///< answers to older ones are dropped
+    int m_openSends = 0;
     int m_ntSyncChecks = 0;
     int m_preparations = 0;
     /// What the service is to set up; outlives this object until programs have been closed for it.

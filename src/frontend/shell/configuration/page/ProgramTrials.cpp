@@ -69,7 +69,7 @@ bool ProgramTrials::isRunning() const {
     return m_run->isRunning();
 }
 
-/// The launch script reads the parameters from the bottle, so they are saved first.
+/// The launch script reads parameters and settings from the bottle, so they are saved first.
 bool ProgramTrials::start(bool inTerminal) {
     const auto chosen = currentParameters();
     if (!chosen) {
@@ -82,7 +82,7 @@ bool ProgramTrials::start(bool inTerminal) {
     saveParameters(m_settings->bottle(), *chosen, this,
                    [this, id = m_programs->currentRef().uuid, inTerminal](const BusResult& result) {
                        if (result.ok) {
-                           prepare(id, inTerminal);
+                           m_settings->whenSent(this, [this, id, inTerminal] { prepare(id, inTerminal); });
                            return;
                        }
                        m_isPreparing = false;
