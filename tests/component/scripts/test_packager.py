@@ -14,7 +14,7 @@ from unittest import mock
 
 from packages import ID, PACKER, REGISTRY, BottleCase
 
-from cellarix_packager import archive, contents, debian, links, place, private, registry, request, settings, userbottle
+from cellarix_packager import archive, contents, debian, links, origin, place, private, registry, request, settings, userbottle
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 
@@ -216,14 +216,35 @@ class UsersBottle(BottleCase):
             self.assertIn('"New"="2"', Path(bottle.directory, "user.reg").read_text())
             Path(bottle.directory, ".package/version").write_text("interrupted")
 
-    def test_another_bottle_of_that_name_is_left_alone(self):
+    def test_only_the_bottle_of_the_package_follows_it(self):
         package = self.unpack("1.0", {"a.exe": "MZ"})
-        other = Path(self.path("user/.local/share/lumora-wine-bottles/bottles/com.example.sample"))
+        data = Path(self.path("user/.local/share/lumora-wine-bottles"))
+        other = data / "bottles/com.example.sample"
         other.mkdir(parents=True)
-        bottle = self.provide(package)[0]
-        self.assertEqual((bottle.name, os.listdir(other)), ("com.example.sample.package", []))
-        shutil.rmtree(bottle.directory)
-        os.makedirs(bottle.directory)
+        first = self.provide(package)[0]
+        self.assertEqual((first.name, os.listdir(other)), ("com.example.sample.package", []))
+        os.rename(first.directory, data / "bottles/mine")
+        shutil.copytree(data / "bottles/mine", data / "bottles/zcopy", symlinks=True)
+        shutil.rmtree(other)
+        self.assertEqual(self.provide(package)[0].name, "com.example.sample")  # of two copies none is taken
+        shutil.rmtree(other)
+        origin.note(data, "com.example.sample", "gone", first.id)
+        shutil.rmtree(data / "bottles/zcopy")
+        package = self.unpack("2.0", {"a.exe": "MZ 2"})
+        bottle = userbottle.UserBottle(package, {"HOME": self.path("user"), "USER": "renamed"})
+        bottle.provide()
+        self.assertEqual((bottle.name, bottle.user, bottle.id), ("mine", "me", first.id))
+        shutil.copytree(data / "bottles/mine", other, symlinks=True)
+        self.assertEqual(self.provide(package)[0].name, "mine")
+        Path(other, ".package/origin.json").unlink()  # as the first version made them
+        names = [("com.example.sample", "com.example.sample"), ("mine", "com.example.sample")]
+        self.assertEqual((origin.orphans(data, self.path("root")), origin.orphans(data, self.top)), ([], names))
+        os.unlink(data / "packages/com.example.sample.json")
+        self.assertEqual(self.provide(package)[0].name, "com.example.sample")
+        shutil.rmtree(other)
+        os.unlink(data / "packages/com.example.sample.json")
+        for name in ("com.example.sample", "com.example.sample.package"):
+            os.mkdir(data / "bottles" / name)
         with self.assertRaises(PackageError):
             self.provide(package)
 

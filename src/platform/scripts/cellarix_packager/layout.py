@@ -12,9 +12,11 @@ USER = "packaged-user"  # stands for the user's name in paths and registry files
 PROFILE = f"drive_c/users/{USER}"
 REGISTRIES = ("system.reg", "user.reg", "userdef.reg")
 SETTINGS = "bottle.yml"
-RECORD = ".package"  # of a user's bottle: the package.json, files.json and registry files that it was made from
+RECORD = ".package"  # of a user's bottle: its origin, and the list, settings and registry files that it was made from
+SECOND = ".package"  # ends the name of a package's bottle if another bottle has that of the package
 NO_UPDATE = (".update-timestamp", b"disable\n")  # Wine must not update a prefix with links into its own directory
 STARTER = "/opt/apps/cellarix/files/share/cellarix/service/packaged_program.py"
+PACKAGE = re.compile(r"[a-z0-9]+(\.[a-z0-9]+)*")
 PROGRAM_ID = re.compile(r"[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}")
 
 

@@ -15,9 +15,9 @@ class Package:
         self.root = root
         self.shared = os.path.join(root, "bottle")
         record = _read(os.path.join(root, "package.json"))
-        if record.get("format") != layout.FORMAT:
-            raise PackageError(f"{root} was packed by another version of Cellarix.")
         self.name = str(record.get("package", ""))
+        if record.get("format") != layout.FORMAT or not layout.PACKAGE.fullmatch(self.name):
+            raise PackageError(f"{root} was packed by another version of Cellarix.")
         self.version = str(record.get("version", ""))
         self.build = f"{self.version} {_digest(root)}"
         self.user = str(record.get("user", ""))

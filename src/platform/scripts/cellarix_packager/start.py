@@ -1,17 +1,20 @@
 """Starts a program of an installed package.
 
 usage: packaged_program.py DIRECTORY PROGRAM
+       packaged_program.py --orphans
 
 DIRECTORY is that of the package ("files"), PROGRAM an id. Makes the user's bottle at the first start and brings it to
 the version of the package afterwards, then hands the program to the application, as the menu entries of bottles do.
+--orphans prints the bottles whose package is not installed any more: [{"bottle", "package"}].
 """
 
 import html
+import json
 import os
 import subprocess
 import sys
 
-from cellarix_packager import layout
+from cellarix_packager import layout, origin
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 from cellarix_packager.userbottle import UserBottle
@@ -20,6 +23,10 @@ NOTIFY_SECONDS = 5
 
 
 def main(argv):
+    if argv == ["--orphans"]:
+        found = origin.orphans(layout.data_directory(os.environ))
+        print(json.dumps([{"bottle": bottle, "package": package} for bottle, package in found]))
+        return 0
     if len(argv) != 2 or not layout.PROGRAM_ID.fullmatch(argv[1]):
         print("usage: packaged_program.py DIRECTORY PROGRAM", file=sys.stderr)
         return 64

@@ -1,7 +1,7 @@
 """A user's bottle, made from an installed package and brought to its version after an upgrade.
 
-A bottle has ".package" with the version, the list of files and the registry files that it was made from. It is made
-under a hidden name outside of the bottles, and gets its name when it is complete.
+A bottle has ".package" with its origin, and the version, the list of files and the registry files that it was made from.
+It is made outside of the bottles and gets its place when it is complete.
 """
 
 import fcntl
@@ -11,10 +11,8 @@ import re
 import shutil
 from datetime import datetime
 
-from cellarix_packager import bottlefiles, layout, place, registry, running, settings, upgrade
+from cellarix_packager import bottlefiles, layout, origin, place, registry, running, settings, upgrade
 from cellarix_packager.errors import PackageError
-
-VERSION = "version"
 
 
 class UserBottle:
@@ -22,16 +20,22 @@ class UserBottle:
         self.package = package
         self.home = environ.get("HOME") or pwd.getpwuid(os.getuid()).pw_dir
         self.data_dir = layout.data_directory(environ)
-        self.user = package.user or _wine_user(environ)
+        self.login = package.user or _wine_user(environ)
         self.placer = place.Placer(package.shared)
-        self.name = self._own_name()
-        self.directory = os.path.join(self.data_dir, "bottles", self.name)
+        self._find()
 
-    def _own_name(self):
-        """A bottle of the package's name that was not made from it is left alone."""
-        for name in (self.package.name, self.package.name + ".package"):
-            path = os.path.join(self.data_dir, "bottles", name)
-            if not os.path.lexists(path) or os.path.isdir(os.path.join(path, layout.RECORD)):
+    def _find(self):
+        """The profile of a bottle that is there keeps its name, whoever starts the program."""
+        self.name = origin.own_bottle(self.data_dir, self.package.name) or self._free_name()
+        self.directory = os.path.join(self.data_dir, "bottles", self.name)
+        known = origin.read(self.directory)
+        self.id = known["id"] if known else ""
+        self.user = known["user"] if known and known["user"] else self.login
+
+    def _free_name(self):
+        """A bottle of the package's name that is none of it is left alone."""
+        for name in (self.package.name, self.package.name + layout.SECOND):
+            if not os.path.lexists(os.path.join(self.data_dir, "bottles", name)):
                 return name
         raise PackageError(f"There is another bottle named \"{self.package.name}\"; rename or delete it.")
 
@@ -39,18 +43,22 @@ class UserBottle:
         """Makes the bottle, or brings it to the package's version. One process at a time."""
         work = os.path.join(self.data_dir, "packages")
         os.makedirs(work, mode=0o700, exist_ok=True)
-        lock = os.open(os.path.join(work, self.name + ".lock"), os.O_CREAT | os.O_RDWR | os.O_CLOEXEC, 0o600)
+        lock = os.open(os.path.join(work, self.package.name + ".lock"), os.O_CREAT | os.O_RDWR | os.O_CLOEXEC, 0o600)
         try:
             fcntl.flock(lock, fcntl.LOCK_EX)
+            self._find()
             if not os.path.isdir(self.directory):
                 self._make(os.path.join(work, self.name + ".new"))
             elif self._made_from() != self.package.build and not running.is_running(self.directory):
                 upgrade.Upgrade(self).run()
+            if not self.id:
+                self.id = origin.write(self.directory, self.package.name, "", self.user, self.name)
+            origin.note(self.data_dir, self.package.name, self.name, self.id)
         finally:
             os.close(lock)
 
     def _made_from(self):
-        return bottlefiles.text(os.path.join(self.directory, layout.RECORD, VERSION))
+        return bottlefiles.text(os.path.join(self.directory, layout.RECORD, origin.VERSION))
 
     def _make(self, fresh):
         shutil.rmtree(fresh, ignore_errors=True)
@@ -132,10 +140,11 @@ class UserBottle:
         record = os.path.join(directory, layout.RECORD)
         os.makedirs(record, exist_ok=True)
         bottlefiles.write(os.path.join(record, "files.json"), bottlefiles.text(os.path.join(self.package.root, "files.json")))
+        self.id = origin.write(directory, self.package.name, self.id, self.user, self.name)
         for name in (*layout.REGISTRIES, layout.SETTINGS):
             if os.path.exists(os.path.join(self.package.shared, name)):
                 bottlefiles.write(os.path.join(record, name), self.shared_text(name))
-        bottlefiles.write(os.path.join(record, VERSION), self.package.build)
+        bottlefiles.write(os.path.join(record, origin.VERSION), self.package.build)
 
 
 def _wine_user(environ):

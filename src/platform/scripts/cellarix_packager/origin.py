@@ -1,0 +1,101 @@
+"""Which package a user's bottle was made from, and which of the bottles is the one that follows the package.
+
+A bottle made from a package has ".package/origin.json": {"format", "package", "id", "user", "bottle"}. `id` is of one
+bottle, `user` the name of its profile, `bottle` its name when it was made. "packages/PACKAGE.json" beside the bottles
+names the one that the package's programs start in: {"bottle", "id"}. So a renamed bottle is found again, and a copy or
+a bottle of the same name is left alone. docs/PACKAGES.md tells what others may rely on.
+"""
+
+import json
+import os
+import stat
+import uuid
+
+from cellarix_packager import bottlefiles, layout
+
+FILE = "origin.json"
+FORMAT = 1
+LIMIT = 65536
+VERSION = "version"
+
+
+def read(directory):
+    """The origin of a bottle; None for one that is not made from a package. Bottles of the first format have no `id`."""
+    record = os.path.join(directory, layout.RECORD)
+    origin = _object(os.path.join(record, FILE))
+    package = origin.get("package")
+    if origin.get("format") == FORMAT and isinstance(package, str) and layout.PACKAGE.fullmatch(package):
+        return {key: str(origin.get(key) or "") for key in ("package", "id", "user", "bottle")}
+    if not origin and os.path.isfile(os.path.join(record, VERSION)):
+        name = os.path.basename(directory)
+        return {"package": name.removesuffix(layout.SECOND), "id": "", "user": "", "bottle": name}
+    return None
+
+
+def write(directory, package, identity, user, name):
+    """Returns the id, which is a new one unless `identity` has it."""
+    identity = identity or str(uuid.uuid4())
+    origin = {"format": FORMAT, "package": package, "id": identity, "user": user, "bottle": name}
+    bottlefiles.write(os.path.join(directory, layout.RECORD, FILE), json.dumps(origin) + "\n")
+    return identity
+
+
+def note(data_dir, package, name, identity):
+    """Makes the bottle `name` the one of the package."""
+    known = {"bottle": name, "id": identity}
+    path = _note_path(data_dir, package)
+    if _object(path) != known:
+        bottlefiles.write(path, json.dumps(known) + "\n")
+
+
+def own_bottle(data_dir, package):
+    """The name of the bottle that follows the package, also a renamed one; empty if there is none. Of several copies of
+    a renamed one none is chosen."""
+    bottles = os.path.join(data_dir, "bottles")
+    known = _object(_note_path(data_dir, package))
+    if known.get("id"):
+        def is_it(name):
+            return (read(os.path.join(bottles, name)) or {}).get("id") == known["id"]
+        name = known.get("bottle")
+        if isinstance(name, str) and name in _names(bottles) and is_it(name):
+            return name
+        found = [name for name in _names(bottles) if is_it(name)]
+        return found[0] if len(found) == 1 else ""
+    for name in (package, package + layout.SECOND):
+        found = read(os.path.join(bottles, name))
+        if found and found["bottle"] == name and (not found["id"] or found["package"] == package):
+            return name
+    return ""
+
+
+def orphans(data_dir, root="/"):
+    """[(bottle, package)] of the bottles whose package is not installed any more."""
+    found = []
+    bottles = os.path.join(data_dir, "bottles")
+    for name in _names(bottles):
+        origin = read(os.path.join(bottles, name))
+        if origin and not os.path.exists(os.path.join(root, layout.program_root(origin["package"]), "package.json")):
+            found.append((name, origin["package"]))
+    return found
+
+
+def _names(bottles):
+    try:
+        with os.scandir(bottles) as items:
+            return sorted(item.name for item in items if item.is_dir(follow_symlinks=False))
+    except OSError:
+        return []
+
+
+def _note_path(data_dir, package):
+    return os.path.join(data_dir, "packages", package + ".json")
+
+
+def _object(path):
+    """Empty if the file is missing or no object."""
+    try:
+        with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
+            value = json.loads(file.read(LIMIT)) if stat.S_ISREG(os.fstat(file.fileno()).st_mode) else None
+    except (OSError, ValueError, RecursionError):
+        return {}
+    return value if isinstance(value, dict) else {}
