@@ -5,8 +5,13 @@ import os
 import signal
 import struct
 import unittest
+from unittest import mock
 
 from support import UUID, HomeCase, wait_until
+
+from cellarix_launcher import bottlelock, errors, main
+from cellarix_packager.errors import PackageError
+from cellarix_packager.running import Alone
 
 
 def pe_head(machine, magic, clr=0):
@@ -227,6 +232,24 @@ class Life(HomeCase):
         self.assertEqual(installing, "False")
         self.assertEqual({"bottle": "t", "name": "程序.exe", "pid": process.pid} | json.loads(claim), json.loads(claim))
         self.assertEqual(os.listdir(running), [])
+
+    def test_a_bottle_that_is_packed_is_waited_for(self):
+        lock = bottlelock.BottleLock()
+        self.assertTrue(lock.acquire(self.directory, bottlelock.EXCLUSIVE))
+        process = self.start("t", "--log-path", self.path("log"), r"C:\App Dir\程序.exe", do="time.sleep(60)")
+        self.assertEqual([process.stdout.readline() for _ in range(2)], [b"launcher: log\n", b"launcher: waiting\n"])
+        lock.release()
+        self.assertEqual(process.stdout.readline(), b"launcher: going on\n")
+        self.wait_for_record()
+        with self.assertRaisesRegex(PackageError, "Programs run"):
+            Alone("t", self.directory, self.env, 0)
+        process.terminate()
+        process.communicate(timeout=20)
+        with Alone("t", self.directory, self.env, 0), mock.patch.dict(os.environ, self.env), \
+                mock.patch.object(main, "UPGRADE_SECONDS", 0), mock.patch.object(main, "say") as said:
+            claims = os.listdir(self.path("home 家/.local/share/lumora-wine-bottles/running"))
+            self.assertEqual((main.main(["t", "x.exe"]), claims), (errors.BUSY, [f"{os.getpid()}.start"]))
+        self.assertIn("being packed", said.call_args[0][0])
 
     def test_signals_reach_the_whole_group(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT):

@@ -4,9 +4,10 @@ import os
 import time
 
 from cellarix_launcher import bottle as bottles
-from cellarix_launcher import environment, errors, logfile, running, server, supervise, windows, words
+from cellarix_launcher import bottlelock, environment, errors, logfile, running, server, supervise, windows, words
 
 INSTALLATION_SECONDS = 60
+UPGRADE_SECONDS = 10
 
 
 def main(argv):
@@ -97,13 +98,31 @@ def _claim_bottle(request):
         running.release()
 
 
+def _lock_bottle(request, lock):
+    """Waits for an upgrade of the bottle to another version of its package, but not for as long as packing takes."""
+    directory = bottles.bottle_directory(request.bottle, os.environ)
+    if not directory or lock.acquire(directory, bottlelock.SHARED):
+        return
+    tell(request, "waiting")
+    end = time.monotonic() + UPGRADE_SECONDS
+    while not lock.acquire(directory, bottlelock.SHARED):
+        if time.monotonic() > end:
+            raise errors.LaunchError(errors.BUSY, "The bottle is being packed or upgraded. Try again when that is done.",
+                                     "bottle-busy")
+        time.sleep(0.1)
+    tell(request, "going on")
+
+
 def _launch(request):
     _empty_log(request)
+    lock = bottlelock.BottleLock()
     try:
         _claim_bottle(request)
+        _lock_bottle(request, lock)
         return _launch_claimed(request)
     finally:
         running.release()
+        lock.release()
 
 
 def _empty_log(request):

@@ -21,29 +21,29 @@ def announce(bottle_name, env, say):
     _write("json", {"bottle": bottle_name, "program": program}, say)
 
 
-def claim(bottle_name, uuid, program, directory, say):
-    """Prevents installations into the bottle until release(). `program` is empty for a program with an id, else its
+def claim(bottle_name, uuid, program, directory, say, environ=os.environ):
+    """Prevents installations into the bottle until release(environ). `program` is empty for a program with an id, else its
     first word: a command or a Windows or Unix path."""
     record = {"bottle": bottle_name, "name": uuid or re.split(r"[\\/]", program[0])[-1]}
     if not uuid:
         record["file"] = windows.find_file(directory, program[0]) or ""
-    _write("start", record, say)
+    _write("start", record, say, environ)
 
 
-def release():
+def release(environ=os.environ):
     try:
-        os.remove(_path("start"))
+        os.remove(_path("start", environ))
     except OSError:
         pass
 
 
-def _path(suffix):
-    directory = os.path.join(os.path.dirname(bottles.bottles_root(os.environ)), "running")
+def _path(suffix, environ):
+    directory = os.path.join(os.path.dirname(bottles.bottles_root(environ)), "running")
     return os.path.join(directory, f"{os.getpid()}.{suffix}")
 
 
-def _write(suffix, record, say):
-    path = _path(suffix)
+def _write(suffix, record, say, environ=os.environ):
+    path = _path(suffix, environ)
     try:
         os.makedirs(os.path.dirname(path), 0o700, exist_ok=True)
         with open(path + ".new", "w", encoding="ascii") as file:

@@ -55,10 +55,11 @@ def pack(options):
     if bottle_dir is None:
         raise PackageError(f"There is no bottle named \"{options.bottle}\".")
     wanted = request.load(bottle_dir)
-    if os.path.exists(os.path.join(bottle_dir, ".before-install", "journal.json")):
-        raise PackageError("Something is being installed into the bottle. Try again when that is done.", "installing")
-    if not running.wait_until_idle(bottle_dir, IDLE_SECONDS):
-        raise PackageError("Programs run in the bottle. Close them and try again.", "running")
+    with running.Alone(options.bottle, bottle_dir, os.environ, IDLE_SECONDS):
+        return _packed(options, wanted, bottle_dir)
+
+
+def _packed(options, wanted, bottle_dir):
     print(f"listing the files of {options.bottle}", flush=True)
     packing = Packing(wanted, bottle_dir)
     entries = packing.entries()

@@ -1,8 +1,50 @@
-"""Whether Wine runs in a bottle: its server holds a lock as long as it does."""
+"""A bottle without running programs. Wine's server holds a lock as long as it runs, launches another one."""
 
 import fcntl
 import os
+import sys
 import time
+
+from cellarix_launcher import bottlelock
+from cellarix_launcher import running as launches
+
+from cellarix_packager.errors import PackageError
+
+NAME = "Cellarix packager"
+
+
+class Alone:
+    """The bottle `name` for this process alone, as a context: launches and installations refuse meanwhile. Waits
+    `seconds` for programs that are ending, then raises. No program is ended."""
+
+    def __init__(self, name, directory, environ, seconds):
+        self.environ = environ
+        self.lock = bottlelock.BottleLock()
+        try:
+            launches.claim(name, "", [NAME], directory, _say, environ)
+            self._check(directory, time.monotonic() + seconds)
+        except BaseException:
+            self.__exit__()
+            raise
+
+    def _check(self, directory, end):
+        if os.path.exists(os.path.join(directory, ".before-install", "journal.json")):
+            raise PackageError("Something is being installed into the bottle. Try again when that is done.", "installing")
+        while not self.lock.acquire(directory, bottlelock.EXCLUSIVE) or is_running(directory):
+            if time.monotonic() >= end:
+                raise PackageError("Programs run in the bottle. Close them and try again.", "running")
+            time.sleep(0.1)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        launches.release(self.environ)
+        self.lock.release()
+
+
+def _say(text):
+    print(text, file=sys.stderr)
 
 
 def is_running(bottle_dir):
@@ -29,12 +71,3 @@ def _is_locked(path):
     finally:
         os.close(fd)
 
-
-def wait_until_idle(bottle_dir, seconds):
-    """The server runs on for some seconds after the last program. Returns whether the bottle is idle."""
-    end = time.monotonic() + seconds
-    while is_running(bottle_dir):
-        if time.monotonic() > end:
-            return False
-        time.sleep(0.1)
-    return True

@@ -9,6 +9,7 @@ import os
 import pwd
 import re
 import shutil
+import sys
 from datetime import datetime
 
 from cellarix_packager import bottlefiles, layout, origin, place, registry, running, settings, upgrade
@@ -18,6 +19,7 @@ from cellarix_packager.errors import PackageError
 class UserBottle:
     def __init__(self, package, environ):
         self.package = package
+        self.environ = environ
         self.home = environ.get("HOME") or pwd.getpwuid(os.getuid()).pw_dir
         self.data_dir = layout.data_directory(environ)
         self.login = package.user or _wine_user(environ)
@@ -49,13 +51,23 @@ class UserBottle:
             self._find()
             if not os.path.isdir(self.directory):
                 self._make(os.path.join(work, self.name + ".new"))
-            elif self._made_from() != self.package.build and not running.is_running(self.directory):
-                upgrade.Upgrade(self).run()
+            elif self._made_from() != self.package.build:
+                self._upgrade()
             if not self.id:
                 self.id = origin.write(self.directory, self.package.name, "", self.user, self.name)
             origin.note(self.data_dir, self.package.name, self.name, self.id)
         finally:
             os.close(lock)
+
+    def _upgrade(self):
+        """While programs run, or something is installed, the bottle stays as it is until the next start."""
+        try:
+            alone = running.Alone(self.name, self.directory, self.environ, 0)
+        except PackageError as error:
+            print(f"{self.name} is not upgraded now: {error}", file=sys.stderr)
+            return
+        with alone:
+            upgrade.Upgrade(self).run()
 
     def _made_from(self):
         return bottlefiles.text(os.path.join(self.directory, layout.RECORD, origin.VERSION))
