@@ -860,6 +860,25 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>BottleProgressDialog</name>
+    <message>
+        <source>The program is being set up for its first start.</source>
+        <translation>正在为首次启动设置此程序。</translation>
+    </message>
+    <message>
+        <source>The program is being updated. Your files and settings stay.</source>
+        <translation>正在更新此程序。您的文件和设置会保留。</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>%1%</source>
+        <translation>%1%</translation>
+    </message>
+</context>
+<context>
     <name>BottleSettings</name>
     <message>
         <source>%1 could not be changed: %2</source>
@@ -2573,6 +2592,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Rename &quot;%2&quot; without the sign %1 which Windows does not allow in paths.</source>
         <translation>Windows 路径中不能含有字符 %1，请重命名“%2”并去掉该字符。</translation>
+    </message>
+    <message>
+        <source>The bottle is being packed or upgraded. Try again when that is done.</source>
+        <translation>此容器正在打包或升级，请在完成后重试。</translation>
     </message>
 </context>
 <context>

@@ -11,6 +11,7 @@
 #include "packaging/config/PackageFiles.h"
 #include "packaging/driver/DoPackageDialog.h"
 #include "packaging/driver/PackagePages.h"
+#include "packaging/start/BottleProgressDialog.h"
 
 namespace {
 
@@ -81,12 +82,22 @@ QImage failed() {
     });
 }
 
+QImage firstStart(BottleProgressDialog::Work work) {
+    BottleProgressDialog dialog("Harbour Office", work);
+    dialog.setProgress(41.5);
+    dialog.show();
+    settle(300);
+    return picture({&dialog});
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     return takePicture(argc, argv,
                        {{"form", [] { return form(false); }},
                         {"wrong", [] { return form(true); }},
+                        {"first-start", [] { return firstStart(BottleProgressDialog::Work::Make); }},
+                        {"update", [] { return firstStart(BottleProgressDialog::Work::Update); }},
                         {"progress", [] { return progress(false); }},
                         {"details", [] { return progress(true); }},
                         {"done", done},

@@ -1,5 +1,6 @@
 """What goes into a package, what stays at home, which packages are refused, and what an interrupted run leaves."""
 
+import fcntl
 import hashlib
 import io
 import json
@@ -14,7 +15,8 @@ from unittest import mock
 
 from packages import ID, PACKER, REGISTRY, BottleCase
 
-from cellarix_packager import archive, contents, debian, links, origin, place, private, registry, request, settings, userbottle
+from cellarix_packager import (archive, contents, debian, links, messages, origin, place, private, progress, registry, request,
+                               settings, userbottle)
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 
@@ -247,6 +249,47 @@ class UsersBottle(BottleCase):
             os.mkdir(data / "bottles" / name)
         with self.assertRaises(PackageError):
             self.provide(package)
+
+    def test_a_long_first_start_shows_its_progress_and_can_be_cancelled(self):
+        package = self.unpack("1.0", {"a.txt": "x", "n" * 251 + ".txt": "longest name"})
+        window = self.write("window", f"#!/bin/sh\nprintf '%s ' \"$@\" >'{self.path('told')}'\nhead -n 1 >>'{self.path('told')}'\n"
+                            "exit 3\n", executable=True)
+        for display, texts in (("", ("", "16 %")), (":0", ("Sample make ::progress:: ", ""))):
+            with self.subTest(display), mock.patch.multiple(progress, QUIET_SECONDS=0, INTERVAL=0, LINE_STEP=0), \
+                    mock.patch("sys.stderr", io.StringIO()) as printed:
+                bottle = userbottle.UserBottle(package, {"HOME": self.path("user"), "DISPLAY": display}, [window])
+                if display:
+                    bottle.link_system_files = lambda _: (bottle.placer.progress.process.wait(), bottle.placer.progress(1))
+                    with self.assertRaisesRegex(PackageError, "cancelled"):
+                        bottle.provide()
+                    self.assertFalse(os.path.lexists(bottle.directory))
+                else:
+                    bottle.provide()
+                    self.assertTrue(os.path.isfile(bottle.directory + "/drive_c/App/" + "n" * 251 + ".txt"))
+                    shutil.rmtree(bottle.directory)
+                self.assertEqual([name for name in os.listdir(bottle.data_dir + "/packages") if name.endswith(".new")], [])
+                self.assertIn(texts[0], Path(self.path("told")).read_text() if display else "")
+                self.assertIn(texts[1], printed.getvalue())
+
+    def test_a_start_that_cannot_go_on_says_so(self):
+        package = self.unpack("1.0", {"a.txt": "x"})
+        bottle = userbottle.UserBottle(package, {"HOME": self.path("user")})
+        full = os.statvfs_result((4096, 4096, 9, 1, 1, 1, 1, 1, 0, 255))
+        with mock.patch("os.statvfs", return_value=full), mock.patch.object(bottle.placer, "try_clone", return_value=False), \
+                self.assertRaises(PackageError) as caught:
+            bottle.provide()
+        self.assertEqual((caught.exception.cause, os.path.exists(bottle.directory)), ("no-room", False))
+        self.assertEqual((messages.text(caught.exception, {"LANG": "zh_CN.UTF-8"}), messages.text(caught.exception, {"LC_ALL": "C"})),
+                         ("磁盘空间不足：首次启动还需要 64 MiB。", "The disk has not enough room: Sample needs 64 MiB more."))
+        left = Path(bottle.data_dir, "packages/org.other.new")
+        left.mkdir()
+        with open(bottle.data_dir + "/packages/com.example.sample.lock", "w", encoding="ascii") as lock, \
+                mock.patch.object(userbottle, "WAIT_SECONDS", 0):
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            with self.assertRaisesRegex(PackageError, "another start"):
+                bottle.provide()
+        bottle.provide()
+        self.assertEqual((left.exists(), os.path.isdir(bottle.directory)), (False, True))
 
     def test_a_menu_entry_that_fails_notifies(self):
         os.chmod(self.write("bin/busctl", '#!/bin/sh\necho "$*" >"$HOME/told"\n'), 0o755)

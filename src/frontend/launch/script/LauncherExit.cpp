@@ -29,8 +29,9 @@ constexpr CauseText CauseTexts[] = {
     {"no-own-wine",
      QT_TRANSLATE_NOOP("ExeFileExecutor", "The Wine of its bottle is missing: %1 is not a program.")},
     {"no-wine", QT_TRANSLATE_NOOP("ExeFileExecutor", "Wine is not installed. Install the package wine.")},
-    {"bottle-busy", QT_TRANSLATE_NOOP("ExeFileExecutor",
-                                      "The bottle is being packed or upgraded. Try again when that is done.")},
+    {"bottle-busy",
+     QT_TRANSLATE_NOOP("ExeFileExecutor",
+                       "The bottle is being packed or upgraded. Try again when that is done.")},
     {"not-startable", QT_TRANSLATE_NOOP("ExeFileExecutor", "Wine cannot be started: %1")},
     {"unreadable", QT_TRANSLATE_NOOP("ExeFileExecutor", "The program \"%1\" cannot be read.")},
 };

@@ -2,6 +2,14 @@
 
 import os
 
+UNFINISHED = ".cellarix-new"
+
+
+def unfinished(path):
+    """Where a file is made that gets the place `path`: in its directory, one at a time, as a longer name of its own might
+    be too long."""
+    return os.path.join(os.path.dirname(path), UNFINISHED)
+
 
 def made_directory(path):
     """Whether there is such a directory now; where a file of the user has its place, there is none."""
@@ -13,7 +21,7 @@ def made_directory(path):
 
 
 def put_link(target, path):
-    fresh = path + ".cellarix-new"
+    fresh = unfinished(path)
     if os.path.lexists(fresh):
         os.unlink(fresh)
     if os.path.isdir(path) and not os.path.islink(path):
@@ -23,7 +31,7 @@ def put_link(target, path):
 
 
 def write(path, content):
-    fresh = path + ".cellarix-new"
+    fresh = unfinished(path)
     with open(fresh, "w", encoding="utf-8", errors="surrogateescape", newline="") as file:
         file.write(content)
         file.flush()

@@ -17,7 +17,8 @@ class Package:
         record = _read(os.path.join(root, "package.json"))
         self.name = str(record.get("package", ""))
         if record.get("format") != layout.FORMAT or not layout.PACKAGE.fullmatch(self.name):
-            raise PackageError(f"{root} was packed by another version of Cellarix.")
+            raise PackageError(f"{root} was packed by another version of Cellarix.", "other-version", root)
+        self.title = str(record.get("name") or self.name)
         self.version = str(record.get("version", ""))
         self.build = f"{self.version} {_digest(root)}"
         self.user = str(record.get("user", ""))
@@ -38,7 +39,7 @@ def _digest(root):
             with open(path, "rb") as file:
                 found.update(file.read())
         except OSError as error:
-            raise PackageError(f"{path} cannot be read: {error}") from None
+            raise PackageError(f"{path} cannot be read: {error}", "broken-package", path) from None
     return found.hexdigest()
 
 
@@ -52,7 +53,7 @@ def _read(path):
         with open(path, "rb") as file:
             record = json.load(file)
     except (OSError, ValueError) as error:
-        raise PackageError(f"{path} cannot be read: {error}") from None
+        raise PackageError(f"{path} cannot be read: {error}", "broken-package", path) from None
     return record if isinstance(record, dict) else {}
 
 

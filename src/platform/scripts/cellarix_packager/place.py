@@ -6,9 +6,12 @@ and large, or code, is shared. A clone of a file system that shares blocks is bo
 
 import fcntl
 import os
-import shutil
+
+from cellarix_packager import bottlefiles
 
 FICLONE = 0x40049409
+CHUNK = 8 << 20
+PER_FILE = 4096  # bytes: an inode, a link
 LARGE = 64 << 20  # programs seldom write files of this size beside themselves
 CODE = frozenset((".exe", ".dll", ".ocx", ".drv", ".sys", ".cpl", ".ax", ".acm", ".com", ".scr", ".tlb", ".nls", ".mui"))
 READ_ONLY = CODE | frozenset((".ttf", ".ttc", ".otf", ".fon", ".chm", ".hlp", ".pdf", ".png", ".jpg", ".jpeg", ".bmp",
@@ -33,23 +36,47 @@ def is_shared(path, size):
 
 
 class Placer:
-    """Puts files of `shared` into a bottle, each in one step. Remembers whether the file systems can clone."""
+    """Puts files of `shared` into a bottle, each in one step. Remembers whether the file systems can clone. `progress`
+    is called with the bytes that were written."""
 
     def __init__(self, shared):
         self.shared = shared
         self.can_clone = True
+        self.progress = lambda amount: None
+
+    def room(self, files):
+        """An upper limit of the bytes that `files`, {path: (size, ...)}, take in a bottle."""
+        return sum(self.work(path, known[0]) for path, known in files.items())
+
+    def work(self, path, size):
+        return PER_FILE + (0 if is_shared(path, size) else size)
+
+    def try_clone(self, path, directory):
+        """Whether files can be clones in `directory`, which take no room, found out with the file `path`."""
+        target = os.path.join(directory, bottlefiles.UNFINISHED)
+        cloned = self._clone(os.path.join(self.shared, path), target)
+        _remove(target)
+        return cloned
 
     def put(self, path, size, target):
         """`path` is relative to the shared bottle, `target` the absolute place."""
         source = os.path.join(self.shared, path)
-        fresh = target + ".cellarix-new"
+        fresh = bottlefiles.unfinished(target)
         _remove(fresh)
-        if not self._clone(source, fresh):
-            if is_shared(path, size):
-                os.symlink(source, fresh)
-            else:
-                shutil.copyfile(source, fresh)
+        if self._clone(source, fresh):
+            self.progress(self.work(path, size))
+        elif is_shared(path, size):
+            os.symlink(source, fresh)
+            self.progress(PER_FILE)
+        else:
+            self._copy(source, fresh)
         os.rename(fresh, target)
+
+    def _copy(self, source, target):
+        with open(source, "rb") as old, open(target, "wb") as new:
+            self.progress(PER_FILE)
+            while sent := os.sendfile(new.fileno(), old.fileno(), None, CHUNK):
+                self.progress(sent)
 
     def _clone(self, source, target):
         if not self.can_clone:

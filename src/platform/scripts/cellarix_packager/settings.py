@@ -20,7 +20,7 @@ def read(path):
         with open(path, "rb") as file:
             record = yaml.load(file.read(LIMIT), Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
     except (OSError, ValueError, RecursionError, yaml.YAMLError) as error:
-        raise PackageError(f"{path} cannot be read: {error}") from None
+        raise PackageError(f"{path} cannot be read: {error}", "unreadable-settings", path) from None
     return record if isinstance(record, dict) else {}
 
 

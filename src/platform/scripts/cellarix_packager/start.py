@@ -11,15 +11,17 @@ the version of the package afterwards, then hands the program to the application
 import html
 import json
 import os
+import signal
 import subprocess
 import sys
 
-from cellarix_packager import layout, origin
+from cellarix_packager import layout, messages, origin
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 from cellarix_packager.userbottle import UserBottle
 
 NOTIFY_SECONDS = 5
+UNREADY = ("being-prepared", "cancelled")  # the bottle is being changed, or half changed
 
 
 def main(argv):
@@ -30,34 +32,48 @@ def main(argv):
     if len(argv) != 2 or not layout.PROGRAM_ID.fullmatch(argv[1]):
         print("usage: packaged_program.py DIRECTORY PROGRAM", file=sys.stderr)
         return 64
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        signal.signal(number, _interrupt)
     try:
-        package = Package(os.path.realpath(argv[0]))
-        bottle = UserBottle(package, os.environ)
-        _provide(bottle)
+        bottle = _provided(argv[0])
     except PackageError as error:
         _tell(error)
         return 1
-    application = _application()
+    application = _beside("cellarix")
     try:
         os.execv(application, [application, f"lumorawine://{bottle.name}/{argv[1]}"])
     except OSError as error:
-        _tell(f"{application}: {error.strerror}")
+        _tell(PackageError(f"{application}: {error.strerror}", "no-application", application))
     return 1
 
 
-def _provide(bottle):
-    """A bottle that cannot be upgraded is started as it is; one that cannot be made is refused by the application."""
+def _interrupt(number, _frame):
+    sys.exit(128 + number)
+
+
+def _provided(root):
+    """The bottle to start in. One that cannot be upgraded is started as it is."""
+    bottle = UserBottle(Package(os.path.realpath(root)), os.environ, [_beside("cellarix-bottle-progress")])
     try:
         bottle.provide()
-    except (PackageError, OSError) as error:
+    except PackageError as error:
+        if error.cause in UNREADY or not os.path.isdir(bottle.directory):
+            raise
         _tell(error)
+    except OSError as error:
+        raise PackageError(f"{error.filename}: {error.strerror}", "not-made", str(error)) from None
+    return bottle
 
 
 def _tell(error):
-    """A menu shows no messages: the sentence goes to the notifications of the desktop, which take markup."""
-    print(error, file=sys.stderr)
+    """A menu shows no messages: the sentence goes to the notifications of the desktop, which take markup. A user who has
+    cancelled knows."""
+    text = messages.text(error, os.environ)
+    print(text, file=sys.stderr)
+    if error.cause == "cancelled":
+        return
     place = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications", "org.freedesktop.Notifications", "Notify")
-    content = ("Cellarix", "0", "cellarix", "Cellarix", html.escape(str(error), quote=False), "0", "0", "-1")
+    content = ("Cellarix", "0", "cellarix", "Cellarix", html.escape(text, quote=False), "0", "0", "-1")
     try:
         subprocess.run(["busctl", "--user", "--quiet", "--", "call", *place, "susssasa{sv}i", *content], timeout=NOTIFY_SECONDS,
                        capture_output=True, check=False)
@@ -65,7 +81,7 @@ def _tell(error):
         pass  # there is no desktop
 
 
-def _application():
-    """files/bin/cellarix beside files/share/cellarix/service."""
+def _beside(program):
+    """A program of the application: files/bin beside files/share/cellarix/service."""
     service = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
-    return os.path.join(os.path.dirname(os.path.dirname(os.path.dirname(service))), "bin", "cellarix")
+    return os.path.join(os.path.dirname(os.path.dirname(os.path.dirname(service))), "bin", program)

@@ -4,6 +4,7 @@ import hashlib
 import os
 
 from cellarix_packager import bottlefiles, layout, place, registry, running, settings
+from cellarix_packager import progress as progresses
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import file_list
 
@@ -20,16 +21,10 @@ class Upgrade:
         try:
             old = file_list(os.path.join(self.record, "files.json"))
             directories, files, links = self.bottle.package.file_list()
-            # First what goes: a file of that name may become a directory, and the other way round.
-            self._remove_dropped(old, set(directories) | files.keys() | links.keys(), files.keys(), links.keys())
-            for path in directories:
-                bottlefiles.made_directory(self._own(path))
-            for path, new in sorted(files.items()):
-                if path not in layout.REGISTRIES and path != layout.SETTINGS:
-                    self._upgrade_file(path, old[1].get(path), new)
-            for path, target in links.items():
-                self._upgrade_link(path, old[2].get(path), target)
-            self.bottle.link_system_files(self.bottle.directory)
+            changed = {path: new for path, new in files.items() if new != old[1].get(path)}
+            self.bottle.check_room(changed, self.bottle.directory)
+            with self.bottle.shown(progresses.UPDATE, changed):
+                self._carry(old, directories, files, links)
             if running.is_running(self.bottle.directory):
                 return  # Wine would write its own registry over this; the next start goes on
             for name in layout.REGISTRIES:
@@ -38,7 +33,21 @@ class Upgrade:
             self._merge_settings()
             self.bottle.write_record(self.bottle.directory)
         except OSError as error:
-            raise PackageError(f"The bottle {self.bottle.name} cannot be upgraded: {error}") from None
+            raise PackageError(f"The bottle {self.bottle.name} cannot be upgraded: {error}", "not-upgraded",
+                               str(error)) from None
+
+    def _carry(self, old, directories, files, links):
+        """Directories, files and links. May be cancelled by the progress."""
+        # First what goes: a file of that name may become a directory, and the other way round.
+        self._remove_dropped(old, set(directories) | files.keys() | links.keys(), files.keys(), links.keys())
+        for path in directories:
+            bottlefiles.made_directory(self._own(path))
+        for path, new in sorted(files.items()):
+            if path not in layout.REGISTRIES and path != layout.SETTINGS:
+                self._upgrade_file(path, old[1].get(path), new)
+        for path, target in links.items():
+            self._upgrade_link(path, old[2].get(path), target)
+        self.bottle.link_system_files(self.bottle.directory)
 
     def _own(self, path):
         return os.path.join(self.bottle.directory, self.bottle.own_path(path))

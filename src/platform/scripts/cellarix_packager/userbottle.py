@@ -10,14 +10,23 @@ import pwd
 import re
 import shutil
 import sys
+import time
 from datetime import datetime
 
 from cellarix_packager import bottlefiles, layout, origin, place, registry, running, settings, upgrade
+from cellarix_packager import progress as progresses
 from cellarix_packager.errors import PackageError
 
 
+WAIT_SECONDS = 3
+RESERVE = 64 << 20  # bytes that stay free on the disk
+
+
 class UserBottle:
-    def __init__(self, package, environ):
+    """`window` is the command of the window that shows the progress."""
+
+    def __init__(self, package, environ, window=("cellarix-bottle-progress",)):
+        self.window = [*window, package.title]
         self.package = package
         self.environ = environ
         self.home = environ.get("HOME") or pwd.getpwuid(os.getuid()).pw_dir
@@ -39,18 +48,23 @@ class UserBottle:
         for name in (self.package.name, self.package.name + layout.SECOND):
             if not os.path.lexists(os.path.join(self.data_dir, "bottles", name)):
                 return name
-        raise PackageError(f"There is another bottle named \"{self.package.name}\"; rename or delete it.")
+        raise PackageError(f"There is another bottle named \"{self.package.name}\"; rename or delete it.", "name-taken",
+                           self.package.name)
 
     def provide(self):
-        """Makes the bottle, or brings it to the package's version. One process at a time."""
+        """Makes the bottle, or brings it to the package's version. One process at a time; raises if another one takes
+        long. A bottle that cannot be made leaves nothing."""
         work = os.path.join(self.data_dir, "packages")
         os.makedirs(work, mode=0o700, exist_ok=True)
-        lock = os.open(os.path.join(work, self.package.name + ".lock"), os.O_CREAT | os.O_RDWR | os.O_CLOEXEC, 0o600)
+        lock = _locked(os.path.join(work, self.package.name + ".lock"), WAIT_SECONDS)
+        if lock < 0:
+            raise PackageError(f"{self.package.title} is being set up by another start. Try again in a while.",
+                               "being-prepared", self.package.title)
         try:
-            fcntl.flock(lock, fcntl.LOCK_EX)
             self._find()
+            _remove_left(work)
             if not os.path.isdir(self.directory):
-                self._make(os.path.join(work, self.name + ".new"))
+                self._make(os.path.join(work, self.package.name + ".new"))
             elif self._made_from() != self.package.build:
                 self._upgrade()
             if not self.id:
@@ -76,12 +90,30 @@ class UserBottle:
         shutil.rmtree(fresh, ignore_errors=True)
         try:
             os.makedirs(fresh, mode=0o700)
-            self._fill(fresh)
+            files = self.package.file_list()[1]
+            self.check_room(files, fresh)
+            with self.shown(progresses.MAKE, files):
+                self._fill(fresh)
             os.makedirs(os.path.dirname(self.directory), exist_ok=True)
             os.rename(fresh, self.directory)
         except OSError as error:
+            raise PackageError(f"The bottle of {self.package.name} cannot be made: {error}", "not-made",
+                               str(error)) from None
+        finally:
             shutil.rmtree(fresh, ignore_errors=True)
-            raise PackageError(f"The bottle of {self.package.name} cannot be made: {error}") from None
+
+    def check_room(self, files, directory):
+        """Raises before any work if `files` do not fit on the disk of `directory`."""
+        needed, disk = self.placer.room(files) + RESERVE, os.statvfs(directory)
+        free = disk.f_bavail * disk.f_frsize
+        if files and free < needed and not self.placer.try_clone(next(iter(files)), directory):
+            raise PackageError(f"The disk has not enough room: {self.package.title} needs {needed - free >> 20} MiB more.",
+                               "no-room", f"{needed - free >> 20}")
+
+    def shown(self, work, files):
+        """Shows the progress of placing `files`, as a context."""
+        self.placer.progress = progresses.Progress(self.window, work, self.placer.room(files), self.environ)
+        return self.placer.progress
 
     def _fill(self, fresh):
         directories, files, links = self.package.file_list()
@@ -157,6 +189,31 @@ class UserBottle:
             if os.path.exists(os.path.join(self.package.shared, name)):
                 bottlefiles.write(os.path.join(record, name), self.shared_text(name))
         bottlefiles.write(os.path.join(record, origin.VERSION), self.package.build)
+
+
+def _locked(path, seconds):
+    """The descriptor of the locked file; -1 if another process has the lock for longer."""
+    lock = os.open(path, os.O_CREAT | os.O_RDWR | os.O_CLOEXEC, 0o600)
+    end = time.monotonic() + seconds
+    while True:
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            return lock
+        except BlockingIOError:
+            if time.monotonic() >= end:
+                os.close(lock)
+                return -1
+            time.sleep(0.05)
+
+
+def _remove_left(work):
+    """Removes what killed processes have left of the bottles of any package."""
+    for name in os.listdir(work):
+        if name.endswith(".new") and os.path.isdir(os.path.join(work, name)):
+            lock = _locked(os.path.join(work, name[:-len("new")] + "lock"), 0)
+            if lock >= 0:
+                shutil.rmtree(os.path.join(work, name), ignore_errors=True)
+                os.close(lock)
 
 
 def _wine_user(environ):

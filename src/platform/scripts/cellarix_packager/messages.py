@@ -1,0 +1,21 @@
+"""What a packaged program tells its user, by the cause of the error. English texts are those of the errors."""
+
+CHINESE = {
+    "being-prepared": "“{}”正在由另一次启动进行设置，请稍候再试。",
+    "broken-package": "软件包已损坏，请重新安装：{}",
+    "no-application": "无法启动 Cellarix，请重新安装：{}",
+    "no-room": "磁盘空间不足：首次启动还需要 {} MiB。",
+    "name-taken": "已有名为“{}”的容器，请重命名或删除它。",
+    "not-made": "无法为此程序创建容器：{}",
+    "not-upgraded": "无法更新此程序的容器：{}",
+    "other-version": "此软件包由另一版本的 Cellarix 制作，无法启动：{}",
+    "unreadable-settings": "无法读取容器的设置：{}",
+}
+
+
+def text(error, environ):
+    """The sentence of a PackageError in the language of the user."""
+    language = next((environ[name] for name in ("LC_ALL", "LC_MESSAGES", "LANG") if environ.get(name)), "")
+    if language.lower().startswith("zh") and error.cause in CHINESE:
+        return CHINESE[error.cause].format(error.subject)
+    return str(error)
