@@ -1,6 +1,7 @@
 """The steps of packing: arguments, request, list of contents, limits and free room, archive.
 
 usage: bottles_packager.py BOTTLE --savedir DIRECTORY [--compression xz|zstd]
+       bottles_packager.py --list BOTTLE   (see listing)
 
 Prints what it does; lines "::progress:: N" tell the progress in percent, and "packager: cause WORD: SUBJECT" the reason
 of a failure for callers that translate it. Exits with 0 when DIRECTORY has the package
@@ -17,7 +18,7 @@ import sys
 
 from cellarix_launcher.bottle import bottle_directory
 
-from cellarix_packager import archive, contents, debian, layout, menu, registry, request, running, savefile, settings
+from cellarix_packager import archive, contents, debian, layout, listing, menu, registry, request, running, savefile, settings
 from cellarix_packager.errors import PackageError
 
 IDLE_SECONDS = 10
@@ -25,6 +26,8 @@ REGISTRY_LIMIT = 256 << 20
 
 
 def main(argv):
+    if argv[:1] == ["--list"]:
+        return _ended(lambda: listing.main(argv[1:], Packing), "the bottle")
     parser = argparse.ArgumentParser(prog="bottles_packager.py", allow_abbrev=False)
     parser.add_argument("bottle")
     parser.add_argument("--savedir", required=True)
@@ -33,15 +36,19 @@ def main(argv):
     sys.stdout.reconfigure(line_buffering=True)
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
         signal.signal(number, _interrupt)
+    return _ended(lambda: print("packed:", pack(options), flush=True), options.savedir)
+
+
+def _ended(work, place):
+    """The exit code of `work`, whose errors are told."""
     try:
-        print("packed:", pack(options), flush=True)
-        return 0
+        return work() or 0
     except PackageError as error:
         if error.cause:
             print(_line(f"packager: cause {error.cause}: {error.subject}"), flush=True)
         print(error, file=sys.stderr)
     except OSError as error:
-        print(f"{error.filename or options.savedir}: {error.strerror}", file=sys.stderr)
+        print(f"{error.filename or place}: {error.strerror}", file=sys.stderr)
     return 1
 
 

@@ -51,25 +51,30 @@ def load(bottle_dir):
     text = {key: _one_line(info.get(key)) for key in ("appname", "pkgname", "pkgversion", "category")}
     if len(text["pkgname"]) < 2 or len(text["pkgname"]) > 200 or not NAME.fullmatch(text["pkgname"]):
         raise PackageError(f"\"{text['pkgname']}\" is not a valid package name.")
-    _check_owner(text["pkgname"])
+    check_owner(text["pkgname"])
     if len(text["pkgversion"]) > 200 or not VERSION.fullmatch(text["pkgversion"]):
         raise PackageError(f"\"{text['pkgversion']}\" is not a valid package version.")
     words = info.get("arch") if isinstance(info.get("arch"), list) else []
     architectures = [word for word in ARCHITECTURES if word in words]
     if not architectures:
         raise PackageError("No architecture is chosen for the package.")
-    if odd := next((uuid for uuid in chosen if not layout.PROGRAM_ID.fullmatch(uuid)), None):
-        raise PackageError(f"{odd!r} is not the id of a program.")
-    sources = [_source(bottle_dir, uuid, entry) for uuid, entry in sorted(chosen.items()) if isinstance(entry, dict)]
-    if not sources:
-        raise PackageError("No program of the bottle is chosen for the package.")
     description = info.get("pkgdesc") if isinstance(info.get("pkgdesc"), str) else ""
     category = text["category"] if text["category"] in CATEGORIES else "Other"
     return Request(text["appname"] or text["pkgname"], text["pkgname"], text["pkgversion"], description, category,
-                   architectures, sources)
+                   architectures, sources(bottle_dir, chosen))
 
 
-def _check_owner(name):
+def sources(bottle_dir, chosen):
+    """`chosen` is the object of pkgsrc.json."""
+    if odd := next((uuid for uuid in chosen if not layout.PROGRAM_ID.fullmatch(uuid)), None):
+        raise PackageError(f"{odd!r} is not the id of a program.")
+    found = [_source(bottle_dir, uuid, entry) for uuid, entry in sorted(chosen.items()) if isinstance(entry, dict)]
+    if not found:
+        raise PackageError("No program of the bottle is chosen for the package.")
+    return found
+
+
+def check_owner(name):
     """A package that Debian or another maker has given that name would be replaced by this one."""
     if "." not in name:
         raise PackageError(f"The package name {name} has no dot; choose one such as com.example.program.", "plain-name", name)

@@ -1,0 +1,45 @@
+"""What the packager tells before it packs."""
+
+import json
+import os
+import subprocess
+
+from packages import ID, PACKER, BottleCase
+
+
+class Listing(BottleCase):
+    def listed(self, **choices):
+        text = json.dumps({"pkgname": "com.example.sample", "programs": {ID: {"path": "a", "in_bottles": True}}} | choices)
+        return subprocess.run([PACKER, "--list", "t"], env=self.env, input=text, capture_output=True, text=True, timeout=60,
+                              check=False)
+
+    def test_tells_what_goes_along_and_what_stays(self):
+        self.choose({ID: r"C:\App\a.exe"})
+        self.add("pkgcfg/pkgsrc.json", "the choices of the form count")
+        template = self.write("home 家/.local/share/lumora-wine-bottles/templates/x/a.dll", "12345")
+        os.makedirs(os.path.join(self.directory, "drive_c/windows"))
+        for target, name in ((template, "drive_c/windows/a.dll"), ("/usr/bin/ls", "drive_c/windows/wine.dll"), ("/etc", "drive_c/out")):
+            os.symlink(target, os.path.join(self.directory, name))
+        for name in ("Program Files/App/a.exe", "users/packer/AppData/x.ini", "users/packer/Documents/a", "users/packer/Documents/b",
+                     "Game/id_rsa", "users/other/x", "users/packer/AppData/y.log", "top"):
+            self.add("drive_c/" + name, "123")
+        ended = self.listed()
+        self.assertEqual(ended.returncode, 0, ended.stderr)
+        told = json.loads(ended.stdout)
+        self.assertEqual({group["place"]: (group["bytes"], group["files"]) for group in told["folders"]} | {"App Dir": None},
+                         {"Program Files/App": (3, 1), "users/packer": (3, 1), "": (3, 1), "App Dir": None})
+        self.assertEqual((told["templates"], told["wineLinks"], told["nameCause"]), ({"bytes": 5, "files": 1}, 1, ""))
+        self.assertEqual({(item["place"], item["why"], item["entries"]) for item in told["leftOut"]},
+                         {("", "outside", 1), ("Game", "credentials", 1), ("users/other", "other-user", 1),
+                          ("users/packer/AppData", "traces", 1), ("users/packer/Documents", "personal", 2)})
+        self.assertIn("@", told["maintainer"])
+        self.assertGreater(told["bytes"], 14)
+
+    def test_what_cannot_be_packed_is_told(self):
+        self.choose({ID: r"C:\App\a.exe"})
+        self.assertEqual(json.loads(self.listed(pkgname="plain").stdout)["nameCause"], "plain-name")
+        os.truncate(self.add("drive_c/huge", ""), 9 << 30)
+        self.assertIn("packager: cause large-file: ", self.listed().stdout)
+        for choices in ({"programs": {}}, {"programs": 7}, {"programs": {"../x": {}}}):
+            ended = self.listed(**choices)
+            self.assertEqual((ended.returncode, "Traceback" in ended.stderr), (1, False))
