@@ -123,6 +123,38 @@
         <source>Your input is not a valid package version</source>
         <translation>您输入的版本号不合法</translation>
     </message>
+    <message>
+        <source>Much faster (zstd)</source>
+        <translation>速度快得多（zstd）</translation>
+    </message>
+    <message>
+        <source>Compression:</source>
+        <translation>压缩方式：</translation>
+    </message>
+    <message>
+        <source>Maintainer:</source>
+        <translation>维护者：</translation>
+    </message>
+    <message>
+        <source>Your own name and address come from the environment variables DEBFULLNAME and DEBEMAIL.</source>
+        <translation>您的姓名和邮箱取自环境变量 DEBFULLNAME 和 DEBEMAIL。</translation>
+    </message>
+    <message>
+        <source>Smaller file (xz)</source>
+        <translation>文件更小（xz）</translation>
+    </message>
+    <message>
+        <source>Another program&apos;s package has this name</source>
+        <translation>已有其他程序的软件包使用此名称</translation>
+    </message>
+    <message>
+        <source>Use a name with a dot, such as com.example.program</source>
+        <translation>名称中须包含点号，例如 com.example.program</translation>
+    </message>
+    <message>
+        <source>The package settings cannot be saved in %1. Nothing was packed.</source>
+        <translation>无法在 %1 中保存打包设置，未进行打包。</translation>
+    </message>
 </context>
 <context>
     <name>AppEntryButton</name>
@@ -3670,6 +3702,93 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>PackageContentsWidget</name>
+    <message>
+        <source>Other private files</source>
+        <translation>其他私密文件</translation>
+    </message>
+    <message>
+        <source>Passwords, keys and log-ins</source>
+        <translation>密码、密钥和登录信息</translation>
+    </message>
+    <message>
+        <source>Personal folders and recent documents</source>
+        <translation>个人文件夹和最近使用的文档</translation>
+    </message>
+    <message>
+        <source>Logs, caches and temporary files</source>
+        <translation>日志、缓存和临时文件</translation>
+    </message>
+    <message>
+        <source>Profiles of other users</source>
+        <translation>其他用户的配置文件夹</translation>
+    </message>
+    <message>
+        <source>Private values of the registry</source>
+        <translation>注册表中的私密值</translation>
+    </message>
+    <message>
+        <source>Links that lead out of the bottle</source>
+        <translation>指向容器之外的链接</translation>
+    </message>
+    <message>
+        <source>Pipes, sockets and devices</source>
+        <translation>管道、套接字和设备文件</translation>
+    </message>
+    <message>
+        <source>What goes along</source>
+        <translation>打包内容</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Put away details</source>
+        <translation>收起详情</translation>
+    </message>
+    <message>
+        <source>Show details</source>
+        <translation>显示详情</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Listing the files…</source>
+        <translation>正在列出文件…</translation>
+    </message>
+    <message>
+        <source>What goes along: %1</source>
+        <translation>打包内容：%1</translation>
+    </message>
+    <message>
+        <source>Before compression. Private entries that are left out: %1.</source>
+        <translation>压缩前的大小。不会打包的私密条目：%1 个。</translation>
+    </message>
+    <message>
+        <source>The files were not listed</source>
+        <translation>未列出文件</translation>
+    </message>
+    <message>
+        <source>Included</source>
+        <translation>会打包</translation>
+    </message>
+    <message>
+        <source>Copies from runners and templates</source>
+        <translation>来自运行器和模板的副本</translation>
+    </message>
+    <message>
+        <source>Links to the Wine of each machine</source>
+        <translation>指向各电脑自带 Wine 的链接</translation>
+    </message>
+    <message>
+        <source>Left out</source>
+        <translation>不会打包</translation>
+    </message>
+</context>
+<context>
     <name>PackageEntryWidget</name>
     <message>
         <source>Only the program file</source>
@@ -4657,6 +4776,18 @@ please wait for the component download to complete!</source>
     <message>
         <source>Choose a Folder</source>
         <translation>选择文件夹</translation>
+    </message>
+    <message>
+        <source>Reading the programs…</source>
+        <translation>正在读取程序…</translation>
+    </message>
+    <message>
+        <source>The bottle cannot be read</source>
+        <translation>无法读取容器</translation>
+    </message>
+    <message>
+        <source>The folder %1 is too close to the root of the disk to go along whole.</source>
+        <translation>文件夹 %1 太靠近磁盘根目录，不能整个打包。</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,7 @@
 // Pictures of the dialogs that pack a bottle, with sample data: packaging-pictures STATE [--theme light|dark]
 // --screenshot FILE. LANG chooses English or Chinese.
+#include <QAbstractButton>
+#include <QDir>
 #include <QJsonObject>
 #include <QStackedWidget>
 #include <QTemporaryDir>
@@ -19,27 +21,67 @@ QJsonObject program(const QString& name, const QString& path) {
     return {{"name", name}, {"path", path}};
 }
 
-QImage form(bool isWrong) {
-    const QTemporaryDir bottle;
-    const QJsonObject programs{{"a", program("Harbour Office", bottle.filePath("drive_c/Office/office.exe"))},
-                               {"b", program("Harbour Draw", "/srv/programs/Harbour/bin/draw.exe")},
-                               {"c", program("Harbour Mail", "/srv/programs/Mail/mail.exe")}};
-    PackageFiles(bottle.path())
-        .write(PackageFiles::InfoName, {{"appname", "Harbour Office"},
-                                        {"pkgname", "com.example.harbour"},
-                                        {"pkgversion", "7.2lumora1"},
-                                        {"category", "Office"},
-                                        {"pkgdesc", "Writes letters and reckons"}});
+enum class Form { Plain, Wrong, Details, Failed, Loading, Missing };
+
+void write(const QString& path, qint64 bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.resize(bytes);
+}
+
+const char Office[] = "0c1d2e3f-1111-4222-8333-444455556666";
+const char Draw[] = "0c1d2e3f-1111-4222-8333-444455556667";
+const char Mail[] = "0c1d2e3f-1111-4222-8333-444455556668";
+
+/// A bottle that the packing script finds.
+void fillBottle(const QString& place, bool isTooLarge) {
+    for (const char* name : {"bottle.yml", "system.reg", "user.reg"})
+        write(place + '/' + name, 0);
+    QFile settings(place + "/bottle.yml");
+    if (settings.open(QIODevice::WriteOnly))
+        settings.write(QByteArray("External_Programs:\n  ") + Office + ": {name: Harbour Office}\n");
+    const QString drive = place + "/drive_c/";
+    write(drive + "Program Files/Harbour Office/office.exe", 181000000);
+    write(drive + "Program Files/Common Files/spelling.dat", 42000000);
+    write(drive + "windows/fonts/harbour.ttf", 900000);
+    const QString profile = drive + "users/" + QString::fromLocal8Bit(qgetenv("USER")) + '/';
+    for (const char* name : {"Documents/letter.doc", "Documents/sums.xls", "Temp/1.tmp",
+                             "AppData/Roaming/Harbour/key4.db", "AppData/Roaming/Harbour/office.ini"})
+        write(profile + name, 12000);
+    if (isTooLarge)
+        write(drive + "Program Files/Harbour Office/library.pak", 9LL << 30);
+}
+
+QImage form(Form kind) {
+    const QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toUtf8());
+    qputenv("USER", "user");
+    const QString bottle = home.filePath("lumora-wine-bottles/bottles/office");
+    fillBottle(bottle, kind == Form::Failed);
+    const QJsonObject programs{
+        {Office, program("Harbour Office", bottle + "/drive_c/Program Files/Harbour Office/office.exe")},
+        {Draw, program("Harbour Draw", "/srv/programs/Harbour/bin/draw.exe")},
+        {Mail, program("Harbour Mail", "/srv/programs/Mail/mail.exe")}};
+    PackageFiles(bottle).write(PackageFiles::InfoName, {{"appname", "Harbour Office"},
+                                                        {"pkgname", "com.example.harbour"},
+                                                        {"pkgversion", "7.2lumora1"},
+                                                        {"category", "Office"},
+                                                        {"pkgdesc", "Writes letters and reckons"}});
     PackageChecker checker;
-    checker.take("office", {{"Path", bottle.path()}, {"External_Programs", programs}});
-    checker.select("b");
-    checker.setDirectory("b", "/srv/programs/Harbour");
     AppConfigDialog dialog("office", &checker);
-    if (isWrong) {
+    if (kind == Form::Missing)
+        checker.take("office", {});
+    else if (kind != Form::Loading)
+        checker.take("office", {{"Path", bottle}, {"External_Programs", programs}});
+    dialog.show();
+    settle(1500);
+    if (kind == Form::Wrong) {
         dialog.findChild<Fenk::LineEdit*>("package_pkgversion")->setText("beta");
         dialog.slotsValidateWidgets();
+    } else if (kind == Form::Details) {
+        dialog.findChild<QAbstractButton*>("package_contents_btn")->click();
     }
-    dialog.show();
     settle(300);
     return picture({&dialog});
 }
@@ -94,10 +136,14 @@ QImage firstStart(BottleProgressDialog::Work work) {
 
 int main(int argc, char** argv) {
     return takePicture(argc, argv,
-                       {{"form", [] { return form(false); }},
-                        {"wrong", [] { return form(true); }},
+                       {{"form", [] { return form(Form::Plain); }},
                         {"first-start", [] { return firstStart(BottleProgressDialog::Work::Make); }},
                         {"update", [] { return firstStart(BottleProgressDialog::Work::Update); }},
+                        {"wrong", [] { return form(Form::Wrong); }},
+                        {"contents", [] { return form(Form::Details); }},
+                        {"contents-failed", [] { return form(Form::Failed); }},
+                        {"loading", [] { return form(Form::Loading); }},
+                        {"missing", [] { return form(Form::Missing); }},
                         {"progress", [] { return progress(false); }},
                         {"details", [] { return progress(true); }},
                         {"done", done},

@@ -4,13 +4,16 @@
 #include <QComboBox>
 #include <QDir>
 #include <QHBoxLayout>
+#include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShowEvent>
 #include <QVBoxLayout>
 
+#include "backend/InBackground.h"
 #include "backend/ProgramRef.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/Label.h"
 #include "fenk/controls/LineEdit.h"
 #include "fenk/controls/SuggestButton.h"
@@ -20,7 +23,10 @@
 #include "packaging/config/PackageChecker.h"
 #include "packaging/config/PackageFiles.h"
 #include "packaging/config/ShowPackageCheckerWidget.h"
+#include "packaging/contents/PackageContentsWidget.h"
+#include "packaging/contents/PackageListing.h"
 #include "packaging/driver/DoPackageDialog.h"
+#include "packaging/driver/PackageCompression.h"
 
 using namespace Fenk;
 
@@ -29,6 +35,7 @@ namespace {
 constexpr int DialogWidth = 500;
 constexpr double ShareOfScreen = 0.9;
 constexpr int AroundForm = 128;  ///< title and buttons
+constexpr int TypingMs = 600;    ///< before a text that is being typed is called wrong
 const char Amd64[] = "amd64";
 const char Arm64[] = "arm64";
 
@@ -53,7 +60,10 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
       m_category(named(new QComboBox, "package_appcategory")),
       m_description(makeEdit("package_appdescription", tr("WeChat is a chat tool"), 0)),
       m_x86(named(new QCheckBox(tr("x86")), "package_x86_arch")),
-      m_arm(named(new QCheckBox(tr("arm")), "package_arm_arch")) {
+      m_arm(named(new QCheckBox(tr("arm")), "package_arm_arch")),
+      m_fast(named(new QRadioButton(tr("Much faster (zstd)")), "package_compression_zstd")),
+      m_maintainer(named(new Label(Label::Body), "package_maintainer")),
+      m_contents(new PackageContentsWidget) {
     setObjectName("package_config_dialog");
     setAccessibleName("package_config_dialog");
     setTitle(tr("Application Deb Package Information"));
@@ -86,10 +96,25 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     addRow(tr("App Type:"), m_category);
     addRow(tr("App Description:"), m_description);
     addRow(tr("Support Architecture:"), makeArchitectures());
+    addRow(tr("Compression:"), makeCompression());
+    m_maintainer->setElided(true);
+    addRow(tr("Maintainer:"), m_maintainer,
+           tr("Your own name and address come from the environment variables DEBFULLNAME and DEBEMAIL."));
+    bodyLayout()->addWidget(m_contents);
     bodyLayout()->addWidget(makeButtons());
+    setInfo(PackageInfo());
     fill();
     connect(checker, &PackageChecker::update, this, &AppConfigDialog::fill);
     connect(checker, &PackageChecker::update, this, &AppConfigDialog::fitHeight);
+    connect(checker, &PackageChecker::update, this, &AppConfigDialog::listContents);
+    connect(this, &AppConfigDialog::dateChange, this, &AppConfigDialog::listContents);
+    connect(m_contents->listing(), &PackageListing::changed, this, &AppConfigDialog::onListed);
+    connect(m_contents, &PackageContentsWidget::resized, this, &AppConfigDialog::fitHeight);
+    m_typing.setSingleShot(true);
+    m_typing.setInterval(TypingMs);
+    connect(&m_typing, &QTimer::timeout, this, &AppConfigDialog::showTypedErrors);
+    for (LineEdit* edit : {m_packageName, m_version})
+        connect(edit, &LineEdit::textEdited, &m_typing, qOverload<>(&QTimer::start));
 }
 
 void AppConfigDialog::openFor(const ProgramRef& program, QWidget* over) {
@@ -138,6 +163,22 @@ QWidget* AppConfigDialog::makeArchitectures() {
     return row;
 }
 
+QWidget* AppConfigDialog::makeCompression() {
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Tokens::Space24);
+    auto* small = named(new QRadioButton(tr("Smaller file (xz)")), "package_compression_xz");
+    layout->addWidget(small);
+    layout->addWidget(m_fast);
+    layout->addStretch();
+    (PackageCompression::current() == PackageCompression::Zstd ? m_fast : small)->setChecked(true);
+    connect(m_fast, &QRadioButton::toggled, this, [](bool isFast) {
+        PackageCompression::set(isFast ? PackageCompression::Zstd : PackageCompression::Xz);
+    });
+    return row;
+}
+
 QWidget* AppConfigDialog::makeButtons() {
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
@@ -145,6 +186,7 @@ QWidget* AppConfigDialog::makeButtons() {
     layout->setSpacing(Tokens::Space12);
     auto* cancel = named(new QPushButton(tr("Cancel")), "package_cancelbtn");
     auto* ok = named(new SuggestButton(tr("OK")), "package_okbtn");
+    m_ok = ok;
     cancel->setAutoDefault(false);
     ok->setDefault(true);
     layout->addWidget(cancel, 1);
@@ -156,20 +198,33 @@ QWidget* AppConfigDialog::makeButtons() {
 
 /// Once, as soon as the directory of the bottle is known.
 void AppConfigDialog::fill() {
-    if (m_isFilled)
+    if (m_isFilled || m_checker->state() != PackageChecker::State::Ready)
         return;
-    PackageInfo info;
-    if (!m_checker->bottleDir().isEmpty()) {
-        m_isFilled = true;
-        info = PackageInfo::fromJson(PackageFiles(m_checker->bottleDir()).read(PackageFiles::InfoName));
-        if (info.appName.isEmpty() && !m_checker->entries().isEmpty())
-            info.appName = m_checker->entries().first().name;
+    m_isFilled = true;
+    inBackground(
+        this,
+        [directory = m_checker->bottleDir()] {
+            return PackageInfo::fromJson(PackageFiles(directory).read(PackageFiles::InfoName));
+        },
+        [this](PackageInfo info) {
+            if (info.appName.isEmpty() && !m_checker->entries().isEmpty())
+                info.appName = m_checker->entries().first().name;
+            setInfo(info);
+        });
+}
+
+/// What the user has typed stays.
+void AppConfigDialog::setInfo(const PackageInfo& info) {
+    const std::pair<LineEdit*, QString> texts[] = {
+        {m_appName, info.appName.left(PackageInfo::MaximumNameLength)},
+        {m_packageName, info.packageName},
+        {m_version, info.version},
+        {m_description, info.description}};
+    for (const auto& text : texts) {
+        if (!text.first->lineEdit()->isModified())
+            text.first->setText(text.second);
     }
-    m_appName->setText(info.appName.left(PackageInfo::MaximumNameLength));
-    m_packageName->setText(info.packageName);
-    m_version->setText(info.version);
     m_category->setCurrentIndex(qMax(0, m_category->findData(info.category)));
-    m_description->setText(info.description);
     m_x86->setChecked(info.architectures.contains(Amd64));
     m_arm->setChecked(info.architectures.contains(Arm64));
 }
@@ -199,7 +254,8 @@ void AppConfigDialog::showEvent(QShowEvent* event) {
 void AppConfigDialog::fitHeight() {
     const int wanted = m_rows->hasHeightForWidth() ? m_rows->totalHeightForWidth(DialogWidth)
                                                    : m_rows->totalSizeHint().height();
-    const int limit = int(screen()->availableSize().height() * ShareOfScreen) - AroundForm;
+    const int limit = int(screen()->availableSize().height() * ShareOfScreen) - AroundForm -
+                      (m_contents->isHidden() ? 0 : m_contents->sizeHint().height());
     m_area->setFixedHeight(qMin(wanted, limit));
     adjustSize();
     if (isVisible())
@@ -213,20 +269,58 @@ void AppConfigDialog::slotsCheckArchsState() {
     Q_EMIT dateChange();
 }
 
+QString AppConfigDialog::errorOf(const LineEdit* edit) const {
+    if (edit == m_version)
+        return PackageInfo::versionError(edit->text());
+    const QString error = PackageInfo::packageNameError(edit->text());
+    const PackageListing* listing = m_contents->listing();
+    const bool isTaken = listing->hasSummary() && listing->packageName() == edit->text() &&
+                         listing->summary().nameCause == QLatin1String("foreign-name");
+    return error.isEmpty() && isTaken ? tr("Another program's package has this name") : error;
+}
+
+/// A field that is still empty is not wrong yet.
+void AppConfigDialog::showTypedErrors() {
+    for (LineEdit* edit : {m_packageName, m_version}) {
+        const QString error = edit->text().isEmpty() ? QString() : errorOf(edit);
+        if (!error.isEmpty())
+            edit->showAlertMessage(error, 0);
+        else if (edit->isAlert())
+            edit->hideAlertMessage();
+    }
+    fitHeight();
+}
+
 bool AppConfigDialog::slotsValidateWidgets() {
-    const std::pair<LineEdit*, QString> checks[] = {
-        {m_packageName, PackageInfo::packageNameError(m_packageName->text())},
-        {m_version, PackageInfo::versionError(m_version->text())}};
-    for (const auto& check : checks) {
-        if (check.second.isEmpty())
+    for (LineEdit* edit : {m_packageName, m_version}) {
+        const QString error = errorOf(edit);
+        if (error.isEmpty())
             continue;
-        check.first->showAlertMessage(check.second);
-        check.first->lineEdit()->setFocus();
+        edit->showAlertMessage(error);
+        edit->lineEdit()->setFocus();
         fitHeight();
-        m_area->ensureWidgetVisible(check.first);
+        m_area->ensureWidgetVisible(edit);
         return false;
     }
     return true;
+}
+
+void AppConfigDialog::listContents() {
+    if (m_checker->state() == PackageChecker::State::Loading)
+        return;
+    // A name that is refused anyway needs no look at the packages of the machine.
+    const QString name = m_packageName->text();
+    m_contents->listing()->want(m_bottleName,
+                                PackageInfo::packageNameError(name).isEmpty() ? name : QString(),
+                                PackageChecker::toJson(m_checker->entries()));
+}
+
+void AppConfigDialog::onListed() {
+    const PackageListing* listing = m_contents->listing();
+    if (listing->state() != PackageListing::State::Listed)
+        return;
+    m_maintainer->setText(listing->summary().maintainer);
+    showTypedErrors();
 }
 
 void AppConfigDialog::onAppConfigCancle() {
@@ -238,14 +332,38 @@ void AppConfigDialog::onAppConfigOK() {
         return;
     if (m_checker->selectedCount() == 0) {
         // The texts are the product's in every language.
-        Dialog warning("缺少应用配置", {}, this);
-        warning.setIcon(Theme::icon("dialog-warning"));
-        warning.addButton("确定", true, Dialog::ButtonRecommend);
-        warning.exec();
+        auto* warning = new Dialog("缺少应用配置", {}, this);
+        warning->setAttribute(Qt::WA_DeleteOnClose);
+        warning->setIcon(Theme::icon("dialog-warning"));
+        warning->addButton("确定", true, Dialog::ButtonRecommend);
+        warning->open();
         return;
     }
-    m_checker->save();
-    PackageFiles(m_checker->bottleDir()).write(PackageFiles::InfoName, info().toJson());
+    m_ok->setEnabled(false);
+    m_checker->save(this, [this](bool isSaved) {
+        if (!isSaved) {
+            onSaveFailed();
+            return;
+        }
+        inBackground(
+            this,
+            [directory = m_checker->bottleDir(), object = info().toJson()] {
+                return PackageFiles(directory).write(PackageFiles::InfoName, object);
+            },
+            [this](bool isWritten) { isWritten ? startPackaging() : onSaveFailed(); });
+    });
+}
+
+void AppConfigDialog::onSaveFailed() {
+    m_ok->setEnabled(true);
+    FloatingMessage::show(this, Theme::icon("dialog-warning"),
+                          tr("The package settings cannot be saved in %1. Nothing was packed.")
+                              .arg(m_checker->bottleDir() + "/pkgcfg"));
+}
+
+void AppConfigDialog::startPackaging() {
+    if (isHidden())  // cancelled meanwhile
+        return;
     auto* packaging = new DoPackageDialog(parentWidget());
     packaging->setAttribute(Qt::WA_DeleteOnClose);
     packaging->start(m_bottleName, m_packageName->text(), m_version->text(),

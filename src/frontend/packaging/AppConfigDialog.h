@@ -1,21 +1,28 @@
 #pragma once
 
+#include <QTimer>
+
 #include "fenk/window/AbstractDialog.h"
 #include "packaging/config/PackageInfo.h"
 
 class PackageChecker;
+class PackageContentsWidget;
 struct ProgramRef;
+class QAbstractButton;
 class QCheckBox;
 class QComboBox;
+class QRadioButton;
 class QScrollArea;
 class QVBoxLayout;
 
 namespace Fenk {
+class Label;
 class LineEdit;
-}
+}  // namespace Fenk
 
-/// What a package is and which programs go into it. OK saves both files of the package's configuration and
-/// opens the DoPackageDialog. The checker must outlive the dialog.
+/// What a package is and which programs go into it; tells what goes along before that is packed. OK saves
+/// both files of the package's configuration and opens the DoPackageDialog; what cannot be saved is told, and
+/// the dialog stays. The checker must outlive the dialog.
 class AppConfigDialog : public Fenk::AbstractDialog {
     Q_OBJECT
 
@@ -46,9 +53,18 @@ private:
     void addRow(const QString& label, QWidget* field, const QString& rule = {});
     Fenk::LineEdit* makeEdit(const char* name, const QString& sample, int maximumLength);
     QWidget* makeArchitectures();
+    QWidget* makeCompression();
     QWidget* makeButtons();
     void fill();
+    void setInfo(const PackageInfo& info);
     void fitHeight();
+    void onListed();
+    void listContents();
+    /// Why a name or version is refused, also by what the packing script knows of other packages.
+    QString errorOf(const Fenk::LineEdit* edit) const;
+    void showTypedErrors();
+    void startPackaging();
+    void onSaveFailed();
 
     QString m_bottleName;
     PackageChecker* m_checker;
@@ -61,5 +77,10 @@ private:
     Fenk::LineEdit* m_description;
     QCheckBox* m_x86;
     QCheckBox* m_arm;
+    QRadioButton* m_fast;
+    Fenk::Label* m_maintainer;
+    PackageContentsWidget* m_contents;
+    QAbstractButton* m_ok = nullptr;
+    QTimer m_typing;  ///< runs for a moment after a key
     bool m_isFilled = false;
 };

@@ -7,16 +7,20 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QStackedWidget>
+#include <QTreeWidget>
 #include <QtTest>
 
 #include "backend/ProgramRef.h"
 #include "core/base/Paths.h"
 #include "core/base/SettingsStore.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/LineEdit.h"
 #include "fenk/window/Dialog.h"
 #include "packaging/AppConfigDialog.h"
 #include "packaging/config/PackageChecker.h"
 #include "packaging/config/ShowPackageCheckerWidget.h"
+#include "packaging/contents/PackageContentsWidget.h"
+#include "packaging/contents/PackageListing.h"
 #include "packaging/driver/DoPackageDialog.h"
 #include "packaging/driver/PackagePages.h"
 #include "packaging/driver/SaveDirectory.h"
@@ -29,6 +33,7 @@
 using namespace TestSupport;
 
 namespace {
+const char Id[] = "0c1d2e3f-1111-4222-8333-444455556666";
 const char Registry[] = "WINE REGISTRY Version 2\n;; All keys relative to REGISTRY\\\\Machine\n\n";
 const char Pkginfo[] = R"({"appname": "Sample", "pkgname": "com.example.sample", "pkgversion": "1.0",
     "arch": ["amd64"]})";
@@ -57,6 +62,8 @@ private Q_SLOTS:
 
 private:
     QString bottle(const QString& name, qint64 noise = 0);
+    static QString textOf(QWidget* widget);  ///< of all labels
+    void answerQuestion(QDialog* dialog, int button);
     QStackedWidget* pages(QWidget* dialog) { return dialog->findChild<QStackedWidget*>(); }
     QString logs() const { return m_home.path() + "/.cache/cellarix/pkglogs/"; }
 
@@ -68,6 +75,23 @@ void PackagingTest::initTestCase() {
     QVERIFY(QDir().mkpath(m_home.desktop()));
     if (!QFileInfo::exists(Paths::packagerScript()))
         QSKIP("needs the installed tree");
+}
+
+void PackagingTest::answerQuestion(QDialog* dialog, int button) {
+    dialog->reject();
+    dialog->reject();  // does not ask twice
+    auto questions = dialog->findChildren<Fenk::Dialog*>();
+    QCOMPARE(questions.size(), 1);
+    const QPointer<Fenk::Dialog> question(questions.first());
+    question->button(button)->click();
+    QTRY_VERIFY(!question);
+}
+
+QString PackagingTest::textOf(QWidget* widget) {
+    QStringList texts;
+    for (const QLabel* label : widget->findChildren<QLabel*>())
+        texts += label->text();
+    return texts.join('\n');
 }
 
 QString PackagingTest::bottle(const QString& name, qint64 noise) {
@@ -112,7 +136,9 @@ void PackagingTest::theSaveDirectoryFallsBackToTheDesktop() {
     const LogCapture log;
     const QString file = m_home.write("file", "");
     settingsStore()->setOption("basic.deb_save_path.", file);
-    QCOMPARE(SaveDirectory::current(), m_home.desktop());
+    QString found;
+    SaveDirectory::find(this, [&found](const QString& path) { found = path; });
+    QTRY_COMPARE(found, m_home.desktop());
     QCOMPARE(settingsStore()->getOption("basic.deb_save_path.").toString(), m_home.desktop());
     QVERIFY(log.contains("not writable, try to use desktop"));
     const QString missing = m_home.path() + "/missing";
@@ -144,8 +170,9 @@ void PackagingTest::aBottleBecomesAPackage() {
     QVERIFY(QDir().mkpath(next));
     dialog.findChild<QAbstractButton*>("package_change_path_btn")->click();
     Q_EMIT dialog.findChild<QFileDialog*>()->fileSelected(next);
-    QCOMPARE(settingsStore()->getOption("basic.deb_save_path.").toString(), next);
+    QTRY_VERIFY(dialog.findChild<Fenk::Dialog*>());
     QVERIFY(dialog.findChild<Fenk::Dialog*>()->message().endsWith(next));
+    QCOMPARE(settingsStore()->getOption("basic.deb_save_path.").toString(), next);
     settingsStore()->setOption("basic.deb_save_path.", m_home.desktop());
     QVERIFY(dialog.close());
 }
@@ -156,10 +183,7 @@ void PackagingTest::aFailureTellsItsReason() {
     dialog.start("empty", "com.example.sample", "1.0", logs());
     auto* failed = dialog.findChild<ShowPackageFailedWidget*>();
     QTRY_COMPARE_WITH_TIMEOUT(pages(&dialog)->currentWidget(), failed, 60000);
-    QStringList texts;
-    for (const QLabel* label : failed->findChildren<QLabel*>())
-        texts += label->text();
-    QVERIFY2(texts.join('\n').contains("pkgsrc.json is missing"), qPrintable(texts.join('\n')));
+    QVERIFY2(textOf(failed).contains("pkgsrc.json is missing"), qPrintable(textOf(failed)));
 }
 
 void PackagingTest::closingAsksAndCancelKeepsTheScriptRunning() {
@@ -170,12 +194,10 @@ void PackagingTest::closingAsksAndCancelKeepsTheScriptRunning() {
     dialog.start("large", "com.example.sample", "1.0", logs());
     dialog.show();
     QVERIFY(progress.wait(60000));
-    Fenk::Dialog::setNextAnswer(0);
-    dialog.reject();
+    answerQuestion(&dialog, 0);
     QVERIFY(dialog.isVisible());
     QVERIFY(progress.wait(60000));
-    Fenk::Dialog::setNextAnswer(1);
-    dialog.reject();
+    answerQuestion(&dialog, 1);
     QTRY_VERIFY_WITH_TIMEOUT(!dialog.isVisible(), 60000);
     QCOMPARE(QDir(m_home.desktop()).entryList(QDir::Files | QDir::Hidden), QStringList());
 }
@@ -187,16 +209,17 @@ void PackagingTest::theFormRefusesAndSaves() {
     AppConfigDialog dialog("form", &checker);
     checker.take("form",
                  {{"Path", directory},
-                  {"External_Programs", QJsonObject{{"b", QJsonObject{{"name", "B"}, {"path", outside}}}}}});
+                  {"External_Programs", QJsonObject{{Id, QJsonObject{{"name", "B"}, {"path", outside}}}}}});
     dialog.show();
     QCOMPARE(dialog.width(), 500);
     auto* name = dialog.findChild<Fenk::LineEdit*>("package_pkgname");
     auto* version = dialog.findChild<Fenk::LineEdit*>("package_pkgversion");
     auto* ok = dialog.findChild<QAbstractButton*>("package_okbtn");
-    QCOMPARE(name->text(), QString("com.example.sample"));  // from the file
+    QTRY_COMPARE(name->text(), QString("com.example.sample"));  // from the file
     name->lineEdit()->clear();
     QTest::keyClicks(name->lineEdit(), "A-b");
     QCOMPARE(name->text(), QString("b"));
+    QTRY_COMPARE(name->alertMessage(), QString("At least 2 characters"));  // while typing
     ok->click();
     QCOMPARE(name->alertMessage(), QString("At least 2 characters"));
     name->setText("a.b");
@@ -207,17 +230,29 @@ void PackagingTest::theFormRefusesAndSaves() {
     auto* arm = dialog.findChild<QCheckBox*>("package_arm_arch");
     QVERIFY(!arm->isChecked());
     dialog.findChild<QCheckBox*>("package_x86_arch")->click();  // the last one stays
-    Fenk::Dialog::setNextAnswer(0);
+    checker.unselect(Id);
+    QTRY_COMPARE(checker.selectedCount(), 0);
     ok->click();  // no program is chosen
-    QVERIFY(dialog.isVisible());
-    checker.select("b");
-    checker.setDirectory("b", QFileInfo(outside).path());
-    QString rows;
-    for (const QLabel* label : dialog.findChild<ShowPackageCheckerWidget*>()->findChildren<QLabel*>())
-        rows += label->text();
-    QVERIFY2(rows.contains("Suite"), qPrintable(rows));
+    auto* warning = dialog.findChild<Fenk::Dialog*>();
+    QVERIFY(warning && warning->title() == "缺少应用配置");
+    warning->button(0)->click();
+    checker.select(Id);
+    checker.setDirectory(Id, QFileInfo(outside).path());
+    auto* rows = dialog.findChild<ShowPackageCheckerWidget*>();
+    QTRY_VERIFY(textOf(rows).contains("Suite"));
+    auto* contents = dialog.findChild<PackageContentsWidget*>();
+    QTRY_COMPARE_WITH_TIMEOUT(contents->listing()->state(), PackageListing::State::Listed, 60000);
+    dialog.findChild<QAbstractButton*>("package_contents_btn")->click();
+    QVERIFY(!dialog.findChild<QTreeWidget*>()->findItems("Suite", Qt::MatchRecursive).isEmpty());
+    QVERIFY(dialog.findChild<QLabel*>("package_maintainer")->text().contains('@'));
+    const QString configuration = directory + "/pkgcfg";
+    QVERIFY(QDir().rename(configuration, directory + "/away") && QFile::link("/proc/none", configuration));
     ok->click();
-    QVERIFY(!dialog.isVisible());
+    QTRY_VERIFY(dialog.findChild<Fenk::FloatingMessage*>());
+    QVERIFY(dialog.isVisible() && ok->isEnabled());
+    QVERIFY(QFile::remove(configuration) && QDir().rename(directory + "/away", configuration));
+    ok->click();
+    QTRY_VERIFY(!dialog.isVisible());
     QVERIFY(readFile(directory + "/pkgcfg/pkginfo.json").contains("\"pkgversion\": \"2.0A\""));
     QVERIFY(readFile(directory + "/pkgcfg/pkgsrc.json").contains("drive_c/Suite/b.exe"));
     QPointer<DoPackageDialog> packaging;

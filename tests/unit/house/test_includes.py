@@ -30,7 +30,7 @@ ORDER = {
     "fenk": "system style controls instance settings log window gallery",
     "launch": ". icons inspection banner bottle monitor script open watch records winelog repair run",
     "store": "records client images install view .",
-    "packaging": "config driver manifest start .",
+    "packaging": "config driver contents manifest start .",
     "shell": "associations properties configuration library .",
     "storeserver": "data catalogue request server wire .",
     "bottleservice": "result files settings bottles wine backup components desktop jobs requests wire .",

@@ -33,7 +33,10 @@ QString PackageInfo::packageNameError(const QString& text) {
     static const QRegularExpression accepted(R"(^[a-z0-9]+(\.[a-z0-9]+)*\z)");
     if (text.size() < 2)
         return tr("At least 2 characters");
-    return accepted.match(text).hasMatch() ? QString() : tr("Your input is not a valid package name");
+    if (!accepted.match(text).hasMatch())
+        return tr("Your input is not a valid package name");
+    // Names without one are those of the system's own packages.
+    return text.contains('.') ? QString() : tr("Use a name with a dot, such as com.example.program");
 }
 
 QString PackageInfo::versionError(const QString& text) {

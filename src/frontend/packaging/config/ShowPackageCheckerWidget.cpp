@@ -5,9 +5,11 @@
 #include <utility>
 
 #include "fenk/controls/Card.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
 #include "packaging/config/PackageChecker.h"
+#include "packaging/config/PackageDirectories.h"
 #include "packaging/config/PackageEntryWidget.h"
 
 using namespace Fenk;
@@ -17,10 +19,7 @@ constexpr int ShownRows = 3;  // more scroll
 }
 
 ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWidget* parent)
-    : QScrollArea(parent),
-      m_checker(checker),
-      m_card(new Card),
-      m_empty(new Label(tr("The bottle has no programs yet"), Label::Secondary)) {
+    : QScrollArea(parent), m_checker(checker), m_card(new Card), m_empty(new Label(Label::Secondary)) {
     setObjectName("package_shortcuts");
     setAccessibleName("package_shortcuts");
     setFrameShape(NoFrame);
@@ -31,13 +30,28 @@ ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWid
     viewport()->setAutoFillBackground(false);
     m_card->setAutoFillBackground(false);
     m_empty->setAlignment(Qt::AlignCenter);
+    m_empty->setFixedHeight(Tokens::RowHeight);
     m_card->addRow(m_empty);
+    showState();
     for (const QString& id : checker->entries().keys())
         showEntry(id);
     connect(checker, &PackageChecker::update, this, &ShowPackageCheckerWidget::showEntry);
 }
 
+void ShowPackageCheckerWidget::showState() {
+    if (!m_empty)
+        return;
+    const PackageChecker::State state = m_checker->state();
+    m_empty->setText(state == PackageChecker::State::Loading   ? tr("Reading the programs…")
+                     : state == PackageChecker::State::Missing ? tr("The bottle cannot be read")
+                                                               : tr("The bottle has no programs yet"));
+}
+
 void ShowPackageCheckerWidget::showEntry(const QString& id) {
+    if (!m_checker->entries().contains(id)) {
+        showState();
+        return;
+    }
     PackageEntryWidget* row = m_rows.value(id);
     (row ? row : add(id))->setEntry(m_checker->entries().value(id));
 }
@@ -66,7 +80,12 @@ void ShowPackageCheckerWidget::chooseDirectory(const QString& id) {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, m_checker,
-            [this, id](const QString& directory) { m_checker->setDirectory(id, directory); });
+    connect(dialog, &QFileDialog::fileSelected, this, [this, id](const QString& directory) {
+        if (PackageDirectories::isNearRoot(directory))
+            FloatingMessage::show(
+                this, Theme::icon("dialog-warning"),
+                tr("The folder %1 is too close to the root of the disk to go along whole.").arg(directory));
+        m_checker->setDirectory(id, directory);
+    });
     dialog->open();
 }

@@ -22,6 +22,7 @@ private:
     void showEntry(const QString& id);
     PackageEntryWidget* add(const QString& id);
     void fitHeight();
+    void showState();
     void chooseDirectory(const QString& id);
 
     PackageChecker* m_checker;

@@ -4,15 +4,16 @@
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QPointer>
 #include <QStackedWidget>
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "backend/InBackground.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/window/Dialog.h"
+#include "packaging/driver/PackageCompression.h"
 #include "packaging/driver/PackagePages.h"
 #include "packaging/driver/SaveDirectory.h"
 
@@ -52,11 +53,15 @@ void DoPackageDialog::start(const QString& bottleName, const QString& packageNam
                             const QString& packageVersion, const QString& logDir) {
     m_packageName = packageName;
     m_packageVersion = packageVersion;
-    m_saveDirectory = SaveDirectory::current();
     setTitle(tr("Packaging application in progress ..."));
     m_progress->reset();
     m_pages->setCurrentWidget(m_progress);
-    m_run.start(bottleName, m_saveDirectory, logDir);
+    m_preparation = std::make_unique<QObject>();
+    SaveDirectory::find(m_preparation.get(), [this, bottleName, logDir](const QString& directory) {
+        m_preparation.release()->deleteLater();  // it is the caller
+        m_saveDirectory = directory;
+        m_run.start(bottleName, directory, PackageCompression::current(), logDir);
+    });
 }
 
 void DoPackageDialog::slotsPackageOutput(const QString& line) {
@@ -81,6 +86,8 @@ void DoPackageDialog::adjustHeight() {
 }
 
 void DoPackageDialog::onFinished(PackagingRun::End end) {
+    if (m_question)  // there is nothing to lose any more
+        m_question->reject();
     slotsHideLogs();
     setTitle({});
     if (end == PackagingRun::End::Cancelled) {
@@ -108,43 +115,54 @@ void DoPackageDialog::changeSavedPath() {
 }
 
 void DoPackageDialog::setSavedPath(const QString& directory) {
-    if (SaveDirectory::usable(directory, {}) != directory) {
-        Fenk::FloatingMessage::show(this, Fenk::Theme::icon("dialog-warning"),
-                                    tr("Nothing can be saved in %1.").arg(directory));
-        return;
-    }
-    SaveDirectory::set(directory);
-    auto* note = new Fenk::Dialog({}, tr("Next will be saved to: ") + directory, this);
-    note->setAttribute(Qt::WA_DeleteOnClose);
-    note->addButton(tr("OK"), true, Fenk::Dialog::ButtonRecommend);
-    note->open();
+    SaveDirectory::change(directory, this, [this, directory](bool isUsable) {
+        if (!isUsable) {
+            Fenk::FloatingMessage::show(this, Fenk::Theme::icon("dialog-warning"),
+                                        tr("Nothing can be saved in %1.").arg(directory));
+            return;
+        }
+        auto* note = new Fenk::Dialog({}, tr("Next will be saved to: ") + directory, this);
+        note->setAttribute(Qt::WA_DeleteOnClose);
+        note->addButton(tr("OK"), true, Fenk::Dialog::ButtonRecommend);
+        note->open();
+    });
 }
 
 void DoPackageDialog::openPackage() {
-    const QString package = SaveDirectory::newestPackage(m_saveDirectory, m_packageName);
-    const QUrl url = QUrl::fromLocalFile(package.isEmpty() ? m_saveDirectory : package);
-    qInfo().nospace().noquote() << "open: " << url.toString();
-    QDesktopServices::openUrl(url);
+    inBackground(
+        this,
+        [directory = m_saveDirectory, name = m_packageName] {
+            return SaveDirectory::newestPackage(directory, name);
+        },
+        [this](const QString& package) {
+            const QUrl url = QUrl::fromLocalFile(package.isEmpty() ? m_saveDirectory : package);
+            qInfo().nospace().noquote() << "open: " << url.toString();
+            QDesktopServices::openUrl(url);
+        });
 }
 
 void DoPackageDialog::reject() {
-    if (!m_run.isRunning()) {
-        AbstractDialog::reject();
-        return;
-    }
-    Fenk::Dialog question(tr("The application is not yet packed, are you sure you want to close?"),
-                          tr("The current file will not be saved and will need to be repacked after closing"),
-                          this);
-    question.addButton(tr("Cancel"));
-    const int close = question.addButton(tr("OK"), false, Fenk::Dialog::ButtonWarning);
-    // The run may have ended, and its page is worth seeing, while the question was open.
-    const QPointer<DoPackageDialog> alive(this);
-    const int answer = question.exec();
-    if (!alive || answer != close)
-        return;
-    qInfo() << "close? ";
+    m_preparation.reset();
     if (m_run.isRunning())
-        m_run.cancel();
+        askWhetherToClose();
     else
         AbstractDialog::reject();
+}
+
+void DoPackageDialog::askWhetherToClose() {
+    if (m_question)
+        return;
+    m_question = new Fenk::Dialog(
+        tr("The application is not yet packed, are you sure you want to close?"),
+        tr("The current file will not be saved and will need to be repacked after closing"), this);
+    m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->addButton(tr("Cancel"));
+    const int close = m_question->addButton(tr("OK"), false, Fenk::Dialog::ButtonWarning);
+    connect(m_question, &QDialog::finished, this, [this, close](int answer) {
+        if (answer == close && m_run.isRunning()) {
+            qInfo() << "close? ";
+            m_run.cancel();
+        }
+    });
+    m_question->open();
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QPointer>
+#include <memory>
+
 #include "fenk/window/AbstractDialog.h"
 #include "packaging/driver/PackagingRun.h"
 
@@ -8,6 +11,10 @@ class ShowPackageDoneWidget;
 class ShowPackageFailedWidget;
 class ShowPackagingLogWidget;
 class ShowPackagingProgressWidget;
+
+namespace Fenk {
+class Dialog;
+}
 
 /// Packs a bottle and shows how it goes: progress with a log to unfold, then the package or why there is
 /// none. Closing it while the script runs asks first. Owned by whoever opens it; ends the script when it is
@@ -36,12 +43,15 @@ private:
     void changeSavedPath();
     void setSavedPath(const QString& directory);
     void openPackage();
+    void askWhetherToClose();
     void adjustHeight();
 
     QString m_packageName;
     QString m_packageVersion;
     QString m_saveDirectory;
     PackagingRun m_run;
+    std::unique_ptr<QObject> m_preparation;  ///< until the script is started
+    QPointer<Fenk::Dialog> m_question;
     QStackedWidget* m_pages;
     ShowPackagingProgressWidget* m_progress;
     ShowPackageDoneWidget* m_done;

@@ -5,6 +5,7 @@
 
 #include "core/base/Logging.h"
 #include "core/base/Paths.h"
+#include "packaging/driver/PackageCompression.h"
 
 namespace {
 const QLatin1String ProgressPrefix("::progress:: ");
@@ -53,14 +54,17 @@ PackagingRun::~PackagingRun() {
     m_process.waitForFinished(KillTimeoutMs);
 }
 
-void PackagingRun::start(const QString& bottleName, const QString& saveDirectory,
+void PackagingRun::start(const QString& bottleName, const QString& saveDirectory, const QString& compression,
                          const QString& logDirectory) {
     QDir().mkpath(logDirectory);
     m_log.setFileName(logDirectory + "/" + "package.log");
     if (!m_log.open(QIODevice::WriteOnly | QIODevice::Truncate))
         qWarning().noquote() << "can't write" << m_log.fileName() << m_log.errorString();
     m_process.setProgram(Paths::packagerScript());
-    m_process.setArguments({bottleName, "--savedir", saveDirectory});
+    QStringList arguments{bottleName, "--savedir", saveDirectory};
+    if (compression != PackageCompression::Xz)  // the script's default
+        arguments << "--compression" << compression;
+    m_process.setArguments(arguments);
     m_startTimer.start();
     m_process.start(QIODevice::ReadWrite);
 }

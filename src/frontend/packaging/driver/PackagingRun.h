@@ -23,7 +23,8 @@ public:
     ~PackagingRun() override;
 
     /// The log goes to package.log in `logDirectory`, which is made if it is missing.
-    void start(const QString& bottleName, const QString& saveDirectory, const QString& logDirectory);
+    void start(const QString& bottleName, const QString& saveDirectory, const QString& compression,
+               const QString& logDirectory);
     /// Has the script end; finished() follows.
     void cancel();
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include "backend/InBackground.h"
 #include "core/base/SettingsStore.h"
 
 namespace SaveDirectory {
@@ -16,6 +17,12 @@ const char Key[] = "basic.deb_save_path.";
 bool isUsable(const QString& path) {
     const QFileInfo info(path);
     return !path.isEmpty() && info.isDir() && info.isWritable();
+}
+
+void set(const QString& directory) {
+    if (settingsStore()->getOption(Key).toString() != directory)
+        settingsStore()->setOption(Key, directory);
+    qInfo().nospace().noquote() << "save to: " << directory;
 }
 
 }  // namespace
@@ -32,19 +39,28 @@ QString usable(const QString& configured, const QString& fallback) {
     return fallback;
 }
 
-QString current() {
+void find(QObject* context, const std::function<void(const QString&)>& take) {
     const QString configured = settingsStore()->getOption(Key).toString();
-    const QString path =
-        usable(configured, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
-    if (path != configured)
-        set(path);
-    qInfo().nospace().noquote() << "Will Save deb to: " << path;
-    return path;
+    inBackground(
+        context,
+        [configured] {
+            return usable(configured, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
+        },
+        [take](const QString& path) {
+            set(path);
+            qInfo().nospace().noquote() << "Will Save deb to: " << path;
+            take(path);
+        });
 }
 
-void set(const QString& directory) {
-    settingsStore()->setOption(Key, directory);
-    qInfo().nospace().noquote() << "save to: " << directory;
+void change(const QString& directory, QObject* context, const std::function<void(bool)>& then) {
+    inBackground(
+        context, [directory] { return usable(directory, {}) == directory; },
+        [directory, then](bool isUsable) {
+            if (isUsable)
+                set(directory);
+            then(isUsable);
+        });
 }
 
 QString newestPackage(const QString& directory, const QString& packageName) {

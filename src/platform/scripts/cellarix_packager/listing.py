@@ -40,6 +40,7 @@ def main(argv, packing_of):
         raise PackageError(f"There is no bottle named \"{argv[0]}\".", "no-bottle", argv[0])
     name, sources = _choices(bottle_dir)
     wanted = request.Request(ANY_NAME, ANY_NAME, "1", "", "Other", ["amd64"], sources)
+    os.environ["SOURCE_DATE_EPOCH"] = "0"  # the time of the package would be that of the newest of all files
     packing = packing_of(wanted, bottle_dir)
     with contextlib.redirect_stdout(sys.stderr):  # it reports to people
         entries = packing.entries()
@@ -108,7 +109,8 @@ def _left_out(packing):
     groups = {}
     for path, reason in packing.contents.left_out:
         place, why = _place_and_reason(path, reason, packing.user)
-        groups[place, why] = groups.get((place, why), 0) + 1
+        count = int(reason.split(" ")[0]) if why == "registry" else 1
+        groups[place, why] = groups.get((place, why), 0) + count
     return [{"place": place, "why": why, "entries": count} for (place, why), count in sorted(groups.items())]
 
 
