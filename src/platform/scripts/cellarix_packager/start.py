@@ -15,7 +15,7 @@ import signal
 import subprocess
 import sys
 
-from cellarix_packager import layout, messages, origin
+from cellarix_packager import layout, messages, origin, shortcuts
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 from cellarix_packager.userbottle import UserBottle
@@ -41,6 +41,7 @@ def main(argv):
         return 1
     application = _beside("cellarix")
     try:
+        shortcuts.provide(bottle)
         os.execv(application, [application, f"lumorawine://{bottle.name}/{argv[1]}"])
     except OSError as error:
         _tell(PackageError(f"{application}: {error.strerror}", "no-application", application))

@@ -166,13 +166,13 @@ class UserBottle:
     def _link_folders(self, directory):
         for path, kind in self.package.folders.items():
             own = os.path.join(directory, self.own_path(path))
-            target = self._home_folder(kind, os.path.basename(path))
+            target = self.home_folder(kind, os.path.basename(path))
             if os.path.isdir(target):
                 bottlefiles.put_link(target, own)
             else:
                 os.makedirs(own, exist_ok=True)
 
-    def _home_folder(self, kind, name):
+    def home_folder(self, kind, name):
         config = bottlefiles.text(os.path.join(self.home, ".config", "user-dirs.dirs"))
         match = re.search(rf'^XDG_{kind}_DIR="(.+)"$', config, re.M)
         path = match[1].replace("$HOME", self.home) if match else os.path.join(self.home, name)
