@@ -2275,10 +2275,6 @@ please wait for the component download to complete!</source>
         <translation>有文件的名称中含有换行符：%1。请重命名后重试。</translation>
     </message>
     <message>
-        <source>The folder %1 cannot be read.</source>
-        <translation>无法读取文件夹 %1。</translation>
-    </message>
-    <message>
         <source>The file %1 is larger than 8 GiB, which a package cannot hold.</source>
         <translation>文件 %1 大于 8 GiB，软件包无法容纳。</translation>
     </message>
@@ -2309,6 +2305,54 @@ please wait for the component download to complete!</source>
     <message>
         <source>The folder %1 is too close to the root of the disk. Choose a smaller one.</source>
         <translation>文件夹 %1 离磁盘的根目录太近。请选择更小的范围。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation>无法读取 %1。</translation>
+    </message>
+    <message>
+        <source>The settings of the bottle cannot be read: %1</source>
+        <translation>无法读取容器的设置：%1</translation>
+    </message>
+    <message>
+        <source>There is no bottle named %1.</source>
+        <translation>没有名为 %1 的容器。</translation>
+    </message>
+    <message>
+        <source>%1 is not a valid package name.</source>
+        <translation>%1 不是有效的包名。</translation>
+    </message>
+    <message>
+        <source>%1 is not a valid package version.</source>
+        <translation>%1 不是有效的版本号。</translation>
+    </message>
+    <message>
+        <source>No architecture is chosen for the package.</source>
+        <translation>未选择软件包支持的架构。</translation>
+    </message>
+    <message>
+        <source>No program of the bottle is chosen for the package.</source>
+        <translation>未选择要打包的程序。</translation>
+    </message>
+    <message>
+        <source>The chosen programs are not in the bottle any more. Choose again.</source>
+        <translation>所选的程序已不在容器中，请重新选择。</translation>
+    </message>
+    <message>
+        <source>The package settings are missing. Fill in the form of the package again.</source>
+        <translation>缺少打包设置，请重新填写应用 Deb 包信息。</translation>
+    </message>
+    <message>
+        <source>The package settings are damaged. Fill in the form of the package again.</source>
+        <translation>打包设置已损坏，请重新填写应用 Deb 包信息。</translation>
+    </message>
+    <message>
+        <source>The folder %1 has keys or settings of your own. Choose another one.</source>
+        <translation>文件夹 %1 中有您的密钥或个人设置，请选择其他文件夹。</translation>
+    </message>
+    <message>
+        <source>%1 is not a Windows program.</source>
+        <translation>%1 不是 Windows 程序。</translation>
     </message>
 </context>
 <context>

@@ -1,10 +1,16 @@
 """What the packager tells before it packs."""
 
+import errno
 import json
 import os
+import re
 import subprocess
+from pathlib import Path
 
 from packages import ID, PACKER, BottleCase
+from support import SCRIPTS, SOURCE
+
+from cellarix_packager import main
 
 
 class Listing(BottleCase):
@@ -37,7 +43,17 @@ class Listing(BottleCase):
         self.assertIn("@", told["maintainer"])
         self.assertGreater(told["bytes"], 14)
 
+    def test_each_cause_has_a_sentence_in_the_application(self):
+        known = re.findall(r'\{"([a-z-]+)",', Path(SOURCE, "src/frontend/packaging/driver/PackagingFailure.cpp").read_text())
+        for name in ("archive", "contents", "listing", "main", "registry", "request", "running", "savefile", "settings"):
+            text = Path(SCRIPTS, f"cellarix_packager/{name}.py").read_text()
+            for cause in re.findall(r'PackageError\((?:[^()]|\([^()]*\))*?,\s+"([a-z-]+)"', text):
+                self.assertIn(cause, known, name)
+
     def test_what_cannot_be_packed_is_told(self):
+        for error, cause in ((OSError(errno.ENOSPC, "", "/x"), "compressor"), (FileNotFoundError(errno.ENOENT, "", "/out"), "not-writable"),
+                             (FileNotFoundError(errno.ENOENT, "", "/x"), "changed"), (PermissionError(errno.EACCES, "", "/x"), "unreadable")):
+            self.assertEqual(main.cause_of(error, "/out"), cause)
         self.choose({ID: r"C:\App\a.exe"})
         self.assertEqual(json.loads(self.listed(pkgname="plain").stdout)["nameCause"], "plain-name")
         os.truncate(self.add("drive_c/huge", ""), 9 << 30)

@@ -83,7 +83,8 @@ class BottleWalk:
             raise PackageError(f"{source} contains the bottle itself and cannot go into the package.",
                                "contains-bottle", source)
         if private.is_secret_directory(source):
-            raise PackageError(f"{source} has keys or settings of yours and cannot go into the package.")
+            raise PackageError(f"{source} has keys or settings of yours and cannot go into the package.",
+                               "secret-folder", source)
         if source.count("/") < NEAR_ROOT:
             raise PackageError(f"{source} is too close to the root to be packed whole.", "wide-folder", source)
 
@@ -96,7 +97,7 @@ class BottleWalk:
     def add_file(self, source, target, prefix):
         """A program outside of the bottle. The bottle tells its place, so that it must be one."""
         if not _is_program(source):
-            raise PackageError(f"{source} is not a Windows program.")
+            raise PackageError(f"{source} is not a Windows program.", "no-windows-program", source)
         self._add(source, target, prefix)
 
     def _is_left_out(self, relative):
@@ -176,7 +177,7 @@ def _is_program(path):
         with open(path, "rb") as file:
             return file.read(2) == b"MZ"
     except OSError as error:
-        raise PackageError(f"{path} cannot be read: {error.strerror}") from None
+        raise PackageError(f"{path} cannot be read: {error.strerror}", "unreadable", path) from None
 
 
 def _check_name(path):

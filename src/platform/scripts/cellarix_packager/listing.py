@@ -53,7 +53,7 @@ def _choices(bottle_dir):
     try:
         record = json.loads(sys.stdin.buffer.read(INPUT_LIMIT))
     except (ValueError, RecursionError) as error:
-        raise PackageError(f"The choices cannot be read: {error}") from None
+        raise PackageError(f"The choices cannot be read: {error}", "damaged-choices") from None
     record = record if isinstance(record, dict) else {}
     name, programs = record.get("pkgname"), record.get("programs")
     return name if isinstance(name, str) else "", request.sources(bottle_dir, programs if isinstance(programs, dict) else {})

@@ -9,6 +9,7 @@ PACKAGE_VERSION_ARCHITECTURE.deb, else with 1 after a sentence on stderr. An int
 """
 
 import argparse
+import errno
 import json
 import os
 import pwd
@@ -44,12 +45,25 @@ def _ended(work, place):
     try:
         return work() or 0
     except PackageError as error:
-        if error.cause:
-            print(_line(f"packager: cause {error.cause}: {error.subject}"), flush=True)
-        print(error, file=sys.stderr)
+        _tell(error)
     except OSError as error:
-        print(f"{error.filename or place}: {error.strerror}", file=sys.stderr)
+        name = error.filename or place
+        _tell(PackageError(f"{name}: {error.strerror}", cause_of(error, place), name))
     return 1
+
+
+def cause_of(error, place):
+    if error.errno in (errno.ENOSPC, errno.EDQUOT):
+        return "compressor"
+    if error.filename in (None, place):
+        return "not-writable"
+    return "changed" if error.errno == errno.ENOENT else "unreadable"
+
+
+def _tell(error):
+    if error.cause:
+        print(_line(f"packager: cause {error.cause}: {error.subject}"), flush=True)
+    print(error, file=sys.stderr)
 
 
 def _interrupt(number, _frame):
@@ -60,7 +74,7 @@ def pack(options):
     """Returns the path of the package."""
     bottle_dir = bottle_directory(options.bottle, os.environ)
     if bottle_dir is None:
-        raise PackageError(f"There is no bottle named \"{options.bottle}\".")
+        raise PackageError(f"There is no bottle named \"{options.bottle}\".", "no-bottle", options.bottle)
     wanted = request.load(bottle_dir)
     with running.Alone(options.bottle, bottle_dir, os.environ, IDLE_SECONDS):
         return _packed(options, wanted, bottle_dir)
@@ -154,7 +168,7 @@ class Packing:
         with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_CLOEXEC), "rb") as file:
             data = file.read(REGISTRY_LIMIT + 1)
         if len(data) > REGISTRY_LIMIT:
-            raise PackageError(f"{path} is too large.")
+            raise PackageError(f"{path} is too large.", "unreadable", path)
         return data.decode("utf-8", "surrogateescape")
 
     def _add_registry(self):

@@ -50,14 +50,14 @@ def load(bottle_dir):
     chosen = _read_object(bottle_dir, "pkgsrc.json")
     text = {key: _one_line(info.get(key)) for key in ("appname", "pkgname", "pkgversion", "category")}
     if len(text["pkgname"]) < 2 or len(text["pkgname"]) > 200 or not NAME.fullmatch(text["pkgname"]):
-        raise PackageError(f"\"{text['pkgname']}\" is not a valid package name.")
+        raise PackageError(f"\"{text['pkgname']}\" is not a valid package name.", "bad-name", text["pkgname"])
     check_owner(text["pkgname"])
     if len(text["pkgversion"]) > 200 or not VERSION.fullmatch(text["pkgversion"]):
-        raise PackageError(f"\"{text['pkgversion']}\" is not a valid package version.")
+        raise PackageError(f"\"{text['pkgversion']}\" is not a valid package version.", "bad-version", text["pkgversion"])
     words = info.get("arch") if isinstance(info.get("arch"), list) else []
     architectures = [word for word in ARCHITECTURES if word in words]
     if not architectures:
-        raise PackageError("No architecture is chosen for the package.")
+        raise PackageError("No architecture is chosen for the package.", "no-architecture")
     description = info.get("pkgdesc") if isinstance(info.get("pkgdesc"), str) else ""
     category = text["category"] if text["category"] in CATEGORIES else "Other"
     return Request(text["appname"] or text["pkgname"], text["pkgname"], text["pkgversion"], description, category,
@@ -67,10 +67,10 @@ def load(bottle_dir):
 def sources(bottle_dir, chosen):
     """`chosen` is the object of pkgsrc.json."""
     if odd := next((uuid for uuid in chosen if not layout.PROGRAM_ID.fullmatch(uuid)), None):
-        raise PackageError(f"{odd!r} is not the id of a program.")
+        raise PackageError(f"{odd!r} is not the id of a program.", "damaged-choices")
     found = [_source(bottle_dir, uuid, entry) for uuid, entry in sorted(chosen.items()) if isinstance(entry, dict)]
     if not found:
-        raise PackageError("No program of the bottle is chosen for the package.")
+        raise PackageError("No program of the bottle is chosen for the package.", "no-program")
     return found
 
 
@@ -97,9 +97,9 @@ def _read_object(bottle_dir, name):
         with open(path, "rb") as file:
             value = json.loads(file.read(RECORD_LIMIT))
     except FileNotFoundError:
-        raise PackageError(f"The package is not described yet: {path} is missing.") from None
+        raise PackageError(f"The package is not described yet: {path} is missing.", "no-description") from None
     except (OSError, ValueError, RecursionError) as error:
-        raise PackageError(f"{path} cannot be read: {error}") from None
+        raise PackageError(f"{path} cannot be read: {error}", "unreadable", path) from None
     return value if isinstance(value, dict) else {}
 
 

@@ -70,7 +70,7 @@ def for_package(record, request, bottle_dir, words, user):
             program["folder"] = windows_path(os.path.dirname(source.target))
         kept[source.uuid] = with_profile(_without(program, words), user, layout.USER)
     if not kept:
-        raise PackageError("None of the chosen programs is in the bottle any more.")
+        raise PackageError("None of the chosen programs is in the bottle any more.", "program-gone")
     return {key: record[key] for key in KEYS if key in record} | {PROGRAMS: kept}
 
 
