@@ -77,6 +77,21 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_view);
     }
 
+    void choicesOfAReloadOutliveTheWindow() {
+        m_service->clearCalls();
+        setBottle({"a"});
+        auto settings = std::make_unique<BottleSettings>("office", nullptr);
+        settings->load();
+        QTRY_COMPARE(settings->state(), BottleSettings::State::Ready);
+        settings->load();
+        settings->choose(Setting::Dxvk, "dxvk-1");
+        settings->choose(Setting::Dpi, 126);
+        settings.reset();
+        QCOMPARE(m_service->waitForCall("setDPI").arguments, QJsonArray({"office", 126}));
+        QCOMPARE(m_service->calls("setDxvk").value(0).arguments, QJsonArray({"office", "dxvk-1", true}));
+        QCOMPARE(m_service->calls("setD3dRenderer").value(0).arguments, QJsonArray({"office", "vulkan"}));
+    }
+
     void bottleIsNotThere() {
         m_service->setHeld("Bottles.get:office", "{}");
         m_view = new BottlesConfigView;

@@ -31,16 +31,30 @@ BottleSettings::BottleSettings(const QString& bottle, QObject* parent) : QObject
 }
 
 BottleSettings::~BottleSettings() {
-    if (!m_dpiTimer.isActive())
-        return;
-    const int dpi = m_values.value(Setting::Dpi).toInt();
-    qDebug() << "setdpi: " << dpi;
-    const auto onAnswer = [bottle = m_bottle,
+    SettingValues values = m_beforeKept;
+    for (const auto& [setting, value] : qAsConst(m_kept)) {
+        const SettingRules::Effect effect = SettingRules::effectOf(values, setting, value);
+        values = effect.values;
+        if (effect.setsVulkan)
+            sendAtEnd(Setting::Renderer, values.value(Setting::Renderer));
+        if (setting != Setting::Dpi || !m_dpiTimer.isActive())
+            sendAtEnd(setting, value);
+    }
+    if (m_dpiTimer.isActive())
+        sendAtEnd(Setting::Dpi, m_values.value(Setting::Dpi));
+}
+
+/// The process stays until the service has answered; a refusal is only logged.
+void BottleSettings::sendAtEnd(Setting setting, const QVariant& value) const {
+    if (setting == Setting::Dpi)
+        qDebug() << "setdpi: " << value.toInt();
+    const auto onAnswer = [setting, bottle = m_bottle,
                            hold = PendingWork::instance()->hold()](const BusResult& answer) {
         if (!answer.ok)
-            qWarning().noquote() << "the DPI of" << bottle << "was not changed:" << answer.errorMessage;
+            qWarning().noquote() << "the setting" << SettingTable::of(setting).objectName << "of" << bottle
+                                 << "was not changed:" << answer.errorMessage;
     };
-    BottlesConfig::instance()->setDPI(m_bottle, dpi, qApp, onAnswer);
+    SettingTable::of(setting).send(m_bottle, value, qApp, onAnswer);
 }
 
 void BottleSettings::load() {

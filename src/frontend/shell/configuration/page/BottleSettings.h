@@ -22,7 +22,7 @@ public:
     enum class State { Loading, Ready, Failed };
 
     BottleSettings(const QString& bottle, QObject* parent);
-    /// Sends a DPI that is still held back.
+    /// Sends a DPI that is still held back, and choices that were kept.
     ~BottleSettings() override;
 
     /// Reads the record again. Also done by itself when the service has left the bus or has come back.
@@ -93,6 +93,7 @@ private:
     void takeBack(Setting setting, const BusResult& answer);
     void sendComponent(Setting component);
     void sendDpi();
+    void sendAtEnd(Setting setting, const QVariant& value) const;
     void followService();
     void onSetupDone(const QString& kind, const QString& name, const QString& result);
     void onServiceLost();
