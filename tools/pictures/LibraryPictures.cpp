@@ -22,6 +22,7 @@
 #include "fenk/window/Dialog.h"
 #include "fenk/window/TitleBar.h"
 #include "launch/records/FailedStarts.h"
+#include "programs/OrphanedBottles.h"
 #include "programs/ProgramStarts.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
@@ -214,6 +215,31 @@ QList<QWidget*> failedMenu(const Scene& scene) {
     return windows + QList<QWidget*>{scene.tile(7)->optionMenu()};
 }
 
+/// The package of most programs has been removed, and the files of one with it.
+QList<QWidget*> orphans(const Scene& scene) {
+    const ProgramRef lost = scene.tile(3)->ref();
+    const QJsonObject bottle{
+        {"bottle", lost.bottle}, {"package", "com.example.harbour"}, {"lost", QJsonArray{lost.uuid}}};
+    scene.service->setJson("CleanUp.bottlesOfRemovedPackages", QJsonArray{bottle});
+    OrphanedBottles::instance()->load();
+    settle(300);
+    return {scene.window};
+}
+
+QList<QWidget*> orphanQuestion(const Scene& scene) {
+    const QList<QWidget*> windows = orphans(scene);
+    scene.tile(3)->activate();
+    settle(300);
+    return windows + QList<QWidget*>{QApplication::activeModalWidget()};
+}
+
+QList<QWidget*> orphanMenu(const Scene& scene) {
+    const QList<QWidget*> windows = orphans(scene);
+    scene.tile(3)->onBtnOptionClicked();
+    settle(400);
+    return windows + QList<QWidget*>{scene.tile(3)->optionMenu()};
+}
+
 QList<QWidget*> refusedRemoval(const Scene& scene) {
     scene.service->setError("Bottles.removeExternalProgram", "busy");
     QWidget* question = removal(scene).last();
@@ -344,6 +370,8 @@ const struct {
     {"removal-running", 60, removalOfRunning},
     {"states", 60, states},
     {"states-menu", 60, failedMenu},
+    {"package-removed", 60, orphanQuestion},
+    {"package-removed-menu", 60, orphanMenu},
     {"removal-refused", 60, refusedRemoval},
     {"properties", 60,
      [](const Scene& scene) {

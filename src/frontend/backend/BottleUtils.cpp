@@ -102,15 +102,17 @@ BottleUtils::Removal BottleUtils::deleteEntry(const QString& bottle, const QStri
     if (!deleteEmptyBottle)
         return Removal::Done;
     const QJsonObject record = service().get(bottle);
-    if (BottleRecord::hasPrograms(record) && BottleRecord::programs(record).isEmpty()) {
-        qInfo().noquote().nospace() << "delete bottles: " << bottle;
-        const BusResult deleted = service().deleteBottleAndWait(bottle);
-        if (!deleted.ok) {
-            qWarning().noquote() << "can't delete" << bottle << deleted.errorMessage;
-            return Removal::BottleRefused;
-        }
-    }
-    return Removal::Done;
+    const bool isEmpty = BottleRecord::hasPrograms(record) && BottleRecord::programs(record).isEmpty();
+    return isEmpty ? deleteBottle(bottle) : Removal::Done;
+}
+
+BottleUtils::Removal BottleUtils::deleteBottle(const QString& bottle) {
+    qInfo().noquote().nospace() << "delete bottles: " << bottle;
+    const BusResult deleted = service().deleteBottleAndWait(bottle);
+    if (deleted.ok)
+        return Removal::Done;
+    qWarning().noquote() << "can't delete" << bottle << deleted.errorMessage;
+    return Removal::BottleRefused;
 }
 
 QString BottleUtils::addExe(const QString& bottle, const QString& name, const QString& path) {

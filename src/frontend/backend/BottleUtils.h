@@ -31,6 +31,8 @@ enum class Removal { Done, ProgramRefused, BottleRefused };
 /// Removes a program; with the flag, also the bottle when that was its last one. Blocks; not in the GUI
 /// thread.
 Removal deleteEntry(const QString& bottle, const QString& programId, bool deleteEmptyBottle);
+/// Removes a bottle whatever is in it: Done or BottleRefused. Blocks; not in the GUI thread.
+Removal deleteBottle(const QString& bottle);
 /// Adds an executable as a program. Returns the new program's id, or nothing when the service has refused.
 QString addExe(const QString& bottle, const QString& name, const QString& path);
 bool setStars(const QString& bottle, const QString& programId, int stars);

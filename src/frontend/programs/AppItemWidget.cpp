@@ -5,6 +5,7 @@
 #include "launch/LaunchWindows.h"
 #include "launch/records/FailedStarts.h"
 #include "programs/AppItemWidgetStateManager.h"
+#include "programs/OrphanedBottles.h"
 #include "programs/ProgramRuns.h"
 #include "programs/ProgramStarts.h"
 #include "programs/RunStateButton.h"
@@ -24,6 +25,7 @@ AppItemWidget::AppItemWidget(const ProgramPtr& program, QWidget* parent)
             onStartButtonClicked(false);
     });
     AppItemWidgetStateManager::instance()->watchItem(ref(), this, [this] { refreshRunState(); });
+    connect(OrphanedBottles::instance(), &OrphanedBottles::changed, this, [this] { refreshRunState(); });
 }
 
 bool AppItemWidget::isRunning() const {
@@ -31,7 +33,17 @@ bool AppItemWidget::isRunning() const {
 }
 
 const FailedStart* AppItemWidget::failedStart() const {
-    return isRunning() ? nullptr : FailedStarts::instance()->find(ref().bottle, ref().uuid);
+    return isRunning() || isLost() ? nullptr : FailedStarts::instance()->find(ref().bottle, ref().uuid);
+}
+
+const OrphanedBottle* AppItemWidget::orphan() const {
+    return OrphanedBottles::instance()->find(ref().bottle);
+}
+
+/// Its files have gone with its package, so that there is nothing to start or to repair.
+bool AppItemWidget::isLost() const {
+    const OrphanedBottle* bottle = orphan();
+    return bottle && bottle->lostPrograms.contains(ref().uuid);
 }
 
 void AppItemWidget::refreshRunState() {
@@ -62,7 +74,10 @@ void AppItemWidget::repair() {
 }
 
 void AppItemWidget::onStartButtonClicked(bool inTerminal) {
-    ProgramStarts::instance()->start(*m_program, inTerminal);
+    if (isLost())
+        Q_EMIT packageMissing();
+    else
+        ProgramStarts::instance()->start(*m_program, inTerminal);
 }
 
 void AppItemWidget::onStopButtonClicked() {

@@ -7,6 +7,7 @@
 
 class RunStateButton;
 struct FailedStart;
+struct OrphanedBottle;
 
 /// Base of the widgets that show one program, a tile or a card: its run button starts, quits or repairs the
 /// program and follows its state. Belongs to its parent; GUI thread.
@@ -20,11 +21,15 @@ public:
     bool isRunning() const;
     /// Why the last start failed. Null while the program runs and after a good start. Not owned.
     const FailedStart* failedStart() const;
+    /// Null unless the package that the bottle was made from has been removed. Not owned.
+    const OrphanedBottle* orphan() const;
     /// Shows the present state; called on every change of it.
     virtual void refreshRunState();
 
 Q_SIGNALS:
     void appStarsUpdate(const QString& appName, int score);
+    /// The program was to be started, and its files have gone with its package.
+    void packageMissing();
     /// For the user.
     void message(const QString& text, bool isError);
 
@@ -42,6 +47,8 @@ protected:
     ProgramPtr m_program;
 
 private:
+    bool isLost() const;
+
     RunStateButton* m_runButton;
     QElapsedTimer m_sinceClick;
 };

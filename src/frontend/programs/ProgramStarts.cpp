@@ -12,6 +12,7 @@
 #include "launch/repair/StartCheck.h"
 #include "launch/script/LauncherExit.h"
 #include "launch/script/WineLauncher.h"
+#include "programs/OrphanedBottles.h"
 #include "programs/ProgramRuns.h"
 
 namespace {
@@ -103,7 +104,10 @@ void ProgramStarts::onLauncherEnded(WineLauncher* launcher, const ProgramRef& re
     forget(ref);
     if (isStopped)
         return;
-    if (launcher->exitCode() != LauncherExit::Busy)  // a bottle that is being changed needs no repair
+    // A bottle that is being changed, or whose package is gone, needs no repair.
+    if (launcher->report().cause == LauncherExit::PackageRemoved)
+        OrphanedBottles::instance()->load();
+    else if (launcher->exitCode() != LauncherExit::Busy)
         FailedStarts::instance()->mark(ref.bottle, ref.uuid, {errorText, {}});
     Q_EMIT failed(ref.uuid, errorText);
 }

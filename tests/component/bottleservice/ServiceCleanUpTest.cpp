@@ -83,6 +83,23 @@ private Q_SLOTS:
             QCOMPARE(cleanUp(name, Id)["reason"].toString(), QString("it has programs"));
     }
 
+    void removedPackages() {
+        m_service.write("bottles/packed/bottle.yml", Program);
+        m_service.write("bottles/packed/.package/origin.json",
+                        R"({"format":1,"package":"com.example.gone"})");
+        const auto found = [this] {
+            return m_service.call("bottlesOfRemovedPackages", {}, "CleanUp").arguments().value(0).toString();
+        };
+        QCOMPARE(found(),
+                 QString(R"([{"bottle":"packed","lost":["%1"],"package":"com.example.gone"}])").arg(Id));
+        m_service.write("bottles/packed/dosdevices/c:/a.exe", "MZ");
+        QVERIFY(found().contains(R"("lost":[])"));
+        QCOMPARE(m_service.call("keepBottle", {"packed"}, "CleanUp").errorMessage(), QString());
+        QCOMPARE(found(), QString("[]"));
+        QCOMPARE(QDir(m_service.bottlePath("packed")).entryList({".pack*"}, QDir::AllEntries | QDir::Hidden),
+                 QStringList());
+    }
+
     void whoIsAsked() {
         m_service.write("bottles/public/x/bottle.yml", "Template: t\n");
         m_service.write("bottles/public/x/drive_c/x/y", "");

@@ -110,6 +110,10 @@ class Commands(LaunchCase):
             with self.subTest(words):
                 self.assert_refused(words, code, text)
         self.assertEqual(self.launch("public/p", "x.exe")[0], 0)
+        self.bottle("gone", programs={UUID: {"path": r"C:\gone.exe"}})
+        self.write("home 家/.local/share/lumora-wine-bottles/bottles/gone/.package/origin.json",
+                   '{"format": 1, "package": "com.example.gone"}')
+        self.assert_refused(["gone", "--uuid", UUID], 66, "the package com.example.gone, which has been removed")
 
         log = self.path("new/dir/l.txt")
         out = self.launch("t", "--log-path", log, "--uuid", UUID)[1]

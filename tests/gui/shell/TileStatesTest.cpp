@@ -1,3 +1,4 @@
+#include <QLabel>
 #include <QMenu>
 
 #include "fenk/controls/SearchEdit.h"
@@ -72,6 +73,38 @@ private Q_SLOTS:
         QTRY_COMPARE(runButton("a")->text(), QString("Repair"));
         FailedStarts::instance()->record("office", "a", {});
         QVERIFY(runButton("a")->text().isEmpty());
+    }
+
+    void removedPackage() {
+        const auto setLost = [this](const QJsonArray& lost) {
+            const QJsonObject bottle{{"bottle", "office"}, {"package", "com.<b>"}, {"lost", lost}};
+            m_service->setJson("CleanUp.bottlesOfRemovedPackages", QJsonArray{bottle});
+        };
+        const auto orphanQuestion = [this] { return m_window->findChild<Fenk::Dialog*>("orphan_question"); };
+        setLost({"a"});
+        openBoth();
+        QTRY_VERIFY(tile("a")->toolTip().contains("com.&lt;b&gt;"));
+        QVERIFY(tile("b")->accessibleDescription().contains("can still be started"));
+        // Nothing is started that is not there; the user decides what becomes of the rest.
+        runButton("a")->click();
+        QTRY_VERIFY(orphanQuestion());
+        QVERIFY(!ProgramRuns::instance()->isRunning("a"));
+        QCOMPARE(TestSupport::outOfReach(orphanQuestion()), QString());
+        orphanQuestion()->button(1)->click();
+        QTRY_VERIFY(question());
+        QTRY_VERIFY(question()->findChild<QLabel*>("removal_size")->text().contains("2 programs"));
+        question()->button(1)->click();
+        QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"office"});
+        QCOMPARE(m_service->calls("removeExternalProgram").size(), 0);
+        backToWindow();
+        tile("b")->onBtnOptionClicked();
+        QTRY_VERIFY(tile("b")->optionMenu() && tile("b")->optionMenu()->isVisible());
+        tile("b")->optionMenu()->actions().at(1)->trigger();
+        QTRY_VERIFY(orphanQuestion());
+        m_service->setText("CleanUp.keepBottle", "");
+        orphanQuestion()->button(2)->click();
+        QCOMPARE(m_service->waitForCall("keepBottle").arguments, QJsonArray{"office"});
+        QTRY_VERIFY(!tile("a")->toolTip().contains("com."));
     }
 
     void keys() {

@@ -1,8 +1,10 @@
 #include "bottleservice/bottles/BottleUse.h"
 
 #include "bottleservice/bottles/FoundPrograms.h"
+#include "bottleservice/bottles/PackageOrigin.h"
 #include "bottleservice/wine/AddedFiles.h"
 #include "support/Table.h"
+#include "support/TestHome.h"
 
 /// What keeps a bottle that a launch has left behind, and what of it counts.
 class BottleUseTest : public QObject {
@@ -22,6 +24,35 @@ private Q_SLOTS:
             QVERIFY(!mayGo(fact, true) && !mayGo(fact, std::nullopt));
         }
         QVERIFY(!BottleUse({false, false, false, false, false, true}).reasonToKeep().isEmpty());
+    }
+
+    void packageOrigins_data() {
+        using State = PackageOrigin::State;
+        const TestSupport::Table<QString, QString, QByteArray, QString, int> row("bottle", "file", "text",
+                                                                                 "installed", "state");
+        const QByteArray origin = R"({"format":1,"package":"com.a"})";
+        row("ordinary", "b", "bottle.yml", "", "com.a", int(State::Own));
+        row("installed", "b", ".package/origin.json", origin, "com.a", int(State::Installed));
+        row("removed", "b", ".package/origin.json", origin, "com.b", int(State::Removed));
+        row("older bottle", "com.a", ".package/version", "1", "com.a", int(State::Installed));
+        row("older second bottle", "com.a.package", ".package/version", "1", "com.a", int(State::Installed));
+        row("older, removed", "com.a", ".package/version", "1", "com.b", int(State::Removed));
+        row("later format", "com.a", ".package/origin.json", R"({"format":2,"package":"com.a"})", "com.b",
+            int(State::Unknown));
+        row("leads elsewhere", "b", ".package/origin.json", R"({"format":1,"package":"../a"})", "com.b",
+            int(State::Unknown));
+        row("broken", "com.a", ".package/origin.json", "{", "com.b", int(State::Unknown));
+    }
+    void packageOrigins() {
+        QFETCH(QString, bottle);
+        QFETCH(QString, file);
+        QFETCH(QByteArray, text);
+        QFETCH(QString, installed);
+        const TestSupport::TestHome home;
+        home.write(bottle + '/' + file, text);
+        home.write("apps/" + installed + "/files/package.json", "{}");
+        const auto facts = PackageOrigin::look(home.path() + '/' + bottle, home.path() + "/apps");
+        QTEST(int(PackageOrigin::stateOf(facts)), "state");
     }
 
     void expectedFiles() {

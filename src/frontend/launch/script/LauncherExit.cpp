@@ -33,6 +33,10 @@ constexpr CauseText CauseTexts[] = {
      QT_TRANSLATE_NOOP("ExeFileExecutor",
                        "The bottle is being packed or upgraded. Try again when that is done.")},
     {"not-startable", QT_TRANSLATE_NOOP("ExeFileExecutor", "Wine cannot be started: %1")},
+    {LauncherExit::PackageRemoved,
+     QT_TRANSLATE_NOOP("ExeFileExecutor",
+                       "The program's files belonged to the package %1, which has been removed. Install the "
+                       "package again, or remove what is left of the program.")},
     {"unreadable", QT_TRANSLATE_NOOP("ExeFileExecutor", "The program \"%1\" cannot be read.")},
 };
 

@@ -11,6 +11,9 @@ constexpr int NotStarted = -1;  ///< the script could not be started, or was kil
 constexpr int Busy = 75;        ///< something is being installed into the bottle
 constexpr int NeedsWine32 = 78;
 
+/// The cause that the program's files have gone with the package that they belonged to.
+constexpr char PackageRemoved[] = "package-removed";
+
 /// Whether the code is that of a program ended by a signal from outside, such as the hang-up of its terminal.
 bool isEndedFromOutside(int exitCode);
 

@@ -18,6 +18,7 @@
 #include "launch/inspection/OpenRefusal.h"
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ListPlaceholder.h"
+#include "programs/OrphanedBottles.h"
 #include "programs/ProgramIcons.h"
 #include "programs/ProgramRuns.h"
 #include "shell/library/AppListEmptyTipsWidget.h"
@@ -59,6 +60,7 @@ AppLocalView::AppLocalView(QWidget* parent)
     refresh();
     m_library->load();
     ProgramRuns::instance()->load();
+    OrphanedBottles::instance()->load();
 }
 
 QWidget* AppLocalView::makeHead() {

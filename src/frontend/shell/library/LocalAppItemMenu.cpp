@@ -56,7 +56,11 @@ bool hasWindow(Action action) {
 int LocalAppItemMenu::s_longestWaitMs = 1000;
 
 LocalAppItemMenu::LocalAppItemMenu(AppItemWidget* item, QWidget* anchor)
-    : QObject(item), m_item(item), m_anchor(anchor), m_repair(new QAction(tr("Repair"), this)) {
+    : QObject(item),
+      m_item(item),
+      m_anchor(anchor),
+      m_repair(new QAction(tr("Repair"), this)),
+      m_orphan(new QAction(tr("Package Removed…"), this)) {
     for (int i = 0; i < ProgramMenu::ActionCount; ++i)
         m_actions[size_t(i)] = new QAction(tr(Words[i]), this);
     Fenk::setDestructive(action(Action::Remove));
@@ -68,7 +72,7 @@ void LocalAppItemMenu::fill() {
     m_menu->setAccessibleName("appitem_option_menu");
     m_menu->setToolTipsVisible(true);
     connect(m_menu, &QMenu::aboutToHide, this, &LocalAppItemMenu::closed);
-    m_menu->addAction(m_repair);
+    m_menu->addActions({m_repair, m_orphan});
     const ProgramMenu::Layout layout = ProgramMenu::layoutFor(m_item->ref().bottle);
     for (const Action which : layout.before)
         m_menu->addAction(action(which));
@@ -135,6 +139,7 @@ void LocalAppItemMenu::show() {
         action(which)->setVisible(ProgramMenu::isShown(which, m_facts) && hasWindow(which));
     }
     m_repair->setVisible(m_item->failedStart() != nullptr);
+    m_orphan->setVisible(m_item->orphan() != nullptr);
     setEnabled(Action::OpenInTerminal, !m_item->isRunning(), tr("The program is running"));
     // The question needs to say whether the bottle is deleted, too.
     setEnabled(Action::Remove, m_facts.programCount.has_value(),

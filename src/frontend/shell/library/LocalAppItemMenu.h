@@ -29,6 +29,8 @@ public:
     QAction* action(ProgramMenu::Action action) const { return m_actions[size_t(action)]; }
     /// Only in the menu of a program whose last start has failed.
     QAction* repairAction() const { return m_repair; }
+    /// Only in the menu of a program whose package has been removed.
+    QAction* orphanAction() const { return m_orphan; }
     /// Null until the first opening.
     QMenu* menu() const { return m_menu; }
     /// As of the last opening.
@@ -53,6 +55,7 @@ private:
     QWidget* m_anchor;
     std::array<QAction*, ProgramMenu::ActionCount> m_actions{};
     QAction* m_repair;
+    QAction* m_orphan;
     QMenu* m_menu = nullptr;
     QPoint m_place;
     ProgramMenu::Facts m_facts;

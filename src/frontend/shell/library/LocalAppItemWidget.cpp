@@ -22,6 +22,7 @@
 #include "launch/records/FailedStarts.h"
 #include "launch/run/BottleTasks.h"
 #include "programs/AppItemWidgetStateManager.h"
+#include "programs/OrphanedBottles.h"
 #include "programs/ProgramIcons.h"
 #include "programs/RunStateButton.h"
 #include "programs/StarRating.h"
@@ -29,6 +30,7 @@
 #include "shell/associations/FileAssosiationsExportDialog.h"
 #include "shell/library/BottleBackupActions.h"
 #include "shell/library/LocalAppItemMenu.h"
+#include "shell/library/OrphanQuestion.h"
 #include "shell/library/RemovalQuestion.h"
 #include "shell/library/TileIcon.h"
 #include "shell/properties/AppPropertyDlg.h"
@@ -120,6 +122,7 @@ void LocalAppItemWidget::refreshRunState() {
     const bool hasStars = runButton()->text().isEmpty();  // there is no room beside a text
     m_icon->setDot(running         ? TileIcon::Dot::Running
                    : failedStart() ? TileIcon::Dot::Failed
+                   : orphan()      ? TileIcon::Dot::Orphaned
                                    : TileIcon::Dot::None);
     updateTexts();
     const int strip = runButton()->width() + (hasStars ? Tokens::Space8 + m_stars->width() : 0);
@@ -132,11 +135,15 @@ void LocalAppItemWidget::refreshRunState() {
 
 void LocalAppItemWidget::updateTexts() {
     const FailedStart* failed = failedStart();
-    setAccessibleDescription(isRunning() ? tr("Running") : failed ? failed->reason : QString());
+    const OrphanedBottle* bottle = orphan();
+    const QString removal = bottle ? OrphanQuestion::textOf(*program(), *bottle) : QString();
+    setAccessibleDescription(isRunning() ? tr("Running") : failed ? failed->reason : removal);
     QString tip = QString("<b>%1</b><br>%2")
                       .arg(program()->name.toHtmlEscaped(), program()->path.left(LongestTip).toHtmlEscaped());
     if (failed)
         tip += "<br><br>" + failed->reason.left(LongestTip).toHtmlEscaped();
+    if (bottle)
+        tip += "<br><br>" + removal.left(LongestTip).toHtmlEscaped();
     setToolTip(tip);
 }
 
@@ -276,6 +283,8 @@ QMenu* LocalAppItemWidget::optionMenu() const {
 void LocalAppItemWidget::connectActions() {
     using Self = LocalAppItemWidget;
     connect(m_menu->repairAction(), &QAction::triggered, this, &Self::repair);
+    connect(m_menu->orphanAction(), &QAction::triggered, this, &Self::askAboutOrphan);
+    connect(this, &AppItemWidget::packageMissing, this, &Self::askAboutOrphan);
     const auto on = [this](Action which, auto slot) {
         connect(action(which), &QAction::triggered, this, slot);
     };
@@ -345,6 +354,11 @@ void LocalAppItemWidget::oncreateDesktopFileAction() {
 
 void LocalAppItemWidget::onRemoveActionTriggered() {
     RemovalQuestion::ask(*program(), m_menu->removesBottle(), window());
+}
+
+void LocalAppItemWidget::askAboutOrphan() {
+    if (const OrphanedBottle* bottle = orphan())
+        OrphanQuestion::ask(*program(), *bottle, window());
 }
 
 /// The menu was not opened, so that the service is asked here whether the bottle is deleted, too.

@@ -75,6 +75,7 @@ private:
     std::array<QWidget*, 3> focusParts() const;
     void setPartVisible(QWidget* part, bool visible);
     void askRemoval();
+    void askAboutOrphan();
 
     TileIcon* m_icon;
     TileName* m_name;

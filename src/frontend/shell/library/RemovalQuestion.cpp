@@ -24,6 +24,9 @@ namespace {
 
 constexpr int LongestNameInTitle = 24;
 
+/// What is removed: a program, the last one with its bottle, or a bottle whatever is in it.
+enum class What { Program, LastProgram, Bottle };
+
 struct Question {
     Q_DECLARE_TR_FUNCTIONS(RemovalQuestion)
 };
@@ -55,20 +58,24 @@ bool mayBeOutside(const QString& path) {
     return !path.startsWith(QLatin1String("C:"), Qt::CaseInsensitive);
 }
 
-/// Returns nothing, and removes nothing, if the bottle would be left without a program and `withBottle` is
-/// false. Waits for the service.
-std::optional<BottleUtils::Removal> tryRemove(const ProgramRef& ref, bool withBottle) {
-    if (!withBottle) {
+/// Returns nothing, and removes nothing, if the bottle would be left without a program and only that is to be
+/// removed. Waits for the service.
+std::optional<BottleUtils::Removal> tryRemove(const ProgramRef& ref, What what) {
+    if (what == What::Bottle)
+        return BottleUtils::deleteBottle(ref.bottle);
+    if (what == What::Program) {
         const QJsonObject programs = BottleUtils::bottlePrograms(ref.bottle);
         if (!programs.contains(ref.uuid))
             return BottleUtils::Removal::ProgramRefused;  // empty also when the call has timed out
         if (programs.size() == 1)
             return std::nullopt;
     }
-    return BottleUtils::deleteEntry(ref.bottle, ref.uuid, withBottle);
+    return BottleUtils::deleteEntry(ref.bottle, ref.uuid, what == What::LastProgram);
 }
 
-QString errorTextOf(BottleUtils::Removal removal, const QString& name) {
+QString errorTextOf(BottleUtils::Removal removal, What what, const QString& name) {
+    if (what == What::Bottle && removal != BottleUtils::Removal::Done)
+        removal = BottleUtils::Removal::ProgramRefused;
     switch (removal) {
         case BottleUtils::Removal::ProgramRefused:
             return Question::tr("%1 could not be removed. It is still there.").arg(name);
@@ -88,13 +95,16 @@ QString titleOf(bool withBottle, const QString& name) {
                                                            : name.left(LongestNameInTitle) + QChar(0x2026));
 }
 
-void showSize(Fenk::Label* label, const QString& directory) {
+void showSize(Fenk::Label* label, const QString& directory, int programs) {
     label->setToolTip(Fenk::plainToolTip(directory));
     inBackground(
         label, [directory] { return DirectorySize::of(directory); },
-        [label](qint64 bytes) {
-            label->setText(
-                Question::tr("The container (%1) will be deleted.").arg(TextUtils::readableSize(bytes)));
+        [label, programs](qint64 bytes) {
+            const QString text =
+                programs > 1
+                    ? Question::tr("The container (%1) will be deleted with its %n programs.", "", programs)
+                    : Question::tr("The container (%1) will be deleted.");
+            label->setText(text.arg(TextUtils::readableSize(bytes)));
         });
 }
 
@@ -119,26 +129,26 @@ void addDetails(Fenk::Dialog* dialog, const Program& program, bool withBottle) {
         dialog->addContent(size);
     dialog->addContent(file);
     file->hide();
-    BottlesConfig::instance()->watchBottle(ref.bottle, dialog,
-                                           [size, file, program](const BusResult& result) {
-                                               const QString bottle = BottleRecord::path(result.object());
-                                               if (bottle.isEmpty())
-                                                   return;
-                                               file->setVisible(isOutside(program.path, bottle));
-                                               if (size)
-                                                   showSize(size, bottle);
-                                           });
+    BottlesConfig::instance()->watchBottle(
+        ref.bottle, dialog, [size, file, program](const BusResult& result) {
+            const QString bottle = BottleRecord::path(result.object());
+            if (bottle.isEmpty())
+                return;
+            file->setVisible(isOutside(program.path, bottle));
+            if (size)
+                showSize(size, bottle, BottleRecord::programs(result.object()).size());
+        });
 }
 
-void remove(const Program& program, bool withBottle, const QPointer<QWidget>& over) {
+void remove(const Program& program, What what, const QPointer<QWidget>& over) {
     const ProgramRef ref = program.ref;
     // The service ends what runs in a bottle that it deletes.
-    if (!withBottle && ProgramRuns::instance()->isRunning(ref))
+    if (what == What::Program && ProgramRuns::instance()->isRunning(ref))
         ProgramStarts::instance()->stop(ref);
     changeServiceAsync(
-        qApp, [ref, withBottle] { return tryRemove(ref, withBottle); },
-        [program, over](const std::optional<BottleUtils::Removal>& removal) {
-            const QString errorText = removal ? errorTextOf(*removal, program.name) : QString();
+        qApp, [ref, what] { return tryRemove(ref, what); },
+        [program, what, over](const std::optional<BottleUtils::Removal>& removal) {
+            const QString errorText = removal ? errorTextOf(*removal, what, program.name) : QString();
             if (!errorText.isEmpty())
                 AppItemWidgetStateManager::instance()->reportFailure(program.ref.uuid, errorText);
             if (!removal && over)
@@ -147,9 +157,8 @@ void remove(const Program& program, bool withBottle, const QPointer<QWidget>& ov
         ServiceThreads::inOrder());
 }
 
-}  // namespace
-
-void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over) {
+void askFor(const Program& program, What what, QWidget* over) {
+    const bool withBottle = what != What::Program;
     const QString message =
         withBottle ? Question::tr(
                          "Uninstalling the application deletes the application container and all "
@@ -170,10 +179,19 @@ void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over
     const int confirm =
         dialog->addButton(withBottle ? Question::tr("Confirm Uninstall") : Question::tr("Confirm Delete"),
                           false, Fenk::Dialog::ButtonWarning);
-    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog,
-                     [program, withBottle, confirm, over](int index) {
-                         if (index == confirm)
-                             remove(program, withBottle, over);
-                     });
+    QObject::connect(dialog, &Fenk::Dialog::buttonClicked, dialog, [program, what, confirm, over](int index) {
+        if (index == confirm)
+            remove(program, what, over);
+    });
     dialog->open();
+}
+
+}  // namespace
+
+void RemovalQuestion::ask(const Program& program, bool withBottle, QWidget* over) {
+    askFor(program, withBottle ? What::LastProgram : What::Program, over);
+}
+
+void RemovalQuestion::askForBottle(const Program& program, QWidget* over) {
+    askFor(program, What::Bottle, over);
 }

@@ -12,5 +12,7 @@ namespace RemovalQuestion {
 /// Opens a dialog over `over` and returns. `withBottle`: the program is the only one of its bottle, which is
 /// deleted with it.
 void ask(const Program& program, bool withBottle, QWidget* over);
+/// The same for the program's bottle with all programs in it.
+void askForBottle(const Program& program, QWidget* over);
 
 }  // namespace RemovalQuestion

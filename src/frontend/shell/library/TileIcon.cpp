@@ -44,4 +44,6 @@ void TileIcon::paintEvent(QPaintEvent*) {
     Paint::box(&painter, dot.adjusted(-2, -2, 2, 2), DotSize, Paint::color(Theme::Surface));
     Paint::box(&painter, dot, DotSize / 2.0,
                Paint::color(m_dot == Dot::Running ? Theme::Success : Theme::Warning));
+    if (m_dot == Dot::Orphaned)
+        Paint::box(&painter, dot.adjusted(2, 2, -2, -2), DotSize, Paint::color(Theme::Surface));
 }

@@ -3,12 +3,12 @@
 #include <QPixmap>
 #include <QWidget>
 
-/// A program's picture on its tile, with a dot while the program runs or when it has failed. Draws an empty
-/// box until it has a picture.
+/// A program's picture on its tile, with a dot while the program runs or when it has failed, and a ring when
+/// its package has been removed. Draws an empty box until it has a picture.
 class TileIcon : public QWidget {
     Q_OBJECT
 public:
-    enum class Dot { None, Running, Failed };
+    enum class Dot { None, Running, Failed, Orphaned };
 
     explicit TileIcon(QWidget* parent);
 

@@ -1,5 +1,13 @@
 #include "bottleservice/requests/CleanUpRequests.h"
 
+#include <QDebug>
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/bottles/PackageOrigin.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/BottleRequests.h"
 #include "bottleservice/requests/ProgramRequests.h"
@@ -15,6 +23,40 @@ void CleanUpRequests::deleteIfUnused(const QString& bottle, const QString& ignor
     };
     m_engine->enqueue(
         bottle, std::make_unique<DeleteUnusedJob>(m_engine->jobBottle(bottle), ignoredProgram, tools, reply));
+}
+
+void CleanUpRequests::bottlesOfRemovedPackages(const Reply& reply) {
+    const auto find = [store = m_engine->bottles().store()] {
+        QJsonArray found;
+        for (const QString& name : store.names()) {
+            const QString directory = store.pathOf(name);
+            const PackageOrigin::Facts facts = PackageOrigin::look(directory);
+            QString error;
+            const auto settings = PackageOrigin::stateOf(facts) == PackageOrigin::State::Removed
+                                      ? store.load(name, &error)
+                                      : std::nullopt;
+            if (settings)
+                found += QJsonObject{{"bottle", name},
+                                     {"package", facts.package},
+                                     {"lost", QJsonArray::fromStringList(PackageOrigin::lostPrograms(
+                                                  directory, settings->programs()))}};
+        }
+        return JsonText::compact(found);
+    };
+    Background::run(m_engine, find, [reply](const QString& found) { reply(Answer::of(found)); });
+}
+
+void CleanUpRequests::keepBottle(const QString& bottle, const Reply& reply) {
+    if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
+        return;
+    m_engine->enqueue(bottle, reply, [directory = m_engine->bottles().pathOf(bottle), bottle] {
+        QString error;
+        if (PackageOrigin::stateOf(PackageOrigin::look(directory)) == PackageOrigin::State::Installed)
+            error = QString("The package of \"%1\" is installed.").arg(BottleName::shown(bottle));
+        else if (PackageOrigin::forget(directory, &error))
+            qInfo() << "the bottle" << bottle << "belongs to no package any more";
+        return error.isEmpty() ? Answer::of() : Answer::failure(Answer::Fault::Failed, error);
+    });
 }
 
 std::unique_ptr<Job> CleanUpRequests::makeDeletionOfUnused(const QString& bottle, const Reply& reply) {

@@ -9,7 +9,8 @@ class BottleEngine;
 class BottleRequests;
 class ProgramRequests;
 
-/// The requests of launches that clean up after themselves. Owned by BottleService; lives in the main thread.
+/// The requests about what launches and removed packages have left. Owned by BottleService; lives in the main
+/// thread.
 class CleanUpRequests {
 public:
     CleanUpRequests(BottleEngine* engine, BottleRequests* bottles, ProgramRequests* programs)
@@ -17,6 +18,11 @@ public:
 
     /// See DeleteUnusedJob.
     void deleteIfUnused(const QString& bottle, const QString& ignoredProgram, const Reply& reply);
+
+    /// The bottles whose package is gone (PackageOrigin), as an array of {"bottle", "package", "lost"}.
+    void bottlesOfRemovedPackages(const Reply& reply);
+    /// Makes such a bottle an ordinary one. A bottle whose package is installed is refused.
+    void keepBottle(const QString& bottle, const Reply& reply);
 
     /// The job of deleteIfUnused(), for a job of that bottle which replaces it when it is unused. A bottle
     /// that stays is left unchanged.

@@ -5,5 +5,9 @@
 
 CleanUpObject::CleanUpObject(CleanUpRequests* requests, QObject* parent)
     : BusObject("/com/lumora/Manager/CleanUp", ":/wire/com.lumora.Manager.CleanUp.xml", parent) {
+    handle("bottlesOfRemovedPackages", [requests](const QVariantList&, const Reply& reply) {
+        requests->bottlesOfRemovedPackages(reply);
+    });
+    handleOneText<CleanUpRequests>(this, requests, {{"keepBottle", &CleanUpRequests::keepBottle}});
     handleTwoTexts<CleanUpRequests>(this, requests, {{"deleteIfUnused", &CleanUpRequests::deleteIfUnused}});
 }

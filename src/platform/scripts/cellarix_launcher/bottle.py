@@ -6,12 +6,15 @@ parser. If launch.json is missing, invalid or outdated, bottle.yml is read inste
 
 import json
 import os
+import re
 import stat
 
 from cellarix_launcher import errors
 
 RECORD_LIMIT = 16 << 20
 UNFINISHED = (".creating-", ".deleting-")  # bottles that the service is creating or deleting
+PACKAGES = "/opt/apps"
+PACKAGE_NAME = re.compile(r"[a-z0-9]+(\.[a-z0-9]+)*")
 
 
 class Bottle:
@@ -142,3 +145,18 @@ def _fill_from_yaml(bottle, parsed, outdated, environ):
         bottle.wine = wine if os.path.isfile(wine) else ""
     programs = parsed.get("External_Programs")
     bottle.programs = programs if isinstance(programs, dict) else {}
+
+
+def removed_package(directory):
+    """The name of the package that the bottle was made from, if it is not installed any more; see cellarix_packager."""
+    try:
+        origin = json.loads(_read(os.path.join(directory, ".package", "origin.json")))
+        package = origin.get("package") if isinstance(origin, dict) and origin.get("format") == 1 else None
+    except FileNotFoundError:  # a bottle of the first format, which has the package's name
+        is_made = os.path.isfile(os.path.join(directory, ".package", "version"))
+        package = os.path.basename(directory).removesuffix(".package") if is_made else None
+    except (OSError, ValueError, RecursionError):
+        return ""
+    if not isinstance(package, str) or not PACKAGE_NAME.fullmatch(package):
+        return ""
+    return "" if os.path.exists(os.path.join(PACKAGES, package, "files", "package.json")) else package

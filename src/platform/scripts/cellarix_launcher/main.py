@@ -169,7 +169,15 @@ def _program(request, bottle):
                 errors.NO_PROGRAM, f"there is no program {request.uuid} in bottle \"{bottle.name}\"", "no-entry")
         text = {key: record[key] if isinstance(record.get(key), str) else "" for key in ("path", "folder", "arguments")}
         arguments = words.split_arguments(text["arguments"]) + request.words
-        return windows.resolve(bottle.directory, text["path"], arguments, text["folder"]), record.get("envs")
+        try:
+            return windows.resolve(bottle.directory, text["path"], arguments, text["folder"]), record.get("envs")
+        except errors.LaunchError as error:
+            package = bottles.removed_package(bottle.directory) if error.cause == "no-file" else ""
+            if not package:
+                raise
+            raise errors.LaunchError(
+                errors.NO_PROGRAM, f"its files belonged to the package {package}, which has been removed; install it again",
+                "package-removed", package) from None
     command = request.words
     if len(command) == 1:
         command = words.split_command(command[0], lambda word: windows.find_file(bottle.directory, word) is not None)

@@ -1,0 +1,100 @@
+#include "bottleservice/bottles/PackageOrigin.h"
+
+#include <sys/stat.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/files/TreeRemover.h"
+#include "fenk/system/RegularFile.h"
+
+namespace PackageOrigin {
+
+namespace {
+
+const char Mark[] = "/.package";
+const char ForgottenMark[] = "/.package-removed";
+const char SecondBottle[] = ".package";  // ends the name of a bottle that could not have the package's name
+constexpr int Format = 1;
+constexpr qint64 MaximumBytes = 64 * 1024;
+
+/// Such a name leads into no other directory.
+bool isPackageName(const QString& name) {
+    static const QRegularExpression pattern("\\A[a-z0-9]+(\\.[a-z0-9]+)*\\z");
+    return pattern.match(name).hasMatch();
+}
+
+QString packageOf(const QString& directory) {
+    const auto text = Fenk::RegularFile::read(directory + Mark + "/origin.json", MaximumBytes);
+    const QJsonObject origin = text ? QJsonDocument::fromJson(*text).object() : QJsonObject();
+    QString name = origin["package"].toString();
+    if (!text && QFileInfo(directory + Mark + "/version").isFile()) {  // made before there were origins
+        name = QFileInfo(directory).fileName();
+        if (name.endsWith(SecondBottle))
+            name.chop(int(sizeof(SecondBottle)) - 1);
+    } else if (origin["format"].toInt() != Format) {
+        return {};
+    }
+    return isPackageName(name) ? name : QString();
+}
+
+Facts::Package placeOf(const QString& path) {
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) == 0)
+        return Facts::Package::Present;
+    return errno == ENOENT || errno == ENOTDIR ? Facts::Package::Missing : Facts::Package::Unreadable;
+}
+
+}  // namespace
+
+State stateOf(const Facts& facts) {
+    if (!facts.isMarked)
+        return State::Own;
+    if (facts.package.isEmpty() || facts.place == Facts::Package::Unreadable)
+        return State::Unknown;
+    return facts.place == Facts::Package::Present ? State::Installed : State::Removed;
+}
+
+Facts look(const QString& directory, const QString& packages) {
+    Facts facts;
+    const QFileInfo mark(directory + Mark);
+    facts.isMarked = mark.isDir() && !mark.isSymLink();
+    if (facts.isMarked)
+        facts.package = packageOf(directory);
+    if (!facts.package.isEmpty())
+        facts.place = placeOf(packages + '/' + facts.package + "/files/package.json");
+    return facts;
+}
+
+QStringList lostPrograms(const QString& directory, const QJsonObject& programs) {
+    QStringList lost;
+    for (auto it = programs.begin(); it != programs.end(); ++it) {
+        const QString path = it.value().toObject()["path"].toString();
+        const bool isFile = path.startsWith('/') || WindowsPath::isWindowsPath(path);  // or found by Wine
+        if (isFile && !QFileInfo::exists(WindowsPath::toUnix(directory, path)))
+            lost += it.key();
+    }
+    return lost;
+}
+
+bool forget(const QString& directory, QString* error) {
+    const QString old = directory + Mark, forgotten = directory + ForgottenMark;
+    if (QFileInfo::exists(forgotten) && !TreeRemover::remove(forgotten, error))
+        return false;
+    // In one step; the rest may be left by a kill.
+    if (::rename(QFile::encodeName(old).constData(), QFile::encodeName(forgotten).constData()) != 0) {
+        if (errno == ENOENT)
+            return true;
+        *error = QString("Cannot write %1: %2.").arg(old, QString::fromLocal8Bit(strerror(errno)));
+        return false;
+    }
+    return TreeRemover::remove(forgotten, error);
+}
+
+}  // namespace PackageOrigin
