@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -21,6 +22,9 @@ public:
     CatalogueKeeper(const QString& directory, int readers) : m_loader(directory, readers) {}
     ~CatalogueKeeper();
 
+    /// Asked at every look, in the keeper's thread; before start().
+    void setVotes(std::function<VotesByName()> votes) { m_votes = std::move(votes); }
+
     /// Makes the first catalogue and starts the thread. False, after logging, if there is nothing to serve.
     /// Does nothing if it has started already.
     bool start();
@@ -34,6 +38,7 @@ private:
     void refresh();
 
     CatalogueLoader m_loader;
+    std::function<VotesByName()> m_votes;
     std::shared_ptr<const Catalogue> m_current;
     QStringList m_toldFaults;
     std::mutex m_mutex;

@@ -13,7 +13,8 @@ namespace StoreServer {
 class Catalogue {
 public:
     /// Opens the file for so many readers, after which it may be removed. Throws SqlError.
-    Catalogue(const QString& file, int readers, const QList<CategoryRecord>& categories);
+    Catalogue(const QString& file, int readers, const QList<CategoryRecord>& categories,
+              const QList<IssueTypeRecord>& issueTypes);
 
     /// Each reader is used by one thread at a time.
     CatalogueReader& reader(int index) const { return m_readers[size_t(index)]; }
@@ -21,6 +22,8 @@ public:
     const std::string& categories(Language language) const {
         return language == Language::Chinese ? m_chinese : m_english;
     }
+    /// JSON objects with commas between them, each in both languages.
+    const std::string& issueTypes() const { return m_issueTypes; }
     int categoryCount() const { return m_categoryCount; }
     long long appCount() const { return m_appCount; }
 
@@ -28,6 +31,7 @@ private:
     mutable std::deque<CatalogueReader> m_readers;
     std::string m_english;
     std::string m_chinese;
+    std::string m_issueTypes;
     int m_categoryCount;
     long long m_appCount = 0;
 };

@@ -15,9 +15,20 @@ Fault fault(const SqlError& error) {
 CatalogueLoader::CatalogueLoader(const QString& directory, int readers)
     : m_directory(directory), m_readers(readers), m_writer(std::make_unique<CatalogueWriter>()) {}
 
+void CatalogueLoader::setVotes(const VotesByName& votes) {
+    if (votes == m_votes)
+        return;
+    for (const CatalogueWriter::Names& app : m_writer->names()) {
+        if (ratingOf(app.english, app.chinese, votes) != ratingOf(app.english, app.chinese, m_votes))
+            m_signatures.remove(app.appInfoId);
+    }
+    m_votes = votes;
+}
+
 CatalogueLoader::Result CatalogueLoader::refresh() {
     Result result;
     const bool hasCategories = readCategories(result.faults);
+    readIssueTypes(result.faults);
     const std::optional<QStringList> names = m_directory.appInfoIds(result.faults);
     if (!hasCategories || !names)
         return result;
@@ -56,6 +67,17 @@ bool CatalogueLoader::readCategories(Faults& faults) {
     return true;
 }
 
+void CatalogueLoader::readIssueTypes(Faults& faults) {
+    const QByteArray signature = m_directory.issueTypesSignature();
+    if (signature == m_issueTypesSignature)
+        return;
+    if (const std::optional<QList<IssueTypeRecord>> types = m_directory.issueTypes(faults)) {
+        m_issueTypes = *types;
+        m_issueTypesSignature = signature;
+        m_isChanged = true;
+    }
+}
+
 void CatalogueLoader::update(const QStringList& names, Faults& faults) {
     const QSet<QString> present(names.begin(), names.end());
     for (const QString& known : m_writer->appInfoIds()) {
@@ -79,7 +101,7 @@ void CatalogueLoader::update(const QStringList& names, Faults& faults) {
 }
 
 bool CatalogueLoader::replace(const QString& appInfoId, Faults& faults) {
-    const std::optional<AppEntry> entry = m_directory.app(appInfoId, faults);
+    std::optional<AppEntry> entry = m_directory.app(appInfoId, faults);
     if (!entry)
         return false;
     const QString file = "apps/" + appInfoId + "/store.yml";
@@ -97,6 +119,9 @@ bool CatalogueLoader::replace(const QString& appInfoId, Faults& faults) {
         m_writer->remove(other);
         m_signatures.remove(other);
     }
+    AppRecord& record = entry->record;
+    if (const int rating = ratingOf(record.names.english(), record.names.chinese(), m_votes))
+        record.score = rating;
     m_writer->remove(appInfoId);
     m_writer->add(*entry);
     return true;
@@ -108,7 +133,7 @@ std::shared_ptr<const Catalogue> CatalogueLoader::snapshot() const {
         throw SqlError(directory.errorString().toStdString());
     const QString file = directory.filePath("catalogue");
     m_writer->copyTo(file);
-    return std::make_shared<const Catalogue>(file, m_readers, m_categories);
+    return std::make_shared<const Catalogue>(file, m_readers, m_categories, m_issueTypes);
 }
 
 }  // namespace StoreServer

@@ -6,16 +6,20 @@
 
 #include "storeserver/catalogue/Catalogue.h"
 #include "storeserver/catalogue/CatalogueWriter.h"
+#include "storeserver/catalogue/Votes.h"
 
 namespace StoreServer {
 
 /// Makes catalogues of a store's directory. Only what has changed since the last look is read again. An
 /// application with a fault is left out, or stays as it was before the fault came in; the same holds for the
-/// categories and for a directory that cannot be listed. For one thread at a time.
+/// categories, the issue types and for a directory that cannot be listed. For one thread at a time.
 class CatalogueLoader {
 public:
     /// Throws SqlError if there is no room for temporary files.
     CatalogueLoader(const QString& directory, int readers);
+
+    /// The score of an application with votes is their average, from the next catalogue on. Throws SqlError.
+    void setVotes(const VotesByName& votes);
 
     struct Result {
         std::shared_ptr<const Catalogue> catalogue;  ///< null if nothing has changed or none can be made
@@ -27,6 +31,7 @@ private:
     using Entries = QHash<QString, QByteArray>;
 
     bool readCategories(Faults& faults);
+    void readIssueTypes(Faults& faults);
     void update(const QStringList& names, Faults& faults);
     bool replace(const QString& appInfoId, Faults& faults);
     std::shared_ptr<const Catalogue> snapshot() const;
@@ -37,6 +42,9 @@ private:
     QList<CategoryRecord> m_categories;
     QSet<qint64> m_categoryIds;
     QByteArray m_categoriesSignature;
+    QList<IssueTypeRecord> m_issueTypes = standardIssueTypes();
+    QByteArray m_issueTypesSignature;
+    VotesByName m_votes;
     Entries m_signatures;  ///< of the applications that were read without a fault
     bool m_isChanged = false;
 };

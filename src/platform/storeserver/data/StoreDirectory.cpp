@@ -18,6 +18,7 @@ namespace {
 
 constexpr qint64 MaximumTextBytes = 2 * 1024 * 1024;
 const QString CategoriesFile = "categories.yml";
+const QString IssueTypesFile = "issue-types.yml";
 const QString AppsDirectory = "apps";
 
 void addFacts(QByteArray& signature, const QString& path) {
@@ -119,6 +120,18 @@ std::optional<QList<CategoryRecord>> StoreDirectory::categories(Faults& faults) 
     return faults.size() > before ? std::nullopt : std::make_optional(records);
 }
 
+std::optional<QList<IssueTypeRecord>> StoreDirectory::issueTypes(Faults& faults) const {
+    const QFileInfo file(m_path + '/' + IssueTypesFile);
+    if (!file.exists() && !file.isSymLink())
+        return standardIssueTypes();
+    const int before = faults.size();
+    const std::optional<QByteArray> text = read(IssueTypesFile, MaximumTextBytes, faults);
+    if (!text)
+        return std::nullopt;
+    QList<IssueTypeRecord> records = readIssueTypes(*text, IssueTypesFile, faults);
+    return faults.size() > before ? std::nullopt : std::make_optional(records);
+}
+
 IconFile StoreDirectory::icon(const QString& directory, Faults& faults) const {
     const QString png = directory + "icon.png";
     const QString svg = directory + "icon.svg";
@@ -159,6 +172,12 @@ std::optional<AppEntry> StoreDirectory::app(const QString& appInfoId, Faults& fa
 QByteArray StoreDirectory::categoriesSignature() const {
     QByteArray signature;
     addFacts(signature, m_path + '/' + CategoriesFile);
+    return signature;
+}
+
+QByteArray StoreDirectory::issueTypesSignature() const {
+    QByteArray signature;
+    addFacts(signature, m_path + '/' + IssueTypesFile);
     return signature;
 }
 

@@ -16,8 +16,10 @@ struct AppEntry {
 
 /// The directory that a store is made of:
 ///     categories.yml
+///     issue-types.yml
 ///     apps/<appInfoId>/{store.yml, manifest.yml, icon.png or icon.svg}
-/// The icon may be missing. Names that start with a point are left out. Keeps nothing of what it reads.
+/// The icon and the issue types may be missing. Names that start with a point are left out. Keeps nothing of
+/// what it reads.
 class StoreDirectory {
 public:
     explicit StoreDirectory(const QString& path) : m_path(path) {}
@@ -29,10 +31,13 @@ public:
     std::optional<QStringList> appInfoIds(Faults& faults) const;
     /// Each reads and checks; nothing after a fault.
     std::optional<QList<CategoryRecord>> categories(Faults& faults) const;
+    /// The standard ones where the store has no file of them.
+    std::optional<QList<IssueTypeRecord>> issueTypes(Faults& faults) const;
     std::optional<AppEntry> app(const QString& appInfoId, Faults& faults) const;
 
     /// Change with the sizes and times of the files behind them.
     QByteArray categoriesSignature() const;
+    QByteArray issueTypesSignature() const;
     QByteArray signature(const QString& appInfoId) const;
 
 private:

@@ -15,6 +15,7 @@ using Lines = YamlMap::Lines;
 
 constexpr qint64 MaximumBytes = 256 * 1024;
 constexpr int MaximumCategories = 1000;
+constexpr int MaximumIssueTypes = 50;
 constexpr int NameLength = 100;
 constexpr int BriefLength = 300;
 constexpr int DescriptionLength = 4000;
@@ -63,7 +64,33 @@ YamlTree parse(const QByteArray& text, const QString& file, Faults& faults) {
     return tree;
 }
 
+/// The items of a list that is not empty; nothing after a fault.
+QVector<YamlTree> parseList(const QByteArray& text, int maximum, const char* what, const QString& file,
+                            Faults& faults) {
+    const int before = faults.size();
+    const YamlTree root = parse(text, file, faults);
+    if (faults.size() > before)
+        return {};
+    if (root.kind == YamlTree::Kind::List && !root.items.isEmpty() && root.items.size() <= maximum)
+        return root.items;
+    faults.append({file, root.located(QString("This must be a list of 1 to %1 %2.").arg(maximum).arg(what))});
+    return {};
+}
+
 }  // namespace
+
+QList<IssueTypeRecord> standardIssueTypes() {
+    return {{"install", {"Cannot be installed", "无法安装"}},
+            {"start", {"Does not start", "无法启动"}},
+            {"crash", {"Crashes or freezes", "闪退或卡死"}},
+            {"display", {"Display is wrong", "界面显示异常"}},
+            {"text", {"Text is garbled", "文字乱码"}},
+            {"input", {"Keyboard, mouse or input method", "键盘、鼠标或输入法问题"}},
+            {"sound", {"Sound or video", "音频或视频问题"}},
+            {"network", {"Network or sign-in", "网络或登录问题"}},
+            {"performance", {"Slow", "运行缓慢"}},
+            {"other", {"Something else", "其他"}}};
+}
 
 bool isAppInfoId(const QString& name) {
     static const QRegularExpression form("\\A(?![0-9]+\\z)[a-z0-9][a-z0-9.-]{0,63}\\z");
@@ -72,18 +99,8 @@ bool isAppInfoId(const QString& name) {
 
 QList<CategoryRecord> readCategories(const QByteArray& text, const QString& file, Faults& faults) {
     QList<CategoryRecord> records;
-    const int before = faults.size();
-    const YamlTree root = parse(text, file, faults);
-    if (faults.size() > before)
-        return records;
-    if (root.kind != YamlTree::Kind::List || root.items.isEmpty() || root.items.size() > MaximumCategories) {
-        faults.append(
-            {file,
-             root.located(QString("This must be a list of 1 to %1 categories.").arg(MaximumCategories))});
-        return records;
-    }
     QSet<qint64> ids;
-    for (const YamlTree& node : root.items) {
+    for (const YamlTree& node : parseList(text, MaximumCategories, "categories", file, faults)) {
         YamlMap map(node, file, faults);
         CategoryRecord record;
         record.id = map.number("id", 1, MaximumInteger, Need::Required);
@@ -91,6 +108,26 @@ QList<CategoryRecord> readCategories(const QByteArray& text, const QString& file
         record.sort = int(map.number("sort", 0, MaximumInteger));
         if (ids.contains(record.id))
             map.refuse("id", QString("Another category has the id %1.").arg(record.id));
+        map.finish();
+        ids.insert(record.id);
+        records.append(record);
+    }
+    return records;
+}
+
+QList<IssueTypeRecord> readIssueTypes(const QByteArray& text, const QString& file, Faults& faults) {
+    static const QRegularExpression form("\\A[a-z0-9-]{1,32}\\z");
+    QList<IssueTypeRecord> records;
+    QSet<QString> ids;
+    for (const YamlTree& node : parseList(text, MaximumIssueTypes, "kinds of problems", file, faults)) {
+        YamlMap map(node, file, faults);
+        IssueTypeRecord record;
+        record.id = map.text("id", NameLength, Need::Required);
+        record.names = translated(map, "names", NameLength, Need::Required);
+        if (!record.id.isEmpty() && !form.match(record.id).hasMatch())
+            map.refuse("id", "An id has 1 to 32 of the characters a-z, 0-9 and '-'.");
+        else if (ids.contains(record.id))
+            map.refuse("id", QString("Another kind of problem has the id %1.").arg(record.id));
         map.finish();
         ids.insert(record.id);
         records.append(record);

@@ -21,6 +21,12 @@ struct CategoryRecord {
     int sort = 0;
 };
 
+/// A kind of problem that users report.
+struct IssueTypeRecord {
+    QString id;  ///< [a-z0-9-]{1,32}
+    Translated names;
+};
+
 /// The facts of one application: its store.yml, under the name of its directory.
 struct AppRecord {
     QString appInfoId;  ///< isAppInfoId()
@@ -45,9 +51,13 @@ struct AppRecord {
 /// must not be the other's number.
 bool isAppInfoId(const QString& name);
 
-/// Both readers take the content of a file, whose path below the store's directory is only for the faults.
+/// The kinds of problems of a store that names none of its own.
+QList<IssueTypeRecord> standardIssueTypes();
+
+/// The readers take the content of a file, whose path below the store's directory is only for the faults.
 /// The result is to be used only if they have added none.
 QList<CategoryRecord> readCategories(const QByteArray& text, const QString& file, Faults& faults);
+QList<IssueTypeRecord> readIssueTypes(const QByteArray& text, const QString& file, Faults& faults);
 AppRecord readApp(const QByteArray& text, const QString& appInfoId, const QString& file, Faults& faults);
 
 }  // namespace StoreServer
