@@ -55,9 +55,12 @@ private Q_SLOTS:
         row("no colon", Head + "Other\r\n\r\n", int(State::Malformed));
         row("blank before colon", Head + "Content-Length : 5\r\n\r\n", int(State::Malformed));
         row("two hosts", Head + "host: other\r\n\r\n", int(State::Malformed));
-        row("body", Head + "CONTENT-LENGTH: 5\r\n\r\n", int(State::HasBody));
+        row("body", Head + "CONTENT-LENGTH: \t5 \r\n\r\n", int(State::Complete));
+        row("signed length", Head + "Content-Length: +5\r\n\r\n", int(State::Malformed));
+        row("two lengths", Head + "Content-Length: 5\r\nContent-Length: 5\r\n\r\n", int(State::Malformed));
+        row("endless body", Head + "Content-Length: 99999999999999999999\r\n\r\n", int(State::BadBody));
         row("empty body", Head + "Content-Length: 0\r\n\r\n", int(State::Complete));
-        row("chunks", Head + "Transfer-Encoding: chunked\r\n\r\n", int(State::HasBody));
+        row("chunks", Head + "Transfer-Encoding: chunked\r\n\r\n", int(State::BadBody));
         row("long line", "GET /" + QByteArray(9000, 'a') + " HTTP/1.1\r\nHost: h\r\n\r\n",
             int(State::LineTooLong));
         row("endless line", QByteArray(20000, 'a'), int(State::LineTooLong));
@@ -70,6 +73,7 @@ private Q_SLOTS:
         QCOMPARE(int(scan.state), state);
         if (scan.state == RequestHead::State::Complete)
             QCOMPARE(int(scan.length), bytes.size());
+        QCOMPARE(scan.bodyLength, bytes.contains("\t5") ? size_t(5) : size_t(0));
     }
 
     void keepsOnlyHeadersThatMatter() {

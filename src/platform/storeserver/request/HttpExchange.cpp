@@ -4,6 +4,7 @@
 
 #include <QtGlobal>
 
+#include "storeserver/request/ClientAddress.h"
 #include "storeserver/request/RequestHead.h"
 
 namespace StoreServer {
@@ -38,13 +39,20 @@ private:
     std::string& m_output;
 };
 
-StoreRequest requestOf(const httplib::Request& request) {
-    return {request.method,
-            request.path,
-            request.params,
-            request.get_header_value("X-VESK-Language"),
-            request.get_header_value("Host"),
-            request.get_header_value("X-Forwarded-Proto")};
+StoreRequest requestOf(const httplib::Request& request, const std::string& peer) {
+    StoreRequest result{request.method,
+                        request.path,
+                        request.params,
+                        request.get_header_value("X-VESK-Language"),
+                        request.get_header_value("Host"),
+                        request.get_header_value("X-Forwarded-Proto"),
+                        clientAddress(peer, request.get_header_value("X-Forwarded-For")),
+                        {}};
+    for (const std::string& name : RequestHead::deviceHeaders()) {
+        if (std::string value = request.get_header_value(name.c_str()); !value.empty())
+            result.device.emplace(name, std::move(value));
+    }
+    return result;
 }
 
 void write(StoreAnswer&& answer, httplib::Response& response) {
@@ -65,39 +73,66 @@ void write(StoreAnswer&& answer, httplib::Response& response) {
 
 class HttpExchange::Parser : public httplib::Server {
 public:
-    explicit Parser(HttpExchange::Handler handler) {
+    Parser() {
         set_keep_alive_timeout(KeepAliveSeconds);
         set_keep_alive_max_count(KeepAliveRequests);
-        set_pre_routing_handler(
-            [this, handler](const httplib::Request& request, httplib::Response& response) {
-                m_isParsed = true;
-                write(handler(requestOf(request)), response);
-                return HandlerResponse::Handled;
-            });
+        set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
+            m_isParsed = true;
+            write((*m_handler)(requestOf(request, m_peer)), response);
+            return HandlerResponse::Handled;
+        });
         set_exception_handler([](const httplib::Request&, httplib::Response& response, std::exception_ptr) {
             qWarning("a request ended with an exception");
             response.status = 500;
         });
     }
 
-    bool answer(std::string_view head, std::string& output) {
+    bool answer(std::string_view head, const std::string& peer, const HttpExchange::Handler& handler,
+                std::string& output) {
         MemoryStream stream(head, output);
         bool isClosed = false;
         m_isParsed = false;
+        m_peer = peer;
+        m_handler = &handler;
         // What is no request is answered as well, but whatever follows it is not trusted.
         return process_request(stream, false, isClosed, nullptr) && !isClosed && m_isParsed;
     }
 
 private:
     bool m_isParsed = false;
+    std::string m_peer;
+    const HttpExchange::Handler* m_handler = nullptr;  ///< of the request that is parsed
 };
 
-HttpExchange::HttpExchange(Handler handler) : m_parser(std::make_unique<Parser>(std::move(handler))) {}
+HttpExchange::HttpExchange(Handler handler, BodyTaker taker)
+    : m_handler(std::move(handler)), m_taker(std::move(taker)), m_parser(std::make_unique<Parser>()) {}
 
 HttpExchange::~HttpExchange() = default;
 
-bool HttpExchange::answer(std::string_view head, std::string& output) {
-    return m_parser->answer(RequestHead::reduced(head), output);
+std::unique_ptr<RequestBody> HttpExchange::bodyOf(std::string_view head, size_t length,
+                                                  const std::string& peer) {
+    std::unique_ptr<RequestBody> body;
+    if (!m_taker)
+        return body;
+    // What the parser writes is only about the head; the answer comes after the body.
+    std::string unused;
+    m_parser->answer(
+        RequestHead::reduced(head), peer,
+        [&](const StoreRequest& request) {
+            body = m_taker(request, length);
+            return StoreAnswer();
+        },
+        unused);
+    return body;
+}
+
+bool HttpExchange::answer(std::string_view head, RequestBody* body, const std::string& peer,
+                          std::string& output) {
+    if (!body)
+        return m_parser->answer(RequestHead::reduced(head), peer, m_handler, output);
+    return m_parser->answer(
+        RequestHead::reduced(head), peer,
+        [body](const StoreRequest& request) { return body->answer(request); }, output);
 }
 
 std::string HttpExchange::refusal(int status) {

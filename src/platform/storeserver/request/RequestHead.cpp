@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace StoreServer {
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr std::string_view End = "\r\n\r\n";
 constexpr std::string_view LineEnd = "\r\n";
+constexpr size_t LargestBody = size_t(1) << 40;
 
 char lower(char character) {
     return character >= 'A' && character <= 'Z' ? char(character - 'A' + 'a') : character;
@@ -58,22 +60,33 @@ bool hasStrayCharacter(std::string_view head) {
     return false;
 }
 
-State stateOf(std::string_view head) {
+/// The value of a Content-Length header; its digits alone are strict.
+State readLength(std::string_view value, size_t* length) {
+    value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
+    value = value.substr(0, value.find_last_not_of(" \t") + 1);
+    if (value.empty() ||
+        !std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        return State::Malformed;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), *length);
+    return error == std::errc() && *length <= LargestBody ? State::Complete : State::BadBody;
+}
+
+State stateOf(std::string_view head, size_t* bodyLength) {
     if (hasStrayCharacter(head))
         return State::Malformed;
     State state = State::Complete;
     bool isFirst = true;
     int hosts = 0;
+    int lengths = 0;
     allLines(head, [&](std::string_view line) {
         if (isFirst && line.size() > MaximumLineBytes)
             state = State::LineTooLong;
         else if (!isFirst && !isHeader(line))
             state = State::Malformed;
         else if (!isFirst && isNamed(line, "transfer-encoding"))
-            state = State::HasBody;
-        else if (!isFirst && isNamed(line, "content-length") &&
-                 line.substr(15).find_first_not_of(" \t0") != std::string_view::npos)
-            state = State::HasBody;
+            state = State::BadBody;
+        else if (!isFirst && isNamed(line, "content-length"))
+            state = ++lengths > 1 ? State::Malformed : readLength(line.substr(15), bodyLength);
         else if (!isFirst && isNamed(line, "host") && ++hosts > 1)
             state = State::Malformed;
         isFirst = false;
@@ -91,7 +104,9 @@ Scan scan(std::string_view bytes) {
     const size_t end = bytes.substr(0, MaximumBytes).find(End);
     if (end != std::string_view::npos) {
         const size_t length = end + End.size();
-        return {stateOf(bytes.substr(0, length)), length};
+        size_t bodyLength = 0;
+        const State state = stateOf(bytes.substr(0, length), &bodyLength);
+        return {state, length, state == State::Complete ? bodyLength : 0};
     }
     if (bytes.size() < MaximumBytes)
         return {State::Incomplete, 0};
@@ -99,14 +114,23 @@ Scan scan(std::string_view bytes) {
     return {isOneLine ? State::LineTooLong : State::TooLong, 0};
 }
 
+const std::vector<std::string>& deviceHeaders() {
+    static const std::vector<std::string> names = {"x-device-id",   "x-device-arch",  "x-client-ver",
+                                                   "x-system-info", "acceptlanguage", "x-wine-ver",
+                                                   "x-windows-ver", "x-simulator-ver"};
+    return names;
+}
+
 std::string reduced(std::string_view head) {
-    static constexpr std::array<std::string_view, 4> kept = {"host", "connection", "x-vesk-language",
-                                                             "x-forwarded-proto"};
+    static constexpr std::array<std::string_view, 5> kept = {"host", "connection", "x-vesk-language",
+                                                             "x-forwarded-proto", "x-forwarded-for"};
     std::string result;
     allLines(head, [&result](std::string_view line) {
-        const bool isKept =
-            result.empty() || std::any_of(kept.begin(), kept.end(),
-                                          [line](std::string_view name) { return isNamed(line, name); });
+        const auto isIn = [line](const auto& names) {
+            return std::any_of(names.begin(), names.end(),
+                               [line](std::string_view name) { return isNamed(line, name); });
+        };
+        const bool isKept = result.empty() || isIn(kept) || isIn(deviceHeaders());
         if (isKept)
             result.append(line).append(LineEnd);
         return true;

@@ -2,11 +2,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace StoreServer {
 
-/// Looks at the bytes of a connection before they are parsed. Clients of the store send requests without a
-/// body, whose head is short.
+/// Looks at the bytes of a connection before they are parsed. Heads are short, and say how long a body is.
 namespace RequestHead {
 
 constexpr size_t MaximumBytes = 16 * 1024;
@@ -18,16 +18,20 @@ enum class State {
     Malformed,    ///< 400
     TooLong,      ///< 431
     LineTooLong,  ///< 414
-    HasBody,      ///< 413
+    BadBody,      ///< 413: of unknown length, or longer than any machine has room for
 };
 
 struct Scan {
     State state;
-    size_t length;  ///< of the head with its empty line, if it is complete
+    size_t length;          ///< of the head with its empty line, if it is complete
+    size_t bodyLength = 0;  ///< of what follows it
 };
 
 /// Strict: lines end in CR LF, headers have a name and are not folded, and nothing is a control character.
 Scan scan(std::string_view bytes);
+
+/// The headers, in small letters, that tell a report's device and what ran on it.
+const std::vector<std::string>& deviceHeaders();
 
 /// A complete head without the headers that no answer depends on.
 std::string reduced(std::string_view head);

@@ -10,9 +10,11 @@ struct StoreRequest {
     std::string method;
     std::string path;
     std::multimap<std::string, std::string> parameters;
-    std::string language;  ///< X-VESK-Language, such as "zh_CN"
-    std::string host;      ///< Host
-    std::string scheme;    ///< X-Forwarded-Proto, as a web server in front sets it
+    std::string language;                       ///< X-VESK-Language, such as "zh_CN"
+    std::string host;                           ///< Host
+    std::string scheme;                         ///< X-Forwarded-Proto, as a web server in front sets it
+    std::string client;                         ///< clientAddress()
+    std::map<std::string, std::string> device;  ///< the headers of deviceHeaders() that have a value
 
     std::string parameter(const std::string& name) const {
         const auto found = parameters.find(name);

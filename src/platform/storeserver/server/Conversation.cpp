@@ -1,5 +1,7 @@
 #include "storeserver/server/Conversation.h"
 
+#include <algorithm>
+
 #include "storeserver/request/RequestHead.h"
 
 namespace StoreServer {
@@ -14,7 +16,7 @@ int statusOf(RequestHead::State state) {
             return 431;
         case RequestHead::State::LineTooLong:
             return 414;
-        case RequestHead::State::HasBody:
+        case RequestHead::State::BadBody:
             return 413;
         default:
             return 400;
@@ -28,6 +30,8 @@ Conversation::Phase Conversation::phase() const {
         return Phase::Writing;
     if (m_isClosing)
         return Phase::Over;
+    if (m_body)
+        return Phase::Receiving;
     return m_input.empty() ? Phase::Idle : Phase::Reading;
 }
 
@@ -38,6 +42,7 @@ void Conversation::receive(std::string_view bytes) {
 
 void Conversation::refuse(int status) {
     m_input.clear();
+    m_body.reset();
     m_output += HttpExchange::refusal(status);
     m_isClosing = true;
 }
@@ -56,13 +61,44 @@ void Conversation::sent(size_t count) {
 void Conversation::answerNext() {
     if (m_isClosing || m_input.empty())
         return;
-    const RequestHead::Scan scan = RequestHead::scan(m_input);
-    if (scan.state == RequestHead::State::Complete) {
-        m_isClosing = !m_exchange.answer(std::string_view(m_input).substr(0, scan.length), m_output);
-        m_input.erase(0, scan.length);
-    } else if (scan.state != RequestHead::State::Incomplete) {
-        refuse(statusOf(scan.state));
+    if (m_body) {
+        receiveBody();
+        return;
     }
+    const RequestHead::Scan scan = RequestHead::scan(m_input);
+    if (scan.state == RequestHead::State::Incomplete)
+        return;
+    if (scan.state != RequestHead::State::Complete) {
+        refuse(statusOf(scan.state));
+        return;
+    }
+    m_head = m_input.substr(0, scan.length);
+    m_input.erase(0, scan.length);
+    if (scan.bodyLength == 0) {
+        answer();
+        return;
+    }
+    m_bodyLeft = scan.bodyLength;
+    m_body = m_exchange.bodyOf(m_head, scan.bodyLength, m_peer);
+    if (m_body)
+        receiveBody();
+    else
+        refuse(statusOf(RequestHead::State::BadBody));
+}
+
+void Conversation::receiveBody() {
+    const size_t count = std::min(m_bodyLeft, m_input.size());
+    m_body->write(std::string_view(m_input).substr(0, count));
+    m_input.erase(0, count);
+    m_bodyLeft -= count;
+    if (m_bodyLeft == 0)
+        answer();
+}
+
+void Conversation::answer() {
+    m_isClosing = !m_exchange.answer(m_head, m_body.get(), m_peer, m_output);
+    m_body.reset();
+    m_head.clear();
 }
 
 }  // namespace StoreServer

@@ -90,14 +90,15 @@ std::string HttpServer::listen(const std::string& host, int port) {
     return {};
 }
 
-void HttpServer::start(int threads, const HandlerMaker& handlerOf, const ServerLimits& limits) {
+void HttpServer::start(int threads, const HandlerMaker& handlerOf, const ServerLimits& limits,
+                       const BodyTaker& taker) {
     ServerLimits possible = limits;
     possible.connections = possibleConnections(rlim_t(threads), rlim_t(limits.connections));
     if (possible.connections < limits.connections)
         qWarning("the system's limit of descriptors allows %d connections for each of %d threads",
                  possible.connections, threads);
     for (int index = 0; index < threads; ++index)
-        m_threads.emplace_back(m_listener.get(), handlerOf(index), possible, m_activity);
+        m_threads.emplace_back(m_listener.get(), handlerOf(index), taker, possible, m_activity);
 }
 
 void HttpServer::stop() {

@@ -22,7 +22,8 @@ public:
     /// another address may be tried then.
     std::string listen(const std::string& host, int port);
     /// Throws std::system_error if there are no descriptors or threads for it; stop() ends what has begun.
-    void start(int threads, const HandlerMaker& handlerOf, const ServerLimits& limits = {});
+    void start(int threads, const HandlerMaker& handlerOf, const ServerLimits& limits = {},
+               const BodyTaker& taker = {});
     void stop();
 
     int port() const { return m_port; }

@@ -5,15 +5,16 @@
 
 namespace StoreServer {
 
-/// How long a connection may wait in each phase, how many there may be, and how much memory their answers may
-/// take. What is more than a limit ends the one that has waited longest for its client.
+/// How long a connection may wait in each phase, how many there may be, and how much memory their bodies and
+/// answers may take. What is more than a limit ends the one that has waited longest for its client.
 struct ServerLimits {
     std::chrono::seconds idle{60};     ///< for the next request
-    std::chrono::seconds reading{10};  ///< from a request's first byte to its last
+    std::chrono::seconds reading{10};  ///< from a request's first byte to the last of its head
     std::chrono::seconds writing{30};  ///< for a whole answer to be taken
     std::chrono::seconds closing{2};   ///< for all answers when the server ends
     int connections = 1024;            ///< of one thread, or fewer if the system has not so many descriptors
-    size_t heldBytes = 64 << 20;       ///< of one thread's answers that clients have not taken
+    size_t heldBytes = 64 << 20;       ///< of one thread's bodies, and answers that clients have not taken
+    std::chrono::seconds receiving{75};  ///< for a whole body
 };
 
 }  // namespace StoreServer

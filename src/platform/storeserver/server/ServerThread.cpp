@@ -1,5 +1,6 @@
 #include "storeserver/server/ServerThread.h"
 
+#include <netdb.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -32,16 +33,23 @@ bool change(const Fenk::OwnedFd& epoll, int operation, int fd, unsigned events) 
     return ::epoll_ctl(epoll.get(), operation, fd, &event) == 0;
 }
 
+std::string textOf(const sockaddr_storage& address, socklen_t length) {
+    std::array<char, NI_MAXHOST> text = {};
+    const int error = ::getnameinfo(reinterpret_cast<const sockaddr*>(&address), length, text.data(),
+                                    text.size(), nullptr, 0, NI_NUMERICHOST);
+    return error == 0 ? text.data() : std::string();
+}
+
 bool isTransient(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
 }
 
 }  // namespace
 
-ServerThread::ServerThread(int listener, HttpExchange::Handler handler, const ServerLimits& limits,
-                           ServerActivity& activity)
+ServerThread::ServerThread(int listener, HttpExchange::Handler handler, const BodyTaker& taker,
+                           const ServerLimits& limits, ServerActivity& activity)
     : m_listener(listener),
-      m_exchange(std::move(handler)),
+      m_exchange(std::move(handler), taker),
       m_limits(limits),
       m_activity(activity),
       m_epoll(owned(::epoll_create1(EPOLL_CLOEXEC), "epoll")),
@@ -91,9 +99,12 @@ int ServerThread::waitMs() const {
 /// Some at once, as a busy thread seldom comes here; the rest is left to threads that have less to do.
 void ServerThread::accept() {
     for (int count = 0; count < AcceptedAtOnce && !m_isClosing; ++count) {
-        const int fd = ::accept4(m_listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+        sockaddr_storage peer = {};
+        socklen_t length = sizeof peer;
+        const int fd =
+            ::accept4(m_listener, reinterpret_cast<sockaddr*>(&peer), &length, SOCK_NONBLOCK | SOCK_CLOEXEC);
         if (fd >= 0)
-            add(fd);
+            add(fd, textOf(peer, length));
         else if (errno == ECONNABORTED)
             continue;
         else if (isTransient(errno))
@@ -128,10 +139,10 @@ bool ServerThread::listen(bool isListening) {
     return m_isListening;
 }
 
-void ServerThread::add(int fd) {
+void ServerThread::add(int fd, std::string peer) {
     if (int(m_connections.size()) >= m_limits.connections)
         makeRoom();
-    m_connections.try_emplace(fd, fd, m_exchange);
+    m_connections.try_emplace(fd, fd, m_exchange, std::move(peer));
     if (!change(m_epoll, EPOLL_CTL_ADD, fd, EPOLLIN | EPOLLRDHUP))
         m_connections.erase(fd);
 }
@@ -233,6 +244,8 @@ ServerThread::Clock::duration ServerThread::limitOf(Conversation::Phase phase) c
             return m_limits.idle;
         case Conversation::Phase::Reading:
             return m_limits.reading;
+        case Conversation::Phase::Receiving:
+            return m_limits.receiving;
         case Conversation::Phase::Writing:
             return m_limits.writing;
         case Conversation::Phase::Over:

@@ -28,10 +28,10 @@ private:
 /// threads share and serves them to their end without ever waiting for a client.
 class ServerThread {
 public:
-    /// `listener` and `activity` must outlive the thread. The handler is called in the thread. Throws
-    /// std::system_error if the system has no more descriptors.
-    ServerThread(int listener, HttpExchange::Handler handler, const ServerLimits& limits,
-                 ServerActivity& activity);
+    /// `listener` and `activity` must outlive the thread. The handler and the taker of bodies are called in
+    /// the thread. Throws std::system_error if the system has no more descriptors.
+    ServerThread(int listener, HttpExchange::Handler handler, const BodyTaker& taker,
+                 const ServerLimits& limits, ServerActivity& activity);
     /// Ends within the limit for closing.
     ~ServerThread();
 
@@ -42,7 +42,8 @@ private:
     using Clock = std::chrono::steady_clock;
 
     struct Connection {
-        Connection(int descriptor, HttpExchange& exchange) : fd(descriptor), conversation(exchange) {}
+        Connection(int descriptor, HttpExchange& exchange, std::string peer)
+            : fd(descriptor), conversation(exchange, std::move(peer)) {}
 
         Fenk::OwnedFd fd;
         Conversation conversation;
@@ -58,7 +59,7 @@ private:
     void accept();
     void onNotAccepted(int error);
     bool listen(bool isListening);
-    void add(int fd);
+    void add(int fd, std::string peer);
     void makeRoom();
     void countHeld(Connection& connection);
     void endLongestWriter();
