@@ -12,8 +12,10 @@ constexpr int MaximumThreads = 64;
 constexpr int StandardThreads = 4;
 constexpr int MaximumIdleSeconds = 7 * 24 * 60 * 60;
 constexpr int MaximumPort = 65535;
+constexpr int MaximumReportsMiB = 1024 * 1024;
 const char StandardListen[] = "127.0.0.1:8630";
 const char StandardIdleSeconds[] = "300";
+const char StandardReportsMiB[] = "1024";
 
 int standardThreads() {
     return std::clamp(int(std::thread::hardware_concurrency()), 1, StandardThreads);
@@ -34,7 +36,10 @@ bool readListen(const QString& text, Options& options) {
 
 Options parseOptions(const QStringList& arguments, const QString& starterData) {
     QCommandLineParser parser;
-    parser.setApplicationDescription("Serves a store of applications from a directory. It keeps no state.");
+    parser.setApplicationDescription(
+        "Serves a store of applications from a directory, and takes reports about them. Of the store it "
+        "keeps no "
+        "state.");
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
     const QCommandLineOption data("data", "The store's directory instead of the installed one.", "directory",
@@ -54,7 +59,11 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
     const QCommandLineOption idle("idle-seconds",
                                   "With --session: end after this time without use; 0 is never.", "seconds",
                                   StandardIdleSeconds);
-    parser.addOptions({data, listen, publicUrl, threads, check, session, idle});
+    const QCommandLineOption reports("reports", "Take reports of users and keep them in this directory.",
+                                     "directory");
+    const QCommandLineOption room("reports-room", "How much may be in it.", "MiB", StandardReportsMiB);
+    const QCommandLineOption list("list-reports", "Only print what is in the directory of --reports.");
+    parser.addOptions({data, listen, publicUrl, threads, check, session, idle, reports, room, list});
 
     Options options;
     if (!parser.parse(arguments)) {
@@ -67,11 +76,15 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
         return options;
     }
     options.data = parser.value(data);
+    options.reports = parser.value(reports);
     options.task = parser.isSet(check)     ? Options::Task::Check
+                   : parser.isSet(list)    ? Options::Task::ListReports
                    : parser.isSet(session) ? Options::Task::ServeSession
                                            : Options::Task::Serve;
     bool areThreads = false;
     bool areSeconds = false;
+    bool areMiB = false;
+    options.reportsMiB = parser.value(room).toInt(&areMiB);
     options.threads = parser.value(threads).toInt(&areThreads);
     options.idleSeconds = parser.value(idle).toInt(&areSeconds);
     if (!parser.positionalArguments().isEmpty())
@@ -80,6 +93,12 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
         options.error = QString("--threads must be a number from 1 to %1.").arg(MaximumThreads);
     else if (!areSeconds || options.idleSeconds < 0 || options.idleSeconds > MaximumIdleSeconds)
         options.error = QString("--idle-seconds must be a number from 0 to %1.").arg(MaximumIdleSeconds);
+    else if (!areMiB || options.reportsMiB < 1 || options.reportsMiB > MaximumReportsMiB)
+        options.error = QString("--reports-room must be a number from 1 to %1.").arg(MaximumReportsMiB);
+    else if (options.reports.isEmpty() && (parser.isSet(list) || parser.isSet(reports) || parser.isSet(room)))
+        options.error = "--list-reports and --reports-room need a directory in --reports.";
+    else if (parser.isSet(session) && parser.isSet(reports))
+        options.error = "--reports cannot be used with --session, which serves this user only.";
     else if (parser.isSet(session) && (parser.isSet(listen) || parser.isSet(publicUrl)))
         options.error =
             "--listen and --public-url cannot be used with --session, which serves this user only.";

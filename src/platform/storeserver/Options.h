@@ -9,7 +9,7 @@ namespace StoreServer {
 
 /// What the process is told to do.
 struct Options {
-    enum class Task { Serve, ServeSession, Check, Help, Version };
+    enum class Task { Serve, ServeSession, Check, ListReports, Help, Version };
 
     Task task = Task::Serve;
     QString data;  ///< the store's directory
@@ -17,6 +17,8 @@ struct Options {
     int port = 0;
     StoreAddress publicAddress;  ///< where clients reach the store, if it is not where they say
     int threads = 1;
+    QString reports;      ///< the directory of reports; empty if none are taken
+    int reportsMiB = 0;   ///< what may be in it
     int idleSeconds = 0;  ///< of a session, after which the process ends; 0 is never
 
     QString error;     ///< why the arguments make no sense; empty if they do

@@ -2,9 +2,12 @@
 
 #include <unistd.h>
 
+#include <QDateTime>
 #include <system_error>
 #include <thread>
 
+#include "fenk/system/RegularFile.h"
+#include "storeserver/reports/ReportSignature.h"
 #include "storeserver/request/AnswerCache.h"
 #include "storeserver/request/StoreAnswers.h"
 
@@ -12,6 +15,8 @@ namespace StoreServer {
 
 namespace {
 
+const char SecretVariable[] = "CELLARIX_REPORT_SECRET";
+constexpr qint64 MaximumSecret = 1000;
 constexpr size_t CacheBytes = 16 * 1024 * 1024;  // of one thread
 constexpr int FirstSessionPort = 20000;
 constexpr std::chrono::seconds PortPatience{3};
@@ -24,10 +29,39 @@ int sessionPort() {
     return FirstSessionPort + int(unsigned(::getuid()) * Spread % SessionPorts);
 }
 
+/// Not an argument, which everybody on the machine can read.
+QString reportSecret(const QString& directory) {
+    const QString file = directory + "/secret";
+    QByteArray hex = qgetenv(SecretVariable);
+    if (hex.isEmpty())
+        hex = Fenk::RegularFile::read(file, MaximumSecret).value_or(QByteArray());
+    const QString secret = ReportSignature::secretOf(hex.trimmed());
+    if (secret.isEmpty())
+        throw ReportError(QString("Reports need a secret, as hexadecimal digits in %1 or in the environment "
+                                  "variable %2.")
+                              .arg(file, SecretVariable)
+                              .toStdString());
+    return secret;
+}
+
+std::unique_ptr<ReportService> reportService(const Options& options) {
+    if (options.reports.isEmpty())
+        return nullptr;
+    return std::make_unique<ReportService>(ReportService::Settings{
+        options.reports, reportSecret(options.reports), qint64(options.reportsMiB) << 20,
+        options.publicAddress, &QDateTime::currentMSecsSinceEpoch});
+}
+
 }  // namespace
 
 Server::Server(const Options& options)
-    : m_options(options), m_keeper(options.data, options.threads), m_publicAddress(options.publicAddress) {}
+    : m_options(options),
+      m_reports(reportService(options)),
+      m_keeper(options.data, options.threads),
+      m_publicAddress(options.publicAddress) {
+    if (m_reports)
+        m_keeper.setVotes([this] { return m_reports->votes(); });
+}
 
 QString Server::start() {
     if (m_isStarted)
@@ -50,7 +84,11 @@ QString Server::begin() {
         return QString::fromStdString(error);
     if (!m_keeper.start())
         return "There is no catalogue to serve in " + m_options.data + '.';
-    m_http.start(m_options.threads, [this](int thread) { return handlerOf(thread); });
+    BodyTaker taker;
+    if (m_reports)
+        taker = [this](const StoreRequest& head, size_t length) { return m_reports->take(head, length); };
+    m_http.start(
+        m_options.threads, [this](int thread) { return handlerOf(thread); }, {}, taker);
     return {};
 }
 
@@ -76,6 +114,8 @@ HttpExchange::Handler Server::handlerOf(int thread) const {
     const auto cache = std::make_shared<AnswerCache>(CacheBytes);
     return [this, thread, cache](const StoreRequest& request) {
         const std::shared_ptr<const Catalogue> catalogue = m_keeper.current();
+        if (m_reports && m_reports->isFor(request))
+            return m_reports->answer(request, *catalogue);
         const std::string key = answerKey(request, m_publicAddress);
         if (key.empty())
             return storeAnswer(request, m_publicAddress, *catalogue, thread);

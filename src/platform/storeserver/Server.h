@@ -2,6 +2,7 @@
 
 #include "storeserver/CatalogueKeeper.h"
 #include "storeserver/Options.h"
+#include "storeserver/reports/ReportService.h"
 #include "storeserver/server/HttpServer.h"
 
 namespace StoreServer {
@@ -9,7 +10,7 @@ namespace StoreServer {
 /// The store: a directory, its catalogue and a web server for it. Lives in the main thread.
 class Server {
 public:
-    /// Throws SqlError if there is no room for temporary files.
+    /// Throws SqlError if there is no room for temporary files, and ReportError if no reports can be taken.
     explicit Server(const Options& options);
 
     /// Listens, reads the directory and begins to answer. On failure an English text; a later call tries
@@ -30,6 +31,7 @@ private:
     HttpExchange::Handler handlerOf(int thread) const;
 
     const Options m_options;
+    std::unique_ptr<ReportService> m_reports;  // null if none are taken
     CatalogueKeeper m_keeper;
     StoreAddress m_publicAddress;
     std::string m_address;

@@ -13,6 +13,7 @@
 #include "storeserver/Options.h"
 #include "storeserver/Server.h"
 #include "storeserver/SessionLife.h"
+#include "storeserver/reports/ReportList.h"
 #include "storeserver/wire/StoreObject.h"
 
 using namespace StoreServer;
@@ -97,6 +98,8 @@ int main(int argc, char** argv) {
                 return 0;
             case Options::Task::Check:
                 return checkDirectory(options.data, std::cout);
+            case Options::Task::ListReports:
+                return listReports(options.reports, std::cout);
             case Options::Task::Serve:
             case Options::Task::ServeSession:
                 return run(application, options);

@@ -32,7 +32,7 @@ ORDER = {
     "store": "records client images install view .",
     "packaging": "config driver contents manifest start .",
     "shell": "associations properties configuration library .",
-    "storeserver": "data catalogue request server wire .",
+    "storeserver": "data catalogue request reports server wire .",
     "bottleservice": "result files settings bottles wine backup components desktop jobs requests wire .",
 }
 ORDER = {name: order.split() for name, order in ORDER.items()}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QStringList>
+#include <string_view>
+
+#include "storeserver/reports/UploadKeys.h"
+
+namespace StoreServer {
+
+/// What clients send, checked but for the keys of uploads. Each reader returns an error text for developers
+/// of clients, which is empty if all is well. Fields that are not known are left out.
+namespace ReportBodies {
+
+constexpr size_t MaximumBytes = 64 * 1024;
+constexpr int MaximumDepth = 16;
+
+/// The object of a body. Bytes that are nested deeper than the maximum are not parsed.
+QString parse(std::string_view bytes, QJsonObject* body);
+
+/// A report. `record` is what is kept of it: without the machine's id and without the keys of files.
+struct Feedback {
+    QJsonObject record;
+    QStringList imageKeys;
+    QString logKey;  ///< empty for none
+};
+QString readFeedback(const QJsonObject& body, Feedback* feedback);
+
+struct Score {
+    QString appName;  ///< not empty
+    QString appVersion;
+    int score = 0;    ///< 1 to 5
+    QString fileKey;  ///< empty for none
+};
+QString readScore(const QJsonObject& body, Score* score);
+
+QString readUpload(const QJsonObject& body, UploadKind* kind);
+
+}  // namespace ReportBodies
+
+}  // namespace StoreServer
