@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include "core/base/LogScrub.h"
 #include "launch/repair/BottleDamage.h"
 #include "launch/repair/ProblemReport.h"
 #include "launch/repair/RepairOffer.h"
@@ -228,7 +229,7 @@ private Q_SLOTS:
         for (int i = 1; i < ProblemReport::LogLines; ++i)
             report.log += "x";
         report.log += R"(Z:\\data\\Anna-M\\a.exe, C:\users\anna-m\x, /home/bob/y, /data/anna-m/z, anna-max)";
-        const QString text = report.text("/data/anna-m", "anna-m");
+        const QString text = report.text(LogScrub({{"/data/anna-m"}, "anna-m", {}}));
         QCOMPARE(text.section('\n', 0, 8),
                  QString("Program: Harbour\nDiagnosis: not known\nCellarix: not known\n"
                          "Wine: 10.0 (not known)\nSystem: not known\nSession: not known\n"

@@ -1,12 +1,8 @@
 #include "launch/repair/ProblemReport.h"
 
-#include <QRegularExpression>
-
-#include "core/base/Logging.h"
+#include "core/base/LogScrub.h"
 
 namespace {
-
-constexpr int MinimumNameLength = 3;  // shorter names occur within too many words
 
 QString known(const QString& value) {
     return value.isEmpty() ? ProblemReport::tr("not known") : value;
@@ -19,23 +15,7 @@ QString lines(const QString& title, const QStringList& values) {
 
 }  // namespace
 
-QString ProblemReport::scrubbed(QString text, const QString& home, const QString& user) {
-    if (home.size() > 1) {
-        text.replace(home, "@home_dir@");
-        // As in Wine paths and in the log, which doubles each backslash.
-        const QString inWine = QRegularExpression::escape(home).replace("\\/", "/").replace("/", "\\\\+");
-        text.replace(QRegularExpression(inWine, QRegularExpression::CaseInsensitiveOption), "@home_dir@");
-    }
-    text = cleanHomePaths(text);
-    if (user.size() >= MinimumNameLength && user != "root")
-        text.replace(QRegularExpression("\\b" + QRegularExpression::escape(user) + "\\b",
-                                        QRegularExpression::UseUnicodePropertiesOption |
-                                            QRegularExpression::CaseInsensitiveOption),
-                     "@user@");
-    return text;
-}
-
-QString ProblemReport::text(const QString& home, const QString& user) const {
+QString ProblemReport::text(const LogScrub& scrub) const {
     const QString version = programVersion.isEmpty() ? QString() : ' ' + programVersion;
     QStringList parts;
     parts << tr("Program: %1").arg(program + version);
@@ -47,5 +27,5 @@ QString ProblemReport::text(const QString& home, const QString& user) const {
     parts << tr("Graphics: %1").arg(known(graphics.join("; ")));
     parts << QString() << lines(tr("What was tried:"), tried);
     parts << lines(tr("Log:"), log.mid(qMax(0, log.size() - LogLines)));
-    return scrubbed(parts.join('\n'), home, user);
+    return scrub.scrubbed(parts.join('\n'));
 }

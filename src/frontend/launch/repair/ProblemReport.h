@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QStringList>
 
+class LogScrub;
+
 /// A report about a failed launch for whoever helps the user, as plain text. Fields may be empty; the text
 /// then says that they are unknown.
 struct ProblemReport {
@@ -22,9 +24,5 @@ public:
     QStringList tried;  ///< repairs with their results
     QStringList log;    ///< the newest lines, oldest first
 
-    /// The report, with the user's name and home directory removed everywhere.
-    QString text(const QString& home, const QString& user) const;
-
-    /// Removes the home directory, also in its Windows form, and the user's name as a whole word.
-    static QString scrubbed(QString text, const QString& home, const QString& user);
+    QString text(const LogScrub& scrub) const;
 };

@@ -1,7 +1,6 @@
 #include "launch/run/RepairAssistant.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -12,6 +11,7 @@
 #include "backend/BottleRepair.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ServiceErrorText.h"
+#include "core/base/LogScrub.h"
 #include "core/base/WineNames.h"
 #include "fenk/system/SystemInfo.h"
 #include "fenk/window/Dialog.h"
@@ -267,5 +267,5 @@ QString RepairAssistant::report(const QString& appName) const {
             tr("%1 could not be installed: %2").arg(componentTitle(failure.component), failure.reason);
     }
     report.log = m_view->lastLines(ProblemReport::LogLines);
-    return report.text(QDir::homePath(), qEnvironmentVariable("USER"));
+    return report.text(LogScrub());
 }
