@@ -169,7 +169,10 @@ private Q_SLOTS:
 
     void logsAreBounded() {
         const QString bottle = m_home.path() + "/bottle";
-        m_home.write("bottle/bottle.yml", "Runner: w\n");
+        m_home.write("bottle/bottle.yml", "Path: " + bottle.toUtf8() + '\n');
+        const QByteArray secret = m_home.path().toUtf8() + "/x\n";
+        const int end = LogCollection::MaximumLogBytes;
+        m_home.write("bottle/logs/cut.log", QByteArray(100, '-') + secret + QByteArray(end - 20, '-'));
         sparse("bottle/logs/large.log", 3 << 20);
         sparse("bottle/logs/whole.log", 1 << 20);
         QFile::link("/etc/hostname", bottle + "/logs/link.log");
@@ -188,6 +191,9 @@ private Q_SLOTS:
         QVERIFY(TestSupport::readFile(copies.filePath("whole.log")).startsWith("begin"));
         QVERIFY(!TestSupport::readFile(copies.filePath("0.log")).startsWith("begin"));
         QCOMPARE(QFileInfo(copies.filePath("0.log")).size(), LogCollection::MaximumLogBytes);
+        QCOMPARE(TestSupport::readFile(copies.filePath("bottle.yml")),
+                 QByteArray("Path: @home_dir@/bottle\n"));
+        QVERIFY(!TestSupport::readFile(copies.filePath("cut.log")).contains(m_home.path().right(8).toUtf8()));
     }
 
     void collectsLogs() {
@@ -209,8 +215,10 @@ private Q_SLOTS:
             }
         }
         QProcess tar;
-        tar.start("tar", {"-tzf", m_home.write("sent.tar.gz", m_server.bodies.last())});
-        QVERIFY(tar.waitForFinished() && tar.readAllStandardOutput().contains("/bottle.yml"));
+        tar.start("tar", {"-tvzf", m_home.write("sent.tar.gz", m_server.bodies.last())});
+        QVERIFY(tar.waitForFinished());
+        const QByteArray list = tar.readAllStandardOutput();
+        QVERIFY(list.contains("/bottle.yml") && list.contains("root/root") && !list.contains("/lumora"));
         QTRY_COMPARE(leftOvers(), QStringList());
     }
 };

@@ -7,12 +7,17 @@
 #include <QStandardPaths>
 #include <algorithm>
 
+#include "core/base/LogScrub.h"
 #include "core/base/Paths.h"
 #include "fenk/system/RegularFile.h"
 
 namespace {
 
+using LogCollection::MaximumLogBytes;
+
+const QString Settings = QStringLiteral("bottle.yml");
 const char OwnLog[] = "cellarix.log";
+constexpr int LongestPart = 4096;  // of a line, to search for its beginning
 
 /// Where a copy goes; logs of different directories may have the same name.
 QString freeName(const QString& directory, const QString& name) {
@@ -22,8 +27,17 @@ QString freeName(const QString& directory, const QString& name) {
     return path;
 }
 
-/// Returns the number of bytes that were copied.
-qint64 copyEnd(const QString& path, const QString& copy) {
+/// The end of a file, from the beginning of a line when one begins near: a name of which only a part is left
+/// would not be known. A little more than what is kept of it.
+QByteArray readEnd(QFile* file) {
+    const qint64 begin = qMax(qint64(0), file->size() - MaximumLogBytes - LongestPart);
+    file->seek(begin);
+    const QByteArray bytes = file->read(MaximumLogBytes + LongestPart);
+    return begin > 0 ? bytes.mid(bytes.left(LongestPart).indexOf('\n') + 1) : bytes;
+}
+
+/// Returns the number of bytes that were written.
+qint64 copyEnd(const LogScrub* scrub, const QString& path, const QString& copy) {
     QFile source;
     QFile target(copy);
     if (!Fenk::RegularFile::open(source, path)) {
@@ -34,9 +48,8 @@ qint64 copyEnd(const QString& path, const QString& copy) {
         qWarning().noquote() << "Failed to open file:" << copy << "for writing";
         return 0;
     }
-    if (source.size() > LogCollection::MaximumLogBytes)
-        source.seek(source.size() - LogCollection::MaximumLogBytes);
-    const QByteArray bytes = source.read(LogCollection::MaximumLogBytes);
+    const QByteArray read = readEnd(&source);
+    const QByteArray bytes = (scrub ? scrub->scrubbed(read) : read).right(MaximumLogBytes);
     if (target.write(bytes) != bytes.size())
         qWarning().noquote() << "Failed to copy file:" << path << "to" << copy;
     return bytes.size();
@@ -57,7 +70,8 @@ Sources Sources::of(const QString& bottlePath) {
 }
 
 void gather(const Sources& sources, const QString& directory) {
-    qint64 total = copyEnd(sources.bottlePath + "/bottle.yml", freeName(directory, "bottle.yml"));
+    const LogScrub scrub;
+    qint64 total = copyEnd(&scrub, sources.bottlePath + '/' + Settings, freeName(directory, Settings));
     QFileInfoList logs = logsIn(sources.bottlePath + "/logs", "*.log") +
                          logsIn(sources.serviceDirectory, "*.log") +
                          logsIn(sources.applicationDirectory, OwnLog);
@@ -68,7 +82,7 @@ void gather(const Sources& sources, const QString& directory) {
     for (const QFileInfo& log : qAsConst(logs)) {
         if (total + qMin(log.size(), MaximumLogBytes) > MaximumBytes)
             break;
-        total += copyEnd(log.filePath(), freeName(directory, log.fileName()));
+        total += copyEnd(&scrub, log.filePath(), freeName(directory, scrub.scrubbed(log.fileName())));
         --left;
     }
     if (left > 0)
@@ -80,8 +94,9 @@ bool isOwnDirectory(const QString& path) {
     return place.isDir() && !place.isSymLink() && place.ownerId() == ::geteuid();
 }
 
-QStringList ratingFiles(const QString& bottleName, const QString& bottlePath, const QString& directory) {
-    const QString settings = bottlePath + "/bottle.yml";
+QStringList gatherForRating(const QString& bottleName, const QString& bottlePath, const QString& suggestions,
+                            const QString& directory) {
+    const QString settings = bottlePath + '/' + Settings;
     if (bottlePath.isEmpty()) {
         qWarning().noquote() << "bottlesPath for " + bottleName + "is empty";
         return {};
@@ -90,12 +105,19 @@ QStringList ratingFiles(const QString& bottleName, const QString& bottlePath, co
         qWarning().noquote() << "bottle.yml for " + bottleName + "is not exists";
         return {};
     }
+    const LogScrub scrub;
+    copyEnd(&scrub, settings, freeName(directory, Settings));
     QStringList files;
-    if (isOwnDirectory(directory)) {
-        for (const QFileInfo& file : QDir(directory).entryInfoList(QDir::Files | QDir::NoSymLinks))
+    if (isOwnDirectory(suggestions)) {
+        for (const QFileInfo& file : QDir(suggestions).entryInfoList(QDir::Files | QDir::NoSymLinks))
             files += file.filePath();
     }
-    return files + QStringList{settings};
+    qint64 total = 0;
+    for (const QString& file : qAsConst(files)) {
+        if (total < MaximumBytes)
+            total += copyEnd(nullptr, file, freeName(directory, QFileInfo(file).fileName()));
+    }
+    return files;
 }
 
 }  // namespace LogCollection

@@ -3,10 +3,11 @@
 #include <QString>
 #include <QStringList>
 
-/// Copies of the logs that explain a problem with a program, for an archive of bounded size. For any thread.
+/// Copies of the files that explain a problem with a program, for an archive of bounded size. Scrubbed of
+/// what says whose they are (LogScrub). For any thread but the GUI's.
 namespace LogCollection {
 
-constexpr qint64 MaximumLogBytes = 2097152;        ///< of one log; of a longer one the end is kept
+constexpr qint64 MaximumLogBytes = 2097152;        ///< of one file; of a longer one the end is kept
 constexpr qint64 MaximumBytes = 32 * 1024 * 1024;  ///< of all copies; the newest logs come first
 
 struct Sources {
@@ -24,8 +25,9 @@ void gather(const Sources& sources, const QString& directory);
 /// Whether it is a directory of this user and no link: what is to be removed, or lies where others can write.
 bool isOwnDirectory(const QString& path);
 
-/// What a rating brings with it: the bottle's bottle.yml and the files of an own directory. Empty, with a
-/// line in the log, without a bottle.yml.
-QStringList ratingFiles(const QString& bottleName, const QString& bottlePath, const QString& directory);
+/// What a rating brings with it: copies the bottle's bottle.yml, and the files of an own directory as they
+/// are. Returns the paths of the latter. Copies nothing, with a line in the log, without a bottle.yml.
+QStringList gatherForRating(const QString& bottleName, const QString& bottlePath, const QString& suggestions,
+                            const QString& directory);
 
 }  // namespace LogCollection

@@ -2,14 +2,15 @@
 
 #include <QObject>
 #include <QStringList>
+#include <functional>
 #include <memory>
 
 class QTemporaryDir;
-struct BusResult;
 
-/// Uploads what is known of one bottle: asks the service where it is, collects in the background, and hands
-/// the files to UploadFilesManager. Use it once: it ends in exactly one finished(), and in none when it is
-/// deleted first, which also cancels the upload and removes the copies. GUI thread.
+/// Uploads what is known of one bottle: asks the service where it is, copies the files in the background
+/// (LogCollection), and hands the copies to UploadFilesManager. The copies can be read before they are sent.
+/// Use it once: it ends in exactly one finished(), and in none when it is deleted first, which also cancels
+/// the upload and removes the copies. GUI thread.
 class LogUpload : public QObject {
     Q_OBJECT
 public:
@@ -21,25 +22,39 @@ public:
     /// Instead of SuggestionDirectory.
     void setSuggestionDirectory(const QString& path) { m_suggestionDirectory = path; }
 
-    /// The logs, for a report.
+    /// Copies the logs, for a report, or the bottle's settings and the files of SuggestionDirectory, for a
+    /// rating. Ends in prepared().
+    void prepareLogs(const QString& bottleName);
+    void prepareConfiguration(const QString& bottleName);
+    /// Sends the copies after prepared().
+    void upload();
+
+    /// Both steps.
     void collectLogs(const QString& bottleName);
-    /// The bottle's settings and the files of SuggestionDirectory, for a rating. Files that were uploaded, or
-    /// should have been, are removed at the end.
+    /// Files of SuggestionDirectory that were uploaded, or should have been, are removed at the end.
     void uploadConfiguration(const QString& bottleName);
 
 Q_SIGNALS:
+    /// Paths of the copies, which live as long as this object or until finished(). None when there is nothing
+    /// to send.
+    void prepared(const QStringList& files);
     /// The key of the archive for the report; empty when nothing was uploaded.
     void finished(const QString& fileKey);
 
 private:
-    void onLogsBottle(const QString& bottleName, const BusResult& result);
-    void onRatedBottle(const QString& bottleName, const BusResult& result);
-    void upload(const QStringList& paths);
+    struct Gathered {
+        QStringList files;        ///< the copies
+        QStringList suggestions;  ///< what some of them were made of
+    };
+    using Gather = std::function<QStringList(const QString& bottlePath, const QString& directory)>;
+    void prepare(const QString& bottleName, const Gather& gather);
     void finish(const QString& fileKey);
-    void removeFiles();
+    void removeSuggestions();
 
     std::shared_ptr<QTemporaryDir> m_copies;  ///< removes itself when nobody needs it any more
     QString m_suggestionDirectory = SuggestionDirectory;
     QStringList m_suggestions;  ///< files of it that are part of this upload
-    int m_upload = 0;           ///< number of the upload under way
+    bool m_hasFiles = false;
+    bool m_isRating = false;
+    int m_upload = 0;  ///< number of the upload under way
 };

@@ -39,6 +39,15 @@ QByteArray readWhole(const QString& path, QString* errorText) {
     return bytes;
 }
 
+QStringList archiveArguments(const QString& archive, const QStringList& paths) {
+    QStringList arguments{"-zcvf", archive, "--owner=root:0", "--group=root:0"};
+    for (const QString& path : paths) {
+        const QFileInfo file(path);
+        arguments << "-C" << file.absolutePath() << "./" + file.fileName();
+    }
+    return arguments;
+}
+
 }  // namespace
 
 UploadFilesTask::UploadFilesTask(const QStringList& filePaths, int fileType, const ReportAccess& access,
@@ -176,6 +185,7 @@ QString UploadFilesTask::uploadLogs(QNetworkAccessManager* network) {
     return errorText;
 }
 
+/// Paths and owners in an archive would name the user: it has the names of the files and directories alone.
 /// The archiver's exit code and messages only go to the log: an archive that lacks a file is better than
 /// none.
 QString UploadFilesTask::makeArchive(const QString& archive) {
@@ -187,7 +197,7 @@ QString UploadFilesTask::makeArchive(const QString& archive) {
     QObject::connect(&tar, &QProcess::errorOccurred, &loop, &QEventLoop::quit);
     QObject::connect(this, &UploadFilesTask::cancelRequested, &tar, &QProcess::kill);
     if (!isCancelled()) {
-        tar.start("tar", QStringList{"-zcvf", archive} + m_filePaths);
+        tar.start("tar", archiveArguments(archive, m_filePaths));
         if (tar.state() != QProcess::NotRunning)
             loop.exec();
         tar.waitForFinished(-1);
