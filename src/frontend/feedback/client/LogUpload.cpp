@@ -13,13 +13,60 @@
 
 const char LogUpload::SuggestionDirectory[] = "/tmp/.suggestion_file_path";
 
+namespace {
+
+/// What was copied, and the files of the suggestion directory that are part of it.
+struct Gathered {
+    LogUpload::Copies copies;
+    QStringList suggestions;
+};
+
+/// `fill(bottlePath, directory, suggestions)` runs in the background. Without any copy the handler gets null.
+template <class Fill, class Handler>
+void copyFiles(const QString& bottleName, QObject* context, Fill fill, Handler handler) {
+    BottlesConfig::instance()->watchBottle(
+        bottleName, context, [context, fill, handler](const BusResult& result) {
+            const auto work = [fill, path = BottleRecord::path(result.object())] {
+                Gathered gathered;
+                const auto copies = std::make_shared<QTemporaryDir>(UploadPlace::newLogs());
+                if (!copies->isValid())
+                    qWarning().noquote() << "no directory for logs:" << copies->errorString();
+                else
+                    fill(path, copies->path(), &gathered.suggestions);
+                if (copies->isValid() && !QDir(copies->path()).isEmpty())
+                    gathered.copies = copies;
+                return gathered;
+            };
+            inBackground(context, work, handler);
+        });
+}
+
+void fillWithLogs(const QString& bottleName, const QString& bottlePath, const QString& directory) {
+    if (bottlePath.isEmpty())
+        qWarning().noquote() << "bottlePath for " + bottleName + "is empty, nonthing to upload";
+    else
+        LogCollection::gather(LogCollection::Sources::of(bottlePath), directory);
+}
+
+template <class Handler>
+void copyForRating(const QString& bottleName, const QString& suggestionDirectory, QObject* context,
+                   Handler handler) {
+    copyFiles(
+        bottleName, context,
+        [bottleName, suggestionDirectory](const QString& bottlePath, const QString& directory,
+                                          QStringList* suggestions) {
+            *suggestions =
+                LogCollection::gatherForRating(bottleName, bottlePath, suggestionDirectory, directory);
+        },
+        handler);
+}
+
+}  // namespace
+
 LogUpload::~LogUpload() {
-    const bool wasBegun = m_upload > 0;
-    if (wasBegun)
+    if (m_upload > 0)
         UploadFilesManager::instance()->cancel(m_upload);
-    m_copies.reset();
-    if (wasBegun)
-        removeSuggestions();
+    removeSuggestions();
 }
 
 void LogUpload::removeSuggestions() {
@@ -31,70 +78,44 @@ void LogUpload::removeSuggestions() {
     m_suggestions.clear();
 }
 
-void LogUpload::prepareLogs(const QString& bottleName) {
-    prepare(bottleName, [bottleName](const QString& bottlePath, const QString& directory) {
-        if (bottlePath.isEmpty())
-            qWarning().noquote() << "bottlePath for " + bottleName + "is empty, nonthing to upload";
-        else
-            LogCollection::gather(LogCollection::Sources::of(bottlePath), directory);
-        return QStringList();
-    });
+void LogUpload::copyLogs(const QString& bottleName, QObject* context, const CopiesHandler& handler) {
+    copyFiles(
+        bottleName, context,
+        [bottleName](const QString& bottlePath, const QString& directory, QStringList*) {
+            fillWithLogs(bottleName, bottlePath, directory);
+        },
+        [handler](const Gathered& gathered) { handler(gathered.copies); });
 }
 
-void LogUpload::prepareConfiguration(const QString& bottleName) {
-    m_isRating = true;
-    prepare(bottleName, [bottleName, suggestions = m_suggestionDirectory](const QString& bottlePath,
-                                                                          const QString& directory) {
-        return LogCollection::gatherForRating(bottleName, bottlePath, suggestions, directory);
-    });
-}
-
-void LogUpload::prepare(const QString& bottleName, const Gather& gather) {
-    BottlesConfig::instance()->watchBottle(bottleName, this, [this, gather](const BusResult& result) {
-        m_copies = std::make_shared<QTemporaryDir>(UploadPlace::newLogs());
-        if (!m_copies->isValid())
-            qWarning().noquote() << "no directory for logs:" << m_copies->errorString();
-        inBackground(
-            this,
-            [gather, path = BottleRecord::path(result.object()), copies = m_copies] {
-                Gathered gathered;
-                if (!copies->isValid())
-                    return gathered;
-                gathered.suggestions = gather(path, copies->path());
-                const auto files = QDir(copies->path()).entryInfoList(QDir::Files, QDir::Name);
-                for (const QFileInfo& file : files)
-                    gathered.files += file.filePath();
-                return gathered;
-            },
-            [this](const Gathered& gathered) {
-                m_suggestions = gathered.suggestions;
-                m_hasFiles = !gathered.files.isEmpty();
-                Q_EMIT prepared(gathered.files);
-            });
-    });
+void LogUpload::copyConfiguration(const QString& bottleName, const QString& suggestionDirectory,
+                                  QObject* context, const CopiesHandler& handler) {
+    copyForRating(bottleName, suggestionDirectory, context,
+                  [handler](const Gathered& gathered) { handler(gathered.copies); });
 }
 
 void LogUpload::collectLogs(const QString& bottleName) {
-    connect(this, &LogUpload::prepared, this, &LogUpload::upload);
-    prepareLogs(bottleName);
+    copyLogs(bottleName, this, [this](const Copies& copies) { uploadLogs(copies); });
 }
 
 void LogUpload::uploadConfiguration(const QString& bottleName) {
-    connect(this, &LogUpload::prepared, this, &LogUpload::upload);
-    prepareConfiguration(bottleName);
+    copyForRating(bottleName, m_suggestionDirectory, this, [this](const Gathered& gathered) {
+        m_suggestions = gathered.suggestions;
+        if (gathered.copies)
+            qInfo().noquote() << "up: " + gathered.copies->path();
+        else
+            qInfo("nonthing to up");
+        uploadLogs(gathered.copies);
+    });
 }
 
-void LogUpload::upload() {
-    if (!m_hasFiles) {
-        if (m_isRating)
-            qInfo("nonthing to up");
+void LogUpload::uploadLogs(const Copies& copies) {
+    if (!copies) {
         finish({});
         return;
     }
+    m_copies = copies;
     auto* uploads = UploadFilesManager::instance();
-    if (m_isRating)
-        qInfo().noquote() << "up: " + m_copies->path();
-    m_upload = uploads->addTask({m_copies->path()}, UploadFilesTask::Logs);
+    m_upload = uploads->addTask({copies->path()}, UploadFilesTask::Logs);
     connect(uploads, &UploadFilesManager::sigUploadFinished, this,
             [this](UploadFilesTaskStatus status, const QString&, const QString& key, int replyCount) {
                 if (replyCount == m_upload)
@@ -104,11 +125,8 @@ void LogUpload::upload() {
 
 void LogUpload::finish(const QString& fileKey) {
     qInfo().noquote() << "configLogKey:" << fileKey;
-    if (m_isRating)
-        qInfo("start apply score");
-    if (m_upload > 0)
-        removeSuggestions();
     m_upload = 0;
     m_copies.reset();
+    removeSuggestions();
     Q_EMIT finished(fileKey);
 }

@@ -8,9 +8,9 @@
 class QTemporaryDir;
 
 /// Uploads what is known of one bottle: asks the service where it is, copies the files in the background
-/// (LogCollection), and hands the copies to UploadFilesManager. The copies can be read before they are sent.
-/// Use it once: it ends in exactly one finished(), and in none when it is deleted first, which also cancels
-/// the upload and removes the copies. GUI thread.
+/// (LogCollection), and hands the copies to UploadFilesManager. The copies can be made, and read, before. Use
+/// an object once: it ends in exactly one finished(), and in none when it is deleted first, which also
+/// cancels the upload and removes the copies. GUI thread.
 class LogUpload : public QObject {
     Q_OBJECT
 public:
@@ -22,39 +22,34 @@ public:
     /// Instead of SuggestionDirectory.
     void setSuggestionDirectory(const QString& path) { m_suggestionDirectory = path; }
 
-    /// Copies the logs, for a report, or the bottle's settings and the files of SuggestionDirectory, for a
-    /// rating. Ends in prepared().
-    void prepareLogs(const QString& bottleName);
-    void prepareConfiguration(const QString& bottleName);
-    /// Sends the copies after prepared().
-    void upload();
+    /// A directory of copies, which is removed with the last reference.
+    using Copies = std::shared_ptr<QTemporaryDir>;
+    using CopiesHandler = std::function<void(const Copies&)>;
+    /// Copies the logs without uploading them. The handler gets null where there is nothing; it is not called
+    /// when context is destroyed first.
+    static void copyLogs(const QString& bottleName, QObject* context, const CopiesHandler& handler);
+    /// The same for what uploadConfiguration() sends.
+    static void copyConfiguration(const QString& bottleName, const QString& suggestionDirectory,
+                                  QObject* context, const CopiesHandler& handler);
 
-    /// Both steps.
+    /// The logs, for a report.
     void collectLogs(const QString& bottleName);
-    /// Files of SuggestionDirectory that were uploaded, or should have been, are removed at the end.
+    /// What copyLogs() has collected.
+    void uploadLogs(const Copies& copies);
+    /// The bottle's settings and the files of SuggestionDirectory, for a rating. Files that were uploaded, or
+    /// should have been, are removed at the end.
     void uploadConfiguration(const QString& bottleName);
 
 Q_SIGNALS:
-    /// Paths of the copies, which live as long as this object or until finished(). None when there is nothing
-    /// to send.
-    void prepared(const QStringList& files);
     /// The key of the archive for the report; empty when nothing was uploaded.
     void finished(const QString& fileKey);
 
 private:
-    struct Gathered {
-        QStringList files;        ///< the copies
-        QStringList suggestions;  ///< what some of them were made of
-    };
-    using Gather = std::function<QStringList(const QString& bottlePath, const QString& directory)>;
-    void prepare(const QString& bottleName, const Gather& gather);
     void finish(const QString& fileKey);
     void removeSuggestions();
 
-    std::shared_ptr<QTemporaryDir> m_copies;  ///< removes itself when nobody needs it any more
+    Copies m_copies;
     QString m_suggestionDirectory = SuggestionDirectory;
     QStringList m_suggestions;  ///< files of it that are part of this upload
-    bool m_hasFiles = false;
-    bool m_isRating = false;
-    int m_upload = 0;  ///< number of the upload under way
+    int m_upload = 0;           ///< number of the upload under way
 };
