@@ -2,11 +2,15 @@
 
 #include <QPointer>
 
+#include "backend/BottleRecord.h"
+#include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
 #include "environment/BottleEnvScript.h"
+#include "feedback/dialogs/FeedBackDialog.h"
 #include "launch/LaunchWindows.h"
 #include "packaging/AppConfigDialog.h"
 #include "packaging/manifest/ExportYamlDialog.h"
+#include "packaging/manifest/RememberedAnswers.h"
 #include "shell/configuration/page/LaunchedConfigWindow.h"
 
 namespace {
@@ -24,12 +28,41 @@ void prepareProton(QObject* context, const std::function<void()>& then) {
         });
 }
 
+/// What the user has told about the program's origin when its manifest was exported.
+void proposeDownloadUrl(FeedBackDialog* dialog, const ProgramRef& program) {
+    BottlesConfig::instance()->watchBottle(
+        program.bottle, dialog, [dialog, program](const BusResult& result) {
+            inBackground(
+                dialog,
+                [path = BottleRecord::path(result.object())] {
+                    return path.isEmpty() ? std::nullopt : RememberedAnswers::read(path);
+                },
+                [dialog, program](const std::optional<ManifestForm>& answers) {
+                    if (answers && answers->programUuid == program.uuid)
+                        dialog->setDownloadUrl(answers->downloadUrl);
+                });
+        });
+}
+
+/// No rating is asked for there.
+int askForFeedback(const ProgramRef& program, const QString& appName, const QString& version, QWidget* over) {
+    const QPointer<FeedBackDialog> dialog = new FeedBackDialog(program, over);
+    dialog->setAppName(appName);
+    dialog->setAppVersion(version);
+    if (!program.uuid.isEmpty())
+        proposeDownloadUrl(dialog, program);
+    dialog->exec();
+    delete dialog;  // it is gone already when its window went meanwhile
+    return 0;
+}
+
 }  // namespace
 
 void ApplicationWindows::setOpeners() {
     LaunchWindows& windows = LaunchWindows::instance();
     windows.prepareProton = &prepareProton;
     windows.configuration = &LaunchedConfigWindow::open;
+    windows.feedback = &askForFeedback;
     windows.manifestExport = &ExportYamlDialog::openFor;
     windows.packaging = &AppConfigDialog::openFor;
 }

@@ -22,6 +22,10 @@ QString keyOf(FileChoice::Kind kind) {
             return QStringLiteral("basic.last_folder.components");
         case FileChoice::Kind::Backup:
             return QStringLiteral("basic.last_folder.backup");
+        case FileChoice::Kind::Picture:
+            return QStringLiteral("basic.last_folder.picture");
+        case FileChoice::Kind::Report:
+            return QStringLiteral("basic.last_folder.report");
         default:
             return QStringLiteral("basic.last_folder.program");
     }

@@ -9,7 +9,7 @@ class QWidget;
 /// settings keep.
 namespace FileChoice {
 
-enum class Kind { Program, Registry, Installer, Log, Icon, Components, Backup };
+enum class Kind { Program, Registry, Installer, Log, Icon, Components, Backup, Picture, Report };
 
 /// A dialog over the window of `over`; the caller opens it, and it deletes itself when it is closed. Opens in
 /// `firstFolder` if no file was chosen before or that folder is gone. One existing file can be chosen; the

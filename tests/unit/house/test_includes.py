@@ -29,6 +29,7 @@ ARROWS["inspect"] = ARROWS["eventlog"] = set()
 ORDER = {
     "fenk": "system style controls instance settings log window gallery",
     "launch": ". icons inspection banner bottle monitor script open watch records winelog repair run",
+    "feedback": "client widgets dialogs rating .",
     "store": "records client images install view .",
     "packaging": "config driver contents manifest start .",
     "shell": "associations properties configuration library .",

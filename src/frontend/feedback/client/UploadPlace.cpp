@@ -23,13 +23,17 @@ QString UploadPlace::newLogs() {
     return directory() + "/logs-XXXXXX";
 }
 
+QString UploadPlace::newPictures() {
+    return directory() + "/pictures-XXXXXX";
+}
+
 QString UploadPlace::newArchive() {
     return directory() + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + ".tar.gz";
 }
 
 void UploadPlace::removeLeftOvers() {
     static const QRegularExpression ours(
-        "\\A(logs-\\w{6}|[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\.tar\\.gz)\\z");
+        "\\A((?:logs|pictures)-\\w{6}|[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\.tar\\.gz)\\z");
     const QDateTime oldest = QDateTime::currentDateTime().addSecs(-LeftOverSecs);
     const auto entries =
         QDir(directory()).entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot | QDir::NoSymLinks);

@@ -7,6 +7,7 @@ namespace UploadPlace {
 
 /// A template for QTemporaryDir. Makes the directory that it lies in.
 QString newLogs();
+QString newPictures();
 /// The file does not exist yet, its directory does.
 QString newArchive();
 

@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
@@ -23,4 +24,11 @@ QJsonObject peVersionInfo(const QString& path, bool* readable) {
     if (readable)
         *readable = answer.isObject();
     return answer.object();
+}
+
+QString readableVersion(const QJsonObject& versionBlock) {
+    QString version = versionBlock.value("ProductVersion").toString();
+    if (version.isEmpty())
+        version = versionBlock.value("FileVersion").toString();
+    return version.replace(QRegularExpression(QStringLiteral("[,.\uff0c]")), ".").remove(' ');
 }

@@ -10,3 +10,7 @@ QJsonObject exeFileInfo(const QString& path);
 /// The version block only, by key; empty if the file has none. Runs one tool for at most 30 s; `readable` is
 /// false if it failed.
 QJsonObject peVersionInfo(const QString& path, bool* readable = nullptr);
+
+/// The product's version in a version block, or else the file's, as reports tell it: with points between the
+/// numbers and without blanks.
+QString readableVersion(const QJsonObject& versionBlock);

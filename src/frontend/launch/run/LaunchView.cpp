@@ -5,7 +5,6 @@
 #include <QDebug>
 #include <QEvent>
 #include <QJsonObject>
-#include <QRegularExpression>
 #include <QTimer>
 
 #include "core/base/Logging.h"
@@ -13,6 +12,7 @@
 #include "launch/LaunchWindows.h"
 #include "launch/banner/RunningProgramsQuestion.h"
 #include "launch/banner/WineExeLaunchBanner.h"
+#include "launch/inspection/ExeFileInfo.h"
 #include "launch/run/ExeFileExecutor.h"
 #include "widgets/LogsWidget.h"
 #include "widgets/RunningLogsDialog.h"
@@ -38,14 +38,6 @@ protected:
 private:
     bool m_painted = false;
 };
-
-/// The version as feedback tells it: with points between the numbers and without blanks.
-QString feedbackVersion(const QJsonObject& versionBlock) {
-    QString version = versionBlock.value("ProductVersion").toString();
-    if (version.isEmpty())
-        version = versionBlock.value("FileVersion").toString();
-    return version.replace(QRegularExpression(QStringLiteral("[,.\uff0c]")), ".").remove(' ');
-}
 
 }  // namespace
 
@@ -135,5 +127,5 @@ void LaunchView::showLog(const std::function<QString()>& report) {
 
 int LaunchView::askFeedback(const ProgramRef& program, const QJsonObject& versionBlock) {
     const auto ask = LaunchWindows::instance().feedback;
-    return ask ? ask(program, m_appName, feedbackVersion(versionBlock), m_banner) : 0;
+    return ask ? ask(program, m_appName, readableVersion(versionBlock), m_banner) : 0;
 }

@@ -13,8 +13,8 @@
 #include "backend/InBackground.h"
 #include "core/base/Paths.h"
 #include "fenk/style/Theme.h"
+#include "launch/icons/UntrustedImage.h"
 #include "net/HttpRequest.h"
-#include "store/images/UntrustedImage.h"
 
 namespace {
 

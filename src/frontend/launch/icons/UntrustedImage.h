@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QImage>
 
-/// Decodes pictures that come from the net or lie in a cache. Thread-safe; for a worker thread where it can
+/// Decodes pictures that come from the net, lie in a cache or were chosen by the user. Thread-safe; for a worker thread where it can
 /// be, because a large picture takes some 100 ms.
 namespace UntrustedImage {
 

@@ -1,4 +1,4 @@
-#include "store/images/UntrustedImage.h"
+#include "launch/icons/UntrustedImage.h"
 
 #include <QBuffer>
 #include <QImageReader>

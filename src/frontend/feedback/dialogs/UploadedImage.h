@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QPixmap>
+
+#include "feedback/dialogs/ImageUploads.h"
+#include "fenk/style/Theme.h"
+
+class UploadedImageHoverWidget;
+
+/// The thumbnail of one picture of a report, with the progress of its upload. A click, Delete and Backspace
+/// ask for its removal.
+class UploadedImage : public QAbstractButton {
+    Q_OBJECT
+public:
+    static constexpr int Width = 96;
+    static constexpr int Height = 72;
+
+    explicit UploadedImage(const ImageUploads::Image& image, QWidget* parent = nullptr);
+
+    void showState(const ImageUploads::Image& image);
+    QSize sizeHint() const override { return {Width, Height}; }
+
+Q_SIGNALS:
+    void removalWanted();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    void updateHover();
+    QString stateText() const;
+    void drawText(QPainter* painter, const QString& text, Fenk::Theme::Role role) const;
+
+    QString m_name;
+    ImageUploads::State m_state = ImageUploads::State::Kept;
+    qreal m_progress = 0;  ///< 0 to 1
+    QPixmap m_thumbnail;
+    UploadedImageHoverWidget* m_hover;
+};
