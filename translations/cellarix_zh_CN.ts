@@ -4588,6 +4588,22 @@ please wait for the component download to complete!</source>
         <source>The bottle cannot be backed up: %1.</source>
         <translation>无法备份该容器：%1。</translation>
     </message>
+    <message>
+        <source>Cannot read %1: %2.</source>
+        <translation>无法读取 %1：%2。</translation>
+    </message>
+    <message>
+        <source>%1 holds no Windows program.</source>
+        <translation>%1 中没有 Windows 程序。</translation>
+    </message>
+    <message>
+        <source>%1 is protected by a password. Unpack it first, and add the folder.</source>
+        <translation>%1 受密码保护。请先解压，再添加解压出的文件夹。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be copied as a program: it holds too much.</source>
+        <translation>%1 无法作为程序复制：其中的内容过多。</translation>
+    </message>
 </context>
 <context>
     <name>SessionBus</name>

@@ -1,6 +1,6 @@
-#include "bottleservice/bottles/ShellLink.h"
+#include "fenk/system/ShellLink.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    ShellLink::parse(QByteArray(reinterpret_cast<const char*>(data), int(size)));
+    Fenk::ShellLink::parse(QByteArray(reinterpret_cast<const char*>(data), int(size)));
     return 0;
 }

@@ -118,6 +118,13 @@ constexpr Row Rows[] = {
     {"target-in-bottle",
      QT_TRANSLATE_NOOP("ServiceErrorText", "The backup cannot lie in the bottle that it is made of: %1.")},
     {"bottle-unfit", QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle cannot be backed up: %1.")},
+    {"cannot-read", QT_TRANSLATE_NOOP("ServiceErrorText", "Cannot read %1: %2.")},
+    {"no-programs", QT_TRANSLATE_NOOP("ServiceErrorText", "%1 holds no Windows program.")},
+    {"protected-archive",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "%1 is protected by a password. Unpack it first, and add the folder.")},
+    {"unfit-folder",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "%1 cannot be copied as a program: it holds too much.")},
 };
 
 const char* formatOf(const QString& code) {

@@ -1,7 +1,7 @@
 #include <QtEndian>
 
 #include "bottleservice/bottles/ExecutableRules.h"
-#include "bottleservice/bottles/ShellLink.h"
+#include "fenk/system/ShellLink.h"
 #include "support/Table.h"
 
 namespace {
@@ -76,12 +76,12 @@ private Q_SLOTS:
     }
     void targets() {
         QFETCH(QByteArray, file);
-        const auto link = ShellLink::parse(file);
+        const auto link = Fenk::ShellLink::parse(file);
         QTEST(link ? link->target : QString(), "target");
     }
 
     void strings() {
-        const auto link = ShellLink::parse(Unicode);
+        const auto link = Fenk::ShellLink::parse(Unicode);
         QVERIFY(link);
         QCOMPARE(link->arguments, QString("-x \"a b\""));
         QCOMPARE(link->workingDirectory, QString("C:\\程序 目录"));

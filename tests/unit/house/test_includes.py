@@ -32,9 +32,9 @@ ORDER = {
     "feedback": "client widgets dialogs rating .",
     "store": "records client images install view .",
     "packaging": "config driver contents manifest start .",
-    "shell": "associations properties configuration library .",
+    "shell": "associations properties configuration library requests portable .",
     "storeserver": "data catalogue request reports server wire .",
-    "bottleservice": "result files settings bottles wine backup components desktop jobs requests wire .",
+    "bottleservice": "result files settings bottles wine backup portable components desktop jobs requests wire .",
 }
 ORDER = {name: order.split() for name, order in ORDER.items()}
 

@@ -89,15 +89,15 @@ QStringList onUsersDesktop(const QString& bottlePath) {
 }
 
 /// Nothing for an older or invalid shortcut.
-std::optional<ShellLink> readLink(const QString& path, const QDateTime& since) {
+std::optional<Fenk::ShellLink> readLink(const QString& path, const QDateTime& since) {
     QFile file(path);
     if (QFileInfo(path).lastModified().toSecsSinceEpoch() < since.toSecsSinceEpoch() ||
         !file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    return ShellLink::parse(file.read(ShellLink::MaximumBytes + 1));
+    return Fenk::ShellLink::parse(file.read(Fenk::ShellLink::MaximumBytes + 1));
 }
 
-bool leadsInside(const QString& bottlePath, const ShellLink& link) {
+bool leadsInside(const QString& bottlePath, const Fenk::ShellLink& link) {
     const QString file = QFileInfo(WindowsPath::toUnix(bottlePath, link.target)).canonicalFilePath();
     return file.startsWith(QFileInfo(bottlePath).canonicalFilePath() + '/');
 }

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <QVector>
 
-#include "bottleservice/bottles/ShellLink.h"
+#include "fenk/system/ShellLink.h"
 
 /// Searches the files of a bottle for programs. Follows no link, has limits of depth and number, and leaves
 /// out Wine's own programs. Blocks; for worker threads.
@@ -15,7 +15,7 @@ namespace BottleScan {
 struct Shortcut {
     QString file;  ///< path of the .lnk file
     QString name;  ///< what a menu shows
-    ShellLink link;
+    Fenk::ShellLink link;
 };
 
 /// The shortcuts to programs in the bottle's menus and on its desktops that were written at this time or

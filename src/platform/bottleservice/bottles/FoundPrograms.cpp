@@ -26,7 +26,7 @@ QVector<QJsonObject> FoundPrograms::ofShortcuts(const QVector<BottleScan::Shortc
     for (const BottleScan::Shortcut& shortcut : shortcuts) {
         if (m_cancelled)
             break;
-        const ShellLink& link = shortcut.link;
+        const Fenk::ShellLink& link = shortcut.link;
         QJsonObject record = this->record(shortcut.name, link.target, link.arguments);
         if (WindowsPath::isWindowsPath(link.workingDirectory))
             record.insert("folder", link.workingDirectory);

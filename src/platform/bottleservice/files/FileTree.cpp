@@ -18,18 +18,24 @@
 namespace {
 
 constexpr int BlockBytes = 256 * 1024;
+constexpr int StepBytes = 16 * 1024 * 1024;
 
 QString fault(const QString& path) {
     return QString("Cannot copy %1: %2.").arg(path, QString::fromLocal8Bit(strerror(errno)));
 }
 
-bool copyBytes(int from, int to) {
+FileTree::Copied copyBytes(int from, int to, qint64 size, const FileTree::Step& step) {
     if (::ioctl(to, FICLONE, from) == 0)
-        return true;
+        return !step || step(size) ? FileTree::Copied::Whole : FileTree::Copied::Stopped;
     for (;;) {
-        const ssize_t count = ::sendfile(to, from, nullptr, 1 << 30);
-        if (count <= 0)
-            return count == 0;
+        const ssize_t count = ::sendfile(to, from, nullptr, StepBytes);
+        if (count == 0)
+            return FileTree::Copied::Whole;
+        if (count < 0)
+            return errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? FileTree::Copied::Unwritable
+                                                                        : FileTree::Copied::Unreadable;
+        if (step && !step(count))
+            return FileTree::Copied::Stopped;
     }
 }
 
@@ -41,20 +47,25 @@ QByteArray linkTarget(const QByteArray& path) {
 
 }  // namespace
 
-bool FileTree::copyFile(const QString& from, const QString& to) {
-    const Fenk::OwnedFd source(
-        ::open(QFile::encodeName(from).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+FileTree::Copied FileTree::copyFile(const QByteArray& from, const QByteArray& to, const Step& step) {
+    const Fenk::OwnedFd source(::open(from.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
     if (!source.isValid() || ::fstat(source.get(), &status) != 0 || !S_ISREG(status.st_mode))
-        return false;
-    const Fenk::OwnedFd target(::open(QFile::encodeName(to).constData(),
-                                      O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC,
-                                      (status.st_mode & 0777) | S_IWUSR));
-    if (!target.isValid() || !copyBytes(source.get(), target.get()))
-        return false;
+        return Copied::Unreadable;
+    const Fenk::OwnedFd target(
+        ::open(to.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, (status.st_mode & 0777) | S_IWUSR));
+    if (!target.isValid())
+        return Copied::Unwritable;
+    const Copied result = copyBytes(source.get(), target.get(), status.st_size, step);
+    if (result != Copied::Whole)
+        return result;
     const struct timespec times[] = {status.st_atim, status.st_mtim};
     ::futimens(target.get(), times);
-    return true;
+    return result;
+}
+
+bool FileTree::copyFile(const QString& from, const QString& to) {
+    return copyFile(QFile::encodeName(from), QFile::encodeName(to)) == Copied::Whole;
 }
 
 QString FileTree::copy(const QString& from, const QString& to, const std::atomic_bool& cancelled) {

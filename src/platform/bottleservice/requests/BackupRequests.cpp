@@ -13,6 +13,7 @@
 #include "bottleservice/files/Background.h"
 #include "bottleservice/jobs/ExportBottleJob.h"
 #include "bottleservice/jobs/ImportBottleJob.h"
+#include "bottleservice/jobs/PortableBottleJob.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/RequestChecks.h"
 
@@ -107,6 +108,29 @@ void BackupRequests::importBottle(const QString& file, const QString& name, cons
                  }});
     // A queue of its own: the bottle's name is chosen at the end.
     m_engine->enqueue("/" + file, std::move(job));
+}
+
+void BackupRequests::importPortable(const QString& source, const Reply& reply) {
+    if (refuse(source, reply))
+        return;
+    auto progress = std::make_shared<BackupFile::Progress>();
+    const BottleAccess& bottles = m_engine->bottles();
+    auto job = std::make_unique<PortableBottleJob>(
+        source,
+        PortableBottleJob::Tools{
+            bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
+            progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
+        [self = QPointer<BackupRequests>(this), source, reply](const Answer& answer) {
+            if (self)
+                self->end(source);
+            reply(answer);
+        });
+    begin(source, {progress, [job = QPointer<Job>(job.get()), progress] {
+                       progress->cancelled = true;
+                       if (job)
+                           job->cancel();
+                   }});
+    m_engine->enqueue("/" + source, std::move(job));
 }
 
 void BackupRequests::describeBackup(const QString& file, const Reply& reply) {

@@ -11,8 +11,9 @@
 
 class BottleEngine;
 
-/// The requests to back up and restore whole bottles. Files are written and read one after the other, in one
-/// thread. Each copy is known by the path of its file. Owned by BottleService; lives in the main thread.
+/// The requests to back up and restore whole bottles, and to make one of a portable program. Files are
+/// written and read one after the other, in one thread. Each copy is known by the path of its file. Owned by
+/// BottleService; lives in the main thread.
 class BackupRequests : public QObject {
     Q_OBJECT
 
@@ -27,6 +28,8 @@ public:
     void exportBottle(const QString& bottle, const QString& file, const Reply& reply);
     /// See ImportBottleJob; answers at the end.
     void importBottle(const QString& file, const QString& name, const Reply& reply);
+    /// See PortableBottleJob; answers at the end. The copy is known by the path of the folder or archive.
+    void importPortable(const QString& source, const Reply& reply);
     /// What a backup holds, without unpacking it: {"name", "runner", "created", "programs", "bytes", "files",
     /// "leftOut"}.
     void describeBackup(const QString& file, const Reply& reply);

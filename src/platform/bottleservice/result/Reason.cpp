@@ -72,6 +72,10 @@ constexpr Reason::Format Formats[] = {
     {"wine-busy", "Wine is still busy in the bottle. Try again in a moment."},
     {"target-in-bottle", "The backup cannot lie in the bottle that it is made of: %1."},
     {"bottle-unfit", "The bottle cannot be backed up: %1."},
+    {"cannot-read", "Cannot read %1: %2."},
+    {"no-programs", "%1 holds no Windows program."},
+    {"protected-archive", "%1 is protected by a password. Unpack it first, and add the folder."},
+    {"unfit-folder", "%1 cannot be copied as a program: it holds too much."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

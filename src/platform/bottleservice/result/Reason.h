@@ -72,6 +72,10 @@ public:
         WineBusy,
         TargetInBottle,
         BottleUnfit,
+        CannotRead,
+        NoPrograms,
+        ProtectedArchive,
+        UnfitFolder,
         CodeCount
     };
 

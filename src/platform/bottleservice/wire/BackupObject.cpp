@@ -28,6 +28,9 @@ BackupObject::BackupObject(BackupRequests* requests, QObject* parent)
     handle("describeBackup", [requests](const QVariantList& arguments, const Reply& reply) {
         requests->describeBackup(arguments[0].toString(), withResult(reply));
     });
+    handle("importPortable", [requests](const QVariantList& arguments, const Reply& reply) {
+        requests->importPortable(arguments[0].toString(), withResult(reply));
+    });
     handleOneText<BackupRequests>(this, requests, {{"cancelBottleCopy", &BackupRequests::cancelBottleCopy}});
     connect(requests, &BackupRequests::progress, this,
             [this](const QString& file, qint64 done, qint64 total) {

@@ -1,8 +1,10 @@
-#include "bottleservice/bottles/ShellLink.h"
+#include "fenk/system/ShellLink.h"
 
 #include <QRegularExpression>
 #include <QStringList>
 #include <QtEndian>
+
+namespace Fenk {
 
 namespace {
 
@@ -139,9 +141,8 @@ std::optional<ShellLink> ShellLink::parse(const QByteArray& file) {
         offset += bytes.dword(offset);
     }
     ShellLink link;
-    QString relativePath;
     const std::pair<quint32, QString*> strings[] = {{HasName, &link.description},
-                                                    {HasRelativePath, &relativePath},
+                                                    {HasRelativePath, &link.relativePath},
                                                     {HasWorkingDirectory, &link.workingDirectory},
                                                     {HasArguments, &link.arguments},
                                                     {HasIconLocation, &link.iconPath}};
@@ -170,3 +171,5 @@ std::optional<ShellLink> ShellLink::parse(const QByteArray& file) {
     }
     return std::nullopt;
 }
+
+}  // namespace Fenk

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "bottleservice/backup/BackupFile.h"
+#include "bottleservice/bottles/BottleStore.h"
+#include "bottleservice/jobs/Job.h"
+#include "bottleservice/portable/PortableSource.h"
+#include "bottleservice/wine/Runners.h"
+
+class QThreadPool;
+class Reclaimer;
+class StagedBottle;
+class Templates;
+
+/// Makes a bottle of its own, on the default runner or else on any, and copies a portable program into its
+/// "Program Files". The service does it, since only here a bottle can be made as a whole or not at all: it is
+/// filled in a hidden directory, which is removed on failure and by the next service after a kill, and is
+/// renamed last. A name that is taken gets a number. Answers with JSON: {"ok", "bottle": its name, "path":
+/// its directory, "folder": Windows path of the copy, "leftOut": what was not copied}.
+class PortableBottleJob : public Job {
+    Q_OBJECT
+
+public:
+    struct Tools {
+        BottleStore store;
+        Runners runners;
+        Templates* templates;
+        Reclaimer* reclaimer;
+        QThreadPool* worker;  ///< outlives the job
+        std::shared_ptr<BackupFile::Progress> progress;
+        std::function<bool(const QString& bottle)>
+            hasJobs;  ///< whether such a bottle may be about to be made
+    };
+
+    PortableBottleJob(const QString& source, Tools tools, Reply reply);
+
+    void start() override;
+    void cancel() override;
+
+private:
+    void onSurveyed(const Reason& reason);
+    void copy(const Reason& reason);
+    void place(const Reason& reason);
+    QString freeName() const;
+    void fail(const Reason& reason);
+
+    /// What the worker thread fills.
+    struct Work {
+        std::unique_ptr<PortableSource> source;
+    };
+
+    const QString m_source;
+    Tools m_tools;
+    std::shared_ptr<Work> m_work = std::make_shared<Work>();
+    StagedBottle* m_staged = nullptr;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+#include <QLocale>
+#include <QStringList>
+#include <QVector>
+
+/// The names of files in a zip archive. Old archivers write them in the code page of their Windows and do not
+/// say which; no byte of them is trusted.
+namespace ArchiveNames {
+
+/// All names of one archive, which share an encoding: UTF-8, or else the code page of the user's language, of
+/// Chinese Windows, or of DOS, whichever is the first that fits them all. "\" becomes "/".
+QStringList decoded(const QVector<QByteArray>& names, QLocale::Language language);
+
+/// Whether the name leads to a place below the directory in which the archive is unpacked.
+bool isInside(const QString& name);
+
+}  // namespace ArchiveNames
