@@ -130,6 +130,8 @@ class Packer(BottleCase):
             (good, {}, lambda: [os.truncate(self.add(f"drive_c/huge{n}", ""), 6 << 30) for n in "12"], "at most 10 GB"),
             (good, {}, lambda: Path(newline).write_text(""), "line break"),
             (good, {}, lambda: self.add(".before-install/journal.json", ""), "being installed"),
+            (good, {}, lambda: (os.unlink(self.directory + "/pkgcfg/pkginfo.json"), os.mkfifo(self.directory + "/pkgcfg/pkginfo.json")),
+             "not a regular file"),
             (good, {}, self.know_every_package, "Another program's package"),
         ):
             with self.subTest(words):
@@ -320,6 +322,12 @@ class Rules(unittest.TestCase):
                 tar.finish()
 
     def test_paths_in_records_become_portable(self):
+        programs = {ID: {"name": "/home/me", "path": "C:\\x.exe", "arguments": "/e Z:\\run\\media\\me\\x", "envs": {
+            "A": "C:\\media\\x", "B": "/mnt/x", "API_KEY": "1", "C": "Z:\\home\\ME\\x"}}}
+        record = settings.for_package({"External_Programs": programs, "Parameters": {"x": ["/media/me/x", 1]}}, mock.Mock(
+            sources=[request.Source(ID, "", in_bottle=True)]), "/b/t", private.places("me", "me", "/home/me"), "me")
+        self.assertEqual(record, {"Parameters": {"x": [1]}, "External_Programs": {
+            ID: {"name": "/home/me", "path": "C:\\x.exe", "envs": {"A": "C:\\media\\x"}}}})
         for path, wanted in (("/b/t/drive_c/A/a.exe", r"C:\A\a.exe"), ("/b/t/dosdevices/c:/a.exe", r"C:\a.exe"),
                              (r"D:\a.exe", r"D:\a.exe"), ("/b/t2/drive_c/a.exe", "/b/t2/drive_c/a.exe"), (7, 7)):
             with self.subTest(path):
@@ -333,6 +341,11 @@ class Rules(unittest.TestCase):
             ("users/a/AppData/Roaming/App/config.xml", False), ("Games/Cache/level", False), ("users/a/Cache", False),
             ("users/a/Saved Games/x", True), ("Program Files/Mail/key4.db", True), ("Games/Chat/Local Storage/x", False),
             ("users/a/AppData/Roaming/Chat/Local Storage/x", True), ("windows/system32/cookies", False),
+            ("users/a/AppData/Local/Google/Chrome/User Data/Default/Preferences", True), ("Program Files/A/old.pst", True),
+            ("users/a/Local Settings/Application Data/Chromium/x", True), ("users/a/Application Data/App/x.ini", False),
+            ("users/a/.docker/config.json", True), ("users/a/.npmrc", True), ("users/a/AppData/Roaming/App/tokens.json", True),
+            ("users/a/AppData/Roaming/Microsoft/SystemCertificates/My/x", True), ("Program Files/A/office.RDP", True),
+            ("$Recycle.Bin/S-1/x", True), ("Program Files/A/cacert.pem", False), ("Program Files/A/token.dll", False),
         ):
             with self.subTest(path):
                 self.assertEqual(private.is_private(path), wanted)
@@ -342,14 +355,17 @@ class Rules(unittest.TestCase):
             '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\Packer\\\\x"\n"Doc"="Z:\\\\home\\\\packer\\\\letter"\n'
             '"Raw"=hex:2f,00,68,00,6f,00,6d,00,65,00,2f,00,70,00,61,00,63,00,\\\n  6b,00,65,00,72,00\n@="p"\n\n'
             '"a:b"=hex:5c,68,6f,6d,65,5c,70,61,63,6b,65,72\n"Disk"="/run/media/packer/x"\n"Url"="C:/users/packer/y"\n'
+            '"Stick"="Z:\\\\mnt\\\\usb\\\\x"\n"Disk2"=str(2):"/mnt/x"\n"Own"="C:\\\\App\\\\mnt\\\\x"\n'
+            '[Software\\\\App\\\\Recent File List] 1\n"File1"="C:\\\\x"\n'
+            '[Software\\\\Wow6432Node\\\\Microsoft\\\\Windows NT\\\\CurrentVersion] 1\n"RegisteredOwner"="me"\n"x"="1"\n[Software\\\\App] 1\n'
             '"MachineGuid"="0c1d2e3f"\n'
             '[Software\\\\App\\\\Z:/home/packer/x] 1\n@="x"\n'
             '[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n"Hostname"="mine"\n'
             '[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Explorer\\\\RunMRU] 1\n"a"="x"\n')
-        clean, left = registry.cleaned(text, "packer", "/home/packer")
+        clean, left = registry.cleaned(text, "packer", private.places("packer", "packer", "/home/packer"))
         self.assertEqual((clean, left), (REGISTRY.format("User") + (
-            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n"Url"="C:/users/packaged-user/y"\n'
-            f'"MachineGuid"="{registry.NO_ID}"\n\n[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n\n'), 9))
+            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n"Url"="C:/users/packaged-user/y"\n"Own"="C:\\\\App\\\\mnt\\\\x"\n'
+            f'"MachineGuid"="{registry.NO_ID}"\n\n[Software\\\\Wow6432Node\\\\Microsoft\\\\Windows NT\\\\CurrentVersion] 1\n"x"="1"\n\n[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n\n'), 14))
         self.assertIn(r"users\\me\\x", registry.personal(clean, "me"))
 
     def test_registry_files_are_merged_by_value(self):

@@ -19,7 +19,8 @@ import sys
 
 from cellarix_launcher.bottle import bottle_directory
 
-from cellarix_packager import archive, contents, debian, layout, listing, menu, registry, request, running, savefile, settings
+from cellarix_packager import (archive, bottlefiles, contents, debian, layout, listing, menu, private, registry, request,
+                               running, savefile, settings)
 from cellarix_packager.errors import PackageError
 
 IDLE_SECONDS = 10
@@ -126,6 +127,8 @@ class Packing:
         self.request = wanted
         self.bottle_dir = bottle_dir
         self.user = self._wine_user()
+        self.homes = private.places(os.environ.get("USER") or pwd.getpwuid(os.getuid()).pw_name, self.user,
+                                    os.path.expanduser("~"))
         self.contents = contents.Contents()
         self.root = layout.program_root(wanted.package)
         self.prefix = self.root + "/bottle"
@@ -141,7 +144,7 @@ class Packing:
             self._add_source(walk, source)
         self._add_registry()
         record = settings.for_package(settings.read(os.path.join(self.bottle_dir, layout.SETTINGS)), self.request,
-                                      self.bottle_dir, self._personal_words(), self.user)
+                                      self.bottle_dir, self.homes, self.user)
         menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
         self.contents.add(settings.entry(record, self.prefix))
         self.time = self._newest()
@@ -160,21 +163,17 @@ class Packing:
         match = re.search(r'"ProfileImagePath"="C:\\\\users\\\\([^"\\]+)"', text)
         return match[1] if match else os.environ.get("USER") or pwd.getpwuid(os.getuid()).pw_name
 
-    def _personal_words(self):
-        return [word for word in (os.path.expanduser("~"), os.path.expanduser("~").replace("/", "\\")) if len(word) > 1]
-
     def _read_text(self, name):
         path = os.path.join(self.bottle_dir, name)
-        with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_CLOEXEC), "rb") as file:
-            data = file.read(REGISTRY_LIMIT + 1)
-        if len(data) > REGISTRY_LIMIT:
-            raise PackageError(f"{path} is too large.", "unreadable", path)
-        return data.decode("utf-8", "surrogateescape")
+        try:
+            return bottlefiles.regular(path, REGISTRY_LIMIT).decode("utf-8", "surrogateescape")
+        except (OSError, ValueError) as error:
+            raise PackageError(f"{path} cannot be read: {error}", "unreadable-file", path) from None
 
     def _add_registry(self):
         for name in layout.REGISTRIES:
             if name != "userdef.reg" or os.path.exists(os.path.join(self.bottle_dir, name)):
-                text, left = registry.cleaned(self._read_text(name), self.user, os.path.expanduser("~"))
+                text, left = registry.cleaned(self._read_text(name), self.user, self.homes)
                 if left:
                     self.contents.left_out.append((name, f"{left} private keys and values"))
                 self.contents.add(contents.text_entry(f"{self.prefix}/{name}", text.encode("utf-8", "surrogateescape")))

@@ -3,7 +3,7 @@
 import os
 import struct
 
-from cellarix_packager import contents, layout
+from cellarix_packager import bottlefiles, contents, layout
 
 ICON_LIMIT = 4 << 20
 THEME_SIZES = (16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512)
@@ -33,11 +33,10 @@ def add(request, programs, bottle_dir, add_entry):
 def _icon(bottle_dir, uuid):
     """(width, bytes) of the picture that the bottle has for the program."""
     try:
-        with open(os.open(os.path.join(bottle_dir, "icons", uuid + ".png"), os.O_RDONLY | os.O_NOFOLLOW), "rb") as file:
-            data = file.read(ICON_LIMIT)
+        data = bottlefiles.regular(os.path.join(bottle_dir, "icons", uuid + ".png"), ICON_LIMIT)
     except (OSError, ValueError):
         return None
-    if len(data) < 24 or len(data) == ICON_LIMIT or data[:8] != b"\x89PNG\r\n\x1a\n":
+    if len(data) < 24 or data[:8] != b"\x89PNG\r\n\x1a\n":
         return None
     width, height = struct.unpack(">II", data[16:24])
     return (width, data) if width == height else (0, data)

@@ -8,7 +8,6 @@ a bottle of the same name is left alone. docs/PACKAGES.md tells what others may 
 
 import json
 import os
-import stat
 import uuid
 
 from cellarix_packager import bottlefiles, layout
@@ -94,8 +93,7 @@ def _note_path(data_dir, package):
 def _object(path):
     """Empty if the file is missing or no object."""
     try:
-        with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
-            value = json.loads(file.read(LIMIT)) if stat.S_ISREG(os.fstat(file.fileno()).st_mode) else None
+        value = json.loads(bottlefiles.regular(path, LIMIT))
     except (OSError, ValueError, RecursionError):
         return {}
     return value if isinstance(value, dict) else {}

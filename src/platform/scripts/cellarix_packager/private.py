@@ -1,32 +1,49 @@
 """What of a bottle is the packer's own business and stays at home."""
 
 import fnmatch
+import os
+import re
 
 # Relative to drive_c, in lower case; a directory stays, its contents do not go along.
 DIRECTORIES = (
     "windows/temp", "windows/logs", "users/*/temp", "users/*/recent", "users/*/cookies",
     "users/*/documents", "users/*/desktop", "users/*/downloads", "users/*/pictures", "users/*/music", "users/*/videos",
     "users/*/my documents", "users/*/my music", "users/*/my pictures", "users/*/my videos", "users/*/favorites",
-    "users/*/saved games", "users/*/contacts", "users/*/.ssh", "users/*/.gnupg", "users/*/.aws",
+    "users/*/saved games", "users/*/contacts", "users/*/links", "users/*/searches", "users/*/onedrive", "users/*/.*",
+    "windows/prefetch", "windows/minidump", "$recycle.bin", "recycler",
+    "programdata/microsoft/crypto", "programdata/microsoft/windows/wer",
     "users/*/appdata/local/temp", "users/*/appdata/local/crashdumps", "users/*/appdata/*/microsoft/windows/recent",
     "users/*/appdata/*/microsoft/windows/inetcache", "users/*/appdata/*/microsoft/windows/inetcookies",
     "users/*/appdata/*/microsoft/windows/history", "users/*/appdata/*/microsoft/windows/webcache",
     "users/*/appdata/*/microsoft/credentials", "users/*/appdata/*/microsoft/protect",
     "users/*/appdata/*/microsoft/vault", "users/*/appdata/*/microsoft/crypto",
+    "users/*/appdata/*/microsoft/systemcertificates", "users/*/appdata/*/microsoft/terminal server client",
+    "users/*/appdata/*/microsoft/outlook", "users/*/appdata/*/microsoft/signatures",
+    "users/*/appdata/*/microsoft/sticky notes", "users/*/appdata/*/microsoft/office/recent",
+    "users/*/appdata/*/microsoft/windows/explorer", "users/*/appdata/*/microsoft/windows/powershell/psreadline",
+    "users/*/appdata/*/microsoft/cryptneturlcache", "users/*/appdata/*/microsoft/edge*",
+    "users/*/appdata/*/mozilla", "users/*/appdata/*/thunderbird", "users/*/appdata/*/google/chrome*",
+    "users/*/appdata/*/chromium", "users/*/appdata/*/opera software", "users/*/appdata/*/bravesoftware",
+    "users/*/appdata/*/vivaldi", "users/*/appdata/*/gcloud", "users/*/appdata/*/github cli", "users/*/appdata/*/gnupg",
     "users/*/local settings/temp", "users/*/local settings/history", "users/*/local settings/temporary internet files",
 )
+# As Windows named them before, and Wine in old bottles.
+OLD_NAMES = (("local settings/application data", "appdata/local"), ("application data", "appdata/roaming"))
 # Names of directories and files below a user's profile, wherever they lie.
 CACHES = ("cache", "cache_data", "code cache", "gpucache", "shadercache", "dawncache", "grshadercache", "crashpad",
-          "crash reports", "service worker", "sessions", "session storage", "logs")
-# The log-ins of programs that are made of a browser.
-PROFILE_CACHES = CACHES + ("local storage", "indexeddb")
+          "crash reports", "service worker", "sessions", "session storage", "logs", "npm-cache")
+# Log-ins, of programs that are made of a browser too, chats and wallets.
+PROFILE_CACHES = CACHES + ("local storage", "indexeddb", "tdata", "wechat files", "xwechat_files", "tencent files",
+                           "keystore", "wallets")
 # Passwords, keys and log-ins: at home wherever they lie, since programs also keep them beside themselves.
 CREDENTIALS = ("cookies", "cookies-journal", "login data*", "web data*", "cookies.sqlite*", "places.sqlite*",
                "formhistory.sqlite*", "key3.db", "key4.db", "cert8.db", "cert9.db", "logins.json", "logins-backup.json",
                "signons.sqlite", "sessionstore*", "recentservers.xml", "sitemanager.xml", "winscp.ini", "_netrc", ".netrc",
                ".git-credentials", "wallet.dat", "ssfn*", "loginusers.vdf", "id_rsa*", "id_dsa*", "id_ecdsa*",
-               "id_ed25519*", "*.ppk", "*.kdbx")
-FILES = CREDENTIALS + ("*.log", "*.dmp", "history", "history-journal", "top sites*", "visited links")
+               "id_ed25519*", "*.ppk", "*.kdbx", "*.kdb", "keepass.config.xml", "*.pfx", "*.p12", "*.rdp", "*.pst",
+               "*.ost", "rclone.conf", "pgpass.conf", ".pgpass", ".npmrc", ".pypirc")
+FILES = CREDENTIALS + ("credentials", "credentials.*", "access_tokens.*", "token", "token.*", "tokens", "tokens.*",
+                       "consolehost_history.txt", "*.log", "*.dmp", "history", "history-journal", "top sites*", "visited links")
 # Directories of the user's own that are never packed, not even when they are chosen.
 SECRET_DIRECTORIES = frozenset((".ssh", ".gnupg", ".aws", ".config", ".mozilla", ".thunderbird", ".password-store"))
 WINDOWS_FILES = ("windows/*.log",)
@@ -51,6 +68,9 @@ KEYS = tuple(key.replace("\\", "\\\\") for key in (
     r"software\microsoft\systemcertificates\my",
     r"software\orl\winvnc3", r"software\realvnc\vncserver", r"software\tightvnc\server",
     r"software\wine\wine\config\recent",
+    r"network", r"identities", r"software\microsoft\identitycrl", r"software\openssh\agent",
+    r"software\microsoft\windows\currentversion\explorer\mountpoints2",
+    r"software\microsoft\windows\currentversion\internet settings\passport",
     r"printers", r"software\microsoft\windows nt\currentversion\devices",
     r"software\microsoft\windows nt\currentversion\printerports",
     *(rf"system\{control}\control\print\printers" for control in ("currentcontrolset", "controlset001")),
@@ -62,19 +82,33 @@ VALUES = frozenset((key.replace("\\", "\\\\"), f'"{name}"') for key, name in (
     *((rf"system\{control}\services\tcpip\parameters", name)
       for control in ("currentcontrolset", "controlset001") for name in ("hostname", "nv hostname", "domain", "nv domain")),
     (r"software\microsoft\windows nt\currentversion\windows", "device"),
+    *((r"software\microsoft\windows nt\currentversion\winlogon", name)
+      for name in ("defaultusername", "defaultpassword", "defaultdomainname")),
+    *((r"software\microsoft\windows nt\currentversion", name) for name in ("registeredowner", "registeredorganization")),
 ))
+# Names of keys in which programs keep what was opened last.
+RECENT = ("recent file list", "recent files", "recentfiles", "recentfilelist", "file mru", "place mru", "user mru", "mru",
+          "mrulist", "recently used")
+# Disks that are mounted on this machine: on drive Z, or as a path of its own.
+_MOUNTED = re.compile(r"(?:^|[\0\"'\s=;,]|\bz:|file://)[/\\]+(?:run[/\\]+media|media|mnt)[/\\]", re.I)
+_SECRET_VARIABLE = re.compile(r"token|passw|secret|api_?key|credential", re.I)
 
 
 def is_private(path):
     """Whether a file or directory, relative to drive_c, stays at home."""
-    lower = path.lower()
-    parts = lower.split("/")
+    parts = path.lower().split("/")
+    if parts[0] == "users" and len(parts) > 3:
+        below = "/".join(parts[2:])
+        for old, new in OLD_NAMES:
+            if below.startswith(old + "/"):
+                parts = parts[:2] + (new + below[len(old):]).split("/")
+                break
     if any(len(parts) > depth and fnmatch.fnmatchcase("/".join(parts[:depth]), pattern)
            for pattern, depth in _DIRECTORIES):
         return True
     if parts[0] != "users":
         if parts[0] == "windows":
-            return len(parts) == 2 and any(fnmatch.fnmatchcase(lower, pattern) for pattern in WINDOWS_FILES)
+            return len(parts) == 2 and any(fnmatch.fnmatchcase("/".join(parts), pattern) for pattern in WINDOWS_FILES)
         return _has_name(parts, CREDENTIALS)
     return any(part in PROFILE_CACHES for part in parts[2:-1]) or _has_name(parts[2:], FILES)
 
@@ -101,4 +135,25 @@ _DIRECTORIES = tuple((pattern, pattern.count("/") + 1) for pattern in DIRECTORIE
 
 def is_private_key(key):
     """Whether a registry key stays at home. `key` is its path as Wine's files have it, in lower case."""
-    return any(key == private or key.startswith(private + "\\\\") for private in KEYS)
+    key = key.replace("\\\\wow6432node", "", 1)
+    return any(key == private or key.startswith(private + "\\\\") for private in KEYS) or key.rpartition("\\")[2] in RECENT
+
+
+def is_private_value(key, name):
+    """The same for a value; `name` has quotes."""
+    return (key.replace("\\\\wow6432node", "", 1), name) in VALUES
+
+
+def places(login, user, home):
+    """Directories of the packer's own: a text that names one stays at home. In lower case, with slashes."""
+    names = {home, os.path.realpath(home)} | {f"/{place}/{name}" for place in ("home", "media") for name in (login, user) if name}
+    return sorted(place.lower() for place in names if len(place) > 1)
+
+
+def names_disk(text):
+    """Whether a text has the path of another disk of the machine."""
+    return _MOUNTED.search(text) is not None
+
+
+def is_secret_variable(name):
+    return _SECRET_VARIABLE.search(name) is not None

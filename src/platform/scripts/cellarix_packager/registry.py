@@ -51,25 +51,24 @@ def compose(head, keys):
     return head + "".join(key.head + "".join(key.values.values()) + "\n" for key in keys.values())
 
 
-def cleaned(text, user, home):
+def cleaned(text, user, homes):
     """The file for a package, and how many keys and values stay at home: private keys, and values with paths of the
-    home directory. The user's name is replaced in paths."""
+    user's directories (`homes`) or other disks. The user's name is replaced in paths."""
     head, keys = parse(text)
     left = 0
-    places = (home, f"/home/{user}", f"/media/{user}", f"/users/{user}")
-    words = [place.lower() for place in places if len(place) > 1]
-    personal = [form for word in words[:-1] for form in (word, word.replace("/", "\\\\"))]
+    words = [*homes, f"/users/{user}".lower()]
+    personal = [form for word in homes for form in (word, word.replace("/", "\\\\"))]
     in_bytes = [form for word in words for form in (word, word.replace("/", "\\"))]
     in_key = [form for word in words for form in (word, word.replace("/", "\\\\"))]
     for path in list(keys):
-        if private.is_private_key(path) or any(word in path for word in in_key):
+        if private.is_private_key(path) or any(word in path for word in in_key) or private.names_disk(path):
             left += 1 + len(keys.pop(path).values)
             continue
         key = keys[path]
         for name, value in list(key.values.items()):
             known = _bytes_as_text(value) if "hex" in value else ""
-            if (path, name) in private.VALUES or any(word in value.lower() for word in personal) or \
-                    any(word in known for word in in_bytes):
+            if private.is_private_value(path, name) or any(word in value.lower() for word in personal) or \
+                    any(word in known for word in in_bytes) or private.names_disk(value) or private.names_disk(known):
                 del key.values[name]
                 left += 1
             elif name == MACHINE_ID:

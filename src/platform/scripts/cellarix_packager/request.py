@@ -6,7 +6,7 @@ import re
 import subprocess
 from dataclasses import dataclass, field
 
-from cellarix_packager import layout
+from cellarix_packager import bottlefiles, layout
 from cellarix_packager.errors import PackageError
 
 RECORD_LIMIT = 16 << 20
@@ -94,8 +94,7 @@ def _is_installed(name):
 def _read_object(bottle_dir, name):
     path = os.path.join(bottle_dir, "pkgcfg", name)
     try:
-        with open(path, "rb") as file:
-            value = json.loads(file.read(RECORD_LIMIT))
+        value = json.loads(bottlefiles.regular(path, RECORD_LIMIT))
     except FileNotFoundError:
         raise PackageError(f"The package is not described yet: {path} is missing.", "no-description") from None
     except (OSError, ValueError, RecursionError) as error:

@@ -5,7 +5,7 @@ import re
 
 import yaml
 
-from cellarix_packager import contents, layout
+from cellarix_packager import bottlefiles, contents, layout, private
 from cellarix_packager.errors import PackageError
 
 KEYS = ("Runner", "Windows", "Template", "DXVK", "VKD3D", "Emulator", "Parameters", "DLL_Overrides",
@@ -17,8 +17,7 @@ LIMIT = 16 << 20
 
 def read(path):
     try:
-        with open(path, "rb") as file:
-            record = yaml.load(file.read(LIMIT), Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
+        record = yaml.load(bottlefiles.regular(path, LIMIT), Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
     except (OSError, ValueError, RecursionError, yaml.YAMLError) as error:
         raise PackageError(f"{path} cannot be read: {error}", "unreadable-settings", path) from None
     return record if isinstance(record, dict) else {}
@@ -52,9 +51,9 @@ def with_profile(value, old, new):
     return value
 
 
-def for_package(record, request, bottle_dir, words, user):
-    """The record for the package. Texts with one of `words`, which tell the packer's places, do not go along; the
-    profile of `user` becomes that of any user."""
+def for_package(record, request, bottle_dir, homes, user):
+    """The record for the package. Texts that name the packer's places (`homes`) or disks do not go along, nor variables
+    for passwords; the profile of `user` becomes that of any user."""
     programs = record.get(PROGRAMS) if isinstance(record.get(PROGRAMS), dict) else {}
     kept = {}
     for source in request.sources:
@@ -68,17 +67,28 @@ def for_package(record, request, bottle_dir, words, user):
         if not source.in_bottle:
             program["path"] = windows_path(source.target)
             program["folder"] = windows_path(os.path.dirname(source.target))
-        kept[source.uuid] = with_profile(_without(program, words), user, layout.USER)
+        kept[source.uuid] = with_profile(_without(program, homes), user, layout.USER)
     if not kept:
-        raise PackageError("None of the chosen programs is in the bottle any more.", "program-gone")
-    return {key: record[key] for key in KEYS if key in record} | {PROGRAMS: kept}
+        raise PackageError("None of the chosen programs is in the bottle any more.")
+    general = _without({key: record[key] for key in KEYS if key in record}, homes)
+    return with_profile(general, user, layout.USER) | {PROGRAMS: kept}
 
 
-def _without(value, words):
+def _without(value, homes):
+    """The name of a program goes along in any case: it is shown in menus."""
     if isinstance(value, dict):
-        return {key: _without(item, words) for key, item in value.items()
-                if not (isinstance(item, str) and any(word in item for word in words))}
+        return {key: _without(item, homes) for key, item in value.items() if key == "name" or not (
+            _tells(item, homes) or (isinstance(item, str) and private.is_secret_variable(str(key))))}
+    if isinstance(value, list):
+        return [_without(item, homes) for item in value if not _tells(item, homes)]
     return value
+
+
+def _tells(text, homes):
+    if not isinstance(text, str):
+        return False
+    plain = text.replace("\\", "/").lower()
+    return any(home in plain for home in homes) or private.names_disk(text)
 
 
 def entry(record, prefix):
