@@ -325,7 +325,7 @@ class Rules(unittest.TestCase):
         programs = {ID: {"name": "/home/me", "path": "C:\\x.exe", "arguments": "/e Z:\\run\\media\\me\\x", "envs": {
             "A": "C:\\media\\x", "B": "/mnt/x", "API_KEY": "1", "C": "Z:\\home\\ME\\x"}}}
         record = settings.for_package({"External_Programs": programs, "Parameters": {"x": ["/media/me/x", 1]}}, mock.Mock(
-            sources=[request.Source(ID, "", in_bottle=True)]), "/b/t", private.places("me", "me", "/home/me"), "me")
+            sources=[request.Source(ID, "", in_bottle=True)]), "/b/t", private.Places("me", "me", "/home/me"), "me")
         self.assertEqual(record, {"Parameters": {"x": [1]}, "External_Programs": {
             ID: {"name": "/home/me", "path": "C:\\x.exe", "envs": {"A": "C:\\media\\x"}}}})
         for path, wanted in (("/b/t/drive_c/A/a.exe", r"C:\A\a.exe"), ("/b/t/dosdevices/c:/a.exe", r"C:\a.exe"),
@@ -362,7 +362,7 @@ class Rules(unittest.TestCase):
             '[Software\\\\App\\\\Z:/home/packer/x] 1\n@="x"\n'
             '[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n"Hostname"="mine"\n'
             '[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Explorer\\\\RunMRU] 1\n"a"="x"\n')
-        clean, left = registry.cleaned(text, "packer", private.places("packer", "packer", "/home/packer"))
+        clean, left = registry.cleaned(text, "packer", private.Places("packer", "packer", "/home/packer"))
         self.assertEqual((clean, left), (REGISTRY.format("User") + (
             '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n"Url"="C:/users/packaged-user/y"\n"Own"="C:\\\\App\\\\mnt\\\\x"\n'
             f'"MachineGuid"="{registry.NO_ID}"\n\n[Software\\\\Wow6432Node\\\\Microsoft\\\\Windows NT\\\\CurrentVersion] 1\n"x"="1"\n\n[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n\n'), 14))

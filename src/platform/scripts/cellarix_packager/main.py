@@ -127,8 +127,8 @@ class Packing:
         self.request = wanted
         self.bottle_dir = bottle_dir
         self.user = self._wine_user()
-        self.homes = private.places(os.environ.get("USER") or pwd.getpwuid(os.getuid()).pw_name, self.user,
-                                    os.path.expanduser("~"))
+        self.places = private.Places(os.environ.get("USER") or pwd.getpwuid(os.getuid()).pw_name, self.user,
+                                     os.path.expanduser("~"))
         self.contents = contents.Contents()
         self.root = layout.program_root(wanted.package)
         self.prefix = self.root + "/bottle"
@@ -144,7 +144,7 @@ class Packing:
             self._add_source(walk, source)
         self._add_registry()
         record = settings.for_package(settings.read(os.path.join(self.bottle_dir, layout.SETTINGS)), self.request,
-                                      self.bottle_dir, self.homes, self.user)
+                                      self.bottle_dir, self.places, self.user)
         menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
         self.contents.add(settings.entry(record, self.prefix))
         self.time = self._newest()
@@ -173,7 +173,7 @@ class Packing:
     def _add_registry(self):
         for name in layout.REGISTRIES:
             if name != "userdef.reg" or os.path.exists(os.path.join(self.bottle_dir, name)):
-                text, left = registry.cleaned(self._read_text(name), self.user, self.homes)
+                text, left = registry.cleaned(self._read_text(name), self.user, self.places)
                 if left:
                     self.contents.left_out.append((name, f"{left} private keys and values"))
                 self.contents.add(contents.text_entry(f"{self.prefix}/{name}", text.encode("utf-8", "surrogateescape")))

@@ -89,8 +89,6 @@ VALUES = frozenset((key.replace("\\", "\\\\"), f'"{name}"') for key, name in (
 # Names of keys in which programs keep what was opened last.
 RECENT = ("recent file list", "recent files", "recentfiles", "recentfilelist", "file mru", "place mru", "user mru", "mru",
           "mrulist", "recently used")
-# Disks that are mounted on this machine: on drive Z, or as a path of its own.
-_MOUNTED = re.compile(r"(?:^|[\0\"'\s=;,]|\bz:|file://)[/\\]+(?:run[/\\]+media|media|mnt)[/\\]", re.I)
 _SECRET_VARIABLE = re.compile(r"token|passw|secret|api_?key|credential", re.I)
 
 
@@ -144,15 +142,38 @@ def is_private_value(key, name):
     return (key.replace("\\\\wow6432node", "", 1), name) in VALUES
 
 
-def places(login, user, home):
-    """Directories of the packer's own: a text that names one stays at home. In lower case, with slashes."""
-    names = {home, os.path.realpath(home)} | {f"/{place}/{name}" for place in ("home", "media") for name in (login, user) if name}
-    return sorted(place.lower() for place in names if len(place) > 1)
+class Places:
+    """The directories of the packer in texts: the home, also as Wine's drive Z has it, and other disks of the machine,
+    mounted on drive Z or as a path of its own."""
+
+    def __init__(self, login, user, home):
+        homes = {home, os.path.realpath(home)} | {f"/{top}/{name}" for top in ("home", "media") for name in (login, user) if name}
+        forms = [_START + _path("/" + top + "/") for top in ("run/media", "media", "mnt")]
+        # A directory such as /root is too short a word to be looked for within a path.
+        forms += [(_START if place.count("/") < 2 else "") + _path(place) + _END for place in sorted(homes) if len(place) > 1]
+        # Registry files have thousands of values: nearly all of them have none of these words.
+        self._words = {"media", "mnt", user.lower(), *(os.path.basename(place).lower() for place in homes)}
+        self._all = re.compile("|".join(forms), re.I)
+        self._profile = re.compile(_path(f"/users/{user}") + _END, re.I)
+
+    def are_in(self, text):
+        return self._has_word(text) and self._all.search(text) is not None
+
+    def have_profile(self, text):
+        return self._has_word(text) and self._profile.search(text) is not None
+
+    def _has_word(self, text):
+        lower = text.lower()
+        return any(word in lower for word in self._words)
 
 
-def names_disk(text):
-    """Whether a text has the path of another disk of the machine."""
-    return _MOUNTED.search(text) is not None
+_START = r"""(?:^|[\0"'\s=;,]|\bz:|file://)"""
+_END = r"(?![\w.-])"
+
+
+def _path(path):
+    """An expression for the path with slashes or backslashes, which some files double."""
+    return re.sub("/+", r"[/\\\\]+", re.escape(path))
 
 
 def is_secret_variable(name):

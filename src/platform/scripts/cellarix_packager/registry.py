@@ -51,24 +51,19 @@ def compose(head, keys):
     return head + "".join(key.head + "".join(key.values.values()) + "\n" for key in keys.values())
 
 
-def cleaned(text, user, homes):
+def cleaned(text, user, places):
     """The file for a package, and how many keys and values stay at home: private keys, and values with paths of the
-    user's directories (`homes`) or other disks. The user's name is replaced in paths."""
+    user's own `places`. The user's name is replaced in paths."""
     head, keys = parse(text)
     left = 0
-    words = [*homes, f"/users/{user}".lower()]
-    personal = [form for word in homes for form in (word, word.replace("/", "\\\\"))]
-    in_bytes = [form for word in words for form in (word, word.replace("/", "\\"))]
-    in_key = [form for word in words for form in (word, word.replace("/", "\\\\"))]
     for path in list(keys):
-        if private.is_private_key(path) or any(word in path for word in in_key) or private.names_disk(path):
+        if private.is_private_key(path) or places.are_in(path) or places.have_profile(path):
             left += 1 + len(keys.pop(path).values)
             continue
         key = keys[path]
         for name, value in list(key.values.items()):
             known = _bytes_as_text(value) if "hex" in value else ""
-            if private.is_private_value(path, name) or any(word in value.lower() for word in personal) or \
-                    any(word in known for word in in_bytes) or private.names_disk(value) or private.names_disk(known):
+            if private.is_private_value(path, name) or places.are_in(value) or places.are_in(known) or places.have_profile(known):
                 del key.values[name]
                 left += 1
             elif name == MACHINE_ID:

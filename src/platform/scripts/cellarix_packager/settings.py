@@ -51,9 +51,9 @@ def with_profile(value, old, new):
     return value
 
 
-def for_package(record, request, bottle_dir, homes, user):
-    """The record for the package. Texts that name the packer's places (`homes`) or disks do not go along, nor variables
-    for passwords; the profile of `user` becomes that of any user."""
+def for_package(record, request, bottle_dir, places, user):
+    """The record for the package. Texts that name the packer's places do not go along, nor variables for passwords; the
+    profile of `user` becomes that of any user."""
     programs = record.get(PROGRAMS) if isinstance(record.get(PROGRAMS), dict) else {}
     kept = {}
     for source in request.sources:
@@ -67,28 +67,21 @@ def for_package(record, request, bottle_dir, homes, user):
         if not source.in_bottle:
             program["path"] = windows_path(source.target)
             program["folder"] = windows_path(os.path.dirname(source.target))
-        kept[source.uuid] = with_profile(_without(program, homes), user, layout.USER)
+        kept[source.uuid] = with_profile(_without(program, places), user, layout.USER)
     if not kept:
         raise PackageError("None of the chosen programs is in the bottle any more.")
-    general = _without({key: record[key] for key in KEYS if key in record}, homes)
+    general = _without({key: record[key] for key in KEYS if key in record}, places)
     return with_profile(general, user, layout.USER) | {PROGRAMS: kept}
 
 
-def _without(value, homes):
+def _without(value, places):
     """The name of a program goes along in any case: it is shown in menus."""
     if isinstance(value, dict):
-        return {key: _without(item, homes) for key, item in value.items() if key == "name" or not (
-            _tells(item, homes) or (isinstance(item, str) and private.is_secret_variable(str(key))))}
+        return {key: _without(item, places) for key, item in value.items() if key == "name" or not (
+            isinstance(item, str) and (places.are_in(item) or private.is_secret_variable(str(key))))}
     if isinstance(value, list):
-        return [_without(item, homes) for item in value if not _tells(item, homes)]
+        return [_without(item, places) for item in value if not (isinstance(item, str) and places.are_in(item))]
     return value
-
-
-def _tells(text, homes):
-    if not isinstance(text, str):
-        return False
-    plain = text.replace("\\", "/").lower()
-    return any(home in plain for home in homes) or private.names_disk(text)
 
 
 def entry(record, prefix):
