@@ -72,7 +72,7 @@ inside dpkg -i /tmp/stand-in.deb >/dev/null 2>&1
 inside find /etc /opt /usr /var/lib | LC_ALL=C sort >"$directory/before"
 
 inside dpkg -i "$old" >/dev/null
-menu=$root/usr/share/applications/$package.desktop
+menu=$root/usr/share/applications/$package-cellarix.desktop
 inside desktop-file-validate "${menu#"$root"}" && echo "menu: $(sed -n 's/^Name=//p' "$menu")"
 exec_path=$(sed -n 's/^Exec=\([^ ]*\) .*/\1/p' "$menu")
 run first
@@ -87,6 +87,7 @@ inside dpkg -i "$new" >/dev/null
 run first
 echo "kept: $(cat "$home/drive_c/Sample/settings.ini" "$home/drive_c/Sample/game.sav" | xargs)"
 echo "renewed: $(cat "$home/drive_c/Sample/words.txt" "$home/drive_c/Sample/extra.txt" | xargs)"
+echo "profile: $(grep -o 'users.\{2\}second' "$root/home/second/$bottle/user.reg" | sort -u) $(ls "$root/home/second/$bottle/drive_c/users" | xargs)"
 echo "registry: $(grep -c '"Added"="2"' "$home/user.reg")"
 
 inside dpkg --purge "$package" >/dev/null 2>&1

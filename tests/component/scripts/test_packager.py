@@ -15,8 +15,8 @@ from unittest import mock
 
 from packages import ID, PACKER, REGISTRY, BottleCase
 
-from cellarix_packager import (archive, contents, debian, links, messages, origin, place, private, progress, registry, request,
-                               settings, userbottle)
+from cellarix_packager import (archive, contents, debian, driveplaces, estimate, links, messages, origin, place, private,
+                               progress, registry, request, settings, userbottle)
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 
@@ -83,8 +83,9 @@ class Packer(BottleCase):
             self.write("games/Game/" + name, "private")
         os.symlink("data", self.path("games/Game/link"))
         alone = self.write("games/alone.exe", "MZ alone")
-        other, second = ID[:-1] + "7", ID[:-1] + "8"
-        self.choose({ID: "x", other: "y", second: "z"}, {
+        other, second, third = ID[:-1] + "7", ID[:-1] + "8", ID[:-1] + "9"
+        self.choose({ID: "x", other: "y", second: "z", third: "u"}, {
+            third: {"path": self.write("more/ALONE.exe", "MZ third"), "in_bottles": False, "only_copy_exe": True},
             second: {"path": self.write("games/Game/tool.exe", "MZ tool"), "dir_to_package": self.path("games/Game"),
                      "path_packaged": self.directory + "/drive_c/Game/tool.exe", "in_bottles": False},
             ID: {"path": game, "in_bottles": False, "dir_to_package": self.path("games/Game"),
@@ -93,8 +94,9 @@ class Packer(BottleCase):
                     "path_packaged": "/etc/passwd"}})
         members = self.members(self.packed()[0])
         found = {name.partition("drive_c/")[2]: data for name, (_, data) in members.items() if data}
-        self.assertEqual((found["Game/bin/game.exe"], found["Game/data/level.dat"], found["alone/alone.exe"]),
-                         (b"MZ game", b"level", b"MZ alone"))
+        self.assertEqual((found["Game/bin/game.exe"], found["Game/data/level.dat"], found["alone/alone.exe"],
+                          found["ALONE (2)/ALONE.exe"]), (b"MZ game", b"level", b"MZ alone", b"MZ third"))
+        self.assertEqual(len({name for name in members if name.endswith(".desktop")}), 4)
         self.assertNotIn(b"private", found.values())
         self.assertEqual(members[ROOT + "bottle/drive_c/Game/link"][0].linkname, "data")
         settings = members[ROOT + "bottle/bottle.yml"][1].decode()
@@ -127,7 +129,6 @@ class Packer(BottleCase):
             (good, {"arch": ["mips"]}, None, "No architecture"),
             ({}, {}, None, "No program"),
             (good, {}, lambda: os.truncate(self.add("drive_c/huge", ""), 9 << 30), "huge is larger than 8 GiB"),
-            (good, {}, lambda: [os.truncate(self.add(f"drive_c/huge{n}", ""), 6 << 30) for n in "12"], "at most 10 GB"),
             (good, {}, lambda: Path(newline).write_text(""), "line break"),
             (good, {}, lambda: self.add(".before-install/journal.json", ""), "being installed"),
             (good, {}, lambda: (os.unlink(self.directory + "/pkgcfg/pkginfo.json"), os.mkfifo(self.directory + "/pkgcfg/pkginfo.json")),
@@ -143,7 +144,7 @@ class Packer(BottleCase):
                 self.assertIn(words, ended.stderr)
                 self.assertNotIn("Traceback", ended.stderr)
                 self.assertEqual(os.listdir(self.path("out")), [])
-                for name in ("huge", "huge1", "huge2", "a\nb"):
+                for name in ("huge", "a\nb"):
                     Path(self.directory, "drive_c", name).unlink(missing_ok=True)
 
     def test_an_interrupted_run_leaves_nothing(self):
@@ -367,6 +368,10 @@ class Rules(unittest.TestCase):
             '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n"Url"="C:/users/packaged-user/y"\n"Own"="C:\\\\App\\\\mnt\\\\x"\n'
             f'"MachineGuid"="{registry.NO_ID}"\n\n[Software\\\\Wow6432Node\\\\Microsoft\\\\Windows NT\\\\CurrentVersion] 1\n"x"="1"\n\n[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n\n'), 14))
         self.assertIn(r"users\\me\\x", registry.personal(clean, "me"))
+        self.assertIn(r"users\\\x5f20\\x", registry.personal(clean, "张"))
+        for name in ("\\x5f20", "张"):
+            clean = registry.cleaned(f'W\n\n[A] 1\n"D"="C:\\\\users\\\\{name}\\\\x"\n', "张", private.Places("z", "张", "/home/z"))[0]
+            self.assertIn(r"users\\packaged-user\\x", clean)
 
     def test_registry_files_are_merged_by_value(self):
         def file(**values):
@@ -406,4 +411,29 @@ class Rules(unittest.TestCase):
             with self.subTest(path), self.assertRaises(PackageError):
                 files.add(contents.text_entry(path, "2"))
         self.assertEqual([entry.path for entry in files.in_order()][:2], ["a", "a/b"])
-        self.assertGreater(archive.tar_size(files.in_order()), 10240)
+
+    def test_sizes_and_limits_are_known_before(self):
+        files = contents.Contents()
+        for name in ("a/b", "n" * 98, "n" * 99, "目" * 80 + "/" + "x" * 200):
+            files.add(contents.text_entry(name, "1" * 513))
+        files.add(contents.Entry("link", contents.LINK, target="t" * 101))
+        with open(os.devnull, "wb") as null, archive.DataTar(null.fileno(), "zstd", 0, lambda _: None) as tar:
+            for entry in files.in_order():
+                tar.add(entry)
+            tar.finish()
+        self.assertEqual(archive.tar_size(files.in_order()), tar.written)
+        large = [contents.Entry(f"x{n}", contents.FILE, 7 << 30, source="/dev/null") for n in range(2)]
+        self.assertGreater(archive.check_limits(large, lambda _, total: total // 2), 14 << 30)
+        with self.assertRaisesRegex(PackageError, "15.0 GB; a .deb"):
+            archive.check_limits(large, lambda _, total: total)
+        mixed = [contents.text_entry("a", os.urandom(4 << 20)), contents.text_entry("b", bytes(12 << 20))]
+        self.assertAlmostEqual(estimate.compressed_size(mixed, 16 << 20), 4 << 20, delta=1 << 18)
+
+    def test_each_source_has_a_folder_of_its_own(self):
+        places = driveplaces.DrivePlaces(["p/drive_c", "p/drive_c/Program Files", "p/drive_c/windows"], "p")
+        for source, wanted, folder in (
+            ("/a/Game.exe", "", "Game"), ("/b/game.exe", "", "game (2)"), ("/a/Game.exe", "", "Game"), ("/c/Windows", "", "Windows (2)"),
+            ("/d", "drive_c/program files/App", "Program Files/App"), ("/e", "drive_c/PROGRAM FILES/APP", "Program Files/APP (2)"),
+        ):
+            with self.subTest(source):
+                self.assertEqual(places.of(source, wanted), "drive_c/" + folder)

@@ -77,6 +77,7 @@ class Walk(BottleCase):
         self.assertEqual(lines, [
             "menu: Sample", "window: first", "window: second",
             "shared: /opt/apps/com.example.sample/files/bottle/drive_c/Sample/window.exe",
-            "window: first", "kept: mine saved", "renewed: two extra", "registry: 1", "left: ", "own: saved"], seen.stderr)
+            "window: first", "kept: mine saved", "renewed: two extra", r"profile: users\\second Public second",
+            "registry: 1", "left: ", "own: saved"], seen.stderr)
         size = int(seen.stdout.partition("size: ")[2].split()[0])
         self.assertLess(size, 60, "MiB of a user's bottle")

@@ -10,13 +10,16 @@ import gzip
 import hashlib
 import io
 import os
+import stat
 import subprocess
 import tarfile
 
 from cellarix_packager import contents
 from cellarix_packager.errors import PackageError
+from cellarix_packager.estimate import compressed_size
 
 MEMBER_LIMIT = 10**10 - 1  # of ar: ten decimal digits
+SURE = MEMBER_LIMIT // 1001 * 1000  # what cannot be compressed grows a little
 FILE_LIMIT = 8 << 30  # of tar: eleven octal digits
 CHUNK = 1 << 20
 EARLIEST = 315532800  # 1980: older times are mistakes
@@ -28,21 +31,32 @@ ZSTD = ["zstd", "-c", "-q", "-12"]
 SUFFIXES = {"xz": "xz", "zstd": "zst"}
 
 
-def check_limits(entries):
-    """Raises before any work if a file or the whole is larger than the format can hold."""
+def check_limits(entries, estimate=compressed_size):
+    """Returns the size of data.tar, without compression. Raises before any work if a file or the whole is larger than
+    the format can hold: that limits the compressed size, which is estimated where it matters."""
     for entry in entries:
         if entry.size >= FILE_LIMIT:
             raise PackageError(f"{entry.source or entry.path} is larger than 8 GiB, which a .deb cannot hold.",
                                "large-file", entry.source or entry.path)
     total = tar_size(entries)
-    if total > MEMBER_LIMIT:
-        raise PackageError(f"The program takes {total / 10**9:.1f} GB; a .deb can hold at most 10 GB.", "too-large",
-                           f"{total / 10**9:.1f}")
+    packed = total if total <= SURE else estimate(entries, total)
+    if packed > MEMBER_LIMIT:
+        raise PackageError(f"The package would take {packed / 10**9:.1f} GB; a .deb can hold at most 10 GB.", "too-large",
+                           f"{packed / 10**9:.1f}")
     return total
 
 
 def tar_size(entries):
-    return sum(1024 + 2 * len(os.fsencode(entry.path)) + entry.size for entry in entries) + tarfile.RECORDSIZE
+    """Of data.tar with these entries, in bytes. A name that is too long for a header has one of its own."""
+    def blocks(size):
+        return -(-size // tarfile.BLOCKSIZE) * tarfile.BLOCKSIZE
+
+    def name_size(name):
+        length = len(os.fsencode(name))
+        return tarfile.BLOCKSIZE + blocks(length + 1) if length > tarfile.LENGTH_NAME else 0
+    return 2 * tarfile.BLOCKSIZE + sum(
+        tarfile.BLOCKSIZE + name_size("./" + entry.path + ("/" if entry.kind == contents.DIRECTORY else "")) +
+        name_size(entry.target) + blocks(entry.size) for entry in entries)
 
 
 def _threads(compression):
@@ -69,6 +83,11 @@ def _info(entry, time):
     else:
         info.size = entry.size
     return info.tobuf(tarfile.GNU_FORMAT, "utf-8", "surrogateescape")
+
+
+def _changed(entry):
+    return PackageError(f"{entry.source} has changed while it was packed. Close the programs of the bottle.", "changed",
+                        entry.source)
 
 
 class DataTar:
@@ -107,9 +126,12 @@ class DataTar:
 
     def add(self, entry):
         if entry.source:
-            with open(os.open(entry.source, os.O_RDONLY | os.O_NOFOLLOW | os.O_CLOEXEC), "rb", buffering=0) as file:
-                time = int(os.fstat(file.fileno()).st_mtime)
-                self._put(_info(entry, max(EARLIEST, min(time, self.latest))))
+            with open(os.open(entry.source, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb",
+                      buffering=0) as file:
+                status = os.fstat(file.fileno())
+                if not stat.S_ISREG(status.st_mode):
+                    raise _changed(entry)
+                self._put(_info(entry, max(EARLIEST, min(int(status.st_mtime), self.latest))))
                 self._copy(entry, file)
         else:
             self._put(_info(entry, self.latest))
@@ -130,8 +152,7 @@ class DataTar:
             self._put(data)
             left -= len(data)
         if left or file.read(1):
-            raise PackageError(f"{entry.source} has changed while it was packed. Close the programs of the bottle.",
-                               "changed", entry.source)
+            raise _changed(entry)
         self._put(bytes(-entry.size % tarfile.BLOCKSIZE))
         self.sums[entry.path] = digest.hexdigest()
 

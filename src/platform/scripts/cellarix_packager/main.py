@@ -21,7 +21,9 @@ from cellarix_launcher.bottle import bottle_directory
 
 from cellarix_packager import (archive, bottlefiles, contents, debian, layout, listing, menu, private, registry, request,
                                running, savefile, settings)
+from cellarix_packager.driveplaces import DrivePlaces
 from cellarix_packager.errors import PackageError
+from cellarix_packager.estimate import compressed_size
 
 IDLE_SECONDS = 10
 REGISTRY_LIMIT = 256 << 20
@@ -86,7 +88,7 @@ def _packed(options, wanted, bottle_dir):
     packing = Packing(wanted, bottle_dir)
     entries = packing.entries()
     total = archive.check_limits(entries)
-    _check_room(options.savedir, total)
+    _check_room(options.savedir, entries, total)
     name = f"{wanted.package}_{wanted.version}_{wanted.architecture}.deb"
     print(f"packing {len(entries)} files and directories, {total >> 20} MiB", flush=True)
     with savefile.SaveFile(options.savedir, name) as file:
@@ -97,12 +99,14 @@ def _packed(options, wanted, bottle_dir):
         return file.path
 
 
-def _check_room(directory, needed):
-    """Compressed, it takes less; how much is known only afterwards."""
-    free = os.statvfs(directory)
-    if free.f_bavail * free.f_frsize < needed:
+def _check_room(directory, entries, total):
+    """Compressed, it takes less; how much is known exactly only afterwards."""
+    disk = os.statvfs(directory)
+    free = disk.f_bavail * disk.f_frsize
+    needed = total if total <= free else compressed_size(entries, total) * 11 // 10
+    if needed > free:
         raise PackageError(f"{directory} has not enough room: the package may need {needed >> 20} MiB, "
-                           f"{free.f_bavail * free.f_frsize >> 20} MiB are free.", "no-room", f"{needed >> 20}")
+                           f"{free >> 20} MiB are free.", "no-room", f"{needed >> 20}")
 
 
 class Progress:
@@ -132,6 +136,7 @@ class Packing:
         self.contents = contents.Contents()
         self.root = layout.program_root(wanted.package)
         self.prefix = self.root + "/bottle"
+        self.places_in_drive = None
         self.time = 0
         self.size = 0
         self.who = debian.packer(os.environ)
@@ -140,6 +145,7 @@ class Packing:
         """Everything but the list of files, which is the last."""
         walk = contents.BottleWalk(self.contents, self.bottle_dir, layout.data_directory(os.environ), self.user)
         walk.add_drive(self.prefix)
+        self.places_in_drive = DrivePlaces(self.contents.entries, self.prefix)
         for source in self.request.sources:
             self._add_source(walk, source)
         self._add_registry()
@@ -160,8 +166,9 @@ class Packing:
     def _wine_user(self):
         """The name of the profile in the bottle, which Wine takes from the user's."""
         text = self._read_text("system.reg")
-        match = re.search(r'"ProfileImagePath"="C:\\\\users\\\\([^"\\]+)"', text)
-        return match[1] if match else os.environ.get("USER") or pwd.getpwuid(os.getuid()).pw_name
+        match = re.search(r'"ProfileImagePath"="C:\\\\users\\\\((?:[^"\\]|\\x[0-9a-f]+)+)"', text)
+        name = re.sub(r"\\x([0-9a-f]{1,4})", lambda sign: chr(int(sign[1], 16)), match[1]) if match else ""
+        return name or os.environ.get("USER") or pwd.getpwuid(os.getuid()).pw_name
 
     def _read_text(self, name):
         path = os.path.join(self.bottle_dir, name)
@@ -182,17 +189,17 @@ class Packing:
         """Copies a program from outside of the bottle into drive C."""
         if source.in_bottle:
             return
-        inside = source.directory and os.path.realpath(source.path).startswith(os.path.realpath(source.directory) + "/")
-        relative = os.path.relpath(os.path.realpath(source.path), os.path.realpath(source.directory)) if inside else \
-            os.path.basename(source.path)
-        if not source.target.endswith("/" + relative):
-            folder = os.path.basename(os.path.realpath(source.directory)) if inside else relative.rpartition(".")[0]
-            source.target = f"drive_c/{folder or 'Program'}/{relative}"
-        if source.directory:
-            walk.add_tree(source.directory, source.target[:-len(relative)].rstrip("/") if inside else
-                          f"drive_c/{os.path.basename(os.path.realpath(source.directory))}", self.prefix)
+        path, directory = os.path.realpath(source.path), os.path.realpath(source.directory) if source.directory else ""
+        inside = path.startswith(directory.rstrip("/") + "/") if directory else False
+        relative = os.path.relpath(path, directory) if inside else os.path.basename(source.path)
+        wanted = source.target[:-len(relative)].rstrip("/") if source.target.endswith("/" + relative) else ""
+        if directory:
+            folder = self.places_in_drive.of(directory, wanted if inside else "")
+            walk.add_tree(directory, folder, self.prefix)
         if not inside:
-            walk.add_file(os.path.realpath(source.path), source.target, self.prefix)
+            folder = self.places_in_drive.of(path, wanted)
+            walk.add_file(path, f"{folder}/{relative}", self.prefix)
+        source.target = f"{folder}/{relative}"
 
     def _newest(self):
         if os.environ.get("SOURCE_DATE_EPOCH", "").isdecimal():

@@ -7,6 +7,7 @@ from cellarix_packager import bottlefiles, contents, layout
 
 ICON_LIMIT = 4 << 20
 THEME_SIZES = (16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512)
+SUFFIX = "-cellarix"
 FALLBACK_ICON = "application-x-executable"
 CATEGORIES = {
     "Internet": "Network;", "Chat": "Network;InstantMessaging;", "Music": "AudioVideo;Audio;",
@@ -18,8 +19,9 @@ CATEGORIES = {
 def add(request, programs, bottle_dir, add_entry):
     """A desktop entry for each program, and the icon of each that has one, whose place goes into the program's record.
     `programs` maps ids to records."""
-    for number, (uuid, program) in enumerate(sorted(programs.items())):
-        name = request.package if len(programs) == 1 else f"{request.package}.{number + 1}"
+    names = _names(request.package, programs)
+    for uuid, program in sorted(programs.items()):
+        name = names[uuid]
         icon = _icon(bottle_dir, uuid)
         if icon:
             width, data = icon
@@ -28,6 +30,15 @@ def add(request, programs, bottle_dir, add_entry):
         title = request.name if len(programs) == 1 else str(program.get("name") or request.name)
         add_entry(contents.text_entry(f"usr/share/applications/{name}.desktop",
                                       _desktop_entry(request, title, name if icon else FALLBACK_ICON, uuid)))
+
+
+def _names(package, programs):
+    """Names of files that no other package has, and that stay when programs are added."""
+    if len(programs) == 1:
+        return dict.fromkeys(programs, package + SUFFIX)
+    short = {uuid: uuid[:8].lower() for uuid in programs}
+    unique = short if len(set(short.values())) == len(short) else {uuid: uuid.lower() for uuid in programs}
+    return {uuid: f"{package}{SUFFIX}-{word}" for uuid, word in unique.items()}
 
 
 def _icon(bottle_dir, uuid):

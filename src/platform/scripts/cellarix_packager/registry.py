@@ -82,7 +82,10 @@ def _bytes_as_text(value):
 
 
 def _with_user(value, old, new):
-    return re.sub(rf'((?:\\\\|/)users(?:\\\\|/)){re.escape(old)}(?=["\\/;])', lambda match: match[1] + new, value, flags=re.I)
+    """Wine's files have letters beyond ASCII as numbers."""
+    name = "".join(c if ord(c) < 128 else rf"\x{ord(c):04x}" for c in new)
+    known = "".join(re.escape(c) if ord(c) < 128 else rf"(?:{c}|\\x0*{ord(c):x}(?![0-9a-f]))" for c in old)
+    return re.sub(rf'((?:\\\\|/)users(?:\\\\|/)){known}(?=["\\/;])', lambda match: match[1] + name, value, flags=re.I)
 
 
 def personal(text, user):
