@@ -87,7 +87,7 @@ inside dpkg -i "$new" >/dev/null
 run first
 echo "kept: $(cat "$home/drive_c/Sample/settings.ini" "$home/drive_c/Sample/game.sav" | xargs)"
 echo "renewed: $(cat "$home/drive_c/Sample/words.txt" "$home/drive_c/Sample/extra.txt" | xargs)"
-echo "profile: $(grep -o 'users.\{2\}second' "$root/home/second/$bottle/user.reg" | sort -u) $(ls "$root/home/second/$bottle/drive_c/users" | xargs)"
+echo "profile: $(grep -o 'users.\{2\}second' "$root/home/second/$bottle/user.reg" | sort -u) $(cd "$root/home/second/$bottle/drive_c/users" && echo *)"
 echo "registry: $(grep -c '"Added"="2"' "$home/user.reg")"
 
 inside dpkg --purge "$package" >/dev/null 2>&1

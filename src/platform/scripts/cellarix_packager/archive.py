@@ -199,7 +199,7 @@ def write(fd, entries, last, control, compression, latest, progress):
         raise PackageError("The package is larger than a .deb can hold.", "too-large", f"{size / 10**9:.1f}")
     packed = control_tar(control(tar.sums), latest)
     if len(packed) != reserved:
-        raise PackageError("The checksums of the package have an unexpected size.")
+        raise PackageError("The checksums of the package have an unexpected size.", "internal")
     head += _member("control.tar.gz", reserved, latest) + packed + b"\n" * (reserved % 2)
     os.pwrite(fd, head + _member(f"data.tar.{SUFFIXES[compression]}", size, latest), 0)
     os.pwrite(fd, b"\n" * (size % 2), data_at + size)

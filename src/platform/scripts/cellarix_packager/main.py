@@ -175,7 +175,7 @@ class Packing:
         try:
             return bottlefiles.regular(path, REGISTRY_LIMIT).decode("utf-8", "surrogateescape")
         except (OSError, ValueError) as error:
-            raise PackageError(f"{path} cannot be read: {error}", "unreadable-file", path) from None
+            raise PackageError(f"{path} cannot be read: {error}", "unreadable", path) from None
 
     def _add_registry(self):
         for name in layout.REGISTRIES:

@@ -69,7 +69,7 @@ def for_package(record, request, bottle_dir, places, user):
             program["folder"] = windows_path(os.path.dirname(source.target))
         kept[source.uuid] = with_profile(_without(program, places), user, layout.USER)
     if not kept:
-        raise PackageError("None of the chosen programs is in the bottle any more.")
+        raise PackageError("None of the chosen programs is in the bottle any more.", "program-gone")
     general = _without({key: record[key] for key in KEYS if key in record}, places)
     return with_profile(general, user, layout.USER) | {PROGRAMS: kept}
 
