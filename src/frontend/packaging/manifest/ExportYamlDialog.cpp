@@ -98,14 +98,22 @@ void ExportYamlDialog::onRecord(const BusResult& result) {
     const QJsonObject program = BottleRecord::programs(bottle).value(m_programUuid).toObject();
     m_bottlePath = BottleRecord::path(bottle);
     m_rows->setLogo(ProgramRecord::icon(program));
-    ManifestForm known = RememberedAnswers::read(m_bottlePath).value_or(ManifestForm());
+    inBackground(
+        this,
+        [path = m_bottlePath] { return RememberedAnswers::read(path).value_or(ManifestForm()); },
+        [this, name = ProgramRecord::name(program).simplified()](const ManifestForm& known) {
+            propose(known, name);
+        });
+}
+
+void ExportYamlDialog::propose(ManifestForm known, const QString& name) {
     if (known.programUuid != m_programUuid) {
         ManifestForm contributor;
         contributor.contributor = known.contributor;
         contributor.contributorEmail = known.contributorEmail;
         known = contributor;
     }
-    known.name = ProgramRecord::name(program).simplified();
+    known.name = name;
     m_rows->propose(known);
 }
 

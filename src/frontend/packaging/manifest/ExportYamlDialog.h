@@ -36,6 +36,7 @@ private:
     static QString textOf(Problem problem);
     ManifestForm form() const;
     void onRecord(const BusResult& result);
+    void propose(ManifestForm known, const QString& name);
     void startExport();
     void onStep();
     void updateOk();
