@@ -3,6 +3,8 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QJsonObject>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTemporaryDir>
 
@@ -21,7 +23,7 @@ QJsonObject program(const QString& name, const QString& path) {
     return {{"name", name}, {"path", path}};
 }
 
-enum class Form { Plain, Wrong, Details, Failed, Loading, Missing };
+enum class Form { Plain, End, Wrong, Details, Failed, Loading, Missing };
 
 void write(const QString& path, qint64 bytes) {
     QDir().mkpath(QFileInfo(path).path());
@@ -79,6 +81,9 @@ QImage form(Form kind) {
     if (kind == Form::Wrong) {
         dialog.findChild<Fenk::LineEdit*>("package_pkgversion")->setText("beta");
         dialog.slotsValidateWidgets();
+    } else if (kind == Form::End) {
+        auto* bar = dialog.findChild<QScrollArea*>()->verticalScrollBar();
+        bar->setValue(bar->maximum());
     } else if (kind == Form::Details) {
         dialog.findChild<QAbstractButton*>("package_contents_btn")->click();
     }
@@ -139,6 +144,7 @@ int main(int argc, char** argv) {
                        {{"form", [] { return form(Form::Plain); }},
                         {"first-start", [] { return firstStart(BottleProgressDialog::Work::Make); }},
                         {"update", [] { return firstStart(BottleProgressDialog::Work::Update); }},
+                        {"form-end", [] { return form(Form::End); }},
                         {"wrong", [] { return form(Form::Wrong); }},
                         {"contents", [] { return form(Form::Details); }},
                         {"contents-failed", [] { return form(Form::Failed); }},

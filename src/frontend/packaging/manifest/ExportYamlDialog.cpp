@@ -99,8 +99,7 @@ void ExportYamlDialog::onRecord(const BusResult& result) {
     m_bottlePath = BottleRecord::path(bottle);
     m_rows->setLogo(ProgramRecord::icon(program));
     inBackground(
-        this,
-        [path = m_bottlePath] { return RememberedAnswers::read(path).value_or(ManifestForm()); },
+        this, [path = m_bottlePath] { return RememberedAnswers::read(path).value_or(ManifestForm()); },
         [this, name = ProgramRecord::name(program).simplified()](const ManifestForm& known) {
             propose(known, name);
         });

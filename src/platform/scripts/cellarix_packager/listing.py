@@ -42,6 +42,7 @@ def main(argv, packing_of):
     wanted = request.Request(ANY_NAME, ANY_NAME, "1", "", "Other", ["amd64"], sources)
     os.environ["SOURCE_DATE_EPOCH"] = "0"  # the time of the package would be that of the newest of all files
     packing = packing_of(wanted, bottle_dir)
+    packing.with_all_icons = False  # they are small, and take time
     with contextlib.redirect_stdout(sys.stderr):  # it reports to people
         entries = packing.entries()
     archive.check_limits(entries)

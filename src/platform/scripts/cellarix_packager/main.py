@@ -19,8 +19,8 @@ import sys
 
 from cellarix_launcher.bottle import bottle_directory
 
-from cellarix_packager import (archive, bottlefiles, contents, debian, layout, listing, menu, private, registry, request,
-                               running, savefile, settings)
+from cellarix_packager import (archive, bottlefiles, contents, debian, icons, layout, listing, menu, private, registry,
+                               request, running, savefile, settings)
 from cellarix_packager.driveplaces import DrivePlaces
 from cellarix_packager.errors import PackageError
 from cellarix_packager.estimate import compressed_size
@@ -140,6 +140,7 @@ class Packing:
         self.time = 0
         self.size = 0
         self.who = debian.packer(os.environ)
+        self.with_all_icons = True
 
     def entries(self):
         """Everything but the list of files, which is the last."""
@@ -152,6 +153,8 @@ class Packing:
         record = settings.for_package(settings.read(os.path.join(self.bottle_dir, layout.SETTINGS)), self.request,
                                       self.bottle_dir, self.places, self.user)
         menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
+        if self.with_all_icons:
+            icons.add_smaller(self.request.sources, record[settings.PROGRAMS], self.contents)
         self.contents.add(settings.entry(record, self.prefix))
         self.time = self._newest()
         made = [debian.run_script(self.request), self._package_record()]

@@ -1,11 +1,14 @@
 """The menu entries of a package and their icons."""
 
 import os
+import re
 import struct
+import textwrap
 
 from cellarix_packager import bottlefiles, contents, layout
 
 ICON_LIMIT = 4 << 20
+COMMENT_LENGTH = 120
 THEME_SIZES = (16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512)
 SUFFIX = "-cellarix"
 FALLBACK_ICON = "application-x-executable"
@@ -62,7 +65,18 @@ def _desktop_entry(request, title, icon, uuid):
     lines = ("[Desktop Entry]", "Type=Application", "Version=1.1", f"Name={_value(title)}",
              f"Icon={icon}", f"Exec=/{layout.program_root(request.package)}/run {uuid}",
              f"Categories={CATEGORIES.get(request.category, 'Utility;')}", "StartupNotify=true")
-    return "\n".join(lines) + "\n"
+    comment = _value(textwrap.shorten(request.description, COMMENT_LENGTH, placeholder="..."))
+    window = _value(_program_file(request, uuid))
+    more = (f"Comment={comment}",) if comment and comment != _value(title) else ()
+    more += (f"StartupWMClass={window}",) if window else ()
+    return "\n".join(lines + more) + "\n"
+
+
+def _program_file(request, uuid):
+    """The class that Wine gives to the program's windows; empty where that is not known, as for shortcuts."""
+    path = next((source.path for source in request.sources if source.uuid == uuid), "")
+    name = re.split(r"[/\\]", path)[-1].lower()
+    return name if name.endswith(".exe") else ""
 
 
 def _value(text):

@@ -1,0 +1,33 @@
+"""What of a package a desktop shows."""
+
+import os
+import shutil
+import subprocess
+import unittest
+
+from packages import ID, BottleCase
+from support import BUILD, SCRIPTS
+
+SAMPLE = os.path.join(BUILD, "tests", "programs", "x64", "window.exe")
+
+
+class Menu(BottleCase):
+    @unittest.skipUnless(os.path.exists(SAMPLE), "no Windows compiler built the samples")
+    def test_entries_and_icons(self):
+        program = self.add("drive_c/App/Window.exe", "")
+        shutil.copy(SAMPLE, program)
+        subprocess.run([os.path.join(SCRIPTS, "icon_extractor.py"), program, ID + ".png", os.path.join(self.directory, "icons")], check=True)
+        self.choose({ID: r"C:\App\Window.exe"}, {ID: {"path": program}}, pkgdesc="Shows\na \\window.")
+        for is_own_icon, sizes in ((True, ["16x16", "32x32", "48x48"]), (False, ["48x48"])):
+            ended = self.pack("--compression", "zstd")
+            self.assertEqual(ended.returncode, 0, ended.stderr)
+            root = self.path(f"root{is_own_icon}")
+            subprocess.run(["dpkg-deb", "-x", ended.stdout.rpartition("packed: ")[2].strip(), root], check=True)
+            self.assertEqual(sorted(os.listdir(root + "/usr/share/icons/hicolor")), sizes)
+            with open(os.path.join(self.directory, "icons", ID + ".png"), "ab") as file:
+                file.write(b"another picture")
+        entry = root + "/usr/share/applications/com.example.sample.desktop"
+        with open(entry, encoding="utf-8") as file:
+            text = file.read()
+        self.assertIn("Comment=Shows a \\\\window.\nStartupWMClass=window.exe\n", text)
+        subprocess.run(["desktop-file-validate", entry], check=True)
