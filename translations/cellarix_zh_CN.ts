@@ -136,10 +136,6 @@
         <translation>维护者：</translation>
     </message>
     <message>
-        <source>Your own name and address come from the environment variables DEBFULLNAME and DEBEMAIL.</source>
-        <translation>您的姓名和邮箱取自环境变量 DEBFULLNAME 和 DEBEMAIL。</translation>
-    </message>
-    <message>
         <source>Smaller file (xz)</source>
         <translation>文件更小（xz）</translation>
     </message>
@@ -154,6 +150,10 @@
     <message>
         <source>The package settings cannot be saved in %1. Nothing was packed.</source>
         <translation>无法在 %1 中保存打包设置，未进行打包。</translation>
+    </message>
+    <message>
+        <source>Set DEBFULLNAME and DEBEMAIL in the environment to give your own name and address.</source>
+        <translation>要使用您自己的姓名和邮箱，请设置环境变量 DEBFULLNAME 和 DEBEMAIL。</translation>
     </message>
 </context>
 <context>
@@ -4848,6 +4848,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>The folder %1 is too close to the root of the disk to go along whole.</source>
         <translation>文件夹 %1 太靠近磁盘根目录，不能整个打包。</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
     </message>
 </context>
 <context>

@@ -99,7 +99,7 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     addRow(tr("Compression:"), makeCompression());
     m_maintainer->setElided(true);
     addRow(tr("Maintainer:"), m_maintainer,
-           tr("Your own name and address come from the environment variables DEBFULLNAME and DEBEMAIL."));
+           tr("Set DEBFULLNAME and DEBEMAIL in the environment to give your own name and address."));
     bodyLayout()->addWidget(m_contents);
     bodyLayout()->addWidget(makeButtons());
     setInfo(PackageInfo());

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void aBottleBecomesAPackage();
     void aFailureTellsItsReason();
     void closingAsksAndCancelKeepsTheScriptRunning();
+    void theWindowBelowMayGo();
     void theFormRefusesAndSaves();
     void theFormAsksTheService();
 
@@ -202,6 +203,19 @@ void PackagingTest::closingAsksAndCancelKeepsTheScriptRunning() {
     QCOMPARE(QDir(m_home.desktop()).entryList(QDir::Files | QDir::Hidden), QStringList());
 }
 
+void PackagingTest::theWindowBelowMayGo() {
+    bottle("orphan", 24 << 20);
+    auto* window = new QWidget;
+    auto* dialog = new DoPackageDialog(window);
+    QSignalSpy progress(dialog, &DoPackageDialog::updateProgress);
+    dialog->start("orphan", "com.example.sample", "1.0", logs());
+    dialog->open();
+    QVERIFY(progress.wait(60000));
+    dialog->reject();  // asks
+    delete window;
+    QCOMPARE(QDir(m_home.desktop()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
 void PackagingTest::theFormRefusesAndSaves() {
     const QString directory = QFileInfo(QFileInfo(bottle("form")).path()).path();
     const QString outside = m_home.write("games/Suite/b.exe", "MZ");
@@ -267,14 +281,17 @@ void PackagingTest::theFormRefusesAndSaves() {
 void PackagingTest::theFormAsksTheService() {
     FakeBottleService service;
     QVERIFY(service.start());
-    service.setBottle("asked", {{"Path", m_home.path()},
-                                {"External_Programs", QJsonObject{{"a", QJsonObject{{"name", "Answer"}}}}}});
     QWidget window;
     window.show();
     AppConfigDialog::openFor({"asked", "a"}, &window);
     QPointer<AppConfigDialog> dialog = window.findChild<AppConfigDialog*>();
     QVERIFY(dialog && dialog->isVisible());
     auto* name = dialog->findChild<Fenk::LineEdit*>("package_appname");
+    auto* retry = dialog->findChild<QAbstractButton*>("package_shortcuts_retry");
+    QTRY_VERIFY(retry->isVisible());
+    service.setBottle("asked", {{"Path", m_home.path()},
+                                {"External_Programs", QJsonObject{{"a", QJsonObject{{"name", "Answer"}}}}}});
+    retry->click();
     QTRY_COMPARE(name->text(), QString("Answer"));
     dialog->findChild<QAbstractButton*>("package_cancelbtn")->click();
     QTRY_VERIFY(!dialog);

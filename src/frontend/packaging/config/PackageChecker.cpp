@@ -86,6 +86,9 @@ PackageEntry* changeable(const QString& id, Wish wish, PackageEntries* entries) 
 }  // namespace
 
 void PackageChecker::load(const QString& bottleName) {
+    m_bottleName = bottleName;
+    m_state = State::Loading;
+    Q_EMIT update({});
     BottlesConfig::instance()->watchBottle(
         bottleName, this, [this, bottleName](const BusResult& result) { take(bottleName, result.object()); });
 }

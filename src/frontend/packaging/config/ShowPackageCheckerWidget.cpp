@@ -2,6 +2,8 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHBoxLayout>
+#include <QPushButton>
 #include <utility>
 
 #include "fenk/controls/Card.h"
@@ -19,7 +21,12 @@ constexpr int ShownRows = 3;  // more scroll
 }
 
 ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWidget* parent)
-    : QScrollArea(parent), m_checker(checker), m_card(new Card), m_empty(new Label(Label::Secondary)) {
+    : QScrollArea(parent),
+      m_checker(checker),
+      m_card(new Card),
+      m_empty(new Label(Label::Secondary)),
+      m_retry(new QPushButton(tr("Retry"))),
+      m_stateRow(new QWidget) {
     setObjectName("package_shortcuts");
     setAccessibleName("package_shortcuts");
     setFrameShape(NoFrame);
@@ -30,8 +37,15 @@ ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWid
     viewport()->setAutoFillBackground(false);
     m_card->setAutoFillBackground(false);
     m_empty->setAlignment(Qt::AlignCenter);
-    m_empty->setFixedHeight(Tokens::RowHeight);
-    m_card->addRow(m_empty);
+    m_retry->setObjectName("package_shortcuts_retry");
+    m_retry->setAutoDefault(false);
+    auto* layout = new QHBoxLayout(m_stateRow);
+    layout->setContentsMargins(Tokens::Space12, Tokens::Space4, Tokens::Space12, Tokens::Space4);
+    layout->addWidget(m_empty, 1);
+    layout->addWidget(m_retry);
+    m_stateRow->setFixedHeight(Tokens::RowHeight);
+    m_card->addRow(m_stateRow);
+    connect(m_retry, &QPushButton::clicked, checker, [checker] { checker->load(checker->bottleName()); });
     showState();
     for (const QString& id : checker->entries().keys())
         showEntry(id);
@@ -39,12 +53,13 @@ ShowPackageCheckerWidget::ShowPackageCheckerWidget(PackageChecker* checker, QWid
 }
 
 void ShowPackageCheckerWidget::showState() {
-    if (!m_empty)
+    if (!m_stateRow)
         return;
     const PackageChecker::State state = m_checker->state();
     m_empty->setText(state == PackageChecker::State::Loading   ? tr("Reading the programs…")
                      : state == PackageChecker::State::Missing ? tr("The bottle cannot be read")
                                                                : tr("The bottle has no programs yet"));
+    m_retry->setVisible(state == PackageChecker::State::Missing);
 }
 
 void ShowPackageCheckerWidget::showEntry(const QString& id) {
@@ -57,7 +72,7 @@ void ShowPackageCheckerWidget::showEntry(const QString& id) {
 }
 
 PackageEntryWidget* ShowPackageCheckerWidget::add(const QString& id) {
-    delete std::exchange(m_empty, nullptr);
+    delete std::exchange(m_stateRow, nullptr);
     auto* row = new PackageEntryWidget(id);
     m_rows.insert(id, row);
     m_card->addRow(row);

@@ -5,6 +5,7 @@
 
 class PackageChecker;
 class PackageEntryWidget;
+class QPushButton;
 
 namespace Fenk {
 class Card;
@@ -28,5 +29,7 @@ private:
     PackageChecker* m_checker;
     Fenk::Card* m_card;
     Fenk::Label* m_empty;
+    QPushButton* m_retry;
+    QWidget* m_stateRow;  ///< until there is an entry; has the two above
     QMap<QString, PackageEntryWidget*> m_rows;
 };
