@@ -5,6 +5,7 @@
 
 #include "storeserver/SessionLife.h"
 #include "storeserver/catalogue/CatalogueLoader.h"
+#include "storeserver/reports/ReportAnswer.h"
 #include "storeserver/request/AnswerCache.h"
 #include "storeserver/server/HttpServer.h"
 #include "support/LogCapture.h"
@@ -40,13 +41,14 @@ private Q_SLOTS:
         row("says nothing", "", 0);
         row("half a request", "GET /small HT", 1);
         row("request and a half", Request + "GET", 1);
+        row("half a body", "POST / HTTP/1.1\r\nHost: h\r\nContent-Length: 9\r\n\r\nabc", 3);
         row("takes no answer", "GET /large HTTP/1.1\r\nHost: h\r\n\r\n", 2);
     }
     void endsSlowConnections() {
         QFETCH(QByteArray, bytes);
         QFETCH(int, slow);
-        ServerLimits limits{1h, 1h, 1h, 1s, 10};
-        *(std::array{&limits.idle, &limits.reading, &limits.writing}[size_t(slow)]) = 1s;
+        ServerLimits limits{1h, 1h, 1h, 1s, 10, 1 << 20, 1h};
+        *(std::array{&limits.idle, &limits.reading, &limits.writing, &limits.receiving}[size_t(slow)]) = 1s;
         start(limits);
         const auto client = connected();
         if (slow == 2)
@@ -165,7 +167,8 @@ private:
         m_server = std::make_unique<HttpServer>();
         QCOMPARE(m_server->listen("127.0.0.1", 0), std::string());
         m_server->start(
-            1, [](int) { return answerOf; }, limits);
+            1, [](int) { return answerOf; }, limits,
+            [](const StoreRequest&, size_t) { return std::make_unique<RefusedBody>(Refusal()); });
     }
     std::unique_ptr<QTcpSocket> connected() const {
         auto socket = std::make_unique<QTcpSocket>();

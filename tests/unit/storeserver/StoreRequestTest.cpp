@@ -231,6 +231,9 @@ private Q_SLOTS:
         row("idle for ever", {"--idle-seconds", "2147484"}, "--idle-seconds must be");
         row("session elsewhere", {"--session", "--listen", "0.0.0.0:1"}, "--listen and --public-url cannot");
         row("session as another", {"--session", "--public-url", "http://a"}, "--listen and --public-url");
+        row("list of none", {"--list-reports"}, "--list-reports and --reports-room need");
+        row("no room", {"--reports", "/r", "--reports-room", "0"}, "--reports-room must be");
+        row("session with reports", {"--session", "--reports", "/r"}, "--reports cannot be used");
         row("unknown", {"--dta", "x"}, "Unknown option 'dta'.");
         row("stray", {"x"}, "Unexpected argument: x");
     }

@@ -4,7 +4,7 @@
 
 namespace StoreServer {
 
-bool RateLimiter::take(const std::string& key, long long nowMs) {
+bool RateLimiter::take(const std::string& key, long long nowMs, int count) {
     const auto place = m_places.find(key);
     if (place != m_places.end()) {
         m_buckets.splice(m_buckets.begin(), m_buckets, place->second);
@@ -20,9 +20,9 @@ bool RateLimiter::take(const std::string& key, long long nowMs) {
     const double gained = double(std::max(0LL, nowMs - bucket.since)) / m_limits.refillMs;
     bucket.tokens = std::min(double(m_limits.burst), bucket.tokens + gained);
     bucket.since = nowMs;
-    if (bucket.tokens < 1)
+    if (bucket.tokens < count)
         return false;
-    bucket.tokens -= 1;
+    bucket.tokens -= count;
     return true;
 }
 

@@ -19,8 +19,8 @@ public:
 
     explicit RateLimiter(const Limits& limits) : m_limits(limits) {}
 
-    /// Takes a token; false if there is none.
-    bool take(const std::string& key, long long nowMs);
+    /// Takes tokens; false, taking none, if there are not so many.
+    bool take(const std::string& key, long long nowMs, int count = 1);
 
 private:
     struct Bucket {

@@ -127,10 +127,12 @@ void ReportDirectory::makeRoom(qint64 bytes, qint64 nowMs) {
               [](const Upload& left, const Upload& right) { return left.changedMs < right.changedMs; });
     for (const Upload& upload : qAsConst(all)) {
         if (m_usedBytes + m_reservedBytes + bytes <= m_roomBytes || nowMs - upload.changedMs < YoungMs)
-            return;
+            break;
         if (!upload.isUsed && QFile::remove(upload.path))
             m_usedBytes -= rounded(upload.bytes);
     }
+    if (m_usedBytes + m_reservedBytes + bytes > m_roomBytes)
+        qWarning().noquote() << "there is no room for more reports in" << m_path;
 }
 
 void ReportDirectory::removeUnused(qint64 nowMs) {

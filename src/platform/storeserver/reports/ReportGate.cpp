@@ -17,6 +17,11 @@ Refusal ReportGate::admit(const std::string& client, qint64 nowMs) {
     return m_addresses.take(client, nowMs) ? Refusal() : TooMany;
 }
 
+Refusal ReportGate::admitUpload(const std::string& client, size_t bytes, qint64 nowMs) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_uploads.take(client, nowMs, int(bytes >> 20) + 1) ? Refusal() : TooMany;
+}
+
 Refusal ReportGate::admitBody(const QJsonObject& body, const std::string& device, qint64 nowMs) {
     bool isNumber = false;
     const qint64 signedMs = body.value("time").toString().toLongLong(&isNumber);

@@ -23,10 +23,14 @@ public:
     static constexpr RateLimiter::Limits OfDevice{40, 60 * 1000};   ///< a report with its files needs twelve
     static constexpr RateLimiter::Limits OfAddress{200, 5 * 1000};  ///< many devices may share one
 
+    static constexpr RateLimiter::Limits OfBytes{256, 60 * 1000};  ///< MiB of uploads from one address
+
     explicit ReportGate(const QString& secret) : m_secret(secret) {}
 
     /// Before a body is read. `client` as of clientAddress().
     Refusal admit(const std::string& client, qint64 nowMs);
+    /// Before an upload is read.
+    Refusal admitUpload(const std::string& client, size_t bytes, qint64 nowMs);
     /// Each body is admitted once: its time and its signature must be good.
     Refusal admitBody(const QJsonObject& body, const std::string& device, qint64 nowMs);
 
@@ -34,6 +38,7 @@ private:
     const QString m_secret;
     std::mutex m_mutex;
     RateLimiter m_addresses{OfAddress};
+    RateLimiter m_uploads{OfBytes};
     RateLimiter m_devices{OfDevice};
     NounceLedger m_nounces;
 };

@@ -77,8 +77,10 @@ bool ReportService::isFor(const StoreRequest& request) const {
 }
 
 StoreAnswer ReportService::answer(const StoreRequest& request, const Catalogue& catalogue) const {
+    if (request.method != "GET" && request.method != "HEAD")
+        return reportAnswer({400, "the body is missing"});
     if (pathOf(request) != TypesPath)
-        return reportAnswer(request.method == "GET" ? Nothing : Refusal{400, "the body is missing"});
+        return reportAnswer(Nothing);
     return reportAnswer({}, catalogue.issueTypes());
 }
 
@@ -105,6 +107,8 @@ std::unique_ptr<RequestBody> ReportService::takeUpload(const StoreRequest& head,
         return refused({403, "the address is not valid, or not any more"});
     if (length > UploadContent::largest(UploadKeys::kindOf(key)))
         return refused({413, "the file is too large"});
+    if (const Refusal refusal = m_gate.admitUpload(head.client, length, now); !refusal.isNone())
+        return refused(refusal);
     std::unique_ptr<ReportDirectory::Room> room = m_directory.reserve(qint64(length), now);
     if (!room)
         return refused(Full);
