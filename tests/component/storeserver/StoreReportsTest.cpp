@@ -168,6 +168,14 @@ private Q_SLOTS:
             post("wineAssist/appScore", {{"appName", "记事本"}, {"score", 5}}).startsWith("HTTP/1.1 200"));
         QTRY_VERIFY_WITH_TIMEOUT(notes().contains("\"score\":4"), WaitMs);  // 3.5
         QVERIFY(list().contains("2.0        1  notes"));
+        const QJsonObject file = newUpload("attach", "tar.gz");
+        QVERIFY(put(file, "\x1F\x8B\x08 settings").contains("\"status\":200"));
+        const QJsonObject half{
+            {"appName", QString("Half") + QChar(0xD83D)},  // of a character, as where one is cut
+            {"score", 5},
+            {"cfgFileKey", file["file_key"]}};
+        QVERIFY(post("wineAssist/appScore", half).contains("\"status\":200"));
+        QVERIFY(list().contains("score 5") && list().contains("/configuration.tar.gz\n"));
         m_server->stop();
         startServer();
         QVERIFY(score("notes", 1));

@@ -45,6 +45,27 @@ private Q_SLOTS:
         m_first = m_loader->refresh();
     }
 
+    void votesAreTheScore() {
+        // Either name counts, in any spelling; 3.5 becomes 4.
+        m_loader->setVotes({{voteKey("FINE notes  pad"), {4, 2}}, {voteKey("微信电脑版"), {10, 2}}});
+        auto rated = m_loader->refresh().catalogue;
+        QVERIFY(rated->reader(0).app("note-pad", {}, {})->find("\"score\":4") != std::string::npos);
+        m_loader->setVotes({});
+        rated = m_loader->refresh().catalogue;
+        QVERIFY(rated->reader(0).app("note-pad", {}, {})->find("\"score\":2") != std::string::npos);
+        QVERIFY(!m_loader->refresh().catalogue);
+    }
+
+    void kindsOfProblemsChange() {
+        QVERIFY(m_first.catalogue->issueTypes().find("{\"enName\":\"Does not start\"") != std::string::npos);
+        m_files->write("issue-types.yml", "[{id: x, names: {zh: 甲}}]");
+        QCOMPARE(m_loader->refresh().catalogue->issueTypes(),
+                 std::string("{\"enName\":\"甲\",\"id\":\"x\",\"name\":\"甲\"}"));
+        m_files->write("issue-types.yml", "broken: [");
+        const CatalogueLoader::Result broken = m_loader->refresh();
+        QVERIFY(!broken.catalogue && faultsOf(broken).startsWith("issue-types.yml: Line 1"));
+    }
+
     void lists_data() {
         const Table<int, QString, bool, int, QStringList, int> row("category", "field", "isAscending", "page",
                                                                    "ids", "total");

@@ -114,6 +114,17 @@ private Q_SLOTS:
         QVERIFY2(textOf(faults).contains(fault), qPrintable(textOf(faults)));
     }
 
+    void readsKindsOfProblems() {
+        Faults faults;
+        const auto types =
+            readIssueTypes("[{id: crash, names: {en: A}}, {id: other, names: {zh: B}}]", "i", faults);
+        QVERIFY2(types.size() == 2 && faults.isEmpty(), qPrintable(textOf(faults)));
+        readIssueTypes("[{id: A b, names: {en: A}}]", "i", faults);
+        readIssueTypes("[{id: a, names: {}}, {id: a, names: {en: B}}]", "i", faults);
+        for (const char* fault : {"An id has 1 to 32", "a text in no language", "problem has the id a."})
+            QVERIFY2(textOf(faults).contains(fault), fault);
+    }
+
     void checksIcons_data() {
         const QByteArray png = QByteArray::fromHex("89504e470d0a1a0a0000000d49484452");
         const Table<bool, QByteArray, QString> row("isPng", "data", "fault");
