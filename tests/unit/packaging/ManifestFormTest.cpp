@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 
+#include "core/base/CutText.h"
 #include "packaging/manifest/RememberedAnswers.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
@@ -50,10 +51,9 @@ private Q_SLOTS:
         QVERIFY(!ManifestFormRules::isTemporary("https://a.example/?time=1&key=2"));
         for (const char* mark : {"timestamp=", "auth_key=", "x-sid=", "x-redirect="})
             QVERIFY2(ManifestFormRules::isTemporary(QString("https://a.example/?") + mark), mark);
-        using ManifestFormRules::cutIntroduction;
         const QString face = QString::fromUtf8("\xF0\x9F\x98\x80");  // two units
-        QCOMPARE(cutIntroduction(QString(99, 'a') + face), QString(99, 'a'));
-        QCOMPARE(cutIntroduction(QString(98, 'a') + face + 'b'), QString(98, 'a') + face);
+        QCOMPARE(cutText(QString(99, 'a') + face, 100), QString(99, 'a'));
+        QCOMPARE(cutText(QString(98, 'a') + face + 'b', 100), QString(98, 'a') + face);
         ManifestForm form = sample();
         form.name = "100 %2";
         QCOMPARE(form.textForModeration(), QString("100 %2\nI\n2\nC"));

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-class QPlainTextEdit;
+class LimitedTextEdit;
 
 namespace Fenk {
 class Label;
@@ -14,7 +14,7 @@ class IntroductionEdit : public QWidget {
 public:
     explicit IntroductionEdit(QWidget* parent = nullptr);
 
-    QPlainTextEdit* edit() const { return m_edit; }
+    LimitedTextEdit* edit() const { return m_edit; }
     QString text() const;
 
 Q_SIGNALS:
@@ -23,6 +23,6 @@ Q_SIGNALS:
 private:
     void onTextChanged();
 
-    QPlainTextEdit* m_edit;
+    LimitedTextEdit* m_edit;
     Fenk::Label* m_counter;
 };

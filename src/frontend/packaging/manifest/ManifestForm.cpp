@@ -68,12 +68,4 @@ bool isTemporary(const QString& url) {
     return false;
 }
 
-QString cutIntroduction(const QString& text) {
-    const int length = MaximumIntroduction;
-    if (text.size() <= length)
-        return text;
-    // A character outside the basic plane takes two units, which belong together.
-    return text.left(text[length - 1].isHighSurrogate() ? length - 1 : length);
-}
-
 }  // namespace ManifestFormRules

@@ -46,7 +46,4 @@ Problem problemOf(const ManifestForm& form);
 /// Whether an address looks like one that was made for a single download.
 bool isTemporary(const QString& url);
 
-/// The text, cut where needed, of at most MaximumIntroduction characters.
-QString cutIntroduction(const QString& text);
-
 }  // namespace ManifestFormRules

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QGridLayout>
-#include <QPlainTextEdit>
 #include <QRegularExpressionValidator>
 
 #include "backend/ProgramRecord.h"
@@ -13,6 +12,7 @@
 #include "packaging/manifest/CategoryChoice.h"
 #include "packaging/manifest/IntroductionEdit.h"
 #include "programs/ProgramIcons.h"
+#include "widgets/LimitedTextEdit.h"
 
 using namespace Fenk;
 using ManifestFormRules::MaximumAddress;
