@@ -6,6 +6,7 @@
 #include "core/base/SettingsStore.h"
 #include "feedback/client/LogCollection.h"
 #include "feedback/client/LogUpload.h"
+#include "feedback/client/SuggestionFile.h"
 #include "feedback/client/UploadFilesManager.h"
 #include "feedback/client/UploadPlace.h"
 #include "support/FakeBottleService.h"
@@ -220,6 +221,31 @@ private Q_SLOTS:
         const QByteArray list = tar.readAllStandardOutput();
         QVERIFY(list.contains("/bottle.yml") && list.contains("root/root") && !list.contains("/lumora"));
         QTRY_COMPARE(leftOvers(), QStringList());
+    }
+
+    void suggestionFiles() {
+        const QString common = m_home.path() + "/common", elsewhere = m_home.write("elsewhere/a", "");
+        const auto write = [&common] {
+            return SuggestionFile::write(
+                common, SuggestionFile::nameFor("../a/b|.\n", {{2026, 1, 2}, {3, 4, 5}}), "better");
+        };
+        const auto first = write(), second = write();
+        QCOMPARE(first->path(), common + "/ab._suggestion_2026_01_02_03_04_05.log");
+        QVERIFY(second && second->path() != first->path() && second->directory() == common);
+        QCOMPARE(QFile::permissions(first->path()) & 0x77, 0);
+        const QFile::Permissions forAll(0x7777);
+        for (const bool isLink : {true, false}) {
+            QDir(common).removeRecursively();
+            if (isLink)
+                QFile::link(QFileInfo(elsewhere).path(), common);
+            else
+                QVERIFY(QDir().mkdir(common) && QFile::setPermissions(common, forAll));
+            const auto own = write();
+            QVERIFY(own && own->directory() != common && QFile::exists(own->path()));
+            QFile::remove(common);
+        }
+        QCOMPARE(QDir(QFileInfo(elsewhere).path()).entryList(QDir::Files), QStringList("a"));
+        QVERIFY(QDir().rmdir(common) || !QFile::exists(common));
     }
 };
 

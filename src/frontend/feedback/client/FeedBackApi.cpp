@@ -4,11 +4,20 @@
 #include <QNetworkAccessManager>
 #include <QTimer>
 
+#include "core/base/CutText.h"
 #include "feedback/client/ReportReply.h"
 #include "net/HttpRequest.h"
 
 namespace {
 constexpr int LongestMs = 5000;
+}
+
+QJsonObject AppScoreRequest::body() const {
+    // A null text is written as the empty one, too; the key is always there.
+    return {{"appName", cutText(appName, LongestText)},
+            {"appVersion", cutText(appVersion, LongestText)},
+            {"score", score},
+            {"cfgFileKey", cfgFileKey}};
 }
 
 void FeedBackApi::getIssueTypes(QObject* context, const IssueTypesHandler& handler) {
@@ -35,13 +44,7 @@ void FeedBackApi::submitFeedback(const QJsonObject& json, const BottleVersions& 
 
 void FeedBackApi::submitAppScore(const AppScoreRequest& score, const BottleVersions& versions,
                                  QObject* context, const SubmitHandler& handler) {
-    // A null text would be written as the empty one, too; the key is always there.
-    submit("/store-common-report/wineAssist/appScore",
-           {{"appName", score.appName},
-            {"appVersion", score.appVersion},
-            {"score", score.score},
-            {"cfgFileKey", score.cfgFileKey}},
-           versions, context, handler);
+    submit("/store-common-report/wineAssist/appScore", score.body(), versions, context, handler);
 }
 
 void FeedBackApi::submit(const QString& path, const QJsonObject& body, const BottleVersions& versions,

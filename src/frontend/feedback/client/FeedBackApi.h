@@ -17,10 +17,15 @@ struct IssueType {
 };
 
 struct AppScoreRequest {
+    static constexpr int LongestText = 50;  ///< characters of a name or version that are sent
+
     int score = 0;
     QString appName;
     QString appVersion;
     QString cfgFileKey;  ///< of an uploaded archive; empty for none
+
+    /// As the service takes it, before it is signed.
+    QJsonObject body() const;
 };
 
 /// The client of the report service: kinds of problems, reports, ratings. Each call returns at once and ends

@@ -1,7 +1,5 @@
 #include "feedback/client/LogCollection.h"
 
-#include <unistd.h>
-
 #include <QDebug>
 #include <QDir>
 #include <QStandardPaths>
@@ -9,6 +7,7 @@
 
 #include "core/base/LogScrub.h"
 #include "core/base/Paths.h"
+#include "feedback/client/SuggestionFile.h"
 #include "fenk/system/RegularFile.h"
 
 namespace {
@@ -89,11 +88,6 @@ void gather(const Sources& sources, const QString& directory) {
         qInfo() << left << "older logs are left out";
 }
 
-bool isOwnDirectory(const QString& path) {
-    const QFileInfo place(path);
-    return place.isDir() && !place.isSymLink() && place.ownerId() == ::geteuid();
-}
-
 QStringList gatherForRating(const QString& bottleName, const QString& bottlePath, const QString& suggestions,
                             const QString& directory) {
     const QString settings = bottlePath + '/' + Settings;
@@ -108,7 +102,7 @@ QStringList gatherForRating(const QString& bottleName, const QString& bottlePath
     const LogScrub scrub;
     copyEnd(&scrub, settings, freeName(directory, Settings));
     QStringList files;
-    if (isOwnDirectory(suggestions)) {
+    if (SuggestionFile::isPrivate(suggestions)) {
         for (const QFileInfo& file : QDir(suggestions).entryInfoList(QDir::Files | QDir::NoSymLinks))
             files += file.filePath();
     }

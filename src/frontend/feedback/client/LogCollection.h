@@ -22,10 +22,7 @@ struct Sources {
 /// Copies bottle.yml and the logs; links, which may lead anywhere, are left out. Failures are logged.
 void gather(const Sources& sources, const QString& directory);
 
-/// Whether it is a directory of this user and no link: what is to be removed, or lies where others can write.
-bool isOwnDirectory(const QString& path);
-
-/// What a rating brings with it: copies the bottle's bottle.yml, and the files of an own directory as they
+/// What a rating brings with it: copies the bottle's bottle.yml, and the files of a private directory as they
 /// are. Returns the paths of the latter. Copies nothing, with a line in the log, without a bottle.yml.
 QStringList gatherForRating(const QString& bottleName, const QString& bottlePath, const QString& suggestions,
                             const QString& directory);

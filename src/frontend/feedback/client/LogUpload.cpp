@@ -8,6 +8,7 @@
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
 #include "feedback/client/LogCollection.h"
+#include "feedback/client/SuggestionFile.h"
 #include "feedback/client/UploadFilesManager.h"
 #include "feedback/client/UploadPlace.h"
 
@@ -70,7 +71,7 @@ LogUpload::~LogUpload() {
 }
 
 void LogUpload::removeSuggestions() {
-    if (m_suggestions.isEmpty() || !LogCollection::isOwnDirectory(m_suggestionDirectory))
+    if (m_suggestions.isEmpty() || !SuggestionFile::isPrivate(m_suggestionDirectory))
         return;
     for (const QString& file : qAsConst(m_suggestions))
         QFile::remove(file);

@@ -31,6 +31,10 @@ QString UploadPlace::newArchive() {
     return directory() + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + ".tar.gz";
 }
 
+QString UploadPlace::suggestions() {
+    return directory() + "/suggestions";
+}
+
 void UploadPlace::removeLeftOvers() {
     static const QRegularExpression ours(
         "\\A((?:logs|pictures)-\\w{6}|[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\.tar\\.gz)\\z");

@@ -11,6 +11,9 @@ QString newPictures();
 /// The file does not exist yet, its directory does.
 QString newArchive();
 
+/// A directory for suggestions when the common one cannot be used; it may not exist.
+QString suggestions();
+
 /// Removes what an earlier process, which was ended in the middle, has left: what is older than an hour.
 void removeLeftOvers();
 
