@@ -382,6 +382,119 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
     </message>
 </context>
 <context>
+    <name>ApplyScoreDialog</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Submit</source>
+        <translation>提交</translation>
+    </message>
+    <message>
+        <source>Awful performance in Stability and smoothness, almost impossible to use, badl user experience.</source>
+        <translation>稳定性和流畅度极差，几乎无法使用，用户体验很差。</translation>
+    </message>
+    <message>
+        <source>Occasional flashing and lagging, obvious obstacles to use, poor user experience.</source>
+        <translation>偶有闪烁和卡顿，使用中有明显障碍，用户体验较差。</translation>
+    </message>
+    <message>
+        <source>Occasional flashing and lagging, occasional problems, but generally usable, average user experience.</source>
+        <translation>偶有闪烁和卡顿，偶尔出现问题，但基本可用，用户体验一般。</translation>
+    </message>
+    <message>
+        <source>Occasional flashing, most functions perform well, occasional glitches, but overall stable and reliable, good user experience.</source>
+        <translation>偶有闪烁，大部分功能表现良好，偶有小故障，但整体稳定可靠，用户体验良好。</translation>
+    </message>
+    <message>
+        <source>App runs with excellent performance, stable and reliable, no obstacles to use, excellent user experience.</source>
+        <translation>应用运行表现出色，稳定可靠，使用没有任何障碍，用户体验极佳。</translation>
+    </message>
+    <message>
+        <source>Icon of %1</source>
+        <translation>%1 的图标</translation>
+    </message>
+    <message>
+        <source>This version has no address to send ratings to. Yours is kept on this computer.</source>
+        <translation>此版本没有可接收评分的地址。您的评分只保存在本机。</translation>
+    </message>
+    <message>
+        <source>We invite you to rate the current operation state:</source>
+        <translation>邀请您为当前的运行状态评分：</translation>
+    </message>
+    <message>
+        <source>You may leave your valuable suggestions:</source>
+        <translation>您可以留下宝贵的建议：</translation>
+    </message>
+    <message>
+        <source>(0/500)</source>
+        <translation>(0/500)</translation>
+    </message>
+    <message>
+        <source>I agree to upload of application configuration is only used to
+improve the success rate of the application.</source>
+        <translation>我同意上传应用配置，仅用于
+提高应用的运行成功率。</translation>
+    </message>
+    <message>
+        <source>(%1/500)</source>
+        <translation>(%1/500)</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>What is sent</source>
+        <translation>将发送的内容</translation>
+    </message>
+    <message>
+        <source>Collecting what is sent…</source>
+        <translation>正在收集要发送的内容…</translation>
+    </message>
+    <message>
+        <source>Uploading the configuration…</source>
+        <translation>正在上传配置…</translation>
+    </message>
+    <message>
+        <source>Sending the rating…</source>
+        <translation>正在发送评分…</translation>
+    </message>
+    <message>
+        <source>Suggestions are sent with the configuration only</source>
+        <translation>建议只随配置一起发送</translation>
+    </message>
+    <message>
+        <source>Successfully</source>
+        <translation>提交成功</translation>
+    </message>
+    <message>
+        <source>The rating was sent, but the configuration and the suggestion could not be uploaded</source>
+        <translation>评分已发送，但配置和建议未能上传</translation>
+    </message>
+    <message>
+        <source>Failed to submit, please check your network</source>
+        <translation>提交失败，请检查网络</translation>
+    </message>
+    <message>
+        <source>When you press “Submit”, this goes to %1, together with the time and a signature. Names of you and of your computer are taken out of the configuration.</source>
+        <translation>按下“提交”后，以下内容会连同时间和签名发送到 %1。配置中您和您计算机的名称已被去除。</translation>
+    </message>
+    <message>
+        <source>Rating</source>
+        <translation>评分</translation>
+    </message>
+    <message>
+        <source>About this computer</source>
+        <translation>关于此计算机</translation>
+    </message>
+    <message>
+        <source>Suggestion</source>
+        <translation>建议</translation>
+    </message>
+</context>
+<context>
     <name>AssociationModel</name>
     <message>
         <source>Export %1</source>
@@ -2805,6 +2918,176 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>FeedBackDialog</name>
+    <message>
+        <source>Feedback</source>
+        <translation type="unfinished">反馈</translation>
+    </message>
+    <message>
+        <source>This version has no address to send reports to. Save the report to a file, and pass that on to whoever can help you.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Save Report…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Submit</source>
+        <translation>提交</translation>
+    </message>
+    <message>
+        <source>Image upload failed, please try again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Image Files (*.png *.jpg *.jpeg *.gif)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The image size exceeds 2M not being uploaded, please reselect the image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” is not a picture of these kinds: jpg, jpeg, png, gif</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>“%1” cannot be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saving the report…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Collecting what is sent…</source>
+        <translation>正在收集要发送的内容…</translation>
+    </message>
+    <message>
+        <source>Uploading the logs…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sending the report…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please select the issue type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please describe the problem</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The description has more than %1 characters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The pictures are being uploaded…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You can save the report to a file instead</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please enter contact with valid format</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Successfully</source>
+        <translation>提交成功</translation>
+    </message>
+    <message>
+        <source>Failed to submit, please check your network</source>
+        <translation>提交失败，请检查网络</translation>
+    </message>
+    <message>
+        <source>Save Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Archives (*.tar.gz)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The report is in %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Back to the form</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What is sent</source>
+        <translation>将发送的内容</translation>
+    </message>
+    <message>
+        <source>What is saved</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>FeedbackRows</name>
+    <message>
+        <source>Briefly describe the problem that occurs of operation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Email or phone number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can transfer up to 9 files, single file is less than 2M. (jpg, jpeg, png, gif)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Problem Type:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A picture is uploaded as soon as you have chosen it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Problem Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>You describe the more accurately, we can more accurately locate the problem</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Application Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Version:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Download URL:</source>
+        <translation type="unfinished">下载地址：</translation>
+    </message>
+    <message>
+        <source>Screenshot:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Contact:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Fenk::AboutDialog</name>
     <message>
         <source>About %1</source>
@@ -3067,6 +3350,17 @@ please wait for the component download to complete!</source>
     <message>
         <source>(%1/%2)</source>
         <translation>(%1/%2)</translation>
+    </message>
+</context>
+<context>
+    <name>IssueTypeChoice</name>
+    <message>
+        <source>Retry</source>
+        <translation type="unfinished">重试</translation>
+    </message>
+    <message>
+        <source>Failed to get feedback type, please check your internet connection</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -4212,6 +4506,25 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>ReportSaver</name>
+    <message>
+        <source>The program “tar” is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The report could not be packed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The report could not be written to %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no room for the parts of the report.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>RunStateButton</name>
     <message>
         <source> Quit</source>
@@ -4336,6 +4649,56 @@ please wait for the component download to complete!</source>
     <message>
         <source>Apply</source>
         <translation>应用</translation>
+    </message>
+</context>
+<context>
+    <name>SentPage</name>
+    <message>
+        <source>Send the logs</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save the logs</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>When you press “Submit”, this goes to %1, together with the time and a signature. Your home directory and your user name are taken out of the logs.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This goes into the file that you save; nothing is sent. Your home directory and your user name are taken out of the logs.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Picture %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This picture is too large to be shown: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>About this computer</source>
+        <translation>关于此计算机</translation>
+    </message>
+    <message>
+        <source>Goes with each request, also with the one for the problem types:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SentPreview</name>
+    <message>
+        <source>What is sent</source>
+        <translation>将发送的内容</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文本</translation>
     </message>
 </context>
 <context>
@@ -5072,6 +5435,35 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>UploadedImage</name>
+    <message>
+        <source>Picture %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Upload failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation type="unfinished">%1%</translation>
+    </message>
+</context>
+<context>
+    <name>UploadedImageHoverWidget</name>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>UploadedImages</name>
+    <message>
+        <source>Add pictures</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>WineChannerCombobox</name>
     <message>
         <source>Basic Logs</source>
@@ -5309,6 +5701,13 @@ please wait for the component download to complete!</source>
     <message>
         <source>Failed to fetch setup manifest, please check your network</source>
         <translation>获取安装清单失败，请检查网络</translation>
+    </message>
+</context>
+<context>
+    <name>starContainer</name>
+    <message>
+        <source>%1 of 5 stars</source>
+        <translation>5 星中的 %1 星</translation>
     </message>
 </context>
 </TS>

@@ -3,11 +3,11 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QtMath>
 
 #include "fenk/style/Paint.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
+#include "programs/StarShape.h"
 
 using namespace Fenk;
 
@@ -15,16 +15,6 @@ namespace {
 
 constexpr int Count = 5;
 constexpr int Edge = 13;
-
-QPolygonF star(const QPointF& middle, qreal radius) {
-    QPolygonF points;
-    for (int i = 0; i < 10; ++i) {
-        const qreal angle = qDegreesToRadians(-90.0 + 36 * i);
-        const qreal reach = i % 2 ? radius * 0.46 : radius;
-        points << middle + QPointF(qCos(angle), qSin(angle)) * reach;
-    }
-    return points;
-}
 
 }  // namespace
 
@@ -65,7 +55,7 @@ void StarRating::paintEvent(QPaintEvent*) {
         painter.setPen(QPen(Paint::color(full ? Theme::Warning : Theme::Disabled), 1, Qt::SolidLine,
                             Qt::RoundCap, Qt::RoundJoin));
         painter.setBrush(full ? QBrush(Paint::color(Theme::Warning)) : QBrush());
-        painter.drawPolygon(star(middle, 5.2));
+        painter.drawPolygon(starShape(middle, 5.2));
     }
 }
 

@@ -3,8 +3,8 @@
 #include <QByteArray>
 #include <QImage>
 
-/// Decodes pictures that come from the net, lie in a cache or were chosen by the user. Thread-safe; for a worker thread where it can
-/// be, because a large picture takes some 100 ms.
+/// Decodes pictures that come from the net, lie in a cache or were chosen by the user. Thread-safe; for a
+/// worker thread where it can be, because a large picture takes some 100 ms.
 namespace UntrustedImage {
 
 constexpr int MaxBytes = 5 << 20;

@@ -8,11 +8,13 @@
 #include <QDebug>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
 #include "backend/InBackground.h"
+#include "feedback/rating/ApplyScoreDialog.h"
 #include "fenk/controls/IconButton.h"
 #include "fenk/style/Paint.h"
 #include "fenk/style/Theme.h"
@@ -58,6 +60,16 @@ bool pressPart(QAbstractButton* part, bool isRepeated) {
     return part != nullptr;
 }
 
+void storeRating(const ProgramPtr& of, int score) {
+    auto* states = AppItemWidgetStateManager::instance();
+    changeServiceAsync(
+        states, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
+        [states, of](bool isStored) {
+            if (!isStored)
+                states->reportRefusedRating(*of);
+        });
+}
+
 }  // namespace
 
 LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* parent)
@@ -80,7 +92,7 @@ LocalAppItemWidget::LocalAppItemWidget(const ProgramPtr& program, QWidget* paren
     connect(m_menu, &LocalAppItemMenu::opened, this, &LocalAppItemWidget::updateActive);
     connect(m_menu, &LocalAppItemMenu::opened, this, &LocalAppItemWidget::menuReady);
     connect(m_menu, &LocalAppItemMenu::closed, this, &LocalAppItemWidget::updateActive, Qt::QueuedConnection);
-    connect(m_stars, &StarRating::rated, this, [this](int stars) { submitScore(stars, true); });
+    connect(m_stars, &StarRating::rated, this, &LocalAppItemWidget::askForRating);
     for (QWidget* part : focusParts()) {
         part->setFocusPolicy(Qt::NoFocus);
         part->hide();
@@ -374,18 +386,21 @@ void LocalAppItemWidget::askRemoval() {
     });
 }
 
+/// The tile may be scrolled away, and deleted, while the dialog is open.
+void LocalAppItemWidget::askForRating(int stars) {
+    auto* dialog = ApplyScoreDialog::openFor(*program(), stars, window());
+    const QPointer<LocalAppItemWidget> tile = this;
+    connect(dialog, &ApplyScoreDialog::submit, dialog, [tile, of = program()](int score) {
+        if (tile && tile->ref() == of->ref)
+            tile->submitScore(score, true);
+        else
+            storeRating(of, score);
+    });
+}
+
 void LocalAppItemWidget::submitScore(int score, bool uploadConf) {
-    const ProgramPtr of = program();
     m_stars->setStars(score);
-    Q_EMIT appStarsUpdate(of->name, score);
-    if (!uploadConf)
-        return;
-    // The tile may be scrolled away, and deleted, by then.
-    auto* states = AppItemWidgetStateManager::instance();
-    changeServiceAsync(
-        states, [of, score] { return BottleUtils::setStars(of->ref.bottle, of->ref.uuid, score); },
-        [states, of](bool isStored) {
-            if (!isStored)
-                states->reportRefusedRating(*of);
-        });
+    Q_EMIT appStarsUpdate(program()->name, score);
+    if (uploadConf)
+        storeRating(program(), score);
 }

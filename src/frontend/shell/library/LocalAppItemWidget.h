@@ -76,6 +76,7 @@ private:
     void setPartVisible(QWidget* part, bool visible);
     void askRemoval();
     void askAboutOrphan();
+    void askForRating(int stars);
 
     TileIcon* m_icon;
     TileName* m_name;
