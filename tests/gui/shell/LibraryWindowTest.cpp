@@ -11,6 +11,7 @@
 #include "programs/AppItemWidgetStateManager.h"
 #include "programs/ProgramRuns.h"
 #include "programs/ProgramStarts.h"
+#include "programs/StarRating.h"
 #include "shell/DropFrame.h"
 #include "shell/library/LocalAppItemMenu.h"
 #include "support/KeyWalk.h"
@@ -286,7 +287,11 @@ private Q_SLOTS:
         setBottle({"1"});
         open({summary("1", "a")});
         const auto shownStars = [this] { return library()->find({"office", "1"})->stars; };
-        tile("1")->submitScore(5, true);
+        auto* rating = tile("1")->findChild<StarRating*>();
+        QTest::mouseClick(rating, Qt::LeftButton, {}, {rating->width() - 2, rating->height() / 2});
+        QTRY_VERIFY(m_window->findChild<Fenk::Dialog*>("applyscore_dialog"));
+        QCOMPARE(shownStars(), 0);
+        TestSupport::press(m_window->findChild<Fenk::Dialog*>("applyscore_dialog"), Qt::Key_Return);
         QCOMPARE(shownStars(), 5);
         const auto stored = m_service->waitForCall("updateExternalProgram").arguments.at(1).toString();
         QVERIFY(stored.contains("\"stars\":5"));

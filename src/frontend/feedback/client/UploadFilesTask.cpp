@@ -22,6 +22,7 @@ namespace {
 const char ArchiveSuffix[] = "tar.gz";
 const char Cancelled[] = "cancelled";
 constexpr int LongestText = 2000;  // of the archiver
+constexpr int LongestKey = 1024;   // it becomes a part of the report
 
 /// With an error text: no regular file, unreadable, too large, or being written.
 QByteArray readWhole(const QString& path, QString* errorText) {
@@ -147,7 +148,7 @@ QString UploadFilesTask::takeAddress(const HttpAnswer& answer) {
         if (data["file_key"].isString())
             m_fileKey = data["file_key"].toString();
     }
-    const bool isWhole = !m_uploadUrl.isEmpty() && !m_fileKey.isEmpty();
+    const bool isWhole = !m_uploadUrl.isEmpty() && !m_fileKey.isEmpty() && m_fileKey.size() <= LongestKey;
     return isWhole ? QString() : QStringLiteral("no address in the answer");
 }
 

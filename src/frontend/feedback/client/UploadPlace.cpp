@@ -37,7 +37,7 @@ QString UploadPlace::suggestions() {
 
 void UploadPlace::removeLeftOvers() {
     static const QRegularExpression ours(
-        "\\A((?:logs|pictures)-\\w{6}|[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\.tar\\.gz)\\z");
+        "\\A((?:logs|pictures)-\\w{6}|suggestions|[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\.tar\\.gz)\\z");
     const QDateTime oldest = QDateTime::currentDateTime().addSecs(-LeftOverSecs);
     const auto entries =
         QDir(directory()).entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot | QDir::NoSymLinks);

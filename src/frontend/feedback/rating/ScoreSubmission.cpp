@@ -74,6 +74,7 @@ void ScoreSubmission::upload(const std::shared_ptr<SuggestionFile>& suggestion) 
 
 void ScoreSubmission::send(const QString& configurationKey) {
     setStep(Step::Sending);
+    qInfo("start apply score");
     AppScoreRequest score = request(m_rating.score);
     score.cfgFileKey = configurationKey;
     auto* api = new FeedBackApi(m_work.get());
