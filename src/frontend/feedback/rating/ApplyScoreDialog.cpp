@@ -226,10 +226,10 @@ QWidget* ApplyScoreDialog::makeSentPage() {
 }
 
 void ApplyScoreDialog::showIcon() {
-    const QPixmap picture =
+    QPixmap picture =
         ProgramIcons::instance()->picture(m_program.icon, qRound(Tokens::IconTile * devicePixelRatioF()));
-    if (!picture.isNull())
-        m_icon->setPixmap(picture);
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    m_icon->setPixmap(picture);
 }
 
 void ApplyScoreDialog::showSentPage(bool isShown) {
