@@ -47,11 +47,8 @@ struct Scene {
                 .toJson();
     }
     void fill() const {
-        const auto boxes = dialog->findChildren<QCheckBox*>();
-        for (QCheckBox* box : boxes) {
-            if (boxes.indexOf(box) == 1 && box->objectName().isEmpty())
-                box->setChecked(true);
-        }
+        if (auto* box = find<QCheckBox>("feedback_type_1"))
+            box->setChecked(true);
         find<QPlainTextEdit>("feedback_description")
             ->setPlainText(
                 QString::fromUtf8("The window stays white after “Open…”. 打开文件后窗口是空白的。"));

@@ -66,11 +66,12 @@ void FeedBackApi::submit(const QString& path, const QJsonObject& body, const Bot
 
 void FeedBackApi::send(const QByteArray& verb, const QNetworkRequest& request, const QByteArray& body,
                        QObject* context, const ReplyHandler& handler) {
-    auto* network = new QNetworkAccessManager(context);
-    auto* http = new HttpRequest(network, network);
+    auto* network = new QNetworkAccessManager;
+    auto* http = new HttpRequest(network, context);
+    network->setParent(http);  // deleted first it would end the request, with a handler of what is half gone
     http->setLimits({LongestMs, 0});
-    connect(http, &HttpRequest::finished, context, [network, handler](const HttpAnswer& answer) {
-        network->deleteLater();
+    connect(http, &HttpRequest::finished, context, [http, handler](const HttpAnswer& answer) {
+        http->deleteLater();
         handler(ReportReply::of(answer));
     });
     http->send(verb, request, body);

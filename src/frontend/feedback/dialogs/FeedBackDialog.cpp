@@ -292,7 +292,6 @@ bool FeedBackDialog::checkContact() {
     showSentPage(false);
     m_rows->contact()->showAlertMessage(tr("Please enter contact with valid format"), 0);
     m_rows->contact()->setFocus(Qt::OtherFocusReason);
-    m_rows->layout()->activate();  // there is a line more now
     auto* area = findChild<QScrollArea*>("feedback_scrollarea");
     area->ensureWidgetVisible(m_rows->contact());
     return false;

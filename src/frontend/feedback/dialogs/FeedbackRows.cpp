@@ -43,6 +43,10 @@ FeedbackRows::FeedbackRows(ImageUploads* uploads, bool hasService, QWidget* pare
     m_description->setFixedHeight(DescriptionHeight);
     m_description->setPlaceholderText(tr("Briefly describe the problem that occurs of operation"));
     m_contact->setPlaceholderText(tr("Email or phone number"));
+    // There is always room for the alert, so that nothing moves when it comes or goes.
+    m_contact->layout()->setAlignment(Qt::AlignTop);
+    m_contact->setFixedHeight(Tokens::ControlHeight + Tokens::Space4 +
+                              QFontMetrics(Theme::instance()->font(Theme::Small)).height());
     QString imagesTip = tr("Can transfer up to 9 files, single file is less than 2M. (jpg, jpeg, png, gif)");
     if (hasService) {
         addRow(tr("Problem Type:"), m_types);

@@ -72,6 +72,7 @@ void IssueTypeChoice::setTypes(const QVector<IssueType>& types) {
         if (type.id.isEmpty() || name.isEmpty() || m_ids.contains(type.id) || m_boxes.size() >= MaximumTypes)
             continue;
         auto* box = new QCheckBox;
+        box->setObjectName(QString("feedback_type_%1").arg(m_boxes.size()));
         box->setAccessibleName(name);
         box->setText(name.replace('&', "&&"));
         connect(box, &QCheckBox::toggled, this, &IssueTypeChoice::changed);

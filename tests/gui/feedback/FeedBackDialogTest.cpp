@@ -1,0 +1,416 @@
+#include "feedback/dialogs/FeedBackDialog.h"
+
+#include <QBuffer>
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QImage>
+#include <QJsonDocument>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <memory>
+
+#include "core/base/SettingsStore.h"
+#include "feedback/client/UploadFilesManager.h"
+#include "feedback/dialogs/ImageUploads.h"
+#include "feedback/dialogs/UploadedImage.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/controls/LineEdit.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Application.h"
+#include "support/FakeBottleService.h"
+#include "support/HttpServer.h"
+#include "support/KeyWalk.h"
+#include "support/LogCapture.h"
+#include "support/PrivateBus.h"
+#include "support/Table.h"
+#include "support/TestHome.h"
+
+using State = ImageUploads::State;
+using TestSupport::LogCapture;
+using TestSupport::Table;
+
+namespace {
+
+QByteArray png(int width = 8, int height = 8) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImage image(width, height, QImage::Format_Mono);
+    image.fill(0);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+/// Bytes after the end of a picture do no harm.
+QByteArray padded(int size) {
+    return png() + QByteArray(size - png().size(), '\0');
+}
+
+}  // namespace
+
+/// The dialog between a report service, the bottle service and a user.
+class FeedBackDialogTest : public QObject {
+    Q_OBJECT
+
+    TestSupport::TestHome m_home;
+    std::unique_ptr<TestSupport::FakeBottleService> m_service;
+    std::unique_ptr<TestSupport::HttpServer> m_server;
+    std::unique_ptr<QWidget> m_window;
+    QPointer<FeedBackDialog> m_dialog;
+
+    template <class Widget>
+    Widget* find(const char* name) const {
+        return m_dialog->findChild<Widget*>(name);
+    }
+    QPushButton* submit() const { return find<QPushButton>("feedback_submitbtn"); }
+    QPushButton* save() const { return find<QPushButton>("feedback_savebtn"); }
+    QString status() const { return find<QLabel>("feedback_status")->text(); }
+    ImageUploads* uploads() const { return m_dialog->findChild<ImageUploads*>(); }
+    static QString floating(const QWidget* window) {
+        const auto* message =
+            window->findChild<Fenk::FloatingMessage*>(QString(), Qt::FindDirectChildrenOnly);
+        return message ? message->text() : QString();
+    }
+    static QStringList leftOvers() {
+        const QDir place(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
+        return place.entryList({"logs-*", "pictures-*", "*.gz"}, QDir::AllEntries);
+    }
+    void setService(const QString& path) const {
+        settingsStore()->setOption("feedback.cfg.base_url",
+                                   path == "none" ? QString() : m_server->address(path));
+    }
+    void setUpload(const QString& path) const {
+        m_server->files["getUploadInfo"] =
+            QString(R"({"status":200,"datas":[{"upload_url":"%1","file_key":"key"}]})")
+                .arg(m_server->address(path))
+                .toUtf8();
+    }
+    void open(const ProgramRef& program = {"office", {}}) {
+        m_dialog = new FeedBackDialog(program, m_window.get());
+        m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+        m_dialog->setAppName("Paint");
+        m_dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_dialog));
+    }
+    void fill() const {
+        QTRY_VERIFY(find<QCheckBox>("feedback_type_0"));
+        find<QCheckBox>("feedback_type_0")->click();
+        QTest::keyClicks(find<QPlainTextEdit>("feedback_description"), "White window");
+    }
+    void add(const QStringList& files) const { uploads()->add(files); }
+    QJsonObject sentReport() const {
+        for (int i = 0; i < m_server->heads.size(); ++i) {
+            if (m_server->heads[i].startsWith("POST /store-common-report/wineAssist/feedback "))
+                return QJsonDocument::fromJson(m_server->bodies[i]).object();
+        }
+        return {};
+    }
+
+private Q_SLOTS:
+    void init() {
+        Fenk::Theme::instance()->setAnimationsEnabled(false);
+        settingsStore()->setOption("feedback.cfg.secret", "s3cret");
+        m_service = std::make_unique<TestSupport::FakeBottleService>();
+        QVERIFY(m_service->start());
+        m_server = std::make_unique<TestSupport::HttpServer>();
+        m_server->files = {
+            {"put", ""},
+            {"feedback", R"({"status":200})"},
+            {"issueTypeDef", R"({"status":200,"datas":[{"id":"7","name":"n","enName":"Crash & burn"},
+                                 {"id":"7","enName":"again"},{"id":"8","enName":"<b>Slow</b>"}]})"}};
+        setUpload("put");
+        setService("");
+        m_home.write("bottle/logs/wine.log", "err:module:import_dll\n");
+        m_home.write("bottle/bottle.yml", "Runner: wine\n");
+        m_service->setBottle(
+            "office", {{"Path", m_home.path() + "/bottle"}, {"Runner", "wine-8"}, {"Windows", "win10"}});
+        m_window = std::make_unique<QWidget>();
+        m_window->resize(950, 700);
+        m_window->show();
+    }
+    void cleanup() {
+        delete m_dialog;
+        QTRY_COMPARE(UploadFilesManager::instance()->pathsUnderWay(), QStringList());
+        QTRY_COMPARE(leftOvers(), QStringList());
+    }
+
+    void contacts_data() {
+        const Table<bool> row("isContact");
+        for (const char* good :
+             {"", "ann@b.cd", "o'ann+1@b-c.co.uk", "+86 138-0013-8000", "(021) 5555 1234", "123"})
+            row(good, true);
+        for (const char* bad : {"ann", "ann@b", "@b.cd", "12", "+86", "ann@b.cd "})
+            row(bad, false);
+    }
+    void contacts() { QTEST(FeedbackRules::isContact(QTest::currentDataTag()), "isContact"); }
+
+    void reports_data() {
+        const Table<QString, QString> row("bottle", "logs");
+        row("a program", "office", "key");
+        row("a bottle that is gone", "gone", "");
+        row("the application itself", "", "");
+    }
+    void reports() {
+        QFETCH(QString, bottle);
+        open({bottle, {}});
+        QCOMPARE(submit()->isEnabled(), false);
+        fill();
+        add({m_home.write("shot.PNG", png())});
+        QVERIFY(!submit()->isEnabled());  // the picture is under way
+        QTRY_VERIFY(submit()->isEnabled());
+        find<QLineEdit>("feedback_contact")->setText("ann at b.cd");
+        submit()->click();
+        auto* contact = qobject_cast<Fenk::LineEdit*>(find<QLineEdit>("feedback_contact")->parentWidget());
+        QCOMPARE(contact->alertMessage(), QString("Please enter contact with valid format"));
+        QVERIFY(sentReport().isEmpty());
+        find<QLineEdit>("feedback_contact")->setText("ann@b.cd");
+        submit()->click();
+        QVERIFY(!submit()->isEnabled());
+        QTRY_VERIFY(!m_dialog);
+        QCOMPARE(floating(m_window.get()), QString("Successfully"));
+        QJsonObject report = sentReport();
+        QVERIFY(report.take("hardwareInfo").toObject().contains("cpu"));
+        for (const char* key : {"time", "nounce", "sign"})
+            QVERIFY(!report.take(key).toString().isEmpty());
+        QTEST(report.take("logFileKey").toString(), "logs");
+        QCOMPARE(QJsonDocument(report).toJson(QJsonDocument::Compact),
+                 QByteArray(R"({"appName":"Paint","appVersion":"","contactInfo":"ann@b.cd","downUrl":"",)"
+                            R"("imgKeys":["key"],"issueDesc":"White window","issueTypes":["7"]})"));
+        QVERIFY(m_server->heads.last().contains(bottle == "office" ? "X-Wine-Ver: wine-8\r\n"
+                                                                   : "X-Wine-Ver: \r\n"));
+    }
+
+    void pictures_data() {
+        const Table<QByteArray, int, QString> row("content", "kept", "message");
+        row("largest", padded(2097152), 1, "");
+        row("too large", padded(2097153), 0,
+            "The image size exceeds 2M not being uploaded, please reselect the image");
+        row("many pixels", png(20000, 5000), 1, "");
+        row("broken", png(600, 600).left(60), 0,
+            "“a.png” is not a picture of these kinds: jpg, jpeg, png, gif");
+        row("no picture", "MZ", 0, "“a.png” is not a picture of these kinds: jpg, jpeg, png, gif");
+        row("vanished", QByteArray(), 0, "“a.png” cannot be read");
+    }
+    void pictures() {
+        QFETCH(QByteArray, content);
+        const QString path = m_home.write("a.png", content);
+        if (content.isEmpty())
+            QFile::remove(path);
+        open();
+        const LogCapture log;
+        find<QPushButton>("feedback_addimagebtn")->click();
+        auto* choice = m_dialog->findChild<QFileDialog*>();
+        QCOMPARE(choice->windowTitle(), QString("Select Image"));
+        QCOMPARE(choice->nameFilters(), QStringList("Image Files (*.png *.jpg *.jpeg *.gif)"));
+        Q_EMIT choice->filesSelected({path});
+        delete choice;
+        QTRY_VERIFY(!uploads()->isUnderWay());
+        m_home.write("a.png", "another");  // what is sent is what was shown
+        QTEST(floating(m_dialog), "message");
+        QTEST(uploads()->images().size(), "kept");
+        QVERIFY(uploads()->images().isEmpty() || m_server->bodies.contains(content));
+    }
+
+    void tenPictures() {
+        open();
+        const LogCapture log;
+        QStringList files;
+        for (int i = 0; i < 10; ++i)
+            files += m_home.write(QString("%1.png").arg(i), png(8 + i));
+        files.insert(3, m_home.write("large.png", padded(2097153)));
+        add(files.mid(0, 2));
+        add(files.mid(2));
+        QTRY_COMPARE(uploads()->keys().size(), 9);
+        QCOMPARE(log.count("already have 9 images"), 1);
+        QVERIFY(find<QPushButton>("feedback_addimagebtn")->isHidden());
+        find<UploadedImage>("uploaded_image_8")->setFocus();
+        for (int key : {Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_Space})
+            QTest::keyClick(m_dialog->focusWidget(), Qt::Key(key));
+        QTest::mouseClick(find<UploadedImage>("uploaded_image_0"), Qt::LeftButton);
+        QCOMPARE(uploads()->images().size(), 5);
+        QVERIFY(find<UploadedImage>("uploaded_image_1")->hasFocus());
+        QVERIFY(find<QPushButton>("feedback_addimagebtn")->isVisible());
+    }
+
+    void uploadsFailAndAreRemoved() {
+        open();
+        fill();
+        setUpload("gone");
+        add({m_home.write("a.png", png())});
+        QTRY_COMPARE(floating(m_dialog), QString("Image upload failed, please try again"));
+        QCOMPARE(find<UploadedImage>("uploaded_image_0")->accessibleDescription(), QString("Upload failed"));
+        setUpload("silent/put");
+        add({m_home.write("b.png", png())});
+        QTRY_VERIFY(!m_server->requests.filter("silent/put").isEmpty());
+        QVERIFY(!submit()->isEnabled());
+        find<UploadedImage>("uploaded_image_1")->click();
+        QTRY_COMPARE(UploadFilesManager::instance()->pathsUnderWay(), QStringList());
+        find<UploadedImage>("uploaded_image_0")->click();
+        QVERIFY(submit()->isEnabled() && uploads()->images().isEmpty());
+    }
+
+    void endsFromEachState_data() {
+        const Table<QString, bool> row("status", "isDeleted");
+        for (bool isDeleted : {false, true}) {
+            const auto name = [isDeleted](const char* state) {
+                return QString("%1, %2").arg(state, isDeleted ? "deleted" : "cancelled");
+            };
+            row(qPrintable(name("collecting")), "Collecting what is sent…", isDeleted);
+            row(qPrintable(name("logs")), "Uploading the logs…", isDeleted);
+            row(qPrintable(name("sending")), "Sending the report…", isDeleted);
+        }
+        row("picture, deleted", "The pictures are being uploaded…", true);
+        row("types, deleted", "Please describe the problem", true);
+    }
+    void endsFromEachState() {
+        QFETCH(QString, status);
+        QFETCH(bool, isDeleted);
+        const QString name = QTest::currentDataTag();
+        if (name.startsWith("types"))
+            setService("silent");
+        open({name.startsWith("sending") ? QString() : "office", {}});
+        if (!name.startsWith("types"))
+            fill();
+        if (name.startsWith("collecting"))
+            m_service->setHeld("Bottles.get:office", "{}");
+        if (name.startsWith("logs") || name.startsWith("picture"))
+            setUpload("silent/put");
+        if (name.startsWith("picture"))
+            add({m_home.write("a.png", png())});
+        if (name.startsWith("sending"))
+            setService("silent");
+        submit()->click();
+        QTRY_COMPARE(this->status(), status);
+        if (name.startsWith("logs") || name.startsWith("picture"))
+            QTRY_VERIFY(!m_server->requests.filter("silent/put").isEmpty());
+        if (isDeleted)
+            return;  // by cleanup()
+        TestSupport::press(m_dialog, Qt::Key_Escape);
+        QVERIFY(m_dialog->isVisible() && submit()->isEnabled());
+        QTRY_COMPARE(UploadFilesManager::instance()->pathsUnderWay(), QStringList());
+        TestSupport::press(m_dialog, Qt::Key_Escape);
+        QTRY_VERIFY(!m_dialog);
+        QCOMPARE(m_service->release(), int(name.startsWith("collecting") ? 2 : 0));
+    }
+
+    void windowGoesMeanwhile() {
+        auto* dialog = new FeedBackDialog(m_window.get());
+        m_dialog = dialog;
+        QTimer::singleShot(0, this, [this] { m_window.reset(); });
+        QCOMPARE(dialog->exec(), -1);
+        QVERIFY(!m_dialog);
+    }
+
+    void failsAndIsSaved_data() {
+        const Table<QString, QString> row("service", "status");
+        row("refused", "", "Too <b>many</b>");
+        row("no types", "gone", "You can save the report to a file instead");
+        row("no service", "none", "");
+    }
+    void failsAndIsSaved() {
+        QFETCH(QString, service);
+        m_server->files["feedback"] = R"({"status":429,"desc":"Too <b>many</b>"})";
+        if (service == "gone")
+            m_server->files.remove("issueTypeDef");
+        setService(service == "none" ? service : QString());
+        open();
+        if (service.isEmpty()) {
+            fill();
+            submit()->click();
+            QTRY_COMPARE(floating(m_dialog), QString("Failed to submit, please check your network"));
+            QVERIFY(submit()->isEnabled() && submit()->hasFocus());
+        } else {
+            QTest::keyClicks(find<QPlainTextEdit>("feedback_description"), "White window");
+        }
+        QTRY_VERIFY(save()->isVisible());
+        QTRY_COMPARE(status(), QTest::currentDataTag() == QString("refused") ? "Too <b>many</b>" : status());
+        QTEST(status(), "status");
+        QCOMPARE(service == "none", !submit());
+        add({m_home.write("a.png", png())});
+        QTRY_VERIFY(!uploads()->images().isEmpty() && !uploads()->isUnderWay());
+        const auto saveAs = [this](const QString& path) {
+            save()->click();
+            auto* choice = m_dialog->findChild<QFileDialog*>();
+            Q_EMIT choice->fileSelected(path);
+            delete choice;
+        };
+        saveAs(m_home.path() + "/none/report.tar.gz");
+        QTRY_VERIFY(floating(m_dialog).startsWith("The report could not be written to"));
+        const QString path = m_home.path() + "/report.tar.gz";
+        saveAs(path);
+        TestSupport::press(m_dialog, Qt::Key_Escape);  // ends the save, not the dialog
+        QVERIFY(save()->isEnabled());
+        saveAs(path);
+        QTRY_VERIFY(!m_dialog);
+        QCOMPARE(floating(m_window.get()), "The report is in " + path);
+        QProcess tar;
+        tar.start("tar", {"-xvzf", path, "-C", m_home.path()});
+        QVERIFY(tar.waitForFinished());
+        const QString listed = QString::fromUtf8(tar.readAllStandardOutput());
+        for (const char* file : {"report.json", "pictures/0.png", "logs/bottle.yml", "logs/wine.log"})
+            QVERIFY2(listed.contains(QString("cellarix-report/") + file), qPrintable(listed));
+        const auto json =
+            QJsonDocument::fromJson(TestSupport::readFile(m_home.path() + "/cellarix-report/report.json"));
+        QCOMPARE(json["report"]["imgKeys"].toArray(), QJsonArray{"pictures/0.png"});
+        QCOMPARE(json["report"]["issueDesc"].toString(), QString("White window"));
+        QVERIFY(json["headers"]["X-Wine-Ver"] == "wine-8" &&
+                !json["headers"].toObject().contains("X-Device-Id"));
+    }
+
+    void typesAreAskedForAgain() {
+        const QByteArray types = m_server->files.take("issueTypeDef");
+        open();
+        auto* retry = find<QPushButton>("feedback_types_retry");
+        QTRY_VERIFY(retry->isVisible());
+        m_server->files["issueTypeDef"] = types;
+        retry->click();
+        fill();
+        QVERIFY(submit()->isEnabled() && !save()->isVisible() && !retry->isVisible());
+        QCOMPARE(find<QCheckBox>("feedback_type_1")->text(), QString("<b>Slow</b>"));
+    }
+
+    void tellsWhatIsSent() {
+        open();
+        fill();
+        add({m_home.write("a.png", png())});
+        QTRY_VERIFY(submit()->isEnabled());
+        find<QPushButton>("feedback_turnbtn")->click();
+        auto* parts = find<QListWidget>("sent_parts");
+        const auto titles = [parts] {
+            QStringList texts;
+            for (int i = 0; i < parts->count(); ++i)
+                texts += parts->item(i)->text();
+            return texts.join('|');
+        };
+        QTRY_COMPARE(titles(), QString("Report|About this computer|Picture 1|bottle.yml|wine.log"));
+        const auto* text = find<QPlainTextEdit>("sent_text");
+        QVERIFY(text->toPlainText().contains(R"("issueDesc": "White window")"));
+        parts->setCurrentRow(1);
+        QVERIFY(text->toPlainText().contains("X-Device-Id: ") &&
+                text->toPlainText().contains("X-Wine-Ver: wine-8"));
+        QCOMPARE(TestSupport::outOfReach(m_dialog), QString());
+        m_home.write("bottle/logs/later.log", "came after it was read");
+        find<QCheckBox>("feedback_sendlogs")->click();
+        QCOMPARE(titles(), QString("Report|About this computer|Picture 1"));
+        TestSupport::press(m_dialog, Qt::Key_Escape);  // back to the form
+        QVERIFY(m_dialog->isVisible());
+        QCOMPARE(TestSupport::outOfReach(m_dialog), QString());
+        submit()->click();
+        QTRY_VERIFY(!m_dialog);
+        QCOMPARE(sentReport()["logFileKey"].toString(), QString());
+    }
+};
+
+int main(int argc, char** argv) {
+    const TestSupport::PrivateBus bus;  // before the application, which connects to it
+    Fenk::Application app(argc, argv);
+    FeedBackDialogTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "FeedBackDialogTest.moc"
