@@ -2921,7 +2921,7 @@ please wait for the component download to complete!</source>
     <name>FeedBackDialog</name>
     <message>
         <source>Feedback</source>
-        <translation type="unfinished">反馈</translation>
+        <translation>反馈</translation>
     </message>
     <message>
         <source>This version has no address to send reports to. Save the report to a file, and pass that on to whoever can help you.</source>
@@ -3076,7 +3076,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Download URL:</source>
-        <translation type="unfinished">下载地址：</translation>
+        <translation>下载地址：</translation>
     </message>
     <message>
         <source>Screenshot:</source>
@@ -3356,7 +3356,7 @@ please wait for the component download to complete!</source>
     <name>IssueTypeChoice</name>
     <message>
         <source>Retry</source>
-        <translation type="unfinished">重试</translation>
+        <translation>重试</translation>
     </message>
     <message>
         <source>Failed to get feedback type, please check your internet connection</source>
@@ -5446,7 +5446,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>%1 %</source>
-        <translation type="unfinished">%1%</translation>
+        <translation>%1 %</translation>
     </message>
 </context>
 <context>

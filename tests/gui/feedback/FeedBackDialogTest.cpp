@@ -154,10 +154,12 @@ private Q_SLOTS:
         const Table<QString, QString> row("bottle", "logs");
         row("a program", "office", "key");
         row("a bottle that is gone", "gone", "");
+        row("the service dies", "dying", "");
         row("the application itself", "", "");
     }
     void reports() {
         QFETCH(QString, bottle);
+        m_service->setVanish("Bottles.get:dying");
         open({bottle, {}});
         QCOMPARE(submit()->isEnabled(), false);
         fill();

@@ -306,7 +306,7 @@ void FeedBackDialog::slotsSubmitButtonClicked() {
 
 void FeedBackDialog::onSubmitted(bool ok, const QString& desc) {
     if (ok) {
-        close(tr("Successfully"), DoneMs);
+        closeWith(tr("Successfully"), DoneMs);
         return;
     }
     m_hasFailed = true;
@@ -363,7 +363,7 @@ void FeedBackDialog::onSaved(const QString& path, const QString& errorText) {
     // The file manager may have to be started first.
     callServiceAsync(
         qApp, [path] { DesktopUtils::showInFileManager(path); }, [] {});
-    close(tr("The report is in %1").arg(path), WrittenMs);
+    closeWith(tr("The report is in %1").arg(path), WrittenMs);
 }
 
 void FeedBackDialog::showSentPage(bool isShown) {
@@ -400,7 +400,7 @@ void FeedBackDialog::warn(const QString& text) {
 }
 
 /// The message outlives the dialog.
-void FeedBackDialog::close(const QString& text, int ms) {
+void FeedBackDialog::closeWith(const QString& text, int ms) {
     if (parentWidget())
         FloatingMessage::show(parentWidget(), QIcon(widgetImage("ok.svg")), text, ms);
     accept();

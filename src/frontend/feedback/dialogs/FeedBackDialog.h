@@ -63,7 +63,7 @@ private:
     void showStatus(const QString& text, bool isError = false);
     QString statusText() const;
     void warn(const QString& text);
-    void close(const QString& text, int ms);
+    void closeWith(const QString& text, int ms);
 
     const ProgramRef m_program;
     const bool m_hasService;

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QTimer>
 
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
@@ -335,8 +336,13 @@ void LocalAppItemWidget::onOpenConfigureTriggered() {
 }
 
 void LocalAppItemWidget::onOpenFeedbackDialogTriggered() {
-    if (const auto& ask = LaunchWindows::instance().feedback)
-        ask(ref(), program()->name, {}, window());
+    const auto ask = LaunchWindows::instance().feedback;
+    if (!ask)
+        return;
+    // It runs an event loop, in which this item may go, and with it the menu whose click this is.
+    QTimer::singleShot(0, window(), [ask, program = program(), over = window()] {
+        ask(program->ref, program->name, {}, over);
+    });
 }
 
 void LocalAppItemWidget::onOpenPropDialogActionTriggered() {
