@@ -1,11 +1,7 @@
 #include "store/install/FileSelectWidget.h"
 
-#include <QDebug>
-#include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMimeData>
-#include <QPainter>
 #include <QPushButton>
 #include <QStandardPaths>
 #include <QUrl>
@@ -18,12 +14,12 @@
 using namespace Fenk;
 
 FileSelectWidget::FileSelectWidget(QWidget* parent)
-    : QWidget(parent),
+    : DropArea(parent),
       m_name(new Label(Label::Strong)),
       m_hint(new Label(Label::Small)),
       m_choose(new QPushButton) {
     setObjectName("selectFilesWidget");
-    setAcceptDrops(true);
+    connect(this, &DropArea::dropped, this, &FileSelectWidget::onDropped);
     m_name->setObjectName("setup_file_name");
     m_name->setAlignment(Qt::AlignCenter);
     m_name->setElided(true);
@@ -91,39 +87,10 @@ QString FileSelectWidget::setupIn(const QList<QUrl>& urls) {
     return {};
 }
 
-void FileSelectWidget::dragEnterEvent(QDragEnterEvent* event) {
-    if (!event->mimeData()->hasUrls())
-        return;
-    event->acceptProposedAction();
-    m_isDragged = true;
-    update();
-}
-
-void FileSelectWidget::dragLeaveEvent(QDragLeaveEvent*) {
-    m_isDragged = false;
-    update();
-}
-
-void FileSelectWidget::dropEvent(QDropEvent* event) {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    qInfo() << "urls: " << urls;
-    m_isDragged = false;
-    update();
-    event->acceptProposedAction();
+void FileSelectWidget::onDropped(const QList<QUrl>& urls) {
     const QString path = setupIn(urls);
     if (path.isEmpty())
         setHint(tr("This is no setup program of Windows (.exe or .msi)"), Theme::Warning);
     else
         setFile(path);
-}
-
-void FileSelectWidget::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const Theme* theme = Theme::instance();
-    QPen pen(theme->color(m_isDragged ? Theme::Accent : Theme::Border), Tokens::IconStroke);
-    pen.setStyle(Qt::DashLine);
-    painter.setPen(pen);
-    painter.setBrush(theme->color(m_isDragged ? Theme::AccentSoft : Theme::Surface));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Tokens::RadiusCard, Tokens::RadiusCard);
 }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QWidget>
-
 #include "fenk/style/Theme.h"
+#include "widgets/DropArea.h"
 
 class QPushButton;
 class QUrl;
@@ -12,7 +11,7 @@ class Label;
 }
 
 /// Takes a set-up program: chosen in a file dialog, or dropped. GUI thread.
-class FileSelectWidget : public QWidget {
+class FileSelectWidget : public DropArea {
     Q_OBJECT
 public:
     explicit FileSelectWidget(QWidget* parent = nullptr);
@@ -30,18 +29,12 @@ public:
 Q_SIGNALS:
     void fileChanged(const QString& path);
 
-protected:
-    void paintEvent(QPaintEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dragLeaveEvent(QDragLeaveEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
-
 private:
     void choose();
+    void onDropped(const QList<QUrl>& urls);
     void showFile();
 
     QString m_file;
-    bool m_isDragged = false;
     Fenk::Label* m_name;
     Fenk::Label* m_hint;
     QPushButton* m_choose;
