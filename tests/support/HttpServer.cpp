@@ -34,7 +34,10 @@ HttpServer::HttpServer() {
 void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
     static const QRegularExpression range("Range: bytes=(\\d+)-");
     const QString path = QString::fromLatin1(request).section(' ', 1, 1).mid(1);
-    const int begin = range.match(QString::fromLatin1(request)).captured(1).toInt();
+    static const QRegularExpression condition("If-Range: ([^\\r]*)");
+    const QString known = condition.match(QString::fromLatin1(request)).captured(1);
+    const bool isSame = known.isEmpty() || known == etag;
+    const int begin = isSame ? range.match(QString::fromLatin1(request)).captured(1).toInt() : 0;
     requests += QString("%1@%2").arg(path).arg(begin);
     const QString fault = path.contains('/') ? path.section('/', 0, 0) : QString();
     if (fault == "silent")
@@ -68,10 +71,15 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
         head += "Content-Length: " + QByteArray::number(body.size()) + "\r\n";
     if (!contentType.isEmpty())
         head += "Content-Type: " + contentType + "\r\n";
+    if (!etag.isEmpty())
+        head += "ETag: " + etag + "\r\n";
+    if (!disposition.isEmpty())
+        head += "Content-Disposition: " + disposition + "\r\n";
     if (fault == "packed")
         head += "Content-Encoding: gzip\r\n";
     socket->write(head + "Connection: close\r\n\r\n");
-    const bool isCut = fault == "half" || fault == "stalled" || fault == "slow";
+    const bool isBroken = fault == "half" || (fault == "broken" && begin == 0);
+    const bool isCut = isBroken || fault == "stalled" || fault == "slow";
     socket->write(isCut ? body.left(body.size() / 2) : body);
     if (fault == "endless")
         socket->write(body + body);
@@ -79,7 +87,7 @@ void HttpServer::answer(QTcpSocket* socket, const QByteArray& request) {
         auto* timer = new QTimer(socket);
         connect(timer, &QTimer::timeout, socket, [socket] { socket->write("."); });
         timer->start(SlowMs);
-    } else if (fault == "half")  // what was sent has arrived by then
+    } else if (isBroken)  // what was sent has arrived by then
         QTimer::singleShot(BreakMs, socket, &QTcpSocket::disconnectFromHost);
     else if (fault != "stalled")
         socket->disconnectFromHost();

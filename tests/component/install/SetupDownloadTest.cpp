@@ -27,10 +27,15 @@ private Q_SLOTS:
     void initTestCase() {
         m_server.files = {{"setup.exe", "MZ" + QByteArray(300000, 'x')},
                           {"packed.msi", QByteArray("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 rest")},
+                          {"pack.zip", "PK\3\4"},
                           {"page.exe", "<html>Download</html>"},
                           {"empty.exe", ""}};
     }
-    void init() { QDir(m_directory).removeRecursively(); }
+    void init() {
+        QDir(m_directory).removeRecursively();
+        m_server.etag.clear();
+        m_server.requests.clear();
+    }
 
     void downloads_data() {
         const Table<QString, QString, QString> row("path", "file", "error");
@@ -40,7 +45,9 @@ private Q_SLOTS:
         row("empty", "empty.exe", "", "The address leads to a page");
         row("gone", "gone.exe", "", "no longer at its address");
         row("cut", "half/setup.exe", "", "check your network");
-        row("to a local file", "away/setup.exe", "", "check your network");
+        row("to a local file", "away/setup.exe", "", "leads elsewhere");
+        row("to itself", "loop/setup.exe", "", "leads elsewhere");
+        row("a kind that is not wanted", "pack.zip", "", "The address leads to a page");
     }
     void downloads() {
         QFETCH(QString, path);
@@ -60,6 +67,41 @@ private Q_SLOTS:
             QVERIFY2(bad.first().first().toString().contains(error),
                      qPrintable(bad.first().first().toString()));
         }
+    }
+
+    /// After the connection broke off: from there on, or anew if the file has changed.
+    void resumes_data() {
+        const Table<QByteArray, QByteArray, QStringList> row("before", "now", "requests");
+        const QString whole = "broken/setup.exe@0", rest = "broken/setup.exe@150001",
+                      other = "broken/setup.exe@2";
+        row("the same", "\"1\"", "\"1\"", {whole, rest});
+        row("another", "\"1\"", "\"2\"", {whole, whole, other});
+        row("a weak tag", "W/\"1\"", "W/\"1\"", {whole, whole});
+        row("no tag", "", "", {whole, whole});
+    }
+    void resumes() {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, now);
+        QFETCH(QStringList, requests);
+        const auto files = m_server.files;
+        SetupDownload download(nullptr);
+        QSignalSpy good(&download, &SetupDownload::succeeded);
+        QSignalSpy bad(&download, &SetupDownload::failed);
+        const QUrl url(m_server.address("broken/setup.exe"));
+        for (m_server.etag = before; good.isEmpty() && bad.size() < requests.size(); m_server.etag = now) {
+            const int ends = bad.size() + 1;
+            download.start(url, m_directory, "App");
+            QTRY_COMPARE(good.size() + bad.size(), ends);
+            QCOMPARE(download.canResume(url), good.isEmpty() && before.startsWith('"'));
+            QVERIFY(!download.canResume(QUrl(m_server.address("setup.exe"))));
+            if (before != now)
+                m_server.files["setup.exe"] = "MZ##";
+        }
+        QCOMPARE(m_server.requests, requests);
+        QCOMPARE(good.size(), int(before.startsWith('"')));
+        if (!good.isEmpty())
+            QCOMPARE(TestSupport::readFile(m_directory + "/setup.exe"), m_server.files["setup.exe"]);
+        m_server.files = files;
     }
 
     void keepsWhatIsThere() {

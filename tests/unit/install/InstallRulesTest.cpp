@@ -96,6 +96,7 @@ private Q_SLOTS:
         row("header", "http://x/get", "attachment; filename=\"One.EXE\"", "One.exe");
         row("encoded header", "http://x/get", "attachment; filename=a; filename*=UTF-8''%E7%BD%91.exe",
             QString::fromUtf8("\u7f51.exe"));
+        row("language", "http://x/", "inline; FILENAME*=utf-8'en'a%2Fb.exe", "b.exe");
         row("another suffix", "http://x/one.php", "", "one.php.exe");
         row("no name", "http://x/", "", "My App.exe");
         row("climbs", "http://x/", "filename=\"../../.bashrc\"", "bashrc.exe");
@@ -122,7 +123,8 @@ private Q_SLOTS:
     void kinds() {
         QCOMPARE(SetupFileName::suffixOf("MZ\x90"), QString("exe"));
         QCOMPARE(SetupFileName::suffixOf("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"), QString("msi"));
-        for (const char* text : {"", "M", "<html>", "PK\3\4", "\xD0\xCF"})
+        QCOMPARE(SetupFileName::suffixOf("PK\3\4"), QString("zip"));
+        for (const char* text : {"", "M", "<html>", "PK", "\xD0\xCF"})
             QCOMPARE(SetupFileName::suffixOf(text), QString());
     }
 

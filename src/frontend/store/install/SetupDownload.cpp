@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int SilenceMs = 30000;
+constexpr int Whole = 200, Partial = 206, NotSatisfiable = 416;
 constexpr qint64 SpareBytes = 64 << 20;  // of the disk that stay free
 
 QByteArray header(const HttpAnswer& answer, const QByteArray& name) {
@@ -19,6 +20,12 @@ QByteArray header(const HttpAnswer& answer, const QByteArray& name) {
             return pair.second;
     }
     return {};
+}
+
+/// What tells whether the file is still the same. A weak tag does not: the bytes may differ.
+QByteArray validatorOf(const QNetworkReply& reply) {
+    const QByteArray tag = reply.rawHeader("ETag");
+    return tag.isEmpty() || tag.startsWith("W/") ? reply.rawHeader("Last-Modified") : tag;
 }
 
 }  // namespace
@@ -31,32 +38,54 @@ bool SetupDownload::canFetch(const QUrl& url) {
     return url.isValid() && !url.host().isEmpty() && (url.scheme() == "http" || url.scheme() == "https");
 }
 
+bool SetupDownload::canResume(const QUrl& url) const {
+    return !isRunning() && m_file && url == m_url && !m_validator.isEmpty() && m_file->size() > 0;
+}
+
 void SetupDownload::start(const QUrl& url, const QString& directory, const QString& appName) {
     if (isRunning())
         return;
-    m_url = url;
+    const bool resumes = canResume(url) && directory == m_directory;
+    m_url = m_lastUrl = url;
     m_directory = directory;
     m_appName = appName;
     m_request = std::make_unique<HttpRequest>(&m_manager);
-    m_file = std::make_unique<QTemporaryFile>(directory + "/.setup-XXXXXX.part");
-    QDir().mkpath(directory);
-    if (!m_file->open()) {
-        const QString reason = m_file->errorString();
-        QMetaObject::invokeMethod(
-            this, [this, reason] { fail(tr("Nothing can be saved in %1.").arg(m_directory), reason); },
-            Qt::QueuedConnection);
-        return;
+    if (!resumes) {
+        m_validator.clear();
+        m_file = std::make_unique<QTemporaryFile>(directory + "/.setup-XXXXXX.part");
+        QDir().mkpath(directory);
+        if (!m_file->open()) {
+            const QString reason = m_file->errorString();
+            QMetaObject::invokeMethod(
+                this, [this, reason] { fail(tr("Nothing can be saved in %1.").arg(m_directory), reason); },
+                Qt::QueuedConnection);
+            return;
+        }
     }
-    qInfo().noquote() << "download set-up program:" << url.toString(QUrl::RemoveUserInfo);
+    m_begin = m_file->size();
+    m_file->seek(m_begin);
+    qInfo().noquote() << "download set-up program:" << url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery)
+                      << "from byte" << m_begin;
+    send(url);
+}
+
+void SetupDownload::send(const QUrl& url) {
+    QNetworkRequest request(url);
+    if (m_begin > 0) {
+        request.setRawHeader("Range", "bytes=" + QByteArray::number(m_begin) + '-');
+        request.setRawHeader("If-Range", m_validator);
+    }
     HttpRequest::Limits limits;
     limits.wholeMs = 0;
     limits.silenceMs = SilenceMs;
-    limits.answerBytes = MaximumBytes;
+    limits.answerBytes = MaximumBytes - m_begin;
     m_request->setLimits(limits);
     m_request->setTarget(m_file.get());
     connect(m_request.get(), &HttpRequest::downloadProgress, this, &SetupDownload::onProgress);
     connect(m_request.get(), &HttpRequest::finished, this, &SetupDownload::onFinished);
-    m_request->send("GET", QNetworkRequest(url));
+    m_request->send("GET", request);
+    if (QNetworkReply* reply = m_request->reply())
+        connect(reply, &QNetworkReply::metaDataChanged, this, [this, reply] { onHead(*reply); });
 }
 
 void SetupDownload::cancel() {
@@ -70,14 +99,33 @@ QString SetupDownload::statusText(int status) {
         return tr("The setup program is no longer at its address.");
     if (status == Unauthorized || status == Forbidden)
         return tr(
-            "The server does not give the setup program to this program. Download it in a browser and "
-            "choose the file below.");
+            "The server does not give the setup program to this program. Download it in a browser, then "
+            "choose its file here.");
     if (status >= FirstServerError)
         return tr("The server has a problem, please try again later.");
     return tr("The server did not send the setup program (status %1).").arg(status);
 }
 
-void SetupDownload::onProgress(qint64 received, qint64 total) {
+/// Before the first byte of the body is written.
+void SetupDownload::onHead(const QNetworkReply& reply) {
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status != Whole && status != Partial)
+        return;
+    m_lastUrl = reply.url();
+    m_validator = validatorOf(reply);
+    if (m_begin > 0 && status == Whole) {
+        m_file->resize(0);
+        m_file->seek(0);
+        m_begin = 0;
+    } else if (status == Partial &&
+               !reply.rawHeader("Content-Range").startsWith("bytes " + QByteArray::number(m_begin) + '-')) {
+        fail(tr("The server has a problem, please try again later."), "another part was sent");
+    }
+}
+
+void SetupDownload::onProgress(qint64 receivedNow, qint64 totalNow) {
+    const qint64 received = m_begin + receivedNow;
+    const qint64 total = totalNow < 0 ? -1 : m_begin + totalNow;
     if (total > MaximumBytes) {
         fail(tr("The setup program is too large."), QString("%1 bytes are announced").arg(total));
         return;
@@ -106,28 +154,52 @@ void SetupDownload::onFinished(const HttpAnswer& answer) {
             fail(tr("Nothing can be saved in %1.").arg(m_directory), answer.errorText);
             break;
         case Error::Status:
-            fail(statusText(answer.status), answer.errorText);
+            onStatus(answer);
             break;
         case Error::TooLarge:
             fail(tr("The setup program is too large."), answer.errorText);
             break;
+        case Error::Redirect:
+            fail(tr("The address leads elsewhere too often, or to something that is not on the web."),
+                 answer.errorText);
+            break;
         default:
             fail(tr("The setup program could not be downloaded, please check your network."),
-                 answer.errorText);
+                 answer.errorText, Part::Kept);
     }
 }
 
-void SetupDownload::save(const HttpAnswer& answer) {
+void SetupDownload::onStatus(const HttpAnswer& answer) {
+    if (answer.status == NotSatisfiable) {
+        fail(tr("The file at the address has changed. Please start again."), answer.errorText);
+        return;
+    }
+    m_file->resize(m_begin);  // without what the server said
+    fail(statusText(answer.status), answer.errorText, Part::Kept);
+}
+
+QString SetupDownload::suffixOf(const QByteArray& disposition) {
     m_file->flush();
     m_file->seek(0);
-    const QString suffix = SetupFileName::suffixOf(m_file->read(SetupFileName::FirstBytes));
+    const QByteArray first = m_file->read(SetupFileName::FirstBytes);
+    QString suffix = SetupFileName::suffixOf(first);
+    if (suffix.isEmpty() && !first.trimmed().startsWith('<') &&
+        SetupFileName::isManifestName(m_url, disposition))
+        suffix = QStringLiteral("yml");
+    return m_accepted.contains(suffix) ? suffix : QString();
+}
+
+void SetupDownload::save(const HttpAnswer& answer) {
+    const QByteArray disposition = header(answer, "content-disposition");
+    const QString suffix = suffixOf(disposition);
     if (suffix.isEmpty()) {
-        fail(tr("The address leads to a page and not to a setup program. Download it there and choose the "
-                "file below."),
+        fail(tr("The address leads to a page and not to a setup program. Download it there in a browser, "
+                "then choose its file here."),
              "no Windows program");
         return;
     }
-    const QString name = SetupFileName::of(m_url, header(answer, "content-disposition"), m_appName, suffix);
+    const bool isNamedLast = m_lastUrl.path().endsWith('.' + suffix, Qt::CaseInsensitive);
+    const QString name = SetupFileName::of(isNamedLast ? m_lastUrl : m_url, disposition, m_appName, suffix);
     const QString path = SetupFileName::freePath(m_directory, name);
     // rename() of a temporary file would replace what came meanwhile.
     if (!QFile::rename(m_file->fileName(), path)) {
@@ -141,10 +213,12 @@ void SetupDownload::save(const HttpAnswer& answer) {
     Q_EMIT succeeded(path);
 }
 
-void SetupDownload::fail(const QString& errorText, const QString& reason) {
-    qWarning().noquote() << "cannot download" << m_url.toString(QUrl::RemoveUserInfo) << reason;
+void SetupDownload::fail(const QString& errorText, const QString& reason, Part part) {
+    qWarning().noquote() << "cannot download" << m_url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery)
+                         << reason;
     dropRequest();
-    m_file.reset();
+    if (part == Part::Dropped || m_validator.isEmpty() || !m_file->size())
+        m_file.reset();
     Q_EMIT failed(errorText);
 }
 

@@ -47,17 +47,38 @@ SetupDownloadRow::SetupDownloadRow(const QUrl& url, const QString& appName, qint
     layout->addLayout(progress, 1);
     connect(m_button, &QPushButton::clicked, this, &SetupDownloadRow::toggle);
     connect(m_download, &SetupDownload::progressChanged, this, &SetupDownloadRow::showProgress);
-    connect(m_download, &SetupDownload::cancelled, this, [this] { showIdle(tr("Cancelled"), false); });
-    connect(m_download, &SetupDownload::failed, this, [this](const QString& text) { showIdle(text, true); });
+    connect(m_download, &SetupDownload::cancelled, this, [this] { stop(tr("Cancelled"), false); });
+    connect(m_download, &SetupDownload::failed, this, [this](const QString& text) { stop(text, true); });
     connect(m_download, &SetupDownload::succeeded, this, &SetupDownloadRow::onSaved);
-    showIdle(tr("It comes from %1").arg(m_url.host()), false);
+    setUrl(url);
+}
+
+void SetupDownloadRow::setUrl(const QUrl& url) {
+    if (isRunning())
+        return;
+    m_url = url;
+    m_button->setEnabled(SetupDownload::canFetch(url));
+    showIdle(m_button->isEnabled() ? tr("It comes from %1").arg(m_url.host()) : QString(), false);
+}
+
+void SetupDownloadRow::setAccepted(const QStringList& suffixes) {
+    m_download->setAccepted(suffixes);
+}
+
+bool SetupDownloadRow::isRunning() const {
+    return m_download->isRunning();
 }
 
 void SetupDownloadRow::toggle() {
-    if (m_download->isRunning()) {
+    if (isRunning())
         m_download->cancel();
+    else
+        start();
+}
+
+void SetupDownloadRow::start() {
+    if (isRunning() || !m_button->isEnabled())
         return;
-    }
     m_button->setText(tr("Cancel"));
     m_button->setAccessibleDescription(m_button->text());
     m_text->setTextRole(Theme::Secondary);
@@ -89,8 +110,13 @@ void SetupDownloadRow::showProgress(qint64 received, qint64 total) {
     }
 }
 
+void SetupDownloadRow::stop(const QString& text, bool isError) {
+    showIdle(text, isError);
+    Q_EMIT stopped();
+}
+
 void SetupDownloadRow::showIdle(const QString& text, bool isError) {
-    m_button->setText(tr("Download"));
+    m_button->setText(m_download->canResume(m_url) ? tr("Continue") : tr("Download"));
     m_button->setAccessibleDescription(m_button->text());
     m_bar->hide();
     m_text->setTextRole(isError ? Theme::Danger : Theme::Secondary);

@@ -11,7 +11,8 @@ namespace Fenk {
 class Label;
 }
 
-/// Offers to download the set-up program, and shows how far that is. Only the user starts it.
+/// Offers to download the set-up program, and shows how far that is. Only the user starts it. After a
+/// connection broke off, the user can go on where it stopped.
 class SetupDownloadRow : public QWidget {
     Q_OBJECT
 public:
@@ -19,15 +20,25 @@ public:
     SetupDownloadRow(const QUrl& url, const QString& appName, qint64 expectedBytes,
                      QWidget* parent = nullptr);
 
+    /// Another address; one that cannot be fetched disables the button. Ignored while a download runs.
+    void setUrl(const QUrl& url);
+    void setAccepted(const QStringList& suffixes);
+    bool isRunning() const;
+    /// As the button does it.
+    void start();
+
 Q_SIGNALS:
     void started();
     void downloaded(const QString& path);
+    /// It failed or was cancelled.
+    void stopped();
 
 private:
     void toggle();
     void onSaved(const QString& path);
     void showProgress(qint64 received, qint64 total);
     void showIdle(const QString& text, bool isError);
+    void stop(const QString& text, bool isError);
 
     QUrl m_url;
     QString m_appName;

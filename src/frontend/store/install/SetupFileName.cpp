@@ -29,8 +29,10 @@ QString cleaned(const QString& name) {
 }
 
 QString nameIn(const QByteArray& disposition) {
-    static const QRegularExpression encoded("filename\\*=(?:UTF-8|utf-8)''([^;\\s]+)");
-    static const QRegularExpression plain("filename=(?:\"([^\"]*)\"|([^;\\s]+))");
+    static const QRegularExpression encoded("filename\\*=UTF-8'[^']*'([^;\\s]+)",
+                                            QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression plain("filename=(?:\"([^\"]*)\"|([^;\\s]+))",
+                                          QRegularExpression::CaseInsensitiveOption);
     const QString text = QString::fromUtf8(disposition);
     if (const auto match = encoded.match(text); match.hasMatch())
         return QUrl::fromPercentEncoding(match.captured(1).toLatin1());
@@ -48,7 +50,15 @@ QString stem(const QString& name, const QString& suffix) {
 QString SetupFileName::suffixOf(const QByteArray& firstBytes) {
     if (firstBytes.startsWith("MZ"))
         return QStringLiteral("exe");
+    if (firstBytes.startsWith("PK\3\4"))
+        return QStringLiteral("zip");
     return firstBytes.startsWith("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1") ? QStringLiteral("msi") : QString();
+}
+
+bool SetupFileName::isManifestName(const QUrl& url, const QByteArray& disposition) {
+    const QString told = cleaned(nameIn(disposition));
+    const QString name = told.isEmpty() ? cleaned(url.path(QUrl::FullyDecoded)) : told;
+    return name.endsWith(".yml", Qt::CaseInsensitive) || name.endsWith(".yaml", Qt::CaseInsensitive);
 }
 
 QString SetupFileName::of(const QUrl& url, const QByteArray& disposition, const QString& appName,
