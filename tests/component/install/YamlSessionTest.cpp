@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSignalSpy>
@@ -185,6 +186,27 @@ private Q_SLOTS:
         QCOMPARE(m_errors, QStringList());
         QVERIFY(!isSettingUp() && m_service.calls("setupYaml").isEmpty());
         QTRY_VERIFY(!m_session);
+    }
+
+    /// Its bottle is named after its content, and refused when it is there already.
+    void manifestOfTheUser() {
+        const QString bottle =
+            "program-" + QCryptographicHash::hash(Good, QCryptographicHash::Sha256).toHex().left(16);
+        start(YamlProgramInstallerSession::ofManifest(Good));
+        QTRY_VERIFY(shown<SetupAppInfoDialog>());
+        SetupAppInfoDialog* dialog = shown<SetupAppInfoDialog>();
+        dialog->findChild<FileSelectWidget*>()->setFile(m_home.write("setup.exe", "MZ"));
+        QTRY_VERIFY(dialog->button(1)->isEnabled());
+        dialog->button(1)->click();
+        QCOMPARE(m_service.waitForCall("setupYaml").arguments.at(0).toString(), bottle);
+        QCOMPARE(shown<YamlProgramInstallerBanner>()->windowTitle(), QString("Seven"));
+        delete m_session;
+        m_service.setBottle(bottle, {{"External_Programs", QJsonObject{{"u", QJsonObject()}}}});
+        for (const auto& [yaml, error] :
+             {std::pair(Good, "Seven has been installed"), {"[", "The manifest cannot be read."}}) {
+            start(YamlProgramInstallerSession::ofManifest(yaml));
+            QTRY_COMPARE(m_errors, QStringList(error));
+        }
     }
 
     /// With a file the installer begins, and the session ends with it.

@@ -118,10 +118,14 @@ ManifestFacts factsOf(const YAML::Node& root) {
     if (!package.IsDefined() || (!package.IsMap() && !package.IsNull()))
         throw Refused("it has no map DebInfo");
     ManifestFacts facts;
+    facts.name = scalar(root["Name"]);
+    facts.contributor = scalar(below(root["Contributor"], "Name"));
+    facts.contributorEmail = scalar(below(root["Contributor"], "Email"));
     facts.winePackage = packageName(scalar(below(package, "wine_cmd")));
     facts.wineDependencies = scalar(below(package, "wine_deps"));
     facts.downloadUrl = scalar(root["downloadUrl"]);
     const YAML::Node setup = root["Setup"];
+    facts.version = scalar(below(setup, "Version"));
     facts.setupSha256 = sha256Of(scalar(below(setup, "SHA256")));
     facts.setupBytes = qMax(qint64(0), scalar(below(setup, "Size")).toLongLong());
     facts.commands = commandsOf(below(root["Bottle"], "Commands"));

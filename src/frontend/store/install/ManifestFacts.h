@@ -16,6 +16,10 @@ struct ManifestCommand {
 /// What the application itself reads of a manifest; everything else is for the background service, which gets
 /// the whole text and checks it. All texts are untrusted.
 struct ManifestFacts {
+    QString name;  ///< of the application; empty when it is no text
+    QString version;
+    QString contributor;
+    QString contributorEmail;
     QString winePackage;       ///< the Wine that the bottle wants; a default when the manifest names none
     QString wineDependencies;  ///< further packages, as one text
     QString downloadUrl;       ///< where the user can get the set-up program

@@ -6,13 +6,16 @@
 
 SetupAppInfo SetupAppInfo::of(const OpenAPI::VeskClientAppInfo& app, const ManifestFacts& manifest) {
     const qint64 bytes = app.getPackageSize() > 0 ? app.getPackageSize() : manifest.setupBytes;
-    return {app.getAppName(),
-            app.getPackageVersion(),
+    const auto either = [](const QString& told, const QString& other) {
+        return told.isEmpty() ? other : told;
+    };
+    return {either(app.getAppName(), manifest.name),
+            either(app.getPackageVersion(), manifest.version),
             app.getOfficialSite(),
-            app.getDownloadUrl().isEmpty() ? manifest.downloadUrl : app.getDownloadUrl(),
+            either(app.getDownloadUrl(), manifest.downloadUrl),
             bytes > 0 ? TextUtils::formatSize(bytes) : QString(),
-            app.getDevName(),
-            app.getDevEmail(),
+            either(app.getDevName(), manifest.contributor),
+            either(app.getDevEmail(), app.getDevName().isEmpty() ? manifest.contributorEmail : QString()),
             manifest.winePackage,
             manifest.wineDependencies};
 }

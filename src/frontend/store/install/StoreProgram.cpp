@@ -58,10 +58,14 @@ QString StoreProgram::choose(const QJsonObject& programs, const QString& appName
 
 void StoreProgram::find(const OpenAPI::VeskClientAppInfo& app, QObject* context,
                         const std::function<void(const ProgramRef&)>& take) {
-    const QStringList names = bottles(app);
-    if (names.isEmpty())
+    findIn(bottles(app), app.getAppName(), context, take);
+}
+
+void StoreProgram::findIn(const QStringList& bottles, const QString& appName, QObject* context,
+                          const std::function<void(const ProgramRef&)>& take) {
+    if (bottles.isEmpty())
         QMetaObject::invokeMethod(
             context, [take] { take({}); }, Qt::QueuedConnection);
     else
-        look({QString::number(app.getAppId()), app.getAppName(), names, take}, context);
+        look({bottles.first().section('-', 1), appName, bottles, take}, context);
 }

@@ -30,5 +30,8 @@ QString choose(const QJsonObject& programs, const QString& appName);
 /// thread.
 void find(const OpenAPI::VeskClientAppInfo& app, QObject* context,
           const std::function<void(const ProgramRef& program)>& take);
+/// The same in these bottles.
+void findIn(const QStringList& bottles, const QString& appName, QObject* context,
+            const std::function<void(const ProgramRef& program)>& take);
 
 }  // namespace StoreProgram

@@ -1,6 +1,7 @@
 #include "store/install/YamlProgramInstallerSession.h"
 
 #include <QApplication>
+#include <QCryptographicHash>
 #include <QDebug>
 #include <QFile>
 #include <QIcon>
@@ -24,6 +25,7 @@ namespace {
 
 constexpr int GoodCode = 200;
 constexpr int UnknownAppCode = 4000;
+constexpr int IdDigits = 16;
 constexpr int LoggedBytes = 4096;
 
 VeskClientDefaultApi* makeClient(QObject* parent) {
@@ -59,6 +61,15 @@ YamlProgramInstallerSession::YamlProgramInstallerSession(const QString& appId, c
     endWithProcess();
 }
 
+YamlProgramInstallerSession* YamlProgramInstallerSession::ofManifest(const QByteArray& yaml,
+                                                                     QObject* parent) {
+    const QByteArray sum = QCryptographicHash::hash(yaml, QCryptographicHash::Sha256).toHex();
+    auto* session = new YamlProgramInstallerSession(QString::fromLatin1(sum.left(IdDigits)), {}, parent);
+    session->m_manifestBytes = yaml;
+    session->m_hasManifest = true;
+    return session;
+}
+
 /// While there is still a bus to cancel the set-up of the bottle.
 void YamlProgramInstallerSession::endWithProcess() {
     connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { delete this; });
@@ -72,7 +83,9 @@ YamlProgramInstallerSession::~YamlProgramInstallerSession() {
 }
 
 void YamlProgramInstallerSession::start() {
-    if (hasRecord())
+    if (m_hasManifest)
+        parseManifest();
+    else if (hasRecord())
         findProgram();
     else
         fetchRecord();
@@ -134,9 +147,29 @@ void YamlProgramInstallerSession::fetchManifest() {
 
 void YamlProgramInstallerSession::onManifest(VeskClientHttpRequestWorker* worker) {
     m_manifestBytes = bodyOf(*worker);
+    parseManifest();
+}
+
+void YamlProgramInstallerSession::parseManifest() {
     inBackground(
         this, [bytes = m_manifestBytes] { return parse(bytes); },
-        [this](const ParsedManifest& manifest) { takeManifest(manifest); });
+        [this](const ParsedManifest& manifest) {
+            if (m_hasManifest && manifest.facts)
+                findProgramOf(manifest);
+            else
+                takeManifest(manifest);
+        });
+}
+
+void YamlProgramInstallerSession::findProgramOf(const ParsedManifest& manifest) {
+    m_app.setAppName(manifest.facts->name);
+    StoreProgram::findIn({StoreProgram::bottle(m_appIdText)}, m_app.getAppName(), this,
+                         [this, manifest](const ProgramRef& program) {
+                             if (program.uuid.isEmpty())
+                                 takeManifest(manifest);
+                             else
+                                 fail(tr("%1 has been installed").arg(m_app.getAppName()));
+                         });
 }
 
 YamlProgramInstallerSession::ParsedManifest YamlProgramInstallerSession::parse(const QByteArray& yaml) {
@@ -149,7 +182,10 @@ void YamlProgramInstallerSession::takeManifest(const ParsedManifest& manifest) {
     if (!manifest.facts) {
         qWarning() << "failed to load yaml contents, response: " << m_manifestBytes.left(LoggedBytes)
                    << manifest.error;
-        failForNetwork();
+        if (m_hasManifest)
+            fail(tr("The manifest cannot be read."));
+        else
+            failForNetwork();
         return;
     }
     m_isSetup = true;

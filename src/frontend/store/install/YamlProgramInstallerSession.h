@@ -14,16 +14,18 @@ class VeskClientAppInfoQueryResponse;
 class VeskClientHttpRequestWorker;
 }  // namespace OpenAPI
 
-/// One attempt to install an application of the store: fetches its record and its manifest, asks the user
-/// for the set-up program, and hands both to a YamlProgramInstaller, which it owns. Ends once, in
-/// signalDone(), and deletes itself afterwards; a failure comes before, in signalError(). The end of the
-/// process destroys it. GUI thread; nothing waits.
+/// One attempt to install an application of the store, or one of which the user has the manifest: fetches
+/// record and manifest from the store, asks the user for the set-up program, and hands both to a
+/// YamlProgramInstaller, which it owns. Ends once, in signalDone(), and deletes itself afterwards; a failure
+/// comes before, in signalError(). The end of the process destroys it. GUI thread; nothing waits.
 class YamlProgramInstallerSession : public QObject {
     Q_OBJECT
 public:
     explicit YamlProgramInstallerSession(const OpenAPI::VeskClientAppInfo& app, QObject* parent = nullptr);
     /// The number and the key of an application whose record is not known yet.
     YamlProgramInstallerSession(const QString& appId, const QString& appInfoId, QObject* parent = nullptr);
+    /// An application that is in no store; its bottle is named after the manifest's content.
+    static YamlProgramInstallerSession* ofManifest(const QByteArray& yaml, QObject* parent = nullptr);
     ~YamlProgramInstallerSession() override;
 
     void start();
@@ -47,6 +49,8 @@ private:
     void takeRecord(const OpenAPI::VeskClientAppInfo& app);
     void findProgram();
     void fetchManifest();
+    void parseManifest();
+    void findProgramOf(const ParsedManifest& manifest);
     void onManifest(OpenAPI::VeskClientHttpRequestWorker* worker);
     void takeManifest(const ParsedManifest& manifest);
     void openDialog(const ManifestFacts& manifest);
@@ -63,6 +67,7 @@ private:
     QByteArray m_manifestBytes;
     QPointer<SetupAppInfoDialog> m_dialog;
     QPointer<YamlProgramInstaller> m_installer;
-    bool m_isSetup = false;  ///< registered as one
+    bool m_hasManifest = false;  ///< from the user
+    bool m_isSetup = false;      ///< registered as one
     bool m_isOver = false;
 };
