@@ -2,6 +2,114 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AddAppsWidget</name>
+    <message>
+        <source>Back to the library</source>
+        <translation>返回应用列表</translation>
+    </message>
+</context>
+<context>
+    <name>AddOnlineFileWidget</name>
+    <message>
+        <source>Only addresses that begin with http:// or https:// can be downloaded.</source>
+        <translation>只能下载以 http:// 或 https:// 开头的地址。</translation>
+    </message>
+    <message>
+        <source>The file is saved in %1 and checked before it can be run.</source>
+        <translation>文件将保存到 %1，校验通过后才能运行。</translation>
+    </message>
+</context>
+<context>
+    <name>AddedFile</name>
+    <message>
+        <source>It is no manifest of an application: it needs at least a Name and a DebInfo.</source>
+        <translation>这不是应用的清单文件：清单至少要有 Name 和 DebInfo。</translation>
+    </message>
+    <message>
+        <source>Its content is not what its name says.</source>
+        <translation>文件内容与文件名不符。</translation>
+    </message>
+    <message>
+        <source>These are several files. Please add one after the other.</source>
+        <translation>这里有多个文件，请逐个添加。</translation>
+    </message>
+    <message>
+        <source>Only files of this computer and addresses that begin with http:// or https:// can be added.</source>
+        <translation>只能添加本机上的文件，或以 http:// 或 https:// 开头的地址。</translation>
+    </message>
+    <message>
+        <source>It holds more than one program: choose the program&apos;s own folder.</source>
+        <translation>该目录包含的不只是一个程序，请选择程序自己的目录。</translation>
+    </message>
+    <message>
+        <source>There is no Windows program (.exe) in it.</source>
+        <translation>其中没有 Windows 程序（.exe）。</translation>
+    </message>
+</context>
+<context>
+    <name>AddingTexts</name>
+    <message>
+        <source>添加应用</source>
+        <translation>添加应用</translation>
+    </message>
+    <message>
+        <source>运行</source>
+        <translation>运行</translation>
+    </message>
+    <message>
+        <source>本地文件</source>
+        <translation>本地文件</translation>
+    </message>
+    <message>
+        <source>支持本地exe应用(exe、msi、yml)格式</source>
+        <translation>支持本地exe应用(exe、msi、yml)格式</translation>
+    </message>
+    <message>
+        <source>添加本地文件</source>
+        <translation>添加本地文件</translation>
+    </message>
+    <message>
+        <source>安装程序、应用程序打包脚本(*.exe *.msi *.yml)</source>
+        <translation>安装程序、应用程序打包脚本(*.exe *.msi *.yml)</translation>
+    </message>
+    <message>
+        <source>在线文件</source>
+        <translation>在线文件</translation>
+    </message>
+    <message>
+        <source>请输入在线文件下载地址</source>
+        <translation>请输入在线文件下载地址</translation>
+    </message>
+    <message>
+        <source>绿色文件</source>
+        <translation>绿色文件</translation>
+    </message>
+    <message>
+        <source>请上传解压后的绿色软件</source>
+        <translation>请上传解压后的绿色软件</translation>
+    </message>
+    <message>
+        <source>添加本地目录</source>
+        <translation>添加本地目录</translation>
+    </message>
+    <message>
+        <source>拖拽文件至此或</source>
+        <translation>拖拽文件至此或</translation>
+    </message>
+    <message>
+        <source>文件校验中，请稍等...</source>
+        <translation>文件校验中，请稍等...</translation>
+    </message>
+    <message>
+        <source>该文件为有效文件</source>
+        <translation>该文件为有效文件</translation>
+    </message>
+    <message>
+        <source>该文件解析错误，请重新选择</source>
+        <translation>该文件解析错误，请重新选择</translation>
+    </message>
+</context>
+<context>
     <name>AppConfigDialog</name>
     <message>
         <source>WeChat is a chat tool</source>
@@ -2492,6 +2600,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Drop to run</source>
         <translation>松开即可运行</translation>
+    </message>
+    <message>
+        <source>Drop to add</source>
+        <translation>松开即可添加</translation>
     </message>
 </context>
 <context>
@@ -5105,11 +5217,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The address leads to a page and not to a setup program. Download it there and choose the file below.</source>
-        <translation>该地址是网页而不是安装程序。请在网页中下载，然后在下方选择文件。</translation>
+        <translation type="vanished">该地址是网页而不是安装程序。请在网页中下载，然后在下方选择文件。</translation>
     </message>
     <message>
         <source>The server does not give the setup program to this program. Download it in a browser and choose the file below.</source>
-        <translation>服务器不向本程序提供该安装程序。请用浏览器下载，然后在下方选择该文件。</translation>
+        <translation type="vanished">服务器不向本程序提供该安装程序。请用浏览器下载，然后在下方选择该文件。</translation>
     </message>
     <message>
         <source>The server has a problem, please try again later.</source>
@@ -5118,6 +5230,22 @@ please wait for the component download to complete!</source>
     <message>
         <source>The server did not send the setup program (status %1).</source>
         <translation>服务器没有发送安装程序（状态码 %1）。</translation>
+    </message>
+    <message>
+        <source>The server does not give the setup program to this program. Download it in a browser, then choose its file here.</source>
+        <translation>服务器不允许本程序下载该安装程序。请用浏览器下载，然后在此选择下载好的文件。</translation>
+    </message>
+    <message>
+        <source>The address leads elsewhere too often, or to something that is not on the web.</source>
+        <translation>该地址跳转次数过多，或者跳转到了网络以外的位置。</translation>
+    </message>
+    <message>
+        <source>The file at the address has changed. Please start again.</source>
+        <translation>该地址上的文件已更改，请重新下载。</translation>
+    </message>
+    <message>
+        <source>The address leads to a page and not to a setup program. Download it there in a browser, then choose its file here.</source>
+        <translation>该地址是一个网页，而不是安装程序。请用浏览器在该网页中下载，然后在此选择下载好的文件。</translation>
     </message>
 </context>
 <context>
@@ -5153,6 +5281,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Saved as %1. It has another size than expected.</source>
         <translation>已保存为 %1。文件大小与预期不同。</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>继续下载</translation>
     </message>
 </context>
 <context>
@@ -5701,6 +5833,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Failed to fetch setup manifest, please check your network</source>
         <translation>获取安装清单失败，请检查网络</translation>
+    </message>
+    <message>
+        <source>The manifest cannot be read.</source>
+        <translation>无法读取清单文件。</translation>
     </message>
 </context>
 <context>

@@ -310,9 +310,7 @@ QList<QWidget*> associations(const Scene& scene) {
 }
 
 QList<QWidget*> drop(const Scene& scene) {
-    auto* frame = scene.window->findChild<DropFrame*>();
-    frame->raise();
-    frame->show();
+    scene.window->findChild<DropFrame*>()->showFor(true);
     return {scene.window};
 }
 

@@ -4,6 +4,7 @@
 #include <QStackedWidget>
 
 #include "shell/SearchWidget.h"
+#include "shell/adding/AddAppsWidget.h"
 #include "shell/library/AppLocalView.h"
 #include "store/view/AppStoreView.h"
 
@@ -23,12 +24,15 @@ void IndexView::buildPages() {
         return;
     m_local = new AppLocalView;
     m_store = new AppStoreView;
-    m_pages->addWidget(m_local);
+    m_home = new QStackedWidget;
+    m_home->addWidget(m_local);
+    m_pages->addWidget(m_home);
     m_pages->addWidget(m_store);
     connect(m_search, &SearchWidget::textChanged, this, &IndexView::onSearchTextChanged);
     connect(m_search, &SearchWidget::leaveForResults, this, &IndexView::focusPage);
     connect(m_local, &AppLocalView::searchObsolete, m_search, &SearchWidget::clear);
     connect(m_local, &AppLocalView::openRequested, this, &IndexView::openRequested);
+    connect(m_local, &AppLocalView::addRequested, this, &IndexView::showAddPage);
     connect(m_store, &AppStoreView::categoriesFetched, m_sidebar, &SidebarView::setCategories);
     connect(m_store, &AppStoreView::categoryLeft, m_sidebar, &SidebarView::leaveCategory);
     if (!m_search->text().isEmpty())
@@ -36,22 +40,54 @@ void IndexView::buildPages() {
 }
 
 void IndexView::onSearchTextChanged(const QString& text) {
-    if (m_pages->currentWidget() == m_store)
+    if (m_pages->currentWidget() == m_store) {
         m_store->onSearchTextChanged(text);
-    else
-        m_local->search(text);
+        return;
+    }
+    if (!text.isEmpty())
+        m_home->setCurrentWidget(m_local);
+    m_local->search(text);
 }
 
 void IndexView::focusPage() {
     if (m_pages->currentWidget() == m_store)
         m_store->focusApps();
+    else if (m_home->currentWidget() == m_add)
+        m_add->focusTab();
     else
         m_local->focusPrograms();
 }
 
 void IndexView::addProgram() {
     if (m_local)
-        m_local->slotAddApp();
+        m_local->onAddAppClicked();
+}
+
+void IndexView::add(const AddedLink& link) {
+    if (!m_local)
+        return;
+    showAddPage();
+    m_add->add(link);
+}
+
+void IndexView::showAddPage() {
+    if (!m_add) {
+        m_add = new AddAppsWidget;
+        m_home->addWidget(m_add);
+        connect(m_add, &AddAppsWidget::left, this, &IndexView::showLibrary);
+        connect(m_add, &AddAppsWidget::openRequested, this, &IndexView::openRequested);
+        connect(m_add, &AddAppsWidget::portableRequested, this, &IndexView::portableRequested);
+    }
+    m_search->clear();
+    m_pages->setCurrentIndex(SidebarView::MyApps);
+    m_home->setCurrentWidget(m_add);
+    m_sidebar->selectMyApps();
+    m_add->focusTab();
+}
+
+void IndexView::showLibrary() {
+    m_home->setCurrentWidget(m_local);
+    m_local->focusPrograms();
 }
 
 void IndexView::choosePage(SidebarView::Group group, const QModelIndex& row) {
@@ -59,6 +95,7 @@ void IndexView::choosePage(SidebarView::Group group, const QModelIndex& row) {
     if (!m_local)
         return;
     m_pages->setCurrentIndex(group);
+    m_home->setCurrentWidget(m_local);
     if (group != SidebarView::AllApps)
         return;
     const QVariant category = row.data(SidebarView::CategoryRole);

@@ -4,14 +4,16 @@
 
 #include "shell/SidebarView.h"
 
+class AddAppsWidget;
 class AppLocalView;
 class AppStoreView;
 class QStackedWidget;
 class SearchWidget;
+struct AddedLink;
 
 /// The contents of the main window: the sidebar and the page that it chooses. The pages are built by
-/// buildPages(), after the window is shown. The search field searches the page that is shown; another page
-/// clears it.
+/// buildPages(), after the window is shown. The page that adds programs lies over the library and is built
+/// when it is wanted. The search field searches the page that is shown; another page clears it.
 class IndexView : public QWidget {
     Q_OBJECT
 public:
@@ -21,6 +23,8 @@ public:
     void buildPages();
     /// Asks for a program file. Does nothing before buildPages().
     void addProgram();
+    /// Shows the page that adds programs, with this. Does nothing before buildPages().
+    void add(const AddedLink& link);
     /// Null before buildPages().
     AppLocalView* localView() const { return m_local; }
     /// Null before buildPages().
@@ -30,8 +34,12 @@ public:
 Q_SIGNALS:
     /// The user chose a file to run.
     void openRequested(const QString& path);
+    /// The user wants this folder or .zip as a program in a bottle of its own.
+    void portableRequested(const QString& path);
 
 private:
+    void showAddPage();
+    void showLibrary();
     void choosePage(SidebarView::Group group, const QModelIndex& row);
     void onSearchTextChanged(const QString& text);
     void focusPage();
@@ -39,6 +47,8 @@ private:
     SearchWidget* m_search;
     SidebarView* m_sidebar;
     QStackedWidget* m_pages;
+    QStackedWidget* m_home = nullptr;  ///< the library, and what adds to it
     AppLocalView* m_local = nullptr;
+    AddAppsWidget* m_add = nullptr;
     AppStoreView* m_store = nullptr;
 };

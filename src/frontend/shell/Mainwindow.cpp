@@ -1,9 +1,11 @@
 #include "shell/Mainwindow.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDragEnterEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
@@ -44,6 +46,8 @@ Mainwindow::Mainwindow()
     titlebar()->setCustomWidget(m_searchWidget);
     setCentralWidget(m_indexView);
     connect(m_indexView, &IndexView::openRequested, this, &Mainwindow::openRequested);
+    connect(m_indexView, &IndexView::portableRequested, this, &Mainwindow::portableRequested);
+    connect(m_searchWidget, &SearchWidget::linkPasted, m_indexView, &IndexView::add);
     connect(Fenk::Theme::instance(), &Fenk::Theme::themeTypeChanged, this, &Mainwindow::themeChanged);
     themeChanged();
     auto* add = new QShortcut(QKeySequence::Open, this);
@@ -108,6 +112,8 @@ void Mainwindow::keyPressEvent(QKeyEvent* event) {
     const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
     if (plain && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace())
         m_searchWidget->begin(text);
+    else if (event->matches(QKeySequence::Paste))
+        paste();
     else if (event->matches(QKeySequence::Find) || event->key() == Qt::Key_Up)
         m_searchWidget->setFocus(Qt::ShortcutFocusReason);
     else if (event->key() == Qt::Key_Escape)
@@ -116,12 +122,18 @@ void Mainwindow::keyPressEvent(QKeyEvent* event) {
         Fenk::MainWindow::keyPressEvent(event);
 }
 
+void Mainwindow::paste() {
+    const AddedLink link = AddedLink::ofClipboard(QGuiApplication::clipboard()->mimeData());
+    if (!link.isEmpty())
+        m_indexView->add(link);
+}
+
 void Mainwindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (DropFrame::programIn(event->mimeData()).isEmpty())
+    const bool isProgram = !DropFrame::programIn(event->mimeData()).isEmpty();
+    if (!isProgram && DropFrame::linkIn(event->mimeData()).isEmpty())
         return;
     event->acceptProposedAction();
-    m_dropFrame->raise();
-    m_dropFrame->show();
+    m_dropFrame->showFor(isProgram);
 }
 
 void Mainwindow::dragLeaveEvent(QDragLeaveEvent* event) {
@@ -132,8 +144,12 @@ void Mainwindow::dragLeaveEvent(QDragLeaveEvent* event) {
 void Mainwindow::dropEvent(QDropEvent* event) {
     m_dropFrame->hide();
     const QString path = DropFrame::programIn(event->mimeData());
-    if (path.isEmpty())
+    const AddedLink link = DropFrame::linkIn(event->mimeData());
+    if (path.isEmpty() && link.isEmpty())
         return;
     event->acceptProposedAction();
-    Q_EMIT openRequested(path);
+    if (path.isEmpty())
+        m_indexView->add(link);
+    else
+        Q_EMIT openRequested(path);
 }

@@ -18,6 +18,8 @@ public:
 Q_SIGNALS:
     /// The user chose or dropped a file to run.
     void openRequested(const QString& path);
+    /// The user wants this folder or .zip as a program in a bottle of its own.
+    void portableRequested(const QString& path);
 
 public Q_SLOTS:
     void themeChanged();
@@ -33,6 +35,8 @@ protected:
 private:
     void setUp();
     void setUpTitlebarMenu();
+    /// Adds the file or address in the clipboard, if it is one.
+    void paste();
 
     SearchWidget* m_searchWidget;
     IndexView* m_indexView;

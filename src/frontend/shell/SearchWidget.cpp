@@ -1,10 +1,12 @@
 #include "shell/SearchWidget.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 
 #include "fenk/controls/SearchEdit.h"
+#include "shell/adding/AddedFile.h"
 
 namespace {
 constexpr QSize LeastSize(350, 36);
@@ -60,7 +62,15 @@ void SearchWidget::clearAndReturn() {
 
 bool SearchWidget::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
-        switch (static_cast<QKeyEvent*>(event)->key()) {
+        auto* press = static_cast<QKeyEvent*>(event);
+        const AddedLink link = press->matches(QKeySequence::Paste)
+                                   ? AddedLink::ofClipboard(QApplication::clipboard()->mimeData())
+                                   : AddedLink();
+        if (!link.isEmpty()) {
+            Q_EMIT linkPasted(link);
+            return true;
+        }
+        switch (press->key()) {
             case Qt::Key_Down:
             case Qt::Key_Return:
             case Qt::Key_Enter:

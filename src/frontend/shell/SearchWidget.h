@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QWidget>
 
+struct AddedLink;
+
 namespace Fenk {
 class SearchEdit;
 }
@@ -22,6 +24,8 @@ public:
 Q_SIGNALS:
     void textChanged(const QString& text);
     void leaveForResults();
+    /// The user has pasted a file or an address, which is no keyword.
+    void linkPasted(const AddedLink& link);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -84,12 +84,12 @@ SidebarView::SidebarView(QWidget* parent) : QTreeView(parent), m_model(new QStan
     setSidebarLook(this);
     setModel(m_model);
     QStandardItem* mine = addGroup(tr("My"));
-    QStandardItem* start = addRow(mine, tr("My Apps"), "cxb_my_apps");
+    addRow(mine, tr("My Apps"), "cxb_my_apps");
     QStandardItem* all = addGroup(tr("All Apps"));
     addRow(all, tr("All Apps"), "cxb_add_app");
     refreshIcons();
     expandAll();
-    setCurrentIndex(start->index());
+    selectMyApps();
     connect(this, &QTreeView::clicked, this, &SidebarView::onClicked);
 }
 
@@ -136,6 +136,10 @@ void SidebarView::setCategories(const QList<OpenAPI::VeskClientCategoryInfo>& ca
             setCurrentIndex(row->index());
     }
     refreshIcons();
+}
+
+void SidebarView::selectMyApps() {
+    setCurrentIndex(m_model->item(MyApps)->child(0)->index());
 }
 
 void SidebarView::leaveCategory() {

@@ -22,6 +22,8 @@ public:
     void refreshIcons();
     /// The rows of the group AllApps. Without categories the rows stay as they are.
     void setCategories(const QList<OpenAPI::VeskClientCategoryInfo>& categories);
+    /// Selects the library, without choosing it.
+    void selectMyApps();
     /// The store is shown, but none of its categories.
     void leaveCategory();
 

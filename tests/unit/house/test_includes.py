@@ -32,7 +32,7 @@ ORDER = {
     "feedback": "client widgets dialogs rating .",
     "store": "records client images install view .",
     "packaging": "config driver contents manifest start .",
-    "shell": "associations properties configuration library requests portable .",
+    "shell": "associations properties configuration library requests portable adding .",
     "storeserver": "data catalogue request reports server wire .",
     "bottleservice": "result files settings bottles wine backup portable components desktop jobs requests wire .",
 }

@@ -214,7 +214,7 @@ void AppLocalView::focusPrograms() {
 }
 
 void AppLocalView::slotAddApp() {
-    onAddAppClicked();
+    Q_EMIT addRequested();
 }
 
 void AppLocalView::onAddAppClicked() {

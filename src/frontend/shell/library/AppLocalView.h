@@ -36,6 +36,8 @@ public:
 Q_SIGNALS:
     /// The user chose a file to run.
     void openRequested(const QString& path);
+    /// The user wants the page that adds programs.
+    void addRequested();
     /// The last program that the search found has been removed.
     void searchObsolete();
 

@@ -68,10 +68,13 @@ bool Application::loadTranslator(const QList<QLocale>& locales) {
         installTranslator(translator.get());
         m_translators.push_back(std::move(translator));
     };
+    const QString english = applicationName() + "_en";
     for (const QLocale& locale : locales) {
         auto own = std::make_unique<QTranslator>();
-        const bool found = own->load(locale, applicationName(), "_", m_translationsDir);
-        if (found || locale.language() == QLocale::English || locale.language() == QLocale::C) {
+        const bool isEnglish = locale.language() == QLocale::English || locale.language() == QLocale::C;
+        const bool found = own->load(locale, applicationName(), "_", m_translationsDir) ||
+                           (isEnglish && own->load(english, m_translationsDir));
+        if (found || isEnglish) {
             auto qt = std::make_unique<QTranslator>();
             if (qt->load(locale, "qtbase", "_", QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
                 install(std::move(qt));
@@ -81,9 +84,11 @@ bool Application::loadTranslator(const QList<QLocale>& locales) {
             install(std::move(own));
             return true;
         }
-        if (locale.language() == QLocale::English || locale.language() == QLocale::C)
+        if (isEnglish)
             return true;
     }
+    if (auto own = std::make_unique<QTranslator>(); own->load(english, m_translationsDir))
+        install(std::move(own));
     qWarning("No translation of %s in %s", qUtf8Printable(applicationName()),
              qUtf8Printable(m_translationsDir));
     return false;

@@ -29,7 +29,8 @@ public:
 
     /// Installs `<applicationName>_<locale>.qm` of the first locale that has one, with language and country
     /// or with the language alone, and Qt's own translations. Returns true if the application's were found,
-    /// or if the language is that of the sources, which needs none.
+    /// or if the language is English, that of the sources. Texts whose source is not English are in the
+    /// English one, which is installed where there is no other.
     bool loadTranslator(const QList<QLocale>& locales = {QLocale::system()});
 
     void setProductName(const QString& name) { m_productName = name; }

@@ -1,0 +1,15 @@
+#include "shell/adding/AddTab.h"
+
+#include "shell/adding/FileStateRow.h"
+
+AddTab::AddTab(QWidget* parent) : QWidget(parent), m_state(new FileStateRow) {
+    connect(m_state, &FileStateRow::changed, this, &AddTab::changed);
+}
+
+const AddedFile& AddTab::file() const {
+    return m_state->file();
+}
+
+void AddTab::clear() {
+    m_state->clear();
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QString>
+#include <QUrl>
+
+class QMimeData;
+
+/// A file or folder that the user wants to add, judged by its name and its content.
+struct AddedFile {
+    Q_DECLARE_TR_FUNCTIONS(AddedFile)
+public:
+    enum Kind {
+        Refused,
+        Program,   ///< an .exe or .msi
+        Manifest,  ///< a .yml that tells how an application is installed
+        Portable,  ///< a folder, or a .zip, with a program in it
+    };
+
+    Kind kind = Refused;
+    QString path;
+    QByteArray manifest;  ///< its text
+    QString reason;       ///< why it is refused, for the user
+
+    /// Reads up to 2 MiB of a file, or the names in a folder; for worker threads.
+    static AddedFile check(const QString& path);
+};
+
+/// What the user has dropped or pasted: a file or folder of this computer, an address of the web, or else
+/// a text that says what is wrong. Touches no file.
+struct AddedLink {
+    QString path;
+    QUrl address;
+    QString errorText;
+
+    static AddedLink of(const QList<QUrl>& urls);
+    /// For what may be no such thing at all, like the clipboard: nothing is set then.
+    static AddedLink ofClipboard(const QMimeData* data);
+    static AddedLink ofText(const QString& text);
+
+    bool isEmpty() const { return path.isEmpty() && address.isEmpty() && errorText.isEmpty(); }
+};

@@ -1,0 +1,181 @@
+#include <QClipboard>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMimeData>
+
+#include "LibraryFixture.h"
+#include "fenk/controls/LineEdit.h"
+#include "shell/adding/AddAppsWidget.h"
+#include "store/install/SetupAppInfoDialog.h"
+#include "support/HttpServer.h"
+#include "support/KeyWalk.h"
+#include "support/Table.h"
+#include "widgets/DropArea.h"
+
+using TestSupport::Table;
+
+namespace {
+const char Manifest[] = "Name: Seven\nDebInfo: {}\n";
+const char Valid[] = "该文件为有效文件";
+const char Invalid[] = "该文件解析错误，请重新选择";
+}  // namespace
+
+/// The page that adds programs, in the main window.
+class AddingTest : public LibraryFixture {
+    Q_OBJECT
+
+    TestSupport::HttpServer m_server;
+
+    AddAppsWidget* page() const { return m_window->findChild<AddAppsWidget*>(); }
+    QString shownTab() const {
+        for (const char* name : {"add_local_file", "add_online_file", "add_green_file"}) {
+            if (page()->findChild<QWidget*>(name)->isVisible())
+                return name;
+        }
+        return {};
+    }
+    template <class Widget = QAbstractButton>
+    Widget* shown(const QString& name) const {
+        for (Widget* widget : page()->findChildren<Widget*>()) {
+            if (widget->isVisible() && (widget->objectName() == name || widget->accessibleName() == name))
+                return widget;
+        }
+        return nullptr;
+    }
+    QString text(const QString& name) const {
+        const auto* label = shown<QLabel>(name);
+        return label ? label->text() : QString();
+    }
+    void drop(const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        auto* area = shown<DropArea>("drop_area");
+        QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(area, &enter);
+        QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(area, &event);
+    }
+    static QByteArray program() {
+        QByteArray pe(1024, '\0');
+        pe.replace(0, 2, "MZ").replace(0x3c, 1, "\x80").replace(0x80, 6, QByteArray("PE\0\0\x64\x86", 6));
+        return pe.replace(0x94, 1, "\xf0").replace(0x98, 2, "\x0b\x02").replace(0xdc, 1, "\x03");
+    }
+
+private Q_SLOTS:
+    void init() {
+        LibraryFixture::init();
+        m_server.files = {
+            {"setup.exe", program()}, {"page.exe", "<html>"}, {"a.yml", Manifest}, {"odd.exe", "MZ"}};
+        open({});
+        auto* add = m_window->findChild<QAbstractButton*>("welcome_openbtn");
+        QVERIFY(add);
+        add->click();
+        QVERIFY(page() && page()->isVisible());
+        QCOMPARE(shownTab(), QString("add_local_file"));
+        QVERIFY(!shown("add_apps_run")->isEnabled());
+    }
+
+    void files_data() {
+        const Table<QString, QByteArray, QString, QString> row("name", "content", "tab", "reason");
+        const QString local = "add_local_file", portable = "add_green_file";
+        row("program", "Setup.EXE", "probe", local, "");
+        row("no program", "a.exe", "x", local, "It is not a Windows program.");
+        row("a page", "b.exe", "<html>", local, "It is a web page");
+        row("package", "a.msi", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", local, "");
+        row("a program for a package", "b.msi", "probe", local, "Its content is not");
+        row("manifest", "a.yml", Manifest, local, "");
+        row("other YAML", "b.yml", "a: b", local, "It is no manifest");
+        row("shortcut", "a.lnk", "L", local, "It is a shortcut");
+        row("batch", "a.bat", "@echo", local, "Batch files");
+        row("text", "a.txt", "x", local, "It is not a Windows program.");
+        row("gone", "", "", local, "There is no such file.");
+        row("archive", "a.zip", QByteArray("PK\3\4", 4) + QByteArray(40, '\0'), portable, "");
+        row("folder", "app/bin/a.exe/", "probe", portable, "");
+        row("folder without program", "docs/a.txt/", "x", local, "There is no Windows program");
+        row("home", "/", "", local, "It holds more than one program");
+        row("several", "a.exe a.msi", "", local, "These are several files");
+    }
+    void files() {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, reason);
+        QList<QUrl> urls;
+        for (const QString& one : name.split(' ')) {
+            QString path = m_home.path() + "/gone.exe";
+            if (one == "/")
+                path = m_home.path();
+            else if (!one.isEmpty())
+                path = m_home.write(QString(one).remove(QRegularExpression("/$")),
+                                    content == "probe" ? program() : content);
+            const bool isFolder = one.size() > 1 && one.endsWith('/');
+            urls << QUrl::fromLocalFile(isFolder ? m_home.path() + '/' + one.section('/', 0, 0) : path);
+        }
+        drop(urls);
+        QTRY_COMPARE(text("file_state"), QString(reason.isEmpty() ? Valid : Invalid));
+        QCOMPARE(text("file_reason").left(reason.size()), reason);
+        QTEST(shownTab(), "tab");
+        QCOMPARE(shown("add_apps_run")->isEnabled(), reason.isEmpty());
+        if (!reason.isEmpty())
+            return;
+        const QSignalSpy program(m_window.get(), &Mainwindow::openRequested);
+        const QSignalSpy portable(m_window.get(), &Mainwindow::portableRequested);
+        shown("add_apps_run")->click();
+        if (name == "a.yml") {
+            QTRY_VERIFY(qobject_cast<SetupAppInfoDialog*>(QApplication::activeModalWidget()));
+            QApplication::activeModalWidget()->close();
+            return;
+        }
+        QFETCH(QString, tab);
+        QCOMPARE((tab == "add_green_file" ? portable : program).value(0).value(0).toString(),
+                 urls.first().toLocalFile());
+        QCOMPARE(program.size() + portable.size(), 1);
+        QVERIFY(view()->isVisible());
+    }
+
+    void online_data() {
+        const Table<QString, QString> row("path", "state");
+        row("program", "setup.exe", Valid);
+        row("manifest", "a.yml", Valid);
+        row("page", "page.exe", "");
+        row("not of Windows", "odd.exe", Invalid);
+    }
+    void online() {
+        QFETCH(QString, path);
+        QFETCH(QString, state);
+        QApplication::clipboard()->setText(m_server.address(path));
+        TestSupport::press(m_window.get(), Qt::Key_Escape);
+        QVERIFY(view()->isVisible());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+        QTRY_COMPARE(shownTab(), QString("add_online_file"));
+        QCOMPARE(TestSupport::outOfReach(m_window.get()), QString());
+        auto* address = page()->findChild<Fenk::LineEdit*>();
+        QCOMPARE(address->text(), m_server.address(path));
+        QTest::keyClick(address->lineEdit(), Qt::Key_Return);
+        QTRY_VERIFY(!address->lineEdit()->isReadOnly());
+        QTRY_COMPARE(text("file_state"), state);
+        QCOMPARE(shown("add_apps_run")->isEnabled(), state == Valid);
+        QCOMPARE(QFile::exists(m_home.path() + "/Downloads/" + path), !state.isEmpty());
+        address->setText("ftp://x/a.exe");
+        QVERIFY(!shown("download_btn")->isEnabled() && !shown("add_apps_run")->isEnabled());
+    }
+
+    void chosen() {
+        for (const auto& [tab, button, filter] : {std::tuple("local_tab", "add_local_file_btn", "*.yml"),
+                                                  {"portable_tab", "add_green_file_btn", ""}}) {
+            shown(tab)->click();
+            shown(button)->click();
+            auto* dialog = m_window->findChild<QFileDialog*>(QString(button).replace("_btn", "_dialog"));
+            QVERIFY(dialog && dialog->isVisible());
+            QVERIFY(dialog->nameFilters().join(' ').contains(filter));
+            Q_EMIT dialog->fileSelected(QFileInfo(m_home.write("app/a.exe", program())).path());
+            dialog->close();
+            QTRY_COMPARE(text("file_state"), QString(Valid));
+            QCOMPARE(shownTab(), QString("add_green_file"));
+        }
+    }
+};
+
+int main(int argc, char** argv) {
+    return runWindowTest<AddingTest>(argc, argv);
+}
+#include "AddingTest.moc"
