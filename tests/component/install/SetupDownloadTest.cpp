@@ -1,7 +1,10 @@
 #include "store/install/SetupDownload.h"
 
+#include <sys/resource.h>
+
 #include <QCryptographicHash>
 #include <QDir>
+#include <csignal>
 
 #include "store/install/FileHash.h"
 #include "support/HttpServer.h"
@@ -132,6 +135,25 @@ private Q_SLOTS:
             download->cancel();
         QCOMPARE(cancelled.size(), isDeleted ? 0 : 1);
         QCOMPARE(found(), QStringList());
+    }
+
+    /// As on a full disk: in the midst, and with the last bytes.
+    void fullDisk() {
+        rlimit before{};
+        ::getrlimit(RLIMIT_FSIZE, &before);
+        ::signal(SIGXFSZ, SIG_IGN);
+        for (const rlim_t bytes : {100000, 300001}) {
+            const rlimit limit{bytes, before.rlim_max};
+            ::setrlimit(RLIMIT_FSIZE, &limit);
+            SetupDownload download(nullptr);
+            QSignalSpy bad(&download, &SetupDownload::failed);
+            download.start(QUrl(m_server.address("setup.exe")), m_directory, "App");
+            const bool hasFailed = bad.wait();
+            ::setrlimit(RLIMIT_FSIZE, &before);
+            QVERIFY(hasFailed);
+            QVERIFY(bad.first().first().toString().startsWith("Nothing can be saved"));
+            QCOMPARE(found(), QStringList());
+        }
     }
 
     void nothingCanBeSaved() {

@@ -179,7 +179,6 @@ void SetupDownload::onStatus(const HttpAnswer& answer) {
 }
 
 QString SetupDownload::suffixOf(const QByteArray& disposition) {
-    m_file->flush();
     m_file->seek(0);
     const QByteArray first = m_file->read(SetupFileName::FirstBytes);
     QString suffix = SetupFileName::suffixOf(first);
@@ -190,6 +189,10 @@ QString SetupDownload::suffixOf(const QByteArray& disposition) {
 }
 
 void SetupDownload::save(const HttpAnswer& answer) {
+    if (!m_file->flush()) {  // the disk may be full only now
+        fail(tr("Nothing can be saved in %1.").arg(m_directory), m_file->errorString());
+        return;
+    }
     const QByteArray disposition = header(answer, "content-disposition");
     const QString suffix = suffixOf(disposition);
     if (suffix.isEmpty()) {
