@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QApplication>
+#include <QCryptographicHash>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -31,7 +32,6 @@ using namespace TestSupport;
 namespace {
 
 constexpr int LongMs = 180000;
-const char Bottle[] = "program-7";
 const char SampleTitle[] = "Cellarix sample window";
 const char Manifest[] =
     "Name: Seven\nDebInfo: {wine_cmd: lumora-wine8-stable, wine_deps: ''}\n"
@@ -70,14 +70,16 @@ class InstallTest : public QObject {
     QPointer<YamlProgramInstallerSession> m_session;
     QStringList m_errors;
     std::unique_ptr<AppStoreView> m_page;
+    QString m_bottle;
 
-    static QJsonObject programs() {
-        return bottlesJson("get", {Bottle}).object()["External_Programs"].toObject();
+    QJsonObject programs() const {
+        return bottlesJson("get", {m_bottle}).object()["External_Programs"].toObject();
     }
 
     void start() {
         m_errors.clear();
-        m_session = new YamlProgramInstallerSession("7", "k7");
+        m_session = m_bottle == "program-7" ? new YamlProgramInstallerSession("7", "k7")
+                                            : YamlProgramInstallerSession::ofManifest(Manifest);
         connect(m_session, &YamlProgramInstallerSession::signalError, this,
                 [this](const QString& text) { m_errors << text; });
         m_session->start();
@@ -125,6 +127,7 @@ private Q_SLOTS:
         settingsStore()->setOption("client.base_url.", m_server.address({}).chopped(1));
     }
     void init() {
+        m_bottle = "program-7";
         m_server.files = {
             {"appInfo?appId=7&appInfoId=k7", QByteArray(R"({"code":200,"data":{"AppInfo":)") + Record + "}}"},
             {"appInfo?appId=8&appInfoId=k8", R"({"code":4000})"},
@@ -136,8 +139,8 @@ private Q_SLOTS:
     void cleanup() {
         delete m_session;
         m_page.reset();
-        if (bottleNames().contains(Bottle))
-            callBottles("delete", {Bottle});
+        if (bottleNames().contains(m_bottle))
+            callBottles("delete", {m_bottle});
     }
 
     void installs_data() {
@@ -146,6 +149,7 @@ private Q_SLOTS:
         row("installer, from a card", "setup_links", "card", "window.exe");
         row("installer that installs nothing", "setup_nothing", "", "");
         row("portable program", "window", "close window", "seven-window.exe");
+        row("manifest of the user", "window", "manifest close window", "seven-window.exe");
         row("cancelled while the bottle is made", "setup_links", "cancel setup", "");
         row("cancelled while the installer runs", "setup", "cancel run", "");
         row("a component that there is not", "setup_links", "fail", "");
@@ -163,9 +167,12 @@ private Q_SLOTS:
             m_server.files["k7"].replace("  Windows: win10\n", "  Dependencies: [no-such-component]\n");
         if (user == "card")
             openPage();
+        if (user.startsWith("manifest"))
+            m_bottle =
+                "program-" + QCryptographicHash::hash(Manifest, QCryptographicHash::Sha256).toHex().left(16);
         choose(file);
         const QPointer<YamlProgramInstallerBanner> banner = shown<YamlProgramInstallerBanner>();
-        if (user == "close window") {
+        if (user.endsWith("close window")) {
             QTRY_VERIFY_WITH_TIMEOUT(!banner->isVisible(), LongMs);
             QVERIFY(m_windows.close(m_windows.byTitle(SampleTitle).id));
         } else if (user == "cancel setup") {
@@ -194,7 +201,7 @@ private Q_SLOTS:
         for (const QJsonValue& program : InstallTest::programs())
             found += program.toObject()["path"].toString().section('\\', -1).section('/', -1);
         QCOMPARE(found.join(' '), programs);
-        QTRY_COMPARE_WITH_TIMEOUT(bottleNames().contains(Bottle), !programs.isEmpty(), LongMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bottleNames().contains(m_bottle), !programs.isEmpty(), LongMs);
         if (m_page)
             runsAndQuits();
     }
@@ -238,7 +245,7 @@ private:
         ProgramRef ref;
         StoreProgram::find(OpenAPI::VeskClientAppInfo(QString(Record)), this,
                            [&](const ProgramRef& found) { ref = found; });
-        QTRY_COMPARE(ref.bottle, QString(Bottle));
+        QTRY_COMPARE(ref.bottle, m_bottle);
         start();
         QTRY_VERIFY(!m_session);
         QCOMPARE(m_errors, QStringList("Seven has been installed"));
