@@ -26,7 +26,7 @@ AddedFile refused(const QString& path, const QString& reason) {
 }
 
 AddedFile refused(const QString& path, const OpenRefusal& refusal) {
-    return refused(path, refusal.advice.isEmpty() ? refusal.reason : refusal.reason + ' ' + refusal.advice);
+    return refused(path, refusal.advice.isEmpty() ? refusal.reason : refusal.reason + '\n' + refusal.advice);
 }
 
 AddedFile accepted(AddedFile::Kind kind, const QString& path) {
