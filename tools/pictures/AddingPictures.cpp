@@ -100,7 +100,7 @@ const struct {
          scene.add(scene.home->write("harbour.yml", Manifest));
          scene.press("add_apps_run");
      }},
-    {"drop", [](const Scene& scene) { scene.window->findChild<DropFrame*>()->showFor(false); }},
+    {"drop", [](const Scene& scene) { scene.window->findChild<DropFrame*>()->show(); }},
 };
 
 }  // namespace

@@ -310,7 +310,7 @@ QList<QWidget*> associations(const Scene& scene) {
 }
 
 QList<QWidget*> drop(const Scene& scene) {
-    scene.window->findChild<DropFrame*>()->showFor(true);
+    scene.window->findChild<DropFrame*>()->show();
     return {scene.window};
 }
 

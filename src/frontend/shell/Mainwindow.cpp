@@ -1,5 +1,6 @@
 #include "shell/Mainwindow.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QDebug>
@@ -15,16 +16,20 @@
 #include <QtConcurrentRun>
 
 #include "core/base/BuildInfo.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/style/Theme.h"
 #include "fenk/window/TitleBar.h"
 #include "launch/LaunchWindows.h"
 #include "launch/records/EventRecord.h"
 #include "launch/records/EventWriter.h"
 #include "probes/HardwareInfo.h"
+#include "shell/AddDispatcher.h"
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/SearchWidget.h"
 #include "shell/SidebarView.h"
+#include "shell/adding/AddedFile.h"
+#include "shell/requests/AddInputs.h"
 
 namespace {
 constexpr QSize FixedSize(950, 700);
@@ -34,7 +39,8 @@ constexpr int SetUpDelayMs = 10;
 Mainwindow::Mainwindow()
     : m_searchWidget(new SearchWidget),
       m_indexView(new IndexView(m_searchWidget)),
-      m_dropFrame(new DropFrame(this)) {
+      m_dropFrame(new DropFrame(this)),
+      m_add(new AddDispatcher(this)) {
     setObjectName("mainwindow");
     setAccessibleName("mainwindow");
     setWindowTitle(QCoreApplication::translate("Main", "Cellarix"));
@@ -46,8 +52,13 @@ Mainwindow::Mainwindow()
     titlebar()->setCustomWidget(m_searchWidget);
     setCentralWidget(m_indexView);
     connect(m_indexView, &IndexView::openRequested, this, &Mainwindow::openRequested);
-    connect(m_indexView, &IndexView::portableRequested, this, &Mainwindow::portableRequested);
-    connect(m_searchWidget, &SearchWidget::linkPasted, m_indexView, &IndexView::add);
+    connect(m_add, &AddDispatcher::openRequested, this, &Mainwindow::openRequested);
+    connect(m_add, &AddDispatcher::manifestRequested, m_indexView,
+            [this](const QString& path) { m_indexView->add({path, {}, {}}); });
+    connect(m_add, &AddDispatcher::addressRequested, m_indexView,
+            [this](const QUrl& address) { m_indexView->add({{}, address, {}}); });
+    connect(m_indexView, &IndexView::portableRequested, m_add, &AddDispatcher::addPortable);
+    m_searchWidget->setPasteHandler([this] { return paste(); });
     connect(Fenk::Theme::instance(), &Fenk::Theme::themeTypeChanged, this, &Mainwindow::themeChanged);
     themeChanged();
     auto* add = new QShortcut(QKeySequence::Open, this);
@@ -113,7 +124,7 @@ void Mainwindow::keyPressEvent(QKeyEvent* event) {
     if (plain && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace())
         m_searchWidget->begin(text);
     else if (event->matches(QKeySequence::Paste))
-        paste();
+        pasteOrTell();
     else if (event->matches(QKeySequence::Find) || event->key() == Qt::Key_Up)
         m_searchWidget->setFocus(Qt::ShortcutFocusReason);
     else if (event->key() == Qt::Key_Escape)
@@ -122,18 +133,27 @@ void Mainwindow::keyPressEvent(QKeyEvent* event) {
         Fenk::MainWindow::keyPressEvent(event);
 }
 
-void Mainwindow::paste() {
-    const AddedLink link = AddedLink::ofClipboard(QGuiApplication::clipboard()->mimeData());
-    if (!link.isEmpty())
-        m_indexView->add(link);
+void Mainwindow::pasteOrTell() {
+    if (!paste())
+        Fenk::FloatingMessage::show(this, Fenk::Theme::icon("fenk-info"),
+                                    tr("The clipboard has no file and no address of a program."));
 }
 
+bool Mainwindow::paste() {
+    const QMimeData* clipboard = QApplication::clipboard()->mimeData();
+    const QStringList inputs = clipboard ? AddInputs::of(clipboard) : QStringList();
+    if (!inputs.isEmpty())
+        m_add->take(inputs);
+    return !inputs.isEmpty();
+}
+
+/// What it is, is looked at when it is dropped: a path may lie on a server that does not answer.
 void Mainwindow::dragEnterEvent(QDragEnterEvent* event) {
-    const bool isProgram = !DropFrame::programIn(event->mimeData()).isEmpty();
-    if (!isProgram && DropFrame::linkIn(event->mimeData()).isEmpty())
+    if (AddInputs::of(event->mimeData()).isEmpty())
         return;
     event->acceptProposedAction();
-    m_dropFrame->showFor(isProgram);
+    m_dropFrame->raise();
+    m_dropFrame->show();
 }
 
 void Mainwindow::dragLeaveEvent(QDragLeaveEvent* event) {
@@ -143,13 +163,9 @@ void Mainwindow::dragLeaveEvent(QDragLeaveEvent* event) {
 
 void Mainwindow::dropEvent(QDropEvent* event) {
     m_dropFrame->hide();
-    const QString path = DropFrame::programIn(event->mimeData());
-    const AddedLink link = DropFrame::linkIn(event->mimeData());
-    if (path.isEmpty() && link.isEmpty())
+    const QStringList inputs = AddInputs::of(event->mimeData());
+    if (inputs.isEmpty())
         return;
     event->acceptProposedAction();
-    if (path.isEmpty())
-        m_indexView->add(link);
-    else
-        Q_EMIT openRequested(path);
+    m_add->take(inputs);
 }

@@ -2,6 +2,7 @@
 
 #include "fenk/window/MainWindow.h"
 
+class AddDispatcher;
 class DropFrame;
 class IndexView;
 class SearchWidget;
@@ -14,12 +15,11 @@ public:
     Mainwindow();
 
     IndexView* indexView() const { return m_indexView; }
+    AddDispatcher* addDispatcher() const { return m_add; }
 
 Q_SIGNALS:
-    /// The user chose or dropped a file to run.
+    /// The user chose, dropped or pasted a file to run, or added a program, whose address it is then.
     void openRequested(const QString& path);
-    /// The user wants this folder or .zip as a program in a bottle of its own.
-    void portableRequested(const QString& path);
 
 public Q_SLOTS:
     void themeChanged();
@@ -35,11 +35,13 @@ protected:
 private:
     void setUp();
     void setUpTitlebarMenu();
-    /// Adds the file or address in the clipboard, if it is one.
-    void paste();
+    /// False when the clipboard has nothing that could be added.
+    bool paste();
+    void pasteOrTell();
 
     SearchWidget* m_searchWidget;
     IndexView* m_indexView;
     DropFrame* m_dropFrame;
+    AddDispatcher* m_add;
     bool m_wasShown = false;
 };

@@ -1,12 +1,10 @@
 #include "shell/SearchWidget.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 
 #include "fenk/controls/SearchEdit.h"
-#include "shell/adding/AddedFile.h"
 
 namespace {
 constexpr QSize LeastSize(350, 36);
@@ -63,13 +61,8 @@ void SearchWidget::clearAndReturn() {
 bool SearchWidget::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         auto* press = static_cast<QKeyEvent*>(event);
-        const AddedLink link = press->matches(QKeySequence::Paste)
-                                   ? AddedLink::ofClipboard(QApplication::clipboard()->mimeData())
-                                   : AddedLink();
-        if (!link.isEmpty()) {
-            Q_EMIT linkPasted(link);
+        if (press->matches(QKeySequence::Paste) && m_pasteHandler && m_pasteHandler())
             return true;
-        }
         switch (press->key()) {
             case Qt::Key_Down:
             case Qt::Key_Return:

@@ -2,8 +2,7 @@
 
 #include <QPointer>
 #include <QWidget>
-
-struct AddedLink;
+#include <functional>
 
 namespace Fenk {
 class SearchEdit;
@@ -21,11 +20,12 @@ public:
     /// Focuses the field and appends a letter that was typed elsewhere in the window.
     void begin(const QString& letter);
 
+    /// Asked first when the user pastes into the field; true means that it was no keyword.
+    void setPasteHandler(const std::function<bool()>& handler) { m_pasteHandler = handler; }
+
 Q_SIGNALS:
     void textChanged(const QString& text);
     void leaveForResults();
-    /// The user has pasted a file or an address, which is no keyword.
-    void linkPasted(const AddedLink& link);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -34,6 +34,7 @@ private:
     void clearAndReturn();
 
     Fenk::SearchEdit* m_edit;
+    std::function<bool()> m_pasteHandler;
     QPointer<QWidget> m_previousFocus;
     bool m_hasPreviousFocus = false;  ///< stays true if that widget is deleted
 };

@@ -5,6 +5,7 @@
 
 #include "LibraryFixture.h"
 #include "fenk/controls/LineEdit.h"
+#include "shell/IndexView.h"
 #include "shell/adding/AddAppsWidget.h"
 #include "store/install/SetupAppInfoDialog.h"
 #include "support/HttpServer.h"
@@ -118,7 +119,7 @@ private Q_SLOTS:
         if (!reason.isEmpty())
             return;
         const QSignalSpy program(m_window.get(), &Mainwindow::openRequested);
-        const QSignalSpy portable(m_window.get(), &Mainwindow::portableRequested);
+        const QSignalSpy portable(m_window->indexView(), &IndexView::portableRequested);
         shown("add_apps_run")->click();
         if (name == "a.yml") {
             QTRY_VERIFY(qobject_cast<SetupAppInfoDialog*>(QApplication::activeModalWidget()));

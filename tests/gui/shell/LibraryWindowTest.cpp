@@ -1,7 +1,6 @@
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QMenu>
-#include <QMimeData>
 
 #include "backend/BottlesConfig.h"
 #include "backend/PendingWork.h"
@@ -310,25 +309,6 @@ private Q_SLOTS:
         QVERIFY(states->isSettingUp() && isPending());
         states->onSetupingYmlDone("1", file, true);
         QVERIFY(!states->isSettingUp() && !isPending() && !QFile::exists(file));
-    }
-
-    void drop() {
-        open({});
-        const QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
-        const auto* frame = m_window->findChild<DropFrame*>();
-        for (const char* file : {"a.txt", "Setup.EXE"}) {
-            const bool isProgram = opened.isEmpty() && file[0] == 'S';
-            QMimeData data;
-            data.setUrls({QUrl::fromLocalFile(m_home.write(file, "x"))});
-            QDragEnterEvent enter({400, 400}, Qt::CopyAction, &data, Qt::LeftButton, {});
-            QApplication::sendEvent(m_window.get(), &enter);
-            QCOMPARE(enter.isAccepted(), isProgram);
-            QCOMPARE(frame->isVisible(), isProgram);
-            QDropEvent drop({400, 400}, Qt::CopyAction, &data, Qt::LeftButton, {});
-            QApplication::sendEvent(m_window.get(), &drop);
-            QCOMPARE(opened.count(), int(isProgram));
-            QVERIFY(!frame->isVisible());
-        }
     }
 
     void addProgram() {

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QMimeData>
 
 #include "fenk/system/RegularFile.h"
 #include "launch/inspection/OpenRefusal.h"
@@ -14,7 +13,6 @@
 
 namespace {
 
-constexpr int LongestAddress = 4096;
 constexpr int MostEntries = 20000;  // of a folder, until it is taken on trust
 
 AddedFile refused(const QString& path, const QString& reason) {
@@ -111,21 +109,4 @@ AddedLink AddedLink::of(const QList<QUrl>& urls) {
         {},
         AddedFile::tr(
             "Only files of this computer and addresses that begin with http:// or https:// can be added.")};
-}
-
-AddedLink AddedLink::ofClipboard(const QMimeData* data) {
-    if (!data)
-        return {};
-    return data->hasUrls() ? of(data->urls()) : ofText(data->text());
-}
-
-AddedLink AddedLink::ofText(const QString& text) {
-    const QString line = text.trimmed();
-    if (line.size() > LongestAddress || line.contains('\n'))
-        return {};
-    if (line.startsWith('/'))
-        return {line, {}, {}};
-    const QUrl url(line, QUrl::TolerantMode);
-    const bool isKnown = url.isLocalFile() || SetupDownload::canFetch(url);
-    return isKnown ? of({url}) : AddedLink();
 }

@@ -5,8 +5,6 @@
 #include <QString>
 #include <QUrl>
 
-class QMimeData;
-
 /// A file or folder that the user wants to add, judged by its name and its content.
 struct AddedFile {
     Q_DECLARE_TR_FUNCTIONS(AddedFile)
@@ -35,9 +33,4 @@ struct AddedLink {
     QString errorText;
 
     static AddedLink of(const QList<QUrl>& urls);
-    /// For what may be no such thing at all, like the clipboard: nothing is set then.
-    static AddedLink ofClipboard(const QMimeData* data);
-    static AddedLink ofText(const QString& text);
-
-    bool isEmpty() const { return path.isEmpty() && address.isEmpty() && errorText.isEmpty(); }
 };

@@ -44,6 +44,13 @@ BottleCopy* BottleCopy::restore(const QString& name, const QString& file) {
     return copy;
 }
 
+BottleCopy* BottleCopy::addPortable(const QString& path) {
+    auto* copy = new BottleCopy(Kind::Portable, path.section('/', -1, -1, QString::SectionSkipEmpty), path);
+    BottleBackups::instance()->importPortable(path, copy,
+                                              [copy](const BusResult& result) { copy->finish(result); });
+    return copy;
+}
+
 BottleCopy::BottleCopy(Kind kind, const QString& name, const QString& file)
     : QObject(qApp), m_kind(kind), m_name(name), m_file(file), m_hold(PendingWork::instance()->hold()) {
     connect(BottleBackups::instance(), &BottleBackups::copyProgress, this,
@@ -61,7 +68,8 @@ void BottleCopy::cancel() {
 void BottleCopy::finish(const BusResult& result) {
     if (!result.ok || !result.object()["ok"].toBool())
         qWarning().noquote() << "no copy of a bottle:" << m_file << result.errorMessage << result.text;
-    const Outcome outcome = outcomeOf(result);
+    Outcome outcome = outcomeOf(result);
+    outcome.result = result.object();
     if (!isSignalConnected(QMetaMethod::fromSignal(&BottleCopy::finished)))
         notify(outcome);
     m_hold.reset();
@@ -82,8 +90,9 @@ void BottleCopy::notify(const Outcome& outcome) {
 
 Outcome BottleCopy::failureOf(const BusResult& result) const {
     const QJsonObject object = result.object();
-    const QString failure = m_kind == Kind::BackUp ? tr("%1 could not be backed up.").arg(m_name)
-                                                   : tr("The backup could not be restored.");
+    const QString failure = m_kind == Kind::BackUp    ? tr("%1 could not be backed up.").arg(m_name)
+                            : m_kind == Kind::Restore ? tr("The backup could not be restored.")
+                                                      : tr("%1 could not be added.").arg(m_name);
     if (object["reasons"][0].toObject()["code"] == "cancelled")
         return m_isCancelled ? Outcome{Outcome::End::Cancelled, {}, {}}
                              : Outcome{Outcome::End::Failed, failure,
@@ -110,6 +119,8 @@ Outcome BottleCopy::outcomeOf(const BusResult& result) const {
             leftOut.isEmpty()
                 ? QDir::toNativeSeparators(m_file)
                 : tr("Links that lead out of the container are not in the file: %1").arg(joined(leftOut));
+    } else if (m_kind == Kind::Portable) {
+        outcome.text = tr("%1 is copied.").arg(m_name);
     } else {
         outcome.text = tr("Back in the library: %1").arg(m_name);
         if (object["otherWine"].toBool())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QObject>
 
 #include "backend/PendingWork.h"
@@ -7,24 +8,27 @@
 
 struct BusResult;
 
-/// A bottle that the service is backing up into a file or restoring from one, asked for by the user. Goes on
-/// without a window, keeps the process running until the end, and deletes itself after finished(). GUI
-/// thread.
+/// A bottle that the service is backing up into a file, restoring from one, or making of a portable program,
+/// asked for by the user. Goes on without a window, keeps the process running until the end, and deletes
+/// itself after finished(). GUI thread.
 class BottleCopy : public QObject {
     Q_OBJECT
 public:
-    enum class Kind { BackUp, Restore };
+    enum class Kind { BackUp, Restore, Portable };
 
     /// How it ended. Everything for the user, in the user's language.
     struct Outcome {
         enum class End { Done, Failed, Cancelled, Busy, Changed };
         End end = End::Failed;
-        QString text;  ///< what was done, or why it was not
-        QString note;  ///< what else to know; may be empty
+        QString text;          ///< what was done, or why it was not
+        QString note;          ///< what else to know; may be empty
+        QJsonObject result{};  ///< the service's answer
     };
 
     static BottleCopy* backUp(const Program& program, const QString& file);
     static BottleCopy* restore(const QString& name, const QString& file);
+    /// From a folder or a zip archive with a portable program.
+    static BottleCopy* addPortable(const QString& path);
 
     Kind kind() const { return m_kind; }
     /// Of the program, or of the restored programs, for texts.

@@ -19,6 +19,18 @@ constexpr int BarSteps = 1000;
 constexpr int LongestName = 40;
 constexpr int MessageMs = 6000;
 
+QString titleOf(BottleCopy::Kind kind) {
+    switch (kind) {
+        case BottleCopy::Kind::BackUp:
+            return BottleCopyDialog::tr("Backing Up %1");
+        case BottleCopy::Kind::Restore:
+            return BottleCopyDialog::tr("Restoring %1");
+        case BottleCopy::Kind::Portable:
+            break;
+    }
+    return BottleCopyDialog::tr("Adding %1");
+}
+
 QString shortened(const QString& name) {
     return name.size() <= LongestName ? name : name.left(LongestName) + QChar(0x2026);
 }
@@ -31,10 +43,11 @@ BottleCopyDialog::BottleCopyDialog(BottleCopy* copy, QWidget* over)
       m_file(copy->file()),
       m_bar(new QProgressBar),
       m_text(new Fenk::Label(tr("Preparing"), Fenk::Label::Small)),
-      m_isBackUp(copy->kind() == BottleCopy::Kind::BackUp) {
+      m_isBackUp(copy->kind() == BottleCopy::Kind::BackUp),
+      m_isPortable(copy->kind() == BottleCopy::Kind::Portable) {
     setObjectName("bottle_copy_dialog");
     setFixedWidth(Fenk::Tokens::DialogMaxWidth - 2 * Fenk::Tokens::Space32);
-    setTitle((m_isBackUp ? tr("Backing Up %1") : tr("Restoring %1")).arg(shortened(copy->name())));
+    setTitle(titleOf(copy->kind()).arg(shortened(copy->name())));
     m_bar->setObjectName("copy_bar");
     m_bar->setAccessibleName(title());
     m_bar->setTextVisible(false);
@@ -67,6 +80,12 @@ void BottleCopyDialog::showProgress(qint64 done, qint64 total) {
 
 void BottleCopyDialog::showOutcome(const BottleCopy::Outcome& outcome) {
     m_hasEnded = true;
+    if (m_isPortable && outcome.end == End::Done) {
+        // The choice of its programs follows.
+        done(-1);
+        deleteLater();
+        return;
+    }
     if (!parentWidget()->window()->isVisible()) {
         BottleCopy::notify(outcome);
         deleteLater();

@@ -29,6 +29,7 @@ private:
     QProgressBar* m_bar;
     Fenk::Label* m_text;
     bool m_isBackUp;
+    bool m_isPortable;
     bool m_isCancelling = false;
     bool m_hasEnded = false;
     bool m_canRepeat = false;

@@ -6,6 +6,7 @@
 #include <QStackedWidget>
 #include <QStandardItemModel>
 #include <QTreeView>
+#include <algorithm>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
@@ -23,6 +24,7 @@ namespace {
 
 constexpr QSize ListSize(520, 320);
 constexpr int NameWidth = 220;
+constexpr int IconSize = 32;
 constexpr int MostReadNames = 200;  ///< each takes a tool, which may take seconds
 enum Column { Name, Location };
 
@@ -33,6 +35,13 @@ QStandardItem* makeItem(const QString& text, bool isEntered) {
     item->setToolTip(isEntered ? ChooseExecutableDialog::tr("Already in the list of applications")
                                : plainToolTip(text));
     return item;
+}
+
+QIcon iconOf(const Executable& executable) {
+    QIcon icon;
+    for (const QImage& image : executable.images)
+        icon.addPixmap(QPixmap::fromImage(image));
+    return executable.images.isEmpty() ? Theme::icon("cxb_app_default_icon") : icon;
 }
 
 }  // namespace
@@ -48,15 +57,7 @@ ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QStri
                                    tr("The programs in this container cannot be read at the moment."),
                                    tr("Retry"))),
       m_pages(new QStackedWidget) {
-    setObjectName("choose_executable_dialog");
-    setAttribute(Qt::WA_DeleteOnClose);
-    m_list->setObjectName("executables_list");
-    m_list->setAccessibleName(tr("Programs in this container"));
-    m_list->setModel(m_model);
-    m_list->setRootIsDecorated(false);
-    m_list->setUniformRowHeights(true);
-    m_list->setAllColumnsShowFocus(true);
-    m_list->setTextElideMode(Qt::ElideMiddle);
+    makeList(tr("Programs in this container"));
     auto* spinner = new Spinner;
     spinner->startDelayed();
     m_pages->setFixedSize(ListSize);
@@ -79,6 +80,49 @@ ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QStri
             Q_EMIT fileRequested();
     });
     load();
+}
+
+ChooseExecutableDialog::ChooseExecutableDialog(const QString& title, const QVector<Executable>& offered,
+                                               QWidget* parent)
+    : Dialog(title, tr("The likely one comes first. Those that you choose are added to the library."),
+             parent),
+      m_model(new QStandardItemModel(this)),
+      m_list(new QTreeView),
+      m_pages(new QStackedWidget),
+      m_takesSeveral(true) {
+    makeList(tr("Programs that were found"));
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->setIconSize(QSize(IconSize, IconSize));
+    m_pages->setFixedSize(ListSize);
+    m_pages->addWidget(m_list);
+    addContent(m_pages);
+    const int cancel = addButton(tr("Cancel"));
+    m_add = addButton(tr("Add and Run"), true, ButtonRecommend);
+    setOnButtonClickedClose(false);
+    connect(m_list, &QTreeView::activated, this, [this] { button(m_add)->click(); });
+    connect(this, &Dialog::buttonClicked, this, [this, cancel](int index) {
+        if (index == cancel)
+            done(-1);
+        else
+            onOkBtnClicked();
+    });
+    connect(this, &QDialog::finished, this, [this](int result) {
+        if (result != m_add)
+            Q_EMIT cancelled();
+    });
+    fill(offered);
+}
+
+void ChooseExecutableDialog::makeList(const QString& accessibleName) {
+    setObjectName("choose_executable_dialog");
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_list->setObjectName("executables_list");
+    m_list->setAccessibleName(accessibleName);
+    m_list->setModel(m_model);
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setTextElideMode(Qt::ElideMiddle);
 }
 
 void ChooseExecutableDialog::load() {
@@ -112,6 +156,8 @@ void ChooseExecutableDialog::fill(const QVector<Executable>& executables) {
         if (!found.isEntered && first < 0)
             first = m_model->rowCount();
         m_model->appendRow({makeItem(found.name, found.isEntered), makeItem(found.path, found.isEntered)});
+        if (m_takesSeveral)
+            m_model->item(m_model->rowCount() - 1, Name)->setIcon(iconOf(found));
     }
     if (first < 0) {
         m_pages->setCurrentWidget(m_nothing);
@@ -120,8 +166,8 @@ void ChooseExecutableDialog::fill(const QVector<Executable>& executables) {
     m_list->setCurrentIndex(m_model->index(first, Name));
     m_pages->setCurrentWidget(m_list);
     m_list->setFocus();
-    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            &ChooseExecutableDialog::onItemClicked);
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this] { onItemClicked(m_list->currentIndex()); });
     onItemClicked(m_list->currentIndex());
     readNames(0);
 }
@@ -153,11 +199,34 @@ const Executable* ChooseExecutableDialog::chosen() const {
     return canBeAdded ? &m_executables[row] : nullptr;
 }
 
+QVector<int> ChooseExecutableDialog::chosenRows() const {
+    QVector<int> rows;
+    for (const QModelIndex& index : m_list->selectionModel()->selectedRows())
+        rows += index.row();
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
 void ChooseExecutableDialog::onItemClicked(const QModelIndex&) {
-    button(m_add)->setEnabled(chosen());
+    button(m_add)->setEnabled(m_takesSeveral ? !chosenRows().isEmpty() : chosen() != nullptr);
+}
+
+void ChooseExecutableDialog::showFailure(const QString& errorText) {
+    setMessage(errorText);
+    m_pages->setEnabled(true);
+    onItemClicked(m_list->currentIndex());
 }
 
 void ChooseExecutableDialog::onOkBtnClicked() {
+    if (m_takesSeveral) {
+        QVector<QJsonObject> records;
+        for (const int row : chosenRows())
+            records += m_executables[row].record;
+        m_pages->setEnabled(false);
+        button(m_add)->setEnabled(false);
+        Q_EMIT programsChosen(records);
+        return;
+    }
     const Executable* executable = chosen();
     if (!executable)
         return;

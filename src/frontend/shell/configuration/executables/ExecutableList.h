@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QVector>
@@ -9,9 +10,10 @@ struct Executable {
     QString name;
     QString path;  ///< Windows or Unix path, as in the record
     QJsonObject record;
-    bool isEntered = true;  ///< among the bottle's programs; otherwise the service has found it
-    QString file;           ///< Unix path
-    bool isNamed = true;    ///< by the record; otherwise the name is that of the file
+    bool isEntered = true;   ///< among the bottle's programs; otherwise the service has found it
+    QString file;            ///< Unix path
+    bool isNamed = true;     ///< by the record; otherwise the name is that of the file
+    QList<QImage> images{};  ///< of its icon, if they were read
 };
 
 namespace ExecutableList {

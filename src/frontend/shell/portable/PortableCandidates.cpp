@@ -1,0 +1,118 @@
+#include "shell/portable/PortableCandidates.h"
+
+#include <QDebug>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QUuid>
+#include <algorithm>
+
+#include "backend/ProgramRecord.h"
+#include "core/base/Paths.h"
+#include "core/base/ToolProcess.h"
+#include "launch/icons/IconFile.h"
+#include "launch/inspection/ExeFileInfo.h"
+#include "launch/inspection/ProgramKind.h"
+#include "shell/portable/ProgramLikelihood.h"
+
+namespace {
+
+constexpr quint16 Console = 3;  // subsystem
+
+struct Candidate {
+    QString file;
+    QString path;  ///< of Windows
+    ProgramFacts facts;
+    QList<QImage> icon;
+    int likelihood = 0;
+};
+
+/// Not std::sort: equal ones keep the order of their paths.
+void sort(QVector<Candidate>* candidates) {
+    for (Candidate& candidate : *candidates)
+        candidate.likelihood = ProgramLikelihood::of(candidate.facts);
+    std::stable_sort(
+        candidates->begin(), candidates->end(),
+        [](const Candidate& one, const Candidate& other) { return one.likelihood > other.likelihood; });
+}
+
+QVector<Candidate> found(const QString& directory, const QString& folder) {
+    QVector<Candidate> candidates;
+    const ProgramHost host = ProgramHost::thisMachine();
+    QDirIterator walk(directory, {"*.exe", "*.bat"}, QDir::Files | QDir::NoSymLinks | QDir::Hidden,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext() && candidates.size() < PortableCandidates::MostFiles) {
+        Candidate candidate;
+        candidate.file = walk.next();
+        const QString relative = candidate.file.mid(directory.size() + 1);
+        const ProgramHeader header = ProgramHeader::read(candidate.file);
+        const bool isBatch = relative.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive);
+        if (!isBatch && !header.isProgram())
+            continue;
+        candidate.path = folder + '\\' + QString(relative).replace('/', '\\');
+        ProgramFacts& facts = candidate.facts;
+        facts.fileName = walk.fileName();
+        facts.folderName = QFileInfo(directory).fileName();
+        facts.depth = relative.count('/');
+        facts.bytes = walk.fileInfo().size();
+        facts.isGraphical = !isBatch && header.subsystem != Console;
+        facts.runsHere = programKind(header, walk.fileInfo().suffix(), host) == ProgramKind::Runnable;
+        candidates += candidate;
+    }
+    std::sort(candidates.begin(), candidates.end(), [](const Candidate& one, const Candidate& other) {
+        return one.path.compare(other.path, Qt::CaseInsensitive) < 0;
+    });
+    return candidates;
+}
+
+void examine(Candidate* candidate, const QString& directory) {
+    const QJsonObject block = peVersionInfo(candidate->file);
+    for (const char* key : {"ProductName", "FileDescription"}) {
+        const QString name = block.value(QLatin1String(key)).toString().simplified();
+        if (!name.isEmpty() && !candidate->facts.names.contains(name))
+            candidate->facts.names += name;
+    }
+    const QString icon = QUuid::createUuid().toString(QUuid::WithoutBraces) + ".png";
+    if (ToolProcess::runQuietly(Paths::iconExtractorScript(), {candidate->file, icon, directory}).succeeded())
+        candidate->icon = IconFile::images(directory + '/' + icon);
+    candidate->facts.hasIcon = !candidate->icon.isEmpty();
+}
+
+Executable executableOf(const Candidate& candidate, QSet<QString>* takenNames) {
+    QStringList names = candidate.facts.names;
+    names += QFileInfo(candidate.file).completeBaseName();
+    // Several programs of one product often share its name.
+    QString name = names.first();
+    for (int i = 1; takenNames->contains(name) && i < names.size(); ++i)
+        name = names[i];
+    takenNames->insert(name);
+    Executable executable;
+    executable.name = name;
+    executable.path = candidate.path;
+    executable.record =
+        ProgramRecord::minimal(QUuid::createUuid().toString(QUuid::WithoutBraces), name, candidate.path);
+    executable.isEntered = false;
+    executable.file = candidate.file;
+    executable.images = candidate.icon;
+    return executable;
+}
+
+}  // namespace
+
+QVector<Executable> PortableCandidates::in(const QString& directory, const QString& folder) {
+    QVector<Candidate> candidates = found(directory, folder);
+    sort(&candidates);
+    candidates.resize(std::min(candidates.size(), MostOffered));
+    const QTemporaryDir icons;
+    for (int i = 0; i < std::min(candidates.size(), MostExamined); ++i)
+        examine(&candidates[i], icons.path());
+    sort(&candidates);
+    QVector<Executable> offered;
+    QSet<QString> names;
+    for (const Candidate& candidate : qAsConst(candidates)) {
+        qInfo().noquote() << "found" << candidate.path << candidate.likelihood;
+        offered += executableOf(candidate, &names);
+    }
+    return offered;
+}

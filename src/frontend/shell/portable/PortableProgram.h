@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include "backend/PendingWork.h"
+#include "backend/ProgramRef.h"
+#include "shell/configuration/executables/ExecutableList.h"
+#include "shell/library/BottleCopy.h"
+
+class ChooseExecutableDialog;
+struct BusResult;
+
+/// A portable program, a folder or a zip archive, that becomes part of the library: the background service
+/// copies it into a bottle of its own, the user picks among its programs, these are entered and the first is
+/// started. The service copies, not this process, since it removes what is half made also after a crash and
+/// shows a bottle only when it is whole. A cancel at any point leaves nothing, since the bottle is new and
+/// holds only the copy. Without its window it goes on, enters the likely program and notifies the user.
+/// Deletes itself at the end. GUI thread; nothing waits.
+class PortableProgram : public QObject {
+    Q_OBJECT
+public:
+    /// Shows its progress over the window of `over`.
+    static PortableProgram* start(const QString& path, QWidget* over);
+
+Q_SIGNALS:
+    /// A program was entered that the user wants to start.
+    void startRequested(const ProgramRef& program);
+    /// Exactly once; the bottle is empty when nothing was added.
+    void finished(const QString& bottle);
+
+private:
+    PortableProgram(const QString& path, QWidget* over);
+    void onCopied(const BottleCopy::Outcome& outcome);
+    void onFound(const QVector<Executable>& programs);
+    void offer();
+    bool hasWindow() const;
+    /// Enters the rest of the records, one after the other.
+    void enter(const QVector<QJsonObject>& records, int index);
+    void onEntered(const BusResult& result, const QVector<QJsonObject>& records, int index);
+    void onAllEntered(const QVector<QJsonObject>& records);
+    void keepLikely();
+    void removeBottle();
+    void tell(const QString& text, const QString& note) const;
+    void end(const QString& bottle);
+
+    const QString m_path;
+    QPointer<QWidget> m_over;
+    QPointer<ChooseExecutableDialog> m_dialog;
+    QString m_bottle;
+    QVector<Executable> m_programs;
+    bool m_isDecided = false;  ///< the user has chosen or cancelled
+    PendingWork::Hold m_hold = PendingWork::instance()->hold();
+};

@@ -1,0 +1,173 @@
+#include <QClipboard>
+#include <QMimeData>
+#include <QTreeView>
+
+#include "LibraryFixture.h"
+#include "shell/AddDispatcher.h"
+#include "shell/DropFrame.h"
+#include "shell/configuration/executables/ChooseExecutableDialog.h"
+#include "shell/library/BottleCopyDialog.h"
+#include "support/Table.h"
+
+using namespace TestSupport;
+
+/// What is dropped and pasted in the library, and how a portable program gets into it.
+class PortableProgramTest : public LibraryFixture {
+    Q_OBJECT
+
+    template <class Widget>
+    Widget* find(const char* name) const {
+        return m_window->findChild<Widget*>(name);
+    }
+    ChooseExecutableDialog* choice() const {
+        return find<ChooseExecutableDialog>("choose_executable_dialog");
+    }
+    QString source() const { return m_home.path() + "/App"; }
+
+    void drop(const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({400, 400}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(m_window.get(), &enter);
+        QVERIFY(enter.isAccepted() && find<DropFrame>("drop_frame")->isVisible());
+        QDropEvent dropped({400, 400}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(m_window.get(), &dropped);
+        QVERIFY(!find<DropFrame>("drop_frame")->isVisible());
+    }
+    /// The service copies the folder, until the choice of its programs is shown.
+    void addFolder() {
+        QByteArray program(1024, 0);
+        program.replace(0, 2, "MZ");
+        for (const char* name : {"unins000.exe", "app.exe", "tools/second.exe"})
+            m_home.write(QString("b/drive_c/Program Files/App/") + name, program);
+        m_service->setJson("Backup.importPortable", QJsonObject{{"ok", true},
+                                                                {"bottle", "portable-App"},
+                                                                {"path", m_home.path() + "/b"},
+                                                                {"folder", "C:\\Program Files\\App"}});
+        QDir().mkpath(source());
+        openUntil(State::Ready);
+        drop({QUrl::fromLocalFile(source())});
+        QCOMPARE(m_service->waitForCall("importPortable").arguments, QJsonArray{source()});
+        QTRY_VERIFY(choice() && choice()->isVisible());
+    }
+
+private Q_SLOTS:
+    void requests_data() {
+        const Table<QString, QString, QString> row("input", "signal", "text");
+        row("program", "a.exe", "openRequested", "a.exe");
+        row("two programs", "a.exe\nb.bat", "openRequested", "a.exe");
+        row("manifest", "a.yml", "manifestRequested", "a.yml");
+        row("address", "https://example.com/a.exe", "addressRequested", "");
+        row("missing", "gone.exe", "", "gone.exe is not there");
+    }
+    /// Pasted, with the focus in the search field and elsewhere.
+    void requests() {
+        QFETCH(QString, input);
+        QFETCH(QString, signal);
+        QFETCH(QString, text);
+        for (const char* name : {"a.exe", "b.bat", "a.yml"})
+            m_home.write(name, "x");
+        QString pasted = input;
+        if (!input.contains("://"))
+            pasted = m_home.path() + '/' + pasted.replace("\n", "\n" + m_home.path() + '/');
+        open({summary("1", "Ledger")});
+        for (const bool isSearching : {true, false}) {
+            m_window->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+            if (!isSearching)
+                view()->focusPrograms();
+            QTRY_VERIFY(QApplication::focusWidget());
+            QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
+            QSignalSpy manifests(m_window->addDispatcher(), &AddDispatcher::manifestRequested);
+            QSignalSpy addresses(m_window->addDispatcher(), &AddDispatcher::addressRequested);
+            QApplication::clipboard()->setText(pasted);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+            if (input.contains('\n')) {
+                QTRY_VERIFY(find<Fenk::Dialog>("several_programs_question"));
+                find<Fenk::Dialog>("several_programs_question")->button(1)->click();
+                QTRY_VERIFY(!find<Fenk::Dialog>("several_programs_question"));
+            }
+            if (signal.isEmpty()) {
+                QTRY_VERIFY(find<Fenk::Dialog>("add_refusal"));
+                auto* dialog = find<Fenk::Dialog>("add_refusal");
+                QVERIFY2(dialog->message().contains(text), qPrintable(dialog->message()));
+                QTest::keyClick(dialog, Qt::Key_Escape);
+                QTRY_VERIFY(!find<Fenk::Dialog>("add_refusal"));
+                continue;
+            }
+            QSignalSpy& spy = signal == "openRequested"       ? opened
+                              : signal == "manifestRequested" ? manifests
+                                                              : addresses;
+            QTRY_COMPARE(spy.count(), input.contains('\n') ? 2 : 1);
+            if (!text.isEmpty())
+                QCOMPARE(spy[0][0].toString(), m_home.path() + '/' + text);
+        }
+    }
+
+    void portable() {
+        addFolder();
+        QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
+        auto* list = choice()->findChild<QTreeView*>("executables_list");
+        const auto path = [list](int row) { return list->model()->index(row, 1).data().toString(); };
+        QCOMPARE(list->model()->rowCount(), 3);
+        QCOMPARE(path(0), QString("C:\\Program Files\\App\\app.exe"));
+        QCOMPARE(path(2), QString("C:\\Program Files\\App\\unins000.exe"));
+        QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
+        m_service->setError("Bottles.updateExternalProgram", "no");
+        QTest::mouseClick(choice()->button(1), Qt::LeftButton);
+        QTRY_VERIFY(choice()->message().contains("app could not be added"));
+        m_service->setText("Bottles.updateExternalProgram", "");
+        m_service->clearCalls();
+        QTest::mouseClick(choice()->button(1), Qt::LeftButton);
+        const auto recordOf = [](const RecordedCall& call) {
+            return QJsonDocument::fromJson(call.arguments[1].toString().toUtf8()).object();
+        };
+        QCOMPARE(recordOf(m_service->waitForCall("updateExternalProgram", 2))["path"].toString(), path(1));
+        const QJsonObject first = recordOf(m_service->calls("updateExternalProgram")[0]);
+        QTRY_COMPARE(opened.count(), 1);
+        QCOMPARE(opened[0][0].toString(), "lumorawine://portable-App/" + first["id"].toString());
+        QTRY_VERIFY(!choice() && !PendingWork::instance()->isPending());
+    }
+
+    /// Nothing stays: the bottle is new.
+    void cancelled() {
+        addFolder();
+        QTest::keyClick(choice(), Qt::Key_Escape);
+        QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});
+        QVERIFY(m_service->calls("updateExternalProgram").isEmpty());
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
+    }
+
+    /// What was copied is not lost with the window.
+    void windowGone() {
+        addFolder();
+        m_window.reset();
+        QVERIFY(m_service->waitForCall("updateExternalProgram").arguments[1].toString().contains("app.exe"));
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
+    }
+
+    void serviceGone() {
+        addFolder();
+        m_service->kill();
+        QTest::mouseClick(choice()->button(1), Qt::LeftButton);
+        QTRY_VERIFY(choice()->message().contains("could not be added"));
+        QTest::keyClick(choice(), Qt::Key_Escape);
+        QTRY_VERIFY(!choice());
+    }
+
+    void refused() {
+        m_service->setText("Backup.importPortable",
+                           R"({"ok":false,"reasons":[{"code":"no-programs","arguments":["App"]}]})");
+        QDir().mkpath(source());
+        openUntil(State::Ready);
+        drop({QUrl::fromLocalFile(source())});
+        QTRY_VERIFY(find<BottleCopyDialog>("bottle_copy_dialog"));
+        QTRY_COMPARE(find<BottleCopyDialog>("bottle_copy_dialog")->title(),
+                     QString("App could not be added."));
+    }
+};
+
+int main(int argc, char** argv) {
+    return runWindowTest<PortableProgramTest>(argc, argv);
+}
+#include "PortableProgramTest.moc"
