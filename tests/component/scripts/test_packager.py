@@ -7,6 +7,7 @@ import json
 import os
 import shutil
 import signal
+import struct
 import subprocess
 import tarfile
 import unittest
@@ -21,6 +22,16 @@ from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 
 ROOT = "./opt/apps/com.example.sample/files/"
+
+
+def builtin(code, debug=b"", trimmed=False):
+    """A library of Wine's own with debug information, or as it is without."""
+    optional = struct.pack("<H30xI20xII44xI", 0x20B, 0x1000, 0x2000 if trimmed else 0x3000, 1024, 16) + bytes(128)
+    sections = [(b".text", len(code), 0x1000, len(code), 1024), (b"/4", len(debug), 0x2000, len(debug), 1024 + len(code))]
+    head = b"MZ".ljust(0x3C, b"\0") + struct.pack("<I", 0x80) + b"Wine builtin DLL".ljust(64, b"\0") + b"PE\0\0" + \
+        struct.pack("<HHIIIHH", 0x8664, 1 if trimmed else 2, 1, 0, 0, len(optional), 0) + \
+        optional + b"".join(struct.pack("<8sIIII16x", *section) for section in sections)
+    return head.ljust(1024, b"\0") + code + (b"" if trimmed else debug)
 
 
 class Packer(BottleCase):
@@ -220,6 +231,34 @@ class UsersBottle(BottleCase):
                              {"a.exe": "MZ 2", "x": "2", "taken": "user", "same.ini": "2", "mine.ini": "user", "own.sav": "user", "new.txt": "2"})
             self.assertIn('"New"="2"', Path(bottle.directory, "user.reg").read_text())
             Path(bottle.directory, ".package/version").write_text("interrupted")
+
+    def test_files_of_wine_are_those_of_the_machine(self):
+        runner, windows = "home 家/.local/share/lumora-wine-bottles/runners/r/lib/wine/x86_64-windows/", "drive_c/windows/system32/"
+        own = os.path.join(self.directory, windows)
+        for name in ("link.dll", "same.dll", "trimmed.dll", "other.dll"):
+            self.write(runner + name, builtin(b"code", b"debug"))
+        for name, content in (("same.dll", builtin(b"code", b"debug")), ("trimmed.dll", builtin(b"code", b"debug", True)), ("other.dll", builtin(b"edoc", b"debug"))):
+            self.add(windows + name, content)
+        os.symlink(self.path(runner + "link.dll"), own + "link.dll")
+        package = self.unpack("1.0", {})
+        self.assertEqual(os.listdir(package.shared + "/" + windows), ["other.dll"])
+        machine = self.path("user/.local/share/lumora-wine-bottles/runners/r/lib/wine/x86_64-windows")
+        shutil.copytree(self.path(runner), machine)
+        os.unlink(machine + "/same.dll")
+        bottle = self.provide(package)[0]
+        mine = Path(bottle.directory, windows)
+        self.assertEqual(((mine / "link.dll").readlink(), (mine / "trimmed.dll").read_bytes()),
+                         (Path(machine, "link.dll"), builtin(b"code", b"debug", True)))
+        self.assertEqual(sorted(os.listdir(mine)), ["link.dll", "other.dll", "trimmed.dll"])
+        shutil.copy(self.path(runner + "same.dll"), machine)
+        self.provide(package)
+        self.assertEqual((mine / "same.dll").read_bytes(), builtin(b"code", b"debug", True))
+        for name in ("link.dll", "trimmed.dll"):  # the packer has installed a component
+            os.unlink(own + name)
+            self.add(windows + name, "native")
+        self.provide(self.unpack("2.0", {}))
+        self.assertEqual({name: (mine / name).read_bytes() for name in ("link.dll", "trimmed.dll", "other.dll")},
+                         {"link.dll": b"native", "trimmed.dll": b"native", "other.dll": builtin(b"edoc", b"debug")})
 
     def test_only_the_bottle_of_the_package_follows_it(self):
         package = self.unpack("1.0", {"a.exe": "MZ"})

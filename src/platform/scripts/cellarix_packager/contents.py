@@ -37,6 +37,8 @@ class Contents:
     def __init__(self):
         self.entries = {}
         self.system_links = {}
+        self.wine_links = {}  # names of Wine's own files by path: see winefiles
+        self.wine_copies = {}
         self.folders = {}
         self.left_out = []
 
@@ -60,8 +62,9 @@ def _parents(path):
 class BottleWalk:
     """Adds what lies below directories of a bottle, or beside it, to the contents."""
 
-    def __init__(self, contents, bottle_dir, data_dir, user):
+    def __init__(self, contents, bottle_dir, data_dir, user, wine):
         self.contents = contents
+        self.wine = wine
         self.bottle_dir = os.path.realpath(bottle_dir)
         self.data_dir = os.path.realpath(data_dir)
         self.user = user
@@ -138,6 +141,9 @@ class BottleWalk:
         status = os.lstat(path)
         place = self._place(relative, prefix)
         if stat.S_ISREG(status.st_mode):
+            if name := self.wine.name_of_copy(relative, path):
+                self.contents.wine_copies[place[len(prefix) + 1:]] = name
+                return
             self.contents.add(Entry(place, FILE, status.st_size, source=path))
         elif stat.S_ISLNK(status.st_mode):
             self._add_link(path, relative, prefix)
@@ -152,6 +158,9 @@ class BottleWalk:
         if there := self._moved_place(target):
             there = self._place(there, prefix)
             self.contents.add(Entry(place, LINK, target=os.path.relpath(there, os.path.dirname(place))))
+        elif kind in (links.SYSTEM_FILE, links.FULL) and (
+                name := self.wine.name_of_link(target) or self.wine.name_of_copy(relative, target)):
+            self.contents.wine_links[in_bottle] = name
         elif kind == links.SYSTEM_FILE:
             self.contents.system_links[in_bottle] = target
         elif kind == links.FOLDER:

@@ -7,7 +7,8 @@
 import os
 import re
 
-FORMAT = 1
+FORMAT = 2  # since 2 the files of Wine are named only
+FORMATS = (1, 2)
 USER = "packaged-user"  # stands for the user's name in paths and registry files of a package
 PROFILE = f"drive_c/users/{USER}"
 REGISTRIES = ("system.reg", "user.reg", "userdef.reg")

@@ -20,7 +20,7 @@ import sys
 from cellarix_launcher.bottle import bottle_directory
 
 from cellarix_packager import (archive, bottlefiles, contents, debian, icons, layout, listing, menu, private, registry,
-                               request, running, savefile, settings)
+                               request, running, savefile, settings, winefiles)
 from cellarix_packager.driveplaces import DrivePlaces
 from cellarix_packager.errors import PackageError
 from cellarix_packager.estimate import compressed_size
@@ -144,14 +144,16 @@ class Packing:
 
     def entries(self):
         """Everything but the list of files, which is the last."""
-        walk = contents.BottleWalk(self.contents, self.bottle_dir, layout.data_directory(os.environ), self.user)
+        own_settings = settings.read(os.path.join(self.bottle_dir, layout.SETTINGS))
+        data_dir = layout.data_directory(os.environ)
+        walk = contents.BottleWalk(self.contents, self.bottle_dir, data_dir, self.user,
+                                   winefiles.WineFiles(data_dir, own_settings.get("Runner")))
         walk.add_drive(self.prefix)
         self.places_in_drive = DrivePlaces(self.contents.entries, self.prefix)
         for source in self.request.sources:
             self._add_source(walk, source)
         self._add_registry()
-        record = settings.for_package(settings.read(os.path.join(self.bottle_dir, layout.SETTINGS)), self.request,
-                                      self.bottle_dir, self.places, self.user)
+        record = settings.for_package(own_settings, self.request, self.bottle_dir, self.places, self.user)
         menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
         if self.with_all_icons:
             icons.add_smaller(self.request.sources, record[settings.PROGRAMS], self.contents)
@@ -215,7 +217,8 @@ class Packing:
     def _package_record(self):
         record = {"format": layout.FORMAT, "package": self.request.package, "version": self.request.version,
                   "name": self.request.name, "user": "steamuser" if self.user == "steamuser" else "",
-                  "systemLinks": self.contents.system_links, "folders": self.contents.folders}
+                  "systemLinks": self.contents.system_links,
+                  "wineLinks": self.contents.wine_links, "wineCopies": self.contents.wine_copies, "folders": self.contents.folders}
         return contents.text_entry(self.root + "/package.json", _json(record))
 
     def file_list(self, sums):
@@ -245,6 +248,8 @@ class Packing:
         for (directory, reason), paths in sorted(groups.items()):
             what = paths[0] if len(paths) == 1 else f"{len(paths)} entries of {directory}"
             print(_line(f"left out ({reason}): {what}"))
+        if named := len(self.contents.wine_links) + len(self.contents.wine_copies):
+            print(f"stays: {named} files of Wine, which each machine has")
         sizes = {}
         for entry in self.contents.entries.values():
             folder = "/".join(entry.path[len(self.prefix) + 1:].split("/")[:2])

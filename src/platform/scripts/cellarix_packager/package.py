@@ -16,13 +16,15 @@ class Package:
         self.shared = os.path.join(root, "bottle")
         record = _read(os.path.join(root, "package.json"))
         self.name = str(record.get("package", ""))
-        if record.get("format") != layout.FORMAT or not layout.PACKAGE.fullmatch(self.name):
+        if record.get("format") not in layout.FORMATS or not layout.PACKAGE.fullmatch(self.name):
             raise PackageError(f"{root} was packed by another version of Cellarix.", "other-version", root)
         self.title = str(record.get("name") or self.name)
         self.version = str(record.get("version", ""))
         self.build = f"{self.version} {_digest(root)}"
         self.user = str(record.get("user", ""))
         self.system_links = _texts(record.get("systemLinks"))
+        self.wine_links = _texts(record.get("wineLinks"))
+        self.wine_copies = _texts(record.get("wineCopies"))
         self.folders = _texts(record.get("folders"))
 
     def file_list(self):

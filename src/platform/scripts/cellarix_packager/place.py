@@ -7,7 +7,7 @@ and large, or code, is shared. A clone of a file system that shares blocks is bo
 import fcntl
 import os
 
-from cellarix_packager import bottlefiles
+from cellarix_packager import bottlefiles, petrim
 
 FICLONE = 0x40049409
 CHUNK = 8 << 20
@@ -71,6 +71,23 @@ class Placer:
         else:
             self._copy(source, fresh)
         os.rename(fresh, target)
+
+    def put_wine_file(self, source, path, target, as_link):
+        """A file of the machine's Wine, without debug information; `path` is relative to the bottle."""
+        fresh = bottlefiles.unfinished(target)
+        _remove(fresh)
+        if as_link or is_shared(path, 0):
+            os.symlink(source, fresh)
+            self.progress(PER_FILE)
+        elif (data := petrim.trimmed(source)) is None:
+            self._copy(source, fresh)
+        else:
+            with open(fresh, "wb") as file:
+                self.progress(PER_FILE + file.write(data))
+        os.rename(fresh, target)
+
+    def wine_work(self, source, path, as_link):
+        return PER_FILE + (0 if as_link or is_shared(path, 0) else petrim.trimmed_size(source))
 
     def _copy(self, source, target):
         with open(source, "rb") as old, open(target, "wb") as new:

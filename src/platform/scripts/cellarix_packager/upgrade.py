@@ -3,7 +3,7 @@
 import hashlib
 import os
 
-from cellarix_packager import bottlefiles, layout, place, registry, running, settings
+from cellarix_packager import bottlefiles, layout, place, registry, running, settings, winefiles
 from cellarix_packager import progress as progresses
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import file_list
@@ -23,7 +23,7 @@ class Upgrade:
             directories, files, links = self.bottle.package.file_list()
             changed = {path: new for path, new in files.items() if new != old[1].get(path)}
             self.bottle.check_room(changed, self.bottle.directory)
-            with self.bottle.shown(progresses.UPDATE, changed):
+            with self.bottle.shown(progresses.UPDATE, changed, self.bottle.directory):
                 self._carry(old, directories, files, links)
             if running.is_running(self.bottle.directory):
                 return  # Wine would write its own registry over this; the next start goes on
@@ -72,14 +72,14 @@ class Upgrade:
             bottlefiles.put_link(self.bottle.own_target(path, new), own)
 
     def _upgrade_file(self, path, old, new):
-        """`old` and `new` are [size, md5]; `old` may be None."""
+        """`old` and `new` are [size, md5]; `old` may be None. A file of Wine's own is none of the user's."""
         own = self._own(path)
         is_link = self.bottle.placer.is_link(path, own)
         if is_link and place.is_shared(path, new[0]):
             pass
         elif old == new and not is_link:
             pass  # what the user has changed or removed stays so
-        elif is_link or not os.path.lexists(own) or (old and _is_same(own, old)):
+        elif is_link or not os.path.lexists(own) or (_is_same(own, old) if old else winefiles.is_builtin(own)):
             if bottlefiles.made_directory(os.path.dirname(own)):
                 self.bottle.placer.put(path, new[0], own)
 

@@ -13,7 +13,7 @@ import sys
 import time
 from datetime import datetime
 
-from cellarix_packager import bottlefiles, layout, origin, place, registry, running, settings, upgrade
+from cellarix_packager import bottlefiles, layout, origin, place, registry, running, settings, upgrade, winefiles
 from cellarix_packager import progress as progresses
 from cellarix_packager.errors import PackageError
 
@@ -33,6 +33,7 @@ class UserBottle:
         self.data_dir = layout.data_directory(environ)
         self.login = package.user or _wine_user(environ)
         self.placer = place.Placer(package.shared)
+        self.wine = None
         self._find()
 
     def _find(self):
@@ -66,14 +67,16 @@ class UserBottle:
             if not os.path.isdir(self.directory):
                 self._make(os.path.join(work, self.package.name + ".new"))
             elif self._made_from() != self.package.build:
-                self._upgrade()
+                self._change(lambda: upgrade.Upgrade(self).run())
+            elif any(self._missing_wine_files(self.directory)):  # Wine for 32 bits may be new
+                self._change(lambda: self.link_system_files(self.directory))
             if not self.id:
                 self.id = origin.write(self.directory, self.package.name, "", self.user, self.name)
             origin.note(self.data_dir, self.package.name, self.name, self.id)
         finally:
             os.close(lock)
 
-    def _upgrade(self):
+    def _change(self, work):
         """While programs run, or something is installed, the bottle stays as it is until the next start."""
         try:
             alone = running.Alone(self.name, self.directory, self.environ, 0)
@@ -81,7 +84,7 @@ class UserBottle:
             print(f"{self.name} is not upgraded now: {error}", file=sys.stderr)
             return
         with alone:
-            upgrade.Upgrade(self).run()
+            work()
 
     def _made_from(self):
         return bottlefiles.text(os.path.join(self.directory, layout.RECORD, origin.VERSION))
@@ -92,7 +95,7 @@ class UserBottle:
             os.makedirs(fresh, mode=0o700)
             files = self.package.file_list()[1]
             self.check_room(files, fresh)
-            with self.shown(progresses.MAKE, files):
+            with self.shown(progresses.MAKE, files, fresh):
                 self._fill(fresh)
             os.makedirs(os.path.dirname(self.directory), exist_ok=True)
             os.rename(fresh, self.directory)
@@ -104,15 +107,22 @@ class UserBottle:
 
     def check_room(self, files, directory):
         """Raises before any work if `files` do not fit on the disk of `directory`."""
-        needed, disk = self.placer.room(files) + RESERVE, os.statvfs(directory)
+        disk, wine = os.statvfs(directory), self._wine_room(directory)
         free = disk.f_bavail * disk.f_frsize
-        if files and free < needed and not self.placer.try_clone(next(iter(files)), directory):
+        needed = self.placer.room(files) + wine + RESERVE
+        if files and wine + RESERVE < free < needed and self.placer.try_clone(next(iter(files)), directory):
+            return
+        if free < needed:
             raise PackageError(f"The disk has not enough room: {self.package.title} needs {needed - free >> 20} MiB more.",
                                "no-room", f"{needed - free >> 20}")
 
-    def shown(self, work, files):
-        """Shows the progress of placing `files`, as a context."""
-        self.placer.progress = progresses.Progress(self.window, work, self.placer.room(files), self.environ)
+    def _wine_room(self, directory):
+        return sum(self.placer.wine_work(source, path, as_link) for path, source, as_link in self._missing_wine_files(directory))
+
+    def shown(self, work, files, directory):
+        """Shows the progress of placing `files` and those of Wine, as a context."""
+        total = self.placer.room(files) + self._wine_room(directory)
+        self.placer.progress = progresses.Progress(self.window, work, total, self.environ)
         return self.placer.progress
 
     def _fill(self, fresh):
@@ -162,6 +172,21 @@ class UserBottle:
             own = os.path.join(directory, self.own_path(path))
             if os.path.isfile(target) and not os.path.exists(own) and bottlefiles.made_directory(os.path.dirname(own)):
                 bottlefiles.put_link(target, own)
+        for path, source, as_link in self._missing_wine_files(directory):
+            own = os.path.join(directory, self.own_path(path))
+            if bottlefiles.made_directory(os.path.dirname(own)):
+                self.placer.put_wine_file(source, path, own, as_link)
+
+    def _missing_wine_files(self, directory):
+        """(path, file of the machine's Wine, whether it becomes a link) of those that the bottle does not have."""
+        if not self.wine:
+            runner = settings.read(os.path.join(self.package.shared, layout.SETTINGS)).get("Runner")
+            self.wine = winefiles.WineFiles(self.data_dir, runner)
+        for names, as_link in ((self.package.wine_links, True), (self.package.wine_copies, False)):
+            for path, name in names.items():
+                source = self.wine.find(name)
+                if source and not os.path.exists(os.path.join(directory, self.own_path(path))):
+                    yield path, source, as_link
 
     def _link_folders(self, directory):
         for path, kind in self.package.folders.items():
