@@ -3,7 +3,8 @@
 
     bench/packaging.py [MIB]
 
-The bottle has MIB (100) of Wine's own programs in it. Memory is the peak of all processes together, sampled.
+The bottle has MIB (100) of programs in it, outside of the folders where those of Wine are known. Memory is the peak of
+all processes together, sampled.
 """
 import json
 import os
@@ -23,7 +24,7 @@ PROGRAM = "0f0e0d0c-0b0a-4908-8706-050403020100"
 
 def make_bottle(home):
     bottle = home / ".local/share/lumora-wine-bottles/bottles/bench"
-    drive = bottle / "drive_c/Program Files/Bench"
+    drive = bottle / "drive_c/Bench"
     drive.mkdir(parents=True)
     left = MIB << 20
     for source in SOURCES:
