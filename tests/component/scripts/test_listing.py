@@ -15,7 +15,8 @@ from cellarix_packager import main
 
 class Listing(BottleCase):
     def listed(self, **choices):
-        text = json.dumps({"pkgname": "com.example.sample", "programs": {ID: {"path": "a", "in_bottles": True}}} | choices)
+        choices = {"pkgname": "com.example.sample", "programs": {ID: {"path": "a", "in_bottles": True}}} | choices
+        text = json.dumps({key: value for key, value in choices.items() if value is not None})
         return subprocess.run([PACKER, "--list", "t"], env=self.env, input=text, capture_output=True, text=True, timeout=60,
                               check=False)
 
@@ -56,6 +57,7 @@ class Listing(BottleCase):
             self.assertEqual(main.cause_of(error, "/out"), cause)
         self.choose({ID: r"C:\App\a.exe"})
         self.assertEqual(json.loads(self.listed(pkgname="plain").stdout)["nameCause"], "plain-name")
+        self.assertEqual(json.loads(self.listed(pkgname="plain", programs=None).stdout), {"nameCause": "plain-name"})
         os.truncate(self.add("drive_c/huge", ""), 9 << 30)
         self.assertIn("packager: cause large-file: ", self.listed().stdout)
         for choices in ({"programs": {}}, {"programs": 7}, {"programs": {"../x": {}}}):

@@ -9,6 +9,7 @@
 #include <QStackedWidget>
 #include <QTreeWidget>
 #include <QtTest>
+#include <memory>
 
 #include "backend/ProgramRef.h"
 #include "core/base/Paths.h"
@@ -24,6 +25,7 @@
 #include "packaging/driver/DoPackageDialog.h"
 #include "packaging/driver/PackagePages.h"
 #include "packaging/driver/SaveDirectory.h"
+#include "support/EnvironmentGuard.h"
 #include "support/FakeBottleService.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
@@ -259,6 +261,16 @@ void PackagingTest::theFormRefusesAndSaves() {
     dialog.findChild<QAbstractButton*>("package_contents_btn")->click();
     QVERIFY(!dialog.findChild<QTreeWidget*>()->findItems("Suite", Qt::MatchRecursive).isEmpty());
     QVERIFY(dialog.findChild<QLabel*>("package_maintainer")->text().contains('@'));
+    const QString query = m_home.write("bin/dpkg-query", "#!/bin/sh\necho installed\n");
+    QVERIFY(QFile::setPermissions(query, QFile::ReadOwner | QFile::ExeOwner));
+    auto path = std::make_unique<EnvironmentGuard>();
+    path->set("PATH", (QFileInfo(query).path() + ':').toUtf8() + qgetenv("PATH"));
+    name->setText("a.c");
+    QTRY_COMPARE(name->alertMessage(), QString("Another program's package has this name"));
+    ok->click();
+    QVERIFY(ok->isEnabled() && dialog.isVisible());
+    path.reset();
+    name->setText("a.b");
     const QString configuration = directory + "/pkgcfg";
     QVERIFY(QDir().rename(configuration, directory + "/away") && QFile::link("/proc/none", configuration));
     ok->click();

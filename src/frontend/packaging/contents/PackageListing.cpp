@@ -17,14 +17,23 @@ void PackageListing::want(const QString& bottle, const QString& packageName, con
     const bool isSame = bottle == m_bottle && packageName == m_packageName && programs == m_programs;
     if (isSame)
         return;
+    const bool isListed = bottle == m_bottle && programs == m_programs && m_state == State::Listed;
     m_bottle = bottle;
     m_packageName = packageName;
     m_programs = programs;
-    retry();
+    if (!isListed) {
+        retry();
+        return;
+    }
+    drop();
+    m_summary.nameCause.clear();
+    m_isNameOnly = true;
+    m_delay.start();
 }
 
 void PackageListing::retry() {
     drop();
+    m_isNameOnly = false;
     if (m_programs.isEmpty()) {
         m_hasSummary = false;
         setState(State::Idle);
@@ -83,8 +92,10 @@ void PackageListing::start() {
     m_process->start(Paths::packagerScript(), {"--list", m_bottle});
     if (!m_process)  // it could not be started
         return;
-    m_process->write(QJsonDocument(QJsonObject{{"pkgname", m_packageName}, {"programs", m_programs}})
-                         .toJson(QJsonDocument::Compact));
+    QJsonObject choices{{"pkgname", m_packageName}};
+    if (!m_isNameOnly)
+        choices.insert("programs", m_programs);
+    m_process->write(QJsonDocument(choices).toJson(QJsonDocument::Compact));
     m_process->closeWriteChannel();
 }
 
@@ -95,6 +106,11 @@ void PackageListing::end(bool hasSucceeded) {
     const QString processError = m_process->errorString();
     drop();
     const auto summary = hasSucceeded ? PackageSummary::fromJson(output) : std::nullopt;
+    if (m_isNameOnly) {
+        m_summary.nameCause = summary ? summary->nameCause : QString();
+        setState(State::Listed);
+        return;
+    }
     if (summary) {
         m_summary = *summary;
         m_hasSummary = true;

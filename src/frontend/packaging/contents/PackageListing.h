@@ -23,7 +23,8 @@ public:
     explicit PackageListing(QObject* parent = nullptr);
     ~PackageListing() override { drop(); }
 
-    /// `programs` is the object of pkgcfg/pkgsrc.json; nothing is asked for while it is empty.
+    /// `programs` is the object of pkgcfg/pkgsrc.json; nothing is asked for while it is empty. After a change
+    /// of the name alone the files are not listed again.
     void want(const QString& bottle, const QString& packageName, const QJsonObject& programs);
     void cancel();
     void retry();
@@ -52,6 +53,7 @@ private:
     QByteArray m_output;
     PackageSummary m_summary;
     bool m_hasSummary = false;
+    bool m_isNameOnly = false;  ///< what the script is asked for
     QString m_errorText;
     State m_state = State::Idle;
 };

@@ -2,8 +2,8 @@
 
 usage: bottles_packager.py --list BOTTLE
 
-Standard input has a JSON object with "pkgname" and "programs", the latter as in pkgcfg/pkgsrc.json. Prints one JSON
-object: "bytes" and "files" of everything; "folders" with "place", "bytes" and "files", and the same for "templates",
+Standard input has a JSON object with "pkgname" and "programs", the latter as in pkgcfg/pkgsrc.json. Without programs only
+"nameCause" is told. Prints one JSON object: "bytes" and "files" of everything; "folders" with "place", "bytes" and "files", and the same for "templates",
 the files of runners and templates that are copied; the number of "wineLinks", which each machine makes anew; "leftOut"
 with "place", "why" and "entries"; "maintainer"; and "nameCause", the reason why the package cannot have its name. What
 cannot be packed at all ends as for a package.
@@ -38,8 +38,11 @@ def main(argv, packing_of):
     bottle_dir = bottle_directory(argv[0], os.environ)
     if bottle_dir is None:
         raise PackageError(f"There is no bottle named \"{argv[0]}\".", "no-bottle", argv[0])
-    name, sources = _choices(bottle_dir)
-    wanted = request.Request(ANY_NAME, ANY_NAME, "1", "", "Other", ["amd64"], sources)
+    name, programs = _choices()
+    if programs is None:
+        print(json.dumps({"nameCause": _name_cause(name)}))
+        return 0
+    wanted = request.Request(ANY_NAME, ANY_NAME, "1", "", "Other", ["amd64"], request.sources(bottle_dir, programs))
     os.environ["SOURCE_DATE_EPOCH"] = "0"  # the time of the package would be that of the newest of all files
     packing = packing_of(wanted, bottle_dir)
     packing.with_all_icons = False  # they are small, and take time
@@ -50,14 +53,14 @@ def main(argv, packing_of):
     return 0
 
 
-def _choices(bottle_dir):
+def _choices():
     try:
         record = json.loads(sys.stdin.buffer.read(INPUT_LIMIT))
     except (ValueError, RecursionError) as error:
         raise PackageError(f"The choices cannot be read: {error}", "damaged-choices") from None
     record = record if isinstance(record, dict) else {}
     name, programs = record.get("pkgname"), record.get("programs")
-    return name if isinstance(name, str) else "", request.sources(bottle_dir, programs if isinstance(programs, dict) else {})
+    return name if isinstance(name, str) else "", {} if "programs" in record and not isinstance(programs, dict) else programs
 
 
 def _name_cause(name):
