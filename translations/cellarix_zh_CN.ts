@@ -2575,6 +2575,10 @@ please wait for the component download to complete!</source>
         <source>%1 is not a Windows program.</source>
         <translation>%1 不是 Windows 程序。</translation>
     </message>
+    <message>
+        <source>The package could not be made because of an error in Cellarix. The log tells more.</source>
+        <translation>由于 Cellarix 内部错误，无法生成软件包。详情请查看日志。</translation>
+    </message>
 </context>
 <context>
     <name>DriverWarning</name>

@@ -4,6 +4,7 @@ import os
 import shutil
 import subprocess
 import unittest
+from pathlib import Path
 
 from packages import ID, BottleCase
 from support import BUILD, SCRIPTS
@@ -26,8 +27,6 @@ class Menu(BottleCase):
             self.assertEqual(sorted(os.listdir(root + "/usr/share/icons/hicolor")), sizes)
             with open(os.path.join(self.directory, "icons", ID + ".png"), "ab") as file:
                 file.write(b"another picture")
-        entry = root + "/usr/share/applications/com.example.sample.desktop"
-        with open(entry, encoding="utf-8") as file:
-            text = file.read()
-        self.assertIn("Comment=Shows a \\\\window.\nStartupWMClass=window.exe\n", text)
+        entry = next(Path(root, "usr/share/applications").glob("*.desktop"))
+        self.assertIn("Comment=Shows a \\\\window.\nStartupWMClass=window.exe\n", entry.read_text())
         subprocess.run(["desktop-file-validate", entry], check=True)
