@@ -2,6 +2,8 @@
 // --screenshot FILE. LANG chooses English or Chinese.
 #include <QAbstractButton>
 #include <QDir>
+#include <QEventLoop>
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -10,6 +12,7 @@
 
 #include "Pictures.h"
 #include "fenk/controls/LineEdit.h"
+#include "fenk/window/Dialog.h"
 #include "packaging/AppConfigDialog.h"
 #include "packaging/config/PackageChecker.h"
 #include "packaging/config/PackageFiles.h"
@@ -91,6 +94,28 @@ QImage form(Form kind) {
     return picture({&dialog});
 }
 
+/// The question over a script that runs.
+QImage closing() {
+    const QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toUtf8());
+    qputenv("HOME", home.path().toUtf8());
+    const QString bottle = home.filePath("lumora-wine-bottles/bottles/office");
+    fillBottle(bottle, false);
+    PackageFiles(bottle).write(
+        PackageFiles::InfoName,
+        {{"pkgname", "com.example.harbour"}, {"pkgversion", "1"}, {"arch", QJsonArray{"amd64"}}});
+    PackageFiles(bottle).write(PackageFiles::SourceName, {{Office, QJsonObject{{"in_bottles", true}}}});
+    DoPackageDialog dialog;
+    QEventLoop loop;
+    QObject::connect(&dialog, &DoPackageDialog::updateProgress, &loop, &QEventLoop::quit);
+    dialog.start("office", "com.example.harbour", "1", home.path());
+    dialog.show();
+    loop.exec();
+    dialog.reject();
+    settle(300);
+    return picture({&dialog, dialog.findChild<Fenk::Dialog*>()});
+}
+
 QImage progress(bool isUnfolded) {
     DoPackageDialog dialog;
     dialog.setTitle(DoPackageDialog::tr("Packaging application in progress ..."));
@@ -152,6 +177,7 @@ int main(int argc, char** argv) {
                         {"missing", [] { return form(Form::Missing); }},
                         {"progress", [] { return progress(false); }},
                         {"details", [] { return progress(true); }},
+                        {"closing", closing},
                         {"done", done},
                         {"failed", failed}});
 }

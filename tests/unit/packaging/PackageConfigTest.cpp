@@ -8,6 +8,7 @@
 #include "packaging/config/PackageDirectories.h"
 #include "packaging/config/PackageFiles.h"
 #include "packaging/config/PackageInfo.h"
+#include "packaging/contents/PackageSummary.h"
 #include "support/LogCapture.h"
 #include "support/Table.h"
 
@@ -101,6 +102,11 @@ void PackageConfigTest::infoIsReadBackAndDamageIsNot() {
     const PackageInfo damaged = PackageInfo::fromJson({{"arch", QJsonArray{"mips", 7}}, {"category", "Spy"}});
     QCOMPARE(damaged.architectures, QStringList({"amd64", "arm64"}));
     QCOMPARE(damaged.category, QString());
+    QVERIFY(!PackageSummary::fromJson("[1]"));
+    const auto summary = PackageSummary::fromJson(
+        R"({"bytes":1e300,"folders":[{"bytes":-1},7],"leftOut":[{"entries":2},{"entries":3}]})");
+    QCOMPARE(summary->all.bytes + summary->folders[0].bytes, 0);
+    QCOMPARE(summary->folders.size() + summary->leftOutEntries(), 7);
 }
 
 void PackageConfigTest::directoriesMerge() {

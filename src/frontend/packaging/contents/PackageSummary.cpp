@@ -6,8 +6,11 @@
 
 namespace {
 
+constexpr double LargestNumber = 1e15;
+
 qint64 number(const QJsonObject& object, const char* key) {
-    return qMax(qint64(0), qint64(object.value(QLatin1String(key)).toDouble()));
+    const double value = object.value(QLatin1String(key)).toDouble();
+    return value > 0 && value < LargestNumber ? qint64(value) : 0;
 }
 
 PackageSummary::Part part(const QJsonObject& object) {
