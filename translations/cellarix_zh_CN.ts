@@ -4234,12 +4234,12 @@ please wait for the component download to complete!</source>
         <translation>来自运行器和模板的副本</translation>
     </message>
     <message>
-        <source>Links to the Wine of each machine</source>
-        <translation>指向各电脑自带 Wine 的链接</translation>
-    </message>
-    <message>
         <source>Left out</source>
         <translation>不会打包</translation>
+    </message>
+    <message>
+        <source>Files of Wine, which each machine has</source>
+        <translation>各电脑自带的 Wine 文件</translation>
     </message>
 </context>
 <context>

@@ -159,7 +159,7 @@ void PackageContentsWidget::fillTree() {
         addRow(along, tr("Copies from runners and templates"),
                TextUtils::readableSize(summary.templates.bytes));
     if (summary.wineLinks > 0)
-        addRow(root, tr("Links to the Wine of each machine"), QLocale().toString(summary.wineLinks));
+        addRow(root, tr("Files of Wine, which each machine has"), QLocale().toString(summary.wineLinks));
     auto* home = addRow(root, tr("Left out"), QLocale().toString(summary.leftOutEntries()));
     QMap<QString, QPair<QTreeWidgetItem*, qint64>> reasons;
     for (const PackageSummary::LeftOut& row : summary.leftOut) {

@@ -24,7 +24,7 @@ struct PackageSummary {
     Part templates;  ///< files of runners and templates that become copies
     QVector<Part> folders;
     QVector<LeftOut> leftOut;
-    qint64 wineLinks = 0;  ///< made anew on each machine
+    qint64 wineLinks = 0;  ///< files that each machine takes from its own Wine
     QString maintainer;
     QString nameCause;  ///< as PackagingFailure has them; empty if the package can have its name
 

@@ -4,7 +4,7 @@ usage: bottles_packager.py --list BOTTLE
 
 Standard input has a JSON object with "pkgname" and "programs", the latter as in pkgcfg/pkgsrc.json. Without programs only
 "nameCause" is told. Prints one JSON object: "bytes" and "files" of everything; "folders" with "place", "bytes" and "files", and the same for "templates",
-the files of runners and templates that are copied; the number of "wineLinks", which each machine makes anew; "leftOut"
+the files of runners and templates that are copied; the number of "wineLinks", files that each machine takes from its own Wine; "leftOut"
 with "place", "why" and "entries"; "maintainer"; and "nameCause", the reason why the package cannot have its name. What
 cannot be packed at all ends as for a package.
 """
@@ -90,9 +90,13 @@ def _summary(packing, entries):
         elif entry.path.startswith(packing.prefix + "/drive_c/"):
             place = _folder(_own_place(entry.path[len(packing.prefix) + 1:], packing.user))
             folders.setdefault(place, _Group(place=place)).add(entry.size)
-    return total | {"templates": templates, "wineLinks": len(packing.contents.system_links),
+    return total | {"templates": templates, "wineLinks": _machine_files(packing.contents),
                     "folders": sorted(folders.values(), key=lambda group: (-group["bytes"], group["place"])),
                     "leftOut": _left_out(packing)}
+
+
+def _machine_files(found):
+    return sum(len(getattr(found, name, ())) for name in ("system_links", "wine_links", "wine_copies"))
 
 
 def _own_place(path, user):
