@@ -16,6 +16,7 @@
 #include "core/base/SettingsStore.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/LineEdit.h"
+#include "fenk/window/Application.h"
 #include "fenk/window/Dialog.h"
 #include "packaging/AppConfigDialog.h"
 #include "packaging/config/PackageChecker.h"
@@ -27,6 +28,7 @@
 #include "packaging/driver/SaveDirectory.h"
 #include "support/EnvironmentGuard.h"
 #include "support/FakeBottleService.h"
+#include "support/KeyWalk.h"
 #include "support/LogCapture.h"
 #include "support/PrivateBus.h"
 #include "support/Table.h"
@@ -261,6 +263,9 @@ void PackagingTest::theFormRefusesAndSaves() {
     dialog.findChild<QAbstractButton*>("package_contents_btn")->click();
     QVERIFY(!dialog.findChild<QTreeWidget*>()->findItems("Suite", Qt::MatchRecursive).isEmpty());
     QVERIFY(dialog.findChild<QLabel*>("package_maintainer")->text().contains('@'));
+    dialog.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QCOMPARE(outOfReach(&dialog), QString());
     const QString query = m_home.write("bin/dpkg-query", "#!/bin/sh\necho installed\n");
     QVERIFY(QFile::setPermissions(query, QFile::ReadOwner | QFile::ExeOwner));
     auto path = std::make_unique<EnvironmentGuard>();
@@ -311,7 +316,7 @@ void PackagingTest::theFormAsksTheService() {
 
 int main(int argc, char** argv) {
     const PrivateBus bus;  // before the application, which connects to it
-    QApplication application(argc, argv);
+    Fenk::Application application(argc, argv);
     PackagingTest test;
     return QTest::qExec(&test, argc, argv);
 }
