@@ -263,6 +263,10 @@
         <source>Set DEBFULLNAME and DEBEMAIL in the environment to give your own name and address.</source>
         <translation>要使用您自己的姓名和邮箱，请设置环境变量 DEBFULLNAME 和 DEBEMAIL。</translation>
     </message>
+    <message>
+        <source>Debian 11 and older systems cannot install a package that is compressed with zstd.</source>
+        <translation>Debian 11 及更早的系统无法安装使用 zstd 压缩的软件包。</translation>
+    </message>
 </context>
 <context>
     <name>AppEntryButton</name>

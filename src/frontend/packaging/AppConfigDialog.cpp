@@ -96,7 +96,8 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     addRow(tr("App Type:"), m_category);
     addRow(tr("App Description:"), m_description);
     addRow(tr("Support Architecture:"), makeArchitectures());
-    addRow(tr("Compression:"), makeCompression());
+    addRow(tr("Compression:"), makeCompression(),
+           tr("Debian 11 and older systems cannot install a package that is compressed with zstd."));
     m_maintainer->setElided(true);
     addRow(tr("Maintainer:"), m_maintainer,
            tr("Set DEBFULLNAME and DEBEMAIL in the environment to give your own name and address."));
