@@ -2583,6 +2583,10 @@ please wait for the component download to complete!</source>
         <source>The package could not be made because of an error in Cellarix. The log tells more.</source>
         <translation>由于 Cellarix 内部错误，无法生成软件包。详情请查看日志。</translation>
     </message>
+    <message>
+        <source>%1 could not be read or written.</source>
+        <translation>无法读写 %1。</translation>
+    </message>
 </context>
 <context>
     <name>DriverWarning</name>

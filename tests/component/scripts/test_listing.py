@@ -53,7 +53,7 @@ class Listing(BottleCase):
 
     def test_what_cannot_be_packed_is_told(self):
         for error, cause in ((OSError(errno.ENOSPC, "", "/x"), "compressor"), (FileNotFoundError(errno.ENOENT, "", "/out"), "not-writable"),
-                             (FileNotFoundError(errno.ENOENT, "", "/x"), "changed"), (PermissionError(errno.EACCES, "", "/x"), "unreadable")):
+                             (FileNotFoundError(errno.ENOENT, "", "/x"), "changed"), (PermissionError(errno.EACCES, "", "/x"), "file-error")):
             self.assertEqual(main.cause_of(error, "/out"), cause)
         self.choose({ID: r"C:\App\a.exe"})
         self.assertEqual(json.loads(self.listed(pkgname="plain").stdout)["nameCause"], "plain-name")

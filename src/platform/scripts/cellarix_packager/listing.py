@@ -57,7 +57,7 @@ def _choices():
     try:
         record = json.loads(sys.stdin.buffer.read(INPUT_LIMIT))
     except (ValueError, RecursionError) as error:
-        raise PackageError(f"The choices cannot be read: {error}", "damaged-choices") from None
+        raise PackageError(f"The choices cannot be read: {error}", "internal") from None
     record = record if isinstance(record, dict) else {}
     name, programs = record.get("pkgname"), record.get("programs")
     return name if isinstance(name, str) else "", {} if "programs" in record and not isinstance(programs, dict) else programs

@@ -60,7 +60,7 @@ def cause_of(error, place):
         return "compressor"
     if error.filename in (None, place):
         return "not-writable"
-    return "changed" if error.errno == errno.ENOENT else "unreadable"
+    return "changed" if error.errno == errno.ENOENT else "file-error"
 
 
 def _tell(error):

@@ -67,7 +67,7 @@ def load(bottle_dir):
 def sources(bottle_dir, chosen):
     """`chosen` is the object of pkgsrc.json."""
     if odd := next((uuid for uuid in chosen if not layout.PROGRAM_ID.fullmatch(uuid)), None):
-        raise PackageError(f"{odd!r} is not the id of a program.", "damaged-choices")
+        raise PackageError(f"{odd!r} is not the id of a program.", "bad-program", repr(odd))
     found = [_source(bottle_dir, uuid, entry) for uuid, entry in sorted(chosen.items()) if isinstance(entry, dict)]
     if not found:
         raise PackageError("No program of the bottle is chosen for the package.", "no-program")
@@ -96,7 +96,7 @@ def _read_object(bottle_dir, name):
     try:
         value = json.loads(bottlefiles.regular(path, RECORD_LIMIT))
     except FileNotFoundError:
-        raise PackageError(f"The package is not described yet: {path} is missing.", "no-description") from None
+        raise PackageError(f"The package is not described yet: {path} is missing.", "not-described", path) from None
     except (OSError, ValueError, RecursionError) as error:
         raise PackageError(f"{path} cannot be read: {error}", "unreadable", path) from None
     return value if isinstance(value, dict) else {}
