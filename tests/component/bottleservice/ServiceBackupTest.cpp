@@ -123,7 +123,8 @@ class ServiceBackupTest : public QObject {
             "WINE REGISTRY Version 2\n\n#arch=win64\n\n[Software\\\\Wine] 1\n\"Build\"=\"" + build + "\"\n";
         for (const char* name : {"/system.reg", "/user.reg"})
             m_service->write(original + name, registry);
-        m_service->write(original + "/dosdevices/c:", "");
+        QVERIFY(QDir().mkpath(m_service->dataDir() + '/' + original + "/dosdevices"));
+        QFile::link("../drive_c", m_service->dataDir() + '/' + original + "/dosdevices/c:");
         for (const QByteArray& name : {QByteArray("kernel32"), build})
             m_service->write(original + "/drive_c/windows/system32/" + name + ".dll", build);
         m_service->write(original + "/drive_c/users/me/a", "");
@@ -144,8 +145,10 @@ class ServiceBackupTest : public QObject {
                              ":\n    id: " + Id + "\n    name: App\n    path: C:\\App\\a.exe\n");
         m_service->write("bottles/" + name + "/drive_c/App/a.exe", "MZ");
         m_service->write("bottles/" + name + "/icons/x.png", "icon");
-        for (const char* file :
-             {"/system.reg", "/drive_c/windows/system32/kernel32.dll", "/drive_c/windows/system32/one.dll"})
+        QVERIFY(QDir().mkpath(bottle(name) + "/dosdevices"));
+        QFile::link("../drive_c", bottle(name) + "/dosdevices/c:");
+        for (const char* file : {"/system.reg", "/user.reg", "/drive_c/windows/system32/kernel32.dll",
+                                 "/drive_c/windows/system32/one.dll"})
             m_service->write("bottles/" + name + file,
                              readFile(m_service->dataDir() + "/templates/" + m_key + file));
         QByteArray data(bytes, 0);
@@ -299,6 +302,8 @@ private Q_SLOTS:
         row("enormous", R"({"path":"drive_c/a","size":9007199254740000})", "bottle/drive_c/a", "x", file, "",
             "not enough room");
         row("negative", R"({"path":"drive_c/a","size":-1})", "bottle/drive_c/a", "x", file, "", "no size");
+        row("more holes than bytes", R"({"path":"drive_c/a","size":1,"holes":2})", "bottle/drive_c/a", "x",
+            file, "", "no size");
         row("another name", R"({"path":"drive_c/a","size":1})", "bottle/drive_c/b", "x", file, "",
             "not those of its list");
         row("missing", R"({"path":"drive_c/a","size":1})", "", "", file, "", "not those of its list");
@@ -318,9 +323,13 @@ private Q_SLOTS:
         const QByteArray settings = "Runner: w\n";
         const QByteArray list =
             R"({"format":1,"program":"cellarix","name":"s","entries":[{"path":"bottle.yml","size":)" +
-            QByteArray::number(settings.size()) + R"(},{"path":"drive_c","type":"directory"},)" +
+            QByteArray::number(settings.size()) +
+            R"(},{"path":"drive_c","type":"directory"},{"path":"drive_c/windows","type":"directory"},)" +
+            R"({"path":"drive_c/windows/system32","type":"directory"},{"path":"dosdevices","type":"directory"},)" +
+            R"({"path":"system.reg","size":0},{"path":"user.reg","size":0},)" +
             R"({"path":"drive_c/l","link":"../drive_c"},{"path":"drive_c/d","link":"../dosdevices"})" +
-            (entry.isEmpty() ? "" : "," + entry) + "]}";
+            (entry.isEmpty() ? "" : "," + entry) + R"(],"standardLinks":["dosdevices/c:"],)" +
+            R"("wineFiles":["drive_c/windows/system32/kernel32.dll"]})";
         const auto line = [](const QByteArray& of, const QByteArray& text) {
             BackupFile::Checksum checksum;
             checksum.add(text.constData(), size_t(text.size()));
@@ -329,9 +338,15 @@ private Q_SLOTS:
         QVector<Item> items{{BackupFile::ListEntry, list},
                             {"bottle/bottle.yml", settings},
                             {"bottle/drive_c", {}, AE_IFDIR},
+                            {"bottle/drive_c/windows", {}, AE_IFDIR},
+                            {"bottle/drive_c/windows/system32", {}, AE_IFDIR},
+                            {"bottle/dosdevices", {}, AE_IFDIR},
+                            {"bottle/system.reg", {}},
+                            {"bottle/user.reg", {}},
                             {"bottle/drive_c/l", {}, AE_IFLNK, "../drive_c"},
                             {"bottle/drive_c/d", {}, AE_IFLNK, "../dosdevices"}};
-        QByteArray sums = line("bottle/bottle.yml", settings);
+        QByteArray sums =
+            line("bottle/bottle.yml", settings) + line("bottle/system.reg", {}) + line("bottle/user.reg", {});
         if (!name.isEmpty())
             items += Item{name, content, unsigned(type), link};
         if (!name.isEmpty() && type == AE_IFREG && link.isEmpty() && !name.endsWith("wrong"))
@@ -389,6 +404,10 @@ private Q_SLOTS:
         QVERIFY(QFile::link("App", bottle("b") + "/drive_c/app"));
         QVERIFY(QFile::link("users/old/Documents", bottle("b") + "/drive_c/home"));
         QVERIFY(QFile::link("home", bottle("b") + "/drive_c/indirect"));
+        QFile sparse(bottle("b") + "/drive_c/App/sparse.bin");
+        QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(100000001) && sparse.seek(50000000));
+        QVERIFY(sparse.write("middle") == 6);
+        sparse.close();
         const QJsonObject exported = copy("exportBottle", {"b", file()});
         QCOMPARE(exported["leftOut"].toArray().size(), 3);
         QCOMPARE(m_service->error("delete", {"b"}), QString());
@@ -396,6 +415,12 @@ private Q_SLOTS:
         const QJsonObject result = copy("importBottle", {file(), "c"});
         QVERIFY2(result["ok"].toBool(), qPrintable(result["error"].toString()));
         QVERIFY(result["otherWine"].toBool());
+        struct stat status = {};
+        const QByteArray restored = QFile::encodeName(bottle("c") + "/drive_c/App/sparse.bin");
+        QVERIFY(::stat(restored.constData(), &status) == 0 && status.st_blocks * 512 < 1000000);
+        const QByteArray content = readFile(QFile::decodeName(restored));
+        QVERIFY(content.size() == 100000001 && content.count('\0') == content.size() - 6);
+        QCOMPARE(content.mid(50000000, 6), QByteArray("middle"));
         const QString system = bottle("c") + "/drive_c/windows/system32/";
         QCOMPARE(readFile(system + "kernel32.dll"), QByteArray("two"));
         QCOMPARE(readFile(system + "two.dll"), QByteArray("two"));
@@ -423,7 +448,9 @@ private Q_SLOTS:
                 ": {path: 'C:\\a.exe', envs: {LD_PRELOAD: x, A: b}}\n"
                 "  x: {name: without a path}\n");
         QVERIFY(copy("exportBottle", {"b", file()})["ok"].toBool());
-        QCOMPARE(copy("importBottle", {file(), "c"})["programs"].toInt(), 1);
+        const QJsonObject imported = copy("importBottle", {file(), "c"});
+        QCOMPARE(imported["programs"].toInt(), 1);
+        QCOMPARE(imported["variables"].toArray(), QJsonArray{"LD_PRELOAD"});
         const QByteArray text = readFile(bottle("c") + "/bottle.yml");
         for (const char* dropped : {"Pending", "Last_Install", "Unknown", "..", "LD_PRELOAD", "other"})
             QVERIFY2(!text.contains(dropped), text.constData());
@@ -433,6 +460,10 @@ private Q_SLOTS:
         QCOMPARE(record["DLL_Overrides"].toObject(), QJsonObject({{"d3d9", "n,b"}}));
         const QJsonObject programs = record["External_Programs"].toObject();
         QCOMPARE(programs[programs.keys().first()].toObject()["envs"].toObject(), QJsonObject({{"A", "b"}}));
+        // Without its Wine's files a bottle would run nothing.
+        QVERIFY(QFile::remove(bottle("b") + "/user.reg"));
+        QVERIFY(copy("exportBottle", {"b", file()})["ok"].toBool());
+        QVERIFY(copy("importBottle", {file(), "d"})["error"].toString().contains("user.reg is missing"));
         // A public bottle where "public" is none of the service's.
         QVERIFY(QFile::link("/tmp", m_service->dataDir() + "/bottles/public"));
         QVERIFY(copy("importBottle", {file(), "public/x"})["error"].toString().contains("no free name"));

@@ -233,7 +233,7 @@ private Q_SLOTS:
         m_service->setupLog.clear();
         m_service->call("setupYaml", {Bottle, "no base 64!"}, "InstallerManager");
         QTRY_COMPARE(ends().size(), 1);
-        QCOMPARE(failure()["error"].toString(), QString("The manifest is not Base64."));
+        QCOMPARE(failure()["error"].toString(), QString("The manifest cannot be used. It is not Base64."));
         m_service->setupLog.clear();
         m_service->call("setupYaml", {Bottle, QString(5 * 1024 * 1024, 'A')}, "InstallerManager");
         QTRY_COMPARE(ends().size(), 1);

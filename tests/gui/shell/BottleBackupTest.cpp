@@ -142,7 +142,8 @@ private Q_SLOTS:
     void restore() {
         m_service->setText("Backup.describeBackup",
                            R"({"ok":true,"name":"b","programs":["One","Two"],"bytes":5000000})");
-        m_service->setText("Backup.importBottle", R"({"ok":true,"bottle":"b","otherWine":true})");
+        m_service->setText("Backup.importBottle",
+                           R"({"ok":true,"bottle":"b","otherWine":true,"variables":["LD_A"]})");
         openUntil(State::Ready);  // an empty library
         QTest::mouseClick(find<QAbstractButton>("welcome_restorebtn"), Qt::LeftButton);
         choose("restore_file_dialog");
@@ -150,7 +151,7 @@ private Q_SLOTS:
         QTest::mouseClick(find<Fenk::Dialog>("restore_question")->button(1), Qt::LeftButton);
         QCOMPARE(m_service->waitForCall("importBottle").arguments, QJsonArray({file(), ""}));
         QTRY_VERIFY(copyDialog() && copyDialog()->title().startsWith("Back in the library: One"));
-        QVERIFY(textOf(copyDialog()).contains("another Wine"));
+        QVERIFY(textOf(copyDialog()).contains("another Wine") && textOf(copyDialog()).contains("LD_A"));
     }
 
     /// A file that exists is replaced only when the user has been asked about that name.

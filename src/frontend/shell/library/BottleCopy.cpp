@@ -123,8 +123,14 @@ Outcome BottleCopy::outcomeOf(const BusResult& result) const {
         outcome.text = tr("%1 is copied.").arg(m_name);
     } else {
         outcome.text = tr("Back in the library: %1").arg(m_name);
+        QStringList notes;
         if (object["otherWine"].toBool())
-            outcome.note = tr("This machine has another Wine; the files of Windows were updated to it.");
+            notes += tr("This machine has another Wine; the files of Windows were updated to it.");
+        const QJsonArray variables = object["variables"].toArray();
+        if (!variables.isEmpty())
+            notes +=
+                tr("Variables that could act on this machine were not taken over: %1").arg(joined(variables));
+        outcome.note = notes.join("\n\n");
     }
     return outcome;
 }

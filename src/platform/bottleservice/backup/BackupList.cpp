@@ -44,6 +44,8 @@ QJsonObject toObject(const BackupEntry& entry) {
         object.insert("size", entry.size);
         object.insert("modified", entry.modifiedMs);
         object.insert("mode", entry.mode);
+        if (entry.holes > 0)
+            object.insert("holes", entry.holes);
     }
     if (!entry.attributes.isEmpty())
         object.insert("attributes", QString::fromLatin1(entry.attributes));
@@ -167,7 +169,8 @@ private:
             entry->size = numberOf(object["size"]);
             entry->modifiedMs = std::max<qint64>(numberOf(object["modified"]), 0);
             entry->mode = int(numberOf(object["mode"])) & 0755;
-            if (entry->size < 0)
+            entry->holes = object.contains("holes") ? numberOf(object["holes"]) : 0;
+            if (entry->size < 0 || entry->holes < 0 || entry->holes > entry->size)
                 return "a file has no size";
         } else if (object["type"] == "directory") {
             entry->type = Type::Directory;
@@ -224,6 +227,13 @@ qint64 BackupList::bytes() const {
     qint64 total = 0;
     for (const BackupEntry& entry : entries)
         total += entry.size;
+    return total;
+}
+
+qint64 BackupList::writtenBytes() const {
+    qint64 total = 0;
+    for (const BackupEntry& entry : entries)
+        total += entry.size - entry.holes;
     return total;
 }
 

@@ -18,6 +18,7 @@ struct BackupEntry {
     int mode = 0;           ///< of a file; only 0755 counts
     QByteArray target;      ///< of a link; relative and inside the bottle
     QByteArray attributes;  ///< of DOS, such as "0x2" for a hidden file; usually empty
+    qint64 holes = 0;       ///< bytes of a file that are zero and take no room on the disk
 };
 
 /// The list at the beginning of a backup (docs/BACKUP.md): what the bottle is and what it consists of. A list
@@ -47,6 +48,8 @@ struct BackupList {
 
     /// Of all files together.
     qint64 bytes() const;
+    /// The same without holes.
+    qint64 writtenBytes() const;
 
     QByteArray toJson() const;
     /// Nothing, with a reason in English, when the text is no list that can be used. The reason is

@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -37,6 +38,20 @@ bool writeAll(int fd, const char* data, size_t size) {
             return false;
         data += count;
         size -= size_t(count);
+    }
+    return true;
+}
+
+/// The same for a file that has holes: what is zero is passed over.
+bool writeAround(int fd, const char* data, size_t size) {
+    constexpr size_t PieceBytes = 64 * 1024;
+    static const QByteArray zeros(PieceBytes, 0);
+    for (size_t done = 0; done < size;) {
+        const size_t piece = std::min(PieceBytes, size - done);
+        const bool isHole = std::memcmp(data + done, zeros.constData(), piece) == 0;
+        if (isHole ? ::lseek(fd, off_t(piece), SEEK_CUR) < 0 : !writeAll(fd, data + done, piece))
+            return false;
+        done += piece;
     }
     return true;
 }
@@ -204,13 +219,16 @@ Reason BackupReader::unpackFile(const BackupEntry& entry, const QByteArray& path
         if (offset != written || qint64(size) > entry.size - written)
             return broken("a file has another size than it should have");
         checksum.add(block, size);
-        if (!writeAll(file.get(), static_cast<const char*>(block), size))
+        const auto write = entry.holes > 0 ? &writeAround : &writeAll;
+        if (!write(file.get(), static_cast<const char*>(block), size))
             return cannotWrite(path);
         written += qint64(size);
         progress->done += qint64(size);
     }
     if (written != entry.size)
         return broken("a file has another size than it should have");
+    if (entry.holes > 0 && ::ftruncate(file.get(), entry.size) != 0)
+        return cannotWrite(path);
     m_checksums += checksumLine(checksum.hex(), BottlePrefix + entry.path);
     setAttributes(file.get(), entry);
     const struct timespec time = {time_t(entry.modifiedMs / 1000), (entry.modifiedMs % 1000) * 1000000};

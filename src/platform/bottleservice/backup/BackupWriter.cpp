@@ -148,7 +148,7 @@ Reason BackupWriter::addEntry(const BackupEntry& entry, const QString& bottlePat
     // A link here leads to a file of Wine, as the survey has found.
     const Fenk::OwnedFd file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file.isValid())
-        return QString("Cannot read %1: %2.").arg(QString::fromUtf8(path), systemFault(errno));
+        return Reason(Reason::CannotRead, {QString::fromUtf8(path), systemFault(errno)});
     struct stat status = {};
     if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size != entry.size)
         return changed();
@@ -163,7 +163,7 @@ Reason BackupWriter::addContent(int fd, const BackupEntry& entry, Progress* prog
             return Reason::Cancelled;
         const ssize_t count = ::read(fd, m_block.data(), size_t(std::min<qint64>(left, m_block.size())));
         if (count < 0)
-            return QString("Cannot read %1: %2.").arg(QString::fromUtf8(entry.path), systemFault(errno));
+            return Reason(Reason::CannotRead, {QString::fromUtf8(entry.path), systemFault(errno)});
         if (count == 0)
             return changed();
         checksum.add(m_block.constData(), size_t(count));

@@ -17,6 +17,7 @@
 #include "bottleservice/backup/BackupPath.h"
 #include "bottleservice/backup/RestoredPrefix.h"
 #include "bottleservice/files/FileTree.h"
+#include "fenk/system/OwnedFd.h"
 
 namespace {
 
@@ -53,8 +54,25 @@ bool isSame(const timespec& one, const timespec& other) {
 }
 
 Reason unreadable(const QByteArray& path) {
-    return QString("Cannot read %1: %2.")
-        .arg(QString::fromUtf8(path), QString::fromLocal8Bit(strerror(errno)));
+    return Reason(Reason::CannotRead, {QString::fromUtf8(path), QString::fromLocal8Bit(strerror(errno))});
+}
+
+/// The bytes of a file that were never written. 0 where the file system does not tell.
+qint64 holesOf(const QByteArray& path, const struct stat& status) {
+    constexpr qint64 BlockBytes = 512;
+    if (status.st_blocks * BlockBytes >= status.st_size)
+        return 0;
+    const Fenk::OwnedFd file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    qint64 data = 0, end = 0;
+    for (;;) {
+        const off_t begin = ::lseek(file.get(), end, SEEK_DATA);
+        if (begin < 0)
+            return errno == ENXIO ? status.st_size - data : 0;
+        end = ::lseek(file.get(), begin, SEEK_HOLE);
+        if (end <= begin)
+            return 0;
+        data += end - begin;
+    }
 }
 
 }  // namespace
@@ -119,8 +137,7 @@ Reason BottleSurvey::walk(const QByteArray& directory, const std::atomic_bool& c
         if (cancelled)
             return Reason::Cancelled;
         if (!BackupPath::isInside(entry.path))
-            return QString("The path is too long for a backup: %1.")
-                .arg(QString::fromUtf8(entry.path.left(400)));
+            return Reason(Reason::PathTooLong, {QString::fromUtf8(entry.path)});
         const bool isForeign = entry.status.st_dev != m_device;
         if (S_ISLNK(entry.status.st_mode)) {
             const Reason fault = addLink(entry.path);
@@ -139,7 +156,7 @@ Reason BottleSurvey::walk(const QByteArray& directory, const std::atomic_bool& c
             leaveOut(entry.path, {});
         }
         if (list.entries.size() > BackupList::MaximumEntries)
-            return "The bottle has too many files for a backup.";
+            return Reason(Reason::BottleTooLarge);
     }
     return {};
 }
@@ -159,7 +176,8 @@ void BottleSurvey::addFile(const QByteArray& path, const struct stat& status) {
                                 milliseconds(status.st_mtim),
                                 int(status.st_mode) & 0755,
                                 {},
-                                attributesOf(pathOf(path))};
+                                attributesOf(pathOf(path)),
+                                holesOf(pathOf(path), status)};
 }
 
 bool BottleSurvey::isInTemplate(const QByteArray& path, const QByteArray& target) const {

@@ -9,10 +9,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 #include "bottleservice/backup/BackupPath.h"
 #include "bottleservice/bottles/RegistryMerge.h"
 #include "bottleservice/files/FileTree.h"
+#include "bottleservice/wine/PrefixBuilder.h"
 #include "bottleservice/wine/SlimPrefix.h"
 #include "bottleservice/wine/WineBuild.h"
 #include "fenk/system/OwnedFd.h"
@@ -42,6 +45,14 @@ bool take(const QByteArray& original, const QByteArray& path) {
     return !exists(original) || FileTree::copyFile(QFile::decodeName(original), QFile::decodeName(path));
 }
 
+Reason cannotWrite(const QByteArray& path) {
+    return Reason(Reason::CannotWrite, {QFile::decodeName(path), QString::fromLocal8Bit(strerror(errno))});
+}
+
+Reason notUpdated(const QString& fault) {
+    return fault.isEmpty() ? Reason() : Reason(Reason::NotUpdated, {fault});
+}
+
 bool isListedDirectory(const BackupList& list, const QByteArray& path) {
     return std::any_of(list.entries.begin(), list.entries.end(), [&path](const BackupEntry& entry) {
         return entry.type == BackupEntry::Type::Directory && entry.path == path;
@@ -54,7 +65,7 @@ Fenk::OwnedFd openDirectory(int parent, const char* name) {
 
 /// The user's directory gets the name that this machine's Wine gives it. The old name stays as a link, since
 /// settings and shortcuts of programs have it. Follows no link. Tells by `isDone` whether it has the name.
-QString renameUser(const BackupList& list, const QString& directory, const QByteArray& to, bool* isDone) {
+Reason renameUser(const BackupList& list, const QString& directory, const QByteArray& to, bool* isDone) {
     const QByteArray from = list.user.toUtf8();
     if (from.isEmpty() || to.isEmpty() || from == to || !isListedDirectory(list, Users + from))
         return {};
@@ -72,7 +83,7 @@ QString renameUser(const BackupList& list, const QString& directory, const QByte
     }
     if (!users.isValid() || ::renameat(users.get(), from.constData(), users.get(), to.constData()) != 0 ||
         ::symlinkat(to.constData(), users.get(), from.constData()) != 0)
-        return QString("Cannot rename %1.").arg(directory + '/' + Users + list.user);
+        return cannotWrite(QFile::encodeName(directory) + '/' + Users + from);
     *isDone = true;
     return {};
 }
@@ -94,20 +105,20 @@ QString userOf(const QString& prefix, const QString& preferred) {
     return {};
 }
 
-QString complete(const BackupList& list, const Place& place, bool* isOtherBuild,
-                 const std::atomic_bool& cancelled) {
+Reason complete(const BackupList& list, const Place& place, bool* isOtherBuild,
+                const std::atomic_bool& cancelled) {
     const QByteArray root = QFile::encodeName(place.directory) + '/';
     const QByteArray original = QFile::encodeName(place.templatePath) + '/';
     for (const QByteArray& path : list.wineFiles) {
         if (cancelled)
-            return "The work was cancelled.";
+            return Reason::Cancelled;
         if (!take(original + path, root + path))
-            return QString("Cannot write %1.").arg(QFile::decodeName(root + path));
+            return cannotWrite(root + path);
     }
     const QByteArray user = userOf(place.templatePath).toUtf8();
     // Before there are links that lead out of the bottle.
     bool isRenamed = false;
-    QString fault = renameUser(list, place.directory, user, &isRenamed);
+    Reason fault = renameUser(list, place.directory, user, &isRenamed);
     if (!fault.isEmpty())
         return fault;
     const QByteArray oldFolders = Users + list.user.toUtf8() + '/';
@@ -119,20 +130,22 @@ QString complete(const BackupList& list, const Place& place, bool* isOtherBuild,
         const QByteArray path = root + (isRenamed ? here : listed);
         const QByteArray target = targetOf(original + here);
         if (!target.isEmpty() && ::symlink(target.constData(), path.constData()) != 0)
-            return QString("Cannot write %1.").arg(QFile::decodeName(path));
+            return cannotWrite(path);
         // A folder of the user that is a real one here.
         if (target.isEmpty() && listed.startsWith(Users))
             ::mkdir(path.constData(), 0777);
     }
-    if (list.build.isEmpty())
-        return {};
-    *isOtherBuild = WineBuild::checksum(place.wine) != list.build;
-    if (!*isOtherBuild)
-        return {};
-    qInfo() << "the backup was made with another build of Wine; updating" << place.directory;
-    fault = SlimPrefix::renew(place.directory, {}, place.templatePath, cancelled);
-    return fault.isEmpty() ? RegistryMerge::update(place.directory, place.oldRegistry, place.templatePath)
-                           : fault;
+    *isOtherBuild = !list.build.isEmpty() && WineBuild::checksum(place.wine) != list.build;
+    if (*isOtherBuild) {
+        qInfo() << "the backup was made with another build of Wine; updating" << place.directory;
+        fault = notUpdated(SlimPrefix::renew(place.directory, {}, place.templatePath, cancelled));
+        if (fault.isEmpty())
+            fault = notUpdated(RegistryMerge::update(place.directory, place.oldRegistry, place.templatePath));
+    }
+    const QString missing = PrefixBuilder::missingPart(place.directory);
+    if (fault.isEmpty() && !missing.isEmpty())
+        fault = Reason(Reason::BackupIncomplete, {missing});
+    return fault;
 }
 
 }  // namespace RestoredPrefix

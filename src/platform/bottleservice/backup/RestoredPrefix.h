@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "bottleservice/backup/BackupList.h"
+#include "bottleservice/result/Reason.h"
 
 /// Completes the unpacked files of a bottle with what its new machine has: Wine's own files, the links to the
 /// user's folders, the user's name, and on another build of Wine that one's new files and registry.
@@ -20,9 +21,10 @@ struct Place {
     QString wine;          ///< the Wine's program
 };
 
-/// Blocks; for worker threads. Returns an error text, empty on success. A file that this Wine does not have
-/// is left out. `isOtherBuild` tells whether the Wine is another one than at the time of the backup.
-QString complete(const BackupList& list, const Place& place, bool* isOtherBuild,
-                 const std::atomic_bool& cancelled);
+/// Blocks; for worker threads. Returns a reason, empty on success; without a whole prefix there is none. A
+/// file that this Wine does not have is left out. `isOtherBuild` tells whether the Wine is another one than
+/// at the time of the backup.
+Reason complete(const BackupList& list, const Place& place, bool* isOtherBuild,
+                const std::atomic_bool& cancelled);
 
 }  // namespace RestoredPrefix

@@ -16,6 +16,8 @@ namespace RestoredSettings {
 
 namespace {
 
+constexpr int MaximumNameCharacters = 100;
+constexpr int MaximumNames = 100;
 const char* const PathKeys[] = {"path", "folder", "icon"};
 
 QString onDriveZ(const QString& path) {
@@ -81,14 +83,14 @@ void takeValues(const QJsonObject& record, const QString& directory, BottleYaml*
 }
 
 /// A program as a caller could enter it, without variables that lead native programs elsewhere.
-QJsonObject checkedProgram(const QJsonObject& program, QString* error) {
+QJsonObject checkedProgram(const QJsonObject& program, QStringList* dropped, QString* error) {
     QJsonObject envs;
     const QJsonObject all = program["envs"].toObject();
     for (auto it = all.begin(); it != all.end(); ++it) {
         if (SettingRules::isSharedVariable(it.key()))
             envs.insert(it.key(), it.value());
         else
-            qWarning() << "a variable of the backup is left out:" << it.key();
+            *dropped += it.key().left(MaximumNameCharacters);
     }
     QJsonObject given;
     for (const char* key : {"id", "name", "path", "folder", "icon", "arguments", "stars", "created_time"}) {
@@ -129,7 +131,7 @@ QString moved(const QString& path, const BackupList& list, const Place& place) {
 }
 
 BottleYaml adapted(const BottleYaml& old, const BackupList& list, const Place& place,
-                   const QSet<QString>& takenIds, const QString& directory) {
+                   const QSet<QString>& takenIds, const QString& directory, QStringList* variables) {
     const QJsonObject record = old.record();
     BottleYaml settings = BottleYaml::fresh(place.name, place.runner, QDateTime::currentDateTime());
     settings.set("Template", list.build.isEmpty() ? QString() : place.templateKey);
@@ -148,12 +150,16 @@ BottleYaml adapted(const BottleYaml& old, const BackupList& list, const Place& p
             program.insert("id", id);
         }
         QString error;
-        program = checkedProgram(program, &error);
+        program = checkedProgram(program, variables, &error);
         if (error.isEmpty())
             settings.setProgram(id, program);
         else
             qWarning() << "a program of the backup is left out:" << error;
     }
+    variables->removeDuplicates();
+    *variables = variables->mid(0, MaximumNames);
+    if (!variables->isEmpty())
+        qWarning() << "variables of the backup are left out:" << *variables;
     return settings;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <functional>
 
 #include "bottleservice/backup/BackupList.h"
@@ -27,8 +28,9 @@ QString moved(const QString& path, const BackupList& list, const Place& place);
 
 /// The settings at the new place, with nothing of the old ones but what a caller of the service could have
 /// set. Programs get new ids when theirs are taken or are none; their icons' files, below `directory`, are
-/// renamed with them.
+/// renamed with them. `variables` gets the names of the programs' variables that are not taken over, since
+/// they could make native programs run something else.
 BottleYaml adapted(const BottleYaml& old, const BackupList& list, const Place& place,
-                   const QSet<QString>& takenIds, const QString& directory);
+                   const QSet<QString>& takenIds, const QString& directory, QStringList* variables);
 
 }  // namespace RestoredSettings

@@ -149,7 +149,7 @@ void ExportBottleJob::survey() {
 }
 
 void ExportBottleJob::write() {
-    const Reason refusal = BackupWriter::check(m_target, m_survey->list.bytes());
+    const Reason refusal = BackupWriter::check(m_target, m_survey->list.writtenBytes());
     QString fault;
     if (refusal.isEmpty())
         m_note = UnfinishedBackups::note(m_tools.dataDir, BackupWriter::temporaryPathOf(m_target), &fault);

@@ -35,7 +35,7 @@ const char OldRegistry[] = "/.old-template";
 
 Reason checkRoom(const QString& directory, const BackupList& list) {
     const qint64 room = QStorageInfo(directory).bytesAvailable();
-    const qint64 needed = list.bytes() + list.entries.size() * EntryBytes + SpareBytes;
+    const qint64 needed = list.writtenBytes() + list.entries.size() * EntryBytes + SpareBytes;
     if (room < 0 || room >= needed)
         return {};
     const QLocale locale = QLocale::c();
@@ -87,7 +87,7 @@ void ImportBottleJob::onListed(const Reason& reason) {
     const QString invalid = BottleName::check(m_name);
     const auto runner = chooseRunner();
     if (invalid.isEmpty() && freeName().isEmpty()) {
-        fail("There is no free name for the bottle.");
+        fail(Reason(Reason::NoFreeName));
         return;
     }
     if (!invalid.isEmpty() || !runner) {
@@ -124,19 +124,20 @@ void ImportBottleJob::complete(const Reason& reason) {
     m_tools.templates->run(
         this,
         [work = m_work, place, progress = m_tools.progress](const std::atomic_bool&) {
-            QString fault =
+            work->fault =
                 RestoredPrefix::complete(*work->list, place, &work->isOtherBuild, progress->cancelled);
-            if (fault.isEmpty())
-                TreeRemover::remove(place.oldRegistry, &fault);
+            QString error;
+            if (work->fault.isEmpty() && !TreeRemover::remove(place.oldRegistry, &error))
+                work->fault = Reason(Reason::FilesNotWritten, {error});
             // The bottle must not appear before its files have reached the disk.
             const Fenk::OwnedFd made(::open(QFile::encodeName(place.directory).constData(), O_RDONLY));
-            if (fault.isEmpty() && ::syncfs(made.get()) != 0)
-                fault = QString("Cannot write %1: %2.")
-                            .arg(place.directory, QString::fromLocal8Bit(strerror(errno)));
-            return fault;
+            if (work->fault.isEmpty() && ::syncfs(made.get()) != 0)
+                work->fault =
+                    Reason(Reason::CannotWrite, {place.directory, QString::fromLocal8Bit(strerror(errno))});
+            return work->fault.text();
         },
-        [this](const QString& fault) {
-            ImportBottleJob::place(m_tools.progress->cancelled ? Reason(Reason::Cancelled) : Reason(fault));
+        [this](const QString&) {
+            ImportBottleJob::place(m_tools.progress->cancelled ? Reason(Reason::Cancelled) : m_work->fault);
         });
 }
 
@@ -170,13 +171,15 @@ void ImportBottleJob::place(const Reason& reason) {
     }
     m_name = freeName();
     if (m_name.isEmpty()) {
-        fail("There is no free name for the bottle.");
+        fail(Reason(Reason::NoFreeName));
         return;
     }
     m_staged->rename(m_name);
     const RestoredSettings::Place place{m_name, m_tools.store.pathOf(m_name), QDir::homePath(),
                                         m_staged->runner().name, m_staged->templateKey()};
-    const BottleYaml settings = RestoredSettings::adapted(*old, list, place, takenIds(), m_staged->path());
+    QStringList variables;
+    const BottleYaml settings =
+        RestoredSettings::adapted(*old, list, place, takenIds(), m_staged->path(), &variables);
     const Reason fault = m_staged->place(settings);
     if (!fault.isEmpty()) {
         fail(fault);
@@ -190,6 +193,7 @@ void ImportBottleJob::place(const Reason& reason) {
                                                     {"runner", place.runner},
                                                     {"otherWine", m_work->isOtherBuild},
                                                     {"programs", programs},
+                                                    {"variables", QJsonArray::fromStringList(variables)},
                                                     {"leftOut", QJsonArray::fromStringList(list.leftOut)}})));
 }
 

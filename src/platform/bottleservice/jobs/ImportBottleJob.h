@@ -21,7 +21,8 @@ class Templates;
 /// another one. No bottle is replaced: a name that is taken gets a number. The bottle is made in a hidden
 /// directory, which is removed on failure and by the next service after a kill, and is renamed last. Answers
 /// with JSON: {"ok", "bottle": its name, "runner", "otherWine": whether Wine's own files are another build's,
-/// "programs": their number, "leftOut": what the backup does not hold}.
+/// "programs": their number, "variables": names of variables of programs that are not taken over, "leftOut":
+/// what the backup does not hold}.
 class ImportBottleJob : public Job {
     Q_OBJECT
 
@@ -59,6 +60,7 @@ private:
         BackupReader reader;
         std::optional<BackupList> list;
         bool isOtherBuild = false;
+        Reason fault;  ///< of the completion
     };
 
     QString m_name;

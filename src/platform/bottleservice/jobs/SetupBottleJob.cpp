@@ -32,6 +32,10 @@ namespace {
 
 constexpr int WineserverMs = 60000;
 
+Reason filesFault(const QString& fault) {
+    return fault.isEmpty() ? Reason() : Reason(Reason::FilesNotWritten, {fault});
+}
+
 }  // namespace
 
 SetupBottleJob::SetupBottleJob(const JobBottle& bottle, const Manifest& manifest, const QByteArray& text,
@@ -96,8 +100,7 @@ void SetupBottleJob::withExisting(const MakeJob& make, const QString& key, std::
                 then();
             else
                 fail(result->isGood()
-                         ? QString("There is a bottle \"%1\" already, which is not replaced: %2.")
-                               .arg(m_bottle.shownName(), verdict["reason"].toString())
+                         ? Reason(Reason::BottleExists, {m_bottle.shownName(), verdict["reason"].toString()})
                          : result->reason);
         },
         Qt::QueuedConnection);
@@ -190,7 +193,7 @@ void SetupBottleJob::installLayers() {
             continue;
         const QStringList dlls = GraphicsLayer::dllsOf(m_tools.components.pathOf(layer.kind, layer.version));
         if (dlls.isEmpty()) {
-            stepEnded(QString("\"%1\" holds no DLLs.").arg(layer.version));
+            stepEnded(Reason(Reason::NoDlls, {layer.version}));
             return;
         }
         for (const QString& dll : dlls)
@@ -200,7 +203,7 @@ void SetupBottleJob::installLayers() {
     }
     Background::run(
         this, [path = m_staged->path(), files] { return PrefixFiles::putSystemFiles(path, files, false); },
-        [this](const QString& fault) { stepEnded(fault); });
+        [this](const QString& fault) { stepEnded(filesFault(fault)); });
 }
 
 void SetupBottleJob::installDependency(int index) {
@@ -251,7 +254,7 @@ void SetupBottleJob::writeFiles() {
         [path = m_staged->path(), files = m_manifest.bottle.files, cancelled = m_cancelled] {
             return BottleFiles::write(path, files, *cancelled);
         },
-        [this](const QString& fault) { stepEnded(fault); });
+        [this](const QString& fault) { stepEnded(filesFault(fault)); });
 }
 
 /// What a command has started may run on, so the drives stay away until the end.

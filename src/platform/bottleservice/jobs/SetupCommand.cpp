@@ -14,14 +14,12 @@ constexpr int LoggedBytes = 4000;
 const char Overrides[] = "WINEDLLOVERRIDES";
 
 Reason reasonOf(const WineCommand& ended, const QString& program, const QString& detail) {
-    QString what = detail;
     if (ended.hasTimedOut())
-        what = "it took too long and was ended.";
-    else if (ended.exitCode())
-        what = QString("it ended with code %1.").arg(*ended.exitCode());
-    else if (ended.hasStarted())
-        what = "it was killed or crashed.";
-    return QString("The command \"%1\" of the manifest has failed: %2").arg(program, what);
+        return Reason(Reason::CommandSlow, {program});
+    if (ended.exitCode())
+        return Reason(Reason::CommandCode, {program, QString::number(*ended.exitCode())});
+    return ended.hasStarted() ? Reason(Reason::CommandCrashed, {program})
+                              : Reason(Reason::CommandNotStarted, {program, detail});
 }
 
 }  // namespace

@@ -40,8 +40,7 @@ void SetupRequests::setup(const QString& bottle, const QString& manifest, const 
     if (running != m_setups.constEnd()) {
         reply(running->text == manifest
                   ? Answer::of()
-                  : Answer::failure(Fault::Busy, QString("The bottle \"%1\" is being set up already.")
-                                                     .arg(BottleName::shown(bottle))));
+                  : Answer::failure(Fault::Busy, Reason(Reason::BeingSetUp, {BottleName::shown(bottle)})));
         return;
     }
     reply(Answer::of());
@@ -60,13 +59,13 @@ Reason SetupRequests::begin(const QString& bottle, const QString& text) {
     if (!invalid.isEmpty())
         return invalid;
     if (m_engine->isClosing())
-        return "The service is ending.";
+        return Reason(Reason::ServiceEnding);
     const auto bytes = ManifestValues::base64(text);
     if (!bytes)
-        return "The manifest is not Base64.";
+        return Reason(Reason::BadManifest, {"It is not Base64."});
     const auto [manifest, error] = ManifestReader::read(*bytes);
     if (!error.isEmpty())
-        return "The manifest cannot be used. " + error;
+        return Reason(Reason::BadManifest, {error});
     // SetupBottleJob looks closer; this saves a download in vain. What waits in the queue may delete it.
     const BottleAccess& bottles = m_engine->bottles();
     Answer failure;
@@ -74,8 +73,7 @@ Reason SetupRequests::begin(const QString& bottle, const QString& text) {
                               ? bottles.load(bottle, &failure)
                               : std::nullopt;
     if (existing && !existing->programs().isEmpty())
-        return QString("There is a bottle \"%1\" already, which is not replaced: it has programs.")
-            .arg(BottleName::shown(bottle));
+        return Reason(Reason::BottleExists, {BottleName::shown(bottle), "it has programs"});
     Setup setup;
     setup.id = ++m_lastId;
     setup.text = text;

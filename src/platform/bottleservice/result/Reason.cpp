@@ -76,6 +76,21 @@ constexpr Reason::Format Formats[] = {
     {"no-programs", "%1 holds no Windows program."},
     {"protected-archive", "%1 is protected by a password. Unpack it first, and add the folder."},
     {"unfit-folder", "%1 cannot be copied as a program: it holds too much."},
+    {"no-free-name", "There is no free name for the bottle."},
+    {"path-too-long", "The path is too long for a backup: %1."},
+    {"bottle-too-large", "The bottle has too many files for a backup."},
+    {"backup-incomplete", "The backup holds no whole bottle: %1 is missing."},
+    {"not-updated", "The bottle could not be brought to the Wine of this machine: %1"},
+    {"files-not-written", "Files of the bottle could not be written: %1"},
+    {"bottle-exists", "There is a bottle \"%1\" already, which is not replaced: %2."},
+    {"being-set-up", "The bottle \"%1\" is being set up already."},
+    {"bad-manifest", "The manifest cannot be used. %1"},
+    {"service-ending", "The service is ending."},
+    {"no-dlls", "\"%1\" holds no DLLs."},
+    {"command-code", "The command \"%1\" of the manifest ended with code %2."},
+    {"command-slow", "The command \"%1\" of the manifest took too long and was ended."},
+    {"command-crashed", "The command \"%1\" of the manifest was killed or crashed."},
+    {"command-not-started", "The command \"%1\" of the manifest could not be started: %2"},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -76,6 +76,21 @@ public:
         NoPrograms,
         ProtectedArchive,
         UnfitFolder,
+        NoFreeName,
+        PathTooLong,
+        BottleTooLarge,
+        BackupIncomplete,
+        NotUpdated,
+        FilesNotWritten,
+        BottleExists,
+        BeingSetUp,
+        BadManifest,
+        ServiceEnding,
+        NoDlls,
+        CommandCode,
+        CommandSlow,
+        CommandCrashed,
+        CommandNotStarted,
         CodeCount
     };
 

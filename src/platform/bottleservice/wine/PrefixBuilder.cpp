@@ -133,11 +133,16 @@ void PrefixBuilder::onStopped(bool clean) {
     Q_EMIT finished(m_fault);
 }
 
-QString PrefixBuilder::check(const QString& directory) {
+QString PrefixBuilder::missingPart(const QString& directory) {
     for (const char* part :
          {"/system.reg", "/user.reg", "/drive_c/windows/system32/kernel32.dll", "/dosdevices/c:"}) {
         if (!QFileInfo::exists(directory + part))
-            return QString("Wine made no whole bottle: %1 is missing.").arg(QString(part).mid(1));
+            return QString(part).mid(1);
     }
     return {};
+}
+
+QString PrefixBuilder::check(const QString& directory) {
+    const QString missing = missingPart(directory);
+    return missing.isEmpty() ? QString() : QString("Wine made no whole bottle: %1 is missing.").arg(missing);
 }

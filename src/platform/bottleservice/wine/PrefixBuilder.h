@@ -37,7 +37,9 @@ public:
     /// Ends the work; finished() follows with an error text.
     void cancel();
 
-    /// Returns an error text that names what is missing, empty if the directory holds a complete prefix.
+    /// Returns a file that the directory lacks, empty if it holds a complete prefix.
+    static QString missingPart(const QString& directory);
+    /// The same as an error text.
     static QString check(const QString& directory);
 
 Q_SIGNALS:
