@@ -139,20 +139,15 @@ QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const struct {
-        const char* name;
-        QList<QWidget*> (*windows)(const Scene&);
-    } states[] = {{"plain", plain},
-                  {"work", work},
-                  {"search", search},
-                  {"installed", installed},
-                  {"unavailable", unavailable},
-                  {"nothing", nothing},
-                  {"question", question},
-                  {"proton", proton},
-                  {"proton-without-store", protonWithoutStore}};
-    QVector<PictureState> pictures;
-    for (const auto& state : states)
-        pictures.append({state.name, [&state] { return paint(state.windows); }});
-    return takePicture(argc, argv, pictures);
+    using Windows = QList<QWidget*> (*)(const Scene&);
+    const QVector<std::pair<const char*, Windows>> states{{"plain", plain},
+                                                          {"work", work},
+                                                          {"search", search},
+                                                          {"installed", installed},
+                                                          {"unavailable", unavailable},
+                                                          {"nothing", nothing},
+                                                          {"question", question},
+                                                          {"proton", proton},
+                                                          {"proton-without-store", protonWithoutStore}};
+    return takePicture(argc, argv, states, paint);
 }

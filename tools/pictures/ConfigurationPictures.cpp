@@ -147,6 +147,15 @@ QList<QWidget*> tools(const Scene& scene) {
     return {scene.view};
 }
 
+QList<QWidget*> resetQuestion(const Scene& scene) {
+    scene.view->findChild<QComboBox*>("window_version_combobox")->setCurrentIndex(3);
+    scene.view->findChild<QComboBox*>("d3drenderer_combobox")->setCurrentIndex(1);
+    tools(scene);
+    scene.view->findChild<QAbstractButton*>("reset_bottle_btn")->click();
+    settle(300);
+    return {scene.view, QApplication::activeModalWidget()};
+}
+
 QList<QWidget*> parameters(const Scene& scene) {
     scene.view->onConfigurePageToggled(BottlesConfigView::WineParameter);
     scene.view->showLogs();
@@ -349,40 +358,36 @@ QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const struct {
-        const char* name;
-        QList<QWidget*> (*windows)(const Scene&);
-    } states[] = {{"plain", plain},
-                  {"changed", changed},
-                  {"setups", setups},
-                  {"preparing", preparing},
-                  {"question", question},
-                  {"logs", logs},
-                  {"hints", hints},
-                  {"choose", choose},
-                  {"menu", menu},
-                  {"tools", tools},
-                  {"search", search},
-                  {"narrow", narrow},
-                  {"failed", failed},
-                  {"loading", loading},
-                  {"dlls", dlls},
-                  {"dlls-edited", dllsEdited},
-                  {"dlls-typed", dllsTyped},
-                  {"dlls-methods", dllsMethods},
-                  {"dlls-empty", dllsEmpty},
-                  {"dlls-menu", dllsMenu},
-                  {"scan", scan},
-                  {"fonts", fonts},
-                  {"fonts-empty", fontsEmpty},
-                  {"fonts-menu", fontsMenu},
-                  {"font-dialog", fontDialog},
-                  {"parameters", parameters},
-                  {"driver", driver},
-                  {"font-choice", fontChoice},
-                  {"proton", proton}};
-    QVector<PictureState> pictures;
-    for (const auto& state : states)
-        pictures.append({state.name, [&state] { return paint(state.windows); }});
-    return takePicture(argc, argv, pictures);
+    using Windows = QList<QWidget*> (*)(const Scene&);
+    const QVector<std::pair<const char*, Windows>> states{{"plain", plain},
+                                                          {"changed", changed},
+                                                          {"setups", setups},
+                                                          {"preparing", preparing},
+                                                          {"question", question},
+                                                          {"logs", logs},
+                                                          {"hints", hints},
+                                                          {"choose", choose},
+                                                          {"menu", menu},
+                                                          {"tools", tools},
+                                                          {"reset", resetQuestion},
+                                                          {"search", search},
+                                                          {"narrow", narrow},
+                                                          {"failed", failed},
+                                                          {"loading", loading},
+                                                          {"dlls", dlls},
+                                                          {"dlls-edited", dllsEdited},
+                                                          {"dlls-typed", dllsTyped},
+                                                          {"dlls-methods", dllsMethods},
+                                                          {"dlls-empty", dllsEmpty},
+                                                          {"dlls-menu", dllsMenu},
+                                                          {"scan", scan},
+                                                          {"fonts", fonts},
+                                                          {"fonts-empty", fontsEmpty},
+                                                          {"fonts-menu", fontsMenu},
+                                                          {"font-dialog", fontDialog},
+                                                          {"parameters", parameters},
+                                                          {"driver", driver},
+                                                          {"font-choice", fontChoice},
+                                                          {"proton", proton}};
+    return takePicture(argc, argv, states, paint);
 }

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QVector>
 #include <functional>
+#include <utility>
 
 class QPixmap;
 class QWidget;
@@ -18,6 +19,14 @@ struct PictureState {
 /// chooses English or Chinese. Animations are off; entries and buttons that lead to other windows are shown
 /// as in the application. Returns the exit status.
 int takePicture(int argc, char** argv, const QVector<PictureState>& states);
+/// The same for states that are named functions, which `paint` makes a picture with.
+template <class Windows, class Paint>
+int takePicture(int argc, char** argv, const QVector<std::pair<const char*, Windows>>& named, Paint paint) {
+    QVector<PictureState> states;
+    for (const auto& [name, windows] : named)
+        states.append({name, [paint, windows = windows] { return paint(windows); }});
+    return takePicture(argc, argv, states);
+}
 
 /// Runs the event loop for this time.
 void settle(int ms);

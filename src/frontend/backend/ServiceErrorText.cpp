@@ -136,7 +136,7 @@ constexpr Row Rows[] = {
     {"files-not-written",
      QT_TRANSLATE_NOOP("ServiceErrorText", "Files of the bottle could not be written: %1")},
     {"bottle-exists",
-     QT_TRANSLATE_NOOP("ServiceErrorText", "There is a bottle \"%1\" already, which is not replaced.")},
+     QT_TRANSLATE_NOOP("ServiceErrorText", "There is a bottle \"%1\" already, which is not replaced: %2.")},
     {"being-set-up", QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle \"%1\" is being set up already.")},
     {"bad-manifest", QT_TRANSLATE_NOOP("ServiceErrorText", "The manifest cannot be used. %1")},
     {"service-ending", QT_TRANSLATE_NOOP("ServiceErrorText", "The service is ending.")},

@@ -77,6 +77,26 @@ private Q_SLOTS:
         QTRY_VERIFY(!m_view);
     }
 
+    void bottleIsResetAndPackaged() {
+        m_service->clearCalls();
+        setBottle({"a"}, {{"Windows", "win7"}, {"Parameters", QJsonObject{{"renderer", "gdi"}}}});
+        QStringList packaged;
+        LaunchWindows::instance().packaging = [&](const ProgramRef& ref, QWidget*) {
+            packaged << ref.bottle << ref.uuid;
+        };
+        open();
+        find<QAbstractButton>("package_bottle_btn")->click();
+        QCOMPARE(packaged, QStringList({"office", "a"}));
+        LaunchWindows::instance() = {};
+        find<QAbstractButton>("reset_bottle_btn")->click();
+        auto* question = find<Fenk::Dialog>("reset_question");
+        QVERIFY(question->message().contains("Windows version") && !question->message().contains("DPI"));
+        QCOMPARE(settingCalls(), QStringList());
+        question->button(1)->click();
+        QCOMPARE(m_service->waitForCall("setWindowsVersion").arguments, QJsonArray({"office", "win10"}));
+        QCOMPARE(m_service->calls("setD3dRenderer").value(0).arguments, QJsonArray({"office", "gl"}));
+    }
+
     void choicesOfAReloadOutliveTheWindow() {
         m_service->clearCalls();
         setBottle({"a"});

@@ -115,3 +115,20 @@ int BasicPage::filter(const QString& text) {
     }
     return count;
 }
+
+QStringList BasicPage::changedSettings() const {
+    QStringList labels;
+    for (const SettingControlRow* row : m_rows) {
+        if (row->isResettable())
+            labels += SettingTable::label(row->setting());
+    }
+    return labels;
+}
+
+/// One setting may change what can be done with the next.
+void BasicPage::resetAll() {
+    for (SettingControlRow* row : qAsConst(m_rows)) {
+        if (row->isResettable())
+            row->reset();
+    }
+}

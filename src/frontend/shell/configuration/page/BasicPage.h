@@ -27,6 +27,10 @@ public:
     /// Shows what the settings have.
     void refresh();
 
+    /// The labels of the settings that can be reset: that have another value than in a new bottle.
+    QStringList changedSettings() const;
+    void resetAll();
+
 Q_SIGNALS:
     void chosen(Setting setting, const QVariant& value);
     /// The user wants to see which Proton there is.

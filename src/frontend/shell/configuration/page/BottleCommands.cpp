@@ -72,7 +72,8 @@ const QVector<BottleCommand>& BottleCommands::all() {
         {QT_TRANSLATE_NOOP("BottleCommands", "Open in terminal"),
          [](Ref program, QObject* context, const Failed& failed) {
              BottleCommands::openTerminal(program.bottle, context, failed);
-         }},
+         },
+         false, true},
         {QT_TRANSLATE_NOOP("BottleCommands", "Task Manager"),
          [](Ref program, QObject* context, const Failed& failed) {
              runTool(program, "taskmgr.exe", context, failed);

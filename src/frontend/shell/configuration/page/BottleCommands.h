@@ -14,6 +14,7 @@ struct BottleCommand {
     using Failed = std::function<void(const QString& errorText)>;
     void (*run)(const ProgramRef& program, QObject* context, const Failed& failed);
     bool needsProgram = false;
+    bool isTerminal = false;
 
     QString text() const;
     /// Runs it for the bottle and this program of it; a failure goes to BottlePrograms::failed().

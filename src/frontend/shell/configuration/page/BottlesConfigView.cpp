@@ -14,6 +14,7 @@
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
+#include "launch/LaunchWindows.h"
 #include "shell/configuration/components/ComponentsPage.h"
 #include "shell/configuration/components/InstallProtonDialog.h"
 #include "shell/configuration/dlls/DllOverridePage.h"
@@ -46,6 +47,16 @@
 #include "shell/configuration/rules/SettingTable.h"
 
 using namespace Fenk;
+
+namespace {
+
+bool canBePackaged(const QString& bottle, const QJsonObject& record) {
+    const QString runner = BottleRecord::runner(record);
+    return LaunchWindows::instance().packaging && !WineNames::isPublicBottle(bottle) && !runner.isEmpty() &&
+           !WineNames::isProton(runner);
+}
+
+}  // namespace
 
 BottlesConfigView::BottlesConfigView(QWidget* parent)
     : AbstractDialog(parent), m_driverCheck(new DriverCheck(this)) {
@@ -137,20 +148,20 @@ QWidget* BottlesConfigView::makeRightSide() {
     m_basic = new BasicPage(m_settings);
     m_params = new WineParamsCfgWidget;
     m_components = new ComponentsPage;
-    auto* tools = new ToolsPage(m_programs);
+    m_tools = new ToolsPage(m_programs);
     m_pages->addPage(Basic, tr("Basic Configuration"), m_basic);
     m_pages->addPage(WineParameter, tr("Wine Parameter"), m_params);
     m_tables = new TablePages(m_settings, this);
     m_pages->addPage(DllOverride, tr("DLL Override"), m_tables->dlls());
     m_pages->addPage(FontReplacement, tr("Font Replacement"), m_tables->fonts());
     m_pages->addPage(Components, tr("Component Installation"), m_components);
-    m_pages->addPage(DebuggingTools, tr("Debugging Tools"), tools);
+    m_pages->addPage(DebuggingTools, tr("Debugging Tools"), m_tools);
     connect(m_basic, &BasicPage::protonRequested, this, [this] { InstallProtonDialog::openOver(this); });
     connect(m_components, &ComponentsPage::exportRequested, this,
             [this] { OfflineComponentsExportDialog::openFor(m_bottle, this); });
     connect(m_components, &ComponentsPage::importRequested, this,
             [this] { OfflineComponentsImportDialog::openFor(m_bottle, this); });
-    connect(tools, &ToolsPage::importRequested, this, &BottlesConfigView::slotsimportRegs);
+    connectTools();
     connect(m_pages, &ConfigPages::pageShown, m_params, &WineParamsCfgWidget::refreshTranslators);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_pages,
             &ConfigPages::focusSearch);
@@ -193,15 +204,15 @@ void BottlesConfigView::refreshState() {
     else
         m_states->showContent();
     m_hasLoaded = m_hasLoaded && state != State::Failed;
+    if (isEnd)
+        Q_EMIT bottlesLoaded();
     if (state == State::Ready && !m_isLoading) {
         m_params->setBottle(m_bottle, BottleRecord::path(m_settings->record()));
         m_components->setBottle(m_bottle, m_settings->record());
         m_programs->setRecord(m_settings->record());
+        m_tools->setPackagingOffered(canBePackaged(m_bottle, m_settings->record()));
         m_hasLoaded = true;
     }
-    // After the fill, so that nobody sees an unfilled page.
-    if (isEnd)
-        Q_EMIT bottlesLoaded();
 }
 
 void BottlesConfigView::setLoading(bool loading) {

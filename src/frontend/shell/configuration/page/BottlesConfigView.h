@@ -20,6 +20,7 @@ class ProgramFindings;
 class ProgramTrials;
 class QSplitter;
 class TablePages;
+class ToolsPage;
 class WineParamsCfgWidget;
 
 /// The window in which a user tunes one bottle and tries its programs: the programs on the left, pages of
@@ -49,10 +50,11 @@ public:
     void explainFailure();
 
 Q_SIGNALS:
-    /// The loading view has gone: the bottle is shown, or that it cannot be read.
+    /// The loading view has gone: the bottle is about to be shown, or it is shown that it cannot be read.
     void bottlesLoaded();
-    // For rooms above that reset or package a bottle; no control of the window asks for either.
+    /// The user wants the basic settings as a new bottle has them.
     void resetBottles();
+    /// The user wants to make a package of the bottle.
     void startPackageBottle(const QString& bottleName);
     void closed();
 
@@ -97,6 +99,9 @@ private:
     void checkDriver();
     void chooseFile();
     void choose(Setting setting, const QVariant& value);
+    void connectTools();
+    void askToReset();
+    void openPackaging();
     void askAboutPrograms(Setting component, const QStringList& programs);
     void showError(const QString& errorText);
 
@@ -117,6 +122,7 @@ private:
     BasicPage* m_basic = nullptr;
     WineParamsCfgWidget* m_params = nullptr;
     TablePages* m_tables = nullptr;
+    ToolsPage* m_tools = nullptr;
     ComponentsPage* m_components = nullptr;
     QSplitter* m_splitter = nullptr;
     DebuggingLogsFrame* m_logs = nullptr;

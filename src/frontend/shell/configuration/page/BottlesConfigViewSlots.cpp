@@ -9,6 +9,10 @@
 #include "backend/BottleUtils.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/style/Theme.h"
+#include "fenk/window/Dialog.h"
+#include "launch/LaunchWindows.h"
 #include "launch/run/BottleTasks.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "shell/configuration/hints/CustomSPitter.h"
@@ -26,6 +30,7 @@
 #include "shell/configuration/page/ProgramFindings.h"
 #include "shell/configuration/page/ProgramTrials.h"
 #include "shell/configuration/page/SettingControlRow.h"
+#include "shell/configuration/page/ToolsPage.h"
 #include "widgets/FileChoice.h"
 
 void BottlesConfigView::onConfigurePageToggled(int page) {
@@ -175,4 +180,41 @@ void BottlesConfigView::chooseFile() {
 
 void BottlesConfigView::openBottlesDebugTerminal() {
     BottleCommands::openTerminal(m_bottle, this, [this](const QString& errorText) { showError(errorText); });
+}
+
+void BottlesConfigView::connectTools() {
+    connect(m_tools, &ToolsPage::importRequested, this, &BottlesConfigView::slotsimportRegs);
+    connect(m_tools, &ToolsPage::terminalRequested, this, &BottlesConfigView::openBottlesDebugTerminal);
+    connect(m_tools, &ToolsPage::resetRequested, this, &BottlesConfigView::askToReset);
+    connect(m_tools, &ToolsPage::packagingRequested, this, [this] { Q_EMIT startPackageBottle(m_bottle); });
+    connect(this, &BottlesConfigView::resetBottles, m_basic, &BasicPage::resetAll);
+    connect(this, &BottlesConfigView::startPackageBottle, this, &BottlesConfigView::openPackaging);
+}
+
+void BottlesConfigView::askToReset() {
+    const QStringList changed = m_basic->changedSettings();
+    if (changed.isEmpty()) {
+        Fenk::FloatingMessage::show(this, Fenk::Theme::icon("fenk-info"),
+                                    tr("The basic settings are those of a new container already."));
+        return;
+    }
+    auto* question = new Fenk::Dialog(
+        tr("Reset to Defaults"),
+        tr("These settings become those of a new container: %1. Programs and files stay as they are.")
+            .arg(QLocale().createSeparatedList(changed)),
+        this);
+    question->setObjectName("reset_question");
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->addButton(tr("Cancel"), true);
+    const int yes = question->addButton(tr("Reset"), false, Fenk::Dialog::ButtonWarning);
+    connect(question, &QDialog::finished, this, [this, yes](int answer) {
+        if (answer == yes)
+            Q_EMIT resetBottles();
+    });
+    question->open();
+}
+
+void BottlesConfigView::openPackaging() {
+    if (const auto& open = LaunchWindows::instance().packaging)
+        open(m_programs->currentRef(), this);
 }

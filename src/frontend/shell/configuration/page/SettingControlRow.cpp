@@ -2,19 +2,14 @@
 
 #include <QComboBox>
 #include <QEvent>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QSpinBox>
-#include <QVBoxLayout>
 #include <algorithm>
 #include <iterator>
 
-#include "fenk/controls/IconButton.h"
-#include "fenk/controls/Label.h"
 #include "fenk/controls/SettingRow.h"
 #include "fenk/controls/SwitchButton.h"
-#include "fenk/style/Tokens.h"
 #include "shell/configuration/components/WineVersionCombobox.h"
 #include "shell/configuration/page/ComponentsSwitcherWidget.h"
 
@@ -53,43 +48,11 @@ void setItemEnabled(QWidget* control, bool enabled) {
 }  // namespace
 
 SettingControlRow::SettingControlRow(const SettingInfo& info, QWidget* parent)
-    : QWidget(parent),
-      m_info(info),
-      m_control(makeControl()),
-      m_reset(new IconButton("fenk-refresh", tr("Reset"), nullptr, IconButton::Compact)),
-      m_line(new QWidget) {
-    m_control->setObjectName(info.objectName);
-    m_control->setAccessibleName(SettingTable::label(info.setting));
-    m_control->setAccessibleDescription(translated(info.help));
-    m_reset->setObjectName("reset_btn");
-    m_reset->setAccessibleName(tr("Reset %1").arg(SettingTable::label(info.setting)));
-    QSizePolicy keepsPlace = m_reset->sizePolicy();
-    keepsPlace.setRetainSizeWhenHidden(true);
-    m_reset->setSizePolicy(keepsPlace);
-    connect(m_reset, &QToolButton::clicked, this,
-            [this] { Q_EMIT chosen(setting(), SettingValues::standard(setting())); });
-
-    auto* side = new QWidget;
-    auto* controls = new QHBoxLayout(side);
-    controls->setContentsMargins(0, 0, 0, 0);
-    controls->setSpacing(Tokens::Space8);
-    controls->addWidget(m_reset);
-    controls->addWidget(m_control);
-    m_row = new SettingRow(SettingTable::label(info.setting), translated(info.tip), side);
-    m_row->setAccessibleName("basic_settings_item");
-    m_row->setToolTip(plainToolTip(translated(info.help)));
-
-    auto* line = new QFrame;
-    line->setFrameShape(QFrame::HLine);
-    line->setFixedHeight(1);
-    auto* inset = new QHBoxLayout(m_line);
-    inset->setContentsMargins(Tokens::Space16, 0, Tokens::Space16, 0);
-    inset->addWidget(line);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(m_line);
-    layout->addWidget(m_row);
+    : ResettableRow(parent), m_info(info) {
+    setUp(SettingTable::label(info.setting), translated(info.tip), translated(info.help), makeControl());
+    control()->setObjectName(info.objectName);
+    row()->setAccessibleName("basic_settings_item");
+    connect(this, &ResettableRow::resetRequested, this, &SettingControlRow::reset);
 }
 
 QWidget* SettingControlRow::makeControl() {
@@ -138,7 +101,7 @@ bool SettingControlRow::eventFilter(QObject* watched, QEvent* event) {
     auto* combo = qobject_cast<QComboBox*>(watched);
     const bool isKey = combo && event->type() == QEvent::KeyPress;
     if (event->type() != QEvent::Wheel && !(isKey && choosesUnseen(static_cast<QKeyEvent*>(event))))
-        return QWidget::eventFilter(watched, event);
+        return ResettableRow::eventFilter(watched, event);
     if (isKey && isVertical(static_cast<QKeyEvent*>(event)))
         combo->showPopup();
     else
@@ -147,15 +110,15 @@ bool SettingControlRow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void SettingControlRow::setValue(const QVariant& value, const SettingRowState& state) {
-    const QSignalBlocker blocker(m_control);
+    const QSignalBlocker blocker(control());
     if (m_switch)
         m_switch->setChecked(state.isForcedOn || value.toBool());
     else if (m_spin && m_spin->value() != value.toInt())  // or digits that are being typed would go
         m_spin->setValue(value.toInt());
     else if (m_combo)
         m_combo->setCurrentIndex(m_combo->findData(value));
-    m_control->setEnabled(state.isControlEnabled);
-    setItemEnabled(m_control, state.isEnabled);
+    control()->setEnabled(state.isControlEnabled);
+    setItemEnabled(control(), state.isEnabled);
     m_isStandard = value == SettingValues::standard(setting());
     m_canBeUsed = state.canBeUsed();
     updateReset();
@@ -169,10 +132,7 @@ void SettingControlRow::setBusy(bool busy) {
 }
 
 void SettingControlRow::updateReset() {
-    const bool shows = !m_isStandard && m_canBeUsed && !m_isBusy;
-    if (m_reset->hasFocus() && !shows)
-        m_control->setFocus();
-    m_reset->setVisible(shows);
+    setResettable(!m_isStandard && m_canBeUsed && !m_isBusy);
 }
 
 void SettingControlRow::setProblem(const QString& text) {
@@ -181,15 +141,11 @@ void SettingControlRow::setProblem(const QString& text) {
 }
 
 void SettingControlRow::updateTip() {
-    m_row->setTip(!m_problem.isEmpty() ? m_problem : !m_reason.isEmpty() ? m_reason : translated(m_info.tip));
+    row()->setTip(!m_problem.isEmpty() ? m_problem : !m_reason.isEmpty() ? m_reason : translated(m_info.tip));
 }
 
 bool SettingControlRow::matches(const QString& text) const {
     const QString all = SettingTable::label(setting()) + '\n' + translated(m_info.tip) + '\n' +
                         translated(m_info.help) + '\n' + m_info.label;
     return all.contains(text, Qt::CaseInsensitive);
-}
-
-void SettingControlRow::setSeparated(bool separated) {
-    m_line->setVisible(separated);
 }

@@ -1,30 +1,25 @@
 #pragma once
 
-#include <QWidget>
-
 #include "shell/configuration/rules/ComponentSetup.h"
 #include "shell/configuration/rules/SettingRules.h"
 #include "shell/configuration/rules/SettingTable.h"
+#include "widgets/ResettableRow.h"
 
 class ComponentsSwitcherWidget;
 class QComboBox;
 class QSpinBox;
 
 namespace Fenk {
-class IconButton;
-class SettingRow;
 class SwitchButton;
-}  // namespace Fenk
+}
 
-/// One setting on the basic page: label, tip, control, and a way back to the usual value while another one is
-/// set. Made of its line in SettingTable. Shows values without reporting them.
-class SettingControlRow : public QWidget {
+/// One setting on the basic page, made of its line in SettingTable. Shows values without reporting them.
+class SettingControlRow : public ResettableRow {
     Q_OBJECT
 public:
     explicit SettingControlRow(const SettingInfo& info, QWidget* parent = nullptr);
 
     Setting setting() const { return m_info.setting; }
-    QWidget* control() const { return m_control; }
     /// Null for a setting that is no component.
     ComponentsSwitcherWidget* switcher() const { return m_switcher; }
 
@@ -37,8 +32,8 @@ public:
 
     /// Whether label, tip or explanation contain the text in any case.
     bool matches(const QString& text) const;
-    /// A line above, between two rows.
-    void setSeparated(bool separated);
+    /// Chooses the usual value.
+    void reset() { Q_EMIT chosen(setting(), SettingValues::standard(setting())); }
 
 Q_SIGNALS:
     void chosen(Setting setting, const QVariant& value);
@@ -60,10 +55,6 @@ private:
     QSpinBox* m_spin = nullptr;
     Fenk::SwitchButton* m_switch = nullptr;
     ComponentsSwitcherWidget* m_switcher = nullptr;
-    QWidget* m_control;
-    Fenk::IconButton* m_reset;
-    Fenk::SettingRow* m_row = nullptr;
-    QWidget* m_line;
     bool m_isStandard = true;
     bool m_canBeUsed = true;
     bool m_isBusy = false;

@@ -20,9 +20,13 @@ public:
     explicit ToolsPage(BottlePrograms* programs, QWidget* parent = nullptr);
 
     int filter(const QString& text) override;
+    void setPackagingOffered(bool isOffered);
 
 Q_SIGNALS:
     void importRequested();
+    void resetRequested();
+    void packagingRequested();
+    void terminalRequested();
 
 private:
     struct Group {
@@ -35,4 +39,7 @@ private:
 
     QGridLayout* m_grid;
     QVector<Group> m_groups;
+    QPushButton* m_package = nullptr;
+    bool m_isPackagingOffered = false;
+    QString m_filter;
 };

@@ -167,7 +167,7 @@ void WineParamsCfgWidget::showText(QWidget* control, const QString& text) {
 
 void WineParamsCfgWidget::refreshResets() {
     for (auto it = m_texts.begin(); it != m_texts.end(); ++it)
-        m_rowOf.value(it.key())->setChanged(m_entry && !((*m_entry).*it.value()).isEmpty());
+        m_rowOf.value(it.key())->setResettable(m_entry && !((*m_entry).*it.value()).isEmpty());
 }
 
 void WineParamsCfgWidget::onTextChanged(const QString& text) {
