@@ -307,7 +307,9 @@ void DependencyRequests::cancelFirst(const QString& bottle) {
 void DependencyRequests::cancel(const QString& bottle, const Reply& reply) {
     if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
-    cancelFirst(bottle);
+    const auto line = m_lines.find(bottle);
+    if (line != m_lines.end() && !*line->head().cancelled && --line->head().askers == 0)
+        cancelFirst(bottle);
     reply(Answer::of());
 }
 

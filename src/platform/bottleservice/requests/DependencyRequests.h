@@ -39,7 +39,8 @@ public:
     void installing(const QString& bottle, const Reply& reply);
     /// Answers with an array: that component and then those that wait, in their order.
     void queue(const QString& bottle, const Reply& reply);
-    /// Cancels the running installation. Those that wait are carried out.
+    /// Cancels one request for the running installation, which goes on where there are others. Those that
+    /// wait are carried out.
     void cancel(const QString& bottle, const Reply& reply);
     /// Cancels one request for the component, whether its installation runs or waits; where there are others,
     /// the installation goes on. Does nothing where there is none.

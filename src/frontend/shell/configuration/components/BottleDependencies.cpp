@@ -286,7 +286,7 @@ void BottleDependencies::cancel(const QString& name) {
         if (self && number == self->m_bottles)
             self->onCancelled(name, attempt, answer);
     };
-    // Unnamed, the one is cancelled that the service installs just now, whoever has asked for it.
+    // Unnamed, a request for the one is cancelled that the service installs just now.
     BottlesConfig* service = BottlesConfig::instance();
     const bool isAlone = m_states.queue().size() == 1 && m_requests.contains(name);
     if (isAlone && m_states.isAtWork(name))
