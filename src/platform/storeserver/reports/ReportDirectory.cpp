@@ -72,6 +72,8 @@ ReportDirectory::ReportDirectory(const QString& path, qint64 roomBytes)
     if (!m_lock.isValid() || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) != 0)
         throw ReportError(
             QString("%1 is not writable, or another server uses it.").arg(m_path).toStdString());
+    // SQLite gives its other files the same rights.
+    Fenk::OwnedFd(::open(QFile::encodeName(scoresFile()).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     readOwnKey();
     // What a process that was killed has left.
     QDir incomingFiles(m_path + "/incoming");

@@ -3,6 +3,7 @@
 #include <httplib.h>
 
 #include <QtGlobal>
+#include <algorithm>
 
 #include "storeserver/request/ClientAddress.h"
 #include "storeserver/request/RequestHead.h"
@@ -48,9 +49,11 @@ StoreRequest requestOf(const httplib::Request& request, const std::string& peer)
                         request.get_header_value("X-Forwarded-Proto"),
                         clientAddress(peer, request.get_header_value("X-Forwarded-For")),
                         {}};
-    for (const std::string& name : RequestHead::deviceHeaders()) {
-        if (std::string value = request.get_header_value(name.c_str()); !value.empty())
-            result.device.emplace(name, std::move(value));
+    const std::vector<std::string>& names = RequestHead::deviceHeaders();
+    for (const auto& [name, value] : request.headers) {
+        const std::string lower = RequestHead::lowered(name);
+        if (!value.empty() && std::find(names.begin(), names.end(), lower) != names.end())
+            result.device.emplace(lower, value);
     }
     return result;
 }

@@ -121,6 +121,12 @@ const std::vector<std::string>& deviceHeaders() {
     return names;
 }
 
+std::string lowered(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), lower);
+    return result;
+}
+
 std::string reduced(std::string_view head) {
     static constexpr std::array<std::string_view, 5> kept = {"host", "connection", "x-vesk-language",
                                                              "x-forwarded-proto", "x-forwarded-for"};

@@ -33,6 +33,9 @@ Scan scan(std::string_view bytes);
 /// The headers, in small letters, that tell a report's device and what ran on it.
 const std::vector<std::string>& deviceHeaders();
 
+/// In small letters, of ASCII alone.
+std::string lowered(std::string_view text);
+
 /// A complete head without the headers that no answer depends on.
 std::string reduced(std::string_view head);
 
