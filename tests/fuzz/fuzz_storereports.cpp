@@ -18,7 +18,7 @@ namespace {
 constexpr qint64 RoomBytes = 256 * 1024;  // soon full, as writing takes long
 const QString Secret = "s3cret";
 
-/// Each call is an hour later and of another device, so that no limit of rate ends the fun.
+/// Each call is an hour later and of another device, so that no limit of rate is reached.
 struct Target {
     QTemporaryDir directory;
     qint64 now = 1700000000000;

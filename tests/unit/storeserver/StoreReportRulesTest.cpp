@@ -2,7 +2,7 @@
 #include <QJsonArray>
 #include <QtTest>
 
-#include "storeserver/reports/ReportBodies.h"
+#include "storeserver/reports/JsonScan.h"
 #include "storeserver/reports/ReportDirectory.h"
 #include "storeserver/reports/ReportGate.h"
 #include "storeserver/reports/ReportList.h"
@@ -83,13 +83,22 @@ private Q_SLOTS:
         QTEST(QString::fromStdString(clientAddress(peer.toStdString(), forwarded.toStdString())), "client");
     }
 
-    void deepBodiesAreNotParsed() {
-        QJsonObject body;
-        const std::string inner = "{\"a\":\"]\\\"" + std::string(30, '[') + "\"}";
-        QVERIFY(
-            ReportBodies::parse(std::string(15, '[') + inner + std::string(15, ']'), &body).contains("JSON"));
-        QVERIFY(ReportBodies::parse(std::string(16, '[') + inner, &body).contains("deep"));
-        QCOMPARE(ReportBodies::parse(inner, &body), QString());
+    void scansBodies_data() {
+        const Table<QByteArray, bool> row("bytes", "isParsable");
+        const QByteArray brackets(30, '[');
+        row("deep", QByteArray(16, '['), true);
+        row("too deep", QByteArray(17, '['), false);
+        row("brackets in a text", "{\"a\":\"]\\\"" + brackets + "\"}", true);
+        row("closed ones", QByteArray("[]").repeated(20), true);
+        row("key twice", "{\"a\":[1],\"b\":{\"c\":1}, \"a\" :[2]}", false);
+        row("key in two objects", "{\"a\":[{\"a\":1},{\"a\":2}]}", true);
+        row("key with an escape", "{\"a\":1,\"\\u0061\":2}", false);
+        row("text with an escape", "{\"a\":\"\\u0061\",\"b\":2}", true);
+        row("half a text", "{\"a\\", true);
+    }
+    void scansBodies() {
+        QFETCH(QByteArray, bytes);
+        QTEST(isParsableJson({bytes.constData(), size_t(bytes.size())}, 16), "isParsable");
     }
 
     void oldestUploadsMakeRoom() {

@@ -5,6 +5,8 @@
 #include <QRegularExpression>
 #include <cmath>
 
+#include "storeserver/reports/JsonScan.h"
+
 namespace StoreServer {
 
 namespace ReportBodies {
@@ -19,23 +21,6 @@ constexpr int DescriptionLength = 10000;
 constexpr int UrlLength = 2000;
 constexpr int ScoredNameLength = 50;
 constexpr int BestScore = 5;
-
-bool isTooDeep(std::string_view bytes) {
-    int depth = 0;
-    bool isText = false;
-    for (size_t index = 0; index < bytes.size(); ++index) {
-        const char character = bytes[index];
-        if (isText && character == '\\')
-            ++index;
-        else if (character == '"')
-            isText = !isText;
-        else if (!isText && (character == '[' || character == '{') && ++depth > MaximumDepth)
-            return true;
-        else if (!isText && (character == ']' || character == '}'))
-            --depth;
-    }
-    return false;
-}
 
 /// Reads fields of one body. After the first error the rest is empty.
 class Fields {
@@ -88,8 +73,8 @@ private:
 }  // namespace
 
 QString parse(std::string_view bytes, QJsonObject* body) {
-    if (bytes.size() > MaximumBytes || isTooDeep(bytes))
-        return "the body is too large or nested too deeply";
+    if (bytes.size() > MaximumBytes || !isParsableJson(bytes, MaximumDepth))
+        return "the body is too large, nested too deeply, or has a key twice";
     const QJsonDocument document =
         QJsonDocument::fromJson(QByteArray::fromRawData(bytes.data(), int(bytes.size())));
     *body = document.object();

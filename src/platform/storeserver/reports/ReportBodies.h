@@ -13,9 +13,9 @@ namespace StoreServer {
 namespace ReportBodies {
 
 constexpr size_t MaximumBytes = 64 * 1024;
-constexpr int MaximumDepth = 16;
+constexpr size_t MaximumDepth = 16;
 
-/// The object of a body. Bytes that are nested deeper than the maximum are not parsed.
+/// The object of a body. Only what isParsableJson() is parsed.
 QString parse(std::string_view bytes, QJsonObject* body);
 
 /// A report. `record` is what is kept of it: without the machine's id and without the keys of files.
