@@ -33,8 +33,9 @@ int sessionPort() {
 QString reportSecret(const QString& directory) {
     const QString file = directory + "/secret";
     QByteArray hex = qgetenv(SecretVariable);
-    if (hex.isEmpty())
-        hex = Fenk::RegularFile::read(file, MaximumSecret).value_or(QByteArray());
+    QFile source;
+    if (hex.isEmpty() && Fenk::RegularFile::open(source, file, Fenk::RegularFile::Links::Followed))
+        hex = source.read(MaximumSecret);
     const QString secret = ReportSignature::secretOf(hex.trimmed());
     if (secret.isEmpty())
         throw ReportError(QString("Reports need a secret, as hexadecimal digits in %1 or in the environment "

@@ -8,8 +8,8 @@
 #include "feedback/client/FeedBackApi.h"
 #include "feedback/client/ReportSignature.h"
 #include "feedback/client/UploadFilesManager.h"
-#include "support/ChildProcess.h"
 #include "support/StoreFiles.h"
+#include "support/StoreServerProcess.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -29,24 +29,15 @@ class StoreReportsTest : public QObject {
 
     TestSupport::TestHome m_home;
     TestSupport::StoreFiles m_store;
-    std::unique_ptr<TestSupport::ChildProcess> m_server;
+    TestSupport::StoreServerProcess m_server{STORE_SERVER};
     QString m_reports = m_home.path() + "/reports";
     QString m_address;
     FeedBackApi m_api;
 
     void startServer(const QStringList& more = {}) {
-        m_server = std::make_unique<TestSupport::ChildProcess>();
-        m_server->setProcessChannelMode(QProcess::MergedChannels);
-        m_server->start(
-            STORE_SERVER,
-            QStringList{"--data", m_store.path(), "--reports", m_reports, "--listen", "127.0.0.1:0"} + more);
-        QByteArray log;
-        QVERIFY2(TestSupport::waitUntil([&] {
-                     log += m_server->readAll();
-                     return log.contains("listening on ") && log.endsWith('\n');
-                 }),
-                 log.constData());
-        m_address = log.mid(log.lastIndexOf("http://")).trimmed();
+        const QStringList arguments{"--data", m_store.path(), "--reports", m_reports};
+        QVERIFY2(m_server.start(arguments + more), m_server.log().constData());
+        m_address = m_server.address();
         settingsStore()->setOption("feedback.cfg.base_url", m_address);
     }
     /// The whole answer; its connection ends with it.
@@ -78,9 +69,7 @@ class StoreReportsTest : public QObject {
     QByteArray put(const QJsonObject& upload, const QByteArray& body) const {
         return send("PUT", upload["upload_url"].toString().mid(m_address.size()).toLatin1(), body);
     }
-    QString list() const {
-        return TestSupport::runProcess(STORE_SERVER, {"--reports", m_reports, "--list-reports"}).output;
-    }
+    QString list() const { return m_server.listedReports(m_reports); }
     bool submit(const QJsonObject& report) {
         int ends = 0;
         bool isGood = false;
@@ -176,7 +165,6 @@ private Q_SLOTS:
             {"cfgFileKey", file["file_key"]}};
         QVERIFY(post("wineAssist/appScore", half).contains("\"status\":200"));
         QVERIFY(list().contains("score 5") && list().contains("/configuration.tar.gz\n"));
-        m_server->stop();
         startServer();
         QVERIFY(score("notes", 1));
         QTRY_VERIFY_WITH_TIMEOUT(notes().contains("\"score\":3"), WaitMs);
@@ -247,7 +235,6 @@ private Q_SLOTS:
     }
 
     void fullServerSaysSo() {
-        m_server->stop();
         startServer({"--reports-room", "1"});
         const QByteArray answer = post("file/getUploadInfo", {{"type", "attach"}});
         QVERIFY2(answer.startsWith("HTTP/1.1 507") && answer.contains("no room"), answer.constData());

@@ -108,6 +108,35 @@ private Q_SLOTS:
         QVERIFY(conversation.phase() == Conversation::Phase::Over);
     }
 
+    void bodiesComeWithTheirRequests_data() { answersWhateverTheirPieces_data(); }
+    void bodiesComeWithTheirRequests() {
+        struct Body : RequestBody {
+            void write(std::string_view bytes) override { text += bytes; }
+            StoreAnswer answer(const StoreRequest& request) override {
+                return {200,
+                        "text/plain",
+                        text + ' ' + request.client + ' ' + request.device.at("x-device-id"),
+                        {}};
+            }
+            std::string text;
+        };
+        QFETCH(int, pieceSize);
+        HttpExchange exchange([](const StoreRequest&) { return StoreAnswer(); },
+                              [](const StoreRequest& head, size_t length) {
+                                  return length < 9 && head.path == "/a" ? std::make_unique<Body>() : nullptr;
+                              });
+        Conversation conversation(exchange, "127.0.0.1");
+        const QByteArray post =
+            "POST /a HTTP/1.1\r\nHost: h\r\nX-Device-ID: d\r\nX-Forwarded-For: 192.0.2.1\r\n"
+            "X-Forwarded-For: 192.0.2.2\r\nContent-Length: ";
+        const QByteArray answers = receiveAll(
+            conversation, post + "6\r\n\r\nGET /\n" + post + "2\r\n\r\nab" + post + "9\r\n\r\n", pieceSize);
+        QVERIFY2(answers.contains("GET /\n 192.0.2.2 d") && answers.contains("ab 192.0.2.2 d"),
+                 answers.constData());
+        QVERIFY2(answers.contains("HTTP/1.1 413"), answers.constData());
+        QVERIFY(conversation.phase() == Conversation::Phase::Over);
+    }
+
     void refusesAndEnds_data() {
         const Table<QByteArray, QByteArray> row("bytes", "status");
         row("nonsense", "\x16\x03\x01\r\n\r\n", "400");

@@ -41,13 +41,15 @@ private:
 };
 
 StoreRequest requestOf(const httplib::Request& request, const std::string& peer) {
+    // The last is the nearest web server's; a client may have sent some of its own.
+    const size_t forwards = std::max<size_t>(request.get_header_value_count("X-Forwarded-For"), 1);
     StoreRequest result{request.method,
                         request.path,
                         request.params,
                         request.get_header_value("X-VESK-Language"),
                         request.get_header_value("Host"),
                         request.get_header_value("X-Forwarded-Proto"),
-                        clientAddress(peer, request.get_header_value("X-Forwarded-For")),
+                        clientAddress(peer, request.get_header_value("X-Forwarded-For", forwards - 1)),
                         {}};
     const std::vector<std::string>& names = RequestHead::deviceHeaders();
     for (const auto& [name, value] : request.headers) {
