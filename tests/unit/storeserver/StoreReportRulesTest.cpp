@@ -113,8 +113,9 @@ private Q_SLOTS:
             QVERIFY(directory.keepUpload(key, "png", ReportDirectory::BlockBytes));
         };
         upload("young", Hour / 2);
-        upload("old", 3 * Hour);
-        upload("older", 4 * Hour);
+        upload("old", 2 * Hour);
+        upload("older", 3 * Hour);
+        upload("oldest", 4 * Hour);
         upload("named", 5 * Hour);
         upload("forgotten", 25 * Hour);
         QCOMPARE(int(directory.save("r1", {}, {"named"}, {"image-1"})), int(ReportDirectory::Saved::Yes));
@@ -123,10 +124,11 @@ private Q_SLOTS:
         QVERIFY(directory.reserve(1, Now) && !directory.hasUpload("forgotten") &&
                 directory.hasUpload("older"));
         std::vector<std::unique_ptr<ReportDirectory::Room>> rooms;
-        while (directory.hasUpload("older")) {
+        while (directory.hasUpload("oldest")) {
             rooms.push_back(directory.reserve(ReportDirectory::BlockBytes, Now + qint64(rooms.size())));
             QVERIFY(rooms.back());
         }
+        QVERIFY(!directory.hasUpload("older"));  // room for the next one, too
         QVERIFY(directory.hasUpload("old") && directory.hasUpload("young"));
         QVERIFY(!directory.reserve(3 * ReportDirectory::BlockBytes, Now + 60 * 1000));
         QVERIFY(!directory.hasUpload("old") && directory.hasUpload("young"));

@@ -23,6 +23,7 @@ namespace {
 
 constexpr int OwnKeyBytes = 32;
 constexpr qint64 CountPauseMs = 10 * 1000;
+constexpr qint64 SpareShare = 16;  // of the room, to be free after making room
 constexpr qint64 SweepPauseMs = 60 * 60 * 1000;
 const QString NewPrefix = ".new-";
 
@@ -118,7 +119,8 @@ std::unique_ptr<ReportDirectory::Room> ReportDirectory::reserve(qint64 bytes, qi
     return std::make_unique<Room>(*this, bytes);
 }
 
-/// Counts anew, since reports may have been deleted, but not at each of many requests.
+/// Counts anew, since reports may have been deleted, but not at each of many requests: makes some room for
+/// the next ones as well.
 void ReportDirectory::makeRoom(qint64 bytes, qint64 nowMs) {
     if (qAbs(nowMs - m_countedMs) < CountPauseMs)
         return;
@@ -128,7 +130,8 @@ void ReportDirectory::makeRoom(qint64 bytes, qint64 nowMs) {
     std::sort(all.begin(), all.end(),
               [](const Upload& left, const Upload& right) { return left.changedMs < right.changedMs; });
     for (const Upload& upload : qAsConst(all)) {
-        if (m_usedBytes + m_reservedBytes + bytes <= m_roomBytes || nowMs - upload.changedMs < YoungMs)
+        if (m_usedBytes + m_reservedBytes + bytes + m_roomBytes / SpareShare <= m_roomBytes ||
+            nowMs - upload.changedMs < YoungMs)
             break;
         if (!upload.isUsed && QFile::remove(upload.path))
             m_usedBytes -= rounded(upload.bytes);
