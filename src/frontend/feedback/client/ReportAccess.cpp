@@ -69,6 +69,13 @@ QByteArray ReportAccess::signedBody(const QJsonObject& body, QNetworkRequest* re
     return QJsonDocument(ReportSignature::sign(body, secret)).toJson(QJsonDocument::Compact);
 }
 
+QString ReportAccess::headersText(const QNetworkRequest& request) {
+    QString text;
+    for (const QByteArray& name : request.rawHeaderList())
+        text += QString::fromUtf8(name + ": " + request.rawHeader(name) + '\n');
+    return text;
+}
+
 void ReportAccess::addVersions(const BottleVersions& versions, QNetworkRequest* request) {
     request->setRawHeader("X-Wine-Ver", headerValue(versions.runner));
     request->setRawHeader("X-Windows-Ver", headerValue(versions.windowsVersion));

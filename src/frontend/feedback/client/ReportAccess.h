@@ -29,5 +29,7 @@ struct ReportAccess {
     QNetworkRequest request(const QString& path) const;
     /// A signed POST: the request's body, and its content type in the request.
     QByteArray signedBody(const QJsonObject& body, QNetworkRequest* request) const;
+    /// The request's own headers, a line each, for a user to read.
+    static QString headersText(const QNetworkRequest& request);
     static void addVersions(const BottleVersions& versions, QNetworkRequest* request);
 };

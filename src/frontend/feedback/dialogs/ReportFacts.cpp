@@ -3,24 +3,9 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "backend/BottlesConfig.h"
-#include "backend/EmulatorPackage.h"
 #include "backend/InBackground.h"
+#include "feedback/client/VersionQuery.h"
 #include "probes/HardwareInfo.h"
-#include "probes/MachineUtils.h"
-
-namespace {
-
-/// Windows programs need an emulator on these processors.
-bool needsEmulator() {
-    static const bool needs = [] {
-        const QString architecture = MachineUtils::cpuArchitecture();
-        return architecture.contains("arm") || architecture.contains("loongarch");
-    }();
-    return needs;
-}
-
-}  // namespace
 
 void ReportFacts::collect() {
     if (m_isStarted)
@@ -39,26 +24,14 @@ void ReportFacts::collect() {
 
 void ReportFacts::collectBottle() {
     m_left += 2;
-    BottlesConfig::instance()->watchBottle(m_bottle, this, [this](const BusResult& result) {
-        m_versions = BottleVersions::of(m_bottle, result.object());
-        if (needsEmulator())
-            collectEmulator();
-        else
-            endPart();
+    VersionQuery::ask(m_bottle, this, [this](const BottleVersions& versions, const QJsonObject&) {
+        m_versions = versions;
+        endPart();
     });
     LogUpload::copyLogs(m_bottle, this, [this](const LogUpload::Copies& copies) {
         m_logs = copies;
         endPart();
     });
-}
-
-void ReportFacts::collectEmulator() {
-    callServiceAsync(
-        this, [bottle = m_bottle] { return EmulatorPackage::describe(bottle); },
-        [this](const QString& emulator) {
-            m_versions.emulatorVersion = emulator;
-            endPart();
-        });
 }
 
 void ReportFacts::endPart() {

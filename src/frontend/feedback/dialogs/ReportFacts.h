@@ -31,7 +31,6 @@ Q_SIGNALS:
 
 private:
     void collectBottle();
-    void collectEmulator();
     void endPart();
 
     const QString m_bottle;

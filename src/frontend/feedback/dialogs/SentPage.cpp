@@ -31,13 +31,6 @@ QByteArray indented(const QJsonObject& object) {
     return QJsonDocument(object).toJson(QJsonDocument::Indented);
 }
 
-QString headersText(const QNetworkRequest& request) {
-    QString text;
-    for (const QByteArray& name : request.rawHeaderList())
-        text += QString::fromUtf8(name + ": " + request.rawHeader(name) + '\n');
-    return text;
-}
-
 }  // namespace
 
 SentPage::SentPage(bool hasService, bool hasLogs, QWidget* parent)
@@ -92,7 +85,7 @@ void SentPage::update(const FeedbackForm& form, const ReportFacts& facts, const 
         parts += {tr("Report"), indented(form.body(uploads.keys(), facts.hardware(), logs)), {}, {}};
         parts += {tr("About this computer"),
                   tr("Goes with each request, also with the one for the problem types:") + "\n\n" +
-                      headersText(requestOf(facts)),
+                      ReportAccess::headersText(requestOf(facts)),
                   {},
                   {}};
     } else {

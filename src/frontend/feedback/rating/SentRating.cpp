@@ -15,13 +15,6 @@ QString translated(const char* text) {
     return QCoreApplication::translate("ApplyScoreDialog", text);
 }
 
-QString headersText(const QNetworkRequest& request) {
-    QString text;
-    for (const QByteArray& name : request.rawHeaderList())
-        text += QString::fromUtf8(name + ": " + request.rawHeader(name) + '\n');
-    return text;
-}
-
 }  // namespace
 
 QString SentRating::introduction() {
@@ -45,7 +38,7 @@ QVector<SentPart> SentRating::parts(const AppScoreRequest& request, const Bottle
                              {},
                              {}},
                             {translated(QT_TRANSLATE_NOOP("ApplyScoreDialog", "About this computer")),
-                             headersText(headers),
+                             ReportAccess::headersText(headers),
                              {},
                              {}}};
     if (!suggestion.trimmed().isEmpty())
