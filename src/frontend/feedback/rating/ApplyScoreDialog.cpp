@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -91,7 +92,6 @@ ApplyScoreDialog::ApplyScoreDialog(const Program& program, QWidget* parent)
     });
     showIcon();
     showSentPage(false);
-    m_stars->setFocus();
     if (m_hasService)
         m_facts->collect();
 }
@@ -100,7 +100,6 @@ ApplyScoreDialog* ApplyScoreDialog::openFor(const Program& program, int score, Q
     auto* dialog = new ApplyScoreDialog(program, over);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->m_stars->choose(score);
-    dialog->m_stars->setFocus();
     dialog->open();
     return dialog;
 }
@@ -279,6 +278,12 @@ void ApplyScoreDialog::reject() {
         Dialog::reject();
     else
         m_submission->cancel();  // what was typed stays
+}
+
+void ApplyScoreDialog::showEvent(QShowEvent* event) {
+    Dialog::showEvent(event);
+    if (!event->spontaneous())
+        m_stars->setFocus(Qt::OtherFocusReason);
 }
 
 void ApplyScoreDialog::keyPressEvent(QKeyEvent* event) {

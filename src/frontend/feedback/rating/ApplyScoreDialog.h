@@ -44,6 +44,7 @@ public Q_SLOTS:
     void reject() override;
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
