@@ -341,7 +341,7 @@ void ApplyScoreDialog::onFinished(bool ok, const QString& desc, bool isWhole) {
     }
     if (!desc.isEmpty())
         showStatus(desc.simplified().left(LongestDesc), true);
+    button(m_submit)->setFocus();  // first: its ring would lie over the message
     FloatingMessage::show(this, QIcon(widgetImage("warning.svg")),
                           tr("Failed to submit, please check your network"));
-    button(m_submit)->setFocus();
 }
