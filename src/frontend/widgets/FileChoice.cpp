@@ -1,5 +1,6 @@
 #include "widgets/FileChoice.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 
@@ -38,7 +39,9 @@ QFileDialog* FileChoice::make(Kind kind, QWidget* over, const QString& title, co
     const QString key = keyOf(kind);
     const QString last = settingsStore()->getOption(key).toString();
     const bool lastExists = !last.isEmpty() && QFileInfo(last).isDir();
-    auto* dialog = new QFileDialog(over, title, lastExists ? last : firstFolder, filter);
+    // A folder that does not exist would stand there as the name of a file.
+    const QString first = QFileInfo(firstFolder).isDir() ? firstFolder : QDir::homePath();
+    auto* dialog = new QFileDialog(over, title, lastExists ? last : first, filter);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);
     new Fenk::DialogAnchor(dialog);

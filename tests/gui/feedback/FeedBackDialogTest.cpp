@@ -345,9 +345,17 @@ private Q_SLOTS:
         saveAs(m_home.path() + "/none/report.tar.gz");
         QTRY_VERIFY(floating(m_dialog).startsWith("The report could not be written to"));
         const QString path = m_home.path() + "/report.tar.gz";
-        saveAs(path);
-        TestSupport::press(m_dialog, Qt::Key_Escape);  // ends the save, not the dialog
-        QVERIFY(save()->isEnabled());
+        {
+            TestSupport::EnvironmentGuard environment;
+            QFile(m_home.write("bin/tar", "#!/bin/sh\nexec sleep 300\n"))
+                .setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+            environment.set("PATH", m_home.path().toUtf8() + "/bin:" + qgetenv("PATH"));
+            saveAs(path);
+            QTRY_COMPARE(leftOvers().filter("logs-").size(), 2);  // the logs, and what is packed
+            TestSupport::press(m_dialog, Qt::Key_Escape);         // ends the save, not the dialog
+            QVERIFY(save()->isEnabled());
+            QTRY_COMPARE(leftOvers().filter("logs-").size(), 1);
+        }
         saveAs(path);
         QTRY_VERIFY(!m_dialog);
         QCOMPARE(floating(m_window.get()), "The report is in " + path);

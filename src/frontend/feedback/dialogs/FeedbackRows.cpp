@@ -34,7 +34,7 @@ FeedbackRows::FeedbackRows(ImageUploads* uploads, bool hasService, QWidget* pare
       m_downloadUrl(makeLine("feedback_downloadurl", MaximumAddress)),
       m_images(new UploadedImages(uploads)),
       m_contact(makeLine("feedback_contact", MaximumName)) {
-    m_grid->setContentsMargins(0, 0, Tokens::ScrollBarExtent, 0);
+    m_grid->setContentsMargins(0, Tokens::RingExtent, Tokens::ScrollBarExtent, Tokens::RingExtent);
     m_grid->setHorizontalSpacing(Tokens::Space16);
     m_grid->setVerticalSpacing(Tokens::Space12);
     m_grid->setColumnStretch(1, 1);

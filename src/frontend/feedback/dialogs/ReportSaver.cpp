@@ -39,7 +39,8 @@ bool lay(const QString& directory, const ReportSaver::Report& report) {
 QString pack(const QString& place, const QString& archive, const Cancelled& isCancelled) {
     QProcess tar;
     tar.setStandardOutputFile(QProcess::nullDevice());
-    tar.start("tar", {"-C", place, "-czf", archive, Folder});
+    // The owner would name the user.
+    tar.start("tar", {"--owner=0", "--group=0", "--numeric-owner", "-C", place, "-czf", archive, Folder});
     if (!tar.waitForStarted())
         return ReportSaver::tr("The program “tar” is missing.");
     while (!tar.waitForFinished(CancelMs) && tar.state() != QProcess::NotRunning) {

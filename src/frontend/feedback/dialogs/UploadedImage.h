@@ -13,8 +13,8 @@ class UploadedImageHoverWidget;
 class UploadedImage : public QAbstractButton {
     Q_OBJECT
 public:
-    static constexpr int Width = 96;
-    static constexpr int Height = 72;
+    static constexpr int Width = 104;
+    static constexpr int Height = 76;
 
     explicit UploadedImage(const ImageUploads::Image& image, QWidget* parent = nullptr);
 

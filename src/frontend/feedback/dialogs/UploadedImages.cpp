@@ -11,7 +11,7 @@
 using namespace Fenk;
 
 namespace {
-constexpr int Columns = 4;
+constexpr int Columns = 3;
 }  // namespace
 
 UploadedImages::UploadedImages(ImageUploads* uploads, QWidget* parent)
