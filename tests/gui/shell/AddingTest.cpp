@@ -160,6 +160,21 @@ private Q_SLOTS:
         QVERIFY(!shown("download_btn")->isEnabled() && !shown("add_apps_run")->isEnabled());
     }
 
+    void keys() {
+        shown("online_tab")->setFocus();
+        QTest::mouseClick(shown("online_tab"), Qt::LeftButton);
+        QCOMPARE(shownTab(), QString("add_online_file"));
+        TestSupport::press(m_window.get(), Qt::Key_Right);
+        QCOMPARE(shownTab(), QString("add_green_file"));
+        TestSupport::press(m_window.get(), Qt::Key_Left);
+        QCOMPARE(shownTab(), QString("add_online_file"));
+        page()->findChild<QLineEdit*>()->setFocus();
+        QTest::mouseClick(shown("local_tab"), Qt::LeftButton);
+        QVERIFY(shown("add_local_file_btn")->hasFocus());
+        QTest::mouseClick(shown("online_tab"), Qt::LeftButton);
+        QVERIFY(page()->findChild<QLineEdit*>()->hasFocus());
+    }
+
     void chosen() {
         for (const auto& [tab, button, filter] : {std::tuple("local_tab", "add_local_file_btn", "*.yml"),
                                                   {"portable_tab", "add_green_file_btn", ""}}) {

@@ -1,5 +1,6 @@
 #include "shell/adding/AddAppsHelperWidget.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QDebug>
 #include <QHBoxLayout>
@@ -103,10 +104,14 @@ void AddAppsHelperWidget::onSelectGreenFileClicked() {
 void AddAppsHelperWidget::showTab(Tab tab) {
     QAbstractButton* chosen = m_buttons->button(tab);
     chosen->setChecked(true);
-    // Tab reaches the chosen button, arrow keys the others.
+    const bool isByKeys =
+        m_buttons->buttons().contains(qobject_cast<QAbstractButton*>(QApplication::focusWidget()));
+    // Tab reaches the chosen button, arrow keys the others. A click leads into the tab.
     for (QAbstractButton* button : m_buttons->buttons())
-        button->setFocusPolicy(button == chosen ? Qt::StrongFocus : Qt::ClickFocus);
+        button->setFocusPolicy(button == chosen ? Qt::TabFocus : Qt::NoFocus);
     m_tabs->setCurrentIndex(tab);
+    if (!isByKeys && isVisible())
+        focusTab();
     Q_EMIT readyChanged(isReady());
 }
 
