@@ -5248,8 +5248,8 @@ please wait for the component download to complete!</source>
         <translation>服务器不允许本程序下载该安装程序。请用浏览器下载，然后在此选择下载好的文件。</translation>
     </message>
     <message>
-        <source>The address leads elsewhere too often, or to something that is not on the web.</source>
-        <translation>该地址跳转次数过多，或者跳转到了网络以外的位置。</translation>
+        <source>The address leads elsewhere too often, or to a place that is not safe.</source>
+        <translation>该地址跳转次数过多，或者跳转到了不安全的位置。</translation>
     </message>
     <message>
         <source>The file at the address has changed. Please start again.</source>

@@ -6,7 +6,9 @@
 #include "LibraryFixture.h"
 #include "fenk/controls/LineEdit.h"
 #include "shell/IndexView.h"
+#include "shell/SearchWidget.h"
 #include "shell/adding/AddAppsWidget.h"
+#include "shell/adding/AddingTexts.h"
 #include "store/install/SetupAppInfoDialog.h"
 #include "support/HttpServer.h"
 #include "support/KeyWalk.h"
@@ -47,10 +49,9 @@ class AddingTest : public LibraryFixture {
         const auto* label = shown<QLabel>(name);
         return label ? label->text() : QString();
     }
-    void drop(const QList<QUrl>& urls) {
+    void drop(const QList<QUrl>& urls, QWidget* area) {
         QMimeData data;
         data.setUrls(urls);
-        auto* area = shown<DropArea>("drop_area");
         QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(area, &enter);
         QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
@@ -65,8 +66,11 @@ class AddingTest : public LibraryFixture {
 private Q_SLOTS:
     void init() {
         LibraryFixture::init();
-        m_server.files = {
-            {"setup.exe", program()}, {"page.exe", "<html>"}, {"a.yml", Manifest}, {"odd.exe", "MZ"}};
+        m_server.files = {{"setup.exe", program()},
+                          {"page.exe", "<html>"},
+                          {"a.yml", Manifest},
+                          {"odd.exe", "MZ"},
+                          {"app.zip", QByteArray("PK\3\4", 4) + QByteArray(40, '\0')}};
         open({});
         auto* add = m_window->findChild<QAbstractButton*>("welcome_openbtn");
         QVERIFY(add);
@@ -111,7 +115,7 @@ private Q_SLOTS:
             const bool isFolder = one.size() > 1 && one.endsWith('/');
             urls << QUrl::fromLocalFile(isFolder ? m_home.path() + '/' + one.section('/', 0, 0) : path);
         }
-        drop(urls);
+        drop(urls, shown<DropArea>("drop_area"));
         QTRY_COMPARE(text("file_state"), QString(reason.isEmpty() ? Valid : Invalid));
         QCOMPARE(text("file_reason").left(reason.size()), reason);
         QTEST(shownTab(), "tab");
@@ -137,6 +141,7 @@ private Q_SLOTS:
         const Table<QString, QString> row("path", "state");
         row("program", "setup.exe", Valid);
         row("manifest", "a.yml", Valid);
+        row("archive", "app.zip", Valid);
         row("page", "page.exe", "");
         row("not of Windows", "odd.exe", Invalid);
     }
@@ -158,6 +163,38 @@ private Q_SLOTS:
         QCOMPARE(QFile::exists(m_home.path() + "/Downloads/" + path), !state.isEmpty());
         address->setText("ftp://x/a.exe");
         QVERIFY(!shown("download_btn")->isEnabled() && !shown("add_apps_run")->isEnabled());
+    }
+
+    void windowDrops_data() {
+        const Table<QStringList, QString, QString> row("files", "tab", "state");
+        row("folder", {"app"}, "add_green_file", Valid);
+        row("manifest", {"a.yml"}, "add_local_file", Valid);
+        row("programs", {"a.exe", "b.exe"}, "add_local_file", Invalid);
+        row("nothing of ours", {"a.txt"}, "", "");
+    }
+    void windowDrops() {
+        QFETCH(QStringList, files);
+        QFETCH(QString, state);
+        m_home.write("app/a.exe", program());
+        for (const char* file : {"a.exe", "b.exe", "a.txt", "a.yml"})
+            m_home.write(file, Manifest);
+        TestSupport::press(m_window.get(), Qt::Key_Escape);
+        QList<QUrl> urls;
+        for (const QString& file : qAsConst(files))
+            urls << QUrl::fromLocalFile(m_home.path() + '/' + file);
+        const QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
+        drop(urls, m_window.get());
+        QTRY_COMPARE(text("file_state"), state);
+        QTEST(shownTab(), "tab");
+        QCOMPARE(opened.size(), 0);
+    }
+
+    void pastesAKeyword() {
+        QApplication::clipboard()->setText("ledger");
+        m_window->findChild<SearchWidget*>()->setFocus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(m_window->findChild<SearchWidget*>()->text(), QString("ledger"));
+        QVERIFY(view()->isVisible());
     }
 
     void keys() {
@@ -187,6 +224,17 @@ private Q_SLOTS:
             dialog->close();
             QTRY_COMPARE(text("file_state"), QString(Valid));
             QCOMPARE(shownTab(), QString("add_green_file"));
+        }
+    }
+
+    /// Not the source's Chinese. The translators stay, so these are the last.
+    void otherLanguages() {
+        auto* app = static_cast<Fenk::Application*>(qApp);
+        QCoreApplication::setApplicationName("cellarix");
+        app->setTranslationsDir(TEST_BINARY_DIR "/translations");
+        for (const auto& [locale, expected] : {std::pair("de", "Run"), {"zh_CN", "运行"}}) {
+            QCOMPARE(app->loadTranslator({QLocale(locale)}), expected[0] != 'R');
+            QCOMPARE(AddingTexts::run(), QString(expected));
         }
     }
 };

@@ -6,6 +6,7 @@
 #include <QStorageInfo>
 
 #include "net/HttpRequest.h"
+#include "net/LoggedAddress.h"
 #include "store/install/SetupFileName.h"
 
 namespace {
@@ -64,8 +65,7 @@ void SetupDownload::start(const QUrl& url, const QString& directory, const QStri
     }
     m_begin = m_file->size();
     m_file->seek(m_begin);
-    qInfo().noquote() << "download set-up program:" << url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery)
-                      << "from byte" << m_begin;
+    qInfo().noquote() << "download set-up program:" << loggedAddress(url) << "from byte" << m_begin;
     send(url);
 }
 
@@ -160,7 +160,7 @@ void SetupDownload::onFinished(const HttpAnswer& answer) {
             fail(tr("The setup program is too large."), answer.errorText);
             break;
         case Error::Redirect:
-            fail(tr("The address leads elsewhere too often, or to something that is not on the web."),
+            fail(tr("The address leads elsewhere too often, or to a place that is not safe."),
                  answer.errorText);
             break;
         default:
@@ -217,8 +217,7 @@ void SetupDownload::save(const HttpAnswer& answer) {
 }
 
 void SetupDownload::fail(const QString& errorText, const QString& reason, Part part) {
-    qWarning().noquote() << "cannot download" << m_url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery)
-                         << reason;
+    qWarning().noquote() << "cannot download" << loggedAddress(m_url) << reason;
     dropRequest();
     if (part == Part::Dropped || m_validator.isEmpty() || !m_file->size())
         m_file.reset();
