@@ -77,6 +77,8 @@ void AddOnlineFileWidget::onTextChanged(const QString& text) {
 }
 
 void AddOnlineFileWidget::onReturn() {
+    if (state()->isGood())
+        return;  // it has just come
     const QUrl address = addressIn(m_address->text());
     if (SetupDownload::canFetch(address))
         m_download->start();

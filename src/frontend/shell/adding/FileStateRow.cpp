@@ -1,5 +1,6 @@
 #include "shell/adding/FileStateRow.h"
 
+#include <QAccessible>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QIcon>
@@ -67,6 +68,8 @@ void FileStateRow::show(const AddedFile& file) {
         showState(AddingTexts::isValid(), Theme::Success, QIcon(widgetImage("ok.svg")));
     else
         showState(AddingTexts::isInvalid(), Theme::Danger, warningIcon());
+    QAccessibleEvent event(m_state, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
 }
 
 void FileStateRow::refuse(const QString& reason) {
