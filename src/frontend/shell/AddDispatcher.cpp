@@ -85,7 +85,7 @@ void AddDispatcher::askForSeveral(const QVector<AddItem>& programs) {
         names += program.shown;
     auto* dialog = new Fenk::Dialog(
         tr("Run Several Programs"),
-        tr("Each gets a container of its own: %1").arg(QLocale().createSeparatedList(names)), m_window);
+        tr("Each gets a container of its own:\n%1").arg(QLocale().createSeparatedList(names)), m_window);
     dialog->setObjectName("several_programs_question");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->addButton(tr("Cancel"));

@@ -108,10 +108,10 @@ private Q_SLOTS:
         addFolder();
         QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
         auto* list = choice()->findChild<QTreeView*>("executables_list");
-        const auto path = [list](int row) { return list->model()->index(row, 1).data().toString(); };
+        const auto place = [list](int row) { return list->model()->index(row, 1).data().toString(); };
         QCOMPARE(list->model()->rowCount(), 3);
-        QCOMPARE(path(0), QString("C:\\Program Files\\App\\app.exe"));
-        QCOMPARE(path(2), QString("C:\\Program Files\\App\\unins000.exe"));
+        QCOMPARE(place(0), QString("app.exe"));
+        QCOMPARE(place(2), QString("unins000.exe"));
         QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
         m_service->setError("Bottles.updateExternalProgram", "no");
         QTest::mouseClick(choice()->button(1), Qt::LeftButton);
@@ -122,7 +122,8 @@ private Q_SLOTS:
         const auto recordOf = [](const RecordedCall& call) {
             return QJsonDocument::fromJson(call.arguments[1].toString().toUtf8()).object();
         };
-        QCOMPARE(recordOf(m_service->waitForCall("updateExternalProgram", 2))["path"].toString(), path(1));
+        QCOMPARE(recordOf(m_service->waitForCall("updateExternalProgram", 2))["path"].toString(),
+                 QString("C:\\Program Files\\App\\tools\\second.exe"));
         const QJsonObject first = recordOf(m_service->calls("updateExternalProgram")[0]);
         QTRY_COMPARE(opened.count(), 1);
         QCOMPARE(opened[0][0].toString(), "lumorawine://portable-App/" + first["id"].toString());
@@ -136,6 +137,20 @@ private Q_SLOTS:
         QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});
         QVERIFY(m_service->calls("updateExternalProgram").isEmpty());
         QTRY_VERIFY(!PendingWork::instance()->isPending());
+    }
+
+    /// The service was done before it heard of it.
+    void cancelledTooLate() {
+        m_service->setHeld("Backup.importPortable", R"({"ok":true,"bottle":"portable-App"})");
+        QDir().mkpath(source());
+        openUntil(State::Ready);
+        drop({QUrl::fromLocalFile(source())});
+        m_service->waitForCall("importPortable");
+        QTest::mouseClick(find<BottleCopyDialog>("bottle_copy_dialog")->button(0), Qt::LeftButton);
+        m_service->waitForCall("cancelBottleCopy");
+        m_service->release("importPortable");
+        QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});
+        QVERIFY(!choice());
     }
 
     /// What was copied is not lost with the window.

@@ -81,9 +81,15 @@ void BottleCopyDialog::showProgress(qint64 done, qint64 total) {
 void BottleCopyDialog::showOutcome(const BottleCopy::Outcome& outcome) {
     m_hasEnded = true;
     if (m_isPortable && outcome.end == End::Done) {
-        // The choice of its programs follows.
-        done(-1);
-        deleteLater();
+        if (m_isCancelling) {
+            done(0);
+            return;
+        }
+        // The choice of its programs follows, from whoever has started the copy.
+        m_bar->setRange(0, 0);
+        m_text->setText(tr("Looking at the programs"));
+        clearButtons();
+        addButton(tr("Cancel"));
         return;
     }
     if (!parentWidget()->window()->isVisible()) {

@@ -22,7 +22,8 @@ constexpr quint16 Console = 3;  // subsystem
 
 struct Candidate {
     QString file;
-    QString path;  ///< of Windows
+    QString path;   ///< of Windows
+    QString place;  ///< the same from the folder on
     ProgramFacts facts;
     QList<QImage> icon;
     int likelihood = 0;
@@ -50,7 +51,8 @@ QVector<Candidate> found(const QString& directory, const QString& folder) {
         const bool isBatch = relative.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive);
         if (!isBatch && !header.isProgram())
             continue;
-        candidate.path = folder + '\\' + QString(relative).replace('/', '\\');
+        candidate.place = QString(relative).replace('/', '\\');
+        candidate.path = folder + '\\' + candidate.place;
         ProgramFacts& facts = candidate.facts;
         facts.fileName = walk.fileName();
         facts.folderName = QFileInfo(directory).fileName();
@@ -94,6 +96,7 @@ Executable executableOf(const Candidate& candidate, QSet<QString>* takenNames) {
         ProgramRecord::minimal(QUuid::createUuid().toString(QUuid::WithoutBraces), name, candidate.path);
     executable.isEntered = false;
     executable.file = candidate.file;
+    executable.place = candidate.place;
     executable.images = candidate.icon;
     return executable;
 }

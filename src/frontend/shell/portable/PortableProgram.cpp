@@ -21,7 +21,8 @@ PortableProgram::PortableProgram(const QString& path, QWidget* over)
     : QObject(qApp), m_path(path), m_over(over->window()) {
     BottleCopy* copy = BottleCopy::addPortable(path);
     connect(copy, &BottleCopy::finished, this, &PortableProgram::onCopied);
-    (new BottleCopyDialog(copy, m_over))->open();
+    m_progress = new BottleCopyDialog(copy, m_over);
+    m_progress->open();
 }
 
 bool PortableProgram::hasWindow() const {
@@ -36,6 +37,8 @@ void PortableProgram::onCopied(const BottleCopy::Outcome& outcome) {
         end({});
         return;
     }
+    if (m_progress)
+        connect(m_progress, &QDialog::finished, this, [this](int result) { m_isDecided = result == 0; });
     const QString folder = outcome.result["folder"].toString();
     const QString name = folder.section('\\', -1);
     const QString directory = outcome.result["path"].toString() + "/drive_c/Program Files/" + name;
@@ -46,6 +49,12 @@ void PortableProgram::onCopied(const BottleCopy::Outcome& outcome) {
 
 void PortableProgram::onFound(const QVector<Executable>& programs) {
     m_programs = programs;
+    if (m_isDecided) {
+        removeBottle();
+        return;
+    }
+    if (m_progress)
+        m_progress->done(-1);
     if (programs.isEmpty()) {
         tell(tr("%1 was not added.").arg(QFileInfo(m_path).fileName()),
              tr("None of the files in it is a program that could be started."));

@@ -10,6 +10,7 @@
 #include "shell/configuration/executables/ExecutableList.h"
 #include "shell/library/BottleCopy.h"
 
+class BottleCopyDialog;
 class ChooseExecutableDialog;
 struct BusResult;
 
@@ -48,6 +49,7 @@ private:
 
     const QString m_path;
     QPointer<QWidget> m_over;
+    QPointer<BottleCopyDialog> m_progress;
     QPointer<ChooseExecutableDialog> m_dialog;
     QString m_bottle;
     QVector<Executable> m_programs;

@@ -155,9 +155,13 @@ void ChooseExecutableDialog::fill(const QVector<Executable>& executables) {
     for (const Executable& found : executables) {
         if (!found.isEntered && first < 0)
             first = m_model->rowCount();
-        m_model->appendRow({makeItem(found.name, found.isEntered), makeItem(found.path, found.isEntered)});
+        QStandardItem* name = makeItem(found.name, found.isEntered);
         if (m_takesSeveral)
-            m_model->item(m_model->rowCount() - 1, Name)->setIcon(iconOf(found));
+            name->setIcon(iconOf(found));
+        QStandardItem* location = makeItem(found.path, found.isEntered);
+        if (!found.place.isEmpty())
+            location->setText(found.place);
+        m_model->appendRow({name, location});
     }
     if (first < 0) {
         m_pages->setCurrentWidget(m_nothing);
@@ -213,6 +217,7 @@ void ChooseExecutableDialog::onItemClicked(const QModelIndex&) {
 
 void ChooseExecutableDialog::showFailure(const QString& errorText) {
     setMessage(errorText);
+    adjustSize();
     m_pages->setEnabled(true);
     onItemClicked(m_list->currentIndex());
 }

@@ -13,6 +13,7 @@ struct Executable {
     bool isEntered = true;   ///< among the bottle's programs; otherwise the service has found it
     QString file;            ///< Unix path
     bool isNamed = true;     ///< by the record; otherwise the name is that of the file
+    QString place{};         ///< to be shown instead of the path; may be empty
     QList<QImage> images{};  ///< of its icon, if they were read
 };
 

@@ -1,0 +1,66 @@
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QStandardPaths>
+#include <QtTest>
+#include <csignal>
+
+#include "e2e/InstalledApp.h"
+#include "support/AccessibleTree.h"
+#include "support/TestHome.h"
+#include "support/WindowFinder.h"
+#include "support/ZipFile.h"
+
+using namespace TestSupport;
+
+namespace {
+constexpr int LongMs = 120000;
+}
+
+/// With everything real, an archive with a portable program is pasted into the library.
+class PortableTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pasted() {
+        if (QStandardPaths::findExecutable("wine").isEmpty() || sample("window").isEmpty())
+            QSKIP("Wine or the makers of Windows programs are not on this machine");
+        const QByteArray program = readFile(sample("window"));
+        QTemporaryDir downloads;
+        QFile archive(downloads.filePath("Harbour 2.1.zip"));
+        QVERIFY(archive.open(QIODevice::WriteOnly));
+        archive.write(zipOf({{"Harbour/HarbourUpdate.exe", program},
+                             {"Harbour/unins000.exe", program},
+                             {"Harbour/Harbour.exe", program},
+                             {"Harbour/data/readme.txt", "x"}}));
+        archive.close();
+        InstalledApp::acceptAgreement();
+        InstalledApp app({}, {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"});
+        WindowFinder windows;
+        QVERIFY2(windows.waitForTitle("Cellarix", LongMs).id, qPrintable(app.log()));
+        const AccessibleTree tree;
+        QTRY_VERIFY_WITH_TIMEOUT(tree.names().contains("Run a Windows program"), LongMs);
+
+        QGuiApplication::clipboard()->setText(archive.fileName());
+        QProcess keys;
+        keys.start("xdotool", {"key", "ctrl+v"});
+        // The clipboard is served by this process.
+        QTRY_VERIFY2_WITH_TIMEOUT(tree.names().contains("Add and Run"), qPrintable(app.log()), LongMs);
+        QVERIFY(tree.press("Add and Run"));
+        const WindowInfo window = windows.waitForTitle("Cellarix sample window", LongMs);
+        QVERIFY2(window.id, qPrintable(app.log()));
+        const QJsonArray programs = bottlesJson("listAllPrograms").array();
+        QCOMPARE(programs.size(), 1);
+        QCOMPARE(programs[0].toObject()["path"].toString(),
+                 QString("C:\\Program Files\\Harbour 2.1\\Harbour\\Harbour.exe"));
+        QCOMPARE(bottleNames(), QStringList("portable-Harbour2.1"));
+        QVERIFY2(app.waitForLog("got a window popuped", LongMs), qPrintable(app.log().right(3000)));
+        QVERIFY(windows.close(window.id));
+        QVERIFY2(app.waitForLog("program exited:", LongMs), qPrintable(app.log().right(3000)));
+        app.signal(SIGTERM);
+        QCOMPARE(app.waitForExit(), 0);
+        killAllWineServers();
+    }
+};
+
+QTEST_MAIN(PortableTest)
+#include "PortableTest.moc"
