@@ -6,6 +6,7 @@
 
 #include "e2e/InstalledApp.h"
 #include "support/AccessibleTree.h"
+#include "support/ChildProcess.h"
 #include "support/TestHome.h"
 #include "support/WindowFinder.h"
 #include "support/ZipFile.h"
@@ -40,10 +41,10 @@ private Q_SLOTS:
         const AccessibleTree tree;
         QTRY_VERIFY_WITH_TIMEOUT(tree.names().contains("Run a Windows program"), LongMs);
 
-        QGuiApplication::clipboard()->setText(archive.fileName());
-        QProcess keys;
-        keys.start("xdotool", {"key", "ctrl+v"});
-        // The clipboard is served by this process.
+        ChildProcess clipboard;
+        clipboard.start(QCoreApplication::applicationFilePath(), {"--clipboard", archive.fileName()});
+        QCOMPARE(clipboard.readLineWithin(), QString("ready"));
+        QVERIFY(runProcess("xdotool", {"key", "ctrl+v"}).ok());
         QTRY_VERIFY2_WITH_TIMEOUT(tree.names().contains("Add and Run"), qPrintable(app.log()), LongMs);
         QVERIFY(tree.press("Add and Run"));
         const WindowInfo window = windows.waitForTitle("Cellarix sample window", LongMs);
@@ -62,5 +63,17 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(PortableTest)
+/// A clipboard needs a process that serves it at any time, which a test that waits for answers cannot.
+int main(int argc, char** argv) {
+    if (argc == 3 && qstrcmp(argv[1], "--clipboard") == 0) {
+        const QGuiApplication owner(argc, argv);
+        QGuiApplication::clipboard()->setText(QString::fromLocal8Bit(argv[2]));
+        puts("ready");
+        fflush(stdout);
+        return QGuiApplication::exec();
+    }
+    QCoreApplication app(argc, argv);
+    PortableTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "PortableTest.moc"
