@@ -96,7 +96,7 @@ def _summary(packing, entries):
 
 
 def _machine_files(found):
-    return sum(len(getattr(found, name, ())) for name in ("system_links", "wine_links", "wine_copies"))
+    return sum(map(len, (found.system_links, found.wine_links, found.wine_copies)))
 
 
 def _own_place(path, user):
