@@ -96,7 +96,7 @@ private Q_SLOTS:
         xdotool({"key", "Escape"});
         QTRY_VERIFY2_WITH_TIMEOUT(!shows("Edit Details") && shows("My notes"), qPrintable(app.log()), LongMs);
 
-        QVERIFY(chooseOption(app, tree, {"Up", "Up"}));
+        QVERIFY(chooseOption(app, tree, {"Up", "Up", "Up"}));
         QTRY_COMPARE_WITH_TIMEOUT(traces().filter(".desktop").size(), 2, LongMs);
         QVERIFY(chooseOption(app, tree, {"Up"}));
         QVERIFY(tree.press("Confirm Uninstall"));
