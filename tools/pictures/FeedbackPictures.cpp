@@ -83,7 +83,7 @@ struct Scene {
     }
 };
 
-enum class Service { Answers, Silent, Missing };
+enum class Service { Answers, LongTypes, Silent, Missing };
 
 QImage paint(const std::function<void(const Scene&)>& act, Service kind = Service::Answers) {
     const TestHome home;
@@ -100,6 +100,10 @@ QImage paint(const std::function<void(const Scene&)>& act, Service kind = Servic
     server.files["feedback"] = R"({"status":200})";
     if (kind == Service::Answers)
         server.files["issueTypeDef"] = Types;
+    else if (kind == Service::LongTypes)
+        server.files["issueTypeDef"] = QByteArray(Types)
+                                           .replace("Slow", QByteArray(50, 'W'))
+                                           .replace("be installed", "be installed & set up");
     settingsStore()->setOption("feedback.cfg.secret", "sample");
     settingsStore()->setOption("feedback.cfg.base_url",
                                kind == Service::Missing ? QString() : server.address({}).chopped(1));
@@ -121,6 +125,7 @@ QImage paint(const std::function<void(const Scene&)>& act, Service kind = Servic
 const QVector<PictureState> States = {
     {"empty", [] { return paint([](const Scene&) {}); }},
     {"filled", [] { return paint([](const Scene& scene) { scene.fill(); }); }},
+    {"long-types", [] { return paint([](const Scene&) {}, Service::LongTypes); }},
     {"images",
      [] {
          return paint([](const Scene& scene) {

@@ -16,6 +16,8 @@ namespace {
 constexpr int MaximumTypes = 40;
 constexpr int MaximumText = 60;
 constexpr int Columns = 2;
+constexpr int ColumnWidth = 170;  ///< of a text, in pixels; wider ones have a row each
+constexpr int RowWidth = 320;     ///< still wider ones are elided
 
 QString nameOf(const IssueType& type) {
     const QString name = QLocale().name() == "zh_CN" ? type.name : type.enName;
@@ -67,19 +69,27 @@ void IssueTypeChoice::showFailed() {
 
 void IssueTypeChoice::setTypes(const QVector<IssueType>& types) {
     m_spinner->stop();
+    const QFontMetrics metrics(font());
+    bool isNarrow = true;
     for (const IssueType& type : types) {
-        QString name = nameOf(type);
+        const QString name = nameOf(type);
         if (type.id.isEmpty() || name.isEmpty() || m_ids.contains(type.id) || m_boxes.size() >= MaximumTypes)
             continue;
         auto* box = new QCheckBox;
         box->setObjectName(QString("feedback_type_%1").arg(m_boxes.size()));
         box->setAccessibleName(name);
-        box->setText(name.replace('&', "&&"));
+        QString shown = metrics.elidedText(name, Qt::ElideRight, RowWidth);
+        if (shown != name)
+            box->setToolTip(plainToolTip(name));
+        box->setText(shown.replace('&', "&&"));
+        isNarrow = isNarrow && metrics.horizontalAdvance(name) <= ColumnWidth;
         connect(box, &QCheckBox::toggled, this, &IssueTypeChoice::changed);
-        m_grid->addWidget(box, m_boxes.size() / Columns, m_boxes.size() % Columns);
         m_ids += type.id;
         m_boxes += box;
     }
+    const int columns = isNarrow ? Columns : 1;
+    for (int i = 0; i < m_boxes.size(); ++i)
+        m_grid->addWidget(m_boxes[i], i / columns, i % columns);
     m_failure->setVisible(!hasTypes());
 }
 
