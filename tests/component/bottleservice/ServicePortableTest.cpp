@@ -54,6 +54,7 @@ private Q_SLOTS:
 
     void folder() {
         m_service->home().write("My App/app.exe", "MZ");
+        m_service->home().write("My App/AppUpdate.exe", "MZ");
         m_service->home().write("My App/data/a.dat", "data");
         QVERIFY(QFile::link("data/a.dat", source("My App/inner")));
         QVERIFY(QFile::link("/etc", source("My App/outer")));
@@ -65,9 +66,13 @@ private Q_SLOTS:
             QCOMPARE(result["folder"].toString(), QString("C:\\Program Files\\My App"));
             QCOMPARE(result["leftOut"].toArray().size(), 2);
             const QString copy = result["path"].toString() + "/drive_c/Program Files/My App";
-            QCOMPARE(filesIn(copy), QStringList({"app.exe", "data/a.dat", "inner"}));
+            QCOMPARE(filesIn(copy), QStringList({"AppUpdate.exe", "app.exe", "data/a.dat", "inner"}));
             QCOMPARE(TestSupport::readFile(copy + "/inner"), QByteArray("data"));
-            QCOMPARE(m_service->json("get", {name})["Runner"].toString(), QString("w"));
+            const QJsonDocument record = m_service->json("get", {name});
+            QCOMPARE(record["Runner"].toString(), QString("w"));
+            const QJsonObject program =
+                record["External_Programs"].toObject()[result["program"].toString()].toObject();
+            QCOMPARE(program["path"].toString(), QString("C:\\Program Files\\My App\\app.exe"));
         }
         QCOMPARE(m_service->unfinished("bottles"), QStringList());
     }

@@ -42,6 +42,7 @@ class PortableProgramTest : public LibraryFixture {
             m_home.write(QString("b/drive_c/Program Files/App/") + name, program);
         m_service->setJson("Backup.importPortable", QJsonObject{{"ok", true},
                                                                 {"bottle", "portable-App"},
+                                                                {"program", "provisional"},
                                                                 {"path", m_home.path() + "/b"},
                                                                 {"folder", "C:\\Program Files\\App"}});
         QDir().mkpath(source());
@@ -127,6 +128,8 @@ private Q_SLOTS:
         const QJsonObject first = recordOf(m_service->calls("updateExternalProgram")[0]);
         QTRY_COMPARE(opened.count(), 1);
         QCOMPARE(opened[0][0].toString(), "lumorawine://portable-App/" + first["id"].toString());
+        QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments,
+                 QJsonArray({"portable-App", "provisional"}));
         QTRY_VERIFY(!choice() && !PendingWork::instance()->isPending());
     }
 

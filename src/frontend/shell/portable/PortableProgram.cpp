@@ -31,6 +31,7 @@ bool PortableProgram::hasWindow() const {
 
 void PortableProgram::onCopied(const BottleCopy::Outcome& outcome) {
     m_bottle = outcome.result["bottle"].toString();
+    m_provisional = outcome.result["program"].toString();
     if (outcome.end != BottleCopy::Outcome::End::Done || m_bottle.isEmpty()) {
         if (!m_over)
             BottleCopy::notify(outcome);  // the dialog went with its window
@@ -122,6 +123,7 @@ void PortableProgram::onEntered(const BusResult& result, const QVector<QJsonObje
 }
 
 void PortableProgram::onAllEntered(const QVector<QJsonObject>& records) {
+    removeProvisional();
     const ProgramRef first{m_bottle, ProgramRecord::id(records.first())};
     if (m_dialog) {
         m_dialog->done(1);
@@ -130,6 +132,19 @@ void PortableProgram::onAllEntered(const QVector<QJsonObject>& records) {
         tell(tr("In the library: %1").arg(ProgramRecord::name(records.first())), {});
     }
     end(m_bottle);
+}
+
+/// The entry that the service has made itself; no window shows it yet.
+void PortableProgram::removeProvisional() {
+    if (m_provisional.isEmpty())
+        return;
+    const auto remove = [bottle = m_bottle, id = m_provisional] {
+        return BottlesConfig::instance()->removeExternalProgram(bottle, id);
+    };
+    changeServiceAsync(qApp, remove, [bottle = m_bottle](const BusResult& result) {
+        if (!result.ok)
+            qWarning().noquote() << "cannot remove the first entry of" << bottle << result.errorMessage;
+    });
 }
 
 /// It is new, and has what is still where the user had it.

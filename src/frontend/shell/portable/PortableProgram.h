@@ -43,6 +43,7 @@ private:
     void onEntered(const BusResult& result, const QVector<QJsonObject>& records, int index);
     void onAllEntered(const QVector<QJsonObject>& records);
     void keepLikely();
+    void removeProvisional();
     void removeBottle();
     void tell(const QString& text, const QString& note) const;
     void end(const QString& bottle);
@@ -52,6 +53,7 @@ private:
     QPointer<BottleCopyDialog> m_progress;
     QPointer<ChooseExecutableDialog> m_dialog;
     QString m_bottle;
+    QString m_provisional;  ///< id of the service's entry, until the chosen ones are entered
     QVector<Executable> m_programs;
     bool m_isDecided = false;  ///< the user has chosen or cancelled
     PendingWork::Hold m_hold = PendingWork::instance()->hold();

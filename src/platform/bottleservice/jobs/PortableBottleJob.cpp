@@ -5,17 +5,21 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
 #include <QStorageInfo>
+#include <QUuid>
 #include <cerrno>
 #include <cstring>
 
 #include "bottleservice/backup/RestoredSettings.h"
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/BottleScan.h"
+#include "bottleservice/bottles/FoundPrograms.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/files/FullDisk.h"
@@ -29,6 +33,7 @@ namespace {
 
 constexpr qint64 SpareBytes = 64 * 1024 * 1024;  // for Wine's own files
 constexpr qint64 EntryBytes = 4096;              // that each file takes at least
+constexpr int MaximumPrograms = 2000;
 const char Programs[] = "/drive_c/Program Files";
 
 /// A copy of the bottles into one of them would have no end.
@@ -46,6 +51,19 @@ Reason checkRoom(const QString& root, const PortableSource& source) {
         return {};
     const QLocale locale = QLocale::c();
     return Reason(Reason::TooLittleRoom, {locale.formattedDataSize(needed), locale.formattedDataSize(room)});
+}
+
+/// A record of the program that a user would start. The survey has seen that there are some.
+QJsonObject likelyProgram(const QString& bottle, const QString& directory) {
+    QStringList files;
+    QDirIterator walk(directory, {"*.exe", "*.bat"}, QDir::Files | QDir::NoSymLinks | QDir::Hidden,
+                      QDirIterator::Subdirectories);
+    while (walk.hasNext() && files.size() < MaximumPrograms)
+        files += walk.next();
+    const QString file = (FoundPrograms::likely(bottle, files) + files).value(0);
+    return {{"id", QUuid::createUuid().toString(QUuid::WithoutBraces)},
+            {"name", QFileInfo(file).completeBaseName()},
+            {"path", BottleScan::windowsPath(bottle, file)}};
 }
 
 /// The bottle must not appear before its files have reached the disk.
@@ -122,6 +140,7 @@ void PortableBottleJob::copy(const Reason& reason) {
                 return Reason(Reason::CannotWrite,
                               {programs + '/' + name, QString::fromLocal8Bit(strerror(errno))});
             const Reason fault = work->source->copyTo(programs + '/' + name, progress.get());
+            work->program = likelyProgram(directory, programs + '/' + name);
             return fault.isEmpty() ? flush(directory) : fault;
         },
         [this](const Reason& fault) {
@@ -142,7 +161,10 @@ void PortableBottleJob::place(const Reason& reason) {
         return;
     }
     m_staged->rename(name);
-    const Reason fault = m_staged->place(m_staged->freshSettings());
+    BottleYaml settings = m_staged->freshSettings();
+    const QString program = m_work->program["id"].toString();
+    settings.setProgram(program, m_work->program);
+    const Reason fault = m_staged->place(settings);
     if (!fault.isEmpty()) {
         fail(fault);
         return;
@@ -155,6 +177,7 @@ void PortableBottleJob::place(const Reason& reason) {
                                       {"bottle", name},
                                       {"path", m_tools.store.pathOf(name)},
                                       {"folder", "C:\\Program Files\\" + PortableName::folder(m_source)},
+                                      {"program", program},
                                       {"leftOut", QJsonArray::fromStringList(source.leftOut())}})));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <functional>
 #include <memory>
 
@@ -18,7 +19,9 @@ class Templates;
 /// "Program Files". The service does it, since only here a bottle can be made as a whole or not at all: it is
 /// filled in a hidden directory, which is removed on failure and by the next service after a kill, and is
 /// renamed last. A name that is taken gets a number. Answers with JSON: {"ok", "bottle": its name, "path":
-/// its directory, "folder": Windows path of the copy, "leftOut": what was not copied}.
+/// its directory, "folder": Windows path of the copy, "program": id of its likely program, "leftOut": what
+/// was not copied}. That program is entered, so that the library leads to the copy whatever becomes of the
+/// client.
 class PortableBottleJob : public Job {
     Q_OBJECT
 
@@ -49,6 +52,7 @@ private:
     /// What the worker thread fills.
     struct Work {
         std::unique_ptr<PortableSource> source;
+        QJsonObject program;  ///< the likely one
     };
 
     const QString m_source;
