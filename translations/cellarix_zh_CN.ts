@@ -4104,7 +4104,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Open the program inside.</source>
-        <translation>请打开其中的程序。</translation>
+        <translation type="vanished">请打开其中的程序。</translation>
     </message>
     <message>
         <source>It is a device or a pipe, not a file.</source>
@@ -4160,7 +4160,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Open the program that it leads to.</source>
-        <translation>请打开它所指向的程序。</translation>
+        <translation type="vanished">请打开它所指向的程序。</translation>
+    </message>
+    <message>
+        <source>Open the program inside, or drop the folder on the window of Cellarix.</source>
+        <translation>请打开其中的程序，或将文件夹拖放到 Cellarix 窗口。</translation>
     </message>
 </context>
 <context>

@@ -105,7 +105,7 @@ private Q_SLOTS:
         const TestSupport::Table<ProgramFacts, ProgramFacts> row("likely", "other");
         const auto facts = [](const char* file, const QStringList& names = {}, int depth = 0,
                               qint64 bytes = 1 << 20, bool hasIcon = true) {
-            return ProgramFacts{file, "Ledger 2.1 Portable", names, depth, bytes, true, hasIcon, true};
+            return ProgramFacts{file, "Ledger 2.1 Portable", names, depth, bytes, true, hasIcon, true, false};
         };
         ProgramFacts console = facts("ledger.exe");
         console.isGraphical = false;

@@ -136,7 +136,9 @@ OpenRefusal fileRefusal(const QString& path) {
                        "No such file: " + path);
     if (file.isDir())
         return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a folder."),
-                        QT_TRANSLATE_NOOP("OpenRefusal", "Open the program inside.")},
+                        QT_TRANSLATE_NOOP("OpenRefusal",
+                                          "Open the program inside, or drop the folder on the window of "
+                                          "Cellarix.")},
                        notAFile);
     if (!file.isFile())
         return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a device or a pipe, not a file."),
@@ -205,7 +207,7 @@ OpenRefusal OpenRefusal::ofOther(const QString& path) {
                        logLine);
     if (suffix == QLatin1String("lnk"))
         return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a shortcut of Windows, not a program."),
-                        QT_TRANSLATE_NOOP("OpenRefusal", "Open the program that it leads to.")},
+                        QT_TRANSLATE_NOOP("OpenRefusal", "Drop the file on the window of Cellarix.")},
                        logLine);
     if (suffix == QLatin1String("msp"))
         return refusal({QT_TRANSLATE_NOOP("OpenRefusal", "It is a patch for an installed program."),

@@ -16,6 +16,7 @@ namespace {
 using Outcome = BottleCopy::Outcome;
 
 constexpr int MostNames = 5;
+constexpr int LongestName = 80;
 
 QString joined(const QJsonArray& names) {
     QStringList texts;
@@ -45,7 +46,8 @@ BottleCopy* BottleCopy::restore(const QString& name, const QString& file) {
 }
 
 BottleCopy* BottleCopy::addPortable(const QString& path) {
-    auto* copy = new BottleCopy(Kind::Portable, path.section('/', -1, -1, QString::SectionSkipEmpty), path);
+    auto* copy = new BottleCopy(Kind::Portable,
+                                path.section('/', -1, -1, QString::SectionSkipEmpty).left(LongestName), path);
     BottleBackups::instance()->importPortable(path, copy,
                                               [copy](const BusResult& result) { copy->finish(result); });
     return copy;

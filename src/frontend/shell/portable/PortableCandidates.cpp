@@ -58,6 +58,7 @@ QVector<Candidate> found(const QString& directory, const QString& folder) {
         facts.folderName = QFileInfo(directory).fileName();
         facts.depth = relative.count('/');
         facts.bytes = walk.fileInfo().size();
+        facts.is32BitOnly = header.is32BitOnly();
         facts.isGraphical = !isBatch && header.subsystem != Console;
         facts.runsHere = programKind(header, walk.fileInfo().suffix(), host) == ProgramKind::Runnable;
         candidates += candidate;

@@ -13,6 +13,18 @@
 #include "shell/library/BottleCopyDialog.h"
 #include "shell/portable/PortableCandidates.h"
 
+namespace {
+
+constexpr int LongestName = 60;
+
+/// Of the folder or archive, for texts.
+QString shownName(const QString& path) {
+    const QString name = QFileInfo(path).fileName().simplified();
+    return name.size() <= LongestName ? name : name.left(LongestName) + QChar(0x2026);
+}
+
+}  // namespace
+
 PortableProgram* PortableProgram::start(const QString& path, QWidget* over) {
     return new PortableProgram(path, over);
 }
@@ -57,7 +69,7 @@ void PortableProgram::onFound(const QVector<Executable>& programs) {
     if (m_progress)
         m_progress->done(-1);
     if (programs.isEmpty()) {
-        tell(tr("%1 was not added.").arg(QFileInfo(m_path).fileName()),
+        tell(tr("%1 was not added.").arg(shownName(m_path)),
              tr("None of the files in it is a program that could be started."));
         removeBottle();
     } else if (hasWindow()) {
@@ -68,8 +80,8 @@ void PortableProgram::onFound(const QVector<Executable>& programs) {
 }
 
 void PortableProgram::offer() {
-    m_dialog = new ChooseExecutableDialog(tr("Choose Programs of %1").arg(QFileInfo(m_path).fileName()),
-                                          m_programs, m_over);
+    m_dialog =
+        new ChooseExecutableDialog(tr("Choose Programs of %1").arg(shownName(m_path)), m_programs, m_over);
     connect(m_dialog, &ChooseExecutableDialog::programsChosen, this,
             [this](const QVector<QJsonObject>& records) {
                 m_isDecided = true;

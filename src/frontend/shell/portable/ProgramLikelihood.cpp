@@ -13,6 +13,7 @@ constexpr int SameName = 60;
 constexpr int LikeName = 40;
 constexpr int LikeVersionName = 25;
 constexpr int Named = 10;
+constexpr int Needs32Bit = -5;  // which not every Wine has
 constexpr int Level = -15;
 constexpr int MostForSize = 16;
 constexpr qint64 SmallBytes = 16 * 1024;
@@ -76,5 +77,6 @@ int ProgramLikelihood::of(const ProgramFacts& facts) {
         points += LikeVersionName;
     points += (facts.isGraphical ? Graphical : 0) + (facts.hasIcon ? Icon : 0) +
               (facts.names.isEmpty() ? 0 : Named);
+    points += facts.is32BitOnly ? Needs32Bit : 0;
     return points + (facts.runsHere ? 0 : DoesNotRun) + (isHelper(facts) ? Helper : 0);
 }

@@ -13,6 +13,7 @@ struct ProgramFacts {
     bool isGraphical = true;
     bool hasIcon = false;
     bool runsHere = true;  ///< by its headers, on this machine
+    bool is32BitOnly = false;
 };
 
 namespace ProgramLikelihood {

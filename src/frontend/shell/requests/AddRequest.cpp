@@ -23,7 +23,7 @@ struct Request {
 
 Kind kindOfFile(const QString& path) {
     const QString suffix = QFileInfo(path).suffix().toLower();
-    if (suffix == QLatin1String("yml") || suffix == QLatin1String("yaml"))
+    if (suffix == QLatin1String("yml"))
         return Kind::Manifest;
     if (suffix == QLatin1String("zip"))
         return Kind::Zip;
