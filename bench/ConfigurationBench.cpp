@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "WindowTimes.h"
 #include "backend/BottlesConfig.h"
 #include "backend/ComponentManager.h"
 #include "fenk/window/AbstractDialog.h"
@@ -27,33 +28,10 @@ namespace {
 
 const char Bottle[] = "office";
 
-/// Notices the first picture of a window.
-class FirstPaint : public QObject {
-public:
-    FirstPaint() { qApp->installEventFilter(this); }
-    bool seen = false;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint && qobject_cast<Fenk::AbstractDialog*>(watched))
-            seen = true;
-        return false;
-    }
-};
-
 struct Times {
     double paint = 1e9;
     double filled = 1e9;
 };
-
-double milliseconds(const QElapsedTimer& timer) {
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
-void waitFor(const std::function<bool()>& condition) {
-    while (!condition())
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-}
 
 QJsonObject record(int count, const QString& path) {
     QJsonObject programs;
@@ -73,7 +51,7 @@ QJsonObject record(int count, const QString& path) {
 
 Times open(int count) {
     Times times;
-    FirstPaint first;
+    const FirstPaint first(&isA<Fenk::AbstractDialog>);
     QElapsedTimer timer;
     timer.start();
     auto view = std::make_unique<BottlesConfigView>();
@@ -82,7 +60,7 @@ Times open(int count) {
     QObject::connect(view.get(), &BottlesConfigView::bottlesLoaded, view.get(), [&] { isLoaded = true; });
     view->loadBottle(Bottle);
     view->show();
-    waitFor([&] { return first.seen; });
+    first.wait();
     times.paint = milliseconds(timer);
     waitFor([&] { return isLoaded && view->findChildren<AppEntryButton*>().size() == count; });
     view->repaint();
@@ -93,13 +71,13 @@ Times open(int count) {
 /// What no window can do without.
 Times baseline() {
     Times times;
-    FirstPaint first;
+    const FirstPaint first(&isA<Fenk::AbstractDialog>);
     QElapsedTimer timer;
     timer.start();
     Fenk::AbstractDialog dialog;
     dialog.setFixedSize(960, 700);
     dialog.show();
-    waitFor([&] { return first.seen; });
+    first.wait();
     times.paint = milliseconds(timer);
     bool isAnswered = false;
     BottlesConfig::instance()->watchBottle(Bottle, &dialog, [&](const BusResult&) { isAnswered = true; });

@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "WindowTimes.h"
 #include "fenk/controls/SearchEdit.h"
 #include "fenk/window/Application.h"
 #include "shell/IndexView.h"
@@ -32,17 +33,6 @@
 namespace {
 
 int runs = 5;
-
-double milliseconds(const QElapsedTimer& timer) {
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
-double residentKiB() {
-    QFile file("/proc/self/statm");
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1024;
-}
 
 QString programs(int count, bool chinese) {
     QJsonArray list;
@@ -65,32 +55,12 @@ QString programs(int count, bool chinese) {
     return QString::fromUtf8(QJsonDocument(list).toJson(QJsonDocument::Compact));
 }
 
-/// Notices the first tile that is painted.
-class FirstPaint : public QObject {
-public:
-    FirstPaint() { qApp->installEventFilter(this); }
-    bool seen = false;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint && qobject_cast<LocalAppItemWidget*>(watched))
-            seen = true;
-        return false;
-    }
-};
-
 struct Result {
     double paint = 0;
     double keystroke = 0;
     double scroll = 0;
     double kibPerProgram = 0;
 };
-
-void settle(int ms) {
-    QEventLoop loop;
-    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
-    loop.exec();
-}
 
 Result measure(int count, bool chinese) {
     Result result;
@@ -103,12 +73,11 @@ Result measure(int count, bool chinese) {
     service.waitForCall("listAllPrograms");
     settle(200);
     const double before = residentKiB();
-    FirstPaint first;
+    const FirstPaint first(&isA<LocalAppItemWidget>);
     QElapsedTimer timer;
     timer.start();
     service.release();
-    while (!first.seen)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    first.wait();
     result.paint = milliseconds(timer);
     settle(1500);
     result.kibPerProgram = (residentKiB() - before) / count;

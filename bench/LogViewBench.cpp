@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <functional>
 
+#include "WindowTimes.h"
 #include "fenk/window/Application.h"
 #include "widgets/LogsWidget.h"
 
@@ -38,7 +39,7 @@ double timeOf(const std::function<void()>& work) {
     timer.start();
     work();
     QCoreApplication::processEvents();
-    return double(timer.nsecsElapsed()) / 1e6;
+    return milliseconds(timer);
 }
 
 QString line(int number) {

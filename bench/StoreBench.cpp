@@ -23,6 +23,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "WindowTimes.h"
 #include "core/base/SettingsStore.h"
 #include "fenk/window/Application.h"
 #include "store/view/AppStoreCatelogWidget.h"
@@ -40,22 +41,11 @@ constexpr int PageSize = 20;
 constexpr int Pictures = 50;
 constexpr int SearchPauseMs = 600;
 
-double milliseconds(const QElapsedTimer& timer) {
-    return double(timer.nsecsElapsed()) / 1e6;
-}
-
 /// Of this thread. A machine that is busy with other things does not count.
 double processorMs() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
-
-double residentKiB() {
-    QFile file("/proc/self/statm");
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1024;
 }
 
 QJsonObject app(const TestSupport::HttpServer& server, int number) {
@@ -90,31 +80,12 @@ void fill(TestSupport::HttpServer* server) {
     server->files["search?keyword=o&pageIndex=1&pageSize=20"] = firstPage(*server);
 }
 
-/// Notices the first card of a page that is painted.
-class FirstPaint : public QObject {
-public:
-    explicit FirstPaint(const QWidget* page) : m_page(page) { qApp->installEventFilter(this); }
-    void wait() {
-        while (!m_seen)
-            QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        const auto* card = event->type() == QEvent::Paint ? qobject_cast<StoreAppItemUI*>(watched) : nullptr;
-        m_seen = m_seen || (card && m_page->isAncestorOf(card));
-        return false;
-    }
-
-private:
-    const QWidget* m_page;
-    bool m_seen = false;
-};
-
-void settle(int ms) {
-    QEventLoop loop;
-    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
-    loop.exec();
+/// Of the cards of a page.
+std::function<bool(QObject*)> cardOf(const QWidget* page) {
+    return [page](QObject* object) {
+        const auto* card = qobject_cast<StoreAppItemUI*>(object);
+        return card && page->isAncestorOf(card);
+    };
 }
 
 struct Frames {
@@ -160,7 +131,7 @@ Result measure(int count) {
     view.resize(750, 620);
     QElapsedTimer timer;
     {
-        FirstPaint first(view.catelogWidget());
+        const FirstPaint first(cardOf(view.catelogWidget()));
         timer.start();
         view.show();
         first.wait();
@@ -188,7 +159,7 @@ Result measure(int count) {
     result.kibPerApp = (residentKiB() - before) / count;
     result.rows = scroll(grid->list(), 104);
     result.leaps = scroll(grid->list(), 5003);
-    FirstPaint found(view.searchWidget());
+    const FirstPaint found(cardOf(view.searchWidget()));
     timer.restart();
     view.onSearchTextChanged("o");
     found.wait();

@@ -1,18 +1,12 @@
 #pragma once
 
-#include <QTreeView>
+#include "widgets/TickListView.h"
 
-/// The list of associations. A click anywhere in a row, or the space key, toggles its check box.
-class FileAssosiationsListView : public QTreeView {
+/// The list of associations.
+class FileAssosiationsListView : public TickListView {
     Q_OBJECT
 public:
     explicit FileAssosiationsListView(QWidget* parent = nullptr);
 
     void setModel(QAbstractItemModel* model) override;
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-
-private:
-    void toggle(const QModelIndex& index);
 };

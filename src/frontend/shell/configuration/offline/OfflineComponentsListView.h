@@ -1,23 +1,19 @@
 #pragma once
 
-#include <QTreeView>
+#include "widgets/TickListView.h"
 
 class OfflineComponentsHeaderView;
 class OfflineComponentsModel;
 
-/// The table of the dialogs. A click anywhere in a row, or the space key, toggles its check box.
-class OfflineComponentsListView : public QTreeView {
+/// The table of the dialogs.
+class OfflineComponentsListView : public TickListView {
     Q_OBJECT
 public:
     explicit OfflineComponentsListView(OfflineComponentsModel* model, QWidget* parent = nullptr);
 
     OfflineComponentsHeaderView* head() const { return m_head; }
 
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-
 private:
-    void toggle(const QModelIndex& index);
     void onCheckedCountChanged(int count);
 
     OfflineComponentsHeaderView* m_head;
