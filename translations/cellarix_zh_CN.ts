@@ -3270,7 +3270,7 @@ please wait for the component download to complete!</source>
     <name>FileAssosiationsExportDialog</name>
     <message>
         <source>Export File Associations</source>
-        <translation>设置文件关联</translation>
+        <translation>导出文件关联</translation>
     </message>
     <message>
         <source>Checked types will open with the applications of this container.</source>
@@ -3282,7 +3282,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Export</source>
-        <translation>应用</translation>
+        <translation>导出</translation>
     </message>
     <message>
         <source>The file associations cannot be read at the moment. Please try again later.</source>

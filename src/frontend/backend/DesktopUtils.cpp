@@ -58,7 +58,8 @@ void DesktopUtils::showInFileManager(const QString& path) {
         qWarning().noquote() << "no file manager to show" << path;
         return;
     }
-    manager.call(QDBus::Block, "ShowItems", QStringList{path}, QString(""));
+    const QString url = QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
+    manager.call(QDBus::Block, "ShowItems", QStringList{url}, QString(""));
     const QDBusError error = manager.lastError();
     if (error.isValid())
         qWarning().noquote() << QString("failed, Type: %1 MSG: %2").arg(error.type()).arg(error.message());

@@ -49,8 +49,9 @@ private Q_SLOTS:
         const LogCapture log;
         QVERIFY(desktop.takeName("org.freedesktop.FileManager1"));
         desktop.setAnswers("ShowItems", {{{"empty", true}}, {{"error", "no display"}}});
-        DesktopUtils::showInFileManager("/tmp/a b");
-        QCOMPARE(desktop.calls("ShowItems").value(0).arguments, (QJsonArray{QJsonArray{"/tmp/a b"}, ""}));
+        DesktopUtils::showInFileManager("/tmp/a b#1%");
+        QCOMPARE(desktop.calls("ShowItems").value(0).arguments,
+                 (QJsonArray{QJsonArray{"file:///tmp/a%20b%231%25"}, ""}));
         QVERIFY(log.lines().isEmpty());
         DesktopUtils::showInFileManager("/tmp/x");
         QVERIFY2(log.contains("MSG: no display"), qPrintable(log.text()));

@@ -115,7 +115,8 @@ private Q_SLOTS:
             R"(,"downloadUrl":"http://a.example","packageSize":"84.5","contributor":"Ann")"
             R"(,"contributorEmail":"a@b.cd","category":"Games"})";
         QCOMPARE(m_service->waitForCall("dumpManifest").arguments, (QJsonArray{form}));
-        QCOMPARE(m_service->waitForCall("ShowItems").arguments, (QJsonArray{QJsonArray{manifest}, ""}));
+        QCOMPARE(m_service->waitForCall("ShowItems").arguments,
+                 (QJsonArray{QJsonArray{"file://" + manifest}, ""}));
 
         // The next time the answers are here.
         open();
