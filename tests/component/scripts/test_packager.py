@@ -322,7 +322,7 @@ class UsersBottle(BottleCase):
             bottle.provide()
         self.assertEqual((caught.exception.cause, os.path.exists(bottle.directory)), ("no-room", False))
         self.assertEqual((messages.text(caught.exception, {"LANG": "zh_CN.UTF-8"}), messages.text(caught.exception, {"LC_ALL": "C"})),
-                         ("磁盘空间不足：首次启动还需要 64 MiB。", "The disk has not enough room: Sample needs 64 MiB more."))
+                         ("磁盘空间不足，还需要 64 MiB。", "The disk has not enough room: Sample needs 64 MiB more."))
         left = Path(bottle.data_dir, "packages/org.other.new")
         left.mkdir()
         with open(bottle.data_dir + "/packages/com.example.sample.lock", "w", encoding="ascii") as lock, \

@@ -183,7 +183,7 @@ def _is_program(path):
     try:
         if not stat.S_ISREG(os.stat(path).st_mode) or path.lower().endswith(SUFFIXES):
             return os.path.isfile(path)
-        with open(path, "rb") as file:
+        with open(os.open(path, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
             return file.read(2) == b"MZ"
     except OSError as error:
         raise PackageError(f"{path} cannot be read: {error.strerror}", "unreadable", path) from None

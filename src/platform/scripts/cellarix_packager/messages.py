@@ -4,7 +4,7 @@ CHINESE = {
     "being-prepared": "“{}”正在由另一次启动进行设置，请稍候再试。",
     "broken-package": "软件包已损坏，请重新安装：{}",
     "no-application": "无法启动 Cellarix，请重新安装：{}",
-    "no-room": "磁盘空间不足：首次启动还需要 {} MiB。",
+    "no-room": "磁盘空间不足，还需要 {} MiB。",
     "name-taken": "已有名为“{}”的容器，请重命名或删除它。",
     "not-made": "无法为此程序创建容器：{}",
     "not-upgraded": "无法更新此程序的容器：{}",

@@ -6,6 +6,7 @@ that of the machine's Wine, or of the same runner if that is installed.
 
 import glob
 import os
+import shutil
 
 from cellarix_packager import petrim
 
@@ -14,7 +15,7 @@ MARK = b"Wine builtin DLL"
 MARK_AT = 0x40
 PE_LIMIT = 64 << 20  # no file of Wine's is larger
 SYSTEM = ("/usr/lib/*/wine", "/usr/lib/wine", "/usr/lib64/wine", "/usr/lib32/wine", "/opt/wine*/lib*/wine")
-RUNNER = ("lib/wine", "lib64/wine", "lib/*/wine", "files/lib/wine", "files/lib64/wine")
+BELOW = ("lib/wine", "lib64/wine", "lib32/wine", "lib/*/wine", "files/lib/wine", "files/lib64/wine")
 PLACES = ("drive_c/windows/", "drive_c/program files")
 
 
@@ -22,11 +23,15 @@ class WineFiles:
     """The files of the runner, if it has any, before those of the machine's Wine. A name is "KIND/FILE" in lower case,
     such as "x86_64-windows/kernel32.dll"."""
 
-    def __init__(self, data_dir, runner, system=SYSTEM):
-        patterns = [os.path.join(glob.escape(os.path.join(data_dir, "runners", runner)), below) for below in RUNNER
-                    if isinstance(runner, str) and runner and "/" not in runner and runner not in (".", "..")]
+    def __init__(self, data_dir, runner):
+        roots = []
+        if isinstance(runner, str) and runner and "/" not in runner and runner not in (".", ".."):
+            roots.append(os.path.join(data_dir, "runners", runner))
+        if wine := shutil.which("wine"):
+            roots.append(os.path.dirname(os.path.dirname(os.path.realpath(wine))))
+        patterns = [os.path.join(glob.escape(root), below) for root in roots for below in BELOW]
         self.paths = {}
-        for pattern in (*patterns, *system):
+        for pattern in (*patterns, *SYSTEM):
             for directory in sorted(glob.glob(pattern)):
                 for kind in KINDS:
                     self._add(os.path.join(directory, kind), kind)
