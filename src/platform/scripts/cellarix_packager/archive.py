@@ -20,7 +20,6 @@ from cellarix_packager.estimate import compressed_size
 
 MEMBER_LIMIT = 10**10 - 1  # of ar: ten decimal digits
 SURE = MEMBER_LIMIT // 1001 * 1000  # what cannot be compressed grows a little
-FILE_LIMIT = 8 << 30  # of tar: eleven octal digits
 CHUNK = 1 << 20
 EARLIEST = 315532800  # 1980: older times are mistakes
 MEMORY = 200 << 20  # for all threads of xz; zstd takes 100 MiB for each of its own
@@ -32,12 +31,9 @@ SUFFIXES = {"xz": "xz", "zstd": "zst"}
 
 
 def check_limits(entries, estimate=compressed_size):
-    """Returns the size of data.tar, without compression. Raises before any work if a file or the whole is larger than
-    the format can hold: that limits the compressed size, which is estimated where it matters."""
-    for entry in entries:
-        if entry.size >= FILE_LIMIT:
-            raise PackageError(f"{entry.source or entry.path} is larger than 8 GiB, which a .deb cannot hold.",
-                               "large-file", entry.source or entry.path)
+    """Returns the size of data.tar, without compression. Raises before any work if the package would be larger than the
+    format can hold: that limits the compressed size, which is estimated where it matters. A single file may have any
+    size: tar has numbers for those above 8 GiB that dpkg knows."""
     total = tar_size(entries)
     packed = total if total <= SURE else estimate(entries, total)
     if packed > MEMBER_LIMIT:
