@@ -241,9 +241,13 @@ class UsersBottle(BottleCase):
         package = self.unpack("1.0", {})
         self.assertEqual(os.listdir(package.shared + "/" + windows), ["other.dll"])
         machine = self.path("user/.local/share/lumora-wine-bottles/runners/r/lib/wine/x86_64-windows")
+        bottle = self.provide(package)[0]
+        self.assertIn('"r" is not installed', str(bottle.notice()))
+        shutil.rmtree(bottle.directory)
         shutil.copytree(self.path(runner), machine)
         os.unlink(machine + "/same.dll")
         bottle = self.provide(package)[0]
+        self.assertIsNone(bottle.notice())
         mine = Path(bottle.directory, windows)
         self.assertEqual(((mine / "link.dll").readlink(), (mine / "trimmed.dll").read_bytes()),
                          (Path(machine, "link.dll"), builtin(b"code", b"debug", True)))

@@ -137,6 +137,7 @@ class Packing:
         self.root = layout.program_root(wanted.package)
         self.prefix = self.root + "/bottle"
         self.places_in_drive = None
+        self.runner = ""  # one that is not the machine's Wine
         self.time = 0
         self.size = 0
         self.who = debian.packer(os.environ)
@@ -148,6 +149,8 @@ class Packing:
         data_dir = layout.data_directory(os.environ)
         walk = contents.BottleWalk(self.contents, self.bottle_dir, data_dir, self.user,
                                    winefiles.WineFiles(data_dir, own_settings.get("Runner")))
+        if winefiles.runner_directory(data_dir, own_settings.get("Runner")):
+            self.runner = own_settings["Runner"]
         walk.add_drive(self.prefix)
         self.places_in_drive = DrivePlaces(self.contents.entries, self.prefix)
         for source in self.request.sources:
@@ -217,7 +220,7 @@ class Packing:
     def _package_record(self):
         record = {"format": layout.FORMAT, "package": self.request.package, "version": self.request.version,
                   "name": self.request.name, "user": "steamuser" if self.user == "steamuser" else "",
-                  "systemLinks": self.contents.system_links,
+                  "runner": self.runner, "systemLinks": self.contents.system_links,
                   "wineLinks": self.contents.wine_links, "wineCopies": self.contents.wine_copies, "folders": self.contents.folders}
         return contents.text_entry(self.root + "/package.json", _json(record))
 

@@ -4,6 +4,7 @@ CHINESE = {
     "being-prepared": "“{}”正在由另一次启动进行设置，请稍候再试。",
     "broken-package": "软件包已损坏，请重新安装：{}",
     "no-application": "无法启动 Cellarix，请重新安装：{}",
+    "no-runner": "未安装 Wine 版本“{}”，应用将使用本机的 Wine 启动。如果无法正常运行，请在其容器的配置中安装该版本。",
     "no-room": "磁盘空间不足，还需要 {} MiB。",
     "name-taken": "已有名为“{}”的容器，请重命名或删除它。",
     "not-made": "无法为此程序创建容器：{}",

@@ -22,6 +22,7 @@ class Package:
         self.version = str(record.get("version", ""))
         self.build = f"{self.version} {_digest(root)}"
         self.user = str(record.get("user", ""))
+        self.runner = str(record.get("runner") or "")
         self.system_links = _texts(record.get("systemLinks"))
         self.wine_links = _texts(record.get("wineLinks"))
         self.wine_copies = _texts(record.get("wineCopies"))

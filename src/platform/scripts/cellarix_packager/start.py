@@ -63,6 +63,8 @@ def _provided(root):
         _tell(error)
     except OSError as error:
         raise PackageError(f"{error.filename}: {error.strerror}", "not-made", str(error)) from None
+    if notice := bottle.notice():
+        _tell(notice)
     return bottle
 
 

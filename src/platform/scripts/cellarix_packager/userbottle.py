@@ -34,6 +34,7 @@ class UserBottle:
         self.login = package.user or _wine_user(environ)
         self.placer = place.Placer(package.shared)
         self.wine = None
+        self.is_new = False
         self._find()
 
     def _find(self):
@@ -51,6 +52,15 @@ class UserBottle:
                 return name
         raise PackageError(f"There is another bottle named \"{self.package.name}\"; rename or delete it.", "name-taken",
                            self.package.name)
+
+    def notice(self):
+        """What a user should know who starts the program for the first time, as an error; None for nothing."""
+        runner = self.package.runner
+        if not self.is_new or not runner or winefiles.runner_directory(self.data_dir, runner):
+            return None
+        return PackageError(f"The Wine runner \"{runner}\" is not installed, so that the program starts with the Wine of this "
+                            "machine. If it does not work, install the runner in the configuration of its bottle.",
+                            "no-runner", runner)
 
     def provide(self):
         """Makes the bottle, or brings it to the package's version. One process at a time; raises if another one takes
@@ -99,6 +109,7 @@ class UserBottle:
                 self._fill(fresh)
             os.makedirs(os.path.dirname(self.directory), exist_ok=True)
             os.rename(fresh, self.directory)
+            self.is_new = True
         except OSError as error:
             raise PackageError(f"The bottle of {self.package.name} cannot be made: {error}", "not-made",
                                str(error)) from None

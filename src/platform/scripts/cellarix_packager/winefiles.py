@@ -24,9 +24,8 @@ class WineFiles:
     such as "x86_64-windows/kernel32.dll"."""
 
     def __init__(self, data_dir, runner):
-        roots = []
-        if isinstance(runner, str) and runner and "/" not in runner and runner not in (".", ".."):
-            roots.append(os.path.join(data_dir, "runners", runner))
+        own = runner_directory(data_dir, runner)
+        roots = [own] if own else []
         if wine := shutil.which("wine"):
             roots.append(os.path.dirname(os.path.dirname(os.path.realpath(wine))))
         patterns = [os.path.join(glob.escape(root), below) for root in roots for below in BELOW]
@@ -64,6 +63,14 @@ class WineFiles:
                          if (own := self.find(f"{kind}/{file}")) and _is_copy(path, own)), "")
         except OSError:
             return ""  # the packing itself reports it
+
+
+def runner_directory(data_dir, runner):
+    """Where the runner is installed; empty if it is not, or is the machine's Wine, which has a name without a directory."""
+    if not isinstance(runner, str) or not runner or "/" in runner or "\0" in runner or runner in (".", ".."):
+        return ""
+    directory = os.path.join(data_dir, "runners", runner)
+    return directory if os.path.isdir(directory) else ""
 
 
 def is_builtin(path):
