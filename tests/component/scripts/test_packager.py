@@ -235,7 +235,9 @@ class UsersBottle(BottleCase):
         own = os.path.join(self.directory, windows)
         for name in ("link.dll", "same.dll", "trimmed.dll", "other.dll"):
             self.write(runner + name, builtin(b"code", b"debug"))
-        for name, content in (("same.dll", builtin(b"code", b"debug")), ("trimmed.dll", builtin(b"code", b"debug", True)), ("other.dll", builtin(b"edoc", b"debug"))):
+        trimmed = builtin(b"code", b"debug", True)
+        for name, content in (("same.dll", builtin(b"code", b"debug")), ("trimmed.dll", trimmed),
+                              ("other.dll", builtin(b"edoc", b"debug"))):
             self.add(windows + name, content)
         os.symlink(self.path(runner + "link.dll"), own + "link.dll")
         package = self.unpack("1.0", {})
@@ -250,11 +252,11 @@ class UsersBottle(BottleCase):
         self.assertIsNone(bottle.notice())
         mine = Path(bottle.directory, windows)
         self.assertEqual(((mine / "link.dll").readlink(), (mine / "trimmed.dll").read_bytes()),
-                         (Path(machine, "link.dll"), builtin(b"code", b"debug", True)))
+                         (Path(machine, "link.dll"), trimmed))
         self.assertEqual(sorted(os.listdir(mine)), ["link.dll", "other.dll", "trimmed.dll"])
         shutil.copy(self.path(runner + "same.dll"), machine)
         self.provide(package)
-        self.assertEqual((mine / "same.dll").read_bytes(), builtin(b"code", b"debug", True))
+        self.assertEqual((mine / "same.dll").read_bytes(), trimmed)
         for name in ("link.dll", "trimmed.dll"):  # the packer has installed a component
             os.unlink(own + name)
             self.add(windows + name, "native")
@@ -406,8 +408,11 @@ class Rules(unittest.TestCase):
             '[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\Explorer\\\\RunMRU] 1\n"a"="x"\n')
         clean, left = registry.cleaned(text, "packer", private.Places("packer", "packer", "/home/packer"))
         self.assertEqual((clean, left), (REGISTRY.format("User") + (
-            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n"Url"="C:/users/packaged-user/y"\n"Own"="C:\\\\App\\\\mnt\\\\x"\n'
-            f'"MachineGuid"="{registry.NO_ID}"\n\n[Software\\\\Wow6432Node\\\\Microsoft\\\\Windows NT\\\\CurrentVersion] 1\n"x"="1"\n\n[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n\n'), 14))
+            '[Software\\\\App] 1\n#time=1\n"Dir"="C:\\\\users\\\\packaged-user\\\\x"\n@="p"\n'
+            '"Url"="C:/users/packaged-user/y"\n"Own"="C:\\\\App\\\\mnt\\\\x"\n'
+            f'"MachineGuid"="{registry.NO_ID}"\n\n'
+            '[Software\\\\Wow6432Node\\\\Microsoft\\\\Windows NT\\\\CurrentVersion] 1\n"x"="1"\n\n'
+            '[System\\\\ControlSet001\\\\Services\\\\Tcpip\\\\Parameters] 1\n\n'), 14))
         self.assertIn(r"users\\me\\x", registry.personal(clean, "me"))
         self.assertIn(r"users\\\x5f20\\x", registry.personal(clean, "张"))
         for name in ("\\x5f20", "张"):
@@ -464,7 +469,8 @@ class Rules(unittest.TestCase):
             tar.finish()
         self.assertEqual(archive.tar_size(files.in_order()), tar.written)
         large = [contents.Entry(f"x{n}", contents.FILE, 7 << 30, source="/dev/null") for n in range(2)]
-        self.assertEqual(tarfile.TarInfo.frombuf(archive._info(contents.Entry("x", contents.FILE, 9 << 30), 0), "utf-8", "").size, 9 << 30)
+        header = archive._info(contents.Entry("x", contents.FILE, 9 << 30), 0)
+        self.assertEqual(tarfile.TarInfo.frombuf(header, "utf-8", "").size, 9 << 30)
         self.assertGreater(archive.check_limits(large, lambda _, total: total // 2), 14 << 30)
         with self.assertRaisesRegex(PackageError, "15.0 GB; a .deb"):
             archive.check_limits(large, lambda _, total: total)
