@@ -60,8 +60,6 @@ const Row Table[] = {
      QT_TRANSLATE_NOOP("DoPackageDialog",
                        "The package could not be made because of an error in Cellarix. The log tells more.")},
     {"no-windows-program", QT_TRANSLATE_NOOP("DoPackageDialog", "%1 is not a Windows program.")},
-    {"large-file",
-     QT_TRANSLATE_NOOP("DoPackageDialog", "The file %1 is larger than 8 GiB, which a package cannot hold.")},
     {"too-large",
      QT_TRANSLATE_NOOP("DoPackageDialog", "The program takes %1 GB. A package can hold at most 10 GB.")},
     {"compressor",
