@@ -70,17 +70,8 @@ void BackupRequests::exportBottle(const QString& bottle, const QString& file, co
     auto progress = std::make_shared<BackupFile::Progress>();
     auto job = std::make_unique<ExportBottleJob>(
         m_engine->jobBottle(bottle), file, ExportBottleJob::Tools{m_engine->dataDir(), &m_worker, progress},
-        [self = QPointer<BackupRequests>(this), file, reply](const Answer& answer) {
-            if (self)
-                self->end(file);
-            reply(answer);
-        });
-    begin(file, {progress, [job = QPointer<Job>(job.get()), progress] {
-                     progress->cancelled = true;
-                     if (job)
-                         job->cancel();
-                 }});
-    m_engine->enqueue(bottle, std::move(job));
+        ending(file, reply));
+    begin(file, progress, bottle, std::move(job));
 }
 
 void BackupRequests::importBottle(const QString& file, const QString& name, const Reply& reply) {
@@ -93,21 +84,14 @@ void BackupRequests::importBottle(const QString& file, const QString& name, cons
         ImportBottleJob::Tools{
             bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
             progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
-        [self = QPointer<BackupRequests>(this), file, reply](const Answer& answer) {
-            if (self)
-                self->end(file);
-            reply(answer);
+        [self = QPointer<BackupRequests>(this), end = ending(file, reply)](const Answer& answer) {
+            end(answer);
             if (self && answer.isGood())
                 Q_EMIT self->restored(
                     QJsonDocument::fromJson(answer.text.toUtf8()).object()["bottle"].toString());
         });
-    begin(file, {progress, [job = QPointer<Job>(job.get()), progress] {
-                     progress->cancelled = true;
-                     if (job)
-                         job->cancel();
-                 }});
     // A queue of its own: the bottle's name is chosen at the end.
-    m_engine->enqueue("/" + file, std::move(job));
+    begin(file, progress, "/" + file, std::move(job));
 }
 
 void BackupRequests::importPortable(const QString& source, const Reply& reply) {
@@ -120,17 +104,9 @@ void BackupRequests::importPortable(const QString& source, const Reply& reply) {
         PortableBottleJob::Tools{
             bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
             progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
-        [self = QPointer<BackupRequests>(this), source, reply](const Answer& answer) {
-            if (self)
-                self->end(source);
-            reply(answer);
-        });
-    begin(source, {progress, [job = QPointer<Job>(job.get()), progress] {
-                       progress->cancelled = true;
-                       if (job)
-                           job->cancel();
-                   }});
-    m_engine->enqueue("/" + source, std::move(job));
+        ending(source, reply));
+    // A queue of its own: the bottle's name is chosen at the end.
+    begin(source, progress, "/" + source, std::move(job));
 }
 
 void BackupRequests::describeBackup(const QString& file, const Reply& reply) {
@@ -150,9 +126,24 @@ void BackupRequests::cancelBottleCopy(const QString& file, const Reply& reply) {
     reply(Answer::of());
 }
 
-void BackupRequests::begin(const QString& file, const Copy& copy) {
-    m_copies.insert(file, copy);
+Reply BackupRequests::ending(const QString& file, const Reply& reply) {
+    return [self = QPointer<BackupRequests>(this), file, reply](const Answer& answer) {
+        if (self)
+            self->end(file);
+        reply(answer);
+    };
+}
+
+void BackupRequests::begin(const QString& file, const std::shared_ptr<BackupFile::Progress>& progress,
+                           const QString& queue, std::unique_ptr<Job> job) {
+    const auto cancel = [job = QPointer<Job>(job.get()), progress] {
+        progress->cancelled = true;
+        if (job)
+            job->cancel();
+    };
+    m_copies.insert(file, {progress, cancel});
     m_timer.start();
+    m_engine->enqueue(queue, std::move(job));
 }
 
 void BackupRequests::end(const QString& file) {

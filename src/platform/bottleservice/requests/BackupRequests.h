@@ -10,6 +10,7 @@
 #include "bottleservice/result/Answer.h"
 
 class BottleEngine;
+class Job;
 
 /// The requests to back up and restore whole bottles, and to make one of a portable program. Files are
 /// written and read one after the other, in one thread. Each copy is known by the path of its file. Owned by
@@ -53,7 +54,10 @@ private:
 
     /// Replies and returns true when there is a copy with that file.
     bool refuse(const QString& file, const Reply& reply) const;
-    void begin(const QString& file, const Copy& copy);
+    /// Ends the copy, then replies.
+    Reply ending(const QString& file, const Reply& reply);
+    void begin(const QString& file, const std::shared_ptr<BackupFile::Progress>& progress,
+               const QString& queue, std::unique_ptr<Job> job);
     void end(const QString& file);
     void tellProgress();
 
