@@ -7,6 +7,10 @@
         <source>Back to the library</source>
         <translation>返回应用列表</translation>
     </message>
+    <message>
+        <source>Waiting for the disk or the server that has the file</source>
+        <translation>正在等待文件所在的磁盘或服务器响应</translation>
+    </message>
 </context>
 <context>
     <name>AddOnlineFileWidget</name>

@@ -8,10 +8,23 @@
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
+#include "fenk/controls/FloatingMessage.h"
+#include "fenk/style/Theme.h"
 #include "fenk/window/Dialog.h"
 #include "shell/portable/PortableProgram.h"
 
-AddDispatcher::AddDispatcher(QWidget* window) : QObject(window), m_window(window) {}
+namespace {
+constexpr int PatienceMs = 1000;
+}
+
+AddDispatcher::AddDispatcher(QWidget* window) : QObject(window), m_window(window) {
+    m_waiting.setSingleShot(true);
+    m_waiting.setInterval(PatienceMs);
+    connect(&m_waiting, &QTimer::timeout, this, [this] {
+        Fenk::FloatingMessage::show(m_window, Fenk::Theme::icon("fenk-info"),
+                                    tr("Waiting for the disk or the server that has the file"));
+    });
+}
 
 void AddDispatcher::take(const QStringList& inputs) {
     const auto read = [inputs] {
@@ -20,7 +33,13 @@ void AddDispatcher::take(const QStringList& inputs) {
             items += AddItem::read(input);
         return AddRequest::of(items);
     };
-    inBackground(this, read, [this](const AddRequest& request) { carryOut(request); });
+    const auto take = [this](const AddRequest& request) {
+        m_waiting.stop();
+        carryOut(request);
+    };
+    qInfo() << "adding" << inputs;
+    m_waiting.start();
+    inBackground(this, read, take, m_thread.pool());
 }
 
 void AddDispatcher::carryOut(const AddRequest& request) {

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QPointer>
+#include <QTimer>
 #include <QUrl>
 #include <QWidget>
 
+#include "backend/OwnThread.h"
 #include "shell/requests/AddRequest.h"
 
 struct ProgramRef;
@@ -36,4 +37,6 @@ private:
     void start(const ProgramRef& program);
 
     QWidget* m_window;
+    OwnThread m_thread;  ///< a file may lie on a server that does not answer
+    QTimer m_waiting;
 };

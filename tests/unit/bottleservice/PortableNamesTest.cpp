@@ -12,7 +12,7 @@ private Q_SLOTS:
         row("plain", "/x/Harbour Office 2", "Harbour Office 2", "portable-HarbourOffice2");
         row("archive", "/x/App-1.2.ZIP", "App-1.2", "portable-App-1.2");
         row("Chinese", "/x/游戏(绿色版)", "游戏(绿色版)", "portable-游戏绿色版");
-        row("special", "/x/a:b*\n\"c\"\\?.", "abc", "portable-abc");
+        row("special", "/x/..a:b*\n\"c\"\\?.", "abc", "portable-abc");
         row("device", "/x/Con.tools", "Program Con.tools", "portable-ProgramCon.tools");
         row("nothing left", "/x/???", "Program", "portable-Program");
         row("turned around", QString::fromUtf8("/x/a\u202egnp.exe"), "agnp.exe", "portable-agnp.exe");

@@ -5,7 +5,10 @@
 
 namespace {
 
+/// Without what would hide it, and what Windows drops.
 QString trimmed(QString name) {
+    while (name.startsWith('.') || name.startsWith(' '))
+        name.remove(0, 1);
     while (name.endsWith('.') || name.endsWith(' '))
         name.chop(1);
     return name;
