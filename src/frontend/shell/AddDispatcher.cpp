@@ -11,7 +11,9 @@
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/style/Theme.h"
 #include "fenk/window/Dialog.h"
+#include "net/LoggedAddress.h"
 #include "shell/portable/PortableProgram.h"
+#include "shell/requests/AddInputs.h"
 
 namespace {
 constexpr int PatienceMs = 1000;
@@ -37,7 +39,8 @@ void AddDispatcher::take(const QStringList& inputs) {
         m_waiting.stop();
         carryOut(request);
     };
-    qInfo() << "adding" << inputs;
+    for (const QString& input : inputs)
+        qInfo().noquote() << "adding" << (AddInputs::isAddress(input) ? loggedAddress(QUrl(input)) : input);
     m_waiting.start();
     inBackground(this, read, take, m_thread.pool());
 }
