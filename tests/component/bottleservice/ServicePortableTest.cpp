@@ -44,11 +44,15 @@ private Q_SLOTS:
     void initTestCase() {
         m_service = std::make_unique<ServiceFixture>();
         m_service->variables["PATH"] = "/nowhere";
-        const QString program = m_service->write("runners/w/bin/wine", "#!/bin/sh\n", true);
-        const QString original = "templates/" + Templates::keyOf({"w", program, program});
-        for (const char* name :
-             {"/system.reg", "/user.reg", "/dosdevices/c:", "/drive_c/windows/system32/kernel32.dll"})
-            m_service->write(original + name, "WINE REGISTRY Version 2\n\n#arch=win64\n");
+        for (const char* file : {"ntdll.dll", "kernel32.dll"})
+            m_service->write(QString("runners/w32/lib/wine/i386-windows/") + file, "");
+        for (const QString& name : {QString("w"), QString("w32")}) {
+            const QString program = m_service->write("runners/" + name + "/bin/wine", "#!/bin/sh\n", true);
+            const QString original = "templates/" + Templates::keyOf({name, program, program});
+            for (const char* file :
+                 {"/system.reg", "/user.reg", "/dosdevices/c:", "/drive_c/windows/system32/kernel32.dll"})
+                m_service->write(original + file, "WINE REGISTRY Version 2\n\n#arch=win64\n");
+        }
         QVERIFY(m_service->start());
     }
 
@@ -129,6 +133,20 @@ private Q_SLOTS:
         const QString text = call.reply().arguments().value(0).toString();
         QVERIFY2(text.contains("\"cancelled\""), qPrintable(text));
         QTRY_COMPARE(bottles(), before);
+    }
+
+    void runners() {
+        QByteArray program(512, 0);
+        program.replace(0, 2, "MZ").replace(0x3c, 1, "\x40").replace(0x40, 4, QByteArray("PE\0\0", 4));
+        const QByteArray helper = QByteArray(program).replace(0x44, 2, "\x64\x86");
+        program.replace(0x44, 2, "\x4c\x01");
+        m_service->home().write("Old/app.exe", program);
+        m_service->home().write("Old/unins000.exe", helper);
+        m_service->home().write("Old.zip", zipOf({{"a\\app.exe", program}, {"unins000.exe", helper}}));
+        for (const char* name : {"Old", "Old.zip"}) {
+            const QString bottle = import(source(name))["bottle"].toString();
+            QCOMPARE(m_service->json("get", {bottle})["Runner"].toString(), QString("w32"));
+        }
     }
 
     void refused() {

@@ -105,16 +105,25 @@ void PortableBottleJob::cancel() {
         m_staged->cancel();
 }
 
+/// Another than the default only where that can't be had or can't run the programs.
+std::optional<Runner> PortableBottleJob::chooseRunner() const {
+    std::optional<Runner> chosen;
+    for (const QString& name : QStringList(Runners::DefaultName) + m_tools.runners.names()) {
+        const auto runner = m_tools.runners.find(name);
+        if (runner && m_work->source->needs32Bit() && Runners::runs32Bit(runner->wine))
+            return runner;
+        if (!chosen)
+            chosen = runner;
+    }
+    return chosen;
+}
+
 void PortableBottleJob::onSurveyed(const Reason& reason) {
     if (!reason.isEmpty() || m_tools.progress->cancelled) {
         fail(reason.isEmpty() ? Reason(Reason::Cancelled) : reason);
         return;
     }
-    auto runner = m_tools.runners.find(Runners::DefaultName);
-    for (const QString& name : m_tools.runners.names()) {
-        if (!runner)
-            runner = m_tools.runners.find(name);
-    }
+    const auto runner = chooseRunner();
     if (!runner) {
         fail(m_tools.runners.missing(Runners::DefaultName));
         return;

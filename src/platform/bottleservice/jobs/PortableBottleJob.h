@@ -3,6 +3,7 @@
 #include <QJsonObject>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "bottleservice/backup/BackupFile.h"
 #include "bottleservice/bottles/BottleStore.h"
@@ -15,13 +16,13 @@ class Reclaimer;
 class StagedBottle;
 class Templates;
 
-/// Makes a bottle of its own, on the default runner or else on any, and copies a portable program into its
-/// "Program Files". The service does it, since only here a bottle can be made as a whole or not at all: it is
-/// filled in a hidden directory, which is removed on failure and by the next service after a kill, and is
-/// renamed last. A name that is taken gets a number. Answers with JSON: {"ok", "bottle": its name, "path":
-/// its directory, "folder": Windows path of the copy, "program": id of its likely program, "leftOut": what
-/// was not copied}. That program is entered, so that the library leads to the copy whatever becomes of the
-/// client.
+/// Makes a bottle of its own, on the default runner or on one that runs its 32-bit programs, and copies a
+/// portable program into its "Program Files". The service does it, since only here a bottle can be made as a
+/// whole or not at all: it is filled in a hidden directory, which is removed on failure and by the next
+/// service after a kill, and is renamed last. A name that is taken gets a number. Answers with JSON: {"ok",
+/// "bottle": its name, "path": its directory, "folder": Windows path of the copy, "program": id of its likely
+/// program, "leftOut": what was not copied}. That program is entered, so that the library leads to the copy
+/// whatever becomes of the client.
 class PortableBottleJob : public Job {
     Q_OBJECT
 
@@ -44,6 +45,7 @@ public:
 
 private:
     void onSurveyed(const Reason& reason);
+    std::optional<Runner> chooseRunner() const;
     void copy(const Reason& reason);
     void place(const Reason& reason);
     QString freeName() const;

@@ -18,6 +18,7 @@ using BackupFile::faultOf;
 
 namespace {
 
+constexpr int HeaderBytes = 4096;
 constexpr int BlockBytes = 64 * 1024;
 constexpr int MaximumRatio = 200;  ///< of what is larger than FreeBytes
 constexpr qint64 FreeBytes = 1024LL * 1024 * 1024;
@@ -53,14 +54,14 @@ Reason PortableArchive::survey(const std::atomic_bool& cancelled) {
            status != ARCHIVE_EOF) {
         if (cancelled)
             return Reason::Cancelled;
-        failure = addItem(entry);
+        failure = addItem(reader.get(), entry);
         if (!failure.isEmpty())
             return failure;
     }
     return status == ARCHIVE_EOF ? decodeNames() : broken(faultOf(reader.get()));
 }
 
-Reason PortableArchive::addItem(archive_entry* entry) {
+Reason PortableArchive::addItem(archive* reader, archive_entry* entry) {
     if (archive_entry_is_encrypted(entry))
         return Reason(Reason::ProtectedArchive, {QFileInfo(m_path).fileName()});
     const auto type = archive_entry_filetype(entry);
@@ -75,6 +76,11 @@ Reason PortableArchive::addItem(archive_entry* entry) {
     noteFile(QString::fromLatin1(name), bytes);
     if (m_bytes > FreeBytes && m_bytes / MaximumRatio > QFileInfo(m_path).size())
         return broken("it unpacks to more than it may");
+    if (isExecutable(QString::fromLatin1(name))) {
+        QByteArray head(HeaderBytes, 0);
+        head.truncate(int(std::max<la_ssize_t>(archive_read_data(reader, head.data(), HeaderBytes), 0)));
+        noteProgram(QString::fromLatin1(name).replace('\\', '/'), PeFile::parse(head, bytes));
+    }
     m_items += Item{name, bytes, type == AE_IFDIR};
     return {};
 }

@@ -24,7 +24,7 @@ private:
 
     Reason broken(const QString& detail) const;
     BackupFile::Handle opened(Reason* failure) const;
-    Reason addItem(archive_entry* entry);
+    Reason addItem(archive* reader, archive_entry* entry);
     Reason decodeNames();
     Reason unpack(archive* reader, archive_entry* entry, const Item& item, const QString& path,
                   BackupFile::Progress* progress) const;

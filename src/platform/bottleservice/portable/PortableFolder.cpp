@@ -42,6 +42,8 @@ Reason PortableFolder::survey(const std::atomic_bool& cancelled) {
         } else if (fs::is_regular_file(status)) {
             m_items += Item{relative, Type::File};
             noteFile(QString::fromUtf8(relative), qint64(walk->file_size(fault)));
+            if (isExecutable(QString::fromUtf8(relative)))
+                noteProgram(QString::fromUtf8(relative), PeFile::read(QString::fromUtf8(path)));
         } else if (fs::is_symlink(status) &&
                    BackupPath::staysInside(
                        relative, QByteArray::fromStdString(fs::read_symlink(walk->path(), fault).string()))) {

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/portable/PortableArchive.h"
 #include "bottleservice/portable/PortableFolder.h"
 
@@ -34,8 +35,15 @@ Reason PortableSource::cannotWrite(const QString& path, int error) {
 
 void PortableSource::noteFile(const QString& name, qint64 bytes) {
     m_bytes += bytes;
-    m_hasProgram = m_hasProgram || name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive) ||
-                   name.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive);
+    m_hasProgram =
+        m_hasProgram || isExecutable(name) || name.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive);
+}
+
+void PortableSource::noteProgram(const QString& name, const PeFile& headers) {
+    if (ExecutableRules::kindOf(name.section('/', -1)) != ExecutableRules::Kind::Program)
+        return;
+    m_has32Bit = m_has32Bit || headers.machine == PeFile::MachineI386;
+    m_has64Bit = m_has64Bit || headers.machine == PeFile::MachineAmd64;
 }
 
 Reason PortableSource::checkPrograms() const {

@@ -6,12 +6,17 @@
 
 #include "bottleservice/backup/BackupFile.h"
 #include "bottleservice/result/Reason.h"
+#include "bottleservice/wine/PeFile.h"
 
 /// A portable program as the user has it: a folder, or a zip archive. It is read twice, first to judge it as
 /// a whole and then to copy it; nothing is written beside the copy. Blocks; for one worker thread at a time.
 class PortableSource {
 public:
     static constexpr int MaximumEntries = 300000;
+
+    static bool isExecutable(const QString& name) {
+        return name.endsWith(QLatin1String(".exe"), Qt::CaseInsensitive);
+    }
 
     virtual ~PortableSource() = default;
 
@@ -26,6 +31,8 @@ public:
     /// After survey().
     qint64 bytes() const { return m_bytes; }
     int entries() const { return m_entries; }
+    /// Whether all its programs, helpers aside, are made for 32-bit Windows.
+    bool needs32Bit() const { return m_has32Bit && !m_has64Bit; }
     /// What is not copied: links that lead out, pipes and the like. Relative paths, some hundred at most.
     QStringList leftOut() const { return m_leftOut; }
 
@@ -35,6 +42,8 @@ protected:
     static Reason cannotWrite(const QString& path, int error);
     /// Counts a file by its name.
     void noteFile(const QString& name, qint64 bytes);
+    /// Counts an executable by its headers.
+    void noteProgram(const QString& name, const PeFile& headers);
     /// The verdict on what has been counted.
     Reason checkPrograms() const;
     void leaveOut(const QString& path);
@@ -46,4 +55,6 @@ protected:
 private:
     QStringList m_leftOut;
     bool m_hasProgram = false;
+    bool m_has32Bit = false;
+    bool m_has64Bit = false;
 };
