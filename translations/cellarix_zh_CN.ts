@@ -5099,6 +5099,10 @@ please wait for the component download to complete!</source>
         <source>%1 cannot be copied as a program: it holds too much.</source>
         <translation>%1 无法作为程序复制：其中的内容过多。</translation>
     </message>
+    <message>
+        <source>There is something named &quot;%1&quot; already that is no bottle: a link, or a directory without bottle.yml.</source>
+        <translation>已存在名为“%1”的内容，但它不是容器，而是链接或没有 bottle.yml 的目录。</translation>
+    </message>
 </context>
 <context>
     <name>SessionBus</name>

@@ -358,6 +358,7 @@ QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    LaunchWindows::instance().packaging = [](const ProgramRef&, QWidget*) {};
     using Windows = QList<QWidget*> (*)(const Scene&);
     const QVector<std::pair<const char*, Windows>> states{{"plain", plain},
                                                           {"changed", changed},

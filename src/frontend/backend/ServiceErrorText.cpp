@@ -149,6 +149,9 @@ constexpr Row Rows[] = {
      QT_TRANSLATE_NOOP("ServiceErrorText", "The command \"%1\" of the manifest was killed or crashed.")},
     {"command-not-started",
      QT_TRANSLATE_NOOP("ServiceErrorText", "The command \"%1\" of the manifest could not be started: %2")},
+    {"no-bottle-there", QT_TRANSLATE_NOOP("ServiceErrorText",
+                                          "There is something named \"%1\" already that is no bottle: a "
+                                          "link, or a directory without bottle.yml.")},
 };
 
 const char* formatOf(const QString& code) {

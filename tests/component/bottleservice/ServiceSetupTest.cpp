@@ -219,6 +219,7 @@ private Q_SLOTS:
         QCOMPARE(ends().size(), 1);
         QVERIFY2(failure()["error"].toString().contains(error), qPrintable(ends()[0]));
         QCOMPARE(failure()["ok"], QJsonValue(false));
+        QVERIFY2(failure()["reasons"].toArray().at(0).toObject().contains("code"), qPrintable(ends()[0]));
         QVERIFY(QDir(outside).isEmpty());
         QTRY_VERIFY(isClean());
     }

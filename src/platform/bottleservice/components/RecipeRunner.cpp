@@ -184,7 +184,7 @@ void RecipeRunner::unpack(const RecipeStep& step) {
 void RecipeRunner::inDirectory(const Work& work, std::function<void(const QStringList& files)> done) {
     m_unpacked = std::make_unique<QTemporaryDir>(m_workPath + "/unpacked-XXXXXX");
     if (!m_unpacked->isValid()) {
-        stepEnded(QString("Cannot make a directory in %1.").arg(m_workPath));
+        stepEnded(Reason(Reason::CannotWrite, {m_workPath, m_unpacked->errorString()}));
         return;
     }
     const auto files = std::make_shared<QStringList>();

@@ -154,7 +154,7 @@ void ExportBottleJob::write() {
     if (refusal.isEmpty())
         m_note = UnfinishedBackups::note(m_tools.dataDir, BackupWriter::temporaryPathOf(m_target), &fault);
     if (!refusal.isEmpty() || !fault.isEmpty()) {
-        conclude(refusal.isEmpty() ? Reason(fault) : refusal);
+        conclude(refusal.isEmpty() ? Reason(Reason::FilesNotWritten, {fault}) : refusal);
         return;
     }
     Background::run(

@@ -91,7 +91,7 @@ void ImportBottleJob::onListed(const Reason& reason) {
         return;
     }
     if (!invalid.isEmpty() || !runner) {
-        fail(invalid.isEmpty() ? Runners::missing(Runners::DefaultName) : Reason(invalid));
+        fail(invalid.isEmpty() ? Runners::missing(Runners::DefaultName) : damaged(invalid));
         return;
     }
     m_staged = new StagedBottle(m_tools.store, m_name, *runner, m_tools.templates, m_tools.reclaimer, this);
@@ -141,6 +141,10 @@ void ImportBottleJob::complete(const Reason& reason) {
         });
 }
 
+Reason ImportBottleJob::damaged(const QString& detail) const {
+    return Reason(Reason::BadBackup, {QFileInfo(m_work->file).fileName(), detail});
+}
+
 QString ImportBottleJob::freeName() const {
     return RestoredSettings::freeName(m_name, [this](const QString& name) {
         return m_tools.store.state(name) != BottleStore::State::Missing || m_tools.hasJobs(name);
@@ -166,7 +170,7 @@ void ImportBottleJob::place(const Reason& reason) {
                          ? BottleStore::loadFrom(m_staged->path(), BottleName::shown(m_name), &error)
                          : std::nullopt;
     if (!old) {
-        fail(reason.isEmpty() ? Reason(error) : reason);
+        fail(reason.isEmpty() ? damaged(error) : reason);
         return;
     }
     m_name = freeName();

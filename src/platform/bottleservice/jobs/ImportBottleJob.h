@@ -53,10 +53,13 @@ private:
     QString freeName() const;
     QSet<QString> takenIds() const;
     void fail(const Reason& reason);
+    /// The detail is for the log.
+    Reason damaged(const QString& detail) const;
 
     /// What the worker threads fill.
     struct Work {
-        explicit Work(const QString& file) : reader(file) {}
+        explicit Work(const QString& path) : file(path), reader(path) {}
+        const QString file;
         BackupReader reader;
         std::optional<BackupList> list;
         bool isOtherBuild = false;

@@ -65,7 +65,7 @@ void SetupBottleJob::start() {
             withExisting(m_tools.makeJudgement, "unused", [this] { next(); });
             break;
         case BottleStore::State::Foreign:
-            fail(m_tools.store.check(m_bottle.name()));
+            fail(Reason(Reason::NoBottleThere, {m_bottle.shownName()}));
     }
 }
 
@@ -336,9 +336,9 @@ void SetupBottleJob::place() {
         return;
     }
     SetupSettings::enterPrograms(m_manifest, m_staged->path(), &*m_settings);
-    Reason reason = m_drives.putBack();
+    Reason reason = filesFault(m_drives.putBack());
     if (reason.isEmpty())
-        reason = SetupManifest::save(m_staged->path(), m_text);
+        reason = filesFault(SetupManifest::save(m_staged->path(), m_text));
     if (reason.isEmpty())
         reason = m_staged->place(*m_settings);
     if (!reason.isEmpty()) {

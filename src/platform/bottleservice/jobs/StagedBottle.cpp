@@ -58,7 +58,9 @@ void StagedBottle::copy(const QString& templatePath) {
             return FileTree::copy(templatePath, target, *cancelled);
         },
         [this](const QString& fault) {
-            Q_EMIT finished(*m_cancelled ? Reason(Reason::Cancelled) : Reason(fault));
+            Q_EMIT finished(*m_cancelled      ? Reason(Reason::Cancelled)
+                            : fault.isEmpty() ? Reason()
+                                              : Reason(Reason::FilesNotWritten, {fault}));
         });
 }
 

@@ -91,6 +91,8 @@ constexpr Reason::Format Formats[] = {
     {"command-slow", "The command \"%1\" of the manifest took too long and was ended."},
     {"command-crashed", "The command \"%1\" of the manifest was killed or crashed."},
     {"command-not-started", "The command \"%1\" of the manifest could not be started: %2"},
+    {"no-bottle-there",
+     "There is something named \"%1\" already that is no bottle: a link, or a directory without bottle.yml."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

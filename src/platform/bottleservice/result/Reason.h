@@ -91,6 +91,7 @@ public:
         CommandSlow,
         CommandCrashed,
         CommandNotStarted,
+        NoBottleThere,
         CodeCount
     };
 
