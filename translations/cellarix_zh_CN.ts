@@ -9,7 +9,40 @@
     </message>
     <message>
         <source>Waiting for the disk or the server that has the file</source>
+        <translation type="vanished">正在等待文件所在的磁盘或服务器响应</translation>
+    </message>
+</context>
+<context>
+    <name>AddDispatcher</name>
+    <message>
+        <source>Waiting for the disk or the server that has the file</source>
         <translation>正在等待文件所在的磁盘或服务器响应</translation>
+    </message>
+    <message>
+        <source>Run Several Programs</source>
+        <translation>运行多个程序</translation>
+    </message>
+    <message>
+        <source>Each gets a container of its own:
+%1</source>
+        <translation>每个程序都会使用独立的容器：
+%1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Run All</source>
+        <translation>全部运行</translation>
+    </message>
+    <message>
+        <source>This cannot be added</source>
+        <translation>无法添加</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
@@ -21,6 +54,29 @@
     <message>
         <source>The file is saved in %1 and checked before it can be run.</source>
         <translation>文件将保存到 %1，校验通过后才能运行。</translation>
+    </message>
+</context>
+<context>
+    <name>AddRequest</name>
+    <message>
+        <source>%1 is not there. It may have been moved, renamed or deleted.</source>
+        <translation>找不到 %1，它可能已被移动、重命名或删除。</translation>
+    </message>
+    <message>
+        <source>%1 is a shortcut to %2, which is not on this computer.</source>
+        <translation>%1 是指向 %2 的快捷方式，但此计算机上没有该文件。</translation>
+    </message>
+    <message>
+        <source>%1 is a shortcut, but it does not lead to a program.</source>
+        <translation>%1 是快捷方式，但没有指向程序。</translation>
+    </message>
+    <message>
+        <source>Add one at a time, or only programs: %1</source>
+        <translation>请一次添加一项，或只添加程序：%1</translation>
+    </message>
+    <message>
+        <source>These are too many programs at once; %1 is the most: %2</source>
+        <translation>一次添加的程序过多，最多 %1 个：%2</translation>
     </message>
 </context>
 <context>
@@ -1057,6 +1113,18 @@ please wait for the component download to complete!</source>
         <source>The service stopped the work before its end.</source>
         <translation>服务在完成之前停止了这项工作。</translation>
     </message>
+    <message>
+        <source>%1 could not be added.</source>
+        <translation>无法添加 %1。</translation>
+    </message>
+    <message>
+        <source>%1 is copied.</source>
+        <translation>%1 已复制。</translation>
+    </message>
+    <message>
+        <source>Variables that could act on this machine were not taken over: %1</source>
+        <translation>可能影响本机的变量未被采用：%1</translation>
+    </message>
 </context>
 <context>
     <name>BottleCopyDialog</name>
@@ -1103,6 +1171,14 @@ please wait for the component download to complete!</source>
     <message>
         <source>Cancelling</source>
         <translation>正在取消</translation>
+    </message>
+    <message>
+        <source>Adding %1</source>
+        <translation>正在添加 %1</translation>
+    </message>
+    <message>
+        <source>Looking at the programs</source>
+        <translation>正在查看程序</translation>
     </message>
 </context>
 <context>
@@ -1227,6 +1303,26 @@ please wait for the component download to complete!</source>
         <source>The folder %1 cannot be created.</source>
         <translation>无法创建文件夹 %1。</translation>
     </message>
+    <message>
+        <source>The basic settings are those of a new container already.</source>
+        <translation>基本设置已与新容器相同。</translation>
+    </message>
+    <message>
+        <source>Reset to Defaults</source>
+        <translation>恢复默认设置</translation>
+    </message>
+    <message>
+        <source>These settings become those of a new container: %1. Programs and files stay as they are.</source>
+        <translation>以下设置将恢复为新容器的设置：%1。程序和文件保持不变。</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>重置</translation>
+    </message>
 </context>
 <context>
     <name>CellarixApplication</name>
@@ -1311,6 +1407,18 @@ please wait for the component download to complete!</source>
     <message>
         <source>Location</source>
         <translation>位置</translation>
+    </message>
+    <message>
+        <source>The likely one comes first. Those that you choose are added to the library.</source>
+        <translation>最可能的程序排在最前面，所选程序将添加到应用库。</translation>
+    </message>
+    <message>
+        <source>Programs that were found</source>
+        <translation>找到的程序</translation>
+    </message>
+    <message>
+        <source>Add and Run</source>
+        <translation>添加并运行</translation>
     </message>
 </context>
 <context>
@@ -2505,7 +2613,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The file %1 is larger than 8 GiB, which a package cannot hold.</source>
-        <translation>文件 %1 大于 8 GiB，软件包无法容纳。</translation>
+        <translation type="vanished">文件 %1 大于 8 GiB，软件包无法容纳。</translation>
     </message>
     <message>
         <source>The program takes %1 GB. A package can hold at most 10 GB.</source>
@@ -2615,7 +2723,7 @@ please wait for the component download to complete!</source>
     <name>DropFrame</name>
     <message>
         <source>Drop to run</source>
-        <translation>松开即可运行</translation>
+        <translation type="vanished">松开即可运行</translation>
     </message>
     <message>
         <source>Drop to add</source>
@@ -2914,6 +3022,10 @@ please wait for the component download to complete!</source>
         <source>The bottle is being packed or upgraded. Try again when that is done.</source>
         <translation>此容器正在打包或升级，请在完成后重试。</translation>
     </message>
+    <message>
+        <source>The program&apos;s files belonged to the package %1, which has been removed. Install the package again, or remove what is left of the program.</source>
+        <translation>程序的文件属于软件包 %1，该软件包已被卸载。请重新安装该软件包，或删除程序的残留内容。</translation>
+    </message>
 </context>
 <context>
     <name>ExportYamlDialog</name>
@@ -3053,7 +3165,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>This version has no address to send reports to. Save the report to a file, and pass that on to whoever can help you.</source>
-        <translation type="unfinished"></translation>
+        <translation>此版本未设置反馈的接收地址。请将反馈保存为文件，再转交给能帮助您的人。</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -3061,7 +3173,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Save Report…</source>
-        <translation type="unfinished"></translation>
+        <translation>保存反馈…</translation>
     </message>
     <message>
         <source>Submit</source>
@@ -3069,31 +3181,31 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Image upload failed, please try again</source>
-        <translation type="unfinished"></translation>
+        <translation>图片上传失败，请重试</translation>
     </message>
     <message>
         <source>Select Image</source>
-        <translation type="unfinished"></translation>
+        <translation>选择图片</translation>
     </message>
     <message>
         <source>Image Files (*.png *.jpg *.jpeg *.gif)</source>
-        <translation type="unfinished"></translation>
+        <translation>图片文件 (*.png *.jpg *.jpeg *.gif)</translation>
     </message>
     <message>
         <source>The image size exceeds 2M not being uploaded, please reselect the image</source>
-        <translation type="unfinished"></translation>
+        <translation>图片大小超过 2M，无法上传，请重新选择图片</translation>
     </message>
     <message>
         <source>“%1” is not a picture of these kinds: jpg, jpeg, png, gif</source>
-        <translation type="unfinished"></translation>
+        <translation>“%1”不是以下格式的图片：jpg、jpeg、png、gif</translation>
     </message>
     <message>
         <source>“%1” cannot be read</source>
-        <translation type="unfinished"></translation>
+        <translation>无法读取“%1”</translation>
     </message>
     <message>
         <source>Saving the report…</source>
-        <translation type="unfinished"></translation>
+        <translation>正在保存反馈…</translation>
     </message>
     <message>
         <source>Collecting what is sent…</source>
@@ -3101,35 +3213,35 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Uploading the logs…</source>
-        <translation type="unfinished"></translation>
+        <translation>正在上传日志…</translation>
     </message>
     <message>
         <source>Sending the report…</source>
-        <translation type="unfinished"></translation>
+        <translation>正在发送反馈…</translation>
     </message>
     <message>
         <source>Please select the issue type</source>
-        <translation type="unfinished"></translation>
+        <translation>请选择问题类型</translation>
     </message>
     <message>
         <source>Please describe the problem</source>
-        <translation type="unfinished"></translation>
+        <translation>请描述问题</translation>
     </message>
     <message>
         <source>The description has more than %1 characters</source>
-        <translation type="unfinished"></translation>
+        <translation>问题描述超过 %1 个字符</translation>
     </message>
     <message>
         <source>The pictures are being uploaded…</source>
-        <translation type="unfinished"></translation>
+        <translation>图片正在上传…</translation>
     </message>
     <message>
         <source>You can save the report to a file instead</source>
-        <translation type="unfinished"></translation>
+        <translation>您也可以将反馈保存为文件</translation>
     </message>
     <message>
         <source>Please enter contact with valid format</source>
-        <translation type="unfinished"></translation>
+        <translation>请输入格式正确的联系方式</translation>
     </message>
     <message>
         <source>Successfully</source>
@@ -3141,19 +3253,19 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Save Report</source>
-        <translation type="unfinished"></translation>
+        <translation>保存反馈</translation>
     </message>
     <message>
         <source>Archives (*.tar.gz)</source>
-        <translation type="unfinished"></translation>
+        <translation>压缩包 (*.tar.gz)</translation>
     </message>
     <message>
         <source>The report is in %1</source>
-        <translation type="unfinished"></translation>
+        <translation>反馈已保存到 %1</translation>
     </message>
     <message>
         <source>Back to the form</source>
-        <translation type="unfinished"></translation>
+        <translation>返回填写</translation>
     </message>
     <message>
         <source>What is sent</source>
@@ -3161,46 +3273,46 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>What is saved</source>
-        <translation type="unfinished"></translation>
+        <translation>保存的内容</translation>
     </message>
 </context>
 <context>
     <name>FeedbackRows</name>
     <message>
         <source>Briefly describe the problem that occurs of operation</source>
-        <translation type="unfinished"></translation>
+        <translation>请简要描述使用中出现的问题</translation>
     </message>
     <message>
         <source>Email or phone number</source>
-        <translation type="unfinished"></translation>
+        <translation>邮箱或电话号码</translation>
     </message>
     <message>
         <source>Can transfer up to 9 files, single file is less than 2M. (jpg, jpeg, png, gif)</source>
-        <translation type="unfinished"></translation>
+        <translation>最多可上传 9 个文件，单个文件不超过 2M。（jpg、jpeg、png、gif）</translation>
     </message>
     <message>
         <source>Problem Type:</source>
-        <translation type="unfinished"></translation>
+        <translation>问题类型：</translation>
     </message>
     <message>
         <source>A picture is uploaded as soon as you have chosen it.</source>
-        <translation type="unfinished"></translation>
+        <translation>图片选择后会立即上传。</translation>
     </message>
     <message>
         <source>Problem Description:</source>
-        <translation type="unfinished"></translation>
+        <translation>问题描述：</translation>
     </message>
     <message>
         <source>You describe the more accurately, we can more accurately locate the problem</source>
-        <translation type="unfinished"></translation>
+        <translation>您描述得越准确，我们就越能准确地定位问题</translation>
     </message>
     <message>
         <source>Application Name:</source>
-        <translation type="unfinished"></translation>
+        <translation>应用名称：</translation>
     </message>
     <message>
         <source>Version:</source>
-        <translation type="unfinished"></translation>
+        <translation>版本号：</translation>
     </message>
     <message>
         <source>Download URL:</source>
@@ -3208,11 +3320,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Screenshot:</source>
-        <translation type="unfinished"></translation>
+        <translation>问题截图：</translation>
     </message>
     <message>
         <source>Contact:</source>
-        <translation type="unfinished"></translation>
+        <translation>联系方式：</translation>
     </message>
 </context>
 <context>
@@ -3488,7 +3600,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Failed to get feedback type, please check your internet connection</source>
-        <translation type="unfinished"></translation>
+        <translation>获取问题类型失败，请检查网络连接</translation>
     </message>
 </context>
 <context>
@@ -3610,6 +3722,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Back Up…</source>
         <translation>备份…</translation>
+    </message>
+    <message>
+        <source>Package Removed…</source>
+        <translation>软件包已卸载…</translation>
     </message>
 </context>
 <context>
@@ -3745,6 +3861,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Feedback</source>
         <translation>反馈</translation>
+    </message>
+    <message>
+        <source>The clipboard has no file and no address of a program.</source>
+        <translation>剪贴板中没有程序文件，也没有程序的下载地址。</translation>
     </message>
 </context>
 <context>
@@ -4172,6 +4292,37 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>OrphanQuestion</name>
+    <message>
+        <source>%1 cannot be started: its files belonged to the package %2, which has been removed. Install the package again, or remove what is left of the program.</source>
+        <translation>无法启动 %1：它的文件属于软件包 %2，该软件包已被卸载。请重新安装该软件包，或删除程序的残留内容。</translation>
+    </message>
+    <message>
+        <source>The package %2 that %1 came with has been removed. The program can still be started, but it is not updated any more.</source>
+        <translation>%1 来自软件包 %2，该软件包已被卸载。程序仍可启动，但不再更新。</translation>
+    </message>
+    <message>
+        <source>&quot;Remove&quot; deletes its container, with what you have made in it. &quot;Keep as My Own&quot; makes it a container like any other: the package, when it is installed again, gets a new one.</source>
+        <translation>“删除”会删除它的容器以及您保存在其中的内容。“保留为自己的容器”会使它成为普通容器：软件包再次安装时会使用新的容器。</translation>
+    </message>
+    <message>
+        <source>Package Removed</source>
+        <translation>软件包已卸载</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Remove…</source>
+        <translation>删除…</translation>
+    </message>
+    <message>
+        <source>Keep as My Own</source>
+        <translation>保留为自己的容器</translation>
+    </message>
+</context>
+<context>
     <name>PackageContentsWidget</name>
     <message>
         <source>Other private files</source>
@@ -4293,11 +4444,11 @@ please wait for the component download to complete!</source>
     <name>ParameterRow</name>
     <message>
         <source>Reset</source>
-        <translation>重置</translation>
+        <translation type="vanished">重置</translation>
     </message>
     <message>
         <source>Reset %1</source>
-        <translation>重置%1</translation>
+        <translation type="vanished">重置%1</translation>
     </message>
 </context>
 <context>
@@ -4305,6 +4456,33 @@ please wait for the component download to complete!</source>
     <message>
         <source>Opens the folder of the application</source>
         <translation>打开应用所在的文件夹</translation>
+    </message>
+</context>
+<context>
+    <name>PortableProgram</name>
+    <message>
+        <source>%1 was not added.</source>
+        <translation>未添加 %1。</translation>
+    </message>
+    <message>
+        <source>None of the files in it is a program that could be started.</source>
+        <translation>其中没有可以启动的程序。</translation>
+    </message>
+    <message>
+        <source>Choose Programs of %1</source>
+        <translation>选择 %1 中的程序</translation>
+    </message>
+    <message>
+        <source>%1 could not be added: %2</source>
+        <translation>无法添加 %1：%2</translation>
+    </message>
+    <message>
+        <source>In the library: %1</source>
+        <translation>已添加到应用库：%1</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
@@ -4527,6 +4705,12 @@ please wait for the component download to complete!</source>
         <source>The container will be deleted.</source>
         <translation>容器将被删除。</translation>
     </message>
+    <message numerus="yes">
+        <source>The container (%1) will be deleted with its %n programs.</source>
+        <translation>
+            <numerusform>容器（%1）及其中的 %n 个程序将被删除。</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>RenewBottleStep</name>
@@ -4641,19 +4825,30 @@ please wait for the component download to complete!</source>
     <name>ReportSaver</name>
     <message>
         <source>The program “tar” is missing.</source>
-        <translation type="unfinished"></translation>
+        <translation>缺少程序“tar”。</translation>
     </message>
     <message>
         <source>The report could not be packed.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法打包反馈。</translation>
     </message>
     <message>
         <source>The report could not be written to %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>无法将反馈写入 %1：%2</translation>
     </message>
     <message>
         <source>There is no room for the parts of the report.</source>
-        <translation type="unfinished"></translation>
+        <translation>磁盘空间不足，无法整理反馈的内容。</translation>
+    </message>
+</context>
+<context>
+    <name>ResettableRow</name>
+    <message>
+        <source>Reset</source>
+        <translation>重置</translation>
+    </message>
+    <message>
+        <source>Reset %1</source>
+        <translation>重置%1</translation>
     </message>
 </context>
 <context>
@@ -4787,31 +4982,31 @@ please wait for the component download to complete!</source>
     <name>SentPage</name>
     <message>
         <source>Send the logs</source>
-        <translation type="unfinished"></translation>
+        <translation>发送日志</translation>
     </message>
     <message>
         <source>Save the logs</source>
-        <translation type="unfinished"></translation>
+        <translation>保存日志</translation>
     </message>
     <message>
         <source>When you press “Submit”, this goes to %1, together with the time and a signature. Your home directory and your user name are taken out of the logs.</source>
-        <translation type="unfinished"></translation>
+        <translation>点击“提交”后，以下内容将连同时间和签名发送到 %1。日志中的主目录和用户名已被去除。</translation>
     </message>
     <message>
         <source>This goes into the file that you save; nothing is sent. Your home directory and your user name are taken out of the logs.</source>
-        <translation type="unfinished"></translation>
+        <translation>以下内容将写入您保存的文件，不会发送任何内容。日志中的主目录和用户名已被去除。</translation>
     </message>
     <message>
         <source>Picture %1</source>
-        <translation type="unfinished"></translation>
+        <translation>图片 %1</translation>
     </message>
     <message>
         <source>This picture is too large to be shown: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>图片尺寸过大，无法显示：%1</translation>
     </message>
     <message>
         <source>Report</source>
-        <translation type="unfinished"></translation>
+        <translation>反馈</translation>
     </message>
     <message>
         <source>About this computer</source>
@@ -4819,7 +5014,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Goes with each request, also with the one for the problem types:</source>
-        <translation type="unfinished"></translation>
+        <translation>每次请求都会附带以下内容，包括获取问题类型的请求：</translation>
     </message>
 </context>
 <context>
@@ -5103,6 +5298,66 @@ please wait for the component download to complete!</source>
         <source>There is something named &quot;%1&quot; already that is no bottle: a link, or a directory without bottle.yml.</source>
         <translation>已存在名为“%1”的内容，但它不是容器，而是链接或没有 bottle.yml 的目录。</translation>
     </message>
+    <message>
+        <source>There is no free name for the bottle.</source>
+        <translation>没有可用的容器名称。</translation>
+    </message>
+    <message>
+        <source>The path is too long for a backup: %1.</source>
+        <translation>路径过长，无法备份：%1。</translation>
+    </message>
+    <message>
+        <source>The bottle has too many files for a backup.</source>
+        <translation>容器中的文件过多，无法备份。</translation>
+    </message>
+    <message>
+        <source>The backup holds no whole bottle: %1 is missing.</source>
+        <translation>备份中的容器不完整：缺少 %1。</translation>
+    </message>
+    <message>
+        <source>The bottle could not be brought to the Wine of this machine: %1</source>
+        <translation>无法使容器适应本机的 Wine：%1</translation>
+    </message>
+    <message>
+        <source>Files of the bottle could not be written: %1</source>
+        <translation>无法写入容器的文件：%1</translation>
+    </message>
+    <message>
+        <source>There is a bottle &quot;%1&quot; already, which is not replaced: %2.</source>
+        <translation>已存在容器“%1”，不会将其替换。</translation>
+    </message>
+    <message>
+        <source>The bottle &quot;%1&quot; is being set up already.</source>
+        <translation>容器“%1”已在配置中。</translation>
+    </message>
+    <message>
+        <source>The manifest cannot be used. %1</source>
+        <translation>无法使用该清单。%1</translation>
+    </message>
+    <message>
+        <source>The service is ending.</source>
+        <translation>服务正在结束。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; holds no DLLs.</source>
+        <translation>“%1”中没有 DLL 文件。</translation>
+    </message>
+    <message>
+        <source>The command &quot;%1&quot; of the manifest ended with code %2.</source>
+        <translation>清单中的命令“%1”已结束，返回代码为 %2。</translation>
+    </message>
+    <message>
+        <source>The command &quot;%1&quot; of the manifest took too long and was ended.</source>
+        <translation>清单中的命令“%1”耗时过长，已被终止。</translation>
+    </message>
+    <message>
+        <source>The command &quot;%1&quot; of the manifest was killed or crashed.</source>
+        <translation>清单中的命令“%1”被终止或已崩溃。</translation>
+    </message>
+    <message>
+        <source>The command &quot;%1&quot; of the manifest could not be started: %2</source>
+        <translation>无法启动清单中的命令“%1”：%2</translation>
+    </message>
 </context>
 <context>
     <name>SessionBus</name>
@@ -5115,11 +5370,11 @@ please wait for the component download to complete!</source>
     <name>SettingControlRow</name>
     <message>
         <source>Reset</source>
-        <translation>恢复默认</translation>
+        <translation type="vanished">恢复默认</translation>
     </message>
     <message>
         <source>Reset %1</source>
-        <translation>将“%1”恢复默认</translation>
+        <translation type="vanished">将“%1”恢复默认</translation>
     </message>
 </context>
 <context>
@@ -5578,6 +5833,14 @@ please wait for the component download to complete!</source>
         <source>Importing the registry</source>
         <translation>导入注册表</translation>
     </message>
+    <message>
+        <source>Package…</source>
+        <translation>打包…</translation>
+    </message>
+    <message>
+        <source>Reset to Defaults…</source>
+        <translation>恢复默认设置…</translation>
+    </message>
 </context>
 <context>
     <name>UndoBar</name>
@@ -5594,11 +5857,11 @@ please wait for the component download to complete!</source>
     <name>UploadedImage</name>
     <message>
         <source>Picture %1</source>
-        <translation type="unfinished"></translation>
+        <translation>图片 %1</translation>
     </message>
     <message>
         <source>Upload failed</source>
-        <translation type="unfinished"></translation>
+        <translation>上传失败</translation>
     </message>
     <message>
         <source>%1 %</source>
@@ -5609,14 +5872,14 @@ please wait for the component download to complete!</source>
     <name>UploadedImageHoverWidget</name>
     <message>
         <source>Remove</source>
-        <translation type="unfinished"></translation>
+        <translation>移除</translation>
     </message>
 </context>
 <context>
     <name>UploadedImages</name>
     <message>
         <source>Add pictures</source>
-        <translation type="unfinished"></translation>
+        <translation>添加图片</translation>
     </message>
 </context>
 <context>
