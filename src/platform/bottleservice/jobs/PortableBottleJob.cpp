@@ -92,8 +92,6 @@ void PortableBottleJob::start() {
                 failure = work->source->survey(progress->cancelled);
             if (failure.isEmpty())
                 failure = checkRoom(root, *work->source);
-            if (failure.isEmpty())
-                progress->total = work->source->bytes();
             return failure;
         },
         [this](const Reason& reason) { onSurveyed(reason); });
@@ -139,6 +137,8 @@ void PortableBottleJob::copy(const Reason& reason) {
         fail(reason.isEmpty() ? Reason(Reason::Cancelled) : reason);
         return;
     }
+    // Known only now, since the template may have taken a while.
+    m_tools.progress->total = m_work->source->bytes();
     Background::run(
         m_tools.worker, this,
         [work = m_work, progress = m_tools.progress, directory = m_staged->path(),
