@@ -51,8 +51,11 @@ private Q_SLOTS:
         const TestSupport::TestHome home;
         home.write(bottle + '/' + file, text);
         home.write("apps/" + installed + "/files/package.json", "{}");
-        const auto facts = PackageOrigin::look(home.path() + '/' + bottle, home.path() + "/apps");
-        QTEST(int(PackageOrigin::stateOf(facts)), "state");
+        const QString path = home.path() + '/' + bottle, apps = home.path() + "/apps";
+        const auto state = PackageOrigin::stateOf(PackageOrigin::look(path, apps));
+        QTEST(int(state), "state");
+        QCOMPARE(PackageOrigin::sharedFiles(path, apps),
+                 state == PackageOrigin::State::Installed ? apps + "/com.a/files/bottle" : QString());
     }
 
     void expectedFiles() {

@@ -72,6 +72,11 @@ Facts look(const QString& directory, const QString& packages) {
     return facts;
 }
 
+QString sharedFiles(const QString& directory, const QString& packages) {
+    const Facts facts = look(directory, packages);
+    return stateOf(facts) == State::Installed ? packages + '/' + facts.package + "/files/bottle" : QString();
+}
+
 QStringList lostPrograms(const QString& directory, const QJsonObject& programs) {
     QStringList lost;
     for (auto it = programs.begin(); it != programs.end(); ++it) {

@@ -24,6 +24,10 @@ State stateOf(const Facts& facts);
 /// Reads a bottle's mark and looks for its package. May block on a slow disk; for worker threads.
 Facts look(const QString& directory, const QString& packages = "/opt/apps");
 
+/// Where the files lie that the bottle shares with its installed package, by links; empty for any other
+/// bottle.
+QString sharedFiles(const QString& directory, const QString& packages = "/opt/apps");
+
 /// The ids of the programs whose files do not exist, as those that were links into a removed package.
 QStringList lostPrograms(const QString& directory, const QJsonObject& programs);
 

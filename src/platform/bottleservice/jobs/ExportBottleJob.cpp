@@ -11,6 +11,7 @@
 #include "bottleservice/backup/RestoredPrefix.h"
 #include "bottleservice/backup/UnfinishedBackups.h"
 #include "bottleservice/bottles/JsonText.h"
+#include "bottleservice/bottles/PackageOrigin.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/wine/SlimPrefix.h"
@@ -109,6 +110,7 @@ void ExportBottleJob::survey() {
     QStringList directories = runner.wine.isEmpty() ? QStringList() : SlimPrefix::peDirectories(runner.wine);
     for (const char* components : {"/dxvk", "/vkd3d", "/runners"})
         directories += m_tools.dataDir + components;
+    directories += PackageOrigin::sharedFiles(m_bottle.path());
     for (const QString& directory : qAsConst(directories)) {
         const QString real = QFileInfo(directory).canonicalFilePath();
         if (!real.isEmpty())
