@@ -50,8 +50,7 @@ using namespace Fenk;
 
 namespace {
 
-bool canBePackaged(const QString& bottle, const QJsonObject& record) {
-    const QString runner = BottleRecord::runner(record);
+bool canBePackaged(const QString& bottle, const QString& runner) {
     return LaunchWindows::instance().packaging && !WineNames::isPublicBottle(bottle) && !runner.isEmpty() &&
            !WineNames::isProton(runner);
 }
@@ -114,6 +113,7 @@ void BottlesConfigView::connectBottle() {
     });
     m_tables->offerUndo(m_foot->undoBar());
     connect(m_settings, &BottleSettings::runnerChanged, this, &BottlesConfigView::checkDriver);
+    connect(m_settings, &BottleSettings::runnerChanged, this, &BottlesConfigView::offerPackaging);
     connect(m_settings, &BottleSettings::runnerChanged, this, [this] {
         slotsUpdateMemOptimizedSwitchButtonStates(
             m_basic->row(Setting::Runner)->switcher()->combo()->currentIndex());
@@ -210,9 +210,13 @@ void BottlesConfigView::refreshState() {
         m_params->setBottle(m_bottle, BottleRecord::path(m_settings->record()));
         m_components->setBottle(m_bottle, m_settings->record());
         m_programs->setRecord(m_settings->record());
-        m_tools->setPackagingOffered(canBePackaged(m_bottle, m_settings->record()));
+        offerPackaging();
         m_hasLoaded = true;
     }
+}
+
+void BottlesConfigView::offerPackaging() {
+    m_tools->setPackagingOffered(canBePackaged(m_bottle, m_settings->values().text(Setting::Runner)));
 }
 
 void BottlesConfigView::setLoading(bool loading) {

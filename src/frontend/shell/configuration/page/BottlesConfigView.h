@@ -101,6 +101,7 @@ private:
     void choose(Setting setting, const QVariant& value);
     void connectTools();
     void askToReset();
+    void offerPackaging();
     void openPackaging();
     void askAboutPrograms(Setting component, const QStringList& programs);
     void showError(const QString& errorText);
