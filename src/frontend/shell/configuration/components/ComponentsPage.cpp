@@ -22,9 +22,9 @@ using namespace Fenk;
 
 namespace {
 
-QToolButton* makeDepsButton(const char* icon, const QString& word, const QString& tip) {
+QToolButton* makeDepsButton(const QString& word, const QString& tip) {
     auto* button = new QToolButton;
-    button->setIcon(Theme::icon(icon));
+    button->setIcon(Theme::icon("cxb_import_deps"));
     button->setIconSize({Tokens::IconMedium, Tokens::IconMedium});
     button->setText(word);
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -82,10 +82,8 @@ QWidget* ComponentsPage::makeHead() {
     m_search->setObjectName("components_search_edit");
     m_search->setPlaceholderText(tr("Search by name, description or DLL"));
     m_search->setAccessibleName(m_search->placeholderText());
-    auto* importButton =
-        makeDepsButton("cxb_import_deps", tr("Import"), tr("Import the components that app needed"));
-    auto* exportButton =
-        makeDepsButton("cxb_export_deps", tr("Export"), tr("Export the components that installed"));
+    auto* importButton = makeDepsButton(tr("Import"), tr("Import the components that app needed"));
+    auto* exportButton = makeDepsButton(tr("Export"), tr("Export the components that installed"));
     importButton->setObjectName("import_deps_btn");
     exportButton->setObjectName("export_deps_btn");
     connect(importButton, &QToolButton::clicked, this, &ComponentsPage::importRequested);
