@@ -9,7 +9,7 @@ class PortableNamesTest : public QObject {
 private Q_SLOTS:
     void copies_data() {
         const TestSupport::Table<QString, QString, QString> row("path", "folder", "bottle");
-        row("plain", "/x/Harbour Office 2", "Harbour Office 2", "portable-HarbourOffice2");
+        row("plain", "/x/Harbour Office 2/", "Harbour Office 2", "portable-HarbourOffice2");
         row("archive", "/x/App-1.2.ZIP", "App-1.2", "portable-App-1.2");
         row("Chinese", "/x/游戏(绿色版)", "游戏(绿色版)", "portable-游戏绿色版");
         row("special", "/x/..a:b*\n\"c\"\\?.", "abc", "portable-abc");

@@ -1,5 +1,6 @@
 #include "bottleservice/portable/PortableName.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -22,7 +23,7 @@ QString PortableName::folder(const QString& path) {
         QRegularExpression::UseUnicodePropertiesOption);
     static const QRegularExpression device("^(con|prn|aux|nul|com[0-9]|lpt[0-9])(\\.|$)",
                                            QRegularExpression::CaseInsensitiveOption);
-    QString name = QFileInfo(path).fileName();
+    QString name = QFileInfo(QDir::cleanPath(path)).fileName();
     if (name.endsWith(QLatin1String(".zip"), Qt::CaseInsensitive))
         name.chop(4);
     // One character may be two units.
