@@ -153,11 +153,9 @@ void CellarixApplication::requestMainWindow() {
 /// As if it were handed over by another start, so that the two never run into each other.
 void CellarixApplication::openChosenFile(const QString& path) {
     m_refusals.setWindow(m_mainWindow);
-    // A batch file given to the command line is a document.
     if (path.endsWith(QLatin1String(".bat"), Qt::CaseInsensitive))
-        openExe(path, false);
-    else
-        handleCommandLine({applicationFilePath(), path});
+        m_chosenBatchFiles << path;
+    handleCommandLine({applicationFilePath(), path});
     m_refusals.setWindow(nullptr);
 }
 

@@ -38,6 +38,9 @@ public:
     void openExe(const QString& path, bool debug);
     int openProgram(const QString& bottleName, const QString& programUuid);
     int repairProgram(const QString& bottleName, const QString& programUuid, const QStringList& components);
+    /// Whether the user has chosen this batch file in a window, once. One that is given to the command line
+    /// is a document.
+    bool takeChosenBatchFile(const QString& path) { return m_chosenBatchFiles.removeOne(path); }
     void addExeRunner(ExeFileRunner* runner);
     bool isProgramRunning(const QString& bottleName) const;
     Refusals& refusals() { return m_refusals; }
@@ -86,4 +89,5 @@ private:
     int m_startsHandled = 0;             ///< more than one: in the event loop of another
     bool m_othersHaveToWait = false;     ///< a start may ask the user something
     QList<QStringList> m_waitingStarts;  ///< that have come meanwhile
+    QStringList m_chosenBatchFiles;      ///< in a window, among these starts
 };

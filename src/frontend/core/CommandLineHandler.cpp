@@ -209,6 +209,10 @@ int CommandLineHandler::handleUrl(const QString& url) {
             m_application->refusals().refuseOther(url);
             return 1;
         case LaunchTarget::OtherFile:
+            if (m_application->takeChosenBatchFile(url)) {
+                m_application->openExe(target.path, false);
+                return 0;
+            }
             qWarning() << "Not a Windows program:" << target.path;
             m_application->refusals().refuseOther(target.path);
             return 1;
