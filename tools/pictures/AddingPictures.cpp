@@ -9,7 +9,6 @@
 #include "shell/DropFrame.h"
 #include "shell/IndexView.h"
 #include "shell/Mainwindow.h"
-#include "shell/adding/AddedFile.h"
 #include "shell/library/AppLocalView.h"
 #include "support/FakeBottleService.h"
 #include "support/FakePackages.h"
@@ -28,7 +27,7 @@ struct Scene {
     Mainwindow* window;
 
     void add(const QString& path) const {
-        window->indexView()->add({path, {}, {}});
+        window->indexView()->add(QStringList(path));
         settle(ShortMs);
     }
     void press(const QString& name) const {
@@ -39,7 +38,7 @@ struct Scene {
         settle(ShortMs);
     }
     void download(const QString& path) const {
-        window->indexView()->add({{}, QUrl(server->address(path)), {}});
+        window->indexView()->add(QStringList(server->address(path)));
         press("download_btn");
     }
 };
@@ -100,7 +99,11 @@ const struct {
          scene.add(scene.home->write("harbour.yml", Manifest));
          scene.press("add_apps_run");
      }},
-    {"drop", [](const Scene& scene) { scene.window->findChild<DropFrame*>()->show(); }},
+    {"drop",
+     [](const Scene& scene) {
+         scene.window->findChild<DropFrame*>()->raise();
+         scene.window->findChild<DropFrame*>()->show();
+     }},
 };
 
 }  // namespace

@@ -1,73 +1,67 @@
 #include "shell/AddDispatcher.h"
 
 #include <QDebug>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QLocale>
+#include <QUuid>
 
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
 #include "backend/ProgramRecord.h"
-#include "fenk/controls/FloatingMessage.h"
-#include "fenk/style/Theme.h"
 #include "fenk/window/Dialog.h"
-#include "net/LoggedAddress.h"
 #include "shell/portable/PortableProgram.h"
-#include "shell/requests/AddInputs.h"
 
-namespace {
-constexpr int PatienceMs = 1000;
-}
-
-AddDispatcher::AddDispatcher(QWidget* window) : QObject(window), m_window(window) {
-    m_waiting.setSingleShot(true);
-    m_waiting.setInterval(PatienceMs);
-    connect(&m_waiting, &QTimer::timeout, this, [this] {
-        Fenk::FloatingMessage::show(m_window, Fenk::Theme::icon("fenk-info"),
-                                    tr("Waiting for the disk or the server that has the file"));
-    });
+AddDispatcher::AddDispatcher(QWidget* window)
+    : QObject(window), m_window(window), m_reading(new AddReading(this)) {
+    connect(m_reading, &AddReading::slow, this, &AddDispatcher::showReading);
+    connect(m_reading, &AddReading::done, this, &AddDispatcher::onRead);
 }
 
 void AddDispatcher::take(const QStringList& inputs) {
-    const auto read = [inputs] {
-        QVector<AddItem> items;
-        for (const QString& input : inputs)
-            items += AddItem::read(input);
-        return AddRequest::of(items);
-    };
-    const auto take = [this](const AddRequest& request) {
-        m_waiting.stop();
-        carryOut(request);
-    };
-    for (const QString& input : inputs)
-        qInfo().noquote() << "adding" << (AddInputs::isAddress(input) ? loggedAddress(QUrl(input)) : input);
-    m_waiting.start();
-    inBackground(this, read, take, m_thread.pool());
+    m_reading->start(inputs);
 }
 
-void AddDispatcher::carryOut(const AddRequest& request) {
+void AddDispatcher::showReading() {
+    m_readingDialog = new Fenk::Dialog(tr("Looking at the Files"),
+                                       tr("Waiting for the disk or the server that has the file"), m_window);
+    m_readingDialog->setObjectName("add_reading");
+    m_readingDialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_readingDialog->addButton(tr("Cancel"));
+    connect(m_readingDialog, &QDialog::finished, m_reading, &AddReading::cancel);
+    m_readingDialog->open();
+}
+
+void AddDispatcher::onRead(const AddRequest& request) {
+    if (m_readingDialog)
+        m_readingDialog->close();
     switch (request.kind) {
         case AddRequest::Kind::Nothing:
             break;
         case AddRequest::Kind::Open:
-            open(request.items.first());
-            break;
         case AddRequest::Kind::Several:
-            askForSeveral(request.items);
+            carryOut(request);
             break;
         case AddRequest::Kind::Manifest:
-            Q_EMIT manifestRequested(request.items.first().path);
-            break;
         case AddRequest::Kind::Portable:
-            addPortable(request.items.first().path);
-            break;
         case AddRequest::Kind::Address:
-            Q_EMIT addressRequested(QUrl(request.items.first().path));
+            Q_EMIT pageRequested(request);
             break;
         case AddRequest::Kind::Refused:
-            refuse(request.errorText);
+            refuse(tr("This cannot be added"),
+                   request.items.isEmpty() ? request.errorText : request.shown() + '\n' + request.errorText);
             break;
     }
+}
+
+void AddDispatcher::carryOut(const AddRequest& request) {
+    if (request.kind == AddRequest::Kind::Open)
+        open(request.items.first());
+    else if (request.kind == AddRequest::Kind::Several)
+        askForSeveral(request.items);
+    else if (request.kind == AddRequest::Kind::Portable)
+        addPortable(request.items.first().path);
 }
 
 void AddDispatcher::open(const AddItem& item) {
@@ -79,16 +73,39 @@ void AddDispatcher::open(const AddItem& item) {
 
 /// A shortcut in a bottle means the program there, with what was installed beside it.
 void AddDispatcher::openInBottle(const AddItem& item) {
-    BottlesConfig::instance()->watchBottle(item.bottle, this, [this, item](const BusResult& result) {
-        const QJsonObject programs = BottleRecord::programs(result.object());
-        for (auto program = programs.begin(); program != programs.end(); ++program) {
-            const QString path = ProgramRecord::path(program.value().toObject());
-            if (path.compare(item.windowsPath, Qt::CaseInsensitive) == 0) {
-                start({item.bottle, program.key()});
-                return;
-            }
+    BottlesConfig::instance()->watchBottle(
+        item.bottle, this, [this, item](const BusResult& result) { startInBottle(item, result); });
+}
+
+void AddDispatcher::startInBottle(const AddItem& item, const BusResult& bottle) {
+    if (!bottle.ok || BottleRecord::path(bottle.object()).isEmpty()) {
+        refuse(tr("%1 cannot be started").arg(item.shown),
+               tr("Its container %1 could not be read: %2").arg(item.bottle, bottle.errorText()));
+        return;
+    }
+    const QJsonObject programs = BottleRecord::programs(bottle.object());
+    for (auto program = programs.begin(); program != programs.end(); ++program) {
+        const QString path = ProgramRecord::path(program.value().toObject());
+        if (path.compare(item.windowsPath, Qt::CaseInsensitive) == 0) {
+            start({item.bottle, program.key()});
+            return;
         }
-        Q_EMIT openRequested(item.path);
+    }
+    enterInBottle(item);
+}
+
+void AddDispatcher::enterInBottle(const AddItem& item) {
+    const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const QString name = QFileInfo(item.shown).completeBaseName();
+    const auto enter = [item, record = ProgramRecord::minimal(id, name, item.windowsPath)] {
+        return BottlesConfig::instance()->updateExternalProgram(item.bottle, record);
+    };
+    changeServiceAsync(this, enter, [this, item, id](const BusResult& result) {
+        if (result.ok)
+            start({item.bottle, id});
+        else
+            refuse(tr("%1 cannot be started").arg(item.shown),
+                   tr("It could not be added to its container %1: %2").arg(item.bottle, result.errorText()));
     });
 }
 
@@ -99,6 +116,10 @@ void AddDispatcher::start(const ProgramRef& program) {
 void AddDispatcher::addPortable(const QString& path) {
     const PortableProgram* program = PortableProgram::start(path, m_window);
     connect(program, &PortableProgram::startRequested, this, &AddDispatcher::start);
+    connect(program, &PortableProgram::finished, this, [this](const QString& bottle) {
+        if (!bottle.isEmpty())
+            Q_EMIT portableAdded();
+    });
 }
 
 void AddDispatcher::askForSeveral(const QVector<AddItem>& programs) {
@@ -107,7 +128,7 @@ void AddDispatcher::askForSeveral(const QVector<AddItem>& programs) {
         names += program.shown;
     auto* dialog = new Fenk::Dialog(
         tr("Run Several Programs"),
-        tr("Each gets a container of its own:\n%1").arg(QLocale().createSeparatedList(names)), m_window);
+        tr("These are started one after the other:\n%1").arg(QLocale().createSeparatedList(names)), m_window);
     dialog->setObjectName("several_programs_question");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->addButton(tr("Cancel"));
@@ -119,9 +140,9 @@ void AddDispatcher::askForSeveral(const QVector<AddItem>& programs) {
     dialog->open();
 }
 
-void AddDispatcher::refuse(const QString& errorText) {
+void AddDispatcher::refuse(const QString& title, const QString& errorText) {
     qWarning().noquote() << "not added:" << errorText;
-    auto* dialog = new Fenk::Dialog(tr("This cannot be added"), errorText, m_window);
+    auto* dialog = new Fenk::Dialog(title, errorText, m_window);
     dialog->setObjectName("add_refusal");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->addButton(tr("Close"), true);

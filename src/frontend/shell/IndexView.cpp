@@ -63,11 +63,25 @@ void IndexView::addProgram() {
         m_local->onAddAppClicked();
 }
 
-void IndexView::add(const AddedLink& link) {
+bool IndexView::isAdding() const {
+    return m_add && m_add->isVisible();
+}
+
+void IndexView::add(const QStringList& inputs) {
+    if (isAdding())
+        m_add->add(inputs);
+}
+
+void IndexView::add(const AddRequest& request) {
     if (!m_local)
         return;
     showAddPage();
-    m_add->add(link);
+    m_add->show(request);
+}
+
+void IndexView::clearAddPage() {
+    if (m_add)
+        m_add->clear();
 }
 
 void IndexView::showAddPage() {
@@ -75,8 +89,7 @@ void IndexView::showAddPage() {
         m_add = new AddAppsWidget;
         m_home->addWidget(m_add);
         connect(m_add, &AddAppsWidget::left, this, &IndexView::showLibrary);
-        connect(m_add, &AddAppsWidget::openRequested, this, &IndexView::openRequested);
-        connect(m_add, &AddAppsWidget::portableRequested, this, &IndexView::portableRequested);
+        connect(m_add, &AddAppsWidget::chosen, this, &IndexView::chosen);
     }
     m_search->clear();
     m_pages->setCurrentIndex(SidebarView::MyApps);

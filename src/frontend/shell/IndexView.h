@@ -9,7 +9,7 @@ class AppLocalView;
 class AppStoreView;
 class QStackedWidget;
 class SearchWidget;
-struct AddedLink;
+struct AddRequest;
 
 /// The contents of the main window: the sidebar and the page that it chooses. The pages are built by
 /// buildPages(), after the window is shown. The page that adds programs lies over the library and is built
@@ -23,8 +23,14 @@ public:
     void buildPages();
     /// Asks for a program file. Does nothing before buildPages().
     void addProgram();
-    /// Shows the page that adds programs, with this. Does nothing before buildPages().
-    void add(const AddedLink& link);
+    /// Whether the page that adds programs is shown.
+    bool isAdding() const;
+    /// Checks inputs of AddInputs on that page, which is shown.
+    void add(const QStringList& inputs);
+    /// Shows that page, with what has been checked. Does nothing before buildPages().
+    void add(const AddRequest& request);
+    /// Empties that page.
+    void clearAddPage();
     /// Null before buildPages().
     AppLocalView* localView() const { return m_local; }
     /// Null before buildPages().
@@ -34,8 +40,8 @@ public:
 Q_SIGNALS:
     /// The user chose a file to run.
     void openRequested(const QString& path);
-    /// The user wants this folder or .zip as a program in a bottle of its own.
-    void portableRequested(const QString& path);
+    /// The user wants this from the page that adds programs.
+    void chosen(const AddRequest& request);
 
 private:
     void showAddPage();

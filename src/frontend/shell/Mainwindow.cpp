@@ -28,7 +28,6 @@
 #include "shell/IndexView.h"
 #include "shell/SearchWidget.h"
 #include "shell/SidebarView.h"
-#include "shell/adding/AddedFile.h"
 #include "shell/requests/AddInputs.h"
 
 namespace {
@@ -53,11 +52,9 @@ Mainwindow::Mainwindow()
     setCentralWidget(m_indexView);
     connect(m_indexView, &IndexView::openRequested, this, &Mainwindow::openRequested);
     connect(m_add, &AddDispatcher::openRequested, this, &Mainwindow::openRequested);
-    connect(m_add, &AddDispatcher::manifestRequested, m_indexView,
-            [this](const QString& path) { m_indexView->add({path, {}, {}}); });
-    connect(m_add, &AddDispatcher::addressRequested, m_indexView,
-            [this](const QUrl& address) { m_indexView->add({{}, address, {}}); });
-    connect(m_indexView, &IndexView::portableRequested, m_add, &AddDispatcher::addPortable);
+    connect(m_add, &AddDispatcher::pageRequested, m_indexView, qOverload<const AddRequest&>(&IndexView::add));
+    connect(m_add, &AddDispatcher::portableAdded, m_indexView, &IndexView::clearAddPage);
+    connect(m_indexView, &IndexView::chosen, m_add, &AddDispatcher::carryOut);
     m_searchWidget->setPasteHandler([this] { return paste(); });
     connect(Fenk::Theme::instance(), &Fenk::Theme::themeTypeChanged, this, &Mainwindow::themeChanged);
     themeChanged();
@@ -121,7 +118,7 @@ void Mainwindow::resizeEvent(QResizeEvent* event) {
 void Mainwindow::keyPressEvent(QKeyEvent* event) {
     const QString text = event->text();
     const bool plain = !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    if (plain && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace())
+    if (plain && !m_indexView->isAdding() && !text.isEmpty() && text.at(0).isPrint() && !text.at(0).isSpace())
         m_searchWidget->begin(text);
     else if (event->matches(QKeySequence::Paste))
         pasteOrTell();
@@ -143,8 +140,15 @@ bool Mainwindow::paste() {
     const QMimeData* clipboard = QApplication::clipboard()->mimeData();
     const QStringList inputs = clipboard ? AddInputs::of(clipboard) : QStringList();
     if (!inputs.isEmpty())
-        m_add->take(inputs);
+        take(inputs);
     return !inputs.isEmpty();
+}
+
+void Mainwindow::take(const QStringList& inputs) {
+    if (m_indexView->isAdding())
+        m_indexView->add(inputs);
+    else
+        m_add->take(inputs);
 }
 
 /// What it is, is looked at when it is dropped: a path may lie on a server that does not answer.
@@ -167,5 +171,5 @@ void Mainwindow::dropEvent(QDropEvent* event) {
     if (inputs.isEmpty())
         return;
     event->acceptProposedAction();
-    m_add->take(inputs);
+    take(inputs);
 }

@@ -38,6 +38,8 @@ private:
     /// False when the clipboard has nothing that could be added.
     bool paste();
     void pasteOrTell();
+    /// By the page that adds programs if that is shown.
+    void take(const QStringList& inputs);
 
     SearchWidget* m_searchWidget;
     IndexView* m_indexView;

@@ -30,7 +30,10 @@ void DropArea::dragLeaveEvent(QDragLeaveEvent*) {
 
 void DropArea::dropEvent(QDropEvent* event) {
     const QList<QUrl> urls = event->mimeData()->urls();
-    qInfo() << "urls: " << urls;
+    QStringList logged;  // queries and the like may be as good as passwords
+    for (const QUrl& url : urls)
+        logged << url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment);
+    qInfo() << "urls: " << logged;
     m_isDragged = false;
     update();
     event->acceptProposedAction();

@@ -12,10 +12,14 @@
 #include "store/install/SetupAppInfoDialog.h"
 #include "support/HttpServer.h"
 #include "support/KeyWalk.h"
+#include "support/SmallProgram.h"
 #include "support/Table.h"
+#include "support/ZipFile.h"
 #include "widgets/DropArea.h"
 
+using TestSupport::smallProgram;
 using TestSupport::Table;
+using TestSupport::zipOf;
 
 namespace {
 const char Manifest[] = "Name: Seven\nDebInfo: {}\n";
@@ -57,20 +61,15 @@ class AddingTest : public LibraryFixture {
         QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(area, &event);
     }
-    static QByteArray program() {
-        QByteArray pe(1024, '\0');
-        pe.replace(0, 2, "MZ").replace(0x3c, 1, "\x80").replace(0x80, 6, QByteArray("PE\0\0\x64\x86", 6));
-        return pe.replace(0x94, 1, "\xf0").replace(0x98, 2, "\x0b\x02").replace(0xdc, 1, "\x03");
-    }
 
 private Q_SLOTS:
     void init() {
         LibraryFixture::init();
-        m_server.files = {{"setup.exe", program()},
+        m_server.files = {{"setup.exe", smallProgram()},
                           {"page.exe", "<html>"},
                           {"a.yml", Manifest},
                           {"odd.exe", "MZ"},
-                          {"app.zip", QByteArray("PK\3\4", 4) + QByteArray(40, '\0')}};
+                          {"app.zip", zipOf({{"App/app.exe", "MZ"}})}};
         open({});
         auto* add = m_window->findChild<QAbstractButton*>("welcome_openbtn");
         QVERIFY(add);
@@ -86,19 +85,24 @@ private Q_SLOTS:
         row("program", "Setup.EXE", "probe", local, "");
         row("no program", "a.exe", "x", local, "It is not a Windows program.");
         row("a page", "b.exe", "<html>", local, "It is a web page");
-        row("package", "a.msi", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", local, "");
+        row("no package", "a.msi", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", local, "Its content is not");
         row("a program for a package", "b.msi", "probe", local, "Its content is not");
         row("manifest", "a.yml", Manifest, local, "");
         row("other YAML", "b.yml", "a: b", local, "It is no manifest");
-        row("shortcut", "a.lnk", "L", local, "It is a shortcut");
-        row("batch", "a.bat", "@echo", local, "Batch files");
+        row("shortcut", "a.lnk", "L", local, "It is a shortcut, but it does not lead");
+        row("batch", "a.bat", "@echo", local, "");
         row("text", "a.txt", "x", local, "It is not a Windows program.");
         row("gone", "", "", local, "There is no such file.");
-        row("archive", "a.zip", QByteArray("PK\3\4", 4) + QByteArray(40, '\0'), portable, "");
+        row("archive", "a.zip", zipOf({{"App/app.EXE", "MZ"}}), portable, "");
+        row("document", "a.zip", zipOf({{"word/document.xml", "x"}}), local, "There is no Windows program");
+        row("no archive", "a.zip", QByteArray("PK\3\4", 4) + QByteArray(40, '\0'), local, "It is damaged");
         row("folder", "app/bin/a.exe/", "probe", portable, "");
+        row("folder of a batch file", "app/run.bat/", "@echo", portable, "");
         row("folder without program", "docs/a.txt/", "x", local, "There is no Windows program");
         row("home", "/", "", local, "It holds more than one program");
-        row("several", "a.exe a.msi", "", local, "These are several files");
+        row("several", "a.exe b.exe", "probe", local, "");
+        row("not together", "a.exe a.zip", "probe", local, "Add one at a time");
+        row("other scheme", "smb://nas/a.exe", "", local, "Only files of this computer");
     }
     void files() {
         QFETCH(QString, name);
@@ -109,11 +113,13 @@ private Q_SLOTS:
             QString path = m_home.path() + "/gone.exe";
             if (one == "/")
                 path = m_home.path();
-            else if (!one.isEmpty())
+            else if (!one.isEmpty() && !one.contains("://"))
                 path = m_home.write(QString(one).remove(QRegularExpression("/$")),
-                                    content == "probe" ? program() : content);
+                                    content == "probe" ? smallProgram() : content);
             const bool isFolder = one.size() > 1 && one.endsWith('/');
             urls << QUrl::fromLocalFile(isFolder ? m_home.path() + '/' + one.section('/', 0, 0) : path);
+            if (one.contains("://"))
+                urls.last() = QUrl(one);
         }
         drop(urls, shown<DropArea>("drop_area"));
         QTRY_COMPARE(text("file_state"), QString(reason.isEmpty() ? Valid : Invalid));
@@ -123,18 +129,23 @@ private Q_SLOTS:
         if (!reason.isEmpty())
             return;
         const QSignalSpy program(m_window.get(), &Mainwindow::openRequested);
-        const QSignalSpy portable(m_window->indexView(), &IndexView::portableRequested);
         shown("add_apps_run")->click();
         if (name == "a.yml") {
             QTRY_VERIFY(qobject_cast<SetupAppInfoDialog*>(QApplication::activeModalWidget()));
             QApplication::activeModalWidget()->close();
             return;
         }
-        QFETCH(QString, tab);
-        QCOMPARE((tab == "add_green_file" ? portable : program).value(0).value(0).toString(),
-                 urls.first().toLocalFile());
-        QCOMPARE(program.size() + portable.size(), 1);
         QVERIFY(view()->isVisible());
+        QFETCH(QString, tab);
+        if (tab == "add_green_file") {
+            QCOMPARE(m_service->waitForCall("importPortable").arguments.first().toString(),
+                     urls.first().toLocalFile());
+            return;
+        }
+        if (urls.size() > 1)
+            m_window->findChild<Fenk::Dialog*>("several_programs_question")->button(1)->click();
+        QCOMPARE(program.size(), urls.size());
+        QCOMPARE(program.last().first().toString(), urls.last().toLocalFile());
     }
 
     void online_data() {
@@ -173,6 +184,13 @@ private Q_SLOTS:
         drop({QUrl::fromLocalFile(m_home.write("a.yml", Manifest))}, m_window.get());
         QTRY_COMPARE(text("file_state"), QString(Valid));
         QCOMPARE(shownTab(), QString("add_local_file"));
+        // On the page nothing is opened at once, and typing does not lead away.
+        const QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
+        TestSupport::press(m_window.get(), Qt::Key_X);
+        drop({QUrl::fromLocalFile(m_home.write("b.exe", smallProgram()))}, m_window.get());
+        QTRY_COMPARE(text("file_name"), QString("b.exe"));
+        QTRY_COMPARE(text("file_state"), QString(Valid));
+        QVERIFY(opened.isEmpty());
     }
 
     void pastesAKeyword() {
@@ -199,14 +217,15 @@ private Q_SLOTS:
     }
 
     void chosen() {
-        for (const auto& [tab, button, filter] : {std::tuple("local_tab", "add_local_file_btn", "*.yml"),
-                                                  {"portable_tab", "add_green_file_btn", ""}}) {
+        for (const auto& [tab, button, filter] :
+             {std::tuple("local_tab", "add_local_file_btn", "安装程序、应用程序打包脚本(*.exe *.msi *.yml)"),
+              {"portable_tab", "add_green_file_btn", ""}}) {
             shown(tab)->click();
             shown(button)->click();
             auto* dialog = m_window->findChild<QFileDialog*>(QString(button).replace("_btn", "_dialog"));
             QVERIFY(dialog && dialog->isVisible());
-            QVERIFY(dialog->nameFilters().join(' ').contains(filter));
-            Q_EMIT dialog->fileSelected(QFileInfo(m_home.write("app/a.exe", program())).path());
+            QVERIFY(QString(filter).isEmpty() || dialog->nameFilters() == QStringList(filter));
+            Q_EMIT dialog->fileSelected(QFileInfo(m_home.write("app/a.exe", smallProgram())).path());
             dialog->close();
             QTRY_COMPARE(text("file_state"), QString(Valid));
             QCOMPARE(shownTab(), QString("add_green_file"));

@@ -7,6 +7,7 @@
 #include "shell/DropFrame.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "shell/library/BottleCopyDialog.h"
+#include "support/SmallProgram.h"
 #include "support/Table.h"
 
 using namespace TestSupport;
@@ -34,6 +35,13 @@ class PortableProgramTest : public LibraryFixture {
         QApplication::sendEvent(m_window.get(), &dropped);
         QVERIFY(!find<DropFrame>("drop_frame")->isVisible());
     }
+    /// Nothing is copied unasked.
+    void run() {
+        QTRY_VERIFY(find<QAbstractButton>("add_apps_run") &&
+                    find<QAbstractButton>("add_apps_run")->isEnabled());
+        QVERIFY(m_service->calls("importPortable").isEmpty());
+        find<QAbstractButton>("add_apps_run")->click();
+    }
     /// The service copies the folder, until the choice of its programs is shown.
     void addFolder() {
         QByteArray program(1024, 0);
@@ -45,9 +53,10 @@ class PortableProgramTest : public LibraryFixture {
                                                                 {"program", "provisional"},
                                                                 {"path", m_home.path() + "/b"},
                                                                 {"folder", "C:\\Program Files\\App"}});
-        QDir().mkpath(source());
+        m_home.write("App/app.exe", "MZ");
         openUntil(State::Ready);
         drop({QUrl::fromLocalFile(source())});
+        run();
         QCOMPARE(m_service->waitForCall("importPortable").arguments, QJsonArray{source()});
         QTRY_VERIFY(choice() && choice()->isVisible());
     }
@@ -57,9 +66,9 @@ private Q_SLOTS:
         const Table<QString, QString, QString> row("input", "signal", "text");
         row("program", "a.exe", "openRequested", "a.exe");
         row("two programs", "a.exe\nb.bat", "openRequested", "a.exe");
-        row("manifest", "a.yml", "manifestRequested", "a.yml");
-        row("address", "https://example.com/a.exe", "addressRequested", "");
-        row("missing", "gone.exe", "", "gone.exe is not there");
+        row("manifest", "a.yml", "pageRequested", "");
+        row("address", "https://example.com/a.exe", "pageRequested", "");
+        row("missing", "gone.exe", "", "There is no such file.");
     }
     /// Pasted, with the focus in the search field and elsewhere.
     void requests() {
@@ -67,7 +76,7 @@ private Q_SLOTS:
         QFETCH(QString, signal);
         QFETCH(QString, text);
         for (const char* name : {"a.exe", "b.bat", "a.yml"})
-            m_home.write(name, "x");
+            m_home.write(name, QString(name) == "a.yml" ? "Name: a\nDebInfo: {}\n" : smallProgram());
         QString pasted = input;
         if (!input.contains("://"))
             pasted = m_home.path() + '/' + pasted.replace("\n", "\n" + m_home.path() + '/');
@@ -75,12 +84,13 @@ private Q_SLOTS:
         for (const bool isSearching : {true, false}) {
             m_window->activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+            if (!view()->isVisible())
+                find<QAbstractButton>("add_apps_back")->click();
             if (!isSearching)
                 view()->focusPrograms();
             QTRY_VERIFY(QApplication::focusWidget());
             QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
-            QSignalSpy manifests(m_window->addDispatcher(), &AddDispatcher::manifestRequested);
-            QSignalSpy addresses(m_window->addDispatcher(), &AddDispatcher::addressRequested);
+            QSignalSpy pages(m_window->addDispatcher(), &AddDispatcher::pageRequested);
             QApplication::clipboard()->setText(pasted);
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
             if (input.contains('\n')) {
@@ -96,13 +106,41 @@ private Q_SLOTS:
                 QTRY_VERIFY(!find<Fenk::Dialog>("add_refusal"));
                 continue;
             }
-            QSignalSpy& spy = signal == "openRequested"       ? opened
-                              : signal == "manifestRequested" ? manifests
-                                                              : addresses;
+            QSignalSpy& spy = signal == "openRequested" ? opened : pages;
             QTRY_COMPARE(spy.count(), input.contains('\n') ? 2 : 1);
             if (!text.isEmpty())
                 QCOMPARE(spy[0][0].toString(), m_home.path() + '/' + text);
         }
+    }
+
+    void shortcutsInABottle_data() {
+        const Table<QJsonObject, QString> row("bottle", "started");
+        const QJsonObject known{{"1", QJsonObject{{"path", "c:\\APP\\a.exe"}}}};
+        row("known", {{"Path", "/b"}, {"External_Programs", known}}, "lumorawine://office/1");
+        row("unknown", {{"Path", "/b"}, {"External_Programs", QJsonObject()}}, "lumorawine://office/");
+        row("no bottle", {}, "");
+    }
+    /// They start in that bottle and nowhere else.
+    void shortcutsInABottle() {
+        QFETCH(QJsonObject, bottle);
+        QFETCH(QString, started);
+        m_service->setBottle("office", bottle);
+        openUntil(State::Ready);
+        AddItem item;
+        item.kind = AddItem::Kind::Program;
+        item.shown = "App.lnk";
+        item.bottle = "office";
+        item.windowsPath = "C:\\App\\a.exe";
+        const QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
+        m_window->addDispatcher()->carryOut(AddRequest::of({item}));
+        QTRY_VERIFY(opened.size() || find<Fenk::Dialog>("add_refusal"));
+        QCOMPARE(opened.value(0).value(0).toString().left(started.size()), started);
+        QCOMPARE(opened.isEmpty(), started.isEmpty());
+        const auto entered = m_service->calls("updateExternalProgram");
+        QCOMPARE(entered.size(), started.endsWith('/') ? 1 : 0);
+        if (!entered.isEmpty())
+            QVERIFY(opened[0][0].toString().endsWith(
+                QJsonDocument::fromJson(entered[0].arguments[1].toString().toUtf8())["id"].toString()));
     }
 
     void portable() {
@@ -145,9 +183,10 @@ private Q_SLOTS:
     /// The service was done before it heard of it.
     void cancelledTooLate() {
         m_service->setHeld("Backup.importPortable", R"({"ok":true,"bottle":"portable-App"})");
-        QDir().mkpath(source());
+        m_home.write("App/app.exe", "MZ");
         openUntil(State::Ready);
         drop({QUrl::fromLocalFile(source())});
+        run();
         m_service->waitForCall("importPortable");
         QTest::mouseClick(find<BottleCopyDialog>("bottle_copy_dialog")->button(0), Qt::LeftButton);
         m_service->waitForCall("cancelBottleCopy");
@@ -176,9 +215,10 @@ private Q_SLOTS:
     void refused() {
         m_service->setText("Backup.importPortable",
                            R"({"ok":false,"reasons":[{"code":"no-programs","arguments":["App"]}]})");
-        QDir().mkpath(source());
+        m_home.write("App/app.exe", "MZ");
         openUntil(State::Ready);
         drop({QUrl::fromLocalFile(source())});
+        run();
         QTRY_VERIFY(find<BottleCopyDialog>("bottle_copy_dialog"));
         QTRY_COMPARE(find<BottleCopyDialog>("bottle_copy_dialog")->title(),
                      QString("App could not be added."));

@@ -1,8 +1,10 @@
 #include <QDir>
+#include <QSysInfo>
 
 #include "shell/portable/ProgramLikelihood.h"
 #include "shell/requests/AddInputs.h"
 #include "shell/requests/AddRequest.h"
+#include "support/SmallProgram.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -39,6 +41,8 @@ private Q_SLOTS:
         row("paths", "'/a/b c.exe'\n~/d", {"/a/b c.exe", home + "/d"});
         row("other host", "file://server/a.exe", {});
         row("other scheme", "ftp://example.com/a.exe", {});
+        row("odd", "https://example.com/a {1}|b%.exe", {"https://example.com/a%20%7B1%7D%7Cb%25.exe"});
+        row("own host", "file://" + QSysInfo::machineHostName() + "/a/b", {"/a/b"});
         row("script", "javascript:alert(1)", {});
         row("keyword", "office", {});
         row("sentence", "https://example.com is nice", {});
@@ -49,6 +53,11 @@ private Q_SLOTS:
         QTEST(AddInputs::ofText(text), "inputs");
     }
 
+    void urls() {
+        QCOMPARE(AddInputs::ofUrls({QUrl("file:///a/b/"), QUrl("smb://nas/x"), QUrl("file://localhost/c")}),
+                 QStringList({"/a/b", "smb://nas/x", "/c"}));
+    }
+
     void requests_data() {
         using Kind = AddRequest::Kind;
         // The last item's path, or a part of the sentence.
@@ -57,9 +66,10 @@ private Q_SLOTS:
         row("batch", {"a/run.bat"}, int(Kind::Open), "a/run.bat");
         row("manifest", {"a/x.yml"}, int(Kind::Manifest), "a/x.yml");
         row("folder", {"a"}, int(Kind::Portable), "a");
-        row("zip", {"a/x.ZIP"}, int(Kind::Portable), "a/x.ZIP");
-        row("opener refuses", {"a/notes.txt"}, int(Kind::Open), "a/notes.txt");
-        row("missing", {"a/gone.exe"}, int(Kind::Refused), "gone.exe is not there");
+        row("no zip", {"a/x.ZIP"}, int(Kind::Refused), "It is damaged");
+        row("text", {"a/notes.txt"}, int(Kind::Refused), "It is not a Windows program.");
+        row("missing", {"a/gone.exe"}, int(Kind::Refused), "There is no such file.");
+        row("program and an archive", {"a/Setup.EXE", "a/x.ZIP"}, int(Kind::Refused), "one at a time");
         row("program and its files", {"a/notes.txt", "a/Setup.EXE"}, int(Kind::Open), "a/Setup.EXE");
         row("program and a file elsewhere", {"notes.txt", "a/Setup.EXE"}, int(Kind::Refused), "notes.txt");
         row("two programs", {"a/Setup.EXE", "a/run.bat"}, int(Kind::Several), "a/run.bat");
@@ -69,7 +79,7 @@ private Q_SLOTS:
         row("link beside", {"w/rel.lnk"}, int(Kind::Open), "w/Program Files/App/App.exe");
         row("link of a mounted Windows", {"w/Users/me/Desktop/app.lnk"}, int(Kind::Open),
             "w/Program Files/App/App.exe");
-        row("dead link", {"w/dead.lnk"}, int(Kind::Refused), "dead.lnk is a shortcut to C:\\Gone\\a.exe");
+        row("dead link", {"w/dead.lnk"}, int(Kind::Refused), "It is a shortcut to C:\\Gone\\a.exe");
         row("no link", {"w/no.lnk"}, int(Kind::Refused), "does not lead to a program");
         row("link in a bottle", {".local/share/lumora-wine-bottles/bottles/b/drive_c/x.lnk"}, int(Kind::Open),
             ".local/share/lumora-wine-bottles/bottles/b/dosdevices/c:/App/a.exe");
@@ -80,19 +90,22 @@ private Q_SLOTS:
         QFETCH(QString, result);
         for (const char* name : {"a/Setup.EXE", "a/run.bat", "a/x.yml", "a/x.ZIP", "a/notes.txt", "notes.txt",
                                  "w/Program Files/App/App.exe"})
-            m_home.write(name, "x");
+            m_home.write(name, QString(name).endsWith("exe", Qt::CaseInsensitive)
+                                   ? TestSupport::smallProgram()
+                               : QString(name).endsWith(".yml") ? "Name: a\nDebInfo: {}\n"
+                                                                : "x");
         m_home.write("w/rel.lnk", shortcut("D:\\x.exe", ".\\program files\\App\\app.EXE"));
         m_home.write("w/Users/me/Desktop/app.lnk", shortcut("C:\\PROGRAM FILES\\App\\App.exe"));
         m_home.write("w/dead.lnk", shortcut("C:\\Gone\\a.exe"));
         m_home.write("w/no.lnk", "x");
         const QString bottle = ".local/share/lumora-wine-bottles/bottles/b/";
-        m_home.write(bottle + "drive_c/App/a.exe", "x");
+        m_home.write(bottle + "drive_c/App/a.exe", TestSupport::smallProgram());
         m_home.write(bottle + "drive_c/x.lnk", shortcut("C:\\app\\A.exe"));
         QDir(m_home.path()).mkpath(bottle + "dosdevices");
         QFile::link("../drive_c", m_home.path() + '/' + bottle + "dosdevices/c:");
         QVector<AddItem> items;
         for (const QString& file : files)
-            items += AddItem::read(m_home.path() + '/' + file);
+            items += AddItem::read(m_home.path() + '/' + file, false);
         const AddRequest request = AddRequest::of(items);
         QCOMPARE(int(request.kind), kind);
         if (request.kind == AddRequest::Kind::Refused)

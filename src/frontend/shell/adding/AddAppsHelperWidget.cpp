@@ -15,6 +15,7 @@
 #include "shell/adding/AddLocalFileWidget.h"
 #include "shell/adding/AddOnlineFileWidget.h"
 #include "shell/adding/AddingTexts.h"
+#include "shell/requests/AddInputs.h"
 #include "widgets/WidgetImages.h"
 
 using namespace Fenk;
@@ -57,7 +58,7 @@ AddAppsHelperWidget::AddAppsHelperWidget(QWidget* parent)
     row->addStretch();
     for (AddPathTab* tab : {static_cast<AddPathTab*>(m_local), static_cast<AddPathTab*>(m_green)})
         connect(tab, &AddTab::changed, this, [this, tab] { moveFile(tab); });
-    connect(m_green, &AddGreenFileWidget::chosen, this, &AddAppsHelperWidget::portableChosen);
+    connect(m_green, &AddGreenFileWidget::chosen, this, &AddAppsHelperWidget::chosen);
     connect(Theme::instance(), &Theme::changed, this, &AddAppsHelperWidget::paintIcons);
     paintIcons();
     showTab(LocalTab);
@@ -74,7 +75,7 @@ void AddAppsHelperWidget::addTab(AddTab* tab, const char* name, const QString& t
     m_tabs->addWidget(tab);
     connect(button, &QPushButton::clicked, this, select);
     connect(tab, &AddTab::changed, this, [this] { Q_EMIT readyChanged(isReady()); });
-    connect(tab, &AddTab::dropped, this, [this](const QList<QUrl>& urls) { add(AddedLink::of(urls)); });
+    connect(tab, &AddTab::added, this, &AddAppsHelperWidget::add);
 }
 
 void AddAppsHelperWidget::paintIcons() {
@@ -124,7 +125,7 @@ void AddAppsHelperWidget::focusTab() {
 }
 
 bool AddAppsHelperWidget::isReady() const {
-    return shownTab()->file().kind != AddedFile::Refused;
+    return shownTab()->request().canBeAdded();
 }
 
 void AddAppsHelperWidget::clear() {
@@ -133,43 +134,48 @@ void AddAppsHelperWidget::clear() {
     m_green->clear();
 }
 
-void AddAppsHelperWidget::add(const AddedLink& link) {
-    if (!link.address.isEmpty()) {
-        m_online->setAddress(link.address);
-        showTab(OnlineTab);
+void AddAppsHelperWidget::add(const QStringList& inputs) {
+    if (inputs.size() == 1 && AddInputs::isAddress(inputs.first())) {
+        showAddress(inputs.first());
         return;
     }
     if (shownTab() == m_online)
         showTab(LocalTab);
-    auto* tab = static_cast<AddPathTab*>(shownTab());
-    if (link.path.isEmpty())
-        tab->refuse(link.errorText);
-    else
-        tab->check(link.path);
+    static_cast<AddPathTab*>(shownTab())->check(inputs);
+}
+
+void AddAppsHelperWidget::show(const AddRequest& request) {
+    if (request.kind == AddRequest::Kind::Address) {
+        showAddress(request.items.first().path);
+        return;
+    }
+    const bool isPortable = request.kind == AddRequest::Kind::Portable;
+    (isPortable ? static_cast<AddPathTab*>(m_green) : m_local)->show(request);
+    showTab(isPortable ? PortableTab : LocalTab);
+}
+
+void AddAppsHelperWidget::showAddress(const QString& address) {
+    m_online->setAddress(QUrl(address));
+    showTab(OnlineTab);
 }
 
 /// To the tab that it belongs to.
 void AddAppsHelperWidget::moveFile(AddPathTab* from) {
-    const AddedFile file = from->file();
-    const bool isPortable = file.kind == AddedFile::Portable;
+    const AddRequest request = from->request();
+    const bool isPortable = request.kind == AddRequest::Kind::Portable;
     AddPathTab* to = isPortable ? static_cast<AddPathTab*>(m_green) : m_local;
-    if (file.kind == AddedFile::Refused || from == to)
+    if (!request.canBeAdded() || from == to)
         return;
     from->clear();
-    to->show(file);
+    to->show(request);
     if (shownTab() == from)
         showTab(isPortable ? PortableTab : LocalTab);
 }
 
 void AddAppsHelperWidget::onBtnRunClicked() {
     qInfo() << "onBtnRunClicked";
-    const AddedFile file = shownTab()->file();
     if (shownTab() == m_green)
         m_green->execBtnRun();
-    else if (file.kind == AddedFile::Portable)
-        Q_EMIT portableChosen(file.path);
-    else if (file.kind == AddedFile::Manifest)
-        Q_EMIT manifestChosen(file.manifest);
-    else if (file.kind == AddedFile::Program)
-        Q_EMIT programChosen(file.path);
+    else if (isReady())
+        Q_EMIT chosen(shownTab()->request());
 }

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "shell/adding/AddedFile.h"
+#include "shell/requests/AddRequest.h"
 
 class AddGreenFileWidget;
 class AddLocalFileWidget;
@@ -25,8 +25,10 @@ public:
     void onSelectOnlineFileClicked();
     void onSelectGreenFileClicked();
 
-    /// As if it had been dropped.
-    void add(const AddedLink& link);
+    /// Inputs of AddInputs, as if they had been dropped.
+    void add(const QStringList& inputs);
+    /// What has been checked elsewhere.
+    void show(const AddRequest& request);
     /// Whether the shown tab has something to run.
     bool isReady() const;
     void focusTab();
@@ -39,16 +41,13 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void readyChanged(bool ready);
-    void programChosen(const QString& path);
-    /// Its text.
-    void manifestChosen(const QByteArray& manifest);
-    /// A folder or a .zip.
-    void portableChosen(const QString& path);
+    void chosen(const AddRequest& request);
 
 private:
     void addTab(AddTab* tab, const char* name, const QString& title, void (AddAppsHelperWidget::*select)());
     void showTab(Tab tab);
     AddTab* shownTab() const;
+    void showAddress(const QString& address);
     void moveFile(AddPathTab* from);
     void paintIcons();
 

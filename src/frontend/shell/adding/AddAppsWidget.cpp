@@ -44,38 +44,51 @@ AddAppsWidget::AddAppsWidget(QWidget* parent)
     connect(back, &QAbstractButton::clicked, this, &AddAppsWidget::left);
     connect(m_run, &QAbstractButton::clicked, m_helper, &AddAppsHelperWidget::onBtnRunClicked);
     connect(m_helper, &AddAppsHelperWidget::readyChanged, m_run, &QWidget::setEnabled);
-    connect(m_helper, &AddAppsHelperWidget::manifestChosen, this, &AddAppsWidget::installManifest);
-    connect(m_helper, &AddAppsHelperWidget::programChosen, this, [this](const QString& path) {
-        leave();
-        Q_EMIT openRequested(path);
-    });
-    connect(m_helper, &AddAppsHelperWidget::portableChosen, this, [this](const QString& path) {
-        leave();
-        Q_EMIT portableRequested(path);
-    });
+    connect(m_helper, &AddAppsHelperWidget::chosen, this, &AddAppsWidget::onChosen);
 }
 
-void AddAppsWidget::add(const AddedLink& link) {
-    m_helper->add(link);
+void AddAppsWidget::add(const QStringList& inputs) {
+    m_helper->add(inputs);
+}
+
+void AddAppsWidget::show(const AddRequest& request) {
+    m_helper->show(request);
+}
+
+void AddAppsWidget::clear() {
+    m_helper->clear();
 }
 
 void AddAppsWidget::focusTab() {
     m_helper->focusTab();
 }
 
-void AddAppsWidget::installManifest(const QByteArray& manifest) {
-    if (m_session)
+void AddAppsWidget::onChosen(const AddRequest& request) {
+    if (request.kind == AddRequest::Kind::Manifest) {
+        installManifest(request.items.first().manifest);
         return;
+    }
+    const AddRequest kept = request;  // the page is emptied meanwhile
+    // What is copied may still fail, and be tried again.
+    if (kept.kind != AddRequest::Kind::Portable)
+        clear();
+    Q_EMIT left();
+    Q_EMIT chosen(kept);
+}
+
+void AddAppsWidget::installManifest(const QByteArray& manifest) {
+    if (m_session) {
+        tell(tr("The installation that you began before has not ended yet."));
+        return;
+    }
     m_session = YamlProgramInstallerSession::ofManifest(manifest);  // deletes itself when it is done
-    connect(m_session, &YamlProgramInstallerSession::signalError, this, [this](const QString& errorText) {
-        FloatingMessage::show(this, warningIcon(), errorText, FailureMs);
-    });
+    connect(m_session, &YamlProgramInstallerSession::signalError, this, &AddAppsWidget::tell);
     m_session->start();
 }
 
-void AddAppsWidget::leave() {
-    m_helper->clear();
-    Q_EMIT left();
+/// On the window, since the user may have left the page.
+void AddAppsWidget::tell(const QString& errorText) {
+    FloatingMessage::show(window(), warningIcon(), errorText, FailureMs);
 }
 
 void AddAppsWidget::keyPressEvent(QKeyEvent* event) {

@@ -3,7 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "shell/adding/AddedFile.h"
+#include "shell/requests/AddRequest.h"
 
 class AddAppsHelperWidget;
 class YamlProgramInstallerSession;
@@ -19,15 +19,17 @@ class AddAppsWidget : public QWidget {
 public:
     explicit AddAppsWidget(QWidget* parent = nullptr);
 
-    /// Shows a file, a folder or an address that the user has dropped or pasted elsewhere.
-    void add(const AddedLink& link);
+    /// Checks and shows inputs of AddInputs, which the user has dropped or pasted elsewhere.
+    void add(const QStringList& inputs);
+    /// Shows what has been checked elsewhere.
+    void show(const AddRequest& request);
+    /// Empties it. A download goes on.
+    void clear();
     void focusTab();
 
 Q_SIGNALS:
-    /// The user wants this .exe or .msi to be run.
-    void openRequested(const QString& path);
-    /// The user wants this folder or .zip as a program in a bottle of its own.
-    void portableRequested(const QString& path);
+    /// The user wants this: programs to be run, or a folder or .zip as a program in a bottle of its own.
+    void chosen(const AddRequest& request);
     /// The user is done here.
     void left();
 
@@ -35,8 +37,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void onChosen(const AddRequest& request);
     void installManifest(const QByteArray& manifest);
-    void leave();
+    void tell(const QString& errorText);
 
     AddAppsHelperWidget* m_helper;
     Fenk::SuggestButton* m_run;

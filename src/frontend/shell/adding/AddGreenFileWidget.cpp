@@ -22,13 +22,12 @@ void AddGreenFileWidget::choose() {
     dialog->setObjectName("add_green_file_dialog");
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, &AddGreenFileWidget::check);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { Q_EMIT added({path}); });
     dialog->open();
 }
 
 void AddGreenFileWidget::execBtnRun() {
     qInfo() << "execBtnRun";
-    const AddedFile folder = file();  // the page is emptied meanwhile
-    if (folder.kind == AddedFile::Portable)
-        Q_EMIT chosen(folder.path);
+    if (request().kind == AddRequest::Kind::Portable)
+        Q_EMIT chosen(request());
 }

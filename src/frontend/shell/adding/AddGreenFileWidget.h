@@ -13,7 +13,7 @@ public:
 
 Q_SIGNALS:
     /// The user wants this folder or .zip as a program in a bottle of its own.
-    void chosen(const QString& path);
+    void chosen(const AddRequest& request);
 
 protected:
     void choose() override;

@@ -19,9 +19,6 @@ void AddLocalFileWidget::choose() {
                                            QStandardPaths::writableLocation(QStandardPaths::DownloadLocation),
                                            AddingTexts::localFilter());
     dialog->setObjectName("add_local_file_dialog");
-    // The filter is case-sensitive.
-    dialog->setNameFilter(
-        AddingTexts::localFilter().replace(QLatin1String("*.yml"), QLatin1String("*.yml *.EXE *.MSI *.YML")));
-    connect(dialog, &QFileDialog::fileSelected, this, &AddLocalFileWidget::check);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { Q_EMIT added({path}); });
     dialog->open();
 }

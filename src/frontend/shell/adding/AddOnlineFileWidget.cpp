@@ -55,7 +55,7 @@ AddOnlineFileWidget::AddOnlineFileWidget(QWidget* parent)
     connect(m_download, &SetupDownloadRow::stopped, this, [this] { setBusy(false); });
     connect(m_download, &SetupDownloadRow::downloaded, this, [this](const QString& path) {
         setBusy(false);
-        state()->check(path);
+        state()->check({path});
     });
 }
 

@@ -9,6 +9,7 @@
 #include "fenk/style/Tokens.h"
 #include "shell/adding/AddingTexts.h"
 #include "shell/adding/FileStateRow.h"
+#include "shell/requests/AddInputs.h"
 #include "widgets/DropArea.h"
 #include "widgets/WidgetImages.h"
 
@@ -42,7 +43,8 @@ AddPathTab::AddPathTab(const char* image, const QString& choose, const QString& 
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(area);
     setFocusProxy(m_choose);
-    connect(area, &DropArea::dropped, this, &AddTab::dropped);
+    connect(area, &DropArea::dropped, this,
+            [this](const QList<QUrl>& urls) { Q_EMIT added(AddInputs::ofUrls(urls)); });
     connect(m_choose, &QPushButton::clicked, this, &AddPathTab::choose);
     connect(Theme::instance(), &Theme::changed, this, &AddPathTab::paintIcon);
     paintIcon();
@@ -54,14 +56,10 @@ void AddPathTab::paintIcon() {
                                    Theme::instance()->color(Theme::Accent)));
 }
 
-void AddPathTab::check(const QString& path) {
-    state()->check(path);
+void AddPathTab::check(const QStringList& inputs) {
+    state()->check(inputs);
 }
 
-void AddPathTab::show(const AddedFile& file) {
-    state()->show(file);
-}
-
-void AddPathTab::refuse(const QString& reason) {
-    state()->refuse(reason);
+void AddPathTab::show(const AddRequest& request) {
+    state()->show(request);
 }

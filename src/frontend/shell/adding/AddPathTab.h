@@ -5,14 +5,13 @@
 class QLabel;
 class QPushButton;
 
-/// Takes a file or a folder of this computer: dropped, or chosen in a dialog.
+/// Takes files or a folder of this computer: dropped, or chosen in a dialog.
 class AddPathTab : public AddTab {
     Q_OBJECT
 public:
-    /// Checks it, and then shows whether it can be added.
-    void check(const QString& path);
-    void show(const AddedFile& file);
-    void refuse(const QString& reason);
+    /// Checks them, and then shows whether they can be added.
+    void check(const QStringList& inputs);
+    void show(const AddRequest& request);
 
 protected:
     /// `image` is the name of a picture of ours; the texts are those of the button and of the line below it.

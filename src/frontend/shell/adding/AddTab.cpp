@@ -6,8 +6,8 @@ AddTab::AddTab(QWidget* parent) : QWidget(parent), m_state(new FileStateRow) {
     connect(m_state, &FileStateRow::changed, this, &AddTab::changed);
 }
 
-const AddedFile& AddTab::file() const {
-    return m_state->file();
+const AddRequest& AddTab::request() const {
+    return m_state->request();
 }
 
 void AddTab::clear() {

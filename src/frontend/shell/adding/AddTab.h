@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "shell/adding/AddedFile.h"
+#include "shell/requests/AddRequest.h"
 
 class FileStateRow;
 
@@ -12,14 +12,14 @@ class AddTab : public QWidget {
 public:
     explicit AddTab(QWidget* parent = nullptr);
 
-    /// The file that is to be added; refused while there is none.
-    const AddedFile& file() const;
+    /// What is to be added; Nothing while there is none or it is being checked.
+    const AddRequest& request() const;
     virtual void clear();
 
 Q_SIGNALS:
     void changed();
-    /// The user has dropped this.
-    void dropped(const QList<QUrl>& urls);
+    /// The user has dropped or chosen these inputs of AddInputs.
+    void added(const QStringList& inputs);
 
 protected:
     FileStateRow* state() const { return m_state; }

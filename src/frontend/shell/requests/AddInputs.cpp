@@ -2,17 +2,23 @@
 
 #include <QDir>
 #include <QMimeData>
-#include <QUrl>
+#include <QSysInfo>
+
+#include "net/LoggedAddress.h"
+#include "store/install/SetupDownload.h"
 
 namespace {
 
+bool isOfThisMachine(const QString& host) {
+    return host.isEmpty() || host == QLatin1String("localhost") ||
+           host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
+}
+
 /// Empty for what is neither a local path nor an address.
 QString inputOf(const QUrl& url) {
-    if (url.isLocalFile() && (url.host().isEmpty() || url.host() == QLatin1String("localhost")))
+    if (url.isLocalFile() && isOfThisMachine(url.host()))
         return QDir::cleanPath(url.path(QUrl::FullyDecoded));
-    const QString scheme = url.scheme();
-    const bool isWeb = scheme == QLatin1String("http") || scheme == QLatin1String("https");
-    return isWeb && !url.host().isEmpty() ? url.toString(QUrl::FullyEncoded) : QString();
+    return SetupDownload::canFetch(url) ? url.toString(QUrl::FullyEncoded) : QString();
 }
 
 QString inputOfLine(QString line) {
@@ -22,7 +28,7 @@ QString inputOfLine(QString line) {
         line.replace(0, 1, QDir::homePath());
     if (line.startsWith('/'))
         return QDir::cleanPath(line);
-    return line.contains(' ') ? QString() : inputOf(QUrl(line, QUrl::StrictMode));
+    return inputOf(line.startsWith(QLatin1String("file:")) ? QUrl(line) : AddInputs::address(line));
 }
 
 }  // namespace
@@ -47,15 +53,35 @@ QStringList AddInputs::ofText(const QString& text) {
 QStringList AddInputs::of(const QMimeData* data) {
     if (!data->hasUrls())
         return data->hasText() ? ofText(data->text()) : QStringList();
+    return ofUrls(data->urls());
+}
+
+QStringList AddInputs::ofUrls(const QList<QUrl>& urls) {
     QStringList inputs;
-    for (const QUrl& url : data->urls()) {
-        const QString input = inputOf(url);
-        if (!input.isEmpty() && inputs.size() < MaximumCount && !inputs.contains(input))
+    for (const QUrl& url : urls) {
+        QString input = inputOf(url);
+        if (input.isEmpty() && !url.scheme().isEmpty())
+            input = url.toString(QUrl::FullyEncoded);
+        const bool isTaken = !input.isEmpty() && input.size() <= MaximumCharacters && !inputs.contains(input);
+        if (isTaken && inputs.size() < MaximumCount)
             inputs += input;
     }
     return inputs;
 }
 
+QUrl AddInputs::address(const QString& line) {
+    const QUrl url(line.trimmed(), QUrl::TolerantMode);
+    return SetupDownload::canFetch(url) ? url : QUrl();
+}
+
+QString AddInputs::logged(const QString& input) {
+    return isPath(input) ? input : loggedAddress(QUrl(input));
+}
+
+bool AddInputs::isPath(const QString& input) {
+    return input.startsWith('/');
+}
+
 bool AddInputs::isAddress(const QString& input) {
-    return !input.startsWith('/');
+    return !isPath(input) && SetupDownload::canFetch(QUrl(input));
 }
