@@ -152,6 +152,15 @@ constexpr Row Rows[] = {
     {"no-bottle-there", QT_TRANSLATE_NOOP("ServiceErrorText",
                                           "There is something named \"%1\" already that is no bottle: a "
                                           "link, or a directory without bottle.yml.")},
+    {"being-packed",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle is being packed. Try again when that is done.")},
+    {"being-upgraded",
+     QT_TRANSLATE_NOOP(
+         "ServiceErrorText",
+         "The bottle is being brought up to date with its package. Try again in a moment.")},
+    {"being-changed",
+     QT_TRANSLATE_NOOP("ServiceErrorText",
+                       "Another program is changing the bottle. Try again in a moment.")},
 };
 
 const char* formatOf(const QString& code) {

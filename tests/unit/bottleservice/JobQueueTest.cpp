@@ -1,7 +1,12 @@
+#include <fcntl.h>
+#include <sys/file.h>
+
 #include <QSignalSpy>
 #include <QtTest>
 
 #include "bottleservice/jobs/JobQueue.h"
+#include "bottleservice/wine/LaunchRecords.h"
+#include "bottleservice/wine/ProcessEnd.h"
 
 namespace {
 
@@ -70,6 +75,37 @@ private Q_SLOTS:
         add(queue, "b", "b1");
         QVERIFY(idle.wait());
         QCOMPARE(m_log, QStringList({"start a1", "refused a2", "refused a1", "refused b1"}));
+    }
+
+    void waitsForTheLock() {
+        QTemporaryDir home;
+        QVERIFY(QDir(home.path()).mkpath("drive_c") && QDir(home.path()).mkpath("running"));
+        JobQueue queue([&home](const QString& bottle, BottleLock* lock) {
+            return lock->acquire(home.path(), home.path() + "/running", bottle);
+        });
+        const int fd = open(qPrintable(home.path() + "/drive_c"), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        QCOMPARE(flock(fd, LOCK_EX), 0);
+        add(queue, "a", "a1");
+        QCOMPARE(m_log, QStringList());
+        QCOMPARE(flock(fd, LOCK_UN), 0);
+        QTRY_COMPARE(m_log, QStringList("start a1"));
+        QCOMPARE(flock(fd, LOCK_EX | LOCK_NB), -1);
+        QCOMPARE(flock(fd, LOCK_SH | LOCK_NB), 0);
+        close(fd);
+
+        // A claim counts without a lock; its process is none that ends with the bottle's programs.
+        const QString running = home.path() + "/running";
+        QFile claim(running + "/1.start");
+        QVERIFY(claim.open(QIODevice::WriteOnly));
+        claim.write(QString(R"({"bottle":"b","name":"p","kind":"packing","pid":%1,"start":"%2"})")
+                        .arg(getpid())
+                        .arg(ProcessEnd::startTime(getpid()))
+                        .toUtf8());
+        claim.close();
+        add(queue, "b", "b1");
+        QCOMPARE(m_log.last(), QString("refused b1"));
+        QCOMPARE(LaunchRecord::launchers(running, "b"), QVector<pid_t>());
+        QCOMPARE(LaunchRecord::starting(running, "b"), QStringList());
     }
 
     void destructionAnswers() {

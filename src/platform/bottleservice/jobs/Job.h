@@ -20,6 +20,9 @@ public:
     /// implement it.
     virtual void cancel() {}
 
+    /// Ends a job that was not started.
+    void refuse(const Answer& answer) { finish(answer); }
+
 Q_SIGNALS:
     void finished();
 

@@ -5,6 +5,7 @@
 #include <QDebug>
 #include <QDir>
 
+#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/jobs/ImmediateJob.h"
 #include "bottleservice/jobs/RenewBottleJob.h"
 
@@ -15,7 +16,15 @@ constexpr int TrimMs = 3000;
 }  // namespace
 
 BottleEngine::BottleEngine(const QString& dataDir, QObject* parent)
-    : QObject(parent), m_dataDir(dataDir), m_bottles(dataDir), m_templates(dataDir, &m_reclaimer) {
+    : QObject(parent),
+      m_dataDir(dataDir),
+      m_bottles(dataDir),
+      m_templates(dataDir, &m_reclaimer),
+      m_queue([store = m_bottles.store()](const QString& bottle, BottleLock* lock) {
+          return BottleName::check(bottle).isEmpty()
+                     ? lock->acquire(store.pathOf(bottle), store.runningDir(), bottle)
+                     : BottleLock::Refusal();
+      }) {
     if (!QDir().mkpath(m_bottles.store().root()))
         qWarning() << "cannot make" << m_bottles.store().root();
     connect(&m_queue, &JobQueue::idle, this, &BottleEngine::reportClosed);

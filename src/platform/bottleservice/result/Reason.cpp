@@ -93,6 +93,9 @@ constexpr Reason::Format Formats[] = {
     {"command-not-started", "The command \"%1\" of the manifest could not be started: %2"},
     {"no-bottle-there",
      "There is something named \"%1\" already that is no bottle: a link, or a directory without bottle.yml."},
+    {"being-packed", "The bottle is being packed. Try again when that is done."},
+    {"being-upgraded", "The bottle is being brought up to date with its package. Try again in a moment."},
+    {"being-changed", "Another program is changing the bottle. Try again in a moment."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -92,6 +92,9 @@ public:
         CommandCrashed,
         CommandNotStarted,
         NoBottleThere,
+        BeingPacked,
+        BeingUpgraded,
+        BeingChanged,
         CodeCount
     };
 

@@ -25,6 +25,11 @@ pid_t livingPid(const QJsonObject& record) {
     return pid > 1 && ProcessEnd::startTime(pid) == record["start"].toString() ? pid : 0;
 }
 
+/// Ending others, such as those that pack the bottle, would lose their work.
+bool isLaunch(const QJsonObject& start) {
+    return start["kind"].toString().isEmpty();
+}
+
 QStringList startsIn(const QString& directory) {
     QStringList files;
     for (const QString& name : QDir(directory).entryList({"*.start"}, QDir::Files | QDir::NoSymLinks))
@@ -56,7 +61,7 @@ QVector<pid_t> LaunchRecord::launchers(const QString& directory, const QString& 
     for (const QString& file : program.isEmpty() ? startsIn(directory) : QStringList()) {
         const QJsonObject start = contentOf(file);
         const pid_t pid = livingPid(start);
-        if (pid != 0 && start["bottle"].toString() == bottle && !pids.contains(pid))
+        if (pid != 0 && isLaunch(start) && start["bottle"].toString() == bottle && !pids.contains(pid))
             pids += pid;
     }
     return pids;
@@ -66,10 +71,19 @@ QStringList LaunchRecord::starting(const QString& directory, const QString& bott
     QStringList names;
     for (const QString& file : startsIn(directory)) {
         const QJsonObject record = contentOf(file);
-        if (livingPid(record) != 0 && record["bottle"].toString() == bottle)
+        if (isLaunch(record) && livingPid(record) != 0 && record["bottle"].toString() == bottle)
             names += record["name"].toString().left(MaximumNameCharacters);
     }
     return names;
+}
+
+QString LaunchRecord::maintenance(const QString& directory, const QString& bottle) {
+    for (const QString& file : startsIn(directory)) {
+        const QJsonObject record = contentOf(file);
+        if (!isLaunch(record) && livingPid(record) != 0 && record["bottle"].toString() == bottle)
+            return record["kind"].toString();
+    }
+    return {};
 }
 
 QVector<LaunchRecord::Claim> LaunchRecord::claims(const QString& directory) {
@@ -78,7 +92,7 @@ QVector<LaunchRecord::Claim> LaunchRecord::claims(const QString& directory) {
         const QJsonObject record = contentOf(file);
         const Claim claim{record["bottle"].toString(), record["name"].toString(), record["file"].toString(),
                           livingPid(record)};
-        if (claim.pid != 0 && BottleName::check(claim.bottle).isEmpty())
+        if (isLaunch(record) && claim.pid != 0 && BottleName::check(claim.bottle).isEmpty())
             claims += claim;
     }
     return claims;

@@ -8,7 +8,8 @@
 
 /// The files that launch scripts write into the directory "running":
 ///   <pid>.json, for each launch with an id: {"bottle", "program", "pid", "start"};
-///   <pid>.start, as long as the script runs: the same with "name" in place of "program".
+///   <pid>.start, as long as the script runs: the same with "name" in place of "program". With "kind" it is
+///   of no launch but of a script that has the bottle for itself: "packing" or "upgrade".
 /// pid and start are those of the script.
 struct LaunchRecord {
     QString bottle;
@@ -28,6 +29,8 @@ struct LaunchRecord {
     static QVector<Claim> claims(const QString& directory);
     /// The names of the claims of a bottle.
     static QStringList starting(const QString& directory, const QString& bottle);
+    /// The kind of the running script that has the bottle for itself; empty without one.
+    static QString maintenance(const QString& directory, const QString& bottle);
     /// Removes the <pid>.start files of scripts that were killed.
     static void removeEndedStarts(const QString& directory);
 

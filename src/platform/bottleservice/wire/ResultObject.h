@@ -12,7 +12,7 @@ inline QJsonObject resultOf(const Answer& answer) {
         result.insert("error", answer.reason.text());
         result.insert("reasons", answer.reason.toJson());
     }
-    if (answer.fault == Answer::Fault::Busy)
+    if (!answer.running.isEmpty())
         result.insert("busy", QJsonArray::fromStringList(answer.running));
     return result;
 }
