@@ -4321,6 +4321,10 @@ please wait for the component download to complete!</source>
         <source>Keep as My Own</source>
         <translation>保留为自己的容器</translation>
     </message>
+    <message>
+        <source>&quot;Remove&quot; deletes its container, with what you have made in it.</source>
+        <translation>“删除”会删除它的容器以及您保存在其中的内容。</translation>
+    </message>
 </context>
 <context>
     <name>PackageContentsWidget</name>
@@ -5357,6 +5361,18 @@ please wait for the component download to complete!</source>
     <message>
         <source>The command &quot;%1&quot; of the manifest could not be started: %2</source>
         <translation>无法启动清单中的命令“%1”：%2</translation>
+    </message>
+    <message>
+        <source>The bottle is being packed. Try again when that is done.</source>
+        <translation>正在打包该容器，请在打包完成后重试。</translation>
+    </message>
+    <message>
+        <source>The bottle is being brought up to date with its package. Try again in a moment.</source>
+        <translation>正在随软件包更新该容器，请稍后重试。</translation>
+    </message>
+    <message>
+        <source>Another program is changing the bottle. Try again in a moment.</source>
+        <translation>另一个程序正在修改该容器，请稍后重试。</translation>
     </message>
 </context>
 <context>

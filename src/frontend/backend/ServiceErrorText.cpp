@@ -155,12 +155,10 @@ constexpr Row Rows[] = {
     {"being-packed",
      QT_TRANSLATE_NOOP("ServiceErrorText", "The bottle is being packed. Try again when that is done.")},
     {"being-upgraded",
-     QT_TRANSLATE_NOOP(
-         "ServiceErrorText",
-         "The bottle is being brought up to date with its package. Try again in a moment.")},
-    {"being-changed",
      QT_TRANSLATE_NOOP("ServiceErrorText",
-                       "Another program is changing the bottle. Try again in a moment.")},
+                       "The bottle is being brought up to date with its package. Try again in a moment.")},
+    {"being-changed",
+     QT_TRANSLATE_NOOP("ServiceErrorText", "Another program is changing the bottle. Try again in a moment.")},
 };
 
 const char* formatOf(const QString& code) {

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "ServiceFixture.h"
+#include "bottleservice/wine/ProcessEnd.h"
 #include "support/Table.h"
 
 namespace {
@@ -94,7 +95,21 @@ private Q_SLOTS:
                  QString(R"([{"bottle":"packed","lost":["%1"],"package":"com.example.gone"}])").arg(Id));
         m_service.write("bottles/packed/dosdevices/c:/a.exe", "MZ");
         QVERIFY(found().contains(R"("lost":[])"));
+        // Nobody loses the work of who has the bottle for itself.
+        const qint64 pid = QCoreApplication::applicationPid();
+        m_service.write("running/1.start",
+                        QString(R"({"bottle":"packed","name":"p","kind":"packing","pid":%1,"start":"%2"})")
+                            .arg(pid)
+                            .arg(ProcessEnd::startTime(pid_t(pid)))
+                            .toUtf8());
+        QCOMPARE(m_service.call("killWineServer", {"packed"}).errorMessage(), QString());
+        QCOMPARE(m_service.call("delete", {"packed"}).errorName(), QString("com.lumora.Error.Busy"));
+        m_service.write("running/1.start", "");
+        const QString icon = m_service.home().write(
+            QString("Desktop/%1.desktop").arg(Id),
+            "[Desktop Entry]\nExec=/opt/apps/com.example.gone/files/run " + QByteArray(Id));
         QCOMPARE(m_service.call("keepBottle", {"packed"}, "CleanUp").errorMessage(), QString());
+        QVERIFY(!QFileInfo::exists(icon));
         QCOMPARE(found(), QString("[]"));
         QCOMPARE(QDir(m_service.bottlePath("packed")).entryList({".pack*"}, QDir::AllEntries | QDir::Hidden),
                  QStringList());

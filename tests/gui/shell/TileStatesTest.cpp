@@ -4,6 +4,7 @@
 #include "fenk/controls/SearchEdit.h"
 #include "gui/shell/LibraryFixture.h"
 #include "launch/records/FailedStarts.h"
+#include "programs/OrphanedBottles.h"
 #include "programs/ProgramRuns.h"
 #include "programs/StarRating.h"
 #include "support/KeyWalk.h"
@@ -90,6 +91,7 @@ private Q_SLOTS:
         QTRY_VERIFY(orphanQuestion());
         QVERIFY(!ProgramRuns::instance()->isRunning("a"));
         QCOMPARE(TestSupport::outOfReach(orphanQuestion()), QString());
+        QVERIFY(!orphanQuestion()->button(2));  // what is lost would stay lost
         orphanQuestion()->button(1)->click();
         QTRY_VERIFY(question());
         QTRY_VERIFY(question()->findChild<QLabel*>("removal_size")->text().contains("2 programs"));
@@ -97,6 +99,9 @@ private Q_SLOTS:
         QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"office"});
         QCOMPARE(m_service->calls("removeExternalProgram").size(), 0);
         backToWindow();
+        setLost({});
+        OrphanedBottles::instance()->load();
+        QTRY_VERIFY(tile("a")->accessibleDescription().contains("can still be started"));
         tile("b")->onBtnOptionClicked();
         QTRY_VERIFY(tile("b")->optionMenu() && tile("b")->optionMenu()->isVisible());
         tile("b")->optionMenu()->actions().at(1)->trigger();

@@ -42,6 +42,7 @@ private Q_SLOTS:
         row("leads elsewhere", "b", ".package/origin.json", R"({"format":1,"package":"../a"})", "com.b",
             int(State::Unknown));
         row("broken", "com.a", ".package/origin.json", "{", "com.b", int(State::Unknown));
+        row("unreadable", "com.a", ".package/origin.json/x", "", "com.b", int(State::Unknown));
     }
     void packageOrigins() {
         QFETCH(QString, bottle);
@@ -49,6 +50,8 @@ private Q_SLOTS:
         QFETCH(QByteArray, text);
         QFETCH(QString, installed);
         const TestSupport::TestHome home;
+        if (file.startsWith(".package"))
+            home.write(bottle + "/.package/version", "1");
         home.write(bottle + '/' + file, text);
         home.write("apps/" + installed + "/files/package.json", "{}");
         const QString path = home.path() + '/' + bottle, apps = home.path() + "/apps";
@@ -56,6 +59,22 @@ private Q_SLOTS:
         QTEST(int(state), "state");
         QCOMPARE(PackageOrigin::sharedFiles(path, apps),
                  state == PackageOrigin::State::Installed ? apps + "/com.a/files/bottle" : QString());
+    }
+
+    void droppedLinks() {
+        const TestSupport::TestHome home;
+        const QString drive = home.path() + "/b/drive_c/", shared = home.write("apps/com.a/files/x.dll", "x");
+        const QString other = home.write("apps/com.ab/y.dll", "y");
+        QVERIFY(QDir().mkpath(drive + "Program"));
+        QFile::link(shared, drive + "Program/alive.dll");
+        QFile::link(shared + "gone", drive + "Program/dead.dll");
+        QFile::link(other, drive + "other.dll");
+        QString error;
+        QVERIFY(PackageOrigin::dropLinks(home.path() + "/b", "com.a", false, &error, home.path() + "/apps"));
+        QCOMPARE(QDir(drive + "Program").entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+                 QStringList("alive.dll"));
+        QVERIFY(!QFileInfo(drive + "Program/alive.dll").isSymLink());
+        QCOMPARE(QFileInfo(drive + "other.dll").symLinkTarget(), other);
     }
 
     void expectedFiles() {

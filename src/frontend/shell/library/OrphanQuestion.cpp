@@ -29,10 +29,14 @@ QString OrphanQuestion::textOf(const Program& program, const OrphanedBottle& bot
 }
 
 void OrphanQuestion::ask(const Program& program, const OrphanedBottle& bottle, QWidget* over) {
-    const QString what = Question::tr(
-        "\"Remove\" deletes its container, with what you have made in it. \"Keep as My Own\" makes it a "
-        "container "
-        "like any other: the package, when it is installed again, gets a new one.");
+    // A kept container lets go of the package, whose files would be lost for good.
+    const bool mayKeep = bottle.lostPrograms.isEmpty();
+    QString what = Question::tr("\"Remove\" deletes its container, with what you have made in it.");
+    if (mayKeep)
+        what = Question::tr(
+            "\"Remove\" deletes its container, with what you have made in it. \"Keep as My Own\" makes it a "
+            "container "
+            "like any other: the package, when it is installed again, gets a new one.");
     auto* dialog =
         new Fenk::Dialog(Question::tr("Package Removed"), textOf(program, bottle) + "\n\n" + what, over);
     dialog->setObjectName("orphan_question");
@@ -40,11 +44,11 @@ void OrphanQuestion::ask(const Program& program, const OrphanedBottle& bottle, Q
     dialog->setFixedWidth(Fenk::Tokens::DialogMaxWidth);
     dialog->addButton(Question::tr("Cancel"), true);
     const int remove = dialog->addButton(Question::tr("Remove…"));
-    const int keep = dialog->addButton(Question::tr("Keep as My Own"));
+    const int keep = mayKeep ? dialog->addButton(Question::tr("Keep as My Own")) : -1;
     QObject::connect(dialog, &Fenk::Dialog::buttonClicked, over, [program, remove, keep, over](int index) {
         if (index == remove)
             RemovalQuestion::askForBottle(program, over);
-        else if (index == keep)
+        else if (keep >= 0 && index == keep)
             OrphanedBottles::instance()->keep(program.ref.bottle);
     });
     dialog->open();

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -11,6 +12,7 @@
 #include <cstring>
 
 #include "bottleservice/bottles/WindowsPath.h"
+#include "bottleservice/files/FileTree.h"
 #include "bottleservice/files/TreeRemover.h"
 #include "fenk/system/RegularFile.h"
 
@@ -21,6 +23,7 @@ namespace {
 const char Mark[] = "/.package";
 const char ForgottenMark[] = "/.package-removed";
 const char SecondBottle[] = ".package";  // ends the name of a bottle that could not have the package's name
+const char UnfinishedCopy[] = "/.kept.cellarix-new";
 constexpr int Format = 1;
 constexpr qint64 MaximumBytes = 64 * 1024;
 
@@ -31,11 +34,14 @@ bool isPackageName(const QString& name) {
 }
 
 QString packageOf(const QString& directory) {
-    const auto text = Fenk::RegularFile::read(directory + Mark + "/origin.json", MaximumBytes);
-    const QJsonObject origin = text ? QJsonDocument::fromJson(*text).object() : QJsonObject();
+    const QString path = directory + Mark + "/origin.json";
+    const QByteArray text = Fenk::RegularFile::read(path, MaximumBytes).value_or(QByteArray());
+    const QJsonObject origin =
+        text.size() > MaximumBytes ? QJsonObject() : QJsonDocument::fromJson(text).object();
     QString name = origin["package"].toString();
-    if (!text && QFileInfo(directory + Mark + "/version").isFile()) {  // made before there were origins
-        name = QFileInfo(directory).fileName();
+    const QFileInfo file(path);
+    if (!file.exists() && !file.isSymLink() && QFileInfo(directory + Mark + "/version").isFile()) {
+        name = QFileInfo(directory).fileName();  // made before there were origins
         if (name.endsWith(SecondBottle))
             name.chop(int(sizeof(SecondBottle)) - 1);
     } else if (origin["format"].toInt() != Format) {
@@ -86,6 +92,36 @@ QStringList lostPrograms(const QString& directory, const QJsonObject& programs) 
             lost += it.key();
     }
     return lost;
+}
+
+bool dropLinks(const QString& directory, const QString& package, const std::atomic_bool& cancelled,
+               QString* error, const QString& packages) {
+    const QString shared = packages + '/' + package + '/';
+    QDirIterator files(directory + "/drive_c",
+                       QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (!package.isEmpty() && files.hasNext()) {
+        if (cancelled)
+            return false;
+        const QString path = files.next();
+        const QFileInfo file = files.fileInfo();
+        const bool isShared = file.isSymLink() && file.symLinkTarget().startsWith(shared);
+        if (!isShared || (file.exists() && !file.isFile()))
+            continue;
+        // Beside it, and the same for all, so that a kill leaves no more than one.
+        const QString copy = file.path() + UnfinishedCopy;
+        QFile::remove(copy);
+        const bool isDropped = file.isFile() ? FileTree::copyFile(path, copy) &&
+                                                   ::rename(QFile::encodeName(copy).constData(),
+                                                            QFile::encodeName(path).constData()) == 0
+                                             : QFile::remove(path);
+        if (!isDropped) {
+            *error = QString("Cannot write %1: %2.").arg(path, QString::fromLocal8Bit(strerror(errno)));
+            QFile::remove(copy);
+            return false;
+        }
+    }
+    return true;
 }
 
 bool forget(const QString& directory, QString* error) {

@@ -3,6 +3,7 @@
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
+#include <atomic>
 
 /// Bottles that were made from an installed package (docs/PACKAGES.md), and what has become of that. Such a
 /// bottle has the directory ".package"; the package's own files lie in /opt/apps/PACKAGE/files.
@@ -30,6 +31,11 @@ QString sharedFiles(const QString& directory, const QString& packages = "/opt/ap
 
 /// The ids of the programs whose files do not exist, as those that were links into a removed package.
 QStringList lostPrograms(const QString& directory, const QJsonObject& programs);
+
+/// Replaces the bottle's links to files of the package by copies of these; removes those that lead nowhere.
+/// Blocks for long. False with an error text, or when it was cancelled; a second call goes on.
+bool dropLinks(const QString& directory, const QString& package, const std::atomic_bool& cancelled,
+               QString* error, const QString& packages = "/opt/apps");
 
 /// Makes the bottle an ordinary one. Does nothing to a bottle that is one. False with an error text.
 bool forget(const QString& directory, QString* error);

@@ -3,6 +3,8 @@
 #include <QDebug>
 
 #include "bottleservice/bottles/BottleName.h"
+#include "bottleservice/bottles/PackageOrigin.h"
+#include "bottleservice/desktop/PackageIcons.h"
 #include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/files/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
@@ -28,6 +30,7 @@ void DeleteBottleJob::start() {
 void DeleteBottleJob::onStopped(bool clean) {
     QString fault;
     const QString path = m_store.pathOf(m_name);
+    const QString package = PackageOrigin::look(path).package;
     const QString aside = WorkingDirectory::pathBeside(path, WorkingDirectory::DeletingPrefix);
     if (!clean)
         fault = QString("Programs of the bottle \"%1\" could not be ended; it was not deleted.")
@@ -40,6 +43,7 @@ void DeleteBottleJob::onStopped(bool clean) {
         return;
     }
     qInfo() << "deleted bottle" << BottleName::shown(m_name) << "; removing" << aside;
+    PackageIcons::remove(package);
     m_reclaimer->remove(aside);
     finish(Answer::of());
 }

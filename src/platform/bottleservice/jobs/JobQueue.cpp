@@ -28,8 +28,7 @@ void JobQueue::add(const QString& bottle, std::unique_ptr<Job> job) {
 
 void JobQueue::startFirst(const QString& bottle) {
     const std::shared_ptr<Line> line = m_lines.value(bottle);
-    const BottleLock::Refusal refusal =
-        m_locker ? m_locker(bottle, &line->lock) : BottleLock::Refusal();
+    const BottleLock::Refusal refusal = m_locker ? m_locker(bottle, &line->lock) : BottleLock::Refusal();
     if (refusal.reason.isEmpty()) {
         line->sinceRefusal.invalidate();
     } else if (!line->sinceRefusal.isValid()) {

@@ -1,13 +1,12 @@
 #include "bottleservice/requests/CleanUpRequests.h"
 
-#include <QDebug>
 #include <QJsonArray>
 #include <QJsonObject>
 
-#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/bottles/PackageOrigin.h"
 #include "bottleservice/files/Background.h"
+#include "bottleservice/jobs/KeepBottleJob.h"
 #include "bottleservice/requests/BottleEngine.h"
 #include "bottleservice/requests/BottleRequests.h"
 #include "bottleservice/requests/ProgramRequests.h"
@@ -49,14 +48,7 @@ void CleanUpRequests::bottlesOfRemovedPackages(const Reply& reply) {
 void CleanUpRequests::keepBottle(const QString& bottle, const Reply& reply) {
     if (RequestChecks::refuseUnknown(m_engine->bottles(), bottle, reply))
         return;
-    m_engine->enqueue(bottle, reply, [directory = m_engine->bottles().pathOf(bottle), bottle] {
-        QString error;
-        if (PackageOrigin::stateOf(PackageOrigin::look(directory)) == PackageOrigin::State::Installed)
-            error = QString("The package of \"%1\" is installed.").arg(BottleName::shown(bottle));
-        else if (PackageOrigin::forget(directory, &error))
-            qInfo() << "the bottle" << bottle << "belongs to no package any more";
-        return error.isEmpty() ? Answer::of() : Answer::failure(Answer::Fault::Failed, error);
-    });
+    m_engine->enqueue(bottle, std::make_unique<KeepBottleJob>(m_engine->jobBottle(bottle), reply));
 }
 
 std::unique_ptr<Job> CleanUpRequests::makeDeletionOfUnused(const QString& bottle, const Reply& reply) {
