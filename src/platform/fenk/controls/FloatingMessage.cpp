@@ -1,10 +1,12 @@
 #include "fenk/controls/FloatingMessage.h"
 
 #include <QAccessible>
+#include <QDialog>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QPainter>
+#include <QPushButton>
 
 #include "fenk/controls/Label.h"
 #include "fenk/style/Paint.h"
@@ -44,12 +46,29 @@ FloatingMessage::FloatingMessage(QWidget* window, const QIcon& icon, const QStri
     connect(&m_timer, &QTimer::timeout, this, &QObject::deleteLater);
 }
 
+namespace {
+
+/// Where a message ends. The buttons along the bottom of a dialog stay in reach.
+int bottomIn(const QWidget* window) {
+    int bottom = window->height() - Tokens::Space24;
+    if (!qobject_cast<const QDialog*>(window))
+        return bottom;
+    for (const QPushButton* button : window->findChildren<QPushButton*>()) {
+        const int top = button->mapTo(window, QPoint()).y();
+        if (button->isVisible() && top >= window->height() - 2 * Tokens::RowHeight)
+            bottom = qMin(bottom, top - Tokens::Space8);
+    }
+    return bottom;
+}
+
+}  // namespace
+
 void FloatingMessage::place() {
     const QWidget* window = parentWidget();
     setMaximumWidth(qMin(window->width() - 2 * Tokens::Space24, Tokens::DialogMaxWidth));
     const int w = qMin(maximumWidth(), sizeHint().width());
     const int h = hasHeightForWidth() ? heightForWidth(w) : sizeHint().height();
-    setGeometry((window->width() - w) / 2, window->height() - h - Tokens::Space24, w, h);
+    setGeometry((window->width() - w) / 2, qMax(0, bottomIn(window) - h), w, h);
 }
 
 void FloatingMessage::paintEvent(QPaintEvent*) {

@@ -7,8 +7,9 @@ class QIcon;
 
 namespace Fenk {
 
-/// A message at the bottom of a window that disappears after some seconds and needs no answer. A new message
-/// replaces the current one. Owned by the window; deletes itself when its time is over.
+/// A message at the bottom of a window, in a dialog above the row of buttons, that disappears after some
+/// seconds and needs no answer. A new message replaces the current one. Owned by the window; deletes itself
+/// when its time is over.
 class FloatingMessage : public QWidget {
     Q_OBJECT
 public:
