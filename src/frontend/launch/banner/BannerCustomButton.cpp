@@ -24,9 +24,10 @@ public:
         : QAccessibleWidget(button, QAccessible::Button, button->text()) {}
 
     QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
+    /// The tool does not wait for what a press does, such as a dialog.
     void doAction(const QString& name) override {
         if (name == pressAction() && widget()->isEnabled())
-            Q_EMIT static_cast<BannerCustomButton*>(widget())->clicked();
+            QMetaObject::invokeMethod(widget(), "clicked", Qt::QueuedConnection);
         else
             QAccessibleWidget::doAction(name);
     }
