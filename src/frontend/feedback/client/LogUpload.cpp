@@ -5,8 +5,8 @@
 #include <QTemporaryDir>
 
 #include "backend/BottleRecord.h"
-#include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
+#include "feedback/client/BottleQuery.h"
 #include "feedback/client/LogCollection.h"
 #include "feedback/client/SuggestionFile.h"
 #include "feedback/client/UploadFilesManager.h"
@@ -25,21 +25,20 @@ struct Gathered {
 /// `fill(bottlePath, directory, suggestions)` runs in the background. Without any copy the handler gets null.
 template <class Fill, class Handler>
 void copyFiles(const QString& bottleName, QObject* context, Fill fill, Handler handler) {
-    BottlesConfig::instance()->watchBottle(
-        bottleName, context, [context, fill, handler](const BusResult& result) {
-            const auto work = [fill, path = BottleRecord::path(result.object())] {
-                Gathered gathered;
-                const auto copies = std::make_shared<QTemporaryDir>(UploadPlace::newLogs());
-                if (!copies->isValid())
-                    qWarning().noquote() << "no directory for logs:" << copies->errorString();
-                else
-                    fill(path, copies->path(), &gathered.suggestions);
-                if (copies->isValid() && !QDir(copies->path()).isEmpty())
-                    gathered.copies = copies;
-                return gathered;
-            };
-            inBackground(context, work, handler);
-        });
+    BottleQuery::ask(bottleName, context, [context, fill, handler](const BusResult& result) {
+        const auto work = [fill, path = BottleRecord::path(result.object())] {
+            Gathered gathered;
+            const auto copies = UploadPlace::make(UploadPlace::newLogs());
+            if (!copies->isValid())
+                qWarning().noquote() << "no directory for logs:" << copies->errorString();
+            else
+                fill(path, copies->path(), &gathered.suggestions);
+            if (copies->isValid() && !QDir(copies->path()).isEmpty())
+                gathered.copies = copies;
+            return gathered;
+        };
+        inBackground(context, work, handler);
+    });
 }
 
 void fillWithLogs(const QString& bottleName, const QString& bottlePath, const QString& directory) {

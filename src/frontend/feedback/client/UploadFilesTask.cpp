@@ -236,7 +236,9 @@ HttpAnswer UploadFilesTask::send(QNetworkAccessManager* network, const QByteArra
                          [this](qint64 sent, qint64 total) { onUploadProgress(sent, total); });
     // Arrives in this thread's loop. A request of before the connection is seen by the flag.
     QObject::connect(this, &UploadFilesTask::cancelRequested, &http, &HttpRequest::abort);
-    http.send(verb, request, body);
+    QNetworkRequest plain = request;
+    plain.setRawHeader("Accept-Language", "*");  // the network layer would tell the desktop's language
+    http.send(verb, plain, body);
     if (isCancelled())
         http.abort();
     if (!isFinished)

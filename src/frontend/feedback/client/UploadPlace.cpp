@@ -1,10 +1,14 @@
 #include "feedback/client/UploadPlace.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QThreadPool>
 #include <QUuid>
 
 namespace {
@@ -25,6 +29,15 @@ QString UploadPlace::newLogs() {
 
 QString UploadPlace::newPictures() {
     return directory() + "/pictures-XXXXXX";
+}
+
+std::shared_ptr<QTemporaryDir> UploadPlace::make(const QString& nameTemplate) {
+    return {new QTemporaryDir(nameTemplate), [](QTemporaryDir* directory) {
+                if (qApp && QThread::currentThread() == qApp->thread())
+                    QThreadPool::globalInstance()->start([directory] { delete directory; });
+                else
+                    delete directory;
+            }};
 }
 
 QString UploadPlace::newArchive() {

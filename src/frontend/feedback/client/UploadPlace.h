@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <memory>
+
+class QTemporaryDir;
 
 /// Where copies of logs and archives lie until they are sent: a directory of this user. For any thread.
 namespace UploadPlace {
@@ -8,6 +11,9 @@ namespace UploadPlace {
 /// A template for QTemporaryDir. Makes the directory that it lies in.
 QString newLogs();
 QString newPictures();
+/// The directory that such a template names; may not be valid. It is removed with the last reference, in
+/// another thread where that one is the GUI's.
+std::shared_ptr<QTemporaryDir> make(const QString& nameTemplate);
 /// The file does not exist yet, its directory does.
 QString newArchive();
 
