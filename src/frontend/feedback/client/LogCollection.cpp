@@ -71,7 +71,7 @@ Sources Sources::of(const QString& bottlePath) {
 void gather(const Sources& sources, const QString& directory) {
     const LogScrub scrub;
     qint64 total = copyEnd(&scrub, sources.bottlePath + '/' + Settings, freeName(directory, Settings));
-    QFileInfoList logs = logsIn(sources.bottlePath + "/logs", "*.log") +
+    QFileInfoList logs = logsIn(sources.bottlePath + "/logs", "*") +
                          logsIn(sources.serviceDirectory, "*.log") +
                          logsIn(sources.applicationDirectory, OwnLog);
     std::stable_sort(logs.begin(), logs.end(), [](const QFileInfo& a, const QFileInfo& b) {
