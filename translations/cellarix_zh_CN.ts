@@ -3275,6 +3275,26 @@ please wait for the component download to complete!</source>
         <source>What is saved</source>
         <translation>保存的内容</translation>
     </message>
+    <message>
+        <source>Uploading the logs… %1 %</source>
+        <translation>正在上传日志… %1 %</translation>
+    </message>
+    <message>
+        <source>There are no logs: they could not be collected</source>
+        <translation>没有日志：无法收集日志</translation>
+    </message>
+    <message>
+        <source>The report was sent, but the logs could not be collected or uploaded</source>
+        <translation>报告已发送，但日志未能收集或上传</translation>
+    </message>
+    <message>
+        <source>A picture could not be uploaded. Retry, or remove it</source>
+        <translation>有图片上传失败，请重试或将其移除</translation>
+    </message>
+    <message>
+        <source>There is no room for a copy of “%1” in %2</source>
+        <translation>%2 中没有空间存放“%1”的副本</translation>
+    </message>
 </context>
 <context>
     <name>FeedbackRows</name>
@@ -3296,7 +3316,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>A picture is uploaded as soon as you have chosen it.</source>
-        <translation>图片选择后会立即上传。</translation>
+        <translation type="vanished">图片选择后会立即上传。</translation>
     </message>
     <message>
         <source>Problem Description:</source>
@@ -3325,6 +3345,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Contact:</source>
         <translation>联系方式：</translation>
+    </message>
+    <message>
+        <source>A picture is uploaded as soon as you have chosen it. One that you remove stays at the service.</source>
+        <translation>图片在选择后会立即上传。移除后，已上传的图片仍保留在服务端。</translation>
     </message>
 </context>
 <context>
@@ -4994,11 +5018,11 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>When you press “Submit”, this goes to %1, together with the time and a signature. Your home directory and your user name are taken out of the logs.</source>
-        <translation>点击“提交”后，以下内容将连同时间和签名发送到 %1。日志中的主目录和用户名已被去除。</translation>
+        <translation type="vanished">点击“提交”后，以下内容将连同时间和签名发送到 %1。日志中的主目录和用户名已被去除。</translation>
     </message>
     <message>
         <source>This goes into the file that you save; nothing is sent. Your home directory and your user name are taken out of the logs.</source>
-        <translation>以下内容将写入您保存的文件，不会发送任何内容。日志中的主目录和用户名已被去除。</translation>
+        <translation type="vanished">以下内容将写入您保存的文件，不会发送任何内容。日志中的主目录和用户名已被去除。</translation>
     </message>
     <message>
         <source>Picture %1</source>
@@ -5006,7 +5030,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>This picture is too large to be shown: %1</source>
-        <translation>图片尺寸过大，无法显示：%1</translation>
+        <translation type="vanished">图片尺寸过大，无法显示：%1</translation>
     </message>
     <message>
         <source>Report</source>
@@ -5018,7 +5042,31 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Goes with each request, also with the one for the problem types:</source>
-        <translation>每次请求都会附带以下内容，包括获取问题类型的请求：</translation>
+        <translation type="vanished">每次请求都会附带以下内容，包括获取问题类型的请求：</translation>
+    </message>
+    <message>
+        <source>This goes into the file that you save; nothing is sent. Names of you and of your computer, and passwords in addresses, are taken out of the logs.</source>
+        <translation>以下内容将写入您保存的文件，不会发送任何内容。日志中您和本机的名称以及网址中的密码已被去除。</translation>
+    </message>
+    <message>
+        <source>“Submit” sends this to %1, with the time and a signature; the logs go to a storage that it names. Names of you and of your computer, and passwords in addresses, are taken out of the logs.</source>
+        <translation>点击“提交”后，以下内容将连同时间和签名发送到 %1；日志会上传到该服务指定的存储位置。日志中您和本机的名称以及网址中的密码已被去除。</translation>
+    </message>
+    <message>
+        <source>“Save Report…” writes report.json, the pictures and the logs into a file.</source>
+        <translation>“保存反馈…”会将 report.json、图片和日志写入一个文件。</translation>
+    </message>
+    <message>
+        <source>Sent already: “About this computer”, when the form was opened, and the pictures. One that you remove stays at the service.</source>
+        <translation>已经发送：打开表单时发送的“关于此计算机”信息，以及图片。移除后，已上传的图片仍保留在服务端。</translation>
+    </message>
+    <message>
+        <source>Sent already: “About this computer”, when the form was opened.</source>
+        <translation>已经发送：打开表单时发送的“关于此计算机”信息。</translation>
+    </message>
+    <message>
+        <source>Goes with each request: for the problem types, with the report, and for the address of each upload, which also says “wineAssist”, what it is (“image” or “attach”) and how its file&apos;s name ends.</source>
+        <translation>随每个请求一起发送：获取问题类型、提交报告以及获取每次上传的地址时。获取上传地址的请求还会说明“wineAssist”、文件类别（“image”或“attach”）和文件名后缀。</translation>
     </message>
 </context>
 <context>
@@ -5030,6 +5078,30 @@ please wait for the component download to complete!</source>
     <message>
         <source>Text</source>
         <translation>文本</translation>
+    </message>
+    <message>
+        <source>Open…</source>
+        <translation>打开…</translation>
+    </message>
+    <message>
+        <source>This picture is too large to be shown here.</source>
+        <translation>图片过大，无法在此显示。</translation>
+    </message>
+    <message>
+        <source>This picture moves. Its first frame is shown here.</source>
+        <translation>这是动态图片，此处显示其第一帧。</translation>
+    </message>
+    <message>
+        <source>This file cannot be read.</source>
+        <translation>无法读取此文件。</translation>
+    </message>
+    <message>
+        <source>This file is empty.</source>
+        <translation>此文件为空。</translation>
+    </message>
+    <message>
+        <source>The first %1 lines are not shown here.</source>
+        <translation>前 %1 行未在此显示。</translation>
     </message>
 </context>
 <context>
@@ -5882,6 +5954,14 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 %</source>
         <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Upload %1 again</source>
+        <translation>重新上传 %1</translation>
     </message>
 </context>
 <context>

@@ -47,6 +47,7 @@ void proposeDownloadUrl(FeedBackDialog* dialog, const ProgramRef& program) {
 /// No rating is asked for there.
 int askForFeedback(const ProgramRef& program, const QString& appName, const QString& version, QWidget* over) {
     const QPointer<FeedBackDialog> dialog = new FeedBackDialog(program, over);
+    dialog->setWindowModality(over ? Qt::WindowModal : Qt::ApplicationModal);
     dialog->setAppName(appName);
     dialog->setAppVersion(version);
     if (!program.uuid.isEmpty())

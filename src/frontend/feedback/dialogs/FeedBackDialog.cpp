@@ -1,6 +1,5 @@
 #include "feedback/dialogs/FeedBackDialog.h"
 
-#include <QAccessible>
 #include <QDate>
 #include <QFileDialog>
 #include <QHBoxLayout>
@@ -11,23 +10,21 @@
 #include <QStackedWidget>
 #include <QStandardPaths>
 
-#include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
 #include "backend/InBackground.h"
-#include "backend/ProgramRecord.h"
-#include "backend/WindowsPath.h"
 #include "feedback/client/FeedBackApi.h"
 #include "feedback/dialogs/FeedbackRows.h"
 #include "feedback/dialogs/FeedbackSubmission.h"
+#include "feedback/dialogs/FeedbackTexts.h"
 #include "feedback/dialogs/ImageUploads.h"
 #include "feedback/dialogs/IssueTypeChoice.h"
 #include "feedback/dialogs/ReportFacts.h"
 #include "feedback/dialogs/ReportSaver.h"
 #include "feedback/dialogs/SentPage.h"
 #include "feedback/dialogs/UploadedImages.h"
+#include "feedback/widgets/StatusLine.h"
 #include "fenk/controls/FloatingMessage.h"
-#include "fenk/controls/Label.h"
 #include "fenk/controls/LineEdit.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
@@ -44,20 +41,10 @@ namespace {
 
 constexpr QSize Size(640, 660);
 constexpr qreal ShareOfScreen = 0.9;
-constexpr int WrittenMs = 8000;  ///< long enough to read a path
+constexpr int LongMs = 8000;  ///< long enough to read a path
 constexpr int DoneMs = 4000;
 constexpr int LongestDesc = 200;
 enum Page { FormPage, SentPageIndex };
-
-/// Reads the version block of the program's file.
-QString versionOf(const QJsonObject& bottle, const QString& uuid) {
-    const QJsonObject program = BottleRecord::programs(bottle).value(uuid).toObject();
-    const QString path = ProgramRecord::path(program);
-    if (path.isEmpty())
-        return {};
-    return readableVersion(peVersionInfo(
-        WindowsPath::isWindowsPath(path) ? WindowsPath::toUnix(BottleRecord::path(bottle), path) : path));
-}
 
 }  // namespace
 
@@ -71,7 +58,7 @@ FeedBackDialog::FeedBackDialog(const ProgramRef& program, QWidget* parent)
       m_saver(new ReportSaver(this)),
       m_rows(new FeedbackRows(m_uploads, m_hasService)),
       m_sentPage(new SentPage(m_hasService, !program.bottle.isEmpty())),
-      m_status(new Label(Label::Small)),
+      m_status(new StatusLine),
       m_turn(new QPushButton) {
     setObjectName("feedback_dialog");
     setAccessibleName("feedback_dialog");
@@ -92,7 +79,9 @@ FeedBackDialog::FeedBackDialog(const ProgramRef& program, QWidget* parent)
         findVersion();
 }
 
-FeedBackDialog::~FeedBackDialog() = default;
+FeedBackDialog::~FeedBackDialog() {
+    delete m_submission;  // before the facts that it uses
+}
 
 void FeedBackDialog::buildContent() {
     auto* area = PageArea::around(m_rows);
@@ -102,7 +91,6 @@ void FeedBackDialog::buildContent() {
     m_pages->addWidget(area);
     m_pages->addWidget(m_sentPage);
     m_status->setObjectName("feedback_status");
-    m_status->setElided(true);
     m_turn->setObjectName("feedback_turnbtn");
     m_turn->setAutoDefault(false);
     setButtonKind(m_turn, ButtonKind::Quiet);
@@ -158,6 +146,9 @@ void FeedBackDialog::connectParts() {
             save();
     });
     connect(m_submission, &FeedbackSubmission::stepChanged, this, &FeedBackDialog::updateSubmitButtonStatus);
+    connect(m_submission, &FeedbackSubmission::uploadProgress, this, [this](int percent) {
+        m_status->tell(tr("Uploading the logs… %1 %").arg(percent), StatusLine::Kind::Progress);
+    });
     connect(m_submission, &FeedbackSubmission::finished, this, &FeedBackDialog::onSubmitted);
     connect(m_saver, &ReportSaver::finished, this, &FeedBackDialog::onSaved);
 }
@@ -176,7 +167,7 @@ void FeedBackDialog::fetchTypes() {
 void FeedBackDialog::findVersion() {
     BottlesConfig::instance()->watchBottle(m_program.bottle, this, [this](const BusResult& result) {
         inBackground(
-            this, [bottle = result.object(), uuid = m_program.uuid] { return versionOf(bottle, uuid); },
+            this, [bottle = result.object(), uuid = m_program.uuid] { return programVersion(bottle, uuid); },
             [this](const QString& version) { setAppVersion(version); });
     });
 }
@@ -231,13 +222,11 @@ void FeedBackDialog::onAddImageButtonClicked() {
     dialog->open();
 }
 
-void FeedBackDialog::refuse(ReportPicture::Verdict verdict, const QString& name) {
-    if (verdict == ReportPicture::Verdict::TooLarge)
-        warn(tr("The image size exceeds 2M not being uploaded, please reselect the image"));
-    else if (verdict == ReportPicture::Verdict::NoPicture)
-        warn(tr("“%1” is not a picture of these kinds: jpg, jpeg, png, gif").arg(name));
-    else
-        warn(tr("“%1” cannot be read").arg(name));
+void FeedBackDialog::refuse(const QVector<ReportPicture>& pictures) {
+    QStringList texts;
+    for (const ReportPicture& picture : pictures)
+        texts += FeedbackTexts::refusalText(picture);
+    warn(texts.join('\n'));
 }
 
 void FeedBackDialog::updateSubmitButtonStatus() {
@@ -246,43 +235,32 @@ void FeedBackDialog::updateSubmitButtonStatus() {
     m_rows->setEnabled(isIdle);
     m_sentPage->setEnabled(isIdle);
     button(m_save)->setVisible(!m_hasService || m_hasFailed);
-    button(m_save)->setEnabled(isIdle && FeedbackRules::problemOf(form, false, m_uploads->isReading()) ==
-                                             Problem::None);
+    button(m_save)->setEnabled(isIdle &&
+                               FeedbackRules::problemOf(form, false, readingState()) == Problem::None);
     if (m_hasService)
-        button(m_submit)->setEnabled(
-            isIdle && FeedbackRules::problemOf(form, true, m_uploads->isUnderWay()) == Problem::None);
-    showStatus(statusText());
+        button(m_submit)->setEnabled(isIdle && FeedbackRules::problemOf(form, true, m_uploads->state()) ==
+                                                   Problem::None);
+    m_status->tell(statusText());
+}
+
+FeedbackRules::Images FeedBackDialog::readingState() const {
+    return m_uploads->isReading() ? FeedbackRules::Images::UnderWay : FeedbackRules::Images::Ready;
 }
 
 QString FeedBackDialog::statusText() const {
     if (!m_savePath.isEmpty())
         return tr("Saving the report…");
-    switch (m_submission->step()) {
-        case Step::Collecting:
-            return tr("Collecting what is sent…");
-        case Step::UploadingLogs:
-            return tr("Uploading the logs…");
-        case Step::Sending:
-            return tr("Sending the report…");
-        case Step::Idle:
-            break;
-    }
+    if (m_submission->step() != Step::Idle)
+        return FeedbackTexts::stepText(m_submission->step());
     const bool needsType = m_hasService && m_rows->types()->hasTypes();
-    const bool isUnderWay = m_hasService ? m_uploads->isUnderWay() : m_uploads->isReading();
-    switch (FeedbackRules::problemOf(m_rows->form(), needsType, isUnderWay)) {
-        case Problem::NoType:
-            return tr("Please select the issue type");
-        case Problem::NoDescription:
-            return tr("Please describe the problem");
-        case Problem::LongDescription:
-            return tr("The description has more than %1 characters").arg(FeedbackRules::MaximumDescription);
-        case Problem::ImageUnderWay:
-            return tr("The pictures are being uploaded…");
-        case Problem::None:
-            break;
-    }
+    const Problem problem = FeedbackRules::problemOf(m_rows->form(), needsType,
+                                                     m_hasService ? m_uploads->state() : readingState());
+    if (problem != Problem::None)
+        return FeedbackTexts::problemText(problem);
     if (m_pages->currentIndex() == SentPageIndex && !m_facts->isReady())
-        return tr("Collecting what is sent…");
+        return FeedbackTexts::stepText(Step::Collecting);
+    if (m_pages->currentIndex() == SentPageIndex && m_facts->lacksLogs())
+        return tr("There are no logs: they could not be collected");
     return m_hasFailed ? tr("You can save the report to a file instead") : QString();
 }
 
@@ -304,15 +282,20 @@ void FeedBackDialog::slotsSubmitButtonClicked() {
     setFocus();  // on "Cancel" a second Return would end it
 }
 
-void FeedBackDialog::onSubmitted(bool ok, const QString& desc) {
+void FeedBackDialog::onSubmitted(bool ok, const QString& desc, bool isWhole) {
     if (ok) {
-        closeWith(tr("Successfully"), DoneMs);
+        if (isWhole)
+            closeWith(tr("Successfully"), DoneMs);
+        else
+            closeWith(tr("The report was sent, but the logs could not be collected or uploaded"), LongMs,
+                      "warning.svg");
         return;
     }
     m_hasFailed = true;
     updateSubmitButtonStatus();
+    updateSentPage();
     if (!desc.isEmpty())
-        showStatus(desc.simplified().left(LongestDesc), true);
+        m_status->tell(desc.simplified().left(LongestDesc), StatusLine::Kind::Error);
     warn(tr("Failed to submit, please check your network"));
     button(m_submit)->setFocus();
 }
@@ -343,8 +326,7 @@ void FeedBackDialog::askWhereToSave() {
 void FeedBackDialog::save() {
     const bool hasLogs = m_sentPage->takesLogs() && m_facts->logs();
     ReportSaver::Report report;
-    for (const ImageUploads::Image& image : m_uploads->images())
-        report.pictures += image.picture.copy;
+    report.pictures = m_uploads->copies();
     if (hasLogs)
         report.logs = m_facts->logFiles();
     report.json = savedReport(m_rows->form(), *m_facts, report.pictures, hasLogs);
@@ -355,7 +337,7 @@ void FeedBackDialog::onSaved(const QString& path, const QString& errorText) {
     m_savePath.clear();
     updateSubmitButtonStatus();
     if (!errorText.isEmpty()) {
-        showStatus(errorText, true);
+        m_status->tell(errorText, StatusLine::Kind::Error);
         warn(errorText);
         button(m_save)->setFocus();
         return;
@@ -363,7 +345,7 @@ void FeedBackDialog::onSaved(const QString& path, const QString& errorText) {
     // The file manager may have to be started first.
     callServiceAsync(
         qApp, [path] { DesktopUtils::showInFileManager(path); }, [] {});
-    closeWith(tr("The report is in %1").arg(path), WrittenMs);
+    closeWith(tr("The report is in %1").arg(path), LongMs);
 }
 
 void FeedBackDialog::showSentPage(bool isShown) {
@@ -382,17 +364,7 @@ void FeedBackDialog::showSentPage(bool isShown) {
 
 void FeedBackDialog::updateSentPage() {
     if (m_pages->currentIndex() == SentPageIndex)
-        m_sentPage->update(m_rows->form(), *m_facts, *m_uploads);
-}
-
-void FeedBackDialog::showStatus(const QString& text, bool isError) {
-    const bool isNew = text != m_status->text();
-    m_status->setText(text);
-    m_status->setTextRole(isError ? Theme::Danger : Theme::Secondary);
-    if (text.isEmpty() || !isNew)
-        return;
-    QAccessibleEvent event(m_status, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+        m_sentPage->update(m_rows->form(), *m_facts, *m_uploads, m_hasFailed);
 }
 
 void FeedBackDialog::warn(const QString& text) {
@@ -400,8 +372,8 @@ void FeedBackDialog::warn(const QString& text) {
 }
 
 /// The message outlives the dialog.
-void FeedBackDialog::closeWith(const QString& text, int ms) {
+void FeedBackDialog::closeWith(const QString& text, int ms, const char* icon) {
     if (parentWidget())
-        FloatingMessage::show(parentWidget(), QIcon(widgetImage("ok.svg")), text, ms);
+        FloatingMessage::show(parentWidget(), QIcon(widgetImage(icon)), text, ms);
     accept();
 }

@@ -13,10 +13,7 @@ class QStackedWidget;
 class ReportFacts;
 class ReportSaver;
 class SentPage;
-
-namespace Fenk {
-class Label;
-}
+class StatusLine;
 
 /// Reports a problem with a program to the report service: a form with pictures, and a page on which the user
 /// reads all that will be sent. Where no service is configured, and where one does not answer, the report can
@@ -55,15 +52,16 @@ private:
     bool checkContact();
     void askWhereToSave();
     void save();
-    void onSubmitted(bool ok, const QString& desc);
+    void onSubmitted(bool ok, const QString& desc, bool isWhole);
     void onSaved(const QString& path, const QString& errorText);
-    void refuse(ReportPicture::Verdict verdict, const QString& name);
+    void refuse(const QVector<ReportPicture>& pictures);
     void showSentPage(bool isShown);
     void updateSentPage();
-    void showStatus(const QString& text, bool isError = false);
+    /// What matters to a report that is saved: the pictures need not be uploaded.
+    FeedbackRules::Images readingState() const;
     QString statusText() const;
     void warn(const QString& text);
-    void closeWith(const QString& text, int ms);
+    void closeWith(const QString& text, int ms, const char* icon = "ok.svg");
 
     const ProgramRef m_program;
     const bool m_hasService;
@@ -74,7 +72,7 @@ private:
     FeedbackRows* m_rows;
     SentPage* m_sentPage;
     QStackedWidget* m_pages = nullptr;
-    Fenk::Label* m_status;
+    StatusLine* m_status;
     QPushButton* m_turn;       ///< between the form and the page
     QString m_savePath;        ///< of the save under way; empty when there is none
     bool m_hasFailed = false;  ///< the service has not answered

@@ -23,13 +23,14 @@ bool FeedbackRules::isContact(const QString& text) {
     return text.isEmpty() || email.match(text).hasMatch() || phone.match(text).hasMatch();
 }
 
-FeedbackRules::Problem FeedbackRules::problemOf(const FeedbackForm& form, bool needsType,
-                                                bool isImageUnderWay) {
+FeedbackRules::Problem FeedbackRules::problemOf(const FeedbackForm& form, bool needsType, Images images) {
     if (needsType && form.issueTypes.isEmpty())
         return Problem::NoType;
     if (form.description.trimmed().isEmpty())
         return Problem::NoDescription;
     if (form.description.size() > MaximumDescription)
         return Problem::LongDescription;
-    return isImageUnderWay ? Problem::ImageUnderWay : Problem::None;
+    if (images == Images::Failed)
+        return Problem::ImageFailed;
+    return images == Images::UnderWay ? Problem::ImageUnderWay : Problem::None;
 }

@@ -32,7 +32,8 @@ bool isContact(const QString& text);
 
 /// What keeps a report from being sent. A report that is saved to a file needs no type, which only the
 /// service knows.
-enum class Problem { None, NoType, NoDescription, LongDescription, ImageUnderWay };
-Problem problemOf(const FeedbackForm& form, bool needsType, bool isImageUnderWay);
+enum class Problem { None, NoType, NoDescription, LongDescription, ImageUnderWay, ImageFailed };
+enum class Images { Ready, UnderWay, Failed };
+Problem problemOf(const FeedbackForm& form, bool needsType, Images images);
 
 }  // namespace FeedbackRules

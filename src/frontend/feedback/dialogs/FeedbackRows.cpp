@@ -50,7 +50,8 @@ FeedbackRows::FeedbackRows(ImageUploads* uploads, bool hasService, QWidget* pare
     QString imagesTip = tr("Can transfer up to 9 files, single file is less than 2M. (jpg, jpeg, png, gif)");
     if (hasService) {
         addRow(tr("Problem Type:"), m_types);
-        imagesTip += '\n' + tr("A picture is uploaded as soon as you have chosen it.");
+        imagesTip += '\n' + tr("A picture is uploaded as soon as you have chosen it. One that you remove "
+                               "stays at the service.");
     } else {
         m_types->setParent(this);
         m_types->hide();

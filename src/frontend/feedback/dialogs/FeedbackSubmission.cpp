@@ -1,9 +1,11 @@
 #include "feedback/dialogs/FeedbackSubmission.h"
 
 #include <QDebug>
+#include <QTemporaryDir>
 
 #include "feedback/client/FeedBackApi.h"
 #include "feedback/client/LogUpload.h"
+#include "feedback/client/UploadFilesManager.h"
 #include "feedback/dialogs/ReportFacts.h"
 
 FeedbackSubmission::FeedbackSubmission(ReportFacts* facts, QObject* parent)
@@ -29,13 +31,22 @@ void FeedbackSubmission::submit(const FeedbackForm& form, const QStringList& ima
 }
 
 void FeedbackSubmission::onFacts() {
+    m_isWhole = !m_withLogs || !m_facts->lacksLogs();
     if (!m_withLogs || !m_facts->logs()) {
         send({});
         return;
     }
     setStep(Step::UploadingLogs);
     auto* logs = new LogUpload(m_work.get());
-    connect(logs, &LogUpload::finished, m_work.get(), [this](const QString& key) { send(key); });
+    connect(logs, &LogUpload::finished, m_work.get(), [this](const QString& key) {
+        m_isWhole = !key.isEmpty();
+        send(key);
+    });
+    connect(UploadFilesManager::instance(), &UploadFilesManager::sigUploadProgress, m_work.get(),
+            [this](const QString& path, qint64 sent, qint64 total) {
+                if (path == m_facts->logs()->path() && total > 0)
+                    Q_EMIT uploadProgress(int(100 * sent / total));
+            });
     logs->uploadLogs(m_facts->logs());
 }
 
@@ -46,7 +57,7 @@ void FeedbackSubmission::send(const QString& logFileKey) {
                         m_work.get(), [this](bool ok, const QString& desc) {
                             m_work.release()->deleteLater();  // this is called by a part of it
                             setStep(Step::Idle);
-                            Q_EMIT finished(ok, desc);
+                            Q_EMIT finished(ok, desc, m_isWhole);
                         });
 }
 

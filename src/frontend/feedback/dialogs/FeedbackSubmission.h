@@ -25,8 +25,11 @@ public:
 
 Q_SIGNALS:
     void stepChanged();
-    /// `desc` says why not; untrusted; may be empty.
-    void finished(bool ok, const QString& desc);
+    /// Of the archive of logs, from 0 to 100.
+    void uploadProgress(int percent);
+    /// `desc` says why not; untrusted; may be empty. `isWhole` is false when the logs could not be collected
+    /// or uploaded; the report goes without them.
+    void finished(bool ok, const QString& desc, bool isWhole);
 
 private:
     void setStep(Step step);
@@ -37,6 +40,7 @@ private:
     FeedbackForm m_form;
     QStringList m_imageKeys;
     bool m_withLogs = true;
+    bool m_isWhole = true;
     Step m_step = Step::Idle;
     std::unique_ptr<QObject> m_work;  ///< owns what is under way
 };

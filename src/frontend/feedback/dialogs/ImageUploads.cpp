@@ -3,15 +3,37 @@
 #include <QDebug>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <algorithm>
 
 #include "backend/InBackground.h"
 #include "feedback/client/UploadFilesManager.h"
 #include "feedback/client/UploadPlace.h"
-#include "feedback/dialogs/FeedbackForm.h"
 
 using FeedbackRules::MaximumImages;
 using Verdict = ReportPicture::Verdict;
+
+namespace {
+
+struct Copied {
+    std::shared_ptr<QTemporaryDir> directory;  ///< null when there is none
+    QVector<ReportPicture> pictures;
+};
+
+/// `directory` is null for the first ones.
+Copied copy(const QStringList& files, int room, std::shared_ptr<QTemporaryDir> directory, int firstNumber) {
+    if (!directory)
+        directory = UploadPlace::make(UploadPlace::newPictures());
+    if (directory->isValid())
+        return {directory, ReportPicture::takeAll(files, room, directory->path(), firstNumber)};
+    qWarning().noquote() << "no directory for pictures:" << directory->errorString();
+    ReportPicture none;
+    none.verdict = ReportPicture::Verdict::NoRoom;
+    none.name = QFileInfo(files.value(0)).fileName();
+    return {nullptr, {none}};
+}
+
+}  // namespace
 
 ImageUploads::ImageUploads(bool hasService, QObject* parent) : QObject(parent), m_hasService(hasService) {
     auto* uploads = UploadFilesManager::instance();
@@ -35,52 +57,63 @@ void ImageUploads::add(const QStringList& files) {
         m_waiting += files;
         return;
     }
-    if (!m_copies)
-        m_copies = std::make_shared<QTemporaryDir>(UploadPlace::newPictures());
-    if (!m_copies->isValid()) {
-        qWarning().noquote() << "no directory for pictures:" << m_copies->errorString();
-        m_copies.reset();
-        Q_EMIT refused(Verdict::Unreadable, QFileInfo(files.value(0)).fileName());
-        return;
-    }
     m_isReading = true;
     Q_EMIT updated();
     const int room = MaximumImages - m_images.size();
     inBackground(
         this,
-        [files, room, copies = m_copies, number = m_nextNumber] {
-            return ReportPicture::takeAll(files, room, copies->path(), number);
-        },
-        [this](const QVector<ReportPicture>& pictures) { take(pictures); });
+        [files, room, copies = m_copies, number = m_nextNumber] { return copy(files, room, copies, number); },
+        [this](const Copied& copied) {
+            m_copies = copied.directory;
+            take(copied.pictures);
+        });
 }
 
 void ImageUploads::take(const QVector<ReportPicture>& pictures) {
     m_isReading = false;
-    QVector<Verdict> told;
+    QVector<ReportPicture> told;
     for (const ReportPicture& picture : pictures) {
         if (picture.verdict != Verdict::Good) {
             qWarning().noquote() << "picture not taken:" << picture.name << int(picture.verdict);
-            if (!told.contains(picture.verdict))
-                Q_EMIT refused(picture.verdict, picture.name);
-            told += picture.verdict;
+            if (std::none_of(told.begin(), told.end(), [&picture](const ReportPicture& each) {
+                    return each.verdict == picture.verdict;
+                }))
+                told += picture;
             continue;
         }
         Image image;
         image.id = QString("uploaded_image_%1").arg(m_nextNumber++);
         image.picture = picture;
-        if (m_hasService) {
-            image.state = State::Uploading;
-            image.upload = UploadFilesManager::instance()->addTask({picture.copy}, UploadFilesTask::Image);
-        }
+        if (m_hasService)
+            startUpload(&image);
         m_images += image;
         Q_EMIT added(image.id);
     }
     Q_EMIT updated();
+    if (!told.isEmpty())
+        Q_EMIT refused(told);
     if (!m_waiting.isEmpty()) {
         const QStringList files = m_waiting;
         m_waiting.clear();
         add(files);
     }
+}
+
+void ImageUploads::startUpload(Image* image) {
+    m_hasBegunUpload = true;
+    image->state = State::Uploading;
+    image->sent = 0;
+    image->upload = UploadFilesManager::instance()->addTask({image->picture.copy}, UploadFilesTask::Image);
+}
+
+void ImageUploads::retry(const QString& id) {
+    const auto image =
+        std::find_if(m_images.begin(), m_images.end(), [&id](const Image& each) { return each.id == id; });
+    if (image == m_images.end() || image->state != State::Failed)
+        return;
+    startUpload(&*image);
+    Q_EMIT changed(id);
+    Q_EMIT updated();
 }
 
 void ImageUploads::remove(const QString& id) {
@@ -89,7 +122,8 @@ void ImageUploads::remove(const QString& id) {
         return;
     if (image->state == State::Uploading)
         UploadFilesManager::instance()->cancel(image->upload);
-    QFile::remove(image->picture.copy);
+    QThreadPool::globalInstance()->start(
+        [copy = image->picture.copy, directory = m_copies] { QFile::remove(copy); });
     m_images.removeAt(int(image - m_images.constData()));
     Q_EMIT removed(id);
     Q_EMIT updated();
@@ -135,13 +169,27 @@ QStringList ImageUploads::keys() const {
     return keys;
 }
 
+QStringList ImageUploads::copies() const {
+    QStringList copies;
+    for (const Image& image : m_images)
+        copies += image.picture.copy;
+    return copies;
+}
+
 bool ImageUploads::isFull() const {
     return m_images.size() >= MaximumImages;
 }
 
-bool ImageUploads::isUnderWay() const {
-    return m_isReading || std::any_of(m_images.begin(), m_images.end(),
-                                      [](const Image& image) { return image.state == State::Uploading; });
+FeedbackRules::Images ImageUploads::state() const {
+    using FeedbackRules::Images;
+    if (m_isReading || has(State::Uploading))
+        return Images::UnderWay;
+    return has(State::Failed) ? Images::Failed : Images::Ready;
+}
+
+bool ImageUploads::has(State state) const {
+    return std::any_of(m_images.begin(), m_images.end(),
+                       [state](const Image& image) { return image.state == state; });
 }
 
 const ImageUploads::Image* ImageUploads::find(const QString& id) const {

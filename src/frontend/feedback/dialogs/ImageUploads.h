@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "feedback/client/UploadFilesTask.h"
+#include "feedback/dialogs/FeedbackForm.h"
 #include "feedback/dialogs/ReportPicture.h"
 
 class QTemporaryDir;
@@ -31,31 +32,38 @@ public:
     /// Does not wait for the files; one call after the other. Those above the limit are dropped.
     void add(const QStringList& files);
     void remove(const QString& id);
+    /// Uploads one again that has failed.
+    void retry(const QString& id);
 
     const QVector<Image>& images() const { return m_images; }
     /// Null when there is no such picture.
     const Image* find(const QString& id) const;
     /// Of the uploaded ones.
     QStringList keys() const;
+    QStringList copies() const;
+    /// Of one picture at least, a removed one too.
+    bool hasBegunUpload() const { return m_hasBegunUpload; }
     /// Where the copies lie; null before the first.
     std::shared_ptr<QTemporaryDir> directory() const { return m_copies; }
     bool isFull() const;
-    /// A picture is read or uploaded.
-    bool isUnderWay() const;
+    /// Under way are those that are read or uploaded; that counts more than a failure.
+    FeedbackRules::Images state() const;
     bool isReading() const { return m_isReading; }
 
 Q_SIGNALS:
     void added(const QString& id);
     void changed(const QString& id);
     void removed(const QString& id);
-    /// Pictures that were not taken, for each reason once per call of add(); the name is the first one's.
-    void refused(ReportPicture::Verdict verdict, const QString& name);
+    /// Pictures that were not taken, once per call of add(): the first one of each verdict.
+    void refused(const QVector<ReportPicture>& pictures);
     void uploadFailed();
-    /// Whenever images() or isUnderWay() may be another.
+    /// Whenever images() or state() may be another.
     void updated();
 
 private:
     void take(const QVector<ReportPicture>& pictures);
+    void startUpload(Image* image);
+    bool has(State state) const;
     void onFinished(UploadFilesTaskStatus status, const QString& fileKey, int replyCount);
     void onProgress(const QString& path, qint64 bytes);
     const bool m_hasService;
@@ -64,4 +72,5 @@ private:
     int m_nextNumber = 0;
     QStringList m_waiting;  ///< files of later calls of add()
     bool m_isReading = false;
+    bool m_hasBegunUpload = false;
 };

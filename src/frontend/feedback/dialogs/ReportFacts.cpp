@@ -7,6 +7,18 @@
 #include "feedback/client/VersionQuery.h"
 #include "probes/HardwareInfo.h"
 
+namespace {
+
+QStringList filesIn(const QString& path) {
+    QStringList files;
+    const QDir directory(path);
+    for (const QString& name : directory.entryList(QDir::Files | QDir::Hidden, QDir::Name))
+        files += directory.filePath(name);
+    return files;
+}
+
+}  // namespace
+
 void ReportFacts::collect() {
     if (m_isStarted)
         return;
@@ -29,22 +41,17 @@ void ReportFacts::collectBottle() {
         endPart();
     });
     LogUpload::copyLogs(m_bottle, this, [this](const LogUpload::Copies& copies) {
-        m_logs = copies;
-        endPart();
+        inBackground(
+            this, [copies] { return copies ? filesIn(copies->path()) : QStringList(); },
+            [this, copies](const QStringList& files) {
+                m_logs = copies;
+                m_logFiles = files;
+                endPart();
+            });
     });
 }
 
 void ReportFacts::endPart() {
     if (--m_left == 0)
         Q_EMIT ready();
-}
-
-QStringList ReportFacts::logFiles() const {
-    QStringList files;
-    if (m_logs) {
-        const QDir directory(m_logs->path());
-        for (const QString& name : directory.entryList(QDir::Files | QDir::Hidden, QDir::Name))
-            files += directory.filePath(name);
-    }
-    return files;
 }

@@ -8,7 +8,7 @@
 
 /// What goes with a report beside what the user typed: the versions that a bottle runs with, the machine's
 /// hardware and copies of the bottle's logs. Collected once, so that what the user has read is what is sent.
-/// What cannot be found is empty. GUI thread.
+/// What cannot be found is empty, also where the background service does not answer in time. GUI thread.
 class ReportFacts : public QObject {
     Q_OBJECT
 public:
@@ -24,7 +24,9 @@ public:
     const QJsonObject& hardware() const { return m_hardware; }
     const LogUpload::Copies& logs() const { return m_logs; }
     /// The files of logs(), by name.
-    QStringList logFiles() const;
+    const QStringList& logFiles() const { return m_logFiles; }
+    /// There is a bottle, and nothing of it could be copied.
+    bool lacksLogs() const { return isReady() && !m_bottle.isEmpty() && !m_logs; }
 
 Q_SIGNALS:
     void ready();
@@ -37,6 +39,7 @@ private:
     BottleVersions m_versions;
     QJsonObject m_hardware;
     LogUpload::Copies m_logs;
+    QStringList m_logFiles;
     bool m_isStarted = false;
     int m_left = 0;  ///< parts that are being collected
 };

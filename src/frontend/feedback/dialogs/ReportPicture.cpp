@@ -6,6 +6,7 @@
 #include <QImageReader>
 
 #include "feedback/dialogs/FeedbackForm.h"
+#include "feedback/dialogs/JpegPrivacy.h"
 #include "fenk/system/RegularFile.h"
 #include "launch/icons/IconFile.h"
 #include "launch/icons/UntrustedImage.h"
@@ -46,20 +47,22 @@ ReportPicture ReportPicture::take(const QString& path, const QString& copy) {
         picture.verdict = Verdict::Unreadable;
         return picture;
     }
-    const QByteArray bytes = file.read(MaximumImageBytes + 1);
+    QByteArray bytes = file.read(MaximumImageBytes + 1);
     QString suffix;
     if (bytes.size() > MaximumImageBytes) {
         picture.verdict = Verdict::TooLarge;
     } else if (!decode(bytes, &picture, &suffix)) {
         picture.verdict = Verdict::NoPicture;
     } else {
+        if (suffix == QLatin1String("jpg"))
+            bytes = JpegPrivacy::stripped(bytes);
         QFile target(copy + '.' + suffix);
         if (target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size() && target.flush()) {
             picture.copy = target.fileName();
             picture.bytes = bytes.size();
         } else {
             qWarning().noquote() << "a picture cannot be copied:" << target.errorString();
-            picture.verdict = Verdict::Unreadable;
+            picture.verdict = Verdict::NoRoom;
         }
     }
     return picture;

@@ -37,16 +37,13 @@ SentPage::SentPage(bool hasService, bool hasLogs, QWidget* parent)
     : QWidget(parent),
       m_hasService(hasService),
       m_text(new Label(Label::Secondary)),
+      m_sent(new Label(Label::Secondary)),
       m_logs(new QCheckBox(hasService ? tr("Send the logs") : tr("Save the logs"))),
       m_preview(new SentPreview) {
     m_text->setWordWrap(true);
-    const QString address = loggedAddress(QUrl(ReportAccess::current().baseUrl));
-    m_text->setText(hasService
-                        ? tr("When you press “Submit”, this goes to %1, together with the time and a "
-                             "signature. Your home directory and your user name are taken out of the logs.")
-                              .arg(address)
-                        : tr("This goes into the file that you save; nothing is sent. Your home directory "
-                             "and your user name are taken out of the logs."));
+    m_sent->setObjectName("feedback_sentalready");
+    m_sent->setWordWrap(true);
+    m_sent->setVisible(hasService);
     m_logs->setObjectName("feedback_sendlogs");
     m_logs->setAccessibleName(m_logs->text());
     m_logs->setChecked(hasLogs);
@@ -55,6 +52,7 @@ SentPage::SentPage(bool hasService, bool hasLogs, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Tokens::Space12);
     layout->addWidget(m_text);
+    layout->addWidget(m_sent);
     layout->addWidget(m_preview, 1);
     layout->addWidget(m_logs);
     setFocusProxy(m_preview);
@@ -65,33 +63,49 @@ bool SentPage::takesLogs() const {
     return m_logs->isChecked();
 }
 
-void SentPage::update(const FeedbackForm& form, const ReportFacts& facts, const ImageUploads& uploads) {
+void SentPage::tellHow(const ImageUploads& uploads, bool canSave) {
+    if (!m_hasService) {
+        m_text->setText(
+            tr("This goes into the file that you save; nothing is sent. Names of you and of your computer, "
+               "and passwords in addresses, are taken out of the logs."));
+        return;
+    }
+    const QString address = loggedAddress(QUrl(ReportAccess::current().baseUrl));
+    QString text = tr("“Submit” sends this to %1, with the time and a signature; the logs go to a storage "
+                      "that it names. Names of you and of your computer, and passwords in addresses, are "
+                      "taken out of the logs.")
+                       .arg(address);
+    if (canSave)
+        text += ' ' + tr("“Save Report…” writes report.json, the pictures and the logs into a file.");
+    m_text->setText(text);
+    m_sent->setText(uploads.hasBegunUpload()
+                        ? tr("Sent already: “About this computer”, when the form was opened, and the "
+                             "pictures. One that you remove stays at the service.")
+                        : tr("Sent already: “About this computer”, when the form was opened."));
+}
+
+void SentPage::update(const FeedbackForm& form, const ReportFacts& facts, const ImageUploads& uploads,
+                      bool canSave) {
+    tellHow(uploads, canSave);
     const bool hasLogs = takesLogs() && facts.logs();
     QVector<SentPart> parts;
-    QStringList copies;
-    QVector<SentPart> pictures;
-    for (const ImageUploads::Image& image : uploads.images()) {
-        if (m_hasService && image.state == ImageUploads::State::Failed)
-            continue;
-        copies += image.picture.copy;
-        pictures += {tr("Picture %1").arg(pictures.size() + 1),
-                     tr("This picture is too large to be shown: %1").arg(image.picture.name),
-                     image.picture.thumbnail,
-                     {}};
-    }
     if (m_hasService) {
         // The key of the archive is known only after its upload.
         const QString logs = hasLogs ? QStringLiteral("…") : QString();
         parts += {tr("Report"), indented(form.body(uploads.keys(), facts.hardware(), logs)), {}, {}};
         parts += {tr("About this computer"),
-                  tr("Goes with each request, also with the one for the problem types:") + "\n\n" +
-                      ReportAccess::headersText(requestOf(facts)),
+                  tr("Goes with each request: for the problem types, with the report, and for the address of "
+                     "each upload, which also says “wineAssist”, what it is (“image” or “attach”) and how "
+                     "its file's name ends.") +
+                      "\n\n" + ReportAccess::headersText(requestOf(facts)),
                   {},
                   {}};
-    } else {
-        parts += {QStringLiteral("report.json"), savedReport(form, facts, copies, hasLogs), {}, {}};
     }
-    parts += pictures;
+    if (!m_hasService || canSave)
+        parts += {QStringLiteral("report.json"), savedReport(form, facts, uploads.copies(), hasLogs), {}, {}};
+    int number = 0;
+    for (const QString& copy : uploads.copies())
+        parts += {tr("Picture %1").arg(++number), {}, copy, {}};
     if (hasLogs) {
         for (const QString& file : facts.logFiles())
             parts += {QFileInfo(file).fileName(), {}, {}, file};

@@ -15,13 +15,15 @@ class Label;
 }
 
 /// The page "What is sent" of a report: every field, what goes with each request, every picture and every
-/// log.
+/// log, and what has gone already.
 class SentPage : public QWidget {
     Q_OBJECT
 public:
     SentPage(bool hasService, bool hasLogs, QWidget* parent = nullptr);
 
-    void update(const FeedbackForm& form, const ReportFacts& facts, const ImageUploads& uploads);
+    /// `canSave` where a report that is to be sent can be saved, too.
+    void update(const FeedbackForm& form, const ReportFacts& facts, const ImageUploads& uploads,
+                bool canSave);
     /// The user wants the logs to go with the report.
     bool takesLogs() const;
 
@@ -29,8 +31,11 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void tellHow(const ImageUploads& uploads, bool canSave);
+
     const bool m_hasService;
     Fenk::Label* m_text;
+    Fenk::Label* m_sent;  ///< what has gone already
     QCheckBox* m_logs;
     SentPreview* m_preview;
 };

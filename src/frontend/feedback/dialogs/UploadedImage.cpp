@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPainterPath>
+#include <QPushButton>
 
 #include "feedback/dialogs/UploadedImageHoverWidget.h"
 #include "fenk/controls/Label.h"
@@ -26,12 +27,20 @@ QPixmap cover(const QImage& image, const QSize& size) {
 }  // namespace
 
 UploadedImage::UploadedImage(const ImageUploads::Image& image, QWidget* parent)
-    : QAbstractButton(parent), m_name(image.picture.name), m_hover(new UploadedImageHoverWidget(this)) {
+    : QAbstractButton(parent),
+      m_name(image.picture.name),
+      m_hover(new UploadedImageHoverWidget(this)),
+      m_retry(new QPushButton(tr("Retry"), this)) {
     setObjectName(image.id);
     setFixedSize(Width, Height);
     setFocusPolicy(Qt::StrongFocus);
     setRingRadius(this, Tokens::RadiusControl);
-    m_hover->resize(size());
+    m_retry->setObjectName("feedback_retryimagebtn");
+    m_retry->setAccessibleName(tr("Upload %1 again").arg(m_name));
+    m_retry->setAutoDefault(false);
+    m_retry->setGeometry(rect().adjusted(Tokens::Space8, Height - Tokens::CompactHeight - Tokens::Space4,
+                                         -Tokens::Space8, -Tokens::Space4));
+    connect(m_retry, &QPushButton::clicked, this, &UploadedImage::retryWanted);
     m_thumbnail = cover(image.picture.thumbnail, size() * devicePixelRatioF());
     m_thumbnail.setDevicePixelRatio(devicePixelRatioF());
     setToolTip(plainToolTip(m_name));
@@ -44,6 +53,11 @@ void UploadedImage::showState(const ImageUploads::Image& image) {
     m_progress = image.picture.bytes > 0 ? qMin(1.0, qreal(image.sent) / image.picture.bytes) : 0;
     setAccessibleName(tr("Picture %1").arg(m_name));
     setAccessibleDescription(stateText());
+    const bool hasFailed = m_state == State::Failed;
+    if (!hasFailed && m_retry->hasFocus())
+        setFocus(Qt::OtherFocusReason);
+    m_retry->setVisible(hasFailed);
+    m_hover->setGeometry(freeRect());
     update();
 }
 
@@ -53,10 +67,14 @@ QString UploadedImage::stateText() const {
     return m_state == State::Uploading ? tr("%1 %").arg(qRound(100 * m_progress)) : QString();
 }
 
+QRect UploadedImage::freeRect() const {
+    return m_state == State::Failed ? QRect(0, 0, Width, m_retry->y() - Tokens::Space4) : rect();
+}
+
 void UploadedImage::drawText(QPainter* painter, const QString& text, Theme::Role role) const {
     painter->setFont(Theme::instance()->font(Theme::SmallStrong));
     painter->setPen(Paint::color(role));
-    painter->drawText(rect().adjusted(Tokens::Space4, 0, -Tokens::Space4, 0),
+    painter->drawText(freeRect().adjusted(Tokens::Space4, 0, -Tokens::Space4, 0),
                       Qt::AlignCenter | Qt::TextWrapAnywhere, text);
 }
 

@@ -6,10 +6,11 @@
 #include "feedback/dialogs/ImageUploads.h"
 #include "fenk/style/Theme.h"
 
+class QPushButton;
 class UploadedImageHoverWidget;
 
-/// The thumbnail of one picture of a report, with the progress of its upload. A click, Delete and Backspace
-/// ask for its removal.
+/// The thumbnail of one picture of a report, with the progress of its upload, and a button to repeat one that
+/// has failed. A click elsewhere, Delete and Backspace ask for its removal.
 class UploadedImage : public QAbstractButton {
     Q_OBJECT
 public:
@@ -23,6 +24,7 @@ public:
 
 Q_SIGNALS:
     void removalWanted();
+    void retryWanted();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -35,6 +37,7 @@ protected:
 private:
     void updateHover();
     QString stateText() const;
+    QRect freeRect() const;  ///< above the button
     void drawText(QPainter* painter, const QString& text, Fenk::Theme::Role role) const;
 
     QString m_name;
@@ -42,4 +45,5 @@ private:
     qreal m_progress = 0;  ///< 0 to 1
     QPixmap m_thumbnail;
     UploadedImageHoverWidget* m_hover;
+    QPushButton* m_retry;
 };

@@ -43,6 +43,7 @@ void UploadedImages::add(const QString& id) {
         return;
     auto* widget = new UploadedImage(*image);
     connect(widget, &UploadedImage::removalWanted, m_uploads, [this, id] { m_uploads->remove(id); });
+    connect(widget, &UploadedImage::retryWanted, m_uploads, [this, id] { m_uploads->retry(id); });
     m_images += widget;
     arrange();
 }

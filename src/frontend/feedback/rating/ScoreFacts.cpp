@@ -1,6 +1,5 @@
 #include "feedback/rating/ScoreFacts.h"
 
-#include "backend/BottleUtils.h"
 #include "backend/InBackground.h"
 #include "feedback/client/VersionQuery.h"
 #include "launch/inspection/ExeFileInfo.h"
@@ -10,11 +9,7 @@ void ScoreFacts::collect() {
                       [this](const BottleVersions& versions, const QJsonObject& record) {
                           m_versions = versions;
                           inBackground(
-                              this,
-                              [record, id = m_program.uuid] {
-                                  const QString path = BottleUtils::programPath(record, id);
-                                  return path.isEmpty() ? QString() : readableVersion(peVersionInfo(path));
-                              },
+                              this, [record, id = m_program.uuid] { return programVersion(record, id); },
                               [this](const QString& version) {
                                   m_appVersion = version;
                                   m_isReady = true;

@@ -1,17 +1,25 @@
 #include "feedback/widgets/SentPreview.h"
 
+#include <QBuffer>
 #include <QHBoxLayout>
+#include <QImageReader>
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollArea>
 #include <QStackedWidget>
+#include <limits>
+#include <optional>
 
+#include "backend/DesktopUtils.h"
 #include "backend/InBackground.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/style/WidgetLook.h"
 #include "fenk/system/RegularFile.h"
+#include "launch/icons/UntrustedImage.h"
 #include "widgets/LogView.h"
 
 using namespace Fenk;
@@ -21,10 +29,44 @@ namespace {
 constexpr int ListWidth = 184;
 constexpr int LogLevel = 3;
 constexpr qint64 MostBytes = 32 << 20;
+constexpr int LongestLine = 4096;  ///< characters; a log's view cuts what is longer than some more
 
-QString readText(const QString& path) {
+using Lines = QVector<LogView::NewLine>;
+
+/// Nothing for what cannot be read. A long line becomes several, so that all of it is shown.
+std::optional<Lines> readLines(const QString& path) {
     const auto bytes = RegularFile::read(path, MostBytes);
-    return bytes ? QString::fromUtf8(*bytes) : QString();
+    if (!bytes)
+        return std::nullopt;
+    Lines lines;
+    QStringList texts = QString::fromUtf8(*bytes).split('\n');
+    if (texts.last().isEmpty())
+        texts.removeLast();
+    for (const QString& text : qAsConst(texts)) {
+        int begin = 0;
+        do {
+            const int end = begin + LongestLine;
+            const bool splitsCharacter = end < text.size() && text[end].isLowSurrogate();
+            lines += {text.mid(begin, LongestLine + int(splitsCharacter)), LogLevel};
+            begin = end + int(splitsCharacter);
+        } while (begin < text.size());
+    }
+    return lines;
+}
+
+struct Picture {
+    QImage image;  ///< null where it has too many pixels
+    bool moves = false;
+};
+
+Picture readPicture(const QString& path) {
+    const QByteArray bytes = RegularFile::read(path, UntrustedImage::MaxBytes).value_or(QByteArray());
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    const bool isGif = reader.format() == "gif";
+    return {UntrustedImage::decode(bytes, UntrustedImage::MaxEdge).image, isGif && reader.imageCount() != 1};
 }
 
 }  // namespace
@@ -34,8 +76,11 @@ SentPreview::SentPreview(QWidget* parent)
       m_list(new QListWidget),
       m_pages(new QStackedWidget),
       m_text(new QPlainTextEdit),
+      m_pictureArea(new QScrollArea),
       m_picture(new QLabel),
-      m_log(new LogView) {
+      m_log(new LogView(nullptr, std::numeric_limits<int>::max())),
+      m_note(new Label(Label::Small)),
+      m_open(new QPushButton(tr("Open…"))) {
     m_list->setObjectName("sent_parts");
     m_list->setAccessibleName(tr("What is sent"));
     m_list->setFixedWidth(ListWidth);
@@ -49,18 +94,36 @@ SentPreview::SentPreview(QWidget* parent)
     m_text->setFont(Theme::instance()->font(Theme::Fixed));
     m_picture->setObjectName("sent_picture");
     m_picture->setAlignment(Qt::AlignCenter);
+    m_pictureArea->setWidget(m_picture);
+    m_pictureArea->setWidgetResizable(true);
+    setTextAreaLook(m_pictureArea);
     m_log->setObjectName("sent_file");
     m_log->setAccessibleName(tr("Text"));
     m_log->setFont(Theme::instance()->font(Theme::Fixed));
     setTextAreaLook(m_log);
-    for (QWidget* page :
-         {static_cast<QWidget*>(m_text), static_cast<QWidget*>(m_picture), static_cast<QWidget*>(m_log)})
+    for (QWidget* page : std::initializer_list<QWidget*>{m_text, m_pictureArea, m_log})
         m_pages->addWidget(page);
+    m_note->setObjectName("sent_note");
+    m_note->setTextRole(Theme::Secondary);
+    m_note->setWordWrap(true);
+    m_open->setObjectName("sent_open");
+    m_open->setAccessibleName(m_open->text());
+    m_open->setAutoDefault(false);
+    setButtonKind(m_open, ButtonKind::Quiet);
+    connect(m_open, &QPushButton::clicked, this, [this] { DesktopUtils::openLocal(m_openFile); });
+    note({});
+    auto* foot = new QHBoxLayout;
+    foot->addWidget(m_note, 1);
+    foot->addWidget(m_open);
+    auto* right = new QVBoxLayout;
+    right->setSpacing(Tokens::Space4);
+    right->addWidget(m_pages, 1);
+    right->addLayout(foot);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Tokens::Space12);
     layout->addWidget(m_list);
-    layout->addWidget(m_pages, 1);
+    layout->addLayout(right, 1);
     setFocusProxy(m_list);
     connect(m_list, &QListWidget::currentRowChanged, this, &SentPreview::showPart);
 }
@@ -85,31 +148,60 @@ void SentPreview::setParts(const QVector<SentPart>& parts) {
 
 void SentPreview::showPart(int index) {
     ++m_shown;
+    note({});
     const SentPart part = m_parts.value(index);
     if (!part.file.isEmpty()) {
         showFile(part.file);
-    } else if (!part.picture.isNull()) {
-        const QSize room = m_pages->size() * devicePixelRatioF();
-        QPixmap pixmap = QPixmap::fromImage(part.picture);
-        if (pixmap.width() > room.width() || pixmap.height() > room.height())
-            pixmap = pixmap.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        pixmap.setDevicePixelRatio(devicePixelRatioF());
-        m_picture->setPixmap(pixmap);
+    } else if (!part.picture.isEmpty()) {
         m_picture->setAccessibleName(part.title);
-        m_pages->setCurrentWidget(m_picture);
+        showPicture(part.picture);
     } else {
         m_text->setPlainText(part.text);
         m_pages->setCurrentWidget(m_text);
     }
 }
 
+void SentPreview::showPicture(const QString& path) {
+    m_picture->clear();
+    m_pages->setCurrentWidget(m_pictureArea);
+    inBackground(
+        this, [path] { return readPicture(path); },
+        [this, path, shown = m_shown](const Picture& picture) {
+            if (shown != m_shown)
+                return;
+            QPixmap pixmap = QPixmap::fromImage(picture.image);
+            pixmap.setDevicePixelRatio(devicePixelRatioF());
+            m_picture->setPixmap(pixmap);
+            if (picture.image.isNull())
+                note(tr("This picture is too large to be shown here."), path);
+            else if (picture.moves)
+                note(tr("This picture moves. Its first frame is shown here."), path);
+        });
+}
+
 void SentPreview::showFile(const QString& path) {
     m_log->clear();
     m_pages->setCurrentWidget(m_log);
     inBackground(
-        this, [path] { return readText(path); },
-        [this, shown = m_shown](const QString& text) {
-            if (shown == m_shown && !text.isEmpty())
-                m_log->appendLines({{text, LogLevel}}, QTime());
+        this, [path] { return readLines(path); },
+        [this, path, shown = m_shown](const std::optional<Lines>& lines) {
+            if (shown != m_shown)
+                return;
+            const qint64 before = m_log->store().droppedLines();
+            m_log->appendLines(lines.value_or(Lines()), QTime());
+            const qint64 dropped = m_log->store().droppedLines() - before;
+            if (!lines)
+                note(tr("This file cannot be read."));
+            else if (lines->isEmpty())
+                note(tr("This file is empty."));
+            else if (dropped > 0)
+                note(tr("The first %1 lines are not shown here.").arg(dropped), path);
         });
+}
+
+void SentPreview::note(const QString& text, const QString& file) {
+    m_openFile = file;
+    m_note->setText(text);
+    m_note->setVisible(!text.isEmpty());
+    m_open->setVisible(!file.isEmpty());
 }

@@ -17,22 +17,22 @@ bool isKnown(const QByteArray& format) {
     return formats.contains(format);
 }
 
-Result keep(const QImage& image, bool isDrawn = false) {
-    if (qMax(image.width(), image.height()) <= KeptEdge)
+Result keep(const QImage& image, int keptEdge, bool isDrawn = false) {
+    if (qMax(image.width(), image.height()) <= keptEdge)
         return {image, isDrawn, image.isNull() ? "it cannot be decoded" : ""};
-    return {image.scaled(KeptEdge, KeptEdge, Qt::KeepAspectRatio, Qt::SmoothTransformation), true, ""};
+    return {image.scaled(keptEdge, keptEdge, Qt::KeepAspectRatio, Qt::SmoothTransformation), true, ""};
 }
 
 }  // namespace
 
-Result decode(const QByteArray& bytes) {
+Result decode(const QByteArray& bytes, int keptEdge) {
     if (bytes.size() > MaxBytes)
         return {{}, false, "it is larger than 5 MiB"};
     if (bytes.trimmed().startsWith('<'))
-        return keep(SvgPicture::draw(bytes, KeptEdge), true);
+        return keep(SvgPicture::draw(bytes, keptEdge), keptEdge, true);
     if (IconFile::isIco(bytes)) {
         const QList<QImage> images = IconFile::imagesIn(bytes);
-        return keep(images.isEmpty() ? QImage() : images.last());
+        return keep(images.isEmpty() ? QImage() : images.last(), keptEdge);
     }
     if (IconFile::gifEdge(bytes) > MaxEdge)
         return {{}, false, "it is larger than 4096 pixels"};
@@ -46,7 +46,7 @@ Result decode(const QByteArray& bytes) {
     if (!size.isValid() || qMax(size.width(), size.height()) > MaxEdge)
         return {{}, false, "it is larger than 4096 pixels"};
     reader.setAutoTransform(true);
-    return keep(reader.read());
+    return keep(reader.read(), keptEdge);
 }
 
 Result read(const QString& path) {

@@ -9,7 +9,7 @@ namespace UntrustedImage {
 
 constexpr int MaxBytes = 5 << 20;
 constexpr int MaxEdge = 4096;  ///< in pixels, as the file says; larger ones are not decoded
-constexpr int KeptEdge = 512;  ///< larger pictures are scaled down to it
+constexpr int KeptEdge = 512;  ///< larger pictures are scaled down to it, unless told otherwise
 
 struct Result {
     QImage image;            ///< null for what is no picture or above a limit
@@ -19,7 +19,7 @@ struct Result {
 
 /// PNG, JPEG, GIF (the first frame), BMP, ICO (its widest image), WebP where Qt has it, and SVG that is not
 /// compressed.
-Result decode(const QByteArray& bytes);
+Result decode(const QByteArray& bytes, int keptEdge = KeptEdge);
 /// Refuses anything but a regular file, links included.
 Result read(const QString& path);
 

@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 
+#include "backend/BottleUtils.h"
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
 #include "launch/inspection/ExeFileChecker.h"
@@ -31,4 +32,9 @@ QString readableVersion(const QJsonObject& versionBlock) {
     if (version.isEmpty())
         version = versionBlock.value("FileVersion").toString();
     return version.replace(QRegularExpression(QStringLiteral("[,.\uff0c]")), ".").remove(' ');
+}
+
+QString programVersion(const QJsonObject& bottleRecord, const QString& programId) {
+    const QString path = BottleUtils::programPath(bottleRecord, programId);
+    return path.isEmpty() ? QString() : readableVersion(peVersionInfo(path));
 }

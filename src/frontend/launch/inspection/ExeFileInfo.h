@@ -14,3 +14,5 @@ QJsonObject peVersionInfo(const QString& path, bool* readable = nullptr);
 /// The product's version in a version block, or else the file's, as reports tell it: with points between the
 /// numbers and without blanks.
 QString readableVersion(const QJsonObject& versionBlock);
+/// The same of a program's file; empty where it is not found. Waits as peVersionInfo() does.
+QString programVersion(const QJsonObject& bottleRecord, const QString& programId);
