@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "core/base/SettingsStore.h"
+#include "feedback/client/FeedbackDeployment.h"
 #include "feedback/client/ReportSignature.h"
 #include "support/HttpServer.h"
 #include "support/LogCapture.h"
@@ -46,6 +47,7 @@ private Q_SLOTS:
         m_server.bodies.clear();
         m_dialog = std::make_unique<QObject>();
         m_ends = 0;
+        m_api.setTimeOut(FeedBackApi::TimeOutMs);
         setService("");
     }
 
@@ -87,25 +89,41 @@ private Q_SLOTS:
     }
 
     void fails_data() {
-        const Table<QString, QByteArray, QString> row("path", "answer", "desc");
-        row("refused", "", R"({"status":401,"desc":"no"})", "no");
-        row("no status", "", R"({"desc":"odd"})", "odd");
-        row("no JSON", "", "<html>", "");
-        row("breaks off", "half/", R"({"status":200,"desc":"x"})", "");
-        row("no service", QString(), R"({"status":200})", "This version cannot send reports.");
+        const Table<QString, QByteArray, QString, QString> row("path", "answer", "desc", "log");
+        const QString status = "failed to get all feedBackType, status code ";
+        row("refused", "", R"({"status":401,"desc":"no"})", "no", status + "401");
+        row("no status", "", R"({"desc":"odd"})", "odd", status + "500");
+        row("no JSON", "", "<html>", "", status + "500");
+        row("breaks off", "half/", R"({"status":200,"desc":"x"})", "", "the report service failed:");
+        row("too slow", "silent/", "", "", "the report service failed:");
+        row("no service", QString(), "", "This version has no address to send to.", "nothing is sent:");
     }
     void fails() {
         QFETCH(QString, path);
         QFETCH(QByteArray, answer);
-        const LogCapture log;
+        QFETCH(QString, log);
+        const LogCapture lines;
         m_server.files["feedback"] = answer;
         setService(path);
+        m_api.setTimeOut(path == "silent/" ? 100 : FeedBackApi::TimeOutMs);
         submit();
         QTRY_COMPARE(m_ends, 1);
         QVERIFY(!m_ok);
         QTEST(m_desc, "desc");
-        QVERIFY(!log.lines().isEmpty());
+        QVERIFY2(lines.text().contains(log), qPrintable(lines.text()));
         QCOMPARE(m_server.bodies.isEmpty(), path.isNull());
+    }
+
+    void access() {
+        const LogCapture log;
+        QVERIFY(BottleVersions::of("office", {}).runner.isEmpty());
+        QVERIFY(log.text().contains("get bottles config failed: office"));
+        QVERIFY(ReportAccess({"reports.example", "s"}).whyNot().contains("web address"));
+        QVERIFY(ReportAccess({"http://a", ""}).whyNot().contains("secret"));
+        const ReportAccess safe{"https://a", "s"}, local{"http://a", "s"};
+        QVERIFY(safe.whyNot().isEmpty() && safe.trusts(QUrl("https://b")) && !safe.trusts(QUrl("http://a")));
+        QVERIFY(local.trusts(QUrl("http://b")));
+        QCOMPARE(FeedbackDeployment::decoded("610062").size(), 3);
     }
 
     void dialogGoesMeanwhile() {

@@ -8,10 +8,6 @@
 #include "feedback/client/ReportReply.h"
 #include "net/HttpRequest.h"
 
-namespace {
-constexpr int LongestMs = 5000;
-}
-
 QJsonObject AppScoreRequest::body() const {
     // A null text is written as the empty one, too; the key is always there.
     return {{"appName", cutText(appName, LongestText)},
@@ -23,7 +19,7 @@ QJsonObject AppScoreRequest::body() const {
 void FeedBackApi::getIssueTypes(QObject* context, const IssueTypesHandler& handler) {
     const ReportAccess access = ReportAccess::current();
     if (!access.hasService()) {
-        qInfo("no report service is configured");
+        qInfo().noquote() << "no problem types are asked for:" << access.whyNot();
         QTimer::singleShot(0, context, [handler] { handler({}); });
         return;
     }
@@ -51,10 +47,8 @@ void FeedBackApi::submit(const QString& path, const QJsonObject& body, const Bot
                          QObject* context, const SubmitHandler& handler) {
     const ReportAccess access = ReportAccess::current();
     if (!access.canSign()) {
-        qInfo("no report service is configured");
-        QTimer::singleShot(0, context, [handler, reason = tr("This version cannot send reports.")] {
-            handler(false, reason);
-        });
+        qInfo().noquote() << "nothing is sent:" << access.whyNot();
+        QTimer::singleShot(0, context, [handler, reason = access.whyNot()] { handler(false, reason); });
         return;
     }
     QNetworkRequest request = access.request(path);
@@ -69,7 +63,7 @@ void FeedBackApi::send(const QByteArray& verb, const QNetworkRequest& request, c
     auto* network = new QNetworkAccessManager;
     auto* http = new HttpRequest(network, context);
     network->setParent(http);  // deleted first it would end the request, with a handler of what is half gone
-    http->setLimits({LongestMs, 0});
+    http->setLimits({m_timeOutMs, 0});
     connect(http, &HttpRequest::finished, context, [http, handler](const HttpAnswer& answer) {
         http->deleteLater();
         handler(ReportReply::of(answer));

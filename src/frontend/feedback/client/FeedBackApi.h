@@ -29,12 +29,16 @@ struct AppScoreRequest {
 };
 
 /// The client of the report service: kinds of problems, reports, ratings. Each call returns at once and ends
-/// in its handler, later and exactly once, within 5 s; never when context is destroyed first, which also ends
-/// the request. Where no service is configured nothing is sent, and the handler is told so. GUI thread.
+/// in its handler, later and exactly once, within TimeOutMs; never when context is destroyed first, which
+/// also ends the request. Where no service is configured nothing is sent, and the handler is told so. GUI
+/// thread.
 class FeedBackApi : public QObject {
     Q_OBJECT
 public:
     using QObject::QObject;
+    static constexpr int TimeOutMs = 5000;
+    void setTimeOut(int ms) { m_timeOutMs = ms; }
+
     using IssueTypesHandler = std::function<void(const QVector<IssueType>& types)>;
     /// `desc` says why not: the service's words, untrusted, or this program's; may be empty.
     using SubmitHandler = std::function<void(bool ok, const QString& desc)>;
@@ -50,6 +54,8 @@ private:
     using ReplyHandler = std::function<void(const ReportReply&)>;
     void submit(const QString& path, const QJsonObject& body, const BottleVersions& versions,
                 QObject* context, const SubmitHandler& handler);
-    static void send(const QByteArray& verb, const QNetworkRequest& request, const QByteArray& body,
-                     QObject* context, const ReplyHandler& handler);
+    void send(const QByteArray& verb, const QNetworkRequest& request, const QByteArray& body,
+              QObject* context, const ReplyHandler& handler);
+
+    int m_timeOutMs = TimeOutMs;
 };

@@ -29,9 +29,12 @@ QByteArray headerValue(QString text) {
 }
 
 QString findSecret() {
-    const QString custom = settingsStore()->getOption("feedback.cfg.secret").toString();
-    const QString secret =
-        custom.isEmpty() ? FeedbackDeployment::decoded(FeedbackDeployment::reportSecret()) : custom;
+    QString secret = settingsStore()->getOption("feedback.cfg.secret").toString();
+    if (secret.isEmpty()) {
+        secret = FeedbackDeployment::decoded(FeedbackDeployment::reportSecret());
+        if (secret.isEmpty() && !FeedbackDeployment::reportSecret().isEmpty())
+            qWarning("the report secret of this build is not written in pairs of hexadecimal digits");
+    }
     qDebug().noquote() << "Using sec:" << (secret.isEmpty() ? "none" : "***");
     return secret;
 }
@@ -52,14 +55,32 @@ ReportAccess ReportAccess::current() {
     return {custom.isEmpty() ? FeedbackDeployment::reportUrl() : custom, secret};
 }
 
+bool ReportAccess::hasService() const {
+    const QUrl url(baseUrl);
+    return (url.scheme() == "http" || url.scheme() == "https") && !url.host().isEmpty();
+}
+
+QString ReportAccess::whyNot() const {
+    if (baseUrl.isEmpty())
+        return tr("This version has no address to send to.");
+    if (!hasService())
+        return tr("The address of the report service is not a web address.");
+    return secret.isEmpty() ? tr("The secret that the report service asks for is missing.") : QString();
+}
+
+bool ReportAccess::trusts(const QUrl& storage) const {
+    return storage.scheme() == "https" || QUrl(baseUrl).scheme() != "https";
+}
+
 QNetworkRequest ReportAccess::request(const QString& path) const {
+    static const QByteArray system = headerValue(MachineUtils::osVersion());  // does not change, may warn
     QNetworkRequest request(QUrl(baseUrl + path));
     // These headers are for this server alone.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::SameOriginRedirectPolicy);
     request.setRawHeader("X-Device-Id", headerValue(machineId()));
     request.setRawHeader("X-Device-Arch", headerValue(MachineUtils::cpuArchitecture()));
     request.setRawHeader("X-Client-Ver", headerValue(BuildInfo::version()));
-    request.setRawHeader("X-System-Info", headerValue(MachineUtils::osVersion()));
+    request.setRawHeader("X-System-Info", system);
     request.setRawHeader("AcceptLanguage", QLocale().name() == "zh_CN" ? "zh_CN" : "en_US");
     return request;
 }

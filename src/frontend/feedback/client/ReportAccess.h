@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QNetworkRequest>
 #include <QString>
 
@@ -15,6 +16,8 @@ struct BottleVersions {
 
 /// Where the report service is and what its requests look like. A value: made in the GUI thread, used in any.
 struct ReportAccess {
+    Q_DECLARE_TR_FUNCTIONS(ReportAccess)
+public:
     QString baseUrl;
     QString secret;
 
@@ -22,8 +25,13 @@ struct ReportAccess {
     /// found once per process.
     static ReportAccess current();
 
-    bool hasService() const { return !baseUrl.isEmpty(); }
+    bool hasService() const;  ///< there is a web address
     bool canSign() const { return hasService() && !secret.isEmpty(); }
+    /// In a sentence for the user; empty when reports can be signed and sent.
+    QString whyNot() const;
+    /// Whether a file may go to an address that the service has named: a storage may be any host, but a
+    /// service with https must not lead to where others can read along.
+    bool trusts(const QUrl& storage) const;
 
     /// With the headers of this machine. `path` begins with a slash.
     QNetworkRequest request(const QString& path) const;
