@@ -588,10 +588,6 @@ Cellarix 会为它准备环境并启动，以后可随时在这里打开。</tra
         <translation>%1 的图标</translation>
     </message>
     <message>
-        <source>This version has no address to send ratings to. Yours is kept on this computer.</source>
-        <translation>此版本没有可接收评分的地址。您的评分只保存在本机。</translation>
-    </message>
-    <message>
         <source>We invite you to rate the current operation state:</source>
         <translation>邀请您为当前的运行状态评分：</translation>
     </message>
@@ -650,10 +646,6 @@ improve the success rate of the application.</source>
         <translation>提交失败，请检查网络</translation>
     </message>
     <message>
-        <source>When you press “Submit”, this goes to %1, together with the time and a signature. Names of you and of your computer are taken out of the configuration.</source>
-        <translation>按下“提交”后，以下内容会连同时间和签名发送到 %1。配置中您和您计算机的名称已被去除。</translation>
-    </message>
-    <message>
         <source>Rating</source>
         <translation>评分</translation>
     </message>
@@ -664,6 +656,22 @@ improve the success rate of the application.</source>
     <message>
         <source>Suggestion</source>
         <translation>建议</translation>
+    </message>
+    <message>
+        <source>Your rating is kept on this computer.</source>
+        <translation>您的评分只保存在本机。</translation>
+    </message>
+    <message>
+        <source>The rating was sent, but the configuration could not be uploaded</source>
+        <translation>评分已发送，但配置未能上传</translation>
+    </message>
+    <message>
+        <source>The rating was sent, but the suggestion could not be uploaded</source>
+        <translation>评分已发送，但建议未能上传</translation>
+    </message>
+    <message>
+        <source>When you press “Submit”, this goes to %1, together with the time and a signature. Files go to the storage that this service names. Names of you and of your computer are taken out of the configuration.</source>
+        <translation>按下“提交”后，以下内容会连同时间和签名发送到 %1。文件会上传到该服务指定的存储位置。配置中您和您计算机的名称已被去除。</translation>
     </message>
 </context>
 <context>
@@ -3152,10 +3160,6 @@ please wait for the component download to complete!</source>
 </context>
 <context>
     <name>FeedBackApi</name>
-    <message>
-        <source>This version cannot send reports.</source>
-        <translation>此版本无法发送报告。</translation>
-    </message>
 </context>
 <context>
     <name>FeedBackDialog</name>
@@ -4847,6 +4851,21 @@ please wait for the component download to complete!</source>
     <message>
         <source>Repair starts the program once more.</source>
         <translation>“修复”将重新启动应用。</translation>
+    </message>
+</context>
+<context>
+    <name>ReportAccess</name>
+    <message>
+        <source>This version has no address to send to.</source>
+        <translation>此版本没有设置接收地址。</translation>
+    </message>
+    <message>
+        <source>The address of the report service is not a web address.</source>
+        <translation>报告服务的地址不是网址。</translation>
+    </message>
+    <message>
+        <source>The secret that the report service asks for is missing.</source>
+        <translation>缺少报告服务所要求的密钥。</translation>
     </message>
 </context>
 <context>

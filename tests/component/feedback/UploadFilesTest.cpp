@@ -70,6 +70,8 @@ private Q_SLOTS:
         row("local address", 0, m_picture, info("file:///etc/passwd?sig=hidden"), "no web address");
         row("no archiver", 1, m_picture, to("put"), "cannot be opened");
         row("archiver crashes", 1, "crash", to("put"), "crashed");
+        row("archiver fails", 1, "gone", to("put"), "code 2");
+        row("says no", 0, m_picture, R"({"status":403,"desc":"no room","datas":[]})", "no room");
         row("too large", 0, sparse("large.png", UploadFilesTask::MaximumBytes + 1), to("put"), "is larger");
         row("is being written", 0, "/proc/self/status", to("put"), "was changed");
         row("refused", 1, m_picture, to("gone"), "Not Found");
@@ -171,15 +173,24 @@ private Q_SLOTS:
     void logsAreBounded() {
         const QString bottle = m_home.path() + "/bottle";
         m_home.write("bottle/bottle.yml", "Path: " + bottle.toUtf8() + '\n');
-        const QByteArray secret = m_home.path().toUtf8() + "/x\n";
-        const int end = LogCollection::MaximumLogBytes;
-        m_home.write("bottle/logs/cut.log", QByteArray(100, '-') + secret + QByteArray(end - 20, '-'));
+        const QByteArray secret = m_home.path().toUtf8();
+        const int end = LogCollection::MaximumLogBytes, read = end + 4096;
+        m_home.write("bottle/logs/cut.log",
+                     QByteArray(100, '-') + secret + "/x\n" + QByteArray(end - 20, '-'));
+        // One line, of which only the second half of a name is read.
+        m_home.write("bottle/logs/wine-a.exe.txt",
+                     (secret + ' ').repeated(read / secret.size() + 1) +
+                         QByteArray((read - secret.size() / 2) % (secret.size() + 1), '-'));
         sparse("bottle/logs/large.log", 3 << 20);
-        sparse("bottle/logs/whole.log", 1 << 20);
+        sparse("bottle/logs/wine-program-1.txt", 1 << 20);
+        sparse("bottle/logs/command-old.txt", 10, 90);
         QFile::link("/etc/hostname", bottle + "/logs/link.log");
         m_home.write("service/large.log", "of the service");
+        m_home.write("service/other.txt", "");
         for (int i = 0; i < 20; ++i)
             sparse(QString("service/%1.log").arg(i), 4 << 20, i + 1);
+        for (int i = 0; i < LogCollection::MaximumFiles; ++i)
+            sparse(QString("bottle/logs/many-%1").arg(i), 0, 100);
         const QTemporaryDir copies;
         LogCollection::gather({bottle, m_home.path() + "/service", "/none"}, copies.path());
         const QStringList names = QDir(copies.path()).entryList(QDir::Files);
@@ -187,14 +198,17 @@ private Q_SLOTS:
         for (const QString& name : names)
             total += QFileInfo(copies.filePath(name)).size();
         QVERIFY(total <= LogCollection::MaximumBytes);
-        QVERIFY(names.contains("bottle.yml") && names.contains("2-large.log") && names.contains("0.log"));
-        QVERIFY(!names.contains("link.log") && !names.contains("19.log"));
-        QVERIFY(TestSupport::readFile(copies.filePath("whole.log")).startsWith("begin"));
+        QCOMPARE(names.size(), LogCollection::MaximumFiles + 1);
+        for (const char* name : {"bottle.yml", "2-large.log", "0.log", "wine-a.exe.txt", "command-old.txt"})
+            QVERIFY2(names.contains(name), name);
+        QVERIFY(!names.contains("link.log") && !names.contains("19.log") && !names.contains("other.txt"));
+        QVERIFY(TestSupport::readFile(copies.filePath("wine-program-1.txt")).startsWith("begin"));
         QVERIFY(!TestSupport::readFile(copies.filePath("0.log")).startsWith("begin"));
         QCOMPARE(QFileInfo(copies.filePath("0.log")).size(), LogCollection::MaximumLogBytes);
         QCOMPARE(TestSupport::readFile(copies.filePath("bottle.yml")),
                  QByteArray("Path: @home_dir@/bottle\n"));
-        QVERIFY(!TestSupport::readFile(copies.filePath("cut.log")).contains(m_home.path().right(8).toUtf8()));
+        for (const char* name : {"cut.log", "wine-a.exe.txt"})
+            QVERIFY2(!TestSupport::readFile(copies.filePath(name)).contains(secret.right(6)), name);
     }
 
     void collectsLogs() {
@@ -203,16 +217,15 @@ private Q_SLOTS:
         m_home.write("bottle/bottle.yml", "Runner: w\n");
         const QString suggestion = m_home.write("suggestions/a.log", "better");
         service.setBottle("office", {{"Path", m_home.path() + "/bottle"}});
-        for (const auto start : {&LogUpload::uploadConfiguration, &LogUpload::collectLogs}) {
+        for (const auto collect : {&LogUpload::collectLogs, &LogUpload::collectConfiguration}) {
             for (const QString& bottle : {QString("none"), QString("office")}) {
                 LogUpload upload;
-                upload.setSuggestionDirectory(QFileInfo(suggestion).path());
                 QSignalSpy ended(&upload, &LogUpload::finished);
-                (upload.*start)(bottle);
+                collect(bottle, &upload, [&upload, suggestion](const LogUpload::Copies& copies) {
+                    upload.uploadConfiguration(copies, {suggestion});
+                });
                 QTRY_COMPARE(ended.size(), 1);
                 QCOMPARE(ended[0][0].toString(), QString(bottle == "office" ? "key" : ""));
-                QCOMPARE(QFile::exists(suggestion),
-                         bottle == "none" && start == &LogUpload::uploadConfiguration);
             }
         }
         QProcess tar;
@@ -220,6 +233,7 @@ private Q_SLOTS:
         QVERIFY(tar.waitForFinished());
         const QByteArray list = tar.readAllStandardOutput();
         QVERIFY(list.contains("/bottle.yml") && list.contains("root/root") && !list.contains("/lumora"));
+        QVERIFY(list.contains("./a.log") && QFile::exists(suggestion));
         QTRY_COMPARE(leftOvers(), QStringList());
     }
 
@@ -233,6 +247,9 @@ private Q_SLOTS:
         QCOMPARE(first->path(), common + "/ab._suggestion_2026_01_02_03_04_05.log");
         QVERIFY(second && second->path() != first->path() && second->directory() == common);
         QCOMPARE(QFile::permissions(first->path()) & 0x77, 0);
+        const QString killed = sparse("common/b_suggestion_2025.log", 5, 1), other = sparse("common/b", 5, 1);
+        SuggestionFile::removeLeftOvers(common);
+        QVERIFY(QFile::exists(first->path()) && QFile::exists(other) && !QFile::exists(killed));
         const QFile::Permissions forAll(0x7777);
         for (const bool isLink : {true, false}) {
             QDir(common).removeRecursively();

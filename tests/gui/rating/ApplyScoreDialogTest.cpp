@@ -7,6 +7,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPointer>
+#include <QStandardPaths>
 #include <memory>
 
 #include "core/base/SettingsStore.h"
@@ -106,19 +107,36 @@ private Q_SLOTS:
     }
 
     void sends_data() {
-        const Table<bool, QString, QString, QString> row("agrees", "broken", "key", "message");
-        row("score alone", false, "", "", "Successfully");
-        row("with the configuration", true, "", "key", "Successfully");
-        row("upload fails", true, "put", "", "could not be uploaded");
+        const Table<bool, QString, QString, QString, QString> row("agrees", "suggestion", "broken", "key",
+                                                                  "message");
+        row("score alone", false, "", "", "", "Successfully");
+        row("with the configuration", true, "better", "", "key", "Successfully");
+        row("what was shown", true, "better", "", "key", "Successfully");
+        row("upload fails", true, "better", "put", "", "configuration and the suggestion could not");
+        row("nothing was typed", true, "", "put", "", "but the configuration could not");
+        row("no place", true, "better", "/none/a", "key", "but the suggestion could not");
     }
     void sends() {
         QFETCH(bool, agrees);
+        QFETCH(QString, suggestion);
         QFETCH(QString, broken);
         QFETCH(QString, message);
         m_server->files.remove(broken);
         open("", 3);
+        const QDir place(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
+        const QString inTheWay = m_home.write("other.log", "of another program");
+        if (broken.startsWith('/')) {
+            m_dialog->findChild<ScoreSubmission*>()->setSuggestionDirectory(broken);
+            QVERIFY(place.mkpath(".") && QFile::copy(inTheWay, place.filePath("suggestions")));
+        }
         if (agrees)
-            agree("better");
+            agree(suggestion);
+        if (QByteArray(QTest::currentDataTag()) == "what was shown") {
+            part("turn_btn")->click();
+            QTRY_COMPARE(m_dialog->findChild<QListWidget*>("sent_parts")->count(), 4);
+            m_home.write("bottle.yml", "later");
+            QVERIFY(QDir().mkpath(suggestions()) && QFile::copy(inTheWay, suggestions() + "/other.log"));
+        }
         TestSupport::press(m_dialog, Qt::Key_Return);
         QTRY_VERIFY(!m_dialog);
         QCOMPARE(m_submitted, QList<int>{3});
@@ -127,13 +145,16 @@ private Q_SLOTS:
         QCOMPARE(sentScore()["score"].toInt(), 3);
         QTEST(sentScore()["cfgFileKey"].toString(), "key");
         QVERIFY(m_server->heads.last().contains("X-Wine-Ver: wine\r\n"));
+        QFile::remove(place.filePath("suggestions"));
+        QDir(suggestions()).removeRecursively();
         if (!agrees)
             return;
         QProcess tar;
         tar.start("tar", {"-xOzf", m_home.write("sent.tar.gz", m_server->bodies.value(1))});
         QVERIFY(tar.waitForFinished());
         const QByteArray sent = tar.readAllStandardOutput();
-        QVERIFY2(sent.contains("better") && sent.contains("Path: @home_dir@"), sent.constData());
+        QVERIFY2(sent.contains("Path: @home_dir@") && !sent.contains("another"), sent.constData());
+        QCOMPARE(sent.contains("better"), !suggestion.isEmpty() && !broken.startsWith('/'));
     }
 
     void fails() {

@@ -5,9 +5,9 @@
 #include <QStandardPaths>
 #include <algorithm>
 
+#include "backend/BottleLogs.h"
 #include "core/base/LogScrub.h"
 #include "core/base/Paths.h"
-#include "feedback/client/SuggestionFile.h"
 #include "fenk/system/RegularFile.h"
 
 namespace {
@@ -26,17 +26,23 @@ QString freeName(const QString& directory, const QString& name) {
     return path;
 }
 
-/// The end of a file, from the beginning of a line when one begins near: a name of which only a part is left
-/// would not be known. A little more than what is kept of it.
-QByteArray readEnd(QFile* file) {
+/// The end of a file, and whether something stands before it. A little more than what is kept of it.
+QByteArray readEnd(QFile* file, bool* isCut) {
     const qint64 begin = qMax(qint64(0), file->size() - MaximumLogBytes - LongestPart);
-    file->seek(begin);
-    const QByteArray bytes = file->read(MaximumLogBytes + LongestPart);
-    return begin > 0 ? bytes.mid(bytes.left(LongestPart).indexOf('\n') + 1) : bytes;
+    *isCut = begin > 0;
+    file->seek(begin - begin % 2);  // a character of UTF-16 stays whole
+    return file->read(MaximumLogBytes + LongestPart);
 }
 
-/// Returns the number of bytes that were written.
-qint64 copyEnd(const LogScrub* scrub, const QString& path, const QString& copy) {
+/// From the beginning of a line when one begins near. In any case without the first bytes: a name of which
+/// only the end was read is not known.
+QByteArray withoutBrokenPart(const QByteArray& bytes) {
+    const int lineEnd = bytes.left(LongestPart).indexOf('\n');
+    return bytes.mid(lineEnd < 0 ? LongestPart : lineEnd + 1);
+}
+
+/// Returns the number of bytes that were written: at most `room`.
+qint64 copyEnd(const LogScrub& scrub, const QString& path, const QString& copy, qint64 room) {
     QFile source;
     QFile target(copy);
     if (!Fenk::RegularFile::open(source, path)) {
@@ -47,8 +53,11 @@ qint64 copyEnd(const LogScrub* scrub, const QString& path, const QString& copy) 
         qWarning().noquote() << "Failed to open file:" << copy << "for writing";
         return 0;
     }
-    const QByteArray read = readEnd(&source);
-    const QByteArray bytes = (scrub ? scrub->scrubbed(read) : read).right(MaximumLogBytes);
+    bool isCut = false;
+    QByteArray bytes = scrub.scrubbed(readEnd(&source, &isCut));
+    if (isCut)
+        bytes = withoutBrokenPart(bytes);
+    bytes = bytes.right(int(qMin(room, MaximumLogBytes)));
     if (target.write(bytes) != bytes.size())
         qWarning().noquote() << "Failed to copy file:" << path << "to" << copy;
     return bytes.size();
@@ -70,48 +79,36 @@ Sources Sources::of(const QString& bottlePath) {
 
 void gather(const Sources& sources, const QString& directory) {
     const LogScrub scrub;
-    qint64 total = copyEnd(&scrub, sources.bottlePath + '/' + Settings, freeName(directory, Settings));
-    QFileInfoList logs = logsIn(sources.bottlePath + "/logs", "*") +
+    qint64 total =
+        copyEnd(scrub, sources.bottlePath + '/' + Settings, freeName(directory, Settings), MaximumBytes);
+    QFileInfoList logs = logsIn(BottleLogs::directory(sources.bottlePath), "*") +
                          logsIn(sources.serviceDirectory, "*.log") +
                          logsIn(sources.applicationDirectory, OwnLog);
     std::stable_sort(logs.begin(), logs.end(), [](const QFileInfo& a, const QFileInfo& b) {
         return a.lastModified() > b.lastModified();
     });
-    int left = logs.size();
+    int copied = 0;
     for (const QFileInfo& log : qAsConst(logs)) {
-        if (total + qMin(log.size(), MaximumLogBytes) > MaximumBytes)
+        if (copied == MaximumFiles)
             break;
-        total += copyEnd(&scrub, log.filePath(), freeName(directory, scrub.scrubbed(log.fileName())));
-        --left;
+        if (total + qMin(log.size(), MaximumLogBytes) > MaximumBytes)
+            continue;
+        total += copyEnd(scrub, log.filePath(), freeName(directory, scrub.scrubbed(log.fileName())),
+                         MaximumBytes - total);
+        ++copied;
     }
-    if (left > 0)
-        qInfo() << left << "older logs are left out";
+    if (copied < logs.size())
+        qInfo() << logs.size() - copied << "logs are left out";
 }
 
-QStringList gatherForRating(const QString& bottleName, const QString& bottlePath, const QString& suggestions,
-                            const QString& directory) {
+void gatherConfiguration(const QString& bottleName, const QString& bottlePath, const QString& directory) {
     const QString settings = bottlePath + '/' + Settings;
-    if (bottlePath.isEmpty()) {
+    if (bottlePath.isEmpty())
         qWarning().noquote() << "bottlesPath for " + bottleName + "is empty";
-        return {};
-    }
-    if (!QFileInfo(settings).isFile()) {
+    else if (!QFileInfo(settings).isFile())
         qWarning().noquote() << "bottle.yml for " + bottleName + "is not exists";
-        return {};
-    }
-    const LogScrub scrub;
-    copyEnd(&scrub, settings, freeName(directory, Settings));
-    QStringList files;
-    if (SuggestionFile::isPrivate(suggestions)) {
-        for (const QFileInfo& file : QDir(suggestions).entryInfoList(QDir::Files | QDir::NoSymLinks))
-            files += file.filePath();
-    }
-    qint64 total = 0;
-    for (const QString& file : qAsConst(files)) {
-        if (total < MaximumBytes)
-            total += copyEnd(nullptr, file, freeName(directory, QFileInfo(file).fileName()));
-    }
-    return files;
+    else
+        copyEnd(LogScrub(), settings, freeName(directory, Settings), MaximumLogBytes);
 }
 
 }  // namespace LogCollection

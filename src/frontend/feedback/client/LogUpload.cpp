@@ -8,57 +8,27 @@
 #include "backend/InBackground.h"
 #include "feedback/client/BottleQuery.h"
 #include "feedback/client/LogCollection.h"
-#include "feedback/client/SuggestionFile.h"
 #include "feedback/client/UploadFilesManager.h"
 #include "feedback/client/UploadPlace.h"
 
-const char LogUpload::SuggestionDirectory[] = "/tmp/.suggestion_file_path";
-
 namespace {
 
-/// What was copied, and the files of the suggestion directory that are part of it.
-struct Gathered {
-    LogUpload::Copies copies;
-    QStringList suggestions;
-};
-
-/// `fill(bottlePath, directory, suggestions)` runs in the background. Without any copy the handler gets null.
-template <class Fill, class Handler>
-void copyFiles(const QString& bottleName, QObject* context, Fill fill, Handler handler) {
+/// `fill(bottlePath, directory)` runs in the background. Without any copy the handler gets null.
+template <class Fill>
+void copyFiles(const QString& bottleName, QObject* context, Fill fill,
+               const LogUpload::CopiesHandler& handler) {
     BottleQuery::ask(bottleName, context, [context, fill, handler](const BusResult& result) {
-        const auto work = [fill, path = BottleRecord::path(result.object())] {
-            Gathered gathered;
+        const auto work = [fill, path = BottleRecord::path(result.object())]() -> LogUpload::Copies {
             const auto copies = UploadPlace::make(UploadPlace::newLogs());
-            if (!copies->isValid())
+            if (!copies->isValid()) {
                 qWarning().noquote() << "no directory for logs:" << copies->errorString();
-            else
-                fill(path, copies->path(), &gathered.suggestions);
-            if (copies->isValid() && !QDir(copies->path()).isEmpty())
-                gathered.copies = copies;
-            return gathered;
+                return nullptr;
+            }
+            fill(path, copies->path());
+            return QDir(copies->path()).isEmpty() ? nullptr : copies;
         };
         inBackground(context, work, handler);
     });
-}
-
-void fillWithLogs(const QString& bottleName, const QString& bottlePath, const QString& directory) {
-    if (bottlePath.isEmpty())
-        qWarning().noquote() << "bottlePath for " + bottleName + "is empty, nonthing to upload";
-    else
-        LogCollection::gather(LogCollection::Sources::of(bottlePath), directory);
-}
-
-template <class Handler>
-void copyForRating(const QString& bottleName, const QString& suggestionDirectory, QObject* context,
-                   Handler handler) {
-    copyFiles(
-        bottleName, context,
-        [bottleName, suggestionDirectory](const QString& bottlePath, const QString& directory,
-                                          QStringList* suggestions) {
-            *suggestions =
-                LogCollection::gatherForRating(bottleName, bottlePath, suggestionDirectory, directory);
-        },
-        handler);
 }
 
 }  // namespace
@@ -66,56 +36,50 @@ void copyForRating(const QString& bottleName, const QString& suggestionDirectory
 LogUpload::~LogUpload() {
     if (m_upload > 0)
         UploadFilesManager::instance()->cancel(m_upload);
-    removeSuggestions();
 }
 
-void LogUpload::removeSuggestions() {
-    if (m_suggestions.isEmpty() || !SuggestionFile::isPrivate(m_suggestionDirectory))
-        return;
-    for (const QString& file : qAsConst(m_suggestions))
-        QFile::remove(file);
-    QDir().rmdir(m_suggestionDirectory);  // unless another rating has put something there
-    m_suggestions.clear();
-}
-
-void LogUpload::copyLogs(const QString& bottleName, QObject* context, const CopiesHandler& handler) {
+void LogUpload::collectLogs(const QString& bottleName, QObject* context, const CopiesHandler& handler) {
     copyFiles(
         bottleName, context,
-        [bottleName](const QString& bottlePath, const QString& directory, QStringList*) {
-            fillWithLogs(bottleName, bottlePath, directory);
+        [bottleName](const QString& bottlePath, const QString& directory) {
+            if (bottlePath.isEmpty())
+                qWarning().noquote() << "bottlePath for " + bottleName + "is empty, nonthing to upload";
+            else
+                LogCollection::gather(LogCollection::Sources::of(bottlePath), directory);
         },
-        [handler](const Gathered& gathered) { handler(gathered.copies); });
+        handler);
 }
 
-void LogUpload::copyConfiguration(const QString& bottleName, const QString& suggestionDirectory,
-                                  QObject* context, const CopiesHandler& handler) {
-    copyForRating(bottleName, suggestionDirectory, context,
-                  [handler](const Gathered& gathered) { handler(gathered.copies); });
+void LogUpload::collectConfiguration(const QString& bottleName, QObject* context,
+                                     const CopiesHandler& handler) {
+    copyFiles(
+        bottleName, context,
+        [bottleName](const QString& bottlePath, const QString& directory) {
+            LogCollection::gatherConfiguration(bottleName, bottlePath, directory);
+        },
+        handler);
 }
 
-void LogUpload::collectLogs(const QString& bottleName) {
-    copyLogs(bottleName, this, [this](const Copies& copies) { uploadLogs(copies); });
-}
-
-void LogUpload::uploadConfiguration(const QString& bottleName) {
-    copyForRating(bottleName, m_suggestionDirectory, this, [this](const Gathered& gathered) {
-        m_suggestions = gathered.suggestions;
-        if (gathered.copies)
-            qInfo().noquote() << "up: " + gathered.copies->path();
-        else
-            qInfo("nonthing to up");
-        uploadLogs(gathered.copies);
-    });
+void LogUpload::uploadConfiguration(const Copies& copies, const QStringList& files) {
+    if (copies)
+        qInfo().noquote() << "up: " + copies->path();
+    else
+        qInfo("nonthing to up");
+    upload(copies, files);
 }
 
 void LogUpload::uploadLogs(const Copies& copies) {
+    upload(copies, {});
+}
+
+void LogUpload::upload(const Copies& copies, const QStringList& files) {
     if (!copies) {
         finish({});
         return;
     }
     m_copies = copies;
     auto* uploads = UploadFilesManager::instance();
-    m_upload = uploads->addTask({copies->path()}, UploadFilesTask::Logs);
+    m_upload = uploads->addTask(QStringList(copies->path()) + files, UploadFilesTask::Logs);
     connect(uploads, &UploadFilesManager::sigUploadFinished, this,
             [this](UploadFilesTaskStatus status, const QString&, const QString& key, int replyCount) {
                 if (replyCount == m_upload)
@@ -127,6 +91,5 @@ void LogUpload::finish(const QString& fileKey) {
     qInfo().noquote() << "configLogKey:" << fileKey;
     m_upload = 0;
     m_copies.reset();
-    removeSuggestions();
     Q_EMIT finished(fileKey);
 }

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <QDebug>
-#include <QFile>
+#include <QDir>
 #include <QRegularExpression>
 #include <cerrno>
 #include <cstring>
@@ -53,6 +53,8 @@ QString writeNew(const QString& directory, const QString& name, const QByteArray
 
 }  // namespace
 
+const char SuggestionFile::CommonDirectory[] = "/tmp/.suggestion_file_path";
+
 std::shared_ptr<SuggestionFile> SuggestionFile::write(const QString& common, const QString& name,
                                                       const QString& text) {
     for (const QString& directory : {common, UploadPlace::suggestions()}) {
@@ -66,6 +68,17 @@ std::shared_ptr<SuggestionFile> SuggestionFile::write(const QString& common, con
 SuggestionFile::~SuggestionFile() {
     QFile::remove(m_path);
     ::rmdir(QFile::encodeName(m_directory).constData());  // unless another rating has put something there
+}
+
+void SuggestionFile::removeLeftOvers(const QString& common) {
+    if (!isPrivate(common))
+        return;
+    const QDateTime oldest = QDateTime::currentDateTime().addSecs(-UploadPlace::LeftOverSecs);
+    for (const QFileInfo& file : QDir(common).entryInfoList({"*_suggestion_*.log"}, QDir::Files)) {
+        if (file.lastModified() < oldest && QFile::remove(file.filePath()))
+            qInfo().noquote() << "a suggestion that was not sent is removed:" << file.fileName();
+    }
+    QDir().rmdir(common);
 }
 
 /// Nobody else may have made it: they could put a link of the file's name there, or take the file away.

@@ -4,6 +4,7 @@
 #include <QDebug>
 #include <QThread>
 
+#include "feedback/client/SuggestionFile.h"
 #include "feedback/client/UploadPlace.h"
 
 namespace {
@@ -17,7 +18,10 @@ UploadFilesManager::UploadFilesManager()
     m_imagePool->setMaxThreadCount(qMax(1, QThread::idealThreadCount() - 1));
     m_logPool->setExpiryTimeout(-1);
     m_logPool->setMaxThreadCount(1);
-    m_logPool->start(&UploadPlace::removeLeftOvers);
+    m_logPool->start([] {
+        UploadPlace::removeLeftOvers();
+        SuggestionFile::removeLeftOvers(SuggestionFile::CommonDirectory);
+    });
     connect(qApp, &QCoreApplication::aboutToQuit, this, &UploadFilesManager::endAll);
 }
 
@@ -31,9 +35,14 @@ UploadFilesManager::~UploadFilesManager() {
     m_logPool.release();
 }
 
+/// Both pools, at the quit and in the destructor together, have one time.
 bool UploadFilesManager::endAll() {
     cancelAll();
-    const bool haveEnded = m_imagePool->waitForDone(LongestEndMs) && m_logPool->waitForDone(LongestEndMs);
+    if (!m_end)
+        m_end = QDeadlineTimer(LongestEndMs);
+    bool haveEnded = true;
+    for (QThreadPool* pool : {m_imagePool.get(), m_logPool.get()})
+        haveEnded = pool->waitForDone(int(m_end->remainingTime())) && haveEnded;
     if (!haveEnded)
         qWarning() << "uploads do not end within" << LongestEndMs << "ms:" << pathsUnderWay();
     return haveEnded;

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QList>
 #include <QThreadPool>
 #include <memory>
+#include <optional>
 
 #include "feedback/client/UploadFilesTask.h"
 #include "fenk/system/Singleton.h"
@@ -44,4 +46,5 @@ private:
     std::unique_ptr<QThreadPool> m_logPool;
     QList<UploadFilesTask*> m_tasks;
     int m_replyCount = 0;
+    std::optional<QDeadlineTimer> m_end;  ///< of the waiting, once the program quits
 };

@@ -21,8 +21,10 @@ namespace {
 
 const char ArchiveSuffix[] = "tar.gz";
 const char Cancelled[] = "cancelled";
-constexpr int LongestText = 2000;  // of the archiver
-constexpr int LongestKey = 1024;   // it becomes a part of the report
+constexpr int LongestText = 2000;  // of the archiver, and of the service's reason
+constexpr int TarFailed = 2;
+constexpr int StatusOk = 200;
+constexpr int LongestKey = 1024;  // it becomes a part of the report
 
 /// With an error text: no regular file, unreadable, too large, or being written.
 QByteArray readWhole(const QString& path, QString* errorText) {
@@ -121,7 +123,7 @@ QString UploadFilesTask::fetchAddress(QNetworkAccessManager* network) {
         return QStringLiteral("no such file");
     }
     if (!m_access.canSign())
-        return QStringLiteral("no report service is configured");
+        return m_access.whyNot();
     QNetworkRequest request = m_access.request("/store-common-report/file/getUploadInfo");
     const QByteArray body =
         m_access.signedBody({{"from", "wineAssist"},
@@ -142,14 +144,21 @@ QString UploadFilesTask::takeAddress(const HttpAnswer& answer) {
         qWarning().noquote() << "Parse upload address failed" << error.errorString();
         return QStringLiteral("no address in the answer");
     }
+    if (reply.value("status").toInt() != StatusOk) {
+        const QString desc = reply.value("desc").toString().simplified().left(LongestText);
+        return desc.isEmpty() ? QStringLiteral("the service refuses the file") : desc;
+    }
     for (const QJsonValue& data : reply.value("datas").toArray()) {
         if (data["upload_url"].isString())
             m_uploadUrl = data["upload_url"].toString();
         if (data["file_key"].isString())
             m_fileKey = data["file_key"].toString();
     }
-    const bool isWhole = !m_uploadUrl.isEmpty() && !m_fileKey.isEmpty() && m_fileKey.size() <= LongestKey;
-    return isWhole ? QString() : QStringLiteral("no address in the answer");
+    if (m_uploadUrl.isEmpty() || m_fileKey.isEmpty() || m_fileKey.size() > LongestKey)
+        return QStringLiteral("no address in the answer");
+    return m_access.trusts(QUrl(m_uploadUrl))
+               ? QString()
+               : QStringLiteral("the address in the answer is less safe than the service's");
 }
 
 QString UploadFilesTask::uploadImage(QNetworkAccessManager* network) {
@@ -187,8 +196,7 @@ QString UploadFilesTask::uploadLogs(QNetworkAccessManager* network) {
 }
 
 /// Paths and owners in an archive would name the user: it has the names of the files and directories alone.
-/// The archiver's exit code and messages only go to the log: an archive that lacks a file is better than
-/// none.
+/// A file that changed while it was read (code 1) is no failure; one that is lacking is.
 QString UploadFilesTask::makeArchive(const QString& archive) {
     QProcess tar;
     QEventLoop loop;
@@ -209,7 +217,10 @@ QString UploadFilesTask::makeArchive(const QString& archive) {
                              << QString::fromLocal8Bit(tar.readAllStandardError().left(LongestText));
     if (isCancelled())
         return Cancelled;
-    return tar.exitStatus() == QProcess::CrashExit ? QStringLiteral("tar was killed or crashed") : QString();
+    if (tar.exitStatus() == QProcess::CrashExit)
+        return QStringLiteral("tar was killed or crashed");
+    const bool hasFailed = tar.error() != QProcess::FailedToStart && tar.exitCode() >= TarFailed;
+    return hasFailed ? QStringLiteral("tar failed with code %1").arg(tar.exitCode()) : QString();
 }
 
 QString UploadFilesTask::put(QNetworkAccessManager* network, const QByteArray& bytes) {

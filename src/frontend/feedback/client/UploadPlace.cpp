@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr int LeftOverSecs = 60 * 60;  // the newer ones may be another process's
-
 QString directory() {
     const QString path = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
     QDir().mkpath(path);

@@ -20,7 +20,8 @@ QString newArchive();
 /// A directory for suggestions when the common one cannot be used; it may not exist.
 QString suggestions();
 
-/// Removes what an earlier process, which was ended in the middle, has left: what is older than an hour.
+constexpr int LeftOverSecs = 60 * 60;  ///< what is newer may be another process's
+/// Removes what an earlier process, which was ended in the middle, has left: what is older than that.
 void removeLeftOvers();
 
 }  // namespace UploadPlace

@@ -40,7 +40,7 @@ void ReportFacts::collectBottle() {
         m_versions = versions;
         endPart();
     });
-    LogUpload::copyLogs(m_bottle, this, [this](const LogUpload::Copies& copies) {
+    LogUpload::collectLogs(m_bottle, this, [this](const LogUpload::Copies& copies) {
         inBackground(
             this, [copies] { return copies ? filesIn(copies->path()) : QStringList(); },
             [this, copies](const QStringList& files) {

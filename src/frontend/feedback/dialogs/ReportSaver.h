@@ -28,7 +28,6 @@ public:
     void save(const QString& path, const Report& report,
               const QVector<std::shared_ptr<QTemporaryDir>>& keptAlive);
     void cancel();
-    bool isRunning() const { return bool(m_isCancelled); }
 
 Q_SIGNALS:
     /// The error text is in the user's language; empty when the file was written.

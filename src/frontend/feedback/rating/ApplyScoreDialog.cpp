@@ -11,7 +11,6 @@
 
 #include "feedback/client/FeedBackApi.h"
 #include "feedback/rating/ScoreFacts.h"
-#include "feedback/rating/ScoreSubmission.h"
 #include "feedback/rating/SentRating.h"
 #include "feedback/rating/scoreContainer.h"
 #include "feedback/widgets/SentPreview.h"
@@ -143,9 +142,9 @@ QWidget* ApplyScoreDialog::makeForm() {
     if (m_hasService) {
         layout->addWidget(makeSuggestion());
     } else {
-        auto* kept = new Label(tr("This version has no address to send ratings to. Yours is kept on this "
-                                  "computer."),
-                               Label::Secondary);
+        auto* kept =
+            new Label(ReportAccess::current().whyNot() + ' ' + tr("Your rating is kept on this computer."),
+                      Label::Secondary);
         kept->setObjectName("applyscore_dialog_no_service");
         kept->setAlignment(Qt::AlignHCenter);
         kept->setWordWrap(true);
@@ -242,18 +241,19 @@ void ApplyScoreDialog::showSentPage(bool isShown) {
     updateState();
 }
 
-/// The configuration is copied when it is to be shown for the first time.
+/// The configuration is copied when it is to be shown for the first time. Where there was none, the next look
+/// asks again.
 void ApplyScoreDialog::updateSentPage() {
     if (m_pages->currentIndex() != SentPageIndex)
         return;
     const bool agrees = m_agrees->isChecked();
-    if (agrees && !m_areCopiesAsked) {
+    if (agrees && !m_copies && !m_areCopiesAsked) {
         m_areCopiesAsked = true;
-        LogUpload::copyConfiguration(m_program.ref.bottle, m_submission->suggestionDirectory(), this,
-                                     [this](const LogUpload::Copies& copies) {
-                                         m_copies = copies;
-                                         updateSentPage();
-                                     });
+        LogUpload::collectConfiguration(m_program.ref.bottle, this, [this](const LogUpload::Copies& copies) {
+            m_copies = copies;
+            updateSentPage();
+            m_areCopiesAsked = false;
+        });
     }
     m_preview->setParts(SentRating::parts(m_submission->request(m_stars->score()), m_facts->versions(),
                                           agrees ? m_suggestion->toPlainText() : QString(),
@@ -269,7 +269,7 @@ void ApplyScoreDialog::submitConfig() {
         accept();
         return;
     }
-    m_submission->submit({score, m_suggestion->toPlainText(), m_agrees->isChecked()});
+    m_submission->submit({score, m_suggestion->toPlainText(), m_agrees->isChecked(), m_copies});
     setFocus();  // on "Cancel" a second Return would end it
 }
 
@@ -327,14 +327,22 @@ void ApplyScoreDialog::showStatus(const QString& text, bool isError) {
     QAccessible::updateAccessibility(&event);
 }
 
-void ApplyScoreDialog::onFinished(bool ok, const QString& desc, bool isWhole) {
+QString ApplyScoreDialog::textOf(ScoreSubmission::MissingParts missing) {
+    using Missing = ScoreSubmission::Missing;
+    if (!missing)
+        return tr("Successfully");
+    if (!missing.testFlag(Missing::Suggestion))
+        return tr("The rating was sent, but the configuration could not be uploaded");
+    if (!missing.testFlag(Missing::Configuration))
+        return tr("The rating was sent, but the suggestion could not be uploaded");
+    return tr("The rating was sent, but the configuration and the suggestion could not be uploaded");
+}
+
+void ApplyScoreDialog::onFinished(bool ok, const QString& desc, ScoreSubmission::MissingParts missing) {
     if (ok) {
         if (parentWidget())
-            FloatingMessage::show(parentWidget(), QIcon(widgetImage(isWhole ? "ok.svg" : "warning.svg")),
-                                  isWhole ? tr("Successfully")
-                                          : tr("The rating was sent, but the configuration and the "
-                                               "suggestion could not be uploaded"),
-                                  isWhole ? ShortMessageMs : LongMessageMs);
+            FloatingMessage::show(parentWidget(), QIcon(widgetImage(missing ? "warning.svg" : "ok.svg")),
+                                  textOf(missing), missing ? LongMessageMs : ShortMessageMs);
         Q_EMIT submit(m_stars->score());
         accept();
         return;

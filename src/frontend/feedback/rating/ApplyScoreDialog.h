@@ -1,6 +1,6 @@
 #pragma once
 
-#include "feedback/client/LogUpload.h"
+#include "feedback/rating/ScoreSubmission.h"
 #include "fenk/window/Dialog.h"
 #include "programs/Program.h"
 
@@ -9,7 +9,6 @@ class QCheckBox;
 class QPushButton;
 class QStackedWidget;
 class ScoreFacts;
-class ScoreSubmission;
 class SentPreview;
 class scoreContainer;
 
@@ -58,13 +57,14 @@ private:
     void updateState();
     QString statusText() const;
     void showStatus(const QString& text, bool isError = false);
-    void onFinished(bool ok, const QString& desc, bool isWhole);
+    static QString textOf(ScoreSubmission::MissingParts missing);
+    void onFinished(bool ok, const QString& desc, ScoreSubmission::MissingParts missing);
 
     const Program m_program;
     const bool m_hasService;
     ScoreFacts* m_facts;
     ScoreSubmission* m_submission;
-    LogUpload::Copies m_copies;  ///< of the configuration, for the page
+    LogUpload::Copies m_copies;  ///< of the configuration, once shown: these are sent
     bool m_areCopiesAsked = false;
     QStackedWidget* m_pages;
     Fenk::Label* m_icon;

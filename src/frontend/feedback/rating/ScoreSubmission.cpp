@@ -4,7 +4,6 @@
 
 #include "backend/InBackground.h"
 #include "feedback/client/FeedBackApi.h"
-#include "feedback/client/LogUpload.h"
 #include "feedback/client/SuggestionFile.h"
 #include "feedback/rating/ScoreFacts.h"
 
@@ -14,7 +13,7 @@ ScoreSubmission::ScoreSubmission(const ProgramRef& program, const QString& appNa
       m_program(program),
       m_appName(appName),
       m_facts(facts),
-      m_suggestionDirectory(LogUpload::SuggestionDirectory) {}
+      m_suggestionDirectory(SuggestionFile::CommonDirectory) {}
 
 ScoreSubmission::~ScoreSubmission() = default;
 
@@ -26,7 +25,7 @@ void ScoreSubmission::submit(const Rating& rating) {
     if (m_step != Step::Idle)
         return;
     m_rating = rating;
-    m_isWhole = true;
+    m_missing = {};
     m_work = std::make_unique<QObject>();
     setStep(Step::Collecting);
     if (m_facts->isReady())
@@ -36,17 +35,26 @@ void ScoreSubmission::submit(const Rating& rating) {
 }
 
 void ScoreSubmission::onFacts() {
-    if (!m_rating.withConfiguration)
+    if (!m_rating.withConfiguration) {
         send({});
-    else if (m_rating.suggestion.trimmed().isEmpty())
-        upload(nullptr);
-    else
+    } else if (m_rating.configuration) {
         writeSuggestion();
+    } else {
+        const auto take = [this](const LogUpload::Copies& copies) {
+            m_rating.configuration = copies;
+            writeSuggestion();
+        };
+        LogUpload::collectConfiguration(m_program.bottle, m_work.get(), take);
+    }
 }
 
 /// A file that is ready only after the rating was cancelled is removed with the result.
 void ScoreSubmission::writeSuggestion() {
     setStep(Step::Uploading);
+    if (m_rating.suggestion.trimmed().isEmpty()) {
+        upload(nullptr);
+        return;
+    }
     const QString name = SuggestionFile::nameFor(m_appName, QDateTime::currentDateTime());
     inBackground(
         m_work.get(),
@@ -54,22 +62,22 @@ void ScoreSubmission::writeSuggestion() {
             return SuggestionFile::write(directory, name, text);
         },
         [this](const std::shared_ptr<SuggestionFile>& suggestion) {
-            m_isWhole = suggestion != nullptr;
+            m_missing.setFlag(Missing::Suggestion, !suggestion);
             upload(suggestion);
         });
 }
 
 void ScoreSubmission::upload(const std::shared_ptr<SuggestionFile>& suggestion) {
-    setStep(Step::Uploading);
     m_suggestion = suggestion;
     auto* upload = new LogUpload(m_work.get());
-    upload->setSuggestionDirectory(suggestion ? suggestion->directory() : m_suggestionDirectory);
     connect(upload, &LogUpload::finished, m_work.get(), [this](const QString& key) {
+        if (key.isEmpty())
+            m_missing |= m_suggestion ? Missing::Configuration | Missing::Suggestion : Missing::Configuration;
         m_suggestion.reset();
-        m_isWhole = m_isWhole && !key.isEmpty();
         send(key);
     });
-    upload->uploadConfiguration(m_program.bottle);
+    upload->uploadConfiguration(m_rating.configuration,
+                                suggestion ? QStringList(suggestion->path()) : QStringList());
 }
 
 void ScoreSubmission::send(const QString& configurationKey) {
@@ -81,7 +89,7 @@ void ScoreSubmission::send(const QString& configurationKey) {
     api->submitAppScore(score, m_facts->versions(), m_work.get(), [this](bool ok, const QString& desc) {
         m_work.release()->deleteLater();  // this is called by a part of it
         setStep(Step::Idle);
-        Q_EMIT finished(ok, desc, m_isWhole);
+        Q_EMIT finished(ok, desc, m_missing);
     });
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "backend/ProgramRef.h"
+#include "feedback/client/LogUpload.h"
 
 class ScoreFacts;
 class SuggestionFile;
@@ -16,11 +17,15 @@ class ScoreSubmission : public QObject {
     Q_OBJECT
 public:
     enum class Step { Idle, Collecting, Uploading, Sending };
+    /// What the user wanted to be sent, but the score went without.
+    enum class Missing { Configuration = 1, Suggestion = 2 };
+    Q_DECLARE_FLAGS(MissingParts, Missing)
 
     struct Rating {
         int score = 0;
         QString suggestion;
-        bool withConfiguration = false;  ///< also the suggestion goes only then
+        bool withConfiguration = false;   ///< also the suggestion goes only then
+        LogUpload::Copies configuration;  ///< that the user has read; null: it is copied now
     };
 
     /// The facts must outlive this object.
@@ -28,9 +33,8 @@ public:
                     QObject* parent = nullptr);
     ~ScoreSubmission() override;
 
-    /// Where the suggestion waits for its upload, instead of LogUpload::SuggestionDirectory.
+    /// Where the suggestion waits for its upload, instead of SuggestionFile::CommonDirectory.
     void setSuggestionDirectory(const QString& path) { m_suggestionDirectory = path; }
-    const QString& suggestionDirectory() const { return m_suggestionDirectory; }
 
     /// What is sent without a configuration.
     AppScoreRequest request(int score) const;
@@ -41,9 +45,8 @@ public:
 
 Q_SIGNALS:
     void stepChanged();
-    /// `desc` says why not; untrusted; may be empty. `isWhole` is false when the configuration could not be
-    /// uploaded; the score goes without it.
-    void finished(bool ok, const QString& desc, bool isWhole);
+    /// `desc` says why not; untrusted; may be empty.
+    void finished(bool ok, const QString& desc, MissingParts missing);
 
 private:
     void setStep(Step step);
@@ -58,7 +61,9 @@ private:
     QString m_suggestionDirectory;
     Rating m_rating;
     Step m_step = Step::Idle;
-    bool m_isWhole = true;
+    MissingParts m_missing;
     std::unique_ptr<QObject> m_work;  ///< owns what is under way
     std::shared_ptr<SuggestionFile> m_suggestion;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(ScoreSubmission::MissingParts)

@@ -21,8 +21,8 @@ QString SentRating::introduction() {
     return translated(
                QT_TRANSLATE_NOOP("ApplyScoreDialog",
                                  "When you press “Submit”, this goes to %1, together with the time and a "
-                                 "signature. Names of you and of your computer are taken out of the "
-                                 "configuration."))
+                                 "signature. Files go to the storage that this service names. Names of you "
+                                 "and of your computer are taken out of the configuration."))
         .arg(loggedAddress(QUrl(ReportAccess::current().baseUrl)));
 }
 
