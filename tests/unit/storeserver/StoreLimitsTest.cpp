@@ -76,6 +76,29 @@ private Q_SLOTS:
         QCOMPARE(clients[2]->state(), QAbstractSocket::ConnectedState);
     }
 
+    void uploadsThatMoveStay() {
+        start({1h, 1h, 1h, 1s, 4});
+        const auto upload = connected();
+        upload->write("POST / HTTP/1.1\r\nHost: h\r\nContent-Length: 9\r\n\r\nabc");
+        QVERIFY(upload->waitForBytesWritten(WaitMs));
+        const auto other = connected("127.0.0.2");
+        other->write(Request);
+        QVERIFY(other->waitForReadyRead(WaitMs));
+        // Of the crowded network, not of the other; and those that are idle first.
+        std::vector<std::unique_ptr<QTcpSocket>> clients;
+        for (int index = 0; index < 4; ++index) {
+            clients.push_back(connected());
+            clients.back()->write(Request);
+            QVERIFY(clients.back()->waitForReadyRead(WaitMs));
+        }
+        QTRY_COMPARE(clients[0]->state(), QAbstractSocket::UnconnectedState);
+        QTRY_COMPARE(clients[1]->state(), QAbstractSocket::UnconnectedState);
+        QCOMPARE(other->state(), QAbstractSocket::ConnectedState);
+        upload->write("defghi");
+        QVERIFY(upload->waitForReadyRead(WaitMs));
+        QVERIFY(upload->readAll().startsWith("HTTP/1.1 200"));
+    }
+
     void answersNotTakenMakeRoom() {
         start({1h, 1h, 1h, 1s, 10, LargeBytes * 3 / 2});
         std::vector<std::unique_ptr<QTcpSocket>> clients;
@@ -170,8 +193,10 @@ private:
             1, [](int) { return answerOf; }, limits,
             [](const StoreRequest&, size_t) { return std::make_unique<RefusedBody>(Refusal()); });
     }
-    std::unique_ptr<QTcpSocket> connected() const {
+    std::unique_ptr<QTcpSocket> connected(const char* from = "127.0.0.1") const {
         auto socket = std::make_unique<QTcpSocket>();
+        if (!socket->bind(QHostAddress(from)))
+            qFatal("no such address");
         socket->connectToHost("127.0.0.1", quint16(m_server->port()));
         if (!socket->waitForConnected(WaitMs))
             qFatal("no connection");

@@ -6,7 +6,9 @@
 namespace StoreServer {
 
 /// How long a connection may wait in each phase, how many there may be, and how much memory their bodies and
-/// answers may take. What is more than a limit ends the one that has waited longest for its client.
+/// answers may take. What is more than a limit ends one that has waited long for its client: of bodies and
+/// answers the longest; of connections one of a network that has more than a quarter of all, and one that is
+/// between requests before others.
 struct ServerLimits {
     std::chrono::seconds idle{60};     ///< for the next request
     std::chrono::seconds reading{10};  ///< from a request's first byte to the last of its head

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <system_error>
+#include <tuple>
 
 namespace StoreServer {
 
@@ -19,6 +20,7 @@ constexpr int EventsAtOnce = 64;
 constexpr int AcceptedAtOnce = 16;
 constexpr std::chrono::minutes WarningPause{1};
 constexpr size_t ReceiveBytes = 16 * 1024;
+constexpr size_t NetworkShare = 4;  // so many have room for as many connections as they like
 
 Fenk::OwnedFd owned(int fd, const char* what) {
     if (fd < 0)
@@ -139,20 +141,44 @@ bool ServerThread::listen(bool isListening) {
     return m_isListening;
 }
 
-void ServerThread::add(int fd, std::string peer) {
+void ServerThread::add(int fd, const std::string& peer) {
     if (int(m_connections.size()) >= m_limits.connections)
         makeRoom();
-    m_connections.try_emplace(fd, fd, m_exchange, std::move(peer));
+    m_connections.try_emplace(fd, fd, m_exchange, peer);
     if (!change(m_epoll, EPOLL_CTL_ADD, fd, EPOLLIN | EPOLLRDHUP))
         m_connections.erase(fd);
 }
 
+/// For a newcomer one goes that is between requests before one that is in the middle, and of these the one
+/// that has moved nothing for the longest time. A network with too many connections makes room itself.
 void ServerThread::makeRoom() {
-    const auto longest = std::min_element(
+    const std::string crowded = crowdedNetwork();
+    const auto rank = [&crowded](const Connection& connection) {
+        const bool isBetween =
+            connection.phase == Conversation::Phase::Idle || connection.phase == Conversation::Phase::Reading;
+        return std::tuple(crowded.empty() || connection.network == crowded ? 0 : 1, isBetween ? 0 : 1,
+                          connection.moved);
+    };
+    const auto first = std::min_element(
         m_connections.begin(), m_connections.end(),
-        [](const auto& left, const auto& right) { return left.second.since < right.second.since; });
-    if (longest != m_connections.end())
-        end(longest);
+        [&rank](const auto& left, const auto& right) { return rank(left.second) < rank(right.second); });
+    if (first != m_connections.end())
+        end(first);
+}
+
+/// Empty if none has more than its share.
+std::string ServerThread::crowdedNetwork() const {
+    std::unordered_map<std::string, size_t> counts;
+    std::string crowded;
+    size_t most = m_connections.size() / NetworkShare;
+    for (const auto& [fd, connection] : m_connections) {
+        const size_t count = ++counts[connection.network];
+        if (count > most) {
+            most = count;
+            crowded = connection.network;
+        }
+    }
+    return crowded;
 }
 
 ServerThread::Connections::iterator ServerThread::end(Connections::iterator place) {
@@ -166,11 +192,11 @@ void ServerThread::countHeld(Connection& connection) {
     m_held += connection.held;
 }
 
-void ServerThread::endLongestWriter() {
+void ServerThread::endLongestHolder() {
     auto longest = m_connections.end();
     for (auto place = m_connections.begin(); place != m_connections.end(); ++place) {
         if (place->second.held > 0 &&
-            (longest == m_connections.end() || place->second.since < longest->second.since))
+            (longest == m_connections.end() || place->second.moved < longest->second.moved))
             longest = place;
     }
     if (longest != m_connections.end())
@@ -193,7 +219,7 @@ void ServerThread::handle(int fd, unsigned events) {
     else
         end(place);
     while (m_held > m_limits.heldBytes)
-        endLongestWriter();
+        endLongestHolder();
 }
 
 /// False if the connection is broken.
@@ -207,6 +233,7 @@ bool ServerThread::receive(Connection& connection) {
         return true;
     }
     m_activity.touch();
+    connection.moved = Clock::now();
     connection.conversation.receive({bytes.data(), size_t(count)});
     return true;
 }
@@ -219,8 +246,9 @@ bool ServerThread::send(Connection& connection) {
     const ssize_t count = ::send(connection.fd.get(), output.data(), output.size(), MSG_NOSIGNAL);
     if (count < 0)
         return isTransient(errno);
+    connection.moved = Clock::now();
     if (size_t(count) == output.size())
-        connection.since = Clock::now();  // the next answer has its own time
+        connection.since = connection.moved;  // the next answer has its own time
     connection.conversation.sent(size_t(count));
     return true;
 }

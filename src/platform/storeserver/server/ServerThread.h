@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "fenk/system/OwnedFd.h"
+#include "storeserver/request/ClientAddress.h"
 #include "storeserver/server/Conversation.h"
 #include "storeserver/server/ServerLimits.h"
 
@@ -42,13 +43,15 @@ private:
     using Clock = std::chrono::steady_clock;
 
     struct Connection {
-        Connection(int descriptor, HttpExchange& exchange, std::string peer)
-            : fd(descriptor), conversation(exchange, std::move(peer)) {}
+        Connection(int descriptor, HttpExchange& exchange, const std::string& peer)
+            : fd(descriptor), conversation(exchange, peer), network(clientAddress(peer, {})) {}
 
         Fenk::OwnedFd fd;
         Conversation conversation;
         Conversation::Phase phase = Conversation::Phase::Idle;
+        std::string network;                     ///< that it comes from
         Clock::time_point since = Clock::now();  ///< of the phase; each answer is a phase of its own
+        Clock::time_point moved = Clock::now();  ///< when bytes last came or went
         size_t held = 0;                         ///< as it is counted in all that are held
         bool isWatchedForWriting = false;
     };
@@ -59,10 +62,11 @@ private:
     void accept();
     void onNotAccepted(int error);
     bool listen(bool isListening);
-    void add(int fd, std::string peer);
+    void add(int fd, const std::string& peer);
     void makeRoom();
+    std::string crowdedNetwork() const;
     void countHeld(Connection& connection);
-    void endLongestWriter();
+    void endLongestHolder();
     Connections::iterator end(Connections::iterator place);
     void handle(int fd, unsigned events);
     bool receive(Connection& connection);
