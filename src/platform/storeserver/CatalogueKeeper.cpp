@@ -57,12 +57,8 @@ void CatalogueKeeper::watch() {
 }
 
 void CatalogueKeeper::refresh() {
-    try {
-        if (m_votes)
-            m_loader.setVotes(m_votes());
-    } catch (const SqlError& error) {
-        qWarning("the scores of users cannot be read: %s", error.what());
-    }
+    if (m_votes)
+        m_loader.setVotes(m_votes());
     const CatalogueLoader::Result result = m_loader.refresh();
     QStringList faults;
     for (const Fault& fault : result.faults)

@@ -62,7 +62,8 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
     const QCommandLineOption reports("reports", "Take reports of users and keep them in this directory.",
                                      "directory");
     const QCommandLineOption room("reports-room", "How much may be in it.", "MiB", StandardReportsMiB);
-    const QCommandLineOption list("list-reports", "Only print what is in the directory of --reports.");
+    const QCommandLineOption list("list-reports",
+                                  "Only print what is in a directory of reports, which follows.");
     parser.addOptions({data, listen, publicUrl, threads, check, session, idle, reports, room, list});
 
     Options options;
@@ -77,6 +78,9 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
     }
     options.data = parser.value(data);
     options.reports = parser.value(reports);
+    QStringList others = parser.positionalArguments();
+    if (parser.isSet(list) && options.reports.isEmpty() && !others.isEmpty())
+        options.reports = others.takeFirst();
     options.task = parser.isSet(check)     ? Options::Task::Check
                    : parser.isSet(list)    ? Options::Task::ListReports
                    : parser.isSet(session) ? Options::Task::ServeSession
@@ -87,16 +91,18 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
     options.reportsMiB = parser.value(room).toInt(&areMiB);
     options.threads = parser.value(threads).toInt(&areThreads);
     options.idleSeconds = parser.value(idle).toInt(&areSeconds);
-    if (!parser.positionalArguments().isEmpty())
-        options.error = "Unexpected argument: " + parser.positionalArguments().constFirst();
+    if (!others.isEmpty())
+        options.error = "Unexpected argument: " + others.constFirst();
     else if (!areThreads || options.threads < 1 || options.threads > MaximumThreads)
         options.error = QString("--threads must be a number from 1 to %1.").arg(MaximumThreads);
     else if (!areSeconds || options.idleSeconds < 0 || options.idleSeconds > MaximumIdleSeconds)
         options.error = QString("--idle-seconds must be a number from 0 to %1.").arg(MaximumIdleSeconds);
     else if (!areMiB || options.reportsMiB < 1 || options.reportsMiB > MaximumReportsMiB)
         options.error = QString("--reports-room must be a number from 1 to %1.").arg(MaximumReportsMiB);
-    else if (options.reports.isEmpty() && (parser.isSet(list) || parser.isSet(reports) || parser.isSet(room)))
-        options.error = "--list-reports and --reports-room need a directory in --reports.";
+    else if (options.reports.isEmpty() && parser.isSet(list))
+        options.error = "Which reports? Say --list-reports DIRECTORY.";
+    else if (options.reports.isEmpty() && (parser.isSet(reports) || parser.isSet(room)))
+        options.error = "--reports-room needs a directory in --reports, and that must have a name.";
     else if (parser.isSet(session) && parser.isSet(reports))
         options.error = "--reports cannot be used with --session, which serves this user only.";
     else if (parser.isSet(session) && (parser.isSet(listen) || parser.isSet(publicUrl)))

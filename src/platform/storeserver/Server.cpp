@@ -38,10 +38,10 @@ QString reportSecret(const QString& directory) {
         hex = source.read(MaximumSecret);
     const QString secret = ReportSignature::secretOf(hex.trimmed());
     if (secret.isEmpty())
-        throw ReportError(QString("Reports need a secret, as hexadecimal digits in %1 or in the environment "
-                                  "variable %2.")
-                              .arg(file, SecretVariable)
-                              .toStdString());
+        throw ReportError(
+            QString("Reports need a secret of at least 16 bytes, none of them 0, as hexadecimal "
+                    "digits in %1 or in the environment variable %2.")
+                .arg(file, SecretVariable));
     return secret;
 }
 

@@ -47,7 +47,8 @@ private Q_SLOTS:
 
     void votesAreTheScore() {
         // Either name counts, in any spelling; 3.5 becomes 4.
-        m_loader->setVotes({{voteKey("FINE notes  pad"), {4, 2}}, {voteKey("微信电脑版"), {10, 2}}});
+        m_loader->setVotes({{voteKey("FINE notes  pad"), {{1, 0, 1, 1}, {2, 0, 3, 1}}},
+                            {voteKey("微信电脑版"), {{3, 0, 5, 1}, {4, 0, 5, 1}}}});
         auto rated = m_loader->refresh().catalogue;
         QVERIFY(rated->reader(0).app("note-pad", {}, {})->find("\"score\":4") != std::string::npos);
         m_loader->setVotes({});

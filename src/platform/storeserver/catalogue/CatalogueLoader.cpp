@@ -18,9 +18,10 @@ CatalogueLoader::CatalogueLoader(const QString& directory, int readers)
 void CatalogueLoader::setVotes(const VotesByName& votes) {
     if (votes == m_votes)
         return;
-    for (const CatalogueWriter::Names& app : m_writer->names()) {
-        if (ratingOf(app.english, app.chinese, votes) != ratingOf(app.english, app.chinese, m_votes))
-            m_signatures.remove(app.appInfoId);
+    for (auto app = m_voteKeys.cbegin(); app != m_voteKeys.cend(); ++app) {
+        const auto& [english, chinese] = *app;
+        if (tallyOf(english, chinese, votes).rating() != tallyOf(english, chinese, m_votes).rating())
+            m_signatures.remove(app.key());
     }
     m_votes = votes;
 }
@@ -84,6 +85,7 @@ void CatalogueLoader::update(const QStringList& names, Faults& faults) {
         if (!present.contains(known)) {
             m_writer->remove(known);
             m_signatures.remove(known);
+            m_voteKeys.remove(known);
             m_isChanged = true;
         }
     }
@@ -120,7 +122,9 @@ bool CatalogueLoader::replace(const QString& appInfoId, Faults& faults) {
         m_signatures.remove(other);
     }
     AppRecord& record = entry->record;
-    if (const int rating = ratingOf(record.names.english(), record.names.chinese(), m_votes))
+    const VoteKeys keys{voteKey(record.names.english()), voteKey(record.names.chinese())};
+    m_voteKeys.insert(appInfoId, keys);
+    if (const int rating = tallyOf(keys.first, keys.second, m_votes).rating())
         record.score = rating;
     m_writer->remove(appInfoId);
     m_writer->add(*entry);

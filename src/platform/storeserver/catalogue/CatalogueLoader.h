@@ -18,7 +18,7 @@ public:
     /// Throws SqlError if there is no room for temporary files.
     CatalogueLoader(const QString& directory, int readers);
 
-    /// The score of an application with votes is their average, from the next catalogue on. Throws SqlError.
+    /// The score of an application with votes is their average, from the next catalogue on.
     void setVotes(const VotesByName& votes);
 
     struct Result {
@@ -29,6 +29,7 @@ public:
 
 private:
     using Entries = QHash<QString, QByteArray>;
+    using VoteKeys = QPair<QString, QString>;  // of the English and the Chinese name
 
     bool readCategories(Faults& faults);
     void readIssueTypes(Faults& faults);
@@ -45,6 +46,7 @@ private:
     QList<IssueTypeRecord> m_issueTypes = standardIssueTypes();
     QByteArray m_issueTypesSignature;
     VotesByName m_votes;
+    QHash<QString, VoteKeys> m_voteKeys;
     Entries m_signatures;  ///< of the applications that were read without a fault
     bool m_isChanged = false;
 };

@@ -96,17 +96,6 @@ QStringList CatalogueWriter::appInfoIds() {
     return names;
 }
 
-QList<CatalogueWriter::Names> CatalogueWriter::names() {
-    QList<Names> all;
-    SqlStatement select(m_database, "SELECT key, en, zh FROM apps");
-    const auto text = [&select](int column) {
-        return QString::fromStdString(std::string(select.text(column)));
-    };
-    while (select.step())
-        all.append({text(0), text(1), text(2)});
-    return all;
-}
-
 QString CatalogueWriter::appWithId(qint64 appId) {
     SqlStatement select(m_database, "SELECT key FROM apps WHERE id = ?1");
     return select.bind(1, appId).step() ? QString::fromStdString(std::string(select.text(0))) : QString();

@@ -17,13 +17,6 @@ public:
     void rollBack();
 
     QStringList appInfoIds();
-    /// Folded, as searches use them.
-    struct Names {
-        QString appInfoId;
-        QString english;
-        QString chinese;
-    };
-    QList<Names> names();
     /// The application that has the number, empty if none has.
     QString appWithId(qint64 appId);
     /// Removing what is not there does nothing. An application is removed before it is added again.

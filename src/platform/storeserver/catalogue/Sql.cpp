@@ -17,12 +17,13 @@ SqlDatabase::SqlDatabase(const std::string& name, int flags) {
     const int code = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK)
-        throw SqlError(handle ? sqlite3_errmsg(handle) : "out of memory");
+        throw SqlError(handle ? sqlite3_errmsg(handle) : "out of memory", code);
 }
 
 void SqlDatabase::run(const std::string& statements) {
-    if (sqlite3_exec(handle(), statements.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw SqlError(sqlite3_errmsg(handle()));
+    const int code = sqlite3_exec(handle(), statements.c_str(), nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK)
+        throw SqlError(sqlite3_errmsg(handle()), code);
 }
 
 SqlStatement::SqlStatement(const SqlDatabase& database, std::string_view text) {
@@ -31,12 +32,12 @@ SqlStatement::SqlStatement(const SqlDatabase& database, std::string_view text) {
                                         SQLITE_PREPARE_PERSISTENT, &handle, nullptr);
     m_handle.reset(handle);
     if (code != SQLITE_OK)
-        throw SqlError(sqlite3_errmsg(database.handle()));
+        throw SqlError(sqlite3_errmsg(database.handle()), code);
 }
 
 void SqlStatement::check(int code) const {
     if (code != SQLITE_OK)
-        throw SqlError(sqlite3_errmsg(sqlite3_db_handle(m_handle.get())));
+        throw SqlError(sqlite3_errmsg(sqlite3_db_handle(m_handle.get())), code);
 }
 
 SqlStatement& SqlStatement::bind(int index, std::string_view value) {

@@ -12,7 +12,18 @@ namespace StoreServer {
 /// What SQLite says of a statement that failed. Does not leave the catalogue.
 class SqlError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit SqlError(const std::string& text, int code = SQLITE_ERROR)
+        : std::runtime_error(text), m_code(code) {}
+
+    /// Another connection has the file.
+    bool isBusy() const { return m_code == SQLITE_BUSY || m_code == SQLITE_LOCKED; }
+    /// The file is no database, or not a whole one, or has other tables.
+    bool isDamage() const {
+        return m_code == SQLITE_NOTADB || m_code == SQLITE_CORRUPT || m_code == SQLITE_ERROR;
+    }
+
+private:
+    int m_code;
 };
 
 /// One connection of SQLite, for one thread at a time. All methods throw SqlError.

@@ -1,22 +1,44 @@
 #include "storeserver/catalogue/Votes.h"
 
+#include <QSet>
+#include <algorithm>
+#include <tuple>
+
 #include "storeserver/catalogue/SearchText.h"
 
 namespace StoreServer {
 
+namespace {
+
+constexpr int NameLength = 50;  // of what clients send
+
+}  // namespace
+
 QString voteKey(const QString& name) {
-    return SearchText::folded(name).simplified();
+    QString cut = name.left(NameLength);
+    if (name.size() > NameLength && cut.at(NameLength - 1).isHighSurrogate())
+        cut.chop(1);
+    return SearchText::folded(cut).simplified();
 }
 
-int ratingOf(const QString& english, const QString& chinese, const VotesByName& votes) {
-    const QString first = voteKey(english);
-    const QString second = voteKey(chinese);
-    Votes all = votes.value(first);
-    if (second != first) {
-        const Votes more = votes.value(second);
-        all = {all.sum + more.sum, all.count + more.count};
+Tally tallyOf(const QString& key, const QString& otherKey, const VotesByName& votes) {
+    QVector<Vote> all = votes.value(key);
+    if (otherKey != key)
+        all += votes.value(otherKey);
+    std::sort(all.begin(), all.end(), [](const Vote& left, const Vote& right) {
+        return std::tie(right.timeMs, left.device) < std::tie(left.timeMs, right.device);
+    });
+    Tally tally;
+    QHash<quint64, int> networks;
+    QSet<quint64> devices;
+    for (const Vote& vote : qAsConst(all)) {
+        const bool isCounted = !devices.contains(vote.device) &&
+                               (vote.network == 0 || ++networks[vote.network] <= MostOfNetwork);
+        devices.insert(vote.device);
+        if (isCounted)
+            tally = {tally.sum + vote.score, tally.count + 1};
     }
-    return all.count > 0 ? int((2 * all.sum + all.count) / (2 * all.count)) : 0;
+    return tally;
 }
 
 }  // namespace StoreServer

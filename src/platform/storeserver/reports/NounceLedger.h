@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QSet>
-#include <deque>
+#include <map>
 
 namespace StoreServer {
 
-/// The nounces of the last time, so that a signed request is taken only once. For one thread at a time.
+/// The nounces of the last time, so that a signed request is taken only once. For one thread at a time. How
+/// many of them one client has is up to its tokens.
 class NounceLedger {
 public:
     /// A request is good for so long on either side of this clock.
@@ -13,17 +14,16 @@ public:
     static constexpr int MostNounces = 100000;
 
     enum class Verdict { Fresh, Used, OutOfTime, Full };
-    /// Notes a fresh one. Times in ms since 1970, that of the request as it was signed.
-    Verdict enter(const QString& nounce, qint64 signedMs, qint64 nowMs);
+    /// Times in ms since 1970, that of the request as it was signed.
+    Verdict verdict(const QString& nounce, qint64 signedMs, qint64 nowMs);
+    /// Notes a fresh one.
+    void enter(const QString& nounce, qint64 nowMs);
 
 private:
-    struct Entry {
-        QString nounce;
-        qint64 forgottenMs;  ///< from when on its request is out of time
-    };
+    void forget(qint64 nowMs);
 
     QSet<QString> m_known;
-    std::deque<Entry> m_entries;  // in the order in which they came
+    std::multimap<qint64, QString> m_ends;  // from when on the request of a nounce is out of time
 };
 
 }  // namespace StoreServer

@@ -26,4 +26,10 @@ bool RateLimiter::take(const std::string& key, long long nowMs, int count) {
     return true;
 }
 
+void RateLimiter::give(const std::string& key, int count) {
+    const auto place = m_places.find(key);
+    if (place != m_places.end())
+        place->second->tokens = std::min(double(m_limits.burst), place->second->tokens + count);
+}
+
 }  // namespace StoreServer

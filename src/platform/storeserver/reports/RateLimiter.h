@@ -21,6 +21,8 @@ public:
 
     /// Takes tokens; false, taking none, if there are not so many.
     bool take(const std::string& key, long long nowMs, int count = 1);
+    /// Gives back tokens that were taken and not needed.
+    void give(const std::string& key, int count);
 
 private:
     struct Bucket {

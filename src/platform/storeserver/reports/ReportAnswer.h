@@ -9,6 +9,9 @@ namespace StoreServer {
 /// with commas between them.
 StoreAnswer reportAnswer(const Refusal& refusal, const std::string& datas = {});
 
+/// The status for an error of the system: no room, there already, or anything else.
+int statusOf(int error);
+
 /// A body that is not wanted. It is read nevertheless, as clients that are still sending do not see an
 /// answer.
 class RefusedBody : public RequestBody {

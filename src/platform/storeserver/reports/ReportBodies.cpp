@@ -16,16 +16,24 @@ namespace {
 constexpr int MaximumTypes = 50;
 constexpr int MaximumImages = 9;
 constexpr int KeyLength = 128;
-constexpr int LabelLength = 200;
-constexpr int DescriptionLength = 10000;
-constexpr int UrlLength = 2000;
+constexpr int LabelLength = 255;
+constexpr int DescriptionLength = 20000;
+constexpr int UrlLength = 4096;
+constexpr int FactLength = 1000;
+constexpr int MostGraphicsDevices = 16;
 constexpr int ScoredNameLength = 50;
 constexpr int BestScore = 5;
 
 /// Reads fields of one body. After the first error the rest is empty.
 class Fields {
 public:
-    explicit Fields(const QJsonObject& body) : m_body(body) {}
+    Fields(const QJsonObject& body, QStringList known) : m_body(body) {
+        known += QStringList{"time", "nounce", "sign"};
+        for (const QString& key : body.keys()) {
+            if (!known.contains(key))
+                refuse("a field is not known to this server");
+        }
+    }
 
     /// A missing one is empty.
     QString text(const QString& key, int maximum) {
@@ -70,6 +78,29 @@ private:
     QString m_error;
 };
 
+/// Texts by known names, of bounded length.
+QJsonObject facts(const QJsonObject& object, const QStringList& names) {
+    QJsonObject known;
+    for (const QString& name : names) {
+        if (object.value(name).isString())
+            known.insert(name, object.value(name).toString().left(FactLength));
+    }
+    return known;
+}
+
+/// What clients tell of a machine, without its id.
+QJsonObject hardwareFacts(const QJsonObject& hardware) {
+    QJsonObject known = facts(hardware, {"cpu", "nvidia", "mesa", "os", "arch"});
+    QJsonArray devices;
+    for (const QJsonValue& device : hardware.value("gpus").toArray()) {
+        if (devices.size() < MostGraphicsDevices)
+            devices.append(facts(device.toObject(), {"gpu", "module"}));
+    }
+    if (!devices.isEmpty())
+        known.insert("gpus", devices);
+    return known;
+}
+
 }  // namespace
 
 QString parse(std::string_view bytes, QJsonObject* body) {
@@ -82,11 +113,11 @@ QString parse(std::string_view bytes, QJsonObject* body) {
 }
 
 QString readFeedback(const QJsonObject& body, Feedback* feedback) {
-    Fields fields(body);
+    Fields fields(body, {"issueTypes", "issueDesc", "appName", "appVersion", "downUrl", "imgKeys",
+                         "contactInfo", "hardwareInfo", "logFileKey"});
     const QStringList types = fields.texts("issueTypes", MaximumTypes, LabelLength);
     const QString description = fields.text("issueDesc", DescriptionLength);
-    QJsonObject hardware = fields.object("hardwareInfo");
-    hardware.remove("machine_id");
+    const QJsonObject hardware = hardwareFacts(fields.object("hardwareInfo"));
     feedback->record = QJsonObject{{"issueTypes", QJsonArray::fromStringList(types)},
                                    {"issueDesc", description},
                                    {"appName", fields.text("appName", LabelLength)},
@@ -103,7 +134,7 @@ QString readFeedback(const QJsonObject& body, Feedback* feedback) {
 }
 
 QString readScore(const QJsonObject& body, Score* score) {
-    Fields fields(body);
+    Fields fields(body, {"appName", "appVersion", "score", "cfgFileKey"});
     score->appName = fields.text("appName", ScoredNameLength).simplified();
     score->appVersion = fields.text("appVersion", ScoredNameLength);
     score->fileKey = fields.text("cfgFileKey", KeyLength);
@@ -120,7 +151,7 @@ QString readScore(const QJsonObject& body, Score* score) {
 QString readUpload(const QJsonObject& body, UploadKind* kind) {
     static const QRegularExpression pictures("\\A(png|jpe?g|gif)\\z",
                                              QRegularExpression::CaseInsensitiveOption);
-    Fields fields(body);
+    Fields fields(body, {"from", "type", "fileSuffix"});
     const QString type = fields.text("type", KeyLength);
     const QString suffix = fields.text("fileSuffix", KeyLength);
     if (type != "image" && type != "attach")

@@ -4,175 +4,157 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QRandomGenerator>
-#include <QSaveFile>
-#include <algorithm>
-#include <array>
+#include <QSet>
 #include <cerrno>
 
-#include "fenk/system/RegularFile.h"
+#include "storeserver/reports/OwnKey.h"
+#include "storeserver/reports/PlainText.h"
+#include "storeserver/reports/PrivateFile.h"
 
 namespace StoreServer {
 
 namespace {
 
-constexpr int OwnKeyBytes = 32;
-constexpr qint64 CountPauseMs = 10 * 1000;
-constexpr qint64 SpareShare = 16;  // of the room, to be free after making room
-constexpr qint64 SweepPauseMs = 60 * 60 * 1000;
 const QString NewPrefix = ".new-";
+const QString TimeFormat = "yyyyMMdd-HHmmss";
+constexpr int TimeLength = 15;
 
-qint64 rounded(qint64 bytes) {
-    return (bytes + ReportDirectory::BlockBytes - 1) / ReportDirectory::BlockBytes *
-           ReportDirectory::BlockBytes;
+bool look(const QString& path, struct stat* facts) {
+    return ::lstat(QFile::encodeName(path).constData(), facts) == 0;
 }
 
-/// For the owner alone: reports are private.
-void makeDirectory(const QString& path) {
-    const QByteArray name = QFile::encodeName(path);
-    struct stat facts = {};
-    if (::mkdir(name.constData(), 0700) != 0 &&
-        (errno != EEXIST || ::stat(name.constData(), &facts) != 0 || !S_ISDIR(facts.st_mode)))
-        throw ReportError(QString("%1 cannot be made: %2.").arg(path, qt_error_string(errno)).toStdString());
-}
-
-bool writeFile(const QString& path, const QByteArray& content) {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) &&
-        file.write(content) == content.size() && file.commit())
-        return true;
-    qWarning().noquote() << path << "cannot be written:" << file.errorString();
-    return false;
+int rename(const QString& from, const QString& to) {
+    return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0 ? 0 : errno;
 }
 
 QString suffixOf(const QString& path) {
     return path.mid(path.indexOf('.', path.lastIndexOf('/')));
 }
 
-/// Under a second name, so that a client which has not heard of its success can send its report again.
-bool addName(const QString& from, const QString& to) {
-    if (::link(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0 ||
-        QFile::copy(from, to))
-        return true;
-    qWarning().noquote() << to << "cannot be made of" << from;
-    return false;
+QString nameOf(const QString& path) {
+    return path.mid(path.lastIndexOf('/') + 1);
+}
+
+/// What all files of a directory take, but for those that are being written. A file with several names is
+/// there once.
+qint64 bytesOf(const QString& path) {
+    qint64 bytes = 0;
+    QSet<quint64> known;
+    QDirIterator all(path, QDir::Files | QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                     QDirIterator::Subdirectories);
+    while (all.hasNext()) {
+        const QString file = all.next();
+        struct stat facts = {};
+        if (file.startsWith(path + "/incoming/") || !look(file, &facts))
+            continue;
+        const bool isKnown = S_ISREG(facts.st_mode) && facts.st_nlink > 1 && known.contains(facts.st_ino);
+        if (isKnown)
+            continue;
+        if (S_ISREG(facts.st_mode) && facts.st_nlink > 1)
+            known.insert(facts.st_ino);
+        bytes += ReportRoom::rounded(facts.st_size);
+    }
+    return bytes;
+}
+
+int warned(int error, const QString& what) {
+    if (error != 0)
+        qWarning().noquote() << what << "cannot be kept:" << qt_error_string(error);
+    return error;
 }
 
 }  // namespace
 
-ReportDirectory::ReportDirectory(const QString& path, qint64 roomBytes)
-    : m_path(QDir::cleanPath(path)), m_roomBytes(roomBytes) {
-    for (const char* name : {"", "/reports", "/uploads", "/incoming"})
-        makeDirectory(m_path + name);
+ReportDirectory::ReportDirectory(const QString& path, qint64 roomBytes, qint64 nowMs)
+    : m_path(QDir::cleanPath(path)), m_room(roomBytes, [this](const QString& upload) {
+          struct stat facts = {};
+          const QString file = m_path + "/uploads/" + upload;
+          return look(file, &facts) && QFile::remove(file) && facts.st_nlink == 1;
+      }) {
+    if (const int error = makeDirectories())
+        throw ReportError(QString("%1 cannot be made: %2.").arg(m_path, qt_error_string(error)));
     m_lock.reset(::open(QFile::encodeName(m_path + "/lock").constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (!m_lock.isValid() || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) != 0)
-        throw ReportError(
-            QString("%1 is not writable, or another server uses it.").arg(m_path).toStdString());
-    // SQLite gives its other files the same rights.
-    Fenk::OwnedFd(::open(QFile::encodeName(scoresFile()).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    readOwnKey();
-    // What a process that was killed has left.
-    QDir incomingFiles(m_path + "/incoming");
-    for (const QString& name : incomingFiles.entryList(QDir::Files | QDir::Hidden | QDir::System))
-        incomingFiles.remove(name);
+        throw ReportError(QString("%1 is not writable, or another server uses it.").arg(m_path));
+    struct stat facts = {};
+    if (::stat(QFile::encodeName(m_path).constData(), &facts) == 0 && (facts.st_mode & 077) != 0)
+        qWarning().noquote() << m_path << "can be read by others; chmod 700 keeps reports private";
+    m_ownKey = StoreServer::ownKey(m_path + "/own-key");
+    removeLeftOvers();
+    readReports(nowMs);
+    tidy(nowMs);
+    QDirIterator uploads(m_path + "/uploads", QDir::Files | QDir::Hidden | QDir::System);
+    while (uploads.hasNext()) {
+        const QString file = uploads.next();
+        if (look(file, &facts) && facts.st_nlink == 1)
+            m_room.addUnused(nameOf(file), ReportRoom::rounded(facts.st_size),
+                             qint64(facts.st_mtim.tv_sec) * 1000);
+    }
+}
+
+int ReportDirectory::makeDirectories() const {
+    for (const char* name : {"", "/reports", "/uploads", "/incoming"}) {
+        if (const int error = PrivateFile::makeDirectory(m_path + name))
+            return error;
+    }
+    return 0;
+}
+
+/// Of a process that was killed.
+void ReportDirectory::removeLeftOvers() {
+    QDir files(m_path + "/incoming");
+    for (const QString& name : files.entryList(QDir::Files | QDir::Hidden | QDir::System))
+        files.remove(name);
     const QDir reports(reportsOf(m_path));
     for (const QString& name : reports.entryList({NewPrefix + '*'}, QDir::Dirs | QDir::Hidden))
         QDir(reports.filePath(name)).removeRecursively();
-    count();
 }
 
-void ReportDirectory::readOwnKey() {
-    const QString file = m_path + "/own-key";
-    m_ownKey = Fenk::RegularFile::read(file, 2 * OwnKeyBytes).value_or(QByteArray());
-    if (m_ownKey.size() == 2 * OwnKeyBytes)
-        return;
-    std::array<quint32, OwnKeyBytes / sizeof(quint32)> random = {};
-    QRandomGenerator::system()->generate(random.begin(), random.end());
-    m_ownKey = QByteArray(reinterpret_cast<const char*>(random.data()), OwnKeyBytes).toHex();
-    if (!writeFile(file, m_ownKey))
-        throw ReportError(QString("%1 cannot be written.").arg(file).toStdString());
-}
-
-ReportDirectory::Room::~Room() {
-    const std::lock_guard<std::mutex> lock(m_directory.m_mutex);
-    m_directory.m_reservedBytes -= m_bytes;
-}
-
-std::unique_ptr<ReportDirectory::Room> ReportDirectory::reserve(qint64 bytes, qint64 nowMs) {
-    bytes = rounded(bytes);
+void ReportDirectory::readReports(qint64 nowMs) {
+    const QString oldest = QDateTime::fromMSecsSinceEpoch(nowMs - SameMs, Qt::UTC).toString(TimeFormat);
+    QHash<QByteArray, QString> recent;
+    for (QDirIterator all(reportsOf(m_path), QDir::Dirs | QDir::NoDotAndDotDot); all.hasNext();) {
+        all.next();
+        if (const QString id = all.fileName(); id > oldest)
+            recent.insert(id.mid(TimeLength + 1).toLatin1(), id);
+    }
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (qAbs(nowMs - m_sweptMs) >= SweepPauseMs) {
-        m_sweptMs = nowMs;
-        removeUnused(nowMs);
-        count();
+    for (auto known = m_recent.cbegin(); known != m_recent.cend(); ++known) {
+        if (known.value() > oldest)
+            recent.insert(known.key(), known.value());
     }
-    if (m_usedBytes + m_reservedBytes + bytes > m_roomBytes)
-        makeRoom(bytes, nowMs);
-    if (m_usedBytes + m_reservedBytes + bytes > m_roomBytes)
-        return nullptr;
-    m_reservedBytes += bytes;
-    return std::make_unique<Room>(*this, bytes);
+    m_recent = recent;
 }
 
-/// Counts anew, since reports may have been deleted, but not at each of many requests: makes some room for
-/// the next ones as well.
-void ReportDirectory::makeRoom(qint64 bytes, qint64 nowMs) {
-    if (qAbs(nowMs - m_countedMs) < CountPauseMs)
-        return;
-    m_countedMs = nowMs;
-    count();
-    QList<Upload> all = uploads();
-    std::sort(all.begin(), all.end(),
-              [](const Upload& left, const Upload& right) { return left.changedMs < right.changedMs; });
-    for (const Upload& upload : qAsConst(all)) {
-        if (m_usedBytes + m_reservedBytes + bytes + m_roomBytes / SpareShare <= m_roomBytes ||
-            nowMs - upload.changedMs < YoungMs)
-            break;
-        if (!upload.isUsed && QFile::remove(upload.path))
-            m_usedBytes -= rounded(upload.bytes);
-    }
-    if (m_usedBytes + m_reservedBytes + bytes > m_roomBytes)
-        qWarning().noquote() << "there is no room for more reports in" << m_path;
+void ReportDirectory::tidy(qint64 nowMs) {
+    warned(makeDirectories(), "what comes");
+    sweep(nowMs);
+    readReports(nowMs);
+    m_room.beginCount();
+    m_room.endCount(bytesOf(m_path));
 }
 
-void ReportDirectory::removeUnused(qint64 nowMs) {
-    for (const Upload& upload : uploads()) {
-        if (nowMs - upload.changedMs > UnusedMs && !QFile::remove(upload.path))
-            qWarning().noquote() << upload.path << "cannot be removed";
-    }
-}
-
-void ReportDirectory::count() {
-    m_usedBytes = 0;
-    QDirIterator all(m_path, QDir::Files | QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                     QDirIterator::Subdirectories);
-    while (all.hasNext()) {
-        struct stat facts = {};
-        const QString file = all.next();
-        if (::lstat(QFile::encodeName(file).constData(), &facts) != 0)
-            continue;
-        const bool isCounted =
-            S_ISREG(facts.st_mode) && facts.st_nlink > 1 && file.startsWith(m_path + "/uploads/");
-        if (!isCounted)
-            m_usedBytes += rounded(facts.st_size);
-    }
-}
-
-QList<ReportDirectory::Upload> ReportDirectory::uploads() const {
-    QList<Upload> all;
+void ReportDirectory::sweep(qint64 nowMs) {
     QDirIterator files(m_path + "/uploads", QDir::Files | QDir::Hidden | QDir::System);
     while (files.hasNext()) {
         const QString file = files.next();
         struct stat facts = {};
-        if (::lstat(QFile::encodeName(file).constData(), &facts) == 0)
-            all.append({file, facts.st_size, qint64(facts.st_mtim.tv_sec) * 1000, facts.st_nlink > 1});
+        if (!look(file, &facts))
+            continue;
+        const qint64 age = nowMs - qint64(facts.st_mtim.tv_sec) * 1000;
+        if (age <= (facts.st_nlink > 1 ? UsedMs : UnusedMs))
+            continue;
+        if (QFile::remove(file))
+            m_room.removeUnused(nameOf(file));
+        else
+            qWarning().noquote() << file << "cannot be removed";
     }
-    return all;
 }
 
 QString ReportDirectory::uploadOf(const QString& key) const {
@@ -184,59 +166,106 @@ QString ReportDirectory::uploadOf(const QString& key) const {
     return {};
 }
 
-Fenk::OwnedFd ReportDirectory::beginUpload(const QString& key) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!uploadOf(key).isEmpty())
-        return Fenk::OwnedFd();
-    return Fenk::OwnedFd(::open(QFile::encodeName(incoming(key)).constData(),
-                                O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+ReportDirectory::Incoming ReportDirectory::beginUpload(const QString& key) {
+    const auto open = [name = QFile::encodeName(incoming(key))] {
+        return ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+    };
+    Incoming result;
+    result.file.reset(open());
+    if (!result.file.isValid() && errno == ENOENT && makeDirectories() == 0)
+        result.file.reset(open());
+    if (!result.file.isValid()) {
+        result.error = errno;
+        if (result.error != EEXIST)
+            warned(result.error, "an upload");
+        return result;
+    }
+    // After it is ours, so that nobody makes it in between.
+    if (!hasUpload(key))
+        return result;
+    dropUpload(key);
+    return {Fenk::OwnedFd(), EEXIST};
 }
 
-bool ReportDirectory::keepUpload(const QString& key, const QString& suffix, qint64 bytes) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!QFile::rename(incoming(key), m_path + "/uploads/" + key + '.' + suffix)) {
-        qWarning().noquote() << "an upload of" << bytes << "bytes cannot be kept";
-        return false;
-    }
-    m_usedBytes += rounded(bytes);
-    return true;
+int ReportDirectory::keepUpload(const QString& key, const QString& suffix, qint64 bytes,
+                                ReportRoom::Part& part) {
+    const QString name = key + '.' + suffix;
+    const QString target = m_path + "/uploads/" + name;
+    int error = rename(incoming(key), target);
+    if (error == ENOENT && makeDirectories() == 0)
+        error = rename(incoming(key), target);
+    if (warned(error, "an upload") != 0)
+        return error;
+    part.keep(ReportRoom::rounded(bytes), name);
+    return warned(PrivateFile::syncDirectory(m_path + "/uploads"), "an upload");
 }
 
 void ReportDirectory::dropUpload(const QString& key) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
     QFile::remove(incoming(key));
 }
 
-ReportDirectory::Saved ReportDirectory::save(const QString& id, const QJsonObject& record,
-                                             const QStringList& keys, const QStringList& names) {
-    const QString target = reportsOf(m_path) + '/' + id;
-    const QString fresh = reportsOf(m_path) + '/' + NewPrefix + id;
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (QFile::exists(target))
-        return Saved::Before;
-    if (::mkdir(QFile::encodeName(fresh).constData(), 0700) == 0 && fill(fresh, record, keys, names) &&
-        QDir().rename(fresh, target)) {
-        m_usedBytes += BlockBytes + rounded(QJsonDocument(record).toJson().size());
-        return Saved::Yes;
+bool ReportDirectory::hasReport(const QByteArray& code, qint64 nowMs) const {
+    const QString oldest = QDateTime::fromMSecsSinceEpoch(nowMs - SameMs, Qt::UTC).toString(TimeFormat);
+    QString id;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        id = m_recent.value(code);
     }
-    qWarning().noquote() << target << "cannot be made";
-    QDir(fresh).removeRecursively();
-    return Saved::No;
+    return !id.isEmpty() && id > oldest && QFile::exists(reportsOf(m_path) + '/' + id);
 }
 
-bool ReportDirectory::fill(const QString& directory, const QJsonObject& record, const QStringList& keys,
-                           const QStringList& names) const {
-    QJsonArray files;
-    for (int index = 0; index < keys.size(); ++index) {
-        const QString upload = uploadOf(keys[index]);
-        const QString name = names[index] + suffixOf(upload);
-        if (upload.isEmpty() || !addName(upload, directory + '/' + name))
-            return false;
-        files.append(name);
+int ReportDirectory::save(const Report& report, const std::string& owner, qint64 nowMs) {
+    const QString id = QDateTime::fromMSecsSinceEpoch(nowMs, Qt::UTC).toString(TimeFormat) + '-' +
+                       QString::fromLatin1(report.code);
+    QStringList uploads;
+    QStringList files;
+    for (int index = 0; index < report.keys.size(); ++index) {
+        uploads += uploadOf(report.keys[index]);
+        files += report.names[index] + suffixOf(uploads.last());
     }
-    QJsonObject whole = record;
-    whole.insert("files", files);
-    return writeFile(directory + "/report.json", QJsonDocument(whole).toJson());
+    QJsonObject record = report.record;
+    record.insert("files", QJsonArray::fromStringList(files));
+    const QByteArray content = plainJson(QJsonDocument(record).toJson(QJsonDocument::Compact)) + '\n';
+    qint64 bytes = ReportRoom::BlockBytes + ReportRoom::rounded(content.size());
+    const auto part = m_room.reserve(bytes, owner, nowMs);
+    if (!part || !part->use(bytes))
+        return warned(ENOSPC, id);
+    // Nobody else has this name, so that nothing is locked while the disk writes.
+    const QString fresh = QString("%1/%2%3").arg(reportsOf(m_path), NewPrefix).arg(++m_fresh);
+    int error = fill(fresh, files, uploads, content, &bytes);
+    if (error == 0)
+        error = rename(fresh, reportsOf(m_path) + '/' + id);
+    if (error != 0) {
+        QDir(fresh).removeRecursively();
+        return error == EEXIST || error == ENOTEMPTY ? 0 : warned(error, id);
+    }
+    part->keep(bytes);
+    for (const QString& upload : qAsConst(uploads))
+        m_room.setUsed(nameOf(upload));
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_recent.insert(report.code, id);
+    }
+    qInfo().noquote() << "a report has come:" << id;
+    return warned(PrivateFile::syncDirectory(reportsOf(m_path)), id);
+}
+
+/// Adds to `bytes` what copies take.
+int ReportDirectory::fill(const QString& directory, const QStringList& files, const QStringList& uploads,
+                          const QByteArray& content, qint64* bytes) const {
+    int error = PrivateFile::makeDirectory(directory);
+    if (error == ENOENT && makeDirectories() == 0)
+        error = PrivateFile::makeDirectory(directory);
+    for (int index = 0; error == 0 && index < files.size(); ++index) {
+        qint64 copied = 0;
+        error = uploads[index].isEmpty()
+                    ? ENOENT
+                    : PrivateFile::addName(uploads[index], directory + '/' + files[index], &copied);
+        *bytes += ReportRoom::rounded(copied);
+    }
+    if (error == 0)
+        error = PrivateFile::write(directory + "/report.json", content);
+    return error == 0 ? PrivateFile::syncDirectory(directory) : error;
 }
 
 }  // namespace StoreServer

@@ -9,6 +9,7 @@
 #include <ostream>
 
 #include "fenk/system/RegularFile.h"
+#include "storeserver/reports/PlainText.h"
 #include "storeserver/reports/ReportDirectory.h"
 #include "storeserver/reports/ScoreBook.h"
 
@@ -30,48 +31,6 @@ constexpr std::array<Column, 6> Columns = {{{"TIME", 20},
                                             {"DESCRIPTION", 48},
                                             {"CONTACT", 30}}};
 using Row = std::array<QString, Columns.size()>;
-
-/// Characters of East Asia and pictures take two columns.
-int columnsOf(uint character) {
-    static constexpr std::array<std::array<uint, 2>, 9> wide = {{{0x1100, 0x115F},
-                                                                 {0x2E80, 0xA4CF},
-                                                                 {0xAC00, 0xD7A3},
-                                                                 {0xF900, 0xFAFF},
-                                                                 {0xFE30, 0xFE6F},
-                                                                 {0xFF00, 0xFF60},
-                                                                 {0xFFE0, 0xFFE6},
-                                                                 {0x1F300, 0x1FAFF},
-                                                                 {0x20000, 0x3FFFD}}};
-    if (QChar::category(character) == QChar::Mark_NonSpacing)
-        return 0;
-    for (const auto& [first, last] : wide) {
-        if (character >= first && character <= last)
-            return 2;
-    }
-    return 1;
-}
-
-int columnsOf(const QString& text) {
-    int columns = 0;
-    for (const uint character : text.toUcs4())
-        columns += columnsOf(character);
-    return columns;
-}
-
-bool isPlain(uint character) {
-    switch (QChar::category(character)) {
-        case QChar::Other_Control:
-        case QChar::Other_Format:
-        case QChar::Other_Surrogate:
-        case QChar::Other_PrivateUse:
-        case QChar::Other_NotAssigned:
-        case QChar::Separator_Line:
-        case QChar::Separator_Paragraph:
-            return false;
-        default:
-            return true;
-    }
-}
 
 QString line(const Row& row) {
     QString text;
@@ -98,23 +57,6 @@ Row rowOf(const QJsonObject& record) {
 
 }  // namespace
 
-QString terminalText(const QString& text, int columns) {
-    QVector<uint> kept;
-    int used = 0;
-    for (const uint character : text.toUcs4()) {
-        const uint shown = isPlain(character) ? character : '?';
-        used += columnsOf(shown);
-        kept.append(shown);
-        if (used <= columns)
-            continue;
-        while (!kept.isEmpty() && used >= columns)
-            used -= columnsOf(kept.takeLast());
-        kept.append(0x2026);  // the ellipsis
-        break;
-    }
-    return QString::fromUcs4(kept.constData(), kept.size());
-}
-
 int listReports(const QString& directory, std::ostream& output) {
     const QDir reports(ReportDirectory::reportsOf(QDir::cleanPath(directory)));
     if (!QFileInfo(reports.path()).isReadable()) {
@@ -134,11 +76,11 @@ int listReports(const QString& directory, std::ostream& output) {
             output << "    " << terminalText(report.filePath(file), LongestPath).toStdString() << '\n';
     }
     const QString scores = QDir(directory).filePath("scores.db");
-    if (!QFileInfo::exists(scores))
+    if (QFileInfo(scores).size() == 0)
         return 0;
     VotesByName votes;
     try {
-        votes = ScoreBook(scores).votes();
+        votes = ScoreBook::read(scores);
     } catch (const SqlError& error) {
         output << "\nThe scores cannot be read: " << error.what() << ".\n";
         return 1;
@@ -148,7 +90,7 @@ int listReports(const QString& directory, std::ostream& output) {
     if (!names.isEmpty())
         output << "\nSCORE  DEVICES  APPLICATION\n";
     for (const QString& name : qAsConst(names)) {
-        const Votes& of = *votes.find(name);
+        const Tally of = tallyOf(name, name, votes);
         output << QString("%1  %2  %3\n")
                       .arg(double(of.sum) / double(of.count), 5, 'f', 1)
                       .arg(of.count, 7)

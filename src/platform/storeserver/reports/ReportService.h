@@ -6,6 +6,7 @@
 #include "storeserver/reports/ReportBodies.h"
 #include "storeserver/reports/ReportDirectory.h"
 #include "storeserver/reports/ReportGate.h"
+#include "storeserver/reports/ReportKeeper.h"
 #include "storeserver/reports/ScoreBook.h"
 #include "storeserver/request/RequestBody.h"
 #include "storeserver/request/StoreAddress.h"
@@ -24,7 +25,7 @@ public:
         std::function<qint64()> clock;  ///< ms since 1970, instead of the machine's
     };
 
-    /// Throws ReportError and SqlError.
+    /// Throws ReportError.
     explicit ReportService(const Settings& settings);
 
     bool isFor(const StoreRequest& request) const;
@@ -35,16 +36,15 @@ public:
     /// To a request with this signed body.
     StoreAnswer answerBody(const StoreRequest& request, std::string_view text);
 
-    /// Throws SqlError.
-    VotesByName votes() { return m_scores.votes(); }
+    VotesByName votes() const { return m_scores.votes(); }
 
 private:
     std::unique_ptr<RequestBody> takeUpload(const StoreRequest& head, const QString& key, size_t length);
     StoreAnswer giveUpload(const StoreRequest& request, const QJsonObject& body);
     Refusal takeFeedback(const StoreRequest& request, const QJsonObject& body);
     Refusal takeScore(const StoreRequest& request, const QJsonObject& body);
-    Refusal save(const StoreRequest& request, const QJsonObject& body, const QJsonObject& record,
-                 const QStringList& keys, const QStringList& names);
+    Refusal save(const StoreRequest& request, const ReportDirectory::Report& report);
+    QByteArray codeOf(const StoreRequest& request, const QJsonObject& record, const QStringList& more) const;
     bool hasUpload(const StoreRequest& request, const QString& key, UploadKind kind) const;
     std::string pathOf(const StoreRequest& request) const;
 
@@ -53,6 +53,7 @@ private:
     UploadKeys m_keys;
     ReportGate m_gate;
     ScoreBook m_scores;
+    ReportKeeper m_keeper;  // the last, since its thread uses others
 };
 
 }  // namespace StoreServer

@@ -13,6 +13,7 @@ namespace ReportSignature {
 namespace {
 
 constexpr int NumberDigits = 6;
+constexpr int LeastSecretBytes = 16;
 const QString SignKey = "sign";
 
 QString textOf(const QJsonValue& value) {
@@ -47,7 +48,9 @@ bool isGood(const QJsonObject& body, const QString& secret) {
 
 QString secretOf(const QByteArray& hex) {
     const QByteArray bytes = QByteArray::fromHex(hex);
-    return bytes.toHex() == hex.toLower() ? QString::fromUtf8(bytes) : QString();
+    const bool isGood =
+        bytes.toHex() == hex.toLower() && bytes.size() >= LeastSecretBytes && !bytes.contains('\0');
+    return isGood ? QString::fromUtf8(bytes.constData(), bytes.size()) : QString();
 }
 
 }  // namespace ReportSignature

@@ -17,8 +17,8 @@ QString signedText(const QJsonObject& body);
 /// a wrong signature as for the right one.
 bool isGood(const QJsonObject& body, const QString& secret);
 
-/// The text that hexadecimal digits stand for, which is how clients are given the secret. Empty for anything
-/// else.
+/// The text that hexadecimal digits stand for, which is how clients are given the secret: at least 16 bytes,
+/// none of them 0. Empty for anything else.
 QString secretOf(const QByteArray& hex);
 
 }  // namespace ReportSignature

@@ -7,21 +7,40 @@
 
 namespace StoreServer {
 
-/// The last score that each device has given each application, in a SQLite file. For any thread. All methods
-/// throw SqlError.
+/// The last score that each device has given each application, in a SQLite file and in memory. A score that
+/// another program keeps from being written is written later. For any thread.
 class ScoreBook {
 public:
+    static constexpr qint64 LifeMs = qint64(2 * 365) * 24 * 60 * 60 * 1000;  ///< a score is forgotten then
+
+    /// A damaged file is moved aside, with a warning. Throws ReportError.
     explicit ScoreBook(const QString& file);
 
-    /// `device` is a pseudonym. A score that was signed before the one that is known changes nothing.
-    void enter(const QString& appName, const QByteArray& device, int score, qint64 signedMs);
-    VotesByName votes();
+    /// In place of an earlier vote of the device. Throws SqlError if it cannot be kept.
+    void enter(const QString& appName, const Vote& vote);
+    VotesByName votes() const;
+
+    /// Writes what could not be written before; logs a failure.
+    void flush();
+    void forgetOld(qint64 nowMs);
+
+    /// The votes in a file, which a server may be using; changes nothing. Throws SqlError.
+    static VotesByName read(const QString& file);
 
 private:
-    std::mutex m_mutex;
-    SqlDatabase m_database;
+    struct Entry {
+        QString app;
+        Vote vote;
+    };
+
+    void open(const QString& file);
+    bool write();
+
+    mutable std::mutex m_mutex;
+    std::unique_ptr<SqlDatabase> m_database;
     VotesByName m_votes;
-    bool m_isChanged = true;
+    QVector<Entry> m_unwritten;
+    bool m_isWarned = false;
 };
 
 }  // namespace StoreServer

@@ -9,7 +9,7 @@ namespace StoreServer {
 /// What an upload really is, by its first bytes.
 namespace UploadContent {
 
-constexpr size_t NeededBytes = 16;
+constexpr size_t NeededBytes = 24;
 
 /// The suffix under which it is kept, "png", "jpg", "gif" or "tar.gz"; null if it is not of the kind.
 const char* suffixOf(std::string_view firstBytes, UploadKind kind);

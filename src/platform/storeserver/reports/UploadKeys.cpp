@@ -59,8 +59,8 @@ bool UploadKeys::isPermitted(const QString& key, const QByteArray& until, const 
     return areSameBytes(signature, code("upload", key.toUtf8() + ' ' + until)) && until.toLongLong() >= nowMs;
 }
 
-QByteArray UploadKeys::pseudonym(const QByteArray& device) const {
-    return code("device", device).left(PseudonymLetters);
+QByteArray UploadKeys::mark(const char* purpose, const QByteArray& text) const {
+    return code(purpose, text).left(PseudonymLetters);
 }
 
 }  // namespace StoreServer

@@ -27,11 +27,18 @@ public:
     bool isPermitted(const QString& key, const QByteArray& until, const QByteArray& signature,
                      qint64 nowMs) const;
 
-    /// What stands for a device in files, instead of its id.
-    QByteArray pseudonym(const QByteArray& device) const;
+    /// What stands for a device in files, instead of its id; 16 hexadecimal digits.
+    QByteArray pseudonym(const QByteArray& device) const { return mark("device", device); }
+    /// The same for the address of a client.
+    QByteArray networkPseudonym(const QByteArray& client) const { return mark("network", client); }
+    /// The same for what a device has sent.
+    QByteArray contentCode(const QByteArray& device, const QByteArray& content) const {
+        return mark("report", device + '\n' + content);
+    }
 
 private:
     QByteArray code(const char* purpose, const QByteArray& text) const;
+    QByteArray mark(const char* purpose, const QByteArray& text) const;
 
     QByteArray m_ownKey;
 };

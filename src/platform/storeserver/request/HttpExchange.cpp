@@ -71,7 +71,9 @@ void write(StoreAnswer&& answer, httplib::Response& response) {
     // An icon that somebody opens as a page of this server must not do anything.
     response.set_header("Content-Security-Policy", "default-src 'none'; style-src 'unsafe-inline'; sandbox");
     if (answer.status == 405)
-        response.set_header("Allow", "GET, HEAD");
+        response.set_header("Allow", answer.allow);
+    if (answer.retryAfterSeconds > 0)
+        response.set_header("Retry-After", std::to_string(answer.retryAfterSeconds));
 }
 
 }  // namespace

@@ -68,8 +68,13 @@ std::string StoreAddress::of(const StoreRequest& request) const {
 }
 
 std::string StoreAddress::pathBelow(const std::string& path) const {
-    const bool isBelow = !m_path.empty() && path.rfind(m_path + '/', 0) == 0;
-    return isBelow ? path.substr(m_path.size()) : path;
+    // A client may know the store with a slash at the end.
+    std::string single = path;
+    single.erase(std::unique(single.begin(), single.end(),
+                             [](char left, char right) { return left == '/' && right == '/'; }),
+                 single.end());
+    const bool isBelow = !m_path.empty() && single.rfind(m_path + '/', 0) == 0;
+    return isBelow ? single.substr(m_path.size()) : single;
 }
 
 }  // namespace StoreServer

@@ -18,7 +18,8 @@ public:
     bool isSet() const { return !m_address.empty(); }
     /// Empty if the request names no valid host.
     std::string of(const StoreRequest& request) const;
-    /// The path below the store's own. A web server in front may pass on the whole path or its end.
+    /// The path below the store's own, with single slashes. A web server in front may pass on the whole path
+    /// or its end.
     std::string pathBelow(const std::string& path) const;
 
 private:

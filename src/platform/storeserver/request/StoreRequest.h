@@ -27,6 +27,8 @@ struct StoreAnswer {
     std::string contentType;
     std::string body;
     std::string cacheControl;
+    std::string allow = "GET, HEAD";  ///< the methods that are, with status 405
+    int retryAfterSeconds = 0;        ///< 0 says nothing
 };
 
 }  // namespace StoreServer
