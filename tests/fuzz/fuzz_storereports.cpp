@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <atomic>
 #include <cstdlib>
 
 #include "storeserver/catalogue/CatalogueLoader.h"
@@ -25,8 +26,8 @@ const QString Secret = "s3cret";
 /// way to an empty one.
 struct Target {
     QTemporaryDir directory;
-    qint64 now = 1700000000000;
-    ReportService service{{directory.path(), Secret, RoomBytes, {}, [this] { return now; }}};
+    std::atomic<qint64> now = 1700000000000;  // the keeper's thread asks, too
+    ReportService service{{directory.path(), Secret, RoomBytes, {}, [this] { return now.load(); }}};
     TestSupport::StoreFiles files;
     std::shared_ptr<const Catalogue> catalogue = CatalogueLoader(files.path(), 1).refresh().catalogue;
     bool isFull = false;
