@@ -11,6 +11,10 @@
         <source>Waiting for the disk or the server that has the file</source>
         <translation type="vanished">正在等待文件所在的磁盘或服务器响应</translation>
     </message>
+    <message>
+        <source>The installation that you began before has not ended yet.</source>
+        <translation>先前开始的安装尚未结束。</translation>
+    </message>
 </context>
 <context>
     <name>AddDispatcher</name>
@@ -25,7 +29,7 @@
     <message>
         <source>Each gets a container of its own:
 %1</source>
-        <translation>每个程序都会使用独立的容器：
+        <translation type="vanished">每个程序都会使用独立的容器：
 %1</translation>
     </message>
     <message>
@@ -44,6 +48,51 @@
         <source>Close</source>
         <translation>关闭</translation>
     </message>
+    <message>
+        <source>Looking at the Files</source>
+        <translation>正在查看文件</translation>
+    </message>
+    <message>
+        <source>%1 cannot be started</source>
+        <translation>无法启动 %1</translation>
+    </message>
+    <message>
+        <source>Its container %1 could not be read: %2</source>
+        <translation>无法读取它所在的容器 %1：%2</translation>
+    </message>
+    <message>
+        <source>It could not be added to its container %1: %2</source>
+        <translation>无法将它添加到所在的容器 %1：%2</translation>
+    </message>
+    <message>
+        <source>These are started one after the other:
+%1</source>
+        <translation>将依次启动以下程序：
+%1</translation>
+    </message>
+</context>
+<context>
+    <name>AddItem</name>
+    <message>
+        <source>Its content is not what its name says.</source>
+        <translation>文件内容与文件名不符。</translation>
+    </message>
+    <message>
+        <source>It is no manifest of an application: it needs at least a Name and a DebInfo.</source>
+        <translation>这不是应用的清单文件：清单至少要有 Name 和 DebInfo。</translation>
+    </message>
+    <message>
+        <source>Only files of this computer and addresses that begin with http:// or https:// can be added.</source>
+        <translation>只能添加本机上的文件，或以 http:// 或 https:// 开头的地址。</translation>
+    </message>
+    <message>
+        <source>It is a shortcut to %1, which is not on this computer.</source>
+        <translation>它是指向 %1 的快捷方式，而该文件不在本机上。</translation>
+    </message>
+    <message>
+        <source>It is a shortcut, but it does not lead to a program.</source>
+        <translation>它是快捷方式，但没有指向程序。</translation>
+    </message>
 </context>
 <context>
     <name>AddOnlineFileWidget</name>
@@ -55,20 +104,36 @@
         <source>The file is saved in %1 and checked before it can be run.</source>
         <translation>文件将保存到 %1，校验通过后才能运行。</translation>
     </message>
+    <message>
+        <source>A download is running. Add the other address when it has ended, or cancel it.</source>
+        <translation>正在下载。请等下载结束或取消后再添加另一个地址。</translation>
+    </message>
+    <message>
+        <source>The address is too long.</source>
+        <translation>地址过长。</translation>
+    </message>
+    <message>
+        <source>%1 is downloaded. Go on with it in &quot;Add Program&quot;.</source>
+        <translation>%1 已下载完毕，请在“添加应用”中继续。</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>下载</translation>
+    </message>
 </context>
 <context>
     <name>AddRequest</name>
     <message>
         <source>%1 is not there. It may have been moved, renamed or deleted.</source>
-        <translation>找不到 %1，它可能已被移动、重命名或删除。</translation>
+        <translation type="vanished">找不到 %1，它可能已被移动、重命名或删除。</translation>
     </message>
     <message>
         <source>%1 is a shortcut to %2, which is not on this computer.</source>
-        <translation>%1 是指向 %2 的快捷方式，但此计算机上没有该文件。</translation>
+        <translation type="vanished">%1 是指向 %2 的快捷方式，但此计算机上没有该文件。</translation>
     </message>
     <message>
         <source>%1 is a shortcut, but it does not lead to a program.</source>
-        <translation>%1 是快捷方式，但没有指向程序。</translation>
+        <translation type="vanished">%1 是快捷方式，但没有指向程序。</translation>
     </message>
     <message>
         <source>Add one at a time, or only programs: %1</source>
@@ -83,27 +148,27 @@
     <name>AddedFile</name>
     <message>
         <source>It is no manifest of an application: it needs at least a Name and a DebInfo.</source>
-        <translation>这不是应用的清单文件：清单至少要有 Name 和 DebInfo。</translation>
+        <translation type="vanished">这不是应用的清单文件：清单至少要有 Name 和 DebInfo。</translation>
     </message>
     <message>
         <source>Its content is not what its name says.</source>
-        <translation>文件内容与文件名不符。</translation>
+        <translation type="vanished">文件内容与文件名不符。</translation>
     </message>
     <message>
         <source>These are several files. Please add one after the other.</source>
-        <translation>这里有多个文件，请逐个添加。</translation>
+        <translation type="vanished">这里有多个文件，请逐个添加。</translation>
     </message>
     <message>
         <source>Only files of this computer and addresses that begin with http:// or https:// can be added.</source>
-        <translation>只能添加本机上的文件，或以 http:// 或 https:// 开头的地址。</translation>
+        <translation type="vanished">只能添加本机上的文件，或以 http:// 或 https:// 开头的地址。</translation>
     </message>
     <message>
         <source>It holds more than one program: choose the program&apos;s own folder.</source>
-        <translation>该目录包含的不只是一个程序，请选择程序自己的目录。</translation>
+        <translation type="vanished">该目录包含的不只是一个程序，请选择程序自己的目录。</translation>
     </message>
     <message>
         <source>There is no Windows program (.exe) in it.</source>
-        <translation>其中没有 Windows 程序（.exe）。</translation>
+        <translation type="vanished">其中没有 Windows 程序（.exe）。</translation>
     </message>
 </context>
 <context>
@@ -3472,6 +3537,13 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
+    <name>FileStateRow</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
     <name>FontReplaceDialog</name>
     <message>
         <source>Windows font</source>
@@ -4488,6 +4560,25 @@ please wait for the component download to complete!</source>
     <message>
         <source>Opens the folder of the application</source>
         <translation>打开应用所在的文件夹</translation>
+    </message>
+</context>
+<context>
+    <name>PortableCheck</name>
+    <message>
+        <source>There is no Windows program (.exe) in it.</source>
+        <translation>其中没有 Windows 程序（.exe）。</translation>
+    </message>
+    <message>
+        <source>It is damaged, or no zip archive.</source>
+        <translation>文件已损坏，或者不是 zip 压缩包。</translation>
+    </message>
+    <message>
+        <source>It is protected by a password. Unpack it, then add the folder.</source>
+        <translation>它有密码保护。请先解压，再添加解压后的文件夹。</translation>
+    </message>
+    <message>
+        <source>It holds more than one program: choose the program&apos;s own folder.</source>
+        <translation>该目录包含的不只是一个程序，请选择程序自己的目录。</translation>
     </message>
 </context>
 <context>
@@ -5633,6 +5724,10 @@ please wait for the component download to complete!</source>
         <source>The address leads to a page and not to a setup program. Download it there in a browser, then choose its file here.</source>
         <translation>该地址是一个网页，而不是安装程序。请用浏览器在该网页中下载，然后在此选择下载好的文件。</translation>
     </message>
+    <message>
+        <source>The address does not lead to a setup program. %1</source>
+        <translation>该地址指向的不是安装程序。%1</translation>
+    </message>
 </context>
 <context>
     <name>SetupDownloadRow</name>
@@ -5671,6 +5766,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>Continue</source>
         <translation>继续下载</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>放弃</translation>
     </message>
 </context>
 <context>

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <csignal>
 
+#include "backend/PendingWork.h"
+#include "store/install/DownloadPart.h"
 #include "store/install/FileHash.h"
 #include "support/HttpServer.h"
 #include "support/Table.h"
@@ -45,12 +47,12 @@ private Q_SLOTS:
         row("program", "setup.exe", "setup.exe", "");
         row("package", "moved/packed.msi", "packed.msi", "");
         row("a page", "page.exe", "", "The address leads to a page");
-        row("empty", "empty.exe", "", "The address leads to a page");
+        row("empty", "empty.exe", "", "The file is empty.");
         row("gone", "gone.exe", "", "no longer at its address");
         row("cut", "half/setup.exe", "", "check your network");
         row("to a local file", "away/setup.exe", "", "leads elsewhere");
         row("to itself", "loop/setup.exe", "", "leads elsewhere");
-        row("a kind that is not wanted", "pack.zip", "", "The address leads to a page");
+        row("a kind that is not wanted", "pack.zip", "", "It is an archive, not a program.");
     }
     void downloads() {
         QFETCH(QString, path);
@@ -117,24 +119,51 @@ private Q_SLOTS:
         QCOMPARE(found(), QStringList({"setup (1).exe", "setup.exe"}));
     }
 
-    void leavesNothing_data() {
-        const Table<bool> row("isDeleted");
-        row("cancelled", false);
-        row("deleted", true);
+    void interrupted_data() {
+        const Table<bool, QByteArray> row("isDeleted", "tag");
+        row("cancelled", false, "");
+        row("deleted", true, "");
+        row("cancelled, to be resumed", false, "\"1\"");
+        row("deleted, to be resumed", true, "\"1\"");
     }
-    void leavesNothing() {
+    /// What can be resumed is, also by another process, until it is discarded or old; else nothing is left.
+    void interrupted() {
         QFETCH(bool, isDeleted);
+        QFETCH(QByteArray, tag);
+        m_server.etag = tag;
+        const QUrl url(m_server.address("stalled/setup.exe"));
         auto download = std::make_unique<SetupDownload>(nullptr);
-        QSignalSpy progress(download.get(), &SetupDownload::progressChanged);
-        QSignalSpy cancelled(download.get(), &SetupDownload::cancelled);
-        download->start(QUrl(m_server.address("stalled/setup.exe")), m_directory, "App");
-        QVERIFY(progress.wait());
-        if (isDeleted)
-            download.reset();
-        else
-            download->cancel();
-        QCOMPARE(cancelled.size(), isDeleted ? 0 : 1);
-        QCOMPARE(found(), QStringList());
+        for (int i = 0; i < 2; ++i) {
+            QSignalSpy progress(download.get(), &SetupDownload::progressChanged);
+            QSignalSpy cancelled(download.get(), &SetupDownload::cancelled);
+            download->start(url, m_directory, "App");
+            QVERIFY(PendingWork::instance()->isPending());
+            QVERIFY(progress.wait());
+            if (!isDeleted)
+                download->cancel();
+            QCOMPARE(cancelled.size(), isDeleted ? 0 : 1);
+            if (isDeleted)
+                download = std::make_unique<SetupDownload>(nullptr);
+            QVERIFY(!PendingWork::instance()->isPending());
+            QCOMPARE(found().size(), tag.isEmpty() ? 0 : 1);
+        }
+        QCOMPARE(m_server.requests.last().endsWith("@0"), tag.isEmpty());
+        if (tag.isEmpty())
+            return;
+        if (isDeleted) {
+            QFile part(m_directory + '/' + found().first());
+            QVERIFY(part.open(QIODevice::ReadWrite));
+            part.setFileTime(QDateTime::currentDateTime().addDays(-DownloadPart::DaysKept - 1),
+                             QFileDevice::FileModificationTime);
+            part.close();
+            QSignalSpy good(download.get(), &SetupDownload::succeeded);
+            download->start(QUrl(m_server.address("setup.exe")), m_directory, "App");
+            QVERIFY(good.wait());
+            QCOMPARE(found(), QStringList("setup.exe"));
+        } else {
+            download->discard();
+            QCOMPARE(found(), QStringList());
+        }
     }
 
     /// As on a full disk: in the midst, and with the last bytes.

@@ -4,6 +4,7 @@
 #include <QMimeData>
 
 #include "LibraryFixture.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/LineEdit.h"
 #include "shell/IndexView.h"
 #include "shell/SearchWidget.h"
@@ -177,6 +178,19 @@ private Q_SLOTS:
         QVERIFY(!address->lineEdit()->isReadOnly());
         address->setText("ftp://x/a.exe");
         QVERIFY(!shown("download_btn")->isEnabled() && !shown("add_apps_run")->isEnabled());
+    }
+
+    /// A second address has to wait, and the end is told to a user who has left the page.
+    void downloadGoesOn() {
+        m_window->indexView()->add(QStringList(m_server.address("odd.exe")));
+        auto* address = page()->findChild<Fenk::LineEdit*>();
+        shown("download_btn")->click();
+        m_window->indexView()->add(QStringList(m_server.address("setup.exe")));
+        QCOMPARE(address->text(), m_server.address("odd.exe"));
+        QVERIFY(address->isAlert());
+        shown("add_apps_back")->click();
+        QTRY_VERIFY(m_window->findChild<Fenk::FloatingMessage*>());
+        QCOMPARE(m_window->findChild<Fenk::FloatingMessage*>()->text().left(3), QString("odd"));
     }
 
     void windowDrops() {

@@ -111,6 +111,7 @@ private Q_SLOTS:
         QFETCH(QString, url);
         QFETCH(QByteArray, disposition);
         QTEST(SetupFileName::of(QUrl(url), disposition, "My App", "exe"), "name");
+        QCOMPARE(SetupFileName::of(QUrl("http://x/app.yaml"), {}, "", "yml"), QString("app.yml"));
     }
 
     void freePath() {

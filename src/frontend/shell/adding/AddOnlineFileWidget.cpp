@@ -1,27 +1,33 @@
 #include "shell/adding/AddOnlineFileWidget.h"
 
+#include <QFileInfo>
+#include <QIcon>
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
+#include "backend/DesktopUtils.h"
+#include "backend/InBackground.h"
+#include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/Label.h"
 #include "fenk/controls/LineEdit.h"
 #include "fenk/style/Tokens.h"
 #include "shell/adding/AddingTexts.h"
 #include "shell/adding/FileStateRow.h"
-#include "store/install/SetupDownload.h"
+#include "shell/requests/AddInputs.h"
 #include "store/install/SetupDownloadRow.h"
+#include "widgets/WidgetImages.h"
 
 using namespace Fenk;
 
 namespace {
 
-constexpr int LongestAddress = 4096;
-
 /// An address without a scheme is one of the web.
 QUrl addressIn(const QString& text) {
     const QString line = text.trimmed();
     const bool hasScheme = line.contains("://");
-    return QUrl(hasScheme || line.isEmpty() ? line : "https://" + line, QUrl::TolerantMode);
+    if (line.size() > AddInputs::MaximumCharacters)
+        return {};
+    return AddInputs::address(hasScheme || line.isEmpty() ? line : "https://" + line);
 }
 
 }  // namespace
@@ -32,7 +38,6 @@ AddOnlineFileWidget::AddOnlineFileWidget(QWidget* parent)
     m_address->setObjectName("online_address");
     m_address->setAccessibleName("online_address");
     m_address->lineEdit()->setAccessibleDescription(AddingTexts::onlineAddress());
-    m_address->lineEdit()->setMaxLength(LongestAddress);
     m_address->setPlaceholderText(AddingTexts::onlineAddress());
     m_download->setAccepted({"exe", "msi", "yml", "zip"});
     auto* layout = new QVBoxLayout(this);
@@ -52,16 +57,17 @@ AddOnlineFileWidget::AddOnlineFileWidget(QWidget* parent)
     connect(m_address, &LineEdit::textChanged, this, &AddOnlineFileWidget::onTextChanged);
     connect(m_address, &LineEdit::returnPressed, this, &AddOnlineFileWidget::onReturn);
     connect(m_download, &SetupDownloadRow::started, this, [this] { setBusy(true); });
-    connect(m_download, &SetupDownloadRow::stopped, this, [this] { setBusy(false); });
-    connect(m_download, &SetupDownloadRow::downloaded, this, [this](const QString& path) {
-        setBusy(false);
-        state()->check({path});
-    });
+    connect(m_download, &SetupDownloadRow::stopped, this, &AddOnlineFileWidget::onStopped);
+    connect(m_download, &SetupDownloadRow::downloaded, this, &AddOnlineFileWidget::onDownloaded);
 }
 
 void AddOnlineFileWidget::setAddress(const QUrl& address) {
+    const QString text = address.toString(QUrl::FullyEncoded);
     if (!m_download->isRunning())
-        m_address->setText(address.toString());
+        m_address->setText(text);
+    else if (text != m_address->text())
+        m_address->showAlertMessage(
+            tr("A download is running. Add the other address when it has ended, or cancel it."));
 }
 
 void AddOnlineFileWidget::clear() {
@@ -80,8 +86,10 @@ void AddOnlineFileWidget::onReturn() {
     if (state()->isGood())
         return;  // it has just come
     const QUrl address = addressIn(m_address->text());
-    if (SetupDownload::canFetch(address))
+    if (!address.isEmpty())
         m_download->start();
+    else if (m_address->text().trimmed().size() > AddInputs::MaximumCharacters)
+        m_address->showAlertMessage(tr("The address is too long."));
     else if (!m_address->text().trimmed().isEmpty())
         m_address->showAlertMessage(
             tr("Only addresses that begin with http:// or https:// can be downloaded."));
@@ -91,4 +99,29 @@ void AddOnlineFileWidget::setBusy(bool busy) {
     m_address->lineEdit()->setReadOnly(busy);
     if (busy)
         state()->clear();
+}
+
+void AddOnlineFileWidget::onDownloaded(const QString& path) {
+    setBusy(false);
+    state()->check({path});
+    tellElsewhere(tr("%1 is downloaded. Go on with it in \"Add Program\".").arg(QFileInfo(path).fileName()),
+                  QIcon(widgetImage("ok.svg")));
+}
+
+void AddOnlineFileWidget::onStopped(const QString& text) {
+    setBusy(false);
+    tellElsewhere(text, warningIcon());
+}
+
+void AddOnlineFileWidget::tellElsewhere(const QString& text, const QIcon& icon) {
+    if (isVisible())
+        return;
+    if (window()->isVisible()) {
+        FloatingMessage::show(window(), icon, text);
+        return;
+    }
+    inBackground(
+        window(),
+        [text] { return DesktopUtils::notify(tr("Download"), DesktopUtils::notificationText(text)); },
+        [hold = PendingWork::instance()->hold()](bool) {});
 }

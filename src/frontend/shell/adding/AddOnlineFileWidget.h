@@ -15,6 +15,7 @@ class AddOnlineFileWidget : public AddTab {
 public:
     explicit AddOnlineFileWidget(QWidget* parent = nullptr);
 
+    /// While a download runs, the user is told that this address has to wait.
     void setAddress(const QUrl& address);
     /// Ignored while a download runs.
     void clear() override;
@@ -23,6 +24,10 @@ private:
     void onTextChanged(const QString& text);
     void onReturn();
     void setBusy(bool busy);
+    void onDownloaded(const QString& path);
+    void onStopped(const QString& text);
+    /// When the page is not shown: on the window, or by the desktop.
+    void tellElsewhere(const QString& text, const QIcon& icon);
 
     Fenk::LineEdit* m_address;
     SetupDownloadRow* m_download;

@@ -1,17 +1,20 @@
 #include "store/install/SetupDownload.h"
 
 #include <QDebug>
-#include <QDir>
 #include <QNetworkRequest>
 #include <QStorageInfo>
 
+#include "backend/InBackground.h"
+#include "launch/inspection/OpenRefusal.h"
+#include "launch/inspection/ProgramHeader.h"
 #include "net/HttpRequest.h"
 #include "net/LoggedAddress.h"
+#include "store/install/DownloadPart.h"
 #include "store/install/SetupFileName.h"
 
 namespace {
 
-constexpr int SilenceMs = 30000;
+constexpr int SilenceMs = 30000, RoomMs = 1000;
 constexpr int Whole = 200, Partial = 206, NotSatisfiable = 416;
 constexpr qint64 SpareBytes = 64 << 20;  // of the disk that stay free
 
@@ -33,54 +36,81 @@ QByteArray validatorOf(const QNetworkReply& reply) {
 
 SetupDownload::SetupDownload(QObject* parent) : QObject(parent) {}
 
-SetupDownload::~SetupDownload() = default;
+SetupDownload::~SetupDownload() {
+    const bool isSaved = isRunning() && !m_request;  // by another thread
+    m_request.reset();
+    if (m_part && !isSaved)
+        m_part->settle();
+}
 
 bool SetupDownload::canFetch(const QUrl& url) {
     return url.isValid() && !url.host().isEmpty() && (url.scheme() == "http" || url.scheme() == "https");
 }
 
 bool SetupDownload::canResume(const QUrl& url) const {
-    return !isRunning() && m_file && url == m_url && !m_validator.isEmpty() && m_file->size() > 0;
+    return !isRunning() && m_part && url == m_url && m_part->canBeResumed();
+}
+
+void SetupDownload::discard() {
+    if (isRunning() || !m_part)
+        return;
+    m_part->discard();
+    m_part.reset();
 }
 
 void SetupDownload::start(const QUrl& url, const QString& directory, const QString& appName) {
     if (isRunning())
         return;
-    const bool resumes = canResume(url) && directory == m_directory;
+    if (m_part && (!canResume(url) || directory != m_directory)) {
+        m_part->settle();
+        m_part.reset();
+    }
     m_url = m_lastUrl = url;
     m_directory = directory;
     m_appName = appName;
-    m_request = std::make_unique<HttpRequest>(&m_manager);
-    if (!resumes) {
-        m_validator.clear();
-        m_file = std::make_unique<QTemporaryFile>(directory + "/.setup-XXXXXX.part");
-        QDir().mkpath(directory);
-        if (!m_file->open()) {
-            const QString reason = m_file->errorString();
-            QMetaObject::invokeMethod(
-                this, [this, reason] { fail(tr("Nothing can be saved in %1.").arg(m_directory), reason); },
-                Qt::QueuedConnection);
-            return;
-        }
+    m_isCancelled = false;
+    m_roomAsked.invalidate();
+    m_hold = PendingWork::instance()->hold();
+    using Opened = std::pair<std::shared_ptr<DownloadPart>, QString>;
+    const auto open = [url, directory, part = m_part] {
+        Opened opened{part, {}};
+        if (!part)
+            opened.first = DownloadPart::open(directory, url, &opened.second);
+        return opened;
+    };
+    inBackground(
+        this, open, [this](const Opened& opened) { onOpened(opened.first, opened.second); }, m_thread.pool());
+}
+
+void SetupDownload::onOpened(const std::shared_ptr<DownloadPart>& part, const QString& reason) {
+    m_part = part;
+    if (m_isCancelled) {
+        endCancelled();
+        return;
     }
-    m_begin = m_file->size();
-    m_file->seek(m_begin);
-    qInfo().noquote() << "download set-up program:" << loggedAddress(url) << "from byte" << m_begin;
-    send(url);
+    if (!m_part) {
+        fail(tr("Nothing can be saved in %1.").arg(m_directory), reason);
+        return;
+    }
+    m_request = std::make_unique<HttpRequest>(&m_manager);
+    m_begin = m_part->file()->size();
+    m_part->file()->seek(m_begin);
+    qInfo().noquote() << "download set-up program:" << loggedAddress(m_url) << "from byte" << m_begin;
+    send(m_url);
 }
 
 void SetupDownload::send(const QUrl& url) {
     QNetworkRequest request(url);
     if (m_begin > 0) {
         request.setRawHeader("Range", "bytes=" + QByteArray::number(m_begin) + '-');
-        request.setRawHeader("If-Range", m_validator);
+        request.setRawHeader("If-Range", m_part->validator());
     }
     HttpRequest::Limits limits;
     limits.wholeMs = 0;
     limits.silenceMs = SilenceMs;
     limits.answerBytes = MaximumBytes - m_begin;
     m_request->setLimits(limits);
-    m_request->setTarget(m_file.get());
+    m_request->setTarget(m_part->file());
     connect(m_request.get(), &HttpRequest::downloadProgress, this, &SetupDownload::onProgress);
     connect(m_request.get(), &HttpRequest::finished, this, &SetupDownload::onFinished);
     m_request->send("GET", request);
@@ -89,6 +119,7 @@ void SetupDownload::send(const QUrl& url) {
 }
 
 void SetupDownload::cancel() {
+    m_isCancelled = true;
     if (m_request)
         m_request->abort();
 }
@@ -112,15 +143,15 @@ void SetupDownload::onHead(const QNetworkReply& reply) {
     if (status != Whole && status != Partial)
         return;
     m_lastUrl = reply.url();
-    m_validator = validatorOf(reply);
     if (m_begin > 0 && status == Whole) {
-        m_file->resize(0);
-        m_file->seek(0);
+        m_part->restart();
         m_begin = 0;
     } else if (status == Partial &&
                !reply.rawHeader("Content-Range").startsWith("bytes " + QByteArray::number(m_begin) + '-')) {
         fail(tr("The server has a problem, please try again later."), "another part was sent");
+        return;
     }
+    m_part->setValidator(validatorOf(reply));
 }
 
 void SetupDownload::onProgress(qint64 receivedNow, qint64 totalNow) {
@@ -130,25 +161,33 @@ void SetupDownload::onProgress(qint64 receivedNow, qint64 totalNow) {
         fail(tr("The setup program is too large."), QString("%1 bytes are announced").arg(total));
         return;
     }
-    const qint64 room = QStorageInfo(m_directory).bytesAvailable();
-    if (room >= 0 && room - SpareBytes < qMax<qint64>(0, total - received)) {
-        fail(tr("There is not enough room in %1.").arg(m_directory),
-             QString("%1 of %2 bytes, %3 are free").arg(received).arg(total).arg(room));
-        return;
-    }
+    checkRoom(qMax<qint64>(0, total - received));
     Q_EMIT progressChanged(received, total);
+}
+
+/// Seldom, since asking may take its time.
+void SetupDownload::checkRoom(qint64 missing) {
+    if (m_roomAsked.isValid() && !m_roomAsked.hasExpired(RoomMs))
+        return;
+    m_roomAsked.start();
+    inBackground(
+        this, [directory = m_directory] { return QStorageInfo(directory).bytesAvailable(); },
+        [this, missing](qint64 room) {
+            if (m_request && room >= 0 && room - SpareBytes < missing)
+                fail(tr("There is not enough room in %1.").arg(m_directory),
+                     QString("%1 bytes are missing, %2 are free").arg(missing).arg(room));
+        },
+        m_thread.pool());
 }
 
 void SetupDownload::onFinished(const HttpAnswer& answer) {
     using Error = HttpAnswer::Error;
     switch (answer.error) {
         case Error::None:
-            save(answer);
+            onWhole(answer);
             break;
         case Error::Aborted:
-            dropRequest();
-            m_file.reset();
-            Q_EMIT cancelled();
+            endCancelled();
             break;
         case Error::File:
             fail(tr("Nothing can be saved in %1.").arg(m_directory), answer.errorText);
@@ -174,58 +213,95 @@ void SetupDownload::onStatus(const HttpAnswer& answer) {
         fail(tr("The file at the address has changed. Please start again."), answer.errorText);
         return;
     }
-    m_file->resize(m_begin);  // without what the server said
+    m_part->file()->resize(m_begin);  // without what the server said
     fail(statusText(answer.status), answer.errorText, Part::Kept);
 }
 
-QString SetupDownload::suffixOf(const QByteArray& disposition) {
-    m_file->seek(0);
-    const QByteArray first = m_file->read(SetupFileName::FirstBytes);
+struct SetupDownload::Names {
+    QUrl url, lastUrl;
+    QByteArray disposition;
+    QString directory, appName;
+    QStringList accepted;
+};
+
+QString SetupDownload::suffixOf(const DownloadPart& part, const Names& names) {
+    part.file()->seek(0);
+    const QByteArray first = part.file()->read(SetupFileName::FirstBytes);
     QString suffix = SetupFileName::suffixOf(first);
     if (suffix.isEmpty() && !first.trimmed().startsWith('<') &&
-        SetupFileName::isManifestName(m_url, disposition))
+        (SetupFileName::isManifestName(names.url, names.disposition) ||
+         SetupFileName::isManifestName(names.lastUrl, names.disposition)))
         suffix = QStringLiteral("yml");
-    return m_accepted.contains(suffix) ? suffix : QString();
+    return names.accepted.contains(suffix) ? suffix : QString();
 }
 
-void SetupDownload::save(const HttpAnswer& answer) {
-    if (!m_file->flush()) {  // the disk may be full only now
-        fail(tr("Nothing can be saved in %1.").arg(m_directory), m_file->errorString());
-        return;
-    }
-    const QByteArray disposition = header(answer, "content-disposition");
-    const QString suffix = suffixOf(disposition);
-    if (suffix.isEmpty()) {
-        fail(tr("The address leads to a page and not to a setup program. Download it there in a browser, "
-                "then choose its file here."),
-             "no Windows program");
-        return;
-    }
-    const bool isNamedLast = m_lastUrl.path().endsWith('.' + suffix, Qt::CaseInsensitive);
-    const QString name = SetupFileName::of(isNamedLast ? m_lastUrl : m_url, disposition, m_appName, suffix);
-    const QString path = SetupFileName::freePath(m_directory, name);
-    // rename() of a temporary file would replace what came meanwhile.
-    if (!QFile::rename(m_file->fileName(), path)) {
-        fail(tr("Nothing can be saved in %1.").arg(m_directory), "cannot rename it to " + path);
-        return;
-    }
-    m_file->setAutoRemove(false);
+void SetupDownload::onWhole(const HttpAnswer& answer) {
     dropRequest();
-    m_file.reset();
-    qInfo().noquote() << "downloaded" << path;
-    Q_EMIT succeeded(path);
+    const Names names{m_url,       m_lastUrl, header(answer, "content-disposition"),
+                      m_directory, m_appName, m_accepted};
+    inBackground(
+        this, [part = m_part, names] { return save(part.get(), names); },
+        [this](const Saved& saved) { onSaved(saved); }, m_thread.pool());
+}
+
+SetupDownload::Saved SetupDownload::save(DownloadPart* part, const Names& names) {
+    const QString cannotSave = tr("Nothing can be saved in %1.").arg(names.directory);
+    if (!part->file()->flush())  // the disk may be full only now
+        return {{}, cannotSave, part->file()->errorString()};
+    const QString suffix = suffixOf(*part, names);
+    if (suffix.isEmpty()) {
+        const bool isPage = ProgramHeader::read(part->path()).format == ProgramHeader::Web;
+        return {{},
+                isPage ? tr("The address leads to a page and not to a setup program. Download it there in a "
+                            "browser, then choose its file here.")
+                       : tr("The address does not lead to a setup program. %1")
+                             .arg(OpenRefusal::ofOther(part->path()).reason),
+                "no Windows program"};
+    }
+    const bool isNamedLast = names.lastUrl.path().endsWith('.' + suffix, Qt::CaseInsensitive) ||
+                             (suffix == "yml" && SetupFileName::isManifestName(names.lastUrl, {}));
+    const QString name =
+        SetupFileName::of(isNamedLast ? names.lastUrl : names.url, names.disposition, names.appName, suffix);
+    const QString path = SetupFileName::freePath(names.directory, name);
+    return part->moveTo(path) ? Saved{path, {}, {}} : Saved{{}, cannotSave, "cannot rename it to " + path};
+}
+
+void SetupDownload::onSaved(const Saved& saved) {
+    if (saved.path.isEmpty()) {
+        fail(saved.errorText, saved.reason);
+        return;
+    }
+    end(Part::Dropped);
+    qInfo().noquote() << "downloaded" << saved.path;
+    Q_EMIT succeeded(saved.path);
+}
+
+void SetupDownload::endCancelled() {
+    end(Part::Kept);
+    Q_EMIT cancelled();
+}
+
+void SetupDownload::end(Part part) {
+    dropRequest();
+    if (m_part && part == Part::Dropped && m_part->file())
+        m_part->discard();
+    if (m_part && !m_part->canBeResumed()) {
+        m_part->settle();
+        m_part.reset();
+    }
+    m_hold.reset();
 }
 
 void SetupDownload::fail(const QString& errorText, const QString& reason, Part part) {
     qWarning().noquote() << "cannot download" << loggedAddress(m_url) << reason;
-    dropRequest();
-    if (part == Part::Dropped || m_validator.isEmpty() || !m_file->size())
-        m_file.reset();
+    end(part);
     Q_EMIT failed(errorText);
 }
 
 /// It may be what calls.
 void SetupDownload::dropRequest() {
+    if (!m_request)
+        return;
     m_request->disconnect(this);
     m_request->abort();
     m_request.release()->deleteLater();

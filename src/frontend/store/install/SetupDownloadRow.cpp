@@ -25,11 +25,15 @@ SetupDownloadRow::SetupDownloadRow(const QUrl& url, const QString& appName, qint
       m_expectedBytes(expectedBytes),
       m_download(new SetupDownload(this)),
       m_button(new QPushButton(tr("Download"))),
+      m_discard(new QPushButton(tr("Discard"))),
       m_bar(new QProgressBar),
       m_text(new Label(Label::Small)) {
     setObjectName("setup_download_row");
     m_button->setAccessibleName("download_btn");
     m_button->setAutoDefault(false);
+    m_discard->setAccessibleName("discard_download_btn");
+    m_discard->setAccessibleDescription(m_discard->text());
+    m_discard->setAutoDefault(false);
     m_bar->setObjectName("download_bar");
     m_bar->setTextVisible(false);
     m_bar->setRange(0, BarSteps);
@@ -40,12 +44,14 @@ SetupDownloadRow::SetupDownloadRow(const QUrl& url, const QString& appName, qint
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(Tokens::Space12);
     layout->addWidget(m_button);
+    layout->addWidget(m_discard);
     auto* progress = new QVBoxLayout;
     progress->setSpacing(Tokens::Space4);
     progress->addWidget(m_bar);
     progress->addWidget(m_text);
     layout->addLayout(progress, 1);
     connect(m_button, &QPushButton::clicked, this, &SetupDownloadRow::toggle);
+    connect(m_discard, &QPushButton::clicked, this, &SetupDownloadRow::discard);
     connect(m_download, &SetupDownload::progressChanged, this, &SetupDownloadRow::showProgress);
     connect(m_download, &SetupDownload::cancelled, this, [this] { stop(tr("Cancelled"), false); });
     connect(m_download, &SetupDownload::failed, this, [this](const QString& text) { stop(text, true); });
@@ -76,6 +82,12 @@ void SetupDownloadRow::toggle() {
         start();
 }
 
+void SetupDownloadRow::discard() {
+    m_download->discard();
+    m_button->setFocus();  // as this one goes
+    showIdle({}, false);
+}
+
 void SetupDownloadRow::start() {
     if (isRunning() || !m_button->isEnabled())
         return;
@@ -83,6 +95,7 @@ void SetupDownloadRow::start() {
     m_button->setAccessibleDescription(m_button->text());
     m_text->setTextRole(Theme::Secondary);
     m_text->setText(tr("Connecting to %1").arg(m_url.host()));
+    m_discard->hide();
     m_bar->setRange(0, 0);
     m_bar->show();
     Q_EMIT started();
@@ -112,11 +125,13 @@ void SetupDownloadRow::showProgress(qint64 received, qint64 total) {
 
 void SetupDownloadRow::stop(const QString& text, bool isError) {
     showIdle(text, isError);
-    Q_EMIT stopped();
+    Q_EMIT stopped(text);
 }
 
 void SetupDownloadRow::showIdle(const QString& text, bool isError) {
-    m_button->setText(m_download->canResume(m_url) ? tr("Continue") : tr("Download"));
+    const bool canResume = m_download->canResume(m_url);
+    m_button->setText(canResume ? tr("Continue") : tr("Download"));
+    m_discard->setVisible(canResume);
     m_button->setAccessibleDescription(m_button->text());
     m_bar->hide();
     m_text->setTextRole(isError ? Theme::Danger : Theme::Secondary);

@@ -12,7 +12,7 @@ class Label;
 }
 
 /// Offers to download the set-up program, and shows how far that is. Only the user starts it. After a
-/// connection broke off, the user can go on where it stopped.
+/// connection broke off or the user cancelled it, the user can go on where it stopped, or discard that.
 class SetupDownloadRow : public QWidget {
     Q_OBJECT
 public:
@@ -30,11 +30,12 @@ public:
 Q_SIGNALS:
     void started();
     void downloaded(const QString& path);
-    /// It failed or was cancelled.
-    void stopped();
+    /// It failed or was cancelled; the text says so to the user.
+    void stopped(const QString& text);
 
 private:
     void toggle();
+    void discard();
     void onSaved(const QString& path);
     void showProgress(qint64 received, qint64 total);
     void showIdle(const QString& text, bool isError);
@@ -45,6 +46,7 @@ private:
     qint64 m_expectedBytes;
     SetupDownload* m_download;
     QPushButton* m_button;
+    QPushButton* m_discard;
     QProgressBar* m_bar;
     Fenk::Label* m_text;
 };

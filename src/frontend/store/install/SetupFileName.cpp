@@ -41,8 +41,11 @@ QString nameIn(const QByteArray& disposition) {
 }
 
 QString stem(const QString& name, const QString& suffix) {
-    const QString ending = '.' + suffix;
-    return name.endsWith(ending, Qt::CaseInsensitive) ? name.chopped(ending.size()) : name;
+    for (const QString& ending : {'.' + suffix, QString(suffix == "yml" ? ".yaml" : "")}) {
+        if (!ending.isEmpty() && name.endsWith(ending, Qt::CaseInsensitive))
+            return name.chopped(ending.size());
+    }
+    return name;
 }
 
 }  // namespace
