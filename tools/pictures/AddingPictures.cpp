@@ -84,6 +84,7 @@ const struct {
     {"local-valid",
      [](const Scene& scene) { scene.add(scene.home->write("Harbour-Office-7.4.2-x64.exe", program())); }},
     {"local-refused", [](const Scene& scene) { scene.add(scene.home->write("Setup.exe", "<html></html>")); }},
+    {"local-looking", [](const Scene& scene) { scene.add("/proc"); }},
     {"online", [](const Scene& scene) { scene.press("online_tab"); }},
     {"online-downloading", [](const Scene& scene) { scene.download("stalled/large.exe"); }},
     {"online-interrupted", [](const Scene& scene) { scene.download("half/large.exe"); }},

@@ -12,6 +12,7 @@
 #include "shell/Mainwindow.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "support/FakeBottleService.h"
+#include "support/SmallProgram.h"
 
 using TestSupport::FakeBottleService;
 
@@ -77,9 +78,9 @@ QList<QWidget*> choice(const Scene& scene, bool hasFailed) {
 QList<QWidget*> taken(const Scene& scene, const QStringList& names) {
     QStringList paths;
     for (const QString& name : names)
-        paths += scene.path(name);
+        paths += name.startsWith('/') ? name : scene.path(name);
     scene.window->addDispatcher()->take(paths);
-    settle(600);
+    settle(900);
     return scene.withDialog();
 }
 
@@ -100,12 +101,13 @@ const struct {
      }},
     {"several",
      [](const Scene& scene) {
-         return taken(scene, {"Setup.exe", "Quartz Studio 2024 Installer.msi", "微信.exe"});
+         return taken(scene, {"Setup.exe", "Quartz Studio 2024.exe", "微信.exe"});
      }},
     {"refused",
      [](const Scene& scene) {
          return taken(scene, {Folder, "gone.exe"});
      }},
+    {"looking", [](const Scene& scene) { return taken(scene, {"/proc"}); }},
     {"missing", [](const Scene& scene) { return taken(scene, {"gone.exe"}); }},
 };
 
@@ -115,9 +117,9 @@ QImage paint(const std::function<QList<QWidget*>(const Scene&)>& windows) {
     if (!service.start())
         return {};
     QDir(directory.path()).mkdir(Folder);
-    for (const char* name : {"Setup.exe", "Quartz Studio 2024 Installer.msi", "微信.exe"}) {
+    for (const char* name : {"Setup.exe", "Quartz Studio 2024.exe", "微信.exe"}) {
         QFile file(directory.filePath(QString::fromUtf8(name)));
-        if (!file.open(QIODevice::WriteOnly))
+        if (!file.open(QIODevice::WriteOnly) || file.write(TestSupport::smallProgram()) < 0)
             return {};
     }
     Mainwindow window;

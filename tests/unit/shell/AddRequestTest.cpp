@@ -1,6 +1,8 @@
 #include <QDir>
+#include <QSemaphore>
 #include <QSysInfo>
 
+#include "backend/OwnThread.h"
 #include "shell/portable/ProgramLikelihood.h"
 #include "shell/requests/AddInputs.h"
 #include "shell/requests/AddRequest.h"
@@ -112,6 +114,23 @@ private Q_SLOTS:
             QVERIFY2(request.errorText.contains(result), qPrintable(request.errorText));
         else
             QCOMPARE(request.items.last().path, m_home.path() + '/' + result);
+    }
+
+    /// Files on servers that do not answer hold up nothing else, also when nobody waits for them any more.
+    void stuckReading() {
+        constexpr int Count = 8;
+        const auto begun = std::make_shared<QSemaphore>(), answer = std::make_shared<QSemaphore>();
+        for (int i = 0; i < Count; ++i) {
+            const OwnThread thread;
+            QtConcurrent::run(thread.pool(), [begun, answer] {
+                begun->release();
+                answer->acquire();
+            });
+            begun->acquire();
+        }
+        const QFuture<void> other = QtConcurrent::run([] {});
+        QTRY_VERIFY(other.isFinished());
+        answer->release(Count);
     }
 
     void likelihood_data() {
