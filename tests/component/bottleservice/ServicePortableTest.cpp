@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDirIterator>
 #include <QtTest>
@@ -149,7 +150,27 @@ private Q_SLOTS:
         }
     }
 
+    /// Some way into the copy, after there was room enough in bytes.
+    void fullDisk() {
+        for (int i = 0; i < 100; ++i)
+            m_service->home().write(QString("Many/%1.exe").arg(i), "MZ");
+        const QString bottles = m_service->dataDir() + "/bottles";
+        if (::geteuid() != 0 ||
+            !TestSupport::runProcess("mount",
+                                     {"-t", "tmpfs", "-o", "size=200m,nr_inodes=60", "tmpfs", bottles})
+                 .ok())
+            QSKIP("cannot-mount-a-small-file-system-here");
+        const QString code = codeOf(import(source("Many")));
+        const bool isEmpty = QTest::qWaitFor([this] { return this->bottles().isEmpty(); }, 10000);
+        TestSupport::runProcess("umount", {"-l", bottles});
+        QCOMPARE(code, QString("disk-full"));
+        QVERIFY(isEmpty);
+    }
+
     void refused() {
+        m_service->home().write("Deep/app.exe", "MZ");
+        m_service->home().write("Deep" + QString("/d").repeated(101) + "/x", "x");
+        QCOMPARE(codeOf(import(source("Deep"))), QString("path-too-long"));
         QCOMPARE(codeOf(import(source("missing"))), QString("cannot-read"));
         // The bottles lie in it.
         QCOMPARE(codeOf(import(m_service->home().path())), QString("unfit-folder"));

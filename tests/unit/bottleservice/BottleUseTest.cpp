@@ -100,7 +100,10 @@ private Q_SLOTS:
             "Program Files/A/a.exe Program Files/A/b.exe");
         row("parts", "Program Files/A/bin/part.exe Program Files/A/a.exe Program Files/AB/c.exe",
             "Program Files/A/a.exe Program Files/AB/c.exe");
-        row("no program above", "A/bin/a.exe A/unins000.exe A/vcredist_x64.exe A/updater.exe", "A/bin/a.exe");
+        row("no program above", "A/bin/a.exe A/unins000.exe A/CrashSender.exe A/updater.exe", "A/bin/a.exe");
+        row("named like its folder",
+            "Program Files/Pad Proxy/PadProxy.exe Program Files/Pad Proxy/xproxy.exe",
+            "Program Files/Pad Proxy/PadProxy.exe");
         row("top of the drive", "a.exe A/b.exe", "a.exe A/b.exe");
         row("nothing", "A/uninstall.exe", "");
     }

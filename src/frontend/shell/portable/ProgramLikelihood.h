@@ -18,10 +18,6 @@ struct ProgramFacts {
 
 namespace ProgramLikelihood {
 
-/// Whether it only serves another program: uninstallers, updaters, crash reporters, redistributables and the
-/// like, by the name of the file and by its description.
-bool isHelper(const ProgramFacts& facts);
-
 /// How likely it is the one that a user wants to start; only the order of the numbers counts. Helpers come
 /// last, before what does not run here.
 int of(const ProgramFacts& facts);

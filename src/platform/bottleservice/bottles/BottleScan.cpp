@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QSet>
 #include <QStandardPaths>
 #include <QUuid>
@@ -140,6 +141,12 @@ QStringList overridable(const QStringList& names) {
 
 }  // namespace
 
+Fenk::ExecutableKind kindOf(const QString& file) {
+    static const QRegularExpression place("/drive_c/Program Files( \\(x86\\))?/([^/]+)/",
+                                          QRegularExpression::CaseInsensitiveOption);
+    return Fenk::executableKind(file.section('/', -1), place.match(file).captured(2));
+}
+
 bool isOfWine(const QString& file) {
     QFile head(file);
     return head.open(QIODevice::ReadOnly) && head.read(0x60).mid(0x40).startsWith("Wine ");
@@ -198,7 +205,7 @@ QJsonArray discovered(const QString& bottle, const QString& bottlePath) {
     QJsonArray records;
     for (const QString& file : collected(places, ".exe")) {
         const QFileInfo info(file);
-        if (ExecutableRules::kindOf(info.fileName()) != ExecutableRules::Kind::Program || isOfWine(file))
+        if (kindOf(file) != Fenk::ExecutableKind::Program || isOfWine(file))
             continue;
         const QString path = windowsPath(bottlePath, file);
         const QUuid id = QUuid::createUuidV5(Namespace, bottle + '\n' + path.toLower());
@@ -226,7 +233,7 @@ QStringList dllsBeside(const QString& bottlePath, const QJsonObject& programs) {
 QStringList updatersBeside(const QString& bottlePath, const QJsonObject& programs) {
     QStringList names;
     for (const QString& name : filesBeside(bottlePath, programs, "*.exe")) {
-        if (ExecutableRules::kindOf(name) == ExecutableRules::Kind::Updater)
+        if (Fenk::executableKind(name) == Fenk::ExecutableKind::Updater)
             names += name;
     }
     return overridable(names);

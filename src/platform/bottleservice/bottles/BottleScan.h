@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVector>
 
+#include "fenk/system/ExecutableKind.h"
 #include "fenk/system/ShellLink.h"
 
 /// Searches the files of a bottle for programs. Follows no link, has limits of depth and number, and leaves
@@ -34,6 +35,9 @@ QJsonArray discovered(const QString& bottle, const QString& bottlePath);
 /// have them.
 QStringList dllsBeside(const QString& bottlePath, const QJsonObject& programs);
 QStringList updatersBeside(const QString& bottlePath, const QJsonObject& programs);
+
+/// By its name and, in "Program Files", that of the folder there.
+Fenk::ExecutableKind kindOf(const QString& file);
 
 /// Whether an executable is one of those that Wine puts into every bottle.
 bool isOfWine(const QString& file);

@@ -5,12 +5,6 @@
 /// Rules about the names of Windows files, for lists of programs.
 namespace ExecutableRules {
 
-enum class Kind { Program, Updater, Helper };
-
-/// The kind of an executable, by its file name. Helpers are uninstallers, crash reporters, redistributables
-/// and the like.
-Kind kindOf(const QString& fileName);
-
 /// Whether a shortcut of this name to this file should be entered as a program: no uninstaller, help or web
 /// page.
 bool isProgramShortcut(const QString& shortcutName, const QString& target);

@@ -4,9 +4,9 @@
 #include <QUuid>
 #include <algorithm>
 
-#include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/bottles/ProgramIcon.h"
 #include "bottleservice/bottles/WindowsPath.h"
+#include "fenk/system/ExecutableKind.h"
 
 QJsonObject FoundPrograms::record(const QString& name, const QString& path, const QString& arguments) const {
     return {{"id", QUuid::createUuid().toString(QUuid::WithoutBraces)},
@@ -72,7 +72,7 @@ QStringList FoundPrograms::likely(const QString& bottlePath, QStringList files) 
             return folder != other && folder.startsWith(other);
         });
         if (!file.startsWith(drive) || isPart || BottleScan::isOfWine(file) ||
-            ExecutableRules::kindOf(file.mid(folder.size())) != ExecutableRules::Kind::Program)
+            BottleScan::kindOf(file) != Fenk::ExecutableKind::Program)
             continue;
         kept += file;
         if (folder != drive)

@@ -7,20 +7,56 @@
 
 namespace {
 
-const char DosCodePage[] = "IBM437";
-
-QByteArray codePageOf(QLocale::Language language) {
-    switch (language) {
+/// Of DOS where Windows keeps one beside its own; archivers write names in that one.
+const char* codePageOf(const QLocale& locale) {
+    switch (locale.language()) {
+        case QLocale::Chinese:
+            return locale.script() == QLocale::TraditionalChineseScript ? "Big5" : "GB18030";
         case QLocale::Japanese:
             return "Shift_JIS";
         case QLocale::Korean:
             return "windows-949";
         case QLocale::Russian:
         case QLocale::Ukrainian:
+        case QLocale::Belarusian:
+        case QLocale::Bulgarian:
+        case QLocale::Kazakh:
             return "IBM866";
+        case QLocale::Polish:
+        case QLocale::Czech:
+        case QLocale::Slovak:
+        case QLocale::Hungarian:
+        case QLocale::Slovenian:
+        case QLocale::Croatian:
+        case QLocale::Bosnian:
+        case QLocale::Serbian:
+        case QLocale::Romanian:
+        case QLocale::Albanian:
+            return "IBM852";
+        case QLocale::Turkish:
+            return "IBM857";
+        case QLocale::C:
+        case QLocale::English:
+            return "IBM437";
         default:
-            return "GB18030";
+            return "IBM850";
     }
+}
+
+/// Whether the bytes beyond ASCII are pairs for the characters of GB 2312.
+bool isCommonChinese(const QVector<QByteArray>& names) {
+    const auto isBetween = [](char byte, uchar first, uchar last) {
+        return uchar(byte) >= first && uchar(byte) <= last;
+    };
+    for (const QByteArray& name : names) {
+        for (int i = 0; i < name.size(); ++i) {
+            if (uchar(name[i]) < 0x80)
+                continue;
+            if (!isBetween(name[i], 0xb0, 0xf7) || ++i == name.size() || !isBetween(name[i], 0xa1, 0xfe))
+                return false;
+        }
+    }
+    return true;
 }
 
 bool fits(const QVector<QByteArray>& names, const QTextCodec* codec, QStringList* texts) {
@@ -40,10 +76,13 @@ bool fits(const QVector<QByteArray>& names, const QTextCodec* codec, QStringList
 
 }  // namespace
 
-QStringList ArchiveNames::decoded(const QVector<QByteArray>& names, QLocale::Language language) {
+QStringList ArchiveNames::decoded(const QVector<QByteArray>& names, const QLocale& locale) {
+    QByteArrayList pages{"UTF-8", codePageOf(locale), "GB18030", "IBM437"};
+    const bool isWestern = pages[1] == "IBM437" || pages[1] == "IBM850";
+    if (isWestern && isCommonChinese(names))
+        pages.swapItemsAt(1, 2);
     QStringList texts;
-    for (const QByteArray& page :
-         {QByteArray("UTF-8"), codePageOf(language), QByteArray("GB18030"), QByteArray(DosCodePage)}) {
+    for (const QByteArray& page : qAsConst(pages)) {
         const QTextCodec* codec = QTextCodec::codecForName(page);
         if (codec && fits(names, codec, &texts))
             return texts.replaceInStrings("\\", "/");

@@ -9,9 +9,10 @@
 /// say which; no byte of them is trusted.
 namespace ArchiveNames {
 
-/// All names of one archive, which share an encoding: UTF-8, or else the code page of the user's language, of
-/// Chinese Windows, or of DOS, whichever is the first that fits them all. "\" becomes "/".
-QStringList decoded(const QVector<QByteArray>& names, QLocale::Language language);
+/// All names of one archive, which share an encoding: UTF-8, or else the code page that zip archives have in
+/// the user's language and country. In Western Europe and in English, names in common simplified characters
+/// are Chinese nevertheless, since the accents of those languages hardly make such pairs. "\" becomes "/".
+QStringList decoded(const QVector<QByteArray>& names, const QLocale& locale);
 
 /// Whether the name leads to a place below the directory in which the archive is unpacked.
 bool isInside(const QString& name);

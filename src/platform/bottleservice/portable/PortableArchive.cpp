@@ -89,7 +89,7 @@ Reason PortableArchive::decodeNames() {
     QVector<QByteArray> raw;
     for (const Item& item : qAsConst(m_items))
         raw += item.rawName;
-    m_names = ArchiveNames::decoded(raw, QLocale::system().language());
+    m_names = ArchiveNames::decoded(raw, QLocale::system());
     QSet<QString> known;
     for (int i = 0; i < m_names.size(); ++i) {
         QString& name = m_names[i];

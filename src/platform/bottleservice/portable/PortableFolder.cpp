@@ -16,6 +16,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr int MaximumShown = 200;  // of a path that is too long
+
 Reason cannotRead(const QByteArray& path, int error) {
     return Reason(Reason::CannotRead, {QString::fromUtf8(path), QString::fromLocal8Bit(strerror(error))});
 }
@@ -26,13 +28,16 @@ Reason PortableFolder::survey(const std::atomic_bool& cancelled) {
     const QByteArray root = QFile::encodeName(m_path);
     std::error_code error;
     fs::recursive_directory_iterator walk(fs::path(root.constData()), error);
+    QByteArray path = root;  // also that of a folder which the next step can't enter
     for (; !error && walk != fs::recursive_directory_iterator(); walk.increment(error)) {
         if (cancelled)
             return Reason::Cancelled;
-        const QByteArray path = QByteArray::fromStdString(walk->path().string());
+        path = QByteArray::fromStdString(walk->path().string());
         const QByteArray relative = path.mid(root.endsWith('/') ? root.size() : root.size() + 1);
-        if (++m_entries > MaximumEntries || !BackupPath::isInside(relative))
+        if (++m_entries > MaximumEntries)
             return Reason(Reason::UnfitFolder, {m_path});
+        if (!BackupPath::isInside(relative))
+            return Reason(Reason::PathTooLong, {QString::fromUtf8(path).left(MaximumShown) + QChar(0x2026)});
         std::error_code fault;
         const fs::file_status status = walk->symlink_status(fault);
         if (fault)
@@ -42,6 +47,8 @@ Reason PortableFolder::survey(const std::atomic_bool& cancelled) {
         } else if (fs::is_regular_file(status)) {
             m_items += Item{relative, Type::File};
             noteFile(QString::fromUtf8(relative), qint64(walk->file_size(fault)));
+            if (fault)
+                return cannotRead(path, fault.value());
             if (isExecutable(QString::fromUtf8(relative)))
                 noteProgram(QString::fromUtf8(relative), PeFile::read(QString::fromUtf8(path)));
         } else if (fs::is_symlink(status) &&
@@ -52,7 +59,7 @@ Reason PortableFolder::survey(const std::atomic_bool& cancelled) {
             leaveOut(QString::fromUtf8(relative));
         }
     }
-    return error ? cannotRead(root, error.value()) : checkPrograms();
+    return error ? cannotRead(path, error.value()) : checkPrograms();
 }
 
 Reason PortableFolder::copyTo(const QString& directory, BackupFile::Progress* progress) {

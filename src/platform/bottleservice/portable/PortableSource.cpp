@@ -4,9 +4,10 @@
 #include <cerrno>
 #include <cstring>
 
-#include "bottleservice/bottles/ExecutableRules.h"
 #include "bottleservice/portable/PortableArchive.h"
 #include "bottleservice/portable/PortableFolder.h"
+#include "bottleservice/portable/PortableName.h"
+#include "fenk/system/ExecutableKind.h"
 
 namespace {
 constexpr int MaximumLeftOut = 200;
@@ -40,7 +41,8 @@ void PortableSource::noteFile(const QString& name, qint64 bytes) {
 }
 
 void PortableSource::noteProgram(const QString& name, const PeFile& headers) {
-    if (ExecutableRules::kindOf(name.section('/', -1)) != ExecutableRules::Kind::Program)
+    if (Fenk::executableKind(name.section('/', -1), PortableName::folder(m_path)) !=
+        Fenk::ExecutableKind::Program)
         return;
     m_has32Bit = m_has32Bit || headers.machine == PeFile::MachineI386;
     m_has64Bit = m_has64Bit || headers.machine == PeFile::MachineAmd64;

@@ -77,7 +77,7 @@ constexpr Reason::Format Formats[] = {
     {"protected-archive", "%1 is protected by a password. Unpack it first, and add the folder."},
     {"unfit-folder", "%1 cannot be copied as a program: it holds too much."},
     {"no-free-name", "There is no free name for the bottle."},
-    {"path-too-long", "The path is too long for a backup: %1."},
+    {"path-too-long", "The path is too long or too deep to be copied: %1."},
     {"bottle-too-large", "The bottle has too many files for a backup."},
     {"backup-incomplete", "The backup holds no whole bottle: %1 is missing."},
     {"not-updated", "The bottle could not be brought to the Wine of this machine: %1"},
