@@ -165,7 +165,9 @@ private Q_SLOTS:
         QCOMPARE(log.count("Append program: "), 2);
         QVERIFY(!(list->model()->index(0, 0).flags() & Qt::ItemIsEnabled));
         QCOMPARE(outOfReach(dialog), QString());
+        const QSignalSpy chosen(dialog, &ChooseExecutableDialog::programChosen);
         QTest::keyClick(list, Qt::Key_Return);
+        QCOMPARE(chosen.count(), 1);
         const QJsonArray sent = m_service->waitForCall("updateExternalProgram").arguments;
         QCOMPARE(QJsonDocument::fromJson(sent.at(1).toString().toUtf8()).object(),
                  (QJsonObject{{"id", "c"}, {"name", "<b>"}, {"path", "C:\\<b>.exe"}}));

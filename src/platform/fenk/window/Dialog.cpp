@@ -128,7 +128,7 @@ void Dialog::equalizeButtons() {
 
 void Dialog::click(QPushButton* button) {
     const int index = m_buttons.indexOf(button);
-    if (index < 0)
+    if (index < 0 || m_answered)
         return;
     const QPointer<Dialog> alive(this);
     Q_EMIT buttonClicked(index, button->text());
@@ -181,6 +181,8 @@ QPushButton* Dialog::answerToReturn() const {
 void Dialog::showEvent(QShowEvent* event) {
     AbstractDialog::showEvent(event);
     equalizeButtons();
+    if (!event->spontaneous())
+        m_answered = false;
     if (event->spontaneous() || (focusWidget() && isAncestorOf(focusWidget()) && focusWidget()->hasFocus()))
         return;
     QPushButton* first = answerToReturn();

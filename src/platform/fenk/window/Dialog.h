@@ -14,6 +14,7 @@ namespace Fenk {
 /// A question: title, message, optional content, and equally wide buttons along the bottom, numbered from 0
 /// in the order of addition. Escape and the close button answer -1. Return presses the recommended or the
 /// default button, but a destructive one only if it has the focus; a Return that is held down presses once.
+/// After the answer, until it is shown again, clicks do nothing.
 class Dialog : public AbstractDialog {
     Q_OBJECT
 public:
