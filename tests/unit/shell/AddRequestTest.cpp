@@ -81,6 +81,8 @@ private Q_SLOTS:
         row("link beside", {"w/rel.lnk"}, int(Kind::Open), "w/Program Files/App/App.exe");
         row("link of a mounted Windows", {"w/Users/me/Desktop/app.lnk"}, int(Kind::Open),
             "w/Program Files/App/App.exe");
+        row("link to a folder", {"w/folder.lnk"}, int(Kind::Portable), "w/Program Files/App");
+        row("link to a folder above", {"w/above.lnk"}, int(Kind::Refused), "is not on this computer");
         row("dead link", {"w/dead.lnk"}, int(Kind::Refused), "It is a shortcut to C:\\Gone\\a.exe");
         row("no link", {"w/no.lnk"}, int(Kind::Refused), "does not lead to a program");
         row("link in a bottle", {".local/share/lumora-wine-bottles/bottles/b/drive_c/x.lnk"}, int(Kind::Open),
@@ -98,6 +100,8 @@ private Q_SLOTS:
                                                                 : "x");
         m_home.write("w/rel.lnk", shortcut("D:\\x.exe", ".\\program files\\App\\app.EXE"));
         m_home.write("w/Users/me/Desktop/app.lnk", shortcut("C:\\PROGRAM FILES\\App\\App.exe"));
+        m_home.write("w/folder.lnk", shortcut("C:\\Program Files\\App"));
+        m_home.write("w/above.lnk", shortcut("C:\\..", ".."));
         m_home.write("w/dead.lnk", shortcut("C:\\Gone\\a.exe"));
         m_home.write("w/no.lnk", "x");
         const QString bottle = ".local/share/lumora-wine-bottles/bottles/b/";
@@ -151,6 +155,9 @@ private Q_SLOTS:
         row("updater by description", facts("main.exe"), facts("ledger2.exe", {"Ledger Updater"}));
         row("crash reporter", facts("main.exe"), facts("crashpad_handler.exe"));
         row("Chinese uninstaller", facts("main.exe"), facts("卸载 Ledger.exe"));
+        row("helper's word in the name", {"Clip Service.exe", "Clip Service 2.0", {}},
+            {"viewer.exe", "Clip Service 2.0", {}});
+        row("settings", facts("main.exe"), facts("config.exe"));
         row("window", facts("ledger.exe"), console);
         row("icon", facts("a.exe"), facts("b.exe", {}, 0, 1 << 20, false));
         row("on top", facts("a.exe"), facts("a.exe", {}, 3));

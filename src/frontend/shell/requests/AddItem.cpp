@@ -65,9 +65,10 @@ void followLink(AddItem* item) {
     const LinkTarget target = LinkTarget::of(item->path);
     item->windowsPath = target.windowsPath;
     item->bottle = target.bottle;
-    item->kind = target.windowsPath.isEmpty() ? Kind::NoFileLink
-                 : target.file.isEmpty()      ? Kind::DeadLink
-                                              : kindOfFile(target.file);
+    item->kind = target.windowsPath.isEmpty()     ? Kind::NoFileLink
+                 : target.file.isEmpty()          ? Kind::DeadLink
+                 : QFileInfo(target.file).isDir() ? Kind::Folder
+                                                  : kindOfFile(target.file);
     if (!target.file.isEmpty())
         item->path = target.file;
 }

@@ -15,10 +15,24 @@ constexpr int DriveCharacters = 3;  // "C:\"
 constexpr int MaximumLevels = 24;
 const QLatin1String DriveC("/drive_c/");
 
-/// An existing file below `base`, whatever the case of its name.
+/// Whether the path leads down, by at least one name.
+bool leadsDown(QString windowsRest) {
+    const QStringList parts = windowsRest.replace('\\', '/').split('/', Qt::SkipEmptyParts);
+    return !parts.isEmpty() && !parts.contains(".") && !parts.contains("..");
+}
+
+/// Devices and pipes are nothing to add.
+bool isFileOrFolder(const QString& path) {
+    const QFileInfo info(path);
+    return info.isFile() || info.isDir();
+}
+
+/// An existing file or folder below `base`, whatever the case of its name.
 QString fileBelow(const QString& base, QString windowsRest) {
+    if (!leadsDown(windowsRest))
+        return {};
     const QString found = WindowsPath::resolveIgnoringCase(base, windowsRest.replace('\\', '/'));
-    return !found.isEmpty() && QFileInfo(found).isFile() ? found : QString();
+    return !found.isEmpty() && isFileOrFolder(found) ? found : QString();
 }
 
 QString beside(QString directory, QString relative) {
@@ -31,8 +45,7 @@ QString beside(QString directory, QString relative) {
             directory = QFileInfo(directory).path();
         }
     }
-    const bool isPlain = !relative.isEmpty() && !relative.split('/').contains("..");
-    return isPlain ? fileBelow(directory, relative) : QString();
+    return fileBelow(directory, relative);
 }
 
 /// As if one of the directories above the shortcut were its drive.
@@ -64,7 +77,7 @@ LinkTarget LinkTarget::of(const QString& shortcut) {
     if (path.startsWith(bottles) && drive > 0) {
         target.bottle = path.mid(bottles.size(), drive - bottles.size());
         const QString file = WindowsPath::toUnix(path.left(drive), link->target);
-        if (QFileInfo(file).isFile())
+        if (leadsDown(link->target.mid(DriveCharacters)) && isFileOrFolder(file))
             target.file = file;
         return target;
     }
