@@ -1198,6 +1198,10 @@ please wait for the component download to complete!</source>
         <source>Variables that could act on this machine were not taken over: %1</source>
         <translation>可能影响本机的变量未被采用：%1</translation>
     </message>
+    <message>
+        <source>Not copied, since they lead out of the folder or are no ordinary files: %1</source>
+        <translation>以下内容指向文件夹之外或不是普通文件，未被复制：%1</translation>
+    </message>
 </context>
 <context>
     <name>BottleCopyDialog</name>
@@ -4607,6 +4611,18 @@ please wait for the component download to complete!</source>
         <source>Close</source>
         <translation>关闭</translation>
     </message>
+    <message>
+        <source>The library also shows a program of %1 that was not chosen.</source>
+        <translation>应用库中还显示了 %1 中一个未选择的程序。</translation>
+    </message>
+    <message>
+        <source>It could not be removed: %1</source>
+        <translation>无法将其移除：%1</translation>
+    </message>
+    <message>
+        <source>The copy of %1 stays in the library.</source>
+        <translation>%1 的副本仍保留在应用库中。</translation>
+    </message>
 </context>
 <context>
     <name>ProblemReport</name>
@@ -5489,8 +5505,8 @@ please wait for the component download to complete!</source>
         <translation>没有可用的容器名称。</translation>
     </message>
     <message>
-        <source>The path is too long for a backup: %1.</source>
-        <translation>路径过长，无法备份：%1。</translation>
+        <source>The path is too long or too deep to be copied: %1.</source>
+        <translation>路径过长或层级过深，无法复制：%1。</translation>
     </message>
     <message>
         <source>The bottle has too many files for a backup.</source>

@@ -62,7 +62,7 @@ void BottleService::connectRequests() {
         m_dependencies.cancelAll(bottle);
     });
     connect(&m_setups, &SetupRequests::succeeded, &m_programs, &ProgramRequests::announce);
-    connect(&m_backups, &BackupRequests::restored, &m_programs, &ProgramRequests::announce);
+    connect(&m_backups, &BackupRequests::bottleMade, &m_programs, &ProgramRequests::announce);
     connect(&m_engine, &BottleEngine::closed, this, &BottleService::closed);
 }
 

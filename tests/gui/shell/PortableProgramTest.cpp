@@ -7,6 +7,7 @@
 #include "shell/DropFrame.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "shell/library/BottleCopyDialog.h"
+#include "support/LogCapture.h"
 #include "support/SmallProgram.h"
 #include "support/Table.h"
 
@@ -48,7 +49,16 @@ class PortableProgramTest : public LibraryFixture {
         program.replace(0, 2, "MZ");
         for (const char* name : {"unins000.exe", "app.exe", "tools/second.exe"})
             m_home.write(QString("b/drive_c/Program Files/App/") + name, program);
+        QDir().mkpath(m_home.path() + "/b/dosdevices");
+        QFile::link("../drive_c", m_home.path() + "/b/dosdevices/c:");
+        m_service->setBottle(
+            "portable-App",
+            {{"External_Programs",
+              QJsonObject{{"provisional", QJsonObject{{"id", "provisional"},
+                                                      {"name", "app"},
+                                                      {"path", "C:\\Program Files\\App\\app.exe"}}}}}});
         m_service->setJson("Backup.importPortable", QJsonObject{{"ok", true},
+                                                                {"leftOut", QJsonArray{"outer"}},
                                                                 {"bottle", "portable-App"},
                                                                 {"program", "provisional"},
                                                                 {"path", m_home.path() + "/b"},
@@ -143,7 +153,10 @@ private Q_SLOTS:
                 QJsonDocument::fromJson(entered[0].arguments[1].toString().toUtf8())["id"].toString()));
     }
 
+    /// The service's entry becomes the likely one's; the second can't be entered, after which the user wants
+    /// only the third.
     void portable() {
+        const LogCapture log;
         addFolder();
         QSignalSpy opened(m_window.get(), &Mainwindow::openRequested);
         auto* list = choice()->findChild<QTreeView*>("executables_list");
@@ -151,23 +164,29 @@ private Q_SLOTS:
         QCOMPARE(list->model()->rowCount(), 3);
         QCOMPARE(place(0), QString("app.exe"));
         QCOMPARE(place(2), QString("unins000.exe"));
+        QCOMPARE(log.count("Append program: "), 3);
+        QCOMPARE(log.count("Program already exists: "), 1);
+        QVERIFY(choice()->message().contains("Not copied") && choice()->message().endsWith("outer"));
         QTest::keyClick(list, Qt::Key_Down, Qt::ShiftModifier);
-        m_service->setError("Bottles.updateExternalProgram", "no");
+        m_service->setAnswers("Bottles.updateExternalProgram",
+                              {{{"text", ""}}, {{"error", "no"}}, {{"text", ""}}});
         QTest::mouseClick(choice()->button(1), Qt::LeftButton);
-        QTRY_VERIFY(choice()->message().contains("app could not be added"));
-        m_service->setText("Bottles.updateExternalProgram", "");
-        m_service->clearCalls();
-        QTest::mouseClick(choice()->button(1), Qt::LeftButton);
+        QTRY_VERIFY(choice()->message().contains("second could not be added"));
         const auto recordOf = [](const RecordedCall& call) {
             return QJsonDocument::fromJson(call.arguments[1].toString().toUtf8()).object();
         };
-        QCOMPARE(recordOf(m_service->waitForCall("updateExternalProgram", 2))["path"].toString(),
-                 QString("C:\\Program Files\\App\\tools\\second.exe"));
-        const QJsonObject first = recordOf(m_service->calls("updateExternalProgram")[0]);
-        QTRY_COMPARE(opened.count(), 1);
-        QCOMPARE(opened[0][0].toString(), "lumorawine://portable-App/" + first["id"].toString());
+        QCOMPARE(recordOf(m_service->calls("updateExternalProgram")[0]),
+                 (QJsonObject{
+                     {"id", "provisional"}, {"name", "app"}, {"path", "C:\\Program Files\\App\\app.exe"}}));
+        list->setCurrentIndex(list->model()->index(2, 0));
+        m_service->setError("Bottles.removeExternalProgram", "no");
+        QTest::keyClick(list, Qt::Key_Return);
+        const QJsonObject third = recordOf(m_service->waitForCall("updateExternalProgram", 3));
         QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments,
                  QJsonArray({"portable-App", "provisional"}));
+        QTRY_COMPARE(opened.count(), 1);
+        QCOMPARE(opened[0][0].toString(), "lumorawine://portable-App/" + third["id"].toString());
+        QVERIFY(find<Fenk::Dialog>("portable_message"));
         QTRY_VERIFY(!choice() && !PendingWork::instance()->isPending());
     }
 
@@ -178,6 +197,21 @@ private Q_SLOTS:
         QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});
         QVERIFY(m_service->calls("updateExternalProgram").isEmpty());
         QTRY_VERIFY(!PendingWork::instance()->isPending());
+    }
+
+    /// While the programs are looked at, which waits for the bottle's record here.
+    void cancelledWhileLooking() {
+        m_service->setHeld("Bottles.get:portable-App", "{}");
+        m_service->setJson("Backup.importPortable", QJsonObject{{"ok", true}, {"bottle", "portable-App"}});
+        QDir().mkpath(source());
+        openUntil(State::Ready);
+        drop({QUrl::fromLocalFile(source())});
+        m_service->waitForCall("get");
+        QTest::keyClick(find<BottleCopyDialog>("bottle_copy_dialog"), Qt::Key_Escape);
+        QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});
+        m_service->release("get");
+        QTRY_VERIFY(!PendingWork::instance()->isPending());
+        QVERIFY(!choice());
     }
 
     /// The service was done before it heard of it.
@@ -209,7 +243,7 @@ private Q_SLOTS:
         QTest::mouseClick(choice()->button(1), Qt::LeftButton);
         QTRY_VERIFY(choice()->message().contains("could not be added"));
         QTest::keyClick(choice(), Qt::Key_Escape);
-        QTRY_VERIFY(!choice());
+        QTRY_VERIFY(!choice() && find<Fenk::Dialog>("portable_message"));
     }
 
     void refused() {

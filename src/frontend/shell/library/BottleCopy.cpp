@@ -24,7 +24,7 @@ QString joined(const QJsonArray& names) {
         if (texts.size() == MostNames)
             texts.last() = QChar(0x2026);
         else
-            texts += name.toString();
+            texts += name.toString().left(LongestName);
     }
     return QLocale().createSeparatedList(texts);
 }
@@ -123,6 +123,9 @@ Outcome BottleCopy::outcomeOf(const BusResult& result) const {
                 : tr("Links that lead out of the container are not in the file: %1").arg(joined(leftOut));
     } else if (m_kind == Kind::Portable) {
         outcome.text = tr("%1 is copied.").arg(m_name);
+        if (!leftOut.isEmpty())
+            outcome.note = tr("Not copied, since they lead out of the folder or are no ordinary files: %1")
+                               .arg(joined(leftOut));
     } else {
         outcome.text = tr("Back in the library: %1").arg(m_name);
         QStringList notes;

@@ -10,7 +10,7 @@ class QProgressBar;
 /// Shows how far a copy of a bottle is, and how it ended. Closing it does not end the copy: the window then
 /// tells its end in a message, and a failure opens the dialog again. Owned by its window; deletes itself when
 /// it is closed after the end. After the copy of a portable program it stays open until it is closed by the
-/// owner of the copy, or by its only button, which means that the program is not wanted.
+/// owner of the copy, or by the user, which means that the program is not wanted.
 class BottleCopyDialog : public Fenk::Dialog {
     Q_OBJECT
 public:

@@ -3,12 +3,15 @@
 #include <QDebug>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QHash>
+#include <QJsonArray>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QUuid>
 #include <algorithm>
 
 #include "backend/ProgramRecord.h"
+#include "backend/WindowsPath.h"
 #include "core/base/Paths.h"
 #include "core/base/ToolProcess.h"
 #include "launch/icons/IconFile.h"
@@ -38,12 +41,12 @@ void sort(QVector<Candidate>* candidates) {
         [](const Candidate& one, const Candidate& other) { return one.likelihood > other.likelihood; });
 }
 
-QVector<Candidate> found(const QString& directory, const QString& folder) {
+QVector<Candidate> found(const QString& directory, const QString& folder, const std::atomic_bool& stop) {
     QVector<Candidate> candidates;
     const ProgramHost host = ProgramHost::thisMachine();
     QDirIterator walk(directory, {"*.exe", "*.bat"}, QDir::Files | QDir::NoSymLinks | QDir::Hidden,
                       QDirIterator::Subdirectories);
-    while (walk.hasNext() && candidates.size() < PortableCandidates::MostFiles) {
+    while (!stop && walk.hasNext() && candidates.size() < PortableCandidates::MostFiles) {
         Candidate candidate;
         candidate.file = walk.next();
         const QString relative = candidate.file.mid(directory.size() + 1);
@@ -82,41 +85,59 @@ void examine(Candidate* candidate, const QString& directory) {
     candidate->facts.hasIcon = !candidate->icon.isEmpty();
 }
 
-Executable executableOf(const Candidate& candidate, QSet<QString>* takenNames) {
-    QStringList names = candidate.facts.names;
-    names += QFileInfo(candidate.file).completeBaseName();
-    // Several programs of one product often share its name.
-    QString name = names.first();
-    for (int i = 1; takenNames->contains(name) && i < names.size(); ++i)
-        name = names[i];
-    takenNames->insert(name);
-    Executable executable;
-    executable.name = name;
-    executable.path = candidate.path;
-    executable.record =
-        ProgramRecord::minimal(QUuid::createUuid().toString(QUuid::WithoutBraces), name, candidate.path);
-    executable.isEntered = false;
-    executable.file = candidate.file;
-    executable.place = candidate.place;
-    executable.images = candidate.icon;
-    return executable;
+/// Without a name when the version block was not read: whoever shows it reads it then.
+QJsonObject recordOf(const Candidate& candidate, const QJsonObject& entries, bool isExamined,
+                     QSet<QString>* takenNames) {
+    QString name;
+    if (isExamined) {
+        QStringList names = candidate.facts.names;
+        names += QFileInfo(candidate.file).completeBaseName();
+        // Several programs of one product often share its name.
+        name = names.first();
+        for (int i = 1; takenNames->contains(name) && i < names.size(); ++i)
+            name = names[i];
+        takenNames->insert(name);
+    }
+    QString id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+        const QString path = ProgramRecord::path(entry->toObject());
+        if (path.compare(candidate.path, Qt::CaseInsensitive) == 0)
+            id = entry.key();
+    }
+    return ProgramRecord::minimal(id, name, candidate.path);
 }
 
 }  // namespace
 
-QVector<Executable> PortableCandidates::in(const QString& directory, const QString& folder) {
-    QVector<Candidate> candidates = found(directory, folder);
+QVector<Executable> PortableCandidates::in(const Place& place, const QJsonObject& entries,
+                                           const std::atomic_bool& stop) {
+    const QString directory = WindowsPath::toUnix(place.bottlePath, place.folder);
+    QVector<Candidate> candidates = found(directory, place.folder, stop);
     sort(&candidates);
     candidates.resize(std::min(candidates.size(), MostOffered));
     const QTemporaryDir icons;
-    for (int i = 0; i < std::min(candidates.size(), MostExamined); ++i)
+    QSet<QString> examined;
+    for (int i = 0; i < std::min(candidates.size(), MostExamined) && !stop; ++i) {
         examine(&candidates[i], icons.path());
+        examined.insert(candidates[i].path);
+    }
     sort(&candidates);
-    QVector<Executable> offered;
+    QJsonArray records;
     QSet<QString> names;
+    QHash<QString, Candidate> byPath;
     for (const Candidate& candidate : qAsConst(candidates)) {
         qInfo().noquote() << "found" << candidate.path << candidate.likelihood;
-        offered += executableOf(candidate, &names);
+        records += recordOf(candidate, entries, examined.contains(candidate.path), &names);
+        byPath.insert(candidate.path, candidate);
+    }
+    for (const QJsonValue& entry : entries)
+        records += entry;
+    QVector<Executable> offered = ExecutableList::of(place.bottlePath, records);
+    for (Executable& executable : offered) {
+        const Candidate candidate = byPath.value(executable.path);
+        executable.isEntered = false;  // the bottle is new, and its entries are the service's guess
+        executable.place = candidate.place;
+        executable.images = candidate.icon;
     }
     return offered;
 }

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QVector>
+#include <atomic>
 
 #include "shell/configuration/executables/ExecutableList.h"
 
@@ -13,8 +14,15 @@ constexpr int MostOffered = 40;
 constexpr int MostExamined =
     12;  ///< whose version block and icon are read; each takes some tenths of a second
 
-/// Programs below `directory`, whose Windows path is `folder`. Links are not followed. Nothing in the files
-/// is trusted. Looks at files and waits for tools; for worker threads.
-QVector<Executable> in(const QString& directory, const QString& folder);
+/// Where the copy lies.
+struct Place {
+    QString bottlePath;
+    QString folder;  ///< Windows path of the copy
+};
+
+/// Programs in the copy, then those of the bottle's `entries` that are not among them; a program that has an
+/// entry gets its id. Links are not followed. Nothing in the files is trusted. Looks at files and waits for
+/// tools, until `stop` is true; for worker threads.
+QVector<Executable> in(const Place& place, const QJsonObject& entries, const std::atomic_bool& stop);
 
 }  // namespace PortableCandidates

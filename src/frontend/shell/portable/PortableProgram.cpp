@@ -4,6 +4,7 @@
 #include <QDebug>
 #include <QFileInfo>
 
+#include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/DesktopUtils.h"
 #include "backend/InBackground.h"
@@ -11,7 +12,6 @@
 #include "fenk/window/Dialog.h"
 #include "shell/configuration/executables/ChooseExecutableDialog.h"
 #include "shell/library/BottleCopyDialog.h"
-#include "shell/portable/PortableCandidates.h"
 
 namespace {
 
@@ -43,31 +43,39 @@ bool PortableProgram::hasWindow() const {
 
 void PortableProgram::onCopied(const BottleCopy::Outcome& outcome) {
     m_bottle = outcome.result["bottle"].toString();
-    m_provisional = outcome.result["program"].toString();
+    m_note = outcome.note;
     if (outcome.end != BottleCopy::Outcome::End::Done || m_bottle.isEmpty()) {
         if (!m_over)
             BottleCopy::notify(outcome);  // the dialog went with its window
-        end({});
+        end();
         return;
     }
+    m_entered.insert(outcome.result["program"].toString());
     if (m_progress)
-        connect(m_progress, &QDialog::finished, this, [this](int result) { m_isDecided = result == 0; });
-    const QString folder = outcome.result["folder"].toString();
-    const QString name = folder.section('\\', -1);
-    const QString directory = outcome.result["path"].toString() + "/drive_c/Program Files/" + name;
+        connect(m_progress, &QDialog::finished, this, &PortableProgram::removeBottle);
+    BottlesConfig::instance()->watchBottle(
+        m_bottle, this, [this, copied = outcome.result](const BusResult& result) {
+            if (!result.ok)
+                qWarning().noquote() << "cannot read the entries of" << m_bottle << result.errorMessage;
+            const PortableCandidates::Place place{copied["path"].toString(), copied["folder"].toString()};
+            look(place, BottleRecord::programs(result.object()));
+        });
+}
+
+void PortableProgram::look(const PortableCandidates::Place& place, const QJsonObject& entries) {
     inBackground(
-        this, [directory, folder] { return PortableCandidates::in(directory, folder); },
+        this, [place, entries, stop = m_stop] { return PortableCandidates::in(place, entries, *stop); },
         [this](const QVector<Executable>& programs) { onFound(programs); });
 }
 
 void PortableProgram::onFound(const QVector<Executable>& programs) {
-    m_programs = programs;
-    if (m_isDecided) {
-        removeBottle();
+    if (m_isUnwanted)
         return;
+    m_programs = programs;
+    if (m_progress) {
+        m_progress->disconnect(this);
+        m_progress->done(0);
     }
-    if (m_progress)
-        m_progress->done(-1);
     if (programs.isEmpty()) {
         tell(tr("%1 was not added.").arg(shownName(m_path)),
              tr("None of the files in it is a program that could be started."));
@@ -82,11 +90,12 @@ void PortableProgram::onFound(const QVector<Executable>& programs) {
 void PortableProgram::offer() {
     m_dialog =
         new ChooseExecutableDialog(tr("Choose Programs of %1").arg(shownName(m_path)), m_programs, m_over);
-    connect(m_dialog, &ChooseExecutableDialog::programsChosen, this,
-            [this](const QVector<QJsonObject>& records) {
-                m_isDecided = true;
-                enter(records, 0);
-            });
+    if (!m_note.isEmpty())
+        m_dialog->setMessage(m_dialog->message() + "\n\n" + m_note);
+    connect(m_dialog, &ChooseExecutableDialog::programsChosen, this, [this](const Records& records) {
+        m_isDecided = true;
+        enter(records, 0);
+    });
     connect(m_dialog, &ChooseExecutableDialog::cancelled, this, [this] {
         m_isDecided = true;
         removeBottle();
@@ -100,12 +109,12 @@ void PortableProgram::offer() {
 
 void PortableProgram::keepLikely() {
     m_isDecided = true;
-    enter({m_programs.first().record}, 0);
+    enter({ExecutableList::entryOf(m_programs.first())}, 0);
 }
 
-void PortableProgram::enter(const QVector<QJsonObject>& records, int index) {
+void PortableProgram::enter(const Records& records, int index) {
     if (index == records.size()) {
-        onAllEntered(records);
+        removeOthers(records);
         return;
     }
     const auto add = [bottle = m_bottle, record = records[index]] {
@@ -115,10 +124,11 @@ void PortableProgram::enter(const QVector<QJsonObject>& records, int index) {
         this, add, [this, records, index](const BusResult& result) { onEntered(result, records, index); });
 }
 
-void PortableProgram::onEntered(const BusResult& result, const QVector<QJsonObject>& records, int index) {
-    if (!m_hold)
-        return;  // cancelled meanwhile
+void PortableProgram::onEntered(const BusResult& result, const Records& records, int index) {
+    if (m_isUnwanted)
+        return;
     if (result.ok) {
+        m_entered.insert(ProgramRecord::id(records[index]));
         enter(records, index + 1);
         return;
     }
@@ -134,41 +144,59 @@ void PortableProgram::onEntered(const BusResult& result, const QVector<QJsonObje
     removeBottle();
 }
 
-void PortableProgram::onAllEntered(const QVector<QJsonObject>& records) {
-    removeProvisional();
-    const ProgramRef first{m_bottle, ProgramRecord::id(records.first())};
-    if (m_dialog) {
-        m_dialog->done(1);
-        Q_EMIT startRequested(first);
-    } else {
-        tell(tr("In the library: %1").arg(ProgramRecord::name(records.first())), {});
-    }
-    end(m_bottle);
+/// The service's guess, and what was entered before a failure after which the user chose anew.
+void PortableProgram::removeOthers(const Records& chosen) {
+    QSet<QString> others = m_entered;
+    others.remove({});
+    for (const QJsonObject& record : chosen)
+        others.remove(ProgramRecord::id(record));
+    const auto remove = [bottle = m_bottle, others] {
+        BusResult outcome;
+        outcome.ok = true;
+        for (const QString& id : others) {
+            const BusResult result = BottlesConfig::instance()->removeExternalProgram(bottle, id);
+            if (!result.ok)
+                outcome = result;
+        }
+        return outcome;
+    };
+    changeServiceAsync(this, remove, [this, chosen](const BusResult& result) {
+        if (m_isUnwanted)
+            return;
+        if (!result.ok) {
+            qWarning().noquote() << "cannot remove an entry of" << m_bottle << result.errorMessage;
+            tell(tr("The library also shows a program of %1 that was not chosen.").arg(shownName(m_path)),
+                 tr("It could not be removed: %1").arg(result.errorText()));
+        }
+        onAllDone(chosen);
+    });
 }
 
-/// The entry that the service has made itself; no window shows it yet.
-void PortableProgram::removeProvisional() {
-    if (m_provisional.isEmpty())
-        return;
-    const auto remove = [bottle = m_bottle, id = m_provisional] {
-        return BottlesConfig::instance()->removeExternalProgram(bottle, id);
-    };
-    changeServiceAsync(qApp, remove, [bottle = m_bottle](const BusResult& result) {
-        if (!result.ok)
-            qWarning().noquote() << "cannot remove the first entry of" << bottle << result.errorMessage;
-    });
+void PortableProgram::onAllDone(const Records& records) {
+    if (m_dialog) {
+        m_dialog->done(1);
+        Q_EMIT startRequested({m_bottle, ProgramRecord::id(records.first())});
+    } else {
+        tell(tr("In the library: %1").arg(ProgramRecord::name(records.first())), m_note);
+    }
+    end();
 }
 
 /// It is new, and has what is still where the user had it.
 void PortableProgram::removeBottle() {
+    m_isUnwanted = true;
+    *m_stop = true;
     const auto remove = [bottle = m_bottle] {
         return BottlesConfig::instance()->deleteBottleAndWait(bottle);
     };
-    changeServiceAsync(qApp, remove, [bottle = m_bottle](const BusResult& result) {
-        if (!result.ok)
-            qWarning().noquote() << "cannot remove" << bottle << result.errorMessage;
+    changeServiceAsync(this, remove, [this](const BusResult& result) {
+        if (!result.ok) {
+            qWarning().noquote() << "cannot remove" << m_bottle << result.errorMessage;
+            tell(tr("The copy of %1 stays in the library.").arg(shownName(m_path)),
+                 tr("It could not be removed: %1").arg(result.errorText()));
+        }
+        end();
     });
-    end({});
 }
 
 void PortableProgram::tell(const QString& text, const QString& note) const {
@@ -179,14 +207,13 @@ void PortableProgram::tell(const QString& text, const QString& note) const {
         return;
     }
     auto* dialog = new Fenk::Dialog(text, note, m_over);
-    dialog->setObjectName("portable_failure");
+    dialog->setObjectName("portable_message");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->addButton(tr("Close"), true);
     dialog->open();
 }
 
-void PortableProgram::end(const QString& bottle) {
+void PortableProgram::end() {
     m_hold.reset();
     deleteLater();
-    Q_EMIT finished(bottle);
 }

@@ -3,12 +3,15 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QWidget>
+#include <atomic>
+#include <memory>
 
 #include "backend/PendingWork.h"
 #include "backend/ProgramRef.h"
-#include "shell/configuration/executables/ExecutableList.h"
 #include "shell/library/BottleCopy.h"
+#include "shell/portable/PortableCandidates.h"
 
 class BottleCopyDialog;
 class ChooseExecutableDialog;
@@ -29,32 +32,38 @@ public:
 Q_SIGNALS:
     /// A program was entered that the user wants to start.
     void startRequested(const ProgramRef& program);
-    /// Exactly once; the bottle is empty when nothing was added.
-    void finished(const QString& bottle);
 
 private:
+    using Records = QVector<QJsonObject>;
+
     PortableProgram(const QString& path, QWidget* over);
     void onCopied(const BottleCopy::Outcome& outcome);
+    void look(const PortableCandidates::Place& place, const QJsonObject& entries);
     void onFound(const QVector<Executable>& programs);
     void offer();
     bool hasWindow() const;
     /// Enters the rest of the records, one after the other.
-    void enter(const QVector<QJsonObject>& records, int index);
-    void onEntered(const BusResult& result, const QVector<QJsonObject>& records, int index);
-    void onAllEntered(const QVector<QJsonObject>& records);
+    void enter(const Records& records, int index);
+    void onEntered(const BusResult& result, const Records& records, int index);
+    /// Then ends.
+    void removeOthers(const Records& chosen);
+    void onAllDone(const Records& records);
     void keepLikely();
-    void removeProvisional();
+    /// Then ends.
     void removeBottle();
     void tell(const QString& text, const QString& note) const;
-    void end(const QString& bottle);
+    void end();
 
     const QString m_path;
     QPointer<QWidget> m_over;
     QPointer<BottleCopyDialog> m_progress;
     QPointer<ChooseExecutableDialog> m_dialog;
     QString m_bottle;
-    QString m_provisional;  ///< id of the service's entry, until the chosen ones are entered
+    QString m_note;           ///< what was not copied
+    QSet<QString> m_entered;  ///< ids; at first that of the service's own entry
     QVector<Executable> m_programs;
     bool m_isDecided = false;  ///< the user has chosen or cancelled
+    bool m_isUnwanted = false;
+    std::shared_ptr<std::atomic_bool> m_stop = std::make_shared<std::atomic_bool>(false);  ///< the search
     PendingWork::Hold m_hold = PendingWork::instance()->hold();
 };

@@ -84,12 +84,7 @@ void BackupRequests::importBottle(const QString& file, const QString& name, cons
         ImportBottleJob::Tools{
             bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
             progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
-        [self = QPointer<BackupRequests>(this), end = ending(file, reply)](const Answer& answer) {
-            end(answer);
-            if (self && answer.isGood())
-                Q_EMIT self->restored(
-                    QJsonDocument::fromJson(answer.text.toUtf8()).object()["bottle"].toString());
-        });
+        announcing(ending(file, reply)));
     // A queue of its own: the bottle's name is chosen at the end.
     begin(file, progress, "/" + file, std::move(job));
 }
@@ -104,7 +99,7 @@ void BackupRequests::importPortable(const QString& source, const Reply& reply) {
         PortableBottleJob::Tools{
             bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
             progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
-        ending(source, reply));
+        announcing(ending(source, reply)));
     // A queue of its own: the bottle's name is chosen at the end.
     begin(source, progress, "/" + source, std::move(job));
 }
@@ -131,6 +126,15 @@ Reply BackupRequests::ending(const QString& file, const Reply& reply) {
         if (self)
             self->end(file);
         reply(answer);
+    };
+}
+
+Reply BackupRequests::announcing(const Reply& reply) {
+    return [self = QPointer<BackupRequests>(this), reply](const Answer& answer) {
+        reply(answer);
+        if (self && answer.isGood())
+            Q_EMIT self->bottleMade(
+                QJsonDocument::fromJson(answer.text.toUtf8()).object()["bottle"].toString());
     };
 }
 

@@ -42,8 +42,8 @@ public:
 Q_SIGNALS:
     /// Bytes of the bottle's files, some times a second; the total is 0 as long as it is not known.
     void progress(const QString& file, qint64 done, qint64 total);
-    /// A bottle was made from a backup.
-    void restored(const QString& bottle);
+    /// A bottle was made from a backup or of a portable program.
+    void bottleMade(const QString& bottle);
 
 private:
     struct Copy {
@@ -56,6 +56,8 @@ private:
     bool refuse(const QString& file, const Reply& reply) const;
     /// Ends the copy, then replies.
     Reply ending(const QString& file, const Reply& reply);
+    /// Replies, then tells of the bottle in the answer.
+    Reply announcing(const Reply& reply);
     void begin(const QString& file, const std::shared_ptr<BackupFile::Progress>& progress,
                const QString& queue, std::unique_ptr<Job> job);
     void end(const QString& file);

@@ -11,7 +11,6 @@
 #include "backend/BottleRecord.h"
 #include "backend/BottlesConfig.h"
 #include "backend/InBackground.h"
-#include "backend/ProgramRecord.h"
 #include "fenk/controls/Label.h"
 #include "fenk/controls/Spinner.h"
 #include "fenk/style/Theme.h"
@@ -226,16 +225,12 @@ void ChooseExecutableDialog::onOkBtnClicked() {
     if (m_takesSeveral) {
         QVector<QJsonObject> records;
         for (const int row : chosenRows())
-            records += m_executables[row].record;
+            records += ExecutableList::entryOf(m_executables[row]);
         m_pages->setEnabled(false);
         button(m_add)->setEnabled(false);
         Q_EMIT programsChosen(records);
         return;
     }
-    const Executable* executable = chosen();
-    if (!executable)
-        return;
-    QJsonObject record = ProgramRecord::adopted(executable->record);
-    record.insert("name", executable->name);
-    Q_EMIT programChosen(record);
+    if (const Executable* executable = chosen())
+        Q_EMIT programChosen(ExecutableList::entryOf(*executable));
 }

@@ -34,6 +34,12 @@ QVector<Executable> ExecutableList::of(const QString& bottlePath, const QJsonArr
     return list;
 }
 
+QJsonObject ExecutableList::entryOf(const Executable& executable) {
+    QJsonObject record = ProgramRecord::adopted(executable.record);
+    record.insert("name", executable.name);
+    return record;
+}
+
 QString ExecutableList::nameInVersionBlock(const QString& file) {
     if (!QFileInfo(file).isFile())
         return {};

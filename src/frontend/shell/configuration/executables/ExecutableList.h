@@ -23,6 +23,9 @@ namespace ExecutableList {
 /// files; for worker threads.
 QVector<Executable> of(const QString& bottlePath, const QJsonArray& programs);
 
+/// The record with which it is entered.
+QJsonObject entryOf(const Executable& executable);
+
 /// The name in the version block of the file; empty without one. Waits for a tool, at most 30 s.
 QString nameInVersionBlock(const QString& file);
 
