@@ -53,6 +53,8 @@ private Q_SLOTS:
         QCOMPARE(bottlesJson("listAllPrograms").array()[0].toObject()["path"].toString(),
                  QString("C:\\Program Files\\Harbour 2.1\\Harbour\\Harbour.exe"));
         QCOMPARE(bottleNames(), QStringList("portable-Harbour2.1"));
+        QTRY_VERIFY(
+            tree.names().contains(bottlesJson("listAllPrograms").array()[0].toObject()["name"].toString()));
         QVERIFY2(app.waitForLog("got a window popuped", LongMs), qPrintable(app.log().right(3000)));
         QVERIFY(windows.close(window.id));
         QVERIFY2(app.waitForLog("program exited:", LongMs), qPrintable(app.log().right(3000)));

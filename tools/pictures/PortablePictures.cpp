@@ -66,6 +66,11 @@ QList<QWidget*> choice(const Scene& scene, bool hasFailed) {
     auto* dialog = new ChooseExecutableDialog(
         QCoreApplication::translate("PortableProgram", "Choose Programs of %1").arg(Folder), found,
         scene.window);
+    dialog->setMessage(
+        dialog->message() + "\n\n" +
+        QCoreApplication::translate(
+            "BottleCopy", "Not copied, since they lead out of the folder or are no ordinary files: %1")
+            .arg(QLocale().createSeparatedList({"data/shared", "data/music"})));
     dialog->open();
     settle(300);
     if (hasFailed)

@@ -28,6 +28,7 @@ class PortableProgram : public QObject {
 public:
     /// Shows its progress over the window of `over`.
     static PortableProgram* start(const QString& path, QWidget* over);
+    ~PortableProgram() override { *m_stop = true; }
 
 Q_SIGNALS:
     /// A program was entered that the user wants to start.
