@@ -27,7 +27,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 string(CONCAT CPACK_DEBIAN_PACKAGE_DEPENDS
   "wine, wine64-preloader | wine32-preloader, python3:any, python3-pefile, python3-yaml, icoutils, file, "
   "xdg-utils, xz-utils, zstd, hicolor-icon-theme, libqt5sql5-sqlite, default-dbus-session-bus | dbus-session-bus")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "wine32, wine32-preloader, libvulkan1, mesa-vulkan-drivers, pciutils, fonts-noto-cjk, qttranslations5-l10n, dpkg-dev, fakeroot")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "wine32, wine32-preloader, libvulkan1, mesa-vulkan-drivers, pciutils, fonts-noto-cjk, qttranslations5-l10n")
 # For the components that the catalogue has no files for.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "winetricks")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

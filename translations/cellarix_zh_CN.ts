@@ -378,7 +378,7 @@
     </message>
     <message>
         <source>Use a name with a dot, such as com.example.program</source>
-        <translation>名称中须包含点号，例如 com.example.program</translation>
+        <translation type="vanished">名称中须包含点号，例如 com.example.program</translation>
     </message>
     <message>
         <source>The package settings cannot be saved in %1. Nothing was packed.</source>
@@ -386,11 +386,23 @@
     </message>
     <message>
         <source>Set DEBFULLNAME and DEBEMAIL in the environment to give your own name and address.</source>
-        <translation>要使用您自己的姓名和邮箱，请设置环境变量 DEBFULLNAME 和 DEBEMAIL。</translation>
+        <translation type="vanished">要使用您自己的姓名和邮箱，请设置环境变量 DEBFULLNAME 和 DEBEMAIL。</translation>
     </message>
     <message>
         <source>Debian 11 and older systems cannot install a package that is compressed with zstd.</source>
         <translation>Debian 11 及更早的系统无法安装使用 zstd 压缩的软件包。</translation>
+    </message>
+    <message>
+        <source>Everybody who has the package can read them. Without both, the package names Cellarix.</source>
+        <translation>获得该软件包的人都能看到。未同时填写两项时，软件包会注明 Cellarix。</translation>
+    </message>
+    <message>
+        <source>A name without a dot may be that of a package of the system, which would be replaced. A name such as com.example.program is safe.</source>
+        <translation>不含点的名称可能与系统中的某个软件包重名，并导致该软件包被替换。建议使用 com.example.program 这样的名称。</translation>
+    </message>
+    <message>
+        <source>Package name and version are too long together</source>
+        <translation>包名和版本号合起来过长</translation>
     </message>
 </context>
 <context>
@@ -2710,7 +2722,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The package name %1 has no dot. Choose one such as com.example.program.</source>
-        <translation>包名 %1 中没有点。请选用 com.example.program 这样的名称。</translation>
+        <translation type="vanished">包名 %1 中没有点。请选用 com.example.program 这样的名称。</translation>
     </message>
     <message>
         <source>Another program&apos;s package is named %1. Choose another name.</source>
@@ -2775,6 +2787,18 @@ please wait for the component download to complete!</source>
     <message>
         <source>%1 could not be read or written.</source>
         <translation>无法读写 %1。</translation>
+    </message>
+    <message>
+        <source>The bottle is being packed or changed already. Try again when that is done.</source>
+        <translation>该容器正在打包或更新，请在完成后重试。</translation>
+    </message>
+    <message>
+        <source>The program %1 is not installed. Install it and try again.</source>
+        <translation>未安装程序 %1，请安装后重试。</translation>
+    </message>
+    <message>
+        <source>The package&apos;s file name would be too long: %1. Choose a shorter name or version.</source>
+        <translation>软件包的文件名过长：%1。请使用更短的包名或版本号。</translation>
     </message>
 </context>
 <context>
@@ -3954,6 +3978,21 @@ please wait for the component download to complete!</source>
     <message>
         <source>Service Agreement</source>
         <translation>《服务协议》</translation>
+    </message>
+</context>
+<context>
+    <name>MaintainerFields</name>
+    <message>
+        <source>Your name</source>
+        <translation>您的姓名</translation>
+    </message>
+    <message>
+        <source>Your e-mail address</source>
+        <translation>您的电子邮箱地址</translation>
+    </message>
+    <message>
+        <source>Your input is not a valid e-mail address</source>
+        <translation>您输入的电子邮箱地址无效</translation>
     </message>
 </context>
 <context>

@@ -18,6 +18,7 @@
 #include "packaging/config/PackageFiles.h"
 #include "packaging/driver/DoPackageDialog.h"
 #include "packaging/driver/PackagePages.h"
+#include "packaging/driver/PackagingFailure.h"
 #include "packaging/start/BottleProgressDialog.h"
 
 namespace {
@@ -82,6 +83,7 @@ QImage form(Form kind) {
     dialog.show();
     settle(1500);
     if (kind == Form::Wrong) {
+        dialog.findChild<Fenk::LineEdit*>("package_pkgname")->setText("harbour");
         dialog.findChild<Fenk::LineEdit*>("package_pkgversion")->setText("beta");
         dialog.slotsValidateWidgets();
     } else if (kind == Form::End) {
@@ -150,7 +152,9 @@ QImage done() {
 
 QImage failed() {
     return ended<ShowPackageFailedWidget>([](ShowPackageFailedWidget* page) {
-        page->setReason("Programs run in the bottle. Close them and try again.");
+        PackagingFailure failure;
+        failure.take("packager: cause running:");
+        page->setReason(failure.text());
     });
 }
 

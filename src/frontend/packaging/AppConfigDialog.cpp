@@ -20,6 +20,7 @@
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
 #include "fenk/window/Dialog.h"
+#include "packaging/config/MaintainerFields.h"
 #include "packaging/config/PackageChecker.h"
 #include "packaging/config/PackageFiles.h"
 #include "packaging/config/ShowPackageCheckerWidget.h"
@@ -62,7 +63,8 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
       m_x86(named(new QCheckBox(tr("x86")), "package_x86_arch")),
       m_arm(named(new QCheckBox(tr("arm")), "package_arm_arch")),
       m_fast(named(new QRadioButton(tr("Much faster (zstd)")), "package_compression_zstd")),
-      m_maintainer(named(new Label(Label::Body), "package_maintainer")),
+      m_maintainer(named(new MaintainerFields, "package_maintainer")),
+      m_nameWarning(named(new Label(Label::Small), "package_name_warning")),
       m_contents(new PackageContentsWidget) {
     setObjectName("package_config_dialog");
     setAccessibleName("package_config_dialog");
@@ -91,6 +93,10 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
               "after installation."));
     addRow(tr("App package name:"), m_packageName,
            tr("Package name rule: official website domain name + author, e.g: com.qq.weixin.lumora"));
+    m_nameWarning->setTextRole(Theme::Warning);
+    m_nameWarning->setReadingWidth(DialogWidth - 2 * Tokens::Space24);
+    m_nameWarning->hide();
+    m_rows->addWidget(m_nameWarning);
     addRow(tr("Package version:"), m_version,
            tr("Version number rule: Application version number + author + number, e.g: 3.9.7lumora9"));
     addRow(tr("App Type:"), m_category);
@@ -98,9 +104,8 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     addRow(tr("Support Architecture:"), makeArchitectures());
     addRow(tr("Compression:"), makeCompression(),
            tr("Debian 11 and older systems cannot install a package that is compressed with zstd."));
-    m_maintainer->setElided(true);
     addRow(tr("Maintainer:"), m_maintainer,
-           tr("Set DEBFULLNAME and DEBEMAIL in the environment to give your own name and address."));
+           tr("Everybody who has the package can read them. Without both, the package names Cellarix."));
     bodyLayout()->addWidget(m_contents);
     bodyLayout()->addWidget(makeButtons());
     setInfo(PackageInfo());
@@ -114,8 +119,10 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     m_typing.setSingleShot(true);
     m_typing.setInterval(TypingMs);
     connect(&m_typing, &QTimer::timeout, this, &AppConfigDialog::showTypedErrors);
-    for (LineEdit* edit : {m_packageName, m_version})
+    for (LineEdit* edit : {m_packageName, m_version, m_maintainer->address()})
         connect(edit, &LineEdit::textEdited, &m_typing, qOverload<>(&QTimer::start));
+    connect(m_packageName, &LineEdit::textChanged, this, &AppConfigDialog::warnOfName);
+    connect(m_category, qOverload<int>(&QComboBox::activated), this, [this] { m_isCategoryChosen = true; });
 }
 
 void AppConfigDialog::openFor(const ProgramRef& program, QWidget* over) {
@@ -214,7 +221,7 @@ void AppConfigDialog::fill() {
         });
 }
 
-/// What the user has typed stays.
+/// What the user has typed or chosen stays.
 void AppConfigDialog::setInfo(const PackageInfo& info) {
     const std::pair<LineEdit*, QString> texts[] = {
         {m_appName, info.appName.left(PackageInfo::MaximumNameLength)},
@@ -225,7 +232,10 @@ void AppConfigDialog::setInfo(const PackageInfo& info) {
         if (!text.first->lineEdit()->isModified())
             text.first->setText(text.second);
     }
-    m_category->setCurrentIndex(qMax(0, m_category->findData(info.category)));
+    if (!m_isCategoryChosen)
+        m_category->setCurrentIndex(qMax(0, m_category->findData(info.category)));
+    if (m_areArchitecturesChosen)
+        return;
     m_x86->setChecked(info.architectures.contains(Amd64));
     m_arm->setChecked(info.architectures.contains(Arm64));
 }
@@ -265,27 +275,44 @@ void AppConfigDialog::fitHeight() {
 
 void AppConfigDialog::slotsCheckArchsState() {
     auto* clicked = qobject_cast<QCheckBox*>(sender());
+    m_areArchitecturesChosen = true;
     if (clicked && !m_x86->isChecked() && !m_arm->isChecked())
         clicked->setChecked(true);
     Q_EMIT dateChange();
 }
 
-QString AppConfigDialog::errorOf(const LineEdit* edit) const {
-    if (edit == m_version)
-        return PackageInfo::versionError(edit->text());
-    const QString error = PackageInfo::packageNameError(edit->text());
+bool AppConfigDialog::isNameTaken() const {
     const PackageListing* listing = m_contents->listing();
-    const bool isTaken = listing->hasSummary() && listing->packageName() == edit->text() &&
-                         listing->summary().nameCause == QLatin1String("foreign-name");
-    return error.isEmpty() && isTaken ? tr("Another program's package has this name") : error;
+    return listing->hasSummary() && listing->packageName() == m_packageName->text() &&
+           listing->summary().nameCause == QLatin1String("foreign-name");
+}
+
+QString AppConfigDialog::errorOf(const LineEdit* edit) const {
+    if (edit == m_maintainer->address())
+        return m_maintainer->addressError();
+    const bool isVersion = edit == m_version;
+    const QString error =
+        isVersion ? PackageInfo::versionError(edit->text()) : PackageInfo::packageNameError(edit->text());
+    if (!error.isEmpty())
+        return error;
+    if (isVersion)
+        return info().fileNameError();
+    return isNameTaken() ? tr("Another program's package has this name") : QString();
+}
+
+void AppConfigDialog::warnOfName() {
+    const QString warning = PackageInfo::packageNameWarning(m_packageName->text());
+    m_nameWarning->setText(warning);
+    m_nameWarning->setVisible(!warning.isEmpty());
+    fitHeight();
 }
 
 /// A field that is still empty is not wrong yet.
 void AppConfigDialog::showTypedErrors() {
-    for (LineEdit* edit : {m_packageName, m_version}) {
+    for (LineEdit* edit : {m_packageName, m_version, m_maintainer->address()}) {
         const QString error = edit->text().isEmpty() ? QString() : errorOf(edit);
         if (!error.isEmpty())
-            edit->showAlertMessage(error, 0);
+            edit->showAlertMessage(error);
         else if (edit->isAlert())
             edit->hideAlertMessage();
     }
@@ -293,7 +320,7 @@ void AppConfigDialog::showTypedErrors() {
 }
 
 bool AppConfigDialog::slotsValidateWidgets() {
-    for (LineEdit* edit : {m_packageName, m_version}) {
+    for (LineEdit* edit : {m_packageName, m_version, m_maintainer->address()}) {
         const QString error = errorOf(edit);
         if (error.isEmpty())
             continue;
@@ -320,8 +347,10 @@ void AppConfigDialog::onListed() {
     const PackageListing* listing = m_contents->listing();
     if (listing->state() != PackageListing::State::Listed)
         return;
-    m_maintainer->setText(listing->summary().maintainer);
-    showTypedErrors();
+    if (!isNameTaken() || m_packageName->isAlert())
+        return;
+    m_packageName->showAlertMessage(errorOf(m_packageName));
+    fitHeight();
 }
 
 void AppConfigDialog::onAppConfigCancle() {
@@ -341,6 +370,7 @@ void AppConfigDialog::onAppConfigOK() {
         return;
     }
     m_ok->setEnabled(false);
+    m_maintainer->remember();
     m_checker->save(this, [this](bool isSaved) {
         if (!isSaved) {
             onSaveFailed();

@@ -5,6 +5,7 @@
 #include "fenk/window/AbstractDialog.h"
 #include "packaging/config/PackageInfo.h"
 
+class MaintainerFields;
 class PackageChecker;
 class PackageContentsWidget;
 struct ProgramRef;
@@ -60,7 +61,9 @@ private:
     void fitHeight();
     void onListed();
     void listContents();
-    /// Why a name or version is refused, also by what the packing script knows of other packages.
+    bool isNameTaken() const;  ///< by what the packing script knows of other packages
+    void warnOfName();
+    /// Why the text of a field is refused.
     QString errorOf(const Fenk::LineEdit* edit) const;
     void showTypedErrors();
     void startPackaging();
@@ -78,9 +81,12 @@ private:
     QCheckBox* m_x86;
     QCheckBox* m_arm;
     QRadioButton* m_fast;
-    Fenk::Label* m_maintainer;
+    MaintainerFields* m_maintainer;
+    Fenk::Label* m_nameWarning;
     PackageContentsWidget* m_contents;
     QAbstractButton* m_ok = nullptr;
     QTimer m_typing;  ///< runs for a moment after a key
     bool m_isFilled = false;
+    bool m_isCategoryChosen = false;  ///< by the user
+    bool m_areArchitecturesChosen = false;
 };

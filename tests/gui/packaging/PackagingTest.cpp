@@ -133,6 +133,11 @@ void PackagingTest::causesOfFailuresAreTold() {
     QVERIFY(failure.text().contains("10.4 GB"));
     QVERIFY(failure.take("packager: cause changed: C: %1 x"));
     QVERIFY(failure.text().contains("The file C: %1 x has"));
+    for (const char* cause : {"no-architecture", "no-program", "program-gone", "installing", "running",
+                              "bottle-busy", "compressor", "internal"}) {
+        QVERIFY(failure.take(QString("packager: cause %1: ").arg(cause).trimmed()));
+        QVERIFY2(!failure.text().isEmpty(), cause);
+    }
     QVERIFY(failure.take("packager: cause none: x"));
     QCOMPARE(failure.text(), QString());
 }
@@ -259,10 +264,22 @@ void PackagingTest::theFormRefusesAndSaves() {
     auto* rows = dialog.findChild<ShowPackageCheckerWidget*>();
     QTRY_VERIFY(textOf(rows).contains("Suite"));
     auto* contents = dialog.findChild<PackageContentsWidget*>();
+    contents->listing()->retry();
+    contents->listing()->cancel();
+    name->setText("ab");  // lists nothing that was cancelled
+    QCOMPARE(contents->listing()->state(), PackageListing::State::Cancelled);
+    QVERIFY(!dialog.findChild<QLabel*>("package_name_warning")->isHidden());  // no dot
+    name->setText("a.b");
+    QVERIFY(dialog.findChild<QLabel*>("package_name_warning")->isHidden());
+    contents->listing()->retry();
     QTRY_COMPARE_WITH_TIMEOUT(contents->listing()->state(), PackageListing::State::Listed, 60000);
     dialog.findChild<QAbstractButton*>("package_contents_btn")->click();
     QVERIFY(!dialog.findChild<QTreeWidget*>()->findItems("Suite", Qt::MatchRecursive).isEmpty());
-    QVERIFY(dialog.findChild<QLabel*>("package_maintainer")->text().contains('@'));
+    auto* address = dialog.findChild<Fenk::LineEdit*>("package_maintainer_address");
+    address->setText("no address");
+    ok->click();
+    QCOMPARE(address->alertMessage(), QString("Your input is not a valid e-mail address"));
+    address->setText("a@b.example");
     dialog.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     QCOMPARE(outOfReach(&dialog), QString());
@@ -270,7 +287,8 @@ void PackagingTest::theFormRefusesAndSaves() {
     QVERIFY(QFile::setPermissions(query, QFile::ReadOwner | QFile::ExeOwner));
     auto path = std::make_unique<EnvironmentGuard>();
     path->set("PATH", (QFileInfo(query).path() + ':').toUtf8() + qgetenv("PATH"));
-    name->setText("a.c");
+    name->lineEdit()->selectAll();
+    QTest::keyClicks(name->lineEdit(), "a.c");
     QTRY_COMPARE(name->alertMessage(), QString("Another program's package has this name"));
     ok->click();
     QVERIFY(ok->isEnabled() && dialog.isVisible());

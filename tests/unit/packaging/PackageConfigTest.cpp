@@ -76,7 +76,7 @@ void PackageConfigTest::namesAndVersions_data() {
     row("one character", false, "A", "At least 2 characters");
     row("plain", false, "com.example.lumora", "");
     row("upper case", false, "Com.example", name);
-    row("no dot", false, "cellarix", "Use a name with a dot, such as com.example.program");
+    row("no dot", false, "wechat", "");
     row("two dots", false, "com..example", name);
     row("line end", false, "com.example\n", name);
     row("version", true, "3.9.7lumora9", "");
@@ -93,6 +93,12 @@ void PackageConfigTest::namesAndVersions() {
 }
 
 void PackageConfigTest::infoIsReadBackAndDamageIsNot() {
+    PackageInfo named;
+    named.packageName = QString(200, 'a');
+    named.version = QString(46, '1');
+    QCOMPARE(named.fileNameError(), QString());  // 255 bytes
+    named.version += '1';
+    QVERIFY(!named.fileNameError().isEmpty());
     const QByteArray text =
         "{\n    \"appname\": \"A\",\n    \"arch\": [\n        \"arm64\"\n    ],\n    \"category\": "
         "\"Game\",\n"

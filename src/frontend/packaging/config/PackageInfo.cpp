@@ -33,10 +33,23 @@ QString PackageInfo::packageNameError(const QString& text) {
     static const QRegularExpression accepted(R"(^[a-z0-9]+(\.[a-z0-9]+)*\z)");
     if (text.size() < 2)
         return tr("At least 2 characters");
-    if (!accepted.match(text).hasMatch())
-        return tr("Your input is not a valid package name");
-    // Names without one are those of the system's own packages.
-    return text.contains('.') ? QString() : tr("Use a name with a dot, such as com.example.program");
+    return accepted.match(text).hasMatch() ? QString() : tr("Your input is not a valid package name");
+}
+
+QString PackageInfo::packageNameWarning(const QString& text) {
+    if (text.contains('.') || !packageNameError(text).isEmpty())
+        return {};
+    return tr(
+        "A name without a dot may be that of a package of the system, which would be replaced. A name such "
+        "as "
+        "com.example.program is safe.");
+}
+
+QString PackageInfo::fileNameError() const {
+    const QString architecture = architectures.size() == 1 ? architectures.first() : QString("all");
+    const QString file = packageName + '_' + version + '_' + architecture + ".deb";
+    return file.toUtf8().size() <= MaximumFileName ? QString()
+                                                   : tr("Package name and version are too long together");
 }
 
 QString PackageInfo::versionError(const QString& text) {

@@ -12,6 +12,7 @@ struct PackageInfo {
 public:
     static constexpr int MaximumNameLength = 50;    ///< characters of appName
     static constexpr int MaximumFieldLength = 200;  ///< characters of packageName and version
+    static constexpr int MaximumFileName = 255;     ///< bytes of the package's file name
 
     QString appName;
     QString packageName;
@@ -31,6 +32,9 @@ public:
     /// Why a text is refused, in the user's language; empty when it is accepted.
     static QString packageNameError(const QString& text);
     static QString versionError(const QString& text);
+    QString fileNameError() const;  ///< of name and version together
+    /// What speaks against a name that is accepted; empty without a doubt.
+    static QString packageNameWarning(const QString& text);
 
     /// Unknown architectures and values of other types are left out; a category that is none reads as empty.
     static PackageInfo fromJson(const QJsonObject& object);

@@ -14,17 +14,17 @@ PackageListing::PackageListing(QObject* parent) : QObject(parent) {
 }
 
 void PackageListing::want(const QString& bottle, const QString& packageName, const QJsonObject& programs) {
-    const bool isSame = bottle == m_bottle && packageName == m_packageName && programs == m_programs;
-    if (isSame)
-        return;
-    const bool isListed = bottle == m_bottle && programs == m_programs && m_state == State::Listed;
-    m_bottle = bottle;
-    m_packageName = packageName;
-    m_programs = programs;
-    if (!isListed) {
+    const bool isOtherName = std::exchange(m_packageName, packageName) != packageName;
+    if (bottle != m_bottle || programs != m_programs) {
+        m_bottle = bottle;
+        m_programs = programs;
         retry();
-        return;
+    } else if (isOtherName && m_state == State::Listed) {
+        askForName();
     }
+}
+
+void PackageListing::askForName() {
     drop();
     m_summary.nameCause.clear();
     m_isNameOnly = true;
@@ -92,6 +92,7 @@ void PackageListing::start() {
     m_process->start(Paths::packagerScript(), {"--list", m_bottle});
     if (!m_process)  // it could not be started
         return;
+    m_askedName = m_packageName;
     QJsonObject choices{{"pkgname", m_packageName}};
     if (!m_isNameOnly)
         choices.insert("programs", m_programs);
@@ -114,6 +115,8 @@ void PackageListing::end(bool hasSucceeded) {
     if (summary) {
         m_summary = *summary;
         m_hasSummary = true;
+        if (m_askedName != m_packageName)  // changed meanwhile
+            askForName();
         setState(State::Listed);
         return;
     }

@@ -24,7 +24,7 @@ public:
     ~PackageListing() override { drop(); }
 
     /// `programs` is the object of pkgcfg/pkgsrc.json; nothing is asked for while it is empty. After a change
-    /// of the name alone the files are not listed again.
+    /// of the name alone the files are not listed again, whatever became of the listing.
     void want(const QString& bottle, const QString& packageName, const QJsonObject& programs);
     void cancel();
     void retry();
@@ -40,6 +40,7 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void askForName();
     void start();
     void drop();
     void end(bool hasSucceeded);
@@ -47,6 +48,7 @@ private:
 
     QString m_bottle;
     QString m_packageName;
+    QString m_askedName;
     QJsonObject m_programs;
     QTimer m_delay;
     QProcess* m_process = nullptr;

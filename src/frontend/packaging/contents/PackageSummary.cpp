@@ -47,7 +47,6 @@ std::optional<PackageSummary> PackageSummary::fromJson(const QByteArray& text) {
         return LeftOut{row.value("place").toString(), row.value("why").toString(), number(row, "entries")};
     });
     summary.wineLinks = number(object, "wineLinks");
-    summary.maintainer = object.value("maintainer").toString();
     summary.nameCause = object.value("nameCause").toString();
     return summary;
 }

@@ -25,8 +25,7 @@ struct PackageSummary {
     QVector<Part> folders;
     QVector<LeftOut> leftOut;
     qint64 wineLinks = 0;  ///< files that each machine takes from its own Wine
-    QString maintainer;
-    QString nameCause;  ///< as PackagingFailure has them; empty if the package can have its name
+    QString nameCause;     ///< as PackagingFailure has them; empty if the package can have its name
 
     qint64 leftOutEntries() const;
 

@@ -64,8 +64,8 @@ void DoPackageDialog::start(const QString& bottleName, const QString& packageNam
     });
 }
 
-void DoPackageDialog::slotsPackageOutput(const QString& line) {
-    m_log->append(line);
+void DoPackageDialog::slotsPackageOutput(const QString& line, bool isError) {
+    m_log->append(line, isError);
 }
 
 void DoPackageDialog::slotsShowLogs() {

@@ -34,7 +34,7 @@ Q_SIGNALS:
     void updateProgress(double value);
 
 public Q_SLOTS:
-    void slotsPackageOutput(const QString& line);
+    void slotsPackageOutput(const QString& line, bool isError = false);
     void slotsShowLogs();
     void slotsHideLogs();
 

@@ -15,7 +15,8 @@ using namespace Fenk;
 namespace {
 
 constexpr int LogHeight = 200;
-constexpr int LogLevel = 0;
+constexpr int OrdinaryLevel = 3;
+constexpr int ErrorLevel = 0;
 constexpr int ReadingWidth = 400;
 
 QVBoxLayout* column(QWidget* page) {
@@ -81,8 +82,8 @@ ShowPackagingLogWidget::ShowPackagingLogWidget(QWidget* parent) : QWidget(parent
     column(this)->addWidget(m_view);
 }
 
-void ShowPackagingLogWidget::append(const QString& line) {
-    m_view->appendLine(line, LogLevel);
+void ShowPackagingLogWidget::append(const QString& line, bool isError) {
+    m_view->appendLine(line, isError ? ErrorLevel : OrdinaryLevel);
 }
 
 AppPkgInfoWidget::AppPkgInfoWidget(QWidget* parent)

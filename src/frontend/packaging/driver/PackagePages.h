@@ -36,7 +36,7 @@ class ShowPackagingLogWidget : public QWidget {
     Q_OBJECT
 public:
     explicit ShowPackagingLogWidget(QWidget* parent = nullptr);
-    void append(const QString& line);
+    void append(const QString& line, bool isError);
 
 private:
     LogView* m_view;

@@ -25,9 +25,14 @@ const Row Table[] = {
     {"contains-bottle",
      QT_TRANSLATE_NOOP("DoPackageDialog",
                        "The folder %1 has the bottle itself in it. Choose a smaller one.")},
-    {"plain-name",
+    {"bottle-busy",
      QT_TRANSLATE_NOOP("DoPackageDialog",
-                       "The package name %1 has no dot. Choose one such as com.example.program.")},
+                       "The bottle is being packed or changed already. Try again when that is done.")},
+    {"no-tool",
+     QT_TRANSLATE_NOOP("DoPackageDialog", "The program %1 is not installed. Install it and try again.")},
+    {"long-name",
+     QT_TRANSLATE_NOOP("DoPackageDialog",
+                       "The package's file name would be too long: %1. Choose a shorter name or version.")},
     {"foreign-name",
      QT_TRANSLATE_NOOP("DoPackageDialog", "Another program's package is named %1. Choose another name.")},
     {"wide-folder",
@@ -76,8 +81,8 @@ bool PackagingFailure::take(const QString& line) {
     if (!line.startsWith(Prefix))
         return false;
     const QString rest = line.mid(Prefix.size());
-    m_cause = rest.section(": ", 0, 0);
-    m_subject = rest.section(": ", 1);
+    m_cause = rest.section(':', 0, 0).trimmed();
+    m_subject = rest.section(':', 1).trimmed();
     return true;
 }
 

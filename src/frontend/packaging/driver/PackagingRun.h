@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QProcess>
 #include <QTimer>
+#include <memory>
 
 #include "packaging/driver/PackagingFailure.h"
 #include "widgets/LogLineReader.h"
@@ -27,29 +28,31 @@ public:
                const QString& logDirectory);
     /// Has the script end; finished() follows.
     void cancel();
-    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    bool isRunning() const { return m_isOpening || m_process->state() != QProcess::NotRunning; }
     /// Why there is no package: in the user's language, or else the script's last sentence.
     QString failureText() const;
-    QString logPath() const { return m_log.fileName(); }
+    QString logPath() const { return m_logPath; }
 
     /// The percentage that a line of the script tells, within 0 and 100; -1 for any other line.
     static double progressOf(const QString& line);
 
 Q_SIGNALS:
     void progress(double percent);
-    /// A line for the user, without home directories.
-    void line(const QString& text);
+    /// A line for the user, without home directories; from standard error or not.
+    void line(const QString& text, bool isError);
     void finished(PackagingRun::End end);
 
 private:
-    void take(const QStringList& lines);
+    void take(const QStringList& lines, bool areErrors);
     void takeErrors(const QStringList& lines);
     void end(End end);
 
-    QProcess m_process;
+    QProcess* m_process;  ///< may outlive this object
     LogLineReader m_output;
     LogLineReader m_errors;
-    QFile m_log;
+    QString m_logPath;
+    std::shared_ptr<QFile> m_log;
+    bool m_isOpening = false;  ///< the log
     QTimer m_startTimer;
     QTimer m_killTimer;
     PackagingFailure m_failure;

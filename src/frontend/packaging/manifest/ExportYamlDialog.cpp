@@ -102,7 +102,8 @@ void ExportYamlDialog::onRecord(const BusResult& result) {
         this, [path = m_bottlePath] { return RememberedAnswers::read(path).value_or(ManifestForm()); },
         [this, name = ProgramRecord::name(program).simplified()](const ManifestForm& known) {
             propose(known, name);
-        });
+        },
+        RememberedAnswers::thread());
 }
 
 void ExportYamlDialog::propose(ManifestForm known, const QString& name) {
@@ -127,10 +128,10 @@ void ExportYamlDialog::startExport() {
     const ManifestForm answers = form();
     if (m_bottlePath.isEmpty())  // the service could not tell it when the dialog was opened
         BottlesConfig::instance()->watchBottle(m_bottle, qApp, [answers](const BusResult& result) {
-            RememberedAnswers::write(BottleRecord::path(result.object()), answers);
+            RememberedAnswers::queue(BottleRecord::path(result.object()), answers);
         });
     else
-        RememberedAnswers::write(m_bottlePath, answers);
+        RememberedAnswers::queue(m_bottlePath, answers);
     m_exporter->start(answers);
 }
 

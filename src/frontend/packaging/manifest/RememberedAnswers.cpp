@@ -5,7 +5,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <QThreadPool>
 
+#include "backend/InBackground.h"
 #include "fenk/system/RegularFile.h"
 
 namespace {
@@ -57,4 +59,15 @@ bool RememberedAnswers::write(const QString& bottlePath, const ManifestForm& for
     qWarning().noquote() << "can't write the answers of the export to" << file.fileName()
                          << file.errorString();
     return false;
+}
+
+QThreadPool* RememberedAnswers::thread() {
+    static QThreadPool pool;
+    pool.setMaxThreadCount(1);
+    return &pool;
+}
+
+void RememberedAnswers::queue(const QString& bottlePath, const ManifestForm& form) {
+    changeServiceAsync(
+        qApp, [bottlePath, form] { return write(bottlePath, form); }, [](bool) {}, thread());
 }
