@@ -108,8 +108,12 @@ private Q_SLOTS:
         const QString icon = m_service.home().write(
             QString("Desktop/%1.desktop").arg(Id),
             "[Desktop Entry]\nExec=/opt/apps/com.example.gone/files/run " + QByteArray(Id));
+        const QString moved = m_service.home().path() + "/Moved/" + Id + ".desktop";
+        const QString other = m_service.home().write("x.desktop", TestSupport::readFile(icon));
+        QVERIFY(QDir().mkpath(QFileInfo(moved).path()) && QFile::copy(icon, moved));
+        m_service.write("bottles/packed/.package/desktop-icons", (moved + '\n' + other + '\n').toUtf8());
         QCOMPARE(m_service.call("keepBottle", {"packed"}, "CleanUp").errorMessage(), QString());
-        QVERIFY(!QFileInfo::exists(icon));
+        QVERIFY(!QFileInfo::exists(icon) && !QFileInfo::exists(moved) && QFileInfo::exists(other));
         QCOMPARE(found(), QString("[]"));
         QCOMPARE(QDir(m_service.bottlePath("packed")).entryList({".pack*"}, QDir::AllEntries | QDir::Hidden),
                  QStringList());

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <QStandardPaths>
-#include <QString>
+#include <QStringList>
 
-/// The icons on the user's desktop that a packaged program's first start makes.
+/// The icons on the user's desktop that a packaged program's first start makes (docs/PACKAGES.md).
 namespace PackageIcons {
 
-/// Removes those of the package: regular files that start its programs. Blocks on a slow disk; logs failures.
-void remove(const QString& package,
-            const QString& desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
+/// Those of a bottle: the ones that it has recorded and that the desktop shows, as far as they are regular
+/// files that start a program of the package. Blocks on a slow disk.
+QStringList find(const QString& bottlePath, const QString& package,
+                 const QString& desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation));
+
+/// Logs failures.
+void remove(const QStringList& icons);
 
 }  // namespace PackageIcons

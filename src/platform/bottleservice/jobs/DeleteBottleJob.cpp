@@ -30,7 +30,7 @@ void DeleteBottleJob::start() {
 void DeleteBottleJob::onStopped(bool clean) {
     QString fault;
     const QString path = m_store.pathOf(m_name);
-    const QString package = PackageOrigin::look(path).package;
+    const QStringList icons = PackageIcons::find(path, PackageOrigin::look(path).package);
     const QString aside = WorkingDirectory::pathBeside(path, WorkingDirectory::DeletingPrefix);
     if (!clean)
         fault = QString("Programs of the bottle \"%1\" could not be ended; it was not deleted.")
@@ -43,7 +43,7 @@ void DeleteBottleJob::onStopped(bool clean) {
         return;
     }
     qInfo() << "deleted bottle" << BottleName::shown(m_name) << "; removing" << aside;
-    PackageIcons::remove(package);
+    PackageIcons::remove(icons);
     m_reclaimer->remove(aside);
     finish(Answer::of());
 }

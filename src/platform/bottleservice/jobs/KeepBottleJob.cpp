@@ -18,9 +18,10 @@ Reason keep(const QString& directory, const QString& shownName, const std::atomi
     QString error;
     if (!PackageOrigin::dropLinks(directory, facts.package, cancelled, &error))
         return cancelled ? Reason(Reason::Cancelled) : FullDisk::explain(directory, error);
+    const QStringList icons = PackageIcons::find(directory, facts.package);
     if (!PackageOrigin::forget(directory, &error))
         return error;
-    PackageIcons::remove(facts.package);
+    PackageIcons::remove(icons);
     qInfo() << "the bottle" << shownName << "belongs to no package any more";
     return {};
 }
