@@ -2,7 +2,6 @@
 
 import json
 import os
-import shutil
 import subprocess
 
 from support import SCRIPTS, HomeCase
@@ -30,8 +29,8 @@ class BottleCase(HomeCase):
         """Describes the package: `programs` maps ids to Windows paths, `sources` ids to values of pkgsrc.json."""
         entries = "".join(f"  {key}:\n    name: Window\n    path: '{path}'\n" for key, path in programs.items())
         self.add("bottle.yml", f"Name: t\nRunner: r\nPath: {self.directory}\nExternal_Programs:\n{entries}")
-        if os.path.lexists(os.path.join(self.directory, "pkgcfg")):
-            shutil.rmtree(os.path.join(self.directory, "pkgcfg"))
+        if os.path.lexists(os.path.join(self.directory, "pkgcfg/pkginfo.json")):  # it may be no file
+            os.unlink(os.path.join(self.directory, "pkgcfg/pkginfo.json"))
         self.add("pkgcfg/pkginfo.json", json.dumps(INFO | info))
         self.add("pkgcfg/pkgsrc.json", json.dumps({key: {"path": path, "in_bottles": True} | (sources or {}).get(key, {})
                                                    for key, path in programs.items()}))

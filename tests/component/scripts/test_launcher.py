@@ -246,10 +246,10 @@ class Life(HomeCase):
         self.assertEqual(process.stdout.readline(), b"launcher: going on\n")
         self.wait_for_record()
         with self.assertRaisesRegex(PackageError, "Programs run"):
-            Alone("t", self.directory, self.env, 0)
+            Alone("t", self.directory, self.env, 0, "packing")
         process.terminate()
         process.communicate(timeout=20)
-        with Alone("t", self.directory, self.env, 0), mock.patch.dict(os.environ, self.env), \
+        with Alone("t", self.directory, self.env, 0, "packing"), mock.patch.dict(os.environ, self.env), \
                 mock.patch.object(main, "UPGRADE_SECONDS", 0), mock.patch.object(main, "say") as said:
             claims = os.listdir(self.path("home 家/.local/share/lumora-wine-bottles/running"))
             self.assertEqual((main.main(["t", "x.exe"]), claims), (errors.BUSY, [f"{os.getpid()}.start"]))

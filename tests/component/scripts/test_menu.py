@@ -30,3 +30,9 @@ class Menu(BottleCase):
         entry = next(Path(root, "usr/share/applications").glob("*.desktop"))
         self.assertIn("Comment=Shows a \\\\window.\nStartupWMClass=window.exe\n", entry.read_text())
         subprocess.run(["desktop-file-validate", entry], check=True)
+        self.choose({ID: r"C:\App\Window.exe", "00000000" + ID[8:]: r"C:\App\Window.exe"})
+        ended = self.pack("--compression", "zstd")
+        subprocess.run(["dpkg-deb", "-x", ended.stdout.rpartition("packed: ")[2].strip(), self.path("two")], check=True)
+        entries = {path.name: path.read_text() for path in Path(self.path("two/usr/share/applications")).iterdir()}
+        self.assertEqual(set(entries), {entry.name, entry.stem + "-00000000.desktop"})
+        self.assertIn("/run " + ID, entries[entry.name])

@@ -8,7 +8,9 @@ from unittest import mock
 from packages import ID
 from support import HomeCase
 
-from cellarix_packager import layout, shortcuts
+from cellarix_launcher.origin import RECORD
+
+from cellarix_packager import shortcuts
 
 OTHER = ID[:-1] + "7"
 
@@ -19,7 +21,7 @@ class Shortcuts(HomeCase):
             self.write(f"menu/{name}.desktop", f"[Desktop Entry]\nName={name}\nExec=/opt/apps/{package}/files/run {program}\n")
         desktop = Path(self.path("desk"))
         bottle = SimpleNamespace(package=SimpleNamespace(name="a.b"), directory=self.path("bottle"), home_folder=lambda *_: str(desktop))
-        os.makedirs(os.path.join(bottle.directory, layout.RECORD))
+        os.makedirs(os.path.join(bottle.directory, RECORD))
         with mock.patch.object(shortcuts, "MENU", self.path("menu")):
             shortcuts.provide(bottle)  # there is no desktop
             desktop.mkdir()
@@ -29,6 +31,7 @@ class Shortcuts(HomeCase):
             icon = desktop / f"{ID}.desktop"
             self.assertTrue(os.access(icon, os.X_OK))
             self.assertIn("Name=a.b\nExec=/opt/apps/a.b/files/run " + ID + "\nTryExec=/opt/apps/a.b/files/run\n", icon.read_text())
+            self.assertEqual(Path(bottle.directory, RECORD, shortcuts.MARK).read_text(), f"{icon}\n")
             icon.unlink()
             shortcuts.provide(bottle)
             self.assertFalse(icon.exists())

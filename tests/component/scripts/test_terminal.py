@@ -93,11 +93,11 @@ class Terminal(HomeCase):
         self.assertIn("could not be started", err)
 
     def test_a_shell_knows_the_bottle(self):
-        script = f"#!/bin/sh\necho \"$WINEPREFIX|$(command -v wine)|$PWD\" > '{self.path('told')}'\n"
+        script = f"#!/bin/sh\necho \"$WINEPREFIX|$(command -v wine)|$PWD|$(flock -n -x . echo free)|$_CXB_TERMINAL_INSIDE\" > '{self.path('told')}'\n"
         shell = self.write("shell", script, executable=True)
         self.assertEqual(self.launch("terminal", "t", env={"SHELL": shell})[0], 0)
         wait_until(lambda: os.path.exists(self.path("told")) and self.read(self.path("told")))
-        told = f"{self.directory}|{self.wine}|{self.directory}/drive_c\n"
+        told = f"{self.directory}|{self.wine}|{self.directory}/drive_c||\n"
         self.assertEqual(self.read(self.path("told")), told)
 
 

@@ -2,5 +2,5 @@
 
 The modules needed before Wine starts import little, since the user waits for them: errors (exit codes), words (command
 lines), bottle (records), windows (paths and file kinds), environment, logfile, server, running, supervise. logkeeper,
-boundedlog, family, terminal and screen are imported on demand.
+boundedlog, family, origin, terminal and screen are imported on demand.
 """

@@ -6,15 +6,12 @@ parser. If launch.json is missing, invalid or outdated, bottle.yml is read inste
 
 import json
 import os
-import re
 import stat
 
 from cellarix_launcher import errors
 
 RECORD_LIMIT = 16 << 20
 UNFINISHED = (".creating-", ".deleting-")  # bottles that the service is creating or deleting
-PACKAGES = "/opt/apps"
-PACKAGE_NAME = re.compile(r"[a-z0-9]+(\.[a-z0-9]+)*")
 
 
 class Bottle:
@@ -35,11 +32,16 @@ class Bottle:
         return record if isinstance(record, dict) else None
 
 
-def bottles_root(environ):
+def data_directory(environ):
+    """Of the bottle service; has "bottles", "runners" and others."""
     data = environ.get("XDG_DATA_HOME", "")
     if not data.startswith("/"):
         data = os.path.join(environ.get("HOME") or "/", ".local/share")
-    return os.path.join(data, "lumora-wine-bottles", "bottles")
+    return os.path.join(data, "lumora-wine-bottles")
+
+
+def bottles_root(environ):
+    return os.path.join(data_directory(environ), "bottles")
 
 
 def bottle_directory(name, environ):
@@ -92,19 +94,20 @@ def _stamp(path):
     return {"size": str(status.st_size), "mtime_ns": str(status.st_mtime_ns)}
 
 
-def _read(path):
+def read_file(path, limit):
+    """The bytes of a regular file. Follows no link, waits for no pipe; ValueError if it is none or larger."""
     with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
         if not stat.S_ISREG(os.fstat(file.fileno()).st_mode):
             raise ValueError("not a regular file")
-        data = file.read(RECORD_LIMIT + 1)
-    if len(data) > RECORD_LIMIT:
-        raise ValueError("record too large")
+        data = file.read(limit + 1)
+    if len(data) > limit:
+        raise ValueError("too large")
     return data
 
 
 def _read_launch_record(path):
     try:
-        record = json.loads(_read(path))
+        record = json.loads(read_file(path, RECORD_LIMIT))
     except (OSError, ValueError, RecursionError):
         return None
     return record if isinstance(record, dict) and record.get("version") == 1 else None
@@ -112,7 +115,7 @@ def _read_launch_record(path):
 
 def _read_yaml(path):
     try:
-        data = _read(path)
+        data = read_file(path, RECORD_LIMIT)
         import site
         site.main()  # python -S leaves out the directory of the parser
         import yaml
@@ -141,22 +144,7 @@ def _fill_from_yaml(bottle, parsed, outdated, environ):
     if outdated and runner and outdated.get("runner") == runner:
         _fill(bottle, outdated)
     elif isinstance(runner, str) and runner and "/" not in runner and "\0" not in runner and runner not in (".", ".."):
-        wine = os.path.join(os.path.dirname(bottles_root(environ)), "runners", runner, "bin", "wine")
+        wine = os.path.join(data_directory(environ), "runners", runner, "bin", "wine")
         bottle.wine = wine if os.path.isfile(wine) else ""
     programs = parsed.get("External_Programs")
     bottle.programs = programs if isinstance(programs, dict) else {}
-
-
-def removed_package(directory):
-    """The name of the package that the bottle was made from, if it is not installed any more; see cellarix_packager."""
-    try:
-        origin = json.loads(_read(os.path.join(directory, ".package", "origin.json")))
-        package = origin.get("package") if isinstance(origin, dict) and origin.get("format") == 1 else None
-    except FileNotFoundError:  # a bottle of the first format, which has the package's name
-        is_made = os.path.isfile(os.path.join(directory, ".package", "version"))
-        package = os.path.basename(directory).removesuffix(".package") if is_made else None
-    except (OSError, ValueError, RecursionError):
-        return ""
-    if not isinstance(package, str) or not PACKAGE_NAME.fullmatch(package):
-        return ""
-    return "" if os.path.exists(os.path.join(PACKAGES, package, "files", "package.json")) else package

@@ -172,7 +172,8 @@ def _program(request, bottle):
         try:
             return windows.resolve(bottle.directory, text["path"], arguments, text["folder"]), record.get("envs")
         except errors.LaunchError as error:
-            package = bottles.removed_package(bottle.directory) if error.cause == "no-file" else ""
+            from cellarix_launcher import origin
+            package = origin.removed_package(bottle.directory) if error.cause == "no-file" else ""
             if not package:
                 raise
             raise errors.LaunchError(

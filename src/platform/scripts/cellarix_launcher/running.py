@@ -21,13 +21,13 @@ def announce(bottle_name, env, say):
     _write("json", {"bottle": bottle_name, "program": program}, say)
 
 
-def claim(bottle_name, uuid, program, directory, say, environ=os.environ):
+def claim(bottle_name, uuid, program, directory, say, environ=os.environ, kind=""):
     """Prevents installations into the bottle until release(environ). `program` is empty for a program with an id, else its
-    first word: a command or a Windows or Unix path."""
+    first word: a command or a Windows or Unix path. `kind` tells work on the bottle, which nobody stops, from programs."""
     record = {"bottle": bottle_name, "name": uuid or re.split(r"[\\/]", program[0])[-1]}
     if not uuid:
         record["file"] = windows.find_file(directory, program[0]) or ""
-    _write("start", record, say, environ)
+    _write("start", record | ({"kind": kind} if kind else {}), say, environ)
 
 
 def release(environ=os.environ):
@@ -38,7 +38,7 @@ def release(environ=os.environ):
 
 
 def _path(suffix, environ):
-    directory = os.path.join(os.path.dirname(bottles.bottles_root(environ)), "running")
+    directory = os.path.join(bottles.data_directory(environ), "running")
     return os.path.join(directory, f"{os.getpid()}.{suffix}")
 
 

@@ -12,7 +12,7 @@ import tempfile
 import time
 
 from cellarix_launcher import bottle as bottles
-from cellarix_launcher import environment, errors, supervise
+from cellarix_launcher import bottlelock, environment, errors, supervise
 
 EMULATORS = (
     ("x-terminal-emulator", ["-e"]),
@@ -21,6 +21,7 @@ EMULATORS = (
     ("xfce4-terminal", ["-x"]),
     ("xterm", ["-e"]),
 )
+INSIDE = "_CXB_TERMINAL_INSIDE"  # set for the launcher in the window
 START_TIME = 15  # seconds for the first report of the inner launcher after the emulator has detached
 # A terminal server starts its windows with its own environment, so these variables are passed as arguments.
 INHERITED = ("WINE", "_CXB_", "GIO_LAUNCHED_", "ATTACH_", "XDG_", "LC_", "LANG", "HOME", "PATH", "DISPLAY",
@@ -41,7 +42,11 @@ def _command(emulator, env, argv):
 
 
 def open_shell(name):
-    """Opens a shell for the bottle: WINEPREFIX is set, and `wine` is the bottle's."""
+    """Opens a shell for the bottle: WINEPREFIX is set, and `wine` is the bottle's. Nobody packs or upgrades the bottle until
+    the shell ends."""
+    lock = _shared_lock(name)
+    if os.environ.get(INSIDE):
+        return _run_shell()
     bottle = bottles.load_bottle(name, os.environ)
     wine = environment.find_wine(bottle, os.environ)
     env = environment.wine_environment(bottle, os.environ, "", None)
@@ -49,17 +54,43 @@ def open_shell(name):
     emulator = find_emulator()
     if emulator is None:
         raise errors.LaunchError(errors.NO_PROGRAM, "no terminal emulator is installed; install xterm")
-    shell = os.environ.get("SHELL", "")
-    shell = shell if shell.startswith("/") and os.access(shell, os.X_OK) else "/bin/sh"
-    drive = os.path.join(bottle.directory, "drive_c")
-    folder = drive if os.path.isdir(drive) else bottle.directory
-    argv = _command(emulator, env, ["/bin/sh", "-c", 'cd "$1" && exec "$2"', "sh", folder, shell])
+    argv = _command(emulator, env | {INSIDE: "1"}, [f"SHELL={_shell()}", os.path.realpath(sys.argv[0]), "terminal", name])
     mask = supervise.hold_signals()
     child = supervise.start_wine(supervise.Start(argv, env, ""), -1, mask)
     while child.poll() is None:
         number = supervise.fetch_signal(None)
         if number:
             child.send(number)
+    lock.release()
+    return child.code
+
+
+def _shared_lock(name):
+    lock = bottlelock.BottleLock()
+    directory = bottles.bottle_directory(name, os.environ)
+    if directory and not lock.acquire(directory, bottlelock.SHARED):
+        raise errors.LaunchError(errors.BUSY, "The bottle is being packed or upgraded. Try again when that is done.",
+                                 "bottle-busy")
+    return lock
+
+
+def _shell():
+    shell = os.environ.get("SHELL", "")
+    return shell if shell.startswith("/") and os.access(shell, os.X_OK) else "/bin/sh"
+
+
+def _run_shell():
+    """In the window. What the shell starts does not inherit the lock: it would have it for as long as it runs."""
+    prefix = os.environ["WINEPREFIX"]
+    drive = os.path.join(prefix, "drive_c")
+    env = {name: value for name, value in os.environ.items() if name != INSIDE}
+    mask = supervise.hold_signals()
+    child = supervise.start_wine(supervise.Start([_shell()], env, drive if os.path.isdir(drive) else prefix), -1, mask,
+                                 lambda: None)  # in the session of the window
+    while child.poll() is None:
+        number = supervise.fetch_signal(None)
+        if number in (signal.SIGHUP, signal.SIGTERM):  # others of a terminal go to the shell by themselves
+            os.kill(child.pid, number)
     return child.code
 
 

@@ -10,6 +10,7 @@ import gzip
 import hashlib
 import io
 import os
+import shutil
 import stat
 import subprocess
 import tarfile
@@ -55,15 +56,20 @@ def tar_size(entries):
         name_size(entry.target) + blocks(entry.size) for entry in entries)
 
 
+def check_tools(compression):
+    """Raises if a program that is needed is not installed."""
+    if missing := next((name for name in ("setpriv", compression) if not shutil.which(name)), ""):
+        raise PackageError(f"The program {missing} is not installed, without which no package can be made.", "no-tool", missing)
+
+
 def _threads(compression):
     count = len(os.sched_getaffinity(0))
-    return max(1, min(count, MEMORY // XZ_THREAD)) if compression == "xz" else min(count, 2)
+    return max(2, min(count, MEMORY // XZ_THREAD)) if compression == "xz" else min(count, 2)
 
 
 def _compressor(compression):
-    """Ends with this process, also when that is killed. A sign before the number makes xz cut blocks with one thread,
-    too."""
-    command = XZ + [f"-T+{_threads('xz')}"] if compression == "xz" else ZSTD + [f"-T{_threads('zstd')}"]
+    """Ends with this process, also when that is killed. With a single thread xz would make other bytes."""
+    command = XZ + [f"-T{_threads('xz')}"] if compression == "xz" else ZSTD + [f"-T{_threads('zstd')}"]
     return ["setpriv", "--pdeathsig", "KILL", *command]
 
 
@@ -125,10 +131,12 @@ class DataTar:
             with open(os.open(entry.source, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb",
                       buffering=0) as file:
                 status = os.fstat(file.fileno())
-                if not stat.S_ISREG(status.st_mode):
+                if not stat.S_ISREG(status.st_mode) or contents.stamp(status) != entry.stamp:
                     raise _changed(entry)
                 self._put(_info(entry, max(EARLIEST, min(int(status.st_mtime), self.latest))))
                 self._copy(entry, file)
+                if contents.stamp(os.fstat(file.fileno())) != entry.stamp:
+                    raise _changed(entry)
         else:
             self._put(_info(entry, self.latest))
             if entry.kind == contents.FILE:

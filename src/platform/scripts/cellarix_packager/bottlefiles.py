@@ -1,7 +1,6 @@
 """Files, links and directories of a user's bottle, each made in one step."""
 
 import os
-import stat
 
 UNFINISHED = ".cellarix-new"
 
@@ -21,10 +20,17 @@ def made_directory(path):
     return True
 
 
+def remove(path):
+    """Does nothing where there is no file."""
+    try:
+        os.unlink(path)
+    except FileNotFoundError:
+        pass
+
+
 def put_link(target, path):
     fresh = unfinished(path)
-    if os.path.lexists(fresh):
-        os.unlink(fresh)
+    remove(fresh)
     if os.path.isdir(path) and not os.path.islink(path):
         os.rmdir(path)
     os.symlink(target, fresh)
@@ -47,14 +53,3 @@ def text(path):
             return file.read()
     except FileNotFoundError:
         return ""
-
-
-def regular(path, limit):
-    """The bytes of a file. Follows no link, waits for no pipe; ValueError if it is none or is larger than `limit`."""
-    with open(os.open(path, os.O_RDONLY | os.O_NOFOLLOW | os.O_NONBLOCK | os.O_CLOEXEC), "rb") as file:
-        if not stat.S_ISREG(os.fstat(file.fileno()).st_mode):
-            raise ValueError("not a regular file")
-        data = file.read(limit + 1)
-    if len(data) > limit:
-        raise ValueError("too large")
-    return data

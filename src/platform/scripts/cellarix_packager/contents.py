@@ -14,7 +14,8 @@ NEAR_ROOT = 3  # slashes: a directory of the user's with fewer is the root, the 
 
 @dataclass
 class Entry:
-    """`path` is relative to the root of the package. A FILE has a `source` or `data`; a LINK has a `target`."""
+    """`path` is relative to the root of the package. A FILE has a `source`, with a `stamp` that changes with it, or `data`;
+    a LINK has a `target`."""
 
     path: str
     kind: str
@@ -23,6 +24,11 @@ class Entry:
     data: bytes = None
     target: str = ""
     executable: bool = False
+    stamp: tuple = ()
+
+
+def stamp(status):
+    return status.st_ino, status.st_mtime_ns
 
 
 def text_entry(path, text, executable=False):
@@ -144,7 +150,7 @@ class BottleWalk:
             if name := self.wine.name_of_copy(relative, path):
                 self.contents.wine_copies[place[len(prefix) + 1:]] = name
                 return
-            self.contents.add(Entry(place, FILE, status.st_size, source=path))
+            self.contents.add(Entry(place, FILE, status.st_size, source=path, stamp=stamp(status)))
         elif stat.S_ISLNK(status.st_mode):
             self._add_link(path, relative, prefix)
         else:
@@ -166,7 +172,8 @@ class BottleWalk:
         elif kind == links.FOLDER:
             self.contents.folders[in_bottle] = links.FOLDERS[os.path.basename(relative).lower()]
         elif kind == links.FULL:
-            self.contents.add(Entry(place, FILE, os.stat(target).st_size, source=target))
+            status = os.stat(target)
+            self.contents.add(Entry(place, FILE, status.st_size, source=target, stamp=stamp(status)))
         else:
             self.contents.left_out.append((relative, "a link that leads out of the bottle"))
 

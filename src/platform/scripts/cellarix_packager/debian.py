@@ -7,7 +7,7 @@ from email.utils import formatdate
 
 from cellarix_packager import contents, layout
 
-DEPENDS = "cellarix"
+DEPENDS = f"{layout.APPLICATION} (>= {layout.SINCE})"
 SECTIONS = {"Internet": "net", "Chat": "net", "Music": "sound", "Video": "video", "Graphics": "graphics",
             "Game": "games", "Office": "text", "Reading": "text", "Development": "devel", "System": "admin"}
 PACKER = "Cellarix packager <packager@cellarix.example>"

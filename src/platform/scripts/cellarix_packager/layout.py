@@ -4,7 +4,6 @@
 (what a bottle consists of) and "bottle", the shared files themselves.
 """
 
-import os
 import re
 
 FORMAT = 2  # since 2 the files of Wine are named only
@@ -13,20 +12,12 @@ USER = "packaged-user"  # stands for the user's name in paths and registry files
 PROFILE = f"drive_c/users/{USER}"
 REGISTRIES = ("system.reg", "user.reg", "userdef.reg")
 SETTINGS = "bottle.yml"
-RECORD = ".package"  # of a user's bottle: its origin, and the list, settings and registry files that it was made from
-SECOND = ".package"  # ends the name of a package's bottle if another bottle has that of the package
 NO_UPDATE = (".update-timestamp", b"disable\n")  # Wine must not update a prefix with links into its own directory
+APPLICATION = "cellarix"  # the package that runs packages
+SINCE = "3.3.4.008"  # its first version that reads FORMAT
 STARTER = "/opt/apps/cellarix/files/share/cellarix/service/packaged_program.py"
-PACKAGE = re.compile(r"[a-z0-9]+(\.[a-z0-9]+)*")
 PROGRAM_ID = re.compile(r"[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}")
 
 
 def program_root(package):
     return f"opt/apps/{package}/files"
-
-
-def data_directory(environ):
-    data = environ.get("XDG_DATA_HOME", "")
-    if not data.startswith("/"):
-        data = os.path.join(environ.get("HOME") or "/", ".local/share")
-    return os.path.join(data, "lumora-wine-bottles")

@@ -5,17 +5,17 @@ usage: bottles_packager.py --list BOTTLE
 Standard input has a JSON object with "pkgname" and "programs", the latter as in pkgcfg/pkgsrc.json. Without programs only
 "nameCause" is told. Prints one JSON object: "bytes" and "files" of everything; "folders" with "place", "bytes" and "files", and the same for "templates",
 the files of runners and templates that are copied; the number of "wineLinks", files that each machine takes from its own Wine; "leftOut"
-with "place", "why" and "entries"; "maintainer"; and "nameCause", the reason why the package cannot have its name. What
+with "place", "why" and "entries"; "maintainer"; and "nameCause", the reason why the package cannot or ("plain-name") should not have its name. What
 cannot be packed at all ends as for a package.
 """
 
 import contextlib
-import fnmatch
 import json
 import os
 import sys
 
-from cellarix_launcher.bottle import bottle_directory
+from cellarix_launcher.bottle import bottle_directory, data_directory
+from cellarix_launcher.origin import PACKAGE
 
 from cellarix_packager import archive, contents, layout, private, request
 from cellarix_packager.errors import PackageError
@@ -64,9 +64,11 @@ def _choices():
 
 
 def _name_cause(name):
+    """Also of a name that is allowed, but that another package may have one day."""
     try:
-        if request.NAME.fullmatch(name):
+        if PACKAGE.fullmatch(name):
             request.check_owner(name)
+            return "" if "." in name else "plain-name"
     except PackageError as error:
         return error.cause
     return ""
@@ -79,7 +81,7 @@ class _Group(dict):
 
 
 def _summary(packing, entries):
-    shared = tuple(os.path.join(os.path.realpath(layout.data_directory(os.environ)), name) + "/" for name in SHARED)
+    shared = tuple(os.path.join(os.path.realpath(data_directory(os.environ)), name) + "/" for name in SHARED)
     total, templates, folders = _Group(bytes=0, files=0), _Group(bytes=0, files=0), {}
     for entry in entries:
         if entry.kind != contents.FILE:
@@ -132,7 +134,7 @@ def _place_and_reason(path, reason, user):
         return place, WORDS.get(reason, "private")
     if parts[0] == "users" and len(parts) > 1 and parts[1] not in (user.lower(), "public"):
         return "/".join(inside.split("/")[:2]), "other-user"
-    if any(fnmatch.fnmatchcase(parts[-1], name) for name in private.CREDENTIALS) or not set(SECRET_PLACES).isdisjoint(parts[:-1]):
+    if private.has_log_in(parts) or not set(SECRET_PLACES).isdisjoint(parts[:-1]):
         return place, "credentials"
     if parts[0] == "users" and not set(PERSONAL_PLACES).isdisjoint(parts[2:-1]):
         return place, "personal"

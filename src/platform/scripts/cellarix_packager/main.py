@@ -1,7 +1,7 @@
 """The steps of packing: arguments, request, list of contents, limits and free room, archive.
 
 usage: bottles_packager.py BOTTLE --savedir DIRECTORY [--compression xz|zstd]
-       bottles_packager.py --list BOTTLE   (see listing)
+       bottles_packager.py --list BOTTLE   (see listing; these are two words, while packing needs more)
 
 Prints what it does; lines "::progress:: N" tell the progress in percent, and "packager: cause WORD: SUBJECT" the reason
 of a failure for callers that translate it. Exits with 0 when DIRECTORY has the package
@@ -17,9 +17,9 @@ import re
 import signal
 import sys
 
-from cellarix_launcher.bottle import bottle_directory
+from cellarix_launcher.bottle import bottle_directory, data_directory, read_file
 
-from cellarix_packager import (archive, bottlefiles, contents, debian, icons, layout, listing, menu, private, registry,
+from cellarix_packager import (archive, contents, debian, icons, layout, listing, menu, private, registry,
                                request, running, savefile, settings, winefiles)
 from cellarix_packager.driveplaces import DrivePlaces
 from cellarix_packager.errors import PackageError
@@ -30,13 +30,16 @@ REGISTRY_LIMIT = 256 << 20
 
 
 def main(argv):
-    if argv[:1] == ["--list"]:
+    if len(argv) == 2 and argv[0] == "--list":
         return _ended(lambda: listing.main(argv[1:], Packing), "the bottle")
-    parser = argparse.ArgumentParser(prog="bottles_packager.py", allow_abbrev=False)
-    parser.add_argument("bottle")
+    parser = argparse.ArgumentParser(prog="bottles_packager.py", allow_abbrev=False,
+                                     usage="bottles_packager.py BOTTLE --savedir DIRECTORY [--compression xz|zstd]")
     parser.add_argument("--savedir", required=True)
     parser.add_argument("--compression", choices=tuple(archive.SUFFIXES), default="xz")
-    options = parser.parse_args(argv)
+    if argv in ([], ["-h"], ["--help"]):
+        parser.parse_args(argv)
+    options = parser.parse_args(argv[1:])
+    options.bottle = argv[0]  # its name may begin as an option does
     sys.stdout.reconfigure(line_buffering=True)
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
         signal.signal(number, _interrupt)
@@ -78,8 +81,9 @@ def pack(options):
     bottle_dir = bottle_directory(options.bottle, os.environ)
     if bottle_dir is None:
         raise PackageError(f"There is no bottle named \"{options.bottle}\".", "no-bottle", options.bottle)
+    archive.check_tools(options.compression)
     wanted = request.load(bottle_dir)
-    with running.Alone(options.bottle, bottle_dir, os.environ, IDLE_SECONDS):
+    with running.Alone(options.bottle, bottle_dir, os.environ, IDLE_SECONDS, running.PACKING):
         return _packed(options, wanted, bottle_dir)
 
 
@@ -89,12 +93,14 @@ def _packed(options, wanted, bottle_dir):
     entries = packing.entries()
     total = archive.check_limits(entries)
     _check_room(options.savedir, entries, total)
-    name = f"{wanted.package}_{wanted.version}_{wanted.architecture}.deb"
     print(f"packing {len(entries)} files and directories, {total >> 20} MiB", flush=True)
-    with savefile.SaveFile(options.savedir, name) as file:
+    with savefile.SaveFile(options.savedir, wanted.file_name) as file:
         archive.write(file.fd, entries, packing.file_list, packing.control_files, options.compression, packing.time,
                       Progress(total))
+        if running.is_running(bottle_dir):  # by other means than those that the lock holds off
+            raise running.refusal()
         file.commit()
+        menu.note_plain(bottle_dir, packing.plain)
         print("::progress:: 100", flush=True)
         return file.path
 
@@ -142,11 +148,12 @@ class Packing:
         self.size = 0
         self.who = debian.packer(os.environ)
         self.with_all_icons = True
+        self.plain = ""  # the program whose menu entry is named as the package
 
     def entries(self):
         """Everything but the list of files, which is the last."""
         own_settings = settings.read(os.path.join(self.bottle_dir, layout.SETTINGS))
-        data_dir = layout.data_directory(os.environ)
+        data_dir = data_directory(os.environ)
         walk = contents.BottleWalk(self.contents, self.bottle_dir, data_dir, self.user,
                                    winefiles.WineFiles(data_dir, own_settings.get("Runner")))
         if winefiles.runner_directory(data_dir, own_settings.get("Runner")):
@@ -157,6 +164,7 @@ class Packing:
             self._add_source(walk, source)
         self._add_registry()
         record = settings.for_package(own_settings, self.request, self.bottle_dir, self.places, self.user)
+        self.plain = menu.plain_program(self.bottle_dir, record[settings.PROGRAMS])
         menu.add(self.request, record[settings.PROGRAMS], self.bottle_dir, self.contents.add)
         if self.with_all_icons:
             icons.add_smaller(self.request.sources, record[settings.PROGRAMS], self.contents)
@@ -181,7 +189,7 @@ class Packing:
     def _read_text(self, name):
         path = os.path.join(self.bottle_dir, name)
         try:
-            return bottlefiles.regular(path, REGISTRY_LIMIT).decode("utf-8", "surrogateescape")
+            return read_file(path, REGISTRY_LIMIT).decode("utf-8", "surrogateescape")
         except (OSError, ValueError) as error:
             raise PackageError(f"{path} cannot be read: {error}", "unreadable", path) from None
 

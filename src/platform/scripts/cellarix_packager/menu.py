@@ -1,9 +1,12 @@
 """The menu entries of a package and their icons."""
 
+import json
 import os
 import re
 import struct
 import textwrap
+
+from cellarix_launcher.bottle import read_file
 
 from cellarix_packager import bottlefiles, contents, layout
 
@@ -11,6 +14,7 @@ ICON_LIMIT = 4 << 20
 COMMENT_LENGTH = 120
 THEME_SIZES = (16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512)
 SUFFIX = "-cellarix"
+NOTE, NOTE_LIMIT = "pkgcfg/menu.json", 65536
 FALLBACK_ICON = "application-x-executable"
 CATEGORIES = {
     "Internet": "Network;", "Chat": "Network;InstantMessaging;", "Music": "AudioVideo;Audio;",
@@ -22,7 +26,7 @@ CATEGORIES = {
 def add(request, programs, bottle_dir, add_entry):
     """A desktop entry for each program, and the icon of each that has one, whose place goes into the program's record.
     `programs` maps ids to records."""
-    names = _names(request.package, programs)
+    names = _names(request.package, programs, plain_program(bottle_dir, programs))
     for uuid, program in sorted(programs.items()):
         name = names[uuid]
         icon = _icon(bottle_dir, uuid)
@@ -35,19 +39,37 @@ def add(request, programs, bottle_dir, add_entry):
                                       _desktop_entry(request, title, name if icon else FALLBACK_ICON, uuid)))
 
 
-def _names(package, programs):
+def plain_program(bottle_dir, programs):
+    """The id of the program whose entry is named as the package: the one that was first packed alone. May be none of
+    `programs`; empty if there was none yet."""
+    try:
+        record = json.loads(read_file(os.path.join(bottle_dir, NOTE), NOTE_LIMIT))
+    except (OSError, ValueError, RecursionError):
+        record = None
+    known = record.get("plain") if isinstance(record, dict) else None
+    return known if isinstance(known, str) else next(iter(programs)) if len(programs) == 1 else ""
+
+
+def note_plain(bottle_dir, uuid):
+    """For the packages to come: a name that a user has put into a panel stays that of one program."""
+    try:
+        if uuid:
+            bottlefiles.write(os.path.join(bottle_dir, NOTE), json.dumps({"plain": uuid}) + "\n")
+    except OSError as error:
+        print(f"the menu entries of the next package may have other names: {error}")
+
+
+def _names(package, programs, plain):
     """Names of files that no other package has, and that stay when programs are added."""
-    if len(programs) == 1:
-        return dict.fromkeys(programs, package + SUFFIX)
     short = {uuid: uuid[:8].lower() for uuid in programs}
     unique = short if len(set(short.values())) == len(short) else {uuid: uuid.lower() for uuid in programs}
-    return {uuid: f"{package}{SUFFIX}-{word}" for uuid, word in unique.items()}
+    return {uuid: package + SUFFIX + ("" if uuid == plain else f"-{word}") for uuid, word in unique.items()}
 
 
 def _icon(bottle_dir, uuid):
     """(width, bytes) of the picture that the bottle has for the program."""
     try:
-        data = bottlefiles.regular(os.path.join(bottle_dir, "icons", uuid + ".png"), ICON_LIMIT)
+        data = read_file(os.path.join(bottle_dir, "icons", uuid + ".png"), ICON_LIMIT)
     except (OSError, ValueError):
         return None
     if len(data) < 24 or data[:8] != b"\x89PNG\r\n\x1a\n":

@@ -10,32 +10,17 @@ import json
 import os
 import uuid
 
-from cellarix_packager import bottlefiles, layout
+from cellarix_launcher.bottle import UNFINISHED, read_file
+from cellarix_launcher.origin import FILE, FORMAT, LIMIT, RECORD, SECOND, read
 
-FILE = "origin.json"
-FORMAT = 1
-LIMIT = 65536
-VERSION = "version"
-
-
-def read(directory):
-    """The origin of a bottle; None for one that is not made from a package. Bottles of the first format have no `id`."""
-    record = os.path.join(directory, layout.RECORD)
-    origin = _object(os.path.join(record, FILE))
-    package = origin.get("package")
-    if origin.get("format") == FORMAT and isinstance(package, str) and layout.PACKAGE.fullmatch(package):
-        return {key: str(origin.get(key) or "") for key in ("package", "id", "user", "bottle")}
-    if not origin and os.path.isfile(os.path.join(record, VERSION)):
-        name = os.path.basename(directory)
-        return {"package": name.removesuffix(layout.SECOND), "id": "", "user": "", "bottle": name}
-    return None
+from cellarix_packager import bottlefiles
 
 
 def write(directory, package, identity, user, name):
     """Returns the id, which is a new one unless `identity` has it."""
     identity = identity or str(uuid.uuid4())
     origin = {"format": FORMAT, "package": package, "id": identity, "user": user, "bottle": name}
-    bottlefiles.write(os.path.join(directory, layout.RECORD, FILE), json.dumps(origin) + "\n")
+    bottlefiles.write(os.path.join(directory, RECORD, FILE), json.dumps(origin) + "\n")
     return identity
 
 
@@ -60,28 +45,17 @@ def own_bottle(data_dir, package):
             return name
         found = [name for name in _names(bottles) if is_it(name)]
         return found[0] if len(found) == 1 else ""
-    for name in (package, package + layout.SECOND):
+    for name in (package, package + SECOND):
         found = read(os.path.join(bottles, name))
         if found and found["bottle"] == name and (not found["id"] or found["package"] == package):
             return name
     return ""
 
 
-def orphans(data_dir, root="/"):
-    """[(bottle, package)] of the bottles whose package is not installed any more."""
-    found = []
-    bottles = os.path.join(data_dir, "bottles")
-    for name in _names(bottles):
-        origin = read(os.path.join(bottles, name))
-        if origin and not os.path.exists(os.path.join(root, layout.program_root(origin["package"]), "package.json")):
-            found.append((name, origin["package"]))
-    return found
-
-
 def _names(bottles):
     try:
         with os.scandir(bottles) as items:
-            return sorted(item.name for item in items if item.is_dir(follow_symlinks=False))
+            return sorted(item.name for item in items if item.is_dir(follow_symlinks=False) and not item.name.startswith(UNFINISHED))
     except OSError:
         return []
 
@@ -93,7 +67,7 @@ def _note_path(data_dir, package):
 def _object(path):
     """Empty if the file is missing or no object."""
     try:
-        value = json.loads(bottlefiles.regular(path, LIMIT))
+        value = json.loads(read_file(path, LIMIT))
     except (OSError, ValueError, RecursionError):
         return {}
     return value if isinstance(value, dict) else {}

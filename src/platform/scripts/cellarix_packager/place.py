@@ -35,6 +35,24 @@ def is_shared(path, size):
     return suffix in READ_ONLY or size >= LARGE
 
 
+class _Fresh:
+    """The path of a file that gets the place `target` at the end of the context, or goes if that fails."""
+
+    def __init__(self, target):
+        self.target = target
+        self.path = bottlefiles.unfinished(target)
+
+    def __enter__(self):
+        bottlefiles.remove(self.path)
+        return self.path
+
+    def __exit__(self, kind, *_):
+        if kind:
+            bottlefiles.remove(self.path)
+        else:
+            os.rename(self.path, self.target)
+
+
 class Placer:
     """Puts files of `shared` into a bottle, each in one step. Remembers whether the file systems can clone. `progress`
     is called with the bytes that were written."""
@@ -55,14 +73,16 @@ class Placer:
         """Whether files can be clones in `directory`, which take no room, found out with the file `path`."""
         target = os.path.join(directory, bottlefiles.UNFINISHED)
         cloned = self._clone(os.path.join(self.shared, path), target)
-        _remove(target)
+        bottlefiles.remove(target)
         return cloned
 
     def put(self, path, size, target):
         """`path` is relative to the shared bottle, `target` the absolute place."""
         source = os.path.join(self.shared, path)
-        fresh = bottlefiles.unfinished(target)
-        _remove(fresh)
+        with _Fresh(target) as fresh:
+            self._put(source, path, size, fresh)
+
+    def _put(self, source, path, size, fresh):
         if self._clone(source, fresh):
             self.progress(self.work(path, size))
         elif is_shared(path, size):
@@ -70,21 +90,18 @@ class Placer:
             self.progress(PER_FILE)
         else:
             self._copy(source, fresh)
-        os.rename(fresh, target)
 
     def put_wine_file(self, source, path, target, as_link):
         """A file of the machine's Wine, without debug information; `path` is relative to the bottle."""
-        fresh = bottlefiles.unfinished(target)
-        _remove(fresh)
-        if as_link or is_shared(path, 0):
-            os.symlink(source, fresh)
-            self.progress(PER_FILE)
-        elif (data := petrim.trimmed(source)) is None:
-            self._copy(source, fresh)
-        else:
-            with open(fresh, "wb") as file:
-                self.progress(PER_FILE + file.write(data))
-        os.rename(fresh, target)
+        with _Fresh(target) as fresh:
+            if as_link or is_shared(path, 0):
+                os.symlink(source, fresh)
+                self.progress(PER_FILE)
+            elif (data := petrim.trimmed(source)) is None:
+                self._copy(source, fresh)
+            else:
+                with open(fresh, "wb") as file:
+                    self.progress(PER_FILE + file.write(data))
 
     def wine_work(self, source, path, as_link):
         return PER_FILE + (0 if as_link or is_shared(path, 0) else petrim.trimmed_size(source))
@@ -104,7 +121,7 @@ class Placer:
             return True
         except OSError:
             self.can_clone = False
-            _remove(target)
+            bottlefiles.remove(target)
             return False
 
     def is_link(self, path, target):
@@ -113,10 +130,3 @@ class Placer:
             return os.readlink(target) == os.path.join(self.shared, path)
         except OSError:
             return False
-
-
-def _remove(path):
-    try:
-        os.unlink(path)
-    except FileNotFoundError:
-        pass

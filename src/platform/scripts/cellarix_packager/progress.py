@@ -35,7 +35,7 @@ class Progress:
     def __enter__(self):
         return self
 
-    def __exit__(self, *_):
+    def __exit__(self, kind, *_):
         if self.process:
             self.process.stdin.close()
             try:
@@ -43,6 +43,12 @@ class Progress:
             except subprocess.TimeoutExpired:
                 self.process.kill()
                 self.process.wait()
+            if kind is None:
+                self._check()  # the user may have cancelled in the last moment
+
+    def _check(self):
+        if self.process and self.process.poll() == CANCELLED:
+            raise PackageError("The setup was cancelled.", "cancelled")
 
     def __call__(self, amount):
         self.done += amount
@@ -52,8 +58,7 @@ class Progress:
         self.next = now + INTERVAL
         if self.has_display and not self.process:
             self._open()
-        if self.process and self.process.poll() == CANCELLED:
-            raise PackageError("The setup was cancelled.", "cancelled")
+        self._check()
         percent = min(100 * self.done / self.total, 100)
         if self.has_display and self.process and self.process.poll() is None:
             self._write(f"::progress:: {percent:.1f}\n")

@@ -9,7 +9,6 @@ import uuid
 
 from cellarix_packager import layout, private
 
-MAGIC = "WINE REGISTRY Version 2"
 _NAME = re.compile(r'@|"(?:[^"\\]|\\.)*"')
 _KEY = re.compile(r"\[((?:[^\]\\]|\\.)*)\]")
 MACHINE_ID = '"machineguid"'

@@ -6,11 +6,14 @@ import re
 import subprocess
 from dataclasses import dataclass, field
 
-from cellarix_packager import bottlefiles, layout
+from cellarix_launcher.bottle import read_file
+from cellarix_launcher.origin import PACKAGE
+
+from cellarix_packager import layout
 from cellarix_packager.errors import PackageError
 
 RECORD_LIMIT = 16 << 20
-NAME = re.compile(r"[a-z0-9]+(\.[a-z0-9]+)*")
+NAME_LIMIT = 255  # bytes of a file name
 VERSION = re.compile(r"[0-9][a-zA-Z0-9]*(\.[a-zA-Z0-9]+)*")
 ARCHITECTURES = ("amd64", "arm64")
 CATEGORIES = ("Internet", "Chat", "Music", "Video", "Graphics", "Game", "Office", "Reading", "Development", "System",
@@ -44,12 +47,16 @@ class Request:
         """Windows programs run on every machine that has Wine for them, so that one package serves several."""
         return self.architectures[0] if len(self.architectures) == 1 else "all"
 
+    @property
+    def file_name(self):
+        return f"{self.package}_{self.version}_{self.architecture}.deb"
+
 
 def load(bottle_dir):
     info = _read_object(bottle_dir, "pkginfo.json")
     chosen = _read_object(bottle_dir, "pkgsrc.json")
     text = {key: _one_line(info.get(key)) for key in ("appname", "pkgname", "pkgversion", "category")}
-    if len(text["pkgname"]) < 2 or len(text["pkgname"]) > 200 or not NAME.fullmatch(text["pkgname"]):
+    if len(text["pkgname"]) < 2 or len(text["pkgname"]) > 200 or not PACKAGE.fullmatch(text["pkgname"]):
         raise PackageError(f"\"{text['pkgname']}\" is not a valid package name.", "bad-name", text["pkgname"])
     check_owner(text["pkgname"])
     if len(text["pkgversion"]) > 200 or not VERSION.fullmatch(text["pkgversion"]):
@@ -60,8 +67,12 @@ def load(bottle_dir):
         raise PackageError("No architecture is chosen for the package.", "no-architecture")
     description = info.get("pkgdesc") if isinstance(info.get("pkgdesc"), str) else ""
     category = text["category"] if text["category"] in CATEGORIES else "Other"
-    return Request(text["appname"] or text["pkgname"], text["pkgname"], text["pkgversion"], description, category,
-                   architectures, sources(bottle_dir, chosen))
+    wanted = Request(text["appname"] or text["pkgname"], text["pkgname"], text["pkgversion"], description, category,
+                     architectures, sources(bottle_dir, chosen))
+    if len(wanted.file_name) > NAME_LIMIT:
+        raise PackageError(f"The file name {wanted.file_name} is too long; choose a shorter package name or version.",
+                           "long-name", wanted.file_name)
+    return wanted
 
 
 def sources(bottle_dir, chosen):
@@ -76,9 +87,8 @@ def sources(bottle_dir, chosen):
 
 def check_owner(name):
     """A package that Debian or another maker has given that name would be replaced by this one."""
-    if "." not in name:
-        raise PackageError(f"The package name {name} has no dot; choose one such as com.example.program.", "plain-name", name)
-    if not os.path.exists(f"/{layout.program_root(name)}/package.json") and _is_installed(name):
+    is_own = os.path.exists(f"/{layout.program_root(name)}/package.json")
+    if name == layout.APPLICATION or not is_own and _is_installed(name):
         raise PackageError(f"Another program's package is named {name}.", "foreign-name", name)
 
 
@@ -94,7 +104,7 @@ def _is_installed(name):
 def _read_object(bottle_dir, name):
     path = os.path.join(bottle_dir, "pkgcfg", name)
     try:
-        value = json.loads(bottlefiles.regular(path, RECORD_LIMIT))
+        value = json.loads(read_file(path, RECORD_LIMIT))
     except FileNotFoundError:
         raise PackageError(f"The package is not described yet: {path} is missing.", "not-described", path) from None
     except (OSError, ValueError, RecursionError) as error:

@@ -11,29 +11,40 @@ from cellarix_launcher import running as launches
 from cellarix_packager.errors import PackageError
 
 NAME = "Cellarix packager"
+PACKING, UPGRADE = "packing", "upgrade"  # kinds of claims
 
 
 class Alone:
     """The bottle `name` for this process alone, as a context: launches and installations refuse meanwhile. Waits
     `seconds` for programs that are ending, then raises. No program is ended."""
 
-    def __init__(self, name, directory, environ, seconds):
+    def __init__(self, name, directory, environ, seconds, kind):
         self.environ = environ
         self.lock = bottlelock.BottleLock()
         try:
-            launches.claim(name, "", [NAME], directory, _say, environ)
-            self._check(directory, time.monotonic() + seconds)
+            launches.claim(name, "", [NAME], directory, _say, environ, kind)
+            self._check(directory, seconds)
         except BaseException:
             self.__exit__()
             raise
 
-    def _check(self, directory, end):
+    def _check(self, directory, seconds):
         if os.path.exists(os.path.join(directory, ".before-install", "journal.json")):
             raise PackageError("Something is being installed into the bottle. Try again when that is done.", "installing")
+        end, is_waiting = time.monotonic() + seconds, False
         while not self.lock.acquire(directory, bottlelock.EXCLUSIVE) or is_running(directory):
             if time.monotonic() >= end:
-                raise PackageError("Programs run in the bottle. Close them and try again.", "running")
+                raise self._refusal(directory)
+            if not is_waiting:
+                print(f"waiting up to {seconds} s until nothing uses the bottle any more", flush=True)
+            is_waiting = True
             time.sleep(0.1)
+
+    def _refusal(self, directory):
+        """Programs share the lock; whoever packs or changes the bottle has it alone."""
+        if self.lock.acquire(directory, bottlelock.SHARED):
+            return refusal()
+        return PackageError("The bottle is being packed or changed. Try again when that is done.", "bottle-busy")
 
     def __enter__(self):
         return self
@@ -41,6 +52,10 @@ class Alone:
     def __exit__(self, *_):
         launches.release(self.environ)
         self.lock.release()
+
+
+def refusal():
+    return PackageError("Programs run in the bottle. Close them and try again.", "running")
 
 
 def _say(text):

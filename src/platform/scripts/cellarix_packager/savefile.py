@@ -1,6 +1,7 @@
 """A file that has its name only when it is complete: whatever ends the process before leaves nothing behind."""
 
 import errno
+import hashlib
 import os
 
 from cellarix_packager.errors import PackageError
@@ -14,7 +15,7 @@ class SaveFile:
 
     def __init__(self, directory, name):
         self.path = os.path.join(directory, name)
-        self.hidden = os.path.join(directory, f".{name}.part")
+        self.hidden = os.path.join(directory, _hidden_name(name))
         self.is_hidden = False
         _remove(self.hidden)
         try:
@@ -54,6 +55,11 @@ class SaveFile:
             os.link(str(self.fd), path, src_dir_fd=here, follow_symlinks=True)
         finally:
             os.close(here)
+
+
+def _hidden_name(name):
+    """The name itself may be too long for another one."""
+    return f".cellarix-{hashlib.md5(name.encode(), usedforsecurity=False).hexdigest()}.part"
 
 
 def _remove(path):

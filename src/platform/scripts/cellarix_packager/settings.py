@@ -5,7 +5,9 @@ import re
 
 import yaml
 
-from cellarix_packager import bottlefiles, contents, layout, private
+from cellarix_launcher.bottle import read_file
+
+from cellarix_packager import contents, layout, private
 from cellarix_packager.errors import PackageError
 
 KEYS = ("Runner", "Windows", "Template", "DXVK", "VKD3D", "Emulator", "Parameters", "DLL_Overrides",
@@ -17,10 +19,22 @@ LIMIT = 16 << 20
 
 def read(path):
     try:
-        record = yaml.load(bottlefiles.regular(path, LIMIT), Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
-    except (OSError, ValueError, RecursionError, yaml.YAMLError) as error:
-        raise PackageError(f"{path} cannot be read: {error}", "unreadable-settings", path) from None
+        return parsed(read_file(path, LIMIT), path)
+    except (OSError, ValueError) as error:
+        raise _unreadable(path, error) from None
+
+
+def parsed(data, path):
+    """The settings in the content of a file; a PackageError names the `path`."""
+    try:
+        record = yaml.load(data, Loader=getattr(yaml, "CSafeLoader", yaml.SafeLoader))
+    except (ValueError, RecursionError, yaml.YAMLError) as error:
+        raise _unreadable(path, error) from None
     return record if isinstance(record, dict) else {}
+
+
+def _unreadable(path, why):
+    return PackageError(f"{path} cannot be read: {why}", "unreadable-settings", path)
 
 
 def dump(record):

@@ -3,28 +3,30 @@
 import glob
 import os
 import re
-import subprocess
 
-from cellarix_packager import bottlefiles, layout
+from cellarix_launcher.origin import RECORD
+
+from cellarix_packager import bottlefiles, detached, layout
 
 MENU = "/usr/share/applications"
-MARK = "desktop-icons"  # in the bottle's record: the icons have been made
-SECONDS = 5
+MARK = "desktop-icons"  # in the bottle's record: the paths of the icons that have been made, a line each
 
 
 def provide(bottle):
     """Makes the icons once for each bottle, so that one that the user removes stays away. They start what the menu
     entries start. `ID.desktop` is the name by which the application knows a program's icon."""
     desktop = bottle.home_folder("DESKTOP", "Desktop")
-    mark = os.path.join(bottle.directory, layout.RECORD, MARK)
+    mark = os.path.join(bottle.directory, RECORD, MARK)
     if os.path.exists(mark) or not os.path.isdir(desktop):
         return
+    made = []
     try:
         for program, text in _menu_entries(bottle.package.name):
             path = os.path.join(desktop, program + ".desktop")
             if not os.path.lexists(path):
                 _write(path, text)
-        bottlefiles.write(mark, "")
+                made.append(path + "\n")
+        bottlefiles.write(mark, "".join(made))
     except OSError:
         pass  # the program starts without an icon
 
@@ -44,8 +46,4 @@ def _write(path, text):
     """Desktops start only what is executable, some only what is trusted besides."""
     bottlefiles.write(path, text)
     os.chmod(path, 0o755)
-    try:
-        subprocess.run(["gio", "set", path, "metadata::trusted", "true"], timeout=SECONDS, stdin=subprocess.DEVNULL,
-                       capture_output=True, check=False)
-    except (OSError, subprocess.TimeoutExpired):
-        pass  # not a desktop that asks for it
+    detached.run("gio", "set", path, "metadata::trusted", "true")

@@ -1,34 +1,26 @@
 """Starts a program of an installed package.
 
 usage: packaged_program.py DIRECTORY PROGRAM
-       packaged_program.py --orphans
 
 DIRECTORY is that of the package ("files"), PROGRAM an id. Makes the user's bottle at the first start and brings it to
 the version of the package afterwards, then hands the program to the application, as the menu entries of bottles do.
---orphans prints the bottles whose package is not installed any more: [{"bottle", "package"}].
 """
 
 import html
-import json
 import os
 import signal
-import subprocess
 import sys
 
-from cellarix_packager import layout, messages, origin, shortcuts
+from cellarix_packager import detached, layout, messages, shortcuts
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 from cellarix_packager.userbottle import UserBottle
 
-NOTIFY_SECONDS = 5
-UNREADY = ("being-prepared", "cancelled")  # the bottle is being changed, or half changed
+# The bottle is being changed, is half changed, or has files of two versions.
+UNREADY = ("being-installed", "being-prepared", "bottle-busy", "cancelled", "close-first", "installing")
 
 
 def main(argv):
-    if argv == ["--orphans"]:
-        found = origin.orphans(layout.data_directory(os.environ))
-        print(json.dumps([{"bottle": bottle, "package": package} for bottle, package in found]))
-        return 0
     if len(argv) != 2 or not layout.PROGRAM_ID.fullmatch(argv[1]):
         print("usage: packaged_program.py DIRECTORY PROGRAM", file=sys.stderr)
         return 64
@@ -77,11 +69,7 @@ def _tell(error):
         return
     place = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications", "org.freedesktop.Notifications", "Notify")
     content = ("Cellarix", "0", "cellarix", "Cellarix", html.escape(text, quote=False), "0", "0", "-1")
-    try:
-        subprocess.run(["busctl", "--user", "--quiet", "--", "call", *place, "susssasa{sv}i", *content], timeout=NOTIFY_SECONDS,
-                       capture_output=True, check=False)
-    except (OSError, ValueError, subprocess.TimeoutExpired):
-        pass  # there is no desktop
+    detached.run("busctl", "--user", "--quiet", "--", "call", *place, "susssasa{sv}i", *content)
 
 
 def _beside(program):

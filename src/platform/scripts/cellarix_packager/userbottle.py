@@ -12,13 +12,19 @@ import shutil
 import sys
 import time
 from datetime import datetime
+from itertools import chain, count
+
+from cellarix_launcher.bottle import data_directory
+from cellarix_launcher.origin import RECORD, SECOND, VERSION
 
 from cellarix_packager import bottlefiles, layout, origin, place, registry, running, settings, upgrade, winefiles
 from cellarix_packager import progress as progresses
 from cellarix_packager.errors import PackageError
-
+from cellarix_packager.package import BESIDE_DRIVE, Package
 
 WAIT_SECONDS = 3
+IDLE_SECONDS = 5  # Wine's server stays for 3 s after the last program
+TRIES = 3
 RESERVE = 64 << 20  # bytes that stay free on the disk
 
 
@@ -30,7 +36,7 @@ class UserBottle:
         self.package = package
         self.environ = environ
         self.home = environ.get("HOME") or pwd.getpwuid(os.getuid()).pw_dir
-        self.data_dir = layout.data_directory(environ)
+        self.data_dir = data_directory(environ)
         self.login = package.user or _wine_user(environ)
         self.placer = place.Placer(package.shared)
         self.wine = None
@@ -47,11 +53,9 @@ class UserBottle:
 
     def _free_name(self):
         """A bottle of the package's name that is none of it is left alone."""
-        for name in (self.package.name, self.package.name + layout.SECOND):
-            if not os.path.lexists(os.path.join(self.data_dir, "bottles", name)):
-                return name
-        raise PackageError(f"There is another bottle named \"{self.package.name}\"; rename or delete it.", "name-taken",
-                           self.package.name)
+        second = self.package.name + SECOND
+        names = chain((self.package.name, second), (f"{second}-{number}" for number in count(2)))
+        return next(name for name in names if not os.path.lexists(os.path.join(self.data_dir, "bottles", name)))
 
     def notice(self):
         """What a user should know who starts the program for the first time, as an error; None for nothing."""
@@ -77,36 +81,66 @@ class UserBottle:
             if not os.path.isdir(self.directory):
                 self._make(os.path.join(work, self.package.name + ".new"))
             elif self._made_from() != self.package.build:
-                self._change(lambda: upgrade.Upgrade(self).run())
+                self._upgrade()
             elif any(self._missing_wine_files(self.directory)):  # Wine for 32 bits may be new
-                self._change(lambda: self.link_system_files(self.directory))
+                self._add_wine_files()
             if not self.id:
                 self.id = origin.write(self.directory, self.package.name, "", self.user, self.name)
             origin.note(self.data_dir, self.package.name, self.name, self.id)
         finally:
             os.close(lock)
 
-    def _change(self, work):
-        """While programs run, or something is installed, the bottle stays as it is until the next start."""
+    def _upgrade(self):
+        """The shared files are those of the new version already, so that nothing starts in a bottle of the old one."""
         try:
-            alone = running.Alone(self.name, self.directory, self.environ, 0)
+            with running.Alone(self.name, self.directory, self.environ, IDLE_SECONDS, running.UPGRADE):
+                upgrade.Upgrade(self).run()
         except PackageError as error:
-            print(f"{self.name} is not upgraded now: {error}", file=sys.stderr)
+            if error.cause != "running":
+                raise
+            raise PackageError(f"{self.package.title} has been updated. Close it first, then start it again.", "close-first",
+                               self.package.title) from None
+
+    def _add_wine_files(self):
+        """While programs run, the bottle stays as it is until the next start."""
+        try:
+            alone = running.Alone(self.name, self.directory, self.environ, 0, running.UPGRADE)
+        except PackageError as error:
+            print(f"{self.name} gets no files of Wine now: {error}", file=sys.stderr)
             return
-        with alone:
-            work()
+        try:
+            with alone:
+                self.check_room({}, self.directory)
+                with self.shown(progresses.UPDATE, {}, self.directory):
+                    self.link_system_files(self.directory)
+        except OSError as error:
+            raise PackageError(f"The bottle {self.name} cannot be upgraded: {error}", "not-upgraded", str(error)) from None
 
     def _made_from(self):
-        return bottlefiles.text(os.path.join(self.directory, layout.RECORD, origin.VERSION))
+        try:
+            return bottlefiles.text(os.path.join(self.directory, RECORD, VERSION))
+        except OSError:
+            return ""
+
+    def settled(self, work):
+        """Does `work` with the package, and again if dpkg has put another version into its place meanwhile."""
+        for _ in range(TRIES):
+            try:
+                work()
+                error = None
+            except OSError as failure:
+                error = failure
+            if self.package.is_current():
+                if error:
+                    raise error
+                return
+            self.package, self.wine = Package(self.package.root), None
+        raise PackageError(f"{self.package.title} is being installed. Try again in a while.", "being-installed",
+                           self.package.title)
 
     def _make(self, fresh):
-        shutil.rmtree(fresh, ignore_errors=True)
         try:
-            os.makedirs(fresh, mode=0o700)
-            files = self.package.file_list()[1]
-            self.check_room(files, fresh)
-            with self.shown(progresses.MAKE, files, fresh):
-                self._fill(fresh)
+            self.settled(lambda: self._make_in(fresh))
             os.makedirs(os.path.dirname(self.directory), exist_ok=True)
             os.rename(fresh, self.directory)
             self.is_new = True
@@ -115,6 +149,14 @@ class UserBottle:
                                str(error)) from None
         finally:
             shutil.rmtree(fresh, ignore_errors=True)
+
+    def _make_in(self, fresh):
+        shutil.rmtree(fresh, ignore_errors=True)
+        os.makedirs(fresh, mode=0o700)
+        files = self.package.file_list()[1]
+        self.check_room(files, fresh)
+        with self.shown(progresses.MAKE, files, fresh):
+            self._fill(fresh)
 
     def check_room(self, files, directory):
         """Raises before any work if `files` do not fit on the disk of `directory`."""
@@ -144,17 +186,17 @@ class UserBottle:
         os.symlink("../drive_c", os.path.join(fresh, "dosdevices", "c:"))
         os.symlink("/", os.path.join(fresh, "dosdevices", "z:"))
         for path, (size, _) in files.items():
-            if path not in layout.REGISTRIES and path != layout.SETTINGS:
+            if path not in BESIDE_DRIVE:
                 self.placer.put(path, size, os.path.join(fresh, self.own_path(path)))
         for path, target in links.items():
             bottlefiles.put_link(self.own_target(path, target), os.path.join(fresh, self.own_path(path)))
         self.link_system_files(fresh)
         self._link_folders(fresh)
         for name in layout.REGISTRIES:
-            if name in files:
-                bottlefiles.write(os.path.join(fresh, name), registry.personal(self.shared_text(name), self.user))
+            if name in self.package.texts:
+                bottlefiles.write(os.path.join(fresh, name), registry.personal(self.package.texts[name], self.user))
         bottlefiles.write(os.path.join(fresh, layout.NO_UPDATE[0]), layout.NO_UPDATE[1].decode())
-        record = self.own_settings(os.path.join(self.package.shared, layout.SETTINGS))
+        record = self.own_settings(self.package.settings)
         created = datetime.now().isoformat(timespec="seconds")
         bottlefiles.write(os.path.join(fresh, layout.SETTINGS), settings.dump({"Name": self.name, "Created": created} | record))
         self.write_record(fresh)
@@ -170,12 +212,9 @@ class UserBottle:
         there = os.path.normpath(os.path.join(os.path.dirname(path), target))
         return os.path.relpath(self.own_path(there), os.path.dirname(self.own_path(path)))
 
-    def own_settings(self, path):
+    def own_settings(self, record):
         """The package's settings with this user's profile."""
-        return settings.with_profile(settings.read(path), layout.USER, self.user)
-
-    def shared_text(self, name):
-        return bottlefiles.text(os.path.join(self.package.shared, name))
+        return settings.with_profile(record, layout.USER, self.user)
 
     def link_system_files(self, directory):
         """Files of Wine are the machine's own. One that this machine's Wine does not have is left out."""
@@ -191,8 +230,7 @@ class UserBottle:
     def _missing_wine_files(self, directory):
         """(path, file of the machine's Wine, whether it becomes a link) of those that the bottle does not have."""
         if not self.wine:
-            runner = settings.read(os.path.join(self.package.shared, layout.SETTINGS)).get("Runner")
-            self.wine = winefiles.WineFiles(self.data_dir, runner)
+            self.wine = winefiles.WineFiles(self.data_dir, self.package.settings.get("Runner"))
         for names, as_link in ((self.package.wine_links, True), (self.package.wine_copies, False)):
             for path, name in names.items():
                 source = self.wine.find(name)
@@ -217,14 +255,12 @@ class UserBottle:
 
     def write_record(self, directory):
         """The version comes last, so that an interrupted upgrade is done again."""
-        record = os.path.join(directory, layout.RECORD)
+        record = os.path.join(directory, RECORD)
         os.makedirs(record, exist_ok=True)
-        bottlefiles.write(os.path.join(record, "files.json"), bottlefiles.text(os.path.join(self.package.root, "files.json")))
         self.id = origin.write(directory, self.package.name, self.id, self.user, self.name)
-        for name in (*layout.REGISTRIES, layout.SETTINGS):
-            if os.path.exists(os.path.join(self.package.shared, name)):
-                bottlefiles.write(os.path.join(record, name), self.shared_text(name))
-        bottlefiles.write(os.path.join(record, origin.VERSION), self.package.build)
+        for name, text in self.package.texts.items():
+            bottlefiles.write(os.path.join(record, name), text)
+        bottlefiles.write(os.path.join(record, VERSION), self.package.build)
 
 
 def _locked(path, seconds):
