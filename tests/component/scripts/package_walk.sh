@@ -65,7 +65,7 @@ done
 # The application itself is the one in the build tree.
 mkdir -p "$root/tmp/stand-in/DEBIAN" "$root/tmp/stand-in/opt/apps"
 ln -s "$prefix" "$root/tmp/stand-in/opt/apps/cellarix"
-printf '%s\n' 'Package: cellarix' 'Version: 1' 'Architecture: all' 'Maintainer: T <t@example.org>' \
+printf '%s\n' 'Package: cellarix' 'Version: 9' 'Architecture: all' 'Maintainer: T <t@example.org>' \
     'Description: stand-in' >"$root/tmp/stand-in/DEBIAN/control"
 inside dpkg-deb -b /tmp/stand-in /tmp/stand-in.deb >/dev/null
 inside dpkg -i /tmp/stand-in.deb >/dev/null 2>&1
@@ -83,11 +83,22 @@ echo "shared: $(readlink "$home/drive_c/Sample/window.exe")"
 # shellcheck disable=SC2016  # expanded by the inner shell
 as_user first sh -c 'cd "$HOME/$1/drive_c/Sample" && echo mine >settings.ini && echo saved >game.sav' walk "$bottle"
 
+# Shares the lock of the bottle, as a program that runs does.
+touch "$directory/runs"
+drive=/home/first/$bottle/drive_c
+# shellcheck disable=SC2016  # expanded by the inner shell
+as_user first flock --shared "$drive" sh -c 'while [ -e "$1" ]; do sleep 0.1; done' walk "$directory/runs" &
+while as_user first flock --exclusive --nonblock "$drive" true; do sleep 0.1; done
 inside dpkg -i "$new" >/dev/null
+echo "open: $(as_user first "$exec_path" "$program" 2>&1 | tail -n 1)"
+rm "$directory/runs"
+wait
 run first
+run second
 echo "kept: $(cat "$home/drive_c/Sample/settings.ini" "$home/drive_c/Sample/game.sav" | xargs)"
 echo "renewed: $(cat "$home/drive_c/Sample/words.txt" "$home/drive_c/Sample/extra.txt" | xargs)"
 echo "profile: $(grep -o 'users.\{2\}second' "$root/home/second/$bottle/user.reg" | sort -u) $(cd "$root/home/second/$bottle/drive_c/users" && echo *)"
+echo "second: $(xargs <"$root/home/second/$bottle/drive_c/Sample/words.txt") $(readlink "$root/home/second/$bottle/drive_c/Sample/window.exe")"
 echo "registry: $(grep -c '"Added"="2"' "$home/user.reg")"
 
 inside dpkg --purge "$package" >/dev/null 2>&1

@@ -3,7 +3,6 @@
 import os
 import shutil
 import subprocess
-import unittest
 from pathlib import Path
 
 from packages import ID, BottleCase
@@ -23,10 +22,16 @@ def can_overlay():
     return os.getuid() == 0 and subprocess.run(words, capture_output=True, check=False).returncode == 0
 
 
-@unittest.skipUnless(TOOLS and os.path.isfile(SAMPLE) and os.path.isfile(INSTALLED) and os.path.isdir(WINE_FILES["system32"]),
-                     "needs Wine, the sample programs, the installed tree, Xvfb, openbox, xdotool and lintian")
-@unittest.skipUnless(can_overlay(), "needs root and overlay mounts")
 class Walk(BottleCase):
+    def setUp(self):
+        super().setUp()
+        is_complete = TOOLS and all(map(os.path.exists, (SAMPLE, INSTALLED, WINE_FILES["system32"]))) and can_overlay()
+        text = "needs root, overlay mounts, Wine, the sample programs, the installed tree, Xvfb, openbox, xdotool and lintian"
+        if not is_complete and os.environ.get("CI") == "true":
+            self.fail(text)
+        if not is_complete:
+            self.skipTest(text)
+
     def prefix(self):
         """A bottle of Wine's own files, as links, like the service makes it."""
         env = self.env | {"WINEPREFIX": self.directory, "WINEDEBUG": "-all", "USER": "packer", "HOME": self.home,
@@ -77,7 +82,9 @@ class Walk(BottleCase):
         self.assertEqual(lines, [
             "menu: Sample", "window: first", "window: second",
             "shared: /opt/apps/com.example.sample/files/bottle/drive_c/Sample/window.exe",
-            "window: first", "kept: mine saved", "renewed: two extra", r"profile: users\\second Public second",
-            "registry: 1", "left: ", "own: saved"], seen.stderr)
+            "open: Sample has been updated. Close it first, then start it again.", "window: first", "window: second",
+            "kept: mine saved", "renewed: two extra", r"profile: users\\second Public second",
+            "second: two /opt/apps/com.example.sample/files/bottle/drive_c/Sample/window.exe", "registry: 1", "left: ",
+            "own: saved"], seen.stderr)
         size = int(seen.stdout.partition("size: ")[2].split()[0])
         self.assertLess(size, 60, "MiB of a user's bottle")
