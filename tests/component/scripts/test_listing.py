@@ -10,7 +10,7 @@ from pathlib import Path
 from packages import ID, PACKER, BottleCase
 from support import SCRIPTS, SOURCE
 
-from cellarix_packager import main
+from cellarix_packager import main, messages
 
 
 class Listing(BottleCase):
@@ -46,10 +46,12 @@ class Listing(BottleCase):
 
     def test_each_cause_has_a_sentence_in_the_application(self):
         known = re.findall(r'\{"([a-z-]+)",', Path(SOURCE, "src/frontend/packaging/driver/PackagingFailure.cpp").read_text())
-        for name in ("archive", "contents", "listing", "main", "registry", "request", "running", "savefile", "settings"):
-            text = Path(SCRIPTS, f"cellarix_packager/{name}.py").read_text()
-            for cause in re.findall(r'PackageError\((?:[^()]|\([^()]*\))*?,\s+"([a-z-]+)"', text):
-                self.assertIn(cause, known, name)
+        packing = ("archive", "contents", "listing", "main", "registry", "request", "running", "savefile", "settings")
+        for texts, names in ((known, packing), (messages.CHINESE, ("package", "start", "upgrade", "userbottle"))):
+            for name in names:
+                text = Path(SCRIPTS, f"cellarix_packager/{name}.py").read_text()
+                for cause in re.findall(r'PackageError\((?:[^()]|\([^()]*\))*?,\s+"([a-z-]+)"', text):
+                    self.assertIn(cause, texts, name)
 
     def test_what_cannot_be_packed_is_told(self):
         for error, cause in ((OSError(errno.ENOSPC, "", "/x"), "compressor"), (FileNotFoundError(errno.ENOENT, "", "/out"), "not-writable"),

@@ -166,7 +166,7 @@ class UsersBottle(BottleCase):
         self.assertEqual((self.provide(package)[1] / "a.txt").read_text(), "2")
 
     def test_versions_that_follow_quickly_leave_nothing_old(self):
-        package = self.unpack("1.0", {"a.txt": "1", "b.txt": "1"})
+        package = self.unpack("1.0", {"a.txt": "1", "b.txt": "1", "deleted.txt": "1"})
         fill = userbottle.UserBottle._fill
         calls = []
 
@@ -180,8 +180,9 @@ class UsersBottle(BottleCase):
         with mock.patch.object(userbottle.UserBottle, "write_record", side_effect=OSError), self.assertRaises(PackageError):
             self.provide(self.unpack("3.0", {"a.txt": "3", "b.txt": "3"}))
         (app / "b.txt").write_text("user")
+        (app / "deleted.txt").unlink()
         self.provide(self.unpack("4.0", {"a.txt": "4", "b.txt": "4"}))
-        self.assertEqual(((app / "a.txt").read_text(), (app / "b.txt").read_text()), ("4", "user"))
+        self.assertEqual({path.name: path.read_text() for path in app.iterdir()}, {"a.txt": "4", "b.txt": "user"})
 
     def test_a_damaged_record_neither_blocks_nor_leads_out(self):
         victim = Path(self.path("user/victim"))

@@ -47,7 +47,8 @@ class Upgrade:
         known = {}  # every content that a file may have from a version of the package
         for _, files, _ in made + pending:
             for path, item in files.items():
-                known.setdefault(path, []).append(item)
+                if item not in known.setdefault(path, []):
+                    known[path].append(item)
         changed = {path: item for path, item in new[1].items() if [item] != known.get(path)}
         self.bottle.check_room(changed, self.bottle.directory)
         if new not in pending:
