@@ -12,7 +12,7 @@ from unittest import mock
 from packages import ID, PACKER, REGISTRY, BottleCase
 from support import wait_until
 
-from cellarix_packager import messages, origin, place, progress, userbottle
+from cellarix_packager import bottlefiles, messages, origin, place, progress, userbottle
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 
@@ -55,6 +55,8 @@ class UsersBottle(BottleCase):
         self.add("drive_c/App/taken", "1")
         os.symlink("a.exe", os.path.join(self.directory, "drive_c/App/link"))
         os.symlink("users/packer/AppData", os.path.join(self.directory, "drive_c/profile"))
+        for name in ("own", "followed"):
+            bottlefiles.put_link("App/a.exe", os.path.join(self.directory, "drive_c", name))
         package = self.unpack("1.0", old)
         bottle, app = self.provide(package)
         drive = app.parent
@@ -73,6 +75,9 @@ class UsersBottle(BottleCase):
         for name in ("gone.txt", "gone.dll", "turned", "taken", "link"):
             os.unlink(os.path.join(self.directory, "drive_c/App", name))
         self.add("user.reg", REGISTRY.format("User") + '[A] 1\n"Path"="C:\\\\users\\\\packer"\n"New"="2"\n')
+        bottlefiles.put_link("App/mine.ini", drive / "own")
+        for name in ("own", "followed"):
+            bottlefiles.put_link("App/same.ini", os.path.join(self.directory, "drive_c", name))
         for name in ("turned/x", "taken/y"):
             self.add("drive_c/App/" + name, "2")
         package = self.unpack("1.0", {"a.exe": "MZ 2", "same.ini": "2", "mine.ini": "2", "new.txt": "2"})
@@ -80,6 +85,7 @@ class UsersBottle(BottleCase):
             self.provide(package)
             self.assertEqual({path.name: path.read_text() for path in app.rglob("*") if path.is_file()},
                              {"a.exe": "MZ 2", "x": "2", "taken": "user", "same.ini": "2", "mine.ini": "user", "own.sav": "user", "new.txt": "2"})
+            self.assertEqual((os.readlink(drive / "own"), os.readlink(drive / "followed")), ("App/mine.ini", "App/same.ini"))
             self.assertIn('"New"="2"', Path(bottle.directory, "user.reg").read_text())
             Path(bottle.directory, ".package/version").write_text("interrupted")
 

@@ -39,6 +39,7 @@ def put_link(target, path):
 
 def write(path, content):
     fresh = unfinished(path)
+    remove(fresh)  # it may be a link
     with open(fresh, "w", encoding="utf-8", errors="surrogateescape", newline="") as file:
         file.write(content)
         file.flush()

@@ -47,10 +47,11 @@ class _Fresh:
         return self.path
 
     def __exit__(self, kind, *_):
-        if kind:
+        try:
+            if not kind:
+                os.rename(self.path, self.target)
+        finally:
             bottlefiles.remove(self.path)
-        else:
-            os.rename(self.path, self.target)
 
 
 class Placer:

@@ -42,21 +42,16 @@ class Upgrade:
 
     def _carry_all(self):
         new = self.bottle.package.file_list()
-        made, pending = self._lists(package.FILES), self._lists(PENDING)
-        directories, _, links = made[0] if made else ([], {}, {})
-        known = {}  # every content that a file may have from a version of the package
-        for _, files, _ in made + pending:
-            for path, item in files.items():
-                if item not in known.setdefault(path, []):
-                    known[path].append(item)
-        changed = {path: item for path, item in new[1].items() if [item] != known.get(path)}
+        pending = self._lists(PENDING)
+        old = _joined(self._lists(package.FILES) + pending)
+        changed = {path: item for path, item in new[1].items() if [item] != old[1].get(path)}
         self.bottle.check_room(changed, self.bottle.directory)
         if new not in pending:
             lists = [dict(zip(("directories", "files", "links"), item, strict=True)) for item in (*pending, new)]
             os.makedirs(self.record, exist_ok=True)
             bottlefiles.write(os.path.join(self.record, PENDING), json.dumps(lists))
         with self.bottle.shown(progresses.UPDATE, changed, self.bottle.directory):
-            self._carry((directories, known, links), *new)
+            self._carry(old, *new)
 
     def _lists(self, name):
         """The lists of files in a record of the bottle. A damaged one is none: what it has told is the user's then."""
@@ -80,7 +75,7 @@ class Upgrade:
             if path not in package.BESIDE_DRIVE:
                 self._upgrade_file(path, old[1].get(path, []), new)
         for path, target in links.items():
-            self._upgrade_link(path, old[2].get(path), target)
+            self._upgrade_link(path, old[2].get(path, []), target)
         self.bottle.link_system_files(self.bottle.directory)
 
     def _own(self, path):
@@ -96,20 +91,23 @@ class Upgrade:
             if self.bottle.placer.is_link(path, self._own(path)) or self._is_any(path, old_files[path]):
                 os.unlink(self._own(path))
         for path in old_links.keys() - links:
-            if _leads_to(self._own(path), self.bottle.own_target(path, old_links[path])):
+            if self._leads_to_any(path, old_links[path]):
                 os.unlink(self._own(path))
-        changed = (files | links) & set(directories)
-        for path in sorted(set(directories) - kept | changed, key=len, reverse=True):
+        changed = (files | links) & directories
+        for path in sorted(directories - kept | changed, key=len, reverse=True):
             if not os.path.islink(self._own(path)):
                 _remove_empty(self._own(path))
 
-    def _upgrade_link(self, path, old, new):
-        """A link that the user or a program has made stays."""
+    def _leads_to_any(self, path, targets):
+        return any(_leads_to(self._own(path), self.bottle.own_target(path, target)) for target in targets)
+
+    def _upgrade_link(self, path, known, new):
+        """`known` has the targets in older versions. A link that the user or a program has made stays."""
         own = self._own(path)
         is_free = not os.path.lexists(own) or os.path.islink(own) and (
             self.bottle.placer.is_link(path, own) or winefiles.is_builtin(own) or
-            old is not None and _leads_to(own, self.bottle.own_target(path, old)))
-        if old != new and is_free and bottlefiles.made_directory(os.path.dirname(own)):
+            self._leads_to_any(path, known))
+        if known != [new] and is_free and bottlefiles.made_directory(os.path.dirname(own)):
             bottlefiles.put_link(self.bottle.own_target(path, new), own)
 
     def _upgrade_file(self, path, known, new):
@@ -156,6 +154,18 @@ class Upgrade:
                 field: value for field, value in program.items()
                 if value != old.get(field) and own_program.get(field) == old.get(field)}
         bottlefiles.write(own_path, settings.dump(own | {settings.PROGRAMS: programs}))
+
+
+def _joined(lists):
+    """The directories, and what each file and link may be, of several versions of a package."""
+    directories, files, links = set(), {}, {}
+    for some, *others in lists:
+        directories.update(some)
+        for known, found in zip((files, links), others, strict=True):
+            for path, item in found.items():
+                if item not in known.setdefault(path, []):
+                    known[path].append(item)
+    return directories, files, links
 
 
 def _programs(record):
