@@ -160,6 +160,7 @@ constexpr Row Rows[] = {
                        "The bottle is being brought up to date with its package. Try again in a moment.")},
     {"being-changed",
      QT_TRANSLATE_NOOP("ServiceErrorText", "Another program is changing the bottle. Try again in a moment.")},
+    {"bad-bottle-name", QT_TRANSLATE_NOOP("ServiceErrorText", "\"%1\" cannot be the name of a bottle. %2")},
 };
 
 const char* formatOf(const QString& code) {

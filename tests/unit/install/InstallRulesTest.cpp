@@ -1,4 +1,5 @@
 #include <QJsonObject>
+#include <QTranslator>
 #include <QUrl>
 
 #include "store/install/CommonInfoBaseDialog.h"
@@ -8,6 +9,7 @@
 #include "store/install/SetupPackages.h"
 #include "store/install/SetupProgress.h"
 #include "store/install/SetupRecord.h"
+#include "store/install/SetupTitle.h"
 #include "support/Table.h"
 #include "support/TestHome.h"
 
@@ -16,6 +18,15 @@ using TestSupport::Table;
 Q_DECLARE_METATYPE(PostRunStep)
 Q_DECLARE_METATYPE(SetupPackages)
 Q_DECLARE_METATYPE(State)
+
+/// Puts a mark before each text, with its places turned round.
+class Marked : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* source, const char*, int) const override {
+        return '!' + QString(source).replace("%2 of %3", "%3 / %2");
+    }
+};
 
 class InstallRulesTest : public QObject {
     Q_OBJECT
@@ -152,6 +163,22 @@ private Q_SLOTS:
         QTEST(html.startsWith("<a "), "isLink");
         QVERIFY(!breakable(QString(5000, 'a')).contains(QString(17, 'a')));
         QVERIFY2(!html.contains("<d>") && !html.contains("<b>"), qPrintable(html));
+    }
+
+    void titles_data() {
+        const Table<QString> row("translated");
+        row("Finishing", "!Finishing");
+        row("Installing a b.exe with winetricks", "!Installing a b.exe with winetricks");
+        row("Downloading a: %1.exe: 1.5 MiB of 3 MiB", "!Downloading a: %1.exe: 3 MiB / 1.5 MiB");
+        row("Downloading a.exe", "!Downloading a.exe");
+        row("Running ", "Running ");
+        row("Registers the video filters", "Registers the video filters");
+    }
+    void titles() {
+        Marked marked;
+        QCoreApplication::installTranslator(&marked);
+        QTEST(setupTitle(QTest::currentDataTag()), "translated");
+        QCoreApplication::removeTranslator(&marked);
     }
 
     void record() {

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// The heading of a phase of a set-up in the user's language. The background service sends it in English; one
-/// that is not known here, as from a newer service, stays as it is.
+/// The heading of a phase of a set-up, or the line below it, in the user's language. The background service
+/// sends both in English; what is not known here, as from a newer service or a manifest, stays as it is.
 QString setupTitle(const QString& english);

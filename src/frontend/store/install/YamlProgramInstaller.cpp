@@ -155,7 +155,7 @@ void YamlProgramInstaller::onTitle(const QString& title) {
 }
 
 void YamlProgramInstaller::onDescription(const QString& text, int level) {
-    m_banner->setDescription(text);
+    m_banner->setDescription(setupTitle(text));
     if (level < 1)
         m_view->addLine(text);
 }

@@ -28,9 +28,8 @@ bool hasControlCharacter(const QString& text) {
     return false;
 }
 
-}  // namespace
-
-QString check(const QString& name) {
+/// Empty when the name may be used.
+QString faultOf(const QString& name) {
     if (name.isEmpty())
         return "The name of the bottle is empty.";
     if (!isWellFormed(name))
@@ -50,6 +49,13 @@ QString check(const QString& name) {
     if (part.toUtf8().size() > MaximumPartBytes)
         return QString("The name of the bottle is longer than %1 bytes.").arg(MaximumPartBytes);
     return {};
+}
+
+}  // namespace
+
+Reason check(const QString& name) {
+    const QString fault = faultOf(name);
+    return fault.isEmpty() ? Reason() : Reason(Reason::BadBottleName, {shown(name), fault});
 }
 
 bool isPublic(const QString& name) {

@@ -62,7 +62,7 @@ BottleStore::State BottleStore::state(const QString& name) const {
 }
 
 QString BottleStore::check(const QString& name) const {
-    const QString fault = BottleName::check(name);
+    const QString fault = BottleName::check(name).text();
     if (!fault.isEmpty())
         return fault;
     switch (state(name)) {

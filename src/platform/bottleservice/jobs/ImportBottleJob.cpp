@@ -84,14 +84,14 @@ void ImportBottleJob::onListed(const Reason& reason) {
     }
     if (m_name.isEmpty())
         m_name = m_work->list->name;
-    const QString invalid = BottleName::check(m_name);
+    const Reason invalid = BottleName::check(m_name);
     const auto runner = chooseRunner();
     if (invalid.isEmpty() && freeName().isEmpty()) {
         fail(Reason(Reason::NoFreeName));
         return;
     }
     if (!invalid.isEmpty() || !runner) {
-        fail(invalid.isEmpty() ? Runners::missing(Runners::DefaultName) : damaged(invalid));
+        fail(invalid.isEmpty() ? Runners::missing(Runners::DefaultName) : invalid);
         return;
     }
     m_staged = new StagedBottle(m_tools.store, m_name, *runner, m_tools.templates, m_tools.reclaimer, this);

@@ -6,7 +6,7 @@
 using Fault = Answer::Fault;
 
 bool RequestChecks::refuseName(const QString& bottle, const Reply& reply) {
-    const QString invalid = BottleName::check(bottle);
+    const Reason invalid = BottleName::check(bottle);
     if (!invalid.isEmpty())
         reply(Answer::failure(Fault::InvalidArgs, invalid));
     return !invalid.isEmpty();

@@ -55,7 +55,7 @@ void SetupRequests::setup(const QString& bottle, const QString& manifest, const 
 
 /// Reads the manifest and enters the set-up, unless there is a reason not to.
 Reason SetupRequests::begin(const QString& bottle, const QString& text) {
-    const QString invalid = BottleName::check(bottle);
+    const Reason invalid = BottleName::check(bottle);
     if (!invalid.isEmpty())
         return invalid;
     if (m_engine->isClosing())

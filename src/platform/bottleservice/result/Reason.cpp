@@ -96,6 +96,7 @@ constexpr Reason::Format Formats[] = {
     {"being-packed", "The bottle is being packed. Try again when that is done."},
     {"being-upgraded", "The bottle is being brought up to date with its package. Try again in a moment."},
     {"being-changed", "Another program is changing the bottle. Try again in a moment."},
+    {"bad-bottle-name", "\"%1\" cannot be the name of a bottle. %2"},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -95,6 +95,7 @@ public:
         BeingPacked,
         BeingUpgraded,
         BeingChanged,
+        BadBottleName,
         CodeCount
     };
 

@@ -10,7 +10,7 @@
 using Fault = Answer::Fault;
 
 Answer BottleAccess::check(const QString& bottle) const {
-    const QString invalid = BottleName::check(bottle);
+    const Reason invalid = BottleName::check(bottle);
     if (!invalid.isEmpty())
         return Answer::failure(Fault::InvalidArgs, invalid);
     if (m_store.state(bottle) == BottleStore::State::Missing)
