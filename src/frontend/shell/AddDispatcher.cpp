@@ -116,10 +116,7 @@ void AddDispatcher::start(const ProgramRef& program) {
 void AddDispatcher::addPortable(const QString& path) {
     const PortableProgram* program = PortableProgram::start(path, m_window);
     connect(program, &PortableProgram::startRequested, this, &AddDispatcher::start);
-    connect(program, &PortableProgram::finished, this, [this](const QString& bottle) {
-        if (!bottle.isEmpty())
-            Q_EMIT portableAdded();
-    });
+    connect(program, &PortableProgram::added, this, &AddDispatcher::portableAdded);
 }
 
 void AddDispatcher::askForSeveral(const QVector<AddItem>& programs) {

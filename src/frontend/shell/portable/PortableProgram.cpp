@@ -173,6 +173,7 @@ void PortableProgram::removeOthers(const Records& chosen) {
 }
 
 void PortableProgram::onAllDone(const Records& records) {
+    Q_EMIT added();
     if (m_dialog) {
         m_dialog->done(1);
         Q_EMIT startRequested({m_bottle, ProgramRecord::id(records.first())});

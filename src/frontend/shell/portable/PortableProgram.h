@@ -33,6 +33,8 @@ public:
 Q_SIGNALS:
     /// A program was entered that the user wants to start.
     void startRequested(const ProgramRef& program);
+    /// Its programs are in the library.
+    void added();
 
 private:
     using Records = QVector<QJsonObject>;
