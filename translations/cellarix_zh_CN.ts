@@ -3382,7 +3382,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>The report was sent, but the logs could not be collected or uploaded</source>
-        <translation>报告已发送，但日志未能收集或上传</translation>
+        <translation>反馈已发送，但日志未能收集或上传</translation>
     </message>
     <message>
         <source>A picture could not be uploaded. Retry, or remove it</source>
@@ -5231,7 +5231,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Goes with each request: for the problem types, with the report, and for the address of each upload, which also says “wineAssist”, what it is (“image” or “attach”) and how its file&apos;s name ends.</source>
-        <translation>随每个请求一起发送：获取问题类型、提交报告以及获取每次上传的地址时。获取上传地址的请求还会说明“wineAssist”、文件类别（“image”或“attach”）和文件名后缀。</translation>
+        <translation>随每个请求一起发送：获取问题类型、提交反馈以及获取每次上传的地址时。获取上传地址的请求还会说明“wineAssist”、文件类别（“image”或“attach”）和文件名后缀。</translation>
     </message>
 </context>
 <context>

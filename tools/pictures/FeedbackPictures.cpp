@@ -89,7 +89,7 @@ QImage paint(const std::function<void(const Scene&)>& act, Service kind = Servic
     const TestHome home;
     FakeBottleService service;
     service.start();
-    home.write("logs/wine-program.log",
+    home.write("logs/wine-program-7.txt",
                "0024:err:module:import_dll Library MSVCP140.dll (which is needed by L\"C:\\\\office.exe\") "
                "not found\n"
                "0024:err:module:LdrInitializeThunk Importing dlls for L\"C:\\\\office.exe\" failed\n");
@@ -144,6 +144,7 @@ const QVector<PictureState> States = {
              scene.setUpload("silent/put");
              scene.addImages(3);
              scene.toEnd();
+             scene.dialog->findChild<UploadedImage*>("uploaded_image_0")->setFocus(Qt::TabFocusReason);
          });
      }},
     {"contact",

@@ -200,6 +200,8 @@ private Q_SLOTS:
         QCOMPARE(QJsonDocument(report).toJson(QJsonDocument::Compact),
                  QByteArray(R"({"appName":"Paint","appVersion":"","contactInfo":"ann@b.cd","downUrl":"",)"
                             R"("imgKeys":["key"],"issueDesc":"White window","issueTypes":["7"]})"));
+        for (const auto& head : qAsConst(m_server->heads))
+            QVERIFY(!head.startsWith("PUT ") || head.contains("Accept-Language: *\r\n"));
         QVERIFY(m_server->heads.last().contains(bottle == "office" ? "X-Wine-Ver: wine-8\r\n"
                                                                    : "X-Wine-Ver: \r\n"));
     }
@@ -297,7 +299,11 @@ private Q_SLOTS:
         QCOMPARE(status(), QString("A picture could not be uploaded. Retry, or remove it"));
         QVERIFY(!submit()->isEnabled());
         setUpload("put");
+        find<UploadedImage>("uploaded_image_0")->setFocus();
+        QTest::keyClick(m_dialog, Qt::Key_Tab);
+        QVERIFY(find<QPushButton>("feedback_retryimagebtn")->hasFocus());
         find<QPushButton>("feedback_retryimagebtn")->click();
+        QVERIFY(find<UploadedImage>("uploaded_image_0")->hasFocus());
         QTRY_VERIFY(submit()->isEnabled());
         QCOMPARE(uploads()->keys(), QStringList("key"));
         setUpload("silent/put");

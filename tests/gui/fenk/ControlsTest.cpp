@@ -15,6 +15,7 @@
 #include "fenk/controls/SwitchButton.h"
 #include "fenk/style/Theme.h"
 #include "fenk/style/Tokens.h"
+#include "fenk/window/Dialog.h"
 
 using namespace Fenk;
 
@@ -136,6 +137,11 @@ private Q_SLOTS:
         QVERIFY(window.rect().contains(second->geometry()));
         const QPointer<FloatingMessage> alive(second);
         QTRY_VERIFY(!alive);
+        Dialog dialog("Title", "Message");
+        dialog.addButton("Close");
+        dialog.show();
+        const auto* third = FloatingMessage::show(&dialog, {}, "Third");
+        QVERIFY(third->geometry().bottom() < dialog.button(0)->mapTo(&dialog, QPoint()).y());
     }
 };
 

@@ -92,7 +92,8 @@ void UploadedImage::paintEvent(QPaintEvent*) {
         QColor veil = Paint::color(Theme::Surface);
         veil.setAlphaF(VeilOpacity);
         painter.fillRect(rect(), veil);
-        drawText(&painter, stateText(), m_state == State::Failed ? Theme::Danger : Theme::Text);
+        if (m_hover->isHidden())
+            drawText(&painter, stateText(), m_state == State::Failed ? Theme::Danger : Theme::Text);
     }
     if (m_state == State::Uploading) {
         const QRectF track(0, height() - Tokens::ProgressHeight, width(), Tokens::ProgressHeight);

@@ -21,6 +21,7 @@ public:
 
     void showState(const ImageUploads::Image& image);
     QSize sizeHint() const override { return {Width, Height}; }
+    QPushButton* retryButton() const { return m_retry; }
 
 Q_SIGNALS:
     void removalWanted();

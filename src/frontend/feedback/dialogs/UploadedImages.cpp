@@ -55,7 +55,7 @@ void UploadedImages::remove(const QString& id) {
     if (index < 0)
         return;
     m_images.removeAt(index);
-    const bool hadFocus = widget->hasFocus();
+    const bool hadFocus = widget->hasFocus() || widget->retryButton()->hasFocus();
     widget->setObjectName(QString());
     widget->hide();
     widget->deleteLater();  // this may be its own click
@@ -79,7 +79,10 @@ void UploadedImages::arrange() {
             setTabOrder(before, widget);
         before = widget;
     };
-    for (UploadedImage* image : qAsConst(m_images))
+    for (UploadedImage* image : qAsConst(m_images)) {
         put(image);
+        setTabOrder(image, image->retryButton());
+        before = image->retryButton();
+    }
     put(m_add);
 }

@@ -1,6 +1,5 @@
 #include "feedback/rating/ApplyScoreDialog.h"
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -14,6 +13,7 @@
 #include "feedback/rating/SentRating.h"
 #include "feedback/rating/scoreContainer.h"
 #include "feedback/widgets/SentPreview.h"
+#include "feedback/widgets/StatusLine.h"
 #include "fenk/controls/FloatingMessage.h"
 #include "fenk/controls/Label.h"
 #include "fenk/style/Tokens.h"
@@ -46,7 +46,7 @@ ApplyScoreDialog::ApplyScoreDialog(const Program& program, QWidget* parent)
       m_icon(new Label(Label::Body)),
       m_stars(new scoreContainer),
       m_meaning(new Label(Label::Secondary)),
-      m_status(new Label(Label::Small)) {
+      m_status(new StatusLine) {
     setObjectName("applyscore_dialog");
     setAccessibleName("applyscore_dialog");
     setTitle(program.name);
@@ -56,7 +56,6 @@ ApplyScoreDialog::ApplyScoreDialog(const Program& program, QWidget* parent)
         m_pages->addWidget(makeSentPage());
     addContent(m_pages);
     m_status->setObjectName("applyscore_dialog_status");
-    m_status->setElided(true);
     auto* foot = new QWidget;
     auto* row = new QHBoxLayout(foot);
     row->setContentsMargins(0, 0, 0, 0);
@@ -318,13 +317,7 @@ QString ApplyScoreDialog::statusText() const {
 }
 
 void ApplyScoreDialog::showStatus(const QString& text, bool isError) {
-    const bool isNew = text != m_status->text();
-    m_status->setText(text);
-    m_status->setTextRole(isError ? Theme::Danger : Theme::Secondary);
-    if (text.isEmpty() || !isNew)
-        return;
-    QAccessibleEvent event(m_status, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    m_status->tell(text, isError ? StatusLine::Kind::Error : StatusLine::Kind::Plain);
 }
 
 QString ApplyScoreDialog::textOf(ScoreSubmission::MissingParts missing) {

@@ -10,6 +10,7 @@ class QPushButton;
 class QStackedWidget;
 class ScoreFacts;
 class SentPreview;
+class StatusLine;
 class scoreContainer;
 
 namespace Fenk {
@@ -74,6 +75,6 @@ private:
     QCheckBox* m_agrees = nullptr;
     SentPreview* m_preview = nullptr;
     QPushButton* m_turn = nullptr;
-    Fenk::Label* m_status;
+    StatusLine* m_status;
     int m_submit = 0;  ///< index of the button
 };
