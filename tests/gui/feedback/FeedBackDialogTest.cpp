@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QImageReader>
+#include <QImageWriter>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
@@ -246,7 +247,9 @@ private Q_SLOTS:
         QFETCH(int, orientation);
         QByteArray bytes;
         QBuffer buffer(&bytes);
-        QImage::fromData(png(30, 20)).save(&buffer, "JPEG");
+        QImageWriter writer(&buffer, "JPEG");
+        writer.setProgressiveScanWrite(orientation % 2);
+        writer.write(QImage::fromData(png(30, 20)));
         QByteArray blocks(
             "\xFF\xE1\0\x28"
             "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\0\0\0\0\0\0\0\0secret"
@@ -292,6 +295,12 @@ private Q_SLOTS:
     void uploadsFailAndAreRemoved() {
         open();
         fill();
+        {
+            TestSupport::EnvironmentGuard environment;
+            environment.set("XDG_CONFIG_HOME", m_home.write("file", {}).toUtf8());
+            add({m_home.write("a.png", png())});
+            QTRY_VERIFY(floating(m_dialog).startsWith("There is no room for a copy of “a.png” in "));
+        }
         setUpload("gone");
         add({m_home.write("a.png", png())});
         QTRY_COMPARE(floating(m_dialog), QString("Image upload failed, please try again"));

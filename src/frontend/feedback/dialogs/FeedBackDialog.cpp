@@ -161,6 +161,7 @@ void FeedBackDialog::fetchTypes() {
         m_rows->types()->setTypes(types);
         m_hasFailed = !m_rows->types()->hasTypes();
         updateSubmitButtonStatus();
+        updateSentPage();
     });
 }
 
