@@ -489,6 +489,15 @@ private Q_SLOTS:
         parts->setCurrentRow(2);
         const auto* picture = find<QLabel>("sent_picture");
         QTRY_VERIFY(picture->pixmap(Qt::ReturnByValue).size() == QSize(600, 8));
+        QVERIFY(find<QLabel>("sent_note")->isHidden());
+        const QByteArray frame("\x2C\0\0\0\0\1\0\1\0\0\2\2\x44\1\0", 15);
+        add({m_home.write("b.gif",
+                          QByteArray("GIF89a\1\0\1\0\x80\0\0\0\0\0\xFF\xFF\xFF", 19) + frame + frame + ';')});
+        QTRY_VERIFY(titles().contains("|Picture 2|"));
+        parts->setCurrentRow(3);
+        QTRY_COMPARE(find<QLabel>("sent_note")->text(),
+                     QString("This picture moves. Its first frame is shown here."));
+        uploads()->remove("uploaded_image_1");
         parts->setCurrentRow(4);
         const LogStore& lines = find<LogView>("sent_file")->store();
         QTRY_COMPARE(lines.lineCount(), 10);
