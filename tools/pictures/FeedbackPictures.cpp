@@ -89,7 +89,7 @@ QImage paint(const std::function<void(const Scene&)>& act, Service kind = Servic
     const TestHome home;
     FakeBottleService service;
     service.start();
-    home.write("logs/wine-program-7.txt",
+    home.write("logs/wine-program-00000000-0000-4000-8000-000000000001.txt",
                "0024:err:module:import_dll Library MSVCP140.dll (which is needed by L\"C:\\\\office.exe\") "
                "not found\n"
                "0024:err:module:LdrInitializeThunk Importing dlls for L\"C:\\\\office.exe\" failed\n");

@@ -41,7 +41,8 @@ struct Scene {
     }
 };
 
-QImage paint(int score, const std::function<void(const Scene&)>& act, const QString& path = "") {
+QImage paint(int score, const std::function<void(const Scene&)>& act, const QString& path = "",
+             const QString& name = "Harbour Office") {
     const TestHome home;
     FakeBottleService service;
     service.start();
@@ -63,7 +64,7 @@ QImage paint(int score, const std::function<void(const Scene&)>& act, const QStr
     window.show();
     Program program;
     program.ref = {"office", Uuid};
-    program.setName("Harbour Office");
+    program.setName(name);
     program.icon = icon;
     const QPointer<ApplyScoreDialog> dialog = ApplyScoreDialog::openFor(program, score, &window);
     settle(ShortMs);
@@ -89,6 +90,12 @@ int main(int argc, char** argv) {
     return takePicture(argc, argv,
                        {{"empty", [] { return paint(0, [](const Scene&) {}); }},
                         {"chosen", [] { return paint(4, [](const Scene& scene) { scene.fill(false); }); }},
+                        {"long-name",
+                         [] {
+                             return paint(
+                                 4, [](const Scene&) {}, "",
+                                 QString("Harbour Office for everybody ").repeated(9));
+                         }},
                         {"sent", [=] { return paint(4, showPart(0)); }},
                         {"sent-file", [=] { return paint(4, showPart(3)); }},
                         {"sending", [=] { return paint(1, fillAndSubmit, "silent/"); }},

@@ -139,7 +139,7 @@ private Q_SLOTS:
                                  {"id":"7","enName":"again"},{"id":"8","enName":"<b>Slow</b>"}]})"}};
         setUpload("put");
         setService("");
-        m_home.write("bottle/logs/wine.log", "err:module:import_dll\n");
+        m_home.write("bottle/logs/wine-setup.exe.txt", "err:module:import_dll\n");
         m_home.write("bottle/bottle.yml", "Runner: wine\n");
         m_service->setBottle(
             "office", {{"Path", m_home.path() + "/bottle"}, {"Runner", "wine-8"}, {"Windows", "win10"}});
@@ -447,7 +447,8 @@ private Q_SLOTS:
         tar.start("tar", {"-xvzf", path, "-C", m_home.path()});
         QVERIFY(tar.waitForFinished());
         const QString listed = QString::fromUtf8(tar.readAllStandardOutput());
-        for (const char* file : {"report.json", "pictures/0.png", "logs/bottle.yml", "logs/wine.log"})
+        for (const char* file :
+             {"report.json", "pictures/0.png", "logs/bottle.yml", "logs/wine-setup.exe.txt"})
             QVERIFY2(listed.contains(QString("cellarix-report/") + file), qPrintable(listed));
         const auto json =
             QJsonDocument::fromJson(TestSupport::readFile(m_home.path() + "/cellarix-report/report.json"));
@@ -473,14 +474,14 @@ private Q_SLOTS:
         open();
         fill();
         const QByteArray longLine(40000, 'x');
-        m_home.write("bottle/logs/wine.log", longLine + " end\n");
+        m_home.write("bottle/logs/wine-setup.exe.txt", longLine + " end\n");
         find<QPushButton>("feedback_turnbtn")->click();
         QVERIFY(!find<QLabel>("feedback_sentalready")->text().contains("pictures"));
         add({m_home.write("a.png", png(600, 8))});
         QTRY_VERIFY(submit()->isEnabled());
         QVERIFY(find<QLabel>("feedback_sentalready")->text().contains("pictures"));
         auto* parts = find<QListWidget>("sent_parts");
-        QTRY_COMPARE(titles(), QString("Report|About this computer|Picture 1|bottle.yml|wine.log"));
+        QTRY_COMPARE(titles(), QString("Report|About this computer|Picture 1|bottle.yml|wine-setup.exe.txt"));
         const auto* text = find<QPlainTextEdit>("sent_text");
         QVERIFY(text->toPlainText().contains(R"("issueDesc": "White window")"));
         parts->setCurrentRow(1);
@@ -503,7 +504,7 @@ private Q_SLOTS:
         QTRY_COMPARE(lines.lineCount(), 10);
         QCOMPARE(lines.lastLines(10).join("").toUtf8(), longLine + " end");
         QCOMPARE(TestSupport::outOfReach(m_dialog), QString());
-        m_home.write("bottle/logs/later.log", "came after it was read");
+        m_home.write("bottle/logs/wine-later.exe.txt", "came after it was read");
         find<QCheckBox>("feedback_sendlogs")->click();
         QCOMPARE(titles(), QString("Report|About this computer|Picture 1"));
         TestSupport::press(m_dialog, Qt::Key_Escape);  // back to the form

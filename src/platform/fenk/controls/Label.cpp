@@ -99,6 +99,11 @@ void Label::setReadingWidth(int width) {
 int Label::heightForWidth(int width) const {
     // A layout asks for the width that it has, also where the label may not be as wide.
     const int shown = qMin(width, maximumWidth());
+    if (m_lines > 1 && wordWrap()) {
+        const QMargins margins = contentsMargins();
+        const int lines = qMax(1, wrappedLines(shown - margins.left() - margins.right()).size());
+        return lines * fontMetrics().lineSpacing() + margins.top() + margins.bottom();
+    }
     return QLabel::heightForWidth(m_readingWidth > 0 ? qMin(shown, m_readingWidth) : shown);
 }
 

@@ -66,6 +66,10 @@ QString AbstractDialog::title() const {
     return m_title->text();
 }
 
+void AbstractDialog::setTitleLines(int lines) {
+    m_title->setElidedAfter(lines);
+}
+
 void AbstractDialog::setIcon(const QIcon& icon) {
     m_icon->setPixmap(icon.pixmap(windowHandle(), m_icon->size()));
     setWindowIcon(icon);

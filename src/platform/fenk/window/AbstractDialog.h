@@ -23,6 +23,8 @@ public:
     /// Shown as plain text and used as the window title.
     void setTitle(const QString& title);
     QString title() const;
+    /// A title that needs more lines is elided; its tool tip has all of it. By default none is.
+    void setTitleLines(int lines);
     void setIcon(const QIcon& icon);
     void setCloseButtonVisible(bool visible);
 
