@@ -15,6 +15,9 @@ QString runner(const QJsonObject& record) {
 QString windows(const QJsonObject& record) {
     return record.value("Windows").toString();
 }
+QString application(const QJsonObject& record) {
+    return record.value("Application").toString().simplified();
+}
 QString dxvk(const QJsonObject& record) {
     return record.value("DXVK").toString();
 }

@@ -9,11 +9,12 @@
 /// the default.
 namespace BottleRecord {
 
-QString path(const QJsonObject& record);     ///< absolute directory; empty: no usable directory
-QString runner(const QJsonObject& record);   ///< Wine runner in use
-QString windows(const QJsonObject& record);  ///< Windows version code
-QString dxvk(const QJsonObject& record);     ///< empty: disabled
-QString vkd3d(const QJsonObject& record);    ///< empty: disabled
+QString path(const QJsonObject& record);         ///< absolute directory; empty: no usable directory
+QString runner(const QJsonObject& record);       ///< Wine runner in use
+QString windows(const QJsonObject& record);      ///< Windows version code
+QString application(const QJsonObject& record);  ///< for which a manifest set it up; untrusted, else empty
+QString dxvk(const QJsonObject& record);         ///< empty: disabled
+QString vkd3d(const QJsonObject& record);        ///< empty: disabled
 QJsonObject parameters(const QJsonObject& record);
 QJsonObject programs(const QJsonObject& record);               ///< program id to program record
 bool hasPrograms(const QJsonObject& record);                   ///< whether the key is there at all

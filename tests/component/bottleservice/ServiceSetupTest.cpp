@@ -184,6 +184,7 @@ private Q_SLOTS:
                         {Bottle, QString(R"({"id":"%1","path":"c:\\LATER.exe","name":"x"})").arg(id)});
         QCOMPARE(record()["External_Programs"][id]["envs"].toObject(), QJsonObject({{"B", "2"}}));
         QCOMPARE(record()["External_Programs"][id]["name"].toString(), QString("x"));
+        QCOMPARE(record()["Application"].toString(), QString("n"));
 
         // It has a program now.
         QVERIFY(!setUp(Whole));

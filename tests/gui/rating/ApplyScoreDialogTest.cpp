@@ -53,7 +53,7 @@ class ApplyScoreDialogTest : public QObject {
         settingsStore()->setOption("feedback.cfg.base_url", base);
         Program program;
         program.ref = {"office", "u"};
-        program.name = QString::fromUtf8("../<b>海</b>") + QString(60, 'x');
+        program.name = QString::fromUtf8("../<b>海</b>") + QString(230, 'x');
         m_dialog = ApplyScoreDialog::openFor(program, score, &m_window);
         m_dialog->findChild<ScoreSubmission*>()->setSuggestionDirectory(suggestions());
         connect(m_dialog, &ApplyScoreDialog::submit, this, [this](int stars) { m_submitted += stars; });
@@ -92,6 +92,8 @@ private Q_SLOTS:
         QTRY_COMPARE(QApplication::focusWidget(), part("star_1"));
         QCOMPARE(TestSupport::outOfReach(m_dialog), QString());
         QVERIFY(!part("submit_btn")->isEnabled());
+        const auto* title = m_dialog->findChild<QLabel*>("dialog_title");
+        QVERIFY(title->height() < 4 * title->fontMetrics().height());
         TestSupport::press(m_dialog, Qt::Key_4);
         QVERIFY(part("submit_btn")->isEnabled() && part("star_4")->hasFocus());
         QTest::keyClick(part("star_4"), Qt::Key_Right);
@@ -155,6 +157,21 @@ private Q_SLOTS:
         const QByteArray sent = tar.readAllStandardOutput();
         QVERIFY2(sent.contains("Path: @home_dir@") && !sent.contains("another"), sent.constData());
         QCOMPARE(sent.contains("better"), !suggestion.isEmpty() && !broken.startsWith('/'));
+    }
+
+    void namesOfTheStore_data() {
+        const Table<QString, QString> row("other", "appName");
+        row("the only entry", "Help", "Paint Studio");
+        row("not this entry", "Paint Studio", QString::fromUtf8("../<b>海</b>x"));
+    }
+    void namesOfTheStore() {
+        QFETCH(QString, other);
+        const QJsonObject programs{{"v", QJsonObject{{"name", other}}}};
+        m_service->setBottle("office", {{"Application", "Paint Studio"}, {"External_Programs", programs}});
+        open("", 3);
+        TestSupport::press(m_dialog, Qt::Key_Return);
+        QTRY_VERIFY(!m_dialog);
+        QTEST(sentScore()["appName"].toString().left(12), "appName");
     }
 
     void fails() {

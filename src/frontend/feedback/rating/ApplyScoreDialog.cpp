@@ -29,7 +29,7 @@ namespace {
 
 constexpr int LongestSuggestion = 500;
 constexpr int LongestDesc = 200;
-constexpr int MeaningLines = 2;
+constexpr int TitleLines = 2, MeaningLines = 2;
 constexpr int SuggestionHeight = 96;
 constexpr int ShortMessageMs = 4000, LongMessageMs = 8000;
 enum Page { FormPage, SentPageIndex };
@@ -40,8 +40,8 @@ ApplyScoreDialog::ApplyScoreDialog(const Program& program, QWidget* parent)
     : Dialog(parent),
       m_program(program),
       m_hasService(ReportAccess::current().canSign()),
-      m_facts(new ScoreFacts(program.ref, this)),
-      m_submission(new ScoreSubmission(program.ref, program.name, m_facts, this)),
+      m_facts(new ScoreFacts(program.ref, program.name, this)),
+      m_submission(new ScoreSubmission(program.ref, m_facts, this)),
       m_pages(new QStackedWidget),
       m_icon(new Label(Label::Body)),
       m_stars(new scoreContainer),
@@ -50,6 +50,7 @@ ApplyScoreDialog::ApplyScoreDialog(const Program& program, QWidget* parent)
     setObjectName("applyscore_dialog");
     setAccessibleName("applyscore_dialog");
     setTitle(program.name);
+    setTitleLines(TitleLines);
     setFixedWidth(Tokens::DialogMaxWidth);
     m_pages->addWidget(makeForm());
     if (m_hasService)

@@ -7,18 +7,16 @@
 #include "feedback/client/SuggestionFile.h"
 #include "feedback/rating/ScoreFacts.h"
 
-ScoreSubmission::ScoreSubmission(const ProgramRef& program, const QString& appName, const ScoreFacts* facts,
-                                 QObject* parent)
+ScoreSubmission::ScoreSubmission(const ProgramRef& program, const ScoreFacts* facts, QObject* parent)
     : QObject(parent),
       m_program(program),
-      m_appName(appName),
       m_facts(facts),
       m_suggestionDirectory(SuggestionFile::CommonDirectory) {}
 
 ScoreSubmission::~ScoreSubmission() = default;
 
 AppScoreRequest ScoreSubmission::request(int score) const {
-    return {score, m_appName, m_facts->appVersion(), {}};
+    return {score, m_facts->appName(), m_facts->appVersion(), {}};
 }
 
 void ScoreSubmission::submit(const Rating& rating) {
@@ -55,7 +53,7 @@ void ScoreSubmission::writeSuggestion() {
         upload(nullptr);
         return;
     }
-    const QString name = SuggestionFile::nameFor(m_appName, QDateTime::currentDateTime());
+    const QString name = SuggestionFile::nameFor(m_facts->appName(), QDateTime::currentDateTime());
     inBackground(
         m_work.get(),
         [directory = m_suggestionDirectory, name, text = m_rating.suggestion] {

@@ -29,8 +29,7 @@ public:
     };
 
     /// The facts must outlive this object.
-    ScoreSubmission(const ProgramRef& program, const QString& appName, const ScoreFacts* facts,
-                    QObject* parent = nullptr);
+    ScoreSubmission(const ProgramRef& program, const ScoreFacts* facts, QObject* parent = nullptr);
     ~ScoreSubmission() override;
 
     /// Where the suggestion waits for its upload, instead of SuggestionFile::CommonDirectory.
@@ -56,7 +55,6 @@ private:
     void send(const QString& configurationKey);
 
     const ProgramRef m_program;
-    const QString m_appName;
     const ScoreFacts* m_facts;
     QString m_suggestionDirectory;
     Rating m_rating;

@@ -23,6 +23,7 @@ struct KnownKey {
 // "Path" is listed so that a hand-written one has the type that readers expect.
 const KnownKey BottleKeys[] = {
     {"Name", Kind::Text},
+    {"Application", Kind::Text},
     {"Path", Kind::Text},
     {"Runner", Kind::Text},
     {"Windows", Kind::Text},

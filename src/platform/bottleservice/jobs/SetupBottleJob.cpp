@@ -335,6 +335,7 @@ void SetupBottleJob::place() {
         fail(Reason::Cancelled);
         return;
     }
+    m_settings->set("Application", m_manifest.name);  // which the names of its programs need not tell
     SetupSettings::enterPrograms(m_manifest, m_staged->path(), &*m_settings);
     Reason reason = filesFault(m_drives.putBack());
     if (reason.isEmpty())
