@@ -144,7 +144,9 @@ private Q_SLOTS:
         QVERIFY(limiter.take("a", Now + 1998) && !limiter.take("a", Now - Hour));  // a clock that was set
         for (const char* key : {"b", "c", "d"})
             QVERIFY(limiter.take(key, Now));
-        QVERIFY(limiter.take("a", Now));  // forgotten for the others
+        QVERIFY(limiter.take("a", Now, 2));  // forgotten for the others
+        limiter.give("a", 1);
+        QVERIFY(limiter.take("a", Now) && !limiter.take("a", Now));
     }
 
     void clientIsBehindTheProxy_data() {
@@ -228,6 +230,27 @@ private Q_SLOTS:
         directory->tidy(Now);
         QVERIFY(directory->room().reserve(11 * block, "a", Now));
         QVERIFY_EXCEPTION_THROWN(ReportDirectory(place.path(), 1, Now), ReportError);
+    }
+
+    void roomIsSharedAndCounted() {
+        const qint64 block = ReportRoom::BlockBytes;
+        ReportRoom room(8 * ReportRoom::OwnersBytes, {});
+        const auto part = room.reserve(ReportRoom::OwnersBytes, "a", Now);
+        QVERIFY(part && !room.reserve(1, "a", Now) && room.reserve(1, "b", Now));
+        ReportRoom counted(100 * block, {});
+        counted.beginCount();
+        {
+            // Kept while the directory is counted, which may not have seen it.
+            const auto ended = counted.reserve(10 * block, "a", Now);
+            QVERIFY(ended->use(10 * block));
+            QCOMPARE(counted.percent(), 10);
+            ended->keep(9 * block);
+        }
+        const auto written = counted.reserve(10 * block, "a", Now);
+        QVERIFY(written->use(3 * block));
+        counted.endCount(20 * block);
+        QCOMPARE(counted.percent(), 32);
+        QVERIFY(counted.reserve(61 * block, "b", Now) && !counted.reserve(62 * block, "b", Now));
     }
 
     void terminalIsSafe_data() {
