@@ -100,7 +100,7 @@ Options parseOptions(const QStringList& arguments, const QString& starterData) {
     else if (!areMiB || options.reportsMiB < 1 || options.reportsMiB > MaximumReportsMiB)
         options.error = QString("--reports-room must be a number from 1 to %1.").arg(MaximumReportsMiB);
     else if (options.reports.isEmpty() && parser.isSet(list))
-        options.error = "Which reports? Say --list-reports DIRECTORY.";
+        options.error = "--list-reports needs a directory: --list-reports DIRECTORY.";
     else if (options.reports.isEmpty() && (parser.isSet(reports) || parser.isSet(room)))
         options.error = "--reports-room needs a directory in --reports, and that must have a name.";
     else if (parser.isSet(session) && parser.isSet(reports))

@@ -241,6 +241,7 @@ private Q_SLOTS:
         QVERIFY(address.set("https://a.example/b/c"));
         QCOMPARE(address.pathBelow("/b/c/icons/x"), std::string("/icons/x"));
         QCOMPARE(address.pathBelow("/icons/x"), std::string("/icons/x"));
+        QCOMPARE(address.pathBelow("//b/c//icons/x"), std::string("/icons/x"));
         QCOMPARE(address.pathBelow("/b/cd"), std::string("/b/cd"));
         for (const char* bad : {"", "a.example", "ftp://a.example", "https://", "https://a.example/",
                                 "https://a/%41", "https://a/\"", "https://a?b"})
@@ -260,7 +261,9 @@ private Q_SLOTS:
         row("idle for ever", {"--idle-seconds", "2147484"}, "--idle-seconds must be");
         row("session elsewhere", {"--session", "--listen", "0.0.0.0:1"}, "--listen and --public-url cannot");
         row("session as another", {"--session", "--public-url", "http://a"}, "--listen and --public-url");
-        row("list of none", {"--list-reports"}, "--list-reports and --reports-room need");
+        row("list of none", {"--list-reports"}, "--list-reports needs a directory");
+        row("list", {"--list-reports", "/r"}, "/starter");
+        row("room of none", {"--reports-room", "5"}, "--reports-room needs a directory");
         row("no room", {"--reports", "/r", "--reports-room", "0"}, "--reports-room must be");
         row("session with reports", {"--session", "--reports", "/r"}, "--reports cannot be used");
         row("unknown", {"--dta", "x"}, "Unknown option 'dta'.");
