@@ -70,6 +70,10 @@
         <translation>将依次启动以下程序：
 %1</translation>
     </message>
+    <message>
+        <source>Its container %1 is not known any more.</source>
+        <translation>它所在的容器 %1 已不存在。</translation>
+    </message>
 </context>
 <context>
     <name>AddItem</name>

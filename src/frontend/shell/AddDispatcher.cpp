@@ -80,7 +80,8 @@ void AddDispatcher::openInBottle(const AddItem& item) {
 void AddDispatcher::startInBottle(const AddItem& item, const BusResult& bottle) {
     if (!bottle.ok || BottleRecord::path(bottle.object()).isEmpty()) {
         refuse(tr("%1 cannot be started").arg(item.shown),
-               tr("Its container %1 could not be read: %2").arg(item.bottle, bottle.errorText()));
+               bottle.ok ? tr("Its container %1 is not known any more.").arg(item.bottle)
+                         : tr("Its container %1 could not be read: %2").arg(item.bottle, bottle.errorText()));
         return;
     }
     const QJsonObject programs = BottleRecord::programs(bottle.object());
