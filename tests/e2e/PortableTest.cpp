@@ -45,6 +45,8 @@ private Q_SLOTS:
         clipboard.start(QCoreApplication::applicationFilePath(), {"--clipboard", archive.fileName()});
         QCOMPARE(clipboard.readLineWithin(), QString("ready"));
         QVERIFY(runProcess("xdotool", {"key", "ctrl+v"}).ok());
+        QTRY_VERIFY2_WITH_TIMEOUT(tree.names().contains("The file is valid"), qPrintable(app.log()), LongMs);
+        QVERIFY(tree.press("add_apps_run"));
         QTRY_VERIFY2_WITH_TIMEOUT(tree.names().contains("Add and Run"), qPrintable(app.log()), LongMs);
         QVERIFY(tree.press("Add and Run"));
         const WindowInfo window = windows.waitForTitle("Cellarix sample window", LongMs);
