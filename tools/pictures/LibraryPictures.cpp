@@ -4,13 +4,11 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMenu>
-#include <QPainter>
 #include <QTemporaryDir>
 #include <functional>
 

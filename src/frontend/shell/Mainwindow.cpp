@@ -6,7 +6,6 @@
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDragEnterEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>

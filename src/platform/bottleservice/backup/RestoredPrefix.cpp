@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "bottleservice/backup/BackupPath.h"
 #include "bottleservice/bottles/RegistryMerge.h"
 #include "bottleservice/files/FileTree.h"
 #include "bottleservice/wine/PrefixBuilder.h"

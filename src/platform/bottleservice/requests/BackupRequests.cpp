@@ -1,6 +1,5 @@
 #include "bottleservice/requests/BackupRequests.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -8,7 +7,6 @@
 
 #include "bottleservice/backup/BackupReader.h"
 #include "bottleservice/backup/UnfinishedBackups.h"
-#include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/JsonText.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/jobs/ExportBottleJob.h"

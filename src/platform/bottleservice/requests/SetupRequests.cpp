@@ -11,7 +11,6 @@
 #include "bottleservice/requests/ComponentRequests.h"
 #include "manifest/ManifestReader.h"
 #include "manifest/ManifestValues.h"
-#include "manifest/SettingRules.h"
 
 using Fault = Answer::Fault;
 
