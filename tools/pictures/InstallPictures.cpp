@@ -134,9 +134,10 @@ void tell(FakeBottleService* service, const QString& signal, const QString& sign
 }
 
 QList<QWidget*> components(FakeBottleService* service, YamlProgramInstallerBanner* banner) {
-    tell(service, "setupTitleChanged", "ss", {"program-7", "Installing components"});
+    tell(service, "setupTitleChanged", "ss", {"program-7", "Installing vcredist2019"});
     tell(service, "setupProgressChanged", "sii", {"program-7", 3, 7});
-    tell(service, "setupDescriptionChanged", "ssi", {"program-7", "vcredist2019: 11 of 24 MB", 1});
+    tell(service, "setupDescriptionChanged", "ssi",
+         {"program-7", "Downloading vc_redist.x64.exe: 11.2 MiB of 24.1 MiB", 1});
     settle(2000);
     return {banner};
 }
