@@ -28,14 +28,13 @@ const char HelperDescription[] =
 }  // namespace
 
 ExecutableKind executableKind(const QString& fileName, const QString& folderName) {
-    if (matches(Helper, fileName))
-        return ExecutableKind::Helper;
+    const bool isHelper = matches(Helper, fileName);
     const QString folder = programNameEssence(folderName);
-    if (!folder.isEmpty() && folder == programNameEssence(fileName.section('.', 0, -2)))
+    if (!isHelper && !folder.isEmpty() && folder == programNameEssence(fileName.section('.', 0, -2)))
         return ExecutableKind::Program;
     if (matches(Updater, fileName))
         return ExecutableKind::Updater;
-    return matches(HelperWord, fileName) ? ExecutableKind::Helper : ExecutableKind::Program;
+    return isHelper || matches(HelperWord, fileName) ? ExecutableKind::Helper : ExecutableKind::Program;
 }
 
 bool describesHelper(const QStringList& names) {
