@@ -8,10 +8,6 @@
         <translation>返回应用列表</translation>
     </message>
     <message>
-        <source>Waiting for the disk or the server that has the file</source>
-        <translation type="vanished">正在等待文件所在的磁盘或服务器响应</translation>
-    </message>
-    <message>
         <source>The installation that you began before has not ended yet.</source>
         <translation>先前开始的安装尚未结束。</translation>
     </message>
@@ -25,12 +21,6 @@
     <message>
         <source>Run Several Programs</source>
         <translation>运行多个程序</translation>
-    </message>
-    <message>
-        <source>Each gets a container of its own:
-%1</source>
-        <translation type="vanished">每个程序都会使用独立的容器：
-%1</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -128,51 +118,12 @@
 <context>
     <name>AddRequest</name>
     <message>
-        <source>%1 is not there. It may have been moved, renamed or deleted.</source>
-        <translation type="vanished">找不到 %1，它可能已被移动、重命名或删除。</translation>
-    </message>
-    <message>
-        <source>%1 is a shortcut to %2, which is not on this computer.</source>
-        <translation type="vanished">%1 是指向 %2 的快捷方式，但此计算机上没有该文件。</translation>
-    </message>
-    <message>
-        <source>%1 is a shortcut, but it does not lead to a program.</source>
-        <translation type="vanished">%1 是快捷方式，但没有指向程序。</translation>
-    </message>
-    <message>
         <source>Add one at a time, or only programs: %1</source>
         <translation>请一次添加一项，或只添加程序：%1</translation>
     </message>
     <message>
         <source>These are too many programs at once; %1 is the most: %2</source>
         <translation>一次添加的程序过多，最多 %1 个：%2</translation>
-    </message>
-</context>
-<context>
-    <name>AddedFile</name>
-    <message>
-        <source>It is no manifest of an application: it needs at least a Name and a DebInfo.</source>
-        <translation type="vanished">这不是应用的清单文件：清单至少要有 Name 和 DebInfo。</translation>
-    </message>
-    <message>
-        <source>Its content is not what its name says.</source>
-        <translation type="vanished">文件内容与文件名不符。</translation>
-    </message>
-    <message>
-        <source>These are several files. Please add one after the other.</source>
-        <translation type="vanished">这里有多个文件，请逐个添加。</translation>
-    </message>
-    <message>
-        <source>Only files of this computer and addresses that begin with http:// or https:// can be added.</source>
-        <translation type="vanished">只能添加本机上的文件，或以 http:// 或 https:// 开头的地址。</translation>
-    </message>
-    <message>
-        <source>It holds more than one program: choose the program&apos;s own folder.</source>
-        <translation type="vanished">该目录包含的不只是一个程序，请选择程序自己的目录。</translation>
-    </message>
-    <message>
-        <source>There is no Windows program (.exe) in it.</source>
-        <translation type="vanished">其中没有 Windows 程序（.exe）。</translation>
     </message>
 </context>
 <context>
@@ -381,16 +332,8 @@
         <translation>已有其他程序的软件包使用此名称</translation>
     </message>
     <message>
-        <source>Use a name with a dot, such as com.example.program</source>
-        <translation type="vanished">名称中须包含点号，例如 com.example.program</translation>
-    </message>
-    <message>
         <source>The package settings cannot be saved in %1. Nothing was packed.</source>
         <translation>无法在 %1 中保存打包设置，未进行打包。</translation>
-    </message>
-    <message>
-        <source>Set DEBFULLNAME and DEBEMAIL in the environment to give your own name and address.</source>
-        <translation type="vanished">要使用您自己的姓名和邮箱，请设置环境变量 DEBFULLNAME 和 DEBEMAIL。</translation>
     </message>
     <message>
         <source>Debian 11 and older systems cannot install a package that is compressed with zstd.</source>
@@ -875,10 +818,6 @@ please wait for the component download to complete!</source>
         <translation>Windows 与 Wine</translation>
     </message>
     <message>
-        <source>No setting has been found</source>
-        <translation type="vanished">没有找到设置项</translation>
-    </message>
-    <message>
         <source>WineD3D Rendering Method</source>
         <translation>WineD3D 渲染方式</translation>
     </message>
@@ -895,16 +834,8 @@ please wait for the component download to complete!</source>
         <translation>使用独立显卡</translation>
     </message>
     <message>
-        <source>On a computer with two graphics cards, programs run on the faster one. It takes more power.</source>
-        <translation type="vanished">在有两块显卡的电脑上，程序使用较快的一块，耗电更多。</translation>
-    </message>
-    <message>
         <source>CPU rendering</source>
         <translation>CPU 渲染</translation>
-    </message>
-    <message>
-        <source>Draws without the graphics card. Slow, but right where a driver draws wrongly.</source>
-        <translation type="vanished">不使用显卡绘制。速度慢，但在驱动绘制出错时结果正确。</translation>
     </message>
     <message>
         <source>Display DPI</source>
@@ -923,16 +854,8 @@ please wait for the component download to complete!</source>
         <translation>dxvk</translation>
     </message>
     <message>
-        <source>Draws Direct3D 9 to 11 through Vulkan, which makes games faster. Needs a graphics driver with Vulkan.</source>
-        <translation type="vanished">通过 Vulkan 绘制 Direct3D 9 至 11，让游戏更快。需要支持 Vulkan 的显卡驱动。</translation>
-    </message>
-    <message>
         <source>vkd3d</source>
         <translation>vkd3d</translation>
-    </message>
-    <message>
-        <source>Draws Direct3D 12 through Vulkan. Needs a graphics driver with Vulkan.</source>
-        <translation type="vanished">通过 Vulkan 绘制 Direct3D 12。需要支持 Vulkan 的显卡驱动。</translation>
     </message>
     <message>
         <source>Windows version</source>
@@ -945,10 +868,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Wine version</source>
         <translation>Wine 版本</translation>
-    </message>
-    <message>
-        <source>The Wine that runs the programs of this container. A program that fails with one version may run with another.</source>
-        <translation type="vanished">运行此容器中程序的 Wine。在某个版本下无法运行的程序，换一个版本可能可以运行。</translation>
     </message>
     <message>
         <source>Memory optimization</source>
@@ -1028,33 +947,6 @@ please wait for the component download to complete!</source>
     </message>
 </context>
 <context>
-    <name>BasicPageText</name>
-    <message>
-        <source>Only for the rendering method vulkan</source>
-        <translation type="vanished">仅用于渲染方式 vulkan</translation>
-    </message>
-    <message>
-        <source>Only for the rendering method opengl</source>
-        <translation type="vanished">仅用于渲染方式 opengl</translation>
-    </message>
-    <message>
-        <source>Always on with this Wine version</source>
-        <translation type="vanished">在此 Wine 版本下始终开启</translation>
-    </message>
-    <message>
-        <source>Not for Proton</source>
-        <translation type="vanished">不适用于 Proton</translation>
-    </message>
-    <message>
-        <source>Needs the Wine version lumora-ge-proton10</source>
-        <translation type="vanished">需要 Wine 版本 lumora-ge-proton10</translation>
-    </message>
-    <message>
-        <source>The kernel of this computer does not have the module ntsync</source>
-        <translation type="vanished">此电脑的内核没有 ntsync 模块</translation>
-    </message>
-</context>
-<context>
     <name>BottleBackupActions</name>
     <message>
         <source>Backups (*.%1)</source>
@@ -1071,10 +963,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Restore Backup</source>
         <translation>恢复备份</translation>
-    </message>
-    <message>
-        <source>The programs come back in a container of their own. Nothing that is in the library is replaced.</source>
-        <translation type="vanished">程序将恢复到独立的容器中，应用列表中已有的内容不会被替换。</translation>
     </message>
     <message>
         <source>Backed up on %1. It takes %2 on the disk.</source>
@@ -1331,22 +1219,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Container Configuration</source>
         <translation>容器配置</translation>
-    </message>
-    <message>
-        <source>The settings of this container cannot be read at the moment.</source>
-        <translation type="vanished">暂时无法读取此容器的设置。</translation>
-    </message>
-    <message>
-        <source>Retry</source>
-        <translation type="vanished">重试</translation>
-    </message>
-    <message>
-        <source>Initializing the wine Container, please wait…</source>
-        <translation type="vanished">正在初始化 Wine 容器，请稍候…</translation>
-    </message>
-    <message>
-        <source>Loading Bottles</source>
-        <translation type="vanished">正在加载容器</translation>
     </message>
     <message>
         <source>Basic Configuration</source>
@@ -2705,10 +2577,6 @@ please wait for the component download to complete!</source>
         <translation>有文件的名称中含有换行符：%1。请重命名后重试。</translation>
     </message>
     <message>
-        <source>The file %1 is larger than 8 GiB, which a package cannot hold.</source>
-        <translation type="vanished">文件 %1 大于 8 GiB，软件包无法容纳。</translation>
-    </message>
-    <message>
         <source>The program takes %1 GB. A package can hold at most 10 GB.</source>
         <translation>程序占用 %1 GB，软件包最多容纳 10 GB。</translation>
     </message>
@@ -2723,10 +2591,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Next will be saved to: </source>
         <translation>下次将保存到：</translation>
-    </message>
-    <message>
-        <source>The package name %1 has no dot. Choose one such as com.example.program.</source>
-        <translation type="vanished">包名 %1 中没有点。请选用 com.example.program 这样的名称。</translation>
     </message>
     <message>
         <source>Another program&apos;s package is named %1. Choose another name.</source>
@@ -2826,10 +2690,6 @@ please wait for the component download to complete!</source>
 </context>
 <context>
     <name>DropFrame</name>
-    <message>
-        <source>Drop to run</source>
-        <translation type="vanished">松开即可运行</translation>
-    </message>
     <message>
         <source>Drop to add</source>
         <translation>松开即可添加</translation>
@@ -3175,10 +3035,6 @@ please wait for the component download to complete!</source>
         <translation>请填写所有项目</translation>
     </message>
     <message>
-        <source>The download URL must begin with http:// or https://</source>
-        <translation type="vanished">下载地址必须以 http:// 或 https:// 开头</translation>
-    </message>
-    <message>
         <source>The package size must be a number</source>
         <translation>安装包大小必须是数字</translation>
     </message>
@@ -3254,9 +3110,6 @@ please wait for the component download to complete!</source>
         <source>The download URL must be a whole address that begins with http:// or https://</source>
         <translation>下载地址必须是以 http:// 或 https:// 开头的完整地址</translation>
     </message>
-</context>
-<context>
-    <name>FeedBackApi</name>
 </context>
 <context>
     <name>FeedBackDialog</name>
@@ -3414,10 +3267,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Problem Type:</source>
         <translation>问题类型：</translation>
-    </message>
-    <message>
-        <source>A picture is uploaded as soon as you have chosen it.</source>
-        <translation type="vanished">图片选择后会立即上传。</translation>
     </message>
     <message>
         <source>Problem Description:</source>
@@ -3600,10 +3449,6 @@ please wait for the component download to complete!</source>
 </context>
 <context>
     <name>FontReplacementListView</name>
-    <message>
-        <source>%1 is not among the fonts of this machine.</source>
-        <translation type="vanished">本机没有字体 %1。</translation>
-    </message>
     <message>
         <source>Windows font</source>
         <translation>Windows 字体</translation>
@@ -4374,10 +4219,6 @@ please wait for the component download to complete!</source>
         <translation>这是一个文件夹。</translation>
     </message>
     <message>
-        <source>Open the program inside.</source>
-        <translation type="vanished">请打开其中的程序。</translation>
-    </message>
-    <message>
         <source>It is a device or a pipe, not a file.</source>
         <translation>这是设备或管道，不是普通文件。</translation>
     </message>
@@ -4428,10 +4269,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>It is a shortcut of Windows, not a program.</source>
         <translation>这是 Windows 快捷方式，不是程序。</translation>
-    </message>
-    <message>
-        <source>Open the program that it leads to.</source>
-        <translation type="vanished">请打开它所指向的程序。</translation>
     </message>
     <message>
         <source>Open the program inside, or drop the folder on the window of Cellarix.</source>
@@ -4589,17 +4426,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>With the folder %1</source>
         <translation>包含文件夹 %1</translation>
-    </message>
-</context>
-<context>
-    <name>ParameterRow</name>
-    <message>
-        <source>Reset</source>
-        <translation type="vanished">重置</translation>
-    </message>
-    <message>
-        <source>Reset %1</source>
-        <translation type="vanished">重置%1</translation>
     </message>
 </context>
 <context>
@@ -5186,20 +5012,8 @@ please wait for the component download to complete!</source>
         <translation>保存日志</translation>
     </message>
     <message>
-        <source>When you press “Submit”, this goes to %1, together with the time and a signature. Your home directory and your user name are taken out of the logs.</source>
-        <translation type="vanished">点击“提交”后，以下内容将连同时间和签名发送到 %1。日志中的主目录和用户名已被去除。</translation>
-    </message>
-    <message>
-        <source>This goes into the file that you save; nothing is sent. Your home directory and your user name are taken out of the logs.</source>
-        <translation type="vanished">以下内容将写入您保存的文件，不会发送任何内容。日志中的主目录和用户名已被去除。</translation>
-    </message>
-    <message>
         <source>Picture %1</source>
         <translation>图片 %1</translation>
-    </message>
-    <message>
-        <source>This picture is too large to be shown: %1</source>
-        <translation type="vanished">图片尺寸过大，无法显示：%1</translation>
     </message>
     <message>
         <source>Report</source>
@@ -5208,10 +5022,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>About this computer</source>
         <translation>关于此计算机</translation>
-    </message>
-    <message>
-        <source>Goes with each request, also with the one for the problem types:</source>
-        <translation type="vanished">每次请求都会附带以下内容，包括获取问题类型的请求：</translation>
     </message>
     <message>
         <source>This goes into the file that you save; nothing is sent. Names of you and of your computer, and passwords in addresses, are taken out of the logs.</source>
@@ -5424,10 +5234,6 @@ please wait for the component download to complete!</source>
         <translation>Wine 未能完成环境准备：%1。</translation>
     </message>
     <message>
-        <source>%1 is no file of exported components, or it is damaged: %2.</source>
-        <translation type="vanished">%1 不是导出的组件文件，或已损坏：%2。</translation>
-    </message>
-    <message>
         <source>The installation needs %1, which is not on this machine.</source>
         <translation>安装需要 %1，但本机没有该文件。</translation>
     </message>
@@ -5615,23 +5421,16 @@ please wait for the component download to complete!</source>
         <source>Another program is changing the bottle. Try again in a moment.</source>
         <translation>另一个程序正在修改该容器，请稍后重试。</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; cannot be the name of a bottle. %2</source>
+        <translation>“%1”不能用作容器名称。</translation>
+    </message>
 </context>
 <context>
     <name>SessionBus</name>
     <message>
         <source>There is no session bus, over which Cellarix reaches its background service. Log out and in again, or start it with &quot;dbus-run-session cellarix&quot;.</source>
         <translation>没有会话总线，Cellarix 无法连接后台服务。请注销后重新登录，或使用“dbus-run-session cellarix”启动。</translation>
-    </message>
-</context>
-<context>
-    <name>SettingControlRow</name>
-    <message>
-        <source>Reset</source>
-        <translation type="vanished">恢复默认</translation>
-    </message>
-    <message>
-        <source>Reset %1</source>
-        <translation type="vanished">将“%1”恢复默认</translation>
     </message>
 </context>
 <context>
@@ -5752,14 +5551,6 @@ please wait for the component download to complete!</source>
         <translation>无法下载安装程序，请检查网络。</translation>
     </message>
     <message>
-        <source>The address leads to a page and not to a setup program. Download it there and choose the file below.</source>
-        <translation type="vanished">该地址是网页而不是安装程序。请在网页中下载，然后在下方选择文件。</translation>
-    </message>
-    <message>
-        <source>The server does not give the setup program to this program. Download it in a browser and choose the file below.</source>
-        <translation type="vanished">服务器不向本程序提供该安装程序。请用浏览器下载，然后在下方选择该文件。</translation>
-    </message>
-    <message>
         <source>The server has a problem, please try again later.</source>
         <translation>服务器出现问题，请稍后重试。</translation>
     </message>
@@ -5865,6 +5656,30 @@ please wait for the component download to complete!</source>
         <source>Installing %1</source>
         <translation>正在安装 %1</translation>
     </message>
+    <message>
+        <source>Installing %1 with winetricks</source>
+        <translation>正在使用 winetricks 安装 %1</translation>
+    </message>
+    <message>
+        <source>Downloading %1: %2 of %3</source>
+        <translation>正在下载 %1：%2 / %3</translation>
+    </message>
+    <message>
+        <source>Downloading %1: %2</source>
+        <translation>正在下载 %1：%2</translation>
+    </message>
+    <message>
+        <source>Downloading %1</source>
+        <translation>正在下载 %1</translation>
+    </message>
+    <message>
+        <source>Unpacking %1</source>
+        <translation>正在解压 %1</translation>
+    </message>
+    <message>
+        <source>Running %1</source>
+        <translation>正在运行 %1</translation>
+    </message>
 </context>
 <context>
     <name>ShowPackageCheckerWidget</name>
@@ -5906,10 +5721,6 @@ please wait for the component download to complete!</source>
     <message>
         <source>Packaging is complete</source>
         <translation>打包完成</translation>
-    </message>
-    <message>
-        <source>Next will be saved to: </source>
-        <translation type="vanished">下次将保存到：</translation>
     </message>
 </context>
 <context>
@@ -5998,41 +5809,6 @@ please wait for the component download to complete!</source>
         <source>%1 %2</source>
         <comment>button, name</comment>
         <translation>%1 %2</translation>
-    </message>
-</context>
-<context>
-    <name>SwitcherText</name>
-    <message>
-        <source>Vulkan driver not installed</source>
-        <translation type="vanished">未安装 Vulkan 驱动</translation>
-    </message>
-    <message>
-        <source>Your devices not support dxvk</source>
-        <translation type="vanished">您的设备不支持 dxvk</translation>
-    </message>
-    <message>
-        <source>Your devices not support vkd3d</source>
-        <translation type="vanished">您的设备不支持 vkd3d</translation>
-    </message>
-    <message>
-        <source>Disabled</source>
-        <translation type="vanished">已禁用</translation>
-    </message>
-    <message>
-        <source>Waiting for download %1</source>
-        <translation type="vanished">等待下载 %1</translation>
-    </message>
-    <message>
-        <source>downloading...</source>
-        <translation type="vanished">正在下载...</translation>
-    </message>
-    <message>
-        <source>Setuping %1</source>
-        <translation type="vanished">正在设置 %1</translation>
-    </message>
-    <message>
-        <source>Setup failed: %1</source>
-        <translation type="vanished">设置失败：%1</translation>
     </message>
 </context>
 <context>
