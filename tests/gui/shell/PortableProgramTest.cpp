@@ -13,6 +13,10 @@
 
 using namespace TestSupport;
 
+namespace {
+constexpr int ToolMs = 60000;  // the programs are looked at by tools of their own
+}
+
 /// What is dropped and pasted in the library, and how a portable program gets into it.
 class PortableProgramTest : public LibraryFixture {
     Q_OBJECT
@@ -68,7 +72,7 @@ class PortableProgramTest : public LibraryFixture {
         drop({QUrl::fromLocalFile(source())});
         run();
         QCOMPARE(m_service->waitForCall("importPortable").arguments, QJsonArray{source()});
-        QTRY_VERIFY(choice() && choice()->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(choice() && choice()->isVisible(), ToolMs);
     }
 
 private Q_SLOTS:
@@ -171,7 +175,7 @@ private Q_SLOTS:
         m_service->setAnswers("Bottles.updateExternalProgram",
                               {{{"text", ""}}, {{"error", "no"}}, {{"text", ""}}});
         QTest::mouseClick(choice()->button(1), Qt::LeftButton);
-        QTRY_VERIFY(choice()->message().contains("second could not be added"));
+        QTRY_VERIFY_WITH_TIMEOUT(choice()->message().contains("second could not be added"), ToolMs);
         const auto recordOf = [](const RecordedCall& call) {
             return QJsonDocument::fromJson(call.arguments[1].toString().toUtf8()).object();
         };
@@ -184,10 +188,10 @@ private Q_SLOTS:
         const QJsonObject third = recordOf(m_service->waitForCall("updateExternalProgram", 3));
         QCOMPARE(m_service->waitForCall("removeExternalProgram").arguments,
                  QJsonArray({"portable-App", "provisional"}));
-        QTRY_COMPARE(opened.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(opened.count(), 1, ToolMs);
         QCOMPARE(opened[0][0].toString(), "lumorawine://portable-App/" + third["id"].toString());
         QVERIFY(find<Fenk::Dialog>("portable_message"));
-        QTRY_VERIFY(!choice() && !PendingWork::instance()->isPending());
+        QTRY_VERIFY_WITH_TIMEOUT(!choice() && !PendingWork::instance()->isPending(), ToolMs);
     }
 
     /// Nothing stays: the bottle is new.
@@ -196,7 +200,7 @@ private Q_SLOTS:
         QTest::keyClick(choice(), Qt::Key_Escape);
         QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});
         QVERIFY(m_service->calls("updateExternalProgram").isEmpty());
-        QTRY_VERIFY(!PendingWork::instance()->isPending());
+        QTRY_VERIFY_WITH_TIMEOUT(!PendingWork::instance()->isPending(), ToolMs);
     }
 
     /// While the programs are looked at, which waits for the bottle's record here.
@@ -210,7 +214,7 @@ private Q_SLOTS:
         QTest::keyClick(find<BottleCopyDialog>("bottle_copy_dialog"), Qt::Key_Escape);
         QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});
         m_service->release("get");
-        QTRY_VERIFY(!PendingWork::instance()->isPending());
+        QTRY_VERIFY_WITH_TIMEOUT(!PendingWork::instance()->isPending(), ToolMs);
         QVERIFY(!choice());
     }
 
@@ -234,16 +238,16 @@ private Q_SLOTS:
         addFolder();
         m_window.reset();
         QVERIFY(m_service->waitForCall("updateExternalProgram").arguments[1].toString().contains("app.exe"));
-        QTRY_VERIFY(!PendingWork::instance()->isPending());
+        QTRY_VERIFY_WITH_TIMEOUT(!PendingWork::instance()->isPending(), ToolMs);
     }
 
     void serviceGone() {
         addFolder();
         m_service->kill();
         QTest::mouseClick(choice()->button(1), Qt::LeftButton);
-        QTRY_VERIFY(choice()->message().contains("could not be added"));
+        QTRY_VERIFY_WITH_TIMEOUT(choice()->message().contains("could not be added"), ToolMs);
         QTest::keyClick(choice(), Qt::Key_Escape);
-        QTRY_VERIFY(!choice() && find<Fenk::Dialog>("portable_message"));
+        QTRY_VERIFY_WITH_TIMEOUT(!choice() && find<Fenk::Dialog>("portable_message"), ToolMs);
     }
 
     void refused() {
@@ -253,7 +257,7 @@ private Q_SLOTS:
         openUntil(State::Ready);
         drop({QUrl::fromLocalFile(source())});
         run();
-        QTRY_VERIFY(find<BottleCopyDialog>("bottle_copy_dialog"));
+        QTRY_VERIFY_WITH_TIMEOUT(find<BottleCopyDialog>("bottle_copy_dialog"), ToolMs);
         QTRY_COMPARE(find<BottleCopyDialog>("bottle_copy_dialog")->title(),
                      QString("App could not be added."));
     }
