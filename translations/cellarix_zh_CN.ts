@@ -5044,8 +5044,8 @@ please wait for the component download to complete!</source>
         <translation>已经发送：打开表单时发送的“关于此计算机”信息。</translation>
     </message>
     <message>
-        <source>Goes with each request: for the problem types, with the report, and for the address of each upload, which also says “wineAssist”, what it is (“image” or “attach”) and how its file&apos;s name ends.</source>
-        <translation>随每个请求一起发送：获取问题类型、提交反馈以及获取每次上传的地址时。获取上传地址的请求还会说明“wineAssist”、文件类别（“image”或“attach”）和文件名后缀。</translation>
+        <source>Goes with each request: for the problem types, with the report, and for the address of each upload, which also says “wineAssist”, what it is (“image” or “attach”) and how its file&apos;s name ends. X-Wine-Ver, X-Windows-Ver and X-Simulator-Ver go with the report only.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

@@ -207,9 +207,10 @@ private Q_SLOTS:
     void cancelledWhileLooking() {
         m_service->setHeld("Bottles.get:portable-App", "{}");
         m_service->setJson("Backup.importPortable", QJsonObject{{"ok", true}, {"bottle", "portable-App"}});
-        QDir().mkpath(source());
+        m_home.write("App/app.exe", "MZ");
         openUntil(State::Ready);
         drop({QUrl::fromLocalFile(source())});
+        run();
         m_service->waitForCall("get");
         QTest::keyClick(find<BottleCopyDialog>("bottle_copy_dialog"), Qt::Key_Escape);
         QCOMPARE(m_service->waitForCall("delete").arguments, QJsonArray{"portable-App"});

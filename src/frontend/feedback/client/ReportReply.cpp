@@ -19,7 +19,7 @@ ReportReply ReportReply::of(const HttpAnswer& answer) {
     ReportReply reply;
     reply.desc = body.value("desc").toString().left(LongestDesc);
     if (answer.error != HttpAnswer::Error::None) {
-        qWarning().noquote() << "the report service failed:" << answer.errorText;
+        qWarning().noquote() << "the report service failed:" << answer.errorText << reply.desc;
         return reply;
     }
     qDebug() << "parseJson:" << body;

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QProcess>
 #include <QUrl>
@@ -25,6 +26,16 @@ constexpr int LongestText = 2000;  // of the archiver, and of the service's reas
 constexpr int TarFailed = 2;
 constexpr int StatusOk = 200;
 constexpr int LongestKey = 1024;  // it becomes a part of the report
+
+QString descOf(const QJsonObject& reply) {
+    return reply.value("desc").toString().simplified().left(LongestText);
+}
+
+/// A service that refuses may say why, too.
+QString failureOf(const HttpAnswer& answer) {
+    const QString desc = descOf(QJsonDocument::fromJson(answer.body).object());
+    return desc.isEmpty() ? answer.errorText : answer.errorText + ": " + desc;
+}
 
 /// With an error text: no regular file, unreadable, too large, or being written.
 QByteArray readWhole(const QString& path, QString* errorText) {
@@ -133,8 +144,9 @@ QString UploadFilesTask::fetchAddress(QNetworkAccessManager* network) {
     const HttpAnswer answer = send(network, "POST", request, body, false);
     if (answer.error == Error::None)
         return takeAddress(answer);
-    qWarning().noquote() << "GET network request failed:" << answer.errorText;
-    return answer.errorText;
+    const QString text = failureOf(answer);
+    qWarning().noquote() << "GET network request failed:" << text;
+    return text;
 }
 
 QString UploadFilesTask::takeAddress(const HttpAnswer& answer) {
@@ -145,7 +157,7 @@ QString UploadFilesTask::takeAddress(const HttpAnswer& answer) {
         return QStringLiteral("no address in the answer");
     }
     if (reply.value("status").toInt() != StatusOk) {
-        const QString desc = reply.value("desc").toString().simplified().left(LongestText);
+        const QString desc = descOf(reply);
         return desc.isEmpty() ? QStringLiteral("the service refuses the file") : desc;
     }
     for (const QJsonValue& data : reply.value("datas").toArray()) {
@@ -225,9 +237,11 @@ QString UploadFilesTask::makeArchive(const QString& archive) {
 
 QString UploadFilesTask::put(QNetworkAccessManager* network, const QByteArray& bytes) {
     const HttpAnswer answer = send(network, "PUT", QNetworkRequest(QUrl(m_uploadUrl)), bytes, true);
-    if (answer.error != Error::None)
-        qWarning().noquote() << "PUT network request failed:" << answer.errorText;
-    return answer.errorText;
+    if (answer.error == Error::None)
+        return {};
+    const QString text = failureOf(answer);
+    qWarning().noquote() << "PUT network request failed:" << text;
+    return text;
 }
 
 HttpAnswer UploadFilesTask::send(QNetworkAccessManager* network, const QByteArray& verb,

@@ -12,6 +12,20 @@
 
 namespace StoreServer {
 
+namespace {
+
+int writeAll(int file, const QByteArray& content) {
+    for (qint64 done = 0; done < content.size();) {
+        const ssize_t count = ::write(file, content.constData() + done, size_t(content.size() - done));
+        if (count < 0 && errno != EINTR)
+            return errno;
+        done += std::max<ssize_t>(count, 0);
+    }
+    return ::fdatasync(file) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
 namespace PrivateFile {
 
 int makeDirectory(const QString& path) {
@@ -29,19 +43,19 @@ int write(const QString& path, const QByteArray& content) {
                                     O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!file.isValid())
         return errno;
-    for (qint64 done = 0; done < content.size();) {
-        const ssize_t count = ::write(file.get(), content.constData() + done, size_t(content.size() - done));
-        if (count < 0 && errno != EINTR)
-            return errno;
-        done += std::max<ssize_t>(count, 0);
-    }
-    return ::fdatasync(file.get()) == 0 ? 0 : errno;
+    const int error = writeAll(file.get(), content);
+    if (error != 0)
+        QFile::remove(path);
+    return error;
 }
 
 int syncDirectory(const QString& path) {
     const Fenk::OwnedFd directory(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return directory.isValid() && ::fsync(directory.get()) == 0 ? 0 : errno;
+    if (directory.isValid() && ::fsync(directory.get()) == 0)
+        return 0;
+    // Some file systems cannot do that for a directory.
+    return errno == EINVAL || errno == ENOTSUP ? 0 : errno;
 }
 
 int addName(const QString& from, const QString& to, qint64* copiedBytes) {
