@@ -114,6 +114,10 @@
         <source>Download</source>
         <translation>下载</translation>
     </message>
+    <message>
+        <source>%1 is downloaded. Drop it on the window of Cellarix to go on.</source>
+        <translation>%1 已下载。将它拖到 Cellarix 窗口即可继续。</translation>
+    </message>
 </context>
 <context>
     <name>AddRequest</name>
@@ -5045,7 +5049,7 @@ please wait for the component download to complete!</source>
     </message>
     <message>
         <source>Goes with each request: for the problem types, with the report, and for the address of each upload, which also says “wineAssist”, what it is (“image” or “attach”) and how its file&apos;s name ends. X-Wine-Ver, X-Windows-Ver and X-Simulator-Ver go with the report only.</source>
-        <translation type="unfinished"></translation>
+        <translation>随每个请求发送：获取问题类型、提交反馈，以及每次请求上传地址时（其中还包含“wineAssist”、内容类型（“image”或“attach”）和文件扩展名）。X-Wine-Ver、X-Windows-Ver 和 X-Simulator-Ver 仅随反馈发送。</translation>
     </message>
 </context>
 <context>

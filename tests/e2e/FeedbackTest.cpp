@@ -28,7 +28,7 @@ using namespace TestSupport;
 namespace {
 constexpr int LongMs = 180000;
 const QString Secret = "sixteen letters.";
-}
+}  // namespace
 
 /// A program fails, its user reports that, and whoever runs the report service reads it. With everything
 /// real.

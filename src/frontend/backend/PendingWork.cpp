@@ -3,10 +3,18 @@
 #include <QPointer>
 
 PendingWork::Hold PendingWork::hold() {
-    ++m_holds;
+    return hold(&PendingWork::m_holds);
+}
+
+PendingWork::Hold PendingWork::holdForTransfer() {
+    return hold(&PendingWork::m_transfers);
+}
+
+PendingWork::Hold PendingWork::hold(int PendingWork::*count) {
+    ++(this->*count);
     // Objects that live as long as the process may release their holds after this one is gone.
-    return {static_cast<void*>(this), [work = QPointer<PendingWork>(this)](void*) {
-                if (work && --work->m_holds == 0)
+    return {static_cast<void*>(this), [count, work = QPointer<PendingWork>(this)](void*) {
+                if (work && --(work->*count) == 0)
                     Q_EMIT work->done();
             }};
 }

@@ -20,6 +20,9 @@ public:
 
     Hold hold();
     bool isPending() const { return m_holds > 0; }
+    /// For a transfer, which has limits of its own and may take hours. Not counted by isPending().
+    Hold holdForTransfer();
+    bool isTransferring() const { return m_transfers > 0; }
 
     /// Does work on a thread of the pool, with a hold until it is done.
     template <class Work>
@@ -30,11 +33,13 @@ public:
     }
 
 Q_SIGNALS:
-    /// The last hold was released.
+    /// The last hold of its kind was released.
     void done();
 
 private:
     PendingWork() = default;
+    Hold hold(int PendingWork::*count);
 
     int m_holds = 0;
+    int m_transfers = 0;
 };

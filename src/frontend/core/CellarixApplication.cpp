@@ -190,6 +190,7 @@ LeaveRule::Facts CellarixApplication::leaveFacts() const {
     facts.isService = m_commandLineHandler && m_commandLineHandler->isService();
     facts.isScriptRunning = envInitScript().running;
     facts.hasPendingWork = PendingWork::instance()->isPending();
+    facts.hasTransfer = PendingWork::instance()->isTransferring();
     return facts;
 }
 

@@ -15,5 +15,7 @@ LeaveRule::Verdict LeaveRule::of(Ended what, const Facts& facts) {
     // The last window, launch or set-up also ends a process that waits for the bus.
     if ((what == Ended::Start || what == Ended::Work) && (facts.isService || facts.isScriptRunning))
         return Verdict::Stay;
-    return facts.hasPendingWork && !facts.isOverdue ? Verdict::LeaveLater : Verdict::Leave;
+    const bool isWaitedFor =
+        (facts.hasPendingWork && !facts.isOverdue) || (facts.hasTransfer && what != Ended::User);
+    return isWaitedFor ? Verdict::LeaveLater : Verdict::Leave;
 }

@@ -23,6 +23,7 @@ struct Facts {
     bool isScriptRunning = false;   ///< sets up the environment
     bool hasPendingWork = false;    ///< requested by the user, not yet done by the bottle service
     bool isOverdue = false;         ///< the pending work was waited for as long as allowed
+    bool hasTransfer = false;       ///< a download, which is kept as a part if the user quits
 };
 
 enum class Verdict {

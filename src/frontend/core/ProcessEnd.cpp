@@ -56,7 +56,7 @@ void ProcessEnd::onLastWindowClosed() {
 
 void ProcessEnd::leaveLater(Ended what) {
     if (!m_leaving) {
-        qInfo() << "quit as soon as the bottle service has done what was asked for";
+        qInfo() << "quit as soon as what was asked for is done";
         m_limit->start();
     }
     m_leaving = what;
@@ -72,6 +72,7 @@ void ProcessEnd::onWorkEnded() {
 }
 
 void ProcessEnd::onTimeout() {
-    qWarning() << "the bottle service has not done in time what was asked for";
+    if (m_facts().hasPendingWork)
+        qWarning() << "the bottle service has not done in time what was asked for";
     onWorkEnded();
 }

@@ -117,7 +117,7 @@ void AddDispatcher::start(const ProgramRef& program) {
 void AddDispatcher::addPortable(const QString& path) {
     const PortableProgram* program = PortableProgram::start(path, m_window);
     connect(program, &PortableProgram::startRequested, this, &AddDispatcher::start);
-    connect(program, &PortableProgram::added, this, &AddDispatcher::portableAdded);
+    connect(program, &PortableProgram::added, this, [this, path] { Q_EMIT portableAdded(path); });
 }
 
 void AddDispatcher::askForSeveral(const QVector<AddItem>& programs) {

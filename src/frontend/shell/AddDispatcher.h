@@ -33,7 +33,7 @@ Q_SIGNALS:
     /// The page that adds programs is to show this.
     void pageRequested(const AddRequest& request);
     /// A portable program has got its bottle.
-    void portableAdded();
+    void portableAdded(const QString& path);
 
 private:
     void onRead(const AddRequest& request);

@@ -79,9 +79,9 @@ void IndexView::add(const AddRequest& request) {
     m_add->show(request);
 }
 
-void IndexView::clearAddPage() {
+void IndexView::forgetAdded(const QString& path) {
     if (m_add)
-        m_add->clear();
+        m_add->forget(path);
 }
 
 void IndexView::showAddPage() {

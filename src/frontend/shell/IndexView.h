@@ -29,8 +29,8 @@ public:
     void add(const QStringList& inputs);
     /// Shows that page, with what has been checked. Does nothing before buildPages().
     void add(const AddRequest& request);
-    /// Empties that page.
-    void clearAddPage();
+    /// It is in the library: that page need not show it any more.
+    void forgetAdded(const QString& path);
     /// Null before buildPages().
     AppLocalView* localView() const { return m_local; }
     /// Null before buildPages().

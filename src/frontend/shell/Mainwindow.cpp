@@ -52,7 +52,7 @@ Mainwindow::Mainwindow()
     connect(m_indexView, &IndexView::openRequested, this, &Mainwindow::openRequested);
     connect(m_add, &AddDispatcher::openRequested, this, &Mainwindow::openRequested);
     connect(m_add, &AddDispatcher::pageRequested, m_indexView, qOverload<const AddRequest&>(&IndexView::add));
-    connect(m_add, &AddDispatcher::portableAdded, m_indexView, &IndexView::clearAddPage);
+    connect(m_add, &AddDispatcher::portableAdded, m_indexView, &IndexView::forgetAdded);
     connect(m_indexView, &IndexView::chosen, m_add, &AddDispatcher::carryOut);
     m_searchWidget->setPasteHandler([this] { return paste(); });
     connect(Fenk::Theme::instance(), &Fenk::Theme::themeTypeChanged, this, &Mainwindow::themeChanged);

@@ -30,8 +30,13 @@ class SetupDownloadTest : public QObject {
 
 private Q_SLOTS:
     void initTestCase() {
+        QByteArray package(1024, '\0');
+        package.replace(0, 8, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1");
+        package[30] = 9;  // sectors of 512 bytes, of which the first is the root entry
+        package.replace(512 + 80, 16, QByteArray("\x84\x10\x0C\0\0\0\0\0\xC0\0\0\0\0\0\0\x46", 16));
         m_server.files = {{"setup.exe", "MZ" + QByteArray(300000, 'x')},
-                          {"packed.msi", QByteArray("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 rest")},
+                          {"packed.msi", package},
+                          {"letter.doc", package.left(512)},
                           {"pack.zip", "PK\3\4"},
                           {"page.exe", "<html>Download</html>"},
                           {"empty.exe", ""}};
@@ -46,6 +51,7 @@ private Q_SLOTS:
         const Table<QString, QString, QString> row("path", "file", "error");
         row("program", "setup.exe", "setup.exe", "");
         row("package", "moved/packed.msi", "packed.msi", "");
+        row("an old document", "letter.doc", "", "does not lead to a setup program");
         row("a page", "page.exe", "", "The address leads to a page");
         row("empty", "empty.exe", "", "The file is empty.");
         row("gone", "gone.exe", "", "no longer at its address");
@@ -137,14 +143,14 @@ private Q_SLOTS:
             QSignalSpy progress(download.get(), &SetupDownload::progressChanged);
             QSignalSpy cancelled(download.get(), &SetupDownload::cancelled);
             download->start(url, m_directory, "App");
-            QVERIFY(PendingWork::instance()->isPending());
+            QVERIFY(PendingWork::instance()->isTransferring());
             QVERIFY(progress.wait());
             if (!isDeleted)
                 download->cancel();
             QCOMPARE(cancelled.size(), isDeleted ? 0 : 1);
             if (isDeleted)
                 download = std::make_unique<SetupDownload>(nullptr);
-            QVERIFY(!PendingWork::instance()->isPending());
+            QVERIFY(!PendingWork::instance()->isTransferring());
             QCOMPARE(found().size(), tag.isEmpty() ? 0 : 1);
         }
         QCOMPARE(m_server.requests.last().endsWith("@0"), tag.isEmpty());

@@ -107,6 +107,8 @@ private Q_SLOTS:
         row("pending work", with({&F::hasPendingWork}), "W:later L:later I:later S:later D:later U:later");
         row("overdue work", with({&F::hasPendingWork, &F::isOverdue}),
             "W:quit L:quit I:quit S:quit D:quit U:quit");
+        row("overdue work and a download", with({&F::hasPendingWork, &F::isOverdue, &F::hasTransfer}),
+            "W:later L:later I:later S:later D:later U:quit");
         row("service with work", with({&F::isService, &F::hasPendingWork}),
             "W:later L:later I:later S:- D:- U:later");
         row("a launch and overdue work", with({&F::hasRunner, &F::hasPendingWork, &F::isOverdue}),

@@ -96,7 +96,8 @@ void SentPage::update(const FeedbackForm& form, const ReportFacts& facts, const 
         parts += {tr("About this computer"),
                   tr("Goes with each request: for the problem types, with the report, and for the address of "
                      "each upload, which also says “wineAssist”, what it is (“image” or “attach”) and how "
-                     "its file's name ends. X-Wine-Ver, X-Windows-Ver and X-Simulator-Ver go with the report only.") +
+                     "its file's name ends. X-Wine-Ver, X-Windows-Ver and X-Simulator-Ver go with the report "
+                     "only.") +
                       "\n\n" + ReportAccess::headersText(requestOf(facts)),
                   {},
                   {}};

@@ -134,6 +134,15 @@ void AddAppsHelperWidget::clear() {
     m_green->clear();
 }
 
+void AddAppsHelperWidget::forget(const QString& path) {
+    for (AddTab* tab :
+         {static_cast<AddTab*>(m_local), static_cast<AddTab*>(m_online), static_cast<AddTab*>(m_green)}) {
+        const AddRequest& request = tab->request();
+        if (!request.items.isEmpty() && request.items.first().path == path)
+            tab->clear();
+    }
+}
+
 void AddAppsHelperWidget::add(const QStringList& inputs) {
     if (inputs.size() == 1 && AddInputs::isAddress(inputs.first())) {
         showAddress(inputs.first());

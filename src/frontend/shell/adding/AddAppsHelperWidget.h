@@ -34,6 +34,8 @@ public:
     void focusTab();
     /// Empties the tabs. A download goes on.
     void clear();
+    /// Only the tab that shows this file or folder.
+    void forget(const QString& path);
 
 public Q_SLOTS:
     /// Goes on with what the shown tab has.

@@ -55,8 +55,8 @@ void AddAppsWidget::show(const AddRequest& request) {
     m_helper->show(request);
 }
 
-void AddAppsWidget::clear() {
-    m_helper->clear();
+void AddAppsWidget::forget(const QString& path) {
+    m_helper->forget(path);
 }
 
 void AddAppsWidget::focusTab() {
@@ -71,7 +71,7 @@ void AddAppsWidget::onChosen(const AddRequest& request) {
     const AddRequest kept = request;  // the page is emptied meanwhile
     // What is copied may still fail, and be tried again.
     if (kept.kind != AddRequest::Kind::Portable)
-        clear();
+        m_helper->clear();
     Q_EMIT left();
     Q_EMIT chosen(kept);
 }

@@ -23,8 +23,8 @@ public:
     void add(const QStringList& inputs);
     /// Shows what has been checked elsewhere.
     void show(const AddRequest& request);
-    /// Empties it. A download goes on.
-    void clear();
+    /// Empties the tab that shows this file or folder.
+    void forget(const QString& path);
     void focusTab();
 
 Q_SIGNALS:

@@ -83,7 +83,7 @@ void AddOnlineFileWidget::onTextChanged(const QString& text) {
 }
 
 void AddOnlineFileWidget::onReturn() {
-    if (state()->isGood())
+    if (state()->isGood() || state()->isChecking())
         return;  // it has just come
     const QUrl address = addressIn(m_address->text());
     if (!address.isEmpty())
@@ -104,8 +104,11 @@ void AddOnlineFileWidget::setBusy(bool busy) {
 void AddOnlineFileWidget::onDownloaded(const QString& path) {
     setBusy(false);
     state()->check({path});
-    tellElsewhere(tr("%1 is downloaded. Go on with it in \"Add Program\".").arg(QFileInfo(path).fileName()),
-                  QIcon(widgetImage("ok.svg")));
+    // Without its window the process leaves, and the page with it.
+    const QString text = window()->isVisible()
+                             ? tr("%1 is downloaded. Go on with it in \"Add Program\".")
+                             : tr("%1 is downloaded. Drop it on the window of Cellarix to go on.");
+    tellElsewhere(text.arg(QFileInfo(path).fileName()), QIcon(widgetImage("ok.svg")));
 }
 
 void AddOnlineFileWidget::onStopped(const QString& text) {

@@ -28,6 +28,7 @@ public:
 
     const AddRequest& request() const { return m_request; }
     bool isGood() const { return m_request.canBeAdded(); }
+    bool isChecking() const { return m_reading->isRunning(); }
 
 Q_SIGNALS:
     /// Another request, or another state of it.

@@ -20,6 +20,7 @@ public:
     void start(const QStringList& inputs);
     /// done() does not come.
     void cancel();
+    bool isRunning() const { return m_thread != nullptr; }
 
 Q_SIGNALS:
     /// It takes longer than a moment, so that the user should see it.

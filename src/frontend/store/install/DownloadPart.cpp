@@ -10,6 +10,7 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QDir>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 #include <QThread>
 
@@ -43,9 +44,11 @@ std::unique_ptr<QFile> openLocked(const QString& path) {
 
 void removeOld(const QString& directory) {
     const QDateTime oldest = QDateTime::currentDateTime().addDays(-DownloadPart::DaysKept);
+    static const QRegularExpression own(R"(\A\.setup-([0-9a-f]{16}-[\w-]*|[A-Za-z]{6})\.part\z)");
     const auto parts = QDir(directory).entryInfoList({Prefix + '*' + Suffix}, QDir::Files | QDir::Hidden);
     for (const QFileInfo& part : parts) {
-        if (part.lastModified() < oldest && openLocked(part.filePath())) {
+        if (own.match(part.fileName()).hasMatch() && part.lastModified() < oldest &&
+            openLocked(part.filePath())) {
             qInfo().noquote() << "remove old part of a download" << part.filePath();
             QFile::remove(part.filePath());
         }

@@ -70,7 +70,7 @@ void SetupDownload::start(const QUrl& url, const QString& directory, const QStri
     m_appName = appName;
     m_isCancelled = false;
     m_roomAsked.invalidate();
-    m_hold = PendingWork::instance()->hold();
+    m_hold = PendingWork::instance()->holdForTransfer();
     using Opened = std::pair<std::shared_ptr<DownloadPart>, QString>;
     const auto open = [url, directory, part = m_part] {
         Opened opened{part, {}};
@@ -175,7 +175,7 @@ void SetupDownload::checkRoom(qint64 missing) {
         [this, missing](qint64 room) {
             if (m_request && room >= 0 && room - SpareBytes < missing)
                 fail(tr("There is not enough room in %1.").arg(m_directory),
-                     QString("%1 bytes are missing, %2 are free").arg(missing).arg(room));
+                     QString("%1 bytes are missing, %2 are free").arg(missing).arg(room), Part::Kept);
         },
         m_thread.pool());
 }
@@ -232,7 +232,9 @@ QString SetupDownload::suffixOf(const DownloadPart& part, const Names& names) {
         (SetupFileName::isManifestName(names.url, names.disposition) ||
          SetupFileName::isManifestName(names.lastUrl, names.disposition)))
         suffix = QStringLiteral("yml");
-    return names.accepted.contains(suffix) ? suffix : QString();
+    // Old documents begin like packages.
+    const bool isOther = suffix == "msi" && !ProgramHeader::read(part.path()).isPackage;
+    return names.accepted.contains(suffix) && !isOther ? suffix : QString();
 }
 
 void SetupDownload::onWhole(const HttpAnswer& answer) {
@@ -263,12 +265,13 @@ SetupDownload::Saved SetupDownload::save(DownloadPart* part, const Names& names)
     const QString name =
         SetupFileName::of(isNamedLast ? names.lastUrl : names.url, names.disposition, names.appName, suffix);
     const QString path = SetupFileName::freePath(names.directory, name);
-    return part->moveTo(path) ? Saved{path, {}, {}} : Saved{{}, cannotSave, "cannot rename it to " + path};
+    return part->moveTo(path) ? Saved{path, {}, {}}
+                              : Saved{{}, cannotSave, "cannot rename it to " + path, Part::Kept};
 }
 
 void SetupDownload::onSaved(const Saved& saved) {
     if (saved.path.isEmpty()) {
-        fail(saved.errorText, saved.reason);
+        fail(saved.errorText, saved.reason, saved.part);
         return;
     }
     end(Part::Dropped);

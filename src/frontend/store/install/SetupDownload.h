@@ -58,6 +58,7 @@ private:
         QString path;  ///< empty if it could not be saved
         QString errorText;
         QString reason;
+        Part part = Part::Dropped;  ///< what becomes of it if it could not be saved
     };
     struct Names;
 
