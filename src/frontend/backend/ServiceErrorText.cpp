@@ -161,6 +161,7 @@ constexpr Row Rows[] = {
     {"being-changed",
      QT_TRANSLATE_NOOP("ServiceErrorText", "Another program is changing the bottle. Try again in a moment.")},
     {"bad-bottle-name", QT_TRANSLATE_NOOP("ServiceErrorText", "\"%1\" cannot be the name of a bottle. %2")},
+    {"package-installed", QT_TRANSLATE_NOOP("ServiceErrorText", "The package of \"%1\" is installed.")},
 };
 
 const char* formatOf(const QString& code) {

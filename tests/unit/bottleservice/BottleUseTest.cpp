@@ -69,8 +69,11 @@ private Q_SLOTS:
         QFile::link(shared, drive + "Program/alive.dll");
         QFile::link(shared + "gone", drive + "Program/dead.dll");
         QFile::link(other, drive + "other.dll");
-        QString error;
-        QVERIFY(PackageOrigin::dropLinks(home.path() + "/b", "com.a", false, &error, home.path() + "/apps"));
+        const auto fault = [&](bool isCancelled) {
+            return PackageOrigin::dropLinks(home.path() + "/b", "com.a", isCancelled, home.path() + "/apps");
+        };
+        QCOMPARE(fault(true).text(), Reason(Reason::Cancelled).text());
+        QCOMPARE(fault(false).text(), QString());
         QCOMPARE(QDir(drive + "Program").entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
                  QStringList("alive.dll"));
         QVERIFY(!QFileInfo(drive + "Program/alive.dll").isSymLink());

@@ -57,6 +57,10 @@ Facts::Package placeOf(const QString& path) {
     return errno == ENOENT || errno == ENOTDIR ? Facts::Package::Missing : Facts::Package::Unreadable;
 }
 
+Reason cannotWrite(const QString& path, int error) {
+    return Reason(Reason::CannotWrite, {path, QString::fromLocal8Bit(strerror(error))});
+}
+
 }  // namespace
 
 State stateOf(const Facts& facts) {
@@ -94,15 +98,15 @@ QStringList lostPrograms(const QString& directory, const QJsonObject& programs) 
     return lost;
 }
 
-bool dropLinks(const QString& directory, const QString& package, const std::atomic_bool& cancelled,
-               QString* error, const QString& packages) {
+Reason dropLinks(const QString& directory, const QString& package, const std::atomic_bool& cancelled,
+                 const QString& packages) {
     const QString shared = packages + '/' + package + '/';
     QDirIterator files(directory + "/drive_c",
                        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                        QDirIterator::Subdirectories);
     while (!package.isEmpty() && files.hasNext()) {
         if (cancelled)
-            return false;
+            return Reason::Cancelled;
         const QString path = files.next();
         const QFileInfo file = files.fileInfo();
         const bool isShared = file.isSymLink() && file.symLinkTarget().startsWith(shared);
@@ -116,26 +120,23 @@ bool dropLinks(const QString& directory, const QString& package, const std::atom
                                                             QFile::encodeName(path).constData()) == 0
                                              : QFile::remove(path);
         if (!isDropped) {
-            *error = QString("Cannot write %1: %2.").arg(path, QString::fromLocal8Bit(strerror(errno)));
+            const Reason fault = cannotWrite(path, errno);
             QFile::remove(copy);
-            return false;
+            return fault;
         }
     }
-    return true;
+    return {};
 }
 
-bool forget(const QString& directory, QString* error) {
+Reason forget(const QString& directory) {
+    QString error;
     const QString old = directory + Mark, forgotten = directory + ForgottenMark;
-    if (QFileInfo::exists(forgotten) && !TreeRemover::remove(forgotten, error))
-        return false;
+    if (QFileInfo::exists(forgotten) && !TreeRemover::remove(forgotten, &error))
+        return Reason(Reason::FilesNotWritten, {error});
     // In one step; the rest may be left by a kill.
-    if (::rename(QFile::encodeName(old).constData(), QFile::encodeName(forgotten).constData()) != 0) {
-        if (errno == ENOENT)
-            return true;
-        *error = QString("Cannot write %1: %2.").arg(old, QString::fromLocal8Bit(strerror(errno)));
-        return false;
-    }
-    return TreeRemover::remove(forgotten, error);
+    if (::rename(QFile::encodeName(old).constData(), QFile::encodeName(forgotten).constData()) != 0)
+        return errno == ENOENT ? Reason() : cannotWrite(old, errno);
+    return TreeRemover::remove(forgotten, &error) ? Reason() : Reason(Reason::FilesNotWritten, {error});
 }
 
 }  // namespace PackageOrigin

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <atomic>
 
+#include "bottleservice/result/Reason.h"
+
 /// Bottles that were made from an installed package (docs/PACKAGES.md), and what has become of that. Such a
 /// bottle has the directory ".package"; the package's own files lie in /opt/apps/PACKAGE/files.
 namespace PackageOrigin {
@@ -33,11 +35,11 @@ QString sharedFiles(const QString& directory, const QString& packages = "/opt/ap
 QStringList lostPrograms(const QString& directory, const QJsonObject& programs);
 
 /// Replaces the bottle's links to files of the package by copies of these; removes those that lead nowhere.
-/// Blocks for long. False with an error text, or when it was cancelled; a second call goes on.
-bool dropLinks(const QString& directory, const QString& package, const std::atomic_bool& cancelled,
-               QString* error, const QString& packages = "/opt/apps");
+/// Blocks for long. After a failure, also Reason::Cancelled, a second call goes on.
+Reason dropLinks(const QString& directory, const QString& package, const std::atomic_bool& cancelled,
+                 const QString& packages = "/opt/apps");
 
-/// Makes the bottle an ordinary one. Does nothing to a bottle that is one. False with an error text.
-bool forget(const QString& directory, QString* error);
+/// Makes the bottle an ordinary one. Does nothing to a bottle that is one.
+Reason forget(const QString& directory);
 
 }  // namespace PackageOrigin

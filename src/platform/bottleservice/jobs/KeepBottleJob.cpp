@@ -14,13 +14,14 @@ namespace {
 Reason keep(const QString& directory, const QString& shownName, const std::atomic_bool& cancelled) {
     const PackageOrigin::Facts facts = PackageOrigin::look(directory);
     if (PackageOrigin::stateOf(facts) == PackageOrigin::State::Installed)
-        return QString("The package of \"%1\" is installed.").arg(shownName);
-    QString error;
-    if (!PackageOrigin::dropLinks(directory, facts.package, cancelled, &error))
-        return cancelled ? Reason(Reason::Cancelled) : FullDisk::explain(directory, error);
+        return Reason(Reason::PackageInstalled, {shownName});
+    Reason fault = PackageOrigin::dropLinks(directory, facts.package, cancelled);
+    if (!fault.isEmpty())
+        return cancelled ? fault : FullDisk::explain(directory, fault);
     const QStringList icons = PackageIcons::find(directory, facts.package);
-    if (!PackageOrigin::forget(directory, &error))
-        return error;
+    fault = PackageOrigin::forget(directory);
+    if (!fault.isEmpty())
+        return fault;
     PackageIcons::remove(icons);
     qInfo() << "the bottle" << shownName << "belongs to no package any more";
     return {};

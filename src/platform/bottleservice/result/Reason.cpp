@@ -97,6 +97,7 @@ constexpr Reason::Format Formats[] = {
     {"being-upgraded", "The bottle is being brought up to date with its package. Try again in a moment."},
     {"being-changed", "Another program is changing the bottle. Try again in a moment."},
     {"bad-bottle-name", "\"%1\" cannot be the name of a bottle. %2"},
+    {"package-installed", "The package of \"%1\" is installed."},
 };
 static_assert(sizeof(Formats) / sizeof(*Formats) == Reason::CodeCount, "each code has its format");
 

@@ -96,6 +96,7 @@ public:
         BeingUpgraded,
         BeingChanged,
         BadBottleName,
+        PackageInstalled,
         CodeCount
     };
 
