@@ -16,6 +16,7 @@
 #include "bottleservice/backup/BackupLinks.h"
 #include "bottleservice/backup/BackupPath.h"
 #include "bottleservice/backup/RestoredPrefix.h"
+#include "bottleservice/bottles/PackageOrigin.h"
 #include "bottleservice/files/FileTree.h"
 #include "fenk/system/OwnedFd.h"
 
@@ -86,9 +87,20 @@ Reason BottleSurvey::take(const std::atomic_bool& cancelled) {
     if (::stat(QFile::encodeName(m_place.bottlePath).constData(), &root) != 0)
         return unreadable(QFile::encodeName(m_place.bottlePath));
     m_device = root.st_dev;
+    findOwnDirectories();
     const Reason fault = walk({}, cancelled);
     checkLinks();
     return fault;
+}
+
+void BottleSurvey::findOwnDirectories() {
+    const QStringList directories =
+        m_place.ownDirectories + QStringList(PackageOrigin::sharedFiles(m_place.bottlePath));
+    for (const QString& directory : directories) {
+        const QString real = QFileInfo(directory).canonicalFilePath();
+        if (!real.isEmpty())
+            m_ownDirectories += real;
+    }
 }
 
 void BottleSurvey::checkLinks() {
@@ -228,7 +240,7 @@ Reason BottleSurvey::addLink(const QByteArray& path) {
         real.isEmpty())
         return Reason(Reason::WineFileGone, {QString::fromUtf8(path)});
     const bool isOwn =
-        std::any_of(m_place.ownDirectories.begin(), m_place.ownDirectories.end(),
+        std::any_of(m_ownDirectories.begin(), m_ownDirectories.end(),
                     [&real](const QString& directory) { return real.startsWith(directory + '/'); });
     if (isOwn && ::stat(pathOf(path).constData(), &status) == 0 && S_ISREG(status.st_mode))
         addFile(path, status);

@@ -16,7 +16,7 @@ public:
     struct Place {
         QString bottlePath;
         QString templatePath;        ///< empty when the bottle is no copy of one
-        QStringList ownDirectories;  ///< canonical; links to files below these are Wine's or a component's
+        QStringList ownDirectories;  ///< links to files below these are Wine's or a component's
         bool isCopy = false;         ///< of a template, which may be missing
     };
 
@@ -43,6 +43,7 @@ private:
         struct stat status;
     };
 
+    void findOwnDirectories();
     Reason walk(const QByteArray& directory, const std::atomic_bool& cancelled);
     /// Leaves out the links that a restoration would refuse.
     void checkLinks();
@@ -55,6 +56,7 @@ private:
     QByteArray pathOf(const QByteArray& path) const;
 
     Place m_place;
+    QStringList m_ownDirectories;  ///< canonical, also those of the bottle's package
     std::vector<Stamp> m_stamps;
     dev_t m_device = 0;
 };

@@ -5,6 +5,7 @@
 #include "bottleservice/bottles/BottleName.h"
 #include "bottleservice/bottles/PackageOrigin.h"
 #include "bottleservice/desktop/PackageIcons.h"
+#include "bottleservice/files/Background.h"
 #include "bottleservice/files/Reclaimer.h"
 #include "bottleservice/files/WorkingDirectory.h"
 #include "bottleservice/wine/BottleStopper.h"
@@ -20,6 +21,19 @@ void DeleteBottleJob::start() {
         finish(Answer::failure(Answer::Fault::NoSuchBottle, fault));
         return;
     }
+    // Before the programs are ended, so that none is started between that and the move.
+    Background::run(
+        this,
+        [path = m_store.pathOf(m_name)] {
+            return PackageIcons::find(path, PackageOrigin::look(path).package);
+        },
+        [this](const QStringList& icons) {
+            m_icons = icons;
+            stopPrograms();
+        });
+}
+
+void DeleteBottleJob::stopPrograms() {
     auto* stopper =
         new BottleStopper(m_store.pathOf(m_name), m_runners.wineserverFor(m_store.runnerOf(m_name)), this);
     stopper->setLaunchers([this] { return LaunchRecord::launchers(m_store.runningDir(), m_name); });
@@ -30,7 +44,6 @@ void DeleteBottleJob::start() {
 void DeleteBottleJob::onStopped(bool clean) {
     QString fault;
     const QString path = m_store.pathOf(m_name);
-    const QStringList icons = PackageIcons::find(path, PackageOrigin::look(path).package);
     const QString aside = WorkingDirectory::pathBeside(path, WorkingDirectory::DeletingPrefix);
     if (!clean)
         fault = QString("Programs of the bottle \"%1\" could not be ended; it was not deleted.")
@@ -43,7 +56,7 @@ void DeleteBottleJob::onStopped(bool clean) {
         return;
     }
     qInfo() << "deleted bottle" << BottleName::shown(m_name) << "; removing" << aside;
-    PackageIcons::remove(icons);
+    PackageIcons::remove(m_icons);
     m_reclaimer->remove(aside);
     finish(Answer::of());
 }

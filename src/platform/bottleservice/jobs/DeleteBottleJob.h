@@ -18,10 +18,12 @@ public:
     void start() override;
 
 private:
+    void stopPrograms();
     void onStopped(bool clean);
 
     BottleStore m_store;
     QString m_name;
     Runners m_runners;
     Reclaimer* m_reclaimer;
+    QStringList m_icons;  ///< of its package, on the desktop
 };

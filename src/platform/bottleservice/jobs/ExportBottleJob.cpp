@@ -11,7 +11,6 @@
 #include "bottleservice/backup/RestoredPrefix.h"
 #include "bottleservice/backup/UnfinishedBackups.h"
 #include "bottleservice/bottles/JsonText.h"
-#include "bottleservice/bottles/PackageOrigin.h"
 #include "bottleservice/components/BottleBackup.h"
 #include "bottleservice/files/Background.h"
 #include "bottleservice/wine/SlimPrefix.h"
@@ -106,17 +105,11 @@ void ExportBottleJob::survey() {
     m_templatePath = key.isEmpty() ? QString() : m_bottle.templates()->pathOf(key);
     if (!QFileInfo(m_templatePath + "/drive_c/windows").isDir())
         m_templatePath.clear();
-    BottleSurvey::Place place{m_bottle.path(), m_templatePath, {}, !key.isEmpty()};
     QStringList directories = runner.wine.isEmpty() ? QStringList() : SlimPrefix::peDirectories(runner.wine);
     for (const char* components : {"/dxvk", "/vkd3d", "/runners"})
         directories += m_tools.dataDir + components;
-    directories += PackageOrigin::sharedFiles(m_bottle.path());
-    for (const QString& directory : qAsConst(directories)) {
-        const QString real = QFileInfo(directory).canonicalFilePath();
-        if (!real.isEmpty())
-            place.ownDirectories += real;
-    }
-    m_survey = std::make_shared<BottleSurvey>(place);
+    m_survey = std::make_shared<BottleSurvey>(
+        BottleSurvey::Place{m_bottle.path(), m_templatePath, directories, !key.isEmpty()});
     BackupList& list = m_survey->list;
     list.name = m_bottle.name();
     list.runner = runner.name;
