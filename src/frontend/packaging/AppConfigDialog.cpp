@@ -4,7 +4,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QHBoxLayout>
-#include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QScreen>
 #include <QScrollArea>
@@ -26,8 +25,8 @@
 #include "packaging/config/ShowPackageCheckerWidget.h"
 #include "packaging/contents/PackageContentsWidget.h"
 #include "packaging/contents/PackageListing.h"
+#include "packaging/driver/CompressionChoice.h"
 #include "packaging/driver/DoPackageDialog.h"
-#include "packaging/driver/PackageCompression.h"
 
 using namespace Fenk;
 
@@ -62,7 +61,6 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
       m_description(makeEdit("package_appdescription", tr("WeChat is a chat tool"), 0)),
       m_x86(named(new QCheckBox(tr("x86")), "package_x86_arch")),
       m_arm(named(new QCheckBox(tr("arm")), "package_arm_arch")),
-      m_fast(named(new QRadioButton(tr("Much faster (zstd)")), "package_compression_zstd")),
       m_maintainer(named(new MaintainerFields, "package_maintainer")),
       m_nameWarning(named(new Label(Label::Small), "package_name_warning")),
       m_contents(new PackageContentsWidget) {
@@ -102,7 +100,7 @@ AppConfigDialog::AppConfigDialog(const QString& bottleName, PackageChecker* chec
     addRow(tr("App Type:"), m_category);
     addRow(tr("App Description:"), m_description);
     addRow(tr("Support Architecture:"), makeArchitectures());
-    addRow(tr("Compression:"), makeCompression(),
+    addRow(tr("Compression:"), new CompressionChoice,
            tr("Debian 11 and older systems cannot install a package that is compressed with zstd."));
     addRow(tr("Maintainer:"), m_maintainer,
            tr("Everybody who has the package can read them. Without both, the package names Cellarix."));
@@ -168,22 +166,6 @@ QWidget* AppConfigDialog::makeArchitectures() {
         connect(box, &QCheckBox::clicked, this, &AppConfigDialog::slotsCheckArchsState);
     }
     layout->addStretch();
-    return row;
-}
-
-QWidget* AppConfigDialog::makeCompression() {
-    auto* row = new QWidget;
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(Tokens::Space24);
-    auto* small = named(new QRadioButton(tr("Smaller file (xz)")), "package_compression_xz");
-    layout->addWidget(small);
-    layout->addWidget(m_fast);
-    layout->addStretch();
-    (PackageCompression::current() == PackageCompression::Zstd ? m_fast : small)->setChecked(true);
-    connect(m_fast, &QRadioButton::toggled, this, [](bool isFast) {
-        PackageCompression::set(isFast ? PackageCompression::Zstd : PackageCompression::Xz);
-    });
     return row;
 }
 
@@ -268,8 +250,9 @@ void AppConfigDialog::fitHeight() {
     const int limit = int(screen()->availableSize().height() * ShareOfScreen) - AroundForm -
                       (m_contents->isHidden() ? 0 : m_contents->sizeHint().height());
     m_area->setFixedHeight(qMin(wanted, limit));
+    const int before = height();
     adjustSize();
-    if (isVisible())
+    if (isVisible() && height() != before)  // the user may have moved it
         moveToCenter();
 }
 
@@ -302,6 +285,8 @@ QString AppConfigDialog::errorOf(const LineEdit* edit) const {
 
 void AppConfigDialog::warnOfName() {
     const QString warning = PackageInfo::packageNameWarning(m_packageName->text());
+    if (warning == m_nameWarning->text())
+        return;
     m_nameWarning->setText(warning);
     m_nameWarning->setVisible(!warning.isEmpty());
     fitHeight();

@@ -12,7 +12,6 @@ struct ProgramRef;
 class QAbstractButton;
 class QCheckBox;
 class QComboBox;
-class QRadioButton;
 class QScrollArea;
 class QVBoxLayout;
 
@@ -54,7 +53,6 @@ private:
     void addRow(const QString& label, QWidget* field, const QString& rule = {});
     Fenk::LineEdit* makeEdit(const char* name, const QString& sample, int maximumLength);
     QWidget* makeArchitectures();
-    QWidget* makeCompression();
     QWidget* makeButtons();
     void fill();
     void setInfo(const PackageInfo& info);
@@ -80,7 +78,6 @@ private:
     Fenk::LineEdit* m_description;
     QCheckBox* m_x86;
     QCheckBox* m_arm;
-    QRadioButton* m_fast;
     MaintainerFields* m_maintainer;
     Fenk::Label* m_nameWarning;
     PackageContentsWidget* m_contents;

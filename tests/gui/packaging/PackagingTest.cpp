@@ -20,6 +20,7 @@
 #include "fenk/window/Dialog.h"
 #include "packaging/AppConfigDialog.h"
 #include "packaging/config/PackageChecker.h"
+#include "packaging/config/PackageMaintainer.h"
 #include "packaging/config/ShowPackageCheckerWidget.h"
 #include "packaging/contents/PackageContentsWidget.h"
 #include "packaging/contents/PackageListing.h"
@@ -150,6 +151,7 @@ void PackagingTest::theSaveDirectoryFallsBackToTheDesktop() {
     SaveDirectory::find(this, [&found](const QString& path) { found = path; });
     QTRY_COMPARE(found, m_home.desktop());
     QCOMPARE(settingsStore()->getOption("basic.deb_save_path.").toString(), m_home.desktop());
+    QVERIFY(log.contains("savePath " + file + "not a dir & writable, try to create it"));
     QVERIFY(log.contains("not writable, try to use desktop"));
     const QString missing = m_home.path() + "/missing";
     QCOMPARE(SaveDirectory::usable(file, missing), missing);
@@ -271,6 +273,11 @@ void PackagingTest::theFormRefusesAndSaves() {
     QVERIFY(!dialog.findChild<QLabel*>("package_name_warning")->isHidden());  // no dot
     name->setText("a.b");
     QVERIFY(dialog.findChild<QLabel*>("package_name_warning")->isHidden());
+    const QPoint moved = dialog.pos() + QPoint(30, 10);
+    dialog.move(moved);
+    name->setText("a.bc");
+    QCOMPARE(dialog.pos(), moved);
+    name->setText("a.b");
     contents->listing()->retry();
     QTRY_COMPARE_WITH_TIMEOUT(contents->listing()->state(), PackageListing::State::Listed, 60000);
     dialog.findChild<QAbstractButton*>("package_contents_btn")->click();
@@ -311,6 +318,14 @@ void PackagingTest::theFormRefusesAndSaves() {
     }
     QVERIFY(packaging);
     delete packaging;  // ends the script
+    EnvironmentGuard variables;
+    variables.set("DEBEMAIL", "e@f.example");
+    const auto named = [] { return PackageMaintainer::environment().value("DEBEMAIL"); };
+    QCOMPARE(named(), QString("a@b.example"));
+    PackageMaintainer().remember();  // both fields emptied
+    QCOMPARE(named(), QString());
+    settingsStore()->setOption("basic.deb_maintainer.is_given", false);
+    QCOMPARE(named(), QString("e@f.example"));
 }
 
 void PackagingTest::theFormAsksTheService() {

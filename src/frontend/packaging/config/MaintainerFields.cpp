@@ -35,7 +35,7 @@ MaintainerFields::MaintainerFields(QWidget* parent)
     add(m_name, "package_maintainer_name", tr("Your name"), known.name);
     add(m_address, "package_maintainer_address", tr("Your e-mail address"), known.address);
     setFocusProxy(m_name);
-    if (!known.name.isEmpty())
+    if (!known.name.isEmpty() || PackageMaintainer::isGiven())
         return;
     inBackground(this, &PackageMaintainer::accountName, [this](const QString& name) {
         if (!m_name->lineEdit()->isModified())

@@ -6,7 +6,8 @@ namespace Fenk {
 class LineEdit;
 }
 
-/// The fields for the PackageMaintainer. Proposes the last one, and the name of the user's account.
+/// The fields for the PackageMaintainer. Proposes the last one, and the name of the user's account before
+/// there was one.
 class MaintainerFields : public QWidget {
     Q_OBJECT
 

@@ -12,12 +12,13 @@ namespace {
 
 const char NameKey[] = "basic.deb_maintainer.name";
 const char AddressKey[] = "basic.deb_maintainer.address";
+const char GivenKey[] = "basic.deb_maintainer.is_given";
 const char NameVariable[] = "DEBFULLNAME";
 const char AddressVariable[] = "DEBEMAIL";
 
 QString valueOf(const char* key, const char* variable) {
     const QString value = settingsStore()->getOption(key).toString();
-    return value.isEmpty() ? qEnvironmentVariable(variable) : value;
+    return value.isEmpty() && !PackageMaintainer::isGiven() ? qEnvironmentVariable(variable) : value;
 }
 
 }  // namespace
@@ -26,9 +27,14 @@ PackageMaintainer PackageMaintainer::current() {
     return {valueOf(NameKey, NameVariable), valueOf(AddressKey, AddressVariable)};
 }
 
+bool PackageMaintainer::isGiven() {
+    return settingsStore()->getOption(GivenKey).toBool();
+}
+
 void PackageMaintainer::remember() const {
     settingsStore()->setOption(NameKey, name);
     settingsStore()->setOption(AddressKey, address);
+    settingsStore()->setOption(GivenKey, true);
 }
 
 QString PackageMaintainer::accountName() {

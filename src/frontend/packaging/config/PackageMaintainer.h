@@ -9,8 +9,9 @@ struct PackageMaintainer {
     QString name;
     QString address;
 
-    /// What was given last, else what the environment has.
+    /// What was given last, also when that is nothing; else what the environment has.
     static PackageMaintainer current();
+    static bool isGiven();
     void remember() const;
 
     /// The full name of the user's account; may be empty. Blocks where accounts are on a server.

@@ -30,7 +30,7 @@ void set(const QString& directory) {
 QString usable(const QString& configured, const QString& fallback) {
     if (isUsable(configured))
         return configured;
-    qInfo().nospace().noquote() << "savePath " << configured << " not a dir & writable, try to create it";
+    qInfo().nospace().noquote() << "savePath " << configured << "not a dir & writable, try to create it";
     if (!configured.isEmpty() && QDir().mkpath(configured) && isUsable(configured))
         return configured;
     qInfo() << "not writable, try to use desktop";
