@@ -50,7 +50,7 @@ void OrphanedBottles::load() {
             return;
         }
         m_bottles = parse(result.text);
-        Q_EMIT changed();
+        markKept();
     };
     BottleCleanUp::instance()->bottlesOfRemovedPackages(this, onAnswer);
 }
@@ -60,13 +60,25 @@ const OrphanedBottle* OrphanedBottles::find(const QString& bottle) const {
     return found == m_bottles.constEnd() ? nullptr : &*found;
 }
 
+void OrphanedBottles::markKept() {
+    for (auto it = m_bottles.begin(); it != m_bottles.end(); ++it)
+        it->isBeingKept = m_beingKept.contains(it.key());
+    Q_EMIT changed();
+}
+
 void OrphanedBottles::keep(const QString& bottle) {
+    if (m_beingKept.contains(bottle))
+        return;
+    m_beingKept.insert(bottle);
+    markKept();
     BottleCleanUp::instance()->keepBottle(bottle, this, [this, bottle](const BusResult& result) {
+        m_beingKept.remove(bottle);
         if (result.ok) {
             forget(bottle);
             return;
         }
         qWarning().noquote() << "cannot keep the bottle" << bottle << result.errorMessage;
+        markKept();
         AppItemWidgetStateManager::instance()->reportFailure({}, result.errorText());
         load();
     });

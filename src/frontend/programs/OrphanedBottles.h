@@ -11,6 +11,7 @@
 struct OrphanedBottle {
     QString package;             ///< its name
     QSet<QString> lostPrograms;  ///< ids of programs whose files have gone with it
+    bool isBeingKept = false;    ///< the service makes it an ordinary bottle, which can take minutes
 };
 
 /// Which bottles are orphaned, as the background service says; empty until it has answered. Asks again when
@@ -29,7 +30,8 @@ public:
     void load();
     /// Null for any other bottle.
     const OrphanedBottle* find(const QString& bottle) const;
-    /// Makes it an ordinary bottle. A refusal is reported by AppItemWidgetStateManager::failed.
+    /// Makes it an ordinary bottle; not twice at once. A refusal is reported by
+    /// AppItemWidgetStateManager::failed.
     void keep(const QString& bottle);
 
 Q_SIGNALS:
@@ -39,7 +41,10 @@ private:
     OrphanedBottles();
     void forget(const QString& bottle);
 
+    void markKept();
+
     Bottles m_bottles;
+    QSet<QString> m_beingKept;
     int m_loads = 0;  ///< answers to older ones are dropped
     QElapsedTimer m_sinceAnswer;
 };

@@ -108,8 +108,15 @@ private Q_SLOTS:
         QTRY_VERIFY(orphanQuestion());
         m_service->setText("CleanUp.keepBottle", "");
         orphanQuestion()->button(2)->click();
+        // Copies take their time.
+        QVERIFY(tile("a")->accessibleDescription().contains("is being made your own"));
+        const QSignalSpy told(tile("b"), &LocalAppItemWidget::message);
+        tile("b")->optionMenu()->actions().at(1)->trigger();
+        QCOMPARE(told.count(), 1);
+        OrphanedBottles::instance()->keep("office");
         QCOMPARE(m_service->waitForCall("keepBottle").arguments, QJsonArray{"office"});
         QTRY_VERIFY(!tile("a")->toolTip().contains("com."));
+        QCOMPARE(m_service->calls("keepBottle").size(), 1);
     }
 
     void keys() {

@@ -119,7 +119,10 @@ void LocalAppItemWidget::onRemoveActionTriggered() {
 }
 
 void LocalAppItemWidget::askAboutOrphan() {
-    if (const OrphanedBottle* bottle = orphan())
+    const OrphanedBottle* bottle = orphan();
+    if (bottle && bottle->isBeingKept)
+        Q_EMIT message(OrphanQuestion::textOf(*program(), *bottle), false);
+    else if (bottle)
         OrphanQuestion::ask(*program(), *bottle, window());
 }
 

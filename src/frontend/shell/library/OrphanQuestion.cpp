@@ -18,7 +18,11 @@ struct Question {
 
 QString OrphanQuestion::textOf(const Program& program, const OrphanedBottle& bottle) {
     const QString text =
-        bottle.lostPrograms.contains(program.ref.uuid)
+        bottle.isBeingKept
+            ? Question::tr(
+                  "The container of %1 is being made your own: it gets copies of what it shared with the "
+                  "package %2. This can take some minutes.")
+        : bottle.lostPrograms.contains(program.ref.uuid)
             ? Question::tr(
                   "%1 cannot be started: its files belonged to the package %2, which has been "
                   "removed. Install the package again, or remove what is left of the program.")
