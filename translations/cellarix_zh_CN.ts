@@ -316,20 +316,12 @@
         <translation>您输入的版本号不合法</translation>
     </message>
     <message>
-        <source>Much faster (zstd)</source>
-        <translation>速度快得多（zstd）</translation>
-    </message>
-    <message>
         <source>Compression:</source>
         <translation>压缩方式：</translation>
     </message>
     <message>
         <source>Maintainer:</source>
         <translation>维护者：</translation>
-    </message>
-    <message>
-        <source>Smaller file (xz)</source>
-        <translation>文件更小（xz）</translation>
     </message>
     <message>
         <source>Another program&apos;s package has this name</source>
@@ -1574,6 +1566,17 @@ please wait for the component download to complete!</source>
     <message>
         <source>Setup failed: %1</source>
         <translation>设置失败：%1</translation>
+    </message>
+</context>
+<context>
+    <name>CompressionChoice</name>
+    <message>
+        <source>Smaller file (xz)</source>
+        <translation>文件更小（xz）</translation>
+    </message>
+    <message>
+        <source>Much faster (zstd)</source>
+        <translation>速度快得多（zstd）</translation>
     </message>
 </context>
 <context>
@@ -4313,6 +4316,10 @@ please wait for the component download to complete!</source>
         <source>&quot;Remove&quot; deletes its container, with what you have made in it.</source>
         <translation>“删除”会删除它的容器以及您保存在其中的内容。</translation>
     </message>
+    <message>
+        <source>The container of %1 is being made your own: it gets copies of what it shared with the package %2. This can take some minutes.</source>
+        <translation>正在将 %1 的容器转为您自己的容器：与软件包 %2 共用的文件正在复制到其中，可能需要几分钟。</translation>
+    </message>
 </context>
 <context>
     <name>PackageContentsWidget</name>
@@ -5428,6 +5435,10 @@ please wait for the component download to complete!</source>
     <message>
         <source>&quot;%1&quot; cannot be the name of a bottle. %2</source>
         <translation>“%1”不能用作容器名称。</translation>
+    </message>
+    <message>
+        <source>The package of &quot;%1&quot; is installed.</source>
+        <translation>“%1”的软件包已安装。</translation>
     </message>
 </context>
 <context>
