@@ -46,7 +46,10 @@ class Rules(unittest.TestCase):
             ("users/a/AppData/Roaming/Microsoft/SystemCertificates/My/x", True), ("Program Files/A/office.RDP", True),
             ("$Recycle.Bin/S-1/x", True), ("Program Files/A/cacert.pem", False), ("Program Files/A/token.dll", False),
             ("Program Files/Chat/tdata/x", True), ("Games/WeChat Files/a/Msg.db", True), ("Games/config/config.vdf", True),
-            ("Games/config.vdf", False), ("users/a/AppData/Roaming/Chat/tdata/x", True),
+            ("Games/config.vdf", False), ("users/a/AppData/Roaming/Chat/tdata/x", True), ("Program Files/A/SessionStore.dll", False),
+            ("Program Files/A/Login Data Helper.exe", False), ("Program Files/A/Web Database", False), ("Games/Wallets/x", False),
+            ("users/a/AppData/Roaming/Coin/wallets/x", True), ("Games/A/Web Data-journal", True), ("Games/id_rsa_me@a.com", True),
+            ("Games/A/sessionstore.jsonlz4", True), ("Games/A/Login Data For Account", True),
         ):
             with self.subTest(path):
                 self.assertEqual(private.is_private(path), wanted)

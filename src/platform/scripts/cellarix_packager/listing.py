@@ -5,8 +5,8 @@ usage: bottles_packager.py --list BOTTLE
 Standard input has a JSON object with "pkgname" and "programs", the latter as in pkgcfg/pkgsrc.json. Without programs only
 "nameCause" is told. Prints one JSON object: "bytes" and "files" of everything; "folders" with "place", "bytes" and "files", and the same for "templates",
 the files of runners and templates that are copied; the number of "wineLinks", files that each machine takes from its own Wine; "leftOut"
-with "place", "why" and "entries"; "maintainer"; and "nameCause", the reason why the package cannot or ("plain-name") should not have its name. What
-cannot be packed at all ends as for a package.
+with "place", "why" and "entries"; and "nameCause", the reason why the package cannot have its name. What cannot be packed
+at all ends as for a package.
 """
 
 import contextlib
@@ -49,7 +49,7 @@ def main(argv, packing_of):
     with contextlib.redirect_stdout(sys.stderr):  # it reports to people
         entries = packing.entries()
     archive.check_limits(entries)
-    print(json.dumps(_summary(packing, entries) | {"maintainer": packing.who, "nameCause": _name_cause(name)}))
+    print(json.dumps(_summary(packing, entries) | {"nameCause": _name_cause(name)}))
     return 0
 
 
@@ -64,11 +64,9 @@ def _choices():
 
 
 def _name_cause(name):
-    """Also of a name that is allowed, but that another package may have one day."""
     try:
         if PACKAGE.fullmatch(name):
             request.check_owner(name)
-            return "" if "." in name else "plain-name"
     except PackageError as error:
         return error.cause
     return ""
@@ -134,7 +132,7 @@ def _place_and_reason(path, reason, user):
         return place, WORDS.get(reason, "private")
     if parts[0] == "users" and len(parts) > 1 and parts[1] not in (user.lower(), "public"):
         return "/".join(inside.split("/")[:2]), "other-user"
-    if private.has_log_in(parts) or not set(SECRET_PLACES).isdisjoint(parts[:-1]):
+    if private.has_log_in(parts, parts[0] == "users") or not set(SECRET_PLACES).isdisjoint(parts[:-1]):
         return place, "credentials"
     if parts[0] == "users" and not set(PERSONAL_PLACES).isdisjoint(parts[2:-1]):
         return place, "personal"

@@ -4,6 +4,8 @@ import fnmatch
 import os
 import re
 
+from cellarix_packager import place
+
 # Relative to drive_c, in lower case; a directory stays, its contents do not go along.
 DIRECTORIES = (
     "windows/temp", "windows/logs", "users/*/temp", "users/*/recent", "users/*/cookies",
@@ -33,18 +35,19 @@ OLD_NAMES = (("local settings/application data", "appdata/local"), ("application
 CACHES = ("cache", "cache_data", "code cache", "gpucache", "shadercache", "dawncache", "grshadercache", "crashpad",
           "crash reports", "service worker", "sessions", "session storage", "logs", "npm-cache")
 # Directories in which chats keep their log-ins and messages, also beside the program.
-LOGINS = ("tdata", "wechat files", "xwechat_files", "tencent files", "wallets")
+LOGINS = ("tdata", "wechat files", "xwechat_files", "tencent files")
+PROFILE_LOGINS = LOGINS + ("wallets",)
 # Log-ins of programs that are made of a browser.
-PROFILE_CACHES = CACHES + LOGINS + ("local storage", "indexeddb", "keystore")
+PROFILE_CACHES = CACHES + ("local storage", "indexeddb", "keystore")
 # Passwords, keys and log-ins: at home wherever they lie, since programs also keep them beside themselves.
-CREDENTIALS = ("cookies", "cookies-journal", "login data*", "web data*", "cookies.sqlite*", "places.sqlite*",
-               "formhistory.sqlite*", "key3.db", "key4.db", "cert8.db", "cert9.db", "logins.json", "logins-backup.json",
-               "signons.sqlite", "sessionstore*", "recentservers.xml", "sitemanager.xml", "winscp.ini", "_netrc", ".netrc",
-               ".git-credentials", "wallet.dat", "ssfn*", "loginusers.vdf", "config/config.vdf", "id_rsa*", "id_dsa*", "id_ecdsa*",
-               "id_ed25519*", "*.ppk", "*.kdbx", "*.kdb", "keepass.config.xml", "*.pfx", "*.p12", "*.rdp", "*.pst",
+CREDENTIALS = ("cookies", "cookies-journal", "login data", "login data-*", "login data for account*", "web data", "web data-*",
+               "cookies.sqlite*", "places.sqlite*", "formhistory.sqlite*", "key3.db", "key4.db", "cert8.db", "cert9.db",
+               "logins.json", "logins-backup.json", "signons.sqlite", "sessionstore.*", "sessionstore-*", "recentservers.xml",
+               "sitemanager.xml", "winscp.ini", "_netrc", ".netrc", ".git-credentials", "wallet.dat", "ssfn*", "loginusers.vdf",
+               "config/config.vdf", "id_rsa*", "id_dsa*", "id_ecdsa*", "id_ed25519*", "*.ppk", "*.kdbx", "*.kdb", "keepass.config.xml", "*.pfx", "*.p12", "*.rdp", "*.pst",
                "*.ost", "rclone.conf", "pgpass.conf", ".pgpass", ".npmrc", ".pypirc")
 FILES = ("credentials", "credentials.*", "access_tokens.*", "token", "token.*", "tokens", "tokens.*",
-                       "consolehost_history.txt", "*.log", "*.dmp", "history", "history-journal", "top sites*", "visited links")
+         "consolehost_history.txt", "*.log", "*.dmp", "history", "history-journal", "top sites*", "visited links")
 # Directories of the user's own that are never packed, not even when they are chosen.
 SECRET_DIRECTORIES = frozenset((".ssh", ".gnupg", ".aws", ".config", ".mozilla", ".thunderbird", ".password-store"))
 WINDOWS_FILES = ("windows/*.log",)
@@ -108,20 +111,28 @@ def is_private(path):
     if parts[0] != "users":
         if parts[0] == "windows":
             return len(parts) == 2 and any(fnmatch.fnmatchcase("/".join(parts), pattern) for pattern in WINDOWS_FILES)
-        return has_log_in(parts)
-    return has_log_in(parts[2:]) or any(part in PROFILE_CACHES for part in parts[2:-1]) or _has_name(parts[2:], FILES)
+        return has_log_in(parts, False)
+    return has_log_in(parts[2:], True) or any(part in PROFILE_CACHES for part in parts[2:-1]) or _has_name(parts[2:], FILES)
 
 
 def is_private_outside(path):
     """The same for a path relative to a directory of the user's own, as beside a program in the bottle. What begins with a
     dot are settings and histories of other programs there."""
     parts = path.lower().split("/")
-    return any(part.startswith(".") for part in parts) or has_log_in(parts)
+    return any(part.startswith(".") for part in parts) or has_log_in(parts, False)
 
 
-def has_log_in(parts):
+def has_log_in(parts, is_in_profile):
     """Whether the path, in lower case, is of a file or directory with passwords, keys or log-ins."""
-    return _has_name(parts, CREDENTIALS) or _has_name(["/".join(parts[-2:])], CREDENTIALS) or not _LOGINS.isdisjoint(parts[:-1])
+    if not set(PROFILE_LOGINS if is_in_profile else LOGINS).isdisjoint(parts[:-1]):
+        return True
+    return not _is_code(parts) and (_has_name(parts, CREDENTIALS) or _has_name(["/".join(parts[-2:])], CREDENTIALS))
+
+
+def _is_code(parts):
+    """A key may be named after an address, which ends with .com."""
+    suffix = os.path.splitext(parts[-1])[1] if parts else ""
+    return suffix in place.CODE and suffix != ".com"
 
 
 def is_secret_directory(path):
@@ -133,7 +144,6 @@ def _has_name(parts, names):
     return bool(parts) and any(fnmatch.fnmatchcase(parts[-1], name) for name in names)
 
 
-_LOGINS = frozenset(LOGINS)
 _DIRECTORIES = tuple((pattern, pattern.count("/") + 1) for pattern in DIRECTORIES)
 
 
