@@ -9,7 +9,7 @@ from unittest import mock
 
 from support import UUID, HomeCase, wait_until
 
-from cellarix_launcher import bottlelock, errors, main
+from cellarix_launcher import bottlelock, errors, main, origin
 from cellarix_packager.errors import PackageError
 from cellarix_packager.running import Alone
 
@@ -110,10 +110,13 @@ class Commands(LaunchCase):
             with self.subTest(words):
                 self.assert_refused(words, code, text)
         self.assertEqual(self.launch("public/p", "x.exe")[0], 0)
-        self.bottle("gone", programs={UUID: {"path": r"C:\gone.exe"}})
+        gone = self.bottle("gone", programs={UUID: {"path": r"C:\gone.exe"}})
         self.write("home 家/.local/share/lumora-wine-bottles/bottles/gone/.package/origin.json",
                    '{"format": 1, "package": "com.example.gone"}')
         self.assert_refused(["gone", "--uuid", UUID], 66, "the package com.example.gone, which has been removed")
+        os.symlink("loop", self.path("loop"))
+        with mock.patch.object(origin, "PACKAGES", self.path("loop")):  # cannot be looked at
+            self.assertEqual(origin.removed_package(gone), "")
 
         log = self.path("new/dir/l.txt")
         out = self.launch("t", "--log-path", log, "--uuid", UUID)[1]

@@ -31,8 +31,17 @@ class Menu(BottleCase):
         self.assertIn("Comment=Shows a \\\\window.\nStartupWMClass=window.exe\n", entry.read_text())
         subprocess.run(["desktop-file-validate", entry], check=True)
         self.choose({ID: r"C:\App\Window.exe", "00000000" + ID[8:]: r"C:\App\Window.exe"})
-        ended = self.pack("--compression", "zstd")
-        subprocess.run(["dpkg-deb", "-x", ended.stdout.rpartition("packed: ")[2].strip(), self.path("two")], check=True)
-        entries = {path.name: path.read_text() for path in Path(self.path("two/usr/share/applications")).iterdir()}
+        entries = self.entries("two")
         self.assertEqual(set(entries), {entry.name, entry.stem + "-00000000.desktop"})
         self.assertIn("/run " + ID, entries[entry.name])
+
+    def entries(self, root):
+        ended = self.pack("--compression", "zstd")
+        subprocess.run(["dpkg-deb", "-x", ended.stdout.rpartition("packed: ")[2].strip(), self.path(root)], check=True)
+        return {path.name: path.read_text() for path in Path(self.path(root), "usr/share/applications").iterdir()}
+
+    def test_names_stay_when_programs_go(self):
+        self.choose({ID: r"C:\App Dir\程序.exe", "00000000" + ID[8:]: r"C:\App Dir\程序.exe"})
+        first = self.entries("two")
+        self.choose({ID: r"C:\App Dir\程序.exe"})
+        self.assertLess(self.entries("one").keys(), first.keys())

@@ -39,6 +39,12 @@ def read(directory):
 
 
 def removed_package(directory):
-    """The name of the package that the bottle was made from, if it is not installed any more; else empty."""
+    """The name of the package that the bottle was made from, if it is known not to be installed any more; else empty."""
     package = (read(directory) or {"package": ""})["package"]
-    return "" if os.path.exists(os.path.join(PACKAGES, package, "files", "package.json")) else package
+    try:
+        os.stat(os.path.join(PACKAGES, package, "files", "package.json"))
+    except (FileNotFoundError, NotADirectoryError):
+        return package
+    except OSError:
+        pass
+    return ""

@@ -40,8 +40,8 @@ def add(request, programs, bottle_dir, add_entry):
 
 
 def plain_program(bottle_dir, programs):
-    """The id of the program whose entry is named as the package: the one that was first packed alone. May be none of
-    `programs`; empty if there was none yet."""
+    """The id of the program whose entry is named as the package: the one of the first package. May be none of `programs`;
+    empty if the first package has several."""
     try:
         record = json.loads(read_file(os.path.join(bottle_dir, NOTE), NOTE_LIMIT))
     except (OSError, ValueError, RecursionError):
@@ -51,10 +51,10 @@ def plain_program(bottle_dir, programs):
 
 
 def note_plain(bottle_dir, uuid):
-    """For the packages to come: a name that a user has put into a panel stays that of one program."""
+    """For the packages to come: a name that a user has put into a panel stays that of one program. An empty id tells that
+    no entry is named as the package."""
     try:
-        if uuid:
-            bottlefiles.write(os.path.join(bottle_dir, NOTE), json.dumps({"plain": uuid}) + "\n")
+        bottlefiles.write(os.path.join(bottle_dir, NOTE), json.dumps({"plain": uuid}) + "\n")
     except OSError as error:
         print(f"the menu entries of the next package may have other names: {error}")
 
