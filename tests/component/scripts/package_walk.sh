@@ -83,12 +83,12 @@ echo "shared: $(readlink "$home/drive_c/Sample/window.exe")"
 # shellcheck disable=SC2016  # expanded by the inner shell
 as_user first sh -c 'cd "$HOME/$1/drive_c/Sample" && echo mine >settings.ini && echo saved >game.sav' walk "$bottle"
 
-# Shares the lock of the bottle, as a program that runs does.
+# Shares the lock of the bottle, as a shell in a terminal does, and is named so.
 touch "$directory/runs"
 drive=/home/first/$bottle/drive_c
 # shellcheck disable=SC2016  # expanded by the inner shell
-as_user first flock --shared "$drive" sh -c 'while [ -e "$1" ]; do sleep 0.1; done' walk "$directory/runs" &
-while as_user first flock --exclusive --nonblock "$drive" true; do sleep 0.1; done
+as_user first flock --shared "$drive" sh -c 'touch /tmp/held; while [ -e "$0" ]; do sleep 0.1; done' "$directory/runs" launcher.py terminal "$package" &
+until [[ -e $root/tmp/held ]]; do sleep 0.1; done
 inside dpkg -i "$new" >/dev/null
 echo "open: $(as_user first "$exec_path" "$program" 2>&1 | tail -n 1)"
 rm "$directory/runs"

@@ -1,5 +1,6 @@
 """The bottle of a user, made from a package and brought to its next versions."""
 
+import contextlib
 import fcntl
 import io
 import os
@@ -12,7 +13,7 @@ from unittest import mock
 from packages import ID, PACKER, REGISTRY, BottleCase
 from support import wait_until
 
-from cellarix_packager import bottlefiles, messages, origin, place, progress, userbottle
+from cellarix_packager import bottlefiles, messages, origin, place, progress, start, userbottle
 from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 
@@ -162,10 +163,14 @@ class UsersBottle(BottleCase):
     def test_nobody_else_uses_a_bottle_that_changes(self):
         bottle = self.provide(self.unpack("1.0", {"a.txt": "1"}))[0]
         package = self.unpack("2.0", {"a.txt": "2"})
-        for kind, cause in ((fcntl.LOCK_SH, "close-first"), (fcntl.LOCK_EX, "bottle-busy")):
+        shell = ["/bin/sh", "-c", "echo; read _", "/x/launcher.py", "terminal"]
+        for kind, name, cause in ((fcntl.LOCK_SH, bottle.name, "close-first"), (fcntl.LOCK_SH, "other", "bottle-busy"),
+                                  (fcntl.LOCK_EX, "other", "bottle-busy")):
             drive = os.open(bottle.directory + "/drive_c", os.O_RDONLY)
             fcntl.flock(drive, kind)
-            with self.subTest(cause), mock.patch.object(userbottle, "IDLE_SECONDS", 0), self.assertRaises(PackageError) as caught:
+            with self.subTest(cause), mock.patch.object(userbottle, "IDLE_SECONDS", 0), self.assertRaises(PackageError) as caught, \
+                    subprocess.Popen([*shell, name], stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
+                process.stdout.readline()
                 self.provide(package)
             os.close(drive)
             self.assertEqual(caught.exception.cause, cause)
@@ -247,6 +252,14 @@ class UsersBottle(BottleCase):
                 bottle.provide()
         bottle.provide()
         self.assertEqual((left.exists(), os.path.isdir(bottle.directory)), (False, True))
+        for version, cause, is_started in ((package.build, "not-upgraded", True), ("older", "not-upgraded", False),
+                                           ("older", "no-room", False), (package.build, "cancelled", False)):
+            Path(bottle.directory, ".package/version").write_text(version)
+            with self.subTest(version=version, cause=cause), mock.patch.dict(os.environ, {"HOME": self.path("user")}), \
+                    mock.patch.object(userbottle.UserBottle, "provide", side_effect=PackageError("x", cause)), \
+                    mock.patch.object(start, "_tell"), \
+                    contextlib.nullcontext() if is_started else self.assertRaisesRegex(PackageError, "x"):
+                self.assertEqual(start._provided(package.root).name, bottle.name)
 
     def test_a_menu_entry_that_fails_notifies(self):
         os.chmod(self.write("bin/busctl", '#!/bin/sh\necho "$*" >"$HOME/told"\n'), 0o755)

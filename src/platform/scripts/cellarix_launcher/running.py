@@ -4,12 +4,15 @@ for a program with an id, which the service reads and removes.
 The service need not run: it reads the files when it starts.
 """
 
+import glob
 import json
 import os
 import re
 
 from cellarix_launcher import bottle as bottles
 from cellarix_launcher import environment, windows
+
+CLAIM_LIMIT = 32768
 
 
 def announce(bottle_name, env, say):
@@ -37,9 +40,25 @@ def release(environ=os.environ):
         pass
 
 
+def is_claimed(bottle_name, environ):
+    """Whether a running launch has a claim on the bottle."""
+    return any(_is_launch_of(bottle_name, path) for path in glob.iglob(glob.escape(_directory(environ)) + "/*.start"))
+
+
+def _is_launch_of(bottle_name, path):
+    try:
+        record = json.loads(bottles.read_file(path, CLAIM_LIMIT))
+        return record["bottle"] == bottle_name and not record.get("kind") and start_time(int(record["pid"])) == record["start"]
+    except (OSError, ValueError, TypeError, LookupError, AttributeError, RecursionError):
+        return False  # it has ended, or is damaged
+
+
+def _directory(environ):
+    return os.path.join(bottles.data_directory(environ), "running")
+
+
 def _path(suffix, environ):
-    directory = os.path.join(bottles.data_directory(environ), "running")
-    return os.path.join(directory, f"{os.getpid()}.{suffix}")
+    return os.path.join(_directory(environ), f"{os.getpid()}.{suffix}")
 
 
 def _write(suffix, record, say, environ=os.environ):

@@ -4,6 +4,7 @@ The outer launcher opens a terminal emulator that runs a second, inner launcher 
 process id and the end of the program through a FIFO, since terminal emulators pass on neither.
 """
 
+import glob
 import os
 import shutil
 import signal
@@ -21,6 +22,7 @@ EMULATORS = (
     ("xfce4-terminal", ["-x"]),
     ("xterm", ["-e"]),
 )
+SCRIPT, CMDLINE_LIMIT = b"launcher.py", 65536
 INSIDE = "_CXB_TERMINAL_INSIDE"  # set for the launcher in the window
 START_TIME = 15  # seconds for the first report of the inner launcher after the emulator has detached
 # A terminal server starts its windows with its own environment, so these variables are passed as arguments.
@@ -63,6 +65,20 @@ def open_shell(name):
             child.send(number)
     lock.release()
     return child.code
+
+
+def is_open(name):
+    """Whether a shell for the bottle is open. It has no claim, since it does not prevent installations."""
+    words = [SCRIPT, b"terminal", os.fsencode(name)]
+    for path in glob.iglob("/proc/[0-9]*/cmdline"):
+        try:
+            with open(path, "rb") as file:
+                script, *rest = file.read(CMDLINE_LIMIT).split(b"\0")[-4:-1]
+        except (OSError, ValueError):
+            continue  # it has ended, or is of the kernel
+        if [os.path.basename(script), *rest] == words:
+            return True
+    return False
 
 
 def _shared_lock(name):

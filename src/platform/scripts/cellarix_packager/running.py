@@ -5,7 +5,7 @@ import os
 import sys
 import time
 
-from cellarix_launcher import bottlelock
+from cellarix_launcher import bottlelock, terminal
 from cellarix_launcher import running as launches
 
 from cellarix_packager.errors import PackageError
@@ -23,26 +23,28 @@ class Alone:
         self.lock = bottlelock.BottleLock()
         try:
             launches.claim(name, "", [NAME], directory, _say, environ, kind)
-            self._check(directory, seconds)
+            self._check(name, directory, seconds)
         except BaseException:
             self.__exit__()
             raise
 
-    def _check(self, directory, seconds):
-        if os.path.exists(os.path.join(directory, ".before-install", "journal.json")):
-            raise PackageError("Something is being installed into the bottle. Try again when that is done.", "installing")
+    def _check(self, name, directory, seconds):
+        _check_installation(directory)
         end, is_waiting = time.monotonic() + seconds, False
         while not self.lock.acquire(directory, bottlelock.EXCLUSIVE) or is_running(directory):
             if time.monotonic() >= end:
-                raise self._refusal(directory)
+                _check_installation(directory)
+                raise self._refusal(name, directory)
             if not is_waiting:
                 print(f"waiting up to {seconds} s until nothing uses the bottle any more", flush=True)
             is_waiting = True
             time.sleep(0.1)
+        _check_installation(directory)  # one that was broken off meanwhile
 
-    def _refusal(self, directory):
-        """Programs share the lock; whoever packs or changes the bottle has it alone."""
-        if self.lock.acquire(directory, bottlelock.SHARED):
+    def _refusal(self, name, directory):
+        """Programs share the lock with the work of the bottle service; whoever packs or changes the bottle has it alone."""
+        if self.lock.acquire(directory, bottlelock.SHARED) and (
+                is_running(directory) or launches.is_claimed(name, self.environ) or terminal.is_open(name)):
             return refusal()
         return PackageError("The bottle is being packed or changed. Try again when that is done.", "bottle-busy")
 
@@ -52,6 +54,11 @@ class Alone:
     def __exit__(self, *_):
         launches.release(self.environ)
         self.lock.release()
+
+
+def _check_installation(directory):
+    if os.path.exists(os.path.join(directory, ".before-install", "journal.json")):
+        raise PackageError("Something is being installed into the bottle. Try again when that is done.", "installing")
 
 
 def refusal():

@@ -16,8 +16,7 @@ from cellarix_packager.errors import PackageError
 from cellarix_packager.package import Package
 from cellarix_packager.userbottle import UserBottle
 
-# The bottle is being changed, is half changed, or has files of two versions.
-UNREADY = ("being-installed", "being-prepared", "bottle-busy", "cancelled", "close-first", "installing")
+UNREADY = ("being-prepared", "cancelled")  # another start changes the bottle, or the user wants no program
 
 
 def main(argv):
@@ -45,12 +44,13 @@ def _interrupt(number, _frame):
 
 
 def _provided(root):
-    """The bottle to start in. One that cannot be upgraded is started as it is."""
+    """The bottle to start in. One of the package's version that only lacks files of Wine is started as it is; one whose
+    upgrade has not ended, or not begun, would have files of two versions."""
     bottle = UserBottle(Package(os.path.realpath(root)), os.environ, [_beside("cellarix-bottle-progress")])
     try:
         bottle.provide()
     except PackageError as error:
-        if error.cause in UNREADY or not os.path.isdir(bottle.directory):
+        if error.cause in UNREADY or not bottle.is_current():
             raise
         _tell(error)
     except OSError as error:

@@ -80,7 +80,7 @@ class UserBottle:
             _remove_left(work)
             if not os.path.isdir(self.directory):
                 self._make(os.path.join(work, self.package.name + ".new"))
-            elif self._made_from() != self.package.build:
+            elif not self.is_current():
                 self._upgrade()
             elif any(self._missing_wine_files(self.directory)):  # Wine for 32 bits may be new
                 self._add_wine_files()
@@ -115,6 +115,10 @@ class UserBottle:
                     self.link_system_files(self.directory)
         except OSError as error:
             raise PackageError(f"The bottle {self.name} cannot be upgraded: {error}", "not-upgraded", str(error)) from None
+
+    def is_current(self):
+        """Whether the bottle is there and of the package's version."""
+        return self._made_from() == self.package.build
 
     def _made_from(self):
         try:
