@@ -9,7 +9,6 @@ public:
     /// From 1 on.
     explicit starContainer(int index, QWidget* parent = nullptr);
 
-    bool isLit() const { return m_isLit; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -44,7 +44,7 @@ Reason checkRoom(const QString& directory, const BackupList& list) {
 
 }  // namespace
 
-ImportBottleJob::ImportBottleJob(const QString& file, const QString& name, Tools tools, Reply reply)
+ImportBottleJob::ImportBottleJob(const QString& file, const QString& name, NewBottleTools tools, Reply reply)
     : Job(std::move(reply)), m_name(name), m_tools(std::move(tools)), m_work(std::make_shared<Work>(file)) {}
 
 void ImportBottleJob::start() {

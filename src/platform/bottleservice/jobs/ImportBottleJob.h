@@ -2,20 +2,17 @@
 
 #include <QSet>
 #include <QThreadPool>
-#include <functional>
 #include <memory>
 #include <optional>
 
 #include "bottleservice/backup/BackupFile.h"
 #include "bottleservice/backup/BackupList.h"
 #include "bottleservice/backup/BackupReader.h"
-#include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/jobs/Job.h"
+#include "bottleservice/jobs/NewBottleTools.h"
 #include "bottleservice/wine/Runners.h"
 
-class Reclaimer;
 class StagedBottle;
-class Templates;
 
 /// Makes a bottle from a backup (BackupReader), on the runner that it had or, where that is missing, on
 /// another one. No bottle is replaced: a name that is taken gets a number. The bottle is made in a hidden
@@ -27,19 +24,8 @@ class ImportBottleJob : public Job {
     Q_OBJECT
 
 public:
-    struct Tools {
-        BottleStore store;
-        Runners runners;
-        Templates* templates;
-        Reclaimer* reclaimer;
-        QThreadPool* worker;  ///< outlives the job
-        std::shared_ptr<BackupFile::Progress> progress;
-        std::function<bool(const QString& bottle)>
-            hasJobs;  ///< whether such a bottle may be about to be made
-    };
-
     /// Without a name the bottle gets the one that it had.
-    ImportBottleJob(const QString& file, const QString& name, Tools tools, Reply reply);
+    ImportBottleJob(const QString& file, const QString& name, NewBottleTools tools, Reply reply);
 
     void start() override;
     void cancel() override;
@@ -67,7 +53,7 @@ private:
     };
 
     QString m_name;
-    Tools m_tools;
+    NewBottleTools m_tools;
     std::shared_ptr<Work> m_work;
     StagedBottle* m_staged = nullptr;
 };

@@ -77,7 +77,7 @@ Reason flush(const QString& directory) {
 
 }  // namespace
 
-PortableBottleJob::PortableBottleJob(const QString& source, Tools tools, Reply reply)
+PortableBottleJob::PortableBottleJob(const QString& source, NewBottleTools tools, Reply reply)
     : Job(std::move(reply)), m_source(source), m_tools(std::move(tools)) {}
 
 void PortableBottleJob::start() {

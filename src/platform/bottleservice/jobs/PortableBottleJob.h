@@ -1,20 +1,16 @@
 #pragma once
 
 #include <QJsonObject>
-#include <functional>
 #include <memory>
 #include <optional>
 
 #include "bottleservice/backup/BackupFile.h"
-#include "bottleservice/bottles/BottleStore.h"
 #include "bottleservice/jobs/Job.h"
+#include "bottleservice/jobs/NewBottleTools.h"
 #include "bottleservice/portable/PortableSource.h"
 #include "bottleservice/wine/Runners.h"
 
-class QThreadPool;
-class Reclaimer;
 class StagedBottle;
-class Templates;
 
 /// Makes a bottle of its own, on the default runner or on one that runs its 32-bit programs, and copies a
 /// portable program into its "Program Files". The service does it, since only here a bottle can be made as a
@@ -27,18 +23,7 @@ class PortableBottleJob : public Job {
     Q_OBJECT
 
 public:
-    struct Tools {
-        BottleStore store;
-        Runners runners;
-        Templates* templates;
-        Reclaimer* reclaimer;
-        QThreadPool* worker;  ///< outlives the job
-        std::shared_ptr<BackupFile::Progress> progress;
-        std::function<bool(const QString& bottle)>
-            hasJobs;  ///< whether such a bottle may be about to be made
-    };
-
-    PortableBottleJob(const QString& source, Tools tools, Reply reply);
+    PortableBottleJob(const QString& source, NewBottleTools tools, Reply reply);
 
     void start() override;
     void cancel() override;
@@ -58,7 +43,7 @@ private:
     };
 
     const QString m_source;
-    Tools m_tools;
+    NewBottleTools m_tools;
     std::shared_ptr<Work> m_work = std::make_shared<Work>();
     StagedBottle* m_staged = nullptr;
 };

@@ -72,17 +72,23 @@ void BackupRequests::exportBottle(const QString& bottle, const QString& file, co
     begin(file, progress, bottle, std::move(job));
 }
 
+NewBottleTools BackupRequests::toolsOfNewBottle(const std::shared_ptr<BackupFile::Progress>& progress) {
+    const BottleAccess& bottles = m_engine->bottles();
+    return {bottles.store(),
+            bottles.runners(),
+            m_engine->templates(),
+            m_engine->reclaimer(),
+            &m_worker,
+            progress,
+            [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }};
+}
+
 void BackupRequests::importBottle(const QString& file, const QString& name, const Reply& reply) {
     if ((!name.isEmpty() && RequestChecks::refuseName(name, reply)) || refuse(file, reply))
         return;
     auto progress = std::make_shared<BackupFile::Progress>();
-    const BottleAccess& bottles = m_engine->bottles();
-    auto job = std::make_unique<ImportBottleJob>(
-        file, name,
-        ImportBottleJob::Tools{
-            bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
-            progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
-        announcing(ending(file, reply)));
+    auto job = std::make_unique<ImportBottleJob>(file, name, toolsOfNewBottle(progress),
+                                                 announcing(ending(file, reply)));
     // A queue of its own: the bottle's name is chosen at the end.
     begin(file, progress, "/" + file, std::move(job));
 }
@@ -91,13 +97,8 @@ void BackupRequests::importPortable(const QString& source, const Reply& reply) {
     if (refuse(source, reply))
         return;
     auto progress = std::make_shared<BackupFile::Progress>();
-    const BottleAccess& bottles = m_engine->bottles();
-    auto job = std::make_unique<PortableBottleJob>(
-        source,
-        PortableBottleJob::Tools{
-            bottles.store(), bottles.runners(), m_engine->templates(), m_engine->reclaimer(), &m_worker,
-            progress, [engine = m_engine](const QString& bottle) { return engine->hasJobs(bottle); }},
-        announcing(ending(source, reply)));
+    auto job = std::make_unique<PortableBottleJob>(source, toolsOfNewBottle(progress),
+                                                   announcing(ending(source, reply)));
     // A queue of its own: the bottle's name is chosen at the end.
     begin(source, progress, "/" + source, std::move(job));
 }

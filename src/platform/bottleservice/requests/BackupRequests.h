@@ -11,6 +11,7 @@
 
 class BottleEngine;
 class Job;
+struct NewBottleTools;
 
 /// The requests to back up and restore whole bottles, and to make one of a portable program. Files are
 /// written and read one after the other, in one thread. Each copy is known by the path of its file. Owned by
@@ -52,6 +53,7 @@ private:
         qint64 told = -1;
     };
 
+    NewBottleTools toolsOfNewBottle(const std::shared_ptr<BackupFile::Progress>& progress);
     /// Replies and returns true when there is a copy with that file.
     bool refuse(const QString& file, const Reply& reply) const;
     /// Ends the copy, then replies.
